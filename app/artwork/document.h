@@ -1,0 +1,106 @@
+// The artwork that a person edits: layers of groups, paths and compound paths, and their page.
+//
+// Lists of layers and of art run front to back. Handles are 32-bit numbers that are checked at
+// every use: one that names nothing (disposed of, made up, null where art is needed) throws
+// `ArtworkError`, as does an operation that its art cannot take, or a limit passed; the artwork is
+// then as it was. Reading and changing links takes constant time; copying, disposing of and
+// deepening art takes time in what it holds. Nothing recurses.
+#pragma once
+
+#include "app/artwork/budget.h"
+#include "app/artwork/error.h"
+#include "app/artwork/layers.h"
+#include "app/artwork/page.h"
+#include "app/artwork/segments.h"
+#include "app/artwork/styles.h"
+#include "app/artwork/tree.h"
+#include "host/artwork.h"
+
+#include <cstdint>
+#include <span>
+
+namespace corvane {
+
+class Document {
+public:
+    /// A document of one visible, printing layer without title. `limit` is bytes of artwork.
+    explicit Document(std::int64_t limit = artworkLimit());
+    Document(const Document&) = delete;
+    Document& operator=(const Document&) = delete;
+
+    // Layers. There is always one.
+    Layer firstLayer() const;              ///< the frontmost
+    Layer lastLayer() const;               ///< the backmost
+    Layer nextLayer(Layer) const;          ///< the one behind, or null
+    Layer previousLayer(Layer) const;      ///< the one in front, or null
+    Layer addLayer(LayerProperties);       ///< in front of all others
+    Layer addLayerBehind(LayerProperties); ///< behind all others
+    const LayerProperties& layerProperties(Layer) const;
+    void setLayerProperties(Layer, LayerProperties);
+    Art layerArt(Layer) const; ///< the layer's own group; it cannot be moved or disposed of
+
+    // The tree.
+    ArtKind kind(Art) const;
+    Art parent(Art) const;          ///< null for a layer's own group
+    Art firstChild(Art) const;      ///< of a group or compound path: the frontmost, or null
+    Art lastChild(Art) const;       ///< of a group or compound path: the backmost, or null
+    Art nextSibling(Art) const;     ///< the one behind, or null
+    Art previousSibling(Art) const; ///< the one in front, or null
+    bool clipped(Art group) const;  ///< its first child clips the others
+    void setClipped(Art group, bool clipped);
+
+    /// Makes a group, a path or a compound path. Compound paths hold paths only.
+    Art make(ArtKind, Placement, Art reference);
+    /// Disposes of art and all that it holds.
+    void dispose(Art);
+    void reorder(Art, Placement, Art reference);
+    /// Copies art and all that it holds.
+    Art duplicate(Art, Placement, Art reference);
+
+    // Paths.
+    bool closed(Art path) const;
+    void setClosed(Art path, bool closed);
+    bool guide(Art path) const;
+    void setGuide(Art path, bool guide);
+    const PathStyle& style(Art path) const;
+    void setStyle(Art path, const PathStyle&);
+    Segments segments(Art path) const;
+    /// New segments lie at 0,0. Fewer drops the last ones.
+    void setSegmentCount(Art path, std::int32_t count);
+    /// `first` and the size must lie within the path's count.
+    void readSegments(Art path, std::int32_t first, std::span<Segment> into) const;
+    void writeSegments(Art path, std::int32_t first, std::span<const Segment>);
+
+    // The page.
+    const Page& page() const { return page_; }
+    Page& page() { return page_; }
+
+    // Import: what a plug-in brings in goes into the frontmost layer.
+    void expectImport();         ///< from now on `importArt` starts an import
+    Art importArt();             ///< where imported art goes
+    void finishImport(Art);      ///< the import into this art is complete
+    bool importFinished() const; ///< one was expected, and is complete
+
+    const ArtworkBudget& budget() const { return budget_; }
+
+private:
+    enum class Import { none, expected, started, finished };
+
+    Art makeLayerArt();
+    NodeIndex findContainer(Art) const;
+    NodeIndex findMovable(Art) const;
+    void copyBelow(NodeIndex from, NodeIndex to);
+    void copyProperties(NodeIndex from, NodeIndex to);
+    void freeTree(NodeIndex top);
+    void reclaimSegments();
+
+    ArtworkBudget budget_;
+    Tree tree_;
+    SegmentPool segments_;
+    StyleTable styles_;
+    Layers layers_;
+    Page page_;
+    Import import_ = Import::none;
+};
+
+} // namespace corvane

@@ -1,0 +1,56 @@
+// What the host answers at each slot, under the slot's own name. Arithmetic is in arithmetic.h.
+//
+// All work on the document of the `CallbackScope` in force. Nothing thrown leaves them: whatever
+// goes wrong, a null pointer included, is answered with `HostError::failed`.
+#pragma once
+
+#include "host/artwork.h"
+#include "host/callbacks.h"
+
+#include <cstdint>
+
+namespace corvane::answer {
+
+// Control
+HostBoolean checkUserAbort();
+HostError finishImport(Art, Art);
+HostBoolean modalFilter(void* dialog, void* event, std::int16_t* itemHit);
+HostError addFileFormat(const std::uint8_t* name, std::uint32_t type, std::int32_t options,
+                        std::int32_t zero);
+
+// Layers and the art tree
+HostError getNextLayer(Layer, Layer* next);
+HostError getLayerInfo(Layer, LayerInfo*);
+HostError getLayerArt(Layer, Art*);
+HostError getArtType(Art, ArtKind*);
+HostError getFirstChild(Art, Art* child);
+HostError getNextSibling(Art, Art* next);
+HostError newArt(ArtKind, Placement, Art reference, Art* made);
+HostError disposeArt(Art);
+HostError reorderArt(Art, Placement, Art reference);
+HostError duplicateArt(Art, Placement, Art reference, Art* copy);
+HostError getGroupClipped(Art, std::uint8_t* clipped);
+HostError setGroupClipped(Art, std::uint8_t clipped);
+
+// Paths
+HostError getPathClosed(Art, std::uint8_t* closed);
+HostError setPathClosed(Art, std::uint8_t closed);
+HostError getPathGuide(Art, std::uint8_t* guide);
+HostError getPathSegmentCount(Art, std::int32_t* count);
+HostError setPathSegmentCount(Art, std::int32_t count);
+HostError getPathSegments(Art, std::int32_t first, std::int32_t count, Segment*);
+HostError setPathSegments(Art, std::int32_t first, std::int32_t count, const Segment*);
+HostError getPathStyle(Art, PathStyle*);
+HostError setPathStyle(Art, const PathStyle*);
+HostError getDefaultStyle(PathStyle*);
+
+// Page
+HostError getDocumentInfo(DocumentInfo*);
+HostError getPageOrigin(Point*);
+HostError getPageBounds(Rect*);
+HostError setPageBounds(const Rect*);
+HostError getArtboardSize(ArtboardSize*);
+HostError setArtboardSize(const ArtboardSize*);
+void redrawDocument();
+
+} // namespace corvane::answer

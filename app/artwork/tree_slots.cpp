@@ -1,0 +1,102 @@
+// Slots for layers and the art tree.
+#include "app/artwork/guard.h"
+#include "app/artwork/slots.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace corvane::answer {
+
+namespace {
+
+/// Length-prefixed; what is too long is cut between two characters.
+void copyTitle(std::string_view title, std::uint8_t (&into)[256]) {
+    std::size_t length = std::min(title.size(), sizeof(into) - 1);
+    const auto continues = [&](std::size_t at) { return (title[at] & 0xC0) == 0x80; };
+    while (length < title.size() && length > 0 && continues(length)) {
+        --length;
+    }
+    into[0] = static_cast<std::uint8_t>(length);
+    std::ranges::copy(title.substr(0, length), into + 1);
+}
+
+} // namespace
+
+HostError getNextLayer(Layer layer, Layer* next) {
+    return guardedSlot([&](CallbackScope& scope) {
+        Document& document = scope.document();
+        target(next) = layer == Layer::null ? document.firstLayer() : document.nextLayer(layer);
+    });
+}
+
+HostError getLayerInfo(Layer layer, LayerInfo* info) {
+    return guardedSlot([&](CallbackScope& scope) {
+        const LayerProperties& properties = scope.document().layerProperties(layer);
+        LayerInfo& told = target(info);
+        told = {};
+        copyTitle(properties.title, told.title);
+        told.visible = properties.visible;
+        told.preview = properties.preview;
+        told.locked = properties.locked;
+        told.printing = properties.printing;
+        told.dimmed = properties.dimmed;
+    });
+}
+
+HostError getLayerArt(Layer layer, Art* art) {
+    return guardedSlot([&](CallbackScope& scope) {
+        Document& document = scope.document();
+        target(art) = layer == Layer::null ? document.importArt() : document.layerArt(layer);
+    });
+}
+
+HostError getArtType(Art art, ArtKind* kind) {
+    return guardedSlot([&](CallbackScope& scope) { target(kind) = scope.document().kind(art); });
+}
+
+HostError getFirstChild(Art art, Art* child) {
+    return guardedSlot(
+        [&](CallbackScope& scope) { target(child) = scope.document().firstChild(art); });
+}
+
+HostError getNextSibling(Art art, Art* next) {
+    return guardedSlot(
+        [&](CallbackScope& scope) { target(next) = scope.document().nextSibling(art); });
+}
+
+HostError newArt(ArtKind kind, Placement placement, Art reference, Art* made) {
+    return guardedSlot([&](CallbackScope& scope) {
+        Art& result = target(made);
+        result = Art::null;
+        result = scope.document().make(kind, placement, reference);
+    });
+}
+
+HostError disposeArt(Art art) {
+    return guardedSlot([&](CallbackScope& scope) { scope.document().dispose(art); });
+}
+
+HostError reorderArt(Art art, Placement placement, Art reference) {
+    return guardedSlot(
+        [&](CallbackScope& scope) { scope.document().reorder(art, placement, reference); });
+}
+
+HostError duplicateArt(Art art, Placement placement, Art reference, Art* copy) {
+    return guardedSlot([&](CallbackScope& scope) {
+        Art& result = target(copy);
+        result = Art::null;
+        result = scope.document().duplicate(art, placement, reference);
+    });
+}
+
+HostError getGroupClipped(Art group, std::uint8_t* clipped) {
+    return guardedSlot(
+        [&](CallbackScope& scope) { target(clipped) = scope.document().clipped(group); });
+}
+
+HostError setGroupClipped(Art group, std::uint8_t clipped) {
+    return guardedSlot(
+        [&](CallbackScope& scope) { scope.document().setClipped(group, clipped != 0); });
+}
+
+} // namespace corvane::answer

@@ -1,0 +1,44 @@
+// What the person asked for: the command line as one record.
+#pragma once
+
+#include "host/extension.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace corvane {
+
+enum class Command : std::uint8_t { open, info, check };
+
+struct Arguments {
+    Command command = Command::open;
+    std::string file;      ///< path of the PDF, bytes as given
+    std::int32_t page = 0; ///< from 1; 0 where none was named
+    std::string output;    ///< path of the SVG; "-" is standard output, empty leaves it to us
+    std::string images;    ///< folder for pictures; empty leaves it to us
+    Profile profile = Profile::extended;
+    bool quiet = false;
+    bool json = false;
+};
+
+enum class Question : std::uint8_t { help, version };
+
+/// Why the command line cannot be followed: a sentence without the program's name.
+struct UsageError {
+    std::string sentence;
+};
+
+/// Reads `words`, the command line without the program's name. A question wins over everything to
+/// its right, a fault over every question after it. The last of repeated options counts.
+std::variant<Arguments, Question, UsageError> parseArguments(std::span<const char* const> words);
+
+/// What `--help` prints: commands and options, one a line.
+std::string usageText();
+
+std::string_view commandName(Command command);
+std::string_view profileName(Profile profile);
+
+} // namespace corvane

@@ -1,0 +1,48 @@
+// What went wrong, in one code and one sentence; and how it travels through the program.
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <string>
+#include <system_error>
+#include <utility>
+
+namespace corvane {
+
+/// Codes of errors that the program itself finds; the plug-in's own have the same numbers.
+namespace code {
+inline constexpr std::int32_t cancelled = 2;
+inline constexpr std::int32_t host = 3;
+inline constexpr std::int32_t diskFull = 6;
+inline constexpr std::int32_t memory = 13;
+inline constexpr std::int32_t io = 18;
+inline constexpr std::int32_t access = 19;
+inline constexpr std::int32_t notPdf = 20;
+} // namespace code
+
+/// An error or a warning: `sentence` says what happened and what to do.
+struct Fault {
+    std::int32_t code = 0;
+    std::string sentence;
+};
+
+/// Ends a command. Never crosses a frame of the plug-in.
+class Failure : public std::exception {
+public:
+    explicit Failure(Fault fault) : fault_(std::move(fault)) {}
+
+    const Fault& fault() const { return fault_; }
+    const char* what() const noexcept override { return fault_.sentence.c_str(); }
+
+private:
+    Fault fault_;
+};
+
+/// Why `what` could not be written: `cancelled` as it is, `diskFull` where room is missing,
+/// otherwise `io`.
+Fault outputFault(const std::string& what, std::error_code error);
+
+/// The error that `errno` holds.
+std::error_code lastError();
+
+} // namespace corvane

@@ -1,0 +1,36 @@
+#include "app/cli/image_folder.h"
+
+#include <cerrno>
+#include <string_view>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace corvane {
+
+ImageFolder::~ImageFolder() {
+    if (isMade_) {
+        rmdir(path_.c_str());
+    }
+}
+
+const std::string& ImageFolder::use() {
+    if (!path_.empty() && !isMade_) {
+        constexpr mode_t everything = 0777;
+        isMade_ = mkdir(path_.c_str(), everything) == 0;
+        if (!isMade_ && errno != EEXIST) {
+            path_.clear();
+        }
+    }
+    return path_;
+}
+
+std::string imageFolderName(const std::string& output) {
+    constexpr std::string_view ending = ".svg";
+    if (output == "-") {
+        return {};
+    }
+    const bool isSvg = output.size() > ending.size() && output.ends_with(ending);
+    return output.substr(0, output.size() - (isSvg ? ending.size() : 0)) + "-images";
+}
+
+} // namespace corvane

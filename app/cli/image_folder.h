@@ -1,0 +1,33 @@
+// The folder for the pictures of a page: made when the first one needs it.
+#pragma once
+
+#include <string>
+#include <utility>
+
+namespace corvane {
+
+class ImageFolder {
+public:
+    ImageFolder() = default;
+    ~ImageFolder();
+    ImageFolder(const ImageFolder&) = delete;
+    ImageFolder& operator=(const ImageFolder&) = delete;
+
+    /// Empty: there is none.
+    void setPath(std::string path) { path_ = std::move(path); }
+
+    /// Makes the folder where it is missing; empty where there is none or it cannot be made.
+    const std::string& use();
+
+    /// The folder stays. Without this, one that `use` made and that is still empty goes again.
+    void keep() { isMade_ = false; }
+
+private:
+    std::string path_;
+    bool isMade_ = false;
+};
+
+/// "page2-images" for "page2.svg"; empty for standard output.
+std::string imageFolderName(const std::string& output);
+
+} // namespace corvane

@@ -1,0 +1,136 @@
+#include "app/cli/listener.h"
+
+#include "app/cli/chooser.h"
+#include "app/cli/messages.h"
+#include "host/toolbox.h"
+
+#include <cstdio>
+#include <iostream>
+#include <new>
+#include <unistd.h>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+std::FILE* progressTerminal(const Arguments& arguments) {
+    const bool isWanted = !arguments.quiet && !arguments.json && isatty(STDERR_FILENO) == 1;
+    return isWanted ? stderr : nullptr;
+}
+
+Listener& listener(void* context) {
+    return *static_cast<Listener*>(context);
+}
+
+} // namespace
+
+Listener::Listener(const Arguments& arguments, Report& report)
+    : arguments_(arguments), report_(report),
+      progress_(progressTerminal(arguments), "corvane: reading"), extension_(makeExtension()) {
+    setHostExtension(&extension_);
+    setDialogFront(this);
+}
+
+Listener::~Listener() {
+    setDialogFront(nullptr);
+    setHostExtension(nullptr);
+}
+
+/// Runs `body`; false, and remembered, where memory ran out.
+template <class Body>
+bool Listener::remember(Body&& body) {
+    try {
+        std::forward<Body>(body)();
+        return true;
+    } catch (const std::bad_alloc&) {
+        ranOutOfMemory_ = true;
+        return false;
+    }
+}
+
+HostExtension Listener::makeExtension() {
+    HostExtension extension;
+    extension.profile = arguments_.profile;
+    extension.wantedPage = arguments_.page;
+    extension.context = this;
+    extension.progress = [](void* context, std::int64_t done, std::int64_t total) {
+        listener(context).progress_.update(done, total);
+    };
+    extension.documentFacts = [](void* context, const DocumentFacts& facts) {
+        Listener& to = listener(context);
+        to.remember([&] {
+            to.report_.file = FileFacts{facts, std::string(facts.version)};
+            to.report_.file->facts.version = {};
+        });
+    };
+    extension.pageFacts = [](void* context, const PageFacts& facts) {
+        Listener& to = listener(context);
+        to.remember([&] { to.report_.pages.push_back(facts); });
+    };
+    extension.pageIdentity = [](void* context, const PageIdentity& identity) {
+        listener(context).report_.source.identity = identity;
+    };
+    extension.omitted = [](void* context, Omission kind, std::int32_t count) {
+        Listener& to = listener(context);
+        to.remember([&] { to.report_.source.omitted[kind] += count; });
+    };
+    return extension;
+}
+
+void Listener::showAbout(std::string_view text) {
+    remember([&] { note(arguments_, std::string(text)); });
+}
+
+void Listener::showError(std::int32_t code, std::string_view sentence) {
+    remember([&] { report_.error = Fault{code, std::string(sentence)}; });
+}
+
+bool Listener::showWarnings(bool /*reading*/, std::span<const WarningText> warnings,
+                            std::string_view /*fileName*/) {
+    return remember([&] {
+        for (const WarningText& warning : warnings) {
+            report_.warnings.push_back({warning.code, std::string(warning.sentence)});
+        }
+    });
+}
+
+bool Listener::choosePage(std::int32_t first, std::int32_t last, std::int32_t& page) {
+    bool isChosen = false;
+    remember([&] {
+        progress_.clear();
+        const bool canAsk =
+            !arguments_.json && isatty(STDIN_FILENO) == 1 && isatty(STDERR_FILENO) == 1;
+        if (canAsk) {
+            std::cerr << plainLine(arguments_.file + " has " + std::to_string(last) + " pages");
+            LineSource answers(STDIN_FILENO);
+            const auto answer = corvane::choosePage(answers, std::cerr, first, last, page);
+            isChosen = answer.has_value();
+            page = answer.value_or(page);
+        } else {
+            note(arguments_, "page " + std::to_string(first) + " of " + std::to_string(last) +
+                                 "; name another with --page");
+            isChosen = true;
+            page = first;
+        }
+        report_.source.page = page;
+    });
+    return isChosen;
+}
+
+bool Listener::chooseFolder(std::int16_t& volume, std::int32_t& directory) {
+    bool isChosen = false;
+    remember([&] {
+        const std::string& path = imageFolder_.use();
+        FileSpecification file;
+        // The name is not looked at: what counts is the folder that it lies in.
+        if (!path.empty() && makeFileSpecification(path + "/picture", file) == noErr) {
+            volume = file.volume;
+            directory = file.directory;
+            isChosen = true;
+        }
+    });
+    return isChosen;
+}
+
+} // namespace corvane

@@ -1,0 +1,32 @@
+// What the program says on standard error.
+#pragma once
+
+#include "app/cli/arguments.h"
+#include "app/cli/fault.h"
+#include "app/cli/report.h"
+
+#include <string>
+#include <string_view>
+
+namespace corvane {
+
+/// "corvane: report.pdf: error 7: the file is encrypted; ...", safe to print.
+std::string errorLine(const std::string& file, const Fault& fault);
+std::string warningLine(const std::string& file, const Fault& fault);
+
+/// "corvane: " and `sentence`, safe to print.
+std::string plainLine(const std::string& sentence);
+
+/// Writes a line; what standard error refuses is lost.
+void complain(const std::string& line);
+
+/// Says something that helps but is no fault, unless the person wants quiet or facts only.
+void note(const Arguments& arguments, const std::string& sentence);
+
+/// Says all warnings, then the error. Facts that go to standard error stand there alone.
+void tell(const Arguments& arguments, const Report& report);
+
+/// Whether standard output is where the artwork goes, so that facts go to standard error.
+bool outputIsStandard(const Arguments& arguments);
+
+} // namespace corvane

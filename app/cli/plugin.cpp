@@ -1,0 +1,48 @@
+#include "app/cli/plugin.h"
+
+#include "app/cli/fault.h"
+
+#include <bit>
+#include <cstdlib>
+#include <dlfcn.h>
+#include <filesystem>
+
+namespace corvane {
+
+namespace {
+
+[[noreturn]] void refuse() {
+    const char* const reason = dlerror();
+    throw Failure({code::io, std::string("the plug-in cannot be loaded (") +
+                                 (reason ? reason : "no reason given") +
+                                 "); install it beside the program or name it in CORVANE_PLUGIN"});
+}
+
+} // namespace
+
+void Plugin::Unload::operator()(void* library) const {
+    dlclose(library);
+}
+
+Plugin::Plugin(const std::string& path) : library_(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
+    if (!library_) {
+        refuse();
+    }
+    void* const entry = dlsym(library_.get(), "main_entry");
+    if (entry == nullptr) {
+        refuse();
+    }
+    entry_ = std::bit_cast<decltype(entry_)>(entry);
+}
+
+std::string pluginPath() {
+    // The path is absolute, so that no search path of the machine has a say in what is loaded.
+    namespace fs = std::filesystem;
+    std::error_code error;
+    if (const char* const named = std::getenv("CORVANE_PLUGIN"); named && *named != '\0') {
+        return fs::absolute(named, error).string();
+    }
+    return (fs::read_symlink("/proc/self/exe", error).parent_path() / "corvane-pdf.so").string();
+}
+
+} // namespace corvane

@@ -1,0 +1,112 @@
+#include "app/cli/report.h"
+#include "app/cli/text.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+namespace corvane {
+
+namespace {
+
+constexpr std::size_t columnOfValues = 10;
+
+std::string padded(std::string text, std::size_t width) {
+    text.resize(std::max(text.size() + 1, width), ' ');
+    return text;
+}
+
+/// At most four decimals, none that say nothing.
+std::string number(double value) {
+    std::array<char, 512> digits{};
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value,
+                                   std::chars_format::fixed, 4)
+                         .ptr;
+    std::string text(digits.data(), end);
+    if (text.find('.') != std::string::npos) {
+        text.erase(text.find_last_not_of('0') + 1);
+        text.erase(text.find_last_not_of('.') + 1);
+    }
+    return text == "-0" ? "0" : text;
+}
+
+std::string counted(std::int64_t count, const std::string& noun) {
+    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+std::string size(const Box& box) {
+    return number(box.right - box.left) + " x " + number(box.top - box.bottom);
+}
+
+std::string corners(const Box& box) {
+    return "[" + number(box.left) + " " + number(box.bottom) + " " + number(box.right) + " " +
+           number(box.top) + "]";
+}
+
+/// What a person sees of a page besides which object it is.
+std::string appearance(const PageFacts& page) {
+    std::string text = size(page.cropBox) + " pt";
+    if (page.cropBox != page.mediaBox || page.cropBox.left != 0 || page.cropBox.bottom != 0) {
+        text += ", crop " + corners(page.cropBox) + " of " + corners(page.mediaBox);
+    }
+    if (page.rotate != 0) {
+        text += ", turned " + std::to_string(page.rotate);
+    }
+    if (page.userUnit != 1.0) {
+        text += ", unit " + number(page.userUnit);
+    }
+    return text;
+}
+
+bool looksEqual(const PageFacts& one, const PageFacts& other) {
+    return one.mediaBox == other.mediaBox && one.cropBox == other.cropBox &&
+           one.rotate == other.rotate && one.userUnit == other.userUnit;
+}
+
+std::string pagesText(const std::vector<PageFacts>& pages) {
+    std::string text;
+    for (auto first = pages.begin(); first != pages.end();) {
+        const auto next = std::find_if_not(
+            first, pages.end(), [&](const PageFacts& page) { return looksEqual(page, *first); });
+        const auto last = std::prev(next);
+        std::string name = std::to_string(first->page);
+        std::string object;
+        if (first == last) {
+            object = ", object " + std::to_string(first->objectNumber) + " " +
+                     std::to_string(first->generation);
+        } else {
+            name += "-" + std::to_string(last->page);
+        }
+        text += padded("  " + name, columnOfValues + 2) + appearance(*first) + object + "\n";
+        first = next;
+    }
+    return text;
+}
+
+} // namespace
+
+std::string infoText(const std::string& file, const Report& report) {
+    std::string text = terminalText(file) + "\n";
+    const auto line = [&](const char* name, const std::string& value) {
+        text += padded(std::string("  ") + name, columnOfValues + 2) + value + "\n";
+    };
+    if (report.file) {
+        const DocumentFacts& facts = report.file->facts;
+        line("version", terminalText(report.file->version));
+        line("length", counted(facts.length, "byte"));
+        line("objects", std::to_string(facts.objects));
+        line("updates", std::to_string(facts.updates));
+        line("pages", std::to_string(facts.pages));
+    }
+    return text + pagesText(report.pages);
+}
+
+std::string checkText(const std::string& file, const Report& report) {
+    std::string text = terminalText(file) + ": can be opened";
+    if (report.file) {
+        text += " (" + counted(report.file->facts.pages, "page") + ")";
+    }
+    return text + "\n";
+}
+
+} // namespace corvane

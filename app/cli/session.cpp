@@ -1,0 +1,113 @@
+#include "app/cli/session.h"
+
+#include "app/cli/fault.h"
+#include "app/cli/interrupt.h"
+#include "host/toolbox.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace corvane {
+
+namespace {
+
+[[noreturn]] void refuseFile(const std::string& reason) {
+    throw Failure({code::access, "the file cannot be opened (" + reason +
+                                     "); check its name, where "
+                                     "it lies and its permissions"});
+}
+
+/// The plug-in knows one code for a file that cannot be opened; the machine knows why.
+void requireReadable(const std::string& path) {
+    struct stat facts {};
+    if (stat(path.c_str(), &facts) != 0 || access(path.c_str(), R_OK) != 0) {
+        refuseFile(lastError().message());
+    }
+    if (!S_ISREG(facts.st_mode)) {
+        refuseFile(S_ISDIR(facts.st_mode) ? "it is a folder" : "it is not a regular file");
+    }
+}
+
+[[noreturn]] void refusePlugin() {
+    throw Failure({code::io, "the plug-in does not read PDF files; install the one that came with "
+                             "this program"});
+}
+
+std::string hexadecimal(std::uint32_t value) {
+    std::array<char, 8> digits{};
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value, 16).ptr;
+    return "0x" + std::string(digits.data(), end);
+}
+
+} // namespace
+
+Session::Session(const Arguments& arguments, Report& report, Document& document)
+    : report_(report), plugin_(pluginPath()), listener_(arguments, report),
+      scope_(document, interrupted) {
+    requireReadable(arguments.file);
+    if (makeFileSpecification(arguments.file, *file_) != noErr) {
+        refuseFile("there is no such place");
+    }
+    block_->callbacks = table_.ref();
+    block_->action = Action::read;
+    block_->file = file_.ref();
+}
+
+Session::~Session() {
+    DisposeHandle(block_->state.as<Ptr>());
+}
+
+void Session::begin() {
+    if (answer(Selector::identify) != resultIdentity) {
+        refusePlugin();
+    }
+    call(Selector::registerFormat);
+    if (std::ranges::find(scope_.formats(), fourCharacters("PDF "), &FileFormat::type) ==
+        scope_.formats().end()) {
+        refusePlugin();
+    }
+    call(Selector::check);
+}
+
+void Session::call(Selector selector) {
+    const std::uint32_t result = answer(selector);
+    if (report_.error) {
+        throw Failure(explained(*report_.error));
+    }
+    if (result == resultStopped || interrupted()) {
+        throw Failure({code::cancelled, "cancelled"});
+    }
+    if (result == resultNotFormat) {
+        throw Failure({code::notPdf, "the file is not a PDF (its first 1,000 bytes hold no "
+                                     "\"%PDF-\"); name a PDF file"});
+    }
+    if (result != 0) {
+        throw Failure({code::host, "the plug-in gave an answer that nobody knows (" +
+                                       hexadecimal(result) +
+                                       "); install program and plug-in of one "
+                                       "version"});
+    }
+}
+
+/// The plug-in learns only that a slot failed; the slots know why.
+Fault Session::explained(Fault fault) const {
+    if (fault.code == code::host && !scope_.failure().empty()) {
+        fault.sentence += " (" + scope_.failure() + ")";
+    }
+    return fault;
+}
+
+std::uint32_t Session::answer(Selector selector) {
+    block_->selector = selector;
+    const std::uint32_t result = plugin_.call(&*block_);
+    listener_.clearProgress();
+    if (listener_.ranOutOfMemory()) {
+        throw std::bad_alloc();
+    }
+    return result;
+}
+
+} // namespace corvane

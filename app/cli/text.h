@@ -1,0 +1,23 @@
+// Bytes that others chose (file names, titles) as text that is safe to print.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace corvane {
+
+/// Length in bytes, 1 to 4, of the well-formed UTF-8 character that `bytes` begins with; 0 where
+/// there is none (RFC 3629: no surrogates, no overlong forms, nothing past U+10FFFF).
+std::size_t utf8Length(std::string_view bytes);
+
+bool isUtf8(std::string_view bytes);
+
+/// `bytes` for a terminal: printable UTF-8 as it is; control characters, marks that reorder text
+/// or break lines, and bytes that are not UTF-8 as \xNN, byte by byte.
+std::string terminalText(std::string_view bytes);
+
+/// Two lower-case hexadecimal digits for each byte.
+std::string hexadecimalText(std::string_view bytes);
+
+} // namespace corvane

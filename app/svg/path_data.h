@@ -1,0 +1,29 @@
+// Path data: the value of a path's `d`.
+#pragma once
+
+#include "app/artwork/document.h"
+#include "app/svg/extent.h"
+#include "app/svg/sink.h"
+
+#include <cstdint>
+
+namespace corvane {
+
+/// Where the SVG's 0,0 lies in the coordinates of the art; its y points down.
+struct PageCorner {
+    std::int64_t left = 0;
+    std::int64_t top = 0;
+    std::int64_t x(Fixed artX) const { return artX - left; }
+    std::int64_t y(Fixed artY) const { return top - artY; }
+};
+
+/// Writes the data of all subpaths of a path or compound path: absolute commands M, L, H, V, C and
+/// Z, letters and blanks only where needed. A command letter is repeated by leaving it out. A
+/// closed subpath's last curve back to its start is written out, as is its last line where the
+/// start is also the last anchor: a reader that merges an end on the start gets the same anchors.
+void writePathData(TextOutput&, const Document&, Art shape, PageCorner);
+
+/// Writes the data of an axis-parallel rectangle.
+void writeRectangleData(TextOutput&, const Extent&, PageCorner);
+
+} // namespace corvane

@@ -1,0 +1,143 @@
+#include "app/svg/root.h"
+
+#include "app/svg/markup.h"
+#include "app/svg/number.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace corvane {
+
+namespace {
+
+/// Of the data- attributes' meaning; a reader that knows only older ones can say so.
+constexpr std::string_view formatVersion = "1";
+
+/// To the nearest 16.16 number; what is not a number counts as 0, what is too large is cut.
+std::int64_t toFixed(double value) {
+    constexpr double largest = 0x1p46;
+    return std::isnan(value) ? 0
+                             : static_cast<std::int64_t>(
+                                   std::clamp(std::nearbyint(value * fixedOne), -largest, largest));
+}
+
+std::string hexText(std::uint64_t value) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string text(16, '0');
+    for (auto digit = text.rbegin(); digit != text.rend(); ++digit, value >>= 4) {
+        *digit = digits[value & 15];
+    }
+    return text;
+}
+
+std::string_view omissionName(Omission kind) {
+    switch (kind) {
+    case Omission::text:
+        return "text";
+    case Omission::image:
+        return "image";
+    case Omission::form:
+        return "form";
+    case Omission::shading:
+        return "shading";
+    default:
+        return "other";
+    }
+}
+
+std::string boxText(const Box& box) {
+    return numberText(toFixed(box.left)) + ' ' + numberText(toFixed(box.bottom)) + ' ' +
+           numberText(toFixed(box.right)) + ' ' + numberText(toFixed(box.top));
+}
+
+/// The width and height as drawn: `viewBox` in points of the artwork, the size in points of paper.
+void writeSize(TextOutput& out, const Rect& bounds, double userUnit) {
+    const std::int64_t width = std::int64_t{bounds.right} - bounds.left;
+    const std::int64_t height = std::int64_t{bounds.top} - bounds.bottom;
+    if (width <= 0 || height <= 0) {
+        return;
+    }
+    const auto scaled = [&](std::int64_t length) {
+        return numberText(toFixed(static_cast<double>(length) / fixedOne * userUnit));
+    };
+    writePlainAttribute(out, "width", scaled(width) + "pt");
+    writePlainAttribute(out, "height", scaled(height) + "pt");
+    writePlainAttribute(out, "viewBox", "0 0 " + numberText(width) + ' ' + numberText(height));
+}
+
+void writePage(TextOutput& out, const Page& page) {
+    if (page.profile() == Profile::original) {
+        writePlainAttribute(out, "data-profile", "original");
+    }
+    const Rect& bounds = page.bounds();
+    if (bounds.left != 0 || bounds.bottom != 0) {
+        writePlainAttribute(out, "data-bounds",
+                            numberText(bounds.left) + ' ' + numberText(bounds.bottom) + ' ' +
+                                numberText(bounds.right) + ' ' + numberText(bounds.top));
+    }
+    const ArtboardSize& artboard = page.artboard();
+    if (artboard.width != 0 || artboard.height != 0) {
+        writePlainAttribute(out, "data-artboard",
+                            numberText(artboard.width) + ' ' + numberText(artboard.height));
+    }
+}
+
+void writeIdentity(TextOutput& out, const PageIdentity& identity) {
+    const PageFacts& page = identity.page;
+    writePlainAttribute(out, "data-object",
+                        std::to_string(page.objectNumber) + ' ' + std::to_string(page.generation));
+    writePlainAttribute(out, "data-digest", hexText(identity.digest));
+    writePlainAttribute(out, "data-media-box", boxText(page.mediaBox));
+    if (page.rotate != 0) {
+        writePlainAttribute(out, "data-rotate", std::to_string(page.rotate));
+    }
+    if (page.userUnit != 1.0) {
+        writeNumberAttribute(out, "data-user-unit", toFixed(page.userUnit));
+    }
+}
+
+void writeProvenance(TextOutput& out, const Provenance& provenance) {
+    if (!provenance.sourceFile.empty()) {
+        writeAttribute(out, "data-file", provenance.sourceFile);
+    }
+    if (provenance.page != 0) {
+        writePlainAttribute(out, "data-page", std::to_string(provenance.page));
+    }
+    if (provenance.identity) {
+        writeIdentity(out, *provenance.identity);
+    }
+    std::string omitted;
+    for (const auto& [kind, count] : provenance.omitted) {
+        omitted += omitted.empty() ? "" : " ";
+        omitted += omissionName(kind);
+        omitted += ':' + std::to_string(count);
+    }
+    if (!omitted.empty()) {
+        writePlainAttribute(out, "data-omitted", omitted);
+    }
+}
+
+} // namespace
+
+void writeRootStart(TextOutput& out, const Page& page, const Provenance& provenance) {
+    double userUnit = provenance.identity ? provenance.identity->page.userUnit : 1.0;
+    if (!(userUnit > 0) || std::isinf(userUnit)) {
+        userUnit = 1.0;
+    }
+    out.text("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg");
+    writePlainAttribute(out, "xmlns", "http://www.w3.org/2000/svg");
+    writePlainAttribute(out, "xmlns:inkscape", "http://www.inkscape.org/namespaces/inkscape");
+    writePlainAttribute(out, "version", "1.1");
+    writeSize(out, page.bounds(), userUnit);
+    writeNumberAttribute(out, "stroke-miterlimit", PathStyle{}.miterLimit);
+    writePlainAttribute(out, "data-producer", "corvane");
+    writePlainAttribute(out, "data-version", formatVersion);
+    writeProvenance(out, provenance);
+    writePage(out, page);
+    out.text(">");
+}
+
+} // namespace corvane

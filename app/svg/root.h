@@ -1,0 +1,13 @@
+// The root element of the SVG: the page's size, and where the artwork came from.
+#pragma once
+
+#include "app/artwork/document.h"
+#include "app/artwork/provenance.h"
+#include "app/svg/sink.h"
+
+namespace corvane {
+
+/// Writes the XML declaration and the root's start tag.
+void writeRootStart(TextOutput&, const Page&, const Provenance&);
+
+} // namespace corvane

@@ -1,0 +1,97 @@
+#include "app/svg/survey.h"
+
+#include "app/svg/subpaths.h"
+
+namespace corvane {
+
+namespace {
+
+/// A group whose children are being looked at.
+struct Visit {
+    std::size_t index = 0;
+    Art clip = Art::null;
+    Art next = Art::null;
+    bool measured = false;
+};
+
+class Surveyor {
+public:
+    explicit Surveyor(const Document& document) : document_(document) {}
+
+    std::vector<GroupSurvey> survey(Art top) {
+        enter(top);
+        while (!visits_.empty()) {
+            const Art art = visits_.back().next;
+            if (art == Art::null) {
+                leave();
+                continue;
+            }
+            visits_.back().next = document_.previousSibling(art);
+            if (document_.kind(art) == ArtKind::group) {
+                enter(art);
+            } else if (isShape(document_, art) && art != visits_.back().clip) {
+                addShape(art);
+            }
+        }
+        return std::move(groups_);
+    }
+
+private:
+    void enter(Art group) {
+        Visit visit;
+        visit.index = groups_.size();
+        visit.clip = clipOf(document_, group);
+        visit.next = document_.lastChild(group);
+        GroupSurvey& survey = groups_.emplace_back();
+        if (visit.clip != Art::null) {
+            survey.clip = clipShape(document_, visit.clip);
+        }
+        visit.measured = survey.clip.rectangle || (!visits_.empty() && visits_.back().measured);
+        if (!visit.measured) {
+            survey.content = Extent::everything();
+        }
+        visits_.push_back(visit);
+    }
+
+    void addShape(Art shape) {
+        GroupSurvey& survey = groups_[visits_.back().index];
+        survey.drawn = true;
+        if (visits_.back().measured) {
+            survey.content.add(paintedExtent(document_, shape));
+        }
+    }
+
+    void leave() {
+        const Visit visit = visits_.back();
+        visits_.pop_back();
+        GroupSurvey& survey = groups_[visit.index];
+        survey.end = groups_.size();
+        if (visits_.empty() || !survey.drawn) {
+            return;
+        }
+        GroupSurvey& outer = groups_[visits_.back().index];
+        outer.drawn = true;
+        outer.content.add(visit.clip == Art::null ? survey.content
+                                                  : survey.content.within(survey.clip.bounds));
+    }
+
+    const Document& document_;
+    std::vector<GroupSurvey> groups_;
+    std::vector<Visit> visits_;
+};
+
+} // namespace
+
+Art clipOf(const Document& document, Art group) {
+    if (!document.clipped(group)) {
+        return Art::null;
+    }
+    const Art first = document.firstChild(group);
+    return first != Art::null && isShape(document, first) ? first : Art::null;
+}
+
+std::vector<GroupSurvey> surveyGroups(const Document& document, Art top) {
+    return Surveyor(document).survey(top);
+}
+
+} // namespace corvane

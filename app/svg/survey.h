@@ -1,0 +1,28 @@
+// What the groups of a layer hold, found out before they are written.
+#pragma once
+
+#include "app/artwork/document.h"
+#include "app/svg/extent.h"
+#include "app/svg/shape_extent.h"
+
+#include <cstddef>
+#include <vector>
+
+namespace corvane {
+
+/// The shape that clips a group: its first child where the group is clipped, or null.
+Art clipOf(const Document&, Art group);
+
+struct GroupSurvey {
+    bool drawn = false; ///< something is in it, at any depth, beside clips
+    /// Around what is painted in it before its own clip. Known only in a group that a rectangle
+    /// clips, at any depth; elsewhere everything.
+    Extent content;
+    ClipShape clip;
+    std::size_t end = 0; ///< index just past the groups within it
+};
+
+/// The groups from `top` (first) down, each before those within it, from the back to the front.
+std::vector<GroupSurvey> surveyGroups(const Document&, Art top);
+
+} // namespace corvane

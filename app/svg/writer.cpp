@@ -1,0 +1,331 @@
+#include "app/svg/writer.h"
+
+#include "app/svg/markup.h"
+#include "app/svg/path_data.h"
+#include "app/svg/root.h"
+#include "app/svg/style.h"
+#include "app/svg/subpaths.h"
+#include "app/svg/survey.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvane {
+
+namespace {
+
+/// Depth of an element whose children may still be groups, the root's being 0. Readers of XML give
+/// up at 256; what they wrap around the file must fit as well.
+constexpr int deepestGroup = 190;
+
+/// The clips that elements below `deepestGroup` carry themselves, because no group does it for
+/// them. Rectangles are cut down to one; other clips name the clip before them.
+struct ClipChain {
+    std::uint32_t clip = 0; ///< number of the clip that holds all of them; 0: none
+    std::uint32_t base = 0; ///< the same without the rectangle
+    Extent rectangle = Extent::everything();
+    bool hides = false; ///< nothing is left to be seen
+};
+
+/// A group whose children are being written.
+struct Level {
+    Art clip = Art::null;
+    Art next = Art::null;
+    int depth = 0;        ///< of the children's elements
+    bool element = false; ///< the group is an element, to be ended
+    Extent visible;       ///< what clips around it let through, at most
+    ClipChain chain;
+};
+
+enum class ClipEffect { none, cutsNothing, cuts, hides };
+
+class SvgWriter {
+public:
+    SvgWriter(const Document& document, TextOutput& out)
+        : document_(document),
+          out_(out), corner_{document.page().bounds().left, document.page().bounds().top} {}
+
+    void writeLayers() {
+        for (Layer layer = document_.lastLayer(); layer != Layer::null && !out_.failed();
+             layer = document_.previousLayer(layer)) {
+            writeLayer(layer);
+        }
+    }
+
+private:
+    void writeLayer(Layer layer);
+    void writeLayerAttributes(const LayerProperties&);
+    void enterGroup(Art, const LayerProperties*);
+    void leaveGroup();
+    void writeShape(Art);
+
+    ClipEffect clipEffect(Art clip, const GroupSurvey&, const Extent& visible) const;
+    std::uint32_t writeClip(Art clip, std::uint32_t within, int depth);
+    std::uint32_t writeRectangleClip(const Extent&, std::uint32_t within, int depth);
+    void startClip(std::uint32_t number, std::uint32_t within, int depth);
+    void extendChain(ClipChain&, Art clip, const ClipShape&, int depth);
+    void writeReference(std::uint32_t clip);
+    void writeDroppedClip(Art clip);
+    void writeData(Art shape);
+    void writeId(std::string_view kind, std::uint32_t number);
+
+    const Document& document_;
+    TextOutput& out_;
+    PageCorner corner_;
+    std::vector<GroupSurvey> survey_;
+    std::size_t group_ = 0; ///< of `survey_`: the next one met
+    std::vector<Level> levels_;
+    std::uint32_t layers_ = 0;
+    std::uint32_t groups_ = 0;
+    std::uint32_t shapes_ = 0;
+    std::uint32_t clips_ = 0;
+};
+
+void SvgWriter::writeLayer(Layer layer) {
+    const Art top = document_.layerArt(layer);
+    survey_ = surveyGroups(document_, top);
+    group_ = 0;
+    enterGroup(top, &document_.layerProperties(layer));
+    while (!levels_.empty() && !out_.failed()) {
+        const Art art = levels_.back().next;
+        if (art == Art::null) {
+            leaveGroup();
+            continue;
+        }
+        levels_.back().next = document_.previousSibling(art);
+        if (document_.kind(art) == ArtKind::group) {
+            if (survey_[group_].drawn) {
+                enterGroup(art, nullptr);
+            } else {
+                group_ = survey_[group_].end;
+            }
+        } else if (isShape(document_, art) && art != levels_.back().clip) {
+            writeShape(art);
+        }
+    }
+}
+
+void SvgWriter::writeLayerAttributes(const LayerProperties& layer) {
+    writeId("layer", ++layers_);
+    writePlainAttribute(out_, "inkscape:groupmode", "layer");
+    if (!layer.title.empty()) {
+        writeAttribute(out_, "inkscape:label", layer.title);
+    }
+    if (!layer.visible) {
+        writePlainAttribute(out_, "display", "none");
+    }
+    if (!layer.preview) {
+        writePlainAttribute(out_, "data-preview", "false");
+    }
+    if (layer.locked) {
+        writePlainAttribute(out_, "data-locked", "true");
+    }
+    if (!layer.printing) {
+        writePlainAttribute(out_, "data-printing", "false");
+    }
+    if (layer.dimmed) {
+        writePlainAttribute(out_, "data-dimmed", "true");
+    }
+}
+
+void SvgWriter::enterGroup(Art group, const LayerProperties* layer) {
+    const GroupSurvey& survey = survey_[group_++];
+    Level level;
+    if (layer != nullptr) {
+        const Rect& page = document_.page().bounds();
+        level.depth = 1;
+        level.visible = {page.left, page.bottom, page.right, page.top};
+        if (level.visible.empty()) {
+            level.visible = Extent::everything();
+        }
+    } else {
+        level = levels_.back();
+    }
+    level.clip = clipOf(document_, group);
+    level.next = document_.lastChild(group);
+    level.element = level.depth <= deepestGroup;
+    const ClipEffect effect = clipEffect(level.clip, survey, level.visible);
+    const bool clips = effect == ClipEffect::cuts || effect == ClipEffect::hides;
+    if (clips) {
+        level.visible = level.visible.within(survey.clip.bounds);
+    }
+    if (!level.element) {
+        if (clips) {
+            extendChain(level.chain, level.clip, survey.clip, level.depth);
+        }
+        levels_.push_back(level);
+        return;
+    }
+
+    const std::uint32_t clip = clips ? writeClip(level.clip, 0, level.depth) : 0;
+    writeIndent(out_, level.depth);
+    out_.text("<g");
+    if (layer != nullptr) {
+        writeLayerAttributes(*layer);
+    } else {
+        writeId("g", ++groups_);
+    }
+    if (clips) {
+        writeReference(clip);
+    }
+    if (effect == ClipEffect::hides && (layer == nullptr || layer->visible)) {
+        writePlainAttribute(out_, "display", "none");
+    }
+    if (effect == ClipEffect::cutsNothing) {
+        writeDroppedClip(level.clip);
+    }
+    if (!survey.drawn) {
+        out_.text("/>");
+        return;
+    }
+    out_.text(">");
+    ++level.depth;
+    levels_.push_back(level);
+}
+
+void SvgWriter::leaveGroup() {
+    const Level& level = levels_.back();
+    if (level.element) {
+        writeIndent(out_, level.depth - 1);
+        out_.text("</g>");
+    }
+    levels_.pop_back();
+}
+
+void SvgWriter::writeShape(Art shape) {
+    const Level& level = levels_.back();
+    writeIndent(out_, level.depth);
+    out_.text("<path");
+    writeId("p", ++shapes_);
+    if (const Art leading = leadingPath(document_, shape); leading == Art::null) {
+        writePaintedStyle(out_, PathStyle{});
+    } else if (document_.guide(leading)) {
+        writeGuideStyle(out_);
+    } else {
+        writePaintedStyle(out_, document_.style(leading));
+    }
+    if (level.chain.hides) {
+        writePlainAttribute(out_, "display", "none");
+    } else if (level.chain.clip != 0) {
+        writeReference(level.chain.clip);
+    }
+    writeData(shape);
+    out_.text("/>");
+}
+
+ClipEffect SvgWriter::clipEffect(Art clip, const GroupSurvey& survey, const Extent& visible) const {
+    if (clip == Art::null) {
+        return ClipEffect::none;
+    }
+    if (survey.clip.blank) {
+        return ClipEffect::hides;
+    }
+    const PathStyle& style = document_.style(leadingPath(document_, clip));
+    const bool painted = style.fillPaint != 0 || style.strokePaint != 0;
+    if (!painted && survey.clip.rectangle &&
+        survey.clip.bounds.contains(survey.content.within(visible))) {
+        return ClipEffect::cutsNothing;
+    }
+    return ClipEffect::cuts;
+}
+
+void SvgWriter::startClip(std::uint32_t number, std::uint32_t within, int depth) {
+    writeIndent(out_, depth);
+    out_.text("<clipPath");
+    writeId("clip", number);
+    if (within != 0) {
+        writeReference(within);
+    }
+    out_.text("><path");
+}
+
+std::uint32_t SvgWriter::writeClip(Art clip, std::uint32_t within, int depth) {
+    const std::uint32_t number = ++clips_;
+    startClip(number, within, depth);
+    if (const Art leading = leadingPath(document_, clip); leading != Art::null) {
+        writeClipStyle(out_, document_.style(leading));
+    }
+    writeData(clip);
+    out_.text("/></clipPath>");
+    return number;
+}
+
+std::uint32_t SvgWriter::writeRectangleClip(const Extent& rectangle, std::uint32_t within,
+                                            int depth) {
+    const std::uint32_t number = ++clips_;
+    startClip(number, within, depth);
+    out_.text(" d=\"");
+    writeRectangleData(out_, rectangle, corner_);
+    out_.text("\"/></clipPath>");
+    return number;
+}
+
+void SvgWriter::extendChain(ClipChain& chain, Art clip, const ClipShape& shape, int depth) {
+    if (shape.blank) {
+        chain.hides = true;
+    }
+    if (chain.hides) {
+        return;
+    }
+    if (!shape.rectangle) {
+        chain.clip = writeClip(clip, chain.clip, depth);
+        chain.base = chain.clip;
+        chain.rectangle = Extent::everything();
+        return;
+    }
+    chain.rectangle = chain.rectangle.within(shape.bounds);
+    if (chain.rectangle.empty()) {
+        chain.hides = true;
+    } else {
+        chain.clip = writeRectangleClip(chain.rectangle, chain.base, depth);
+    }
+}
+
+void SvgWriter::writeReference(std::uint32_t clip) {
+    writePlainAttribute(out_, "clip-path", "url(#clip" + std::to_string(clip) + ")");
+}
+
+void SvgWriter::writeDroppedClip(Art clip) {
+    out_.text(" data-clip=\"");
+    writePathData(out_, document_, clip, corner_);
+    out_.text("\"");
+    if (document_.style(leadingPath(document_, clip)).rule == FillRule::evenOdd) {
+        writePlainAttribute(out_, "data-clip-rule", "evenodd");
+    }
+}
+
+/// The last attribute of a shape. A compound path that looks like a path is marked.
+void SvgWriter::writeData(Art shape) {
+    if (document_.kind(shape) == ArtKind::compound) {
+        int drawn = 0;
+        forEachSubpath(document_, shape,
+                       [&](Art path) { drawn += document_.segments(path).empty() ? 0 : 1; });
+        if (drawn < 2) {
+            writePlainAttribute(out_, "data-compound", "true");
+        }
+    }
+    out_.text(" d=\"");
+    writePathData(out_, document_, shape, corner_);
+    out_.text("\"");
+}
+
+void SvgWriter::writeId(std::string_view kind, std::uint32_t number) {
+    out_.text(" id=\"");
+    out_.text(kind);
+    out_.number(std::int64_t{number} << 16);
+    out_.text("\"");
+}
+
+} // namespace
+
+std::error_code writeSvg(const Document& document, const Provenance& provenance, ByteSink& sink) {
+    TextOutput out(sink);
+    writeRootStart(out, document.page(), provenance);
+    SvgWriter(document, out).writeLayers();
+    out.text("\n</svg>\n");
+    return out.flush();
+}
+
+} // namespace corvane

@@ -1,0 +1,235 @@
+#!/usr/bin/env python3
+"""Runs corvane beside other readers on the same files and prints ratios of time and memory.
+
+    compare.py [--corvane PATH] [--pages FOLDER] [--runs N] [--limit SECONDS] [NAME ...]
+
+For every file two races are run:
+
+    open   corvane open, pdftocairo -svg, mutool convert -F svg   (page 1 becomes SVG)
+    info   corvane info, mutool show trailer, qpdf --show-npages  (the file is opened and looked at)
+
+The runners of a race take turns (A B C A B C ...), N times after a round of warm-up that does not
+count, so that a slow minute of the machine hits all of them. Each row gives the median of wall
+clock and user time, the median of peak memory, and ratios corvane / that row, below 1 where corvane
+needs less. A run that fails or passes the limit ends the row, which then says so. A peer that is
+not installed is named and left out.
+
+NAME is a name of make_pages.py (map-120000, objects-1000000, ...) or a PDF file; without names the
+standard list is run. Made pages are kept in FOLDER. Lines at the end compare with the aims: the map
+against its peers, opening a million objects against mutool show trailer, and time per object.
+
+Peak memory is what the kernel reports of the child, never less than what this driver itself holds
+when it starts one; the row "floor" is a program that does nothing.
+"""
+
+import argparse
+import os
+import platform
+import shutil
+import signal
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+from dataclasses import dataclass, field
+
+import make_pages
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+PEERS = {"pdftocairo": ["-v"], "mutool": ["-v"], "qpdf": ["--version"]}
+
+
+@dataclass
+class Run:
+    wall: float  # seconds
+    user: float  # seconds
+    peak: float  # MiB
+    fault: str = ""
+
+
+@dataclass
+class Runner:
+    name: str
+    command: list
+    runs: list = field(default_factory=list)
+    fault: str = ""
+
+    def median(self, what):
+        return statistics.median(getattr(run, what) for run in self.runs)
+
+
+def run_once(command, folder, limit):
+    """One child in its own folder, output discarded; a fault where it fails or passes the limit."""
+    started = time.perf_counter()
+    pid = os.fork()
+    if pid == 0:
+        try:
+            os.chdir(folder)
+            sink = os.open(os.devnull, os.O_RDWR)
+            for stream in (0, 1, 2):
+                os.dup2(sink, stream)
+            signal.alarm(limit)  # survives exec; its default is to end the process
+            os.execvp(command[0], command)
+        finally:
+            os._exit(127)
+    _, status, usage = os.wait4(pid, 0)
+    run = Run(time.perf_counter() - started, usage.ru_utime, usage.ru_maxrss / 1024)
+    if os.WIFSIGNALED(status):
+        name = signal.Signals(os.WTERMSIG(status)).name
+        run.fault = f"over {limit} s" if name == "SIGALRM" else f"died of {name}"
+    elif os.WEXITSTATUS(status) != 0:
+        run.fault = f"exit {os.WEXITSTATUS(status)}"
+    return run
+
+
+def race(runners, rounds, limit):
+    """Lets the runners take turns; the first round is warm-up."""
+    for turn in range(rounds + 1):
+        for runner in runners:
+            if runner.fault:
+                continue
+            with tempfile.TemporaryDirectory(prefix="compare-") as folder:
+                run = run_once(runner.command, folder, limit)
+            if run.fault:
+                runner.fault = run.fault
+            elif turn > 0:
+                runner.runs.append(run)
+
+
+def races(corvane, path):
+    return {
+        "open": [
+            Runner("corvane open", [corvane, "open", path, "--page", "1", "--quiet", "-o", "page.svg"]),
+            Runner("pdftocairo -svg", ["pdftocairo", "-svg", "-f", "1", "-l", "1", path, "page.svg"]),
+            Runner("mutool convert", ["mutool", "convert", "-F", "svg", "-o", "page.svg", path, "1"]),
+        ],
+        "info": [
+            Runner("corvane info", [corvane, "info", path]),
+            Runner("mutool show trailer", ["mutool", "show", path, "trailer"]),
+            Runner("qpdf --show-npages", ["qpdf", "--show-npages", path]),
+        ],
+    }
+
+
+def first_line(command):
+    done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
+                          check=False)
+    return (done.stdout.splitlines() or ["?"])[0].strip()
+
+
+def describe_machine():
+    model = platform.processor() or platform.machine()
+    try:
+        with open("/proc/cpuinfo", encoding="ascii", errors="replace") as info:
+            model = next((line.split(":", 1)[1].strip() for line in info
+                          if line.startswith("model name")), model)
+    except OSError:
+        pass
+    return (f"{model}, {os.cpu_count()} cores, {platform.system()} {platform.release()}, "
+            f"load {os.getloadavg()[0]:.2f}")
+
+
+def print_header(corvane, missing):
+    print(f"machine    {describe_machine()}")
+    print(f"corvane    {first_line([corvane, '--version'])}")
+    for peer, flags in PEERS.items():
+        print(f"{peer:<10} " + ("not installed, left out" if peer in missing
+                                else first_line([peer, *flags])))
+
+
+def ratio(ours, theirs):
+    return f"{ours / theirs:8.2f}" if theirs > 0 else "       -"
+
+
+def print_race(title, runners):
+    print(f"\n{title}\n{'':22}{'wall s':>10}{'user s':>10}{'peak MiB':>10}   "
+          f"{'time':>8}{'memory':>8}   corvane / row")
+    ours = runners[0]
+    for runner in runners:
+        if not runner.runs or runner.fault:
+            print(f"  {runner.name:<20}{runner.fault:>10}")
+            continue
+        line = f"  {runner.name:<20}" + f"{runner.median('wall'):10.3f}{runner.median('user'):10.3f}" \
+               f"{runner.median('peak'):10.1f}   "
+        if runner is not ours and ours.runs and not ours.fault:
+            line += ratio(ours.median("wall"), runner.median("wall"))
+            line += ratio(ours.median("peak"), runner.median("peak"))
+        print(line, flush=True)
+
+
+def good(results, name, kind, runner):
+    """The runner's row of that race where it ran to the end, or None."""
+    found = next((r for r in results.get((name, kind), []) if r.name == runner), None)
+    return found if found and found.runs and not found.fault else None
+
+
+def print_aims(results):
+    def line(text, name, ours, theirs, what, aim):
+        mine, other = good(results, name, *ours), good(results, name, *theirs)
+        if mine and other:
+            value = mine.median(what) / other.median(what)
+            print(f"  {text:<62}{value:6.2f}  aim {aim:4.2f}  {'met' if value <= aim else 'MISSED'}")
+
+    print("\naims (ratio corvane / peer)")
+    opened, cairo, mutool = ("open", "corvane open"), ("open", "pdftocairo -svg"), ("open", "mutool convert")
+    line("map: time, against pdftocairo", "map-120000", opened, cairo, "wall", 0.2)
+    line("map: time, against mutool convert", "map-120000", opened, mutool, "wall", 1.0)
+    line("map: memory, against pdftocairo", "map-120000", opened, cairo, "peak", 0.5)
+    trailer = ("info", "mutool show trailer")
+    for ours in opened, ("info", "corvane info"):
+        line(f"a million objects: {ours[1]}, against {trailer[1]}", "objects-1000000", ours, trailer,
+             "wall", 1.0)
+
+
+def print_per_object(results):
+    sizes = sorted({int(name.rpartition("-")[2]) for name, _ in results if name.startswith("objects-")})
+    print("\nmicroseconds per object" + "".join(f"{size:>12,}" for size in sizes))
+    for kind, runners in races("", "").items():
+        for runner in runners:
+            rows = [good(results, f"objects-{size}", kind, runner.name) for size in sizes]
+            cells = [f"{row.median('wall') / size * 1e6:12.3f}" if row else f"{'-':>12}"
+                     for size, row in zip(sizes, rows)]
+            slope = ""
+            if len(sizes) > 1 and rows[0] and rows[-1]:
+                grown = rows[-1].median("wall") - rows[0].median("wall")
+                slope = f"   {grown / (sizes[-1] - sizes[0]) * 1e6:8.3f} for each further one"
+            print(f"  {runner.name:<21}" + "".join(cells) + slope)
+
+
+def parse_arguments():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--corvane", default=os.path.join(HERE, "..", "build", "corvane"))
+    parser.add_argument("--pages", default=os.path.join(tempfile.gettempdir(), "corvane-pages"))
+    parser.add_argument("--runs", type=int, default=5)
+    parser.add_argument("--limit", type=int, default=120, help="seconds for one run")
+    parser.add_argument("names", nargs="*", metavar="NAME")
+    return parser.parse_args()
+
+
+def main():
+    arguments = parse_arguments()
+    corvane = os.path.abspath(arguments.corvane)
+    if not os.access(corvane, os.X_OK):
+        sys.exit(f"compare.py: {corvane} is not there; build it first or name it with --corvane")
+    missing = {peer for peer in PEERS if shutil.which(peer) is None}
+    print_header(corvane, missing)
+
+    floor = Runner("floor", ["true"])
+    race([floor], arguments.runs, arguments.limit)
+    print_race("a program that does nothing", [floor])
+    results = {}
+    for name in arguments.names or make_pages.STANDARD:
+        path = name if name.endswith(".pdf") else make_pages.make(arguments.pages, name)
+        for kind, runners in races(corvane, os.path.abspath(path)).items():
+            runners = [runner for runner in runners if runner.command[0] not in missing]
+            race(runners, arguments.runs, arguments.limit)
+            results[name, kind] = runners
+            print_race(f"{name}, {os.path.getsize(path):,} bytes: {kind}", runners)
+    print_aims(results)
+    if any(name.startswith("objects-") for name, _ in results):
+        print_per_object(results)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,262 @@
+#!/usr/bin/env python3
+"""Makes heavy PDF files to measure readers with; the same names give the same bytes.
+
+    make_pages.py FOLDER [NAME ...]
+
+A name is a kind and a size; without names every file of the list below is made, and one that is
+there already is kept.
+
+    map-120000            a map: that many paths, ten times as many segments, plain content
+    objects-10000         that many indirect objects and one simple page
+    objects-100000
+    objects-1000000
+    nested-q-100000       q inside q that deep, with a square at a few depths
+    sibling-q-100000      that many of: q, a square, Q
+    pages-10000           pages in a balanced tree
+    flat-pages-50000      pages in one Kids array
+
+Content is not compressed and the cross-reference is the classic table, so that what is measured is
+reading and not inflating.
+"""
+
+import math
+import os
+import random
+import sys
+
+STANDARD = [
+    "map-120000",
+    "objects-10000",
+    "objects-100000",
+    "objects-1000000",
+    "nested-q-100000",
+    "sibling-q-100000",
+    "pages-10000",
+    "flat-pages-50000",
+]
+SEGMENTS_PER_PATH = 10
+TREE_FANOUT = 16
+SHEET = (3370, 2384)  # A0, landscape, in points
+PAGE = (612, 792)
+
+
+def write_pdf(path, bodies):
+    """Writes object bodies, numbered from 1, as a file whose catalog is object 1."""
+    offsets = []
+    position = 0
+    partial = path + ".partial"
+    with open(partial, "wb") as out:
+        position += out.write(b"%PDF-1.4\n%\xe2\xe3\xcf\xd3\n")
+        for number, body in enumerate(bodies, 1):
+            offsets.append(position)
+            position += out.write(b"%d 0 obj\n%b\nendobj\n" % (number, body))
+        size = len(offsets) + 1
+        out.write(b"xref\n0 %d\n0000000000 65535 f \n" % size)
+        out.write(b"".join(b"%010d 00000 n \n" % offset for offset in offsets))
+        out.write(b"trailer\n<< /Size %d /Root 1 0 R >>\n" % size)
+        out.write(b"startxref\n%d\n%%%%EOF\n" % position)
+    os.replace(partial, path)
+
+
+def stream(content):
+    return b"<< /Length %d >>\nstream\n%b\nendstream" % (len(content), content)
+
+
+def one_page(content, size=PAGE, filler=()):
+    """Catalog, page tree, page and content, then the filler objects."""
+    yield b"<< /Type /Catalog /Pages 2 0 R >>"
+    yield b"<< /Type /Pages /Kids [3 0 R] /Count 1 >>"
+    yield b"<< /Type /Page /Parent 2 0 R /MediaBox [0 0 %d %d] /Contents 4 0 R /Resources << >> >>" % size
+    yield stream(content)
+    yield from filler
+
+
+class Surveyor:
+    """Draws the features of a map as content operators, each with the number of anchors it is told."""
+
+    def __init__(self, seed):
+        self.random = random.Random(seed).random  # the one method whose results never change
+
+    def start(self):
+        return self.random() * SHEET[0], self.random() * SHEET[1]
+
+    def walk(self, anchors, step, wander):
+        """A line that keeps its direction more or less: roads, rivers."""
+        x, y = self.start()
+        heading = self.random() * math.tau
+        out = ["%.3f %.3f m" % (x, y)]
+        for _ in range(anchors - 1):
+            heading += (self.random() - 0.5) * wander
+            x += math.cos(heading) * step
+            y += math.sin(heading) * step
+            out.append("%.3f %.3f l" % (x, y))
+        return out
+
+    def road(self, anchors):
+        return self.walk(anchors, 2.75, 0.9) + ["S"]
+
+    def river(self, anchors):
+        return self.walk(anchors, 1.5, 1.6) + ["S"]
+
+    def ring(self, anchors):
+        """A closed outline around a point: parcels, woods, lakes."""
+        x, y = self.start()
+        radius = 1 + self.random() * 12
+        out = []
+        for i in range(anchors):
+            turn = math.tau * i / anchors
+            reach = radius * (0.7 + 0.6 * self.random())
+            out.append("%.3f %.3f %s" % (x + reach * math.cos(turn), y + reach * math.sin(turn),
+                                         "l" if i else "m"))
+        return out + ["h"]
+
+    def wood(self, anchors):
+        return self.ring(anchors) + ["f"]
+
+    def parcel(self, anchors):
+        return self.ring(anchors) + ["B"]
+
+    def contour(self, anchors):
+        x, y = self.start()
+        out = ["%.3f %.3f m" % (x, y)]
+        for _ in range(anchors - 1):
+            dx, dy = self.random() * 8 - 3, self.random() * 8 - 4
+            out.append("%.3f %.3f %.3f %.3f %.3f %.3f c" % (
+                x + dx * 0.3, y + dy * 0.2, x + dx * 0.7, y + dy * 0.9, x + dx, y + dy))
+            x += dx
+            y += dy
+        return out + ["S"]
+
+
+# Share of the paths, paint and line, and what is drawn with them; one run of paths shares a style.
+FEATURES = [
+    (0.45, "0.35 0.35 0.38 RG 0.5 w", Surveyor.road),
+    (0.60, "0.80 0.45 0.10 RG 0.85 w 1 J 1 j", Surveyor.road),
+    (0.70, "1 0.55 0 0.05 K 0.35 w", Surveyor.river),
+    (0.80, "0.25 0 0.40 0.05 k", Surveyor.wood),
+    (0.92, "0.92 g 0.45 G 0.12 w", Surveyor.parcel),
+    (1.00, "0.72 0.50 0.32 RG 0.18 w", Surveyor.contour),
+]
+RUN = 40
+
+
+def map_content(paths):
+    surveyor = Surveyor(1)
+    segments = paths * SEGMENTS_PER_PATH
+    out = []
+    draw = None
+    for done in range(paths):
+        if done % RUN == 0:
+            share = surveyor.random()
+            _, style, draw = next(row for row in FEATURES if share < row[0])
+            out.append(style)
+        left = paths - done
+        anchors = max(2, round(segments / left * (0.2 + 1.6 * surveyor.random())))
+        if left == 1:
+            anchors = max(2, segments)
+        segments -= anchors
+        out += draw(surveyor, anchors)
+    return "\n".join(out).encode()
+
+
+def make_map(paths):
+    return one_page(map_content(paths), SHEET)
+
+
+def make_objects(count):
+    filler = (b"<< /Type /Feature /Serial %d /Name (feature %d) /Box [%d 0 %d 10] /Next %d 0 R >>" % (
+        number, number, number % 600, number % 600 + 12, number - 1) for number in range(5, count + 1))
+    return one_page(b"1 0 0 RG 2 w 72 72 m 540 720 l S", PAGE, filler)
+
+
+def make_nested_q(depth):
+    drawn = {1, depth}
+    level = 10
+    while level < depth:
+        drawn.add(level)
+        level *= 10
+    out = []
+    for here in range(1, depth + 1):
+        out.append("q")
+        if here in drawn:
+            out.append("%.1f 0 0 rg %d %d 40 40 re f" % (here % 10 / 10, 40 + here % 400, 60 * len(str(here))))
+    out.append("Q\n" * depth)
+    return one_page("\n".join(out).encode())
+
+
+def make_sibling_q(count):
+    return one_page("\n".join(
+        "q %.2f 0.5 0.2 rg %d %d 1.5 1.5 re f Q" % (i % 100 / 100, i % 300 * 2, i // 300 * 2)
+        for i in range(count)).encode())
+
+
+def page_body(parent, content):
+    return b"<< /Type /Page /Parent %d 0 R /MediaBox [0 0 %d %d] /Contents %d 0 R /Resources << >> >>" % (
+        parent, *PAGE, content)
+
+
+def make_flat_pages(count):
+    yield b"<< /Type /Catalog /Pages 2 0 R >>"
+    kids = b" ".join(b"%d 0 R" % (4 + i) for i in range(count))
+    yield b"<< /Type /Pages /Count %d /Kids [%b] >>" % (count, kids)
+    yield stream(b"0 0 1 RG 72 72 m 540 720 l S")
+    for _ in range(count):
+        yield page_body(2, 3)
+
+
+def make_pages(count):
+    """Levels from the root down; a level's nodes and then the pages are numbered one after another."""
+    widths = [count]
+    while len(widths) == 1 or widths[0] > 1:
+        widths.insert(0, -(-widths[0] // TREE_FANOUT))
+    first = 3
+    yield b"<< /Type /Catalog /Pages %d 0 R >>" % first
+    yield stream(b"0 0.5 0 RG 72 72 m 540 720 l S")
+    for level, width in enumerate(widths[:-1]):
+        below = first + width
+        leaves = TREE_FANOUT ** (len(widths) - 1 - level)
+        for i in range(width):
+            kids = range(i * TREE_FANOUT, min((i + 1) * TREE_FANOUT, widths[level + 1]))
+            parent = b"" if level == 0 else b" /Parent %d 0 R" % (first - widths[level - 1] + i // TREE_FANOUT)
+            yield b"<< /Type /Pages /Count %d /Kids [%b]%b >>" % (
+                min(leaves, count - i * leaves), b" ".join(b"%d 0 R" % (below + kid) for kid in kids), parent)
+        first = below
+    for i in range(count):
+        yield page_body(first - widths[-2] + i // TREE_FANOUT, 2)
+
+
+KINDS = {
+    "map": make_map,
+    "objects": make_objects,
+    "nested-q": make_nested_q,
+    "sibling-q": make_sibling_q,
+    "pages": make_pages,
+    "flat-pages": make_flat_pages,
+}
+
+
+def make(folder, name):
+    """Makes FOLDER/NAME.pdf unless it is there; returns its path."""
+    kind, _, size = name.rpartition("-")
+    if kind not in KINDS or not size.isdigit() or int(size) < 1:
+        raise ValueError(f"{name}: not one of {', '.join(f'{k}-N' for k in KINDS)}")
+    os.makedirs(folder, exist_ok=True)
+    path = os.path.join(folder, name + ".pdf")
+    if not os.path.exists(path):
+        write_pdf(path, KINDS[kind](int(size)))
+    return path
+
+
+def main():
+    if len(sys.argv) < 2 or sys.argv[1].startswith("-"):
+        sys.exit(__doc__)
+    for name in sys.argv[2:] or STANDARD:
+        try:
+            path = make(sys.argv[1], name)
+        except ValueError as problem:
+            sys.exit(f"make_pages.py: {problem}")
+        print(f"{path}: {os.path.getsize(path):,} bytes")
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,26 @@
+// The plug-in's dialogs, over the front that the host registered.
+#pragma once
+
+#include "runtime/exception.h"
+
+#include <cstdint>
+#include <string_view>
+
+namespace corvane {
+
+void aboutDialog();
+
+/// Shows the sentence of an exception.
+void errorDialog(Exception code);
+
+/// Shows all collected warnings at once and forgets them. False: the person wants to stop.
+bool warningDialog(std::string_view fileName);
+
+/// Asks for a page from `first` to `last`; `page` holds the proposal and takes the answer. False:
+/// cancelled. Without a front the proposal is the answer.
+bool pagesDialog(std::int32_t first, std::int32_t last, std::int32_t& page);
+
+/// Asks for a folder; false: cancelled, or there is no front to ask through.
+bool folderDialog(std::int16_t& volume, std::int32_t& directory);
+
+} // namespace corvane

@@ -1,0 +1,42 @@
+#include "entry/document_facts.h"
+
+#include "runtime/callbacks.h"
+#include "runtime/exception.h"
+
+namespace corvane {
+
+namespace {
+
+/// Pages between two questions whether the person wants to stop.
+constexpr std::int32_t pagesPerCheck = 256;
+
+} // namespace
+
+void tellDocument(DocumentCache& cache) {
+    const HostExtension* const extension = hostExtension();
+    if (extension == nullptr || extension->documentFacts == nullptr) {
+        return;
+    }
+    extension->documentFacts(extension->context, {.pages = countCache(cache),
+                                                  .objects = countReference(*cache.references),
+                                                  .updates = cache.sections - 1,
+                                                  .length = cache.fileLength,
+                                                  .version = cache.version});
+}
+
+void tellPages(DocumentCache& cache) {
+    const HostExtension* const extension = hostExtension();
+    if (extension == nullptr || extension->pageFacts == nullptr) {
+        return;
+    }
+    const std::int32_t count = countCache(cache);
+    for (std::int32_t page = 1; page <= count; ++page) {
+        if (page % pagesPerCheck == 0 && callHost(slot::checkUserAbort)) {
+            failException(Exception::cancelled);
+        }
+        pageCache(cache, page);
+        extension->pageFacts(extension->context, factsCache(cache));
+    }
+}
+
+} // namespace corvane

@@ -1,0 +1,13 @@
+// What a host of today is told about a file.
+#pragma once
+
+#include "reader/cache.h"
+
+namespace corvane {
+
+/// Pages, objects, updates, length and version of the file, where the host extension wants them.
+void tellDocument(DocumentCache& cache);
+/// The facts of every page, in order.
+void tellPages(DocumentCache& cache);
+
+} // namespace corvane

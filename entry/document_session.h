@@ -1,0 +1,36 @@
+// An open document for the length of a selector: the registries around it, opened and closed in
+// order.
+#pragma once
+
+#include "host/parameters.h"
+#include "reader/cache.h"
+
+#include <memory>
+
+namespace corvane {
+
+class DocumentSession {
+public:
+    /// Makes the state block where the host has none yet, opens the registries and the file.
+    explicit DocumentSession(ParameterBlock& block);
+    /// Closes what is still open; what fails then is dropped.
+    ~DocumentSession();
+    DocumentSession(const DocumentSession&) = delete;
+    DocumentSession& operator=(const DocumentSession&) = delete;
+
+    DocumentCache& cache() { return *cache_; }
+    /// The page that the person chose, kept between calls.
+    std::int32_t& page();
+    void close();
+
+private:
+    ParameterBlock& block_;
+    std::unique_ptr<DocumentCache> cache_;
+    bool open_ = false;
+};
+
+/// Settles the page: as asked for by the host extension, by the person, or the only one. False:
+/// cancelled. A wanted page that the file does not have raises `range`.
+bool selectPage(DocumentCache& cache, std::int32_t& page);
+
+} // namespace corvane

@@ -1,0 +1,104 @@
+#include "entry/selectors.h"
+
+#include "dialogs/dialogs.h"
+#include "entry/document_facts.h"
+#include "entry/document_session.h"
+#include "entry/file_name.h"
+#include "runtime/callbacks.h"
+#include "runtime/exception.h"
+#include "runtime/warning.h"
+
+#include <array>
+
+namespace corvane {
+
+namespace {
+
+/// The format's name in the host's menus, length-prefixed.
+constexpr std::array<std::uint8_t, 14> formatName = {13,  'C', 'o', 'r', 'v', 'a', 'n',
+                                                     'e', ' ', '(', 'P', 'D', 'F', ')'};
+
+/// Options of the formats, by the host's own numbering.
+constexpr std::int32_t textOptions = 1;
+constexpr std::int32_t pdfOptions = 3;
+
+/// The result of the format check, where it does not raise, and 0 where it does.
+std::uint32_t quietCheck(const ParameterBlock& block) {
+    std::uint32_t result = 0;
+    guarded([&] { result = checkFormat(block); });
+    resetException();
+    return result;
+}
+
+void readPage(DocumentSession& session) {
+    pageCache(session.cache(), session.page());
+    readCache(session.cache());
+}
+
+} // namespace
+
+std::uint32_t selectFileFormat() {
+    callHost(slot::addFileFormat, formatName.data(), fourCharacters("TEXT"), textOptions, 0);
+    callHost(slot::addFileFormat, formatName.data(), fourCharacters("PDF "), pdfOptions, 0);
+    return 0;
+}
+
+std::uint32_t prepare(ParameterBlock& block) {
+    std::uint32_t result = 0;
+    if (block.action == Action::write) {
+        guarded([&] { result = checkFormat(block); });
+        if (resetException() != Exception::none) {
+            createFromTemplate(block);
+            result = 0;
+        }
+    }
+    if (result == resultNotFormat) {
+        failException(Exception::notPdf);
+    }
+    DocumentSession session(block);
+    tellDocument(session.cache());
+    std::int32_t page = session.page();
+    if (!selectPage(session.cache(), page)) {
+        failException(Exception::cancelled);
+    }
+    session.page() = page;
+    session.close();
+    return result;
+}
+
+std::uint32_t go(ParameterBlock& block) {
+    std::uint32_t result = quietCheck(block);
+    DocumentSession session(block);
+    if (block.action == Action::read) {
+        readPage(session);
+    } else if (block.action == Action::write) {
+        // Nothing may pass for saved that was not.
+        failException(Exception::structure);
+    }
+    if (valueWarning() != Warning::none && !warningDialog(specifiedName(*block.file))) {
+        result = resultStopped;
+    }
+    session.close();
+    return result;
+}
+
+std::uint32_t check(const ParameterBlock& block) {
+    return quietCheck(block);
+}
+
+std::uint32_t info(ParameterBlock& block) {
+    DocumentSession session(block);
+    tellDocument(session.cache());
+    tellPages(session.cache());
+    session.close();
+    return 0;
+}
+
+std::uint32_t diagnose(ParameterBlock& block) {
+    DocumentSession session(block);
+    tellDocument(session.cache());
+    session.close();
+    return 0;
+}
+
+} // namespace corvane

@@ -1,0 +1,102 @@
+// Filter chains: every byte stream, in both directions, runs through a chain of filters.
+//
+// A filter is a record that begins with its entry procedure and the filter below it, nearer the
+// file. The contract, written once:
+// - A `setup` procedure makes a filter and opens nothing; the caller owns it.
+// - `linkFilter` puts it on top of a chain, which owns it from then on, and calls operation `link`.
+// - `unlinkFilter` calls operation `unlink`, which finishes (flushes, writes end marks, closes) and
+// may
+//   raise, and then destroys the filter; the filter below stays and is the new top.
+// - Destroying a filter that was not unlinked only abandons it: what it holds is dropped, nothing
+// is
+//   written, nothing raises. `Chain` does so for what is left when an exception passes.
+// - Fewer bytes than asked for mean the end of the data; reading on yields nothing. What a filter
+// did
+//   not ask for stays below: after its data it leaves the filter below just after the last byte
+//   that its data needed.
+// - Operations that a filter does not transform go to the filter below; it ignores codes from 6 up
+//   that are not its own.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+
+namespace corvane {
+
+enum class Operation : std::int32_t {
+    read = 0,   ///< argument: bytes wanted, then bytes delivered
+    write = 1,  ///< argument: bytes given, then bytes accepted
+    seek = 2,   ///< argument: position wanted (negative: from the end), then the position reached
+    mark = 3,   ///< argument: the position
+    link = 4,   ///< the filter has just been linked
+    unlink = 5, ///< finish; the record is destroyed afterwards
+
+    nextToken = 100,  ///< token filter: argument: the code of the token read
+    streamData = 101, ///< token filter: go to the first byte of stream data
+    skipSpace = 102,  ///< token filter: skip one white-space byte
+};
+
+struct Filter {
+    /// Returns what the operation counts or reaches; every result is also in `argument`.
+    using Entry = std::int32_t (*)(Filter& filter, Operation operation, std::byte* buffer,
+                                   std::int32_t* argument);
+
+    explicit Filter(Entry procedure) : entry(procedure) {}
+    virtual ~Filter() = default;
+    Filter(const Filter&) = delete;
+    Filter& operator=(const Filter&) = delete;
+
+    Entry entry;
+    Filter* next = nullptr;
+};
+
+using FilterOwner = std::unique_ptr<Filter>;
+
+/// Calls the filter's entry; a null entry raises `structure`.
+std::int32_t callFilter(Filter& filter, Operation operation, std::byte* buffer = nullptr,
+                        std::int32_t* argument = nullptr);
+
+/// Puts `filter` on `next` (null: it is the bottom) and links it; the new top. Where linking
+/// raises, the filter is destroyed and the chain is as it was.
+Filter* linkFilter(Filter* next, FilterOwner filter);
+
+/// Finishes and destroys the top filter; the new top. It is destroyed also where finishing raises.
+Filter* unlinkFilter(Filter* filter);
+
+/// The bottom of the chain; null for null.
+Filter* baseFilter(Filter* filter);
+
+// The four byte operations, with spans.
+
+/// Bytes delivered; fewer than asked for at the end of the data.
+std::size_t readFilter(Filter& filter, std::span<std::byte> buffer);
+/// Raises `io` where not all bytes were accepted.
+void writeFilter(Filter& filter, std::span<const std::byte> bytes);
+std::int32_t seekFilter(Filter& filter, std::int32_t position);
+std::int32_t markFilter(Filter& filter);
+
+/// Filters linked above `base` (which stays someone else's). Whatever is left is abandoned, top
+/// first.
+class Chain {
+public:
+    explicit Chain(Filter* base = nullptr) : base_(base), top_(base) {}
+    Chain(Chain&& other) noexcept;
+    Chain& operator=(Chain&& other) noexcept;
+    ~Chain() { abandon(); }
+
+    Filter* top() const { return top_; }
+    /// Links one more filter.
+    void link(FilterOwner filter);
+    /// Unlinks every filter above the base, top first. Where one raises, it is gone, the rest are
+    /// unlinked too, and the first code is raised again.
+    void unlink();
+    void abandon() noexcept;
+
+private:
+    Filter* base_;
+    Filter* top_;
+};
+
+} // namespace corvane

@@ -1,0 +1,53 @@
+// The fuzz targets: each feeds one reader with any bytes.
+//
+// A numbered exception is a right answer. A fault is whatever the sanitizers find, an escaping C++
+// exception, blocks of the zone left behind, or a broken promise that a target checks (`require`).
+// Inputs are plain files; what a target has to choose (sizes, places) comes from their digest.
+#pragma once
+
+#include "runtime/digest.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <span>
+
+namespace corvane::fuzz {
+
+using Bytes = std::span<const std::byte>;
+
+void fuzzToken(Bytes input);
+void fuzzDocument(Bytes input);
+void fuzzContent(Bytes input);
+void fuzzResourceFork(Bytes input);
+
+/// Bytes of the zone, and of the artwork, that one input may take.
+inline constexpr std::int64_t memoryLimit = std::int64_t{64} << 20;
+
+/// Numbers that depend on the input and on nothing else.
+class Choices {
+public:
+    explicit Choices(Bytes input) {
+        Digest digest;
+        digest.feed(input);
+        state_ = digest.value();
+    }
+
+    /// From 0 to `limit` - 1.
+    std::uint32_t below(std::uint32_t limit) {
+        state_ = state_ * 6364136223846793005U + 1442695040888963407U;
+        return static_cast<std::uint32_t>(state_ >> 33) % limit;
+    }
+
+private:
+    std::uint64_t state_;
+};
+
+/// Ends the process where a promise is broken.
+inline void require(bool kept) {
+    if (!kept) {
+        std::abort();
+    }
+}
+
+} // namespace corvane::fuzz

@@ -1,0 +1,123 @@
+// The records in which artwork passes between host and plug-in: numbers, points, styles, segments.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace corvane {
+
+/// Signed 16.16 number. Lengths and coordinates are points (1/72 inch), y pointing up.
+using Fixed = std::int32_t;
+inline constexpr Fixed fixedOne = 0x10000;
+
+struct Point {
+    Fixed x = 0;
+    Fixed y = 0;
+    friend constexpr bool operator==(const Point&, const Point&) = default;
+};
+
+/// `top` is the larger y.
+struct Rect {
+    Fixed left = 0;
+    Fixed top = 0;
+    Fixed right = 0;
+    Fixed bottom = 0;
+    friend constexpr bool operator==(const Rect&, const Rect&) = default;
+};
+
+/// Maps (x, y) to (a x + c y + tx, b x + d y + ty).
+struct Matrix {
+    Fixed a = fixedOne;
+    Fixed b = 0;
+    Fixed c = 0;
+    Fixed d = fixedOne;
+    Fixed tx = 0;
+    Fixed ty = 0;
+    friend constexpr bool operator==(const Matrix&, const Matrix&) = default;
+};
+
+/// Opaque handles of the host; 0 is null. Never read as memory.
+enum class Art : std::uint32_t { null = 0 };
+enum class Layer : std::uint32_t { null = 0 };
+
+enum class ArtKind : std::int16_t {
+    unknown = 0,
+    group = 1,
+    path = 2,
+    compound = 3,
+    text = 4,
+    placed = 7,
+};
+
+/// Where new, moved or copied art goes. Lists of art run front to back.
+enum class Placement : std::int16_t {
+    inFront = 1, ///< directly in front of the reference, as its previous sibling
+    behind = 2,  ///< directly behind the reference, as its next sibling
+    inside = 3,  ///< inside the reference, in front of all its children
+};
+
+enum class ColourKind : std::int32_t { gray = 0, process = 1 };
+
+/// How the amounts of a process colour came about; decides which of RGB and CMYK is the truth.
+enum class ColourOrigin : std::int32_t { given = 0, fromRgb = 1 };
+
+/// Gray: component 0 is the amount of black. Process: cyan, magenta, yellow, black. 1.0 is full
+/// ink. Amounts outside 0 to 1.0 are kept; who draws limits them.
+struct Colour {
+    ColourKind kind = ColourKind::gray;
+    Fixed component[4] = {fixedOne, 0, 0, 0};
+    ColourOrigin origin = ColourOrigin::given;
+    friend constexpr bool operator==(const Colour&, const Colour&) = default;
+};
+
+enum class FillRule : std::uint8_t { nonzero = 0, evenOdd = 1 };
+
+/// How a path is painted: the record of `getPathStyle` and `setPathStyle`.
+struct PathStyle {
+    std::uint8_t fillPaint = 0;   ///< 1: filled
+    std::uint8_t strokePaint = 0; ///< 1: stroked
+    Colour fill;
+    Colour stroke;
+    Fixed lineWidth = fixedOne; ///< points
+    std::int16_t dashCount = 0; ///< entries used of `dash`
+    Fixed dashPhase = 0;
+    Fixed dash[6] = {};
+    std::int32_t cap = 0;  ///< 0 butt, 1 round, 2 projecting square
+    std::int32_t join = 0; ///< 0 miter, 1 round, 2 bevel
+    Fixed miterLimit = 10 * fixedOne;
+    std::uint8_t clip = 0;             ///< 1: the path clips its group
+    Fixed resolution = 800 * fixedOne; ///< dots per inch that curves are flattened for
+    FillRule rule = FillRule::nonzero; ///< of filling and of clipping
+    friend constexpr bool operator==(const PathStyle&, const PathStyle&) = default;
+};
+
+/// One anchor of a path with the control points before and behind it.
+struct Segment {
+    Point anchor;
+    Point in;
+    Point out;
+    std::uint8_t corner = 0;
+    friend constexpr bool operator==(const Segment&, const Segment&) = default;
+};
+static_assert(sizeof(Segment) == 28);
+
+struct LayerInfo {
+    std::uint8_t title[256] = {}; ///< length-prefixed
+    std::uint8_t visible = 1;
+    std::uint8_t preview = 1;
+    std::uint8_t locked = 0;
+    std::uint8_t printing = 1;
+    std::uint8_t dimmed = 0;
+};
+
+struct ArtboardSize {
+    Fixed width = 0;
+    Fixed height = 0;
+};
+
+/// The document record of slot 12. `origin` is the page's lower left corner on the artboard.
+struct DocumentInfo {
+    Point origin;
+};
+
+} // namespace corvane

@@ -1,0 +1,115 @@
+// The host's callback table: every slot once, with its number, its name and its signature.
+//
+// The table is an array of procedures indexed from 0. The plug-in calls a slot with `callHost`
+// (runtime/callbacks.h), the host fills one with `fillSlot`. Slot numbers are the host's ABI.
+#pragma once
+
+#include "host/artwork.h"
+#include "host/parameters.h"
+
+#include <bit>
+#include <cstdint>
+#include <span>
+#include <type_traits>
+
+namespace corvane {
+
+/// Result of a slot that can fail; anything but 0 is a failure.
+enum class HostError : std::int32_t { none = 0, failed = 1 };
+
+/// Result of a yes/no slot: only the low 8 bits count.
+enum class HostBoolean : std::int32_t { no = 0, yes = 1 };
+
+template <class Signature>
+struct Slot {
+    using Procedure = Signature*;
+    int number;
+};
+
+inline constexpr int slotCount = 326;
+
+namespace slot {
+
+// Control and dialogs
+inline constexpr Slot<HostBoolean()> checkUserAbort{2};
+inline constexpr Slot<HostError(Art, Art)> finishImport{3}; ///< the same art twice
+inline constexpr Slot<HostBoolean(void* dialog, void* event, std::int16_t* itemHit)> modalFilter{4};
+inline constexpr Slot<HostError(const std::uint8_t* name, std::uint32_t type, std::int32_t options,
+                                std::int32_t zero)>
+    addFileFormat{304};
+
+// Layers and the art tree
+inline constexpr Slot<HostError(Layer, Layer* next)> getNextLayer{16}; ///< of null: the first layer
+inline constexpr Slot<HostError(Layer, LayerInfo*)> getLayerInfo{18};
+inline constexpr Slot<HostError(Layer, Art*)> getLayerArt{21}; ///< of null: where imports go
+inline constexpr Slot<HostError(Art, ArtKind*)> getArtType{23};
+inline constexpr Slot<HostError(Art, Art* child)> getFirstChild{27};
+inline constexpr Slot<HostError(Art, Art* next)> getNextSibling{28};
+inline constexpr Slot<HostError(ArtKind, Placement, Art reference, Art* made)> newArt{32};
+inline constexpr Slot<HostError(Art)> disposeArt{33};
+inline constexpr Slot<HostError(Art, Placement, Art reference)> reorderArt{34};
+inline constexpr Slot<HostError(Art, Placement, Art reference, Art* copy)> duplicateArt{35};
+inline constexpr Slot<HostError(Art group, std::uint8_t* clipped)> getGroupClipped{70};
+inline constexpr Slot<HostError(Art group, std::uint8_t clipped)> setGroupClipped{71};
+
+// Paths and their segments
+inline constexpr Slot<HostError(Art, std::uint8_t* closed)> getPathClosed{37};
+inline constexpr Slot<HostError(Art, std::uint8_t closed)> setPathClosed{38};
+inline constexpr Slot<HostError(Art, std::uint8_t* guide)> getPathGuide{39};
+inline constexpr Slot<HostError(Art, std::int32_t* count)> getPathSegmentCount{40};
+inline constexpr Slot<HostError(Art, std::int32_t count)> setPathSegmentCount{41};
+inline constexpr Slot<HostError(Art, std::int32_t first, std::int32_t count, Segment*)>
+    getPathSegments{42};
+inline constexpr Slot<HostError(Art, std::int32_t first, std::int32_t count, const Segment*)>
+    setPathSegments{43};
+inline constexpr Slot<HostError(Art, PathStyle*)> getPathStyle{48};
+inline constexpr Slot<HostError(Art, const PathStyle*)> setPathStyle{49};
+inline constexpr Slot<HostError(PathStyle*)> getDefaultStyle{50};
+
+// Matrices and arithmetic
+inline constexpr Slot<Fixed(Fixed, Fixed)> fixedMultiply{135};
+inline constexpr Slot<Fixed(Fixed, Fixed)> fixedDivide{138};
+inline constexpr Slot<Fixed(Fixed degrees)> degreesToAngle{148};
+inline constexpr Slot<HostBoolean(const Point*, const Point*)> pointsEqual{159};
+inline constexpr Slot<void(Matrix*)> setIdentityMatrix{178};
+inline constexpr Slot<HostBoolean(const Matrix*, const Matrix*)> matricesEqual{179};
+inline constexpr Slot<void(Matrix*, Fixed dx, Fixed dy)> setMatrixTranslation{182};
+inline constexpr Slot<void(Matrix*, Fixed sx, Fixed sy)> scaleMatrix{183};
+inline constexpr Slot<void(Matrix*, Fixed dx, Fixed dy)> translateMatrix{185};
+inline constexpr Slot<void(Matrix*, Fixed angle)> rotateMatrix{187}; ///< angle of degreesToAngle
+/// result = first, then second (row vectors: first x second).
+inline constexpr Slot<void(const Matrix* first, const Matrix* second, Matrix* result)>
+    multiplyMatrix{188};
+inline constexpr Slot<void(const Matrix*, const Point*, Point* result)> transformPoint{190};
+
+// Rectangles, page and document
+inline constexpr Slot<HostError(DocumentInfo*)> getDocumentInfo{12};
+inline constexpr Slot<void(Rect*, Fixed left, Fixed top, Fixed right, Fixed bottom)> setRect{165};
+inline constexpr Slot<HostBoolean(const Rect*, const Rect*)> rectsEqual{166};
+inline constexpr Slot<HostBoolean(const Rect*)> rectEmpty{167};
+inline constexpr Slot<void(const Rect*, const Rect*, Rect* result)> sectRect{173};
+inline constexpr Slot<HostError(Point*)> getPageOrigin{309};
+inline constexpr Slot<HostError(Rect*)> getPageBounds{312};
+inline constexpr Slot<HostError(const Rect*)> setPageBounds{313};
+inline constexpr Slot<HostError(ArtboardSize*)> getArtboardSize{319};
+inline constexpr Slot<HostError(const ArtboardSize*)> setArtboardSize{320};
+inline constexpr Slot<void()> redrawDocument{323};
+
+} // namespace slot
+
+/// The procedure that `table` holds for `slot`, in the slot's own type; null where it is not
+/// filled.
+template <class Signature>
+typename Slot<Signature>::Procedure slotProcedure(const HostProcedure* table,
+                                                  Slot<Signature> slot) {
+    return std::bit_cast<typename Slot<Signature>::Procedure>(table[slot.number]);
+}
+
+/// Puts a host's procedure where the plug-in will look for it.
+template <class Signature>
+void fillSlot(std::span<HostProcedure> table, Slot<Signature> slot,
+              std::type_identity_t<typename Slot<Signature>::Procedure> procedure) {
+    table[static_cast<std::size_t>(slot.number)] = std::bit_cast<HostProcedure>(procedure);
+}
+
+} // namespace corvane

@@ -1,0 +1,81 @@
+// What a host of today can ask for beyond the classic selectors.
+//
+// The host fills the record and registers it with the toolbox before it calls `main_entry`; the
+// plug-in reads it there. Without one the plug-in behaves as it always did: profile original,
+// selectors 0 to 7, dialogs only. Every call may be null; `context` comes back as its first
+// argument. Strings are valid during the call only.
+#pragma once
+
+#include "host/artwork.h"
+#include "host/zone.h"
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace corvane {
+
+/// `original`: what the required behaviour says and no more. `extended`: also what files and people
+/// of today need (runtime/rules.h lists every difference).
+enum class Profile : std::int32_t { original = 0, extended = 1 };
+
+/// Plain rectangle in points, corners sorted; double because pages outgrow 16.16.
+struct Box {
+    double left = 0;
+    double bottom = 0;
+    double right = 0;
+    double top = 0;
+    friend constexpr bool operator==(const Box&, const Box&) = default;
+};
+
+/// Facts of one page, by selector `info`. Boxes are normalised, the crop box cut to the media box.
+struct PageFacts {
+    std::int32_t page = 0; ///< from 1
+    std::int32_t objectNumber = 0;
+    std::int32_t generation = 0;
+    Box mediaBox;
+    Box cropBox;
+    std::int32_t rotate = 0; ///< 0, 90, 180 or 270, clockwise
+    double userUnit = 1.0;
+};
+
+/// Facts of the whole file, by selector `info`, before the first page's.
+struct DocumentFacts {
+    std::int32_t pages = 0;
+    std::int32_t objects = 0; ///< in use, by the cross-reference
+    std::int32_t updates = 0; ///< sections appended after the first
+    std::int64_t length = 0;  ///< bytes
+    std::string_view version; ///< of the header: "1.4"
+};
+
+/// Which page artwork came from, told while it is read: before the first art is made.
+struct PageIdentity {
+    PageFacts page;
+    std::uint64_t digest = 0; ///< of the page's dictionary, what it inherits, and its content bytes
+};
+
+/// Kinds of content that a page shows and the artwork does not hold.
+enum class Omission : std::int32_t { text = 0, image = 1, form = 2, shading = 3, other = 4 };
+
+struct HostExtension {
+    static constexpr std::uint32_t currentVersion = 1;
+
+    std::uint32_t version = currentVersion;
+    Profile profile = Profile::extended;
+    std::int32_t wantedPage = 0; ///< 0: ask the person, or take the first
+    void* context = nullptr;
+
+    /// Work done so far, 0 to `total`.
+    void (*progress)(void* context, std::int64_t done, std::int64_t total) = nullptr;
+    void (*documentFacts)(void* context, const DocumentFacts&) = nullptr;
+    void (*pageFacts)(void* context, const PageFacts&) = nullptr;
+    void (*pageIdentity)(void* context, const PageIdentity&) = nullptr;
+    /// Told once for each kind, at the end of reading, with how often it was met.
+    void (*omitted)(void* context, Omission, std::int32_t count) = nullptr;
+};
+
+/// Registers (null: removes) the record of the host of this process; not an owner.
+TOOLBOX_CALL void setHostExtension(const HostExtension* extension);
+TOOLBOX_CALL const HostExtension* hostExtension();
+
+} // namespace corvane

@@ -1,0 +1,88 @@
+// Opening and closing a document.
+#include "reader/cache.h"
+
+#include "filters/buffer.h"
+#include "filters/stream.h"
+#include "output/xref.h"
+#include "reader/keywords.h"
+#include "reader/locate.h"
+#include "reader/path.h"
+#include "reader/state.h"
+#include "reader/text.h"
+#include "runtime/exception.h"
+
+#include <set>
+
+namespace corvane {
+
+namespace {
+
+/// Opens the file's chain and learns its length.
+void openFileChain(DocumentCache& cache) {
+    cache.fileChain.link(setupStream(cache.volume, cache.fileName, "read"));
+    const auto& stream = static_cast<const StreamFilter&>(*cache.fileChain.top());
+    cache.fileLength = lengthFile(stream.file);
+    cache.fileChain.link(setupBuffer());
+    cache.input = cache.fileChain.top();
+}
+
+/// Reads the sections from the newest to the oldest.
+void readSections(DocumentCache& cache) {
+    std::set<std::int32_t> seen;
+    for (std::int32_t offset = cache.sectionOffset; offset != 0;
+         offset = xrefCache(cache, offset)) {
+        if (!seen.insert(offset).second) {
+            failException(Exception::structure);
+        }
+    }
+    if (typeObject(cache.trailer.get()) != ObjectType::dictionary) {
+        failException(Exception::structure);
+    }
+}
+
+/// The process-wide state that lives as long as a cache: closed again in reverse order.
+void closeInterpreter() {
+    closeText();
+    closePath();
+    closeState();
+}
+
+} // namespace
+
+std::unique_ptr<DocumentCache> openCache(std::int16_t volume, std::string_view fileName) {
+    openKeywords();
+    auto cache = std::make_unique<DocumentCache>();
+    const Exception code = guarded([&] {
+        cache->volume = volume;
+        cache->fileName = fileName;
+        openState();
+        cache->art = containers.layer();
+        openPath();
+        openText();
+        cache->references = openReference();
+        openFileChain(*cache);
+        locateHeader(*cache);
+        cache->sectionOffset = locateSection(*cache);
+        hoistXRef(cache->sectionOffset);
+        readSections(*cache);
+    });
+    if (code != Exception::none) {
+        cache.reset();
+        closeInterpreter();
+        closeKeywords();
+        againException();
+    }
+    return cache;
+}
+
+void closeCache(std::unique_ptr<DocumentCache> cache) {
+    cache->trailer = ObjectOwner();
+    cache->references.reset();
+    const Exception code = guarded([&] { cache->fileChain.unlink(); });
+    cache.reset();
+    closeInterpreter();
+    closeKeywords();
+    raiseException(code);
+}
+
+} // namespace corvane

@@ -1,0 +1,98 @@
+// The document cache: an open PDF file as the reader sees it.
+//
+// It holds the chain over the file, the table of indirect objects built from the cross-reference,
+// the newest trailer, the list of pages, and the dictionary and inherited attributes of the page in
+// use.
+#pragma once
+
+#include "filters/filter.h"
+#include "host/artwork.h"
+#include "host/extension.h"
+#include "objects/object.h"
+#include "objects/reference.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvane {
+
+class TokenFilter;
+
+/// A page as the walk of the tree found it: the reference that led to it, or the dictionary itself
+/// where the Kids array holds it directly (number 0).
+struct PageEntry {
+    std::int32_t number = 0;
+    std::int32_t generation = 0;
+    ObjectOwner direct;
+};
+
+struct DocumentCache {
+    std::int16_t volume = 0;
+    std::string fileName;
+    Art art = Art::null; ///< where imports go; given back to the host when a page is drawn
+
+    Chain fileChain;          ///< stream and buffer
+    Filter* input = nullptr;  ///< what the operators read: the token filter in use, or the buffer
+    Filter* output = nullptr; ///< what the primitives write to, while something is written
+    std::int32_t fileLength = 0; ///< bytes
+    std::int32_t headerOffset =
+        0;               ///< bytes before the header; every offset in the file counts from it
+    std::string version; ///< of the header: "1.4"
+
+    ReferenceTableOwner references;
+    std::int32_t readDepth = 0;     ///< objects being read for one another
+    std::int64_t searchedBytes = 0; ///< looked through for ends of streams
+    std::int32_t sections = 0;      ///< of the cross-reference
+    std::int32_t sectionOffset = 0; ///< of the newest section
+
+    ObjectOwner trailer;
+    std::vector<PageEntry> pages; ///< in order, once they were walked
+    bool pagesWalked = false;
+
+    std::int32_t pageNumber = 0; ///< from 1; 0: no page is in use
+    ObjectOwner page;
+    ObjectOwner cropBox;
+    ObjectOwner mediaBox;
+    ObjectOwner rotate;
+    ObjectOwner resources; ///< also what the resource operators look into
+};
+
+/// Opens the file and reads its cross-reference. Raises `io` where it cannot be read or is shorter
+/// than 256 bytes, `structure` where it is damaged, `crossReference` where it is encrypted.
+std::unique_ptr<DocumentCache> openCache(std::int16_t volume, std::string_view fileName);
+
+/// Closes everything. What cannot be closed raises, after the rest was closed.
+void closeCache(std::unique_ptr<DocumentCache> cache);
+
+/// Reads the cross-reference section and trailer at `offset`; the offset of the one before it, 0:
+/// none.
+std::int32_t xrefCache(DocumentCache& cache, std::int32_t offset);
+
+/// Reads the indirect object `number` `generation` at `offset`. Raises `structure` where another
+/// stands there.
+ObjectOwner objectCache(DocumentCache& cache, std::int32_t number, std::int32_t generation,
+                        std::int32_t offset);
+
+/// The number of pages, by one walk of the tree.
+std::int32_t countCache(DocumentCache& cache);
+
+/// Makes page `number`, from 1, the page in use. Raises `underflow` where there is none,
+/// `structure` where it has no media box.
+void pageCache(DocumentCache& cache, std::int32_t number);
+
+/// Boxes of the page in use, normalised; the crop box cut to the media box.
+Box mediaCache(DocumentCache& cache);
+Box cropCache(DocumentCache& cache);
+/// 0, 90, 180 or 270, clockwise. No multiple of 90: `type`; no integer: `range`.
+std::int32_t rotateCache(DocumentCache& cache);
+/// Points of one unit of the page, 1.0 where it says nothing.
+double userUnitCache(DocumentCache& cache);
+PageFacts factsCache(DocumentCache& cache);
+
+/// Draws the page in use into the host's document.
+void readCache(DocumentCache& cache);
+
+} // namespace corvane

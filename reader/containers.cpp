@@ -1,0 +1,159 @@
+#include "reader/containers.h"
+
+#include "runtime/budget.h"
+#include "runtime/callbacks.h"
+#include "runtime/rules.h"
+
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+Art firstChild(Art art) {
+    Art child = Art::null;
+    callHost(slot::getFirstChild, art, &child);
+    return child;
+}
+
+Art nextSibling(Art art) {
+    Art next = Art::null;
+    callHost(slot::getNextSibling, art, &next);
+    return next;
+}
+
+Art newArt(ArtKind kind, Placement placement, Art reference) {
+    Art made = Art::null;
+    callHost(slot::newArt, kind, placement, reference, &made);
+    if (made == Art::null) {
+        failException(Exception::host);
+    }
+    return made;
+}
+
+bool isGroup(Art art) {
+    ArtKind kind = ArtKind::unknown;
+    callHost(slot::getArtType, art, &kind);
+    return kind == ArtKind::group;
+}
+
+} // namespace
+
+Art makeArt(ArtKind kind, Art container) {
+    std::uint8_t clipped = 0;
+    callHost(slot::getGroupClipped, container, &clipped);
+    if (clipped == 0) {
+        return newArt(kind, Placement::inside, container);
+    }
+    const Art clip = firstChild(container);
+    if (clip == Art::null) {
+        failException(Exception::host);
+    }
+    return newArt(kind, Placement::behind, clip);
+}
+
+void Containers::open(Art layer) {
+    close();
+    entries_.push_back({0, Art::null, layer});
+}
+
+void Containers::close() {
+    entries_.clear();
+    depth_ = 0;
+    soleDepth_ = -1;
+    sole_ = Art::null;
+}
+
+void Containers::push() {
+    ++depth_;
+    if (!rules().lazyGroups) {
+        makeGroup();
+    }
+}
+
+void Containers::pop() {
+    Art left = Art::null;
+    if (soleDepth_ == depth_) {
+        left = sole_;
+        soleDepth_ = -1;
+    }
+    while (entries_.back().depth == depth_) {
+        const Entry entry = entries_.back();
+        entries_.pop_back();
+        if (entry.group != Art::null) {
+            left = closeGroup(entry.group);
+        } else {
+            closeClip(entry.container);
+        }
+    }
+    --depth_;
+    if (left != Art::null && !isMade()) {
+        soleDepth_ = depth_;
+        sole_ = left;
+    }
+}
+
+/// A clipped group that holds nothing but its clip shows nothing.
+void Containers::closeClip(Art group) {
+    if (rules().lazyGroups && nextSibling(firstChild(group)) == Art::null) {
+        callHost(slot::disposeArt, group);
+    }
+}
+
+/// What is left of a level's group when the level ends: the group, the group that it alone holds,
+/// or nothing.
+Art Containers::closeGroup(Art group) {
+    if (!rules().lazyGroups) {
+        return group;
+    }
+    const Art child = firstChild(group);
+    if (child == Art::null) {
+        callHost(slot::disposeArt, group);
+        return Art::null;
+    }
+    if (nextSibling(child) != Art::null || !isGroup(child)) {
+        return group;
+    }
+    callHost(slot::reorderArt, child, Placement::inFront, group);
+    callHost(slot::disposeArt, group);
+    return child;
+}
+
+void Containers::makeGroup() {
+    const Art group = makeArt(ArtKind::group, entries_.back().container);
+    entries_.push_back({depth_, group, group});
+}
+
+/// Makes the group of a level around the one group that stands in it.
+void Containers::wrap(std::int32_t depth, Art inner) {
+    const Art group = newArt(ArtKind::group, Placement::inFront, inner);
+    entries_.push_back({depth, group, group});
+    callHost(slot::reorderArt, inner, Placement::inside, group);
+}
+
+Art Containers::container() {
+    if (isMade() || entries_.size() >= static_cast<std::size_t>(budget::artNesting) / 2) {
+        return entries_.back().container;
+    }
+    const std::int32_t level = std::exchange(soleDepth_, -1);
+    if (level >= 0) {
+        wrap(level, sole_);
+    }
+    if (level != depth_) {
+        makeGroup();
+    }
+    return entries_.back().container;
+}
+
+Art Containers::make(ArtKind kind) {
+    return makeArt(kind, container());
+}
+
+void Containers::enter(Art group) {
+    if (entries_.size() >= static_cast<std::size_t>(budget::artNesting) - 8) {
+        failException(Exception::structure);
+    }
+    entries_.push_back({depth_, Art::null, group});
+}
+
+} // namespace corvane

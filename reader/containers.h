@@ -1,0 +1,66 @@
+// Where new art goes: the groups that `q` and clipping open.
+//
+// In the original profile `q` makes a group at once. In the extended one it only remembers that a
+// level was opened: its group is made when something is drawn in it, directly around what inner
+// levels made there before, and a group that in the end holds one group alone is replaced by it. So
+// a thousand `q` around one path make one group, and empty ones none.
+#pragma once
+
+#include "host/artwork.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace corvane {
+
+class Containers {
+public:
+    /// Starts over at the layer's art.
+    void open(Art layer);
+    void close();
+
+    /// What `open` was given.
+    Art layer() const { return entries_.front().container; }
+
+    /// `q`.
+    void push();
+    /// `Q`; there must be a level.
+    void pop();
+
+    /// The art that new objects are made in, its group made where it was not yet.
+    Art container();
+    /// New art in the container: behind the clip of a clipped group, otherwise in front of all.
+    /// Raises `host` where there is none.
+    Art make(ArtKind kind);
+    /// Makes `group`, which stands in the container and is to be clipped, the container until `Q`.
+    void enter(Art group);
+
+    /// Levels that `q` opened.
+    std::int32_t depth() const { return depth_; }
+
+private:
+    struct Entry {
+        std::int32_t depth = 0; ///< level that it belongs to
+        Art group =
+            Art::null; ///< what the level's `q` made; null at the bottom and for clipped groups
+        Art container = Art::null;
+    };
+
+    void makeGroup();
+    void wrap(std::int32_t depth, Art inner);
+    Art closeGroup(Art group);
+    void closeClip(Art group);
+    bool isMade() const { return entries_.back().depth == depth_; }
+
+    std::vector<Entry> entries_;
+    std::int32_t depth_ = 0;
+    /// The one group that inner levels left in a level whose own group is not made yet. There is at
+    /// most one such level: drawing anywhere else makes its group.
+    std::int32_t soleDepth_ = -1;
+    Art sole_ = Art::null;
+};
+
+/// A new object of that kind in `container`, by the rule for clipped groups.
+Art makeArt(ArtKind kind, Art container);
+
+} // namespace corvane

@@ -1,0 +1,154 @@
+#include "reader/content.h"
+
+#include "filters/range.h"
+#include "objects/stack.h"
+#include "reader/keywords.h"
+#include "reader/path.h"
+#include "reader/state.h"
+#include "reader/token_push.h"
+#include "reader/utility.h"
+#include "runtime/callbacks.h"
+#include "runtime/exception.h"
+#include "runtime/warning.h"
+
+#include <algorithm>
+
+namespace corvane {
+
+namespace {
+
+/// Whether a code says that one operator could not be done, and the page can go on.
+bool isOperatorFault(Exception code) {
+    switch (code) {
+    case Exception::codec:
+    case Exception::underflow:
+    case Exception::overflow:
+    case Exception::structure:
+    case Exception::type:
+    case Exception::range:
+    case Exception::mark:
+    case Exception::context:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// The chain over one content stream, which is the cache's input while it is read.
+class ContentChain {
+public:
+    ContentChain(DocumentCache& cache, const Object& stream)
+        : cache_(cache), formerInput_(cache.input), chain_(cache.fileChain.top()) {
+        const std::span<Object> parts = elementsObject(stream);
+        chain_.link(setupRange(integerObject(parts[1]), integerObject(parts[2])));
+        linkFilters(cache, chain_, stream);
+        std::unique_ptr<TokenFilter> tokens = setupToken();
+        tokens_ = tokens.get();
+        chain_.link(std::move(tokens));
+        cache.input = tokens_;
+    }
+    ~ContentChain() { cache_.input = formerInput_; }
+    ContentChain(const ContentChain&) = delete;
+    ContentChain& operator=(const ContentChain&) = delete;
+
+    TokenFilter& tokens() { return *tokens_; }
+
+private:
+    DocumentCache& cache_;
+    Filter* formerInput_;
+    Chain chain_;
+    TokenFilter* tokens_ = nullptr;
+};
+
+class ContentLoop {
+public:
+    ContentLoop(DocumentCache& cache, TokenFilter& tokens, ContentProgress& progress)
+        : cache_(cache), tokens_(tokens), progress_(progress), pusher_(cache) {}
+
+    /// Runs operators until the stream ends; what one raises is passed on.
+    void run() {
+        for (;;) {
+            const TokenType type = tokens_.readToken();
+            progress_.step(tokens_);
+            if (type == TokenType::keyword) {
+                runKeyword();
+            } else if (type != TokenType::end) {
+                pusher_.push(type, tokens_);
+            } else {
+                dropOperands();
+                return;
+            }
+        }
+    }
+
+    void dropOperands() {
+        clearStack();
+        pusher_.reset();
+    }
+
+private:
+    void runKeyword() {
+        const Keyword* const keyword = contentKeywords().find(tokens_.bytes());
+        if (keyword == nullptr) {
+            raiseWarning(Warning::unknownOperator);
+            dropOperands();
+            return;
+        }
+        checkStack(keyword->operands);
+        keyword->handler(cache_);
+        // A word that stands for an operand leaves it; other operators leave nothing behind.
+        if (!isConstant(*keyword)) {
+            dropOperands();
+        }
+    }
+
+    static bool isConstant(const Keyword& keyword) {
+        return keyword.handler == nullOperator || keyword.handler == trueOperator ||
+               keyword.handler == falseOperator;
+    }
+
+    DocumentCache& cache_;
+    TokenFilter& tokens_;
+    ContentProgress& progress_;
+    TokenPusher pusher_;
+};
+
+} // namespace
+
+void ContentProgress::check(Filter& tokens) {
+    if (callHost(slot::checkUserAbort)) {
+        failException(Exception::cancelled);
+    }
+    const HostExtension* const extension = hostExtension();
+    if (extension != nullptr && extension->progress != nullptr) {
+        const std::int64_t position = done_ + markFilter(tokens);
+        extension->progress(extension->context, std::min(position, total_), total_);
+    }
+}
+
+void runContent(DocumentCache& cache, const Object& stream, ContentProgress& progress) {
+    ContentChain chain(cache, stream);
+    ContentLoop loop(cache, chain.tokens(), progress);
+    // The guarded block is opened once for many operators: again only after one failed.
+    for (;;) {
+        const Exception code = guarded([&] { loop.run(); });
+        if (code == Exception::none) {
+            return;
+        }
+        if (!isOperatorFault(code)) {
+            againException();
+        }
+        resetException();
+        raiseWarning(Warning::operatorFailed);
+        loop.dropOperands();
+    }
+}
+
+void finishContent() {
+    dropPath();
+    while (depthState() > 0) {
+        restoreState();
+    }
+}
+
+} // namespace corvane

@@ -1,0 +1,43 @@
+// The content loop: runs a page's content streams, operator by operator.
+#pragma once
+
+#include "reader/cache.h"
+
+#include <cstdint>
+
+namespace corvane {
+
+/// How far a page's content was read, for progress and for the person's wish to stop.
+class ContentProgress {
+public:
+    explicit ContentProgress(std::int64_t total) : total_(total) {}
+
+    /// Called for every token. Every so often tells the host extension how far the work is, and
+    /// raises `cancelled` where the host says that the person wants to stop.
+    void step(Filter& tokens) {
+        if (++tokenCount_ % tokensPerCheck == 0) {
+            check(tokens);
+        }
+    }
+    void finishStream(std::int64_t bytes) { done_ += bytes; }
+
+private:
+    /// Well under a tenth of a second of work.
+    static constexpr std::uint32_t tokensPerCheck = 16384;
+
+    void check(Filter& tokens);
+
+    std::int64_t total_;
+    std::int64_t done_ = 0;
+    std::uint32_t tokenCount_ = 0;
+};
+
+/// Interprets one content stream. Tokens end with the stream, the graphics state does not. An
+/// operator that fails for reasons of the page itself is warned of and skipped; what else is raised
+/// ends the page.
+void runContent(DocumentCache& cache, const Object& stream, ContentProgress& progress);
+
+/// Unwinds what the page left open: an unfinished path goes, saved states are restored.
+void finishContent();
+
+} // namespace corvane

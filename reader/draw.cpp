@@ -1,0 +1,113 @@
+// Drawing a page into the host's document: its geometry, then its content.
+#include "objects/stack.h"
+#include "reader/content.h"
+#include "reader/omissions.h"
+#include "reader/page_digest.h"
+#include "reader/page_matrix.h"
+#include "reader/state.h"
+#include "reader/syntax.h"
+#include "runtime/callbacks.h"
+#include "runtime/exception.h"
+#include "runtime/fixed.h"
+
+#include <vector>
+
+namespace corvane {
+
+namespace {
+
+/// The page's content streams in order.
+std::vector<ObjectOwner> contentStreams(DocumentCache& cache) {
+    std::vector<ObjectOwner> streams;
+    ObjectOwner contents = lookupObject(cache, cache.page.get(), "Contents");
+    switch (typeObject(contents.get())) {
+    case ObjectType::null:
+        return streams;
+    case ObjectType::stream:
+        streams.push_back(std::move(contents));
+        return streams;
+    case ObjectType::array:
+        for (const Object& element : elementsObject(contents.get())) {
+            ObjectOwner stream = resolveObject(cache, element);
+            if (typeObject(stream.get()) == ObjectType::stream) {
+                streams.push_back(std::move(stream));
+            } else if (typeObject(stream.get()) != ObjectType::null) {
+                failException(Exception::range);
+            }
+        }
+        return streams;
+    default:
+        failException(Exception::range);
+    }
+}
+
+std::int64_t streamLength(const Object& stream) {
+    const std::span<Object> parts = elementsObject(stream);
+    return std::int64_t{integerObject(parts[2])} - integerObject(parts[1]);
+}
+
+Fixed length(double points) {
+    return fixedFromReal(points);
+}
+
+/// The host's artboard takes the size of `box`.
+void sizeArtboard(const Box& box) {
+    ArtboardSize size;
+    callHost(slot::getArtboardSize, &size);
+    size.width = length(box.right - box.left);
+    size.height = length(box.top - box.bottom);
+    callHost(slot::setArtboardSize, &size);
+}
+
+void readOrigin() {
+    Point origin;
+    callHost(slot::getPageOrigin, &origin);
+}
+
+void tellIdentity(DocumentCache& cache, const std::vector<ObjectOwner>& streams) {
+    const HostExtension* const extension = hostExtension();
+    if (extension != nullptr && extension->pageIdentity != nullptr) {
+        extension->pageIdentity(extension->context,
+                                {.page = factsCache(cache), .digest = digestPage(cache, streams)});
+    }
+}
+
+void runStreams(DocumentCache& cache, const std::vector<ObjectOwner>& streams) {
+    std::int64_t total = 0;
+    for (const ObjectOwner& stream : streams) {
+        total += streamLength(stream.get());
+    }
+    ContentProgress progress(total);
+    for (const ObjectOwner& stream : streams) {
+        runContent(cache, stream.get(), progress);
+        progress.finishStream(streamLength(stream.get()));
+    }
+    finishContent();
+}
+
+} // namespace
+
+void readCache(DocumentCache& cache) {
+    const PageMatrix matrix = pageMatrix(cache);
+    sizeArtboard(cropCache(cache));
+    readOrigin();
+    openOmissions();
+    applyPageMatrix(matrix);
+
+    const std::vector<ObjectOwner> streams = contentStreams(cache);
+    tellIdentity(cache, streams);
+    runStreams(cache, streams);
+
+    memoryException();
+    callHost(slot::finishImport, cache.art, cache.art);
+    callHost(slot::redrawDocument);
+    reportOmissions();
+
+    sizeArtboard(turnedBox(matrix, mediaCache(cache)));
+    const Box crop = turnedBox(matrix, cropCache(cache));
+    const Rect bounds{length(crop.left), length(crop.top), length(crop.right), length(crop.bottom)};
+    callHost(slot::setPageBounds, &bounds);
+    readOrigin();
+}
+
+} // namespace corvane

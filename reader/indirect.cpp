@@ -1,0 +1,78 @@
+// Reading one indirect object at its place in the file.
+#include "objects/stack.h"
+#include "reader/file_scope.h"
+#include "reader/keywords.h"
+#include "reader/token_push.h"
+#include "runtime/exception.h"
+#include "runtime/rules.h"
+
+namespace corvane {
+
+namespace {
+
+/// Whether number, generation and one whole object are on the stack, and nothing else of this
+/// object.
+bool isComplete(std::int32_t depth) {
+    return countStack() == depth + 3 && typeObject(indexStack(2)) == ObjectType::integer &&
+           typeObject(indexStack(1)) == ObjectType::integer;
+}
+
+/// Reads tokens until number, generation and object are on the stack.
+void readIndirect(DocumentCache& cache, TokenFilter& tokens) {
+    TokenPusher pusher(cache);
+    const std::int32_t depth = countStack();
+    for (;;) {
+        const TokenType type = tokens.readToken();
+        if (type != TokenType::keyword && type != TokenType::end) {
+            pusher.push(type, tokens);
+            continue;
+        }
+        const Keyword* const keyword =
+            type == TokenType::end ? nullptr : objectKeywords().find(tokens.bytes());
+        if (keyword == nullptr) {
+            // Where "endobj" is missing or misspelt, readers take the object that is there.
+            if (rules().toleratesMissingEnd && isComplete(depth)) {
+                return;
+            }
+            failException(Exception::structure);
+        }
+        if (keyword->handler(cache) != 0) {
+            return;
+        }
+    }
+}
+
+} // namespace
+
+OperatorResult objOperator(DocumentCache&) {
+    checkStack("ii");
+    return 0;
+}
+
+OperatorResult endobjOperator(DocumentCache& cache) {
+    // An object without a value is null.
+    if (rules().toleratesMissingEnd && countStack() >= 2 &&
+        typeObject(indexStack(0)) == ObjectType::integer &&
+        (countStack() == 2 || typeObject(indexStack(2)) != ObjectType::integer)) {
+        nullOperator(cache);
+    }
+    checkStack("ii?");
+    return 1;
+}
+
+ObjectOwner objectCache(DocumentCache& cache, std::int32_t number, std::int32_t generation,
+                        std::int32_t offset) {
+    FileScope scope(cache, offset);
+    const StackGuard guard;
+    readIndirect(cache, scope.tokens());
+    ObjectOwner object(popStack());
+    const std::int32_t foundGeneration = popInteger();
+    const std::int32_t foundNumber = popInteger();
+    if (foundNumber != number || foundGeneration != generation) {
+        failException(Exception::structure);
+    }
+    scope.leave();
+    return object;
+}
+
+} // namespace corvane

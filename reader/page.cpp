@@ -1,0 +1,149 @@
+// The page in use: its dictionary and what it inherits.
+#include "reader/page_tree.h"
+#include "reader/syntax.h"
+#include "runtime/budget.h"
+#include "runtime/exception.h"
+#include "runtime/fixed.h"
+#include "runtime/rules.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace corvane {
+
+namespace {
+
+/// US Letter: what readers take for a page without any box.
+constexpr Box usualBox{0, 0, 612, 792};
+
+bool isMissing(const ObjectOwner& object) {
+    return typeObject(object.get()) == ObjectType::null ||
+           typeObject(object.get()) == ObjectType::empty;
+}
+
+double realNumber(const Object& object) {
+    return typeObject(object) == ObjectType::integer ? integerObject(object)
+                                                     : realFromFixed(fixedObject(object));
+}
+
+/// Four numbers, corners in any order.
+Box boxOf(DocumentCache& cache, const Object& array) {
+    if (typeObject(array) != ObjectType::array || sizeObject(array) < 4) {
+        failException(Exception::range);
+    }
+    std::array<double, 4> values{};
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        values[i] = realNumber(resolveObject(cache, elementsObject(array)[i]).get());
+    }
+    const auto [x1, y1, x2, y2] = values;
+    return {std::min(x1, x2), std::min(y1, y2), std::max(x1, x2), std::max(y1, y2)};
+}
+
+/// Fills what is still missing from this node and from those above it; the nearest wins.
+void inherit(DocumentCache& cache) {
+    const std::array fields = {
+        std::pair{"CropBox", &cache.cropBox}, std::pair{"MediaBox", &cache.mediaBox},
+        std::pair{"Rotate", &cache.rotate}, std::pair{"Resources", &cache.resources}};
+    retainObject(cache.page.get());
+    ObjectOwner node(cache.page.get());
+    for (std::int32_t depth = 0; typeObject(node.get()) == ObjectType::dictionary; ++depth) {
+        if (depth > budget::pageTreeDepth) {
+            failException(Exception::structure);
+        }
+        for (const auto& [key, field] : fields) {
+            if (isMissing(*field)) {
+                *field = lookupObject(cache, node.get(), key);
+            }
+        }
+        node = lookupObject(cache, node.get(), "Parent");
+    }
+}
+
+} // namespace
+
+std::int32_t countCache(DocumentCache& cache) {
+    walkPages(cache);
+    return static_cast<std::int32_t>(cache.pages.size());
+}
+
+void pageCache(DocumentCache& cache, std::int32_t number) {
+    walkPages(cache);
+    flushReference(*cache.references);
+    for (ObjectOwner* field :
+         {&cache.page, &cache.cropBox, &cache.mediaBox, &cache.rotate, &cache.resources}) {
+        *field = ObjectOwner();
+    }
+    cache.pageNumber = 0;
+    if (number < 1 || number > countCache(cache)) {
+        failException(Exception::underflow);
+    }
+    const PageEntry& entry = cache.pages[static_cast<std::size_t>(number - 1)];
+    if (entry.number == 0) {
+        retainObject(entry.direct.get());
+        cache.page = ObjectOwner(entry.direct.get());
+    } else {
+        Object reference;
+        indirectObject(reference, entry.number, entry.generation);
+        const ObjectOwner owner(reference);
+        cache.page = resolveObject(cache, reference);
+    }
+    cache.pageNumber = number;
+    inherit(cache);
+    if (isMissing(cache.mediaBox) && !rules().assumesMediaBox) {
+        failException(Exception::structure);
+    }
+}
+
+Box mediaCache(DocumentCache& cache) {
+    if (isMissing(cache.mediaBox)) {
+        return usualBox;
+    }
+    const Box box = boxOf(cache, cache.mediaBox.get());
+    const bool hasArea = box.right > box.left && box.top > box.bottom;
+    return hasArea || !rules().assumesMediaBox ? box : usualBox;
+}
+
+Box cropCache(DocumentCache& cache) {
+    const Box media = mediaCache(cache);
+    if (isMissing(cache.cropBox)) {
+        return media;
+    }
+    const Box crop = boxOf(cache, cache.cropBox.get());
+    const Box cut{std::max(crop.left, media.left), std::max(crop.bottom, media.bottom),
+                  std::min(crop.right, media.right), std::min(crop.top, media.top)};
+    return cut.right > cut.left && cut.top > cut.bottom ? cut : media;
+}
+
+std::int32_t rotateCache(DocumentCache& cache) {
+    if (isMissing(cache.rotate)) {
+        return 0;
+    }
+    const std::int32_t degrees = integerObject(cache.rotate.get());
+    if (degrees % 90 != 0) {
+        failException(Exception::type);
+    }
+    return (degrees % 360 + 360) % 360;
+}
+
+double userUnitCache(DocumentCache& cache) {
+    const ObjectOwner unit = lookupObject(cache, cache.page.get(), "UserUnit");
+    if (isMissing(unit)) {
+        return 1.0;
+    }
+    const double value = realNumber(unit.get());
+    return value > 0 && std::isfinite(value) ? value : 1.0;
+}
+
+PageFacts factsCache(DocumentCache& cache) {
+    const PageEntry& entry = cache.pages[static_cast<std::size_t>(cache.pageNumber - 1)];
+    return {.page = cache.pageNumber,
+            .objectNumber = entry.number,
+            .generation = entry.generation,
+            .mediaBox = mediaCache(cache),
+            .cropBox = cropCache(cache),
+            .rotate = rotateCache(cache),
+            .userUnit = userUnitCache(cache)};
+}
+
+} // namespace corvane

@@ -1,0 +1,107 @@
+// The walk of the page tree: every page in order, by the reference that leads to it.
+#include "reader/page_tree.h"
+
+#include "reader/syntax.h"
+#include "runtime/budget.h"
+#include "runtime/exception.h"
+#include "runtime/rules.h"
+
+#include <unordered_set>
+#include <vector>
+
+namespace corvane {
+
+namespace {
+
+/// One node above the one being looked at: its Kids, and which comes next.
+struct Level {
+    ObjectOwner kids;
+    std::size_t next = 0;
+};
+
+class PageWalk {
+public:
+    explicit PageWalk(DocumentCache& cache) : cache_(cache) {}
+
+    void run() {
+        const ObjectOwner catalog = lookupObject(cache_, cache_.trailer.get(), "Root");
+        visit(findEntry(catalog.get(), "Pages"));
+        while (!levels_.empty()) {
+            Level& level = levels_.back();
+            const std::span<Object> kids = elementsObject(level.kids.get());
+            if (level.next == kids.size()) {
+                levels_.pop_back();
+                continue;
+            }
+            visit(kids[level.next++]);
+        }
+    }
+
+private:
+    /// Looks at one node: a page is noted, a node with Kids is entered.
+    void visit(const Object& kid) {
+        PageEntry entry;
+        if (typeObject(kid) == ObjectType::reference) {
+            referenceObject(kid, entry.number, entry.generation);
+            if (!entered_.insert(entry.number).second) {
+                // The same page twice is unusual but harmless; a node twice may be a loop.
+                return repeat(kid, std::move(entry));
+            }
+        }
+        const ObjectOwner node = resolveObject(cache_, kid);
+        if (typeObject(node.get()) != ObjectType::dictionary) {
+            // A damaged Kids array may name what is missing or no page at all.
+            if (rules().skipsDamagedKids) {
+                return;
+            }
+            failException(Exception::range);
+        }
+        ObjectOwner kids = lookupObject(cache_, node.get(), "Kids");
+        switch (typeObject(kids.get())) {
+        case ObjectType::array:
+            if (levels_.size() == budget::pageTreeDepth) {
+                failException(Exception::structure);
+            }
+            levels_.push_back({std::move(kids), 0});
+            return;
+        case ObjectType::null:
+            return note(node, std::move(entry));
+        default:
+            failException(Exception::range);
+        }
+    }
+
+    void repeat(const Object& kid, PageEntry entry) {
+        const ObjectOwner node = resolveObject(cache_, kid);
+        if (typeObject(findEntry(node.get(), "Kids")) != ObjectType::null) {
+            failException(Exception::structure);
+        }
+        note(node, std::move(entry));
+    }
+
+    void note(const ObjectOwner& node, PageEntry entry) {
+        if (entry.number == 0) {
+            retainObject(node.get());
+            entry.direct = ObjectOwner(node.get());
+        } else {
+            // It is read again when it is wanted; thousands of pages need not stay in memory.
+            forgetObject(cache_, entry.number, entry.generation);
+        }
+        cache_.pages.push_back(std::move(entry));
+    }
+
+    DocumentCache& cache_;
+    std::vector<Level> levels_;
+    std::unordered_set<std::int32_t> entered_;
+};
+
+} // namespace
+
+void walkPages(DocumentCache& cache) {
+    if (!cache.pagesWalked) {
+        PageWalk(cache).run();
+        cache.pagesWalked = true;
+    }
+}
+
+} // namespace corvane

@@ -1,0 +1,122 @@
+#include "reader/path_art.h"
+
+#include "reader/state.h"
+#include "runtime/callbacks.h"
+#include "runtime/fixed.h"
+#include "runtime/rules.h"
+
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+Art childOf(Art art) {
+    Art child = Art::null;
+    callHost(slot::getFirstChild, art, &child);
+    return child;
+}
+
+Art siblingOf(Art art) {
+    Art next = Art::null;
+    callHost(slot::getNextSibling, art, &next);
+    return next;
+}
+
+/// The style that the host gets: lengths scaled to the page where the state keeps them in user
+/// space.
+PathStyle hostStyle(bool clip) {
+    PathStyle style = state.style;
+    style.clip = clip ? 1 : 0;
+    if (clip) {
+        style.rule = state.clipRule;
+        if (rules().clipsUnpainted) {
+            style.fillPaint = 0;
+            style.strokePaint = 0;
+        }
+    }
+    const double scale = scaleState();
+    if (scale != 1.0) {
+        const auto scaled = [scale](Fixed length) {
+            return fixedFromReal(realFromFixed(length) * scale);
+        };
+        style.lineWidth = scaled(style.lineWidth);
+        style.dashPhase = scaled(style.dashPhase);
+        for (Fixed& length : style.dash) {
+            length = scaled(length);
+        }
+    }
+    return style;
+}
+
+void applyStyle(Art art, const PathStyle& style) {
+    ArtKind kind = ArtKind::unknown;
+    callHost(slot::getArtType, art, &kind);
+    switch (kind) {
+    case ArtKind::path:
+        callHost(slot::setPathStyle, art, &style);
+        return;
+    case ArtKind::group:
+    case ArtKind::compound:
+        for (Art child = childOf(art); child != Art::null; child = siblingOf(child)) {
+            applyStyle(child, style);
+        }
+        return;
+    default:
+        failException(Exception::host);
+    }
+}
+
+/// Moves an only child out of its compound path; what the path is then. Null where there was no
+/// child.
+Art unwrapCompound(Art compound) {
+    const Art child = childOf(compound);
+    if (child == Art::null) {
+        callHost(slot::disposeArt, compound);
+        return Art::null;
+    }
+    if (siblingOf(child) != Art::null) {
+        return compound;
+    }
+    callHost(slot::reorderArt, child, Placement::inFront, compound);
+    callHost(slot::disposeArt, compound);
+    return child;
+}
+
+void clipWith(Art path) {
+    if (state.style.fillPaint != 0 || state.style.strokePaint != 0) {
+        Art copy = Art::null;
+        callHost(slot::duplicateArt, path, Placement::behind, path, &copy);
+        if (copy == Art::null) {
+            failException(Exception::host);
+        }
+    }
+    Art group = Art::null;
+    callHost(slot::newArt, ArtKind::group, Placement::behind, path, &group);
+    if (group == Art::null) {
+        failException(Exception::host);
+    }
+    containers.enter(group);
+    callHost(slot::reorderArt, path, Placement::inside, group);
+    callHost(slot::setGroupClipped, group, std::uint8_t{1});
+    stylePath(path, true);
+}
+
+} // namespace
+
+void stylePath(Art art, bool clip) {
+    applyStyle(art, hostStyle(clip));
+}
+
+void finishArt() {
+    const Art path = unwrapCompound(std::exchange(pathArt, PathArt()).compound);
+    if (path == Art::null) {
+        return;
+    }
+    stylePath(path, false);
+    if (state.style.clip != 0) {
+        clipWith(path);
+    }
+}
+
+} // namespace corvane

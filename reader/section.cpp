@@ -1,0 +1,60 @@
+// Reading one section of the cross-reference, and the trailer behind it.
+#include "objects/stack.h"
+#include "reader/file_scope.h"
+#include "reader/keywords.h"
+#include "reader/token_push.h"
+#include "runtime/exception.h"
+#include "runtime/rules.h"
+
+namespace corvane {
+
+namespace {
+
+/// Reads tokens until the trailer is on the stack.
+void readSection(DocumentCache& cache, TokenFilter& tokens) {
+    TokenPusher pusher(cache);
+    for (;;) {
+        const TokenType type = tokens.readToken();
+        if (type == TokenType::end) {
+            // A section that lacks "startxref" is complete all the same, if its trailer is.
+            startxrefOperator(cache);
+            return;
+        }
+        if (type != TokenType::keyword) {
+            pusher.push(type, tokens);
+            continue;
+        }
+        const Keyword* const keyword = crossReferenceKeywords().find(tokens.bytes());
+        if (keyword == nullptr) {
+            failException(Exception::structure);
+        }
+        if (keyword->handler(cache) != 0) {
+            return;
+        }
+    }
+}
+
+} // namespace
+
+std::int32_t xrefCache(DocumentCache& cache, std::int32_t offset) {
+    FileScope scope(cache, offset);
+    const StackGuard guard;
+    readSection(cache, scope.tokens());
+    ++cache.sections;
+    ObjectOwner trailer(popStack());
+    if (typeObject(lookupObject(cache, trailer.get(), "Encrypt").get()) != ObjectType::null) {
+        failException(Exception::crossReference);
+    }
+    const ObjectOwner previous = lookupObject(cache, trailer.get(), "Prev");
+    std::int32_t previousOffset = 0;
+    if (typeObject(previous.get()) != ObjectType::null) {
+        previousOffset = integerObject(previous.get());
+    }
+    if (typeObject(cache.trailer.get()) == ObjectType::empty) {
+        cache.trailer = std::move(trailer);
+    }
+    scope.leave();
+    return previousOffset;
+}
+
+} // namespace corvane

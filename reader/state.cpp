@@ -1,0 +1,123 @@
+#include "reader/state.h"
+
+#include "runtime/callbacks.h"
+#include "runtime/fixed.h"
+#include "runtime/memory.h"
+#include "runtime/rules.h"
+
+#include <cmath>
+
+namespace corvane {
+
+GraphicsState state;
+Containers containers;
+
+namespace {
+
+/// Copies kept by `q`, and the charge that stands for them.
+struct SavedStates {
+    std::deque<GraphicsState> copies;
+    ZoneCharge charge;
+};
+SavedStates saved;
+
+/// Copies are charged this many at a time.
+constexpr std::size_t chargeStep = 256;
+
+RealMatrix multiplied(const RealMatrix& first, const RealMatrix& second) {
+    return {.a = first.a * second.a + first.b * second.c,
+            .b = first.a * second.b + first.b * second.d,
+            .c = first.c * second.a + first.d * second.c,
+            .d = first.c * second.b + first.d * second.d,
+            .tx = first.tx * second.a + first.ty * second.c + second.tx,
+            .ty = first.tx * second.b + first.ty * second.d + second.ty};
+}
+
+} // namespace
+
+void openState() {
+    closeState();
+    state = GraphicsState();
+    Art layer = Art::null;
+    callHost(slot::getLayerArt, Layer::null, &layer);
+    if (layer == Art::null) {
+        failException(Exception::host);
+    }
+    containers.open(layer);
+    callHost(slot::setIdentityMatrix, &state.ctm);
+    callHost(slot::getDefaultStyle, &state.style);
+    const PathStyle initial;
+    state.style.fillPaint = 0;
+    state.style.strokePaint = 0;
+    state.style.fill = initial.fill;
+    state.style.stroke = initial.stroke;
+    state.style.lineWidth = initial.lineWidth;
+    state.style.dashCount = 0;
+    state.style.dashPhase = 0;
+    std::fill(std::begin(state.style.dash), std::end(state.style.dash), 0);
+    state.style.cap = initial.cap;
+    state.style.join = initial.join;
+    state.style.miterLimit = initial.miterLimit;
+    state.style.clip = 0;
+    state.style.resolution = initial.resolution;
+    state.style.rule = FillRule::nonzero;
+}
+
+void closeState() {
+    saved = SavedStates();
+    containers.close();
+}
+
+void saveState() {
+    containers.push();
+    if (saved.copies.size() % chargeStep == 0) {
+        saved.charge.resize(
+            static_cast<std::int64_t>((saved.copies.size() + chargeStep) * sizeof(GraphicsState)));
+    }
+    saved.copies.push_back(state);
+}
+
+void restoreState() {
+    if (saved.copies.empty()) {
+        failException(Exception::underflow);
+    }
+    state = std::move(saved.copies.back());
+    saved.copies.pop_back();
+    containers.pop();
+}
+
+std::int32_t depthState() {
+    return static_cast<std::int32_t>(saved.copies.size());
+}
+
+void concatState() {
+    if (rules().exactNumbers) {
+        state.exactCtm = multiplied(popRealMatrix(), state.exactCtm);
+        return;
+    }
+    const Matrix operand = popMatrix();
+    const Matrix former = state.ctm;
+    callHost(slot::multiplyMatrix, &operand, &former, &state.ctm);
+}
+
+Point transformState(RealPoint point) {
+    if (rules().exactNumbers) {
+        const RealMatrix& m = state.exactCtm;
+        return {fixedFromReal(m.a * point.x + m.c * point.y + m.tx),
+                fixedFromReal(m.b * point.x + m.d * point.y + m.ty)};
+    }
+    const Point from{fixedFromReal(point.x), fixedFromReal(point.y)};
+    Point to;
+    callHost(slot::transformPoint, &state.ctm, &from, &to);
+    return to;
+}
+
+double scaleState() {
+    if (!rules().exactNumbers) {
+        return 1.0;
+    }
+    const RealMatrix& m = state.exactCtm;
+    return std::sqrt(std::abs(m.a * m.d - m.b * m.c));
+}
+
+} // namespace corvane

@@ -1,0 +1,79 @@
+// Every sentence that a person may read, by code.
+#include "resources/resources.h"
+
+#include <array>
+
+namespace corvane {
+
+namespace {
+
+constexpr std::array<std::string_view, 20> exceptions = {
+    /* 1 */ "an internal limit was reached; report this file to the makers of this program",
+    /* 2 */ "cancelled",
+    /* 3 */ "the drawing program refused an operation; the page may be too large for it",
+    /* 4 */
+    "an image is damaged or coded in a way that is not supported; leave it out or convert it",
+    /* 5 */ "a font could not be written; use another font for this text",
+    /* 6 */ "the disk is full; make room and try again",
+    /* 7 */ "the file is encrypted; remove its password with a tool that may, and try again",
+    /* 8 */ "the fonts of this machine could not be read; check the font settings",
+    /* 9 */ "",
+    /* 10 */ "a page or an object is missing from the file; choose another page or repair the file",
+    /* 11 */ "the page holds more values at once than can be kept; repair or simplify the file",
+    /* 12 */
+    "the file is damaged, or built in a way that is not supported; repair it with another "
+    "PDF program and try again",
+    /* 13 */ "out of memory; close something else or raise the limit (CORVANE_ZONE_MB)",
+    /* 14 */ "the file holds a value of the wrong type; repair it with another PDF program",
+    /* 15 */
+    "a value is out of range, or data are coded in a way that is not supported; repair or "
+    "uncompress the file with another PDF program",
+    /* 16 */ "brackets in the file do not match; repair it with another PDF program",
+    /* 17 */ "the file uses an operator where it may not stand; repair it with another PDF program",
+    /* 18 */ "the file could not be read or written; check the disk and that the file is complete",
+    /* 19 */
+    "the file could not be opened; check its permissions and that nobody else is saving it",
+    /* 20 */ "the file to save into exists and is no PDF; choose another file",
+};
+
+constexpr std::array<std::string_view, 19> readWarnings = {
+    /* 1 */ "an object of an unknown kind was left out",
+    /* 2 */ "operators that no PDF version knows were skipped",
+    /* 3 */ "forms (reused drawings) were left out",
+    /* 4 */ "text in Type 3 fonts was left out",
+    /* 5 */ "the characters of a font were matched approximately; check the text",
+    /* 6 */ "images were left out",
+    /* 7 */ "letter spacing is out of range; check the text",
+    /* 8 */ "a Multiple Master font is missing; install it or choose another",
+    /* 9 */ "a Type 1 font is missing; install it or choose another",
+    /* 10 */ "a TrueType font is missing; install it or choose another",
+    /* 11 */ "fills by the even-odd rule were filled by the other rule; check overlapping shapes",
+    /* 12 */ "entries of an image were ignored",
+    /* 13 */ "parts of the page are damaged and were skipped; check the drawing",
+    /* 14 */ "the file has an old header; saving it in another PDF program makes it a usual PDF",
+    /* 15 */ "a Multiple Master font was substituted; check the text",
+    /* 16 */ "a Type 1 font was substituted; check the text",
+    /* 17 */ "a TrueType font was substituted; check the text",
+    /* 18 */ "text was left out",
+    /* 19 */ "smooth shadings were left out",
+};
+
+constexpr std::array<std::string_view, 3> writeWarnings = {
+    /* 1001 */ "an object of a kind that a PDF cannot hold was left out",
+    /* 1002 */ "the page was given a size between the smallest and the largest allowed",
+    /* 1003 */ "the crop area was fitted to the page",
+};
+
+} // namespace
+
+std::span<const std::string_view> exceptionSentences() {
+    return exceptions;
+}
+std::span<const std::string_view> readWarningSentences() {
+    return readWarnings;
+}
+std::span<const std::string_view> writeWarningSentences() {
+    return writeWarnings;
+}
+
+} // namespace corvane

@@ -1,0 +1,26 @@
+// Limits on depth, work and size, each with its reason. Past one: the nearest exception.
+#pragma once
+
+#include <cstdint>
+
+namespace corvane::budget {
+
+/// Arrays and dictionaries inside one another; real files stay below 30, and freeing recurses.
+inline constexpr std::int32_t objectNesting = 512;
+
+/// Groups inside one another in the artwork; renderers and editors recurse over them.
+inline constexpr std::int32_t artNesting = 4096;
+
+/// Filters named by one stream; real files use at most three.
+inline constexpr std::int32_t streamFilters = 16;
+
+/// References met while an object is read for another reference (a Length, a Kids element).
+inline constexpr std::int32_t referenceDepth = 16;
+
+/// Highest object number; the PDF Reference, appendix C.
+inline constexpr std::int32_t objectNumber = 8'388'607;
+
+/// Nodes from the root of the page tree to a page; balanced trees of any size stay below 20.
+inline constexpr std::int32_t pageTreeDepth = 256;
+
+} // namespace corvane::budget

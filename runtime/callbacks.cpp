@@ -1,0 +1,7 @@
+#include "runtime/callbacks.h"
+
+namespace corvane {
+
+const HostProcedure* callbacks = nullptr;
+
+} // namespace corvane

@@ -1,0 +1,133 @@
+// Where the two profiles differ: one record of named values, and its two constants.
+//
+// Tables differ too (filters by name, keywords); everything else that depends on the profile is
+// here.
+#pragma once
+
+#include "host/extension.h"
+
+#include <cstdint>
+
+namespace corvane {
+
+struct Rules {
+    Profile profile;
+
+    /// Objects on the operand stack. Today's pages and Kids arrays need far more than 1,024.
+    std::int32_t stackLimit;
+
+    /// Bytes of a string, elements of a composite. Extended keeps the true 32-bit length of the
+    /// block.
+    std::int32_t objectLengthLimit;
+
+    /// Operands and the CTM are carried in double, and a point is rounded once, when a segment is
+    /// made.
+    bool exactNumbers;
+
+    /// A missing or freed indirect object is null, as the PDF Reference has it.
+    bool missingObjectIsNull;
+
+    /// "%PDF-2." is a header, and bytes before the header shift every offset of the file.
+    bool modernHeader;
+
+    /// The newest section is found by "startxref" in the last 1,024 bytes, not by the last number.
+    bool findsStartxref;
+
+    /// A subsection may hold fewer entries than its header says.
+    bool toleratesSubsections;
+
+    /// An object without "endobj" ends where the next thing begins; one without a value is null.
+    bool toleratesMissingEnd;
+
+    /// A stream whose Length is missing or wrong ends at "endstream".
+    bool findsEndstream;
+
+    /// A Kids entry that is no page and no node is passed over.
+    bool skipsDamagedKids;
+
+    /// A page without a media box, or with an empty one, is US Letter.
+    bool assumesMediaBox;
+
+    /// Names hold bytes written as #xx.
+    bool escapedNames;
+
+    /// Hexadecimal strings (blocks) are taken wherever a string is.
+    bool blocksAreText;
+
+    /// The cross-reference list ascends by number whatever the generations, as readers expect.
+    bool xrefByNumber;
+
+    /// `q` makes a group only when something is drawn in it.
+    bool lazyGroups;
+
+    /// The even-odd rule is carried by the path style; no warning is raised for it.
+    bool evenOddCarried;
+
+    /// A path that clips is not painted as well: its copy is.
+    bool clipsUnpainted;
+
+    /// A segment after `h` or `re` starts a new subpath at that point, and a subpath of one point
+    /// that is left goes.
+    bool continuesClosedPaths;
+
+    /// The page is moved so that the turned media box's lower left is 0,0.
+    bool pageAtOrigin;
+
+    /// A file that is written has a resource fork from the start. People of today wonder at
+    /// "._name" files, so extended makes one only when something is put in it.
+    bool resourceForks;
+};
+
+inline constexpr Rules originalRules{
+    .profile = Profile::original,
+    .stackLimit = 1024,
+    .objectLengthLimit = 32767,
+    .exactNumbers = false,
+    .missingObjectIsNull = false,
+    .modernHeader = false,
+    .findsStartxref = false,
+    .toleratesSubsections = false,
+    .toleratesMissingEnd = false,
+    .findsEndstream = false,
+    .skipsDamagedKids = false,
+    .assumesMediaBox = false,
+    .escapedNames = false,
+    .blocksAreText = false,
+    .xrefByNumber = false,
+    .lazyGroups = false,
+    .evenOddCarried = false,
+    .clipsUnpainted = false,
+    .continuesClosedPaths = false,
+    .pageAtOrigin = false,
+    .resourceForks = true,
+};
+
+inline constexpr Rules extendedRules{
+    .profile = Profile::extended,
+    .stackLimit = 1 << 20,
+    .objectLengthLimit = INT32_MAX,
+    .exactNumbers = true,
+    .missingObjectIsNull = true,
+    .modernHeader = true,
+    .findsStartxref = true,
+    .toleratesSubsections = true,
+    .toleratesMissingEnd = true,
+    .findsEndstream = true,
+    .skipsDamagedKids = true,
+    .assumesMediaBox = true,
+    .escapedNames = true,
+    .blocksAreText = true,
+    .xrefByNumber = true,
+    .lazyGroups = true,
+    .evenOddCarried = true,
+    .clipsUnpainted = true,
+    .continuesClosedPaths = true,
+    .pageAtOrigin = true,
+    .resourceForks = false,
+};
+
+/// The rules in force; original until told otherwise.
+const Rules& rules();
+void selectRules(Profile profile);
+
+} // namespace corvane

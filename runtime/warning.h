@@ -1,0 +1,53 @@
+// Warnings: what was left out or changed while work went on. Each code is kept once; the entry
+// shows all of them after the operation.
+#pragma once
+
+#include <cstdint>
+
+namespace corvane {
+
+/// Codes of warnings. The sentence of each is in resources/texts. Up to 1000 they arise while a
+/// PDF file is read, from 1001 while one is written.
+enum class Warning : std::int16_t {
+    none = 0,
+    unknownXObject = 1,             ///< an XObject of an unknown subtype draws nothing
+    unknownOperator = 2,            ///< an operator of the page is not known
+    formSkipped = 3,                ///< a form XObject draws nothing
+    type3Font = 4,                  ///< the text of a Type 3 font is dropped
+    encodingApproximated = 5,       ///< an encoding that the host has not
+    picture = 6,                    ///< an image, or the preview of one, is missing
+    tracking = 7,                   ///< letter spacing out of the host's range
+    multipleMasterMissing = 8,      ///< font missing and not substituted
+    type1Missing = 9,               ///< font missing and not substituted
+    trueTypeMissing = 10,           ///< font missing and not substituted
+    evenOdd = 11,                   ///< the even-odd rule was dropped
+    imageEntry = 12,                ///< an entry of an image was ignored
+    operatorFailed = 13,            ///< an operator of the page failed and was skipped
+    formerHeader = 14,              ///< the header is "VEX-0.2 "
+    multipleMasterSubstituted = 15, ///< another font stands in
+    type1Substituted = 16,          ///< another font stands in
+    trueTypeSubstituted = 17,       ///< another font stands in
+    textLeftOut = 18,               ///< text is not opened by this version
+    shadingLeftOut = 19,            ///< a shading draws nothing
+    unknownArt = 1001,              ///< art of a kind that cannot be written was skipped
+    pageSize = 1002,                ///< the page size was put into its limits
+    cropArea = 1003,                ///< the crop area was fitted to the page
+};
+
+/// Codes that are kept. One more is stored too, and raises `limit`.
+inline constexpr std::int32_t warningLimit = 64;
+
+/// Stores `code`, makes it the current warning and returns it. A code that is stored already:
+/// `none`, and nothing changes.
+Warning raiseWarning(Warning code);
+bool duplicateWarning(Warning code);
+/// The current warning: the one stored last, or below the one popped last.
+Warning valueWarning();
+/// Takes the warning stored last; `none` where there is none.
+Warning popWarning();
+/// The current warning; all are then forgotten.
+Warning resetWarning();
+/// Whether the current warning arose while reading.
+bool isImportWarning();
+
+} // namespace corvane

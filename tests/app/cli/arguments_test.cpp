@@ -1,0 +1,91 @@
+#include "app/cli/arguments.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace corvane {
+namespace {
+
+using Words = std::vector<const char*>;
+
+TEST(Arguments, OptionsStandAnywhereAndInBothForms) {
+    const auto wish =
+        parseArguments(Words{"--json", "open", "-o", "a.svg", "in.pdf", "--page=12", "--images",
+                             "pictures", "--profile", "original", "--quiet"});
+    const auto& arguments = std::get<Arguments>(wish);
+    EXPECT_EQ(arguments.command, Command::open);
+    EXPECT_EQ(arguments.file, "in.pdf");
+    EXPECT_EQ(arguments.page, 12);
+    EXPECT_EQ(arguments.output, "a.svg");
+    EXPECT_EQ(arguments.images, "pictures");
+    EXPECT_EQ(arguments.profile, Profile::original);
+    EXPECT_TRUE(arguments.json);
+    EXPECT_TRUE(arguments.quiet);
+}
+
+TEST(Arguments, TwoDashesEndTheOptions) {
+    const auto wish = parseArguments(Words{"info", "--", "--page"});
+    EXPECT_EQ(std::get<Arguments>(wish).file, "--page");
+    const auto dash = parseArguments(Words{"open", "-o", "-", "--", "-"});
+    EXPECT_EQ(std::get<Arguments>(dash).file, "-");
+    EXPECT_EQ(std::get<Arguments>(dash).output, "-");
+}
+
+TEST(Arguments, BadUsageIsNamed) {
+    struct Row {
+        Words words;
+        const char* wanted; ///< is in the sentence
+    };
+    const std::vector<Row> rows{
+        {{}, "command is missing"},
+        {{"fold", "a.pdf"}, "no command \"fold\""},
+        {{"save", "a.svg", "a.pdf"}, "does not have the command \"save\""},
+        {{"log", "a.pdf"}, "does not have"},
+        {{"revert", "a.pdf"}, "does not have"},
+        {{"open"}, "needs a file"},
+        {{"open", "a.pdf", "b.pdf"}, "b.pdf"},
+        {{"open", "-"}, "standard input"},
+        {{"open", "a.pdf", "--colour"}, "no option \"--colour\""},
+        {{"open", "a.pdf", "-p", "1"}, "no option \"-p\""},
+        {{"open", "a.pdf", "--page"}, "needs a value"},
+        {{"open", "a.pdf", "-o", ""}, "needs a value"},
+        {{"open", "a.pdf", "--quiet=yes"}, "takes no value"},
+        {{"open", "a.pdf", "--page", "0"}, "from 1"},
+        {{"open", "a.pdf", "--page", "-1"}, "from 1"},
+        {{"open", "a.pdf", "--page", "2x"}, "from 1"},
+        {{"open", "a.pdf", "--page", " 2"}, "from 1"},
+        {{"open", "a.pdf", "--page", "1.5"}, "from 1"},
+        {{"open", "a.pdf", "--page", "4294967297"}, "from 1"},
+        {{"open", "a.pdf", "--profile", "modern"}, "modern"},
+        {{"info", "a.pdf", "--page", "1"}, "does not go with info"},
+        {{"check", "a.pdf", "-o", "b"}, "does not go with check"},
+    };
+    for (const Row& row : rows) {
+        const auto wish = parseArguments(row.words);
+        const auto* const error = std::get_if<UsageError>(&wish);
+        ASSERT_NE(error, nullptr) << row.wanted;
+        EXPECT_NE(error->sentence.find(row.wanted), std::string::npos) << error->sentence;
+    }
+}
+
+TEST(Arguments, TheFirstOfQuestionAndFaultCounts) {
+    EXPECT_EQ(std::get<Question>(parseArguments(Words{"open", "--help", "--what"})),
+              Question::help);
+    EXPECT_EQ(std::get<Question>(parseArguments(Words{"--version"})), Question::version);
+    EXPECT_TRUE(std::holds_alternative<UsageError>(parseArguments(Words{"--what", "--help"})));
+}
+
+TEST(Arguments, UsageNamesWhatExistsOnly) {
+    const std::string text = usageText();
+    for (const char* word : {"open", "info", "check", "--page", "-o", "--images", "--profile",
+                             "--quiet", "--json", "--version", "--help", "130"}) {
+        EXPECT_NE(text.find(word), std::string::npos) << word;
+    }
+    for (const char* word : {"save", "log", "revert", "dry-run"}) {
+        EXPECT_EQ(text.find(word), std::string::npos) << word;
+    }
+}
+
+} // namespace
+} // namespace corvane

@@ -1,0 +1,74 @@
+#include "app/cli/chooser.h"
+
+#include "app/cli/progress.h"
+
+#include <array>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <unistd.h>
+
+namespace corvane {
+namespace {
+
+TEST(Chooser, AsksUntilTheAnswerIsAPage) {
+    struct Row {
+        const char* typed;
+        std::optional<std::int32_t> page;
+        int questions;
+    };
+    const std::array rows{
+        Row{"7\n", 7, 1},
+        Row{"\n", 3, 1},
+        Row{" 12 \r\n", 12, 1},
+        Row{"0\n13\nx\n7x\n-1\n99999999999\n5\n", 5, 7},
+        Row{"q\n", std::nullopt, 1},
+        Row{"Q\n", std::nullopt, 1},
+        Row{"", std::nullopt, 1},
+    };
+    for (const Row& row : rows) {
+        std::array<int, 2> ends{};
+        ASSERT_EQ(pipe(ends.data()), 0);
+        ASSERT_GE(write(ends[1], row.typed, std::strlen(row.typed)), 0);
+        close(ends[1]);
+        LineSource answers(ends[0]);
+        std::ostringstream prompt;
+        EXPECT_EQ(choosePage(answers, prompt, 1, 12, 3), row.page) << row.typed;
+        close(ends[0]);
+        int questions = 0;
+        for (std::size_t at = 0; (at = prompt.str().find("1 to 12", at)) != std::string::npos;
+             ++at) {
+            ++questions;
+        }
+        EXPECT_EQ(questions, row.questions) << row.typed;
+    }
+}
+
+TEST(Progress, IsDrawnRarelyAndTakenOffAgain) {
+    char* text = nullptr;
+    std::size_t size = 0;
+    std::FILE* const terminal = open_memstream(&text, &size);
+    {
+        ProgressLine line(terminal, "reading");
+        line.update(1, 2);
+        std::fflush(terminal);
+        EXPECT_EQ(size, 0U) << "quick work shows nothing";
+        std::this_thread::sleep_for(ProgressLine::interval);
+        for (int i = 0; i < 1000; ++i) {
+            line.update(5, 10);
+        }
+        line.update(1, 0);
+    }
+    std::fclose(terminal);
+    EXPECT_EQ(std::string(text, size), "\r\x1B[Kreading 50 %\r\x1B[K");
+    std::free(text); // NOLINT: the C library made it
+
+    ProgressLine silent(nullptr, "reading");
+    std::this_thread::sleep_for(ProgressLine::interval);
+    silent.update(1, 2);
+}
+
+} // namespace
+} // namespace corvane

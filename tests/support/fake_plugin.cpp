@@ -1,0 +1,198 @@
+// A plug-in that acts the part which the environment variable CORVANE_FAKE gives it, so that tests
+// can see what the program makes of every answer.
+//
+// The part is a list of words, "pages=12 error@3=7". Words with "@N" hold for selector N.
+//   pages=N        the file has N pages, of two sizes (1 unless said)
+//   error@N=CODE   shows an error with a sentence, and stops
+//   stop@N         stops without a word, as a cancelled dialog does
+//   answer@N=CODE  gives this result
+//   nameless       is not our plug-in
+//   unregistered   offers no format
+//   warnings=N     shows N warnings of a page
+//   omitted=N      tells that N texts were left out
+//   segments=N     draws a path of N segments
+//   unfinished     draws, but never finishes the import
+//   wait           works on and on until the person stops it
+//   folder         asks for the folder of the pictures
+//   hostile        puts control characters into sentences
+#include "host/callbacks.h"
+#include "host/extension.h"
+#include "host/front.h"
+#include "host/parameters.h"
+
+#include <cstdlib>
+#include <iostream>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+using namespace corvane;
+
+namespace {
+
+std::optional<std::int32_t> partOf(const std::string& name) {
+    const char* const part = std::getenv("CORVANE_FAKE");
+    std::istringstream words(part ? part : "");
+    for (std::string word; words >> word;) {
+        const auto equals = word.find('=');
+        if (word.substr(0, equals) == name) {
+            return equals == std::string::npos ? 1 : std::stoi(word.substr(equals + 1), nullptr, 0);
+        }
+    }
+    return std::nullopt;
+}
+
+std::string sentence(const std::string& text) {
+    return partOf("hostile") ? text + "\x1B]0;title\x07" : text;
+}
+
+template <class Signature, class... Parameters>
+auto call(const ParameterBlock& block, Slot<Signature> slot, Parameters... parameters) {
+    return slotProcedure(block.callbacks.get(), slot)(parameters...);
+}
+
+PageFacts factsOfPage(std::int32_t page, std::int32_t pages) {
+    const Box sheet{0, 0, 612, 792};
+    const bool isLast = page == pages;
+    return {.page = page,
+            .objectNumber = 10 + page,
+            .mediaBox = sheet,
+            .cropBox = isLast ? Box{36, 36, 576, 756} : sheet,
+            .rotate = isLast ? 90 : 0,
+            .userUnit = isLast ? 2.5 : 1.0};
+}
+
+void tellFacts(const HostExtension& extension, std::int32_t pages) {
+    extension.documentFacts(
+        extension.context,
+        {.pages = pages, .objects = 42, .updates = 1, .length = 12345, .version = "1.4"});
+    for (std::int32_t page = 1; page <= pages; ++page) {
+        extension.pageFacts(extension.context, factsOfPage(page, pages));
+    }
+}
+
+std::uint32_t showError(std::int32_t code, const std::string& text) {
+    dialogFront()->showError(code, sentence(text));
+    return resultStopped;
+}
+
+std::uint32_t choosePage(const HostExtension& extension, std::int32_t pages) {
+    if (extension.wantedPage > pages) {
+        return showError(10, "the file has " + std::to_string(pages) + " pages");
+    }
+    std::int32_t page = 1;
+    const bool mustAsk = extension.wantedPage == 0 && pages > 1;
+    return !mustAsk || dialogFront()->choosePage(1, pages, page) ? 0 : resultStopped;
+}
+
+/// False where the host refused the path.
+bool drawPath(const ParameterBlock& block, std::int32_t count) {
+    Art layer = Art::null;
+    Art path = Art::null;
+    call(block, slot::getLayerArt, Layer::null, &layer);
+    call(block, slot::newArt, ArtKind::path, Placement::inside, layer, &path);
+    std::vector<Segment> segments(static_cast<std::size_t>(count));
+    for (std::int32_t i = 0; i < count; ++i) {
+        const Point point{i % 600 * fixedOne, i / 600 % 700 * fixedOne};
+        segments[static_cast<std::size_t>(i)] = {point, point, point, 1};
+    }
+    PathStyle style;
+    style.strokePaint = 1;
+    call(block, slot::setPathStyle, path, &style);
+    if (call(block, slot::setPathSegmentCount, path, count) != HostError::none) {
+        return false;
+    }
+    call(block, slot::setPathSegments, path, 0, count, segments.data());
+    if (!partOf("unfinished")) {
+        call(block, slot::finishImport, layer, layer);
+    }
+    return true;
+}
+
+/// Where the pictures go, for the test to read.
+void askForFolder() {
+    std::int16_t volume = 0;
+    std::int32_t directory = 0;
+    std::cerr << (dialogFront()->chooseFolder(volume, directory) ? "folder\n" : "no folder\n");
+}
+
+std::uint32_t readPage(const ParameterBlock& block, const HostExtension& extension) {
+    const Rect bounds{0, 792 * fixedOne, 612 * fixedOne, 0};
+    const ArtboardSize size{612 * fixedOne, 792 * fixedOne};
+    call(block, slot::setArtboardSize, &size);
+    call(block, slot::setPageBounds, &bounds);
+    extension.pageIdentity(extension.context, {factsOfPage(1, 1), 0x1234});
+    if (partOf("wait")) {
+        std::cerr << "waiting" << std::endl;
+        for (std::int64_t i = 0; call(block, slot::checkUserAbort) == HostBoolean::no; ++i) {
+            extension.progress(extension.context, i % 1000, 1000);
+        }
+        return resultStopped;
+    }
+    if (partOf("folder")) {
+        askForFolder();
+    }
+    if (!drawPath(block, partOf("segments").value_or(4))) {
+        return showError(3, "the host refused");
+    }
+    if (const auto omitted = partOf("omitted")) {
+        extension.omitted(extension.context, Omission::text, *omitted);
+    }
+    std::vector<std::string> sentences;
+    std::vector<WarningText> warnings;
+    for (std::int32_t code = 1; code <= partOf("warnings").value_or(0); ++code) {
+        sentences.push_back(sentence("warning number " + std::to_string(code)));
+    }
+    for (const std::string& text : sentences) {
+        warnings.push_back({static_cast<std::int32_t>(warnings.size()) + 1, text});
+    }
+    if (!warnings.empty() && !dialogFront()->showWarnings(true, warnings, "fake.pdf")) {
+        return resultStopped;
+    }
+    return 0;
+}
+
+std::uint32_t perform(ParameterBlock& block, const HostExtension& extension) {
+    const std::int32_t pages = partOf("pages").value_or(1);
+    switch (block.selector) {
+    case Selector::identify:
+        return partOf("nameless") ? 0 : resultIdentity;
+    case Selector::registerFormat: {
+        static constexpr std::uint8_t name[] = {4, 'F', 'a', 'k', 'e'};
+        if (!partOf("unregistered")) {
+            call(block, slot::addFileFormat, &name[0], fourCharacters("PDF "), 3, 0);
+        }
+        return 0;
+    }
+    case Selector::prepare:
+        block.state = NewHandleClear(sizeof(PluginState)).as<Ref<PluginState>>();
+        return choosePage(extension, pages);
+    case Selector::go:
+        return readPage(block, extension);
+    case Selector::info:
+    case Selector::diagnose:
+        tellFacts(extension, pages);
+        return 0;
+    case Selector::about:
+    case Selector::check:
+        break;
+    }
+    return 0;
+}
+
+} // namespace
+
+std::uint32_t main_entry(ParameterBlock* block) {
+    const std::string here = "@" + std::to_string(static_cast<int>(block->selector));
+    if (const auto code = partOf("error" + here)) {
+        return showError(*code, "the fake failed as told");
+    }
+    if (partOf("stop" + here)) {
+        return resultStopped;
+    }
+    if (const auto answer = partOf("answer" + here)) {
+        return static_cast<std::uint32_t>(*answer);
+    }
+    return perform(*block, *hostExtension());
+}

@@ -1,0 +1,60 @@
+// The bottom of a chain that reads bytes of memory, for tests, fuzz targets and benchmarks.
+#pragma once
+
+#include "filters/filter.h"
+#include "runtime/exception.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+
+namespace corvane::test {
+
+/// Reads and seeks as a file opened for "read"; writing raises `access`.
+class MemoryFilter : public Filter {
+public:
+    explicit MemoryFilter(std::span<const std::byte> bytes) : Filter(entry), bytes_(bytes) {}
+
+private:
+    static std::int32_t entry(Filter& filter, Operation operation, std::byte* buffer,
+                              std::int32_t* argument) {
+        auto& memory = static_cast<MemoryFilter&>(filter);
+        switch (operation) {
+        case Operation::read:
+            return *argument = memory.read(buffer, *argument);
+        case Operation::seek:
+            return *argument = memory.seek(*argument);
+        case Operation::mark:
+            return *argument = static_cast<std::int32_t>(memory.position_);
+        case Operation::write:
+            failException(Exception::access);
+        default:
+            return 0;
+        }
+    }
+
+    std::int32_t read(std::byte* to, std::int32_t count) {
+        const std::span<const std::byte> piece = bytes_.subspan(position_).first(
+            std::min(bytes_.size() - position_, static_cast<std::size_t>(std::max(count, 0))));
+        std::ranges::copy(piece, to);
+        position_ += piece.size();
+        return static_cast<std::int32_t>(piece.size());
+    }
+
+    std::int32_t seek(std::int32_t position) {
+        const auto length = static_cast<std::int32_t>(bytes_.size());
+        const std::int32_t target = position < 0 ? length + position : position;
+        if (target < 0 || target > length) {
+            failException(Exception::io);
+        }
+        position_ = static_cast<std::size_t>(target);
+        return target;
+    }
+
+    std::span<const std::byte> bytes_;
+    std::size_t position_ = 0;
+};
+
+} // namespace corvane::test
