@@ -34,8 +34,7 @@ void tellPages(DocumentCache& cache) {
         if (page % pagesPerCheck == 0 && callHost(slot::checkUserAbort)) {
             failException(Exception::cancelled);
         }
-        pageCache(cache, page);
-        extension->pageFacts(extension->context, factsCache(cache));
+        extension->pageFacts(extension->context, pageFactsCache(cache, page));
     }
 }
 

@@ -219,6 +219,15 @@ std::string_view TokenFilter::ahead(std::size_t count) {
     return {buffer_.data() + position_, fill_ - position_};
 }
 
+std::string_view TokenFilter::aheadOfSpace(std::size_t count) {
+    std::string_view bytes = ahead(count);
+    while (!bytes.empty() && isSpace(bytes.front())) {
+        skip(1);
+        bytes = ahead(count);
+    }
+    return bytes;
+}
+
 void TokenFilter::skipToStreamData() {
     const auto atByte = [this] {
         start_ = position_;

@@ -60,6 +60,8 @@ public:
     /// At least `count` bytes behind the last token, fewer at the end of the data, not yet gone
     /// past.
     std::string_view ahead(std::size_t count);
+    /// As `ahead`, having gone past white space.
+    std::string_view aheadOfSpace(std::size_t count);
     /// Goes past bytes that `ahead` gave.
     void skip(std::size_t count) { position_ += count; }
     /// After "stream": goes past blanks and the end of line (CR LF, LF or a lone CR).

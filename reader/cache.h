@@ -91,6 +91,8 @@ std::int32_t rotateCache(DocumentCache& cache);
 /// Points of one unit of the page, 1.0 where it says nothing.
 double userUnitCache(DocumentCache& cache);
 PageFacts factsCache(DocumentCache& cache);
+/// The facts of any page, quickly; no page is in use afterwards.
+PageFacts pageFactsCache(DocumentCache& cache, std::int32_t number);
 
 /// Draws the page in use into the host's document.
 void readCache(DocumentCache& cache);

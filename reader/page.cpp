@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <span>
 
 namespace corvane {
 
@@ -41,22 +42,54 @@ Box boxOf(DocumentCache& cache, const Object& array) {
 }
 
 /// Fills what is still missing from this node and from those above it; the nearest wins.
-void inherit(DocumentCache& cache) {
+void inherit(DocumentCache& cache, bool withResources) {
     const std::array fields = {
         std::pair{"CropBox", &cache.cropBox}, std::pair{"MediaBox", &cache.mediaBox},
         std::pair{"Rotate", &cache.rotate}, std::pair{"Resources", &cache.resources}};
+    const auto wanted = std::span(fields).first(withResources ? fields.size() : fields.size() - 1);
     retainObject(cache.page.get());
     ObjectOwner node(cache.page.get());
     for (std::int32_t depth = 0; typeObject(node.get()) == ObjectType::dictionary; ++depth) {
         if (depth > budget::pageTreeDepth) {
             failException(Exception::structure);
         }
-        for (const auto& [key, field] : fields) {
+        for (const auto& [key, field] : wanted) {
             if (isMissing(*field)) {
                 *field = lookupObject(cache, node.get(), key);
             }
         }
         node = lookupObject(cache, node.get(), "Parent");
+    }
+}
+
+void forgetPage(DocumentCache& cache) {
+    for (ObjectOwner* field :
+         {&cache.page, &cache.cropBox, &cache.mediaBox, &cache.rotate, &cache.resources}) {
+        *field = ObjectOwner();
+    }
+    cache.pageNumber = 0;
+}
+
+ObjectOwner pageDictionary(DocumentCache& cache, const PageEntry& entry) {
+    if (entry.number == 0) {
+        retainObject(entry.direct.get());
+        return ObjectOwner(entry.direct.get());
+    }
+    ObjectOwner reference;
+    indirectObject(reference.get(), entry.number, entry.generation);
+    return resolveObject(cache, reference.get());
+}
+
+void usePage(DocumentCache& cache, std::int32_t number, bool withResources) {
+    forgetPage(cache);
+    if (number < 1 || number > countCache(cache)) {
+        failException(Exception::underflow);
+    }
+    cache.page = pageDictionary(cache, cache.pages[static_cast<std::size_t>(number - 1)]);
+    cache.pageNumber = number;
+    inherit(cache, withResources);
+    if (isMissing(cache.mediaBox) && !rules().assumesMediaBox) {
+        failException(Exception::structure);
     }
 }
 
@@ -70,29 +103,7 @@ std::int32_t countCache(DocumentCache& cache) {
 void pageCache(DocumentCache& cache, std::int32_t number) {
     walkPages(cache);
     flushReference(*cache.references);
-    for (ObjectOwner* field :
-         {&cache.page, &cache.cropBox, &cache.mediaBox, &cache.rotate, &cache.resources}) {
-        *field = ObjectOwner();
-    }
-    cache.pageNumber = 0;
-    if (number < 1 || number > countCache(cache)) {
-        failException(Exception::underflow);
-    }
-    const PageEntry& entry = cache.pages[static_cast<std::size_t>(number - 1)];
-    if (entry.number == 0) {
-        retainObject(entry.direct.get());
-        cache.page = ObjectOwner(entry.direct.get());
-    } else {
-        Object reference;
-        indirectObject(reference, entry.number, entry.generation);
-        const ObjectOwner owner(reference);
-        cache.page = resolveObject(cache, reference);
-    }
-    cache.pageNumber = number;
-    inherit(cache);
-    if (isMissing(cache.mediaBox) && !rules().assumesMediaBox) {
-        failException(Exception::structure);
-    }
+    usePage(cache, number, true);
 }
 
 Box mediaCache(DocumentCache& cache) {
@@ -144,6 +155,17 @@ PageFacts factsCache(DocumentCache& cache) {
             .cropBox = cropCache(cache),
             .rotate = rotateCache(cache),
             .userUnit = userUnitCache(cache)};
+}
+
+PageFacts pageFactsCache(DocumentCache& cache, std::int32_t number) {
+    usePage(cache, number, false);
+    const PageFacts facts = factsCache(cache);
+    forgetPage(cache);
+    // What pages share stays cached; each page's own dictionary is not needed again.
+    if (facts.objectNumber != 0) {
+        forgetObject(cache, facts.objectNumber, facts.generation);
+    }
+    return facts;
 }
 
 } // namespace corvane

@@ -1,5 +1,6 @@
 // Reading one section of the cross-reference, and the trailer behind it.
 #include "objects/stack.h"
+#include "reader/entries.h"
 #include "reader/file_scope.h"
 #include "reader/keywords.h"
 #include "reader/token_push.h"
@@ -22,6 +23,7 @@ void readSection(DocumentCache& cache, TokenFilter& tokens) {
         }
         if (type != TokenType::keyword) {
             pusher.push(type, tokens);
+            readRegularEntries(cache, tokens);
             continue;
         }
         const Keyword* const keyword = crossReferenceKeywords().find(tokens.bytes());
