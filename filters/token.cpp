@@ -193,12 +193,16 @@ std::int32_t TokenFilter::seek(std::int32_t position) {
         position_ = static_cast<std::size_t>(position - held);
         return position;
     }
+    forget();
+    ended_ = false;
+    return seekFilter(*next, position);
+}
+
+void TokenFilter::forget() {
     start_ = 0;
     position_ = 0;
     fill_ = 0;
     buffer_[0] = sentinel;
-    ended_ = false;
-    return seekFilter(*next, position);
 }
 
 std::int32_t TokenFilter::read(std::byte* to, std::int32_t count) {
@@ -209,6 +213,8 @@ std::int32_t TokenFilter::read(std::byte* to, std::int32_t count) {
     if (held == wanted || ended_) {
         return static_cast<std::int32_t>(held);
     }
+    // What is read past the bytes held is not held: none is, from here on.
+    forget();
     return static_cast<std::int32_t>(held + readFilter(*next, {to + held, wanted - held}));
 }
 

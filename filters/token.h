@@ -71,6 +71,7 @@ public:
 
 private:
     bool more();
+    void forget();
     char peek();
     void skipComment();
     std::string_view regularRun();

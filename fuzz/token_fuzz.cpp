@@ -32,7 +32,7 @@ struct Step {
 };
 
 Step readStep(TokenFilter& token) {
-    Step step{.type = token.next()};
+    Step step{.type = token.readToken()};
     switch (step.type) {
     case TokenType::integer:
     case TokenType::fixed:
@@ -44,7 +44,7 @@ Step readStep(TokenFilter& token) {
         step.bytes = token.bytes();
         break;
     case TokenType::hexOpen:
-        while (token.next() == TokenType::text) {
+        while (token.readToken() == TokenType::text) {
             step.bytes += token.bytes();
         }
         break;

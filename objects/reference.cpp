@@ -215,6 +215,10 @@ void flushReference(ReferenceTable& table) {
     }
 }
 
+Ref<ReferenceNode> firstReference(const ReferenceTable& table) {
+    return table.first();
+}
+
 std::int32_t countReference(const ReferenceTable& table) {
     return table.count();
 }

@@ -51,6 +51,8 @@ void disolveReference(const ReferenceTable& table, const Object& object, std::in
                       std::int32_t& generation);
 /// Frees every value and keeps the nodes.
 void flushReference(ReferenceTable& table);
+/// The newest node; the others follow by `next`.
+Ref<ReferenceNode> firstReference(const ReferenceTable& table);
 std::int32_t countReference(const ReferenceTable& table);
 
 } // namespace corvane

@@ -6,10 +6,14 @@
 #include "output/xref.h"
 #include "reader/keywords.h"
 #include "reader/locate.h"
+#include "reader/page_tree.h"
 #include "reader/path.h"
+#include "reader/repair.h"
 #include "reader/state.h"
+#include "reader/syntax.h"
 #include "reader/text.h"
 #include "runtime/exception.h"
+#include "runtime/rules.h"
 
 #include <set>
 
@@ -26,6 +30,21 @@ void openFileChain(DocumentCache& cache) {
     cache.input = cache.fileChain.top();
 }
 
+/// Whether a code says that the file is damaged, so that a search may help.
+bool isDamage(Exception code) {
+    switch (code) {
+    case Exception::underflow:
+    case Exception::overflow:
+    case Exception::structure:
+    case Exception::type:
+    case Exception::range:
+    case Exception::mark:
+        return true;
+    default:
+        return false;
+    }
+}
+
 /// Reads the sections from the newest to the oldest.
 void readSections(DocumentCache& cache) {
     std::set<std::int32_t> seen;
@@ -38,6 +57,31 @@ void readSections(DocumentCache& cache) {
     if (typeObject(cache.trailer.get()) != ObjectType::dictionary) {
         failException(Exception::structure);
     }
+}
+
+/// Reads the cross-reference and walks the page tree; where that fails, and the profile allows it, once
+/// more with what a search of the file finds.
+void readReferences(DocumentCache& cache) {
+    const Exception code = guarded([&] {
+        cache.sectionOffset = locateSection(cache);
+        hoistXRef(cache.sectionOffset);
+        readSections(cache);
+        if (rules().repairsReferences) {
+            walkPages(cache);
+        }
+    });
+    if (code == Exception::none) {
+        return;
+    }
+    if (!rules().repairsReferences || !isDamage(code)) {
+        againException();
+    }
+    resetException();
+    repairCache(cache);
+    if (typeObject(lookupObject(cache, cache.trailer.get(), "Encrypt").get()) != ObjectType::null) {
+        failException(Exception::crossReference);
+    }
+    walkPages(cache);
 }
 
 /// The process-wide state that lives as long as a cache: closed again in reverse order.
@@ -62,9 +106,7 @@ std::unique_ptr<DocumentCache> openCache(std::int16_t volume, std::string_view f
         cache->references = openReference();
         openFileChain(*cache);
         locateHeader(*cache);
-        cache->sectionOffset = locateSection(*cache);
-        hoistXRef(cache->sectionOffset);
-        readSections(*cache);
+        readReferences(*cache);
     });
     if (code != Exception::none) {
         cache.reset();

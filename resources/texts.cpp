@@ -36,7 +36,7 @@ constexpr std::array<std::string_view, 20> exceptions = {
     /* 20 */ "the file to save into exists and is no PDF; choose another file",
 };
 
-constexpr std::array<std::string_view, 19> readWarnings = {
+constexpr std::array<std::string_view, 20> readWarnings = {
     /* 1 */ "an object of an unknown kind was left out",
     /* 2 */ "operators that no PDF version knows were skipped",
     /* 3 */ "forms (reused drawings) were left out",
@@ -56,6 +56,7 @@ constexpr std::array<std::string_view, 19> readWarnings = {
     /* 17 */ "a TrueType font was substituted; check the text",
     /* 18 */ "text was left out",
     /* 19 */ "smooth shadings were left out",
+    /* 20 */ "the file's table of contents is damaged; its objects were found by searching",
 };
 
 constexpr std::array<std::string_view, 3> writeWarnings = {

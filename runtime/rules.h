@@ -42,6 +42,9 @@ struct Rules {
     /// A stream whose Length is missing or wrong ends at "endstream".
     bool findsEndstream;
 
+    /// Where the cross-reference is damaged, the objects are found by searching the file.
+    bool repairsReferences;
+
     /// A Kids entry that is no page and no node is passed over.
     bool skipsDamagedKids;
 
@@ -89,6 +92,7 @@ inline constexpr Rules originalRules{
     .toleratesSubsections = false,
     .toleratesMissingEnd = false,
     .findsEndstream = false,
+    .repairsReferences = false,
     .skipsDamagedKids = false,
     .assumesMediaBox = false,
     .escapedNames = false,
@@ -113,6 +117,7 @@ inline constexpr Rules extendedRules{
     .toleratesSubsections = true,
     .toleratesMissingEnd = true,
     .findsEndstream = true,
+    .repairsReferences = true,
     .skipsDamagedKids = true,
     .assumesMediaBox = true,
     .escapedNames = true,

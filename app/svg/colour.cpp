@@ -3,7 +3,6 @@
 #include "app/artwork/arithmetic.h"
 
 #include <algorithm>
-#include <array>
 
 namespace corvane {
 
@@ -26,44 +25,10 @@ std::int64_t levelOf(std::uint8_t byte) {
     return (std::int64_t{byte} * one * 2 + 255) / 510;
 }
 
-/// sRGB of cyan, magenta and yellow inks printed over one another in full, as coated stock shows
-/// them: bit 0 cyan, bit 1 magenta, bit 2 yellow.
-constexpr std::array<std::array<std::int64_t, 3>, 8> overprints{{
-    {255, 255, 255},
-    {0, 174, 239},
-    {236, 0, 140},
-    {46, 49, 146},
-    {255, 242, 0},
-    {0, 166, 81},
-    {237, 28, 36},
-    {54, 54, 57},
-}};
-
-/// What full black ink lets through of the colour under it.
-constexpr std::array<std::int64_t, 3> black{35, 31, 32};
-
-/// Dots of the inks fall on one another by chance (Demichel), so the area of each overprint is the
-/// product of the amounts, and its colour counts by its area (Neugebauer). Black darkens the rest.
+/// PDF Reference, 6.2.4: each ink and black together take away the light of one primary.
 ScreenColour printed(const Fixed (&ink)[4]) {
-    std::array<std::int64_t, 3> light{}; // 255 << 16 is white
-    for (std::size_t corner = 0; corner < overprints.size(); ++corner) {
-        std::int64_t area = one;
-        for (std::size_t i = 0; i < 3; ++i) {
-            const std::int64_t amount = limited(ink[i]);
-            area = (area * ((corner >> i & 1) != 0 ? amount : one - amount)) >> 16;
-        }
-        for (std::size_t i = 0; i < 3; ++i) {
-            light[i] += area * overprints[corner][i];
-        }
-    }
-    const std::int64_t amount = limited(ink[3]);
-    std::array<std::uint8_t, 3> bytes{};
-    for (std::size_t i = 0; i < 3; ++i) {
-        const std::int64_t through = 255 * (one - amount) + black[i] * amount; // 255 << 16 is all
-        bytes[i] =
-            static_cast<std::uint8_t>(((light[i] >> 8) * (through >> 8) / 255 + one / 2) >> 16);
-    }
-    return {bytes[0], bytes[1], bytes[2]};
+    const auto level = [&](int i) { return byteOf(one - limited(ink[i]) - limited(ink[3])); };
+    return {level(0), level(1), level(2)};
 }
 
 } // namespace

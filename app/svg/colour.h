@@ -23,7 +23,7 @@ struct LightLevels {
 };
 
 /// What a screen shows for a colour: grays and colours that came from RGB by their levels, amounts
-/// of ink by a model of offset printing. Amounts outside 0 to 1.0 are limited.
+/// of ink by the conversion of the PDF Reference. Amounts outside 0 to 1.0 are limited.
 ScreenColour screenColour(const Colour&);
 
 /// The colour that a plain "#rrggbb" of an editor means: gray where all three are equal, otherwise

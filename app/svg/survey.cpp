@@ -2,6 +2,8 @@
 
 #include "app/svg/subpaths.h"
 
+#include <utility>
+
 namespace corvane {
 
 namespace {

@@ -12,10 +12,12 @@
 
 namespace corvane::test {
 
-/// Reads and seeks as a file opened for "read"; writing raises `access`.
+/// Reads and seeks as a file opened for "read"; writing raises `access`. No read delivers more than
+/// `longestRead` bytes, whatever was asked for.
 class MemoryFilter : public Filter {
 public:
-    explicit MemoryFilter(std::span<const std::byte> bytes) : Filter(entry), bytes_(bytes) {}
+    explicit MemoryFilter(std::span<const std::byte> bytes, std::int32_t longestRead = INT32_MAX)
+        : Filter(entry), bytes_(bytes), longestRead_(longestRead) {}
 
 private:
     static std::int32_t entry(Filter& filter, Operation operation, std::byte* buffer,
@@ -36,8 +38,9 @@ private:
     }
 
     std::int32_t read(std::byte* to, std::int32_t count) {
+        count = std::clamp(count, 0, longestRead_);
         const std::span<const std::byte> piece = bytes_.subspan(position_).first(
-            std::min(bytes_.size() - position_, static_cast<std::size_t>(std::max(count, 0))));
+            std::min(bytes_.size() - position_, static_cast<std::size_t>(count)));
         std::ranges::copy(piece, to);
         position_ += piece.size();
         return static_cast<std::int32_t>(piece.size());
@@ -54,6 +57,7 @@ private:
     }
 
     std::span<const std::byte> bytes_;
+    std::int32_t longestRead_;
     std::size_t position_ = 0;
 };
 

@@ -10,18 +10,24 @@
 namespace corvane {
 namespace {
 
-/// The fake plug-in, in the part `part`, for this process.
-void usePlugin(const char* part) {
-    setenv("CORVANE_PLUGIN", (test::buildFolder() / "fake-plugin.so").c_str(), 1);
-    setenv("CORVANE_FAKE", part, 1);
-}
+class SessionTest : public ::testing::Test {
+protected:
+    SessionTest() { setenv("CORVANE_PLUGIN", plugin().c_str(), 1); }
+    ~SessionTest() override {
+        unsetenv("CORVANE_PLUGIN");
+        unsetenv("CORVANE_FAKE");
+    }
 
-TEST(Session, GivesBackAllOfTheZoneHoweverItEnds) {
+    static std::string plugin() { return (test::buildFolder() / "fake-plugin.so").string(); }
+    static void play(const char* part) { setenv("CORVANE_FAKE", part, 1); }
+};
+
+TEST_F(SessionTest, GivesBackAllOfTheZoneHoweverItEnds) {
     const test::TemporaryFolder folder;
     const std::string file = folder.add("in.pdf", "%PDF-1.4");
     for (const char* part :
          {"warnings=2", "error@3=7", "error@4=12", "stop@3", "nameless", "pages=3 unfinished"}) {
-        usePlugin(part);
+        play(part);
         const std::int32_t before = FreeMem();
         Report report;
         const Arguments arguments{.file = file, .output = "/dev/null", .images = {}};
@@ -40,12 +46,12 @@ TEST(Session, GivesBackAllOfTheZoneHoweverItEnds) {
     }
 }
 
-TEST(Session, TellsWhyTheArtworkWasRefused) {
+TEST_F(SessionTest, TellsWhyTheArtworkWasRefused) {
     const test::TemporaryFolder folder;
     test::Process process;
     process.words = {(test::buildFolder() / "corvane").string(), "open",
                      folder.add("in.pdf", "%PDF-1.4"), "-o", "-"};
-    usePlugin("segments=900000");
+    play("segments=900000");
     process.environment = {{"CORVANE_ART_MB", "1"}};
     const auto outcome = test::run(process);
     EXPECT_EQ(outcome.status, 1);
@@ -54,7 +60,7 @@ TEST(Session, TellsWhyTheArtworkWasRefused) {
         << outcome.errors;
 }
 
-TEST(Session, AZoneThatCannotBeHadIsAFaultOfMemory) {
+TEST_F(SessionTest, AZoneThatCannotBeHadIsAFaultOfMemory) {
     if (test::underAddressSanitizer) {
         GTEST_SKIP() << "needs a limit on address space";
     }
@@ -62,9 +68,9 @@ TEST(Session, AZoneThatCannotBeHadIsAFaultOfMemory) {
     test::Process process;
     process.words = {(test::buildFolder() / "corvane").string(), "check",
                      folder.add("in.pdf", "%PDF-1.4")};
-    usePlugin("");
+    play("");
     process.environment = {{"CORVANE_ZONE_MB", "4000"}};
-    process.addressSpace = std::uint64_t{200} << 20;
+    process.addressSpace = std::uint64_t{60} << 20; // less than the smallest zone
     const auto outcome = test::run(process);
     EXPECT_EQ(outcome.status, 1) << outcome.signal;
     EXPECT_NE(outcome.errors.find("error 13"), std::string::npos) << outcome.errors;

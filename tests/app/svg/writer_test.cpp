@@ -140,7 +140,7 @@ TEST(WriteSvg, StylesAreAttributesThatDifferFromTheDefaults) {
         {filled(fixed(.7)), "fill=\"#4d4d4d\" data-fill-gray=\".3\""},
         {filled(-fixedOne), "fill=\"#ffffff\" data-fill-gray=\"2\""},
         {fill(process(ColourOrigin::given, 0, 1.5, 1, 0)),
-         "fill=\"#ed1c24\" data-fill-cmyk=\"0 1.5 1 0\""},
+         "fill=\"#ff0000\" data-fill-cmyk=\"0 1.5 1 0\""},
         {stroked(1), stroke},
         {stroked(.5), stroke + " stroke-width=\".5\""},
         {stroked(0), stroke + " stroke-width=\".25\" data-stroke-width=\"0\""},
