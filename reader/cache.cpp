@@ -59,8 +59,8 @@ void readSections(DocumentCache& cache) {
     }
 }
 
-/// Reads the cross-reference and walks the page tree; where that fails, and the profile allows it, once
-/// more with what a search of the file finds.
+/// Reads the cross-reference and walks the page tree; where that fails, and the profile allows it,
+/// once more with what a search of the file finds.
 void readReferences(DocumentCache& cache) {
     const Exception code = guarded([&] {
         cache.sectionOffset = locateSection(cache);

@@ -26,36 +26,42 @@ Colour popCmyk() {
     return cmykColour(cyan, magenta, yellow, black);
 }
 
+OperatorResult setFill(const Colour& colour) {
+    state.style.fill = colour;
+    state.fill = Paint();
+    return 0;
+}
+
+OperatorResult setStroke(const Colour& colour) {
+    state.style.stroke = colour;
+    state.stroke = Paint();
+    return 0;
+}
+
 } // namespace
 
 OperatorResult grayFillOperator(DocumentCache&) {
-    state.style.fill = popGray();
-    return 0;
+    return setFill(popGray());
 }
 
 OperatorResult grayStrokeOperator(DocumentCache&) {
-    state.style.stroke = popGray();
-    return 0;
+    return setStroke(popGray());
 }
 
 OperatorResult rgbFillOperator(DocumentCache&) {
-    state.style.fill = popRgb();
-    return 0;
+    return setFill(popRgb());
 }
 
 OperatorResult rgbStrokeOperator(DocumentCache&) {
-    state.style.stroke = popRgb();
-    return 0;
+    return setStroke(popRgb());
 }
 
 OperatorResult cmykFillOperator(DocumentCache&) {
-    state.style.fill = popCmyk();
-    return 0;
+    return setFill(popCmyk());
 }
 
 OperatorResult cmykStrokeOperator(DocumentCache&) {
-    state.style.stroke = popCmyk();
-    return 0;
+    return setStroke(popCmyk());
 }
 
 } // namespace corvane

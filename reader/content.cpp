@@ -1,12 +1,10 @@
 #include "reader/content.h"
 
-#include "filters/range.h"
 #include "objects/stack.h"
 #include "reader/keywords.h"
 #include "reader/path.h"
 #include "reader/state.h"
-#include "reader/token_push.h"
-#include "reader/utility.h"
+#include "reader/stream_chain.h"
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
 #include "runtime/warning.h"
@@ -38,10 +36,7 @@ bool isOperatorFault(Exception code) {
 class ContentChain {
 public:
     ContentChain(DocumentCache& cache, const Object& stream)
-        : cache_(cache), formerInput_(cache.input), chain_(cache.fileChain.top()) {
-        const std::span<Object> parts = elementsObject(stream);
-        chain_.link(setupRange(integerObject(parts[1]), integerObject(parts[2])));
-        linkFilters(cache, chain_, stream);
+        : cache_(cache), formerInput_(cache.input), chain_(cache, stream) {
         std::unique_ptr<TokenFilter> tokens = setupToken();
         tokens_ = tokens.get();
         chain_.link(std::move(tokens));
@@ -56,14 +51,15 @@ public:
 private:
     DocumentCache& cache_;
     Filter* formerInput_;
-    Chain chain_;
+    StreamChain chain_;
     TokenFilter* tokens_ = nullptr;
 };
 
 class ContentLoop {
 public:
-    ContentLoop(DocumentCache& cache, TokenFilter& tokens, ContentProgress& progress)
-        : cache_(cache), tokens_(tokens), progress_(progress), pusher_(cache) {}
+    ContentLoop(DocumentCache& cache, TokenFilter& tokens, TokenPusher& pusher,
+                ContentProgress& progress)
+        : cache_(cache), tokens_(tokens), pusher_(pusher), progress_(progress) {}
 
     /// Runs operators until the stream ends; what one raises is passed on.
     void run() {
@@ -75,7 +71,6 @@ public:
             } else if (type != TokenType::end) {
                 pusher_.push(type, tokens_);
             } else {
-                dropOperands();
                 return;
             }
         }
@@ -109,8 +104,8 @@ private:
 
     DocumentCache& cache_;
     TokenFilter& tokens_;
+    TokenPusher& pusher_;
     ContentProgress& progress_;
-    TokenPusher pusher_;
 };
 
 } // namespace
@@ -126,9 +121,10 @@ void ContentProgress::check(Filter& tokens) {
     }
 }
 
-void runContent(DocumentCache& cache, const Object& stream, ContentProgress& progress) {
+void runContent(DocumentCache& cache, const Object& stream, TokenPusher& pusher,
+                ContentProgress& progress) {
     ContentChain chain(cache, stream);
-    ContentLoop loop(cache, chain.tokens(), progress);
+    ContentLoop loop(cache, chain.tokens(), pusher, progress);
     // The guarded block is opened once for many operators: again only after one failed.
     for (;;) {
         const Exception code = guarded([&] { loop.run(); });
@@ -145,6 +141,7 @@ void runContent(DocumentCache& cache, const Object& stream, ContentProgress& pro
 }
 
 void finishContent() {
+    clearStack();
     dropPath();
     while (depthState() > 0) {
         restoreState();

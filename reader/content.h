@@ -2,6 +2,7 @@
 #pragma once
 
 #include "reader/cache.h"
+#include "reader/token_push.h"
 
 #include <cstdint>
 
@@ -32,12 +33,14 @@ private:
     std::uint32_t tokenCount_ = 0;
 };
 
-/// Interprets one content stream. Tokens end with the stream, the graphics state does not. An
-/// operator that fails for reasons of the page itself is warned of and skipped; what else is raised
-/// ends the page.
-void runContent(DocumentCache& cache, const Object& stream, ContentProgress& progress);
+/// Interprets one content stream. Tokens end with the stream; operands (whose open constructs
+/// `pusher` counts) and the graphics state do not, for streams may be divided between any two
+/// tokens (PDF Reference, 3.6.2). An operator that fails for reasons of the page itself is warned
+/// of and skipped; what else is raised ends the page.
+void runContent(DocumentCache& cache, const Object& stream, TokenPusher& pusher,
+                ContentProgress& progress);
 
-/// Unwinds what the page left open: an unfinished path goes, saved states are restored.
+/// Unwinds what the page left open: operands and an unfinished path go, saved states are restored.
 void finishContent();
 
 } // namespace corvane

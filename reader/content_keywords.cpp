@@ -76,10 +76,22 @@ constexpr std::array rows = {
 };
 
 constexpr std::array extendedRows = {
-    Keyword{"sh", "l", shadingOperator},    Keyword{"ri", "l", invisibleOperator},
-    Keyword{"MP", "l", invisibleOperator},  Keyword{"DP", "l?", invisibleOperator},
-    Keyword{"BMC", "l", invisibleOperator}, Keyword{"BDC", "l?", invisibleOperator},
-    Keyword{"EMC", "", invisibleOperator},  Keyword{"BX", "", invisibleOperator},
+    Keyword{"cs", "l", fillSpaceOperator},
+    Keyword{"CS", "l", strokeSpaceOperator},
+    // How many operands a colour has depends on its space.
+    Keyword{"sc", "", fillColourOperator},
+    Keyword{"SC", "", strokeColourOperator},
+    Keyword{"scn", "", fillColourOperator},
+    Keyword{"SCN", "", strokeColourOperator},
+    Keyword{"gs", "l", externalStateOperator},
+    Keyword{"sh", "l", shadingOperator},
+    Keyword{"ri", "l", invisibleOperator},
+    Keyword{"MP", "l", invisibleOperator},
+    Keyword{"DP", "l?", invisibleOperator},
+    Keyword{"BMC", "l", invisibleOperator},
+    Keyword{"BDC", "l?", invisibleOperator},
+    Keyword{"EMC", "", invisibleOperator},
+    Keyword{"BX", "", invisibleOperator},
     Keyword{"EX", "", invisibleOperator},
 };
 

@@ -60,7 +60,12 @@ OperatorResult charWidthOperator(DocumentCache& cache);   ///< d0
 OperatorResult cacheDeviceOperator(DocumentCache& cache); ///< d1
 
 // Further ones of the extended profile (reader/extended_operators.cpp)
-OperatorResult shadingOperator(DocumentCache& cache); ///< sh
+OperatorResult shadingOperator(DocumentCache& cache);       ///< sh
+OperatorResult fillSpaceOperator(DocumentCache& cache);     ///< cs
+OperatorResult strokeSpaceOperator(DocumentCache& cache);   ///< CS
+OperatorResult fillColourOperator(DocumentCache& cache);    ///< sc, scn
+OperatorResult strokeColourOperator(DocumentCache& cache);  ///< SC, SCN
+OperatorResult externalStateOperator(DocumentCache& cache); ///< gs: line parameters
 OperatorResult
 invisibleOperator(DocumentCache& cache); ///< marked content, compatibility: nothing to draw
 

@@ -77,9 +77,10 @@ void runStreams(DocumentCache& cache, const std::vector<ObjectOwner>& streams) {
     for (const ObjectOwner& stream : streams) {
         total += streamLength(stream.get());
     }
+    TokenPusher pusher(cache);
     ContentProgress progress(total);
     for (const ObjectOwner& stream : streams) {
-        runContent(cache, stream.get(), progress);
+        runContent(cache, stream.get(), pusher, progress);
         progress.finishStream(streamLength(stream.get()));
     }
     finishContent();

@@ -3,7 +3,6 @@
 #include "reader/syntax.h"
 #include "runtime/budget.h"
 #include "runtime/exception.h"
-#include "runtime/fixed.h"
 #include "runtime/rules.h"
 
 #include <algorithm>
@@ -21,11 +20,6 @@ constexpr Box usualBox{0, 0, 612, 792};
 bool isMissing(const ObjectOwner& object) {
     return typeObject(object.get()) == ObjectType::null ||
            typeObject(object.get()) == ObjectType::empty;
-}
-
-double realNumber(const Object& object) {
-    return typeObject(object) == ObjectType::integer ? integerObject(object)
-                                                     : realFromFixed(fixedObject(object));
 }
 
 /// Four numbers, corners in any order.

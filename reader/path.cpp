@@ -153,7 +153,7 @@ void endPath() {
 
 void fillPath() {
     needPath();
-    state.style.fillPaint = 1;
+    state.style.fillPaint = state.fill.hidden ? 0 : 1;
     state.style.rule = FillRule::nonzero;
 }
 
@@ -169,7 +169,7 @@ void eofillPath() {
 
 void strokePath() {
     needPath();
-    state.style.strokePaint = 1;
+    state.style.strokePaint = state.stroke.hidden ? 0 : 1;
 }
 
 void clipPath() {

@@ -5,6 +5,7 @@
 #include "runtime/fixed.h"
 #include "runtime/rules.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace corvane {
@@ -23,8 +24,7 @@ Art siblingOf(Art art) {
     return next;
 }
 
-/// The style that the host gets: lengths scaled to the page where the state keeps them in user
-/// space.
+/// The style that the host gets: lengths scaled to the page.
 PathStyle hostStyle(bool clip) {
     PathStyle style = state.style;
     style.clip = clip ? 1 : 0;
@@ -35,17 +35,12 @@ PathStyle hostStyle(bool clip) {
             style.strokePaint = 0;
         }
     }
-    const double scale = scaleState();
-    if (scale != 1.0) {
-        const auto scaled = [scale](Fixed length) {
-            return fixedFromReal(realFromFixed(length) * scale);
-        };
-        style.lineWidth = scaled(style.lineWidth);
-        style.dashPhase = scaled(style.dashPhase);
-        for (Fixed& length : style.dash) {
-            length = scaled(length);
-        }
-    }
+    const auto scaled = [scale = scaleState()](double length) {
+        return fixedFromReal(length * scale);
+    };
+    style.lineWidth = scaled(state.lineWidth);
+    style.dashPhase = scaled(state.dashPhase);
+    std::ranges::transform(state.dash, style.dash, scaled);
     return style;
 }
 

@@ -2,6 +2,7 @@
 #include "objects/stack.h"
 #include "reader/syntax.h"
 #include "runtime/exception.h"
+#include "runtime/fixed.h"
 
 namespace corvane {
 
@@ -35,6 +36,11 @@ bool namesOccur(const Object& array, std::string_view name) {
 }
 
 } // namespace
+
+double realNumber(const Object& number) {
+    return typeObject(number) == ObjectType::integer ? integerObject(number)
+                                                     : realFromFixed(fixedObject(number));
+}
 
 OperatorResult duplicateOperator(DocumentCache&) {
     pushShared(indexStack(0));

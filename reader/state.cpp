@@ -51,10 +51,7 @@ void openState() {
     state.style.strokePaint = 0;
     state.style.fill = initial.fill;
     state.style.stroke = initial.stroke;
-    state.style.lineWidth = initial.lineWidth;
     state.style.dashCount = 0;
-    state.style.dashPhase = 0;
-    std::fill(std::begin(state.style.dash), std::end(state.style.dash), 0);
     state.style.cap = initial.cap;
     state.style.join = initial.join;
     state.style.miterLimit = initial.miterLimit;

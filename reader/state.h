@@ -33,11 +33,25 @@ struct TextState {
     Fixed verticalScale = 100 * fixedOne;   ///< per cent
 };
 
+struct ColourSpace;
+
+/// Beside the colour of filling or stroking: what made it.
+struct Paint {
+    std::shared_ptr<const ColourSpace> space; ///< null: the device space that the colour is of
+    bool hidden =
+        false; ///< a pattern, which the artwork cannot hold: paths are not painted with it
+};
+
 struct GraphicsState {
     RealPoint currentPoint; ///< user space
     Matrix ctm;             ///< of the original profile
     RealMatrix exactCtm;    ///< of the extended one
-    PathStyle style;        ///< what `setPathStyle` gets; widths and dashes in user space
+    PathStyle style;        ///< what `setPathStyle` gets, but for its lengths
+    double lineWidth = 1;   ///< this and the next two: user space
+    double dashPhase = 0;
+    std::array<double, std::extent_v<decltype(PathStyle::dash)>> dash{};
+    Paint fill;
+    Paint stroke;
     FillRule clipRule = FillRule::nonzero;
     TextState text;
 };

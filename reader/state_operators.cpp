@@ -40,7 +40,7 @@ OperatorResult concatOperator(DocumentCache&) {
 }
 
 OperatorResult widthOperator(DocumentCache&) {
-    state.style.lineWidth = popExtend();
+    state.lineWidth = popNumber();
     return 0;
 }
 
@@ -64,19 +64,20 @@ OperatorResult miterOperator(DocumentCache&) {
 }
 
 OperatorResult dashOperator(DocumentCache& cache) {
-    const Fixed phase = popExtend();
+    const double phase = popNumber();
     const ObjectOwner array(popStack());
     const std::span<Object> lengths = elementsObject(array.get());
-    if (lengths.size() > std::size(state.style.dash)) {
+    auto dash = state.dash;
+    if (lengths.size() > dash.size()) {
         failException(Exception::type);
     }
-    std::array<Fixed, std::extent_v<decltype(PathStyle::dash)>> dash{};
+    dash.fill(0);
     for (std::size_t i = 0; i < lengths.size(); ++i) {
-        dash[i] = extendObject(resolveObject(cache, lengths[i]).get());
+        dash[i] = realNumber(resolveObject(cache, lengths[i]).get());
     }
     state.style.dashCount = static_cast<std::int16_t>(lengths.size());
-    state.style.dashPhase = phase;
-    std::copy(dash.begin(), dash.end(), state.style.dash);
+    state.dashPhase = phase;
+    state.dash = dash;
     return 0;
 }
 

@@ -55,7 +55,7 @@ constexpr std::array<std::string_view, 20> readWarnings = {
     /* 16 */ "a Type 1 font was substituted; check the text",
     /* 17 */ "a TrueType font was substituted; check the text",
     /* 18 */ "text was left out",
-    /* 19 */ "smooth shadings were left out",
+    /* 19 */ "patterns and smooth shadings were left out",
     /* 20 */ "the file's table of contents is damaged; its objects were found by searching",
 };
 

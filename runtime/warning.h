@@ -28,7 +28,7 @@ enum class Warning : std::int16_t {
     type1Substituted = 16,          ///< another font stands in
     trueTypeSubstituted = 17,       ///< another font stands in
     textLeftOut = 18,               ///< text is not opened by this version
-    shadingLeftOut = 19,            ///< a shading draws nothing
+    shadingLeftOut = 19,            ///< a shading or pattern draws nothing
     repaired = 20,                  ///< the objects were found by searching the file
     unknownArt = 1001,              ///< art of a kind that cannot be written was skipped
     pageSize = 1002,                ///< the page size was put into its limits

@@ -15,6 +15,9 @@ std::string faultLine(const std::string& file, const char* kind, const Fault& fa
 } // namespace
 
 std::string errorLine(const std::string& file, const Fault& fault) {
+    if (fault.code == code::cancelled) {
+        return plainLine(file + ": " + fault.sentence);
+    }
     return faultLine(file, "error", fault);
 }
 

@@ -10,7 +10,8 @@
 
 namespace corvane {
 
-/// "corvane: report.pdf: error 7: the file is encrypted; ...", safe to print.
+/// "corvane: report.pdf: error 7: the file is encrypted; ...", safe to print. What the person
+/// cancelled is no error: "corvane: report.pdf: cancelled".
 std::string errorLine(const std::string& file, const Fault& fault);
 std::string warningLine(const std::string& file, const Fault& fault);
 

@@ -30,10 +30,6 @@ std::string number(double value) {
     return text == "-0" ? "0" : text;
 }
 
-std::string counted(std::int64_t count, const std::string& noun) {
-    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
-}
-
 std::string size(const Box& box) {
     return number(box.right - box.left) + " x " + number(box.top - box.bottom);
 }
@@ -46,8 +42,10 @@ std::string corners(const Box& box) {
 /// What a person sees of a page besides which object it is.
 std::string appearance(const PageFacts& page) {
     std::string text = size(page.cropBox) + " pt";
-    if (page.cropBox != page.mediaBox || page.cropBox.left != 0 || page.cropBox.bottom != 0) {
+    if (page.cropBox != page.mediaBox) {
         text += ", crop " + corners(page.cropBox) + " of " + corners(page.mediaBox);
+    } else if (page.mediaBox.left != 0 || page.mediaBox.bottom != 0) {
+        text += ", box " + corners(page.mediaBox);
     }
     if (page.rotate != 0) {
         text += ", turned " + std::to_string(page.rotate);

@@ -2,6 +2,7 @@
 
 #include "app/cli/fault.h"
 #include "app/cli/interrupt.h"
+#include "app/cli/text.h"
 #include "host/toolbox.h"
 
 #include <algorithm>
@@ -45,8 +46,8 @@ std::string hexadecimal(std::uint32_t value) {
 } // namespace
 
 Session::Session(const Arguments& arguments, Report& report, Document& document)
-    : report_(report), plugin_(pluginPath()), listener_(arguments, report),
-      scope_(document, interrupted) {
+    : wantedPage_(arguments.page), report_(report), plugin_(pluginPath()),
+      listener_(arguments, report), scope_(document, interrupted) {
     requireReadable(arguments.file);
     if (makeFileSpecification(arguments.file, *file_) != noErr) {
         refuseFile("there is no such place");
@@ -92,9 +93,13 @@ void Session::call(Selector selector) {
     }
 }
 
-/// The plug-in learns only that a slot failed; the slots know why.
+/// The plug-in has one sentence for a code; here it is known which page was asked for, and why a
+/// slot failed.
 Fault Session::explained(Fault fault) const {
-    if (fault.code == code::host && !scope_.failure().empty()) {
+    if (report_.file && wantedPage_ > report_.file->facts.pages) {
+        fault.sentence = "there is no page " + std::to_string(wantedPage_) + " in a file of " +
+                         counted(report_.file->facts.pages, "page") + "; name another with --page";
+    } else if (fault.code == code::host && !scope_.failure().empty()) {
         fault.sentence += " (" + scope_.failure() + ")";
     }
     return fault;

@@ -10,6 +10,8 @@
 #include "app/cli/zone_block.h"
 #include "host/parameters.h"
 
+#include <cstdint>
+
 namespace corvane {
 
 /// Every call raises `Failure` where the plug-in could not do it, or the person cancelled.
@@ -32,6 +34,7 @@ private:
     std::uint32_t answer(Selector selector);
     Fault explained(Fault fault) const;
 
+    std::int32_t wantedPage_;
     Report& report_;
     Plugin plugin_;
     Listener listener_;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
 
 namespace corvane {
 
@@ -97,6 +96,10 @@ std::string hexadecimalText(std::string_view bytes) {
         appendHexadecimal(text, byte);
     }
     return text;
+}
+
+std::string counted(std::int64_t count, const std::string& noun) {
+    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
 } // namespace corvane

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -19,5 +20,8 @@ std::string terminalText(std::string_view bytes);
 
 /// Two lower-case hexadecimal digits for each byte.
 std::string hexadecimalText(std::string_view bytes);
+
+/// "1 page", "2 pages".
+std::string counted(std::int64_t count, const std::string& noun);
 
 } // namespace corvane

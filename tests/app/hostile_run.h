@@ -49,11 +49,13 @@ inline int answerOf(const Outcome& outcome) {
 
 /// Opens `page` of a file of these bytes and answers as `answerOf`. A failure must leave nothing
 /// behind, a success a whole SVG, and the PDF must be what it was.
-inline int openHostile(const std::string& bytes, int page = 1) {
+inline int openHostile(const std::string& bytes, int page = 1,
+                       const std::string& profile = "extended") {
     const TemporaryFolder folder;
     const std::string file = folder.add("in.pdf", bytes);
-    const int code = answerOf(run(hostileProcess(
-        folder, {"open", "in.pdf", "--page", std::to_string(page), "-o", "out.svg", "--quiet"})));
+    const int code =
+        answerOf(run(hostileProcess(folder, {"open", "in.pdf", "--page", std::to_string(page),
+                                             "--profile", profile, "-o", "out.svg", "--quiet"})));
     if (code == 0) {
         EXPECT_EQ(folder.names(), (std::vector<std::string>{"in.pdf", "out.svg"}));
         EXPECT_TRUE(fileBytes(folder.path() / "out.svg").ends_with("</svg>\n"));

@@ -63,13 +63,16 @@ PageFacts factsOfPage(std::int32_t page, std::int32_t pages) {
             .userUnit = isLast ? 2.5 : 1.0};
 }
 
-void tellFacts(const HostExtension& extension, std::int32_t pages) {
-    extension.documentFacts(
-        extension.context,
-        {.pages = pages, .objects = 42, .updates = 1, .length = 12345, .version = "1.4"});
+void tellPages(const HostExtension& extension, std::int32_t pages) {
     for (std::int32_t page = 1; page <= pages; ++page) {
         extension.pageFacts(extension.context, factsOfPage(page, pages));
     }
+}
+
+void tellFile(const HostExtension& extension, std::int32_t pages) {
+    extension.documentFacts(
+        extension.context,
+        {.pages = pages, .objects = 42, .updates = 1, .length = 12345, .version = "1.4"});
 }
 
 std::uint32_t showError(std::int32_t code, const std::string& text) {
@@ -78,8 +81,9 @@ std::uint32_t showError(std::int32_t code, const std::string& text) {
 }
 
 std::uint32_t choosePage(const HostExtension& extension, std::int32_t pages) {
+    tellFile(extension, pages);
     if (extension.wantedPage > pages) {
-        return showError(10, "the file has " + std::to_string(pages) + " pages");
+        return showError(15, "a value is out of range");
     }
     std::int32_t page = 1;
     const bool mustAsk = extension.wantedPage == 0 && pages > 1;
@@ -172,7 +176,8 @@ std::uint32_t perform(ParameterBlock& block, const HostExtension& extension) {
         return readPage(block, extension);
     case Selector::info:
     case Selector::diagnose:
-        tellFacts(extension, pages);
+        tellFile(extension, pages);
+        tellPages(extension, pages);
         return 0;
     case Selector::about:
     case Selector::check:

@@ -61,11 +61,13 @@ TEST_F(Program, WritesToStandardOutputAndKeepsFactsApart) {
     EXPECT_EQ(outcome.status, 0);
     EXPECT_TRUE(outcome.output.starts_with("<?xml"));
     EXPECT_TRUE(outcome.output.ends_with("</svg>\n"));
-    EXPECT_EQ(outcome.errors,
-              R"({"command":"open","file":"in.pdf","profile":"extended","page":1,"output":"-",)"
-              R"("omitted":{"text":3},"warnings":[{"code":1,"sentence":"warning number 1"}],)"
-              R"("error":null})"
-              "\n");
+    EXPECT_EQ(
+        outcome.errors,
+        R"({"command":"open","file":"in.pdf","profile":"extended",)"
+        R"("version":"1.4","length":12345,"pageCount":1,"objects":42,"updates":1,"page":1,"output":"-",)"
+        R"("omitted":{"text":3},"warnings":[{"code":1,"sentence":"warning number 1"}],)"
+        R"("error":null})"
+        "\n");
     EXPECT_EQ(folder_.names(), Names{"in.pdf"});
 }
 
@@ -84,11 +86,14 @@ TEST_F(Program, FailuresHaveTheirStatusAndLeaveNothing) {
         {"answer@7=0x464D543F", {"open", "in.pdf"}, 1, "error 20"},
         {"answer@7=0x464D543F", {"check", "in.pdf"}, 1, "error 20"},
         {"answer@4=0x1234", {"open", "in.pdf"}, 1, "error 3: the plug-in gave an answer"},
-        {"stop@4", {"open", "in.pdf"}, 130, "cancelled"},
+        {"stop@4", {"open", "in.pdf"}, 130, "corvane: in.pdf: cancelled\n"},
         {"nameless", {"open", "in.pdf"}, 1, "error 18"},
         {"unregistered", {"check", "in.pdf"}, 1, "error 18"},
         {"unfinished", {"open", "in.pdf"}, 1, "error 3"},
-        {"pages=12", {"open", "in.pdf", "--page", "13"}, 1, "12 pages"},
+        {"pages=12",
+         {"open", "in.pdf", "--page", "13"},
+         1,
+         "error 15: there is no page 13 in a file of 12 pages"},
         {"", {"open", "none.pdf"}, 1, "error 19"},
         {"", {"info", "."}, 1, "error 19: the file cannot be opened (it is a folder)"},
         {"", {"check", "/dev/null"}, 1, "error 19"},
@@ -113,11 +118,13 @@ TEST_F(Program, FailuresHaveTheirStatusAndLeaveNothing) {
 TEST_F(Program, JsonSaysTheSameOfFailures) {
     const auto outcome = run("error@4=7", {"open", "in.pdf", "--json"});
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_EQ(outcome.output,
-              R"({"command":"open","file":"in.pdf","profile":"extended","page":1,"output":null,)"
-              R"("omitted":{},"warnings":[],)"
-              R"("error":{"code":7,"sentence":"the fake failed as told"}})"
-              "\n");
+    EXPECT_EQ(
+        outcome.output,
+        R"({"command":"open","file":"in.pdf","profile":"extended",)"
+        R"("version":"1.4","length":12345,"pageCount":1,"objects":42,"updates":1,"page":1,"output":null,)"
+        R"("omitted":{},"warnings":[],)"
+        R"("error":{"code":7,"sentence":"the fake failed as told"}})"
+        "\n");
     EXPECT_TRUE(holds(outcome.errors, "error 7"));
 }
 
