@@ -48,9 +48,11 @@ DocumentSession::DocumentSession(ParameterBlock& block) : block_(block) {
     allocateState(block);
     const std::int16_t directory = specifiedDirectory(*block.file);
     const std::string name = specifiedName(*block.file);
-    openRegistries();
     open_ = true;
-    const Exception code = guarded([&] { cache_ = openCache(directory, name); });
+    const Exception code = guarded([&] {
+        openRegistries();
+        cache_ = openCache(directory, name);
+    });
     if (code != Exception::none) {
         guarded([this] { close(); });
         raiseException(code);

@@ -7,6 +7,7 @@
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
 #include "runtime/rules.h"
+#include "runtime/warning.h"
 
 namespace corvane {
 
@@ -70,6 +71,7 @@ std::uint32_t enter(ParameterBlock& block) {
         result = resultStopped;
     }
     resetException();
+    resetWarning(); // a check may have left one
     return result;
 }
 

@@ -14,6 +14,10 @@ constexpr std::size_t largestPiece = 1U << 30;
 
 } // namespace
 
+void Filter::giveBack(std::span<const std::byte> bytes) {
+    seekFilter(*this, markFilter(*this) - static_cast<std::int32_t>(bytes.size()));
+}
+
 std::int32_t callFilter(Filter& filter, Operation operation, std::byte* buffer,
                         std::int32_t* argument) {
     if (filter.entry == nullptr) {

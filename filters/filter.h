@@ -48,6 +48,10 @@ struct Filter {
     Filter(const Filter&) = delete;
     Filter& operator=(const Filter&) = delete;
 
+    /// Takes back the last bytes that it delivered, to deliver them again: how a filter that reads
+    /// ahead leaves this one just after what it needed. The usual way is to seek.
+    virtual void giveBack(std::span<const std::byte> bytes);
+
     Entry entry;
     Filter* next = nullptr;
 };

@@ -218,6 +218,19 @@ std::int32_t TokenFilter::read(std::byte* to, std::int32_t count) {
     return static_cast<std::int32_t>(held + readFilter(*next, {to + held, wanted - held}));
 }
 
+void TokenFilter::giveBack(std::span<const std::byte> bytes) {
+    // Not by seeking: the chain below may decode, and so be unable to go back.
+    if (position_ < bytes.size()) {
+        const std::size_t missing = bytes.size() - position_;
+        buffer_.insert(buffer_.begin(), missing, sentinel);
+        fill_ += missing;
+        position_ = bytes.size();
+    }
+    position_ -= bytes.size();
+    start_ = position_;
+    std::memcpy(buffer_.data() + position_, bytes.data(), bytes.size());
+}
+
 std::string_view TokenFilter::ahead(std::size_t count) {
     start_ = position_;
     while (fill_ - position_ < count && more()) {

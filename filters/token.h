@@ -57,6 +57,7 @@ public:
     std::int32_t mark();
     std::int32_t seek(std::int32_t position);
     std::int32_t read(std::byte* to, std::int32_t count);
+    void giveBack(std::span<const std::byte> bytes) override;
     /// At least `count` bytes behind the last token, fewer at the end of the data, not yet gone
     /// past.
     std::string_view ahead(std::size_t count);

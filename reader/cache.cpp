@@ -78,9 +78,6 @@ void readReferences(DocumentCache& cache) {
     }
     resetException();
     repairCache(cache);
-    if (typeObject(lookupObject(cache, cache.trailer.get(), "Encrypt").get()) != ObjectType::null) {
-        failException(Exception::crossReference);
-    }
     walkPages(cache);
 }
 

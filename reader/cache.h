@@ -45,6 +45,7 @@ struct DocumentCache {
     ReferenceTableOwner references;
     std::int32_t readDepth = 0;     ///< objects being read for one another
     std::int64_t searchedBytes = 0; ///< looked through for ends of streams
+    std::vector<bool> freed;        ///< by number: objects that a newer section freed
     std::int32_t sections = 0;      ///< of the cross-reference
     bool repaired = false;          ///< objects were found by searching, not by the cross-reference
     std::int32_t sectionOffset = 0; ///< of the newest section

@@ -5,6 +5,7 @@
 #include "reader/path.h"
 #include "reader/state.h"
 #include "reader/stream_chain.h"
+#include "runtime/budget.h"
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
 #include "runtime/warning.h"
@@ -111,6 +112,9 @@ private:
 } // namespace
 
 void ContentProgress::check(Filter& tokens) {
+    if (tokenCount_ > budget::contentTokens) {
+        failException(Exception::limit);
+    }
     if (callHost(slot::checkUserAbort)) {
         failException(Exception::cancelled);
     }

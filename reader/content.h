@@ -24,13 +24,13 @@ public:
 
 private:
     /// Well under a tenth of a second of work.
-    static constexpr std::uint32_t tokensPerCheck = 16384;
+    static constexpr std::int64_t tokensPerCheck = 16384;
 
     void check(Filter& tokens);
 
     std::int64_t total_;
     std::int64_t done_ = 0;
-    std::uint32_t tokenCount_ = 0;
+    std::int64_t tokenCount_ = 0;
 };
 
 /// Interprets one content stream. Tokens end with the stream; operands (whose open constructs

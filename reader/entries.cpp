@@ -28,10 +28,15 @@ void noteEntry(DocumentCache& cache, std::int32_t number, const Entry& entry) {
         failException(Exception::structure);
     }
     usedIdentity(number);
-    if (entry.used) {
-        nodeReference(*cache.references, number, entry.generation, entry.offset);
-    } else {
+    const auto index = static_cast<std::size_t>(number);
+    if (!entry.used) {
         freeReference(*cache.references, number, entry.generation, entry.offset);
+        if (rules().missingObjectIsNull) {
+            cache.freed.resize(std::max(cache.freed.size(), index + 1));
+            cache.freed[index] = true;
+        }
+    } else if (index >= cache.freed.size() || !cache.freed[index]) {
+        nodeReference(*cache.references, number, entry.generation, entry.offset);
     }
 }
 

@@ -7,7 +7,7 @@ namespace corvane {
 FileScope::FileScope(DocumentCache& cache, std::int32_t offset)
     : cache_(cache), formerInput_(cache.input), formerPosition_(markFilter(*cache.fileChain.top())),
       chain_(cache.fileChain.top()) {
-    if (offset < 0 || offset > cache.fileLength - cache.headerOffset) {
+    if (offset < 0 || offset >= cache.fileLength - cache.headerOffset) {
         failException(Exception::structure);
     }
     seekFilter(*cache.fileChain.top(), offset + cache.headerOffset);

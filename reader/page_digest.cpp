@@ -58,6 +58,7 @@ void feedObject(Digest& digest, const Object& root) {
 
 void feedFile(Digest& digest, Filter& file, std::int32_t start, std::int32_t end) {
     std::array<std::byte, 16384> buffer;
+    feedNumber(digest, std::int64_t{end} - start);
     seekFilter(file, start);
     while (start < end) {
         const auto wanted =

@@ -56,7 +56,17 @@ private:
             }
             failException(Exception::range);
         }
-        ObjectOwner kids = lookupObject(cache_, node.get(), "Kids");
+        const Object kidsEntry = findEntry(node.get(), "Kids");
+        if (typeObject(kidsEntry) == ObjectType::reference) {
+            // Nodes that share their Kids could multiply without end.
+            std::int32_t number = 0;
+            std::int32_t generation = 0;
+            referenceObject(kidsEntry, number, generation);
+            if (!enteredKids_.insert(number).second) {
+                failException(Exception::structure);
+            }
+        }
+        ObjectOwner kids = resolveObject(cache_, kidsEntry);
         switch (typeObject(kids.get())) {
         case ObjectType::array:
             if (levels_.size() == budget::pageTreeDepth) {
@@ -93,6 +103,7 @@ private:
     DocumentCache& cache_;
     std::vector<Level> levels_;
     std::unordered_set<std::int32_t> entered_;
+    std::unordered_set<std::int32_t> enteredKids_; ///< arrays by their own number
 };
 
 } // namespace

@@ -211,10 +211,15 @@ void repairCache(DocumentCache& cache) {
     Search search(cache);
     search.run();
     bool found = false;
-    for (auto at = search.trailers().rbegin(); !found && at != search.trailers().rend(); ++at) {
+    for (auto at = search.trailers().rbegin(); at != search.trailers().rend(); ++at) {
         ObjectOwner dictionary;
-        attempt([&] { dictionary = dictionaryAt(cache, *at); });
-        found = takeTrailer(cache, std::move(dictionary));
+        if (!attempt([&] { dictionary = dictionaryAt(cache, *at); }) ||
+            typeObject(dictionary.get()) != ObjectType::dictionary) {
+            continue;
+        }
+        // Whichever trailer leads to the catalog: one that is encrypted speaks for the file.
+        refuseEncrypted(dictionary.get());
+        found = found || takeTrailer(cache, std::move(dictionary));
     }
     if (!found && !searchCatalog(cache)) {
         failException(Exception::structure);

@@ -42,6 +42,9 @@ private:
 
 /// The value of one node; shared with it.
 ObjectOwner nodeValue(DocumentCache& cache, std::int32_t number, std::int32_t generation) {
+    if (number < 0 || number > budget::objectNumber) {
+        failException(Exception::structure);
+    }
     const Ref<ReferenceNode> node = findReference(*cache.references, number, generation);
     if (!node) {
         if (rules().missingObjectIsNull) {

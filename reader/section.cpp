@@ -38,15 +38,20 @@ void readSection(DocumentCache& cache, TokenFilter& tokens) {
 
 } // namespace
 
+void refuseEncrypted(const Object& trailer) {
+    // What a reference leads to may not be known yet, or be missing: it counts as it stands.
+    if (typeObject(findEntry(trailer, "Encrypt")) != ObjectType::null) {
+        failException(Exception::crossReference);
+    }
+}
+
 std::int32_t xrefCache(DocumentCache& cache, std::int32_t offset) {
     FileScope scope(cache, offset);
     const StackGuard guard;
     readSection(cache, scope.tokens());
     ++cache.sections;
     ObjectOwner trailer(popStack());
-    if (typeObject(lookupObject(cache, trailer.get(), "Encrypt").get()) != ObjectType::null) {
-        failException(Exception::crossReference);
-    }
+    refuseEncrypted(trailer.get());
     const ObjectOwner previous = lookupObject(cache, trailer.get(), "Prev");
     std::int32_t previousOffset = 0;
     if (typeObject(previous.get()) != ObjectType::null) {

@@ -8,7 +8,8 @@ namespace corvane {
 namespace {
 
 constexpr std::array<std::string_view, 20> exceptions = {
-    /* 1 */ "an internal limit was reached; report this file to the makers of this program",
+    /* 1 */ "the page asks for more work than this program allows; simplify it with another "
+            "program",
     /* 2 */ "cancelled",
     /* 3 */ "the drawing program refused an operation; the page may be too large for it",
     /* 4 */

@@ -14,6 +14,9 @@ inline constexpr std::int32_t artNesting = 4096;
 /// Filters named by one stream; real files use at most three.
 inline constexpr std::int32_t streamFilters = 16;
 
+/// Bytes that a decoding filter may deliver; positions have 31 bits.
+inline constexpr std::int64_t streamBytes = INT32_MAX;
+
 /// References met while an object is read for another reference (a Length, a Kids element).
 inline constexpr std::int32_t referenceDepth = 16;
 
@@ -22,5 +25,10 @@ inline constexpr std::int32_t objectNumber = 8'388'607;
 
 /// Nodes from the root of the page tree to a page; balanced trees of any size stay below 20.
 inline constexpr std::int32_t pageTreeDepth = 256;
+
+/// Tokens of one page's content: a page of ten million segments holds 50 million. A small file can
+/// name its streams again and again, or unpack to a thousand times its size; this is a few seconds'
+/// work.
+inline constexpr std::int64_t contentTokens = 100'000'000;
 
 } // namespace corvane::budget

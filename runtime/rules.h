@@ -76,6 +76,10 @@ struct Rules {
     /// The page is moved so that the turned media box's lower left is 0,0.
     bool pageAtOrigin;
 
+    /// What the digits that a last base-85 group lacks count as. Encoders of today leave room for
+    /// the highest; 0 may come out one lower in the last byte.
+    std::uint32_t missingDigit85;
+
     /// A file that is written has a resource fork from the start. People of today wonder at
     /// "._name" files, so extended makes one only when something is put in it.
     bool resourceForks;
@@ -103,6 +107,7 @@ inline constexpr Rules originalRules{
     .clipsUnpainted = false,
     .continuesClosedPaths = false,
     .pageAtOrigin = false,
+    .missingDigit85 = 0,
     .resourceForks = true,
 };
 
@@ -128,6 +133,7 @@ inline constexpr Rules extendedRules{
     .clipsUnpainted = true,
     .continuesClosedPaths = true,
     .pageAtOrigin = true,
+    .missingDigit85 = 84,
     .resourceForks = false,
 };
 

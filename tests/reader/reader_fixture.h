@@ -17,6 +17,7 @@
 #include <algorithm>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -54,6 +55,9 @@ protected:
         openXRef();
         registries_ = true;
         cache_ = openCache(volume, "in.pdf");
+        if (!cache_) {
+            throw std::runtime_error("the file was not opened");
+        }
         return *cache_;
     }
     DocumentCache& open(const PdfBuilder& file) { return open(file.bytes()); }

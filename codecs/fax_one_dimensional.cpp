@@ -1,0 +1,36 @@
+#include "codecs/fax_one_dimensional.h"
+
+namespace corvane {
+
+FaxRowEnd Decompress1D(FaxBitReader& reader, FaxRow& row) {
+    FaxBitReader bits = reader;
+    std::int32_t* const changes = row.changes();
+    std::int32_t count = row.count;
+    std::int32_t position = row.position;
+    const std::int32_t columns = row.columns;
+    FaxRowEnd end = FaxRowEnd::complete;
+    while (position < columns) {
+        const std::int32_t run = readRun(bits, count % 2 != 0, columns - position);
+        if (run < 0) {
+            end = run == -1 ? FaxRowEnd::noCode : FaxRowEnd::damaged;
+            break;
+        }
+        position += run;
+        count = FaxRow::changed(changes, count, position);
+    }
+    reader = bits;
+    row.count = count;
+    row.position = position;
+    return end;
+}
+
+void Code1DCompressed(const FaxRow& row, FaxRowBits& bits) {
+    const std::int32_t* const changes = row.changes();
+    std::int32_t from = 0;
+    for (std::int32_t i = 0; from < row.columns; ++i) {
+        writeRun(bits, i % 2 != 0, changes[i] - from);
+        from = changes[i];
+    }
+}
+
+} // namespace corvane

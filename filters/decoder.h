@@ -1,0 +1,61 @@
+// What decoders have in common: reading ahead, ending, and standing right when they are done.
+//
+// A decoder's bytes are not those below it, so it can be read, and begun again from wherever a seek
+// leads, but not moved back. Its end is the marker of its data, damage, or the end of the filter
+// below, and is quiet: reads deliver what there is, then nothing until the next seek. At its end,
+// and when it is unlinked, the filter below stands just after the last byte that its data needed. A
+// seek or mark is that of the filter below.
+#pragma once
+
+#include "filters/filter.h"
+#include "filters/intake.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace corvane {
+
+class Decoder : public Filter {
+public:
+    /// Keeps the bytes: a decoder cannot seek to them.
+    void giveBack(std::span<const std::byte> bytes) override;
+
+protected:
+    explicit Decoder(Entry procedure) : Filter(procedure) {}
+
+    /// Fills `out` (never empty); fewer bytes are the end of the data. Not called after the end.
+    virtual std::size_t decode(std::span<std::byte> out) = 0;
+    /// Begins anew: just linked, or the filter below has been moved.
+    virtual void restart() {}
+    /// Unlinked before the end: goes past what belongs to the data all the same.
+    virtual void skipRest() {}
+
+    Intake& intake() { return intake_; }
+    /// The end of the data was met; all that is decoded can still be delivered by this `decode`.
+    void end();
+
+    /// Buffer and count of a read or write.
+    static std::span<std::byte> transferred(std::byte* buffer, std::int32_t count) {
+        return {buffer, static_cast<std::size_t>(count > 0 ? count : 0)};
+    }
+
+    /// What every decoder answers; its own entry comes first. Writing raises `io`.
+    static std::int32_t entryDecoder(Filter& filter, Operation operation, std::byte* buffer,
+                                     std::int32_t* argument);
+
+private:
+    std::size_t read(std::span<std::byte> out);
+    void begin();
+    std::int32_t mark();
+    void unlink();
+
+    Intake intake_;
+    bool ended_ = false;
+    std::int64_t delivered_ = 0;      ///< since the last seek
+    std::vector<std::byte> returned_; ///< given back by the filter above, the last one first
+    ZoneCharge returnedCharge_;
+};
+
+} // namespace corvane

@@ -1,0 +1,42 @@
+// A host for fuzz targets: hands bytes to the plug-in as a file, with the real artwork behind the
+// callback table.
+#pragma once
+
+#include "app/artwork/callbacks.h"
+#include "app/artwork/document.h"
+#include "app/cli/zone_block.h"
+#include "fuzz/targets.h"
+#include "host/extension.h"
+#include "host/parameters.h"
+#include "toolbox/state.h"
+
+#include <cstdint>
+
+namespace corvane::fuzz {
+
+/// One document and one file, in a toolbox of their own.
+class PluginHost {
+public:
+    /// Writes `file` to a place in memory. `page` from 1.
+    PluginHost(Bytes file, Profile profile, std::int32_t page);
+    ~PluginHost();
+    PluginHost(const PluginHost&) = delete;
+    PluginHost& operator=(const PluginHost&) = delete;
+
+    /// What `main_entry` answers. Requires it to be one of its answers, and all that the call took
+    /// to be given back.
+    std::uint32_t call(Selector selector);
+
+    const Document& document() const { return document_; }
+
+private:
+    ToolboxScope toolbox_;
+    HostExtension extension_;
+    Document document_;
+    CallbackScope callbacks_;
+    CallbackTable table_;
+    ZoneBlock<FileSpecification> file_;
+    ZoneBlock<ParameterBlock> block_;
+};
+
+} // namespace corvane::fuzz

@@ -1,0 +1,43 @@
+// Every seed of the fuzz targets, through the same functions that libFuzzer calls.
+#include "fuzz/targets.h"
+#include "tests/support/process.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <span>
+#include <string>
+
+namespace corvane::fuzz {
+namespace {
+
+struct Target {
+    std::string name; ///< of its folder of seeds
+    void (*function)(Bytes);
+};
+
+class Replay : public ::testing::TestWithParam<Target> {};
+
+/// A target ends the process where a promise is broken.
+TEST_P(Replay, AllSeeds) {
+    const auto& [name, function] = GetParam();
+    int seeds = 0;
+    for (const auto& entry :
+         std::filesystem::directory_iterator(test::sourceFolder() / "fuzz" / "seeds" / name)) {
+        SCOPED_TRACE(entry.path().filename());
+        const std::string bytes = test::fileBytes(entry.path());
+        EXPECT_NO_THROW(function(std::as_bytes(std::span(bytes))));
+        ++seeds;
+    }
+    EXPECT_GE(seeds, 5);
+}
+
+INSTANTIATE_TEST_SUITE_P(Targets, Replay,
+                         ::testing::Values(Target{"token", fuzzToken},
+                                           Target{"document", fuzzDocument},
+                                           Target{"content", fuzzContent},
+                                           Target{"resource_fork", fuzzResourceFork}),
+                         [](const auto& target) { return target.param.name; });
+
+} // namespace
+} // namespace corvane::fuzz
