@@ -12,10 +12,13 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <exception>
+#include <memory>
 #include <span>
 #include <string>
 

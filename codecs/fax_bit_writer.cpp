@@ -12,16 +12,16 @@ void FaxBitWriter::put(std::uint64_t bits, unsigned length) {
 }
 
 void FaxBitWriter::put32(std::uint32_t group) {
-    pending_ = pending_ << 32 | group;
-    const auto ready = static_cast<std::uint32_t>(pending_ >> pendingBits_);
-    for (unsigned i = 0; i < 4; ++i) {
-        const std::uint32_t byte = ready >> (24 - 8 * i) & 0xFF;
-        if (stream_->count >= 4) {
-            stream_->current[i] = static_cast<std::byte>(byte);
-        } else {
-            cc_fputc(static_cast<std::int32_t>(byte), *stream_);
-        }
+    if (stream_->count < faxWordBytes) {
+        put(group >> 16, 16);
+        put(group & 0xFFFF, 16);
+        return;
     }
+    pending_ = pending_ << 32 | group;
+    // The bytes behind the four are written again by what comes next.
+    storeWord(stream_->current, pending_ >> pendingBits_ << 32);
+    stream_->current += 4;
+    stream_->count -= 4;
 }
 
 void FaxBitWriter::put(const FaxRowBits& row) {

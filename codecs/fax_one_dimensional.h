@@ -8,14 +8,6 @@
 
 namespace corvane {
 
-/// How the decoding of a row, or of a part of one, ended.
-enum class FaxRowEnd {
-    complete, ///< all columns are decoded
-    noCode,   ///< what stands at the reader is no code of this coding
-    damaged,  ///< codes that no row has
-    left,     ///< the uncompressed mode was left
-};
-
 /// The length of a run, or -1: no code, and -2: longer than `longest`.
 template <unsigned lookupBits, std::size_t size>
 inline std::int32_t readRun(FaxBitReader& reader, const std::array<FaxRunEntry, size>& table,

@@ -38,7 +38,7 @@ void FaxAppendRuns(const FaxRow& row, bool blackIs1, std::span<std::uint64_t> ma
         marks[place / 64] ^= firstPixel >> place % 64;
     }
     if (row.black()) {
-        // The padding is white: the last change is at the right edge, unless that ends a word.
+        // The bits behind the last column are white.
         const auto edge = static_cast<std::uint32_t>(row.columns);
         if (edge % 64 != 0) {
             marks[edge / 64] ^= firstPixel >> edge % 64;

@@ -52,6 +52,14 @@ struct FaxRow {
     std::vector<std::int32_t> places;
 };
 
+/// How the decoding of a row, or of a part of one, ended.
+enum class FaxRowEnd {
+    complete, ///< all columns are decoded
+    noCode,   ///< what stands at the reader is no code of this coding
+    damaged,  ///< codes that no row has
+    left,     ///< the uncompressed mode was left
+};
+
 /// Bytes of a row of pixels.
 constexpr std::size_t faxRowBytes(std::int32_t columns) {
     return (static_cast<std::size_t>(columns) + 7) / 8;

@@ -30,21 +30,6 @@ void openFileChain(DocumentCache& cache) {
     cache.input = cache.fileChain.top();
 }
 
-/// Whether a code says that the file is damaged, so that a search may help.
-bool isDamage(Exception code) {
-    switch (code) {
-    case Exception::underflow:
-    case Exception::overflow:
-    case Exception::structure:
-    case Exception::type:
-    case Exception::range:
-    case Exception::mark:
-        return true;
-    default:
-        return false;
-    }
-}
-
 /// Reads the sections from the newest to the oldest.
 void readSections(DocumentCache& cache) {
     std::set<std::int32_t> seen;
@@ -73,7 +58,7 @@ void readReferences(DocumentCache& cache) {
     if (code == Exception::none) {
         return;
     }
-    if (!rules().repairsReferences || !isDamage(code)) {
+    if (!rules().repairsReferences || !isFileFault(code)) {
         againException();
     }
     resetException();

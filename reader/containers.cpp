@@ -1,5 +1,6 @@
 #include "reader/containers.h"
 
+#include "reader/art.h"
 #include "runtime/budget.h"
 #include "runtime/callbacks.h"
 #include "runtime/rules.h"
@@ -7,37 +8,6 @@
 #include <utility>
 
 namespace corvane {
-
-namespace {
-
-Art firstChild(Art art) {
-    Art child = Art::null;
-    callHost(slot::getFirstChild, art, &child);
-    return child;
-}
-
-Art nextSibling(Art art) {
-    Art next = Art::null;
-    callHost(slot::getNextSibling, art, &next);
-    return next;
-}
-
-Art newArt(ArtKind kind, Placement placement, Art reference) {
-    Art made = Art::null;
-    callHost(slot::newArt, kind, placement, reference, &made);
-    if (made == Art::null) {
-        failException(Exception::host);
-    }
-    return made;
-}
-
-bool isGroup(Art art) {
-    ArtKind kind = ArtKind::unknown;
-    callHost(slot::getArtType, art, &kind);
-    return kind == ArtKind::group;
-}
-
-} // namespace
 
 Art makeArt(ArtKind kind, Art container) {
     std::uint8_t clipped = 0;
@@ -111,7 +81,7 @@ Art Containers::closeGroup(Art group) {
         callHost(slot::disposeArt, group);
         return Art::null;
     }
-    if (nextSibling(child) != Art::null || !isGroup(child)) {
+    if (nextSibling(child) != Art::null || artKind(child) != ArtKind::group) {
         return group;
     }
     callHost(slot::reorderArt, child, Placement::inFront, group);

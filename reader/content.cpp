@@ -16,23 +16,6 @@ namespace corvane {
 
 namespace {
 
-/// Whether a code says that one operator could not be done, and the page can go on.
-bool isOperatorFault(Exception code) {
-    switch (code) {
-    case Exception::codec:
-    case Exception::underflow:
-    case Exception::overflow:
-    case Exception::structure:
-    case Exception::type:
-    case Exception::range:
-    case Exception::mark:
-    case Exception::context:
-        return true;
-    default:
-        return false;
-    }
-}
-
 /// The chain over one content stream, which is the cache's input while it is read.
 class ContentChain {
 public:
@@ -135,7 +118,7 @@ void runContent(DocumentCache& cache, const Object& stream, TokenPusher& pusher,
         if (code == Exception::none) {
             return;
         }
-        if (!isOperatorFault(code)) {
+        if (!isFileFault(code)) {
             againException();
         }
         resetException();

@@ -1,6 +1,7 @@
 // Segments and subpaths.
 #include "reader/path.h"
 
+#include "reader/art.h"
 #include "reader/path_art.h"
 #include "reader/state.h"
 #include "runtime/callbacks.h"
@@ -106,10 +107,7 @@ void beginPath() {
 void movetoPath(RealPoint point) {
     needPath();
     leaveSubpath();
-    callHost(slot::newArt, ArtKind::path, Placement::inside, pathArt.compound, &pathArt.object);
-    if (pathArt.object == Art::null) {
-        failException(Exception::host);
-    }
+    pathArt.object = newArt(ArtKind::path, Placement::inside, pathArt.compound);
     subpath.segments.clear();
     subpath.start = point;
     const Point anchor = transformState(point);

@@ -1,5 +1,6 @@
 #include "reader/path_art.h"
 
+#include "reader/art.h"
 #include "reader/state.h"
 #include "runtime/callbacks.h"
 #include "runtime/fixed.h"
@@ -11,18 +12,6 @@
 namespace corvane {
 
 namespace {
-
-Art childOf(Art art) {
-    Art child = Art::null;
-    callHost(slot::getFirstChild, art, &child);
-    return child;
-}
-
-Art siblingOf(Art art) {
-    Art next = Art::null;
-    callHost(slot::getNextSibling, art, &next);
-    return next;
-}
 
 /// The style that the host gets: lengths scaled to the page.
 PathStyle hostStyle(bool clip) {
@@ -45,15 +34,13 @@ PathStyle hostStyle(bool clip) {
 }
 
 void applyStyle(Art art, const PathStyle& style) {
-    ArtKind kind = ArtKind::unknown;
-    callHost(slot::getArtType, art, &kind);
-    switch (kind) {
+    switch (artKind(art)) {
     case ArtKind::path:
         callHost(slot::setPathStyle, art, &style);
         return;
     case ArtKind::group:
     case ArtKind::compound:
-        for (Art child = childOf(art); child != Art::null; child = siblingOf(child)) {
+        for (Art child = firstChild(art); child != Art::null; child = nextSibling(child)) {
             applyStyle(child, style);
         }
         return;
@@ -65,12 +52,12 @@ void applyStyle(Art art, const PathStyle& style) {
 /// Moves an only child out of its compound path; what the path is then. Null where there was no
 /// child.
 Art unwrapCompound(Art compound) {
-    const Art child = childOf(compound);
+    const Art child = firstChild(compound);
     if (child == Art::null) {
         callHost(slot::disposeArt, compound);
         return Art::null;
     }
-    if (siblingOf(child) != Art::null) {
+    if (nextSibling(child) != Art::null) {
         return compound;
     }
     callHost(slot::reorderArt, child, Placement::inFront, compound);
@@ -86,11 +73,7 @@ void clipWith(Art path) {
             failException(Exception::host);
         }
     }
-    Art group = Art::null;
-    callHost(slot::newArt, ArtKind::group, Placement::behind, path, &group);
-    if (group == Art::null) {
-        failException(Exception::host);
-    }
+    const Art group = newArt(ArtKind::group, Placement::behind, path);
     containers.enter(group);
     callHost(slot::reorderArt, path, Placement::inside, group);
     callHost(slot::setGroupClipped, group, std::uint8_t{1});

@@ -78,4 +78,20 @@ void storeException(Exception code) {
 
 } // namespace detail
 
+bool isFileFault(Exception code) {
+    switch (code) {
+    case Exception::codec:
+    case Exception::underflow:
+    case Exception::overflow:
+    case Exception::structure:
+    case Exception::type:
+    case Exception::range:
+    case Exception::mark:
+    case Exception::context:
+        return true;
+    default:
+        return false;
+    }
+}
+
 } // namespace corvane

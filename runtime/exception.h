@@ -36,6 +36,10 @@ enum class Exception : std::int32_t {
     notPdf = 20,        ///< saving into a file that is not PDF
 };
 
+/// Whether a code says that what was being read is damaged or asks for what is not there, so that
+/// the rest may still be read; not that the machine, the host or the person stopped the work.
+bool isFileFault(Exception code);
+
 /// What a raise outside every guarded block returns.
 inline constexpr std::int32_t unguardedRaise = 10;
 

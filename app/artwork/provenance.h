@@ -7,8 +7,12 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace corvane {
+
+/// The kind's name in files and reports: "text", "image", "form", "shading" or "other".
+std::string_view omissionName(Omission kind);
 
 struct Provenance {
     std::string sourceFile; ///< name of the PDF without folders, UTF-8

@@ -35,22 +35,6 @@ void addPage(JsonWriter& json, const PageFacts& page) {
     json.name("userUnit").real(page.userUnit).closeObject();
 }
 
-std::string_view omissionName(Omission kind) {
-    switch (kind) {
-    case Omission::text:
-        return "text";
-    case Omission::image:
-        return "image";
-    case Omission::form:
-        return "form";
-    case Omission::shading:
-        return "shading";
-    case Omission::other:
-        break;
-    }
-    return "other";
-}
-
 void addOpened(JsonWriter& json, const Report& report) {
     json.name("page").integer(report.source.page);
     if (report.output.empty()) {

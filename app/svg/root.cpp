@@ -33,21 +33,6 @@ std::string hexText(std::uint64_t value) {
     return text;
 }
 
-std::string_view omissionName(Omission kind) {
-    switch (kind) {
-    case Omission::text:
-        return "text";
-    case Omission::image:
-        return "image";
-    case Omission::form:
-        return "form";
-    case Omission::shading:
-        return "shading";
-    default:
-        return "other";
-    }
-}
-
 std::string boxText(const Box& box) {
     return numberText(toFixed(box.left)) + ' ' + numberText(toFixed(box.bottom)) + ' ' +
            numberText(toFixed(box.right)) + ' ' + numberText(toFixed(box.top));

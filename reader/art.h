@@ -1,0 +1,17 @@
+// Common calls on the host's art.
+#pragma once
+
+#include "host/artwork.h"
+
+namespace corvane {
+
+// All raise `host` where the host fails.
+
+/// Null where there is none.
+Art firstChild(Art art);
+Art nextSibling(Art art);
+ArtKind artKind(Art art);
+/// Never null.
+Art newArt(ArtKind kind, Placement placement, Art reference);
+
+} // namespace corvane
