@@ -32,7 +32,7 @@ void countBytes(benchmark::State& state, const std::string& bytes) {
 /// The floor: blocks of the size that the token filter asks for, copied and left alone.
 void copyOnly(benchmark::State& state, const std::string& bytes) {
     std::array<char, 16384> block{};
-    for (auto unused : state) {
+    while (state.KeepRunning()) {
         for (std::size_t at = 0; at < bytes.size(); at += block.size()) {
             std::memcpy(block.data(), bytes.data() + at, std::min(block.size(), bytes.size() - at));
             benchmark::DoNotOptimize(block);
@@ -45,7 +45,7 @@ void readTokens(benchmark::State& state, const std::string& bytes) {
     const ToolboxScope toolbox;
     selectRules(Profile::extended);
     std::int64_t tokens = 0;
-    for (auto unused : state) {
+    while (state.KeepRunning()) {
         Chain chain;
         chain.link(std::make_unique<test::MemoryFilter>(std::as_bytes(std::span(bytes))));
         auto owner = setupToken();

@@ -25,8 +25,8 @@ struct CCParameters {
     bool endOfLine = false;
     bool blackIs1 = false;
     std::int32_t damagedRowsBeforeError = 0;
-    bool uncompressedMode = false;     ///< permits it
-    bool rowEndsUncompressed = false;  ///< decoder: a row may end inside that mode
+    bool uncompressedMode = false;    ///< permits it
+    bool rowEndsUncompressed = false; ///< decoder: a row may end inside that mode
 };
 
 struct FaxState;

@@ -35,6 +35,11 @@ inline std::int32_t readRun(FaxBitReader& reader, bool black, std::int32_t longe
                  : readRun<whiteLookupBits>(reader, whiteLookup, longest);
 }
 
+/// The lookup of a run of one colour and the next of the other.
+inline const FaxPairLookup& pairLookup(bool black) {
+    return black ? blackWhiteLookup : whiteBlackLookup;
+}
+
 inline void writeRun(FaxRowBits& bits, bool black, std::int32_t run) {
     const FaxRunCodes& codes = black ? blackCodes : whiteCodes;
     while (run >= longestMakeUp + 64) {

@@ -2,6 +2,7 @@
 
 #include "codecs/fax_words.h"
 
+#include <algorithm>
 #include <bit>
 
 namespace corvane {
@@ -12,10 +13,12 @@ constexpr std::uint64_t firstPixel = std::uint64_t{1} << 63;
 
 /// Every bit becomes the parity of itself and all bits before it.
 std::uint64_t prefixParity(std::uint64_t word) {
-    for (unsigned distance = 1; distance < 64; distance *= 2) {
-        word ^= word >> distance;
-    }
-    return word;
+    word ^= word >> 1;
+    word ^= word >> 2;
+    word ^= word >> 4;
+    word ^= word >> 8;
+    word ^= word >> 16;
+    return word ^ word >> 32;
 }
 
 } // namespace
@@ -25,18 +28,26 @@ void FaxRow::close() {
     while (count > 0 && all[count - 1] >= columns) {
         --count;
     }
-    for (std::int32_t i = 0; i < 4; ++i) {
-        all[count + i] = columns;
-    }
+    std::fill_n(all + count, 3, columns);
+    std::fill_n(all + count + 3, 2, INT32_MAX);
 }
 
 void FaxAppendRuns(const FaxRow& row, bool blackIs1, std::span<std::uint64_t> marks,
                    std::span<std::byte> pixels) {
     const std::int32_t* const changes = row.changes();
+    // The marks of a word are gathered before they are stored: a row's changes often share one.
+    std::uint32_t at = 0;
+    std::uint64_t gathered = 0;
     for (std::int32_t i = 0; i < row.count; ++i) {
         const auto place = static_cast<std::uint32_t>(changes[i]);
-        marks[place / 64] ^= firstPixel >> place % 64;
+        if (place / 64 != at) {
+            marks[at] = gathered;
+            gathered = 0;
+            at = place / 64;
+        }
+        gathered |= firstPixel >> place % 64;
     }
+    marks[at] = gathered;
     if (row.black()) {
         // The bits behind the last column are white.
         const auto edge = static_cast<std::uint32_t>(row.columns);

@@ -18,7 +18,9 @@ struct FaxRow {
         close();
     }
 
-    /// The change of a number, -1 (before all others) to `count` and, once closed, three more.
+    /// The change of a number, -1 (before all others) to `count`. In a closed row the right edge
+    /// stands three times behind them, for b1 of either colour and b2, and then what no search
+    /// passes.
     const std::int32_t* changes() const { return places.data() + 1; }
     std::int32_t* changes() { return places.data() + 1; }
     /// The colour at `position`.

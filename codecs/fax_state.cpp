@@ -27,10 +27,10 @@ std::size_t CCFaxUncExtraBytes(const CCParameters& parameters) {
 
 FaxState::FaxState(const CCParameters& given, FaxByteStream& stream)
     : parameters(given), byteStream(stream),
-      charge(static_cast<std::int64_t>(
-          CCFaxExtraBytes(given) + (given.uncompressedMode ? CCFaxUncExtraBytes(given) : 0))),
-      above(given.columns), row(given.columns),
-      pixels(faxRowWords(given.columns) * faxWordBytes), reader(stream), writer(stream) {
+      charge(static_cast<std::int64_t>(CCFaxExtraBytes(given) +
+                                       (given.uncompressedMode ? CCFaxUncExtraBytes(given) : 0))),
+      above(given.columns), row(given.columns), pixels(faxRowWords(given.columns) * faxWordBytes),
+      reader(stream), writer(stream) {
     if (stream.reading) {
         marks.resize(faxRowWords(given.columns));
         return;
@@ -52,8 +52,7 @@ void FaxState::finishRow() {
 
 std::size_t FaxState::bytes() const {
     return (above.places.size() + row.places.size()) * sizeof(std::int32_t) + pixels.size() +
-           marks.size() * sizeof(std::uint64_t) +
-           rowBitsBytes(oneDimensional, parameters.columns) +
+           marks.size() * sizeof(std::uint64_t) + rowBitsBytes(oneDimensional, parameters.columns) +
            rowBitsBytes(twoDimensional, parameters.columns) +
            rowBitsBytes(withoutCompression, parameters.columns);
 }

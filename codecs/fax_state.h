@@ -33,7 +33,9 @@ struct FaxState {
     std::vector<std::uint64_t> marks;
     std::int64_t damagedRows = 0;
     bool resynchronise = false;
-    bool uncompressed = false; ///< inside that mode
+    bool endOfLineTaken = false; ///< that of the next row is read already
+    std::optional<bool> tag;     ///< the next row's, where it is read: one-dimensional
+    bool uncompressed = false;   ///< inside that mode
 
     // Encoder
     FaxBitWriter writer;

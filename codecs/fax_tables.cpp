@@ -105,6 +105,24 @@ constexpr auto runLookup(const FaxRunCodes& codes) {
     return table;
 }
 
+constexpr FaxPairLookup pairLookup(const FaxRunCodes& firstCodes, const FaxRunCodes& secondCodes) {
+    FaxPairLookup table{};
+    for (std::size_t first = 0; first < 64; ++first) {
+        for (std::size_t second = 0; second < 64; ++second) {
+            const FaxCode a = firstCodes.terminating[first];
+            const FaxCode b = secondCodes.terminating[second];
+            const unsigned length = a.length + 0U + b.length;
+            if (length <= pairLookupBits) {
+                const FaxCode both{static_cast<std::uint16_t>(a.bits << b.length | b.bits),
+                                   static_cast<std::uint8_t>(length)};
+                spread(table, pairLookupBits, both,
+                       {static_cast<std::uint16_t>(second << 10 | first << 4 | length)});
+            }
+        }
+    }
+    return table;
+}
+
 constexpr FaxCode passBits = codeOf("0001");
 constexpr FaxCode horizontalBits = codeOf("001");
 // Table 4/T.4, vertical mode, from VL3 over V0 to VR3.
@@ -114,13 +132,15 @@ constexpr std::array<FaxCode, 7> verticalBits{codeOf("0000010"), codeOf("000010"
 
 constexpr auto modeTable() {
     std::array<FaxModeEntry, std::size_t{1} << modeLookupBits> table{};
-    spread(table, modeLookupBits, passBits, {FaxMode::pass, 0, passBits.length});
+    spread(table, modeLookupBits, passBits, {FaxMode::pass, 0, 2, passBits.length});
     spread(table, modeLookupBits, horizontalBits,
-           {FaxMode::horizontal, 0, horizontalBits.length});
+           {FaxMode::horizontal, 0, 0, horizontalBits.length});
     for (std::size_t i = 0; i < verticalBits.size(); ++i) {
         const FaxCode code = verticalBits[i];
         const auto shift = static_cast<std::int8_t>(static_cast<int>(i) - verticalReach);
-        spread(table, modeLookupBits, code, {FaxMode::vertical, shift, code.length});
+        // The colour changes, and a change to the left of b1 may lie behind one of the row.
+        const std::int8_t step = shift < 0 ? -1 : 1;
+        spread(table, modeLookupBits, code, {FaxMode::vertical, shift, step, code.length});
     }
     return table;
 }
@@ -136,10 +156,11 @@ constinit const std::array<FaxRunEntry, std::size_t{1} << whiteLookupBits> white
     runLookup<whiteLookupBits>(white);
 constinit const std::array<FaxRunEntry, std::size_t{1} << blackLookupBits> blackLookup =
     runLookup<blackLookupBits>(black);
+constinit const FaxPairLookup whiteBlackLookup = pairLookup(white, black);
+constinit const FaxPairLookup blackWhiteLookup = pairLookup(black, white);
 constinit const FaxCode passCode = passBits;
 constinit const FaxCode horizontalCode = horizontalBits;
 constinit const std::array<FaxCode, 2 * verticalReach + 1> verticalCodes = verticalBits;
-constinit const std::array<FaxModeEntry, std::size_t{1} << modeLookupBits> modeLookup =
-    modeTable();
+constinit const std::array<FaxModeEntry, std::size_t{1} << modeLookupBits> modeLookup = modeTable();
 
 } // namespace corvane

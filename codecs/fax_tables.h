@@ -40,6 +40,20 @@ inline constexpr unsigned blackLookupBits = 13;
 extern const std::array<FaxRunEntry, std::size_t{1} << whiteLookupBits> whiteLookup;
 extern const std::array<FaxRunEntry, std::size_t{1} << blackLookupBits> blackLookup;
 
+/// Two runs, the second of the other colour, each of one terminating code; `length` 0: the next
+/// bits begin otherwise. Most runs are that short, and one look tells both.
+struct FaxPairEntry {
+    std::uint16_t packed = 0;
+    constexpr unsigned length() const { return packed & 15U; }
+    constexpr std::int32_t first() const { return packed >> 4 & 63; }
+    constexpr std::int32_t second() const { return packed >> 10; }
+};
+
+inline constexpr unsigned pairLookupBits = 12;
+using FaxPairLookup = std::array<FaxPairEntry, std::size_t{1} << pairLookupBits>;
+extern const FaxPairLookup whiteBlackLookup;
+extern const FaxPairLookup blackWhiteLookup;
+
 /// Modes of two-dimensional coding. Table 4/T.4, table 1/T.6.
 enum class FaxMode : std::uint8_t { vertical, horizontal, pass, none };
 
@@ -54,6 +68,7 @@ extern const std::array<FaxCode, 2 * verticalReach + 1> verticalCodes;
 struct FaxModeEntry {
     FaxMode mode = FaxMode::none;
     std::int8_t shift = 0;   ///< vertical: a1 - b1
+    std::int8_t step = 0;    ///< how far the number of b1 moves before it is looked for again
     std::uint8_t length = 0; ///< bits
 };
 

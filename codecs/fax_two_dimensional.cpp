@@ -21,83 +21,94 @@ inline std::int32_t findB1(const std::int32_t* above, std::int32_t b1, std::int3
     return b1;
 }
 
-/// Where to look for b1 after a change that was told by it: the colour is another one, and a change
-/// to the left of b1 may lie behind one of the row.
-inline std::int32_t nextB1(std::int32_t b1, std::int32_t shift) {
-    return shift < 0 ? b1 - 1 : b1 + 1;
+/// The two runs of horizontal mode, whatever their length.
+FaxRowEnd readLongRuns(FaxBitReader& reader, FaxRow& row) {
+    const bool first = row.black();
+    for (const bool black : {first, !first}) {
+        const std::int32_t run = readRun(reader, black, row.columns - row.position);
+        if (run < 0) {
+            return run == -1 ? FaxRowEnd::noCode : FaxRowEnd::damaged;
+        }
+        row.position += run;
+        row.change();
+    }
+    return FaxRowEnd::complete;
 }
 
-/// Where decoding stands, in locals.
-struct Modes {
-    std::int32_t* changes;
-    std::int32_t count;
-    std::int32_t a0;
-    std::int32_t columns;
-
-    bool black() const { return count % 2 != 0; }
-    void change() { count = FaxRow::changed(changes, count, a0); }
-
-    /// The two runs of horizontal mode.
-    FaxRowEnd horizontal(FaxBitReader& bits) {
-        const bool first = black();
-        for (const bool colour : {first, !first}) {
-            const std::int32_t run = readRun(bits, colour, columns - a0);
-            if (run < 0) {
-                return run == -1 ? FaxRowEnd::noCode : FaxRowEnd::damaged;
-            }
-            a0 += run;
-            change();
-        }
-        return FaxRowEnd::complete;
+/// Vertical mode that adds no pixel to the row: at its left edge, or where a run is empty.
+FaxRowEnd takeEmptyRun(FaxRow& row, std::int32_t a1) {
+    if (a1 != row.position) {
+        return FaxRowEnd::damaged;
     }
-};
+    row.change();
+    return FaxRowEnd::complete;
+}
 
 } // namespace
 
 FaxRowEnd Decompress2D(FaxBitReader& reader, const FaxRow& above, FaxRow& row) {
     FaxBitReader bits = reader;
     const std::int32_t* const changesAbove = above.changes();
-    Modes modes{row.changes(), row.count, row.position, row.columns};
+    std::int32_t* const changes = row.changes();
+    const std::int32_t columns = row.columns;
+    std::int32_t count = row.count;
+    std::int32_t a0 = row.position;
     std::int32_t b1 = row.reference;
-    if ((b1 + modes.count) % 2 != 0) {
+    // What is seldom works on the row and the reader themselves.
+    const auto aside = [&](auto&& step) {
+        reader = bits;
+        row.count = count;
+        row.position = a0;
+        const FaxRowEnd end = step();
+        bits = reader;
+        count = row.count;
+        a0 = row.position;
+        return end;
+    };
+    if ((b1 + count) % 2 != 0) {
         --b1;
     }
-    if (modes.a0 > 0) {
-        b1 = findB1(changesAbove, b1, modes.a0);
+    if (a0 > 0 || count > 0) {
+        b1 = findB1(changesAbove, b1, a0);
     }
     FaxRowEnd end = FaxRowEnd::complete;
-    while (modes.a0 < modes.columns && end == FaxRowEnd::complete) {
+    while (a0 < columns && end == FaxRowEnd::complete) {
         bits.need(modeLookupBits);
         const FaxModeEntry entry = modeLookup[bits.peek(modeLookupBits)];
         bits.skip(entry.length);
-        switch (entry.mode) {
-        case FaxMode::vertical: {
+        if (entry.mode == FaxMode::vertical) [[likely]] {
             const std::int32_t a1 = changesAbove[b1] + entry.shift;
-            if (a1 < modes.a0 || a1 > modes.columns) {
-                end = FaxRowEnd::damaged;
-                break;
+            if (a1 > a0 && a1 <= columns) [[likely]] {
+                changes[count++] = a1;
+                a0 = a1;
+            } else {
+                end = aside([&] { return takeEmptyRun(row, a1); });
             }
-            modes.a0 = a1;
-            modes.change();
-            b1 = findB1(changesAbove, nextB1(b1, entry.shift), a1);
-            break;
-        }
-        case FaxMode::horizontal:
-            end = modes.horizontal(bits);
-            b1 = findB1(changesAbove, b1, modes.a0);
-            break;
-        case FaxMode::pass:
-            modes.a0 = changesAbove[b1 + 1];
+            b1 = findB1(changesAbove, b1 + entry.step, a0);
+        } else if (entry.mode == FaxMode::pass) {
+            a0 = changesAbove[b1 + 1];
             b1 += 2;
-            break;
-        case FaxMode::none:
+        } else if (entry.mode == FaxMode::horizontal) {
+            bits.need(pairLookupBits);
+            const FaxPairEntry pair = pairLookup(count % 2 != 0)[bits.peek(pairLookupBits)];
+            const std::int32_t pixels = pair.first() + pair.second();
+            if (pair.first() * pair.second() != 0 && pixels <= columns - a0) [[likely]] {
+                bits.skip(pair.length());
+                changes[count] = a0 + pair.first();
+                a0 += pixels;
+                changes[count + 1] = a0;
+                count += 2;
+            } else {
+                end = aside([&] { return readLongRuns(reader, row); });
+            }
+            b1 = findB1(changesAbove, b1, a0);
+        } else {
             end = FaxRowEnd::noCode;
-            break;
         }
     }
     reader = bits;
-    row.count = modes.count;
-    row.position = modes.a0;
+    row.count = count;
+    row.position = a0;
     row.reference = b1;
     return end;
 }
@@ -117,10 +128,11 @@ void Code2DCompressed(const FaxRow& above, const FaxRow& row, FaxRowBits& bits) 
             a0 = changesAbove[b1 + 1];
             b1 += 2;
         } else if (std::abs(shift) <= verticalReach) {
-            bits.put(verticalCodes[static_cast<std::size_t>(shift + verticalReach)]);
+            const std::int32_t code = shift + verticalReach;
+            bits.put(verticalCodes[static_cast<std::size_t>(code)]);
             a0 = place;
             ++a1;
-            b1 = findB1(changesAbove, nextB1(b1, shift), a0);
+            b1 = findB1(changesAbove, shift < 0 ? b1 - 1 : b1 + 1, a0);
         } else {
             const bool black = a1 % 2 != 0;
             bits.put(horizontalCode);

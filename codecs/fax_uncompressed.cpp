@@ -58,8 +58,8 @@ FaxRowEnd DecompressUnc(FaxBitReader& reader, FaxRow& row, bool mayEndInside, bo
             return FaxRowEnd::noCode;
         }
         const bool exit = zeros >= uncompressedExitZeros;
-        if (!append(row, false, static_cast<std::int32_t>(exit ? zeros - uncompressedExitZeros
-                                                               : zeros))) {
+        if (!append(row, false,
+                    static_cast<std::int32_t>(exit ? zeros - uncompressedExitZeros : zeros))) {
             return FaxRowEnd::damaged;
         }
         if (exit) {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -11,8 +12,8 @@ namespace corvane {
 
 inline constexpr std::uint32_t adaptClear = 256;
 inline constexpr std::uint32_t adaptEnd = 257;
-inline constexpr std::uint32_t adaptFirst = 258;    ///< the first code given to a string
-inline constexpr std::uint32_t adaptEntries = 4096; ///< codes of twelve bits
+inline constexpr std::uint32_t adaptFirst = 258;     ///< the first code given to a string
+inline constexpr std::uint32_t adaptEntries = 4096;  ///< codes of twelve bits
 inline constexpr std::uint32_t adaptNone = adaptEnd; ///< as a previous code: there is none
 
 /// Which codes are in use.
@@ -46,7 +47,8 @@ public:
 
     AdaptDecodeTable() {
         for (std::size_t i = 0; i < adaptClear; ++i) {
-            entries_[i] = {.tail = {static_cast<std::byte>(i)}, .first = static_cast<std::byte>(i)};
+            const auto byte = static_cast<std::byte>(i);
+            entries_[i] = {.tail = tailByte(byte, 0), .first = byte};
         }
     }
 
@@ -72,11 +74,11 @@ public:
     void expand(std::uint32_t code, std::byte* to) const {
         const Entry* entry = &entries_[code];
         std::size_t at = (entry->length - 1U) / piece * piece;
-        std::memcpy(to + at, entry->tail.data(), piece);
+        std::memcpy(to + at, &entry->tail, piece);
         while (at > 0) {
             entry = &entries_[entry->prefix];
             at -= piece;
-            std::memcpy(to + at, entry->tail.data(), piece);
+            std::memcpy(to + at, &entry->tail, piece);
         }
     }
 
@@ -85,18 +87,22 @@ public:
 
 private:
     struct Entry {
-        std::array<std::byte, piece> tail{};
+        std::uint64_t tail = 0;   ///< in the order of memory
         std::uint16_t prefix = 0; ///< code of the string without `tail`
         std::uint16_t length = 1;
         std::byte first{};
     };
 
+    static std::uint64_t tailByte(std::byte byte, std::size_t at) {
+        const std::size_t place = std::endian::native == std::endian::little ? at : piece - 1 - at;
+        return std::to_integer<std::uint64_t>(byte) << (8 * place);
+    }
+
     void append(std::uint32_t code, std::uint32_t prefix, std::byte last) {
         const Entry& before = entries_[prefix];
         Entry& entry = entries_[code];
         const std::size_t used = before.length % piece;
-        entry.tail = before.tail;
-        entry.tail[used] = last;
+        entry.tail = (used == 0 ? 0 : before.tail) | tailByte(last, used);
         entry.prefix = used == 0 ? static_cast<std::uint16_t>(prefix) : before.prefix;
         entry.length = static_cast<std::uint16_t>(before.length + 1);
         entry.first = before.first;

@@ -124,13 +124,12 @@ std::size_t HexFilter::decode(std::span<std::byte> out) {
             done += joined;
             at = 2 * joined;
         }
-        // What stopped the run, and on until pairs begin anew.
-        bool stopped = false;
+        // What stopped the run; a character between two pairs is gone past, and the next run
+        // begins.
         while (at < in.size() && done < out.size()) {
             const std::byte c = in[at++];
             const std::uint8_t digit = hexDigit(std::to_integer<std::uint8_t>(c));
             if (digit == notHexDigit) {
-                stopped = true;
                 if (c == endMarker && knowsMarker(mode_)) {
                     intake().take(at);
                     if (high != notHexDigit) {
@@ -139,14 +138,14 @@ std::size_t HexFilter::decode(std::span<std::byte> out) {
                     end();
                     return done;
                 }
+                if (high == notHexDigit) {
+                    break;
+                }
             } else if (high == notHexDigit) {
                 high = digit;
             } else {
                 out[done++] = static_cast<std::byte>(high << 4 | digit);
                 high = notHexDigit;
-                if (stopped) {
-                    break;
-                }
             }
         }
         intake().take(at);

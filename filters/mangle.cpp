@@ -121,8 +121,8 @@ void MangleFilter::refill() {
     position_ = 0;
     available_ = digits > 1 ? digits - 1 : 0;
     for (; digits < groupDigits; ++digits) {
-        value += placeValue(digits, static_cast<std::byte>(
-                                        firstDigit + static_cast<char>(rules().missingDigit85)));
+        value += placeValue(
+            digits, static_cast<std::byte>(firstDigit + static_cast<char>(rules().missingDigit85)));
     }
     storeGroup(group_.data(), static_cast<std::uint32_t>(value));
 }
@@ -166,9 +166,11 @@ void MangleFilter::skipRest() {
         return;
     }
     for (auto in = intake().hold(2); !in.empty(); in = intake().hold(2)) {
-        const auto marker = std::ranges::search(in, std::as_bytes(std::span(endMarker)));
-        if (!marker.empty()) {
-            intake().take(static_cast<std::size_t>(marker.end() - in.begin()));
+        const auto marker =
+            std::search(in.begin(), in.end(), endMarker.begin(), endMarker.end(),
+                        [](std::byte byte, char c) { return std::to_integer<char>(byte) == c; });
+        if (marker != in.end()) {
+            intake().take(static_cast<std::size_t>(marker - in.begin()) + endMarker.size());
             return;
         }
         // A marker may begin with the last byte held, unless that is the last of all.

@@ -57,6 +57,9 @@ bool TokenFilter::more() {
     }
     const std::size_t kept = fill_ - start_;
     if (kept > longestToken) {
+        // Past what was held, so that whoever goes on does not meet the same token again.
+        start_ = fill_;
+        position_ = fill_;
         failException(Exception::range);
     }
     std::memmove(buffer_.data(), buffer_.data() + start_, kept);

@@ -20,6 +20,17 @@ void fuzzToken(Bytes input);
 void fuzzDocument(Bytes input);
 void fuzzContent(Bytes input);
 void fuzzResourceFork(Bytes input);
+void fuzzAdapt(Bytes input);
+void fuzzHex(Bytes input);
+void fuzzMangle(Bytes input);
+void fuzzRun(Bytes input);
+void fuzzInflate(Bytes input);
+void fuzzPredictor(Bytes input);
+void fuzzSamples(Bytes input);
+void fuzzFaxDecode(Bytes input);
+void fuzzFaxEncode(Bytes input);
+void fuzzDctDecode(Bytes input);
+void fuzzDctEncode(Bytes input);
 
 /// Bytes of the zone, and of the artwork, that one input may take.
 inline constexpr std::int64_t memoryLimit = std::int64_t{64} << 20;

@@ -17,7 +17,13 @@
 namespace corvane {
 
 /// What an opening delimiter left on the stack.
-enum class Mark : std::int32_t { hexadecimal = 0, array = 1, procedure = 2, dictionary = 3 };
+enum class Mark : std::int32_t {
+    hexadecimal = 0,
+    array = 1,
+    procedure = 2,
+    dictionary = 3,
+    barrier = 4, ///< below what one read leaves: constructs do not reach beyond it
+};
 
 /// A matrix in double: maps (x, y) to (a x + c y + tx, b x + d y + ty).
 struct RealMatrix {
@@ -27,11 +33,13 @@ struct RealMatrix {
     double d = 1;
     double tx = 0;
     double ty = 0;
+    friend constexpr bool operator==(const RealMatrix&, const RealMatrix&) = default;
 };
 
 struct RealPoint {
     double x = 0;
     double y = 0;
+    friend constexpr bool operator==(const RealPoint&, const RealPoint&) = default;
 };
 
 namespace detail {

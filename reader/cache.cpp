@@ -76,8 +76,8 @@ void closeInterpreter() {
 } // namespace
 
 std::unique_ptr<DocumentCache> openCache(std::int16_t volume, std::string_view fileName) {
-    openKeywords();
     auto cache = std::make_unique<DocumentCache>();
+    openKeywords();
     const Exception code = guarded([&] {
         cache->volume = volume;
         cache->fileName = fileName;

@@ -12,6 +12,8 @@
 #include "objects/reference.h"
 
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -20,6 +22,7 @@
 namespace corvane {
 
 class TokenFilter;
+struct ColourSpace;
 
 /// A page as the walk of the tree found it: the reference that led to it, or the dictionary itself
 /// where the Kids array holds it directly (number 0).
@@ -44,6 +47,9 @@ struct DocumentCache {
 
     ReferenceTableOwner references;
     std::int32_t readDepth = 0;     ///< objects being read for one another
+    std::int64_t scopes = 0;        ///< places of the file that were read
+    std::int64_t readBytes = 0;     ///< of objects, those read again counted again
+    std::int64_t comparedKeys = 0;  ///< of dictionaries looked into
     std::int64_t searchedBytes = 0; ///< looked through for ends of streams
     std::vector<bool> freed;        ///< by number: objects that a newer section freed
     std::int32_t sections = 0;      ///< of the cross-reference
@@ -59,6 +65,8 @@ struct DocumentCache {
     ObjectOwner cropBox;
     ObjectOwner mediaBox;
     ObjectOwner rotate;
+    /// Colour spaces of the resources that were looked for, null where one is not supported.
+    std::map<std::string, std::shared_ptr<const ColourSpace>, std::less<>> colourSpaces;
     ObjectOwner resources; ///< also what the resource operators look into
 };
 

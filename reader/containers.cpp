@@ -5,6 +5,7 @@
 #include "runtime/callbacks.h"
 #include "runtime/rules.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace corvane {
@@ -24,7 +25,7 @@ Art makeArt(ArtKind kind, Art container) {
 
 void Containers::open(Art layer) {
     close();
-    entries_.push_back({0, Art::null, layer});
+    entries_.push_back({.container = layer});
 }
 
 void Containers::close() {
@@ -43,13 +44,17 @@ void Containers::push() {
 
 void Containers::pop() {
     Art left = Art::null;
+    std::int32_t height = 0;
     if (soleDepth_ == depth_) {
         left = sole_;
+        height = soleHeight_;
         soleDepth_ = -1;
     }
     while (entries_.back().depth == depth_) {
         const Entry entry = entries_.back();
         entries_.pop_back();
+        height = std::max(height, entry.height + 1);
+        entries_.back().height = std::max(entries_.back().height, height);
         if (entry.group != Art::null) {
             left = closeGroup(entry.group);
         } else {
@@ -60,6 +65,7 @@ void Containers::pop() {
     if (left != Art::null && !isMade()) {
         soleDepth_ = depth_;
         sole_ = left;
+        soleHeight_ = height;
     }
 }
 
@@ -91,22 +97,26 @@ Art Containers::closeGroup(Art group) {
 
 void Containers::makeGroup() {
     const Art group = makeArt(ArtKind::group, entries_.back().container);
-    entries_.push_back({depth_, group, group});
+    entries_.push_back({.depth = depth_, .group = group, .container = group});
 }
 
 /// Makes the group of a level around the one group that stands in it.
 void Containers::wrap(std::int32_t depth, Art inner) {
     const Art group = newArt(ArtKind::group, Placement::inFront, inner);
-    entries_.push_back({depth, group, group});
+    entries_.push_back({depth, group, group, soleHeight_});
     callHost(slot::reorderArt, inner, Placement::inside, group);
 }
 
 Art Containers::container() {
-    if (isMade() || entries_.size() >= static_cast<std::size_t>(budget::artNesting) / 2) {
+    const auto nesting = static_cast<std::int32_t>(entries_.size());
+    if (isMade() || nesting >= budget::groupNesting) {
         return entries_.back().container;
     }
     const std::int32_t level = std::exchange(soleDepth_, -1);
     if (level >= 0) {
+        if (nesting + soleHeight_ >= budget::groupNesting) {
+            return entries_.back().container;
+        }
         wrap(level, sole_);
     }
     if (level != depth_) {
@@ -123,7 +133,7 @@ void Containers::enter(Art group) {
     if (entries_.size() >= static_cast<std::size_t>(budget::artNesting) - 8) {
         failException(Exception::structure);
     }
-    entries_.push_back({depth_, Art::null, group});
+    entries_.push_back({.depth = depth_, .container = group});
 }
 
 } // namespace corvane

@@ -44,6 +44,7 @@ private:
         Art group =
             Art::null; ///< what the level's `q` made; null at the bottom and for clipped groups
         Art container = Art::null;
+        std::int32_t height = 0; ///< groups within one another below it
     };
 
     void makeGroup();
@@ -58,6 +59,7 @@ private:
     /// most one such level: drawing anywhere else makes its group.
     std::int32_t soleDepth_ = -1;
     Art sole_ = Art::null;
+    std::int32_t soleHeight_ = 0; ///< groups within one another, it included
 };
 
 /// A new object of that kind in `container`, by the rule for clipped groups.

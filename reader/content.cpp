@@ -103,14 +103,23 @@ void ContentProgress::check(Filter& tokens) {
     }
     const HostExtension* const extension = hostExtension();
     if (extension != nullptr && extension->progress != nullptr) {
-        const std::int64_t position = done_ + markFilter(tokens);
-        extension->progress(extension->context, std::min(position, total_), total_);
+        const std::int64_t position = done_ + markFilter(tokens) - start_;
+        extension->progress(extension->context, std::clamp<std::int64_t>(position, 0, total_),
+                            total_);
     }
+}
+
+void ContentProgress::fault(Filter& tokens) {
+    if (++faults_ > budget::operatorFaults) {
+        failException(Exception::limit);
+    }
+    step(tokens);
 }
 
 void runContent(DocumentCache& cache, const Object& stream, TokenPusher& pusher,
                 ContentProgress& progress) {
     ContentChain chain(cache, stream);
+    progress.beginStream(integerObject(elementsObject(stream)[1]));
     ContentLoop loop(cache, chain.tokens(), pusher, progress);
     // The guarded block is opened once for many operators: again only after one failed.
     for (;;) {
@@ -124,6 +133,7 @@ void runContent(DocumentCache& cache, const Object& stream, TokenPusher& pusher,
         resetException();
         raiseWarning(Warning::operatorFailed);
         loop.dropOperands();
+        progress.fault(chain.tokens());
     }
 }
 

@@ -20,7 +20,11 @@ public:
             check(tokens);
         }
     }
+    /// A stream begins at this position of the file.
+    void beginStream(std::int64_t start) { start_ = start; }
     void finishStream(std::int64_t bytes) { done_ += bytes; }
+    /// Called for every operator that failed; raises `limit` past the budget.
+    void fault(Filter& tokens);
 
 private:
     /// Well under a tenth of a second of work.
@@ -30,6 +34,8 @@ private:
 
     std::int64_t total_;
     std::int64_t done_ = 0;
+    std::int64_t start_ = 0;
+    std::int64_t faults_ = 0;
     std::int64_t tokenCount_ = 0;
 };
 

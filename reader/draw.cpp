@@ -9,6 +9,8 @@
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
 #include "runtime/fixed.h"
+#include "runtime/rules.h"
+#include "runtime/warning.h"
 
 #include <vector>
 
@@ -32,7 +34,10 @@ std::vector<ObjectOwner> contentStreams(DocumentCache& cache) {
             if (typeObject(stream.get()) == ObjectType::stream) {
                 streams.push_back(std::move(stream));
             } else if (typeObject(stream.get()) != ObjectType::null) {
-                failException(Exception::range);
+                if (!rules().missingObjectIsNull) {
+                    failException(Exception::range);
+                }
+                raiseWarning(Warning::operatorFailed);
             }
         }
         return streams;

@@ -29,7 +29,9 @@ void noteEntry(DocumentCache& cache, std::int32_t number, const Entry& entry) {
     }
     usedIdentity(number);
     const auto index = static_cast<std::size_t>(number);
-    if (!entry.used) {
+    // No object can stand where the header does: such an entry is a free one of a careless writer.
+    const bool used = entry.used && (entry.offset != 0 || !rules().missingObjectIsNull);
+    if (!used) {
         freeReference(*cache.references, number, entry.generation, entry.offset);
         if (rules().missingObjectIsNull) {
             cache.freed.resize(std::max(cache.freed.size(), index + 1));

@@ -22,6 +22,8 @@ void hidePaint(Paint& paint) {
 
 void selectSpace(DocumentCache& cache, Paint& paint, Colour& colour) {
     const ObjectOwner name = popLiteral();
+    // Hidden until the space is found: what it was before is not what the page asks for.
+    paint = Paint{.hidden = true};
     paint = Paint{.space = findColourSpace(cache, literalObject(name.get()))};
     if (paint.space == nullptr) {
         hidePaint(paint);
@@ -30,9 +32,9 @@ void selectSpace(DocumentCache& cache, Paint& paint, Colour& colour) {
     }
 }
 
-/// All operands on the stack, the deepest first.
-std::vector<double> popComponents() {
-    std::vector<double> components(static_cast<std::size_t>(countStack()));
+/// The topmost operands, at most `most`, the deepest first.
+std::vector<double> popComponents(std::int32_t most) {
+    std::vector<double> components(static_cast<std::size_t>(std::min(countStack(), most)));
     std::ranges::generate(components.rbegin(), components.rend(), popNumber);
     return components;
 }
@@ -55,7 +57,9 @@ void selectColour(Paint& paint, Colour& colour) {
     if (paint.space == nullptr && paint.hidden) {
         return;
     }
-    const std::vector<double> components = popComponents();
+    constexpr std::int32_t deviceComponents = 4;
+    const std::vector<double> components =
+        popComponents(paint.space ? paint.space->components : deviceComponents);
     colour = paint.space ? colourIn(*paint.space, components) : deviceColour(components);
 }
 

@@ -1,8 +1,17 @@
 #include "reader/file_scope.h"
 
+#include "runtime/budget.h"
+#include "runtime/callbacks.h"
 #include "runtime/exception.h"
 
 namespace corvane {
+
+namespace {
+
+/// Places read between two questions whether the person wants to stop.
+constexpr std::int64_t scopesPerCheck = 64;
+
+} // namespace
 
 FileScope::FileScope(DocumentCache& cache, std::int32_t offset)
     : cache_(cache), formerInput_(cache.input), formerPosition_(markFilter(*cache.fileChain.top())),
@@ -10,7 +19,14 @@ FileScope::FileScope(DocumentCache& cache, std::int32_t offset)
     if (offset < 0 || offset >= cache.fileLength - cache.headerOffset) {
         failException(Exception::structure);
     }
-    seekFilter(*cache.fileChain.top(), offset + cache.headerOffset);
+    if (cache.readBytes > 4 * std::int64_t{cache.fileLength} + budget::rereadBytes) {
+        failException(Exception::limit);
+    }
+    if (++cache.scopes % scopesPerCheck == 0 && callHost(slot::checkUserAbort)) {
+        failException(Exception::cancelled);
+    }
+    start_ = offset + cache.headerOffset;
+    seekFilter(*cache.fileChain.top(), start_);
     std::unique_ptr<TokenFilter> tokens = setupToken();
     tokens_ = tokens.get();
     chain_.link(std::move(tokens));
@@ -28,6 +44,7 @@ FileScope::~FileScope() {
 
 void FileScope::leave() {
     left_ = true;
+    cache_.readBytes += tokens_->mark() - start_;
     cache_.input = formerInput_;
     chain_.abandon();
     seekFilter(*cache_.fileChain.top(), formerPosition_);

@@ -24,6 +24,7 @@ private:
     DocumentCache& cache_;
     Filter* formerInput_;
     std::int32_t formerPosition_;
+    std::int32_t start_ = 0;
     Chain chain_;
     TokenFilter* tokens_ = nullptr;
     bool left_ = false;

@@ -15,8 +15,11 @@ using Kind = ColourSpace::Kind;
 /// Spaces within one another: an indexed space over a space with a profile, and the like.
 constexpr int deepestSpace = 4;
 
+/// Components of a colour, by the PDF Reference, appendix C.
+constexpr std::size_t mostComponents = 32;
+
 /// Bytes of an indexed space's table that count: 256 entries of up to 32 components.
-constexpr std::size_t longestTable = 256 * 32;
+constexpr std::size_t longestTable = 256 * mostComponents;
 
 ColourSpacePointer parseSpace(DocumentCache& cache, const Object& object, int depth);
 
@@ -56,7 +59,8 @@ double realNumber(DocumentCache& cache, const Object& object) {
 std::vector<double> realNumbers(DocumentCache& cache, const Object& array) {
     std::vector<double> numbers;
     if (typeObject(array) == ObjectType::array) {
-        for (const Object& element : elementsObject(array)) {
+        const std::span<Object> elements = elementsObject(array);
+        for (const Object& element : elements.first(std::min(elements.size(), mostComponents))) {
             numbers.push_back(realNumber(cache, element));
         }
     }
@@ -118,7 +122,7 @@ ColourSpacePointer tintSpace(DocumentCache& cache, std::span<const Object> eleme
     space.ink = realNumbers(cache, lookupObject(cache, function.get(), "C1").get());
     space.paper.resize(width, 0.0);
     space.ink.resize(width, 1.0);
-    space.exponent = std::max(0.0, realNumber(cache, findEntry(function.get(), "N")));
+    space.exponent = std::max(0.0, realNumber(cache, findEntry(cache, function.get(), "N")));
     return std::make_shared<ColourSpace>(std::move(space));
 }
 
@@ -157,6 +161,9 @@ ColourSpacePointer findColourSpace(DocumentCache& cache, std::string_view name) 
     if (ColourSpacePointer space = namedSpace(name)) {
         return space;
     }
+    if (const auto known = cache.colourSpaces.find(name); known != cache.colourSpaces.end()) {
+        return known->second;
+    }
     const Object& resources = cache.resources.get();
     if (typeObject(resources) != ObjectType::dictionary) {
         return nullptr;
@@ -165,7 +172,8 @@ ColourSpacePointer findColourSpace(DocumentCache& cache, std::string_view name) 
     if (typeObject(spaces.get()) != ObjectType::dictionary) {
         return nullptr;
     }
-    return parseSpace(cache, findEntry(spaces.get(), name), 0);
+    return cache.colourSpaces[std::string(name)] =
+               parseSpace(cache, findEntry(cache, spaces.get(), name), 0);
 }
 
 } // namespace corvane

@@ -17,11 +17,23 @@ bool isComplete(std::int32_t depth) {
            typeObject(indexStack(1)) == ObjectType::integer;
 }
 
+/// Takes what stands before the head of another object, or before the end of the data, for the
+/// whole object: readers accept files without "endobj", and objects without a value, which are
+/// null.
+void completeObject(DocumentCache& cache, std::int32_t depth) {
+    if (countStack() == depth + 2) {
+        nullOperator(cache);
+    }
+    if (!rules().toleratesMissingEnd || !isComplete(depth)) {
+        failException(Exception::structure);
+    }
+}
+
 /// Reads tokens until number, generation and object are on the stack.
 void readIndirect(DocumentCache& cache, TokenFilter& tokens) {
     TokenPusher pusher(cache);
     const std::int32_t depth = countStack();
-    for (;;) {
+    for (bool begun = false;;) {
         const TokenType type = tokens.readToken();
         if (type != TokenType::keyword && type != TokenType::end) {
             pusher.push(type, tokens);
@@ -30,11 +42,17 @@ void readIndirect(DocumentCache& cache, TokenFilter& tokens) {
         const Keyword* const keyword =
             type == TokenType::end ? nullptr : objectKeywords().find(tokens.bytes());
         if (keyword == nullptr) {
-            // Where "endobj" is missing or misspelt, readers take the object that is there.
-            if (rules().toleratesMissingEnd && isComplete(depth)) {
-                return;
-            }
-            failException(Exception::structure);
+            return completeObject(cache, depth);
+        }
+        const bool isHead = keyword->handler == objOperator;
+        if (isHead && begun) {
+            checkStack("ii");
+            clearStack(countStack() - 2);
+            return completeObject(cache, depth);
+        }
+        begun = begun || isHead;
+        if (keyword->handler == endobjOperator && rules().toleratesMissingEnd) {
+            return completeObject(cache, depth);
         }
         if (keyword->handler(cache) != 0) {
             return;
@@ -49,13 +67,7 @@ OperatorResult objOperator(DocumentCache&) {
     return 0;
 }
 
-OperatorResult endobjOperator(DocumentCache& cache) {
-    // An object without a value is null.
-    if (rules().toleratesMissingEnd && countStack() >= 2 &&
-        typeObject(indexStack(0)) == ObjectType::integer &&
-        (countStack() == 2 || typeObject(indexStack(2)) != ObjectType::integer)) {
-        nullOperator(cache);
-    }
+OperatorResult endobjOperator(DocumentCache&) {
     checkStack("ii?");
     return 1;
 }
@@ -64,6 +76,7 @@ ObjectOwner objectCache(DocumentCache& cache, std::int32_t number, std::int32_t 
                         std::int32_t offset) {
     FileScope scope(cache, offset);
     const StackGuard guard;
+    pushMark(Mark::barrier);
     readIndirect(cache, scope.tokens());
     ObjectOwner object(popStack());
     const std::int32_t foundGeneration = popInteger();

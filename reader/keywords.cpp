@@ -49,7 +49,11 @@ std::int32_t openCount = 0;
 
 } // namespace
 
-KeywordTable::KeywordTable(std::span<const Keyword> rows) : rows_(rows), symbols_(openSymbol()) {
+KeywordTable::KeywordTable() : symbols_(openSymbol()) {}
+
+// By way of the other constructor, so that a failure further on closes the symbols again.
+KeywordTable::KeywordTable(std::span<const Keyword> rows) : KeywordTable() {
+    rows_ = rows;
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const std::string_view name = rows[i].name;
         appendSymbol(symbols_, rows[i].name, static_cast<std::int32_t>(i));

@@ -29,6 +29,8 @@ public:
     const Keyword* find(std::string_view name) const;
 
 private:
+    KeywordTable();
+
     std::span<const Keyword> rows_;
     Ref<SymbolTable> symbols_;
     const Keyword* single_[256] = {}; ///< rows of one-letter words, which most are

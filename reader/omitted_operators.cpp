@@ -22,7 +22,7 @@ OperatorResult beginImageOperator(DocumentCache&) {
 
 OperatorResult dataImageOperator(DocumentCache& cache) {
     callFilter(*cache.input, Operation::skipSpace);
-    skipImageData(static_cast<TokenFilter&>(*cache.input));
+    skipImageData(static_cast<TokenFilter&>(*cache.input), imageDataLength(cache));
     noteOmission(Omission::image);
     return 0;
 }

@@ -61,6 +61,7 @@ void forgetPage(DocumentCache& cache) {
          {&cache.page, &cache.cropBox, &cache.mediaBox, &cache.rotate, &cache.resources}) {
         *field = ObjectOwner();
     }
+    cache.colourSpaces.clear();
     cache.pageNumber = 0;
 }
 
@@ -85,6 +86,15 @@ void usePage(DocumentCache& cache, std::int32_t number, bool withResources) {
     if (isMissing(cache.mediaBox) && !rules().assumesMediaBox) {
         failException(Exception::structure);
     }
+}
+
+/// An integer; in the extended profile a real without a fraction too.
+std::int32_t wholeDegrees(const Object& rotate) {
+    if (rules().missingObjectIsNull && typeObject(rotate) == ObjectType::fixed &&
+        fixedObject(rotate) % fixedOne == 0) {
+        return fixedObject(rotate) / fixedOne;
+    }
+    return integerObject(rotate);
 }
 
 } // namespace
@@ -124,7 +134,7 @@ std::int32_t rotateCache(DocumentCache& cache) {
     if (isMissing(cache.rotate)) {
         return 0;
     }
-    const std::int32_t degrees = integerObject(cache.rotate.get());
+    const std::int32_t degrees = wholeDegrees(cache.rotate.get());
     if (degrees % 90 != 0) {
         failException(Exception::type);
     }

@@ -6,12 +6,16 @@
 #include "runtime/exception.h"
 #include "runtime/rules.h"
 
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
 namespace corvane {
 
 namespace {
+
+/// What an object of the tree turned out to be.
+enum class Seen { nothing, page, node };
 
 /// One node above the one being looked at: its Kids, and which comes next.
 struct Level {
@@ -25,7 +29,7 @@ public:
 
     void run() {
         const ObjectOwner catalog = lookupObject(cache_, cache_.trailer.get(), "Root");
-        visit(findEntry(catalog.get(), "Pages"));
+        visit(findEntry(cache_, catalog.get(), "Pages"));
         while (!levels_.empty()) {
             Level& level = levels_.back();
             const std::span<Object> kids = elementsObject(level.kids.get());
@@ -43,9 +47,9 @@ private:
         PageEntry entry;
         if (typeObject(kid) == ObjectType::reference) {
             referenceObject(kid, entry.number, entry.generation);
-            if (!entered_.insert(entry.number).second) {
-                // The same page twice is unusual but harmless; a node twice may be a loop.
-                return repeat(kid, std::move(entry));
+            const auto [known, isNew] = seen_.try_emplace(entry.number, Seen::nothing);
+            if (!isNew) {
+                return repeat(known->second, std::move(entry));
             }
         }
         const ObjectOwner node = resolveObject(cache_, kid);
@@ -56,7 +60,7 @@ private:
             }
             failException(Exception::range);
         }
-        const Object kidsEntry = findEntry(node.get(), "Kids");
+        const Object kidsEntry = findEntry(cache_, node.get(), "Kids");
         if (typeObject(kidsEntry) == ObjectType::reference) {
             // Nodes that share their Kids could multiply without end.
             std::int32_t number = 0;
@@ -73,6 +77,7 @@ private:
                 failException(Exception::structure);
             }
             levels_.push_back({std::move(kids), 0});
+            seen_[entry.number] = Seen::node;
             return;
         case ObjectType::null:
             return note(node, std::move(entry));
@@ -81,12 +86,14 @@ private:
         }
     }
 
-    void repeat(const Object& kid, PageEntry entry) {
-        const ObjectOwner node = resolveObject(cache_, kid);
-        if (typeObject(findEntry(node.get(), "Kids")) != ObjectType::null) {
+    /// The same page twice is unusual but harmless; a node twice may be a loop.
+    void repeat(Seen known, PageEntry entry) {
+        if (known == Seen::node) {
             failException(Exception::structure);
         }
-        note(node, std::move(entry));
+        if (known == Seen::page) {
+            cache_.pages.push_back(std::move(entry));
+        }
     }
 
     void note(const ObjectOwner& node, PageEntry entry) {
@@ -96,13 +103,14 @@ private:
         } else {
             // It is read again when it is wanted; thousands of pages need not stay in memory.
             forgetObject(cache_, entry.number, entry.generation);
+            seen_[entry.number] = Seen::page;
         }
         cache_.pages.push_back(std::move(entry));
     }
 
     DocumentCache& cache_;
     std::vector<Level> levels_;
-    std::unordered_set<std::int32_t> entered_;
+    std::unordered_map<std::int32_t, Seen> seen_;  ///< by object number
     std::unordered_set<std::int32_t> enteredKids_; ///< arrays by their own number
 };
 

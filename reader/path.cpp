@@ -143,6 +143,10 @@ void closetoPath() {
     pathArt.object = Art::null;
 }
 
+RealPoint startPath() {
+    return subpath.start;
+}
+
 void endPath() {
     needPath();
     leaveSubpath();

@@ -22,6 +22,8 @@ void linetoPath(RealPoint point);
 void curvetoPath(RealPoint control1, RealPoint control2, RealPoint point);
 /// Closes the open subpath, if there is one: an end that equals the beginning is merged with it.
 void closetoPath();
+/// Where the subpath that was begun last begins, in user space.
+RealPoint startPath();
 /// Styles the path, makes it a clip where asked, and lets go of it.
 void endPath();
 

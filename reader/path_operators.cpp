@@ -63,6 +63,9 @@ OperatorResult rectangleOperator(DocumentCache&) {
 
 OperatorResult closeOperator(DocumentCache&) {
     closetoPath();
+    if (rules().continuesClosedPaths) {
+        state.currentPoint = startPath();
+    }
     return 0;
 }
 

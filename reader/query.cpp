@@ -100,11 +100,11 @@ OperatorResult entryOperator(DocumentCache&) {
     return 0;
 }
 
-OperatorResult lookupOperator(DocumentCache&) {
+OperatorResult lookupOperator(DocumentCache& cache) {
     checkStack("dl");
     const ObjectOwner name = popLiteral();
     const ObjectOwner dictionary = popOwner();
-    pushShared(findEntry(dictionary.get(), literalObject(name.get())));
+    pushShared(findEntry(cache, dictionary.get(), literalObject(name.get())));
     return 0;
 }
 
@@ -151,7 +151,7 @@ OperatorResult listingOperator(DocumentCache& cache) {
     if (typeObject(context) != ObjectType::dictionary) {
         return nullOperator(cache);
     }
-    pushShared(findEntry(context, literalObject(name.get())));
+    pushShared(findEntry(cache, context, literalObject(name.get())));
     return 0;
 }
 

@@ -83,6 +83,21 @@ private:
         for (std::size_t at = bytes.find(trailer); at < end; at = bytes.find(trailer, at + 1)) {
             noteTrailer(position + static_cast<std::int32_t>(at + trailer.size()));
         }
+        refuseName(bytes, "/Encrypt", Exception::crossReference);
+        // Objects inside object streams are not found by searching; without them the page would
+        // look right and be wrong.
+        refuseName(bytes, "/ObjStm", Exception::structure);
+    }
+
+    /// Raises `code` where the whole name occurs; one at the very end comes again.
+    static void refuseName(std::string_view bytes, std::string_view name, Exception code) {
+        for (std::size_t at = bytes.find(name); at != std::string_view::npos;
+             at = bytes.find(name, at + 1)) {
+            const std::size_t behind = at + name.size();
+            if (behind < bytes.size() && !isRegular(bytes[behind])) {
+                failException(code);
+            }
+        }
     }
 
     void noteObject(std::string_view before, std::int32_t position) {
@@ -152,7 +167,7 @@ bool isCatalog(DocumentCache& cache, const Object& object) {
     if (typeObject(object) != ObjectType::dictionary) {
         return false;
     }
-    const Object pages = findEntry(object, "Pages");
+    const Object pages = findEntry(cache, object, "Pages");
     return typeObject(resolveObject(cache, pages).get()) == ObjectType::dictionary;
 }
 
@@ -218,7 +233,7 @@ void repairCache(DocumentCache& cache) {
             continue;
         }
         // Whichever trailer leads to the catalog: one that is encrypted speaks for the file.
-        refuseEncrypted(dictionary.get());
+        refuseEncrypted(cache, dictionary.get());
         found = found || takeTrailer(cache, std::move(dictionary));
     }
     if (!found && !searchCatalog(cache)) {

@@ -15,6 +15,18 @@ Object nullObject() {
     return object;
 }
 
+// What a node holds besides the object itself: null where it was not read yet, a mark while it is
+// read and after it could not be read.
+
+constexpr std::int32_t beingRead = 0;
+
+/// Null that was read: it need not be read again.
+Object knownNull() {
+    Object object = nullObject();
+    object.size = 1;
+    return object;
+}
+
 /// Counts one more object that is being read for another, and marks its node, so that a loop is
 /// noticed.
 class ReadingMark {
@@ -24,11 +36,11 @@ public:
             failException(Exception::structure);
         }
         ++cache.readDepth;
-        shallowObject(node->value, ObjectType::mark, 0);
+        shallowObject(node->value, ObjectType::mark, beingRead);
     }
     ~ReadingMark() {
         --cache_.readDepth;
-        if (node_->value.type == ObjectType::mark) {
+        if (node_->value.type == ObjectType::mark && node_->value.data == beingRead) {
             node_->value = nullObject();
         }
     }
@@ -39,6 +51,22 @@ private:
     DocumentCache& cache_;
     Ref<ReferenceNode> node_;
 };
+
+/// Reads the node's object; where the file is at fault, that is remembered and not tried again.
+void readNode(DocumentCache& cache, Ref<ReferenceNode> node) {
+    const ReadingMark reading(cache, node);
+    const Exception code = guarded([&] {
+        ObjectOwner value = objectCache(cache, node->number, node->generation, node->tag);
+        if (typeObject(value.get()) == ObjectType::null) {
+            value = ObjectOwner(knownNull());
+        }
+        putReference(*cache.references, node->number, node->generation, value.release());
+    });
+    if (isFileFault(code)) {
+        shallowObject(node->value, ObjectType::mark, static_cast<std::int32_t>(code));
+    }
+    raiseException(code);
+}
 
 /// The value of one node; shared with it.
 ObjectOwner nodeValue(DocumentCache& cache, std::int32_t number, std::int32_t generation) {
@@ -53,12 +81,16 @@ ObjectOwner nodeValue(DocumentCache& cache, std::int32_t number, std::int32_t ge
         failException(Exception::underflow);
     }
     if (node->value.type == ObjectType::mark) {
-        failException(Exception::structure);
+        const auto code = static_cast<Exception>(node->value.data);
+        failException(node->value.data == beingRead ? Exception::structure : code);
     }
     if (node->value.type == ObjectType::null) {
-        const ReadingMark reading(cache, node);
-        ObjectOwner value = objectCache(cache, number, generation, node->tag);
-        putReference(*cache.references, number, generation, value.release());
+        if (node->value.size == 0) {
+            readNode(cache, node);
+        }
+        if (node->value.type == ObjectType::null) {
+            return ObjectOwner(nullObject());
+        }
     }
     retainObject(node->value);
     return ObjectOwner(node->value);
@@ -89,13 +121,17 @@ void forgetObject(DocumentCache& cache, std::int32_t number, std::int32_t genera
     }
 }
 
-Object findEntry(const Object& dictionary, std::string_view key) {
+Object findEntry(DocumentCache& cache, const Object& dictionary, std::string_view key) {
     const Object& pairs =
         typeObject(dictionary) == ObjectType::stream ? elementsObject(dictionary)[0] : dictionary;
     if (typeObject(pairs) != ObjectType::dictionary) {
         failException(Exception::range);
     }
     const std::span<Object> elements = elementsObject(pairs);
+    cache.comparedKeys += static_cast<std::int64_t>(elements.size() / 2);
+    if (cache.comparedKeys > budget::comparedKeys) {
+        failException(Exception::limit);
+    }
     for (std::size_t i = 0; i + 1 < elements.size(); i += 2) {
         if (typeObject(elements[i]) == ObjectType::literal && literalObject(elements[i]) == key) {
             return elements[i + 1];
@@ -105,7 +141,7 @@ Object findEntry(const Object& dictionary, std::string_view key) {
 }
 
 ObjectOwner lookupObject(DocumentCache& cache, const Object& dictionary, std::string_view key) {
-    return resolveObject(cache, findEntry(dictionary, key));
+    return resolveObject(cache, findEntry(cache, dictionary, key));
 }
 
 } // namespace corvane

@@ -38,9 +38,9 @@ void readSection(DocumentCache& cache, TokenFilter& tokens) {
 
 } // namespace
 
-void refuseEncrypted(const Object& trailer) {
+void refuseEncrypted(DocumentCache& cache, const Object& trailer) {
     // What a reference leads to may not be known yet, or be missing: it counts as it stands.
-    if (typeObject(findEntry(trailer, "Encrypt")) != ObjectType::null) {
+    if (typeObject(findEntry(cache, trailer, "Encrypt")) != ObjectType::null) {
         failException(Exception::crossReference);
     }
 }
@@ -51,7 +51,7 @@ std::int32_t xrefCache(DocumentCache& cache, std::int32_t offset) {
     readSection(cache, scope.tokens());
     ++cache.sections;
     ObjectOwner trailer(popStack());
-    refuseEncrypted(trailer.get());
+    refuseEncrypted(cache, trailer.get());
     const ObjectOwner previous = lookupObject(cache, trailer.get(), "Prev");
     std::int32_t previousOffset = 0;
     if (typeObject(previous.get()) != ObjectType::null) {

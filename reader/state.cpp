@@ -14,9 +14,15 @@ Containers containers;
 
 namespace {
 
-/// Copies kept by `q`, and the charge that stands for them.
+/// A copy kept by `q`, and how many `q` in a row kept the same.
+struct SavedState {
+    GraphicsState state;
+    std::int32_t times = 1;
+};
+
 struct SavedStates {
-    std::deque<GraphicsState> copies;
+    std::deque<SavedState> copies;
+    std::int32_t depth = 0;
     ZoneCharge charge;
 };
 SavedStates saved;
@@ -61,30 +67,42 @@ void openState() {
 }
 
 void closeState() {
-    saved = SavedStates();
+    // Not by assignment of a fresh one: making a deque needs memory, and closing must not fail.
+    saved.copies.clear();
+    saved.depth = 0;
+    saved.charge.resize(0);
     containers.close();
 }
 
 void saveState() {
     containers.push();
+    ++saved.depth;
+    if (!saved.copies.empty() && saved.copies.back().state == state) {
+        ++saved.copies.back().times;
+        return;
+    }
     if (saved.copies.size() % chargeStep == 0) {
         saved.charge.resize(
-            static_cast<std::int64_t>((saved.copies.size() + chargeStep) * sizeof(GraphicsState)));
+            static_cast<std::int64_t>((saved.copies.size() + chargeStep) * sizeof(SavedState)));
     }
-    saved.copies.push_back(state);
+    saved.copies.push_back({state});
 }
 
 void restoreState() {
-    if (saved.copies.empty()) {
+    if (saved.depth == 0) {
         failException(Exception::underflow);
     }
-    state = std::move(saved.copies.back());
-    saved.copies.pop_back();
+    SavedState& copy = saved.copies.back();
+    state = copy.state;
+    --saved.depth;
+    if (--copy.times == 0) {
+        saved.copies.pop_back();
+    }
     containers.pop();
 }
 
 std::int32_t depthState() {
-    return static_cast<std::int32_t>(saved.copies.size());
+    return saved.depth;
 }
 
 void concatState() {

@@ -31,15 +31,18 @@ struct TextState {
     Fixed lineOffsetY = 0;
     Fixed horizontalScale = 100 * fixedOne; ///< per cent
     Fixed verticalScale = 100 * fixedOne;   ///< per cent
+    friend bool operator==(const TextState&, const TextState&) = default;
 };
 
 struct ColourSpace;
 
 /// Beside the colour of filling or stroking: what made it.
 struct Paint {
-    std::shared_ptr<const ColourSpace> space; ///< null: the device space that the colour is of
-    bool hidden =
-        false; ///< a pattern, which the artwork cannot hold: paths are not painted with it
+    std::shared_ptr<const ColourSpace> space =
+        nullptr; ///< null: the device space that the colour is of
+    /// A pattern or unknown space, which the artwork cannot hold: paths are not painted with it.
+    bool hidden = false;
+    friend bool operator==(const Paint&, const Paint&) = default;
 };
 
 struct GraphicsState {
@@ -54,6 +57,7 @@ struct GraphicsState {
     Paint stroke;
     FillRule clipRule = FillRule::nonzero;
     TextState text;
+    friend bool operator==(const GraphicsState&, const GraphicsState&) = default;
 };
 
 extern GraphicsState state;

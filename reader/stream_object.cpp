@@ -42,8 +42,8 @@ std::int32_t searchEnd(DocumentCache& cache, std::int32_t start) {
             failException(Exception::range);
         }
         const std::string_view bytes = readAt(file, at, buffer);
-        cache.searchedBytes += static_cast<std::int64_t>(bytes.size());
-        const std::size_t found = bytes.find(endMark);
+        const std::size_t found = std::min(bytes.find(endMark), bytes.find("endobj"));
+        cache.searchedBytes += static_cast<std::int64_t>(std::min(found, bytes.size()));
         if (found != std::string_view::npos) {
             std::int32_t end = at + static_cast<std::int32_t>(found);
             std::array<char, 2> before{};

@@ -81,9 +81,9 @@ void forgetObject(DocumentCache& cache, std::int32_t number, std::int32_t genera
 /// Value of `key` in a dictionary or stream, resolved; null where it is missing.
 ObjectOwner lookupObject(DocumentCache& cache, const Object& dictionary, std::string_view key);
 /// As `lookupObject`, references left as they are; not retained.
-Object findEntry(const Object& dictionary, std::string_view key);
+Object findEntry(DocumentCache& cache, const Object& dictionary, std::string_view key);
 /// Raises `crossReference` where the trailer says that the file is encrypted.
-void refuseEncrypted(const Object& trailer);
+void refuseEncrypted(DocumentCache& cache, const Object& trailer);
 /// Value of an integer or 16.16 number; anything else raises `range`.
 double realNumber(const Object& number);
 

@@ -1,6 +1,7 @@
 #include "reader/utility.h"
 
 #include "objects/stack.h"
+#include "reader/decode_filters.h"
 #include "reader/syntax.h"
 #include "runtime/budget.h"
 #include "runtime/exception.h"
@@ -87,15 +88,13 @@ PixelRect rectUtility(DocumentCache& cache) {
     return {.top = value(3), .left = value(0), .bottom = value(1), .right = value(2)};
 }
 
-void filterUtility(DocumentCache& cache, Chain&, std::int32_t index) {
+void filterUtility(DocumentCache& cache, Chain& chain, std::int32_t index) {
     checkStack("??");
     const ObjectOwner parameters(popStack());
     const ObjectOwner filters(popStack());
-    const ObjectOwner name = operandAt(cache, filters.get(), index);
-    literalObject(name.get());
-    // No decoding filter has a name yet: encoded data are refused as those of an unknown filter
-    // are.
-    failException(Exception::range);
+    const ObjectOwner name = operandAt(cache, *filters, index);
+    const ObjectOwner filterParameters = operandAt(cache, *parameters, index);
+    linkDecodeFilter(cache, chain, literalObject(*name), *filterParameters);
 }
 
 std::int32_t countFilters(DocumentCache& cache, const Object& stream) {

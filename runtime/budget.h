@@ -26,6 +26,22 @@ inline constexpr std::int32_t objectNumber = 8'388'607;
 /// Nodes from the root of the page tree to a page; balanced trees of any size stay below 20.
 inline constexpr std::int32_t pageTreeDepth = 256;
 
+/// Bytes of objects read, beyond four times the file: objects may be read again, but not without
+/// end.
+inline constexpr std::int64_t rereadBytes = 64 << 20;
+
+/// Keys compared in dictionaries while a file is open, a second or two of work: real files need
+/// thousands.
+inline constexpr std::int64_t comparedKeys = 200'000'000;
+
+/// Operators of one page that may fail: a damaged page has some, a page of faults alone is not
+/// worth the time.
+inline constexpr std::int64_t operatorFaults = 500'000;
+
+/// Groups within one another that `q` makes: further ones change nothing that is seen, and readers
+/// of SVG give up at 256.
+inline constexpr std::int32_t groupNesting = 192;
+
 /// Tokens of one page's content: a page of ten million segments holds 50 million. A small file can
 /// name its streams again and again, or unpack to a thousand times its size; this is a few seconds'
 /// work.

@@ -83,6 +83,17 @@ struct Rules {
     /// A file that is written has a resource fork from the start. People of today wonder at
     /// "._name" files, so extended makes one only when something is put in it.
     bool resourceForks;
+
+    /// Progressive DCT frames are decoded; many of today's pictures are.
+    bool progressivePictures;
+
+    /// A DCT image that is cut short or damaged delivers the rows before the damage, with a
+    /// warning.
+    bool wholeRowsKept;
+
+    /// An APP14 segment with any identifier states the colour transform, and whatever it states of
+    /// three components but "none" is YCbCr.
+    bool anyPictureIdentifier;
 };
 
 inline constexpr Rules originalRules{
@@ -109,6 +120,9 @@ inline constexpr Rules originalRules{
     .pageAtOrigin = false,
     .missingDigit85 = 0,
     .resourceForks = true,
+    .progressivePictures = false,
+    .wholeRowsKept = false,
+    .anyPictureIdentifier = false,
 };
 
 inline constexpr Rules extendedRules{
@@ -135,6 +149,9 @@ inline constexpr Rules extendedRules{
     .pageAtOrigin = true,
     .missingDigit85 = 84,
     .resourceForks = false,
+    .progressivePictures = true,
+    .wholeRowsKept = true,
+    .anyPictureIdentifier = true,
 };
 
 /// The rules in force; original until told otherwise.

@@ -20,7 +20,7 @@ struct Row {
 };
 
 const std::vector<int> opens{0};
-const std::vector<int> opensOrFails{0, 3, 7, 10, 11, 12, 13, 14, 15, 16, 17, 18, 20};
+const std::vector<int> opensOrFails{0, 1, 3, 7, 10, 11, 12, 13, 14, 15, 16, 17, 18, 20};
 const std::vector<int> fails(opensOrFails.begin() + 1, opensOrFails.end());
 
 constexpr int million = 1'000'000;
@@ -115,9 +115,9 @@ std::string pageShowing(std::string_view content) {
 }
 
 std::string hugeContentsArray() {
-    return PdfBuilder::onePage(repeated(" ", 100'000))
+    return PdfBuilder::onePage(repeated("q Q 1 w ", 12'500))
         .object(3, "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 9 9] /Contents [" +
-                       repeated("4 0 R ", 10'000) + "] >>")
+                       repeated("4 0 R ", 100'000) + "] >>")
         .bytes();
 }
 
@@ -267,7 +267,7 @@ std::vector<Row> contentRows() {
     const std::string drawn(square);
     const std::string zeros("0\0 0\0m\0 9 9 l S (a\0b) \0/N\0 gs 9 9 m 5 5 l S", 42);
     return {
-        {"a million q", pageShowing(repeated("q ", million) + drawn), opens},
+        {"a million q", pageShowing(repeated("q ", million) + drawn), {0, 13}},
         {"a million Q", pageShowing(repeated("Q ", million) + drawn), opens},
         {"numbers of 400 digits",
          pageShowing(digits + " " + digits + " m 0." + digits + " -" + digits + " l S"), opens},
@@ -285,7 +285,7 @@ std::vector<Row> contentRows() {
         {"a million dictionaries", pageShowing(repeated("<<", million)), opensOrFails},
         {"a million procedures", pageShowing(repeated("{", million)), opensOrFails},
         {"a million brackets in a string", pageShowing(repeated("(", million)), opensOrFails},
-        {"10,000 times the same 100,000 bytes", hugeContentsArray(), opensOrFails},
+        {"100,000 times the same 100,000 bytes", hugeContentsArray(), {1}},
     };
 }
 
@@ -358,7 +358,7 @@ TEST(Hostile, Places) {
           Case{"in.pdf", "folder", {18}}, Case{"in.pdf", "no/such/out.svg", {18}},
           Case{"in.pdf", "locked/out.svg", {18}}, Case{"in.pdf", "in.pdf", {18}},
           Case{"in.pdf", "/dev/full", {6}}}) {
-        SCOPED_TRACE(input + " to " + output);
+        SCOPED_TRACE(testing::Message() << input << " to " << output);
         Process process =
             hostileProcess(folder, {"open", input, "--page", "1", "-o", output, "--quiet"});
         process.obeysPermissions = true;

@@ -37,8 +37,8 @@ struct Recorder : Filter {
         const auto at = static_cast<std::size_t>(self.position);
         switch (operation) {
         case Operation::read: {
-            const std::size_t count = std::min<std::size_t>(self.store.size() - at,
-                                                            static_cast<std::size_t>(*argument));
+            const std::size_t count =
+                std::min<std::size_t>(self.store.size() - at, static_cast<std::size_t>(*argument));
             self.log.push_back("read " + std::to_string(*argument));
             std::memcpy(buffer, self.store.data() + at, count);
             self.position += static_cast<std::int32_t>(count);
@@ -199,8 +199,8 @@ TEST_F(ChainTest, BufferWritesWhenFullAndWhenItMust) {
     write("!");
     {
         const std::vector<std::string> before = taken();
-        EXPECT_THAT(before, ElementsAre("seek 2", "write 4", "write 3", "seek 4", "read 4",
-                                        "seek 6"));
+        EXPECT_THAT(before,
+                    ElementsAre("seek 2", "write 4", "write 3", "seek 4", "read 4", "seek 6"));
     }
     chain.unlink();
     EXPECT_THAT(log_, ElementsAre("write 1", "unlink", "gone"));

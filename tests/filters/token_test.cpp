@@ -64,8 +64,8 @@ protected:
     /// A token filter over `input`, which delivers at most `longestRead` bytes at a time.
     TokenFilter& link(std::string_view input, std::int32_t longestRead = INT32_MAX) {
         chain_.abandon();
-        chain_.link(std::make_unique<test::MemoryFilter>(std::as_bytes(std::span(input)),
-                                                         longestRead));
+        chain_.link(
+            std::make_unique<test::MemoryFilter>(std::as_bytes(std::span(input)), longestRead));
         auto owner = setupToken();
         TokenFilter& tokens = *owner;
         chain_.link(std::move(owner));
@@ -134,9 +134,12 @@ TEST_F(TokenTest, RealsAreRoundedOnce) {
         Fixed fixed;
         double exact;
     };
-    for (const Row& row : {Row{"0.333333", 21845, 0.333333}, {"61200.25", INT32_MAX, 61200.25},
-                           {"-0.0000077", -1, -0.0000077}, {"32767.99999", INT32_MAX, 32767.99999},
-                           {"595.2756", 39011982, 595.2756}, {"0.1", 6554, 0.1},
+    for (const Row& row : {Row{"0.333333", 21845, 0.333333},
+                           {"61200.25", INT32_MAX, 61200.25},
+                           {"-0.0000077", -1, -0.0000077},
+                           {"32767.99999", INT32_MAX, 32767.99999},
+                           {"595.2756", 39011982, 595.2756},
+                           {"0.1", 6554, 0.1},
                            {"123456789.125", INT32_MAX, 123456789.125}}) {
         TokenFilter& tokens = link(row.input);
         ASSERT_EQ(tokens.readToken(), TokenType::fixed) << row.input;
@@ -181,8 +184,7 @@ TEST_F(TokenTest, NamesStringsAndTheRest) {
         EXPECT_EQ(tokensOf(row.input), row.wanted) << row.name;
     }
     selectRules(Profile::extended);
-    EXPECT_EQ(tokensOf("/A#42C#20 /#41 /A#4 /#G1 /A#00B /##41"),
-              "/ABC  /A /A#4 /#G1 /A\0B /#A"sv);
+    EXPECT_EQ(tokensOf("/A#42C#20 /#41 /A#4 /#G1 /A#00B /##41"), "/ABC  /A /A#4 /#G1 /A\0B /#A"sv);
 }
 
 TEST_F(TokenTest, LongTokensHaveALimitAndStringsHaveNot) {
@@ -201,8 +203,9 @@ TEST_F(TokenTest, LongTokensHaveALimitAndStringsHaveNot) {
 
 /// Every kind of token, each somewhere over the end of a block of 512 bytes.
 std::string everyToken() {
-    const std::string piece = "12 -0.5 4. (a\\\r\nb\\053(c)\r\nd) /N#41me <48 65 6C> [1[2]3] <</K/V>> "
-                              "{x} BT % comment\r 'q' 1.2.3 --5 \"\n(\\1) 99999999999\t";
+    const std::string piece =
+        "12 -0.5 4. (a\\\r\nb\\053(c)\r\nd) /N#41me <48 65 6C> [1[2]3] <</K/V>> "
+        "{x} BT % comment\r 'q' 1.2.3 --5 \"\n(\\1) 99999999999\t";
     std::string all;
     for (int i = 0; i < 40; ++i) {
         all += piece + std::string(static_cast<std::size_t>(i % 7), ' ');

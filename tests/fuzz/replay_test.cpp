@@ -34,6 +34,8 @@ TEST_P(Replay, AllSeeds) {
 
 INSTANTIATE_TEST_SUITE_P(Targets, Replay,
                          ::testing::Values(Target{"token", fuzzToken},
+                                           Target{"dct_decode", fuzzDctDecode},
+                                           Target{"dct_encode", fuzzDctEncode},
                                            Target{"document", fuzzDocument},
                                            Target{"content", fuzzContent},
                                            Target{"resource_fork", fuzzResourceFork}),

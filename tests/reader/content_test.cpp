@@ -15,7 +15,7 @@ struct Row {
     const char* name;
     std::string_view content;
     std::string_view wanted;
-    std::string_view warned = "";
+    std::string_view warned{};
 };
 
 class ContentTest : public ReaderTest {
@@ -78,8 +78,7 @@ TEST_F(ContentTest, ClipsMakeGroupsThatTheyClip) {
         {"order behind the clip", "0 0 5 5 re W n " A B, "{" CLIP " " B_ART " " A_ART "}"},
         {"clip in clip", "q 0 0 5 5 re W n 0 0 5 5 re W n " A "Q",
          "{" CLIP " {" CLIP " " A_ART "}}"},
-        {"a save in a clip", "0 0 5 5 re W n q " A "Q " B,
-         "{" CLIP " " B_ART " [" A_ART "]}"},
+        {"a save in a clip", "0 0 5 5 re W n q " A "Q " B, "{" CLIP " " B_ART " [" A_ART "]}"},
         {"nothing in the clip", "q 0 0 5 5 re W n Q " A, A_ART},
         {"even-odd", "q 0 0 5 5 re W* n " A "Q", "{<0,0 5,0 5,5 0,5 zc> " A_ART "}"},
         {"painted too: the copy is", "q 0 0 5 5 re W f " A "Q",
@@ -108,8 +107,7 @@ TEST_F(ContentTest, PathsAndWhatEndsThem) {
          "<0,0>1,1 3,3<2,2 5,5<4,4>6,6 7,7 S>"},
         {"an end on the beginning is merged", "0 0 m 10 0 l 10 10 l 0 0 l h f",
          "<0,0 10,0 10,10 zF>"},
-        {"and its control point kept", "0 0 m 9 0 l 9 9 1 1 0 0 c h S",
-         "<0,0<1,1 9,0>9,9 zS>"},
+        {"and its control point kept", "0 0 m 9 0 l 9 9 1 1 0 0 c h S", "<0,0<1,1 9,0>9,9 zS>"},
         {"f closes", "0 0 m 9 0 l 9 9 l f", "<0,0 9,0 9,9 zF>"},
         {"F does not", "0 0 m 9 0 l 9 9 l F", "<0,0 9,0 9,9 F>"},
         {"B does not, b does", "0 0 m 9 0 l B 0 0 m 9 0 l b", "<0,0 9,0 zFS> <0,0 9,0 FS>"},
@@ -120,8 +118,7 @@ TEST_F(ContentTest, PathsAndWhatEndsThem) {
         {"two subpaths", "0 0 m 9 0 l 0 5 m 9 5 l S", "(<0,5 9,5 S> <0,0 9,0 S>)"},
         {"a rectangle stays open to more", "1 2 3 4 re 0 0 m 9 0 l f",
          "(<0,0 9,0 zF> <1,2 4,2 4,6 1,6 zF>)"},
-        {"going on behind h", "0 0 m 9 0 l 9 9 l h 5 5 l S",
-         "(<0,0 5,5 S> <0,0 9,0 9,9 zS>)"},
+        {"going on behind h", "0 0 m 9 0 l 9 9 l h 5 5 l S", "(<0,0 5,5 S> <0,0 9,0 9,9 zS>)"},
         {"going on behind re", "1 2 3 4 re 5 5 l S", "(<1,2 5,5 S> <1,2 4,2 4,6 1,6 zS>)"},
         {"a point that is left goes", "0 0 m 5 5 m 9 9 l S", "<5,5 9,9 S>"},
         {"alone it goes too", "0 0 m S " A, A_ART},
@@ -157,8 +154,7 @@ TEST_F(ContentTest, WhatGoesWrongIsWarnedOfAndSkipped) {
         {"words for operands", "null true false " A, A_ART},
         {"marked content and compatibility", "/x BMC /x <</y 1>> BDC BX EX EMC /p MP /p null DP " A,
          A_ART},
-        {"text is counted", "BT /F 12 Tf (x) Tj [(x)] TJ (x)' 1 1(x)\" <41> Tj ET " A, A_ART,
-         "18"},
+        {"text is counted", "BT /F 12 Tf (x) Tj [(x)] TJ (x)' 1 1(x)\" <41> Tj ET " A, A_ART, "18"},
         {"an image's bytes are no content", "q BI /W 2 ID \x01 EIx m l S Q \xff\nEI Q " A, A_ART,
          "6"},
         {"XObjects that there are not", "/X Do " A, A_ART},
@@ -256,7 +252,8 @@ TEST_F(ContentTest, LineStyles) {
                               return s.cap == 2 && s.join == 1 && s.miterLimit == fixedOne &&
                                      s.lineWidth == 0;
                           }},
-                 StyleRow{"1 J 3 J -1 J 1.5 J", "13", [](const PathStyle& s) { return s.cap == 1; }},
+                 StyleRow{"1 J 3 J -1 J 1.5 J", "13",
+                          [](const PathStyle& s) { return s.cap == 1; }},
                  StyleRow{"2 j 3 j", "13", [](const PathStyle& s) { return s.join == 2; }},
                  StyleRow{"4 M 0.5 M", "13",
                           [](const PathStyle& s) { return s.miterLimit == 4 * fixedOne; }},
@@ -272,7 +269,8 @@ TEST_F(ContentTest, LineStyles) {
                           }},
                  StyleRow{"[3] 1 d [1 /x] 0 d", "13",
                           [](const PathStyle& s) { return s.dash[0] == 3 * fixedOne; }},
-                 StyleRow{"[3] 1 d [] 0 d", "", [](const PathStyle& s) { return s.dashCount == 0; }},
+                 StyleRow{"[3] 1 d [] 0 d", "",
+                          [](const PathStyle& s) { return s.dashCount == 0; }},
                  StyleRow{"2 i", "",
                           [](const PathStyle& s) { return s.resolution == 800 * fixedOne; }},
                  StyleRow{"12 i", "",
@@ -320,8 +318,8 @@ TEST_F(ContentTest, StreamsOfAPageFollowOneAnother) {
     const auto page = [](std::string_view first, std::string_view second, std::string_view array) {
         return PdfBuilder::onePage(first)
             .stream(5, second)
-            .object(3, "<< /Parent 2 0 R /MediaBox [0 0 9 9] /Contents " + std::string(array) +
-                           " >>")
+            .object(3,
+                    "<< /Parent 2 0 R /MediaBox [0 0 9 9] /Contents " + std::string(array) + " >>")
             .bytes();
     };
     struct StreamsRow {

@@ -68,30 +68,34 @@ TEST_F(DocumentTest, SectionsGoodAndBad) {
                          const std::string& end = "startxref\n#section0#\n%%EOF\n") {
         return assembled(onePage + "@section0@" + xref + "trailer\n" + trailer + "\n" + end);
     };
-    const std::string update = "@updated0@3 0 obj<</Parent 2 0 R/MediaBox[0 0 7 7]>>endobj\n";
+    const std::string encryptedBefore =
+        assembled(onePage + "@section0@" + section +
+                  "trailer<</Encrypt 1 0 R>>startxref 0\n"
+                  "@updated0@3 0 obj<</Parent 2 0 R/MediaBox[0 0 7 7]>>endobj\n"
+                  "@section1@xref\n3 1\n#updated0# 00000 n \n"
+                  "trailer<</Root 1 0 R/Prev #section0#>>startxref\n#section1#\n");
     for (const OpenRow& row : {
              OpenRow{"usual", file(section), none, none},
              OpenRow{"entries of any form",
                      file("xref 0 1 0 65535 f 1 1 #catalog0# 0 n\r2 2 #pagetree# 0 n #thepage0# "
                           "0 n\n"),
                      none, none},
-             OpenRow{"no startxref keyword",
-                     file(section, "<</Root 1 0 R>>", "#section0#\n"), Exception::range, none},
+             OpenRow{"no startxref keyword", file(section, "<</Root 1 0 R>>", "#section0#\n"),
+                     Exception::range, none},
              OpenRow{"digits in a comment behind the end",
-                     file(section, "<</Root 1 0 R>>", "startxref\n#section0#\n%%EOF %7\n"),
-                     damaged, none},
+                     file(section, "<</Root 1 0 R>>", "startxref\n#section0#\n%%EOF %7\n"), damaged,
+                     none},
              OpenRow{"text behind the end",
                      file(section, "<</Root 1 0 R>>",
                           "startxref\n#section0#\n%%EOF\n" + std::string(700, '\0')),
                      damaged, none},
              OpenRow{"digits that begin with the tail",
                      file(section, "<</Root 1 0 R>>", std::string(256, '7')), damaged, none},
-             OpenRow{"fewer entries than told",
-                     file("xref\n0 9\n" + section.substr(9)), damaged, none},
-             OpenRow{"an empty subsection", file("xref\n0 0\n" + section.substr(5)), damaged,
+             OpenRow{"fewer entries than told", file("xref\n0 9\n" + section.substr(9)), damaged,
                      none},
-             OpenRow{"a trailer that is no dictionary", file(section, "[1 0 R]"),
-                     Exception::range, none},
+             OpenRow{"an empty subsection", file("xref\n0 0\n" + section.substr(5)), damaged, none},
+             OpenRow{"a trailer that is no dictionary", file(section, "[1 0 R]"), Exception::range,
+                     none},
              OpenRow{"an odd trailer", file(section, "<</Root>>"), Exception::mark, none},
              OpenRow{"no catalog", file(section, "<</Size 4>>"), none, none},
              OpenRow{"encrypted", file(section, "<</Root 1 0 R/Encrypt<<>>>>"),
@@ -114,12 +118,8 @@ TEST_F(DocumentTest, SectionsGoodAndBad) {
              OpenRow{"an object number beyond all",
                      file("xref\n8388608 1\n0000000009 00000 n \n" + section.substr(5)), damaged,
                      none},
-             OpenRow{"an update, encrypted before it",
-                     assembled(onePage + "@section0@" + section +
-                               "trailer<</Encrypt 1 0 R>>startxref " + update +
-                               "@section1@xref\n3 1\n#updated0# 00000 n \n"
-                               "trailer<</Root 1 0 R/Prev #section0#>>startxref\n#section1#\n"),
-                     Exception::crossReference, Exception::crossReference},
+             OpenRow{"an update, encrypted before it", encryptedBefore, Exception::crossReference,
+                     Exception::crossReference},
              OpenRow{"shorter than 256 bytes", "%PDF-1.3 xref trailer<<>>startxref 9",
                      Exception::io, Exception::io},
              OpenRow{"empty", "", Exception::io, Exception::io},
@@ -136,19 +136,19 @@ TEST_F(DocumentTest, SectionsGoodAndBad) {
 }
 
 TEST_F(DocumentTest, TheNewestSectionCounts) {
-    const std::string file = assembled(
-        onePage + "@anobject@5 0 obj<</A 1>>endobj\n@section0@" + section +
-        "5 1\n#anobject# 00000 n \ntrailer<</Root 1 0 R/Old 1>>startxref 0\n"
-        "@updated0@3 0 obj<</Parent 2 0 R/MediaBox[0 0 7 7]>>endobj\n"
-        "@section1@xref\n3 1\n#updated0# 00000 n \n5 1\n0000000000 00001 f \n"
-        "trailer<</Root 1 0 R/Prev #section0#/New 1>>startxref\n#section1#\n%%EOF\n");
+    const std::string file =
+        assembled(onePage + "@anobject@5 0 obj<</A 1>>endobj\n@section0@" + section +
+                  "5 1\n#anobject# 00000 n \ntrailer<</Root 1 0 R/Old 1>>startxref 0\n"
+                  "@updated0@3 0 obj<</Parent 2 0 R/MediaBox[0 0 7 7]>>endobj\n"
+                  "@section1@xref\n3 1\n#updated0# 00000 n \n5 1\n0000000000 00001 f \n"
+                  "trailer<</Root 1 0 R/Prev #section0#/New 1>>startxref\n#section1#\n%%EOF\n");
     for (const Profile profile : {Profile::original, Profile::extended}) {
         selectRules(profile);
         DocumentCache& cache = open(file);
         pageCache(cache, 1);
         EXPECT_EQ(mediaCache(cache), (Box{0, 0, 7, 7}));
         EXPECT_EQ(cache.sections, 2);
-        EXPECT_EQ(typeObject(findEntry(cache.trailer.get(), "Old")), ObjectType::null);
+        EXPECT_EQ(typeObject(findEntry(cache, cache.trailer.get(), "Old")), ObjectType::null);
         EXPECT_EQ(weighXRef(), cache.sectionOffset);
     }
     // An object that the update freed is gone.
@@ -208,8 +208,7 @@ TEST_F(DocumentTest, IndirectObjects) {
             DocumentCache& cache = open(file);
             const Exception code =
                 raisedBy([&] { EXPECT_EQ(integerObject(object_(cache, 5).get()), 7); });
-            EXPECT_EQ(code, profile == Profile::original ? row.original : row.extended)
-                << row.name;
+            EXPECT_EQ(code, profile == Profile::original ? row.original : row.extended) << row.name;
             EXPECT_EQ(countStack(), 0) << row.name;
             EXPECT_EQ(cache.input, cache.fileChain.top()) << row.name;
             // And nothing stays marked as being read.
@@ -217,8 +216,8 @@ TEST_F(DocumentTest, IndirectObjects) {
         }
     }
     DocumentCache& cache = open(PdfBuilder::onePage("").object(5, "7"));
-    const auto offset = static_cast<std::int32_t>(
-        PdfBuilder::onePage("").object(5, "7").bytes().find("5 0 obj"));
+    const auto offset =
+        static_cast<std::int32_t>(PdfBuilder::onePage("").object(5, "7").bytes().find("5 0 obj"));
     EXPECT_EQ(raisedBy([&] { objectCache(cache, 5, 0, offset); }), none);
     EXPECT_EQ(raisedBy([&] { objectCache(cache, 6, 0, offset); }), damaged);
     EXPECT_EQ(raisedBy([&] { objectCache(cache, 5, 1, offset); }), damaged);
@@ -232,7 +231,8 @@ TEST_F(DocumentTest, ReferencesReadWithinReferencesHaveALimit) {
         PdfBuilder file = PdfBuilder::onePage("");
         for (int i = 0; i < length; ++i) {
             // Each stream's Length is in the dictionary of the next.
-            file.object(10 + i, "<</Length " + std::to_string(11 + i) + " 0 R>>stream\nx\nendstream");
+            file.object(10 + i,
+                        "<</Length " + std::to_string(11 + i) + " 0 R>>stream\nx\nendstream");
         }
         return file.object(10 + length, "1").bytes();
     };
@@ -267,8 +267,8 @@ TEST_F(DocumentTest, StreamsAndTheirLengths) {
              StreamRow{"missing", "<<>>stream\ndata\nendstream", nullptr, "data"},
              StreamRow{"of the wrong type", "<</Length/x>>stream\ndata\nendstream", nullptr,
                        "data"},
-             StreamRow{"of an object that is missing",
-                       "<</Length 99 0 R>>stream\ndata\nendstream", nullptr, "data"},
+             StreamRow{"of an object that is missing", "<</Length 99 0 R>>stream\ndata\nendstream",
+                       nullptr, "data"},
              StreamRow{"of the stream itself", "<</Length 5 0 R>>stream\ndata\nendstream", nullptr,
                        "data"},
              StreamRow{"far away", "<</Length 1>>stream\n" + far + "\nendstream", nullptr,

@@ -58,7 +58,9 @@ TEST_F(PageTest, Trees) {
     PdfBuilder shared = tree("[<</Kids 20 0 R>><</Kids 20 0 R>>]");
     for (int i = 20; i < 60; ++i) {
         const std::string next = std::to_string(i + 1) + " 0 R";
-        shared.object(i, "[<</Kids " + next + ">><</Kids " + next + ">>]");
+        std::string twice = "[<</Kids ";
+        twice.append(next).append(">><</Kids ").append(next).append(">>]");
+        shared.object(i, twice);
     }
     shared.object(60, "[11 0 R]");
     for (const TreeRow& row : {
@@ -78,8 +80,7 @@ TEST_F(PageTest, Trees) {
              TreeRow{"what is missing", tree("[99 0 R 11 0 R]"), "11", Exception::underflow},
              TreeRow{"what is no dictionary", tree("[11 0 R(x)7]"), "11", range},
              TreeRow{"Kids that are none", tree("/x"), nullptr, range, range},
-             TreeRow{"a node that holds itself", tree("[11 0 R 2 0 R]"), nullptr, damaged,
-                     damaged},
+             TreeRow{"a node that holds itself", tree("[11 0 R 2 0 R]"), nullptr, damaged, damaged},
              TreeRow{"a loop of two", tree("[20 0 R]").object(20, "<</Kids[2 0 R]>>"), nullptr,
                      damaged, damaged},
              TreeRow{"a node twice", tree("[20 0 R 20 0 R]").object(20, "<</Kids[11 0 R]>>"),
@@ -166,30 +167,50 @@ TEST_F(PageTest, BoxesTurnsAndUnits) {
     constexpr Box hundred{0, 0, 100, 200};
     for (const BoxRow& row : {
              BoxRow{"usual", "/MediaBox[0 0 100 200]", none, none, hundred, hundred},
-             BoxRow{"corners in any order", "/MediaBox[100 200 0 0]/CropBox[90 10 10 90]", none,
-                    none, hundred, {10, 10, 90, 90}},
-             BoxRow{"reals", "/MediaBox[-0.5 .25 100.5 200]", none, none,
-                    {-0.5, 0.25, 100.5, 200}, {-0.5, 0.25, 100.5, 200}},
+             BoxRow{"corners in any order",
+                    "/MediaBox[100 200 0 0]/CropBox[90 10 10 90]",
+                    none,
+                    none,
+                    hundred,
+                    {10, 10, 90, 90}},
+             BoxRow{"reals",
+                    "/MediaBox[-0.5 .25 100.5 200]",
+                    none,
+                    none,
+                    {-0.5, 0.25, 100.5, 200},
+                    {-0.5, 0.25, 100.5, 200}},
              BoxRow{"elements by reference", "/MediaBox[0 0 5 0 R 200]", none, none, hundred,
                     hundred},
-             BoxRow{"a crop beyond the media", "/MediaBox[0 0 100 200]/CropBox[-9 -9 50 999]",
-                    none, none, hundred, {0, 0, 50, 200}},
-             BoxRow{"a crop outside of it", "/MediaBox[0 0 100 200]/CropBox[300 300 400 400]",
-                    none, none, hundred, hundred},
+             BoxRow{"a crop beyond the media",
+                    "/MediaBox[0 0 100 200]/CropBox[-9 -9 50 999]",
+                    none,
+                    none,
+                    hundred,
+                    {0, 0, 50, 200}},
+             BoxRow{"a crop outside of it", "/MediaBox[0 0 100 200]/CropBox[300 300 400 400]", none,
+                    none, hundred, hundred},
              BoxRow{"no media", "", Exception::structure, none, letter, letter},
              BoxRow{"no area", "/MediaBox[0 0 0 0]", none, none, letter, letter},
-             BoxRow{"three numbers", "/MediaBox[0 0 100]", Exception::range, Exception::range,
-                    {}, {}},
-             BoxRow{"no numbers", "/MediaBox[0 0 /a 100]", Exception::range, Exception::range,
-                    {}, {}},
-             BoxRow{"turned", "/MediaBox[0 0 100 200]/Rotate -90/UserUnit 2.5", none, none,
-                    hundred, hundred, 270, 2.5},
+             BoxRow{
+                 "three numbers", "/MediaBox[0 0 100]", Exception::range, Exception::range, {}, {}},
+             BoxRow{
+                 "no numbers", "/MediaBox[0 0 /a 100]", Exception::range, Exception::range, {}, {}},
+             BoxRow{"turned", "/MediaBox[0 0 100 200]/Rotate -90/UserUnit 2.5", none, none, hundred,
+                    hundred, 270, 2.5},
              BoxRow{"turned often", "/MediaBox[0 0 100 200]/Rotate 810/UserUnit 0", none, none,
                     hundred, hundred, 90},
-             BoxRow{"turned askew", "/MediaBox[0 0 100 200]/Rotate 45", Exception::type,
-                    Exception::type, {}, {}},
-             BoxRow{"turned by a name", "/MediaBox[0 0 100 200]/Rotate/x", Exception::range,
-                    Exception::range, {}, {}},
+             BoxRow{"turned askew",
+                    "/MediaBox[0 0 100 200]/Rotate 45",
+                    Exception::type,
+                    Exception::type,
+                    {},
+                    {}},
+             BoxRow{"turned by a name",
+                    "/MediaBox[0 0 100 200]/Rotate/x",
+                    Exception::range,
+                    Exception::range,
+                    {},
+                    {}},
          }) {
         PdfBuilder file = tree("[3 0 R]");
         file.object(3, "<<" + std::string(row.entries) + ">>").object(5, "100");
@@ -228,8 +249,8 @@ TEST_F(PageTest, WhereATurnedPageLies) {
              TurnRow{180, "<60,200 30,200 S>", "<90,200 60,200 S>", {30, 200, 90, 0}},
              TurnRow{270, "<130,70 130,100 S>", "<200,10 200,40 S>", {0, 70, 200, 10}},
          }) {
-        const std::string entries = "/MediaBox[-10 -20 90 200]/CropBox[0 0 60 200]/Rotate " +
-                                    std::to_string(row.degrees);
+        const std::string entries =
+            "/MediaBox[-10 -20 90 200]/CropBox[0 0 60 200]/Rotate " + std::to_string(row.degrees);
         const std::string page = PdfBuilder::onePage("0 0 m 30 0 l S")
                                      .object(3, "<</Parent 2 0 R/Contents 4 0 R" + entries + ">>")
                                      .bytes();
@@ -266,7 +287,8 @@ TEST_F(PageTest, TheDigestTellsPagesApartAndNothingElse) {
     const auto page = [](std::string_view first, std::string_view second,
                          const std::string& entries = "", const std::string& inherited = "") {
         PdfBuilder file = PdfBuilder::onePage("");
-        file.object(2, "<</Kids[3 0 R 9 0 R]/MediaBox[0 0 99 99]/Resources 8 0 R" + inherited + ">>")
+        file.object(2,
+                    "<</Kids[3 0 R 9 0 R]/MediaBox[0 0 99 99]/Resources 8 0 R" + inherited + ">>")
             .object(3, "<</Parent 2 0 R/Contents[4 0 R 5 0 R]" + entries + ">>")
             .object(8, "<</ProcSet[/PDF]>>")
             .object(9, "<</Parent 2 0 R>>");
@@ -297,7 +319,8 @@ TEST_F(PageTest, TheDigestTellsPagesApartAndNothingElse) {
              DigestRow{"a byte that went to the other stream", page("0 0 ", "m9 0 l S"), false},
              DigestRow{"the streams' order", page("9 0 l S", "0 0 m"), false},
              DigestRow{"a page entry", page("0 0 m", "9 0 l S", "/Trans<<>>"), false},
-             DigestRow{"its own media box", page("0 0 m", "9 0 l S", "/MediaBox[0 0 99 99]"), false},
+             DigestRow{"its own media box", page("0 0 m", "9 0 l S", "/MediaBox[0 0 99 99]"),
+                       false},
              DigestRow{"what it inherits", page("0 0 m", "9 0 l S", "", "/Rotate 90"), false},
              DigestRow{"its resources, elsewhere", with(8, "<</ProcSet[/PDF/Text]>>"), false},
          }) {

@@ -124,8 +124,7 @@ protected:
 
     test::TemporaryFolder folder_;
     std::optional<Document> document_ = std::optional<Document>(std::in_place);
-    std::optional<CallbackScope> scope_ =
-        std::optional<CallbackScope>(std::in_place, *document_);
+    std::optional<CallbackScope> scope_ = std::optional<CallbackScope>(std::in_place, *document_);
     std::optional<CallbackTable> table_;
     std::unique_ptr<DocumentCache> cache_;
     bool registries_ = false;
