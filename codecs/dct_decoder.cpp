@@ -51,6 +51,12 @@ bool DctDecoder::kept(Body&& body) {
     }
     resetException();
     raiseWarning(Warning::picture);
+    // A source that failed may do so again.
+    if (guarded([&] { finish(); }) == Exception::codec) {
+        resetException();
+    } else {
+        againException();
+    }
     return false;
 }
 
@@ -61,6 +67,7 @@ bool DctDecoder::readToScan(int marker) {
             return true;
         }
         if (marker == dctMarker::eoi) {
+            behind_ = true;
             return false;
         }
         DCTDsegment(input_, marker, header_);
@@ -127,17 +134,20 @@ void DctDecoder::prepareRows() {
 
 void DctDecoder::readScans(DctScan scan) {
     for (std::size_t count = 1;; ++count) {
-        DctScanReader reader(input_, header_, scan);
+        DctScanReader& reader = reader_.emplace(input_, header_, scan);
         readScan(scan, reader);
         int marker = reader.takeMarker();
         while (marker >= dctMarker::rst0 && marker <= dctMarker::rst7) {
             marker = DCTDsgetmarker(input_);
         }
-        if (marker < 0 || count == scanLimit) {
+        if (marker < 0) {
             DCTDTruncateError();
         }
         if (!readToScan(marker)) {
             break;
+        }
+        if (count == scanLimit) {
+            DCTDTruncateError();
         }
         scan = nextScan();
     }
@@ -264,14 +274,18 @@ void DctDecoder::decodeUnitRow() {
         return;
     }
     strips_->finishUnitRow(unitRows_);
-    if (++unitRows_ == header_.frame->unitsDown && reader_) {
-        finish(reader_->takeMarker());
+    if (++unitRows_ == header_.frame->unitsDown && !coefficients_) {
+        finish();
     }
 }
 
-/// Goes past the end of the image, of which `marker` was read.
-void DctDecoder::finish(int marker) {
-    DCTDskipImage(input_, marker);
+/// Goes past the end of the image. Bits are read ahead, more or fewer as the source hands them
+/// out, so that only a marker is a place where to stop.
+void DctDecoder::finish() {
+    if (!behind_) {
+        behind_ = true;
+        DCTDskipImage(input_, reader_ ? reader_->takeMarker() : 0);
+    }
     input_.settle();
 }
 
@@ -308,12 +322,7 @@ std::span<const std::uint8_t> DctDecoder::nextRow() {
 }
 
 void DctDecoder::skipRest() {
-    const bool behind = coefficients_ || (header_.frame && unitRows_ == header_.frame->unitsDown);
-    if (phase_ == Phase::ended || behind) {
-        input_.settle();
-        return;
-    }
-    finish(reader_ ? reader_->takeMarker() : 0);
+    finish();
     phase_ = Phase::ended;
 }
 

@@ -43,17 +43,18 @@ private:
     void decodeUnitRow();
     void decodeStreamed();
     void renderStored();
-    void finish(int marker);
+    void finish();
     void end();
     template <class Body>
     bool kept(Body&& body);
 
     DctInput input_;
     Phase phase_ = Phase::beforeImage;
+    bool behind_ = false; ///< the end of the image was gone past
     DctHeader header_{};
     std::optional<DctScan> scan_{};
-    std::optional<DctScanReader> reader_{};         ///< rows are decoded as they are asked for
-    std::optional<DctCoefficients> coefficients_{}; ///< all scans are read first
+    std::optional<DctScanReader> reader_{};         ///< of the scan being read
+    std::optional<DctCoefficients> coefficients_{}; ///< where all scans are read first
     std::vector<std::size_t> rowsReached_{};    ///< by component: rows of blocks of its first scan
     std::vector<DctMultipliers> multipliers_{}; ///< by component
     std::optional<DctStrips> strips_{};

@@ -164,6 +164,10 @@ void readApplication(SegmentReader& segment, DctHeader& header) {
     header.application = application;
 }
 
+constexpr bool isRestart(int marker) {
+    return marker >= dctMarker::rst0 && marker <= dctMarker::rst7;
+}
+
 /// The next marker that is no restart marker; -1 at the end of the data.
 int findMarker(DctInput& input) {
     int byte = 0;
@@ -174,8 +178,7 @@ int findMarker(DctInput& input) {
         while (byte == 0xFF) {
             byte = input.get();
         }
-        const bool stray = byte == 0 || (byte >= dctMarker::rst0 && byte <= dctMarker::rst7);
-        if (!stray) {
+        if (byte != 0 && !isRestart(byte)) {
             return byte;
         }
     }
@@ -193,7 +196,7 @@ int DCTDsgetmarker(DctInput& input) {
 
 void DCTDskipImage(DctInput& input, int marker) {
     for (; marker >= 0 && marker != dctMarker::eoi; marker = findMarker(input)) {
-        if (marker == 0 || marker == dctMarker::soi) {
+        if (marker == 0 || marker == dctMarker::soi || isRestart(marker)) {
             continue;
         }
         const int high = input.get();

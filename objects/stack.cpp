@@ -228,10 +228,14 @@ void checkStack(std::string_view signature) {
     const auto& types = rules().blocksAreText ? lenientSignatureTypes : strictSignatureTypes;
     const Object* operand = operandStack.objects + operandStack.count - signature.size();
     for (const char letter : signature) {
-        if ((types[static_cast<unsigned char>(letter)] & bitOf(*operand++)) == 0) {
-            raiseException(Exception::range);
+        if ((types[static_cast<unsigned char>(letter)] & bitOf(*operand)) == 0) {
+            // What lies at or below a barrier belongs to somebody else: it is no operand.
+            const bool isBarrier = operand->type == ObjectType::mark &&
+                                   operand->data == static_cast<std::uint32_t>(Mark::barrier);
+            raiseException(isBarrier ? Exception::underflow : Exception::range);
             return;
         }
+        ++operand;
     }
 }
 

@@ -3,6 +3,8 @@
 #include "reader/state.h"
 #include "runtime/callbacks.h"
 #include "runtime/fixed.h"
+#include "runtime/rules.h"
+#include "runtime/warning.h"
 
 #include <array>
 
@@ -30,6 +32,11 @@ OperatorResult saveOperator(DocumentCache&) {
 }
 
 OperatorResult restoreOperator(DocumentCache&) {
+    if (depthState() == 0 && rules().lazyGroups) {
+        // Pages with more `Q` than `q` are many; they cost a warning, not an exception each.
+        raiseWarning(Warning::operatorFailed);
+        return 0;
+    }
     restoreState();
     return 0;
 }

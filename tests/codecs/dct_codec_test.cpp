@@ -249,6 +249,50 @@ TEST_F(DctCodec, ImagesCutShort) {
     }
 }
 
+/// Damage anywhere in the bits, behind the first rows: the same rows and the same place behind the
+/// end, however the source hands out the data. Restart markers on the way there are no segments.
+TEST_F(DctCodec, DamagedImagesAreLeftAtTheirEnd) {
+    selectRules(Profile::extended);
+    const Picture picture = test::photograph(64, 96, 3);
+    DctSettings settings;
+    settings.restartInterval = 5;
+    const auto sequential = coded(picture, settings);
+    const std::string seed = test::fileBytes(test::sourceFolder() / "fuzz" / "seeds" /
+                                             "dct_decode" / "peacock.progressive.jpeg");
+    const auto bytes = std::as_bytes(std::span(seed));
+    const std::vector<std::byte> progressive(bytes.begin(), bytes.end());
+    for (const auto& data : {sequential, progressive}) {
+        std::size_t damaged = 0;
+        auto file = data;
+        file.insert(file.end(), {std::byte{'E'}, std::byte{0xFF}, std::byte{0xD9}});
+        for (std::size_t place = find(data, 0xDA) + 300; place + 40 < data.size(); place += 7) {
+            const auto sound = std::span(file).subspan(place - 1, 8);
+            if (std::ranges::find(sound, std::byte{0xFF}) != sound.end()) {
+                continue;
+            }
+            auto changed = file;
+            std::fill_n(changed.begin() + static_cast<std::ptrdiff_t>(place), 7, std::byte{0xFE});
+            MemorySource whole(changed);
+            Picture rows;
+            if (raisedBy([&] { rows = decodePicture(whole); }) != Exception::none) {
+                continue;
+            }
+            const Warning warning = resetWarning();
+            damaged += warning == Warning::picture ? 1 : 0;
+            if (data == sequential) { // tables between scans may hide the end when damaged
+                EXPECT_EQ(whole.taken(), data.size()) << place;
+            }
+            for (const std::size_t longest : {std::size_t{1}, std::size_t{13}}) {
+                MemorySource pieces(changed, longest);
+                EXPECT_EQ(decodePicture(pieces).samples, rows.samples) << place;
+                EXPECT_EQ(resetWarning(), warning);
+                EXPECT_EQ(pieces.taken(), whole.taken()) << place;
+            }
+        }
+        EXPECT_GT(damaged, 10U);
+    }
+}
+
 TEST_F(DctCodec, HeadersThatAreRefused) {
     const auto data = coded(test::photograph(16, 16, 1));
     const std::size_t frame = find(data, 0xC0);

@@ -39,7 +39,8 @@ protected:
                       const std::string& other = "null") {
         PdfBuilder file = PdfBuilder::onePage("");
         file.stream(4, content, entries).object(5, other);
-        return draw(file.bytes()) + artText(document(), importedArt());
+        const std::string warned = draw(file.bytes());
+        return warned + artText(document(), importedArt());
     }
 
     /// The code that linking the filters of a stream with these entries raises.

@@ -198,7 +198,7 @@ TEST_F(DocumentTest, IndirectObjects) {
              ObjectRow{"two values", "7 8", damaged, damaged},
              ObjectRow{"an unknown word", "7 frob", damaged, none},
              ObjectRow{"no value", "", Exception::underflow, Exception::range},
-             ObjectRow{"an array left open", "[7", Exception::range, Exception::range},
+             ObjectRow{"an array left open", "[7", Exception::range, damaged},
              ObjectRow{"a closing bracket", "7 ]", Exception::mark, Exception::mark},
          }) {
         PdfBuilder file = PdfBuilder::onePage("");
