@@ -71,9 +71,14 @@ void DctScanReader::refineAc(const DctDecodeTable& table, DctBlock& block) {
                 refine(there);
             } else if (run-- == 0) {
                 there = static_cast<std::int16_t>(value);
+                value = 0;
                 ++k;
                 break;
             }
+        }
+        // A new coefficient that found no place.
+        if (value != 0) {
+            DCTDBadHuff();
         }
     }
     if (endOfBlockRun_ > 0) {

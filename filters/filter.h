@@ -2,18 +2,16 @@
 //
 // A filter is a record that begins with its entry procedure and the filter below it, nearer the
 // file. The contract, written once:
+//
 // - A `setup` procedure makes a filter and opens nothing; the caller owns it.
-// - `linkFilter` puts it on top of a chain, which owns it from then on, and calls operation `link`.
-// - `unlinkFilter` calls operation `unlink`, which finishes (flushes, writes end marks, closes) and
-// may
-//   raise, and then destroys the filter; the filter below stays and is the new top.
+// - `linkFilter` puts it on top of a chain, which owns it from then on, and calls `link`.
+// - `unlinkFilter` calls `unlink`, which finishes (flushes, writes end marks, closes) and may
+// raise,
+//   and then destroys the filter; the filter below stays and is the new top.
 // - Destroying a filter that was not unlinked only abandons it: what it holds is dropped, nothing
-// is
-//   written, nothing raises. `Chain` does so for what is left when an exception passes.
-// - Fewer bytes than asked for mean the end of the data; reading on yields nothing. What a filter
-// did
-//   not ask for stays below: after its data it leaves the filter below just after the last byte
-//   that its data needed.
+//   is written, nothing raises. `Chain` does so for what is left when an exception passes.
+// - Fewer bytes than asked for mean the end of the data; reading on yields nothing. After its data
+//   a filter leaves the one below just behind the last byte that the data needed.
 // - Operations that a filter does not transform go to the filter below; it ignores codes from 6 up
 //   that are not its own.
 #pragma once

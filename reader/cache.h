@@ -32,6 +32,15 @@ struct PageEntry {
     ObjectOwner direct;
 };
 
+/// What was spent on a file so far, held against the budgets (runtime/budget.h).
+struct ReadingWork {
+    std::int32_t depth = 0;         ///< objects being read for one another
+    std::int64_t places = 0;        ///< of the file that were read
+    std::int64_t readBytes = 0;     ///< of objects, those read again counted again
+    std::int64_t comparedKeys = 0;  ///< of dictionaries looked into
+    std::int64_t searchedBytes = 0; ///< looked through for ends of streams
+};
+
 struct DocumentCache {
     std::int16_t volume = 0;
     std::string fileName;
@@ -41,16 +50,12 @@ struct DocumentCache {
     Filter* input = nullptr;  ///< what the operators read: the token filter in use, or the buffer
     Filter* output = nullptr; ///< what the primitives write to, while something is written
     std::int32_t fileLength = 0; ///< bytes
-    std::int32_t headerOffset =
-        0;               ///< bytes before the header; every offset in the file counts from it
+    /// Bytes before the header; every offset in the file counts from it.
+    std::int32_t headerOffset = 0;
     std::string version; ///< of the header: "1.4"
 
     ReferenceTableOwner references;
-    std::int32_t readDepth = 0;     ///< objects being read for one another
-    std::int64_t scopes = 0;        ///< places of the file that were read
-    std::int64_t readBytes = 0;     ///< of objects, those read again counted again
-    std::int64_t comparedKeys = 0;  ///< of dictionaries looked into
-    std::int64_t searchedBytes = 0; ///< looked through for ends of streams
+    ReadingWork work;
     std::vector<bool> freed;        ///< by number: objects that a newer section freed
     std::int32_t sections = 0;      ///< of the cross-reference
     bool repaired = false;          ///< objects were found by searching, not by the cross-reference

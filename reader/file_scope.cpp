@@ -9,7 +9,7 @@ namespace corvane {
 namespace {
 
 /// Places read between two questions whether the person wants to stop.
-constexpr std::int64_t scopesPerCheck = 64;
+constexpr std::int64_t placesPerCheck = 64;
 
 } // namespace
 
@@ -19,10 +19,10 @@ FileScope::FileScope(DocumentCache& cache, std::int32_t offset)
     if (offset < 0 || offset >= cache.fileLength - cache.headerOffset) {
         failException(Exception::structure);
     }
-    if (cache.readBytes > 4 * std::int64_t{cache.fileLength} + budget::rereadBytes) {
+    if (cache.work.readBytes > 4 * std::int64_t{cache.fileLength} + budget::rereadBytes) {
         failException(Exception::limit);
     }
-    if (++cache.scopes % scopesPerCheck == 0 && callHost(slot::checkUserAbort)) {
+    if (++cache.work.places % placesPerCheck == 0 && callHost(slot::checkUserAbort)) {
         failException(Exception::cancelled);
     }
     start_ = offset + cache.headerOffset;
@@ -44,7 +44,7 @@ FileScope::~FileScope() {
 
 void FileScope::leave() {
     left_ = true;
-    cache_.readBytes += tokens_->mark() - start_;
+    cache_.work.readBytes += tokens_->mark() - start_;
     cache_.input = formerInput_;
     chain_.abandon();
     seekFilter(*cache_.fileChain.top(), formerPosition_);

@@ -32,14 +32,14 @@ Object knownNull() {
 class ReadingMark {
 public:
     ReadingMark(DocumentCache& cache, Ref<ReferenceNode> node) : cache_(cache), node_(node) {
-        if (cache.readDepth == budget::referenceDepth) {
+        if (cache.work.depth == budget::referenceDepth) {
             failException(Exception::structure);
         }
-        ++cache.readDepth;
+        ++cache.work.depth;
         shallowObject(node->value, ObjectType::mark, beingRead);
     }
     ~ReadingMark() {
-        --cache_.readDepth;
+        --cache_.work.depth;
         if (node_->value.type == ObjectType::mark && node_->value.data == beingRead) {
             node_->value = nullObject();
         }
@@ -128,8 +128,8 @@ Object findEntry(DocumentCache& cache, const Object& dictionary, std::string_vie
         failException(Exception::range);
     }
     const std::span<Object> elements = elementsObject(pairs);
-    cache.comparedKeys += static_cast<std::int64_t>(elements.size() / 2);
-    if (cache.comparedKeys > budget::comparedKeys) {
+    cache.work.comparedKeys += static_cast<std::int64_t>(elements.size() / 2);
+    if (cache.work.comparedKeys > budget::comparedKeys) {
         failException(Exception::limit);
     }
     for (std::size_t i = 0; i + 1 < elements.size(); i += 2) {

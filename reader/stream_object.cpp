@@ -38,12 +38,12 @@ std::int32_t searchEnd(DocumentCache& cache, std::int32_t start) {
     constexpr auto overlap = static_cast<std::int32_t>(endMark.size()) - 1;
     for (std::int32_t at = start; at < cache.fileLength;) {
         // A file made to be searched again and again is not worth the time.
-        if (cache.searchedBytes > 16 * std::int64_t{cache.fileLength}) {
+        if (cache.work.searchedBytes > 16 * std::int64_t{cache.fileLength}) {
             failException(Exception::range);
         }
         const std::string_view bytes = readAt(file, at, buffer);
         const std::size_t found = std::min(bytes.find(endMark), bytes.find("endobj"));
-        cache.searchedBytes += static_cast<std::int64_t>(std::min(found, bytes.size()));
+        cache.work.searchedBytes += static_cast<std::int64_t>(std::min(found, bytes.size()));
         if (found != std::string_view::npos) {
             std::int32_t end = at + static_cast<std::int32_t>(found);
             std::array<char, 2> before{};

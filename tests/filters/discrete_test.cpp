@@ -96,7 +96,9 @@ TEST_F(Discrete, RefusesTheOtherDirectionAndSizesThatAreNone) {
     Chain chain(&keeper);
     for (const auto& [width, height, components] :
          {std::array{0, 8, 1}, {8, 0, 1}, {8, 8, 5}, {-8, 8, 3}, {8, 8, 0}}) {
-        EXPECT_EQ(raisedBy([&] { chain.link(setupDiscrete(width, height, components)); }),
+        EXPECT_EQ(raisedBy([&, width = width, height = height, components = components] {
+                      chain.link(setupDiscrete(width, height, components));
+                  }),
                   Exception::codec);
     }
     std::byte byte{};

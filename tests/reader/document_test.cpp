@@ -241,7 +241,7 @@ TEST_F(DocumentTest, ReferencesReadWithinReferencesHaveALimit) {
         DocumentCache& cache = open(chain(length));
         EXPECT_EQ(raisedBy([&] { object_(cache, 10); }),
                   length == 1 ? Exception::none : Exception::structure);
-        EXPECT_EQ(cache.readDepth, 0);
+        EXPECT_EQ(cache.work.depth, 0);
     }
 }
 
@@ -304,7 +304,7 @@ TEST_F(DocumentTest, SearchingForEndsHasALimit) {
         raisedBy([&] { object_(cache, i); });
     }
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
-    EXPECT_LT(cache.searchedBytes, 17 * std::int64_t{cache.fileLength});
+    EXPECT_LT(cache.work.searchedBytes, 17 * std::int64_t{cache.fileLength});
 }
 
 } // namespace
