@@ -194,7 +194,7 @@ TEST_F(StackFailureTest, OfEveryDepthOfTheOperandStack) {
         const Exception code = raisedBy([&] { pageCache(cache, 1); });
         ASSERT_EQ(countStack(), filled) << room;
         ASSERT_EQ(cache.input, cache.fileChain.top()) << room;
-        ASSERT_EQ(cache.readDepth, 0) << room;
+        ASSERT_EQ(cache.work.depth, 0) << room;
         clearStack();
         if (code == Exception::none) {
             EXPECT_GT(room, 5);

@@ -7,6 +7,7 @@
 #include "tests/support/fax_run.h"
 #include "tests/support/memory_filter.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace corvane {
@@ -58,10 +59,10 @@ TEST_F(FaxFilterTest, AnyPiecesGoThroughAndTheFilterBelowStandsBehindTheData) {
         FaxParameters parameters{.k = k, .columns = 1721 + 65536, .blackIs1 = 1};
         const Data data = encoded(parameters, image.pixels, 216 * 3 + 1);
         EXPECT_EQ(data, encoded(parameters, image.pixels, 1));
-        Data file(100, std::byte{0xEE});
-        file.insert(file.end(), data.begin(), data.end());
-        const auto behind = static_cast<std::int32_t>(file.size());
-        file.insert(file.end(), 3000, std::byte{0xC3});
+        const std::size_t end = 100 + data.size();
+        const auto behind = static_cast<std::int32_t>(end);
+        Data file(end + 3000, std::byte{0xC3});
+        std::copy(data.begin(), data.end(), file.begin() + 100);
         for (const std::int32_t buffer : {0, 1, 43, 8192}) {
             for (const std::size_t piece : {std::size_t{1}, std::size_t{41}, std::size_t{100000}}) {
                 Chain base;
