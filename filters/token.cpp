@@ -11,7 +11,7 @@ namespace corvane {
 namespace {
 
 /// Bytes of every block but the first: a page's content is long.
-constexpr std::size_t laterBlock = 16384;
+constexpr std::size_t laterBlock = 65536;
 
 /// Ends every run behind the bytes held: a delimiter that is no part of a number or a word.
 constexpr char sentinel = '(';
