@@ -141,7 +141,10 @@ private:
     static std::uint32_t keyOf(std::uint32_t prefix, std::byte last) {
         return prefix << 8 | std::to_integer<std::uint32_t>(last);
     }
-    static std::size_t slotOf(std::uint32_t key) { return (key * 0x9E37'79B1U) >> 19; }
+    static std::size_t slotOf(std::uint32_t key) {
+        const std::uint32_t mixed = key * 0x9E37'79B1U;
+        return mixed >> 19;
+    }
 
     /// Twice as many as there are codes, so that searches are short: key and code, 0 for none (no
     /// string has code 0).
