@@ -56,17 +56,31 @@ enum class Placement : std::int16_t {
     inside = 3,  ///< inside the reference, in front of all its children
 };
 
-enum class ColourKind : std::int32_t { gray = 0, process = 1 };
+/// A gradient, pattern or custom colour that the host's document holds.
+enum class PaintSource : std::uint32_t { null = 0 };
+/// A text that a person put to a path, by `getNote`.
+enum class Note : std::uint32_t { null = 0 };
+
+enum class ColourKind : std::int32_t {
+    gray = 0,
+    process = 1,
+    pattern = 2,
+    custom = 3,
+    gradient = 4
+};
 
 /// How the amounts of a process colour came about; decides which of RGB and CMYK is the truth.
 enum class ColourOrigin : std::int32_t { given = 0, fromRgb = 1 };
 
-/// Gray: component 0 is the amount of black. Process: cyan, magenta, yellow, black. 1.0 is full
-/// ink. Amounts outside 0 to 1.0 are kept; who draws limits them.
+/// Gray: component 0 is the amount of black. Process: cyan, magenta, yellow, black. Custom:
+/// component 0 is the tint, by how much the colour of the source is weakened. 1.0 is full ink.
+/// Amounts outside 0 to 1.0 are kept; who draws limits them. Patterns, custom colours and gradients
+/// have their `source`.
 struct Colour {
     ColourKind kind = ColourKind::gray;
     Fixed component[4] = {fixedOne, 0, 0, 0};
     ColourOrigin origin = ColourOrigin::given;
+    PaintSource source = PaintSource::null;
     friend constexpr bool operator==(const Colour&, const Colour&) = default;
 };
 
@@ -87,6 +101,7 @@ struct PathStyle {
     Fixed miterLimit = 10 * fixedOne;
     std::uint8_t clip = 0;             ///< 1: the path clips its group
     Fixed resolution = 800 * fixedOne; ///< dots per inch that curves are flattened for
+    Note note = Note::null;
     FillRule rule = FillRule::nonzero; ///< of filling and of clipping
     friend constexpr bool operator==(const PathStyle&, const PathStyle&) = default;
 };
@@ -114,6 +129,29 @@ struct ArtboardSize {
     Fixed width = 0;
     Fixed height = 0;
 };
+
+/// What a custom colour is printed with where its own ink is missing.
+struct CustomColour {
+    std::uint8_t name[64] = {}; ///< length-prefixed
+    Fixed process[4] = {};      ///< cyan, magenta, yellow, black
+};
+
+/// With these the host draws a gradient for the plug-in: fills of one colour each, later ones over
+/// earlier ones. Coordinates are those of the art. They may not throw or unwind.
+struct DrawingProcedures {
+    void (*setGray)(Fixed level) = nullptr; ///< 0 black to 1.0 white
+    void (*setCMYK)(Fixed cyan, Fixed magenta, Fixed yellow, Fixed black) = nullptr;
+    void (*beginFill)() = nullptr;
+    void (*endFill)() = nullptr;
+    void (*moveTo)(const Point*) = nullptr;
+    void (*lineTo)(const Point*) = nullptr;
+    void (*curveTo)(const Point*, const Point*, const Point*) = nullptr;
+    /// Levels of light, 1.0 full. Null in the original profile: say it by `setCMYK`.
+    void (*setRGB)(Fixed red, Fixed green, Fixed blue) = nullptr;
+};
+
+/// Takes the art of one tile of a pattern, where it lies.
+using TileProcedure = void (*)(Art tile);
 
 /// The document record of slot 12. `origin` is the page's lower left corner on the artboard.
 struct DocumentInfo {

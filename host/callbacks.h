@@ -26,7 +26,7 @@ struct Slot {
     int number;
 };
 
-inline constexpr int slotCount = 326;
+inline constexpr int slotCount = 327;
 
 namespace slot {
 
@@ -65,6 +65,16 @@ inline constexpr Slot<HostError(Art, std::int32_t first, std::int32_t count, con
 inline constexpr Slot<HostError(Art, PathStyle*)> getPathStyle{48};
 inline constexpr Slot<HostError(Art, const PathStyle*)> setPathStyle{49};
 inline constexpr Slot<HostError(PathStyle*)> getDefaultStyle{50};
+
+// Paint that the host draws
+inline constexpr Slot<HostError(PaintSource custom, CustomColour*)> getColorInfo{54};
+/// Fills the bounds of the path, and all else that it likes, with the gradient of the path's fill.
+inline constexpr Slot<HostError(Art path, const DrawingProcedures*)> drawGradient{324};
+/// Hands out tile after tile of the pattern of the path's fill, until the path is covered. The art
+/// of a tile lives until the procedure returns.
+inline constexpr Slot<HostError(Art path, TileProcedure)> tilePattern{325};
+/// Fills 256 bytes with the text, length-prefixed.
+inline constexpr Slot<HostError(Note, std::uint8_t* text)> getNote{326};
 
 // Matrices and arithmetic
 inline constexpr Slot<Fixed(Fixed, Fixed)> fixedMultiply{135};

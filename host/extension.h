@@ -57,8 +57,28 @@ struct PageIdentity {
 /// Kinds of content that a page shows and the artwork does not hold.
 enum class Omission : std::int32_t { text = 0, image = 1, form = 2, shading = 3, other = 4 };
 
+/// What a save appended or, in a trial, would append.
+struct SavedFacts {
+    PageFacts page;
+    std::int64_t formerLength = 0;  ///< bytes of the file before
+    std::int64_t length = 0;        ///< bytes of the file after
+    std::int32_t objects = 0;       ///< written
+    std::int64_t contentLength = 0; ///< bytes of the page's content
+};
+
+/// One update of a file, by selector `log`, from the oldest, which is the file as it was made.
+struct UpdateFacts {
+    std::int32_t number = 0;             ///< 0: the file as it was made
+    std::int64_t offset = 0;             ///< of its first byte
+    std::int64_t size = 0;               ///< bytes
+    std::int32_t objects = 0;            ///< in use, by its section of the cross-reference
+    std::span<const std::int32_t> pages; ///< numbers of the pages whose objects it holds, ascending
+    std::string_view date; ///< as PDF writes dates, "D:20261121090000Z"; empty where not known
+    bool ours = false;     ///< was appended by this plug-in
+};
+
 struct HostExtension {
-    static constexpr std::uint32_t currentVersion = 1;
+    static constexpr std::uint32_t currentVersion = 2;
 
     std::uint32_t version = currentVersion;
     Profile profile = Profile::extended;
@@ -72,6 +92,16 @@ struct HostExtension {
     void (*pageIdentity)(void* context, const PageIdentity&) = nullptr;
     /// Told once for each kind, at the end of reading, with how often it was met.
     void (*omitted)(void* context, Omission, std::int32_t count) = nullptr;
+
+    /// Digest of the page that the artwork to be saved came from; null: it came from none. A page
+    /// of another digest is refused, unless `overwrites`.
+    const std::uint64_t* artworkDigest = nullptr;
+    bool overwrites = false;
+    /// Told when an update was appended, or would be.
+    void (*saved)(void* context, const SavedFacts&) = nullptr;
+    /// Told for each layer that is not drawn on the page, with its title.
+    void (*layerLeftOut)(void* context, std::string_view title) = nullptr;
+    void (*update)(void* context, const UpdateFacts&) = nullptr;
 };
 
 /// Registers (null: removes) the record of the host of this process; not an owner.

@@ -19,6 +19,9 @@ enum class Selector : std::int16_t {
     check = 7,
     info = 16,
     diagnose = 17,
+    log = 18,    ///< tell the updates of a file
+    revert = 19, ///< take the newest update off again
+    trial = 20,  ///< as `go` with action `write`, but nothing is written
 };
 
 enum class Action : std::int32_t { read = 1, write = 2 };

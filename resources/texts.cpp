@@ -7,7 +7,7 @@ namespace corvane {
 
 namespace {
 
-constexpr std::array<std::string_view, 20> exceptions = {
+constexpr std::array<std::string_view, 25> exceptions = {
     /* 1 */ "the page asks for more work than this program allows; simplify it with another "
             "program",
     /* 2 */ "cancelled",
@@ -35,6 +35,15 @@ constexpr std::array<std::string_view, 20> exceptions = {
     /* 19 */
     "the file could not be opened; check its permissions and that nobody else is saving it",
     /* 20 */ "the file to save into exists and is no PDF; choose another file",
+    /* 21 */
+    "the page was changed since the artwork was opened, and saving would undo that; open the page "
+    "again",
+    /* 22 */
+    "the file is damaged and could only be repaired for reading; repair it with another PDF "
+    "program, then open and save that",
+    /* 23 */ "the file would grow past 2,147,483,647 bytes; save into a smaller file",
+    /* 24 */ "another program changed the file while it was being saved; try again",
+    /* 25 */ "the newest update was not made by this program; nothing was taken off",
 };
 
 constexpr std::array<std::string_view, 20> readWarnings = {
@@ -60,10 +69,11 @@ constexpr std::array<std::string_view, 20> readWarnings = {
     /* 20 */ "the file's table of contents is damaged; its objects were found by searching",
 };
 
-constexpr std::array<std::string_view, 3> writeWarnings = {
+constexpr std::array<std::string_view, 4> writeWarnings = {
     /* 1001 */ "an object of a kind that a PDF cannot hold was left out",
     /* 1002 */ "the page was given a size between the smallest and the largest allowed",
     /* 1003 */ "the crop area was fitted to the page",
+    /* 1004 */ "layers that are hidden or not to be printed were not drawn on the page",
 };
 
 } // namespace

@@ -34,6 +34,12 @@ enum class Exception : std::int32_t {
     io = 18,            ///< file or resource input or output failed
     access = 19,        ///< file could not be opened
     notPdf = 20,        ///< saving into a file that is not PDF
+    // Of the extended profile:
+    pageChanged = 21,   ///< the page is not what the artwork was opened from
+    repairedFile = 22,  ///< a file that was only repaired for reading cannot be saved into
+    fileTooLong = 23,   ///< the file would pass 2^31 - 1 bytes
+    fileChanged = 24,   ///< another program changed the file while it was being saved
+    foreignUpdate = 25, ///< the newest update is not ours to take off
 };
 
 /// Whether a code says that what was being read is damaged or asks for what is not there, so that

@@ -33,6 +33,7 @@ enum class Warning : std::int16_t {
     unknownArt = 1001,              ///< art of a kind that cannot be written was skipped
     pageSize = 1002,                ///< the page size was put into its limits
     cropArea = 1003,                ///< the crop area was fitted to the page
+    layerLeftOut = 1004,            ///< a layer that is hidden or does not print is not drawn
 };
 
 /// Codes that are kept. One more is stored too, and raises `limit`.

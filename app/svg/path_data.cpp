@@ -1,6 +1,6 @@
 #include "app/svg/path_data.h"
 
-#include "app/svg/number.h"
+#include "host/number.h"
 #include "app/svg/subpaths.h"
 
 namespace corvane {

@@ -1,7 +1,7 @@
 #include "app/svg/root.h"
 
 #include "app/svg/markup.h"
-#include "app/svg/number.h"
+#include "host/number.h"
 
 #include <algorithm>
 #include <cmath>

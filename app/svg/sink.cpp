@@ -1,6 +1,6 @@
 #include "app/svg/sink.h"
 
-#include "app/svg/number.h"
+#include "host/number.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -180,6 +180,9 @@ std::uint32_t perform(ParameterBlock& block, const HostExtension& extension) {
         tellPages(extension, pages);
         return 0;
     case Selector::about:
+    case Selector::log:
+    case Selector::revert:
+    case Selector::trial:
     case Selector::check:
         break;
     }

@@ -1,4 +1,4 @@
-#include "app/svg/number.h"
+#include "host/number.h"
 
 #include "host/artwork.h"
 

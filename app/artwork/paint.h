@@ -1,0 +1,73 @@
+// Paint that is more than one colour: gradients, patterns, and colours with an ink of their own.
+//
+// Geometry is in double, since it is multiplied by matrices before it is drawn. A matrix leads from
+// the paint's own space to the coordinates of the art: points, y up.
+#pragma once
+
+#include "host/artwork.h"
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace corvane {
+
+/// Maps (x, y) to (a x + c y + tx, b x + d y + ty).
+struct Affine {
+    double a = 1;
+    double b = 0;
+    double c = 0;
+    double d = 1;
+    double tx = 0;
+    double ty = 0;
+    friend constexpr bool operator==(const Affine&, const Affine&) = default;
+};
+
+/// What a gradient is beyond its first and last stop.
+enum class GradientSpread : std::uint8_t { pad = 0, reflect = 1, repeat = 2 };
+
+struct GradientStop {
+    double offset = 0; ///< 0 to 1, none less than the one before
+    Colour colour;     ///< gray or process
+    friend bool operator==(const GradientStop&, const GradientStop&) = default;
+};
+
+/// Linear: from (x1, y1) to (x2, y2). Radial: from the circle of radius `r1` about (x1, y1) to that
+/// of `r2` about (x2, y2).
+struct Gradient {
+    bool radial = false;
+    double x1 = 0;
+    double y1 = 0;
+    double r1 = 0;
+    double x2 = 0;
+    double y2 = 0;
+    double r2 = 0;
+    Affine matrix;
+    GradientSpread spread = GradientSpread::pad;
+    std::vector<GradientStop> stops; ///< at least one
+    friend bool operator==(const Gradient&, const Gradient&) = default;
+};
+
+/// The tile's art lies in pattern space, once; what leaves the cell is cut off. Cell (i, j) lies at
+/// i times `stepX`, j times `stepY` from it.
+struct Pattern {
+    Art tile = Art::null; ///< a group that is in no layer
+    double left = 0;      ///< the cell
+    double bottom = 0;
+    double right = 0;
+    double top = 0;
+    double stepX = 0; ///< more than 0
+    double stepY = 0;
+    Affine matrix;
+    friend bool operator==(const Pattern&, const Pattern&) = default;
+};
+
+/// A colour that is printed with its own ink, or with these amounts of process inks.
+struct SpotColour {
+    std::string name; ///< UTF-8
+    std::array<Fixed, 4> process{};
+    friend bool operator==(const SpotColour&, const SpotColour&) = default;
+};
+
+} // namespace corvane
