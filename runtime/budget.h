@@ -42,6 +42,10 @@ inline constexpr std::int64_t operatorFaults = 500'000;
 /// of SVG give up at 256.
 inline constexpr std::int32_t groupNesting = 192;
 
+/// Patterns whose tiles hold patterns whose tiles ... each one multiplies the work of all around
+/// it.
+inline constexpr std::int32_t patternNesting = 8;
+
 /// Tokens of one page's content: a page of ten million segments holds 50 million. A small file can
 /// name its streams again and again, or unpack to a thousand times its size; this is a few seconds'
 /// work.

@@ -57,6 +57,10 @@ struct Rules {
     /// Hexadecimal strings (blocks) are taken wherever a string is.
     bool blocksAreText;
 
+    /// A written number is the shortest decimal that reads back as the same number; four digits,
+    /// cut off, move artwork a little with every save.
+    bool shortestNumbers;
+
     /// The cross-reference list ascends by number whatever the generations, as readers expect.
     bool xrefByNumber;
 
@@ -73,7 +77,29 @@ struct Rules {
     /// that is left goes.
     bool continuesClosedPaths;
 
-    /// The page is moved so that the turned media box's lower left is 0,0.
+    /// A plain group is written between q and Q, so that reading makes the group again.
+    bool writesGroups;
+
+    /// A closed subpath ends with h. Without it the corner at the start is drawn as two line ends,
+    /// and reading cannot tell closed subpaths of a compound path from open ones.
+    bool closesSubpaths;
+
+    /// The first child of a clipped group clips it, unpainted, and no other path clips: a mark in a
+    /// style would hide the rest of the page.
+    bool clipsByGroup;
+
+    /// A colour that was given as RGB is written as such.
+    bool writesRgb;
+
+    /// Nothing is written for a group, path or note that is empty, nor a second time for a path
+    /// whose fill the host drew and that has no stroke.
+    bool emptyLeftOut;
+
+    /// Layers that are hidden or do not print are not drawn on the page, with a warning.
+    bool hiddenLayersLeftOut;
+
+    /// The page is moved so that the turned media box's lower left is 0,0; what is saved is moved
+    /// back.
     bool pageAtOrigin;
 
     /// What the digits that a last base-85 group lacks count as. Encoders of today leave room for
@@ -112,11 +138,18 @@ inline constexpr Rules originalRules{
     .assumesMediaBox = false,
     .escapedNames = false,
     .blocksAreText = false,
+    .shortestNumbers = false,
     .xrefByNumber = false,
     .lazyGroups = false,
     .evenOddCarried = false,
     .clipsUnpainted = false,
     .continuesClosedPaths = false,
+    .writesGroups = false,
+    .closesSubpaths = false,
+    .clipsByGroup = false,
+    .writesRgb = false,
+    .emptyLeftOut = false,
+    .hiddenLayersLeftOut = false,
     .pageAtOrigin = false,
     .missingDigit85 = 0,
     .resourceForks = true,
@@ -141,11 +174,18 @@ inline constexpr Rules extendedRules{
     .assumesMediaBox = true,
     .escapedNames = true,
     .blocksAreText = true,
+    .shortestNumbers = true,
     .xrefByNumber = true,
     .lazyGroups = true,
     .evenOddCarried = true,
     .clipsUnpainted = true,
     .continuesClosedPaths = true,
+    .writesGroups = true,
+    .closesSubpaths = true,
+    .clipsByGroup = true,
+    .writesRgb = true,
+    .emptyLeftOut = true,
+    .hiddenLayersLeftOut = true,
     .pageAtOrigin = true,
     .missingDigit85 = 84,
     .resourceForks = false,

@@ -54,13 +54,6 @@ Colour plainColour(ScreenColour screen) {
     return processColour({levelOf(screen.red), levelOf(screen.green), levelOf(screen.blue)});
 }
 
-LightLevels lightLevels(const Colour& process) {
-    const auto level = [&](int ink) {
-        return one - std::min(one, std::int64_t{process.component[ink]} + process.component[3]);
-    };
-    return {level(0), level(1), level(2)};
-}
-
 Colour processColour(LightLevels levels) {
     const std::int64_t ink[3] = {one - levels.red, one - levels.green, one - levels.blue};
     const std::int64_t gray = std::min({one, ink[0], ink[1], ink[2]});

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/artwork.h"
+#include "host/light.h"
 
 #include <cstdint>
 
@@ -15,13 +16,6 @@ struct ScreenColour {
     friend constexpr bool operator==(const ScreenColour&, const ScreenColour&) = default;
 };
 
-/// Levels of light in 16.16, 0 none and 1.0 full; may lie outside where amounts of ink do.
-struct LightLevels {
-    std::int64_t red = 0;
-    std::int64_t green = 0;
-    std::int64_t blue = 0;
-};
-
 /// What a screen shows for a colour: grays and colours that came from RGB by their levels, amounts
 /// of ink by the conversion of the PDF Reference. Amounts outside 0 to 1.0 are limited.
 ScreenColour screenColour(const Colour&);
@@ -29,10 +23,6 @@ ScreenColour screenColour(const Colour&);
 /// The colour that a plain "#rrggbb" of an editor means: gray where all three are equal, otherwise
 /// a process colour with origin RGB.
 Colour plainColour(ScreenColour);
-
-/// The RGB that a process colour with origin RGB was made from. Exact, but where a level was
-/// outside 0 to 1.0.
-LightLevels lightLevels(const Colour& process);
 
 /// A process colour from levels of light: 75 per cent of the gray part goes to black.
 Colour processColour(LightLevels);
