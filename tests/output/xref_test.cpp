@@ -2,6 +2,7 @@
 
 #include "output/primitives.h"
 #include "tests/runtime/zone_fixture.h"
+#include "tests/support/keeper_filter.h"
 
 #include <gtest/gtest.h>
 
@@ -12,28 +13,6 @@
 
 namespace corvane {
 namespace {
-
-/// The bottom of a chain that keeps what is written, up to a number of bytes.
-struct Keeper : Filter {
-    Keeper() : Filter(entryKeeper) {}
-
-    static std::int32_t entryKeeper(Filter& filter, Operation operation, std::byte* buffer,
-                                    std::int32_t* argument) {
-        auto& keeper = static_cast<Keeper&>(filter);
-        const auto length = static_cast<std::int32_t>(keeper.text.size());
-        if (operation == Operation::write) {
-            *argument = std::min(*argument, keeper.room - length);
-            std::transform(buffer, buffer + *argument, std::back_inserter(keeper.text),
-                           [](std::byte byte) { return static_cast<char>(byte); });
-        } else if (operation == Operation::mark) {
-            *argument = length;
-        }
-        return *argument;
-    }
-
-    std::string text;
-    std::int32_t room = 1 << 20;
-};
 
 class XRefTest : public ZoneTest {
 protected:
@@ -53,7 +32,7 @@ protected:
         return entries;
     }
 
-    Keeper keeper_;
+    test::KeeperFilter keeper_;
 };
 
 using Entries = std::vector<std::pair<int, int>>;
