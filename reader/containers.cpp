@@ -69,6 +69,13 @@ void Containers::pop() {
     }
 }
 
+void Containers::finish() {
+    while (entries_.size() > 1) {
+        closeClip(entries_.back().container);
+        entries_.pop_back();
+    }
+}
+
 /// A clipped group that holds nothing but its clip shows nothing.
 void Containers::closeClip(Art group) {
     if (rules().lazyGroups && nextSibling(firstChild(group)) == Art::null) {

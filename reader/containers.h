@@ -26,6 +26,8 @@ public:
     void push();
     /// `Q`; there must be a level.
     void pop();
+    /// Ends the clips that no `q` bounds, at the end of the page; no level is open.
+    void finish();
 
     /// The art that new objects are made in, its group made where it was not yet.
     Art container();

@@ -143,6 +143,7 @@ void finishContent() {
     while (depthState() > 0) {
         restoreState();
     }
+    containers.finish();
 }
 
 } // namespace corvane

@@ -133,7 +133,9 @@ OperatorResult eofillPathOperator(DocumentCache&) {
 }
 
 OperatorResult resetPathOperator(DocumentCache&) {
-    closetoPath();
+    if (!rules().unpaintedStaysOpen) {
+        closetoPath();
+    }
     endPath();
     return 0;
 }

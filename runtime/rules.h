@@ -73,6 +73,10 @@ struct Rules {
     /// A path that clips is not painted as well: its copy is.
     bool clipsUnpainted;
 
+    /// `n` closes no subpath, so that clips and unpainted paths that were saved come back as they
+    /// were.
+    bool unpaintedStaysOpen;
+
     /// A segment after `h` or `re` starts a new subpath at that point, and a subpath of one point
     /// that is left goes.
     bool continuesClosedPaths;
@@ -143,6 +147,7 @@ inline constexpr Rules originalRules{
     .lazyGroups = false,
     .evenOddCarried = false,
     .clipsUnpainted = false,
+    .unpaintedStaysOpen = false,
     .continuesClosedPaths = false,
     .writesGroups = false,
     .closesSubpaths = false,
@@ -179,6 +184,7 @@ inline constexpr Rules extendedRules{
     .lazyGroups = true,
     .evenOddCarried = true,
     .clipsUnpainted = true,
+    .unpaintedStaysOpen = true,
     .continuesClosedPaths = true,
     .writesGroups = true,
     .closesSubpaths = true,

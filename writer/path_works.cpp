@@ -128,6 +128,31 @@ ChargedList<Subpath> subpathsOf(Art compound) {
     return subpaths;
 }
 
+/// Every path that `art` is or holds, from the back to the front.
+ChargedList<Subpath> pathsWithin(Art art) {
+    ChargedList<Subpath> subpaths;
+    ArtStack pending;
+    pending.push(art);
+    for (ArtStep step; pending.next(step);) {
+        if (step.what != ArtStep::What::art) {
+            continue;
+        }
+        switch (artKind(step.art)) {
+        case ArtKind::path:
+            subpaths.push(subpathOf(step.art));
+            break;
+        case ArtKind::unknown:
+        case ArtKind::group:
+        case ArtKind::compound:
+            pending.enter(firstChild(step.art), ArtStep::What::end);
+            break;
+        default:
+            failException(Exception::type);
+        }
+    }
+    return subpaths;
+}
+
 } // namespace
 
 void pathWorks(Walk& walk, Art path) {
@@ -144,34 +169,19 @@ void compoundWorks(Walk& walk, Art compound) {
 }
 
 void clipWorks(Walk& walk, Art clip) {
-    ArtStack pending;
-    pending.push(clip);
-    bool any = false;
-    bool evenOdd = false;
-    for (ArtStep step; pending.next(step);) {
-        if (step.what != ArtStep::What::art) {
-            continue;
-        }
-        switch (artKind(step.art)) {
-        case ArtKind::path: {
-            const Subpath subpath = subpathOf(step.art);
-            evenOdd = isEvenOdd(styleOf(step.art));
-            segmentWorks(walk, subpath);
-            any = any || subpath.count > 0;
-            break;
-        }
-        case ArtKind::unknown:
-        case ArtKind::group:
-        case ArtKind::compound:
-            pending.enter(firstChild(step.art), ArtStep::What::end);
-            break;
-        default:
-            failException(Exception::type);
-        }
+    const ChargedList<Subpath> subpaths = pathsWithin(clip);
+    PathStyle style;
+    if (!subpaths.empty()) {
+        style = styleOf(subpaths.items().back().art);
+        style.fillPaint = 0;
+        style.strokePaint = 0;
+        pathStyleWorks(walk, style);
     }
-    // Without a path there is nothing inside the clip; readers want one to clip with.
-    walk.text.add(any ? "" : "0 0 0 0 re\n");
-    walk.text.add(clipOperator(evenOdd));
+    if (!segmentWorks(walk, subpaths.items())) {
+        // Nothing shows through an empty clip, but there must be one.
+        walk.text.add("0 0 0 0 re\n");
+    }
+    walk.text.add(clipOperator(isEvenOdd(style)));
     walk.text.add("n\n");
 }
 
