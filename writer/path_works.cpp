@@ -22,7 +22,7 @@ struct PaintedPath {
     std::span<const Subpath> subpaths;
     PathStyle style;
 
-    /// The one that answers for all.
+    /// The one in front, written last, that answers for all.
     const Subpath& first() const { return subpaths.back(); }
     bool isEmpty() const {
         return std::ranges::all_of(subpaths, [](const Subpath& s) { return s.count == 0; });
@@ -64,14 +64,15 @@ void fillDrawn(Walk& walk, const PaintedPath& path) {
     leaveWorks(walk);
 }
 
-/// The operator that ends a path which `h` has closed where it is closed.
-std::string_view paintOperator(const PathStyle& style) {
+/// The operator that ends a path which `h` has closed where it is closed. `f` makes reading close
+/// the last subpath, `F` does not; there is no such pair for the even-odd rule.
+std::string_view paintOperator(const PathStyle& style, bool endsClosed) {
     const bool evenOdd = isEvenOdd(style);
     if (style.fillPaint != 0 && style.strokePaint != 0) {
         return evenOdd ? "B*\n" : "B\n";
     }
     if (style.fillPaint != 0) {
-        return evenOdd ? "f*\n" : "f\n";
+        return evenOdd ? "f*\n" : endsClosed ? "f\n" : "F\n";
     }
     return style.strokePaint != 0 ? "S\n" : "n\n";
 }
@@ -95,7 +96,7 @@ void paintWorks(Walk& walk, const PaintedPath& path) {
     if (path.style.clip != 0 && !rules().clipsByGroup) {
         walk.text.add(clipOperator(isEvenOdd(path.style)));
     }
-    walk.text.add(rules().closesSubpaths ? paintOperator(path.style)
+    walk.text.add(rules().closesSubpaths ? paintOperator(path.style, path.first().closed)
                                          : closingOperator(path.style, path.first().closed));
 }
 

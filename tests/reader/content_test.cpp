@@ -80,6 +80,7 @@ TEST_F(ContentTest, ClipsMakeGroupsThatTheyClip) {
          "{" CLIP " {" CLIP " " A_ART "}}"},
         {"a save in a clip", "0 0 5 5 re W n q " A "Q " B, "{" CLIP " " B_ART " [" A_ART "]}"},
         {"nothing in the clip", "q 0 0 5 5 re W n Q " A, A_ART},
+        {"nothing in a clip that lasts", A "0 0 5 5 re W n 0 0 5 5 re W n", A_ART},
         {"even-odd", "q 0 0 5 5 re W* n " A "Q", "{<0,0 5,0 5,5 0,5 zc> " A_ART "}"},
         {"painted too: the copy is", "q 0 0 5 5 re W f " A "Q",
          "[{" CLIP " " A_ART "} <0,0 5,0 5,5 0,5 zF>]"},
@@ -94,6 +95,7 @@ TEST_F(ContentTest, ClipsMakeGroupsThatTheyClip) {
     selectRules(Profile::original);
     expect({
         {"the group of the save stays", "q 0 0 5 5 re W n " A "Q", "[{" CLIP " " A_ART "}]"},
+        {"n closes", "0 0 m 9 0 l n", "<0,0 9,0 z>"},
         {"empty clips stay", "q 0 0 5 5 re W n Q", "[{" CLIP "}]"},
         {"even-odd is not kept, and not warned of", "0 0 5 5 re W* n", "{" CLIP "}"},
         {"the clip keeps its paint", "0 0 5 5 re W f",
@@ -112,7 +114,7 @@ TEST_F(ContentTest, PathsAndWhatEndsThem) {
         {"F does not", "0 0 m 9 0 l 9 9 l F", "<0,0 9,0 9,9 F>"},
         {"B does not, b does", "0 0 m 9 0 l B 0 0 m 9 0 l b", "<0,0 9,0 zFS> <0,0 9,0 FS>"},
         {"s", "0 0 m 9 0 l s", "<0,0 9,0 zS>"},
-        {"n and E paint nothing", "0 0 m 9 0 l n 0 0 m 8 0 l E", "<0,0 8,0 z> <0,0 9,0 z>"},
+        {"n and E paint nothing", "0 0 m 9 0 l n 0 0 m 8 0 l E", "<0,0 8,0 > <0,0 9,0 >"},
         {"even-odd", "0 0 m 9 0 l f* 0 0 m 9 0 l F* 0 0 m 9 0 l b* 0 0 m 9 0 l B*",
          "<0,0 9,0 fS> <0,0 9,0 zfS> <0,0 9,0 f> <0,0 9,0 zf>"},
         {"two subpaths", "0 0 m 9 0 l 0 5 m 9 5 l S", "(<0,5 9,5 S> <0,0 9,0 S>)"},

@@ -94,7 +94,7 @@ private:
         case 2:
             addPath();
             text_ += below(2) == 0 ? "W " : "W* ";
-            addOne(std::array{"n", "f", "S"});
+            addOne(std::array{"n", "f", "F", "S"});
             return;
         case 3:
         case 4:
@@ -102,7 +102,7 @@ private:
             return;
         default:
             addPath();
-            addOne(std::array{"f", "f*", "S", "s", "B", "B*", "b", "b*", "n"});
+            addOne(std::array{"f", "f*", "F", "S", "s", "B", "B*", "b", "b*", "n"});
         }
     }
 
