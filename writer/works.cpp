@@ -103,6 +103,7 @@ void layerWorks(Walk& walk, Layer layer, SavingProgress& progress) {
     const std::string title = commentText(info.title);
     if (isLeftOut(info)) {
         tellLeftOut(title);
+        progress.endLayer();
         return;
     }
     layerComment(walk, info, title);

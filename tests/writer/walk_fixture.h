@@ -1,22 +1,36 @@
 // Artwork of the real host, written as the content of a page.
 #pragma once
 
+#include "runtime/fixed.h"
 #include "tests/reader/art_text.h"
 #include "tests/reader/reader_fixture.h"
 #include "tests/support/keeper_filter.h"
+#include "tests/writer/host_taps.h"
 #include "writer/works.h"
 
 #include <initializer_list>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace corvane {
 
+/// To nearest.
 constexpr Fixed points(double value) {
-    return static_cast<Fixed>(value * fixedOne);
+    return fixedFromReal(value);
 }
 
 class WalkTest : public ReaderTest {
 protected:
+    void SetUp() override {
+        ReaderTest::SetUp();
+        taps_.emplace(table_->ref().get());
+    }
+    void TearDown() override {
+        taps_.reset();
+        ReaderTest::TearDown();
+    }
+
     /// The content that the artwork becomes; raises what writing raises.
     std::string write(const RealMatrix& placement = {}) {
         test::KeeperFilter keeper;
@@ -71,6 +85,15 @@ protected:
         change(style);
         document().setStyle(path, style);
     }
+    /// Fills with a paint of the host that the document does not hold.
+    void paint(Art path, ColourKind kind, std::uint32_t source = 1) {
+        PathStyle style = document().style(path);
+        style.fillPaint = 1;
+        style.fill = {.kind = kind, .component = {}, .source = PaintSource{source}};
+        taps->styles[path] = style;
+    }
+
+    std::optional<HostTaps> taps_;
 };
 
 } // namespace corvane
