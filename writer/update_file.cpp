@@ -41,6 +41,9 @@ void UpdateFile::begin() {
 void UpdateFile::finish(std::string_view end) {
     written_ = std::exchange(update_, nullptr)->count;
     cache_.output = nullptr;
+    if (rules().guardsFile && lengthFile(stream().file) < start_) {
+        failException(Exception::fileChanged);
+    }
     output_.unlink();
     flushFile(stream().file);
     if (rules().guardsFile && lengthFile(stream().file) != length()) {

@@ -115,20 +115,22 @@ TEST_F(FaultTest, AnotherProgramInTheSameFile) {
         scope_.reset();
         scope_.emplace(*document_, meddle);
         EXPECT_EQ(call(4, Action::write), resultStopped);
-        EXPECT_THAT(front_.taken(), ElementsAre("error 24"));
+        const std::vector<std::string> seen = front_.taken();
         const std::string after = bytes();
         if (appends) {
+            EXPECT_THAT(seen, ElementsAre("error 24"));
             EXPECT_EQ(after.substr(after.size() - 50), std::string(50, 'x'));
             EXPECT_EQ(after.substr(0, file.size()), file);
         } else {
-            EXPECT_EQ(after.substr(0, 300), file.substr(0, 300));
+            EXPECT_EQ(seen.size(), 1U);
+            EXPECT_EQ(after, file.substr(0, 300)) << "not filled up with zeros";
         }
     }
 }
 
 TEST_F(FaultTest, NoRoomBelowTwoGigabytes) {
     // A sparse file of nearly 2^31 - 1 bytes whose end leads to a section at the front.
-    const std::string trailer = file.substr(file.rfind("startxref"));
+    const std::string trailer = "\n" + file.substr(file.rfind("startxref"));
     for (const std::int64_t room : {0, 100, 400, 1000000}) {
         use("in.pdf", file);
         std::filesystem::resize_file(path("in.pdf"), static_cast<std::uintmax_t>(

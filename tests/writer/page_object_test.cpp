@@ -19,7 +19,7 @@ std::string pageIn(const std::string& update) {
     return update.substr(at, update.find("endobj", at) - at);
 }
 
-class PageTest : public SaveTest {
+class SavedPageTest : public SaveTest {
 protected:
     std::string savedPage(const std::string& entries) {
         return pageIn(saved(PdfBuilder::onePage(line, entries).bytes()));
@@ -36,7 +36,7 @@ protected:
     }
 };
 
-TEST_F(PageTest, EntriesAreKeptInTheirOwnBytes) {
+TEST_F(SavedPageTest, EntriesAreKeptInTheirOwnBytes) {
     struct Row {
         const char* entry;
         const char* kept; ///< null: as it is
@@ -71,7 +71,7 @@ TEST_F(PageTest, EntriesAreKeptInTheirOwnBytes) {
     EXPECT_EQ(page.find("/Type"), page.rfind("/Type"));
 }
 
-TEST_F(PageTest, NotesOfOtherProgramsAreKept) {
+TEST_F(SavedPageTest, NotesOfOtherProgramsAreKept) {
     const std::string other = "/Other <</LastModified(D:1)/Private 1.23456789>>\n";
     EXPECT_THAT(savedPage("/PieceInfo<</Corvane<</Private 3>>" + other + ">>"),
                 HasSubstr("/PieceInfo <<\n" + other + "/Corvane <<"));
@@ -94,7 +94,7 @@ struct GeometryRow {
     const char* parent = "";
 };
 
-TEST_F(PageTest, GeometryStaysAndArtworkLiesWhereItWas) {
+TEST_F(SavedPageTest, GeometryStaysAndArtworkLiesWhereItWas) {
     for (const GeometryRow& row : {
              GeometryRow{"upright", "/MediaBox[0 0 200 100]"},
              GeometryRow{"turned by 90", "/MediaBox[0 0 200 100]/Rotate 90"},
@@ -145,7 +145,7 @@ TEST_F(PageTest, GeometryStaysAndArtworkLiesWhereItWas) {
     }
 }
 
-TEST_F(PageTest, ANewSizeIsWrittenAnew) {
+TEST_F(SavedPageTest, ANewSizeIsWrittenAnew) {
     struct Row {
         const char* name;
         ArtboardSize size;
@@ -196,7 +196,7 @@ TEST_F(PageTest, ANewSizeIsWrittenAnew) {
     }
 }
 
-TEST_F(PageTest, CropAreas) {
+TEST_F(SavedPageTest, CropAreas) {
     struct Row {
         const char* name;
         Rect crop; ///< whole points: left, top, right, bottom
@@ -222,7 +222,7 @@ TEST_F(PageTest, CropAreas) {
     }
 }
 
-TEST_F(PageTest, WhichPageItIs) {
+TEST_F(SavedPageTest, WhichPageItIs) {
     const std::string file = PdfBuilder::onePage(line, "/Other 1").bytes();
     use("in.pdf", file);
     ASSERT_EQ(open(), 0U);
@@ -270,7 +270,7 @@ TEST_F(PageTest, WhichPageItIs) {
     extension_.artworkDigest = nullptr;
 }
 
-TEST_F(PageTest, RecordsThatLie) {
+TEST_F(SavedPageTest, RecordsThatLie) {
     const auto fileWith = [](const std::string& record) {
         return PdfBuilder::onePage(line, "/PieceInfo<</Corvane<</Private " + record + ">>>>").bytes();
     };
