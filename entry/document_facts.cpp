@@ -24,7 +24,7 @@ void tellDocument(DocumentCache& cache) {
     extension->documentFacts(extension->context, {.pages = countCache(cache),
                                                   .objects = countReference(*cache.references),
                                                   .updates = std::max(sections - 1, 0),
-                                                  .length = cache.fileLength,
+                                                  .length = cache.wholeLength,
                                                   .version = cache.version});
 }
 

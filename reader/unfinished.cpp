@@ -23,6 +23,9 @@ constexpr std::string_view endMark = "%%EOF";
 /// Bytes in which an end has its number and its mark.
 constexpr std::size_t endReach = 64;
 
+/// Bytes of the last lines of a finished file.
+constexpr std::int32_t endLength = 128;
+
 constexpr std::int32_t searchBlock = 65536;
 
 std::string_view withoutSpace(std::string_view text) {
@@ -62,6 +65,17 @@ bool endsFinished(DocumentCache& cache, std::int32_t from) {
     return false;
 }
 
+/// Whether the file's last line is a finished end: somebody wrote it to the end, however damaged it
+/// is.
+bool endsWithEnd(DocumentCache& cache) {
+    const std::string tail = bytesOfFile(cache, cache.wholeLength - endLength, endLength);
+    const std::size_t word = tail.rfind(endWord);
+    const std::size_t mark = tail.rfind(endMark);
+    return word != std::string::npos && mark != std::string::npos && beginsLine(tail, word) &&
+           finishedEnd(std::string_view(tail).substr(word + endWord.size())) &&
+           withoutSpace(std::string_view(tail).substr(mark + endMark.size())).empty();
+}
+
 /// Whether a section may stand at `offset`: its keyword, or an object that holds it.
 bool isSection(DocumentCache& cache, std::int32_t offset) {
     const std::string bytes =
@@ -95,7 +109,7 @@ std::optional<std::int32_t> unfinishedStart(DocumentCache& cache, bool doubtful)
     }
     const std::int32_t tail = std::max(0, cache.wholeLength - tailReach);
     auto place = lastUpdate(cache, tail, cache.wholeLength);
-    if (!doubtful && endsFinished(cache, place ? place->line : tail)) {
+    if (doubtful ? endsWithEnd(cache) : endsFinished(cache, place ? place->line : tail)) {
         return std::nullopt;
     }
     if (!place) {

@@ -3,6 +3,7 @@
 #include "output/primitives.h"
 #include "output/xref.h"
 #include "reader/file_bytes.h"
+#include "reader/page_digest.h"
 #include "reader/page_identity.h"
 #include "reader/update_mark.h"
 #include "runtime/exception.h"
@@ -24,7 +25,14 @@ std::uint64_t originOf(DocumentCache& cache) {
     if (opened != nullptr && extension->overwrites) {
         return *opened;
     }
-    const std::uint64_t identity = identityOfPage(cache);
+    std::uint64_t identity = 0;
+    const Exception code = guarded([&] { identity = identityOfPage(cache); });
+    if (opened == nullptr && isFileFault(code)) {
+        // Content that cannot be read is as good a reason as any to draw a page anew.
+        resetException();
+        return digestPage(cache, {});
+    }
+    raiseException(code);
     if (opened != nullptr && *opened != identity) {
         failException(Exception::pageChanged);
     }

@@ -36,7 +36,8 @@ INSTANTIATE_TEST_SUITE_P(
     Targets, Replay,
     ::testing::Values(Target{"token", fuzzToken}, Target{"dct_decode", fuzzDctDecode},
                       Target{"dct_encode", fuzzDctEncode}, Target{"document", fuzzDocument},
-                      Target{"content", fuzzContent}, Target{"resource_fork", fuzzResourceFork}),
+                      Target{"content", fuzzContent}, Target{"save", fuzzSave},
+                      Target{"resource_fork", fuzzResourceFork}),
     [](const auto& target) { return target.param.name; });
 
 } // namespace
