@@ -57,7 +57,7 @@ struct DocumentCache {
 
     ReferenceTableOwner references;
     ReadingWork work;
-    std::vector<bool> freed; ///< by number: objects that a newer section freed
+    std::vector<bool> freed;                  ///< by number: objects that a newer section freed
     std::vector<std::int32_t> sectionOffsets; ///< of the cross-reference, the newest first
     bool repaired = false; ///< objects were found by searching, not by the cross-reference
 

@@ -67,8 +67,7 @@ std::optional<std::uint64_t> recordedOrigin(DocumentCache& cache) {
     const PageEntry& entry = cache.pages[static_cast<std::size_t>(cache.pageNumber - 1)];
     const std::int32_t page = placeOf(cache, entry.number, entry.generation);
     const std::int32_t content = placeOfContent(cache);
-    if (page < 0 || content < 0 ||
-        !isInteger(lookupObject(cache, record.get(), "Page"), page) ||
+    if (page < 0 || content < 0 || !isInteger(lookupObject(cache, record.get(), "Page"), page) ||
         !isInteger(lookupObject(cache, record.get(), "Content"), content)) {
         return std::nullopt;
     }

@@ -1,7 +1,8 @@
 // Which page this is: what tells a page that somebody changed from one that only we saved.
 //
 // A page that this program saved holds in its dictionary
-//   /PieceInfo << /Corvane << /LastModified (...) /Private << /Origin <16 digits> /Page P /Content C
+//   /PieceInfo << /Corvane << /LastModified (...) /Private << /Origin <16 digits> /Page P /Content
+//   C
 //   >> >> >>
 // Origin is the identity of the page that the saved artwork was opened from; P and C are where the
 // page and its content stream stand, by the cross-reference. While both still stand there nobody

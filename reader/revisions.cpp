@@ -62,8 +62,7 @@ std::vector<Revision> revisions(DocumentCache& cache) {
             revision.start = found.back().end;
             // A line feed before our line may look like the end of the line before it.
             const auto place =
-                firstUpdate(cache, revision.start,
-                            std::min(position, revision.start + gapReach));
+                firstUpdate(cache, revision.start, std::min(position, revision.start + gapReach));
             if (place) {
                 revision.start = place->start;
                 revision.ours = true;

@@ -12,9 +12,9 @@ namespace corvane {
 /// One revision, by where it stands in the file, counted from the file's first byte.
 struct Revision {
     std::int32_t start = 0;
-    std::int32_t end = 0;   ///< behind "%%EOF" and its end of line
+    std::int32_t end = 0;               ///< behind "%%EOF" and its end of line
     std::vector<std::int32_t> sections; ///< offsets; a linearised file was made with two
-    bool ours = false;      ///< begins with our line
+    bool ours = false;                  ///< begins with our line
 };
 
 /// From the oldest. Sections of which the newer one stands earlier in the file are one revision.

@@ -77,8 +77,7 @@ std::optional<UpdatePlace> lastUpdate(DocumentCache& cache, std::int32_t first, 
     return std::nullopt;
 }
 
-std::optional<UpdatePlace> firstUpdate(DocumentCache& cache, std::int32_t first,
-                                       std::int32_t end) {
+std::optional<UpdatePlace> firstUpdate(DocumentCache& cache, std::int32_t first, std::int32_t end) {
     while (first < end) {
         const std::int32_t behind = std::min(end, first + searchBlock);
         const std::string bytes = blockAt(cache, first, behind);

@@ -33,8 +33,7 @@ PageNumbers pagesByObject(DocumentCache& cache) {
 std::string dateIn(DocumentCache& cache, const ReferenceNode& node, std::string_view key) {
     std::string date;
     const Exception code = guarded([&] {
-        const ObjectOwner object =
-            objectCache(cache, node.number, node.generation, node.tag);
+        const ObjectOwner object = objectCache(cache, node.number, node.generation, node.tag);
         const ObjectOwner value = lookupObject(cache, object.get(), key);
         if (typeObject(value.get()) != ObjectType::null) {
             date = textObject(value.get());

@@ -30,8 +30,8 @@ void writePieceInfo(DocumentCache& cache, std::span<const RawEntry> formerPage,
         }
     }
     nameOutput(output, pieceInfoName);
-    stringOutput(output, "<< " + date + " /Private << /Origin <" + hexadecimal(note.origin) +
-                             "> /Page ");
+    stringOutput(output,
+                 "<< " + date + " /Private << /Origin <" + hexadecimal(note.origin) + "> /Page ");
     integerOutput(output, note.page);
     stringOutput(output, "/Content ");
     integerOutput(output, note.content);

@@ -20,8 +20,7 @@ namespace {
 /// `pageChanged`, unless the host says that this does not matter.
 std::uint64_t originOf(DocumentCache& cache) {
     const HostExtension* const extension = hostExtension();
-    const std::uint64_t* const opened =
-        extension != nullptr ? extension->artworkDigest : nullptr;
+    const std::uint64_t* const opened = extension != nullptr ? extension->artworkDigest : nullptr;
     if (opened != nullptr && extension->overwrites) {
         return *opened;
     }
@@ -104,6 +103,7 @@ void writeCache(DocumentCache& cache) {
 
 void tryCache(DocumentCache& cache) {
     const UpdatePlan plan = planUpdate(cache);
+    UpdateFile(cache).close(); // whether it may be written at all
     SavedFacts facts;
     Chain output;
     output.link(setupUpdate(cache.fileLength, cache.headerOffset));

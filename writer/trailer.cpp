@@ -62,7 +62,8 @@ void writeIdentifier(DocumentCache& cache) {
     const std::string_view bytes = textObject(first.get());
     stringOutput(*cache.output,
                  "/ID [ <" + hexadecimal(std::as_bytes(std::span(bytes))) + "> <" +
-                     newIdentifier(static_cast<const UpdateFilter&>(*cache.output).digest) + "> ]\r");
+                     newIdentifier(static_cast<const UpdateFilter&>(*cache.output).digest) +
+                     "> ]\r");
 }
 
 } // namespace

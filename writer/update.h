@@ -1,4 +1,5 @@
-// Saving: one page of a file is replaced by what is appended to the file; nothing before it changes.
+// Saving: one page of a file is replaced by what is appended to the file; nothing before it
+// changes.
 #pragma once
 
 #include "host/extension.h"
@@ -15,7 +16,7 @@ namespace corvane {
 /// Raises `repairedFile`, `pageChanged` and `fileChanged` before anything is written.
 void writeCache(DocumentCache& cache);
 
-/// The same without a file: what would be appended is counted.
+/// The same, but the file is only opened: what would be appended is counted.
 void tryCache(DocumentCache& cache);
 
 // The parts of an update, for a cache whose output is an `UpdateFilter`.

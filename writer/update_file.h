@@ -39,8 +39,8 @@ private:
     Chain file_;
     Chain output_;
     UpdateFilter* update_ = nullptr;
-    std::int32_t start_ = 0;    // of the update
-    std::int64_t written_ = 0;  // bytes handed to the file, once the output is unlinked
+    std::int32_t start_ = 0;   // of the update
+    std::int64_t written_ = 0; // bytes handed to the file, once the output is unlinked
 };
 
 } // namespace corvane

@@ -28,8 +28,7 @@ std::int32_t entryUpdate(Filter& filter, Operation operation, std::byte* buffer,
         }
         return *argument;
     case Operation::mark:
-        return *argument =
-                   self.start + static_cast<std::int32_t>(self.count) - self.headerOffset;
+        return *argument = self.start + static_cast<std::int32_t>(self.count) - self.headerOffset;
     case Operation::read:
     case Operation::seek:
         failException(Exception::io);

@@ -26,9 +26,8 @@ protected:
 TEST_F(FaultTest, DiskFullAtEveryByte) {
     for (const bool modern : {true, false}) {
         modern ? extended() : original();
-        use("in.pdf", PdfBuilder::onePage("0 0 m 9 0 l S")
-                          .trailer("/Size 5/Root 1 0 R/Info 1 0 R")
-                          .bytes());
+        use("in.pdf",
+            PdfBuilder::onePage("0 0 m 9 0 l S").trailer("/Size 5/Root 1 0 R/Info 1 0 R").bytes());
         ASSERT_EQ(open(), 0U);
         const std::string before = bytes();
         std::int64_t room = 0;
@@ -133,9 +132,9 @@ TEST_F(FaultTest, NoRoomBelowTwoGigabytes) {
     const std::string trailer = "\n" + file.substr(file.rfind("startxref"));
     for (const std::int64_t room : {0, 100, 400, 1000000}) {
         use("in.pdf", file);
-        std::filesystem::resize_file(path("in.pdf"), static_cast<std::uintmax_t>(
-                                                         std::int64_t{INT32_MAX} - room -
-                                                         static_cast<std::int64_t>(trailer.size())));
+        std::filesystem::resize_file(
+            path("in.pdf"), static_cast<std::uintmax_t>(std::int64_t{INT32_MAX} - room -
+                                                        static_cast<std::int64_t>(trailer.size())));
         std::ofstream(path("in.pdf"), std::ios::app) << trailer;
         ASSERT_EQ(open(), 0U);
         EXPECT_EQ(save(), room == 1000000 ? 0U : resultStopped) << room;

@@ -41,8 +41,8 @@ protected:
         const std::string object = "20 0 obj\n7\nendobj\n";
         return file + object + "xref\n20 1\n" + std::string(10 - digits.size(), '0') + digits +
                " 00000 n \ntrailer<</Size 21/Root 1 0 R/Prev " +
-               file.substr(former, file.find_first_of(" \n", former) - former) +
-               ">>\nstartxref\n" + std::to_string(file.size() + object.size()) + "\n%%EOF\n";
+               file.substr(former, file.find_first_of(" \n", former) - former) + ">>\nstartxref\n" +
+               std::to_string(file.size() + object.size()) + "\n%%EOF\n";
     }
 };
 
@@ -66,8 +66,8 @@ TEST_F(HistoryTest, LogAndRevert) {
     const std::string first = line(0, "", made, "6 objects, pages 1 2, D:20010203040506Z");
     const std::string second = line(1, made, once, "3 objects, pages 2, D:20261121090000Z, ours");
     const std::string third = line(2, once, twice, "3 objects, pages 1, D:20261122090000Z, ours");
-    EXPECT_THAT(log(), ElementsAre(first, second, third,
-                                   line(3, twice, other, "1 objects, pages, ")));
+    EXPECT_THAT(log(),
+                ElementsAre(first, second, third, line(3, twice, other, "1 objects, pages, ")));
     EXPECT_EQ(revert(), resultStopped);
     EXPECT_THAT(front_.taken(), ElementsAre("error 25"));
     EXPECT_EQ(bytes(), other);
@@ -91,7 +91,7 @@ TEST_F(HistoryTest, EndsOfManyForms) {
     for (const char* ending : {"\n", "", "\r", "\r\n", "\n\n\n", "\n% text of somebody's\n"}) {
         std::string made = twoPages();
         made.pop_back();
-        made += ending;
+        made = "From: somebody\n" + made + ending;
         use("in.pdf", made);
         savePage(1);
         const std::vector<std::string> lines = log();
@@ -126,15 +126,15 @@ TEST_F(HistoryTest, TwoSectionsOfALinearisedFileAreOneRevision) {
     // The newest section stands before the one that it goes back to.
     std::string file = PdfBuilder::onePage("").bytes();
     const std::size_t oldSection = file.rfind("xref\n0 1");
-    const std::string front = "xref\n9 1\n0000000000 00000 f \ntrailer\n<</Size 10/Root 1 0 R/Prev ";
+    const std::string front =
+        "xref\n9 1\n0000000000 00000 f \ntrailer\n<</Size 10/Root 1 0 R/Prev ";
     const std::size_t at = file.find('\n', 20) + 1; // behind the comment
     std::string section = front + std::string(10, '0') + ">>\nstartxref\n0\n%%EOF\n";
     const std::size_t shift = section.size();
     const std::string digits = std::to_string(oldSection + shift);
     section.replace(front.size(), 10, std::string(10 - digits.size(), '0') + digits);
     for (int number = 1; number <= 4; ++number) {
-        const std::size_t entry =
-            file.find("\n" + std::to_string(number) + " 1\n", oldSection) + 5;
+        const std::size_t entry = file.find("\n" + std::to_string(number) + " 1\n", oldSection) + 5;
         const std::string moved = std::to_string(std::stoul(file.substr(entry, 10)) + shift);
         file.replace(entry, 10, std::string(10 - moved.size(), '0') + moved);
     }
@@ -142,8 +142,8 @@ TEST_F(HistoryTest, TwoSectionsOfALinearisedFileAreOneRevision) {
     file.replace(file.rfind("startxref"), std::string::npos,
                  "startxref\n" + std::to_string(at) + "\n%%EOF\n");
     use("in.pdf", file);
-    EXPECT_THAT(log(), ElementsAre("0: 0+" + std::to_string(file.size()) +
-                                   ", 4 objects, pages 1, "));
+    EXPECT_THAT(log(),
+                ElementsAre("0: 0+" + std::to_string(file.size()) + ", 4 objects, pages 1, "));
     savePage(1);
     EXPECT_EQ(log().size(), 2U);
     EXPECT_EQ(revert(), 0U);

@@ -63,8 +63,8 @@ TEST_F(SavedPageTest, EntriesAreKeptInTheirOwnBytes) {
         EXPECT_THAT(page, HasSubstr("\n" + (row.kept != nullptr ? std::string(row.kept)
                                                                 : row.entry + std::string("\n"))));
     }
-    const std::string page =
-        savedPage("/Thumb 9 0 R/LastModified(D:19990101000000Z)/Resources<</Font 9 0 R>>/Type/Page");
+    const std::string page = savedPage(
+        "/Thumb 9 0 R/LastModified(D:19990101000000Z)/Resources<</Font 9 0 R>>/Type/Page");
     for (const char* gone : {"Thumb", "1999", "Font", "/Contents 4 0 R"}) {
         EXPECT_THAT(page, Not(HasSubstr(gone)));
     }
@@ -103,8 +103,7 @@ TEST_F(SavedPageTest, GeometryStaysAndArtworkLiesWhereItWas) {
              GeometryRow{"turned by -90", "/MediaBox[0 0 200 100]/Rotate -90"},
              GeometryRow{"off the origin", "/MediaBox[-30 17 170 117]/CropBox[0 20 100 100]"},
              GeometryRow{"off the origin and turned", "/MediaBox[-30.5 17.25 170 117]/Rotate 90"},
-             GeometryRow{"no decimal number",
-                         "/MediaBox[.33333 -0.123456 170.1 117.7]/Rotate 270"},
+             GeometryRow{"no decimal number", "/MediaBox[.33333 -0.123456 170.1 117.7]/Rotate 270"},
              GeometryRow{"corners the other way round", "/MediaBox[200 100 0 0]/Rotate 90"},
              GeometryRow{"inherited", "", "/MediaBox[-5 5 200 100]/Rotate 270/CropBox[0 9 99 50]"},
              GeometryRow{"user unit", "/MediaBox[0 0 200 100]/UserUnit 10"},
@@ -115,7 +114,8 @@ TEST_F(SavedPageTest, GeometryStaysAndArtworkLiesWhereItWas) {
         const std::string file =
             PdfBuilder::onePage("20 30 m 90 60.5 l S")
                 .object(2, std::string("<</Kids[3 0 R]/Count 1") + row.parent + ">>")
-                .object(3, std::string("<</Type/Page/Parent 2 0 R/Contents 4 0 R") + row.page + ">>")
+                .object(3,
+                        std::string("<</Type/Page/Parent 2 0 R/Contents 4 0 R") + row.page + ">>")
                 .bytes();
         use("in.pdf", file);
         ASSERT_EQ(open(), 0U);
@@ -186,9 +186,9 @@ TEST_F(SavedPageTest, ANewSizeIsWrittenAnew) {
             const std::size_t former = bytes().size();
             ASSERT_EQ(save(), 0U);
             const std::string page = pageIn(bytes().substr(former));
-            const std::string box =
-                modern || row.original == nullptr ? row.written : row.original;
-            EXPECT_THAT(page, HasSubstr("/Rotate 0\n/MediaBox " + box + "\n/CropBox " + box + "\n"));
+            const std::string box = modern || row.original == nullptr ? row.written : row.original;
+            EXPECT_THAT(page,
+                        HasSubstr("/Rotate 0\n/MediaBox " + box + "\n/CropBox " + box + "\n"));
             EXPECT_THAT(page, Not(HasSubstr("TrimBox")));
             EXPECT_EQ(page.find("UserUnit") != std::string::npos, modern);
             EXPECT_EQ(front_.taken(), modern ? row.seen : row.seenOriginal);
@@ -272,14 +272,14 @@ TEST_F(SavedPageTest, WhichPageItIs) {
 
 TEST_F(SavedPageTest, RecordsThatLie) {
     const auto fileWith = [](const std::string& record) {
-        return PdfBuilder::onePage(line, "/PieceInfo<</Corvane<</Private " + record + ">>>>").bytes();
+        return PdfBuilder::onePage(line, "/PieceInfo<</Corvane<</Private " + record + ">>>>")
+            .bytes();
     };
     use("in.pdf", fileWith("null"));
     ASSERT_EQ(open(), 0U);
     const std::uint64_t digest = identity_;
-    for (const char* record :
-         {"<</Origin<0123456789ABCDEF>/Page 1/Content 2>>", "<</Origin(x)/Page 1>>", "[7]", "3 0 R",
-          "<<>>"}) {
+    for (const char* record : {"<</Origin<0123456789ABCDEF>/Page 1/Content 2>>",
+                               "<</Origin(x)/Page 1>>", "[7]", "3 0 R", "<<>>"}) {
         use("in.pdf", fileWith(record));
         ASSERT_EQ(open(), 0U) << record;
         EXPECT_EQ(identity_, digest) << "what is noted is no part of the page";

@@ -24,9 +24,9 @@ protected:
             static_cast<SaveTest*>(context)->saved_.push_back(facts);
         };
         extension_.update = [](void* context, const UpdateFacts& facts) {
-            std::string text = std::to_string(facts.number) + ": " +
-                               std::to_string(facts.offset) + "+" + std::to_string(facts.size) +
-                               ", " + std::to_string(facts.objects) + " objects, pages";
+            std::string text = std::to_string(facts.number) + ": " + std::to_string(facts.offset) +
+                               "+" + std::to_string(facts.size) + ", " +
+                               std::to_string(facts.objects) + " objects, pages";
             for (const std::int32_t page : facts.pages) {
                 text += " " + std::to_string(page);
             }
@@ -76,9 +76,7 @@ protected:
         return after.substr(std::min(file.size(), after.size()));
     }
 
-    Art firstArt() {
-        return document_->firstChild(document_->layerArt(document_->firstLayer()));
-    }
+    Art firstArt() { return document_->firstChild(document_->layerArt(document_->firstLayer())); }
 
     std::int32_t page_ = 1;
     std::uint64_t identity_ = 0;

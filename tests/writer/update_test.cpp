@@ -13,7 +13,8 @@ using ::testing::Not;
 const std::string line = "1 w 0 0 m 100 100 l S";
 
 /// The update as it should be: "@name@" notes a place of the file and "#name#" says it in ten
-/// digits, "$name$" without zeros in front. The latter's name is as long as it has digits, less two.
+/// digits, "$name$" without zeros in front. The latter's name is as long as it has digits, less
+/// two.
 std::string placed(std::size_t former, std::string text) {
     std::map<std::string, std::size_t> places;
     for (std::size_t at = text.find('@'); at != std::string::npos; at = text.find('@', at)) {
@@ -41,10 +42,9 @@ std::string contentIn(const std::string& update) {
 }
 
 TEST_F(SaveTest, OriginalUpdate) {
-    const std::string file =
-        PdfBuilder::onePage(line, "/Annots 4 0 R/Group<<>>")
-            .trailer("/Size 50/Root 1 0 R/Info 4 0 R/ID[<01><02>]/XRefStm 9")
-            .bytes();
+    const std::string file = PdfBuilder::onePage(line, "/Annots 4 0 R/Group<<>>")
+                                 .trailer("/Size 50/Root 1 0 R/Info 4 0 R/ID[<01><02>]/XRefStm 9")
+                                 .bytes();
     original();
     const std::string update = saved(file);
     const std::string content = contentIn(update);
@@ -86,8 +86,7 @@ TEST_F(SaveTest, ExtendedUpdate) {
     EXPECT_EQ(update,
               placed(file.size() - junk.size(),
                      "\n%Corvane update of a file of " + std::string(10 - number.size(), '0') +
-                         number +
-                         " bytes\n@c@5 0 obj\n<<\n/Length 6 0 R\n>>\nstream\n" + content +
+                         number + " bytes\n@c@5 0 obj\n<<\n/Length 6 0 R\n>>\nstream\n" + content +
                          "\nendstream\nendobj\n@length@6 0 obj\n" + std::to_string(content.size()) +
                          " \nendobj\n@p@3 0 obj\n<<\n/Type /Page\n/Parent 2 0 R\n"
                          "/Annots [4 0 R]\n/Rotate 90\n/MediaBox [-5 0 100.5 200]\n"
@@ -130,8 +129,8 @@ TEST_F(SaveTest, Trailers) {
              Row{"an empty ID", "/Root 1 0 R/ID[]", "/Root 1 0 R\n>>"},
              Row{"an ID that is none", "/Root 1 0 R/ID 1", "/Root 1 0 R\n>>"},
          }) {
-        const std::string update = saved(
-            PdfBuilder::onePage(line).object(7, "[<AB> 8 0 R]").trailer(row.entries).bytes());
+        const std::string update =
+            saved(PdfBuilder::onePage(line).object(7, "[<AB> 8 0 R]").trailer(row.entries).bytes());
         EXPECT_THAT(update.substr(update.find("/Prev")), HasSubstr(row.written)) << row.name;
         EXPECT_EQ(open(), 0U) << row.name;
         EXPECT_THAT(front_.taken(), ElementsAre()) << row.name;
@@ -142,10 +141,9 @@ TEST_F(SaveTest, Trailers) {
                                         {"/Size -4", "/Size 7 "},
                                         {"/Size 4 0 R", "/Size 7 "},
                                         {"", "/Size 7 "}}) {
-        EXPECT_THAT(saved(PdfBuilder::onePage(line)
-                              .trailer(std::string("/Root 1 0 R") + size)
-                              .bytes()),
-                    HasSubstr(written))
+        EXPECT_THAT(
+            saved(PdfBuilder::onePage(line).trailer(std::string("/Root 1 0 R") + size).bytes()),
+            HasSubstr(written))
             << size;
     }
     // Root and Info that are no references cannot be carried over.
@@ -165,10 +163,10 @@ TEST_F(SaveTest, PagesBesideAreUntouched) {
         page_ = 3;
         extended();
         use("in.pdf", PdfBuilder::onePage(line)
-                                     .object(2, "<</Kids[3 0 R 7 0 R 8 0 R]/Count 3>>")
-                                     .object(7, "<</Parent 2 0 R/MediaBox[0 0 9 9]>>")
-                                     .object(8, "<</Parent 2 0 R/MediaBox[0 0 9 9]>>")
-                                     .trailer("/Root 1 0 R/Info 4 0 R")
+                          .object(2, "<</Kids[3 0 R 7 0 R 8 0 R]/Count 3>>")
+                          .object(7, "<</Parent 2 0 R/MediaBox[0 0 9 9]>>")
+                          .object(8, "<</Parent 2 0 R/MediaBox[0 0 9 9]>>")
+                          .trailer("/Root 1 0 R/Info 4 0 R")
                           .bytes());
         ASSERT_EQ(open(), 0U);
         if (!modern) {
