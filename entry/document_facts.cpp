@@ -3,6 +3,8 @@
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
 
+#include <algorithm>
+
 namespace corvane {
 
 namespace {
@@ -17,10 +19,12 @@ void tellDocument(DocumentCache& cache) {
     if (extension == nullptr || extension->documentFacts == nullptr) {
         return;
     }
+    // Of a file that was repaired, no section is known.
+    const auto sections = static_cast<std::int32_t>(cache.sectionOffsets.size());
     extension->documentFacts(extension->context, {.pages = countCache(cache),
                                                   .objects = countReference(*cache.references),
-                                                  .updates = cache.sections - 1,
-                                                  .length = cache.fileLength,
+                                                  .updates = std::max(sections - 1, 0),
+                                                  .length = cache.wholeLength,
                                                   .version = cache.version});
 }
 

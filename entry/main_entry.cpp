@@ -13,6 +13,23 @@ namespace corvane {
 
 namespace {
 
+std::uint32_t dispatchLater(ParameterBlock& block) {
+    switch (block.selector) {
+    case Selector::info:
+        return info(block);
+    case Selector::diagnose:
+        return diagnose(block);
+    case Selector::log:
+        return log(block);
+    case Selector::revert:
+        return revert(block);
+    case Selector::trial:
+        return trial(block);
+    default:
+        return 0;
+    }
+}
+
 std::uint32_t dispatch(ParameterBlock& block) {
     switch (block.selector) {
     case Selector::identify:
@@ -32,15 +49,7 @@ std::uint32_t dispatch(ParameterBlock& block) {
         break;
     }
     // What came later is there only for a host that knows of it.
-    if (hostExtension() != nullptr) {
-        if (block.selector == Selector::info) {
-            return info(block);
-        }
-        if (block.selector == Selector::diagnose) {
-            return diagnose(block);
-        }
-    }
-    return 0;
+    return hostExtension() != nullptr ? dispatchLater(block) : 0;
 }
 
 /// Sets up what lasts for one call of the plug-in.

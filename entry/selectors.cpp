@@ -7,6 +7,8 @@
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
 #include "runtime/warning.h"
+#include "writer/history.h"
+#include "writer/update.h"
 
 #include <array>
 
@@ -33,6 +35,11 @@ std::uint32_t quietCheck(const ParameterBlock& block) {
 void readPage(DocumentSession& session) {
     pageCache(session.cache(), session.page());
     readCache(session.cache());
+}
+
+/// False where the person wants to stop.
+bool showWarnings(const ParameterBlock& block) {
+    return valueWarning() == Warning::none || warningDialog(specifiedName(*block.file));
 }
 
 } // namespace
@@ -72,10 +79,22 @@ std::uint32_t go(ParameterBlock& block) {
     if (block.action == Action::read) {
         readPage(session);
     } else if (block.action == Action::write) {
-        // Nothing may pass for saved that was not.
-        failException(Exception::structure);
+        pageCache(session.cache(), session.page());
+        writeCache(session.cache());
     }
-    if (valueWarning() != Warning::none && !warningDialog(specifiedName(*block.file))) {
+    if (!showWarnings(block)) {
+        result = resultStopped;
+    }
+    session.close();
+    return result;
+}
+
+std::uint32_t trial(ParameterBlock& block) {
+    std::uint32_t result = quietCheck(block);
+    DocumentSession session(block);
+    pageCache(session.cache(), session.page());
+    tryCache(session.cache());
+    if (!showWarnings(block)) {
         result = resultStopped;
     }
     session.close();
@@ -97,6 +116,20 @@ std::uint32_t info(ParameterBlock& block) {
 std::uint32_t diagnose(ParameterBlock& block) {
     DocumentSession session(block);
     tellDocument(session.cache());
+    session.close();
+    return 0;
+}
+
+std::uint32_t log(ParameterBlock& block) {
+    DocumentSession session(block);
+    tellUpdates(session.cache());
+    session.close();
+    return 0;
+}
+
+std::uint32_t revert(ParameterBlock& block) {
+    DocumentSession session(block);
+    revertCache(session.cache());
     session.close();
     return 0;
 }

@@ -25,5 +25,12 @@ std::uint32_t check(const ParameterBlock& block);
 std::uint32_t info(ParameterBlock& block);
 /// Whether the file can be opened: raises what opening it raises; tells the facts of the file.
 std::uint32_t diagnose(ParameterBlock& block);
+/// As `go` with action `write`, the page chosen by `prepare`, but nothing is written.
+std::uint32_t trial(ParameterBlock& block);
+/// Tells the host extension every update of the file, from the oldest.
+std::uint32_t log(ParameterBlock& block);
+/// Takes the newest update off, and tells the host extension which it was. Raises `foreignUpdate`
+/// where it is not ours.
+std::uint32_t revert(ParameterBlock& block);
 
 } // namespace corvane

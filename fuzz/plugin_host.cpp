@@ -5,8 +5,9 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <memory>
-#include <string>
 #include <unistd.h>
 
 namespace corvane::fuzz {
@@ -34,6 +35,11 @@ public:
         return path_;
     }
 
+    std::string read() const {
+        std::ifstream file(path_, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
 private:
     std::string path_;
 };
@@ -49,10 +55,13 @@ PluginHost::PluginHost(Bytes file, Profile profile, std::int32_t page)
     : toolbox_(memoryLimit), document_(memoryLimit), callbacks_(document_) {
     extension_.profile = profile;
     extension_.wantedPage = page;
+    extension_.context = this;
+    extension_.pageIdentity = [](void* context, const PageIdentity& identity) {
+        static_cast<PluginHost*>(context)->identity_ = identity.digest;
+    };
     setHostExtension(&extension_);
     require(makeFileSpecification(inputFile().write(file), *file_) == noErr);
     block_->callbacks = table_.ref();
-    block_->action = Action::read;
     block_->file = file_.ref();
     document_.expectImport();
 }
@@ -62,16 +71,21 @@ PluginHost::~PluginHost() {
     setHostExtension(nullptr);
 }
 
-std::uint32_t PluginHost::call(Selector selector) {
+std::uint32_t PluginHost::call(Selector selector, Action action) {
     const std::int32_t before = zoneBlocksInUse();
     const bool hadState = static_cast<bool>(block_->state);
     block_->selector = selector;
+    block_->action = action;
     const std::uint32_t result = main_entry(&*block_);
     require(result == 0 || result == resultStopped || result == resultNotFormat);
     // The state block, a handle of two, is the host's to keep.
     const std::int32_t kept = !hadState && block_->state ? 2 : 0;
     require(zoneBlocksInUse() == before + kept && zoneBytesCharged() == 0);
     return result;
+}
+
+std::string PluginHost::fileBytes() {
+    return inputFile().read();
 }
 
 } // namespace corvane::fuzz

@@ -11,6 +11,7 @@
 #include "toolbox/state.h"
 
 #include <cstdint>
+#include <string>
 
 namespace corvane::fuzz {
 
@@ -25,13 +26,18 @@ public:
 
     /// What `main_entry` answers. Requires it to be one of its answers, and all that the call took
     /// to be given back.
-    std::uint32_t call(Selector selector);
+    std::uint32_t call(Selector selector, Action action = Action::read);
 
-    const Document& document() const { return document_; }
+    Document& document() { return document_; }
+    /// Of the page that was drawn last; 0: none was.
+    std::uint64_t identity() const { return identity_; }
+    /// The file as it is now.
+    static std::string fileBytes();
 
 private:
     ToolboxScope toolbox_;
     HostExtension extension_;
+    std::uint64_t identity_ = 0;
     Document document_;
     CallbackScope callbacks_;
     CallbackTable table_;

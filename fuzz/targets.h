@@ -19,6 +19,7 @@ using Bytes = std::span<const std::byte>;
 void fuzzToken(Bytes input);
 void fuzzDocument(Bytes input);
 void fuzzContent(Bytes input);
+void fuzzSave(Bytes input);
 void fuzzResourceFork(Bytes input);
 void fuzzAdapt(Bytes input);
 void fuzzHex(Bytes input);

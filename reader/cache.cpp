@@ -12,6 +12,7 @@
 #include "reader/state.h"
 #include "reader/syntax.h"
 #include "reader/text.h"
+#include "reader/unfinished.h"
 #include "runtime/exception.h"
 #include "runtime/rules.h"
 
@@ -25,7 +26,8 @@ namespace {
 void openFileChain(DocumentCache& cache) {
     cache.fileChain.link(setupStream(cache.volume, cache.fileName, "read"));
     const auto& stream = static_cast<const StreamFilter&>(*cache.fileChain.top());
-    cache.fileLength = lengthFile(stream.file);
+    cache.wholeLength = lengthFile(stream.file);
+    cache.fileLength = cache.wholeLength;
     cache.fileChain.link(setupBuffer());
     cache.input = cache.fileChain.top();
 }
@@ -33,28 +35,47 @@ void openFileChain(DocumentCache& cache) {
 /// Reads the sections from the newest to the oldest.
 void readSections(DocumentCache& cache) {
     std::set<std::int32_t> seen;
-    for (std::int32_t offset = cache.sectionOffset; offset != 0;
-         offset = xrefCache(cache, offset)) {
+    std::int32_t offset = locateSection(cache);
+    hoistXRef(offset);
+    for (; offset != 0; offset = xrefCache(cache, offset).previous) {
         if (!seen.insert(offset).second) {
             failException(Exception::structure);
         }
+        cache.sectionOffsets.push_back(offset);
     }
     if (typeObject(cache.trailer.get()) != ObjectType::dictionary) {
         failException(Exception::structure);
     }
 }
 
-/// Reads the cross-reference and walks the page tree; where that fails, and the profile allows it,
-/// once more with what a search of the file finds.
-void readReferences(DocumentCache& cache) {
-    const Exception code = guarded([&] {
-        cache.sectionOffset = locateSection(cache);
-        hoistXRef(cache.sectionOffset);
+/// Reads the cross-reference and walks the page tree.
+Exception tryReferences(DocumentCache& cache) {
+    return guarded([&] {
         readSections(cache);
         if (rules().repairsReferences) {
             walkPages(cache);
         }
     });
+}
+
+void forgetReferences(DocumentCache& cache) {
+    cache.trailer = ObjectOwner();
+    cache.pages.clear();
+    cache.pagesWalked = false;
+    cache.references = openReference();
+    cache.freed.clear();
+    cache.sectionOffsets.clear();
+}
+
+/// Reads the cross-reference and walks the page tree. Where that fails, and the profile allows it,
+/// once more without an update that was cut short, and then with what a search of the file finds.
+void readReferences(DocumentCache& cache) {
+    Exception code = tryReferences(cache);
+    if (isFileFault(code) && rules().marksUpdates && passUnfinished(cache, true)) {
+        resetException();
+        forgetReferences(cache);
+        code = tryReferences(cache);
+    }
     if (code == Exception::none) {
         return;
     }
@@ -62,6 +83,7 @@ void readReferences(DocumentCache& cache) {
         againException();
     }
     resetException();
+    forgetReferences(cache);
     repairCache(cache);
     walkPages(cache);
 }
@@ -88,6 +110,9 @@ std::unique_ptr<DocumentCache> openCache(std::int16_t volume, std::string_view f
         cache->references = openReference();
         openFileChain(*cache);
         locateHeader(*cache);
+        if (rules().marksUpdates) {
+            passUnfinished(*cache, false);
+        }
         readReferences(*cache);
     });
     if (code != Exception::none) {

@@ -49,17 +49,17 @@ struct DocumentCache {
     Chain fileChain;          ///< stream and buffer
     Filter* input = nullptr;  ///< what the operators read: the token filter in use, or the buffer
     Filter* output = nullptr; ///< what the primitives write to, while something is written
-    std::int32_t fileLength = 0; ///< bytes
+    std::int32_t wholeLength = 0; ///< bytes of the file
+    std::int32_t fileLength = 0;  ///< the same without an update that was cut short at the end
     /// Bytes before the header; every offset in the file counts from it.
     std::int32_t headerOffset = 0;
     std::string version; ///< of the header: "1.4"
 
     ReferenceTableOwner references;
     ReadingWork work;
-    std::vector<bool> freed;        ///< by number: objects that a newer section freed
-    std::int32_t sections = 0;      ///< of the cross-reference
-    bool repaired = false;          ///< objects were found by searching, not by the cross-reference
-    std::int32_t sectionOffset = 0; ///< of the newest section
+    std::vector<bool> freed;                  ///< by number: objects that a newer section freed
+    std::vector<std::int32_t> sectionOffsets; ///< of the cross-reference, the newest first
+    bool repaired = false; ///< objects were found by searching, not by the cross-reference
 
     ObjectOwner trailer;
     std::vector<PageEntry> pages; ///< in order, once they were walked
@@ -82,9 +82,14 @@ std::unique_ptr<DocumentCache> openCache(std::int16_t volume, std::string_view f
 /// Closes everything. What cannot be closed raises, after the rest was closed.
 void closeCache(std::unique_ptr<DocumentCache> cache);
 
-/// Reads the cross-reference section and trailer at `offset`; the offset of the one before it, 0:
-/// none.
-std::int32_t xrefCache(DocumentCache& cache, std::int32_t offset);
+/// What reading a section tells of it, besides the objects and the trailer.
+struct SectionFacts {
+    std::int32_t previous = 0; ///< offset of the one before it; 0: none
+    std::int32_t end = 0;      ///< behind the word "startxref", counted from the file's first byte
+};
+
+/// Reads the cross-reference section and trailer at `offset`.
+SectionFacts xrefCache(DocumentCache& cache, std::int32_t offset);
 
 /// Reads the indirect object `number` `generation` at `offset`. Raises `structure` where another
 /// stands there.

@@ -2,49 +2,20 @@
 #include "objects/stack.h"
 #include "reader/content.h"
 #include "reader/omissions.h"
-#include "reader/page_digest.h"
+#include "reader/page_content.h"
+#include "reader/page_identity.h"
 #include "reader/page_matrix.h"
 #include "reader/state.h"
 #include "reader/syntax.h"
 #include "runtime/callbacks.h"
-#include "runtime/exception.h"
 #include "runtime/fixed.h"
 #include "runtime/rules.h"
-#include "runtime/warning.h"
 
 #include <vector>
 
 namespace corvane {
 
 namespace {
-
-/// The page's content streams in order.
-std::vector<ObjectOwner> contentStreams(DocumentCache& cache) {
-    std::vector<ObjectOwner> streams;
-    ObjectOwner contents = lookupObject(cache, cache.page.get(), "Contents");
-    switch (typeObject(contents.get())) {
-    case ObjectType::null:
-        return streams;
-    case ObjectType::stream:
-        streams.push_back(std::move(contents));
-        return streams;
-    case ObjectType::array:
-        for (const Object& element : elementsObject(contents.get())) {
-            ObjectOwner stream = resolveObject(cache, element);
-            if (typeObject(stream.get()) == ObjectType::stream) {
-                streams.push_back(std::move(stream));
-            } else if (typeObject(stream.get()) != ObjectType::null) {
-                if (!rules().missingObjectIsNull) {
-                    failException(Exception::range);
-                }
-                raiseWarning(Warning::operatorFailed);
-            }
-        }
-        return streams;
-    default:
-        failException(Exception::range);
-    }
-}
 
 std::int64_t streamLength(const Object& stream) {
     const std::span<Object> parts = elementsObject(stream);
@@ -69,11 +40,11 @@ void readOrigin() {
     callHost(slot::getPageOrigin, &origin);
 }
 
-void tellIdentity(DocumentCache& cache, const std::vector<ObjectOwner>& streams) {
+void tellIdentity(DocumentCache& cache) {
     const HostExtension* const extension = hostExtension();
     if (extension != nullptr && extension->pageIdentity != nullptr) {
         extension->pageIdentity(extension->context,
-                                {.page = factsCache(cache), .digest = digestPage(cache, streams)});
+                                {.page = factsCache(cache), .digest = identityOfPage(cache)});
     }
 }
 
@@ -101,7 +72,7 @@ void readCache(DocumentCache& cache) {
     applyPageMatrix(matrix);
 
     const std::vector<ObjectOwner> streams = contentStreams(cache);
-    tellIdentity(cache, streams);
+    tellIdentity(cache);
     runStreams(cache, streams);
 
     memoryException();

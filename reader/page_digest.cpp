@@ -20,9 +20,8 @@ void feedText(Digest& digest, std::string_view text) {
     digest.feed(std::as_bytes(std::span(text)));
 }
 
-/// The object and all that it holds, without recursion.
-void feedObject(Digest& digest, const Object& root) {
-    std::vector<Object> pending{root};
+/// The objects and all that they hold, the last first, without recursion.
+void feedObjects(Digest& digest, std::vector<Object> pending) {
     while (!pending.empty()) {
         const Object object = pending.back();
         pending.pop_back();
@@ -56,6 +55,29 @@ void feedObject(Digest& digest, const Object& root) {
     }
 }
 
+void feedObject(Digest& digest, const Object& object) {
+    feedObjects(digest, {object});
+}
+
+/// What a program notes for itself is no part of the page, and changes with every save.
+bool isNote(const Object& key) {
+    return typeObject(key) == ObjectType::literal &&
+           (literalObject(key) == "PieceInfo" || literalObject(key) == "LastModified");
+}
+
+void feedPage(Digest& digest, const Object& page) {
+    const std::span<Object> entries = elementsObject(page);
+    std::vector<Object> fed;
+    for (std::size_t i = 0; i + 1 < entries.size(); i += 2) {
+        if (!isNote(entries[i])) {
+            fed.insert(fed.end(), {entries[i], entries[i + 1]});
+        }
+    }
+    std::ranges::reverse(fed);
+    feedNumber(digest, static_cast<std::int64_t>(fed.size()));
+    feedObjects(digest, std::move(fed));
+}
+
 void feedFile(Digest& digest, Filter& file, std::int32_t start, std::int32_t end) {
     std::array<std::byte, 16384> buffer;
     feedNumber(digest, std::int64_t{end} - start);
@@ -76,8 +98,9 @@ void feedFile(Digest& digest, Filter& file, std::int32_t start, std::int32_t end
 
 std::uint64_t digestPage(DocumentCache& cache, std::span<const ObjectOwner> streams) {
     Digest digest;
+    feedPage(digest, cache.page.get());
     for (const ObjectOwner* field :
-         {&cache.page, &cache.mediaBox, &cache.cropBox, &cache.rotate, &cache.resources}) {
+         {&cache.mediaBox, &cache.cropBox, &cache.rotate, &cache.resources}) {
         feedObject(digest, field->get());
     }
     for (const ObjectOwner& stream : streams) {

@@ -8,8 +8,8 @@
 
 namespace corvane {
 
-/// Of the page's dictionary, of what it inherits, and of its content streams as they stand in the
-/// file. References count by their numbers.
+/// Of the page's dictionary but for PieceInfo and LastModified, of what it inherits, and of its
+/// content streams as they stand in the file. References count by their numbers.
 std::uint64_t digestPage(DocumentCache& cache, std::span<const ObjectOwner> streams);
 
 } // namespace corvane

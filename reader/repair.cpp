@@ -219,10 +219,6 @@ bool searchCatalog(DocumentCache& cache) {
 void repairCache(DocumentCache& cache) {
     raiseWarning(Warning::repaired);
     cache.repaired = true;
-    cache.trailer = ObjectOwner();
-    cache.pages.clear();
-    cache.pagesWalked = false;
-    cache.references = openReference();
     Search search(cache);
     search.run();
     bool found = false;

@@ -45,23 +45,23 @@ void refuseEncrypted(DocumentCache& cache, const Object& trailer) {
     }
 }
 
-std::int32_t xrefCache(DocumentCache& cache, std::int32_t offset) {
+SectionFacts xrefCache(DocumentCache& cache, std::int32_t offset) {
     FileScope scope(cache, offset);
     const StackGuard guard;
     readSection(cache, scope.tokens());
-    ++cache.sections;
+    SectionFacts facts;
+    facts.end = scope.tokens().mark();
     ObjectOwner trailer(popStack());
     refuseEncrypted(cache, trailer.get());
     const ObjectOwner previous = lookupObject(cache, trailer.get(), "Prev");
-    std::int32_t previousOffset = 0;
     if (typeObject(previous.get()) != ObjectType::null) {
-        previousOffset = integerObject(previous.get());
+        facts.previous = integerObject(previous.get());
     }
     if (typeObject(cache.trailer.get()) == ObjectType::empty) {
         cache.trailer = std::move(trailer);
     }
     scope.leave();
-    return previousOffset;
+    return facts;
 }
 
 } // namespace corvane

@@ -51,4 +51,12 @@ inline constexpr std::int32_t patternNesting = 8;
 /// work.
 inline constexpr std::int64_t contentTokens = 100'000'000;
 
+/// Bytes of one value of a page's dictionary that is carried over to a new page object: real ones
+/// are links to what is large.
+inline constexpr std::int32_t keptEntryBytes = 16 << 20;
+
+/// Ends of updates looked at in what may be one that was cut short; such a tail has none, but for
+/// what a content stream or a string may say.
+inline constexpr std::int32_t updateEnds = 1000;
+
 } // namespace corvane::budget

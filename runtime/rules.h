@@ -124,6 +124,33 @@ struct Rules {
     /// An APP14 segment with any identifier states the colour transform, and whatever it states of
     /// three components but "none" is YCbCr.
     bool anyPictureIdentifier;
+
+    /// A page that is saved keeps what its dictionary held beside its content; original carries
+    /// Annots alone.
+    bool keepsPageEntries;
+
+    /// A page whose size nobody changed keeps its boxes, Rotate and UserUnit, and its new content
+    /// is led back by the inverse of the page matrix; original writes all boxes anew.
+    bool keepsGeometry;
+
+    /// Sides of a page that is given a new size. The PDF Reference, appendix C, allows 3 to 14,400
+    /// points; the classic limits are those of an artboard.
+    Fixed smallestPage;
+    Fixed largestPage;
+
+    /// A saved page tells what it was opened from, so that opening it again gives the same
+    /// identity, and a page that somebody else changed is not overwritten.
+    bool recordsOrigin;
+
+    /// Trailers carry ID and may lack Info; Size never shrinks.
+    bool carriesTrailer;
+
+    /// An update begins with a comment that names the former length: one that was cut short is
+    /// passed over when reading, and one of ours can be taken off again.
+    bool marksUpdates;
+
+    /// A file that was repaired, or that changed while it was open, is not saved into.
+    bool guardsFile;
 };
 
 inline constexpr Rules originalRules{
@@ -161,6 +188,14 @@ inline constexpr Rules originalRules{
     .progressivePictures = false,
     .wholeRowsKept = false,
     .anyPictureIdentifier = false,
+    .keepsPageEntries = false,
+    .keepsGeometry = false,
+    .smallestPage = 72 * fixedOne,
+    .largestPage = 3240 * fixedOne,
+    .recordsOrigin = false,
+    .carriesTrailer = false,
+    .marksUpdates = false,
+    .guardsFile = false,
 };
 
 inline constexpr Rules extendedRules{
@@ -198,6 +233,14 @@ inline constexpr Rules extendedRules{
     .progressivePictures = true,
     .wholeRowsKept = true,
     .anyPictureIdentifier = true,
+    .keepsPageEntries = true,
+    .keepsGeometry = true,
+    .smallestPage = 3 * fixedOne,
+    .largestPage = 14400 * fixedOne,
+    .recordsOrigin = true,
+    .carriesTrailer = true,
+    .marksUpdates = true,
+    .guardsFile = true,
 };
 
 /// The rules in force; original until told otherwise.

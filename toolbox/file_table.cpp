@@ -255,6 +255,10 @@ OSErr FileTable::write(std::int16_t reference, std::int16_t mode, std::int32_t& 
         return error;
     }
     count = wanted;
+    if (faults.room != FileFaults::never) {
+        count = static_cast<std::int32_t>(std::min<std::int64_t>(count, faults.room));
+        faults.room -= count;
+    }
     const OSErr error = moveAll(count, [&](std::int32_t moved, std::int32_t left) {
         return pwrite(file->descriptor.number(), buffer + moved, static_cast<std::size_t>(left),
                       start + moved);
@@ -317,6 +321,9 @@ OSErr FileTable::setLength(std::int16_t reference, std::int32_t length) {
     if (const OSErr error = beforeChange(*file); error != noErr) {
         return error;
     }
+    if (faults.truncates) {
+        return ioErr;
+    }
     while (ftruncate(file->descriptor.number(), length) != 0) {
         if (errno != EINTR) {
             return lastResult();
@@ -331,6 +338,9 @@ OSErr FileTable::flush(std::int16_t reference) {
     const File* file = find(reference);
     if (file == nullptr) {
         return rfNumErr;
+    }
+    if (faults.flushes >= 0 && faults.flushes-- == 0) {
+        return ioErr;
     }
     while (fsync(file->descriptor.number()) != 0) {
         if (errno != EINTR) {

@@ -17,9 +17,20 @@
 
 namespace corvane {
 
+/// For tests: when files fail.
+struct FileFaults {
+    static constexpr std::int64_t never = -1;
+
+    std::int64_t room = never; ///< bytes that may still be written; then the disk is full
+    int flushes = -1;          ///< flushes that still succeed; the next one fails, once
+    bool truncates = false;    ///< making a file longer or shorter fails
+};
+
 class FileTable {
 public:
     FileTable();
+
+    FileFaults faults;
 
     /// Makes an empty file where there is nothing of that name; `dupFNErr`.
     static OSErr create(const std::string& path);

@@ -1,22 +1,40 @@
-// Saving: one page of a file is replaced by what is appended to the file; nothing before it changes.
+// Saving: one page of a file is replaced by what is appended to the file; nothing before it
+// changes.
 #pragma once
 
 #include "host/extension.h"
 #include "reader/cache.h"
+#include "writer/page_geometry.h"
+
+#include <cstdint>
+#include <string>
 
 namespace corvane {
 
-/// Appends the page in use, made from the host's artwork, and puts it on the disk. Where anything
-/// raises, the file is as long as before, and the code is raised again.
+/// Appends the page in use, made from the host's artwork, and puts it on the disk; tells the host
+/// extension. Where anything raises, the file is as long as before, and the code is raised again.
+/// Raises `repairedFile`, `pageChanged` and `fileChanged` before anything is written.
 void writeCache(DocumentCache& cache);
 
-/// The same without a file: what would be appended is counted.
+/// The same, but the file is only opened: what would be appended is counted.
 void tryCache(DocumentCache& cache);
 
-/// Writes the content, its length, the page and its resources to the cache's output.
-void pageWrite(DocumentCache& cache);
+// The parts of an update, for a cache whose output is an `UpdateFilter`.
 
-/// Writes the cross-reference section and the trailer.
-void updateWrite(DocumentCache& cache);
+/// What is settled before the first byte is written.
+struct UpdatePlan {
+    PageGeometry geometry;
+    std::uint64_t origin = 0; ///< identity of the page that the artwork was opened from
+};
+
+/// Writes the content, its length, the page and its resources to the cache's output; the length of
+/// the content.
+std::int32_t pageWrite(DocumentCache& cache, const UpdatePlan& plan);
+
+/// Writes the cross-reference section and the trailer; the offset of the section.
+std::int32_t updateWrite(DocumentCache& cache);
+
+/// What ends an update whose section stands at `section`, and makes it count.
+std::string updateEnd(std::int32_t section);
 
 } // namespace corvane

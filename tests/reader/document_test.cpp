@@ -147,9 +147,9 @@ TEST_F(DocumentTest, TheNewestSectionCounts) {
         DocumentCache& cache = open(file);
         pageCache(cache, 1);
         EXPECT_EQ(mediaCache(cache), (Box{0, 0, 7, 7}));
-        EXPECT_EQ(cache.sections, 2);
+        EXPECT_EQ(cache.sectionOffsets.size(), 2U);
         EXPECT_EQ(typeObject(findEntry(cache, cache.trailer.get(), "Old")), ObjectType::null);
-        EXPECT_EQ(weighXRef(), cache.sectionOffset);
+        EXPECT_EQ(weighXRef(), cache.sectionOffsets.front());
     }
     // An object that the update freed is gone.
     EXPECT_EQ(typeObject(object_(*cache_, 5).get()), ObjectType::null);

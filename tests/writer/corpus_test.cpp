@@ -1,0 +1,52 @@
+// Real files: what was saved opens again as the same page, and comes off again.
+#include "tests/writer/save_fixture.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <gmock/gmock.h>
+
+namespace corvane {
+namespace {
+
+class CorpusSaveTest : public SaveTest {};
+
+TEST_F(CorpusSaveTest, EveryFileThatOpens) {
+    const auto folder = test::sourceFolder().parent_path() / "shared" / "corpus";
+    if (!std::filesystem::is_directory(folder)) {
+        GTEST_SKIP() << "no corpus beside the sources";
+    }
+    int saves = 0;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+        if (entry.path().extension() != ".pdf") {
+            continue;
+        }
+        SCOPED_TRACE(entry.path().filename());
+        const std::string file = test::fileBytes(entry.path());
+        use("in.pdf", file);
+        page_ = 1;
+        if (open() != 0) {
+            front_.taken();
+            continue;
+        }
+        front_.taken();
+        const std::uint64_t identity = identity_;
+        const std::uint32_t result = save();
+        const std::vector<std::string> seen = front_.taken();
+        if (result != 0) {
+            EXPECT_EQ(bytes(), file);
+            EXPECT_THAT(seen, ::testing::ElementsAre("error 22")) << "only what was repaired";
+            continue;
+        }
+        ++saves;
+        EXPECT_EQ(bytes().substr(0, file.size()), file);
+        EXPECT_EQ(open(), 0U);
+        EXPECT_EQ(identity_, identity);
+        front_.taken();
+        EXPECT_EQ(call(19), 0U);
+        EXPECT_EQ(bytes(), file);
+    }
+    EXPECT_GT(saves, 20);
+}
+
+} // namespace
+} // namespace corvane

@@ -1,0 +1,296 @@
+// The page object that a save writes: what it keeps, its boxes, and which page it says it is.
+#include "tests/writer/save_fixture.h"
+
+#include <filesystem>
+#include <gmock/gmock.h>
+
+namespace corvane {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+const std::string line = "0 0 m 9 0 l S";
+
+/// The page object in what a save appended.
+std::string pageIn(const std::string& update) {
+    const std::size_t at = update.find("3 0 obj\n");
+    return update.substr(at, update.find("endobj", at) - at);
+}
+
+class SavedPageTest : public SaveTest {
+protected:
+    std::string savedPage(const std::string& entries) {
+        return pageIn(saved(PdfBuilder::onePage(line, entries).bytes()));
+    }
+    std::vector<Point> anchors() {
+        std::vector<Point> points;
+        const Art path = firstArt();
+        if (path != Art::null) {
+            for (const Segment& segment : document_->segments(path)) {
+                points.push_back(segment.anchor);
+            }
+        }
+        return points;
+    }
+};
+
+TEST_F(SavedPageTest, EntriesAreKeptInTheirOwnBytes) {
+    struct Row {
+        const char* entry;
+        const char* kept; ///< null: as it is
+    };
+    for (const Row& row : {
+             Row{"/Annots [7 0 R <</Rect[0 0 1.123456789 2]>>]", nullptr},
+             Row{"/Annots 7 0 R", nullptr},
+             Row{"/Big 12345678901234567890", nullptr},
+             Row{"/Exact 0.000000123456789", nullptr},
+             Row{"/Group<</S/Transparency/CS/DeviceRGB>>",
+                 "/Group <</S/Transparency/CS/DeviceRGB>>\n"},
+             Row{"/Str (a\\)\r\n(b)\\\\)", "/Str (a\\)\r\n(b)\\\\)\n"},
+             Row{"/Hex<41 4\n2>", "/Hex <41 4\n2>\n"},
+             Row{"/Name/Value", "/Name /Value\n"},
+             Row{"/Odd#20Key true", "/Odd#20Key true\n"},
+             Row{"/Dup 1 /Dup 2", "/Dup 1\n"},
+             Row{"/Rem % a comment\n 5", "/Rem % a comment\n 5\n"},
+             Row{"/Two 7 0 R /Three 3", "/Two 7 0 R\n/Three 3\n"},
+             Row{"/UserUnit 2.5", nullptr},
+             Row{"/Rotate 0", nullptr},
+             Row{"/BleedBox[ 1 1 5 5]", "/BleedBox [ 1 1 5 5]\n"},
+         }) {
+        const std::string page = savedPage(row.entry);
+        EXPECT_THAT(page, HasSubstr("\n" + (row.kept != nullptr ? std::string(row.kept)
+                                                                : row.entry + std::string("\n"))));
+    }
+    const std::string page = savedPage(
+        "/Thumb 9 0 R/LastModified(D:19990101000000Z)/Resources<</Font 9 0 R>>/Type/Page");
+    for (const char* gone : {"Thumb", "1999", "Font", "/Contents 4 0 R"}) {
+        EXPECT_THAT(page, Not(HasSubstr(gone)));
+    }
+    EXPECT_EQ(page.find("/Type"), page.rfind("/Type"));
+}
+
+TEST_F(SavedPageTest, NotesOfOtherProgramsAreKept) {
+    const std::string other = "/Other <</LastModified(D:1)/Private 1.23456789>>\n";
+    EXPECT_THAT(savedPage("/PieceInfo<</Corvane<</Private 3>>" + other + ">>"),
+                HasSubstr("/PieceInfo <<\n" + other + "/Corvane <<"));
+    for (const char* pieces : {"8 0 R", "9 0 R"}) {
+        const std::string file = PdfBuilder::onePage(line, std::string("/PieceInfo ") + pieces)
+                                     .object(8, "<<" + other + ">>")
+                                     .object(9, "8 0 R")
+                                     .bytes();
+        EXPECT_THAT(pageIn(saved(file)), HasSubstr("/PieceInfo <<\n" + other + "/Corvane <<"));
+    }
+    for (const char* pieces : {"99 0 R", "null", "7", "[]"}) {
+        EXPECT_THAT(savedPage(std::string("/PieceInfo ") + pieces),
+                    HasSubstr("/PieceInfo <<\n/Corvane <<"));
+    }
+}
+
+struct GeometryRow {
+    const char* name;
+    const char* page;
+    const char* parent = "";
+};
+
+TEST_F(SavedPageTest, GeometryStaysAndArtworkLiesWhereItWas) {
+    for (const GeometryRow& row : {
+             GeometryRow{"upright", "/MediaBox[0 0 200 100]"},
+             GeometryRow{"turned by 90", "/MediaBox[0 0 200 100]/Rotate 90"},
+             GeometryRow{"turned by 180", "/MediaBox[0 0 200 100]/Rotate 180"},
+             GeometryRow{"turned by 270", "/MediaBox[0 0 200 100]/Rotate 270"},
+             GeometryRow{"turned by -90", "/MediaBox[0 0 200 100]/Rotate -90"},
+             GeometryRow{"off the origin", "/MediaBox[-30 17 170 117]/CropBox[0 20 100 100]"},
+             GeometryRow{"off the origin and turned", "/MediaBox[-30.5 17.25 170 117]/Rotate 90"},
+             GeometryRow{"no decimal number", "/MediaBox[.33333 -0.123456 170.1 117.7]/Rotate 270"},
+             GeometryRow{"corners the other way round", "/MediaBox[200 100 0 0]/Rotate 90"},
+             GeometryRow{"inherited", "", "/MediaBox[-5 5 200 100]/Rotate 270/CropBox[0 9 99 50]"},
+             GeometryRow{"user unit", "/MediaBox[0 0 200 100]/UserUnit 10"},
+             GeometryRow{"larger than the classic limits", "/MediaBox[0 0 9000 9]"},
+             GeometryRow{"no box at all", ""},
+         }) {
+        SCOPED_TRACE(row.name);
+        const std::string file =
+            PdfBuilder::onePage("20 30 m 90 60.5 l S")
+                .object(2, std::string("<</Kids[3 0 R]/Count 1") + row.parent + ">>")
+                .object(3,
+                        std::string("<</Type/Page/Parent 2 0 R/Contents 4 0 R") + row.page + ">>")
+                .bytes();
+        use("in.pdf", file);
+        ASSERT_EQ(open(), 0U);
+        const std::uint64_t identity = identity_;
+        const std::vector<Point> before = anchors();
+        ASSERT_EQ(before.size(), 2U);
+        saved_.clear();
+        ASSERT_EQ(save(), 0U);
+        ASSERT_EQ(saved_.size(), 1U);
+        const std::string first = bytes();
+        // Opened again it is the same, exactly; so is what a second save writes of it.
+        ASSERT_EQ(open(), 0U);
+        EXPECT_EQ(anchors(), before);
+        EXPECT_EQ(identity_, identity);
+        ASSERT_EQ(save(), 0U);
+        ASSERT_EQ(open(), 0U);
+        EXPECT_EQ(anchors(), before);
+        const auto contentOf = [](const std::string& update) {
+            const std::size_t at = update.rfind("stream\n", update.rfind("endstream") - 1);
+            return update.substr(at, update.find("endstream", at) - at);
+        };
+        EXPECT_EQ(contentOf(bytes()), contentOf(first));
+        const std::string page = pageIn(first.substr(file.size()));
+        EXPECT_EQ(page.find("MediaBox") != std::string::npos,
+                  std::string(row.page).find("MediaBox") != std::string::npos);
+        EXPECT_THAT(front_.taken(), ElementsAre());
+    }
+}
+
+TEST_F(SavedPageTest, ANewSizeIsWrittenAnew) {
+    struct Row {
+        const char* name;
+        ArtboardSize size;
+        Rect crop;
+        const char* written;
+        const char* original;
+        std::vector<std::string> seen;
+        std::vector<std::string> seenOriginal;
+    };
+    const auto points = [](int value) { return value * fixedOne; };
+    const Rect none{};
+    for (const Row& row : {
+             Row{"usual", {points(300), points(400)}, none, "[ 0 0 300 400 ]", nullptr, {}, {}},
+             Row{"lower than the classic limit",
+                 {points(720), points(36)},
+                 none,
+                 "[ 0 0 720 36 ]",
+                 "[ 0 0 720 72 ]",
+                 {},
+                 {"write 1002 in in.pdf"}},
+             Row{"too small, too large",
+                 {points(1), points(20000)},
+                 none,
+                 "[ 0 0 3 14400 ]",
+                 "[ 0 0 72 3240 ]",
+                 {"write 1002 in in.pdf"},
+                 {"write 1002 in in.pdf"}},
+         }) {
+        for (const bool modern : {true, false}) {
+            SCOPED_TRACE(row.name);
+            modern ? extended() : original();
+            use("in.pdf", PdfBuilder::onePage(line, "/Rotate 90/UserUnit 2/TrimBox[0 0 5 5]")
+                              .trailer("/Root 1 0 R/Info 1 0 R")
+                              .bytes());
+            ASSERT_EQ(open(), 0U);
+            document_->page().setArtboard(row.size);
+            document_->page().setBounds(row.crop);
+            const std::size_t former = bytes().size();
+            ASSERT_EQ(save(), 0U);
+            const std::string page = pageIn(bytes().substr(former));
+            const std::string box = modern || row.original == nullptr ? row.written : row.original;
+            EXPECT_THAT(page,
+                        HasSubstr("/Rotate 0\n/MediaBox " + box + "\n/CropBox " + box + "\n"));
+            EXPECT_THAT(page, Not(HasSubstr("TrimBox")));
+            EXPECT_EQ(page.find("UserUnit") != std::string::npos, modern);
+            EXPECT_EQ(front_.taken(), modern ? row.seen : row.seenOriginal);
+        }
+    }
+}
+
+TEST_F(SavedPageTest, CropAreas) {
+    struct Row {
+        const char* name;
+        Rect crop; ///< whole points: left, top, right, bottom
+        const char* written;
+        bool warns;
+    };
+    for (const Row& row : {
+             Row{"inside", {10, 300, 200, 20}, "[ 10 20 200 300 ]", false},
+             Row{"the page", {0, 400, 300, 0}, "[ 0 0 300 400 ]", false},
+             Row{"empty", {10, 20, 10, 20}, "[ 0 0 300 400 ]", false},
+             Row{"sticking out", {-10, 500, 200, 20}, "[ 0 20 200 400 ]", true},
+             Row{"outside", {1000, 1100, 1200, 1000}, "[ 0 0 200 100 ]", true},
+             Row{"outside and small", {1000, 1002, 1001, 1000}, "[ 0 0 3 3 ]", true},
+         }) {
+        use("in.pdf", PdfBuilder::onePage(line).bytes());
+        ASSERT_EQ(open(), 0U);
+        document_->page().setArtboard({300 * fixedOne, 400 * fixedOne});
+        document_->page().setBounds({row.crop.left * fixedOne, row.crop.top * fixedOne,
+                                     row.crop.right * fixedOne, row.crop.bottom * fixedOne});
+        ASSERT_EQ(save(), 0U) << row.name;
+        EXPECT_THAT(bytes(), HasSubstr(std::string("/CropBox ") + row.written)) << row.name;
+        EXPECT_EQ(front_.taken().size(), row.warns ? 1U : 0U) << row.name;
+    }
+}
+
+TEST_F(SavedPageTest, WhichPageItIs) {
+    const std::string file = PdfBuilder::onePage(line, "/Other 1").bytes();
+    use("in.pdf", file);
+    ASSERT_EQ(open(), 0U);
+    const std::uint64_t opened = identity_;
+    extension_.artworkDigest = &opened;
+    // Saved again and again from one artwork: nobody else changed the page.
+    for (int i = 0; i < 3; ++i) {
+        ASSERT_EQ(save(), 0U);
+    }
+    ASSERT_EQ(open(), 0U);
+    EXPECT_EQ(identity_, opened);
+    const std::string ours = bytes();
+
+    // Somebody replaces the page, or its content, with an update of their own.
+    const auto replaced = [&](const std::string& object, int number) {
+        const std::string update = std::to_string(number) + " 0 obj\n" + object + "\nendobj\n";
+        const std::string digits = std::to_string(ours.size());
+        return ours + update + "xref\n" + std::to_string(number) + " 1\n" +
+               std::string(10 - digits.size(), '0') + digits +
+               " 00000 n \ntrailer<</Size 99/Root 1 0 R/Prev " +
+               ours.substr(ours.rfind("startxref") + 10,
+                           ours.rfind("%%EOF") - ours.rfind("startxref") - 12) +
+               ">>\nstartxref\n" + std::to_string(ours.size() + update.size()) + "\n%%EOF\n";
+    };
+    const std::size_t page = ours.rfind("3 0 obj\n") + 8;
+    const std::string samePage = ours.substr(page, ours.find("\nendobj", page) - page);
+    const std::size_t contents = samePage.find("/Contents ") + 10;
+    const int content = std::stoi(samePage.substr(contents));
+    for (const std::string& changed :
+         {replaced(samePage, 3), replaced("<</Length 4>>stream\n1 w \nendstream", content)}) {
+        use("in.pdf", changed);
+        ASSERT_EQ(open(), 0U);
+        EXPECT_NE(identity_, opened);
+        front_.taken();
+        EXPECT_EQ(save(), resultStopped);
+        EXPECT_THAT(front_.taken(), ElementsAre("error 21"));
+        EXPECT_EQ(bytes(), changed);
+        extension_.overwrites = true;
+        EXPECT_EQ(save(), 0U);
+        extension_.overwrites = false;
+        ASSERT_EQ(open(), 0U);
+        EXPECT_EQ(identity_, opened) << "it is the artwork of that page now";
+        front_.taken();
+    }
+    extension_.artworkDigest = nullptr;
+}
+
+TEST_F(SavedPageTest, RecordsThatLie) {
+    const auto fileWith = [](const std::string& record) {
+        return PdfBuilder::onePage(line, "/PieceInfo<</Corvane<</Private " + record + ">>>>")
+            .bytes();
+    };
+    use("in.pdf", fileWith("null"));
+    ASSERT_EQ(open(), 0U);
+    const std::uint64_t digest = identity_;
+    for (const char* record : {"<</Origin<0123456789ABCDEF>/Page 1/Content 2>>",
+                               "<</Origin(x)/Page 1>>", "[7]", "3 0 R", "<<>>"}) {
+        use("in.pdf", fileWith(record));
+        ASSERT_EQ(open(), 0U) << record;
+        EXPECT_EQ(identity_, digest) << "what is noted is no part of the page";
+    }
+    std::string file = fileWith("<</Origin<0123456789ABCDEF>/Page 0000/Content 0000>>");
+    file.replace(file.find("/Page 0000") + 6, 4, "0" + std::to_string(file.find("3 0 obj")));
+    file.replace(file.find("/Content 0000") + 9, 4, "0" + std::to_string(file.find("4 0 obj")));
+    use("in.pdf", file);
+    ASSERT_EQ(open(), 0U);
+    EXPECT_EQ(identity_, 0x0123456789ABCDEFU);
+}
+
+} // namespace
+} // namespace corvane
