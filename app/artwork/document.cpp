@@ -5,7 +5,8 @@
 namespace corvane {
 
 Document::Document(std::int64_t limit)
-    : budget_(limit), tree_(budget_), segments_(budget_), styles_(budget_), layers_(budget_) {
+    : budget_(limit), tree_(budget_), segments_(budget_), styles_(budget_), paint_(budget_),
+      layers_(budget_) {
     addLayer({});
 }
 
