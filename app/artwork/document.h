@@ -49,6 +49,7 @@ public:
     Art lastChild(Art) const;       ///< of a group or compound path: the backmost, or null
     Art nextSibling(Art) const;     ///< the one behind, or null
     Art previousSibling(Art) const; ///< the one in front, or null
+    Art top(Art) const;             ///< the layer's own group or the tile that it is in
     bool clipped(Art group) const;  ///< its first child clips the others
     void setClipped(Art group, bool clipped);
 

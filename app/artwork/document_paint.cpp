@@ -66,13 +66,6 @@ NodeIndex Document::findTile(Art tile) const {
     return node;
 }
 
-NodeIndex Document::topOf(NodeIndex node) const {
-    while (tree_[node].parent != 0) {
-        node = tree_[node].parent;
-    }
-    return node;
-}
-
 /// Whoever draws may rely on these.
 void Document::checkStyle(NodeIndex path, const PathStyle& style) const {
     if (style.dashCount < 0 || style.dashCount > std::ssize(style.dash) || style.cap < 0 ||
