@@ -35,10 +35,13 @@ Point fixedPoint(Position at) {
 }
 
 Affine then(const Affine& first, const Affine& second) {
-    const Position x = apply(second, {first.a, first.b});
-    const Position y = apply(second, {first.c, first.d});
     const Position origin = apply(second, {first.tx, first.ty});
-    return {x.x - second.tx, x.y - second.ty, y.x - second.tx, y.y - second.ty, origin.x, origin.y};
+    return {second.a * first.a + second.c * first.b,
+            second.b * first.a + second.d * first.b,
+            second.a * first.c + second.c * first.d,
+            second.b * first.c + second.d * first.d,
+            origin.x,
+            origin.y};
 }
 
 std::optional<Affine> inverse(const Affine& map) {

@@ -85,7 +85,8 @@ public:
     const Gradient& gradient(PaintSource) const;
     const Pattern& pattern(PaintSource) const;
     const SpotColour& spotColour(PaintSource) const;
-    Note addNote(std::string); ///< UTF-8
+    ColourKind paintKind(PaintSource) const; ///< gradient, pattern or custom
+    Note addNote(std::string);               ///< UTF-8
     const std::string& note(Note) const;
     /// A new group that is in no layer.
     Art makeTile();

@@ -34,6 +34,10 @@ const SpotColour& Document::spotColour(PaintSource source) const {
     return paint_.spotColour(source);
 }
 
+ColourKind Document::paintKind(PaintSource source) const {
+    return paint_.kind(source);
+}
+
 Note Document::addNote(std::string note) {
     return paint_.add(std::move(note));
 }

@@ -170,4 +170,19 @@ const std::string& PaintTables::note(Note note) const {
     return recordAt(notes_, static_cast<std::uint32_t>(note), "there is no such note");
 }
 
+ColourKind PaintTables::kind(PaintSource source) const {
+    const auto kind = static_cast<ColourKind>(static_cast<std::uint32_t>(source) >> kindShift);
+    switch (kind) {
+    case ColourKind::gradient:
+        gradient(source);
+        return kind;
+    case ColourKind::pattern:
+        pattern(source);
+        return kind;
+    default:
+        spotColour(source);
+        return ColourKind::custom;
+    }
+}
+
 } // namespace corvane

@@ -84,6 +84,8 @@ public:
     const Pattern& pattern(PaintSource) const;
     const SpotColour& spotColour(PaintSource) const;
     const std::string& note(Note) const;
+    /// Gradient, pattern or custom.
+    ColourKind kind(PaintSource) const;
 
 private:
     PaintTable<Gradient> gradients_;
