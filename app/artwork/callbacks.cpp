@@ -43,6 +43,11 @@ void fillTable(std::span<HostProcedure> table) {
     fillSlot(table, slot::setPathStyle, answer::setPathStyle);
     fillSlot(table, slot::getDefaultStyle, answer::getDefaultStyle);
 
+    fillSlot(table, slot::getColorInfo, answer::getColorInfo);
+    fillSlot(table, slot::drawGradient, answer::drawGradient);
+    fillSlot(table, slot::tilePattern, answer::tilePattern);
+    fillSlot(table, slot::getNote, answer::getNote);
+
     fillSlot(table, slot::fixedMultiply, answer::fixedMultiply);
     fillSlot(table, slot::fixedDivide, answer::fixedDivide);
     fillSlot(table, slot::degreesToAngle, answer::degreesToAngle);

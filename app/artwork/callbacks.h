@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/artwork/document.h"
+#include "app/artwork/tiling.h"
 #include "host/callbacks.h"
 #include "host/zone.h"
 
@@ -33,6 +34,7 @@ public:
 
     Document& document() { return *document_; }
     bool aborted() const { return wantsToStop_ != nullptr && wantsToStop_(); }
+    Tiling& tiling() { return tiling_; }
     const std::vector<FileFormat>& formats() const { return formats_; }
     void addFormat(FileFormat format);
 
@@ -47,6 +49,7 @@ private:
     Document* document_;
     bool (*wantsToStop_)();
     CallbackScope* outer_;
+    Tiling tiling_;
     std::vector<FileFormat> formats_;
     std::string failure_;
 };

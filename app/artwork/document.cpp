@@ -5,7 +5,8 @@
 namespace corvane {
 
 Document::Document(std::int64_t limit)
-    : budget_(limit), tree_(budget_), segments_(budget_), styles_(budget_), layers_(budget_) {
+    : budget_(limit), tree_(budget_), segments_(budget_), styles_(budget_), paint_(budget_),
+      layers_(budget_) {
     addLayer({});
 }
 
@@ -79,12 +80,23 @@ Art Document::previousSibling(Art art) const {
     return tree_.handle(tree_[tree_.find(art)].previous);
 }
 
+Art Document::top(Art art) const {
+    return tree_.handle(topOf(tree_.find(art)));
+}
+
 bool Document::clipped(Art group) const {
     return tree_[tree_.find(group, ArtKind::group)].clipped;
 }
 
 void Document::setClipped(Art group, bool clipped) {
     tree_[tree_.find(group, ArtKind::group)].clipped = clipped;
+}
+
+NodeIndex Document::topOf(NodeIndex node) const {
+    while (tree_[node].parent != 0) {
+        node = tree_[node].parent;
+    }
+    return node;
 }
 
 NodeIndex Document::findContainer(Art art) const {

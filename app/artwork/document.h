@@ -11,6 +11,8 @@
 #include "app/artwork/error.h"
 #include "app/artwork/layers.h"
 #include "app/artwork/page.h"
+#include "app/artwork/paint.h"
+#include "app/artwork/paint_table.h"
 #include "app/artwork/segments.h"
 #include "app/artwork/styles.h"
 #include "app/artwork/tree.h"
@@ -18,6 +20,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string>
 
 namespace corvane {
 
@@ -46,6 +49,7 @@ public:
     Art lastChild(Art) const;       ///< of a group or compound path: the backmost, or null
     Art nextSibling(Art) const;     ///< the one behind, or null
     Art previousSibling(Art) const; ///< the one in front, or null
+    Art top(Art) const;             ///< the layer's own group or the tile that it is in
     bool clipped(Art group) const;  ///< its first child clips the others
     void setClipped(Art group, bool clipped);
 
@@ -71,6 +75,24 @@ public:
     void readSegments(Art path, std::int32_t first, std::span<Segment> into) const;
     void writeSegments(Art path, std::int32_t first, std::span<const Segment>);
 
+    // Paint. Records stay for the document's life, where they are; equal ones are one. A style may
+    // only use sources that are here, of its colour's kind.
+    PaintSource addGradient(Gradient);
+    /// The tile is of `makeTile`. Patterns in it must have been added before this one, now and
+    /// later, so that none uses itself.
+    PaintSource addPattern(Pattern);
+    PaintSource addSpotColour(SpotColour);
+    const Gradient& gradient(PaintSource) const;
+    const Pattern& pattern(PaintSource) const;
+    const SpotColour& spotColour(PaintSource) const;
+    ColourKind paintKind(PaintSource) const; ///< gradient, pattern or custom
+    Note addNote(std::string);               ///< UTF-8
+    const std::string& note(Note) const;
+    /// A new group that is in no layer.
+    Art makeTile();
+    /// Disposes of a tile that no pattern uses, with all that it holds.
+    void disposeTile(Art);
+
     // The page.
     const Page& page() const { return page_; }
     Page& page() { return page_; }
@@ -89,6 +111,11 @@ private:
     Art makeLayerArt();
     NodeIndex findContainer(Art) const;
     NodeIndex findMovable(Art) const;
+    NodeIndex findTile(Art) const;
+    NodeIndex topOf(NodeIndex) const;
+    void checkStyle(NodeIndex path, const PathStyle&) const;
+    void checkColour(NodeIndex path, const Colour&) const;
+    void checkPatternsAt(NodeIndex top, NodeIndex parent) const;
     void copyBelow(NodeIndex from, NodeIndex to);
     void copyProperties(NodeIndex from, NodeIndex to);
     void freeTree(NodeIndex top);
@@ -98,6 +125,7 @@ private:
     Tree tree_;
     SegmentPool segments_;
     StyleTable styles_;
+    PaintTables paint_;
     Layers layers_;
     Page page_;
     Import import_ = Import::none;

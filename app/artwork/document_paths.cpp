@@ -8,19 +8,6 @@ namespace corvane {
 
 namespace {
 
-bool isKnown(const Colour& colour) {
-    return colour.kind == ColourKind::gray || colour.kind == ColourKind::process;
-}
-
-/// Whoever draws may rely on these.
-void checkStyle(const PathStyle& style) {
-    if (style.dashCount < 0 || style.dashCount > std::ssize(style.dash) || style.cap < 0 ||
-        style.cap > 2 || style.join < 0 || style.join > 2 || !isKnown(style.fill) ||
-        !isKnown(style.stroke) || style.rule > FillRule::evenOdd) {
-        throw ArtworkError("the path style has a value without meaning");
-    }
-}
-
 void checkRange(const Node& path, std::int32_t first, std::size_t count) {
     const auto segments = static_cast<std::size_t>(path.segments.count);
     if (first < 0 || static_cast<std::size_t>(first) > segments ||
@@ -53,7 +40,7 @@ const PathStyle& Document::style(Art path) const {
 
 void Document::setStyle(Art path, const PathStyle& style) {
     const NodeIndex node = tree_.find(path, ArtKind::path);
-    checkStyle(style);
+    checkStyle(node, style);
     tree_[node].style = styles_.add(style);
 }
 

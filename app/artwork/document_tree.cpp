@@ -29,6 +29,7 @@ void Document::reorder(Art art, Placement placement, Art reference) {
         throw ArtworkError("art cannot go into or beside itself");
     }
     tree_.checkDepths(node, tree_[parent].depth + 1);
+    checkPatternsAt(node, parent);
     tree_.unlink(node);
     tree_.link(node, placement, beside);
 }
@@ -38,6 +39,7 @@ Art Document::duplicate(Art art, Placement placement, Art reference) {
     const NodeIndex beside = tree_.find(reference);
     const NodeIndex parent = tree_.parentAt(tree_[node].kind, placement, beside);
     tree_.checkDepths(node, tree_[parent].depth + 1);
+    checkPatternsAt(node, parent);
     const NodeIndex copy = tree_.allocate(tree_[node].kind);
     try {
         copyProperties(node, copy);
@@ -53,7 +55,7 @@ Art Document::duplicate(Art art, Placement placement, Art reference) {
 NodeIndex Document::findMovable(Art art) const {
     const NodeIndex node = tree_.find(art);
     if (tree_[node].parent == 0) {
-        throw ArtworkError("a layer's own group stays where it is");
+        throw ArtworkError("a layer's own group, or a pattern's tile, stays where it is");
     }
     return node;
 }

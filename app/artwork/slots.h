@@ -44,6 +44,14 @@ HostError getPathStyle(Art, PathStyle*);
 HostError setPathStyle(Art, const PathStyle*);
 HostError getDefaultStyle(PathStyle*);
 
+// Paint
+HostError getColorInfo(PaintSource custom, CustomColour*);
+/// Of a path in a compound path: the gradient of the compound path's first path.
+HostError drawGradient(Art path, const DrawingProcedures*);
+/// In the same way.
+HostError tilePattern(Art path, TileProcedure);
+HostError getNote(Note, std::uint8_t* text);
+
 // Page
 HostError getDocumentInfo(DocumentInfo*);
 HostError getPageOrigin(Point*);

@@ -3,11 +3,11 @@
 
 #include "app/artwork/budget.h"
 #include "app/artwork/chunks.h"
+#include "app/artwork/number_index.h"
 #include "host/artwork.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
 
 namespace corvane {
 
@@ -15,7 +15,6 @@ namespace corvane {
 class StyleTable {
 public:
     explicit StyleTable(ArtworkBudget& budget);
-    ~StyleTable();
     StyleTable(const StyleTable&) = delete;
     StyleTable& operator=(const StyleTable&) = delete;
 
@@ -25,13 +24,8 @@ public:
     std::size_t size() const { return styles_.size(); }
 
 private:
-    std::size_t place(const PathStyle&) const;
-    void grow();
-
-    ArtworkBudget* budget_;
     Chunks<PathStyle, 256> styles_;
-    /// Open addressing by hash: a style's number plus 1, or 0; a power of two of them.
-    std::vector<std::uint32_t> places_;
+    NumberIndex index_;
     std::uint32_t latest_ = 0; ///< most paths are painted as the path before them
 };
 

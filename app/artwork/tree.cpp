@@ -87,7 +87,7 @@ NodeIndex Tree::parentAt(ArtKind kind, Placement placement, NodeIndex reference)
         throw ArtworkError("there is no such placement");
     }
     if (parent == 0) {
-        throw ArtworkError("nothing goes beside a layer's own group");
+        throw ArtworkError("nothing goes beside a layer's own group or a tile");
     }
     const ArtKind holder = nodes_[parent].kind;
     if (!holdsArt(holder) || (holder == ArtKind::compound && kind != ArtKind::path)) {

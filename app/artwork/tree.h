@@ -24,14 +24,16 @@ struct Node {
     NodeIndex next = 0;     ///< sibling behind; of a free node: the next free one
     NodeIndex firstChild = 0;
     NodeIndex lastChild = 0;
-    SegmentRun segments;             ///< of a path
-    std::uint32_t style = 0;         ///< of a path: its number in the style table
+    SegmentRun segments; ///< of a path
+    std::uint32_t style =
+        0; ///< of a path: its number in the style table; of a tile: its first pattern, or 0
     ArtKind kind = ArtKind::unknown; ///< unknown: the node is free
     std::uint16_t depth = 0;         ///< 1 for a layer's own group
     std::uint8_t use = 0;            ///< from 1
-    bool clipped = false;
-    bool closed = false;
-    bool guide = false;
+    bool clipped : 1 = false;
+    bool closed : 1 = false;
+    bool guide : 1 = false;
+    bool tile : 1 = false; ///< a group without parent that is no layer's own
 };
 static_assert(sizeof(Node) <= 48);
 

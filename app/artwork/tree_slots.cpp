@@ -1,26 +1,9 @@
 // Slots for layers and the art tree.
+#include "app/artwork/counted_text.h"
 #include "app/artwork/guard.h"
 #include "app/artwork/slots.h"
 
-#include <algorithm>
-#include <string_view>
-
 namespace corvane::answer {
-
-namespace {
-
-/// Length-prefixed; what is too long is cut between two characters.
-void copyTitle(std::string_view title, std::uint8_t (&into)[256]) {
-    std::size_t length = std::min(title.size(), sizeof(into) - 1);
-    const auto continues = [&](std::size_t at) { return (title[at] & 0xC0) == 0x80; };
-    while (length < title.size() && length > 0 && continues(length)) {
-        --length;
-    }
-    into[0] = static_cast<std::uint8_t>(length);
-    std::ranges::copy(title.substr(0, length), into + 1);
-}
-
-} // namespace
 
 HostError getNextLayer(Layer layer, Layer* next) {
     return guardedSlot([&](CallbackScope& scope) {
@@ -34,7 +17,7 @@ HostError getLayerInfo(Layer layer, LayerInfo* info) {
         const LayerProperties& properties = scope.document().layerProperties(layer);
         LayerInfo& told = target(info);
         told = {};
-        copyTitle(properties.title, told.title);
+        copyCounted(properties.title, told.title);
         told.visible = properties.visible;
         told.preview = properties.preview;
         told.locked = properties.locked;

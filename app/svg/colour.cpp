@@ -68,4 +68,13 @@ Colour processColour(LightLevels levels) {
     return process;
 }
 
+Colour standIn(const SpotColour& spot, Fixed tint) {
+    Colour process;
+    process.kind = ColourKind::process;
+    std::ranges::transform(spot.process, process.component, [&](Fixed amount) {
+        return answer::fixedMultiply(amount, saturate(one - tint));
+    });
+    return process;
+}
+
 } // namespace corvane

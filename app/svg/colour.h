@@ -1,6 +1,7 @@
 // The artwork's colours as a screen shows them, and back.
 #pragma once
 
+#include "app/artwork/paint.h"
 #include "host/artwork.h"
 #include "host/light.h"
 
@@ -26,5 +27,8 @@ Colour plainColour(ScreenColour);
 
 /// A process colour from levels of light: 75 per cent of the gray part goes to black.
 Colour processColour(LightLevels);
+
+/// The process colour that is seen for a custom colour, weakened by `tint`.
+Colour standIn(const SpotColour&, Fixed tint);
 
 } // namespace corvane

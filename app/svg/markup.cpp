@@ -1,6 +1,8 @@
 #include "app/svg/markup.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 
 namespace corvane {
 
@@ -113,6 +115,42 @@ void writeNumberAttribute(TextOutput& out, std::string_view name, std::int64_t f
     out.text(name);
     out.text("=\"");
     out.number(fixed);
+    out.text("\"");
+}
+
+void writeNumbersAttribute(TextOutput& out, std::string_view name,
+                           std::span<const std::int64_t> values) {
+    out.text(" ");
+    out.text(name);
+    out.text("=\"");
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        if (i != 0) {
+            out.text(" ");
+        }
+        out.number(values[i]);
+    }
+    out.text("\"");
+}
+
+void writeDouble(TextOutput& out, double number) {
+    constexpr int digits = 12;
+    std::array<char, 32> text;
+    const double shown = number == 0 ? 0 : number; // without a sign
+    const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), shown,
+                                            std::chars_format::general, digits);
+    std::string_view rest(text.data(), static_cast<std::size_t>(end - text.data()));
+    if (rest.starts_with('-')) {
+        out.text("-");
+        rest.remove_prefix(1);
+    }
+    out.text(rest.starts_with("0.") ? rest.substr(1) : rest);
+}
+
+void writeDoubleAttribute(TextOutput& out, std::string_view name, double number) {
+    out.text(" ");
+    out.text(name);
+    out.text("=\"");
+    writeDouble(out, number);
     out.text("\"");
 }
 

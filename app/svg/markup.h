@@ -4,6 +4,7 @@
 #include "app/svg/sink.h"
 
 #include <cstdint>
+#include <span>
 #include <string_view>
 
 namespace corvane {
@@ -20,6 +21,15 @@ void writePlainAttribute(TextOutput&, std::string_view name, std::string_view te
 
 /// Writes ` name="number"` for a 16.16 number.
 void writeNumberAttribute(TextOutput&, std::string_view name, std::int64_t fixed);
+
+/// Writes ` name="number number"` for 16.16 numbers.
+void writeNumbersAttribute(TextOutput&, std::string_view name, std::span<const std::int64_t>);
+
+/// Writes ` name="number"`, of at most 12 significant digits, with an exponent where that is
+/// shorter. Not for infinite numbers.
+void writeDoubleAttribute(TextOutput&, std::string_view name, double number);
+/// The same number alone.
+void writeDouble(TextOutput&, double number);
 
 /// Writes a line end and the indentation of an element of that depth, the root's being 0.
 void writeIndent(TextOutput&, int depth);

@@ -1,7 +1,7 @@
 #include "app/svg/path_data.h"
 
-#include "host/number.h"
 #include "app/svg/subpaths.h"
+#include "host/number.h"
 
 namespace corvane {
 

@@ -1,6 +1,7 @@
 // A path style as presentation attributes, and in data- attributes what those cannot say.
 #pragma once
 
+#include "app/svg/paint_servers.h"
 #include "app/svg/sink.h"
 #include "host/artwork.h"
 
@@ -14,12 +15,12 @@ std::int64_t visibleWidth(const PathStyle&);
 
 /// The attributes of a path that is drawn: only what differs from SVG's defaults (and from the
 /// miter limit of 10 that the root sets). Of a paint that is not in use nothing is written.
-void writePaintedStyle(TextOutput&, const PathStyle&);
+void writePaintedStyle(TextOutput&, const PathStyle&, const PaintServers&);
 
 /// The attributes of a guide: not painted, marked as a guide.
 void writeGuideStyle(TextOutput&);
 
 /// The attributes of a path inside a `clipPath`, where a paint that is not in use is left out.
-void writeClipStyle(TextOutput&, const PathStyle&);
+void writeClipStyle(TextOutput&, const PathStyle&, const PaintServers&);
 
 } // namespace corvane

@@ -1,6 +1,7 @@
 #include "app/svg/writer.h"
 
 #include "app/svg/markup.h"
+#include "app/svg/paint_servers.h"
 #include "app/svg/path_data.h"
 #include "app/svg/root.h"
 #include "app/svg/style.h"
@@ -41,11 +42,24 @@ struct Level {
 
 enum class ClipEffect { none, cutsNothing, cuts, hides };
 
+/// What is numbered through the whole file.
+struct Numbers {
+    std::uint32_t layers = 0;
+    std::uint32_t groups = 0;
+    std::uint32_t shapes = 0;
+    std::uint32_t clips = 0;
+};
+
+PageCorner cornerOf(const Document& document) {
+    return {document.page().bounds().left, document.page().bounds().top};
+}
+
+/// Writes one tree of art after the other.
 class SvgWriter {
 public:
-    SvgWriter(const Document& document, TextOutput& out)
-        : document_(document),
-          out_(out), corner_{document.page().bounds().left, document.page().bounds().top} {}
+    SvgWriter(TextOutput& out, PaintServers& servers, Numbers& numbers)
+        : document_(servers.document()), out_(out), servers_(servers), numbers_(numbers),
+          corner_(cornerOf(document_)) {}
 
     void writeLayers() {
         for (Layer layer = document_.lastLayer(); layer != Layer::null && !out_.failed();
@@ -54,12 +68,17 @@ public:
         }
     }
 
+    void writePattern(PaintSource, int depth);
+
 private:
     void writeLayer(Layer layer);
+    void writeLevels();
     void writeLayerAttributes(const LayerProperties&);
     void enterGroup(Art, const LayerProperties*);
     void leaveGroup();
     void writeShape(Art);
+    void writeServers(const PathStyle&, int depth);
+    void endShape(Note);
 
     ClipEffect clipEffect(Art clip, const GroupSurvey&, const Extent& visible) const;
     std::uint32_t writeClip(Art clip, std::uint32_t within, int depth);
@@ -73,14 +92,12 @@ private:
 
     const Document& document_;
     TextOutput& out_;
+    PaintServers& servers_;
+    Numbers& numbers_;
     PageCorner corner_;
     std::vector<GroupSurvey> survey_;
     std::size_t group_ = 0; ///< of `survey_`: the next one met
     std::vector<Level> levels_;
-    std::uint32_t layers_ = 0;
-    std::uint32_t groups_ = 0;
-    std::uint32_t shapes_ = 0;
-    std::uint32_t clips_ = 0;
 };
 
 void SvgWriter::writeLayer(Layer layer) {
@@ -88,6 +105,32 @@ void SvgWriter::writeLayer(Layer layer) {
     survey_ = surveyGroups(document_, top);
     group_ = 0;
     enterGroup(top, &document_.layerProperties(layer));
+    writeLevels();
+}
+
+/// The art of the tile stands in the pattern. A tile that is clipped is a group there.
+void SvgWriter::writePattern(PaintSource source, int depth) {
+    const Art tile = document_.pattern(source).tile;
+    survey_ = surveyGroups(document_, tile);
+    const bool grouped = document_.clipped(tile);
+    group_ = grouped ? 0 : 1;
+    servers_.writePatternStart(out_, source, depth);
+    if (!survey_.front().drawn) {
+        out_.text("/>");
+        return;
+    }
+    out_.text(">");
+    Level level;
+    level.next = grouped ? tile : document_.lastChild(tile);
+    level.depth = depth + 1;
+    level.visible = Extent::everything();
+    levels_.push_back(level);
+    writeLevels();
+    writeIndent(out_, depth);
+    out_.text("</pattern>");
+}
+
+void SvgWriter::writeLevels() {
     while (!levels_.empty() && !out_.failed()) {
         const Art art = levels_.back().next;
         if (art == Art::null) {
@@ -108,7 +151,7 @@ void SvgWriter::writeLayer(Layer layer) {
 }
 
 void SvgWriter::writeLayerAttributes(const LayerProperties& layer) {
-    writeId("layer", ++layers_);
+    writeId("layer", ++numbers_.layers);
     writePlainAttribute(out_, "inkscape:groupmode", "layer");
     if (!layer.title.empty()) {
         writeAttribute(out_, "inkscape:label", layer.title);
@@ -165,7 +208,7 @@ void SvgWriter::enterGroup(Art group, const LayerProperties* layer) {
     if (layer != nullptr) {
         writeLayerAttributes(*layer);
     } else {
-        writeId("g", ++groups_);
+        writeId("g", ++numbers_.groups);
     }
     if (clips) {
         writeReference(clip);
@@ -194,17 +237,43 @@ void SvgWriter::leaveGroup() {
     levels_.pop_back();
 }
 
+/// What a path of this style is painted with, as far as it is not written yet.
+void SvgWriter::writeServers(const PathStyle& style, int depth) {
+    for (const PaintSource source : servers_.claim(style)) {
+        if (document_.paintKind(source) == ColourKind::pattern) {
+            SvgWriter(out_, servers_, numbers_).writePattern(source, depth);
+        } else {
+            servers_.writeGradient(out_, source, depth);
+        }
+    }
+}
+
+/// Ends the element of a shape whose attributes are written.
+void SvgWriter::endShape(Note note) {
+    if (note == Note::null) {
+        out_.text("/>");
+        return;
+    }
+    out_.text("><desc>");
+    writeEscaped(out_, document_.note(note));
+    out_.text("</desc></path>");
+}
+
 void SvgWriter::writeShape(Art shape) {
     const Level& level = levels_.back();
+    const Art leading = leadingPath(document_, shape);
+    const PathStyle style = leading == Art::null ? PathStyle{} : document_.style(leading);
+    const bool guide = leading != Art::null && document_.guide(leading);
+    if (!guide) {
+        writeServers(style, level.depth);
+    }
     writeIndent(out_, level.depth);
     out_.text("<path");
-    writeId("p", ++shapes_);
-    if (const Art leading = leadingPath(document_, shape); leading == Art::null) {
-        writePaintedStyle(out_, PathStyle{});
-    } else if (document_.guide(leading)) {
+    writeId("p", ++numbers_.shapes);
+    if (guide) {
         writeGuideStyle(out_);
     } else {
-        writePaintedStyle(out_, document_.style(leading));
+        writePaintedStyle(out_, style, servers_);
     }
     if (level.chain.hides) {
         writePlainAttribute(out_, "display", "none");
@@ -212,7 +281,7 @@ void SvgWriter::writeShape(Art shape) {
         writeReference(level.chain.clip);
     }
     writeData(shape);
-    out_.text("/>");
+    endShape(style.note);
 }
 
 ClipEffect SvgWriter::clipEffect(Art clip, const GroupSurvey& survey, const Extent& visible) const {
@@ -223,8 +292,8 @@ ClipEffect SvgWriter::clipEffect(Art clip, const GroupSurvey& survey, const Exte
         return ClipEffect::hides;
     }
     const PathStyle& style = document_.style(leadingPath(document_, clip));
-    const bool painted = style.fillPaint != 0 || style.strokePaint != 0;
-    if (!painted && survey.clip.rectangle &&
+    const bool kept = style.fillPaint != 0 || style.strokePaint != 0 || style.note != Note::null;
+    if (!kept && survey.clip.rectangle &&
         survey.clip.bounds.contains(survey.content.within(visible))) {
         return ClipEffect::cutsNothing;
     }
@@ -242,19 +311,21 @@ void SvgWriter::startClip(std::uint32_t number, std::uint32_t within, int depth)
 }
 
 std::uint32_t SvgWriter::writeClip(Art clip, std::uint32_t within, int depth) {
-    const std::uint32_t number = ++clips_;
+    const std::uint32_t number = ++numbers_.clips;
+    const Art leading = leadingPath(document_, clip);
+    const PathStyle style = leading == Art::null ? PathStyle{} : document_.style(leading);
+    writeServers(style, depth);
     startClip(number, within, depth);
-    if (const Art leading = leadingPath(document_, clip); leading != Art::null) {
-        writeClipStyle(out_, document_.style(leading));
-    }
+    writeClipStyle(out_, style, servers_);
     writeData(clip);
-    out_.text("/></clipPath>");
+    endShape(style.note);
+    out_.text("</clipPath>");
     return number;
 }
 
 std::uint32_t SvgWriter::writeRectangleClip(const Extent& rectangle, std::uint32_t within,
                                             int depth) {
-    const std::uint32_t number = ++clips_;
+    const std::uint32_t number = ++numbers_.clips;
     startClip(number, within, depth);
     out_.text(" d=\"");
     writeRectangleData(out_, rectangle, corner_);
@@ -323,7 +394,9 @@ void SvgWriter::writeId(std::string_view kind, std::uint32_t number) {
 std::error_code writeSvg(const Document& document, const Provenance& provenance, ByteSink& sink) {
     TextOutput out(sink);
     writeRootStart(out, document.page(), provenance);
-    SvgWriter(document, out).writeLayers();
+    PaintServers servers(document, cornerOf(document));
+    Numbers numbers;
+    SvgWriter(out, servers, numbers).writeLayers();
     out.text("\n</svg>\n");
     return out.flush();
 }

@@ -1,0 +1,130 @@
+// Paint of the artwork: gradients, patterns, custom colours, notes, and the styles that use them.
+#include "app/artwork/document.h"
+
+#include <utility>
+
+namespace corvane {
+
+PaintSource Document::addGradient(Gradient gradient) {
+    return paint_.add(std::move(gradient));
+}
+
+PaintSource Document::addPattern(Pattern pattern) {
+    const NodeIndex tile = findTile(pattern.tile);
+    const PaintSource source = paint_.add(pattern);
+    if (tree_[tile].style == 0) {
+        tree_[tile].style = static_cast<std::uint32_t>(source);
+    }
+    return source;
+}
+
+PaintSource Document::addSpotColour(SpotColour colour) {
+    return paint_.add(std::move(colour));
+}
+
+const Gradient& Document::gradient(PaintSource source) const {
+    return paint_.gradient(source);
+}
+
+const Pattern& Document::pattern(PaintSource source) const {
+    return paint_.pattern(source);
+}
+
+const SpotColour& Document::spotColour(PaintSource source) const {
+    return paint_.spotColour(source);
+}
+
+ColourKind Document::paintKind(PaintSource source) const {
+    return paint_.kind(source);
+}
+
+Note Document::addNote(std::string note) {
+    return paint_.add(std::move(note));
+}
+
+const std::string& Document::note(Note note) const {
+    return paint_.note(note);
+}
+
+Art Document::makeTile() {
+    const NodeIndex group = tree_.allocate(ArtKind::group);
+    tree_[group].depth = 1;
+    tree_[group].tile = true;
+    return tree_.handle(group);
+}
+
+void Document::disposeTile(Art tile) {
+    const NodeIndex node = findTile(tile);
+    if (tree_[node].style != 0) {
+        throw ArtworkError("the tile belongs to a pattern");
+    }
+    freeTree(node);
+    reclaimSegments();
+}
+
+NodeIndex Document::findTile(Art tile) const {
+    const NodeIndex node = tree_.find(tile, ArtKind::group);
+    if (!tree_[node].tile) {
+        throw ArtworkError("the group is not made for a pattern");
+    }
+    return node;
+}
+
+/// Whoever draws may rely on these.
+void Document::checkStyle(NodeIndex path, const PathStyle& style) const {
+    if (style.dashCount < 0 || style.dashCount > std::ssize(style.dash) || style.cap < 0 ||
+        style.cap > 2 || style.join < 0 || style.join > 2 || style.rule > FillRule::evenOdd) {
+        throw ArtworkError("the path style has a value without meaning");
+    }
+    checkColour(path, style.fill);
+    checkColour(path, style.stroke);
+    if (style.note != Note::null) {
+        paint_.note(style.note);
+    }
+}
+
+void Document::checkColour(NodeIndex path, const Colour& colour) const {
+    switch (colour.kind) {
+    case ColourKind::gray:
+    case ColourKind::process:
+        return;
+    case ColourKind::custom:
+        paint_.spotColour(colour.source);
+        return;
+    case ColourKind::gradient:
+        paint_.gradient(colour.source);
+        return;
+    case ColourKind::pattern: {
+        paint_.pattern(colour.source);
+        const NodeIndex top = topOf(path);
+        if (tree_[top].tile && tree_[top].style != 0 &&
+            static_cast<std::uint32_t>(colour.source) >= tree_[top].style) {
+            throw ArtworkError("a pattern's tile can only use patterns made before it");
+        }
+        return;
+    }
+    }
+    throw ArtworkError("the path style has a colour of an unknown kind");
+}
+
+/// Art from `top` down is about to be put into `parent`.
+void Document::checkPatternsAt(NodeIndex top, NodeIndex parent) const {
+    const NodeIndex tile = topOf(parent);
+    if (!tree_[tile].tile || tree_[tile].style == 0) {
+        return;
+    }
+    for (NodeIndex node = top; node != 0; node = tree_.following(node, top)) {
+        if (tree_[node].kind != ArtKind::path) {
+            continue;
+        }
+        const PathStyle& style = styles_[tree_[node].style];
+        for (const Colour& colour : {style.fill, style.stroke}) {
+            if (colour.kind == ColourKind::pattern &&
+                static_cast<std::uint32_t>(colour.source) >= tree_[tile].style) {
+                throw ArtworkError("a pattern's tile can only use patterns made before it");
+            }
+        }
+    }
+}
+
+} // namespace corvane

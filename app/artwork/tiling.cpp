@@ -1,0 +1,228 @@
+#include "app/artwork/tiling.h"
+
+#include "app/artwork/path_walk.h"
+#include "app/artwork/transform_art.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+#include <optional>
+
+namespace corvane {
+
+namespace {
+
+struct Frame {
+    double left = std::numeric_limits<double>::infinity();
+    double bottom = left;
+    double right = -left;
+    double top = -left;
+
+    void add(Position at) {
+        left = std::min(left, at.x);
+        bottom = std::min(bottom, at.y);
+        right = std::max(right, at.x);
+        top = std::max(top, at.y);
+    }
+    bool meets(const Frame& other) const {
+        return left < other.right && other.left < right && bottom < other.top && other.bottom < top;
+    }
+    std::array<Position, 4> corners() const {
+        return {{{left, bottom}, {right, bottom}, {right, top}, {left, top}}};
+    }
+};
+
+Frame frameOf(const Rect& rect) {
+    const Position low = position({rect.left, rect.bottom});
+    const Position high = position({rect.right, rect.top});
+    return {low.x, low.y, high.x, high.y};
+}
+
+Frame mapped(const Frame& box, const Affine& map) {
+    Frame around;
+    for (const Position corner : box.corners()) {
+        around.add(apply(map, corner));
+    }
+    return around;
+}
+
+/// What one copy of a tile takes, and whether it must be cut.
+struct TileFacts {
+    std::int64_t work = 1;
+    bool empty = true;
+    bool leavesCell = false;
+};
+
+/// How far the stroke of a path reaches at most, points.
+double strokeReach(const PathStyle& style) {
+    constexpr double squareCap = 1.4143;
+    const double miter = style.join == 0 ? static_cast<double>(style.miterLimit) / fixedOne : 0;
+    const double half = std::abs(static_cast<double>(style.lineWidth)) / fixedOne / 2;
+    return style.strokePaint == 0 ? 0 : half * std::max(squareCap, miter);
+}
+
+TileFacts factsOf(const Document& document, const Pattern& pattern) {
+    TileFacts facts;
+    for (Art art = pattern.tile; art != Art::null; art = following(document, art, pattern.tile)) {
+        ++facts.work;
+        if (document.kind(art) != ArtKind::path) {
+            continue;
+        }
+        facts.empty = false;
+        facts.work += document.segments(art).size();
+        const Frame box = frameOf(pathBounds(document, art));
+        const double reach = strokeReach(document.style(art));
+        facts.leavesCell = facts.leavesCell || box.left - reach < pattern.left ||
+                           box.bottom - reach < pattern.bottom ||
+                           box.right + reach > pattern.right || box.top + reach > pattern.top;
+    }
+    return facts;
+}
+
+/// The cells that may meet `around`, in pattern space.
+struct CellRange {
+    double column; ///< of the first cell, counted from the pattern's own
+    double row;
+    double columns;
+    double rows;
+
+    CellRange(const Pattern& pattern, const Frame& around)
+        : column(std::floor((around.left - pattern.right) / pattern.stepX)),
+          row(std::floor((around.bottom - pattern.top) / pattern.stepY)),
+          columns(std::ceil((around.right - pattern.left) / pattern.stepX) - column + 1),
+          rows(std::ceil((around.top - pattern.bottom) / pattern.stepY) - row + 1) {}
+
+    /// Not a number where the cells cannot be counted.
+    double count() const { return columns * rows; }
+};
+
+[[noreturn]] void refuse() {
+    throw ArtworkError("the cells of a pattern are too small or too many to cover its path: give "
+                       "it larger cells");
+}
+
+} // namespace
+
+/// A copy of a tile that is out.
+class PlacedTile {
+public:
+    PlacedTile(Tiling& tiling, Document& document, const Affine& placement)
+        : tiling_(tiling), document_(document), top_(document.makeTile()) {
+        try {
+            tiling_.placed_.push_back({top_, placement});
+        } catch (...) {
+            document_.disposeTile(top_);
+            throw;
+        }
+    }
+    ~PlacedTile() {
+        tiling_.placed_.pop_back();
+        document_.disposeTile(top_);
+    }
+    PlacedTile(const PlacedTile&) = delete;
+    PlacedTile& operator=(const PlacedTile&) = delete;
+
+    Art top() const { return top_; }
+
+    void fill(const Pattern& pattern, bool cut) {
+        const Affine& placement = tiling_.placed_.back().placement;
+        const Art copy = document_.duplicate(pattern.tile, Placement::inside, top_);
+        transformArt(document_, copy, placement);
+        if (cut) {
+            addClip({pattern.left, pattern.bottom, pattern.right, pattern.top}, placement);
+        }
+    }
+
+private:
+    void addClip(const Frame& cell, const Affine& placement) {
+        std::array<Segment, 4> outline;
+        std::ranges::transform(cell.corners(), outline.begin(), [&](Position corner) {
+            const Point at = fixedPoint(apply(placement, corner));
+            return Segment{at, at, at, 0};
+        });
+        const Art clip = document_.make(ArtKind::path, Placement::inside, top_);
+        document_.setSegmentCount(clip, static_cast<std::int32_t>(outline.size()));
+        document_.writeSegments(clip, 0, outline);
+        document_.setClosed(clip, true);
+        PathStyle style;
+        style.clip = 1;
+        document_.setStyle(clip, style);
+        document_.setClipped(top_, true);
+    }
+
+    Tiling& tiling_;
+    Document& document_;
+    Art top_;
+};
+
+Rect pathBounds(const Document& document, Art path) {
+    const Segments segments = document.segments(path);
+    if (segments.empty()) {
+        return {};
+    }
+    const Point start = segments[0].anchor;
+    Rect bounds{start.x, start.y, start.x, start.y};
+    for (const Segment& segment : segments) {
+        for (const Point point : {segment.anchor, segment.in, segment.out}) {
+            bounds.left = std::min(bounds.left, point.x);
+            bounds.bottom = std::min(bounds.bottom, point.y);
+            bounds.right = std::max(bounds.right, point.x);
+            bounds.top = std::max(bounds.top, point.y);
+        }
+    }
+    return bounds;
+}
+
+Colour fillOf(const Document& document, Art path) {
+    const Art parent = document.parent(path);
+    const bool compound = parent != Art::null && document.kind(parent) == ArtKind::compound;
+    return document.style(compound ? document.firstChild(parent) : path).fill;
+}
+
+Affine Tiling::placement(const Document& document, Art path) const {
+    const Art top = document.top(path);
+    const auto found = std::ranges::find(placed_, top, &Placed::top);
+    return found != placed_.end() ? found->placement : Affine{};
+}
+
+void Tiling::tile(Document& document, Art path, TileProcedure procedure) {
+    const Pattern pattern = document.pattern(fillOf(document, path).source);
+    const Affine matrix = then(pattern.matrix, placement(document, path));
+    const Frame bounds = frameOf(pathBounds(document, path));
+    const std::optional<Affine> back = inverse(matrix);
+    const TileFacts facts = factsOf(document, pattern);
+    if (!back || facts.empty) {
+        return;
+    }
+    if (placed_.size() >= deepest) {
+        throw ArtworkError("patterns within patterns are nested too deeply");
+    }
+    const Frame around = mapped(bounds, *back);
+    const CellRange range(pattern, around);
+    if (!(range.count() <= mostCells) ||
+        static_cast<std::int64_t>(range.count()) > (mostWork - work_) / facts.work) {
+        refuse();
+    }
+    const Frame cell{pattern.left, pattern.bottom, pattern.right, pattern.top};
+    for (double row = 0; row < range.rows; ++row) {
+        for (double column = 0; column < range.columns; ++column) {
+            const Affine shift{1,
+                               0,
+                               0,
+                               1,
+                               (range.column + column) * pattern.stepX,
+                               (range.row + row) * pattern.stepY};
+            const Affine map = then(shift, matrix);
+            if (!mapped(cell, map).meets(bounds) || !mapped(cell, shift).meets(around)) {
+                continue;
+            }
+            work_ += facts.work;
+            PlacedTile tile(*this, document, map);
+            tile.fill(pattern, facts.leavesCell);
+            procedure(tile.top());
+        }
+    }
+}
+
+} // namespace corvane

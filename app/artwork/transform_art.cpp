@@ -1,0 +1,38 @@
+#include "app/artwork/transform_art.h"
+
+#include "app/artwork/path_walk.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+
+namespace corvane {
+
+namespace {
+
+void transformSegments(Document& document, Art path, const Affine& map) {
+    constexpr std::int32_t blockSize = 256;
+    std::array<Segment, blockSize> block;
+    const std::int32_t count = document.segments(path).size();
+    for (std::int32_t first = 0; first < count; first += blockSize) {
+        const std::span<Segment> some(block.data(),
+                                      static_cast<std::size_t>(std::min(blockSize, count - first)));
+        document.readSegments(path, first, some);
+        transform(some, map);
+        document.writeSegments(path, first, some);
+    }
+}
+
+} // namespace
+
+void transformArt(Document& document, Art top, const Affine& map) {
+    const double scale = meanScale(map);
+    forEachPath(document, top, [&](Art path) {
+        transformSegments(document, path, map);
+        if (scale != 1) {
+            document.setStyle(path, scaled(document.style(path), scale));
+        }
+    });
+}
+
+} // namespace corvane
