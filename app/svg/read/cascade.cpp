@@ -1,0 +1,62 @@
+#include "app/svg/read/cascade.h"
+
+#include "app/svg/read/affine.h"
+#include "app/svg/read/transform.h"
+
+namespace corvane {
+
+Declared cascade(pugi::xml_node element, const Attributes& attributes, ReadingContext& context) {
+    Declared declared;
+    for (const Attributes::Entry& entry : attributes.entries()) {
+        if (isProperty(entry.name)) {
+            declared.set(entry.name, entry.value);
+        }
+    }
+    const std::string_view style = attributes[Attribute::style];
+    const auto declareStyle = [&](bool important) {
+        bool met = false;
+        forEachDeclaration(style, [&](std::string_view name, std::string_view value, bool marked) {
+            const Attribute property = attributeByName(name);
+            met = met || marked;
+            if (isProperty(property) && marked == important) {
+                declared.set(property, value);
+            }
+        });
+        return met;
+    };
+    const std::string_view type = context.index.localName(element);
+    if (!context.sheet.empty()) {
+        context.sheet.declare(type, attributes, false, declared);
+    }
+    const bool marked = !style.empty() && declareStyle(false);
+    if (!context.sheet.empty()) {
+        context.sheet.declare(type, attributes, true, declared);
+    }
+    if (marked) {
+        declareStyle(true);
+    }
+    return declared;
+}
+
+ComputedStyle styleOf(pugi::xml_node element, const Attributes& attributes,
+                      const ComputedStyle& outer, const Viewport& viewport,
+                      ReadingContext& context) {
+    return computeStyle(outer, cascade(element, attributes, context), attributes, viewport,
+                        context.tally);
+}
+
+Affine transformed(const Affine& outer, const Attributes& attributes, Attribute name,
+                   ReadingContext& context) {
+    if (!attributes.has(name)) {
+        return outer;
+    }
+    const auto inner = parseTransform(attributes[name]);
+    const Affine both = inner ? product(outer, *inner) : outer;
+    if (!inner || !isFinite(both)) {
+        context.tally.add("transform");
+        return outer;
+    }
+    return both;
+}
+
+} // namespace corvane

@@ -1,0 +1,185 @@
+#include "app/svg/read/clip_reader.h"
+
+#include "app/svg/read/basic_shapes.h"
+#include "app/svg/read/cascade.h"
+#include "app/svg/read/paint_style.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+/// Twice the area within the anchors of a shape; its sign tells the direction.
+double signedArea(const Document& document, Art shape) {
+    double area = 0;
+    forEachPath(document, shape, [&](Art path) {
+        const Segments segments = document.segments(path);
+        if (segments.empty()) {
+            return;
+        }
+        Point last = segments[segments.size() - 1].anchor;
+        for (const Segment& segment : segments) {
+            area += static_cast<double>(last.x) * segment.anchor.y -
+                    static_cast<double>(segment.anchor.x) * last.y;
+            last = segment.anchor;
+        }
+    });
+    return area;
+}
+
+void reverse(Document& document, Art path) {
+    std::vector<Segment> segments(static_cast<std::size_t>(document.segments(path).size()));
+    document.readSegments(path, 0, segments);
+    std::ranges::reverse(segments);
+    for (Segment& segment : segments) {
+        std::swap(segment.in, segment.out);
+    }
+    document.writeSegments(path, 0, segments);
+}
+
+} // namespace
+
+std::vector<pugi::xml_node> ClipReader::chain(std::string_view id) {
+    std::vector<pugi::xml_node> chain;
+    while (!id.empty()) {
+        const pugi::xml_node clip = context_.index.find(id);
+        const bool known = std::ranges::find(chain, clip) != chain.end();
+        if (context_.index.elementOf(clip) != Element::clipPath || known ||
+            chain.size() == context_.budget.references) {
+            context_.tally.add("clip-path");
+            break;
+        }
+        chain.push_back(clip);
+        const Attributes attributes(clip);
+        const Declared declared = cascade(clip, attributes, context_);
+        id = localReference(declared[Attribute::clipPath]).value_or(std::string_view{});
+    }
+    std::ranges::reverse(chain);
+    return chain;
+}
+
+bool ClipReader::fitsBox(pugi::xml_node clip) {
+    return std::string_view(clip.attribute("clipPathUnits").value()) == "objectBoundingBox";
+}
+
+bool ClipReader::readPart(pugi::xml_node node, const ComputedStyle& outer, Affine matrix,
+                          Part& into) {
+    ComputedStyle style = outer;
+    for (std::size_t depth = 0; depth <= 1; ++depth) {
+        into.attributes.load(node);
+        style = styleOf(node, into.attributes, style, style.viewport, context_);
+        if (!style.displayed) {
+            return false;
+        }
+        if (!style.clipPath.empty()) {
+            context_.tally.add("clip-path");
+        }
+        matrix = transformed(matrix, into.attributes, Attribute::transform, context_);
+        into.element = context_.index.elementOf(node);
+        if (into.element != Element::use) {
+            break;
+        }
+        const LengthContext lengths{style.viewport, style.fontSize};
+        matrix =
+            product(matrix, {1, 0, 0, 1, lengthOf(into.attributes, Attribute::x, Axis::x, lengths),
+                             lengthOf(into.attributes, Attribute::y, Axis::y, lengths)});
+        const std::string_view reference = into.attributes[Attribute::href];
+        node = reference.starts_with('#') ? context_.index.find(reference.substr(1))
+                                          : pugi::xml_node();
+    }
+    into.style = style;
+    into.matrix = matrix;
+    if (isShapeElement(into.element)) {
+        return style.visible;
+    }
+    if (into.element == Element::text || into.element == Element::use) {
+        context_.tally.add(into.element == Element::text ? "text" : "use");
+    }
+    return false;
+}
+
+std::vector<ClipReader::Part> ClipReader::parts(pugi::xml_node clip, const Affine& toArt) {
+    const Attributes attributes(clip);
+    const ComputedStyle style = styleOf(clip, attributes, {}, {}, context_);
+    const Affine matrix = transformed(toArt, attributes, Attribute::transform, context_);
+    std::vector<Part> found;
+    for (const pugi::xml_node node : clip.children()) {
+        Part part;
+        if (node.type() == pugi::node_element && readPart(node, style, matrix, part)) {
+            found.push_back(std::move(part));
+        }
+    }
+    return found;
+}
+
+Art ClipReader::draw(const Part& part, Art group) {
+    shape_.begin({Placement::inside, group}, part.matrix, context_.ours, false);
+    drawShape(part.element, part.attributes, {part.style.viewport, part.style.fontSize}, shape_,
+              context_.tally);
+    return shape_.finish(part.attributes.isTrue(Attribute::dataCompound));
+}
+
+/// Parts that overlap are one area together if all of them run in one direction.
+void ClipReader::orient(Art shape) {
+    if (signedArea(context_.document, shape) < 0) {
+        forEachPath(context_.document, shape, [&](Art path) { reverse(context_.document, path); });
+    }
+}
+
+Art ClipReader::unite(Art shape, Art more) {
+    Document& document = context_.document;
+    orient(more);
+    if (document.kind(shape) == ArtKind::path) {
+        const Art compound = document.make(ArtKind::compound, Placement::behind, shape);
+        document.reorder(shape, Placement::inside, compound);
+        shape = compound;
+    }
+    if (document.kind(more) == ArtKind::path) {
+        document.reorder(more, Placement::inside, shape);
+        return shape;
+    }
+    while (document.lastChild(more) != Art::null) {
+        document.reorder(document.lastChild(more), Placement::inside, shape);
+    }
+    document.dispose(more);
+    return shape;
+}
+
+Art ClipReader::clip(Art group, pugi::xml_node clip, const Affine& toArt, const UserBox& box) {
+    Document& document = context_.document;
+    Affine matrix = toArt;
+    if (fitsBox(clip)) {
+        matrix = box.empty() ? Affine{0, 0, 0, 0, 0, 0}
+                             : product(toArt, {box.width(), 0, 0, box.height(), box.left, box.top});
+    }
+    const std::vector<Part> all = parts(clip, matrix);
+    PathStyle style;
+    style.clip = 1;
+    Art shape = Art::null;
+    for (const Part& part : all) {
+        const Art drawn = draw(part, group);
+        const FillRule rule = part.style.clipRule;
+        if (all.size() > 1 && rule == FillRule::evenOdd) {
+            context_.tally.add("clip-rule");
+        }
+        style.rule = all.size() > 1 ? FillRule::nonzero : rule;
+        if (shape == Art::null && all.size() > 1) {
+            orient(drawn);
+        }
+        shape = shape == Art::null ? drawn : unite(shape, drawn);
+    }
+    if (shape == Art::null) {
+        shape = document.make(ArtKind::path, Placement::inside, group);
+    }
+    if (context_.ours && all.size() == 1) {
+        const Part& part = all.front();
+        style = clippingStyle(part.style, part.attributes, part.matrix, context_.tally);
+    }
+    forEachPath(document, shape, [&](Art path) { document.setStyle(path, style); });
+    document.setClipped(group, true);
+    return shape;
+}
+
+} // namespace corvane

@@ -1,0 +1,48 @@
+// Clips: what `clip-path` names, as the path that clips a group.
+#pragma once
+
+#include "app/svg/read/computed_style.h"
+#include "app/svg/read/context.h"
+#include "app/svg/read/shape_builder.h"
+
+#include <string_view>
+#include <vector>
+
+namespace corvane {
+
+class ClipReader {
+public:
+    explicit ClipReader(ReadingContext& context)
+        : context_(context), shape_(context.document, context.tally) {}
+
+    /// The `clipPath` of that id behind those that clip it in turn, outermost first; empty, and
+    /// counted, where there is none or they run in a circle.
+    std::vector<pugi::xml_node> chain(std::string_view id);
+
+    /// Clips by the box of what is clipped?
+    static bool fitsBox(pugi::xml_node clip);
+
+    /// Makes the path or compound path of one `clipPath` as the frontmost child of `group`, and has
+    /// it clip the group. `toArt` is the user space of what is clipped, `box` around that, where
+    /// `fitsBox`.
+    Art clip(Art group, pugi::xml_node clip, const Affine& toArt, const UserBox& box = {});
+
+private:
+    struct Part {
+        Element element = Element::unknown;
+        Attributes attributes;
+        ComputedStyle style;
+        Affine matrix;
+    };
+
+    std::vector<Part> parts(pugi::xml_node clip, const Affine& toArt);
+    bool readPart(pugi::xml_node node, const ComputedStyle& outer, Affine matrix, Part& into);
+    Art draw(const Part& part, Art group);
+    void orient(Art shape);
+    Art unite(Art shape, Art more);
+
+    ReadingContext& context_;
+    ShapeBuilder shape_;
+};
+
+} // namespace corvane

@@ -1,0 +1,21 @@
+// What all readers of one file share.
+#pragma once
+
+#include "app/artwork/document.h"
+#include "app/svg/read/budget.h"
+#include "app/svg/read/file_index.h"
+#include "app/svg/read/style_sheet.h"
+#include "app/svg/read/tally.h"
+
+namespace corvane {
+
+struct ReadingContext {
+    Document& document;
+    const FileIndex& index;
+    StyleSheet& sheet;
+    Tally& tally;
+    const ReadingBudget& budget;
+    bool ours = false; ///< the file says that this program wrote it
+};
+
+} // namespace corvane

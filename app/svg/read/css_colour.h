@@ -1,0 +1,21 @@
+// Colours as CSS writes them.
+#pragma once
+
+#include "app/svg/colour.h"
+
+#include <optional>
+#include <string_view>
+
+namespace corvane {
+
+/// A colour and how much it covers.
+struct CssColour {
+    ScreenColour screen;
+    double alpha = 1;
+};
+
+/// A keyword, "#rgb" and its longer forms, rgb(), rgba(), hsl(), hsla(); "transparent" is alpha 0.
+/// What follows the colour (an "icc-color") is left alone. None where the text is no colour.
+std::optional<CssColour> parseColour(std::string_view text);
+
+} // namespace corvane

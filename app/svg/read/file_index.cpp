@@ -1,0 +1,86 @@
+#include "app/svg/read/file_index.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace corvane {
+
+namespace {
+
+/// Lines behind these are not counted: the index is to stay small beside the text.
+constexpr std::size_t mostLines = std::size_t{1} << 24;
+
+/// All nodes below `top`, each before those within it.
+pugi::xml_node following(pugi::xml_node node, pugi::xml_node top) {
+    if (node.first_child()) {
+        return node.first_child();
+    }
+    while (node != top && !node.next_sibling()) {
+        node = node.parent();
+    }
+    return node == top ? pugi::xml_node() : node.next_sibling();
+}
+
+} // namespace
+
+LineIndex::LineIndex(std::string_view text) {
+    for (std::size_t at = 0; at < text.size() && ends_.size() < mostLines; ++at) {
+        const void* const end = std::memchr(text.data() + at, '\n', text.size() - at);
+        if (end == nullptr) {
+            break;
+        }
+        at = static_cast<std::size_t>(static_cast<const char*>(end) - text.data());
+        ends_.push_back(static_cast<std::uint32_t>(at));
+    }
+}
+
+std::size_t LineIndex::lineOf(std::ptrdiff_t offset) const {
+    const auto place = static_cast<std::uint32_t>(std::max<std::ptrdiff_t>(offset, 0));
+    return static_cast<std::size_t>(std::ranges::lower_bound(ends_, place) - ends_.begin()) + 1;
+}
+
+FileIndex::FileIndex(pugi::xml_node root) : root_(root) {
+    const std::string_view name = root.name();
+    const std::size_t colon = name.find(':');
+    if (colon != std::string_view::npos) {
+        prefix_ = name.substr(0, colon + 1);
+    }
+}
+
+void FileIndex::build(StyleSheet& sheet) {
+    for (pugi::xml_node node = root_; node; node = following(node, root_)) {
+        for (pugi::xml_attribute attribute = node.first_attribute(); attribute;
+             attribute = attribute.next_attribute()) {
+            if (std::strcmp(attribute.name(), "id") == 0) {
+                byId_.try_emplace(attribute.value(), node);
+                break;
+            }
+        }
+        if (node.type() == pugi::node_element && elementOf(node) == Element::style) {
+            for (const pugi::xml_node text : node.children()) {
+                sheet.add(text.value());
+            }
+        }
+    }
+}
+
+pugi::xml_node FileIndex::find(std::string_view id) const {
+    const auto found = byId_.find(id);
+    return found == byId_.end() ? pugi::xml_node() : found->second;
+}
+
+std::string_view FileIndex::localName(pugi::xml_node node) const {
+    std::string_view name = node.name();
+    if (!prefix_.empty() && name.starts_with(prefix_)) {
+        name.remove_prefix(prefix_.size());
+    }
+    return name;
+}
+
+Element FileIndex::elementOf(pugi::xml_node node, bool& foreign) const {
+    const std::string_view name = localName(node);
+    foreign = name.find(':') != std::string_view::npos;
+    return elementByName(name);
+}
+
+} // namespace corvane

@@ -1,0 +1,55 @@
+// The elements of a file by their ids, its style sheets, and the lines that they stand in.
+#pragma once
+
+#include "app/svg/read/element_names.h"
+#include "app/svg/read/style_sheet.h"
+
+#include <cstdint>
+#include <pugixml.hpp>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace corvane {
+
+/// Lines of a text, taken before parsing changes it.
+class LineIndex {
+public:
+    explicit LineIndex(std::string_view text);
+    /// From 1, of the byte at `offset`.
+    std::size_t lineOf(std::ptrdiff_t offset) const;
+
+private:
+    std::vector<std::uint32_t> ends_;
+};
+
+/// What one pass over a parsed file finds.
+class FileIndex {
+public:
+    /// `root` is the element `svg`, perhaps with a namespace prefix.
+    explicit FileIndex(pugi::xml_node root);
+
+    /// Walks the file, once: ids, and the text of style sheets into `sheet`.
+    void build(StyleSheet& sheet);
+
+    /// The element of an id, or null.
+    pugi::xml_node find(std::string_view id) const;
+
+    /// What an element is: its name without the file's SVG prefix. `foreign` for names of other
+    /// namespaces, which are none of SVG's business.
+    Element elementOf(pugi::xml_node node, bool& foreign) const;
+    Element elementOf(pugi::xml_node node) const {
+        bool foreign = false;
+        return elementOf(node, foreign);
+    }
+    /// The name that style sheets know an element by.
+    std::string_view localName(pugi::xml_node node) const;
+
+private:
+    pugi::xml_node root_;
+    std::string prefix_; ///< with its colon, or empty
+    std::unordered_map<std::string_view, pugi::xml_node> byId_;
+};
+
+} // namespace corvane

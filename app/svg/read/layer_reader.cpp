@@ -1,0 +1,39 @@
+#include "app/svg/read/layer_reader.h"
+
+#include <string>
+#include <utility>
+
+namespace corvane {
+
+Art LayerReader::add(LayerProperties properties) {
+    Layer layer = document_.firstLayer();
+    if (added_) {
+        layer = document_.addLayer(std::move(properties));
+    } else {
+        document_.setLayerProperties(layer, std::move(properties));
+    }
+    added_ = true;
+    loose_ = Art::null;
+    return document_.layerArt(layer);
+}
+
+Art LayerReader::loose() {
+    if (loose_ == Art::null) {
+        loose_ = add({});
+    }
+    return loose_;
+}
+
+LayerProperties layerProperties(const Attributes& attributes, bool visible) {
+    LayerProperties layer;
+    layer.title = attributes[Attribute::inkscapeLabel];
+    layer.visible = visible;
+    layer.preview = attributes[Attribute::dataPreview] != "false";
+    layer.locked = attributes.isTrue(Attribute::dataLocked) ||
+                   attributes.isTrue(Attribute::sodipodiInsensitive);
+    layer.printing = attributes[Attribute::dataPrinting] != "false";
+    layer.dimmed = attributes.isTrue(Attribute::dataDimmed);
+    return layer;
+}
+
+} // namespace corvane

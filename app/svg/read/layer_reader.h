@@ -1,0 +1,32 @@
+// The layers that art goes into.
+#pragma once
+
+#include "app/svg/read/attributes.h"
+#include "app/svg/read/context.h"
+
+namespace corvane {
+
+class LayerReader {
+public:
+    explicit LayerReader(Document& document) : document_(document) {}
+
+    static bool isLayer(const Attributes& attributes) {
+        return attributes[Attribute::inkscapeGroupmode] == "layer";
+    }
+
+    /// The group of a new layer in front of all others; the first is the one the document has.
+    Art add(LayerProperties properties);
+    /// The group that art outside all layers goes into: a layer without title, in front of those
+    /// before it.
+    Art loose();
+
+private:
+    Document& document_;
+    bool added_ = false;
+    Art loose_ = Art::null; ///< until the next layer
+};
+
+/// What a layer's attributes say; `visible`: its element is displayed.
+LayerProperties layerProperties(const Attributes& attributes, bool visible);
+
+} // namespace corvane

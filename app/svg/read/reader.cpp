@@ -1,0 +1,92 @@
+#include "app/svg/reader.h"
+
+#include "app/svg/read/budget.h"
+#include "app/svg/read/root_reader.h"
+#include "app/svg/read/tree_reader.h"
+
+#include <pugixml.hpp>
+#include <string_view>
+
+namespace corvane {
+
+namespace {
+
+[[noreturn]] void failAt(std::size_t line, std::string_view what) {
+    throw SvgError("line " + std::to_string(line) + ": " + std::string(what));
+}
+
+/// A file's elements. Values keep their line ends, so that lines can be counted.
+void parse(std::string& text, pugi::xml_document& xml, const LineIndex& lines) {
+    constexpr unsigned options = pugi::parse_cdata | pugi::parse_escapes | pugi::parse_doctype;
+    const pugi::xml_parse_result result =
+        xml.load_buffer_inplace(text.data(), text.size(), options);
+    if (result.status == pugi::status_out_of_memory) {
+        throw std::bad_alloc();
+    }
+    if (result.status == pugi::status_no_document_element) {
+        throw SvgError("the file is no SVG: it holds no element");
+    }
+    if (!result) {
+        failAt(lines.lineOf(result.offset),
+               std::string("the file is no XML: ") + result.description());
+    }
+}
+
+/// Entities that stand for a file or address of their own are never looked up.
+void countExternalEntities(const pugi::xml_document& xml, Tally& tally) {
+    for (const pugi::xml_node node : xml.children()) {
+        if (node.type() != pugi::node_doctype) {
+            continue;
+        }
+        std::string_view declarations = node.value();
+        constexpr std::string_view start = "<!ENTITY";
+        for (std::size_t at = declarations.find(start); at != std::string_view::npos;
+             at = declarations.find(start)) {
+            declarations.remove_prefix(at + start.size());
+            const std::string_view entity = declarations.substr(0, declarations.find('>'));
+            if (entity.find("SYSTEM") != std::string_view::npos ||
+                entity.find("PUBLIC") != std::string_view::npos) {
+                tally.add("external reference");
+            }
+        }
+    }
+}
+
+} // namespace
+
+SvgReading readSvg(std::string text, Document& document) {
+    const ReadingBudget budget;
+    if (text.size() > budget.textSize) {
+        throw SvgError("the file is too large");
+    }
+    const LineIndex lines(text);
+    pugi::xml_document xml;
+    parse(text, xml, lines);
+    const pugi::xml_node root = xml.document_element();
+    FileIndex index(root);
+    if (index.elementOf(root) != Element::svg) {
+        failAt(lines.lineOf(root.offset_debug()),
+               "the file is no SVG: its outermost element is no svg");
+    }
+    Tally tally;
+    StyleSheet sheet(budget, tally);
+    countExternalEntities(xml, tally);
+    SvgReading reading;
+    ReadingContext context{document, index, sheet, tally, budget, false};
+    TreeReader tree(context);
+    try {
+        index.build(sheet);
+        const RootReading found = readRoot(Attributes(root), document.page());
+        reading.provenance = found.provenance;
+        reading.ours = context.ours = found.ours;
+        tree.read(root, found.matrix, found.viewport);
+    } catch (const SvgError& error) {
+        failAt(lines.lineOf(tree.current().offset_debug()), error.what());
+    } catch (const ArtworkError& error) {
+        failAt(lines.lineOf(tree.current().offset_debug()), error.what());
+    }
+    reading.ignored = tally.counts();
+    return reading;
+}
+
+} // namespace corvane

@@ -1,0 +1,222 @@
+#include "app/svg/read/root_reader.h"
+
+#include "app/artwork/arithmetic.h"
+#include "app/svg/read/affine.h"
+#include "app/svg/read/declarations.h"
+#include "app/svg/read/fixed_number.h"
+#include "app/svg/read/number_list.h"
+#include "app/svg/read/view_box.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <string_view>
+#include <system_error>
+
+namespace corvane {
+
+namespace {
+
+/// What SVG leaves open: the area that a file without width and height fills.
+constexpr double defaultWidth = 300;
+constexpr double defaultHeight = 150;
+
+/// Points by which a page may differ from what we wrote, for editors that count in other units.
+constexpr double sameLength = .01;
+
+template <class Number>
+Number wholeNumber(std::string_view text, int base = 10) {
+    Number number = 0;
+    std::from_chars(text.data(), text.data() + text.size(), number, base);
+    return number;
+}
+
+Fixed fixedOf(double value) {
+    return saturate(wideFixed(value));
+}
+
+std::map<Omission, std::int32_t> parseOmissions(std::string_view text) {
+    constexpr std::array kinds{Omission::text, Omission::image, Omission::form, Omission::shading,
+                               Omission::other};
+    std::map<Omission, std::int32_t> omitted;
+    TextCursor cursor(text);
+    while (!cursor.atEnd()) {
+        TextCursor entry(cursor.takeUntil(' '));
+        const std::string_view name = entry.takeUntil(':');
+        const auto kind = std::ranges::find(kinds, name, omissionName);
+        const auto count = wholeNumber<std::int32_t>(entry.rest());
+        if (kind != kinds.end() && count > 0) {
+            omitted[*kind] = count;
+        }
+    }
+    return omitted;
+}
+
+Box parseBox(std::string_view text) {
+    std::array<double, 4> sides{};
+    return parseNumbers(text, sides) ? Box{sides[0], sides[1], sides[2], sides[3]} : Box{};
+}
+
+double parseUserUnit(std::string_view text) {
+    std::array<double, 1> unit{1};
+    return !text.empty() && parseNumbers(text, unit) && unit[0] > 0 ? unit[0] : 1;
+}
+
+Provenance readProvenance(const Attributes& root) {
+    Provenance from;
+    from.sourceFile = root[Attribute::dataFile];
+    from.page = std::max(0, wholeNumber<std::int32_t>(root[Attribute::dataPage]));
+    from.omitted = parseOmissions(root[Attribute::dataOmitted]);
+    if (root.has(Attribute::dataDigest)) {
+        PageIdentity& identity = from.identity.emplace();
+        identity.digest = wholeNumber<std::uint64_t>(root[Attribute::dataDigest], 16);
+        PageFacts& page = identity.page;
+        page.page = from.page;
+        TextCursor object(root[Attribute::dataObject]);
+        page.objectNumber = wholeNumber<std::int32_t>(object.takeUntil(' '));
+        page.generation = wholeNumber<std::int32_t>(object.rest());
+        page.mediaBox = parseBox(root[Attribute::dataMediaBox]);
+        page.rotate = wholeNumber<std::int32_t>(root[Attribute::dataRotate]);
+        page.userUnit = parseUserUnit(root[Attribute::dataUserUnit]);
+    }
+    return from;
+}
+
+/// The area of the root on paper, in points of the artwork, and its user space.
+struct PaperArea {
+    double width = 0;
+    double height = 0;
+    Affine matrix; ///< from user space, to points from the area's upper left, y down
+    Viewport viewport;
+};
+
+/// A length of the root in points; that of the view box where it says none or a percentage.
+double paperLength(std::string_view text, double otherwise) {
+    const auto length = parseLength(text, Axis::other, {});
+    if (!length || !(*length > 0) || text.find('%') != std::string_view::npos) {
+        return otherwise;
+    }
+    return *length / pixelsPerPoint;
+}
+
+PaperArea paperArea(const Attributes& root, bool ours, double userUnit) {
+    auto box = parseViewBox(root[Attribute::viewBox]);
+    if (box && !(box->width > 0 && box->height > 0)) {
+        box.reset();
+    }
+    // Where nothing else is said, a user unit is a point of ours, a pixel of others'.
+    const double unit = ours ? userUnit : 1 / pixelsPerPoint;
+    const std::string_view widthText = root[Attribute::width];
+    const std::string_view heightText = root[Attribute::height];
+    double width = paperLength(widthText, -1);
+    double height = paperLength(heightText, -1);
+    if (box) {
+        // One side alone gives the other its length.
+        const double known = width > 0    ? width / box->width
+                             : height > 0 ? height / box->height
+                                          : unit;
+        width = width > 0 ? width : known * box->width;
+        height = height > 0 ? height : known * box->height;
+    } else {
+        width = width > 0 ? width : defaultWidth * unit;
+        height = height > 0 ? height : defaultHeight * unit;
+    }
+    PaperArea area;
+    area.width = width / userUnit;
+    area.height = height / userUnit;
+    if (!box) {
+        const bool unsized = ours && !root.has(Attribute::width);
+        const double scale = unsized ? 1 : 1 / pixelsPerPoint / userUnit;
+        area.matrix = {scale, 0, 0, scale, 0, 0};
+        area.viewport = {area.width / scale, area.height / scale};
+        return area;
+    }
+    // The size was rounded when it was written: a scale that nobody can see is none.
+    if (std::abs(area.width - box->width) < sameLength / 10 &&
+        std::abs(area.height - box->height) < sameLength / 10) {
+        area.width = box->width;
+        area.height = box->height;
+    }
+    area.matrix =
+        viewBoxMatrix(*box, {0, 0, area.width, area.height}, root[Attribute::preserveAspectRatio]);
+    area.viewport = {box->width, box->height};
+    return area;
+}
+
+/// Bounds as a file of ours says them; those of the area where it says none.
+std::optional<Rect> writtenBounds(const Attributes& root, const PaperArea& area) {
+    std::array<double, 4> sides{};
+    if (!root.has(Attribute::dataBounds)) {
+        const bool moved = area.matrix.tx != 0 || area.matrix.ty != 0;
+        return moved ? std::nullopt
+                     : std::optional(Rect{0, fixedOf(area.height), fixedOf(area.width), 0});
+    }
+    if (!parseNumbers(root[Attribute::dataBounds], sides)) {
+        return std::nullopt;
+    }
+    const Rect bounds{fixedOf(sides[0]), fixedOf(sides[3]), fixedOf(sides[2]), fixedOf(sides[1])};
+    const auto same = [](double side, std::int64_t written) {
+        return std::abs(side - static_cast<double>(written) / fixedOne) < sameLength;
+    };
+    // A page without area is written without a size.
+    const std::int64_t width = std::int64_t{bounds.right} - bounds.left;
+    const std::int64_t height = std::int64_t{bounds.top} - bounds.bottom;
+    const bool unsized = (width <= 0 || height <= 0) && !root.has(Attribute::viewBox);
+    const bool kept = same(area.width, width) && same(area.height, height) &&
+                      std::abs(area.matrix.tx) < sameLength &&
+                      std::abs(area.matrix.ty) < sameLength;
+    return kept || unsized ? std::optional(bounds) : std::nullopt;
+}
+
+ArtboardSize writtenArtboard(const Attributes& root) {
+    std::array<double, 2> sides{};
+    return parseNumbers(root[Attribute::dataArtboard], sides)
+               ? ArtboardSize{fixedOf(sides[0]), fixedOf(sides[1])}
+               : ArtboardSize{};
+}
+
+bool holds(const ArtboardSize& artboard, const Rect& bounds) {
+    return (artboard.width == 0 && artboard.height == 0) ||
+           (artboard.width >= bounds.right && artboard.height >= bounds.top);
+}
+
+} // namespace
+
+RootReading readRoot(const Attributes& root, Page& page) {
+    RootReading reading;
+    reading.ours = root[Attribute::dataProducer] == "corvane";
+    double userUnit = 1;
+    if (reading.ours) {
+        reading.provenance = readProvenance(root);
+        userUnit = parseUserUnit(root[Attribute::dataUserUnit]);
+    }
+    const PaperArea area = paperArea(root, reading.ours, userUnit);
+    reading.viewport = area.viewport;
+    Rect bounds{0, fixedOf(area.height), fixedOf(area.width), 0};
+    ArtboardSize artboard{bounds.right, bounds.top};
+    if (reading.ours) {
+        page.setProfile(root[Attribute::dataProfile] == "original" ? Profile::original
+                                                                   : Profile::extended);
+        if (root.has(Attribute::viewBox) || root.has(Attribute::width) ||
+            root.has(Attribute::dataBounds)) {
+            const auto written = writtenBounds(root, area);
+            const ArtboardSize writtenSize = writtenArtboard(root);
+            if (written && (root.has(Attribute::dataBounds) || holds(writtenSize, *written))) {
+                bounds = *written;
+                artboard = writtenSize;
+            }
+        } else {
+            bounds = {};
+            artboard = writtenArtboard(root);
+        }
+    }
+    page.setBounds(bounds);
+    page.setArtboard(artboard);
+    const double left = static_cast<double>(bounds.left) / fixedOne;
+    const double top = static_cast<double>(bounds.top) / fixedOne;
+    reading.matrix = product({1, 0, 0, -1, left, top}, area.matrix);
+    return reading;
+}
+
+} // namespace corvane

@@ -1,0 +1,23 @@
+// The root element: the page, where the artwork came from, and the root's user space.
+#pragma once
+
+#include "app/artwork/page.h"
+#include "app/artwork/paint.h"
+#include "app/artwork/provenance.h"
+#include "app/svg/read/attributes.h"
+#include "app/svg/read/length.h"
+
+namespace corvane {
+
+struct RootReading {
+    bool ours = false;
+    Provenance provenance;
+    Affine matrix;     ///< from the root's user space to the art
+    Viewport viewport; ///< of the root's user space
+};
+
+/// Reads the attributes of the root, and sets the page. A page that still is what we wrote keeps
+/// its bounds and artboard; one that a person changed, or another program made, starts at 0,0.
+RootReading readRoot(const Attributes& root, Page& page);
+
+} // namespace corvane

@@ -1,0 +1,104 @@
+// Makes a path or compound path of the artwork from lines and curves in a user space.
+#pragma once
+
+#include "app/artwork/document.h"
+#include "app/svg/read/affine.h"
+#include "app/svg/read/tally.h"
+
+#include <cstdint>
+#include <limits>
+#include <vector>
+
+namespace corvane {
+
+/// Where new art goes.
+struct ArtPlace {
+    Placement placement = Placement::inside;
+    Art reference = Art::null;
+};
+
+/// Around points of a user space. Starts as nothing.
+struct UserBox {
+    double left = std::numeric_limits<double>::infinity();
+    double top = std::numeric_limits<double>::infinity();
+    double right = -std::numeric_limits<double>::infinity();
+    double bottom = -std::numeric_limits<double>::infinity();
+
+    bool empty() const { return !(left <= right && top <= bottom); }
+    double width() const { return right - left; }
+    double height() const { return bottom - top; }
+    void add(double x, double y);
+    void addCurve(Location start, Location out, Location in, Location end);
+};
+
+/// Segments are handed to the document in blocks, so that a long path is held once. A point becomes
+/// 16.16 once, rounded to nearest; one that does not fit is moved to the edge, and the shape
+/// counted.
+class ShapeBuilder {
+public:
+    ShapeBuilder(Document& document, Tally& tally) : document_(document), tally_(tally) {}
+
+    /// Forgets what was, and starts a shape that will stand at `place`. Points that nothing leads
+    /// to or from are kept if `keepsPoints`. `measures`: `box` will be asked for.
+    void begin(ArtPlace place, const Affine& toArt, bool keepsPoints, bool measures);
+    /// What follows is in another user space, and starts at its 0,0.
+    void enter(const Affine& toArt);
+
+    void moveTo(double x, double y);
+    void lineTo(double x, double y);
+    void curveTo(Location out, Location in, Location end);
+    void quadraticTo(Location control, Location end);
+    /// An end that was reached by steps may miss its start by a rounding error: `stepped`.
+    void close(bool stepped);
+
+    Location current() const { return current_; }
+    Location start() const { return start_; }
+    /// Around all that was drawn, where it was asked for.
+    const UserBox& box() const { return box_; }
+
+    /// The shape: a compound path if it has several subpaths or `compound` says so. A path without
+    /// segments where nothing was drawn.
+    Art finish(bool compound);
+
+private:
+    void openSubpath();
+    void append(const Segment&);
+    void flush(std::size_t keep);
+    void finishSubpath();
+    bool atStart(bool stepped) const;
+    Point toPoint(double x, double y);
+
+    Document& document_;
+    Tally& tally_;
+    ArtPlace place_;
+    Affine toArt_;
+    bool keepsPoints_ = false;
+    bool measures_ = false;
+    bool overflowed_ = false;
+    UserBox box_;
+    Location current_;
+    Location start_;
+
+    Art shape_ = Art::null; ///< so far: null, a path, or a compound path
+    Art path_ = Art::null;  ///< of the subpath that is open, once some of it was handed over
+    bool open_ = false;
+    bool closed_ = false;
+    Segment first_;
+    std::int32_t flushed_ = 0; ///< segments of the open subpath that the document has
+    std::vector<Segment> pending_;
+};
+
+/// Calls `use(Art path)` for each path of a shape.
+template <class Use>
+void forEachPath(const Document& document, Art shape, Use use) {
+    if (document.kind(shape) != ArtKind::compound) {
+        use(shape);
+        return;
+    }
+    for (Art path = document.firstChild(shape); path != Art::null;
+         path = document.nextSibling(path)) {
+        use(path);
+    }
+}
+
+} // namespace corvane

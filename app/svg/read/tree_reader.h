@@ -1,0 +1,74 @@
+// Reads the elements of a file, from the back to the front, into the layers of a document.
+#pragma once
+
+#include "app/svg/read/clip_reader.h"
+#include "app/svg/read/context.h"
+#include "app/svg/read/frame.h"
+#include "app/svg/read/layer_reader.h"
+#include "app/svg/read/shape_builder.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace corvane {
+
+class TreeReader {
+public:
+    explicit TreeReader(ReadingContext& context)
+        : context_(context), document_(context.document), layers_(context.document),
+          clips_(context), shape_(context.document, context.tally) {}
+
+    /// `toArt` leads from the root's user space to the art. Throws `SvgError` past the budget,
+    /// `ArtworkError` past the artwork's limits.
+    void read(pugi::xml_node root, const Affine& toArt, const Viewport& viewport);
+
+    /// The element that was read last: where a failure is.
+    pugi::xml_node current() const { return current_; }
+
+private:
+    // Elements.
+    void visit(pugi::xml_node node);
+    void enterGroup(pugi::xml_node node);
+    void enterLayer(Frame& frame);
+    void enterSwitch(pugi::xml_node node);
+    void enterUse(pugi::xml_node node);
+    void enterViewport(pugi::xml_node node, Element element);
+    void readShape(pugi::xml_node node, Element element);
+    void countWithin(pugi::xml_node shape);
+
+    // Frames.
+    Frame frameOf(pugi::xml_node node);
+    void push(Frame frame);
+    void leave();
+    bool isHidden(const Frame& frame);
+    bool wrapsLayers(pugi::xml_node node) const;
+
+    // Groups and their clips.
+    void openGroups(Frame& frame, Art outermost);
+    bool holdsNothing(const Frame& frame) const;
+    void makeBoxClips(Frame& frame);
+    void makeLateClip(Frame& frame);
+    Art drawLateClip(const Frame& frame);
+
+    // Where art goes: in front of what is there.
+    ArtPlace placeIn(const Frame& frame);
+    ArtPlace placeClipped(const std::vector<pugi::xml_node>& chain, const Affine& matrix);
+    void closeShared(Frame& frame, std::size_t kept);
+    SharedClip makeShared(ArtPlace place, pugi::xml_node clip, const Affine& matrix);
+    ArtPlace openBoxed(const std::vector<pugi::xml_node>& chain, const Affine& matrix,
+                       std::vector<BoxClip>& clips);
+    void stylePaths(Art shape, const ComputedStyle& style, const Affine& matrix);
+
+    ReadingContext& context_;
+    Document& document_;
+    LayerReader layers_;
+    ClipReader clips_;
+    ShapeBuilder shape_;
+    Attributes attributes_; ///< of the element that is being entered or read
+    std::vector<Frame> frames_;
+    std::vector<pugi::xml_node> targets_; ///< of the `use` elements around
+    std::int64_t expanded_ = 0;
+    pugi::xml_node current_;
+};
+
+} // namespace corvane

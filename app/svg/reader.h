@@ -1,0 +1,34 @@
+// Reads SVG into artwork: our own exactly as it was written, anybody's as plain art.
+#pragma once
+
+#include "app/artwork/document.h"
+#include "app/artwork/provenance.h"
+
+#include <cstdint>
+#include <map>
+#include <stdexcept>
+#include <string>
+
+namespace corvane {
+
+/// What a file of artwork said beside the artwork.
+struct SvgReading {
+    Provenance provenance; ///< what a file of ours remembers of its page
+    bool ours = false;     ///< written by this program
+    /// What cannot be held as artwork, by kind ("filter", "text", "opacity", "animate"): how many
+    /// elements or properties of it were ignored.
+    std::map<std::string, std::int32_t> ignored;
+};
+
+/// Text that is no SVG, or that passes a limit: a sentence that says what, and in which line.
+class SvgError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Reads `text`, which is taken over and changed in place, into `document`, which is new. Nothing
+/// is ever read from disk or network, whatever the text refers to. Throws `SvgError`, and
+/// `ArtworkError` where the artwork's own limits are passed; the document is then of no use.
+SvgReading readSvg(std::string text, Document& document);
+
+} // namespace corvane
