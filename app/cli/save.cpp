@@ -102,14 +102,17 @@ void nameLayers(Report& report) {
 void runSave(Arguments& arguments, Report& report) {
     Document document;
     const SvgReading reading = readArtwork(arguments.artwork, document);
+    const std::int32_t wantedPage = arguments.page;
     report.source = reading.provenance;
     report.ignored = reading.ignored;
     adopt(reading, document, arguments);
     weighLosses(arguments, report);
 
     SavePlace place(arguments);
-    if (place.isNew() && !arguments.dryRun) {
-        announce(arguments, place.name() + " is a new file");
+    if (place.isNew()) {
+        // Its one page is nobody's: whatever the artwork came from, there is nothing to undo.
+        arguments.page = std::max(wantedPage, 1);
+        arguments.force = true;
     }
     try {
         saveAt(place, document, arguments, report);
@@ -125,6 +128,9 @@ void runSave(Arguments& arguments, Report& report) {
         throw;
     }
     nameLayers(report);
+    if (place.isNew() && !arguments.dryRun) {
+        announce(arguments, place.name() + " is a new file");
+    }
     announce(arguments, savedText(place.name(), *report.saved, arguments.dryRun));
 }
 
