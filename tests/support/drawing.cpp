@@ -42,9 +42,9 @@ bool isInstalled(std::string_view program) {
 
 Drawing draw(const std::filesystem::path& pdf, int page) {
     Process process;
-    process.words = {pathOf("mutool"), "draw", "-q",   "-F",
-                     "ppm",            "-o",   "-",    "-r",
-                     "72",             pdf.string(),   std::to_string(page)};
+    process.words = {
+        pathOf("mutool"),    "draw", "-q", "-F", "ppm", "-o", "-", "-r", "72", pdf.string(),
+        std::to_string(page)};
     const Outcome outcome = run(process);
     std::istringstream header(outcome.output);
     std::string magic;

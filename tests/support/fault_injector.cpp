@@ -73,8 +73,9 @@ ssize_t attempt(std::size_t count, Perform perform) {
         return -1;
     }
     const bool isLast = isFault("bytes") && count > 0 && written + static_cast<long>(count) >= at;
-    const std::size_t share =
-        isLast ? static_cast<std::size_t>(at - written) : isTorn ? count / 2 : count;
+    const std::size_t share = isLast   ? static_cast<std::size_t>(at - written)
+                              : isTorn ? count / 2
+                                       : count;
     const ssize_t result = share == 0 && count > 0 ? 0 : perform(share);
     if (isLast || (isNow && (isFault("after") || isFault("torn")))) {
         end();
