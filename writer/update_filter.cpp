@@ -11,11 +11,12 @@ void write(UpdateFilter& filter, std::span<const std::byte> bytes) {
     if (filter.start + filter.count + static_cast<std::int64_t>(bytes.size()) > INT32_MAX) {
         failException(rules().guardsFile ? Exception::fileTooLong : Exception::io);
     }
+    // Counted first: of a write that fails, any part may be in the file.
+    filter.count += static_cast<std::int64_t>(bytes.size());
     if (filter.next != nullptr) {
         writeFilter(*filter.next, bytes);
     }
     filter.digest.feed(bytes);
-    filter.count += static_cast<std::int64_t>(bytes.size());
 }
 
 std::int32_t entryUpdate(Filter& filter, Operation operation, std::byte* buffer,

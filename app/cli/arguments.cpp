@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <optional>
+#include <vector>
 
 namespace corvane {
 
@@ -19,35 +20,63 @@ struct CommandRow {
 constexpr std::array commandTable{
     CommandRow{Command::open, "open", "FILE.pdf [--page N] [-o OUT.svg] [--images DIR]",
                "turn a page into editable artwork"},
+    CommandRow{Command::save, "save",
+               "ART.svg FILE.pdf [--page N] [--output OTHER.pdf] [--dry-run] [--force]",
+               "make artwork a page of the file; ART.svg may be - (standard input)"},
     CommandRow{Command::info, "info", "FILE.pdf", "pages, boxes, rotation, objects, updates"},
     CommandRow{Command::check, "check", "FILE.pdf", "can it be opened, and why not"},
+    CommandRow{Command::log, "log", "FILE.pdf", "the updates appended to a file"},
+    CommandRow{Command::revert, "revert", "FILE.pdf",
+               "take the newest update off again, if it is ours"},
 };
 
-/// Commands that scripts of later versions may name.
-constexpr std::array<std::string_view, 3> laterCommands{"save", "log", "revert"};
+enum class OptionKind : std::uint8_t {
+    page,
+    output,
+    images,
+    dryRun,
+    force,
+    profile,
+    quiet,
+    json,
+    version,
+    help
+};
 
-enum class OptionKind : std::uint8_t { page, output, images, profile, quiet, json, version, help };
+/// A set of commands, a bit for each.
+using Commands = std::uint32_t;
+constexpr Commands only(Command command) {
+    return Commands{1} << static_cast<unsigned>(command);
+}
+constexpr Commands everyCommand = ~Commands{0};
 
 struct OptionRow {
     OptionKind kind;
     std::string_view name;
     std::string_view value; ///< what follows the option; empty for a switch
-    bool onlyOpen;
+    Commands commands;      ///< that it goes with
     std::string_view purpose;
 };
 
 constexpr std::array optionTable{
-    OptionRow{OptionKind::page, "--page", "N", true,
-              "the page to open, from 1; asked for on a terminal, else the first"},
-    OptionRow{OptionKind::output, "-o", "OUT.svg", true,
+    OptionRow{OptionKind::page, "--page", "N", only(Command::open) | only(Command::save),
+              "the page, from 1; else the artwork's own, asked for on a terminal, or 1"},
+    OptionRow{OptionKind::output, "-o", "OUT.svg", only(Command::open),
               "where the artwork goes; - is standard output (FILE-pageN.svg)"},
-    OptionRow{OptionKind::images, "--images", "DIR", true, "the folder for pictures (OUT-images)"},
-    OptionRow{OptionKind::profile, "--profile", "NAME", false,
+    OptionRow{OptionKind::images, "--images", "DIR", only(Command::open),
+              "the folder for pictures (OUT-images)"},
+    OptionRow{OptionKind::output, "--output", "OTHER.pdf", only(Command::save),
+              "save into a copy of the file with this name"},
+    OptionRow{OptionKind::dryRun, "--dry-run", "", only(Command::save),
+              "say what would be saved, change nothing"},
+    OptionRow{OptionKind::force, "--force", "", only(Command::save),
+              "save even where the page changed or would lose something"},
+    OptionRow{OptionKind::profile, "--profile", "NAME", everyCommand,
               "original: the classic behaviour only; extended: files of today (extended)"},
-    OptionRow{OptionKind::quiet, "--quiet", "", false, "print nothing but errors"},
-    OptionRow{OptionKind::json, "--json", "", false, "print the facts as one JSON object"},
-    OptionRow{OptionKind::version, "--version", "", false, "print the version"},
-    OptionRow{OptionKind::help, "--help", "", false, "print this text"},
+    OptionRow{OptionKind::quiet, "--quiet", "", everyCommand, "print nothing but errors"},
+    OptionRow{OptionKind::json, "--json", "", everyCommand, "print the facts as one JSON object"},
+    OptionRow{OptionKind::version, "--version", "", everyCommand, "print the version"},
+    OptionRow{OptionKind::help, "--help", "", everyCommand, "print this text"},
 };
 
 constexpr std::array<Profile, 2> profiles{Profile::original, Profile::extended};
@@ -76,18 +105,23 @@ public:
             const std::string_view word = words_[next_++];
             if (!onlyOperands && word == "--") {
                 onlyOperands = true;
+            } else if (!onlyOperands && word == "-") {
+                takeStandardInput();
             } else if (!onlyOperands && word.starts_with("-")) {
                 takeOption(word);
             } else if (!command_) {
                 takeCommand(word);
             } else {
-                takeFile(word);
+                operands_.emplace_back(word);
             }
         }
         if (question_) {
             return *question_;
         }
         checkWhole();
+        if (fault_.empty()) {
+            nameFiles();
+        }
         if (!fault_.empty()) {
             return UsageError{std::move(fault_)};
         }
@@ -100,27 +134,22 @@ private:
         if (row != commandTable.end()) {
             command_ = &*row;
             arguments_.command = row->command;
-        } else if (std::ranges::find(laterCommands, word) != laterCommands.end()) {
-            fault_ = "this version does not have the command " + quoted(word);
         } else {
             fault_ = "there is no command " + quoted(word);
         }
     }
 
-    void takeFile(std::string_view word) {
-        if (hasFile_) {
-            fault_ = "one file at a time: " + quoted(word) + " is one too many";
-            return;
+    /// Only artwork comes from there, and it is the first operand.
+    void takeStandardInput() {
+        if (command_ != nullptr && command_->command == Command::save && operands_.empty()) {
+            operands_.emplace_back("-");
+            readsStandardInput_ = true;
+        } else {
+            fault_ = "a PDF is not read from standard input; name a file (./- if it has that name)";
         }
-        hasFile_ = true;
-        arguments_.file = word;
     }
 
     void takeOption(std::string_view word) {
-        if (word == "-") {
-            fault_ = "a PDF is not read from standard input; name a file (./- if it has that name)";
-            return;
-        }
         const bool isLong = word.starts_with("--");
         const auto equals = isLong ? word.find('=') : std::string_view::npos;
         const std::string_view name = word.substr(0, equals);
@@ -145,9 +174,7 @@ private:
                 "the option " + std::string(name) + " needs a value: " + std::string(row->value);
             return;
         }
-        if (row->onlyOpen) {
-            onlyOpenOption_ = row->name;
-        }
+        options_.push_back(&*row);
         apply(*row, value);
     }
 
@@ -171,9 +198,16 @@ private:
                 fault_ = "--profile takes original or extended, not " + quoted(value);
             } else {
                 arguments_.profile = *profile;
+                arguments_.namesProfile = true;
             }
             break;
         }
+        case OptionKind::dryRun:
+            arguments_.dryRun = true;
+            break;
+        case OptionKind::force:
+            arguments_.force = true;
+            break;
         case OptionKind::quiet:
             arguments_.quiet = true;
             break;
@@ -195,11 +229,34 @@ private:
         }
         if (!command_) {
             fault_ = "a command is missing";
-        } else if (!hasFile_) {
-            fault_ = "the command " + std::string(command_->name) + " needs a file";
-        } else if (!onlyOpenOption_.empty() && command_->command != Command::open) {
-            fault_ = "the option " + std::string(onlyOpenOption_) + " does not go with " +
+            return;
+        }
+        const auto stranger = std::ranges::find_if(options_, [&](const OptionRow* row) {
+            return (row->commands & only(command_->command)) == 0;
+        });
+        if (stranger != options_.end()) {
+            fault_ = "the option " + std::string((*stranger)->name) + " does not go with " +
                      std::string(command_->name);
+        } else if (command_->command == Command::save && arguments_.output == "-") {
+            fault_ = "--output takes the name of a file, not -";
+        }
+    }
+
+    void nameFiles() {
+        const bool isSave = command_->command == Command::save;
+        const std::size_t wanted = isSave ? 2 : 1;
+        if (operands_.size() < wanted) {
+            fault_ = "the command " + std::string(command_->name) +
+                     (isSave ? " needs two files: the artwork, then the PDF" : " needs a file");
+        } else if (operands_.size() > wanted) {
+            fault_ = (isSave ? "one artwork and one PDF at a time: " : "one file at a time: ") +
+                     quoted(operands_[wanted]) + " is one too many";
+        } else {
+            arguments_.file = operands_.back();
+            if (isSave) {
+                const bool hasThatName = operands_.front() == "-" && !readsStandardInput_;
+                arguments_.artwork = hasThatName ? "./-" : operands_.front();
+            }
         }
     }
 
@@ -207,8 +264,9 @@ private:
     std::size_t next_ = 0;
     Arguments arguments_;
     const CommandRow* command_ = nullptr;
-    bool hasFile_ = false;
-    std::string_view onlyOpenOption_;
+    std::vector<std::string> operands_;
+    std::vector<const OptionRow*> options_;
+    bool readsStandardInput_ = false;
     std::optional<Question> question_;
     std::string fault_;
 };
@@ -225,7 +283,7 @@ std::string usageText() {
         text.resize(std::max(text.size() + 1, column), ' ');
         return text;
     };
-    std::string text = "Opens a page of a PDF as editable artwork (SVG).\n\n";
+    std::string text = "Opens a page of a PDF as editable artwork (SVG), and saves it back.\n\n";
     for (const CommandRow& row : commandTable) {
         text += "  corvane " + std::string(row.name) + " " + std::string(row.operands) + "\n" +
                 "      " + std::string(row.purpose) + "\n";

@@ -11,15 +11,20 @@
 
 namespace corvane {
 
-enum class Command : std::uint8_t { open, info, check };
+enum class Command : std::uint8_t { open, save, info, check, log, revert };
 
 struct Arguments {
     Command command = Command::open;
     std::string file;      ///< path of the PDF, bytes as given
+    std::string artwork;   ///< path of the SVG to save; "-" is standard input
     std::int32_t page = 0; ///< from 1; 0 where none was named
-    std::string output;    ///< path of the SVG; "-" is standard output, empty leaves it to us
+    std::string output;    ///< `open`: path of the SVG, "-" is standard output, empty leaves it to
+                           ///< us; `save`: path of the PDF to make, empty changes `file` itself
     std::string images;    ///< folder for pictures; empty leaves it to us
     Profile profile = Profile::extended;
+    bool namesProfile = false; ///< the person did, it is not our choice
+    bool dryRun = false;
+    bool force = false;
     bool quiet = false;
     bool json = false;
 };

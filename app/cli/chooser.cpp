@@ -1,7 +1,6 @@
 #include "app/cli/chooser.h"
 
 #include <charconv>
-#include <string_view>
 
 namespace corvane {
 
@@ -19,10 +18,10 @@ std::string_view trimmed(std::string_view line) {
 } // namespace
 
 std::optional<std::int32_t> choosePage(LineSource& answers, std::ostream& prompt,
-                                       std::int32_t first, std::int32_t last,
+                                       std::string_view what, std::int32_t first, std::int32_t last,
                                        std::int32_t proposal) {
     while (true) {
-        prompt << "Page to open, " << first << " to " << last << " (Enter: " << proposal
+        prompt << what << ", " << first << " to " << last << " (Enter: " << proposal
                << ", q: cancel): " << std::flush;
         const auto line = answers.next();
         if (!line) {

@@ -10,8 +10,18 @@ namespace corvane {
 /// Reads a page and writes it as SVG.
 void runOpen(const Arguments& arguments, Report& report);
 
+/// Reads artwork from SVG and appends it to a file as one of its pages. `arguments` take page and
+/// profile from the artwork where the person named none.
+void runSave(Arguments& arguments, Report& report);
+
 void runInfo(const Arguments& arguments, Report& report);
 
 void runCheck(const Arguments& arguments, Report& report);
+
+/// Lists the updates of a file.
+void runLog(const Arguments& arguments, Report& report);
+
+/// Takes the newest update off a file.
+void runRevert(const Arguments& arguments, Report& report);
 
 } // namespace corvane

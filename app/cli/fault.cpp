@@ -13,7 +13,7 @@ Fault outputFault(const std::string& what, std::error_code error) {
     if (number == ENOSPC || number == EDQUOT || number == EFBIG) {
         return {code::diskFull, reason + "; make room and try again"};
     }
-    return {code::io, reason + "; name another place with -o"};
+    return {code::io, reason + "; choose another place for it"};
 }
 
 std::error_code lastError() {

@@ -9,7 +9,7 @@
 
 namespace corvane {
 
-/// Codes of errors that the program itself finds; the plug-in's own have the same numbers.
+/// Codes of errors that the program itself finds; up to 25 the plug-in's own have the same numbers.
 namespace code {
 inline constexpr std::int32_t cancelled = 2;
 inline constexpr std::int32_t host = 3;
@@ -18,6 +18,12 @@ inline constexpr std::int32_t memory = 13;
 inline constexpr std::int32_t io = 18;
 inline constexpr std::int32_t access = 19;
 inline constexpr std::int32_t notPdf = 20;
+inline constexpr std::int32_t pageChanged = 21;
+inline constexpr std::int32_t loss = 26;    ///< saving would lose what the artwork does not hold
+inline constexpr std::int32_t artwork = 27; ///< the SVG cannot be read
+inline constexpr std::int32_t layersLeftOut = 1004; ///< warning of the plug-in
+inline constexpr std::int32_t notInArtwork = 1005;  ///< warning: left out when the page was opened
+inline constexpr std::int32_t notUnderstood = 1006; ///< warning: ignored when the SVG was read
 } // namespace code
 
 /// An error or a warning: `sentence` says what happened and what to do.

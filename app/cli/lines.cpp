@@ -9,11 +9,8 @@
 
 namespace corvane {
 
-namespace {
-
-/// Waits until there is something to read; false once the person asked to stop. Signals come only
-/// within the wait, so that none slips in between the look at the flag and the wait.
-bool waitFor(int descriptor) {
+bool waitForInput(int descriptor) {
+    // Signals come only within the wait: none slips in between the look at the flag and the wait.
     sigset_t all;
     sigset_t former;
     sigfillset(&all);
@@ -26,8 +23,6 @@ bool waitFor(int descriptor) {
     sigprocmask(SIG_SETMASK, &former, nullptr);
     return !interrupted();
 }
-
-} // namespace
 
 std::optional<std::string> LineSource::next() {
     while (true) {
@@ -45,7 +40,7 @@ std::optional<std::string> LineSource::next() {
 
 bool LineSource::fill() {
     std::array<char, 4096> block{};
-    if (!waitFor(descriptor_)) {
+    if (!waitForInput(descriptor_)) {
         return false;
     }
     const ssize_t count = read(descriptor_, block.data(), block.size());

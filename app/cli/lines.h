@@ -6,6 +6,10 @@
 
 namespace corvane {
 
+/// Waits until an open file has something to read, or has ended; false once the person asked to
+/// stop, be it at the last moment before the wait.
+bool waitForInput(int descriptor);
+
 class LineSource {
 public:
     /// Reads from an open file descriptor, which it does not own.

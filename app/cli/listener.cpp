@@ -19,6 +19,10 @@ std::FILE* progressTerminal(const Arguments& arguments) {
     return isWanted ? stderr : nullptr;
 }
 
+std::string progressLabel(const Arguments& arguments) {
+    return arguments.command == Command::save ? "corvane: saving" : "corvane: reading";
+}
+
 Listener& listener(void* context) {
     return *static_cast<Listener*>(context);
 }
@@ -27,7 +31,8 @@ Listener& listener(void* context) {
 
 Listener::Listener(const Arguments& arguments, Report& report)
     : arguments_(arguments), report_(report),
-      progress_(progressTerminal(arguments), "corvane: reading"), extension_(makeExtension()) {
+      progress_(progressTerminal(arguments), progressLabel(arguments)),
+      extension_(makeExtension()) {
     setHostExtension(&extension_);
     setDialogFront(this);
 }
@@ -75,6 +80,24 @@ HostExtension Listener::makeExtension() {
         Listener& to = listener(context);
         to.remember([&] { to.report_.source.omitted[kind] += count; });
     };
+    extension.artworkDigest = report_.source.identity ? &report_.source.identity->digest : nullptr;
+    extension.overwrites = arguments_.force;
+    extension.saved = [](void* context, const SavedFacts& facts) {
+        listener(context).report_.saved = facts;
+    };
+    extension.layerLeftOut = [](void* context, std::string_view title) {
+        Listener& to = listener(context);
+        to.remember([&] { to.report_.layersLeftOut.emplace_back(title); });
+    };
+    extension.update = [](void* context, const UpdateFacts& facts) {
+        Listener& to = listener(context);
+        to.remember([&] {
+            Update update{facts, {facts.pages.begin(), facts.pages.end()}, std::string(facts.date)};
+            update.facts.pages = {};
+            update.facts.date = {};
+            to.report_.updates.push_back(std::move(update));
+        });
+    };
     return extension;
 }
 
@@ -104,7 +127,9 @@ bool Listener::choosePage(std::int32_t first, std::int32_t last, std::int32_t& p
         if (canAsk) {
             std::cerr << plainLine(arguments_.file + " has " + std::to_string(last) + " pages");
             LineSource answers(STDIN_FILENO);
-            const auto answer = corvane::choosePage(answers, std::cerr, first, last, page);
+            const char* const what =
+                arguments_.command == Command::save ? "Page to replace" : "Page to open";
+            const auto answer = corvane::choosePage(answers, std::cerr, what, first, last, page);
             isChosen = answer.has_value();
             page = answer.value_or(page);
         } else {

@@ -14,7 +14,8 @@ namespace corvane {
 /// the plug-in; memory that ran out here is remembered. Registered as long as it lives.
 class Listener final : public DialogFront {
 public:
-    /// `arguments` and `report` outlive the listener.
+    /// `arguments` and `report` outlive the listener. To save, the report knows already where the
+    /// artwork came from.
     Listener(const Arguments& arguments, Report& report);
     ~Listener() override;
     Listener(const Listener&) = delete;

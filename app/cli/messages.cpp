@@ -35,8 +35,12 @@ void complain(const std::string& line) {
 }
 
 void note(const Arguments& arguments, const std::string& sentence) {
+    announce(arguments, arguments.file + ": " + sentence);
+}
+
+void announce(const Arguments& arguments, const std::string& sentence) {
     if (!arguments.quiet && !arguments.json) {
-        complain(plainLine(arguments.file + ": " + sentence));
+        complain(plainLine(sentence));
     }
 }
 

@@ -24,6 +24,9 @@ void complain(const std::string& line);
 /// Says something that helps but is no fault, unless the person wants quiet or facts only.
 void note(const Arguments& arguments, const std::string& sentence);
 
+/// The same for a sentence that names its file itself.
+void announce(const Arguments& arguments, const std::string& sentence);
+
 /// Says all warnings, then the error. Facts that go to standard error stand there alone.
 void tell(const Arguments& arguments, const Report& report);
 

@@ -97,7 +97,7 @@ OutputTarget outputTarget(const std::string& path, const std::string& input, boo
     }
     struct stat source {};
     if (stat(input.c_str(), &source) == 0 && isSameFile(source, there)) {
-        refuse(shownName(target) + " is the PDF itself; name another file with -o");
+        refuse(shownName(target) + " is read from; name another file");
     }
     const bool isFile =
         target.kind == OutputTarget::Kind::file || target.kind == OutputTarget::Kind::newFile;
@@ -138,6 +138,12 @@ OutputFile::OutputFile(const OutputTarget& target) : target_(target) {
     }
 }
 
+void OutputFile::vacate() {
+    ::close(descriptor_);
+    descriptor_ = -1;
+    unlink(temporary_.c_str());
+}
+
 OutputFile::~OutputFile() {
     if (descriptor_ >= 0) {
         ::close(descriptor_);
@@ -168,6 +174,9 @@ void OutputFile::commit(std::error_code error) {
 std::error_code OutputFile::finish() {
     if (temporary_.empty()) {
         return close();
+    }
+    if (descriptor_ < 0) {
+        descriptor_ = open(temporary_.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
     }
     if (fchmod(descriptor_, target_.mode) != 0 || fsync(descriptor_) != 0) {
         return lastError();

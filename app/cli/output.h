@@ -45,6 +45,14 @@ public:
     /// The error is `operation_canceled` once the person asked to stop.
     std::error_code write(std::string_view bytes) override;
 
+    /// Where the bytes lie until `commit`, for who appends to them there; empty where they go
+    /// straight to their target.
+    const std::string& hiddenPath() const { return temporary_; }
+
+    /// Takes the hidden file away, so that another can make it under that path. Until it is made
+    /// there is nothing to commit.
+    void vacate();
+
     /// Syncs and closes the file and puts it in its place, unless `error` says that writing failed.
     void commit(std::error_code error);
 

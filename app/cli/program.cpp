@@ -10,6 +10,7 @@
 
 #include <exception>
 #include <new>
+#include <utility>
 
 namespace corvane {
 
@@ -43,20 +44,31 @@ int exitStatus(const std::optional<Fault>& error) {
     return error->code == code::cancelled ? exitCancelled : exitFailed;
 }
 
-void runCommand(const Arguments& arguments, Report& report) {
+void runCommand(Arguments& arguments, Report& report) {
     switch (arguments.command) {
     case Command::open:
         return runOpen(arguments, report);
+    case Command::save:
+        return runSave(arguments, report);
     case Command::info:
         return runInfo(arguments, report);
     case Command::check:
         return runCheck(arguments, report);
+    case Command::log:
+        return runLog(arguments, report);
+    case Command::revert:
+        return runRevert(arguments, report);
     }
 }
 
-int follow(const Arguments& arguments) {
+int follow(Arguments arguments) {
     Report report;
-    report.error = faultOf([&] { runCommand(arguments, report); });
+    report.error = faultOf([&] {
+        if (arguments.json && !outputIsStandard(arguments)) {
+            outputTarget("-", arguments.file, true); // a fault is better found before the work
+        }
+        runCommand(arguments, report);
+    });
     tell(arguments, report);
     if (arguments.json) {
         const std::string facts = reportJson(arguments, report);
@@ -84,7 +96,7 @@ int answer(Question question) {
 
 int runProgram(std::span<const char* const> words) {
     const InterruptGuard guard;
-    const auto wish = parseArguments(words);
+    auto wish = parseArguments(words);
     if (const auto* const error = std::get_if<UsageError>(&wish)) {
         complain(plainLine(error->sentence + "; see corvane --help"));
         return exitUsage;
@@ -92,7 +104,7 @@ int runProgram(std::span<const char* const> words) {
     if (const auto* const question = std::get_if<Question>(&wish)) {
         return answer(*question);
     }
-    return follow(std::get<Arguments>(wish));
+    return follow(std::get<Arguments>(std::move(wish)));
 }
 
 } // namespace corvane

@@ -6,6 +6,8 @@
 #include "app/cli/fault.h"
 #include "host/extension.h"
 
+#include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -18,11 +20,22 @@ struct FileFacts {
     std::string version;
 };
 
+/// `UpdateFacts` that outlive the call which told them.
+struct Update {
+    UpdateFacts facts; ///< its `pages` and `date` are empty
+    std::vector<std::int32_t> pages;
+    std::string date;
+};
+
 struct Report {
     std::optional<FileFacts> file;
     std::vector<PageFacts> pages;
-    Provenance source;  ///< the page that was opened
-    std::string output; ///< path of the artwork; empty where none was made
+    Provenance source;  ///< the page that was opened, or that the artwork to save came from
+    std::string output; ///< path of what was made: artwork, or a PDF; empty where nothing was
+    std::map<std::string, std::int32_t> ignored; ///< kinds of SVG that artwork cannot hold
+    std::optional<SavedFacts> saved;
+    std::vector<std::string> layersLeftOut; ///< titles
+    std::vector<Update> updates; ///< `log`: all of them; `revert`: the one that was taken off
     std::vector<Fault> warnings;
     std::optional<Fault> error;
 };
@@ -32,6 +45,15 @@ std::string reportJson(const Arguments& arguments, const Report& report);
 
 /// What `info` prints: the facts of the file, then its pages, equal neighbours in one line.
 std::string infoText(const std::string& file, const Report& report);
+
+/// What `log` prints: a line for each update, below a line that names the columns.
+std::string logText(const std::string& file, const Report& report);
+
+/// "page 2 of report.pdf: 1,234 bytes appended (3 objects)".
+std::string savedText(const std::string& file, const SavedFacts& saved, bool dryRun);
+
+/// "report.pdf: update 3 (1,234 bytes, page 2) was taken off; ...".
+std::string revertedText(const std::string& file, const Update& update);
 
 /// What `check` prints of a file that can be opened.
 std::string checkText(const std::string& file, const Report& report);

@@ -1,3 +1,4 @@
+#include "app/cli/dates.h"
 #include "app/cli/json.h"
 #include "app/cli/report.h"
 #include "app/cli/text.h"
@@ -35,18 +36,76 @@ void addPage(JsonWriter& json, const PageFacts& page) {
     json.name("userUnit").real(page.userUnit).closeObject();
 }
 
-void addOpened(JsonWriter& json, const Report& report) {
-    json.name("page").integer(report.source.page);
+void addOutput(JsonWriter& json, const Report& report) {
     if (report.output.empty()) {
         json.name("output").null();
     } else {
         addPath(json, "output", report.output);
     }
+}
+
+void addOmitted(JsonWriter& json, const Report& report) {
     json.name("omitted").openObject();
     for (const auto& [kind, count] : report.source.omitted) {
         json.name(omissionName(kind)).integer(count);
     }
     json.closeObject();
+}
+
+void addOpened(JsonWriter& json, const Report& report) {
+    json.name("page").integer(report.source.page);
+    addOutput(json, report);
+    addOmitted(json, report);
+}
+
+void addSaved(JsonWriter& json, const Arguments& arguments, const Report& report) {
+    addPath(json, "artwork", arguments.artwork);
+    addOutput(json, report);
+    json.name("dryRun").boolean(arguments.dryRun);
+    if (report.saved) {
+        const SavedFacts& saved = *report.saved;
+        json.name("page").integer(saved.page.page);
+        json.name("object").integer(saved.page.objectNumber);
+        json.name("generation").integer(saved.page.generation);
+        json.name("formerLength").integer(saved.formerLength);
+        json.name("length").integer(saved.length);
+        json.name("objects").integer(saved.objects);
+        json.name("contentLength").integer(saved.contentLength);
+    }
+    addOmitted(json, report);
+    json.name("ignored").openObject();
+    for (const auto& [kind, count] : report.ignored) {
+        json.name(kind).integer(count);
+    }
+    json.closeObject().name("layersLeftOut").openArray();
+    for (const std::string& title : report.layersLeftOut) {
+        json.text(title);
+    }
+    json.closeArray();
+}
+
+/// `date` is UTC as ISO 8601 writes it, null where it is not known.
+void addUpdates(JsonWriter& json, std::string_view name, const Report& report) {
+    json.name(name).openArray();
+    for (const Update& update : report.updates) {
+        json.openObject().name("number").integer(update.facts.number);
+        json.name("offset").integer(update.facts.offset);
+        json.name("size").integer(update.facts.size);
+        json.name("objects").integer(update.facts.objects);
+        json.name("pages").openArray();
+        for (const std::int32_t page : update.pages) {
+            json.integer(page);
+        }
+        json.closeArray().name("date");
+        if (std::string date = utcText(update.date); date.empty()) {
+            json.null();
+        } else {
+            date[date.find(' ')] = 'T';
+            json.text(date + "Z");
+        }
+        json.name("ours").boolean(update.facts.ours).closeObject();
+    }
+    json.closeArray();
 }
 
 void addFile(JsonWriter& json, const FileFacts& file) {
@@ -57,13 +116,27 @@ void addFile(JsonWriter& json, const FileFacts& file) {
     json.name("updates").integer(file.facts.updates);
 }
 
-} // namespace
+void addPages(JsonWriter& json, const Report& report) {
+    json.name("pages").openArray();
+    for (const PageFacts& page : report.pages) {
+        addPage(json, page);
+    }
+    json.closeArray();
+}
 
-std::string reportJson(const Arguments& arguments, const Report& report) {
-    JsonWriter json;
-    json.openObject().name("command").text(commandName(arguments.command));
-    addPath(json, "file", arguments.file);
-    json.name("profile").text(profileName(arguments.profile));
+void addFacts(JsonWriter& json, const Arguments& arguments, const Report& report) {
+    switch (arguments.command) {
+    case Command::save:
+        return addSaved(json, arguments, report);
+    case Command::log:
+        return addUpdates(json, "updates", report);
+    case Command::revert:
+        return addUpdates(json, "takenOff", report);
+    case Command::open:
+    case Command::info:
+    case Command::check:
+        break;
+    }
     if (report.file) {
         addFile(json, *report.file);
     }
@@ -71,12 +144,18 @@ std::string reportJson(const Arguments& arguments, const Report& report) {
         addOpened(json, report);
     }
     if (arguments.command == Command::info) {
-        json.name("pages").openArray();
-        for (const PageFacts& page : report.pages) {
-            addPage(json, page);
-        }
-        json.closeArray();
+        addPages(json, report);
     }
+}
+
+} // namespace
+
+std::string reportJson(const Arguments& arguments, const Report& report) {
+    JsonWriter json;
+    json.openObject().name("command").text(commandName(arguments.command));
+    addPath(json, "file", arguments.file);
+    json.name("profile").text(profileName(arguments.profile));
+    addFacts(json, arguments, report);
     json.name("warnings").openArray();
     for (const Fault& warning : report.warnings) {
         addFault(json, warning);

@@ -1,6 +1,7 @@
 #include "app/cli/session.h"
 
 #include "app/cli/fault.h"
+#include "app/cli/input_file.h"
 #include "app/cli/interrupt.h"
 #include "app/cli/text.h"
 #include "host/toolbox.h"
@@ -8,29 +9,10 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace corvane {
 
 namespace {
-
-[[noreturn]] void refuseFile(const std::string& reason) {
-    throw Failure({code::access, "the file cannot be opened (" + reason +
-                                     "); check its name, where "
-                                     "it lies and its permissions"});
-}
-
-/// The plug-in knows one code for a file that cannot be opened; the machine knows why.
-void requireReadable(const std::string& path) {
-    struct stat facts {};
-    if (stat(path.c_str(), &facts) != 0 || access(path.c_str(), R_OK) != 0) {
-        refuseFile(lastError().message());
-    }
-    if (!S_ISREG(facts.st_mode)) {
-        refuseFile(S_ISDIR(facts.st_mode) ? "it is a folder" : "it is not a regular file");
-    }
-}
 
 [[noreturn]] void refusePlugin() {
     throw Failure({code::io, "the plug-in does not read PDF files; install the one that came with "
@@ -46,14 +28,17 @@ std::string hexadecimal(std::uint32_t value) {
 } // namespace
 
 Session::Session(const Arguments& arguments, Report& report, Document& document)
+    : Session(arguments, report, document, {requireReadable(arguments.file), Action::read}) {}
+
+Session::Session(const Arguments& arguments, Report& report, Document& document,
+                 const SessionFile& file)
     : wantedPage_(arguments.page), report_(report), plugin_(pluginPath()),
       listener_(arguments, report), scope_(document, interrupted) {
-    requireReadable(arguments.file);
-    if (makeFileSpecification(arguments.file, *file_) != noErr) {
+    if (makeFileSpecification(file.path, *file_) != noErr) {
         refuseFile("there is no such place");
     }
     block_->callbacks = table_.ref();
-    block_->action = Action::read;
+    block_->action = file.action;
     block_->file = file_.ref();
 }
 
@@ -78,7 +63,9 @@ void Session::call(Selector selector) {
     if (report_.error) {
         throw Failure(explained(*report_.error));
     }
-    if (result == resultStopped || interrupted()) {
+    // What is on the disk already is not cancelled any more.
+    const bool isDone = result == 0 && changesFile(selector);
+    if (result == resultStopped || (interrupted() && !isDone)) {
         throw Failure({code::cancelled, "cancelled"});
     }
     if (result == resultNotFormat) {
@@ -91,6 +78,11 @@ void Session::call(Selector selector) {
                                        "); install program and plug-in of one "
                                        "version"});
     }
+}
+
+bool Session::changesFile(Selector selector) const {
+    return selector == Selector::revert ||
+           (selector == Selector::go && block_->action == Action::write);
 }
 
 /// The plug-in has one sentence for a code; here it is known which page was asked for, and why a

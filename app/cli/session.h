@@ -11,14 +11,25 @@
 #include "host/parameters.h"
 
 #include <cstdint>
+#include <string>
 
 namespace corvane {
+
+/// The file of a session: where it lies, and what is done with it.
+struct SessionFile {
+    std::string path;
+    Action action = Action::read;
+};
 
 /// Every call raises `Failure` where the plug-in could not do it, or the person cancelled.
 class Session {
 public:
-    /// What is read goes into `document`. All arguments outlive the session.
+    /// Reads the file that `arguments` name. What is read goes into `document`, what is saved comes
+    /// from it. All arguments outlive the session.
     Session(const Arguments& arguments, Report& report, Document& document);
+    /// Works on `file`. Whether it can be read or changed is checked before.
+    Session(const Arguments& arguments, Report& report, Document& document,
+            const SessionFile& file);
     ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
@@ -32,6 +43,7 @@ public:
 
 private:
     std::uint32_t answer(Selector selector);
+    bool changesFile(Selector selector) const;
     Fault explained(Fault fault) const;
 
     std::int32_t wantedPage_;

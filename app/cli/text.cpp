@@ -98,6 +98,15 @@ std::string hexadecimalText(std::string_view bytes) {
     return text;
 }
 
+std::string grouped(std::int64_t number) {
+    std::string text = std::to_string(number);
+    const std::size_t sign = number < 0 ? 1 : 0;
+    for (std::size_t end = text.size(); end > sign + 3; end -= 3) {
+        text.insert(end - 3, 1, ',');
+    }
+    return text;
+}
+
 std::string counted(std::int64_t count, const std::string& noun) {
     return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }

@@ -21,6 +21,9 @@ std::string terminalText(std::string_view bytes);
 /// Two lower-case hexadecimal digits for each byte.
 std::string hexadecimalText(std::string_view bytes);
 
+/// "1,234,567".
+std::string grouped(std::int64_t number);
+
 /// "1 page", "2 pages".
 std::string counted(std::int64_t count, const std::string& noun);
 

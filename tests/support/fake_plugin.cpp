@@ -15,16 +15,27 @@
 //   wait           works on and on until the person stops it
 //   folder         asks for the folder of the pictures
 //   hostile        puts control characters into sentences
+//   digest=N       the page to replace has the digest N (0x1234 unless said)
+//   layers=N       tells that N layers were left out of the page
+//   tells          says at prepare and go which action is asked for and who may change the file
+//   late           waits for Ctrl-C when all is saved
+// Saving appends a line that counts the paths of the first layer; revert takes it off again.
 #include "host/callbacks.h"
 #include "host/extension.h"
+#include "host/files.h"
 #include "host/front.h"
 #include "host/parameters.h"
 
+#include <array>
 #include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
 #include <iostream>
 #include <optional>
 #include <sstream>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 using namespace corvane;
@@ -80,6 +91,21 @@ std::uint32_t showError(std::int32_t code, const std::string& text) {
     return resultStopped;
 }
 
+std::string pathOf(const ParameterBlock& block) {
+    return posixPathOf(block.file->volume, block.file->directory, block.file->name);
+}
+
+/// What other programs see: a lock of the host's keeps them out.
+void tellWho(const ParameterBlock& block) {
+    struct flock wanted {};
+    wanted.l_type = F_WRLCK;
+    const int file = open(pathOf(block).c_str(), O_RDWR | O_CLOEXEC);
+    fcntl(file, F_OFD_GETLK, &wanted);
+    close(file);
+    std::cerr << (block.action == Action::write ? "write " : "read ")
+              << (wanted.l_type == F_UNLCK ? "free" : "locked") << std::endl;
+}
+
 std::uint32_t choosePage(const HostExtension& extension, std::int32_t pages) {
     tellFile(extension, pages);
     if (extension.wantedPage > pages) {
@@ -121,6 +147,14 @@ void askForFolder() {
     std::cerr << (dialogFront()->chooseFolder(volume, directory) ? "folder\n" : "no folder\n");
 }
 
+std::uint32_t waitForAbort(const ParameterBlock& block, const HostExtension& extension) {
+    std::cerr << "waiting" << std::endl;
+    for (std::int64_t i = 0; call(block, slot::checkUserAbort) == HostBoolean::no; ++i) {
+        extension.progress(extension.context, i % 1000, 1000);
+    }
+    return resultStopped;
+}
+
 std::uint32_t readPage(const ParameterBlock& block, const HostExtension& extension) {
     const Rect bounds{0, 792 * fixedOne, 612 * fixedOne, 0};
     const ArtboardSize size{612 * fixedOne, 792 * fixedOne};
@@ -128,11 +162,7 @@ std::uint32_t readPage(const ParameterBlock& block, const HostExtension& extensi
     call(block, slot::setPageBounds, &bounds);
     extension.pageIdentity(extension.context, {factsOfPage(1, 1), 0x1234});
     if (partOf("wait")) {
-        std::cerr << "waiting" << std::endl;
-        for (std::int64_t i = 0; call(block, slot::checkUserAbort) == HostBoolean::no; ++i) {
-            extension.progress(extension.context, i % 1000, 1000);
-        }
-        return resultStopped;
+        return waitForAbort(block, extension);
     }
     if (partOf("folder")) {
         askForFolder();
@@ -157,6 +187,74 @@ std::uint32_t readPage(const ParameterBlock& block, const HostExtension& extensi
     return 0;
 }
 
+std::int32_t countPaths(const ParameterBlock& block) {
+    Layer layer = Layer::null;
+    Art group = Art::null;
+    Art child = Art::null;
+    call(block, slot::getNextLayer, Layer::null, &layer);
+    call(block, slot::getLayerArt, layer, &group);
+    call(block, slot::getFirstChild, group, &child);
+    std::int32_t count = 0;
+    for (; child != Art::null; call(block, slot::getNextSibling, child, &child)) {
+        ++count;
+    }
+    return count;
+}
+
+std::uint32_t savePage(const ParameterBlock& block, const HostExtension& extension) {
+    const auto digest = static_cast<std::uint64_t>(partOf("digest").value_or(0x1234));
+    if (extension.artworkDigest != nullptr && *extension.artworkDigest != digest &&
+        !extension.overwrites) {
+        return showError(21, "the page was changed");
+    }
+    const std::string path = pathOf(block);
+    const std::string update = "page of " + std::to_string(countPaths(block)) + " paths\n";
+    const auto length = static_cast<std::int64_t>(std::filesystem::file_size(path));
+    if (block.selector == Selector::go) {
+        std::ofstream(path, std::ios::app) << update;
+    }
+    const std::int32_t page = extension.wantedPage == 0 ? 1 : extension.wantedPage;
+    const auto added = static_cast<std::int64_t>(update.size());
+    extension.saved(extension.context, {.page = factsOfPage(page, 0),
+                                        .formerLength = length,
+                                        .length = length + added,
+                                        .objects = 3,
+                                        .contentLength = added});
+    for (std::int32_t layer = 1; layer <= partOf("layers").value_or(0); ++layer) {
+        extension.layerLeftOut(extension.context, sentence("notes " + std::to_string(layer)));
+    }
+    const std::array warnings{WarningText{1004, "layers were not drawn"}};
+    if (partOf("layers")) {
+        dialogFront()->showWarnings(false, warnings, "fake.pdf");
+    }
+    if (partOf("late")) {
+        std::cerr << "saved" << std::endl;
+        while (call(block, slot::checkUserAbort) == HostBoolean::no) {
+        }
+    }
+    return 0;
+}
+
+/// The file as it was made, and the update of a save.
+std::uint32_t tellUpdates(const ParameterBlock& block, const HostExtension& extension) {
+    const auto length = static_cast<std::int64_t>(std::filesystem::file_size(pathOf(block)));
+    static constexpr std::array<std::int32_t, 4> pages{1, 2, 3, 7};
+    if (block.selector == Selector::log) {
+        extension.update(extension.context,
+                         {.size = 1200, .objects = 42, .pages = pages, .date = "D:2026"});
+    } else {
+        std::filesystem::resize_file(pathOf(block), 10);
+    }
+    extension.update(extension.context, {.number = 1,
+                                         .offset = 1200,
+                                         .size = length,
+                                         .objects = 3,
+                                         .pages = std::span(pages).first(1),
+                                         .date = "D:20261121010203+02'00'",
+                                         .ours = true});
+    return 0;
+}
+
 std::uint32_t perform(ParameterBlock& block, const HostExtension& extension) {
     const std::int32_t pages = partOf("pages").value_or(1);
     switch (block.selector) {
@@ -170,19 +268,36 @@ std::uint32_t perform(ParameterBlock& block, const HostExtension& extension) {
         return 0;
     }
     case Selector::prepare:
+        if (block.action == Action::write && !std::filesystem::exists(pathOf(block))) {
+            std::ofstream(pathOf(block)) << "%PDF-1.4 new\n";
+        }
+        if (partOf("tells")) {
+            tellWho(block);
+        }
         block.state = NewHandleClear(sizeof(PluginState)).as<Ref<PluginState>>();
         return choosePage(extension, pages);
     case Selector::go:
-        return readPage(block, extension);
+        if (block.action == Action::read) {
+            return readPage(block, extension);
+        }
+        if (partOf("wait")) {
+            return waitForAbort(block, extension);
+        }
+        if (partOf("tells")) {
+            tellWho(block);
+        }
+        return savePage(block, extension);
+    case Selector::trial:
+        return savePage(block, extension);
+    case Selector::log:
+    case Selector::revert:
+        return tellUpdates(block, extension);
     case Selector::info:
     case Selector::diagnose:
         tellFile(extension, pages);
         tellPages(extension, pages);
         return 0;
     case Selector::about:
-    case Selector::log:
-    case Selector::revert:
-    case Selector::trial:
     case Selector::check:
         break;
     }

@@ -74,6 +74,10 @@ private:
     std::filesystem::path path_;
 };
 
+inline bool holds(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+}
+
 /// The bytes of a file; throws where it cannot be read.
 std::string fileBytes(const std::filesystem::path& path);
 

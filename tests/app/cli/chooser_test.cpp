@@ -35,7 +35,7 @@ TEST(Chooser, AsksUntilTheAnswerIsAPage) {
         close(ends[1]);
         LineSource answers(ends[0]);
         std::ostringstream prompt;
-        EXPECT_EQ(choosePage(answers, prompt, 1, 12, 3), row.page) << row.typed;
+        EXPECT_EQ(choosePage(answers, prompt, "Page to open", 1, 12, 3), row.page) << row.typed;
         close(ends[0]);
         int questions = 0;
         for (std::size_t at = 0; (at = prompt.str().find("1 to 12", at)) != std::string::npos;

@@ -1,0 +1,91 @@
+#include "app/cli/artwork_file.h"
+
+#include "app/cli/fault.h"
+#include "app/cli/interrupt.h"
+#include "app/cli/lines.h"
+#include "toolbox/descriptor.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <fcntl.h>
+#include <unistd.h>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+std::string shownName(const std::string& path) {
+    return path == "-" ? "standard input" : path;
+}
+
+[[noreturn]] void refuse(const std::string& path, const std::string& reason,
+                         const std::string& advice) {
+    throw Failure({code::artwork, "the artwork in " + shownName(path) + " cannot be read (" +
+                                      reason + "); " + advice});
+}
+
+[[noreturn]] void refuseMachine(const std::string& path) {
+    const std::string reason = lastError().message();
+    refuse(path, reason, "check its name, where it lies and its permissions");
+}
+
+/// Opening a pipe waits for who writes to it, until the person asks to stop.
+Descriptor openArtwork(const std::string& path) {
+    if (path == "-") {
+        return Descriptor(fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0));
+    }
+    while (true) {
+        Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
+        if (file || errno != EINTR || interrupted()) {
+            return file;
+        }
+    }
+}
+
+std::string bytesOf(const std::string& path) {
+    const Descriptor file = openArtwork(path);
+    std::string bytes;
+    std::array<char, 65536> block{};
+    while (file && waitForInput(file.number())) {
+        const ssize_t count = read(file.number(), block.data(), block.size());
+        if (count == 0) {
+            return bytes;
+        }
+        if (count < 0 && errno != EINTR && errno != EAGAIN) {
+            refuseMachine(path);
+        }
+        bytes.append(block.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+        if (static_cast<std::int64_t>(bytes.size()) > artworkLimit()) {
+            refuse(path, "it is larger than artwork may be", "raise the limit (CORVANE_ART_MB)");
+        }
+    }
+    if (interrupted()) {
+        throw Failure({code::cancelled, "cancelled"});
+    }
+    refuseMachine(path);
+}
+
+} // namespace
+
+SvgReading readArtwork(const std::string& path, Document& document) {
+    std::string bytes = bytesOf(path);
+    if (bytes.starts_with("%PDF-")) {
+        refuse(path, "it is a PDF", "name the artwork first, then the PDF");
+    }
+    try {
+        SvgReading reading = readSvg(std::move(bytes), document);
+        if (interrupted()) {
+            throw Failure({code::cancelled, "cancelled"});
+        }
+        return reading;
+    } catch (const SvgError& error) {
+        refuse(path, error.what(), "repair it, or save it as SVG from an editor");
+    } catch (const ArtworkError& error) {
+        refuse(path, error.what(), "simplify it, or raise the limit (CORVANE_ART_MB)");
+    }
+}
+
+} // namespace corvane

@@ -1,0 +1,15 @@
+// The artwork that the person wants to save: SVG from a file or from standard input.
+#pragma once
+
+#include "app/artwork/document.h"
+#include "app/svg/reader.h"
+
+#include <string>
+
+namespace corvane {
+
+/// Reads `path` ("-": standard input) into `document`, which is new. Raises `Failure`: what cannot
+/// be read, is no artwork, or is larger than artwork may be; or the person asked to stop.
+SvgReading readArtwork(const std::string& path, Document& document);
+
+} // namespace corvane

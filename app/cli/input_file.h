@@ -1,0 +1,21 @@
+// Whether a file that the person named can be read or changed, and why not.
+#pragma once
+
+#include <string>
+
+namespace corvane {
+
+/// Raises `Failure`: the file cannot be opened for `reason`.
+[[noreturn]] void refuseFile(const std::string& reason);
+
+/// Whether there is anything of that name; what cannot be looked at is there.
+bool isThere(const std::string& path);
+
+/// The path again. Raises `Failure` where it is no regular file that can be read, or one of more
+/// than 2^31 - 1 bytes. The plug-in knows one code for all of this; the machine knows why.
+const std::string& requireReadable(const std::string& path);
+
+/// The same for a file that is to change.
+const std::string& requireWritable(const std::string& path);
+
+} // namespace corvane

@@ -1,0 +1,137 @@
+#include "app/cli/commands.h"
+
+#include "app/artwork/document.h"
+#include "app/cli/artwork_file.h"
+#include "app/cli/messages.h"
+#include "app/cli/save_place.h"
+#include "app/cli/session.h"
+#include "app/cli/text.h"
+
+#include <algorithm>
+
+namespace corvane {
+
+namespace {
+
+/// What the person left open is as the artwork says.
+void adopt(const SvgReading& reading, Document& document, Arguments& arguments) {
+    if (!reading.ours) {
+        document.page().setProfile(arguments.profile);
+        return;
+    }
+    const Profile profile = document.page().profile();
+    if (arguments.namesProfile && arguments.profile != profile) {
+        throw Failure({code::artwork, "the artwork was opened in the profile " +
+                                          std::string(profileName(profile)) +
+                                          "; save it with that one"});
+    }
+    arguments.profile = profile;
+    if (arguments.page == 0) {
+        arguments.page = reading.provenance.page;
+    }
+}
+
+/// A warning for each kind of thing that the page will not have; refused where the person did not
+/// say that it may be so.
+void weighLosses(const Arguments& arguments, Report& report) {
+    std::string names;
+    const auto lose = [&](std::int32_t code, std::string_view kind, const std::string& how) {
+        const std::string loss = std::string(kind) + ": " + how;
+        names += (names.empty() ? "" : ", ") + loss;
+        report.warnings.push_back({code, loss + "; the saved page does not have that"});
+    };
+    for (const auto& [kind, count] : report.source.omitted) {
+        lose(code::notInArtwork, omissionName(kind),
+             std::to_string(count) + " left out when the page was opened");
+    }
+    for (const auto& [kind, count] : report.ignored) {
+        lose(code::notUnderstood, kind, counted(count, "element") + " ignored");
+    }
+    if (!arguments.force && !names.empty()) {
+        report.warnings.clear();
+        throw Failure({code::loss, "the artwork does not hold all of the page, and saving would "
+                                   "lose the rest (" +
+                                       names + "); to save all the same, say --force"});
+    }
+}
+
+/// The plug-in does not know where the artwork came from.
+Fault explainedChange(const Arguments& arguments, const Provenance& source) {
+    const std::string origin = "page " + std::to_string(source.page) +
+                               (source.sourceFile.empty() ? "" : " of " + source.sourceFile);
+    return {code::pageChanged,
+            "page " + std::to_string(arguments.page) +
+                " is not the page that the artwork was opened from (" + origin +
+                "), or was changed since; open it again, or replace it with --force"};
+}
+
+/// Saves `document` at `place`; the page is settled then.
+void saveAt(const SavePlace& place, Document& document, const Arguments& arguments,
+            Report& report) {
+    // To try takes a file as it is; one that is not there yet is made even so.
+    const bool onlyReads = arguments.dryRun && !place.isNew();
+    Session session(arguments, report, document,
+                    {place.path(), onlyReads ? Action::read : Action::write});
+    session.begin();
+    session.call(Selector::prepare);
+    session.call(arguments.dryRun ? Selector::trial : Selector::go);
+    if (!report.saved) {
+        throw Failure({code::host, "the plug-in did not say what it saved; install program and "
+                                   "plug-in of one version"});
+    }
+}
+
+/// The plug-in has one warning for all layers; their titles are told apart from it.
+void nameLayers(Report& report) {
+    constexpr std::size_t most = 8;
+    std::string titles;
+    for (std::size_t i = 0; i < std::min(report.layersLeftOut.size(), most); ++i) {
+        titles += (i == 0 ? "" : ", ") + ("\"" + report.layersLeftOut[i] + "\"");
+    }
+    if (report.layersLeftOut.size() > most) {
+        titles += ", ...";
+    }
+    const auto warning = std::ranges::find(report.warnings, code::layersLeftOut, &Fault::code);
+    if (warning != report.warnings.end() && !titles.empty()) {
+        warning->sentence += " (" + titles + ")";
+    }
+}
+
+} // namespace
+
+void runSave(Arguments& arguments, Report& report) {
+    Document document;
+    const SvgReading reading = readArtwork(arguments.artwork, document);
+    const std::int32_t wantedPage = arguments.page;
+    report.source = reading.provenance;
+    report.ignored = reading.ignored;
+    adopt(reading, document, arguments);
+    weighLosses(arguments, report);
+
+    SavePlace place(arguments);
+    if (place.isNew()) {
+        // Its one page is nobody's: whatever the artwork came from, there is nothing to undo.
+        arguments.page = std::max(wantedPage, 1);
+        arguments.force = true;
+    }
+    try {
+        saveAt(place, document, arguments, report);
+        if (!arguments.dryRun) {
+            place.commit();
+            report.output = place.name();
+        }
+    } catch (const Failure& failure) {
+        report.saved.reset();
+        if (failure.fault().code == code::pageChanged) {
+            throw Failure(explainedChange(arguments, reading.provenance));
+        }
+        throw;
+    }
+    nameLayers(report);
+    if (place.isNew() && !arguments.dryRun) {
+        announce(arguments, place.name() + " is a new file");
+    }
+    announce(arguments, savedText(place.name(), *report.saved, arguments.dryRun));
+}
+
+} // namespace corvane

@@ -1,0 +1,147 @@
+// What a save may not change: the artwork, other pages, what is no part of the drawing.
+#include "tests/app/cli/saving.h"
+
+#include "tests/support/pdf_builder.h"
+
+#include <cstdlib>
+
+namespace corvane {
+namespace {
+
+namespace fs = std::filesystem;
+using test::holds;
+
+class SaveAgain : public Saving {};
+
+/// A page that is turned and cropped, has a unit of its own, boxes off the origin, and a square
+/// drawn by an annotation beside its own drawing.
+std::string turnedPage(int rotate, const std::string& entries) {
+    test::PdfBuilder file;
+    return file.object(1, "<< /Type /Catalog /Pages 2 0 R >>")
+        .object(2, "<< /Type /Pages /Kids [3 0 R] /Count 1 >>")
+        .object(3, "<< /Type /Page /Parent 2 0 R /Contents 4 0 R /Annots [5 0 R] /Rotate " +
+                       std::to_string(rotate) + " " + entries + " >>")
+        .stream(4, "q 0.9 0.2 0.1 rg -40 130 60 25 re f Q 3 w -30 160 m 60 260 l 120 210 l S "
+                   "0 0.5 0.8 RG 1 0 0 1 40 180 cm 0 0 m 30 60 60 60 90 0 c S")
+        .object(5, "<< /Type /Annot /Subtype /Square /Rect [80 140 110 160] /F 4 /AP << /N 6 0 R "
+                   ">> >>")
+        .stream(6, "0.1 0.6 0.2 rg 0 0 30 20 re f",
+                "/Type /XObject /Subtype /Form /BBox [0 0 30 20]")
+        .bytes();
+}
+
+TEST_F(SaveAgain, ATurnedPageLooksTheSame) {
+    if (!test::isInstalled("mutool")) {
+        GTEST_SKIP() << "needs mutool";
+    }
+    const std::vector<std::string> boxes{
+        "/MediaBox [-50 120 150 270]", "/MediaBox [150 270 -50 120] /CropBox [-45 125 140 260]",
+        "/MediaBox [-50 120 150 270] /UserUnit 2",
+        "/MediaBox [-50.25 120.125 150.5 270] /CropBox [-100 125 140 500]"};
+    for (const std::string& box : boxes) {
+        for (const int rotate : {0, 90, 180, 270}) {
+            const std::string old = turnedPage(rotate, box);
+            folder_.add("in.pdf", old);
+            const auto before = test::draw(folder_.path() / "in.pdf", 1);
+            ASSERT_GT(test::ink(before), 0.05);
+            const std::string art = artwork("in.pdf", 1);
+            save(art, "in.pdf", 1);
+            EXPECT_NE(bytes("in.pdf"), old);
+            EXPECT_LT(test::difference(before, test::draw(folder_.path() / "in.pdf", 1)), 0.002)
+                << rotate << box;
+            EXPECT_EQ(artwork("in.pdf", 1), art) << rotate << box;
+            EXPECT_TRUE(isValid("in.pdf"));
+        }
+    }
+}
+
+TEST_F(SaveAgain, OneArtworkManyTimes) {
+    // How often; a person with time sets it to 1000.
+    const char* const wish = std::getenv("CORVANE_TEST_SAVES");
+    const int times = wish != nullptr ? std::atoi(wish) : test::underAddressSanitizer ? 6 : 60;
+    folder_.add("in.pdf", example("harbour.pdf"));
+    const std::string art = artwork("in.pdf", 1);
+    folder_.add("a.svg", art);
+    for (int i = 1; i <= times; ++i) {
+        const std::string before = bytes("in.pdf");
+        ASSERT_EQ(run({"save", "a.svg", "in.pdf", "--quiet"}).status, 0) << i;
+        ASSERT_TRUE(bytes("in.pdf").starts_with(before)) << i;
+        ASSERT_EQ(artwork("in.pdf", 1), art) << i;
+        ASSERT_TRUE(i % 20 != 0 || isValid("in.pdf")) << i;
+    }
+    const auto log = run({"log", "in.pdf", "--json"});
+    EXPECT_TRUE(holds(log.output, "\"number\":" + std::to_string(times) + ",")) << log.output;
+    for (int i = 0; i < times; ++i) {
+        ASSERT_EQ(run({"revert", "in.pdf", "--quiet"}).status, 0) << i;
+    }
+    EXPECT_EQ(bytes("in.pdf"), example("harbour.pdf"));
+    const auto none = run({"revert", "in.pdf"});
+    EXPECT_EQ(none.status, 1);
+    EXPECT_TRUE(holds(none.errors, "error 25: ")) << none.errors;
+    EXPECT_EQ(bytes("in.pdf"), example("harbour.pdf"));
+}
+
+TEST_F(SaveAgain, OtherPagesStay) {
+    folder_.add("in.pdf", example("two-pages.pdf"));
+    const std::string first = artwork("in.pdf", 1);
+    const std::string second = artwork("in.pdf", 2);
+    const std::string edited = replaced(second, "M30 300V0", "M33 290V7");
+    folder_.add("a.svg", edited);
+    const auto told = run({"save", "a.svg", "in.pdf"});
+    EXPECT_TRUE(holds(told.errors, "page 2 of in.pdf: ")) << told.errors;
+    EXPECT_EQ(artwork("in.pdf", 1), first);
+    EXPECT_EQ(artwork("in.pdf", 2), edited);
+    EXPECT_TRUE(isValid("in.pdf"));
+
+    // Artwork of one page does not land on another by accident.
+    const auto refused = run({"save", "a.svg", "in.pdf", "--page", "1"});
+    EXPECT_TRUE(holds(refused.errors, "error 21: page 1 is not the page")) << refused.errors;
+    EXPECT_EQ(run({"save", "a.svg", "in.pdf", "--page", "1", "--force"}).status, 0);
+    const auto log = run({"log", "in.pdf"});
+    EXPECT_TRUE(holds(log.output, "  1-2    ") && holds(log.output, "  2      ") &&
+                holds(log.output, "  1      "))
+        << log.output;
+}
+
+TEST_F(SaveAgain, ATrialIsAsLongAsTheSave) {
+    for (const char* profile : {"extended", "original"}) {
+        const std::string old = example("harbour.pdf");
+        folder_.add("in.pdf", old);
+        ASSERT_EQ(
+            run({"open", "in.pdf", "--page", "1", "-o", "a.svg", "--profile", profile}).status, 0);
+        const auto trial = run({"save", "a.svg", "in.pdf", "--json", "--dry-run"});
+        EXPECT_EQ(bytes("in.pdf"), old);
+        const auto copied = run({"save", "a.svg", "in.pdf", "--json", "--output", "b.pdf"});
+        EXPECT_EQ(bytes("in.pdf"), old);
+        const auto saved = run({"save", "a.svg", "in.pdf", "--json"});
+        EXPECT_EQ(bytes("in.pdf"), bytes("b.pdf"));
+        const auto facts = [](const std::string& json) {
+            const auto from = json.find("\"dryRun\":") + std::string("\"dryRun\":").size();
+            return json.substr(json.find(',', from));
+        };
+        EXPECT_TRUE(
+            holds(saved.output, "\"length\":" + std::to_string(bytes("in.pdf").size()) + ","))
+            << saved.output;
+        EXPECT_EQ(facts(trial.output), facts(saved.output));
+        EXPECT_EQ(facts(copied.output), facts(saved.output));
+        EXPECT_TRUE(isValid("in.pdf"));
+    }
+}
+
+TEST_F(SaveAgain, ArtworkOfNobodysPageBecomesANewFile) {
+    folder_.add("a.svg", "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"200\" height=\"100\">"
+                         "<circle cx=\"50\" cy=\"50\" r=\"40\" fill=\"#c00\"/></svg>");
+    const auto made = run({"save", "a.svg", "new.pdf"});
+    ASSERT_EQ(made.status, 0) << made.errors;
+    EXPECT_TRUE(holds(made.errors, "new.pdf is a new file")) << made.errors;
+    EXPECT_TRUE(isValid("new.pdf"));
+    EXPECT_TRUE(holds(artwork("new.pdf", 1), "fill=\"#cc0000\""));
+    if (test::isInstalled("mutool")) {
+        EXPECT_GT(test::ink(test::draw(folder_.path() / "new.pdf", 1)), 0.1);
+    }
+    EXPECT_EQ(run({"save", "a.svg", "other.pdf", "--dry-run"}).status, 0);
+    EXPECT_EQ(folder_.names(), (std::vector<std::string>{"a.svg", "new.pdf"}));
+}
+
+} // namespace
+} // namespace corvane
