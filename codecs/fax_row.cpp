@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstring>
 
 namespace corvane {
 
@@ -33,9 +34,14 @@ void FaxRow::close() {
 }
 
 void FaxAppendRuns(const FaxRow& row, bool blackIs1, std::span<std::byte> pixels) {
+    const std::uint64_t invert = blackIs1 ? 0 : ~std::uint64_t{0};
+    if (row.count == 0) {
+        std::memset(pixels.data(), static_cast<int>(invert & 0xFF), pixels.size());
+        return;
+    }
     // A bit for each change first. Bytes of their own, as changes that share a word would wait for
     // one another.
-    std::ranges::fill(pixels, std::byte{0});
+    std::memset(pixels.data(), 0, pixels.size());
     const auto mark = [&](std::int32_t place) {
         const auto bit = static_cast<std::uint32_t>(place);
         pixels[bit / 8] |= std::byte{0x80} >> bit % 8;
@@ -48,7 +54,6 @@ void FaxAppendRuns(const FaxRow& row, bool blackIs1, std::span<std::byte> pixels
     if (row.black() && row.columns % faxWordBits != 0) {
         mark(row.columns); // the bits behind the last column are white
     }
-    const std::uint64_t invert = blackIs1 ? 0 : ~std::uint64_t{0};
     std::uint64_t colour = 0; // of the pixel before the word, in all bits
     for (std::size_t at = 0; at < pixels.size(); at += faxWordBytes) {
         std::byte* const there = pixels.data() + at;

@@ -36,6 +36,7 @@ INSTANTIATE_TEST_SUITE_P(
     Targets, Replay,
     ::testing::Values(Target{"token", fuzzToken}, Target{"dct_decode", fuzzDctDecode},
                       Target{"dct_encode", fuzzDctEncode}, Target{"document", fuzzDocument},
+                      Target{"fax_decode", fuzzFaxDecode}, Target{"fax_encode", fuzzFaxEncode},
                       Target{"content", fuzzContent}, Target{"resource_fork", fuzzResourceFork}),
     [](const auto& target) { return target.param.name; });
 
