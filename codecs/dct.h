@@ -58,6 +58,8 @@ struct DctState {
     DctState& operator=(const DctState&) = delete;
 
     DctSettings settings{};
+    /// Set before `DCTDecodeOpen`: an APP14 segment with values that mean nothing is refused.
+    bool strict = false;
     /// Encoding: the row to be coded next, of width times components bytes.
     std::vector<std::uint8_t> row{};
     std::unique_ptr<DctDecoder> decoder{};

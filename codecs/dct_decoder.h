@@ -19,7 +19,9 @@ namespace corvane {
 
 class DctDecoder {
 public:
-    explicit DctDecoder(DctSource& source) : input_(source) {}
+    explicit DctDecoder(DctSource& source, bool strict = false) : input_(source) {
+        header_.strict = strict;
+    }
 
     /// The next row; empty after the last one.
     std::span<const std::uint8_t> nextRow();

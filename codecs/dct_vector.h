@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -181,13 +182,8 @@ struct DctPortable {
         }
         return out;
     }
-    static Words asWords(const Bytes& a) {
-        Words out{};
-        for (std::size_t i = 0; i < 8; ++i) {
-            out[i] = wrap(a[2 * i] | a[2 * i + 1] << 8);
-        }
-        return out;
-    }
+    /// Pairs of bytes as they lie in memory, to be moved about and stored.
+    static Words asWords(const Bytes& a) { return std::bit_cast<Words>(a); }
     static Words widenLow(const Bytes& a) {
         Words out{};
         std::copy_n(a.begin(), 8, out.begin());

@@ -177,7 +177,7 @@ bool decodeRow(FaxState& state) {
 /// CCFaxRowDone: the row goes to the buffer.
 void deliverRow(CCStream& stream) {
     FaxState& state = *stream.state;
-    FaxAppendRuns(state.row, state.parameters.blackIs1, state.marks, state.pixels);
+    FaxAppendRuns(state.row, state.parameters.blackIs1, state.pixels);
     ++state.rowCount;
     stream.current = stream.row;
     stream.count = state.rowBytes();

@@ -2,49 +2,37 @@
 
 namespace corvane {
 
-namespace {
-
-FaxRowEnd readOneRun(FaxBitReader& reader, FaxRow& row) {
-    const std::int32_t run = readRun(reader, row.black(), row.columns - row.position);
-    if (run < 0) {
-        return run == -1 ? FaxRowEnd::noCode : FaxRowEnd::damaged;
-    }
-    row.position += run;
-    row.change();
-    return FaxRowEnd::complete;
-}
-
-} // namespace
-
 FaxRowEnd Decompress1D(FaxBitReader& reader, FaxRow& row) {
+    FaxBitReader bits = reader;
     std::int32_t* const changes = row.changes();
     const std::int32_t columns = row.columns;
+    std::int32_t count = row.count;
+    std::int32_t position = row.position;
     FaxRowEnd end = FaxRowEnd::complete;
-    while (row.position < columns && end == FaxRowEnd::complete) {
-        FaxBitReader bits = reader;
-        std::int32_t count = row.count;
-        std::int32_t position = row.position;
-        const FaxPairLookup& pairs = pairLookup(row.black());
-        for (;;) {
-            bits.need(pairLookupBits);
-            const FaxPairEntry pair = pairs[bits.peek(pairLookupBits)];
-            const std::int32_t pixels = pair.first() + pair.second();
-            if (pair.first() * pair.second() == 0 || pixels > columns - position) {
-                break;
-            }
+    while (position < columns) {
+        const bool black = count % 2 != 0;
+        bits.need(pairLookupBits);
+        const FaxPairEntry pair = pairLookup(black)[bits.peek(pairLookupBits)];
+        const std::int32_t pixels = pair.first() + pair.second();
+        if (pixels != 0 && pixels <= columns - position) {
             bits.skip(pair.length());
             changes[count] = position + pair.first();
             position += pixels;
             changes[count + 1] = position;
             count += 2;
+            continue;
         }
-        reader = bits;
-        row.count = count;
-        row.position = position;
-        if (position < columns) {
-            end = readOneRun(reader, row);
+        const std::int32_t run = readRun(bits, black, columns - position);
+        if (run < 0) {
+            end = run == -1 ? FaxRowEnd::noCode : FaxRowEnd::damaged;
+            break;
         }
+        position += run;
+        count = FaxRow::changed(changes, count, position);
     }
+    reader = bits;
+    row.count = count;
+    row.position = position;
     return end;
 }
 

@@ -10,8 +10,8 @@ namespace corvane {
 
 /// The length of a run, or -1: no code, and -2: longer than `longest`.
 template <unsigned lookupBits, std::size_t size>
-inline std::int32_t readRun(FaxBitReader& reader, const std::array<FaxRunEntry, size>& table,
-                            std::int32_t longest) {
+[[gnu::always_inline]] inline std::int32_t
+readRun(FaxBitReader& reader, const std::array<FaxRunEntry, size>& table, std::int32_t longest) {
     std::int32_t run = 0;
     for (;;) {
         reader.need(lookupBits);
@@ -30,7 +30,8 @@ inline std::int32_t readRun(FaxBitReader& reader, const std::array<FaxRunEntry, 
     }
 }
 
-inline std::int32_t readRun(FaxBitReader& reader, bool black, std::int32_t longest) {
+[[gnu::always_inline]] inline std::int32_t readRun(FaxBitReader& reader, bool black,
+                                                   std::int32_t longest) {
     return black ? readRun<blackLookupBits>(reader, blackLookup, longest)
                  : readRun<whiteLookupBits>(reader, whiteLookup, longest);
 }

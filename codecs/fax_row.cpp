@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstring>
 
 namespace corvane {
 
@@ -32,41 +33,33 @@ void FaxRow::close() {
     std::fill_n(all + count + 3, 2, INT32_MAX);
 }
 
-void FaxAppendRuns(const FaxRow& row, bool blackIs1, std::span<std::uint64_t> marks,
-                   std::span<std::byte> pixels) {
-    const std::int32_t* const changes = row.changes();
-    // The marks of a word are gathered before they are stored: a row's changes often share one.
-    std::uint32_t at = 0;
-    std::uint64_t gathered = 0;
-    for (std::int32_t i = 0; i < row.count; ++i) {
-        const auto place = static_cast<std::uint32_t>(changes[i]);
-        if (place / 64 != at) {
-            marks[at] = gathered;
-            gathered = 0;
-            at = place / 64;
-        }
-        gathered |= firstPixel >> place % 64;
-    }
-    marks[at] = gathered;
-    if (row.black()) {
-        // The bits behind the last column are white.
-        const auto edge = static_cast<std::uint32_t>(row.columns);
-        if (edge % 64 != 0) {
-            marks[edge / 64] ^= firstPixel >> edge % 64;
-        }
-    }
+void FaxAppendRuns(const FaxRow& row, bool blackIs1, std::span<std::byte> pixels) {
     const std::uint64_t invert = blackIs1 ? 0 : ~std::uint64_t{0};
+    if (row.count == 0) {
+        std::memset(pixels.data(), static_cast<int>(invert & 0xFF), pixels.size());
+        return;
+    }
+    // A bit for each change first. Bytes of their own, as changes that share a word would wait for
+    // one another.
+    std::memset(pixels.data(), 0, pixels.size());
+    const auto mark = [&](std::int32_t place) {
+        const auto bit = static_cast<std::uint32_t>(place);
+        pixels[bit / 8] |= std::byte{0x80} >> bit % 8;
+    };
+    const std::int32_t* const changes = row.changes();
+    const std::int32_t count = row.count; // for all the compiler knows, a mark may change the row's
+    for (std::int32_t i = 0; i < count; ++i) {
+        mark(changes[i]);
+    }
+    if (row.black() && row.columns % faxWordBits != 0) {
+        mark(row.columns); // the bits behind the last column are white
+    }
     std::uint64_t colour = 0; // of the pixel before the word, in all bits
-    std::byte* to = pixels.data();
-    for (std::uint64_t& mark : marks) {
-        std::uint64_t word = colour;
-        if (mark != 0) {
-            word ^= prefixParity(mark);
-            colour = 0 - (word & 1);
-            mark = 0;
-        }
-        storeWord(to, word ^ invert);
-        to += faxWordBytes;
+    for (std::size_t at = 0; at < pixels.size(); at += faxWordBytes) {
+        std::byte* const there = pixels.data() + at;
+        const std::uint64_t word = colour ^ prefixParity(loadWord(there));
+        colour = 0 - (word & 1);
+        storeWord(there, word ^ invert);
     }
 }
 

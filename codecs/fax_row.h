@@ -72,9 +72,8 @@ constexpr std::size_t faxRowWords(std::int32_t columns) {
 }
 
 /// Packs a closed row into `pixels`, whole words. `blackIs1`: bits of black pixels are 1. The bits
-/// behind the last column are white. `marks` are as many words, all 0 before and after.
-void FaxAppendRuns(const FaxRow& row, bool blackIs1, std::span<std::uint64_t> marks,
-                   std::span<std::byte> pixels);
+/// behind the last column are white.
+void FaxAppendRuns(const FaxRow& row, bool blackIs1, std::span<std::byte> pixels);
 
 /// The closed row of `pixels`, whole words; bits behind the last column are ignored.
 void ScanRuns(std::span<const std::byte> pixels, bool blackIs1, FaxRow& row);

@@ -18,7 +18,7 @@ CCStream::~CCStream() = default;
 std::size_t CCFaxExtraBytes(const CCParameters& parameters) {
     const std::size_t changes = (std::size_t{parameters.columns} + 10) * sizeof(std::int32_t);
     const std::size_t words = faxRowWords(parameters.columns) * faxWordBytes;
-    return 2 * changes + 2 * words + 2 * FaxRowBits::bytesFor(parameters.columns);
+    return 2 * changes + words + 2 * FaxRowBits::bytesFor(parameters.columns);
 }
 
 std::size_t CCFaxUncExtraBytes(const CCParameters& parameters) {
@@ -32,7 +32,6 @@ FaxState::FaxState(const CCParameters& given, FaxByteStream& stream)
       above(given.columns), row(given.columns), pixels(faxRowWords(given.columns) * faxWordBytes),
       reader(stream), writer(stream) {
     if (stream.reading) {
-        marks.resize(faxRowWords(given.columns));
         return;
     }
     if (given.k >= 0) {
@@ -52,7 +51,7 @@ void FaxState::finishRow() {
 
 std::size_t FaxState::bytes() const {
     return (above.places.size() + row.places.size()) * sizeof(std::int32_t) + pixels.size() +
-           marks.size() * sizeof(std::uint64_t) + rowBitsBytes(oneDimensional, parameters.columns) +
+           rowBitsBytes(oneDimensional, parameters.columns) +
            rowBitsBytes(twoDimensional, parameters.columns) +
            rowBitsBytes(withoutCompression, parameters.columns);
 }

@@ -30,7 +30,6 @@ struct FaxState {
 
     // Decoder
     FaxBitReader reader;
-    std::vector<std::uint64_t> marks;
     std::int64_t damagedRows = 0;
     bool resynchronise = false;
     bool endOfLineTaken = false; ///< that of the next row is read already

@@ -8,16 +8,18 @@
 
 namespace corvane {
 
-/// Where the bytes come from or go to; its owner outlives every stream over it.
+/// Where the bytes come from or go to; its owner outlives every stream over it. A source has no
+/// need of `write`, a sink of no other.
 class FaxPort {
 public:
     virtual ~FaxPort() = default;
     /// Fills the front of `bytes`; 0 at the end of the data. Raises what the source raises.
-    virtual std::size_t read(std::span<std::byte> bytes) = 0;
-    /// The last `count` bytes read are not needed: who reads the source next wants them.
-    virtual void giveBack(std::size_t count) = 0;
+    virtual std::size_t read(std::span<std::byte>) { return 0; }
+    /// The last `count` bytes read are not needed: who reads the source next wants them. At most
+    /// `faxGiveBackRoom` more than the last read delivered.
+    virtual void giveBack(std::size_t) {}
     /// False where not all of `bytes` were accepted.
-    virtual bool write(std::span<const std::byte> bytes) = 0;
+    virtual bool write(std::span<const std::byte>) { return false; }
 };
 
 inline constexpr std::size_t faxBufferSize = 1024;

@@ -107,8 +107,8 @@ constexpr auto runLookup(const FaxRunCodes& codes) {
 
 constexpr FaxPairLookup pairLookup(const FaxRunCodes& firstCodes, const FaxRunCodes& secondCodes) {
     FaxPairLookup table{};
-    for (std::size_t first = 0; first < 64; ++first) {
-        for (std::size_t second = 0; second < 64; ++second) {
+    for (std::size_t first = 1; first < 64; ++first) {
+        for (std::size_t second = 1; second < 64; ++second) {
             const FaxCode a = firstCodes.terminating[first];
             const FaxCode b = secondCodes.terminating[second];
             const unsigned length = a.length + 0U + b.length;
@@ -123,24 +123,13 @@ constexpr FaxPairLookup pairLookup(const FaxRunCodes& firstCodes, const FaxRunCo
     return table;
 }
 
-constexpr FaxCode passBits = codeOf("0001");
-constexpr FaxCode horizontalBits = codeOf("001");
-// Table 4/T.4, vertical mode, from VL3 over V0 to VR3.
-constexpr std::array<FaxCode, 7> verticalBits{codeOf("0000010"), codeOf("000010"), codeOf("010"),
-                                              codeOf("1"),       codeOf("011"),    codeOf("000011"),
-                                              codeOf("0000011")};
-
 constexpr auto modeTable() {
-    std::array<FaxModeEntry, std::size_t{1} << modeLookupBits> table{};
-    spread(table, modeLookupBits, passBits, {FaxMode::pass, 0, 2, passBits.length});
-    spread(table, modeLookupBits, horizontalBits,
-           {FaxMode::horizontal, 0, 0, horizontalBits.length});
-    for (std::size_t i = 0; i < verticalBits.size(); ++i) {
-        const FaxCode code = verticalBits[i];
-        const auto shift = static_cast<std::int8_t>(static_cast<int>(i) - verticalReach);
-        // The colour changes, and a change to the left of b1 may lie behind one of the row.
-        const std::int8_t step = shift < 0 ? -1 : 1;
-        spread(table, modeLookupBits, code, {FaxMode::vertical, shift, step, code.length});
+    std::array<FaxMode, std::size_t{1} << modeLookupBits> table{};
+    spread(table, modeLookupBits, passCode, FaxMode::pass);
+    spread(table, modeLookupBits, horizontalCode, FaxMode::horizontal);
+    for (std::size_t i = 0; i < verticalCodes.size(); ++i) {
+        spread(table, modeLookupBits, verticalCodes[i],
+               static_cast<FaxMode>(static_cast<std::size_t>(FaxMode::left3) + i));
     }
     return table;
 }
@@ -158,9 +147,6 @@ constinit const std::array<FaxRunEntry, std::size_t{1} << blackLookupBits> black
     runLookup<blackLookupBits>(black);
 constinit const FaxPairLookup whiteBlackLookup = pairLookup(white, black);
 constinit const FaxPairLookup blackWhiteLookup = pairLookup(black, white);
-constinit const FaxCode passCode = passBits;
-constinit const FaxCode horizontalCode = horizontalBits;
-constinit const std::array<FaxCode, 2 * verticalReach + 1> verticalCodes = verticalBits;
-constinit const std::array<FaxModeEntry, std::size_t{1} << modeLookupBits> modeLookup = modeTable();
+constinit const std::array<FaxMode, std::size_t{1} << modeLookupBits> modeLookup = modeTable();
 
 } // namespace corvane

@@ -40,8 +40,8 @@ inline constexpr unsigned blackLookupBits = 13;
 extern const std::array<FaxRunEntry, std::size_t{1} << whiteLookupBits> whiteLookup;
 extern const std::array<FaxRunEntry, std::size_t{1} << blackLookupBits> blackLookup;
 
-/// Two runs, the second of the other colour, each of one terminating code; `length` 0: the next
-/// bits begin otherwise. Most runs are that short, and one look tells both.
+/// Two runs of some pixels, the second of the other colour, each of one terminating code; all 0:
+/// the next bits begin otherwise. Most runs are that short, and one look tells both.
 struct FaxPairEntry {
     std::uint16_t packed = 0;
     constexpr unsigned length() const { return packed & 15U; }
@@ -54,26 +54,37 @@ using FaxPairLookup = std::array<FaxPairEntry, std::size_t{1} << pairLookupBits>
 extern const FaxPairLookup whiteBlackLookup;
 extern const FaxPairLookup blackWhiteLookup;
 
-/// Modes of two-dimensional coding. Table 4/T.4, table 1/T.6.
-enum class FaxMode : std::uint8_t { vertical, horizontal, pass, none };
-
 /// How far vertical mode reaches to each side, in pixels.
 inline constexpr std::int32_t verticalReach = 3;
 
-extern const FaxCode passCode;
-extern const FaxCode horizontalCode;
+/// Modes of two-dimensional coding. Table 4/T.4, table 1/T.6.
+inline constexpr FaxCode passCode{0b0001, 4};
+inline constexpr FaxCode horizontalCode{0b001, 3};
 /// By a1 - b1 + `verticalReach`.
-extern const std::array<FaxCode, 2 * verticalReach + 1> verticalCodes;
+inline constexpr std::array<FaxCode, 2 * verticalReach + 1> verticalCodes{{{0b0000010, 7},
+                                                                           {0b000010, 6},
+                                                                           {0b010, 3},
+                                                                           {0b1, 1},
+                                                                           {0b011, 3},
+                                                                           {0b000011, 6},
+                                                                           {0b0000011, 7}}};
 
-struct FaxModeEntry {
-    FaxMode mode = FaxMode::none;
-    std::int8_t shift = 0;   ///< vertical: a1 - b1
-    std::int8_t step = 0;    ///< how far the number of b1 moves before it is looked for again
-    std::uint8_t length = 0; ///< bits
+/// The codes by name; those of vertical mode say a1 - b1, left below 0.
+enum class FaxMode : std::uint8_t {
+    none,
+    left3,
+    left2,
+    left1,
+    same,
+    right1,
+    right2,
+    right3,
+    pass,
+    horizontal
 };
 
 inline constexpr unsigned modeLookupBits = 7;
-extern const std::array<FaxModeEntry, std::size_t{1} << modeLookupBits> modeLookup;
+extern const std::array<FaxMode, std::size_t{1} << modeLookupBits> modeLookup;
 
 /// End of line: eleven zeros and a one. More zeros before it are fill.
 inline constexpr FaxCode endOfLineCode{1, 12};

@@ -1,33 +1,40 @@
 #include "filters/fax.h"
 
 #include "codecs/fax_codec.h"
+#include "filters/decoder.h"
 #include "runtime/exception.h"
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 
 namespace corvane {
 
 namespace {
 
-/// The codec's bytes are those of the filter below.
+/// What the decoder reads is what the intake holds.
+class IntakePort : public FaxPort {
+public:
+    explicit IntakePort(Intake& intake) : intake_(intake) {}
+
+    std::size_t read(std::span<std::byte> bytes) override {
+        const std::span<const std::byte> held = intake_.held();
+        const std::size_t count = std::min(held.size(), bytes.size());
+        std::ranges::copy(held.first(count), bytes.begin());
+        intake_.take(count);
+        return count;
+    }
+    void giveBack(std::size_t count) override { intake_.putBack(count); }
+
+private:
+    Intake& intake_;
+};
+
+/// What the encoder writes goes to the filter below.
 class FilterPort : public FaxPort {
 public:
     explicit FilterPort(Filter& filter) : filter_(filter) {}
 
-    std::size_t read(std::span<std::byte> bytes) override {
-        const std::int64_t before = markFilter(filter_);
-        const std::size_t count = readFilter(filter_, bytes);
-        // Where another decoder lies below, positions are not those of its bytes, and it finds its
-        // own end.
-        positioned_ = markFilter(filter_) - before == static_cast<std::int64_t>(count);
-        return count;
-    }
-    void giveBack(std::size_t count) override {
-        if (positioned_) {
-            seekFilter(filter_, markFilter(filter_) - static_cast<std::int32_t>(count));
-        }
-    }
     bool write(std::span<const std::byte> bytes) override {
         auto count = static_cast<std::int32_t>(bytes.size());
         // One entry serves both directions, so its buffer is not const; a write only reads it.
@@ -37,18 +44,6 @@ public:
 
 private:
     Filter& filter_;
-    bool positioned_ = false;
-};
-
-struct FaxFilter : Filter {
-    explicit FaxFilter(const FaxParameters& given);
-
-    bool decodes() const { return parameters.direction == 0; }
-
-    FaxParameters parameters;
-    std::unique_ptr<FilterPort> port;
-    FaxByteStream bytes;
-    CCStream codec;
 };
 
 CCParameters codecParameters(const FaxParameters& given) {
@@ -62,69 +57,88 @@ CCParameters codecParameters(const FaxParameters& given) {
             .damagedRowsBeforeError = given.damagedRowsBeforeError};
 }
 
-void linkFax(FaxFilter& filter) {
-    filter.port = std::make_unique<FilterPort>(*filter.next);
-    cc_fsetup(filter.bytes, *filter.port, filter.parameters.direction);
-    SetupCCStm(codecParameters(filter.parameters), filter.bytes, filter.codec);
-    if (filter.decodes()) {
-        CDReset(filter.codec);
-    } else {
-        CEReset(filter.codec);
-    }
-}
+class FaxDecoder : public Decoder {
+public:
+    explicit FaxDecoder(const CCParameters& parameters)
+        : Decoder(entryDecoder), parameters_(parameters), port_(intake()) {}
 
-std::int32_t readFax(FaxFilter& filter, std::byte* to, std::int32_t wanted) {
-    if (!filter.decodes()) {
-        failException(Exception::io);
-    }
-    CCStream& codec = filter.codec;
-    std::size_t left = static_cast<std::size_t>(std::max(wanted, 0));
-    while (left > 0) {
-        if (codec.count == 0) {
-            CDFilBuf(codec);
-            if (codec.count == 0) {
-                break;
+protected:
+    std::size_t decode(std::span<std::byte> out) override {
+        std::size_t done = 0;
+        while (done < out.size()) {
+            if (codec_.count == 0) {
+                CDFilBuf(codec_);
+                if (codec_.count == 0) {
+                    break;
+                }
             }
+            const std::size_t piece = std::min(out.size() - done, codec_.count);
+            std::memcpy(out.data() + done, codec_.current, piece);
+            done += piece;
+            codec_.current += piece;
+            codec_.count -= piece;
         }
-        const std::size_t piece = std::min(left, codec.count);
-        std::memcpy(to, codec.current, piece);
-        to += piece;
-        left -= piece;
-        codec.current += piece;
-        codec.count -= piece;
+        return done;
     }
-    return std::max(wanted, 0) - static_cast<std::int32_t>(left);
+    void restart() override {
+        FinalCCStm(codec_);
+        cc_fsetup(bytes_, port_, 0);
+        SetupCCStm(parameters_, bytes_, codec_);
+        CDReset(codec_);
+    }
+    void skipRest() override {
+        FinalCCStm(codec_);
+        cc_ffinal(bytes_);
+    }
+
+private:
+    CCParameters parameters_;
+    IntakePort port_;
+    FaxByteStream bytes_;
+    CCStream codec_;
+};
+
+std::int32_t entryFax(Filter& filter, Operation operation, std::byte* buffer,
+                      std::int32_t* argument);
+
+struct FaxEncoder : Filter {
+    explicit FaxEncoder(const FaxParameters& given)
+        : Filter(entryFax), direction(given.direction), parameters(codecParameters(given)) {}
+
+    std::int32_t direction;
+    CCParameters parameters;
+    std::unique_ptr<FilterPort> port;
+    FaxByteStream bytes;
+    CCStream codec;
+};
+
+void linkEncoder(FaxEncoder& filter) {
+    filter.port = std::make_unique<FilterPort>(*filter.next);
+    cc_fsetup(filter.bytes, *filter.port, filter.direction);
+    SetupCCStm(filter.parameters, filter.bytes, filter.codec);
+    CEReset(filter.codec);
 }
 
-std::int32_t writeFax(FaxFilter& filter, const std::byte* from, std::int32_t count) {
-    if (filter.decodes()) {
-        failException(Exception::io);
-    }
-    CCStream& codec = filter.codec;
-    std::size_t left = static_cast<std::size_t>(std::max(count, 0));
-    while (left > 0) {
+/// The bytes accepted.
+std::size_t writeRows(CCStream& codec, std::span<const std::byte> from) {
+    std::size_t done = 0;
+    while (done < from.size()) {
         if (codec.count == 0) {
             CEFlush(codec);
             if (codec.failed) {
                 break;
             }
         }
-        const std::size_t piece = std::min(left, codec.count);
-        std::memcpy(codec.current, from, piece);
-        from += piece;
-        left -= piece;
+        const std::size_t piece = std::min(from.size() - done, codec.count);
+        std::memcpy(codec.current, from.data() + done, piece);
+        done += piece;
         codec.current += piece;
         codec.count -= piece;
     }
-    return std::max(count, 0) - static_cast<std::int32_t>(left);
+    return done;
 }
 
-void unlinkFax(FaxFilter& filter) {
-    if (filter.decodes()) {
-        FinalCCStm(filter.codec);
-        cc_ffinal(filter.bytes);
-        return;
-    }
+void unlinkEncoder(FaxEncoder& filter) {
     const bool whole = CEPutEOF(filter.codec) == 0 || cc_ferror(filter.bytes);
     FinalCCStm(filter.codec);
     const bool accepted = !cc_ferror(filter.bytes) && cc_ffinal(filter.bytes);
@@ -136,34 +150,38 @@ void unlinkFax(FaxFilter& filter) {
     }
 }
 
+/// Of the encoder; decoders have their own.
 std::int32_t entryFax(Filter& filter, Operation operation, std::byte* buffer,
                       std::int32_t* argument) {
-    auto& self = static_cast<FaxFilter&>(filter);
+    auto& self = static_cast<FaxEncoder&>(filter);
     switch (operation) {
     case Operation::read:
-        return *argument = readFax(self, buffer, *argument);
-    case Operation::write:
-        return *argument = writeFax(self, buffer, *argument);
+        failException(Exception::io);
+    case Operation::write: {
+        const auto count = static_cast<std::size_t>(std::max(*argument, std::int32_t{0}));
+        return *argument = static_cast<std::int32_t>(writeRows(self.codec, {buffer, count}));
+    }
     case Operation::seek:
     case Operation::mark:
         return callFilter(*self.next, operation, buffer, argument);
     case Operation::link:
-        linkFax(self);
+        linkEncoder(self);
         return 0;
     case Operation::unlink:
-        unlinkFax(self);
+        unlinkEncoder(self);
         return 0;
     default:
         return 0;
     }
 }
 
-FaxFilter::FaxFilter(const FaxParameters& given) : Filter(entryFax), parameters(given) {}
-
 } // namespace
 
 FilterOwner setupFax(const FaxParameters& parameters) {
-    return std::make_unique<FaxFilter>(parameters);
+    if (parameters.direction == 0) {
+        return std::make_unique<FaxDecoder>(codecParameters(parameters));
+    }
+    return std::make_unique<FaxEncoder>(parameters);
 }
 
 } // namespace corvane

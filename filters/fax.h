@@ -2,7 +2,7 @@
 // Group 4 data. PDF Reference, 3.3.5; ITU-T T.4 and T.6.
 //
 // A row is (columns + 7) / 8 bytes. Damaged data ends the rows early and raises nothing. Memory
-// grows with the columns only. Seek and mark go to the filter below.
+// grows with the columns only.
 #pragma once
 
 #include "filters/filter.h"
@@ -26,9 +26,10 @@ struct FaxParameters {
 static_assert(sizeof(FaxParameters) == 36);
 
 /// Reads decoded rows or takes rows to encode; the other direction raises `io`. A decoder leaves
-/// the filter below just behind its data, if that filter's bytes are those of its positions.
-/// Unlinking an encoder ends its data, and raises `io` where the filter below did not take all of
-/// it, `codec` where part of a row is left over.
+/// the filter below just behind its data, and delivers no more than `budget::streamBytes`
+/// (`limit`): a byte of data may stand for 64 KiB of white rows. Unlinking an encoder ends its
+/// data, and raises `io` where the filter below did not take all of it, `codec` where part of a row
+/// is left over.
 FilterOwner setupFax(const FaxParameters& parameters);
 
 } // namespace corvane

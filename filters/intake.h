@@ -28,7 +28,7 @@ public:
     std::span<const std::byte> hold(std::size_t count);
     /// Goes past bytes held.
     void take(std::size_t count) { position_ += count; }
-    /// Back by bytes taken since the last seek, no more than `longestUnit`.
+    /// Back by bytes taken since the last seek: those last held, and up to `longestUnit` before.
     void putBack(std::size_t count) { position_ -= count; }
     /// Bytes read from below and not taken.
     std::size_t readAhead() const { return fill_ - position_; }

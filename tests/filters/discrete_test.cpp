@@ -113,5 +113,33 @@ TEST_F(Discrete, RefusesTheOtherDirectionAndSizesThatAreNone) {
     EXPECT_EQ(readFilter(*reading.top(), {&byte, 1}), 0U);
 }
 
+TEST_F(Discrete, AnEncoderPassesOnWhatItDoesNotTransform) {
+    Keeper keeper;
+    Chain chain(&keeper);
+    chain.link(setupDiscrete(8, 8, 1));
+    EXPECT_EQ(seekFilter(*chain.top(), 4), 4);
+    EXPECT_EQ(markFilter(*chain.top()), 0);
+    std::byte byte{};
+    std::int32_t count = 1;
+    EXPECT_EQ(callFilter(*chain.top(), Operation::nextToken, &byte, &count), 0);
+    chain.abandon();
+}
+
+/// Damage that raises ends the rows; the filter can be unlinked, or sought back and read again.
+TEST_F(Discrete, AfterAFailureNothingMoreIsRead) {
+    const auto data = written(test::photograph(64, 64, 3), 1000);
+    const auto cut = std::span(data).first(data.size() - 100);
+    Chain chain;
+    chain.link(std::make_unique<test::MemoryFilter>(cut));
+    chain.link(setupDiscrete(0, 0, 0));
+    std::vector<std::byte> rows(64 * 64 * 3);
+    EXPECT_EQ(raisedBy([&] { readFilter(*chain.top(), rows); }), Exception::codec);
+    EXPECT_EQ(readFilter(*chain.top(), rows), 0U);
+    seekFilter(*chain.top(), 0);
+    EXPECT_EQ(readFilter(*chain.top(), std::span(rows).first(64 * 3 * 8)), 64U * 3 * 8);
+    EXPECT_EQ(raisedBy([&] { readFilter(*chain.top(), rows); }), Exception::codec);
+    chain.unlink();
+}
+
 } // namespace
 } // namespace corvane

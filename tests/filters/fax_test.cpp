@@ -1,6 +1,7 @@
 #include "filters/fax.h"
 
 #include "filters/buffer.h"
+#include "filters/hex.h"
 #include "filters/range.h"
 #include "tests/runtime/zone_fixture.h"
 #include "tests/support/fax_images.h"
@@ -161,6 +162,90 @@ TEST_F(FaxFilterTest, AnEncoderThatCannotFinishSaysSo) {
     EXPECT_EQ(unlinked(SIZE_MAX, 17), Exception::codec);
     EXPECT_EQ(unlinked(3, 16), Exception::io);
     EXPECT_EQ(unlinked(1024, 64000), Exception::io);
+}
+
+/// Where the filter below is a decoder itself, what was read ahead comes out of it again.
+TEST_F(FaxFilterTest, ADecoderBelowGoesOnBehindTheData) {
+    const auto image = test::randomImage(random_, 300, 30, 9, 12);
+    const FaxParameters parameters{.k = -1, .columns = 300, .blackIs1 = 1};
+    Data data = encoded(parameters, image.pixels, 100);
+    data.insert(data.end(), 20, std::byte{0x5A});
+    Data digits;
+    for (const std::byte byte : data) {
+        for (const int digit : {std::to_integer<int>(byte) >> 4, std::to_integer<int>(byte) & 15}) {
+            digits.push_back(static_cast<std::byte>("0123456789abcdef"[digit]));
+        }
+    }
+    for (const std::size_t rows : {std::size_t{0}, std::size_t{7}, std::size_t{31}}) {
+        Chain base;
+        base.link(std::make_unique<test::MemoryFilter>(digits));
+        base.link(setupHex(AsciiMode::both));
+        Chain chain(base.top());
+        chain.link(setupFax(parameters));
+        Data out(rows * image.rowBytes());
+        EXPECT_EQ(readFilter(*chain.top(), out), std::min(out.size(), image.pixels.size()));
+        chain.unlink();
+        Data rest(data.size());
+        const std::size_t left = readFilter(*base.top(), rest);
+        ASSERT_GE(left, 20U);
+        EXPECT_TRUE(
+            std::equal(data.end() - static_cast<std::ptrdiff_t>(left), data.end(), rest.begin()));
+        EXPECT_EQ(left == 20, rows == 31) << left;
+    }
+}
+
+TEST_F(FaxFilterTest, SeekingBeginsTheImageAgain) {
+    const auto image = test::randomImage(random_, 300, 30, 9, 12);
+    const FaxParameters parameters{.k = 4, .columns = 300, .blackIs1 = 1};
+    Data file(50);
+    const Data data = encoded(parameters, image.pixels, 100);
+    file.insert(file.end(), data.begin(), data.end());
+    Chain chain;
+    chain.link(std::make_unique<test::MemoryFilter>(file));
+    chain.link(setupFax(parameters));
+    Data out(image.pixels.size() + 1);
+    for (const std::size_t count : {std::size_t{77}, out.size(), std::size_t{1}, out.size()}) {
+        EXPECT_EQ(seekFilter(*chain.top(), 50), 50);
+        EXPECT_EQ(readFilter(*chain.top(), std::span(out).first(count)),
+                  std::min(count, image.pixels.size()));
+        EXPECT_TRUE(std::equal(image.pixels.begin(),
+                               image.pixels.begin() +
+                                   static_cast<std::ptrdiff_t>(std::min(count, out.size() - 1)),
+                               out.begin()));
+    }
+    EXPECT_EQ(markFilter(*chain.top()), static_cast<std::int32_t>(file.size()));
+}
+
+/// One bit of Group 4 repeats the widest row.
+TEST_F(FaxFilterTest, NoMoreIsDeliveredThanPositionsCanSay) {
+    const Data data(33000, std::byte{0xFF});
+    Chain chain;
+    chain.link(std::make_unique<test::MemoryFilter>(data));
+    chain.link(setupFax({.k = -1, .columns = 65535}));
+    Data out(std::size_t{16} << 20);
+    std::int64_t delivered = 0;
+    EXPECT_EQ(raisedBy([&] {
+                  while (const std::size_t count = readFilter(*chain.top(), out)) {
+                      delivered += static_cast<std::int64_t>(count);
+                  }
+              }),
+              Exception::limit);
+    EXPECT_LE(delivered, INT32_MAX);
+    EXPECT_GT(delivered, INT32_MAX - (std::int64_t{17} << 20));
+}
+
+TEST_F(FaxFilterTest, AnEncoderPassesOnWhatItDoesNotTransform) {
+    const Data file(10);
+    Chain chain;
+    chain.link(std::make_unique<test::MemoryFilter>(file));
+    chain.link(setupFax({.direction = 1, .columns = 8}));
+    EXPECT_EQ(seekFilter(*chain.top(), 4), 4);
+    EXPECT_EQ(markFilter(*chain.top()), 4);
+    std::byte byte{};
+    EXPECT_EQ(raisedBy([&] { readFilter(*chain.top(), {&byte, 1}); }), Exception::io);
+    std::int32_t count = 1;
+    EXPECT_EQ(callFilter(*chain.top(), Operation::nextToken, &byte, &count), 0);
+    chain.abandon();
 }
 
 } // namespace

@@ -32,14 +32,14 @@ TEST_P(Replay, AllSeeds) {
     EXPECT_GE(seeds, 5);
 }
 
-INSTANTIATE_TEST_SUITE_P(Targets, Replay,
-                         ::testing::Values(Target{"token", fuzzToken},
-                                           Target{"dct_decode", fuzzDctDecode},
-                                           Target{"dct_encode", fuzzDctEncode},
-                                           Target{"document", fuzzDocument},
-                                           Target{"content", fuzzContent}, Target{"save", fuzzSave},
-                                           Target{"resource_fork", fuzzResourceFork}),
-                         [](const auto& target) { return target.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Targets, Replay,
+    ::testing::Values(Target{"token", fuzzToken}, Target{"dct_decode", fuzzDctDecode},
+                      Target{"dct_encode", fuzzDctEncode}, Target{"document", fuzzDocument},
+                      Target{"fax_decode", fuzzFaxDecode}, Target{"fax_encode", fuzzFaxEncode},
+                      Target{"content", fuzzContent}, Target{"save", fuzzSave},
+                      Target{"resource_fork", fuzzResourceFork}),
+    [](const auto& target) { return target.param.name; });
 
 } // namespace
 } // namespace corvane::fuzz

@@ -160,8 +160,9 @@ inline PeerReading readWithPeer(std::span<const std::byte> data, PeerColour colo
     return reading;
 }
 
-/// Whether a block's coefficients add up to more than samples of 8 bits can lead to: such damage
-/// overflows the numbers of any transform in its own way.
+/// Whether a block's coefficients add up to more than 16 bits hold between the passes of a
+/// transform (each pass gains the square root of 2, and 2 bits of precision are kept): far beyond
+/// what samples of 8 bits can lead to, and such damage overflows every transform in its own way.
 inline bool hasWildValues(std::span<const std::byte> data) {
     jpeg_decompress_struct peer{};
     PeerErrors errors;
@@ -186,7 +187,7 @@ inline bool hasWildValues(std::span<const std::byte> data) {
                         sum +=
                             std::abs(std::int64_t{row[x][k]} * component.quant_table->quantval[k]);
                     }
-                    wild = wild || sum > 16384;
+                    wild = wild || sum > 5792;
                 }
             }
         }
