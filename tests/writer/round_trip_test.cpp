@@ -177,8 +177,11 @@ protected:
         friend bool operator==(const Artwork&, const Artwork&) = default;
     };
 
-    Artwork drawn(std::string_view content, std::string_view pageEntries = "") {
-        drawContent(content, pageEntries);
+    Artwork drawn(std::string_view content,
+                  const std::string& pageEntries = "/MediaBox[0 0 612 792]") {
+        PdfBuilder file = PdfBuilder::onePage(content);
+        file.object(3, "<</Type/Page/Parent 2 0 R/Contents 4 0 R" + pageEntries + ">>");
+        draw(file.bytes());
         Artwork artwork{
             artText(document(), importedArt()), stylesText(document(), importedArt()), {}};
         appendSegments(document(), importedArt(), artwork.segments);
@@ -186,7 +189,8 @@ protected:
     }
 
     /// Writes what is open and reads it again; the page that comes of it is `former`.
-    std::string again(const Artwork& former, std::string_view pageEntries = "") {
+    std::string again(const Artwork& former,
+                      const std::string& pageEntries = "/MediaBox[0 0 612 792]") {
         const std::string written = write(leadBack());
         const Artwork artwork = drawn(written, pageEntries);
         EXPECT_EQ(artwork.art, former.art);
@@ -259,7 +263,8 @@ TEST_F(RoundTripTest, KeepsRandomPages) {
 
 TEST_F(RoundTripTest, LeadsBackToTurnedAndMovedPages) {
     for (const char* const entries :
-         {"/MediaBox[10.5 -20.25 400 500]", "/Rotate 90", "/Rotate 180/CropBox[11 12 77.7 88.8]",
+         {"/MediaBox[10.5 -20.25 400 500]", "/MediaBox[0 0 300 400]/Rotate 90",
+          "/MediaBox[1 2 300 400]/Rotate 180/CropBox[11 12 77.7 88.8]",
           "/Rotate 270/MediaBox[-1000 -2000 3000 4000]"}) {
         SCOPED_TRACE(entries);
         const Artwork artwork = drawn(RandomContent(7).text(), entries);
