@@ -50,7 +50,15 @@ struct Tap<tapped, Slot<Result(Parameters...)>> {
     }
 };
 
-/// Taps every slot that writing uses. Paint and notes are answered by the functions of the state.
+/// What the host itself holds in a slot.
+template <const auto& kept>
+struct Host {
+    static inline typename std::remove_cvref_t<decltype(kept)>::Procedure answer = nullptr;
+    static void keep(std::span<HostProcedure> table) { answer = slotProcedure(table.data(), kept); }
+};
+
+/// Taps every slot that writing uses. Paint and notes are answered by the
+/// functions of the state that are set.
 class HostTaps {
 public:
     explicit HostTaps(HostProcedure* slots) {
@@ -59,11 +67,11 @@ public:
         Tap<slot::getNextLayer>::install(table);
         Tap<slot::getLayerInfo>::install(table);
         Tap<slot::getLayerArt>::install(table);
-        hostKind_ = slotProcedure(table.data(), slot::getArtType);
+        Host<slot::getArtType>::keep(table);
         Tap<slot::getArtType>::install(table, [](Art art, ArtKind* kind) {
             const auto found = taps->kinds.find(art);
             if (found == taps->kinds.end()) {
-                return hostKind_(art, kind);
+                return Host<slot::getArtType>::answer(art, kind);
             }
             *kind = found->second;
             return HostError::none;
@@ -79,26 +87,33 @@ public:
         Tap<slot::checkUserAbort>::install(table, [] {
             return taps->abort && taps->abort() ? HostBoolean::yes : HostBoolean::no;
         });
-        hostStyle_ = slotProcedure(table.data(), slot::getPathStyle);
+        Host<slot::getPathStyle>::keep(table);
         Tap<slot::getPathStyle>::install(table, [](Art path, PathStyle* style) {
             const auto found = taps->styles.find(path);
             if (found == taps->styles.end()) {
-                return hostStyle_(path, style);
+                return Host<slot::getPathStyle>::answer(path, style);
             }
             *style = found->second;
             return HostError::none;
         });
+        Host<slot::getColorInfo>::keep(table);
         Tap<slot::getColorInfo>::install(table, [](PaintSource source, CustomColour* colour) {
-            return taps->custom ? taps->custom(source, *colour) : HostError::failed;
+            return taps->custom ? taps->custom(source, *colour)
+                                : Host<slot::getColorInfo>::answer(source, colour);
         });
+        Host<slot::drawGradient>::keep(table);
         Tap<slot::drawGradient>::install(table, [](Art path, const DrawingProcedures* procedures) {
-            return taps->gradient ? taps->gradient(path, *procedures) : HostError::failed;
+            return taps->gradient ? taps->gradient(path, *procedures)
+                                  : Host<slot::drawGradient>::answer(path, procedures);
         });
+        Host<slot::tilePattern>::keep(table);
         Tap<slot::tilePattern>::install(table, [](Art path, TileProcedure tile) {
-            return taps->pattern ? taps->pattern(path, tile) : HostError::failed;
+            return taps->pattern ? taps->pattern(path, tile)
+                                 : Host<slot::tilePattern>::answer(path, tile);
         });
+        Host<slot::getNote>::keep(table);
         Tap<slot::getNote>::install(table, [](Note note, std::uint8_t* text) {
-            return taps->note ? taps->note(note, text) : HostError::failed;
+            return taps->note ? taps->note(note, text) : Host<slot::getNote>::answer(note, text);
         });
     }
     ~HostTaps() { taps = nullptr; }
@@ -106,9 +121,6 @@ public:
     HostTaps& operator=(const HostTaps&) = delete;
 
 private:
-    static inline decltype(slot::getArtType)::Procedure hostKind_ = nullptr;
-    static inline decltype(slot::getPathStyle)::Procedure hostStyle_ = nullptr;
-
     TapState state_;
 };
 
