@@ -92,8 +92,8 @@ Gathered gatherRevision(DocumentCache& cache, const PageNumbers& pages,
         gatherSection(cache, pages, gathered);
     }
     std::ranges::sort(gathered.pages);
-    const auto repeated = std::ranges::unique(gathered.pages);
-    gathered.pages.erase(repeated.begin(), repeated.end());
+    gathered.pages.erase(std::unique(gathered.pages.begin(), gathered.pages.end()),
+                         gathered.pages.end());
     return gathered;
 }
 
