@@ -82,7 +82,14 @@ std::uint32_t go(ParameterBlock& block) {
         pageCache(session.cache(), session.page());
         writeCache(session.cache());
     }
-    if (!showWarnings(block)) {
+    bool goesOn = true;
+    const Exception code = guarded([&] { goesOn = showWarnings(block); });
+    if (block.action == Action::write) {
+        resetException(); // the page is saved, whoever could be told of it
+    } else {
+        raiseException(code);
+    }
+    if (!goesOn) {
         result = resultStopped;
     }
     session.close();

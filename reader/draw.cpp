@@ -8,7 +8,6 @@
 #include "reader/state.h"
 #include "reader/syntax.h"
 #include "runtime/callbacks.h"
-#include "runtime/fixed.h"
 #include "runtime/rules.h"
 
 #include <vector>
@@ -22,16 +21,11 @@ std::int64_t streamLength(const Object& stream) {
     return std::int64_t{integerObject(parts[2])} - integerObject(parts[1]);
 }
 
-Fixed length(double points) {
-    return fixedFromReal(points);
-}
-
 /// The host's artboard takes the size of `box`.
 void sizeArtboard(const Box& box) {
     ArtboardSize size;
     callHost(slot::getArtboardSize, &size);
-    size.width = length(box.right - box.left);
-    size.height = length(box.top - box.bottom);
+    size = hostSize(box);
     callHost(slot::setArtboardSize, &size);
 }
 
@@ -81,8 +75,7 @@ void readCache(DocumentCache& cache) {
     reportOmissions();
 
     sizeArtboard(turnedBox(matrix, mediaCache(cache)));
-    const Box crop = turnedBox(matrix, cropCache(cache));
-    const Rect bounds{length(crop.left), length(crop.top), length(crop.right), length(crop.bottom)};
+    const Rect bounds = hostRect(turnedBox(matrix, cropCache(cache)));
     callHost(slot::setPageBounds, &bounds);
     readOrigin();
 }

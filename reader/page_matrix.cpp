@@ -91,4 +91,13 @@ Box turnedBox(const PageMatrix& matrix, const Box& box) {
     });
 }
 
+Rect hostRect(const Box& box) {
+    return {fixedFromReal(box.left), fixedFromReal(box.top), fixedFromReal(box.right),
+            fixedFromReal(box.bottom)};
+}
+
+ArtboardSize hostSize(const Box& box) {
+    return {fixedFromReal(box.right - box.left), fixedFromReal(box.top - box.bottom)};
+}
+
 } // namespace corvane

@@ -20,4 +20,8 @@ void applyPageMatrix(const PageMatrix& matrix);
 /// The box that the corners of `box` span on the artboard.
 Box turnedBox(const PageMatrix& matrix, const Box& box);
 
+/// A box of the artboard, and its size, as the host is told them.
+Rect hostRect(const Box& box);
+ArtboardSize hostSize(const Box& box);
+
 } // namespace corvane

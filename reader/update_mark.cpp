@@ -37,9 +37,8 @@ std::int64_t namedLength(std::string_view text) {
 
 /// Lines begin in this block of the file, and may reach behind it.
 std::string blockAt(DocumentCache& cache, std::int32_t position, std::int32_t end) {
-    return bytesOfFile(cache, position,
-                       std::min<std::int64_t>(std::int64_t{end} + markLength, cache.wholeLength) -
-                           position);
+    constexpr auto overlap = static_cast<std::int64_t>(markLength);
+    return bytesOfFile(cache, position, end - position + overlap);
 }
 
 } // namespace

@@ -129,8 +129,8 @@ struct Rules {
     /// Annots alone.
     bool keepsPageEntries;
 
-    /// A page whose size nobody changed keeps its boxes, Rotate and UserUnit, and its new content
-    /// is led back by the inverse of the page matrix; original writes all boxes anew.
+    /// A page whose size and bounds nobody changed keeps its boxes, Rotate and UserUnit, and its
+    /// new content is led back by the inverse of the page matrix; original writes all boxes anew.
     bool keepsGeometry;
 
     /// Sides of a page that is given a new size. The PDF Reference, appendix C, allows 3 to 14,400

@@ -14,6 +14,9 @@ namespace corvane {
 
 namespace {
 
+/// Bytes of a date, "D:20261121090000+01'00'" and what careless writers put behind it.
+constexpr std::size_t longestDate = 32;
+
 /// Which pages an object is.
 using PageNumbers = std::unordered_multimap<std::int32_t, std::int32_t>;
 
@@ -29,13 +32,14 @@ PageNumbers pagesByObject(DocumentCache& cache) {
     return pages;
 }
 
-/// A date of an object of the section in force; empty where it has none or cannot be read.
+/// A date of an object of the section in force; empty where it has none that can be read.
 std::string dateIn(DocumentCache& cache, const ReferenceNode& node, std::string_view key) {
     std::string date;
     const Exception code = guarded([&] {
         const ObjectOwner object = objectCache(cache, node.number, node.generation, node.tag);
         const ObjectOwner value = lookupObject(cache, object.get(), key);
-        if (typeObject(value.get()) != ObjectType::null) {
+        if (typeObject(value.get()) != ObjectType::null &&
+            textObject(value.get()).size() <= longestDate) {
             date = textObject(value.get());
         }
     });
@@ -92,8 +96,8 @@ Gathered gatherRevision(DocumentCache& cache, const PageNumbers& pages,
         gatherSection(cache, pages, gathered);
     }
     std::ranges::sort(gathered.pages);
-    const auto repeated = std::ranges::unique(gathered.pages);
-    gathered.pages.erase(repeated.begin(), repeated.end());
+    gathered.pages.erase(std::unique(gathered.pages.begin(), gathered.pages.end()),
+                         gathered.pages.end());
     return gathered;
 }
 

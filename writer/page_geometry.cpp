@@ -55,6 +55,15 @@ Rect fittedCrop(const Rect& crop, const Rect& media) {
     return crop;
 }
 
+/// Whether the host still has what opening the page gave it. No bounds at all are no change.
+bool isUnchanged(DocumentCache& cache, const PageMatrix& matrix, const ArtboardSize& size,
+                 const Rect& crop) {
+    const ArtboardSize opened = hostSize(turnedBox(matrix, mediaCache(cache)));
+    return size.width == opened.width && size.height == opened.height &&
+           (crop == hostRect(turnedBox(matrix, cropCache(cache))) ||
+            callHost(slot::rectEmpty, &crop));
+}
+
 /// The inverse of a turn by right angles and a move; zeros are positive.
 RealMatrix inverse(const RealMatrix& m) {
     const double determinant = m.a * m.d - m.b * m.c;
@@ -77,20 +86,18 @@ Box boxOf(const Rect& rect) {
 PageGeometry pageGeometry(DocumentCache& cache) {
     ArtboardSize size;
     callHost(slot::getArtboardSize, &size);
+    Rect crop;
+    callHost(slot::getPageBounds, &crop);
     PageGeometry geometry;
     if (rules().keepsGeometry) {
         const PageMatrix matrix = pageMatrix(cache);
-        const Box opened = turnedBox(matrix, mediaCache(cache));
-        if (size.width == fixedFromReal(opened.right - opened.left) &&
-            size.height == fixedFromReal(opened.top - opened.bottom)) {
+        if (isUnchanged(cache, matrix, size, crop)) {
             geometry.kept = true;
             geometry.placement = inverse(matrix.exact);
             return geometry;
         }
     }
     geometry.mediaBox = limitedRect(size.width, size.height, Warning::pageSize);
-    Rect crop;
-    callHost(slot::getPageBounds, &crop);
     geometry.cropBox = fittedCrop(crop, geometry.mediaBox);
     return geometry;
 }

@@ -177,6 +177,47 @@ TEST_F(FailureTest, OfEveryAllocationOfTheLibrary) {
     }
 }
 
+TEST_F(FailureTest, OfEveryAllocationWhileAPageIsSaved) {
+    for (const bool extended : {false, true}) {
+        setHostExtension(extended ? &extension_ : nullptr);
+        const std::string file =
+            PdfBuilder::onePage("q 0 0 5 5 re W n 1 1 m 3 3 4 4 2 2 c S Q 0 0 m 9 0 l S",
+                                "/Rotate 90/PieceInfo<</X<</Private 1>>>>")
+                .trailer("/Size 5/Root 1 0 R/Info 1 0 R/ID[<01><02>]")
+                .bytes();
+        use("in.pdf", file);
+        ASSERT_EQ(call(3), 0U);
+        ASSERT_EQ(go(), 0U);
+        long nth = 1;
+        for (const bool library : {false, true}) {
+            bool failed = true;
+            for (nth = 1; failed; ++nth) {
+                (*block_)->selector = Selector::go;
+                (*block_)->action = Action::write;
+                setDialogFront(nullptr);
+                zone().failAllocation(library ? 0 : nth);
+                untilFailure = library ? nth : 0;
+                const std::uint32_t result = main_entry(&**block_);
+                failed = library ? untilFailure == 0 : result != 0;
+                untilFailure = 0;
+                zone().failAllocation(0);
+                setDialogFront(&front_);
+                ASSERT_EQ(zoneBlocksInUse(), blocks_ + 2) << nth;
+                const std::string after = test::fileBytes(path("in.pdf"));
+                ASSERT_TRUE(after.starts_with(file)) << nth;
+                if (result != 0) {
+                    ASSERT_EQ(after, file) << nth;
+                } else {
+                    ASSERT_GT(after.size(), file.size()) << nth;
+                    ASSERT_TRUE(after.ends_with("%%EOF\n")) << nth;
+                    add("in.pdf", file);
+                }
+            }
+            EXPECT_GT(nth, 20);
+        }
+    }
+}
+
 class StackFailureTest : public ReaderTest {};
 
 TEST_F(StackFailureTest, OfEveryDepthOfTheOperandStack) {

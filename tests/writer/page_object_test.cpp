@@ -196,6 +196,19 @@ TEST_F(SavedPageTest, ANewSizeIsWrittenAnew) {
     }
 }
 
+TEST_F(SavedPageTest, NewBoundsOfAPageOfTheSameSize) {
+    use("in.pdf",
+        PdfBuilder::onePage("20 30 m 90 60 l S", "/Rotate 90/CropBox[10 10 500 500]").bytes());
+    ASSERT_EQ(open(), 0U);
+    document_->page().setBounds({0, 612 * fixedOne, 792 * fixedOne, 0});
+    ASSERT_EQ(save(), 0U);
+    const std::string box = "[ 0 0 792 612 ]";
+    EXPECT_THAT(bytes(), HasSubstr("/Rotate 0\n/MediaBox " + box + "\n/CropBox " + box + "\n"));
+    const std::vector<Point> before = anchors();
+    ASSERT_EQ(open(), 0U);
+    EXPECT_EQ(anchors(), before) << "nothing moved";
+}
+
 TEST_F(SavedPageTest, CropAreas) {
     struct Row {
         const char* name;
