@@ -86,9 +86,10 @@ TEST(WriteSvgPaint, patternsHoldTheirTileAndFollowWhatItNeeds) {
     art.path(art.layerArt(), box(0, 0, 90, 90), filledWith(ColourKind::pattern, boxes));
     EXPECT_EQ(art.layerText(),
               "  <pattern id=\"pattern1\" patternUnits=\"userSpaceOnUse\" x=\"0\" y=\"196\""
-              " width=\"4\" height=\"4\"/>\n"
+              " width=\"4\" height=\"4\" viewBox=\"0 196 4 4\"/>\n"
               "  <pattern id=\"pattern2\" patternUnits=\"userSpaceOnUse\" x=\".1\" y=\"187.8\""
-              " width=\"8.9\" height=\"12\" patternTransform=\"matrix(2 0 0 2 0 -200)\""
+              " width=\"8.9\" height=\"12\" viewBox=\".1 187.8 8.9 12\" "
+              "patternTransform=\"matrix(2 0 0 2 0 -200)\""
               " data-cell-height=\"8.8\">\n"
               "   <clipPath id=\"clip1\"><path d=\"M0 200H5L0 195Z\"/></clipPath>\n"
               "   <g id=\"g1\" clip-path=\"url(#clip1)\">\n"
