@@ -193,7 +193,7 @@ std::array<Position, 12> curvesOf(const Affine& matrix, Position centre, double 
 Polygon polygonOf(const Affine& matrix, Position centre, double radius) {
     constexpr double tolerance = 0.05; // points
     constexpr double mostCorners = 2048;
-    const double size = radius * largestScale(matrix);
+    const double size = radius * largestStretch(matrix);
     const double corners = std::clamp(
         std::ceil(std::numbers::pi * std::sqrt(size / (2 * tolerance))), 16.0, mostCorners);
     Polygon polygon;
@@ -240,7 +240,7 @@ void drawRadial(const Gradient& gradient, const Affine& back, const GradientRamp
     const double end = endless ? from + mostTurns : to;
     std::vector<Band> bands = ramp.bands(
         from, end,
-        leastWidth(gradient, from, end, circles.stride() * largestScale(gradient.matrix)));
+        leastWidth(gradient, from, end, circles.stride() * largestStretch(gradient.matrix)));
     if (endless) {
         bands.push_back({end, ramp.mean()});
     }

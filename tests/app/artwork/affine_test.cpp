@@ -30,9 +30,9 @@ TEST(Affine, thenIsOneAfterTheOtherAndInverseUndoesIt) {
 }
 
 TEST(Affine, scales) {
-    EXPECT_NEAR(meanScale(sheared), 2.6457513, 1e-6);
-    EXPECT_NEAR(largestScale({0, 3, -2, 0, 5, 5}), 3, 1e-12);
-    EXPECT_NEAR(largestScale({1, 0, 1, 1, 0, 0}), 1.6180340, 1e-6);
+    EXPECT_NEAR(meanStretch(sheared), 2.6457513, 1e-6);
+    EXPECT_NEAR(largestStretch({0, 3, -2, 0, 5, 5}), 3, 1e-12);
+    EXPECT_NEAR(largestStretch({1, 0, 1, 1, 0, 0}), 1.6180340, 1e-6);
 }
 
 TEST(Affine, pointsAreRoundedAndSaturate) {
