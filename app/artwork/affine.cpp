@@ -60,11 +60,11 @@ std::optional<Affine> inverse(const Affine& map) {
     return back;
 }
 
-double meanScale(const Affine& map) {
+double meanStretch(const Affine& map) {
     return std::sqrt(std::abs(map.a * map.d - map.b * map.c));
 }
 
-double largestScale(const Affine& map) {
+double largestStretch(const Affine& map) {
     const double sum = map.a * map.a + map.b * map.b + map.c * map.c + map.d * map.d;
     const double area = map.a * map.d - map.b * map.c;
     const double spread = std::sqrt(std::max(0.0, sum * sum - 4 * area * area));

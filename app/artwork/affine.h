@@ -26,9 +26,9 @@ Affine then(const Affine& first, const Affine& second);
 std::optional<Affine> inverse(const Affine&);
 
 /// By how much lengths grow in the mean: the root of what areas grow by.
-double meanScale(const Affine&);
+double meanStretch(const Affine&);
 /// By how much a length grows at most.
-double largestScale(const Affine&);
+double largestStretch(const Affine&);
 
 void transform(std::span<Segment>, const Affine&);
 /// The style with line width and dashes of `scale` times the length. What was more than 0 stays so.

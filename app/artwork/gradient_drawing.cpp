@@ -9,7 +9,7 @@
 #include <cmath>
 #include <limits>
 #include <numbers>
-#include <ranges>
+#include <span>
 #include <vector>
 
 namespace corvane {
@@ -50,7 +50,7 @@ public:
         draw_.beginFill();
         const Point start = fixedPoint(polygon.front());
         draw_.moveTo(&start);
-        for (const Position& corner : polygon | std::views::drop(1)) {
+        for (const Position& corner : std::span(polygon).subspan(1)) {
             const Point next = fixedPoint(corner);
             draw_.lineTo(&next);
         }
@@ -100,7 +100,7 @@ void drawLinear(const Gradient& gradient, const Affine& back, const GradientRamp
     }
     const std::vector<Band> bands = ramp.bands(from, to, leastWidth(gradient, from, to, points));
     painter.fillArea(bands.front().colour);
-    for (const Band& band : bands | std::views::drop(1)) {
+    for (const Band& band : std::span(bands).subspan(1)) {
         painter.fill(cut(painter.area().corners(), {along.x, along.y, along.offset - band.start}),
                      band.colour);
     }
@@ -193,12 +193,13 @@ std::array<Position, 12> curvesOf(const Affine& matrix, Position centre, double 
 Polygon polygonOf(const Affine& matrix, Position centre, double radius) {
     constexpr double tolerance = 0.05; // points
     constexpr double mostCorners = 2048;
-    const double size = radius * largestScale(matrix);
+    const double size = radius * largestStretch(matrix);
     const double corners = std::clamp(
         std::ceil(std::numbers::pi * std::sqrt(size / (2 * tolerance))), 16.0, mostCorners);
     Polygon polygon;
-    polygon.reserve(static_cast<std::size_t>(corners));
-    for (double corner = 0; corner < corners; ++corner) {
+    const int count = static_cast<int>(corners);
+    polygon.reserve(static_cast<std::size_t>(count));
+    for (int corner = 0; corner < count; ++corner) {
         const double turn = 2 * std::numbers::pi * corner / corners;
         polygon.push_back(apply(
             matrix, {centre.x + radius * std::cos(turn), centre.y + radius * std::sin(turn)}));
@@ -240,7 +241,7 @@ void drawRadial(const Gradient& gradient, const Affine& back, const GradientRamp
     const double end = endless ? from + mostTurns : to;
     std::vector<Band> bands = ramp.bands(
         from, end,
-        leastWidth(gradient, from, end, circles.stride() * largestScale(gradient.matrix)));
+        leastWidth(gradient, from, end, circles.stride() * largestStretch(gradient.matrix)));
     if (endless) {
         bands.push_back({end, ramp.mean()});
     }

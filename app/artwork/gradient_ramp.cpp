@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 namespace corvane {
@@ -113,7 +114,7 @@ std::vector<Band> GradientRamp::period(double leastWidth) const {
         const double wanted = std::ceil(difference(from.colour, to.colour) * levels);
         const double count =
             std::clamp(std::min(wanted, std::floor(width / leastWidth)), 1.0, levels);
-        for (double band = 0; band < count; ++band) {
+        for (int band = 0; band < static_cast<int>(count); ++band) {
             append(bands, from.offset + width * band / count,
                    mix(from.colour, to.colour, (band + 0.5) / count), leastWidth);
         }
@@ -145,16 +146,18 @@ std::vector<Band> GradientRamp::bands(double from, double to, double leastWidth)
         }
         return seen;
     }
-    for (double turn = std::floor(from); turn < to || seen.empty(); ++turn) {
-        const bool back = spread_ == GradientSpread::reflect && std::fmod(turn, 2) != 0;
+    const auto first = static_cast<std::int64_t>(std::floor(from));
+    for (std::int64_t at = first; static_cast<double>(at) < to || seen.empty(); ++at) {
+        const auto turn = static_cast<double>(at);
+        const bool back = spread_ == GradientSpread::reflect && at % 2 != 0;
         for (std::size_t i = 0; i < forward.size(); ++i) {
             if (!back) {
                 add(turn + forward[i].start, forward[i].colour);
                 continue;
             }
-            const std::size_t at = forward.size() - 1 - i;
-            const double end = at + 1 < forward.size() ? forward[at + 1].start : 1;
-            add(turn + 1 - end, forward[at].colour);
+            const std::size_t band = forward.size() - 1 - i;
+            const double end = band + 1 < forward.size() ? forward[band + 1].start : 1;
+            add(turn + 1 - end, forward[band].colour);
         }
     }
     return seen;

@@ -205,14 +205,16 @@ void Tiling::tile(Document& document, Art path, TileProcedure procedure) {
         refuse();
     }
     const Frame cell{pattern.left, pattern.bottom, pattern.right, pattern.top};
-    for (double row = 0; row < range.rows; ++row) {
-        for (double column = 0; column < range.columns; ++column) {
+    const auto rows = static_cast<std::int64_t>(range.rows);
+    const auto columns = static_cast<std::int64_t>(range.columns);
+    for (std::int64_t row = 0; row < rows; ++row) {
+        for (std::int64_t column = 0; column < columns; ++column) {
             const Affine shift{1,
                                0,
                                0,
                                1,
-                               (range.column + column) * pattern.stepX,
-                               (range.row + row) * pattern.stepY};
+                               (range.column + static_cast<double>(column)) * pattern.stepX,
+                               (range.row + static_cast<double>(row)) * pattern.stepY};
             const Affine map = then(shift, matrix);
             if (!mapped(cell, map).meets(bounds) || !mapped(cell, shift).meets(around)) {
                 continue;

@@ -26,7 +26,7 @@ void transformSegments(Document& document, Art path, const Affine& map) {
 } // namespace
 
 void transformArt(Document& document, Art top, const Affine& map) {
-    const double scale = meanScale(map);
+    const double scale = meanStretch(map);
     forEachPath(document, top, [&](Art path) {
         transformSegments(document, path, map);
         if (scale != 1) {
