@@ -75,7 +75,7 @@ void ShapeReader::drawRoundRectangle(double x, double y, double width, double he
     const double top = y + radiusY;
     const double bottom = y + height - radiusY;
     const auto lineTo = [&](double toX, double toY) {
-        if (shape_.current() != Location{toX, toY}) {
+        if (shape_.current().x != toX || shape_.current().y != toY) {
             shape_.lineTo(toX, toY);
         }
     };
@@ -95,7 +95,7 @@ bool ShapeReader::drawEllipse(double radiusX, double radiusY) {
     if (!(radiusX > 0 && radiusY > 0)) {
         return false;
     }
-    const Location centre{length(Attribute::cx, Axis::x), length(Attribute::cy, Axis::y)};
+    const Position centre{length(Attribute::cx, Axis::x), length(Attribute::cy, Axis::y)};
     shape_.moveTo(centre.x + radiusX, centre.y);
     drawEllipsePart(shape_, centre, radiusX, radiusY, 0, 4 * quarter);
     shape_.close(true);

@@ -82,9 +82,9 @@ bool ClipReader::readPart(pugi::xml_node node, const ComputedStyle& outer, Affin
             break;
         }
         const LengthContext lengths{style.viewport, style.fontSize};
-        matrix =
-            product(matrix, {1, 0, 0, 1, lengthOf(into.attributes, Attribute::x, Axis::x, lengths),
-                             lengthOf(into.attributes, Attribute::y, Axis::y, lengths)});
+        matrix = then({1, 0, 0, 1, lengthOf(into.attributes, Attribute::x, Axis::x, lengths),
+                       lengthOf(into.attributes, Attribute::y, Axis::y, lengths)},
+                      matrix);
         const std::string_view reference = into.attributes[Attribute::href];
         node = reference.starts_with('#') ? context_.index.find(reference.substr(1))
                                           : pugi::xml_node();
@@ -152,7 +152,7 @@ Art ClipReader::clip(Art group, pugi::xml_node clip, const Affine& toArt, const 
     Affine matrix = toArt;
     if (fitsBox(clip)) {
         matrix = box.empty() ? Affine{0, 0, 0, 0, 0, 0}
-                             : product(toArt, {box.width(), 0, 0, box.height(), box.left, box.top});
+                             : then({box.width(), 0, 0, box.height(), box.left, box.top}, toArt);
     }
     const std::vector<Part> all = parts(clip, matrix);
     PathStyle style;

@@ -3,6 +3,7 @@
 #include "app/artwork/arithmetic.h"
 #include "app/svg/read/fixed_number.h"
 #include "app/svg/read/number.h"
+#include "app/svg/read/skew.h"
 #include "app/svg/style.h"
 
 #include <algorithm>

@@ -1,14 +1,14 @@
 // From an element's computed style to the style of a path of the artwork.
 #pragma once
 
-#include "app/svg/read/affine.h"
+#include "app/artwork/affine.h"
 #include "app/svg/read/computed_style.h"
 
 namespace corvane {
 
 /// The style of a shape that is drawn under `toArt`. What its hidden attributes say exactly holds
 /// where the visible ones still look like it. Of a paint that is not in use nothing is taken over.
-/// Gradients and patterns are left unpainted: see `paint_servers.h`.
+/// A gradient or pattern counts as the colour that is seen instead: see `paint_reader.h`.
 PathStyle paintedStyle(const ComputedStyle& style, const Attributes& attributes,
                        const Affine& toArt, Tally& tally);
 

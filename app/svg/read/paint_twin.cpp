@@ -21,6 +21,9 @@ constexpr TwinNames fillNames{Attribute::dataFillGray, Attribute::dataFillRgb,
 constexpr TwinNames strokeNames{Attribute::dataStrokeGray, Attribute::dataStrokeRgb,
                                 Attribute::dataStrokeCmyk, Attribute::dataStrokeOrigin};
 
+constexpr TwinNames stopNames{Attribute::dataStopGray, Attribute::dataStopRgb,
+                              Attribute::dataStopCmyk, Attribute::dataStopOrigin};
+
 std::optional<Colour> grayColour(std::string_view text) {
     std::array<double, 1> level{};
     if (!parseNumbers(text, level)) {
@@ -78,6 +81,10 @@ std::optional<PaintTwin> fillTwin(const Attributes& attributes) {
 
 std::optional<PaintTwin> strokeTwin(const Attributes& attributes) {
     return twinOf(attributes, strokeNames);
+}
+
+std::optional<PaintTwin> stopTwin(const Attributes& attributes) {
+    return twinOf(attributes, stopNames);
 }
 
 } // namespace corvane

@@ -19,5 +19,6 @@ struct PaintTwin {
 /// What an element's attributes say; none where they say nothing of the paint.
 std::optional<PaintTwin> fillTwin(const Attributes& attributes);
 std::optional<PaintTwin> strokeTwin(const Attributes& attributes);
+std::optional<PaintTwin> stopTwin(const Attributes& attributes);
 
 } // namespace corvane

@@ -17,7 +17,8 @@ namespace {
 
 /// A file's elements. Values keep their line ends, so that lines can be counted.
 void parse(std::string& text, pugi::xml_document& xml, const LineIndex& lines) {
-    constexpr unsigned options = pugi::parse_cdata | pugi::parse_escapes | pugi::parse_doctype;
+    constexpr unsigned options = pugi::parse_cdata | pugi::parse_escapes | pugi::parse_doctype |
+                                 pugi::parse_ws_pcdata_single;
     const pugi::xml_parse_result result =
         xml.load_buffer_inplace(text.data(), text.size(), options);
     if (result.status == pugi::status_out_of_memory) {
@@ -72,7 +73,7 @@ SvgReading readSvg(std::string text, Document& document) {
     StyleSheet sheet(budget, tally);
     countExternalEntities(xml, tally);
     SvgReading reading;
-    ReadingContext context{document, index, sheet, tally, budget, false};
+    ReadingContext context{document, index, sheet, tally, budget, false, 0, {}};
     TreeReader tree(context);
     try {
         index.build(sheet);

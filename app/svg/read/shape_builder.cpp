@@ -49,7 +49,7 @@ void UserBox::add(double x, double y) {
     bottom = std::max(bottom, y);
 }
 
-void UserBox::addCurve(Location start, Location out, Location in, Location end) {
+void UserBox::addCurve(Position start, Position out, Position in, Position end) {
     add(start.x, start.y);
     add(end.x, end.y);
     const auto addAt = [&](double t) {
@@ -82,7 +82,7 @@ void ShapeBuilder::enter(const Affine& toArt) {
 }
 
 Point ShapeBuilder::toPoint(double x, double y) {
-    const Location art = applied(toArt_, x, y);
+    const Position art = apply(toArt_, {x, y});
     const std::int64_t fixedX = wideFixed(art.x);
     const std::int64_t fixedY = wideFixed(art.y);
     overflowed_ = overflowed_ || !fitsFixed(fixedX) || !fitsFixed(fixedY);
@@ -123,7 +123,7 @@ void ShapeBuilder::lineTo(double x, double y) {
     append({point, point, point, 0});
 }
 
-void ShapeBuilder::curveTo(Location out, Location in, Location end) {
+void ShapeBuilder::curveTo(Position out, Position in, Position end) {
     if (!open_) {
         openSubpath();
     }
@@ -137,9 +137,9 @@ void ShapeBuilder::curveTo(Location out, Location in, Location end) {
     append({anchor, before, anchor, 0});
 }
 
-void ShapeBuilder::quadraticTo(Location control, Location end) {
-    const auto nearer = [&](Location anchor) {
-        return Location{anchor.x + (control.x - anchor.x) * 2 / 3,
+void ShapeBuilder::quadraticTo(Position control, Position end) {
+    const auto nearer = [&](Position anchor) {
+        return Position{anchor.x + (control.x - anchor.x) * 2 / 3,
                         anchor.y + (control.y - anchor.y) * 2 / 3};
     };
     curveTo(nearer(current_), nearer(end), end);

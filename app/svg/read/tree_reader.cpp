@@ -9,6 +9,7 @@
 #include "app/svg/shape_extent.h"
 
 #include <algorithm>
+#include <string>
 #include <utility>
 
 namespace corvane {
@@ -23,7 +24,7 @@ UserBox boxThrough(const Affine& matrix, const UserBox& box) {
     }
     for (const double x : {box.left, box.right}) {
         for (const double y : {box.top, box.bottom}) {
-            const Location corner = applied(matrix, x, y);
+            const Position corner = apply(matrix, {x, y});
             through.add(corner.x, corner.y);
         }
     }
@@ -58,6 +59,24 @@ void TreeReader::read(pugi::xml_node root, const Affine& toArt, const Viewport& 
         frame.visible = seen;
     }
     push(std::move(frame));
+    readFrames();
+}
+
+void TreeReader::readTile(pugi::xml_node pattern, Art tile, const Affine& toTile,
+                          const Viewport& viewport) {
+    Frame frame;
+    attributes_.load(pattern);
+    frame.next = pattern.first_child();
+    frame.style = styleOf(pattern, attributes_, {}, viewport, context_);
+    frame.matrix = toTile;
+    frame.viewport = viewport;
+    frame.group = tile;
+    inTile_ = true;
+    push(std::move(frame));
+    readFrames();
+}
+
+void TreeReader::readFrames() {
     while (!frames_.empty()) {
         Frame& top = frames_.back();
         const pugi::xml_node node = top.next;
@@ -74,7 +93,7 @@ void TreeReader::read(pugi::xml_node root, const Affine& toArt, const Viewport& 
 
 void TreeReader::visit(pugi::xml_node node) {
     current_ = node;
-    if (!targets_.empty() && ++expanded_ > context_.budget.expandedElements) {
+    if ((inTile_ || !targets_.empty()) && ++context_.expanded > context_.budget.expandedElements) {
         throw SvgError("elements that are used again and again make too many");
     }
     bool foreign = false;
@@ -276,9 +295,9 @@ void TreeReader::enterUse(pugi::xml_node node) {
         return;
     }
     const LengthContext lengths{frame.viewport, frame.style.fontSize};
-    frame.matrix =
-        product(frame.matrix, {1, 0, 0, 1, lengthOf(attributes_, Attribute::x, Axis::x, lengths),
-                               lengthOf(attributes_, Attribute::y, Axis::y, lengths)});
+    frame.matrix = then({1, 0, 0, 1, lengthOf(attributes_, Attribute::x, Axis::x, lengths),
+                         lengthOf(attributes_, Attribute::y, Axis::y, lengths)},
+                        frame.matrix);
     frame.width = attributes_[Attribute::width];
     frame.height = attributes_[Attribute::height];
     frame.next = target;
@@ -328,7 +347,7 @@ void TreeReader::enterViewport(pugi::xml_node node, Element element) {
         box ? viewBoxMatrix(*box, area, attributes_[Attribute::preserveAspectRatio])
             : Affine{1, 0, 0, 1, area.x, area.y};
     openGroups(frame, Art::null);
-    frame.matrix = product(frame.matrix, inner);
+    frame.matrix = then(inner, frame.matrix);
     frame.viewport = box ? Viewport{box->width, box->height} : Viewport{area.width, area.height};
     push(std::move(frame));
 }
@@ -516,23 +535,33 @@ ArtPlace TreeReader::openBoxed(const std::vector<pugi::xml_node>& chain, const A
 
 // Shapes
 
-void TreeReader::countWithin(pugi::xml_node shape) {
+/// The note that a shape's description is. Animations and their like are counted.
+Note TreeReader::readWithin(pugi::xml_node shape) {
+    Note note = Note::null;
     for (const pugi::xml_node child : shape.children()) {
-        if (child.type() == pugi::node_element) {
-            bool foreign = false;
-            const std::string_view kind = ignoredKind(context_.index.elementOf(child, foreign));
-            if (!foreign && !kind.empty()) {
-                context_.tally.add(kind);
+        if (child.type() != pugi::node_element) {
+            continue;
+        }
+        bool foreign = false;
+        const Element element = context_.index.elementOf(child, foreign);
+        if (element == Element::desc) {
+            std::string text;
+            for (const pugi::xml_node part : child.children()) {
+                text += part.value();
             }
+            note = text.empty() ? note : document_.addNote(std::move(text));
+        } else if (!foreign && !ignoredKind(element).empty()) {
+            context_.tally.add(ignoredKind(element));
         }
     }
+    return note;
 }
 
 void TreeReader::readShape(pugi::xml_node node, Element element) {
     Frame& frame = frames_.back();
     attributes_.load(node);
     const ComputedStyle style = styleOf(node, attributes_, frame.style, frame.viewport, context_);
-    countWithin(node);
+    const Note note = node.first_child() ? readWithin(node) : Note::null;
     if (!style.displayed || !style.visible) {
         context_.tally.add("hidden element");
         return;
@@ -543,16 +572,18 @@ void TreeReader::readShape(pugi::xml_node node, Element element) {
     std::vector<BoxClip> boxClips;
     const ArtPlace place =
         fitsBox ? openBoxed(chain, matrix, boxClips) : placeClipped(chain, matrix);
-    shape_.begin(place, matrix, context_.ours, fitsBox || frame.boxed);
-    if (!drawShape(element, attributes_, {frame.viewport, style.fontSize}, shape_,
-                   context_.tally)) {
+    const bool measures = fitsBox || frame.boxed || style.fill.kind == PaintValue::Kind::server ||
+                          style.stroke.kind == PaintValue::Kind::server;
+    shape_.begin(place, matrix, context_.ours, measures);
+    const LengthContext lengths{frame.viewport, style.fontSize};
+    if (!drawShape(element, attributes_, lengths, shape_, context_.tally)) {
         return;
     }
     const Art shape = shape_.finish(attributes_.isTrue(Attribute::dataCompound));
     for (const BoxClip& clip : boxClips) {
         clips_.clip(clip.group, clip.clip, matrix, shape_.box());
     }
-    stylePaths(shape, style, matrix);
+    stylePaths(shape, style, matrix, lengths, note);
     if (frame.boxed) {
         addBox(frame.box, boxThrough(matrix, shape_.box()));
     }
@@ -565,8 +596,11 @@ void TreeReader::readShape(pugi::xml_node node, Element element) {
     }
 }
 
-void TreeReader::stylePaths(Art shape, const ComputedStyle& style, const Affine& matrix) {
-    const PathStyle painted = paintedStyle(style, attributes_, matrix, context_.tally);
+void TreeReader::stylePaths(Art shape, const ComputedStyle& style, const Affine& matrix,
+                            const LengthContext& lengths, Note note) {
+    PathStyle painted = paintedStyle(style, attributes_, matrix, context_.tally);
+    paints_.paint(painted, style, {matrix, shape_.box(), lengths});
+    painted.note = note;
     const bool guide = attributes_.isTrue(Attribute::dataGuide) && painted.fillPaint == 0 &&
                        painted.strokePaint == 0;
     forEachPath(document_, shape, [&](Art path) {
