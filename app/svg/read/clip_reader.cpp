@@ -175,7 +175,7 @@ Art ClipReader::clip(Art group, pugi::xml_node clip, const Affine& toArt, const 
     }
     if (context_.ours && all.size() == 1) {
         const Part& part = all.front();
-        style = clippingStyle(part.style, part.attributes, part.matrix, context_.tally);
+        style = clippingStyle(part.style, part.attributes, part.matrix, context_);
     }
     forEachPath(document, shape, [&](Art path) { document.setStyle(path, style); });
     document.setClipped(group, true);

@@ -65,7 +65,7 @@ GradientStop readStop(pugi::xml_node element, ReadingContext& context) {
         context.tally.add("opacity");
     }
     const PaintTwin twin = stopTwin(attributes).value_or(PaintTwin{});
-    stop.colour = twin.resolve(colour ? colour->screen : ScreenColour{});
+    stop.colour = twin.resolve(colour ? colour->screen : ScreenColour{}, context.document);
     return stop;
 }
 

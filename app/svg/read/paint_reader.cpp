@@ -25,7 +25,9 @@ void PaintReader::paint(std::uint8_t& painted, Colour& colour, const PaintValue&
     const bool isGradient =
         element == Element::linearGradient || element == Element::radialGradient;
     if (!isPattern && !isGradient) {
-        context_.tally.add("paint server");
+        if (!value.fallsBack) {
+            context_.tally.add("paint server");
+        }
         painted = value.fallsBack ? 1 : 0;
         return; // the colour that is seen instead is there already
     }

@@ -3,6 +3,7 @@
 
 #include "app/artwork/affine.h"
 #include "app/svg/read/computed_style.h"
+#include "app/svg/read/context.h"
 
 namespace corvane {
 
@@ -10,12 +11,12 @@ namespace corvane {
 /// where the visible ones still look like it. Of a paint that is not in use nothing is taken over.
 /// A gradient or pattern counts as the colour that is seen instead: see `paint_reader.h`.
 PathStyle paintedStyle(const ComputedStyle& style, const Attributes& attributes,
-                       const Affine& toArt, Tally& tally);
+                       const Affine& toArt, ReadingContext& context);
 
 /// The style of the only shape of a clip that this program wrote: only paint that the shape itself
 /// names counts.
 PathStyle clippingStyle(const ComputedStyle& style, const Attributes& attributes,
-                        const Affine& toArt, Tally& tally);
+                        const Affine& toArt, ReadingContext& context);
 
 /// Whether a paint is seen at all; counts one that is only partly.
 bool isSeen(const PaintValue& paint, double opacity, Tally& tally);

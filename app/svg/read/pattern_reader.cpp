@@ -115,15 +115,16 @@ std::optional<Affine> PatternReader::contentMatrix(const ViewBox& cell) const {
         }
         return viewBoxMatrix(*box, cell, value(Attribute::preserveAspectRatio));
     }
-    if (value(Attribute::patternContentUnits) != "objectBoundingBox") {
-        return Affine{};
+    Affine atCorner{1, 0, 0, 1, cell.x, cell.y};
+    if (value(Attribute::patternContentUnits) == "objectBoundingBox") {
+        const auto box = boxMatrix(use_.box);
+        if (!box) {
+            return std::nullopt;
+        }
+        atCorner.a = box->a;
+        atCorner.d = box->d;
     }
-    // Only the size of the box counts: the tile starts at the user space's 0,0.
-    auto box = boxMatrix(use_.box);
-    if (box) {
-        box->tx = box->ty = 0;
-    }
-    return box;
+    return atCorner;
 }
 
 Affine PatternReader::transform() const {

@@ -4,9 +4,9 @@
 #include "app/artwork/affine.h"
 #include "app/artwork/document.h"
 #include "app/svg/read/tally.h"
+#include "app/svg/read/user_box.h"
 
 #include <cstdint>
-#include <limits>
 #include <vector>
 
 namespace corvane {
@@ -15,20 +15,6 @@ namespace corvane {
 struct ArtPlace {
     Placement placement = Placement::inside;
     Art reference = Art::null;
-};
-
-/// Around points of a user space. Starts as nothing.
-struct UserBox {
-    double left = std::numeric_limits<double>::infinity();
-    double top = std::numeric_limits<double>::infinity();
-    double right = -std::numeric_limits<double>::infinity();
-    double bottom = -std::numeric_limits<double>::infinity();
-
-    bool empty() const { return !(left <= right && top <= bottom); }
-    double width() const { return right - left; }
-    double height() const { return bottom - top; }
-    void add(double x, double y);
-    void addCurve(Position start, Position out, Position in, Position end);
 };
 
 /// Segments are handed to the document in blocks, so that a long path is held once. A point becomes
