@@ -81,10 +81,8 @@ void drawArc(ShapeBuilder& shape, double radiusX, double radiusY, double turn, b
 }
 
 void drawEllipsePart(ShapeBuilder& shape, Position centre, double radiusX, double radiusY,
-                     double start, double sweep) {
-    const Affine ellipse{radiusX, 0, 0, radiusY, centre.x, centre.y};
-    const double end = start + sweep;
-    drawUnitArc(shape, ellipse, start, sweep, apply(ellipse, {std::cos(end), std::sin(end)}));
+                     double start, double sweep, Position end) {
+    drawUnitArc(shape, {radiusX, 0, 0, radiusY, centre.x, centre.y}, start, sweep, end);
 }
 
 } // namespace corvane

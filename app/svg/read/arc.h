@@ -11,8 +11,8 @@ void drawArc(ShapeBuilder& shape, double radiusX, double radiusY, double turn, b
              bool sweep, Position end);
 
 /// Part of an ellipse whose axes are upright, from the builder's current point, which lies on it at
-/// angle `start`, over `sweep`, both in radians.
+/// angle `start`, over `sweep`, both in radians, to `end`, which lies there.
 void drawEllipsePart(ShapeBuilder& shape, Position centre, double radiusX, double radiusY,
-                     double start, double sweep);
+                     double start, double sweep, Position end);
 
 } // namespace corvane

@@ -62,12 +62,11 @@ void setDashes(PathStyle& style, std::span<const double> dashes, Tally& tally) {
     const std::size_t room = std::size(style.dash);
     std::size_t count = dashes.size();
     if (count > room) {
-        count = room;
-        while (count > 1 && !repeats(dashes, count)) {
-            --count;
+        count = 1;
+        while (count < room && !repeats(dashes, count)) {
+            ++count;
         }
         if (!repeats(dashes, count)) {
-            count = room;
             tally.add("stroke-dasharray");
         }
     }

@@ -1,6 +1,8 @@
 // What this program wrote comes back as it was: the SVG of the artwork read is the SVG read.
 #include "app/svg/reader.h"
 
+#include "app/svg/colour.h"
+
 #include "tests/app/svg/art_builder.h"
 #include "tests/app/svg/read/read_art.h"
 #include "tests/support/process.h"
@@ -57,7 +59,7 @@ TEST(RoundTrip, PageAndProvenance) {
 TEST(RoundTrip, LayersKeepTheirOrderAndFlags) {
     ArtBuilder art;
     art.document.addLayer({.title = "Notes <&> \"1\"\n", .visible = false, .dimmed = true});
-    art.document.addLayerBehind({.preview = false, .locked = true, .printing = false});
+    art.document.addLayerBehind({.title = "", .preview = false, .locked = true, .printing = false});
     art.path(art.layerArt(), box(0, 0, 10, 10), filled());
     expectSameAgain(art);
     const ReadArt read(art.svg());
@@ -85,7 +87,7 @@ TEST(RoundTrip, HiddenTwins) {
     styles[8].stroke = processColour({fixed(.11), fixed(.22), fixed(.333)});
     styles[9].stroke = {ColourKind::process, {1, 2, 3, 4}, ColourOrigin::fromRgb};
     styles[10].stroke.component[0] = fixed(2);
-    styles[11].strokePaint = 0;
+    styles[11] = PathStyle{};
     styles[12].fillPaint = 1;
     styles[12].rule = FillRule::evenOdd;
     styles[13].dashCount = 6;
@@ -115,12 +117,11 @@ TEST(RoundTrip, PathsOfEveryForm) {
     art.path(art.layerArt(), {at(1, 1), at(5, 1), at(1, 1)}, filled(), true);
     art.path(art.layerArt(), {at(1, 1), at(1, 1)}, filled(), true);
     const Art curve = art.path(art.layerArt(), {at(1, 1), at(9, 1)}, stroked(1), true);
-    art.document.writeSegments(curve, 0,
-                               std::vector<Segment>{{at(1, 1), at(0, 0), at(2, 3), 0},
-                                                    {at(9, 1), at(8, 0), at(9, 3), 0}});
+    art.document.writeSegments(
+        curve, 0,
+        std::vector<Segment>{{at(1, 1), at(0, 0), at(2, 3), 0}, {at(9, 1), at(8, 0), at(9, 3), 0}});
     const Art loop = art.path(art.layerArt(), {at(1, 1)}, stroked(1), true);
-    art.document.writeSegments(loop, 0,
-                               std::vector<Segment>{{at(1, 1), at(0, 0), at(2, 3), 0}});
+    art.document.writeSegments(loop, 0, std::vector<Segment>{{at(1, 1), at(0, 0), at(2, 3), 0}});
     const Art one = art.compound(art.layerArt());
     art.path(one, box(1, 1, 2, 2), filled());
     const Art two = art.compound(art.layerArt());
@@ -156,10 +157,12 @@ TEST(RoundTrip, ClipsThatCutAndThatDoNot) {
     }
 }
 
-/// Deeper than the writer nests elements, with clips that its objects carry themselves.
+/// Deeper than the writer nests elements, with clips that its objects carry themselves. Of those,
+/// only what is used comes back; after that nothing changes.
 TEST(RoundTrip, ArtDeeperThanElements) {
     std::mt19937 random(5);
     for (int run = 0; run < 40; ++run) {
+        const bool clips = run % 4 != 0;
         ArtBuilder art;
         std::vector<Art> open{art.layerArt()};
         const auto number = [&](int below) { return static_cast<int>(random() % below); };
@@ -180,7 +183,7 @@ TEST(RoundTrip, ArtDeeperThanElements) {
             if (choice >= 6) {
                 const Art group = place(ArtKind::group);
                 open.push_back(group);
-                if (open.size() > 185 && number(2) == 0) {
+                if (clips && open.size() > 185 && number(2) == 0) {
                     PathStyle style;
                     style.clip = 1;
                     art.path(group, area, style);
@@ -191,17 +194,18 @@ TEST(RoundTrip, ArtDeeperThanElements) {
                 art.document.setSegmentCount(path, 1);
                 art.document.setStyle(path, stroked(1 + number(3)));
                 art.document.setSegmentCount(path, 2);
-                art.document.writeSegments(
-                    path, 0,
-                    std::vector<Segment>{{area[0], area[0], area[0], 0},
-                                         {area[2], area[2], area[2], 0}});
+                art.document.writeSegments(path, 0,
+                                           std::vector<Segment>{{area[0], area[0], area[0], 0},
+                                                                {area[2], area[2], area[2], 0}});
             } else {
                 open.pop_back();
             }
         }
         const std::string written = art.svg();
-        if (written.find("display") == std::string::npos) {
-            EXPECT_EQ(ReadArt(written).svg(), written);
+        const std::string settled = ReadArt(written).svg();
+        EXPECT_EQ(ReadArt(settled).svg(), settled);
+        if (!clips) {
+            EXPECT_EQ(settled, written);
         }
     }
 }
@@ -224,8 +228,14 @@ TEST(RoundTrip, EveryPageThatOpens) {
     for (const auto& file : files) {
         const TemporaryFolder folder;
         Process process;
-        process.words = {(buildFolder() / "corvane").string(), "open", file.string(), "--page",
-                         "1", "-o", "page.svg", "--quiet"};
+        process.words = {(buildFolder() / "corvane").string(),
+                         "open",
+                         file.string(),
+                         "--page",
+                         "1",
+                         "-o",
+                         "page.svg",
+                         "--quiet"};
         process.folder = folder.path();
         if (run(process).status == 0) {
             const std::string written = fileBytes(folder.path() / "page.svg");
