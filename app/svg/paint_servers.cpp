@@ -58,6 +58,18 @@ void writeTransform(TextOutput& out, std::string_view name, const Affine& map) {
     out.text(")\"");
 }
 
+/// The art of a tile has coordinates of the page; without a view box, renderers count them from the
+/// pattern's `x` and `y`.
+void writeViewBox(TextOutput& out, double x, double y, double width, double height) {
+    out.text(" viewBox=\"");
+    for (const double number : {x, y, width}) {
+        writeDouble(out, number);
+        out.text(" ");
+    }
+    writeDouble(out, height);
+    out.text("\"");
+}
+
 void writePlaces(TextOutput& out, const Gradient& gradient) {
     if (!gradient.radial) {
         writeDoubleAttribute(out, "x1", gradient.x1);
@@ -146,17 +158,24 @@ void PaintServers::writePatternStart(TextOutput& out, PaintSource source, int de
     out.text("<pattern");
     writePlainAttribute(out, "id", id(source));
     writePlainAttribute(out, "patternUnits", "userSpaceOnUse");
-    writeDoubleAttribute(out, "x", tidy(pattern.left - left_));
-    writeDoubleAttribute(out, "y", tidy(top_ - (pattern.bottom + pattern.stepY)));
-    writeDoubleAttribute(out, "width", tidy(pattern.stepX));
-    writeDoubleAttribute(out, "height", tidy(pattern.stepY));
+    const double x = tidy(pattern.left - left_);
+    const double y = tidy(top_ - (pattern.bottom + pattern.stepY));
+    const double stepX = tidy(pattern.stepX);
+    const double stepY = tidy(pattern.stepY);
+    writeDoubleAttribute(out, "x", x);
+    writeDoubleAttribute(out, "y", y);
+    writeDoubleAttribute(out, "width", stepX);
+    writeDoubleAttribute(out, "height", stepY);
+    if (x != 0 || y != 0) {
+        writeViewBox(out, x, y, stepX, stepY);
+    }
     const Affine page{1, 0, 0, -1, -left_, top_};
     const Affine pageUndone{1, 0, 0, -1, left_, top_};
     writeTransform(out, "patternTransform", then(then(pageUndone, pattern.matrix), page));
-    if (tidy(width) != tidy(pattern.stepX)) {
+    if (tidy(width) != stepX) {
         writeDoubleAttribute(out, "data-cell-width", tidy(width));
     }
-    if (tidy(height) != tidy(pattern.stepY)) {
+    if (tidy(height) != stepY) {
         writeDoubleAttribute(out, "data-cell-height", tidy(height));
     }
 }

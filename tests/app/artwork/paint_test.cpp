@@ -1,0 +1,254 @@
+// Gradients, patterns, custom colours and notes of a document: handles, budget, what styles may
+// use.
+#include "tests/app/artwork/host_table.h"
+
+#include "app/artwork/paint.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <functional>
+#include <limits>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace corvane {
+namespace {
+
+Gradient gradientTo(double x) {
+    Gradient gradient;
+    gradient.x2 = x;
+    gradient.stops = {{0, {}}, {1, {}}};
+    return gradient;
+}
+
+struct PaintTest : testing::Test {
+    Art layerArt() const { return host.document.layerArt(host.document.firstLayer()); }
+    Art path(Art in) { return host.make(ArtKind::path, Placement::inside, in); }
+
+    bool takes(Art path, ColourKind kind, PaintSource source) {
+        PathStyle style = host.document.style(path);
+        style.fill.kind = kind;
+        style.fill.source = source;
+        return host(slot::setPathStyle, path, &style) == HostError::none;
+    }
+
+    Pattern pattern(Art tile) {
+        Pattern made;
+        made.tile = tile;
+        made.right = made.top = made.stepX = made.stepY = 4;
+        return made;
+    }
+
+    HostTable host;
+};
+
+TEST_F(PaintTest, equalRecordsAreOne) {
+    Document& document = host.document;
+    const PaintSource first = document.addGradient(gradientTo(1));
+    const std::int64_t used = document.budget().used();
+    Gradient same = gradientTo(1);
+    same.y1 = -0.0;
+    for (int i = 0; i < 10000; ++i) {
+        ASSERT_EQ(document.addGradient(same), first);
+    }
+    EXPECT_EQ(document.budget().used(), used);
+    EXPECT_NE(document.addGradient(gradientTo(2)), first);
+    EXPECT_EQ(document.gradient(first), gradientTo(1));
+
+    const PaintSource red = document.addSpotColour({"Red", {0, 1, 2, 3}});
+    EXPECT_EQ(document.addSpotColour({"Red", {0, 1, 2, 3}}), red);
+    EXPECT_NE(document.addSpotColour({"Red", {0, 1, 2, 4}}), red);
+    const Note note = document.addNote("x");
+    EXPECT_EQ(document.addNote("x"), note);
+    EXPECT_NE(document.addNote(""), note);
+    EXPECT_EQ(document.note(note), "x");
+}
+
+TEST_F(PaintTest, manyRecordsAreFoundAgainAndStayWhereTheyAre) {
+    const PaintSource first = host.document.addGradient(gradientTo(0));
+    const Gradient* const at = &host.document.gradient(first);
+    std::vector<PaintSource> sources;
+    for (int i = 0; i < 5000; ++i) {
+        sources.push_back(host.document.addGradient(gradientTo(i)));
+    }
+    EXPECT_EQ(at, &host.document.gradient(first));
+    for (int i = 0; i < 5000; ++i) {
+        const PaintSource source = sources[static_cast<std::size_t>(i)];
+        ASSERT_EQ(host.document.gradient(source).x2, i);
+        ASSERT_EQ(host.document.addGradient(gradientTo(i)), source);
+    }
+}
+
+TEST_F(PaintTest, handlesOfNothingAndOfOtherKindsAreRefused) {
+    Document& document = host.document;
+    const Art tile = document.makeTile();
+    const std::array sources{document.addGradient(gradientTo(1)),
+                             document.addPattern(pattern(tile)),
+                             document.addSpotColour({"Red", {}})};
+    constexpr std::array kinds{ColourKind::gradient, ColourKind::pattern, ColourKind::custom};
+    const Art art = path(layerArt());
+    for (std::size_t kind = 0; kind < kinds.size(); ++kind) {
+        for (std::size_t source = 0; source < sources.size(); ++source) {
+            EXPECT_EQ(takes(art, kinds[kind], sources[source]), kind == source);
+        }
+        const auto handle = static_cast<std::uint32_t>(sources[kind]);
+        for (const std::uint32_t wrong : {0U, 1U, handle + 1, handle - 1, 0xFFFFFFFFU}) {
+            EXPECT_FALSE(takes(art, kinds[kind], static_cast<PaintSource>(wrong)));
+        }
+        EXPECT_EQ(document.paintKind(sources[kind]), kinds[kind]);
+    }
+    EXPECT_FALSE(takes(art, static_cast<ColourKind>(5), sources[0]));
+    EXPECT_TRUE(takes(art, ColourKind::gray, static_cast<PaintSource>(77)));
+    EXPECT_THROW(document.gradient(sources[1]), ArtworkError);
+    EXPECT_THROW(document.pattern(sources[0]), ArtworkError);
+    EXPECT_THROW(document.spotColour(PaintSource::null), ArtworkError);
+    EXPECT_THROW(document.paintKind(PaintSource::null), ArtworkError);
+    EXPECT_THROW(document.note(Note::null), ArtworkError);
+
+    PathStyle style;
+    style.note = static_cast<Note>(1);
+    EXPECT_EQ(host(slot::setPathStyle, art, &style), HostError::failed);
+    style.note = document.addNote("seen");
+    EXPECT_EQ(host(slot::setPathStyle, art, &style), HostError::none);
+    EXPECT_EQ(document.style(art).note, style.note);
+}
+
+TEST_F(PaintTest, valuesWithoutMeaningAreRefused) {
+    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    constexpr double endless = std::numeric_limits<double>::infinity();
+    const std::function<void(Gradient&)> wrongGradients[] = {
+        [](Gradient& g) { g.stops.clear(); },
+        [](Gradient& g) { g.stops[1].offset = 1.01; },
+        [](Gradient& g) { g.stops[0].offset = -0.01; },
+        [](Gradient& g) { std::swap(g.stops[0].offset, g.stops[1].offset); },
+        [](Gradient& g) { g.stops[1].offset = nan; },
+        [](Gradient& g) { g.stops[1].colour.kind = ColourKind::gradient; },
+        [](Gradient& g) { g.r1 = -1; },
+        [](Gradient& g) { g.x2 = endless; },
+        [](Gradient& g) { g.matrix.ty = nan; },
+        [](Gradient& g) { g.spread = static_cast<GradientSpread>(3); },
+    };
+    const std::int64_t used = host.document.budget().used();
+    for (const auto& spoil : wrongGradients) {
+        Gradient gradient = gradientTo(1);
+        spoil(gradient);
+        EXPECT_THROW(host.document.addGradient(gradient), ArtworkError);
+    }
+    EXPECT_EQ(host.document.budget().used(), used);
+    const Art tile = host.document.makeTile();
+    const std::function<void(Pattern&)> wrongPatterns[] = {
+        [](Pattern& p) { p.right = p.left; },     [](Pattern& p) { p.top = -1; },
+        [](Pattern& p) { p.stepX = 0; },          [](Pattern& p) { p.stepY = -4; },
+        [](Pattern& p) { p.matrix.a = nan; },     [](Pattern& p) { p.tile = Art::null; },
+        [&](Pattern& p) { p.tile = layerArt(); },
+    };
+    for (const auto& spoil : wrongPatterns) {
+        Pattern wrong = pattern(tile);
+        spoil(wrong);
+        EXPECT_THROW(host.document.addPattern(wrong), ArtworkError);
+    }
+}
+
+TEST_F(PaintTest, recordsAreChargedAndRefusedPastTheLimit) {
+    Document small(1 << 20);
+    const std::int64_t before = small.budget().used();
+    Gradient gradient = gradientTo(1);
+    gradient.stops.assign(1000, gradient.stops[0]);
+    small.addGradient(gradient);
+    EXPECT_GE(small.budget().used() - before, 1000 * static_cast<int>(sizeof(GradientStop)));
+    EXPECT_THROW(small.addNote(std::string(1 << 20, 'x')), ArtworkError);
+    EXPECT_THROW(small.addSpotColour({std::string(1 << 20, 'x'), {}}), ArtworkError);
+    EXPECT_THROW(
+        for (int i = 0; i < 100; ++i) {
+            gradient.x1 = i;
+            small.addGradient(gradient);
+        },
+        ArtworkError);
+    EXPECT_LE(small.budget().used(), 1 << 20);
+    const PaintSource note = small.addGradient(gradientTo(7));
+    EXPECT_EQ(small.gradient(note).x2, 7);
+}
+
+/// Tiles are in no layer, stay, and lead round to no pattern that they belong to.
+TEST_F(PaintTest, noPatternUsesItself) {
+    Document& document = host.document;
+    const Art inner = document.makeTile();
+    const PaintSource first = document.addPattern(pattern(inner));
+    const Art outer = document.makeTile();
+    const Art user = path(outer);
+    EXPECT_TRUE(takes(user, ColourKind::pattern, first));
+    const PaintSource second = document.addPattern(pattern(outer));
+    EXPECT_TRUE(takes(user, ColourKind::pattern, first));
+    EXPECT_FALSE(takes(user, ColourKind::pattern, second));
+    EXPECT_FALSE(takes(path(host.make(ArtKind::group, Placement::inside, inner)),
+                       ColourKind::pattern, second));
+    EXPECT_EQ(host.scope.failure(), "a pattern's tile can only use patterns made before it");
+
+    const Art group = host.make(ArtKind::group, Placement::inside, layerArt());
+    const Art drawn = path(group);
+    EXPECT_TRUE(takes(drawn, ColourKind::pattern, second));
+    Art copy{};
+    EXPECT_EQ(host(slot::duplicateArt, group, Placement::inside, inner, &copy), HostError::failed);
+    EXPECT_EQ(host(slot::reorderArt, group, Placement::inside, outer), HostError::failed);
+    EXPECT_TRUE(takes(drawn, ColourKind::pattern, first));
+    EXPECT_EQ(host(slot::reorderArt, group, Placement::inside, outer), HostError::none);
+    EXPECT_EQ(document.top(drawn), outer);
+
+    // A tile with a second pattern keeps to what was there before its first.
+    Pattern wider = pattern(inner);
+    wider.stepX = 9;
+    const PaintSource third = document.addPattern(wider);
+    EXPECT_FALSE(takes(path(inner), ColourKind::pattern, second));
+    EXPECT_FALSE(takes(path(inner), ColourKind::pattern, third));
+}
+
+TEST_F(PaintTest, tilesStandAlone) {
+    Document& document = host.document;
+    const Art tile = document.makeTile();
+    EXPECT_EQ(document.parent(tile), Art::null);
+    EXPECT_EQ(document.firstChild(layerArt()), Art::null);
+    path(tile);
+    EXPECT_EQ(host(slot::disposeArt, tile), HostError::failed);
+    EXPECT_EQ(host(slot::reorderArt, tile, Placement::inside, layerArt()), HostError::failed);
+    Art made{};
+    EXPECT_EQ(host(slot::newArt, ArtKind::path, Placement::behind, tile, &made), HostError::failed);
+    EXPECT_THROW(document.disposeTile(layerArt()), ArtworkError);
+    Art copy{};
+    ASSERT_EQ(host(slot::duplicateArt, tile, Placement::inside, layerArt(), &copy),
+              HostError::none);
+    EXPECT_THROW(document.disposeTile(copy), ArtworkError);
+    document.disposeTile(tile);
+    EXPECT_THROW(document.kind(tile), ArtworkError);
+    const Art used = document.makeTile();
+    document.addPattern(pattern(used));
+    EXPECT_THROW(document.disposeTile(used), ArtworkError);
+}
+
+TEST_F(PaintTest, slotsTellCustomColoursAndNotes) {
+    const std::string longName = std::string(62, 'n') + "\xC3\xBC";
+    CustomColour told;
+    const PaintSource spot = host.document.addSpotColour({longName, {1, -2, 3, 4}});
+    ASSERT_EQ(host(slot::getColorInfo, spot, &told), HostError::none);
+    EXPECT_EQ(told.name[0], 62); // not half a letter
+    EXPECT_EQ(std::string(told.name + 1, told.name + 63), std::string(62, 'n'));
+    EXPECT_EQ(told.process[1], -2);
+    const PaintSource gradient = host.document.addGradient(gradientTo(1));
+    EXPECT_EQ(host(slot::getColorInfo, gradient, &told), HostError::failed);
+    EXPECT_EQ(host(slot::getColorInfo, spot, nullptr), HostError::failed);
+
+    std::uint8_t text[257] = {};
+    text[256] = 99;
+    const Note note = host.document.addNote(std::string(300, 'x'));
+    ASSERT_EQ(host(slot::getNote, note, text), HostError::none);
+    EXPECT_EQ(text[0], 255);
+    EXPECT_EQ(text[255], 'x');
+    EXPECT_EQ(text[256], 99);
+    EXPECT_EQ(host(slot::getNote, Note::null, text), HostError::failed);
+    EXPECT_EQ(host(slot::getNote, note, nullptr), HostError::failed);
+}
+
+} // namespace
+} // namespace corvane
