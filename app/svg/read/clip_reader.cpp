@@ -102,7 +102,8 @@ bool ClipReader::readPart(pugi::xml_node node, const ComputedStyle& outer, Affin
 
 std::vector<ClipReader::Part> ClipReader::parts(pugi::xml_node clip, const Affine& toArt) {
     const Attributes attributes(clip);
-    const ComputedStyle style = styleOf(clip, attributes, {}, {}, context_);
+    const ComputedStyle style =
+        styleOf(clip, attributes, context_.inherited.within(clip.parent(), context_), {}, context_);
     const Affine matrix = transformed(toArt, attributes, Attribute::transform, context_);
     std::vector<Part> found;
     for (const pugi::xml_node node : clip.children()) {

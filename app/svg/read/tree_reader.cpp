@@ -34,7 +34,9 @@ void TreeReader::readTile(pugi::xml_node pattern, Art tile, const Affine& toTile
     Frame frame;
     attributes_.load(pattern);
     frame.next = pattern.first_child();
-    frame.style = styleOf(pattern, attributes_, {}, viewport, context_);
+    frame.style =
+        styleOf(pattern, attributes_, context_.inherited.within(pattern.parent(), context_),
+                viewport, context_);
     frame.matrix = toTile;
     frame.viewport = viewport;
     frame.group = tile;
