@@ -35,10 +35,10 @@ TEST_P(Replay, AllSeeds) {
 INSTANTIATE_TEST_SUITE_P(
     Targets, Replay,
     ::testing::Values(Target{"token", fuzzToken}, Target{"dct_decode", fuzzDctDecode},
-                      Target{"dct_encode", fuzzDctEncode}, Target{"document", fuzzDocument},
-                      Target{"fax_decode", fuzzFaxDecode}, Target{"fax_encode", fuzzFaxEncode},
-                      Target{"content", fuzzContent}, Target{"save", fuzzSave},
-                      Target{"resource_fork", fuzzResourceFork}),
+                      Target{"dct_encode", fuzzDctEncode}, Target{"svg", fuzzSvg},
+                      Target{"document", fuzzDocument}, Target{"fax_decode", fuzzFaxDecode},
+                      Target{"fax_encode", fuzzFaxEncode}, Target{"content", fuzzContent},
+                      Target{"save", fuzzSave}, Target{"resource_fork", fuzzResourceFork}),
     [](const auto& target) { return target.param.name; });
 
 } // namespace

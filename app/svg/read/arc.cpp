@@ -1,5 +1,6 @@
 #include "app/svg/read/arc.h"
 
+#include "app/svg/read/skew.h"
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -11,7 +12,7 @@ namespace {
 /// Draws from `start` over `sweep` on the circle of radius 1, seen through `ellipse`, in steps of
 /// at most a right angle. The last step ends at `end` exactly.
 void drawUnitArc(ShapeBuilder& shape, const Affine& ellipse, double start, double sweep,
-                 Location end) {
+                 Position end) {
     constexpr double right = std::numbers::pi / 2;
     const int steps = std::max(1, static_cast<int>(std::ceil(std::abs(sweep) / right - 1e-9)));
     const double step = sweep / steps;
@@ -19,22 +20,22 @@ void drawUnitArc(ShapeBuilder& shape, const Affine& ellipse, double start, doubl
     for (int i = 0; i < steps; ++i) {
         const double from = start + step * i;
         const double to = from + step;
-        const Location out = applied(ellipse, std::cos(from) - handle * std::sin(from),
-                                     std::sin(from) + handle * std::cos(from));
-        const Location in = applied(ellipse, std::cos(to) + handle * std::sin(to),
-                                    std::sin(to) - handle * std::cos(to));
-        shape.curveTo(out, in, i + 1 == steps ? end : applied(ellipse, std::cos(to), std::sin(to)));
+        const Position out = apply(ellipse, {std::cos(from) - handle * std::sin(from),
+                                             std::sin(from) + handle * std::cos(from)});
+        const Position in = apply(
+            ellipse, {std::cos(to) + handle * std::sin(to), std::sin(to) - handle * std::cos(to)});
+        shape.curveTo(out, in, i + 1 == steps ? end : apply(ellipse, {std::cos(to), std::sin(to)}));
     }
 }
 
 } // namespace
 
 void drawArc(ShapeBuilder& shape, double radiusX, double radiusY, double turn, bool large,
-             bool sweep, Location end) {
-    const Location start = shape.current();
+             bool sweep, Position end) {
+    const Position start = shape.current();
     radiusX = std::abs(radiusX);
     radiusY = std::abs(radiusY);
-    if (start == end) {
+    if (start.x == end.x && start.y == end.y) {
         return;
     }
     if (!(radiusX > 0 && radiusY > 0)) {
@@ -69,7 +70,7 @@ void drawArc(ShapeBuilder& shape, double radiusX, double radiusY, double turn, b
         over -= 2 * std::numbers::pi;
     }
     Affine ellipse{cosine * radiusX, sine * radiusX, -sine * radiusY, cosine * radiusY, 0, 0};
-    const Location centre = applied(ellipse, centreX, centreY);
+    const Position centre = apply(ellipse, {centreX, centreY});
     ellipse.tx = centre.x + (start.x + end.x) / 2;
     ellipse.ty = centre.y + (start.y + end.y) / 2;
     if (!isFinite(ellipse) || !std::isfinite(over)) {
@@ -79,11 +80,9 @@ void drawArc(ShapeBuilder& shape, double radiusX, double radiusY, double turn, b
     drawUnitArc(shape, ellipse, from, over, end);
 }
 
-void drawEllipsePart(ShapeBuilder& shape, Location centre, double radiusX, double radiusY,
-                     double start, double sweep) {
-    const Affine ellipse{radiusX, 0, 0, radiusY, centre.x, centre.y};
-    const double end = start + sweep;
-    drawUnitArc(shape, ellipse, start, sweep, applied(ellipse, std::cos(end), std::sin(end)));
+void drawEllipsePart(ShapeBuilder& shape, Position centre, double radiusX, double radiusY,
+                     double start, double sweep, Position end) {
+    drawUnitArc(shape, {radiusX, 0, 0, radiusY, centre.x, centre.y}, start, sweep, end);
 }
 
 } // namespace corvane

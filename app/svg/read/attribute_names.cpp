@@ -108,6 +108,16 @@ constexpr std::array<std::string_view, attributeCount> names{
     "data-stroke-rgb",
     "data-stroke-cmyk",
     "data-stroke-origin",
+    "data-fill-spot",
+    "data-fill-tint",
+    "data-stroke-spot",
+    "data-stroke-tint",
+    "data-stop-gray",
+    "data-stop-rgb",
+    "data-stop-cmyk",
+    "data-stop-origin",
+    "data-cell-width",
+    "data-cell-height",
 };
 
 constexpr NameTable<512> table(names);

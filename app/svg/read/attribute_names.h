@@ -110,6 +110,16 @@ enum class Attribute : std::uint8_t {
     dataStrokeRgb,
     dataStrokeCmyk,
     dataStrokeOrigin,
+    dataFillSpot,
+    dataFillTint,
+    dataStrokeSpot,
+    dataStrokeTint,
+    dataStopGray,
+    dataStopRgb,
+    dataStopCmyk,
+    dataStopOrigin,
+    dataCellWidth,
+    dataCellHeight,
     unknown
 };
 

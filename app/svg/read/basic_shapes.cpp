@@ -75,19 +75,19 @@ void ShapeReader::drawRoundRectangle(double x, double y, double width, double he
     const double top = y + radiusY;
     const double bottom = y + height - radiusY;
     const auto lineTo = [&](double toX, double toY) {
-        if (shape_.current() != Location{toX, toY}) {
+        if (shape_.current().x != toX || shape_.current().y != toY) {
             shape_.lineTo(toX, toY);
         }
     };
     shape_.moveTo(left, y);
     lineTo(right, y);
-    drawEllipsePart(shape_, {right, top}, radiusX, radiusY, -quarter, quarter);
+    drawEllipsePart(shape_, {right, top}, radiusX, radiusY, -quarter, quarter, {x + width, top});
     lineTo(x + width, bottom);
-    drawEllipsePart(shape_, {right, bottom}, radiusX, radiusY, 0, quarter);
+    drawEllipsePart(shape_, {right, bottom}, radiusX, radiusY, 0, quarter, {right, y + height});
     lineTo(left, y + height);
-    drawEllipsePart(shape_, {left, bottom}, radiusX, radiusY, quarter, quarter);
+    drawEllipsePart(shape_, {left, bottom}, radiusX, radiusY, quarter, quarter, {x, bottom});
     lineTo(x, top);
-    drawEllipsePart(shape_, {left, top}, radiusX, radiusY, 2 * quarter, quarter);
+    drawEllipsePart(shape_, {left, top}, radiusX, radiusY, 2 * quarter, quarter, {left, y});
     shape_.close(true);
 }
 
@@ -95,9 +95,9 @@ bool ShapeReader::drawEllipse(double radiusX, double radiusY) {
     if (!(radiusX > 0 && radiusY > 0)) {
         return false;
     }
-    const Location centre{length(Attribute::cx, Axis::x), length(Attribute::cy, Axis::y)};
+    const Position centre{length(Attribute::cx, Axis::x), length(Attribute::cy, Axis::y)};
     shape_.moveTo(centre.x + radiusX, centre.y);
-    drawEllipsePart(shape_, centre, radiusX, radiusY, 0, 4 * quarter);
+    drawEllipsePart(shape_, centre, radiusX, radiusY, 0, 4 * quarter, shape_.start());
     shape_.close(true);
     return true;
 }

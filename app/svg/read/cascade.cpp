@@ -1,6 +1,7 @@
 #include "app/svg/read/cascade.h"
 
-#include "app/svg/read/affine.h"
+#include "app/artwork/affine.h"
+#include "app/svg/read/skew.h"
 #include "app/svg/read/transform.h"
 
 namespace corvane {
@@ -51,7 +52,7 @@ Affine transformed(const Affine& outer, const Attributes& attributes, Attribute 
         return outer;
     }
     const auto inner = parseTransform(attributes[name]);
-    const Affine both = inner ? product(outer, *inner) : outer;
+    const Affine both = inner ? then(*inner, outer) : outer;
     if (!inner || !isFinite(both)) {
         context.tally.add("transform");
         return outer;

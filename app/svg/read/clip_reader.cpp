@@ -82,9 +82,9 @@ bool ClipReader::readPart(pugi::xml_node node, const ComputedStyle& outer, Affin
             break;
         }
         const LengthContext lengths{style.viewport, style.fontSize};
-        matrix =
-            product(matrix, {1, 0, 0, 1, lengthOf(into.attributes, Attribute::x, Axis::x, lengths),
-                             lengthOf(into.attributes, Attribute::y, Axis::y, lengths)});
+        matrix = then({1, 0, 0, 1, lengthOf(into.attributes, Attribute::x, Axis::x, lengths),
+                       lengthOf(into.attributes, Attribute::y, Axis::y, lengths)},
+                      matrix);
         const std::string_view reference = into.attributes[Attribute::href];
         node = reference.starts_with('#') ? context_.index.find(reference.substr(1))
                                           : pugi::xml_node();
@@ -102,7 +102,8 @@ bool ClipReader::readPart(pugi::xml_node node, const ComputedStyle& outer, Affin
 
 std::vector<ClipReader::Part> ClipReader::parts(pugi::xml_node clip, const Affine& toArt) {
     const Attributes attributes(clip);
-    const ComputedStyle style = styleOf(clip, attributes, {}, {}, context_);
+    const ComputedStyle style =
+        styleOf(clip, attributes, context_.inherited.within(clip.parent(), context_), {}, context_);
     const Affine matrix = transformed(toArt, attributes, Attribute::transform, context_);
     std::vector<Part> found;
     for (const pugi::xml_node node : clip.children()) {
@@ -152,7 +153,7 @@ Art ClipReader::clip(Art group, pugi::xml_node clip, const Affine& toArt, const 
     Affine matrix = toArt;
     if (fitsBox(clip)) {
         matrix = box.empty() ? Affine{0, 0, 0, 0, 0, 0}
-                             : product(toArt, {box.width(), 0, 0, box.height(), box.left, box.top});
+                             : then({box.width(), 0, 0, box.height(), box.left, box.top}, toArt);
     }
     const std::vector<Part> all = parts(clip, matrix);
     PathStyle style;
@@ -175,7 +176,7 @@ Art ClipReader::clip(Art group, pugi::xml_node clip, const Affine& toArt, const 
     }
     if (context_.ours && all.size() == 1) {
         const Part& part = all.front();
-        style = clippingStyle(part.style, part.attributes, part.matrix, context_.tally);
+        style = clippingStyle(part.style, part.attributes, part.matrix, context_);
     }
     forEachPath(document, shape, [&](Art path) { document.setStyle(path, style); });
     document.setClipped(group, true);

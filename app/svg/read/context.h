@@ -4,6 +4,7 @@
 #include "app/artwork/document.h"
 #include "app/svg/read/budget.h"
 #include "app/svg/read/file_index.h"
+#include "app/svg/read/inherited_style.h"
 #include "app/svg/read/style_sheet.h"
 #include "app/svg/read/tally.h"
 
@@ -15,7 +16,10 @@ struct ReadingContext {
     StyleSheet& sheet;
     Tally& tally;
     const ReadingBudget& budget;
-    bool ours = false; ///< the file says that this program wrote it
+    bool ours = false;                          ///< the file says that this program wrote it
+    std::int64_t expanded = 0;                  ///< elements read for a `use` or a pattern
+    std::vector<pugi::xml_node> activePatterns; ///< whose tiles are being read
+    InheritedStyles inherited;
 };
 
 } // namespace corvane

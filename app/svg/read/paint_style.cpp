@@ -3,6 +3,7 @@
 #include "app/artwork/arithmetic.h"
 #include "app/svg/read/fixed_number.h"
 #include "app/svg/read/number.h"
+#include "app/svg/read/skew.h"
 #include "app/svg/style.h"
 
 #include <algorithm>
@@ -61,12 +62,11 @@ void setDashes(PathStyle& style, std::span<const double> dashes, Tally& tally) {
     const std::size_t room = std::size(style.dash);
     std::size_t count = dashes.size();
     if (count > room) {
-        count = room;
-        while (count > 1 && !repeats(dashes, count)) {
-            --count;
+        count = 1;
+        while (count < room && !repeats(dashes, count)) {
+            ++count;
         }
         if (!repeats(dashes, count)) {
-            count = room;
             tally.add("stroke-dasharray");
         }
     }
@@ -110,12 +110,12 @@ std::vector<double> hiddenDashes(std::string_view text) {
 }
 
 void setStroke(PathStyle& path, const ComputedStyle& style, const Attributes& attributes,
-               const Affine& toArt, Tally& tally) {
+               const Affine& toArt, ReadingContext& context) {
     const double scale = meanScale(toArt);
     if (!(unevenness(toArt) <= tolerableUnevenness)) {
-        tally.add("stroke under a skew");
+        context.tally.add("stroke under a skew");
     }
-    path.stroke = style.strokeTwin.resolve(style.stroke.colour);
+    path.stroke = style.strokeTwin.resolve(style.stroke.colour, context.document);
     path.lineWidth = widthOf(style.strokeWidth * scale, attributes[Attribute::dataStrokeWidth]);
     std::vector<double> dashes = parseDashes(style.dashes, {style.viewport, style.fontSize});
     for (double& dash : dashes) {
@@ -124,7 +124,7 @@ void setStroke(PathStyle& path, const ComputedStyle& style, const Attributes& at
     if (dashes.empty()) {
         dashes = hiddenDashes(attributes[Attribute::dataStrokeDasharray]);
     }
-    setDashes(path, dashes, tally);
+    setDashes(path, dashes, context.tally);
     path.dashPhase = saturate(wideFixed(style.dashOffset * scale));
     path.cap = style.cap;
     path.join = style.join;
@@ -153,34 +153,34 @@ bool isSeen(const PaintValue& paint, double opacity, Tally& tally) {
 }
 
 PathStyle paintedStyle(const ComputedStyle& style, const Attributes& attributes,
-                       const Affine& toArt, Tally& tally) {
+                       const Affine& toArt, ReadingContext& context) {
     PathStyle path;
-    if (!style.transparent && isSeen(style.fill, style.fillOpacity, tally)) {
+    if (!style.transparent && isSeen(style.fill, style.fillOpacity, context.tally)) {
         path.fillPaint = 1;
-        path.fill = style.fillTwin.resolve(style.fill.colour);
+        path.fill = style.fillTwin.resolve(style.fill.colour, context.document);
         path.rule = style.fillRule;
     }
     if (!style.transparent && style.strokeWidth > 0 &&
-        isSeen(style.stroke, style.strokeOpacity, tally)) {
+        isSeen(style.stroke, style.strokeOpacity, context.tally)) {
         path.strokePaint = 1;
-        setStroke(path, style, attributes, toArt, tally);
+        setStroke(path, style, attributes, toArt, context);
     }
     setResolution(path, attributes);
     return path;
 }
 
 PathStyle clippingStyle(const ComputedStyle& style, const Attributes& attributes,
-                        const Affine& toArt, Tally& tally) {
+                        const Affine& toArt, ReadingContext& context) {
     PathStyle path;
     path.clip = 1;
     path.rule = style.clipRule;
     if (style.saysFill && style.fill.kind == PaintValue::Kind::colour) {
         path.fillPaint = 1;
-        path.fill = style.fillTwin.resolve(style.fill.colour);
+        path.fill = style.fillTwin.resolve(style.fill.colour, context.document);
     }
     if (style.saysStroke && style.stroke.kind == PaintValue::Kind::colour) {
         path.strokePaint = 1;
-        setStroke(path, style, attributes, toArt, tally);
+        setStroke(path, style, attributes, toArt, context);
     }
     setResolution(path, attributes);
     return path;

@@ -4,7 +4,9 @@
 #include "app/svg/read/fixed_number.h"
 #include "app/svg/read/number_list.h"
 
+#include <algorithm>
 #include <array>
+#include <utility>
 
 namespace corvane {
 
@@ -15,11 +17,18 @@ struct TwinNames {
     Attribute rgb;
     Attribute cmyk;
     Attribute origin;
+    Attribute spot = Attribute::unknown;
+    Attribute tint = Attribute::unknown;
 };
 constexpr TwinNames fillNames{Attribute::dataFillGray, Attribute::dataFillRgb,
-                              Attribute::dataFillCmyk, Attribute::dataFillOrigin};
+                              Attribute::dataFillCmyk, Attribute::dataFillOrigin,
+                              Attribute::dataFillSpot, Attribute::dataFillTint};
 constexpr TwinNames strokeNames{Attribute::dataStrokeGray, Attribute::dataStrokeRgb,
-                                Attribute::dataStrokeCmyk, Attribute::dataStrokeOrigin};
+                                Attribute::dataStrokeCmyk, Attribute::dataStrokeOrigin,
+                                Attribute::dataStrokeSpot, Attribute::dataStrokeTint};
+
+constexpr TwinNames stopNames{Attribute::dataStopGray, Attribute::dataStopRgb,
+                              Attribute::dataStopCmyk, Attribute::dataStopOrigin};
 
 std::optional<Colour> grayColour(std::string_view text) {
     std::array<double, 1> level{};
@@ -55,20 +64,39 @@ std::optional<Colour> cmykColour(std::string_view text, std::string_view origin)
 
 std::optional<PaintTwin> twinOf(const Attributes& attributes, const TwinNames& names) {
     if (attributes.has(names.gray)) {
-        return PaintTwin{grayColour(attributes[names.gray])};
+        return PaintTwin{grayColour(attributes[names.gray]), {}, 0};
     }
     if (attributes.has(names.rgb)) {
-        return PaintTwin{rgbColour(attributes[names.rgb])};
+        return PaintTwin{rgbColour(attributes[names.rgb]), {}, 0};
     }
     if (attributes.has(names.cmyk)) {
-        return PaintTwin{cmykColour(attributes[names.cmyk], attributes[names.origin])};
+        PaintTwin twin{cmykColour(attributes[names.cmyk], attributes[names.origin]), {}, 0};
+        twin.spot = names.spot == Attribute::unknown ? std::string_view{} : attributes[names.spot];
+        std::array<double, 1> tint{};
+        if (!twin.spot.empty() && parseNumbers(attributes[names.tint], tint)) {
+            twin.tint = saturate(wideFixed(tint[0]));
+        }
+        return twin;
     }
     return std::nullopt;
 }
 
 } // namespace
 
-Colour PaintTwin::resolve(ScreenColour visible) const {
+Colour PaintTwin::resolve(ScreenColour visible, Document& document) const {
+    if (exact && !spot.empty()) {
+        SpotColour ink;
+        ink.name = spot;
+        std::ranges::copy(exact->component, ink.process.begin());
+        if (screenColour(standIn(ink, tint)) == visible) {
+            Colour colour;
+            colour.kind = ColourKind::custom;
+            colour.component[0] = tint;
+            colour.source = document.addSpotColour(std::move(ink));
+            return colour;
+        }
+        return plainColour(visible);
+    }
     return exact && screenColour(*exact) == visible ? *exact : plainColour(visible);
 }
 
@@ -78,6 +106,10 @@ std::optional<PaintTwin> fillTwin(const Attributes& attributes) {
 
 std::optional<PaintTwin> strokeTwin(const Attributes& attributes) {
     return twinOf(attributes, strokeNames);
+}
+
+std::optional<PaintTwin> stopTwin(const Attributes& attributes) {
+    return twinOf(attributes, stopNames);
 }
 
 } // namespace corvane

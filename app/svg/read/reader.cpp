@@ -1,11 +1,12 @@
 #include "app/svg/reader.h"
 
-#include "app/svg/read/budget.h"
+#include "app/svg/read/limited.h"
 #include "app/svg/read/root_reader.h"
 #include "app/svg/read/tree_reader.h"
 
 #include <pugixml.hpp>
 #include <string_view>
+#include <utility>
 
 namespace corvane {
 
@@ -17,7 +18,8 @@ namespace {
 
 /// A file's elements. Values keep their line ends, so that lines can be counted.
 void parse(std::string& text, pugi::xml_document& xml, const LineIndex& lines) {
-    constexpr unsigned options = pugi::parse_cdata | pugi::parse_escapes | pugi::parse_doctype;
+    constexpr unsigned options = pugi::parse_cdata | pugi::parse_escapes | pugi::parse_doctype |
+                                 pugi::parse_ws_pcdata_single;
     const pugi::xml_parse_result result =
         xml.load_buffer_inplace(text.data(), text.size(), options);
     if (result.status == pugi::status_out_of_memory) {
@@ -55,7 +57,10 @@ void countExternalEntities(const pugi::xml_document& xml, Tally& tally) {
 } // namespace
 
 SvgReading readSvg(std::string text, Document& document) {
-    const ReadingBudget budget;
+    return readSvg(std::move(text), document, {});
+}
+
+SvgReading readSvg(std::string text, Document& document, const ReadingBudget& budget) {
     if (text.size() > budget.textSize) {
         throw SvgError("the file is too large");
     }
@@ -72,7 +77,7 @@ SvgReading readSvg(std::string text, Document& document) {
     StyleSheet sheet(budget, tally);
     countExternalEntities(xml, tally);
     SvgReading reading;
-    ReadingContext context{document, index, sheet, tally, budget, false};
+    ReadingContext context{document, index, sheet, tally, budget, false, 0, {}, {}};
     TreeReader tree(context);
     try {
         index.build(sheet);

@@ -1,7 +1,7 @@
 #include "app/svg/read/root_reader.h"
 
+#include "app/artwork/affine.h"
 #include "app/artwork/arithmetic.h"
-#include "app/svg/read/affine.h"
 #include "app/svg/read/declarations.h"
 #include "app/svg/read/fixed_number.h"
 #include "app/svg/read/number_list.h"
@@ -215,7 +215,7 @@ RootReading readRoot(const Attributes& root, Page& page) {
     page.setArtboard(artboard);
     const double left = static_cast<double>(bounds.left) / fixedOne;
     const double top = static_cast<double>(bounds.top) / fixedOne;
-    reading.matrix = product({1, 0, 0, -1, left, top}, area.matrix);
+    reading.matrix = then(area.matrix, {1, 0, 0, -1, left, top});
     return reading;
 }
 

@@ -4,7 +4,6 @@
 #include "app/svg/read/fixed_number.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdlib>
 #include <span>
 
@@ -18,48 +17,7 @@ constexpr std::size_t blockSegments = 8192;
 /// As far from its start as an end that was reached by rounded steps may lie, 16.16 points.
 constexpr std::int64_t steppingError = 32;
 
-/// Calls `addAt` for each parameter at which a curve of one coordinate turns around.
-template <class AddAt>
-void forEachTurn(double p0, double p1, double p2, double p3, AddAt addAt) {
-    const double a = p3 - 3 * p2 + 3 * p1 - p0;
-    const double b = 2 * (p2 - 2 * p1 + p0);
-    const double c = p1 - p0;
-    if (std::abs(a) < 1e-12 * (std::abs(b) + std::abs(c))) {
-        if (b != 0) {
-            addAt(-c / b);
-        }
-        return;
-    }
-    const double root = std::sqrt(std::max(0.0, b * b - 4 * a * c));
-    addAt((-b + root) / (2 * a));
-    addAt((-b - root) / (2 * a));
-}
-
-double curveAt(double p0, double p1, double p2, double p3, double t) {
-    const double s = 1 - t;
-    return s * s * s * p0 + 3 * s * s * t * p1 + 3 * s * t * t * p2 + t * t * t * p3;
-}
-
 } // namespace
-
-void UserBox::add(double x, double y) {
-    left = std::min(left, x);
-    right = std::max(right, x);
-    top = std::min(top, y);
-    bottom = std::max(bottom, y);
-}
-
-void UserBox::addCurve(Location start, Location out, Location in, Location end) {
-    add(start.x, start.y);
-    add(end.x, end.y);
-    const auto addAt = [&](double t) {
-        if (t > 0 && t < 1) {
-            add(curveAt(start.x, out.x, in.x, end.x, t), curveAt(start.y, out.y, in.y, end.y, t));
-        }
-    };
-    forEachTurn(start.x, out.x, in.x, end.x, addAt);
-    forEachTurn(start.y, out.y, in.y, end.y, addAt);
-}
 
 void ShapeBuilder::begin(ArtPlace place, const Affine& toArt, bool keepsPoints, bool measures) {
     place_ = place;
@@ -82,7 +40,7 @@ void ShapeBuilder::enter(const Affine& toArt) {
 }
 
 Point ShapeBuilder::toPoint(double x, double y) {
-    const Location art = applied(toArt_, x, y);
+    const Position art = apply(toArt_, {x, y});
     const std::int64_t fixedX = wideFixed(art.x);
     const std::int64_t fixedY = wideFixed(art.y);
     overflowed_ = overflowed_ || !fitsFixed(fixedX) || !fitsFixed(fixedY);
@@ -123,7 +81,7 @@ void ShapeBuilder::lineTo(double x, double y) {
     append({point, point, point, 0});
 }
 
-void ShapeBuilder::curveTo(Location out, Location in, Location end) {
+void ShapeBuilder::curveTo(Position out, Position in, Position end) {
     if (!open_) {
         openSubpath();
     }
@@ -137,9 +95,9 @@ void ShapeBuilder::curveTo(Location out, Location in, Location end) {
     append({anchor, before, anchor, 0});
 }
 
-void ShapeBuilder::quadraticTo(Location control, Location end) {
-    const auto nearer = [&](Location anchor) {
-        return Location{anchor.x + (control.x - anchor.x) * 2 / 3,
+void ShapeBuilder::quadraticTo(Position control, Position end) {
+    const auto nearer = [&](Position anchor) {
+        return Position{anchor.x + (control.x - anchor.x) * 2 / 3,
                         anchor.y + (control.y - anchor.y) * 2 / 3};
     };
     curveTo(nearer(current_), nearer(end), end);

@@ -1,12 +1,12 @@
 // Makes a path or compound path of the artwork from lines and curves in a user space.
 #pragma once
 
+#include "app/artwork/affine.h"
 #include "app/artwork/document.h"
-#include "app/svg/read/affine.h"
 #include "app/svg/read/tally.h"
+#include "app/svg/read/user_box.h"
 
 #include <cstdint>
-#include <limits>
 #include <vector>
 
 namespace corvane {
@@ -15,20 +15,6 @@ namespace corvane {
 struct ArtPlace {
     Placement placement = Placement::inside;
     Art reference = Art::null;
-};
-
-/// Around points of a user space. Starts as nothing.
-struct UserBox {
-    double left = std::numeric_limits<double>::infinity();
-    double top = std::numeric_limits<double>::infinity();
-    double right = -std::numeric_limits<double>::infinity();
-    double bottom = -std::numeric_limits<double>::infinity();
-
-    bool empty() const { return !(left <= right && top <= bottom); }
-    double width() const { return right - left; }
-    double height() const { return bottom - top; }
-    void add(double x, double y);
-    void addCurve(Location start, Location out, Location in, Location end);
 };
 
 /// Segments are handed to the document in blocks, so that a long path is held once. A point becomes
@@ -46,13 +32,13 @@ public:
 
     void moveTo(double x, double y);
     void lineTo(double x, double y);
-    void curveTo(Location out, Location in, Location end);
-    void quadraticTo(Location control, Location end);
+    void curveTo(Position out, Position in, Position end);
+    void quadraticTo(Position control, Position end);
     /// An end that was reached by steps may miss its start by a rounding error: `stepped`.
     void close(bool stepped);
 
-    Location current() const { return current_; }
-    Location start() const { return start_; }
+    Position current() const { return current_; }
+    Position start() const { return start_; }
     /// Around all that was drawn, where it was asked for.
     const UserBox& box() const { return box_; }
 
@@ -76,8 +62,8 @@ private:
     bool measures_ = false;
     bool overflowed_ = false;
     UserBox box_;
-    Location current_;
-    Location start_;
+    Position current_;
+    Position start_;
 
     Art shape_ = Art::null; ///< so far: null, a path, or a compound path
     Art path_ = Art::null;  ///< of the subpath that is open, once some of it was handed over

@@ -1,6 +1,6 @@
 #include "app/svg/read/transform.h"
 
-#include "app/svg/read/affine.h"
+#include "app/artwork/affine.h"
 #include "app/svg/read/number.h"
 
 #include <array>
@@ -49,7 +49,7 @@ std::optional<Affine> transformOf(std::string_view name, std::span<const double>
         if (n.size() == 1) {
             return turned;
         }
-        return product({1, 0, 0, 1, n[1], n[2]}, product(turned, {1, 0, 0, 1, -n[1], -n[2]}));
+        return then(then({1, 0, 0, 1, -n[1], -n[2]}, turned), {1, 0, 0, 1, n[1], n[2]});
     }
     if (name == "skewX" && n.size() == 1) {
         return Affine{1, 0, std::tan(radians(n[0])), 1, 0, 0};
@@ -93,7 +93,7 @@ std::optional<Affine> parseTransform(std::string_view text) {
         if (!next) {
             return std::nullopt;
         }
-        all = product(all, *next);
+        all = then(*next, all);
         cursor.skipSeparator();
     }
     return all;

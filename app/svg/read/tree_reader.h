@@ -5,6 +5,7 @@
 #include "app/svg/read/context.h"
 #include "app/svg/read/frame.h"
 #include "app/svg/read/layer_reader.h"
+#include "app/svg/read/paint_reader.h"
 #include "app/svg/read/shape_builder.h"
 
 #include <cstdint>
@@ -16,17 +17,21 @@ class TreeReader {
 public:
     explicit TreeReader(ReadingContext& context)
         : context_(context), document_(context.document), layers_(context.document),
-          clips_(context), shape_(context.document, context.tally) {}
+          clips_(context), paints_(context), shape_(context.document, context.tally) {}
 
     /// `toArt` leads from the root's user space to the art. Throws `SvgError` past the budget,
     /// `ArtworkError` past the artwork's limits.
     void read(pugi::xml_node root, const Affine& toArt, const Viewport& viewport);
+
+    /// Reads the children of a pattern into its tile.
+    void readTile(pugi::xml_node pattern, Art tile, const Affine& toTile, const Viewport& viewport);
 
     /// The element that was read last: where a failure is.
     pugi::xml_node current() const { return current_; }
 
 private:
     // Elements.
+    void readFrames();
     void visit(pugi::xml_node node);
     void enterGroup(pugi::xml_node node);
     void enterLayer(Frame& frame);
@@ -34,7 +39,7 @@ private:
     void enterUse(pugi::xml_node node);
     void enterViewport(pugi::xml_node node, Element element);
     void readShape(pugi::xml_node node, Element element);
-    void countWithin(pugi::xml_node shape);
+    Note readWithin(pugi::xml_node shape);
 
     // Frames.
     Frame frameOf(pugi::xml_node node);
@@ -57,17 +62,19 @@ private:
     SharedClip makeShared(ArtPlace place, pugi::xml_node clip, const Affine& matrix);
     ArtPlace openBoxed(const std::vector<pugi::xml_node>& chain, const Affine& matrix,
                        std::vector<BoxClip>& clips);
-    void stylePaths(Art shape, const ComputedStyle& style, const Affine& matrix);
+    void stylePaths(Art shape, const ComputedStyle& style, const Affine& matrix,
+                    const LengthContext& lengths, Note note);
 
     ReadingContext& context_;
     Document& document_;
     LayerReader layers_;
     ClipReader clips_;
+    PaintReader paints_;
     ShapeBuilder shape_;
     Attributes attributes_; ///< of the element that is being entered or read
     std::vector<Frame> frames_;
+    bool inTile_ = false;
     std::vector<pugi::xml_node> targets_; ///< of the `use` elements around
-    std::int64_t expanded_ = 0;
     pugi::xml_node current_;
 };
 

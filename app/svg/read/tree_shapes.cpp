@@ -1,0 +1,90 @@
+// Shapes of the art.
+#include "app/svg/read/tree_reader.h"
+
+#include "app/svg/read/basic_shapes.h"
+#include "app/svg/read/cascade.h"
+#include "app/svg/read/paint_style.h"
+#include "app/svg/read/user_box.h"
+#include "app/svg/shape_extent.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+namespace corvane {
+
+/// The note that a shape's description is. Animations and their like are counted.
+Note TreeReader::readWithin(pugi::xml_node shape) {
+    Note note = Note::null;
+    for (const pugi::xml_node child : shape.children()) {
+        if (child.type() != pugi::node_element) {
+            continue;
+        }
+        bool foreign = false;
+        const Element element = context_.index.elementOf(child, foreign);
+        if (element == Element::desc) {
+            std::string text;
+            for (const pugi::xml_node part : child.children()) {
+                text += part.value();
+            }
+            note = text.empty() ? note : document_.addNote(std::move(text));
+        } else if (!foreign && !ignoredKind(element).empty()) {
+            context_.tally.add(ignoredKind(element));
+        }
+    }
+    return note;
+}
+
+void TreeReader::readShape(pugi::xml_node node, Element element) {
+    Frame& frame = frames_.back();
+    attributes_.load(node);
+    const ComputedStyle style = styleOf(node, attributes_, frame.style, frame.viewport, context_);
+    const Note note = node.first_child() ? readWithin(node) : Note::null;
+    if (!style.displayed || !style.visible) {
+        context_.tally.add("hidden element");
+        return;
+    }
+    const Affine matrix = transformed(frame.matrix, attributes_, Attribute::transform, context_);
+    const std::vector<pugi::xml_node> chain = clips_.chain(style.clipPath);
+    const bool fitsBox = std::ranges::any_of(chain, ClipReader::fitsBox);
+    std::vector<BoxClip> boxClips;
+    const ArtPlace place =
+        fitsBox ? openBoxed(chain, matrix, boxClips) : placeClipped(chain, matrix);
+    const bool measures = fitsBox || frame.boxed || style.fill.kind == PaintValue::Kind::server ||
+                          style.stroke.kind == PaintValue::Kind::server;
+    shape_.begin(place, matrix, context_.ours, measures);
+    const LengthContext lengths{frame.viewport, style.fontSize};
+    if (!drawShape(element, attributes_, lengths, shape_, context_.tally)) {
+        return;
+    }
+    const Art shape = shape_.finish(attributes_.isTrue(Attribute::dataCompound));
+    for (const BoxClip& clip : boxClips) {
+        clips_.clip(clip.group, clip.clip, matrix, shape_.box());
+    }
+    stylePaths(shape, style, matrix, lengths, note);
+    if (frame.boxed) {
+        frame.box.add(boxThrough(matrix, shape_.box()));
+    }
+    if (frame.measured) {
+        Extent painted = paintedExtent(document_, shape);
+        for (const SharedClip& clip : frame.shared) {
+            painted = painted.within(clip.bounds);
+        }
+        frame.content.add(painted);
+    }
+}
+
+void TreeReader::stylePaths(Art shape, const ComputedStyle& style, const Affine& matrix,
+                            const LengthContext& lengths, Note note) {
+    PathStyle painted = paintedStyle(style, attributes_, matrix, context_);
+    paints_.paint(painted, style, {matrix, shape_.box(), lengths});
+    painted.note = note;
+    const bool guide = attributes_.isTrue(Attribute::dataGuide) && painted.fillPaint == 0 &&
+                       painted.strokePaint == 0;
+    forEachPath(document_, shape, [&](Art path) {
+        document_.setStyle(path, painted);
+        document_.setGuide(path, guide);
+    });
+}
+
+} // namespace corvane

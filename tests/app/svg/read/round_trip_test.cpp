@@ -1,0 +1,250 @@
+// What this program wrote comes back as it was: the SVG of the artwork read is the SVG read.
+#include "app/svg/reader.h"
+
+#include "app/svg/colour.h"
+
+#include "tests/app/svg/art_builder.h"
+#include "tests/app/svg/read/read_art.h"
+#include "tests/support/process.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <random>
+
+namespace corvane::test {
+namespace {
+
+void expectSameAgain(const ArtBuilder& art, const Provenance& provenance = {}) {
+    const std::string written = art.svg(provenance);
+    const ReadArt read(written);
+    EXPECT_TRUE(read.reading.ours);
+    EXPECT_TRUE(read.reading.ignored.empty()) << read.reading.ignored.begin()->first;
+    EXPECT_EQ(read.svg(), written);
+}
+
+TEST(RoundTrip, PageAndProvenance) {
+    for (const bool moved : {false, true}) {
+        ArtBuilder art;
+        Provenance from;
+        from.sourceFile = "a&b \xC3\xA9.pdf";
+        from.page = 7;
+        PageIdentity& identity = from.identity.emplace();
+        identity.digest = 0x00F4A98CEB1F0AD2;
+        identity.page.objectNumber = 31;
+        identity.page.generation = 2;
+        identity.page.mediaBox = {-10, 0.5, 595.276, 841.89};
+        identity.page.rotate = 270;
+        identity.page.userUnit = 2.5;
+        from.omitted = {{Omission::text, 3}, {Omission::other, 1}};
+        if (moved) {
+            art.document.page().setBounds({fixed(-10.7), fixed(782.5), fixed(602), fixed(9.25)});
+            art.document.page().setProfile(Profile::original);
+        }
+        art.document.page().setArtboard({fixed(700), fixed(800)});
+        art.path(art.layerArt(), box(0, 0, 10, 10.1), filled());
+        expectSameAgain(art, from);
+        const ReadArt read(art.svg(from));
+        EXPECT_EQ(read.document.page().bounds(), art.document.page().bounds());
+        EXPECT_EQ(read.document.page().artboard().height, fixed(800));
+        EXPECT_EQ(read.document.page().profile(), art.document.page().profile());
+        EXPECT_EQ(read.reading.provenance.identity->digest, identity.digest);
+        EXPECT_EQ(read.reading.provenance.identity->page.mediaBox, identity.page.mediaBox);
+        EXPECT_EQ(read.reading.provenance.omitted, from.omitted);
+        EXPECT_EQ(read.reading.provenance.sourceFile, from.sourceFile);
+    }
+}
+
+TEST(RoundTrip, LayersKeepTheirOrderAndFlags) {
+    ArtBuilder art;
+    art.document.addLayer({.title = "Notes <&> \"1\"\n", .visible = false, .dimmed = true});
+    art.document.addLayerBehind({.title = "", .preview = false, .locked = true, .printing = false});
+    art.path(art.layerArt(), box(0, 0, 10, 10), filled());
+    expectSameAgain(art);
+    const ReadArt read(art.svg());
+    EXPECT_EQ(read.document.layerProperties(read.document.firstLayer()),
+              art.document.layerProperties(art.document.firstLayer()));
+    EXPECT_EQ(read.document.layerProperties(read.document.lastLayer()),
+              art.document.layerProperties(art.document.lastLayer()));
+}
+
+/// Styles whose exact values only data- attributes tell.
+TEST(RoundTrip, HiddenTwins) {
+    std::vector<PathStyle> styles(14, stroked(2));
+    styles[0].lineWidth = 0;
+    styles[1].lineWidth = fixed(-3.5);
+    styles[2].dashCount = 2;
+    styles[3].dashCount = 3;
+    styles[3].dash[1] = fixed(4.1);
+    styles[3].dashPhase = -1;
+    styles[4].miterLimit = fixed(.5);
+    styles[4].join = 2;
+    styles[4].cap = 1;
+    styles[5].resolution = fixed(300);
+    styles[6].stroke.component[0] = fixed(.333);
+    styles[7].stroke = {ColourKind::process, {fixed(.1), fixed(.2), fixed(.3), fixed(.4)}};
+    styles[8].stroke = processColour({fixed(.11), fixed(.22), fixed(.333)});
+    styles[9].stroke = {ColourKind::process, {1, 2, 3, 4}, ColourOrigin::fromRgb};
+    styles[10].stroke.component[0] = fixed(2);
+    styles[11] = PathStyle{};
+    styles[12].fillPaint = 1;
+    styles[12].rule = FillRule::evenOdd;
+    styles[13].dashCount = 6;
+    for (int i = 0; i < 6; ++i) {
+        styles[13].dash[i] = fixed(i + .7);
+    }
+    ArtBuilder art;
+    for (const PathStyle& style : styles) {
+        art.path(art.layerArt(), box(0, 0, 10, 10), style, false);
+    }
+    art.document.setGuide(art.path(art.layerArt(), box(0, 0, 1, 1), {}), true);
+    expectSameAgain(art);
+    const ReadArt read(art.svg());
+    Art path = read.document.lastChild(read.document.layerArt(read.document.firstLayer()));
+    for (const PathStyle& style : styles) {
+        EXPECT_EQ(read.document.style(path), style);
+        path = read.document.previousSibling(path);
+    }
+    EXPECT_TRUE(read.document.guide(path));
+}
+
+TEST(RoundTrip, PathsOfEveryForm) {
+    ArtBuilder art;
+    art.path(art.layerArt(), {}, filled(), false);
+    art.path(art.layerArt(), {at(1, 1)}, filled(), false);
+    art.path(art.layerArt(), {at(1, 1)}, filled(), true);
+    art.path(art.layerArt(), {at(1, 1), at(5, 1), at(1, 1)}, filled(), true);
+    art.path(art.layerArt(), {at(1, 1), at(1, 1)}, filled(), true);
+    const Art curve = art.path(art.layerArt(), {at(1, 1), at(9, 1)}, stroked(1), true);
+    art.document.writeSegments(
+        curve, 0,
+        std::vector<Segment>{{at(1, 1), at(0, 0), at(2, 3), 0}, {at(9, 1), at(8, 0), at(9, 3), 0}});
+    const Art loop = art.path(art.layerArt(), {at(1, 1)}, stroked(1), true);
+    art.document.writeSegments(loop, 0, std::vector<Segment>{{at(1, 1), at(0, 0), at(2, 3), 0}});
+    const Art one = art.compound(art.layerArt());
+    art.path(one, box(1, 1, 2, 2), filled());
+    const Art two = art.compound(art.layerArt());
+    art.path(two, box(1, 1, 20, 20), filled());
+    art.path(two, box(3, 3, 18, 18), filled(), false);
+    art.compound(art.layerArt());
+    expectSameAgain(art);
+}
+
+TEST(RoundTrip, ClipsThatCutAndThatDoNot) {
+    ArtBuilder art;
+    const Art cut = art.clippedGroup(art.layerArt(), box(10, 10, 50, 50), FillRule::evenOdd);
+    art.behindClip(cut, box(0, 0, 100, 100), filled());
+    const Art unseen = art.clippedGroup(art.layerArt(), box(0, 0, 120, 120));
+    art.behindClip(unseen, box(20, 20, 100, 100), stroked(3));
+    const Art inner = art.groupBehindClip(unseen);
+    art.path(inner, box(30, 30, 40, 40), filled());
+    const Art blank = art.clippedGroup(art.layerArt(), {at(1, 1), at(5, 5)});
+    art.behindClip(blank, box(0, 0, 100, 100), filled());
+    const Art triangle = art.clippedGroup(art.layerArt(), {at(0, 0), at(90, 0), at(0, 90)});
+    PathStyle painted = filled(fixed(.25));
+    painted.clip = 1;
+    art.document.setStyle(art.document.firstChild(triangle), painted);
+    art.behindClip(triangle, box(0, 0, 100, 100), filled());
+    expectSameAgain(art);
+    const ReadArt read(art.svg());
+    const Document& document = read.document;
+    Art group = document.lastChild(document.layerArt(document.firstLayer()));
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_TRUE(document.clipped(group)) << i;
+        EXPECT_EQ(document.style(document.firstChild(group)).clip, 1);
+        group = document.previousSibling(group);
+    }
+}
+
+/// Deeper than the writer nests elements, with clips that its objects carry themselves. Of those,
+/// only what is used comes back; after that nothing changes.
+TEST(RoundTrip, ArtDeeperThanElements) {
+    std::mt19937 random(5);
+    for (int run = 0; run < 40; ++run) {
+        const bool clips = run % 4 != 0;
+        ArtBuilder art;
+        std::vector<Art> open{art.layerArt()};
+        const auto number = [&](int below) { return static_cast<int>(random() % below); };
+        for (int step = 0; step < 400; ++step) {
+            const Art in = open.back();
+            const double left = number(60);
+            const double bottom = number(60);
+            const std::vector<Point> area =
+                number(4) == 0 ? std::vector{at(left, bottom), at(200, bottom), at(left, 150)}
+                               : box(left, bottom, left + 30 + number(150), bottom + 40);
+            const Art first = art.document.firstChild(in);
+            const bool clipped = art.document.clipped(in);
+            const auto place = [&](ArtKind kind) {
+                return clipped ? art.document.make(kind, Placement::behind, first)
+                               : art.document.make(kind, Placement::inside, in);
+            };
+            const int choice = open.size() < 188 ? 9 : number(10);
+            if (choice >= 6) {
+                const Art group = place(ArtKind::group);
+                open.push_back(group);
+                if (clips && open.size() > 185 && number(2) == 0) {
+                    PathStyle style;
+                    style.clip = 1;
+                    art.path(group, area, style);
+                    art.document.setClipped(group, true);
+                }
+            } else if (choice >= 3) {
+                const Art path = place(ArtKind::path);
+                art.document.setSegmentCount(path, 1);
+                art.document.setStyle(path, stroked(1 + number(3)));
+                art.document.setSegmentCount(path, 2);
+                art.document.writeSegments(path, 0,
+                                           std::vector<Segment>{{area[0], area[0], area[0], 0},
+                                                                {area[2], area[2], area[2], 0}});
+            } else {
+                open.pop_back();
+            }
+        }
+        const std::string written = art.svg();
+        const std::string settled = ReadArt(written).svg();
+        EXPECT_EQ(ReadArt(settled).svg(), settled);
+        if (!clips) {
+            EXPECT_EQ(settled, written);
+        }
+    }
+}
+
+TEST(RoundTrip, EveryPageThatOpens) {
+    std::vector<std::filesystem::path> files;
+    for (const char* const folder :
+         {"examples", "../shared/corpus/classic", "../shared/corpus/modern"}) {
+        const auto path = sourceFolder() / folder;
+        if (std::filesystem::is_directory(path)) {
+            for (const auto& entry : std::filesystem::directory_iterator(path)) {
+                if (entry.path().extension() == ".pdf") {
+                    files.push_back(entry.path());
+                }
+            }
+        }
+    }
+    std::ranges::sort(files);
+    ASSERT_FALSE(files.empty());
+    for (const auto& file : files) {
+        const TemporaryFolder folder;
+        Process process;
+        process.words = {(buildFolder() / "corvane").string(),
+                         "open",
+                         file.string(),
+                         "--page",
+                         "1",
+                         "-o",
+                         "page.svg",
+                         "--quiet"};
+        process.folder = folder.path();
+        if (run(process).status == 0) {
+            const std::string written = fileBytes(folder.path() / "page.svg");
+            const ReadArt read(written);
+            EXPECT_TRUE(read.svg() == written) << file;
+            EXPECT_TRUE(read.reading.ignored.empty()) << file;
+        }
+    }
+}
+
+} // namespace
+} // namespace corvane::test

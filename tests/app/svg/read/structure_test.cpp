@@ -1,0 +1,163 @@
+#include "tests/app/svg/art_builder.h"
+#include "tests/app/svg/read/read_art.h"
+
+#include <gtest/gtest.h>
+
+namespace corvane::test {
+namespace {
+
+const std::string square = "<path d=\"M0 0H10V10H0Z\"/>";
+const std::string rectangle = "<rect width='10' height='10'/>";
+
+TEST(ReadStructure, PagesOfOthers) {
+    struct Row {
+        const char* root;
+        double width, height; ///< points
+        const char* wanted;   ///< the square of 10 user units
+    };
+    const Row rows[] = {
+        {"width='400' height='200'", 300, 150, "M0 0H7.5V7.5H0Z"},
+        {"width='4in' height='25.4mm'", 288, 72, "M0 0H7.5V7.5H0Z"},
+        {"viewBox='0 0 400 200'", 300, 150, "M0 0H7.5V7.5H0Z"},
+        {"width='100%' height='100%' viewBox='-10 -20 400 200'", 300, 150, "M7.5 15H15V22.5H7.5Z"},
+        {"width='200pt' viewBox='0 0 100 100'", 200, 200, "M0 0H20V20H0Z"},
+        {"width='200pt' height='100pt' viewBox='0 0 10 10'", 200, 100, "M50 0H150V100H50Z"},
+        {"width='200pt' height='100pt' viewBox='0 0 10 10' preserveAspectRatio='none'", 200, 100,
+         "M0 0H200V100H0Z"},
+        {"width='200pt' height='100pt' viewBox='0 0 10 10' preserveAspectRatio='xMaxYMin slice'",
+         200, 100, "M0 0H200V200H0Z"},
+        {"", 225, 112.5, "M0 0H7.5V7.5H0Z"},
+    };
+    for (const Row& row : rows) {
+        const ReadArt art("<svg " + std::string(row.root) + ">" + rectangle + "</svg>");
+        EXPECT_EQ(art.document.page().bounds(), (Rect{0, fixed(row.height), fixed(row.width), 0}))
+            << row.root;
+        EXPECT_EQ(art.document.page().artboard().width, fixed(row.width)) << row.root;
+        EXPECT_EQ(art.drawn(), "<path d=\"" + std::string(row.wanted) + "\"/>") << row.root;
+        EXPECT_FALSE(art.reading.ours);
+    }
+}
+
+/// An editor counts the same page in other units, or the person changes it.
+TEST(ReadStructure, PagesOfOursAfterAnEditor) {
+    const std::string ours = "<svg data-producer='corvane' data-bounds='10 20 310 220'"
+                             " data-artboard='400 300' ";
+    const auto read = [&](const std::string& root, const std::string& body) {
+        return ReadArt(ours + root + "><g inkscape:groupmode='layer'>" + body + "</g></svg>");
+    };
+    const ReadArt kept = read("width='300pt' height='200pt' viewBox='0 0 300 200'", rectangle);
+    const ReadArt inPixels = read("width='400' height='266.66667' viewBox='0 0 400 266.66667'",
+                                  "<g transform='scale(1.3333333)'>" + rectangle + "</g>");
+    const ReadArt inMillimetres =
+        read("width='105.833mm' height='70.5556mm' viewBox='0 0 300 200'", rectangle);
+    for (const ReadArt* art : {&kept, &inPixels, &inMillimetres}) {
+        EXPECT_EQ(art->document.page().bounds(),
+                  (Rect{fixed(10), fixed(220), fixed(310), fixed(20)}));
+        EXPECT_EQ(art->document.page().artboard().width, fixed(400));
+        EXPECT_NE(art->drawn().find("M0 0H10V10H0Z"), std::string::npos) << art->drawn();
+    }
+    const ReadArt larger = read("width='600pt' height='200pt' viewBox='-300 0 600 200'", rectangle);
+    EXPECT_EQ(larger.document.page().bounds(), (Rect{0, fixed(200), fixed(600), 0}));
+    EXPECT_EQ(larger.document.page().artboard().width, fixed(600));
+    EXPECT_EQ(larger.drawn(), "<path d=\"M300 0H310V10H300Z\"/>");
+}
+
+TEST(ReadStructure, LayersAndLooseArt) {
+    const std::string layer = "<g inkscape:groupmode='layer' inkscape:label='";
+    const ReadArt art(foreignSvg(rectangle + layer + "A' style='display:none'>" + rectangle +
+                                 "</g>" + layer + "B' sodipodi:insensitive='true'/>" + "<g>" +
+                                 rectangle + "</g>" + rectangle + "<g transform='scale(2)'>" +
+                                 layer + "C'>" + rectangle + layer + "inner'>" + rectangle +
+                                 "</g></g></g>"));
+    std::vector<std::string> titles;
+    const Document& document = art.document;
+    for (Layer at = document.lastLayer(); at != Layer::null; at = document.previousLayer(at)) {
+        titles.push_back(document.layerProperties(at).title);
+    }
+    EXPECT_EQ(titles, (std::vector<std::string>{"", "A", "B", "", "C"}));
+    EXPECT_EQ(art.ignored("layer within a layer"), 1);
+    const Layer hidden = document.previousLayer(document.lastLayer());
+    EXPECT_FALSE(document.layerProperties(hidden).visible);
+    EXPECT_NE(document.firstChild(document.layerArt(hidden)), Art::null);
+    EXPECT_TRUE(document.layerProperties(document.previousLayer(hidden)).locked);
+    EXPECT_NE(art.svg().find("M0 0H20V20H0Z"), std::string::npos);
+}
+
+TEST(ReadStructure, WhatIsUsed) {
+    EXPECT_EQ(redrawn("<defs><g id='a'>" + rectangle +
+                      "</g></defs><use href='#a' x='5'/>"
+                      "<use xlink:href='#a' fill='red' transform='scale(2)'/>"),
+              "<g><g><path d=\"M5 0H15V10H5Z\"/></g></g>"
+              "<g><g><path fill=\"#ff0000\" d=\"M0 0H20V20H0Z\"/></g></g>");
+    // A symbol shows its view box, and cuts what reaches out of it.
+    EXPECT_EQ(redrawn("<symbol id='s' viewBox='0 0 10 10'>" + rectangle +
+                      "</symbol><use href='#s' width='20' height='20'/>"),
+              "<g><g><path d=\"M0 0H20V20H0Z\"/></g></g>");
+    EXPECT_EQ(redrawn("<symbol id='s' viewBox='2 0 10 10'>" + rectangle +
+                      "</symbol><use href='#s' x='9' y='9' width='20' height='20'/>"),
+              "<g><clipPath><path d=\"M9 9H29V29H9Z\"/></clipPath>"
+              "<g clip-path=\"url(#clip1)\"><path d=\"M5 9H25V29H5Z\"/></g></g>");
+    EXPECT_EQ(redrawn("<svg x='10' y='5' width='20' height='40' viewBox='0 0 10 10'>" + rectangle +
+                      "</svg>"),
+              "<g><path d=\"M10 15H30V35H10Z\"/></g>");
+    EXPECT_EQ(redrawn("<switch><path systemLanguage='xx' d='M0 0H1'/>" + rectangle +
+                      "<path d='M0 0H2'/></switch>"),
+              "<g>" + square + "</g>");
+    const ReadArt bad(foreignSvg("<g id='a'><use href='#a'/></g><use href='#nothing'/>"
+                                 "<use href='other.svg#a'/><use/>"));
+    EXPECT_EQ(bad.ignored("circular reference"), 1);
+    EXPECT_EQ(bad.ignored("use"), 2);
+    EXPECT_EQ(bad.ignored("external reference"), 1);
+}
+
+TEST(ReadStructure, WhatCannotBeHeldIsCounted) {
+    const ReadArt art(foreignSvg(
+        "<title>t</title><metadata><x:y/></metadata><sodipodi:namedview/><!-- c -->"
+        "<text>a</text><image href='a.png'/><foreignObject/><script/><blink/><filter id='f'/>"
+        "<rect width='1' height='1' filter='url(#f)' style='mask:url(#m);marker-end:url(#x)'>"
+        "<animate/><set/></rect><g opacity='.5'>" +
+        rectangle + "</g><g display='none'>" + rectangle +
+        "</g><rect width='1' height='1' visibility='hidden'/>"));
+    const std::map<std::string, std::int32_t> wanted{
+        {"text", 1},    {"image", 1},           {"foreignObject", 1},
+        {"script", 1},  {"unknown element", 1}, {"filter", 1},
+        {"mask", 1},    {"marker", 1},          {"animate", 2},
+        {"opacity", 1}, {"hidden element", 2}};
+    EXPECT_EQ(art.reading.ignored, wanted);
+}
+
+TEST(ReadStructure, NotesAndPrefixes) {
+    const ReadArt art("<s:svg xmlns:s='http://www.w3.org/2000/svg'><s:path d='M0 0H1'>"
+                      "<s:desc>cut &lt; here </s:desc></s:path></s:svg>");
+    const Art path = art.document.firstChild(art.document.layerArt(art.document.firstLayer()));
+    EXPECT_EQ(art.document.note(art.document.style(path).note), "cut < here ");
+}
+
+TEST(ReadStructure, FaultsSayWhatAndWhere) {
+    const auto fault = [](const std::string& text) {
+        Document document;
+        try {
+            readSvg(text, document);
+        } catch (const SvgError& error) {
+            return std::string(error.what());
+        }
+        return std::string("read");
+    };
+    EXPECT_EQ(fault(""), "the file is no SVG: it holds no element");
+    EXPECT_EQ(fault("\n\n<html/>"), "line 3: the file is no SVG: its outermost element is no svg");
+    EXPECT_TRUE(fault("<svg\n>\n<g\n x='1'>\n</h>\n</svg>").starts_with("line 5: "));
+    EXPECT_EQ(fault("<svg/>"), "read");
+    std::string deep = "<svg>\n";
+    for (int i = 0; i < 100000; ++i) {
+        deep += "<g>\n";
+    }
+    EXPECT_EQ(fault(deep + "<path/>" + std::string(4, ' ')).substr(0, 5), "line ");
+    std::string balanced = deep;
+    for (int i = 0; i < 100000; ++i) {
+        balanced += "</g>";
+    }
+    EXPECT_EQ(fault(balanced + "</svg>"), "line 4097: the art is nested too deeply");
+}
+
+} // namespace
+} // namespace corvane::test
