@@ -3,10 +3,14 @@
 
     compare.py [--corvane PATH] [--pages FOLDER] [--runs N] [--limit SECONDS] [NAME ...]
 
-For every file two races are run:
+For every file these races are run:
 
     open   corvane open, pdftocairo -svg, mutool convert -F svg   (page 1 becomes SVG)
     info   corvane info, mutool show trailer, qpdf --show-npages  (the file is opened and looked at)
+    save   corvane open and save, qpdf, mutool clean              (the file is read and written anew)
+    read   corvane save --dry-run, rsvg-convert -f pdf            (page 1 as SVG becomes page content)
+
+The last two for maps only.
 
 The runners of a race take turns (A B C A B C ...), N times after a round of warm-up that does not
 count, so that a slow minute of the machine hits all of them. Each row gives the medians of wall
@@ -25,6 +29,7 @@ when it starts one; the row "floor" is a program that does nothing.
 import argparse
 import os
 import platform
+import shlex
 import shutil
 import signal
 import statistics
@@ -37,7 +42,7 @@ from dataclasses import dataclass, field
 import make_pages
 
 HERE = os.path.dirname(os.path.abspath(__file__))
-PEERS = {"pdftocairo": ["-v"], "mutool": ["-v"], "qpdf": ["--version"]}
+PEERS = {"pdftocairo": ["-v"], "mutool": ["-v"], "qpdf": ["--version"], "rsvg-convert": ["--version"]}
 
 
 @dataclass
@@ -95,6 +100,30 @@ def race(runners, rounds, limit):
                 runner.fault = run.fault
             elif turn > 0:
                 runner.runs.append(run)
+
+
+def one_after_the_other(*commands):
+    return ["sh", "-c", " && ".join(shlex.join(command) for command in commands)]
+
+
+def saving_races(corvane, path):
+    """`path` is a file whose page 1 is artwork beside it, NAME.svg, made where it is not there."""
+    artwork = os.path.splitext(path)[0] + ".svg"
+    if not os.path.exists(artwork):
+        subprocess.run([corvane, "open", path, "--page", "1", "--quiet", "-o", artwork], check=True)
+    opened = [corvane, "open", path, "--page", "1", "--quiet", "-o", "page.svg"]
+    saved = [corvane, "save", "page.svg", path, "--quiet", "--output", "out.pdf"]
+    return {
+        "save": [
+            Runner("corvane open, save", one_after_the_other(opened, saved)),
+            Runner("qpdf", ["qpdf", path, "out.pdf"]),
+            Runner("mutool clean", ["mutool", "clean", path, "out.pdf"]),
+        ],
+        f"read {os.path.getsize(artwork):,} bytes of SVG": [
+            Runner("corvane save", [corvane, "save", artwork, path, "--quiet", "--dry-run"]),
+            Runner("rsvg-convert -f pdf", ["rsvg-convert", "--unlimited", "-f", "pdf", "-o", "out.pdf", artwork]),
+        ],
+    }
 
 
 def races(corvane, path):
@@ -222,7 +251,11 @@ def main():
     results = {}
     for name in arguments.names or make_pages.STANDARD:
         path = name if name.endswith(".pdf") else make_pages.make(arguments.pages, name)
-        for kind, runners in races(corvane, os.path.abspath(path)).items():
+        path = os.path.abspath(path)
+        all_races = races(corvane, path)
+        if name.startswith("map-"):
+            all_races |= saving_races(corvane, path)
+        for kind, runners in all_races.items():
             runners = [runner for runner in runners if runner.command[0] not in missing]
             race(runners, arguments.runs, arguments.limit)
             results[name, kind] = runners
