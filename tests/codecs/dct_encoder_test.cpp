@@ -86,19 +86,19 @@ TEST_F(DctEncoderTest, SettingsThatNoHeaderCanSay) {
 TEST_F(DctEncoderTest, TablesFollowTransformAndSampling) {
     const struct {
         std::size_t components;
-        bool transform;
-        std::array<DctSampling, 4> sampling;
         std::vector<int> second;
         std::uint16_t first; ///< of the second quantiser, if there is one
+        bool transform;
+        std::array<DctSampling, 4> sampling{};
     } cases[] = {
-        {1, false, {}, {0}, 0},
-        {1, true, {{{2, 2}}}, {0}, 0},
-        {3, true, {}, {0, 1, 1}, qkroma[2]},
-        {3, true, {{{2, 1}, {1, 1}, {1, 1}}}, {0, 1, 1}, qkroma_ds[3]},
-        {3, false, {}, {0, 0, 0}, 0},
-        {3, false, {{{2, 2}, {1, 2}, {2, 2}}}, {0, 1, 0}, qkroma_ds[3]},
-        {4, true, {}, {0, 1, 1, 0}, qkroma[2]},
-        {4, false, {{{1, 1}, {1, 1}, {1, 1}, {1, 2}}}, {1, 1, 1, 0}, qkroma_ds[3]},
+        {1, {0}, 0, false},
+        {1, {0}, 0, true, {{{2, 2}}}},
+        {3, {0, 1, 1}, qkroma[2], true},
+        {3, {0, 1, 1}, qkroma_ds[3], true, {{{2, 1}, {1, 1}, {1, 1}}}},
+        {3, {0, 0, 0}, 0, false},
+        {3, {0, 1, 0}, qkroma_ds[3], false, {{{2, 2}, {1, 2}, {2, 2}}}},
+        {4, {0, 1, 1, 0}, qkroma[2], true},
+        {4, {1, 1, 1, 0}, qkroma_ds[3], false, {{{1, 1}, {1, 1}, {1, 1}, {1, 2}}}},
     };
     for (const auto& one : cases) {
         DctSettings settings;
@@ -185,7 +185,7 @@ TEST_F(DctEncoderTest, RowsThatAreMissingAreTheLastAndRowsBehindAreNone) {
     EXPECT_EQ(whole(27), good);
     const auto cut = whole(11);
     for (std::size_t y = 11; y < 20; ++y) {
-        std::copy_n(picture.samples.begin() + 10 * 20, 20,
+        std::copy_n(picture.row(10).begin(), 20,
                     picture.samples.begin() + static_cast<std::ptrdiff_t>(y) * 20);
     }
     EXPECT_EQ(cut, whole(20));
