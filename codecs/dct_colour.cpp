@@ -20,18 +20,23 @@ constexpr std::int16_t redOfCr = 22970;
 constexpr std::int16_t greenOfCb = 5638;
 constexpr std::int16_t greenOfCr = 11700;
 
-struct Chroma {
-    V::Words low, high; ///< Cb and Cr side by side, less 128
-};
+/// Chroma (less 128) times a factor, rounded: four times it, so that the upper half of the product
+/// is the part before the point.
+[[gnu::always_inline]] inline V::Words ofOne(V::Words chroma, std::int16_t factor) {
+    const V::Words factors = V::splat(factor);
+    const V::Words four = V::template shiftLeft<2>(chroma);
+    return V::add(V::multiplyHighSigned(four, factors),
+                  V::template shiftRightUnsigned<15>(V::multiplyLow(four, factors)));
+}
 
-[[gnu::always_inline]] inline V::Words offset(V::Words luma, const Chroma& chroma,
-                                              std::int16_t ofCb, std::int16_t ofCr) {
+[[gnu::always_inline]] inline V::Words ofBoth(V::Words cb, V::Words cr, std::int16_t ofCb,
+                                              std::int16_t ofCr) {
     const V::Words factors = V::splatPair(ofCb, ofCr);
     const V::Longs half = V::splatLong(1 << 13);
     const auto part = [&](V::Words pairs) {
         return V::template shiftLongsRight<14>(V::addLongs(V::multiplyPairs(pairs, factors), half));
     };
-    return V::add(luma, V::narrow(part(chroma.low), part(chroma.high)));
+    return V::narrow(part(V::interleaveLow(cb, cr)), part(V::interleaveHigh(cb, cr)));
 }
 
 [[gnu::always_inline]] inline std::array<V::Words, 3> rgbOf(V::Words luma, V::Words cb,
@@ -39,13 +44,12 @@ struct Chroma {
     const V::Words centre = V::splat(128);
     cb = V::subtract(cb, centre);
     cr = V::subtract(cr, centre);
-    const Chroma chroma{V::interleaveLow(cb, cr), V::interleaveHigh(cb, cr)};
-    return {offset(luma, chroma, 0, redOfCr), offset(luma, chroma, -greenOfCb, -greenOfCr),
-            offset(luma, chroma, blueOfCb, 0)};
+    return {V::add(luma, ofOne(cr, redOfCr)), V::add(luma, ofBoth(cb, cr, -greenOfCb, -greenOfCr)),
+            V::add(luma, ofOne(cb, blueOfCb))};
 }
 
 template <bool inverted>
-void convert(std::array<V::Bytes, 4>& parts) {
+[[gnu::always_inline]] inline void convert(std::array<V::Bytes, 4>& parts) {
     auto low = rgbOf(V::widenLow(parts[0]), V::widenLow(parts[1]), V::widenLow(parts[2]));
     auto high = rgbOf(V::widenHigh(parts[0]), V::widenHigh(parts[1]), V::widenHigh(parts[2]));
     for (std::size_t i = 0; i < 3; ++i) {
@@ -58,21 +62,19 @@ void convert(std::array<V::Bytes, 4>& parts) {
 }
 
 /// 16 pixels of four bytes each.
-void interleaveFour(const std::array<V::Bytes, 4>& parts, std::int16_t* out) {
+[[gnu::always_inline]] inline std::array<V::Words, 4>
+interleaveFour(const std::array<V::Bytes, 4>& parts) {
     const V::Words firstLow = V::asWords(V::interleaveBytesLow(parts[0], parts[1]));
     const V::Words firstHigh = V::asWords(V::interleaveBytesHigh(parts[0], parts[1]));
     const V::Words lastLow = V::asWords(V::interleaveBytesLow(parts[2], parts[3]));
     const V::Words lastHigh = V::asWords(V::interleaveBytesHigh(parts[2], parts[3]));
-    V::store(out, V::interleaveLow(firstLow, lastLow));
-    V::store(out + 8, V::interleaveHigh(firstLow, lastLow));
-    V::store(out + 16, V::interleaveLow(firstHigh, lastHigh));
-    V::store(out + 24, V::interleaveHigh(firstHigh, lastHigh));
+    return {V::interleaveLow(firstLow, lastLow), V::interleaveHigh(firstLow, lastLow),
+            V::interleaveLow(firstHigh, lastHigh), V::interleaveHigh(firstHigh, lastHigh)};
 }
 
-template <DctColour colour>
+template <DctColour colour, std::size_t count>
 void joinMany(std::span<const std::uint8_t* const> planes, std::size_t width,
               std::uint8_t* pixels) {
-    const std::size_t count = planes.size();
     for (std::size_t x = 0; x < width; x += step, pixels += step * count) {
         std::array<V::Bytes, 4> parts{};
         for (std::size_t i = 0; i < count; ++i) {
@@ -81,16 +83,29 @@ void joinMany(std::span<const std::uint8_t* const> planes, std::size_t width,
         if constexpr (colour != DctColour::none) {
             convert<colour == DctColour::inverted>(parts);
         }
-        alignas(16) std::array<std::int16_t, 2 * step> four;
-        interleaveFour(parts, four.data());
-        if (count == 4) {
-            std::memcpy(pixels, four.data(), sizeof four);
+        if constexpr (count == 2) {
+            V::storeBytes(pixels, V::interleaveBytesLow(parts[0], parts[1]));
+            V::storeBytes(pixels + step, V::interleaveBytesHigh(parts[0], parts[1]));
             continue;
         }
-        // Each pixel overwrites what the one before it wrote too much.
-        for (std::size_t i = 0; i < step; ++i) {
-            std::memcpy(pixels + i * count, four.data() + 2 * i, 4);
+        const std::array<V::Words, 4> fours = interleaveFour(parts);
+        for (std::size_t i = 0; i < fours.size(); ++i) {
+            if constexpr (count == 3) {
+                V::storePixels(pixels + 12 * i, fours[i]);
+            } else {
+                V::storeWords(pixels + 16 * i, fours[i]);
+            }
         }
+    }
+}
+
+template <DctColour colour>
+void joinColours(std::span<const std::uint8_t* const> planes, std::size_t width,
+                 std::uint8_t* pixels) {
+    if (planes.size() == 3) {
+        joinMany<colour, 3>(planes, width, pixels);
+    } else {
+        joinMany<colour, 4>(planes, width, pixels);
     }
 }
 
@@ -158,12 +173,14 @@ void dctJoinRow(DctColour colour, std::span<const std::uint8_t* const> planes, s
                 std::uint8_t* pixels) {
     if (planes.size() == 1) {
         std::memcpy(pixels, planes[0], width);
+    } else if (planes.size() == 2) {
+        joinMany<DctColour::none, 2>(planes, width, pixels);
     } else if (colour == DctColour::rgb) {
-        joinMany<DctColour::rgb>(planes, width, pixels);
+        joinColours<DctColour::rgb>(planes, width, pixels);
     } else if (colour == DctColour::inverted) {
-        joinMany<DctColour::inverted>(planes, width, pixels);
+        joinColours<DctColour::inverted>(planes, width, pixels);
     } else {
-        joinMany<DctColour::none>(planes, width, pixels);
+        joinColours<DctColour::none>(planes, width, pixels);
     }
 }
 

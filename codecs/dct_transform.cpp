@@ -20,6 +20,9 @@ void flatBlock(std::int32_t dc, std::uint8_t* samples, std::size_t stride) {
     }
 }
 
+/// Coefficients before this one, in the order of coding, lie in the first four of four rows.
+constexpr std::size_t quarterEnd = 10;
+
 std::int16_t word(std::uint32_t value) {
     return static_cast<std::int16_t>(value);
 }
@@ -39,6 +42,10 @@ void DCTrev_transform(const DctBlock& block, const DctMultipliers& multipliers, 
     if (last == 0) {
         flatBlock(static_cast<std::int16_t>(block.values[0] * multipliers.values[0]), samples,
                   stride);
+        return;
+    }
+    if (last < quarterEnd) {
+        Kernel::inverse<true>(block.values.data(), multipliers.values.data(), samples, stride);
         return;
     }
     Kernel::inverse(block.values.data(), multipliers.values.data(), samples, stride);

@@ -94,16 +94,40 @@ struct DctKernel {
         }
     }
 
-    /// Coefficients times `quantiser` (both row by row) to samples, rows `stride` apart.
+    /// The same where the last four of the eight are zeros.
+    template <int shift>
+    [[gnu::always_inline]] static inline void inverseHalfPass(Rows& r) {
+        const Pair even(r[0], r[2]);
+        const Pair odd(r[1], r[3]);
+        constexpr std::array<std::int16_t, 4> second{10703, 4433, -4433, -10703};
+        constexpr std::array<std::array<std::int16_t, 2>, 4> both{
+            {{11363, 9633}, {9633, -2259}, {6437, -11362}, {2260, -6436}}};
+        for (std::size_t i = 0; i < 4; ++i) {
+            const Wide a = even.times(1 << precision, second[i]);
+            const Wide b = odd.times(both[i][0], both[i][1]);
+            r[i] = rounded<shift>(add(a, b));
+            r[7 - i] = rounded<shift>(subtract(a, b));
+        }
+    }
+
+    /// Coefficients times `quantiser` (both row by row) to samples, rows `stride` apart. `quarter`:
+    /// none but the first four of the first four rows differ from zero; the bits are the same.
+    template <bool quarter = false>
     static void inverse(const std::int16_t* coefficients, const std::int16_t* quantiser,
                         std::uint8_t* samples, std::size_t stride) {
-        Rows r;
-        for (std::size_t i = 0; i < 8; ++i) {
+        Rows r{};
+        for (std::size_t i = 0; i < (quarter ? 4 : 8); ++i) {
             r[i] = V::multiplyLow(V::load(coefficients + 8 * i), V::load(quantiser + 8 * i));
         }
-        inversePass<precision - between>(r);
-        transpose(r);
-        inversePass<precision + between + 3>(r);
+        if constexpr (quarter) {
+            inverseHalfPass<precision - between>(r);
+            transpose(r);
+            inverseHalfPass<precision + between + 3>(r);
+        } else {
+            inversePass<precision - between>(r);
+            transpose(r);
+            inversePass<precision + between + 3>(r);
+        }
         transpose(r);
         const Words centre = V::splat(128);
         for (std::size_t i = 0; i < 8; i += 2) {

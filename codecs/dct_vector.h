@@ -76,6 +76,19 @@ struct DctPortable {
     static void storeBytes(std::uint8_t* to, const Bytes& a) {
         std::memcpy(to, a.data(), sizeof a);
     }
+    /// The other way: four of four bytes as four of three. Writes 16 bytes, of which the last four
+    /// are of no account.
+    static void storePixels(std::uint8_t* to, const Words& a) {
+        const Bytes four = std::bit_cast<Bytes>(a);
+        Bytes out{};
+        for (std::size_t i = 0; i < 12; ++i) {
+            out[i] = four[i / 3 * 4 + i % 3];
+        }
+        storeBytes(to, out);
+    }
+    static void storeWords(std::uint8_t* to, const Words& a) {
+        std::memcpy(to, a.data(), sizeof a);
+    }
     static Words splat(std::int16_t value) {
         Words out{};
         out.fill(value);
@@ -101,6 +114,10 @@ struct DctPortable {
             return static_cast<std::int32_t>((bits(x) & 0xFFFFU) * (bits(y) & 0xFFFFU) >> 16);
         });
     }
+    /// The same of signed numbers.
+    static Words multiplyHighSigned(const Words& a, const Words& b) {
+        return each(a, b, [](int x, int y) { return x * y >> 16; });
+    }
     static Words exclusiveOr(const Words& a, const Words& b) {
         return each(a, b, [](int x, int y) { return x ^ y; });
     }
@@ -111,6 +128,10 @@ struct DctPortable {
     template <int count>
     static Words shiftRight(const Words& a) {
         return each(a, a, [](int x, int) { return x >> count; });
+    }
+    template <int count>
+    static Words shiftRightUnsigned(const Words& a) {
+        return each(a, a, [](int x, int) { return (x & 0xFFFF) >> count; });
     }
     static Words interleaveLow(const Words& a, const Words& b) {
         return {a[0], b[0], a[1], b[1], a[2], b[2], a[3], b[3]};
@@ -236,6 +257,16 @@ struct DctSse2 {
         return _mm_set_epi32(pixel(3), pixel(2), pixel(1), pixel(0));
     }
     static void storeBytes(std::uint8_t* to, Bytes a) { std::memcpy(to, &a, sizeof a); }
+    static void storePixels(std::uint8_t* to, Words a) {
+        // Within each half the second pixel moves down by one byte, then the upper half by two.
+        const __m128i firsts = _mm_and_si128(a, _mm_set1_epi64x(0xFFFFFF));
+        const __m128i seconds =
+            _mm_and_si128(_mm_srli_epi64(a, 8), _mm_set1_epi64x(0xFFFFFF000000));
+        const __m128i halves = _mm_or_si128(firsts, seconds);
+        storeBytes(
+            to, _mm_or_si128(_mm_move_epi64(halves), _mm_slli_si128(_mm_srli_si128(halves, 8), 6)));
+    }
+    static void storeWords(std::uint8_t* to, Words a) { std::memcpy(to, &a, sizeof a); }
     static Words splat(std::int16_t value) { return _mm_set1_epi16(value); }
     static Words splatPair(std::int16_t first, std::int16_t second) {
         return _mm_set_epi16(second, first, second, first, second, first, second, first);
@@ -246,6 +277,7 @@ struct DctSse2 {
     static Words subtract(Words a, Words b) { return _mm_sub_epi16(a, b); }
     static Words multiplyLow(Words a, Words b) { return _mm_mullo_epi16(a, b); }
     static Words multiplyHigh(Words a, Words b) { return _mm_mulhi_epu16(a, b); }
+    static Words multiplyHighSigned(Words a, Words b) { return _mm_mulhi_epi16(a, b); }
     static Words exclusiveOr(Words a, Words b) { return _mm_xor_si128(a, b); }
     template <int count>
     static Words shiftLeft(Words a) {
@@ -254,6 +286,10 @@ struct DctSse2 {
     template <int count>
     static Words shiftRight(Words a) {
         return _mm_srai_epi16(a, count);
+    }
+    template <int count>
+    static Words shiftRightUnsigned(Words a) {
+        return _mm_srli_epi16(a, count);
     }
     static Words interleaveLow(Words a, Words b) { return _mm_unpacklo_epi16(a, b); }
     static Words interleaveHigh(Words a, Words b) { return _mm_unpackhi_epi16(a, b); }

@@ -111,9 +111,9 @@ TEST_F(DctProgressive, ScansThatNoImageHas) {
 TEST_F(DctProgressive, MemoryIsThatOfTheZone) {
     JpegParts parts{test::jpeg::quantiser(), test::jpeg::frame(0xC2, 2048, 2048),
                     test::jpeg::dcTable(), test::jpeg::acTable()};
-    parts.push_back(scan(0, 0, 0, 0, std::string(2 * 256 * 256, '0')));
+    parts.push_back(scan(0, 0, 0, 0, std::string(std::size_t{2} * 256 * 256, '0')));
     const auto data = test::jpegOf(parts);
-    constexpr std::int64_t image = 256 * 256 * 128;
+    constexpr std::int64_t image = std::int64_t{256} * 256 * 128;
     const auto code = [&](std::int64_t room) {
         ZoneCharge others;
         others.resize((std::int64_t{256} << 20) - room);

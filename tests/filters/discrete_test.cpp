@@ -27,6 +27,9 @@ struct Keeper : Filter {
     std::vector<std::byte> data{};
 };
 
+/// Of pictures 64 pixels wide, in three components.
+constexpr std::size_t rowBytes = 192;
+
 class Discrete : public ZoneTest {
 protected:
     /// Through the filter, `piece` bytes at a time.
@@ -77,8 +80,8 @@ TEST_F(Discrete, LeavesTheFilterBelowBehindTheImage) {
     auto data = written(test::photograph(64, 64, 3), 1000);
     const auto end = static_cast<std::int32_t>(data.size());
     data.insert(data.end(), 300, std::byte{'x'});
-    for (const std::size_t count : {std::size_t{0}, std::size_t{1}, std::size_t{64 * 3 * 20},
-                                    std::size_t{64 * 64 * 3}, std::size_t{20000}}) {
+    for (const std::size_t count :
+         {std::size_t{0}, std::size_t{1}, 20 * rowBytes, 64 * rowBytes, std::size_t{20000}}) {
         Chain chain;
         chain.link(std::make_unique<test::MemoryFilter>(data));
         Filter* const below = chain.top();
@@ -132,11 +135,11 @@ TEST_F(Discrete, AfterAFailureNothingMoreIsRead) {
     Chain chain;
     chain.link(std::make_unique<test::MemoryFilter>(cut));
     chain.link(setupDiscrete(0, 0, 0));
-    std::vector<std::byte> rows(64 * 64 * 3);
+    std::vector<std::byte> rows(64 * rowBytes);
     EXPECT_EQ(raisedBy([&] { readFilter(*chain.top(), rows); }), Exception::codec);
     EXPECT_EQ(readFilter(*chain.top(), rows), 0U);
     seekFilter(*chain.top(), 0);
-    EXPECT_EQ(readFilter(*chain.top(), std::span(rows).first(64 * 3 * 8)), 64U * 3 * 8);
+    EXPECT_EQ(readFilter(*chain.top(), std::span(rows).first(8 * rowBytes)), 8 * rowBytes);
     EXPECT_EQ(raisedBy([&] { readFilter(*chain.top(), rows); }), Exception::codec);
     chain.unlink();
 }
