@@ -1,5 +1,6 @@
 #include "app/svg/read/paint_style.h"
 
+#include "app/artwork/affine.h"
 #include "app/artwork/arithmetic.h"
 #include "app/svg/read/fixed_number.h"
 #include "app/svg/read/number.h"
@@ -111,21 +112,21 @@ std::vector<double> hiddenDashes(std::string_view text) {
 
 void setStroke(PathStyle& path, const ComputedStyle& style, const Attributes& attributes,
                const Affine& toArt, ReadingContext& context) {
-    const double scale = meanScale(toArt);
+    const double stretch = meanStretch(toArt);
     if (!(unevenness(toArt) <= tolerableUnevenness)) {
         context.tally.add("stroke under a skew");
     }
     path.stroke = style.strokeTwin.resolve(style.stroke.colour, context.document);
-    path.lineWidth = widthOf(style.strokeWidth * scale, attributes[Attribute::dataStrokeWidth]);
+    path.lineWidth = widthOf(style.strokeWidth * stretch, attributes[Attribute::dataStrokeWidth]);
     std::vector<double> dashes = parseDashes(style.dashes, {style.viewport, style.fontSize});
     for (double& dash : dashes) {
-        dash *= scale;
+        dash *= stretch;
     }
     if (dashes.empty()) {
         dashes = hiddenDashes(attributes[Attribute::dataStrokeDasharray]);
     }
     setDashes(path, dashes, context.tally);
-    path.dashPhase = saturate(wideFixed(style.dashOffset * scale));
+    path.dashPhase = saturate(wideFixed(style.dashOffset * stretch));
     path.cap = style.cap;
     path.join = style.join;
     path.miterLimit = saturate(wideFixed(style.miterLimit));
