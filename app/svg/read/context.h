@@ -22,7 +22,7 @@ struct ReadingContext {
     }
 
     Document& document;
-    const FileIndex& index;
+    FileIndex& index;
     StyleSheet& sheet;
     Tally& tally;
     const ReadingBudget& budget;
