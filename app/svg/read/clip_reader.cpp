@@ -11,6 +11,9 @@ namespace corvane {
 
 namespace {
 
+/// A long path costs as much as an element for every so many bytes of its data.
+constexpr std::ptrdiff_t bytesOfAnElement = 64;
+
 /// Twice the area within the anchors of a shape; its sign tells the direction.
 double signedArea(const Document& document, Art shape) {
     double area = 0;
@@ -156,6 +159,11 @@ Art ClipReader::clip(Art group, pugi::xml_node clip, const Affine& toArt, const 
                              : then({box.width(), 0, 0, box.height(), box.left, box.top}, toArt);
     }
     const std::vector<Part> all = parts(clip, matrix);
+    if (!known_.insert(clip.hash_value()).second) {
+        for (const Part& part : all) {
+            context_.expand(1 + std::ssize(part.attributes[Attribute::d]) / bytesOfAnElement);
+        }
+    }
     PathStyle style;
     style.clip = 1;
     Art shape = Art::null;

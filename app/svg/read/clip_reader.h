@@ -6,6 +6,7 @@
 #include "app/svg/read/shape_builder.h"
 
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 namespace corvane {
@@ -43,6 +44,7 @@ private:
 
     ReadingContext& context_;
     ShapeBuilder shape_;
+    std::unordered_set<std::size_t> known_; ///< clips that were read before
 };
 
 } // namespace corvane

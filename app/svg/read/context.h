@@ -7,12 +7,22 @@
 #include "app/svg/read/inherited_style.h"
 #include "app/svg/read/style_sheet.h"
 #include "app/svg/read/tally.h"
+#include "app/svg/reader.h"
 
 namespace corvane {
 
 struct ReadingContext {
+    /// Counts what is read once more because something refers to it. Throws `SvgError` past the
+    /// budget.
+    void expand(std::int64_t elements) {
+        expanded += elements;
+        if (expanded > budget.expandedElements) {
+            throw SvgError("elements that are used again and again make too many");
+        }
+    }
+
     Document& document;
-    const FileIndex& index;
+    FileIndex& index;
     StyleSheet& sheet;
     Tally& tally;
     const ReadingBudget& budget;

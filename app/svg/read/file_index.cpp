@@ -47,16 +47,24 @@ FileIndex::FileIndex(pugi::xml_node root) : root_(root) {
     }
 }
 
+bool FileIndex::isShape(pugi::xml_node node) const {
+    const Element element = elementOf(node);
+    return element >= Element::path && element <= Element::polygon;
+}
+
+void FileIndex::addId(pugi::xml_node node) {
+    if (const char* const id = node.attribute("id").value(); *id != '\0') {
+        byId_.try_emplace(id, node);
+    }
+}
+
 void FileIndex::build(StyleSheet& sheet) {
     for (pugi::xml_node node = root_; node; node = following(node, root_)) {
-        for (pugi::xml_attribute attribute = node.first_attribute(); attribute;
-             attribute = attribute.next_attribute()) {
-            if (std::strcmp(attribute.name(), "id") == 0) {
-                byId_.try_emplace(attribute.value(), node);
-                break;
-            }
+        if (node.type() != pugi::node_element || isShape(node)) {
+            continue;
         }
-        if (node.type() == pugi::node_element && elementOf(node) == Element::style) {
+        addId(node);
+        if (elementOf(node) == Element::style) {
             for (const pugi::xml_node text : node.children()) {
                 sheet.add(text.value());
             }
@@ -64,8 +72,17 @@ void FileIndex::build(StyleSheet& sheet) {
     }
 }
 
-pugi::xml_node FileIndex::find(std::string_view id) const {
-    const auto found = byId_.find(id);
+pugi::xml_node FileIndex::find(std::string_view id) {
+    auto found = byId_.find(id);
+    if (found == byId_.end() && !shapesIndexed_) {
+        shapesIndexed_ = true;
+        for (pugi::xml_node node = root_; node; node = following(node, root_)) {
+            if (node.type() == pugi::node_element && isShape(node)) {
+                addId(node);
+            }
+        }
+        found = byId_.find(id);
+    }
     return found == byId_.end() ? pugi::xml_node() : found->second;
 }
 

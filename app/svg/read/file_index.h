@@ -33,8 +33,9 @@ public:
     /// Walks the file, once: ids, and the text of style sheets into `sheet`.
     void build(StyleSheet& sheet);
 
-    /// The element of an id, or null.
-    pugi::xml_node find(std::string_view id) const;
+    /// The element of an id, or null. Shapes, which are most of a file and seldom named, are
+    /// indexed with the first id that is no other element's.
+    pugi::xml_node find(std::string_view id);
 
     /// What an element is: its name without the file's SVG prefix. `foreign` for names of other
     /// namespaces, which are none of SVG's business.
@@ -47,7 +48,11 @@ public:
     std::string_view localName(pugi::xml_node node) const;
 
 private:
+    void addId(pugi::xml_node node);
+    bool isShape(pugi::xml_node node) const;
+
     pugi::xml_node root_;
+    bool shapesIndexed_ = false;
     std::string prefix_; ///< with its colon, or empty
     std::unordered_map<std::string_view, pugi::xml_node> byId_;
 };

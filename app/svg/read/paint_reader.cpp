@@ -64,7 +64,9 @@ PaintSource PaintReader::gradient(pugi::xml_node server, const PaintUse& use, bo
     const std::vector<Attributes> inherited = inheritedAttributes(server, context_, elements);
     fitsBox = firstOf(inherited, Attribute::gradientUnits) != "userSpaceOnUse";
     const auto [stops, isNew] = stops_.try_emplace(server.hash_value());
-    if (isNew) {
+    if (!isNew) {
+        context_.expand(1 + std::ssize(stops->second));
+    } else {
         stops->second = readStops(elements, context_);
     }
     auto gradient = readGradient(server, inherited, use, context_);

@@ -14,6 +14,9 @@ namespace corvane {
 
 namespace {
 
+/// A pattern costs about as much as so many elements.
+constexpr std::int64_t patternCost = 10;
+
 /// What a page does to a point of the art; undone by itself with the signs of both shifts.
 struct PageTurn {
     explicit PageTurn(const Rect& bounds)
@@ -180,6 +183,7 @@ PaintSource readPattern(pugi::xml_node server, const PaintUse& use, ReadingConte
         context.tally.add("circular reference");
         return PaintSource::null;
     }
+    context.expand(patternCost);
     const ActivePattern active(context.activePatterns, server);
     std::vector<pugi::xml_node> elements;
     const std::vector<Attributes> inherited = inheritedAttributes(server, context, elements);

@@ -91,7 +91,16 @@ void StyleSheet::addRule(std::string_view selectors, std::string_view block) {
     std::vector<Declaration>& declarations = blocks_.emplace_back();
     forEachDeclaration(block, [&](std::string_view name, std::string_view value, bool important) {
         const Attribute property = attributeByName(name);
-        if (isProperty(property)) {
+        if (!isProperty(property)) {
+            return;
+        }
+        // Of equal ones the last counts: a block stays as short as the list of properties.
+        const auto same = std::ranges::find_if(declarations, [&](const Declaration& known) {
+            return known.property == property && known.important == important;
+        });
+        if (same != declarations.end()) {
+            same->value = value;
+        } else {
             declarations.push_back({property, value, important});
         }
     });

@@ -62,8 +62,8 @@ void TreeReader::readFrames() {
 
 void TreeReader::visit(pugi::xml_node node) {
     current_ = node;
-    if ((inTile_ || !targets_.empty()) && ++context_.expanded > context_.budget.expandedElements) {
-        throw SvgError("elements that are used again and again make too many");
+    if (inTile_ || !targets_.empty()) {
+        context_.expand(1);
     }
     bool foreign = false;
     const Element element = context_.index.elementOf(node, foreign);
