@@ -179,7 +179,7 @@ const StyleSheet::RuleNumbers& StyleSheet::match(std::string_view type, const At
             return std::pair(rules_[left].selector.specificity(), left) <
                    std::pair(rules_[right].selector.specificity(), right);
         });
-        numbers.erase(std::ranges::unique(numbers).begin(), numbers.end());
+        numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
     };
     const std::string_view classes = element[Attribute::class_];
     std::string key(type);
