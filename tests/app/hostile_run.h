@@ -13,7 +13,7 @@
 
 namespace corvane::test {
 
-/// The command under the limits of every test on bad input: 20 seconds and 1 GiB of addresses, of
+/// The command under the limits of every test on bad input: 2 minutes and 1 GiB of addresses, of
 /// which zone and artwork may take a quarter each.
 inline Process hostileProcess(const TemporaryFolder& folder, std::vector<std::string> words) {
     constexpr std::uint64_t gibibyte = std::uint64_t{1} << 30;

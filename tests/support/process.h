@@ -15,7 +15,7 @@ struct Process {
     std::vector<std::pair<std::string, std::string>> environment; ///< added to that of the test
     std::filesystem::path folder;                                 ///< empty: that of the test
     std::string input;                                            ///< for standard input
-    std::chrono::milliseconds timeout = std::chrono::seconds(20); ///< then it is killed
+    std::chrono::milliseconds timeout = std::chrono::minutes(2);  ///< then it is killed
     std::optional<std::uint64_t> addressSpace;                    ///< bytes; useless under ASan
     std::optional<std::uint64_t> fileSize;                        ///< bytes of each file written
     bool obeysPermissions = false;    ///< root, too, is bound by the permissions of files
