@@ -1,5 +1,6 @@
 #include "app/svg/writer.h"
 
+#include "app/svg/layer_attributes.h"
 #include "app/svg/markup.h"
 #include "app/svg/paint_servers.h"
 #include "app/svg/path_data.h"
@@ -73,7 +74,6 @@ public:
 private:
     void writeLayer(Layer layer);
     void writeLevels();
-    void writeLayerAttributes(const LayerProperties&);
     void enterGroup(Art, const LayerProperties*);
     void leaveGroup();
     void writeShape(Art);
@@ -150,29 +150,6 @@ void SvgWriter::writeLevels() {
     }
 }
 
-void SvgWriter::writeLayerAttributes(const LayerProperties& layer) {
-    writeId("layer", ++numbers_.layers);
-    writePlainAttribute(out_, "inkscape:groupmode", "layer");
-    if (!layer.title.empty()) {
-        writeAttribute(out_, "inkscape:label", layer.title);
-    }
-    if (!layer.visible) {
-        writePlainAttribute(out_, "display", "none");
-    }
-    if (!layer.preview) {
-        writePlainAttribute(out_, "data-preview", "false");
-    }
-    if (layer.locked) {
-        writePlainAttribute(out_, "data-locked", "true");
-    }
-    if (!layer.printing) {
-        writePlainAttribute(out_, "data-printing", "false");
-    }
-    if (layer.dimmed) {
-        writePlainAttribute(out_, "data-dimmed", "true");
-    }
-}
-
 void SvgWriter::enterGroup(Art group, const LayerProperties* layer) {
     const GroupSurvey& survey = survey_[group_++];
     Level level;
@@ -206,7 +183,8 @@ void SvgWriter::enterGroup(Art group, const LayerProperties* layer) {
     writeIndent(out_, level.depth);
     out_.text("<g");
     if (layer != nullptr) {
-        writeLayerAttributes(*layer);
+        writeId("layer", ++numbers_.layers);
+        writeLayerAttributes(out_, *layer);
     } else {
         writeId("g", ++numbers_.groups);
     }
