@@ -1,6 +1,7 @@
 #include "app/cli/commands.h"
 
 #include "app/artwork/document.h"
+#include "app/artwork/path_walk.h"
 #include "app/cli/artwork_file.h"
 #include "app/cli/messages.h"
 #include "app/cli/save_place.h"
@@ -31,9 +32,24 @@ void adopt(const SvgReading& reading, Document& document, Arguments& arguments) 
     }
 }
 
+/// Strokes painted with a gradient or pattern, which pages get in gray.
+std::int32_t grayedStrokes(const Document& document) {
+    std::int32_t count = 0;
+    for (Layer layer = document.firstLayer(); layer != Layer::null;
+         layer = document.nextLayer(layer)) {
+        forEachPath(document, document.layerArt(layer), [&](Art path) {
+            const PathStyle style = document.style(path);
+            const bool grayed = style.stroke.kind == ColourKind::gradient ||
+                                style.stroke.kind == ColourKind::pattern;
+            count += style.strokePaint != 0 && grayed ? 1 : 0;
+        });
+    }
+    return count;
+}
+
 /// A warning for each kind of thing that the page will not have; refused where the person did not
 /// say that it may be so.
-void weighLosses(const Arguments& arguments, Report& report) {
+void weighLosses(const Arguments& arguments, const Document& document, Report& report) {
     std::string names;
     const auto lose = [&](std::int32_t code, std::string_view kind, const std::string& how) {
         const std::string loss = std::string(kind) + ": " + how;
@@ -46,6 +62,10 @@ void weighLosses(const Arguments& arguments, Report& report) {
     }
     for (const auto& [kind, count] : report.ignored) {
         lose(code::notUnderstood, kind, counted(count, "element") + " ignored");
+    }
+    if (const std::int32_t grayed = grayedStrokes(document); grayed != 0) {
+        lose(code::notUnderstood, "gradients and patterns of strokes",
+             counted(grayed, "element") + " drawn in gray");
     }
     if (!arguments.force && !names.empty()) {
         report.warnings.clear();
@@ -106,7 +126,7 @@ void runSave(Arguments& arguments, Report& report) {
     report.source = reading.provenance;
     report.ignored = reading.ignored;
     adopt(reading, document, arguments);
-    weighLosses(arguments, report);
+    weighLosses(arguments, document, report);
 
     SavePlace place(arguments);
     if (place.isNew()) {

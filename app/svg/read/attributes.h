@@ -4,6 +4,7 @@
 #include "app/svg/read/attribute_names.h"
 
 #include <bitset>
+#include <cstdint>
 #include <pugixml.hpp>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,8 @@ public:
     bool has(Attribute name) const { return present_[static_cast<std::size_t>(name)]; }
     /// Empty where there is none.
     std::string_view operator[](Attribute name) const;
+    /// What reading them takes: 1 for as much text as an element has at most in practice.
+    std::int64_t cost() const { return cost_; }
     bool isTrue(Attribute name) const { return (*this)[name] == "true"; }
 
     struct Entry {
@@ -32,6 +35,7 @@ public:
 private:
     std::bitset<attributeCount> present_;
     std::vector<Entry> entries_;
+    std::int64_t cost_ = 0;
 };
 
 } // namespace corvane

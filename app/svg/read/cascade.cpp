@@ -14,6 +14,11 @@ Declared cascade(pugi::xml_node element, const Attributes& attributes, ReadingCo
         }
     }
     const std::string_view style = attributes[Attribute::style];
+    if (style.find('&') != std::string_view::npos) {
+        context.tally.add("entity");
+    }
+    // Pages of the web are full of roots with a size in the style, which means nothing on paper.
+    const bool ownSize = context.index.elementOf(element) != Element::svg;
     const auto declareStyle = [&](bool important) {
         bool met = false;
         forEachDeclaration(style, [&](std::string_view name, std::string_view value, bool marked) {
@@ -21,6 +26,8 @@ Declared cascade(pugi::xml_node element, const Attributes& attributes, ReadingCo
             met = met || marked;
             if (isProperty(property) && marked == important) {
                 declared.set(property, value);
+            } else if (isGeometry(property) && !important && ownSize && value != "none") {
+                context.tally.add("geometry in a style");
             }
         });
         return met;

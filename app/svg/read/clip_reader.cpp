@@ -1,4 +1,5 @@
 #include "app/svg/read/clip_reader.h"
+#include "app/artwork/path_walk.h"
 
 #include "app/svg/read/basic_shapes.h"
 #include "app/svg/read/cascade.h"
@@ -11,10 +12,17 @@ namespace corvane {
 
 namespace {
 
-/// A long path costs as much as an element for every so many bytes of its data.
-constexpr std::ptrdiff_t bytesOfAnElement = 64;
+double cross(Point left, Point right) {
+    return static_cast<double>(left.x) * right.y - static_cast<double>(right.x) * left.y;
+}
 
-/// Twice the area within the anchors of a shape; its sign tells the direction.
+/// Twenty times the area between a curve and the origin.
+double areaBeside(Point start, Point out, Point in, Point end) {
+    return 6 * (cross(start, out) + cross(in, end)) + cross(start, end) +
+           3 * (cross(start, in) + cross(out, in) + cross(out, end));
+}
+
+/// Twenty times the area within a shape; its sign tells the direction.
 double signedArea(const Document& document, Art shape) {
     double area = 0;
     forEachPath(document, shape, [&](Art path) {
@@ -22,11 +30,10 @@ double signedArea(const Document& document, Art shape) {
         if (segments.empty()) {
             return;
         }
-        Point last = segments[segments.size() - 1].anchor;
+        Segment last = segments[segments.size() - 1];
         for (const Segment& segment : segments) {
-            area += static_cast<double>(last.x) * segment.anchor.y -
-                    static_cast<double>(segment.anchor.x) * last.y;
-            last = segment.anchor;
+            area += areaBeside(last.anchor, last.out, segment.in, segment.anchor);
+            last = segment;
         }
     });
     return area;
@@ -56,6 +63,7 @@ std::vector<pugi::xml_node> ClipReader::chain(std::string_view id) {
         }
         chain.push_back(clip);
         const Attributes attributes(clip);
+        context_.expand(attributes.cost());
         const Declared declared = cascade(clip, attributes, context_);
         id = localReference(declared[Attribute::clipPath]).value_or(std::string_view{});
     }
@@ -68,11 +76,11 @@ bool ClipReader::fitsBox(pugi::xml_node clip) {
 }
 
 bool ClipReader::readPart(pugi::xml_node node, const ComputedStyle& outer, Affine matrix,
-                          Part& into) {
+                          const Viewport& viewport, Part& into) {
     ComputedStyle style = outer;
     for (std::size_t depth = 0; depth <= 1; ++depth) {
         into.attributes.load(node);
-        style = styleOf(node, into.attributes, style, style.viewport, context_);
+        style = styleOf(node, into.attributes, style, viewport, context_);
         if (!style.displayed) {
             return false;
         }
@@ -80,13 +88,13 @@ bool ClipReader::readPart(pugi::xml_node node, const ComputedStyle& outer, Affin
             context_.tally.add("clip-path");
         }
         matrix = transformed(matrix, into.attributes, Attribute::transform, context_);
+        into.lengths = {viewport, style.fontSize};
         into.element = context_.index.elementOf(node);
         if (into.element != Element::use) {
             break;
         }
-        const LengthContext lengths{style.viewport, style.fontSize};
-        matrix = then({1, 0, 0, 1, lengthOf(into.attributes, Attribute::x, Axis::x, lengths),
-                       lengthOf(into.attributes, Attribute::y, Axis::y, lengths)},
+        matrix = then({1, 0, 0, 1, lengthOf(into.attributes, Attribute::x, Axis::x, into.lengths),
+                       lengthOf(into.attributes, Attribute::y, Axis::y, into.lengths)},
                       matrix);
         const std::string_view reference = into.attributes[Attribute::href];
         node = reference.starts_with('#') ? context_.index.find(reference.substr(1))
@@ -103,15 +111,22 @@ bool ClipReader::readPart(pugi::xml_node node, const ComputedStyle& outer, Affin
     return false;
 }
 
-std::vector<ClipReader::Part> ClipReader::parts(pugi::xml_node clip, const Affine& toArt) {
+std::vector<ClipReader::Part> ClipReader::parts(pugi::xml_node clip, const Affine& toArt,
+                                                const Viewport& viewport) {
     const Attributes attributes(clip);
-    const ComputedStyle style =
-        styleOf(clip, attributes, context_.inherited.within(clip.parent(), context_), {}, context_);
+    const ComputedStyle style = styleOf(
+        clip, attributes, context_.inherited.within(clip.parent(), context_), viewport, context_);
     const Affine matrix = transformed(toArt, attributes, Attribute::transform, context_);
     std::vector<Part> found;
+    const bool again = !known_.insert(clip.hash_value()).second;
     for (const pugi::xml_node node : clip.children()) {
         Part part;
-        if (node.type() == pugi::node_element && readPart(node, style, matrix, part)) {
+        const bool read =
+            node.type() == pugi::node_element && readPart(node, style, matrix, viewport, part);
+        if (again) {
+            context_.expand(1 + part.attributes.cost());
+        }
+        if (read) {
             found.push_back(std::move(part));
         }
     }
@@ -120,8 +135,7 @@ std::vector<ClipReader::Part> ClipReader::parts(pugi::xml_node clip, const Affin
 
 Art ClipReader::draw(const Part& part, Art group) {
     shape_.begin({Placement::inside, group}, part.matrix, context_.ours, false);
-    drawShape(part.element, part.attributes, {part.style.viewport, part.style.fontSize}, shape_,
-              context_.tally);
+    drawShape(part.element, part.attributes, part.lengths, shape_, context_.tally);
     return shape_.finish(part.attributes.isTrue(Attribute::dataCompound));
 }
 
@@ -151,19 +165,15 @@ Art ClipReader::unite(Art shape, Art more) {
     return shape;
 }
 
-Art ClipReader::clip(Art group, pugi::xml_node clip, const Affine& toArt, const UserBox& box) {
+Art ClipReader::clip(Art group, pugi::xml_node clip, const Affine& toArt, const Viewport& viewport,
+                     const UserBox& box) {
     Document& document = context_.document;
     Affine matrix = toArt;
     if (fitsBox(clip)) {
         matrix = box.empty() ? Affine{0, 0, 0, 0, 0, 0}
                              : then({box.width(), 0, 0, box.height(), box.left, box.top}, toArt);
     }
-    const std::vector<Part> all = parts(clip, matrix);
-    if (!known_.insert(clip.hash_value()).second) {
-        for (const Part& part : all) {
-            context_.expand(1 + std::ssize(part.attributes[Attribute::d]) / bytesOfAnElement);
-        }
-    }
+    const std::vector<Part> all = parts(clip, matrix, fitsBox(clip) ? Viewport{1, 1} : viewport);
     PathStyle style;
     style.clip = 1;
     Art shape = Art::null;

@@ -24,20 +24,23 @@ public:
     static bool fitsBox(pugi::xml_node clip);
 
     /// Makes the path or compound path of one `clipPath` as the frontmost child of `group`, and has
-    /// it clip the group. `toArt` is the user space of what is clipped, `box` around that, where
-    /// `fitsBox`.
-    Art clip(Art group, pugi::xml_node clip, const Affine& toArt, const UserBox& box = {});
+    /// it clip the group. `toArt` and `viewport` are the user space of what is clipped, `box`
+    /// around that, where `fitsBox`.
+    Art clip(Art group, pugi::xml_node clip, const Affine& toArt, const Viewport& viewport,
+             const UserBox& box = {});
 
 private:
     struct Part {
         Element element = Element::unknown;
         Attributes attributes;
         ComputedStyle style;
+        LengthContext lengths;
         Affine matrix;
     };
 
-    std::vector<Part> parts(pugi::xml_node clip, const Affine& toArt);
-    bool readPart(pugi::xml_node node, const ComputedStyle& outer, Affine matrix, Part& into);
+    std::vector<Part> parts(pugi::xml_node clip, const Affine& toArt, const Viewport& viewport);
+    bool readPart(pugi::xml_node node, const ComputedStyle& outer, Affine matrix,
+                  const Viewport& viewport, Part& into);
     Art draw(const Part& part, Art group);
     void orient(Art shape);
     Art unite(Art shape, Art more);

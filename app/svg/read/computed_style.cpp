@@ -70,9 +70,9 @@ PaintValue StyleReader::parsePaint(std::string_view text, const PaintValue& oute
     if (text == "none") {
         return paint;
     }
-    if (text == "currentColor" || text == "currentcolor") {
+    if (isCurrentColour(text)) {
         paint.kind = PaintValue::Kind::colour;
-        paint.colour = style_.colour;
+        paint.isCurrent = true;
         return paint;
     }
     if (text.starts_with("url(")) {
@@ -116,6 +116,9 @@ void StyleReader::readPaints() {
          [&](std::string_view text) { style_.fill = parsePaint(text, style_.fill); });
     with(Attribute::stroke,
          [&](std::string_view text) { style_.stroke = parsePaint(text, style_.stroke); });
+    for (PaintValue* const paint : {&style_.fill, &style_.stroke}) {
+        paint->colour = paint->isCurrent ? style_.colour : paint->colour;
+    }
 }
 
 void StyleReader::readDashes() {

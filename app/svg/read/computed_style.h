@@ -19,6 +19,7 @@ namespace corvane {
 struct PaintValue {
     enum class Kind : std::uint8_t { none, colour, server };
     Kind kind = Kind::none;
+    bool isCurrent = false;  ///< `colour` is what `color` says, where it is inherited too
     bool fallsBack = false;  ///< a server that is not there: `colour` instead, otherwise none
     ScreenColour colour;     ///< the colour, or what is seen instead of the server
     double alpha = 1;        ///< of the colour
@@ -29,7 +30,7 @@ struct PaintValue {
 /// what is inherited.
 struct ComputedStyle {
     // Inherited.
-    PaintValue fill{PaintValue::Kind::colour, false, {}, 1, {}};
+    PaintValue fill{PaintValue::Kind::colour, false, false, {}, 1, {}};
     PaintValue stroke;
     PaintTwin fillTwin;
     PaintTwin strokeTwin;

@@ -18,4 +18,9 @@ struct CssColour {
 /// What follows the colour (an "icc-color") is left alone. None where the text is no colour.
 std::optional<CssColour> parseColour(std::string_view text);
 
+/// "currentColor", which stands for the value of `color`.
+inline bool isCurrentColour(std::string_view text) {
+    return text == "currentColor" || text == "currentcolor";
+}
+
 } // namespace corvane

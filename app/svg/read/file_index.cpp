@@ -10,6 +10,11 @@ namespace {
 /// Lines behind these are not counted: the index is to stay small beside the text.
 constexpr std::size_t mostLines = std::size_t{1} << 24;
 
+constexpr std::string_view svgNamespace = "http://www.w3.org/2000/svg";
+
+/// Names for that which a file may have.
+constexpr std::size_t mostPrefixes = 4;
+
 /// All nodes below `top`, each before those within it.
 pugi::xml_node following(pugi::xml_node node, pugi::xml_node top) {
     if (node.first_child()) {
@@ -40,10 +45,18 @@ std::size_t LineIndex::lineOf(std::ptrdiff_t offset) const {
 }
 
 FileIndex::FileIndex(pugi::xml_node root) : root_(root) {
+    constexpr std::string_view declaration = "xmlns:";
     const std::string_view name = root.name();
     const std::size_t colon = name.find(':');
     if (colon != std::string_view::npos) {
-        prefix_ = name.substr(0, colon + 1);
+        prefixes_.emplace_back(name.substr(0, colon + 1));
+    }
+    for (const pugi::xml_attribute attribute : root.attributes()) {
+        const std::string_view prefix = attribute.name();
+        if (prefixes_.size() < mostPrefixes && prefix.starts_with(declaration) &&
+            attribute.value() == svgNamespace) {
+            prefixes_.push_back(std::string(prefix.substr(declaration.size())) + ':');
+        }
     }
 }
 
@@ -88,8 +101,11 @@ pugi::xml_node FileIndex::find(std::string_view id) {
 
 std::string_view FileIndex::localName(pugi::xml_node node) const {
     std::string_view name = node.name();
-    if (!prefix_.empty() && name.starts_with(prefix_)) {
-        name.remove_prefix(prefix_.size());
+    for (const std::string& prefix : prefixes_) {
+        if (name.starts_with(prefix)) {
+            name.remove_prefix(prefix.size());
+            break;
+        }
     }
     return name;
 }

@@ -37,8 +37,8 @@ public:
     /// indexed with the first id that is no other element's.
     pugi::xml_node find(std::string_view id);
 
-    /// What an element is: its name without the file's SVG prefix. `foreign` for names of other
-    /// namespaces, which are none of SVG's business.
+    /// What an element is: its name without a prefix that the root declares as SVG's. `foreign` for
+    /// names of other namespaces, which are none of SVG's business.
     Element elementOf(pugi::xml_node node, bool& foreign) const;
     Element elementOf(pugi::xml_node node) const {
         bool foreign = false;
@@ -53,7 +53,7 @@ private:
 
     pugi::xml_node root_;
     bool shapesIndexed_ = false;
-    std::string prefix_; ///< with its colon, or empty
+    std::vector<std::string> prefixes_; ///< of SVG, with their colons
     std::unordered_map<std::string_view, pugi::xml_node> byId_;
 };
 

@@ -59,7 +59,16 @@ GradientStop readStop(pugi::xml_node element, ReadingContext& context) {
     const Declared declared = cascade(element, attributes, context);
     GradientStop stop;
     stop.offset = parseOpacity(attributes[Attribute::offset]).value_or(0);
-    const auto colour = parseColour(declared[Attribute::stopColor]);
+    const std::string_view said = trimmed(declared[Attribute::stopColor]);
+    auto colour = parseColour(said);
+    if (isCurrentColour(said)) {
+        Tally counted; // by what these stand in
+        const ComputedStyle outer = context.inherited.within(element.parent(), context);
+        colour =
+            CssColour{computeStyle(outer, declared, attributes, outer.viewport, counted).colour, 1};
+    } else if (!colour && !said.empty()) {
+        context.tally.add("colour");
+    }
     const double opacity = parseOpacity(declared[Attribute::stopOpacity]).value_or(1);
     if (opacity * (colour ? colour->alpha : 1) < 1) {
         context.tally.add("opacity");
@@ -86,7 +95,9 @@ std::vector<Attributes> inheritedAttributes(pugi::xml_node server, ReadingContex
             break;
         }
         elements.push_back(server);
-        const std::string_view next = inherited.emplace_back(server)[Attribute::href];
+        const Attributes& attributes = inherited.emplace_back(server);
+        context.expand(attributes.cost());
+        const std::string_view next = attributes[Attribute::href];
         if (!next.empty() && !next.starts_with('#')) {
             context.tally.add("external reference");
         }
@@ -116,6 +127,9 @@ std::vector<GradientStop> readStops(const std::vector<pugi::xml_node>& elements,
     std::vector<GradientStop> stops;
     for (const pugi::xml_node element : elements) {
         for (const pugi::xml_node child : element.children()) {
+            if (!context.activePatterns.empty()) {
+                context.expand(1);
+            }
             if (context.index.elementOf(child) == Element::stop) {
                 GradientStop stop = readStop(child, context);
                 stop.offset = std::max(stop.offset, stops.empty() ? 0 : stops.back().offset);

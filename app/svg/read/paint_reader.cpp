@@ -37,7 +37,9 @@ void PaintReader::paint(std::uint8_t& painted, Colour& colour, const PaintValue&
     }
     const PaintSource source = resolve(server, element, use);
     if (source == PaintSource::null) {
-        painted = value.fallsBack ? 1 : 0;
+        // What cannot fit a box without area is as if it were not there; without stops it is no
+        // paint.
+        painted = value.fallsBack && !boxMatrix(use.box) ? 1 : 0;
         return;
     }
     colour = {};

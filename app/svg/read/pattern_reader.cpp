@@ -154,8 +154,10 @@ PaintSource PatternReader::read(const std::vector<pugi::xml_node>& elements) {
     if (!content) {
         return PaintSource::null;
     }
-    const auto found = std::ranges::find_if(
-        elements, [](pugi::xml_node element) { return static_cast<bool>(element.first_child()); });
+    const auto found = std::ranges::find_if(elements, [](pugi::xml_node element) {
+        return static_cast<bool>(element.find_child(
+            [](pugi::xml_node child) { return child.type() == pugi::node_element; }));
+    });
     const pugi::xml_node holder = found == elements.end() ? elements.front() : *found;
     const PageTurn page(context_.document.page().bounds());
     Pattern pattern;

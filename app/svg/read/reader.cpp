@@ -45,7 +45,8 @@ void countExternalEntities(const pugi::xml_document& xml, Tally& tally) {
         for (std::size_t at = declarations.find(start); at != std::string_view::npos;
              at = declarations.find(start)) {
             declarations.remove_prefix(at + start.size());
-            const std::string_view entity = declarations.substr(0, declarations.find('>'));
+            const std::string_view entity =
+                declarations.substr(0, declarations.find_first_of("<>"));
             if (entity.find("SYSTEM") != std::string_view::npos ||
                 entity.find("PUBLIC") != std::string_view::npos) {
                 tally.add("external reference");

@@ -74,17 +74,4 @@ private:
     std::vector<Segment> pending_;
 };
 
-/// Calls `use(Art path)` for each path of a shape.
-template <class Use>
-void forEachPath(const Document& document, Art shape, Use use) {
-    if (document.kind(shape) != ArtKind::compound) {
-        use(shape);
-        return;
-    }
-    for (Art path = document.firstChild(shape); path != Art::null;
-         path = document.nextSibling(path)) {
-        use(path);
-    }
-}
-
 } // namespace corvane

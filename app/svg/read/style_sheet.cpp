@@ -92,6 +92,10 @@ void StyleSheet::addRule(std::string_view selectors, std::string_view block) {
     forEachDeclaration(block, [&](std::string_view name, std::string_view value, bool important) {
         const Attribute property = attributeByName(name);
         if (!isProperty(property)) {
+            const bool size = property == Attribute::width || property == Attribute::height;
+            if (isGeometry(property) && !size && value != "none") {
+                tally_.add("geometry in a style");
+            }
             return;
         }
         // Of equal ones the last counts: a block stays as short as the list of properties.

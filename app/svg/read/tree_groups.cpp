@@ -1,4 +1,5 @@
 // Groups of the art, the clips that they have, and where new art goes.
+#include "app/artwork/path_walk.h"
 #include "app/svg/read/tree_reader.h"
 
 #include "app/svg/read/path_reader.h"
@@ -44,7 +45,7 @@ void TreeReader::openGroups(Frame& frame, Art outermost) {
             frame.boxed = true;
             continue;
         }
-        frame.clip = clips_.clip(frame.group, chain[i], frame.matrix);
+        frame.clip = clips_.clip(frame.group, chain[i], frame.matrix, frame.viewport);
         const Extent bounds = clipShape(document_, frame.clip).bounds;
         frame.visible = frame.visible.within(bounds);
         frame.clipBounds = frame.clipBounds.within(bounds);
@@ -71,7 +72,7 @@ void TreeReader::makeBoxClips(Frame& frame) {
     }
     const Affine turned{1, 0, 0, -1, 0, 0};
     for (const BoxClip& clip : frame.boxClips) {
-        clips_.clip(clip.group, clip.clip, turned, boxThrough(turned, frame.box));
+        clips_.clip(clip.group, clip.clip, turned, frame.viewport, boxThrough(turned, frame.box));
     }
 }
 
@@ -138,7 +139,7 @@ SharedClip TreeReader::makeShared(ArtPlace place, pugi::xml_node clip, const Aff
     shared.clip = clip;
     shared.matrix = matrix;
     shared.group = document_.make(ArtKind::group, place.placement, place.reference);
-    shared.art = clips_.clip(shared.group, clip, matrix);
+    shared.art = clips_.clip(shared.group, clip, matrix, frames_.back().viewport);
     const ClipShape shape = clipShape(document_, shared.art);
     shared.bounds = shape.bounds;
     shared.rectangle = shape.rectangle;
@@ -194,7 +195,7 @@ ArtPlace TreeReader::openBoxed(const std::vector<pugi::xml_node>& chain, const A
         if (ClipReader::fitsBox(clip)) {
             clips.push_back({group, clip});
         } else {
-            place = placeBehind(group, clips_.clip(group, clip, matrix));
+            place = placeBehind(group, clips_.clip(group, clip, matrix, frames_.back().viewport));
         }
     }
     return place;

@@ -54,17 +54,29 @@ void TreeReader::readFrames() {
             continue;
         }
         top.next = top.onlyNext ? pugi::xml_node() : node.next_sibling();
+        countAgain(1);
         if (node.type() == pugi::node_element) {
             visit(node);
+        } else if (std::string_view(node.value()).find('&') != std::string_view::npos) {
+            context_.tally.add("entity"); // perhaps art
         }
     }
 }
 
+/// Counts what is read for a `use` or a pattern, which may be read any number of times.
+void TreeReader::countAgain(std::int64_t elements) {
+    if (inTile_ || !targets_.empty()) {
+        context_.expand(elements);
+    }
+}
+
+void TreeReader::load(pugi::xml_node node) {
+    attributes_.load(node);
+    countAgain(attributes_.cost());
+}
+
 void TreeReader::visit(pugi::xml_node node) {
     current_ = node;
-    if (inTile_ || !targets_.empty()) {
-        context_.expand(1);
-    }
     bool foreign = false;
     const Element element = context_.index.elementOf(node, foreign);
     if (foreign) {
@@ -103,7 +115,7 @@ void TreeReader::visit(pugi::xml_node node) {
 
 /// A frame for the children of `node`, without a group of its own; `attributes_` are the node's.
 Frame TreeReader::frameOf(pugi::xml_node node) {
-    attributes_.load(node);
+    load(node);
     Frame& outer = frames_.back();
     closeShared(outer, 0);
     Frame frame;
@@ -225,6 +237,7 @@ void TreeReader::enterSwitch(pugi::xml_node node) {
             continue;
         }
         const Attributes attributes(chosen);
+        countAgain(1 + attributes.cost());
         const std::string_view language = attributes[Attribute::systemLanguage];
         if (!attributes.has(Attribute::requiredExtensions) &&
             (language.empty() || language.find("en") != std::string_view::npos)) {

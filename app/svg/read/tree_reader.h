@@ -31,6 +31,8 @@ public:
 
 private:
     // Elements.
+    void countAgain(std::int64_t elements);
+    void load(pugi::xml_node node);
     void readFrames();
     void visit(pugi::xml_node node);
     void enterGroup(pugi::xml_node node);

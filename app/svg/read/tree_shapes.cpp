@@ -1,4 +1,5 @@
 // Shapes of the art.
+#include "app/artwork/path_walk.h"
 #include "app/svg/read/tree_reader.h"
 
 #include "app/svg/read/basic_shapes.h"
@@ -17,6 +18,7 @@ namespace corvane {
 Note TreeReader::readWithin(pugi::xml_node shape) {
     Note note = Note::null;
     for (const pugi::xml_node child : shape.children()) {
+        countAgain(1);
         if (child.type() != pugi::node_element) {
             continue;
         }
@@ -37,7 +39,7 @@ Note TreeReader::readWithin(pugi::xml_node shape) {
 
 void TreeReader::readShape(pugi::xml_node node, Element element) {
     Frame& frame = frames_.back();
-    attributes_.load(node);
+    load(node);
     const ComputedStyle style = styleOf(node, attributes_, frame.style, frame.viewport, context_);
     const Note note = node.first_child() ? readWithin(node) : Note::null;
     if (!style.displayed || !style.visible) {
@@ -59,7 +61,7 @@ void TreeReader::readShape(pugi::xml_node node, Element element) {
     }
     const Art shape = shape_.finish(attributes_.isTrue(Attribute::dataCompound));
     for (const BoxClip& clip : boxClips) {
-        clips_.clip(clip.group, clip.clip, matrix, shape_.box());
+        clips_.clip(clip.group, clip.clip, matrix, frame.viewport, shape_.box());
     }
     stylePaths(shape, style, matrix, lengths, note);
     if (frame.boxed) {

@@ -72,6 +72,34 @@ TEST(ReadClips, SeveralPartsAreOneArea) {
     EXPECT_EQ(document.style(document.firstChild(clip)).rule, FillRule::nonzero);
 }
 
+/// The points of a curve may enclose no area where the curve does.
+TEST(ReadClips, PartsOfFewPointsUniteToo) {
+    const std::string box = "<path d='M50 0H150V100H50Z'/>";
+    const auto startOfLeaf = [&](const std::string& leaf) {
+        const ReadArt art(foreignSvg("<clipPath id='a'>" + leaf + box +
+                                     "</clipPath><g clip-path='url(#a)'>" + square + "</g>"));
+        const Document& document = art.document;
+        const Art group = document.firstChild(document.layerArt(document.firstLayer()));
+        Art part = document.firstChild(document.firstChild(group));
+        while (document.segments(part).size() != 2) {
+            part = document.nextSibling(part);
+        }
+        return document.segments(part)[0].anchor.x;
+    };
+    // One is the other upside down: of the two, one must be turned round.
+    EXPECT_NE(startOfLeaf("<path d='M0 0C0 200 100 200 100 0Z'/>"),
+              startOfLeaf("<path d='M0 200C0 0 100 0 100 200Z'/>"));
+}
+
+TEST(ReadClips, PercentagesAreOfTheViewportOfWhatIsClipped) {
+    EXPECT_EQ(redrawn("<clipPath id='a'><rect width='50%' height='25%'/></clipPath>"
+                      "<svg width='100' height='80' overflow='visible'>"
+                      "<g clip-path='url(#a)'>" +
+                      square + "</g></svg>"),
+              "<g>" + clipped("<clipPath><path d=\"M0 0H50V20H0Z\"/></clipPath>", drawnSquare) +
+                  "</g>");
+}
+
 TEST(ReadClips, ClipsOfClipsRulesAndFaults) {
     const ReadArt both(foreignSvg(
         "<clipPath id='a'><path d='M0 0L50 50H0Z'/></clipPath>"

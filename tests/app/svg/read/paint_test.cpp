@@ -120,6 +120,24 @@ TEST(ReadPaint, GradientsOfBoxesAndPages) {
     EXPECT_NE(none.svg().find("fill=\"none\""), std::string::npos);
 }
 
+TEST(ReadPaint, CurrentColourIsThatOfTheElementItself) {
+    EXPECT_EQ(redrawn("<g color='red' fill='currentColor'><path color='blue' d='M0 0H9V9Z'/></g>"),
+              "<g><path fill=\"#0000ff\" d=\"M0 0H9V9Z\"/></g>");
+    const ReadArt stop(
+        foreignSvg("<linearGradient id='g' color='red'><stop stop-color='currentColor'/>"
+                   "</linearGradient><rect width='9' height='9' fill='url(#g)'/>"));
+    const Gradient* gradient = gradientOf(stop.document, onlyShape(stop.document));
+    ASSERT_NE(gradient, nullptr);
+    EXPECT_EQ(gradient->stops[0].colour, plainColour({255, 0, 0}));
+}
+
+/// What is said instead of a gradient stands for one that is not there or fits no box.
+TEST(ReadPaint, GradientsWithoutStopsAreNoPaint) {
+    const std::string path = "<path fill='url(#g) red' d='M0 0H9V9Z'/>";
+    EXPECT_EQ(redrawn("<linearGradient id='g'/>" + path), "<path fill=\"none\" d=\"M0 0H9V9Z\"/>");
+    EXPECT_EQ(redrawn(path), "<path fill=\"#ff0000\" d=\"M0 0H9V9Z\"/>");
+}
+
 /// The tile's art counts from the cell's corner, unless a view box says otherwise.
 TEST(ReadPaint, PatternsPlaceTheirTiles) {
     struct Row {
@@ -152,6 +170,14 @@ TEST(ReadPaint, PatternsPlaceTheirTiles) {
                   std::pair(row.x, row.y))
             << row.pattern;
     }
+    // Blanks are no tile: the art is that of the pattern that is named.
+    const ReadArt blank(
+        foreignSvg("<pattern id='s' width='1' height='1'><path d='M0 0H9'/></pattern>"
+                   "<pattern id='p' href='#s'>\n </pattern>"
+                   "<rect width='9' height='9' fill='url(#p)'/>"));
+    const Colour& fill = blank.document.style(onlyShape(blank.document)).fill;
+    ASSERT_EQ(fill.kind, ColourKind::pattern);
+    EXPECT_NE(blank.document.firstChild(blank.document.pattern(fill.source).tile), Art::null);
     const ReadArt circle(foreignSvg("<pattern id='p' width='1' height='1'>"
                                     "<rect width='9' height='9' fill='url(#p)'/></pattern>"
                                     "<rect width='9' height='9' fill='url(#p)'/>"));

@@ -126,11 +126,52 @@ TEST(ReadStructure, WhatCannotBeHeldIsCounted) {
     EXPECT_EQ(art.reading.ignored, wanted);
 }
 
+TEST(ReadStructure, WhatIsNotUnderstoodInPlaceIsCounted) {
+    const ReadArt art("<!DOCTYPE svg [<!ENTITY red 'fill:red'><!ENTITY box '<rect/>'>]>" +
+                      foreignSvg("<rect width='1' height='1' style='&red;'/>&box;"
+                                 "<rect width='1' height='1' style='transform:rotate(9deg)'/>"
+                                 "<style>path{d:none} circle{r:5px}</style>",
+                                 "style='width:100%'"));
+    const std::map<std::string, std::int32_t> wanted{{"entity", 2}, {"geometry in a style", 2}};
+    EXPECT_EQ(art.reading.ignored, wanted);
+}
+
+/// What is nothing to be seen takes time too.
+TEST(ReadStructure, WhatIsReadAgainAndAgainIsLimited) {
+    const auto times = [](int count, const std::string& text) {
+        std::string all;
+        for (int i = 0; i < count; ++i) {
+            all += text;
+        }
+        return all;
+    };
+    const std::string uses = times(2'000, "<use href='#a'/>");
+    const std::string files[] = {
+        "<clipPath id='a'>" + times(2'000, "<rect display='none'/>") + "</clipPath>" +
+            times(2'000, "<g clip-path='url(#a)'/>"),
+        "<path id='a' d='M0 0" + times(400'000, " ") + "'/>" + uses,
+        "<path id='a' d='M0 0'>" + times(2'000, "<desc/>") + "</path>" + uses,
+        "<switch id='a'>" + times(2'000, "<g requiredExtensions='x'/>") + "</switch>" + uses,
+        "<g id='a'>" + times(1'000, "a<![CDATA[]]>") + "</g>" + uses,
+        "<linearGradient id='g' gradientUnits='userSpaceOnUse'>" +
+            times(2'000, "<stop offset='1'/>") +
+            "</linearGradient><pattern id='p' width='1' height='1'>"
+            "<rect width='9' height='9' fill='url(#g)'/></pattern>" +
+            times(2'000, "<rect width='9' height='9' fill='url(#p)'/>"),
+    };
+    for (const std::string& file : files) {
+        EXPECT_THROW(ReadArt(foreignSvg(file)), SvgError) << file.substr(0, 40);
+    }
+}
+
 TEST(ReadStructure, NotesAndPrefixes) {
     const ReadArt art("<s:svg xmlns:s='http://www.w3.org/2000/svg'><s:path d='M0 0H1'>"
                       "<s:desc>cut &lt; here </s:desc></s:path></s:svg>");
     const Art path = art.document.firstChild(art.document.layerArt(art.document.firstLayer()));
     EXPECT_EQ(art.document.note(art.document.style(path).note), "cut < here ");
+    const ReadArt both(
+        foreignSvg("<s:rect width='9' height='9'/>", "xmlns:s='http://www.w3.org/2000/svg'"));
+    EXPECT_EQ(both.drawn(), "<path d=\"M0 0H9V9H0Z\"/>");
 }
 
 TEST(ReadStructure, FaultsSayWhatAndWhere) {
