@@ -16,10 +16,6 @@ namespace {
 /// Bytes in which an end has its number and its mark.
 constexpr std::int32_t endReach = 64;
 
-/// Bytes behind the end of a revision in which an update of ours may begin: what readers accept
-/// behind "%%EOF".
-constexpr std::int32_t gapReach = 1024;
-
 /// Where a revision ends whose word "startxref" ends at `position`.
 std::int32_t behindEnd(DocumentCache& cache, std::int32_t position) {
     constexpr std::string_view mark = "%%EOF";
@@ -38,6 +34,15 @@ std::int32_t behindEnd(DocumentCache& cache, std::int32_t position) {
     return std::min(position + static_cast<std::int32_t>(at), cache.fileLength);
 }
 
+/// Where the first of the objects stands that the section in force names.
+std::int64_t firstObject(DocumentCache& cache) {
+    std::int64_t lowest = INT32_MAX;
+    for (Ref<ReferenceNode> node = firstReference(*cache.references); node; node = node->next) {
+        lowest = std::min<std::int64_t>(lowest, node->tag);
+    }
+    return lowest + cache.headerOffset;
+}
+
 } // namespace
 
 std::vector<Revision> revisions(DocumentCache& cache) {
@@ -49,9 +54,11 @@ std::vector<Revision> revisions(DocumentCache& cache) {
          ++offset) {
         const std::int32_t position = *offset + cache.headerOffset;
         std::int32_t end = 0;
+        std::int64_t first = 0;
         {
             const SectionScope section(cache, *offset);
             end = behindEnd(cache, section.facts().end);
+            first = firstObject(cache);
         }
         if (!found.empty() && position < found.back().end) {
             found.back().sections.push_back(*offset);
@@ -60,13 +67,14 @@ std::vector<Revision> revisions(DocumentCache& cache) {
         Revision revision{.sections = {*offset}};
         if (!found.empty()) {
             revision.start = found.back().end;
+            // Ours begins with an object right behind its line. A line alone is what is left of
+            // a save that was cut short, and may have somebody else's update behind it.
+            const auto start = updateBefore(cache, first);
             // A line feed before our line may look like the end of the line before it.
-            const auto place =
-                firstUpdate(cache, revision.start, std::min(position, revision.start + gapReach));
-            if (place) {
-                revision.start = place->start;
+            if (start && first <= position && *start >= found.back().end - 1) {
+                revision.start = *start;
                 revision.ours = true;
-                found.back().end = place->start;
+                found.back().end = *start;
             }
         }
         revision.end = end;

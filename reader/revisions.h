@@ -14,7 +14,7 @@ struct Revision {
     std::int32_t start = 0;
     std::int32_t end = 0;               ///< behind "%%EOF" and its end of line
     std::vector<std::int32_t> sections; ///< offsets; a linearised file was made with two
-    bool ours = false;                  ///< begins with our line
+    bool ours = false;                  ///< begins with our line, and an object right behind it
 };
 
 /// From the oldest. Sections of which the newer one stands earlier in the file are one revision.

@@ -76,20 +76,10 @@ std::optional<UpdatePlace> lastUpdate(DocumentCache& cache, std::int32_t first, 
     return std::nullopt;
 }
 
-std::optional<UpdatePlace> firstUpdate(DocumentCache& cache, std::int32_t first, std::int32_t end) {
-    while (first < end) {
-        const std::int32_t behind = std::min(end, first + searchBlock);
-        const std::string bytes = blockAt(cache, first, behind);
-        for (std::size_t at = bytes.find(opening); at != std::string::npos;
-             at = bytes.find(opening, at + 1)) {
-            const std::int32_t line = first + static_cast<std::int32_t>(at);
-            if (const auto start = updateAt(cache, line)) {
-                return UpdatePlace{line, *start};
-            }
-        }
-        first = behind;
-    }
-    return std::nullopt;
+std::optional<std::int32_t> updateBefore(DocumentCache& cache, std::int64_t position) {
+    const std::int64_t line = position - static_cast<std::int64_t>(markLength);
+    return line < 0 || line >= cache.wholeLength ? std::nullopt
+                                                 : updateAt(cache, static_cast<std::int32_t>(line));
 }
 
 std::optional<std::int32_t> brokenMark(DocumentCache& cache) {

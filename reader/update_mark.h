@@ -30,8 +30,8 @@ struct UpdatePlace {
 /// Searched backwards from `end`, not before `first`.
 std::optional<UpdatePlace> lastUpdate(DocumentCache& cache, std::int32_t first, std::int32_t end);
 
-/// As `lastUpdate`, the first one from `first` on.
-std::optional<UpdatePlace> firstUpdate(DocumentCache& cache, std::int32_t first, std::int32_t end);
+/// Where the update begins whose line ends at `position`, as `updateAt`.
+std::optional<std::int32_t> updateBefore(DocumentCache& cache, std::int64_t position);
 
 /// Where an update begins of which the file holds only a part of the line, at its very end.
 std::optional<std::int32_t> brokenMark(DocumentCache& cache);

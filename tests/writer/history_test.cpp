@@ -103,6 +103,23 @@ TEST_F(HistoryTest, EndsOfManyForms) {
     }
 }
 
+TEST_F(HistoryTest, AnUpdateBehindAnUnfinishedOneIsNotOurs) {
+    const std::string made = twoPages();
+    for (const std::size_t left : {47U, 60U, 300U}) {
+        use("in.pdf", made);
+        savePage(1);
+        const std::string other = foreign(bytes().substr(0, made.size() + left) + "\n");
+        use("in.pdf", other);
+        EXPECT_THAT(log().back(), ::testing::EndsWith("1 objects, pages, ")) << left;
+        EXPECT_EQ(revert(), resultStopped);
+        EXPECT_THAT(front_.taken(), ElementsAre("error 25"));
+        EXPECT_EQ(bytes(), other);
+        savePage(1);
+        EXPECT_EQ(revert(), 0U) << left;
+        EXPECT_EQ(bytes(), other);
+    }
+}
+
 TEST_F(HistoryTest, WhatStandsBehindAnUpdateIsNotCutOff) {
     use("in.pdf", twoPages());
     savePage(1);
