@@ -85,7 +85,7 @@ bool isSection(DocumentCache& cache, std::int32_t offset) {
 }
 
 /// Whether any end behind `position` leads to a section: somebody finished what stands there.
-bool isFinishedBehind(DocumentCache& cache, std::int32_t position) {
+bool isFinishedBehind(DocumentCache& cache, std::int64_t position) {
     std::int32_t looked = 0;
     for (; position < cache.wholeLength; position += searchBlock) {
         const std::string bytes = bytesOfFile(
