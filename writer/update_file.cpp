@@ -41,7 +41,8 @@ void UpdateFile::begin() {
 void UpdateFile::finish(std::string_view end) {
     written_ = std::exchange(update_, nullptr)->count;
     cache_.output = nullptr;
-    if (rules().guardsFile && lengthFile(stream().file) < start_) {
+    // What somebody else appended meanwhile is not written over.
+    if (rules().guardsFile && lengthFile(stream().file) != markFilter(stream())) {
         failException(Exception::fileChanged);
     }
     output_.unlink();
@@ -59,13 +60,11 @@ void UpdateFile::finish(std::string_view end) {
 
 void UpdateFile::takeBack() {
     cache_.output = nullptr;
-    if (update_ != nullptr) {
-        written_ = std::exchange(update_, nullptr)->count;
-    }
+    update_ = nullptr;
     output_.abandon();
     guarded([&] {
         const std::int32_t now = lengthFile(stream().file);
-        if (now > start_ && now <= length()) {
+        if (now > start_ && now <= markFilter(stream())) {
             backupFile(stream().file, start_);
             flushFile(stream().file);
         }
