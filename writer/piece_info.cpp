@@ -2,6 +2,8 @@
 
 #include "output/primitives.h"
 #include "reader/page_identity.h"
+#include "reader/syntax.h"
+#include "runtime/exception.h"
 #include "writer/date.h"
 #include "writer/hexadecimal.h"
 
@@ -16,13 +18,32 @@ void rawEntryOutput(DocumentCache& cache, const RawEntry& entry) {
     stringOutput(*cache.output, "\r");
 }
 
+namespace {
+
+/// Whether the page has notes that can be read: what others could not read either would make the
+/// page itself unreadable.
+bool hasNotes(DocumentCache& cache) {
+    bool has = false;
+    const Exception code = guarded([&] {
+        const ObjectOwner notes = lookupObject(cache, cache.page.get(), "PieceInfo");
+        has = typeObject(notes.get()) == ObjectType::dictionary;
+    });
+    if (code != Exception::none && !isFileFault(code)) {
+        againException();
+    }
+    resetException();
+    return has;
+}
+
+} // namespace
+
 void writePieceInfo(DocumentCache& cache, std::span<const RawEntry> formerPage,
                     const OriginNote& note) {
     Filter& output = *cache.output;
     const std::string date = "/LastModified (" + dateNow() + ")";
     stringOutput(output, date + "\r/PieceInfo <<\r");
     const auto former = std::ranges::find(formerPage, "PieceInfo", &RawEntry::key);
-    if (former != formerPage.end()) {
+    if (former != formerPage.end() && hasNotes(cache)) {
         for (const RawEntry& entry : rawEntries(cache, *former)) {
             if (entry.key != pieceInfoName) {
                 rawEntryOutput(cache, entry);

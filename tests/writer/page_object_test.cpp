@@ -86,6 +86,14 @@ TEST_F(SavedPageTest, NotesOfOtherProgramsAreKept) {
         EXPECT_THAT(savedPage(std::string("/PieceInfo ") + pieces),
                     HasSubstr("/PieceInfo <<\n/Corvane <<"));
     }
+    // What nobody can read would make the page unreadable too.
+    for (const char* damaged :
+         {"<</Other endobj 5>>", "<</Other[<<]>>>>", "<</Other 5 endobj>>", "<</Other<</A(>>>>"}) {
+        const std::string file =
+            PdfBuilder::onePage(line, "/PieceInfo 8 0 R").object(8, damaged).bytes();
+        EXPECT_THAT(pageIn(saved(file)), HasSubstr("/PieceInfo <<\n/Corvane <<")) << damaged;
+        EXPECT_EQ(open(), 0U) << damaged;
+    }
 }
 
 struct GeometryRow {
@@ -123,6 +131,7 @@ TEST_F(SavedPageTest, GeometryStaysAndArtworkLiesWhereItWas) {
         const std::vector<Point> before = anchors();
         ASSERT_EQ(before.size(), 2U);
         saved_.clear();
+        extension_.artworkDigest = &identity;
         ASSERT_EQ(save(), 0U);
         ASSERT_EQ(saved_.size(), 1U);
         const std::string first = bytes();
@@ -131,6 +140,7 @@ TEST_F(SavedPageTest, GeometryStaysAndArtworkLiesWhereItWas) {
         EXPECT_EQ(anchors(), before);
         EXPECT_EQ(identity_, identity);
         ASSERT_EQ(save(), 0U);
+        extension_.artworkDigest = nullptr;
         ASSERT_EQ(open(), 0U);
         EXPECT_EQ(anchors(), before);
         const auto contentOf = [](const std::string& update) {
@@ -280,6 +290,12 @@ TEST_F(SavedPageTest, WhichPageItIs) {
         EXPECT_EQ(identity_, opened) << "it is the artwork of that page now";
         front_.taken();
     }
+    // Somebody draws it anew, with artwork that was opened from nowhere.
+    extension_.artworkDigest = nullptr;
+    ASSERT_EQ(save(), 0U);
+    extension_.artworkDigest = &opened;
+    EXPECT_EQ(save(), resultStopped);
+    EXPECT_THAT(front_.taken(), ElementsAre("error 21"));
     extension_.artworkDigest = nullptr;
 }
 
