@@ -64,6 +64,7 @@ struct SavedFacts {
     std::int64_t length = 0;        ///< bytes of the file after
     std::int32_t objects = 0;       ///< written
     std::int64_t contentLength = 0; ///< bytes of the page's content
+    std::int32_t places = 1;        ///< of the page in the file: the same object may be several
 };
 
 /// One update of a file, by selector `log`, from the oldest, which is the file as it was made.

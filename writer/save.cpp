@@ -6,18 +6,29 @@
 #include "reader/page_digest.h"
 #include "reader/page_identity.h"
 #include "reader/update_mark.h"
+#include "runtime/digest.h"
 #include "runtime/exception.h"
 #include "runtime/rules.h"
 #include "writer/update.h"
 #include "writer/update_file.h"
 #include "writer/update_filter.h"
 
+#include <algorithm>
+#include <span>
+
 namespace corvane {
 
 namespace {
 
-/// The identity of the page that the artwork was opened from. A page that is another one now raises
-/// `pageChanged`, unless the host says that this does not matter.
+/// The identity of a page that is drawn anew over another: artwork of that one is refused then.
+std::uint64_t anew(std::uint64_t former) {
+    Digest digest;
+    digest.feed(std::as_bytes(std::span(&former, 1)));
+    return digest.value();
+}
+
+/// The identity of the page that the artwork was opened from, or a new one. A page that is another
+/// one now raises `pageChanged`, unless the host says that this does not matter.
 std::uint64_t originOf(DocumentCache& cache) {
     const HostExtension* const extension = hostExtension();
     const std::uint64_t* const opened = extension != nullptr ? extension->artworkDigest : nullptr;
@@ -29,10 +40,13 @@ std::uint64_t originOf(DocumentCache& cache) {
     if (opened == nullptr && isFileFault(code)) {
         // Content that cannot be read is as good a reason as any to draw a page anew.
         resetException();
-        return digestPage(cache, {});
+        return anew(digestPage(cache, {}));
     }
     raiseException(code);
-    if (opened != nullptr && *opened != identity) {
+    if (opened == nullptr) {
+        return anew(identity);
+    }
+    if (*opened != identity) {
         failException(Exception::pageChanged);
     }
     return identity;
@@ -50,6 +64,7 @@ UpdatePlan planUpdate(DocumentCache& cache) {
         plan.origin = originOf(cache);
     }
     plan.geometry = pageGeometry(cache);
+    reserveNumbers(cache);
     return plan;
 }
 
@@ -68,6 +83,8 @@ std::int32_t writeUpdate(DocumentCache& cache, const UpdatePlan& plan, SavedFact
         writeMark(cache);
     }
     facts.page = factsOf(cache, plan.geometry);
+    facts.places = static_cast<std::int32_t>(
+        std::ranges::count(cache.pages, facts.page.objectNumber, &PageEntry::number));
     facts.formerLength = cache.fileLength;
     facts.contentLength = pageWrite(cache, plan);
     forallXRef([&](const XRefEntry&) { ++facts.objects; });
@@ -103,7 +120,6 @@ void writeCache(DocumentCache& cache) {
 
 void tryCache(DocumentCache& cache) {
     const UpdatePlan plan = planUpdate(cache);
-    UpdateFile(cache).close(); // whether it may be written at all
     SavedFacts facts;
     Chain output;
     output.link(setupUpdate(cache.fileLength, cache.headerOffset));

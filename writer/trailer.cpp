@@ -3,6 +3,7 @@
 #include "output/primitives.h"
 #include "output/xref.h"
 #include "reader/syntax.h"
+#include "runtime/budget.h"
 #include "runtime/exception.h"
 #include "runtime/rules.h"
 #include "writer/hexadecimal.h"
@@ -17,6 +18,9 @@ namespace corvane {
 
 namespace {
 
+/// A Size beyond is taken for a mistake: it would leave too few numbers for what is written.
+constexpr std::int32_t largestSize = budget::objectNumber / 2;
+
 /// Carries an entry of the old trailer over, which must be a reference; `range`.
 void carryReference(DocumentCache& cache, std::string_view key) {
     std::int32_t number = 0;
@@ -30,14 +34,13 @@ bool trailerHas(DocumentCache& cache, std::string_view key) {
     return typeObject(findEntry(cache, cache.trailer.get(), key)) != ObjectType::null;
 }
 
-/// One more than the highest object number; never less than the file said before.
-std::int32_t sizeOf(DocumentCache& cache) {
-    const std::int32_t used = lastIdentity();
+/// What the file said before; 0 where it said nothing that counts.
+std::int32_t formerSize(DocumentCache& cache) {
     const ObjectOwner former = lookupObject(cache, cache.trailer.get(), "Size");
     if (!rules().carriesTrailer || typeObject(former.get()) != ObjectType::integer) {
-        return used;
+        return 0;
     }
-    return std::max(used, integerObject(former.get()));
+    return std::max(0, integerObject(former.get()));
 }
 
 /// Sixteen bytes that follow from what was written.
@@ -68,6 +71,13 @@ void writeIdentifier(DocumentCache& cache) {
 
 } // namespace
 
+void reserveNumbers(DocumentCache& cache) {
+    const std::int32_t size = formerSize(cache);
+    if (size > 0 && size <= largestSize) {
+        usedIdentity(size - 1);
+    }
+}
+
 std::int32_t updateWrite(DocumentCache& cache) {
     Filter& output = *cache.output;
     const std::int32_t section = markFilter(output);
@@ -76,7 +86,7 @@ std::int32_t updateWrite(DocumentCache& cache) {
         entryXRef(output, entry.number, entry.generation, entry.offset);
     });
     stringOutput(output, "trailer\r<<\r/Size ");
-    integerOutput(output, sizeOf(cache));
+    integerOutput(output, std::max(lastIdentity(), formerSize(cache)));
     stringOutput(output, "\r/Prev ");
     integerOutput(output, weighXRef());
     stringOutput(output, "\r");

@@ -16,7 +16,7 @@ namespace corvane {
 /// Raises `repairedFile`, `pageChanged` and `fileChanged` before anything is written.
 void writeCache(DocumentCache& cache);
 
-/// The same, but the file is only opened: what would be appended is counted.
+/// The same, but what would be appended is only counted; the file need not be one that may change.
 void tryCache(DocumentCache& cache);
 
 // The parts of an update, for a cache whose output is an `UpdateFilter`.
@@ -26,6 +26,11 @@ struct UpdatePlan {
     PageGeometry geometry;
     std::uint64_t origin = 0; ///< identity of the page that the artwork was opened from
 };
+
+/// Keeps new objects off every number below the file's Size: objects that only readers of
+/// cross-reference streams see have such numbers (PDF Reference 3.4.7), and so may references to
+/// objects that are gone. Extended only.
+void reserveNumbers(DocumentCache& cache);
 
 /// Writes the content, its length, the page and its resources to the cache's output; the length of
 /// the content.

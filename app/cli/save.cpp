@@ -117,6 +117,16 @@ void nameLayers(Report& report) {
     }
 }
 
+/// Pages that are one object cannot be told apart by what is appended.
+void weighPlaces(Report& report) {
+    if (report.saved->places > 1) {
+        report.warnings.push_back(
+            {code::pageRepeated, "the file has this page in " +
+                                     std::to_string(report.saved->places) +
+                                     " places; what is saved counts for all of them"});
+    }
+}
+
 } // namespace
 
 void runSave(Arguments& arguments, Report& report) {
@@ -148,9 +158,11 @@ void runSave(Arguments& arguments, Report& report) {
         throw;
     }
     nameLayers(report);
-    if (place.isNew() && !arguments.dryRun) {
-        announce(arguments, place.name() + " is a new file");
+    if (place.isNew()) {
+        announce(arguments,
+                 place.name() + (arguments.dryRun ? " would be a new file" : " is a new file"));
     }
+    weighPlaces(report);
     announce(arguments, savedText(place.name(), *report.saved, arguments.dryRun));
 }
 

@@ -48,6 +48,14 @@ OutputTarget targetOfCopy(const Arguments& arguments) {
     return target;
 }
 
+/// A name that need not be free, and where nothing is put in the end.
+OutputTarget targetOfTrial() {
+    OutputTarget target;
+    target.path = (std::filesystem::temp_directory_path() / "trial.pdf").string();
+    target.place = target.path;
+    return target;
+}
+
 } // namespace
 
 SavePlace::SavePlace(const Arguments& arguments) : name_(arguments.file), path_(arguments.file) {
@@ -64,11 +72,8 @@ SavePlace::SavePlace(const Arguments& arguments) : name_(arguments.file), path_(
         }
     } else if (!exists) {
         // What is only tried appears nowhere near the person's files.
-        const auto trial = std::filesystem::temp_directory_path() / "corvane-trial.pdf";
-        makeNew(outputTarget(arguments.dryRun ? trial.string() : arguments.file, arguments.file,
-                             arguments.dryRun));
-    } else if (arguments.dryRun) {
-        requireReadable(arguments.file);
+        makeNew(arguments.dryRun ? targetOfTrial()
+                                 : outputTarget(arguments.file, arguments.file, false));
     } else {
         requireWritable(arguments.file);
         lock_.emplace(arguments.file);

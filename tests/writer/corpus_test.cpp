@@ -30,7 +30,9 @@ TEST_F(CorpusSaveTest, EveryFileThatOpens) {
         }
         front_.taken();
         const std::uint64_t identity = identity_;
+        extension_.artworkDigest = &identity;
         const std::uint32_t result = save();
+        extension_.artworkDigest = nullptr;
         const std::vector<std::string> seen = front_.taken();
         if (result != 0) {
             EXPECT_EQ(bytes(), file);

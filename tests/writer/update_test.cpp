@@ -67,7 +67,8 @@ TEST_F(SaveTest, OriginalUpdate) {
 }
 
 TEST_F(SaveTest, ExtendedUpdate) {
-    // The file ends without an end of line, and its header stands behind other bytes.
+    // The file ends without an end of line, its header stands behind other bytes, and objects that
+    // only its cross-reference stream knows may have every number below 50.
     std::string plain =
         PdfBuilder::onePage(line, "/Annots[4 0 R]/Rotate 90/MediaBox[-5 0 100 200]")
             .object(3, "<</Type/Page/Parent 2 0 R/Contents 4 0 R/Annots[4 0 R]/Rotate 90/MediaBox"
@@ -86,17 +87,18 @@ TEST_F(SaveTest, ExtendedUpdate) {
     EXPECT_EQ(update,
               placed(file.size() - junk.size(),
                      "\n%Corvane update of a file of " + std::string(10 - number.size(), '0') +
-                         number + " bytes\n@c@5 0 obj\n<<\n/Length 6 0 R\n>>\nstream\n" + content +
-                         "\nendstream\nendobj\n@length@6 0 obj\n" + std::to_string(content.size()) +
+                         number + " bytes\n@c@50 0 obj\n<<\n/Length 51 0 R\n>>\nstream\n" +
+                         content + "\nendstream\nendobj\n@length@51 0 obj\n" +
+                         std::to_string(content.size()) +
                          " \nendobj\n@p@3 0 obj\n<<\n/Type /Page\n/Parent 2 0 R\n"
                          "/Annots [4 0 R]\n/Rotate 90\n/MediaBox [-5 0 100.5 200]\n"
-                         "/Contents 5 0 R\n/Resources <<\n/ProcSet [ /PDF ]\n>>\n"
+                         "/Contents 50 0 R\n/Resources <<\n/ProcSet [ /PDF ]\n>>\n"
                          "/LastModified (D:20261121090000Z)\n/PieceInfo <<\n/Corvane << "
                          "/LastModified (D:20261121090000Z) /Private << /Origin <" +
                          origin +
                          "> /Page $p$ /Content $c$ >> >>\n>>\n>>\nendobj\n"
-                         "@section@xref\n0 1 \n0000000000 65535 f \n3 1 \n#p# 00000 n \n5 1 \n"
-                         "#c# 00000 n \n6 1 \n#length# 00000 n \ntrailer\n<<\n/Size 50 \n"
+                         "@section@xref\n0 1 \n0000000000 65535 f \n3 1 \n#p# 00000 n \n50 1 \n"
+                         "#c# 00000 n \n51 1 \n#length# 00000 n \ntrailer\n<<\n/Size 52 \n"
                          "/Prev " +
                          plain.substr(plain.rfind("startxref") + 10,
                                       plain.rfind("\n%%EOF") - plain.rfind("startxref") - 10) +
@@ -136,7 +138,9 @@ TEST_F(SaveTest, Trailers) {
         EXPECT_THAT(front_.taken(), ElementsAre()) << row.name;
     }
     for (const auto& [size, written] : {std::pair{"/Size 3", "/Size 7 "},
-                                        {"/Size 1000", "/Size 1000 "},
+                                        {"/Size 1000", "/Size 1002 "},
+                                        {"/Size 8388607", "/Size 8388607 "},
+                                        {"/Size 2000000000", "/Size 2000000000 "},
                                         {"/Size 7.5", "/Size 7 "},
                                         {"/Size -4", "/Size 7 "},
                                         {"/Size 4 0 R", "/Size 7 "},
@@ -155,6 +159,14 @@ TEST_F(SaveTest, Trailers) {
         EXPECT_THAT(front_.taken(), ElementsAre("error 15")) << entries;
         EXPECT_EQ(bytes(), file);
     }
+}
+
+TEST_F(SaveTest, APageInTwoPlacesIsTold) {
+    saved(PdfBuilder::onePage(line).object(2, "<</Kids[3 0 R 3 0 R]/Count 2>>").bytes());
+    saved(PdfBuilder::onePage(line).bytes());
+    ASSERT_EQ(saved_.size(), 2U);
+    EXPECT_EQ(saved_[0].places, 2);
+    EXPECT_EQ(saved_[1].places, 1);
 }
 
 TEST_F(SaveTest, PagesBesideAreUntouched) {

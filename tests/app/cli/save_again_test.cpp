@@ -128,6 +128,17 @@ TEST_F(SaveAgain, ATrialIsAsLongAsTheSave) {
     }
 }
 
+TEST_F(SaveAgain, APageInTwoPlacesIsTold) {
+    folder_.add("in.pdf", test::PdfBuilder::onePage("0 0 m 9 9 l S")
+                              .object(2, "<</Kids[3 0 R 3 0 R]/Count 2>>")
+                              .bytes());
+    folder_.add("a.svg", artwork("in.pdf", 2));
+    const auto outcome = run({"save", "a.svg", "in.pdf"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_TRUE(holds(outcome.errors, "warning 1007: the file has this page in 2 places"))
+        << outcome.errors;
+}
+
 TEST_F(SaveAgain, ArtworkOfNobodysPageBecomesANewFile) {
     folder_.add("a.svg", "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"200\" height=\"100\">"
                          "<circle cx=\"50\" cy=\"50\" r=\"40\" fill=\"#c00\"/></svg>");
