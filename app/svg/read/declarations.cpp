@@ -12,12 +12,41 @@ std::string_view trimmed(std::string_view text) {
     return text;
 }
 
+namespace {
+
+bool takeComment(TextCursor& cursor) {
+    const std::string_view rest = cursor.rest();
+    if (!rest.starts_with("/*")) {
+        return false;
+    }
+    const std::size_t end = rest.find("*/", 2);
+    cursor = TextCursor(rest.substr(end == std::string_view::npos ? rest.size() : end + 2));
+    return true;
+}
+
+} // namespace
+
+std::string_view withoutCommentsAround(std::string_view text) {
+    TextCursor cursor(trimmed(text));
+    while (takeComment(cursor)) {
+        cursor.skipBlanks();
+    }
+    std::string_view inside = cursor.rest();
+    while (inside.ends_with("*/") && inside.rfind("/*") != std::string_view::npos) {
+        inside = trimmed(inside.substr(0, inside.rfind("/*")));
+    }
+    return inside;
+}
+
 std::string_view takeOutsideBrackets(TextCursor& cursor, char end) {
     const std::string_view before = cursor.rest();
     char quote = '\0';
     int depth = 0;
-    for (; !cursor.atEnd(); cursor.skip()) {
+    while (!cursor.atEnd()) {
         const char c = cursor.peek();
+        if (c == '/' && quote == '\0' && depth == 0 && takeComment(cursor)) {
+            continue;
+        }
         if (quote != '\0') {
             quote = c == quote ? '\0' : quote;
         } else if (c == '"' || c == '\'') {
@@ -31,6 +60,7 @@ std::string_view takeOutsideBrackets(TextCursor& cursor, char end) {
         } else if (c == ')') {
             depth -= depth > 0 ? 1 : 0;
         }
+        cursor.skip();
     }
     return cursor.since(before);
 }

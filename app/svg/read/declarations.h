@@ -38,7 +38,10 @@ inline bool isProperty(Attribute name) {
 
 std::string_view trimmed(std::string_view text);
 
-/// Text up to `end`, which is skipped, where that stands outside quotes and parentheses.
+/// Without blanks and comments before and behind.
+std::string_view withoutCommentsAround(std::string_view text);
+
+/// Text up to `end`, which is skipped, where that stands outside quotes, parentheses and comments.
 std::string_view takeOutsideBrackets(TextCursor& cursor, char end);
 
 /// Calls `use(std::string_view name, std::string_view value, bool important)` for each declaration
@@ -47,9 +50,9 @@ template <class Use>
 void forEachDeclaration(std::string_view block, Use use) {
     TextCursor cursor(block);
     while (!cursor.atEnd()) {
-        TextCursor declaration(takeOutsideBrackets(cursor, ';'));
-        const std::string_view name = trimmed(declaration.takeUntil(':'));
-        std::string_view value = trimmed(declaration.rest());
+        TextCursor declaration(withoutCommentsAround(takeOutsideBrackets(cursor, ';')));
+        const std::string_view name = withoutCommentsAround(declaration.takeUntil(':'));
+        std::string_view value = withoutCommentsAround(declaration.rest());
         const std::size_t mark = value.rfind('!');
         const bool important =
             mark != std::string_view::npos && trimmed(value.substr(mark + 1)) == "important";

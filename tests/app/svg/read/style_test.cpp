@@ -77,6 +77,13 @@ TEST(ReadStyle, WhatIsSaidLastAndNearestWins) {
     EXPECT_EQ(counted.ignored("style rule"), 3);
 }
 
+TEST(ReadStyle, CommentsStandAnywhere) {
+    EXPECT_EQ(redrawn("<path d='M0 0H9' style='/* a;b:c */fill:/**/red/* d */;"
+                      "/* stroke:blue; */ stroke /**/: lime;fill-rule:evenodd/* stroke:red; */; /* "
+                      "open; stroke:red'/>"),
+              redrawn("<path d='M0 0H9' style='fill:red;stroke:lime;fill-rule:evenodd'/>"));
+}
+
 TEST(ReadStyle, StrokesInArtUnits) {
     const auto stroke = [](const std::string& attributes) {
         const std::string drawn = redrawn("<g transform='scale(2)'><path stroke='#000' fill='none' "
