@@ -14,10 +14,6 @@ void PaintReader::paint(PathStyle& path, const ComputedStyle& style, const Paint
     }
     if (path.strokePaint != 0 && style.stroke.kind == PaintValue::Kind::server) {
         paint(path.strokePaint, path.stroke, style.stroke, use);
-        if (path.stroke.source != PaintSource::null) {
-            // A page's strokes have one colour: they come out in gray.
-            context_.tally.add("gradient or pattern on a stroke");
-        }
     }
 }
 
