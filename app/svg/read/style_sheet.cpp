@@ -163,6 +163,9 @@ void StyleSheet::collect(const RuleNumbers& candidates, std::string_view type,
     for (const std::uint32_t number : candidates) {
         const Selector& selector = rules_[number].selector;
         tried_ += 1 + std::ssize(selector.classes) * (1 + std::ssize(classes) / 16);
+        if (tried_ > budget_.rulesTried) {
+            throw SvgError("the style sheets are too large for this number of elements");
+        }
         const bool right = (selector.type.empty() || selector.type == type) &&
                            std::ranges::all_of(selector.classes, [&](std::string_view name) {
                                return hasClass(classes, name);
@@ -170,9 +173,6 @@ void StyleSheet::collect(const RuleNumbers& candidates, std::string_view type,
         if (right) {
             into.push_back(number);
         }
-    }
-    if (tried_ > budget_.rulesTried) {
-        throw SvgError("the style sheets are too large for this number of elements");
     }
 }
 
