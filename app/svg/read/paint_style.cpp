@@ -77,12 +77,16 @@ void setDashes(PathStyle& style, std::span<const double> dashes, Tally& tally) {
     style.dashCount = static_cast<std::int16_t>(count);
 }
 
+/// Entries that are looked at; a list is read again for each path that inherits it.
+constexpr std::size_t mostDashes = 256;
+
 /// Entries of a dash list, in user units; empty where the list is wrong or draws nothing.
 std::vector<double> parseDashes(std::string_view text, const LengthContext& lengths) {
     std::vector<double> dashes;
     double sum = 0;
     TextCursor cursor(text);
-    for (cursor.skipBlanks(); !cursor.atEnd(); cursor.skipSeparator()) {
+    for (cursor.skipBlanks(); !cursor.atEnd() && dashes.size() < mostDashes;
+         cursor.skipSeparator()) {
         const std::string_view before = cursor.rest();
         while (!cursor.atEnd() && !isBlank(cursor.peek()) && cursor.peek() != ',') {
             cursor.skip();
