@@ -57,7 +57,9 @@ PluginHost::PluginHost(Bytes file, Profile profile, std::int32_t page)
     extension_.wantedPage = page;
     extension_.context = this;
     extension_.pageIdentity = [](void* context, const PageIdentity& identity) {
-        static_cast<PluginHost*>(context)->identity_ = identity.digest;
+        auto& host = *static_cast<PluginHost*>(context);
+        host.identity_ = identity.digest;
+        host.extension_.artworkDigest = &host.identity_; // what is saved was opened from it
     };
     setHostExtension(&extension_);
     require(makeFileSpecification(inputFile().write(file), *file_) == noErr);

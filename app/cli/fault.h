@@ -21,6 +21,7 @@ inline constexpr std::int32_t notPdf = 20;
 inline constexpr std::int32_t pageChanged = 21;
 inline constexpr std::int32_t loss = 26;    ///< saving would lose what the artwork does not hold
 inline constexpr std::int32_t artwork = 27; ///< the SVG cannot be read
+inline constexpr std::int32_t noPage = 28;  ///< nobody said which page to replace
 inline constexpr std::int32_t layersLeftOut = 1004; ///< warning of the plug-in
 inline constexpr std::int32_t notInArtwork = 1005;  ///< warning: left out when the page was opened
 inline constexpr std::int32_t notUnderstood = 1006; ///< warning: ignored when the SVG was read

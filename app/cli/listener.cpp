@@ -132,6 +132,11 @@ bool Listener::choosePage(std::int32_t first, std::int32_t last, std::int32_t& p
             const auto answer = corvane::choosePage(answers, std::cerr, what, first, last, page);
             isChosen = answer.has_value();
             page = answer.value_or(page);
+        } else if (arguments_.command == Command::save) {
+            // What is replaced is never a guess.
+            report_.error = Fault{code::noPage, "the file has " + std::to_string(last) +
+                                                    " pages, and the artwork does not say which "
+                                                    "it is; name one with --page"};
         } else {
             note(arguments_, "page " + std::to_string(first) + " of " + std::to_string(last) +
                                  "; name another with --page");
