@@ -177,12 +177,13 @@ TEST_F(Save, TheArtworkKnowsPageAndProfile) {
     EXPECT_TRUE(holds(run("pages=3", {"save", "a.svg", "in.pdf", "--page", "2"}).errors,
                       "page 2 of in.pdf"));
     add("b.svg", "");
+    const std::string before = fileBytes(pdf_);
     const auto guess = run("pages=3", {"save", "b.svg", "in.pdf"});
     EXPECT_EQ(guess.status, 1);
     EXPECT_TRUE(holds(guess.errors, "in.pdf: error 28: the file has 3 pages, and the artwork does "
                                     "not say which it is; name one with --page\n"))
         << guess.errors;
-    EXPECT_EQ(fileBytes(pdf_), old_);
+    EXPECT_EQ(fileBytes(pdf_), before);
     auto asked = process("pages=12", {"save", "b.svg", "in.pdf"});
     asked.onTerminal = true;
     asked.input = "q\n";
