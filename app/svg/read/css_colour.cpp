@@ -29,7 +29,8 @@ int digitOf(char c) {
 }
 
 std::uint8_t byteOf(double level) {
-    return static_cast<std::uint8_t>(std::clamp(level, 0.0, 1.0) * 255 + .5);
+    // What is no number counts as none.
+    return level > 0 ? static_cast<std::uint8_t>(std::lround(std::min(level, 1.0) * 255)) : 0;
 }
 
 /// "#rgb", "#rgba", "#rrggbb", "#rrggbbaa", from behind the "#".

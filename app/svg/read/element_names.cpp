@@ -77,11 +77,10 @@ std::string_view ignoredKind(Element element) {
         return "animate";
     case Element::view:
     case Element::cursor:
-        return {};
-    case Element::filter:
+    case Element::filter: // this one and those below are counted where they are used
     case Element::mask:
     case Element::marker:
-        return {}; // counted where they are used
+        return {};
     default:
         return element >= Element::text ? names[static_cast<std::size_t>(element)]
                                         : std::string_view{};
