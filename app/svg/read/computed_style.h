@@ -43,7 +43,7 @@ struct ComputedStyle {
     double fontSize = 16;
     std::string_view dashes; ///< empty: none
     Viewport viewport;       ///< of the element that gave the dashes
-    std::int32_t cap = 0; ///< as in `PathStyle`
+    std::int32_t cap = 0;    ///< as in `PathStyle`
     std::int32_t join = 0;
     FillRule fillRule = FillRule::nonzero;
     FillRule clipRule = FillRule::nonzero;
