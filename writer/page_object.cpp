@@ -8,6 +8,7 @@
 #include "reader/syntax.h"
 #include "runtime/exception.h"
 #include "runtime/rules.h"
+#include "writer/carried_reference.h"
 #include "writer/piece_info.h"
 
 #include <algorithm>
@@ -28,15 +29,6 @@ constexpr std::array<std::string_view, 6> geometryKeys = {"MediaBox", "CropBox",
 
 bool isAmong(std::span<const std::string_view> keys, std::string_view key) {
     return std::ranges::find(keys, key) != keys.end();
-}
-
-/// Writes an entry of the old page, which must be a reference.
-void carryReference(DocumentCache& cache, std::string_view key) {
-    std::int32_t number = 0;
-    std::int32_t generation = 0;
-    referenceObject(findEntry(cache, cache.page.get(), key), number, generation);
-    nameOutput(*cache.output, key);
-    referenceOutput(*cache.output, number, generation);
 }
 
 void writeResources(Filter& output) {
@@ -97,13 +89,13 @@ void writePageObject(DocumentCache& cache, const PageParts& parts) {
     touchXRef(output, page.number, page.generation);
     objectOutput(output, page.number, page.generation);
     stringOutput(output, "<<\r/Type /Page\r");
-    carryReference(cache, "Parent");
+    carryReference(cache, cache.page.get(), "Parent");
     std::vector<RawEntry> entries;
     if (rules().keepsPageEntries) {
         entries = rawEntries(cache, page.number, page.generation);
         carryEntries(cache, entries, parts.geometry.kept);
     } else if (typeObject(findEntry(cache, cache.page.get(), "Annots")) != ObjectType::null) {
-        carryReference(cache, "Annots");
+        carryReference(cache, cache.page.get(), "Annots");
     }
     stringOutput(output, "/Contents ");
     referenceOutput(output, parts.content, 0);

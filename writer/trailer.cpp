@@ -6,6 +6,7 @@
 #include "runtime/budget.h"
 #include "runtime/exception.h"
 #include "runtime/rules.h"
+#include "writer/carried_reference.h"
 #include "writer/hexadecimal.h"
 #include "writer/update.h"
 #include "writer/update_filter.h"
@@ -20,15 +21,6 @@ namespace {
 
 /// A Size beyond is taken for a mistake: it would leave too few numbers for what is written.
 constexpr std::int32_t largestSize = budget::objectNumber / 2;
-
-/// Carries an entry of the old trailer over, which must be a reference; `range`.
-void carryReference(DocumentCache& cache, std::string_view key) {
-    std::int32_t number = 0;
-    std::int32_t generation = 0;
-    referenceObject(findEntry(cache, cache.trailer.get(), key), number, generation);
-    nameOutput(*cache.output, key);
-    referenceOutput(*cache.output, number, generation);
-}
 
 bool trailerHas(DocumentCache& cache, std::string_view key) {
     return typeObject(findEntry(cache, cache.trailer.get(), key)) != ObjectType::null;
@@ -90,9 +82,9 @@ std::int32_t updateWrite(DocumentCache& cache) {
     stringOutput(output, "\r/Prev ");
     integerOutput(output, weighXRef());
     stringOutput(output, "\r");
-    carryReference(cache, "Root");
+    carryReference(cache, cache.trailer.get(), "Root");
     if (!rules().carriesTrailer || trailerHas(cache, "Info")) {
-        carryReference(cache, "Info");
+        carryReference(cache, cache.trailer.get(), "Info");
     }
     if (rules().carriesTrailer) {
         writeIdentifier(cache);
