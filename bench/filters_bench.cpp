@@ -1,14 +1,14 @@
 // Decoders, sample and colour filters, read through a chain in blocks of 8192 bytes. Every row's
 // rate counts the bytes delivered; the floor is a chain that only copies. Where mupdf's library is
 // installed, its filter for the same bytes stands under ours.
-#include "filters/adapt.h"
+#include "filters/base85.h"
 #include "filters/component.h"
+#include "filters/flate.h"
 #include "filters/hex.h"
-#include "filters/inflate.h"
-#include "filters/mangle.h"
+#include "filters/lzw.h"
 #include "filters/mapping.h"
 #include "filters/predictor.h"
-#include "filters/run.h"
+#include "filters/run_length.h"
 #include "filters/space.h"
 #include "tests/support/memory_filter.h"
 
@@ -180,14 +180,14 @@ struct Row {
 
 const std::array rows{
     Row{"hex", hexData, [] { return setupHex(AsciiMode::pastMarker); }, CORVANE_PEER(fz_open_ahxd)},
-    Row{"mangle", mangleData, [] { return setupMangle(AsciiMode::pastMarker); },
+    Row{"base85", mangleData, [] { return setupMangle(AsciiMode::pastMarker); },
         CORVANE_PEER(fz_open_a85d)},
-    Row{"adapt", adaptData, [] { return setupAdapt(AdaptDirection::decode); },
+    Row{"lzw", adaptData, [] { return setupAdapt(AdaptDirection::decode); },
         CORVANE_PEER([](fz_context* context, fz_stream* below) {
             return fz_open_lzwd(context, below, 1, 9, 0, 0);
         })},
-    Row{"run", runData, setupRun, CORVANE_PEER(fz_open_rld)},
-    Row{"inflate", flateData, setupInflate, CORVANE_PEER([](fz_context* context, fz_stream* below) {
+    Row{"run_length", runData, setupRun, CORVANE_PEER(fz_open_rld)},
+    Row{"flate", flateData, setupInflate, CORVANE_PEER([](fz_context* context, fz_stream* below) {
             return fz_open_flated(context, below, 15);
         })},
 };

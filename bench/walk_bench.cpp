@@ -4,12 +4,12 @@
 //     build/bench/walk_bench
 #include "app/artwork/callbacks.h"
 #include "host/number.h"
-#include "reader/cache.h"
+#include "reader/document/cache.h"
 #include "runtime/callbacks.h"
 #include "runtime/rules.h"
 #include "tests/support/keeper_filter.h"
 #include "toolbox/state.h"
-#include "writer/works.h"
+#include "writer/art/works.h"
 
 #include <benchmark/benchmark.h>
 

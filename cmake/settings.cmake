@@ -20,10 +20,15 @@ if(CORVANE_FUZZ)
     add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
-# corvane_library(NAME [USES lib...]): a static library of every source of the calling folder.
+# corvane_library(NAME [ROOMS folder...] [USES lib...]): a static library of every source of the calling
+# folder and of the rooms in it.
 function(corvane_library name)
-    cmake_parse_arguments(ARG "" "" "USES" ${ARGN})
-    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+    cmake_parse_arguments(ARG "" "" "ROOMS;USES" ${ARGN})
+    set(patterns ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+    foreach(room ${ARG_ROOMS})
+        list(APPEND patterns ${CMAKE_CURRENT_SOURCE_DIR}/${room}/*.cpp)
+    endforeach()
+    file(GLOB sources CONFIGURE_DEPENDS ${patterns})
     add_library(${name} STATIC ${sources})
     target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
     target_link_libraries(${name} PUBLIC ${ARG_USES})

@@ -1,7 +1,7 @@
 // What a host of today is told about a file.
 #pragma once
 
-#include "reader/cache.h"
+#include "reader/document/cache.h"
 
 namespace corvane {
 

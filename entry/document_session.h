@@ -3,7 +3,7 @@
 #pragma once
 
 #include "host/parameters.h"
-#include "reader/cache.h"
+#include "reader/document/cache.h"
 
 #include <memory>
 

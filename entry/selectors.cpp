@@ -7,8 +7,8 @@
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
 #include "runtime/warning.h"
-#include "writer/history.h"
-#include "writer/update.h"
+#include "writer/update/history.h"
+#include "writer/update/update.h"
 
 #include <array>
 

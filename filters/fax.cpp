@@ -1,6 +1,6 @@
 #include "filters/fax.h"
 
-#include "codecs/fax_codec.h"
+#include "codecs/fax/codec.h"
 #include "filters/decoder.h"
 #include "runtime/exception.h"
 

@@ -1,14 +1,14 @@
 // Any bytes through each decoder: the same answer in pieces of any size, the filter below where the
 // data ended, and, where there is another program for the same data, its answer.
-#include "filters/adapt.h"
+#include "filters/base85.h"
 #include "filters/buffer.h"
 #include "filters/component.h"
+#include "filters/flate.h"
 #include "filters/hex.h"
-#include "filters/inflate.h"
-#include "filters/mangle.h"
+#include "filters/lzw.h"
 #include "filters/mapping.h"
 #include "filters/predictor.h"
-#include "filters/run.h"
+#include "filters/run_length.h"
 #include "filters/space.h"
 #include "fuzz/targets.h"
 #include "host/memory.h"
@@ -146,7 +146,7 @@ std::string slowInflate(Bytes input) {
 
 } // namespace
 
-void fuzzAdapt(Bytes input) {
+void fuzzLzw(Bytes input) {
     const ToolboxScope scope(memoryLimit);
     const std::uint32_t early = Choices(input).below(2);
     const Reading reading = readEveryWay(
@@ -166,7 +166,7 @@ void fuzzHex(Bytes input) {
             std::min(text.find('>'), text.size() - 1) + 1);
 }
 
-void fuzzMangle(Bytes input) {
+void fuzzBase85(Bytes input) {
     const ToolboxScope scope(memoryLimit);
     Choices choices(input);
     selectRules(choices.below(2) == 0 ? Profile::original : Profile::extended);
@@ -176,13 +176,13 @@ void fuzzMangle(Bytes input) {
     require(reading.code == Exception::none && reading.bytes.size() <= 4 * input.size());
 }
 
-void fuzzRun(Bytes input) {
+void fuzzRunLength(Bytes input) {
     const ToolboxScope scope(memoryLimit);
     const Reading reading = readEveryWay(input, [](Chain& chain) { chain.link(setupRun()); });
     require(reading.code == Exception::none && reading.bytes == slowRun(textOf(input)));
 }
 
-void fuzzInflate(Bytes input) {
+void fuzzFlate(Bytes input) {
     const ToolboxScope scope(memoryLimit);
     const Reading reading = readEveryWay(input, [](Chain& chain) { chain.link(setupInflate()); });
     require(reading.code == Exception::none && reading.bytes == slowInflate(input));

@@ -3,7 +3,7 @@
 #include "fuzz/targets.h"
 
 #include "app/svg/read/budget.h"
-#include "app/svg/read/limited.h"
+#include "app/svg/read/values/limited.h"
 #include "app/svg/reader.h"
 #include "app/svg/writer.h"
 

@@ -1,7 +1,7 @@
 // Memory that runs out at every place there is, and an operand stack that does: one exception, no
 // block left behind, and the next call works.
 #include "objects/stack.h"
-#include "reader/cache.h"
+#include "reader/document/cache.h"
 #include "tests/entry/entry_fixture.h"
 #include "tests/reader/reader_fixture.h"
 

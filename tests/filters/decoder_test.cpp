@@ -1,11 +1,11 @@
 // Decoders on decoders and on the token filter: what one reads ahead the other gets back.
 #include "filters/decoder.h"
 
-#include "filters/adapt.h"
+#include "filters/base85.h"
+#include "filters/flate.h"
 #include "filters/hex.h"
-#include "filters/inflate.h"
-#include "filters/mangle.h"
-#include "filters/run.h"
+#include "filters/lzw.h"
+#include "filters/run_length.h"
 #include "filters/token.h"
 #include "tests/filters/decode_check.h"
 #include "tests/filters/lzw_reference.h"

@@ -8,7 +8,7 @@
 #include "objects/identity.h"
 #include "objects/mask.h"
 #include "output/xref.h"
-#include "reader/cache.h"
+#include "reader/document/cache.h"
 #include "runtime/callbacks.h"
 #include "tests/runtime/zone_fixture.h"
 #include "tests/support/pdf_builder.h"

@@ -1,7 +1,7 @@
 // Whole images through the fax codec, from memory to memory.
 #pragma once
 
-#include "codecs/fax_codec.h"
+#include "codecs/fax/codec.h"
 
 #include <algorithm>
 #include <cstddef>

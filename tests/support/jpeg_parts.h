@@ -1,7 +1,7 @@
 // JPEG data put together by hand, for what no encoder writes.
 #pragma once
 
-#include "codecs/dct_tables.h"
+#include "codecs/dct/tables.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -2,7 +2,7 @@
 // fuzz targets and benchmarks.
 #pragma once
 
-#include "codecs/dct.h"
+#include "codecs/dct/dct.h"
 
 #include <cstdio> // jpeglib.h needs it and does not say so
 

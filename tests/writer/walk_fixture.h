@@ -6,7 +6,7 @@
 #include "tests/reader/reader_fixture.h"
 #include "tests/support/keeper_filter.h"
 #include "tests/writer/host_taps.h"
-#include "writer/works.h"
+#include "writer/art/works.h"
 
 #include <initializer_list>
 #include <optional>

@@ -1,7 +1,7 @@
 #include "app/svg/read/basic_shapes.h"
 
-#include "app/svg/read/arc.h"
 #include "app/svg/read/path_reader.h"
+#include "app/svg/read/values/arc.h"
 
 #include <algorithm>
 #include <numbers>

@@ -1,10 +1,10 @@
 // The geometry of the shape elements (SVG 1.1, chapters 8 and 9).
 #pragma once
 
-#include "app/svg/read/attributes.h"
 #include "app/svg/read/element_names.h"
-#include "app/svg/read/length.h"
 #include "app/svg/read/shape_builder.h"
+#include "app/svg/read/style/attributes.h"
+#include "app/svg/read/values/length.h"
 
 namespace corvane {
 

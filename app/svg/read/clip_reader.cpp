@@ -2,8 +2,8 @@
 #include "app/artwork/path_walk.h"
 
 #include "app/svg/read/basic_shapes.h"
-#include "app/svg/read/cascade.h"
-#include "app/svg/read/paint_style.h"
+#include "app/svg/read/paint/paint_style.h"
+#include "app/svg/read/style/cascade.h"
 
 #include <algorithm>
 #include <utility>

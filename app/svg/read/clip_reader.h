@@ -1,9 +1,9 @@
 // Clips: what `clip-path` names, as the path that clips a group.
 #pragma once
 
-#include "app/svg/read/computed_style.h"
 #include "app/svg/read/context.h"
 #include "app/svg/read/shape_builder.h"
+#include "app/svg/read/style/computed_style.h"
 
 #include <string_view>
 #include <unordered_set>

@@ -4,8 +4,8 @@
 #include "app/artwork/document.h"
 #include "app/svg/read/budget.h"
 #include "app/svg/read/file_index.h"
-#include "app/svg/read/inherited_style.h"
-#include "app/svg/read/style_sheet.h"
+#include "app/svg/read/style/inherited_style.h"
+#include "app/svg/read/style/style_sheet.h"
 #include "app/svg/read/tally.h"
 #include "app/svg/reader.h"
 

@@ -1,6 +1,6 @@
 #include "app/svg/read/element_names.h"
 
-#include "app/svg/read/name_table.h"
+#include "app/svg/read/style/name_table.h"
 
 namespace corvane {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/svg/read/element_names.h"
-#include "app/svg/read/style_sheet.h"
+#include "app/svg/read/style/style_sheet.h"
 
 #include <cstdint>
 #include <pugixml.hpp>

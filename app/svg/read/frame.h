@@ -2,8 +2,8 @@
 #pragma once
 
 #include "app/svg/extent.h"
-#include "app/svg/read/computed_style.h"
 #include "app/svg/read/shape_builder.h"
+#include "app/svg/read/style/computed_style.h"
 
 #include <pugixml.hpp>
 #include <string_view>

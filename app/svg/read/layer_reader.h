@@ -1,8 +1,8 @@
 // The layers that art goes into.
 #pragma once
 
-#include "app/svg/read/attributes.h"
 #include "app/svg/read/context.h"
+#include "app/svg/read/style/attributes.h"
 
 namespace corvane {
 

@@ -1,8 +1,8 @@
 #include "app/svg/reader.h"
 
-#include "app/svg/read/limited.h"
 #include "app/svg/read/root_reader.h"
 #include "app/svg/read/tree_reader.h"
+#include "app/svg/read/values/limited.h"
 
 #include <pugixml.hpp>
 #include <string_view>

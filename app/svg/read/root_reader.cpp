@@ -2,10 +2,10 @@
 
 #include "app/artwork/affine.h"
 #include "app/artwork/arithmetic.h"
-#include "app/svg/read/declarations.h"
-#include "app/svg/read/fixed_number.h"
-#include "app/svg/read/number_list.h"
-#include "app/svg/read/view_box.h"
+#include "app/svg/read/style/declarations.h"
+#include "app/svg/read/values/fixed_number.h"
+#include "app/svg/read/values/number_list.h"
+#include "app/svg/read/values/view_box.h"
 
 #include <algorithm>
 #include <array>

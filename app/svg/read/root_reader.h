@@ -4,8 +4,8 @@
 #include "app/artwork/page.h"
 #include "app/artwork/paint.h"
 #include "app/artwork/provenance.h"
-#include "app/svg/read/attributes.h"
-#include "app/svg/read/length.h"
+#include "app/svg/read/style/attributes.h"
+#include "app/svg/read/values/length.h"
 
 namespace corvane {
 

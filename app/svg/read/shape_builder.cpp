@@ -1,7 +1,7 @@
 #include "app/svg/read/shape_builder.h"
 
 #include "app/artwork/arithmetic.h"
-#include "app/svg/read/fixed_number.h"
+#include "app/svg/read/values/fixed_number.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -4,7 +4,7 @@
 #include "app/artwork/affine.h"
 #include "app/artwork/document.h"
 #include "app/svg/read/tally.h"
-#include "app/svg/read/user_box.h"
+#include "app/svg/read/values/user_box.h"
 
 #include <cstdint>
 #include <vector>

@@ -3,7 +3,7 @@
 #include "app/svg/read/tree_reader.h"
 
 #include "app/svg/read/path_reader.h"
-#include "app/svg/read/user_box.h"
+#include "app/svg/read/values/user_box.h"
 #include "app/svg/shape_extent.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #include "app/svg/read/tree_reader.h"
 
 #include "app/svg/read/basic_shapes.h"
-#include "app/svg/read/cascade.h"
-#include "app/svg/read/view_box.h"
+#include "app/svg/read/style/cascade.h"
+#include "app/svg/read/values/view_box.h"
 #include "app/svg/reader.h"
 #include "app/svg/shape_extent.h"
 

@@ -5,7 +5,7 @@
 #include "app/svg/read/context.h"
 #include "app/svg/read/frame.h"
 #include "app/svg/read/layer_reader.h"
-#include "app/svg/read/paint_reader.h"
+#include "app/svg/read/paint/paint_reader.h"
 #include "app/svg/read/shape_builder.h"
 
 #include <cstdint>

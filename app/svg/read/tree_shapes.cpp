@@ -3,9 +3,9 @@
 #include "app/svg/read/tree_reader.h"
 
 #include "app/svg/read/basic_shapes.h"
-#include "app/svg/read/cascade.h"
-#include "app/svg/read/paint_style.h"
-#include "app/svg/read/user_box.h"
+#include "app/svg/read/paint/paint_style.h"
+#include "app/svg/read/style/cascade.h"
+#include "app/svg/read/values/user_box.h"
 #include "app/svg/shape_extent.h"
 
 #include <algorithm>

@@ -1,0 +1,82 @@
+#include "app/svg/read/paint/paint_reader.h"
+
+#include "app/svg/read/paint/pattern_reader.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace corvane {
+
+void PaintReader::paint(PathStyle& path, const ComputedStyle& style, const PaintUse& use) {
+    if (path.fillPaint != 0 && style.fill.kind == PaintValue::Kind::server) {
+        paint(path.fillPaint, path.fill, style.fill, use);
+        path.rule = path.fillPaint != 0 ? path.rule : FillRule::nonzero;
+    }
+    if (path.strokePaint != 0 && style.stroke.kind == PaintValue::Kind::server) {
+        paint(path.strokePaint, path.stroke, style.stroke, use);
+    }
+}
+
+void PaintReader::paint(std::uint8_t& painted, Colour& colour, const PaintValue& value,
+                        const PaintUse& use) {
+    const pugi::xml_node server = context_.index.find(value.server);
+    const Element element = context_.index.elementOf(server);
+    const bool isPattern = element == Element::pattern;
+    const bool isGradient =
+        element == Element::linearGradient || element == Element::radialGradient;
+    if (!isPattern && !isGradient) {
+        if (!value.fallsBack) {
+            context_.tally.add("paint server");
+        }
+        painted = value.fallsBack ? 1 : 0;
+        return; // the colour that is seen instead is there already
+    }
+    const PaintSource source = resolve(server, element, use);
+    if (source == PaintSource::null) {
+        // What cannot fit a box without area is as if it were not there; without stops it is no
+        // paint.
+        painted = value.fallsBack && !boxMatrix(use.box) ? 1 : 0;
+        return;
+    }
+    colour = {};
+    colour.kind = isPattern ? ColourKind::pattern : ColourKind::gradient;
+    colour.source = source;
+}
+
+PaintSource PaintReader::resolve(pugi::xml_node server, Element element, const PaintUse& use) {
+    Known& known = known_[server.hash_value()];
+    const bool same = known.source != PaintSource::null && known.toArt == use.toArt &&
+                      known.viewport.width == use.lengths.viewport.width &&
+                      known.viewport.height == use.lengths.viewport.height;
+    if (same) {
+        return known.source;
+    }
+    bool fitsBox = false;
+    const PaintSource source = element == Element::pattern
+                                   ? readPattern(server, use, context_, fitsBox)
+                                   : gradient(server, use, fitsBox);
+    if (!fitsBox) {
+        known_[server.hash_value()] = {use.toArt, use.lengths.viewport, source};
+    }
+    return source;
+}
+
+PaintSource PaintReader::gradient(pugi::xml_node server, const PaintUse& use, bool& fitsBox) {
+    std::vector<pugi::xml_node> elements;
+    const std::vector<Attributes> inherited = inheritedAttributes(server, context_, elements);
+    fitsBox = firstOf(inherited, Attribute::gradientUnits) != "userSpaceOnUse";
+    const auto [stops, isNew] = stops_.try_emplace(server.hash_value());
+    if (!isNew) {
+        context_.expand(1 + std::ssize(stops->second));
+    } else {
+        stops->second = readStops(elements, context_);
+    }
+    auto gradient = readGradient(server, inherited, use, context_);
+    if (!gradient || stops->second.empty()) {
+        return PaintSource::null;
+    }
+    gradient->stops = stops->second;
+    return context_.document.addGradient(std::move(*gradient));
+}
+
+} // namespace corvane

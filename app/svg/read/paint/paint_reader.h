@@ -1,0 +1,38 @@
+// Resolves what `fill` and `stroke` name: gradients and patterns.
+#pragma once
+
+#include "app/svg/read/context.h"
+#include "app/svg/read/paint/gradient_reader.h"
+
+#include <cstddef>
+#include <unordered_map>
+#include <vector>
+
+namespace corvane {
+
+class PaintReader {
+public:
+    explicit PaintReader(ReadingContext& context) : context_(context) {}
+
+    /// Has the style painted with the gradients and patterns of `style`; where there is none of
+    /// that id, with what is said instead, and counts it.
+    void paint(PathStyle& path, const ComputedStyle& style, const PaintUse& use);
+
+private:
+    struct Known {
+        Affine toArt;
+        Viewport viewport;
+        PaintSource source = PaintSource::null;
+    };
+
+    void paint(std::uint8_t& painted, Colour& colour, const PaintValue& value, const PaintUse& use);
+    PaintSource resolve(pugi::xml_node server, Element element, const PaintUse& use);
+    PaintSource gradient(pugi::xml_node server, const PaintUse& use, bool& fitsBox);
+
+    ReadingContext& context_;
+    /// The latest use of a server, by its node: most are used from one user space.
+    std::unordered_map<std::size_t, Known> known_;
+    std::unordered_map<std::size_t, std::vector<GradientStop>> stops_;
+};
+
+} // namespace corvane

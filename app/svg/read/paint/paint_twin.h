@@ -1,0 +1,28 @@
+// The exact colour that stands beside a visible one (docs/svg.md, Colours).
+#pragma once
+
+#include "app/artwork/document.h"
+#include "app/svg/colour.h"
+#include "app/svg/read/style/attributes.h"
+
+#include <optional>
+#include <string_view>
+
+namespace corvane {
+
+/// Holds as long as it looks like the visible colour.
+struct PaintTwin {
+    std::optional<Colour> exact;
+    std::string_view spot; ///< name of a custom colour that `exact` stands for; empty: none
+    Fixed tint = 0;        ///< by how much that is weakened
+
+    /// The colour that `visible` means. A custom colour is added to the document.
+    Colour resolve(ScreenColour visible, Document& document) const;
+};
+
+/// What an element's attributes say; none where they say nothing of the paint.
+std::optional<PaintTwin> fillTwin(const Attributes& attributes);
+std::optional<PaintTwin> strokeTwin(const Attributes& attributes);
+std::optional<PaintTwin> stopTwin(const Attributes& attributes);
+
+} // namespace corvane

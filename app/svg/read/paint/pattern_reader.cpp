@@ -1,0 +1,197 @@
+#include "app/svg/read/paint/pattern_reader.h"
+
+#include "app/artwork/affine.h"
+#include "app/svg/read/basic_shapes.h"
+#include "app/svg/read/style/cascade.h"
+#include "app/svg/read/tree_reader.h"
+#include "app/svg/read/values/view_box.h"
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+namespace corvane {
+
+namespace {
+
+/// A pattern costs about as much as so many elements.
+constexpr std::int64_t patternCost = 10;
+
+/// What a page does to a point of the art; undone by itself with the signs of both shifts.
+struct PageTurn {
+    explicit PageTurn(const Rect& bounds)
+        : left(static_cast<double>(bounds.left) / fixedOne),
+          top(static_cast<double>(bounds.top) / fixedOne) {}
+    Affine done() const { return {1, 0, 0, -1, -left, top}; }
+    Affine undone() const { return {1, 0, 0, -1, left, top}; }
+    double left;
+    double top;
+};
+
+/// The matrix of which `written` is what the writer makes. Rounding may keep the first try from
+/// that by a last digit.
+Affine patternMatrix(const Affine& written, const PageTurn& page) {
+    Affine matrix = then(then(page.done(), written), page.undone());
+    for (int i = 0; i < 4; ++i) {
+        const Affine again = then(then(page.undone(), matrix), page.done());
+        if (again == written) {
+            break;
+        }
+        matrix.tx += written.tx - again.tx;
+        matrix.ty -= written.ty - again.ty;
+    }
+    return matrix;
+}
+
+/// Keeps count of the patterns whose tiles are being read.
+class ActivePattern {
+public:
+    ActivePattern(std::vector<pugi::xml_node>& active, pugi::xml_node pattern) : active_(active) {
+        active_.push_back(pattern);
+    }
+    ActivePattern(const ActivePattern&) = delete;
+    ActivePattern& operator=(const ActivePattern&) = delete;
+    ~ActivePattern() { active_.pop_back(); }
+
+private:
+    std::vector<pugi::xml_node>& active_;
+};
+
+class PatternReader {
+public:
+    PatternReader(const std::vector<Attributes>& inherited, const PaintUse& use,
+                  ReadingContext& context)
+        : inherited_(inherited), use_(use), context_(context) {}
+
+    bool fitsBox() const {
+        return value(Attribute::patternUnits) != "userSpaceOnUse" ||
+               (!has(Attribute::viewBox) &&
+                value(Attribute::patternContentUnits) == "objectBoundingBox");
+    }
+
+    PaintSource read(const std::vector<pugi::xml_node>& elements);
+
+private:
+    std::string_view value(Attribute name) const { return firstOf(inherited_, name); }
+    bool has(Attribute name) const {
+        return std::ranges::any_of(
+            inherited_, [&](const Attributes& attributes) { return attributes.has(name); });
+    }
+    std::optional<ViewBox> cell() const;
+    std::optional<Affine> contentMatrix(const ViewBox& cell) const;
+    Affine transform() const;
+    double cellSide(Attribute name, double step) const;
+
+    const std::vector<Attributes>& inherited_;
+    const PaintUse& use_;
+    ReadingContext& context_;
+};
+
+/// In the user space of what is painted.
+std::optional<ViewBox> PatternReader::cell() const {
+    LengthContext lengths = use_.lengths;
+    Affine fromUnits;
+    if (value(Attribute::patternUnits) != "userSpaceOnUse") {
+        const auto box = boxMatrix(use_.box);
+        if (!box) {
+            return std::nullopt;
+        }
+        fromUnits = *box;
+        lengths.viewport = {1, 1};
+    }
+    const auto length = [&](Attribute name, Axis axis) {
+        return parseLength(value(name), axis, lengths).value_or(0);
+    };
+    const Position corner =
+        apply(fromUnits, {length(Attribute::x, Axis::x), length(Attribute::y, Axis::y)});
+    const ViewBox cell{corner.x, corner.y, length(Attribute::width, Axis::x) * fromUnits.a,
+                       length(Attribute::height, Axis::y) * fromUnits.d};
+    return cell.width > 0 && cell.height > 0 ? std::optional(cell) : std::nullopt;
+}
+
+/// From the space of the tile's elements to that of the cell.
+std::optional<Affine> PatternReader::contentMatrix(const ViewBox& cell) const {
+    if (has(Attribute::viewBox)) {
+        const auto box = parseViewBox(value(Attribute::viewBox));
+        if (!box || !(box->width > 0 && box->height > 0)) {
+            return std::nullopt;
+        }
+        return viewBoxMatrix(*box, cell, value(Attribute::preserveAspectRatio));
+    }
+    Affine atCorner{1, 0, 0, 1, cell.x, cell.y};
+    if (value(Attribute::patternContentUnits) == "objectBoundingBox") {
+        const auto box = boxMatrix(use_.box);
+        if (!box) {
+            return std::nullopt;
+        }
+        atCorner.a = box->a;
+        atCorner.d = box->d;
+    }
+    return atCorner;
+}
+
+Affine PatternReader::transform() const {
+    for (const Attributes& attributes : inherited_) {
+        if (attributes.has(Attribute::patternTransform)) {
+            return transformed({}, attributes, Attribute::patternTransform, context_);
+        }
+    }
+    return {};
+}
+
+double PatternReader::cellSide(Attribute name, double step) const {
+    double side = 0;
+    const bool said = context_.ours && TextCursor(value(name)).number(side) && side > 0;
+    return said ? side : step;
+}
+
+PaintSource PatternReader::read(const std::vector<pugi::xml_node>& elements) {
+    const auto cell = this->cell();
+    if (!cell) {
+        return PaintSource::null;
+    }
+    const auto content = contentMatrix(*cell);
+    if (!content) {
+        return PaintSource::null;
+    }
+    const auto found = std::ranges::find_if(elements, [](pugi::xml_node element) {
+        return static_cast<bool>(element.find_child(
+            [](pugi::xml_node child) { return child.type() == pugi::node_element; }));
+    });
+    const pugi::xml_node holder = found == elements.end() ? elements.front() : *found;
+    const PageTurn page(context_.document.page().bounds());
+    Pattern pattern;
+    pattern.stepX = cell->width;
+    pattern.stepY = cell->height;
+    pattern.left = cell->x + page.left;
+    pattern.bottom = page.top - (cell->y + cell->height);
+    pattern.right = pattern.left + cellSide(Attribute::dataCellWidth, cell->width);
+    pattern.top = pattern.bottom + cellSide(Attribute::dataCellHeight, cell->height);
+    const Affine written = transform();
+    pattern.matrix = use_.toArt == page.undone() ? patternMatrix(written, page)
+                                                 : then(then(page.done(), written), use_.toArt);
+    pattern.tile = context_.document.makeTile();
+    TreeReader(context_).readTile(holder, pattern.tile, then(*content, page.undone()),
+                                  use_.lengths.viewport);
+    return context_.document.addPattern(pattern);
+}
+
+} // namespace
+
+PaintSource readPattern(pugi::xml_node server, const PaintUse& use, ReadingContext& context,
+                        bool& fitsBox) {
+    if (std::ranges::find(context.activePatterns, server) != context.activePatterns.end() ||
+        context.activePatterns.size() == context.budget.references) {
+        context.tally.add("circular reference");
+        return PaintSource::null;
+    }
+    context.expand(patternCost);
+    const ActivePattern active(context.activePatterns, server);
+    std::vector<pugi::xml_node> elements;
+    const std::vector<Attributes> inherited = inheritedAttributes(server, context, elements);
+    PatternReader reader(inherited, use, context);
+    fitsBox = reader.fitsBox();
+    return reader.read(elements);
+}
+
+} // namespace corvane

@@ -1,0 +1,70 @@
+#include "app/svg/read/style/cascade.h"
+
+#include "app/artwork/affine.h"
+#include "app/svg/read/values/skew.h"
+#include "app/svg/read/values/transform.h"
+
+namespace corvane {
+
+Declared cascade(pugi::xml_node element, const Attributes& attributes, ReadingContext& context) {
+    Declared declared;
+    for (const Attributes::Entry& entry : attributes.entries()) {
+        if (isProperty(entry.name)) {
+            declared.set(entry.name, entry.value);
+        }
+    }
+    const std::string_view style = attributes[Attribute::style];
+    if (style.find('&') != std::string_view::npos) {
+        context.tally.add("entity");
+    }
+    // Pages of the web are full of roots with a size in the style, which means nothing on paper.
+    const bool ownSize = context.index.elementOf(element) != Element::svg;
+    const auto declareStyle = [&](bool important) {
+        bool met = false;
+        forEachDeclaration(style, [&](std::string_view name, std::string_view value, bool marked) {
+            const Attribute property = attributeByName(name);
+            met = met || marked;
+            if (isProperty(property) && marked == important) {
+                declared.set(property, value);
+            } else if (isGeometry(property) && !important && ownSize && value != "none") {
+                context.tally.add("geometry in a style");
+            }
+        });
+        return met;
+    };
+    const std::string_view type = context.index.localName(element);
+    if (!context.sheet.empty()) {
+        context.sheet.declare(type, attributes, false, declared);
+    }
+    const bool marked = !style.empty() && declareStyle(false);
+    if (!context.sheet.empty()) {
+        context.sheet.declare(type, attributes, true, declared);
+    }
+    if (marked) {
+        declareStyle(true);
+    }
+    return declared;
+}
+
+ComputedStyle styleOf(pugi::xml_node element, const Attributes& attributes,
+                      const ComputedStyle& outer, const Viewport& viewport,
+                      ReadingContext& context) {
+    return computeStyle(outer, cascade(element, attributes, context), attributes, viewport,
+                        context.tally);
+}
+
+Affine transformed(const Affine& outer, const Attributes& attributes, Attribute name,
+                   ReadingContext& context) {
+    if (!attributes.has(name)) {
+        return outer;
+    }
+    const auto inner = parseTransform(attributes[name]);
+    const Affine both = inner ? then(*inner, outer) : outer;
+    if (!inner || !isFinite(both)) {
+        context.tally.add("transform");
+        return outer;
+    }
+    return both;
+}
+
+} // namespace corvane

@@ -1,0 +1,24 @@
+// What attributes, style sheets and `style` say of an element together (CSS 2.1, 6.4).
+#pragma once
+
+#include "app/artwork/paint.h"
+#include "app/svg/read/context.h"
+#include "app/svg/read/style/attributes.h"
+#include "app/svg/read/style/computed_style.h"
+
+namespace corvane {
+
+/// The values that win; presentation attributes lose against every rule.
+Declared cascade(pugi::xml_node element, const Attributes& attributes, ReadingContext& context);
+
+/// The style of an element within `outer`.
+ComputedStyle styleOf(pugi::xml_node element, const Attributes& attributes,
+                      const ComputedStyle& outer, const Viewport& viewport,
+                      ReadingContext& context);
+
+/// `outer`, and in it the transform of one of the element's attributes. What is no transform is
+/// counted and does nothing.
+Affine transformed(const Affine& outer, const Attributes& attributes, Attribute name,
+                   ReadingContext& context);
+
+} // namespace corvane

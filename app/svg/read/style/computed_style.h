@@ -1,0 +1,74 @@
+// What holds for an element's properties, with what it inherits.
+#pragma once
+
+#include "app/svg/colour.h"
+#include "app/svg/read/paint/paint_twin.h"
+#include "app/svg/read/style/attributes.h"
+#include "app/svg/read/style/declarations.h"
+#include "app/svg/read/tally.h"
+#include "app/svg/read/values/length.h"
+#include "host/artwork.h"
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace corvane {
+
+/// The value of `fill` or `stroke`.
+struct PaintValue {
+    enum class Kind : std::uint8_t { none, colour, server };
+    Kind kind = Kind::none;
+    bool isCurrent = false;  ///< `colour` is what `color` says, where it is inherited too
+    bool fallsBack = false;  ///< a server that is not there: `colour` instead, otherwise none
+    ScreenColour colour;     ///< the colour, or what is seen instead of the server
+    double alpha = 1;        ///< of the colour
+    std::string_view server; ///< id of a gradient or pattern
+};
+
+/// Lengths are user units of the element that says them; so a use in another scale cannot change
+/// what is inherited.
+struct ComputedStyle {
+    // Inherited.
+    PaintValue fill{PaintValue::Kind::colour, false, false, {}, 1, {}};
+    PaintValue stroke;
+    PaintTwin fillTwin;
+    PaintTwin strokeTwin;
+    ScreenColour colour; ///< "currentColor"
+    double fillOpacity = 1;
+    double strokeOpacity = 1;
+    double strokeWidth = 1;
+    double dashOffset = 0;
+    double miterLimit = 4;
+    double fontSize = 16;
+    std::string_view dashes; ///< empty: none
+    Viewport viewport;       ///< of the element that gave the dashes
+    std::int32_t cap = 0;    ///< as in `PathStyle`
+    std::int32_t join = 0;
+    FillRule fillRule = FillRule::nonzero;
+    FillRule clipRule = FillRule::nonzero;
+    bool visible = true;
+    bool transparent = false; ///< the element or one around it has no opacity at all
+
+    // Of the element alone.
+    bool displayed = true;
+    bool overflows = false;
+    bool saysFill = false; ///< the element itself has the property
+    bool saysStroke = false;
+    std::string_view clipPath; ///< id of the clip; empty: none
+};
+
+/// The style of an element of which `declared` says all that attributes and sheets do, within
+/// `outer`. What cannot be held (filters, opacity between 0 and 1 and their like) is counted.
+ComputedStyle computeStyle(const ComputedStyle& outer, const Declared& declared,
+                           const Attributes& attributes, const Viewport& viewport, Tally& tally);
+
+/// The id in "url(#id)"; none where the text starts otherwise or names another file. `rest`, if
+/// given, gets what follows.
+std::optional<std::string_view> localReference(std::string_view text,
+                                               std::string_view* rest = nullptr);
+
+/// A number or percentage from 0 to 1.
+std::optional<double> parseOpacity(std::string_view text);
+
+} // namespace corvane

@@ -1,0 +1,146 @@
+#include "reader/content/containers.h"
+
+#include "reader/content/art.h"
+#include "runtime/budget.h"
+#include "runtime/callbacks.h"
+#include "runtime/rules.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace corvane {
+
+Art makeArt(ArtKind kind, Art container) {
+    std::uint8_t clipped = 0;
+    callHost(slot::getGroupClipped, container, &clipped);
+    if (clipped == 0) {
+        return newArt(kind, Placement::inside, container);
+    }
+    const Art clip = firstChild(container);
+    if (clip == Art::null) {
+        failException(Exception::host);
+    }
+    return newArt(kind, Placement::behind, clip);
+}
+
+void Containers::open(Art layer) {
+    close();
+    entries_.push_back({.container = layer});
+}
+
+void Containers::close() {
+    entries_.clear();
+    depth_ = 0;
+    soleDepth_ = -1;
+    sole_ = Art::null;
+}
+
+void Containers::push() {
+    ++depth_;
+    if (!rules().lazyGroups) {
+        makeGroup();
+    }
+}
+
+void Containers::pop() {
+    Art left = Art::null;
+    std::int32_t height = 0;
+    if (soleDepth_ == depth_) {
+        left = sole_;
+        height = soleHeight_;
+        soleDepth_ = -1;
+    }
+    while (entries_.back().depth == depth_) {
+        const Entry entry = entries_.back();
+        entries_.pop_back();
+        height = std::max(height, entry.height + 1);
+        entries_.back().height = std::max(entries_.back().height, height);
+        if (entry.group != Art::null) {
+            left = closeGroup(entry.group);
+        } else {
+            closeClip(entry.container);
+        }
+    }
+    --depth_;
+    if (left != Art::null && !isMade()) {
+        soleDepth_ = depth_;
+        sole_ = left;
+        soleHeight_ = height;
+    }
+}
+
+void Containers::finish() {
+    while (entries_.size() > 1) {
+        closeClip(entries_.back().container);
+        entries_.pop_back();
+    }
+}
+
+/// A clipped group that holds nothing but its clip shows nothing.
+void Containers::closeClip(Art group) {
+    if (rules().lazyGroups && nextSibling(firstChild(group)) == Art::null) {
+        callHost(slot::disposeArt, group);
+    }
+}
+
+/// What is left of a level's group when the level ends: the group, the group that it alone holds,
+/// or nothing.
+Art Containers::closeGroup(Art group) {
+    if (!rules().lazyGroups) {
+        return group;
+    }
+    const Art child = firstChild(group);
+    if (child == Art::null) {
+        callHost(slot::disposeArt, group);
+        return Art::null;
+    }
+    if (nextSibling(child) != Art::null || artKind(child) != ArtKind::group) {
+        return group;
+    }
+    callHost(slot::reorderArt, child, Placement::inFront, group);
+    callHost(slot::disposeArt, group);
+    return child;
+}
+
+void Containers::makeGroup() {
+    const Art group = makeArt(ArtKind::group, entries_.back().container);
+    entries_.push_back({.depth = depth_, .group = group, .container = group});
+}
+
+/// Makes the group of a level around the one group that stands in it.
+void Containers::wrap(std::int32_t depth, Art inner) {
+    const Art group = newArt(ArtKind::group, Placement::inFront, inner);
+    entries_.push_back({depth, group, group, soleHeight_});
+    callHost(slot::reorderArt, inner, Placement::inside, group);
+}
+
+Art Containers::container() {
+    const auto nesting = static_cast<std::int32_t>(entries_.size());
+    if (isMade() || nesting >= budget::groupNesting) {
+        return entries_.back().container;
+    }
+    const std::int32_t level = std::exchange(soleDepth_, -1);
+    if (level >= 0) {
+        if (nesting + soleHeight_ >= budget::groupNesting) {
+            return entries_.back().container;
+        }
+        wrap(level, sole_);
+    }
+    if (level != depth_) {
+        makeGroup();
+    }
+    return entries_.back().container;
+}
+
+Art Containers::make(ArtKind kind) {
+    return makeArt(kind, container());
+}
+
+void Containers::enter(Art group) {
+    if (entries_.size() >= static_cast<std::size_t>(budget::artNesting) - 8) {
+        failException(Exception::structure);
+    }
+    entries_.push_back({.depth = depth_, .container = group});
+}
+
+} // namespace corvane

@@ -1,0 +1,83 @@
+// Drawing a page into the host's document: its geometry, then its content.
+#include "objects/stack.h"
+#include "reader/content/content.h"
+#include "reader/content/omissions.h"
+#include "reader/content/state.h"
+#include "reader/page/page_content.h"
+#include "reader/page/page_identity.h"
+#include "reader/page/page_matrix.h"
+#include "reader/syntax/syntax.h"
+#include "runtime/callbacks.h"
+#include "runtime/rules.h"
+
+#include <vector>
+
+namespace corvane {
+
+namespace {
+
+std::int64_t streamLength(const Object& stream) {
+    const std::span<Object> parts = elementsObject(stream);
+    return std::int64_t{integerObject(parts[2])} - integerObject(parts[1]);
+}
+
+/// The host's artboard takes the size of `box`.
+void sizeArtboard(const Box& box) {
+    ArtboardSize size;
+    callHost(slot::getArtboardSize, &size);
+    size = hostSize(box);
+    callHost(slot::setArtboardSize, &size);
+}
+
+void readOrigin() {
+    Point origin;
+    callHost(slot::getPageOrigin, &origin);
+}
+
+void tellIdentity(DocumentCache& cache) {
+    const HostExtension* const extension = hostExtension();
+    if (extension != nullptr && extension->pageIdentity != nullptr) {
+        extension->pageIdentity(extension->context,
+                                {.page = factsCache(cache), .digest = identityOfPage(cache)});
+    }
+}
+
+void runStreams(DocumentCache& cache, const std::vector<ObjectOwner>& streams) {
+    std::int64_t total = 0;
+    for (const ObjectOwner& stream : streams) {
+        total += streamLength(stream.get());
+    }
+    TokenPusher pusher(cache);
+    ContentProgress progress(total);
+    for (const ObjectOwner& stream : streams) {
+        runContent(cache, stream.get(), pusher, progress);
+        progress.finishStream(streamLength(stream.get()));
+    }
+    finishContent();
+}
+
+} // namespace
+
+void readCache(DocumentCache& cache) {
+    const PageMatrix matrix = pageMatrix(cache);
+    sizeArtboard(cropCache(cache));
+    readOrigin();
+    openOmissions();
+    applyPageMatrix(matrix);
+
+    const std::vector<ObjectOwner> streams = contentStreams(cache);
+    tellIdentity(cache);
+    runStreams(cache, streams);
+
+    memoryException();
+    callHost(slot::finishImport, cache.art, cache.art);
+    callHost(slot::redrawDocument);
+    reportOmissions();
+
+    sizeArtboard(turnedBox(matrix, mediaCache(cache)));
+    const Rect bounds = hostRect(turnedBox(matrix, cropCache(cache)));
+    callHost(slot::setPageBounds, &bounds);
+    readOrigin();
+}
+
+} // namespace corvane

@@ -1,0 +1,138 @@
+// Operators that only the extended profile knows.
+#include "objects/stack.h"
+#include "reader/content/content_operators.h"
+#include "reader/content/omissions.h"
+#include "reader/content/state.h"
+#include "reader/paint/colour.h"
+#include "reader/paint/colour_space.h"
+#include "runtime/exception.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace corvane {
+
+namespace {
+
+/// The paint is a pattern or of a space that is not supported.
+void hidePaint(Paint& paint) {
+    paint.hidden = true;
+    noteOmission(Omission::shading);
+}
+
+void selectSpace(DocumentCache& cache, Paint& paint, Colour& colour) {
+    const ObjectOwner name = popLiteral();
+    // Hidden until the space is found: what it was before is not what the page asks for.
+    paint = Paint{.hidden = true};
+    paint = Paint{.space = findColourSpace(cache, literalObject(name.get()))};
+    if (paint.space == nullptr) {
+        hidePaint(paint);
+    } else if (paint.space->kind != ColourSpace::Kind::pattern) {
+        colour = initialColour(*paint.space);
+    }
+}
+
+/// The topmost operands, at most `most`, the deepest first.
+std::vector<double> popComponents(std::int32_t most) {
+    std::vector<double> components(static_cast<std::size_t>(std::min(countStack(), most)));
+    std::ranges::generate(components.rbegin(), components.rend(), popNumber);
+    return components;
+}
+
+/// The device space that colours of so many components are of, while no space was chosen.
+Colour deviceColour(const std::vector<double>& components) {
+    const auto kind = components.size() == 4   ? ColourSpace::Kind::cmyk
+                      : components.size() == 3 ? ColourSpace::Kind::rgb
+                                               : ColourSpace::Kind::gray;
+    return colourIn({.kind = kind}, components);
+}
+
+void selectColour(Paint& paint, Colour& colour) {
+    checkStack("?");
+    const bool named = typeObject(indexStack(0)) == ObjectType::literal;
+    if (named || (paint.space && paint.space->kind == ColourSpace::Kind::pattern)) {
+        hidePaint(paint);
+        return;
+    }
+    if (paint.space == nullptr && paint.hidden) {
+        return;
+    }
+    constexpr std::int32_t deviceComponents = 4;
+    const std::vector<double> components =
+        popComponents(paint.space ? paint.space->components : deviceComponents);
+    colour = paint.space ? colourIn(*paint.space, components) : deviceColour(components);
+}
+
+/// Runs an operator with the value of an entry as its operand, where the dictionary has one.
+void applyEntry(DocumentCache& cache, const Object& dictionary, std::string_view key,
+                std::string_view operands, OperatorHandler handler) {
+    ObjectOwner value = lookupObject(cache, dictionary, key);
+    if (typeObject(value.get()) != ObjectType::null) {
+        pushStack(value.release());
+        checkStack(operands);
+        handler(cache);
+    }
+}
+
+/// The entry "D": a dash array and its phase.
+void applyDash(DocumentCache& cache, const Object& dictionary) {
+    const ObjectOwner dash = lookupObject(cache, dictionary, "D");
+    if (typeObject(dash.get()) != ObjectType::array || sizeObject(dash.get()) != 2) {
+        return;
+    }
+    for (const Object& element : elementsObject(dash.get())) {
+        pushStack(resolveObject(cache, element).release());
+    }
+    checkStack("ax");
+    dashOperator(cache);
+}
+
+} // namespace
+
+OperatorResult shadingOperator(DocumentCache&) {
+    noteOmission(Omission::shading);
+    return 0;
+}
+
+OperatorResult fillSpaceOperator(DocumentCache& cache) {
+    selectSpace(cache, state.fill, state.style.fill);
+    return 0;
+}
+
+OperatorResult strokeSpaceOperator(DocumentCache& cache) {
+    selectSpace(cache, state.stroke, state.style.stroke);
+    return 0;
+}
+
+OperatorResult fillColourOperator(DocumentCache&) {
+    selectColour(state.fill, state.style.fill);
+    return 0;
+}
+
+OperatorResult strokeColourOperator(DocumentCache&) {
+    selectColour(state.stroke, state.style.stroke);
+    return 0;
+}
+
+OperatorResult externalStateOperator(DocumentCache& cache) {
+    ObjectOwner name = popLiteral();
+    pushLiteral("ExtGState");
+    pushStack(name.release());
+    resourceOperator(cache);
+    const ObjectOwner entries(popStack());
+    if (typeObject(entries.get()) != ObjectType::dictionary) {
+        return 0;
+    }
+    applyEntry(cache, entries.get(), "LW", "x", widthOperator);
+    applyEntry(cache, entries.get(), "LC", "x", capOperator);
+    applyEntry(cache, entries.get(), "LJ", "x", joinOperator);
+    applyEntry(cache, entries.get(), "ML", "x", miterOperator);
+    applyDash(cache, entries.get());
+    return 0;
+}
+
+OperatorResult invisibleOperator(DocumentCache&) {
+    return 0;
+}
+
+} // namespace corvane

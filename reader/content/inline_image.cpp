@@ -1,0 +1,134 @@
+#include "reader/content/inline_image.h"
+
+#include "filters/character.h"
+#include "objects/stack.h"
+#include "reader/paint/colour_space.h"
+#include "reader/syntax/keywords.h"
+#include "reader/syntax/syntax.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace corvane {
+
+namespace {
+
+/// Bytes behind "EI" in which the next token of the page must show itself.
+constexpr std::size_t followBytes = 32;
+
+/// Value of an entry by its full or short name; null where it is missing. Not retained.
+Object entryOf(std::string_view name, std::string_view shortName) {
+    const std::int32_t count = countStack();
+    for (std::int32_t depth = count - 1; depth > 0; depth -= 2) {
+        const Object key = indexStack(depth);
+        if (typeObject(key) == ObjectType::literal &&
+            (literalObject(key) == name || literalObject(key) == shortName)) {
+            return indexStack(depth - 1);
+        }
+    }
+    Object null;
+    shallowObject(null, ObjectType::null, 0);
+    return null;
+}
+
+std::int64_t wholeNumber(const Object& object) {
+    return typeObject(object) == ObjectType::integer ? integerObject(object) : -1;
+}
+
+/// Bits of one pixel, or -1.
+std::int64_t pixelBits(DocumentCache& cache) {
+    const Object mask = entryOf("ImageMask", "IM");
+    if (typeObject(mask) == ObjectType::boolean && booleanObject(mask)) {
+        return 1;
+    }
+    const Object space = entryOf("ColorSpace", "CS");
+    if (typeObject(space) != ObjectType::literal) {
+        return -1;
+    }
+    const ColourSpacePointer known = findColourSpace(cache, literalObject(space));
+    const std::int64_t bits = wholeNumber(entryOf("BitsPerComponent", "BPC"));
+    return known && known->components > 0 && bits > 0 && bits <= 16 ? bits * known->components : -1;
+}
+
+/// Whether what stands behind "EI" is page content: nothing, an operand or an operator.
+bool isContent(std::string_view follow) {
+    if (!follow.empty() && isRegular(follow.front())) {
+        return false;
+    }
+    const auto token = std::find_if_not(follow.begin(), follow.end(), isSpace);
+    if (token == follow.end() || !isRegular(*token)) {
+        return true;
+    }
+    const auto end = std::find_if_not(token, follow.end(), isRegular);
+    const std::string_view word(&*token, static_cast<std::size_t>(end - token));
+    return characterClass(*token) != CharacterClass::regular ||
+           contentKeywords().find(word) != nullptr;
+}
+
+bool endsHere(std::string_view ahead) {
+    return ahead.starts_with("EI") && isContent(ahead.substr(2, followBytes));
+}
+
+/// Goes past `length` bytes; false where there are fewer.
+bool skipBytes(TokenFilter& tokens, std::int64_t length) {
+    while (length > 0) {
+        const std::size_t held = tokens.ahead(1).size();
+        if (held == 0) {
+            return false;
+        }
+        const auto piece = std::min<std::int64_t>(length, static_cast<std::int64_t>(held));
+        tokens.skip(static_cast<std::size_t>(piece));
+        length -= piece;
+    }
+    return true;
+}
+
+void searchEnd(TokenFilter& tokens) {
+    constexpr std::size_t reach = 2 * followBytes;
+    for (;;) {
+        const std::string_view ahead = tokens.ahead(reach);
+        const bool isLast = ahead.size() < reach;
+        const std::size_t at = ahead.find("EI");
+        if (at == std::string_view::npos) {
+            // The last two bytes come again: what stands before "EI", and its first letter.
+            tokens.skip(isLast ? ahead.size() : ahead.size() - 2);
+            if (isLast) {
+                return;
+            }
+            continue;
+        }
+        if (!isLast && at + 2 + followBytes > ahead.size()) {
+            tokens.skip(at - 1);
+            continue;
+        }
+        const char before = at == 0 ? ' ' : ahead[at - 1];
+        const bool isSeparate = isSpace(before) || before == '>';
+        if (isSeparate && endsHere(ahead.substr(at))) {
+            tokens.skip(at);
+            return;
+        }
+        tokens.skip(at + 1);
+    }
+}
+
+} // namespace
+
+std::int64_t imageDataLength(DocumentCache& cache) {
+    if (typeObject(entryOf("Filter", "F")) != ObjectType::null) {
+        return -1;
+    }
+    const std::int64_t width = wholeNumber(entryOf("Width", "W"));
+    const std::int64_t height = wholeNumber(entryOf("Height", "H"));
+    const std::int64_t bits = pixelBits(cache);
+    return width > 0 && height > 0 && bits > 0 ? (width * bits + 7) / 8 * height : -1;
+}
+
+void skipImageData(TokenFilter& tokens, std::int64_t length) {
+    if (length >= 0 && skipBytes(tokens, length) &&
+        endsHere(tokens.aheadOfSpace(2 + followBytes))) {
+        return;
+    }
+    searchEnd(tokens);
+}
+
+} // namespace corvane

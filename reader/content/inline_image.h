@@ -1,0 +1,21 @@
+// Inline images: finding where their data end.
+#pragma once
+
+#include "filters/token.h"
+#include "reader/document/cache.h"
+
+#include <cstdint>
+
+namespace corvane {
+
+/// Bytes of the data of the inline image whose entries are on the operand stack; -1 where they
+/// cannot be told: the data are encoded, or of a colour space that is not a device's.
+std::int64_t imageDataLength(DocumentCache& cache);
+
+/// Goes past the data of an inline image, up to its "EI", which is the next token then. Data of a
+/// known length are believed where "EI" follows them. Otherwise the two letters are searched for:
+/// behind white space or the end mark of an ASCII filter, and with page content behind them, since
+/// data may hold them by chance.
+void skipImageData(TokenFilter& tokens, std::int64_t length);
+
+} // namespace corvane

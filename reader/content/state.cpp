@@ -1,0 +1,138 @@
+#include "reader/content/state.h"
+
+#include "runtime/callbacks.h"
+#include "runtime/fixed.h"
+#include "runtime/memory.h"
+#include "runtime/rules.h"
+
+#include <cmath>
+
+namespace corvane {
+
+GraphicsState state;
+Containers containers;
+
+namespace {
+
+/// A copy kept by `q`, and how many `q` in a row kept the same.
+struct SavedState {
+    GraphicsState state;
+    std::int32_t times = 1;
+};
+
+struct SavedStates {
+    std::deque<SavedState> copies;
+    std::int32_t depth = 0;
+    ZoneCharge charge;
+};
+SavedStates saved;
+
+/// Copies are charged this many at a time.
+constexpr std::size_t chargeStep = 256;
+
+RealMatrix multiplied(const RealMatrix& first, const RealMatrix& second) {
+    return {.a = first.a * second.a + first.b * second.c,
+            .b = first.a * second.b + first.b * second.d,
+            .c = first.c * second.a + first.d * second.c,
+            .d = first.c * second.b + first.d * second.d,
+            .tx = first.tx * second.a + first.ty * second.c + second.tx,
+            .ty = first.tx * second.b + first.ty * second.d + second.ty};
+}
+
+} // namespace
+
+void openState() {
+    closeState();
+    state = GraphicsState();
+    Art layer = Art::null;
+    callHost(slot::getLayerArt, Layer::null, &layer);
+    if (layer == Art::null) {
+        failException(Exception::host);
+    }
+    containers.open(layer);
+    callHost(slot::setIdentityMatrix, &state.ctm);
+    callHost(slot::getDefaultStyle, &state.style);
+    const PathStyle initial;
+    state.style.fillPaint = 0;
+    state.style.strokePaint = 0;
+    state.style.fill = initial.fill;
+    state.style.stroke = initial.stroke;
+    state.style.dashCount = 0;
+    state.style.cap = initial.cap;
+    state.style.join = initial.join;
+    state.style.miterLimit = initial.miterLimit;
+    state.style.clip = 0;
+    state.style.resolution = initial.resolution;
+    state.style.rule = FillRule::nonzero;
+}
+
+void closeState() {
+    // Not by assignment of a fresh one: making a deque needs memory, and closing must not fail.
+    saved.copies.clear();
+    saved.depth = 0;
+    saved.charge.resize(0);
+    containers.close();
+}
+
+void saveState() {
+    containers.push();
+    ++saved.depth;
+    if (!saved.copies.empty() && saved.copies.back().state == state) {
+        ++saved.copies.back().times;
+        return;
+    }
+    if (saved.copies.size() % chargeStep == 0) {
+        saved.charge.resize(
+            static_cast<std::int64_t>((saved.copies.size() + chargeStep) * sizeof(SavedState)));
+    }
+    saved.copies.push_back({state});
+}
+
+void restoreState() {
+    if (saved.depth == 0) {
+        failException(Exception::underflow);
+    }
+    SavedState& copy = saved.copies.back();
+    state = copy.state;
+    --saved.depth;
+    if (--copy.times == 0) {
+        saved.copies.pop_back();
+    }
+    containers.pop();
+}
+
+std::int32_t depthState() {
+    return saved.depth;
+}
+
+void concatState() {
+    if (rules().exactNumbers) {
+        state.exactCtm = multiplied(popRealMatrix(), state.exactCtm);
+        return;
+    }
+    const Matrix operand = popMatrix();
+    const Matrix former = state.ctm;
+    callHost(slot::multiplyMatrix, &operand, &former, &state.ctm);
+}
+
+Point transformState(RealPoint point) {
+    if (rules().exactNumbers) {
+        const RealMatrix& m = state.exactCtm;
+        return {fixedFromReal(m.a * point.x + m.c * point.y + m.tx),
+                fixedFromReal(m.b * point.x + m.d * point.y + m.ty)};
+    }
+    const Point from{fixedFromReal(point.x), fixedFromReal(point.y)};
+    Point to;
+    callHost(slot::transformPoint, &state.ctm, &from, &to);
+    return to;
+}
+
+double scaleState() {
+    if (!rules().exactNumbers) {
+        return 1.0;
+    }
+    const RealMatrix& m = state.exactCtm;
+    return std::sqrt(std::abs(m.a * m.d - m.b * m.c));
+}
+
+} // namespace corvane

@@ -1,0 +1,137 @@
+// Opening and closing a document.
+#include "reader/document/cache.h"
+
+#include "filters/buffer.h"
+#include "filters/stream.h"
+#include "output/xref.h"
+#include "reader/content/state.h"
+#include "reader/document/locate.h"
+#include "reader/document/repair.h"
+#include "reader/document/unfinished.h"
+#include "reader/page/page_tree.h"
+#include "reader/paint/path.h"
+#include "reader/syntax/keywords.h"
+#include "reader/syntax/syntax.h"
+#include "reader/text/text.h"
+#include "runtime/exception.h"
+#include "runtime/rules.h"
+
+#include <set>
+
+namespace corvane {
+
+namespace {
+
+/// Opens the file's chain and learns its length.
+void openFileChain(DocumentCache& cache) {
+    cache.fileChain.link(setupStream(cache.volume, cache.fileName, "read"));
+    const auto& stream = static_cast<const StreamFilter&>(*cache.fileChain.top());
+    cache.wholeLength = lengthFile(stream.file);
+    cache.fileLength = cache.wholeLength;
+    cache.fileChain.link(setupBuffer());
+    cache.input = cache.fileChain.top();
+}
+
+/// Reads the sections from the newest to the oldest.
+void readSections(DocumentCache& cache) {
+    std::set<std::int32_t> seen;
+    std::int32_t offset = locateSection(cache);
+    hoistXRef(offset);
+    for (; offset != 0; offset = xrefCache(cache, offset).previous) {
+        if (!seen.insert(offset).second) {
+            failException(Exception::structure);
+        }
+        cache.sectionOffsets.push_back(offset);
+    }
+    if (typeObject(cache.trailer.get()) != ObjectType::dictionary) {
+        failException(Exception::structure);
+    }
+}
+
+/// Reads the cross-reference and walks the page tree.
+Exception tryReferences(DocumentCache& cache) {
+    return guarded([&] {
+        readSections(cache);
+        if (rules().repairsReferences) {
+            walkPages(cache);
+        }
+    });
+}
+
+void forgetReferences(DocumentCache& cache) {
+    cache.trailer = ObjectOwner();
+    cache.pages.clear();
+    cache.pagesWalked = false;
+    cache.references = openReference();
+    cache.freed.clear();
+    cache.sectionOffsets.clear();
+}
+
+/// Reads the cross-reference and walks the page tree. Where that fails, and the profile allows it,
+/// once more without an update that was cut short, and then with what a search of the file finds.
+void readReferences(DocumentCache& cache) {
+    Exception code = tryReferences(cache);
+    if (isFileFault(code) && rules().marksUpdates && passUnfinished(cache, true)) {
+        resetException();
+        forgetReferences(cache);
+        code = tryReferences(cache);
+    }
+    if (code == Exception::none) {
+        return;
+    }
+    if (!rules().repairsReferences || !isFileFault(code)) {
+        againException();
+    }
+    resetException();
+    forgetReferences(cache);
+    repairCache(cache);
+    walkPages(cache);
+}
+
+/// The process-wide state that lives as long as a cache: closed again in reverse order.
+void closeInterpreter() {
+    closeText();
+    closePath();
+    closeState();
+}
+
+} // namespace
+
+std::unique_ptr<DocumentCache> openCache(std::int16_t volume, std::string_view fileName) {
+    auto cache = std::make_unique<DocumentCache>();
+    openKeywords();
+    const Exception code = guarded([&] {
+        cache->volume = volume;
+        cache->fileName = fileName;
+        openState();
+        cache->art = containers.layer();
+        openPath();
+        openText();
+        cache->references = openReference();
+        openFileChain(*cache);
+        locateHeader(*cache);
+        if (rules().marksUpdates) {
+            passUnfinished(*cache, false);
+        }
+        readReferences(*cache);
+    });
+    if (code != Exception::none) {
+        cache.reset();
+        closeInterpreter();
+        closeKeywords();
+        againException();
+    }
+    return cache;
+}
+
+void closeCache(std::unique_ptr<DocumentCache> cache) {
+    cache->trailer = ObjectOwner();
+    cache->references.reset();
+    const Exception code = guarded([&] { cache->fileChain.unlink(); });
+    cache.reset();
+    closeInterpreter();
+    closeKeywords();
+    raiseException(code);
+}
+
+} // namespace corvane

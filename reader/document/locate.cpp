@@ -1,0 +1,104 @@
+#include "reader/document/locate.h"
+
+#include "filters/character.h"
+#include "objects/symbol.h"
+#include "runtime/exception.h"
+#include "runtime/rules.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace corvane {
+
+namespace {
+
+/// Bytes at the front in which the header may stand.
+constexpr std::size_t headerReach = 1024;
+
+/// Bytes at the end that every file must have, and in which the last number is looked for.
+constexpr std::size_t tailLength = 256;
+
+/// Bytes at the end in which "startxref" is looked for: what readers accept behind "%%EOF".
+constexpr std::size_t tailReach = 1024;
+
+std::int32_t parseOffset(std::string_view digits) {
+    std::int32_t offset = 0;
+    if (digits.size() > 10 || !integerSymbol(digits, offset)) {
+        failException(Exception::structure);
+    }
+    return offset;
+}
+
+/// The last run of decimal digits.
+std::string_view lastNumber(std::string_view tail) {
+    const auto last = std::find_if(tail.rbegin(), tail.rend(), isDigit);
+    const auto first = std::find_if_not(last, tail.rend(), isDigit);
+    // A run that begins with the tail may have lost digits.
+    if (first == tail.rend()) {
+        failException(Exception::structure);
+    }
+    const auto length = static_cast<std::size_t>(first - last);
+    return tail.substr(static_cast<std::size_t>(tail.rend() - first), length);
+}
+
+/// The number behind the last "startxref", or nothing.
+std::string_view numberBehindStartxref(std::string_view tail) {
+    constexpr std::string_view word = "startxref";
+    const std::size_t at = tail.rfind(word);
+    if (at == std::string_view::npos) {
+        return {};
+    }
+    tail.remove_prefix(at + word.size());
+    tail.remove_prefix(static_cast<std::size_t>(
+        std::find_if_not(tail.begin(), tail.end(), isSpace) - tail.begin()));
+    const auto end = std::find_if_not(tail.begin(), tail.end(), isDigit);
+    return tail.substr(0, static_cast<std::size_t>(end - tail.begin()));
+}
+
+} // namespace
+
+void locateHeader(DocumentCache& cache) {
+    Filter& file = *cache.fileChain.top();
+    std::array<char, headerReach> buffer{};
+    seekFilter(file, 0);
+    const std::string_view front(buffer.data(),
+                                 readFilter(file, std::as_writable_bytes(std::span(buffer))));
+    constexpr std::string_view mark = "%PDF-";
+    const std::size_t at = front.find(mark);
+    if (at == std::string_view::npos) {
+        return;
+    }
+    if (rules().modernHeader) {
+        cache.headerOffset = static_cast<std::int32_t>(at);
+    }
+    const std::string_view rest = front.substr(at + mark.size());
+    const auto end =
+        std::find_if(rest.begin(), rest.end(), [](char c) { return !isDigit(c) && c != '.'; });
+    cache.version =
+        rest.substr(0, std::min<std::size_t>(8, static_cast<std::size_t>(end - rest.begin())));
+}
+
+std::int32_t locateSection(DocumentCache& cache) {
+    Filter& file = *cache.fileChain.top();
+    if (cache.fileLength < static_cast<std::int32_t>(tailLength)) {
+        failException(Exception::io);
+    }
+    std::array<char, tailReach> buffer{};
+    const std::size_t reach = rules().findsStartxref ? tailReach : tailLength;
+    const auto length = std::min(reach, static_cast<std::size_t>(cache.fileLength));
+    seekFilter(file, cache.fileLength - static_cast<std::int32_t>(length));
+    const std::span<char> wanted = std::span(buffer).first(length);
+    if (readFilter(file, std::as_writable_bytes(wanted)) != length) {
+        failException(Exception::io);
+    }
+    const std::string_view tail(buffer.data(), length);
+    if (rules().findsStartxref) {
+        if (const std::string_view number = numberBehindStartxref(tail); !number.empty()) {
+            return parseOffset(number);
+        }
+    }
+    return parseOffset(lastNumber(tail.substr(length - std::min(length, tailLength))));
+}
+
+} // namespace corvane

@@ -1,0 +1,106 @@
+#include "reader/document/revisions.h"
+
+#include "filters/character.h"
+#include "reader/document/update_mark.h"
+#include "reader/syntax/file_bytes.h"
+#include "runtime/exception.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+/// Bytes in which an end has its number and its mark.
+constexpr std::int32_t endReach = 64;
+
+/// Where a revision ends whose word "startxref" ends at `position`.
+std::int32_t behindEnd(DocumentCache& cache, std::int32_t position) {
+    constexpr std::string_view mark = "%%EOF";
+    const std::string bytes = bytesOfFile(cache, position, endReach);
+    std::size_t at = bytes.find(mark);
+    if (at == std::string::npos) {
+        return std::min(position, cache.fileLength);
+    }
+    at += mark.size();
+    if (at < bytes.size() && bytes[at] == '\r') {
+        ++at;
+    }
+    if (at < bytes.size() && bytes[at] == '\n') {
+        ++at;
+    }
+    return std::min(position + static_cast<std::int32_t>(at), cache.fileLength);
+}
+
+/// Where the first of the objects stands that the section in force names.
+std::int64_t firstObject(DocumentCache& cache) {
+    std::int64_t lowest = INT32_MAX;
+    for (Ref<ReferenceNode> node = firstReference(*cache.references); node; node = node->next) {
+        lowest = std::min<std::int64_t>(lowest, node->tag);
+    }
+    return lowest + cache.headerOffset;
+}
+
+} // namespace
+
+std::vector<Revision> revisions(DocumentCache& cache) {
+    if (cache.repaired) {
+        failException(Exception::structure);
+    }
+    std::vector<Revision> found;
+    for (auto offset = cache.sectionOffsets.rbegin(); offset != cache.sectionOffsets.rend();
+         ++offset) {
+        const std::int32_t position = *offset + cache.headerOffset;
+        std::int32_t end = 0;
+        std::int64_t first = 0;
+        {
+            const SectionScope section(cache, *offset);
+            end = behindEnd(cache, section.facts().end);
+            first = firstObject(cache);
+        }
+        if (!found.empty() && position < found.back().end) {
+            found.back().sections.push_back(*offset);
+            continue;
+        }
+        Revision revision{.sections = {*offset}};
+        if (!found.empty()) {
+            revision.start = found.back().end;
+            // Ours begins with an object right behind its line. A line alone is what is left of
+            // a save that was cut short, and may have somebody else's update behind it.
+            const auto start = updateBefore(cache, first);
+            // A line feed before our line may look like the end of the line before it.
+            if (start && first <= position && *start >= found.back().end - 1) {
+                revision.start = *start;
+                revision.ours = true;
+                found.back().end = *start;
+            }
+        }
+        revision.end = end;
+        found.push_back(std::move(revision));
+    }
+    return found;
+}
+
+SectionScope::SectionScope(DocumentCache& cache, std::int32_t offset)
+    : cache_(cache), references_(openReference()) {
+    exchange();
+    const Exception code = guarded([&] { facts_ = xrefCache(cache_, offset); });
+    if (code != Exception::none) {
+        exchange();
+        againException();
+    }
+}
+
+SectionScope::~SectionScope() {
+    exchange();
+}
+
+void SectionScope::exchange() {
+    std::swap(cache_.references, references_);
+    std::swap(cache_.trailer, trailer_);
+    std::swap(cache_.freed, freed_);
+}
+
+} // namespace corvane

@@ -1,0 +1,39 @@
+// The comment that an update of ours begins with, which names the former length of the file:
+//
+//   %Corvane update of a file of 0000012345 bytes
+//
+// Where the file did not end with an end of line, a line feed stands before it, and the length
+// named is that before the line feed.
+#pragma once
+
+#include "reader/document/cache.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace corvane {
+
+/// The line, its line feed included.
+std::string updateMark(std::int32_t formerLength);
+
+/// Where the update begins whose line stands at `position` of the file, counted from the file's
+/// first byte; nothing where no such line stands there or it names another place.
+std::optional<std::int32_t> updateAt(DocumentCache& cache, std::int32_t position);
+
+/// Where the last update line of the file stands, and where its update begins.
+struct UpdatePlace {
+    std::int32_t line = 0;
+    std::int32_t start = 0;
+};
+/// Searched backwards from `end`, not before `first`.
+std::optional<UpdatePlace> lastUpdate(DocumentCache& cache, std::int32_t first, std::int32_t end);
+
+/// Where the update begins whose line ends at `position`, as `updateAt`.
+std::optional<std::int32_t> updateBefore(DocumentCache& cache, std::int64_t position);
+
+/// Where an update begins of which the file holds only a part of the line, at its very end.
+std::optional<std::int32_t> brokenMark(DocumentCache& cache);
+
+} // namespace corvane

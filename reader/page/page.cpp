@@ -1,0 +1,175 @@
+// The page in use: its dictionary and what it inherits.
+#include "reader/page/page_tree.h"
+#include "reader/syntax/syntax.h"
+#include "runtime/budget.h"
+#include "runtime/exception.h"
+#include "runtime/rules.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <span>
+
+namespace corvane {
+
+namespace {
+
+/// US Letter: what readers take for a page without any box.
+constexpr Box usualBox{0, 0, 612, 792};
+
+bool isMissing(const ObjectOwner& object) {
+    return typeObject(object.get()) == ObjectType::null ||
+           typeObject(object.get()) == ObjectType::empty;
+}
+
+/// Four numbers, corners in any order.
+Box boxOf(DocumentCache& cache, const Object& array) {
+    if (typeObject(array) != ObjectType::array || sizeObject(array) < 4) {
+        failException(Exception::range);
+    }
+    std::array<double, 4> values{};
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        values[i] = realNumber(resolveObject(cache, elementsObject(array)[i]).get());
+    }
+    const auto [x1, y1, x2, y2] = values;
+    return {std::min(x1, x2), std::min(y1, y2), std::max(x1, x2), std::max(y1, y2)};
+}
+
+/// Fills what is still missing from this node and from those above it; the nearest wins.
+void inherit(DocumentCache& cache, bool withResources) {
+    const std::array fields = {
+        std::pair{"CropBox", &cache.cropBox}, std::pair{"MediaBox", &cache.mediaBox},
+        std::pair{"Rotate", &cache.rotate}, std::pair{"Resources", &cache.resources}};
+    const auto wanted = std::span(fields).first(withResources ? fields.size() : fields.size() - 1);
+    retainObject(cache.page.get());
+    ObjectOwner node(cache.page.get());
+    for (std::int32_t depth = 0; typeObject(node.get()) == ObjectType::dictionary; ++depth) {
+        if (depth > budget::pageTreeDepth) {
+            failException(Exception::structure);
+        }
+        for (const auto& [key, field] : wanted) {
+            if (isMissing(*field)) {
+                *field = lookupObject(cache, node.get(), key);
+            }
+        }
+        node = lookupObject(cache, node.get(), "Parent");
+    }
+}
+
+void forgetPage(DocumentCache& cache) {
+    for (ObjectOwner* field :
+         {&cache.page, &cache.cropBox, &cache.mediaBox, &cache.rotate, &cache.resources}) {
+        *field = ObjectOwner();
+    }
+    cache.colourSpaces.clear();
+    cache.pageNumber = 0;
+}
+
+ObjectOwner pageDictionary(DocumentCache& cache, const PageEntry& entry) {
+    if (entry.number == 0) {
+        retainObject(entry.direct.get());
+        return ObjectOwner(entry.direct.get());
+    }
+    ObjectOwner reference;
+    indirectObject(reference.get(), entry.number, entry.generation);
+    return resolveObject(cache, reference.get());
+}
+
+void usePage(DocumentCache& cache, std::int32_t number, bool withResources) {
+    forgetPage(cache);
+    if (number < 1 || number > countCache(cache)) {
+        failException(Exception::underflow);
+    }
+    cache.page = pageDictionary(cache, cache.pages[static_cast<std::size_t>(number - 1)]);
+    cache.pageNumber = number;
+    inherit(cache, withResources);
+    if (isMissing(cache.mediaBox) && !rules().assumesMediaBox) {
+        failException(Exception::structure);
+    }
+}
+
+/// An integer; in the extended profile a real without a fraction too.
+std::int32_t wholeDegrees(const Object& rotate) {
+    if (rules().missingObjectIsNull && typeObject(rotate) == ObjectType::fixed &&
+        fixedObject(rotate) % fixedOne == 0) {
+        return fixedObject(rotate) / fixedOne;
+    }
+    return integerObject(rotate);
+}
+
+} // namespace
+
+std::int32_t countCache(DocumentCache& cache) {
+    walkPages(cache);
+    return static_cast<std::int32_t>(cache.pages.size());
+}
+
+void pageCache(DocumentCache& cache, std::int32_t number) {
+    walkPages(cache);
+    flushReference(*cache.references);
+    usePage(cache, number, true);
+}
+
+Box mediaCache(DocumentCache& cache) {
+    if (isMissing(cache.mediaBox)) {
+        return usualBox;
+    }
+    const Box box = boxOf(cache, cache.mediaBox.get());
+    const bool hasArea = box.right > box.left && box.top > box.bottom;
+    return hasArea || !rules().assumesMediaBox ? box : usualBox;
+}
+
+Box cropCache(DocumentCache& cache) {
+    const Box media = mediaCache(cache);
+    if (isMissing(cache.cropBox)) {
+        return media;
+    }
+    const Box crop = boxOf(cache, cache.cropBox.get());
+    const Box cut{std::max(crop.left, media.left), std::max(crop.bottom, media.bottom),
+                  std::min(crop.right, media.right), std::min(crop.top, media.top)};
+    return cut.right > cut.left && cut.top > cut.bottom ? cut : media;
+}
+
+std::int32_t rotateCache(DocumentCache& cache) {
+    if (isMissing(cache.rotate)) {
+        return 0;
+    }
+    const std::int32_t degrees = wholeDegrees(cache.rotate.get());
+    if (degrees % 90 != 0) {
+        failException(Exception::type);
+    }
+    return (degrees % 360 + 360) % 360;
+}
+
+double userUnitCache(DocumentCache& cache) {
+    const ObjectOwner unit = lookupObject(cache, cache.page.get(), "UserUnit");
+    if (isMissing(unit)) {
+        return 1.0;
+    }
+    const double value = realNumber(unit.get());
+    return value > 0 && std::isfinite(value) ? value : 1.0;
+}
+
+PageFacts factsCache(DocumentCache& cache) {
+    const PageEntry& entry = cache.pages[static_cast<std::size_t>(cache.pageNumber - 1)];
+    return {.page = cache.pageNumber,
+            .objectNumber = entry.number,
+            .generation = entry.generation,
+            .mediaBox = mediaCache(cache),
+            .cropBox = cropCache(cache),
+            .rotate = rotateCache(cache),
+            .userUnit = userUnitCache(cache)};
+}
+
+PageFacts pageFactsCache(DocumentCache& cache, std::int32_t number) {
+    usePage(cache, number, false);
+    const PageFacts facts = factsCache(cache);
+    forgetPage(cache);
+    // What pages share stays cached; each page's own dictionary is not needed again.
+    if (facts.objectNumber != 0) {
+        forgetObject(cache, facts.objectNumber, facts.generation);
+    }
+    return facts;
+}
+
+} // namespace corvane

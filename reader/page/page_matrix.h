@@ -1,0 +1,27 @@
+// How a page lies on the artboard: turned as its Rotate says and, in the extended profile, moved so
+// that the turned media box's lower left is 0,0.
+#pragma once
+
+#include "objects/stack.h"
+#include "reader/document/cache.h"
+
+namespace corvane {
+
+struct PageMatrix {
+    Matrix fixed; ///< of the original profile: turned about the centre of the crop box, not moved
+    RealMatrix exact; ///< of the extended profile
+};
+
+PageMatrix pageMatrix(DocumentCache& cache);
+
+/// Makes it the CTM.
+void applyPageMatrix(const PageMatrix& matrix);
+
+/// The box that the corners of `box` span on the artboard.
+Box turnedBox(const PageMatrix& matrix, const Box& box);
+
+/// A box of the artboard, and its size, as the host is told them.
+Rect hostRect(const Box& box);
+ArtboardSize hostSize(const Box& box);
+
+} // namespace corvane

@@ -1,0 +1,179 @@
+// Reading colour spaces from the page's resources.
+#include "reader/paint/colour_space.h"
+#include "reader/syntax/stream_bytes.h"
+#include "reader/syntax/syntax.h"
+#include "runtime/fixed.h"
+
+#include <algorithm>
+
+namespace corvane {
+
+namespace {
+
+using Kind = ColourSpace::Kind;
+
+/// Spaces within one another: an indexed space over a space with a profile, and the like.
+constexpr int deepestSpace = 4;
+
+/// Components of a colour, by the PDF Reference, appendix C.
+constexpr std::size_t mostComponents = 32;
+
+/// Bytes of an indexed space's table that count: 256 entries of up to 32 components.
+constexpr std::size_t longestTable = 256 * mostComponents;
+
+ColourSpacePointer parseSpace(DocumentCache& cache, const Object& object, int depth);
+
+ColourSpacePointer deviceSpace(std::int32_t components) {
+    switch (components) {
+    case 1:
+        return std::make_shared<ColourSpace>(ColourSpace{.kind = Kind::gray, .components = 1});
+    case 3:
+        return std::make_shared<ColourSpace>(ColourSpace{.kind = Kind::rgb, .components = 3});
+    case 4:
+        return std::make_shared<ColourSpace>(ColourSpace{.kind = Kind::cmyk, .components = 4});
+    default:
+        return nullptr;
+    }
+}
+
+ColourSpacePointer namedSpace(std::string_view name) {
+    if (name == "DeviceGray" || name == "G" || name == "CalGray") {
+        return deviceSpace(1);
+    }
+    if (name == "DeviceRGB" || name == "RGB" || name == "CalRGB") {
+        return deviceSpace(3);
+    }
+    if (name == "DeviceCMYK" || name == "CMYK") {
+        return deviceSpace(4);
+    }
+    if (name == "Pattern") {
+        return std::make_shared<ColourSpace>(ColourSpace{.kind = Kind::pattern, .components = 0});
+    }
+    return nullptr;
+}
+
+double realNumber(DocumentCache& cache, const Object& object) {
+    return realFromFixed(extendObject(resolveObject(cache, object).get()));
+}
+
+std::vector<double> realNumbers(DocumentCache& cache, const Object& array) {
+    std::vector<double> numbers;
+    if (typeObject(array) == ObjectType::array) {
+        const std::span<Object> elements = elementsObject(array);
+        for (const Object& element : elements.first(std::min(elements.size(), mostComponents))) {
+            numbers.push_back(realNumber(cache, element));
+        }
+    }
+    return numbers;
+}
+
+ColourSpacePointer labSpace(DocumentCache& cache, const Object& parameters) {
+    ColourSpace space{.kind = Kind::lab, .components = 3};
+    const ObjectOwner dictionary = resolveObject(cache, parameters);
+    const std::vector<double> range =
+        realNumbers(cache, lookupObject(cache, dictionary.get(), "Range").get());
+    if (range.size() == std::size(space.range)) {
+        std::ranges::copy(range, space.range);
+    }
+    return std::make_shared<ColourSpace>(std::move(space));
+}
+
+ColourSpacePointer profileSpace(DocumentCache& cache, const Object& profile) {
+    const ObjectOwner stream = resolveObject(cache, profile);
+    return deviceSpace(integerObject(lookupObject(cache, stream.get(), "N").get()));
+}
+
+std::vector<std::uint8_t> tableBytes(DocumentCache& cache, const Object& object) {
+    const ObjectOwner lookup = resolveObject(cache, object);
+    if (typeObject(lookup.get()) == ObjectType::stream) {
+        return streamBytes(cache, lookup.get(), longestTable);
+    }
+    const std::string_view text = textObject(lookup.get());
+    return {text.begin(), text.end()};
+}
+
+/// [name base hival lookup]
+ColourSpacePointer indexedSpace(DocumentCache& cache, std::span<const Object> elements, int depth) {
+    ColourSpace space{.kind = Kind::indexed, .components = 1};
+    space.base = parseSpace(cache, elements[1], depth + 1);
+    if (space.base == nullptr || space.base->components == 0) {
+        return nullptr;
+    }
+    const std::int32_t highest = integerObject(resolveObject(cache, elements[2]).get());
+    space.table = tableBytes(cache, elements[3]);
+    const auto entries = static_cast<std::size_t>(std::clamp(highest, 0, 255)) + 1;
+    const std::size_t length = entries * static_cast<std::size_t>(space.base->components);
+    space.table.resize(std::min(space.table.size(), length));
+    return std::make_shared<ColourSpace>(std::move(space));
+}
+
+/// [name colorant alternate function], for functions that interpolate between two colours.
+ColourSpacePointer tintSpace(DocumentCache& cache, std::span<const Object> elements, int depth) {
+    ColourSpace space{.kind = Kind::tint, .components = 1};
+    space.base = parseSpace(cache, elements[2], depth + 1);
+    const ObjectOwner function = resolveObject(cache, elements[3]);
+    if (space.base == nullptr || space.base->components == 0 ||
+        typeObject(function.get()) != ObjectType::dictionary ||
+        integerObject(lookupObject(cache, function.get(), "FunctionType").get()) != 2) {
+        return nullptr;
+    }
+    const auto width = static_cast<std::size_t>(space.base->components);
+    space.paper = realNumbers(cache, lookupObject(cache, function.get(), "C0").get());
+    space.ink = realNumbers(cache, lookupObject(cache, function.get(), "C1").get());
+    space.paper.resize(width, 0.0);
+    space.ink.resize(width, 1.0);
+    space.exponent = std::max(0.0, realNumber(cache, findEntry(cache, function.get(), "N")));
+    return std::make_shared<ColourSpace>(std::move(space));
+}
+
+ColourSpacePointer parseSpace(DocumentCache& cache, const Object& object, int depth) {
+    if (depth > deepestSpace) {
+        return nullptr;
+    }
+    const ObjectOwner space = resolveObject(cache, object);
+    if (typeObject(space.get()) == ObjectType::literal) {
+        return namedSpace(literalObject(space.get()));
+    }
+    if (typeObject(space.get()) != ObjectType::array || sizeObject(space.get()) < 1) {
+        return nullptr;
+    }
+    const std::span<const Object> elements = elementsObject(space.get());
+    const ObjectOwner familyName = resolveObject(cache, elements[0]);
+    const std::string_view family = literalObject(familyName.get());
+    if (family == "ICCBased" && elements.size() >= 2) {
+        return profileSpace(cache, elements[1]);
+    }
+    if (family == "Lab" && elements.size() >= 2) {
+        return labSpace(cache, elements[1]);
+    }
+    if ((family == "Indexed" || family == "I") && elements.size() >= 4) {
+        return indexedSpace(cache, elements, depth);
+    }
+    if (family == "Separation" && elements.size() >= 4) {
+        return tintSpace(cache, elements, depth);
+    }
+    return namedSpace(family);
+}
+
+} // namespace
+
+ColourSpacePointer findColourSpace(DocumentCache& cache, std::string_view name) {
+    if (ColourSpacePointer space = namedSpace(name)) {
+        return space;
+    }
+    if (const auto known = cache.colourSpaces.find(name); known != cache.colourSpaces.end()) {
+        return known->second;
+    }
+    const Object& resources = cache.resources.get();
+    if (typeObject(resources) != ObjectType::dictionary) {
+        return nullptr;
+    }
+    const ObjectOwner spaces = lookupObject(cache, resources, "ColorSpace");
+    if (typeObject(spaces.get()) != ObjectType::dictionary) {
+        return nullptr;
+    }
+    return cache.colourSpaces[std::string(name)] =
+               parseSpace(cache, findEntry(cache, spaces.get(), name), 0);
+}
+
+} // namespace corvane

@@ -1,0 +1,100 @@
+#include "reader/paint/path_art.h"
+
+#include "reader/content/art.h"
+#include "reader/content/state.h"
+#include "runtime/callbacks.h"
+#include "runtime/fixed.h"
+#include "runtime/rules.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+/// The style that the host gets: lengths scaled to the page.
+PathStyle hostStyle(bool clip) {
+    PathStyle style = state.style;
+    style.clip = clip ? 1 : 0;
+    if (clip) {
+        style.rule = state.clipRule;
+        if (rules().clipsUnpainted) {
+            style.fillPaint = 0;
+            style.strokePaint = 0;
+        }
+    }
+    const auto scaled = [scale = scaleState()](double length) {
+        return fixedFromReal(length * scale);
+    };
+    style.lineWidth = scaled(state.lineWidth);
+    style.dashPhase = scaled(state.dashPhase);
+    std::ranges::transform(state.dash, style.dash, scaled);
+    return style;
+}
+
+void applyStyle(Art art, const PathStyle& style) {
+    switch (artKind(art)) {
+    case ArtKind::path:
+        callHost(slot::setPathStyle, art, &style);
+        return;
+    case ArtKind::group:
+    case ArtKind::compound:
+        for (Art child = firstChild(art); child != Art::null; child = nextSibling(child)) {
+            applyStyle(child, style);
+        }
+        return;
+    default:
+        failException(Exception::host);
+    }
+}
+
+/// Moves an only child out of its compound path; what the path is then. Null where there was no
+/// child.
+Art unwrapCompound(Art compound) {
+    const Art child = firstChild(compound);
+    if (child == Art::null) {
+        callHost(slot::disposeArt, compound);
+        return Art::null;
+    }
+    if (nextSibling(child) != Art::null) {
+        return compound;
+    }
+    callHost(slot::reorderArt, child, Placement::inFront, compound);
+    callHost(slot::disposeArt, compound);
+    return child;
+}
+
+void clipWith(Art path) {
+    if (state.style.fillPaint != 0 || state.style.strokePaint != 0) {
+        Art copy = Art::null;
+        callHost(slot::duplicateArt, path, Placement::behind, path, &copy);
+        if (copy == Art::null) {
+            failException(Exception::host);
+        }
+    }
+    const Art group = newArt(ArtKind::group, Placement::behind, path);
+    containers.enter(group);
+    callHost(slot::reorderArt, path, Placement::inside, group);
+    callHost(slot::setGroupClipped, group, std::uint8_t{1});
+    stylePath(path, true);
+}
+
+} // namespace
+
+void stylePath(Art art, bool clip) {
+    applyStyle(art, hostStyle(clip));
+}
+
+void finishArt() {
+    const Art path = unwrapCompound(std::exchange(pathArt, PathArt()).compound);
+    if (path == Art::null) {
+        return;
+    }
+    stylePath(path, false);
+    if (state.style.clip != 0) {
+        clipWith(path);
+    }
+}
+
+} // namespace corvane

@@ -1,0 +1,174 @@
+#include "reader/syntax/raw_entries.h"
+
+#include "filters/character.h"
+#include "reader/syntax/file_bytes.h"
+#include "reader/syntax/file_scope.h"
+#include "reader/syntax/syntax.h"
+#include "runtime/budget.h"
+#include "runtime/exception.h"
+
+#include <algorithm>
+#include <optional>
+#include <unordered_set>
+
+namespace corvane {
+
+namespace {
+
+/// Walks the tokens of a dictionary and notes where its values begin and end.
+class EntryWalk {
+public:
+    explicit EntryWalk(TokenFilter& tokens) : tokens_(tokens) {}
+
+    /// Goes past "12 0 obj", if that is what comes, to the value; the two numbers of a reference
+    /// where that is one.
+    std::optional<std::pair<std::int32_t, std::int32_t>> begin() {
+        next();
+        for (bool behindHead = false; type_ == TokenType::integer; behindHead = true) {
+            const std::int32_t number = tokens_.number().integer;
+            next();
+            const std::int32_t generation = tokens_.number().integer;
+            const bool isPair = type_ == TokenType::integer;
+            next();
+            if (!isPair || type_ != TokenType::keyword) {
+                break;
+            }
+            if (tokens_.bytes() == "R") {
+                return std::pair(number, generation);
+            }
+            if (behindHead || tokens_.bytes() != "obj") {
+                break;
+            }
+            next();
+        }
+        return std::nullopt;
+    }
+
+    bool atDictionary() const { return type_ == TokenType::dictionaryOpen; }
+
+    std::vector<RawEntry> entries() {
+        std::vector<RawEntry> found;
+        std::unordered_set<std::string> keys;
+        next();
+        while (type_ != TokenType::dictionaryClose) {
+            if (type_ != TokenType::literal) {
+                failException(Exception::structure);
+            }
+            RawEntry entry{std::string(tokens_.bytes()), tokens_.mark(), 0};
+            entry.end = passValue();
+            if (keys.insert(entry.key).second) {
+                found.push_back(std::move(entry));
+            }
+        }
+        return found;
+    }
+
+private:
+    void next() {
+        type_ = tokens_.readToken();
+        if (type_ == TokenType::end) {
+            failException(Exception::structure);
+        }
+    }
+
+    /// Goes past one value, to the token behind it; where the value ends.
+    std::int32_t passValue() {
+        next();
+        if (type_ == TokenType::integer) {
+            return passNumbers();
+        }
+        std::int32_t depth = 0;
+        do {
+            depth += nesting();
+            if (depth < 0 || depth > budget::objectNesting) {
+                failException(Exception::structure);
+            }
+            if (depth > 0) {
+                next();
+            }
+        } while (depth > 0);
+        const std::int32_t end = tokens_.mark();
+        next();
+        return end;
+    }
+
+    /// An integer may be the first word of a reference.
+    std::int32_t passNumbers() {
+        std::int32_t end = 0;
+        do {
+            end = tokens_.mark();
+            next();
+        } while (type_ == TokenType::integer || type_ == TokenType::keyword);
+        return end;
+    }
+
+    std::int32_t nesting() const {
+        switch (type_) {
+        case TokenType::hexOpen:
+        case TokenType::arrayOpen:
+        case TokenType::procedureOpen:
+        case TokenType::dictionaryOpen:
+            return 1;
+        case TokenType::hexClose:
+        case TokenType::arrayClose:
+        case TokenType::procedureClose:
+        case TokenType::dictionaryClose:
+            return -1;
+        default:
+            return 0;
+        }
+    }
+
+    TokenFilter& tokens_;
+    TokenType type_ = TokenType::end;
+};
+
+/// Entries of the dictionary at `offset`, counted from the header, or at the end of the references
+/// that begin there.
+std::optional<std::vector<RawEntry>> entriesAt(DocumentCache& cache, std::int32_t offset) {
+    for (std::int32_t depth = 0; depth < budget::referenceDepth; ++depth) {
+        FileScope scope(cache, offset);
+        EntryWalk walk(scope.tokens());
+        const auto reference = walk.begin();
+        if (walk.atDictionary()) {
+            std::vector<RawEntry> entries = walk.entries();
+            scope.leave();
+            return entries;
+        }
+        const Ref<ReferenceNode> node =
+            reference ? findReference(*cache.references, reference->first, reference->second)
+                      : Ref<ReferenceNode>();
+        if (!node) {
+            return std::nullopt;
+        }
+        offset = node->tag;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+std::vector<RawEntry> rawEntries(DocumentCache& cache, std::int32_t number,
+                                 std::int32_t generation) {
+    const Ref<ReferenceNode> node = findReference(*cache.references, number, generation);
+    auto entries = node ? entriesAt(cache, node->tag) : std::nullopt;
+    if (!entries) {
+        failException(Exception::structure);
+    }
+    return std::move(*entries);
+}
+
+std::vector<RawEntry> rawEntries(DocumentCache& cache, const RawEntry& value) {
+    return entriesAt(cache, value.start - cache.headerOffset).value_or(std::vector<RawEntry>());
+}
+
+std::string rawValue(DocumentCache& cache, const RawEntry& entry) {
+    if (entry.end - entry.start > budget::keptEntryBytes) {
+        failException(Exception::limit);
+    }
+    std::string bytes = bytesOfFile(cache, entry.start, std::int64_t{entry.end} - entry.start);
+    bytes.erase(bytes.begin(), std::ranges::find_if_not(bytes, isSpace));
+    return bytes;
+}
+
+} // namespace corvane

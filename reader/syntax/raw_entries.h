@@ -1,0 +1,32 @@
+// The entries of a dictionary as the very bytes of the file, for what is written back unchanged:
+// our objects hold 16.16 numbers, which say less than the file does.
+#pragma once
+
+#include "reader/document/cache.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace corvane {
+
+/// One entry: its key, without the slash and with its #xx decoded, and where its value stands,
+/// counted from the first byte of the file. White space around the value is no part of it.
+struct RawEntry {
+    std::string key;
+    std::int32_t start = 0;
+    std::int32_t end = 0;
+};
+
+/// The entries of the dictionary that is the indirect object `number` `generation`, of several with
+/// one key the first. Raises `structure` where that is no dictionary.
+std::vector<RawEntry> rawEntries(DocumentCache& cache, std::int32_t number,
+                                 std::int32_t generation);
+
+/// The entries of a value that is a dictionary or leads to one by a reference; none otherwise.
+std::vector<RawEntry> rawEntries(DocumentCache& cache, const RawEntry& value);
+
+/// The bytes of the value. More than `budget::keptEntryBytes` raise `limit`.
+std::string rawValue(DocumentCache& cache, const RawEntry& entry);
+
+} // namespace corvane

@@ -1,0 +1,147 @@
+// Following references to the objects themselves.
+#include "objects/stack.h"
+#include "reader/syntax/syntax.h"
+#include "runtime/budget.h"
+#include "runtime/exception.h"
+#include "runtime/rules.h"
+
+namespace corvane {
+
+namespace {
+
+Object nullObject() {
+    Object object;
+    shallowObject(object, ObjectType::null, 0);
+    return object;
+}
+
+// What a node holds besides the object itself: null where it was not read yet, a mark while it is
+// read and after it could not be read.
+
+constexpr std::int32_t beingRead = 0;
+
+/// Null that was read: it need not be read again.
+Object knownNull() {
+    Object object = nullObject();
+    object.size = 1;
+    return object;
+}
+
+/// Counts one more object that is being read for another, and marks its node, so that a loop is
+/// noticed.
+class ReadingMark {
+public:
+    ReadingMark(DocumentCache& cache, Ref<ReferenceNode> node) : cache_(cache), node_(node) {
+        if (cache.work.depth == budget::referenceDepth) {
+            failException(Exception::structure);
+        }
+        ++cache.work.depth;
+        shallowObject(node->value, ObjectType::mark, beingRead);
+    }
+    ~ReadingMark() {
+        --cache_.work.depth;
+        if (node_->value.type == ObjectType::mark && node_->value.data == beingRead) {
+            node_->value = nullObject();
+        }
+    }
+    ReadingMark(const ReadingMark&) = delete;
+    ReadingMark& operator=(const ReadingMark&) = delete;
+
+private:
+    DocumentCache& cache_;
+    Ref<ReferenceNode> node_;
+};
+
+/// Reads the node's object; where the file is at fault, that is remembered and not tried again.
+void readNode(DocumentCache& cache, Ref<ReferenceNode> node) {
+    const ReadingMark reading(cache, node);
+    const Exception code = guarded([&] {
+        ObjectOwner value = objectCache(cache, node->number, node->generation, node->tag);
+        if (typeObject(value.get()) == ObjectType::null) {
+            value = ObjectOwner(knownNull());
+        }
+        putReference(*cache.references, node->number, node->generation, value.release());
+    });
+    if (isFileFault(code)) {
+        shallowObject(node->value, ObjectType::mark, static_cast<std::int32_t>(code));
+    }
+    raiseException(code);
+}
+
+/// The value of one node; shared with it.
+ObjectOwner nodeValue(DocumentCache& cache, std::int32_t number, std::int32_t generation) {
+    if (number < 0 || number > budget::objectNumber) {
+        failException(Exception::structure);
+    }
+    const Ref<ReferenceNode> node = findReference(*cache.references, number, generation);
+    if (!node) {
+        if (rules().missingObjectIsNull) {
+            return ObjectOwner(nullObject());
+        }
+        failException(Exception::underflow);
+    }
+    if (node->value.type == ObjectType::mark) {
+        const auto code = static_cast<Exception>(node->value.data);
+        failException(node->value.data == beingRead ? Exception::structure : code);
+    }
+    if (node->value.type == ObjectType::null) {
+        if (node->value.size == 0) {
+            readNode(cache, node);
+        }
+        if (node->value.type == ObjectType::null) {
+            return ObjectOwner(nullObject());
+        }
+    }
+    retainObject(node->value);
+    return ObjectOwner(node->value);
+}
+
+} // namespace
+
+ObjectOwner resolveObject(DocumentCache& cache, const Object& object) {
+    retainObject(object);
+    ObjectOwner value(object);
+    for (std::int32_t i = 0; typeObject(value.get()) == ObjectType::reference; ++i) {
+        if (i == budget::referenceDepth) {
+            failException(Exception::structure);
+        }
+        std::int32_t number = 0;
+        std::int32_t generation = 0;
+        referenceObject(value.get(), number, generation);
+        value = nodeValue(cache, number, generation);
+    }
+    return value;
+}
+
+void forgetObject(DocumentCache& cache, std::int32_t number, std::int32_t generation) {
+    const Ref<ReferenceNode> node = findReference(*cache.references, number, generation);
+    if (node && node->value.type != ObjectType::mark) {
+        freeObject(node->value);
+        node->value = nullObject();
+    }
+}
+
+Object findEntry(DocumentCache& cache, const Object& dictionary, std::string_view key) {
+    const Object& pairs =
+        typeObject(dictionary) == ObjectType::stream ? elementsObject(dictionary)[0] : dictionary;
+    if (typeObject(pairs) != ObjectType::dictionary) {
+        failException(Exception::range);
+    }
+    const std::span<Object> elements = elementsObject(pairs);
+    cache.work.comparedKeys += static_cast<std::int64_t>(elements.size() / 2);
+    if (cache.work.comparedKeys > budget::comparedKeys) {
+        failException(Exception::limit);
+    }
+    for (std::size_t i = 0; i + 1 < elements.size(); i += 2) {
+        if (typeObject(elements[i]) == ObjectType::literal && literalObject(elements[i]) == key) {
+            return elements[i + 1];
+        }
+    }
+    return nullObject();
+}
+
+ObjectOwner lookupObject(DocumentCache& cache, const Object& dictionary, std::string_view key) {
+    return resolveObject(cache, findEntry(cache, dictionary, key));
+}
+
+} // namespace corvane

@@ -1,0 +1,44 @@
+// Common sequences of operand-stack work.
+#pragma once
+
+#include "reader/document/cache.h"
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace corvane {
+
+/// array -> its element at `index`; the array, and with `resolve` the element, resolved.
+void indexUtility(DocumentCache& cache, std::int32_t index, bool resolve);
+/// dictionary -> key and value of its pair at `index`; the value resolved with `resolve`.
+void entryUtility(DocumentCache& cache, std::int32_t index, bool resolve);
+/// dictionary -> its value under `key`, null where it has none; resolved with `resolve`.
+void lookupUtility(DocumentCache& cache, std::string_view key, bool resolve);
+/// dictionary -> its value under `longKey`, or, where that is null, under `shortKey`.
+void abbrevUtility(DocumentCache& cache, std::string_view longKey, std::string_view shortKey);
+
+/// A platform rectangle, in whole points.
+struct PixelRect {
+    std::int16_t top = 0;
+    std::int16_t left = 0;
+    std::int16_t bottom = 0;
+    std::int16_t right = 0;
+};
+/// Pops an array of four numbers llx lly urx ury, taken as integers.
+PixelRect rectUtility(DocumentCache& cache);
+
+/// filter(s) parameters -> (nothing): links the decoding filter that the name at `index` asks for
+/// on the chain. A name that no filter has raises `range`.
+void filterUtility(DocumentCache& cache, Chain& chain, std::int32_t index);
+
+/// Filters that a stream names: 0 without "Filter". More than the budget: `structure`.
+std::int32_t countFilters(DocumentCache& cache, const Object& stream);
+/// Links every decoding filter of a stream on the chain, which delivers its bytes as written.
+void linkFilters(DocumentCache& cache, Chain& chain, const Object& stream);
+
+/// Reads one line, without its end, into `line` and a terminator behind it; false at the end of the
+/// data. A carriage return and a line feed are two ends. Longer lines come in pieces.
+bool readToLine(std::span<char, 256> line, Filter& stream);
+
+} // namespace corvane

@@ -1,0 +1,103 @@
+#include "writer/art/color_works.h"
+
+#include "host/light.h"
+#include "runtime/callbacks.h"
+#include "runtime/fixed.h"
+#include "runtime/rules.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace corvane {
+
+namespace {
+
+struct ColourOperators {
+    std::string_view fill;
+    std::string_view stroke;
+
+    std::string_view of(bool isFill) const { return isFill ? fill : stroke; }
+};
+constexpr ColourOperators grayOperators{"g\n", "G\n"};
+constexpr ColourOperators processOperators{"k\n", "K\n"};
+constexpr ColourOperators lightOperators{"rg\n", "RG\n"};
+
+/// Stands where a paint is set that has no amounts.
+constexpr Fixed middleGray = fixedOne / 2;
+
+Fixed rest(Fixed amount) {
+    return detail::saturated(std::int64_t{fixedOne} - amount);
+}
+
+bool isLight(const Colour& process) {
+    return rules().writesRgb && process.origin == ColourOrigin::fromRgb;
+}
+
+void writeProcess(Walk& walk, const Colour& colour, bool isFill) {
+    if (isLight(colour)) {
+        const LightLevels levels = lightLevels(colour);
+        walk.text.addLevel(levels.red);
+        walk.text.addLevel(levels.green);
+        walk.text.addLevel(levels.blue);
+        walk.text.add(lightOperators.of(isFill));
+        return;
+    }
+    for (const Fixed amount : colour.component) {
+        walk.text.add(amount);
+    }
+    walk.text.add(processOperators.of(isFill));
+}
+
+void writeCustom(Walk& walk, const Colour& colour, bool isFill) {
+    CustomColour custom;
+    callHost(slot::getColorInfo, colour.source, &custom);
+    const Fixed share = rest(colour.component[0]);
+    for (const Fixed amount : custom.process) {
+        walk.text.add(callHost(slot::fixedMultiply, amount, share));
+    }
+    walk.text.add(processOperators.of(isFill));
+}
+
+void writeGray(Walk& walk, Fixed level, bool isFill) {
+    walk.text.add(level);
+    walk.text.add(grayOperators.of(isFill));
+}
+
+} // namespace
+
+bool compareColor(const Colour& a, const Colour& b) {
+    if (a.kind != b.kind) {
+        return false;
+    }
+    switch (a.kind) {
+    case ColourKind::gray:
+        return a.component[0] == b.component[0];
+    case ColourKind::process:
+        return std::ranges::equal(a.component, b.component) && isLight(a) == isLight(b);
+    case ColourKind::custom:
+        return a.source == b.source && a.component[0] == b.component[0];
+    case ColourKind::pattern:
+    case ColourKind::gradient:
+        return a.source == b.source;
+    default:
+        return false;
+    }
+}
+
+void colorWorks(Walk& walk, const Colour& colour, bool isFill) {
+    switch (colour.kind) {
+    case ColourKind::gray:
+        return writeGray(walk, rest(colour.component[0]), isFill);
+    case ColourKind::process:
+        return writeProcess(walk, colour, isFill);
+    case ColourKind::custom:
+        return writeCustom(walk, colour, isFill);
+    case ColourKind::pattern:
+    case ColourKind::gradient:
+        return writeGray(walk, middleGray, isFill);
+    default:
+        failException(Exception::type);
+    }
+}
+
+} // namespace corvane

@@ -1,0 +1,109 @@
+#include "writer/art/object_works.h"
+
+#include "reader/content/art.h"
+#include "runtime/callbacks.h"
+#include "runtime/rules.h"
+#include "runtime/warning.h"
+#include "writer/art/path_works.h"
+
+namespace corvane {
+
+namespace {
+
+using What = ArtStep::What;
+
+/// The first child is the clip of the others.
+void clippedWorks(Walk& walk, Art group, ArtStack& pending) {
+    const Art clip = firstChild(group);
+    if (clip == Art::null && rules().emptyLeftOut) {
+        return;
+    }
+    enterWorks(walk);
+    pending.enter(clip == Art::null ? Art::null : nextSibling(clip), What::leave);
+    if (clip == Art::null) {
+        return;
+    }
+    if (rules().clipsByGroup) {
+        clipWorks(walk, clip);
+    } else {
+        pending.push(clip);
+    }
+}
+
+void groupWorks(Walk& walk, Art group, ArtStack& pending, bool writesGroups) {
+    std::uint8_t clipped = 0;
+    callHost(slot::getGroupClipped, group, &clipped);
+    if (clipped != 0) {
+        clippedWorks(walk, group, pending);
+        return;
+    }
+    const Art first = firstChild(group);
+    if (!writesGroups) {
+        pending.enter(first, What::end);
+    } else if (first != Art::null) {
+        enterWorks(walk);
+        pending.enter(first, What::leave);
+    }
+}
+
+/// Art of a kind that only its host knows: what it holds is written, if it can be had.
+void unknownWorks(Art art, ArtStack& pending) {
+    Art first = Art::null;
+    if (guarded([&] { first = firstChild(art); }) != Exception::none) {
+        resetException();
+        raiseWarning(Warning::unknownArt);
+    }
+    pending.enter(first, What::end);
+}
+
+void visitWorks(Walk& walk, Art art, ArtStack& pending, bool writesGroups) {
+    if (callHost(slot::checkUserAbort)) {
+        failException(Exception::cancelled);
+    }
+    switch (static_cast<std::int16_t>(artKind(art))) {
+    case 0:
+        return unknownWorks(art, pending);
+    case 1:
+        return groupWorks(walk, art, pending, writesGroups);
+    case 2:
+        return pathWorks(walk, art);
+    case 3:
+        return compoundWorks(walk, art);
+    case 5:
+    case 6:
+        return; // kinds that are not drawn
+    default:
+        failException(Exception::type);
+    }
+}
+
+} // namespace
+
+void objectWorks(Walk& walk, Art art, ArtStack& pending) {
+    visitWorks(walk, art, pending, rules().writesGroups);
+}
+
+void layerArtWorks(Walk& walk, Art art, ArtStack& pending) {
+    visitWorks(walk, art, pending, false);
+}
+
+void stepWorks(Walk& walk, const ArtStep& step, ArtStack& pending) {
+    switch (step.what) {
+    case What::art:
+        return objectWorks(walk, step.art, pending);
+    case What::end:
+        return;
+    case What::leave:
+        return leaveWorks(walk);
+    }
+}
+
+void objectWorks(Walk& walk, Art art) {
+    ArtStack pending;
+    pending.push(art);
+    for (ArtStep step; pending.next(step);) {
+        stepWorks(walk, step, pending);
+    }
+}
+
+} // namespace corvane

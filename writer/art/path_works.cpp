@@ -1,0 +1,189 @@
+#include "writer/art/path_works.h"
+
+#include "reader/content/art.h"
+#include "runtime/callbacks.h"
+#include "runtime/rules.h"
+#include "writer/art/art_stack.h"
+#include "writer/art/charged_list.h"
+#include "writer/art/drawn_works.h"
+#include "writer/art/segment_works.h"
+#include "writer/art/style_works.h"
+
+#include <algorithm>
+#include <span>
+#include <string_view>
+
+namespace corvane {
+
+namespace {
+
+/// What is painted at once: subpaths from the back to the front.
+struct PaintedPath {
+    std::span<const Subpath> subpaths;
+    PathStyle style;
+
+    /// The one in front, written last, that answers for all.
+    const Subpath& first() const { return subpaths.back(); }
+    bool isEmpty() const {
+        return std::ranges::all_of(subpaths, [](const Subpath& s) { return s.count == 0; });
+    }
+};
+
+PathStyle styleOf(Art path) {
+    PathStyle style;
+    callHost(slot::getPathStyle, path, &style);
+    return style;
+}
+
+bool isEvenOdd(const PathStyle& style) {
+    return rules().evenOddCarried && style.rule == FillRule::evenOdd;
+}
+
+bool isDrawnByHost(const PathStyle& style) {
+    return style.fillPaint != 0 &&
+           (style.fill.kind == ColourKind::gradient || style.fill.kind == ColourKind::pattern);
+}
+
+std::string_view clipOperator(bool evenOdd) {
+    return evenOdd ? "W*\n" : "W\n";
+}
+
+/// Fills with what the host draws, cut to the path.
+void fillDrawn(Walk& walk, const PaintedPath& path) {
+    enterWorks(walk);
+    segmentWorks(walk, path.subpaths);
+    walk.text.add(clipOperator(isEvenOdd(path.style)));
+    walk.text.add("n\n");
+    for (const Subpath& subpath : path.subpaths) {
+        if (path.style.fill.kind == ColourKind::gradient) {
+            blendedWorks(walk, subpath.art);
+        } else {
+            patternWorks(walk, subpath.art);
+        }
+    }
+    leaveWorks(walk);
+}
+
+/// The operator that ends a path which `h` has closed where it is closed. `f` makes reading close
+/// the last subpath, `F` does not; there is no such pair for the even-odd rule.
+std::string_view paintOperator(const PathStyle& style, bool endsClosed) {
+    const bool evenOdd = isEvenOdd(style);
+    if (style.fillPaint != 0 && style.strokePaint != 0) {
+        return evenOdd ? "B*\n" : "B\n";
+    }
+    if (style.fillPaint != 0) {
+        return evenOdd ? "f*\n" : endsClosed ? "f\n" : "F\n";
+    }
+    return style.strokePaint != 0 ? "S\n" : "n\n";
+}
+
+/// The operator that closes the path as well where it is closed.
+std::string_view closingOperator(const PathStyle& style, bool closed) {
+    if (style.fillPaint != 0 && style.strokePaint != 0) {
+        return closed ? "b\n" : "B\n";
+    }
+    if (style.strokePaint != 0) {
+        return closed ? "s\n" : "S\n";
+    }
+    return style.fillPaint != 0 ? "f\n" : "n\n";
+}
+
+void paintWorks(Walk& walk, const PaintedPath& path) {
+    if (path.first().guide) {
+        walk.text.add("n\n");
+        return;
+    }
+    if (path.style.clip != 0 && !rules().clipsByGroup) {
+        walk.text.add(clipOperator(isEvenOdd(path.style)));
+    }
+    walk.text.add(rules().closesSubpaths ? paintOperator(path.style, path.first().closed)
+                                         : closingOperator(path.style, path.first().closed));
+}
+
+void paintedWorks(Walk& walk, PaintedPath path) {
+    if (rules().emptyLeftOut && path.isEmpty()) {
+        return;
+    }
+    if (isDrawnByHost(path.style) && !path.first().guide) {
+        fillDrawn(walk, path);
+        path.style.fillPaint = 0;
+        if (rules().emptyLeftOut && path.style.strokePaint == 0) {
+            return;
+        }
+    }
+    pathStyleWorks(walk, path.style);
+    segmentWorks(walk, path.subpaths);
+    paintWorks(walk, path);
+}
+
+/// The paths of a compound path, from the back to the front.
+ChargedList<Subpath> subpathsOf(Art compound) {
+    ChargedList<Art> children;
+    for (Art child = firstChild(compound); child != Art::null; child = nextSibling(child)) {
+        children.push(child);
+    }
+    ChargedList<Subpath> subpaths;
+    while (!children.empty()) {
+        subpaths.push(subpathOf(children.pop()));
+    }
+    return subpaths;
+}
+
+/// Every path that `art` is or holds, from the back to the front.
+ChargedList<Subpath> pathsWithin(Art art) {
+    ChargedList<Subpath> subpaths;
+    ArtStack pending;
+    pending.push(art);
+    for (ArtStep step; pending.next(step);) {
+        if (step.what != ArtStep::What::art) {
+            continue;
+        }
+        switch (artKind(step.art)) {
+        case ArtKind::path:
+            subpaths.push(subpathOf(step.art));
+            break;
+        case ArtKind::unknown:
+        case ArtKind::group:
+        case ArtKind::compound:
+            pending.enter(firstChild(step.art), ArtStep::What::end);
+            break;
+        default:
+            failException(Exception::type);
+        }
+    }
+    return subpaths;
+}
+
+} // namespace
+
+void pathWorks(Walk& walk, Art path) {
+    const PathStyle style = styleOf(path);
+    const Subpath subpath = subpathOf(path);
+    paintedWorks(walk, {{&subpath, 1}, style});
+}
+
+void compoundWorks(Walk& walk, Art compound) {
+    const ChargedList<Subpath> subpaths = subpathsOf(compound);
+    if (!subpaths.empty()) {
+        paintedWorks(walk, {subpaths.items(), styleOf(subpaths.items().back().art)});
+    }
+}
+
+void clipWorks(Walk& walk, Art clip) {
+    const ChargedList<Subpath> subpaths = pathsWithin(clip);
+    PathStyle style;
+    if (!subpaths.empty()) {
+        style = styleOf(subpaths.items().back().art);
+        style.fillPaint = 0;
+        style.strokePaint = 0;
+        pathStyleWorks(walk, style);
+    }
+    if (!segmentWorks(walk, subpaths.items())) {
+        // Nothing shows through an empty clip, but there must be one.
+        walk.text.add("0 0 0 0 re\n");
+    }
+    walk.text.add(clipOperator(isEvenOdd(style)));
+    walk.text.add("n\n");
+}
+
+} // namespace corvane

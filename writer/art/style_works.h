@@ -1,0 +1,20 @@
+// How paths are painted: what differs from the shadow is written.
+#pragma once
+
+#include "writer/art/walk.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+namespace corvane {
+
+/// Writes what of the style a path needs that is not in force. A cap or join outside 0 to 2, or a
+/// dash count outside 0 to 6, raises `type`.
+void pathStyleWorks(Walk& walk, const PathStyle& style);
+void dashWorks(Walk& walk, const Dash& dash);
+
+/// Length-prefixed text without control bytes, which could end a comment.
+std::string commentText(std::span<const std::uint8_t> text);
+
+} // namespace corvane

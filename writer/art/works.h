@@ -1,0 +1,17 @@
+// The art walk: the host's artwork as the text of one page's content, from the back to the front.
+#pragma once
+
+#include "objects/stack.h"
+#include "reader/document/cache.h"
+
+#include <cstdint>
+
+namespace corvane {
+
+/// Writes the content to the cache's output; its length in bytes. `placement` leads from the
+/// artboard to the page's own space and is written first, unless it changes nothing. Raises `host`
+/// where a slot fails, `cancelled` where the person wants to stop, `type` for art, paint, caps and
+/// joins of an unknown kind.
+std::int32_t documentWorks(DocumentCache& cache, const RealMatrix& placement);
+
+} // namespace corvane

@@ -1,0 +1,115 @@
+#include "writer/page/page_geometry.h"
+
+#include "reader/page/page_matrix.h"
+#include "runtime/callbacks.h"
+#include "runtime/fixed.h"
+#include "runtime/rules.h"
+#include "runtime/warning.h"
+
+namespace corvane {
+
+namespace {
+
+Rect rectOf(Fixed left, Fixed top, Fixed right, Fixed bottom) {
+    Rect rect;
+    callHost(slot::setRect, &rect, left, top, right, bottom);
+    return rect;
+}
+
+Fixed limitedSide(Fixed side, Warning warning) {
+    if (side < rules().smallestPage) {
+        raiseWarning(warning);
+        return rules().smallestPage;
+    }
+    if (side > rules().largestPage) {
+        raiseWarning(warning);
+        return rules().largestPage;
+    }
+    return side;
+}
+
+/// The rectangle of that size, within the limits, at the origin.
+Rect limitedRect(Fixed width, Fixed height, Warning warning) {
+    width = limitedSide(width, warning);
+    height = limitedSide(height, warning);
+    return rectOf(0, height, width, 0);
+}
+
+/// The crop box for `crop` on a page of `media`.
+Rect fittedCrop(const Rect& crop, const Rect& media) {
+    if (callHost(slot::rectEmpty, &crop)) {
+        return media;
+    }
+    Rect common;
+    callHost(slot::sectRect, &crop, &media, &common);
+    if (callHost(slot::rectEmpty, &common)) {
+        raiseWarning(Warning::cropArea);
+        return limitedRect(fixedFromReal(realFromFixed(crop.right) - realFromFixed(crop.left)),
+                           fixedFromReal(realFromFixed(crop.top) - realFromFixed(crop.bottom)),
+                           Warning::cropArea);
+    }
+    if (!callHost(slot::rectsEqual, &common, &crop)) {
+        raiseWarning(Warning::cropArea);
+        return common;
+    }
+    return crop;
+}
+
+/// Whether the host still has what opening the page gave it. No bounds at all are no change.
+bool isUnchanged(DocumentCache& cache, const PageMatrix& matrix, const ArtboardSize& size,
+                 const Rect& crop) {
+    const ArtboardSize opened = hostSize(turnedBox(matrix, mediaCache(cache)));
+    return size.width == opened.width && size.height == opened.height &&
+           (crop == hostRect(turnedBox(matrix, cropCache(cache))) ||
+            callHost(slot::rectEmpty, &crop));
+}
+
+/// The inverse of a turn by right angles and a move; zeros are positive.
+RealMatrix inverse(const RealMatrix& m) {
+    const double determinant = m.a * m.d - m.b * m.c;
+    RealMatrix i{.a = m.d / determinant + 0.0,
+                 .b = -m.b / determinant + 0.0,
+                 .c = -m.c / determinant + 0.0,
+                 .d = m.a / determinant + 0.0};
+    i.tx = -(i.a * m.tx + i.c * m.ty) + 0.0;
+    i.ty = -(i.b * m.tx + i.d * m.ty) + 0.0;
+    return i;
+}
+
+Box boxOf(const Rect& rect) {
+    return {realFromFixed(rect.left), realFromFixed(rect.bottom), realFromFixed(rect.right),
+            realFromFixed(rect.top)};
+}
+
+} // namespace
+
+PageGeometry pageGeometry(DocumentCache& cache) {
+    ArtboardSize size;
+    callHost(slot::getArtboardSize, &size);
+    Rect crop;
+    callHost(slot::getPageBounds, &crop);
+    PageGeometry geometry;
+    if (rules().keepsGeometry) {
+        const PageMatrix matrix = pageMatrix(cache);
+        if (isUnchanged(cache, matrix, size, crop)) {
+            geometry.kept = true;
+            geometry.placement = inverse(matrix.exact);
+            return geometry;
+        }
+    }
+    geometry.mediaBox = limitedRect(size.width, size.height, Warning::pageSize);
+    geometry.cropBox = fittedCrop(crop, geometry.mediaBox);
+    return geometry;
+}
+
+PageFacts factsOf(DocumentCache& cache, const PageGeometry& geometry) {
+    PageFacts facts = factsCache(cache);
+    if (!geometry.kept) {
+        facts.mediaBox = boxOf(geometry.mediaBox);
+        facts.cropBox = boxOf(geometry.cropBox);
+        facts.rotate = 0;
+    }
+    return facts;
+}
+
+} // namespace corvane

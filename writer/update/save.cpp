@@ -1,0 +1,138 @@
+// A save from beginning to end.
+#include "filters/filter.h"
+#include "output/primitives.h"
+#include "output/xref.h"
+#include "reader/document/update_mark.h"
+#include "reader/page/page_digest.h"
+#include "reader/page/page_identity.h"
+#include "reader/syntax/file_bytes.h"
+#include "runtime/digest.h"
+#include "runtime/exception.h"
+#include "runtime/rules.h"
+#include "writer/update/update.h"
+#include "writer/update/update_file.h"
+#include "writer/update/update_filter.h"
+
+#include <algorithm>
+#include <span>
+
+namespace corvane {
+
+namespace {
+
+/// The identity of a page that is drawn anew over another: artwork of that one is refused then.
+std::uint64_t anew(std::uint64_t former) {
+    Digest digest;
+    digest.feed(std::as_bytes(std::span(&former, 1)));
+    return digest.value();
+}
+
+/// The identity of the page that the artwork was opened from, or a new one. A page that is another
+/// one now raises `pageChanged`, unless the host says that this does not matter.
+std::uint64_t originOf(DocumentCache& cache) {
+    const HostExtension* const extension = hostExtension();
+    const std::uint64_t* const opened = extension != nullptr ? extension->artworkDigest : nullptr;
+    if (opened != nullptr && extension->overwrites) {
+        return *opened;
+    }
+    std::uint64_t identity = 0;
+    const Exception code = guarded([&] { identity = identityOfPage(cache); });
+    if (opened == nullptr && isFileFault(code)) {
+        // Content that cannot be read is as good a reason as any to draw a page anew.
+        resetException();
+        return anew(digestPage(cache, {}));
+    }
+    raiseException(code);
+    if (opened == nullptr) {
+        return anew(identity);
+    }
+    if (*opened != identity) {
+        failException(Exception::pageChanged);
+    }
+    return identity;
+}
+
+/// Looks at everything that can refuse the save before a byte is written.
+UpdatePlan planUpdate(DocumentCache& cache) {
+    // An update rests on the sections before it. A cross-reference that only a search could make up
+    // for, or that is kept in a stream, is nothing to add a section to.
+    if (rules().guardsFile && cache.repaired) {
+        failException(Exception::repairedFile);
+    }
+    UpdatePlan plan;
+    if (rules().recordsOrigin) {
+        plan.origin = originOf(cache);
+    }
+    plan.geometry = pageGeometry(cache);
+    reserveNumbers(cache);
+    return plan;
+}
+
+/// Sets the update off from the file before it.
+void writeMark(DocumentCache& cache) {
+    const std::string last = bytesOfFile(cache, cache.fileLength - 1, 1);
+    if (last != "\n" && last != "\r") {
+        stringOutput(*cache.output, "\r");
+    }
+    stringOutput(*cache.output, updateMark(cache.fileLength));
+}
+
+/// Writes the update but for its end; the offset of its section.
+std::int32_t writeUpdate(DocumentCache& cache, const UpdatePlan& plan, SavedFacts& facts) {
+    if (rules().marksUpdates) {
+        writeMark(cache);
+    }
+    facts.page = factsOf(cache, plan.geometry);
+    facts.places = static_cast<std::int32_t>(
+        std::ranges::count(cache.pages, facts.page.objectNumber, &PageEntry::number));
+    facts.formerLength = cache.fileLength;
+    facts.contentLength = pageWrite(cache, plan);
+    forallXRef([&](const XRefEntry&) { ++facts.objects; });
+    return updateWrite(cache);
+}
+
+void tellSaved(const SavedFacts& facts) {
+    const HostExtension* const extension = hostExtension();
+    if (extension != nullptr && extension->saved != nullptr) {
+        extension->saved(extension->context, facts);
+    }
+}
+
+} // namespace
+
+void writeCache(DocumentCache& cache) {
+    const UpdatePlan plan = planUpdate(cache);
+    SavedFacts facts;
+    UpdateFile file(cache);
+    const Exception code = guarded([&] {
+        file.begin();
+        const std::int32_t section = writeUpdate(cache, plan, facts);
+        file.finish(updateEnd(section));
+    });
+    if (code != Exception::none) {
+        file.takeBack();
+    }
+    file.close();
+    raiseException(code);
+    facts.length = file.length();
+    tellSaved(facts);
+}
+
+void tryCache(DocumentCache& cache) {
+    const UpdatePlan plan = planUpdate(cache);
+    SavedFacts facts;
+    Chain output;
+    output.link(setupUpdate(cache.fileLength, cache.headerOffset));
+    auto& update = static_cast<UpdateFilter&>(*output.top());
+    cache.output = &update;
+    const Exception code = guarded([&] {
+        const std::int32_t section = writeUpdate(cache, plan, facts);
+        stringOutput(update, updateEnd(section));
+    });
+    cache.output = nullptr;
+    raiseException(code);
+    facts.length = update.start + update.count;
+    tellSaved(facts);
+}
+
+} // namespace corvane
