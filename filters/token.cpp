@@ -63,6 +63,7 @@ bool TokenFilter::more() {
         failException(Exception::range);
     }
     std::memmove(buffer_.data(), buffer_.data() + start_, kept);
+    origin_ += static_cast<std::int64_t>(start_);
     position_ -= start_;
     start_ = 0;
     fill_ = kept;
@@ -89,6 +90,7 @@ TokenType TokenFilter::readToken() {
             ++position_;
         }
         start_ = position_;
+        tokenStart_ = tokenEnd();
         const char c = buffer_[position_];
         switch (characterClass(c)) {
         case CharacterClass::digit:
@@ -196,6 +198,7 @@ std::int32_t TokenFilter::seek(std::int32_t position) {
         position_ = static_cast<std::size_t>(position - held);
         return position;
     }
+    origin_ += position - held;
     forget();
     ended_ = false;
     return seekFilter(*next, position);
@@ -217,8 +220,11 @@ std::int32_t TokenFilter::read(std::byte* to, std::int32_t count) {
         return static_cast<std::int32_t>(held);
     }
     // What is read past the bytes held is not held: none is, from here on.
+    origin_ += static_cast<std::int64_t>(fill_);
     forget();
-    return static_cast<std::int32_t>(held + readFilter(*next, {to + held, wanted - held}));
+    const std::size_t further = readFilter(*next, {to + held, wanted - held});
+    origin_ += static_cast<std::int64_t>(further);
+    return static_cast<std::int32_t>(held + further);
 }
 
 void TokenFilter::giveBack(std::span<const std::byte> bytes) {
@@ -227,6 +233,7 @@ void TokenFilter::giveBack(std::span<const std::byte> bytes) {
         const std::size_t missing = bytes.size() - position_;
         buffer_.insert(buffer_.begin(), missing, sentinel);
         fill_ += missing;
+        origin_ -= static_cast<std::int64_t>(missing);
         position_ = bytes.size();
     }
     position_ -= bytes.size();

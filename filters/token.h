@@ -54,6 +54,11 @@ public:
     /// Of an integer or fixed.
     const Number& number() const { return number_; }
 
+    /// Bytes of the data below in front of the last token and behind it, counted from where the
+    /// filter was linked. Other than `mark`, which under a decoder tells the place in the file.
+    std::int64_t tokenStart() const { return tokenStart_; }
+    std::int64_t tokenEnd() const { return origin_ + static_cast<std::int64_t>(position_); }
+
     std::int32_t mark();
     std::int32_t seek(std::int32_t position);
     std::int32_t read(std::byte* to, std::int32_t count);
@@ -84,6 +89,8 @@ private:
     void append(char c);
 
     std::vector<char> buffer_; ///< one byte larger than what it holds: the sentinel
+    std::int64_t origin_ = 0;  ///< bytes of the data below in front of the buffer
+    std::int64_t tokenStart_ = 0;
     std::size_t start_ = 0;    ///< first byte that must be kept
     std::size_t position_ = 0; ///< next byte to scan
     std::size_t fill_ = 0;     ///< bytes held

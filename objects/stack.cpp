@@ -36,34 +36,46 @@ struct Storage {
 };
 Storage storage;
 
-void resizeStorage(std::int32_t capacity, bool exactNumbers) {
-    const auto places = static_cast<std::size_t>(capacity);
+/// Room for so many objects, those below the floor included.
+void resizeStorage(std::int32_t room, bool exactNumbers) {
+    const auto places = static_cast<std::size_t>(room);
     const std::size_t place = sizeof(Object) + (exactNumbers ? sizeof(double) : 0);
     storage.charge.resize(static_cast<std::int64_t>(places * place));
     // Each is told of as soon as it has moved: the next may find no memory.
     storage.objects.resize(places);
-    operandStack.objects = storage.objects.data();
+    operandStack.objects = storage.objects.data() + operandStack.floor;
     if (exactNumbers) {
         storage.exact.resize(places);
-        operandStack.exact = storage.exact.data();
+        operandStack.exact = storage.exact.data() + operandStack.floor;
     }
-    operandStack.capacity = capacity;
+    operandStack.capacity = room - operandStack.floor;
+}
+
+/// Moves the floor up by so many objects, or down.
+void moveFloor(std::int32_t by) {
+    operandStack.floor += by;
+    operandStack.capacity -= by;
+    operandStack.objects += by;
+    if (operandStack.exact != nullptr) {
+        operandStack.exact += by;
+    }
 }
 
 /// Makes room for one more object; false where the stack may not grow.
 bool makeRoom() {
     const Rules& inForce = rules();
-    if (operandStack.count == 0 && storage.rules != &inForce) {
+    if (operandStack.count + operandStack.floor == 0 && storage.rules != &inForce) {
         closeStack();
         storage.rules = &inForce;
     }
     if (operandStack.count < operandStack.capacity) {
         return true;
     }
-    if (operandStack.capacity >= inForce.stackLimit) {
+    const std::int32_t room = operandStack.floor + operandStack.capacity;
+    if (room >= inForce.stackLimit) {
         return false;
     }
-    const std::int32_t wanted = std::max(firstCapacity, operandStack.capacity * 2);
+    const std::int32_t wanted = std::max(firstCapacity, room * 2);
     resizeStorage(std::min(wanted, inForce.stackLimit), inForce.exactNumbers);
     return true;
 }
@@ -383,6 +395,19 @@ StackGuard::~StackGuard() {
         Object object = popStack();
         detail::dropObject(object);
     }
+}
+
+StackFloor::StackFloor() : hidden_(operandStack.count) {
+    operandStack.count = 0;
+    moveFloor(hidden_);
+}
+
+StackFloor::~StackFloor() {
+    while (operandStack.count > 0) {
+        detail::dropObject(operandStack.objects[--operandStack.count]);
+    }
+    moveFloor(-hidden_);
+    operandStack.count = hidden_;
 }
 
 } // namespace corvane

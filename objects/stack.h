@@ -52,6 +52,7 @@ struct OperandStack {
     double* exact = nullptr; ///< null in the original profile
     std::int32_t count = 0;
     std::int32_t capacity = 0;
+    std::int32_t floor = 0; ///< objects below the first of these, hidden by a `StackFloor`
 };
 extern OperandStack operandStack;
 
@@ -158,6 +159,19 @@ public:
 
 private:
     std::int32_t depth_;
+};
+
+/// Hides what is on the stack while a scope lasts: it is then empty for everybody. What the scope
+/// leaves on it is freed.
+class StackFloor {
+public:
+    StackFloor();
+    ~StackFloor();
+    StackFloor(const StackFloor&) = delete;
+    StackFloor& operator=(const StackFloor&) = delete;
+
+private:
+    std::int32_t hidden_;
 };
 
 } // namespace corvane

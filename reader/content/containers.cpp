@@ -24,15 +24,8 @@ Art makeArt(ArtKind kind, Art container) {
 }
 
 void Containers::open(Art layer) {
-    close();
+    *this = Containers();
     entries_.push_back({.container = layer});
-}
-
-void Containers::close() {
-    entries_.clear();
-    depth_ = 0;
-    soleDepth_ = -1;
-    sole_ = Art::null;
 }
 
 void Containers::push() {
@@ -67,6 +60,16 @@ void Containers::pop() {
         sole_ = left;
         soleHeight_ = height;
     }
+}
+
+void Containers::abandon() noexcept {
+    while (entries_.back().depth == depth_) {
+        entries_.pop_back();
+    }
+    if (soleDepth_ == depth_) {
+        soleDepth_ = -1;
+    }
+    --depth_;
 }
 
 void Containers::finish() {

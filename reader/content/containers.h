@@ -17,7 +17,6 @@ class Containers {
 public:
     /// Starts over at the layer's art.
     void open(Art layer);
-    void close();
 
     /// What `open` was given.
     Art layer() const { return entries_.front().container; }
@@ -26,6 +25,8 @@ public:
     void push();
     /// `Q`; there must be a level.
     void pop();
+    /// `Q` without a call of the host: groups stay as they are.
+    void abandon() noexcept;
     /// Ends the clips that no `q` bounds, at the end of the page; no level is open.
     void finish();
 

@@ -1,16 +1,11 @@
 #include "reader/content/content.h"
 
 #include "objects/stack.h"
-#include "reader/content/state.h"
-#include "reader/paint/path.h"
-#include "reader/syntax/keywords.h"
+#include "reader/content/content_keywords.h"
+#include "reader/content/interpreter.h"
 #include "reader/syntax/stream_chain.h"
-#include "runtime/budget.h"
-#include "runtime/callbacks.h"
 #include "runtime/exception.h"
 #include "runtime/warning.h"
-
-#include <algorithm>
 
 namespace corvane {
 
@@ -41,91 +36,73 @@ private:
 
 class ContentLoop {
 public:
-    ContentLoop(DocumentCache& cache, TokenFilter& tokens, TokenPusher& pusher,
-                ContentProgress& progress)
-        : cache_(cache), tokens_(tokens), pusher_(pusher), progress_(progress) {}
+    ContentLoop(Interpreter& interpreter, TokenFilter& tokens)
+        : interpreter_(interpreter), level_(interpreter.level), tokens_(tokens) {}
 
     /// Runs operators until the stream ends; what one raises is passed on.
     void run() {
         for (;;) {
             const TokenType type = tokens_.readToken();
-            progress_.step(tokens_);
+            interpreter_.progress.step(tokens_);
+            if (type == TokenType::end) {
+                return;
+            }
+            if (!level_.hasOperands) {
+                level_.hasOperands = true;
+                level_.span.start = level_.streamStart + tokens_.tokenStart();
+            }
             if (type == TokenType::keyword) {
                 runKeyword();
-            } else if (type != TokenType::end) {
-                pusher_.push(type, tokens_);
             } else {
-                return;
+                level_.operands.push(type, tokens_);
             }
         }
     }
 
     void dropOperands() {
         clearStack();
-        pusher_.reset();
+        level_.operands.reset();
+        level_.hasOperands = false;
     }
 
 private:
     void runKeyword() {
-        const Keyword* const keyword = contentKeywords().find(tokens_.bytes());
+        level_.span.end = level_.streamStart + tokens_.tokenEnd();
+        const ContentKeyword* const keyword = contentKeywords().find(tokens_.bytes());
         if (keyword == nullptr) {
             raiseWarning(Warning::unknownOperator);
             dropOperands();
             return;
         }
         checkStack(keyword->operands);
-        keyword->handler(cache_);
-        // A word that stands for an operand leaves it; other operators leave nothing behind.
-        if (!isConstant(*keyword)) {
+        keyword->handler(interpreter_);
+        if (!keyword->isOperand) {
             dropOperands();
         }
     }
 
-    static bool isConstant(const Keyword& keyword) {
-        return keyword.handler == nullOperator || keyword.handler == trueOperator ||
-               keyword.handler == falseOperator;
-    }
-
-    DocumentCache& cache_;
+    Interpreter& interpreter_;
+    ContentLevel& level_;
     TokenFilter& tokens_;
-    TokenPusher& pusher_;
-    ContentProgress& progress_;
 };
 
-} // namespace
-
-void ContentProgress::check(Filter& tokens) {
-    if (tokenCount_ > budget::contentTokens) {
-        failException(Exception::limit);
-    }
-    if (callHost(slot::checkUserAbort)) {
-        failException(Exception::cancelled);
-    }
-    const HostExtension* const extension = hostExtension();
-    if (extension != nullptr && extension->progress != nullptr) {
-        const std::int64_t position = done_ + markFilter(tokens) - start_;
-        extension->progress(extension->context, std::clamp<std::int64_t>(position, 0, total_),
-                            total_);
-    }
+std::int32_t startOf(const Object& stream) {
+    return integerObject(elementsObject(stream)[1]);
 }
 
-void ContentProgress::fault(Filter& tokens) {
-    if (++faults_ > budget::operatorFaults) {
-        failException(Exception::limit);
-    }
-    step(tokens);
+std::int32_t endOf(const Object& stream) {
+    return integerObject(elementsObject(stream)[2]);
 }
 
-void runContent(DocumentCache& cache, const Object& stream, TokenPusher& pusher,
-                ContentProgress& progress) {
-    ContentChain chain(cache, stream);
-    progress.beginStream(integerObject(elementsObject(stream)[1]));
-    ContentLoop loop(cache, chain.tokens(), pusher, progress);
+void runStream(Interpreter& interpreter, const Object& stream) {
+    ContentChain chain(interpreter.cache, stream);
+    interpreter.progress.beginStream(startOf(stream));
+    ContentLoop loop(interpreter, chain.tokens());
     // The guarded block is opened once for many operators: again only after one failed.
     for (;;) {
         const Exception code = guarded([&] { loop.run(); });
         if (code == Exception::none) {
-            return;
+            break;
         }
         if (!isFileFault(code)) {
             againException();
@@ -133,17 +110,18 @@ void runContent(DocumentCache& cache, const Object& stream, TokenPusher& pusher,
         resetException();
         raiseWarning(Warning::operatorFailed);
         loop.dropOperands();
-        progress.fault(chain.tokens());
+        interpreter.progress.fault(chain.tokens());
     }
+    interpreter.progress.finishStream(std::int64_t{endOf(stream)} - startOf(stream));
+    interpreter.level.streamStart += chain.tokens().tokenEnd();
 }
 
-void finishContent() {
-    clearStack();
-    dropPath();
-    while (depthState() > 0) {
-        restoreState();
+} // namespace
+
+void runContent(Interpreter& interpreter, std::span<const ObjectOwner> streams) {
+    for (const ObjectOwner& stream : streams) {
+        runStream(interpreter, stream.get());
     }
-    containers.finish();
 }
 
 } // namespace corvane

@@ -1,6 +1,8 @@
 // The content table: every operator of a page once, with its operands.
+#include "reader/content/content_keywords.h"
+
 #include "reader/content/content_operators.h"
-#include "reader/syntax/keywords.h"
+#include "runtime/rules.h"
 
 #include <array>
 
@@ -10,98 +12,102 @@ namespace {
 
 // "f" and "f*" go to the closing handlers and "F" and "F*" to the plain ones: filling closes a
 // path, and the host's path is to say so.
-constexpr std::array rows = {
-    Keyword{"null", "", nullOperator},
-    Keyword{"true", "", trueOperator},
-    Keyword{"false", "", falseOperator},
-    Keyword{"g", "x", grayFillOperator},
-    Keyword{"G", "x", grayStrokeOperator},
-    Keyword{"k", "xxxx", cmykFillOperator},
-    Keyword{"K", "xxxx", cmykStrokeOperator},
-    Keyword{"rg", "xxx", rgbFillOperator},
-    Keyword{"RG", "xxx", rgbStrokeOperator},
-    Keyword{"cm", "xxxxxx", concatOperator},
-    Keyword{"d", "ax", dashOperator},
-    Keyword{"i", "x", flatOperator},
-    Keyword{"j", "x", joinOperator},
-    Keyword{"J", "x", capOperator},
-    Keyword{"M", "x", miterOperator},
-    Keyword{"q", "", saveOperator},
-    Keyword{"Q", "", restoreOperator},
-    Keyword{"w", "x", widthOperator},
-    Keyword{"h", "", closeOperator},
-    Keyword{"m", "xx", moveToOperator},
-    Keyword{"l", "xx", lineToOperator},
-    Keyword{"c", "xxxxxx", curveTo123Operator},
-    Keyword{"v", "xxxx", curveTo23Operator},
-    Keyword{"y", "xxxx", curveTo13Operator},
-    Keyword{"re", "xxxx", rectangleOperator},
-    Keyword{"b", "", closeFillStrokePathOperator},
-    Keyword{"B", "", fillStrokePathOperator},
-    Keyword{"b*", "", closeEofillStrokePathOperator},
-    Keyword{"B*", "", eofillStrokePathOperator},
-    Keyword{"E", "", resetPathOperator},
-    Keyword{"f", "", closeFillPathOperator},
-    Keyword{"F", "", fillPathOperator},
-    Keyword{"f*", "", closeEofillPathOperator},
-    Keyword{"F*", "", eofillPathOperator},
-    Keyword{"n", "", resetPathOperator},
-    Keyword{"s", "", closeStrokePathOperator},
-    Keyword{"S", "", strokePathOperator},
-    Keyword{"W", "", clipPathOperator},
-    Keyword{"W*", "", eoclipPathOperator},
-    Keyword{"BT", "", passedTextOperator},
-    Keyword{"ET", "", passedTextOperator},
-    Keyword{"Tc", "x", passedTextOperator},
-    Keyword{"Tf", "lx", passedTextOperator},
-    Keyword{"TL", "x", passedTextOperator},
-    Keyword{"Tr", "x", passedTextOperator},
-    Keyword{"Ts", "x", passedTextOperator},
-    Keyword{"Tw", "x", passedTextOperator},
-    Keyword{"Tz", "x", passedTextOperator},
-    Keyword{"Td", "xx", passedTextOperator},
-    Keyword{"TD", "xx", passedTextOperator},
-    Keyword{"Tm", "xxxxxx", passedTextOperator},
-    Keyword{"T*", "", passedTextOperator},
-    Keyword{"Tj", "t", omittedTextOperator},
-    Keyword{"TJ", "a", omittedTextOperator},
-    Keyword{"'", "t", omittedTextOperator},
-    Keyword{"\"", "xxt", omittedTextOperator},
-    Keyword{"BI", "", beginImageOperator},
-    Keyword{"ID", "", dataImageOperator},
-    Keyword{"EI", "", endImageOperator},
-    Keyword{"Do", "l", doObjectOperator},
-    Keyword{"d0", "xx", charWidthOperator},
-    Keyword{"d1", "xxxxxx", cacheDeviceOperator},
+constexpr std::array originalRows = {
+    ContentKeyword{"null", "", nullOperand, true},
+    ContentKeyword{"true", "", trueOperand, true},
+    ContentKeyword{"false", "", falseOperand, true},
+    ContentKeyword{"g", "x", grayFillOperator},
+    ContentKeyword{"G", "x", grayStrokeOperator},
+    ContentKeyword{"k", "xxxx", cmykFillOperator},
+    ContentKeyword{"K", "xxxx", cmykStrokeOperator},
+    ContentKeyword{"rg", "xxx", rgbFillOperator},
+    ContentKeyword{"RG", "xxx", rgbStrokeOperator},
+    ContentKeyword{"cm", "xxxxxx", concatOperator},
+    ContentKeyword{"d", "ax", dashOperator},
+    ContentKeyword{"i", "x", flatOperator},
+    ContentKeyword{"j", "x", joinOperator},
+    ContentKeyword{"J", "x", capOperator},
+    ContentKeyword{"M", "x", miterOperator},
+    ContentKeyword{"q", "", saveOperator},
+    ContentKeyword{"Q", "", restoreOperator},
+    ContentKeyword{"w", "x", widthOperator},
+    ContentKeyword{"h", "", closeOperator},
+    ContentKeyword{"m", "xx", moveToOperator},
+    ContentKeyword{"l", "xx", lineToOperator},
+    ContentKeyword{"c", "xxxxxx", curveTo123Operator},
+    ContentKeyword{"v", "xxxx", curveTo23Operator},
+    ContentKeyword{"y", "xxxx", curveTo13Operator},
+    ContentKeyword{"re", "xxxx", rectangleOperator},
+    ContentKeyword{"b", "", closeFillStrokePathOperator},
+    ContentKeyword{"B", "", fillStrokePathOperator},
+    ContentKeyword{"b*", "", closeEofillStrokePathOperator},
+    ContentKeyword{"B*", "", eofillStrokePathOperator},
+    ContentKeyword{"E", "", resetPathOperator},
+    ContentKeyword{"f", "", closeFillPathOperator},
+    ContentKeyword{"F", "", fillPathOperator},
+    ContentKeyword{"f*", "", closeEofillPathOperator},
+    ContentKeyword{"F*", "", eofillPathOperator},
+    ContentKeyword{"n", "", resetPathOperator},
+    ContentKeyword{"s", "", closeStrokePathOperator},
+    ContentKeyword{"S", "", strokePathOperator},
+    ContentKeyword{"W", "", clipPathOperator},
+    ContentKeyword{"W*", "", eoclipPathOperator},
+    ContentKeyword{"BT", "", passedTextOperator},
+    ContentKeyword{"ET", "", passedTextOperator},
+    ContentKeyword{"Tc", "x", passedTextOperator},
+    ContentKeyword{"Tf", "lx", passedTextOperator},
+    ContentKeyword{"TL", "x", passedTextOperator},
+    ContentKeyword{"Tr", "x", passedTextOperator},
+    ContentKeyword{"Ts", "x", passedTextOperator},
+    ContentKeyword{"Tw", "x", passedTextOperator},
+    ContentKeyword{"Tz", "x", passedTextOperator},
+    ContentKeyword{"Td", "xx", passedTextOperator},
+    ContentKeyword{"TD", "xx", passedTextOperator},
+    ContentKeyword{"Tm", "xxxxxx", passedTextOperator},
+    ContentKeyword{"T*", "", passedTextOperator},
+    ContentKeyword{"Tj", "t", omittedTextOperator},
+    ContentKeyword{"TJ", "a", omittedTextOperator},
+    ContentKeyword{"'", "t", omittedTextOperator},
+    ContentKeyword{"\"", "xxt", omittedTextOperator},
+    ContentKeyword{"BI", "", beginImageOperator},
+    ContentKeyword{"ID", "", dataImageOperator},
+    ContentKeyword{"EI", "", endImageOperator},
+    ContentKeyword{"Do", "l", doObjectOperator},
+    ContentKeyword{"d0", "xx", charWidthOperator},
+    ContentKeyword{"d1", "xxxxxx", cacheDeviceOperator},
 };
 
 constexpr std::array extendedRows = {
-    Keyword{"cs", "l", fillSpaceOperator},
-    Keyword{"CS", "l", strokeSpaceOperator},
+    ContentKeyword{"cs", "l", fillSpaceOperator},
+    ContentKeyword{"CS", "l", strokeSpaceOperator},
     // How many operands a colour has depends on its space.
-    Keyword{"sc", "", fillColourOperator},
-    Keyword{"SC", "", strokeColourOperator},
-    Keyword{"scn", "", fillColourOperator},
-    Keyword{"SCN", "", strokeColourOperator},
-    Keyword{"gs", "l", externalStateOperator},
-    Keyword{"sh", "l", shadingOperator},
-    Keyword{"ri", "l", invisibleOperator},
-    Keyword{"MP", "l", invisibleOperator},
-    Keyword{"DP", "l?", invisibleOperator},
-    Keyword{"BMC", "l", invisibleOperator},
-    Keyword{"BDC", "l?", invisibleOperator},
-    Keyword{"EMC", "", invisibleOperator},
-    Keyword{"BX", "", invisibleOperator},
-    Keyword{"EX", "", invisibleOperator},
+    ContentKeyword{"sc", "", fillColourOperator},
+    ContentKeyword{"SC", "", strokeColourOperator},
+    ContentKeyword{"scn", "", fillColourOperator},
+    ContentKeyword{"SCN", "", strokeColourOperator},
+    ContentKeyword{"gs", "l", externalStateOperator},
+    ContentKeyword{"sh", "l", shadingOperator},
+    ContentKeyword{"ri", "l", invisibleOperator},
+    ContentKeyword{"MP", "l", invisibleOperator},
+    ContentKeyword{"DP", "l?", invisibleOperator},
+    ContentKeyword{"BMC", "l", invisibleOperator},
+    ContentKeyword{"BDC", "l?", invisibleOperator},
+    ContentKeyword{"EMC", "", invisibleOperator},
+    ContentKeyword{"BX", "", invisibleOperator},
+    ContentKeyword{"EX", "", invisibleOperator},
 };
+
+/// The rows of the profile in force.
+std::vector<ContentKeyword> rowsInForce() {
+    std::vector<ContentKeyword> all(originalRows.begin(), originalRows.end());
+    if (rules().profile == Profile::extended) {
+        all.insert(all.end(), extendedRows.begin(), extendedRows.end());
+    }
+    return all;
+}
 
 } // namespace
 
-std::span<const Keyword> contentRows() {
-    return rows;
-}
-std::span<const Keyword> extendedContentRows() {
-    return extendedRows;
-}
+ContentKeywords::ContentKeywords() : rows(rowsInForce()), table(rows) {}
 
 } // namespace corvane

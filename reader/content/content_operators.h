@@ -1,72 +1,77 @@
 // The operators of page content, by topic. Their operands were checked by the row of the keyword
-// table that names them (reader/content/content_keywords.cpp). All return 0.
+// table that names them (reader/content/content_keywords.cpp).
 #pragma once
 
-#include "reader/syntax/syntax.h"
+#include "reader/content/interpreter.h"
 
 namespace corvane {
 
+// Words that stand for operands
+void nullOperand(Interpreter& interpreter);
+void trueOperand(Interpreter& interpreter);
+void falseOperand(Interpreter& interpreter);
+
 // Graphics state (reader/content/state_operators.cpp)
-OperatorResult saveOperator(DocumentCache& cache);    ///< q
-OperatorResult restoreOperator(DocumentCache& cache); ///< Q
-OperatorResult concatOperator(DocumentCache& cache);  ///< cm
-OperatorResult widthOperator(DocumentCache& cache);   ///< w
-OperatorResult capOperator(DocumentCache& cache);     ///< J: 0 to 2, otherwise `type`
-OperatorResult joinOperator(DocumentCache& cache);    ///< j: 0 to 2, otherwise `type`
-OperatorResult miterOperator(DocumentCache& cache);   ///< M: 1.0 or more, otherwise `type`
-OperatorResult dashOperator(DocumentCache& cache);    ///< d: up to six lengths, otherwise `type`
-OperatorResult flatOperator(DocumentCache& cache);    ///< i
+void saveOperator(Interpreter& interpreter);    ///< q
+void restoreOperator(Interpreter& interpreter); ///< Q
+void concatOperator(Interpreter& interpreter);  ///< cm
+void widthOperator(Interpreter& interpreter);   ///< w
+void capOperator(Interpreter& interpreter);     ///< J: 0 to 2, otherwise `type`
+void joinOperator(Interpreter& interpreter);    ///< j: 0 to 2, otherwise `type`
+void miterOperator(Interpreter& interpreter);   ///< M: 1.0 or more, otherwise `type`
+void dashOperator(Interpreter& interpreter);    ///< d: up to six lengths, otherwise `type`
+void flatOperator(Interpreter& interpreter);    ///< i
 
 // Path construction (reader/paint/path_operators.cpp)
-OperatorResult moveToOperator(DocumentCache& cache);     ///< m
-OperatorResult lineToOperator(DocumentCache& cache);     ///< l
-OperatorResult curveTo123Operator(DocumentCache& cache); ///< c
-OperatorResult curveTo23Operator(DocumentCache& cache);  ///< v
-OperatorResult curveTo13Operator(DocumentCache& cache);  ///< y
-OperatorResult rectangleOperator(DocumentCache& cache);  ///< re
-OperatorResult closeOperator(DocumentCache& cache);      ///< h
+void moveToOperator(Interpreter& interpreter);     ///< m
+void lineToOperator(Interpreter& interpreter);     ///< l
+void curveTo123Operator(Interpreter& interpreter); ///< c
+void curveTo23Operator(Interpreter& interpreter);  ///< v
+void curveTo13Operator(Interpreter& interpreter);  ///< y
+void rectangleOperator(Interpreter& interpreter);  ///< re
+void closeOperator(Interpreter& interpreter);      ///< h
 
 // Painting and clipping (reader/paint/path_operators.cpp)
-OperatorResult closeFillStrokePathOperator(DocumentCache& cache);   ///< b
-OperatorResult fillStrokePathOperator(DocumentCache& cache);        ///< B
-OperatorResult closeEofillStrokePathOperator(DocumentCache& cache); ///< b*
-OperatorResult eofillStrokePathOperator(DocumentCache& cache);      ///< B*
-OperatorResult closeFillPathOperator(DocumentCache& cache);         ///< f
-OperatorResult fillPathOperator(DocumentCache& cache);              ///< F
-OperatorResult closeEofillPathOperator(DocumentCache& cache);       ///< f*
-OperatorResult eofillPathOperator(DocumentCache& cache);            ///< F*
-OperatorResult resetPathOperator(DocumentCache& cache);             ///< n, E
-OperatorResult closeStrokePathOperator(DocumentCache& cache);       ///< s
-OperatorResult strokePathOperator(DocumentCache& cache);            ///< S
-OperatorResult clipPathOperator(DocumentCache& cache);              ///< W
-OperatorResult eoclipPathOperator(DocumentCache& cache);            ///< W*
+void closeFillStrokePathOperator(Interpreter& interpreter);   ///< b
+void fillStrokePathOperator(Interpreter& interpreter);        ///< B
+void closeEofillStrokePathOperator(Interpreter& interpreter); ///< b*
+void eofillStrokePathOperator(Interpreter& interpreter);      ///< B*
+void closeFillPathOperator(Interpreter& interpreter);         ///< f
+void fillPathOperator(Interpreter& interpreter);              ///< F
+void closeEofillPathOperator(Interpreter& interpreter);       ///< f*
+void eofillPathOperator(Interpreter& interpreter);            ///< F*
+void resetPathOperator(Interpreter& interpreter);             ///< n, E
+void closeStrokePathOperator(Interpreter& interpreter);       ///< s
+void strokePathOperator(Interpreter& interpreter);            ///< S
+void clipPathOperator(Interpreter& interpreter);              ///< W
+void eoclipPathOperator(Interpreter& interpreter);            ///< W*
 
 // Colour (reader/paint/colour_operators.cpp)
-OperatorResult grayFillOperator(DocumentCache& cache);   ///< g
-OperatorResult grayStrokeOperator(DocumentCache& cache); ///< G
-OperatorResult rgbFillOperator(DocumentCache& cache);    ///< rg
-OperatorResult rgbStrokeOperator(DocumentCache& cache);  ///< RG
-OperatorResult cmykFillOperator(DocumentCache& cache);   ///< k
-OperatorResult cmykStrokeOperator(DocumentCache& cache); ///< K
+void grayFillOperator(Interpreter& interpreter);   ///< g
+void grayStrokeOperator(Interpreter& interpreter); ///< G
+void rgbFillOperator(Interpreter& interpreter);    ///< rg
+void rgbStrokeOperator(Interpreter& interpreter);  ///< RG
+void cmykFillOperator(Interpreter& interpreter);   ///< k
+void cmykStrokeOperator(Interpreter& interpreter); ///< K
 
 // What is left out so far (reader/content/omitted_operators.cpp)
-OperatorResult omittedTextOperator(DocumentCache& cache); ///< operators that show text
-OperatorResult passedTextOperator(DocumentCache& cache);  ///< operators that only set text up
-OperatorResult beginImageOperator(DocumentCache& cache);  ///< BI
-OperatorResult dataImageOperator(DocumentCache& cache);   ///< ID
-OperatorResult endImageOperator(DocumentCache& cache);    ///< EI
-OperatorResult doObjectOperator(DocumentCache& cache);    ///< Do
-OperatorResult charWidthOperator(DocumentCache& cache);   ///< d0
-OperatorResult cacheDeviceOperator(DocumentCache& cache); ///< d1
+void omittedTextOperator(Interpreter& interpreter); ///< operators that show text
+void passedTextOperator(Interpreter& interpreter);  ///< operators that only set text up
+void beginImageOperator(Interpreter& interpreter);  ///< BI
+void dataImageOperator(Interpreter& interpreter);   ///< ID
+void endImageOperator(Interpreter& interpreter);    ///< EI
+void doObjectOperator(Interpreter& interpreter);    ///< Do
+void charWidthOperator(Interpreter& interpreter);   ///< d0
+void cacheDeviceOperator(Interpreter& interpreter); ///< d1
 
 // Further ones of the extended profile (reader/content/extended_operators.cpp)
-OperatorResult shadingOperator(DocumentCache& cache);       ///< sh
-OperatorResult fillSpaceOperator(DocumentCache& cache);     ///< cs
-OperatorResult strokeSpaceOperator(DocumentCache& cache);   ///< CS
-OperatorResult fillColourOperator(DocumentCache& cache);    ///< sc, scn
-OperatorResult strokeColourOperator(DocumentCache& cache);  ///< SC, SCN
-OperatorResult externalStateOperator(DocumentCache& cache); ///< gs: line parameters
-OperatorResult
-invisibleOperator(DocumentCache& cache); ///< marked content, compatibility: nothing to draw
+void shadingOperator(Interpreter& interpreter);       ///< sh
+void fillSpaceOperator(Interpreter& interpreter);     ///< cs
+void strokeSpaceOperator(Interpreter& interpreter);   ///< CS
+void fillColourOperator(Interpreter& interpreter);    ///< sc, scn
+void strokeColourOperator(Interpreter& interpreter);  ///< SC, SCN
+void externalStateOperator(Interpreter& interpreter); ///< gs: line parameters
+void invisibleOperator(
+    Interpreter& interpreter); ///< marked content, compatibility: nothing to draw
 
 } // namespace corvane

@@ -1,15 +1,15 @@
 // Drawing a page into the host's document: its geometry, then its content.
 #include "objects/stack.h"
 #include "reader/content/content.h"
+#include "reader/content/interpreter.h"
 #include "reader/content/omissions.h"
-#include "reader/content/state.h"
 #include "reader/page/page_content.h"
 #include "reader/page/page_identity.h"
 #include "reader/page/page_matrix.h"
-#include "reader/syntax/syntax.h"
 #include "runtime/callbacks.h"
 #include "runtime/rules.h"
 
+#include <span>
 #include <vector>
 
 namespace corvane {
@@ -42,18 +42,17 @@ void tellIdentity(DocumentCache& cache) {
     }
 }
 
-void runStreams(DocumentCache& cache, const std::vector<ObjectOwner>& streams) {
+void runPage(Interpreter& interpreter, std::span<const ObjectOwner> streams) {
     std::int64_t total = 0;
     for (const ObjectOwner& stream : streams) {
         total += streamLength(stream.get());
     }
-    TokenPusher pusher(cache);
-    ContentProgress progress(total);
-    for (const ObjectOwner& stream : streams) {
-        runContent(cache, stream.get(), pusher, progress);
-        progress.finishStream(streamLength(stream.get()));
-    }
-    finishContent();
+    interpreter.progress.begin(total);
+    retainObject(interpreter.cache.resources.get());
+    ContentScope page(interpreter, ObjectOwner(interpreter.cache.resources.get()));
+    runContent(interpreter, streams);
+    page.leave();
+    interpreter.containers.finish();
 }
 
 } // namespace
@@ -63,11 +62,11 @@ void readCache(DocumentCache& cache) {
     sizeArtboard(cropCache(cache));
     readOrigin();
     openOmissions();
-    applyPageMatrix(matrix);
+    applyPageMatrix(*cache.interpreter, matrix);
 
     const std::vector<ObjectOwner> streams = contentStreams(cache);
     tellIdentity(cache);
-    runStreams(cache, streams);
+    runPage(*cache.interpreter, streams);
 
     memoryException();
     callHost(slot::finishImport, cache.art, cache.art);

@@ -1,10 +1,9 @@
 // Operators that only the extended profile knows.
 #include "objects/stack.h"
+#include "reader/content/content_keywords.h"
 #include "reader/content/content_operators.h"
 #include "reader/content/omissions.h"
-#include "reader/content/state.h"
 #include "reader/paint/colour.h"
-#include "reader/paint/colour_space.h"
 #include "runtime/exception.h"
 
 #include <algorithm>
@@ -20,11 +19,12 @@ void hidePaint(Paint& paint) {
     noteOmission(Omission::shading);
 }
 
-void selectSpace(DocumentCache& cache, Paint& paint, Colour& colour) {
+void selectSpace(Interpreter& interpreter, Paint& paint, Colour& colour) {
     const ObjectOwner name = popLiteral();
     // Hidden until the space is found: what it was before is not what the page asks for.
     paint = Paint{.hidden = true};
-    paint = Paint{.space = findColourSpace(cache, literalObject(name.get()))};
+    paint =
+        Paint{.space = interpreter.colourSpaces.find(interpreter.cache, literalObject(name.get()))};
     if (paint.space == nullptr) {
         hidePaint(paint);
     } else if (paint.space->kind != ColourSpace::Kind::pattern) {
@@ -64,75 +64,67 @@ void selectColour(Paint& paint, Colour& colour) {
 }
 
 /// Runs an operator with the value of an entry as its operand, where the dictionary has one.
-void applyEntry(DocumentCache& cache, const Object& dictionary, std::string_view key,
-                std::string_view operands, OperatorHandler handler) {
-    ObjectOwner value = lookupObject(cache, dictionary, key);
+void applyEntry(Interpreter& interpreter, const Object& dictionary, std::string_view key,
+                std::string_view operands, ContentHandler handler) {
+    ObjectOwner value = lookupObject(interpreter.cache, dictionary, key);
     if (typeObject(value.get()) != ObjectType::null) {
         pushStack(value.release());
         checkStack(operands);
-        handler(cache);
+        handler(interpreter);
     }
 }
 
 /// The entry "D": a dash array and its phase.
-void applyDash(DocumentCache& cache, const Object& dictionary) {
-    const ObjectOwner dash = lookupObject(cache, dictionary, "D");
+void applyDash(Interpreter& interpreter, const Object& dictionary) {
+    const ObjectOwner dash = lookupObject(interpreter.cache, dictionary, "D");
     if (typeObject(dash.get()) != ObjectType::array || sizeObject(dash.get()) != 2) {
         return;
     }
     for (const Object& element : elementsObject(dash.get())) {
-        pushStack(resolveObject(cache, element).release());
+        pushStack(resolveObject(interpreter.cache, element).release());
     }
     checkStack("ax");
-    dashOperator(cache);
+    dashOperator(interpreter);
 }
 
 } // namespace
 
-OperatorResult shadingOperator(DocumentCache&) {
+void shadingOperator(Interpreter&) {
     noteOmission(Omission::shading);
-    return 0;
 }
 
-OperatorResult fillSpaceOperator(DocumentCache& cache) {
-    selectSpace(cache, state.fill, state.style.fill);
-    return 0;
+void fillSpaceOperator(Interpreter& interpreter) {
+    selectSpace(interpreter, interpreter.state.fill, interpreter.state.style.fill);
 }
 
-OperatorResult strokeSpaceOperator(DocumentCache& cache) {
-    selectSpace(cache, state.stroke, state.style.stroke);
-    return 0;
+void strokeSpaceOperator(Interpreter& interpreter) {
+    selectSpace(interpreter, interpreter.state.stroke, interpreter.state.style.stroke);
 }
 
-OperatorResult fillColourOperator(DocumentCache&) {
-    selectColour(state.fill, state.style.fill);
-    return 0;
+void fillColourOperator(Interpreter& interpreter) {
+    selectColour(interpreter.state.fill, interpreter.state.style.fill);
 }
 
-OperatorResult strokeColourOperator(DocumentCache&) {
-    selectColour(state.stroke, state.style.stroke);
-    return 0;
+void strokeColourOperator(Interpreter& interpreter) {
+    selectColour(interpreter.state.stroke, interpreter.state.style.stroke);
 }
 
-OperatorResult externalStateOperator(DocumentCache& cache) {
+void externalStateOperator(Interpreter& interpreter) {
     ObjectOwner name = popLiteral();
     pushLiteral("ExtGState");
     pushStack(name.release());
-    resourceOperator(cache);
+    resourceOperator(interpreter.cache);
     const ObjectOwner entries(popStack());
     if (typeObject(entries.get()) != ObjectType::dictionary) {
-        return 0;
+        return;
     }
-    applyEntry(cache, entries.get(), "LW", "x", widthOperator);
-    applyEntry(cache, entries.get(), "LC", "x", capOperator);
-    applyEntry(cache, entries.get(), "LJ", "x", joinOperator);
-    applyEntry(cache, entries.get(), "ML", "x", miterOperator);
-    applyDash(cache, entries.get());
-    return 0;
+    applyEntry(interpreter, entries.get(), "LW", "x", widthOperator);
+    applyEntry(interpreter, entries.get(), "LC", "x", capOperator);
+    applyEntry(interpreter, entries.get(), "LJ", "x", joinOperator);
+    applyEntry(interpreter, entries.get(), "ML", "x", miterOperator);
+    applyDash(interpreter, entries.get());
 }
 
-OperatorResult invisibleOperator(DocumentCache&) {
-    return 0;
-}
+void invisibleOperator(Interpreter&) {}
 
 } // namespace corvane

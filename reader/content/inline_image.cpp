@@ -2,9 +2,8 @@
 
 #include "filters/character.h"
 #include "objects/stack.h"
-#include "reader/paint/colour_space.h"
-#include "reader/syntax/keywords.h"
-#include "reader/syntax/syntax.h"
+#include "reader/content/content_keywords.h"
+#include "reader/content/interpreter.h"
 
 #include <algorithm>
 #include <string_view>
@@ -36,7 +35,7 @@ std::int64_t wholeNumber(const Object& object) {
 }
 
 /// Bits of one pixel, or -1.
-std::int64_t pixelBits(DocumentCache& cache) {
+std::int64_t pixelBits(Interpreter& interpreter) {
     const Object mask = entryOf("ImageMask", "IM");
     if (typeObject(mask) == ObjectType::boolean && booleanObject(mask)) {
         return 1;
@@ -45,7 +44,8 @@ std::int64_t pixelBits(DocumentCache& cache) {
     if (typeObject(space) != ObjectType::literal) {
         return -1;
     }
-    const ColourSpacePointer known = findColourSpace(cache, literalObject(space));
+    const ColourSpacePointer known =
+        interpreter.colourSpaces.find(interpreter.cache, literalObject(space));
     const std::int64_t bits = wholeNumber(entryOf("BitsPerComponent", "BPC"));
     return known && known->components > 0 && bits > 0 && bits <= 16 ? bits * known->components : -1;
 }
@@ -113,13 +113,13 @@ void searchEnd(TokenFilter& tokens) {
 
 } // namespace
 
-std::int64_t imageDataLength(DocumentCache& cache) {
+std::int64_t imageDataLength(Interpreter& interpreter) {
     if (typeObject(entryOf("Filter", "F")) != ObjectType::null) {
         return -1;
     }
     const std::int64_t width = wholeNumber(entryOf("Width", "W"));
     const std::int64_t height = wholeNumber(entryOf("Height", "H"));
-    const std::int64_t bits = pixelBits(cache);
+    const std::int64_t bits = pixelBits(interpreter);
     return width > 0 && height > 0 && bits > 0 ? (width * bits + 7) / 8 * height : -1;
 }
 

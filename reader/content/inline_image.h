@@ -2,15 +2,16 @@
 #pragma once
 
 #include "filters/token.h"
-#include "reader/document/cache.h"
 
 #include <cstdint>
 
 namespace corvane {
 
+struct Interpreter;
+
 /// Bytes of the data of the inline image whose entries are on the operand stack; -1 where they
 /// cannot be told: the data are encoded, or of a colour space that is not a device's.
-std::int64_t imageDataLength(DocumentCache& cache);
+std::int64_t imageDataLength(Interpreter& interpreter);
 
 /// Goes past the data of an inline image, up to its "EI", which is the next token then. Data of a
 /// known length are believed where "EI" follows them. Otherwise the two letters are searched for:

@@ -7,54 +7,42 @@
 
 namespace corvane {
 
-OperatorResult omittedTextOperator(DocumentCache&) {
+void omittedTextOperator(Interpreter&) {
     noteOmission(Omission::text);
-    return 0;
 }
 
-OperatorResult passedTextOperator(DocumentCache&) {
-    return 0;
-}
+void passedTextOperator(Interpreter&) {}
 
-OperatorResult beginImageOperator(DocumentCache&) {
-    return 0;
-}
+void beginImageOperator(Interpreter&) {}
 
-OperatorResult dataImageOperator(DocumentCache& cache) {
-    callFilter(*cache.input, Operation::skipSpace);
-    skipImageData(static_cast<TokenFilter&>(*cache.input), imageDataLength(cache));
+void dataImageOperator(Interpreter& interpreter) {
+    callFilter(*interpreter.cache.input, Operation::skipSpace);
+    skipImageData(static_cast<TokenFilter&>(*interpreter.cache.input),
+                  imageDataLength(interpreter));
     noteOmission(Omission::image);
-    return 0;
 }
 
-OperatorResult endImageOperator(DocumentCache&) {
-    return 0;
-}
+void endImageOperator(Interpreter&) {}
 
-OperatorResult doObjectOperator(DocumentCache& cache) {
+void doObjectOperator(Interpreter& interpreter) {
     const ObjectOwner name = popLiteral();
     pushLiteral("XObject");
     pushLiteral(literalObject(name.get()));
-    resourceOperator(cache);
+    resourceOperator(interpreter.cache);
     const ObjectOwner object(popStack());
     if (typeObject(object.get()) != ObjectType::stream) {
-        return 0;
+        return;
     }
-    const ObjectOwner subtype = lookupObject(cache, object.get(), "Subtype");
+    const ObjectOwner subtype = lookupObject(interpreter.cache, object.get(), "Subtype");
     const bool named = typeObject(subtype.get()) == ObjectType::literal;
     const std::string_view kind = named ? literalObject(subtype.get()) : std::string_view();
     noteOmission(kind == "Image"  ? Omission::image
                  : kind == "Form" ? Omission::form
                                   : Omission::other);
-    return 0;
 }
 
-OperatorResult charWidthOperator(DocumentCache&) {
-    return 0;
-}
+void charWidthOperator(Interpreter&) {}
 
-OperatorResult cacheDeviceOperator(DocumentCache&) {
-    return 0;
-}
+void cacheDeviceOperator(Interpreter&) {}
 
 } // namespace corvane

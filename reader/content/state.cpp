@@ -1,31 +1,15 @@
 #include "reader/content/state.h"
 
+#include "reader/content/interpreter.h"
 #include "runtime/callbacks.h"
 #include "runtime/fixed.h"
-#include "runtime/memory.h"
 #include "runtime/rules.h"
 
 #include <cmath>
 
 namespace corvane {
 
-GraphicsState state;
-Containers containers;
-
 namespace {
-
-/// A copy kept by `q`, and how many `q` in a row kept the same.
-struct SavedState {
-    GraphicsState state;
-    std::int32_t times = 1;
-};
-
-struct SavedStates {
-    std::deque<SavedState> copies;
-    std::int32_t depth = 0;
-    ZoneCharge charge;
-};
-SavedStates saved;
 
 /// Copies are charged this many at a time.
 constexpr std::size_t chargeStep = 256;
@@ -39,17 +23,27 @@ RealMatrix multiplied(const RealMatrix& first, const RealMatrix& second) {
             .ty = first.tx * second.b + first.ty * second.d + second.ty};
 }
 
+void popCopy(Interpreter& interpreter) noexcept {
+    SavedStates& saved = interpreter.saved;
+    SavedState& copy = saved.copies.back();
+    interpreter.state = copy.state;
+    --saved.depth;
+    if (--copy.times == 0) {
+        saved.copies.pop_back();
+    }
+}
+
 } // namespace
 
-void openState() {
-    closeState();
-    state = GraphicsState();
+void openState(Interpreter& interpreter) {
+    interpreter.saved = SavedStates();
+    GraphicsState& state = interpreter.state = GraphicsState();
     Art layer = Art::null;
     callHost(slot::getLayerArt, Layer::null, &layer);
     if (layer == Art::null) {
         failException(Exception::host);
     }
-    containers.open(layer);
+    interpreter.containers.open(layer);
     callHost(slot::setIdentityMatrix, &state.ctm);
     callHost(slot::getDefaultStyle, &state.style);
     const PathStyle initial;
@@ -66,18 +60,11 @@ void openState() {
     state.style.rule = FillRule::nonzero;
 }
 
-void closeState() {
-    // Not by assignment of a fresh one: making a deque needs memory, and closing must not fail.
-    saved.copies.clear();
-    saved.depth = 0;
-    saved.charge.resize(0);
-    containers.close();
-}
-
-void saveState() {
-    containers.push();
+void saveState(Interpreter& interpreter) {
+    SavedStates& saved = interpreter.saved;
+    interpreter.containers.push();
     ++saved.depth;
-    if (!saved.copies.empty() && saved.copies.back().state == state) {
+    if (!saved.copies.empty() && saved.copies.back().state == interpreter.state) {
         ++saved.copies.back().times;
         return;
     }
@@ -85,27 +72,30 @@ void saveState() {
         saved.charge.resize(
             static_cast<std::int64_t>((saved.copies.size() + chargeStep) * sizeof(SavedState)));
     }
-    saved.copies.push_back({state});
+    saved.copies.push_back({interpreter.state});
 }
 
-void restoreState() {
-    if (saved.depth == 0) {
+void restoreState(Interpreter& interpreter) {
+    if (depthState(interpreter) == 0) {
         failException(Exception::underflow);
     }
-    SavedState& copy = saved.copies.back();
-    state = copy.state;
-    --saved.depth;
-    if (--copy.times == 0) {
-        saved.copies.pop_back();
+    popCopy(interpreter);
+    interpreter.containers.pop();
+}
+
+std::int32_t depthState(const Interpreter& interpreter) {
+    return interpreter.saved.depth - interpreter.level.floor;
+}
+
+void abandonStates(Interpreter& interpreter, std::int32_t depth) noexcept {
+    while (interpreter.saved.depth > depth) {
+        popCopy(interpreter);
+        interpreter.containers.abandon();
     }
-    containers.pop();
 }
 
-std::int32_t depthState() {
-    return saved.depth;
-}
-
-void concatState() {
+void concatState(Interpreter& interpreter) {
+    GraphicsState& state = interpreter.state;
     if (rules().exactNumbers) {
         state.exactCtm = multiplied(popRealMatrix(), state.exactCtm);
         return;
@@ -115,7 +105,7 @@ void concatState() {
     callHost(slot::multiplyMatrix, &operand, &former, &state.ctm);
 }
 
-Point transformState(RealPoint point) {
+Point transformState(const GraphicsState& state, RealPoint point) {
     if (rules().exactNumbers) {
         const RealMatrix& m = state.exactCtm;
         return {fixedFromReal(m.a * point.x + m.c * point.y + m.tx),
@@ -127,7 +117,7 @@ Point transformState(RealPoint point) {
     return to;
 }
 
-double scaleState() {
+double scaleState(const GraphicsState& state) {
     if (!rules().exactNumbers) {
         return 1.0;
     }

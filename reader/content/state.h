@@ -1,9 +1,9 @@
-// The graphics state: one record for the process, saved and restored as a whole by `q` and `Q`.
+// The graphics state: one record, saved and restored as a whole by `q` and `Q`.
 #pragma once
 
 #include "host/artwork.h"
 #include "objects/stack.h"
-#include "reader/content/containers.h"
+#include "runtime/memory.h"
 
 #include <array>
 #include <cstdint>
@@ -35,6 +35,7 @@ struct TextState {
 };
 
 struct ColourSpace;
+struct Interpreter;
 
 /// Beside the colour of filling or stroking: what made it.
 struct Paint {
@@ -60,28 +61,39 @@ struct GraphicsState {
     friend bool operator==(const GraphicsState&, const GraphicsState&) = default;
 };
 
-extern GraphicsState state;
-extern Containers containers;
+/// A copy kept by `q`, and how many `q` in a row kept the same.
+struct SavedState {
+    GraphicsState state;
+    std::int32_t times = 1;
+};
+
+/// The copies kept, the newest last.
+struct SavedStates {
+    std::deque<SavedState> copies;
+    std::int32_t depth = 0; ///< `q` without their `Q`
+    ZoneCharge charge;
+};
 
 /// A fresh state, in the host's layer for imported art. Raises `host`.
-void openState();
-/// Drops every saved copy.
-void closeState();
+void openState(Interpreter& interpreter);
 
 /// `q`: keeps a copy of the state.
-void saveState();
-/// `Q`: the copy kept last. None: `underflow`.
-void restoreState();
-/// Copies kept.
-std::int32_t depthState();
+void saveState(Interpreter& interpreter);
+/// `Q`: the copy kept last. None that this content kept: `underflow`.
+void restoreState(Interpreter& interpreter);
+/// Copies that this content kept.
+std::int32_t depthState(const Interpreter& interpreter);
+/// Goes back to the state in which `depth` copies were kept, without a call of the host: groups
+/// stay as they are.
+void abandonStates(Interpreter& interpreter, std::int32_t depth) noexcept;
 
 /// `cm`: the matrix on the operand stack, then what the CTM did.
-void concatState();
+void concatState(Interpreter& interpreter);
 
 /// A point of user space on the page, by the CTM.
-Point transformState(RealPoint point);
+Point transformState(const GraphicsState& state, RealPoint point);
 
 /// How much longer than in user space lengths are on the page: the root of the area's factor.
-double scaleState();
+double scaleState(const GraphicsState& state);
 
 } // namespace corvane

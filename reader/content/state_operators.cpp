@@ -1,6 +1,5 @@
 #include "objects/stack.h"
 #include "reader/content/content_operators.h"
-#include "reader/content/state.h"
 #include "runtime/callbacks.h"
 #include "runtime/fixed.h"
 #include "runtime/rules.h"
@@ -26,78 +25,69 @@ std::int32_t popStyleNumber() {
 
 } // namespace
 
-OperatorResult saveOperator(DocumentCache&) {
-    saveState();
-    return 0;
+void saveOperator(Interpreter& interpreter) {
+    saveState(interpreter);
 }
 
-OperatorResult restoreOperator(DocumentCache&) {
-    if (depthState() == 0 && rules().lazyGroups) {
+void restoreOperator(Interpreter& interpreter) {
+    if (depthState(interpreter) == 0 && rules().lazyGroups) {
         // Pages with more `Q` than `q` are many; they cost a warning, not an exception each.
         raiseWarning(Warning::operatorFailed);
-        return 0;
+        return;
     }
-    restoreState();
-    return 0;
+    restoreState(interpreter);
 }
 
-OperatorResult concatOperator(DocumentCache&) {
-    concatState();
-    return 0;
+void concatOperator(Interpreter& interpreter) {
+    concatState(interpreter);
 }
 
-OperatorResult widthOperator(DocumentCache&) {
-    state.lineWidth = popNumber();
-    return 0;
+void widthOperator(Interpreter& interpreter) {
+    interpreter.state.lineWidth = popNumber();
 }
 
-OperatorResult capOperator(DocumentCache&) {
-    state.style.cap = popStyleNumber();
-    return 0;
+void capOperator(Interpreter& interpreter) {
+    interpreter.state.style.cap = popStyleNumber();
 }
 
-OperatorResult joinOperator(DocumentCache&) {
-    state.style.join = popStyleNumber();
-    return 0;
+void joinOperator(Interpreter& interpreter) {
+    interpreter.state.style.join = popStyleNumber();
 }
 
-OperatorResult miterOperator(DocumentCache&) {
+void miterOperator(Interpreter& interpreter) {
     const Fixed limit = popExtend();
     if (limit < fixedOne) {
         failException(Exception::type);
     }
-    state.style.miterLimit = limit;
-    return 0;
+    interpreter.state.style.miterLimit = limit;
 }
 
-OperatorResult dashOperator(DocumentCache& cache) {
+void dashOperator(Interpreter& interpreter) {
     const double phase = popNumber();
     const ObjectOwner array(popStack());
     const std::span<Object> lengths = elementsObject(array.get());
-    auto dash = state.dash;
+    auto dash = interpreter.state.dash;
     if (lengths.size() > dash.size()) {
         failException(Exception::type);
     }
     dash.fill(0);
     for (std::size_t i = 0; i < lengths.size(); ++i) {
-        dash[i] = realNumber(resolveObject(cache, lengths[i]).get());
+        dash[i] = realNumber(resolveObject(interpreter.cache, lengths[i]).get());
     }
-    state.style.dashCount = static_cast<std::int16_t>(lengths.size());
-    state.dashPhase = phase;
-    state.dash = dash;
-    return 0;
+    interpreter.state.style.dashCount = static_cast<std::int16_t>(lengths.size());
+    interpreter.state.dashPhase = phase;
+    interpreter.state.dash = dash;
 }
 
-OperatorResult flatOperator(DocumentCache&) {
+void flatOperator(Interpreter& interpreter) {
     const Fixed flatness = popExtend();
     if (flatness <= 3 * fixedOne) {
-        state.style.resolution = 800 * fixedOne;
+        interpreter.state.style.resolution = 800 * fixedOne;
     } else if (flatness < 24 * fixedOne) {
-        state.style.resolution = callHost(slot::fixedDivide, unitResolution, flatness);
+        interpreter.state.style.resolution = callHost(slot::fixedDivide, unitResolution, flatness);
     } else {
-        state.style.resolution = 100 * fixedOne;
+        interpreter.state.style.resolution = 100 * fixedOne;
     }
-    return 0;
 }
 
 } // namespace corvane

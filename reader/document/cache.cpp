@@ -4,12 +4,11 @@
 #include "filters/buffer.h"
 #include "filters/stream.h"
 #include "output/xref.h"
-#include "reader/content/state.h"
+#include "reader/content/interpreter.h"
 #include "reader/document/locate.h"
 #include "reader/document/repair.h"
 #include "reader/document/unfinished.h"
 #include "reader/page/page_tree.h"
-#include "reader/paint/path.h"
 #include "reader/syntax/keywords.h"
 #include "reader/syntax/syntax.h"
 #include "reader/text/text.h"
@@ -88,25 +87,25 @@ void readReferences(DocumentCache& cache) {
     walkPages(cache);
 }
 
-/// The process-wide state that lives as long as a cache: closed again in reverse order.
-void closeInterpreter() {
-    closeText();
-    closePath();
-    closeState();
+/// The interpreter, in the host's layer for imported art.
+void openInterpreter(DocumentCache& cache) {
+    cache.interpreter = std::make_unique<Interpreter>(cache);
+    openState(*cache.interpreter);
+    openText(cache.interpreter->state.text);
+    cache.art = cache.interpreter->containers.layer();
 }
 
 } // namespace
 
+DocumentCache::DocumentCache() = default;
+DocumentCache::~DocumentCache() = default;
+
 std::unique_ptr<DocumentCache> openCache(std::int16_t volume, std::string_view fileName) {
     auto cache = std::make_unique<DocumentCache>();
-    openKeywords();
     const Exception code = guarded([&] {
         cache->volume = volume;
         cache->fileName = fileName;
-        openState();
-        cache->art = containers.layer();
-        openPath();
-        openText();
+        openInterpreter(*cache);
         cache->references = openReference();
         openFileChain(*cache);
         locateHeader(*cache);
@@ -117,8 +116,6 @@ std::unique_ptr<DocumentCache> openCache(std::int16_t volume, std::string_view f
     });
     if (code != Exception::none) {
         cache.reset();
-        closeInterpreter();
-        closeKeywords();
         againException();
     }
     return cache;
@@ -129,8 +126,6 @@ void closeCache(std::unique_ptr<DocumentCache> cache) {
     cache->references.reset();
     const Exception code = guarded([&] { cache->fileChain.unlink(); });
     cache.reset();
-    closeInterpreter();
-    closeKeywords();
     raiseException(code);
 }
 

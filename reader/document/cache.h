@@ -10,10 +10,9 @@
 #include "host/extension.h"
 #include "objects/object.h"
 #include "objects/reference.h"
+#include "reader/syntax/keyword_table.h"
 
 #include <cstdint>
-#include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -22,7 +21,8 @@
 namespace corvane {
 
 class TokenFilter;
-struct ColourSpace;
+struct Interpreter;
+struct SyntaxKeywords;
 
 /// A page as the walk of the tree found it: the reference that led to it, or the dictionary itself
 /// where the Kids array holds it directly (number 0).
@@ -42,6 +42,13 @@ struct ReadingWork {
 };
 
 struct DocumentCache {
+    DocumentCache();
+    ~DocumentCache();
+    DocumentCache(const DocumentCache&) = delete;
+    DocumentCache& operator=(const DocumentCache&) = delete;
+
+    SharedTables<SyntaxKeywords> syntaxKeywords;
+
     std::int16_t volume = 0;
     std::string fileName;
     Art art = Art::null; ///< where imports go; given back to the host when a page is drawn
@@ -70,9 +77,9 @@ struct DocumentCache {
     ObjectOwner cropBox;
     ObjectOwner mediaBox;
     ObjectOwner rotate;
-    /// Colour spaces of the resources that were looked for, null where one is not supported.
-    std::map<std::string, std::shared_ptr<const ColourSpace>, std::less<>> colourSpaces;
-    ObjectOwner resources; ///< also what the resource operators look into
+    ObjectOwner resources; ///< of the content being read: what the resource operators look into
+
+    std::unique_ptr<Interpreter> interpreter; ///< what `readCache` draws a page with
 };
 
 /// Opens the file and reads its cross-reference. Raises `io` where it cannot be read or is shorter

@@ -61,7 +61,6 @@ void forgetPage(DocumentCache& cache) {
          {&cache.page, &cache.cropBox, &cache.mediaBox, &cache.rotate, &cache.resources}) {
         *field = ObjectOwner();
     }
-    cache.colourSpaces.clear();
     cache.pageNumber = 0;
 }
 

@@ -1,6 +1,6 @@
 #include "reader/page/page_matrix.h"
 
-#include "reader/content/state.h"
+#include "reader/content/interpreter.h"
 #include "runtime/callbacks.h"
 #include "runtime/fixed.h"
 #include "runtime/rules.h"
@@ -70,13 +70,13 @@ PageMatrix pageMatrix(DocumentCache& cache) {
     return matrix;
 }
 
-void applyPageMatrix(const PageMatrix& matrix) {
+void applyPageMatrix(Interpreter& interpreter, const PageMatrix& matrix) {
     if (rules().pageAtOrigin) {
-        state.exactCtm = matrix.exact;
+        interpreter.state.exactCtm = matrix.exact;
         return;
     }
     pushMatrix(matrix.fixed);
-    concatState();
+    concatState(interpreter);
 }
 
 Box turnedBox(const PageMatrix& matrix, const Box& box) {

@@ -7,6 +7,8 @@
 
 namespace corvane {
 
+struct Interpreter;
+
 struct PageMatrix {
     Matrix fixed; ///< of the original profile: turned about the centre of the crop box, not moved
     RealMatrix exact; ///< of the extended profile
@@ -15,7 +17,7 @@ struct PageMatrix {
 PageMatrix pageMatrix(DocumentCache& cache);
 
 /// Makes it the CTM.
-void applyPageMatrix(const PageMatrix& matrix);
+void applyPageMatrix(Interpreter& interpreter, const PageMatrix& matrix);
 
 /// The box that the corners of `box` span on the artboard.
 Box turnedBox(const PageMatrix& matrix, const Box& box);

@@ -1,6 +1,5 @@
 #include "objects/stack.h"
 #include "reader/content/content_operators.h"
-#include "reader/content/state.h"
 #include "reader/paint/colour.h"
 
 namespace corvane {
@@ -26,42 +25,40 @@ Colour popCmyk() {
     return cmykColour(cyan, magenta, yellow, black);
 }
 
-OperatorResult setFill(const Colour& colour) {
+void setFill(GraphicsState& state, const Colour& colour) {
     state.style.fill = colour;
     state.fill = Paint();
-    return 0;
 }
 
-OperatorResult setStroke(const Colour& colour) {
+void setStroke(GraphicsState& state, const Colour& colour) {
     state.style.stroke = colour;
     state.stroke = Paint();
-    return 0;
 }
 
 } // namespace
 
-OperatorResult grayFillOperator(DocumentCache&) {
-    return setFill(popGray());
+void grayFillOperator(Interpreter& interpreter) {
+    setFill(interpreter.state, popGray());
 }
 
-OperatorResult grayStrokeOperator(DocumentCache&) {
-    return setStroke(popGray());
+void grayStrokeOperator(Interpreter& interpreter) {
+    setStroke(interpreter.state, popGray());
 }
 
-OperatorResult rgbFillOperator(DocumentCache&) {
-    return setFill(popRgb());
+void rgbFillOperator(Interpreter& interpreter) {
+    setFill(interpreter.state, popRgb());
 }
 
-OperatorResult rgbStrokeOperator(DocumentCache&) {
-    return setStroke(popRgb());
+void rgbStrokeOperator(Interpreter& interpreter) {
+    setStroke(interpreter.state, popRgb());
 }
 
-OperatorResult cmykFillOperator(DocumentCache&) {
-    return setFill(popCmyk());
+void cmykFillOperator(Interpreter& interpreter) {
+    setFill(interpreter.state, popCmyk());
 }
 
-OperatorResult cmykStrokeOperator(DocumentCache&) {
-    return setStroke(popCmyk());
+void cmykStrokeOperator(Interpreter& interpreter) {
+    setStroke(interpreter.state, popCmyk());
 }
 
 } // namespace corvane

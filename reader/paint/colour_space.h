@@ -37,9 +37,12 @@ struct ColourSpace {
 
 using ColourSpacePointer = std::shared_ptr<const ColourSpace>;
 
-/// The space of that name: a device space or one of the page's resources. Null where it is unknown
-/// or of a kind that is not supported. Raises what reading its objects raises.
-ColourSpacePointer findColourSpace(DocumentCache& cache, std::string_view name);
+/// The device space of that name, or the pattern space; null for any other name.
+ColourSpacePointer namedColourSpace(std::string_view name);
+
+/// The space that an object describes. Null where it is of a kind that is not supported. Raises
+/// what reading its objects raises.
+ColourSpacePointer readColourSpace(DocumentCache& cache, const Object& object);
 
 /// The colour that a space begins with.
 Colour initialColour(const ColourSpace& space);

@@ -2,188 +2,172 @@
 #include "reader/paint/path.h"
 
 #include "reader/content/art.h"
-#include "reader/content/state.h"
+#include "reader/content/interpreter.h"
 #include "reader/paint/path_art.h"
 #include "runtime/callbacks.h"
-#include "runtime/memory.h"
 #include "runtime/rules.h"
 #include "runtime/warning.h"
 
 #include <algorithm>
-#include <vector>
+#include <utility>
 
 namespace corvane {
 
-PathArt pathArt;
-
 namespace {
-
-/// The open subpath; the host gets its segments when it ends.
-struct Subpath {
-    std::vector<Segment> segments;
-    ZoneCharge charge;
-    RealPoint start; ///< user space; where the next one begins if no `m` says otherwise
-};
-Subpath subpath;
 
 /// Segments are charged in steps that double from here.
 constexpr std::size_t firstCharge = 1024;
 
-void append(const Segment& segment) {
-    if (subpath.segments.size() == subpath.segments.capacity()) {
-        const std::size_t room = std::max(firstCharge, 2 * subpath.segments.size());
-        subpath.charge.resize(static_cast<std::int64_t>(room * sizeof(Segment)));
-        subpath.segments.reserve(room);
+void append(PathConstruction& path, const Segment& segment) {
+    if (path.segments.size() == path.segments.capacity()) {
+        const std::size_t room = std::max(firstCharge, 2 * path.segments.size());
+        path.charge.resize(static_cast<std::int64_t>(room * sizeof(Segment)));
+        path.segments.reserve(room);
     }
-    subpath.segments.push_back(segment);
+    path.segments.push_back(segment);
 }
 
-void needPath() {
-    if (pathArt.compound == Art::null) {
+/// The path under construction; none: `context`.
+PathConstruction& openPath(Interpreter& interpreter) {
+    if (interpreter.level.path.compound == Art::null) {
         failException(Exception::context);
     }
+    return interpreter.level.path;
 }
 
 /// Gives the segments of the open subpath to the host; it stays open.
-void sendSegments() {
-    const auto count = static_cast<std::int32_t>(subpath.segments.size());
-    callHost(slot::setPathSegmentCount, pathArt.object, count);
-    callHost(slot::setPathSegments, pathArt.object, 0, count, subpath.segments.data());
+void sendSegments(PathConstruction& path) {
+    const auto count = static_cast<std::int32_t>(path.segments.size());
+    callHost(slot::setPathSegmentCount, path.object, count);
+    callHost(slot::setPathSegments, path.object, 0, count, path.segments.data());
 }
 
 /// Ends the open subpath without closing it. In the extended profile one that is a single point
 /// goes: it would paint nothing.
-void leaveSubpath() {
-    if (pathArt.object == Art::null) {
+void leaveSubpath(PathConstruction& path) {
+    if (path.object == Art::null) {
         return;
     }
-    if (rules().continuesClosedPaths && subpath.segments.size() == 1) {
-        callHost(slot::disposeArt, pathArt.object);
+    if (rules().continuesClosedPaths && path.segments.size() == 1) {
+        callHost(slot::disposeArt, path.object);
     } else {
-        sendSegments();
+        sendSegments(path);
     }
-    pathArt.object = Art::null;
+    path.object = Art::null;
 }
 
-void needSubpath() {
-    needPath();
-    if (pathArt.object == Art::null) {
+/// The path under construction, in which a subpath is open.
+PathConstruction& openSubpath(Interpreter& interpreter) {
+    PathConstruction& path = openPath(interpreter);
+    if (path.object == Art::null) {
         if (!rules().continuesClosedPaths) {
             failException(Exception::context);
         }
-        movetoPath(subpath.start);
+        movetoPath(interpreter, path.start);
     }
+    return path;
 }
 
 } // namespace
 
-void openPath() {
-    pathArt = PathArt();
-    subpath = Subpath();
-}
-
-void closePath() {
-    openPath();
-}
-
-void dropPath() {
-    if (pathArt.compound != Art::null) {
-        callHost(slot::disposeArt, pathArt.compound);
+void dropPath(Interpreter& interpreter) {
+    const Art compound = std::exchange(interpreter.level.path, {}).compound;
+    if (compound != Art::null) {
+        callHost(slot::disposeArt, compound);
     }
-    pathArt = PathArt();
 }
 
-void beginPath() {
-    if (pathArt.compound != Art::null) {
+void beginPath(Interpreter& interpreter) {
+    PathConstruction& path = interpreter.level.path;
+    if (path.compound != Art::null) {
         return;
     }
-    pathArt.compound = containers.make(ArtKind::compound);
-    pathArt.object = Art::null;
-    state.style.fillPaint = 0;
-    state.style.strokePaint = 0;
-    state.style.clip = 0;
+    path.compound = interpreter.containers.make(ArtKind::compound);
+    path.object = Art::null;
+    PathStyle& style = interpreter.state.style;
+    style.fillPaint = 0;
+    style.strokePaint = 0;
+    style.clip = 0;
 }
 
-void movetoPath(RealPoint point) {
-    needPath();
-    leaveSubpath();
-    pathArt.object = newArt(ArtKind::path, Placement::inside, pathArt.compound);
-    subpath.segments.clear();
-    subpath.start = point;
-    const Point anchor = transformState(point);
-    append({anchor, anchor, anchor, 0});
+void movetoPath(Interpreter& interpreter, RealPoint point) {
+    PathConstruction& path = openPath(interpreter);
+    leaveSubpath(path);
+    path.object = newArt(ArtKind::path, Placement::inside, path.compound);
+    path.segments.clear();
+    path.start = point;
+    const Point anchor = transformState(interpreter.state, point);
+    append(path, {anchor, anchor, anchor, 0});
 }
 
-void linetoPath(RealPoint point) {
-    needSubpath();
-    const Point anchor = transformState(point);
-    append({anchor, anchor, anchor, 0});
+void linetoPath(Interpreter& interpreter, RealPoint point) {
+    PathConstruction& path = openSubpath(interpreter);
+    const Point anchor = transformState(interpreter.state, point);
+    append(path, {anchor, anchor, anchor, 0});
 }
 
-void curvetoPath(RealPoint control1, RealPoint control2, RealPoint point) {
-    needSubpath();
-    const Point anchor = transformState(point);
-    subpath.segments.back().out = transformState(control1);
-    append({anchor, transformState(control2), anchor, 0});
+void curvetoPath(Interpreter& interpreter, RealPoint control1, RealPoint control2,
+                 RealPoint point) {
+    PathConstruction& path = openSubpath(interpreter);
+    const GraphicsState& state = interpreter.state;
+    const Point anchor = transformState(state, point);
+    path.segments.back().out = transformState(state, control1);
+    append(path, {anchor, transformState(state, control2), anchor, 0});
 }
 
-void closetoPath() {
-    needPath();
-    if (pathArt.object == Art::null) {
+void closetoPath(Interpreter& interpreter) {
+    PathConstruction& path = openPath(interpreter);
+    if (path.object == Art::null) {
         return;
     }
-    std::vector<Segment>& segments = subpath.segments;
+    std::vector<Segment>& segments = path.segments;
     if (segments.size() >= 2 &&
         callHost(slot::pointsEqual, &segments.front().anchor, &segments.back().anchor)) {
         segments.front().in = segments.back().in;
         segments.pop_back();
     }
-    sendSegments();
-    callHost(slot::setPathClosed, pathArt.object, std::uint8_t{1});
-    pathArt.object = Art::null;
+    sendSegments(path);
+    callHost(slot::setPathClosed, path.object, std::uint8_t{1});
+    path.object = Art::null;
 }
 
-RealPoint startPath() {
-    return subpath.start;
+void endPath(Interpreter& interpreter) {
+    leaveSubpath(openPath(interpreter));
+    finishArt(interpreter);
 }
 
-void endPath() {
-    needPath();
-    leaveSubpath();
-    finishArt();
-}
-
-void fillPath() {
-    needPath();
+void fillPath(Interpreter& interpreter) {
+    openPath(interpreter);
+    GraphicsState& state = interpreter.state;
     state.style.fillPaint = state.fill.hidden ? 0 : 1;
     state.style.rule = FillRule::nonzero;
 }
 
-void eofillPath() {
+void eofillPath(Interpreter& interpreter) {
     if (!rules().evenOddCarried) {
         raiseWarning(Warning::evenOdd);
     }
-    fillPath();
+    fillPath(interpreter);
     if (rules().evenOddCarried) {
-        state.style.rule = FillRule::evenOdd;
+        interpreter.state.style.rule = FillRule::evenOdd;
     }
 }
 
-void strokePath() {
-    needPath();
-    state.style.strokePaint = state.stroke.hidden ? 0 : 1;
+void strokePath(Interpreter& interpreter) {
+    openPath(interpreter);
+    interpreter.state.style.strokePaint = interpreter.state.stroke.hidden ? 0 : 1;
 }
 
-void clipPath() {
-    needPath();
-    state.style.clip = 1;
-    state.clipRule = FillRule::nonzero;
+void clipPath(Interpreter& interpreter) {
+    openPath(interpreter);
+    interpreter.state.style.clip = 1;
+    interpreter.state.clipRule = FillRule::nonzero;
 }
 
-void eoclipPath() {
-    clipPath();
+void eoclipPath(Interpreter& interpreter) {
+    clipPath(interpreter);
     if (rules().evenOddCarried) {
-        state.clipRule = FillRule::evenOdd;
+        interpreter.state.clipRule = FillRule::evenOdd;
     }
 }
 

@@ -4,34 +4,44 @@
 
 #include "host/artwork.h"
 #include "objects/stack.h"
+#include "runtime/memory.h"
+
+#include <cstdint>
+#include <vector>
 
 namespace corvane {
 
-void openPath();
-/// Forgets a path under construction; its art stays with the host.
-void closePath();
+struct Interpreter;
+
+/// The path under construction: open from the first `m` or `re` to the operator that paints it.
+struct PathConstruction {
+    Art compound = Art::null;      ///< collects the subpaths; null: no path is open
+    Art object = Art::null;        ///< the open subpath
+    std::vector<Segment> segments; ///< of the open subpath; the host gets them when it ends
+    ZoneCharge charge;             ///< of `segments`
+    RealPoint start;               ///< user space; where the next subpath begins without an `m`
+};
+
 /// Disposes of the art of a path that was never painted.
-void dropPath();
+void dropPath(Interpreter& interpreter);
 
 /// Starts a path, unless one is open. A path is open until `endPath`; without one all that follow
 /// raise `context`.
-void beginPath();
-void movetoPath(RealPoint point);
+void beginPath(Interpreter& interpreter);
+void movetoPath(Interpreter& interpreter, RealPoint point);
 /// Without an open subpath: `context`; in the extended profile one begins at the current point.
-void linetoPath(RealPoint point);
-void curvetoPath(RealPoint control1, RealPoint control2, RealPoint point);
+void linetoPath(Interpreter& interpreter, RealPoint point);
+void curvetoPath(Interpreter& interpreter, RealPoint control1, RealPoint control2, RealPoint point);
 /// Closes the open subpath, if there is one: an end that equals the beginning is merged with it.
-void closetoPath();
-/// Where the subpath that was begun last begins, in user space.
-RealPoint startPath();
+void closetoPath(Interpreter& interpreter);
 /// Styles the path, makes it a clip where asked, and lets go of it.
-void endPath();
+void endPath(Interpreter& interpreter);
 
-void fillPath();
+void fillPath(Interpreter& interpreter);
 /// As `fillPath`, by the even-odd rule; the original profile warns that it is not kept.
-void eofillPath();
-void strokePath();
-void clipPath();
-void eoclipPath();
+void eofillPath(Interpreter& interpreter);
+void strokePath(Interpreter& interpreter);
+void clipPath(Interpreter& interpreter);
+void eoclipPath(Interpreter& interpreter);
 
 } // namespace corvane

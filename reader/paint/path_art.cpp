@@ -1,7 +1,7 @@
 #include "reader/paint/path_art.h"
 
 #include "reader/content/art.h"
-#include "reader/content/state.h"
+#include "reader/content/interpreter.h"
 #include "runtime/callbacks.h"
 #include "runtime/fixed.h"
 #include "runtime/rules.h"
@@ -14,7 +14,7 @@ namespace corvane {
 namespace {
 
 /// The style that the host gets: lengths scaled to the page.
-PathStyle hostStyle(bool clip) {
+PathStyle hostStyle(const GraphicsState& state, bool clip) {
     PathStyle style = state.style;
     style.clip = clip ? 1 : 0;
     if (clip) {
@@ -24,7 +24,7 @@ PathStyle hostStyle(bool clip) {
             style.strokePaint = 0;
         }
     }
-    const auto scaled = [scale = scaleState()](double length) {
+    const auto scaled = [scale = scaleState(state)](double length) {
         return fixedFromReal(length * scale);
     };
     style.lineWidth = scaled(state.lineWidth);
@@ -65,7 +65,8 @@ Art unwrapCompound(Art compound) {
     return child;
 }
 
-void clipWith(Art path) {
+void clipWith(Interpreter& interpreter, Art path) {
+    const GraphicsState& state = interpreter.state;
     if (state.style.fillPaint != 0 || state.style.strokePaint != 0) {
         Art copy = Art::null;
         callHost(slot::duplicateArt, path, Placement::behind, path, &copy);
@@ -74,26 +75,27 @@ void clipWith(Art path) {
         }
     }
     const Art group = newArt(ArtKind::group, Placement::behind, path);
-    containers.enter(group);
+    interpreter.containers.enter(group);
     callHost(slot::reorderArt, path, Placement::inside, group);
     callHost(slot::setGroupClipped, group, std::uint8_t{1});
-    stylePath(path, true);
+    stylePath(state, path, true);
 }
 
 } // namespace
 
-void stylePath(Art art, bool clip) {
-    applyStyle(art, hostStyle(clip));
+void stylePath(const GraphicsState& state, Art art, bool clip) {
+    applyStyle(art, hostStyle(state, clip));
 }
 
-void finishArt() {
-    const Art path = unwrapCompound(std::exchange(pathArt, PathArt()).compound);
+void finishArt(Interpreter& interpreter) {
+    interpreter.level.path.object = Art::null;
+    const Art path = unwrapCompound(std::exchange(interpreter.level.path.compound, Art::null));
     if (path == Art::null) {
         return;
     }
-    stylePath(path, false);
-    if (state.style.clip != 0) {
-        clipWith(path);
+    stylePath(interpreter.state, path, false);
+    if (interpreter.state.style.clip != 0) {
+        clipWith(interpreter, path);
     }
 }
 

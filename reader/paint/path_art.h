@@ -5,18 +5,15 @@
 
 namespace corvane {
 
-struct PathArt {
-    Art compound = Art::null; ///< collects the subpaths
-    Art object = Art::null;   ///< the open subpath
-};
-extern PathArt pathArt;
+struct GraphicsState;
+struct Interpreter;
 
 /// Styles the finished path and, where it clips, makes it the clip of a new group, which becomes
 /// the container. A path of one subpath leaves its compound path; one without is disposed of.
-void finishArt();
+void finishArt(Interpreter& interpreter);
 
 /// Gives the style of the state to a path, or to each child of a group or compound path, with that
 /// clip bit. Other art raises `host`.
-void stylePath(Art art, bool clip);
+void stylePath(const GraphicsState& state, Art art, bool clip);
 
 } // namespace corvane

@@ -1,166 +1,144 @@
 #include "objects/stack.h"
 #include "reader/content/content_operators.h"
-#include "reader/content/state.h"
-#include "reader/paint/path.h"
 #include "runtime/rules.h"
 
 namespace corvane {
 
 // Path construction
 
-OperatorResult moveToOperator(DocumentCache&) {
+void moveToOperator(Interpreter& interpreter) {
     const RealPoint point = popRealPoint();
-    beginPath();
-    movetoPath(point);
-    state.currentPoint = point;
-    return 0;
+    beginPath(interpreter);
+    movetoPath(interpreter, point);
+    interpreter.state.currentPoint = point;
 }
 
-OperatorResult lineToOperator(DocumentCache&) {
+void lineToOperator(Interpreter& interpreter) {
     const RealPoint point = popRealPoint();
-    linetoPath(point);
-    state.currentPoint = point;
-    return 0;
+    linetoPath(interpreter, point);
+    interpreter.state.currentPoint = point;
 }
 
-OperatorResult curveTo123Operator(DocumentCache&) {
+void curveTo123Operator(Interpreter& interpreter) {
     const RealPoint point = popRealPoint();
     const RealPoint control2 = popRealPoint();
     const RealPoint control1 = popRealPoint();
-    curvetoPath(control1, control2, point);
-    state.currentPoint = point;
-    return 0;
+    curvetoPath(interpreter, control1, control2, point);
+    interpreter.state.currentPoint = point;
 }
 
-OperatorResult curveTo23Operator(DocumentCache&) {
+void curveTo23Operator(Interpreter& interpreter) {
     const RealPoint point = popRealPoint();
     const RealPoint control2 = popRealPoint();
-    curvetoPath(state.currentPoint, control2, point);
-    state.currentPoint = point;
-    return 0;
+    curvetoPath(interpreter, interpreter.state.currentPoint, control2, point);
+    interpreter.state.currentPoint = point;
 }
 
-OperatorResult curveTo13Operator(DocumentCache&) {
+void curveTo13Operator(Interpreter& interpreter) {
     const RealPoint point = popRealPoint();
     const RealPoint control1 = popRealPoint();
-    curvetoPath(control1, point, point);
-    state.currentPoint = point;
-    return 0;
+    curvetoPath(interpreter, control1, point, point);
+    interpreter.state.currentPoint = point;
 }
 
-OperatorResult rectangleOperator(DocumentCache&) {
+void rectangleOperator(Interpreter& interpreter) {
     const RealPoint size = popRealPoint();
     const RealPoint corner = popRealPoint();
-    beginPath();
-    movetoPath(corner);
-    linetoPath({corner.x + size.x, corner.y});
-    linetoPath({corner.x + size.x, corner.y + size.y});
-    linetoPath({corner.x, corner.y + size.y});
-    closetoPath();
-    state.currentPoint = corner;
-    return 0;
+    beginPath(interpreter);
+    movetoPath(interpreter, corner);
+    linetoPath(interpreter, {corner.x + size.x, corner.y});
+    linetoPath(interpreter, {corner.x + size.x, corner.y + size.y});
+    linetoPath(interpreter, {corner.x, corner.y + size.y});
+    closetoPath(interpreter);
+    interpreter.state.currentPoint = corner;
 }
 
-OperatorResult closeOperator(DocumentCache&) {
-    closetoPath();
+void closeOperator(Interpreter& interpreter) {
+    closetoPath(interpreter);
     if (rules().continuesClosedPaths) {
-        state.currentPoint = startPath();
+        interpreter.state.currentPoint = interpreter.level.path.start;
     }
-    return 0;
 }
 
 // Painting and clipping
 
-OperatorResult closeFillStrokePathOperator(DocumentCache&) {
-    fillPath();
-    strokePath();
-    closetoPath();
-    endPath();
-    return 0;
+void closeFillStrokePathOperator(Interpreter& interpreter) {
+    fillPath(interpreter);
+    strokePath(interpreter);
+    closetoPath(interpreter);
+    endPath(interpreter);
 }
 
-OperatorResult fillStrokePathOperator(DocumentCache&) {
-    fillPath();
-    strokePath();
-    endPath();
-    return 0;
+void fillStrokePathOperator(Interpreter& interpreter) {
+    fillPath(interpreter);
+    strokePath(interpreter);
+    endPath(interpreter);
 }
 
-OperatorResult closeEofillStrokePathOperator(DocumentCache&) {
-    eofillPath();
-    strokePath();
-    closetoPath();
-    endPath();
-    return 0;
+void closeEofillStrokePathOperator(Interpreter& interpreter) {
+    eofillPath(interpreter);
+    strokePath(interpreter);
+    closetoPath(interpreter);
+    endPath(interpreter);
 }
 
-OperatorResult eofillStrokePathOperator(DocumentCache&) {
+void eofillStrokePathOperator(Interpreter& interpreter) {
     // Without a rule to carry, this operator alone never warned that it is lost.
     if (rules().evenOddCarried) {
-        eofillPath();
+        eofillPath(interpreter);
     } else {
-        fillPath();
+        fillPath(interpreter);
     }
-    strokePath();
-    endPath();
-    return 0;
+    strokePath(interpreter);
+    endPath(interpreter);
 }
 
-OperatorResult closeFillPathOperator(DocumentCache&) {
-    fillPath();
-    closetoPath();
-    endPath();
-    return 0;
+void closeFillPathOperator(Interpreter& interpreter) {
+    fillPath(interpreter);
+    closetoPath(interpreter);
+    endPath(interpreter);
 }
 
-OperatorResult fillPathOperator(DocumentCache&) {
-    fillPath();
-    endPath();
-    return 0;
+void fillPathOperator(Interpreter& interpreter) {
+    fillPath(interpreter);
+    endPath(interpreter);
 }
 
-OperatorResult closeEofillPathOperator(DocumentCache&) {
-    eofillPath();
-    closetoPath();
-    endPath();
-    return 0;
+void closeEofillPathOperator(Interpreter& interpreter) {
+    eofillPath(interpreter);
+    closetoPath(interpreter);
+    endPath(interpreter);
 }
 
-OperatorResult eofillPathOperator(DocumentCache&) {
-    eofillPath();
-    endPath();
-    return 0;
+void eofillPathOperator(Interpreter& interpreter) {
+    eofillPath(interpreter);
+    endPath(interpreter);
 }
 
-OperatorResult resetPathOperator(DocumentCache&) {
+void resetPathOperator(Interpreter& interpreter) {
     if (!rules().unpaintedStaysOpen) {
-        closetoPath();
+        closetoPath(interpreter);
     }
-    endPath();
-    return 0;
+    endPath(interpreter);
 }
 
-OperatorResult closeStrokePathOperator(DocumentCache&) {
-    strokePath();
-    closetoPath();
-    endPath();
-    return 0;
+void closeStrokePathOperator(Interpreter& interpreter) {
+    strokePath(interpreter);
+    closetoPath(interpreter);
+    endPath(interpreter);
 }
 
-OperatorResult strokePathOperator(DocumentCache&) {
-    strokePath();
-    endPath();
-    return 0;
+void strokePathOperator(Interpreter& interpreter) {
+    strokePath(interpreter);
+    endPath(interpreter);
 }
 
-OperatorResult clipPathOperator(DocumentCache&) {
-    clipPath();
-    return 0;
+void clipPathOperator(Interpreter& interpreter) {
+    clipPath(interpreter);
 }
 
-OperatorResult eoclipPathOperator(DocumentCache&) {
-    eoclipPath();
-    return 0;
+void eoclipPathOperator(Interpreter& interpreter) {
+    eoclipPath(interpreter);
 }
 
 } // namespace corvane

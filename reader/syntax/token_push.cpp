@@ -14,7 +14,7 @@ void TokenPusher::open(Mark kind) {
 }
 
 void TokenPusher::close(OperatorHandler construct) {
-    construct(cache_);
+    construct(*cache_);
     --depth_;
 }
 

@@ -11,7 +11,7 @@ namespace corvane {
 /// ones, and keeps count of how deep constructs are nested.
 class TokenPusher {
 public:
-    explicit TokenPusher(DocumentCache& cache) : cache_(cache) {}
+    explicit TokenPusher(DocumentCache& cache) : cache_(&cache) {}
 
     /// Not for `end` and `keyword`; another type raises `type`. Constructs nested deeper than the
     /// budget raise `structure`.
@@ -24,7 +24,7 @@ private:
     void open(Mark kind);
     void close(OperatorHandler construct);
 
-    DocumentCache& cache_;
+    DocumentCache* cache_;
     std::int32_t depth_ = 0;
 };
 

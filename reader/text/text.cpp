@@ -6,15 +6,11 @@
 
 namespace corvane {
 
-void openText() {
+void openText(TextState& text) {
     auto font = std::make_shared<TextFont>();
     std::iota(font->encoding.begin(), font->encoding.end(), std::uint8_t{0});
-    state.text = TextState();
-    state.text.font = std::move(font);
-}
-
-void closeText() {
-    state.text = TextState();
+    text = TextState();
+    text.font = std::move(font);
 }
 
 } // namespace corvane

@@ -1,10 +1,11 @@
-// The text state's life: opened with the document, closed with it.
+// The text state.
 #pragma once
 
 namespace corvane {
 
+struct TextState;
+
 /// Gives the state its initial text parameters: Helvetica, an identical encoding, scales of 100 %.
-void openText();
-void closeText();
+void openText(TextState& text);
 
 } // namespace corvane

@@ -75,8 +75,16 @@ protected:
     std::string tokensOf(std::string_view input) {
         TokenFilter& tokens = link(input);
         std::string all;
+        std::int64_t end = 0;
         for (TokenType type = tokens.readToken(); type != TokenType::end;
              type = tokens.readToken()) {
+            EXPECT_GE(tokens.tokenStart(), end) << input.substr(0, 80);
+            end = tokens.tokenEnd();
+            if (type == TokenType::keyword) {
+                const auto start = static_cast<std::size_t>(tokens.tokenStart());
+                EXPECT_EQ(input.substr(start, static_cast<std::size_t>(end) - start),
+                          tokens.bytes());
+            }
             all += (all.empty() ? "" : " ") + tokenText(tokens, type);
         }
         EXPECT_EQ(tokens.readToken(), TokenType::end);

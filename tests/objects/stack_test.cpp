@@ -206,5 +206,29 @@ TEST_F(StackTest, GuardRestoresTheDepth) {
     EXPECT_EQ(countStack(), 0);
 }
 
+TEST_F(StackTest, AFloorHidesWhatIsBelow) {
+    for (const Profile profile : {Profile::original, Profile::extended}) {
+        closeStack();
+        selectRules(profile);
+        pushInteger(7);
+        pushText("below");
+        {
+            const StackFloor floor;
+            EXPECT_EQ(countStack(), 0);
+            EXPECT_EQ(raisedBy([] { popStack(); }), Exception::underflow);
+            EXPECT_EQ(raisedBy([] { checkStack("t"); }), Exception::underflow);
+            clearStack();
+            for (std::int32_t i = 0; i < 3000 && profile == Profile::extended; ++i) {
+                pushInteger(i); // the storage moves
+            }
+            const StackFloor inner;
+            pushText("left behind");
+        }
+        EXPECT_EQ(countStack(), 2);
+        EXPECT_EQ(textObject(popText().get()), "below");
+        EXPECT_EQ(popInteger(), 7);
+    }
+}
+
 } // namespace
 } // namespace corvane

@@ -1,4 +1,4 @@
-// Reading colour spaces from the page's resources.
+// What an object says of a colour space.
 #include "reader/paint/colour_space.h"
 #include "reader/syntax/stream_bytes.h"
 #include "reader/syntax/syntax.h"
@@ -34,22 +34,6 @@ ColourSpacePointer deviceSpace(std::int32_t components) {
     default:
         return nullptr;
     }
-}
-
-ColourSpacePointer namedSpace(std::string_view name) {
-    if (name == "DeviceGray" || name == "G" || name == "CalGray") {
-        return deviceSpace(1);
-    }
-    if (name == "DeviceRGB" || name == "RGB" || name == "CalRGB") {
-        return deviceSpace(3);
-    }
-    if (name == "DeviceCMYK" || name == "CMYK") {
-        return deviceSpace(4);
-    }
-    if (name == "Pattern") {
-        return std::make_shared<ColourSpace>(ColourSpace{.kind = Kind::pattern, .components = 0});
-    }
-    return nullptr;
 }
 
 double realNumber(DocumentCache& cache, const Object& object) {
@@ -132,7 +116,7 @@ ColourSpacePointer parseSpace(DocumentCache& cache, const Object& object, int de
     }
     const ObjectOwner space = resolveObject(cache, object);
     if (typeObject(space.get()) == ObjectType::literal) {
-        return namedSpace(literalObject(space.get()));
+        return namedColourSpace(literalObject(space.get()));
     }
     if (typeObject(space.get()) != ObjectType::array || sizeObject(space.get()) < 1) {
         return nullptr;
@@ -152,28 +136,29 @@ ColourSpacePointer parseSpace(DocumentCache& cache, const Object& object, int de
     if (family == "Separation" && elements.size() >= 4) {
         return tintSpace(cache, elements, depth);
     }
-    return namedSpace(family);
+    return namedColourSpace(family);
 }
 
 } // namespace
 
-ColourSpacePointer findColourSpace(DocumentCache& cache, std::string_view name) {
-    if (ColourSpacePointer space = namedSpace(name)) {
-        return space;
+ColourSpacePointer namedColourSpace(std::string_view name) {
+    if (name == "DeviceGray" || name == "G" || name == "CalGray") {
+        return deviceSpace(1);
     }
-    if (const auto known = cache.colourSpaces.find(name); known != cache.colourSpaces.end()) {
-        return known->second;
+    if (name == "DeviceRGB" || name == "RGB" || name == "CalRGB") {
+        return deviceSpace(3);
     }
-    const Object& resources = cache.resources.get();
-    if (typeObject(resources) != ObjectType::dictionary) {
-        return nullptr;
+    if (name == "DeviceCMYK" || name == "CMYK") {
+        return deviceSpace(4);
     }
-    const ObjectOwner spaces = lookupObject(cache, resources, "ColorSpace");
-    if (typeObject(spaces.get()) != ObjectType::dictionary) {
-        return nullptr;
+    if (name == "Pattern") {
+        return std::make_shared<ColourSpace>(ColourSpace{.kind = Kind::pattern, .components = 0});
     }
-    return cache.colourSpaces[std::string(name)] =
-               parseSpace(cache, findEntry(cache, spaces.get(), name), 0);
+    return nullptr;
+}
+
+ColourSpacePointer readColourSpace(DocumentCache& cache, const Object& object) {
+    return parseSpace(cache, object, 0);
 }
 
 } // namespace corvane

@@ -1,0 +1,28 @@
+#include "reader/content/interpreter.h"
+
+#include <utility>
+
+namespace corvane {
+
+ContentScope::ContentScope(Interpreter& interpreter, ObjectOwner resources)
+    : interpreter_(interpreter),
+      formerLevel_(std::exchange(interpreter.level, ContentLevel(interpreter.cache))),
+      formerResources_(std::exchange(interpreter.cache.resources, std::move(resources))) {
+    interpreter.level.floor = interpreter.saved.depth;
+}
+
+void ContentScope::leave() {
+    clearStack();
+    dropPath(interpreter_);
+    while (interpreter_.saved.depth > interpreter_.level.floor) {
+        restoreState(interpreter_);
+    }
+}
+
+ContentScope::~ContentScope() {
+    abandonStates(interpreter_, interpreter_.level.floor);
+    interpreter_.level = std::move(formerLevel_);
+    interpreter_.cache.resources = std::move(formerResources_);
+}
+
+} // namespace corvane

@@ -1,0 +1,80 @@
+// The interpreter of page content: all that changes while content is read.
+//
+// A reading of a page has one interpreter. Content within the page (a form, a glyph procedure, a
+// tile, a mask) enters the same one by a `ContentScope`, after a `saveState` of its own: it begins
+// with the state in force, and its operands, its `Q` and its path under construction reach no
+// further out than it does.
+#pragma once
+
+#include "objects/object.h"
+#include "objects/stack.h"
+#include "reader/content/containers.h"
+#include "reader/content/content_keywords.h"
+#include "reader/content/progress.h"
+#include "reader/content/state.h"
+#include "reader/paint/colour_space_cache.h"
+#include "reader/paint/path.h"
+#include "reader/syntax/token_push.h"
+
+#include <cstdint>
+
+namespace corvane {
+
+/// Where an operator stands in its content, the decoded streams taken as one sequence of bytes:
+/// from the first byte of its first operand to behind its keyword.
+struct OperatorSpan {
+    std::int64_t start = 0;
+    std::int64_t end = 0;
+    friend constexpr bool operator==(const OperatorSpan&, const OperatorSpan&) = default;
+};
+
+/// What belongs to one content: the page's, or that of a form within it.
+struct ContentLevel {
+    explicit ContentLevel(DocumentCache& cache) : operands(cache) {}
+
+    TokenPusher operands;         ///< constructs that are open on the operand stack
+    PathConstruction path;        ///< the path under construction
+    std::int32_t floor = 0;       ///< states saved by the content around it, not for its `Q`
+    std::int64_t streamStart = 0; ///< bytes of the streams before the one being read
+    bool hasOperands = false;     ///< the operator whose operands are being read began at `span`
+    OperatorSpan span;            ///< the operator being read or run
+};
+
+struct Interpreter {
+    explicit Interpreter(DocumentCache& owner) : cache(owner), level(owner) {}
+    Interpreter(const Interpreter&) = delete;
+    Interpreter& operator=(const Interpreter&) = delete;
+
+    SharedTables<ContentKeywords> keywords;
+    DocumentCache& cache;
+    GraphicsState state;
+    SavedStates saved;
+    Containers containers;
+    ContentLevel level;
+    ContentProgress progress;
+    ColourSpaceCache colourSpaces;
+};
+
+/// One content, from its first stream to its last.
+///
+/// `resources` is where its names are looked up, and nowhere else: who lets a form inherit those of
+/// the page passes them. `leave` ends what the content left open: operands and an unfinished path
+/// go, states that it saved are restored. Where something was raised instead, the same goes without
+/// a call of the host: groups stay as they are.
+class ContentScope {
+public:
+    ContentScope(Interpreter& interpreter, ObjectOwner resources);
+    ~ContentScope();
+    ContentScope(const ContentScope&) = delete;
+    ContentScope& operator=(const ContentScope&) = delete;
+
+    void leave();
+
+private:
+    Interpreter& interpreter_;
+    StackFloor operandFloor_;
+    ContentLevel formerLevel_;
+    ObjectOwner formerResources_;
+};
+
+} // namespace corvane

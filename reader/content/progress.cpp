@@ -1,0 +1,34 @@
+#include "reader/content/progress.h"
+
+#include "host/extension.h"
+#include "runtime/budget.h"
+#include "runtime/callbacks.h"
+#include "runtime/exception.h"
+
+#include <algorithm>
+
+namespace corvane {
+
+void ContentProgress::check(Filter& tokens) {
+    if (tokenCount_ > budget::contentTokens) {
+        failException(Exception::limit);
+    }
+    if (callHost(slot::checkUserAbort)) {
+        failException(Exception::cancelled);
+    }
+    const HostExtension* const extension = hostExtension();
+    if (extension != nullptr && extension->progress != nullptr) {
+        const std::int64_t position = done_ + markFilter(tokens) - start_;
+        extension->progress(extension->context, std::clamp<std::int64_t>(position, 0, total_),
+                            total_);
+    }
+}
+
+void ContentProgress::fault(Filter& tokens) {
+    if (++faults_ > budget::operatorFaults) {
+        failException(Exception::limit);
+    }
+    step(tokens);
+}
+
+} // namespace corvane

@@ -1,0 +1,37 @@
+// Colour spaces by the names that resources give them, each read once.
+#pragma once
+
+#include "reader/paint/colour_space.h"
+#include "runtime/exception.h"
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace corvane {
+
+class ColourSpaceCache {
+public:
+    /// The space of that name: a device space or one of the resources in use. Null where it is
+    /// unknown or of a kind that is not supported. What reading its objects raises is raised again
+    /// whenever the name is met, without reading them again.
+    ColourSpacePointer find(DocumentCache& cache, std::string_view name);
+
+private:
+    struct Known {
+        ColourSpacePointer space;
+        Exception fault = Exception::none;
+    };
+    /// The spaces that one "ColorSpace" dictionary names.
+    struct Category {
+        ObjectOwner dictionary; ///< held, so that nothing else takes its place in memory
+        std::map<std::string, Known, std::less<>> spaces;
+    };
+
+    std::unordered_map<std::uint32_t, Category> categories_; ///< by where the dictionary lies
+};
+
+} // namespace corvane
