@@ -22,8 +22,8 @@ void checkProcedures(const DrawingProcedures& draw) {
 
 } // namespace
 
-HostError getColorInfo(PaintSource custom, CustomColour* told) {
-    return guardedSlot([&](CallbackScope& scope) {
+void getColorInfo(PaintSource custom, CustomColour* told) {
+    guardedSlot([&](CallbackScope& scope) {
         const SpotColour& colour = scope.document().spotColour(custom);
         CustomColour& info = target(told);
         info = {};

@@ -62,20 +62,31 @@ double strokeReach(const PathStyle& style) {
     return style.strokePaint == 0 ? 0 : half * std::max(squareCap, miter);
 }
 
+void addPath(TileFacts& facts, const Document& document, Art path, const Pattern& pattern) {
+    facts.empty = false;
+    facts.work += document.segments(path).size();
+    const Frame box = frameOf(pathBounds(document, path));
+    const double reach = strokeReach(document.style(path));
+    facts.leavesCell = facts.leavesCell || box.left - reach < pattern.left ||
+                       box.bottom - reach < pattern.bottom || box.right + reach > pattern.right ||
+                       box.top + reach > pattern.top;
+}
+
 TileFacts factsOf(const Document& document, const Pattern& pattern) {
     TileFacts facts;
     for (Art art = pattern.tile; art != Art::null; art = following(document, art, pattern.tile)) {
         ++facts.work;
-        if (document.kind(art) != ArtKind::path) {
-            continue;
+        switch (document.kind(art)) {
+        case ArtKind::path:
+            addPath(facts, document, art, pattern);
+            break;
+        case ArtKind::group:
+        case ArtKind::compound:
+        case ArtKind::text:
+        case ArtKind::placed:
+        case ArtKind::unknown:
+            break; // nothing of their own is drawn
         }
-        facts.empty = false;
-        facts.work += document.segments(art).size();
-        const Frame box = frameOf(pathBounds(document, art));
-        const double reach = strokeReach(document.style(art));
-        facts.leavesCell = facts.leavesCell || box.left - reach < pattern.left ||
-                           box.bottom - reach < pattern.bottom ||
-                           box.right + reach > pattern.right || box.top + reach > pattern.top;
     }
     return facts;
 }

@@ -27,12 +27,22 @@ void transformSegments(Document& document, Art path, const Affine& map) {
 
 void transformArt(Document& document, Art top, const Affine& map) {
     const double scale = meanStretch(map);
-    forEachPath(document, top, [&](Art path) {
-        transformSegments(document, path, map);
-        if (scale != 1) {
-            document.setStyle(path, scaled(document.style(path), scale));
+    for (Art art = top; art != Art::null; art = following(document, art, top)) {
+        switch (document.kind(art)) {
+        case ArtKind::path:
+            transformSegments(document, art, map);
+            if (scale != 1) {
+                document.setStyle(art, scaled(document.style(art), scale));
+            }
+            break;
+        case ArtKind::group:
+        case ArtKind::compound:
+        case ArtKind::text:
+        case ArtKind::placed:
+        case ArtKind::unknown:
+            break; // nothing of their own has a place
         }
-    });
+    }
 }
 
 } // namespace corvane

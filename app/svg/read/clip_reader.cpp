@@ -1,6 +1,7 @@
 #include "app/svg/read/clip_reader.h"
 #include "app/artwork/path_walk.h"
 
+#include "app/svg/art_source.h"
 #include "app/svg/read/basic_shapes.h"
 #include "app/svg/read/paint/paint_style.h"
 #include "app/svg/read/style/cascade.h"
@@ -195,6 +196,9 @@ Art ClipReader::clip(Art group, pugi::xml_node clip, const Affine& toArt, const 
     if (context_.ours && all.size() == 1) {
         const Part& part = all.front();
         style = clippingStyle(part.style, part.attributes, part.matrix, context_);
+        if (const auto source = parseArtSource(part.attributes[Attribute::dataSource])) {
+            document.setSource(shape, *source);
+        }
     }
     forEachPath(document, shape, [&](Art path) { document.setStyle(path, style); });
     document.setClipped(group, true);

@@ -5,6 +5,7 @@
 #include "app/svg/read/shape_builder.h"
 #include "app/svg/read/style/computed_style.h"
 
+#include <optional>
 #include <pugixml.hpp>
 #include <string_view>
 #include <vector>
@@ -31,6 +32,7 @@ struct LateClip {
     Kind kind = Kind::none;
     std::string_view data;
     FillRule rule = FillRule::nonzero;
+    std::optional<ArtSource> source;
     UserBox box;
     Affine matrix; ///< of data or box to the art
 };

@@ -95,6 +95,7 @@ Art TreeReader::drawLateClip(const Frame& frame) {
     }
     const Art clip = shape_.finish(false);
     forEachPath(document_, clip, [&](Art path) { document_.setStyle(path, style); });
+    setSource(clip, late.source);
     return clip;
 }
 

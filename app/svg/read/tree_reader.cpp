@@ -185,6 +185,7 @@ bool TreeReader::wrapsLayers(pugi::xml_node node) const {
 void TreeReader::enterLayer(Frame& frame) {
     frame.group = layers_.add(layerProperties(attributes_, frame.style.displayed));
     frame.clip = Art::null;
+    setSource(frame.group, sourceFrom(Attribute::dataSource));
     openGroups(frame, frame.group);
 }
 
@@ -195,6 +196,7 @@ void TreeReader::enterGroup(pugi::xml_node node) {
         frame.late.data = attributes_[Attribute::dataClip];
         frame.late.rule = attributes_[Attribute::dataClipRule] == "evenodd" ? FillRule::evenOdd
                                                                             : FillRule::nonzero;
+        frame.late.source = sourceFrom(Attribute::dataClipSource);
         frame.late.matrix = frame.matrix;
         frame.measured = true;
     }
@@ -217,6 +219,7 @@ void TreeReader::enterGroup(pugi::xml_node node) {
         return;
     }
     openGroups(frame, Art::null);
+    setSource(frame.made, sourceFrom(Attribute::dataSource));
     if (mayBeBlank && frame.clip != Art::null && !clipShape(document_, frame.clip).blank &&
         isHidden(frame)) {
         document_.dispose(frame.made);

@@ -9,6 +9,7 @@
 #include "app/svg/read/shape_builder.h"
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace corvane {
@@ -42,6 +43,8 @@ private:
     void enterViewport(pugi::xml_node node, Element element);
     void readShape(pugi::xml_node node, Element element);
     Note readWithin(pugi::xml_node shape);
+    std::optional<ArtSource> sourceFrom(Attribute name) const;
+    void setSource(Art art, const std::optional<ArtSource>& source);
 
     // Frames.
     Frame frameOf(pugi::xml_node node);

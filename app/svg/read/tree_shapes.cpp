@@ -2,6 +2,7 @@
 #include "app/artwork/path_walk.h"
 #include "app/svg/read/tree_reader.h"
 
+#include "app/svg/art_source.h"
 #include "app/svg/read/basic_shapes.h"
 #include "app/svg/read/paint/paint_style.h"
 #include "app/svg/read/style/cascade.h"
@@ -37,6 +38,17 @@ Note TreeReader::readWithin(pugi::xml_node shape) {
     return note;
 }
 
+/// What a file of ours says of where art came from; in other files it means nothing.
+std::optional<ArtSource> TreeReader::sourceFrom(Attribute name) const {
+    return context_.ours ? parseArtSource(attributes_[name]) : std::nullopt;
+}
+
+void TreeReader::setSource(Art art, const std::optional<ArtSource>& source) {
+    if (source) {
+        document_.setSource(art, *source);
+    }
+}
+
 void TreeReader::readShape(pugi::xml_node node, Element element) {
     Frame& frame = frames_.back();
     load(node);
@@ -64,6 +76,7 @@ void TreeReader::readShape(pugi::xml_node node, Element element) {
         clips_.clip(clip.group, clip.clip, matrix, frame.viewport, shape_.box());
     }
     stylePaths(shape, style, matrix, lengths, note);
+    setSource(shape, sourceFrom(Attribute::dataSource));
     if (frame.boxed) {
         frame.box.add(boxThrough(matrix, shape_.box()));
     }
