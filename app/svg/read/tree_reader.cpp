@@ -108,6 +108,9 @@ void TreeReader::visit(pugi::xml_node node) {
         readShape(node, element);
     } else if (const std::string_view kind = ignoredKind(element); !kind.empty()) {
         context_.tally.add(kind);
+        if (element == Element::image) {
+            listImage(node);
+        }
     }
 }
 

@@ -42,6 +42,7 @@ private:
     void enterUse(pugi::xml_node node);
     void enterViewport(pugi::xml_node node, Element element);
     void readShape(pugi::xml_node node, Element element);
+    void listImage(pugi::xml_node node);
     Note readWithin(pugi::xml_node shape);
     std::optional<ArtSource> sourceFrom(Attribute name) const;
     void setSource(Art art, const std::optional<ArtSource>& source);

@@ -1,4 +1,4 @@
-// Shapes of the art.
+// Shapes of the art, and the images that it does not hold.
 #include "app/artwork/path_walk.h"
 #include "app/svg/read/tree_reader.h"
 
@@ -87,6 +87,26 @@ void TreeReader::readShape(pugi::xml_node node, Element element) {
         }
         frame.content.add(painted);
     }
+}
+
+void TreeReader::listImage(pugi::xml_node node) {
+    load(node);
+    const Frame& frame = frames_.back();
+    Tally counted; // the image is, whatever its style
+    const Declared declared = cascade(node, attributes_, context_);
+    const ComputedStyle style =
+        computeStyle(frame.style, declared, attributes_, frame.viewport, counted);
+    const LengthContext lengths{frame.viewport, style.fontSize};
+    const std::string_view href = trimmed(attributes_[Attribute::href]);
+    SvgImage& image = context_.images.emplace_back();
+    image.id = attributes_[Attribute::id];
+    image.embedded = href.starts_with("data:");
+    image.href = image.embedded ? href.substr(0, href.find(',')) : href;
+    image.x = lengthOf(attributes_, Attribute::x, Axis::x, lengths);
+    image.y = lengthOf(attributes_, Attribute::y, Axis::y, lengths);
+    image.width = lengthOf(attributes_, Attribute::width, Axis::x, lengths);
+    image.height = lengthOf(attributes_, Attribute::height, Axis::y, lengths);
+    image.matrix = transformed(frame.matrix, attributes_, Attribute::transform, context_);
 }
 
 void TreeReader::stylePaths(Art shape, const ComputedStyle& style, const Affine& matrix,
