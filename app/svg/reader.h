@@ -2,8 +2,8 @@
 #pragma once
 
 #include "app/artwork/document.h"
-#include "app/artwork/paint.h"
 #include "app/artwork/provenance.h"
+#include "host/matrix.h"
 
 #include <cstdint>
 #include <map>
@@ -23,7 +23,7 @@ struct SvgImage {
     double y = 0;
     double width = 0; ///< 0: as the image has it
     double height = 0;
-    Affine matrix; ///< from that user space to the art
+    RealMatrix matrix; ///< from that user space to the art
 };
 
 /// What a file of artwork said beside the artwork.

@@ -5,8 +5,6 @@
 #include "runtime/memory.h"
 #include "runtime/rules.h"
 
-#include <cmath>
-
 namespace corvane {
 
 GraphicsState state;
@@ -29,15 +27,6 @@ SavedStates saved;
 
 /// Copies are charged this many at a time.
 constexpr std::size_t chargeStep = 256;
-
-RealMatrix multiplied(const RealMatrix& first, const RealMatrix& second) {
-    return {.a = first.a * second.a + first.b * second.c,
-            .b = first.a * second.b + first.b * second.d,
-            .c = first.c * second.a + first.d * second.c,
-            .d = first.c * second.b + first.d * second.d,
-            .tx = first.tx * second.a + first.ty * second.c + second.tx,
-            .ty = first.tx * second.b + first.ty * second.d + second.ty};
-}
 
 } // namespace
 
@@ -107,7 +96,7 @@ std::int32_t depthState() {
 
 void concatState() {
     if (rules().exactNumbers) {
-        state.exactCtm = multiplied(popRealMatrix(), state.exactCtm);
+        state.exactCtm = multiply(popRealMatrix(), state.exactCtm);
         return;
     }
     const Matrix operand = popMatrix();
@@ -117,9 +106,8 @@ void concatState() {
 
 Point transformState(RealPoint point) {
     if (rules().exactNumbers) {
-        const RealMatrix& m = state.exactCtm;
-        return {fixedFromReal(m.a * point.x + m.c * point.y + m.tx),
-                fixedFromReal(m.b * point.x + m.d * point.y + m.ty)};
+        const RealPoint to = transform(state.exactCtm, point);
+        return {fixedFromReal(to.x), fixedFromReal(to.y)};
     }
     const Point from{fixedFromReal(point.x), fixedFromReal(point.y)};
     Point to;
@@ -131,8 +119,7 @@ double scaleState() {
     if (!rules().exactNumbers) {
         return 1.0;
     }
-    const RealMatrix& m = state.exactCtm;
-    return std::sqrt(std::abs(m.a * m.d - m.b * m.c));
+    return meanStretch(state.exactCtm);
 }
 
 } // namespace corvane

@@ -15,7 +15,7 @@ namespace corvane {
 /// A clip that shapes of a frame name one by one: those that follow each other share its group.
 struct SharedClip {
     pugi::xml_node clip;
-    Affine matrix;
+    RealMatrix matrix;
     Art group = Art::null;
     Art art = Art::null; ///< of the clip
     Extent bounds;
@@ -34,7 +34,7 @@ struct LateClip {
     FillRule rule = FillRule::nonzero;
     std::optional<ArtSource> source;
     UserBox box;
-    Affine matrix; ///< of data or box to the art
+    RealMatrix matrix; ///< of data or box to the art
 };
 
 /// A `clipPath` that fits the box of what is clipped.
@@ -50,7 +50,7 @@ struct Frame {
     bool isUse = false;
 
     ComputedStyle style;
-    Affine matrix; ///< from the children's user space to the art
+    RealMatrix matrix; ///< from the children's user space to the art
     Viewport viewport;
     std::string_view width; ///< of a `use`: the size of a symbol
     std::string_view height;

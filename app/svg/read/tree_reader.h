@@ -22,10 +22,11 @@ public:
 
     /// `toArt` leads from the root's user space to the art. Throws `SvgError` past the budget,
     /// `ArtworkError` past the artwork's limits.
-    void read(pugi::xml_node root, const Affine& toArt, const Viewport& viewport);
+    void read(pugi::xml_node root, const RealMatrix& toArt, const Viewport& viewport);
 
     /// Reads the children of a pattern into its tile.
-    void readTile(pugi::xml_node pattern, Art tile, const Affine& toTile, const Viewport& viewport);
+    void readTile(pugi::xml_node pattern, Art tile, const RealMatrix& toTile,
+                  const Viewport& viewport);
 
     /// The element that was read last: where a failure is.
     pugi::xml_node current() const { return current_; }
@@ -63,12 +64,12 @@ private:
 
     // Where art goes: in front of what is there.
     ArtPlace placeIn(const Frame& frame);
-    ArtPlace placeClipped(const std::vector<pugi::xml_node>& chain, const Affine& matrix);
+    ArtPlace placeClipped(const std::vector<pugi::xml_node>& chain, const RealMatrix& matrix);
     void closeShared(Frame& frame, std::size_t kept);
-    SharedClip makeShared(ArtPlace place, pugi::xml_node clip, const Affine& matrix);
-    ArtPlace openBoxed(const std::vector<pugi::xml_node>& chain, const Affine& matrix,
+    SharedClip makeShared(ArtPlace place, pugi::xml_node clip, const RealMatrix& matrix);
+    ArtPlace openBoxed(const std::vector<pugi::xml_node>& chain, const RealMatrix& matrix,
                        std::vector<BoxClip>& clips);
-    void stylePaths(Art shape, const ComputedStyle& style, const Affine& matrix,
+    void stylePaths(Art shape, const ComputedStyle& style, const RealMatrix& matrix,
                     const LengthContext& lengths, Note note);
 
     ReadingContext& context_;

@@ -58,7 +58,8 @@ void TreeReader::readShape(pugi::xml_node node, Element element) {
         context_.tally.add("hidden element");
         return;
     }
-    const Affine matrix = transformed(frame.matrix, attributes_, Attribute::transform, context_);
+    const RealMatrix matrix =
+        transformed(frame.matrix, attributes_, Attribute::transform, context_);
     const std::vector<pugi::xml_node> chain = clips_.chain(style.clipPath);
     const bool fitsBox = std::ranges::any_of(chain, ClipReader::fitsBox);
     std::vector<BoxClip> boxClips;
@@ -109,7 +110,7 @@ void TreeReader::listImage(pugi::xml_node node) {
     image.matrix = transformed(frame.matrix, attributes_, Attribute::transform, context_);
 }
 
-void TreeReader::stylePaths(Art shape, const ComputedStyle& style, const Affine& matrix,
+void TreeReader::stylePaths(Art shape, const ComputedStyle& style, const RealMatrix& matrix,
                             const LengthContext& lengths, Note note) {
     PathStyle painted = paintedStyle(style, attributes_, matrix, context_);
     paints_.paint(painted, style, {matrix, shape_.box(), lengths});

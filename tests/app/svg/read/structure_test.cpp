@@ -142,7 +142,7 @@ TEST(ReadStructure, ImagesAreListedAndNotOpened) {
     EXPECT_FALSE(image.embedded);
     EXPECT_EQ((std::array{image.x, image.y, image.width, image.height}),
               (std::array{1.0, 20.0, 20.0, 3.0}));
-    EXPECT_EQ(image.matrix, (Affine{2, 0, 0, -2, 10, 180}));
+    EXPECT_EQ(image.matrix, (RealMatrix{2, 0, 0, -2, 10, 180}));
     EXPECT_TRUE(art.reading.images.back().embedded);
     EXPECT_EQ(art.reading.images.back().href, "data:image/png;base64");
 }
