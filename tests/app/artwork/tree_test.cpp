@@ -22,9 +22,9 @@ public:
     struct Node {
         ArtKind kind;
         Art parent = Art::null;
-        std::vector<Art> children;
+        std::vector<Art> children{};
         bool clipped = false;
-        ArtSource source;
+        ArtSource source{};
     };
 
     explicit Model(Art root) { nodes[root] = {.kind = ArtKind::group}; }
