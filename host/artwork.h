@@ -56,6 +56,17 @@ enum class Placement : std::int16_t {
     inside = 3,  ///< inside the reference, in front of all its children
 };
 
+/// Which bytes made a piece of art. They are counted in the page's content, taken as one sequence
+/// of its decoded streams: from the first byte of the first operator of the object to behind its
+/// painting operator. Copies have the source of their original.
+struct ArtSource {
+    std::int64_t start = 0;
+    std::int64_t end = 0; ///< not before `start`
+    std::int32_t ordinal =
+        -1; ///< in the order of painting, from 0; below 0: the source is not known
+    friend constexpr bool operator==(const ArtSource&, const ArtSource&) = default;
+};
+
 /// A gradient, pattern or custom colour that the host's document holds.
 enum class PaintSource : std::uint32_t { null = 0 };
 /// A text that a person put to a path, by `getNote`.

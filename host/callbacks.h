@@ -26,7 +26,7 @@ struct Slot {
     int number;
 };
 
-inline constexpr int slotCount = 327;
+inline constexpr int slotCount = 329;
 
 namespace slot {
 
@@ -51,9 +51,12 @@ inline constexpr Slot<HostError(Art, Placement, Art reference)> reorderArt{34};
 inline constexpr Slot<HostError(Art, Placement, Art reference, Art* copy)> duplicateArt{35};
 inline constexpr Slot<HostError(Art group, std::uint8_t* clipped)> getGroupClipped{70};
 inline constexpr Slot<HostError(Art group, std::uint8_t clipped)> setGroupClipped{71};
+inline constexpr Slot<HostError(Art, const ArtSource*)> setArtSource{327};
+inline constexpr Slot<HostError(Art, ArtSource*)> getArtSource{328}; ///< its defaults: not known
 
 // Paths and their segments
-inline constexpr Slot<HostError(Art, std::uint8_t* closed)> getPathClosed{37};
+/// `flags` has no meaning yet: 0.
+inline constexpr Slot<HostError(Art, std::uint8_t* closed, std::int32_t flags)> getPathClosed{37};
 inline constexpr Slot<HostError(Art, std::uint8_t closed)> setPathClosed{38};
 inline constexpr Slot<HostError(Art, std::uint8_t* guide)> getPathGuide{39};
 inline constexpr Slot<HostError(Art, std::int32_t* count)> getPathSegmentCount{40};
@@ -67,7 +70,8 @@ inline constexpr Slot<HostError(Art, const PathStyle*)> setPathStyle{49};
 inline constexpr Slot<HostError(PathStyle*)> getDefaultStyle{50};
 
 // Paint that the host draws
-inline constexpr Slot<HostError(PaintSource custom, CustomColour*)> getColorInfo{54};
+/// Leaves the record as it is where there is no such colour.
+inline constexpr Slot<void(PaintSource custom, CustomColour*)> getColorInfo{54};
 /// Fills the bounds of the path, and all else that it likes, with the gradient of the path's fill.
 inline constexpr Slot<HostError(Art path, const DrawingProcedures*)> drawGradient{324};
 /// Hands out tile after tile of the pattern of the path's fill, until the path is covered. The art
@@ -93,7 +97,7 @@ inline constexpr Slot<void(const Matrix* first, const Matrix* second, Matrix* re
 inline constexpr Slot<void(const Matrix*, const Point*, Point* result)> transformPoint{190};
 
 // Rectangles, page and document
-inline constexpr Slot<HostError(DocumentInfo*)> getDocumentInfo{12};
+inline constexpr Slot<void(DocumentInfo*)> getDocumentInfo{12};
 inline constexpr Slot<void(Rect*, Fixed left, Fixed top, Fixed right, Fixed bottom)> setRect{165};
 inline constexpr Slot<HostBoolean(const Rect*, const Rect*)> rectsEqual{166};
 inline constexpr Slot<HostBoolean(const Rect*)> rectEmpty{167};

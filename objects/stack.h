@@ -8,6 +8,7 @@
 #pragma once
 
 #include "host/artwork.h"
+#include "host/matrix.h"
 #include "objects/object.h"
 
 #include <cstdint>
@@ -23,23 +24,6 @@ enum class Mark : std::int32_t {
     procedure = 2,
     dictionary = 3,
     barrier = 4, ///< below what one read leaves: constructs do not reach beyond it
-};
-
-/// A matrix in double: maps (x, y) to (a x + c y + tx, b x + d y + ty).
-struct RealMatrix {
-    double a = 1;
-    double b = 0;
-    double c = 0;
-    double d = 1;
-    double tx = 0;
-    double ty = 0;
-    friend constexpr bool operator==(const RealMatrix&, const RealMatrix&) = default;
-};
-
-struct RealPoint {
-    double x = 0;
-    double y = 0;
-    friend constexpr bool operator==(const RealPoint&, const RealPoint&) = default;
 };
 
 namespace detail {

@@ -7,7 +7,7 @@
 
 #include "filters/filter.h"
 #include "host/artwork.h"
-#include "objects/stack.h"
+#include "host/matrix.h"
 
 #include <cstdint>
 #include <span>

@@ -17,8 +17,8 @@ double points(Fixed number) {
 Polygon cut(const Polygon& polygon, const HalfPlane& plane) {
     Polygon left;
     for (std::size_t i = 0; i < polygon.size(); ++i) {
-        const Position from = polygon[i];
-        const Position to = polygon[(i + 1) % polygon.size()];
+        const RealPoint from = polygon[i];
+        const RealPoint to = polygon[(i + 1) % polygon.size()];
         const double here = plane.at(from);
         const double there = plane.at(to);
         if (here >= 0) {
@@ -40,14 +40,14 @@ Polygon Area::corners() const {
     return {{left_, bottom_}, {right_, bottom_}, {right_, top_}, {left_, top_}};
 }
 
-bool Area::contains(Position point) const {
+bool Area::contains(RealPoint point) const {
     return point.x >= left_ && point.x <= right_ && point.y >= bottom_ && point.y <= top_;
 }
 
 std::pair<double, double> Area::range(const HalfPlane& value) const {
     double least = value.at({left_, bottom_});
     double most = least;
-    for (const Position corner : corners()) {
+    for (const RealPoint corner : corners()) {
         least = std::min(least, value.at(corner));
         most = std::max(most, value.at(corner));
     }

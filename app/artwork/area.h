@@ -1,22 +1,22 @@
 // A rectangle to be covered, and the polygons that are left of others within it.
 #pragma once
 
-#include "app/artwork/affine.h"
 #include "host/artwork.h"
+#include "host/matrix.h"
 
 #include <utility>
 #include <vector>
 
 namespace corvane {
 
-using Polygon = std::vector<Position>;
+using Polygon = std::vector<RealPoint>;
 
 /// Where `x` times x and `y` times y and `offset` add up to 0 or more.
 struct HalfPlane {
     double x = 0;
     double y = 0;
     double offset = 0;
-    double at(Position point) const { return x * point.x + y * point.y + offset; }
+    double at(RealPoint point) const { return x * point.x + y * point.y + offset; }
 };
 
 /// What of a polygon lies in the half plane. Exact for convex polygons.
@@ -28,7 +28,7 @@ public:
     explicit Area(const Rect& bounds);
 
     Polygon corners() const;
-    bool contains(Position point) const;
+    bool contains(RealPoint point) const;
     /// Smallest and largest value in the area.
     std::pair<double, double> range(const HalfPlane&) const;
     /// What of a convex polygon lies in the area.

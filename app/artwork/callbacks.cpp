@@ -31,6 +31,8 @@ void fillTable(std::span<HostProcedure> table) {
     fillSlot(table, slot::duplicateArt, answer::duplicateArt);
     fillSlot(table, slot::getGroupClipped, answer::getGroupClipped);
     fillSlot(table, slot::setGroupClipped, answer::setGroupClipped);
+    fillSlot(table, slot::setArtSource, answer::setArtSource);
+    fillSlot(table, slot::getArtSource, answer::getArtSource);
 
     fillSlot(table, slot::getPathClosed, answer::getPathClosed);
     fillSlot(table, slot::setPathClosed, answer::setPathClosed);

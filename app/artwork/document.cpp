@@ -1,12 +1,14 @@
 #include "app/artwork/document.h"
 
+#include "app/artwork/art_kinds.h"
+
 #include <utility>
 
 namespace corvane {
 
 Document::Document(std::int64_t limit)
-    : budget_(limit), tree_(budget_), segments_(budget_), styles_(budget_), paint_(budget_),
-      layers_(budget_) {
+    : budget_(limit), tree_(budget_), segments_(budget_), styles_(budget_), sources_(budget_),
+      tiles_(budget_), paint_(budget_), layers_(budget_) {
     addLayer({});
 }
 
@@ -101,10 +103,25 @@ NodeIndex Document::topOf(NodeIndex node) const {
 
 NodeIndex Document::findContainer(Art art) const {
     const NodeIndex node = tree_.find(art);
-    if (tree_[node].kind == ArtKind::path) {
-        throw ArtworkError("a path holds no art");
+    if (!artTraits(tree_[node].kind).holdsArt) {
+        throw ArtworkError("art of that kind holds no other art");
     }
     return node;
+}
+
+// Where art was read from
+
+std::optional<ArtSource> Document::source(Art art) const {
+    const ArtSource* const found = sources_.find(tree_.find(art));
+    return found == nullptr ? std::nullopt : std::optional(*found);
+}
+
+void Document::setSource(Art art, const ArtSource& source) {
+    const NodeIndex node = tree_.find(art);
+    if (source.start < 0 || source.end < source.start || source.ordinal < 0) {
+        throw ArtworkError("the source of art has a value without meaning");
+    }
+    sources_.set(node, source);
 }
 
 // Import

@@ -1,4 +1,6 @@
-// The artwork that a person edits: layers of groups, paths and compound paths, and their page.
+// The artwork that a person edits: layers of groups, paths, compound paths, text and placed images,
+// and their page. What kinds of art differ in is in art_kinds.h. Text and placed images are places
+// in the tree so far: they have neither content nor geometry.
 //
 // Lists of layers and of art run front to back. Handles are 32-bit numbers that are checked at
 // every use: one that names nothing (disposed of, made up, null where art is needed) throws
@@ -14,11 +16,13 @@
 #include "app/artwork/paint.h"
 #include "app/artwork/paint_table.h"
 #include "app/artwork/segments.h"
+#include "app/artwork/side_table.h"
 #include "app/artwork/styles.h"
 #include "app/artwork/tree.h"
 #include "host/artwork.h"
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -53,13 +57,17 @@ public:
     bool clipped(Art group) const;  ///< its first child clips the others
     void setClipped(Art group, bool clipped);
 
-    /// Makes a group, a path or a compound path. Compound paths hold paths only.
+    /// Compound paths hold paths only, groups all kinds.
     Art make(ArtKind, Placement, Art reference);
     /// Disposes of art and all that it holds.
     void dispose(Art);
     void reorder(Art, Placement, Art reference);
     /// Copies art and all that it holds.
     Art duplicate(Art, Placement, Art reference);
+
+    // Where art was read from. Moved art keeps it; a copy has that of its original.
+    std::optional<ArtSource> source(Art) const;
+    void setSource(Art, const ArtSource&);
 
     // Paths.
     bool closed(Art path) const;
@@ -118,6 +126,8 @@ private:
     void checkPatternsAt(NodeIndex top, NodeIndex parent) const;
     void copyBelow(NodeIndex from, NodeIndex to);
     void copyProperties(NodeIndex from, NodeIndex to);
+    PaintSource firstPatternOf(NodeIndex top) const;
+    void freeNode(NodeIndex);
     void freeTree(NodeIndex top);
     void reclaimSegments();
 
@@ -125,6 +135,9 @@ private:
     Tree tree_;
     SegmentPool segments_;
     StyleTable styles_;
+    SideTable<ArtSource> sources_;
+    /// Groups that are tiles, which are in no layer: the first pattern of each, or null.
+    SideTable<PaintSource> tiles_;
     PaintTables paint_;
     Layers layers_;
     Page page_;

@@ -1,6 +1,8 @@
 // Paint of the artwork: gradients, patterns, custom colours, notes, and the styles that use them.
 #include "app/artwork/document.h"
 
+#include "app/artwork/art_kinds.h"
+
 #include <utility>
 
 namespace corvane {
@@ -12,8 +14,8 @@ PaintSource Document::addGradient(Gradient gradient) {
 PaintSource Document::addPattern(Pattern pattern) {
     const NodeIndex tile = findTile(pattern.tile);
     const PaintSource source = paint_.add(pattern);
-    if (tree_[tile].style == 0) {
-        tree_[tile].style = static_cast<std::uint32_t>(source);
+    if (firstPatternOf(tile) == PaintSource::null) {
+        tiles_.set(tile, source);
     }
     return source;
 }
@@ -49,13 +51,18 @@ const std::string& Document::note(Note note) const {
 Art Document::makeTile() {
     const NodeIndex group = tree_.allocate(ArtKind::group);
     tree_[group].depth = 1;
-    tree_[group].tile = true;
+    try {
+        tiles_.set(group, PaintSource::null);
+    } catch (...) {
+        tree_.free(group);
+        throw;
+    }
     return tree_.handle(group);
 }
 
 void Document::disposeTile(Art tile) {
     const NodeIndex node = findTile(tile);
-    if (tree_[node].style != 0) {
+    if (firstPatternOf(node) != PaintSource::null) {
         throw ArtworkError("the tile belongs to a pattern");
     }
     freeTree(node);
@@ -64,10 +71,16 @@ void Document::disposeTile(Art tile) {
 
 NodeIndex Document::findTile(Art tile) const {
     const NodeIndex node = tree_.find(tile, ArtKind::group);
-    if (!tree_[node].tile) {
+    if (tiles_.find(node) == nullptr) {
         throw ArtworkError("the group is not made for a pattern");
     }
     return node;
+}
+
+/// Of a tile that a pattern uses; null for all else.
+PaintSource Document::firstPatternOf(NodeIndex top) const {
+    const PaintSource* const pattern = tiles_.find(top);
+    return pattern == nullptr ? PaintSource::null : *pattern;
 }
 
 /// Whoever draws may rely on these.
@@ -96,9 +109,8 @@ void Document::checkColour(NodeIndex path, const Colour& colour) const {
         return;
     case ColourKind::pattern: {
         paint_.pattern(colour.source);
-        const NodeIndex top = topOf(path);
-        if (tree_[top].tile && tree_[top].style != 0 &&
-            static_cast<std::uint32_t>(colour.source) >= tree_[top].style) {
+        const PaintSource first = firstPatternOf(topOf(path));
+        if (first != PaintSource::null && colour.source >= first) {
             throw ArtworkError("a pattern's tile can only use patterns made before it");
         }
         return;
@@ -109,18 +121,17 @@ void Document::checkColour(NodeIndex path, const Colour& colour) const {
 
 /// Art from `top` down is about to be put into `parent`.
 void Document::checkPatternsAt(NodeIndex top, NodeIndex parent) const {
-    const NodeIndex tile = topOf(parent);
-    if (!tree_[tile].tile || tree_[tile].style == 0) {
+    const PaintSource first = firstPatternOf(topOf(parent));
+    if (first == PaintSource::null) {
         return;
     }
     for (NodeIndex node = top; node != 0; node = tree_.following(node, top)) {
-        if (tree_[node].kind != ArtKind::path) {
+        if (!artTraits(tree_[node].kind).isOutline) {
             continue;
         }
         const PathStyle& style = styles_[tree_[node].style];
         for (const Colour& colour : {style.fill, style.stroke}) {
-            if (colour.kind == ColourKind::pattern &&
-                static_cast<std::uint32_t>(colour.source) >= tree_[tile].style) {
+            if (colour.kind == ColourKind::pattern && colour.source >= first) {
                 throw ArtworkError("a pattern's tile can only use patterns made before it");
             }
         }

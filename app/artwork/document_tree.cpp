@@ -1,10 +1,12 @@
 // Changes of the art tree: making, moving, copying, disposing.
 #include "app/artwork/document.h"
 
+#include "app/artwork/art_kinds.h"
+
 namespace corvane {
 
 Art Document::make(ArtKind kind, Placement placement, Art reference) {
-    if (kind != ArtKind::group && kind != ArtKind::path && kind != ArtKind::compound) {
+    if (!artTraits(kind).known) {
         throw ArtworkError("art of that kind cannot be made");
     }
     const NodeIndex beside = tree_.find(reference);
@@ -68,6 +70,7 @@ void Document::copyProperties(NodeIndex from, NodeIndex to) {
     copy.closed = original.closed;
     copy.guide = original.guide;
     copy.segments = segments_.copy(original.segments);
+    sources_.copy(from, to);
 }
 
 /// Copies all that `from` holds into `to`, which holds nothing yet.
@@ -86,6 +89,14 @@ void Document::copyBelow(NodeIndex from, NodeIndex to) {
     }
 }
 
+/// With all that side tables hold for it.
+void Document::freeNode(NodeIndex node) {
+    segments_.release(tree_[node].segments);
+    sources_.erase(node);
+    tiles_.erase(node);
+    tree_.free(node);
+}
+
 /// Of a node without parent: from the leaves upwards.
 void Document::freeTree(NodeIndex top) {
     NodeIndex node = top;
@@ -96,8 +107,7 @@ void Document::freeTree(NodeIndex top) {
         }
         const NodeIndex parent = tree_[node].parent;
         const NodeIndex next = tree_[node].next;
-        segments_.release(tree_[node].segments);
-        tree_.free(node);
+        freeNode(node);
         if (node == top) {
             return;
         }

@@ -1,7 +1,7 @@
 #include "app/artwork/gradient_drawing.h"
 
-#include "app/artwork/affine.h"
 #include "app/artwork/area.h"
+#include "app/artwork/geometry.h"
 #include "app/artwork/gradient_ramp.h"
 
 #include <algorithm>
@@ -50,7 +50,7 @@ public:
         draw_.beginFill();
         const Point start = fixedPoint(polygon.front());
         draw_.moveTo(&start);
-        for (const Position& corner : std::span(polygon).subspan(1)) {
+        for (const RealPoint& corner : std::span(polygon).subspan(1)) {
             const Point next = fixedPoint(corner);
             draw_.lineTo(&next);
         }
@@ -58,7 +58,7 @@ public:
     }
 
     /// `anchors` of a closed curve with the control points behind and before each of them.
-    void fillCurves(const std::array<Position, 12>& points, const RampColour& colour) const {
+    void fillCurves(const std::array<RealPoint, 12>& points, const RampColour& colour) const {
         ramp_.setColour(draw_, colour);
         draw_.beginFill();
         std::array<Point, 12> at;
@@ -83,7 +83,7 @@ double leastWidth(const Gradient& gradient, double from, double to, double point
     return std::max(leastBand / points, varied / mostBands);
 }
 
-void drawLinear(const Gradient& gradient, const Affine& back, const GradientRamp& ramp,
+void drawLinear(const Gradient& gradient, const RealMatrix& back, const GradientRamp& ramp,
                 const Painter& painter) {
     const double dx = gradient.x2 - gradient.x1;
     const double dy = gradient.y2 - gradient.y1;
@@ -123,7 +123,7 @@ public:
 
     bool nested() const { return growth_ > 0; }
     double apex() const { return -radius_ / growth_; } ///< where the radius is 0
-    Position centre(double at) const {
+    RealPoint centre(double at) const {
         return {first_.x + at * shift_.x, first_.y + at * shift_.y};
     }
     double radius(double at) const { return radius_ + at * growth_; }
@@ -131,7 +131,7 @@ public:
     double stride() const { return growth_ + std::hypot(shift_.x, shift_.y); }
 
     /// On which circle a point lies.
-    double at(Position point) const {
+    double at(RealPoint point) const {
         const double x = point.x - first_.x;
         const double y = point.y - first_.y;
         const double a = growth_ * growth_ - shift_.x * shift_.x - shift_.y * shift_.y;
@@ -141,18 +141,18 @@ public:
     }
 
 private:
-    Position first_;
-    Position shift_;
+    RealPoint first_;
+    RealPoint shift_;
     double radius_;
     double growth_;
 };
 
 /// The smallest circle that touches the line from one point to the other. Circles are convex.
-double nearest(const Circles& circles, const Affine& back, Position one, Position other) {
+double nearest(const Circles& circles, const RealMatrix& back, RealPoint one, RealPoint other) {
     constexpr int steps = 60;
     const auto at = [&](double part) {
         return circles.at(
-            apply(back, {one.x + part * (other.x - one.x), one.y + part * (other.y - one.y)}));
+            transform(back, {one.x + part * (other.x - one.x), one.y + part * (other.y - one.y)}));
     };
     double low = 0;
     double high = 1;
@@ -168,29 +168,29 @@ double nearest(const Circles& circles, const Affine& back, Position one, Positio
 }
 
 /// A circle as its four curves, in the coordinates of the art.
-std::array<Position, 12> curvesOf(const Affine& matrix, Position centre, double radius) {
+std::array<RealPoint, 12> curvesOf(const RealMatrix& matrix, RealPoint centre, double radius) {
     constexpr double k = curveReach;
-    constexpr std::array<Position, 12> unit{{{1, 0},
-                                             {1, k},
-                                             {k, 1},
-                                             {0, 1},
-                                             {-k, 1},
-                                             {-1, k},
-                                             {-1, 0},
-                                             {-1, -k},
-                                             {-k, -1},
-                                             {0, -1},
-                                             {k, -1},
-                                             {1, -k}}};
-    std::array<Position, 12> points;
-    std::ranges::transform(unit, points.begin(), [&](Position at) {
-        return apply(matrix, {centre.x + radius * at.x, centre.y + radius * at.y});
+    constexpr std::array<RealPoint, 12> unit{{{1, 0},
+                                              {1, k},
+                                              {k, 1},
+                                              {0, 1},
+                                              {-k, 1},
+                                              {-1, k},
+                                              {-1, 0},
+                                              {-1, -k},
+                                              {-k, -1},
+                                              {0, -1},
+                                              {k, -1},
+                                              {1, -k}}};
+    std::array<RealPoint, 12> points;
+    std::ranges::transform(unit, points.begin(), [&](RealPoint at) {
+        return transform(matrix, {centre.x + radius * at.x, centre.y + radius * at.y});
     });
     return points;
 }
 
 /// A circle as a polygon, for one that is too large for curves in 16.16.
-Polygon polygonOf(const Affine& matrix, Position centre, double radius) {
+Polygon polygonOf(const RealMatrix& matrix, RealPoint centre, double radius) {
     constexpr double tolerance = 0.05; // points
     constexpr double mostCorners = 2048;
     const double size = radius * largestStretch(matrix);
@@ -201,17 +201,18 @@ Polygon polygonOf(const Affine& matrix, Position centre, double radius) {
     polygon.reserve(static_cast<std::size_t>(count));
     for (int corner = 0; corner < count; ++corner) {
         const double turn = 2 * std::numbers::pi * corner / corners;
-        polygon.push_back(apply(
+        polygon.push_back(transform(
             matrix, {centre.x + radius * std::cos(turn), centre.y + radius * std::sin(turn)}));
     }
     return polygon;
 }
 
-void fillCircle(const Affine& matrix, Position centre, double radius, const Painter& painter,
+void fillCircle(const RealMatrix& matrix, RealPoint centre, double radius, const Painter& painter,
                 const RampColour& colour) {
-    const std::array<Position, 12> curves = curvesOf(matrix, centre, radius);
-    const bool sayable = std::ranges::all_of(
-        curves, [](Position at) { return std::abs(at.x) < farthest && std::abs(at.y) < farthest; });
+    const std::array<RealPoint, 12> curves = curvesOf(matrix, centre, radius);
+    const bool sayable = std::ranges::all_of(curves, [](RealPoint at) {
+        return std::abs(at.x) < farthest && std::abs(at.y) < farthest;
+    });
     if (sayable) {
         painter.fillCurves(curves, colour);
     } else {
@@ -219,7 +220,7 @@ void fillCircle(const Affine& matrix, Position centre, double radius, const Pain
     }
 }
 
-void drawRadial(const Gradient& gradient, const Affine& back, const GradientRamp& ramp,
+void drawRadial(const Gradient& gradient, const RealMatrix& back, const GradientRamp& ramp,
                 const Painter& painter) {
     const Circles circles(gradient);
     const Polygon corners = painter.area().corners();
@@ -227,10 +228,10 @@ void drawRadial(const Gradient& gradient, const Affine& back, const GradientRamp
     double to = -from;
     for (std::size_t i = 0; i < corners.size(); ++i) {
         from = std::min(from, nearest(circles, back, corners[i], corners[(i + 1) % 4]));
-        to = std::max(to, circles.at(apply(back, corners[i])));
+        to = std::max(to, circles.at(transform(back, corners[i])));
     }
     if (circles.nested() &&
-        painter.area().contains(apply(gradient.matrix, circles.centre(circles.apex())))) {
+        painter.area().contains(transform(gradient.matrix, circles.centre(circles.apex())))) {
         from = circles.apex();
     }
     if (!circles.nested() || !std::isfinite(from) || !std::isfinite(to)) {
@@ -258,7 +259,7 @@ void drawRadial(const Gradient& gradient, const Affine& back, const GradientRamp
 } // namespace
 
 void drawGradient(const Gradient& gradient, const Rect& bounds, const DrawingProcedures& draw) {
-    const std::optional<Affine> back = inverse(gradient.matrix);
+    const std::optional<RealMatrix> back = inverse(gradient.matrix);
     if (!back) {
         return;
     }

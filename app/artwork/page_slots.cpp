@@ -27,9 +27,8 @@ HostError addFileFormat(const std::uint8_t* name, std::uint32_t type, std::int32
     });
 }
 
-HostError getDocumentInfo(DocumentInfo* info) {
-    return guardedSlot(
-        [&](CallbackScope& scope) { target(info) = {scope.document().page().origin()}; });
+void getDocumentInfo(DocumentInfo* info) {
+    guardedSlot([&](CallbackScope& scope) { target(info) = {scope.document().page().origin()}; });
 }
 
 HostError getPageOrigin(Point* origin) {

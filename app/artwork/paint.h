@@ -5,6 +5,7 @@
 #pragma once
 
 #include "host/artwork.h"
+#include "host/matrix.h"
 
 #include <array>
 #include <cstdint>
@@ -12,17 +13,6 @@
 #include <vector>
 
 namespace corvane {
-
-/// Maps (x, y) to (a x + c y + tx, b x + d y + ty).
-struct Affine {
-    double a = 1;
-    double b = 0;
-    double c = 0;
-    double d = 1;
-    double tx = 0;
-    double ty = 0;
-    friend constexpr bool operator==(const Affine&, const Affine&) = default;
-};
 
 /// What a gradient is beyond its first and last stop.
 enum class GradientSpread : std::uint8_t { pad = 0, reflect = 1, repeat = 2 };
@@ -43,7 +33,7 @@ struct Gradient {
     double x2 = 0;
     double y2 = 0;
     double r2 = 0;
-    Affine matrix;
+    RealMatrix matrix;
     GradientSpread spread = GradientSpread::pad;
     std::vector<GradientStop> stops; ///< at least one
     friend bool operator==(const Gradient&, const Gradient&) = default;
@@ -59,7 +49,7 @@ struct Pattern {
     double top = 0;
     double stepX = 0; ///< more than 0
     double stepY = 0;
-    Affine matrix;
+    RealMatrix matrix;
     friend bool operator==(const Pattern&, const Pattern&) = default;
 };
 

@@ -1,9 +1,9 @@
 // Slots for paint that the host draws, and for notes.
-#include "app/artwork/affine.h"
 #include "app/artwork/counted_text.h"
 #include "app/artwork/gradient_drawing.h"
 #include "app/artwork/guard.h"
 #include "app/artwork/slots.h"
+#include "host/matrix.h"
 
 #include <algorithm>
 
@@ -22,8 +22,8 @@ void checkProcedures(const DrawingProcedures& draw) {
 
 } // namespace
 
-HostError getColorInfo(PaintSource custom, CustomColour* told) {
-    return guardedSlot([&](CallbackScope& scope) {
+void getColorInfo(PaintSource custom, CustomColour* told) {
+    guardedSlot([&](CallbackScope& scope) {
         const SpotColour& colour = scope.document().spotColour(custom);
         CustomColour& info = target(told);
         info = {};
@@ -40,7 +40,7 @@ HostError drawGradient(Art path, const DrawingProcedures* procedures) {
         if (document.segments(path).empty()) {
             return;
         }
-        gradient.matrix = then(gradient.matrix, scope.tiling().placement(document, path));
+        gradient.matrix = multiply(gradient.matrix, scope.tiling().placement(document, path));
         corvane::drawGradient(gradient, pathBounds(document, path), *procedures);
     });
 }

@@ -15,7 +15,7 @@ PaintSource sourceOf(ColourKind kind, std::uint32_t number) {
     return static_cast<PaintSource>(static_cast<std::uint32_t>(kind) << kindShift | (number + 1));
 }
 
-void addMatrix(Hash& hash, const Affine& matrix) {
+void addMatrix(Hash& hash, const RealMatrix& matrix) {
     for (const double entry : {matrix.a, matrix.b, matrix.c, matrix.d, matrix.tx, matrix.ty}) {
         hash.addNumber(entry);
     }
@@ -23,10 +23,6 @@ void addMatrix(Hash& hash, const Affine& matrix) {
 
 bool finite(std::initializer_list<double> numbers) {
     return std::ranges::all_of(numbers, [](double number) { return std::isfinite(number); });
-}
-
-bool finite(const Affine& matrix) {
-    return finite({matrix.a, matrix.b, matrix.c, matrix.d, matrix.tx, matrix.ty});
 }
 
 bool plain(const Colour& colour) {
@@ -43,14 +39,14 @@ bool sensible(const Gradient& gradient) {
     }
     return !gradient.stops.empty() && gradient.spread <= GradientSpread::repeat &&
            finite({gradient.x1, gradient.y1, gradient.r1, gradient.x2, gradient.y2, gradient.r2}) &&
-           gradient.r1 >= 0 && gradient.r2 >= 0 && finite(gradient.matrix);
+           gradient.r1 >= 0 && gradient.r2 >= 0 && isFinite(gradient.matrix);
 }
 
 bool sensible(const Pattern& pattern) {
     return finite({pattern.left, pattern.bottom, pattern.right, pattern.top, pattern.stepX,
                    pattern.stepY}) &&
            pattern.left < pattern.right && pattern.bottom < pattern.top && pattern.stepX > 0 &&
-           pattern.stepY > 0 && finite(pattern.matrix);
+           pattern.stepY > 0 && isFinite(pattern.matrix);
 }
 
 /// The record under a number that a handle holds, from 1.

@@ -19,7 +19,7 @@ std::span<T> segmentsAt(T* segments, std::int32_t count) {
 
 } // namespace
 
-HostError getPathClosed(Art path, std::uint8_t* closed) {
+HostError getPathClosed(Art path, std::uint8_t* closed, std::int32_t) {
     return guardedSlot(
         [&](CallbackScope& scope) { target(closed) = scope.document().closed(path); });
 }

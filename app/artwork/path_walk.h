@@ -1,13 +1,14 @@
-// All paths that a piece of art holds, without recursion.
+// All art, or all paths, that a piece of art holds, without recursion.
 #pragma once
 
+#include "app/artwork/art_kinds.h"
 #include "app/artwork/document.h"
 
 namespace corvane {
 
 /// The art after `art` of all from `top` down, each before what it holds; null after the last.
 inline Art following(const Document& document, Art art, Art top) {
-    if (document.kind(art) != ArtKind::path) {
+    if (artTraits(document.kind(art)).holdsArt) {
         if (const Art child = document.firstChild(art); child != Art::null) {
             return child;
         }
@@ -25,7 +26,7 @@ inline Art following(const Document& document, Art art, Art top) {
 template <class Use>
 void forEachPath(const Document& document, Art top, Use use) {
     for (Art art = top; art != Art::null; art = following(document, art, top)) {
-        if (document.kind(art) == ArtKind::path) {
+        if (artTraits(document.kind(art)).isOutline) {
             use(art);
         }
     }

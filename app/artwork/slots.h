@@ -1,7 +1,8 @@
 // What the host answers at each slot, under the slot's own name. Arithmetic is in arithmetic.h.
 //
 // All work on the document of the `CallbackScope` in force. Nothing thrown leaves them: whatever
-// goes wrong, a null pointer included, is answered with `HostError::failed`.
+// goes wrong, a null pointer included, is answered with `HostError::failed`; slots without a result
+// do nothing then.
 #pragma once
 
 #include "host/artwork.h"
@@ -31,9 +32,11 @@ HostError reorderArt(Art, Placement, Art reference);
 HostError duplicateArt(Art, Placement, Art reference, Art* copy);
 HostError getGroupClipped(Art, std::uint8_t* clipped);
 HostError setGroupClipped(Art, std::uint8_t clipped);
+HostError setArtSource(Art, const ArtSource*);
+HostError getArtSource(Art, ArtSource*);
 
 // Paths
-HostError getPathClosed(Art, std::uint8_t* closed);
+HostError getPathClosed(Art, std::uint8_t* closed, std::int32_t flags);
 HostError setPathClosed(Art, std::uint8_t closed);
 HostError getPathGuide(Art, std::uint8_t* guide);
 HostError getPathSegmentCount(Art, std::int32_t* count);
@@ -45,7 +48,7 @@ HostError setPathStyle(Art, const PathStyle*);
 HostError getDefaultStyle(PathStyle*);
 
 // Paint
-HostError getColorInfo(PaintSource custom, CustomColour*);
+void getColorInfo(PaintSource custom, CustomColour*);
 /// Of a path in a compound path: the gradient of the compound path's first path.
 HostError drawGradient(Art path, const DrawingProcedures*);
 /// In the same way.
@@ -53,7 +56,7 @@ HostError tilePattern(Art path, TileProcedure);
 HostError getNote(Note, std::uint8_t* text);
 
 // Page
-HostError getDocumentInfo(DocumentInfo*);
+void getDocumentInfo(DocumentInfo*);
 HostError getPageOrigin(Point*);
 HostError getPageBounds(Rect*);
 HostError setPageBounds(const Rect*);

@@ -1,5 +1,6 @@
 #include "app/artwork/tiling.h"
 
+#include "app/artwork/geometry.h"
 #include "app/artwork/path_walk.h"
 #include "app/artwork/transform_art.h"
 
@@ -19,7 +20,7 @@ struct Frame {
     double right = -left;
     double top = -left;
 
-    void add(Position at) {
+    void add(RealPoint at) {
         left = std::min(left, at.x);
         bottom = std::min(bottom, at.y);
         right = std::max(right, at.x);
@@ -28,21 +29,21 @@ struct Frame {
     bool meets(const Frame& other) const {
         return left < other.right && other.left < right && bottom < other.top && other.bottom < top;
     }
-    std::array<Position, 4> corners() const {
+    std::array<RealPoint, 4> corners() const {
         return {{{left, bottom}, {right, bottom}, {right, top}, {left, top}}};
     }
 };
 
 Frame frameOf(const Rect& rect) {
-    const Position low = position({rect.left, rect.bottom});
-    const Position high = position({rect.right, rect.top});
+    const RealPoint low = realPoint({rect.left, rect.bottom});
+    const RealPoint high = realPoint({rect.right, rect.top});
     return {low.x, low.y, high.x, high.y};
 }
 
-Frame mapped(const Frame& box, const Affine& map) {
+Frame mapped(const Frame& box, const RealMatrix& map) {
     Frame around;
-    for (const Position corner : box.corners()) {
-        around.add(apply(map, corner));
+    for (const RealPoint corner : box.corners()) {
+        around.add(transform(map, corner));
     }
     return around;
 }
@@ -62,20 +63,31 @@ double strokeReach(const PathStyle& style) {
     return style.strokePaint == 0 ? 0 : half * std::max(squareCap, miter);
 }
 
+void addPath(TileFacts& facts, const Document& document, Art path, const Pattern& pattern) {
+    facts.empty = false;
+    facts.work += document.segments(path).size();
+    const Frame box = frameOf(pathBounds(document, path));
+    const double reach = strokeReach(document.style(path));
+    facts.leavesCell = facts.leavesCell || box.left - reach < pattern.left ||
+                       box.bottom - reach < pattern.bottom || box.right + reach > pattern.right ||
+                       box.top + reach > pattern.top;
+}
+
 TileFacts factsOf(const Document& document, const Pattern& pattern) {
     TileFacts facts;
     for (Art art = pattern.tile; art != Art::null; art = following(document, art, pattern.tile)) {
         ++facts.work;
-        if (document.kind(art) != ArtKind::path) {
-            continue;
+        switch (document.kind(art)) {
+        case ArtKind::path:
+            addPath(facts, document, art, pattern);
+            break;
+        case ArtKind::group:
+        case ArtKind::compound:
+        case ArtKind::text:
+        case ArtKind::placed:
+        case ArtKind::unknown:
+            break; // nothing of their own is drawn
         }
-        facts.empty = false;
-        facts.work += document.segments(art).size();
-        const Frame box = frameOf(pathBounds(document, art));
-        const double reach = strokeReach(document.style(art));
-        facts.leavesCell = facts.leavesCell || box.left - reach < pattern.left ||
-                           box.bottom - reach < pattern.bottom ||
-                           box.right + reach > pattern.right || box.top + reach > pattern.top;
     }
     return facts;
 }
@@ -107,7 +119,7 @@ struct CellRange {
 /// A copy of a tile that is out.
 class PlacedTile {
 public:
-    PlacedTile(Tiling& tiling, Document& document, const Affine& placement)
+    PlacedTile(Tiling& tiling, Document& document, const RealMatrix& placement)
         : tiling_(tiling), document_(document), top_(document.makeTile()) {
         try {
             tiling_.placed_.push_back({top_, placement});
@@ -126,7 +138,7 @@ public:
     Art top() const { return top_; }
 
     void fill(const Pattern& pattern, bool cut) {
-        const Affine& placement = tiling_.placed_.back().placement;
+        const RealMatrix& placement = tiling_.placed_.back().placement;
         const Art copy = document_.duplicate(pattern.tile, Placement::inside, top_);
         transformArt(document_, copy, placement);
         if (cut) {
@@ -135,10 +147,10 @@ public:
     }
 
 private:
-    void addClip(const Frame& cell, const Affine& placement) {
+    void addClip(const Frame& cell, const RealMatrix& placement) {
         std::array<Segment, 4> outline;
-        std::ranges::transform(cell.corners(), outline.begin(), [&](Position corner) {
-            const Point at = fixedPoint(apply(placement, corner));
+        std::ranges::transform(cell.corners(), outline.begin(), [&](RealPoint corner) {
+            const Point at = fixedPoint(transform(placement, corner));
             return Segment{at, at, at, 0};
         });
         const Art clip = document_.make(ArtKind::path, Placement::inside, top_);
@@ -180,17 +192,17 @@ Colour fillOf(const Document& document, Art path) {
     return document.style(compound ? document.firstChild(parent) : path).fill;
 }
 
-Affine Tiling::placement(const Document& document, Art path) const {
+RealMatrix Tiling::placement(const Document& document, Art path) const {
     const Art top = document.top(path);
     const auto found = std::ranges::find(placed_, top, &Placed::top);
-    return found != placed_.end() ? found->placement : Affine{};
+    return found != placed_.end() ? found->placement : RealMatrix{};
 }
 
 void Tiling::tile(Document& document, Art path, TileProcedure procedure) {
     const Pattern pattern = document.pattern(fillOf(document, path).source);
-    const Affine matrix = then(pattern.matrix, placement(document, path));
+    const RealMatrix matrix = multiply(pattern.matrix, placement(document, path));
     const Frame bounds = frameOf(pathBounds(document, path));
-    const std::optional<Affine> back = inverse(matrix);
+    const std::optional<RealMatrix> back = inverse(matrix);
     const TileFacts facts = factsOf(document, pattern);
     if (!back || facts.empty) {
         return;
@@ -209,13 +221,13 @@ void Tiling::tile(Document& document, Art path, TileProcedure procedure) {
     const auto columns = static_cast<std::int64_t>(range.columns);
     for (std::int64_t row = 0; row < rows; ++row) {
         for (std::int64_t column = 0; column < columns; ++column) {
-            const Affine shift{1,
-                               0,
-                               0,
-                               1,
-                               (range.column + static_cast<double>(column)) * pattern.stepX,
-                               (range.row + static_cast<double>(row)) * pattern.stepY};
-            const Affine map = then(shift, matrix);
+            const RealMatrix shift{1,
+                                   0,
+                                   0,
+                                   1,
+                                   (range.column + static_cast<double>(column)) * pattern.stepX,
+                                   (range.row + static_cast<double>(row)) * pattern.stepY};
+            const RealMatrix map = multiply(shift, matrix);
             if (!mapped(cell, map).meets(bounds) || !mapped(cell, shift).meets(around)) {
                 continue;
             }

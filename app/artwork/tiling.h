@@ -1,9 +1,9 @@
 // A pattern drawn by handing out copies of its tile.
 #pragma once
 
-#include "app/artwork/affine.h"
 #include "app/artwork/document.h"
 #include "host/artwork.h"
+#include "host/matrix.h"
 
 #include <cstdint>
 #include <vector>
@@ -32,14 +32,14 @@ public:
 
     /// Where the paint of a path lies: a path that is art of a tile is drawn elsewhere than its
     /// gradient or pattern says.
-    Affine placement(const Document&, Art path) const;
+    RealMatrix placement(const Document&, Art path) const;
 
 private:
     friend class PlacedTile;
 
     struct Placed {
         Art top = Art::null;
-        Affine placement;
+        RealMatrix placement;
     };
 
     std::vector<Placed> placed_;

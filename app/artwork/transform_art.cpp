@@ -1,5 +1,6 @@
 #include "app/artwork/transform_art.h"
 
+#include "app/artwork/geometry.h"
 #include "app/artwork/path_walk.h"
 
 #include <algorithm>
@@ -10,7 +11,7 @@ namespace corvane {
 
 namespace {
 
-void transformSegments(Document& document, Art path, const Affine& map) {
+void transformSegments(Document& document, Art path, const RealMatrix& map) {
     constexpr std::int32_t blockSize = 256;
     std::array<Segment, blockSize> block;
     const std::int32_t count = document.segments(path).size();
@@ -25,14 +26,24 @@ void transformSegments(Document& document, Art path, const Affine& map) {
 
 } // namespace
 
-void transformArt(Document& document, Art top, const Affine& map) {
+void transformArt(Document& document, Art top, const RealMatrix& map) {
     const double scale = meanStretch(map);
-    forEachPath(document, top, [&](Art path) {
-        transformSegments(document, path, map);
-        if (scale != 1) {
-            document.setStyle(path, scaled(document.style(path), scale));
+    for (Art art = top; art != Art::null; art = following(document, art, top)) {
+        switch (document.kind(art)) {
+        case ArtKind::path:
+            transformSegments(document, art, map);
+            if (scale != 1) {
+                document.setStyle(art, scaled(document.style(art), scale));
+            }
+            break;
+        case ArtKind::group:
+        case ArtKind::compound:
+        case ArtKind::text:
+        case ArtKind::placed:
+        case ArtKind::unknown:
+            break; // nothing of their own has a place
         }
-    });
+    }
 }
 
 } // namespace corvane

@@ -1,14 +1,14 @@
 // Moves, turns and stretches art.
 #pragma once
 
-#include "app/artwork/affine.h"
 #include "app/artwork/document.h"
+#include "host/matrix.h"
 
 namespace corvane {
 
 /// Maps the points of all paths that the art holds, and scales line widths and dashes by the mean
 /// scale. Gradients and patterns stay where they are. Throws `ArtworkError` past the budget; the
 /// paths before that one are then mapped already.
-void transformArt(Document&, Art, const Affine&);
+void transformArt(Document&, Art, const RealMatrix&);
 
 } // namespace corvane

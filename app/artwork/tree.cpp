@@ -1,5 +1,6 @@
 #include "app/artwork/tree.h"
 
+#include "app/artwork/art_kinds.h"
 #include "app/artwork/error.h"
 
 #include <limits>
@@ -10,10 +11,6 @@ namespace {
 
 constexpr int useShift = 24;
 constexpr std::uint8_t lastUse = std::numeric_limits<std::uint8_t>::max();
-
-bool holdsArt(ArtKind kind) {
-    return kind == ArtKind::group || kind == ArtKind::compound;
-}
 
 } // namespace
 
@@ -89,8 +86,7 @@ NodeIndex Tree::parentAt(ArtKind kind, Placement placement, NodeIndex reference)
     if (parent == 0) {
         throw ArtworkError("nothing goes beside a layer's own group or a tile");
     }
-    const ArtKind holder = nodes_[parent].kind;
-    if (!holdsArt(holder) || (holder == ArtKind::compound && kind != ArtKind::path)) {
+    if (!canHold(nodes_[parent].kind, kind)) {
         throw ArtworkError("the art does not go into art of that kind");
     }
     if (nodes_[parent].depth >= artworkNesting) {

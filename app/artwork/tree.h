@@ -24,18 +24,18 @@ struct Node {
     NodeIndex next = 0;     ///< sibling behind; of a free node: the next free one
     NodeIndex firstChild = 0;
     NodeIndex lastChild = 0;
-    SegmentRun segments; ///< of a path
-    std::uint32_t style =
-        0; ///< of a path: its number in the style table; of a tile: its first pattern, or 0
+    // Of a path. They stand here because nearly all art is paths; what fewer nodes have is in side
+    // tables (side_table.h).
+    SegmentRun segments;
+    std::uint32_t style = 0;         ///< its number in the style table
     ArtKind kind = ArtKind::unknown; ///< unknown: the node is free
     std::uint16_t depth = 0;         ///< 1 for a layer's own group
     std::uint8_t use = 0;            ///< from 1
-    bool clipped : 1 = false;
-    bool closed : 1 = false;
+    bool clipped : 1 = false;        ///< a group
+    bool closed : 1 = false;         ///< a path, as is the next
     bool guide : 1 = false;
-    bool tile : 1 = false; ///< a group without parent that is no layer's own
 };
-static_assert(sizeof(Node) <= 48);
+static_assert(sizeof(Node) == 44);
 
 class Tree {
 public:

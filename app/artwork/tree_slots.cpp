@@ -82,4 +82,15 @@ HostError setGroupClipped(Art group, std::uint8_t clipped) {
         [&](CallbackScope& scope) { scope.document().setClipped(group, clipped != 0); });
 }
 
+HostError setArtSource(Art art, const ArtSource* source) {
+    return guardedSlot(
+        [&](CallbackScope& scope) { scope.document().setSource(art, target(source)); });
+}
+
+HostError getArtSource(Art art, ArtSource* source) {
+    return guardedSlot([&](CallbackScope& scope) {
+        target(source) = scope.document().source(art).value_or(ArtSource{});
+    });
+}
+
 } // namespace corvane::answer

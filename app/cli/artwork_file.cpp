@@ -3,6 +3,7 @@
 #include "app/cli/fault.h"
 #include "app/cli/interrupt.h"
 #include "app/cli/lines.h"
+#include "app/cli/text.h"
 #include "toolbox/descriptor.h"
 
 #include <algorithm>
@@ -10,6 +11,8 @@
 #include <cerrno>
 #include <cstdint>
 #include <fcntl.h>
+#include <set>
+#include <string_view>
 #include <unistd.h>
 #include <utility>
 
@@ -68,6 +71,19 @@ std::string bytesOf(const std::string& path) {
     refuseMachine(path);
 }
 
+/// The last part of a name that is too long for a message, from the start of a character.
+std::string shortened(std::string_view name) {
+    constexpr std::size_t most = 80;
+    if (name.size() <= most) {
+        return std::string(name);
+    }
+    name.remove_prefix(name.size() - most);
+    while (!name.empty() && utf8Length(name) == 0) {
+        name.remove_prefix(1);
+    }
+    return "..." + std::string(name);
+}
+
 } // namespace
 
 SvgReading readArtwork(const std::string& path, Document& document) {
@@ -86,6 +102,31 @@ SvgReading readArtwork(const std::string& path, Document& document) {
     } catch (const ArtworkError& error) {
         refuse(path, error.what(), "simplify it, or raise the limit (CORVANE_ART_MB)");
     }
+}
+
+std::string imageNames(const std::vector<SvgImage>& images) {
+    constexpr std::size_t most = 8;
+    std::vector<std::string> names;
+    std::set<std::string_view> known;
+    std::int64_t embedded = 0;
+    for (const SvgImage& image : images) {
+        embedded += image.embedded ? 1 : 0;
+        if (!image.embedded && !image.href.empty() && known.insert(image.href).second &&
+            names.size() <= most) {
+            names.push_back(shortened(image.href));
+        }
+    }
+    if (names.size() > most) {
+        names.back() = "...";
+    }
+    if (embedded != 0) {
+        names.push_back(std::to_string(embedded) + " embedded");
+    }
+    std::string list;
+    for (const std::string& name : names) {
+        list += (list.empty() ? " (" : ", ") + name;
+    }
+    return list.empty() ? list : list + ")";
 }
 
 } // namespace corvane

@@ -5,11 +5,16 @@
 #include "app/svg/reader.h"
 
 #include <string>
+#include <vector>
 
 namespace corvane {
 
 /// Reads `path` ("-": standard input) into `document`, which is new. Raises `Failure`: what cannot
 /// be read, is no artwork, or is larger than artwork may be; or the person asked to stop.
 SvgReading readArtwork(const std::string& path, Document& document);
+
+/// The images that the artwork does not hold, for a message: " (logo.png, photo.jpg, 2 embedded)".
+/// Many are cut short; empty for none.
+std::string imageNames(const std::vector<SvgImage>& images);
 
 } // namespace corvane

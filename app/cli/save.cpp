@@ -49,7 +49,8 @@ std::int32_t grayedStrokes(const Document& document) {
 
 /// A warning for each kind of thing that the page will not have; refused where the person did not
 /// say that it may be so.
-void weighLosses(const Arguments& arguments, const Document& document, Report& report) {
+void weighLosses(const Arguments& arguments, const Document& document,
+                 const std::vector<SvgImage>& images, Report& report) {
     std::string names;
     const auto lose = [&](std::int32_t code, std::string_view kind, const std::string& how) {
         const std::string loss = std::string(kind) + ": " + how;
@@ -61,7 +62,8 @@ void weighLosses(const Arguments& arguments, const Document& document, Report& r
              std::to_string(count) + " left out when the page was opened");
     }
     for (const auto& [kind, count] : report.ignored) {
-        lose(code::notUnderstood, kind, counted(count, "element") + " ignored");
+        lose(code::notUnderstood, kind,
+             counted(count, "element") + " ignored" + (kind == "image" ? imageNames(images) : ""));
     }
     if (const std::int32_t grayed = grayedStrokes(document); grayed != 0) {
         lose(code::notUnderstood, "gradients and patterns of strokes",
@@ -136,7 +138,7 @@ void runSave(Arguments& arguments, Report& report) {
     report.source = reading.provenance;
     report.ignored = reading.ignored;
     adopt(reading, document, arguments);
-    weighLosses(arguments, document, report);
+    weighLosses(arguments, document, reading.images, report);
 
     SavePlace place(arguments);
     if (place.isNew()) {

@@ -43,8 +43,8 @@ bool isPattern(const Document& document, PaintSource source) {
     return document.paintKind(source) == ColourKind::pattern;
 }
 
-void writeTransform(TextOutput& out, std::string_view name, const Affine& map) {
-    if (map == Affine{}) {
+void writeTransform(TextOutput& out, std::string_view name, const RealMatrix& map) {
+    if (map == RealMatrix{}) {
         return;
     }
     out.text(" ");
@@ -131,7 +131,8 @@ void PaintServers::writeGradient(TextOutput& out, PaintSource source, int depth)
     writePlainAttribute(out, "id", id(source));
     writePlainAttribute(out, "gradientUnits", "userSpaceOnUse");
     writePlaces(out, gradient);
-    writeTransform(out, "gradientTransform", then(gradient.matrix, {1, 0, 0, -1, -left_, top_}));
+    writeTransform(out, "gradientTransform",
+                   multiply(gradient.matrix, {1, 0, 0, -1, -left_, top_}));
     if (gradient.spread != GradientSpread::pad) {
         writePlainAttribute(out, "spreadMethod",
                             gradient.spread == GradientSpread::reflect ? "reflect" : "repeat");
@@ -169,9 +170,9 @@ void PaintServers::writePatternStart(TextOutput& out, PaintSource source, int de
     if (x != 0 || y != 0) {
         writeViewBox(out, x, y, stepX, stepY);
     }
-    const Affine page{1, 0, 0, -1, -left_, top_};
-    const Affine pageUndone{1, 0, 0, -1, left_, top_};
-    writeTransform(out, "patternTransform", then(then(pageUndone, pattern.matrix), page));
+    const RealMatrix page{1, 0, 0, -1, -left_, top_};
+    const RealMatrix pageUndone{1, 0, 0, -1, left_, top_};
+    writeTransform(out, "patternTransform", multiply(multiply(pageUndone, pattern.matrix), page));
     if (tidy(width) != stepX) {
         writeDoubleAttribute(out, "data-cell-width", tidy(width));
     }

@@ -1,10 +1,10 @@
 // Gradients and patterns as elements: which are written, under which ids, and how.
 #pragma once
 
-#include "app/artwork/affine.h"
 #include "app/artwork/document.h"
 #include "app/svg/path_data.h"
 #include "app/svg/sink.h"
+#include "host/matrix.h"
 
 #include <cstdint>
 #include <string>

@@ -3,13 +3,28 @@
 
 #include "app/artwork/document.h"
 #include "app/artwork/provenance.h"
+#include "host/matrix.h"
 
 #include <cstdint>
 #include <map>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace corvane {
+
+/// An image that a file of artwork shows and the artwork does not hold. Whoever wants its file
+/// reads it: reading SVG does not.
+struct SvgImage {
+    std::string id;        ///< of the element; empty where it has none
+    std::string href;      ///< as written; of an embedded image only what stands before its data
+    bool embedded = false; ///< a "data:" address: the image is in the file of artwork itself
+    double x = 0;          ///< the rectangle that shows it, in its user space, y downwards
+    double y = 0;
+    double width = 0; ///< 0: as the image has it
+    double height = 0;
+    RealMatrix matrix; ///< from that user space to the art
+};
 
 /// What a file of artwork said beside the artwork.
 struct SvgReading {
@@ -18,6 +33,9 @@ struct SvgReading {
     /// What cannot be held as artwork, by kind ("filter", "text", "opacity", "animate"): how many
     /// elements or properties of it were ignored.
     std::map<std::string, std::int32_t> ignored;
+    /// Of the elements that are ignored as "image": all of them, in the order in which they are
+    /// read.
+    std::vector<SvgImage> images;
 };
 
 /// Text that is no SVG, or that passes a limit: a sentence that says what, and in which line.

@@ -1,13 +1,33 @@
-// A path and a compound path seen alike: subpaths under one style.
+// What art of each kind is in SVG; a path and a compound path seen alike: subpaths under one style.
 #pragma once
 
 #include "app/artwork/document.h"
 
 namespace corvane {
 
+enum class SvgObject {
+    none, ///< is not written
+    group,
+    shape
+};
+
+inline SvgObject svgObject(const Document& document, Art art) {
+    switch (document.kind(art)) {
+    case ArtKind::group:
+        return SvgObject::group;
+    case ArtKind::path:
+    case ArtKind::compound:
+        return SvgObject::shape;
+    case ArtKind::text:
+    case ArtKind::placed:
+    case ArtKind::unknown:
+        break;
+    }
+    return SvgObject::none;
+}
+
 inline bool isShape(const Document& document, Art art) {
-    const ArtKind kind = document.kind(art);
-    return kind == ArtKind::path || kind == ArtKind::compound;
+    return svgObject(document, art) == SvgObject::shape;
 }
 
 /// Calls `use(Art path)` for a path itself, or for each path of a compound path in the order in

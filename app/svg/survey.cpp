@@ -29,10 +29,17 @@ public:
                 continue;
             }
             visits_.back().next = document_.previousSibling(art);
-            if (document_.kind(art) == ArtKind::group) {
+            switch (svgObject(document_, art)) {
+            case SvgObject::group:
                 enter(art);
-            } else if (isShape(document_, art) && art != visits_.back().clip) {
-                addShape(art);
+                break;
+            case SvgObject::shape:
+                if (art != visits_.back().clip) {
+                    addShape(art);
+                }
+                break;
+            case SvgObject::none:
+                break;
             }
         }
         return std::move(groups_);

@@ -1,5 +1,6 @@
 #include "app/svg/writer.h"
 
+#include "app/svg/art_source.h"
 #include "app/svg/layer_attributes.h"
 #include "app/svg/markup.h"
 #include "app/svg/paint_servers.h"
@@ -10,6 +11,7 @@
 #include "app/svg/survey.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -89,6 +91,7 @@ private:
     void writeDroppedClip(Art clip);
     void writeData(Art shape);
     void writeId(std::string_view kind, std::uint32_t number);
+    void writeSource(std::string_view name, Art);
 
     const Document& document_;
     TextOutput& out_;
@@ -138,14 +141,21 @@ void SvgWriter::writeLevels() {
             continue;
         }
         levels_.back().next = document_.previousSibling(art);
-        if (document_.kind(art) == ArtKind::group) {
+        switch (svgObject(document_, art)) {
+        case SvgObject::group:
             if (survey_[group_].drawn) {
                 enterGroup(art, nullptr);
             } else {
                 group_ = survey_[group_].end;
             }
-        } else if (isShape(document_, art) && art != levels_.back().clip) {
-            writeShape(art);
+            break;
+        case SvgObject::shape:
+            if (art != levels_.back().clip) {
+                writeShape(art);
+            }
+            break;
+        case SvgObject::none:
+            break;
         }
     }
 }
@@ -188,6 +198,7 @@ void SvgWriter::enterGroup(Art group, const LayerProperties* layer) {
     } else {
         writeId("g", ++numbers_.groups);
     }
+    writeSource("data-source", group);
     if (clips) {
         writeReference(clip);
     }
@@ -248,6 +259,7 @@ void SvgWriter::writeShape(Art shape) {
     writeIndent(out_, level.depth);
     out_.text("<path");
     writeId("p", ++numbers_.shapes);
+    writeSource("data-source", shape);
     if (guide) {
         writeGuideStyle(out_);
     } else {
@@ -294,6 +306,7 @@ std::uint32_t SvgWriter::writeClip(Art clip, std::uint32_t within, int depth) {
     const PathStyle style = leading == Art::null ? PathStyle{} : document_.style(leading);
     writeServers(style, depth);
     startClip(number, within, depth);
+    writeSource("data-source", clip);
     writeClipStyle(out_, style, servers_);
     writeData(clip);
     endShape(style.note);
@@ -343,6 +356,7 @@ void SvgWriter::writeDroppedClip(Art clip) {
     if (document_.style(leadingPath(document_, clip)).rule == FillRule::evenOdd) {
         writePlainAttribute(out_, "data-clip-rule", "evenodd");
     }
+    writeSource("data-clip-source", clip);
 }
 
 /// The last attribute of a shape. A compound path that looks like a path is marked.
@@ -365,6 +379,12 @@ void SvgWriter::writeId(std::string_view kind, std::uint32_t number) {
     out_.text(kind);
     out_.number(std::int64_t{number} << 16);
     out_.text("\"");
+}
+
+void SvgWriter::writeSource(std::string_view name, Art art) {
+    if (const std::optional<ArtSource> source = document_.source(art)) {
+        writeArtSource(out_, name, *source);
+    }
 }
 
 } // namespace

@@ -5,23 +5,12 @@
 #include "runtime/fixed.h"
 #include "runtime/rules.h"
 
-#include <cmath>
-
 namespace corvane {
 
 namespace {
 
 /// Copies are charged this many at a time.
 constexpr std::size_t chargeStep = 256;
-
-RealMatrix multiplied(const RealMatrix& first, const RealMatrix& second) {
-    return {.a = first.a * second.a + first.b * second.c,
-            .b = first.a * second.b + first.b * second.d,
-            .c = first.c * second.a + first.d * second.c,
-            .d = first.c * second.b + first.d * second.d,
-            .tx = first.tx * second.a + first.ty * second.c + second.tx,
-            .ty = first.tx * second.b + first.ty * second.d + second.ty};
-}
 
 void popCopy(Interpreter& interpreter) noexcept {
     SavedStates& saved = interpreter.saved;
@@ -97,7 +86,7 @@ void abandonStates(Interpreter& interpreter, std::int32_t depth) noexcept {
 void concatState(Interpreter& interpreter) {
     GraphicsState& state = interpreter.state;
     if (rules().exactNumbers) {
-        state.exactCtm = multiplied(popRealMatrix(), state.exactCtm);
+        state.exactCtm = multiply(popRealMatrix(), state.exactCtm);
         return;
     }
     const Matrix operand = popMatrix();
@@ -107,9 +96,8 @@ void concatState(Interpreter& interpreter) {
 
 Point transformState(const GraphicsState& state, RealPoint point) {
     if (rules().exactNumbers) {
-        const RealMatrix& m = state.exactCtm;
-        return {fixedFromReal(m.a * point.x + m.c * point.y + m.tx),
-                fixedFromReal(m.b * point.x + m.d * point.y + m.ty)};
+        const RealPoint to = transform(state.exactCtm, point);
+        return {fixedFromReal(to.x), fixedFromReal(to.y)};
     }
     const Point from{fixedFromReal(point.x), fixedFromReal(point.y)};
     Point to;
@@ -121,8 +109,7 @@ double scaleState(const GraphicsState& state) {
     if (!rules().exactNumbers) {
         return 1.0;
     }
-    const RealMatrix& m = state.exactCtm;
-    return std::sqrt(std::abs(m.a * m.d - m.b * m.c));
+    return meanStretch(state.exactCtm);
 }
 
 } // namespace corvane

@@ -26,10 +26,6 @@ RealMatrix rightAngle(std::int32_t degrees) {
     }
 }
 
-RealPoint transformed(const RealMatrix& m, RealPoint p) {
-    return {m.a * p.x + m.c * p.y + m.tx, m.b * p.x + m.d * p.y + m.ty};
-}
-
 /// The box spanned by two opposite corners of `box` after `transform`.
 template <class Transform>
 Box spanned(const Box& box, Transform transform) {
@@ -81,7 +77,7 @@ void applyPageMatrix(Interpreter& interpreter, const PageMatrix& matrix) {
 
 Box turnedBox(const PageMatrix& matrix, const Box& box) {
     if (rules().pageAtOrigin) {
-        return spanned(box, [&](RealPoint p) { return transformed(matrix.exact, p); });
+        return spanned(box, [&](RealPoint p) { return transform(matrix.exact, p); });
     }
     return spanned(box, [&](RealPoint p) {
         const Point from{fixedFromReal(p.x), fixedFromReal(p.y)};

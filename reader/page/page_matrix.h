@@ -2,7 +2,7 @@
 // that the turned media box's lower left is 0,0.
 #pragma once
 
-#include "objects/stack.h"
+#include "host/matrix.h"
 #include "reader/document/cache.h"
 
 namespace corvane {

@@ -18,7 +18,7 @@ struct TapState {
     std::map<Art, PathStyle> styles; ///< instead of what the host says
     std::map<Art, ArtKind> kinds;    ///< likewise
     std::function<bool()> abort;
-    std::function<HostError(PaintSource, CustomColour&)> custom;
+    std::function<void(PaintSource, CustomColour&)> custom;
     std::function<HostError(Art, const DrawingProcedures&)> gradient;
     std::function<HostError(Art, TileProcedure)> pattern;
     std::function<HostError(Note, std::uint8_t*)> note;
@@ -98,8 +98,8 @@ public:
         });
         Host<slot::getColorInfo>::keep(table);
         Tap<slot::getColorInfo>::install(table, [](PaintSource source, CustomColour* colour) {
-            return taps->custom ? taps->custom(source, *colour)
-                                : Host<slot::getColorInfo>::answer(source, colour);
+            taps->custom ? taps->custom(source, *colour)
+                         : Host<slot::getColorInfo>::answer(source, colour);
         });
         Host<slot::drawGradient>::keep(table);
         Tap<slot::drawGradient>::install(table, [](Art path, const DrawingProcedures* procedures) {

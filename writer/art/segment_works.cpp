@@ -60,7 +60,7 @@ Subpath subpathOf(Art art) {
     std::uint8_t closed = 0;
     std::uint8_t guide = 0;
     callHost(slot::getPathSegmentCount, art, &subpath.count);
-    callHost(slot::getPathClosed, art, &closed);
+    callHost(slot::getPathClosed, art, &closed, 0);
     callHost(slot::getPathGuide, art, &guide);
     if (subpath.count < 0) {
         failException(Exception::host);

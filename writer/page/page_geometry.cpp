@@ -64,18 +64,6 @@ bool isUnchanged(DocumentCache& cache, const PageMatrix& matrix, const ArtboardS
             callHost(slot::rectEmpty, &crop));
 }
 
-/// The inverse of a turn by right angles and a move; zeros are positive.
-RealMatrix inverse(const RealMatrix& m) {
-    const double determinant = m.a * m.d - m.b * m.c;
-    RealMatrix i{.a = m.d / determinant + 0.0,
-                 .b = -m.b / determinant + 0.0,
-                 .c = -m.c / determinant + 0.0,
-                 .d = m.a / determinant + 0.0};
-    i.tx = -(i.a * m.tx + i.c * m.ty) + 0.0;
-    i.ty = -(i.b * m.tx + i.d * m.ty) + 0.0;
-    return i;
-}
-
 Box boxOf(const Rect& rect) {
     return {realFromFixed(rect.left), realFromFixed(rect.bottom), realFromFixed(rect.right),
             realFromFixed(rect.top)};
@@ -93,7 +81,8 @@ PageGeometry pageGeometry(DocumentCache& cache) {
         const PageMatrix matrix = pageMatrix(cache);
         if (isUnchanged(cache, matrix, size, crop)) {
             geometry.kept = true;
-            geometry.placement = inverse(matrix.exact);
+            // A turn by right angles and a move always has one.
+            geometry.placement = withoutSignedZeros(inverse(matrix.exact).value_or(RealMatrix()));
             return geometry;
         }
     }

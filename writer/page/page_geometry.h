@@ -1,7 +1,7 @@
 // The boxes of a page that is saved, and how the artwork lies in them.
 #pragma once
 
-#include "objects/stack.h"
+#include "host/matrix.h"
 #include "reader/document/cache.h"
 
 namespace corvane {

@@ -95,7 +95,7 @@ bool ShapeReader::drawEllipse(double radiusX, double radiusY) {
     if (!(radiusX > 0 && radiusY > 0)) {
         return false;
     }
-    const Position centre{length(Attribute::cx, Axis::x), length(Attribute::cy, Axis::y)};
+    const RealPoint centre{length(Attribute::cx, Axis::x), length(Attribute::cy, Axis::y)};
     shape_.moveTo(centre.x + radiusX, centre.y);
     drawEllipsePart(shape_, centre, radiusX, radiusY, 0, 4 * quarter, shape_.start());
     shape_.close(true);

@@ -1,6 +1,7 @@
 #include "app/svg/read/clip_reader.h"
 #include "app/artwork/path_walk.h"
 
+#include "app/svg/art_source.h"
 #include "app/svg/read/basic_shapes.h"
 #include "app/svg/read/paint/paint_style.h"
 #include "app/svg/read/style/cascade.h"
@@ -75,7 +76,7 @@ bool ClipReader::fitsBox(pugi::xml_node clip) {
     return std::string_view(clip.attribute("clipPathUnits").value()) == "objectBoundingBox";
 }
 
-bool ClipReader::readPart(pugi::xml_node node, const ComputedStyle& outer, Affine matrix,
+bool ClipReader::readPart(pugi::xml_node node, const ComputedStyle& outer, RealMatrix matrix,
                           const Viewport& viewport, Part& into) {
     ComputedStyle style = outer;
     for (std::size_t depth = 0; depth <= 1; ++depth) {
@@ -93,9 +94,10 @@ bool ClipReader::readPart(pugi::xml_node node, const ComputedStyle& outer, Affin
         if (into.element != Element::use) {
             break;
         }
-        matrix = then({1, 0, 0, 1, lengthOf(into.attributes, Attribute::x, Axis::x, into.lengths),
-                       lengthOf(into.attributes, Attribute::y, Axis::y, into.lengths)},
-                      matrix);
+        matrix =
+            multiply({1, 0, 0, 1, lengthOf(into.attributes, Attribute::x, Axis::x, into.lengths),
+                      lengthOf(into.attributes, Attribute::y, Axis::y, into.lengths)},
+                     matrix);
         const std::string_view reference = into.attributes[Attribute::href];
         node = reference.starts_with('#') ? context_.index.find(reference.substr(1))
                                           : pugi::xml_node();
@@ -111,12 +113,12 @@ bool ClipReader::readPart(pugi::xml_node node, const ComputedStyle& outer, Affin
     return false;
 }
 
-std::vector<ClipReader::Part> ClipReader::parts(pugi::xml_node clip, const Affine& toArt,
+std::vector<ClipReader::Part> ClipReader::parts(pugi::xml_node clip, const RealMatrix& toArt,
                                                 const Viewport& viewport) {
     const Attributes attributes(clip);
     const ComputedStyle style = styleOf(
         clip, attributes, context_.inherited.within(clip.parent(), context_), viewport, context_);
-    const Affine matrix = transformed(toArt, attributes, Attribute::transform, context_);
+    const RealMatrix matrix = transformed(toArt, attributes, Attribute::transform, context_);
     std::vector<Part> found;
     const bool again = !known_.insert(clip.hash_value()).second;
     for (const pugi::xml_node node : clip.children()) {
@@ -165,13 +167,14 @@ Art ClipReader::unite(Art shape, Art more) {
     return shape;
 }
 
-Art ClipReader::clip(Art group, pugi::xml_node clip, const Affine& toArt, const Viewport& viewport,
-                     const UserBox& box) {
+Art ClipReader::clip(Art group, pugi::xml_node clip, const RealMatrix& toArt,
+                     const Viewport& viewport, const UserBox& box) {
     Document& document = context_.document;
-    Affine matrix = toArt;
+    RealMatrix matrix = toArt;
     if (fitsBox(clip)) {
-        matrix = box.empty() ? Affine{0, 0, 0, 0, 0, 0}
-                             : then({box.width(), 0, 0, box.height(), box.left, box.top}, toArt);
+        matrix = box.empty()
+                     ? RealMatrix{0, 0, 0, 0, 0, 0}
+                     : multiply({box.width(), 0, 0, box.height(), box.left, box.top}, toArt);
     }
     const std::vector<Part> all = parts(clip, matrix, fitsBox(clip) ? Viewport{1, 1} : viewport);
     PathStyle style;
@@ -195,6 +198,9 @@ Art ClipReader::clip(Art group, pugi::xml_node clip, const Affine& toArt, const 
     if (context_.ours && all.size() == 1) {
         const Part& part = all.front();
         style = clippingStyle(part.style, part.attributes, part.matrix, context_);
+        if (const auto source = parseArtSource(part.attributes[Attribute::dataSource])) {
+            document.setSource(shape, *source);
+        }
     }
     forEachPath(document, shape, [&](Art path) { document.setStyle(path, style); });
     document.setClipped(group, true);

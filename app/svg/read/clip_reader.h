@@ -26,7 +26,7 @@ public:
     /// Makes the path or compound path of one `clipPath` as the frontmost child of `group`, and has
     /// it clip the group. `toArt` and `viewport` are the user space of what is clipped, `box`
     /// around that, where `fitsBox`.
-    Art clip(Art group, pugi::xml_node clip, const Affine& toArt, const Viewport& viewport,
+    Art clip(Art group, pugi::xml_node clip, const RealMatrix& toArt, const Viewport& viewport,
              const UserBox& box = {});
 
 private:
@@ -35,11 +35,11 @@ private:
         Attributes attributes;
         ComputedStyle style;
         LengthContext lengths;
-        Affine matrix;
+        RealMatrix matrix;
     };
 
-    std::vector<Part> parts(pugi::xml_node clip, const Affine& toArt, const Viewport& viewport);
-    bool readPart(pugi::xml_node node, const ComputedStyle& outer, Affine matrix,
+    std::vector<Part> parts(pugi::xml_node clip, const RealMatrix& toArt, const Viewport& viewport);
+    bool readPart(pugi::xml_node node, const ComputedStyle& outer, RealMatrix matrix,
                   const Viewport& viewport, Part& into);
     Art draw(const Part& part, Art group);
     void orient(Art shape);

@@ -30,6 +30,7 @@ struct ReadingContext {
     std::int64_t expanded = 0;                  ///< elements read for a `use` or a pattern
     std::vector<pugi::xml_node> activePatterns; ///< whose tiles are being read
     InheritedStyles inherited;
+    std::vector<SvgImage> images;
 };
 
 } // namespace corvane

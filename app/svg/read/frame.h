@@ -5,6 +5,7 @@
 #include "app/svg/read/shape_builder.h"
 #include "app/svg/read/style/computed_style.h"
 
+#include <optional>
 #include <pugixml.hpp>
 #include <string_view>
 #include <vector>
@@ -14,7 +15,7 @@ namespace corvane {
 /// A clip that shapes of a frame name one by one: those that follow each other share its group.
 struct SharedClip {
     pugi::xml_node clip;
-    Affine matrix;
+    RealMatrix matrix;
     Art group = Art::null;
     Art art = Art::null; ///< of the clip
     Extent bounds;
@@ -31,8 +32,9 @@ struct LateClip {
     Kind kind = Kind::none;
     std::string_view data;
     FillRule rule = FillRule::nonzero;
+    std::optional<ArtSource> source;
     UserBox box;
-    Affine matrix; ///< of data or box to the art
+    RealMatrix matrix; ///< of data or box to the art
 };
 
 /// A `clipPath` that fits the box of what is clipped.
@@ -48,7 +50,7 @@ struct Frame {
     bool isUse = false;
 
     ComputedStyle style;
-    Affine matrix; ///< from the children's user space to the art
+    RealMatrix matrix; ///< from the children's user space to the art
     Viewport viewport;
     std::string_view width; ///< of a `use`: the size of a symbol
     std::string_view height;

@@ -30,7 +30,7 @@ private:
         return cursor_.number(value);
     }
     /// A point, from the current one where the command is relative.
-    bool point(Position& to) {
+    bool point(RealPoint& to) {
         if (!number(to.x) || !number(to.y)) {
             return false;
         }
@@ -42,9 +42,9 @@ private:
     }
     bool flag(bool& value);
     /// The current point, or the last control point of the command before as seen from behind it.
-    Position mirrored(bool follows) const {
-        const Position at = shape_.current();
-        return follows ? Position{2 * at.x - control_.x, 2 * at.y - control_.y} : at;
+    RealPoint mirrored(bool follows) const {
+        const RealPoint at = shape_.current();
+        return follows ? RealPoint{2 * at.x - control_.x, 2 * at.y - control_.y} : at;
     }
 
     TextCursor cursor_;
@@ -52,7 +52,7 @@ private:
     bool relative_ = false;
     bool stepped_ = false; ///< the command before was relative
     char previous_ = 0;    ///< the command before, in capitals
-    Position control_;     ///< the last control point of a curve
+    RealPoint control_;    ///< the last control point of a curve
 };
 
 bool PathReader::flag(bool& value) {
@@ -62,7 +62,7 @@ bool PathReader::flag(bool& value) {
 }
 
 bool PathReader::drawMove() {
-    Position to;
+    RealPoint to;
     if (!point(to)) {
         return false;
     }
@@ -71,7 +71,7 @@ bool PathReader::drawMove() {
 }
 
 bool PathReader::drawLine() {
-    Position to;
+    RealPoint to;
     if (!point(to)) {
         return false;
     }
@@ -84,7 +84,7 @@ bool PathReader::drawHorizontal() {
     if (!number(x)) {
         return false;
     }
-    const Position at = shape_.current();
+    const RealPoint at = shape_.current();
     shape_.lineTo(relative_ ? at.x + x : x, at.y);
     return true;
 }
@@ -94,15 +94,15 @@ bool PathReader::drawVertical() {
     if (!number(y)) {
         return false;
     }
-    const Position at = shape_.current();
+    const RealPoint at = shape_.current();
     shape_.lineTo(at.x, relative_ ? at.y + y : y);
     return true;
 }
 
 bool PathReader::drawCurve() {
-    Position out;
-    Position to;
-    Position in;
+    RealPoint out;
+    RealPoint to;
+    RealPoint in;
     if (!point(out) || !point(in) || !point(to)) {
         return false;
     }
@@ -112,9 +112,9 @@ bool PathReader::drawCurve() {
 }
 
 bool PathReader::drawSmoothCurve() {
-    const Position out = mirrored(previous_ == 'C' || previous_ == 'S');
-    Position in;
-    Position to;
+    const RealPoint out = mirrored(previous_ == 'C' || previous_ == 'S');
+    RealPoint in;
+    RealPoint to;
     if (!point(in) || !point(to)) {
         return false;
     }
@@ -124,8 +124,8 @@ bool PathReader::drawSmoothCurve() {
 }
 
 bool PathReader::drawQuadratic() {
-    Position control;
-    Position to;
+    RealPoint control;
+    RealPoint to;
     if (!point(control) || !point(to)) {
         return false;
     }
@@ -135,8 +135,8 @@ bool PathReader::drawQuadratic() {
 }
 
 bool PathReader::drawSmoothQuadratic() {
-    const Position control = mirrored(previous_ == 'Q' || previous_ == 'T');
-    Position to;
+    const RealPoint control = mirrored(previous_ == 'Q' || previous_ == 'T');
+    RealPoint to;
     if (!point(to)) {
         return false;
     }
@@ -151,7 +151,7 @@ bool PathReader::drawArcs() {
     double turn = 0;
     bool large = false;
     bool sweep = false;
-    Position to;
+    RealPoint to;
     if (!number(radiusX) || !number(radiusY) || !number(turn) || !flag(large) || !flag(sweep) ||
         !point(to)) {
         return false;

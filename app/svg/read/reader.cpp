@@ -78,7 +78,7 @@ SvgReading readSvg(std::string text, Document& document, const ReadingBudget& bu
     StyleSheet sheet(budget, tally);
     countExternalEntities(xml, tally);
     SvgReading reading;
-    ReadingContext context{document, index, sheet, tally, budget, false, 0, {}, {}};
+    ReadingContext context{document, index, sheet, tally, budget, false, 0, {}, {}, {}};
     TreeReader tree(context);
     try {
         index.build(sheet);
@@ -92,6 +92,7 @@ SvgReading readSvg(std::string text, Document& document, const ReadingBudget& bu
         failAt(lines.lineOf(tree.current().offset_debug()), error.what());
     }
     reading.ignored = tally.counts();
+    reading.images = std::move(context.images);
     return reading;
 }
 

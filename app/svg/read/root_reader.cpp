@@ -1,11 +1,11 @@
 #include "app/svg/read/root_reader.h"
 
-#include "app/artwork/affine.h"
 #include "app/artwork/arithmetic.h"
 #include "app/svg/read/style/declarations.h"
 #include "app/svg/read/values/fixed_number.h"
 #include "app/svg/read/values/number_list.h"
 #include "app/svg/read/values/view_box.h"
+#include "host/matrix.h"
 
 #include <algorithm>
 #include <array>
@@ -87,7 +87,7 @@ Provenance readProvenance(const Attributes& root) {
 struct PaperArea {
     double width = 0;
     double height = 0;
-    Affine matrix; ///< from user space, to points from the area's upper left, y down
+    RealMatrix matrix; ///< from user space, to points from the area's upper left, y down
     Viewport viewport;
 };
 
@@ -215,7 +215,7 @@ RootReading readRoot(const Attributes& root, Page& page) {
     page.setArtboard(artboard);
     const double left = static_cast<double>(bounds.left) / fixedOne;
     const double top = static_cast<double>(bounds.top) / fixedOne;
-    reading.matrix = then(area.matrix, {1, 0, 0, -1, left, top});
+    reading.matrix = multiply(area.matrix, {1, 0, 0, -1, left, top});
     return reading;
 }
 

@@ -2,17 +2,17 @@
 #pragma once
 
 #include "app/artwork/page.h"
-#include "app/artwork/paint.h"
 #include "app/artwork/provenance.h"
 #include "app/svg/read/style/attributes.h"
 #include "app/svg/read/values/length.h"
+#include "host/matrix.h"
 
 namespace corvane {
 
 struct RootReading {
     bool ours = false;
     Provenance provenance;
-    Affine matrix;     ///< from the root's user space to the art
+    RealMatrix matrix; ///< from the root's user space to the art
     Viewport viewport; ///< of the root's user space
 };
 

@@ -19,7 +19,7 @@ constexpr std::int64_t steppingError = 32;
 
 } // namespace
 
-void ShapeBuilder::begin(ArtPlace place, const Affine& toArt, bool keepsPoints, bool measures) {
+void ShapeBuilder::begin(ArtPlace place, const RealMatrix& toArt, bool keepsPoints, bool measures) {
     place_ = place;
     toArt_ = toArt;
     keepsPoints_ = keepsPoints;
@@ -33,14 +33,14 @@ void ShapeBuilder::begin(ArtPlace place, const Affine& toArt, bool keepsPoints, 
     pending_.clear();
 }
 
-void ShapeBuilder::enter(const Affine& toArt) {
+void ShapeBuilder::enter(const RealMatrix& toArt) {
     finishSubpath();
     toArt_ = toArt;
     current_ = start_ = {};
 }
 
 Point ShapeBuilder::toPoint(double x, double y) {
-    const Position art = apply(toArt_, {x, y});
+    const RealPoint art = transform(toArt_, {x, y});
     const std::int64_t fixedX = wideFixed(art.x);
     const std::int64_t fixedY = wideFixed(art.y);
     overflowed_ = overflowed_ || !fitsFixed(fixedX) || !fitsFixed(fixedY);
@@ -81,7 +81,7 @@ void ShapeBuilder::lineTo(double x, double y) {
     append({point, point, point, 0});
 }
 
-void ShapeBuilder::curveTo(Position out, Position in, Position end) {
+void ShapeBuilder::curveTo(RealPoint out, RealPoint in, RealPoint end) {
     if (!open_) {
         openSubpath();
     }
@@ -95,10 +95,10 @@ void ShapeBuilder::curveTo(Position out, Position in, Position end) {
     append({anchor, before, anchor, 0});
 }
 
-void ShapeBuilder::quadraticTo(Position control, Position end) {
-    const auto nearer = [&](Position anchor) {
-        return Position{anchor.x + (control.x - anchor.x) * 2 / 3,
-                        anchor.y + (control.y - anchor.y) * 2 / 3};
+void ShapeBuilder::quadraticTo(RealPoint control, RealPoint end) {
+    const auto nearer = [&](RealPoint anchor) {
+        return RealPoint{anchor.x + (control.x - anchor.x) * 2 / 3,
+                         anchor.y + (control.y - anchor.y) * 2 / 3};
     };
     curveTo(nearer(current_), nearer(end), end);
 }

@@ -1,10 +1,10 @@
 // Makes a path or compound path of the artwork from lines and curves in a user space.
 #pragma once
 
-#include "app/artwork/affine.h"
 #include "app/artwork/document.h"
 #include "app/svg/read/tally.h"
 #include "app/svg/read/values/user_box.h"
+#include "host/matrix.h"
 
 #include <cstdint>
 #include <vector>
@@ -26,19 +26,19 @@ public:
 
     /// Forgets what was, and starts a shape that will stand at `place`. Points that nothing leads
     /// to or from are kept if `keepsPoints`. `measures`: `box` will be asked for.
-    void begin(ArtPlace place, const Affine& toArt, bool keepsPoints, bool measures);
+    void begin(ArtPlace place, const RealMatrix& toArt, bool keepsPoints, bool measures);
     /// What follows is in another user space, and starts at its 0,0.
-    void enter(const Affine& toArt);
+    void enter(const RealMatrix& toArt);
 
     void moveTo(double x, double y);
     void lineTo(double x, double y);
-    void curveTo(Position out, Position in, Position end);
-    void quadraticTo(Position control, Position end);
+    void curveTo(RealPoint out, RealPoint in, RealPoint end);
+    void quadraticTo(RealPoint control, RealPoint end);
     /// An end that was reached by steps may miss its start by a rounding error: `stepped`.
     void close(bool stepped);
 
-    Position current() const { return current_; }
-    Position start() const { return start_; }
+    RealPoint current() const { return current_; }
+    RealPoint start() const { return start_; }
     /// Around all that was drawn, where it was asked for.
     const UserBox& box() const { return box_; }
 
@@ -57,13 +57,13 @@ private:
     Document& document_;
     Tally& tally_;
     ArtPlace place_;
-    Affine toArt_;
+    RealMatrix toArt_;
     bool keepsPoints_ = false;
     bool measures_ = false;
     bool overflowed_ = false;
     UserBox box_;
-    Position current_;
-    Position start_;
+    RealPoint current_;
+    RealPoint start_;
 
     Art shape_ = Art::null; ///< so far: null, a path, or a compound path
     Art path_ = Art::null;  ///< of the subpath that is open, once some of it was handed over

@@ -66,11 +66,11 @@ void TreeReader::makeBoxClips(Frame& frame) {
     if (frame.boxClips.empty()) {
         return;
     }
-    const Affine& matrix = frame.matrix;
+    const RealMatrix& matrix = frame.matrix;
     if (matrix.b != 0 || matrix.c != 0 || matrix.a < 0 || matrix.d > 0) {
         context_.tally.add("clip-path");
     }
-    const Affine turned{1, 0, 0, -1, 0, 0};
+    const RealMatrix turned{1, 0, 0, -1, 0, 0};
     for (const BoxClip& clip : frame.boxClips) {
         clips_.clip(clip.group, clip.clip, turned, frame.viewport, boxThrough(turned, frame.box));
     }
@@ -95,6 +95,7 @@ Art TreeReader::drawLateClip(const Frame& frame) {
     }
     const Art clip = shape_.finish(false);
     forEachPath(document_, clip, [&](Art path) { document_.setStyle(path, style); });
+    setSource(clip, late.source);
     return clip;
 }
 
@@ -134,7 +135,7 @@ void TreeReader::closeShared(Frame& frame, std::size_t kept) {
     }
 }
 
-SharedClip TreeReader::makeShared(ArtPlace place, pugi::xml_node clip, const Affine& matrix) {
+SharedClip TreeReader::makeShared(ArtPlace place, pugi::xml_node clip, const RealMatrix& matrix) {
     SharedClip shared;
     shared.clip = clip;
     shared.matrix = matrix;
@@ -149,7 +150,8 @@ SharedClip TreeReader::makeShared(ArtPlace place, pugi::xml_node clip, const Aff
 /// Where a shape goes that names clips itself: into the groups of the shape before it as far as
 /// their clips are the same. A rectangle goes into another around it, since files of ours cut
 /// rectangles within one another down to one.
-ArtPlace TreeReader::placeClipped(const std::vector<pugi::xml_node>& chain, const Affine& matrix) {
+ArtPlace TreeReader::placeClipped(const std::vector<pugi::xml_node>& chain,
+                                  const RealMatrix& matrix) {
     Frame& frame = frames_.back();
     std::vector<SharedClip>& open = frame.shared;
     std::size_t kept = 0;
@@ -185,7 +187,7 @@ ArtPlace TreeReader::placeClipped(const std::vector<pugi::xml_node>& chain, cons
 }
 
 /// Groups for a shape alone, of which one clip at least fits its box.
-ArtPlace TreeReader::openBoxed(const std::vector<pugi::xml_node>& chain, const Affine& matrix,
+ArtPlace TreeReader::openBoxed(const std::vector<pugi::xml_node>& chain, const RealMatrix& matrix,
                                std::vector<BoxClip>& clips) {
     closeShared(frames_.back(), 0);
     ArtPlace place = placeIn(frames_.back());

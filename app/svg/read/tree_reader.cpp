@@ -12,7 +12,7 @@
 
 namespace corvane {
 
-void TreeReader::read(pugi::xml_node root, const Affine& toArt, const Viewport& viewport) {
+void TreeReader::read(pugi::xml_node root, const RealMatrix& toArt, const Viewport& viewport) {
     Frame frame;
     attributes_.load(root);
     frame.next = root.first_child();
@@ -29,7 +29,7 @@ void TreeReader::read(pugi::xml_node root, const Affine& toArt, const Viewport& 
     readFrames();
 }
 
-void TreeReader::readTile(pugi::xml_node pattern, Art tile, const Affine& toTile,
+void TreeReader::readTile(pugi::xml_node pattern, Art tile, const RealMatrix& toTile,
                           const Viewport& viewport) {
     Frame frame;
     attributes_.load(pattern);
@@ -108,6 +108,9 @@ void TreeReader::visit(pugi::xml_node node) {
         readShape(node, element);
     } else if (const std::string_view kind = ignoredKind(element); !kind.empty()) {
         context_.tally.add(kind);
+        if (element == Element::image) {
+            listImage(node);
+        }
     }
 }
 
@@ -185,6 +188,7 @@ bool TreeReader::wrapsLayers(pugi::xml_node node) const {
 void TreeReader::enterLayer(Frame& frame) {
     frame.group = layers_.add(layerProperties(attributes_, frame.style.displayed));
     frame.clip = Art::null;
+    setSource(frame.group, sourceFrom(Attribute::dataSource));
     openGroups(frame, frame.group);
 }
 
@@ -195,6 +199,7 @@ void TreeReader::enterGroup(pugi::xml_node node) {
         frame.late.data = attributes_[Attribute::dataClip];
         frame.late.rule = attributes_[Attribute::dataClipRule] == "evenodd" ? FillRule::evenOdd
                                                                             : FillRule::nonzero;
+        frame.late.source = sourceFrom(Attribute::dataClipSource);
         frame.late.matrix = frame.matrix;
         frame.measured = true;
     }
@@ -217,6 +222,7 @@ void TreeReader::enterGroup(pugi::xml_node node) {
         return;
     }
     openGroups(frame, Art::null);
+    setSource(frame.made, sourceFrom(Attribute::dataSource));
     if (mayBeBlank && frame.clip != Art::null && !clipShape(document_, frame.clip).blank &&
         isHidden(frame)) {
         document_.dispose(frame.made);
@@ -274,9 +280,9 @@ void TreeReader::enterUse(pugi::xml_node node) {
         return;
     }
     const LengthContext lengths{frame.viewport, frame.style.fontSize};
-    frame.matrix = then({1, 0, 0, 1, lengthOf(attributes_, Attribute::x, Axis::x, lengths),
-                         lengthOf(attributes_, Attribute::y, Axis::y, lengths)},
-                        frame.matrix);
+    frame.matrix = multiply({1, 0, 0, 1, lengthOf(attributes_, Attribute::x, Axis::x, lengths),
+                             lengthOf(attributes_, Attribute::y, Axis::y, lengths)},
+                            frame.matrix);
     frame.width = attributes_[Attribute::width];
     frame.height = attributes_[Attribute::height];
     frame.next = target;
@@ -322,11 +328,11 @@ void TreeReader::enterViewport(pugi::xml_node node, Element element) {
         frame.late.matrix = frame.matrix;
         frame.measured = true;
     }
-    const Affine inner =
+    const RealMatrix inner =
         box ? viewBoxMatrix(*box, area, attributes_[Attribute::preserveAspectRatio])
-            : Affine{1, 0, 0, 1, area.x, area.y};
+            : RealMatrix{1, 0, 0, 1, area.x, area.y};
     openGroups(frame, Art::null);
-    frame.matrix = then(inner, frame.matrix);
+    frame.matrix = multiply(inner, frame.matrix);
     frame.viewport = box ? Viewport{box->width, box->height} : Viewport{area.width, area.height};
     push(std::move(frame));
 }

@@ -9,6 +9,7 @@
 #include "app/svg/read/shape_builder.h"
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace corvane {
@@ -21,10 +22,11 @@ public:
 
     /// `toArt` leads from the root's user space to the art. Throws `SvgError` past the budget,
     /// `ArtworkError` past the artwork's limits.
-    void read(pugi::xml_node root, const Affine& toArt, const Viewport& viewport);
+    void read(pugi::xml_node root, const RealMatrix& toArt, const Viewport& viewport);
 
     /// Reads the children of a pattern into its tile.
-    void readTile(pugi::xml_node pattern, Art tile, const Affine& toTile, const Viewport& viewport);
+    void readTile(pugi::xml_node pattern, Art tile, const RealMatrix& toTile,
+                  const Viewport& viewport);
 
     /// The element that was read last: where a failure is.
     pugi::xml_node current() const { return current_; }
@@ -41,7 +43,10 @@ private:
     void enterUse(pugi::xml_node node);
     void enterViewport(pugi::xml_node node, Element element);
     void readShape(pugi::xml_node node, Element element);
+    void listImage(pugi::xml_node node);
     Note readWithin(pugi::xml_node shape);
+    std::optional<ArtSource> sourceFrom(Attribute name) const;
+    void setSource(Art art, const std::optional<ArtSource>& source);
 
     // Frames.
     Frame frameOf(pugi::xml_node node);
@@ -59,12 +64,12 @@ private:
 
     // Where art goes: in front of what is there.
     ArtPlace placeIn(const Frame& frame);
-    ArtPlace placeClipped(const std::vector<pugi::xml_node>& chain, const Affine& matrix);
+    ArtPlace placeClipped(const std::vector<pugi::xml_node>& chain, const RealMatrix& matrix);
     void closeShared(Frame& frame, std::size_t kept);
-    SharedClip makeShared(ArtPlace place, pugi::xml_node clip, const Affine& matrix);
-    ArtPlace openBoxed(const std::vector<pugi::xml_node>& chain, const Affine& matrix,
+    SharedClip makeShared(ArtPlace place, pugi::xml_node clip, const RealMatrix& matrix);
+    ArtPlace openBoxed(const std::vector<pugi::xml_node>& chain, const RealMatrix& matrix,
                        std::vector<BoxClip>& clips);
-    void stylePaths(Art shape, const ComputedStyle& style, const Affine& matrix,
+    void stylePaths(Art shape, const ComputedStyle& style, const RealMatrix& matrix,
                     const LengthContext& lengths, Note note);
 
     ReadingContext& context_;

@@ -1,7 +1,8 @@
-// Shapes of the art.
+// Shapes of the art, and the images that it does not hold.
 #include "app/artwork/path_walk.h"
 #include "app/svg/read/tree_reader.h"
 
+#include "app/svg/art_source.h"
 #include "app/svg/read/basic_shapes.h"
 #include "app/svg/read/paint/paint_style.h"
 #include "app/svg/read/style/cascade.h"
@@ -37,6 +38,17 @@ Note TreeReader::readWithin(pugi::xml_node shape) {
     return note;
 }
 
+/// What a file of ours says of where art came from; in other files it means nothing.
+std::optional<ArtSource> TreeReader::sourceFrom(Attribute name) const {
+    return context_.ours ? parseArtSource(attributes_[name]) : std::nullopt;
+}
+
+void TreeReader::setSource(Art art, const std::optional<ArtSource>& source) {
+    if (source) {
+        document_.setSource(art, *source);
+    }
+}
+
 void TreeReader::readShape(pugi::xml_node node, Element element) {
     Frame& frame = frames_.back();
     load(node);
@@ -46,7 +58,8 @@ void TreeReader::readShape(pugi::xml_node node, Element element) {
         context_.tally.add("hidden element");
         return;
     }
-    const Affine matrix = transformed(frame.matrix, attributes_, Attribute::transform, context_);
+    const RealMatrix matrix =
+        transformed(frame.matrix, attributes_, Attribute::transform, context_);
     const std::vector<pugi::xml_node> chain = clips_.chain(style.clipPath);
     const bool fitsBox = std::ranges::any_of(chain, ClipReader::fitsBox);
     std::vector<BoxClip> boxClips;
@@ -64,6 +77,7 @@ void TreeReader::readShape(pugi::xml_node node, Element element) {
         clips_.clip(clip.group, clip.clip, matrix, frame.viewport, shape_.box());
     }
     stylePaths(shape, style, matrix, lengths, note);
+    setSource(shape, sourceFrom(Attribute::dataSource));
     if (frame.boxed) {
         frame.box.add(boxThrough(matrix, shape_.box()));
     }
@@ -76,7 +90,27 @@ void TreeReader::readShape(pugi::xml_node node, Element element) {
     }
 }
 
-void TreeReader::stylePaths(Art shape, const ComputedStyle& style, const Affine& matrix,
+void TreeReader::listImage(pugi::xml_node node) {
+    load(node);
+    const Frame& frame = frames_.back();
+    Tally counted; // the image is, whatever its style
+    const Declared declared = cascade(node, attributes_, context_);
+    const ComputedStyle style =
+        computeStyle(frame.style, declared, attributes_, frame.viewport, counted);
+    const LengthContext lengths{frame.viewport, style.fontSize};
+    const std::string_view href = trimmed(attributes_[Attribute::href]);
+    SvgImage& image = context_.images.emplace_back();
+    image.id = attributes_[Attribute::id];
+    image.embedded = href.starts_with("data:");
+    image.href = image.embedded ? href.substr(0, href.find(',')) : href;
+    image.x = lengthOf(attributes_, Attribute::x, Axis::x, lengths);
+    image.y = lengthOf(attributes_, Attribute::y, Axis::y, lengths);
+    image.width = lengthOf(attributes_, Attribute::width, Axis::x, lengths);
+    image.height = lengthOf(attributes_, Attribute::height, Axis::y, lengths);
+    image.matrix = transformed(frame.matrix, attributes_, Attribute::transform, context_);
+}
+
+void TreeReader::stylePaths(Art shape, const ComputedStyle& style, const RealMatrix& matrix,
                             const LengthContext& lengths, Note note) {
     PathStyle painted = paintedStyle(style, attributes_, matrix, context_);
     paints_.paint(painted, style, {matrix, shape_.box(), lengths});

@@ -161,7 +161,7 @@ const Fill* seenAt(const std::vector<Fill>& fills, Spot at) {
     return found == fills.rend() ? nullptr : &*found;
 }
 
-Spot inGradientSpace(const Affine& m, Spot at) {
+Spot inGradientSpace(const RealMatrix& m, Spot at) {
     const double area = m.a * m.d - m.b * m.c;
     const double x = at.x - m.tx;
     const double y = at.y - m.ty;

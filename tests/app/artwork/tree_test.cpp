@@ -12,7 +12,8 @@
 namespace corvane {
 namespace {
 
-constexpr ArtKind kinds[] = {ArtKind::group, ArtKind::path, ArtKind::compound};
+constexpr ArtKind kinds[] = {ArtKind::group, ArtKind::path, ArtKind::compound, ArtKind::text,
+                             ArtKind::placed};
 constexpr Placement placements[] = {Placement::inFront, Placement::behind, Placement::inside};
 
 /// A tree of maps and vectors, searched from end to end: slow and plain.
@@ -21,11 +22,12 @@ public:
     struct Node {
         ArtKind kind;
         Art parent = Art::null;
-        std::vector<Art> children;
+        std::vector<Art> children{};
         bool clipped = false;
+        ArtSource source{};
     };
 
-    explicit Model(Art root) { nodes[root] = {ArtKind::group, Art::null, {}, false}; }
+    explicit Model(Art root) { nodes[root] = {.kind = ArtKind::group}; }
 
     bool has(Art art) const { return nodes.contains(art); }
 
@@ -101,7 +103,7 @@ protected:
         ASSERT_EQ(host_(slot::newArt, kind, placement, reference, &made), outcome(works));
         if (works) {
             ASSERT_FALSE(model_.has(made));
-            model_.nodes[made] = {kind, Art::null, {}, false};
+            model_.nodes[made] = {.kind = kind};
             model_.insert(made, placement, reference);
         }
     }
@@ -153,7 +155,8 @@ protected:
     /// Takes a copy's handles from the document, its shape from the model of the original.
     void adopt(const std::map<Art, Model::Node>& before, Art original, Art copy) {
         ASSERT_FALSE(model_.has(copy));
-        model_.nodes[copy] = {before.at(original).kind, Art::null, {}, before.at(original).clipped};
+        const Model::Node& node = before.at(original);
+        model_.nodes[copy] = {.kind = node.kind, .clipped = node.clipped, .source = node.source};
         Art copied = Art::null;
         for (const Art child : before.at(original).children) {
             copied = copied == Art::null ? host_.document.firstChild(copy)
@@ -175,6 +178,17 @@ protected:
         }
     }
 
+    void tag() {
+        const Art art = anyArt();
+        const auto number = static_cast<std::int32_t>(random_() % 1000);
+        const ArtSource source{number, std::int64_t{number} << 40, number};
+        const bool works = model_.has(art);
+        ASSERT_EQ(host_(slot::setArtSource, art, &source), outcome(works));
+        if (works) {
+            model_.nodes.at(art).source = source;
+        }
+    }
+
     void compare() {
         const Document& document = host_.document;
         for (const auto& [art, node] : model_.nodes) {
@@ -182,8 +196,15 @@ protected:
             ASSERT_EQ(host_(slot::getArtType, art, &kind), HostError::none);
             ASSERT_EQ(kind, node.kind);
             ASSERT_EQ(document.parent(art), node.parent);
+            ArtSource source{1, 2, 3};
+            ASSERT_EQ(host_(slot::getArtSource, art, &source), HostError::none);
+            ASSERT_EQ(source, node.source);
+            std::int32_t count = 0;
+            ASSERT_EQ(host_(slot::getPathSegmentCount, art, &count),
+                      outcome(kind == ArtKind::path));
+            ASSERT_EQ(host_(slot::setPathSegmentCount, art, 1), outcome(kind == ArtKind::path));
             Art child{};
-            if (kind == ArtKind::path) {
+            if (kind != ArtKind::group && kind != ArtKind::compound) {
                 ASSERT_EQ(host_(slot::getFirstChild, art, &child), HostError::failed);
                 continue;
             }
@@ -225,6 +246,8 @@ TEST_P(TreeAgainstModel, anySequenceOfOperations) {
             dispose();
         } else if (choice < 14 && model_.nodes.size() < 500) {
             duplicate();
+        } else if (choice == 14) {
+            tag();
         } else {
             clip();
         }
@@ -272,7 +295,7 @@ TEST_F(TreeTest, aHandleIsNeverGoodAgain) {
 
 TEST_F(TreeTest, refusesWhatIsNoKindOrPlacement) {
     Art made = root_;
-    for (const int kind : {0, 4, 5, 7, 8, -1}) {
+    for (const int kind : {0, 5, 6, 8, -1}) {
         EXPECT_EQ(host_(slot::newArt, static_cast<ArtKind>(kind), Placement::inside, root_, &made),
                   HostError::failed);
         EXPECT_EQ(made, Art::null);
@@ -319,6 +342,38 @@ TEST_F(TreeTest, depthIsKnownAfterMovesAndCopies) {
         EXPECT_EQ(host_(slot::newArt, ArtKind::group, Placement::inside, deepest, &made),
                   HostError::failed);
     }
+}
+
+TEST_F(TreeTest, refusesSourcesWithoutMeaning) {
+    const ArtSource good{5, 5, 0};
+    ASSERT_EQ(host_(slot::setArtSource, root_, &good), HostError::none);
+    for (const ArtSource& bad :
+         {ArtSource{-1, 5, 0}, ArtSource{5, 4, 0}, ArtSource{5, 9, -1}, ArtSource{}}) {
+        EXPECT_EQ(host_(slot::setArtSource, root_, &bad), HostError::failed);
+    }
+    EXPECT_EQ(host_(slot::setArtSource, root_, nullptr), HostError::failed);
+    EXPECT_EQ(host_(slot::getArtSource, root_, nullptr), HostError::failed);
+    EXPECT_EQ(host_.document.source(root_), good);
+}
+
+/// What art has beside its node goes with it, and costs little more than itself.
+TEST_F(TreeTest, sourcesTakeTheirOwnSize) {
+    constexpr std::int32_t count = 120'000;
+    std::vector<Art> paths;
+    for (std::int32_t i = 0; i < count; ++i) {
+        paths.push_back(host_.make(ArtKind::path, Placement::inside, root_));
+    }
+    const std::int64_t before = host_.document.budget().used();
+    for (std::int32_t i = 0; i < count; ++i) {
+        host_.document.setSource(paths[static_cast<std::size_t>(i)], {i, i + 1, i});
+    }
+    EXPECT_LT(host_.document.budget().used() - before, count * 49 / 2);
+    for (const Art path : paths) {
+        host_.document.dispose(path);
+    }
+    const Art again = host_.make(ArtKind::path, Placement::inside, root_);
+    EXPECT_EQ(host_.document.source(again), std::nullopt);
+    EXPECT_LT(host_.document.budget().used() - before, 10'000);
 }
 
 TEST_F(TreeTest, aCopyThatDoesNotFitLeavesNothing) {

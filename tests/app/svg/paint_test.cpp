@@ -16,7 +16,7 @@ Gradient ramp(double x1, double x2) {
 }
 
 /// The page's corner undone: what makes an element without a transform.
-constexpr Affine upright{1, 0, 0, -1, 0, 200};
+constexpr RealMatrix upright{1, 0, 0, -1, 0, 200};
 
 PathStyle filledWith(ColourKind kind, PaintSource source) {
     PathStyle style = filled();

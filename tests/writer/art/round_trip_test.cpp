@@ -200,16 +200,7 @@ protected:
     }
 
     /// From the artboard to the page that is open.
-    RealMatrix leadBack() {
-        const RealMatrix m = pageMatrix(*cache_).exact;
-        const double area = m.a * m.d - m.b * m.c;
-        return {m.d / area,
-                -m.b / area,
-                -m.c / area,
-                m.a / area,
-                (m.c * m.ty - m.d * m.tx) / area,
-                (m.b * m.tx - m.a * m.ty) / area};
-    }
+    RealMatrix leadBack() { return inverse(pageMatrix(*cache_).exact).value(); }
 };
 
 TEST_F(RoundTripTest, KeepsWhatIsEasilyLost) {

@@ -171,7 +171,6 @@ TEST_F(StyleTest, ColoursOfEveryKind) {
     taps->custom = [](PaintSource source, CustomColour& custom) {
         EXPECT_EQ(source, PaintSource{9});
         custom = {.name = {}, .process = {points(1), points(.5), points(.25), 0}};
-        return HostError::none;
     };
     const Colour light{.kind = ColourKind::process,
                        .component = {points(.5), points(.25), 0, points(.25)},

@@ -210,7 +210,7 @@ TEST_F(WorksTest, EveryFailureOfTheHost) {
         tile(line);
         return HostError::none;
     };
-    taps->custom = [](PaintSource, CustomColour&) { return HostError::none; };
+    taps->custom = [](PaintSource, CustomColour&) {};
     taps->note = [](Note, std::uint8_t* text) {
         text[0] = 0;
         return HostError::none;

@@ -1,9 +1,9 @@
 #include "app/svg/read/paint/gradient_reader.h"
 
-#include "app/artwork/affine.h"
 #include "app/svg/read/style/cascade.h"
 #include "app/svg/read/style/css_colour.h"
 #include "app/svg/read/values/transform.h"
+#include "host/matrix.h"
 
 #include <algorithm>
 
@@ -78,11 +78,6 @@ GradientStop readStop(pugi::xml_node element, ReadingContext& context) {
     return stop;
 }
 
-/// Not a negative zero, which would be written as such.
-Affine withoutSignedZeros(const Affine& m) {
-    return {m.a + 0.0, m.b + 0.0, m.c + 0.0, m.d + 0.0, m.tx + 0.0, m.ty + 0.0};
-}
-
 } // namespace
 
 std::vector<Attributes> inheritedAttributes(pugi::xml_node server, ReadingContext& context,
@@ -115,11 +110,11 @@ std::string_view firstOf(const std::vector<Attributes>& inherited, Attribute nam
     return {};
 }
 
-std::optional<Affine> boxMatrix(const UserBox& box) {
+std::optional<RealMatrix> boxMatrix(const UserBox& box) {
     if (box.empty() || !(box.width() > 0 && box.height() > 0)) {
         return std::nullopt;
     }
-    return Affine{box.width(), 0, 0, box.height(), box.left, box.top};
+    return RealMatrix{box.width(), 0, 0, box.height(), box.left, box.top};
 }
 
 std::vector<GradientStop> readStops(const std::vector<pugi::xml_node>& elements,
@@ -147,14 +142,14 @@ std::optional<Gradient> readGradient(pugi::xml_node server,
                                      const std::vector<Attributes>& inherited, const PaintUse& use,
                                      ReadingContext& context) {
     Gradient gradient;
-    Affine matrix = use.toArt;
+    RealMatrix matrix = use.toArt;
     LengthContext lengths = use.lengths;
     if (firstOf(inherited, Attribute::gradientUnits) != "userSpaceOnUse") {
         const auto box = boxMatrix(use.box);
         if (!box) {
             return std::nullopt;
         }
-        matrix = then(*box, matrix);
+        matrix = multiply(*box, matrix);
         lengths.viewport = {1, 1};
     }
     for (const Attributes& attributes : inherited) {

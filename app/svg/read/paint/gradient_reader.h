@@ -14,8 +14,8 @@ namespace corvane {
 
 /// What a paint server is used on.
 struct PaintUse {
-    Affine toArt; ///< from the element's user space
-    UserBox box;  ///< of its geometry, in its user space
+    RealMatrix toArt; ///< from the element's user space
+    UserBox box;      ///< of its geometry, in its user space
     LengthContext lengths;
 };
 
@@ -27,7 +27,7 @@ std::vector<Attributes> inheritedAttributes(pugi::xml_node server, ReadingContex
 std::string_view firstOf(const std::vector<Attributes>& inherited, Attribute name);
 
 /// From the unit square to the box; none where the box has no area.
-std::optional<Affine> boxMatrix(const UserBox& box);
+std::optional<RealMatrix> boxMatrix(const UserBox& box);
 
 /// The stops of a gradient, its own or inherited.
 std::vector<GradientStop> readStops(const std::vector<pugi::xml_node>& elements,

@@ -20,7 +20,7 @@ public:
 
 private:
     struct Known {
-        Affine toArt;
+        RealMatrix toArt;
         Viewport viewport;
         PaintSource source = PaintSource::null;
     };

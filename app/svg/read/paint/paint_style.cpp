@@ -1,11 +1,11 @@
 #include "app/svg/read/paint/paint_style.h"
 
-#include "app/artwork/affine.h"
 #include "app/artwork/arithmetic.h"
 #include "app/svg/read/values/fixed_number.h"
 #include "app/svg/read/values/number.h"
 #include "app/svg/read/values/skew.h"
 #include "app/svg/style.h"
+#include "host/matrix.h"
 
 #include <algorithm>
 #include <array>
@@ -115,7 +115,7 @@ std::vector<double> hiddenDashes(std::string_view text) {
 }
 
 void setStroke(PathStyle& path, const ComputedStyle& style, const Attributes& attributes,
-               const Affine& toArt, ReadingContext& context) {
+               const RealMatrix& toArt, ReadingContext& context) {
     const double stretch = meanStretch(toArt);
     if (!(unevenness(toArt) <= tolerableUnevenness)) {
         context.tally.add("stroke under a skew");
@@ -158,7 +158,7 @@ bool isSeen(const PaintValue& paint, double opacity, Tally& tally) {
 }
 
 PathStyle paintedStyle(const ComputedStyle& style, const Attributes& attributes,
-                       const Affine& toArt, ReadingContext& context) {
+                       const RealMatrix& toArt, ReadingContext& context) {
     PathStyle path;
     if (!style.transparent && isSeen(style.fill, style.fillOpacity, context.tally)) {
         path.fillPaint = 1;
@@ -175,7 +175,7 @@ PathStyle paintedStyle(const ComputedStyle& style, const Attributes& attributes,
 }
 
 PathStyle clippingStyle(const ComputedStyle& style, const Attributes& attributes,
-                        const Affine& toArt, ReadingContext& context) {
+                        const RealMatrix& toArt, ReadingContext& context) {
     PathStyle path;
     path.clip = 1;
     path.rule = style.clipRule;

@@ -1,9 +1,9 @@
 // From an element's computed style to the style of a path of the artwork.
 #pragma once
 
-#include "app/artwork/affine.h"
 #include "app/svg/read/context.h"
 #include "app/svg/read/style/computed_style.h"
+#include "host/matrix.h"
 
 namespace corvane {
 
@@ -11,12 +11,12 @@ namespace corvane {
 /// where the visible ones still look like it. Of a paint that is not in use nothing is taken over.
 /// A gradient or pattern counts as the colour that is seen instead: see `paint_reader.h`.
 PathStyle paintedStyle(const ComputedStyle& style, const Attributes& attributes,
-                       const Affine& toArt, ReadingContext& context);
+                       const RealMatrix& toArt, ReadingContext& context);
 
 /// The style of the only shape of a clip that this program wrote: only paint that the shape itself
 /// names counts.
 PathStyle clippingStyle(const ComputedStyle& style, const Attributes& attributes,
-                        const Affine& toArt, ReadingContext& context);
+                        const RealMatrix& toArt, ReadingContext& context);
 
 /// Whether a paint is seen at all; counts one that is only partly.
 bool isSeen(const PaintValue& paint, double opacity, Tally& tally);

@@ -1,10 +1,10 @@
 #include "app/svg/read/paint/pattern_reader.h"
 
-#include "app/artwork/affine.h"
 #include "app/svg/read/basic_shapes.h"
 #include "app/svg/read/style/cascade.h"
 #include "app/svg/read/tree_reader.h"
 #include "app/svg/read/values/view_box.h"
+#include "host/matrix.h"
 
 #include <algorithm>
 #include <optional>
@@ -22,18 +22,18 @@ struct PageTurn {
     explicit PageTurn(const Rect& bounds)
         : left(static_cast<double>(bounds.left) / fixedOne),
           top(static_cast<double>(bounds.top) / fixedOne) {}
-    Affine done() const { return {1, 0, 0, -1, -left, top}; }
-    Affine undone() const { return {1, 0, 0, -1, left, top}; }
+    RealMatrix done() const { return {1, 0, 0, -1, -left, top}; }
+    RealMatrix undone() const { return {1, 0, 0, -1, left, top}; }
     double left;
     double top;
 };
 
 /// The matrix of which `written` is what the writer makes. Rounding may keep the first try from
 /// that by a last digit.
-Affine patternMatrix(const Affine& written, const PageTurn& page) {
-    Affine matrix = then(then(page.done(), written), page.undone());
+RealMatrix patternMatrix(const RealMatrix& written, const PageTurn& page) {
+    RealMatrix matrix = multiply(multiply(page.done(), written), page.undone());
     for (int i = 0; i < 4; ++i) {
-        const Affine again = then(then(page.undone(), matrix), page.done());
+        const RealMatrix again = multiply(multiply(page.undone(), matrix), page.done());
         if (again == written) {
             break;
         }
@@ -78,8 +78,8 @@ private:
             inherited_, [&](const Attributes& attributes) { return attributes.has(name); });
     }
     std::optional<ViewBox> cell() const;
-    std::optional<Affine> contentMatrix(const ViewBox& cell) const;
-    Affine transform() const;
+    std::optional<RealMatrix> contentMatrix(const ViewBox& cell) const;
+    RealMatrix patternTransform() const;
     double cellSide(Attribute name, double step) const;
 
     const std::vector<Attributes>& inherited_;
@@ -90,7 +90,7 @@ private:
 /// In the user space of what is painted.
 std::optional<ViewBox> PatternReader::cell() const {
     LengthContext lengths = use_.lengths;
-    Affine fromUnits;
+    RealMatrix fromUnits;
     if (value(Attribute::patternUnits) != "userSpaceOnUse") {
         const auto box = boxMatrix(use_.box);
         if (!box) {
@@ -102,15 +102,15 @@ std::optional<ViewBox> PatternReader::cell() const {
     const auto length = [&](Attribute name, Axis axis) {
         return parseLength(value(name), axis, lengths).value_or(0);
     };
-    const Position corner =
-        apply(fromUnits, {length(Attribute::x, Axis::x), length(Attribute::y, Axis::y)});
+    const RealPoint corner =
+        transform(fromUnits, {length(Attribute::x, Axis::x), length(Attribute::y, Axis::y)});
     const ViewBox cell{corner.x, corner.y, length(Attribute::width, Axis::x) * fromUnits.a,
                        length(Attribute::height, Axis::y) * fromUnits.d};
     return cell.width > 0 && cell.height > 0 ? std::optional(cell) : std::nullopt;
 }
 
 /// From the space of the tile's elements to that of the cell.
-std::optional<Affine> PatternReader::contentMatrix(const ViewBox& cell) const {
+std::optional<RealMatrix> PatternReader::contentMatrix(const ViewBox& cell) const {
     if (has(Attribute::viewBox)) {
         const auto box = parseViewBox(value(Attribute::viewBox));
         if (!box || !(box->width > 0 && box->height > 0)) {
@@ -118,7 +118,7 @@ std::optional<Affine> PatternReader::contentMatrix(const ViewBox& cell) const {
         }
         return viewBoxMatrix(*box, cell, value(Attribute::preserveAspectRatio));
     }
-    Affine atCorner{1, 0, 0, 1, cell.x, cell.y};
+    RealMatrix atCorner{1, 0, 0, 1, cell.x, cell.y};
     if (value(Attribute::patternContentUnits) == "objectBoundingBox") {
         const auto box = boxMatrix(use_.box);
         if (!box) {
@@ -130,7 +130,7 @@ std::optional<Affine> PatternReader::contentMatrix(const ViewBox& cell) const {
     return atCorner;
 }
 
-Affine PatternReader::transform() const {
+RealMatrix PatternReader::patternTransform() const {
     for (const Attributes& attributes : inherited_) {
         if (attributes.has(Attribute::patternTransform)) {
             return transformed({}, attributes, Attribute::patternTransform, context_);
@@ -167,11 +167,12 @@ PaintSource PatternReader::read(const std::vector<pugi::xml_node>& elements) {
     pattern.bottom = page.top - (cell->y + cell->height);
     pattern.right = pattern.left + cellSide(Attribute::dataCellWidth, cell->width);
     pattern.top = pattern.bottom + cellSide(Attribute::dataCellHeight, cell->height);
-    const Affine written = transform();
-    pattern.matrix = use_.toArt == page.undone() ? patternMatrix(written, page)
-                                                 : then(then(page.done(), written), use_.toArt);
+    const RealMatrix written = patternTransform();
+    pattern.matrix = use_.toArt == page.undone()
+                         ? patternMatrix(written, page)
+                         : multiply(multiply(page.done(), written), use_.toArt);
     pattern.tile = context_.document.makeTile();
-    TreeReader(context_).readTile(holder, pattern.tile, then(*content, page.undone()),
+    TreeReader(context_).readTile(holder, pattern.tile, multiply(*content, page.undone()),
                                   use_.lengths.viewport);
     return context_.document.addPattern(pattern);
 }

@@ -94,6 +94,8 @@ constexpr std::array<std::string_view, attributeCount> names{
     "data-dimmed",
     "data-clip",
     "data-clip-rule",
+    "data-clip-source",
+    "data-source",
     "data-compound",
     "data-guide",
     "data-stroke-width",

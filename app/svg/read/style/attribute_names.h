@@ -96,6 +96,8 @@ enum class Attribute : std::uint8_t {
     dataDimmed,
     dataClip,
     dataClipRule,
+    dataClipSource,
+    dataSource,
     dataCompound,
     dataGuide,
     dataStrokeWidth,

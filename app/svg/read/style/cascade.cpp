@@ -1,8 +1,8 @@
 #include "app/svg/read/style/cascade.h"
 
-#include "app/artwork/affine.h"
 #include "app/svg/read/values/skew.h"
 #include "app/svg/read/values/transform.h"
+#include "host/matrix.h"
 
 namespace corvane {
 
@@ -53,13 +53,13 @@ ComputedStyle styleOf(pugi::xml_node element, const Attributes& attributes,
                         context.tally);
 }
 
-Affine transformed(const Affine& outer, const Attributes& attributes, Attribute name,
-                   ReadingContext& context) {
+RealMatrix transformed(const RealMatrix& outer, const Attributes& attributes, Attribute name,
+                       ReadingContext& context) {
     if (!attributes.has(name)) {
         return outer;
     }
     const auto inner = parseTransform(attributes[name]);
-    const Affine both = inner ? then(*inner, outer) : outer;
+    const RealMatrix both = inner ? multiply(*inner, outer) : outer;
     if (!inner || !isFinite(both)) {
         context.tally.add("transform");
         return outer;

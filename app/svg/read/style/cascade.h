@@ -1,10 +1,10 @@
 // What attributes, style sheets and `style` say of an element together (CSS 2.1, 6.4).
 #pragma once
 
-#include "app/artwork/paint.h"
 #include "app/svg/read/context.h"
 #include "app/svg/read/style/attributes.h"
 #include "app/svg/read/style/computed_style.h"
+#include "host/matrix.h"
 
 namespace corvane {
 
@@ -18,7 +18,7 @@ ComputedStyle styleOf(pugi::xml_node element, const Attributes& attributes,
 
 /// `outer`, and in it the transform of one of the element's attributes. What is no transform is
 /// counted and does nothing.
-Affine transformed(const Affine& outer, const Attributes& attributes, Attribute name,
-                   ReadingContext& context);
+RealMatrix transformed(const RealMatrix& outer, const Attributes& attributes, Attribute name,
+                       ReadingContext& context);
 
 } // namespace corvane

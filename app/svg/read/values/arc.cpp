@@ -11,8 +11,8 @@ namespace {
 
 /// Draws from `start` over `sweep` on the circle of radius 1, seen through `ellipse`, in steps of
 /// at most a right angle. The last step ends at `end` exactly.
-void drawUnitArc(ShapeBuilder& shape, const Affine& ellipse, double start, double sweep,
-                 Position end) {
+void drawUnitArc(ShapeBuilder& shape, const RealMatrix& ellipse, double start, double sweep,
+                 RealPoint end) {
     constexpr double right = std::numbers::pi / 2;
     const int steps = std::max(1, static_cast<int>(std::ceil(std::abs(sweep) / right - 1e-9)));
     const double step = sweep / steps;
@@ -20,19 +20,20 @@ void drawUnitArc(ShapeBuilder& shape, const Affine& ellipse, double start, doubl
     for (int i = 0; i < steps; ++i) {
         const double from = start + step * i;
         const double to = from + step;
-        const Position out = apply(ellipse, {std::cos(from) - handle * std::sin(from),
-                                             std::sin(from) + handle * std::cos(from)});
-        const Position in = apply(
+        const RealPoint out = transform(ellipse, {std::cos(from) - handle * std::sin(from),
+                                                  std::sin(from) + handle * std::cos(from)});
+        const RealPoint in = transform(
             ellipse, {std::cos(to) + handle * std::sin(to), std::sin(to) - handle * std::cos(to)});
-        shape.curveTo(out, in, i + 1 == steps ? end : apply(ellipse, {std::cos(to), std::sin(to)}));
+        shape.curveTo(out, in,
+                      i + 1 == steps ? end : transform(ellipse, {std::cos(to), std::sin(to)}));
     }
 }
 
 } // namespace
 
 void drawArc(ShapeBuilder& shape, double radiusX, double radiusY, double turn, bool large,
-             bool sweep, Position end) {
-    const Position start = shape.current();
+             bool sweep, RealPoint end) {
+    const RealPoint start = shape.current();
     radiusX = std::abs(radiusX);
     radiusY = std::abs(radiusY);
     if (start.x == end.x && start.y == end.y) {
@@ -69,8 +70,8 @@ void drawArc(ShapeBuilder& shape, double radiusX, double radiusY, double turn, b
     } else if (!sweep && over > 0) {
         over -= 2 * std::numbers::pi;
     }
-    Affine ellipse{cosine * radiusX, sine * radiusX, -sine * radiusY, cosine * radiusY, 0, 0};
-    const Position centre = apply(ellipse, {centreX, centreY});
+    RealMatrix ellipse{cosine * radiusX, sine * radiusX, -sine * radiusY, cosine * radiusY, 0, 0};
+    const RealPoint centre = transform(ellipse, {centreX, centreY});
     ellipse.tx = centre.x + (start.x + end.x) / 2;
     ellipse.ty = centre.y + (start.y + end.y) / 2;
     if (!isFinite(ellipse) || !std::isfinite(over)) {
@@ -80,8 +81,8 @@ void drawArc(ShapeBuilder& shape, double radiusX, double radiusY, double turn, b
     drawUnitArc(shape, ellipse, from, over, end);
 }
 
-void drawEllipsePart(ShapeBuilder& shape, Position centre, double radiusX, double radiusY,
-                     double start, double sweep, Position end) {
+void drawEllipsePart(ShapeBuilder& shape, RealPoint centre, double radiusX, double radiusY,
+                     double start, double sweep, RealPoint end) {
     drawUnitArc(shape, {radiusX, 0, 0, radiusY, centre.x, centre.y}, start, sweep, end);
 }
 

@@ -1,7 +1,7 @@
 // What a matrix does to lengths in different directions.
 #pragma once
 
-#include "app/artwork/paint.h"
+#include "host/matrix.h"
 
 #include <cmath>
 
@@ -9,15 +9,10 @@ namespace corvane {
 
 /// By how much more lengths grow in one direction than in another: 1 where circles stay circles,
 /// infinite where they become lines.
-inline double unevenness(const Affine& matrix) {
+inline double unevenness(const RealMatrix& matrix) {
     const double sum = std::hypot(matrix.a + matrix.d, matrix.b - matrix.c);
     const double difference = std::hypot(matrix.a - matrix.d, matrix.b + matrix.c);
     return sum + difference == 0 ? 1 : (sum + difference) / std::abs(sum - difference);
-}
-
-inline bool isFinite(const Affine& matrix) {
-    return std::isfinite(matrix.a) && std::isfinite(matrix.b) && std::isfinite(matrix.c) &&
-           std::isfinite(matrix.d) && std::isfinite(matrix.tx) && std::isfinite(matrix.ty);
 }
 
 } // namespace corvane

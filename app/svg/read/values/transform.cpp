@@ -1,7 +1,7 @@
 #include "app/svg/read/values/transform.h"
 
-#include "app/artwork/affine.h"
 #include "app/svg/read/values/number.h"
+#include "host/matrix.h"
 
 #include <array>
 #include <cmath>
@@ -17,7 +17,7 @@ double radians(double degrees) {
 }
 
 /// Right angles are exact.
-Affine rotation(double degrees) {
+RealMatrix rotation(double degrees) {
     const double turn = std::remainder(degrees, 360);
     if (std::remainder(turn, 90) == 0) {
         constexpr std::array<double, 4> sines{0, 1, 0, -1};
@@ -31,36 +31,36 @@ Affine rotation(double degrees) {
     return {cosine, sine, -sine, cosine, 0, 0};
 }
 
-std::optional<Affine> transformOf(std::string_view name, std::span<const double> n) {
+std::optional<RealMatrix> transformOf(std::string_view name, std::span<const double> n) {
     const auto counts = [&](std::size_t least, std::size_t most) {
         return n.size() == least || n.size() == most;
     };
     if (name == "matrix" && n.size() == 6) {
-        return Affine{n[0], n[1], n[2], n[3], n[4], n[5]};
+        return RealMatrix{n[0], n[1], n[2], n[3], n[4], n[5]};
     }
     if (name == "translate" && counts(1, 2)) {
-        return Affine{1, 0, 0, 1, n[0], n.size() == 2 ? n[1] : 0};
+        return RealMatrix{1, 0, 0, 1, n[0], n.size() == 2 ? n[1] : 0};
     }
     if (name == "scale" && counts(1, 2)) {
-        return Affine{n[0], 0, 0, n.size() == 2 ? n[1] : n[0], 0, 0};
+        return RealMatrix{n[0], 0, 0, n.size() == 2 ? n[1] : n[0], 0, 0};
     }
     if (name == "rotate" && counts(1, 3)) {
-        const Affine turned = rotation(n[0]);
+        const RealMatrix turned = rotation(n[0]);
         if (n.size() == 1) {
             return turned;
         }
-        return then(then({1, 0, 0, 1, -n[1], -n[2]}, turned), {1, 0, 0, 1, n[1], n[2]});
+        return multiply(multiply({1, 0, 0, 1, -n[1], -n[2]}, turned), {1, 0, 0, 1, n[1], n[2]});
     }
     if (name == "skewX" && n.size() == 1) {
-        return Affine{1, 0, std::tan(radians(n[0])), 1, 0, 0};
+        return RealMatrix{1, 0, std::tan(radians(n[0])), 1, 0, 0};
     }
     if (name == "skewY" && n.size() == 1) {
-        return Affine{1, std::tan(radians(n[0])), 0, 1, 0, 0};
+        return RealMatrix{1, std::tan(radians(n[0])), 0, 1, 0, 0};
     }
     return std::nullopt;
 }
 
-std::optional<Affine> takeTransform(TextCursor& cursor) {
+std::optional<RealMatrix> takeTransform(TextCursor& cursor) {
     const std::string_view name = cursor.takeLetters();
     cursor.skipBlanks();
     if (!cursor.take('(')) {
@@ -81,19 +81,19 @@ std::optional<Affine> takeTransform(TextCursor& cursor) {
 
 } // namespace
 
-std::optional<Affine> parseTransform(std::string_view text) {
-    Affine all;
+std::optional<RealMatrix> parseTransform(std::string_view text) {
+    RealMatrix all;
     TextCursor cursor(text);
     cursor.skipBlanks();
     if (cursor.rest() == "none") {
         return all;
     }
     while (!cursor.atEnd()) {
-        const std::optional<Affine> next = takeTransform(cursor);
+        const std::optional<RealMatrix> next = takeTransform(cursor);
         if (!next) {
             return std::nullopt;
         }
-        all = then(*next, all);
+        all = multiply(*next, all);
         cursor.skipSeparator();
     }
     return all;

@@ -1,7 +1,7 @@
 // The value of `transform`, `gradientTransform` and `patternTransform` (SVG 1.1, 7.6).
 #pragma once
 
-#include "app/artwork/paint.h"
+#include "host/matrix.h"
 
 #include <optional>
 #include <string_view>
@@ -10,6 +10,6 @@ namespace corvane {
 
 /// All transforms of a list as one matrix, the last applied first; none where the text is not a
 /// list of transforms.
-std::optional<Affine> parseTransform(std::string_view text);
+std::optional<RealMatrix> parseTransform(std::string_view text);
 
 } // namespace corvane

@@ -38,7 +38,7 @@ void UserBox::add(double x, double y) {
     bottom = std::max(bottom, y);
 }
 
-void UserBox::addCurve(Position start, Position out, Position in, Position end) {
+void UserBox::addCurve(RealPoint start, RealPoint out, RealPoint in, RealPoint end) {
     add(start.x, start.y);
     add(end.x, end.y);
     const auto addAt = [&](double t) {
@@ -57,14 +57,14 @@ void UserBox::add(const UserBox& more) {
     }
 }
 
-UserBox boxThrough(const Affine& matrix, const UserBox& box) {
+UserBox boxThrough(const RealMatrix& matrix, const UserBox& box) {
     UserBox through;
     if (box.empty()) {
         return through;
     }
     for (const double x : {box.left, box.right}) {
         for (const double y : {box.top, box.bottom}) {
-            const Position corner = apply(matrix, {x, y});
+            const RealPoint corner = transform(matrix, {x, y});
             through.add(corner.x, corner.y);
         }
     }

@@ -1,7 +1,7 @@
 // Boxes around geometry in a user space.
 #pragma once
 
-#include "app/artwork/affine.h"
+#include "host/matrix.h"
 
 #include <limits>
 
@@ -19,10 +19,10 @@ struct UserBox {
     double height() const { return bottom - top; }
     void add(double x, double y);
     void add(const UserBox& more);
-    void addCurve(Position start, Position out, Position in, Position end);
+    void addCurve(RealPoint start, RealPoint out, RealPoint in, RealPoint end);
 };
 
 /// A box of one space in another, around all of it.
-UserBox boxThrough(const Affine& matrix, const UserBox& box);
+UserBox boxThrough(const RealMatrix& matrix, const UserBox& box);
 
 } // namespace corvane

@@ -35,7 +35,7 @@ std::optional<ViewBox> parseViewBox(std::string_view text) {
     return ViewBox{numbers[0], numbers[1], numbers[2], numbers[3]};
 }
 
-Affine viewBoxMatrix(const ViewBox& box, const ViewBox& area, std::string_view aspect) {
+RealMatrix viewBoxMatrix(const ViewBox& box, const ViewBox& area, std::string_view aspect) {
     double scaleX = area.width / box.width;
     double scaleY = area.height / box.height;
     if (aspect.find("none") == std::string_view::npos) {

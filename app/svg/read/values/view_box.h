@@ -1,7 +1,7 @@
 // The mapping of a `viewBox` onto the area that shows it (SVG 1.1, 7.7 and 7.8).
 #pragma once
 
-#include "app/artwork/paint.h"
+#include "host/matrix.h"
 
 #include <optional>
 #include <string_view>
@@ -21,7 +21,7 @@ std::optional<ViewBox> parseViewBox(std::string_view text);
 
 /// Leads from the view box, which has an area, to `area`, as the value of `preserveAspectRatio`
 /// says; what that does not know counts as "xMidYMid meet".
-Affine viewBoxMatrix(const ViewBox& box, const ViewBox& area, std::string_view aspect);
+RealMatrix viewBoxMatrix(const ViewBox& box, const ViewBox& area, std::string_view aspect);
 
 /// Whether that value lets the box reach beyond its area.
 bool slices(std::string_view aspect);

@@ -20,7 +20,7 @@ Art onlyShape(const Document& document) {
 }
 
 /// Where a point of the paint's own space lies on the page, counted from the upper left.
-std::pair<double, double> onPage(const Affine& matrix, double x, double y) {
+std::pair<double, double> onPage(const RealMatrix& matrix, double x, double y) {
     return {matrix.a * x + matrix.c * y + matrix.tx,
             200 - (matrix.b * x + matrix.d * y + matrix.ty)};
 }

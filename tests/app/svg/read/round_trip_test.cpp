@@ -157,6 +157,57 @@ TEST(RoundTrip, ClipsThatCutAndThatDoNot) {
     }
 }
 
+TEST(RoundTrip, SourcesOfArtOfEveryKind) {
+    ArtBuilder art;
+    Document& document = art.document;
+    std::int32_t next = 0;
+    const auto tag = [&](Art tagged) {
+        document.setSource(tagged, {next, std::int64_t{next} << 40, next});
+        ++next;
+    };
+    const Art layer = art.layerArt();
+    tag(layer);
+    tag(art.path(layer, box(0, 0, 10, 10), filled()));
+    const Art compound = art.compound(layer);
+    tag(compound);
+    art.path(compound, box(0, 0, 20, 20), filled());
+    art.path(compound, box(5, 5, 15, 15), filled());
+    for (const double reach : {5.0, 50.0}) { // a clip that cuts, and one that does not
+        const Art clipped = art.clippedGroup(layer, box(0, 0, reach, reach));
+        tag(clipped);
+        tag(document.firstChild(clipped));
+        tag(art.behindClip(clipped, box(2, 2, 20, 20), filled()));
+    }
+    // Text and placed images have no element yet: what stands beside them is as it was.
+    document.make(ArtKind::text, Placement::inside, layer);
+    document.make(ArtKind::placed, Placement::inside, layer);
+    expectSameAgain(art);
+    const std::string text = art.svg();
+    std::int32_t told = 0;
+    for (std::size_t at = text.find("source=\""); at != std::string::npos;
+         at = text.find("source=\"", at + 1)) {
+        ++told;
+    }
+    EXPECT_EQ(told, next);
+
+    const auto sourceFrom = [](const std::string& svg) {
+        const ReadArt read(svg);
+        const Art top = read.document.layerArt(read.document.firstLayer());
+        return read.document.source(read.document.firstChild(top));
+    };
+    const auto path = [](const std::string& source) {
+        return "<path d='M0 0H9' data-source='" + source + "'/>";
+    };
+    EXPECT_EQ(sourceFrom(ourSvg(path(" 1  9223372036854775807 2147483647 "))),
+              (ArtSource{1, INT64_MAX, INT32_MAX}));
+    EXPECT_EQ(sourceFrom(foreignSvg(path("1 2 3"))), std::nullopt);
+    for (const char* const wrong :
+         {"", "1 2", "1 2 3 4", "1 2 x", "-1 2 3", "1 2 -3", "+1 2 3", "2 1 3", "1,2,3", "1 2 3.0",
+          "0x1 2 3", "1 9223372036854775808 3", "1 2 2147483648"}) {
+        EXPECT_EQ(sourceFrom(ourSvg(path(wrong))), std::nullopt) << wrong;
+    }
+}
+
 /// Deeper than the writer nests elements, with clips that its objects carry themselves. Of those,
 /// only what is used comes back; after that nothing changes.
 TEST(RoundTrip, ArtDeeperThanElements) {

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 namespace corvane::test {
 namespace {
 
@@ -124,6 +126,25 @@ TEST(ReadStructure, WhatCannotBeHeldIsCounted) {
         {"mask", 1},    {"marker", 1},          {"animate", 2},
         {"opacity", 1}, {"hidden element", 2}};
     EXPECT_EQ(art.reading.ignored, wanted);
+}
+
+TEST(ReadStructure, ImagesAreListedAndNotOpened) {
+    const ReadArt art(foreignSvg(
+        "<g transform='translate(10 20)'><image id='logo' href='no/such file.png' x='1' y='10%'"
+        " width='2em' height='3' style='font-size:10px' transform='scale(2)'/></g>"
+        "<symbol id='s'><image xlink:href=' data:image/png;base64,AAAA'/></symbol>"
+        "<use href='#s'/><use href='#s'/>"));
+    EXPECT_EQ(art.ignored("image"), 3);
+    ASSERT_EQ(art.reading.images.size(), 3U);
+    const SvgImage& image = art.reading.images.front();
+    EXPECT_EQ(image.id, "logo");
+    EXPECT_EQ(image.href, "no/such file.png");
+    EXPECT_FALSE(image.embedded);
+    EXPECT_EQ((std::array{image.x, image.y, image.width, image.height}),
+              (std::array{1.0, 20.0, 20.0, 3.0}));
+    EXPECT_EQ(image.matrix, (RealMatrix{2, 0, 0, -2, 10, 180}));
+    EXPECT_TRUE(art.reading.images.back().embedded);
+    EXPECT_EQ(art.reading.images.back().href, "data:image/png;base64");
 }
 
 TEST(ReadStructure, WhatIsNotUnderstoodInPlaceIsCounted) {

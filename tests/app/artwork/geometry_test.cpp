@@ -1,6 +1,6 @@
-// Affine maps, and art under them.
-#include "app/artwork/affine.h"
+// Points, segments, styles and art under a matrix.
 #include "app/artwork/document.h"
+#include "app/artwork/geometry.h"
 #include "app/artwork/transform_art.h"
 
 #include <gtest/gtest.h>
@@ -11,31 +11,7 @@
 namespace corvane {
 namespace {
 
-constexpr Affine sheared{2, 1, -1, 3, 10, -20};
-
-TEST(Affine, thenIsOneAfterTheOtherAndInverseUndoesIt) {
-    const Affine moved{0.1, 0, 0, 4, -1e6, 7};
-    const Position both = apply(then(moved, sheared), {3, 5});
-    const Position steps = apply(sheared, apply(moved, {3, 5}));
-    EXPECT_NEAR(both.x, steps.x, 1e-6);
-    EXPECT_NEAR(both.y, steps.y, 1e-6);
-    EXPECT_EQ(then(Affine{0.1, 0, 0, 0.1, 0, 0}, {1, 0, 0, 1, -1e9, 1e9}).a, 0.1);
-    const Position back = apply(*inverse(sheared), apply(sheared, {3, 5}));
-    EXPECT_NEAR(back.x, 3, 1e-12);
-    EXPECT_NEAR(back.y, 5, 1e-12);
-    for (const Affine& flat :
-         {Affine{1, 2, 2, 4, 0, 0}, Affine{0, 0, 0, 0, 1, 1}, Affine{1e-300, 0, 0, 1e-300, 0, 0}}) {
-        EXPECT_FALSE(inverse(flat).has_value());
-    }
-}
-
-TEST(Affine, scales) {
-    EXPECT_NEAR(meanStretch(sheared), 2.6457513, 1e-6);
-    EXPECT_NEAR(largestStretch({0, 3, -2, 0, 5, 5}), 3, 1e-12);
-    EXPECT_NEAR(largestStretch({1, 0, 1, 1, 0, 0}), 1.6180340, 1e-6);
-}
-
-TEST(Affine, pointsAreRoundedAndSaturate) {
+TEST(Geometry, pointsAreRoundedAndSaturate) {
     constexpr Fixed most = std::numeric_limits<Fixed>::max();
     constexpr Fixed least = std::numeric_limits<Fixed>::min();
     constexpr double nan = std::numeric_limits<double>::quiet_NaN();

@@ -1,0 +1,50 @@
+#include "app/artwork/geometry.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace corvane {
+
+namespace {
+
+Fixed fixedNumber(double value) {
+    constexpr double least = std::numeric_limits<Fixed>::min();
+    constexpr double most = std::numeric_limits<Fixed>::max();
+    const double units = std::round(value * fixedOne);
+    return std::isnan(units) ? 0 : static_cast<Fixed>(std::clamp(units, least, most));
+}
+
+Fixed scaledLength(Fixed length, double scale) {
+    const Fixed result = fixedNumber(static_cast<double>(length) / fixedOne * scale);
+    return length > 0 ? std::max(result, 1) : result;
+}
+
+} // namespace
+
+RealPoint realPoint(Point point) {
+    return {static_cast<double>(point.x) / fixedOne, static_cast<double>(point.y) / fixedOne};
+}
+
+Point fixedPoint(RealPoint at) {
+    return {fixedNumber(at.x), fixedNumber(at.y)};
+}
+
+void transform(std::span<Segment> segments, const RealMatrix& map) {
+    for (Segment& segment : segments) {
+        for (Point* const point : {&segment.anchor, &segment.in, &segment.out}) {
+            *point = fixedPoint(transform(map, realPoint(*point)));
+        }
+    }
+}
+
+PathStyle scaled(PathStyle style, double scale) {
+    style.lineWidth = scaledLength(style.lineWidth, scale);
+    style.dashPhase = scaledLength(style.dashPhase, scale);
+    for (Fixed& length : style.dash) {
+        length = scaledLength(length, scale);
+    }
+    return style;
+}
+
+} // namespace corvane

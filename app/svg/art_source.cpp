@@ -1,0 +1,50 @@
+#include "app/svg/art_source.h"
+
+#include <algorithm>
+#include <charconv>
+#include <system_error>
+
+namespace corvane {
+
+namespace {
+
+/// Takes a number of digits alone, and the blanks before it.
+template <class Number>
+bool takeNumber(std::string_view& text, Number& number) {
+    text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+    if (text.empty() || text.front() == '-') {
+        return false;
+    }
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+    return error == std::errc() && (text.empty() || text.front() == ' ');
+}
+
+} // namespace
+
+void writeArtSource(TextOutput& out, std::string_view name, const ArtSource& source) {
+    constexpr std::size_t room = 64; // three numbers and what is around them
+    out.text(" ");
+    out.text(name);
+    char* at = out.room(room);
+    char* const last = at + room;
+    *at++ = '=';
+    *at++ = '"';
+    at = std::to_chars(at, last, source.start).ptr;
+    *at++ = ' ';
+    at = std::to_chars(at, last, source.end).ptr;
+    *at++ = ' ';
+    at = std::to_chars(at, last, source.ordinal).ptr;
+    *at++ = '"';
+    out.advance(at);
+}
+
+std::optional<ArtSource> parseArtSource(std::string_view text) {
+    ArtSource source;
+    const bool whole = takeNumber(text, source.start) && takeNumber(text, source.end) &&
+                       takeNumber(text, source.ordinal) &&
+                       text.find_first_not_of(' ') == std::string_view::npos;
+    return whole && source.start <= source.end ? std::optional(source) : std::nullopt;
+}
+
+} // namespace corvane
