@@ -11,24 +11,11 @@
 #include "runtime/warning.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace corvane {
 
 namespace {
-
-void openRegistries() {
-    openIdentity();
-    openFamily();
-    openMask();
-    openXRef();
-}
-
-void closeRegistries() {
-    closeXRef();
-    closeMask();
-    closeFamily();
-    closeIdentity();
-}
 
 void allocateState(ParameterBlock& block) {
     if (block.state) {
@@ -44,27 +31,25 @@ void allocateState(ParameterBlock& block) {
 
 } // namespace
 
-DocumentSession::DocumentSession(ParameterBlock& block) : block_(block) {
-    allocateState(block);
-    const std::int16_t directory = specifiedDirectory(*block.file);
-    const std::string name = specifiedName(*block.file);
-    open_ = true;
-    const Exception code = guarded([&] {
-        openRegistries();
-        cache_ = openCache(directory, name);
-    });
-    if (code != Exception::none) {
-        guarded([this] { close(); });
-        raiseException(code);
-    }
+DocumentSession::Registries::Registries() {
+    openIdentity();
+    openFamily();
+    openMask();
+    openXRef();
 }
 
-DocumentSession::~DocumentSession() {
-    if (open_) {
-        const Exception pending = valueException();
-        guarded([this] { close(); });
-        detail::storeException(pending);
-    }
+DocumentSession::Registries::~Registries() {
+    closeXRef();
+    closeMask();
+    closeFamily();
+    closeIdentity();
+    closeStack();
+    resetWarning();
+}
+
+DocumentSession::DocumentSession(ParameterBlock& block) : block_(block) {
+    allocateState(block);
+    cache_ = openCache(specifiedDirectory(*block.file), specifiedName(*block.file));
 }
 
 std::int32_t& DocumentSession::page() {
@@ -72,17 +57,7 @@ std::int32_t& DocumentSession::page() {
 }
 
 void DocumentSession::close() {
-    open_ = false;
-    const Exception code = guarded([this] {
-        if (cache_) {
-            closeCache(std::move(cache_));
-        }
-    });
-    closeRegistries();
-    clearStack();
-    closeStack();
-    resetWarning();
-    raiseException(code);
+    closeCache(std::move(cache_));
 }
 
 bool selectPage(DocumentCache& cache, std::int32_t& page) {

@@ -13,20 +13,28 @@ class DocumentSession {
 public:
     /// Makes the state block where the host has none yet, opens the registries and the file.
     explicit DocumentSession(ParameterBlock& block);
-    /// Closes what is still open; what fails then is dropped.
-    ~DocumentSession();
     DocumentSession(const DocumentSession&) = delete;
     DocumentSession& operator=(const DocumentSession&) = delete;
 
     DocumentCache& cache() { return *cache_; }
     /// The page that the person chose, kept between calls.
     std::int32_t& page();
+    /// Closes the document; what fails then is raised.
     void close();
 
 private:
+    /// What is there once for all documents: empty before a session, and again behind it.
+    class Registries {
+    public:
+        Registries();
+        ~Registries();
+        Registries(const Registries&) = delete;
+        Registries& operator=(const Registries&) = delete;
+    };
+
     ParameterBlock& block_;
+    Registries registries_;
     std::unique_ptr<DocumentCache> cache_;
-    bool open_ = false;
 };
 
 /// Settles the page: as asked for by the host extension, by the person, or the only one. False:

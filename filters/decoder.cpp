@@ -43,9 +43,8 @@ void Decoder::begin() {
 
 std::int32_t Decoder::mark() {
     const std::int32_t below = markFilter(*next);
-    // Bytes of a decoder below are no bytes of a file: what was read ahead of them has no place.
-    const bool exact = dynamic_cast<const Decoder*>(next) == nullptr;
-    return exact ? below - static_cast<std::int32_t>(intake_.readAhead()) : below;
+    // What was read ahead of decoded bytes has no place in the file.
+    return next->decodes() ? below : below - static_cast<std::int32_t>(intake_.readAhead());
 }
 
 void Decoder::unlink() {

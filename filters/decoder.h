@@ -21,6 +21,7 @@ class Decoder : public Filter {
 public:
     /// Keeps the bytes: a decoder cannot seek to them.
     void giveBack(std::span<const std::byte> bytes) override;
+    bool decodes() const override { return true; }
 
 protected:
     explicit Decoder(Entry procedure) : Filter(procedure) {}

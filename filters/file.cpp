@@ -81,6 +81,16 @@ ParamBlock blockOf(const FileRecord& file) {
     return block;
 }
 
+/// Closes the data fork, if it is open, and clears the record.
+OSErr closeFork(FileRecord& file) noexcept {
+    if (file.dataRef == 0) {
+        return noErr;
+    }
+    ParamBlock block = blockOf(file);
+    file = {};
+    return PBCloseSync(&block);
+}
+
 /// Makes the file that mode "write" goes on to open. What exists is never replaced: it may be the
 /// only copy of somebody's work.
 void createFile(ParamBlock block) {
@@ -134,11 +144,14 @@ void closeFile(FileRecord& file) {
     if (file.dataRef == 0) {
         return;
     }
-    ParamBlock block = blockOf(file);
+    ParamBlock block;
     block.ioVRefNum = file.volume;
-    file = {};
-    check(PBCloseSync(&block));
+    check(closeFork(file));
     PBFlushVolSync(&block);
+}
+
+void dropFile(FileRecord& file) noexcept {
+    closeFork(file);
 }
 
 std::int32_t readFile(FileRecord& file, std::span<std::byte> buffer) {

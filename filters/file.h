@@ -34,6 +34,8 @@ void openFile(FileRecord& file, std::int16_t volume, std::string_view name, std:
 /// Closes the data fork and clears the record, also where closing raises (`io`). Nothing where it
 /// is not open.
 void closeFile(FileRecord& file);
+/// The same without asking how it went, for destructors.
+void dropFile(FileRecord& file) noexcept;
 
 /// Reads at the mark; the number of bytes read, fewer than asked for only at the end of the file.
 /// Raises `access` where the record is not open in mode "read", `io` where reading fails.

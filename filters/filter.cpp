@@ -92,8 +92,11 @@ void Chain::link(FilterOwner filter) {
 void Chain::unlink() {
     Exception first = Exception::none;
     while (top_ != base_) {
-        Filter* const filter = std::exchange(top_, top_->next);
-        const Exception code = guarded([&] { unlinkFilter(filter); });
+        const Exception code = guarded([&] {
+            while (top_ != base_) {
+                unlinkFilter(std::exchange(top_, top_->next));
+            }
+        });
         if (first == Exception::none) {
             first = code;
         }

@@ -12,6 +12,9 @@
 //   is written, nothing raises. `Chain` does so for what is left when an exception passes.
 // - Fewer bytes than asked for mean the end of the data; reading on yields nothing. After its data
 //   a filter leaves the one below just behind the last byte that the data needed.
+// - Several chains may stand on one file and be read in turn, each on a range filter: a range goes
+//   back to its own place before it reads. So nobody who reads a file that is shared counts on
+//   where it stands: he goes to his place first, and leaves it wherever he is done.
 // - Operations that a filter does not transform go to the filter below; it ignores codes from 6 up
 //   that are not its own.
 #pragma once
@@ -49,6 +52,8 @@ struct Filter {
     /// Takes back the last bytes that it delivered, to deliver them again: how a filter that reads
     /// ahead leaves this one just after what it needed. The usual way is to seek.
     virtual void giveBack(std::span<const std::byte> bytes);
+    /// Whether its bytes are others than those of the file, so that they have no places there.
+    virtual bool decodes() const { return false; }
 
     Entry entry;
     Filter* next = nullptr;
@@ -92,7 +97,8 @@ public:
     /// Links one more filter.
     void link(FilterOwner filter);
     /// Unlinks every filter above the base, top first. Where one raises, it is gone, the rest are
-    /// unlinked too, and the first code is raised again.
+    /// unlinked too, and the first code is raised again. Where no block can be guarded any more
+    /// (`limit`), none is unlinked.
     void unlink();
     void abandon() noexcept;
 

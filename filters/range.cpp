@@ -11,6 +11,12 @@ namespace {
 std::int32_t transferRange(RangeFilter& filter, Operation operation, std::byte* buffer,
                            std::int32_t count) {
     count = std::clamp(count, 0, filter.end - filter.position);
+    if (count == 0) {
+        return 0;
+    }
+    if (markFilter(*filter.next) != filter.position) {
+        seekFilter(*filter.next, filter.position);
+    }
     callFilter(*filter.next, operation, buffer, &count);
     filter.position += count;
     return count;

@@ -14,7 +14,8 @@ struct RangeFilter : Filter {
 };
 
 /// A view of [start, end). Linking goes to `start` and raises `io` where that is not reached.
-/// Positions are those of the filter below; seeking stays inside the view.
+/// Positions are those of the filter below; seeking stays inside the view. The filter below may be
+/// moved by others in between: the range goes back to its own place before it reads or writes.
 FilterOwner setupRange(std::int32_t start, std::int32_t end);
 
 } // namespace corvane

@@ -42,13 +42,7 @@ StreamFilter::StreamFilter(std::int16_t volumeReference, std::string_view name,
     : Filter(entryStream), volume(volumeReference), fileName(name), mode(fileMode) {}
 
 StreamFilter::~StreamFilter() {
-    // An abandoned stream still gives its descriptor back; that the close failed is of no use now.
-    const Exception pending = valueException();
-    guarded([&] { closeFile(file); });
-    resetException();
-    if (pending != Exception::none) {
-        detail::storeException(pending);
-    }
+    dropFile(file); // an abandoned stream still gives its descriptor back
 }
 
 FilterOwner setupStream(std::int16_t volume, std::string_view name, std::string_view mode) {

@@ -188,7 +188,7 @@ TokenType TokenFilter::readNumberToken() {
 }
 
 std::int32_t TokenFilter::mark() {
-    return markFilter(*next) - static_cast<std::int32_t>(fill_ - position_);
+    return markFilter(*next) - static_cast<std::int32_t>(readAhead());
 }
 
 std::int32_t TokenFilter::seek(std::int32_t position) {

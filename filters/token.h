@@ -60,6 +60,8 @@ public:
     std::int64_t tokenEnd() const { return origin_ + static_cast<std::int64_t>(position_); }
 
     std::int32_t mark();
+    /// Bytes read from below that are behind the last token.
+    std::size_t readAhead() const { return fill_ - position_; }
     std::int32_t seek(std::int32_t position);
     std::int32_t read(std::byte* to, std::int32_t count);
     void giveBack(std::span<const std::byte> bytes) override;

@@ -213,7 +213,11 @@ void emptyStack() {
     operandStack.count = 0;
 }
 
-void closeStack() {
+void closeStack() noexcept {
+    while (operandStack.count > 0) {
+        Object object = popStack();
+        detail::dropObject(object);
+    }
     storage = Storage{};
     operandStack = detail::OperandStack{};
 }

@@ -85,8 +85,8 @@ Object& referStack(std::int32_t depth);
 void clearStack(std::int32_t keep = 0);
 /// Pops every object without freeing it.
 void emptyStack();
-/// Gives the stack's memory back; it must be empty.
-void closeStack();
+/// Frees what is left on the stack, whatever it is, and gives its memory back.
+void closeStack() noexcept;
 /// Objects above the nearest mark, which must be of this kind; otherwise `mark`.
 std::int32_t countToMark(Mark kind);
 /// Compares the topmost operands with `signature`, deepest first: too few raise `underflow`,

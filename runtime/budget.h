@@ -51,6 +51,11 @@ inline constexpr std::int32_t patternNesting = 8;
 /// work.
 inline constexpr std::int64_t contentTokens = 100'000'000;
 
+/// Bytes that the streams of one page may deliver, those on the way from one filter to the next
+/// counted too: the longest pages need a third of it, and what is kept of them must fit the zone,
+/// which is as large. Two or three seconds' work.
+inline constexpr std::int64_t pageBytes = 1 << 30;
+
 /// Bytes of one value of a page's dictionary that is carried over to a new page object: real ones
 /// are links to what is large.
 inline constexpr std::int32_t keptEntryBytes = 16 << 20;

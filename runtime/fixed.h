@@ -43,8 +43,12 @@ constexpr std::int32_t fixed2long(Fixed value) {
     return static_cast<std::int32_t>((std::int64_t{value} + fixedOne / 2) >> 16);
 }
 
+constexpr Fixed negateFixed(Fixed value) {
+    return detail::saturated(-std::int64_t{value});
+}
+
 constexpr Fixed absoluteFixed(Fixed value) {
-    return value < 0 ? detail::saturated(-std::int64_t{value}) : value;
+    return value < 0 ? negateFixed(value) : value;
 }
 
 /// The integer below or at the value; not a 16.16 number.

@@ -75,8 +75,12 @@ bool ChunkPool::commit(std::uint32_t end) {
     return true;
 }
 
-void ChunkPool::insertFree(std::uint32_t first, std::uint32_t count) {
-    free_.emplace(count, first);
+void ChunkPool::insertFree(std::uint32_t first, std::uint32_t count) noexcept {
+    try {
+        free_.emplace(count, first);
+    } catch (const std::bad_alloc&) {
+        return; // blocks are given back by destructors: better to lose the run than to raise
+    }
     ends_[first] = count;
     ends_[first + count - 1] = count;
 }

@@ -46,7 +46,7 @@ public:
     void clear(std::uint32_t first, std::uint32_t count, std::int64_t bytes);
 
 private:
-    void insertFree(std::uint32_t first, std::uint32_t count);
+    void insertFree(std::uint32_t first, std::uint32_t count) noexcept;
     void eraseFree(std::uint32_t first, std::uint32_t count);
     bool commit(std::uint32_t end);
 

@@ -130,7 +130,11 @@ public:
     }
     ~PlacedTile() {
         tiling_.placed_.pop_back();
-        document_.disposeTile(top_);
+        try {
+            document_.disposeTile(top_);
+        } catch (...) {
+            // Whoever it was shown to made a pattern of it, to which it belongs now.
+        }
     }
     PlacedTile(const PlacedTile&) = delete;
     PlacedTile& operator=(const PlacedTile&) = delete;

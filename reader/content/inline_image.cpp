@@ -4,6 +4,7 @@
 #include "objects/stack.h"
 #include "reader/content/content_keywords.h"
 #include "reader/content/interpreter.h"
+#include "runtime/budget.h"
 
 #include <algorithm>
 #include <string_view>
@@ -120,7 +121,11 @@ std::int64_t imageDataLength(Interpreter& interpreter) {
     const std::int64_t width = wholeNumber(entryOf("Width", "W"));
     const std::int64_t height = wholeNumber(entryOf("Height", "H"));
     const std::int64_t bits = pixelBits(interpreter);
-    return width > 0 && height > 0 && bits > 0 ? (width * bits + 7) / 8 * height : -1;
+    if (width <= 0 || height <= 0 || bits <= 0) {
+        return -1;
+    }
+    const std::int64_t rowBytes = (width * bits + 7) / 8;
+    return rowBytes <= budget::pageBytes / height ? rowBytes * height : -1;
 }
 
 void skipImageData(TokenFilter& tokens, std::int64_t length) {

@@ -102,31 +102,23 @@ DocumentCache::~DocumentCache() = default;
 
 std::unique_ptr<DocumentCache> openCache(std::int16_t volume, std::string_view fileName) {
     auto cache = std::make_unique<DocumentCache>();
-    const Exception code = guarded([&] {
-        cache->volume = volume;
-        cache->fileName = fileName;
-        openInterpreter(*cache);
-        cache->references = openReference();
-        openFileChain(*cache);
-        locateHeader(*cache);
-        if (rules().marksUpdates) {
-            passUnfinished(*cache, false);
-        }
-        readReferences(*cache);
-    });
-    if (code != Exception::none) {
-        cache.reset();
-        againException();
+    cache->volume = volume;
+    cache->fileName = fileName;
+    openInterpreter(*cache);
+    cache->references = openReference();
+    openFileChain(*cache);
+    locateHeader(*cache);
+    if (rules().marksUpdates) {
+        passUnfinished(*cache, false);
     }
+    readReferences(*cache);
     return cache;
 }
 
 void closeCache(std::unique_ptr<DocumentCache> cache) {
-    cache->trailer = ObjectOwner();
-    cache->references.reset();
-    const Exception code = guarded([&] { cache->fileChain.unlink(); });
+    Chain file = std::move(cache->fileChain);
     cache.reset();
-    raiseException(code);
+    file.unlink();
 }
 
 } // namespace corvane

@@ -39,6 +39,7 @@ struct ReadingWork {
     std::int64_t readBytes = 0;     ///< of objects, those read again counted again
     std::int64_t comparedKeys = 0;  ///< of dictionaries looked into
     std::int64_t searchedBytes = 0; ///< looked through for ends of streams
+    std::int64_t pageBytes = 0;     ///< that streams delivered since the page came into use
 };
 
 struct DocumentCache {
@@ -53,7 +54,7 @@ struct DocumentCache {
     std::string fileName;
     Art art = Art::null; ///< where imports go; given back to the host when a page is drawn
 
-    Chain fileChain;          ///< stream and buffer
+    Chain fileChain;          ///< stream and buffer; who reads goes to his own place first
     Filter* input = nullptr;  ///< what the operators read: the token filter in use, or the buffer
     Filter* output = nullptr; ///< what the primitives write to, while something is written
     std::int32_t wholeLength = 0; ///< bytes of the file
@@ -86,7 +87,8 @@ struct DocumentCache {
 /// than 256 bytes, `structure` where it is damaged, `crossReference` where it is encrypted.
 std::unique_ptr<DocumentCache> openCache(std::int16_t volume, std::string_view fileName);
 
-/// Closes everything. What cannot be closed raises, after the rest was closed.
+/// Closes everything. What cannot be closed raises, after the rest was closed. A cache that is
+/// destroyed without this is abandoned, and nothing raises.
 void closeCache(std::unique_ptr<DocumentCache> cache);
 
 /// What reading a section tells of it, besides the objects and the trailer.

@@ -83,21 +83,20 @@ std::vector<Revision> revisions(DocumentCache& cache) {
     return found;
 }
 
-SectionScope::SectionScope(DocumentCache& cache, std::int32_t offset)
-    : cache_(cache), references_(openReference()) {
+SectionScope::SectionScope(DocumentCache& cache) : cache_(cache), references_(openReference()) {
     exchange();
-    const Exception code = guarded([&] { facts_ = xrefCache(cache_, offset); });
-    if (code != Exception::none) {
-        exchange();
-        againException();
-    }
+}
+
+// By way of the other constructor, so that a failure further on exchanges them again.
+SectionScope::SectionScope(DocumentCache& cache, std::int32_t offset) : SectionScope(cache) {
+    facts_ = xrefCache(cache_, offset);
 }
 
 SectionScope::~SectionScope() {
     exchange();
 }
 
-void SectionScope::exchange() {
+void SectionScope::exchange() noexcept {
     std::swap(cache_.references, references_);
     std::swap(cache_.trailer, trailer_);
     std::swap(cache_.freed, freed_);

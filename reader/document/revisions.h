@@ -32,7 +32,8 @@ public:
     const SectionFacts& facts() const { return facts_; }
 
 private:
-    void exchange();
+    explicit SectionScope(DocumentCache& cache);
+    void exchange() noexcept;
 
     DocumentCache& cache_;
     ReferenceTableOwner references_;

@@ -60,7 +60,6 @@ SectionFacts xrefCache(DocumentCache& cache, std::int32_t offset) {
     if (typeObject(cache.trailer.get()) == ObjectType::empty) {
         cache.trailer = std::move(trailer);
     }
-    scope.leave();
     return facts;
 }
 

@@ -62,6 +62,7 @@ void forgetPage(DocumentCache& cache) {
         *field = ObjectOwner();
     }
     cache.pageNumber = 0;
+    cache.work.pageBytes = 0;
 }
 
 ObjectOwner pageDictionary(DocumentCache& cache, const PageEntry& entry) {

@@ -1,10 +1,11 @@
 #include "reader/page/page_digest.h"
 
+#include "reader/syntax/stream_chain.h"
 #include "runtime/digest.h"
-#include "runtime/exception.h"
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <vector>
 
 namespace corvane {
@@ -78,19 +79,32 @@ void feedPage(Digest& digest, const Object& page) {
     feedObjects(digest, std::move(fed));
 }
 
-void feedFile(Digest& digest, Filter& file, std::int32_t start, std::int32_t end) {
+void feedStream(Digest& digest, DocumentCache& cache, const Object& stream) {
+    const std::span<Object> parts = elementsObject(stream);
+    feedObject(digest, parts[0]);
+    feedNumber(digest, std::int64_t{integerObject(parts[2])} - integerObject(parts[1]));
+    const Chain bytes = rawStream(cache, stream);
     std::array<std::byte, 16384> buffer;
-    feedNumber(digest, std::int64_t{end} - start);
-    seekFilter(file, start);
-    while (start < end) {
-        const auto wanted =
-            std::min<std::size_t>(buffer.size(), static_cast<std::size_t>(end - start));
-        const std::size_t count = readFilter(file, std::span(buffer).first(wanted));
-        if (count == 0) {
-            return;
-        }
+    while (const std::size_t count = readFilter(*bytes.top(), buffer)) {
         digest.feed(std::span(buffer).first(count));
-        start += static_cast<std::int32_t>(count);
+    }
+}
+
+/// What stands for a stream that was fed before; no type of an object.
+constexpr std::int64_t again = -1;
+
+/// A small file may name a large stream again and again: each is read once.
+void feedStreams(Digest& digest, DocumentCache& cache, std::span<const ObjectOwner> streams) {
+    std::map<std::uint32_t, std::int64_t> fed; // by the storage that all that name it share
+    for (const ObjectOwner& stream : streams) {
+        const auto [place, isNew] =
+            fed.emplace(stream.get().data, static_cast<std::int64_t>(fed.size()));
+        if (isNew) {
+            feedStream(digest, cache, stream.get());
+        } else {
+            feedNumber(digest, again);
+            feedNumber(digest, place->second);
+        }
     }
 }
 
@@ -103,11 +117,7 @@ std::uint64_t digestPage(DocumentCache& cache, std::span<const ObjectOwner> stre
          {&cache.mediaBox, &cache.cropBox, &cache.rotate, &cache.resources}) {
         feedObject(digest, field->get());
     }
-    for (const ObjectOwner& stream : streams) {
-        const std::span<Object> parts = elementsObject(stream.get());
-        feedObject(digest, parts[0]);
-        feedFile(digest, *cache.fileChain.top(), integerObject(parts[1]), integerObject(parts[2]));
-    }
+    feedStreams(digest, cache, streams);
     return digest.value();
 }
 

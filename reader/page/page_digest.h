@@ -9,7 +9,8 @@
 namespace corvane {
 
 /// Of the page's dictionary but for PieceInfo and LastModified, of what it inherits, and of its
-/// content streams as they stand in the file. References count by their numbers.
+/// content streams as they stand in the file, in order; one that comes again counts by its place.
+/// References count by their numbers.
 std::uint64_t digestPage(DocumentCache& cache, std::span<const ObjectOwner> streams);
 
 } // namespace corvane

@@ -44,7 +44,7 @@ Matrix turnedAboutCentre(const Box& crop, std::int32_t degrees) {
     const Fixed y = middle(crop.bottom, crop.top);
     Matrix matrix;
     callHost(slot::setIdentityMatrix, &matrix);
-    callHost(slot::translateMatrix, &matrix, -x, -y);
+    callHost(slot::translateMatrix, &matrix, negateFixed(x), negateFixed(y));
     callHost(slot::rotateMatrix, &matrix, callHost(slot::degreesToAngle, long2fixed(-degrees)));
     callHost(slot::translateMatrix, &matrix, x, y);
     return matrix;

@@ -8,6 +8,7 @@
 #include "filters/lzw.h"
 #include "filters/predictor.h"
 #include "filters/run_length.h"
+#include "reader/syntax/meter.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
 #include "runtime/rules.h"
@@ -174,7 +175,11 @@ void linkDecodeFilter(DocumentCache& cache, Chain& chain, std::string_view name,
     if (found == decodeFilters.end()) {
         failException(Exception::range);
     }
+    const Filter* const below = chain.top();
     found->link({.cache = cache, .chain = chain, .written = parameters});
+    if (chain.top() != below) {
+        chain.link(setupMeter(cache.work));
+    }
 }
 
 } // namespace corvane

@@ -11,11 +11,9 @@ std::string bytesOfFile(DocumentCache& cache, std::int64_t position, std::int64_
     if (position < 0 || position >= length || count <= 0) {
         return {};
     }
-    const std::int32_t former = markFilter(file);
     std::string bytes(static_cast<std::size_t>(std::min(count, length - position)), '\0');
     seekFilter(file, static_cast<std::int32_t>(position));
     bytes.resize(readFilter(file, std::as_writable_bytes(std::span(bytes))));
-    seekFilter(file, former);
     return bytes;
 }
 

@@ -9,7 +9,7 @@
 namespace corvane {
 
 /// At most `count` bytes from `position` on, counted from the first byte of the file; fewer at the
-/// end of the file, none before its start. The file stands where it stood afterwards.
+/// end of the file, none before its start.
 std::string bytesOfFile(DocumentCache& cache, std::int64_t position, std::int64_t count);
 
 } // namespace corvane

@@ -14,8 +14,7 @@ constexpr std::int64_t placesPerCheck = 64;
 } // namespace
 
 FileScope::FileScope(DocumentCache& cache, std::int32_t offset)
-    : cache_(cache), formerInput_(cache.input), formerPosition_(markFilter(*cache.fileChain.top())),
-      chain_(cache.fileChain.top()) {
+    : cache_(cache), formerInput_(cache.input), chain_(cache.fileChain.top()) {
     if (offset < 0 || offset >= cache.fileLength - cache.headerOffset) {
         failException(Exception::structure);
     }
@@ -25,8 +24,10 @@ FileScope::FileScope(DocumentCache& cache, std::int32_t offset)
     if (++cache.work.places % placesPerCheck == 0 && callHost(slot::checkUserAbort)) {
         failException(Exception::cancelled);
     }
-    start_ = offset + cache.headerOffset;
-    seekFilter(*cache.fileChain.top(), start_);
+    std::unique_ptr<RangeFilter> bytes =
+        std::make_unique<RangeFilter>(offset + cache.headerOffset, cache.fileLength);
+    bytes_ = bytes.get();
+    chain_.link(std::move(bytes));
     std::unique_ptr<TokenFilter> tokens = setupToken();
     tokens_ = tokens.get();
     chain_.link(std::move(tokens));
@@ -34,20 +35,9 @@ FileScope::FileScope(DocumentCache& cache, std::int32_t offset)
 }
 
 FileScope::~FileScope() {
-    if (!left_) {
-        // An exception is on its way: it stays the pending one, whatever else fails now.
-        const Exception pending = valueException();
-        guarded([this] { leave(); });
-        detail::storeException(pending);
-    }
-}
-
-void FileScope::leave() {
-    left_ = true;
-    cache_.work.readBytes += tokens_->mark() - start_;
+    const auto ahead = static_cast<std::int32_t>(tokens_->readAhead());
+    cache_.work.readBytes += bytes_->position - bytes_->start - ahead;
     cache_.input = formerInput_;
-    chain_.abandon();
-    seekFilter(*cache_.fileChain.top(), formerPosition_);
 }
 
 } // namespace corvane

@@ -84,7 +84,6 @@ ObjectOwner objectCache(DocumentCache& cache, std::int32_t number, std::int32_t 
     if (foundNumber != number || foundGeneration != generation) {
         failException(Exception::structure);
     }
-    scope.leave();
     return object;
 }
 

@@ -131,9 +131,7 @@ std::optional<std::vector<RawEntry>> entriesAt(DocumentCache& cache, std::int32_
         EntryWalk walk(scope.tokens());
         const auto reference = walk.begin();
         if (walk.atDictionary()) {
-            std::vector<RawEntry> entries = walk.entries();
-            scope.leave();
-            return entries;
+            return walk.entries();
         }
         const Ref<ReferenceNode> node =
             reference ? findReference(*cache.references, reference->first, reference->second)

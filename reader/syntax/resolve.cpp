@@ -32,9 +32,6 @@ Object knownNull() {
 class ReadingMark {
 public:
     ReadingMark(DocumentCache& cache, Ref<ReferenceNode> node) : cache_(cache), node_(node) {
-        if (cache.work.depth == budget::referenceDepth) {
-            failException(Exception::structure);
-        }
         ++cache.work.depth;
         shallowObject(node->value, ObjectType::mark, beingRead);
     }
@@ -52,8 +49,11 @@ private:
     Ref<ReferenceNode> node_;
 };
 
-/// Reads the node's object; where the file is at fault, that is remembered and not tried again.
-void readNode(DocumentCache& cache, Ref<ReferenceNode> node) {
+/// Reads the node's object. A fault of the file is returned, remembered and not tried again.
+Exception readNode(DocumentCache& cache, Ref<ReferenceNode> node) {
+    if (cache.work.depth == budget::referenceDepth) {
+        return Exception::structure;
+    }
     const ReadingMark reading(cache, node);
     const Exception code = guarded([&] {
         ObjectOwner value = objectCache(cache, node->number, node->generation, node->tag);
@@ -62,53 +62,67 @@ void readNode(DocumentCache& cache, Ref<ReferenceNode> node) {
         }
         putReference(*cache.references, node->number, node->generation, value.release());
     });
-    if (isFileFault(code)) {
-        shallowObject(node->value, ObjectType::mark, static_cast<std::int32_t>(code));
+    if (!isFileFault(code)) {
+        raiseException(code);
+        return Exception::none;
     }
-    raiseException(code);
+    resetException();
+    shallowObject(node->value, ObjectType::mark, static_cast<std::int32_t>(code));
+    return code;
 }
 
-/// The value of one node; shared with it.
-ObjectOwner nodeValue(DocumentCache& cache, std::int32_t number, std::int32_t generation) {
+/// The value of one node, shared with it; a fault of the file is returned.
+Exception nodeValue(DocumentCache& cache, std::int32_t number, std::int32_t generation,
+                    ObjectOwner& value) {
+    value = ObjectOwner(nullObject());
     if (number < 0 || number > budget::objectNumber) {
-        failException(Exception::structure);
+        return Exception::structure;
     }
     const Ref<ReferenceNode> node = findReference(*cache.references, number, generation);
     if (!node) {
-        if (rules().missingObjectIsNull) {
-            return ObjectOwner(nullObject());
-        }
-        failException(Exception::underflow);
+        return rules().missingObjectIsNull ? Exception::none : Exception::underflow;
     }
     if (node->value.type == ObjectType::mark) {
-        const auto code = static_cast<Exception>(node->value.data);
-        failException(node->value.data == beingRead ? Exception::structure : code);
+        return node->value.data == beingRead ? Exception::structure
+                                             : static_cast<Exception>(node->value.data);
     }
-    if (node->value.type == ObjectType::null) {
-        if (node->value.size == 0) {
-            readNode(cache, node);
-        }
-        if (node->value.type == ObjectType::null) {
-            return ObjectOwner(nullObject());
+    if (node->value.type == ObjectType::null && node->value.size == 0) {
+        if (const Exception fault = readNode(cache, node); fault != Exception::none) {
+            return fault;
         }
     }
-    retainObject(node->value);
-    return ObjectOwner(node->value);
+    if (node->value.type != ObjectType::null) {
+        retainObject(node->value);
+        value = ObjectOwner(node->value);
+    }
+    return Exception::none;
 }
 
 } // namespace
 
-ObjectOwner resolveObject(DocumentCache& cache, const Object& object) {
+Exception tryResolveObject(DocumentCache& cache, const Object& object, ObjectOwner& value) {
     retainObject(object);
-    ObjectOwner value(object);
+    value = ObjectOwner(object);
     for (std::int32_t i = 0; typeObject(value.get()) == ObjectType::reference; ++i) {
         if (i == budget::referenceDepth) {
-            failException(Exception::structure);
+            return Exception::structure;
         }
         std::int32_t number = 0;
         std::int32_t generation = 0;
         referenceObject(value.get(), number, generation);
-        value = nodeValue(cache, number, generation);
+        if (const Exception fault = nodeValue(cache, number, generation, value);
+            fault != Exception::none) {
+            return fault;
+        }
+    }
+    return Exception::none;
+}
+
+ObjectOwner resolveObject(DocumentCache& cache, const Object& object) {
+    ObjectOwner value;
+    const Exception fault = tryResolveObject(cache, object, value);
+    if (fault != Exception::none) {
+        failException(fault);
     }
     return value;
 }

@@ -6,13 +6,9 @@ namespace corvane {
 
 std::vector<std::uint8_t> streamBytes(DocumentCache& cache, const Object& stream,
                                       std::size_t limit) {
-    const std::int32_t position = markFilter(*cache.fileChain.top());
+    StreamChain chain(cache, stream);
     std::vector<std::uint8_t> bytes(limit);
-    {
-        StreamChain chain(cache, stream);
-        bytes.resize(readFilter(chain.top(), std::as_writable_bytes(std::span(bytes))));
-    }
-    seekFilter(*cache.fileChain.top(), position);
+    bytes.resize(readFilter(chain.top(), std::as_writable_bytes(std::span(bytes))));
     return bytes;
 }
 

@@ -8,7 +8,7 @@
 
 namespace corvane {
 
-/// At most `limit` bytes of a stream, decoded. The file stands where it stood afterwards.
+/// At most `limit` bytes of a stream, decoded.
 std::vector<std::uint8_t> streamBytes(DocumentCache& cache, const Object& stream,
                                       std::size_t limit);
 

@@ -1,14 +1,21 @@
 #include "reader/syntax/stream_chain.h"
 
 #include "filters/range.h"
+#include "reader/syntax/meter.h"
 #include "reader/syntax/utility.h"
 
 namespace corvane {
 
-StreamChain::StreamChain(DocumentCache& cache, const Object& stream)
-    : chain_(cache.fileChain.top()) {
+Chain rawStream(DocumentCache& cache, const Object& stream) {
     const std::span<Object> parts = elementsObject(stream);
-    chain_.link(setupRange(integerObject(parts[1]), integerObject(parts[2])));
+    Chain chain(cache.fileChain.top());
+    chain.link(setupRange(integerObject(parts[1]), integerObject(parts[2])));
+    chain.link(setupMeter(cache.work));
+    return chain;
+}
+
+StreamChain::StreamChain(DocumentCache& cache, const Object& stream)
+    : chain_(rawStream(cache, stream)) {
     linkFilters(cache, chain_, stream);
 }
 

@@ -6,8 +6,13 @@
 
 namespace corvane {
 
-/// A range over the stream's data in the file, and the decoding filters that the stream names on
-/// it. Abandoned when the scope ends: nothing is written by them.
+/// A range over the stream's data as they stand in the file, with a meter (`reader/syntax/meter.h`)
+/// on it.
+Chain rawStream(DocumentCache& cache, const Object& stream);
+
+/// The same and the decoding filters that the stream names, each with a meter on it. Abandoned when
+/// the scope ends: nothing is written by them. Other streams and objects of the file may be read in
+/// between.
 class StreamChain {
 public:
     StreamChain(DocumentCache& cache, const Object& stream);

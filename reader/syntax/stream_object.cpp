@@ -67,21 +67,15 @@ std::int32_t searchEnd(DocumentCache& cache, std::int32_t start) {
 
 /// The length that the dictionary gives, or -1 where it gives none that can be.
 std::int32_t statedLength(DocumentCache& cache, const Object& dictionary) {
-    std::int32_t length = -1;
-    const auto look = [&] {
-        const ObjectOwner value = lookupObject(cache, dictionary, "Length");
-        length = integerObject(value.get());
-    };
+    ObjectOwner value;
+    const Exception fault = tryResolveObject(cache, findEntry(cache, dictionary, "Length"), value);
     if (!rules().findsEndstream) {
-        look();
-    } else if (const Exception code = guarded(look); code != Exception::none) {
-        resetException();
-        if (code == Exception::cancelled || code == Exception::memory) {
-            failException(code);
-        }
-        return -1;
+        raiseException(fault);
+        return integerObject(value.get());
     }
-    return length;
+    const bool isStated =
+        fault == Exception::none && typeObject(value.get()) == ObjectType::integer;
+    return isStated ? integerObject(value.get()) : -1;
 }
 
 } // namespace
@@ -91,8 +85,6 @@ OperatorResult streamOperator(DocumentCache& cache) {
     callFilter(*cache.input, Operation::streamData);
     const std::int32_t start = markFilter(*cache.input);
     Filter& file = *cache.fileChain.top();
-    const std::int32_t filePosition = markFilter(file);
-
     const std::int32_t length = statedLength(cache, indexStack(0));
     const bool inside = length >= 0 && length <= cache.fileLength - start;
     std::int32_t end = inside ? start + length : -1;
@@ -100,7 +92,6 @@ OperatorResult streamOperator(DocumentCache& cache) {
         const std::int32_t found = searchEnd(cache, start);
         end = found >= 0 ? found : inside ? end : cache.fileLength;
     }
-    seekFilter(file, filePosition);
     if (end < start) {
         failException(Exception::range);
     }

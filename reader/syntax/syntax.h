@@ -3,6 +3,7 @@
 #pragma once
 
 #include "reader/document/cache.h"
+#include "runtime/exception.h"
 
 #include <cstdint>
 #include <string_view>
@@ -76,6 +77,9 @@ OperatorResult resourceOperator(DocumentCache& cache);
 /// The object itself for a reference, read from the file where it was not yet; shared with the
 /// cache.
 ObjectOwner resolveObject(DocumentCache& cache, const Object& object);
+/// The same into `value`. A fault of the file (`isFileFault`) is returned, not raised, and `value`
+/// is then of no use.
+Exception tryResolveObject(DocumentCache& cache, const Object& object, ObjectOwner& value);
 /// Drops the cached value of an indirect object; it is read again when it is wanted.
 void forgetObject(DocumentCache& cache, std::int32_t number, std::int32_t generation);
 /// Value of `key` in a dictionary or stream, resolved; null where it is missing.

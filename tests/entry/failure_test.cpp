@@ -2,9 +2,11 @@
 // block left behind, and the next call works.
 #include "objects/stack.h"
 #include "reader/document/cache.h"
+#include "runtime/memory.h"
 #include "tests/entry/entry_fixture.h"
 #include "tests/reader/reader_fixture.h"
 
+#include <array>
 #include <cstdlib>
 #include <filesystem>
 #include <gmock/gmock.h>
@@ -216,6 +218,19 @@ TEST_F(FailureTest, OfEveryAllocationWhileAPageIsSaved) {
             EXPECT_GT(nth, 20);
         }
     }
+}
+
+using GivingBackTest = ZoneTest;
+
+TEST_F(GivingBackTest, NeedsNoMemory) {
+    std::array<BlockOwner, 4> blocks;
+    for (BlockOwner& block : blocks) {
+        block = BlockOwner(allocateMemory(1 << 20));
+    }
+    untilFailure = 1;
+    blocks[1] = BlockOwner();
+    untilFailure = 0;
+    EXPECT_EQ(zoneBlocksInUse(), 3);
 }
 
 class StackFailureTest : public ReaderTest {};

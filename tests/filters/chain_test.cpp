@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
 #include <gmock/gmock.h>
 #include <string>
 #include <string_view>
@@ -105,6 +106,24 @@ TEST_F(ChainTest, LinksUnlinksAndFindsTheBottom) {
     Recorder nameless(log_);
     nameless.entry = nullptr;
     EXPECT_EQ(raisedBy([&] { callFilter(nameless, Operation::mark); }), Exception::structure);
+}
+
+/// Runs `body` within `blocks` guarded blocks; the code it raises.
+Exception raisedWithin(int blocks, const std::function<void()>& body) {
+    return blocks == 1 ? guarded(body)
+                       : guarded([&] { raiseException(raisedWithin(blocks - 1, body)); });
+}
+
+TEST_F(ChainTest, WhereNoMoreBlocksCanBeGuardedFiltersGoAllTheSame) {
+    const Exception code = raisedWithin(handlerLimit, [&] {
+        Chain chain;
+        record(chain);
+        taken();
+        chain.unlink();
+    });
+    EXPECT_EQ(code, Exception::limit);
+    EXPECT_THAT(taken(), ElementsAre("gone"));
+    resetException();
 }
 
 TEST_F(ChainTest, FailuresLeaveNoFilterBehind) {
@@ -245,6 +264,24 @@ TEST_F(ChainTest, RangeShowsItsBytesOnly) {
     EXPECT_EQ(raisedBy([] { setupRange(3, 2); }), Exception::range);
 }
 
+TEST_F(ChainTest, RangesOverOneFileAreReadInTurn) {
+    Chain file;
+    record(file, "0123456789");
+    file.link(setupBuffer(4));
+    Chain low(file.top());
+    low.link(setupRange(0, 6));
+    Chain high(file.top());
+    high.link(setupRange(3, 10));
+    std::string lows;
+    std::string highs;
+    for (int i = 0; i < 4; ++i) {
+        lows += readText(*low.top(), 2);
+        highs += readText(*high.top(), 2);
+    }
+    EXPECT_EQ(lows, "012345");
+    EXPECT_EQ(highs, "3456789");
+}
+
 TEST_F(ChainTest, RangeThatDoesNotReachItsStartIsAFault) {
     const std::string bytes = "short";
     Chain chain;
@@ -321,6 +358,12 @@ TEST_F(StreamTest, AnAbandonedStreamGivesItsFileBackAndHidesNoCode) {
         });
         ASSERT_EQ(code, Exception::context) << i;
     }
+    EXPECT_EQ(raisedWithin(handlerLimit,
+                           [&] {
+                               Chain chain;
+                               chain.link(setupStream(volume_, "in", "read"));
+                           }),
+              Exception::none);
 }
 
 } // namespace

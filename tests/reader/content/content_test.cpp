@@ -159,6 +159,10 @@ TEST_F(ContentTest, WhatGoesWrongIsWarnedOfAndSkipped) {
         {"text is counted", "BT /F 12 Tf (x) Tj [(x)] TJ (x)' 1 1(x)\" <41> Tj ET " A, A_ART, "18"},
         {"an image's bytes are no content", "q BI /W 2 ID \x01 EIx m l S Q \xff\nEI Q " A, A_ART,
          "6"},
+        // The product is 32 in 64 bits.
+        {"an image larger than any",
+         "BI /W 1824726041 /H 1263665316 /BPC 16 /CS /CMYK ID \x01 EI " B "% -----------  EI q\n" A,
+         A_ART " " B_ART, "6"},
         {"XObjects that there are not", "/X Do " A, A_ART},
         {"a shading", "/X sh " A, A_ART, "19"},
         {"zero bytes are white space", "0\0000\000m\0009 0 l S"sv, "<0,0 9,0 S>"},
