@@ -15,8 +15,8 @@
 
 namespace corvane {
 
-/// `original`: what the required behaviour says and no more. `extended`: also what files and people
-/// of today need (runtime/rules.h lists every difference).
+/// `original`: the classic behaviour and no more. `extended`: also what files and people of today
+/// need (runtime/rules.h lists every difference).
 enum class Profile : std::int32_t { original = 0, extended = 1 };
 
 /// Plain rectangle in points, corners sorted; double because pages outgrow 16.16.
