@@ -2,6 +2,7 @@
 
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
+#include "runtime/extension.h"
 
 #include <algorithm>
 
@@ -15,8 +16,8 @@ constexpr std::int32_t pagesPerCheck = 256;
 } // namespace
 
 void tellDocument(DocumentCache& cache) {
-    const HostExtension* const extension = hostExtension();
-    if (extension == nullptr || extension->documentFacts == nullptr) {
+    const auto extension = knownExtension();
+    if (!extension || extension->documentFacts == nullptr) {
         return;
     }
     // Of a file that was repaired, no section is known.
@@ -29,8 +30,8 @@ void tellDocument(DocumentCache& cache) {
 }
 
 void tellPages(DocumentCache& cache) {
-    const HostExtension* const extension = hostExtension();
-    if (extension == nullptr || extension->pageFacts == nullptr) {
+    const auto extension = knownExtension();
+    if (!extension || extension->pageFacts == nullptr) {
         return;
     }
     const std::int32_t count = countCache(cache);

@@ -8,6 +8,7 @@
 #include "objects/stack.h"
 #include "output/xref.h"
 #include "runtime/exception.h"
+#include "runtime/extension.h"
 #include "runtime/warning.h"
 
 #include <algorithm>
@@ -62,8 +63,8 @@ void DocumentSession::close() {
 
 bool selectPage(DocumentCache& cache, std::int32_t& page) {
     const std::int32_t count = countCache(cache);
-    const HostExtension* const extension = hostExtension();
-    if (extension != nullptr && extension->wantedPage > 0) {
+    const auto extension = knownExtension();
+    if (extension && extension->wantedPage > 0) {
         page = extension->wantedPage;
         if (page > count) {
             failException(Exception::range);

@@ -6,6 +6,7 @@
 #include "resources/resources.h"
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
+#include "runtime/extension.h"
 #include "runtime/rules.h"
 #include "runtime/warning.h"
 
@@ -49,7 +50,7 @@ std::uint32_t dispatch(ParameterBlock& block) {
         break;
     }
     // What came later is there only for a host that knows of it.
-    return hostExtension() != nullptr ? dispatchLater(block) : 0;
+    return knownExtension() ? dispatchLater(block) : 0;
 }
 
 /// Sets up what lasts for one call of the plug-in.
@@ -57,8 +58,8 @@ class EntryScope {
 public:
     explicit EntryScope(const ParameterBlock& block) {
         callbacks = block.callbacks.get();
-        const HostExtension* const extension = hostExtension();
-        selectRules(extension != nullptr ? extension->profile : Profile::original);
+        const auto extension = knownExtension();
+        selectRules(extension ? extension->profile : Profile::original);
     }
     ~EntryScope() { callbacks = nullptr; }
     EntryScope(const EntryScope&) = delete;

@@ -1,42 +1,11 @@
-// Any bytes as a file to save into: either it is as before, or the page opens as it was saved, and
-// taking the update off gives the file back.
-#include "fuzz/plugin_host.h"
-
-#include <string_view>
+// Any bytes as a file to save into.
+#include "fuzz/sound_save.h"
 
 namespace corvane::fuzz {
 
 void fuzzSave(Bytes input) {
     Choices choices(input);
-    const bool modern = choices.below(4) != 0;
-    PluginHost host(input, modern ? Profile::extended : Profile::original, 1);
-    if (host.call(Selector::prepare) != 0 || host.call(Selector::go) != 0) {
-        return;
-    }
-    const std::uint64_t identity = host.identity();
-    const std::string before = PluginHost::fileBytes();
-    const bool tried = host.call(Selector::trial) == 0;
-    require(PluginHost::fileBytes() == before);
-    const bool saved = host.call(Selector::go, Action::write) == 0;
-    require(tried == saved);
-    const std::string after = PluginHost::fileBytes();
-    // An update of ours that was never finished is cut off even where the save then fails.
-    if (!saved) {
-        require(before.starts_with(after));
-        return;
-    }
-    host.call(Selector::log);
-    host.document().expectImport();
-    require(host.call(Selector::go) == 0);
-    if (!modern) {
-        // Nothing tells whose such an update is.
-        require(after.starts_with(before) && host.call(Selector::revert) != 0);
-        return;
-    }
-    require(host.identity() == identity);
-    require(host.call(Selector::revert) == 0);
-    const std::string reverted = PluginHost::fileBytes();
-    require(before.starts_with(reverted) && after.starts_with(reverted));
+    requireSoundSave(input, choices.below(4) != 0 ? Profile::extended : Profile::original);
 }
 
 } // namespace corvane::fuzz

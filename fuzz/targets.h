@@ -20,6 +20,7 @@ void fuzzToken(Bytes input);
 void fuzzDocument(Bytes input);
 void fuzzContent(Bytes input);
 void fuzzSave(Bytes input);
+void fuzzGrammar(Bytes input);
 void fuzzResourceFork(Bytes input);
 void fuzzLzw(Bytes input);
 void fuzzHex(Bytes input);

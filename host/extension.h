@@ -78,8 +78,12 @@ struct UpdateFacts {
     bool ours = false;     ///< was appended by this plug-in
 };
 
+/// Versions only add fields at the end. A host states the version that its record was made for; the
+/// plug-in reads no further, and takes what is missing as not filled (runtime/extension.h).
 struct HostExtension {
     static constexpr std::uint32_t currentVersion = 2;
+
+    // Version 1.
 
     std::uint32_t version = currentVersion;
     Profile profile = Profile::extended;
@@ -93,6 +97,8 @@ struct HostExtension {
     void (*pageIdentity)(void* context, const PageIdentity&) = nullptr;
     /// Told once for each kind, at the end of reading, with how often it was met.
     void (*omitted)(void* context, Omission, std::int32_t count) = nullptr;
+
+    // Version 2: saving.
 
     /// Digest of the page that the artwork to be saved came from; null: it came from none. A page
     /// of another digest is refused, unless `overwrites`.

@@ -34,6 +34,19 @@ constexpr Object nullObject{ObjectType::null, 0, 0};
 
 } // namespace
 
+void ReferenceNode::move(ObjectPlace place) {
+    if (!place.isInStream()) {
+        generation_ = generation();
+        tag_ = place.offset();
+        return;
+    }
+    if (generation() != 0) {
+        failException(Exception::structure);
+    }
+    generation_ = place.index();
+    tag_ = -place.stream();
+}
+
 class ReferenceTable {
 public:
     ReferenceTable() : charge_(sizeof(ReferenceTable)) {}
@@ -44,7 +57,7 @@ public:
     Node first() const { return first_; }
     std::int32_t count() const { return count_; }
     Node find(std::int32_t number, std::int32_t generation) const;
-    void add(std::int32_t number, std::int32_t generation, std::int32_t tag);
+    void add(std::int32_t number, std::int32_t generation, ObjectPlace tag);
     bool dropValues() noexcept;
 
 private:
@@ -118,13 +131,15 @@ Node ReferenceTable::newNode() {
     return Node(slab_.address() + slabUsed_++ * std::uint32_t{sizeof(ReferenceNode)});
 }
 
-void ReferenceTable::add(std::int32_t number, std::int32_t generation, std::int32_t tag) {
+void ReferenceTable::add(std::int32_t number, std::int32_t generation, ObjectPlace tag) {
     if (number < 0 || number > budget::objectNumber) {
         failException(Exception::structure);
     }
     if (find(number, generation)) {
         return;
     }
+    ReferenceNode made(first_, number, generation, tag);
+    made.value = nullObject;
     Node node;
     if (generation == 0) {
         Node& entry = place(number);
@@ -135,7 +150,7 @@ void ReferenceTable::add(std::int32_t number, std::int32_t generation, std::int3
         node = newNode();
         later_.emplace(Key(number, generation), node);
     }
-    *node = ReferenceNode{first_, number, generation, tag, nullObject};
+    *node = made;
     first_ = node;
     ++count_;
 }
@@ -163,11 +178,11 @@ ReferenceTableOwner openReference() {
 }
 
 void nodeReference(ReferenceTable& table, std::int32_t number, std::int32_t generation,
-                   std::int32_t tag) {
+                   ObjectPlace tag) {
     table.add(number, generation, tag);
 }
 
-void freeReference(ReferenceTable&, std::int32_t, std::int32_t, std::int32_t) {}
+void freeReference(ReferenceTable&, std::int32_t, std::int32_t, ObjectPlace) {}
 
 Ref<ReferenceNode> findReference(const ReferenceTable& table, std::int32_t number,
                                  std::int32_t generation) {
@@ -186,15 +201,15 @@ void putReference(ReferenceTable& table, std::int32_t number, std::int32_t gener
     std::swap(node->value, owner.get());
 }
 
-std::int32_t getReference(const ReferenceTable& table, std::int32_t number, std::int32_t generation,
-                          Object& value) {
+ObjectPlace getReference(const ReferenceTable& table, std::int32_t number, std::int32_t generation,
+                         Object& value) {
     const Node node = table.find(number, generation);
     if (!node) {
         raiseException(Exception::underflow);
-        return 0;
+        return ObjectPlace::atOffset(0);
     }
     value = node->value;
-    return node->tag;
+    return node->place();
 }
 
 void disolveReference(const ReferenceTable& table, const Object& object, std::int32_t& number,
@@ -202,7 +217,7 @@ void disolveReference(const ReferenceTable& table, const Object& object, std::in
     for (Node node = table.first(); node; node = node->next) {
         if (equalObject(node->value, object)) {
             number = node->number;
-            generation = node->generation;
+            generation = node->generation();
             return;
         }
     }

@@ -5,18 +5,40 @@
 #pragma once
 
 #include "objects/object.h"
+#include "objects/object_place.h"
 
 #include <cstdint>
 #include <memory>
 
 namespace corvane {
 
+/// An object of the file has a tag of 0 or more, its offset. Objects of object streams are of
+/// generation 0: a negative tag is the number of the stream, negated, and the index stands where
+/// the generation does. So a node takes no more for them.
 struct ReferenceNode {
+    ReferenceNode() = default;
+    ReferenceNode(Ref<ReferenceNode> following, std::int32_t itsNumber, std::int32_t generation,
+                  ObjectPlace place)
+        : next(following), number(itsNumber), generation_(generation) {
+        move(place);
+    }
+
+    std::int32_t generation() const { return tag_ < 0 ? 0 : generation_; }
+    ObjectPlace place() const {
+        return tag_ < 0 ? ObjectPlace::inStream(-tag_, generation_) : ObjectPlace::atOffset(tag_);
+    }
+    /// Another place of the object. In an object stream, of a generation other than 0: `structure`.
+    void move(ObjectPlace place);
+
     Ref<ReferenceNode> next;
     std::int32_t number = 0;
-    std::int32_t generation = 0;
-    std::int32_t tag = 0; ///< the caller's: the object's position in the file
-    Object value;         ///< null until it is read
+
+private:
+    std::int32_t generation_ = 0;
+    std::int32_t tag_ = 0;
+
+public:
+    Object value; ///< null until it is read
 };
 static_assert(sizeof(ReferenceNode) == 24);
 
@@ -30,12 +52,13 @@ using ReferenceTableOwner = std::unique_ptr<ReferenceTable, ReferenceTableCloser
 /// An empty table. No memory: `io`.
 ReferenceTableOwner openReference();
 /// Adds a node with a null value, unless number and generation have one. A number outside 0 to
-/// `budget::objectNumber` raises `structure`.
+/// `budget::objectNumber` raises `structure`, and so does a generation other than 0 of an object in
+/// an object stream.
 void nodeReference(ReferenceTable& table, std::int32_t number, std::int32_t generation,
-                   std::int32_t tag);
+                   ObjectPlace tag);
 /// Records nothing: a free entry names no object.
 void freeReference(ReferenceTable& table, std::int32_t number, std::int32_t generation,
-                   std::int32_t tag);
+                   ObjectPlace tag);
 /// The node of exactly this number and generation, or null.
 Ref<ReferenceNode> findReference(const ReferenceTable& table, std::int32_t number,
                                  std::int32_t generation);
@@ -44,8 +67,8 @@ Ref<ReferenceNode> findReference(const ReferenceTable& table, std::int32_t numbe
 void putReference(ReferenceTable& table, std::int32_t number, std::int32_t generation,
                   Object object);
 /// The node's tag, and its value (not retained); no node: `underflow`.
-std::int32_t getReference(const ReferenceTable& table, std::int32_t number, std::int32_t generation,
-                          Object& value);
+ObjectPlace getReference(const ReferenceTable& table, std::int32_t number, std::int32_t generation,
+                         Object& value);
 /// Number and generation of the newest node whose value equals `object`; none: `underflow`.
 void disolveReference(const ReferenceTable& table, const Object& object, std::int32_t& number,
                       std::int32_t& generation);

@@ -34,6 +34,10 @@ inline constexpr std::int64_t rereadBytes = 64 << 20;
 /// thousands.
 inline constexpr std::int64_t comparedKeys = 200'000'000;
 
+/// Keys of large dictionaries whose indexes are kept; past it all are made anew. No page needs so
+/// many, and indexed dictionaries stay in memory.
+inline constexpr std::int64_t indexedKeys = 1 << 20;
+
 /// Operators of one page that may fail: a damaged page has some, a page of faults alone is not
 /// worth the time.
 inline constexpr std::int64_t operatorFaults = 500'000;

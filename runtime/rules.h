@@ -51,6 +51,9 @@ struct Rules {
     /// A page without a media box, or with an empty one, is US Letter.
     bool assumesMediaBox;
 
+    /// Of equal keys in a dictionary the last counts, as in most readers; original takes the first.
+    bool lastKeyCounts;
+
     /// Names hold bytes written as #xx.
     bool escapedNames;
 
@@ -167,6 +170,7 @@ inline constexpr Rules originalRules{
     .repairsReferences = false,
     .skipsDamagedKids = false,
     .assumesMediaBox = false,
+    .lastKeyCounts = false,
     .escapedNames = false,
     .blocksAreText = false,
     .shortestNumbers = false,
@@ -212,6 +216,7 @@ inline constexpr Rules extendedRules{
     .repairsReferences = true,
     .skipsDamagedKids = true,
     .assumesMediaBox = true,
+    .lastKeyCounts = true,
     .escapedNames = true,
     .blocksAreText = true,
     .shortestNumbers = true,

@@ -7,6 +7,7 @@
 #include "reader/page/page_identity.h"
 #include "reader/page/page_matrix.h"
 #include "runtime/callbacks.h"
+#include "runtime/extension.h"
 #include "runtime/rules.h"
 
 #include <span>
@@ -35,8 +36,8 @@ void readOrigin() {
 }
 
 void tellIdentity(DocumentCache& cache) {
-    const HostExtension* const extension = hostExtension();
-    if (extension != nullptr && extension->pageIdentity != nullptr) {
+    const auto extension = knownExtension();
+    if (extension && extension->pageIdentity != nullptr) {
         extension->pageIdentity(extension->context,
                                 {.page = factsCache(cache), .digest = identityOfPage(cache)});
     }

@@ -1,5 +1,6 @@
 #include "reader/content/omissions.h"
 
+#include "runtime/extension.h"
 #include "runtime/warning.h"
 
 #include <array>
@@ -31,8 +32,8 @@ void noteOmission(Omission kind) {
 }
 
 void reportOmissions() {
-    const HostExtension* const extension = hostExtension();
-    if (extension == nullptr || extension->omitted == nullptr) {
+    const auto extension = knownExtension();
+    if (!extension || extension->omitted == nullptr) {
         return;
     }
     for (std::size_t i = 0; i < kinds; ++i) {

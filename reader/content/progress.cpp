@@ -1,9 +1,9 @@
 #include "reader/content/progress.h"
 
-#include "host/extension.h"
 #include "runtime/budget.h"
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
+#include "runtime/extension.h"
 
 #include <algorithm>
 
@@ -16,8 +16,8 @@ void ContentProgress::check(Filter& tokens) {
     if (callHost(slot::checkUserAbort)) {
         failException(Exception::cancelled);
     }
-    const HostExtension* const extension = hostExtension();
-    if (extension != nullptr && extension->progress != nullptr) {
+    const auto extension = knownExtension();
+    if (extension && extension->progress != nullptr) {
         const std::int64_t position = done_ + markFilter(tokens) - start_;
         extension->progress(extension->context, std::clamp<std::int64_t>(position, 0, total_),
                             total_);

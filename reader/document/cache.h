@@ -10,6 +10,7 @@
 #include "host/extension.h"
 #include "objects/object.h"
 #include "objects/reference.h"
+#include "reader/syntax/key_index.h"
 #include "reader/syntax/keyword_table.h"
 
 #include <cstdint>
@@ -64,6 +65,7 @@ struct DocumentCache {
     std::string version; ///< of the header: "1.4"
 
     ReferenceTableOwner references;
+    KeyIndexes keyIndexes; ///< of large dictionaries that were looked into
     ReadingWork work;
     std::vector<bool> freed;                  ///< by number: objects that a newer section freed
     std::vector<std::int32_t> sectionOffsets; ///< of the cross-reference, the newest first
@@ -100,10 +102,10 @@ struct SectionFacts {
 /// Reads the cross-reference section and trailer at `offset`.
 SectionFacts xrefCache(DocumentCache& cache, std::int32_t offset);
 
-/// Reads the indirect object `number` `generation` at `offset`. Raises `structure` where another
-/// stands there.
+/// Reads the indirect object `number` `generation` at `place`. Raises `structure` where another
+/// stands there, and for an object in an object stream, which cannot be read yet.
 ObjectOwner objectCache(DocumentCache& cache, std::int32_t number, std::int32_t generation,
-                        std::int32_t offset);
+                        ObjectPlace place);
 
 /// The number of pages, by one walk of the tree.
 std::int32_t countCache(DocumentCache& cache);

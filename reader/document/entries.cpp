@@ -18,7 +18,7 @@ namespace corvane {
 namespace {
 
 struct Entry {
-    std::int32_t offset = 0;
+    ObjectPlace place;
     std::int32_t generation = 0;
     bool used = false;
 };
@@ -30,15 +30,16 @@ void noteEntry(DocumentCache& cache, std::int32_t number, const Entry& entry) {
     usedIdentity(number);
     const auto index = static_cast<std::size_t>(number);
     // No object can stand where the header does: such an entry is a free one of a careless writer.
-    const bool used = entry.used && (entry.offset != 0 || !rules().missingObjectIsNull);
+    const bool used =
+        entry.used && (entry.place != ObjectPlace::atOffset(0) || !rules().missingObjectIsNull);
     if (!used) {
-        freeReference(*cache.references, number, entry.generation, entry.offset);
+        freeReference(*cache.references, number, entry.generation, entry.place);
         if (rules().missingObjectIsNull) {
             cache.freed.resize(std::max(cache.freed.size(), index + 1));
             cache.freed[index] = true;
         }
     } else if (index >= cache.freed.size() || !cache.freed[index]) {
-        nodeReference(*cache.references, number, entry.generation, entry.offset);
+        nodeReference(*cache.references, number, entry.generation, entry.place);
     }
 }
 
@@ -50,7 +51,7 @@ void readEntry(DocumentCache& cache, bool used) {
     const std::int32_t offset = popInteger();
     const std::int32_t count = popInteger();
     const std::int32_t number = popInteger();
-    noteEntry(cache, number, {offset, generation, used});
+    noteEntry(cache, number, {ObjectPlace::atOffset(offset), generation, used});
     if (count > 1) {
         pushInteger(number + 1);
         pushInteger(count - 1);
@@ -79,7 +80,8 @@ std::optional<Entry> regularEntry(std::string_view bytes) {
     if (!std::ranges::all_of(offset, isDigit) || !std::ranges::all_of(generation, isDigit)) {
         return std::nullopt;
     }
-    return Entry{digitsValue(offset), digitsValue(generation), bytes[17] == 'n'};
+    return Entry{ObjectPlace::atOffset(digitsValue(offset)), digitsValue(generation),
+                 bytes[17] == 'n'};
 }
 
 } // namespace

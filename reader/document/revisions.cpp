@@ -34,11 +34,15 @@ std::int32_t behindEnd(DocumentCache& cache, std::int32_t position) {
     return std::min(position + static_cast<std::int32_t>(at), cache.fileLength);
 }
 
-/// Where the first of the objects stands that the section in force names.
+/// Where the first of the objects stands that the section in force names. An object stream is one
+/// of them; what is in it stands no earlier.
 std::int64_t firstObject(DocumentCache& cache) {
     std::int64_t lowest = INT32_MAX;
     for (Ref<ReferenceNode> node = firstReference(*cache.references); node; node = node->next) {
-        lowest = std::min<std::int64_t>(lowest, node->tag);
+        const ObjectPlace place = node->place();
+        if (!place.isInStream()) {
+            lowest = std::min<std::int64_t>(lowest, place.offset());
+        }
     }
     return lowest + cache.headerOffset;
 }

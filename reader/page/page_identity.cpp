@@ -20,25 +20,31 @@ ObjectOwner dictionaryIn(DocumentCache& cache, const ObjectOwner& dictionary,
     return lookupObject(cache, dictionary.get(), key);
 }
 
-bool isInteger(const ObjectOwner& object, std::int32_t value) {
-    return typeObject(object.get()) == ObjectType::integer && integerObject(object.get()) == value;
-}
-
-/// Where the object stands that a reference names, by the cross-reference; negative: nowhere.
-std::int32_t placeOf(DocumentCache& cache, std::int32_t number, std::int32_t generation) {
+/// Where the object stands that a reference names, by the cross-reference.
+std::optional<ObjectPlace> placeOf(DocumentCache& cache, std::int32_t number,
+                                   std::int32_t generation) {
     const Ref<ReferenceNode> node = findReference(*cache.references, number, generation);
-    return node ? node->tag : -1;
+    return node ? std::optional(node->place()) : std::nullopt;
 }
 
-std::int32_t placeOfContent(DocumentCache& cache) {
+std::optional<ObjectPlace> placeOfContent(DocumentCache& cache) {
     const Object contents = findEntry(cache, cache.page.get(), "Contents");
     if (typeObject(contents) != ObjectType::reference) {
-        return -1;
+        return std::nullopt;
     }
     std::int32_t number = 0;
     std::int32_t generation = 0;
     referenceObject(contents, number, generation);
     return placeOf(cache, number, generation);
+}
+
+/// Whether an entry of our record states this place: an offset, since what we save stands in the
+/// file itself.
+bool isStated(DocumentCache& cache, const Object& record, std::string_view key,
+              std::optional<ObjectPlace> place) {
+    const ObjectOwner stated = lookupObject(cache, record, key);
+    return place && typeObject(stated.get()) == ObjectType::integer &&
+           *place == ObjectPlace::atOffset(integerObject(stated.get()));
 }
 
 std::optional<std::uint64_t> eightBytes(const ObjectOwner& object) {
@@ -65,10 +71,8 @@ std::optional<std::uint64_t> recordedOrigin(DocumentCache& cache) {
         return std::nullopt;
     }
     const PageEntry& entry = cache.pages[static_cast<std::size_t>(cache.pageNumber - 1)];
-    const std::int32_t page = placeOf(cache, entry.number, entry.generation);
-    const std::int32_t content = placeOfContent(cache);
-    if (page < 0 || content < 0 || !isInteger(lookupObject(cache, record.get(), "Page"), page) ||
-        !isInteger(lookupObject(cache, record.get(), "Content"), content)) {
+    if (!isStated(cache, record.get(), "Page", placeOf(cache, entry.number, entry.generation)) ||
+        !isStated(cache, record.get(), "Content", placeOfContent(cache))) {
         return std::nullopt;
     }
     return eightBytes(lookupObject(cache, record.get(), "Origin"));

@@ -73,8 +73,8 @@ OperatorResult endobjOperator(DocumentCache&) {
 }
 
 ObjectOwner objectCache(DocumentCache& cache, std::int32_t number, std::int32_t generation,
-                        std::int32_t offset) {
-    FileScope scope(cache, offset);
+                        ObjectPlace place) {
+    FileScope scope(cache, place.offset());
     const StackGuard guard;
     pushMark(Mark::barrier);
     readIndirect(cache, scope.tokens());

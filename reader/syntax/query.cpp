@@ -166,6 +166,7 @@ OperatorResult resourceOperator(DocumentCache& cache) {
     const ObjectOwner entry = lookupObject(cache, context, literalObject(category.get()));
     switch (typeObject(entry.get())) {
     case ObjectType::array:
+        cache.work.comparedKeys += sizeObject(entry.get());
         pushBoolean(namesOccur(entry.get(), literalObject(name.get())) ? 1 : 0);
         return 0;
     case ObjectType::null:

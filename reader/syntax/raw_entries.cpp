@@ -6,10 +6,11 @@
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 #include "runtime/exception.h"
+#include "runtime/rules.h"
 
 #include <algorithm>
 #include <optional>
-#include <unordered_set>
+#include <unordered_map>
 
 namespace corvane {
 
@@ -48,7 +49,7 @@ public:
 
     std::vector<RawEntry> entries() {
         std::vector<RawEntry> found;
-        std::unordered_set<std::string> keys;
+        std::unordered_map<std::string, std::size_t> places;
         next();
         while (type_ != TokenType::dictionaryClose) {
             if (type_ != TokenType::literal) {
@@ -56,8 +57,11 @@ public:
             }
             RawEntry entry{std::string(tokens_.bytes()), tokens_.mark(), 0};
             entry.end = passValue();
-            if (keys.insert(entry.key).second) {
+            const auto [place, isNew] = places.try_emplace(entry.key, found.size());
+            if (isNew) {
                 found.push_back(std::move(entry));
+            } else if (rules().lastKeyCounts) {
+                found[place->second] = std::move(entry);
             }
         }
         return found;
@@ -123,11 +127,10 @@ private:
     TokenType type_ = TokenType::end;
 };
 
-/// Entries of the dictionary at `offset`, counted from the header, or at the end of the references
-/// that begin there.
-std::optional<std::vector<RawEntry>> entriesAt(DocumentCache& cache, std::int32_t offset) {
+/// Entries of the dictionary at `place` or at the end of the references that begin there.
+std::optional<std::vector<RawEntry>> entriesAt(DocumentCache& cache, ObjectPlace place) {
     for (std::int32_t depth = 0; depth < budget::referenceDepth; ++depth) {
-        FileScope scope(cache, offset);
+        FileScope scope(cache, place.offset());
         EntryWalk walk(scope.tokens());
         const auto reference = walk.begin();
         if (walk.atDictionary()) {
@@ -139,7 +142,7 @@ std::optional<std::vector<RawEntry>> entriesAt(DocumentCache& cache, std::int32_
         if (!node) {
             return std::nullopt;
         }
-        offset = node->tag;
+        place = node->place();
     }
     return std::nullopt;
 }
@@ -149,7 +152,7 @@ std::optional<std::vector<RawEntry>> entriesAt(DocumentCache& cache, std::int32_
 std::vector<RawEntry> rawEntries(DocumentCache& cache, std::int32_t number,
                                  std::int32_t generation) {
     const Ref<ReferenceNode> node = findReference(*cache.references, number, generation);
-    auto entries = node ? entriesAt(cache, node->tag) : std::nullopt;
+    auto entries = node ? entriesAt(cache, node->place()) : std::nullopt;
     if (!entries) {
         failException(Exception::structure);
     }
@@ -157,7 +160,8 @@ std::vector<RawEntry> rawEntries(DocumentCache& cache, std::int32_t number,
 }
 
 std::vector<RawEntry> rawEntries(DocumentCache& cache, const RawEntry& value) {
-    return entriesAt(cache, value.start - cache.headerOffset).value_or(std::vector<RawEntry>());
+    return entriesAt(cache, ObjectPlace::atOffset(value.start - cache.headerOffset))
+        .value_or(std::vector<RawEntry>());
 }
 
 std::string rawValue(DocumentCache& cache, const RawEntry& entry) {

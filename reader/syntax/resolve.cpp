@@ -56,11 +56,11 @@ Exception readNode(DocumentCache& cache, Ref<ReferenceNode> node) {
     }
     const ReadingMark reading(cache, node);
     const Exception code = guarded([&] {
-        ObjectOwner value = objectCache(cache, node->number, node->generation, node->tag);
+        ObjectOwner value = objectCache(cache, node->number, node->generation(), node->place());
         if (typeObject(value.get()) == ObjectType::null) {
             value = ObjectOwner(knownNull());
         }
-        putReference(*cache.references, node->number, node->generation, value.release());
+        putReference(*cache.references, node->number, node->generation(), value.release());
     });
     if (!isFileFault(code)) {
         raiseException(code);
@@ -141,17 +141,11 @@ Object findEntry(DocumentCache& cache, const Object& dictionary, std::string_vie
     if (typeObject(pairs) != ObjectType::dictionary) {
         failException(Exception::range);
     }
-    const std::span<Object> elements = elementsObject(pairs);
-    cache.work.comparedKeys += static_cast<std::int64_t>(elements.size() / 2);
+    const Object* const value = cache.keyIndexes.find(pairs, key, cache.work.comparedKeys);
     if (cache.work.comparedKeys > budget::comparedKeys) {
         failException(Exception::limit);
     }
-    for (std::size_t i = 0; i + 1 < elements.size(); i += 2) {
-        if (typeObject(elements[i]) == ObjectType::literal && literalObject(elements[i]) == key) {
-            return elements[i + 1];
-        }
-    }
-    return nullObject();
+    return value != nullptr ? *value : nullObject();
 }
 
 ObjectOwner lookupObject(DocumentCache& cache, const Object& dictionary, std::string_view key) {

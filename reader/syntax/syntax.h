@@ -59,7 +59,7 @@ OperatorResult countOperator(DocumentCache& cache);
 OperatorResult indexOperator(DocumentCache& cache);
 /// dictionary i -> key and value of pair i; out of range: `type`.
 OperatorResult entryOperator(DocumentCache& cache);
-/// dictionary name -> value of the first such key, or null.
+/// dictionary name -> value of such a key, or null; `findEntry` says of which one.
 OperatorResult lookupOperator(DocumentCache& cache);
 /// Follows references to the object itself.
 OperatorResult resolveOperator(DocumentCache& cache);
@@ -84,7 +84,8 @@ Exception tryResolveObject(DocumentCache& cache, const Object& object, ObjectOwn
 void forgetObject(DocumentCache& cache, std::int32_t number, std::int32_t generation);
 /// Value of `key` in a dictionary or stream, resolved; null where it is missing.
 ObjectOwner lookupObject(DocumentCache& cache, const Object& dictionary, std::string_view key);
-/// As `lookupObject`, references left as they are; not retained.
+/// As `lookupObject`, references left as they are; not retained. Of several equal keys the last
+/// counts; the first in the original profile.
 Object findEntry(DocumentCache& cache, const Object& dictionary, std::string_view key);
 /// Raises `crossReference` where the trailer says that the file is encrypted.
 void refuseEncrypted(DocumentCache& cache, const Object& trailer);

@@ -2,8 +2,12 @@
 #include "resources/resources.h"
 #include "tests/entry/entry_fixture.h"
 
+#include <cstddef>
+#include <cstring>
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <sys/mman.h>
+#include <unistd.h>
 
 namespace corvane {
 namespace {
@@ -244,6 +248,48 @@ TEST_F(EntryTest, Headers) {
         EXPECT_EQ(call(7), row.extended) << row.name;
     }
     EXPECT_THAT(front_.seen, IsEmpty());
+}
+
+/// The record of a host of the first version, with nothing readable behind it.
+class FirstRecord {
+public:
+    FirstRecord()
+        : pages_(mmap(nullptr, 2 * page_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1,
+                      0)) {
+        constexpr std::size_t length = offsetof(HostExtension, artworkDigest);
+        const HostExtension whole{.version = 1, .wantedPage = 1};
+        std::byte* const end = static_cast<std::byte*>(pages_) + page_;
+        EXPECT_EQ(mprotect(end, page_, PROT_NONE), 0);
+        void* const record = end - length;
+        std::memcpy(record, &whole, length);
+        setHostExtension(static_cast<const HostExtension*>(record));
+    }
+    ~FirstRecord() {
+        setHostExtension(nullptr);
+        munmap(pages_, 2 * page_);
+    }
+    FirstRecord(const FirstRecord&) = delete;
+    FirstRecord& operator=(const FirstRecord&) = delete;
+
+private:
+    std::size_t page_ = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    void* pages_;
+};
+
+TEST_F(EntryTest, AHostOfTheFirstVersionIsServed) {
+    use("in.pdf", PdfBuilder::onePage("0 0 m 9 9 l S").bytes());
+    const FirstRecord record;
+    const std::string before = test::fileBytes(path("in.pdf"));
+    EXPECT_EQ(call(7), 0U);
+    EXPECT_EQ(call(16), 0U);
+    EXPECT_EQ(call(3), 0U);
+    EXPECT_EQ(go(), 0U);
+    EXPECT_TRUE(hasArt());
+    EXPECT_EQ(call(4, Action::write), 0U); // nothing says what the artwork came from
+    EXPECT_EQ(call(18), 0U);
+    EXPECT_TRUE(test::fileBytes(path("in.pdf")).starts_with(before));
+    EXPECT_GT(test::fileBytes(path("in.pdf")).size(), before.size());
+    EXPECT_THAT(front_.taken(), IsEmpty());
 }
 
 TEST_F(EntryTest, ATemplateIsMadeOnlyWhereNoFileIs) {

@@ -38,7 +38,8 @@ INSTANTIATE_TEST_SUITE_P(
                       Target{"dct_encode", fuzzDctEncode}, Target{"svg", fuzzSvg},
                       Target{"document", fuzzDocument}, Target{"fax_decode", fuzzFaxDecode},
                       Target{"fax_encode", fuzzFaxEncode}, Target{"content", fuzzContent},
-                      Target{"save", fuzzSave}, Target{"resource_fork", fuzzResourceFork}),
+                      Target{"save", fuzzSave}, Target{"grammar", fuzzGrammar},
+                      Target{"resource_fork", fuzzResourceFork}),
     [](const auto& target) { return target.param.name; });
 
 } // namespace

@@ -14,6 +14,10 @@ namespace {
 
 using ReferenceTest = ZoneTest;
 
+ObjectPlace at(std::int32_t offset) {
+    return ObjectPlace::atOffset(offset);
+}
+
 Object text(std::string_view bytes) {
     Object object;
     textualObject(object, ObjectType::text, bytes);
@@ -40,7 +44,7 @@ TEST_F(ReferenceTest, AnswersWhatALinearListWould) {
         if (find(number, generation) == list.rend()) {
             list.push_back({number, generation, tag});
         }
-        nodeReference(*table, number, generation, tag);
+        nodeReference(*table, number, generation, at(tag));
     }
     ASSERT_EQ(countReference(*table), static_cast<std::int32_t>(list.size()));
     for (std::int32_t number = -1; number <= 3000; ++number) {
@@ -49,7 +53,7 @@ TEST_F(ReferenceTest, AnswersWhatALinearListWould) {
             const auto wanted = find(number, generation);
             ASSERT_EQ(static_cast<bool>(node), wanted != list.rend());
             if (node) {
-                EXPECT_EQ(node->tag, wanted->tag);
+                EXPECT_EQ(node->place(), at(wanted->tag));
                 EXPECT_EQ(node->value.type, ObjectType::null);
             }
         }
@@ -57,17 +61,17 @@ TEST_F(ReferenceTest, AnswersWhatALinearListWould) {
     auto wanted = list.rbegin();
     for (auto node = findReference(*table, wanted->number, wanted->generation); node;
          node = node->next, ++wanted) {
-        ASSERT_EQ(node->tag, wanted->tag); // newest first
+        ASSERT_EQ(node->place(), at(wanted->tag)); // newest first
     }
     EXPECT_EQ(wanted, list.rend());
 }
 
 TEST_F(ReferenceTest, ValuesAreOwnedAndReplaced) {
     auto table = openReference();
-    nodeReference(*table, 3, 0, 30);
-    nodeReference(*table, 3, 1, 31);
-    nodeReference(*table, 4, 0, 40);
-    freeReference(*table, 5, 0, 50);
+    nodeReference(*table, 3, 0, at(30));
+    nodeReference(*table, 3, 1, at(31));
+    nodeReference(*table, 4, 0, at(40));
+    freeReference(*table, 5, 0, at(50));
     Object value;
     EXPECT_EQ(raisedBy([&] { getReference(*table, 5, 0, value); }), Exception::underflow);
     EXPECT_EQ(raisedBy([&] { putReference(*table, 5, 0, text("lost")); }), Exception::underflow);
@@ -75,7 +79,7 @@ TEST_F(ReferenceTest, ValuesAreOwnedAndReplaced) {
     putReference(*table, 3, 1, text("first"));
     putReference(*table, 3, 1, text("second"));
     putReference(*table, 4, 0, text("same"));
-    EXPECT_EQ(getReference(*table, 3, 1, value), 31);
+    EXPECT_EQ(getReference(*table, 3, 1, value), at(31));
     EXPECT_EQ(textObject(value), "second");
 
     // A value put back by one who holds it too.
@@ -94,23 +98,60 @@ TEST_F(ReferenceTest, ValuesAreOwnedAndReplaced) {
               Exception::underflow);
 
     flushReference(*table);
-    EXPECT_EQ(getReference(*table, 4, 0, value), 40);
+    EXPECT_EQ(getReference(*table, 4, 0, value), at(40));
     EXPECT_EQ(value.type, ObjectType::null);
     putReference(*table, 4, 0, text("freed with the table"));
+}
+
+TEST_F(ReferenceTest, PlacesOfBothKinds) {
+    const auto table = openReference();
+    const std::vector<ObjectPlace> places = {
+        at(0), at(INT32_MAX), ObjectPlace::inStream(1, 0),
+        ObjectPlace::inStream(budget::objectNumber, INT32_MAX)};
+    for (std::int32_t i = 0; i < std::ssize(places); ++i) {
+        const ObjectPlace place = places[static_cast<std::size_t>(i)];
+        nodeReference(*table, i, 0, place);
+        const auto node = findReference(*table, i, 0);
+        EXPECT_EQ(node->place(), place);
+        EXPECT_EQ(node->generation(), 0);
+        for (const ObjectPlace other : places) {
+            node->move(other);
+            EXPECT_EQ(node->place(), other);
+            EXPECT_EQ(node->generation(), 0);
+        }
+    }
+    EXPECT_EQ(at(-1), at(INT32_MAX)); // outside of every file
+    EXPECT_EQ(raisedBy([] { ObjectPlace::inStream(7, 1).offset(); }), Exception::structure);
+
+    // Only objects of generation 0 stand in streams.
+    const std::int32_t held = countReference(*table);
+    nodeReference(*table, 9, 3, at(90));
+    const auto later = findReference(*table, 9, 3);
+    for (const Exception code :
+         {raisedBy([] { ObjectPlace::inStream(0, 0); }),
+          raisedBy([] { ObjectPlace::inStream(budget::objectNumber + 1, 0); }),
+          raisedBy([] { ObjectPlace::inStream(1, -1); }),
+          raisedBy([&] { later->move(ObjectPlace::inStream(1, 1)); }),
+          raisedBy([&] { nodeReference(*table, 9, 4, ObjectPlace::inStream(1, 1)); })}) {
+        EXPECT_EQ(code, Exception::structure);
+    }
+    EXPECT_EQ(later->generation(), 3);
+    EXPECT_EQ(later->place(), at(90));
+    EXPECT_EQ(countReference(*table), held + 1);
 }
 
 TEST_F(ReferenceTest, HostileNumbersCostLittle) {
     const std::int32_t before = FreeMem();
     const auto table = openReference();
     for (const std::int32_t number : {-1, INT32_MIN, budget::objectNumber + 1, INT32_MAX}) {
-        EXPECT_EQ(raisedBy([&] { nodeReference(*table, number, 0, 1); }), Exception::structure);
+        EXPECT_EQ(raisedBy([&] { nodeReference(*table, number, 0, at(1)); }), Exception::structure);
     }
-    nodeReference(*table, budget::objectNumber, 0, 1);
+    nodeReference(*table, budget::objectNumber, 0, at(1));
     EXPECT_LT(before - FreeMem(), 100000);
     for (std::int32_t generation = 1; generation < 65536; ++generation) {
-        nodeReference(*table, 7, generation, generation); // one number, all generations
+        nodeReference(*table, 7, generation, at(generation)); // one number, all generations
     }
-    EXPECT_EQ(findReference(*table, 7, 65535)->tag, 65535);
+    EXPECT_EQ(findReference(*table, 7, 65535)->place(), at(65535));
     EXPECT_EQ(countReference(*table), 65536);
 }
 
@@ -120,13 +161,13 @@ TEST_F(ReferenceTest, EveryFailingAllocationLeavesAUsableTable) {
                   Exception code = Exception::none;
                   for (std::int32_t number = 0; number < 3000; number += 100) {
                       const Exception failed = guarded([&] {
-                          nodeReference(*table, number, 0, number);
-                          nodeReference(*table, number, 1, number);
+                          nodeReference(*table, number, 0, at(number));
+                          nodeReference(*table, number, 1, at(number));
                       });
                       code = failed == Exception::none ? code : failed;
                   }
                   Object value;
-                  EXPECT_EQ(getReference(*table, 2900, 1, value), 2900);
+                  EXPECT_EQ(getReference(*table, 2900, 1, value), at(2900));
                   raiseException(code);
               }),
               8);

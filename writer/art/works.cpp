@@ -1,9 +1,9 @@
 #include "writer/art/works.h"
 
-#include "host/extension.h"
 #include "output/primitives.h"
 #include "reader/content/art.h"
 #include "runtime/callbacks.h"
+#include "runtime/extension.h"
 #include "runtime/rules.h"
 #include "runtime/warning.h"
 #include "writer/art/object_works.h"
@@ -39,7 +39,7 @@ void originWorks(Filter& stream, const RealMatrix& placement) {
 class SavingProgress {
 public:
     explicit SavingProgress(std::size_t layers)
-        : extension_(hostExtension()), total_(static_cast<std::int64_t>(layers) * layerShare) {}
+        : extension_(knownExtension()), total_(static_cast<std::int64_t>(layers) * layerShare) {}
 
     void beginLayer(std::size_t objects) {
         objects_ = objects;
@@ -61,13 +61,13 @@ private:
     static constexpr std::int64_t layerShare = 1000;
 
     void tell(std::int64_t share) {
-        if (share != told_ && extension_ != nullptr && extension_->progress != nullptr) {
+        if (share != told_ && extension_ && extension_->progress != nullptr) {
             told_ = share;
             extension_->progress(extension_->context, done_ + share, total_);
         }
     }
 
-    const HostExtension* extension_;
+    const std::optional<HostExtension> extension_;
     std::int64_t total_;
     std::int64_t done_ = 0;
     std::int64_t told_ = 0;
@@ -91,8 +91,8 @@ bool isLeftOut(const LayerInfo& info) {
 
 void tellLeftOut(std::string_view title) {
     raiseWarning(Warning::layerLeftOut);
-    const HostExtension* const extension = hostExtension();
-    if (extension != nullptr && extension->layerLeftOut != nullptr) {
+    const auto extension = knownExtension();
+    if (extension && extension->layerLeftOut != nullptr) {
         extension->layerLeftOut(extension->context, title);
     }
 }

@@ -4,6 +4,7 @@
 #include "reader/document/revisions.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
+#include "runtime/extension.h"
 
 #include <algorithm>
 #include <string>
@@ -36,7 +37,7 @@ PageNumbers pagesByObject(DocumentCache& cache) {
 std::string dateIn(DocumentCache& cache, const ReferenceNode& node, std::string_view key) {
     std::string date;
     const Exception code = guarded([&] {
-        const ObjectOwner object = objectCache(cache, node.number, node.generation, node.tag);
+        const ObjectOwner object = objectCache(cache, node.number, node.generation(), node.place());
         const ObjectOwner value = lookupObject(cache, object.get(), key);
         if (typeObject(value.get()) != ObjectType::null &&
             textObject(value.get()).size() <= longestDate) {
@@ -102,8 +103,8 @@ Gathered gatherRevision(DocumentCache& cache, const PageNumbers& pages,
 }
 
 void tell(Gathered gathered) {
-    const HostExtension* const extension = hostExtension();
-    if (extension != nullptr && extension->update != nullptr) {
+    const auto extension = knownExtension();
+    if (extension && extension->update != nullptr) {
         gathered.facts.pages = gathered.pages;
         gathered.facts.date = gathered.date;
         extension->update(extension->context, gathered.facts);

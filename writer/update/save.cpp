@@ -8,6 +8,7 @@
 #include "reader/syntax/file_bytes.h"
 #include "runtime/digest.h"
 #include "runtime/exception.h"
+#include "runtime/extension.h"
 #include "runtime/rules.h"
 #include "writer/update/update.h"
 #include "writer/update/update_file.h"
@@ -30,8 +31,8 @@ std::uint64_t anew(std::uint64_t former) {
 /// The identity of the page that the artwork was opened from, or a new one. A page that is another
 /// one now raises `pageChanged`, unless the host says that this does not matter.
 std::uint64_t originOf(DocumentCache& cache) {
-    const HostExtension* const extension = hostExtension();
-    const std::uint64_t* const opened = extension != nullptr ? extension->artworkDigest : nullptr;
+    const auto extension = knownExtension();
+    const std::uint64_t* const opened = extension ? extension->artworkDigest : nullptr;
     if (opened != nullptr && extension->overwrites) {
         return *opened;
     }
@@ -92,8 +93,8 @@ std::int32_t writeUpdate(DocumentCache& cache, const UpdatePlan& plan, SavedFact
 }
 
 void tellSaved(const SavedFacts& facts) {
-    const HostExtension* const extension = hostExtension();
-    if (extension != nullptr && extension->saved != nullptr) {
+    const auto extension = knownExtension();
+    if (extension && extension->saved != nullptr) {
         extension->saved(extension->context, facts);
     }
 }

@@ -218,12 +218,17 @@ TEST_F(DocumentTest, IndirectObjects) {
     DocumentCache& cache = open(PdfBuilder::onePage("").object(5, "7"));
     const auto offset =
         static_cast<std::int32_t>(PdfBuilder::onePage("").object(5, "7").bytes().find("5 0 obj"));
-    EXPECT_EQ(raisedBy([&] { objectCache(cache, 5, 0, offset); }), none);
-    EXPECT_EQ(raisedBy([&] { objectCache(cache, 6, 0, offset); }), damaged);
-    EXPECT_EQ(raisedBy([&] { objectCache(cache, 5, 1, offset); }), damaged);
-    EXPECT_EQ(raisedBy([&] { objectCache(cache, 5, 0, offset + 2); }), Exception::underflow);
-    EXPECT_EQ(raisedBy([&] { objectCache(cache, 5, 0, -1); }), damaged);
-    EXPECT_EQ(raisedBy([&] { objectCache(cache, 5, 0, cache.fileLength); }), damaged);
+    const auto reading = [&](std::int32_t number, std::int32_t generation, ObjectPlace place) {
+        return raisedBy([&] { objectCache(cache, number, generation, place); });
+    };
+    const ObjectPlace place = ObjectPlace::atOffset(offset);
+    EXPECT_EQ(reading(5, 0, place), none);
+    EXPECT_EQ(reading(6, 0, place), damaged);
+    EXPECT_EQ(reading(5, 1, place), damaged);
+    EXPECT_EQ(reading(5, 0, ObjectPlace::atOffset(offset + 2)), Exception::underflow);
+    EXPECT_EQ(reading(5, 0, ObjectPlace::atOffset(-1)), damaged);
+    EXPECT_EQ(reading(5, 0, ObjectPlace::atOffset(cache.fileLength)), damaged);
+    EXPECT_EQ(reading(5, 0, ObjectPlace::inStream(4, 0)), damaged);
 }
 
 TEST_F(DocumentTest, ReferencesReadWithinReferencesHaveALimit) {

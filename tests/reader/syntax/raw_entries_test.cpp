@@ -39,7 +39,7 @@ TEST_F(RawEntriesTest, ValuesOfEveryKind) {
              Row{"<</A[1[2 <</B(])>>]{}]/B<0A 0B>/C()>>", "A|[1[2 <</B(])>>]{}];B|<0A 0B>;C|();"},
              Row{"<</A<</B<</C<<>>>>>>/B(>>)>>", "A|<</B<</C<<>>>>>>;B|(>>);"},
              Row{"<</A%x\n1%y\n/B 2 % >>\n>>", "A|%x\n1;B|2;"},
-             Row{"<</#41 1/A 2/ 3>>", "A|1;|3;"},
+             Row{"<</#41 1/A 2/ 3>>", "A|2;|3;"},
              Row{"6 0 R", "In|6;"},
              Row{"7 0 R", "In|6;"},
              Row{"5 0 R", "12"},
@@ -73,6 +73,15 @@ TEST_F(RawEntriesTest, DictionariesWithin) {
     }
     EXPECT_EQ(text, "A:B|1.0;C:In|6;D:;E:;F:;");
     EXPECT_EQ(raisedBy([&] { rawEntries(cache, 5, 1); }), Exception::structure);
+    findReference(*cache.references, 5, 0)->move(ObjectPlace::inStream(6, 0));
+    EXPECT_EQ(raisedBy([&] { rawEntries(cache, 5, 0); }), Exception::structure);
+}
+
+TEST_F(RawEntriesTest, OfEqualKeysTheOneThatCounts) {
+    const std::string body = "<</A 1/B 2/A<</A 3/A 4>>/#41 5/C 6>>";
+    EXPECT_EQ(entries(body), "A|5;B|2;C|6;");
+    selectRules(Profile::original);
+    EXPECT_EQ(entries(body), "A|1;B|2;#41|5;C|6;");
 }
 
 } // namespace

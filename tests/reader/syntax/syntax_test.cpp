@@ -65,7 +65,7 @@ protected:
     void SetUp() override {
         ReaderTest::SetUp();
         PdfBuilder file = PdfBuilder::onePage("");
-        file.object(5, "<</Key 6 0 R/Key 8>>").object(6, "7").object(7, "[6 0 R 5 0 R]");
+        file.object(5, "<</Key 6 0 R/Other 8>>").object(6, "7").object(7, "[6 0 R 5 0 R]");
         open(file);
     }
 
@@ -140,7 +140,7 @@ TEST_F(SyntaxTest, ConstructsQueriesAndEntries) {
                  SyntaxRow{"<</A 1/B(2)>> 2", entryOperator, "", type},
                  SyntaxRow{"<</A 1>> 2147483647", entryOperator, "", type},
                  SyntaxRow{"<</A 1>> -1", entryOperator, "", type},
-                 SyntaxRow{"<</A 1/B(2)/A 3>> /A", lookupOperator, "1"},
+                 SyntaxRow{"<</A 1/B(2)/C 3>> /A", lookupOperator, "1"},
                  SyntaxRow{"<<(A) 1/B(2)>> /A", lookupOperator, "null"},
                  SyntaxRow{"[] /A", lookupOperator, "", range},
                  SyntaxRow{"<</A 1/B(2)>> 1.0", tableOperator, "(2)"},

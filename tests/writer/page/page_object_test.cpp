@@ -52,7 +52,7 @@ TEST_F(SavedPageTest, EntriesAreKeptInTheirOwnBytes) {
              Row{"/Hex<41 4\n2>", "/Hex <41 4\n2>\n"},
              Row{"/Name/Value", "/Name /Value\n"},
              Row{"/Odd#20Key true", "/Odd#20Key true\n"},
-             Row{"/Dup 1 /Dup 2", "/Dup 1\n"},
+             Row{"/Dup 1 /Dup 2", "/Dup 2\n"},
              Row{"/Rem % a comment\n 5", "/Rem % a comment\n 5\n"},
              Row{"/Two 7 0 R /Three 3", "/Two 7 0 R\n/Three 3\n"},
              Row{"/UserUnit 2.5", nullptr},
