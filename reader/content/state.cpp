@@ -52,16 +52,16 @@ void openState(Interpreter& interpreter) {
 void saveState(Interpreter& interpreter) {
     SavedStates& saved = interpreter.saved;
     interpreter.containers.push();
-    ++saved.depth;
     if (!saved.copies.empty() && saved.copies.back().state == interpreter.state) {
         ++saved.copies.back().times;
-        return;
+    } else {
+        if (saved.copies.size() % chargeStep == 0) {
+            saved.charge.resize(
+                static_cast<std::int64_t>((saved.copies.size() + chargeStep) * sizeof(SavedState)));
+        }
+        saved.copies.push_back({interpreter.state});
     }
-    if (saved.copies.size() % chargeStep == 0) {
-        saved.charge.resize(
-            static_cast<std::int64_t>((saved.copies.size() + chargeStep) * sizeof(SavedState)));
-    }
-    saved.copies.push_back({interpreter.state});
+    ++saved.depth; // not before the copy is there, which may find no memory
 }
 
 void restoreState(Interpreter& interpreter) {
