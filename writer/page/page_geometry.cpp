@@ -76,9 +76,11 @@ RealMatrix inverse(const RealMatrix& m) {
     return i;
 }
 
-Box boxOf(const Rect& rect) {
-    return {realFromFixed(rect.left), realFromFixed(rect.bottom), realFromFixed(rect.right),
-            realFromFixed(rect.top)};
+/// A box of the artboard in the page's own space.
+Box placedBox(const PageGeometry& geometry, const Rect& rect) {
+    const Box box{realFromFixed(rect.left), realFromFixed(rect.bottom), realFromFixed(rect.right),
+                  realFromFixed(rect.top)};
+    return rules().keepsGeometry ? turnedBox({.fixed = {}, .exact = geometry.placement}, box) : box;
 }
 
 } // namespace
@@ -91,23 +93,23 @@ PageGeometry pageGeometry(DocumentCache& cache) {
     PageGeometry geometry;
     if (rules().keepsGeometry) {
         const PageMatrix matrix = pageMatrix(cache);
-        if (isUnchanged(cache, matrix, size, crop)) {
-            geometry.kept = true;
-            geometry.placement = inverse(matrix.exact);
-            return geometry;
-        }
+        geometry.placement = inverse(matrix.exact);
+        geometry.kept = isUnchanged(cache, matrix, size, crop);
     }
-    geometry.mediaBox = limitedRect(size.width, size.height, Warning::pageSize);
-    geometry.cropBox = fittedCrop(crop, geometry.mediaBox);
+    if (!geometry.kept) {
+        const Rect media = limitedRect(size.width, size.height, Warning::pageSize);
+        geometry.mediaBox = placedBox(geometry, media);
+        geometry.cropBox = placedBox(geometry, fittedCrop(crop, media));
+    }
     return geometry;
 }
 
 PageFacts factsOf(DocumentCache& cache, const PageGeometry& geometry) {
     PageFacts facts = factsCache(cache);
     if (!geometry.kept) {
-        facts.mediaBox = boxOf(geometry.mediaBox);
-        facts.cropBox = boxOf(geometry.cropBox);
-        facts.rotate = 0;
+        facts.mediaBox = geometry.mediaBox;
+        facts.cropBox = geometry.cropBox;
+        facts.rotate = rules().keepsGeometry ? facts.rotate : 0;
     }
     return facts;
 }
