@@ -10,6 +10,7 @@
 #include "runtime/fixed.h"
 #include "runtime/rules.h"
 #include "writer/page/piece_info.h"
+#include "writer/page/resource_registry.h"
 
 #include <algorithm>
 #include <array>
@@ -34,29 +35,30 @@ bool isAmong(std::span<const std::string_view> keys, std::string_view key) {
     return std::ranges::find(keys, key) != keys.end();
 }
 
-void writeResources(Filter& output) {
+/// The fonts and images that the art walk met, by the names that it gave them.
+ResourceRegistry metResources() {
+    ResourceRegistry resources;
+    forallFamily([&](const Family& family) {
+        resources.add(ResourceCategory::font, resourceNameFamily(family), family.number,
+                      family.generation);
+    });
+    forallMask([&](const Mask& mask) {
+        resources.add(ResourceCategory::object, mask.resourceName.get(), mask.number,
+                      mask.generation);
+    });
+    return resources;
+}
+
+void writeResources(DocumentCache& cache) {
+    const ResourceRegistry resources = metResources();
+    Filter& output = *cache.output;
     stringOutput(output, "/Resources <<\r");
-    if (countFamily() > 0) {
-        stringOutput(output, "/Font <<\r");
-        forallFamily([&](const Family& family) {
-            nameOutput(output, resourceNameFamily(family));
-            referenceOutput(output, family.number, family.generation);
-        });
-        stringOutput(output, ">>\r");
-    }
-    if (countMask() > 0) {
-        stringOutput(output, "/XObject <<\r");
-        forallMask([&](const Mask& mask) {
-            nameOutput(output, mask.resourceName.get());
-            referenceOutput(output, mask.number, mask.generation);
-        });
-        stringOutput(output, ">>\r");
-    }
+    resources.write(cache);
     stringOutput(output, "/ProcSet [ /PDF ");
-    if (countFamily() > 0) {
+    if (resources.hasAdded(ResourceCategory::font)) {
         stringOutput(output, "/Text ");
     }
-    if (countMask() > 0) {
+    if (resources.hasAdded(ResourceCategory::object)) {
         stringOutput(output, "/ImageB /ImageC /ImageI ");
     }
     stringOutput(output, "]\r>>\r");
@@ -133,7 +135,7 @@ void writePageObject(DocumentCache& cache, const CarriedPage& carried, const Pag
     carried.entries.write(cache);
     stringOutput(output, "/Contents ");
     referenceOutput(output, parts.content, 0);
-    writeResources(output);
+    writeResources(cache);
     if (rules().recordsOrigin) {
         writePieceInfo(cache, carried.notes,
                        {.origin = parts.origin, .page = place, .content = parts.contentPlace});
