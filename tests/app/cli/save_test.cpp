@@ -135,14 +135,18 @@ TEST_F(Save, ANewFileAppearsWhole) {
 TEST_F(Save, LossesNeedForce) {
     add("less.svg",
         "data-producer=\"corvane\" data-version=\"1\" data-page=\"1\" data-omitted=\"text:12\"");
+    add("later.svg",
+        "data-producer=\"corvane\" data-version=\"1\" data-page=\"1\" data-omitted=\"hologram\"");
     add("more.svg", "", "<text>a</text><text>b</text><text>c</text>");
     struct Row {
         const char* artwork;
         const char* loss;
         const char* warning;
     };
-    for (const Row& row : {Row{"less.svg", "text: 12 left out when the page was opened", "1005"},
-                           Row{"more.svg", "text: 3 elements ignored", "1006"}}) {
+    for (const Row& row :
+         {Row{"less.svg", "text: 12 not kept when the page was opened", "1005"},
+          Row{"later.svg", "hologram: 1 not kept when the page was opened", "1005"},
+          Row{"more.svg", "text: 3 elements ignored", "1006"}}) {
         const auto refused = run("", {"save", row.artwork, "in.pdf", "--page", "1"});
         EXPECT_EQ(refused.status, 1);
         EXPECT_TRUE(holds(refused.errors, "error 26: ")) << refused.errors;
