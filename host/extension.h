@@ -9,6 +9,7 @@
 #include "host/artwork.h"
 #include "host/zone.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -54,8 +55,32 @@ struct PageIdentity {
     std::uint64_t digest = 0; ///< of the page's dictionary, what it inherits, and its content bytes
 };
 
-/// Kinds of content that a page shows and the artwork does not hold.
-enum class Omission : std::int32_t { text = 0, image = 1, form = 2, shading = 3, other = 4 };
+/// Kinds of what a page has and the artwork does not hold. Numbers stay; new kinds come behind the
+/// last, and a host takes those that it does not know for `other`.
+enum class Omission : std::int32_t {
+    text = 0,
+    image = 1,
+    form = 2,
+    shading = 3,
+    other = 4,         ///< XObjects of another kind
+    pattern = 5,       ///< as a paint
+    colourSpace = 6,   ///< not supported: nothing is painted in its colours
+    colourProfile = 7, ///< what the numbers of a colour mean: their device space counts
+    ink = 8,           ///< the name of an ink: its alternate colour counts
+    transparency = 9,  ///< opacity below 1 and blend modes
+    softMask = 10,
+    overprint = 11,
+    renderingIntent = 12,
+    deviceSetting = 13,   ///< halftones, transfer functions, black generation
+    optionalContent = 14, ///< content of a layer of the file, shown or not
+    markedContent = 15,   ///< tags of the page's structure and the like
+    unknownOperator = 16,
+    damagedOperator = 17,
+    longDash = 18,          ///< more lengths of a dash pattern than artwork holds
+    unequalStrokeScale = 19 ///< strokes whose width depends on their direction: its mean counts
+};
+inline constexpr std::size_t omissionKinds = 20;
+static_assert(static_cast<std::size_t>(Omission::unequalStrokeScale) + 1 == omissionKinds);
 
 /// What a save appended or, in a trial, would append.
 struct SavedFacts {

@@ -109,4 +109,16 @@ Exception guarded(Body&& body) {
     return valueException();
 }
 
+/// Runs `body` in a guarded block. False where it found the file at fault (`isFileFault`), which is
+/// then forgotten; other codes are raised again.
+template <class Body>
+bool attempted(Body&& body) {
+    const Exception code = guarded(std::forward<Body>(body));
+    if (code != Exception::none && !isFileFault(code)) {
+        againException();
+    }
+    resetException();
+    return code == Exception::none;
+}
+
 } // namespace corvane

@@ -132,8 +132,10 @@ struct Rules {
     /// Annots alone.
     bool keepsPageEntries;
 
-    /// A page whose size and bounds nobody changed keeps its boxes, Rotate and UserUnit, and its
-    /// new content is led back by the inverse of the page matrix; original writes all boxes anew.
+    /// A saved page keeps Rotate and UserUnit, and its boxes too where nobody changed its size and
+    /// bounds: new content is led back by the inverse of the page matrix and new boxes are given
+    /// in the page's own space, so that annotations stay in place. Original writes an upright page
+    /// at 0,0.
     bool keepsGeometry;
 
     /// Sides of a page that is given a new size. The PDF Reference, appendix C, allows 3 to 14,400

@@ -4,6 +4,7 @@
 #include "host/extension.h"
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -11,14 +12,16 @@
 
 namespace corvane {
 
-/// The kind's name in files and reports: "text", "image", "form", "shading" or "other".
+/// The kind's name in files and reports, as in the enumeration: "text", "softMask". A kind that
+/// this version does not know is "other".
 std::string_view omissionName(Omission kind);
 
 struct Provenance {
     std::string sourceFile; ///< name of the PDF without folders, UTF-8
     std::int32_t page = 0;  ///< from 1; 0: of no page
     std::optional<PageIdentity> identity;
-    std::map<Omission, std::int32_t> omitted; ///< how often each kind was met and left out
+    /// How often each kind was met and left out, by its name: another version may know others.
+    std::map<std::string, std::int32_t, std::less<>> omitted;
 };
 
 } // namespace corvane

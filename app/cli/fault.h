@@ -23,7 +23,7 @@ inline constexpr std::int32_t loss = 26;    ///< saving would lose what the artw
 inline constexpr std::int32_t artwork = 27; ///< the SVG cannot be read
 inline constexpr std::int32_t noPage = 28;  ///< nobody said which page to replace
 inline constexpr std::int32_t layersLeftOut = 1004; ///< warning of the plug-in
-inline constexpr std::int32_t notInArtwork = 1005;  ///< warning: left out when the page was opened
+inline constexpr std::int32_t notInArtwork = 1005;  ///< warning: not kept when the page was opened
 inline constexpr std::int32_t notUnderstood = 1006; ///< warning: ignored when the SVG was read
 inline constexpr std::int32_t pageRepeated = 1007;  ///< warning: one object is several pages
 } // namespace code

@@ -78,7 +78,7 @@ HostExtension Listener::makeExtension() {
     };
     extension.omitted = [](void* context, Omission kind, std::int32_t count) {
         Listener& to = listener(context);
-        to.remember([&] { to.report_.source.omitted[kind] += count; });
+        to.remember([&] { to.report_.source.omitted[std::string(omissionName(kind))] += count; });
     };
     extension.artworkDigest = report_.source.identity ? &report_.source.identity->digest : nullptr;
     extension.overwrites = arguments_.force;

@@ -47,7 +47,7 @@ void addOutput(JsonWriter& json, const Report& report) {
 void addOmitted(JsonWriter& json, const Report& report) {
     json.name("omitted").openObject();
     for (const auto& [kind, count] : report.source.omitted) {
-        json.name(omissionName(kind)).integer(count);
+        json.name(kind).integer(count);
     }
     json.closeObject();
 }

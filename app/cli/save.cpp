@@ -58,8 +58,8 @@ void weighLosses(const Arguments& arguments, const Document& document,
         report.warnings.push_back({code, loss + "; the saved page does not have that"});
     };
     for (const auto& [kind, count] : report.source.omitted) {
-        lose(code::notInArtwork, omissionName(kind),
-             std::to_string(count) + " left out when the page was opened");
+        lose(code::notInArtwork, kind,
+             std::to_string(count) + " not kept when the page was opened");
     }
     for (const auto& [kind, count] : report.ignored) {
         lose(code::notUnderstood, kind,

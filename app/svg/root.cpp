@@ -97,11 +97,11 @@ void writeProvenance(TextOutput& out, const Provenance& provenance) {
     std::string omitted;
     for (const auto& [kind, count] : provenance.omitted) {
         omitted += omitted.empty() ? "" : " ";
-        omitted += omissionName(kind);
+        omitted += kind;
         omitted += ':' + std::to_string(count);
     }
     if (!omitted.empty()) {
-        writePlainAttribute(out, "data-omitted", omitted);
+        writeAttribute(out, "data-omitted", omitted);
     }
 }
 

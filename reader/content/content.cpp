@@ -3,9 +3,9 @@
 #include "objects/stack.h"
 #include "reader/content/content_keywords.h"
 #include "reader/content/interpreter.h"
+#include "reader/content/omissions.h"
 #include "reader/syntax/stream_chain.h"
 #include "runtime/exception.h"
-#include "runtime/warning.h"
 
 namespace corvane {
 
@@ -70,7 +70,7 @@ private:
         level_.span.end = level_.streamStart + tokens_.tokenEnd();
         const ContentKeyword* const keyword = contentKeywords().find(tokens_.bytes());
         if (keyword == nullptr) {
-            raiseWarning(Warning::unknownOperator);
+            noteOmission(Omission::unknownOperator);
             dropOperands();
             return;
         }
@@ -108,7 +108,7 @@ void runStream(Interpreter& interpreter, const Object& stream) {
             againException();
         }
         resetException();
-        raiseWarning(Warning::operatorFailed);
+        noteOmission(Omission::damagedOperator);
         loop.dropOperands();
         interpreter.progress.fault(chain.tokens());
     }

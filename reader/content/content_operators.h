@@ -71,7 +71,11 @@ void strokeSpaceOperator(Interpreter& interpreter);   ///< CS
 void fillColourOperator(Interpreter& interpreter);    ///< sc, scn
 void strokeColourOperator(Interpreter& interpreter);  ///< SC, SCN
 void externalStateOperator(Interpreter& interpreter); ///< gs: line parameters
-void invisibleOperator(
-    Interpreter& interpreter); ///< marked content, compatibility: nothing to draw
+void invisibleOperator(Interpreter& interpreter);     ///< EMC, BX, EX: nothing to draw
+
+// What is noted and not drawn (reader/content/marked_operators.cpp)
+void intentOperator(Interpreter& interpreter);     ///< ri
+void markOperator(Interpreter& interpreter);       ///< MP, DP, BMC
+void propertiesOperator(Interpreter& interpreter); ///< BDC
 
 } // namespace corvane

@@ -2,6 +2,7 @@
 #include "objects/stack.h"
 #include "reader/content/content.h"
 #include "reader/content/interpreter.h"
+#include "reader/content/losses.h"
 #include "reader/content/omissions.h"
 #include "reader/page/page_content.h"
 #include "reader/page/page_identity.h"
@@ -63,6 +64,7 @@ void readCache(DocumentCache& cache) {
     sizeArtboard(cropCache(cache));
     readOrigin();
     openOmissions();
+    noteDefaultSpaces(cache);
     applyPageMatrix(*cache.interpreter, matrix);
 
     const std::vector<ObjectOwner> streams = contentStreams(cache);

@@ -2,6 +2,7 @@
 #include "objects/stack.h"
 #include "reader/content/content_keywords.h"
 #include "reader/content/content_operators.h"
+#include "reader/content/losses.h"
 #include "reader/content/omissions.h"
 #include "reader/paint/colour.h"
 #include "runtime/exception.h"
@@ -14,9 +15,9 @@ namespace corvane {
 namespace {
 
 /// The paint is a pattern or of a space that is not supported.
-void hidePaint(Paint& paint) {
+void hidePaint(Paint& paint, Omission why) {
     paint.hidden = true;
-    noteOmission(Omission::shading);
+    noteOmission(why);
 }
 
 void selectSpace(Interpreter& interpreter, Paint& paint, Colour& colour) {
@@ -26,8 +27,11 @@ void selectSpace(Interpreter& interpreter, Paint& paint, Colour& colour) {
     paint =
         Paint{.space = interpreter.colourSpaces.find(interpreter.cache, literalObject(name.get()))};
     if (paint.space == nullptr) {
-        hidePaint(paint);
-    } else if (paint.space->kind != ColourSpace::Kind::pattern) {
+        hidePaint(paint, Omission::colourSpace);
+        return;
+    }
+    noteSpaceLosses(*paint.space);
+    if (paint.space->kind != ColourSpace::Kind::pattern) {
         colour = initialColour(*paint.space);
     }
 }
@@ -51,7 +55,7 @@ void selectColour(Paint& paint, Colour& colour) {
     checkStack("?");
     const bool named = typeObject(indexStack(0)) == ObjectType::literal;
     if (named || (paint.space && paint.space->kind == ColourSpace::Kind::pattern)) {
-        hidePaint(paint);
+        hidePaint(paint, Omission::pattern);
         return;
     }
     if (paint.space == nullptr && paint.hidden) {
@@ -123,6 +127,7 @@ void externalStateOperator(Interpreter& interpreter) {
     applyEntry(interpreter, entries.get(), "LJ", "x", joinOperator);
     applyEntry(interpreter, entries.get(), "ML", "x", miterOperator);
     applyDash(interpreter, entries.get());
+    noteStateLosses(interpreter.cache, entries.get());
 }
 
 void invisibleOperator(Interpreter&) {}

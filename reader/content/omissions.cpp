@@ -9,14 +9,32 @@ namespace corvane {
 
 namespace {
 
-constexpr std::size_t kinds = static_cast<std::size_t>(Omission::other) + 1;
+std::array<std::int32_t, omissionKinds> counts{};
 
-std::array<std::int32_t, kinds> counts{};
-
-constexpr std::array<Warning, kinds> warnings = {
-    Warning::textLeftOut,    Warning::picture,        Warning::formSkipped,
-    Warning::shadingLeftOut, Warning::unknownXObject,
-};
+/// The warning of a kind; `none` where the page looks nearly as it should.
+Warning warningOf(Omission kind) {
+    switch (kind) {
+    case Omission::text:
+        return Warning::textLeftOut;
+    case Omission::image:
+        return Warning::picture;
+    case Omission::form:
+        return Warning::formSkipped;
+    case Omission::shading:
+    case Omission::pattern:
+    case Omission::colourSpace:
+        return Warning::shadingLeftOut;
+    case Omission::other:
+        return Warning::unknownXObject;
+    case Omission::unknownOperator:
+        return Warning::unknownOperator;
+    case Omission::damagedOperator:
+    case Omission::longDash:
+        return Warning::operatorFailed;
+    default:
+        return Warning::none;
+    }
+}
 
 } // namespace
 
@@ -25,9 +43,9 @@ void openOmissions() {
 }
 
 void noteOmission(Omission kind) {
-    const auto index = static_cast<std::size_t>(kind);
-    if (++counts[index] == 1) {
-        raiseWarning(warnings[index]);
+    const bool isFirst = ++counts[static_cast<std::size_t>(kind)] == 1;
+    if (isFirst && warningOf(kind) != Warning::none) {
+        raiseWarning(warningOf(kind));
     }
 }
 
@@ -36,7 +54,7 @@ void reportOmissions() {
     if (!extension || extension->omitted == nullptr) {
         return;
     }
-    for (std::size_t i = 0; i < kinds; ++i) {
+    for (std::size_t i = 0; i < omissionKinds; ++i) {
         if (counts[i] > 0) {
             extension->omitted(extension->context, static_cast<Omission>(i), counts[i]);
         }

@@ -1,4 +1,4 @@
-// What a page shows and the artwork does not hold: counted by kind, told to the host at the end.
+// What a page has and the artwork does not hold: counted by kind, told to the host at the end.
 #pragma once
 
 #include "host/extension.h"
@@ -6,7 +6,7 @@
 namespace corvane {
 
 void openOmissions();
-/// Counts one thing that was left out; the first of its kind raises its warning.
+/// Counts one thing that was left out; the first of its kind raises its warning, if it has one.
 void noteOmission(Omission kind);
 /// Tells the host extension, if there is one.
 void reportOmissions();

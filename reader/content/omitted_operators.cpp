@@ -39,6 +39,9 @@ void doObjectOperator(Interpreter& interpreter) {
     noteOmission(kind == "Image"  ? Omission::image
                  : kind == "Form" ? Omission::form
                                   : Omission::other);
+    if (typeObject(findEntry(interpreter.cache, object.get(), "OC")) != ObjectType::null) {
+        noteOmission(Omission::optionalContent);
+    }
 }
 
 void charWidthOperator(Interpreter&) {}

@@ -1,5 +1,6 @@
 #include "objects/stack.h"
 #include "reader/content/content_operators.h"
+#include "reader/content/omissions.h"
 #include "runtime/callbacks.h"
 #include "runtime/fixed.h"
 #include "runtime/rules.h"
@@ -68,7 +69,8 @@ void dashOperator(Interpreter& interpreter) {
     const std::span<Object> lengths = elementsObject(array.get());
     auto dash = interpreter.state.dash;
     if (lengths.size() > dash.size()) {
-        failException(Exception::type);
+        noteOmission(Omission::longDash);
+        return;
     }
     dash.fill(0);
     for (std::size_t i = 0; i < lengths.size(); ++i) {

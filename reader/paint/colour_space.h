@@ -22,6 +22,7 @@ struct ColourSpace {
 
     Kind kind = Kind::gray;
     std::int32_t components = 1; ///< operands of a colour; 0 for patterns
+    bool hasProfile = false;     ///< its colours are measured, not those of a device
 
     /// Of `indexed` and `tint`: the space that their colours are given in.
     std::shared_ptr<const ColourSpace> base = nullptr;

@@ -2,6 +2,7 @@
 
 #include "reader/content/art.h"
 #include "reader/content/interpreter.h"
+#include "reader/content/losses.h"
 #include "runtime/callbacks.h"
 #include "runtime/fixed.h"
 #include "runtime/rules.h"
@@ -94,6 +95,9 @@ void finishArt(Interpreter& interpreter) {
         return;
     }
     stylePath(interpreter.state, path, false);
+    if (interpreter.state.style.strokePaint != 0 && interpreter.state.lineWidth != 0) {
+        noteStrokeLoss(interpreter.state.exactCtm);
+    }
     if (interpreter.state.style.clip != 0) {
         clipWith(interpreter, path);
     }

@@ -23,14 +23,18 @@ constexpr std::size_t longestTable = 256 * mostComponents;
 
 ColourSpacePointer parseSpace(DocumentCache& cache, const Object& object, int depth);
 
-ColourSpacePointer deviceSpace(std::int32_t components) {
+ColourSpacePointer deviceSpace(std::int32_t components, bool hasProfile = false) {
+    const auto made = [&](Kind kind) {
+        return std::make_shared<ColourSpace>(
+            ColourSpace{.kind = kind, .components = components, .hasProfile = hasProfile});
+    };
     switch (components) {
     case 1:
-        return std::make_shared<ColourSpace>(ColourSpace{.kind = Kind::gray, .components = 1});
+        return made(Kind::gray);
     case 3:
-        return std::make_shared<ColourSpace>(ColourSpace{.kind = Kind::rgb, .components = 3});
+        return made(Kind::rgb);
     case 4:
-        return std::make_shared<ColourSpace>(ColourSpace{.kind = Kind::cmyk, .components = 4});
+        return made(Kind::cmyk);
     default:
         return nullptr;
     }
@@ -52,7 +56,7 @@ std::vector<double> realNumbers(DocumentCache& cache, const Object& array) {
 }
 
 ColourSpacePointer labSpace(DocumentCache& cache, const Object& parameters) {
-    ColourSpace space{.kind = Kind::lab, .components = 3};
+    ColourSpace space{.kind = Kind::lab, .components = 3, .hasProfile = true};
     const ObjectOwner dictionary = resolveObject(cache, parameters);
     const std::vector<double> range =
         realNumbers(cache, lookupObject(cache, dictionary.get(), "Range").get());
@@ -64,7 +68,7 @@ ColourSpacePointer labSpace(DocumentCache& cache, const Object& parameters) {
 
 ColourSpacePointer profileSpace(DocumentCache& cache, const Object& profile) {
     const ObjectOwner stream = resolveObject(cache, profile);
-    return deviceSpace(integerObject(lookupObject(cache, stream.get(), "N").get()));
+    return deviceSpace(integerObject(lookupObject(cache, stream.get(), "N").get()), true);
 }
 
 std::vector<std::uint8_t> tableBytes(DocumentCache& cache, const Object& object) {
@@ -142,11 +146,12 @@ ColourSpacePointer parseSpace(DocumentCache& cache, const Object& object, int de
 } // namespace
 
 ColourSpacePointer namedColourSpace(std::string_view name) {
+    const bool hasProfile = name.starts_with("Cal");
     if (name == "DeviceGray" || name == "G" || name == "CalGray") {
-        return deviceSpace(1);
+        return deviceSpace(1, hasProfile);
     }
     if (name == "DeviceRGB" || name == "RGB" || name == "CalRGB") {
-        return deviceSpace(3);
+        return deviceSpace(3, hasProfile);
     }
     if (name == "DeviceCMYK" || name == "CMYK") {
         return deviceSpace(4);

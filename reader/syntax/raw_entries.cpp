@@ -45,6 +45,13 @@ public:
         return std::nullopt;
     }
 
+    /// Goes past a section of the cross-reference to the dictionary behind it.
+    void passSection() {
+        do {
+            next();
+        } while (!atDictionary());
+    }
+
     bool atDictionary() const { return type_ == TokenType::dictionaryOpen; }
 
     std::vector<RawEntry> entries() {
@@ -162,6 +169,15 @@ std::vector<RawEntry> rawEntries(DocumentCache& cache, std::int32_t number,
 std::vector<RawEntry> rawEntries(DocumentCache& cache, const RawEntry& value) {
     return entriesAt(cache, ObjectPlace::atOffset(value.start - cache.headerOffset))
         .value_or(std::vector<RawEntry>());
+}
+
+std::vector<RawEntry> rawTrailer(DocumentCache& cache) {
+    FileScope scope(cache, cache.sectionOffsets.front());
+    EntryWalk walk(scope.tokens());
+    walk.passSection();
+    std::vector<RawEntry> entries = walk.entries();
+    scope.leave();
+    return entries;
 }
 
 std::string rawValue(DocumentCache& cache, const RawEntry& entry) {

@@ -26,6 +26,9 @@ std::vector<RawEntry> rawEntries(DocumentCache& cache, std::int32_t number,
 /// The entries of a value that is a dictionary or leads to one by a reference; none otherwise.
 std::vector<RawEntry> rawEntries(DocumentCache& cache, const RawEntry& value);
 
+/// The entries of the newest trailer.
+std::vector<RawEntry> rawTrailer(DocumentCache& cache);
+
 /// The bytes of the value. More than `budget::keptEntryBytes` raise `limit`.
 std::string rawValue(DocumentCache& cache, const RawEntry& entry);
 

@@ -1,5 +1,4 @@
 // The objects of a page that is saved.
-#include "objects/identity.h"
 #include "output/primitives.h"
 #include "output/xref.h"
 #include "writer/art/works.h"
@@ -10,8 +9,7 @@ namespace corvane {
 
 std::int32_t pageWrite(DocumentCache& cache, const UpdatePlan& plan) {
     Filter& output = *cache.output;
-    const std::int32_t content = nextIdentity();
-    const std::int32_t length = nextIdentity();
+    const auto [content, length] = plan.numbers;
 
     const std::int32_t contentPlace = markFilter(output);
     touchXRef(output, content, 0);
@@ -28,10 +26,8 @@ std::int32_t pageWrite(DocumentCache& cache, const UpdatePlan& plan) {
     integerOutput(output, bytes);
     stringOutput(output, "\rendobj\r");
 
-    writePageObject(cache, {.content = content,
-                            .contentPlace = contentPlace,
-                            .geometry = plan.geometry,
-                            .origin = plan.origin});
+    writePageObject(cache, plan.page, plan.geometry,
+                    {.content = content, .contentPlace = contentPlace, .origin = plan.origin});
     return bytes;
 }
 

@@ -64,9 +64,11 @@ bool isUnchanged(DocumentCache& cache, const PageMatrix& matrix, const ArtboardS
             callHost(slot::rectEmpty, &crop));
 }
 
-Box boxOf(const Rect& rect) {
-    return {realFromFixed(rect.left), realFromFixed(rect.bottom), realFromFixed(rect.right),
-            realFromFixed(rect.top)};
+/// A box of the artboard in the page's own space.
+Box placedBox(const PageGeometry& geometry, const Rect& rect) {
+    const Box box{realFromFixed(rect.left), realFromFixed(rect.bottom), realFromFixed(rect.right),
+                  realFromFixed(rect.top)};
+    return rules().keepsGeometry ? turnedBox({.fixed = {}, .exact = geometry.placement}, box) : box;
 }
 
 } // namespace
@@ -79,24 +81,24 @@ PageGeometry pageGeometry(DocumentCache& cache) {
     PageGeometry geometry;
     if (rules().keepsGeometry) {
         const PageMatrix matrix = pageMatrix(cache);
-        if (isUnchanged(cache, matrix, size, crop)) {
-            geometry.kept = true;
-            // A turn by right angles and a move always has one.
-            geometry.placement = withoutSignedZeros(inverse(matrix.exact).value_or(RealMatrix()));
-            return geometry;
-        }
+        // A turn by right angles and a move always has one.
+        geometry.placement = withoutSignedZeros(inverse(matrix.exact).value_or(RealMatrix()));
+        geometry.kept = isUnchanged(cache, matrix, size, crop);
     }
-    geometry.mediaBox = limitedRect(size.width, size.height, Warning::pageSize);
-    geometry.cropBox = fittedCrop(crop, geometry.mediaBox);
+    if (!geometry.kept) {
+        const Rect media = limitedRect(size.width, size.height, Warning::pageSize);
+        geometry.mediaBox = placedBox(geometry, media);
+        geometry.cropBox = placedBox(geometry, fittedCrop(crop, media));
+    }
     return geometry;
 }
 
 PageFacts factsOf(DocumentCache& cache, const PageGeometry& geometry) {
     PageFacts facts = factsCache(cache);
     if (!geometry.kept) {
-        facts.mediaBox = boxOf(geometry.mediaBox);
-        facts.cropBox = boxOf(geometry.cropBox);
-        facts.rotate = 0;
+        facts.mediaBox = geometry.mediaBox;
+        facts.cropBox = geometry.cropBox;
+        facts.rotate = rules().keepsGeometry ? facts.rotate : 0;
     }
     return facts;
 }

@@ -7,10 +7,10 @@
 namespace corvane {
 
 struct PageGeometry {
-    bool kept = false;    ///< boxes, Rotate and UserUnit stay as the file has them
+    bool kept = false;    ///< the boxes stay as the file has them
     RealMatrix placement; ///< from the artboard to the page's own space
-    Rect mediaBox;        ///< where they are not kept; the page is not turned then
-    Rect cropBox;
+    Box mediaBox;         ///< where they are not kept, in the page's own space
+    Box cropBox;
 };
 
 /// Asks the host for the artboard and the bounds. Warns where they had to be corrected.

@@ -7,105 +7,141 @@
 #include "reader/syntax/raw_entries.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
+#include "runtime/fixed.h"
 #include "runtime/rules.h"
-#include "writer/page/carried_reference.h"
 #include "writer/page/piece_info.h"
+#include "writer/page/resource_registry.h"
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace corvane {
 
 namespace {
 
 /// Keys that the new page object writes itself, and Thumb, which shows the old page.
-constexpr std::array<std::string_view, 7> replacedKeys = {
-    "Type", "Parent", "Contents", "Resources", "Thumb", "PieceInfo", "LastModified"};
+constexpr std::array<std::string_view, 6> replacedKeys = {"Type",  "Contents",  "Resources",
+                                                          "Thumb", "PieceInfo", "LastModified"};
 
 /// Keys that go with the old size of a page.
-constexpr std::array<std::string_view, 6> geometryKeys = {"MediaBox", "CropBox", "BleedBox",
-                                                          "TrimBox",  "ArtBox",  "Rotate"};
+constexpr std::array<std::string_view, 5> geometryKeys = {"MediaBox", "CropBox", "BleedBox",
+                                                          "TrimBox", "ArtBox"};
 
 bool isAmong(std::span<const std::string_view> keys, std::string_view key) {
     return std::ranges::find(keys, key) != keys.end();
 }
 
-void writeResources(Filter& output) {
+/// The fonts and images that the art walk met, by the names that it gave them.
+ResourceRegistry metResources() {
+    ResourceRegistry resources;
+    forallFamily([&](const Family& family) {
+        resources.add(ResourceCategory::font, resourceNameFamily(family), family.number,
+                      family.generation);
+    });
+    forallMask([&](const Mask& mask) {
+        resources.add(ResourceCategory::object, mask.resourceName.get(), mask.number,
+                      mask.generation);
+    });
+    return resources;
+}
+
+void writeResources(DocumentCache& cache) {
+    const ResourceRegistry resources = metResources();
+    Filter& output = *cache.output;
     stringOutput(output, "/Resources <<\r");
-    if (countFamily() > 0) {
-        stringOutput(output, "/Font <<\r");
-        forallFamily([&](const Family& family) {
-            nameOutput(output, resourceNameFamily(family));
-            referenceOutput(output, family.number, family.generation);
-        });
-        stringOutput(output, ">>\r");
-    }
-    if (countMask() > 0) {
-        stringOutput(output, "/XObject <<\r");
-        forallMask([&](const Mask& mask) {
-            nameOutput(output, mask.resourceName.get());
-            referenceOutput(output, mask.number, mask.generation);
-        });
-        stringOutput(output, ">>\r");
-    }
+    resources.write(cache);
     stringOutput(output, "/ProcSet [ /PDF ");
-    if (countFamily() > 0) {
+    if (resources.hasAdded(ResourceCategory::font)) {
         stringOutput(output, "/Text ");
     }
-    if (countMask() > 0) {
+    if (resources.hasAdded(ResourceCategory::object)) {
         stringOutput(output, "/ImageB /ImageC /ImageI ");
     }
     stringOutput(output, "]\r>>\r");
 }
 
-/// Writes what the old page says beside its content, in its own bytes.
-void carryEntries(DocumentCache& cache, std::span<const RawEntry> entries, bool withGeometry) {
-    for (const RawEntry& entry : entries) {
-        if (!isAmong(replacedKeys, entry.key) &&
-            (withGeometry || !isAmong(geometryKeys, entry.key))) {
-            rawEntryOutput(cache, entry);
-        }
+const PageEntry& pageInUse(const DocumentCache& cache) {
+    return cache.pages[static_cast<std::size_t>(cache.pageNumber - 1)];
+}
+
+/// A number; one beyond 16.16 is read back as an integer only.
+void writeCoordinate(Filter& output, double value) {
+    constexpr double largestFixed = 32767;
+    if (std::abs(value) <= largestFixed) {
+        fixedOutput(output, fixedFromReal(value));
+    } else {
+        integerOutput(output, static_cast<std::int32_t>(std::nearbyint(value)));
     }
 }
 
-void writeGeometry(Filter& output, const PageGeometry& geometry) {
-    stringOutput(output, "/Rotate 0\r/MediaBox [ ");
-    rectOutput(output, geometry.mediaBox);
-    stringOutput(output, "]\r/CropBox [ ");
-    rectOutput(output, geometry.cropBox);
+void writeBox(Filter& output, std::string_view key, const Box& box) {
+    nameOutput(output, key);
+    stringOutput(output, "[ ");
+    for (const double edge : {box.left, box.bottom, box.right, box.top}) {
+        writeCoordinate(output, edge);
+    }
     stringOutput(output, "]\r");
+}
+
+void writeGeometry(Filter& output, const PageGeometry& geometry) {
+    if (!rules().keepsGeometry) {
+        stringOutput(output, "/Rotate 0\r");
+    }
+    writeBox(output, "MediaBox", geometry.mediaBox);
+    writeBox(output, "CropBox", geometry.cropBox);
 }
 
 } // namespace
 
-void writePageObject(DocumentCache& cache, const PageParts& parts) {
-    const PageEntry& page = cache.pages[static_cast<std::size_t>(cache.pageNumber - 1)];
-    if (page.number == 0) {
-        failException(Exception::underflow);
+CarriedPage carriedPage(DocumentCache& cache, const PageGeometry& geometry) {
+    const PageEntry& page = pageInUse(cache);
+    CarriedPage carried;
+    if (!rules().keepsPageEntries) {
+        if (page.number == 0) {
+            failException(Exception::underflow);
+        }
+        carried.entries.addReference(cache, cache.page.get(), "Parent");
+        if (typeObject(findEntry(cache, cache.page.get(), "Annots")) != ObjectType::null) {
+            carried.entries.addReference(cache, cache.page.get(), "Annots");
+        }
+        return carried;
     }
+    if (page.number == 0) {
+        failException(Exception::structure);
+    }
+    std::vector<RawEntry> entries = rawEntries(cache, page.number, page.generation);
+    carried.notes = notesOfOthers(cache, entries);
+    for (RawEntry& entry : entries) {
+        if (!isAmong(replacedKeys, entry.key) &&
+            (geometry.kept || !isAmong(geometryKeys, entry.key))) {
+            carried.entries.add(std::move(entry));
+        }
+    }
+    return carried;
+}
+
+void writePageObject(DocumentCache& cache, const CarriedPage& carried, const PageGeometry& geometry,
+                     const PageParts& parts) {
+    const PageEntry& page = pageInUse(cache);
     Filter& output = *cache.output;
     const std::int32_t place = markFilter(output);
     touchXRef(output, page.number, page.generation);
     objectOutput(output, page.number, page.generation);
     stringOutput(output, "<<\r/Type /Page\r");
-    carryReference(cache, cache.page.get(), "Parent");
-    std::vector<RawEntry> entries;
-    if (rules().keepsPageEntries) {
-        entries = rawEntries(cache, page.number, page.generation);
-        carryEntries(cache, entries, parts.geometry.kept);
-    } else if (typeObject(findEntry(cache, cache.page.get(), "Annots")) != ObjectType::null) {
-        carryReference(cache, cache.page.get(), "Annots");
-    }
+    carried.entries.write(cache);
     stringOutput(output, "/Contents ");
     referenceOutput(output, parts.content, 0);
-    writeResources(output);
+    writeResources(cache);
     if (rules().recordsOrigin) {
-        writePieceInfo(cache, entries,
+        writePieceInfo(cache, carried.notes,
                        {.origin = parts.origin, .page = place, .content = parts.contentPlace});
     }
-    if (!parts.geometry.kept) {
-        writeGeometry(output, parts.geometry);
+    if (!geometry.kept) {
+        writeGeometry(output, geometry);
     }
     stringOutput(output, ">>\rendobj\r");
 }

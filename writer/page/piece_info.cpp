@@ -8,48 +8,30 @@
 #include "writer/update/hexadecimal.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace corvane {
 
-void rawEntryOutput(DocumentCache& cache, const RawEntry& entry) {
-    const std::string value = rawValue(cache, entry);
-    nameOutput(*cache.output, entry.key);
-    writeFilter(*cache.output, std::as_bytes(std::span(value)));
-    stringOutput(*cache.output, "\r");
-}
-
-namespace {
-
-/// Whether the page has notes that can be read: what others could not read either would make the
-/// page itself unreadable.
-bool hasNotes(DocumentCache& cache) {
-    bool has = false;
-    const Exception code = guarded([&] {
-        const ObjectOwner notes = lookupObject(cache, cache.page.get(), "PieceInfo");
-        has = typeObject(notes.get()) == ObjectType::dictionary;
-    });
-    if (code != Exception::none && !isFileFault(code)) {
-        againException();
+CarriedEntries notesOfOthers(DocumentCache& cache, std::span<const RawEntry> page) {
+    CarriedEntries others;
+    const auto notes = std::ranges::find(page, "PieceInfo", &RawEntry::key);
+    if (notes == page.end() ||
+        !attempted([&] { lookupObject(cache, cache.page.get(), "PieceInfo"); })) {
+        return others;
     }
-    resetException();
-    return has;
+    for (RawEntry& entry : rawEntries(cache, *notes)) {
+        if (entry.key != pieceInfoName) {
+            others.add(std::move(entry));
+        }
+    }
+    return others;
 }
 
-} // namespace
-
-void writePieceInfo(DocumentCache& cache, std::span<const RawEntry> formerPage,
-                    const OriginNote& note) {
+void writePieceInfo(DocumentCache& cache, const CarriedEntries& others, const OriginNote& note) {
     Filter& output = *cache.output;
     const std::string date = "/LastModified (" + dateNow() + ")";
     stringOutput(output, date + "\r/PieceInfo <<\r");
-    const auto former = std::ranges::find(formerPage, "PieceInfo", &RawEntry::key);
-    if (former != formerPage.end() && hasNotes(cache)) {
-        for (const RawEntry& entry : rawEntries(cache, *former)) {
-            if (entry.key != pieceInfoName) {
-                rawEntryOutput(cache, entry);
-            }
-        }
-    }
+    others.write(cache);
     nameOutput(output, pieceInfoName);
     stringOutput(output,
                  "<< " + date + " /Private << /Origin <" + hexadecimal(note.origin) + "> /Page ");

@@ -4,6 +4,7 @@
 
 #include "reader/document/cache.h"
 #include "reader/syntax/raw_entries.h"
+#include "writer/page/carried_entries.h"
 
 #include <cstdint>
 #include <span>
@@ -17,11 +18,11 @@ struct OriginNote {
     std::int32_t content = 0; ///< and its content stream
 };
 
-/// Writes one entry, its value in its own bytes, to the cache's output.
-void rawEntryOutput(DocumentCache& cache, const RawEntry& entry);
+/// What other programs noted in the page whose entries these are. Notes that cannot be read are
+/// left out: they would make the new page unreadable too.
+CarriedEntries notesOfOthers(DocumentCache& cache, std::span<const RawEntry> page);
 
-/// Writes the LastModified and PieceInfo entries of a page that had these entries before.
-void writePieceInfo(DocumentCache& cache, std::span<const RawEntry> formerPage,
-                    const OriginNote& note);
+/// Writes the LastModified and PieceInfo entries.
+void writePieceInfo(DocumentCache& cache, const CarriedEntries& others, const OriginNote& note);
 
 } // namespace corvane

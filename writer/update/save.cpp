@@ -1,5 +1,6 @@
 // A save from beginning to end.
 #include "filters/filter.h"
+#include "objects/identity.h"
 #include "output/primitives.h"
 #include "output/xref.h"
 #include "reader/document/update_mark.h"
@@ -65,7 +66,12 @@ UpdatePlan planUpdate(DocumentCache& cache) {
         plan.origin = originOf(cache);
     }
     plan.geometry = pageGeometry(cache);
-    reserveNumbers(cache);
+    plan.facts = factsOf(cache, plan.geometry);
+    plan.page = carriedPage(cache, plan.geometry);
+    plan.trailer = carriedTrailer(cache);
+    reserveNumbers(plan.trailer);
+    plan.numbers.content = nextIdentity();
+    plan.numbers.length = nextIdentity();
     return plan;
 }
 
@@ -83,13 +89,13 @@ std::int32_t writeUpdate(DocumentCache& cache, const UpdatePlan& plan, SavedFact
     if (rules().marksUpdates) {
         writeMark(cache);
     }
-    facts.page = factsOf(cache, plan.geometry);
+    facts.page = plan.facts;
     facts.places = static_cast<std::int32_t>(
         std::ranges::count(cache.pages, facts.page.objectNumber, &PageEntry::number));
     facts.formerLength = cache.fileLength;
     facts.contentLength = pageWrite(cache, plan);
     forallXRef([&](const XRefEntry&) { ++facts.objects; });
-    return updateWrite(cache);
+    return updateWrite(cache, plan.trailer);
 }
 
 void tellSaved(const SavedFacts& facts) {

@@ -2,11 +2,11 @@
 #include "objects/identity.h"
 #include "output/primitives.h"
 #include "output/xref.h"
+#include "reader/syntax/raw_entries.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 #include "runtime/exception.h"
 #include "runtime/rules.h"
-#include "writer/page/carried_reference.h"
 #include "writer/update/hexadecimal.h"
 #include "writer/update/update.h"
 #include "writer/update/update_filter.h"
@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <span>
 #include <string_view>
+#include <utility>
 
 namespace corvane {
 
@@ -22,17 +23,41 @@ namespace {
 /// A Size beyond is taken for a mistake: it would leave too few numbers for what is written.
 constexpr std::int32_t largestSize = budget::objectNumber / 2;
 
-bool trailerHas(DocumentCache& cache, std::string_view key) {
-    return typeObject(findEntry(cache, cache.trailer.get(), key)) != ObjectType::null;
+/// An entry as the file has it: a reference or, in the extended profile, the thing itself.
+void carry(DocumentCache& cache, CarriedEntries& entries, std::string_view key) {
+    const Object& trailer = cache.trailer.get();
+    if (!rules().carriesTrailer ||
+        typeObject(findEntry(cache, trailer, key)) == ObjectType::reference) {
+        return entries.addReference(cache, trailer, key);
+    }
+    for (RawEntry& entry : rawTrailer(cache)) {
+        if (entry.key == key) {
+            entries.add(std::move(entry));
+        }
+    }
 }
 
 /// What the file said before; 0 where it said nothing that counts.
 std::int32_t formerSize(DocumentCache& cache) {
     const ObjectOwner former = lookupObject(cache, cache.trailer.get(), "Size");
-    if (!rules().carriesTrailer || typeObject(former.get()) != ObjectType::integer) {
-        return 0;
+    return typeObject(former.get()) == ObjectType::integer
+               ? std::max(0, integerObject(former.get()))
+               : 0;
+}
+
+/// A file's identifier: the first half stays for ever, the second is new with every update (PDF
+/// Reference, 9.3).
+std::optional<std::string> formerIdentifier(DocumentCache& cache) {
+    const ObjectOwner pair = lookupObject(cache, cache.trailer.get(), "ID");
+    if (typeObject(pair.get()) != ObjectType::array || sizeObject(pair.get()) < 1) {
+        return std::nullopt;
     }
-    return std::max(0, integerObject(former.get()));
+    const ObjectOwner first = resolveObject(cache, elementsObject(pair.get())[0]);
+    const ObjectType type = typeObject(first.get());
+    if (type != ObjectType::text && type != ObjectType::block) {
+        return std::nullopt;
+    }
+    return std::string(textObject(first.get()));
 }
 
 /// Sixteen bytes that follow from what was written.
@@ -42,35 +67,30 @@ std::string newIdentifier(Digest digest) {
     return first + hexadecimal(digest.value());
 }
 
-/// A file's identifier: the first half stays for ever, the second is new with every update (PDF
-/// Reference, 9.3).
-void writeIdentifier(DocumentCache& cache) {
-    const ObjectOwner pair = lookupObject(cache, cache.trailer.get(), "ID");
-    if (typeObject(pair.get()) != ObjectType::array || sizeObject(pair.get()) < 1) {
-        return;
-    }
-    const ObjectOwner first = resolveObject(cache, elementsObject(pair.get())[0]);
-    const ObjectType type = typeObject(first.get());
-    if (type != ObjectType::text && type != ObjectType::block) {
-        return;
-    }
-    const std::string_view bytes = textObject(first.get());
-    stringOutput(*cache.output,
-                 "/ID [ <" + hexadecimal(std::as_bytes(std::span(bytes))) + "> <" +
-                     newIdentifier(static_cast<const UpdateFilter&>(*cache.output).digest) +
-                     "> ]\r");
-}
-
 } // namespace
 
-void reserveNumbers(DocumentCache& cache) {
-    const std::int32_t size = formerSize(cache);
-    if (size > 0 && size <= largestSize) {
-        usedIdentity(size - 1);
+CarriedTrailer carriedTrailer(DocumentCache& cache) {
+    CarriedTrailer trailer;
+    carry(cache, trailer.entries, "Root");
+    const Object info = findEntry(cache, cache.trailer.get(), "Info");
+    if (!rules().carriesTrailer || typeObject(info) != ObjectType::null) {
+        carry(cache, trailer.entries, "Info");
+    }
+    if (rules().carriesTrailer) {
+        // A file can do without an ID, and with a Size that is found anew.
+        attempted([&] { trailer.size = formerSize(cache); });
+        attempted([&] { trailer.identifier = formerIdentifier(cache); });
+    }
+    return trailer;
+}
+
+void reserveNumbers(const CarriedTrailer& trailer) {
+    if (trailer.size > 0 && trailer.size <= largestSize) {
+        usedIdentity(trailer.size - 1);
     }
 }
 
-std::int32_t updateWrite(DocumentCache& cache) {
+std::int32_t updateWrite(DocumentCache& cache, const CarriedTrailer& trailer) {
     Filter& output = *cache.output;
     const std::int32_t section = markFilter(output);
     stringOutput(output, "xref\r0 1 \r0000000000 65535 f \r");
@@ -78,16 +98,16 @@ std::int32_t updateWrite(DocumentCache& cache) {
         entryXRef(output, entry.number, entry.generation, entry.offset);
     });
     stringOutput(output, "trailer\r<<\r/Size ");
-    integerOutput(output, std::max(lastIdentity(), formerSize(cache)));
+    integerOutput(output, std::max(lastIdentity(), trailer.size));
     stringOutput(output, "\r/Prev ");
     integerOutput(output, weighXRef());
     stringOutput(output, "\r");
-    carryReference(cache, cache.trailer.get(), "Root");
-    if (!rules().carriesTrailer || trailerHas(cache, "Info")) {
-        carryReference(cache, cache.trailer.get(), "Info");
-    }
-    if (rules().carriesTrailer) {
-        writeIdentifier(cache);
+    trailer.entries.write(cache);
+    if (trailer.identifier) {
+        const auto& update = static_cast<const UpdateFilter&>(output);
+        stringOutput(output, "/ID [ <" +
+                                 hexadecimal(std::as_bytes(std::span(*trailer.identifier))) +
+                                 "> <" + newIdentifier(update.digest) + "> ]\r");
     }
     stringOutput(output, ">>\r");
     return section;

@@ -4,16 +4,19 @@
 
 #include "host/extension.h"
 #include "reader/document/cache.h"
+#include "writer/page/carried_entries.h"
 #include "writer/page/page_geometry.h"
+#include "writer/page/page_object.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace corvane {
 
 /// Appends the page in use, made from the host's artwork, and puts it on the disk; tells the host
 /// extension. Where anything raises, the file is as long as before, and the code is raised again.
-/// Raises `repairedFile`, `pageChanged` and `fileChanged` before anything is written.
+/// What forbids the save raises before anything is written.
 void writeCache(DocumentCache& cache);
 
 /// The same, but what would be appended is only counted; the file need not be one that may change.
@@ -21,23 +24,43 @@ void tryCache(DocumentCache& cache);
 
 // The parts of an update, for a cache whose output is an `UpdateFilter`.
 
+/// What the trailer of an update takes over from the newest one.
+struct CarriedTrailer {
+    CarriedEntries entries;
+    std::int32_t size = 0;                 ///< 0 where it says nothing that counts
+    std::optional<std::string> identifier; ///< the first half of the file's
+};
+
 /// What is settled before the first byte is written.
 struct UpdatePlan {
+    /// Numbers of the objects that every update has.
+    struct Numbers {
+        std::int32_t content = 0;
+        std::int32_t length = 0; ///< of the content
+    };
     PageGeometry geometry;
+    PageFacts facts;          ///< of the page as it will be
     std::uint64_t origin = 0; ///< identity of the page that the artwork was opened from
+    CarriedPage page;
+    CarriedTrailer trailer;
+    Numbers numbers;
 };
+
+/// What the trailer takes over. Raises `range` where Root, or in the original profile Info, is no
+/// reference; extended keeps those as they are.
+CarriedTrailer carriedTrailer(DocumentCache& cache);
 
 /// Keeps new objects off every number below the file's Size: objects that only readers of
 /// cross-reference streams see have such numbers (PDF Reference 3.4.7), and so may references to
-/// objects that are gone. Extended only.
-void reserveNumbers(DocumentCache& cache);
+/// objects that are gone.
+void reserveNumbers(const CarriedTrailer& trailer);
 
 /// Writes the content, its length, the page and its resources to the cache's output; the length of
 /// the content.
 std::int32_t pageWrite(DocumentCache& cache, const UpdatePlan& plan);
 
 /// Writes the cross-reference section and the trailer; the offset of the section.
-std::int32_t updateWrite(DocumentCache& cache);
+std::int32_t updateWrite(DocumentCache& cache, const CarriedTrailer& trailer);
 
 /// What ends an update whose section stands at `section`, and makes it count.
 std::string updateEnd(std::int32_t section);

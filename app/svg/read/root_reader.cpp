@@ -36,18 +36,18 @@ Fixed fixedOf(double value) {
     return saturate(wideFixed(value));
 }
 
-std::map<Omission, std::int32_t> parseOmissions(std::string_view text) {
-    constexpr std::array kinds{Omission::text, Omission::image, Omission::form, Omission::shading,
-                               Omission::other};
-    std::map<Omission, std::int32_t> omitted;
+/// "image:3 text:12". A count that cannot be read says at least that there is something.
+std::map<std::string, std::int32_t, std::less<>> parseOmissions(std::string_view text) {
+    std::map<std::string, std::int32_t, std::less<>> omitted;
     TextCursor cursor(text);
     while (!cursor.atEnd()) {
         TextCursor entry(cursor.takeUntil(' '));
-        const std::string_view name = entry.takeUntil(':');
-        const auto kind = std::ranges::find(kinds, name, omissionName);
-        const auto count = wholeNumber<std::int32_t>(entry.rest());
-        if (kind != kinds.end() && count > 0) {
-            omitted[*kind] = count;
+        const std::string_view kind = entry.takeUntil(':');
+        std::int32_t count = 1;
+        const std::string_view digits = entry.rest();
+        std::from_chars(digits.data(), digits.data() + digits.size(), count);
+        if (!kind.empty() && count > 0) {
+            omitted.insert_or_assign(std::string(kind), count);
         }
     }
     return omitted;

@@ -135,6 +135,8 @@ TEST_F(Save, ANewFileAppearsWhole) {
 TEST_F(Save, LossesNeedForce) {
     add("less.svg",
         "data-producer=\"corvane\" data-version=\"1\" data-page=\"1\" data-omitted=\"text:12\"");
+    add("later.svg",
+        "data-producer=\"corvane\" data-version=\"1\" data-page=\"1\" data-omitted=\"hologram\"");
     add("more.svg", "", "<text>a</text><text>b</text><text>c</text>");
     add("images.svg", "",
         "<image href='data:image/png;base64,AAAA'/><image xlink:href=' a/logo.png'/>"
@@ -145,7 +147,8 @@ TEST_F(Save, LossesNeedForce) {
         const char* warning;
     };
     for (const Row& row :
-         {Row{"less.svg", "text: 12 left out when the page was opened", "1005"},
+         {Row{"less.svg", "text: 12 not kept when the page was opened", "1005"},
+          Row{"later.svg", "hologram: 1 not kept when the page was opened", "1005"},
           Row{"more.svg", "text: 3 elements ignored", "1006"},
           Row{"images.svg", "image: 5 elements ignored (a/logo.png, b.jpg, 1 embedded)", "1006"}}) {
         const auto refused = run("", {"save", row.artwork, "in.pdf", "--page", "1"});

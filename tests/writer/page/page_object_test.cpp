@@ -19,6 +19,12 @@ std::string pageIn(const std::string& update) {
     return update.substr(at, update.find("endobj", at) - at);
 }
 
+/// The content that the newest update of a file holds.
+std::string contentIn(const std::string& file) {
+    const std::size_t at = file.rfind("stream\n", file.rfind("endstream") - 1);
+    return file.substr(at, file.find("endstream", at) - at);
+}
+
 class SavedPageTest : public SaveTest {
 protected:
     std::string savedPage(const std::string& entries) {
@@ -143,11 +149,7 @@ TEST_F(SavedPageTest, GeometryStaysAndArtworkLiesWhereItWas) {
         extension_.artworkDigest = nullptr;
         ASSERT_EQ(open(), 0U);
         EXPECT_EQ(anchors(), before);
-        const auto contentOf = [](const std::string& update) {
-            const std::size_t at = update.rfind("stream\n", update.rfind("endstream") - 1);
-            return update.substr(at, update.find("endstream", at) - at);
-        };
-        EXPECT_EQ(contentOf(bytes()), contentOf(first));
+        EXPECT_EQ(contentIn(bytes()), contentIn(first));
         const std::string page = pageIn(first.substr(file.size()));
         EXPECT_EQ(page.find("MediaBox") != std::string::npos,
                   std::string(row.page).find("MediaBox") != std::string::npos);
@@ -168,18 +170,24 @@ TEST_F(SavedPageTest, ANewSizeIsWrittenAnew) {
     const auto points = [](int value) { return value * fixedOne; };
     const Rect none{};
     for (const Row& row : {
-             Row{"usual", {points(300), points(400)}, none, "[ 0 0 300 400 ]", nullptr, {}, {}},
+             Row{"usual",
+                 {points(300), points(400)},
+                 none,
+                 "[ 212 0 612 300 ]",
+                 "[ 0 0 300 400 ]",
+                 {},
+                 {}},
              Row{"lower than the classic limit",
                  {points(720), points(36)},
                  none,
-                 "[ 0 0 720 36 ]",
+                 "[ 576 0 612 720 ]",
                  "[ 0 0 720 72 ]",
                  {},
                  {"write 1002 in in.pdf"}},
              Row{"too small, too large",
                  {points(1), points(20000)},
                  none,
-                 "[ 0 0 3 14400 ]",
+                 "[ -13788 0 612 3 ]",
                  "[ 0 0 72 3240 ]",
                  {"write 1002 in in.pdf"},
                  {"write 1002 in in.pdf"}},
@@ -196,9 +204,9 @@ TEST_F(SavedPageTest, ANewSizeIsWrittenAnew) {
             const std::size_t former = bytes().size();
             ASSERT_EQ(save(), 0U);
             const std::string page = pageIn(bytes().substr(former));
-            const std::string box = modern || row.original == nullptr ? row.written : row.original;
-            EXPECT_THAT(page,
-                        HasSubstr("/Rotate 0\n/MediaBox " + box + "\n/CropBox " + box + "\n"));
+            const std::string box = modern ? row.written : row.original;
+            EXPECT_THAT(page, HasSubstr("\n/MediaBox " + box + "\n/CropBox " + box + "\n"));
+            EXPECT_THAT(page, HasSubstr(modern ? "/Rotate 90\n" : "/Rotate 0\n"));
             EXPECT_THAT(page, Not(HasSubstr("TrimBox")));
             EXPECT_EQ(page.find("UserUnit") != std::string::npos, modern);
             EXPECT_EQ(front_.taken(), modern ? row.seen : row.seenOriginal);
@@ -206,17 +214,52 @@ TEST_F(SavedPageTest, ANewSizeIsWrittenAnew) {
     }
 }
 
-TEST_F(SavedPageTest, NewBoundsOfAPageOfTheSameSize) {
-    use("in.pdf",
-        PdfBuilder::onePage("20 30 m 90 60 l S", "/Rotate 90/CropBox[10 10 500 500]").bytes());
-    ASSERT_EQ(open(), 0U);
-    document_->page().setBounds({0, 612 * fixedOne, 792 * fixedOne, 0});
-    ASSERT_EQ(save(), 0U);
-    const std::string box = "[ 0 0 792 612 ]";
-    EXPECT_THAT(bytes(), HasSubstr("/Rotate 0\n/MediaBox " + box + "\n/CropBox " + box + "\n"));
-    const std::vector<Point> before = anchors();
-    ASSERT_EQ(open(), 0U);
-    EXPECT_EQ(anchors(), before) << "nothing moved";
+TEST_F(SavedPageTest, ANewSizeMovesNothing) {
+    struct Row {
+        const char* page;
+        const char* boxes; ///< of an artboard of 300 by 400.5, cropped to 10, 20, 200, 300.25
+    };
+    for (const Row& row : {
+             Row{"/MediaBox[0 0 200 100]", "[ 0 0 300 400.5 ]\n/CropBox [ 10 20 200 300.25 ]"},
+             Row{"/MediaBox[0 0 200 100]/Rotate 90",
+                 "[ -200.5 0 200 300 ]\n/CropBox [ -100.25 10 180 200 ]"},
+             Row{"/MediaBox[0 0 200 100]/Rotate 180",
+                 "[ -100 -300.5 200 100 ]\n/CropBox [ 0 -200.25 190 80 ]"},
+             Row{"/MediaBox[0 0 200 100]/Rotate 270",
+                 "[ 0 -200 400.5 100 ]\n/CropBox [ 20 -100 300.25 90 ]"},
+             Row{"/MediaBox[-30.5 17.25 170 117]/CropBox[0 20 100 100]",
+                 "[ -30.5 17.25 269.5 417.75 ]\n/CropBox [ -20.5 37.25 169.5 317.5 ]"},
+             Row{"/MediaBox[-30.5 17.25 170 117]/Rotate 90",
+                 "[ -230.5 17.25 170 317.25 ]\n/CropBox [ -130.25 27.25 150 217.25 ]"},
+             Row{"/MediaBox[-30.5 17.25 170 117]/Rotate 180",
+                 "[ -130 -283.5 170 117 ]\n/CropBox [ -30 -183.25 160 97 ]"},
+             Row{"/MediaBox[.33333 -0.123456 170.1 117.7]/Rotate 270",
+                 "[ .33333 -182.3 400.83333 117.7 ]\n/CropBox [ 20.33333 -82.3 300.58333 107.7 ]"},
+             Row{"/MediaBox[40000 0 40200 100]",
+                 "[ 40000 0 40300 400.5 ]\n/CropBox [ 40010 20 40200 300.25 ]"},
+         }) {
+        SCOPED_TRACE(row.page);
+        use("in.pdf", PdfBuilder::onePage("20 30 m 90 60.5 l S")
+                          .object(3, std::string("<</Parent 2 0 R/Contents 4 0 R/Annots[7 0 R]") +
+                                         row.page + ">>")
+                          .bytes());
+        ASSERT_EQ(open(), 0U);
+        const std::vector<Point> before = anchors();
+        ASSERT_EQ(save(), 0U);
+        const std::string unchanged = contentIn(bytes());
+        const Rect bounds{10 * fixedOne, 300 * fixedOne + fixedOne / 4, 200 * fixedOne,
+                          20 * fixedOne};
+        document_->page().setArtboard({300 * fixedOne, 400 * fixedOne + fixedOne / 2});
+        document_->page().setBounds(bounds);
+        ASSERT_EQ(save(), 0U);
+        EXPECT_THAT(bytes(), HasSubstr(std::string("/MediaBox ") + row.boxes + "\n"));
+        // The page's own space is as before, and so is what lies in it: annotations for instance.
+        EXPECT_EQ(contentIn(bytes()), unchanged);
+        ASSERT_EQ(open(), 0U);
+        EXPECT_EQ(anchors(), before);
+        EXPECT_EQ(document_->page().bounds(), bounds);
+        EXPECT_THAT(front_.taken(), ElementsAre());
+    }
 }
 
 TEST_F(SavedPageTest, CropAreas) {

@@ -1,0 +1,157 @@
+#include "reader/content/losses.h"
+
+#include "reader/content/omissions.h"
+#include "reader/paint/colour_space.h"
+#include "reader/syntax/syntax.h"
+#include "runtime/exception.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <initializer_list>
+#include <span>
+
+namespace corvane {
+
+namespace {
+
+bool isNamed(const Object& object, std::initializer_list<std::string_view> names) {
+    return typeObject(object) == ObjectType::literal &&
+           std::ranges::find(names, literalObject(object)) != names.end();
+}
+
+bool isNumber(const Object& object) {
+    return typeObject(object) == ObjectType::integer || typeObject(object) == ObjectType::fixed;
+}
+
+bool isSeeThrough(const Object& opacity) {
+    return isNumber(opacity) && extendObject(opacity) < fixedOne;
+}
+
+/// Of several modes, a reader takes the first that it knows.
+bool isBlended(DocumentCache& cache, const Object& mode) {
+    if (typeObject(mode) == ObjectType::array && sizeObject(mode) > 0) {
+        const ObjectOwner first = resolveObject(cache, elementsObject(mode)[0]);
+        return !isNamed(first.get(), {"Normal", "Compatible"});
+    }
+    return typeObject(mode) == ObjectType::literal && !isNamed(mode, {"Normal", "Compatible"});
+}
+
+/// Whether it is another than the one that a page begins with.
+bool isOtherIntent(const Object& intent) {
+    return typeObject(intent) == ObjectType::literal && !isNamed(intent, {"RelativeColorimetric"});
+}
+
+/// An entry of an external graphics state that artwork cannot hold, and which of its values count.
+struct Setting {
+    std::string_view key;
+    Omission omission;
+    bool (*counts)(DocumentCache& cache, const Object& value);
+};
+
+constexpr auto isLessThanOpaque = [](DocumentCache&, const Object& value) {
+    return isSeeThrough(value);
+};
+constexpr auto isMask = [](DocumentCache&, const Object& value) {
+    return typeObject(value) == ObjectType::dictionary;
+};
+constexpr auto isOn = [](DocumentCache&, const Object& value) {
+    return typeObject(value) == ObjectType::boolean && booleanObject(value);
+};
+
+constexpr auto isOtherOutput = [](DocumentCache&, const Object& value) {
+    return !isNamed(value, {"Default", "Identity"});
+};
+
+constexpr std::array settings = {
+    Setting{"RI", Omission::renderingIntent,
+            [](DocumentCache&, const Object& value) { return isOtherIntent(value); }},
+    Setting{"ca", Omission::transparency, isLessThanOpaque},
+    Setting{"CA", Omission::transparency, isLessThanOpaque},
+    Setting{"BM", Omission::transparency, isBlended},
+    Setting{"SMask", Omission::softMask, isMask},
+    Setting{"OP", Omission::overprint, isOn},
+    Setting{"op", Omission::overprint, isOn},
+    Setting{"TR", Omission::deviceSetting, isOtherOutput},
+    Setting{"TR2", Omission::deviceSetting, isOtherOutput},
+    Setting{"HT", Omission::deviceSetting, isOtherOutput},
+    Setting{"BG", Omission::deviceSetting, isOtherOutput},
+    Setting{"BG2", Omission::deviceSetting, isOtherOutput},
+    Setting{"UCR", Omission::deviceSetting, isOtherOutput},
+    Setting{"UCR2", Omission::deviceSetting, isOtherOutput},
+};
+
+} // namespace
+
+void noteStateLosses(DocumentCache& cache, const Object& entries) {
+    const std::span<const Object> elements = elementsObject(entries);
+    std::array<bool, omissionKinds> lost{};
+    for (std::size_t i = 0; i + 1 < elements.size(); i += 2) {
+        const auto setting = std::ranges::find_if(
+            settings, [&](const Setting& each) { return isNamed(elements[i], {each.key}); });
+        if (setting == settings.end()) {
+            continue;
+        }
+        const ObjectOwner value = resolveObject(cache, elements[i + 1]);
+        if (typeObject(value.get()) != ObjectType::null && setting->counts(cache, value.get())) {
+            lost[static_cast<std::size_t>(setting->omission)] = true;
+        }
+    }
+    for (std::size_t i = 0; i < lost.size(); ++i) {
+        if (lost[i]) {
+            noteOmission(static_cast<Omission>(i));
+        }
+    }
+}
+
+void noteIntentLoss(const Object& intent) {
+    if (isOtherIntent(intent)) {
+        noteOmission(Omission::renderingIntent);
+    }
+}
+
+void noteSpaceLosses(const ColourSpace& space) {
+    bool hasProfile = false;
+    bool hasInk = false;
+    for (const ColourSpace* each = &space; each != nullptr; each = each->base.get()) {
+        hasProfile = hasProfile || each->hasProfile;
+        hasInk = hasInk || each->kind == ColourSpace::Kind::tint;
+    }
+    if (hasProfile) {
+        noteOmission(Omission::colourProfile);
+    }
+    if (hasInk) {
+        noteOmission(Omission::ink);
+    }
+}
+
+void noteDefaultSpaces(DocumentCache& cache) {
+    if (typeObject(cache.resources.get()) != ObjectType::dictionary) {
+        return;
+    }
+    // Spaces that cannot be read are the concern of who names them.
+    attempted([&] {
+        const ObjectOwner spaces = lookupObject(cache, cache.resources.get(), "ColorSpace");
+        if (typeObject(spaces.get()) != ObjectType::dictionary) {
+            return;
+        }
+        for (const std::string_view name : {"DefaultGray", "DefaultRGB", "DefaultCMYK"}) {
+            if (typeObject(findEntry(cache, spaces.get(), name)) != ObjectType::null) {
+                noteOmission(Omission::colourProfile);
+            }
+        }
+    });
+}
+
+void noteStrokeLoss(const RealMatrix& m) {
+    // With the scales s and t of the two directions, the sum of squares is s*s + t*t and the
+    // determinant s*t: twice that is as much only where s and t are equal. A thousandth between
+    // them is not seen.
+    constexpr double equalScales = 1 + .5e-6;
+    const double squares = m.a * m.a + m.b * m.b + m.c * m.c + m.d * m.d;
+    if (squares > 2 * std::abs(m.a * m.d - m.b * m.c) * equalScales) {
+        noteOmission(Omission::unequalStrokeScale);
+    }
+}
+
+} // namespace corvane

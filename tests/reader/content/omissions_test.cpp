@@ -1,0 +1,135 @@
+// What a page has and the artwork does not hold, as the host is told.
+#include "host/toolbox.h"
+#include "tests/reader/reader_fixture.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+namespace corvane {
+namespace {
+
+class OmissionsTest : public ReaderTest {
+protected:
+    void SetUp() override {
+        ReaderTest::SetUp();
+        extension_.context = this;
+        extension_.omitted = [](void* context, Omission kind, std::int32_t count) {
+            static_cast<OmissionsTest*>(context)->omitted_[kind] = count;
+        };
+        setHostExtension(&extension_);
+    }
+    void TearDown() override {
+        setHostExtension(nullptr);
+        ReaderTest::TearDown();
+    }
+
+    using Counts = std::map<Omission, std::int32_t>;
+
+    Counts omitted(const std::string& content, const std::string& resources) {
+        omitted_.clear();
+        draw(PdfBuilder::onePage(content, "/Resources<<" + resources + ">>")
+                 .object(8, "<</Type/Mask/S/Alpha>>")
+                 .object(9, "<</FunctionType 2/Domain[0 1]/C0[0]/C1[1]/N 1>>")
+                 .stream(10, "", "/N 3")
+                 .stream(11, "", "/Subtype/Image/OC 8 0 R")
+                 .bytes());
+        return omitted_;
+    }
+
+    HostExtension extension_;
+    Counts omitted_;
+};
+
+TEST_F(OmissionsTest, Operators) {
+    struct Row {
+        const char* content;
+        Counts counts;
+    };
+    const std::string resources = "/XObject<</X 11 0 R>>/Pattern<</P 8 0 R>>";
+    for (const Row& row : {
+             Row{"", {}},
+             Row{"q BX EX 0 0 m 9 9 l S Q Q", {}},
+             Row{"/Relative ri /RelativeColorimetric ri", {{Omission::renderingIntent, 1}}},
+             Row{"/P BMC EMC /Span<</MCID 1>>BDC EMC /A MP /A /B DP",
+                 {{Omission::markedContent, 4}}},
+             Row{"/OC /Layer BDC EMC", {{Omission::optionalContent, 1}}},
+             Row{"/X Do", {{Omission::image, 1}, {Omission::optionalContent, 1}}},
+             Row{"/Y Do", {}},
+             Row{"/Pattern cs /P scn", {{Omission::pattern, 1}}},
+             Row{"/None cs", {{Omission::colourSpace, 1}}},
+             Row{"(a) Tj /S sh", {{Omission::text, 1}, {Omission::shading, 1}}},
+             Row{"1 2 frob 3 frob", {{Omission::unknownOperator, 2}}},
+             Row{"/a w 3 J 1 w", {{Omission::damagedOperator, 2}}},
+             Row{"[1 2 3 4 5 6 7] 0 d", {{Omission::longDash, 1}}},
+         }) {
+        EXPECT_EQ(omitted(row.content, resources), row.counts) << row.content;
+    }
+    selectRules(Profile::original);
+    EXPECT_EQ(omitted("/P BMC EMC", ""), (Counts{{Omission::unknownOperator, 2}}));
+}
+
+TEST_F(OmissionsTest, ExternalStates) {
+    struct Row {
+        const char* entries;
+        Counts counts;
+    };
+    for (const Row& row : {
+             Row{"/LW 2/ca 1/CA 1.0/BM/Normal/SMask/None/OP false/op false/OPM 1", {}},
+             Row{"/BM[/Compatible/Multiply]/TR/Identity/TR2/Default/HT/Default/HT 99 0 R", {}},
+             Row{"/FL 1/SM .1/SA true/AIS false/TK true/RI/RelativeColorimetric", {}},
+             Row{"/ca 0.5/CA 0/BM/Multiply", {{Omission::transparency, 1}}},
+             Row{"/BM[/Screen/Normal]/ca 1", {{Omission::transparency, 1}}},
+             Row{"/SMask 8 0 R", {{Omission::softMask, 1}}},
+             Row{"/OP true/op true", {{Omission::overprint, 1}}},
+             Row{"/TR 9 0 R/HT<<>>/UCR2 9 0 R", {{Omission::deviceSetting, 1}}},
+             Row{"/RI/Saturation", {{Omission::renderingIntent, 1}}},
+             Row{"/ca/x/CA[]/BM 1/SMask 1/OP 1/RI 1", {}},
+         }) {
+        EXPECT_EQ(omitted("/G gs", std::string("/ExtGState<</G<<") + row.entries + ">>>>"),
+                  row.counts)
+            << row.entries;
+    }
+}
+
+TEST_F(OmissionsTest, Colours) {
+    struct Row {
+        const char* content;
+        const char* spaces;
+        Counts counts;
+    };
+    const char* const ink = "/C[/Separation/Gold/DeviceGray 9 0 R]";
+    for (const Row& row : {
+             Row{"/DeviceRGB cs /C CS", "/C/DeviceCMYK", {}},
+             Row{"/C cs 0 0 0 sc /C CS", "/C[/ICCBased 10 0 R]", {{Omission::colourProfile, 2}}},
+             Row{"/C cs", "/C[/CalGray<<>>]", {{Omission::colourProfile, 1}}},
+             Row{"/C cs", "/C[/Lab<<>>]", {{Omission::colourProfile, 1}}},
+             Row{"/C cs", "/C[/Indexed[/ICCBased 10 0 R]0(abc)]", {{Omission::colourProfile, 1}}},
+             Row{"/C cs 1 scn 0 scn", ink, {{Omission::ink, 1}}},
+             Row{"/C cs", "/C[/DeviceN[/A/B]/DeviceGray 9 0 R]", {{Omission::colourSpace, 1}}},
+             Row{"0 g",
+                 "/DefaultGray 7 0 R/DefaultRGB[/CalRGB<<>>]",
+                 {{Omission::colourProfile, 2}}},
+         }) {
+        EXPECT_EQ(omitted(row.content, std::string("/ColorSpace<<") + row.spaces + ">>"),
+                  row.counts)
+            << row.spaces;
+    }
+}
+
+TEST_F(OmissionsTest, StrokesOfUnequalScale) {
+    const Counts one{{Omission::unequalStrokeScale, 1}};
+    const std::string line = " 0 0 m 9 9 l S";
+    for (const char* even : {"1 0 0 1 5 5 cm", "0 3 -3 0 0 0 cm", "-2 0 0 2 0 0 cm",
+                             ".6 .8 -.8 .6 0 0 cm", "1 0 0 1.0001 0 0 cm", "2 0 0 1 0 0 cm 0 w"}) {
+        EXPECT_EQ(omitted(even + line, ""), Counts()) << even;
+    }
+    for (const char* uneven : {"2 0 0 1 0 0 cm", "1 0 .5 1 0 0 cm", "1 0 0 0 0 0 cm",
+                               "0 1 2 0 0 0 cm", "1 0 0 1.01 0 0 cm"}) {
+        EXPECT_EQ(omitted(uneven + line, ""), one) << uneven;
+        EXPECT_EQ(omitted(std::string(uneven) + " 0 0 m 9 9 l 9 0 l f", ""), Counts()) << uneven;
+    }
+}
+
+} // namespace
+} // namespace corvane

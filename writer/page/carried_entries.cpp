@@ -1,0 +1,40 @@
+#include "writer/page/carried_entries.h"
+
+#include "output/primitives.h"
+#include "reader/syntax/syntax.h"
+#include "runtime/budget.h"
+#include "runtime/exception.h"
+
+#include <cstdint>
+#include <span>
+#include <utility>
+
+namespace corvane {
+
+void CarriedEntries::addReference(DocumentCache& cache, const Object& dictionary,
+                                  std::string_view key) {
+    std::int32_t number = 0;
+    std::int32_t generation = 0;
+    referenceObject(findEntry(cache, dictionary, key), number, generation);
+    references_.append("/").append(key).append(" ");
+    references_ += std::to_string(number) + " " + std::to_string(generation & 0xFFFF) + " R\r";
+}
+
+void CarriedEntries::add(RawEntry entry) {
+    if (entry.end - entry.start > budget::keptEntryBytes) {
+        failException(Exception::limit);
+    }
+    entries_.push_back(std::move(entry));
+}
+
+void CarriedEntries::write(DocumentCache& cache) const {
+    stringOutput(*cache.output, references_);
+    for (const RawEntry& entry : entries_) {
+        const std::string value = rawValue(cache, entry);
+        nameOutput(*cache.output, entry.key);
+        writeFilter(*cache.output, std::as_bytes(std::span(value)));
+        stringOutput(*cache.output, "\r");
+    }
+}
+
+} // namespace corvane

@@ -1,0 +1,29 @@
+// Entries that an update takes over from the dictionary that it replaces. They are settled before
+// anything is written, so that what cannot be taken over is refused in time.
+#pragma once
+
+#include "reader/document/cache.h"
+#include "reader/syntax/raw_entries.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvane {
+
+class CarriedEntries {
+public:
+    /// Takes over the entry `key` of `dictionary`, a reference. Anything else raises `range`.
+    void addReference(DocumentCache& cache, const Object& dictionary, std::string_view key);
+    /// Takes over an entry in its own bytes. One that is too long raises `limit`.
+    void add(RawEntry entry);
+
+    /// Writes the references, then the others, to the cache's output.
+    void write(DocumentCache& cache) const;
+
+private:
+    std::string references_;
+    std::vector<RawEntry> entries_;
+};
+
+} // namespace corvane

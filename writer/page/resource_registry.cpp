@@ -1,0 +1,124 @@
+#include "writer/page/resource_registry.h"
+
+#include "output/primitives.h"
+#include "reader/syntax/raw_entries.h"
+#include "reader/syntax/syntax.h"
+#include "runtime/exception.h"
+
+#include <algorithm>
+
+namespace corvane {
+
+namespace {
+
+struct CategoryNames {
+    std::string_view key;    ///< in Resources
+    std::string_view prefix; ///< of new names
+};
+
+/// In the order of `ResourceCategory`.
+constexpr std::array categoryNames = {
+    CategoryNames{"Font", "F"},        CategoryNames{"XObject", "X"},
+    CategoryNames{"ExtGState", "GS"},  CategoryNames{"ColorSpace", "CS"},
+    CategoryNames{"Pattern", "P"},     CategoryNames{"Shading", "Sh"},
+    CategoryNames{"Properties", "MC"},
+};
+
+std::size_t indexOf(ResourceCategory category) {
+    return static_cast<std::size_t>(category);
+}
+
+/// The entries of the resources that the page in use has or inherits: of the nearest node that says
+/// something, as `pageCache` finds them.
+std::vector<RawEntry> formerResources(DocumentCache& cache) {
+    const PageEntry& page = cache.pages[static_cast<std::size_t>(cache.pageNumber - 1)];
+    retainObject(cache.page.get());
+    ObjectOwner node(cache.page.get());
+    std::vector<RawEntry> entries = rawEntries(cache, page.number, page.generation);
+    for (;;) {
+        const bool isHere =
+            typeObject(lookupObject(cache, node.get(), "Resources").get()) != ObjectType::null;
+        if (!isHere) {
+            node = lookupObject(cache, node.get(), "Parent");
+        }
+        const auto next =
+            std::ranges::find(entries, isHere ? "Resources" : "Parent", &RawEntry::key);
+        if (next == entries.end() || typeObject(node.get()) != ObjectType::dictionary) {
+            return {};
+        }
+        entries = rawEntries(cache, RawEntry(*next));
+        if (isHere) {
+            return entries;
+        }
+    }
+}
+
+} // namespace
+
+void ResourceRegistry::carryPage(DocumentCache& cache) {
+    for (RawEntry& entry : formerResources(cache)) {
+        const auto names = std::ranges::find(categoryNames, entry.key, &CategoryNames::key);
+        if (names == categoryNames.end()) {
+            others_.add(std::move(entry));
+            continue;
+        }
+        Category& category = categories_[static_cast<std::size_t>(names - categoryNames.begin())];
+        std::vector<RawEntry> held;
+        // What is damaged is as good as no dictionary.
+        attempted([&] { held = rawEntries(cache, entry); });
+        for (RawEntry& named : held) {
+            category.used.insert(named.key);
+            category.carried.add(std::move(named));
+        }
+        category.former.add(std::move(entry));
+    }
+}
+
+std::string_view ResourceRegistry::add(ResourceCategory category, std::int32_t number,
+                                       std::int32_t generation) {
+    Category& in = categories_[indexOf(category)];
+    if (const auto known = in.names.find({number, generation}); known != in.names.end()) {
+        return known->second;
+    }
+    std::string name;
+    do {
+        name = std::string(categoryNames[indexOf(category)].prefix) + std::to_string(++in.latest);
+    } while (in.used.contains(name));
+    add(category, name, number, generation);
+    return in.names.at({number, generation});
+}
+
+void ResourceRegistry::add(ResourceCategory category, std::string_view name, std::int32_t number,
+                           std::int32_t generation) {
+    Category& in = categories_[indexOf(category)];
+    const Reference object{number, generation};
+    in.used.emplace(name);
+    in.names.try_emplace(object, name);
+    in.added.emplace_back(name, object);
+}
+
+bool ResourceRegistry::hasAdded(ResourceCategory category) const {
+    return !categories_[indexOf(category)].added.empty();
+}
+
+void ResourceRegistry::write(DocumentCache& cache) const {
+    Filter& output = *cache.output;
+    for (std::size_t i = 0; i < categoryCount; ++i) {
+        const Category& category = categories_[i];
+        if (category.added.empty()) {
+            category.former.write(cache);
+            continue;
+        }
+        nameOutput(output, categoryNames[i].key);
+        stringOutput(output, "<<\r");
+        category.carried.write(cache);
+        for (const auto& [name, object] : category.added) {
+            nameOutput(output, name);
+            referenceOutput(output, object.first, object.second);
+        }
+        stringOutput(output, ">>\r");
+    }
+    others_.write(cache);
+}
+
+} // namespace corvane

@@ -1,0 +1,70 @@
+// The resources of a page that is written: what its content names, by category.
+//
+// A registry begins empty, for a page that is drawn anew, or with the resources that the page has,
+// for content that goes on using them. Then objects are added: new ones, and ones that the file has
+// already.
+#pragma once
+
+#include "reader/document/cache.h"
+#include "writer/page/carried_entries.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace corvane {
+
+/// The categories that hold objects by name (PDF Reference, 3.7.2), in the order of writing.
+enum class ResourceCategory {
+    font,
+    object, ///< XObject: images and forms
+    graphicsState,
+    colourSpace,
+    pattern,
+    shading,
+    property, ///< of marked content
+};
+
+class ResourceRegistry {
+public:
+    /// Takes over the resources of the page in use, its own or inherited, in their own bytes: once,
+    /// before anything is added. What is no dictionary cannot be used by content: it is carried
+    /// while nothing is added to it.
+    void carryPage(DocumentCache& cache);
+
+    /// The name of an indirect object in a category, without a slash: the one that it was added
+    /// with, or the shortest of the kind "GS1" that is free there.
+    std::string_view add(ResourceCategory category, std::int32_t number, std::int32_t generation);
+    /// Adds an object by a name that the content has already.
+    void add(ResourceCategory category, std::string_view name, std::int32_t number,
+             std::int32_t generation);
+
+    bool hasAdded(ResourceCategory category) const;
+
+    /// Writes the entries of a Resources dictionary to the cache's output.
+    void write(DocumentCache& cache) const;
+
+private:
+    using Reference = std::pair<std::int32_t, std::int32_t>; // number and generation
+
+    struct Category {
+        CarriedEntries former;  // the page's own, as one entry
+        CarriedEntries carried; // what that holds
+        std::vector<std::pair<std::string, Reference>> added;
+        std::map<Reference, std::string> names;  // of what was added
+        std::set<std::string, std::less<>> used; // names
+        std::int32_t latest = 0;                 // number in the name that was made last
+    };
+    static constexpr auto categoryCount = static_cast<std::size_t>(ResourceCategory::property) + 1;
+
+    std::array<Category, categoryCount> categories_;
+    CarriedEntries others_; // of the page's resources: procedure sets, and what is not known
+};
+
+} // namespace corvane
