@@ -1,7 +1,7 @@
 #include "reader/syntax/stream_chain.h"
 
 #include "filters/range.h"
-#include "reader/syntax/utility.h"
+#include "reader/syntax/stream_filters.h"
 
 namespace corvane {
 
