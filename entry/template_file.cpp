@@ -2,6 +2,7 @@
 #include "entry/file_name.h"
 #include "entry/selectors.h"
 #include "filters/file.h"
+#include "filters/file_names.h"
 #include "host/resources.h"
 #include "resources/resources.h"
 #include "runtime/exception.h"

@@ -4,54 +4,52 @@
 
 namespace corvane {
 
-std::int32_t ByteStream::get() {
-    if (waiting_) {
-        waiting_ = false;
-        return std::to_integer<std::int32_t>(cell_);
-    }
-    if (readFilter(filter_, {&cell_, 1}) != 1) {
-        ended_ = true;
+std::int32_t dct_getc(ByteStream& stream) {
+    if (stream.filter_ungetc) {
+        stream.filter_ungetc = false;
+    } else if (readFilter(stream.filter, {&stream.filter_buffer, 1}) != 1) {
+        stream.filter_eof = true;
         return -1;
     }
-    return std::to_integer<std::int32_t>(cell_);
+    return std::to_integer<std::int32_t>(stream.filter_buffer);
 }
 
-std::int32_t ByteStream::put(std::uint8_t byte) {
-    waiting_ = false;
-    cell_ = std::byte{byte};
+std::int32_t dct_putc(std::uint8_t byte, ByteStream& stream) {
+    stream.filter_ungetc = false;
+    stream.filter_buffer = std::byte{byte};
     std::int32_t count = 1;
-    callFilter(filter_, Operation::write, &cell_, &count);
+    callFilter(stream.filter, Operation::write, &stream.filter_buffer, &count);
     if (count != 1) {
-        failed_ = true;
+        stream.filter_error = true;
         return -1;
     }
     return byte;
 }
 
-void ByteStream::unget(std::uint8_t byte) {
-    if (waiting_) {
+void dct_ungetc(std::uint8_t byte, ByteStream& stream) {
+    if (stream.filter_ungetc) {
         failException(Exception::codec);
     }
-    waiting_ = true;
-    cell_ = std::byte{byte};
+    stream.filter_ungetc = true;
+    stream.filter_buffer = std::byte{byte};
 }
 
-std::int32_t ByteStream::read(std::span<std::byte> items) {
-    if (waiting_ && !items.empty()) {
-        items.front() = cell_;
+std::int32_t dct_read(std::span<std::byte> items, ByteStream& stream) {
+    if (stream.filter_ungetc && !items.empty()) {
+        items.front() = stream.filter_buffer;
         items = items.subspan(1);
     }
-    waiting_ = false;
-    const std::size_t count = readFilter(filter_, items);
+    stream.filter_ungetc = false;
+    const std::size_t count = readFilter(stream.filter, items);
     if (count != items.size()) {
         failException(Exception::io);
     }
     return static_cast<std::int32_t>(count);
 }
 
-std::int32_t ByteStream::write(std::span<const std::byte> items) {
-    waiting_ = false;
-    writeFilter(filter_, items);
+std::int32_t dct_write(std::span<const std::byte> items, ByteStream& stream) {
+    stream.filter_ungetc = false;
+    writeFilter(stream.filter, items);
     return static_cast<std::int32_t>(items.size());
 }
 

@@ -150,7 +150,7 @@ std::int32_t entryDiscrete(Filter& filter, Operation operation, std::byte* buffe
 } // namespace
 
 FilterOwner setupDiscrete(std::int32_t width, std::int32_t height, std::int32_t components) {
-    if (width == 0 && height == 0 && components == 0) {
+    if (height == 0 || components == 0) {
         return std::make_unique<DiscreteDecoder>();
     }
     const auto size = [](std::int32_t value) {

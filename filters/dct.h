@@ -14,10 +14,10 @@
 
 namespace corvane {
 
-/// Three zeros: a decoder, which leaves the filter below just behind its image. Else an encoder of
-/// rows of that size, at half the built-in quantisers; three components are taken as RGB. Linking
-/// an encoder writes the header, and raises `codec` where the size is none; unlinking it fills up
-/// missing rows and ends the image. The other direction raises `io`.
+/// Height or components 0: a decoder, which leaves the filter below just behind its image. Else an
+/// encoder of rows of that size, at half the built-in quantisers; three components are taken as
+/// RGB. Linking an encoder writes the header, and raises `codec` where the size is none; unlinking
+/// it fills up missing rows and ends the image. The other direction raises `io`.
 FilterOwner setupDiscrete(std::int32_t width, std::int32_t height, std::int32_t components);
 
 /// An encoder with settings of one's own.

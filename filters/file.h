@@ -1,15 +1,12 @@
-// Files: the plug-in's only door to the file system.
-//
-// Operations on an open record raise exceptions; operations on names return the toolbox's result.
+// Files: the plug-in's only door to the file system. Here the data fork, whose failures raise; the
+// resource fork is in file_resources.h, what is done to names in file_names.h.
 #pragma once
 
 #include "host/files.h"
-#include "host/zone.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <string>
 #include <string_view>
 
 namespace corvane {
@@ -59,38 +56,5 @@ void backupFile(FileRecord& file, std::int32_t length);
 
 /// Puts what was written on the disk. Raises `diskFull`, `io`.
 void flushFile(FileRecord& file);
-
-/// Open and close the resource fork of a file in the record's volume. Raise `io`. `pushFile` makes
-/// the fork where a file is written without one.
-void pushFile(FileRecord& file, std::string_view name);
-void tossFile(FileRecord& file);
-
-/// The resource of that type and name, or and id where the name is empty, in the resource fork
-/// opened last; null where there is none.
-Handle loadFile(std::uint32_t type, std::int16_t id, std::string_view name = {});
-
-/// Adds a resource to the resource fork opened last, which takes the handle over. Raises `io`.
-void saveFile(Handle data, std::uint32_t type, std::int16_t id, std::string_view name = {});
-
-/// The first name, of `pattern` with "0", "1", ... for its first "^0", that no file in `volume`
-/// has. Raises `type` where the pattern has no "^0" and its name is taken.
-std::string uniqueFile(std::int16_t volume, std::string_view pattern);
-
-/// Stamps a file with its type and creator and, where asked, with the custom-icon flag.
-OSErr finishFile(std::int16_t volume, std::string_view name, std::uint32_t type,
-                 std::uint32_t creator, bool customIcon);
-
-OSErr deleteFile(std::int16_t volume, std::string_view name);
-
-/// Makes a folder in `directory`; both references become the new folder's. Where the name is taken
-/// or impossible it beeps and leaves them alone; where the volume refuses the result is 18.
-OSErr newDirFile(std::int16_t& volume, std::int32_t& directory, std::string_view name);
-
-/// The working directory that stands for `directory`; 0 where there is none.
-std::int16_t workingDirRef(std::int16_t volume, std::int32_t directory);
-
-/// Puts the folder's path, from the volume's name on, each name followed by ":", in front of
-/// `path`. Returns 2 when the root was reached, else the toolbox's result.
-std::int16_t PathNameFromDirID(std::int32_t directory, std::int16_t volume, std::string& path);
 
 } // namespace corvane

@@ -1,11 +1,16 @@
 #include "filters/lzw.h"
 
+#include "filters/decoder.h"
+#include "filters/lzw_table.h"
 #include "runtime/exception.h"
 
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <memory>
+#include <span>
 #include <utility>
+#include <vector>
 
 namespace corvane {
 
@@ -39,40 +44,49 @@ struct BitWindow {
     }
 };
 
-} // namespace
+/// Codes to bytes.
+class AdaptDecoder final : public Decoder {
+public:
+    explicit AdaptDecoder(std::uint32_t earlyChange) : Decoder(entryDecoder) {
+        codes_.earlyChange = earlyChange;
+    }
 
-AdaptFilter::AdaptFilter(AdaptDirection direction, std::uint32_t earlyChange)
-    : Decoder(entryAdapt), direction_(direction) {
-    codes_.earlyChange = direction == AdaptDirection::encode ? 0 : earlyChange;
-}
+private:
+    std::size_t decode(std::span<std::byte> out) override;
+    void restart() override;
+    void decodeWords(std::span<std::byte>& out);
+    void keepString(std::uint32_t code);
+    std::uint32_t readCode();
 
-void AdaptFilter::restart() {
+    std::uint32_t bitCount_ = 0;    ///< bits of `bitBuffer_`, its lowest, that count
+    std::uint32_t bitBuffer_ = 0;   ///< what is left of the last byte taken
+    std::uint32_t currentCode_ = 0; ///< whose string is being delivered
+    std::size_t remaining_ = 0;     ///< bytes of that string not yet delivered
+    AdaptCodes codes_;
+    ZoneCharge charge_;
+    std::unique_ptr<AdaptDecodeTable> table_;
+};
+
+void AdaptDecoder::restart() {
     codes_.clear();
     bitCount_ = 0;
     bitBuffer_ = 0;
     remaining_ = 0;
-    if (direction_ == AdaptDirection::decode) {
-        if (!decodeTable_) {
-            charge_.resize(sizeof(AdaptDecodeTable));
-            decodeTable_ = std::make_unique<AdaptDecodeTable>();
-        }
-    } else {
-        charge_.resize(sizeof(AdaptEncodeTable));
-        encodeTable_ = std::make_unique<AdaptEncodeTable>();
-        putCode(adaptClear);
-        flush();
+    if (!table_) {
+        charge_.resize(sizeof(AdaptDecodeTable));
+        table_ = std::make_unique<AdaptDecodeTable>();
     }
 }
 
 /// Decodes codes that are whole in the intake, moving `out` on, while it has room, up to one that
 /// is to be looked at closer or whose string does not fit: that is waiting then.
-void AdaptFilter::decodeWords(std::span<std::byte>& out) {
+void AdaptDecoder::decodeWords(std::span<std::byte>& out) {
     const std::span<const std::byte> in = intake().held();
     const std::byte* from = in.data();
     const std::byte* const end = from + in.size();
     std::byte* to = out.data();
     std::byte* const limit = to + out.size();
-    AdaptDecodeTable& table = *decodeTable_;
+    AdaptDecodeTable& table = *table_;
     AdaptCodes codes = codes_;
     BitWindow window{.bits = bitCount_ == 0 ? 0 : std::uint64_t{bitBuffer_} << (64 - bitCount_),
                      .count = bitCount_};
@@ -108,14 +122,14 @@ void AdaptFilter::decodeWords(std::span<std::byte>& out) {
 }
 
 /// The string of `code` is to be delivered piece by piece.
-void AdaptFilter::keepString(std::uint32_t code) {
-    remaining_ = decodeTable_->length(code);
+void AdaptDecoder::keepString(std::uint32_t code) {
+    remaining_ = table_->length(code);
     currentCode_ = code;
-    decodeTable_->expand(code, decodeTable_->waiting().data());
+    table_->expand(code, table_->waiting().data());
 }
 
 /// One code, taking no byte that it does not need; the end code where the data end.
-std::uint32_t AdaptFilter::readCode() {
+std::uint32_t AdaptDecoder::readCode() {
     std::uint32_t code = 0;
     for (std::uint32_t wanted = codes_.width; wanted > 0;) {
         if (bitCount_ == 0) {
@@ -136,16 +150,13 @@ std::uint32_t AdaptFilter::readCode() {
     return code;
 }
 
-std::size_t AdaptFilter::decode(std::span<std::byte> out) {
-    if (direction_ == AdaptDirection::encode) {
-        failException(Exception::io);
-    }
+std::size_t AdaptDecoder::decode(std::span<std::byte> out) {
     std::span<std::byte> room = out;
     while (!room.empty()) {
         if (remaining_ > 0) {
             const std::size_t count = std::min(remaining_, room.size());
-            const std::size_t from = decodeTable_->length(currentCode_) - remaining_;
-            std::memcpy(room.data(), decodeTable_->waiting().data() + from, count);
+            const std::size_t from = table_->length(currentCode_) - remaining_;
+            std::memcpy(room.data(), table_->waiting().data() + from, count);
             remaining_ -= count;
             room = room.subspan(count);
             continue;
@@ -157,7 +168,7 @@ std::size_t AdaptFilter::decode(std::span<std::byte> out) {
         const std::uint32_t code = readCode();
         if (code == adaptClear) {
             codes_.clear();
-        } else if (code == adaptEnd || !decodeTable_->admit(codes_, code)) {
+        } else if (code == adaptEnd || !table_->admit(codes_, code)) {
             break;
         } else {
             keepString(code);
@@ -166,8 +177,32 @@ std::size_t AdaptFilter::decode(std::span<std::byte> out) {
     return out.size() - room.size();
 }
 
+std::int32_t entryAdapt(Filter& filter, Operation operation, std::byte* buffer,
+                        std::int32_t* argument);
+
+/// Bytes to codes.
+class AdaptEncoder final : public Filter {
+public:
+    AdaptEncoder() : Filter(entryAdapt) { codes_.earlyChange = 0; }
+
+    void begin();
+    void encode(std::span<const std::byte> bytes);
+    void finish();
+
+private:
+    void putCode(std::uint32_t code);
+    void flush();
+
+    std::uint32_t bitCount_ = 0;  ///< bits of `bitBuffer_`, its lowest, that count
+    std::uint32_t bitBuffer_ = 0; ///< less than a whole byte between codes
+    AdaptCodes codes_;
+    std::vector<std::byte> written_; ///< not yet handed on; empty between operations
+    ZoneCharge charge_;
+    std::unique_ptr<AdaptEncodeTable> table_;
+};
+
 /// Writes whole bytes of the bits gathered.
-void AdaptFilter::putCode(std::uint32_t code) {
+void AdaptEncoder::putCode(std::uint32_t code) {
     bitBuffer_ = bitBuffer_ << codes_.width | code;
     bitCount_ += codes_.width;
     while (bitCount_ >= 8) {
@@ -177,30 +212,37 @@ void AdaptFilter::putCode(std::uint32_t code) {
     }
 }
 
-void AdaptFilter::flush() {
+void AdaptEncoder::flush() {
     writeFilter(*next, std::exchange(written_, {}));
 }
 
-void AdaptFilter::encode(std::span<const std::byte> bytes) {
+void AdaptEncoder::begin() {
+    charge_.resize(sizeof(AdaptEncodeTable));
+    table_ = std::make_unique<AdaptEncodeTable>();
+    putCode(adaptClear);
+    flush();
+}
+
+void AdaptEncoder::encode(std::span<const std::byte> bytes) {
     for (const std::byte byte : bytes) {
         const std::uint32_t single = std::to_integer<std::uint32_t>(byte);
         if (codes_.previous == adaptNone) {
             codes_.previous = single;
             continue;
         }
-        const std::uint32_t longer = encodeTable_->find(codes_.previous, byte);
+        const std::uint32_t longer = table_->find(codes_.previous, byte);
         if (longer != adaptNone) {
             codes_.previous = longer;
             continue;
         }
         putCode(codes_.previous);
         if (codes_.next < adaptEntries - codes_.earlyChange) {
-            encodeTable_->add(codes_.previous, byte, codes_.next);
+            table_->add(codes_.previous, byte, codes_.next);
             codes_.advance();
         } else {
             putCode(adaptClear);
             codes_.clear();
-            encodeTable_->clear();
+            table_->clear();
         }
         codes_.previous = single;
         if (written_.size() >= flushSize) {
@@ -210,7 +252,7 @@ void AdaptFilter::encode(std::span<const std::byte> bytes) {
     flush();
 }
 
-void AdaptFilter::finishEncoding() {
+void AdaptEncoder::finish() {
     if (codes_.previous != adaptNone) {
         putCode(codes_.previous);
     }
@@ -221,33 +263,43 @@ void AdaptFilter::finishEncoding() {
     flush();
 }
 
-std::int32_t AdaptFilter::entryAdapt(Filter& filter, Operation operation, std::byte* buffer,
-                                     std::int32_t* argument) {
-    auto& self = static_cast<AdaptFilter&>(filter);
-    if (self.direction_ == AdaptDirection::encode) {
-        switch (operation) {
-        case Operation::write:
-            self.encode(transferred(buffer, *argument));
-            return *argument;
-        case Operation::seek:
-        case Operation::mark:
-            return callFilter(*self.next, operation, buffer, argument);
-        case Operation::unlink:
-            self.finishEncoding();
-            return 0;
-        default:
-            break;
-        }
+/// Of the encoder; decoders have their own.
+std::int32_t entryAdapt(Filter& filter, Operation operation, std::byte* buffer,
+                        std::int32_t* argument) {
+    auto& self = static_cast<AdaptEncoder&>(filter);
+    switch (operation) {
+    case Operation::read:
+        failException(Exception::io);
+    case Operation::write:
+        self.encode({buffer, static_cast<std::size_t>(std::max(*argument, std::int32_t{0}))});
+        return *argument;
+    case Operation::seek:
+    case Operation::mark:
+        return callFilter(*self.next, operation, buffer, argument);
+    case Operation::link:
+        self.begin();
+        return 0;
+    case Operation::unlink:
+        self.finish();
+        return 0;
+    default:
+        return 0;
     }
-    return entryDecoder(filter, operation, buffer, argument);
 }
 
+} // namespace
+
 FilterOwner setupAdapt(AdaptDirection direction, std::uint32_t earlyChange) {
-    if ((direction != AdaptDirection::decode && direction != AdaptDirection::encode) ||
-        earlyChange > 1) {
+    if (earlyChange > 1) {
         failException(Exception::type);
     }
-    return std::make_unique<AdaptFilter>(direction, earlyChange);
+    switch (direction) {
+    case AdaptDirection::decode:
+        return std::make_unique<AdaptDecoder>(earlyChange);
+    case AdaptDirection::encode:
+        return std::make_unique<AdaptEncoder>();
+    }
+    failException(Exception::type);
 }
 
 } // namespace corvane

@@ -115,14 +115,6 @@ std::uint32_t bitOf(const Object& object) {
     return code <= static_cast<std::uint16_t>(ObjectType::stream) ? 1U << code : unknownTypeBit;
 }
 
-/// The code with which a place of the stack cannot be reached, or `none`.
-Exception placeFault(std::int32_t depth) {
-    if (depth < 0) {
-        return Exception::overflow;
-    }
-    return depth >= operandStack.count ? Exception::underflow : Exception::none;
-}
-
 /// Owner of a popped object that is freed only where the caller says so.
 class Popped {
 public:
@@ -177,24 +169,11 @@ Object popEmpty() {
 } // namespace detail
 
 Object indexStack(std::int32_t depth) {
-    const Exception fault = placeFault(depth);
-    if (fault != Exception::none) {
-        raiseException(fault);
+    if (depth < 0 || depth >= operandStack.count) {
+        raiseException(depth < 0 ? Exception::overflow : Exception::underflow);
         return {};
     }
     return operandStack.objects[operandStack.count - 1 - depth];
-}
-
-Object& referStack(std::int32_t depth) {
-    const Exception fault = placeFault(depth);
-    if (fault != Exception::none) {
-        failException(fault);
-    }
-    const std::int32_t place = operandStack.count - 1 - depth;
-    if (operandStack.exact != nullptr) {
-        operandStack.exact[place] = detail::noExactValue;
-    }
-    return operandStack.objects[place];
 }
 
 void clearStack(std::int32_t keep) {

@@ -79,8 +79,6 @@ inline Object popStack() {
 /// The object `depth` places below the top, not retained. Negative: `overflow`; too deep:
 /// `underflow`.
 Object indexStack(std::int32_t depth);
-/// As `indexStack`, to be changed in place (scalars only).
-Object& referStack(std::int32_t depth);
 /// Pops and frees every object, or those above the first `keep`.
 void clearStack(std::int32_t keep = 0);
 /// Pops every object without freeing it.

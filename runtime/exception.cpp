@@ -49,10 +49,8 @@ Exception resetException() {
     return std::exchange(pendingException, Exception::none);
 }
 
-void memoryException() {
-    if (FreeMem() < memoryReserve) {
-        raiseException(Exception::memory);
-    }
+std::int32_t memoryException() {
+    return FreeMem() < memoryReserve ? raiseException(Exception::memory) : 0;
 }
 
 std::int32_t handlerDepth() {

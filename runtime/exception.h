@@ -69,8 +69,8 @@ Exception valueException();
 /// The pending code, which is then cleared.
 Exception resetException();
 
-/// Raises `memory` where less than 16,384 bytes of the zone are free.
-void memoryException();
+/// Raises `memory` where less than 16,384 bytes of the zone are free; else 0.
+std::int32_t memoryException();
 
 namespace detail {
 

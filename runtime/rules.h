@@ -124,6 +124,9 @@ struct Rules {
     /// warning.
     bool wholeRowsKept;
 
+    /// Bytes between the segments of a DCT image are passed over up to the next marker.
+    bool markersSearched;
+
     /// An APP14 segment with any identifier states the colour transform, and whatever it states of
     /// three components but "none" is YCbCr.
     bool anyPictureIdentifier;
@@ -193,6 +196,7 @@ inline constexpr Rules originalRules{
     .resourceForks = true,
     .progressivePictures = false,
     .wholeRowsKept = false,
+    .markersSearched = false,
     .anyPictureIdentifier = false,
     .keepsPageEntries = false,
     .keepsGeometry = false,
@@ -239,6 +243,7 @@ inline constexpr Rules extendedRules{
     .resourceForks = false,
     .progressivePictures = true,
     .wholeRowsKept = true,
+    .markersSearched = true,
     .anyPictureIdentifier = true,
     .keepsPageEntries = true,
     .keepsGeometry = true,

@@ -69,34 +69,31 @@ std::optional<std::string_view> advanceString(char character, std::string_view t
     return text.substr(place + 1);
 }
 
-std::optional<std::string_view> quotedString(std::span<char> to, std::string_view text) {
+QuotedText quotedString(std::string_view text) {
     const std::string_view opened = advanceString('"', text).value_or(std::string_view());
-    copyString(to, opened.substr(0, opened.find('"')));
-    return advanceString('"', opened);
+    return {.text = opened.substr(0, opened.find('"')), .rest = advanceString('"', opened)};
 }
 
 void mapString(std::span<char> text, char from, char to) {
     std::replace(text.begin(), text.end(), from, to);
 }
 
-std::optional<std::string_view> integerString(std::int32_t& result, std::string_view text) {
+TextNumber integerString(std::string_view text) {
     text = withoutBlanks(text);
     const Decimal decimal = takeInteger(text);
-    result = integerFromDecimal(decimal);
     if (decimal.empty()) {
-        return std::nullopt;
+        return {};
     }
-    return text;
+    return {.value = integerFromDecimal(decimal), .rest = text};
 }
 
-std::optional<std::string_view> fixedString(Fixed& result, std::string_view text) {
+TextNumber fixedString(std::string_view text) {
     text = withoutBlanks(text);
     const Decimal decimal = takeDecimal(text);
-    result = fixedFromDecimal(decimal, FixDiv);
     if (decimal.empty()) {
-        return std::nullopt;
+        return {};
     }
-    return text;
+    return {.value = fixedFromDecimal(decimal, FixDiv), .rest = text};
 }
 
 void getString(std::span<std::uint8_t, 256> text, std::int16_t list, std::int16_t index) {

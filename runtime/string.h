@@ -1,8 +1,8 @@
 // The classic string calls: zero-terminated and length-prefixed text.
 //
 // A source is a view (its end stands for the terminator), a destination a span, whose bounds are
-// kept: what does not fit raises `range`. Positions that the classic calls return are the text from
-// there on, nothing where they return null.
+// kept: what does not fit raises `range`. Where the classic calls return a position, these return
+// the text from there on, nothing for null.
 #pragma once
 
 #include "host/artwork.h"
@@ -27,16 +27,23 @@ int compareString(std::string_view a, std::string_view b);
 bool leftString(std::string_view prefix, std::string_view text);
 /// What follows the first `character`.
 std::optional<std::string_view> advanceString(char character, std::string_view text);
-/// Copies what stands between the first two double quotes, or from the first to the end; what
-/// follows the second, nothing where there is none.
-std::optional<std::string_view> quotedString(std::span<char> to, std::string_view text);
+
+struct QuotedText {
+    std::string_view text; ///< between the first two double quotes, or from the first to the end
+    std::optional<std::string_view> rest; ///< what follows the second; nothing where there is none
+};
+QuotedText quotedString(std::string_view text);
+
 void mapString(std::span<char> text, char from, char to);
 
-/// Reads blanks, sign and digits; what follows them. No digit: nothing, and the result is 0.
-/// Wraps in 32 bits.
-std::optional<std::string_view> integerString(std::int32_t& result, std::string_view text);
-/// As `integerString`, with a fraction; the result saturates.
-std::optional<std::string_view> fixedString(Fixed& result, std::string_view text);
+struct TextNumber {
+    std::int32_t value = 0;
+    std::optional<std::string_view> rest; ///< what follows the digits; nothing where there are none
+};
+/// Reads blanks, sign and digits. Wraps in 32 bits.
+TextNumber integerString(std::string_view text);
+/// As `integerString`, with a fraction; the value is 16.16 and saturates.
+TextNumber fixedString(std::string_view text);
 
 /// Entry `index`, from 1, of the string list `list`, length-prefixed; the empty string where there
 /// is none.

@@ -13,8 +13,8 @@ inline constexpr int soi = 0xD8, eoi = 0xD9, sos = 0xDA, dqt = 0xDB, dri = 0xDD;
 inline constexpr int app0 = 0xE0, app14 = 0xEE, app15 = 0xEF, com = 0xFE;
 } // namespace dctMarker
 
-/// The next marker, past fill bytes and whatever stands before it. The end of the data:
-/// `DCTDTruncateError`.
+/// The next marker, past fill bytes. Other bytes before it are passed over where the rules in force
+/// search for markers, else they are `DCTDNoMarker`. The end of the data: `DCTDTruncateError`.
 int DCTDsgetmarker(DctInput& input);
 
 /// Goes past the end of the image, or of the data where there is none, starting behind `marker`

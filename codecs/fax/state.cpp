@@ -49,11 +49,12 @@ void FaxState::finishRow() {
     std::swap(above, row);
 }
 
-std::size_t FaxState::bytes() const {
-    return (above.places.size() + row.places.size()) * sizeof(std::int32_t) + pixels.size() +
-           rowBitsBytes(oneDimensional, parameters.columns) +
-           rowBitsBytes(twoDimensional, parameters.columns) +
-           rowBitsBytes(withoutCompression, parameters.columns);
+std::size_t CCFaxCheckBytes(const FaxState& state) {
+    const std::int32_t columns = state.parameters.columns;
+    return (state.above.places.size() + state.row.places.size()) * sizeof(std::int32_t) +
+           state.pixels.size() + rowBitsBytes(state.oneDimensional, columns) +
+           rowBitsBytes(state.twoDimensional, columns) +
+           rowBitsBytes(state.withoutCompression, columns);
 }
 
 void SetupCCStm(const CCParameters& parameters, FaxByteStream& bytes, CCStream& stream) {
@@ -69,7 +70,7 @@ void SetupCCStm(const CCParameters& parameters, FaxByteStream& bytes, CCStream& 
 }
 
 std::size_t CheckCCStm(const CCStream& stream) {
-    return stream.state ? stream.state->bytes() : 0;
+    return stream.state ? CCFaxCheckBytes(*stream.state) : 0;
 }
 
 void FinalCCStm(CCStream& stream) {

@@ -18,7 +18,6 @@ struct FaxState {
     std::size_t rowBytes() const { return faxRowBytes(parameters.columns); }
     /// CCFaxFinishRow: the row just coded becomes the reference of the next.
     void finishRow();
-    std::size_t bytes() const;
 
     CCParameters parameters;
     FaxByteStream& byteStream;
@@ -43,5 +42,8 @@ struct FaxState {
     std::optional<FaxRowBits> withoutCompression;
     std::int32_t twoDimensionalLeft = 0; ///< rows before the next one-dimensional one
 };
+
+/// Bytes that the state holds.
+std::size_t CCFaxCheckBytes(const FaxState& state);
 
 } // namespace corvane

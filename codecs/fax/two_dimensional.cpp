@@ -4,7 +4,6 @@
 #include "codecs/fax/tables.h"
 
 #include <cstdlib>
-#include <type_traits>
 
 namespace corvane {
 
@@ -12,9 +11,6 @@ namespace {
 
 // a0 is the position, a1 and a2 are the next two changes of the row, b1 is the first change of the
 // row above behind a0 and to the other colour, b2 the one after it.
-
-template <std::int32_t shift>
-constexpr std::integral_constant<std::int32_t, shift> by;
 
 /// The number of b1, from any number of the right colour not above it. At the left edge the
 /// imaginary a0 lies before the first pixel, so a change there is behind it.
@@ -48,7 +44,7 @@ FaxRowEnd readTwoRuns(FaxBitReader& reader, FaxRow& row) {
     return FaxRowEnd::complete;
 }
 
-/// The code at which `usualCodes` stopped.
+/// The code at which `UsualCodes` stopped.
 FaxRowEnd otherCode(FaxBitReader& reader, const FaxRow& above, FaxRow& row) {
     reader.need(modeLookupBits);
     const FaxMode mode = modeLookup[reader.peek(modeLookupBits)];
@@ -67,104 +63,129 @@ FaxRowEnd otherCode(FaxBitReader& reader, const FaxRow& above, FaxRow& row) {
     return end;
 }
 
-/// Decodes up to the end of the row or to a code that adds no pixel, has long runs, or is wrong.
-void usualCodes(FaxBitReader& reader, const FaxRow& above, FaxRow& row) {
-    FaxBitReader bits = reader;
-    const std::int32_t* const changesAbove = above.changes();
-    std::int32_t* const changes = row.changes();
-    const std::int32_t columns = row.columns;
-    std::int32_t count = row.count;
-    std::int32_t a0 = row.position;
-    std::int32_t b1 = row.reference;
+/// The codes of nearly every row. What they change is copied out of reader and row, so that it
+/// stays in registers, and goes back when a row ends or another code stands there.
+class UsualCodes {
+public:
+    [[gnu::always_inline]] UsualCodes(const FaxBitReader& reader, const FaxRow& above, FaxRow& row)
+        : bits_(reader), above_(above.changes()), changes_(row.changes()), columns_(row.columns),
+          count_(row.count), a0_(row.position), b1_(row.reference) {}
+
+    /// Up to the end of the row, or to a code that adds no pixel, has long runs, or is wrong.
+    [[gnu::always_inline]] void decode() {
+        bool usual = true;
+        while (usual && a0_ < columns_) {
+            bits_.need(codeBits);
+            usual = take(modeLookup[bits_.peek(modeLookupBits)]);
+        }
+    }
+    [[gnu::always_inline]] void store(FaxBitReader& reader, FaxRow& row) const {
+        reader = bits_;
+        row.count = count_;
+        row.position = a0_;
+        row.reference = b1_;
+    }
+
+private:
+    /// The longest code.
+    static constexpr unsigned codeBits = horizontalCode.length + pairLookupBits;
+
     // Every mode has its own steps, with lengths and distances known when this is compiled: where a
-    // mode is foretold right, nothing waits for a table.
-    const auto vertical = [&]<std::int32_t shift>(std::integral_constant<std::int32_t, shift>) {
-        const std::int32_t a1 = changesAbove[b1] + shift;
-        if (a1 <= a0 || a1 > columns) [[unlikely]] {
-            return false;
-        }
-        bits.skip(verticalCodes[shift + verticalReach].length);
-        changes[count++] = a1;
-        a0 = a1;
-        // The colour changes, and a change to the left of b1 may lie behind a0.
-        b1 = findB1(changesAbove, b1 + (shift < 0 ? -1 : 1), a0);
-        return true;
-    };
-    const auto pass = [&] {
-        bits.skip(passCode.length);
-        a0 = changesAbove[b1 + 1];
-        b1 += 2;
-    };
-    const auto horizontal = [&] {
-        constexpr unsigned both = horizontalCode.length + pairLookupBits;
-        const FaxPairEntry pair =
-            pairLookup(count % 2 != 0)[bits.peek(both) % (1U << pairLookupBits)];
-        const std::int32_t pixels = pair.first() + pair.second();
-        if (pixels == 0 || pixels > columns - a0) [[unlikely]] {
-            return false;
-        }
-        bits.skip(horizontalCode.length + pair.length());
-        changes[count] = a0 + pair.first();
-        a0 += pixels;
-        changes[count + 1] = a0;
-        count += 2;
-        b1 = findB1(changesAbove, b1, a0);
-        return true;
-    };
-    // The modes that often follow themselves are asked for before all others.
-    const auto again = [&](FaxCode code) {
-        if (a0 == columns) {
-            return false;
-        }
-        bits.need(horizontalCode.length + pairLookupBits);
-        return bits.peek(code.length) == code.bits;
-    };
-    for (bool usual = true; usual && a0 < columns;) {
-        bits.need(horizontalCode.length + pairLookupBits);
-        switch (modeLookup[bits.peek(modeLookupBits)]) {
+    // mode is foretold right, nothing waits for a table. The modes that often follow themselves are
+    // asked for before all others. False: the code is not usual, and still stands there.
+
+    [[gnu::always_inline]] bool take(FaxMode mode) {
+        switch (mode) {
         case FaxMode::same:
             do {
-                usual = vertical(by<0>);
-            } while (usual && again(verticalCodes[verticalReach]));
-            break;
+                if (!vertical<0>()) {
+                    return false;
+                }
+            } while (again(verticalCodes[verticalReach]));
+            return true;
         case FaxMode::left1:
-            usual = vertical(by<-1>);
-            break;
+            return vertical<-1>();
         case FaxMode::right1:
-            usual = vertical(by<1>);
-            break;
+            return vertical<1>();
         case FaxMode::left2:
-            usual = vertical(by<-2>);
-            break;
+            return vertical<-2>();
         case FaxMode::right2:
-            usual = vertical(by<2>);
-            break;
+            return vertical<2>();
         case FaxMode::left3:
-            usual = vertical(by<-3>);
-            break;
+            return vertical<-3>();
         case FaxMode::right3:
-            usual = vertical(by<3>);
-            break;
+            return vertical<3>();
         case FaxMode::pass:
             do {
                 pass();
             } while (again(passCode));
-            break;
+            return true;
         case FaxMode::horizontal:
             do {
-                usual = horizontal();
-            } while (usual && again(horizontalCode));
-            break;
+                if (!horizontal()) {
+                    return false;
+                }
+            } while (again(horizontalCode));
+            return true;
         case FaxMode::none:
-            usual = false;
-            break;
+            return false;
         }
+        return false;
     }
-    reader = bits;
-    row.count = count;
-    row.position = a0;
-    row.reference = b1;
-}
+
+    template <std::int32_t shift>
+    [[gnu::always_inline]] bool vertical() {
+        const std::int32_t a1 = above_[b1_] + shift;
+        if (a1 <= a0_ || a1 > columns_) [[unlikely]] {
+            return false;
+        }
+        bits_.skip(verticalCodes[shift + verticalReach].length);
+        changes_[count_++] = a1;
+        a0_ = a1;
+        // The colour changes, and a change to the left of b1 may lie behind a0.
+        b1_ = findB1(above_, b1_ + (shift < 0 ? -1 : 1), a0_);
+        return true;
+    }
+
+    [[gnu::always_inline]] void pass() {
+        bits_.skip(passCode.length);
+        a0_ = above_[b1_ + 1];
+        b1_ += 2;
+    }
+
+    [[gnu::always_inline]] bool horizontal() {
+        const FaxPairEntry pair =
+            pairLookup(count_ % 2 != 0)[bits_.peek(codeBits) % (1U << pairLookupBits)];
+        const std::int32_t pixels = pair.first() + pair.second();
+        if (pixels == 0 || pixels > columns_ - a0_) [[unlikely]] {
+            return false;
+        }
+        bits_.skip(horizontalCode.length + pair.length());
+        changes_[count_] = a0_ + pair.first();
+        a0_ += pixels;
+        changes_[count_ + 1] = a0_;
+        count_ += 2;
+        b1_ = findB1(above_, b1_, a0_);
+        return true;
+    }
+
+    /// Whether the row goes on with `code`.
+    [[gnu::always_inline]] bool again(FaxCode code) {
+        if (a0_ == columns_) {
+            return false;
+        }
+        bits_.need(codeBits);
+        return bits_.peek(code.length) == code.bits;
+    }
+
+    FaxBitReader bits_;
+    const std::int32_t* above_;
+    std::int32_t* changes_;
+    std::int32_t columns_;
+    std::int32_t count_;
+    std::int32_t a0_;
+    std::int32_t b1_;
+};
 
 } // namespace
 
@@ -177,7 +198,9 @@ FaxRowEnd Decompress2D(FaxBitReader& reader, const FaxRow& above, FaxRow& row) {
     }
     FaxRowEnd end = FaxRowEnd::complete;
     while (row.position < row.columns && end == FaxRowEnd::complete) {
-        usualCodes(reader, above, row);
+        UsualCodes codes(reader, above, row);
+        codes.decode();
+        codes.store(reader, row);
         if (row.position < row.columns) {
             end = otherCode(reader, above, row);
         }

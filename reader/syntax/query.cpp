@@ -42,6 +42,18 @@ double realNumber(const Object& number) {
                                                      : realFromFixed(fixedObject(number));
 }
 
+OperatorResult voidOperator(DocumentCache&) {
+    return 0;
+}
+
+OperatorResult submergeOperator(DocumentCache&) {
+    return 0;
+}
+
+OperatorResult surfaceOperator(DocumentCache&) {
+    return 0;
+}
+
 OperatorResult duplicateOperator(DocumentCache&) {
     pushShared(indexStack(0));
     return 0;

@@ -2,7 +2,7 @@
 
 #include "filters/range.h"
 #include "reader/syntax/meter.h"
-#include "reader/syntax/utility.h"
+#include "reader/syntax/stream_filters.h"
 
 namespace corvane {
 

@@ -50,6 +50,10 @@ OperatorResult endstreamOperator(DocumentCache& cache);
 
 // Queries, called by the reader itself.
 
+/// The three of the classic set that do nothing.
+OperatorResult voidOperator(DocumentCache& cache);
+OperatorResult submergeOperator(DocumentCache& cache);
+OperatorResult surfaceOperator(DocumentCache& cache);
 OperatorResult duplicateOperator(DocumentCache& cache);
 OperatorResult copyOperator(DocumentCache& cache);
 OperatorResult equalOperator(DocumentCache& cache);

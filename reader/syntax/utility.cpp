@@ -1,9 +1,7 @@
 #include "reader/syntax/utility.h"
 
 #include "objects/stack.h"
-#include "reader/syntax/decode_filters.h"
 #include "reader/syntax/syntax.h"
-#include "runtime/budget.h"
 #include "runtime/exception.h"
 #include "runtime/fixed.h"
 
@@ -15,20 +13,6 @@ namespace {
 
 std::int16_t wholePoints(Fixed value) {
     return static_cast<std::int16_t>(std::clamp(fixed2long(value), INT16_MIN, INT16_MAX));
-}
-
-/// The operand itself, or the element at `index` where it is an array, resolved.
-ObjectOwner operandAt(DocumentCache& cache, const Object& operand, std::int32_t index) {
-    if (typeObject(operand) != ObjectType::array) {
-        return resolveObject(cache, operand);
-    }
-    const std::span<Object> elements = elementsObject(operand);
-    if (index < 0 || static_cast<std::size_t>(index) >= elements.size()) {
-        Object null;
-        shallowObject(null, ObjectType::null, 0);
-        return ObjectOwner(null);
-    }
-    return resolveObject(cache, elements[static_cast<std::size_t>(index)]);
 }
 
 } // namespace
@@ -86,38 +70,6 @@ PixelRect rectUtility(DocumentCache& cache) {
         return wholePoints(extendObject(resolveObject(cache, values[i]).get()));
     };
     return {.top = value(3), .left = value(0), .bottom = value(1), .right = value(2)};
-}
-
-void filterUtility(DocumentCache& cache, Chain& chain, std::int32_t index) {
-    checkStack("??");
-    const ObjectOwner parameters(popStack());
-    const ObjectOwner filters(popStack());
-    const ObjectOwner name = operandAt(cache, *filters, index);
-    const ObjectOwner filterParameters = operandAt(cache, *parameters, index);
-    linkDecodeFilter(cache, chain, literalObject(*name), *filterParameters);
-}
-
-std::int32_t countFilters(DocumentCache& cache, const Object& stream) {
-    const ObjectOwner filters = lookupObject(cache, stream, "Filter");
-    std::int32_t count = 1;
-    if (typeObject(filters.get()) == ObjectType::null) {
-        count = 0;
-    } else if (typeObject(filters.get()) == ObjectType::array) {
-        count = sizeObject(filters.get());
-    }
-    if (count > budget::streamFilters) {
-        failException(Exception::structure);
-    }
-    return count;
-}
-
-void linkFilters(DocumentCache& cache, Chain& chain, const Object& stream) {
-    const std::int32_t count = countFilters(cache, stream);
-    for (std::int32_t i = 0; i < count; ++i) {
-        pushStack(lookupObject(cache, stream, "Filter").release());
-        pushStack(lookupObject(cache, stream, "DecodeParms").release());
-        filterUtility(cache, chain, i);
-    }
 }
 
 bool readToLine(std::span<char, 256> line, Filter& stream) {

@@ -1,4 +1,4 @@
-// Common sequences of operand-stack work.
+// Common sequences of operand-stack work, and lines of text.
 #pragma once
 
 #include "reader/document/cache.h"
@@ -27,15 +27,6 @@ struct PixelRect {
 };
 /// Pops an array of four numbers llx lly urx ury, taken as integers.
 PixelRect rectUtility(DocumentCache& cache);
-
-/// filter(s) parameters -> (nothing): links the decoding filter that the name at `index` asks for
-/// on the chain. A name that no filter has raises `range`.
-void filterUtility(DocumentCache& cache, Chain& chain, std::int32_t index);
-
-/// Filters that a stream names: 0 without "Filter". More than the budget: `structure`.
-std::int32_t countFilters(DocumentCache& cache, const Object& stream);
-/// Links every decoding filter of a stream on the chain, which delivers its bytes as written.
-void linkFilters(DocumentCache& cache, Chain& chain, const Object& stream);
 
 /// Reads one line, without its end, into `line` and a terminator behind it; false at the end of the
 /// data. A carriage return and a line feed are two ends. Longer lines come in pieces.

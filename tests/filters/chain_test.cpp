@@ -295,32 +295,32 @@ TEST_F(ChainTest, ByteStreamPushesOneByteBack) {
     Chain chain;
     Recorder& file = record(chain, "abcde");
     ByteStream stream(file);
-    EXPECT_EQ(stream.get(), 'a');
-    stream.unget('Z');
-    EXPECT_EQ(raisedBy([&] { stream.unget('Y'); }), Exception::codec);
+    EXPECT_EQ(dct_getc(stream), 'a');
+    dct_ungetc('Z', stream);
+    EXPECT_EQ(raisedBy([&] { dct_ungetc('Y', stream); }), Exception::codec);
     std::string three(3, ' ');
-    EXPECT_EQ(stream.read(std::as_writable_bytes(std::span(three))), 2); // one was pushed back
+    EXPECT_EQ(dct_read(std::as_writable_bytes(std::span(three)), stream), 2); // one was pushed back
     EXPECT_EQ(three, "Zbc");
-    EXPECT_EQ(stream.get(), 'd');
-    stream.unget('d');
-    EXPECT_EQ(stream.get(), 'd');
-    EXPECT_FALSE(stream.ended());
-    EXPECT_EQ(raisedBy([&] { stream.read(std::as_writable_bytes(std::span(three))); }),
+    EXPECT_EQ(dct_getc(stream), 'd');
+    dct_ungetc('d', stream);
+    EXPECT_EQ(dct_getc(stream), 'd');
+    EXPECT_FALSE(stream.filter_eof);
+    EXPECT_EQ(raisedBy([&] { dct_read(std::as_writable_bytes(std::span(three)), stream); }),
               Exception::io);
-    EXPECT_EQ(stream.get(), -1);
-    EXPECT_TRUE(stream.ended());
+    EXPECT_EQ(dct_getc(stream), -1);
+    EXPECT_TRUE(stream.filter_eof);
     file.position = 0;
-    EXPECT_EQ(stream.get(), 'a');
-    EXPECT_TRUE(stream.ended()) << "the flag is sticky";
+    EXPECT_EQ(dct_getc(stream), 'a');
+    EXPECT_TRUE(stream.filter_eof) << "the flag is sticky";
 
-    stream.unget('x');
-    EXPECT_EQ(stream.put(0xFF), 0xFF);
-    EXPECT_EQ(stream.get(), -1) << "writing forgets the byte";
+    dct_ungetc('x', stream);
+    EXPECT_EQ(dct_putc(0xFF, stream), 0xFF);
+    EXPECT_EQ(dct_getc(stream), -1) << "writing forgets the byte";
     file.room = 0;
-    EXPECT_FALSE(stream.failed());
-    EXPECT_EQ(stream.put(1), -1);
-    EXPECT_TRUE(stream.failed());
-    EXPECT_EQ(raisedBy([&] { stream.write(std::as_bytes(std::span(three))); }), Exception::io);
+    EXPECT_FALSE(stream.filter_error);
+    EXPECT_EQ(dct_putc(1, stream), -1);
+    EXPECT_TRUE(stream.filter_error);
+    EXPECT_EQ(raisedBy([&] { dct_write(std::as_bytes(std::span(three)), stream); }), Exception::io);
 }
 
 // The stream

@@ -98,7 +98,7 @@ TEST_F(Discrete, RefusesTheOtherDirectionAndSizesThatAreNone) {
     Keeper keeper;
     Chain chain(&keeper);
     for (const auto& [width, height, components] :
-         {std::array{0, 8, 1}, {8, 0, 1}, {8, 8, 5}, {-8, 8, 3}, {8, 8, 0}}) {
+         {std::array{0, 8, 1}, {8, 8, 5}, {-8, 8, 3}, {8, -8, 1}, {8, 8, -1}}) {
         EXPECT_EQ(raisedBy([&, width = width, height = height, components = components] {
                       chain.link(setupDiscrete(width, height, components));
                   }),
@@ -108,12 +108,14 @@ TEST_F(Discrete, RefusesTheOtherDirectionAndSizesThatAreNone) {
     chain.link(setupDiscrete(8, 8, 1));
     EXPECT_EQ(raisedBy([&] { readFilter(*chain.top(), {&byte, 1}); }), Exception::io);
     chain.abandon();
-    Chain reading;
-    reading.link(std::make_unique<test::MemoryFilter>(std::span<const std::byte>()));
-    reading.link(setupDiscrete(0, 0, 0));
-    EXPECT_EQ(raisedBy([&] { writeFilter(*reading.top(), {&byte, 1}); }), Exception::io);
-    EXPECT_EQ(raisedBy([&] { readFilter(*reading.top(), {&byte, 1}); }), Exception::codec);
-    EXPECT_EQ(readFilter(*reading.top(), {&byte, 1}), 0U);
+    for (const auto& [width, height, components] : {std::array{0, 0, 0}, {8, 0, 1}, {8, 8, 0}}) {
+        Chain reading;
+        reading.link(std::make_unique<test::MemoryFilter>(std::span<const std::byte>()));
+        reading.link(setupDiscrete(width, height, components));
+        EXPECT_EQ(raisedBy([&] { writeFilter(*reading.top(), {&byte, 1}); }), Exception::io);
+        EXPECT_EQ(raisedBy([&] { readFilter(*reading.top(), {&byte, 1}); }), Exception::codec);
+        EXPECT_EQ(readFilter(*reading.top(), {&byte, 1}), 0U);
+    }
 }
 
 TEST_F(Discrete, AnEncoderPassesOnWhatItDoesNotTransform) {

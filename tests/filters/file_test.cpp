@@ -1,5 +1,7 @@
 #include "filters/file.h"
 
+#include "filters/file_names.h"
+#include "filters/file_resources.h"
 #include "runtime/exception.h"
 #include "runtime/rules.h"
 #include "tests/toolbox/toolbox_fixture.h"

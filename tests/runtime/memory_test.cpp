@@ -24,7 +24,7 @@ TEST_F(MemoryTest, SizesThatCannotBeAreMemory) {
     EXPECT_EQ(raisedBy([] { allocateRecord<std::uint64_t>(-1); }), Exception::memory);
 }
 
-TEST_F(MemoryTest, ComparesAsUnsignedBytes) {
+TEST_F(MemoryTest, BytesAreComparedUnsignedCopiedAndSet) {
     const std::vector<std::byte> low{std::byte{1}, std::byte{2}};
     const std::vector<std::byte> high{std::byte{1}, std::byte{200}};
     EXPECT_LT(compareMemory(low, high), 0);
@@ -35,6 +35,10 @@ TEST_F(MemoryTest, ComparesAsUnsignedBytes) {
     copyMemory(to, high);
     EXPECT_LT(compareMemory(low, to), 0);
     EXPECT_EQ(raisedBy([&] { copyMemory(std::span(to).first(1), high); }), Exception::range);
+    setMemory(std::span(to).first(1), 0xFF);
+    clearMemory(std::span(to).subspan(1, 1));
+    frameMemory({});
+    EXPECT_EQ(to, (std::vector{std::byte{0xFF}, std::byte{0}, std::byte{0}}));
 }
 
 TEST_F(MemoryTest, ChargesFollowTheirOwner) {

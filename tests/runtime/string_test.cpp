@@ -39,15 +39,31 @@ TEST_F(StringTest, ComparesSignedBytesAndTheEndIsZero) {
     EXPECT_EQ(compareString("a\x80", "az"), -1);
 }
 
-TEST_F(StringTest, QuotedTextWithAndWithoutItsEnd) {
-    std::array<char, 8> to{};
-    EXPECT_EQ(quotedString(to, "x \"one\" rest"), " rest");
-    EXPECT_EQ(viewString(to), "one");
-    EXPECT_EQ(quotedString(to, "x \"two"), std::nullopt);
-    EXPECT_EQ(viewString(to), "two");
-    EXPECT_EQ(quotedString(to, "none"), std::nullopt);
-    EXPECT_EQ(viewString(to), "");
-    EXPECT_EQ(raisedBy([&] { quotedString(to, "\"12345678\""); }), Exception::range);
+TEST_F(StringTest, TextUpToAByteOrAQuote) {
+    EXPECT_EQ(advanceString('b', "abcb"), "cb");
+    EXPECT_EQ(advanceString('x', "abcb"), std::nullopt);
+    EXPECT_TRUE(leftString("", "abc") && leftString("ab", "abc"));
+    EXPECT_FALSE(leftString("abcd", "abc"));
+    struct Row {
+        std::string_view text, quoted;
+        std::optional<std::string_view> rest;
+    };
+    for (const Row& row : {Row{"x \"one\" rest", "one", " rest"},
+                           {"x \"two", "two", std::nullopt},
+                           {"none", "", std::nullopt}}) {
+        EXPECT_EQ(quotedString(row.text).text, row.quoted);
+        EXPECT_EQ(quotedString(row.text).rest, row.rest);
+    }
+}
+
+TEST_F(StringTest, CopiesEndInATerminatorWithinTheirBounds) {
+    std::array<char, 4> to{};
+    copyString(to, "aba");
+    EXPECT_EQ(countString(to), 3U);
+    mapString(to, 'a', 'o');
+    EXPECT_EQ(viewString(to), "obo");
+    EXPECT_EQ(viewString(std::span(to).first(2)), "ob");
+    EXPECT_EQ(raisedBy([&] { copyString(to, "1234"); }), Exception::range);
 }
 
 TEST_F(StringTest, NumbersReportWhereTheyEnd) {
@@ -72,12 +88,10 @@ TEST_F(StringTest, NumbersReportWhereTheyEnd) {
         {"-99999", "", -99999, "", INT32_MIN},
     };
     for (const Row& row : rows) {
-        std::int32_t integer = 99;
-        EXPECT_EQ(integerString(integer, row.text), row.integerRest) << row.text;
-        EXPECT_EQ(integer, row.integer) << row.text;
-        Fixed fixed = 99;
-        EXPECT_EQ(fixedString(fixed, row.text), row.fixedRest) << row.text;
-        EXPECT_EQ(fixed, row.fixed) << row.text;
+        EXPECT_EQ(integerString(row.text).rest, row.integerRest) << row.text;
+        EXPECT_EQ(integerString(row.text).value, row.integer) << row.text;
+        EXPECT_EQ(fixedString(row.text).rest, row.fixedRest) << row.text;
+        EXPECT_EQ(fixedString(row.text).value, row.fixed) << row.text;
     }
 }
 

@@ -151,24 +151,6 @@ TEST_F(DctCodec, QualityScalesTheTables) {
     EXPECT_EQ(table(10 << 16)[63], std::byte{255});
 }
 
-TEST_F(DctCodec, RefusesSettingsThatNoHeaderCanSay) {
-    for (const auto& [components, width, height] :
-         {std::array<std::size_t, 3>{5, 8, 8}, {0, 8, 8}, {1, 0, 8}, {1, 8, 0}, {1, 65536, 8}}) {
-        DctSettings settings;
-        settings.components = components;
-        settings.width = width;
-        settings.height = height;
-        test::MemorySink sink;
-        EXPECT_EQ(raisedBy([&] {
-                      const auto state = DCTInitialize();
-                      state->settings = settings;
-                      DCTEncodeOpen(*state, sink);
-                  }),
-                  Exception::codec);
-        EXPECT_TRUE(sink.data.empty());
-    }
-}
-
 TEST_F(DctCodec, ApplicationSegmentDecidesTheColour) {
     const Picture picture = test::photograph(40, 24, 3);
     DctSettings settings;
@@ -290,29 +272,6 @@ TEST_F(DctCodec, DamagedImagesAreLeftAtTheirEnd) {
         }
         EXPECT_GT(damaged, 10U);
     }
-}
-
-TEST_F(DctCodec, HeadersThatAreRefused) {
-    const auto data = coded(test::photograph(16, 16, 1));
-    const std::size_t frame = find(data, 0xC0);
-    const auto with = [&](std::size_t place, int value) {
-        auto changed = data;
-        changed[place] = static_cast<std::byte>(value);
-        return refused(changed);
-    };
-    EXPECT_EQ(with(frame + 1, 0xC2), Exception::codec); // progressive
-    EXPECT_EQ(with(frame + 1, 0xC9), Exception::codec); // arithmetic
-    EXPECT_EQ(with(frame + 4, 12), Exception::codec);   // bits a sample
-    EXPECT_EQ(with(frame + 6, 0), Exception::codec);    // height
-    EXPECT_EQ(with(frame + 8, 0), Exception::codec);    // width
-    EXPECT_EQ(with(frame + 9, 5), Exception::codec);    // components
-    EXPECT_EQ(with(frame + 11, 0x50), Exception::codec);
-    EXPECT_EQ(with(frame + 3, 5), Exception::codec); // length
-    EXPECT_EQ(refused({}), Exception::codec);
-    auto twice = data;
-    twice.insert(twice.begin() + static_cast<std::ptrdiff_t>(frame), data.begin() + 2,
-                 data.begin() + static_cast<std::ptrdiff_t>(find(data, 0xDA)));
-    EXPECT_EQ(refused(twice), Exception::codec); // two frames
 }
 
 /// Corpus files as the peer reads them, to the place behind their end.

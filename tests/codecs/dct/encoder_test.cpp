@@ -36,6 +36,11 @@ TEST_F(DctEncoderTest, SettingsThatNoHeaderCanSay) {
         const char* what;
         std::function<void(DctSettings&)> change;
     } cases[] = {
+        {"no component", [](DctSettings& s) { s.components = 0; }},
+        {"five components", [](DctSettings& s) { s.components = 5; }},
+        {"no width", [](DctSettings& s) { s.width = 0; }},
+        {"no height", [](DctSettings& s) { s.height = 0; }},
+        {"a width of 17 bits", [](DctSettings& s) { s.width = 65536; }},
         {"no sampling",
          [](DctSettings& s) {
              s.sampling[1] = {0, 1};

@@ -155,13 +155,29 @@ TEST_F(DctHeaderTest, WhatChangesNothing) {
     }
     auto data = test::jpegOf(test::jpeg::smallest());
     data.insert(data.begin() + 2, 3, std::byte{0xFF}); // fill
-    data.insert(data.begin() + 2, 3, std::byte{0x17}); // what belongs to no segment
     EXPECT_EQ(decoded(data).samples, plain.samples);
     // An image without a scan has no rows.
     JpegParts empty = test::jpeg::smallest();
     empty.pop_back();
     EXPECT_TRUE(decoded(test::jpegOf(empty)).samples.empty());
     EXPECT_TRUE(decoded(test::jpegOf({})).samples.empty());
+}
+
+TEST_F(DctHeaderTest, BytesBetweenSegments) {
+    const auto data = test::jpegOf(test::jpeg::smallest());
+    const std::vector<std::vector<std::byte>> cases{
+        {std::byte{0x17}}, {std::byte{0xFF}, std::byte{0}}, {std::byte{0xFF}, std::byte{0xD0}}};
+    for (const auto& bytes : cases) {
+        for (const std::ptrdiff_t place : {0, 2}) {
+            auto loose = data;
+            loose.insert(loose.begin() + place, bytes.begin(), bytes.end());
+            selectRules(Profile::original);
+            EXPECT_EQ(refused(loose), Exception::codec);
+            selectRules(Profile::extended);
+            EXPECT_EQ(refused(loose), Exception::none);
+        }
+    }
+    EXPECT_EQ(refused({}), Exception::codec);
 }
 
 /// Two components of one name are those that follow one another.

@@ -3,8 +3,8 @@
 
 #include "filters/hex.h"
 #include "objects/stack.h"
+#include "reader/syntax/stream_filters.h"
 #include "reader/syntax/syntax.h"
-#include "reader/syntax/utility.h"
 #include "tests/filters/decode_check.h"
 #include "tests/filters/lzw_reference.h"
 #include "tests/reader/art_text.h"
