@@ -176,7 +176,6 @@ std::vector<RawEntry> rawTrailer(DocumentCache& cache) {
     EntryWalk walk(scope.tokens());
     walk.passSection();
     std::vector<RawEntry> entries = walk.entries();
-    scope.leave();
     return entries;
 }
 
