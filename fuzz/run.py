@@ -48,7 +48,7 @@ def main():
     parser.add_argument("--minutes", type=float, default=5)
     parser.add_argument("--seconds-each", type=int, default=20, help="a longer run is a hang")
     parser.add_argument("options", nargs="*", help="passed on to libFuzzer")
-    arguments = parser.parse_args()
+    arguments = parser.parse_intermixed_args()
 
     os.makedirs(arguments.corpus, exist_ok=True)
     name = os.path.basename(arguments.program).removesuffix("_fuzz")

@@ -74,8 +74,9 @@ const KeyIndexes::Index& KeyIndexes::indexOf(const Object& dictionary, std::int6
     });
     retainObject(dictionary);
     index.dictionary = ObjectOwner(dictionary);
+    const Index& kept = indexes_.emplace(dataObject(dictionary), std::move(index)).first->second;
     indexedKeys_ += pairs;
-    return indexes_.emplace(dataObject(dictionary), std::move(index)).first->second;
+    return kept;
 }
 
 } // namespace corvane
