@@ -58,13 +58,17 @@ void writePage(TextOutput& out, const Page& page) {
         writePlainAttribute(out, "data-profile", "original");
     }
     const Rect& bounds = page.bounds();
-    if (bounds.left != 0 || bounds.bottom != 0) {
+    const ArtboardSize& artboard = page.artboard();
+    const bool hasArtboard = artboard.width != 0 || artboard.height != 0;
+    const bool isEmpty = bounds == Rect{};
+    const bool isArtboard =
+        !hasArtboard || (bounds.right == artboard.width && bounds.top == artboard.height);
+    if (!isEmpty && (bounds.left != 0 || bounds.bottom != 0 || !isArtboard)) {
         writePlainAttribute(out, "data-bounds",
                             numberText(bounds.left) + ' ' + numberText(bounds.bottom) + ' ' +
                                 numberText(bounds.right) + ' ' + numberText(bounds.top));
     }
-    const ArtboardSize& artboard = page.artboard();
-    if (artboard.width != 0 || artboard.height != 0) {
+    if (hasArtboard) {
         writePlainAttribute(out, "data-artboard",
                             numberText(artboard.width) + ' ' + numberText(artboard.height));
     }

@@ -35,6 +35,16 @@ Rect limitedRect(Fixed width, Fixed height, Warning warning) {
     return rectOf(0, height, width, 0);
 }
 
+/// The media box on the artboard. Bounds that are as large as the artboard are the artboard,
+/// wherever they lie: a page that was resized did not grow from its lower left corner.
+Rect mediaRect(const ArtboardSize& size, const Rect& bounds) {
+    const Rect atOrigin = limitedRect(size.width, size.height, Warning::pageSize);
+    const bool isBounds = std::int64_t{bounds.right} - bounds.left == size.width &&
+                          std::int64_t{bounds.top} - bounds.bottom == size.height;
+    const bool isLimited = atOrigin.right != size.width || atOrigin.top != size.height;
+    return rules().keepsGeometry && isBounds && !isLimited ? bounds : atOrigin;
+}
+
 /// The crop box for `crop` on a page of `media`.
 Rect fittedCrop(const Rect& crop, const Rect& media) {
     if (callHost(slot::rectEmpty, &crop)) {
@@ -86,7 +96,7 @@ PageGeometry pageGeometry(DocumentCache& cache) {
         geometry.kept = isUnchanged(cache, matrix, size, crop);
     }
     if (!geometry.kept) {
-        const Rect media = limitedRect(size.width, size.height, Warning::pageSize);
+        const Rect media = mediaRect(size, crop);
         geometry.mediaBox = placedBox(geometry, media);
         geometry.cropBox = placedBox(geometry, fittedCrop(crop, media));
     }

@@ -178,7 +178,25 @@ ArtboardSize writtenArtboard(const Attributes& root) {
 
 bool holds(const ArtboardSize& artboard, const Rect& bounds) {
     return (artboard.width == 0 && artboard.height == 0) ||
-           (artboard.width >= bounds.right && artboard.height >= bounds.top);
+           (bounds.left >= 0 && bounds.bottom >= 0 && artboard.width >= bounds.right &&
+            artboard.height >= bounds.top);
+}
+
+/// The area as a person resized it, in the artwork's coordinates: what stands on the page keeps its
+/// place. Nothing where the file does not say where the area began.
+std::optional<Rect> resizedBounds(const Attributes& root, const PaperArea& area) {
+    std::array<double, 4> sides{};
+    const ArtboardSize artboard = writtenArtboard(root);
+    if (!parseNumbers(root[Attribute::dataBounds], sides)) {
+        if (artboard.width <= 0 || artboard.height <= 0) {
+            return std::nullopt;
+        }
+        sides[3] = static_cast<double>(artboard.height) / fixedOne;
+    }
+    const double left = sides[0] - area.matrix.tx;
+    const double top = sides[3] + area.matrix.ty;
+    return Rect{fixedOf(left), fixedOf(top), fixedOf(left + area.width),
+                fixedOf(top - area.height)};
 }
 
 } // namespace
@@ -205,6 +223,13 @@ RootReading readRoot(const Attributes& root, Page& page) {
             if (written && (root.has(Attribute::dataBounds) || holds(writtenSize, *written))) {
                 bounds = *written;
                 artboard = writtenSize;
+            } else if (const auto resized = resizedBounds(root, area);
+                       resized && page.profile() == Profile::extended) {
+                bounds = *resized;
+                const bool wasCut = root.has(Attribute::dataBounds);
+                artboard = wasCut && holds(writtenSize, bounds)
+                               ? writtenSize
+                               : ArtboardSize{fixedOf(area.width), fixedOf(area.height)};
             }
         } else {
             bounds = {};

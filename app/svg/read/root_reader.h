@@ -17,7 +17,8 @@ struct RootReading {
 };
 
 /// Reads the attributes of the root, and sets the page. A page that still is what we wrote keeps
-/// its bounds and artboard; one that a person changed, or another program made, starts at 0,0.
+/// its bounds and artboard. One that a person resized gets new bounds around artwork that stays
+/// where it is. One that another program made starts at 0,0.
 RootReading readRoot(const Attributes& root, Page& page);
 
 } // namespace corvane

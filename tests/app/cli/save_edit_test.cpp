@@ -78,5 +78,36 @@ TEST_F(SaveEdit, WhatInkscapeChangesIsSaved) {
     }
 }
 
+TEST_F(SaveEdit, ANewSizeGrowsWhereTheEditorShowsIt) {
+    struct Row {
+        const char* rotate;
+        const char* size;
+        const char* larger;
+        const char* box;
+    };
+    // 88 points more on the right and 108 below, as the page is seen.
+    for (const Row& row : {
+             Row{"0", "width=\"612pt\" height=\"792pt\" viewBox=\"0 0 612 792\"",
+                 "width=\"700pt\" height=\"900pt\" viewBox=\"0 0 700 900\"", "[ 100 -58 800 842 ]"},
+             Row{"90", "width=\"792pt\" height=\"612pt\" viewBox=\"0 0 792 612\"",
+                 "width=\"880pt\" height=\"720pt\" viewBox=\"0 0 880 720\"", "[ 100 50 820 930 ]"},
+             Row{"180", "width=\"612pt\" height=\"792pt\" viewBox=\"0 0 612 792\"",
+                 "width=\"700pt\" height=\"900pt\" viewBox=\"0 0 700 900\"", "[ 12 50 712 950 ]"},
+         }) {
+        SCOPED_TRACE(row.rotate);
+        folder_.add("in.pdf", test::PdfBuilder::onePage("120 70 m 300 400 l S")
+                                  .object(3, "<< /Type /Page /Parent 2 0 R /Contents 4 0 R "
+                                             "/MediaBox [100 50 712 842] /Rotate " +
+                                                 std::string(row.rotate) + " >>")
+                                  .bytes());
+        const std::string svg = artwork("in.pdf", 1);
+        save(replaced(svg, row.size, row.larger), "in.pdf", 1);
+        EXPECT_NE(bytes("in.pdf").find("/MediaBox " + std::string(row.box)), std::string::npos);
+        const std::string again = artwork("in.pdf", 1);
+        const auto path = [](const std::string& text) { return text.substr(text.find("<path")); };
+        EXPECT_EQ(path(again), path(svg)) << "the drawing stands where it stood";
+    }
+}
+
 } // namespace
 } // namespace corvane

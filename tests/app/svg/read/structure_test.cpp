@@ -59,9 +59,14 @@ TEST(ReadStructure, PagesOfOursAfterAnEditor) {
         EXPECT_NE(art->drawn().find("M0 0H10V10H0Z"), std::string::npos) << art->drawn();
     }
     const ReadArt larger = read("width='600pt' height='200pt' viewBox='-300 0 600 200'", rectangle);
-    EXPECT_EQ(larger.document.page().bounds(), (Rect{0, fixed(200), fixed(600), 0}));
+    EXPECT_EQ(larger.document.page().bounds(),
+              (Rect{fixed(-290), fixed(220), fixed(310), fixed(20)}));
     EXPECT_EQ(larger.document.page().artboard().width, fixed(600));
     EXPECT_EQ(larger.drawn(), "<path d=\"M300 0H310V10H300Z\"/>");
+    const ReadArt smaller = read("width='90pt' height='80pt' viewBox='0 0 90 80'", rectangle);
+    EXPECT_EQ(smaller.document.page().bounds(),
+              (Rect{fixed(10), fixed(220), fixed(100), fixed(140)}));
+    EXPECT_EQ(smaller.document.page().artboard().width, fixed(400)) << "still cut from the media";
 }
 
 TEST(ReadStructure, LayersAndLooseArt) {
