@@ -67,13 +67,17 @@ bool TokenFilter::more() {
     position_ -= start_;
     start_ = 0;
     fill_ = kept;
+    struct Ending {
+        TokenFilter& tokens;
+        ~Ending() { tokens.buffer_[tokens.fill_] = sentinel; }
+    };
+    const Ending ending{*this}; // also where the filter below raises, having written something
     buffer_.resize(std::max(buffer_.size(), kept + block_ + 1));
     const std::span<char> room = std::span(buffer_).subspan(kept, block_);
     const std::size_t count = readFilter(*next, std::as_writable_bytes(room));
     block_ = laterBlock;
     ended_ = count == 0;
     fill_ += count;
-    buffer_[fill_] = sentinel;
     return !ended_;
 }
 

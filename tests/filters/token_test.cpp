@@ -1,9 +1,11 @@
 #include "filters/token.h"
 
 #include "filters/buffer.h"
+#include "runtime/exception.h"
 #include "tests/runtime/zone_fixture.h"
 #include "tests/support/memory_filter.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -252,6 +254,50 @@ TEST_F(TokenTest, TheSameTokensWhateverTheBlocksBelow) {
         chain_.link(std::move(owner));
         EXPECT_EQ(stepsOf(tokens), wanted) << "buffer of " << block;
     }
+}
+
+/// Delivers its bytes, then raises, having written on all the room that it was given, then ends.
+class RaisingFilter : public Filter {
+public:
+    explicit RaisingFilter(std::string_view bytes) : Filter(entry), bytes_(bytes) {}
+
+private:
+    static std::int32_t entry(Filter& filter, Operation operation, std::byte* buffer,
+                              std::int32_t* argument) {
+        auto& self = static_cast<RaisingFilter&>(filter);
+        if (operation != Operation::read) {
+            return 0;
+        }
+        const std::span<std::byte> room(buffer, static_cast<std::size_t>(*argument));
+        *argument = 0;
+        switch (self.reads_++) {
+        case 0:
+            std::ranges::copy(std::as_bytes(std::span(self.bytes_)), room.begin());
+            return *argument = static_cast<std::int32_t>(self.bytes_.size());
+        case 1:
+            std::ranges::fill(room, std::byte{'x'});
+            failException(Exception::codec);
+        default:
+            return 0;
+        }
+    }
+
+    std::string_view bytes_;
+    int reads_ = 0;
+};
+
+TEST_F(TokenTest, GoesOnBehindWhatTheFilterBelowRaised) {
+    chain_.link(std::make_unique<RaisingFilter>("first second"));
+    auto owner = setupToken();
+    TokenFilter& tokens = *owner;
+    chain_.link(std::move(owner));
+    ASSERT_EQ(tokens.readToken(), TokenType::keyword);
+    EXPECT_EQ(guarded([&] { tokens.readToken(); }), Exception::codec);
+    resetException();
+    ASSERT_EQ(tokens.readToken(), TokenType::keyword);
+    EXPECT_EQ(tokens.bytes(), "second");
+    EXPECT_EQ(tokens.tokenEnd(), 12);
+    EXPECT_EQ(tokens.readToken(), TokenType::end);
 }
 
 TEST_F(TokenTest, MarkSeekAndReadAreExactBehindEveryToken) {
