@@ -3,7 +3,6 @@
 #include "objects/stack.h"
 #include "reader/content/content_keywords.h"
 #include "reader/content/interpreter.h"
-#include "reader/content/omissions.h"
 #include "reader/syntax/stream_chain.h"
 #include "runtime/exception.h"
 
@@ -70,7 +69,7 @@ private:
         level_.span.end = level_.streamStart + tokens_.tokenEnd();
         const ContentKeyword* const keyword = contentKeywords().find(tokens_.bytes());
         if (keyword == nullptr) {
-            noteOmission(Omission::unknownOperator);
+            interpreter_.omissions.note(Omission::unknownOperator);
             dropOperands();
             return;
         }
@@ -108,7 +107,7 @@ void runStream(Interpreter& interpreter, const Object& stream) {
             againException();
         }
         resetException();
-        noteOmission(Omission::damagedOperator);
+        interpreter.omissions.note(Omission::damagedOperator);
         loop.dropOperands();
         interpreter.progress.fault(chain.tokens());
     }

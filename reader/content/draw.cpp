@@ -3,7 +3,6 @@
 #include "reader/content/content.h"
 #include "reader/content/interpreter.h"
 #include "reader/content/losses.h"
-#include "reader/content/omissions.h"
 #include "reader/page/page_content.h"
 #include "reader/page/page_identity.h"
 #include "reader/page/page_matrix.h"
@@ -63,8 +62,8 @@ void readCache(DocumentCache& cache) {
     const PageMatrix matrix = pageMatrix(cache);
     sizeArtboard(cropCache(cache));
     readOrigin();
-    openOmissions();
-    noteDefaultSpaces(cache);
+    cache.interpreter->omissions = Omissions();
+    noteDefaultSpaces(*cache.interpreter);
     applyPageMatrix(*cache.interpreter, matrix);
 
     const std::vector<ObjectOwner> streams = contentStreams(cache);
@@ -74,7 +73,7 @@ void readCache(DocumentCache& cache) {
     memoryException();
     callHost(slot::finishImport, cache.art, cache.art);
     callHost(slot::redrawDocument);
-    reportOmissions();
+    cache.interpreter->omissions.report();
 
     sizeArtboard(turnedBox(matrix, mediaCache(cache)));
     const Rect bounds = hostRect(turnedBox(matrix, cropCache(cache)));

@@ -3,7 +3,6 @@
 #include "reader/content/content_keywords.h"
 #include "reader/content/content_operators.h"
 #include "reader/content/losses.h"
-#include "reader/content/omissions.h"
 #include "reader/paint/colour.h"
 #include "runtime/exception.h"
 
@@ -15,9 +14,9 @@ namespace corvane {
 namespace {
 
 /// The paint is a pattern or of a space that is not supported.
-void hidePaint(Paint& paint, Omission why) {
+void hidePaint(Interpreter& interpreter, Paint& paint, Omission why) {
     paint.hidden = true;
-    noteOmission(why);
+    interpreter.omissions.note(why);
 }
 
 void selectSpace(Interpreter& interpreter, Paint& paint, Colour& colour) {
@@ -27,10 +26,10 @@ void selectSpace(Interpreter& interpreter, Paint& paint, Colour& colour) {
     paint =
         Paint{.space = interpreter.colourSpaces.find(interpreter.cache, literalObject(name.get()))};
     if (paint.space == nullptr) {
-        hidePaint(paint, Omission::colourSpace);
+        hidePaint(interpreter, paint, Omission::colourSpace);
         return;
     }
-    noteSpaceLosses(*paint.space);
+    noteSpaceLosses(interpreter, *paint.space);
     if (paint.space->kind != ColourSpace::Kind::pattern) {
         colour = initialColour(*paint.space);
     }
@@ -51,11 +50,11 @@ Colour deviceColour(const std::vector<double>& components) {
     return colourIn({.kind = kind}, components);
 }
 
-void selectColour(Paint& paint, Colour& colour) {
+void selectColour(Interpreter& interpreter, Paint& paint, Colour& colour) {
     checkStack("?");
     const bool named = typeObject(indexStack(0)) == ObjectType::literal;
     if (named || (paint.space && paint.space->kind == ColourSpace::Kind::pattern)) {
-        hidePaint(paint, Omission::pattern);
+        hidePaint(interpreter, paint, Omission::pattern);
         return;
     }
     if (paint.space == nullptr && paint.hidden) {
@@ -93,8 +92,8 @@ void applyDash(Interpreter& interpreter, const Object& dictionary) {
 
 } // namespace
 
-void shadingOperator(Interpreter&) {
-    noteOmission(Omission::shading);
+void shadingOperator(Interpreter& interpreter) {
+    interpreter.omissions.note(Omission::shading);
 }
 
 void fillSpaceOperator(Interpreter& interpreter) {
@@ -106,11 +105,11 @@ void strokeSpaceOperator(Interpreter& interpreter) {
 }
 
 void fillColourOperator(Interpreter& interpreter) {
-    selectColour(interpreter.state.fill, interpreter.state.style.fill);
+    selectColour(interpreter, interpreter.state.fill, interpreter.state.style.fill);
 }
 
 void strokeColourOperator(Interpreter& interpreter) {
-    selectColour(interpreter.state.stroke, interpreter.state.style.stroke);
+    selectColour(interpreter, interpreter.state.stroke, interpreter.state.style.stroke);
 }
 
 void externalStateOperator(Interpreter& interpreter) {
@@ -127,7 +126,7 @@ void externalStateOperator(Interpreter& interpreter) {
     applyEntry(interpreter, entries.get(), "LJ", "x", joinOperator);
     applyEntry(interpreter, entries.get(), "ML", "x", miterOperator);
     applyDash(interpreter, entries.get());
-    noteStateLosses(interpreter.cache, entries.get());
+    noteStateLosses(interpreter, entries.get());
 }
 
 void invisibleOperator(Interpreter&) {}

@@ -10,6 +10,7 @@
 #include "objects/stack.h"
 #include "reader/content/containers.h"
 #include "reader/content/content_keywords.h"
+#include "reader/content/omissions.h"
 #include "reader/content/progress.h"
 #include "reader/content/state.h"
 #include "reader/paint/colour_space_cache.h"
@@ -52,6 +53,7 @@ struct Interpreter {
     Containers containers;
     ContentLevel level;
     ContentProgress progress;
+    Omissions omissions;
     ColourSpaceCache colourSpaces;
 };
 

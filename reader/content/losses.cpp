@@ -1,6 +1,6 @@
 #include "reader/content/losses.h"
 
-#include "reader/content/omissions.h"
+#include "reader/content/interpreter.h"
 #include "reader/paint/colour_space.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
@@ -9,7 +9,6 @@
 #include <array>
 #include <cmath>
 #include <initializer_list>
-#include <span>
 
 namespace corvane {
 
@@ -83,34 +82,29 @@ constexpr std::array settings = {
 
 } // namespace
 
-void noteStateLosses(DocumentCache& cache, const Object& entries) {
-    const std::span<const Object> elements = elementsObject(entries);
+void noteStateLosses(Interpreter& interpreter, const Object& entries) {
     std::array<bool, omissionKinds> lost{};
-    for (std::size_t i = 0; i + 1 < elements.size(); i += 2) {
-        const auto setting = std::ranges::find_if(
-            settings, [&](const Setting& each) { return isNamed(elements[i], {each.key}); });
-        if (setting == settings.end()) {
-            continue;
-        }
-        const ObjectOwner value = resolveObject(cache, elements[i + 1]);
-        if (typeObject(value.get()) != ObjectType::null && setting->counts(cache, value.get())) {
-            lost[static_cast<std::size_t>(setting->omission)] = true;
+    for (const Setting& setting : settings) {
+        const ObjectOwner value = lookupObject(interpreter.cache, entries, setting.key);
+        if (typeObject(value.get()) != ObjectType::null &&
+            setting.counts(interpreter.cache, value.get())) {
+            lost[static_cast<std::size_t>(setting.omission)] = true;
         }
     }
     for (std::size_t i = 0; i < lost.size(); ++i) {
         if (lost[i]) {
-            noteOmission(static_cast<Omission>(i));
+            interpreter.omissions.note(static_cast<Omission>(i));
         }
     }
 }
 
-void noteIntentLoss(const Object& intent) {
+void noteIntentLoss(Interpreter& interpreter, const Object& intent) {
     if (isOtherIntent(intent)) {
-        noteOmission(Omission::renderingIntent);
+        interpreter.omissions.note(Omission::renderingIntent);
     }
 }
 
-void noteSpaceLosses(const ColourSpace& space) {
+void noteSpaceLosses(Interpreter& interpreter, const ColourSpace& space) {
     bool hasProfile = false;
     bool hasInk = false;
     for (const ColourSpace* each = &space; each != nullptr; each = each->base.get()) {
@@ -118,14 +112,15 @@ void noteSpaceLosses(const ColourSpace& space) {
         hasInk = hasInk || each->kind == ColourSpace::Kind::tint;
     }
     if (hasProfile) {
-        noteOmission(Omission::colourProfile);
+        interpreter.omissions.note(Omission::colourProfile);
     }
     if (hasInk) {
-        noteOmission(Omission::ink);
+        interpreter.omissions.note(Omission::ink);
     }
 }
 
-void noteDefaultSpaces(DocumentCache& cache) {
+void noteDefaultSpaces(Interpreter& interpreter) {
+    DocumentCache& cache = interpreter.cache;
     if (typeObject(cache.resources.get()) != ObjectType::dictionary) {
         return;
     }
@@ -137,20 +132,20 @@ void noteDefaultSpaces(DocumentCache& cache) {
         }
         for (const std::string_view name : {"DefaultGray", "DefaultRGB", "DefaultCMYK"}) {
             if (typeObject(findEntry(cache, spaces.get(), name)) != ObjectType::null) {
-                noteOmission(Omission::colourProfile);
+                interpreter.omissions.note(Omission::colourProfile);
             }
         }
     });
 }
 
-void noteStrokeLoss(const RealMatrix& m) {
+void noteStrokeLoss(Interpreter& interpreter, const RealMatrix& m) {
     // With the scales s and t of the two directions, the sum of squares is s*s + t*t and the
     // determinant s*t: twice that is as much only where s and t are equal. A thousandth between
     // them is not seen.
     constexpr double equalScales = 1 + .5e-6;
     const double squares = m.a * m.a + m.b * m.b + m.c * m.c + m.d * m.d;
     if (squares > 2 * std::abs(m.a * m.d - m.b * m.c) * equalScales) {
-        noteOmission(Omission::unequalStrokeScale);
+        interpreter.omissions.note(Omission::unequalStrokeScale);
     }
 }
 

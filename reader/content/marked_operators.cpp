@@ -2,21 +2,20 @@
 #include "objects/stack.h"
 #include "reader/content/content_operators.h"
 #include "reader/content/losses.h"
-#include "reader/content/omissions.h"
 
 namespace corvane {
 
-void intentOperator(Interpreter&) {
-    noteIntentLoss(indexStack(0));
+void intentOperator(Interpreter& interpreter) {
+    noteIntentLoss(interpreter, indexStack(0));
 }
 
-void markOperator(Interpreter&) {
-    noteOmission(Omission::markedContent);
+void markOperator(Interpreter& interpreter) {
+    interpreter.omissions.note(Omission::markedContent);
 }
 
-void propertiesOperator(Interpreter&) {
+void propertiesOperator(Interpreter& interpreter) {
     const bool isLayer = literalObject(indexStack(1)) == "OC";
-    noteOmission(isLayer ? Omission::optionalContent : Omission::markedContent);
+    interpreter.omissions.note(isLayer ? Omission::optionalContent : Omission::markedContent);
 }
 
 } // namespace corvane

@@ -3,13 +3,9 @@
 #include "runtime/extension.h"
 #include "runtime/warning.h"
 
-#include <array>
-
 namespace corvane {
 
 namespace {
-
-std::array<std::int32_t, omissionKinds> counts{};
 
 /// The warning of a kind; `none` where the page looks nearly as it should.
 Warning warningOf(Omission kind) {
@@ -38,25 +34,21 @@ Warning warningOf(Omission kind) {
 
 } // namespace
 
-void openOmissions() {
-    counts.fill(0);
-}
-
-void noteOmission(Omission kind) {
-    const bool isFirst = ++counts[static_cast<std::size_t>(kind)] == 1;
+void Omissions::note(Omission kind) {
+    const bool isFirst = ++counts_[static_cast<std::size_t>(kind)] == 1;
     if (isFirst && warningOf(kind) != Warning::none) {
         raiseWarning(warningOf(kind));
     }
 }
 
-void reportOmissions() {
+void Omissions::report() const {
     const auto extension = knownExtension();
     if (!extension || extension->omitted == nullptr) {
         return;
     }
     for (std::size_t i = 0; i < omissionKinds; ++i) {
-        if (counts[i] > 0) {
-            extension->omitted(extension->context, static_cast<Omission>(i), counts[i]);
+        if (counts_[i] > 0) {
+            extension->omitted(extension->context, static_cast<Omission>(i), counts_[i]);
         }
     }
 }

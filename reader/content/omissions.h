@@ -3,12 +3,20 @@
 
 #include "host/extension.h"
 
+#include <array>
+#include <cstdint>
+
 namespace corvane {
 
-void openOmissions();
-/// Counts one thing that was left out; the first of its kind raises its warning, if it has one.
-void noteOmission(Omission kind);
-/// Tells the host extension, if there is one.
-void reportOmissions();
+class Omissions {
+public:
+    /// Counts one thing that was left out; the first of its kind raises its warning, if it has one.
+    void note(Omission kind);
+    /// Tells the host extension, if there is one.
+    void report() const;
+
+private:
+    std::array<std::int32_t, omissionKinds> counts_{};
+};
 
 } // namespace corvane

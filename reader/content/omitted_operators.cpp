@@ -3,12 +3,11 @@
 #include "objects/stack.h"
 #include "reader/content/content_operators.h"
 #include "reader/content/inline_image.h"
-#include "reader/content/omissions.h"
 
 namespace corvane {
 
-void omittedTextOperator(Interpreter&) {
-    noteOmission(Omission::text);
+void omittedTextOperator(Interpreter& interpreter) {
+    interpreter.omissions.note(Omission::text);
 }
 
 void passedTextOperator(Interpreter&) {}
@@ -19,7 +18,7 @@ void dataImageOperator(Interpreter& interpreter) {
     callFilter(*interpreter.cache.input, Operation::skipSpace);
     skipImageData(static_cast<TokenFilter&>(*interpreter.cache.input),
                   imageDataLength(interpreter));
-    noteOmission(Omission::image);
+    interpreter.omissions.note(Omission::image);
 }
 
 void endImageOperator(Interpreter&) {}
@@ -36,11 +35,11 @@ void doObjectOperator(Interpreter& interpreter) {
     const ObjectOwner subtype = lookupObject(interpreter.cache, object.get(), "Subtype");
     const bool named = typeObject(subtype.get()) == ObjectType::literal;
     const std::string_view kind = named ? literalObject(subtype.get()) : std::string_view();
-    noteOmission(kind == "Image"  ? Omission::image
-                 : kind == "Form" ? Omission::form
-                                  : Omission::other);
+    interpreter.omissions.note(kind == "Image"  ? Omission::image
+                               : kind == "Form" ? Omission::form
+                                                : Omission::other);
     if (typeObject(findEntry(interpreter.cache, object.get(), "OC")) != ObjectType::null) {
-        noteOmission(Omission::optionalContent);
+        interpreter.omissions.note(Omission::optionalContent);
     }
 }
 

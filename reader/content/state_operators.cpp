@@ -1,6 +1,5 @@
 #include "objects/stack.h"
 #include "reader/content/content_operators.h"
-#include "reader/content/omissions.h"
 #include "runtime/callbacks.h"
 #include "runtime/fixed.h"
 #include "runtime/rules.h"
@@ -69,7 +68,7 @@ void dashOperator(Interpreter& interpreter) {
     const std::span<Object> lengths = elementsObject(array.get());
     auto dash = interpreter.state.dash;
     if (lengths.size() > dash.size()) {
-        noteOmission(Omission::longDash);
+        interpreter.omissions.note(Omission::longDash);
         return;
     }
     dash.fill(0);

@@ -96,7 +96,7 @@ void finishArt(Interpreter& interpreter) {
     }
     stylePath(interpreter.state, path, false);
     if (interpreter.state.style.strokePaint != 0 && interpreter.state.lineWidth != 0) {
-        noteStrokeLoss(interpreter.state.exactCtm);
+        noteStrokeLoss(interpreter, interpreter.state.exactCtm);
     }
     if (interpreter.state.style.clip != 0) {
         clipWith(interpreter, path);
