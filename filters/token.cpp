@@ -202,10 +202,11 @@ std::int32_t TokenFilter::seek(std::int32_t position) {
         position_ = static_cast<std::size_t>(position - held);
         return position;
     }
-    origin_ += position - held;
     forget();
     ended_ = false;
-    return seekFilter(*next, position);
+    const std::int32_t reached = seekFilter(*next, position);
+    origin_ += reached - held;
+    return reached;
 }
 
 void TokenFilter::forget() {

@@ -139,6 +139,7 @@ void TokenFilter::readEscape() {
 TokenType TokenFilter::readHexPiece() {
     for (;;) {
         start_ = position_;
+        tokenStart_ = tokenEnd();
         if (position_ == fill_ && !more()) {
             inHex_ = false;
             return TokenType::hexClose;

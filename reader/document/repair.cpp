@@ -15,9 +15,8 @@ namespace corvane {
 
 namespace {
 
-/// The dictionary at `offset`, or an empty object where something else stands there.
 struct FoundDictionary {
-    ObjectOwner dictionary;
+    ObjectOwner dictionary; ///< an empty object where something else stands there
     bool ofStream = false;
 };
 
@@ -45,22 +44,11 @@ FoundDictionary dictionaryAt(DocumentCache& cache, std::int32_t offset) {
     return {std::move(object), type == TokenType::keyword && scope.tokens().bytes() == "stream"};
 }
 
-/// Runs `body`, which may find that what it looks at is damaged: false then.
-template <class Body>
-bool attempt(Body body) {
-    const Exception code = guarded(body);
-    if (code == Exception::memory || code == Exception::cancelled || code == Exception::limit) {
-        againException();
-    }
-    resetException();
-    return code == Exception::none;
-}
-
 /// Whether the dictionary itself says what was mentioned. One that cannot be read is taken to:
 /// a page without the objects of an object stream would look right and be wrong.
 bool isMeant(DocumentCache& cache, const Mention& mention) {
     bool meant = false;
-    const bool readable = attempt([&] {
+    const bool readable = attempted([&] {
         const FoundDictionary found = dictionaryAt(cache, mention.head);
         if (typeObject(found.dictionary.get()) != ObjectType::dictionary) {
             return;
@@ -88,7 +76,7 @@ bool isCatalog(DocumentCache& cache, const Object& object) {
 /// Takes the dictionary as the trailer, if it leads to a catalog.
 bool takeTrailer(DocumentCache& cache, ObjectOwner dictionary) {
     bool good = false;
-    attempt([&] {
+    attempted([&] {
         good = typeObject(dictionary.get()) == ObjectType::dictionary &&
                isCatalog(cache, lookupObject(cache, dictionary.get(), "Root").get());
     });
@@ -99,28 +87,27 @@ bool takeTrailer(DocumentCache& cache, ObjectOwner dictionary) {
 }
 
 /// A trailer that names `root` as the catalog.
-ObjectOwner madeTrailer(std::int32_t number, std::int32_t generation) {
+ObjectOwner madeTrailer(DocumentCache& cache, std::int32_t number, std::int32_t generation) {
     pushMark(Mark::dictionary);
     pushLiteral("Root");
     Object root;
     indirectObject(root, number, generation);
     pushStack(root);
-    DocumentCache unused;
-    dictionaryOperator(unused);
+    dictionaryOperator(cache);
     return ObjectOwner(popStack());
 }
 
 bool searchCatalog(DocumentCache& cache) {
     for (Ref<ReferenceNode> node = firstReference(*cache.references); node; node = node->next) {
         bool found = false;
-        attempt([&] {
+        attempted([&] {
             Object reference;
             indirectObject(reference, node->number, node->generation());
             const ObjectOwner owner(reference);
             found = isCatalog(cache, resolveObject(cache, reference).get());
         });
         if (found) {
-            cache.trailer = madeTrailer(node->number, node->generation());
+            cache.trailer = madeTrailer(cache, node->number, node->generation());
             return true;
         }
         forgetObject(cache, node->number, node->generation());
@@ -142,7 +129,7 @@ void repairCache(DocumentCache& cache) {
     bool found = false;
     for (auto at = result.trailers.rbegin(); at != result.trailers.rend(); ++at) {
         FoundDictionary trailer;
-        if (!attempt([&] { trailer = dictionaryAt(cache, *at); }) ||
+        if (!attempted([&] { trailer = dictionaryAt(cache, *at); }) ||
             typeObject(trailer.dictionary.get()) != ObjectType::dictionary) {
             continue;
         }

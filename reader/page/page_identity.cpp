@@ -82,11 +82,7 @@ std::optional<std::uint64_t> recordedOrigin(DocumentCache& cache) {
 
 std::uint64_t identityOfPage(DocumentCache& cache) {
     std::optional<std::uint64_t> origin;
-    const Exception code = guarded([&] { origin = recordedOrigin(cache); });
-    if (code != Exception::none && !isFileFault(code)) {
-        againException();
-    }
-    resetException();
+    attempted([&] { origin = recordedOrigin(cache); });
     return origin ? *origin : digestPage(cache, contentStreams(cache));
 }
 

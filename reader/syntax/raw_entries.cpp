@@ -175,8 +175,7 @@ std::vector<RawEntry> rawTrailer(DocumentCache& cache) {
     FileScope scope(cache, cache.sectionOffsets.front());
     EntryWalk walk(scope.tokens());
     walk.passSection();
-    std::vector<RawEntry> entries = walk.entries();
-    return entries;
+    return walk.entries();
 }
 
 std::string rawValue(DocumentCache& cache, const RawEntry& entry) {
