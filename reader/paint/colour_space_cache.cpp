@@ -4,16 +4,23 @@
 
 namespace corvane {
 
+namespace {
+
+/// Names that no resource has. The short ones of inline images, such as "G", are names of resources
+/// too: those come first.
+bool isReserved(std::string_view name) {
+    return name == "DeviceGray" || name == "DeviceRGB" || name == "DeviceCMYK" || name == "Pattern";
+}
+
+} // namespace
+
 ColourSpacePointer ColourSpaceCache::find(DocumentCache& cache, std::string_view name) {
-    if (ColourSpacePointer space = namedColourSpace(name)) {
-        return space;
-    }
-    if (typeObject(cache.resources.get()) != ObjectType::dictionary) {
-        return nullptr;
+    if (isReserved(name) || typeObject(cache.resources.get()) != ObjectType::dictionary) {
+        return namedColourSpace(name);
     }
     ObjectOwner dictionary = lookupObject(cache, cache.resources.get(), "ColorSpace");
     if (typeObject(dictionary.get()) != ObjectType::dictionary) {
-        return nullptr;
+        return namedColourSpace(name);
     }
     Category& category = categories_[dictionary->data];
     if (typeObject(category.dictionary.get()) == ObjectType::empty) {
@@ -23,7 +30,9 @@ ColourSpacePointer ColourSpaceCache::find(DocumentCache& cache, std::string_view
     if (known == category.spaces.end()) {
         Known read;
         read.fault = guarded([&] {
-            read.space = readColourSpace(cache, findEntry(cache, category.dictionary.get(), name));
+            const Object object = findEntry(cache, category.dictionary.get(), name);
+            read.space = typeObject(object) == ObjectType::null ? namedColourSpace(name)
+                                                                : readColourSpace(cache, object);
         });
         if (read.fault != Exception::none && !isFileFault(read.fault)) {
             againException();

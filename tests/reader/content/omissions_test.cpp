@@ -121,6 +121,8 @@ TEST_F(OmissionsTest, Colours) {
              Row{"/C cs", "/C[/Lab<<>>]", {{Omission::colourProfile, 1}}},
              Row{"/C cs", "/C[/Indexed[/ICCBased 10 0 R]0(abc)]", {{Omission::colourProfile, 1}}},
              Row{"/C cs 1 scn 0 scn", ink, {{Omission::ink, 1}}},
+             // A name that in inline images stands for a device space.
+             Row{"/G cs", "/G[/Separation/Gold/DeviceGray 9 0 R]", {{Omission::ink, 1}}},
              Row{"/C cs", "/C[/DeviceN[/A/B]/DeviceGray 9 0 R]", {{Omission::colourSpace, 1}}},
              Row{"0 g",
                  "/DefaultGray 7 0 R/DefaultRGB[/CalRGB<<>>]",
