@@ -46,8 +46,8 @@ public:
             if (type == TokenType::end) {
                 return;
             }
-            if (!level_.hasOperands) {
-                level_.hasOperands = true;
+            if (!level_.isBegun) {
+                level_.isBegun = true;
                 level_.span.start = level_.streamStart + tokens_.tokenStart();
             }
             if (type == TokenType::keyword) {
@@ -61,7 +61,7 @@ public:
     void dropOperands() {
         clearStack();
         level_.operands.reset();
-        level_.hasOperands = false;
+        level_.isBegun = false;
     }
 
 private:

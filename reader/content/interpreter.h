@@ -37,7 +37,7 @@ struct ContentLevel {
     PathConstruction path;        ///< the path under construction
     std::int32_t floor = 0;       ///< states saved by the content around it, not for its `Q`
     std::int64_t streamStart = 0; ///< bytes of the streams before the one being read
-    bool hasOperands = false;     ///< the operator whose operands are being read began at `span`
+    bool isBegun = false;         ///< the operator to come was begun: `span.start` is known
     OperatorSpan span;            ///< the operator being read or run
 };
 

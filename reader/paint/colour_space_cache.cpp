@@ -28,12 +28,12 @@ ColourSpacePointer ColourSpaceCache::find(DocumentCache& cache, std::string_view
     }
     auto known = category.spaces.find(name);
     if (known == category.spaces.end()) {
+        const Object object = findEntry(cache, category.dictionary.get(), name);
+        if (typeObject(object) == ObjectType::null) {
+            return namedColourSpace(name); // not kept: a page may make up names without end
+        }
         Known read;
-        read.fault = guarded([&] {
-            const Object object = findEntry(cache, category.dictionary.get(), name);
-            read.space = typeObject(object) == ObjectType::null ? namedColourSpace(name)
-                                                                : readColourSpace(cache, object);
-        });
+        read.fault = guarded([&] { read.space = readColourSpace(cache, object); });
         if (read.fault != Exception::none && !isFileFault(read.fault)) {
             againException();
         }
