@@ -5,6 +5,7 @@
 #include "reader/content/content_keywords.h"
 #include "reader/content/interpreter.h"
 #include "runtime/budget.h"
+#include "runtime/exception.h"
 
 #include <algorithm>
 #include <string_view>
@@ -45,8 +46,9 @@ std::int64_t pixelBits(Interpreter& interpreter) {
     if (typeObject(space) != ObjectType::literal) {
         return -1;
     }
-    const ColourSpacePointer known =
-        interpreter.colourSpaces.find(interpreter.cache, literalObject(space));
+    ColourSpacePointer known;
+    attempted(
+        [&] { known = interpreter.colourSpaces.find(interpreter.cache, literalObject(space)); });
     const std::int64_t bits = wholeNumber(entryOf("BitsPerComponent", "BPC"));
     return known && known->components > 0 && bits > 0 && bits <= 16 ? bits * known->components : -1;
 }

@@ -123,6 +123,10 @@ TEST_F(OmissionsTest, Colours) {
              Row{"/C cs 1 scn 0 scn", ink, {{Omission::ink, 1}}},
              // A name that in inline images stands for a device space.
              Row{"/G cs", "/G[/Separation/Gold/DeviceGray 9 0 R]", {{Omission::ink, 1}}},
+             // The data of an image whose space cannot be read are no content all the same.
+             Row{"BI/W 2/H 1/BPC 8/CS/C ID frob EI",
+                 "/C[/Indexed/DeviceRGB 1 1]",
+                 {{Omission::image, 1}}},
              Row{"/C cs", "/C[/DeviceN[/A/B]/DeviceGray 9 0 R]", {{Omission::colourSpace, 1}}},
              Row{"0 g",
                  "/DefaultGray 7 0 R/DefaultRGB[/CalRGB<<>>]",
