@@ -52,7 +52,7 @@ struct DocumentFacts {
 /// Which page artwork came from, told while it is read: before the first art is made.
 struct PageIdentity {
     PageFacts page;
-    std::uint64_t digest = 0; ///< of the page's dictionary, what it inherits, and its content bytes
+    std::uint64_t digest = 0; ///< of all that it is drawn from (reader/page/page_digest.h)
 };
 
 /// Kinds of what a page has and the artwork does not hold. Numbers stay; new kinds come behind the
@@ -125,8 +125,8 @@ struct HostExtension {
 
     // Version 2: saving.
 
-    /// Digest of the page that the artwork to be saved came from; null: it came from none. A page
-    /// of another digest is refused, unless `overwrites`.
+    /// Digest of the page that the artwork to be saved came from, whichever version of the plug-in
+    /// told it; null: it came from none. A page of another digest is refused, unless `overwrites`.
     const std::uint64_t* artworkDigest = nullptr;
     bool overwrites = false;
     /// Told when an update was appended, or would be.

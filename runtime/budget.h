@@ -1,6 +1,7 @@
 // Limits on depth, work and size, each with its reason. Past one: the nearest exception.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 namespace corvane::budget {
@@ -59,6 +60,14 @@ inline constexpr std::int64_t contentTokens = 100'000'000;
 /// counted too: the longest pages need a third of it, and what is kept of them must fit the zone,
 /// which is as large. Two or three seconds' work.
 inline constexpr std::int64_t pageBytes = 1 << 30;
+
+/// Objects that a page's digest covers behind references; real pages stay below some thousand, but
+/// resources may be those of all pages. Past it a reference counts by itself.
+inline constexpr std::size_t digestObjects = 1 << 16;
+
+/// Bytes that a page's digest covers behind references, of objects and of streams: a tenth of a
+/// second's work for pages full of images. A quarter of `pageBytes`, which it counts against.
+inline constexpr std::int64_t digestBytes = 256 << 20;
 
 /// Bytes of one value of a page's dictionary that is carried over to a new page object: real ones
 /// are links to what is large.

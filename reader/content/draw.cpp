@@ -6,6 +6,7 @@
 #include "reader/page/page_content.h"
 #include "reader/page/page_identity.h"
 #include "reader/page/page_matrix.h"
+#include "reader/syntax/stream_chain.h"
 #include "runtime/callbacks.h"
 #include "runtime/extension.h"
 #include "runtime/rules.h"
@@ -16,11 +17,6 @@
 namespace corvane {
 
 namespace {
-
-std::int64_t streamLength(const Object& stream) {
-    const std::span<Object> parts = elementsObject(stream);
-    return std::int64_t{integerObject(parts[2])} - integerObject(parts[1]);
-}
 
 /// The host's artboard takes the size of `box`.
 void sizeArtboard(const Box& box) {
@@ -38,8 +34,8 @@ void readOrigin() {
 void tellIdentity(DocumentCache& cache) {
     const auto extension = knownExtension();
     if (extension && extension->pageIdentity != nullptr) {
-        extension->pageIdentity(extension->context,
-                                {.page = factsCache(cache), .digest = identityOfPage(cache)});
+        extension->pageIdentity(extension->context, {.page = factsCache(cache),
+                                                     .digest = identityOfPage(cache).digest});
     }
 }
 

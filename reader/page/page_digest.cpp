@@ -1,124 +1,181 @@
 #include "reader/page/page_digest.h"
 
+#include "reader/page/digest_feed.h"
 #include "reader/syntax/stream_chain.h"
-#include "runtime/digest.h"
+#include "reader/syntax/syntax.h"
+#include "runtime/budget.h"
+#include "runtime/exception.h"
 
 #include <algorithm>
 #include <array>
 #include <map>
+#include <optional>
+#include <string_view>
 #include <vector>
 
 namespace corvane {
 
 namespace {
 
-void feedNumber(Digest& digest, std::int64_t number) {
-    digest.feed(std::as_bytes(std::span(&number, 1)));
-}
-
-void feedText(Digest& digest, std::string_view text) {
-    feedNumber(digest, static_cast<std::int64_t>(text.size()));
-    digest.feed(std::as_bytes(std::span(text)));
-}
-
-/// The objects and all that they hold, the last first, without recursion.
-void feedObjects(Digest& digest, std::vector<Object> pending) {
-    while (!pending.empty()) {
-        const Object object = pending.back();
-        pending.pop_back();
-        feedNumber(digest, static_cast<std::int64_t>(object.type));
-        switch (object.type) {
-        case ObjectType::literal:
-            feedText(digest, literalObject(object));
-            break;
-        case ObjectType::text:
-        case ObjectType::block: {
-            const std::span<const std::byte> bytes =
-                object.type == ObjectType::block ? blockObject(object)
-                                                 : std::as_bytes(std::span(textObject(object)));
-            feedNumber(digest, static_cast<std::int64_t>(bytes.size()));
-            digest.feed(bytes);
-            break;
-        }
-        case ObjectType::reference:
-        case ObjectType::array:
-        case ObjectType::procedure:
-        case ObjectType::dictionary:
-        case ObjectType::stream: {
-            const std::span<Object> elements = elementsObject(object);
-            feedNumber(digest, static_cast<std::int64_t>(elements.size()));
-            pending.insert(pending.end(), elements.rbegin(), elements.rend());
-            break;
-        }
-        default:
-            feedNumber(digest, dataObject(object));
-        }
-    }
-}
-
-void feedObject(Digest& digest, const Object& object) {
-    feedObjects(digest, {object});
-}
+// What stands for something that is not fed itself; no types of objects.
+constexpr std::int64_t again = -1; ///< a stream that was fed before
+constexpr std::int64_t unreadable = -2;
+constexpr std::int64_t otherPage = -3;
+constexpr std::int64_t unread = -4; ///< data past the budget
 
 /// What a program notes for itself is no part of the page, and changes with every save.
-bool isNote(const Object& key) {
+constexpr std::array<std::string_view, 2> noteKeys = {"PieceInfo", "LastModified"};
+
+/// What is followed to all that it leads to. The resources may be inherited.
+constexpr std::array<std::string_view, 3> followedKeys = {"Resources", "Group", "Contents"};
+
+bool isAmong(std::span<const std::string_view> keys, const Object& key) {
     return typeObject(key) == ObjectType::literal &&
-           (literalObject(key) == "PieceInfo" || literalObject(key) == "LastModified");
+           std::ranges::find(keys, literalObject(key)) != keys.end();
 }
 
-void feedPage(Digest& digest, const Object& page) {
+void feedPage(DigestFeed& feed, const Object& page, bool withFollowed) {
     const std::span<Object> entries = elementsObject(page);
     std::vector<Object> fed;
     for (std::size_t i = 0; i + 1 < entries.size(); i += 2) {
-        if (!isNote(entries[i])) {
+        if (!isAmong(noteKeys, entries[i]) &&
+            (withFollowed || !isAmong(followedKeys, entries[i]))) {
             fed.insert(fed.end(), {entries[i], entries[i + 1]});
         }
     }
-    std::ranges::reverse(fed);
-    feedNumber(digest, static_cast<std::int64_t>(fed.size()));
-    feedObjects(digest, std::move(fed));
+    feed.entries(std::move(fed));
 }
 
-void feedStream(Digest& digest, DocumentCache& cache, const Object& stream) {
-    const std::span<Object> parts = elementsObject(stream);
-    feedObject(digest, parts[0]);
-    feedNumber(digest, std::int64_t{integerObject(parts[2])} - integerObject(parts[1]));
-    const Chain bytes = rawStream(cache, stream);
-    std::array<std::byte, 16384> buffer;
-    while (const std::size_t count = readFilter(*bytes.top(), buffer)) {
-        digest.feed(std::span(buffer).first(count));
-    }
-}
-
-/// What stands for a stream that was fed before; no type of an object.
-constexpr std::int64_t again = -1;
-
-/// A small file may name a large stream again and again: each is read once.
-void feedStreams(Digest& digest, DocumentCache& cache, std::span<const ObjectOwner> streams) {
-    std::map<std::uint32_t, std::int64_t> fed; // by the storage that all that name it share
-    for (const ObjectOwner& stream : streams) {
+/// The streams that were fed, by the storage that all that name one share. A small file may name a
+/// large stream again and again: each is read once.
+class FedStreams {
+public:
+    /// The place of a stream that was fed; none for a new one, which has the next place now.
+    std::optional<std::int64_t> place(const Object& stream) {
         const auto [place, isNew] =
-            fed.emplace(stream.get().data, static_cast<std::int64_t>(fed.size()));
-        if (isNew) {
-            feedStream(digest, cache, stream.get());
-        } else {
-            feedNumber(digest, again);
-            feedNumber(digest, place->second);
+            places_.emplace(stream.data, static_cast<std::int64_t>(places_.size()));
+        return isNew ? std::nullopt : std::optional(place->second);
+    }
+
+private:
+    std::map<std::uint32_t, std::int64_t> places_;
+};
+
+/// Whether it was fed before, in which case its place is fed.
+bool feedAgain(DigestFeed& feed, FedStreams& fed, const Object& stream) {
+    const std::optional<std::int64_t> place = fed.place(stream);
+    if (place) {
+        feed.number(again);
+        feed.number(*place);
+    }
+    return place.has_value();
+}
+
+/// Whether a dictionary is a page, or a node of the tree of pages: no page is drawn from another.
+bool isPage(const Object& dictionary) {
+    const std::span<Object> entries = elementsObject(dictionary);
+    for (std::size_t i = 0; i + 1 < entries.size(); i += 2) {
+        if (isAmong(std::array<std::string_view, 1>{"Type"}, entries[i]) &&
+            isAmong(std::array<std::string_view, 2>{"Page", "Pages"}, entries[i + 1])) {
+            return true;
         }
     }
+    return false;
+}
+
+/// Feeds what references led to, and what those objects lead to.
+class Followed {
+public:
+    Followed(DigestFeed& feed, DocumentCache& cache, FedStreams& fed)
+        : feed_(feed), cache_(cache), fed_(fed), end_(feed.bytes() + budget::digestBytes) {}
+
+    void root(const Object& object) { feed_.object(object, &met_); }
+
+    void follow() {
+        for (std::size_t i = 0; i < met_.size() && feed_.bytes() < end_; ++i) {
+            ObjectOwner object;
+            if (tryResolveObject(cache_, met_.reference(i), object) != Exception::none) {
+                feed_.number(unreadable);
+            } else if (typeObject(object.get()) == ObjectType::stream) {
+                stream(object.get());
+                streams_.push_back(std::move(object));
+            } else if (typeObject(object.get()) == ObjectType::dictionary && isPage(object.get())) {
+                feed_.number(otherPage);
+            } else {
+                feed_.object(object.get(), &met_);
+            }
+        }
+    }
+
+private:
+    void stream(const Object& stream) {
+        feed_.object(elementsObject(stream)[0], &met_);
+        if (feedAgain(feed_, fed_, stream)) {
+            return;
+        }
+        if (streamLength(stream) <= end_ - feed_.bytes()) {
+            feed_.data(cache_, stream);
+        } else {
+            feed_.number(unread);
+            feed_.number(streamLength(stream));
+        }
+    }
+
+    DigestFeed& feed_;
+    DocumentCache& cache_;
+    FedStreams& fed_;
+    std::int64_t end_;
+    MetObjects met_;
+    std::vector<ObjectOwner> streams_; ///< kept, so that no other takes the storage of one
+};
+
+void feedFirstVersion(DigestFeed& feed, DocumentCache& cache,
+                      std::span<const ObjectOwner> streams) {
+    feedPage(feed, cache.page.get(), true);
+    for (const ObjectOwner* field :
+         {&cache.mediaBox, &cache.cropBox, &cache.rotate, &cache.resources}) {
+        feed.object(field->get());
+    }
+    FedStreams fed;
+    for (const ObjectOwner& stream : streams) {
+        if (!feedAgain(feed, fed, stream.get())) {
+            feed.object(elementsObject(stream.get())[0]);
+            feed.data(cache, stream.get());
+        }
+    }
+}
+
+void feedDrawn(DigestFeed& feed, DocumentCache& cache, std::span<const ObjectOwner> streams) {
+    feedPage(feed, cache.page.get(), false);
+    // The content's data first: all of them count, whatever their length.
+    FedStreams fed;
+    for (const ObjectOwner& stream : streams) {
+        if (!feedAgain(feed, fed, stream.get())) {
+            feed.data(cache, stream.get());
+        }
+    }
+    Followed followed(feed, cache, fed);
+    for (const ObjectOwner* field :
+         {&cache.mediaBox, &cache.cropBox, &cache.rotate, &cache.resources}) {
+        followed.root(field->get());
+    }
+    for (const char* key : {"Group", "Contents"}) {
+        followed.root(findEntry(cache, cache.page.get(), key));
+    }
+    followed.follow();
 }
 
 } // namespace
 
-std::uint64_t digestPage(DocumentCache& cache, std::span<const ObjectOwner> streams) {
-    Digest digest;
-    feedPage(digest, cache.page.get());
-    for (const ObjectOwner* field :
-         {&cache.mediaBox, &cache.cropBox, &cache.rotate, &cache.resources}) {
-        feedObject(digest, field->get());
+std::uint64_t digestPage(DocumentCache& cache, std::span<const ObjectOwner> streams,
+                         DigestVersion version) {
+    DigestFeed feed;
+    if (version == DigestVersion::page) {
+        feedFirstVersion(feed, cache, streams);
+    } else {
+        feedDrawn(feed, cache, streams);
     }
-    feedStreams(digest, cache, streams);
-    return digest.value();
+    return feed.value();
 }
 
 } // namespace corvane

@@ -8,9 +8,20 @@
 
 namespace corvane {
 
-/// Of the page's dictionary but for PieceInfo and LastModified, of what it inherits, and of its
+/// Artwork and saved pages remember digests, so the rule by which one is made stays as it is: a
+/// better rule is a new version.
+///
+/// 1: of the page's dictionary but for PieceInfo and LastModified, of what it inherits, and of its
 /// content streams as they stand in the file, in order; one that comes again counts by its place.
 /// References count by their numbers.
-std::uint64_t digestPage(DocumentCache& cache, std::span<const ObjectOwner> streams);
+///
+/// 2: the same, and of all that Resources, Group and Contents lead to by reference, the data of
+/// streams as they stand in the file. Each object is read once; references to it count by the order
+/// in which they were met. Pages, annotations and notes are left out. Past `budget::digestObjects`
+/// and `budget::digestBytes` references count by themselves.
+enum class DigestVersion : std::int32_t { page = 1, drawn = 2, current = drawn };
+
+std::uint64_t digestPage(DocumentCache& cache, std::span<const ObjectOwner> streams,
+                         DigestVersion version = DigestVersion::current);
 
 } // namespace corvane

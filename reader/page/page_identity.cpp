@@ -1,11 +1,11 @@
 #include "reader/page/page_identity.h"
 
 #include "reader/page/page_content.h"
-#include "reader/page/page_digest.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
 
-#include <optional>
+#include <array>
+#include <vector>
 
 namespace corvane {
 
@@ -63,7 +63,7 @@ std::optional<std::uint64_t> eightBytes(const ObjectOwner& object) {
 }
 
 /// The identity that our record of the page states, if it still speaks of this page.
-std::optional<std::uint64_t> recordedOrigin(DocumentCache& cache) {
+std::optional<PageOrigin> statedOrigin(DocumentCache& cache) {
     const ObjectOwner pieces = lookupObject(cache, cache.page.get(), "PieceInfo");
     const ObjectOwner ours = dictionaryIn(cache, pieces, pieceInfoName);
     const ObjectOwner record = dictionaryIn(cache, ours, "Private");
@@ -75,15 +75,42 @@ std::optional<std::uint64_t> recordedOrigin(DocumentCache& cache) {
         !isStated(cache, record.get(), "Content", placeOfContent(cache))) {
         return std::nullopt;
     }
-    return eightBytes(lookupObject(cache, record.get(), "Origin"));
+    const std::optional<std::uint64_t> origin =
+        eightBytes(lookupObject(cache, record.get(), "Origin"));
+    if (!origin) {
+        return std::nullopt;
+    }
+    const ObjectOwner version = lookupObject(cache, record.get(), "Version");
+    return PageOrigin{.digest = *origin,
+                      .version = typeObject(version.get()) == ObjectType::integer
+                                     ? static_cast<DigestVersion>(integerObject(version.get()))
+                                     : DigestVersion::page};
+}
+
+/// The same; a damaged record states nothing.
+std::optional<PageOrigin> recordedOrigin(DocumentCache& cache) {
+    std::optional<PageOrigin> origin;
+    return attempted([&] { origin = statedOrigin(cache); }) ? origin : std::nullopt;
 }
 
 } // namespace
 
-std::uint64_t identityOfPage(DocumentCache& cache) {
-    std::optional<std::uint64_t> origin;
-    attempted([&] { origin = recordedOrigin(cache); });
-    return origin ? *origin : digestPage(cache, contentStreams(cache));
+PageOrigin identityOfPage(DocumentCache& cache) {
+    const std::optional<PageOrigin> recorded = recordedOrigin(cache);
+    return recorded ? *recorded : PageOrigin{.digest = digestPage(cache, contentStreams(cache))};
+}
+
+std::optional<PageOrigin> identityAs(DocumentCache& cache, std::uint64_t opened) {
+    if (const std::optional<PageOrigin> recorded = recordedOrigin(cache)) {
+        return recorded->digest == opened ? recorded : std::nullopt;
+    }
+    const std::vector<ObjectOwner> streams = contentStreams(cache);
+    for (const DigestVersion version : std::array{DigestVersion::drawn, DigestVersion::page}) {
+        if (digestPage(cache, streams, version) == opened) {
+            return PageOrigin{.digest = opened, .version = version};
+        }
+    }
+    return std::nullopt;
 }
 
 } // namespace corvane

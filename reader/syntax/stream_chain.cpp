@@ -6,6 +6,11 @@
 
 namespace corvane {
 
+std::int64_t streamLength(const Object& stream) {
+    const std::span<Object> parts = elementsObject(stream);
+    return std::int64_t{integerObject(parts[2])} - integerObject(parts[1]);
+}
+
 Chain rawStream(DocumentCache& cache, const Object& stream) {
     const std::span<Object> parts = elementsObject(stream);
     Chain chain(cache.fileChain.top());

@@ -4,7 +4,12 @@
 #include "filters/filter.h"
 #include "reader/document/cache.h"
 
+#include <cstdint>
+
 namespace corvane {
+
+/// Bytes of the stream's data as they stand in the file.
+std::int64_t streamLength(const Object& stream);
 
 /// A range over the stream's data as they stand in the file, with a meter (`reader/syntax/meter.h`)
 /// on it.

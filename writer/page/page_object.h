@@ -2,6 +2,7 @@
 #pragma once
 
 #include "reader/document/cache.h"
+#include "reader/page/page_identity.h"
 #include "writer/page/carried_entries.h"
 #include "writer/page/page_geometry.h"
 
@@ -25,7 +26,7 @@ CarriedPage carriedPage(DocumentCache& cache, const PageGeometry& geometry);
 struct PageParts {
     std::int32_t content = 0;      ///< number of the content stream
     std::int32_t contentPlace = 0; ///< where it stands, by the cross-reference
-    std::uint64_t origin = 0;      ///< identity of the page that the artwork was opened from
+    PageOrigin origin;             ///< identity of the page that the artwork was opened from
 };
 
 /// Writes the page in use, under its own number, to the cache's output.

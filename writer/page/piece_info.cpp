@@ -1,7 +1,6 @@
 #include "writer/page/piece_info.h"
 
 #include "output/primitives.h"
-#include "reader/page/page_identity.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
 #include "writer/update/date.h"
@@ -33,8 +32,10 @@ void writePieceInfo(DocumentCache& cache, const CarriedEntries& others, const Or
     stringOutput(output, date + "\r/PieceInfo <<\r");
     others.write(cache);
     nameOutput(output, pieceInfoName);
-    stringOutput(output,
-                 "<< " + date + " /Private << /Origin <" + hexadecimal(note.origin) + "> /Page ");
+    stringOutput(output, "<< " + date + " /Private << /Origin <" + hexadecimal(note.origin.digest) +
+                             "> /Version ");
+    integerOutput(output, static_cast<std::int32_t>(note.origin.version));
+    stringOutput(output, "/Page ");
     integerOutput(output, note.page);
     stringOutput(output, "/Content ");
     integerOutput(output, note.content);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "reader/document/cache.h"
+#include "reader/page/page_identity.h"
 #include "reader/syntax/raw_entries.h"
 #include "writer/page/carried_entries.h"
 
@@ -13,7 +14,7 @@ namespace corvane {
 
 /// What our note says.
 struct OriginNote {
-    std::uint64_t origin = 0;
+    PageOrigin origin;
     std::int32_t page = 0;    ///< where the page object stands, by the cross-reference
     std::int32_t content = 0; ///< and its content stream
 };

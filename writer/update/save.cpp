@@ -4,7 +4,6 @@
 #include "output/primitives.h"
 #include "output/xref.h"
 #include "reader/document/update_mark.h"
-#include "reader/page/page_digest.h"
 #include "reader/page/page_identity.h"
 #include "reader/syntax/file_bytes.h"
 #include "runtime/digest.h"
@@ -16,6 +15,7 @@
 #include "writer/update/update_filter.h"
 
 #include <algorithm>
+#include <optional>
 #include <span>
 
 namespace corvane {
@@ -23,35 +23,31 @@ namespace corvane {
 namespace {
 
 /// The identity of a page that is drawn anew over another: artwork of that one is refused then.
-std::uint64_t anew(std::uint64_t former) {
+PageOrigin anew(std::uint64_t former) {
     Digest digest;
     digest.feed(std::as_bytes(std::span(&former, 1)));
-    return digest.value();
+    return {.digest = digest.value()};
 }
 
 /// The identity of the page that the artwork was opened from, or a new one. A page that is another
 /// one now raises `pageChanged`, unless the host says that this does not matter.
-std::uint64_t originOf(DocumentCache& cache) {
+PageOrigin originOf(DocumentCache& cache) {
     const auto extension = knownExtension();
     const std::uint64_t* const opened = extension ? extension->artworkDigest : nullptr;
-    if (opened != nullptr && extension->overwrites) {
-        return *opened;
+    if (opened != nullptr) {
+        const std::optional<PageOrigin> origin =
+            extension->overwrites ? PageOrigin{.digest = *opened} : identityAs(cache, *opened);
+        if (!origin) {
+            failException(Exception::pageChanged);
+        }
+        return *origin;
     }
-    std::uint64_t identity = 0;
-    const Exception code = guarded([&] { identity = identityOfPage(cache); });
-    if (opened == nullptr && isFileFault(code)) {
+    PageOrigin identity;
+    if (!attempted([&] { identity = identityOfPage(cache); })) {
         // Content that cannot be read is as good a reason as any to draw a page anew.
-        resetException();
         return anew(digestPage(cache, {}));
     }
-    raiseException(code);
-    if (opened == nullptr) {
-        return anew(identity);
-    }
-    if (*opened != identity) {
-        failException(Exception::pageChanged);
-    }
-    return identity;
+    return anew(identity.digest);
 }
 
 /// Looks at everything that can refuse the save before a byte is written.

@@ -4,6 +4,7 @@
 
 #include "host/extension.h"
 #include "reader/document/cache.h"
+#include "reader/page/page_identity.h"
 #include "writer/page/carried_entries.h"
 #include "writer/page/page_geometry.h"
 #include "writer/page/page_object.h"
@@ -39,8 +40,8 @@ struct UpdatePlan {
         std::int32_t length = 0; ///< of the content
     };
     PageGeometry geometry;
-    PageFacts facts;          ///< of the page as it will be
-    std::uint64_t origin = 0; ///< identity of the page that the artwork was opened from
+    PageFacts facts;   ///< of the page as it will be
+    PageOrigin origin; ///< identity of the page that the artwork was opened from
     CarriedPage page;
     CarriedTrailer trailer;
     Numbers numbers;

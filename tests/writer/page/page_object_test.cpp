@@ -288,6 +288,18 @@ TEST_F(SavedPageTest, CropAreas) {
     }
 }
 
+/// What an update of another program makes of a file: one more object.
+std::string updated(const std::string& file, int number, const std::string& object) {
+    const std::string update = std::to_string(number) + " 0 obj\n" + object + "\nendobj\n";
+    const std::string digits = std::to_string(file.size());
+    const std::size_t section = file.rfind("startxref") + 10;
+    return file + update + "xref\n" + std::to_string(number) + " 1\n" +
+           std::string(10 - digits.size(), '0') + digits +
+           " 00000 n \ntrailer<</Size 99/Root 1 0 R/Prev " +
+           file.substr(section, file.find('\n', section) - section) + ">>\nstartxref\n" +
+           std::to_string(file.size() + update.size()) + "\n%%EOF\n";
+}
+
 TEST_F(SavedPageTest, WhichPageItIs) {
     const std::string file = PdfBuilder::onePage(line, "/Other 1").bytes();
     use("in.pdf", file);
@@ -303,22 +315,13 @@ TEST_F(SavedPageTest, WhichPageItIs) {
     const std::string ours = bytes();
 
     // Somebody replaces the page, or its content, with an update of their own.
-    const auto replaced = [&](const std::string& object, int number) {
-        const std::string update = std::to_string(number) + " 0 obj\n" + object + "\nendobj\n";
-        const std::string digits = std::to_string(ours.size());
-        return ours + update + "xref\n" + std::to_string(number) + " 1\n" +
-               std::string(10 - digits.size(), '0') + digits +
-               " 00000 n \ntrailer<</Size 99/Root 1 0 R/Prev " +
-               ours.substr(ours.rfind("startxref") + 10,
-                           ours.rfind("%%EOF") - ours.rfind("startxref") - 12) +
-               ">>\nstartxref\n" + std::to_string(ours.size() + update.size()) + "\n%%EOF\n";
-    };
     const std::size_t page = ours.rfind("3 0 obj\n") + 8;
     const std::string samePage = ours.substr(page, ours.find("\nendobj", page) - page);
     const std::size_t contents = samePage.find("/Contents ") + 10;
     const int content = std::stoi(samePage.substr(contents));
     for (const std::string& changed :
-         {replaced(samePage, 3), replaced("<</Length 4>>stream\n1 w \nendstream", content)}) {
+         {updated(ours, 3, samePage),
+          updated(ours, content, "<</Length 4>>stream\n1 w \nendstream")}) {
         use("in.pdf", changed);
         ASSERT_EQ(open(), 0U);
         EXPECT_NE(identity_, opened);
@@ -340,6 +343,50 @@ TEST_F(SavedPageTest, WhichPageItIs) {
     EXPECT_EQ(save(), resultStopped);
     EXPECT_THAT(front_.taken(), ElementsAre("error 21"));
     extension_.artworkDigest = nullptr;
+}
+
+TEST_F(SavedPageTest, ArtworkOfAnyVersionOfTheDigestKeepsItsPage) {
+    const std::string file =
+        PdfBuilder::onePage(line, "/Resources<</XObject<</F 7 0 R>>>>/Annots[8 0 R]")
+            .stream(7, "0 g", "/Subtype/Form")
+            .object(8, "<</Subtype/Link/Rect[0 0 1 1]>>")
+            .bytes();
+    use("in.pdf", file);
+    ASSERT_EQ(open(), 0U);
+    const std::string form = "<</Subtype/Form/Length 3>>stream\n1 g\nendstream";
+    const std::string annotation = "<</Subtype/Link/Rect[0 0 2 2]>>";
+    struct Row {
+        std::uint64_t opened;
+        const char* version;
+        bool noticesForms;
+    };
+    // The first version's digest of this page was told by programs that knew no other.
+    for (const Row& row :
+         {Row{identity_, "/Version 2 ", true}, Row{0x726567DEAA0F513B, "/Version 1 ", false}}) {
+        SCOPED_TRACE(row.version);
+        extension_.artworkDigest = &row.opened;
+        use("in.pdf", updated(file, 7, form));
+        EXPECT_EQ(save(), row.noticesForms ? resultStopped : 0U);
+        EXPECT_THAT(front_.taken(), row.noticesForms ? std::vector<std::string>{"error 21"}
+                                                     : std::vector<std::string>{});
+        use("in.pdf", updated(file, 8, annotation));
+        for (int i = 0; i < 2; ++i) {
+            ASSERT_EQ(save(), 0U);
+            EXPECT_THAT(pageIn(bytes().substr(file.size())), HasSubstr(row.version));
+            ASSERT_EQ(open(), 0U);
+            EXPECT_EQ(identity_, row.opened);
+        }
+        // A page that a program saved which knew one version only.
+        std::string former = bytes();
+        for (std::size_t at = 0; (at = former.find("/Version ", at)) != std::string::npos;) {
+            former.replace(at, 10, 10, ' ');
+        }
+        use("in.pdf", former);
+        ASSERT_EQ(open(), 0U);
+        EXPECT_EQ(identity_, row.opened);
+        EXPECT_EQ(save(), 0U);
+        extension_.artworkDigest = nullptr;
+    }
 }
 
 TEST_F(SavedPageTest, RecordsThatLie) {

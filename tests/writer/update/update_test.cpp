@@ -96,7 +96,7 @@ TEST_F(SaveTest, ExtendedUpdate) {
                          "/LastModified (D:20261121090000Z)\n/PieceInfo <<\n/Corvane << "
                          "/LastModified (D:20261121090000Z) /Private << /Origin <" +
                          origin +
-                         "> /Page $p$ /Content $c$ >> >>\n>>\n>>\nendobj\n"
+                         "> /Version 2 /Page $p$ /Content $c$ >> >>\n>>\n>>\nendobj\n"
                          "@section@xref\n0 1 \n0000000000 65535 f \n3 1 \n#p# 00000 n \n50 1 \n"
                          "#c# 00000 n \n51 1 \n#length# 00000 n \ntrailer\n<<\n/Size 52 \n"
                          "/Prev " +
