@@ -35,6 +35,12 @@ std::string shownName(const std::string& path) {
     refuse(path, reason, "check its name, where it lies and its permissions");
 }
 
+void stopIfInterrupted() {
+    if (interrupted()) {
+        throw Failure({code::cancelled, "cancelled"});
+    }
+}
+
 /// Opening a pipe waits for who writes to it, until the person asks to stop.
 Descriptor openArtwork(const std::string& path) {
     if (path == "-") {
@@ -65,9 +71,7 @@ std::string bytesOf(const std::string& path) {
             refuse(path, "it is larger than artwork may be", "raise the limit (CORVANE_ART_MB)");
         }
     }
-    if (interrupted()) {
-        throw Failure({code::cancelled, "cancelled"});
-    }
+    stopIfInterrupted();
     refuseMachine(path);
 }
 
@@ -92,10 +96,8 @@ SvgReading readArtwork(const std::string& path, Document& document) {
         refuse(path, "it is a PDF", "name the artwork first, then the PDF");
     }
     try {
-        SvgReading reading = readSvg(std::move(bytes), document);
-        if (interrupted()) {
-            throw Failure({code::cancelled, "cancelled"});
-        }
+        SvgReading reading = readSvg(std::move(bytes), document, stopIfInterrupted);
+        stopIfInterrupted();
         return reading;
     } catch (const SvgError& error) {
         refuse(path, error.what(), "repair it, or save it as SVG from an editor");

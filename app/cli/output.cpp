@@ -23,11 +23,6 @@ mode_t modeOfNewFiles() {
     return static_cast<mode_t>(0666) & ~mask;
 }
 
-std::string folderOf(const std::string& path) {
-    const auto slash = path.rfind('/');
-    return slash == std::string::npos ? "." : slash == 0 ? "/" : path.substr(0, slash);
-}
-
 std::string resolved(const std::string& path) {
     const std::unique_ptr<char, decltype(&std::free)> place(realpath(path.c_str(), nullptr),
                                                             &std::free);
@@ -120,37 +115,25 @@ std::string outputName(std::string_view input, std::int32_t page) {
 OutputFile::OutputFile(const OutputTarget& target) : target_(target) {
     switch (target.kind) {
     case OutputTarget::Kind::standardOutput:
-        descriptor_ = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0);
+        descriptor_ = Descriptor(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0));
         break;
     case OutputTarget::Kind::stream:
-        descriptor_ = open(target.place.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
+        descriptor_ = Descriptor(open(target.place.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
         break;
     case OutputTarget::Kind::newFile:
     case OutputTarget::Kind::file:
-        temporary_ = folderOf(target.place) + "/.corvane-XXXXXX";
-        descriptor_ = mkostemp(temporary_.data(), O_CLOEXEC);
+        descriptor_ = hidden_.make(target.place);
         break;
     }
-    if (descriptor_ < 0) {
+    if (!descriptor_) {
         const std::error_code error = lastError();
-        temporary_.clear();
         require(interrupted() ? std::make_error_code(std::errc::operation_canceled) : error);
     }
 }
 
 void OutputFile::vacate() {
-    ::close(descriptor_);
-    descriptor_ = -1;
-    unlink(temporary_.c_str());
-}
-
-OutputFile::~OutputFile() {
-    if (descriptor_ >= 0) {
-        ::close(descriptor_);
-    }
-    if (!temporary_.empty()) {
-        unlink(temporary_.c_str());
-    }
+    descriptor_.close();
+    hidden_.vacate();
 }
 
 std::error_code OutputFile::write(std::string_view bytes) {
@@ -158,7 +141,7 @@ std::error_code OutputFile::write(std::string_view bytes) {
         if (interrupted()) {
             return std::make_error_code(std::errc::operation_canceled);
         }
-        const ssize_t written = ::write(descriptor_, bytes.data(), bytes.size());
+        const ssize_t written = ::write(descriptor_.number(), bytes.data(), bytes.size());
         if (written < 0 && errno != EINTR) {
             return lastError();
         }
@@ -172,13 +155,13 @@ void OutputFile::commit(std::error_code error) {
 }
 
 std::error_code OutputFile::finish() {
-    if (temporary_.empty()) {
+    if (hiddenPath().empty()) {
         return close();
     }
-    if (descriptor_ < 0) {
-        descriptor_ = open(temporary_.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
+    if (!descriptor_) {
+        descriptor_ = Descriptor(open(hiddenPath().c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
     }
-    if (fchmod(descriptor_, target_.mode) != 0 || fsync(descriptor_) != 0) {
+    if (fchmod(descriptor_.number(), target_.mode) != 0 || fsync(descriptor_.number()) != 0) {
         return lastError();
     }
     if (const std::error_code error = close()) {
@@ -187,24 +170,22 @@ std::error_code OutputFile::finish() {
     if (const std::error_code error = publish()) {
         return error;
     }
-    temporary_.clear();
+    hidden_.letGo();
     return {};
 }
 
 std::error_code OutputFile::close() {
-    const int descriptor = descriptor_;
-    descriptor_ = -1;
     // After EINTR the descriptor is closed all the same.
-    return ::close(descriptor) == 0 || errno == EINTR ? std::error_code() : lastError();
+    return descriptor_.close() || errno == EINTR ? std::error_code() : lastError();
 }
 
 std::error_code OutputFile::publish() const {
     const bool mustBeFree = target_.kind == OutputTarget::Kind::newFile;
-    int result = renameat2(AT_FDCWD, temporary_.c_str(), AT_FDCWD, target_.place.c_str(),
+    int result = renameat2(AT_FDCWD, hiddenPath().c_str(), AT_FDCWD, target_.place.c_str(),
                            mustBeFree ? RENAME_NOREPLACE : 0);
     if (result != 0 && (errno == EINVAL || errno == ENOSYS)) {
         // A file system without that promise; the name was free when the work began.
-        result = std::rename(temporary_.c_str(), target_.place.c_str());
+        result = std::rename(hiddenPath().c_str(), target_.place.c_str());
     }
     return result == 0 ? std::error_code() : lastError();
 }

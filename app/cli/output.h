@@ -1,7 +1,9 @@
 // The file that a command makes: whole or not at all.
 #pragma once
 
+#include "app/cli/hidden_file.h"
 #include "app/svg/sink.h"
+#include "toolbox/descriptor.h"
 
 #include <cstdint>
 #include <string>
@@ -40,17 +42,16 @@ class OutputFile final : public ByteSink {
 public:
     /// Raises `Failure`, as `commit` does.
     explicit OutputFile(const OutputTarget& target);
-    ~OutputFile() override;
 
     /// The error is `operation_canceled` once the person asked to stop.
     std::error_code write(std::string_view bytes) override;
 
     /// Where the bytes lie until `commit`, for who appends to them there; empty where they go
     /// straight to their target.
-    const std::string& hiddenPath() const { return temporary_; }
+    const std::string& hiddenPath() const { return hidden_.path(); }
 
-    /// Takes the hidden file away, so that another can make it under that path. Until it is made
-    /// there is nothing to commit.
+    /// Changes the hidden path to one that is free, so that another can make the file. Until it is
+    /// made there is nothing to commit.
     void vacate();
 
     /// Syncs and closes the file and puts it in its place, unless `error` says that writing failed.
@@ -63,8 +64,8 @@ private:
     void require(std::error_code error) const;
 
     OutputTarget target_;
-    std::string temporary_; ///< path of the file while it has no place yet
-    int descriptor_ = -1;
+    HiddenFile hidden_;
+    Descriptor descriptor_;
 };
 
 /// Writes `text` to standard output. Raises `Failure`; `input` is never written to.

@@ -77,6 +77,9 @@ SavePlace::SavePlace(const Arguments& arguments) : name_(arguments.file), path_(
     } else {
         requireWritable(arguments.file);
         lock_.emplace(arguments.file);
+        if (!arguments.dryRun) {
+            removeAbandoned(arguments.file);
+        }
     }
 }
 
@@ -95,8 +98,8 @@ void SavePlace::makeCopy(const std::string& from, const OutputTarget& target) {
 void SavePlace::makeNew(const OutputTarget& target) {
     isNew_ = true;
     output_.emplace(target);
-    path_ = output_->hiddenPath();
     output_->vacate();
+    path_ = output_->hiddenPath();
 }
 
 void SavePlace::commit() {

@@ -6,6 +6,7 @@
 #include "host/matrix.h"
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -47,6 +48,9 @@ public:
 /// Reads `text`, which is taken over and changed in place, into `document`, which is new. Nothing
 /// is ever read from disk or network, whatever the text refers to. Throws `SvgError`, and
 /// `ArtworkError` where the artwork's own limits are passed; the document is then of no use.
-SvgReading readSvg(std::string text, Document& document);
+///
+/// `pause` is called before each element and may end the reading by what it throws. It is not
+/// called while the text is taken apart into elements, which is the smaller part.
+SvgReading readSvg(std::string text, Document& document, const std::function<void()>& pause = {});
 
 } // namespace corvane

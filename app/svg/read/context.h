@@ -26,6 +26,7 @@ struct ReadingContext {
     StyleSheet& sheet;
     Tally& tally;
     const ReadingBudget& budget;
+    const std::function<void()>& pause;         ///< as `readSvg` got it
     bool ours = false;                          ///< the file says that this program wrote it
     std::int64_t expanded = 0;                  ///< elements read for a `use` or a pattern
     std::vector<pugi::xml_node> activePatterns; ///< whose tiles are being read

@@ -57,11 +57,12 @@ void countExternalEntities(const pugi::xml_document& xml, Tally& tally) {
 
 } // namespace
 
-SvgReading readSvg(std::string text, Document& document) {
-    return readSvg(std::move(text), document, {});
+SvgReading readSvg(std::string text, Document& document, const std::function<void()>& pause) {
+    return readSvg(std::move(text), document, ReadingBudget{}, pause);
 }
 
-SvgReading readSvg(std::string text, Document& document, const ReadingBudget& budget) {
+SvgReading readSvg(std::string text, Document& document, const ReadingBudget& budget,
+                   const std::function<void()>& pause) {
     if (text.size() > budget.textSize) {
         throw SvgError("the file is too large");
     }
@@ -78,7 +79,7 @@ SvgReading readSvg(std::string text, Document& document, const ReadingBudget& bu
     StyleSheet sheet(budget, tally);
     countExternalEntities(xml, tally);
     SvgReading reading;
-    ReadingContext context{document, index, sheet, tally, budget, false, 0, {}, {}, {}};
+    ReadingContext context{document, index, sheet, tally, budget, pause, false, 0, {}, {}, {}};
     TreeReader tree(context);
     try {
         index.build(sheet);

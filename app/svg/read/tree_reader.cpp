@@ -56,6 +56,9 @@ void TreeReader::readFrames() {
         top.next = top.onlyNext ? pugi::xml_node() : node.next_sibling();
         countAgain(1);
         if (node.type() == pugi::node_element) {
+            if (context_.pause) {
+                context_.pause();
+            }
             visit(node);
         } else if (std::string_view(node.value()).find('&') != std::string_view::npos) {
             context_.tally.add("entity"); // perhaps art

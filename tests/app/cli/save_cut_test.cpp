@@ -128,15 +128,42 @@ TEST_F(SaveCut, ADiskThatFailsLeavesTheFileAsItWas) {
 
 TEST_F(SaveCut, ACopyIsWholeOrNotThere) {
     const std::vector<std::string> words{"save", "a.svg", "in.pdf", "--output", "b.pdf", "--quiet"};
+    const std::vector<std::string> own = folder_.names();
+    std::size_t leftovers = 0;
     for (const char* fault : {"before", "torn", "full", "broken"}) {
         for (long at = 1; cut(fault, at, words).status != 0; ++at) {
             const bool isThere = std::filesystem::remove(folder_.path() / "b.pdf");
             EXPECT_FALSE(isThere && fault != std::string("torn")) << fault << at;
             EXPECT_EQ(bytes("in.pdf"), old_) << fault << at;
+            leftovers += folder_.names().size() - own.size();
+            EXPECT_LE(folder_.names().size(), own.size() + 1) << "only of the last" << fault << at;
         }
         EXPECT_EQ(bytes("b.pdf"), once_);
         std::filesystem::remove(folder_.path() / "b.pdf");
+        EXPECT_EQ(folder_.names(), own) << fault;
     }
+    EXPECT_GT(leftovers, 3U);
+
+    // Saving into the file itself cleans its folder as well.
+    EXPECT_EQ(cut("before", 1, words).signal, SIGKILL);
+    EXPECT_NE(folder_.names(), own);
+    EXPECT_EQ(run(save_).status, 0);
+    EXPECT_EQ(folder_.names(), own);
+}
+
+TEST_F(SaveCut, ANewFileIsWholeOrNotThere) {
+    // The classic profile gives it a fork.
+    auto words = save_;
+    words.insert(words.end(), {"--force", "--profile", "original"});
+    folder_.add("a.svg", "<svg xmlns='http://www.w3.org/2000/svg'/>");
+    words[2] = "new.pdf";
+    const std::vector<std::string> own = folder_.names();
+    for (long at = 1; cut("before", at, words).signal == SIGKILL; ++at) {
+        EXPECT_FALSE(std::filesystem::exists(folder_.path() / "new.pdf")) << at;
+        EXPECT_LE(folder_.names().size(), own.size() + 3) << "only of the last" << at;
+    }
+    EXPECT_TRUE(isValid("new.pdf"));
+    EXPECT_EQ(folder_.names().size(), own.size() + 1) << folder_.names().front();
 }
 
 } // namespace

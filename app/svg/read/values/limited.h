@@ -7,6 +7,7 @@
 namespace corvane {
 
 /// As `readSvg` of `app/svg/reader.h`.
-SvgReading readSvg(std::string text, Document& document, const ReadingBudget& budget);
+SvgReading readSvg(std::string text, Document& document, const ReadingBudget& budget,
+                   const std::function<void()>& pause = {});
 
 } // namespace corvane

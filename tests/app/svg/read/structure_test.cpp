@@ -200,6 +200,37 @@ TEST(ReadStructure, NotesAndPrefixes) {
     EXPECT_EQ(both.drawn(), "<path d=\"M0 0H9V9H0Z\"/>");
 }
 
+TEST(ReadStructure, ThePauseEndsTheReadingAnywhere) {
+    struct Stop {};
+    const auto pausesOf = [](const std::string& body, int most) {
+        Document document;
+        int pauses = 0;
+        try {
+            readSvg(foreignSvg(body), document, [&] {
+                if (++pauses == most) {
+                    throw Stop();
+                }
+            });
+        } catch (const Stop&) {
+            return -pauses;
+        }
+        return pauses;
+    };
+    std::string paths;
+    std::string uses;
+    for (int i = 0; i < 20; ++i) {
+        paths += "<path d='M0 0H1V1Z'/>";
+        uses += "<use href='#g'/>";
+    }
+    // What is drawn again counts again: a file may be short and its reading long.
+    for (const std::string& body : {paths, "<g id='g'><path/></g>" + uses,
+                                    "<pattern id='p' width='1' height='1'>" + paths +
+                                        "</pattern><rect width='9' height='9' fill='url(#p)'/>"}) {
+        EXPECT_GE(pausesOf(body, 0), 20) << body.substr(0, 30);
+        EXPECT_EQ(pausesOf(body, 15), -15) << body.substr(0, 30);
+    }
+}
+
 TEST(ReadStructure, FaultsSayWhatAndWhere) {
     const auto fault = [](const std::string& text) {
         Document document;
