@@ -8,9 +8,9 @@
 
 namespace corvane {
 
-/// Of the page's dictionary but for PieceInfo and LastModified, of what it inherits, and of its
-/// content streams as they stand in the file, in order; one that comes again counts by its place.
-/// References count by their numbers.
+/// The digest of the page's dictionary without PieceInfo and LastModified, of what it inherits, and
+/// of its content streams as they stand in the file, in order. Of a stream that comes again, only
+/// the place counts. Of references, the numbers count.
 std::uint64_t digestPage(DocumentCache& cache, std::span<const ObjectOwner> streams);
 
 } // namespace corvane

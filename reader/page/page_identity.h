@@ -1,4 +1,4 @@
-// Which page this is: what tells a page that somebody changed from one that only we saved.
+// The identity of a page, by which a change by another program is noticed.
 //
 // A page that this program saved holds in its dictionary
 //   /PieceInfo << /Corvane << /LastModified (...) /Private << /Origin <16 digits> /Page P /Content
@@ -6,7 +6,8 @@
 //   >> >> >>
 // Origin is the identity of the page that the saved artwork was opened from; P and C are where the
 // page and its content stream stand, by the cross-reference. While both still stand there nobody
-// else has replaced them, and the page keeps that identity. Any other page's is its digest.
+// else has replaced them, and the page keeps that identity. The identity of any other page is its
+// digest.
 #pragma once
 
 #include "reader/document/cache.h"
@@ -17,7 +18,7 @@ namespace corvane {
 
 inline constexpr std::string_view pieceInfoName = "Corvane"; ///< key of our record in PieceInfo
 
-/// Of the page in use.
+/// The identity of the page in use.
 std::uint64_t identityOfPage(DocumentCache& cache);
 
 } // namespace corvane
