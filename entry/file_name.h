@@ -8,7 +8,7 @@
 
 namespace corvane {
 
-/// The name without its length byte, which is not believed beyond the field.
+/// The name without its length byte; a length beyond the field is cut to it.
 std::string specifiedName(const FileSpecification& file);
 
 /// A working directory for the folder of the file. Raises `access` where it cannot be opened.

@@ -14,8 +14,8 @@ namespace corvane {
 
 /// Reading: other characters, a "z" inside a group, and "~" with what follows it are skipped; but
 /// "~>" ends the data where the mode knows it. A last group of two to four digits is one byte less;
-/// what it lacks counts as the profile says. Writing: a carriage return after every twelve groups.
-/// The wrong direction raises `io`. Holds one block of the intake.
+/// the profile says what the missing digits count as. Writing: a carriage return after every twelve
+/// groups. The wrong direction raises `io`. Holds one block of the intake.
 class MangleFilter final : public Decoder {
 public:
     explicit MangleFilter(AsciiMode asciiMode);

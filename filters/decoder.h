@@ -1,10 +1,10 @@
-// What decoders have in common: reading ahead, ending, and standing right when they are done.
+// What decoders have in common: reading ahead, ending, and where they leave the filter below.
 //
-// A decoder's bytes are not those below it, so it can be read, and begun again from wherever a seek
-// leads, but not moved back. Its end is the marker of its data, damage, or the end of the filter
-// below, and is quiet: reads deliver what there is, then nothing until the next seek. At its end,
-// and when it is unlinked, the filter below stands just after the last byte that its data needed. A
-// seek or mark is that of the filter below.
+// A decoder can be read, and begun anew at the place of a seek, but not moved back: its bytes are
+// not those of the filter below. Its data end at their marker, at damage, or at the end of the
+// filter below, and nothing is raised: reads deliver what there is, then nothing until the next
+// seek. At the end, and when the decoder is unlinked, the filter below stands just after the last
+// byte that the data needed. Seek and mark are those of the filter below.
 #pragma once
 
 #include "filters/filter.h"

@@ -11,7 +11,7 @@
 
 namespace corvane {
 
-/// A name as the toolbox takes it. One that is too long becomes empty, which no file's name is.
+/// A name as the toolbox takes it. One that is too long becomes empty, which is no file's name.
 class PrefixedName {
 public:
     explicit PrefixedName(std::string_view name) {

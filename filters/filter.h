@@ -5,16 +5,15 @@
 //
 // - A `setup` procedure makes a filter and opens nothing; the caller owns it.
 // - `linkFilter` puts it on top of a chain, which owns it from then on, and calls `link`.
-// - `unlinkFilter` calls `unlink`, which finishes (flushes, writes end marks, closes) and may
-// raise,
-//   and then destroys the filter; the filter below stays and is the new top.
+// - `unlinkFilter` calls `unlink`, which finishes the data (flushes, writes end marks, closes) and
+//   may raise. Then the filter is destroyed; the filter below stays and is the new top.
 // - Destroying a filter that was not unlinked only abandons it: what it holds is dropped, nothing
 //   is written, nothing raises. `Chain` does so for what is left when an exception passes.
 // - Fewer bytes than asked for mean the end of the data; reading on yields nothing. After its data
 //   a filter leaves the one below just behind the last byte that the data needed.
 // - Several chains may stand on one file and be read in turn, each on a range filter: a range goes
-//   back to its own place before it reads. So nobody who reads a file that is shared counts on
-//   where it stands: he goes to his place first, and leaves it wherever he is done.
+//   back to its own place before it reads. Every other reader of a shared file does so too, and
+//   need not restore the file's position.
 // - Operations that a filter does not transform go to the filter below; it ignores codes from 6 up
 //   that are not its own.
 #pragma once

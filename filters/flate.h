@@ -12,8 +12,8 @@ struct z_stream_s;
 
 namespace corvane {
 
-/// Reads deflated data behind a two-byte header. Neither that nor the checksum behind the data is
-/// held against a stream: what can be decoded is delivered, and where it cannot go on, it ends.
+/// Reads deflated data behind a two-byte header. Neither the header nor the checksum behind the
+/// data is checked: what can be decoded is delivered, and the data end where decoding cannot go on.
 /// Writing raises `io`. Holds zlib's window, 48 KB, and one block of the intake.
 class InflateFilter final : public Decoder {
 public:

@@ -21,7 +21,7 @@ struct AdaptCodes {
     std::uint32_t width = 9;
     std::uint32_t previous = adaptNone; ///< code before, since the last clear
     std::uint32_t next = adaptFirst;    ///< the next free code
-    std::uint32_t limit = 512;          ///< the width grows when `next` reaches this less:
+    std::uint32_t limit = 512;          ///< the width grows at this, less `earlyChange`
     std::uint32_t earlyChange = 1;
 
     void clear() { *this = {.earlyChange = earlyChange}; }

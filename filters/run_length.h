@@ -10,9 +10,9 @@
 
 namespace corvane {
 
-/// Reads runs. A length byte below 128 stands before that many bytes and one more, one above before
-/// a byte that counts 257 less it times; 128 ends the data. A run whose bytes are not all there
-/// ends the data and is not delivered. Writing does nothing. Holds one block of the intake.
+/// Reads runs. A length byte n below 128 is followed by n + 1 bytes, one above 128 by a byte that
+/// is repeated 257 - n times; 128 ends the data. An incomplete run ends the data and is not
+/// delivered. Writing does nothing. Holds one block of the intake.
 class RunFilter final : public Decoder {
 public:
     RunFilter() : Decoder(entryRun) {}

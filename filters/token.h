@@ -3,7 +3,7 @@
 // It reads ahead in blocks and scans them through a table of character classes. Its own position
 // stays exact: mark, seek and read (operations 3, 2 and 0) act just behind the last token, so that
 // image data can be read through it and a stream's first byte be found. Unlinking drops the
-// read-ahead: who needs the place asks for the mark before.
+// read-ahead: take the mark before, if the place is needed.
 //
 // Tokens longer than `longestToken` (strings excepted) raise `range`. Nothing else in the bytes
 // raises: an unclosed string ends with the data, a stray ")" or ">" is skipped. Source: PDF
@@ -55,7 +55,7 @@ public:
     const Number& number() const { return number_; }
 
     /// Bytes of the data below in front of the last token and behind it, counted from where the
-    /// filter was linked. Other than `mark`, which under a decoder tells the place in the file.
+    /// filter was linked. Over a decoder, `mark` tells the place in the file instead.
     std::int64_t tokenStart() const { return tokenStart_; }
     std::int64_t tokenEnd() const { return origin_ + static_cast<std::int64_t>(position_); }
 

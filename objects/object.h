@@ -1,9 +1,9 @@
 // The 8-byte typed value that every part of the reader passes around.
 //
 // An object is copied by value; its storage (text, block, elements) is a counted block of the zone.
-// Whoever keeps a second copy calls `retainObject`; whoever is done with one calls `freeObject`,
-// which releases the storage and, with the last owner, all that it holds. So copies that share
-// storage can be freed in any order. `cloneObject` is the deep copy.
+// Call `retainObject` for each further copy that is kept, and `freeObject` when a copy is not
+// needed any more: it releases the storage and, with the last owner, all that it holds. So copies
+// that share storage can be freed in any order. `cloneObject` is the deep copy.
 #pragma once
 
 #include "host/artwork.h"

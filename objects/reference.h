@@ -12,9 +12,9 @@
 
 namespace corvane {
 
-/// An object of the file has a tag of 0 or more, its offset. Objects of object streams are of
-/// generation 0: a negative tag is the number of the stream, negated, and the index stands where
-/// the generation does. So a node takes no more for them.
+/// A tag of 0 or more is the offset of the object. A negative tag is the negated number of the
+/// object stream that holds it; such objects have generation 0, and their index stands in the field
+/// of the generation. So both kinds of place fit in one node.
 struct ReferenceNode {
     ReferenceNode() = default;
     ReferenceNode(Ref<ReferenceNode> following, std::int32_t itsNumber, std::int32_t generation,
@@ -66,7 +66,7 @@ Ref<ReferenceNode> findReference(const ReferenceTable& table, std::int32_t numbe
 /// `underflow`, and the object is freed.
 void putReference(ReferenceTable& table, std::int32_t number, std::int32_t generation,
                   Object object);
-/// The node's tag, and its value (not retained); no node: `underflow`.
+/// The node's place, and its value (not retained); no node: `underflow`.
 ObjectPlace getReference(const ReferenceTable& table, std::int32_t number, std::int32_t generation,
                          Object& value);
 /// Number and generation of the newest node whose value equals `object`; none: `underflow`.

@@ -1,7 +1,7 @@
 // Exceptions: a failure stores a small code and unwinds to the innermost guarded block.
 //
-// A guarded block is opened with `guarded` and by nothing else. Whoever opened it then passes the
-// pending code outward (`againException`), swallows it (`resetException`) or looks
+// A guarded block is opened with `guarded` and by nothing else. The code behind the block then
+// raises the pending code again (`againException`), swallows it (`resetException`) or looks at it
 // (`valueException`).
 #pragma once
 
@@ -42,8 +42,8 @@ enum class Exception : std::int32_t {
     foreignUpdate = 25, ///< the newest update is not ours to take off
 };
 
-/// Whether a code says that what was being read is damaged or asks for what is not there, so that
-/// the rest may still be read; not that the machine, the host or the person stopped the work.
+/// Whether a code blames the file (something is damaged or missing) and not the machine, the host
+/// or the person. The rest of the file may still be read then.
 bool isFileFault(Exception code);
 
 /// What a raise outside every guarded block returns.
@@ -109,8 +109,8 @@ Exception guarded(Body&& body) {
     return valueException();
 }
 
-/// Runs `body` in a guarded block. False where it found the file at fault (`isFileFault`), which is
-/// then forgotten; other codes are raised again.
+/// Runs `body` in a guarded block. False where it raised a fault of the file (`isFileFault`), which
+/// is then forgotten; other codes are raised again.
 template <class Body>
 bool attempted(Body&& body) {
     const Exception code = guarded(std::forward<Body>(body));

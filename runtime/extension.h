@@ -7,9 +7,9 @@
 
 namespace corvane {
 
-/// A copy of the record that the host registered; nothing where there is none. Of an older host's,
-/// which is shorter, the fields that it lacks are as in a record that nobody filled; of a newer
-/// host's, the fields that we know are taken.
+/// A copy of the record that the host registered; nothing where there is none. The record of an
+/// older host is shorter: the fields that it lacks have their defaults. Of a newer host's record,
+/// the fields that we know are taken.
 std::optional<HostExtension> knownExtension();
 
 } // namespace corvane

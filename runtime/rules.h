@@ -109,8 +109,8 @@ struct Rules {
     /// back.
     bool pageAtOrigin;
 
-    /// What the digits that a last base-85 group lacks count as. Encoders of today leave room for
-    /// the highest; 0 may come out one lower in the last byte.
+    /// Value of the digits that are missing in a last base-85 group. Encoders of today expect the
+    /// highest; 0 may make the last byte one lower.
     std::uint32_t missingDigit85;
 
     /// A file that is written has a resource fork from the start. People of today wonder at
@@ -127,8 +127,8 @@ struct Rules {
     /// Bytes between the segments of a DCT image are passed over up to the next marker.
     bool markersSearched;
 
-    /// An APP14 segment with any identifier states the colour transform, and whatever it states of
-    /// three components but "none" is YCbCr.
+    /// An APP14 segment with any identifier states the colour transform. Three components are YCbCr
+    /// unless it states "none".
     bool anyPictureIdentifier;
 
     /// A page that is saved keeps what its dictionary held beside its content; original carries

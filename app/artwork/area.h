@@ -19,7 +19,7 @@ struct HalfPlane {
     double at(RealPoint point) const { return x * point.x + y * point.y + offset; }
 };
 
-/// What of a polygon lies in the half plane. Exact for convex polygons.
+/// The part of a polygon in the half plane. Exact for convex polygons.
 Polygon cut(const Polygon&, const HalfPlane&);
 
 class Area {
@@ -31,7 +31,7 @@ public:
     bool contains(RealPoint point) const;
     /// Smallest and largest value in the area.
     std::pair<double, double> range(const HalfPlane&) const;
-    /// What of a convex polygon lies in the area.
+    /// The part of a convex polygon in the area.
     Polygon within(const Polygon&) const;
 
 private:

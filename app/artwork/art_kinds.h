@@ -1,4 +1,4 @@
-// What art of each kind can have. Whoever must treat kinds differently asks here, or has a switch
+// What art of each kind can have. Code that treats kinds differently asks here, or has a switch
 // that names every kind.
 #pragma once
 

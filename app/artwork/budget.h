@@ -1,4 +1,4 @@
-// What one document's artwork may hold in memory, and what it holds.
+// The memory of one document's artwork: its limit, and what is in use.
 #pragma once
 
 #include <cstdint>

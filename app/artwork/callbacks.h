@@ -20,7 +20,7 @@ struct FileFormat {
 };
 
 /// What the slots work on while this object lives; slots carry no context of their own. Scopes
-/// nest: the inner one counts. Outside of any, slots that can fail do.
+/// nest: the inner one counts. Without a scope, every slot that can fail fails.
 class CallbackScope {
 public:
     /// `wantsToStop` tells whether the person does; null: never.
@@ -38,7 +38,8 @@ public:
     const std::vector<FileFormat>& formats() const { return formats_; }
     void addFormat(FileFormat format);
 
-    /// Why a slot failed the last time: the plug-in learns only that one did. Empty: none has.
+    /// Why a slot failed the last time; empty where none has. The plug-in does not learn the
+    /// reason.
     const std::string& failure() const { return failure_; }
 
     /// The scope in force, or null.

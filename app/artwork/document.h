@@ -1,5 +1,5 @@
 // The artwork that a person edits: layers of groups, paths, compound paths, text and placed images,
-// and their page. What kinds of art differ in is in art_kinds.h. Text and placed images are places
+// and their page. How kinds of art differ is in art_kinds.h. Text and placed images are places
 // in the tree so far: they have neither content nor geometry.
 //
 // Lists of layers and of art run front to back. Handles are 32-bit numbers that are checked at

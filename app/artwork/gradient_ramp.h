@@ -27,7 +27,8 @@ public:
 
     /// What is seen from `from` to `to`, 0 being the first circle or point, 1 the last: bands that
     /// begin in ascending order, as narrow as a change by 1/255 asks for but none, except at the
-    /// end of a period, narrower than `leastWidth`. A period of less than two such is its mean.
+    /// end of a period, narrower than `leastWidth`. A period of less than two such bands is its
+    /// mean.
     std::vector<Band> bands(double from, double to, double leastWidth) const;
 
     /// Over the whole of 0 to 1.

@@ -43,8 +43,8 @@ private:
     std::uint64_t state_ = 0;
 };
 
-/// Open addressing by hash. A record that finds no place among a bounded number of them is not
-/// found again, so that a file which makes hashes meet costs memory, not time.
+/// Open addressing by hash. A bounded number of places is tried; a record that gets none is not
+/// found again. So a file that is made for equal hashes costs memory, not time.
 class NumberIndex {
 public:
     static constexpr std::uint32_t none = 0xFFFFFFFF;

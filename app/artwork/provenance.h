@@ -1,4 +1,4 @@
-// Where a document's artwork came from: what its SVG remembers for the way back into the file.
+// Where a document's artwork came from, as its SVG says for saving it into the file again.
 #pragma once
 
 #include "host/extension.h"

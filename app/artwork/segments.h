@@ -1,9 +1,9 @@
 // The segments of all paths of a document, in one pool.
 //
 // A path without curves (every in and out point equal to its anchor, no corner) takes 8 bytes a
-// segment; with its first curve it changes to full segments of 28. A path at the end of its pool,
-// which the one under construction always is, grows where it is. One that grows elsewhere moves to
-// the end with room to double; what it left is reclaimed when more is waste than is used.
+// segment; with its first curve it changes to full segments of 28. A path at the end of its pool
+// grows where it is; the path under construction is always there. A path that grows elsewhere moves
+// to the end, with room to double. The space that it left is reclaimed when waste exceeds use.
 #pragma once
 
 #include "app/artwork/budget.h"

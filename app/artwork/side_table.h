@@ -1,4 +1,4 @@
-// What only some pieces of art have, kept beside the tree so that nodes stay small.
+// Fields that only some pieces of art have, kept beside the tree so that nodes stay small.
 #pragma once
 
 #include "app/artwork/budget.h"
@@ -14,10 +14,10 @@
 
 namespace corvane {
 
-/// A record for some nodes, by their places. Records lie in pages that are there only where a node
-/// of theirs has one: if every node has, a record costs its own size and a hundredth more; if none
-/// has, nothing. What is larger than a few words is better kept in a table of its own, and its
-/// number here.
+/// Records for some of the nodes, by place. Records lie in pages, and a page exists only while one
+/// of its nodes has a record. So records cost their size and a hundredth more if all nodes have
+/// one, and nothing if none has. Large values belong into a table of their own, with their number
+/// here.
 template <class Record>
 class SideTable {
     static_assert(std::is_trivially_copyable_v<Record>);
@@ -44,7 +44,7 @@ public:
         page.records[node % pageSize] = record;
     }
 
-    /// Of a node that may have none.
+    /// Erases the node's record, if it has one.
     void erase(NodeIndex node) noexcept {
         if (find(node) == nullptr) {
             return;
@@ -58,7 +58,8 @@ public:
         }
     }
 
-    /// Gives the copy of a node what the node has. Throws `ArtworkError` past the budget.
+    /// Gives the copy of a node the record that the node has. Throws `ArtworkError` past the
+    /// budget.
     void copy(NodeIndex from, NodeIndex to) {
         if (const Record* const found = find(from)) {
             const Record record = *found;

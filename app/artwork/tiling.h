@@ -22,7 +22,7 @@ public:
     /// A page of points covered with cells of 4 points takes 30,000 cells.
     static constexpr std::int64_t mostCells = 200'000;
     static constexpr std::int64_t mostWork = 20'000'000;
-    /// Patterns within patterns: who draws them recurses.
+    /// Patterns within patterns: drawing them recurses.
     static constexpr std::size_t deepest = 16;
 
     /// Hands out the tile of each cell of the path's pattern that meets the path's bounds, row by
@@ -30,8 +30,8 @@ public:
     /// has returned. Throws `ArtworkError` past a limit, before the first tile.
     void tile(Document&, Art path, TileProcedure);
 
-    /// Where the paint of a path lies: a path that is art of a tile is drawn elsewhere than its
-    /// gradient or pattern says.
+    /// Where the paint of a path lies: the art of a tile is moved to its cell, and its gradients
+    /// and patterns must move with it.
     RealMatrix placement(const Document&, Art path) const;
 
 private:

@@ -1,8 +1,8 @@
 // The nodes of a document's art: their handles, and the links between them.
 //
 // A node's handle holds its place in the table (low 24 bits) and how often that place was used
-// before (high 8 bits). A place whose uses are spent is not used again, so no two pieces of art of
-// a document ever have the same handle.
+// before (high 8 bits). A place is not used again when that number is at its highest, so no two
+// pieces of art of a document ever have the same handle.
 #pragma once
 
 #include "app/artwork/budget.h"
@@ -24,8 +24,8 @@ struct Node {
     NodeIndex next = 0;     ///< sibling behind; of a free node: the next free one
     NodeIndex firstChild = 0;
     NodeIndex lastChild = 0;
-    // Of a path. They stand here because nearly all art is paths; what fewer nodes have is in side
-    // tables (side_table.h).
+    // Of a path. They stand here because nearly all art is paths; fields that few nodes have are in
+    // side tables (side_table.h).
     SegmentRun segments;
     std::uint32_t style = 0;         ///< its number in the style table
     ArtKind kind = ArtKind::unknown; ///< unknown: the node is free
@@ -55,7 +55,7 @@ public:
 
     /// A node that is linked to nothing. Throws `ArtworkError` past the budget.
     NodeIndex allocate(ArtKind);
-    /// Of a node that is linked to nothing.
+    /// Frees a node that is linked to nothing.
     void free(NodeIndex);
 
     /// The parent that art of `kind` gets there. Throws `ArtworkError` where it cannot be there:

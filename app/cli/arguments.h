@@ -22,7 +22,7 @@ struct Arguments {
                            ///< us; `save`: path of the PDF to make, empty changes `file` itself
     std::string images;    ///< folder for pictures; empty leaves it to us
     Profile profile = Profile::extended;
-    bool namesProfile = false; ///< the person did, it is not our choice
+    bool namesProfile = false; ///< the person named the profile
     bool dryRun = false;
     bool force = false;
     bool quiet = false;

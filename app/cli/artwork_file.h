@@ -9,8 +9,8 @@
 
 namespace corvane {
 
-/// Reads `path` ("-": standard input) into `document`, which is new. Raises `Failure`: what cannot
-/// be read, is no artwork, or is larger than artwork may be; or the person asked to stop.
+/// Reads `path` ("-": standard input) into `document`, which is new. Raises `Failure` where it
+/// cannot be read, is no artwork or is larger than artwork may be, or the person asked to stop.
 SvgReading readArtwork(const std::string& path, Document& document);
 
 /// The images that the artwork does not hold, for a message: " (logo.png, photo.jpg, 2 embedded)".

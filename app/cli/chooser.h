@@ -10,8 +10,9 @@
 
 namespace corvane {
 
-/// Asks on `prompt` what for, "Page to open", and for a page from `first` to `last` until an answer
-/// on `answers` is one. An empty line takes `proposal`; "q", the end of input and Ctrl-C cancel.
+/// Asks on `prompt` for a page from `first` to `last`, with a text like "Page to open", until a
+/// line of `answers` is such a page. An empty line takes `proposal`; "q", the end of input and
+/// Ctrl-C cancel.
 std::optional<std::int32_t> choosePage(LineSource& answers, std::ostream& prompt,
                                        std::string_view what, std::int32_t first, std::int32_t last,
                                        std::int32_t proposal);

@@ -1,5 +1,4 @@
-// What the commands do. Each raises `Failure`, or fills the report and says what people want to
-// see.
+// The commands. Each raises `Failure`, or fills the report and tells the person the result.
 #pragma once
 
 #include "app/cli/arguments.h"

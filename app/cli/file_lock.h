@@ -10,7 +10,7 @@ class FileLock {
 public:
     enum class Need : std::uint8_t {
         always,
-        ifPossible, ///< a file that may only be read is used without
+        ifPossible, ///< a file that may only be read is used without a lock
     };
 
     /// Raises `Failure` where another program is saving into the file, or it cannot be locked.

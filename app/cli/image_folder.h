@@ -19,7 +19,8 @@ public:
     /// Makes the folder where it is missing; empty where there is none or it cannot be made.
     const std::string& use();
 
-    /// The folder stays. Without this, one that `use` made and that is still empty goes again.
+    /// The folder stays. Without this call, a folder that `use` made is removed if it is still
+    /// empty.
     void keep() { isMade_ = false; }
 
 private:

@@ -7,8 +7,8 @@
 
 namespace corvane {
 
-/// Puts the commas; the caller opens, closes and names. Text that is not UTF-8 gets U+FFFD for each
-/// byte that cannot be said, so what is written is always valid.
+/// Puts the commas; the caller opens, closes and names. Each byte that is not UTF-8 becomes U+FFFD,
+/// so the text is always valid.
 class JsonWriter {
 public:
     JsonWriter& openObject() { return open('{'); }

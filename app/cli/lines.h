@@ -7,7 +7,7 @@
 namespace corvane {
 
 /// Waits until an open file has something to read, or has ended; false once the person asked to
-/// stop, be it at the last moment before the wait.
+/// stop, also just before the wait.
 bool waitForInput(int descriptor);
 
 class LineSource {
@@ -16,7 +16,7 @@ public:
     explicit LineSource(int descriptor) : descriptor_(descriptor) {}
 
     /// The next line without its end; nothing at the end of input, on an error of reading, and once
-    /// the person asked to stop, be it at the last moment before the wait.
+    /// the person asked to stop, also just before the wait.
     std::optional<std::string> next();
 
 private:

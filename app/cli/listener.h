@@ -10,12 +10,12 @@
 
 namespace corvane {
 
-/// Front of the dialogs and receiver of facts: all of it ends in the report. Nothing is thrown into
-/// the plug-in; memory that ran out here is remembered. Registered as long as it lives.
+/// Front of the dialogs and receiver of facts: puts all of it into the report. Nothing is thrown
+/// into the plug-in; it is remembered if memory ran out here. Registered as long as it lives.
 class Listener final : public DialogFront {
 public:
-    /// `arguments` and `report` outlive the listener. To save, the report knows already where the
-    /// artwork came from.
+    /// `arguments` and `report` outlive the listener. For a save, the report must say already where
+    /// the artwork came from.
     Listener(const Arguments& arguments, Report& report);
     ~Listener() override;
     Listener(const Listener&) = delete;

@@ -10,8 +10,8 @@
 
 namespace corvane {
 
-/// "corvane: report.pdf: error 7: the file is encrypted; ...", safe to print. What the person
-/// cancelled is no error: "corvane: report.pdf: cancelled".
+/// "corvane: report.pdf: error 7: the file is encrypted; ...", safe to print. Cancelling is
+/// no error: "corvane: report.pdf: cancelled".
 std::string errorLine(const std::string& file, const Fault& fault);
 std::string warningLine(const std::string& file, const Fault& fault);
 
@@ -21,13 +21,13 @@ std::string plainLine(const std::string& sentence);
 /// Writes a line; what standard error refuses is lost.
 void complain(const std::string& line);
 
-/// Says something that helps but is no fault, unless the person wants quiet or facts only.
+/// Says something helpful that is no fault, unless the person asked for `--quiet` or `--json`.
 void note(const Arguments& arguments, const std::string& sentence);
 
 /// The same for a sentence that names its file itself.
 void announce(const Arguments& arguments, const std::string& sentence);
 
-/// Says all warnings, then the error. Facts that go to standard error stand there alone.
+/// Says all warnings, then the error; nothing where the facts go to standard error.
 void tell(const Arguments& arguments, const Report& report);
 
 /// Whether standard output is where the artwork goes, so that facts go to standard error.

@@ -46,7 +46,7 @@ public:
     /// The error is `operation_canceled` once the person asked to stop.
     std::error_code write(std::string_view bytes) override;
 
-    /// Where the bytes lie until `commit`, for who appends to them there; empty where they go
+    /// Where the bytes lie until `commit`, for code that appends to them there; empty where they go
     /// straight to their target.
     const std::string& hiddenPath() const { return hidden_.path(); }
 

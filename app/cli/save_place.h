@@ -11,8 +11,8 @@
 
 namespace corvane {
 
-/// An object that is destroyed without `commit` leaves nothing behind but what was done to the file
-/// itself. Other programs cannot save into the same file as long as it lives.
+/// Destroyed without `commit`, it leaves nothing behind but changes of the file itself. As long as
+/// it lives, other programs cannot save into the same file.
 class SavePlace {
 public:
     /// The file that the person named, a copy of it (`--output`), or a new one where none of that

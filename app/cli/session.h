@@ -34,7 +34,8 @@ public:
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    /// Makes sure that this is our plug-in, lets it register, and that the file is one of its.
+    /// Makes sure that this is our plug-in, lets it register, and has it check the format of the
+    /// file.
     void begin();
 
     void call(Selector selector);

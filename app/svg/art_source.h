@@ -12,7 +12,7 @@ namespace corvane {
 /// Writes ` name="start end ordinal"`.
 void writeArtSource(TextOutput&, std::string_view name, const ArtSource&);
 
-/// Nothing where the text is not that, or says what no source can be.
+/// Nothing where the text has another form, or the bytes end before they start.
 std::optional<ArtSource> parseArtSource(std::string_view text);
 
 } // namespace corvane

@@ -1,4 +1,4 @@
-// A paint as an attribute, and in data- attributes what that cannot say.
+// A paint as an attribute, with data- attributes for what that cannot say.
 #pragma once
 
 #include "app/svg/paint_servers.h"

@@ -19,9 +19,8 @@ public:
 
     const Document& document() const { return document_; }
 
-    /// The gradients and patterns that must be written before a path of this style can be, in the
-    /// order to write them: what a pattern's tile needs is in front of it. From now on they have
-    /// ids.
+    /// The gradients and patterns that must be written before a path of this style, in the order of
+    /// writing: those of a pattern's tile come before the pattern. From now on they have ids.
     std::vector<PaintSource> claim(const PathStyle&);
     /// Of a source that was claimed.
     const std::string& id(PaintSource source) const { return ids_.at(source); }

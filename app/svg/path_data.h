@@ -18,9 +18,9 @@ struct PageCorner {
 };
 
 /// Writes the data of all subpaths of a path or compound path: absolute commands M, L, H, V, C and
-/// Z, letters and blanks only where needed. A command letter is repeated by leaving it out. A
-/// closed subpath's last curve back to its start is written out, as is its last line where the
-/// start is also the last anchor: a reader that merges an end on the start gets the same anchors.
+/// Z, letters and blanks only where needed. A repeated command letter is left out. The last
+/// curve of a closed subpath, back to its start, is written out, and so is its last line if the
+/// last anchor lies on the start: a reader that merges an end on the start gets the same anchors.
 void writePathData(TextOutput&, const Document&, Art shape, PageCorner);
 
 /// Writes the data of an axis-parallel rectangle.

@@ -14,8 +14,8 @@
 
 namespace corvane {
 
-/// An image that a file of artwork shows and the artwork does not hold. Whoever wants its file
-/// reads it: reading SVG does not.
+/// An image that a file of artwork shows and the artwork does not hold. Reading SVG does not read
+/// the image's file.
 struct SvgImage {
     std::string id;        ///< of the element; empty where it has none
     std::string href;      ///< as written; of an embedded image only what stands before its data
@@ -27,19 +27,19 @@ struct SvgImage {
     RealMatrix matrix; ///< from that user space to the art
 };
 
-/// What a file of artwork said beside the artwork.
+/// What a file of artwork says besides the artwork.
 struct SvgReading {
     Provenance provenance; ///< what a file of ours remembers of its page
     bool ours = false;     ///< written by this program
-    /// What cannot be held as artwork, by kind ("filter", "text", "opacity", "animate"): how many
-    /// elements or properties of it were ignored.
+    /// How many elements or properties were ignored because artwork cannot hold them, by kind
+    /// ("filter", "text", "opacity", "animate").
     std::map<std::string, std::int32_t> ignored;
     /// Of the elements that are ignored as "image": all of them, in the order in which they are
     /// read.
     std::vector<SvgImage> images;
 };
 
-/// Text that is no SVG, or that passes a limit: a sentence that says what, and in which line.
+/// The text is no SVG, or passes a limit. The sentence says what is wrong, and in which line.
 class SvgError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

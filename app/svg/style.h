@@ -1,4 +1,4 @@
-// A path style as presentation attributes, and in data- attributes what those cannot say.
+// A path style as presentation attributes, with data- attributes for what those cannot say.
 #pragma once
 
 #include "app/svg/paint_servers.h"

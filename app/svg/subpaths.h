@@ -1,4 +1,5 @@
-// What art of each kind is in SVG; a path and a compound path seen alike: subpaths under one style.
+// What art of each kind is in SVG. Paths and compound paths are treated alike: subpaths in one
+// style.
 #pragma once
 
 #include "app/artwork/document.h"

@@ -15,8 +15,8 @@ Art clipOf(const Document&, Art group);
 
 struct GroupSurvey {
     bool drawn = false; ///< something is in it, at any depth, beside clips
-    /// Around what is painted in it before its own clip. Known only in a group that a rectangle
-    /// clips, at any depth; elsewhere everything.
+    /// Around what is painted in it, before its own clip cuts that. Known only within groups that a
+    /// rectangle clips, at any depth; elsewhere everything.
     Extent content;
     ClipShape clip;
     std::size_t end = 0; ///< index just past the groups within it

@@ -1,9 +1,9 @@
 // The interpreter of page content: all that changes while content is read.
 //
 // A reading of a page has one interpreter. Content within the page (a form, a glyph procedure, a
-// tile, a mask) enters the same one by a `ContentScope`, after a `saveState` of its own: it begins
-// with the state in force, and its operands, its `Q` and its path under construction reach no
-// further out than it does.
+// tile, a mask) enters the same one by a `ContentScope`, after a `saveState` of its own. It begins
+// with the state in force; its operands, its `Q` and its path under construction do not touch those
+// of the content around it.
 #pragma once
 
 #include "objects/object.h"
@@ -59,10 +59,10 @@ struct Interpreter {
 
 /// One content, from its first stream to its last.
 ///
-/// `resources` is where its names are looked up, and nowhere else: who lets a form inherit those of
-/// the page passes them. `leave` ends what the content left open: operands and an unfinished path
-/// go, states that it saved are restored. Where something was raised instead, the same goes without
-/// a call of the host: groups stay as they are.
+/// Names are looked up in `resources` and nowhere else: for a form that inherits the page's
+/// resources, pass those. `leave` ends what the content left open: it drops operands and an
+/// unfinished path and restores the states that were saved. If something is raised before `leave`,
+/// the destructor does the same without a call of the host: groups stay as they are.
 class ContentScope {
 public:
     ContentScope(Interpreter& interpreter, ObjectOwner resources);

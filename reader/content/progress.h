@@ -1,4 +1,4 @@
-// How far content was read: for the person who waits, and for the wish to stop.
+// How far content was read: tells the host, and asks whether the person wants to stop.
 #pragma once
 
 #include "filters/filter.h"

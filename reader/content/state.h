@@ -37,7 +37,7 @@ struct TextState {
 struct ColourSpace;
 struct Interpreter;
 
-/// Beside the colour of filling or stroking: what made it.
+/// What made the colour of filling or stroking.
 struct Paint {
     std::shared_ptr<const ColourSpace> space =
         nullptr; ///< null: the device space that the colour is of
@@ -93,7 +93,7 @@ void concatState(Interpreter& interpreter);
 /// A point of user space on the page, by the CTM.
 Point transformState(const GraphicsState& state, RealPoint point);
 
-/// How much longer than in user space lengths are on the page: the root of the area's factor.
+/// The factor from lengths in user space to lengths on the page: the root of the factor of areas.
 double scaleState(const GraphicsState& state);
 
 } // namespace corvane

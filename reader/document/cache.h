@@ -36,10 +36,10 @@ struct PageEntry {
 /// What was spent on a file so far, held against the budgets (runtime/budget.h).
 struct ReadingWork {
     std::int32_t depth = 0;         ///< objects being read for one another
-    std::int64_t places = 0;        ///< of the file that were read
+    std::int64_t places = 0;        ///< readings at a place of the file
     std::int64_t readBytes = 0;     ///< of objects, those read again counted again
     std::int64_t comparedKeys = 0;  ///< of dictionaries looked into
-    std::int64_t searchedBytes = 0; ///< looked through for ends of streams
+    std::int64_t searchedBytes = 0; ///< searched for ends of streams
     std::int64_t pageBytes = 0;     ///< that streams delivered since the page came into use
 };
 
@@ -55,11 +55,11 @@ struct DocumentCache {
     std::string fileName;
     Art art = Art::null; ///< where imports go; given back to the host when a page is drawn
 
-    Chain fileChain;          ///< stream and buffer; who reads goes to his own place first
-    Filter* input = nullptr;  ///< what the operators read: the token filter in use, or the buffer
-    Filter* output = nullptr; ///< what the primitives write to, while something is written
+    Chain fileChain;              ///< stream and buffer; a reader goes to its own place first
+    Filter* input = nullptr;      ///< read by operators: the token filter in use, or the buffer
+    Filter* output = nullptr;     ///< what the primitives write to, while something is written
     std::int32_t wholeLength = 0; ///< bytes of the file
-    std::int32_t fileLength = 0;  ///< the same without an update that was cut short at the end
+    std::int32_t fileLength = 0;  ///< the same, less an update that was cut short
     /// Bytes before the header; every offset in the file counts from it.
     std::int32_t headerOffset = 0;
     std::string version; ///< of the header: "1.4"
@@ -80,7 +80,7 @@ struct DocumentCache {
     ObjectOwner cropBox;
     ObjectOwner mediaBox;
     ObjectOwner rotate;
-    ObjectOwner resources; ///< of the content being read: what the resource operators look into
+    ObjectOwner resources; ///< of the content being read, for the resource operators
 
     std::unique_ptr<Interpreter> interpreter; ///< what `readCache` draws a page with
 };

@@ -6,9 +6,9 @@
 
 namespace corvane {
 
-/// Behind a subsection's header, which is all that is on the stack: reads the entries that have the
-/// exact form of the PDF Reference, 3.4.3, without making tokens of them. What is left of the
-/// header stays for the operators "n" and "f", which take entries of any form.
+/// Reads the entries of a subsection, without making tokens of them, as long as they have the exact
+/// form of the PDF Reference, 3.4.3. The subsection's header is all that is on the stack; if
+/// entries are left, their header stays there for the operators "n" and "f", which take any form.
 void readRegularEntries(DocumentCache& cache, TokenFilter& tokens);
 
 } // namespace corvane

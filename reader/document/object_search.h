@@ -9,8 +9,8 @@
 
 namespace corvane {
 
-/// A name occurs behind this head of an object or trailer: the file cannot be read where the
-/// dictionary there says the same, but the bytes of a stream or string may say anything.
+/// A name that forbids reading the file, found behind the head of an object or trailer. It counts
+/// only if the dictionary there holds it: it may also be in the bytes of a stream or string.
 struct Mention {
     std::int32_t head = 0; ///< offset behind "obj" or "trailer"
     Exception code = Exception::none;

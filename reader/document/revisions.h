@@ -17,11 +17,11 @@ struct Revision {
     bool ours = false;                  ///< begins with our line, and an object right behind it
 };
 
-/// From the oldest. Sections of which the newer one stands earlier in the file are one revision.
+/// From the oldest. Two sections are one revision if the newer one stands earlier in the file.
 /// A file that was repaired raises `structure`.
 std::vector<Revision> revisions(DocumentCache& cache);
 
-/// The objects and the trailer of one section alone are what the cache holds while this lives.
+/// While this lives, the cache holds the objects and the trailer of one section alone.
 class SectionScope {
 public:
     SectionScope(DocumentCache& cache, std::int32_t offset);

@@ -5,10 +5,10 @@
 
 namespace corvane {
 
-/// Takes the file as ending where an update of ours begins that was cut short. Looks at the last
-/// 1,024 bytes, and further back only where they hold no finished end. Where `doubtful`, because
-/// what was found could not be read, an end there is believed only as the last line of the file.
-/// Whether the file ends earlier now.
+/// Looks for an update of ours that was cut short at the end of the file, and lets the file end
+/// where that update begins. Looks at the last 1,024 bytes, and further back only where they hold
+/// no finished end. `doubtful`: the sections could not be read, so an end is believed only as the
+/// last line of the file. Returns whether the file ends earlier now.
 bool passUnfinished(DocumentCache& cache, bool doubtful);
 
 } // namespace corvane

@@ -2,8 +2,8 @@
 //
 //   %Corvane update of a file of 0000012345 bytes
 //
-// Where the file did not end with an end of line, a line feed stands before it, and the length
-// named is that before the line feed.
+// If the file did not end with an end of line, a line feed stands before the comment; the length
+// does not count it.
 #pragma once
 
 #include "reader/document/cache.h"
@@ -18,8 +18,8 @@ namespace corvane {
 /// The line, its line feed included.
 std::string updateMark(std::int32_t formerLength);
 
-/// Where the update begins whose line stands at `position` of the file, counted from the file's
-/// first byte; nothing where no such line stands there or it names another place.
+/// The start of the update whose line stands at `position`, both counted from the file's first
+/// byte; nothing where there is no such line or it names another place.
 std::optional<std::int32_t> updateAt(DocumentCache& cache, std::int32_t position);
 
 /// Where the last update line of the file stands, and where its update begins.
@@ -30,10 +30,10 @@ struct UpdatePlace {
 /// Searched backwards from `end`, not before `first`.
 std::optional<UpdatePlace> lastUpdate(DocumentCache& cache, std::int32_t first, std::int32_t end);
 
-/// Where the update begins whose line ends at `position`, as `updateAt`.
+/// The start of the update whose line ends at `position`, as `updateAt`.
 std::optional<std::int32_t> updateBefore(DocumentCache& cache, std::int64_t position);
 
-/// Where an update begins of which the file holds only a part of the line, at its very end.
+/// The start of an update of which the file holds nothing but a part of the line, at its very end.
 std::optional<std::int32_t> brokenMark(DocumentCache& cache);
 
 } // namespace corvane

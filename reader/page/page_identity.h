@@ -1,12 +1,13 @@
-// Which page this is: what tells a page that somebody changed from one that only we saved.
+// The identity of a page, by which a change by another program is noticed.
 //
 // A page that this program saved holds in its dictionary
 //   /PieceInfo << /Corvane << /LastModified (...) /Private << /Origin <16 digits> /Version V
 //   /Page P /Content C >> >> >>
-// Origin is the identity of the page that the saved artwork was opened from, and V the version of
-// the digest that it is, as far as that is known; a record without it is of version 1. P and C are
-// where the page and its content stream stand, by the cross-reference. While both still stand there
-// nobody else has replaced them, and the page keeps that identity. Any other page's is its digest.
+// Origin is the identity of the page that the saved artwork was opened from. V is the version of
+// that digest, as far as it is known; a record without it is of version 1. P and C are where the
+// page and its content stream stand, by the cross-reference. While both still stand there nobody
+// else has replaced them, and the page keeps that identity. The identity of any other page is its
+// digest.
 #pragma once
 
 #include "reader/document/cache.h"
@@ -20,17 +21,12 @@ namespace corvane {
 
 inline constexpr std::string_view pieceInfoName = "Corvane"; ///< key of our record in PieceInfo
 
-/// The identity of a page. Versions that later programs know are kept as they are.
-struct PageOrigin {
-    std::uint64_t digest = 0;
-    DigestVersion version = DigestVersion::current;
-};
-
-/// Of the page in use.
-PageOrigin identityOfPage(DocumentCache& cache);
-
-/// The identity of the page in use if artwork whose page was told as `opened` is of this page, by
-/// the digest of any version: artwork that was opened before a version came keeps its page.
-std::optional<PageOrigin> identityAs(DocumentCache& cache, std::uint64_t opened);
+//   /PieceInfo << /Corvane << /LastModified (...) /Private << /Origin <16 digits> /Version V
+//   /Page P /Content C >> >> >>
+// Origin is the identity of the page that the saved artwork was opened from. V is the version of
+// that digest, as far as it is known; a record without it is of version 1. P and C are where the
+// page and its content stream stand, by the cross-reference. While both still stand there nobody
+// else has replaced them, and the page keeps that identity. The identity of any other page is its
+// digest.
 
 } // namespace corvane

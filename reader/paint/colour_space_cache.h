@@ -16,8 +16,8 @@ namespace corvane {
 class ColourSpaceCache {
 public:
     /// The space of that name: a device space or one of the resources in use. Null where it is
-    /// unknown or of a kind that is not supported. What reading its objects raises is raised again
-    /// whenever the name is met, without reading them again.
+    /// unknown or of a kind that is not supported. A fault of its objects is raised again whenever
+    /// the name is met; they are not read again.
     ColourSpacePointer find(DocumentCache& cache, std::string_view name);
 
 private:

@@ -25,8 +25,8 @@ struct PathConstruction {
 /// Disposes of the art of a path that was never painted.
 void dropPath(Interpreter& interpreter);
 
-/// Starts a path, unless one is open. A path is open until `endPath`; without one all that follow
-/// raise `context`.
+/// Starts a path, unless one is open. A path is open until `endPath`. Without an open path, the
+/// functions below raise `context`.
 void beginPath(Interpreter& interpreter);
 void movetoPath(Interpreter& interpreter, RealPoint point);
 /// Without an open subpath: `context`; in the extended profile one begins at the current point.

@@ -49,8 +49,8 @@ private:
     const Row* single_[256] = {}; ///< rows of one-letter words, which most are
 };
 
-/// A share in tables that all open documents have in common: made with the first share, for the
-/// profile in force, and dropped with the last.
+/// A share in tables that all open documents have in common. The first share makes them, for the
+/// profile in force; the last one drops them.
 template <class Tables>
 class SharedTables {
 public:

@@ -19,7 +19,7 @@ struct RawEntry {
 };
 
 /// The entries of the dictionary that is the indirect object `number` `generation`, of several with
-/// one key that which `findEntry` takes. Raises `structure` where that is no dictionary.
+/// one key, the one that `findEntry` takes. Raises `structure` where that is no dictionary.
 std::vector<RawEntry> rawEntries(DocumentCache& cache, std::int32_t number,
                                  std::int32_t generation);
 

@@ -1,8 +1,8 @@
 // Art still to be visited: groups are opened one after the other, and what they hold comes from the
 // back to the front.
 //
-// The host tells only what comes next in a list, so each list is walked once, to its end, and then
-// taken from there: what `lastChild` and `prevChild` would do by walking anew for each child.
+// The host tells only the next element of a list. So each list is walked once and then taken from
+// its end; `lastChild` and `prevChild` would walk it anew for each child.
 #pragma once
 
 #include "host/artwork.h"
@@ -17,7 +17,7 @@ struct ArtStep {
     enum class What : std::uint8_t {
         art,   ///< visit it
         end,   ///< a group ends
-        leave, ///< a group ends whose graphics state is left with it
+        leave, ///< a group ends, and its graphics state with it
     };
     What what = What::art;
     Art art = Art::null;
@@ -28,7 +28,7 @@ public:
     /// Visits `art` next.
     void push(Art art);
     /// Opens a group: visits `first` and what lies behind it, all before anything else, and then
-    /// ends the group with `end`. Groups deeper than the artwork may have raise `structure`.
+    /// ends the group with `end`. Groups nested deeper than artwork may be raise `structure`.
     void enter(Art first, ArtStep::What end);
     /// Takes the next step; false: there is none.
     bool next(ArtStep& step);

@@ -1,4 +1,4 @@
-// A list whose length is somebody else's: its memory counts against the zone's limit, so that a
+// A list whose length the host decides: its memory counts against the zone's limit, so that a
 // list without an end raises `memory`.
 #pragma once
 

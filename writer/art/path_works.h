@@ -8,7 +8,7 @@ namespace corvane {
 void pathWorks(Walk& walk, Art path);
 /// All subpaths at once, in the style of the first child.
 void compoundWorks(Walk& walk, Art compound);
-/// Makes the paths that `clip` is or holds the clip of what follows, and paints none of them.
+/// Makes `clip`, a path or art that holds paths, the clip of what follows; paints none of it.
 void clipWorks(Walk& walk, Art clip);
 
 } // namespace corvane

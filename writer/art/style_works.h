@@ -9,8 +9,8 @@
 
 namespace corvane {
 
-/// Writes what of the style a path needs that is not in force. A cap or join outside 0 to 2, or a
-/// dash count outside 0 to 6, raises `type`.
+/// Writes the parts of the style that a path needs and that are not in force. A cap or join outside
+/// 0 to 2, or a dash count outside 0 to 6, raises `type`.
 void pathStyleWorks(Walk& walk, const PathStyle& style);
 void dashWorks(Walk& walk, const Dash& dash);
 

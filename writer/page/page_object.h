@@ -16,7 +16,7 @@ struct CarriedPage {
     CarriedEntries notes; ///< of other programs, in PieceInfo
 };
 
-/// Raises what forbids that the page in use is replaced: it has no number of its own (original:
+/// Raises where the page in use cannot be replaced: it has no number of its own (original:
 /// `underflow`, extended: `structure`), or its Parent or Annots is no reference (original:
 /// `range`). Extended keeps those as they are, a missing Parent too: a page inherits through it,
 /// and another Parent than it had could turn the page.

@@ -19,7 +19,7 @@ struct OriginNote {
     std::int32_t content = 0; ///< and its content stream
 };
 
-/// What other programs noted in the page whose entries these are. Notes that cannot be read are
+/// The notes of other programs among the entries of a page. Notes that cannot be read are
 /// left out: they would make the new page unreadable too.
 CarriedEntries notesOfOthers(DocumentCache& cache, std::span<const RawEntry> page);
 

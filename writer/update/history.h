@@ -10,8 +10,8 @@ namespace corvane {
 /// whose sections are not known, because it was repaired, raises `structure`.
 void tellUpdates(DocumentCache& cache);
 
-/// Cuts the newest update off, and what of an update of ours was never finished behind it, and puts
-/// that on the disk. Tells the host extension which update it was. Raises `foreignUpdate` where it
+/// Cuts the newest update off, with an unfinished update of ours behind it, and puts that on the
+/// disk. Tells the host extension which update it was. Raises `foreignUpdate` where it
 /// is not ours or does not reach to the end, `fileChanged` where the file is not as long as when it
 /// was read; the file is not changed then.
 void revertCache(DocumentCache& cache);

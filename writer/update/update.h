@@ -17,10 +17,10 @@ namespace corvane {
 
 /// Appends the page in use, made from the host's artwork, and puts it on the disk; tells the host
 /// extension. Where anything raises, the file is as long as before, and the code is raised again.
-/// What forbids the save raises before anything is written.
+/// All that can refuse the save raises before anything is written.
 void writeCache(DocumentCache& cache);
 
-/// The same, but what would be appended is only counted; the file need not be one that may change.
+/// The same, but what would be appended is only counted; the file may be write-protected.
 void tryCache(DocumentCache& cache);
 
 // The parts of an update, for a cache whose output is an `UpdateFilter`.

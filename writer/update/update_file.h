@@ -13,7 +13,7 @@ namespace corvane {
 
 class UpdateFile {
 public:
-    /// Opens the cache's file at its end; its output is the file until this goes. Raises
+    /// Opens the cache's file at its end; until this is destroyed, its output is the file. Raises
     /// `fileChanged` where it is not as long as when it was read (original: it is taken as it is).
     explicit UpdateFile(DocumentCache& cache);
     ~UpdateFile();

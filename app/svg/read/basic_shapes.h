@@ -10,8 +10,8 @@ namespace corvane {
 
 bool isShapeElement(Element element);
 
-/// Draws a shape; false where it is none because a size is 0 or missing. Data in error are drawn up
-/// to the error and counted.
+/// Draws a shape; false where nothing is drawn because a size is 0 or missing. Wrong data are drawn
+/// up to the error and counted.
 bool drawShape(Element element, const Attributes& attributes, const LengthContext& lengths,
                ShapeBuilder& shape, Tally& tally);
 

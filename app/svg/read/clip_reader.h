@@ -16,11 +16,11 @@ public:
     explicit ClipReader(ReadingContext& context)
         : context_(context), shape_(context.document, context.tally) {}
 
-    /// The `clipPath` of that id behind those that clip it in turn, outermost first; empty, and
-    /// counted, where there is none or they run in a circle.
+    /// The `clipPath` of that id and those that clip it in turn, the outermost first. Empty, and
+    /// counted, where there is none or they form a circle.
     std::vector<pugi::xml_node> chain(std::string_view id);
 
-    /// Clips by the box of what is clipped?
+    /// Whether the clip's units are the box of what is clipped.
     static bool fitsBox(pugi::xml_node clip);
 
     /// Makes the path or compound path of one `clipPath` as the frontmost child of `group`, and has

@@ -12,8 +12,8 @@
 namespace corvane {
 
 struct ReadingContext {
-    /// Counts what is read once more because something refers to it. Throws `SvgError` past the
-    /// budget.
+    /// Counts elements that are read once more because something refers to them. Throws `SvgError`
+    /// past the budget.
     void expand(std::int64_t elements) {
         expanded += elements;
         if (expanded > budget.expandedElements) {

@@ -1,4 +1,4 @@
-// The elements that reading SVG knows, and those that it can say the name of.
+// The elements that are read, and those that are counted by name.
 #pragma once
 
 #include <cstdint>
@@ -30,7 +30,7 @@ enum class Element : std::uint8_t {
     title,
     desc,
     metadata,
-    // Met and counted, but nothing the artwork holds.
+    // Counted: the artwork cannot hold them.
     text,
     image,
     filter,
@@ -60,7 +60,7 @@ enum class Element : std::uint8_t {
 /// Of a name without namespace prefix.
 Element elementByName(std::string_view name);
 
-/// How an element that the artwork cannot hold is called in counts; empty for those that are read
+/// The name in counts of an element that the artwork cannot hold; empty for elements that are read
 /// or that paint nothing by themselves.
 std::string_view ignoredKind(Element element);
 

@@ -33,12 +33,12 @@ public:
     /// Walks the file, once: ids, and the text of style sheets into `sheet`.
     void build(StyleSheet& sheet);
 
-    /// The element of an id, or null. Shapes, which are most of a file and seldom named, are
-    /// indexed with the first id that is no other element's.
+    /// The element of an id, or null. Most elements are shapes, which are seldom named: they are
+    /// indexed when an id is asked for that no other element has.
     pugi::xml_node find(std::string_view id);
 
-    /// What an element is: its name without a prefix that the root declares as SVG's. `foreign` for
-    /// names of other namespaces, which are none of SVG's business.
+    /// What an element is: its name without a prefix that the root declares as SVG's. `foreign`:
+    /// the name is of another namespace.
     Element elementOf(pugi::xml_node node, bool& foreign) const;
     Element elementOf(pugi::xml_node node) const {
         bool foreign = false;

@@ -12,7 +12,7 @@
 
 namespace corvane {
 
-/// A clip that shapes of a frame name one by one: those that follow each other share its group.
+/// A clip that shapes name themselves. Shapes in a row that name the same clip share its group.
 struct SharedClip {
     pugi::xml_node clip;
     RealMatrix matrix;
@@ -22,7 +22,7 @@ struct SharedClip {
     bool rectangle = false;
 };
 
-/// A clip of a group that is made when all that it clips is there.
+/// A clip of a group, made when all that it clips is there.
 struct LateClip {
     enum class Kind {
         none,

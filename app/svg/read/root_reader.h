@@ -16,7 +16,7 @@ struct RootReading {
     Viewport viewport; ///< of the root's user space
 };
 
-/// Reads the attributes of the root, and sets the page. A page that still is what we wrote keeps
+/// Reads the attributes of the root, and sets the page. A page that is as we wrote it keeps
 /// its bounds and artboard. One that a person resized gets new bounds around artwork that stays
 /// where it is. One that another program made starts at 0,0.
 RootReading readRoot(const Attributes& root, Page& page);

@@ -24,8 +24,8 @@ class ShapeBuilder {
 public:
     ShapeBuilder(Document& document, Tally& tally) : document_(document), tally_(tally) {}
 
-    /// Forgets what was, and starts a shape that will stand at `place`. Points that nothing leads
-    /// to or from are kept if `keepsPoints`. `measures`: `box` will be asked for.
+    /// Starts a new shape that will stand at `place`. `keepsPoints`: subpaths of one point are
+    /// kept. `measures`: `box` will be asked for.
     void begin(ArtPlace place, const RealMatrix& toArt, bool keepsPoints, bool measures);
     /// What follows is in another user space, and starts at its 0,0.
     void enter(const RealMatrix& toArt);

@@ -1,4 +1,4 @@
-// What is met and cannot be held, counted by kind.
+// What artwork cannot hold, counted by kind.
 #pragma once
 
 #include <cstdint>

@@ -19,7 +19,7 @@ struct PaintUse {
     LengthContext lengths;
 };
 
-/// The element and those that it takes what it does not say itself from, by `href`.
+/// The element, and those that it inherits from by `href`.
 std::vector<Attributes> inheritedAttributes(pugi::xml_node server, ReadingContext& context,
                                             std::vector<pugi::xml_node>& elements);
 
@@ -33,7 +33,7 @@ std::optional<RealMatrix> boxMatrix(const UserBox& box);
 std::vector<GradientStop> readStops(const std::vector<pugi::xml_node>& elements,
                                     ReadingContext& context);
 
-/// A gradient as it paints what uses it, but for its stops; none where it paints nothing.
+/// A gradient as it paints the element of `use`, without its stops; none where it paints nothing.
 std::optional<Gradient> readGradient(pugi::xml_node server,
                                      const std::vector<Attributes>& inherited, const PaintUse& use,
                                      ReadingContext& context);

@@ -14,8 +14,8 @@ class PaintReader {
 public:
     explicit PaintReader(ReadingContext& context) : context_(context) {}
 
-    /// Has the style painted with the gradients and patterns of `style`; where there is none of
-    /// that id, with what is said instead, and counts it.
+    /// Gives `path` the gradients and patterns that `style` names. Where there is none of that id,
+    /// it gets the fallback, and that is counted.
     void paint(PathStyle& path, const ComputedStyle& style, const PaintUse& use);
 
 private:

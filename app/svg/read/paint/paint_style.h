@@ -7,8 +7,9 @@
 
 namespace corvane {
 
-/// The style of a shape that is drawn under `toArt`. What its hidden attributes say exactly holds
-/// where the visible ones still look like it. Of a paint that is not in use nothing is taken over.
+/// The style of a shape that is drawn under `toArt`. Exact values in hidden
+/// attributes count while the visible ones still look like them. A paint that is not in use is not
+/// taken over.
 /// A gradient or pattern counts as the colour that is seen instead: see `paint_reader.h`.
 PathStyle paintedStyle(const ComputedStyle& style, const Attributes& attributes,
                        const RealMatrix& toArt, ReadingContext& context);
@@ -18,7 +19,7 @@ PathStyle paintedStyle(const ComputedStyle& style, const Attributes& attributes,
 PathStyle clippingStyle(const ComputedStyle& style, const Attributes& attributes,
                         const RealMatrix& toArt, ReadingContext& context);
 
-/// Whether a paint is seen at all; counts one that is only partly.
+/// Whether a paint is seen at all; counts one that is partly transparent.
 bool isSeen(const PaintValue& paint, double opacity, Tally& tally);
 
 } // namespace corvane

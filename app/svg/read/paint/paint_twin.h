@@ -10,11 +10,11 @@
 
 namespace corvane {
 
-/// Holds as long as it looks like the visible colour.
+/// It counts while it looks like the visible colour.
 struct PaintTwin {
     std::optional<Colour> exact;
     std::string_view spot; ///< name of a custom colour that `exact` stands for; empty: none
-    Fixed tint = 0;        ///< by how much that is weakened
+    Fixed tint = 0;        ///< how much the custom colour is weakened
 
     /// The colour that `visible` means. A custom colour is added to the document.
     Colour resolve(ScreenColour visible, Document& document) const;

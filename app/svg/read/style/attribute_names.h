@@ -128,7 +128,7 @@ enum class Attribute : std::uint8_t {
 inline constexpr std::size_t propertyCount = static_cast<std::size_t>(Attribute::id);
 inline constexpr std::size_t attributeCount = static_cast<std::size_t>(Attribute::unknown);
 
-/// What SVG 2 lets style sheets say of an element's place and form, and SVG 1.1 does not.
+/// Properties of place and form, which style sheets may set in SVG 2 but not in SVG 1.1.
 constexpr bool isGeometry(Attribute name) {
     return (name >= Attribute::transform && name <= Attribute::r) || name == Attribute::d;
 }

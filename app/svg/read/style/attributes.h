@@ -16,13 +16,13 @@ public:
     Attributes() = default;
     explicit Attributes(pugi::xml_node element) { load(element); }
 
-    /// Takes the place of those of another element. Values live as long as the file's text.
+    /// Replaces the attributes by those of another element. Values live as long as the file's text.
     void load(pugi::xml_node element);
 
     bool has(Attribute name) const { return present_[static_cast<std::size_t>(name)]; }
     /// Empty where there is none.
     std::string_view operator[](Attribute name) const;
-    /// What reading them takes: 1 for as much text as an element has at most in practice.
+    /// The work of reading them, in elements of usual size.
     std::int64_t cost() const { return cost_; }
     bool isTrue(Attribute name) const { return (*this)[name] == "true"; }
 

@@ -1,4 +1,4 @@
-// What attributes, style sheets and `style` say of an element together (CSS 2.1, 6.4).
+// The properties of an element, from attributes, style sheets and `style` (CSS 2.1, 6.4).
 #pragma once
 
 #include "app/svg/read/context.h"
@@ -16,8 +16,8 @@ ComputedStyle styleOf(pugi::xml_node element, const Attributes& attributes,
                       const ComputedStyle& outer, const Viewport& viewport,
                       ReadingContext& context);
 
-/// `outer`, and in it the transform of one of the element's attributes. What is no transform is
-/// counted and does nothing.
+/// `outer` with the transform in one of the element's attributes. A wrong one is counted and does
+/// nothing.
 RealMatrix transformed(const RealMatrix& outer, const Attributes& attributes, Attribute name,
                        ReadingContext& context);
 

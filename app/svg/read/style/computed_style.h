@@ -1,4 +1,4 @@
-// What holds for an element's properties, with what it inherits.
+// The values of an element's properties, inherited ones included.
 #pragma once
 
 #include "app/svg/colour.h"
@@ -20,7 +20,7 @@ struct PaintValue {
     enum class Kind : std::uint8_t { none, colour, server };
     Kind kind = Kind::none;
     bool isCurrent = false;  ///< `colour` is what `color` says, where it is inherited too
-    bool fallsBack = false;  ///< a server that is not there: `colour` instead, otherwise none
+    bool fallsBack = false;  ///< a missing server is replaced by `colour`, not by none
     ScreenColour colour;     ///< the colour, or what is seen instead of the server
     double alpha = 1;        ///< of the colour
     std::string_view server; ///< id of a gradient or pattern
@@ -58,8 +58,8 @@ struct ComputedStyle {
     std::string_view clipPath; ///< id of the clip; empty: none
 };
 
-/// The style of an element of which `declared` says all that attributes and sheets do, within
-/// `outer`. What cannot be held (filters, opacity between 0 and 1 and their like) is counted.
+/// The style of an element within `outer`; `declared` holds what attributes and sheets say. What
+/// cannot be held (filters, opacity between 0 and 1 and their like) is counted.
 ComputedStyle computeStyle(const ComputedStyle& outer, const Declared& declared,
                            const Attributes& attributes, const Viewport& viewport, Tally& tally);
 

@@ -1,5 +1,5 @@
-// What an element that is only referred to (a clip, a pattern) inherits: the style of where it
-// stands, not of what uses it.
+// What an element inherits that is only referred to (a clip, a pattern): the style of the place
+// where it stands, not of the element that uses it.
 #pragma once
 
 #include "app/svg/read/style/computed_style.h"

@@ -1,4 +1,4 @@
-// The style sheets of a file (CSS 2.1), as far as selectors of one element go.
+// The style sheets of a file (CSS 2.1): rules whose selectors name one element.
 #pragma once
 
 #include "app/svg/read/budget.h"
@@ -26,8 +26,8 @@ public:
 
     bool empty() const { return rules_.empty(); }
 
-    /// Sets what the rules that match an element say: of equal properties the one that wins, those
-    /// that are `important` or those that are not. Throws `SvgError` past the budget.
+    /// Sets the properties of the rules that match an element, either the `important` ones or the
+    /// others; of equal properties, the one that wins. Throws `SvgError` past the budget.
     void declare(std::string_view type, const Attributes& element, bool important, Declared& into);
 
 private:

@@ -6,11 +6,11 @@
 
 namespace corvane {
 
-/// What percentages are of, in user units.
+/// The lengths that percentages refer to, in user units.
 struct Viewport {
     double width = 0;
     double height = 0;
-    /// What percentages of neither width nor height are of (SVG 1.1, 7.10).
+    /// The length for percentages that refer to neither width nor height (SVG 1.1, 7.10).
     double diagonal() const;
 };
 

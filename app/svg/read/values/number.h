@@ -39,8 +39,7 @@ double longNumber(const char* first, const char* end);
 
 } // namespace detail
 
-/// Reads what is left of a text, from its front. Everything is at its end for ever once it is
-/// there.
+/// Reads a text from its front. At the end of the text it stays there.
 class TextCursor {
 public:
     explicit TextCursor(std::string_view text)
