@@ -27,7 +27,8 @@ void note(const Arguments& arguments, const std::string& sentence);
 /// The same for a sentence that names its file itself.
 void announce(const Arguments& arguments, const std::string& sentence);
 
-/// Says all warnings, then the error; nothing where the facts go to standard error.
+/// Says all warnings, unless they are in the facts, and the error, unless the facts stand there
+/// too.
 void tell(const Arguments& arguments, const Report& report);
 
 /// Whether standard output is where the artwork goes, so that facts go to standard error.
