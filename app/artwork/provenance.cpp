@@ -37,6 +37,7 @@ constexpr std::array<KindText, omissionKinds> kinds = {{
     {"damagedOperator", "damaged drawing command", "damaged drawing commands"},
     {"longDash", "dash pattern of more than six lengths", "dash patterns of more than six lengths"},
     {"unequalStrokeScale", "line of uneven width", "lines of uneven width"},
+    {"farPoint", "point too far from the page", "points too far from the page"},
 }};
 static_assert(!kinds.back().name.empty());
 

@@ -24,4 +24,7 @@ void noteDefaultSpaces(DocumentCache& cache);
 /// Of a stroke of that matrix: whether its width depends on its direction.
 void noteStrokeLoss(const RealMatrix& matrix);
 
+/// Of a point of a path, on the artboard, that artwork cannot hold where it is.
+void notePointLoss(RealPoint point);
+
 } // namespace corvane
