@@ -76,11 +76,12 @@ enum class Omission : std::int32_t {
     markedContent = 15,   ///< tags of the page's structure and the like
     unknownOperator = 16,
     damagedOperator = 17,
-    longDash = 18,          ///< more lengths of a dash pattern than artwork holds
-    unequalStrokeScale = 19 ///< strokes whose width depends on their direction: its mean counts
+    longDash = 18,           ///< more lengths of a dash pattern than artwork holds
+    unequalStrokeScale = 19, ///< strokes whose width depends on their direction: its mean counts
+    farPoint = 20            ///< points of paths beyond 16.16: at its edge
 };
-inline constexpr std::size_t omissionKinds = 20;
-static_assert(static_cast<std::size_t>(Omission::unequalStrokeScale) + 1 == omissionKinds);
+inline constexpr std::size_t omissionKinds = 21;
+static_assert(static_cast<std::size_t>(Omission::farPoint) + 1 == omissionKinds);
 
 /// What a save appended or, in a trial, would append.
 struct SavedFacts {

@@ -16,6 +16,10 @@ namespace corvane {
 /// this version does not know is "other".
 std::string_view omissionName(Omission kind);
 
+/// That many of a kind, by its name, for people: "5 tags (marked content)". The name may be of a
+/// later version.
+std::string omissionText(std::string_view name, std::int32_t count);
+
 struct Provenance {
     std::string sourceFile; ///< name of the PDF without folders, UTF-8
     std::int32_t page = 0;  ///< from 1; 0: of no page

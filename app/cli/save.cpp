@@ -51,29 +51,29 @@ std::int32_t grayedStrokes(const Document& document) {
 /// say that it may be so.
 void weighLosses(const Arguments& arguments, const Document& document,
                  const std::vector<SvgImage>& images, Report& report) {
-    std::string names;
-    const auto lose = [&](std::int32_t code, std::string_view kind, const std::string& how) {
-        const std::string loss = std::string(kind) + ": " + how;
-        names += (names.empty() ? "" : ", ") + loss;
-        report.warnings.push_back({code, loss + "; the saved page does not have that"});
+    std::string losses;
+    const auto lose = [&](std::int32_t code, const std::string& loss, const std::string& why) {
+        losses += (losses.empty() ? "" : ", ") + loss;
+        report.warnings.push_back({code, loss + why + "; the saved page does not have that"});
     };
     for (const auto& [kind, count] : report.source.omitted) {
-        lose(code::notInArtwork, kind,
-             std::to_string(count) + " not kept when the page was opened");
+        lose(code::notInArtwork, omissionText(kind, count), ": not kept when the page was opened");
     }
     for (const auto& [kind, count] : report.ignored) {
-        lose(code::notUnderstood, kind,
-             counted(count, "element") + " ignored" + (kind == "image" ? imageNames(images) : ""));
+        lose(code::notUnderstood,
+             kind + ": " + counted(count, "element") + " ignored" +
+                 (kind == "image" ? imageNames(images) : ""),
+             "");
     }
     if (const std::int32_t grayed = grayedStrokes(document); grayed != 0) {
-        lose(code::notUnderstood, "gradients and patterns of strokes",
-             counted(grayed, "element") + " drawn in gray");
+        lose(code::notUnderstood,
+             "gradients and patterns of strokes: " + counted(grayed, "element") + " drawn in gray",
+             "");
     }
-    if (!arguments.force && !names.empty()) {
+    if (!arguments.force && !losses.empty()) {
         report.warnings.clear();
-        throw Failure({code::loss, "the artwork does not hold all of the page, and saving would "
-                                   "lose the rest (" +
-                                       names + "); to save all the same, say --force"});
+        throw Failure({code::loss, "saving would lose what the artwork does not hold: " + losses +
+                                       "; to save all the same, say --force"});
     }
 }
 

@@ -149,4 +149,11 @@ void noteStrokeLoss(Interpreter& interpreter, const RealMatrix& m) {
     }
 }
 
+void notePointLoss(RealPoint point) {
+    constexpr double edge = 32768;
+    if (!(std::abs(point.x) <= edge && std::abs(point.y) <= edge)) {
+        noteOmission(Omission::farPoint);
+    }
+}
+
 } // namespace corvane

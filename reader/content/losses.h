@@ -24,4 +24,7 @@ void noteDefaultSpaces(Interpreter& interpreter);
 /// A stroke under a matrix by which its width depends on its direction.
 void noteStrokeLoss(Interpreter& interpreter, const RealMatrix& matrix);
 
+/// Of a point of a path, on the artboard, that artwork cannot hold where it is.
+void notePointLoss(RealPoint point);
+
 } // namespace corvane

@@ -1,6 +1,7 @@
 #include "reader/content/state.h"
 
 #include "reader/content/interpreter.h"
+#include "reader/content/losses.h"
 #include "runtime/callbacks.h"
 #include "runtime/fixed.h"
 #include "runtime/rules.h"
@@ -97,6 +98,7 @@ void concatState(Interpreter& interpreter) {
 Point transformState(const GraphicsState& state, RealPoint point) {
     if (rules().exactNumbers) {
         const RealPoint to = transform(state.exactCtm, point);
+        notePointLoss(to);
         return {fixedFromReal(to.x), fixedFromReal(to.y)};
     }
     const Point from{fixedFromReal(point.x), fixedFromReal(point.y)};

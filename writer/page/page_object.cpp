@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -68,13 +69,15 @@ const PageEntry& pageInUse(const DocumentCache& cache) {
     return cache.pages[static_cast<std::size_t>(cache.pageNumber - 1)];
 }
 
-/// A number; one beyond 16.16 is read back as an integer only.
+/// A number; one beyond 16.16 is read back as an integer only, and beyond 32 bits not at all.
 void writeCoordinate(Filter& output, double value) {
     constexpr double largestFixed = 32767;
+    constexpr double largestInteger = std::numeric_limits<std::int32_t>::max();
     if (std::abs(value) <= largestFixed) {
         fixedOutput(output, fixedFromReal(value));
     } else {
-        integerOutput(output, static_cast<std::int32_t>(std::nearbyint(value)));
+        const double whole = std::clamp(std::nearbyint(value), -largestInteger, largestInteger);
+        integerOutput(output, static_cast<std::int32_t>(whole));
     }
 }
 

@@ -262,6 +262,16 @@ TEST_F(SavedPageTest, ANewSizeMovesNothing) {
     }
 }
 
+TEST_F(SavedPageTest, ANewSizeEndsWhereIntegersDo) {
+    use("in.pdf",
+        PdfBuilder::onePage(line, "/MediaBox[2147483500 0 2147483600 100]/Rotate 0").bytes());
+    ASSERT_EQ(open(), 0U);
+    document_->page().setArtboard({300 * fixedOne, 400 * fixedOne});
+    document_->page().setBounds({});
+    ASSERT_EQ(save(), 0U);
+    EXPECT_THAT(bytes(), HasSubstr("/MediaBox [ 2147483500 0 2147483647 400 ]\n"));
+}
+
 TEST_F(SavedPageTest, CropAreas) {
     struct Row {
         const char* name;
