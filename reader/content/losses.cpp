@@ -149,10 +149,10 @@ void noteStrokeLoss(Interpreter& interpreter, const RealMatrix& m) {
     }
 }
 
-void notePointLoss(RealPoint point) {
+void notePointLoss(Interpreter& interpreter, RealPoint point) {
     constexpr double edge = 32768;
     if (!(std::abs(point.x) <= edge && std::abs(point.y) <= edge)) {
-        noteOmission(Omission::farPoint);
+        interpreter.omissions.note(Omission::farPoint);
     }
 }
 

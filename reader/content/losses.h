@@ -25,6 +25,6 @@ void noteDefaultSpaces(Interpreter& interpreter);
 void noteStrokeLoss(Interpreter& interpreter, const RealMatrix& matrix);
 
 /// Of a point of a path, on the artboard, that artwork cannot hold where it is.
-void notePointLoss(RealPoint point);
+void notePointLoss(Interpreter& interpreter, RealPoint point);
 
 } // namespace corvane

@@ -95,10 +95,11 @@ void concatState(Interpreter& interpreter) {
     callHost(slot::multiplyMatrix, &operand, &former, &state.ctm);
 }
 
-Point transformState(const GraphicsState& state, RealPoint point) {
+Point transformState(Interpreter& interpreter, RealPoint point) {
+    const GraphicsState& state = interpreter.state;
     if (rules().exactNumbers) {
         const RealPoint to = transform(state.exactCtm, point);
-        notePointLoss(to);
+        notePointLoss(interpreter, to);
         return {fixedFromReal(to.x), fixedFromReal(to.y)};
     }
     const Point from{fixedFromReal(point.x), fixedFromReal(point.y)};

@@ -91,7 +91,7 @@ void abandonStates(Interpreter& interpreter, std::int32_t depth) noexcept;
 void concatState(Interpreter& interpreter);
 
 /// A point of user space on the page, by the CTM.
-Point transformState(const GraphicsState& state, RealPoint point);
+Point transformState(Interpreter& interpreter, RealPoint point);
 
 /// The factor from lengths in user space to lengths on the page: the root of the factor of areas.
 double scaleState(const GraphicsState& state);

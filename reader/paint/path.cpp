@@ -96,23 +96,22 @@ void movetoPath(Interpreter& interpreter, RealPoint point) {
     path.object = newArt(ArtKind::path, Placement::inside, path.compound);
     path.segments.clear();
     path.start = point;
-    const Point anchor = transformState(interpreter.state, point);
+    const Point anchor = transformState(interpreter, point);
     append(path, {anchor, anchor, anchor, 0});
 }
 
 void linetoPath(Interpreter& interpreter, RealPoint point) {
     PathConstruction& path = openSubpath(interpreter);
-    const Point anchor = transformState(interpreter.state, point);
+    const Point anchor = transformState(interpreter, point);
     append(path, {anchor, anchor, anchor, 0});
 }
 
 void curvetoPath(Interpreter& interpreter, RealPoint control1, RealPoint control2,
                  RealPoint point) {
     PathConstruction& path = openSubpath(interpreter);
-    const GraphicsState& state = interpreter.state;
-    const Point anchor = transformState(state, point);
-    path.segments.back().out = transformState(state, control1);
-    append(path, {anchor, transformState(state, control2), anchor, 0});
+    const Point anchor = transformState(interpreter, point);
+    path.segments.back().out = transformState(interpreter, control1);
+    append(path, {anchor, transformState(interpreter, control2), anchor, 0});
 }
 
 void closetoPath(Interpreter& interpreter) {
