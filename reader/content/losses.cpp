@@ -149,11 +149,4 @@ void noteStrokeLoss(Interpreter& interpreter, const RealMatrix& m) {
     }
 }
 
-void notePointLoss(Interpreter& interpreter, RealPoint point) {
-    constexpr double edge = 32768;
-    if (!(std::abs(point.x) <= edge && std::abs(point.y) <= edge)) {
-        interpreter.omissions.note(Omission::farPoint);
-    }
-}
-
 } // namespace corvane

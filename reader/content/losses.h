@@ -24,7 +24,4 @@ void noteDefaultSpaces(Interpreter& interpreter);
 /// A stroke under a matrix by which its width depends on its direction.
 void noteStrokeLoss(Interpreter& interpreter, const RealMatrix& matrix);
 
-/// Of a point of a path, on the artboard, that artwork cannot hold where it is.
-void notePointLoss(Interpreter& interpreter, RealPoint point);
-
 } // namespace corvane

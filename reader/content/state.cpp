@@ -1,10 +1,11 @@
 #include "reader/content/state.h"
 
 #include "reader/content/interpreter.h"
-#include "reader/content/losses.h"
 #include "runtime/callbacks.h"
 #include "runtime/fixed.h"
 #include "runtime/rules.h"
+
+#include <cmath>
 
 namespace corvane {
 
@@ -22,6 +23,9 @@ void popCopy(Interpreter& interpreter) noexcept {
         saved.copies.pop_back();
     }
 }
+
+/// Points of the artboard that artwork can hold: those of 16.16 numbers.
+constexpr double farthest = 32768;
 
 } // namespace
 
@@ -99,7 +103,9 @@ Point transformState(Interpreter& interpreter, RealPoint point) {
     const GraphicsState& state = interpreter.state;
     if (rules().exactNumbers) {
         const RealPoint to = transform(state.exactCtm, point);
-        notePointLoss(interpreter, to);
+        if (!(std::abs(to.x) <= farthest && std::abs(to.y) <= farthest)) {
+            interpreter.omissions.note(Omission::farPoint);
+        }
         return {fixedFromReal(to.x), fixedFromReal(to.y)};
     }
     const Point from{fixedFromReal(point.x), fixedFromReal(point.y)};
