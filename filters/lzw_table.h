@@ -148,7 +148,7 @@ private:
 
     /// Twice as many as there are codes, so that searches are short: key and code, 0 for none (no
     /// string has code 0).
-    std::array<std::uint32_t, 2 * adaptEntries> slots_{};
+    std::array<std::uint32_t, std::size_t{2} * adaptEntries> slots_{};
 };
 
 } // namespace corvane

@@ -37,7 +37,7 @@ const Object* KeyIndexes::find(const Object& dictionary, std::string_view key, s
         return search(elements, key);
     }
     const std::vector<std::uint32_t>& keys = indexOf(dictionary, work).keys;
-    work += std::bit_width(keys.size());
+    work += static_cast<std::int64_t>(std::bit_width(keys.size()));
     const auto keyOf = [elements](std::uint32_t element) {
         return literalObject(elements[element]);
     };
