@@ -191,7 +191,7 @@ std::optional<Rect> resizedBounds(const Attributes& root, const PaperArea& area)
         if (artboard.width <= 0 || artboard.height <= 0) {
             return std::nullopt;
         }
-        sides[3] = static_cast<double>(artboard.height) / fixedOne;
+        sides = {0, 0, 0, static_cast<double>(artboard.height) / fixedOne};
     }
     const double left = sides[0] - area.matrix.tx;
     const double top = sides[3] + area.matrix.ty;
