@@ -59,11 +59,16 @@ enum class Placement : std::int16_t {
 /// Which bytes made a piece of art. They are counted in the page's content, taken as one sequence
 /// of its decoded streams: from the first byte of the first operator of the object to behind its
 /// painting operator. Copies have the source of their original.
+///
+/// Where an editor dropped the bytes and only the object's id is left, the source is its ordinal
+/// alone: `end` is 0.
 struct ArtSource {
     std::int64_t start = 0;
     std::int64_t end = 0; ///< not before `start`
-    std::int32_t ordinal =
-        -1; ///< in the order of painting, from 0; below 0: the source is not known
+    /// Among the objects of the page that artwork holds, in the order of painting, from 0; clips do
+    /// not count and have the number of the object that would come next. Below 0: the source is not
+    /// known.
+    std::int32_t ordinal = -1;
     friend constexpr bool operator==(const ArtSource&, const ArtSource&) = default;
 };
 

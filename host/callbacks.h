@@ -26,7 +26,7 @@ struct Slot {
     int number;
 };
 
-inline constexpr int slotCount = 329;
+inline constexpr int slotCount = 331;
 
 namespace slot {
 
@@ -53,6 +53,10 @@ inline constexpr Slot<HostError(Art group, std::uint8_t* clipped)> getGroupClipp
 inline constexpr Slot<HostError(Art group, std::uint8_t clipped)> setGroupClipped{71};
 inline constexpr Slot<HostError(Art, const ArtSource*)> setArtSource{327};
 inline constexpr Slot<HostError(Art, ArtSource*)> getArtSource{328}; ///< its defaults: not known
+/// A new group that is in no layer, for artwork that nobody is to see.
+inline constexpr Slot<HostError(Art* made)> newArtwork{329};
+/// Disposes of such a group and all that it holds.
+inline constexpr Slot<HostError(Art)> disposeArtwork{330};
 
 // Paths and their segments
 /// `flags` has no meaning yet: 0.

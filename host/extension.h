@@ -91,6 +91,23 @@ struct SavedFacts {
     std::int32_t objects = 0;       ///< written
     std::int64_t contentLength = 0; ///< bytes of the page's content
     std::int32_t places = 1;        ///< of the page in the file: the same object may be several
+
+    // Version 3. Objects are paths and compound paths; clips do not count.
+
+    bool isPatched = false; ///< the page's own content was patched; false: it was drawn anew
+    bool isNothing = false; ///< the page is as the artwork has it: nothing was appended
+    std::int32_t kept = 0;  ///< objects that stay as they are
+    std::int32_t changed = 0;
+    std::int32_t added = 0;
+    std::int32_t removed = 0;
+    std::int32_t moved = 0; ///< objects that stay and are drawn at another place in the order
+};
+
+/// Much of one kind that the page has and the artwork to be saved does not.
+struct MissingArt {
+    ArtKind kind = ArtKind::unknown; ///< unknown: of all kinds together
+    std::int32_t missing = 0;
+    std::int32_t whole = 0; ///< objects of the kind that the page has
 };
 
 /// One update of a file, by selector `log`, from the oldest, which is the file as it was made.
@@ -107,7 +124,7 @@ struct UpdateFacts {
 /// Versions only add fields at the end. A host states the version that its record was made for; the
 /// plug-in reads no further, and takes what is missing as not filled (runtime/extension.h).
 struct HostExtension {
-    static constexpr std::uint32_t currentVersion = 2;
+    static constexpr std::uint32_t currentVersion = 3;
 
     // Version 1.
 
@@ -135,6 +152,17 @@ struct HostExtension {
     /// Told for each layer that is not drawn on the page, with its title.
     void (*layerLeftOut)(void* context, std::string_view title) = nullptr;
     void (*update)(void* context, const UpdateFacts&) = nullptr;
+
+    // Version 3: patches. The callback table has slots 329 and 330.
+
+    /// Which opening of the page the artwork comes from: two artworks of one page differ in it.
+    /// Null: not known. Where the page was saved from another one last, the save is refused
+    /// (`otherArtwork`), unless `overwrites`.
+    const std::uint64_t* artworkName = nullptr;
+    /// Content is written as it is, not compressed.
+    bool plainContent = false;
+    /// Told before a save is refused because much is missing (`artworkMissing`).
+    void (*missing)(void* context, const MissingArt&) = nullptr;
 };
 
 /// Registers (null: removes) the record of the host of this process; not an owner.

@@ -7,7 +7,7 @@ namespace corvane {
 
 namespace {
 
-constexpr std::array<std::string_view, 25> exceptions = {
+constexpr std::array<std::string_view, 31> exceptions = {
     /* 1 */ "the page asks for more work than this program allows; simplify it with another "
             "program",
     /* 2 */ "cancelled",
@@ -44,6 +44,18 @@ constexpr std::array<std::string_view, 25> exceptions = {
     /* 23 */ "the file would grow past 2,147,483,647 bytes; save into a smaller file",
     /* 24 */ "another program changed the file while it was being saved; try again",
     /* 25 */ "the newest update was not made by this program; nothing was taken off",
+    /* 26 */ "",
+    /* 27 */ "",
+    /* 28 */ "",
+    /* 29 */
+    "the page was saved from another artwork meanwhile, and saving this one would undo that; open "
+    "the page again, or undo it with --force",
+    /* 30 */
+    "much of the page is not in the artwork, and saving would delete it; if that is meant, say "
+    "--force",
+    /* 31 */
+    "this change cannot be made without harm to other things on the page; change something else, "
+    "or open the page again",
 };
 
 constexpr std::array<std::string_view, 20> readWarnings = {
@@ -69,11 +81,15 @@ constexpr std::array<std::string_view, 20> readWarnings = {
     /* 20 */ "the file's table of contents is damaged; its objects were found by searching",
 };
 
-constexpr std::array<std::string_view, 4> writeWarnings = {
+constexpr std::array<std::string_view, 8> writeWarnings = {
     /* 1001 */ "an object of a kind that a PDF cannot hold was left out",
     /* 1002 */ "the page was given a size between the smallest and the largest allowed",
     /* 1003 */ "the crop area was fitted to the page",
     /* 1004 */ "layers that are hidden or not to be printed were not drawn on the page",
+    /* 1005 */ "",
+    /* 1006 */ "",
+    /* 1007 */ "",
+    /* 1008 */ "objects of layers were saved in their order; that they were layers is not kept",
 };
 
 } // namespace

@@ -34,6 +34,8 @@ enum class Warning : std::int16_t {
     pageSize = 1002,                ///< the page size was put into its limits
     cropArea = 1003,                ///< the crop area was fitted to the page
     layerLeftOut = 1004,            ///< a layer that is hidden or does not print is not drawn
+    // 1005 to 1007 are the program's own.
+    layerNotKept = 1008, ///< objects of a layer stay, in order; the layer does not
 };
 
 /// Codes that are kept. One more is stored too, and raises `limit`.

@@ -9,7 +9,7 @@
 
 namespace corvane {
 
-/// Codes of errors that the program itself finds; up to 25 the plug-in's own have the same numbers.
+/// Codes of errors that the program itself finds; those of the plug-in have the same numbers.
 namespace code {
 inline constexpr std::int32_t cancelled = 2;
 inline constexpr std::int32_t host = 3;
@@ -22,6 +22,8 @@ inline constexpr std::int32_t pageChanged = 21;
 inline constexpr std::int32_t loss = 26;    ///< saving would lose what the artwork does not hold
 inline constexpr std::int32_t artwork = 27; ///< the SVG cannot be read
 inline constexpr std::int32_t noPage = 28;  ///< nobody said which page to replace
+inline constexpr std::int32_t otherArtwork = 29;
+inline constexpr std::int32_t artworkMissing = 30;
 inline constexpr std::int32_t layersLeftOut = 1004; ///< warning of the plug-in
 inline constexpr std::int32_t notInArtwork = 1005;  ///< warning: not kept when the page was opened
 inline constexpr std::int32_t notUnderstood = 1006; ///< warning: ignored when the SVG was read

@@ -1,0 +1,12 @@
+// Deflating data (RFC 1950 and 1951) over zlib, for streams that are written.
+#pragma once
+
+#include "filters/filter.h"
+
+namespace corvane {
+
+/// Deflates what is written into the filter below; unlinking ends the data. Reading raises `io`, no
+/// memory for zlib `memory`.
+FilterOwner setupDeflate();
+
+} // namespace corvane
