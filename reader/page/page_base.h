@@ -6,6 +6,7 @@
 
 #include "reader/document/cache.h"
 #include "reader/page/page_digest.h"
+#include "reader/page/page_matrix.h"
 #include "reader/syntax/raw_entries.h"
 
 #include <cstdint>
@@ -27,6 +28,9 @@ struct PageBase {
     bool isStanding = true;          ///< the page as it stands
     std::vector<BaseStream> streams; ///< of its content, in order
     ObjectOwner resources;           ///< its own or inherited: in which content looks up names
+    Box mediaBox;
+    Box cropBox;       ///< cut to the media box
+    PageMatrix matrix; ///< how it lay on the artboard, by those boxes
     /// Where the file states them; nothing where the page has none of its own.
     std::optional<RawEntry> contentsEntry;
     std::optional<RawEntry> resourcesEntry;
