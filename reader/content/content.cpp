@@ -2,6 +2,7 @@
 
 #include "objects/stack.h"
 #include "reader/content/content_keywords.h"
+#include "reader/content/content_trace.h"
 #include "reader/content/interpreter.h"
 #include "reader/syntax/stream_chain.h"
 #include "runtime/exception.h"
@@ -41,7 +42,9 @@ public:
     /// Runs operators until the stream ends; what one raises is passed on.
     void run() {
         for (;;) {
+            isReading_ = true;
             const TokenType type = tokens_.readToken();
+            isReading_ = false;
             interpreter_.progress.step(tokens_);
             if (type == TokenType::end) {
                 return;
@@ -58,24 +61,41 @@ public:
         }
     }
 
+    /// Goes on behind what raised.
+    void skipFault() {
+        if (level_.trace != nullptr && isReading_) {
+            level_.trace->noteDamage();
+        } else if (level_.trace != nullptr) {
+            level_.span.end = level_.streamStart + tokens_.tokenEnd();
+            level_.trace->noteFailed(interpreter_);
+        }
+        dropOperands();
+    }
+
+private:
     void dropOperands() {
         clearStack();
         level_.operands.reset();
         level_.isBegun = false;
     }
 
-private:
     void runKeyword() {
         level_.span.end = level_.streamStart + tokens_.tokenEnd();
         const ContentKeyword* const keyword = contentKeywords().find(tokens_.bytes());
         if (keyword == nullptr) {
             interpreter_.omissions.note(Omission::unknownOperator);
+            if (level_.trace != nullptr) {
+                level_.trace->note(interpreter_, OperatorRole::other);
+            }
             dropOperands();
             return;
         }
         checkStack(keyword->operands);
         keyword->handler(interpreter_);
-        if (!keyword->isOperand) {
+        if (level_.trace != nullptr) {
+            level_.trace->note(interpreter_, keyword->role);
+        }
+        if (keyword->role != OperatorRole::operand) {
             dropOperands();
         }
     }
@@ -83,6 +103,7 @@ private:
     Interpreter& interpreter_;
     ContentLevel& level_;
     TokenFilter& tokens_;
+    bool isReading_ = false; ///< what raises is a token, not an operator
 };
 
 std::int32_t startOf(const Object& stream) {
@@ -96,6 +117,9 @@ std::int32_t endOf(const Object& stream) {
 void runStream(Interpreter& interpreter, const Object& stream) {
     ContentChain chain(interpreter.cache, stream);
     interpreter.progress.beginStream(startOf(stream));
+    if (interpreter.level.trace != nullptr) {
+        interpreter.level.trace->beginStream(interpreter.level.streamStart);
+    }
     ContentLoop loop(interpreter, chain.tokens());
     // The guarded block is opened once for many operators: again only after one failed.
     for (;;) {
@@ -108,7 +132,7 @@ void runStream(Interpreter& interpreter, const Object& stream) {
         }
         resetException();
         interpreter.omissions.note(Omission::damagedOperator);
-        loop.dropOperands();
+        loop.skipFault();
         interpreter.progress.fault(chain.tokens());
     }
     interpreter.progress.finishStream(std::int64_t{endOf(stream)} - startOf(stream));

@@ -3,6 +3,7 @@
 
 #include "reader/syntax/keyword_table.h"
 
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -12,13 +13,47 @@ struct Interpreter;
 
 using ContentHandler = void (*)(Interpreter& interpreter);
 
-/// A row: the operator, the operands that must be on the stack (letters of `checkStack`), and what
-/// to call then.
+/// What an operator does, as far as content that is patched must know.
+enum class OperatorRole : std::uint8_t {
+    other,   ///< nothing that outlives it
+    operand, ///< a word that stands for an operand of the operator to come
+    construct,
+    clipWord, ///< W, W*
+    paintPath,
+    paint, ///< something else than a path
+    save,
+    restore,
+    matrix,
+    fillSpace, ///< and the fill colour with it
+    fillColour,
+    strokeSpace,
+    strokeColour,
+    lineWidth,
+    cap,
+    join,
+    miterLimit,
+    dash,
+    flatness,
+    intent,
+    external, ///< gs
+    beginText,
+    endText,
+    textState,
+    show,
+    beginImage,
+    imageData,
+    endImage,
+    beginMarked,
+    endMarked,
+};
+
+/// A row: the operator, the operands that must be on the stack (letters of `checkStack`), what to
+/// call then, and its role.
 struct ContentKeyword {
     const char* name;
     std::string_view operands;
     ContentHandler handler;
-    bool isOperand = false; ///< a word that stands for an operand of the operator to come
+    OperatorRole role = OperatorRole::other;
 };
 
 /// The rows of the profile in force.

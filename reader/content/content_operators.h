@@ -57,6 +57,7 @@ void cmykStrokeOperator(Interpreter& interpreter); ///< K
 // What is left out so far (reader/content/omitted_operators.cpp)
 void omittedTextOperator(Interpreter& interpreter); ///< operators that show text
 void passedTextOperator(Interpreter& interpreter);  ///< operators that only set text up
+void textModeOperator(Interpreter& interpreter);    ///< Tr
 void beginImageOperator(Interpreter& interpreter);  ///< BI
 void dataImageOperator(Interpreter& interpreter);   ///< ID
 void endImageOperator(Interpreter& interpreter);    ///< EI

@@ -39,6 +39,12 @@ void tellIdentity(DocumentCache& cache) {
     }
 }
 
+/// Whether the host keeps the sources of objects, for a save that patches the page.
+bool tellsSources() {
+    const auto extension = knownExtension();
+    return rules().recordsOrigin && extension && extension->version >= 3;
+}
+
 void runPage(Interpreter& interpreter, std::span<const ObjectOwner> streams) {
     std::int64_t total = 0;
     for (const ObjectOwner& stream : streams) {
@@ -47,6 +53,7 @@ void runPage(Interpreter& interpreter, std::span<const ObjectOwner> streams) {
     interpreter.progress.begin(total);
     retainObject(interpreter.cache.resources.get());
     ContentScope page(interpreter, ObjectOwner(interpreter.cache.resources.get()));
+    interpreter.level.tellsSources = tellsSources();
     runContent(interpreter, streams);
     page.leave();
     interpreter.containers.finish();

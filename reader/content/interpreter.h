@@ -21,12 +21,24 @@
 
 namespace corvane {
 
+class ContentTrace;
+
 /// Where an operator stands in its content, the decoded streams taken as one sequence of bytes:
 /// from the first byte of its first operand to behind its keyword.
 struct OperatorSpan {
     std::int64_t start = 0;
     std::int64_t end = 0;
     friend constexpr bool operator==(const OperatorSpan&, const OperatorSpan&) = default;
+};
+
+/// What the path that ended last became.
+struct EndedPath {
+    std::int64_t start = 0;   ///< of the first operator that constructed it
+    Art art = Art::null;      ///< what was painted, or left unpainted; null: nothing to see
+    Art clip = Art::null;     ///< the clip that it became
+    bool clips = false;       ///< it clips, also where no art says so
+    bool hidesFill = false;   ///< its fill is one that artwork cannot hold
+    bool hidesStroke = false; ///< in the same way
 };
 
 /// What belongs to one content: the page's, or that of a form within it.
@@ -39,6 +51,10 @@ struct ContentLevel {
     std::int64_t streamStart = 0; ///< bytes of the streams before the one being read
     bool isBegun = false;         ///< the operator to come was begun: `span.start` is known
     OperatorSpan span;            ///< the operator being read or run
+    bool tellsSources = false;    ///< the host learns which bytes made an object
+    std::int32_t painted = 0;     ///< objects so far, clips not counted
+    EndedPath ended;
+    ContentTrace* trace = nullptr; ///< where operators are noted, if anywhere; not an owner
 };
 
 struct Interpreter {

@@ -79,18 +79,35 @@ constexpr std::array settings = {
     Setting{"UCR", Omission::deviceSetting, isOtherOutput},
     Setting{"UCR2", Omission::deviceSetting, isOtherOutput},
 };
+static_assert(settings.size() <= 16);
+
+constexpr std::uint16_t settingBit(std::size_t index) {
+    return static_cast<std::uint16_t>(1U << index);
+}
+
+constexpr std::size_t softMaskIndex = 4;
+static_assert(settings[softMaskIndex].key == "SMask");
 
 } // namespace
 
+const std::uint16_t softMaskSetting = settingBit(softMaskIndex);
+
 void noteStateLosses(Interpreter& interpreter, const Object& entries) {
     std::array<bool, omissionKinds> lost{};
-    for (const Setting& setting : settings) {
+    std::uint16_t inForce = interpreter.state.settings;
+    for (std::size_t i = 0; i < settings.size(); ++i) {
+        const Setting& setting = settings[i];
         const ObjectOwner value = lookupObject(interpreter.cache, entries, setting.key);
-        if (typeObject(value.get()) != ObjectType::null &&
-            setting.counts(interpreter.cache, value.get())) {
+        if (typeObject(value.get()) == ObjectType::null) {
+            continue;
+        }
+        inForce = static_cast<std::uint16_t>(inForce & ~settingBit(i));
+        if (setting.counts(interpreter.cache, value.get())) {
+            inForce = static_cast<std::uint16_t>(inForce | settingBit(i));
             lost[static_cast<std::size_t>(setting.omission)] = true;
         }
     }
+    interpreter.state.settings = inForce;
     for (std::size_t i = 0; i < lost.size(); ++i) {
         if (lost[i]) {
             interpreter.omissions.note(static_cast<Omission>(i));

@@ -4,13 +4,19 @@
 #include "host/matrix.h"
 #include "objects/object.h"
 
+#include <cstdint>
+
 namespace corvane {
 
 struct ColourSpace;
 struct Interpreter;
 
-/// The entries of an external graphics state (`gs`) that are not used.
+/// The entries of an external graphics state (`gs`) that are not used; the state remembers which
+/// are not as a page begins.
 void noteStateLosses(Interpreter& interpreter, const Object& entries);
+
+/// The bit of a soft mask in `GraphicsState::settings`.
+extern const std::uint16_t softMaskSetting;
 
 /// A rendering intent other than the one that a page begins with.
 void noteIntentLoss(Interpreter& interpreter, const Object& intent);

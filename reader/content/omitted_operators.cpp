@@ -12,6 +12,10 @@ void omittedTextOperator(Interpreter& interpreter) {
 
 void passedTextOperator(Interpreter&) {}
 
+void textModeOperator(Interpreter& interpreter) {
+    interpreter.state.text.renderMode = popExtend() / fixedOne;
+}
+
 void beginImageOperator(Interpreter&) {}
 
 void dataImageOperator(Interpreter& interpreter) {

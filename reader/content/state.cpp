@@ -30,14 +30,18 @@ constexpr double farthest = 32768;
 } // namespace
 
 void openState(Interpreter& interpreter) {
-    interpreter.saved = SavedStates();
-    GraphicsState& state = interpreter.state = GraphicsState();
     Art layer = Art::null;
     callHost(slot::getLayerArt, Layer::null, &layer);
     if (layer == Art::null) {
         failException(Exception::host);
     }
-    interpreter.containers.open(layer);
+    openState(interpreter, layer);
+}
+
+void openState(Interpreter& interpreter, Art group) {
+    interpreter.saved = SavedStates();
+    GraphicsState& state = interpreter.state = GraphicsState();
+    interpreter.containers.open(group);
     callHost(slot::setIdentityMatrix, &state.ctm);
     callHost(slot::getDefaultStyle, &state.style);
     const PathStyle initial;

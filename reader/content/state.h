@@ -58,6 +58,8 @@ struct GraphicsState {
     Paint stroke;
     FillRule clipRule = FillRule::nonzero;
     TextState text;
+    /// Those of `gs` that are not as a page begins (reader/content/losses.h): a bit for each.
+    std::uint16_t settings = 0;
     friend bool operator==(const GraphicsState&, const GraphicsState&) = default;
 };
 
@@ -76,6 +78,8 @@ struct SavedStates {
 
 /// A fresh state, in the host's layer for imported art. Raises `host`.
 void openState(Interpreter& interpreter);
+/// A fresh state; new art goes into that group.
+void openState(Interpreter& interpreter, Art group);
 
 /// `q`: keeps a copy of the state.
 void saveState(Interpreter& interpreter);

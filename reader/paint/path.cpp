@@ -84,6 +84,9 @@ void beginPath(Interpreter& interpreter) {
     }
     path.compound = interpreter.containers.make(ArtKind::compound);
     path.object = Art::null;
+    path.firstByte = interpreter.level.span.start;
+    path.hidesFill = false;
+    path.hidesStroke = false;
     PathStyle& style = interpreter.state.style;
     style.fillPaint = 0;
     style.strokePaint = 0;
@@ -136,8 +139,9 @@ void endPath(Interpreter& interpreter) {
 }
 
 void fillPath(Interpreter& interpreter) {
-    openPath(interpreter);
+    PathConstruction& path = openPath(interpreter);
     GraphicsState& state = interpreter.state;
+    path.hidesFill = state.fill.hidden;
     state.style.fillPaint = state.fill.hidden ? 0 : 1;
     state.style.rule = FillRule::nonzero;
 }
@@ -153,7 +157,8 @@ void eofillPath(Interpreter& interpreter) {
 }
 
 void strokePath(Interpreter& interpreter) {
-    openPath(interpreter);
+    PathConstruction& path = openPath(interpreter);
+    path.hidesStroke = interpreter.state.stroke.hidden;
     interpreter.state.style.strokePaint = interpreter.state.stroke.hidden ? 0 : 1;
 }
 

@@ -20,6 +20,9 @@ struct PathConstruction {
     std::vector<Segment> segments; ///< of the open subpath; the host gets them when it ends
     ZoneCharge charge;             ///< of `segments`
     RealPoint start;               ///< user space; where the next subpath begins without an `m`
+    std::int64_t firstByte = 0;    ///< of the operator that began the path
+    bool hidesFill = false;        ///< it is filled, with what artwork cannot hold
+    bool hidesStroke = false;      ///< in the same way
 };
 
 /// Disposes of the art of a path that was never painted.

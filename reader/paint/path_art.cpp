@@ -66,10 +66,20 @@ Art unwrapCompound(Art compound) {
     return child;
 }
 
-void clipWith(Interpreter& interpreter, Art path) {
+/// Tells the host which bytes made the path.
+void tellSource(ContentLevel& level, Art path, bool isPainted) {
+    if (level.tellsSources) {
+        const ArtSource source{level.ended.start, level.span.end, level.painted};
+        callHost(slot::setArtSource, path, &source);
+    }
+    level.painted += isPainted ? 1 : 0;
+}
+
+/// Makes the path the clip of a new group; what is left of it to be seen: a copy, or null.
+Art clipWith(Interpreter& interpreter, Art path) {
     const GraphicsState& state = interpreter.state;
+    Art copy = Art::null;
     if (state.style.fillPaint != 0 || state.style.strokePaint != 0) {
-        Art copy = Art::null;
         callHost(slot::duplicateArt, path, Placement::behind, path, &copy);
         if (copy == Art::null) {
             failException(Exception::host);
@@ -80,6 +90,7 @@ void clipWith(Interpreter& interpreter, Art path) {
     callHost(slot::reorderArt, path, Placement::inside, group);
     callHost(slot::setGroupClipped, group, std::uint8_t{1});
     stylePath(state, path, true);
+    return copy;
 }
 
 } // namespace
@@ -89,17 +100,29 @@ void stylePath(const GraphicsState& state, Art art, bool clip) {
 }
 
 void finishArt(Interpreter& interpreter) {
-    interpreter.level.path.object = Art::null;
-    const Art path = unwrapCompound(std::exchange(interpreter.level.path.compound, Art::null));
+    ContentLevel& level = interpreter.level;
+    const GraphicsState& state = interpreter.state;
+    level.path.object = Art::null;
+    const Art path = unwrapCompound(std::exchange(level.path.compound, Art::null));
+    const bool clips = state.style.clip != 0;
+    level.ended = {.start = level.path.firstByte,
+                   .clips = clips,
+                   .hidesFill = level.path.hidesFill,
+                   .hidesStroke = level.path.hidesStroke};
     if (path == Art::null) {
         return;
     }
-    stylePath(interpreter.state, path, false);
-    if (interpreter.state.style.strokePaint != 0 && interpreter.state.lineWidth != 0) {
-        noteStrokeLoss(interpreter, interpreter.state.exactCtm);
+    const bool isPainted = !clips || state.style.fillPaint != 0 || state.style.strokePaint != 0;
+    stylePath(state, path, false);
+    tellSource(level, path, isPainted);
+    if (state.style.strokePaint != 0 && state.lineWidth != 0) {
+        noteStrokeLoss(interpreter, state.exactCtm);
     }
-    if (interpreter.state.style.clip != 0) {
-        clipWith(interpreter, path);
+    if (clips) {
+        level.ended.art = clipWith(interpreter, path);
+        level.ended.clip = path;
+    } else {
+        level.ended.art = path;
     }
 }
 

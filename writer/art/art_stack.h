@@ -6,7 +6,7 @@
 #pragma once
 
 #include "host/artwork.h"
-#include "writer/art/charged_list.h"
+#include "runtime/charged_list.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -4,7 +4,7 @@
 #include "runtime/callbacks.h"
 #include "runtime/rules.h"
 #include "writer/art/art_stack.h"
-#include "writer/art/charged_list.h"
+#include "runtime/charged_list.h"
 #include "writer/art/drawn_works.h"
 #include "writer/art/segment_works.h"
 #include "writer/art/style_works.h"

@@ -32,6 +32,8 @@ public:
     bool empty() const { return items_.empty(); }
     std::size_t size() const { return items_.size(); }
     std::span<const T> items() const { return items_; }
+    T& operator[](std::size_t index) { return items_[index]; }
+    const T& operator[](std::size_t index) const { return items_[index]; }
 
 private:
     static constexpr std::size_t firstRoom = 16;

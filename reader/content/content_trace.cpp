@@ -1,0 +1,185 @@
+#include "reader/content/content_trace.h"
+
+#include "objects/stack.h"
+#include "reader/content/interpreter.h"
+
+namespace corvane {
+
+namespace {
+
+/// Text render modes from here on add the text to the clip (PDF Reference, 5.2.5).
+constexpr std::int32_t firstClippingMode = 4;
+
+bool setsState(OperatorRole role) {
+    return role >= OperatorRole::fillSpace && role <= OperatorRole::external;
+}
+
+/// Positions stay below the budget of a page, which 32 bits hold.
+std::uint32_t positionOf(std::int64_t bytes) {
+    return static_cast<std::uint32_t>(bytes);
+}
+
+bool isOptionalContent(OperatorRole role) {
+    return role == OperatorRole::beginMarked && countStack() >= 2 &&
+           typeObject(indexStack(1)) == ObjectType::literal && literalObject(indexStack(1)) == "OC";
+}
+
+} // namespace
+
+ContentTrace::ContentTrace() {
+    clips_.push({});
+    marks_.push({});
+    setters_.push({});
+}
+
+void ContentTrace::begin(const Interpreter& interpreter) {
+    setMatrix(interpreter);
+    atStart_ = behind_;
+}
+
+void ContentTrace::beginStream(std::int64_t start) {
+    streamStarts_.push_back(positionOf(start));
+    damaged_.push_back(false);
+}
+
+void ContentTrace::setMatrix(const Interpreter& interpreter) {
+    behind_.matrix = static_cast<TraceIndex>(matrices_.size());
+    matrices_.push(interpreter.state.exactCtm);
+}
+
+void ContentTrace::addClip(Art art) {
+    const auto link = static_cast<TraceIndex>(clips_.size());
+    clips_.push({.outer = behind_.clip, .event = next(), .art = art});
+    behind_.clip = link;
+}
+
+/// Something was painted within the clips in force.
+void ContentTrace::markClips(bool ClipLink::*mark) {
+    for (TraceIndex link = behind_.clip; link != 0 && !(clips_[link].*mark);
+         link = clips_[link].outer) {
+        clips_[link].*mark = true;
+    }
+}
+
+void ContentTrace::applyPath(const Interpreter& interpreter, TraceEvent& event) {
+    const ContentLevel& level = interpreter.level;
+    event.word = event.start;
+    event.start = positionOf(level.ended.start);
+    event.art = level.ended.art;
+    event.clip = level.ended.clip;
+    event.hidesFill = level.ended.hidesFill;
+    event.hidesStroke = level.ended.hidesStroke;
+    if (event.art != Art::null) {
+        painted_.push(next());
+        markClips(&ClipLink::holds);
+    } else if (event.hidesFill || event.hidesStroke) {
+        hide();
+    }
+    if (level.ended.clips) {
+        addClip(event.clip);
+    }
+}
+
+void ContentTrace::apply(const Interpreter& interpreter, TraceEvent& event) {
+    switch (event.role) {
+    case OperatorRole::paintPath:
+        return applyPath(interpreter, event);
+    case OperatorRole::save:
+        if (saved_.size() == saved_.capacity()) {
+            const std::size_t room = 2 * saved_.size() + 16;
+            savedCharge_.resize(static_cast<std::int64_t>(room * sizeof(Surroundings)));
+            saved_.reserve(room);
+        }
+        saved_.push_back(behind_);
+        return;
+    case OperatorRole::restore:
+        event.isFailed = saved_.empty();
+        if (!event.isFailed) {
+            const Surroundings& former = saved_.back();
+            behind_.matrix = former.matrix;
+            behind_.clip = former.clip;
+            behind_.setter = former.setter;
+            behind_.settings = former.settings;
+            saved_.pop_back();
+        }
+        return;
+    case OperatorRole::matrix:
+        return setMatrix(interpreter);
+    case OperatorRole::show:
+        textClips_ = textClips_ || interpreter.state.text.renderMode >= firstClippingMode;
+        return hide();
+    case OperatorRole::paint:
+        return hide();
+    case OperatorRole::endImage:
+        event.start = isInImage_ ? imageStart_ : event.start;
+        isInImage_ = false;
+        return hide();
+    case OperatorRole::beginText:
+        behind_.isInText = true;
+        textClips_ = false;
+        return;
+    case OperatorRole::endText:
+        behind_.isInText = false;
+        event.clipsText = textClips_;
+        if (textClips_) {
+            addClip(Art::null);
+        }
+        textClips_ = false;
+        return;
+    case OperatorRole::beginMarked: {
+        const auto link = static_cast<TraceIndex>(marks_.size());
+        marks_.push({behind_.mark, next(), isOptionalContent(event.role)});
+        behind_.mark = link;
+        return;
+    }
+    case OperatorRole::endMarked:
+        event.isFailed = behind_.mark == 0;
+        behind_.mark = marks_.items()[behind_.mark].outer;
+        return;
+    default:
+        break;
+    }
+    if (setsState(event.role)) {
+        const auto link = static_cast<TraceIndex>(setters_.size());
+        setters_.push({behind_.setter, next(), behind_.matrix});
+        behind_.setter = link;
+        behind_.settings = interpreter.state.settings;
+    }
+}
+
+void ContentTrace::note(const Interpreter& interpreter, OperatorRole role) {
+    const OperatorSpan& span = interpreter.level.span;
+    switch (role) {
+    case OperatorRole::operand:
+    case OperatorRole::construct:
+    case OperatorRole::imageData:
+        return;
+    case OperatorRole::beginImage:
+        imageStart_ = positionOf(span.start);
+        isInImage_ = true;
+        return;
+    default:
+        break;
+    }
+    TraceEvent event{.start = positionOf(span.start), .end = positionOf(span.end), .role = role};
+    apply(interpreter, event);
+    behind_.isInPath = interpreter.level.path.compound != Art::null;
+    event.behind = behind_;
+    events_.push(event);
+}
+
+void ContentTrace::noteFailed(const Interpreter& interpreter) {
+    const OperatorSpan& span = interpreter.level.span;
+    behind_.isInPath = interpreter.level.path.compound != Art::null;
+    TraceEvent event{.start = positionOf(span.start), .end = positionOf(span.end)};
+    event.isFailed = true;
+    event.behind = behind_;
+    events_.push(event);
+}
+
+void ContentTrace::end(const Interpreter& interpreter) {
+    streamStarts_.push_back(positionOf(interpreter.level.streamStart));
+    behind_.isInPath = interpreter.level.path.compound != Art::null;
+}
+
+} // namespace corvane

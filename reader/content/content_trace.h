@@ -1,0 +1,138 @@
+// What the operators of a page's content did and where they stand, for a save that patches it.
+//
+// A trace is written while the content is read again. It has an event for each operator but those
+// that construct paths: a path is one event, where it is painted. Every event says what is in force
+// behind it. Clips, marked content and settings are chains: each link knows the one it was added
+// to, so what was in force anywhere is one number, and `Q` goes back to a former one.
+#pragma once
+
+#include "host/artwork.h"
+#include "host/matrix.h"
+#include "reader/content/content_keywords.h"
+#include "runtime/charged_list.h"
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace corvane {
+
+struct Interpreter;
+
+/// A number of an event, or of a link in a chain. Links count from 1; 0 is the end of the chain.
+using TraceIndex = std::uint32_t;
+
+/// What is in force at a place of the content.
+struct Surroundings {
+    TraceIndex matrix = 0;      ///< in `ContentTrace::matrices`: the CTM, to the artboard
+    TraceIndex clip = 0;        ///< the innermost clip
+    TraceIndex mark = 0;        ///< the innermost marked content
+    TraceIndex setter = 0;      ///< the latest operator that set a part of the state
+    std::uint16_t settings = 0; ///< as `GraphicsState::settings`
+    bool isInText = false;
+    bool isInPath = false; ///< a path is under construction
+};
+
+/// One operator, or a path with all operators that made it. Bytes are counted as in `OperatorSpan`.
+struct TraceEvent {
+    std::uint32_t start = 0;
+    std::uint32_t end = 0;
+    std::uint32_t word = 0; ///< of a path: where the operator that ends it begins
+    OperatorRole role = OperatorRole::other;
+    bool isFailed : 1 = false;    ///< it did nothing; a `Q` without a `q` too
+    bool hidesFill : 1 = false;   ///< of a path: filled with what its art does not show
+    bool hidesStroke : 1 = false; ///< in the same way
+    bool clipsText : 1 = false;   ///< of ET: shown text clips from here on
+    Art art = Art::null;          ///< of a path: what was painted
+    Art clip = Art::null;         ///< of a path: what clips from here on
+    Surroundings behind;
+};
+
+/// A link of the clips in force.
+struct ClipLink {
+    TraceIndex outer = 0;
+    TraceIndex event = 0;
+    Art art = Art::null; ///< null: a clip that no art shows, such as text
+    bool hides = false;  ///< something that no art shows is painted in it
+    bool holds = false;  ///< something that art shows is painted in it, so its own art lives
+};
+
+/// A link of the marked content that is open.
+struct MarkLink {
+    TraceIndex outer = 0;
+    TraceIndex event = 0;
+    bool isOptional = false; ///< content of a layer of the file, which may be hidden
+};
+
+/// A link of the operators that set the state.
+struct SetterLink {
+    TraceIndex former = 0;
+    TraceIndex event = 0;
+    TraceIndex matrix = 0; ///< the CTM when it ran
+};
+
+class ContentTrace {
+public:
+    ContentTrace();
+
+    // While content is read:
+
+    void begin(const Interpreter& interpreter);
+    void beginStream(std::int64_t start);
+    /// The operator of the interpreter's level was run.
+    void note(const Interpreter& interpreter, OperatorRole role);
+    void noteFailed(const Interpreter& interpreter);
+    /// A token could not be read, so the bytes of the stream may be others than other readers see.
+    void noteDamage() { damaged_.back() = true; }
+    /// All streams were read; nothing was closed yet.
+    void end(const Interpreter& interpreter);
+
+    // What was read:
+
+    std::span<const TraceEvent> events() const { return events_.items(); }
+    /// Events of the paths that art shows, clips not counted, in the order of painting.
+    std::span<const TraceIndex> painted() const { return painted_.items(); }
+    const ClipLink& clip(TraceIndex link) const { return clips_.items()[link]; }
+    const MarkLink& mark(TraceIndex link) const { return marks_.items()[link]; }
+    const SetterLink& setter(TraceIndex link) const { return setters_.items()[link]; }
+    const RealMatrix& matrix(TraceIndex index) const { return matrices_.items()[index]; }
+    std::size_t clipCount() const { return clips_.size(); }
+
+    /// First bytes of the streams, and of what would come behind the last.
+    std::span<const std::uint32_t> streamStarts() const { return streamStarts_; }
+    bool isDamaged(std::size_t stream) const { return damaged_[stream]; }
+    const Surroundings& atStart() const { return atStart_; }
+    const Surroundings& atEnd() const { return behind_; }
+    /// What would be in force at the end if every `q` had its `Q`.
+    const Surroundings& atEndOfPage() const { return saved_.empty() ? behind_ : saved_.front(); }
+    /// `q` without their `Q`.
+    std::size_t openSaves() const { return saved_.size(); }
+    bool endsInImage() const { return isInImage_; }
+
+private:
+    void apply(const Interpreter& interpreter, TraceEvent& event);
+    void applyPath(const Interpreter& interpreter, TraceEvent& event);
+    void addClip(Art art);
+    void markClips(bool ClipLink::*mark);
+    void hide() { markClips(&ClipLink::hides); }
+    void setMatrix(const Interpreter& interpreter);
+    TraceIndex next() const { return static_cast<TraceIndex>(events_.size()); }
+
+    ChargedList<TraceEvent> events_;
+    ChargedList<TraceIndex> painted_;
+    ChargedList<ClipLink> clips_;
+    ChargedList<MarkLink> marks_;
+    ChargedList<SetterLink> setters_;
+    ChargedList<RealMatrix> matrices_;
+    std::vector<std::uint32_t> streamStarts_;
+    std::vector<bool> damaged_;
+    std::vector<Surroundings> saved_;
+    ZoneCharge savedCharge_;
+    Surroundings atStart_;
+    Surroundings behind_;
+    std::uint32_t imageStart_ = 0;
+    bool isInImage_ = false;
+    bool textClips_ = false; ///< text shown since BT adds to the clip
+};
+
+} // namespace corvane
