@@ -45,7 +45,7 @@ struct TraceEvent {
     bool clipsText : 1 = false;   ///< of ET: shown text clips from here on
     Art art = Art::null;          ///< of a path: what was painted
     Art clip = Art::null;         ///< of a path: what clips from here on
-    Surroundings behind;
+    Surroundings behind = {};
 };
 
 /// A link of the clips in force.
