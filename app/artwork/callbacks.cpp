@@ -33,6 +33,8 @@ void fillTable(std::span<HostProcedure> table) {
     fillSlot(table, slot::setGroupClipped, answer::setGroupClipped);
     fillSlot(table, slot::setArtSource, answer::setArtSource);
     fillSlot(table, slot::getArtSource, answer::getArtSource);
+    fillSlot(table, slot::newArtwork, answer::newArtwork);
+    fillSlot(table, slot::disposeArtwork, answer::disposeArtwork);
 
     fillSlot(table, slot::getPathClosed, answer::getPathClosed);
     fillSlot(table, slot::setPathClosed, answer::setPathClosed);

@@ -8,7 +8,7 @@ namespace corvane {
 
 Document::Document(std::int64_t limit)
     : budget_(limit), tree_(budget_), segments_(budget_), styles_(budget_), sources_(budget_),
-      tiles_(budget_), paint_(budget_), layers_(budget_) {
+      artworks_(budget_), paint_(budget_), layers_(budget_) {
     addLayer({});
 }
 
@@ -54,6 +54,37 @@ Art Document::makeLayerArt() {
     const NodeIndex group = tree_.allocate(ArtKind::group);
     tree_[group].depth = 1;
     return tree_.handle(group);
+}
+
+// Artworks
+
+Art Document::makeArtwork() {
+    const NodeIndex group = tree_.allocate(ArtKind::group);
+    tree_[group].depth = 1;
+    try {
+        artworks_.set(group, PaintSource::null);
+    } catch (...) {
+        tree_.free(group);
+        throw;
+    }
+    return tree_.handle(group);
+}
+
+void Document::disposeArtwork(Art artwork) {
+    const NodeIndex node = findArtwork(artwork);
+    if (firstPatternOf(node) != PaintSource::null) {
+        throw ArtworkError("the artwork is the tile of a pattern");
+    }
+    freeTree(node);
+    reclaimSegments();
+}
+
+NodeIndex Document::findArtwork(Art artwork) const {
+    const NodeIndex node = tree_.find(artwork, ArtKind::group);
+    if (artworks_.find(node) == nullptr) {
+        throw ArtworkError("the group is no artwork of its own");
+    }
+    return node;
 }
 
 // Reading the tree

@@ -48,12 +48,12 @@ public:
 
     // The tree.
     ArtKind kind(Art) const;
-    Art parent(Art) const;          ///< null for a layer's own group
+    Art parent(Art) const;          ///< null for a layer's own group and for an artwork
     Art firstChild(Art) const;      ///< of a group or compound path: the frontmost, or null
     Art lastChild(Art) const;       ///< of a group or compound path: the backmost, or null
     Art nextSibling(Art) const;     ///< the one behind, or null
     Art previousSibling(Art) const; ///< the one in front, or null
-    Art top(Art) const;             ///< the layer's own group or the tile that it is in
+    Art top(Art) const;             ///< the layer's own group, or the artwork, that it is in
     bool clipped(Art group) const;  ///< its first child clips the others
     void setClipped(Art group, bool clipped);
 
@@ -86,8 +86,8 @@ public:
     // Paint. Records stay for the document's life, where they are; equal ones are one. A style may
     // only use sources that are here, of its colour's kind.
     PaintSource addGradient(Gradient);
-    /// The tile is of `makeTile`. Patterns in it must have been added before this one, now and
-    /// later, so that none uses itself.
+    /// The tile is an artwork of its own. Patterns in it must have been added before this one, now
+    /// and later, so that none uses itself.
     PaintSource addPattern(Pattern);
     PaintSource addSpotColour(SpotColour);
     const Gradient& gradient(PaintSource) const;
@@ -96,10 +96,12 @@ public:
     ColourKind paintKind(PaintSource) const; ///< gradient, pattern or custom
     Note addNote(std::string);               ///< UTF-8
     const std::string& note(Note) const;
-    /// A new group that is in no layer.
-    Art makeTile();
-    /// Disposes of a tile that no pattern uses, with all that it holds.
-    void disposeTile(Art);
+
+    // Artworks of their own: groups in no layer. Tiles of patterns are some, and art that is not
+    // meant to be seen.
+    Art makeArtwork();
+    /// With all that it holds. Throws where a pattern uses it.
+    void disposeArtwork(Art);
 
     // The page.
     const Page& page() const { return page_; }
@@ -119,7 +121,7 @@ private:
     Art makeLayerArt();
     NodeIndex findContainer(Art) const;
     NodeIndex findMovable(Art) const;
-    NodeIndex findTile(Art) const;
+    NodeIndex findArtwork(Art) const;
     NodeIndex topOf(NodeIndex) const;
     void checkStyle(NodeIndex path, const PathStyle&) const;
     void checkColour(NodeIndex path, const Colour&) const;
@@ -136,8 +138,8 @@ private:
     SegmentPool segments_;
     StyleTable styles_;
     SideTable<ArtSource> sources_;
-    /// Groups that are tiles, which are in no layer: the first pattern of each, or null.
-    SideTable<PaintSource> tiles_;
+    /// Of each artwork: the first pattern that it is the tile of, or null.
+    SideTable<PaintSource> artworks_;
     PaintTables paint_;
     Layers layers_;
     Page page_;

@@ -12,10 +12,10 @@ PaintSource Document::addGradient(Gradient gradient) {
 }
 
 PaintSource Document::addPattern(Pattern pattern) {
-    const NodeIndex tile = findTile(pattern.tile);
+    const NodeIndex tile = findArtwork(pattern.tile);
     const PaintSource source = paint_.add(pattern);
     if (firstPatternOf(tile) == PaintSource::null) {
-        tiles_.set(tile, source);
+        artworks_.set(tile, source);
     }
     return source;
 }
@@ -48,38 +48,9 @@ const std::string& Document::note(Note note) const {
     return paint_.note(note);
 }
 
-Art Document::makeTile() {
-    const NodeIndex group = tree_.allocate(ArtKind::group);
-    tree_[group].depth = 1;
-    try {
-        tiles_.set(group, PaintSource::null);
-    } catch (...) {
-        tree_.free(group);
-        throw;
-    }
-    return tree_.handle(group);
-}
-
-void Document::disposeTile(Art tile) {
-    const NodeIndex node = findTile(tile);
-    if (firstPatternOf(node) != PaintSource::null) {
-        throw ArtworkError("the tile belongs to a pattern");
-    }
-    freeTree(node);
-    reclaimSegments();
-}
-
-NodeIndex Document::findTile(Art tile) const {
-    const NodeIndex node = tree_.find(tile, ArtKind::group);
-    if (tiles_.find(node) == nullptr) {
-        throw ArtworkError("the group is not made for a pattern");
-    }
-    return node;
-}
-
 /// Of a tile that a pattern uses; null for all else.
 PaintSource Document::firstPatternOf(NodeIndex top) const {
-    const PaintSource* const pattern = tiles_.find(top);
+    const PaintSource* const pattern = artworks_.find(top);
     return pattern == nullptr ? PaintSource::null : *pattern;
 }
 

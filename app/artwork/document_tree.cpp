@@ -57,7 +57,7 @@ Art Document::duplicate(Art art, Placement placement, Art reference) {
 NodeIndex Document::findMovable(Art art) const {
     const NodeIndex node = tree_.find(art);
     if (tree_[node].parent == 0) {
-        throw ArtworkError("a layer's own group, or a pattern's tile, stays where it is");
+        throw ArtworkError("a layer's own group, or one in no layer, stays where it is");
     }
     return node;
 }
@@ -93,7 +93,7 @@ void Document::copyBelow(NodeIndex from, NodeIndex to) {
 void Document::freeNode(NodeIndex node) {
     segments_.release(tree_[node].segments);
     sources_.erase(node);
-    tiles_.erase(node);
+    artworks_.erase(node);
     tree_.free(node);
 }
 

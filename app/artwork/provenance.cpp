@@ -43,6 +43,19 @@ static_assert(!kinds.back().name.empty());
 
 } // namespace
 
+/// FNV-1a over the digest's bytes, the lowest first, and the file's name.
+std::uint64_t artworkName(std::uint64_t pageDigest, std::string_view output) {
+    std::uint64_t name = 0xCBF29CE484222325;
+    const auto add = [&](std::uint64_t byte) { name = (name ^ byte) * 0x100000001B3; };
+    for (int bit = 0; bit < 64; bit += 8) {
+        add(pageDigest >> bit & 0xFF);
+    }
+    for (const char character : output) {
+        add(static_cast<unsigned char>(character));
+    }
+    return name;
+}
+
 std::string_view omissionName(Omission kind) {
     const auto index = static_cast<std::size_t>(kind);
     return index < kinds.size() ? kinds[index].name : omissionName(Omission::other);

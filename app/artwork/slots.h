@@ -34,6 +34,8 @@ HostError getGroupClipped(Art, std::uint8_t* clipped);
 HostError setGroupClipped(Art, std::uint8_t clipped);
 HostError setArtSource(Art, const ArtSource*);
 HostError getArtSource(Art, ArtSource*);
+HostError newArtwork(Art* made);
+HostError disposeArtwork(Art);
 
 // Paths
 HostError getPathClosed(Art, std::uint8_t* closed, std::int32_t flags);

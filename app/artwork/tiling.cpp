@@ -120,18 +120,18 @@ struct CellRange {
 class PlacedTile {
 public:
     PlacedTile(Tiling& tiling, Document& document, const RealMatrix& placement)
-        : tiling_(tiling), document_(document), top_(document.makeTile()) {
+        : tiling_(tiling), document_(document), top_(document.makeArtwork()) {
         try {
             tiling_.placed_.push_back({top_, placement});
         } catch (...) {
-            document_.disposeTile(top_);
+            document_.disposeArtwork(top_);
             throw;
         }
     }
     ~PlacedTile() {
         tiling_.placed_.pop_back();
         try {
-            document_.disposeTile(top_);
+            document_.disposeArtwork(top_);
         } catch (...) {
             // Whoever it was shown to made a pattern of it, to which it belongs now.
         }

@@ -84,7 +84,7 @@ NodeIndex Tree::parentAt(ArtKind kind, Placement placement, NodeIndex reference)
         throw ArtworkError("there is no such placement");
     }
     if (parent == 0) {
-        throw ArtworkError("nothing goes beside a layer's own group or a tile");
+        throw ArtworkError("nothing goes beside a layer's own group, or beside one in no layer");
     }
     if (!canHold(nodes_[parent].kind, kind)) {
         throw ArtworkError("the art does not go into art of that kind");

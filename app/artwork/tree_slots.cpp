@@ -93,4 +93,16 @@ HostError getArtSource(Art art, ArtSource* source) {
     });
 }
 
+HostError newArtwork(Art* made) {
+    return guardedSlot([&](CallbackScope& scope) {
+        Art& result = target(made);
+        result = Art::null;
+        result = scope.document().makeArtwork();
+    });
+}
+
+HostError disposeArtwork(Art artwork) {
+    return guardedSlot([&](CallbackScope& scope) { scope.document().disposeArtwork(artwork); });
+}
+
 } // namespace corvane::answer

@@ -84,7 +84,7 @@ TEST_F(PaintTest, manyRecordsAreFoundAgainAndStayWhereTheyAre) {
 
 TEST_F(PaintTest, handlesOfNothingAndOfOtherKindsAreRefused) {
     Document& document = host.document;
-    const Art tile = document.makeTile();
+    const Art tile = document.makeArtwork();
     const std::array sources{document.addGradient(gradientTo(1)),
                              document.addPattern(pattern(tile)),
                              document.addSpotColour({"Red", {}})};
@@ -138,7 +138,7 @@ TEST_F(PaintTest, valuesWithoutMeaningAreRefused) {
         EXPECT_THROW(host.document.addGradient(gradient), ArtworkError);
     }
     EXPECT_EQ(host.document.budget().used(), used);
-    const Art tile = host.document.makeTile();
+    const Art tile = host.document.makeArtwork();
     const std::function<void(Pattern&)> wrongPatterns[] = {
         [](Pattern& p) { p.right = p.left; },     [](Pattern& p) { p.top = -1; },
         [](Pattern& p) { p.stepX = 0; },          [](Pattern& p) { p.stepY = -4; },
@@ -175,9 +175,9 @@ TEST_F(PaintTest, recordsAreChargedAndRefusedPastTheLimit) {
 /// Tiles are in no layer, stay, and lead round to no pattern that they belong to.
 TEST_F(PaintTest, noPatternUsesItself) {
     Document& document = host.document;
-    const Art inner = document.makeTile();
+    const Art inner = document.makeArtwork();
     const PaintSource first = document.addPattern(pattern(inner));
-    const Art outer = document.makeTile();
+    const Art outer = document.makeArtwork();
     const Art user = path(outer);
     EXPECT_TRUE(takes(user, ColourKind::pattern, first));
     const PaintSource second = document.addPattern(pattern(outer));
@@ -205,26 +205,59 @@ TEST_F(PaintTest, noPatternUsesItself) {
     EXPECT_FALSE(takes(path(inner), ColourKind::pattern, third));
 }
 
-TEST_F(PaintTest, tilesStandAlone) {
+TEST_F(PaintTest, artworksStandAlone) {
     Document& document = host.document;
-    const Art tile = document.makeTile();
-    EXPECT_EQ(document.parent(tile), Art::null);
+    Art artwork{};
+    ASSERT_EQ(host(slot::newArtwork, &artwork), HostError::none);
+    EXPECT_EQ(document.parent(artwork), Art::null);
     EXPECT_EQ(document.firstChild(layerArt()), Art::null);
-    path(tile);
-    EXPECT_EQ(host(slot::disposeArt, tile), HostError::failed);
-    EXPECT_EQ(host(slot::reorderArt, tile, Placement::inside, layerArt()), HostError::failed);
+    path(artwork);
+    EXPECT_EQ(host(slot::disposeArt, artwork), HostError::failed);
+    EXPECT_EQ(host(slot::reorderArt, artwork, Placement::inside, layerArt()), HostError::failed);
     Art made{};
-    EXPECT_EQ(host(slot::newArt, ArtKind::path, Placement::behind, tile, &made), HostError::failed);
-    EXPECT_THROW(document.disposeTile(layerArt()), ArtworkError);
+    EXPECT_EQ(host(slot::newArt, ArtKind::path, Placement::behind, artwork, &made),
+              HostError::failed);
     Art copy{};
-    ASSERT_EQ(host(slot::duplicateArt, tile, Placement::inside, layerArt(), &copy),
+    ASSERT_EQ(host(slot::duplicateArt, artwork, Placement::inside, layerArt(), &copy),
               HostError::none);
-    EXPECT_THROW(document.disposeTile(copy), ArtworkError);
-    document.disposeTile(tile);
-    EXPECT_THROW(document.kind(tile), ArtworkError);
-    const Art used = document.makeTile();
+    for (const Art none : {Art::null, layerArt(), copy}) {
+        EXPECT_EQ(host(slot::disposeArtwork, none), HostError::failed);
+    }
+    ASSERT_EQ(host(slot::disposeArtwork, artwork), HostError::none);
+    EXPECT_THROW(document.kind(artwork), ArtworkError);
+    EXPECT_EQ(host(slot::newArtwork, nullptr), HostError::failed);
+
+    const Art used = document.makeArtwork();
     document.addPattern(pattern(used));
-    EXPECT_THROW(document.disposeTile(used), ArtworkError);
+    EXPECT_EQ(host(slot::disposeArtwork, used), HostError::failed);
+    EXPECT_EQ(document.kind(used), ArtKind::group);
+}
+
+/// A page is read into one again and again: with all kinds of paint, art that comes from a layer,
+/// and art that goes there.
+TEST_F(PaintTest, artworksHoldWhatLayersHold) {
+    Document& document = host.document;
+    const PaintSource patterned = document.addPattern(pattern(document.makeArtwork()));
+    const Art seen = path(layerArt());
+    std::int64_t before = 0;
+    for (int round = 0; round < 300; ++round) {
+        Art artwork{};
+        ASSERT_EQ(host(slot::newArtwork, &artwork), HostError::none);
+        const Art group = host.make(ArtKind::group, Placement::inside, artwork);
+        ASSERT_EQ(host(slot::setGroupClipped, group, std::uint8_t{1}), HostError::none);
+        const Art first = path(group);
+        ASSERT_EQ(host(slot::setPathSegmentCount, first, 5), HostError::none);
+        ASSERT_TRUE(takes(first, ColourKind::pattern, patterned));
+        Art copy{};
+        ASSERT_EQ(host(slot::duplicateArt, first, Placement::behind, seen, &copy), HostError::none);
+        ASSERT_EQ(host(slot::reorderArt, copy, Placement::inFront, first), HostError::none);
+        EXPECT_EQ(document.top(copy), artwork);
+        ASSERT_EQ(host(slot::disposeArtwork, artwork), HostError::none);
+        EXPECT_THROW(document.kind(copy), ArtworkError);
+        before = round == 0 ? document.budget().used() : before;
+    }
+    EXPECT_EQ(document.firstChild(layerArt()), seen);
+    EXPECT_LT(document.budget().used() - before, 4096) << "what was disposed of is free again";
 }
 
 TEST_F(PaintTest, slotsTellCustomColoursAndNotes) {

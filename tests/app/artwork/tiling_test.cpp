@@ -55,7 +55,7 @@ struct TilingTest : testing::Test {
     /// A cell of 10 by 5 with its corner at 0,0 that holds a box of 4 by 3 in its corner.
     Pattern pattern() {
         Pattern made;
-        made.tile = document.makeTile();
+        made.tile = document.makeArtwork();
         box(made.tile, 0, 0, 4, 3);
         made.right = made.stepX = 10;
         made.top = made.stepY = 5;
@@ -209,7 +209,7 @@ TEST_F(TilingTest, paintInsideATileMovesWithIt) {
     const Pattern inner = pattern();
     const PaintSource small = document.addPattern(inner);
     Pattern outer;
-    outer.tile = document.makeTile();
+    outer.tile = document.makeArtwork();
     paint(box(outer.tile, 0, 0, 4, 3), ColourKind::gradient, document.addGradient(gradient));
     outer.right = outer.stepX = 10;
     outer.top = outer.stepY = 5;

@@ -67,12 +67,12 @@ TEST(WriteSvgPaint, gradientsStandOnceInFrontOfTheirFirstUse) {
 TEST(WriteSvgPaint, patternsHoldTheirTileAndFollowWhatItNeeds) {
     ArtBuilder art;
     Pattern inner;
-    inner.tile = art.document.makeTile();
+    inner.tile = art.document.makeArtwork();
     inner.right = inner.top = 4;
     inner.stepX = inner.stepY = 4;
     const PaintSource dots = art.document.addPattern(inner);
     Pattern outer;
-    outer.tile = art.document.makeTile();
+    outer.tile = art.document.makeArtwork();
     art.document.setClipped(outer.tile, true);
     art.path(outer.tile, box(0, 0, 8, 8), filledWith(ColourKind::pattern, dots));
     art.path(outer.tile, {at(0, 0), at(5, 0), at(0, 5)}, PathStyle{});

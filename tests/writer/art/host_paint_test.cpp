@@ -72,7 +72,7 @@ TEST_F(HostPaintTest, AGradientBecomesStripsWithinThePath) {
 }
 
 TEST_F(HostPaintTest, APatternBecomesItsTilesAndTheyTheirGradients) {
-    Pattern pattern{.tile = document().makeTile(),
+    Pattern pattern{.tile = document().makeArtwork(),
                     .left = 0,
                     .bottom = 0,
                     .right = 10,

@@ -171,7 +171,7 @@ PaintSource PatternReader::read(const std::vector<pugi::xml_node>& elements) {
     pattern.matrix = use_.toArt == page.undone()
                          ? patternMatrix(written, page)
                          : multiply(multiply(page.done(), written), use_.toArt);
-    pattern.tile = context_.document.makeTile();
+    pattern.tile = context_.document.makeArtwork();
     TreeReader(context_).readTile(holder, pattern.tile, multiply(*content, page.undone()),
                                   use_.lengths.viewport);
     return context_.document.addPattern(pattern);

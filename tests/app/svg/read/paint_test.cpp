@@ -51,7 +51,7 @@ TEST(RoundTrip, GradientsPatternsInksAndNotes) {
         art.path(art.layerArt(), box(0, 0, 100, 100), shaded);
         const auto pattern = [&](const PathStyle& inside, double width) {
             Pattern tiles;
-            tiles.tile = document.makeTile();
+            tiles.tile = document.makeArtwork();
             art.path(tiles.tile, box(3.25, 4, 9.3, 8), inside);
             tiles.left = 1.3;
             tiles.bottom = -2.25;
