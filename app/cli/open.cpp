@@ -4,6 +4,7 @@
 #include "app/cli/messages.h"
 #include "app/cli/output.h"
 #include "app/cli/session.h"
+#include "app/cli/text.h"
 #include "app/svg/writer.h"
 
 #include <algorithm>
@@ -21,6 +22,27 @@ OutputTarget targetOf(const Arguments& arguments, std::int32_t page) {
         return outputTarget(arguments.output, arguments.file, true);
     }
     return outputTarget(outputName(arguments.file, page), arguments.file, false);
+}
+
+/// The classic profile draws pages anew, and holds no artwork against another.
+void nameArtwork(const Arguments& arguments, const OutputTarget& target, Provenance& source) {
+    if (arguments.profile == Profile::original || !source.identity) {
+        return;
+    }
+    const bool hasName = target.kind != OutputTarget::Kind::standardOutput;
+    source.artwork = artworkName(source.identity->digest,
+                                 hasName ? nameWithoutFolders(target.path) : std::string());
+}
+
+/// Where saving makes patches, nothing that was left out is lost.
+void noteOmitted(const Arguments& arguments, const Provenance& source) {
+    std::vector<std::string> kinds;
+    for (const auto& [kind, count] : source.omitted) {
+        kinds.push_back(omissionText(kind, count));
+    }
+    if (arguments.profile == Profile::extended && !kinds.empty()) {
+        note(arguments, "not in the artwork, and kept when it is saved: " + joined(kinds));
+    }
 }
 
 void writeArtwork(const Document& document, const OutputTarget& target, Report& report) {
@@ -51,11 +73,13 @@ void runOpen(const Arguments& arguments, Report& report) {
         throw Failure({code::host, "the plug-in left the page unfinished; install program and "
                                    "plug-in of one version"});
     }
+    nameArtwork(arguments, target, report.source);
     writeArtwork(document, target, report);
     images.keep();
     if (target.kind != OutputTarget::Kind::standardOutput) {
         note(arguments, "page " + std::to_string(report.source.page) + " is in " + target.path);
     }
+    noteOmitted(arguments, report.source);
 }
 
 } // namespace corvane

@@ -47,4 +47,16 @@ std::optional<ArtSource> parseArtSource(std::string_view text) {
     return whole && source.start <= source.end ? std::optional(source) : std::nullopt;
 }
 
+std::optional<ArtSource> sourceOfId(std::string_view id) {
+    if (!id.starts_with(shapeIdPrefix)) {
+        return std::nullopt;
+    }
+    id.remove_prefix(shapeIdPrefix.size());
+    std::int32_t number = 0;
+    const char* const end = id.data() + id.size();
+    const auto read = std::from_chars(id.data(), end, number);
+    const bool isOurs = read.ec == std::errc() && read.ptr == end && number > 0 && id[0] != '0';
+    return isOurs ? std::optional(ArtSource{0, 0, number - 1}) : std::nullopt;
+}
+
 } // namespace corvane

@@ -1,4 +1,5 @@
-// Which bytes of the page made an object, as an attribute: "start end ordinal", decimal.
+// Which bytes of the page made an object, as an attribute: "start end ordinal", decimal; and the
+// ids that say the ordinal alone.
 #pragma once
 
 #include "app/svg/sink.h"
@@ -9,10 +10,17 @@
 
 namespace corvane {
 
+/// Ids of shapes: this and their number, from 1. On a page that was opened that is the ordinal and
+/// 1, because shapes are written in the order of painting and clips have ids of their own.
+inline constexpr std::string_view shapeIdPrefix = "p";
+
 /// Writes ` name="start end ordinal"`.
 void writeArtSource(TextOutput&, std::string_view name, const ArtSource&);
 
 /// Nothing where the text has another form, or the bytes end before they start.
 std::optional<ArtSource> parseArtSource(std::string_view text);
+
+/// The source that the id of a shape tells: its ordinal. Nothing where the writer gives no such id.
+std::optional<ArtSource> sourceOfId(std::string_view id);
 
 } // namespace corvane

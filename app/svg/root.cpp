@@ -98,6 +98,9 @@ void writeProvenance(TextOutput& out, const Provenance& provenance) {
     if (provenance.identity) {
         writeIdentity(out, *provenance.identity);
     }
+    if (provenance.artwork) {
+        writePlainAttribute(out, "data-artwork", hexText(*provenance.artwork));
+    }
     std::string omitted;
     for (const auto& [kind, count] : provenance.omitted) {
         omitted += omitted.empty() ? "" : " ";

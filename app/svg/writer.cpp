@@ -258,7 +258,7 @@ void SvgWriter::writeShape(Art shape) {
     }
     writeIndent(out_, level.depth);
     out_.text("<path");
-    writeId("p", ++numbers_.shapes);
+    writeId(shapeIdPrefix, ++numbers_.shapes);
     writeSource("data-source", shape);
     if (guide) {
         writeGuideStyle(out_);
@@ -382,7 +382,8 @@ void SvgWriter::writeId(std::string_view kind, std::uint32_t number) {
 }
 
 void SvgWriter::writeSource(std::string_view name, Art art) {
-    if (const std::optional<ArtSource> source = document_.source(art)) {
+    // Without bytes it is an ordinal that an id told.
+    if (const std::optional<ArtSource> source = document_.source(art); source && source->end != 0) {
         writeArtSource(out_, name, *source);
     }
 }

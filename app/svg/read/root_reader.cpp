@@ -32,6 +32,16 @@ Number wholeNumber(std::string_view text, int base = 10) {
     return number;
 }
 
+/// 16 hexadecimal digits and nothing else.
+std::optional<std::uint64_t> parseName(std::string_view text) {
+    constexpr std::size_t digits = 16;
+    std::uint64_t name = 0;
+    const char* const end = text.data() + text.size();
+    const auto read = std::from_chars(text.data(), end, name, 16);
+    const bool isName = text.size() == digits && read.ec == std::errc() && read.ptr == end;
+    return isName ? std::optional(name) : std::nullopt;
+}
+
 Fixed fixedOf(double value) {
     return saturate(wideFixed(value));
 }
@@ -67,6 +77,7 @@ Provenance readProvenance(const Attributes& root) {
     Provenance from;
     from.sourceFile = root[Attribute::dataFile];
     from.page = std::max(0, wholeNumber<std::int32_t>(root[Attribute::dataPage]));
+    from.artwork = parseName(root[Attribute::dataArtwork]);
     from.omitted = parseOmissions(root[Attribute::dataOmitted]);
     if (root.has(Attribute::dataDigest)) {
         PageIdentity& identity = from.identity.emplace();

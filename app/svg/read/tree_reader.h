@@ -46,6 +46,7 @@ private:
     void listImage(pugi::xml_node node);
     Note readWithin(pugi::xml_node shape);
     std::optional<ArtSource> sourceFrom(Attribute name) const;
+    std::optional<ArtSource> sourceOfShape() const;
     void setSource(Art art, const std::optional<ArtSource>& source);
 
     // Frames.

@@ -43,6 +43,13 @@ std::optional<ArtSource> TreeReader::sourceFrom(Attribute name) const {
     return context_.ours ? parseArtSource(attributes_[name]) : std::nullopt;
 }
 
+/// Editors may drop `data-` attributes and keep ids.
+std::optional<ArtSource> TreeReader::sourceOfShape() const {
+    const std::optional<ArtSource> source = sourceFrom(Attribute::dataSource);
+    const bool hasId = context_.ours && !inTile_;
+    return source || !hasId ? source : sourceOfId(attributes_[Attribute::id]);
+}
+
 void TreeReader::setSource(Art art, const std::optional<ArtSource>& source) {
     if (source) {
         document_.setSource(art, *source);
@@ -77,7 +84,7 @@ void TreeReader::readShape(pugi::xml_node node, Element element) {
         clips_.clip(clip.group, clip.clip, matrix, frame.viewport, shape_.box());
     }
     stylePaths(shape, style, matrix, lengths, note);
-    setSource(shape, sourceFrom(Attribute::dataSource));
+    setSource(shape, sourceOfShape());
     if (frame.boxed) {
         frame.box.add(boxThrough(matrix, shape_.box()));
     }

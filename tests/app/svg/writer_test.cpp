@@ -47,6 +47,7 @@ TEST(WriteSvg, RootTellsThePageAndWhereItCameFrom) {
     from.identity->page.rotate = 90;
     from.identity->page.userUnit = 2;
     from.identity->digest = 0xAB54A98CEB1F0AD2;
+    from.artwork = 0x1F;
     from.omitted = {{"text", 12}, {"softMask", 3}, {"a<b", 1}};
     art.path(art.layerArt(), box(0, 0, 10, 10), filled());
     EXPECT_EQ(art.svg(from),
@@ -57,6 +58,7 @@ TEST(WriteSvg, RootTellsThePageAndWhereItCameFrom) {
               " data-producer=\"corvane\" data-version=\"1\" data-file=\"r&quot;&amp;\xC3\xA9.pdf\""
               " data-page=\"2\" data-object=\"12 0\" data-digest=\"ab54a98ceb1f0ad2\""
               " data-media-box=\"0 0 350 400\" data-rotate=\"90\" data-user-unit=\"2\""
+              " data-artwork=\"000000000000001f\""
               " data-omitted=\"a&lt;b:1 softMask:3 text:12\" data-bounds=\"-10 -9.5 602 782.5\""
               " data-artboard=\"700 800\">\n"
               " <g id=\"layer1\" inkscape:groupmode=\"layer\">\n"

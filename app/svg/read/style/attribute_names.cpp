@@ -81,6 +81,7 @@ constexpr std::array<std::string_view, attributeCount> names{
     "data-page",
     "data-object",
     "data-digest",
+    "data-artwork",
     "data-media-box",
     "data-rotate",
     "data-user-unit",

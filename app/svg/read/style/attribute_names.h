@@ -83,6 +83,7 @@ enum class Attribute : std::uint8_t {
     dataPage,
     dataObject,
     dataDigest,
+    dataArtwork,
     dataMediaBox,
     dataRotate,
     dataUserUnit,

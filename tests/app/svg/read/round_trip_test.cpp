@@ -1,6 +1,7 @@
 // What this program wrote comes back as it was: the SVG of the artwork read is the SVG read.
 #include "app/svg/reader.h"
 
+#include "app/artwork/path_walk.h"
 #include "app/svg/colour.h"
 
 #include "tests/app/svg/art_builder.h"
@@ -37,6 +38,7 @@ TEST(RoundTrip, PageAndProvenance) {
         identity.page.mediaBox = {-10, 0.5, 595.276, 841.89};
         identity.page.rotate = 270;
         identity.page.userUnit = 2.5;
+        from.artwork = 0xF00000000000000F;
         from.omitted = {{"text", 3}, {"markedContent", 1}, {"ofALaterVersion", 2}};
         if (moved) {
             art.document.page().setBounds({fixed(-10.7), fixed(782.5), fixed(602), fixed(9.25)});
@@ -51,8 +53,13 @@ TEST(RoundTrip, PageAndProvenance) {
         EXPECT_EQ(read.document.page().profile(), art.document.page().profile());
         EXPECT_EQ(read.reading.provenance.identity->digest, identity.digest);
         EXPECT_EQ(read.reading.provenance.identity->page.mediaBox, identity.page.mediaBox);
+        EXPECT_EQ(read.reading.provenance.artwork, from.artwork);
         EXPECT_EQ(read.reading.provenance.omitted, from.omitted);
         EXPECT_EQ(read.reading.provenance.sourceFile, from.sourceFile);
+    }
+    for (const char* const wrong : {"", "1234", "000000000000123g", "00000000000012345"}) {
+        const ReadArt read(ourSvg("", "data-artwork='" + std::string(wrong) + "'"));
+        EXPECT_EQ(read.reading.provenance.artwork, std::nullopt) << wrong;
     }
 }
 
@@ -160,7 +167,7 @@ TEST(RoundTrip, ClipsThatCutAndThatDoNot) {
 TEST(RoundTrip, SourcesOfArtOfEveryKind) {
     ArtBuilder art;
     Document& document = art.document;
-    std::int32_t next = 0;
+    std::int32_t next = 1;
     const auto tag = [&](Art tagged) {
         document.setSource(tagged, {next, std::int64_t{next} << 40, next});
         ++next;
@@ -188,7 +195,7 @@ TEST(RoundTrip, SourcesOfArtOfEveryKind) {
          at = text.find("source=\"", at + 1)) {
         ++told;
     }
-    EXPECT_EQ(told, next);
+    EXPECT_EQ(told, next - 1);
 
     const auto sourceFrom = [](const std::string& svg) {
         const ReadArt read(svg);
@@ -205,6 +212,56 @@ TEST(RoundTrip, SourcesOfArtOfEveryKind) {
          {"", "1 2", "1 2 3 4", "1 2 x", "-1 2 3", "1 2 -3", "+1 2 3", "2 1 3", "1,2,3", "1 2 3.0",
           "0x1 2 3", "1 9223372036854775808 3", "1 2 2147483648"}) {
         EXPECT_EQ(sourceFrom(ourSvg(path(wrong))), std::nullopt) << wrong;
+    }
+}
+
+/// As an editor leaves it that drops `data-` attributes: ids tell the order of painting.
+TEST(RoundTrip, SourcesByIdsAlone) {
+    ArtBuilder art;
+    Document& document = art.document;
+    const Art layer = art.layerArt();
+    std::vector<Art> painted{art.path(layer, box(0, 0, 10, 10), filled())};
+    const Art cutting = art.clippedGroup(layer, box(0, 0, 5, 5));
+    painted.push_back(art.behindClip(cutting, box(2, 2, 20, 20), filled()));
+    const Art compound = art.compound(layer);
+    art.path(compound, box(0, 0, 20, 20), filled());
+    art.path(compound, box(5, 5, 15, 15), filled());
+    painted.push_back(compound);
+    painted.push_back(art.path(art.group(layer), {}, filled()));
+    for (std::size_t i = 0; i < painted.size(); ++i) {
+        const auto ordinal = static_cast<std::int32_t>(i);
+        document.setSource(painted[i], {10 * ordinal, 10 * ordinal + 9, ordinal});
+    }
+    std::string text = art.svg();
+    const std::string marked = " data-source=\"";
+    for (std::size_t at = text.find(marked); at != std::string::npos; at = text.find(marked)) {
+        text.erase(at, text.find('"', at + marked.size()) + 1 - at);
+    }
+    const ReadArt read(text);
+    EXPECT_EQ(read.svg(), text) << "an ordinal alone is no source of a file";
+    std::vector<std::int32_t> ordinals;
+    const Art top = read.document.layerArt(read.document.firstLayer());
+    for (Art at = top; at != Art::null; at = following(read.document, at, top)) {
+        if (const auto source = read.document.source(at)) {
+            EXPECT_EQ(source->end, 0);
+            ordinals.push_back(source->ordinal);
+        }
+    }
+    std::ranges::reverse(ordinals);
+    EXPECT_EQ(ordinals, (std::vector<std::int32_t>{0, 1, 2, 3}));
+
+    const auto sourceFrom = [](const std::string& id, const std::string& more, bool ours) {
+        const std::string path = "<path d='M0 0H9' id='" + id + "' " + more + "/>";
+        const ReadArt one(ours ? ourSvg(path) : foreignSvg(path));
+        const Art only = one.document.layerArt(one.document.firstLayer());
+        return one.document.source(one.document.firstChild(only));
+    };
+    EXPECT_EQ(sourceFrom("p2147483647", "", true), (ArtSource{0, 0, 2147483646}));
+    EXPECT_EQ(sourceFrom("p7", "data-source='1 2 3'", true), (ArtSource{1, 2, 3}));
+    EXPECT_EQ(sourceFrom("p7", "", false), std::nullopt);
+    for (const char* const other : {"", "p", "p0", "p01", "p+1", "p-1", "P1", "p1-2", "p1.0", "xp1",
+                                    "path1", "p2147483648", "p 1", "g1", "clip1"}) {
+        EXPECT_EQ(sourceFrom(other, "", true), std::nullopt) << other;
     }
 }
 
