@@ -59,12 +59,12 @@ constexpr std::array<std::string_view, 31> exceptions = {
 };
 
 constexpr std::array<std::string_view, 20> readWarnings = {
-    /* 1 */ "an object of an unknown kind was left out",
-    /* 2 */ "operators that no PDF version knows were skipped",
-    /* 3 */ "forms (reused drawings) were left out",
-    /* 4 */ "text in Type 3 fonts was left out",
+    /* 1 */ "an object of an unknown kind is not in the artwork",
+    /* 2 */ "drawing commands that no PDF version knows are not in the artwork",
+    /* 3 */ "forms (reused drawings) are not in the artwork",
+    /* 4 */ "text in Type 3 fonts is not in the artwork",
     /* 5 */ "the characters of a font were matched approximately; check the text",
-    /* 6 */ "images were left out",
+    /* 6 */ "images are not in the artwork",
     /* 7 */ "letter spacing is out of range; check the text",
     /* 8 */ "a Multiple Master font is missing; install it or choose another",
     /* 9 */ "a Type 1 font is missing; install it or choose another",
@@ -76,8 +76,8 @@ constexpr std::array<std::string_view, 20> readWarnings = {
     /* 15 */ "a Multiple Master font was substituted; check the text",
     /* 16 */ "a Type 1 font was substituted; check the text",
     /* 17 */ "a TrueType font was substituted; check the text",
-    /* 18 */ "text was left out",
-    /* 19 */ "patterns and smooth shadings were left out",
+    /* 18 */ "text is not in the artwork",
+    /* 19 */ "patterns and smooth shadings are not in the artwork",
     /* 20 */ "the file's table of contents is damaged; its objects were found by searching",
 };
 

@@ -21,7 +21,7 @@ constexpr std::array commandTable{
     CommandRow{Command::open, "open", "FILE.pdf [--page N] [-o OUT.svg] [--images DIR]",
                "turn a page into editable artwork"},
     CommandRow{Command::save, "save",
-               "ART.svg FILE.pdf [--page N] [--output OTHER.pdf] [--dry-run] [--force]",
+               "ART.svg FILE.pdf [--page N] [--output OTHER.pdf] [--dry-run] [--force] [--plain]",
                "make artwork a page of the file; ART.svg may be - (standard input)"},
     CommandRow{Command::info, "info", "FILE.pdf", "pages, boxes, rotation, objects, updates"},
     CommandRow{Command::check, "check", "FILE.pdf", "can it be opened, and why not"},
@@ -36,6 +36,7 @@ enum class OptionKind : std::uint8_t {
     images,
     dryRun,
     force,
+    plain,
     profile,
     quiet,
     json,
@@ -70,7 +71,9 @@ constexpr std::array optionTable{
     OptionRow{OptionKind::dryRun, "--dry-run", "", only(Command::save),
               "say what would be saved, change nothing"},
     OptionRow{OptionKind::force, "--force", "", only(Command::save),
-              "save even where the page changed or would lose something"},
+              "save even where that undoes another change, deletes much, or loses something"},
+    OptionRow{OptionKind::plain, "--plain", "", only(Command::save),
+              "write new content uncompressed, for people who read it"},
     OptionRow{OptionKind::profile, "--profile", "NAME", everyCommand,
               "original: the classic behaviour only; extended: files of today (extended)"},
     OptionRow{OptionKind::quiet, "--quiet", "", everyCommand, "print nothing but errors"},
@@ -192,6 +195,9 @@ private:
         case OptionKind::images:
             arguments_.images = value;
             break;
+        case OptionKind::plain:
+            arguments_.plain = true;
+            break;
         case OptionKind::profile: {
             const auto profile = std::ranges::find(profiles, value, profileName);
             if (profile == profiles.end()) {
@@ -293,8 +299,11 @@ std::string usageText() {
         text += padded("  " + std::string(row.name) + " " + std::string(row.value)) +
                 std::string(row.purpose) + "\n";
     }
-    text += "\nA file whose name begins with - goes after --.\n"
-            "Exit: 0 done, 1 failed, 2 bad usage, 130 cancelled.\n";
+    text +=
+        "\nSaving only appends: what was changed or removed can still be read in the file's old "
+        "bytes.\nSo deleting is no redaction.\n"
+        "\nA file whose name begins with - goes after --.\n"
+        "Exit: 0 done, 1 failed, 2 bad usage, 130 cancelled.\n";
     return text;
 }
 

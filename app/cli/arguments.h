@@ -25,6 +25,7 @@ struct Arguments {
     bool namesProfile = false; ///< the person named the profile
     bool dryRun = false;
     bool force = false;
+    bool plain = false; ///< new content is not compressed
     bool quiet = false;
     bool json = false;
 };

@@ -81,6 +81,7 @@ HostExtension Listener::makeExtension() {
         to.remember([&] { to.report_.source.omitted[std::string(omissionName(kind))] += count; });
     };
     extension.artworkDigest = report_.source.identity ? &report_.source.identity->digest : nullptr;
+    extension.artworkName = report_.source.artwork ? &*report_.source.artwork : nullptr;
     extension.overwrites = arguments_.force;
     extension.saved = [](void* context, const SavedFacts& facts) {
         listener(context).report_.saved = facts;
@@ -88,6 +89,11 @@ HostExtension Listener::makeExtension() {
     extension.layerLeftOut = [](void* context, std::string_view title) {
         Listener& to = listener(context);
         to.remember([&] { to.report_.layersLeftOut.emplace_back(title); });
+    };
+    extension.plainContent = arguments_.plain;
+    extension.missing = [](void* context, const MissingArt& missing) {
+        Listener& to = listener(context);
+        to.remember([&] { to.report_.missing.push_back(missing); });
     };
     extension.update = [](void* context, const UpdateFacts& facts) {
         Listener& to = listener(context);

@@ -35,6 +35,7 @@ struct Report {
     std::map<std::string, std::int32_t> ignored; ///< kinds of SVG that artwork cannot hold
     std::optional<SavedFacts> saved;
     std::vector<std::string> layersLeftOut; ///< titles
+    std::vector<MissingArt> missing;        ///< what a save would delete, so that it was refused
     std::vector<Update> updates; ///< `log`: all of them; `revert`: the one that was taken off
     std::vector<Fault> warnings;
     std::optional<Fault> error;
@@ -49,8 +50,12 @@ std::string infoText(const std::string& file, const Report& report);
 /// What `log` prints: a line for each update, below a line that names the columns.
 std::string logText(const std::string& file, const Report& report);
 
-/// "page 2 of report.pdf: 1,234 bytes appended (3 objects)".
+/// "page 2 of report.pdf: 1 object changed, 57 kept; 1,234 bytes appended"; of a page that was
+/// drawn anew "page 2 of report.pdf: 1,234 bytes appended (3 objects)".
 std::string savedText(const std::string& file, const SavedFacts& saved, bool dryRun);
+
+/// "57 of 60 paths, 3 of 3 compound paths".
+std::string missingText(const std::vector<MissingArt>& missing);
 
 /// "report.pdf: update 3 (1,234 bytes, page 2) was taken off; ...".
 std::string revertedText(const std::string& file, const Update& update);

@@ -58,6 +58,43 @@ void addOpened(JsonWriter& json, const Report& report) {
     addOmitted(json, report);
 }
 
+void addChanges(JsonWriter& json, const SavedFacts& saved) {
+    json.name("nothing").boolean(saved.isNothing);
+    json.name("patched").boolean(saved.isPatched);
+    json.name("kept").integer(saved.kept);
+    json.name("changed").integer(saved.changed);
+    json.name("added").integer(saved.added);
+    json.name("removed").integer(saved.removed);
+    json.name("moved").integer(saved.moved);
+}
+
+std::string_view kindName(ArtKind kind) {
+    switch (kind) {
+    case ArtKind::path:
+        return "path";
+    case ArtKind::compound:
+        return "compound";
+    case ArtKind::text:
+        return "text";
+    case ArtKind::placed:
+        return "image";
+    case ArtKind::group:
+    case ArtKind::unknown:
+        break;
+    }
+    return "all";
+}
+
+void addMissing(JsonWriter& json, const Report& report) {
+    json.name("missing").openArray();
+    for (const MissingArt& missing : report.missing) {
+        json.openObject().name("kind").text(kindName(missing.kind));
+        json.name("missing").integer(missing.missing);
+        json.name("whole").integer(missing.whole).closeObject();
+    }
+    json.closeArray();
+}
+
 void addSaved(JsonWriter& json, const Arguments& arguments, const Report& report) {
     addPath(json, "artwork", arguments.artwork);
     addOutput(json, report);
@@ -71,6 +108,7 @@ void addSaved(JsonWriter& json, const Arguments& arguments, const Report& report
         json.name("length").integer(saved.length);
         json.name("objects").integer(saved.objects);
         json.name("contentLength").integer(saved.contentLength);
+        addChanges(json, saved);
     }
     addOmitted(json, report);
     json.name("ignored").openObject();
@@ -82,6 +120,7 @@ void addSaved(JsonWriter& json, const Arguments& arguments, const Report& report
         json.text(title);
     }
     json.closeArray();
+    addMissing(json, report);
 }
 
 /// `date` is UTC as ISO 8601 writes it, null where it is not known.

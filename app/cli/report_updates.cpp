@@ -68,13 +68,6 @@ std::string logText(const std::string& file, const Report& report) {
     return text;
 }
 
-std::string savedText(const std::string& file, const SavedFacts& saved, bool dryRun) {
-    const std::int64_t bytes = saved.length - saved.formerLength;
-    return "page " + std::to_string(saved.page.page) + " of " + file + ": " + grouped(bytes) +
-           (bytes == 1 ? " byte " : " bytes ") + (dryRun ? "would be " : "") + "appended (" +
-           counted(saved.objects, "object") + ")";
-}
-
 std::string revertedText(const std::string& file, const Update& update) {
     return file + ": update " + std::to_string(update.facts.number) + " (" +
            grouped(update.facts.size) + " bytes, page " + rangesText(update.pages) +

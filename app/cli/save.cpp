@@ -1,12 +1,11 @@
 #include "app/cli/commands.h"
 
 #include "app/artwork/document.h"
-#include "app/artwork/path_walk.h"
 #include "app/cli/artwork_file.h"
+#include "app/cli/losses.h"
 #include "app/cli/messages.h"
 #include "app/cli/save_place.h"
 #include "app/cli/session.h"
-#include "app/cli/text.h"
 
 #include <algorithm>
 
@@ -32,49 +31,10 @@ void adopt(const SvgReading& reading, Document& document, Arguments& arguments) 
     }
 }
 
-/// Strokes painted with a gradient or pattern, which pages get in gray.
-std::int32_t grayedStrokes(const Document& document) {
-    std::int32_t count = 0;
-    for (Layer layer = document.firstLayer(); layer != Layer::null;
-         layer = document.nextLayer(layer)) {
-        forEachPath(document, document.layerArt(layer), [&](Art path) {
-            const PathStyle style = document.style(path);
-            const bool grayed = style.stroke.kind == ColourKind::gradient ||
-                                style.stroke.kind == ColourKind::pattern;
-            count += style.strokePaint != 0 && grayed ? 1 : 0;
-        });
-    }
-    return count;
-}
-
-/// A warning for each kind of thing that the page will not have; refused where the person did not
-/// say that it may be so.
-void weighLosses(const Arguments& arguments, const Document& document,
-                 const std::vector<SvgImage>& images, Report& report) {
-    std::string losses;
-    const auto lose = [&](std::int32_t code, const std::string& loss, const std::string& why) {
-        losses += (losses.empty() ? "" : ", ") + loss;
-        report.warnings.push_back({code, loss + why + "; the saved page does not have that"});
-    };
-    for (const auto& [kind, count] : report.source.omitted) {
-        lose(code::notInArtwork, omissionText(kind, count), ": not kept when the page was opened");
-    }
-    for (const auto& [kind, count] : report.ignored) {
-        lose(code::notUnderstood,
-             kind + ": " + counted(count, "element") + " ignored" +
-                 (kind == "image" ? imageNames(images) : ""),
-             "");
-    }
-    if (const std::int32_t grayed = grayedStrokes(document); grayed != 0) {
-        lose(code::notUnderstood,
-             "gradients and patterns of strokes: " + counted(grayed, "element") + " drawn in gray",
-             "");
-    }
-    if (!arguments.force && !losses.empty()) {
-        report.warnings.clear();
-        throw Failure({code::loss, "saving would lose what the artwork does not hold: " + losses +
-                                       "; to save all the same, say --force"});
-    }
+/// Whether the plug-in patches the page that the artwork was opened from, where all stays that
+/// opening left out.
+bool keepsPage(const Arguments& arguments, const SavePlace& place, const Provenance& source) {
+    return arguments.profile == Profile::extended && !place.isNew() && source.identity;
 }
 
 /// The plug-in does not know where the artwork came from.
@@ -85,6 +45,25 @@ Fault explainedChange(const Arguments& arguments, const Provenance& source) {
             "page " + std::to_string(arguments.page) +
                 " is not the page that the artwork was opened from (" + origin +
                 "), or was changed since; open it again, or replace it with --force"};
+}
+
+/// `fault` as a person understands it who knows the artwork and the command line.
+Fault explained(const Fault& fault, const Arguments& arguments, const Report& report) {
+    if (fault.code == code::pageChanged) {
+        return explainedChange(arguments, report.source);
+    }
+    if (fault.code == code::otherArtwork) {
+        return {fault.code, "page " + std::to_string(arguments.page) +
+                                " was saved from another artwork since this one was opened, and "
+                                "saving this one would undo that; open the page again, or undo it "
+                                "with --force"};
+    }
+    if (fault.code == code::artworkMissing && !report.missing.empty()) {
+        return {fault.code, "saving would delete " + missingText(report.missing) +
+                                ", which the artwork does not hold any more; if that is meant, say "
+                                "--force"};
+    }
+    return fault;
 }
 
 /// Saves `document` at `place`; the page is settled then.
@@ -129,6 +108,21 @@ void weighPlaces(Report& report) {
     }
 }
 
+void announceSaved(const SavePlace& place, const Arguments& arguments, const SavedFacts& saved) {
+    const std::string would = arguments.dryRun ? " would be " : " is ";
+    if (place.isNew()) {
+        announce(arguments, place.name() + would + "a new file");
+    }
+    announce(arguments, savedText(place.name(), saved, arguments.dryRun));
+    if (saved.isNothing && !arguments.output.empty()) {
+        announce(arguments, place.name() + would + "an unchanged copy of " + arguments.file);
+    }
+    if (!arguments.dryRun && (saved.removed != 0 || saved.changed != 0)) {
+        announce(arguments, place.name() + ": its old bytes stay in it, and what was changed or "
+                                           "removed can still be read there: this is no redaction");
+    }
+}
+
 } // namespace
 
 void runSave(Arguments& arguments, Report& report) {
@@ -138,9 +132,10 @@ void runSave(Arguments& arguments, Report& report) {
     report.source = reading.provenance;
     report.ignored = reading.ignored;
     adopt(reading, document, arguments);
-    weighLosses(arguments, document, reading.images, report);
 
     SavePlace place(arguments);
+    const bool keeps = keepsPage(arguments, place, reading.provenance);
+    weighLosses(arguments, document, reading.images, keeps, report);
     if (place.isNew()) {
         // Its one page is nobody's: whatever the artwork came from, there is nothing to undo.
         arguments.page = std::max(wantedPage, 1);
@@ -148,24 +143,22 @@ void runSave(Arguments& arguments, Report& report) {
     }
     try {
         saveAt(place, document, arguments, report);
-        if (!arguments.dryRun) {
+        // A copy was asked for, changed or not.
+        const bool isMade = !report.saved->isNothing || !arguments.output.empty();
+        if (!arguments.dryRun && isMade) {
             place.commit();
             report.output = place.name();
         }
     } catch (const Failure& failure) {
         report.saved.reset();
-        if (failure.fault().code == code::pageChanged) {
-            throw Failure(explainedChange(arguments, reading.provenance));
-        }
-        throw;
+        throw Failure(explained(failure.fault(), arguments, report));
+    }
+    if (keeps && !report.saved->isPatched && !report.saved->isNothing) {
+        warnOfOmitted(report); // the page is another one by now, and was drawn anew by force
     }
     nameLayers(report);
-    if (place.isNew()) {
-        announce(arguments,
-                 place.name() + (arguments.dryRun ? " would be a new file" : " is a new file"));
-    }
     weighPlaces(report);
-    announce(arguments, savedText(place.name(), *report.saved, arguments.dryRun));
+    announceSaved(place, arguments, *report.saved);
 }
 
 } // namespace corvane

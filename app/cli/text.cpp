@@ -107,8 +107,16 @@ std::string grouped(std::int64_t number) {
     return text;
 }
 
+std::string joined(const std::vector<std::string>& parts) {
+    std::string text;
+    for (const std::string& part : parts) {
+        text += (text.empty() ? "" : ", ") + part;
+    }
+    return text;
+}
+
 std::string counted(std::int64_t count, const std::string& noun) {
-    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+    return grouped(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
 } // namespace corvane

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace corvane {
 
@@ -24,7 +25,10 @@ std::string hexadecimalText(std::string_view bytes);
 /// "1,234,567".
 std::string grouped(std::int64_t number);
 
-/// "1 page", "2 pages".
+/// "one, two, three".
+std::string joined(const std::vector<std::string>& parts);
+
+/// "1 page", "2 pages", "1,234 pages".
 std::string counted(std::int64_t count, const std::string& noun);
 
 } // namespace corvane

@@ -17,6 +17,12 @@
 //   hostile        puts control characters into sentences
 //   digest=N       the page to replace has the digest N (0x1234 unless said)
 //   layers=N       tells that N layers were left out of the page
+//   KIND=N         saving patches the page and counts N objects of the kind: kept, changed, added,
+//                  removed, moved
+//   nothing        the page is as the artwork has it
+//   missing=N      N of N + 3 paths, and 2 of 2 compound paths, are missing: refused without force
+//   other          the page was saved from another artwork: refused without force
+//   names          says at go the name of the artwork, and whether content is to be plain
 //   tells          says at prepare and go which action is asked for and who may change the file
 //   late           waits for Ctrl-C when all is saved
 // Saving appends a line that counts the paths of the first layer; revert takes it off again.
@@ -201,25 +207,73 @@ std::int32_t countPaths(const ParameterBlock& block) {
     return count;
 }
 
-std::uint32_t savePage(const ParameterBlock& block, const HostExtension& extension) {
+void tellNames(const HostExtension& extension) {
+    std::cerr << "artwork ";
+    if (extension.artworkName != nullptr) {
+        std::cerr << std::hex << *extension.artworkName << std::dec;
+    }
+    std::cerr << (extension.plainContent ? " plain" : " packed") << std::endl;
+}
+
+/// Why the save is refused; 0 where it is not.
+std::uint32_t refusal(const HostExtension& extension) {
     const auto digest = static_cast<std::uint64_t>(partOf("digest").value_or(0x1234));
-    if (extension.artworkDigest != nullptr && *extension.artworkDigest != digest &&
-        !extension.overwrites) {
+    if (extension.overwrites) {
+        return 0;
+    }
+    if (extension.artworkDigest != nullptr && *extension.artworkDigest != digest) {
         return showError(21, "the page was changed");
     }
+    if (partOf("other")) {
+        return showError(29, "another artwork");
+    }
+    if (const auto missing = partOf("missing")) {
+        extension.missing(extension.context, {ArtKind::path, *missing, *missing + 3});
+        extension.missing(extension.context, {ArtKind::compound, 2, 2});
+        return showError(30, "much is missing");
+    }
+    return 0;
+}
+
+void countPatches(SavedFacts& facts) {
+    struct Kind {
+        const char* name;
+        std::int32_t& count;
+    };
+    for (const Kind& kind :
+         {Kind{"kept", facts.kept}, Kind{"changed", facts.changed}, Kind{"added", facts.added},
+          Kind{"removed", facts.removed}, Kind{"moved", facts.moved}}) {
+        const auto count = partOf(kind.name);
+        kind.count = count.value_or(0);
+        facts.isPatched = facts.isPatched || count;
+    }
+}
+
+std::uint32_t savePage(const ParameterBlock& block, const HostExtension& extension) {
+    if (partOf("names")) {
+        tellNames(extension);
+    }
+    if (const std::uint32_t refused = refusal(extension)) {
+        return refused;
+    }
     const std::string path = pathOf(block);
-    const std::string update = "page of " + std::to_string(countPaths(block)) + " paths\n";
+    const bool isNothing = partOf("nothing").has_value();
+    const std::string update =
+        isNothing ? "" : "page of " + std::to_string(countPaths(block)) + " paths\n";
     const auto length = static_cast<std::int64_t>(std::filesystem::file_size(path));
     if (block.selector == Selector::go) {
         std::ofstream(path, std::ios::app) << update;
     }
     const std::int32_t page = extension.wantedPage == 0 ? 1 : extension.wantedPage;
     const auto added = static_cast<std::int64_t>(update.size());
-    extension.saved(extension.context, {.page = factsOfPage(page, 0),
-                                        .formerLength = length,
-                                        .length = length + added,
-                                        .objects = 3,
-                                        .contentLength = added});
+    SavedFacts facts{.page = factsOfPage(page, 0),
+                     .formerLength = length,
+                     .length = length + added,
+                     .objects = isNothing ? 0 : 3,
+                     .contentLength = added,
+                     .isNothing = isNothing};
+    countPatches(facts);
+    extension.saved(extension.context, facts);
     for (std::int32_t layer = 1; layer <= partOf("layers").value_or(0); ++layer) {
         extension.layerLeftOut(extension.context, sentence("notes " + std::to_string(layer)));
     }

@@ -69,6 +69,7 @@ TEST(Arguments, BadUsageIsNamed) {
         {{"save", "a.svg", "a.pdf", "--force=1"}, "takes no value"},
         {{"open", "a.pdf", "--page", "1", "--dry-run"}, "--dry-run does not go with open"},
         {{"log", "a.pdf", "--force"}, "--force does not go with log"},
+        {{"open", "a.pdf", "--plain"}, "--plain does not go with open"},
         {{"revert"}, "needs a file"},
         {{"open"}, "needs a file"},
         {{"open", "a.pdf", "b.pdf"}, "b.pdf"},
@@ -105,9 +106,9 @@ TEST(Arguments, TheFirstOfQuestionAndFaultCounts) {
 
 TEST(Arguments, UsageNamesAllThereIs) {
     const std::string text = usageText();
-    for (const char* word :
-         {"open", "save", "info", "check", "log", "revert", "--page", "-o", "--images", "--output",
-          "--dry-run", "--force", "--profile", "--quiet", "--json", "--version", "--help", "130"}) {
+    for (const char* word : {"open", "save", "info", "check", "log", "revert", "--page", "-o",
+                             "--images", "--output", "--dry-run", "--force", "--plain", "--profile",
+                             "--quiet", "--json", "--version", "--help", "130"}) {
         EXPECT_NE(text.find(word), std::string::npos) << word;
     }
 }

@@ -23,6 +23,8 @@ TEST_F(Program, OpensAPageAndSaysWhere) {
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.output, "");
     EXPECT_EQ(outcome.errors, "corvane: in.pdf: page 1 is in in-page1.svg\n"
+                              "corvane: in.pdf: not in the artwork, and kept when it is saved: 3 "
+                              "pieces of text\n"
                               "corvane: in.pdf: warning 1: warning number 1\n"
                               "corvane: in.pdf: warning 2: warning number 2\n");
     EXPECT_TRUE(fileBytes(folder_.path() / "in-page1.svg").ends_with("</svg>\n"));
@@ -32,6 +34,25 @@ TEST_F(Program, OpensAPageAndSaysWhere) {
     EXPECT_EQ(again.status, 1);
     EXPECT_TRUE(holds(again.errors, "error 18: in-page1.svg is there already")) << again.errors;
     EXPECT_EQ(run("warnings=2", {"open", "in.pdf", "-o", "in-page1.svg", "--quiet"}).errors, "");
+}
+
+TEST_F(Program, AnArtworkIsNamedByPageAndFile) {
+    const auto name = [&](const std::string& output, const std::string& more = "--json") {
+        const auto outcome = run("", {"open", "in.pdf", "-o", output, more});
+        EXPECT_EQ(outcome.status, 0) << outcome.errors;
+        const std::string text =
+            output == "-" ? outcome.output : fileBytes(folder_.path() / output);
+        const std::string attribute = " data-artwork=\"";
+        const auto at = text.find(attribute);
+        return at == std::string::npos ? "" : text.substr(at + attribute.size(), 17);
+    };
+    fs::create_directory(folder_.path() / "b");
+    // FNV-1a of 0x1234, lowest byte first, and "a.svg".
+    EXPECT_EQ(name("a.svg"), "1594137c6d87ca0e\"");
+    EXPECT_EQ(name("a.svg"), name("b/a.svg"));
+    EXPECT_NE(name("a.svg"), name("b.svg"));
+    EXPECT_NE(name("a.svg"), name("-"));
+    EXPECT_EQ(name("a.svg", "--profile=original"), "");
 }
 
 TEST_F(Program, WritesToStandardOutputAndKeepsFactsApart) {

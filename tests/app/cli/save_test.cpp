@@ -1,6 +1,6 @@
 // `save`, `log` and `revert` with a plug-in that acts a part: what is asked of it, what is said,
 // and where the bytes go.
-#include "tests/app/cli/fake_program.h"
+#include "tests/app/cli/fake_save.h"
 
 #include <fcntl.h>
 #include <filesystem>
@@ -17,25 +17,9 @@ using test::fileBytes;
 using test::holds;
 using Names = std::vector<std::string>;
 
-class Save : public FakeProgram {
+class Save : public FakeSave {
 protected:
-    /// Artwork of two paths, as `open` writes it, with more attributes of the root.
-    std::string add(const std::string& name, const std::string& root,
-                    const std::string& inside = "") const {
-        return folder_.add(name, "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"612pt\" "
-                                 "height=\"792pt\" viewBox=\"0 0 612 792\" " +
-                                     root +
-                                     "><path d=\"M0 0H9\" stroke=\"#000000\"/><path "
-                                     "d=\"M0 0V9\" stroke=\"#000000\"/>" +
-                                     inside + "</svg>\n");
-    }
-
-    const std::string old_ = "%PDF-1.4 of a kind";
-    const std::string new_ = old_ + "page of 2 paths\n";
-    const std::string art_ = add("a.svg", "data-producer=\"corvane\" data-version=\"1\" "
-                                          "data-file=\"in.pdf\" data-page=\"3\" data-object=\"13 "
-                                          "0\" data-digest=\"0000000000001234\" "
-                                          "data-media-box=\"0 0 612 792\"");
+    const std::string art_ = add("a.svg", root_);
 };
 
 TEST_F(Save, AppendsUnderALockAndSaysWhat) {
@@ -59,13 +43,15 @@ TEST_F(Save, TakesArtworkFromStandardInput) {
 
 TEST_F(Save, JsonTellsTheFacts) {
     const auto outcome = run("pages=3 layers=1", {"save", "a.svg", "in.pdf", "--json"});
-    EXPECT_EQ(outcome.output,
-              R"({"command":"save","file":"in.pdf","profile":"extended","artwork":"a.svg",)"
-              R"("output":"in.pdf","dryRun":false,"page":3,"object":13,"generation":0,)"
-              R"("formerLength":18,"length":34,"objects":3,"contentLength":16,"omitted":{},)"
-              R"("ignored":{},"layersLeftOut":["notes 1"],"warnings":[{"code":1004,)"
-              R"--("sentence":"layers were not drawn (\"notes 1\")"}],"error":null})--"
-              "\n");
+    EXPECT_EQ(
+        outcome.output,
+        R"({"command":"save","file":"in.pdf","profile":"extended","artwork":"a.svg",)"
+        R"("output":"in.pdf","dryRun":false,"page":3,"object":13,"generation":0,)"
+        R"("formerLength":18,"length":34,"objects":3,"contentLength":16,"nothing":false,)"
+        R"("patched":false,"kept":0,"changed":0,"added":0,"removed":0,"moved":0,"omitted":{},)"
+        R"("ignored":{},"layersLeftOut":["notes 1"],"missing":[],"warnings":[{"code":1004,)"
+        R"--("sentence":"layers were not drawn (\"notes 1\")"}],"error":null})--"
+        "\n");
     EXPECT_EQ(outcome.errors, "");
 
     auto appended = process("pages=3", {"save", "a.svg", "in.pdf", "--json"});
@@ -130,40 +116,6 @@ TEST_F(Save, ANewFileAppearsWhole) {
     EXPECT_EQ(fileBytes(folder_.path() / "new.pdf"), "%PDF-1.4 new\npage of 2 paths\n");
     EXPECT_EQ(folder_.names(), (Names{"a.svg", "in.pdf", "new.pdf"}));
     EXPECT_EQ(run("", {"save", "a.svg", "more.pdf", "--page", "2"}).status, 1);
-}
-
-TEST_F(Save, LossesNeedForce) {
-    add("less.svg", "data-producer=\"corvane\" data-version=\"1\" data-page=\"1\" "
-                    "data-omitted=\"markedContent:5\"");
-    add("later.svg",
-        "data-producer=\"corvane\" data-version=\"1\" data-page=\"1\" data-omitted=\"hologram\"");
-    add("more.svg", "", "<text>a</text><text>b</text><text>c</text>");
-    add("images.svg", "",
-        "<image href='data:image/png;base64,AAAA'/><image xlink:href=' a/logo.png'/>"
-        "<image href='a/logo.png'/><image href='b.jpg'/><image/>");
-    struct Row {
-        const char* artwork;
-        const char* loss;
-        const char* warning;
-    };
-    for (const Row& row :
-         {Row{"less.svg", "5 tags (marked content)",
-              "1005: 5 tags (marked content): not kept when the page was opened; "},
-          Row{"later.svg", "1 of a kind that this version does not know (hologram)", "1005: "},
-          Row{"more.svg", "text: 3 elements ignored", "1006: text: 3 elements ignored; "},
-          Row{"images.svg", "image: 5 elements ignored (a/logo.png, b.jpg, 1 embedded)",
-              "1006: "}}) {
-        const auto refused = run("", {"save", row.artwork, "in.pdf", "--page", "1"});
-        EXPECT_EQ(refused.status, 1);
-        EXPECT_TRUE(holds(refused.errors, "error 26: ")) << refused.errors;
-        EXPECT_TRUE(holds(refused.errors, std::string(": ") + row.loss + "; to save"))
-            << refused.errors;
-        EXPECT_EQ(fileBytes(pdf_), old_);
-        const auto forced = run("", {"save", row.artwork, "in.pdf", "--page", "1", "--force"});
-        EXPECT_EQ(forced.status, 0) << forced.errors;
-        EXPECT_TRUE(holds(forced.errors, std::string("warning ") + row.warning)) << forced.errors;
-        fs::resize_file(pdf_, old_.size());
-    }
 }
 
 TEST_F(Save, AChangedPageNeedsForce) {
