@@ -4,7 +4,7 @@
 #include "reader/content/interpreter.h"
 #include "reader/content/losses.h"
 #include "reader/page/page_content.h"
-#include "reader/page/page_identity.h"
+#include "reader/page/page_digest.h"
 #include "reader/page/page_matrix.h"
 #include "reader/syntax/stream_chain.h"
 #include "runtime/callbacks.h"
@@ -31,11 +31,11 @@ void readOrigin() {
     callHost(slot::getPageOrigin, &origin);
 }
 
-void tellIdentity(DocumentCache& cache) {
+void tellIdentity(DocumentCache& cache, std::span<const ObjectOwner> streams) {
     const auto extension = knownExtension();
     if (extension && extension->pageIdentity != nullptr) {
-        extension->pageIdentity(extension->context, {.page = factsCache(cache),
-                                                     .digest = identityOfPage(cache).digest});
+        extension->pageIdentity(extension->context,
+                                {.page = factsCache(cache), .digest = digestPage(cache, streams)});
     }
 }
 
@@ -70,7 +70,7 @@ void readCache(DocumentCache& cache) {
     applyPageMatrix(*cache.interpreter, matrix);
 
     const std::vector<ObjectOwner> streams = contentStreams(cache);
-    tellIdentity(cache);
+    tellIdentity(cache, streams);
     runPage(*cache.interpreter, streams);
 
     memoryException();

@@ -114,6 +114,13 @@ std::int32_t countCache(DocumentCache& cache);
 /// `structure` where it has no media box.
 void pageCache(DocumentCache& cache, std::int32_t number);
 
+/// The resources that the page in use has from the nodes above it; no dictionary where there are
+/// none.
+ObjectOwner inheritedResources(DocumentCache& cache);
+
+/// A box by two opposite corners; what is no four numbers raises `range`.
+Box boxOf(DocumentCache& cache, const Object& array);
+bool hasArea(const Box& box);
 /// Boxes of the page in use, normalised; the crop box cut to the media box.
 Box mediaCache(DocumentCache& cache);
 Box cropCache(DocumentCache& cache);

@@ -22,27 +22,11 @@ bool isMissing(const ObjectOwner& object) {
            typeObject(object.get()) == ObjectType::empty;
 }
 
-/// Four numbers, corners in any order.
-Box boxOf(DocumentCache& cache, const Object& array) {
-    if (typeObject(array) != ObjectType::array || sizeObject(array) < 4) {
-        failException(Exception::range);
-    }
-    std::array<double, 4> values{};
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        values[i] = realNumber(resolveObject(cache, elementsObject(array)[i]).get());
-    }
-    const auto [x1, y1, x2, y2] = values;
-    return {std::min(x1, x2), std::min(y1, y2), std::max(x1, x2), std::max(y1, y2)};
-}
+/// Something that a page inherits, by its key.
+using Inherited = std::pair<const char*, ObjectOwner*>;
 
-/// Fills what is still missing from this node and from those above it; the nearest wins.
-void inherit(DocumentCache& cache, bool withResources) {
-    const std::array fields = {
-        std::pair{"CropBox", &cache.cropBox}, std::pair{"MediaBox", &cache.mediaBox},
-        std::pair{"Rotate", &cache.rotate}, std::pair{"Resources", &cache.resources}};
-    const auto wanted = std::span(fields).first(withResources ? fields.size() : fields.size() - 1);
-    retainObject(cache.page.get());
-    ObjectOwner node(cache.page.get());
+/// Fills what is still missing from `node` and from those above it; the nearest wins.
+void fillFrom(DocumentCache& cache, ObjectOwner node, std::span<const Inherited> wanted) {
     for (std::int32_t depth = 0; typeObject(node.get()) == ObjectType::dictionary; ++depth) {
         if (depth > budget::pageTreeDepth) {
             failException(Exception::structure);
@@ -54,6 +38,15 @@ void inherit(DocumentCache& cache, bool withResources) {
         }
         node = lookupObject(cache, node.get(), "Parent");
     }
+}
+
+void inherit(DocumentCache& cache, bool withResources) {
+    const std::array fields = {
+        Inherited{"CropBox", &cache.cropBox}, Inherited{"MediaBox", &cache.mediaBox},
+        Inherited{"Rotate", &cache.rotate}, Inherited{"Resources", &cache.resources}};
+    retainObject(cache.page.get());
+    fillFrom(cache, ObjectOwner(cache.page.get()),
+             std::span(fields).first(withResources ? fields.size() : fields.size() - 1));
 }
 
 void forgetPage(DocumentCache& cache) {
@@ -110,13 +103,35 @@ void pageCache(DocumentCache& cache, std::int32_t number) {
     usePage(cache, number, true);
 }
 
+ObjectOwner inheritedResources(DocumentCache& cache) {
+    ObjectOwner resources;
+    fillFrom(cache, lookupObject(cache, cache.page.get(), "Parent"),
+             std::array{Inherited{"Resources", &resources}});
+    return resources;
+}
+
+Box boxOf(DocumentCache& cache, const Object& array) {
+    if (typeObject(array) != ObjectType::array || sizeObject(array) < 4) {
+        failException(Exception::range);
+    }
+    std::array<double, 4> values{};
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        values[i] = realNumber(resolveObject(cache, elementsObject(array)[i]).get());
+    }
+    const auto [x1, y1, x2, y2] = values;
+    return {std::min(x1, x2), std::min(y1, y2), std::max(x1, x2), std::max(y1, y2)};
+}
+
+bool hasArea(const Box& box) {
+    return box.right > box.left && box.top > box.bottom;
+}
+
 Box mediaCache(DocumentCache& cache) {
     if (isMissing(cache.mediaBox)) {
         return usualBox;
     }
     const Box box = boxOf(cache, cache.mediaBox.get());
-    const bool hasArea = box.right > box.left && box.top > box.bottom;
-    return hasArea || !rules().assumesMediaBox ? box : usualBox;
+    return hasArea(box) || !rules().assumesMediaBox ? box : usualBox;
 }
 
 Box cropCache(DocumentCache& cache) {
@@ -127,7 +142,7 @@ Box cropCache(DocumentCache& cache) {
     const Box crop = boxOf(cache, cache.cropBox.get());
     const Box cut{std::max(crop.left, media.left), std::max(crop.bottom, media.bottom),
                   std::min(crop.right, media.right), std::min(crop.top, media.top)};
-    return cut.right > cut.left && cut.top > cut.bottom ? cut : media;
+    return hasArea(cut) ? cut : media;
 }
 
 std::int32_t rotateCache(DocumentCache& cache) {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "reader/document/cache.h"
+#include "reader/page/page_content.h"
 #include "reader/page/page_digest.h"
 #include "reader/page/page_matrix.h"
 #include "reader/syntax/raw_entries.h"
@@ -15,17 +16,13 @@
 
 namespace corvane {
 
-/// A content stream and the reference that leads to it.
-struct BaseStream {
-    ObjectOwner stream;
-    std::int32_t number = 0;
-    std::int32_t generation = 0;
-};
-
 struct PageBase {
     std::uint64_t digest = 0; ///< of the page, when artwork was opened from it
     DigestVersion version = DigestVersion::current;
-    bool isStanding = true;          ///< the page as it stands
+    bool isStanding = true; ///< the page as it stands
+    /// False: it was drawn anew since, and nothing is known of the content that the artwork comes
+    /// from.
+    bool isAsOpened = true;
     std::vector<BaseStream> streams; ///< of its content, in order
     ObjectOwner resources;           ///< its own or inherited: in which content looks up names
     Box mediaBox;
@@ -34,6 +31,7 @@ struct PageBase {
     /// Where the file states them; nothing where the page has none of its own.
     std::optional<RawEntry> contentsEntry;
     std::optional<RawEntry> resourcesEntry;
+    std::optional<std::uint64_t> contentDigest; ///< `digestContent`, where it was made already
 };
 
 /// The base of artwork that was opened from a page with the digest `opened`, if the page in use is

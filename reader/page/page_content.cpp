@@ -5,22 +5,36 @@
 #include "runtime/rules.h"
 #include "runtime/warning.h"
 
+#include <utility>
+
 namespace corvane {
 
-std::vector<ObjectOwner> contentStreams(DocumentCache& cache) {
-    std::vector<ObjectOwner> streams;
-    ObjectOwner contents = lookupObject(cache, cache.page.get(), "Contents");
-    switch (typeObject(contents.get())) {
+namespace {
+
+BaseStream named(ObjectOwner stream, const Object& reference) {
+    BaseStream found{.stream = std::move(stream)};
+    if (typeObject(reference) == ObjectType::reference) {
+        referenceObject(reference, found.number, found.generation);
+    }
+    return found;
+}
+
+} // namespace
+
+std::vector<BaseStream> streamsOf(DocumentCache& cache, const Object& contents) {
+    std::vector<BaseStream> streams;
+    ObjectOwner resolved = resolveObject(cache, contents);
+    switch (typeObject(resolved.get())) {
     case ObjectType::null:
         return streams;
     case ObjectType::stream:
-        streams.push_back(std::move(contents));
+        streams.push_back(named(std::move(resolved), contents));
         return streams;
     case ObjectType::array:
-        for (const Object& element : elementsObject(contents.get())) {
+        for (const Object& element : elementsObject(resolved.get())) {
             ObjectOwner stream = resolveObject(cache, element);
             if (typeObject(stream.get()) == ObjectType::stream) {
-                streams.push_back(std::move(stream));
+                streams.push_back(named(std::move(stream), element));
             } else if (typeObject(stream.get()) != ObjectType::null) {
                 if (!rules().missingObjectIsNull) {
                     failException(Exception::range);
@@ -32,6 +46,14 @@ std::vector<ObjectOwner> contentStreams(DocumentCache& cache) {
     default:
         failException(Exception::range);
     }
+}
+
+std::vector<ObjectOwner> contentStreams(DocumentCache& cache) {
+    std::vector<ObjectOwner> streams;
+    for (BaseStream& stream : streamsOf(cache, findEntry(cache, cache.page.get(), "Contents"))) {
+        streams.push_back(std::move(stream.stream));
+    }
+    return streams;
 }
 
 } // namespace corvane

@@ -145,14 +145,18 @@ void feedFirstVersion(DigestFeed& feed, DocumentCache& cache,
     }
 }
 
+/// The content's data come first: all of them count, whatever their length.
+void feedData(DigestFeed& feed, DocumentCache& cache, FedStreams& fed, const Object& stream) {
+    if (!feedAgain(feed, fed, stream)) {
+        feed.data(cache, stream);
+    }
+}
+
 void feedDrawn(DigestFeed& feed, DocumentCache& cache, std::span<const ObjectOwner> streams) {
     feedPage(feed, cache.page.get(), false);
-    // The content's data first: all of them count, whatever their length.
     FedStreams fed;
     for (const ObjectOwner& stream : streams) {
-        if (!feedAgain(feed, fed, stream.get())) {
-            feed.data(cache, stream.get());
-        }
+        feedData(feed, cache, fed, stream.get());
     }
     Followed followed(feed, cache, fed);
     for (const ObjectOwner* field :
@@ -175,6 +179,23 @@ std::uint64_t digestPage(DocumentCache& cache, std::span<const ObjectOwner> stre
     } else {
         feedDrawn(feed, cache, streams);
     }
+    return feed.value();
+}
+
+std::uint64_t digestContent(DocumentCache& cache, std::span<const BaseStream> streams,
+                            const Object& resources) {
+    DigestFeed feed;
+    FedStreams fed;
+    for (const BaseStream& stream : streams) {
+        feedData(feed, cache, fed, stream.stream.get());
+    }
+    Followed followed(feed, cache, fed);
+    for (const BaseStream& stream : streams) {
+        followed.root(elementsObject(stream.stream.get())[0]);
+    }
+    followed.root(cache.rotate.get());
+    followed.root(resources);
+    followed.follow();
     return feed.value();
 }
 

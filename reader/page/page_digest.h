@@ -2,6 +2,7 @@
 #pragma once
 
 #include "reader/document/cache.h"
+#include "reader/page/page_content.h"
 
 #include <cstdint>
 #include <span>
@@ -23,5 +24,10 @@ enum class DigestVersion : std::int32_t { page = 1, drawn = 2, current = drawn }
 
 std::uint64_t digestPage(DocumentCache& cache, std::span<const ObjectOwner> streams,
                          DigestVersion version = DigestVersion::current);
+
+/// A digest of content of the page in use, of its Rotate, and of all that the content's resources
+/// lead to, as version 2 has it.
+std::uint64_t digestContent(DocumentCache& cache, std::span<const BaseStream> streams,
+                            const Object& resources);
 
 } // namespace corvane

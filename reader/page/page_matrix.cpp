@@ -53,14 +53,17 @@ Matrix turnedAboutCentre(const Box& crop, std::int32_t degrees) {
 } // namespace
 
 PageMatrix pageMatrix(DocumentCache& cache) {
-    const std::int32_t degrees = rotateCache(cache);
+    return pageMatrix(mediaCache(cache), cropCache(cache), rotateCache(cache));
+}
+
+PageMatrix pageMatrix(const Box& mediaBox, const Box& cropBox, std::int32_t degrees) {
     PageMatrix matrix;
     if (!rules().pageAtOrigin) {
-        matrix.fixed = turnedAboutCentre(cropCache(cache), degrees);
+        matrix.fixed = turnedAboutCentre(cropBox, degrees);
         return matrix;
     }
     matrix.exact = rightAngle(degrees);
-    const Box media = turnedBox(matrix, mediaCache(cache));
+    const Box media = turnedBox(matrix, mediaBox);
     matrix.exact.tx = -media.left;
     matrix.exact.ty = -media.bottom;
     return matrix;

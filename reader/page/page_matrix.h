@@ -15,6 +15,8 @@ struct PageMatrix {
 };
 
 PageMatrix pageMatrix(DocumentCache& cache);
+/// Of a page of these boxes that is turned by its Rotate.
+PageMatrix pageMatrix(const Box& mediaBox, const Box& cropBox, std::int32_t degrees);
 
 /// Makes it the CTM.
 void applyPageMatrix(Interpreter& interpreter, const PageMatrix& matrix);

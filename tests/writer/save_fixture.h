@@ -1,7 +1,7 @@
 // A host that opens pages, changes them and saves them back.
 #pragma once
 
-#include "reader/page/page_identity.h"
+#include "reader/page/page_record.h"
 #include "tests/entry/entry_fixture.h"
 
 #include <cstdlib>

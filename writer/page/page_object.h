@@ -2,7 +2,7 @@
 #pragma once
 
 #include "reader/document/cache.h"
-#include "reader/page/page_identity.h"
+#include "reader/page/page_record.h"
 #include "writer/page/carried_entries.h"
 #include "writer/page/page_geometry.h"
 

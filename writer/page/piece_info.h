@@ -3,7 +3,7 @@
 #pragma once
 
 #include "reader/document/cache.h"
-#include "reader/page/page_identity.h"
+#include "reader/page/page_record.h"
 #include "reader/syntax/raw_entries.h"
 #include "writer/page/carried_entries.h"
 

@@ -4,7 +4,8 @@
 #include "output/primitives.h"
 #include "output/xref.h"
 #include "reader/document/update_mark.h"
-#include "reader/page/page_identity.h"
+#include "reader/page/page_base.h"
+#include "reader/page/page_record.h"
 #include "reader/syntax/file_bytes.h"
 #include "runtime/digest.h"
 #include "runtime/exception.h"
@@ -35,19 +36,21 @@ PageOrigin originOf(DocumentCache& cache) {
     const auto extension = knownExtension();
     const std::uint64_t* const opened = extension ? extension->artworkDigest : nullptr;
     if (opened != nullptr) {
-        const std::optional<PageOrigin> origin =
-            extension->overwrites ? PageOrigin{.digest = *opened} : identityAs(cache, *opened);
-        if (!origin) {
+        if (extension->overwrites) {
+            return {.digest = *opened};
+        }
+        const std::optional<PageBase> base = baseOf(cache, *opened);
+        if (!base) {
             failException(Exception::pageChanged);
         }
-        return *origin;
+        return {.digest = base->digest, .version = base->version};
     }
-    PageOrigin identity;
-    if (!attempted([&] { identity = identityOfPage(cache); })) {
+    std::uint64_t digest = 0;
+    if (!attempted([&] { digest = digestPage(cache, contentStreams(cache)); })) {
         // Content that cannot be read is as good a reason as any to draw a page anew.
-        return anew(digestPage(cache, {}));
+        digest = digestPage(cache, {});
     }
-    return anew(identity.digest);
+    return anew(digest);
 }
 
 /// Looks at everything that can refuse the save before a byte is written.

@@ -4,7 +4,7 @@
 
 #include "host/extension.h"
 #include "reader/document/cache.h"
-#include "reader/page/page_identity.h"
+#include "reader/page/page_record.h"
 #include "writer/page/carried_entries.h"
 #include "writer/page/page_geometry.h"
 #include "writer/page/page_object.h"

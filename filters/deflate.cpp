@@ -1,0 +1,75 @@
+#include "filters/deflate.h"
+
+#include "runtime/exception.h"
+#include "runtime/memory.h"
+
+#include <array>
+#include <zlib.h>
+
+namespace corvane {
+
+namespace {
+
+/// What zlib allocates for deflating with its usual window and memory level, generously.
+constexpr std::int64_t deflateCharge = 272 << 10;
+
+class DeflateFilter final : public Filter {
+public:
+    DeflateFilter() : Filter(entryDeflate), charge_(deflateCharge) {
+        if (deflateInit(&stream_, Z_DEFAULT_COMPRESSION) != Z_OK) {
+            failException(Exception::memory);
+        }
+    }
+    ~DeflateFilter() override { deflateEnd(&stream_); }
+
+private:
+    /// Deflates the bytes and hands on what zlib gives out.
+    void run(std::span<const std::byte> in, int flush) {
+        // zlib's bytes are unsigned characters, and it does not change those that it reads.
+        stream_.next_in =
+            static_cast<Bytef*>(const_cast<void*>(static_cast<const void*>(in.data())));
+        stream_.avail_in = static_cast<uInt>(in.size());
+        do {
+            stream_.next_out = static_cast<Bytef*>(static_cast<void*>(out_.data()));
+            stream_.avail_out = static_cast<uInt>(out_.size());
+            if (deflate(&stream_, flush) == Z_STREAM_ERROR) {
+                failException(Exception::io);
+            }
+            writeFilter(*next, std::span(out_).first(out_.size() - stream_.avail_out));
+        } while (stream_.avail_out == 0);
+    }
+
+    static std::int32_t entryDeflate(Filter& filter, Operation operation, std::byte* buffer,
+                                     std::int32_t* argument) {
+        auto& self = static_cast<DeflateFilter&>(filter);
+        switch (operation) {
+        case Operation::write:
+            if (*argument > 0) {
+                self.run({buffer, static_cast<std::size_t>(*argument)}, Z_NO_FLUSH);
+            }
+            return *argument;
+        case Operation::mark:
+            return *argument = markFilter(*self.next);
+        case Operation::read:
+        case Operation::seek:
+            failException(Exception::io);
+        case Operation::unlink:
+            self.run({}, Z_FINISH);
+            return 0;
+        default:
+            return 0;
+        }
+    }
+
+    ZoneCharge charge_;
+    z_stream stream_{};
+    std::array<std::byte, 16384> out_{};
+};
+
+} // namespace
+
+FilterOwner setupDeflate() {
+    return std::make_unique<DeflateFilter>();
+}
+
+} // namespace corvane

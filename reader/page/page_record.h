@@ -1,0 +1,56 @@
+// The record that this program keeps in a page that it saved.
+//
+//   /PieceInfo << /Corvane << /LastModified (...) /Private <<
+//     /Origin <16 digits> /Version 2    digest of the base, and the version of that digest
+//     /Page 123 /Content [123 456]      places
+//     /Base << /Contents ... /Resources ... /MediaBox [...] /CropBox [...] /Digest <16 digits> >>
+//     /Artwork <16 digits>              which opening of the page the artwork comes from
+//   >> >> >>
+//
+// The places are where the page and the content streams of the update stand, by the
+// cross-reference. While all of them still stand there nobody else has replaced them, and the
+// record speaks of this page. Contents and Resources of the base (reader/page/page_base.h) are as
+// its page had them, and absent where it had none; Digest is that of `digestContent`.
+//
+// Former records have no Base and a single place for Content; the first ones no Version, which is 1
+// then. A page drawn from artwork that was opened from nowhere has no Origin.
+#pragma once
+
+#include "reader/document/cache.h"
+#include "reader/page/page_content.h"
+#include "reader/page/page_digest.h"
+#include "reader/syntax/raw_entries.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace corvane {
+
+inline constexpr std::string_view pieceInfoName = "Corvane"; ///< key of our record in PieceInfo
+
+/// The digest of a page. Versions that later programs know are kept as they are.
+struct PageOrigin {
+    std::uint64_t digest = 0;
+    DigestVersion version = DigestVersion::current;
+};
+
+struct PageRecord {
+    std::optional<PageOrigin> origin;
+    std::optional<std::uint64_t> artwork;
+    ObjectOwner base; ///< null where there is none
+};
+
+/// The record of the page in use, whose content streams are `streams`, if it speaks of this page. A
+/// damaged one states nothing.
+std::optional<PageRecord> recordOfPage(DocumentCache& cache, std::span<const BaseStream> streams);
+
+/// The entries of its Base.
+std::vector<RawEntry> rawBase(DocumentCache& cache);
+
+/// Eight bytes as a number, the highest first; nothing where the object holds no eight bytes.
+std::optional<std::uint64_t> eightBytes(const ObjectOwner& object);
+
+} // namespace corvane
