@@ -57,6 +57,14 @@ Warning resetWarning() {
     return std::exchange(currentWarning, Warning::none);
 }
 
+WarningMark::WarningMark() : count_(warnStackIndex) {}
+
+void WarningMark::forgetLater() const {
+    while (warnStackIndex > count_) {
+        popWarning();
+    }
+}
+
 bool isImportWarning() {
     return currentWarning < firstExportWarning;
 }

@@ -54,4 +54,14 @@ Warning resetWarning();
 /// Whether the current warning arose while reading.
 bool isImportWarning();
 
+/// Remembers which warnings there are, so that later ones can be forgotten.
+class WarningMark {
+public:
+    WarningMark();
+    void forgetLater() const;
+
+private:
+    std::int32_t count_;
+};
+
 } // namespace corvane

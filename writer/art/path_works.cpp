@@ -3,9 +3,9 @@
 #include "reader/content/art.h"
 #include "runtime/callbacks.h"
 #include "runtime/rules.h"
-#include "writer/art/art_stack.h"
 #include "runtime/charged_list.h"
 #include "writer/art/drawn_works.h"
+#include "writer/art/outline.h"
 #include "writer/art/segment_works.h"
 #include "writer/art/style_works.h"
 
@@ -129,31 +129,6 @@ ChargedList<Subpath> subpathsOf(Art compound) {
     return subpaths;
 }
 
-/// Every path that `art` is or holds, from the back to the front.
-ChargedList<Subpath> pathsWithin(Art art) {
-    ChargedList<Subpath> subpaths;
-    ArtStack pending;
-    pending.push(art);
-    for (ArtStep step; pending.next(step);) {
-        if (step.what != ArtStep::What::art) {
-            continue;
-        }
-        switch (artKind(step.art)) {
-        case ArtKind::path:
-            subpaths.push(subpathOf(step.art));
-            break;
-        case ArtKind::unknown:
-        case ArtKind::group:
-        case ArtKind::compound:
-            pending.enter(firstChild(step.art), ArtStep::What::end);
-            break;
-        default:
-            failException(Exception::type);
-        }
-    }
-    return subpaths;
-}
-
 } // namespace
 
 void pathWorks(Walk& walk, Art path) {
@@ -170,7 +145,7 @@ void compoundWorks(Walk& walk, Art compound) {
 }
 
 void clipWorks(Walk& walk, Art clip) {
-    const ChargedList<Subpath> subpaths = pathsWithin(clip);
+    const ChargedList<Subpath> subpaths = subpathsWithin(clip);
     PathStyle style;
     if (!subpaths.empty()) {
         style = styleOf(subpaths.items().back().art);

@@ -5,13 +5,11 @@
 #include "runtime/callbacks.h"
 #include "runtime/extension.h"
 #include "runtime/rules.h"
-#include "runtime/warning.h"
+#include "writer/art/layers.h"
 #include "writer/art/object_works.h"
 #include "writer/art/style_works.h"
 
 #include <cstdint>
-#include <string>
-#include <string_view>
 
 namespace corvane {
 
@@ -74,9 +72,9 @@ private:
     std::size_t objects_ = 0;
 };
 
-void layerComment(Walk& walk, const LayerInfo& info, std::string_view title) {
+void layerComment(Walk& walk, const LayerInfo& info) {
     walk.text.add("%%Layer: ");
-    walk.text.add(title);
+    walk.text.add(commentText(info.title));
     walk.text.add(info.visible != 0 ? ", visible" : "");
     walk.text.add(info.preview != 0 ? ", preview" : "");
     walk.text.add(info.locked != 0 ? ", locked" : "");
@@ -85,28 +83,14 @@ void layerComment(Walk& walk, const LayerInfo& info, std::string_view title) {
     walk.text.add("\n");
 }
 
-bool isLeftOut(const LayerInfo& info) {
-    return rules().hiddenLayersLeftOut && (info.visible == 0 || info.printing == 0);
-}
-
-void tellLeftOut(std::string_view title) {
-    raiseWarning(Warning::layerLeftOut);
-    const auto extension = knownExtension();
-    if (extension && extension->layerLeftOut != nullptr) {
-        extension->layerLeftOut(extension->context, title);
-    }
-}
-
 void layerWorks(Walk& walk, Layer layer, SavingProgress& progress) {
     LayerInfo info;
     callHost(slot::getLayerInfo, layer, &info);
-    const std::string title = commentText(info.title);
-    if (isLeftOut(info)) {
-        tellLeftOut(title);
+    if (leavesOut(info)) {
         progress.endLayer();
         return;
     }
-    layerComment(walk, info, title);
+    layerComment(walk, info);
     Art group = Art::null;
     callHost(slot::getLayerArt, layer, &group);
     ArtStack pending;
@@ -119,19 +103,6 @@ void layerWorks(Walk& walk, Layer layer, SavingProgress& progress) {
         }
     }
     progress.endLayer();
-}
-
-/// All layers, from the front to the back.
-ChargedList<Layer> listLayers() {
-    ChargedList<Layer> layers;
-    Layer layer = Layer::null;
-    for (;;) {
-        callHost(slot::getNextLayer, layer, &layer);
-        if (layer == Layer::null) {
-            return layers;
-        }
-        layers.push(layer);
-    }
 }
 
 } // namespace

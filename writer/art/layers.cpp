@@ -1,0 +1,35 @@
+#include "writer/art/layers.h"
+
+#include "runtime/callbacks.h"
+#include "runtime/extension.h"
+#include "runtime/rules.h"
+#include "runtime/warning.h"
+#include "writer/art/style_works.h"
+
+namespace corvane {
+
+ChargedList<Layer> listLayers() {
+    ChargedList<Layer> layers;
+    Layer layer = Layer::null;
+    for (;;) {
+        callHost(slot::getNextLayer, layer, &layer);
+        if (layer == Layer::null) {
+            return layers;
+        }
+        layers.push(layer);
+    }
+}
+
+bool leavesOut(const LayerInfo& info) {
+    if (!rules().hiddenLayersLeftOut || (info.visible != 0 && info.printing != 0)) {
+        return false;
+    }
+    raiseWarning(Warning::layerLeftOut);
+    const auto extension = knownExtension();
+    if (extension && extension->layerLeftOut != nullptr) {
+        extension->layerLeftOut(extension->context, commentText(info.title));
+    }
+    return true;
+}
+
+} // namespace corvane

@@ -1,0 +1,16 @@
+// The layers of the host's document, as they are written.
+#pragma once
+
+#include "host/artwork.h"
+#include "runtime/charged_list.h"
+
+namespace corvane {
+
+/// All layers, from the front to the back.
+ChargedList<Layer> listLayers();
+
+/// Whether a layer is not drawn on the page: it is hidden, or does not print. If so, the person is
+/// warned and the host learns its title.
+bool leavesOut(const LayerInfo& info);
+
+} // namespace corvane

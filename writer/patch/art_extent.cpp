@@ -1,0 +1,90 @@
+#include "writer/patch/art_extent.h"
+
+#include "runtime/callbacks.h"
+#include "writer/art/outline.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+
+namespace corvane {
+
+namespace {
+
+/// How far from its path a stroke of this style may paint.
+std::int64_t strokeReach(const PathStyle& style) {
+    if (style.strokePaint == 0) {
+        return 0;
+    }
+    const std::int64_t half = (std::int64_t{style.lineWidth} + 1) / 2;
+    // A square cap reaches 1.42 half widths away, a miter as many as its limit says.
+    const std::int64_t factor = style.join == 0 ? std::max<std::int64_t>(style.miterLimit, 2 * fixedOne)
+                                                : 2 * fixedOne;
+    return half * factor / fixedOne + fixedOne / 4;
+}
+
+} // namespace
+
+void ArtExtent::add(const Point& point) {
+    left = std::min<std::int64_t>(left, point.x);
+    bottom = std::min<std::int64_t>(bottom, point.y);
+    right = std::max<std::int64_t>(right, point.x);
+    top = std::max<std::int64_t>(top, point.y);
+}
+
+ArtExtent extentOf(Art art) {
+    ArtExtent extent;
+    const ChargedList<Subpath> subpaths = subpathsWithin(art);
+    std::array<Segment, 128> block;
+    for (const Subpath& subpath : subpaths.items()) {
+        for (std::int32_t at = 0; at < subpath.count;) {
+            const auto count = std::min(subpath.count - at, static_cast<std::int32_t>(block.size()));
+            callHost(slot::getPathSegments, subpath.art, at, count, block.data());
+            for (const Segment& segment :
+                 std::span(block).first(static_cast<std::size_t>(count))) {
+                extent.add(segment.anchor);
+                extent.add(segment.in);
+                extent.add(segment.out);
+            }
+            at += count;
+        }
+    }
+    if (const Art path = leadingPath(art); path != Art::null) {
+        PathStyle style;
+        callHost(slot::getPathStyle, path, &style);
+        const std::int64_t reach = strokeReach(style);
+        extent.left -= reach;
+        extent.bottom -= reach;
+        extent.right += reach;
+        extent.top += reach;
+    }
+    return extent;
+}
+
+std::optional<ArtExtent> rectangleOf(Art clip) {
+    const ChargedList<Subpath> subpaths = subpathsWithin(clip);
+    if (subpaths.size() != 1 || (subpaths[0].count != 4 && subpaths[0].count != 5)) {
+        return std::nullopt;
+    }
+    std::array<Segment, 5> corners;
+    callHost(slot::getPathSegments, subpaths[0].art, 0, subpaths[0].count, corners.data());
+    if (subpaths[0].count == 4) {
+        corners[4] = corners[0];
+    }
+    ArtExtent extent;
+    bool isRectangle = corners[4].anchor == corners[0].anchor;
+    for (std::size_t i = 0; i < 4; ++i) {
+        const Segment& from = corners[i];
+        const Segment& to = corners[i + 1];
+        const bool isStraight = from.out == from.anchor && to.in == to.anchor;
+        // Sides along the x axis and the y axis take turns.
+        const bool isLevel = from.anchor.y == to.anchor.y;
+        const bool isUpright = from.anchor.x == to.anchor.x;
+        const bool firstIsLevel = corners[0].anchor.y == corners[1].anchor.y;
+        isRectangle = isRectangle && isStraight && (firstIsLevel == (i % 2 == 0) ? isLevel : isUpright);
+        extent.add(from.anchor);
+    }
+    return isRectangle ? std::optional(extent) : std::nullopt;
+}
+
+} // namespace corvane

@@ -1,0 +1,62 @@
+#include "writer/patch/base_reading.h"
+
+#include "reader/content/content.h"
+#include "reader/content/interpreter.h"
+#include "reader/page/page_matrix.h"
+#include "reader/syntax/stream_chain.h"
+#include "reader/text/text.h"
+#include "runtime/callbacks.h"
+#include "runtime/warning.h"
+
+#include <utility>
+#include <vector>
+
+namespace corvane {
+
+namespace {
+
+ObjectOwner shared(const ObjectOwner& object) {
+    retainObject(object.get());
+    return ObjectOwner(object.get());
+}
+
+void runBase(Interpreter& interpreter, const PageBase& base, ContentTrace& trace) {
+    std::vector<ObjectOwner> streams;
+    std::int64_t total = 0;
+    for (const BaseStream& stream : base.streams) {
+        streams.push_back(shared(stream.stream));
+        total += streamLength(stream.stream.get());
+    }
+    interpreter.progress.begin(total);
+    ContentScope page(interpreter, shared(base.resources));
+    interpreter.level.trace = &trace;
+    trace.begin(interpreter);
+    runContent(interpreter, streams);
+    trace.end(interpreter);
+    page.leave();
+    interpreter.containers.finish();
+}
+
+} // namespace
+
+void readBase(DocumentCache& cache, const PageBase& base, BaseReading& reading) {
+    callHost(slot::newArtwork, &reading.root);
+    Interpreter interpreter(cache);
+    openState(interpreter, reading.root);
+    openText(interpreter.state.text);
+    applyPageMatrix(interpreter, base.matrix);
+    // The content was read before, and is read once more where it is patched.
+    cache.work.pageBytes = 0;
+    const WarningMark before;
+    runBase(interpreter, base, reading.trace);
+    before.forgetLater();
+    cache.work.pageBytes = 0;
+}
+
+void disposeBase(BaseReading& reading) {
+    if (reading.root != Art::null) {
+        callHost(slot::disposeArtwork, std::exchange(reading.root, Art::null));
+    }
+}
+
+} // namespace corvane

@@ -1,0 +1,22 @@
+// The page that artwork was opened from, read again: what a save compares the artwork with.
+#pragma once
+
+#include "host/artwork.h"
+#include "reader/content/content_trace.h"
+#include "reader/page/page_base.h"
+
+namespace corvane {
+
+struct BaseReading {
+    Art root = Art::null; ///< holds the art of the page; in no layer
+    ContentTrace trace;
+};
+
+/// Reads the content of the base through the host's table into a group that is in no layer, as
+/// opening did. Warns of nothing. Whoever reads gives the art back, whatever was raised.
+void readBase(DocumentCache& cache, const PageBase& base, BaseReading& reading);
+
+/// Gives the art of the base back to the host.
+void disposeBase(BaseReading& reading);
+
+} // namespace corvane

@@ -1,0 +1,186 @@
+#include "writer/patch/comparison.h"
+
+#include "host/light.h"
+#include "reader/content/art.h"
+#include "runtime/callbacks.h"
+#include "writer/art/color_works.h"
+#include "writer/art/outline.h"
+#include "writer/art/style_works.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <span>
+#include <vector>
+
+namespace corvane {
+
+namespace {
+
+/// Editors round coordinates to a few digits: a five-hundredth of a point is not seen.
+constexpr Fixed pointRoom = fixedOne / 512;
+
+bool isNear(Fixed a, Fixed b, Fixed room = pointRoom) {
+    return std::abs(std::int64_t{a} - b) <= room;
+}
+
+bool isNear(const Point& a, const Point& b) {
+    return isNear(a.x, b.x) && isNear(a.y, b.y);
+}
+
+/// Reads the segments of one subpath block by block.
+class SegmentReader {
+public:
+    explicit SegmentReader(const Subpath& subpath) : subpath_(subpath) {}
+
+    std::span<const Segment> read(std::int32_t first) {
+        const auto count =
+            std::min(subpath_.count - first, static_cast<std::int32_t>(block_.size()));
+        callHost(slot::getPathSegments, subpath_.art, first, count, block_.data());
+        return std::span(block_).first(static_cast<std::size_t>(count));
+    }
+
+private:
+    const Subpath& subpath_;
+    std::array<Segment, 256> block_;
+};
+
+/// The control points before the first anchor and behind the last of an open path are not seen.
+bool sameSegment(const Segment& a, const Segment& b, bool isFirst, bool isLast) {
+    return isNear(a.anchor, b.anchor) && (isFirst || isNear(a.in, b.in)) &&
+           (isLast || isNear(a.out, b.out));
+}
+
+bool sameSubpath(const Subpath& a, const Subpath& b) {
+    if (a.count != b.count || a.closed != b.closed) {
+        return false;
+    }
+    SegmentReader ofA(a);
+    SegmentReader ofB(b);
+    for (std::int32_t at = 0; at < a.count;) {
+        const std::span<const Segment> blockA = ofA.read(at);
+        const std::span<const Segment> blockB = ofB.read(at);
+        for (std::size_t i = 0; i < blockA.size(); ++i, ++at) {
+            const bool isFirst = !a.closed && at == 0;
+            const bool isLast = !a.closed && at + 1 == a.count;
+            if (!sameSegment(blockA[i], blockB[i], isFirst, isLast)) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+/// Whether the light of a colour has levels that eight bits say exactly: so does what an editor
+/// writes.
+struct VisibleColour {
+    std::array<std::int64_t, 3> level{}; ///< 0 to 255
+    bool isExact = false;
+};
+
+VisibleColour visible(const Colour& colour) {
+    std::array<std::int64_t, 3> light{};
+    if (colour.kind == ColourKind::gray) {
+        light.fill(std::int64_t{fixedOne} - colour.component[0]);
+    } else {
+        const LightLevels levels = lightLevels(colour);
+        light = {levels.red, levels.green, levels.blue};
+    }
+    VisibleColour seen{.isExact = true};
+    for (std::size_t i = 0; i < light.size(); ++i) {
+        const std::int64_t limited = std::clamp<std::int64_t>(light[i], 0, fixedOne);
+        seen.level[i] = (limited * 255 + fixedOne / 2) / fixedOne;
+        const std::int64_t back = (seen.level[i] * fixedOne + 127) / 255;
+        seen.isExact = seen.isExact && std::abs(back - light[i]) <= 1;
+    }
+    return seen;
+}
+
+bool isPlain(const Colour& colour) {
+    return colour.kind == ColourKind::gray || colour.kind == ColourKind::process;
+}
+
+PathStyle leadingStyle(Art art) {
+    PathStyle style;
+    const Art path = leadingPath(art);
+    if (path != Art::null) {
+        callHost(slot::getPathStyle, path, &style);
+    }
+    return style;
+}
+
+/// Lengths agree to a thousandth of themselves or what is not seen.
+bool sameLength(Fixed a, Fixed b) {
+    return isNear(a, b, std::max<Fixed>(fixedOne / 4096, std::abs(a / 1000)));
+}
+
+bool sameDash(const PathStyle& a, const PathStyle& b) {
+    return a.dashCount == b.dashCount &&
+           (a.dashCount <= 0 || sameLength(a.dashPhase, b.dashPhase)) &&
+           std::equal(a.dash, a.dash + std::clamp<std::ptrdiff_t>(a.dashCount, 0, std::size(a.dash)),
+                      b.dash, sameLength);
+}
+
+bool isGuide(Art art) {
+    const Art path = leadingPath(art);
+    std::uint8_t guide = 0;
+    if (path != Art::null) {
+        callHost(slot::getPathGuide, path, &guide);
+    }
+    return guide != 0;
+}
+
+} // namespace
+
+bool ArtDifference::any() const {
+    return kind || shape || paints || fill || strokeParts() || flatness;
+}
+
+bool sameColour(const Colour& was, const Colour& is) {
+    if (compareColor(was, is)) {
+        return true;
+    }
+    if (!isPlain(was) || !isPlain(is)) {
+        return false;
+    }
+    const VisibleColour seen = visible(is);
+    return seen.isExact && seen.level == visible(was).level;
+}
+
+bool sameShape(Art a, Art b) {
+    const ChargedList<Subpath> ofA = subpathsWithin(a);
+    const ChargedList<Subpath> ofB = subpathsWithin(b);
+    return std::ranges::equal(ofA.items(), ofB.items(), sameSubpath);
+}
+
+ArtDifference compareArt(Art was, Art is) {
+    ArtDifference difference;
+    difference.kind = artKind(was) != artKind(is);
+    difference.shape = !sameShape(was, is);
+    const PathStyle a = leadingStyle(was);
+    PathStyle b = leadingStyle(is);
+    if (isGuide(is)) {
+        b.fillPaint = 0;
+        b.strokePaint = 0;
+    }
+    difference.paints = (a.fillPaint != 0) != (b.fillPaint != 0) ||
+                        (a.strokePaint != 0) != (b.strokePaint != 0) ||
+                        (b.fillPaint != 0 && a.rule != b.rule);
+    difference.fill = b.fillPaint != 0 && (a.fillPaint == 0 || !sameColour(a.fill, b.fill));
+    if (b.strokePaint != 0) {
+        difference.stroke = a.strokePaint == 0 || !sameColour(a.stroke, b.stroke);
+        difference.lineWidth = !sameLength(a.lineWidth, b.lineWidth);
+        difference.dash = !sameDash(a, b);
+        difference.cap = a.cap != b.cap;
+        difference.join = a.join != b.join;
+        difference.miterLimit = !sameLength(a.miterLimit, std::max(b.miterLimit, fixedOne));
+    }
+    // Editors drop what is not seen.
+    difference.flatness = a.resolution != b.resolution && b.resolution != PathStyle().resolution;
+    return difference;
+}
+
+bool sameClip(Art was, Art is) {
+    return leadingStyle(was).rule == leadingStyle(is).rule && sameShape(was, is);
+}
+
+} // namespace corvane

@@ -1,0 +1,91 @@
+#include "writer/patch/edited_artwork.h"
+
+#include "reader/content/art.h"
+#include "runtime/callbacks.h"
+#include "writer/art/art_stack.h"
+#include "writer/art/layers.h"
+
+namespace corvane {
+
+namespace {
+
+class Lister {
+public:
+    explicit Lister(EditedArtwork& artwork) : artwork_(artwork) {}
+
+    void layer(Layer layer) {
+        LayerInfo info;
+        callHost(slot::getLayerInfo, layer, &info);
+        if (leavesOut(info)) {
+            return;
+        }
+        const std::size_t before = artwork_.objects.size();
+        Art top = Art::null;
+        callHost(slot::getLayerArt, layer, &top);
+        pending_.push(top);
+        for (ArtStep step; pending_.next(step);) {
+            if (step.what == ArtStep::What::art) {
+                visit(step.art);
+            } else {
+                group_ = artwork_.groups[group_].outer;
+            }
+        }
+        artwork_.layers += artwork_.objects.size() > before ? 1 : 0;
+    }
+
+private:
+    void visit(Art art) {
+        if (callHost(slot::checkUserAbort)) {
+            failException(Exception::cancelled);
+        }
+        const ArtKind kind = artKind(art);
+        switch (static_cast<std::int16_t>(kind)) {
+        case 0:
+        case 1:
+            return enter(art, kind);
+        case 2:
+        case 3: {
+            EditedObject object{.art = art, .kind = kind, .group = group_, .source = {}};
+            callHost(slot::getArtSource, art, &object.source);
+            artwork_.objects.push(object);
+            return;
+        }
+        case 5:
+        case 6:
+            return; // kinds that are not drawn
+        default:
+            failException(Exception::type);
+        }
+    }
+
+    void enter(Art art, ArtKind kind) {
+        std::uint8_t clipped = 0;
+        if (kind == ArtKind::group) {
+            callHost(slot::getGroupClipped, art, &clipped);
+        }
+        const Art first = firstChild(art);
+        const Art clip = clipped != 0 ? first : Art::null;
+        artwork_.groups.push({group_, art, clip});
+        group_ = static_cast<EditedIndex>(artwork_.groups.size() - 1);
+        pending_.enter(clip == Art::null ? first : nextSibling(first), ArtStep::What::leave);
+    }
+
+    EditedArtwork& artwork_;
+    ArtStack pending_;
+    EditedIndex group_ = 0;
+};
+
+} // namespace
+
+EditedArtwork listArtwork() {
+    EditedArtwork artwork;
+    artwork.groups.push({});
+    Lister lister(artwork);
+    ChargedList<Layer> layers = listLayers();
+    while (!layers.empty()) {
+        lister.layer(layers.pop());
+    }
+    return artwork;
+}
+
+} // namespace corvane

@@ -1,0 +1,37 @@
+// The artwork that is to be saved, as a list of what is painted, from the back to the front.
+#pragma once
+
+#include "host/artwork.h"
+#include "runtime/charged_list.h"
+
+#include <cstdint>
+
+namespace corvane {
+
+/// A number in one of the lists below. Groups count from 1; 0 is no group.
+using EditedIndex = std::uint32_t;
+
+struct EditedGroup {
+    EditedIndex outer = 0;
+    Art art = Art::null;
+    Art clip = Art::null; ///< null: the group does not clip
+};
+
+struct EditedObject {
+    Art art = Art::null;
+    ArtKind kind = ArtKind::path; ///< or a compound path
+    EditedIndex group = 0;
+    ArtSource source;
+};
+
+struct EditedArtwork {
+    ChargedList<EditedGroup> groups;
+    ChargedList<EditedObject> objects;
+    std::int32_t layers = 0; ///< that are drawn and hold an object
+};
+
+/// Asks the host for all that is drawn; layers that are left out are warned of. Art of a kind that
+/// cannot be written raises `type`.
+EditedArtwork listArtwork();
+
+} // namespace corvane

@@ -1,0 +1,202 @@
+#include "writer/patch/matching.h"
+
+#include "runtime/callbacks.h"
+#include "writer/art/outline.h"
+
+#include <algorithm>
+#include <span>
+#include <unordered_map>
+
+namespace corvane {
+
+namespace {
+
+class Matcher {
+public:
+    Matcher(const BaseReading& base, const EditedArtwork& artwork)
+        : base_(base), artwork_(artwork) {
+        charge_.resize(static_cast<std::int64_t>(
+            artwork.objects.size() * sizeof(MatchedObject) +
+            base.trace.painted().size() * sizeof(EditedIndex)));
+        matching_.objects.resize(artwork.objects.size());
+        matching_.owners.assign(base.trace.painted().size(), noSource);
+    }
+
+    Matching match() {
+        matchEach([&](const ArtSource& source) { return byBytes(source); });
+        matchEach([&](const ArtSource& source) { return byNumber(source); });
+        matchByLook();
+        return std::move(matching_);
+    }
+
+private:
+    /// The source that these bytes are.
+    PaintedIndex byBytes(const ArtSource& source) const {
+        if (source.end <= 0) {
+            return noSource;
+        }
+        const std::span<const TraceIndex> painted = base_.trace.painted();
+        const auto startOf = [&](TraceIndex event) {
+            return std::int64_t{base_.trace.events()[event].start};
+        };
+        const auto at = std::ranges::lower_bound(painted, source.start, {}, startOf);
+        const bool isHere = at != painted.end() && startOf(*at) == source.start &&
+                            base_.trace.events()[*at].end == source.end;
+        return isHere ? static_cast<PaintedIndex>(at - painted.begin()) : noSource;
+    }
+
+    PaintedIndex byNumber(const ArtSource& source) const {
+        const bool isNumber =
+            source.end == 0 && source.ordinal >= 0 &&
+            static_cast<std::size_t>(source.ordinal) < base_.trace.painted().size();
+        const auto number = static_cast<PaintedIndex>(source.ordinal);
+        const bool isFree = isNumber && matching_.owners[number] == noSource;
+        return isFree ? number : noSource;
+    }
+
+    template <class Find>
+    void matchEach(const Find& find) {
+        for (EditedIndex i = 0; i < matching_.objects.size(); ++i) {
+            if (matching_.objects[i].source == noSource) {
+                const PaintedIndex source = find(artwork_.objects[i].source);
+                if (source != noSource) {
+                    claim(i, source);
+                }
+            }
+        }
+    }
+
+    void claim(EditedIndex i, PaintedIndex source) {
+        MatchedObject& object = matching_.objects[i];
+        object.source = source;
+        object.difference = compareArt(artOf(base_, source), artwork_.objects[i].art);
+        EditedIndex& owner = matching_.owners[source];
+        if (owner == noSource) {
+            owner = i;
+            return;
+        }
+        MatchedObject& former = matching_.objects[owner];
+        if (former.difference.any() && !object.difference.any()) {
+            former.isCopy = true;
+            owner = i;
+        } else {
+            object.isCopy = true;
+        }
+    }
+
+    /// What is rounded the same way for equal objects, but for points at an edge of a cell.
+    struct Look {
+        std::int32_t count = 0; ///< of anchors
+        std::int64_t cellX = 0;
+        std::int64_t cellY = 0;
+        friend bool operator==(const Look&, const Look&) = default;
+    };
+    struct LookHash {
+        std::size_t operator()(const Look& look) const {
+            const auto mixed = (static_cast<std::uint64_t>(look.cellX) * 0x9E3779B97F4A7C15U) ^
+                               (static_cast<std::uint64_t>(look.cellY) * 0xC2B2AE3D27D4EB4FU);
+            return static_cast<std::size_t>(mixed + static_cast<std::uint64_t>(look.count));
+        }
+    };
+    /// Half a point: far more than an editor's rounding.
+    static constexpr Fixed cell = fixedOne / 2;
+
+    static Look lookOf(Art art, Fixed dx, Fixed dy) {
+        const ChargedList<Subpath> subpaths = subpathsWithin(art);
+        Look look;
+        for (const Subpath& subpath : subpaths.items()) {
+            if (look.count == 0 && subpath.count > 0) {
+                Segment first;
+                callHost(slot::getPathSegments, subpath.art, 0, 1, &first);
+                look.cellX = (std::int64_t{first.anchor.x} + dx) >> 15;
+                look.cellY = (std::int64_t{first.anchor.y} + dy) >> 15;
+            }
+            look.count += subpath.count;
+        }
+        return look;
+    }
+
+    void matchByLook() {
+        std::unordered_multimap<Look, PaintedIndex, LookHash> left;
+        const auto isLeft = [&](EditedIndex i) {
+            return matching_.objects[i].source == noSource;
+        };
+        bool any = false;
+        for (EditedIndex i = 0; i < matching_.objects.size() && !any; ++i) {
+            any = isLeft(i);
+        }
+        if (!any) {
+            return;
+        }
+        ZoneCharge charge;
+        for (PaintedIndex source = 0; source < matching_.owners.size(); ++source) {
+            if (matching_.owners[source] == noSource) {
+                left.emplace(lookOf(artOf(base_, source), 0, 0), source);
+                if (left.size() % chargeStep == 0) {
+                    charge.resize(static_cast<std::int64_t>((left.size() + chargeStep) * nodeSize));
+                }
+            }
+        }
+        for (EditedIndex i = 0; i < matching_.objects.size() && !left.empty(); ++i) {
+            if (isLeft(i)) {
+                takeLook(i, left);
+            }
+        }
+    }
+
+    using Looks = std::unordered_multimap<Look, PaintedIndex, LookHash>;
+    static constexpr std::size_t chargeStep = 4096;
+    static constexpr std::size_t nodeSize = 64;
+    /// Equal-looking sources that are compared; pages repeat a mark thousands of times.
+    static constexpr int mostCompared = 32;
+
+    /// Looks in the cells around the object's first point.
+    void takeLook(EditedIndex i, Looks& left) {
+        constexpr Fixed room = cell / 8;
+        const Art art = artwork_.objects[i].art;
+        for (const Fixed dx : {-room, room}) {
+            for (const Fixed dy : {-room, room}) {
+                if (takeFrom(i, left, left.equal_range(lookOf(art, dx, dy)))) {
+                    return;
+                }
+            }
+        }
+    }
+
+    bool takeFrom(EditedIndex i, Looks& left, std::pair<Looks::iterator, Looks::iterator> range) {
+        int compared = 0;
+        for (auto at = range.first; at != range.second && compared < mostCompared;
+             ++at, ++compared) {
+            const ArtDifference difference =
+                compareArt(artOf(base_, at->second), artwork_.objects[i].art);
+            if (!difference.any()) {
+                matching_.objects[i] = {.source = at->second};
+                matching_.owners[at->second] = i;
+                left.erase(at);
+                return true;
+            }
+        }
+        return false;
+    }
+
+    const BaseReading& base_;
+    const EditedArtwork& artwork_;
+    ZoneCharge charge_;
+    Matching matching_;
+};
+
+} // namespace
+
+Matching matchArtwork(const BaseReading& base, const EditedArtwork& artwork) {
+    return Matcher(base, artwork).match();
+}
+
+const TraceEvent& eventOf(const ContentTrace& trace, PaintedIndex source) {
+    return trace.events()[trace.painted()[source]];
+}
+
+Art artOf(const BaseReading& base, PaintedIndex source) {
+    return eventOf(base.trace, source).art;
+}
+
+} // namespace corvane
