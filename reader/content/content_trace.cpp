@@ -177,6 +177,11 @@ void ContentTrace::noteFailed(const Interpreter& interpreter) {
     events_.push(event);
 }
 
+TraceIndex ContentTrace::clipAround(TraceIndex event) const {
+    const TraceIndex link = events_[event].behind.clip;
+    return link != 0 && clips_[link].event == event ? clips_[link].outer : link;
+}
+
 void ContentTrace::end(const Interpreter& interpreter) {
     streamStarts_.push_back(positionOf(interpreter.level.streamStart));
     behind_.isInPath = interpreter.level.path.compound != Art::null;

@@ -98,6 +98,9 @@ public:
     const RealMatrix& matrix(TraceIndex index) const { return matrices_.items()[index]; }
     std::size_t clipCount() const { return clips_.size(); }
 
+    /// The clips around what an event paints: a path is not within the clip that it becomes.
+    TraceIndex clipAround(TraceIndex event) const;
+
     /// First bytes of the streams, and of what would come behind the last.
     std::span<const std::uint32_t> streamStarts() const { return streamStarts_; }
     bool isDamaged(std::size_t stream) const { return damaged_[stream]; }

@@ -1,6 +1,10 @@
 #include "writer/art/content_text.h"
 
+#include "runtime/exception.h"
+
 #include <algorithm>
+#include <charconv>
+#include <cmath>
 #include <span>
 
 namespace corvane {
@@ -19,6 +23,35 @@ void ContentText::addLevel(std::int64_t value) {
     prepare(numberRoom + 1);
     end_ = writeNumber(end_, value);
     *end_++ = ' ';
+}
+
+void ContentText::addReal(double value, int digits) {
+    if (!std::isfinite(value)) {
+        failException(Exception::type);
+    }
+    prepare(realRoom + 1);
+    char* end = std::to_chars(end_, end_ + realRoom, value, std::chars_format::fixed, digits).ptr;
+    if (digits > 0) {
+        while (end[-1] == '0') {
+            --end;
+        }
+        end -= end[-1] == '.' ? 1 : 0;
+    }
+    end = std::string_view(end_, end) == "-0" ? std::copy_n("0", 1, end_) : end;
+    *end++ = ' ';
+    end_ = end;
+}
+
+void ContentText::addReal(double value) {
+    prepare(realRoom + 1);
+    end_ = writeReal(end_, value);
+    *end_++ = ' ';
+}
+
+void ContentText::addMatrix(const RealMatrix& matrix) {
+    for (const double value : {matrix.a, matrix.b, matrix.c, matrix.d, matrix.tx, matrix.ty}) {
+        addReal(value);
+    }
 }
 
 void ContentText::flush() {

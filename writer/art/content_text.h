@@ -3,6 +3,7 @@
 
 #include "filters/filter.h"
 #include "host/artwork.h"
+#include "host/matrix.h"
 #include "output/number_text.h"
 
 #include <array>
@@ -31,6 +32,12 @@ public:
         add(point.x);
         add(point.y);
     }
+    /// A number rounded to so many digits behind the point, and one space. What is no number, or
+    /// infinite, raises `type`.
+    void addReal(double value, int digits);
+    /// The shortest decimal that reads back as the same double, and one space; raises as above.
+    void addReal(double value);
+    void addMatrix(const RealMatrix& matrix);
     /// A level of light and one space; magnitude below 2^48.
     void addLevel(std::int64_t value);
     void flush();

@@ -2,8 +2,8 @@
 
 #include "reader/content/art.h"
 #include "runtime/callbacks.h"
-#include "runtime/rules.h"
 #include "runtime/charged_list.h"
+#include "runtime/rules.h"
 #include "writer/art/drawn_works.h"
 #include "writer/art/outline.h"
 #include "writer/art/segment_works.h"
@@ -39,20 +39,11 @@ bool isEvenOdd(const PathStyle& style) {
     return rules().evenOddCarried && style.rule == FillRule::evenOdd;
 }
 
-bool isDrawnByHost(const PathStyle& style) {
-    return style.fillPaint != 0 &&
-           (style.fill.kind == ColourKind::gradient || style.fill.kind == ColourKind::pattern);
-}
-
-std::string_view clipOperator(bool evenOdd) {
-    return evenOdd ? "W*\n" : "W\n";
-}
-
 /// Fills with what the host draws, cut to the path.
 void fillDrawn(Walk& walk, const PaintedPath& path) {
     enterWorks(walk);
     segmentWorks(walk, path.subpaths);
-    walk.text.add(clipOperator(isEvenOdd(path.style)));
+    walk.text.add(clipOperator(path.style));
     walk.text.add("n\n");
     for (const Subpath& subpath : path.subpaths) {
         if (path.style.fill.kind == ColourKind::gradient) {
@@ -62,19 +53,6 @@ void fillDrawn(Walk& walk, const PaintedPath& path) {
         }
     }
     leaveWorks(walk);
-}
-
-/// The operator that ends a path which `h` has closed where it is closed. `f` makes reading close
-/// the last subpath, `F` does not; there is no such pair for the even-odd rule.
-std::string_view paintOperator(const PathStyle& style, bool endsClosed) {
-    const bool evenOdd = isEvenOdd(style);
-    if (style.fillPaint != 0 && style.strokePaint != 0) {
-        return evenOdd ? "B*\n" : "B\n";
-    }
-    if (style.fillPaint != 0) {
-        return evenOdd ? "f*\n" : endsClosed ? "f\n" : "F\n";
-    }
-    return style.strokePaint != 0 ? "S\n" : "n\n";
 }
 
 /// The operator that closes the path as well where it is closed.
@@ -94,7 +72,7 @@ void paintWorks(Walk& walk, const PaintedPath& path) {
         return;
     }
     if (path.style.clip != 0 && !rules().clipsByGroup) {
-        walk.text.add(clipOperator(isEvenOdd(path.style)));
+        walk.text.add(clipOperator(path.style));
     }
     walk.text.add(rules().closesSubpaths ? paintOperator(path.style, path.first().closed)
                                          : closingOperator(path.style, path.first().closed));
@@ -131,6 +109,28 @@ ChargedList<Subpath> subpathsOf(Art compound) {
 
 } // namespace
 
+bool isDrawnByHost(const PathStyle& style) {
+    return style.fillPaint != 0 &&
+           (style.fill.kind == ColourKind::gradient || style.fill.kind == ColourKind::pattern);
+}
+
+std::string_view clipOperator(const PathStyle& style) {
+    return isEvenOdd(style) ? "W*\n" : "W\n";
+}
+
+/// `f` makes reading close
+/// the last subpath, `F` does not; there is no such pair for the even-odd rule.
+std::string_view paintOperator(const PathStyle& style, bool endsClosed) {
+    const bool evenOdd = isEvenOdd(style);
+    if (style.fillPaint != 0 && style.strokePaint != 0) {
+        return evenOdd ? "B*\n" : "B\n";
+    }
+    if (style.fillPaint != 0) {
+        return evenOdd ? "f*\n" : endsClosed ? "f\n" : "F\n";
+    }
+    return style.strokePaint != 0 ? "S\n" : "n\n";
+}
+
 void pathWorks(Walk& walk, Art path) {
     const PathStyle style = styleOf(path);
     const Subpath subpath = subpathOf(path);
@@ -141,6 +141,14 @@ void compoundWorks(Walk& walk, Art compound) {
     const ChargedList<Subpath> subpaths = subpathsOf(compound);
     if (!subpaths.empty()) {
         paintedWorks(walk, {subpaths.items(), styleOf(subpaths.items().back().art)});
+    }
+}
+
+void artWorks(Walk& walk, Art art) {
+    if (artKind(art) == ArtKind::path) {
+        pathWorks(walk, art);
+    } else {
+        compoundWorks(walk, art);
     }
 }
 
@@ -157,7 +165,7 @@ void clipWorks(Walk& walk, Art clip) {
         // Nothing shows through an empty clip, but there must be one.
         walk.text.add("0 0 0 0 re\n");
     }
-    walk.text.add(clipOperator(isEvenOdd(style)));
+    walk.text.add(clipOperator(style));
     walk.text.add("n\n");
 }
 

@@ -3,12 +3,23 @@
 
 #include "writer/art/walk.h"
 
+#include <string_view>
+
 namespace corvane {
 
 void pathWorks(Walk& walk, Art path);
 /// All subpaths at once, in the style of the first child.
 void compoundWorks(Walk& walk, Art compound);
+/// Either of the two.
+void artWorks(Walk& walk, Art art);
 /// Makes `clip`, a path or art that holds paths, the clip of what follows; paints none of it.
 void clipWorks(Walk& walk, Art clip);
+
+/// The operator that ends a path which `h` has closed where it is closed.
+std::string_view paintOperator(const PathStyle& style, bool endsClosed);
+/// Whether the host draws the fill: a gradient or a pattern.
+bool isDrawnByHost(const PathStyle& style);
+/// "W" or "W*", and a line end.
+std::string_view clipOperator(const PathStyle& style);
 
 } // namespace corvane

@@ -18,36 +18,36 @@ bool isStraight(const Segment& from, const Segment& to) {
     return samePoint(from.out, from.anchor) && samePoint(to.in, to.anchor);
 }
 
-void writeSegment(ContentText& text, const Segment& from, const Segment& to) {
+void writeSegment(Walk& walk, const Segment& from, const Segment& to) {
     const bool leavesStraight = samePoint(from.out, from.anchor);
     const bool arrivesStraight = samePoint(to.in, to.anchor);
     if (leavesStraight && arrivesStraight) {
-        text.add(to.anchor);
-        text.add("l\n");
+        walk.add(to.anchor);
+        walk.text.add("l\n");
         return;
     }
     if (!leavesStraight) {
-        text.add(from.out);
+        walk.add(from.out);
     }
     if (!arrivesStraight) {
-        text.add(to.in);
+        walk.add(to.in);
     }
-    text.add(to.anchor);
-    text.add(leavesStraight ? "v\n" : arrivesStraight ? "y\n" : "c\n");
+    walk.add(to.anchor);
+    walk.text.add(leavesStraight ? "v\n" : arrivesStraight ? "y\n" : "c\n");
 }
 
 /// Ends a closed subpath. Readers take a last point that lies on the first for the closing one:
 /// there the step between the two is written, so that they take that.
-void closeSubpath(ContentText& text, const Segment& last, const Segment& first, bool isPoint) {
+void closeSubpath(Walk& walk, const Segment& last, const Segment& first, bool isPoint) {
     if (!rules().closesSubpaths) {
-        writeSegment(text, last, first);
+        writeSegment(walk, last, first);
         return;
     }
     const bool liesOnStart = !isPoint && samePoint(last.anchor, first.anchor);
     if (liesOnStart || !isStraight(last, first)) {
-        writeSegment(text, last, first);
+        writeSegment(walk, last, first);
     }
-    text.add("h\n");
+    walk.text.add("h\n");
 }
 
 } // namespace
@@ -71,7 +71,6 @@ Subpath subpathOf(Art art) {
 }
 
 void segmentWorks(Walk& walk, const Subpath& subpath) {
-    ContentText& text = walk.text;
     const auto block = static_cast<std::int32_t>(walk.segments.size());
     Segment first;
     Segment last;
@@ -81,12 +80,12 @@ void segmentWorks(Walk& walk, const Subpath& subpath) {
         std::span<const Segment> segments(walk.segments.data(), static_cast<std::size_t>(count));
         if (start == 0) {
             first = last = segments.front();
-            text.add(first.anchor);
-            text.add("m\n");
+            walk.add(first.anchor);
+            walk.text.add("m\n");
             segments = segments.subspan(1);
         }
         for (const Segment& segment : segments) {
-            writeSegment(text, last, segment);
+            writeSegment(walk, last, segment);
             last = segment;
         }
         if (subpath.count - start <= block) {
@@ -94,7 +93,7 @@ void segmentWorks(Walk& walk, const Subpath& subpath) {
         }
     }
     if (subpath.closed && subpath.count > 0) {
-        closeSubpath(text, last, first, subpath.count == 1);
+        closeSubpath(walk, last, first, subpath.count == 1);
     }
 }
 

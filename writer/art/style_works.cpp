@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <iterator>
 #include <string_view>
 
@@ -71,8 +72,8 @@ void strokeWorks(Walk& walk, const PathStyle& style) {
         dashWorks(walk, dash);
         shadow.dash = dash;
     }
-    choiceWorks(walk, shadow.cap, style.cap, capWords);
-    choiceWorks(walk, shadow.join, style.join, joinWords);
+    capWorks(walk, style.cap);
+    joinWorks(walk, style.join);
     numberWorks(walk, shadow.miterLimit, std::max(style.miterLimit, fixedOne), "M\n");
 }
 
@@ -91,19 +92,6 @@ Fixed exactFlatness(Fixed resolution) {
         }
     }
     return quotient;
-}
-
-void flatnessWorks(Walk& walk, Fixed resolution) {
-    if (walk.shadow.resolution == resolution) {
-        return;
-    }
-    Fixed flatness = 0;
-    if (resolution < finestResolution) {
-        flatness = rules().shortestNumbers ? exactFlatness(resolution) : resolutionOf(resolution);
-    }
-    walk.text.add(flatness);
-    walk.text.add("i\n");
-    walk.shadow.resolution = resolution;
 }
 
 std::string noteText(Note note) {
@@ -145,6 +133,27 @@ void dashWorks(Walk& walk, const Dash& dash) {
     walk.text.add(" d\n");
 }
 
+void flatnessWorks(Walk& walk, Fixed resolution) {
+    if (walk.shadow.resolution == resolution) {
+        return;
+    }
+    Fixed flatness = 0;
+    if (resolution < finestResolution) {
+        flatness = rules().shortestNumbers ? exactFlatness(resolution) : resolutionOf(resolution);
+    }
+    walk.text.add(flatness);
+    walk.text.add("i\n");
+    walk.shadow.resolution = resolution;
+}
+
+void capWorks(Walk& walk, std::int32_t cap) {
+    choiceWorks(walk, walk.shadow.cap, cap, capWords);
+}
+
+void joinWorks(Walk& walk, std::int32_t join) {
+    choiceWorks(walk, walk.shadow.join, join, joinWords);
+}
+
 void pathStyleWorks(Walk& walk, const PathStyle& style) {
     if (style.fillPaint != 0) {
         colourWorks(walk, walk.shadow.fill, style.fill, true);
@@ -164,6 +173,20 @@ std::string commentText(std::span<const std::uint8_t> text) {
         }
     }
     return comment;
+}
+
+std::optional<UserSpace> userSpace(const RealMatrix& ctm) {
+    const std::optional<RealMatrix> back = inverse(ctm);
+    if (!back) {
+        return std::nullopt;
+    }
+    // Half of the last digit may move a point on the artboard by less than a quarter of the
+    // smallest step of 16.16.
+    constexpr double room = 1.0 / (4 * 65536);
+    constexpr int mostDigits = 17;
+    const double digits = std::ceil(std::log10(std::max(largestStretch(ctm), 1e-9) / room));
+    return UserSpace{withoutSignedZeros(*back),
+                     static_cast<int>(std::clamp(digits, 0.0, double{mostDigits}))};
 }
 
 void enterWorks(Walk& walk) {

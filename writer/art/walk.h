@@ -2,16 +2,41 @@
 #pragma once
 
 #include "host/artwork.h"
+#include "host/matrix.h"
+#include "runtime/fixed.h"
 #include "writer/art/content_text.h"
 #include "writer/art/shadow.h"
 
 #include <array>
+#include <optional>
 
 namespace corvane {
+
+/// The space that points are written in, where it is not that of the artboard.
+struct UserSpace {
+    RealMatrix fromArtboard;
+    int digits = 0; ///< behind the point: as many as a point needs to come back to the same place
+};
+
+/// The user space under that CTM; nothing where the CTM has no inverse.
+std::optional<UserSpace> userSpace(const RealMatrix& ctm);
 
 struct Walk {
     explicit Walk(Filter& stream) : text(stream) {}
 
+    /// Writes a point of the artboard.
+    void add(const Point& point) {
+        if (!space) {
+            text.add(point);
+        } else {
+            const RealPoint to =
+                transform(space->fromArtboard, {realFromFixed(point.x), realFromFixed(point.y)});
+            text.addReal(to.x, space->digits);
+            text.addReal(to.y, space->digits);
+        }
+    }
+
+    std::optional<UserSpace> space;
     ContentText text;
     Shadow shadow;
     /// Segments of a path come from the host in blocks of this many.

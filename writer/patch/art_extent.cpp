@@ -18,8 +18,8 @@ std::int64_t strokeReach(const PathStyle& style) {
     }
     const std::int64_t half = (std::int64_t{style.lineWidth} + 1) / 2;
     // A square cap reaches 1.42 half widths away, a miter as many as its limit says.
-    const std::int64_t factor = style.join == 0 ? std::max<std::int64_t>(style.miterLimit, 2 * fixedOne)
-                                                : 2 * fixedOne;
+    const std::int64_t factor =
+        style.join == 0 ? std::max<std::int64_t>(style.miterLimit, 2 * fixedOne) : 2 * fixedOne;
     return half * factor / fixedOne + fixedOne / 4;
 }
 
@@ -38,10 +38,10 @@ ArtExtent extentOf(Art art) {
     std::array<Segment, 128> block;
     for (const Subpath& subpath : subpaths.items()) {
         for (std::int32_t at = 0; at < subpath.count;) {
-            const auto count = std::min(subpath.count - at, static_cast<std::int32_t>(block.size()));
+            const auto count =
+                std::min(subpath.count - at, static_cast<std::int32_t>(block.size()));
             callHost(slot::getPathSegments, subpath.art, at, count, block.data());
-            for (const Segment& segment :
-                 std::span(block).first(static_cast<std::size_t>(count))) {
+            for (const Segment& segment : std::span(block).first(static_cast<std::size_t>(count))) {
                 extent.add(segment.anchor);
                 extent.add(segment.in);
                 extent.add(segment.out);
@@ -81,7 +81,8 @@ std::optional<ArtExtent> rectangleOf(Art clip) {
         const bool isLevel = from.anchor.y == to.anchor.y;
         const bool isUpright = from.anchor.x == to.anchor.x;
         const bool firstIsLevel = corners[0].anchor.y == corners[1].anchor.y;
-        isRectangle = isRectangle && isStraight && (firstIsLevel == (i % 2 == 0) ? isLevel : isUpright);
+        isRectangle =
+            isRectangle && isStraight && (firstIsLevel == (i % 2 == 0) ? isLevel : isUpright);
         extent.add(from.anchor);
     }
     return isRectangle ? std::optional(extent) : std::nullopt;

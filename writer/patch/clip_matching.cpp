@@ -85,7 +85,7 @@ private:
             if (object.source == noSource || object.isCopy) {
                 continue;
             }
-            const TraceIndex clip = eventOf(trace_, object.source).behind.clip;
+            const TraceIndex clip = trace_.clipAround(trace_.painted()[object.source]);
             for (EditedIndex group = artwork_.objects[i].group; group != 0 && !tried[group];
                  group = artwork_.groups[group].outer) {
                 tried[group] = true;
@@ -126,9 +126,9 @@ private:
                 continue;
             }
             const EditedIndex changed = result_.changedBy[link];
-            const bool isIt = changed == 0 ? isSame(link, group)
-                                           : sameClip(artwork_.groups[changed].clip,
-                                                      artwork_.groups[group].clip);
+            const bool isIt =
+                changed == 0 ? isSame(link, group)
+                             : sameClip(artwork_.groups[changed].clip, artwork_.groups[group].clip);
             link = isIt ? link : 0;
         }
     }
@@ -149,15 +149,15 @@ private:
             if (object.source == noSource || object.isCopy) {
                 continue;
             }
-            for (TraceIndex link = eventOf(trace_, object.source).behind.clip;
-                 link != 0 && !keeps[link]; link = trace_.clip(link).outer) {
+            for (TraceIndex link = trace_.clipAround(trace_.painted()[object.source]); link != 0;
+                 link = trace_.clip(link).outer) {
                 holds[link] = true;
-                keeps[link] = isWithin(artwork_.objects[i].group, link);
+                keeps[link] = keeps[link] || isWithin(artwork_.objects[i].group, link);
             }
         }
         for (TraceIndex link = 1; link < holds.size(); ++link) {
-            result_.released[link] = holds[link] && !keeps[link] && isAlive(link) &&
-                                     canChange(link);
+            result_.released[link] =
+                holds[link] && !keeps[link] && isAlive(link) && canChange(link);
         }
     }
 

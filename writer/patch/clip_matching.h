@@ -9,9 +9,9 @@ namespace corvane {
 
 /// By clip of the page (`ContentTrace::clip`) and by group of the artwork.
 struct ClipMatching {
-    std::vector<TraceIndex> links;        ///< by group: the clip of the page that it is; 0: a new one
-    std::vector<EditedIndex> changedBy;   ///< by clip: the group whose clip takes its place; or 0
-    std::vector<bool> released;           ///< by clip: none of its objects is clipped any more
+    std::vector<TraceIndex> links;      ///< by group: the clip of the page that it is; 0: a new one
+    std::vector<EditedIndex> changedBy; ///< by clip: the group whose clip takes its place; or 0
+    std::vector<bool> released;         ///< by clip: none of its objects is clipped any more
 
     /// The clip that still clips around this one, it included; 0: none.
     TraceIndex inForce(const ContentTrace& trace, TraceIndex link) const {

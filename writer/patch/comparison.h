@@ -23,9 +23,7 @@ struct ArtDifference {
     bool flatness = false;
 
     bool any() const;
-    bool strokeParts() const {
-        return stroke || lineWidth || dash || cap || join || miterLimit;
-    }
+    bool strokeParts() const { return stroke || lineWidth || dash || cap || join || miterLimit; }
 };
 
 ArtDifference compareArt(Art was, Art is);

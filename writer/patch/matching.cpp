@@ -15,9 +15,9 @@ class Matcher {
 public:
     Matcher(const BaseReading& base, const EditedArtwork& artwork)
         : base_(base), artwork_(artwork) {
-        charge_.resize(static_cast<std::int64_t>(
-            artwork.objects.size() * sizeof(MatchedObject) +
-            base.trace.painted().size() * sizeof(EditedIndex)));
+        charge_.resize(
+            static_cast<std::int64_t>(artwork.objects.size() * sizeof(MatchedObject) +
+                                      base.trace.painted().size() * sizeof(EditedIndex)));
         matching_.objects.resize(artwork.objects.size());
         matching_.owners.assign(base.trace.painted().size(), noSource);
     }
@@ -118,9 +118,7 @@ private:
 
     void matchByLook() {
         std::unordered_multimap<Look, PaintedIndex, LookHash> left;
-        const auto isLeft = [&](EditedIndex i) {
-            return matching_.objects[i].source == noSource;
-        };
+        const auto isLeft = [&](EditedIndex i) { return matching_.objects[i].source == noSource; };
         bool any = false;
         for (EditedIndex i = 0; i < matching_.objects.size() && !any; ++i) {
             any = isLeft(i);

@@ -20,7 +20,7 @@ inline constexpr PaintedIndex noSource = UINT32_MAX;
 struct MatchedObject {
     PaintedIndex source = noSource; ///< what made it, or its original
     bool isCopy = false;            ///< another object is the source's
-    ArtDifference difference;       ///< from its source
+    ArtDifference difference = {};  ///< from its source
 };
 
 struct Matching {

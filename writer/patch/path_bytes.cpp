@@ -6,7 +6,12 @@ namespace corvane {
 
 namespace {
 
-/// The first event that stands within the path.
+bool isClipWord(const TraceEvent& event) {
+    return event.role == OperatorRole::clipWord && !event.isFailed;
+}
+
+} // namespace
+
 TraceIndex firstWithin(const ContentTrace& trace, TraceIndex path) {
     TraceIndex first = path;
     while (first > 0 && trace.events()[first - 1].start >= trace.events()[path].start) {
@@ -14,12 +19,6 @@ TraceIndex firstWithin(const ContentTrace& trace, TraceIndex path) {
     }
     return first;
 }
-
-bool isClipWord(const TraceEvent& event) {
-    return event.role == OperatorRole::clipWord && !event.isFailed;
-}
-
-} // namespace
 
 bool isPlainPath(const ContentTrace& trace, TraceIndex path) {
     const auto within =

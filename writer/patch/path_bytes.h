@@ -14,6 +14,9 @@ struct ByteRange {
     std::uint32_t end = 0;
 };
 
+/// The first event that stands within the path, or the path itself.
+TraceIndex firstWithin(const ContentTrace& trace, TraceIndex path);
+
 /// Whether nothing but the words that make it a clip stands within the path.
 bool isPlainPath(const ContentTrace& trace, TraceIndex path);
 

@@ -1,0 +1,180 @@
+#include "writer/patch/changed_works.h"
+
+#include "runtime/callbacks.h"
+#include "runtime/fixed.h"
+#include "writer/art/color_works.h"
+#include "writer/art/outline.h"
+#include "writer/art/path_works.h"
+#include "writer/art/segment_works.h"
+#include "writer/art/style_works.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <string_view>
+
+namespace corvane {
+
+namespace {
+
+/// Digits behind the point by which a length in user space comes back as the same 16.16 length on
+/// the artboard.
+int lengthDigits(double value, double scale, Fixed length) {
+    constexpr int most = 15;
+    std::array<char, realRoom> text{};
+    for (int digits = 0; digits < most; ++digits) {
+        const auto end = std::to_chars(text.data(), text.data() + text.size(), value,
+                                       std::chars_format::fixed, digits);
+        double back = 0;
+        std::from_chars(text.data(), end.ptr, back);
+        if (fixedFromReal(back * scale) == length) {
+            return digits;
+        }
+    }
+    return most;
+}
+
+/// Writes a length of the artboard in user space.
+void lengthWorks(Walk& walk, Fixed length, double scale) {
+    const double value = realFromFixed(length) / scale;
+    walk.text.addReal(value, lengthDigits(value, scale, length));
+}
+
+void strokeWorks(Walk& walk, const PathStyle& style, const ArtDifference& difference,
+                 double scale) {
+    if (difference.stroke) {
+        colorWorks(walk, style.stroke, false);
+    }
+    if (difference.lineWidth) {
+        lengthWorks(walk, style.lineWidth, scale);
+        walk.text.add("w\n");
+    }
+    if (difference.dash) {
+        walk.text.add("[ ");
+        for (const Fixed length : std::span(style.dash)
+                                      .first(static_cast<std::size_t>(
+                                          std::clamp<std::int16_t>(style.dashCount, 0, 6)))) {
+            lengthWorks(walk, length, scale);
+        }
+        walk.text.add("] ");
+        lengthWorks(walk, style.dashPhase, scale);
+        walk.text.add("d\n");
+    }
+    // Cap, join and limit are the same in every space.
+    if (difference.cap) {
+        capWorks(walk, style.cap);
+    }
+    if (difference.join) {
+        joinWorks(walk, style.join);
+    }
+    if (difference.miterLimit) {
+        walk.text.add(std::max(style.miterLimit, fixedOne));
+        walk.text.add("M\n");
+    }
+}
+
+PathStyle styleOf(Art art) {
+    PathStyle style;
+    if (const Art path = leadingPath(art); path != Art::null) {
+        callHost(slot::getPathStyle, path, &style);
+    }
+    return style;
+}
+
+void rangesWorks(Walk& walk, ContentBytes& bytes, const std::vector<ByteRange>& ranges) {
+    std::string text;
+    for (const ByteRange& range : ranges) {
+        bytes.append(text, range);
+        text += ' ';
+    }
+    walk.text.add(text);
+}
+
+void wordWorks(Walk& walk, ContentBytes& bytes, const TraceEvent& event) {
+    rangesWorks(walk, bytes, {{event.word, event.end}});
+    walk.text.add("\n");
+}
+
+/// What the operator that ends the changed path does: fills and strokes that no art shows go on.
+PathStyle paintedStyle(const TraceEvent& event, const PathStyle& was, PathStyle is, bool isGuide) {
+    if (isGuide) {
+        is.fillPaint = 0;
+        is.strokePaint = 0;
+    }
+    if (event.hidesFill && is.fillPaint == 0) {
+        is.fillPaint = 1;
+        is.rule = was.rule;
+    }
+    if (event.hidesStroke && is.strokePaint == 0) {
+        is.strokePaint = 1;
+    }
+    return is;
+}
+
+} // namespace
+
+void changedWorks(Walk& walk, ContentBytes& bytes, const ContentTrace& trace,
+                  const PathSource& source, Art art, const ArtDifference& difference) {
+    const TraceEvent& event = trace.events()[source.event];
+    const RealMatrix& ctm = trace.matrix(event.behind.matrix);
+    const ChargedList<Subpath> subpaths = subpathsWithin(art);
+    if (subpaths.empty()) {
+        return;
+    }
+    const PathStyle was = styleOf(source.art);
+    const PathStyle is = styleOf(art);
+    if (isDrawnByHost(is)) {
+        walk.text.addMatrix(inverse(ctm).value_or(RealMatrix()));
+        walk.text.add("cm\n");
+        artWorks(walk, art);
+        return;
+    }
+    if (difference.fill) {
+        colorWorks(walk, is.fill, true);
+    }
+    strokeWorks(walk, is, difference, meanStretch(ctm));
+    if (difference.flatness) {
+        flatnessWorks(walk, is.resolution);
+    }
+    const bool hasOwnShape = difference.shape || difference.kind;
+    if (hasOwnShape) {
+        walk.space = userSpace(ctm);
+        segmentWorks(walk, subpaths.items());
+        walk.space.reset();
+    } else {
+        rangesWorks(walk, bytes, constructionBytes(trace, source.event, false));
+    }
+    if (hasOwnShape || difference.paints) {
+        const Subpath& front = subpaths.items().back();
+        if (!hasOwnShape && front.closed) {
+            walk.text.add("h\n"); // the operator that went may have closed it
+        }
+        walk.text.add(paintOperator(paintedStyle(event, was, is, front.guide), front.closed));
+    } else {
+        wordWorks(walk, bytes, event);
+    }
+}
+
+void unchangedWorks(Walk& walk, ContentBytes& bytes, const ContentTrace& trace, TraceIndex event) {
+    rangesWorks(walk, bytes, constructionBytes(trace, event, false));
+    wordWorks(walk, bytes, trace.events()[event]);
+}
+
+void clipOnlyWorks(Walk& walk, ContentBytes& bytes, const ContentTrace& trace, TraceIndex event,
+                   Art changed) {
+    if (changed == Art::null) {
+        rangesWorks(walk, bytes, constructionBytes(trace, event, true));
+        walk.text.add("n\n");
+        return;
+    }
+    walk.space = userSpace(trace.matrix(trace.events()[event].behind.matrix));
+    const ChargedList<Subpath> subpaths = subpathsWithin(changed);
+    if (!segmentWorks(walk, subpaths.items())) {
+        walk.text.add("0 0 0 0 re\n");
+    }
+    walk.space.reset();
+    walk.text.add(clipOperator(styleOf(changed)));
+    walk.text.add("n\n");
+}
+
+} // namespace corvane

@@ -1,0 +1,187 @@
+#include "writer/patch/inserted_works.h"
+
+#include "reader/content/losses.h"
+#include "runtime/fixed.h"
+#include "writer/art/path_works.h"
+#include "writer/art/style_works.h"
+#include "writer/patch/insertion_points.h"
+
+#include <algorithm>
+#include <set>
+
+namespace corvane {
+
+namespace {
+
+/// Whether a later operator leaves nothing of what a former one set.
+bool replaces(OperatorRole later, OperatorRole former) {
+    return later == former ||
+           (later == OperatorRole::fillSpace && former == OperatorRole::fillColour) ||
+           (later == OperatorRole::strokeSpace && former == OperatorRole::strokeColour);
+}
+
+} // namespace
+
+std::vector<bool> groupsApart(const EditedArtwork& artwork, const PaintOrder& order) {
+    std::vector<bool> apart(artwork.groups.size(), true);
+    for (EditedIndex i = 0; i < artwork.objects.size(); ++i) {
+        for (EditedIndex group = artwork.objects[i].group;
+             order.stays[i] && group != 0 && apart[group]; group = artwork.groups[group].outer) {
+            apart[group] = false;
+        }
+    }
+    // The groups of layers are made by opening anyway.
+    for (EditedIndex group = 0; group < artwork.groups.size(); ++group) {
+        apart[group] = apart[group] && artwork.groups[group].outer != 0;
+    }
+    return apart;
+}
+
+void InsertedWorks::write(std::span<const Insertion> insertions, const Surroundings& inForce,
+                          std::string_view reset) {
+    noneStyleWorks(walk_);
+    enterWorks(walk_);
+    const RealMatrix back =
+        withoutSignedZeros(inverse(trace_.matrix(inForce.matrix)).value_or(RealMatrix()));
+    if (back != RealMatrix()) {
+        walk_.text.addMatrix(back);
+        walk_.text.add("cm\n");
+    }
+    if (!reset.empty()) {
+        walk_.text.add("/");
+        walk_.text.add(reset);
+        walk_.text.add(" gs\n");
+    }
+    for (const Insertion& insertion : insertions) {
+        openGroups(insertion);
+        writeObject(insertion);
+    }
+    closeGroups(0);
+    leaveWorks(walk_);
+}
+
+/// Opens the groups around an object that are not in force at its place.
+void InsertedWorks::openGroups(const Insertion& insertion) {
+    std::vector<EditedIndex> around;
+    for (EditedIndex group = artwork_.objects[insertion.object].group; group != 0;
+         group = artwork_.groups[group].outer) {
+        around.push_back(group);
+    }
+    std::ranges::reverse(around);
+    std::vector<EditedIndex> wanted;
+    std::uint32_t inForce = insertion.point.clips;
+    for (const EditedIndex group : around) {
+        const bool clips = artwork_.groups[group].clip != Art::null;
+        if (clips && inForce > 0) {
+            --inForce;
+        } else if (clips || (inForce == 0 && apart_[group])) {
+            wanted.push_back(group);
+        }
+    }
+    const auto same = std::ranges::mismatch(open_, wanted);
+    closeGroups(static_cast<std::size_t>(same.in1 - open_.begin()));
+    for (auto group = same.in2; group != wanted.end(); ++group) {
+        enterWorks(walk_);
+        if (artwork_.groups[*group].clip != Art::null) {
+            clipWorks(walk_, artwork_.groups[*group].clip);
+        }
+        open_.push_back(*group);
+    }
+}
+
+void InsertedWorks::closeGroups(std::size_t left) {
+    while (open_.size() > left) {
+        leaveWorks(walk_);
+        open_.pop_back();
+    }
+}
+
+void InsertedWorks::writeObject(const Insertion& insertion) {
+    const MatchedObject& object = matching_.objects[insertion.object];
+    const Art art = artwork_.objects[insertion.object].art;
+    if (object.source == noSource) {
+        artWorks(walk_, art);
+    } else {
+        writeSourced(object, art, insertion.point.inForce.mark);
+    }
+}
+
+/// The state that an object had, and its own bytes, or what an edit made of them.
+void InsertedWorks::writeSourced(const MatchedObject& object, Art art, TraceIndex marks) {
+    const TraceIndex event = trace_.painted()[object.source];
+    const Surroundings& own = trace_.events()[event].behind;
+    // A layer of the file that hides the object goes on hiding it.
+    std::vector<TraceIndex> layers;
+    for (TraceIndex mark = own.mark; mark != 0; mark = trace_.mark(mark).outer) {
+        const bool isAround = commonMark(trace_, mark, marks) == mark;
+        if (trace_.mark(mark).isOptional && !isAround) {
+            layers.push_back(mark);
+        }
+    }
+    for (auto mark = layers.rbegin(); mark != layers.rend(); ++mark) {
+        walk_.text.add(bytesOf(trace_.mark(*mark).event));
+    }
+    enterWorks(walk_);
+    const RealMatrix& ctm = trace_.matrix(own.matrix);
+    gather(own.setter, ctm);
+    if (!object.difference.any()) {
+        unchangedWorks(walk_, bytes_, trace_, event);
+    } else if (inverse(ctm)) {
+        changedWorks(walk_, bytes_, trace_, {event, artOf(base_, object.source)}, art,
+                     object.difference);
+    } else {
+        artWorks(walk_, art);
+    }
+    leaveWorks(walk_);
+    for (std::size_t i = 0; i < layers.size(); ++i) {
+        walk_.text.add("EMC\n");
+    }
+}
+
+std::string InsertedWorks::bytesOf(TraceIndex event) {
+    std::string text;
+    bytes_.append(text, {trace_.events()[event].start, trace_.events()[event].end});
+    text += '\n';
+    return text;
+}
+
+/// Sets the CTM and all that these operators had set.
+void InsertedWorks::gather(TraceIndex setter, const RealMatrix& ctm) {
+    std::vector<SetterLink> needed; // the latest first
+    std::vector<OperatorRole> seen;
+    std::set<std::string, std::less<>> states;
+    for (; setter != 0; setter = trace_.setter(setter).former) {
+        const SetterLink& link = trace_.setter(setter);
+        const OperatorRole role = trace_.events()[link.event].role;
+        if (role == OperatorRole::external) {
+            if (states.insert(bytesOf(link.event)).second) {
+                needed.push_back(link);
+            }
+            continue;
+        }
+        if (std::ranges::none_of(seen, [&](OperatorRole later) { return replaces(later, role); })) {
+            needed.push_back(link);
+            seen.push_back(role);
+        }
+    }
+    RealMatrix inForce; // what leads to the artboard
+    const auto enterSpace = [&](const RealMatrix& space) {
+        const std::optional<RealMatrix> back = inverse(inForce);
+        if (space != inForce && back) {
+            walk_.text.addMatrix(withoutSignedZeros(multiply(space, *back)));
+            walk_.text.add("cm\n");
+            inForce = space;
+        }
+    };
+    for (auto link = needed.rbegin(); link != needed.rend(); ++link) {
+        // A soft mask lies where it was set.
+        if ((trace_.events()[link->event].behind.settings & softMaskSetting) != 0 &&
+            inverse(trace_.matrix(link->matrix))) {
+            enterSpace(trace_.matrix(link->matrix));
+        }
+        walk_.text.add(bytesOf(link->event));
+    }
+    enterSpace(ctm);
+}
+
+} // namespace corvane

@@ -1,0 +1,52 @@
+// Objects that are written apart: new ones, copies, and those that moved in the order.
+#pragma once
+
+#include "writer/patch/changed_works.h"
+#include "writer/patch/matching.h"
+#include "writer/patch/paint_order.h"
+#include "writer/patch/text_sink.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvane {
+
+/// Which groups of the artwork hold nothing that stays on the page: they can be groups again when
+/// the page is opened.
+std::vector<bool> groupsApart(const EditedArtwork& artwork, const PaintOrder& order);
+
+class InsertedWorks {
+public:
+    InsertedWorks(Walk& walk, ContentBytes& bytes, const BaseReading& base,
+                  const EditedArtwork& artwork, const Matching& matching,
+                  const std::vector<bool>& apart)
+        : walk_(walk), bytes_(bytes), base_(base), trace_(base.trace), artwork_(artwork),
+          matching_(matching), apart_(apart) {}
+
+    /// Writes objects of one place, between q and Q. `reset` names the external graphics state by
+    /// which everything is as on a new page; empty where it is so already.
+    void write(std::span<const Insertion> insertions, const Surroundings& inForce,
+               std::string_view reset);
+
+private:
+    void openGroups(const Insertion& insertion);
+    void closeGroups(std::size_t left);
+    void writeObject(const Insertion& insertion);
+    void writeSourced(const MatchedObject& object, Art art, TraceIndex marks);
+    void gather(TraceIndex setter, const RealMatrix& ctm);
+    std::string bytesOf(TraceIndex event);
+
+    Walk& walk_;
+    ContentBytes& bytes_;
+    const BaseReading& base_;
+    const ContentTrace& trace_;
+    const EditedArtwork& artwork_;
+    const Matching& matching_;
+    const std::vector<bool>& apart_;
+    std::vector<EditedIndex> open_; // groups, from the outermost
+};
+
+} // namespace corvane

@@ -1,0 +1,52 @@
+// Places between the operators of the content where something new can be drawn.
+#pragma once
+
+#include "writer/patch/clip_matching.h"
+#include "writer/patch/paint_order.h"
+
+#include <optional>
+#include <vector>
+
+namespace corvane {
+
+/// What stands before and behind the place: events of objects that stay. Whatever marked content
+/// and whatever clip without art is around both of them may be around the place.
+struct InsertionGap {
+    TraceIndex first = 0; ///< the first event that the place may stand in front of
+    TraceIndex last = 0;  ///< the last such event
+    Surroundings before;  ///< behind the object before; or at the start of the content
+    Surroundings behind;  ///< the same for the object behind
+};
+
+class InsertionPoints {
+public:
+    InsertionPoints(const BaseReading& base, const EditedArtwork& artwork,
+                    const ClipMatching& clips)
+        : trace_(base.trace), artwork_(artwork), clips_(clips) {}
+
+    /// The place for an object of that group: where the marked content around both neighbours and
+    /// as many as possible of the group's clips are in force, and no others; of several, the last.
+    /// `own` is what was in force where a moved object stood: clips without art that were around it
+    /// must be around the place.
+    std::optional<InsertionPoint> find(const InsertionGap& gap, EditedIndex group,
+                                       const Surroundings* own);
+
+private:
+    void useGroup(EditedIndex group);
+    bool fits(const Surroundings& here, InsertionPoint& point) const;
+    bool isAround(TraceIndex clip, const Surroundings& inner) const;
+    std::uint32_t hiddenClips(TraceIndex clip) const;
+
+    const ContentTrace& trace_;
+    const EditedArtwork& artwork_;
+    const ClipMatching& clips_;
+    EditedIndex group_ = 0;
+    std::vector<TraceIndex> wanted_; // clips of the group from the outermost; 0: a new one
+    const InsertionGap* gap_ = nullptr;
+    const Surroundings* own_ = nullptr;
+};
+
+/// The innermost marked content that is around both.
+TraceIndex commonMark(const ContentTrace& trace, TraceIndex a, TraceIndex b);
+
+} // namespace corvane

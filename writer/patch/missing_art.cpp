@@ -1,0 +1,55 @@
+#include "writer/patch/missing_art.h"
+
+#include "reader/content/art.h"
+#include "runtime/exception.h"
+#include "runtime/extension.h"
+
+#include <algorithm>
+#include <array>
+
+namespace corvane {
+
+namespace {
+
+bool isMuch(const MissingArt& kind, bool isAll) {
+    return kind.missing > 1 &&
+           (isAll ? kind.missing == kind.whole : 2 * std::int64_t{kind.missing} >= kind.whole);
+}
+
+} // namespace
+
+void refuseMissing(const BaseReading& base, const Matching& matching) {
+    MissingArt page;
+    std::array kinds = {MissingArt{.kind = ArtKind::path}, MissingArt{.kind = ArtKind::compound}};
+    for (PaintedIndex source = 0; source < matching.owners.size(); ++source) {
+        const std::int32_t missing = matching.owners[source] == noSource ? 1 : 0;
+        const ArtKind kind = artKind(artOf(base, source));
+        MissingArt& ofKind = kind == ArtKind::path ? kinds[0] : kinds[1];
+        for (MissingArt* each : {&page, &ofKind}) {
+            each->missing += missing;
+            ++each->whole;
+        }
+    }
+    const auto extension = knownExtension();
+    if (page.missing < 2 || (extension && extension->overwrites)) {
+        return;
+    }
+    bool isRefused = false;
+    const auto tell = [&](const MissingArt& kind, bool isAll) {
+        if (isMuch(kind, isAll)) {
+            isRefused = true;
+            if (extension && extension->missing != nullptr) {
+                extension->missing(extension->context, kind);
+            }
+        }
+    };
+    tell(page, false);
+    for (const MissingArt& kind : kinds) {
+        tell(kind, true);
+    }
+    if (isRefused) {
+        failException(Exception::artworkMissing);
+    }
+}
+
+} // namespace corvane

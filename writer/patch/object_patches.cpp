@@ -1,0 +1,109 @@
+#include "writer/patch/object_patches.h"
+
+#include "runtime/exception.h"
+#include "writer/art/style_works.h"
+
+#include <algorithm>
+
+namespace corvane {
+
+void ObjectPatches::addTo(std::vector<Patch>& patches) {
+    patches_ = &patches;
+    PaintedIndex next = 0;
+    for (TraceIndex event = 0; event < trace_.events().size(); ++event) {
+        const TraceEvent& path = trace_.events()[event];
+        if (path.role != OperatorRole::paintPath || path.isFailed) {
+            continue;
+        }
+        const PaintedIndex source = path.art == Art::null ? noSource : next++;
+        const bool paints = source != noSource || path.hidesFill || path.hidesStroke;
+        const Paint paint = source != noSource ? paintOf(source)
+                            : paints           ? Paint::kept
+                                               : Paint::none;
+        patchPath(event, source, paint, clipOf(event));
+    }
+}
+
+ObjectPatches::Paint ObjectPatches::paintOf(PaintedIndex source) const {
+    const EditedIndex owner = matching_.owners[source];
+    if (owner == noSource || !order_.stays[owner]) {
+        return Paint::gone;
+    }
+    return matching_.objects[owner].difference.any() ? Paint::changed : Paint::kept;
+}
+
+/// The clip that the path becomes; 0: none.
+TraceIndex ObjectPatches::linkOf(TraceIndex path) const {
+    const TraceIndex link = trace_.events()[path].behind.clip;
+    return link != 0 && trace_.clip(link).event == path ? link : 0;
+}
+
+ObjectPatches::Clip ObjectPatches::clipOf(TraceIndex path) const {
+    const TraceIndex link = linkOf(path);
+    return link == 0                     ? Clip::none
+           : clips_.released[link]       ? Clip::released
+           : clips_.changedBy[link] != 0 ? Clip::changed
+                                         : Clip::kept;
+}
+
+void ObjectPatches::remove(TraceIndex path) {
+    for (const ByteRange& range : constructionBytes(trace_, path, true)) {
+        patches_->push_back({range, ""});
+    }
+    const TraceEvent& event = trace_.events()[path];
+    patches_->push_back({{event.word, event.end}, ""});
+}
+
+void ObjectPatches::removeClipWords(TraceIndex path) {
+    for (TraceIndex word = firstWithin(trace_, path); word < path; ++word) {
+        const TraceEvent& event = trace_.events()[word];
+        if (event.role == OperatorRole::clipWord && !event.isFailed) {
+            patches_->push_back({{event.start, event.end}, ""});
+        }
+    }
+}
+
+void ObjectPatches::drawChanged(PaintedIndex source) {
+    const EditedIndex owner = matching_.owners[source];
+    noneStyleWorks(walk_);
+    enterWorks(walk_);
+    changedWorks(walk_, bytes_, trace_, {trace_.painted()[source], artOf(base_, source)},
+                 artwork_.objects[owner].art, matching_.objects[owner].difference);
+    leaveWorks(walk_);
+}
+
+void ObjectPatches::patchPath(TraceIndex path, PaintedIndex source, Paint paint, Clip clip) {
+    const bool staysClip = clip == Clip::none || clip == Clip::kept;
+    if (staysClip && (paint == Paint::none || paint == Paint::kept)) {
+        return;
+    }
+    const TraceEvent& event = trace_.events()[path];
+    if (clip == Clip::none && paint == Paint::gone) {
+        return remove(path);
+    }
+    if (clip == Clip::kept && paint == Paint::gone) {
+        patches_->push_back({{event.word, event.end}, "n"});
+        return;
+    }
+    if (clip == Clip::released && paint != Paint::changed) {
+        return paint == Paint::kept ? removeClipWords(path) : remove(path);
+    }
+    if (!isPlainPath(trace_, path)) {
+        failException(Exception::unpatchable);
+    }
+    if (paint == Paint::changed) {
+        drawChanged(source);
+    } else if (paint == Paint::kept) {
+        unchangedWorks(walk_, bytes_, trace_, path);
+    }
+    if (clip == Clip::kept) {
+        clipOnlyWorks(walk_, bytes_, trace_, path, Art::null);
+    } else if (clip == Clip::changed) {
+        clipOnlyWorks(walk_, bytes_, trace_, path,
+                      artwork_.groups[clips_.changedBy[linkOf(path)]].clip);
+    }
+    walk_.text.flush();
+    patches_->push_back({{event.start, event.end}, "\n" + sink_.take()});
+}
+
+} // namespace corvane

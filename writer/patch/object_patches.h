@@ -1,0 +1,48 @@
+// Patches where paths of the page stand: what was changed, removed or moved away, and clips.
+#pragma once
+
+#include "writer/patch/changed_works.h"
+#include "writer/patch/clip_matching.h"
+#include "writer/patch/paint_order.h"
+#include "writer/patch/patch.h"
+#include "writer/patch/text_sink.h"
+
+#include <vector>
+
+namespace corvane {
+
+class ObjectPatches {
+public:
+    ObjectPatches(Walk& walk, TextSink& sink, ContentBytes& bytes, const BaseReading& base,
+                  const EditedArtwork& artwork, const Matching& matching, const ClipMatching& clips,
+                  const PaintOrder& order)
+        : walk_(walk), sink_(sink), bytes_(bytes), base_(base), trace_(base.trace),
+          artwork_(artwork), matching_(matching), clips_(clips), order_(order) {}
+
+    void addTo(std::vector<Patch>& patches);
+
+private:
+    enum class Paint { none, kept, changed, gone };
+    enum class Clip { none, kept, changed, released };
+
+    Paint paintOf(PaintedIndex source) const;
+    Clip clipOf(TraceIndex path) const;
+    void patchPath(TraceIndex path, PaintedIndex source, Paint paint, Clip clip);
+    void remove(TraceIndex path);
+    void removeClipWords(TraceIndex path);
+    void drawChanged(PaintedIndex source);
+    TraceIndex linkOf(TraceIndex path) const;
+
+    Walk& walk_;
+    TextSink& sink_;
+    ContentBytes& bytes_;
+    const BaseReading& base_;
+    const ContentTrace& trace_;
+    const EditedArtwork& artwork_;
+    const Matching& matching_;
+    const ClipMatching& clips_;
+    const PaintOrder& order_;
+    std::vector<Patch>* patches_ = nullptr;
+};
+
+} // namespace corvane

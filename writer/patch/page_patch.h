@@ -1,0 +1,36 @@
+// A save as patches: reads the page again, compares it with the artwork, and says what becomes of
+// its content.
+#pragma once
+
+#include "reader/page/page_base.h"
+#include "writer/page/resource_registry.h"
+#include "writer/patch/patch.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace corvane {
+
+/// What became of the objects, as a person counts them.
+struct PatchCounts {
+    std::int32_t kept = 0;
+    std::int32_t changed = 0;
+    std::int32_t added = 0;
+    std::int32_t removed = 0;
+    std::int32_t moved = 0;
+};
+
+struct PagePatch {
+    ContentPatches content;
+    std::vector<std::uint32_t> streamStarts; ///< of the base, and of what comes behind the last
+    PatchCounts counts;
+    std::int32_t resetState = 0; ///< number of the external graphics state to write; 0: none
+};
+
+/// Objects that patches need get numbers, and names in `resources`. Raises `unpatchable` where the
+/// artwork cannot be had without harm to something else on the page, and `artworkMissing` where
+/// half of the page or all of a kind is not in the artwork, unless the host says that this does
+/// not matter. The host's document is then as it was.
+PagePatch planPatch(DocumentCache& cache, const PageBase& base, ResourceRegistry& resources);
+
+} // namespace corvane

@@ -1,0 +1,177 @@
+#include "writer/patch/paint_order.h"
+
+#include "host/matrix.h"
+#include "runtime/exception.h"
+#include "writer/patch/insertion_points.h"
+#include "writer/patch/path_bytes.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace corvane {
+
+namespace {
+
+/// Whether what an edit changed can be drawn in the place of the old bytes.
+bool canStay(const ContentTrace& trace, PaintedIndex source, const ArtDifference& difference) {
+    const TraceIndex index = trace.painted()[source];
+    const Surroundings& here = trace.events()[index].behind;
+    return !difference.any() || (!here.isInText && isPlainPath(trace, index) &&
+                                 inverse(trace.matrix(here.matrix)).has_value());
+}
+
+/// Of objects whose numbers in the order of the page these are: the longest run that ascends.
+std::vector<EditedIndex> longestRun(const std::vector<EditedIndex>& objects,
+                                    const Matching& matching) {
+    constexpr auto none = EditedIndex(-1);
+    std::vector<EditedIndex> ends;                         // of runs, by length less one
+    std::vector<EditedIndex> former(objects.size(), none); // in the best run to each object
+    const auto sourceOf = [&](EditedIndex at) { return matching.objects[objects[at]].source; };
+    for (EditedIndex at = 0; at < objects.size(); ++at) {
+        const auto place = std::ranges::lower_bound(ends, sourceOf(at), {}, sourceOf);
+        former[at] = place == ends.begin() ? none : *(place - 1);
+        if (place == ends.end()) {
+            ends.push_back(at);
+        } else {
+            *place = at;
+        }
+    }
+    std::vector<EditedIndex> run;
+    for (EditedIndex at = ends.empty() ? none : ends.back(); at != none; at = former[at]) {
+        run.push_back(objects[at]);
+    }
+    std::ranges::reverse(run);
+    return run;
+}
+
+class Placer {
+public:
+    Placer(const BaseReading& base, const EditedArtwork& artwork, const Matching& matching,
+           const ClipMatching& clips)
+        : base_(base), trace_(base.trace), artwork_(artwork), matching_(matching), clips_(clips),
+          points_(base, artwork, clips) {}
+
+    PaintOrder place() {
+        chooseStaying();
+        for (EditedIndex object = 0; object < artwork_.objects.size(); ++object) {
+            if (!order_.stays[object]) {
+                pending_.push_back(object);
+            } else {
+                placeBefore(object);
+            }
+        }
+        placeAtEnd();
+        return std::move(order_);
+    }
+
+private:
+    void chooseStaying() {
+        std::vector<EditedIndex> able;
+        for (EditedIndex i = 0; i < matching_.objects.size(); ++i) {
+            const MatchedObject& object = matching_.objects[i];
+            if (object.source == noSource || object.isCopy) {
+                continue;
+            }
+            const TraceIndex clip = trace_.clipAround(trace_.painted()[object.source]);
+            if (canStay(trace_, object.source, object.difference) &&
+                isClippedAlike(base_, artwork_, clips_, clip, artwork_.objects[i])) {
+                able.push_back(i);
+            }
+        }
+        order_.stays.resize(matching_.objects.size());
+        for (const EditedIndex object : longestRun(able, matching_)) {
+            order_.stays[object] = true;
+        }
+    }
+
+    TraceIndex pathOf(EditedIndex object) const {
+        return trace_.painted()[matching_.objects[object].source];
+    }
+
+    /// What was in force where a moved object, or the original of a copy, stood.
+    const Surroundings* ownOf(EditedIndex object) const {
+        const PaintedIndex source = matching_.objects[object].source;
+        return source == noSource ? nullptr : &eventOf(trace_, source).behind;
+    }
+
+    /// Places what is pending between the object that stays before and this one. If one of them has
+    /// no place, this one is written apart behind it.
+    void placeBefore(EditedIndex object) {
+        const TraceIndex path = pathOf(object);
+        const InsertionGap gap{.first = next_,
+                               .last = firstWithin(trace_, path),
+                               .before = before_ ? *before_ : trace_.atStart(),
+                               .behind = trace_.events()[path].behind};
+        InsertionGap rest = gap;
+        for (std::size_t i = 0; i < pending_.size(); ++i) {
+            const std::optional<InsertionPoint> point =
+                points_.find(rest, artwork_.objects[pending_[i]].group, ownOf(pending_[i]));
+            if (!point) {
+                pending_.erase(pending_.begin(), pending_.begin() + static_cast<std::ptrdiff_t>(i));
+                pending_.push_back(object);
+                order_.stays[object] = false;
+                return;
+            }
+            order_.insertions.push_back({pending_[i], *point});
+            rest.first = next_ = point->event;
+        }
+        pending_.clear();
+        before_ = trace_.events()[path].behind;
+        next_ = path + 1;
+    }
+
+    bool hasHiddenClip(const Surroundings* own) const {
+        TraceIndex clip = own == nullptr ? 0 : own->clip;
+        while (clip != 0 && trace_.clip(clip).art != Art::null) {
+            clip = trace_.clip(clip).outer;
+        }
+        return clip != 0;
+    }
+
+    /// What is in front of all that stays is in front of everything else on the page, too.
+    void placeAtEnd() {
+        for (const EditedIndex object : pending_) {
+            const Surroundings* const own = ownOf(object);
+            if (!hasHiddenClip(own) && !trace_.endsInImage()) {
+                InsertionPoint point{.isAtEnd = true,
+                                     .event = static_cast<TraceIndex>(trace_.events().size())};
+                order_.insertions.push_back({object, point});
+                next_ = point.event;
+                isAtEnd_ = true;
+                continue;
+            }
+            const InsertionGap gap{.first = next_,
+                                   .last = static_cast<TraceIndex>(trace_.events().size()),
+                                   .before = before_ ? *before_ : trace_.atStart(),
+                                   .behind = trace_.atEnd()};
+            const std::optional<InsertionPoint> point =
+                isAtEnd_ ? std::nullopt : points_.find(gap, artwork_.objects[object].group, own);
+            if (!point) {
+                failException(Exception::unpatchable);
+            }
+            order_.insertions.push_back({object, *point});
+            next_ = point->event;
+        }
+    }
+
+    const BaseReading& base_;
+    const ContentTrace& trace_;
+    const EditedArtwork& artwork_;
+    const Matching& matching_;
+    const ClipMatching& clips_;
+    InsertionPoints points_;
+    PaintOrder order_;
+    std::vector<EditedIndex> pending_;
+    std::optional<Surroundings> before_;
+    TraceIndex next_ = 0;
+    bool isAtEnd_ = false;
+};
+
+} // namespace
+
+PaintOrder orderObjects(const BaseReading& base, const EditedArtwork& artwork,
+                        const Matching& matching, const ClipMatching& clips) {
+    return Placer(base, artwork, matching, clips).place();
+}
+
+} // namespace corvane
