@@ -76,6 +76,7 @@ std::optional<PageBase> recordedBase(DocumentCache& cache, const PageRecord& rec
         base.mediaBox = recordedBox(cache, stated, "MediaBox");
         base.cropBox = recordedBox(cache, stated, "CropBox");
         base.matrix = pageMatrix(base.mediaBox, base.cropBox, rotateCache(cache));
+        base.isAsOpened = lookupObject(cache, stated, "Anew")->type == ObjectType::null;
         base.contentDigest = eightBytes(lookupObject(cache, stated, "Digest"));
         holds = base.contentDigest &&
                 *base.contentDigest == digestContent(cache, base.streams, base.resources.get());

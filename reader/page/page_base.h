@@ -20,8 +20,8 @@ struct PageBase {
     std::uint64_t digest = 0; ///< of the page, when artwork was opened from it
     DigestVersion version = DigestVersion::current;
     bool isStanding = true; ///< the page as it stands
-    /// False: it was drawn anew since, and nothing is known of the content that the artwork comes
-    /// from.
+    /// False: the page was drawn anew before we kept its base, so this is not the content that the
+    /// artwork comes from.
     bool isAsOpened = true;
     std::vector<BaseStream> streams; ///< of its content, in order
     ObjectOwner resources;           ///< its own or inherited: in which content looks up names

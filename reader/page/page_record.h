@@ -10,7 +10,9 @@
 // The places are where the page and the content streams of the update stand, by the
 // cross-reference. While all of them still stand there nobody else has replaced them, and the
 // record speaks of this page. Contents and Resources of the base (reader/page/page_base.h) are as
-// its page had them, and absent where it had none; Digest is that of `digestContent`.
+// its page had them, and absent where it had none; Digest is that of `digestContent`. Where /Anew
+// true stands beside them, the page had been drawn anew since the artwork was opened, and Origin is
+// not the digest of that base.
 //
 // Former records have no Base and a single place for Content; the first ones no Version, which is 1
 // then. A page drawn from artwork that was opened from nowhere has no Origin.

@@ -1,7 +1,6 @@
 // A host that opens pages, changes them and saves them back.
 #pragma once
 
-#include "reader/page/page_record.h"
 #include "tests/entry/entry_fixture.h"
 
 #include <cstdlib>
@@ -74,6 +73,12 @@ protected:
         const std::string after = bytes();
         EXPECT_EQ(after.substr(0, file.size()), file);
         return after.substr(std::min(file.size(), after.size()));
+    }
+
+    /// The page object in what a save appended.
+    static std::string pageIn(const std::string& update) {
+        const std::size_t at = update.find("\n3 0 obj\n") + 1;
+        return update.substr(at, update.find("endobj", at) - at);
     }
 
     Art firstArt() { return document_->firstChild(document_->layerArt(document_->firstLayer())); }

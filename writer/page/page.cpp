@@ -27,7 +27,10 @@ std::int32_t pageWrite(DocumentCache& cache, const UpdatePlan& plan) {
     stringOutput(output, "\rendobj\r");
 
     writePageObject(cache, plan.page, plan.geometry,
-                    {.content = content, .contentPlace = contentPlace, .origin = plan.origin});
+                    {.contents = {{.number = content, .generation = 0, .place = contentPlace}},
+                     .resources = nullptr,
+                     .origin = plan.origin,
+                     .artwork = plan.artwork});
     return bytes;
 }
 

@@ -1,10 +1,15 @@
 #include "writer/page/page_geometry.h"
 
+#include "output/primitives.h"
 #include "reader/page/page_matrix.h"
 #include "runtime/callbacks.h"
 #include "runtime/fixed.h"
 #include "runtime/rules.h"
 #include "runtime/warning.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
 
 namespace corvane {
 
@@ -65,12 +70,25 @@ Rect fittedCrop(const Rect& crop, const Rect& media) {
     return crop;
 }
 
+/// The page as it lay on the artboard when it was opened.
+struct OpenedPage {
+    Box mediaBox;
+    Box cropBox;
+    PageMatrix matrix;
+};
+
+OpenedPage openedPage(DocumentCache& cache, const PageBase* base) {
+    if (base != nullptr) {
+        return {base->mediaBox, base->cropBox, base->matrix};
+    }
+    return {mediaCache(cache), cropCache(cache), pageMatrix(cache)};
+}
+
 /// Whether the host still has what opening the page gave it. No bounds at all are no change.
-bool isUnchanged(DocumentCache& cache, const PageMatrix& matrix, const ArtboardSize& size,
-                 const Rect& crop) {
-    const ArtboardSize opened = hostSize(turnedBox(matrix, mediaCache(cache)));
-    return size.width == opened.width && size.height == opened.height &&
-           (crop == hostRect(turnedBox(matrix, cropCache(cache))) ||
+bool isUnchanged(const OpenedPage& opened, const ArtboardSize& size, const Rect& crop) {
+    const ArtboardSize former = hostSize(turnedBox(opened.matrix, opened.mediaBox));
+    return size.width == former.width && size.height == former.height &&
+           (crop == hostRect(turnedBox(opened.matrix, opened.cropBox)) ||
             callHost(slot::rectEmpty, &crop));
 }
 
@@ -81,25 +99,43 @@ Box placedBox(const PageGeometry& geometry, const Rect& rect) {
     return rules().keepsGeometry ? turnedBox({.fixed = {}, .exact = geometry.placement}, box) : box;
 }
 
+/// A number; one beyond 16.16 is read back as an integer only, and beyond 32 bits not at all.
+void writeCoordinate(Filter& output, double value) {
+    constexpr double largestInteger = std::numeric_limits<std::int32_t>::max();
+    constexpr double largestFixed = largestInteger / fixedOne;
+    if (std::abs(value) <= largestFixed) {
+        fixedOutput(output, fixedFromReal(value));
+    } else {
+        const double whole = std::clamp(std::nearbyint(value), -largestInteger, largestInteger);
+        integerOutput(output, static_cast<std::int32_t>(whole));
+    }
+}
+
 } // namespace
 
-PageGeometry pageGeometry(DocumentCache& cache) {
+PageGeometry pageGeometry(DocumentCache& cache, const PageBase* base) {
     ArtboardSize size;
     callHost(slot::getArtboardSize, &size);
     Rect crop;
     callHost(slot::getPageBounds, &crop);
     PageGeometry geometry;
     if (rules().keepsGeometry) {
-        const PageMatrix matrix = pageMatrix(cache);
+        const OpenedPage opened = openedPage(cache, base);
         // A turn by right angles and a move always has one.
-        geometry.placement = withoutSignedZeros(inverse(matrix.exact).value_or(RealMatrix()));
-        geometry.kept = isUnchanged(cache, matrix, size, crop);
+        geometry.placement =
+            withoutSignedZeros(inverse(opened.matrix.exact).value_or(RealMatrix()));
+        if (isUnchanged(opened, size, crop)) {
+            geometry.mediaBox = opened.mediaBox;
+            geometry.cropBox = opened.cropBox;
+            // An earlier save may have given the page a new size.
+            geometry.kept =
+                opened.mediaBox == mediaCache(cache) && opened.cropBox == cropCache(cache);
+            return geometry;
+        }
     }
-    if (!geometry.kept) {
-        const Rect media = mediaRect(size, crop);
-        geometry.mediaBox = placedBox(geometry, media);
-        geometry.cropBox = placedBox(geometry, fittedCrop(crop, media));
-    }
+    const Rect media = mediaRect(size, crop);
+    geometry.mediaBox = placedBox(geometry, media);
+    geometry.cropBox = placedBox(geometry, fittedCrop(crop, media));
     return geometry;
 }
 
@@ -111,6 +147,15 @@ PageFacts factsOf(DocumentCache& cache, const PageGeometry& geometry) {
         facts.rotate = rules().keepsGeometry ? facts.rotate : 0;
     }
     return facts;
+}
+
+void writeBox(Filter& output, std::string_view key, const Box& box) {
+    nameOutput(output, key);
+    stringOutput(output, "[ ");
+    for (const double edge : {box.left, box.bottom, box.right, box.top}) {
+        writeCoordinate(output, edge);
+    }
+    stringOutput(output, "]\r");
 }
 
 } // namespace corvane

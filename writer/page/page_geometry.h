@@ -3,6 +3,9 @@
 
 #include "host/matrix.h"
 #include "reader/document/cache.h"
+#include "reader/page/page_base.h"
+
+#include <string_view>
 
 namespace corvane {
 
@@ -13,10 +16,15 @@ struct PageGeometry {
     Box cropBox;
 };
 
-/// Asks the host for the artboard and the bounds. Warns where they had to be corrected.
-PageGeometry pageGeometry(DocumentCache& cache);
+/// Asks the host for the artboard and the bounds. Warns where they had to be corrected. A new size
+/// is one that the page had not when artwork was opened from `base`; without one (null), from the
+/// page as it stands.
+PageGeometry pageGeometry(DocumentCache& cache, const PageBase* base);
 
 /// The facts of the page in use as it will be.
 PageFacts factsOf(DocumentCache& cache, const PageGeometry& geometry);
+
+/// Writes a box as an entry of a dictionary.
+void writeBox(Filter& output, std::string_view key, const Box& box);
 
 } // namespace corvane

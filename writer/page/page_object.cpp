@@ -7,15 +7,10 @@
 #include "reader/syntax/raw_entries.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
-#include "runtime/fixed.h"
 #include "runtime/rules.h"
-#include "writer/page/piece_info.h"
-#include "writer/page/resource_registry.h"
 
 #include <algorithm>
 #include <array>
-#include <cmath>
-#include <limits>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -50,7 +45,7 @@ ResourceRegistry metResources() {
     return resources;
 }
 
-void writeResources(DocumentCache& cache) {
+void writeMetResources(DocumentCache& cache) {
     const ResourceRegistry resources = metResources();
     Filter& output = *cache.output;
     stringOutput(output, "/Resources <<\r");
@@ -65,29 +60,64 @@ void writeResources(DocumentCache& cache) {
     stringOutput(output, "]\r>>\r");
 }
 
-const PageEntry& pageInUse(const DocumentCache& cache) {
-    return cache.pages[static_cast<std::size_t>(cache.pageNumber - 1)];
-}
-
-/// A number; one beyond 16.16 is read back as an integer only, and beyond 32 bits not at all.
-void writeCoordinate(Filter& output, double value) {
-    constexpr double largestFixed = 32767;
-    constexpr double largestInteger = std::numeric_limits<std::int32_t>::max();
-    if (std::abs(value) <= largestFixed) {
-        fixedOutput(output, fixedFromReal(value));
-    } else {
-        const double whole = std::clamp(std::nearbyint(value), -largestInteger, largestInteger);
-        integerOutput(output, static_cast<std::int32_t>(whole));
+/// The base's own stay as they are where nothing was added, or inherited.
+void writeResources(DocumentCache& cache, const CarriedPage& carried,
+                    const ResourceRegistry& resources) {
+    if (!resources.hasAdded()) {
+        carried.resources.write(cache);
+        return;
     }
+    stringOutput(*cache.output, "/Resources <<\r");
+    resources.write(cache);
+    stringOutput(*cache.output, ">>\r");
 }
 
-void writeBox(Filter& output, std::string_view key, const Box& box) {
-    nameOutput(output, key);
-    stringOutput(output, "[ ");
-    for (const double edge : {box.left, box.bottom, box.right, box.top}) {
-        writeCoordinate(output, edge);
+void writeContents(Filter& output, std::span<const ContentPart> contents) {
+    stringOutput(output, "/Contents ");
+    if (contents.size() == 1) {
+        referenceOutput(output, contents[0].number, contents[0].generation);
+        return;
+    }
+    stringOutput(output, "[\r");
+    for (const ContentPart& part : contents) {
+        referenceOutput(output, part.number, part.generation);
     }
     stringOutput(output, "]\r");
+}
+
+RecordNote noteOf(const CarriedPage& carried, const PageParts& parts, std::int32_t place) {
+    RecordNote note{.origin = parts.origin,
+                    .artwork = parts.artwork,
+                    .page = place,
+                    .content = {},
+                    .base = carried.base ? &*carried.base : nullptr};
+    for (const ContentPart& part : parts.contents) {
+        if (part.place) {
+            note.content.push_back(*part.place);
+        }
+    }
+    return note;
+}
+
+void carryBase(DocumentCache& cache, CarriedPage& carried, const PageBase& base) {
+    carried.base = CarriedBase{
+        .content = {},
+        .mediaBox = base.mediaBox,
+        .cropBox = base.cropBox,
+        .digest = base.contentDigest ? *base.contentDigest
+                                     : digestContent(cache, base.streams, base.resources.get()),
+        .isAsOpened = base.isAsOpened};
+    if (base.contentsEntry) {
+        carried.base->content.add(*base.contentsEntry);
+    }
+    if (base.resourcesEntry) {
+        carried.base->content.add(*base.resourcesEntry);
+        carried.resources.add(*base.resourcesEntry);
+    }
+}
+
+const PageEntry& pageInUse(const DocumentCache& cache) {
+    return cache.pages[static_cast<std::size_t>(cache.pageNumber - 1)];
 }
 
 void writeGeometry(Filter& output, const PageGeometry& geometry) {
@@ -100,7 +130,7 @@ void writeGeometry(Filter& output, const PageGeometry& geometry) {
 
 } // namespace
 
-CarriedPage carriedPage(DocumentCache& cache, const PageGeometry& geometry) {
+CarriedPage carriedPage(DocumentCache& cache, const PageGeometry& geometry, const PageBase* base) {
     const PageEntry& page = pageInUse(cache);
     CarriedPage carried;
     if (!rules().keepsPageEntries) {
@@ -124,6 +154,9 @@ CarriedPage carriedPage(DocumentCache& cache, const PageGeometry& geometry) {
             carried.entries.add(std::move(entry));
         }
     }
+    if (base != nullptr) {
+        carryBase(cache, carried, *base);
+    }
     return carried;
 }
 
@@ -136,12 +169,14 @@ void writePageObject(DocumentCache& cache, const CarriedPage& carried, const Pag
     objectOutput(output, page.number, page.generation);
     stringOutput(output, "<<\r/Type /Page\r");
     carried.entries.write(cache);
-    stringOutput(output, "/Contents ");
-    referenceOutput(output, parts.content, 0);
-    writeResources(cache);
+    writeContents(output, parts.contents);
+    if (parts.resources != nullptr) {
+        writeResources(cache, carried, *parts.resources);
+    } else {
+        writeMetResources(cache);
+    }
     if (rules().recordsOrigin) {
-        writePieceInfo(cache, carried.notes,
-                       {.origin = parts.origin, .page = place, .content = parts.contentPlace});
+        writePieceInfo(cache, carried.notes, noteOf(carried, parts, place));
     }
     if (!geometry.kept) {
         writeGeometry(output, geometry);

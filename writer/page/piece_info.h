@@ -1,5 +1,5 @@
 // What programs note in a page for themselves (PDF Reference, 9.4): other programs' notes are
-// carried over, ours says which page this is (reader/page/page_identity.h).
+// carried over, ours is the record of the page (reader/page/page_record.h).
 #pragma once
 
 #include "reader/document/cache.h"
@@ -8,15 +8,28 @@
 #include "writer/page/carried_entries.h"
 
 #include <cstdint>
+#include <optional>
 #include <span>
+#include <vector>
 
 namespace corvane {
 
+/// What the record says of the base.
+struct CarriedBase {
+    CarriedEntries content; ///< its Contents and Resources
+    Box mediaBox;
+    Box cropBox;
+    std::uint64_t digest = 0; ///< `digestContent`
+    bool isAsOpened = true;   ///< it is what the artwork was opened from
+};
+
 /// What our note says.
-struct OriginNote {
-    PageOrigin origin;
-    std::int32_t page = 0;    ///< where the page object stands, by the cross-reference
-    std::int32_t content = 0; ///< and its content stream
+struct RecordNote {
+    std::optional<PageOrigin> origin;
+    std::optional<std::uint64_t> artwork;
+    std::int32_t page = 0;             ///< where the page object stands, by the cross-reference
+    std::vector<std::int32_t> content; ///< and the content streams that are written
+    const CarriedBase* base = nullptr; ///< null: none
 };
 
 /// The notes of other programs among the entries of a page. Notes that cannot be read are
@@ -24,6 +37,6 @@ struct OriginNote {
 CarriedEntries notesOfOthers(DocumentCache& cache, std::span<const RawEntry> page);
 
 /// Writes the LastModified and PieceInfo entries.
-void writePieceInfo(DocumentCache& cache, const CarriedEntries& others, const OriginNote& note);
+void writePieceInfo(DocumentCache& cache, const CarriedEntries& others, const RecordNote& note);
 
 } // namespace corvane

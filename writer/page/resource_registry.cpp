@@ -28,35 +28,37 @@ std::size_t indexOf(ResourceCategory category) {
     return static_cast<std::size_t>(category);
 }
 
-/// The entries of the resources that the page in use has or inherits: of the nearest node that says
-/// something, as `pageCache` finds them.
-std::vector<RawEntry> formerResources(DocumentCache& cache) {
+/// The entries of the resources that the page in use inherits: of the nearest node above it that
+/// says something, as `pageCache` finds them.
+std::vector<RawEntry> inheritedEntries(DocumentCache& cache) {
     const PageEntry& page = cache.pages[static_cast<std::size_t>(cache.pageNumber - 1)];
     retainObject(cache.page.get());
     ObjectOwner node(cache.page.get());
     std::vector<RawEntry> entries = rawEntries(cache, page.number, page.generation);
-    for (;;) {
-        const bool isHere =
-            typeObject(lookupObject(cache, node.get(), "Resources").get()) != ObjectType::null;
-        if (!isHere) {
-            node = lookupObject(cache, node.get(), "Parent");
-        }
-        const auto next =
-            std::ranges::find(entries, isHere ? "Resources" : "Parent", &RawEntry::key);
-        if (next == entries.end() || typeObject(node.get()) != ObjectType::dictionary) {
+    for (std::string_view key = "Parent";;) {
+        const auto next = std::ranges::find(entries, key, &RawEntry::key);
+        if (next == entries.end()) {
             return {};
         }
         entries = rawEntries(cache, RawEntry(*next));
-        if (isHere) {
+        if (key == "Resources") {
             return entries;
+        }
+        node = lookupObject(cache, node.get(), "Parent");
+        if (typeObject(node.get()) != ObjectType::dictionary) {
+            return {};
+        }
+        if (typeObject(lookupObject(cache, node.get(), "Resources").get()) != ObjectType::null) {
+            key = "Resources";
         }
     }
 }
 
 } // namespace
 
-void ResourceRegistry::carryPage(DocumentCache& cache) {
-    for (RawEntry& entry : formerResources(cache)) {
+void ResourceRegistry::carryBase(DocumentCache& cache, const PageBase& base) {
+    for (RawEntry& entry :
+         base.resourcesEntry ? rawEntries(cache, *base.resourcesEntry) : inheritedEntries(cache)) {
         const auto names = std::ranges::find(categoryNames, entry.key, &CategoryNames::key);
         if (names == categoryNames.end()) {
             others_.add(std::move(entry));
@@ -91,14 +93,21 @@ std::string_view ResourceRegistry::add(ResourceCategory category, std::int32_t n
 void ResourceRegistry::add(ResourceCategory category, std::string_view name, std::int32_t number,
                            std::int32_t generation) {
     Category& in = categories_[indexOf(category)];
+    if (!in.used.emplace(name).second) {
+        return;
+    }
     const Reference object{number, generation};
-    in.used.emplace(name);
     in.names.try_emplace(object, name);
     in.added.emplace_back(name, object);
 }
 
 bool ResourceRegistry::hasAdded(ResourceCategory category) const {
     return !categories_[indexOf(category)].added.empty();
+}
+
+bool ResourceRegistry::hasAdded() const {
+    return std::ranges::any_of(categories_,
+                               [](const Category& category) { return !category.added.empty(); });
 }
 
 void ResourceRegistry::write(DocumentCache& cache) const {

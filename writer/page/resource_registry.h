@@ -1,11 +1,12 @@
 // The resources of a page that is written: what its content names, by category.
 //
-// A registry begins empty, for a page that is drawn anew, or with the resources that the page has,
+// A registry begins empty, for a page that is drawn anew, or with the resources of the page's base,
 // for content that goes on using them. Then objects are added: new ones, and ones that the file has
 // already.
 #pragma once
 
 #include "reader/document/cache.h"
+#include "reader/page/page_base.h"
 #include "writer/page/carried_entries.h"
 
 #include <array>
@@ -33,19 +34,21 @@ enum class ResourceCategory {
 
 class ResourceRegistry {
 public:
-    /// Takes over the resources of the page in use, its own or inherited, in their own bytes: once,
-    /// before anything is added. What is no dictionary cannot be used by content: it is carried
-    /// while nothing is added to it.
-    void carryPage(DocumentCache& cache);
+    /// Takes over the resources of the base of the page in use, its own or inherited, in their own
+    /// bytes: once, before anything is added. What is no dictionary cannot be used by content: it
+    /// is carried while nothing is added to it.
+    void carryBase(DocumentCache& cache, const PageBase& base);
 
     /// The name of an indirect object in a category, without a slash: the one that it was added
     /// with, or the shortest of the kind "GS1" that is free there.
     std::string_view add(ResourceCategory category, std::int32_t number, std::int32_t generation);
-    /// Adds an object by a name that the content has already.
+    /// Adds an object by a name that the content has already; a name that is there stays what it
+    /// is.
     void add(ResourceCategory category, std::string_view name, std::int32_t number,
              std::int32_t generation);
 
     bool hasAdded(ResourceCategory category) const;
+    bool hasAdded() const; ///< anything at all
 
     /// Writes the entries of a Resources dictionary to the cache's output.
     void write(DocumentCache& cache) const;
@@ -54,7 +57,7 @@ private:
     using Reference = std::pair<std::int32_t, std::int32_t>; // number and generation
 
     struct Category {
-        CarriedEntries former;  // the page's own, as one entry
+        CarriedEntries former;  // the base's own, as one entry
         CarriedEntries carried; // what that holds
         std::vector<std::pair<std::string, Reference>> added;
         std::map<Reference, std::string> names;  // of what was added
@@ -64,7 +67,7 @@ private:
     static constexpr auto categoryCount = static_cast<std::size_t>(ResourceCategory::property) + 1;
 
     std::array<Category, categoryCount> categories_;
-    CarriedEntries others_; // of the page's resources: procedure sets, and what is not known
+    CarriedEntries others_; // of the base's resources: procedure sets, and what is not known
 };
 
 } // namespace corvane

@@ -5,9 +5,7 @@
 #include "output/xref.h"
 #include "reader/document/update_mark.h"
 #include "reader/page/page_base.h"
-#include "reader/page/page_record.h"
 #include "reader/syntax/file_bytes.h"
-#include "runtime/digest.h"
 #include "runtime/exception.h"
 #include "runtime/extension.h"
 #include "runtime/rules.h"
@@ -17,40 +15,42 @@
 
 #include <algorithm>
 #include <optional>
-#include <span>
 
 namespace corvane {
 
 namespace {
 
-/// The identity of a page that is drawn anew over another: artwork of that one is refused then.
-PageOrigin anew(std::uint64_t former) {
-    Digest digest;
-    digest.feed(std::as_bytes(std::span(&former, 1)));
-    return {.digest = digest.value()};
+/// Whether the page was saved from another artwork since this one was opened from it.
+bool isOthers(DocumentCache& cache, const PageBase& base, std::optional<std::uint64_t> artwork) {
+    if (!artwork || (base.isStanding && base.isAsOpened)) {
+        return false;
+    }
+    const std::optional<std::uint64_t> last = lastArtwork(cache);
+    return last && *last != *artwork;
 }
 
-/// The identity of the page that the artwork was opened from, or a new one. A page that is another
-/// one now raises `pageChanged`, unless the host says that this does not matter.
-PageOrigin originOf(DocumentCache& cache) {
+/// Settles what the artwork was opened from, if the host knows that. A page that is another one
+/// now raises `pageChanged`, one that was saved from another artwork `otherArtwork`, unless the
+/// host says that this does not matter.
+void planBase(DocumentCache& cache, UpdatePlan& plan) {
     const auto extension = knownExtension();
-    const std::uint64_t* const opened = extension ? extension->artworkDigest : nullptr;
-    if (opened != nullptr) {
-        if (extension->overwrites) {
-            return {.digest = *opened};
-        }
-        const std::optional<PageBase> base = baseOf(cache, *opened);
-        if (!base) {
-            failException(Exception::pageChanged);
-        }
-        return {.digest = base->digest, .version = base->version};
+    if (!extension || extension->artworkDigest == nullptr) {
+        return;
     }
-    std::uint64_t digest = 0;
-    if (!attempted([&] { digest = digestPage(cache, contentStreams(cache)); })) {
-        // Content that cannot be read is as good a reason as any to draw a page anew.
-        digest = digestPage(cache, {});
+    const std::uint64_t opened = *extension->artworkDigest;
+    if (extension->artworkName != nullptr) {
+        plan.artwork = *extension->artworkName;
     }
-    return anew(digest);
+    // Content that cannot be read any more is another one too.
+    attempted([&] { plan.base = baseOf(cache, opened); });
+    if (!extension->overwrites && !plan.base) {
+        failException(Exception::pageChanged);
+    }
+    if (!extension->overwrites && isOthers(cache, *plan.base, plan.artwork)) {
+        failException(Exception::otherArtwork);
+    }
+    plan.origin = plan.base ? PageOrigin{.digest = opened, .version = plan.base->version}
+                            : PageOrigin{.digest = opened};
 }
 
 /// Looks at everything that can refuse the save before a byte is written.
@@ -62,11 +62,12 @@ UpdatePlan planUpdate(DocumentCache& cache) {
     }
     UpdatePlan plan;
     if (rules().recordsOrigin) {
-        plan.origin = originOf(cache);
+        planBase(cache, plan);
     }
-    plan.geometry = pageGeometry(cache);
+    const PageBase* const base = plan.base ? &*plan.base : nullptr;
+    plan.geometry = pageGeometry(cache, base);
     plan.facts = factsOf(cache, plan.geometry);
-    plan.page = carriedPage(cache, plan.geometry);
+    plan.page = carriedPage(cache, plan.geometry, base);
     plan.trailer = carriedTrailer(cache);
     reserveNumbers(plan.trailer);
     plan.numbers.content = nextIdentity();

@@ -4,6 +4,7 @@
 
 #include "host/extension.h"
 #include "reader/document/cache.h"
+#include "reader/page/page_base.h"
 #include "reader/page/page_record.h"
 #include "writer/page/carried_entries.h"
 #include "writer/page/page_geometry.h"
@@ -40,8 +41,11 @@ struct UpdatePlan {
         std::int32_t length = 0; ///< of the content
     };
     PageGeometry geometry;
-    PageFacts facts;   ///< of the page as it will be
-    PageOrigin origin; ///< identity of the page that the artwork was opened from
+    PageFacts facts; ///< of the page as it will be
+    /// What the artwork was opened from; nothing where the page is drawn anew.
+    std::optional<PageBase> base;
+    std::optional<PageOrigin> origin;     ///< of the page that the artwork was opened from
+    std::optional<std::uint64_t> artwork; ///< which opening of it that was
     CarriedPage page;
     CarriedTrailer trailer;
     Numbers numbers;

@@ -45,11 +45,12 @@ TEST_F(SaveAgain, ATurnedPageLooksTheSame) {
             const auto before = test::draw(folder_.path() / "in.pdf", 1);
             ASSERT_GT(test::ink(before), 0.05);
             const std::string art = artwork("in.pdf", 1);
-            save(art, "in.pdf", 1);
+            save(withLine(art), "in.pdf", 1);
             EXPECT_NE(bytes("in.pdf"), old);
             EXPECT_LT(test::difference(before, test::draw(folder_.path() / "in.pdf", 1)), 0.002)
                 << rotate << box;
-            EXPECT_EQ(artwork("in.pdf", 1), art) << rotate << box;
+            const std::string kept = drawing(art.substr(0, art.find(endOfLayer)));
+            EXPECT_TRUE(drawing(artwork("in.pdf", 1)).starts_with(kept)) << rotate << box;
             EXPECT_TRUE(isValid("in.pdf"));
         }
     }
@@ -60,13 +61,18 @@ TEST_F(SaveAgain, OneArtworkManyTimes) {
     const char* const wish = std::getenv("CORVANE_TEST_SAVES");
     const int times = wish != nullptr ? std::atoi(wish) : test::underAddressSanitizer ? 6 : 60;
     folder_.add("in.pdf", example("harbour.pdf"));
-    const std::string art = artwork("in.pdf", 1);
-    folder_.add("a.svg", art);
+    const std::string opened = artwork("in.pdf", 1);
+    const std::string kept = drawing(opened.substr(0, opened.find(endOfLayer)));
+    folder_.add("a.svg", withLine(opened));
+    std::string first;
     for (int i = 1; i <= times; ++i) {
         const std::string before = bytes("in.pdf");
         ASSERT_EQ(run({"save", "a.svg", "in.pdf", "--quiet"}).status, 0) << i;
         ASSERT_TRUE(bytes("in.pdf").starts_with(before)) << i;
-        ASSERT_EQ(artwork("in.pdf", 1), art) << i;
+        const std::string again = drawing(artwork("in.pdf", 1));
+        ASSERT_TRUE(again.starts_with(kept)) << i;
+        first = i == 1 ? again : first;
+        ASSERT_EQ(again, first) << i;
         ASSERT_TRUE(i % 20 != 0 || isValid("in.pdf")) << i;
     }
     const auto log = run({"log", "in.pdf", "--json"});
@@ -90,7 +96,8 @@ TEST_F(SaveAgain, OtherPagesStay) {
     const auto told = run({"save", "a.svg", "in.pdf"});
     EXPECT_TRUE(holds(told.errors, "page 2 of in.pdf: ")) << told.errors;
     EXPECT_EQ(artwork("in.pdf", 1), first);
-    EXPECT_EQ(artwork("in.pdf", 2), edited);
+    const std::string again = artwork("in.pdf", 2);
+    EXPECT_TRUE(holds(again, "M33 290V7") && !holds(again, "M30 300V0")) << again;
     EXPECT_TRUE(isValid("in.pdf"));
 
     // Artwork of one page does not land on another by accident.
@@ -109,6 +116,7 @@ TEST_F(SaveAgain, ATrialIsAsLongAsTheSave) {
         folder_.add("in.pdf", old);
         ASSERT_EQ(
             run({"open", "in.pdf", "--page", "1", "-o", "a.svg", "--profile", profile}).status, 0);
+        folder_.add("a.svg", withLine(bytes("a.svg")));
         const auto trial = run({"save", "a.svg", "in.pdf", "--json", "--dry-run"});
         EXPECT_EQ(bytes("in.pdf"), old);
         const auto copied = run({"save", "a.svg", "in.pdf", "--json", "--output", "b.pdf"});
@@ -132,7 +140,7 @@ TEST_F(SaveAgain, APageInTwoPlacesIsTold) {
     folder_.add("in.pdf", test::PdfBuilder::onePage("0 0 m 9 9 l S")
                               .object(2, "<</Kids[3 0 R 3 0 R]/Count 2>>")
                               .bytes());
-    folder_.add("a.svg", artwork("in.pdf", 2));
+    folder_.add("a.svg", withLine(artwork("in.pdf", 2)));
     const auto outcome = run({"save", "a.svg", "in.pdf"});
     EXPECT_EQ(outcome.status, 0);
     EXPECT_TRUE(holds(outcome.errors, "warning 1007: the file has this page in 2 places"))

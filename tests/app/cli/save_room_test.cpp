@@ -91,7 +91,7 @@ TEST_F(SaveRoom, AFullDiskLosesNothing) {
         EXPECT_TRUE(holds(outcome.errors, "error 6: ")) << outcome.errors;
         EXPECT_EQ(bytes("disk/in.pdf"), old);
     }
-    folder_.add("b.svg", artwork("in.pdf", 1));
+    folder_.add("b.svg", withLine(artwork("in.pdf", 1)));
     EXPECT_EQ(run({"save", "b.svg", "disk/in.pdf"}).status, 0) << "what fits is saved";
 }
 
@@ -165,7 +165,7 @@ TEST_F(SaveRoom, NothingGrowsPastTheLargestFile) {
     constexpr std::int64_t largest = INT32_MAX;
     const fs::path path = folder_.path() / "in.pdf";
     folder_.add("one.pdf", test::PdfBuilder::onePage("0 0 m 9 9 l S").bytes());
-    folder_.add("a.svg", artwork("one.pdf", 1));
+    folder_.add("a.svg", withLine(artwork("one.pdf", 1)));
     const auto saving = [&](std::int64_t length) {
         addWithHole(path, length);
         EXPECT_EQ(static_cast<std::int64_t>(fs::file_size(path)), length);

@@ -76,4 +76,24 @@ inline std::string replaced(std::string text, const std::string& from, const std
     return at == std::string::npos ? text : text.replace(at, from.size(), to);
 }
 
+/// An SVG without what says which bytes of the file it was read from: a save changes that.
+inline std::string drawing(std::string svg) {
+    for (const std::string name : {"digest", "artwork", "source", "clip-source"}) {
+        const std::string attribute = " data-" + name + "=\"";
+        for (auto at = svg.find(attribute); at != std::string::npos; at = svg.find(attribute, at)) {
+            svg.erase(at, svg.find('"', at + attribute.size()) + 1 - at);
+        }
+    }
+    return svg;
+}
+
+/// What our SVG of one layer ends in.
+inline const std::string endOfLayer = " </g>\n</svg>";
+
+/// An SVG of ours with one line more, which is hardly seen, in front of everything.
+inline std::string withLine(const std::string& svg) {
+    return replaced(svg, endOfLayer,
+                    "<path d=\"M1 1H3\" fill=\"none\" stroke=\"#000000\"/>\n" + endOfLayer);
+}
+
 } // namespace corvane

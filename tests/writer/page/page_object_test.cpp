@@ -1,4 +1,4 @@
-// The page object that a save writes: what it keeps, its boxes, and which page it says it is.
+// The page object that a save writes: what it keeps, and its boxes.
 #include "tests/writer/save_fixture.h"
 
 #include <filesystem>
@@ -12,12 +12,6 @@ using ::testing::HasSubstr;
 using ::testing::Not;
 
 const std::string line = "0 0 m 9 0 l S";
-
-/// The page object in what a save appended.
-std::string pageIn(const std::string& update) {
-    const std::size_t at = update.find("3 0 obj\n");
-    return update.substr(at, update.find("endobj", at) - at);
-}
 
 /// The content that the newest update of a file holds.
 std::string contentIn(const std::string& file) {
@@ -144,13 +138,13 @@ TEST_F(SavedPageTest, GeometryStaysAndArtworkLiesWhereItWas) {
         // Opened again it is the same, exactly; so is what a second save writes of it.
         ASSERT_EQ(open(), 0U);
         EXPECT_EQ(anchors(), before);
-        EXPECT_EQ(identity_, identity);
         ASSERT_EQ(save(), 0U);
         extension_.artworkDigest = nullptr;
         ASSERT_EQ(open(), 0U);
         EXPECT_EQ(anchors(), before);
         EXPECT_EQ(contentIn(bytes()), contentIn(first));
-        const std::string page = pageIn(first.substr(file.size()));
+        std::string page = pageIn(first.substr(file.size()));
+        page.resize(page.find("/PieceInfo"));
         EXPECT_EQ(page.find("MediaBox") != std::string::npos,
                   std::string(row.page).find("MediaBox") != std::string::npos);
         EXPECT_THAT(front_.taken(), ElementsAre());
@@ -262,6 +256,47 @@ TEST_F(SavedPageTest, ANewSizeMovesNothing) {
     }
 }
 
+TEST_F(SavedPageTest, ANewSizeStaysThroughAllSavesOfOneArtwork) {
+    for (const char* entries :
+         {"/CropBox[10 10 90 90]", "/Rotate 90", "/Rotate 180/TrimBox[0 0 5 5]",
+          "/MediaBox[-30.5 17.25 170 117]/Rotate 270"}) {
+        SCOPED_TRACE(entries);
+        use("in.pdf", PdfBuilder::onePage("20 30 m 90 60.5 l S", entries).bytes());
+        ASSERT_EQ(open(), 0U);
+        const std::uint64_t opened = identity_;
+        extension_.artworkDigest = &opened;
+        const std::vector<Point> before = anchors();
+        const ArtboardSize size = document_->page().artboard();
+        const Rect bounds = document_->page().bounds();
+        const auto boxes = [&] {
+            const std::size_t former = bytes().size();
+            EXPECT_EQ(save(), 0U);
+            const std::string page = pageIn(bytes().substr(former));
+            return page.substr(page.rfind("/MediaBox"));
+        };
+        document_->page().setArtboard({300 * fixedOne, 400 * fixedOne});
+        document_->page().setBounds(
+            {-50 * fixedOne, 350 * fixedOne, 250 * fixedOne, -50 * fixedOne});
+        const std::string first = boxes();
+        const std::string content = contentIn(bytes());
+        for (int i = 0; i < 2; ++i) {
+            EXPECT_EQ(boxes(), first);
+            EXPECT_EQ(contentIn(bytes()), content);
+        }
+        // The former size again: the page has the boxes that it had.
+        document_->page().setArtboard(size);
+        document_->page().setBounds(bounds);
+        EXPECT_NE(boxes(), first);
+        extension_.artworkDigest = nullptr;
+        ASSERT_EQ(open(), 0U);
+        EXPECT_EQ(anchors(), before);
+        EXPECT_EQ(document_->page().bounds(), bounds);
+        EXPECT_EQ(document_->page().artboard().width, size.width);
+        EXPECT_EQ(document_->page().artboard().height, size.height);
+        EXPECT_THAT(front_.taken(), ElementsAre());
+    }
+}
+
 TEST_F(SavedPageTest, ANewSizeEndsWhereIntegersDo) {
     use("in.pdf",
         PdfBuilder::onePage(line, "/MediaBox[2147483500 0 2147483600 100]/Rotate 0").bytes());
@@ -296,129 +331,6 @@ TEST_F(SavedPageTest, CropAreas) {
         EXPECT_THAT(bytes(), HasSubstr(std::string("/CropBox ") + row.written)) << row.name;
         EXPECT_EQ(front_.taken().size(), row.warns ? 1U : 0U) << row.name;
     }
-}
-
-/// What an update of another program makes of a file: one more object.
-std::string updated(const std::string& file, int number, const std::string& object) {
-    const std::string update = std::to_string(number) + " 0 obj\n" + object + "\nendobj\n";
-    const std::string digits = std::to_string(file.size());
-    const std::size_t section = file.rfind("startxref") + 10;
-    return file + update + "xref\n" + std::to_string(number) + " 1\n" +
-           std::string(10 - digits.size(), '0') + digits +
-           " 00000 n \ntrailer<</Size 99/Root 1 0 R/Prev " +
-           file.substr(section, file.find('\n', section) - section) + ">>\nstartxref\n" +
-           std::to_string(file.size() + update.size()) + "\n%%EOF\n";
-}
-
-TEST_F(SavedPageTest, WhichPageItIs) {
-    const std::string file = PdfBuilder::onePage(line, "/Other 1").bytes();
-    use("in.pdf", file);
-    ASSERT_EQ(open(), 0U);
-    const std::uint64_t opened = identity_;
-    extension_.artworkDigest = &opened;
-    // Saved again and again from one artwork: nobody else changed the page.
-    for (int i = 0; i < 3; ++i) {
-        ASSERT_EQ(save(), 0U);
-    }
-    ASSERT_EQ(open(), 0U);
-    EXPECT_EQ(identity_, opened);
-    const std::string ours = bytes();
-
-    // Somebody replaces the page, or its content, with an update of their own.
-    const std::size_t page = ours.rfind("3 0 obj\n") + 8;
-    const std::string samePage = ours.substr(page, ours.find("\nendobj", page) - page);
-    const std::size_t contents = samePage.find("/Contents ") + 10;
-    const int content = std::stoi(samePage.substr(contents));
-    for (const std::string& changed :
-         {updated(ours, 3, samePage),
-          updated(ours, content, "<</Length 4>>stream\n1 w \nendstream")}) {
-        use("in.pdf", changed);
-        ASSERT_EQ(open(), 0U);
-        EXPECT_NE(identity_, opened);
-        front_.taken();
-        EXPECT_EQ(save(), resultStopped);
-        EXPECT_THAT(front_.taken(), ElementsAre("error 21"));
-        EXPECT_EQ(bytes(), changed);
-        extension_.overwrites = true;
-        EXPECT_EQ(save(), 0U);
-        extension_.overwrites = false;
-        ASSERT_EQ(open(), 0U);
-        EXPECT_EQ(identity_, opened) << "it is the artwork of that page now";
-        front_.taken();
-    }
-    // Somebody draws it anew, with artwork that was opened from nowhere.
-    extension_.artworkDigest = nullptr;
-    ASSERT_EQ(save(), 0U);
-    extension_.artworkDigest = &opened;
-    EXPECT_EQ(save(), resultStopped);
-    EXPECT_THAT(front_.taken(), ElementsAre("error 21"));
-    extension_.artworkDigest = nullptr;
-}
-
-TEST_F(SavedPageTest, ArtworkOfAnyVersionOfTheDigestKeepsItsPage) {
-    const std::string file =
-        PdfBuilder::onePage(line, "/Resources<</XObject<</F 7 0 R>>>>/Annots[8 0 R]")
-            .stream(7, "0 g", "/Subtype/Form")
-            .object(8, "<</Subtype/Link/Rect[0 0 1 1]>>")
-            .bytes();
-    use("in.pdf", file);
-    ASSERT_EQ(open(), 0U);
-    const std::string form = "<</Subtype/Form/Length 3>>stream\n1 g\nendstream";
-    const std::string annotation = "<</Subtype/Link/Rect[0 0 2 2]>>";
-    struct Row {
-        std::uint64_t opened;
-        const char* version;
-        bool noticesForms;
-    };
-    // The first version's digest of this page was told by programs that knew no other.
-    for (const Row& row :
-         {Row{identity_, "/Version 2 ", true}, Row{0x726567DEAA0F513B, "/Version 1 ", false}}) {
-        SCOPED_TRACE(row.version);
-        extension_.artworkDigest = &row.opened;
-        use("in.pdf", updated(file, 7, form));
-        EXPECT_EQ(save(), row.noticesForms ? resultStopped : 0U);
-        EXPECT_THAT(front_.taken(), row.noticesForms ? std::vector<std::string>{"error 21"}
-                                                     : std::vector<std::string>{});
-        use("in.pdf", updated(file, 8, annotation));
-        for (int i = 0; i < 2; ++i) {
-            ASSERT_EQ(save(), 0U);
-            EXPECT_THAT(pageIn(bytes().substr(file.size())), HasSubstr(row.version));
-            ASSERT_EQ(open(), 0U);
-            EXPECT_EQ(identity_, row.opened);
-        }
-        // A page that a program saved which knew one version only.
-        std::string former = bytes();
-        for (std::size_t at = 0; (at = former.find("/Version ", at)) != std::string::npos;) {
-            former.replace(at, 10, 10, ' ');
-        }
-        use("in.pdf", former);
-        ASSERT_EQ(open(), 0U);
-        EXPECT_EQ(identity_, row.opened);
-        EXPECT_EQ(save(), 0U);
-        extension_.artworkDigest = nullptr;
-    }
-}
-
-TEST_F(SavedPageTest, RecordsThatLie) {
-    const auto fileWith = [](const std::string& record) {
-        return PdfBuilder::onePage(line, "/PieceInfo<</Corvane<</Private " + record + ">>>>")
-            .bytes();
-    };
-    use("in.pdf", fileWith("null"));
-    ASSERT_EQ(open(), 0U);
-    const std::uint64_t digest = identity_;
-    for (const char* record : {"<</Origin<0123456789ABCDEF>/Page 1/Content 2>>",
-                               "<</Origin(x)/Page 1>>", "[7]", "3 0 R", "<<>>"}) {
-        use("in.pdf", fileWith(record));
-        ASSERT_EQ(open(), 0U) << record;
-        EXPECT_EQ(identity_, digest) << "what is noted is no part of the page";
-    }
-    std::string file = fileWith("<</Origin<0123456789ABCDEF>/Page 0000/Content 0000>>");
-    file.replace(file.find("/Page 0000") + 6, 4, "0" + std::to_string(file.find("3 0 obj")));
-    file.replace(file.find("/Content 0000") + 9, 4, "0" + std::to_string(file.find("4 0 obj")));
-    use("in.pdf", file);
-    ASSERT_EQ(open(), 0U);
-    EXPECT_EQ(identity_, 0x0123456789ABCDEFU);
 }
 
 } // namespace

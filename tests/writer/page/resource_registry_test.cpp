@@ -23,7 +23,7 @@ protected:
                  .object(7, "<</Damaged"));
         pageCache(*cache_, 1);
         ResourceRegistry registry;
-        registry.carryPage(*cache_);
+        registry.carryBase(*cache_, *baseOf(*cache_, digestPage(*cache_, contentStreams(*cache_))));
         return registry;
     }
     std::string written(const ResourceRegistry& registry) {

@@ -13,8 +13,8 @@ using ::testing::Not;
 const std::string line = "1 w 0 0 m 100 100 l S";
 
 /// The update as it should be: "@name@" notes a place of the file and "#name#" says it in ten
-/// digits, "$name$" without zeros in front. The latter's name is as long as it has digits, less
-/// two.
+/// digits, "$name$" without zeros in front. A name that is used in front of a place is as long as
+/// it has digits, less two.
 std::string placed(std::size_t former, std::string text) {
     std::map<std::string, std::size_t> places;
     for (std::size_t at = text.find('@'); at != std::string::npos; at = text.find('@', at)) {
@@ -78,33 +78,43 @@ TEST_F(SaveTest, ExtendedUpdate) {
     plain.pop_back();
     const std::string junk = "From: somebody\n";
     const std::string file = junk + plain;
+    const std::uint64_t artwork = 0xA1;
+    extension_.artworkDigest = &identity_;
+    extension_.artworkName = &artwork;
     const std::string update = saved(file);
     const std::string content = contentIn(update);
     EXPECT_THAT(content, ::testing::StartsWith("0 1 -1 0 100.5 0 cm\n"));
     const std::string origin = update.substr(update.find("/Origin <") + 9, 16);
+    const std::string digest = update.substr(update.find("/Digest <") + 9, 16);
     const std::string identifier = update.substr(update.find("/ID [ <01> <") + 12, 32);
     const std::string number = std::to_string(file.size());
-    EXPECT_EQ(update,
-              placed(file.size() - junk.size(),
-                     "\n%Corvane update of a file of " + std::string(10 - number.size(), '0') +
-                         number + " bytes\n@c@50 0 obj\n<<\n/Length 51 0 R\n>>\nstream\n" +
-                         content + "\nendstream\nendobj\n@length@51 0 obj\n" +
-                         std::to_string(content.size()) +
-                         " \nendobj\n@p@3 0 obj\n<<\n/Type /Page\n/Parent 2 0 R\n"
-                         "/Annots [4 0 R]\n/Rotate 90\n/MediaBox [-5 0 100.5 200]\n"
-                         "/Contents 50 0 R\n/Resources <<\n/ProcSet [ /PDF ]\n>>\n"
-                         "/LastModified (D:20261121090000Z)\n/PieceInfo <<\n/Corvane << "
-                         "/LastModified (D:20261121090000Z) /Private << /Origin <" +
-                         origin +
-                         "> /Version 2 /Page $p$ /Content $c$ >> >>\n>>\n>>\nendobj\n"
-                         "@section@xref\n0 1 \n0000000000 65535 f \n3 1 \n#p# 00000 n \n50 1 \n"
-                         "#c# 00000 n \n51 1 \n#length# 00000 n \ntrailer\n<<\n/Size 52 \n"
-                         "/Prev " +
-                         plain.substr(plain.rfind("startxref") + 10,
-                                      plain.rfind("\n%%EOF") - plain.rfind("startxref") - 10) +
-                         " \n/Root 1 0 R\n/ID [ <01> <" + identifier +
-                         "> ]\n>>\nstartxref\n$section$ \n%%EOF\n"));
+    EXPECT_EQ(
+        update,
+        placed(file.size() - junk.size(),
+               "\n%Corvane update of a file of " + std::string(10 - number.size(), '0') + number +
+                   " bytes\n@c@@contents@50 0 obj\n<<\n/Length 51 0 R\n>>\nstream\n" + content +
+                   "\nendstream\nendobj\n@length@51 0 obj\n" + std::to_string(content.size()) +
+                   " \nendobj\n@p@@pagehere@3 0 obj\n<<\n/Type /Page\n/Parent 2 0 R\n"
+                   "/Annots [4 0 R]\n/Rotate 90\n/MediaBox [-5 0 100.5 200]\n"
+                   "/Contents 50 0 R\n/Resources <<\n/ProcSet [ /PDF ]\n>>\n"
+                   "/LastModified (D:20261121090000Z)\n/PieceInfo <<\n/Corvane << "
+                   "/LastModified (D:20261121090000Z) /Private <<\n/Origin <" +
+                   origin +
+                   ">\n/Version 2 \n/Artwork <00000000000000A1>\n/Page #pagehere# /Content [ "
+                   "#contents# ]\n"
+                   "/Base <<\n/Contents 4 0 R\n/MediaBox [ -5 0 100.5 200 ]\n"
+                   "/CropBox [ -5 0 100.5 200 ]\n/Digest <" +
+                   digest +
+                   ">\n>>\n>> >>\n>>\n>>\nendobj\n"
+                   "@section@xref\n0 1 \n0000000000 65535 f \n3 1 \n#p# 00000 n \n50 1 \n"
+                   "#c# 00000 n \n51 1 \n#length# 00000 n \ntrailer\n<<\n/Size 52 \n"
+                   "/Prev " +
+                   plain.substr(plain.rfind("startxref") + 10,
+                                plain.rfind("\n%%EOF") - plain.rfind("startxref") - 10) +
+                   " \n/Root 1 0 R\n/ID [ <01> <" + identifier +
+                   "> ]\n>>\nstartxref\n$section$ \n%%EOF\n"));
     EXPECT_EQ(origin.find_first_not_of("0123456789ABCDEF"), std::string::npos);
+    EXPECT_EQ(digest.find_first_not_of("0123456789ABCDEF"), std::string::npos);
     EXPECT_EQ(identifier.find_first_not_of("0123456789ABCDEF"), std::string::npos);
     // The same save writes the same bytes; another one another identifier.
     EXPECT_EQ(saved(file), update);
@@ -112,6 +122,8 @@ TEST_F(SaveTest, ExtendedUpdate) {
     const std::string later = saved(file);
     EXPECT_THAT(later, HasSubstr("(D:20000229000000Z)"));
     EXPECT_THAT(later, Not(HasSubstr(identifier)));
+    extension_.artworkDigest = nullptr;
+    extension_.artworkName = nullptr;
 }
 
 TEST_F(SaveTest, Trailers) {

@@ -263,6 +263,14 @@ TEST(RoundTrip, SourcesByIdsAlone) {
                                     "path1", "p2147483648", "p 1", "g1", "clip1"}) {
         EXPECT_EQ(sourceFrom(other, "", true), std::nullopt) << other;
     }
+    const ReadArt tiled(ourSvg("<pattern id='t' patternUnits='userSpaceOnUse' width='9' height='9'>"
+                               "<path id='p1' d='M0 0H5'/></pattern>"
+                               "<path id='p2' d='M0 0H9V9Z' fill='url(#t)'/>"));
+    const Document& drawn = tiled.document;
+    const PathStyle style = drawn.style(drawn.firstChild(drawn.layerArt(drawn.firstLayer())));
+    ASSERT_EQ(style.fill.kind, ColourKind::pattern);
+    const Art tile = drawn.pattern(style.fill.source).tile;
+    EXPECT_EQ(drawn.source(drawn.firstChild(tile)), std::nullopt) << "a page has no tiles";
 }
 
 /// Deeper than the writer nests elements, with clips that its objects carry themselves. Of those,
