@@ -7,7 +7,10 @@
 
 namespace corvane {
 
-std::int32_t pageWrite(DocumentCache& cache, const UpdatePlan& plan) {
+namespace {
+
+/// Draws the page anew.
+std::int64_t writeDrawn(DocumentCache& cache, const UpdatePlan& plan) {
     Filter& output = *cache.output;
     const auto [content, length] = plan.numbers;
 
@@ -32,6 +35,34 @@ std::int32_t pageWrite(DocumentCache& cache, const UpdatePlan& plan) {
                      .origin = plan.origin,
                      .artwork = plan.artwork});
     return bytes;
+}
+
+/// An external graphics state by which everything is as on a new page (PDF Reference, 4.3.4).
+void writeResetState(Filter& output, std::int32_t number) {
+    touchXRef(output, number, 0);
+    objectOutput(output, number, 0);
+    stringOutput(output, "<< /Type /ExtGState /ca 1 /CA 1 /BM /Normal /SMask /None /AIS false\r"
+                         "/OP false /op false /RI /RelativeColorimetric\r"
+                         "/TR2 /Default /HT /Default /BG2 /Default /UCR2 /Default >>\rendobj\r");
+}
+
+std::int64_t writePatched(DocumentCache& cache, const UpdatePlan& plan, PlannedPatch& patch) {
+    const WrittenStreams written = writeStreams(cache, *plan.base, patch.page.bytes, patch.streams);
+    if (patch.page.resetState != 0) {
+        writeResetState(*cache.output, patch.page.resetState);
+    }
+    writePageObject(cache, plan.page, plan.geometry,
+                    {.contents = written.parts,
+                     .resources = &patch.resources,
+                     .origin = plan.origin,
+                     .artwork = plan.artwork});
+    return written.bytes;
+}
+
+} // namespace
+
+std::int64_t pageWrite(DocumentCache& cache, UpdatePlan& plan) {
+    return plan.patch ? writePatched(cache, plan, *plan.patch) : writeDrawn(cache, plan);
 }
 
 } // namespace corvane

@@ -9,33 +9,30 @@
 namespace corvane {
 
 std::string_view ContentBytes::stream(std::size_t index) {
-    if (const auto known = streams_.find(index); known != streams_.end()) {
+    if (const auto known = decoded_.find(index); known != decoded_.end()) {
         return known->second.bytes;
     }
-    const std::span<const std::uint32_t> starts = trace_.streamStarts();
-    const std::size_t length = starts[index + 1] - starts[index];
+    const std::size_t length = starts_[index + 1] - starts_[index];
     Decoded decoded;
     decoded.charge.resize(static_cast<std::int64_t>(length));
     decoded.bytes.resize(length);
-    StreamChain chain(cache_, base_.streams[index].stream.get());
+    StreamChain chain(*cache_, streams_[index].stream.get());
     if (readFilter(chain.top(), std::as_writable_bytes(std::span(decoded.bytes))) != length) {
         failException(Exception::unpatchable);
     }
-    return streams_.emplace(index, std::move(decoded)).first->second.bytes;
+    return decoded_.emplace(index, std::move(decoded)).first->second.bytes;
 }
 
 std::size_t ContentBytes::streamAt(std::uint32_t position) const {
-    const std::span<const std::uint32_t> starts = trace_.streamStarts();
-    const auto behind = std::ranges::upper_bound(starts, position);
-    return static_cast<std::size_t>(behind - starts.begin()) - 1;
+    const auto behind = std::ranges::upper_bound(starts_, position);
+    return static_cast<std::size_t>(behind - starts_.begin()) - 1;
 }
 
 void ContentBytes::append(std::string& text, ByteRange range) {
-    const std::span<const std::uint32_t> starts = trace_.streamStarts();
     while (range.start < range.end) {
         const std::size_t index = streamAt(range.start);
-        const std::uint32_t end = std::min(range.end, starts[index + 1]);
-        text += stream(index).substr(range.start - starts[index], end - range.start);
+        const std::uint32_t end = std::min(range.end, starts_[index + 1]);
+        text += stream(index).substr(range.start - starts_[index], end - range.start);
         if (end < range.end) {
             text += ' ';
         }

@@ -1,25 +1,30 @@
 // The decoded bytes of a page's content, its streams taken as one sequence.
 #pragma once
 
-#include "reader/content/content_trace.h"
-#include "reader/page/page_base.h"
+#include "reader/page/page_content.h"
 #include "runtime/memory.h"
 #include "writer/patch/path_bytes.h"
 
 #include <cstdint>
 #include <map>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace corvane {
 
 class ContentBytes {
 public:
-    ContentBytes(DocumentCache& cache, const PageBase& base, const ContentTrace& trace)
-        : cache_(cache), base_(base), trace_(trace) {}
+    /// `starts`: the first bytes of the streams, and of what would come behind the last.
+    ContentBytes(DocumentCache& cache, std::span<const BaseStream> streams,
+                 std::span<const std::uint32_t> starts)
+        : cache_(&cache), streams_(streams), starts_(starts.begin(), starts.end()) {}
 
-    /// A stream, decoded when it is first asked for. One that is not as long as when it was read
-    /// raises `unpatchable`.
+    std::span<const std::uint32_t> starts() const { return starts_; }
+
+    /// A stream, decoded when it is first asked for and kept. One that is not as long as when it
+    /// was read raises `unpatchable`.
     std::string_view stream(std::size_t index);
 
     /// Appends the bytes, with a space where a stream ends among them: streams are divided between
@@ -35,10 +40,10 @@ private:
         ZoneCharge charge;
     };
 
-    DocumentCache& cache_;
-    const PageBase& base_;
-    const ContentTrace& trace_;
-    std::map<std::size_t, Decoded> streams_;
+    DocumentCache* cache_;
+    std::span<const BaseStream> streams_;
+    std::vector<std::uint32_t> starts_;
+    std::map<std::size_t, Decoded> decoded_;
 };
 
 } // namespace corvane

@@ -22,9 +22,11 @@ public:
         matching_.owners.assign(base.trace.painted().size(), noSource);
     }
 
-    Matching match() {
-        matchEach([&](const ArtSource& source) { return byBytes(source); });
-        matchEach([&](const ArtSource& source) { return byNumber(source); });
+    Matching match(bool sourcesMeanIt) {
+        if (sourcesMeanIt) {
+            matchEach([&](const ArtSource& source) { return byBytes(source); });
+            matchEach([&](const ArtSource& source) { return byNumber(source); });
+        }
         matchByLook();
         return std::move(matching_);
     }
@@ -185,8 +187,8 @@ private:
 
 } // namespace
 
-Matching matchArtwork(const BaseReading& base, const EditedArtwork& artwork) {
-    return Matcher(base, artwork).match();
+Matching matchArtwork(const BaseReading& base, const EditedArtwork& artwork, bool sourcesMeanIt) {
+    return Matcher(base, artwork).match(sourcesMeanIt);
 }
 
 const TraceEvent& eventOf(const ContentTrace& trace, PaintedIndex source) {

@@ -30,8 +30,8 @@ struct Matching {
 
 /// Matches by source. Of several objects with one source, the first that is unchanged is the
 /// source's, or else the first; the others are copies. Objects without a source are matched by the
-/// number in their id, then by equal points and paint.
-Matching matchArtwork(const BaseReading& base, const EditedArtwork& artwork);
+/// number in their id, then by equal points and paint; where sources mean nothing, by these alone.
+Matching matchArtwork(const BaseReading& base, const EditedArtwork& artwork, bool sourcesMeanIt);
 
 /// The art that the source made.
 Art artOf(const BaseReading& base, PaintedIndex source);

@@ -11,6 +11,7 @@
 #include "writer/patch/page_end.h"
 
 #include <algorithm>
+#include <optional>
 #include <span>
 #include <utility>
 
@@ -37,36 +38,35 @@ class Planner {
 public:
     Planner(DocumentCache& cache, const PageBase& base, BaseReading& reading,
             ResourceRegistry& resources)
-        : bytes_(cache, base, reading.trace), reading_(reading), trace_(reading.trace),
-          resources_(resources), walk_(sink_) {}
+        : base_(base), reading_(reading), trace_(reading.trace), resources_(resources),
+          bytes_(cache, base.streams, trace_.streamStarts()), walk_(sink_) {}
 
     PagePatch plan() {
         const EditedArtwork artwork = listArtwork();
-        const Matching matching = matchArtwork(reading_, artwork);
+        const Matching matching = matchArtwork(reading_, artwork, base_.isAsOpened);
         refuseMissing(reading_, matching);
         const ClipMatching clips = matchClips(reading_, artwork, matching);
         const PaintOrder order = orderObjects(reading_, artwork, matching, clips);
         if (artwork.layers > 1) {
             raiseWarning(Warning::layerNotKept);
         }
-        patch_.counts = countsOf(matching, order);
         ObjectPatches objects(walk_, sink_, bytes_, reading_, artwork, matching, clips, order);
-        objects.addTo(patch_.content.patches);
+        objects.addTo(content_.patches);
         insert(artwork, matching, order);
-        std::ranges::stable_sort(patch_.content.patches, {}, [](const Patch& patch) {
+        std::ranges::stable_sort(content_.patches, {}, [](const Patch& patch) {
             return std::pair(patch.range.start, patch.range.end);
         });
-        patch_.streamStarts.assign(trace_.streamStarts().begin(), trace_.streamStarts().end());
-        return std::move(patch_);
+        refuseDamaged();
+        return {std::move(content_), std::move(bytes_), countsOf(matching, order), resetState_};
     }
 
 private:
     /// The name of the state that a page begins with.
     std::string_view resetName() {
-        if (patch_.resetState == 0) {
-            patch_.resetState = nextIdentity();
+        if (resetState_ == 0) {
+            resetState_ = nextIdentity();
         }
-        return resources_.add(ResourceCategory::graphicsState, patch_.resetState, 0);
+        return resources_.add(ResourceCategory::graphicsState, resetState_, 0);
     }
 
     void insert(const EditedArtwork& artwork, const Matching& matching, const PaintOrder& order) {
@@ -83,18 +83,34 @@ private:
             const auto here = all.subspan(from, to - from);
             if (point.isAtEnd) {
                 const PageEnd end = closePage(trace_);
-                patch_.content.before = end.before;
-                patch_.content.patches.insert(patch_.content.patches.end(), end.patches.begin(),
-                                              end.patches.end());
+                content_.before = end.before;
+                content_.patches.insert(content_.patches.end(), end.patches.begin(),
+                                        end.patches.end());
                 works.write(here, end.inForce, {});
-                patch_.content.behind = end.behind + written();
+                content_.behind = end.behind + written();
             } else {
                 const bool isReset = point.inForce.settings == 0;
                 works.write(here, point.inForce, isReset ? std::string_view() : resetName());
                 const std::uint32_t place = placeBefore(trace_, point.event);
-                patch_.content.patches.push_back({{place, place}, "\n" + written()});
+                content_.patches.push_back({{place, place}, "\n" + written()});
             }
             from = to;
+        }
+    }
+
+    /// A stream whose tokens could not all be read is not written again.
+    void refuseDamaged() const {
+        for (const Patch& patch : content_.patches) {
+            const std::size_t last = patch.range.start < patch.range.end
+                                         ? bytes_.streamAt(patch.range.end - 1)
+                                         : bytes_.streamAt(patch.range.start);
+            const bool isBetween = patch.range.start == patch.range.end &&
+                                   std::ranges::binary_search(bytes_.starts(), patch.range.start);
+            for (std::size_t i = bytes_.streamAt(patch.range.start); i <= last && !isBetween; ++i) {
+                if (trace_.isDamaged(i)) {
+                    failException(Exception::unpatchable);
+                }
+            }
         }
     }
 
@@ -103,20 +119,22 @@ private:
         return sink_.take();
     }
 
-    ContentBytes bytes_;
+    const PageBase& base_;
     BaseReading& reading_;
     const ContentTrace& trace_;
     ResourceRegistry& resources_;
+    ContentBytes bytes_;
     TextSink sink_;
     Walk walk_;
-    PagePatch patch_;
+    ContentPatches content_;
+    std::int32_t resetState_ = 0;
 };
 
 } // namespace
 
 PagePatch planPatch(DocumentCache& cache, const PageBase& base, ResourceRegistry& resources) {
     BaseReading reading;
-    PagePatch patch;
+    std::optional<PagePatch> patch;
     const Exception code = guarded([&] {
         readBase(cache, base, reading);
         patch = Planner(cache, base, reading, resources).plan();
@@ -124,7 +142,7 @@ PagePatch planPatch(DocumentCache& cache, const PageBase& base, ResourceRegistry
     const Exception disposal = guarded([&] { disposeBase(reading); });
     resetException();
     raiseException(code != Exception::none ? code : disposal);
-    return patch;
+    return std::move(*patch);
 }
 
 } // namespace corvane

@@ -4,10 +4,10 @@
 
 #include "reader/page/page_base.h"
 #include "writer/page/resource_registry.h"
+#include "writer/patch/content_bytes.h"
 #include "writer/patch/patch.h"
 
 #include <cstdint>
-#include <vector>
 
 namespace corvane {
 
@@ -22,7 +22,7 @@ struct PatchCounts {
 
 struct PagePatch {
     ContentPatches content;
-    std::vector<std::uint32_t> streamStarts; ///< of the base, and of what comes behind the last
+    ContentBytes bytes; ///< of the base
     PatchCounts counts;
     std::int32_t resetState = 0; ///< number of the external graphics state to write; 0: none
 };

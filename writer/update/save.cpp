@@ -53,6 +53,26 @@ void planBase(DocumentCache& cache, UpdatePlan& plan) {
                             : PageOrigin{.digest = opened};
 }
 
+/// Whether the host can hold the page that the artwork is compared with.
+bool canPatch() {
+    const auto extension = knownExtension();
+    return extension && extension->version >= 3;
+}
+
+void planPatches(DocumentCache& cache, UpdatePlan& plan) {
+    ResourceRegistry resources;
+    resources.carryBase(cache, *plan.base);
+    PagePatch patch = planPatch(cache, *plan.base, resources);
+    std::vector<PatchedStream> streams = divideContent(patch.content, patch.bytes.starts());
+    plan.patch.emplace(std::move(patch), std::move(streams), std::move(resources));
+}
+
+/// Whether the page is as the artwork has it.
+bool isNothing(const UpdatePlan& plan) {
+    return plan.patch && plan.patch->page.content.isNothing() && plan.base->isStanding &&
+           plan.geometry.kept;
+}
+
 /// Looks at everything that can refuse the save before a byte is written.
 UpdatePlan planUpdate(DocumentCache& cache) {
     // An update rests on the sections before it. A cross-reference that only a search could make up
@@ -70,8 +90,12 @@ UpdatePlan planUpdate(DocumentCache& cache) {
     plan.page = carriedPage(cache, plan.geometry, base);
     plan.trailer = carriedTrailer(cache);
     reserveNumbers(plan.trailer);
-    plan.numbers.content = nextIdentity();
-    plan.numbers.length = nextIdentity();
+    if (plan.base && canPatch()) {
+        planPatches(cache, plan);
+    } else {
+        plan.numbers.content = nextIdentity();
+        plan.numbers.length = nextIdentity();
+    }
     return plan;
 }
 
@@ -85,17 +109,32 @@ void writeMark(DocumentCache& cache) {
 }
 
 /// Writes the update but for its end; the offset of its section.
-std::int32_t writeUpdate(DocumentCache& cache, const UpdatePlan& plan, SavedFacts& facts) {
+std::int32_t writeUpdate(DocumentCache& cache, UpdatePlan& plan, SavedFacts& facts) {
     if (rules().marksUpdates) {
         writeMark(cache);
     }
+    facts.contentLength = pageWrite(cache, plan);
+    forallXRef([&](const XRefEntry&) { ++facts.objects; });
+    return updateWrite(cache, plan.trailer);
+}
+
+SavedFacts factsOf(const DocumentCache& cache, const UpdatePlan& plan) {
+    SavedFacts facts;
     facts.page = plan.facts;
     facts.places = static_cast<std::int32_t>(
         std::ranges::count(cache.pages, facts.page.objectNumber, &PageEntry::number));
     facts.formerLength = cache.fileLength;
-    facts.contentLength = pageWrite(cache, plan);
-    forallXRef([&](const XRefEntry&) { ++facts.objects; });
-    return updateWrite(cache, plan.trailer);
+    facts.isPatched = plan.patch.has_value();
+    facts.isNothing = isNothing(plan);
+    if (plan.patch) {
+        const PatchCounts& counts = plan.patch->page.counts;
+        facts.kept = counts.kept;
+        facts.changed = counts.changed;
+        facts.added = counts.added;
+        facts.removed = counts.removed;
+        facts.moved = counts.moved;
+    }
+    return facts;
 }
 
 void tellSaved(const SavedFacts& facts) {
@@ -105,11 +144,21 @@ void tellSaved(const SavedFacts& facts) {
     }
 }
 
+/// Nothing is to be written: the file stays as it is.
+void tellNothing(DocumentCache& cache, SavedFacts facts) {
+    facts.length = cache.wholeLength;
+    facts.formerLength = cache.wholeLength;
+    tellSaved(facts);
+}
+
 } // namespace
 
 void writeCache(DocumentCache& cache) {
-    const UpdatePlan plan = planUpdate(cache);
-    SavedFacts facts;
+    UpdatePlan plan = planUpdate(cache);
+    SavedFacts facts = factsOf(cache, plan);
+    if (facts.isNothing) {
+        return tellNothing(cache, facts);
+    }
     UpdateFile file(cache);
     const Exception code = guarded([&] {
         file.begin();
@@ -126,8 +175,11 @@ void writeCache(DocumentCache& cache) {
 }
 
 void tryCache(DocumentCache& cache) {
-    const UpdatePlan plan = planUpdate(cache);
-    SavedFacts facts;
+    UpdatePlan plan = planUpdate(cache);
+    SavedFacts facts = factsOf(cache, plan);
+    if (facts.isNothing) {
+        return tellNothing(cache, facts);
+    }
     Chain output;
     output.link(setupUpdate(cache.fileLength, cache.headerOffset));
     auto& update = static_cast<UpdateFilter&>(*output.top());

@@ -9,10 +9,14 @@
 #include "writer/page/carried_entries.h"
 #include "writer/page/page_geometry.h"
 #include "writer/page/page_object.h"
+#include "writer/page/resource_registry.h"
+#include "writer/patch/page_patch.h"
+#include "writer/patch/patched_streams.h"
 
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace corvane {
 
@@ -33,6 +37,13 @@ struct CarriedTrailer {
     std::optional<std::string> identifier; ///< the first half of the file's
 };
 
+/// A page that is patched.
+struct PlannedPatch {
+    PagePatch page;
+    std::vector<PatchedStream> streams;
+    ResourceRegistry resources;
+};
+
 /// What is settled before the first byte is written.
 struct UpdatePlan {
     /// Numbers of the objects that every update has.
@@ -48,7 +59,8 @@ struct UpdatePlan {
     std::optional<std::uint64_t> artwork; ///< which opening of it that was
     CarriedPage page;
     CarriedTrailer trailer;
-    Numbers numbers;
+    Numbers numbers;                   ///< where the page is drawn anew
+    std::optional<PlannedPatch> patch; ///< otherwise
 };
 
 /// What the trailer takes over. Raises `range` where Root, or in the original profile Info, is no
@@ -62,7 +74,7 @@ void reserveNumbers(const CarriedTrailer& trailer);
 
 /// Writes the content, its length, the page and its resources to the cache's output; the length of
 /// the content.
-std::int32_t pageWrite(DocumentCache& cache, const UpdatePlan& plan);
+std::int64_t pageWrite(DocumentCache& cache, UpdatePlan& plan);
 
 /// Writes the cross-reference section and the trailer; the offset of the section.
 std::int32_t updateWrite(DocumentCache& cache, const CarriedTrailer& trailer);

@@ -1,0 +1,211 @@
+#include "writer/patch/patched_streams.h"
+
+#include "filters/deflate.h"
+#include "objects/identity.h"
+#include "output/primitives.h"
+#include "output/xref.h"
+#include "reader/syntax/syntax.h"
+#include "runtime/extension.h"
+#include "writer/patch/text_sink.h"
+
+#include <algorithm>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+class Divider {
+public:
+    Divider(const ContentPatches& content, std::span<const std::uint32_t> starts)
+        : content_(content), starts_(starts) {}
+
+    std::vector<PatchedStream> divide() {
+        addNew(content_.before);
+        const std::size_t count = starts_.size() - 1;
+        for (std::size_t i = 0; i < count; ++i) {
+            addInsertions(starts_[i]);
+            addStream(i);
+        }
+        addInsertions(starts_[count]);
+        addNew(content_.behind);
+        return std::move(streams_);
+    }
+
+private:
+    const Patch* next() const {
+        return next_ < content_.patches.size() ? &content_.patches[next_] : nullptr;
+    }
+
+    void addNew(const std::string& text) {
+        if (!text.empty()) {
+            streams_.push_back({.base = {}, .patches = {}, .text = text});
+            streams_.back().number = nextIdentity();
+        }
+    }
+
+    /// What is new at the border of two streams gets a stream of its own.
+    void addInsertions(std::uint32_t border) {
+        std::string text;
+        while (next() != nullptr && next()->range.start == border && next()->range.end == border) {
+            text += next()->text;
+            ++next_;
+        }
+        addNew(text);
+    }
+
+    void addStream(std::size_t index) {
+        PatchedStream stream{.base = index, .patches = {}, .text = {}};
+        const std::uint32_t start = starts_[index];
+        const std::uint32_t end = starts_[index + 1];
+        if (rest_.start < rest_.end && rest_.start < end) {
+            addPiece(stream, start, end, rest_, {});
+        }
+        while (next() != nullptr && next()->range.start < end) {
+            addPiece(stream, start, end, next()->range, next()->text);
+            ++next_;
+        }
+        if (!stream.patches.empty()) {
+            stream.number = nextIdentity();
+            stream.length = nextIdentity();
+        }
+        streams_.push_back(std::move(stream));
+    }
+
+    /// The part of a patch that lies in a stream; the rest is left for the next one.
+    void addPiece(PatchedStream& stream, std::uint32_t start, std::uint32_t end, ByteRange range,
+                  std::string text) {
+        const std::uint32_t last = std::min(range.end, end);
+        stream.patches.push_back({{range.start - start, last - start}, std::move(text)});
+        rest_ = {last, range.end};
+    }
+
+    const ContentPatches& content_;
+    std::span<const std::uint32_t> starts_;
+    std::size_t next_ = 0;
+    ByteRange rest_; // of a patch that goes on in the next stream
+    std::vector<PatchedStream> streams_;
+};
+
+void put(Filter& to, std::string_view text) {
+    writeFilter(to, std::as_bytes(std::span(text)));
+}
+
+/// Runs `body` with the filter that its data are written to.
+template <class Body>
+void writeData(Filter& output, bool deflates, Body&& body) {
+    Chain chain(&output);
+    if (deflates) {
+        chain.link(setupDeflate());
+    }
+    body(*chain.top());
+    chain.unlink();
+}
+
+bool isCompressed(DocumentCache& cache, const BaseStream& stream) {
+    const Object& dictionary = elementsObject(stream.stream.get())[0];
+    return typeObject(findEntry(cache, dictionary, "Filter")) != ObjectType::null;
+}
+
+bool wantsPlain() {
+    const auto extension = knownExtension();
+    return extension && extension->plainContent;
+}
+
+std::string deflated(std::string_view text) {
+    TextSink sink;
+    writeData(sink, true, [&](Filter& to) { put(to, text); });
+    return sink.take();
+}
+
+class StreamWriter {
+public:
+    StreamWriter(DocumentCache& cache, const PageBase& base, ContentBytes& bytes)
+        : cache_(cache), output_(*cache.output), base_(base), bytes_(bytes) {}
+
+    WrittenStreams write(std::span<const PatchedStream> streams) {
+        for (const PatchedStream& stream : streams) {
+            if (!stream.base) {
+                writeNew(stream);
+            } else if (!stream.patches.empty()) {
+                writePatched(stream);
+            } else {
+                const BaseStream& same = base_.streams[*stream.base];
+                written_.parts.push_back({same.number, same.generation, {}});
+            }
+        }
+        return std::move(written_);
+    }
+
+private:
+    void begin(std::int32_t number) {
+        written_.parts.push_back({number, 0, markFilter(output_)});
+        touchXRef(output_, number, 0);
+        objectOutput(output_, number, 0);
+        stringOutput(output_, "<<\r/Length ");
+    }
+
+    void beginData(bool deflates) {
+        stringOutput(output_, deflates ? "/Filter /FlateDecode\r>>\rstream\r" : ">>\rstream\r");
+    }
+
+    void writeNew(const PatchedStream& stream) {
+        const std::string compressed = wantsPlain() ? std::string() : deflated(stream.text);
+        const bool deflates = !wantsPlain() && compressed.size() < stream.text.size();
+        const std::string& data = deflates ? compressed : stream.text;
+        begin(stream.number);
+        integerOutput(output_, static_cast<std::int32_t>(data.size()));
+        beginData(deflates);
+        put(output_, data);
+        // The line end before "endstream" does not count.
+        stringOutput(output_, "\rendstream\rendobj\r");
+        written_.bytes += static_cast<std::int64_t>(data.size());
+    }
+
+    void writePatched(const PatchedStream& stream) {
+        const bool deflates = !wantsPlain() && isCompressed(cache_, base_.streams[*stream.base]);
+        begin(stream.number);
+        referenceOutput(output_, stream.length, 0);
+        beginData(deflates);
+        const std::int32_t start = markFilter(output_);
+        writeData(output_, deflates, [&](Filter& to) {
+            const std::string_view old = bytes_.stream(*stream.base);
+            std::size_t from = 0;
+            for (const Patch& patch : stream.patches) {
+                put(to, old.substr(from, patch.range.start - from));
+                put(to, patch.text);
+                from = patch.range.end;
+            }
+            put(to, old.substr(from));
+        });
+        const std::int32_t length = markFilter(output_) - start;
+        stringOutput(output_, "\rendstream\rendobj\r");
+        touchXRef(output_, stream.length, 0);
+        objectOutput(output_, stream.length, 0);
+        integerOutput(output_, length);
+        stringOutput(output_, "\rendobj\r");
+        written_.bytes += length;
+    }
+
+    DocumentCache& cache_;
+    Filter& output_;
+    const PageBase& base_;
+    ContentBytes& bytes_;
+    WrittenStreams written_;
+};
+
+} // namespace
+
+std::vector<PatchedStream> divideContent(const ContentPatches& content,
+                                         std::span<const std::uint32_t> starts) {
+    return Divider(content, starts).divide();
+}
+
+WrittenStreams writeStreams(DocumentCache& cache, const PageBase& base, ContentBytes& bytes,
+                            std::span<const PatchedStream> streams) {
+    return StreamWriter(cache, base, bytes).write(streams);
+}
+
+} // namespace corvane

@@ -1,0 +1,41 @@
+// The content streams of a patched page: those of the base as they are, those with a patch written
+// again, and new ones.
+#pragma once
+
+#include "reader/page/page_base.h"
+#include "writer/page/page_object.h"
+#include "writer/patch/page_patch.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace corvane {
+
+/// One stream of the new content.
+struct PatchedStream {
+    std::optional<std::size_t> base; ///< which stream of the base it is, or was
+    std::vector<Patch> patches;      ///< to that one, in its own bytes; none: it stays as it is
+    std::string text;                ///< of a new one
+    std::int32_t number = 0;         ///< of the object, where it is written
+    std::int32_t length = 0;         ///< of the object that holds its length
+};
+
+/// Divides the patches among the streams and numbers those that are written.
+std::vector<PatchedStream> divideContent(const ContentPatches& content,
+                                         std::span<const std::uint32_t> starts);
+
+/// What was written, for the page object and for the person.
+struct WrittenStreams {
+    std::vector<ContentPart> parts;
+    std::int64_t bytes = 0; ///< as they stand in the file
+};
+
+/// Writes the streams to the cache's output. What was compressed is compressed again, and so is new
+/// content where that is shorter, unless the host wants it plain.
+WrittenStreams writeStreams(DocumentCache& cache, const PageBase& base, ContentBytes& bytes,
+                            std::span<const PatchedStream> streams);
+
+} // namespace corvane
