@@ -73,6 +73,11 @@ inline constexpr std::int64_t digestBytes = 256 << 20;
 /// are links to what is large.
 inline constexpr std::int32_t keptEntryBytes = 16 << 20;
 
+/// A page whose content is one stream of at most so many bytes in the file keeps one stream when
+/// something is added: to write it again costs no more than a few objects, and many tools look at
+/// the first stream only. Longer ones are referred to, and what is new stands beside them.
+inline constexpr std::int64_t joinedStreamBytes = 64 << 10;
+
 /// Ends of updates looked at in what may be one that was cut short; such a tail has none, but for
 /// what a content stream or a string may say.
 inline constexpr std::int32_t updateEnds = 1000;

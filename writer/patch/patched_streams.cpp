@@ -4,7 +4,9 @@
 #include "objects/identity.h"
 #include "output/primitives.h"
 #include "output/xref.h"
+#include "reader/syntax/stream_chain.h"
 #include "reader/syntax/syntax.h"
+#include "runtime/budget.h"
 #include "runtime/extension.h"
 #include "writer/patch/text_sink.h"
 
@@ -21,6 +23,22 @@ class Divider {
 public:
     Divider(const ContentPatches& content, std::span<const std::uint32_t> starts)
         : content_(content), starts_(starts) {}
+
+    /// All in the one stream that there is.
+    std::vector<PatchedStream> join() {
+        PatchedStream stream{.base = 0, .patches = {}, .text = {}};
+        if (!content_.before.empty()) {
+            stream.patches.push_back({{0, 0}, content_.before});
+        }
+        stream.patches.insert(stream.patches.end(), content_.patches.begin(),
+                              content_.patches.end());
+        if (!content_.behind.empty()) {
+            stream.patches.push_back({{starts_[1], starts_[1]}, "\n" + content_.behind});
+        }
+        number(stream);
+        streams_.push_back(std::move(stream));
+        return std::move(streams_);
+    }
 
     std::vector<PatchedStream> divide() {
         addNew(content_.before);
@@ -67,11 +85,15 @@ private:
             addPiece(stream, start, end, next()->range, next()->text);
             ++next_;
         }
+        number(stream);
+        streams_.push_back(std::move(stream));
+    }
+
+    static void number(PatchedStream& stream) {
         if (!stream.patches.empty()) {
             stream.number = nextIdentity();
             stream.length = nextIdentity();
         }
-        streams_.push_back(std::move(stream));
     }
 
     /// The part of a patch that lies in a stream; the rest is left for the next one.
@@ -198,9 +220,11 @@ private:
 
 } // namespace
 
-std::vector<PatchedStream> divideContent(const ContentPatches& content,
+std::vector<PatchedStream> divideContent(const ContentPatches& content, const PageBase& base,
                                          std::span<const std::uint32_t> starts) {
-    return Divider(content, starts).divide();
+    const bool isOne = base.streams.size() == 1 &&
+                       streamLength(base.streams.front().stream.get()) <= budget::joinedStreamBytes;
+    return isOne ? Divider(content, starts).join() : Divider(content, starts).divide();
 }
 
 WrittenStreams writeStreams(DocumentCache& cache, const PageBase& base, ContentBytes& bytes,

@@ -23,8 +23,9 @@ struct PatchedStream {
     std::int32_t length = 0;         ///< of the object that holds its length
 };
 
-/// Divides the patches among the streams and numbers those that are written.
-std::vector<PatchedStream> divideContent(const ContentPatches& content,
+/// Divides the patches among the streams and numbers those that are written. What stands between
+/// two streams becomes a stream of its own; but a page of one short stream keeps one.
+std::vector<PatchedStream> divideContent(const ContentPatches& content, const PageBase& base,
                                          std::span<const std::uint32_t> starts);
 
 /// What was written, for the page object and for the person.

@@ -63,7 +63,7 @@ void planPatches(DocumentCache& cache, UpdatePlan& plan) {
     ResourceRegistry resources;
     resources.carryBase(cache, *plan.base);
     PagePatch patch = planPatch(cache, *plan.base, resources);
-    std::vector<PatchedStream> streams = divideContent(patch.content, patch.bytes.starts());
+    std::vector<PatchedStream> streams = divideContent(patch.content, *plan.base, patch.bytes.starts());
     plan.patch.emplace(std::move(patch), std::move(streams), std::move(resources));
 }
 
