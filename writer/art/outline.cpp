@@ -1,6 +1,7 @@
 #include "writer/art/outline.h"
 
 #include "reader/content/art.h"
+#include "runtime/exception.h"
 #include "writer/art/art_stack.h"
 
 namespace corvane {
