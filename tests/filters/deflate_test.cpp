@@ -13,7 +13,7 @@ class DeflateTest : public ZoneTest {};
 
 TEST_F(DeflateTest, InflatesToWhatWasWritten) {
     for (const std::string& plain : {std::string(), std::string("x"), std::string(3, '\0'),
-                                     std::string(1'000'000, 'x'), someBytes(300'001)}) {
+                                     std::string(200'000, 'x'), someBytes(100'001)}) {
         const std::string whole = encoded(setupDeflate, plain, plain.size());
         expectDecodes(setupInflate, whole, plain);
         for (const std::size_t chunk : {1U, 4099U, 16384U}) {

@@ -43,6 +43,8 @@ TEST_F(ResourceRegistryTest, NamesAreFreeInTheirCategory) {
     EXPECT_EQ(registry.add(graphicsState, 20, 1), "GS6") << "another one";
     EXPECT_EQ(registry.add(font, 20, 0), "F2") << "the same object as something else";
     registry.add(object, "X2", 30, 0);
+    registry.add(object, "X2", 33, 0);
+    registry.add(graphicsState, "GS3", 33, 0);
     EXPECT_EQ(registry.add(object, 30, 0), "X2");
     EXPECT_EQ(registry.add(object, 31, 0), "X1");
     EXPECT_EQ(registry.add(object, 32, 0), "X3");
@@ -88,8 +90,10 @@ TEST_F(ResourceRegistryTest, ThePagesOwnAreCarried) {
         SCOPED_TRACE(row.name);
         ResourceRegistry registry = carried(row.page, row.root);
         EXPECT_EQ(written(registry), row.untouched);
+        EXPECT_FALSE(registry.hasAdded());
         registry.add(graphicsState, 20, 0);
         EXPECT_EQ(written(registry), row.added);
+        EXPECT_TRUE(registry.hasAdded());
     }
 }
 
