@@ -140,6 +140,9 @@ void ContentTrace::apply(const Interpreter& interpreter, TraceEvent& event) {
         break;
     }
     if (setsState(event.role)) {
+        event.namesPattern =
+            (event.role == OperatorRole::fillColour || event.role == OperatorRole::strokeColour) &&
+            countStack() > 0 && typeObject(indexStack(0)) == ObjectType::literal;
         const auto link = static_cast<TraceIndex>(setters_.size());
         setters_.push({behind_.setter, next(), behind_.matrix});
         behind_.setter = link;

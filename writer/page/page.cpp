@@ -48,6 +48,9 @@ void writeResetState(Filter& output, std::int32_t number) {
 
 std::int64_t writePatched(DocumentCache& cache, const UpdatePlan& plan, PlannedPatch& patch) {
     const WrittenStreams written = writeStreams(cache, *plan.base, patch.page.bytes, patch.streams);
+    for (const MovedPattern& pattern : patch.page.patterns) {
+        writePattern(cache, pattern);
+    }
     if (patch.page.resetState != 0) {
         writeResetState(*cache.output, patch.page.resetState);
     }

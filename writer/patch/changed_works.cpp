@@ -1,5 +1,6 @@
 #include "writer/patch/changed_works.h"
 
+#include "reader/content/losses.h"
 #include "runtime/callbacks.h"
 #include "runtime/fixed.h"
 #include "writer/art/color_works.h"
@@ -7,6 +8,7 @@
 #include "writer/art/path_works.h"
 #include "writer/art/segment_works.h"
 #include "writer/art/style_works.h"
+#include "writer/patch/movement.h"
 
 #include <algorithm>
 #include <array>
@@ -113,8 +115,20 @@ PathStyle paintedStyle(const TraceEvent& event, const PathStyle& was, PathStyle 
 
 } // namespace
 
-void changedWorks(Walk& walk, ContentBytes& bytes, const ContentTrace& trace,
-                  const PathSource& source, Art art, const ArtDifference& difference) {
+RealMatrix movementOfPaint(const PatchTools& tools, const PathSource& source, Art art,
+                           const ArtDifference& difference) {
+    const TraceEvent& event = tools.trace.events()[source.event];
+    const bool liesOnPage =
+        event.hidesFill || event.hidesStroke || (event.behind.settings & softMaskSetting) != 0;
+    return liesOnPage && difference.shape ? movementOf(source.art, art).value_or(RealMatrix())
+                                          : RealMatrix();
+}
+
+void changedWorks(PatchTools& tools, const PathSource& source, Art art,
+                  const ArtDifference& difference) {
+    Walk& walk = tools.walk;
+    ContentBytes& bytes = tools.bytes;
+    const ContentTrace& trace = tools.trace;
     const TraceEvent& event = trace.events()[source.event];
     const RealMatrix& ctm = trace.matrix(event.behind.matrix);
     const ChargedList<Subpath> subpaths = subpathsWithin(art);
@@ -155,19 +169,19 @@ void changedWorks(Walk& walk, ContentBytes& bytes, const ContentTrace& trace,
     }
 }
 
-void unchangedWorks(Walk& walk, ContentBytes& bytes, const ContentTrace& trace, TraceIndex event) {
-    rangesWorks(walk, bytes, constructionBytes(trace, event, false));
-    wordWorks(walk, bytes, trace.events()[event]);
+void unchangedWorks(PatchTools& tools, TraceIndex event) {
+    rangesWorks(tools.walk, tools.bytes, constructionBytes(tools.trace, event, false));
+    wordWorks(tools.walk, tools.bytes, tools.trace.events()[event]);
 }
 
-void clipOnlyWorks(Walk& walk, ContentBytes& bytes, const ContentTrace& trace, TraceIndex event,
-                   Art changed) {
+void clipOnlyWorks(PatchTools& tools, TraceIndex event, Art changed) {
+    Walk& walk = tools.walk;
     if (changed == Art::null) {
-        rangesWorks(walk, bytes, constructionBytes(trace, event, true));
+        rangesWorks(walk, tools.bytes, constructionBytes(tools.trace, event, true));
         walk.text.add("n\n");
         return;
     }
-    walk.space = userSpace(trace.matrix(trace.events()[event].behind.matrix));
+    walk.space = userSpace(tools.trace.matrix(tools.trace.events()[event].behind.matrix));
     const ChargedList<Subpath> subpaths = subpathsWithin(changed);
     if (!segmentWorks(walk, subpaths.items())) {
         walk.text.add("0 0 0 0 re\n");

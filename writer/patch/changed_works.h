@@ -4,7 +4,7 @@
 #include "reader/content/content_trace.h"
 #include "writer/art/walk.h"
 #include "writer/patch/comparison.h"
-#include "writer/patch/content_bytes.h"
+#include "writer/patch/patch_tools.h"
 
 namespace corvane {
 
@@ -14,16 +14,21 @@ struct PathSource {
     Art art = Art::null; ///< what its bytes make
 };
 
+/// By how much what the path is painted with moves on the artboard, if it lies on the page: as the
+/// path did, where it moved as a whole.
+RealMatrix movementOfPaint(const PatchTools& tools, const PathSource& source, Art art,
+                           const ArtDifference& difference);
+
 /// Writes what the state of the page has otherwise, the path, and the operator that paints it:
-/// where a part did not change, the page's own bytes. The CTM must have an inverse.
-void changedWorks(Walk& walk, ContentBytes& bytes, const ContentTrace& trace,
-                  const PathSource& source, Art art, const ArtDifference& difference);
+/// where a part did not change, the page's own bytes. The state and the CTM are those of the path;
+/// the CTM must have an inverse.
+void changedWorks(PatchTools& tools, const PathSource& source, Art art,
+                  const ArtDifference& difference);
 
 /// Writes the page's own bytes of a path: without what makes it a clip.
-void unchangedWorks(Walk& walk, ContentBytes& bytes, const ContentTrace& trace, TraceIndex event);
+void unchangedWorks(PatchTools& tools, TraceIndex event);
 
 /// Writes a path of the page that only clips: as it was, or in the form of that art.
-void clipOnlyWorks(Walk& walk, ContentBytes& bytes, const ContentTrace& trace, TraceIndex event,
-                   Art changed);
+void clipOnlyWorks(PatchTools& tools, TraceIndex event, Art changed);
 
 } // namespace corvane

@@ -1,26 +1,13 @@
 #include "writer/patch/inserted_works.h"
 
-#include "reader/content/losses.h"
 #include "runtime/fixed.h"
 #include "writer/art/path_works.h"
 #include "writer/art/style_works.h"
 #include "writer/patch/insertion_points.h"
 
 #include <algorithm>
-#include <set>
 
 namespace corvane {
-
-namespace {
-
-/// Whether a later operator leaves nothing of what a former one set.
-bool replaces(OperatorRole later, OperatorRole former) {
-    return later == former ||
-           (later == OperatorRole::fillSpace && former == OperatorRole::fillColour) ||
-           (later == OperatorRole::strokeSpace && former == OperatorRole::strokeColour);
-}
-
-} // namespace
 
 std::vector<bool> groupsApart(const EditedArtwork& artwork, const PaintOrder& order) {
     std::vector<bool> apart(artwork.groups.size(), true);
@@ -119,16 +106,16 @@ void InsertedWorks::writeSourced(const MatchedObject& object, Art art, TraceInde
         }
     }
     for (auto mark = layers.rbegin(); mark != layers.rend(); ++mark) {
-        walk_.text.add(bytesOf(trace_.mark(*mark).event));
+        walk_.text.add(tools_.state.bytesOf(trace_.mark(*mark).event));
     }
     enterWorks(walk_);
-    const RealMatrix& ctm = trace_.matrix(own.matrix);
-    gather(own.setter, ctm);
+    const PathSource source{event, artOf(base_, object.source)};
     if (!object.difference.any()) {
-        unchangedWorks(walk_, bytes_, trace_, event);
-    } else if (inverse(ctm)) {
-        changedWorks(walk_, bytes_, trace_, {event, artOf(base_, object.source)}, art,
-                     object.difference);
+        tools_.state.write(own, {}, {});
+        unchangedWorks(tools_, event);
+    } else if (inverse(trace_.matrix(own.matrix))) {
+        tools_.state.write(own, {}, movementOfPaint(tools_, source, art, object.difference));
+        changedWorks(tools_, source, art, object.difference);
     } else {
         artWorks(walk_, art);
     }
@@ -136,52 +123,6 @@ void InsertedWorks::writeSourced(const MatchedObject& object, Art art, TraceInde
     for (std::size_t i = 0; i < layers.size(); ++i) {
         walk_.text.add("EMC\n");
     }
-}
-
-std::string InsertedWorks::bytesOf(TraceIndex event) {
-    std::string text;
-    bytes_.append(text, {trace_.events()[event].start, trace_.events()[event].end});
-    text += '\n';
-    return text;
-}
-
-/// Sets the CTM and all that these operators had set.
-void InsertedWorks::gather(TraceIndex setter, const RealMatrix& ctm) {
-    std::vector<SetterLink> needed; // the latest first
-    std::vector<OperatorRole> seen;
-    std::set<std::string, std::less<>> states;
-    for (; setter != 0; setter = trace_.setter(setter).former) {
-        const SetterLink& link = trace_.setter(setter);
-        const OperatorRole role = trace_.events()[link.event].role;
-        if (role == OperatorRole::external) {
-            if (states.insert(bytesOf(link.event)).second) {
-                needed.push_back(link);
-            }
-            continue;
-        }
-        if (std::ranges::none_of(seen, [&](OperatorRole later) { return replaces(later, role); })) {
-            needed.push_back(link);
-            seen.push_back(role);
-        }
-    }
-    RealMatrix inForce; // what leads to the artboard
-    const auto enterSpace = [&](const RealMatrix& space) {
-        const std::optional<RealMatrix> back = inverse(inForce);
-        if (space != inForce && back) {
-            walk_.text.addMatrix(withoutSignedZeros(multiply(space, *back)));
-            walk_.text.add("cm\n");
-            inForce = space;
-        }
-    };
-    for (auto link = needed.rbegin(); link != needed.rend(); ++link) {
-        // A soft mask lies where it was set.
-        if ((trace_.events()[link->event].behind.settings & softMaskSetting) != 0 &&
-            inverse(trace_.matrix(link->matrix))) {
-            enterSpace(trace_.matrix(link->matrix));
-        }
-        walk_.text.add(bytesOf(link->event));
-    }
-    enterSpace(ctm);
 }
 
 } // namespace corvane

@@ -4,7 +4,6 @@
 #include "writer/patch/changed_works.h"
 #include "writer/patch/matching.h"
 #include "writer/patch/paint_order.h"
-#include "writer/patch/text_sink.h"
 
 #include <cstdint>
 #include <span>
@@ -20,10 +19,9 @@ std::vector<bool> groupsApart(const EditedArtwork& artwork, const PaintOrder& or
 
 class InsertedWorks {
 public:
-    InsertedWorks(Walk& walk, ContentBytes& bytes, const BaseReading& base,
-                  const EditedArtwork& artwork, const Matching& matching,
-                  const std::vector<bool>& apart)
-        : walk_(walk), bytes_(bytes), base_(base), trace_(base.trace), artwork_(artwork),
+    InsertedWorks(PatchTools& tools, const BaseReading& base, const EditedArtwork& artwork,
+                  const Matching& matching, const std::vector<bool>& apart)
+        : tools_(tools), walk_(tools.walk), base_(base), trace_(base.trace), artwork_(artwork),
           matching_(matching), apart_(apart) {}
 
     /// Writes objects of one place, between q and Q. `reset` names the external graphics state by
@@ -36,11 +34,9 @@ private:
     void closeGroups(std::size_t left);
     void writeObject(const Insertion& insertion);
     void writeSourced(const MatchedObject& object, Art art, TraceIndex marks);
-    void gather(TraceIndex setter, const RealMatrix& ctm);
-    std::string bytesOf(TraceIndex event);
 
+    PatchTools& tools_;
     Walk& walk_;
-    ContentBytes& bytes_;
     const BaseReading& base_;
     const ContentTrace& trace_;
     const EditedArtwork& artwork_;

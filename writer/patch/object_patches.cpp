@@ -65,11 +65,18 @@ void ObjectPatches::removeClipWords(TraceIndex path) {
 
 void ObjectPatches::drawChanged(PaintedIndex source) {
     const EditedIndex owner = matching_.owners[source];
-    noneStyleWorks(walk_);
-    enterWorks(walk_);
-    changedWorks(walk_, bytes_, trace_, {trace_.painted()[source], artOf(base_, source)},
-                 artwork_.objects[owner].art, matching_.objects[owner].difference);
-    leaveWorks(walk_);
+    const Art art = artwork_.objects[owner].art;
+    const ArtDifference& difference = matching_.objects[owner].difference;
+    const PathSource path{trace_.painted()[source], artOf(base_, source)};
+    noneStyleWorks(tools_.walk);
+    enterWorks(tools_.walk);
+    const RealMatrix movement = movementOfPaint(tools_, path, art, difference);
+    if (movement != RealMatrix()) {
+        const Surroundings& own = trace_.events()[path.event].behind;
+        tools_.state.write(own, trace_.matrix(own.matrix), movement);
+    }
+    changedWorks(tools_, path, art, difference);
+    leaveWorks(tools_.walk);
 }
 
 void ObjectPatches::patchPath(TraceIndex path, PaintedIndex source, Paint paint, Clip clip) {
@@ -94,16 +101,14 @@ void ObjectPatches::patchPath(TraceIndex path, PaintedIndex source, Paint paint,
     if (paint == Paint::changed) {
         drawChanged(source);
     } else if (paint == Paint::kept) {
-        unchangedWorks(walk_, bytes_, trace_, path);
+        unchangedWorks(tools_, path);
     }
     if (clip == Clip::kept) {
-        clipOnlyWorks(walk_, bytes_, trace_, path, Art::null);
+        clipOnlyWorks(tools_, path, Art::null);
     } else if (clip == Clip::changed) {
-        clipOnlyWorks(walk_, bytes_, trace_, path,
-                      artwork_.groups[clips_.changedBy[linkOf(path)]].clip);
+        clipOnlyWorks(tools_, path, artwork_.groups[clips_.changedBy[linkOf(path)]].clip);
     }
-    walk_.text.flush();
-    patches_->push_back({{event.start, event.end}, "\n" + sink_.take()});
+    patches_->push_back({{event.start, event.end}, "\n" + tools_.taken()});
 }
 
 } // namespace corvane

@@ -5,7 +5,6 @@
 #include "writer/patch/clip_matching.h"
 #include "writer/patch/paint_order.h"
 #include "writer/patch/patch.h"
-#include "writer/patch/text_sink.h"
 
 #include <vector>
 
@@ -13,11 +12,10 @@ namespace corvane {
 
 class ObjectPatches {
 public:
-    ObjectPatches(Walk& walk, TextSink& sink, ContentBytes& bytes, const BaseReading& base,
-                  const EditedArtwork& artwork, const Matching& matching, const ClipMatching& clips,
-                  const PaintOrder& order)
-        : walk_(walk), sink_(sink), bytes_(bytes), base_(base), trace_(base.trace),
-          artwork_(artwork), matching_(matching), clips_(clips), order_(order) {}
+    ObjectPatches(PatchTools& tools, const BaseReading& base, const EditedArtwork& artwork,
+                  const Matching& matching, const ClipMatching& clips, const PaintOrder& order)
+        : tools_(tools), base_(base), trace_(base.trace), artwork_(artwork), matching_(matching),
+          clips_(clips), order_(order) {}
 
     void addTo(std::vector<Patch>& patches);
 
@@ -33,9 +31,7 @@ private:
     void drawChanged(PaintedIndex source);
     TraceIndex linkOf(TraceIndex path) const;
 
-    Walk& walk_;
-    TextSink& sink_;
-    ContentBytes& bytes_;
+    PatchTools& tools_;
     const BaseReading& base_;
     const ContentTrace& trace_;
     const EditedArtwork& artwork_;

@@ -39,7 +39,7 @@ public:
     Planner(DocumentCache& cache, const PageBase& base, BaseReading& reading,
             ResourceRegistry& resources)
         : base_(base), reading_(reading), trace_(reading.trace), resources_(resources),
-          bytes_(cache, base.streams, trace_.streamStarts()), walk_(sink_) {}
+          tools_(cache, base, trace_, resources) {}
 
     PagePatch plan() {
         const EditedArtwork artwork = listArtwork();
@@ -50,14 +50,15 @@ public:
         if (artwork.layers > 1) {
             raiseWarning(Warning::layerNotKept);
         }
-        ObjectPatches objects(walk_, sink_, bytes_, reading_, artwork, matching, clips, order);
+        ObjectPatches objects(tools_, reading_, artwork, matching, clips, order);
         objects.addTo(content_.patches);
         insert(artwork, matching, order);
         std::ranges::stable_sort(content_.patches, {}, [](const Patch& patch) {
             return std::pair(patch.range.start, patch.range.end);
         });
         refuseDamaged();
-        return {std::move(content_), std::move(bytes_), countsOf(matching, order), resetState_};
+        return {std::move(content_), std::move(tools_.bytes), tools_.patterns.take(),
+                countsOf(matching, order), resetState_};
     }
 
 private:
@@ -71,7 +72,7 @@ private:
 
     void insert(const EditedArtwork& artwork, const Matching& matching, const PaintOrder& order) {
         const std::vector<bool> apart = groupsApart(artwork, order);
-        InsertedWorks works(walk_, bytes_, reading_, artwork, matching, apart);
+        InsertedWorks works(tools_, reading_, artwork, matching, apart);
         const std::span<const Insertion> all = order.insertions;
         for (std::size_t from = 0; from < all.size();) {
             const InsertionPoint& point = all[from].point;
@@ -87,12 +88,12 @@ private:
                 content_.patches.insert(content_.patches.end(), end.patches.begin(),
                                         end.patches.end());
                 works.write(here, end.inForce, {});
-                content_.behind = end.behind + written();
+                content_.behind = end.behind + tools_.taken();
             } else {
                 const bool isReset = point.inForce.settings == 0;
                 works.write(here, point.inForce, isReset ? std::string_view() : resetName());
                 const std::uint32_t place = placeBefore(trace_, point.event);
-                content_.patches.push_back({{place, place}, "\n" + written()});
+                content_.patches.push_back({{place, place}, "\n" + tools_.taken()});
             }
             from = to;
         }
@@ -102,11 +103,13 @@ private:
     void refuseDamaged() const {
         for (const Patch& patch : content_.patches) {
             const std::size_t last = patch.range.start < patch.range.end
-                                         ? bytes_.streamAt(patch.range.end - 1)
-                                         : bytes_.streamAt(patch.range.start);
-            const bool isBetween = patch.range.start == patch.range.end &&
-                                   std::ranges::binary_search(bytes_.starts(), patch.range.start);
-            for (std::size_t i = bytes_.streamAt(patch.range.start); i <= last && !isBetween; ++i) {
+                                         ? tools_.bytes.streamAt(patch.range.end - 1)
+                                         : tools_.bytes.streamAt(patch.range.start);
+            const bool isBetween =
+                patch.range.start == patch.range.end &&
+                std::ranges::binary_search(tools_.bytes.starts(), patch.range.start);
+            for (std::size_t i = tools_.bytes.streamAt(patch.range.start); i <= last && !isBetween;
+                 ++i) {
                 if (trace_.isDamaged(i)) {
                     failException(Exception::unpatchable);
                 }
@@ -114,18 +117,11 @@ private:
         }
     }
 
-    std::string written() {
-        walk_.text.flush();
-        return sink_.take();
-    }
-
     const PageBase& base_;
     BaseReading& reading_;
     const ContentTrace& trace_;
     ResourceRegistry& resources_;
-    ContentBytes bytes_;
-    TextSink sink_;
-    Walk walk_;
+    PatchTools tools_;
     ContentPatches content_;
     std::int32_t resetState_ = 0;
 };

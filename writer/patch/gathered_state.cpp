@@ -1,0 +1,88 @@
+#include "writer/patch/gathered_state.h"
+
+#include "reader/content/losses.h"
+
+#include <algorithm>
+#include <set>
+
+namespace corvane {
+
+namespace {
+
+/// Whether a later operator leaves nothing of what a former one set.
+bool replaces(OperatorRole later, OperatorRole former) {
+    return later == former ||
+           (later == OperatorRole::fillSpace && former == OperatorRole::fillColour) ||
+           (later == OperatorRole::strokeSpace && former == OperatorRole::strokeColour);
+}
+
+} // namespace
+
+std::string GatheredState::bytesOf(TraceIndex event) {
+    std::string text;
+    bytes_.append(text, {trace_.events()[event].start, trace_.events()[event].end});
+    text += '\n';
+    return text;
+}
+
+/// Of the operators up to this one, those of which something is left; the latest first.
+std::vector<SetterLink> GatheredState::neededFor(TraceIndex setter) {
+    std::vector<SetterLink> needed;
+    std::vector<OperatorRole> seen;
+    std::set<std::string, std::less<>> states;
+    for (; setter != 0; setter = trace_.setter(setter).former) {
+        const SetterLink& link = trace_.setter(setter);
+        const OperatorRole role = trace_.events()[link.event].role;
+        if (role == OperatorRole::external) {
+            if (states.insert(bytesOf(link.event)).second) {
+                needed.push_back(link);
+            }
+        } else if (std::ranges::none_of(
+                       seen, [&](OperatorRole later) { return replaces(later, role); })) {
+            needed.push_back(link);
+            seen.push_back(role);
+        }
+    }
+    return needed;
+}
+
+void GatheredState::enterSpace(const RealMatrix& space) {
+    const std::optional<RealMatrix> back = inverse(inForce_);
+    if (space != inForce_ && back) {
+        walk_.text.addMatrix(withoutSignedZeros(multiply(space, *back)));
+        walk_.text.add("cm\n");
+        inForce_ = space;
+    }
+}
+
+void GatheredState::set(const SetterLink& link, const RealMatrix& movement) {
+    const TraceEvent& event = trace_.events()[link.event];
+    const RealMatrix space = multiply(trace_.matrix(link.matrix), movement);
+    // A soft mask lies where it was set.
+    if ((event.behind.settings & softMaskSetting) != 0 && inverse(space)) {
+        enterSpace(space);
+    }
+    const std::string bytes = bytesOf(link.event);
+    const std::size_t slash = bytes.rfind('/');
+    if (!event.namesPattern || movement == RealMatrix() || slash == std::string::npos) {
+        walk_.text.add(bytes);
+        return;
+    }
+    const std::string_view name = std::string_view(bytes).substr(slash + 1);
+    const std::size_t end = name.find_first_of(" \t\r\n\f");
+    walk_.text.add(std::string_view(bytes).substr(0, slash + 1));
+    walk_.text.add(patterns_.add(name.substr(0, end), movement));
+    walk_.text.add(end == std::string_view::npos ? "\n" : name.substr(end));
+}
+
+void GatheredState::write(const Surroundings& own, const RealMatrix& ctm,
+                          const RealMatrix& movement) {
+    inForce_ = ctm;
+    const std::vector<SetterLink> needed = neededFor(own.setter);
+    for (auto link = needed.rbegin(); link != needed.rend(); ++link) {
+        set(*link, movement);
+    }
+    enterSpace(trace_.matrix(own.matrix));
+}
+
+} // namespace corvane

@@ -1,0 +1,39 @@
+// The graphics state that an object of the page had, set again by the operators that had set it.
+#pragma once
+
+#include "host/matrix.h"
+#include "reader/content/content_trace.h"
+#include "writer/art/walk.h"
+#include "writer/patch/content_bytes.h"
+#include "writer/patch/moved_patterns.h"
+
+#include <string>
+
+namespace corvane {
+
+class GatheredState {
+public:
+    GatheredState(Walk& walk, ContentBytes& bytes, const ContentTrace& trace,
+                  MovedPatterns& patterns)
+        : walk_(walk), bytes_(bytes), trace_(trace), patterns_(patterns) {}
+
+    /// Sets the state that `own` says, and its CTM. `ctm` is in force so far. What lies on the page
+    /// and not in user space, soft masks and patterns, moves by `movement` on the artboard.
+    void write(const Surroundings& own, const RealMatrix& ctm, const RealMatrix& movement);
+
+    /// The bytes of an operator, and a line end.
+    std::string bytesOf(TraceIndex event);
+
+private:
+    std::vector<SetterLink> neededFor(TraceIndex setter);
+    void enterSpace(const RealMatrix& space);
+    void set(const SetterLink& link, const RealMatrix& movement);
+
+    Walk& walk_;
+    ContentBytes& bytes_;
+    const ContentTrace& trace_;
+    MovedPatterns& patterns_;
+    RealMatrix inForce_;
+};
+
+} // namespace corvane

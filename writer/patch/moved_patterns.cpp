@@ -1,0 +1,118 @@
+#include "writer/patch/moved_patterns.h"
+
+#include "objects/identity.h"
+#include "output/primitives.h"
+#include "output/xref.h"
+#include "reader/syntax/raw_entries.h"
+#include "reader/syntax/stream_chain.h"
+#include "reader/syntax/syntax.h"
+#include "runtime/exception.h"
+
+#include <array>
+#include <charconv>
+#include <span>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+/// A name with its #xx decoded.
+std::string decodedName(std::string_view name) {
+    std::string decoded;
+    for (std::size_t i = 0; i < name.size(); ++i) {
+        unsigned value = 0;
+        const std::string_view digits = name.substr(i + 1, 2);
+        const bool isEscape =
+            name[i] == '#' && digits.size() == 2 &&
+            std::from_chars(digits.data(), digits.data() + 2, value, 16).ptr == digits.data() + 2;
+        decoded += isEscape ? static_cast<char>(value) : name[i];
+        i += isEscape ? 2 : 0;
+    }
+    return decoded;
+}
+
+/// PDF Reference, 4.6: the identity where the pattern does not say one.
+RealMatrix matrixOf(DocumentCache& cache, const Object& pattern) {
+    const ObjectOwner array = lookupObject(cache, pattern, "Matrix");
+    if (typeObject(array.get()) != ObjectType::array || sizeObject(array.get()) != 6) {
+        return {};
+    }
+    std::array<double, 6> values{};
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        values[i] = realNumber(resolveObject(cache, elementsObject(array.get())[i]).get());
+    }
+    const auto [a, b, c, d, tx, ty] = values;
+    return {a, b, c, d, tx, ty};
+}
+
+} // namespace
+
+std::string_view MovedPatterns::add(std::string_view name, const RealMatrix& movement) {
+    const std::string decoded = decodedName(name);
+    const auto [first, last] = known_.equal_range(decoded);
+    for (auto known = first; known != last; ++known) {
+        if (known->second.movement == movement) {
+            return resources_.add(ResourceCategory::pattern, known->second.number, 0);
+        }
+    }
+    const std::int32_t number = copy(decoded, movement);
+    known_.emplace(decoded, Known{movement, number});
+    return resources_.add(ResourceCategory::pattern, number, 0);
+}
+
+std::int32_t MovedPatterns::copy(const std::string& name, const RealMatrix& movement) {
+    const ObjectOwner patterns = lookupObject(cache_, base_.resources.get(), "Pattern");
+    if (typeObject(patterns.get()) != ObjectType::dictionary) {
+        failException(Exception::unpatchable);
+    }
+    const Object named = findEntry(cache_, patterns.get(), name);
+    const RealMatrix& toArtboard = base_.matrix.exact;
+    const auto toPage = inverse(toArtboard);
+    if (typeObject(named) != ObjectType::reference || !toPage) {
+        failException(Exception::unpatchable);
+    }
+    std::int32_t number = 0;
+    std::int32_t generation = 0;
+    referenceObject(named, number, generation);
+    ObjectOwner pattern = resolveObject(cache_, named);
+    MovedPattern copied{.number = nextIdentity(), .entries = {}, .matrix = {}, .stream = {}};
+    for (RawEntry& entry : rawEntries(cache_, number, generation)) {
+        if (entry.key != "Matrix" && entry.key != "Length") {
+            copied.entries.add(std::move(entry));
+        }
+    }
+    const RealMatrix onPage = multiply(multiply(toArtboard, movement), *toPage);
+    copied.matrix = multiply(matrixOf(cache_, pattern.get()), onPage);
+    if (typeObject(pattern.get()) == ObjectType::stream) {
+        copied.stream = std::move(pattern);
+    }
+    copies_.push_back(std::move(copied));
+    return copies_.back().number;
+}
+
+void writePattern(DocumentCache& cache, const MovedPattern& pattern) {
+    Filter& output = *cache.output;
+    touchXRef(output, pattern.number, 0);
+    objectOutput(output, pattern.number, 0);
+    stringOutput(output, "<<\r");
+    pattern.entries.write(cache);
+    stringOutput(output, "/Matrix [ ");
+    matrixOutput(output, withoutSignedZeros(pattern.matrix));
+    stringOutput(output, "]\r");
+    if (typeObject(pattern.stream.get()) != ObjectType::stream) {
+        stringOutput(output, ">>\rendobj\r");
+        return;
+    }
+    stringOutput(output, "/Length ");
+    integerOutput(output, static_cast<std::int32_t>(streamLength(pattern.stream.get())));
+    stringOutput(output, ">>\rstream\r");
+    const Chain data = rawStream(cache, pattern.stream.get());
+    std::array<std::byte, 1 << 14> block;
+    while (const std::size_t count = readFilter(*data.top(), block)) {
+        writeFilter(output, std::span(block).first(count));
+    }
+    stringOutput(output, "\rendstream\rendobj\r");
+}
+
+} // namespace corvane

@@ -1,0 +1,54 @@
+// Copies of patterns for objects that were moved: a pattern lies on the page, not on the object.
+#pragma once
+
+#include "host/matrix.h"
+#include "reader/page/page_base.h"
+#include "writer/page/carried_entries.h"
+#include "writer/page/resource_registry.h"
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvane {
+
+/// A copy that is to be written.
+struct MovedPattern {
+    std::int32_t number = 0;
+    CarriedEntries entries; ///< all but its matrix, and the length of its data
+    RealMatrix matrix;
+    ObjectOwner stream; ///< of a tiling pattern, whose data are copied; otherwise empty
+};
+
+class MovedPatterns {
+public:
+    MovedPatterns(DocumentCache& cache, const PageBase& base, ResourceRegistry& resources)
+        : cache_(cache), base_(base), resources_(resources) {}
+
+    /// The name of a copy of that pattern, moved so on the artboard. The name is as the content
+    /// writes it. A pattern that is no indirect object raises `unpatchable`.
+    std::string_view add(std::string_view name, const RealMatrix& movement);
+
+    std::vector<MovedPattern> take() { return std::move(copies_); }
+
+private:
+    struct Known {
+        RealMatrix movement;
+        std::int32_t number = 0;
+    };
+
+    std::int32_t copy(const std::string& name, const RealMatrix& movement);
+
+    DocumentCache& cache_;
+    const PageBase& base_;
+    ResourceRegistry& resources_;
+    std::multimap<std::string, Known, std::less<>> known_;
+    std::vector<MovedPattern> copies_;
+};
+
+/// Writes a copy to the cache's output.
+void writePattern(DocumentCache& cache, const MovedPattern& pattern);
+
+} // namespace corvane

@@ -1,0 +1,103 @@
+#include "writer/patch/movement.h"
+
+#include "runtime/callbacks.h"
+#include "runtime/charged_list.h"
+#include "runtime/fixed.h"
+#include "writer/art/outline.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <span>
+
+namespace corvane {
+
+namespace {
+
+/// Points of the artboard that moved may miss the place where a matrix leads by so much.
+constexpr double room = 1.0 / 64;
+
+ChargedList<RealPoint> pointsOf(Art art) {
+    ChargedList<RealPoint> points;
+    const ChargedList<Subpath> subpaths = subpathsWithin(art);
+    std::array<Segment, 128> block;
+    for (const Subpath& subpath : subpaths.items()) {
+        for (std::int32_t at = 0; at < subpath.count;) {
+            const auto count =
+                std::min(subpath.count - at, static_cast<std::int32_t>(block.size()));
+            callHost(slot::getPathSegments, subpath.art, at, count, block.data());
+            for (const Segment& segment : std::span(block).first(static_cast<std::size_t>(count))) {
+                for (const Point& point : {segment.anchor, segment.in, segment.out}) {
+                    points.push({realFromFixed(point.x), realFromFixed(point.y)});
+                }
+            }
+            at += count;
+        }
+    }
+    return points;
+}
+
+RealPoint difference(const RealPoint& a, const RealPoint& b) {
+    return {a.x - b.x, a.y - b.y};
+}
+
+double area(const RealPoint& a, const RealPoint& b) {
+    return a.x * b.y - a.y * b.x;
+}
+
+double length(const RealPoint& a) {
+    return std::hypot(a.x, a.y);
+}
+
+/// The matrix under which the origin and the two vectors become those of `to`.
+std::optional<RealMatrix> matrixBetween(const std::array<RealPoint, 3>& from,
+                                        const std::array<RealPoint, 3>& to) {
+    const RealMatrix ofFrom{from[1].x, from[1].y, from[2].x, from[2].y, from[0].x, from[0].y};
+    const RealMatrix ofTo{to[1].x, to[1].y, to[2].x, to[2].y, to[0].x, to[0].y};
+    const std::optional<RealMatrix> back = inverse(ofFrom);
+    return back ? std::optional(multiply(*back, ofTo)) : std::nullopt;
+}
+
+bool leadsTo(const RealMatrix& matrix, std::span<const RealPoint> from,
+             std::span<const RealPoint> to) {
+    return std::ranges::equal(from, to, [&](const RealPoint& a, const RealPoint& b) {
+        return length(difference(transform(matrix, a), b)) <= room;
+    });
+}
+
+} // namespace
+
+std::optional<RealMatrix> movementOf(Art was, Art is) {
+    const ChargedList<RealPoint> from = pointsOf(was);
+    const ChargedList<RealPoint> to = pointsOf(is);
+    if (from.empty() || from.size() != to.size()) {
+        return std::nullopt;
+    }
+    const RealPoint step = difference(to[0], from[0]);
+    const RealMatrix moved{.tx = step.x, .ty = step.y};
+    if (leadsTo(moved, from.items(), to.items())) {
+        return moved;
+    }
+    // The point farthest from the first, and the one farthest from the line through both.
+    std::size_t far = 0;
+    std::size_t wide = 0;
+    const auto vector = [&](const ChargedList<RealPoint>& points, std::size_t i) {
+        return difference(points[i], points[0]);
+    };
+    for (std::size_t i = 0; i < from.size(); ++i) {
+        far = length(vector(from, i)) > length(vector(from, far)) ? i : far;
+    }
+    const auto widthOf = [&](std::size_t i) {
+        return std::abs(area(vector(from, far), vector(from, i)));
+    };
+    for (std::size_t i = 0; i < from.size(); ++i) {
+        wide = widthOf(i) > widthOf(wide) ? i : wide;
+    }
+    const auto frame = [&](const ChargedList<RealPoint>& points) {
+        return std::array{points[0], vector(points, far), vector(points, wide)};
+    };
+    const std::optional<RealMatrix> matrix = matrixBetween(frame(from), frame(to));
+    return matrix && leadsTo(*matrix, from.items(), to.items()) ? matrix : std::nullopt;
+}
+
+} // namespace corvane
