@@ -60,9 +60,9 @@ PageCorner cornerOf(const Document& document) {
 /// Writes one tree of art after the other.
 class SvgWriter {
 public:
-    SvgWriter(TextOutput& out, PaintServers& servers, Numbers& numbers)
+    SvgWriter(TextOutput& out, PaintServers& servers, Numbers& numbers, SourceBase base)
         : document_(servers.document()), out_(out), servers_(servers), numbers_(numbers),
-          corner_(cornerOf(document_)) {}
+          base_(base), corner_(cornerOf(document_)) {}
 
     void writeLayers() {
         for (Layer layer = document_.lastLayer(); layer != Layer::null && !out_.failed();
@@ -97,6 +97,7 @@ private:
     TextOutput& out_;
     PaintServers& servers_;
     Numbers& numbers_;
+    SourceBase base_;
     PageCorner corner_;
     std::vector<GroupSurvey> survey_;
     std::size_t group_ = 0; ///< of `survey_`: the next one met
@@ -230,7 +231,7 @@ void SvgWriter::leaveGroup() {
 void SvgWriter::writeServers(const PathStyle& style, int depth) {
     for (const PaintSource source : servers_.claim(style)) {
         if (document_.paintKind(source) == ColourKind::pattern) {
-            SvgWriter(out_, servers_, numbers_).writePattern(source, depth);
+            SvgWriter(out_, servers_, numbers_, base_).writePattern(source, depth);
         } else {
             servers_.writeGradient(out_, source, depth);
         }
@@ -384,7 +385,7 @@ void SvgWriter::writeId(std::string_view kind, std::uint32_t number) {
 void SvgWriter::writeSource(std::string_view name, Art art) {
     // Without bytes it is an ordinal that an id told.
     if (const std::optional<ArtSource> source = document_.source(art); source && source->end != 0) {
-        writeArtSource(out_, name, *source);
+        writeArtSource(out_, name, *source, base_);
     }
 }
 
@@ -395,7 +396,7 @@ std::error_code writeSvg(const Document& document, const Provenance& provenance,
     writeRootStart(out, document.page(), provenance);
     PaintServers servers(document, cornerOf(document));
     Numbers numbers;
-    SvgWriter(out, servers, numbers).writeLayers();
+    SvgWriter(out, servers, numbers, sourceBase(provenance)).writeLayers();
     out.text("\n</svg>\n");
     return out.flush();
 }

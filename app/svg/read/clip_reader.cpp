@@ -198,7 +198,8 @@ Art ClipReader::clip(Art group, pugi::xml_node clip, const RealMatrix& toArt,
     if (context_.ours && all.size() == 1) {
         const Part& part = all.front();
         style = clippingStyle(part.style, part.attributes, part.matrix, context_);
-        if (const auto source = parseArtSource(part.attributes[Attribute::dataSource])) {
+        if (const auto source =
+                parseArtSource(part.attributes[Attribute::dataSource], context_.sourceBase)) {
             document.setSource(shape, *source);
         }
     }

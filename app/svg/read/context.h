@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/artwork/document.h"
+#include "app/svg/art_source.h"
 #include "app/svg/read/budget.h"
 #include "app/svg/read/file_index.h"
 #include "app/svg/read/style/inherited_style.h"
@@ -28,6 +29,7 @@ struct ReadingContext {
     const ReadingBudget& budget;
     const std::function<void()>& pause;         ///< as `readSvg` got it
     bool ours = false;                          ///< the file says that this program wrote it
+    SourceBase sourceBase = {};                 ///< of the page that the file came from
     std::int64_t expanded = 0;                  ///< elements read for a `use` or a pattern
     std::vector<pugi::xml_node> activePatterns; ///< whose tiles are being read
     InheritedStyles inherited;

@@ -79,13 +79,14 @@ SvgReading readSvg(std::string text, Document& document, const ReadingBudget& bu
     StyleSheet sheet(budget, tally);
     countExternalEntities(xml, tally);
     SvgReading reading;
-    ReadingContext context{document, index, sheet, tally, budget, pause, false, 0, {}, {}, {}};
+    ReadingContext context{document, index, sheet, tally, budget, pause, false, {}, 0, {}, {}, {}};
     TreeReader tree(context);
     try {
         index.build(sheet);
         const RootReading found = readRoot(Attributes(root), document.page());
         reading.provenance = found.provenance;
         reading.ours = context.ours = found.ours;
+        context.sourceBase = sourceBase(found.provenance);
         tree.read(root, found.matrix, found.viewport);
     } catch (const SvgError& error) {
         failAt(lines.lineOf(tree.current().offset_debug()), error.what());

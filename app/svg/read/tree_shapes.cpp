@@ -40,13 +40,13 @@ Note TreeReader::readWithin(pugi::xml_node shape) {
 
 /// What a file of ours says of where art came from; in other files it means nothing.
 std::optional<ArtSource> TreeReader::sourceFrom(Attribute name) const {
-    return context_.ours ? parseArtSource(attributes_[name]) : std::nullopt;
+    return context_.ours ? parseArtSource(attributes_[name], context_.sourceBase) : std::nullopt;
 }
 
 /// Editors may drop `data-` attributes and keep ids.
 std::optional<ArtSource> TreeReader::sourceOfShape() const {
     const std::optional<ArtSource> source = sourceFrom(Attribute::dataSource);
-    const bool hasId = context_.ours && !inTile_;
+    const bool hasId = context_.ours && !inTile_ && !attributes_.has(Attribute::dataSource);
     return source || !hasId ? source : sourceOfId(attributes_[Attribute::id]);
 }
 

@@ -208,6 +208,14 @@ TEST(RoundTrip, SourcesOfArtOfEveryKind) {
     EXPECT_EQ(sourceFrom(ourSvg(path(" 1  9223372036854775807 2147483647 "))),
               (ArtSource{1, INT64_MAX, INT32_MAX}));
     EXPECT_EQ(sourceFrom(foreignSvg(path("1 2 3"))), std::nullopt);
+    const auto sourceOn = [&](const std::string& digest, const std::string& source) {
+        std::string svg = ourSvg(path(source));
+        svg.insert(svg.find("data-producer"), "data-digest='" + digest + "' data-page='1' ");
+        return sourceFrom(svg);
+    };
+    EXPECT_EQ(sourceOn("0123456789abcdef", "1 2 3 cdef"), (ArtSource{1, 2, 3}));
+    EXPECT_EQ(sourceOn("0123456789abcdef", "1 2 3 cdee"), std::nullopt) << "of another page";
+    EXPECT_EQ(sourceOn("0123456789abcdef", "1 2 3"), std::nullopt);
     for (const char* const wrong :
          {"", "1 2", "1 2 3 4", "1 2 x", "-1 2 3", "1 2 -3", "+1 2 3", "2 1 3", "1,2,3", "1 2 3.0",
           "0x1 2 3", "1 9223372036854775808 3", "1 2 2147483648"}) {
