@@ -30,7 +30,6 @@ public:
 
     Document& document() { return document_; }
     /// Of the page that was drawn last; 0: none was.
-    std::uint64_t identity() const { return identity_; }
     /// The file as it is now.
     static std::string fileBytes();
 

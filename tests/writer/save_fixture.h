@@ -81,6 +81,21 @@ protected:
         return update.substr(at, update.find("endobj", at) - at);
     }
 
+    /// The frontmost path, or null.
+    Art firstPath() {
+        Art art = firstArt();
+        while (art != Art::null && document_->kind(art) == ArtKind::group) {
+            art = document_->firstChild(art);
+        }
+        return art;
+    }
+    /// Changes the artwork: the line of that path is wider.
+    void edit() {
+        PathStyle style = document_->style(firstPath());
+        style.lineWidth += fixedOne;
+        document_->setStyle(firstPath(), style);
+    }
+
     Art firstArt() { return document_->firstChild(document_->layerArt(document_->firstLayer())); }
 
     std::int32_t page_ = 1;

@@ -78,9 +78,9 @@ TEST_F(SaveTest, ExtendedUpdate) {
     plain.pop_back();
     const std::string junk = "From: somebody\n";
     const std::string file = junk + plain;
-    const std::uint64_t artwork = 0xA1;
+    // A host that cannot hold the page a second time: it is drawn anew, over its base.
+    extension_.version = 2;
     extension_.artworkDigest = &identity_;
-    extension_.artworkName = &artwork;
     const std::string update = saved(file);
     const std::string content = contentIn(update);
     EXPECT_THAT(content, ::testing::StartsWith("0 1 -1 0 100.5 0 cm\n"));
@@ -100,7 +100,7 @@ TEST_F(SaveTest, ExtendedUpdate) {
                    "/LastModified (D:20261121090000Z)\n/PieceInfo <<\n/Corvane << "
                    "/LastModified (D:20261121090000Z) /Private <<\n/Origin <" +
                    origin +
-                   ">\n/Version 2 \n/Artwork <00000000000000A1>\n/Page #pagehere# /Content [ "
+                   ">\n/Version 2 \n/Page #pagehere# /Content [ "
                    "#contents# ]\n"
                    "/Base <<\n/Contents 4 0 R\n/MediaBox [ -5 0 100.5 200 ]\n"
                    "/CropBox [ -5 0 100.5 200 ]\n/Digest <" +
@@ -123,7 +123,7 @@ TEST_F(SaveTest, ExtendedUpdate) {
     EXPECT_THAT(later, HasSubstr("(D:20000229000000Z)"));
     EXPECT_THAT(later, Not(HasSubstr(identifier)));
     extension_.artworkDigest = nullptr;
-    extension_.artworkName = nullptr;
+    extension_.version = HostExtension::currentVersion;
 }
 
 TEST_F(SaveTest, Trailers) {
