@@ -163,6 +163,8 @@ struct HostExtension {
     bool plainContent = false;
     /// Told before a save is refused because much is missing (`artworkMissing`).
     void (*missing)(void* context, const MissingArt&) = nullptr;
+    /// Told for each layer whose objects are saved and which is no layer any more, with its title.
+    void (*layerNotKept)(void* context, std::string_view title) = nullptr;
 };
 
 /// Registers (null: removes) the record of the host of this process; not an owner.

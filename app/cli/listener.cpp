@@ -90,6 +90,10 @@ HostExtension Listener::makeExtension() {
         Listener& to = listener(context);
         to.remember([&] { to.report_.layersLeftOut.emplace_back(title); });
     };
+    extension.layerNotKept = [](void* context, std::string_view title) {
+        Listener& to = listener(context);
+        to.remember([&] { to.report_.layersNotKept.emplace_back(title); });
+    };
     extension.plainContent = arguments_.plain;
     extension.missing = [](void* context, const MissingArt& missing) {
         Listener& to = listener(context);

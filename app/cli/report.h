@@ -35,6 +35,7 @@ struct Report {
     std::map<std::string, std::int32_t> ignored; ///< kinds of SVG that artwork cannot hold
     std::optional<SavedFacts> saved;
     std::vector<std::string> layersLeftOut; ///< titles
+    std::vector<std::string> layersNotKept; ///< titles; their objects are kept
     std::vector<MissingArt> missing;        ///< what a save would delete, so that it was refused
     std::vector<Update> updates; ///< `log`: all of them; `revert`: the one that was taken off
     std::vector<Fault> warnings;

@@ -95,6 +95,14 @@ void addMissing(JsonWriter& json, const Report& report) {
     json.closeArray();
 }
 
+void addTitles(JsonWriter& json, std::string_view name, const std::vector<std::string>& titles) {
+    json.name(name).openArray();
+    for (const std::string& title : titles) {
+        json.text(title);
+    }
+    json.closeArray();
+}
+
 void addSaved(JsonWriter& json, const Arguments& arguments, const Report& report) {
     addPath(json, "artwork", arguments.artwork);
     addOutput(json, report);
@@ -115,11 +123,9 @@ void addSaved(JsonWriter& json, const Arguments& arguments, const Report& report
     for (const auto& [kind, count] : report.ignored) {
         json.name(kind).integer(count);
     }
-    json.closeObject().name("layersLeftOut").openArray();
-    for (const std::string& title : report.layersLeftOut) {
-        json.text(title);
-    }
-    json.closeArray();
+    json.closeObject();
+    addTitles(json, "layersLeftOut", report.layersLeftOut);
+    addTitles(json, "layersNotKept", report.layersNotKept);
     addMissing(json, report);
 }
 

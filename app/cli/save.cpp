@@ -83,16 +83,16 @@ void saveAt(const SavePlace& place, Document& document, const Arguments& argumen
 }
 
 /// The plug-in has one warning for all layers; their titles are told apart from it.
-void nameLayers(Report& report) {
+void nameLayers(Report& report, std::int32_t code, const std::vector<std::string>& layers) {
     constexpr std::size_t most = 8;
     std::string titles;
-    for (std::size_t i = 0; i < std::min(report.layersLeftOut.size(), most); ++i) {
-        titles += (i == 0 ? "" : ", ") + ("\"" + report.layersLeftOut[i] + "\"");
+    for (std::size_t i = 0; i < std::min(layers.size(), most); ++i) {
+        titles += (i == 0 ? "" : ", ") + ("\"" + layers[i] + "\"");
     }
-    if (report.layersLeftOut.size() > most) {
+    if (layers.size() > most) {
         titles += ", ...";
     }
-    const auto warning = std::ranges::find(report.warnings, code::layersLeftOut, &Fault::code);
+    const auto warning = std::ranges::find(report.warnings, code, &Fault::code);
     if (warning != report.warnings.end() && !titles.empty()) {
         warning->sentence += " (" + titles + ")";
     }
@@ -156,7 +156,8 @@ void runSave(Arguments& arguments, Report& report) {
     if (keeps && !report.saved->isPatched && !report.saved->isNothing) {
         warnOfOmitted(report); // the page is another one by now, and was drawn anew by force
     }
-    nameLayers(report);
+    nameLayers(report, code::layersLeftOut, report.layersLeftOut);
+    nameLayers(report, code::layersNotKept, report.layersNotKept);
     weighPlaces(report);
     announceSaved(place, arguments, *report.saved);
 }

@@ -4,6 +4,7 @@
 #include "runtime/callbacks.h"
 #include "writer/art/art_stack.h"
 #include "writer/art/layers.h"
+#include "writer/art/style_works.h"
 
 namespace corvane {
 
@@ -30,7 +31,9 @@ public:
                 group_ = artwork_.groups[group_].outer;
             }
         }
-        artwork_.layers += artwork_.objects.size() > before ? 1 : 0;
+        if (artwork_.objects.size() > before) {
+            artwork_.layers.push_back(commentText(info.title));
+        }
     }
 
 private:

@@ -5,6 +5,8 @@
 #include "runtime/charged_list.h"
 
 #include <cstdint>
+#include <string>
+#include <vector>
 
 namespace corvane {
 
@@ -27,7 +29,7 @@ struct EditedObject {
 struct EditedArtwork {
     ChargedList<EditedGroup> groups;
     ChargedList<EditedObject> objects;
-    std::int32_t layers = 0; ///< that are drawn and hold an object
+    std::vector<std::string> layers; ///< titles of those that are drawn and hold an object
 };
 
 /// Asks the host for all that is drawn; layers that are left out are warned of. Art of a kind that

@@ -2,6 +2,7 @@
 
 #include "objects/identity.h"
 #include "runtime/exception.h"
+#include "runtime/extension.h"
 #include "runtime/warning.h"
 #include "writer/art/style_works.h"
 #include "writer/patch/base_reading.h"
@@ -34,6 +35,17 @@ PatchCounts countsOf(const Matching& matching, const PaintOrder& order) {
     return counts;
 }
 
+/// A page has one layer so far, the one in the back.
+void tellLayers(std::span<const std::string> layers) {
+    const auto extension = knownExtension();
+    for (std::size_t i = 1; i < layers.size(); ++i) {
+        raiseWarning(Warning::layerNotKept);
+        if (extension && extension->layerNotKept != nullptr) {
+            extension->layerNotKept(extension->context, layers[i]);
+        }
+    }
+}
+
 class Planner {
 public:
     Planner(DocumentCache& cache, const PageBase& base, BaseReading& reading,
@@ -47,9 +59,7 @@ public:
         refuseMissing(reading_, matching);
         const ClipMatching clips = matchClips(reading_, artwork, matching);
         const PaintOrder order = orderObjects(reading_, artwork, matching, clips);
-        if (artwork.layers > 1) {
-            raiseWarning(Warning::layerNotKept);
-        }
+        tellLayers(artwork.layers);
         ObjectPatches objects(tools_, reading_, artwork, matching, clips, order);
         objects.addTo(content_.patches);
         insert(artwork, matching, order);
