@@ -8,6 +8,7 @@
 #include "writer/patch/moved_patterns.h"
 
 #include <string>
+#include <vector>
 
 namespace corvane {
 
@@ -17,6 +18,10 @@ public:
                   MovedPatterns& patterns)
         : walk_(walk), bytes_(bytes), trace_(trace), patterns_(patterns) {}
 
+    /// Sets what `own` has as a page begins, where another value may be in force: where an operator
+    /// up to `setter` set it, or new art was drawn before.
+    void writeInitial(const Surroundings& own, TraceIndex setter, bool isBehindNew);
+
     /// Sets the state that `own` says, and its CTM. `ctm` is in force so far. What lies on the page
     /// and not in user space, soft masks and patterns, moves by `movement` on the artboard.
     void write(const Surroundings& own, const RealMatrix& ctm, const RealMatrix& movement);
@@ -25,6 +30,7 @@ public:
     std::string bytesOf(TraceIndex event);
 
 private:
+    std::vector<OperatorRole> rolesUpTo(TraceIndex setter) const;
     std::vector<SetterLink> neededFor(TraceIndex setter);
     void enterSpace(const RealMatrix& space);
     void set(const SetterLink& link, const RealMatrix& movement);

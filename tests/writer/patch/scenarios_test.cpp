@@ -195,6 +195,19 @@ const Scenario scenarios[] = {
      [](Artist& a) { a.raise(a.copy(a.at(0)), a.at(1)); },
      "3 0 1 0 0",
      {}},
+    {"copies in front of what is new",
+     "0 0 9 9 re B 2 2 2 2 re f",
+     [](Artist& a) {
+         const Art twin = a.copy(a.at(0));
+         const Art made = a.add(1, 1, 5, 5, a.at(0));
+         a.style(made, [](PathStyle& s) {
+             s.strokePaint = 1;
+             s.lineWidth *= 3;
+         });
+         a.raise(twin, made);
+     },
+     "2 0 2 0 0",
+     {}},
     {"state that came before",
      "1 0 0 rg 5 w [3 2] 1 d 20 20 9 9 re B 0 g 1 w [] 0 d 0 0 9 9 re B",
      [](Artist& a) { a.lower(a.at(1), a.at(0)); },
