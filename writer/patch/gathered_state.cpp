@@ -127,14 +127,24 @@ void GatheredState::writeInitial(const Surroundings& own, TraceIndex setter, boo
     }
 }
 
-void GatheredState::write(const Surroundings& own, const RealMatrix& ctm,
-                          const RealMatrix& movement) {
-    inForce_ = ctm;
-    const std::vector<SetterLink> needed = neededFor(own.setter);
+void GatheredState::setAll(TraceIndex setter, const RealMatrix& movement) {
+    const std::vector<SetterLink> needed = neededFor(setter);
     for (auto link = needed.rbegin(); link != needed.rend(); ++link) {
         set(*link, movement);
     }
+}
+
+void GatheredState::write(const Surroundings& own, const RealMatrix& ctm,
+                          const RealMatrix& movement) {
+    inForce_ = ctm;
+    setAll(own.setter, movement);
     enterSpace(trace_.matrix(own.matrix));
+}
+
+void GatheredState::writeOnArtboard(const Surroundings& own) {
+    inForce_ = {};
+    setAll(own.setter, {});
+    enterSpace({});
 }
 
 } // namespace corvane

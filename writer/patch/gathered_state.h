@@ -26,12 +26,16 @@ public:
     /// and not in user space, soft masks and patterns, moves by `movement` on the artboard.
     void write(const Surroundings& own, const RealMatrix& ctm, const RealMatrix& movement);
 
+    /// The same in the space of the artboard, for a CTM in which nothing can be drawn.
+    void writeOnArtboard(const Surroundings& own);
+
     /// The bytes of an operator, and a line end.
     std::string bytesOf(TraceIndex event);
 
 private:
     std::vector<OperatorRole> rolesUpTo(TraceIndex setter) const;
     std::vector<SetterLink> neededFor(TraceIndex setter);
+    void setAll(TraceIndex setter, const RealMatrix& movement);
     void enterSpace(const RealMatrix& space);
     void set(const SetterLink& link, const RealMatrix& movement);
 

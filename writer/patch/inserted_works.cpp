@@ -122,6 +122,7 @@ void InsertedWorks::writeSourced(const MatchedObject& object, Art art, TraceInde
         tools_.state.write(own, {}, movementOfPaint(tools_, source, art, object.difference));
         changedWorks(tools_, source, art, object.difference);
     } else {
+        tools_.state.writeOnArtboard(own);
         artWorks(walk_, art);
     }
     leaveWorks(walk_);
