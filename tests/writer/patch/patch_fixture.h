@@ -227,7 +227,8 @@ protected:
 
     static constexpr std::string_view resources =
         "/Resources << /Font << /F 20 0 R >> /XObject << /X 21 0 R >> /Properties << /L 22 0 R >> "
-        "/ExtGState << /Half << /ca .5 /CA .5 >> /Full << /ca 1 /CA 1 >> >> "
+        "/ExtGState << /Half << /ca .5 /CA .5 >> /Full << /ca 1 /CA 1 >> /Wide << /LW 7 /D [[5 3] "
+        "1] >> >> "
         "/Pattern << /P 23 0 R >> >>";
     static PdfBuilder withResources(PdfBuilder file) {
         file.object(20, "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>")
