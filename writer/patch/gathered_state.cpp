@@ -3,7 +3,10 @@
 #include "reader/content/losses.h"
 
 #include <algorithm>
+#include <array>
 #include <set>
+#include <span>
+#include <string_view>
 
 namespace corvane {
 
@@ -14,6 +17,28 @@ bool replaces(OperatorRole later, OperatorRole former) {
     return later == former ||
            (later == OperatorRole::fillSpace && former == OperatorRole::fillColour) ||
            (later == OperatorRole::strokeSpace && former == OperatorRole::strokeColour);
+}
+
+/// A part of the state, and the operator by which it is as a page begins.
+struct InitialPart {
+    OperatorRole role;
+    std::string_view word;
+    bool isExternal; ///< `gs` may set it, too
+};
+constexpr std::array initialParts = {
+    InitialPart{OperatorRole::fillSpace, "0 g\n", false},
+    InitialPart{OperatorRole::strokeSpace, "0 G\n", false},
+    InitialPart{OperatorRole::lineWidth, "1 w\n", true},
+    InitialPart{OperatorRole::cap, "0 J\n", true},
+    InitialPart{OperatorRole::join, "0 j\n", true},
+    InitialPart{OperatorRole::miterLimit, "10 M\n", true},
+    InitialPart{OperatorRole::dash, "[ ] 0 d\n", true},
+    InitialPart{OperatorRole::flatness, "0 i\n", false},
+    InitialPart{OperatorRole::intent, "/RelativeColorimetric ri\n", false},
+};
+
+bool holdsRole(std::span<const OperatorRole> roles, OperatorRole role) {
+    return std::ranges::find(roles, role) != roles.end();
 }
 
 } // namespace
@@ -75,14 +100,51 @@ void GatheredState::set(const SetterLink& link, const RealMatrix& movement) {
     walk_.text.add(end == std::string_view::npos ? "\n" : name.substr(end));
 }
 
-void GatheredState::write(const Surroundings& own, const RealMatrix& ctm,
-                          const RealMatrix& movement) {
-    inForce_ = ctm;
-    const std::vector<SetterLink> needed = neededFor(own.setter);
+std::vector<OperatorRole> GatheredState::rolesUpTo(TraceIndex setter) const {
+    std::vector<OperatorRole> roles;
+    for (; setter != 0; setter = trace_.setter(setter).former) {
+        const OperatorRole role = trace_.events()[trace_.setter(setter).event].role;
+        if (!holdsRole(roles, role)) {
+            roles.push_back(role);
+        }
+    }
+    return roles;
+}
+
+void GatheredState::writeInitial(const Surroundings& own, TraceIndex setter, bool isBehindNew) {
+    if (setter == 0 && !isBehindNew) {
+        return;
+    }
+    const std::vector<OperatorRole> set = rolesUpTo(setter);
+    const std::vector<OperatorRole> ofOwn = rolesUpTo(own.setter);
+    const bool isExternal = holdsRole(set, OperatorRole::external);
+    for (const InitialPart& part : initialParts) {
+        const bool isSet =
+            isBehindNew || holdsRole(set, part.role) || (part.isExternal && isExternal);
+        if (isSet && !holdsRole(ofOwn, part.role)) {
+            walk_.text.add(part.word);
+        }
+    }
+}
+
+void GatheredState::setAll(TraceIndex setter, const RealMatrix& movement) {
+    const std::vector<SetterLink> needed = neededFor(setter);
     for (auto link = needed.rbegin(); link != needed.rend(); ++link) {
         set(*link, movement);
     }
+}
+
+void GatheredState::write(const Surroundings& own, const RealMatrix& ctm,
+                          const RealMatrix& movement) {
+    inForce_ = ctm;
+    setAll(own.setter, movement);
     enterSpace(trace_.matrix(own.matrix));
+}
+
+void GatheredState::writeOnArtboard(const Surroundings& own) {
+    inForce_ = {};
+    setAll(own.setter, {});
+    enterSpace({});
 }
 
 } // namespace corvane

@@ -8,6 +8,7 @@
 #include "writer/patch/moved_patterns.h"
 
 #include <string>
+#include <vector>
 
 namespace corvane {
 
@@ -17,15 +18,24 @@ public:
                   MovedPatterns& patterns)
         : walk_(walk), bytes_(bytes), trace_(trace), patterns_(patterns) {}
 
+    /// Sets what `own` has as a page begins, where another value may be in force: where an operator
+    /// up to `setter` set it, or new art was drawn before.
+    void writeInitial(const Surroundings& own, TraceIndex setter, bool isBehindNew);
+
     /// Sets the state that `own` says, and its CTM. `ctm` is in force so far. What lies on the page
     /// and not in user space, soft masks and patterns, moves by `movement` on the artboard.
     void write(const Surroundings& own, const RealMatrix& ctm, const RealMatrix& movement);
+
+    /// The same in the space of the artboard, for a CTM in which nothing can be drawn.
+    void writeOnArtboard(const Surroundings& own);
 
     /// The bytes of an operator, and a line end.
     std::string bytesOf(TraceIndex event);
 
 private:
+    std::vector<OperatorRole> rolesUpTo(TraceIndex setter) const;
     std::vector<SetterLink> neededFor(TraceIndex setter);
+    void setAll(TraceIndex setter, const RealMatrix& movement);
     void enterSpace(const RealMatrix& space);
     void set(const SetterLink& link, const RealMatrix& movement);
 

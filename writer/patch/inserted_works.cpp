@@ -26,6 +26,8 @@ std::vector<bool> groupsApart(const EditedArtwork& artwork, const PaintOrder& or
 
 void InsertedWorks::write(std::span<const Insertion> insertions, const Surroundings& inForce,
                           std::string_view reset) {
+    setter_ = inForce.setter;
+    isBehindNew_ = false;
     noneStyleWorks(walk_);
     enterWorks(walk_);
     const RealMatrix back =
@@ -88,6 +90,7 @@ void InsertedWorks::writeObject(const Insertion& insertion) {
     const Art art = artwork_.objects[insertion.object].art;
     if (object.source == noSource) {
         artWorks(walk_, art);
+        isBehindNew_ = true;
     } else {
         writeSourced(object, art, insertion.point.inForce.mark);
     }
@@ -109,6 +112,8 @@ void InsertedWorks::writeSourced(const MatchedObject& object, Art art, TraceInde
         walk_.text.add(tools_.state.bytesOf(trace_.mark(*mark).event));
     }
     enterWorks(walk_);
+    noneStyleWorks(walk_); // what follows goes past the shadow
+    tools_.state.writeInitial(own, setter_, isBehindNew_);
     const PathSource source{event, artOf(base_, object.source)};
     if (!object.difference.any()) {
         tools_.state.write(own, {}, {});
@@ -117,6 +122,7 @@ void InsertedWorks::writeSourced(const MatchedObject& object, Art art, TraceInde
         tools_.state.write(own, {}, movementOfPaint(tools_, source, art, object.difference));
         changedWorks(tools_, source, art, object.difference);
     } else {
+        tools_.state.writeOnArtboard(own);
         artWorks(walk_, art);
     }
     leaveWorks(walk_);

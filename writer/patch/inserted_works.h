@@ -42,6 +42,8 @@ private:
     const EditedArtwork& artwork_;
     const Matching& matching_;
     const std::vector<bool>& apart_;
+    TraceIndex setter_ = 0;         // the latest before the place
+    bool isBehindNew_ = false;      // new art was drawn at the place
     std::vector<EditedIndex> open_; // groups, from the outermost
 };
 

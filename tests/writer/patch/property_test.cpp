@@ -1,0 +1,100 @@
+// Random pages and random edits: the page as saved is the artwork, and all else is where it was.
+#include "tests/support/drawing.h"
+#include "tests/writer/patch/content_state.h"
+#include "tests/writer/patch/random_page.h"
+
+#include <gmock/gmock.h>
+#include <optional>
+
+namespace corvane {
+namespace {
+
+class PatchPropertyTest : public PatchTest {
+protected:
+    /// Opens and edits the page of a seed.
+    void edit(std::uint32_t seed, bool hasOpaque) {
+        Chance chance(seed);
+        RandomPage page(chance, hasOpaque);
+        const std::vector<std::string> streams = page.streams();
+        opaque_ = page.opaque;
+        openStreams(streams);
+        before_.emplace(newContent());
+        story_ = "seed " + std::to_string(seed) + "\n" + newContent();
+        for (std::size_t edits = 1 + chance.below(5); edits > 0; --edits) {
+            story_ += editOnce(*document_, chance) + "\n";
+        }
+    }
+
+    /// Of each object from the back: what was in force where the page painted it.
+    std::vector<std::string> settingsWanted() {
+        std::vector<std::string> wanted;
+        for (const Art art : artist().objects) {
+            const std::optional<ArtSource> source = document_->source(art);
+            wanted.push_back(source ? before_->paths.at(static_cast<std::size_t>(source->ordinal))
+                                    : "");
+        }
+        return wanted;
+    }
+
+    /// What is put between two objects of a layer goes into the layer, and what has to stay in a
+    /// clip of text stays within all that is around that.
+    static bool isBetweenLayered(const std::vector<std::string>& paths, std::size_t at) {
+        const auto isLayered = [&](std::size_t i) {
+            return paths[i].find("layer") != std::string::npos;
+        };
+        const bool isBetween =
+            at > 0 && at + 1 < paths.size() && isLayered(at - 1) && isLayered(at + 1);
+        return isLayered(at) && (isBetween || paths[at].back() != '0');
+    }
+
+    std::optional<test::ContentState> before_;
+    std::vector<std::string> opaque_;
+    std::string story_;
+};
+
+TEST_F(PatchPropertyTest, SavedPagesAreTheEditedArtwork) {
+    for (std::uint32_t seed = 1; seed <= 500 && !HasFailure(); ++seed) {
+        ASSERT_NO_FATAL_FAILURE(edit(seed, true));
+        SCOPED_TRACE(story_);
+        const std::vector<test::SeenPath> edited = seen();
+        const std::vector<std::string> settings = settingsWanted();
+        if (save() != 0) {
+            // What must stay in a clip of text may have no place there.
+            EXPECT_THAT(story_, ::testing::HasSubstr("7 Tr"));
+            EXPECT_THAT(front_.taken(), ::testing::ElementsAre("error 31"));
+            continue;
+        }
+        ASSERT_EQ(open(), 0U);
+        const std::string difference = differenceOf(edited, seen());
+        EXPECT_TRUE(difference.empty()) << difference << newContent();
+        expectInOrder(opaque_);
+        const test::ContentState now(newContent());
+        EXPECT_EQ(now.opaque, before_->opaque) << newContent();
+        ASSERT_EQ(now.paths.size(), settings.size());
+        for (std::size_t i = 0; i < settings.size(); ++i) {
+            EXPECT_TRUE(settings[i].empty() || now.paths[i] == settings[i] ||
+                        isBetweenLayered(now.paths, i))
+                << i << ": " << settings[i] << ", not " << now.paths[i] << newContent();
+        }
+    }
+}
+
+TEST_F(PatchPropertyTest, PeersDrawThemAsTheArtWalkDoes) {
+    if (!test::isInstalled("mutool")) {
+        GTEST_SKIP() << "no mutool";
+    }
+    for (std::uint32_t seed = 1; seed <= 60; ++seed) {
+        ASSERT_NO_FATAL_FAILURE(edit(seed, false));
+        SCOPED_TRACE(story_);
+        ASSERT_EQ(save(), 0U);
+        const test::Drawing patched = test::draw(path("in.pdf"), 1);
+        use("in.pdf", file_);
+        extension_.artworkDigest = nullptr;
+        ASSERT_EQ(save(), 0U);
+        extension_.artworkDigest = &digest_;
+        EXPECT_LT(test::difference(test::draw(path("in.pdf"), 1), patched), 0.001);
+    }
+}
+
+} // namespace
+} // namespace corvane
