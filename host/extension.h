@@ -159,6 +159,9 @@ struct HostExtension {
     /// Null: not known. Where the page was saved from another one last, the save is refused
     /// (`otherArtwork`), unless `overwrites`.
     const std::uint64_t* artworkName = nullptr;
+    /// Artwork that came from no page takes the place of an empty page only (`pageChanged`), unless
+    /// `overwrites`: an editor may have dropped what told where it came from.
+    bool guardsPage = false;
     /// Content is written as it is, not compressed.
     bool plainContent = false;
     /// Told before a save is refused because much is missing (`artworkMissing`).

@@ -83,6 +83,7 @@ HostExtension Listener::makeExtension() {
     extension.artworkDigest = report_.source.identity ? &report_.source.identity->digest : nullptr;
     extension.artworkName = report_.source.artwork ? &*report_.source.artwork : nullptr;
     extension.overwrites = arguments_.force;
+    extension.guardsPage = true;
     extension.saved = [](void* context, const SavedFacts& facts) {
         listener(context).report_.saved = facts;
     };

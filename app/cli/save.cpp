@@ -39,6 +39,12 @@ bool keepsPage(const Arguments& arguments, const SavePlace& place, const Provena
 
 /// The plug-in does not know where the artwork came from.
 Fault explainedChange(const Arguments& arguments, const Provenance& source) {
+    if (!source.identity) {
+        return {code::pageChanged,
+                "the artwork does not say which page it was opened from, and all that page " +
+                    std::to_string(arguments.page) +
+                    " shows would go; to replace the page, say --force"};
+    }
     const std::string origin = "page " + std::to_string(source.page) +
                                (source.sourceFile.empty() ? "" : " of " + source.sourceFile);
     return {code::pageChanged,

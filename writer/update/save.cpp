@@ -5,7 +5,9 @@
 #include "output/xref.h"
 #include "reader/document/update_mark.h"
 #include "reader/page/page_base.h"
+#include "reader/page/page_content.h"
 #include "reader/syntax/file_bytes.h"
+#include "reader/syntax/stream_chain.h"
 #include "runtime/exception.h"
 #include "runtime/extension.h"
 #include "runtime/rules.h"
@@ -29,12 +31,30 @@ bool isOthers(DocumentCache& cache, const PageBase& base, std::optional<std::uin
     return last && *last != *artwork;
 }
 
+/// Whether nothing is drawn on the page: its streams hold no data. What cannot be read is no blank
+/// page.
+bool isBlank(DocumentCache& cache) {
+    std::int64_t bytes = 0;
+    const bool isRead = attempted([&] {
+        for (const ObjectOwner& stream : contentStreams(cache)) {
+            bytes += streamLength(stream.get());
+        }
+    });
+    return isRead && bytes == 0;
+}
+
 /// Settles what the artwork was opened from, if the host knows that. A page that is another one
 /// now raises `pageChanged`, one that was saved from another artwork `otherArtwork`, unless the
 /// host says that this does not matter.
 void planBase(DocumentCache& cache, UpdatePlan& plan) {
     const auto extension = knownExtension();
-    if (!extension || extension->artworkDigest == nullptr) {
+    if (!extension) {
+        return;
+    }
+    if (extension->artworkDigest == nullptr) {
+        if (extension->guardsPage && !extension->overwrites && !isBlank(cache)) {
+            failException(Exception::pageChanged);
+        }
         return;
     }
     const std::uint64_t opened = *extension->artworkDigest;
@@ -63,7 +83,8 @@ void planPatches(DocumentCache& cache, UpdatePlan& plan) {
     ResourceRegistry resources;
     resources.carryBase(cache, *plan.base);
     PagePatch patch = planPatch(cache, *plan.base, resources);
-    std::vector<PatchedStream> streams = divideContent(patch.content, *plan.base, patch.bytes.starts());
+    std::vector<PatchedStream> streams =
+        divideContent(patch.content, *plan.base, patch.bytes.starts());
     plan.patch.emplace(std::move(patch), std::move(streams), std::move(resources));
 }
 
