@@ -87,14 +87,13 @@ void rangesWorks(Walk& walk, ContentBytes& bytes, const std::vector<ByteRange>& 
     std::string text;
     for (const ByteRange& range : ranges) {
         bytes.append(text, range);
-        text += ' ';
+        text += '\n'; // a comment may end it
     }
     walk.text.add(text);
 }
 
 void wordWorks(Walk& walk, ContentBytes& bytes, const TraceEvent& event) {
     rangesWorks(walk, bytes, {{event.word, event.end}});
-    walk.text.add("\n");
 }
 
 /// What the operator that ends the changed path does: fills and strokes that no art shows go on.

@@ -34,7 +34,7 @@ void ContentBytes::append(std::string& text, ByteRange range) {
         const std::uint32_t end = std::min(range.end, starts_[index + 1]);
         text += stream(index).substr(range.start - starts_[index], end - range.start);
         if (end < range.end) {
-            text += ' ';
+            text += '\n'; // what ends the stream may be a comment
         }
         range.start = end;
     }

@@ -27,8 +27,8 @@ public:
     /// was read raises `unpatchable`.
     std::string_view stream(std::size_t index);
 
-    /// Appends the bytes, with a space where a stream ends among them: streams are divided between
-    /// tokens.
+    /// Appends the bytes, with a line end where a stream ends among them: streams are divided
+    /// between tokens.
     void append(std::string& text, ByteRange range);
 
     /// The stream that holds the byte, which is one of the content.

@@ -5,19 +5,11 @@
 #include <algorithm>
 #include <array>
 #include <set>
-#include <span>
 #include <string_view>
 
 namespace corvane {
 
 namespace {
-
-/// Whether a later operator leaves nothing of what a former one set.
-bool replaces(OperatorRole later, OperatorRole former) {
-    return later == former ||
-           (later == OperatorRole::fillSpace && former == OperatorRole::fillColour) ||
-           (later == OperatorRole::strokeSpace && former == OperatorRole::strokeColour);
-}
 
 /// A part of the state, and the operator by which it is as a page begins.
 struct InitialPart {
@@ -37,8 +29,22 @@ constexpr std::array initialParts = {
     InitialPart{OperatorRole::intent, "/RelativeColorimetric ri\n", false},
 };
 
-bool holdsRole(std::span<const OperatorRole> roles, OperatorRole role) {
-    return std::ranges::find(roles, role) != roles.end();
+static_assert(static_cast<int>(OperatorRole::external) < 32);
+
+constexpr std::uint32_t roleBit(OperatorRole role) {
+    return std::uint32_t{1} << static_cast<int>(role);
+}
+
+bool holdsRole(std::uint32_t roles, OperatorRole role) {
+    return (roles & roleBit(role)) != 0;
+}
+
+/// The roles of which an operator of this role leaves nothing.
+constexpr std::uint32_t replacedBy(OperatorRole role) {
+    return roleBit(role) |
+           (role == OperatorRole::fillSpace     ? roleBit(OperatorRole::fillColour)
+            : role == OperatorRole::strokeSpace ? roleBit(OperatorRole::strokeColour)
+                                                : 0);
 }
 
 } // namespace
@@ -53,19 +59,19 @@ std::string GatheredState::bytesOf(TraceIndex event) {
 /// Of the operators up to this one, those of which something is left; the latest first.
 std::vector<SetterLink> GatheredState::neededFor(TraceIndex setter) {
     std::vector<SetterLink> needed;
-    std::vector<OperatorRole> seen;
+    std::uint32_t replaced = 0;
     std::set<std::string, std::less<>> states;
-    for (; setter != 0; setter = trace_.setter(setter).former) {
+    // Pages set colours thousands of times: what came before is left out at once.
+    for (; (rolesUpTo(setter) & ~replaced) != 0; setter = trace_.setter(setter).former) {
         const SetterLink& link = trace_.setter(setter);
         const OperatorRole role = trace_.events()[link.event].role;
         if (role == OperatorRole::external) {
             if (states.insert(bytesOf(link.event)).second) {
                 needed.push_back(link);
             }
-        } else if (std::ranges::none_of(
-                       seen, [&](OperatorRole later) { return replaces(later, role); })) {
+        } else if (!holdsRole(replaced, role)) {
             needed.push_back(link);
-            seen.push_back(role);
+            replaced |= replacedBy(role);
         }
     }
     return needed;
@@ -100,23 +106,24 @@ void GatheredState::set(const SetterLink& link, const RealMatrix& movement) {
     walk_.text.add(end == std::string_view::npos ? "\n" : name.substr(end));
 }
 
-std::vector<OperatorRole> GatheredState::rolesUpTo(TraceIndex setter) const {
-    std::vector<OperatorRole> roles;
-    for (; setter != 0; setter = trace_.setter(setter).former) {
-        const OperatorRole role = trace_.events()[trace_.setter(setter).event].role;
-        if (!holdsRole(roles, role)) {
-            roles.push_back(role);
-        }
+std::uint32_t GatheredState::rolesUpTo(TraceIndex setter) {
+    if (roles_.empty()) {
+        roles_.push_back(0);
     }
-    return roles;
+    // A link has a greater number than those before it.
+    while (roles_.size() <= setter) {
+        const SetterLink& link = trace_.setter(static_cast<TraceIndex>(roles_.size()));
+        roles_.push_back(roles_[link.former] | roleBit(trace_.events()[link.event].role));
+    }
+    return roles_[setter];
 }
 
 void GatheredState::writeInitial(const Surroundings& own, TraceIndex setter, bool isBehindNew) {
     if (setter == 0 && !isBehindNew) {
         return;
     }
-    const std::vector<OperatorRole> set = rolesUpTo(setter);
-    const std::vector<OperatorRole> ofOwn = rolesUpTo(own.setter);
+    const std::uint32_t set = rolesUpTo(setter);
+    const std::uint32_t ofOwn = rolesUpTo(own.setter);
     const bool isExternal = holdsRole(set, OperatorRole::external);
     for (const InitialPart& part : initialParts) {
         const bool isSet =

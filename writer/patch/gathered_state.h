@@ -7,6 +7,7 @@
 #include "writer/patch/content_bytes.h"
 #include "writer/patch/moved_patterns.h"
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -33,7 +34,7 @@ public:
     std::string bytesOf(TraceIndex event);
 
 private:
-    std::vector<OperatorRole> rolesUpTo(TraceIndex setter) const;
+    std::uint32_t rolesUpTo(TraceIndex setter);
     std::vector<SetterLink> neededFor(TraceIndex setter);
     void setAll(TraceIndex setter, const RealMatrix& movement);
     void enterSpace(const RealMatrix& space);
@@ -44,6 +45,8 @@ private:
     const ContentTrace& trace_;
     MovedPatterns& patterns_;
     RealMatrix inForce_;
+    std::vector<std::uint32_t>
+        roles_; // by setter: what it and those before it set, a bit for each role
 };
 
 } // namespace corvane

@@ -4,8 +4,10 @@
 #include "writer/art/outline.h"
 
 #include <algorithm>
+#include <iterator>
 #include <span>
 #include <unordered_map>
+#include <vector>
 
 namespace corvane {
 
@@ -119,7 +121,7 @@ private:
     }
 
     void matchByLook() {
-        std::unordered_multimap<Look, PaintedIndex, LookHash> left;
+        Looks left;
         const auto isLeft = [&](EditedIndex i) { return matching_.objects[i].source == noSource; };
         bool any = false;
         for (EditedIndex i = 0; i < matching_.objects.size() && !any; ++i) {
@@ -129,24 +131,27 @@ private:
             return;
         }
         ZoneCharge charge;
-        for (PaintedIndex source = 0; source < matching_.owners.size(); ++source) {
+        std::size_t count = 0;
+        for (PaintedIndex source = static_cast<PaintedIndex>(matching_.owners.size());
+             source-- > 0;) {
             if (matching_.owners[source] == noSource) {
-                left.emplace(lookOf(artOf(base_, source), 0, 0), source);
-                if (left.size() % chargeStep == 0) {
-                    charge.resize(static_cast<std::int64_t>((left.size() + chargeStep) * nodeSize));
+                if (count++ % chargeStep == 0) {
+                    charge.resize(static_cast<std::int64_t>((count + chargeStep) * nodeSize));
                 }
+                left[lookOf(artOf(base_, source), 0, 0)].push_back(source);
             }
         }
-        for (EditedIndex i = 0; i < matching_.objects.size() && !left.empty(); ++i) {
+        for (EditedIndex i = 0; i < matching_.objects.size() && count > 0; ++i) {
             if (isLeft(i)) {
                 takeLook(i, left);
             }
         }
     }
 
-    using Looks = std::unordered_multimap<Look, PaintedIndex, LookHash>;
+    /// Sources of one look, the first on the page last: equal objects keep their order.
+    using Looks = std::unordered_map<Look, std::vector<PaintedIndex>, LookHash>;
     static constexpr std::size_t chargeStep = 4096;
-    static constexpr std::size_t nodeSize = 64;
+    static constexpr std::size_t nodeSize = 128;
     /// Equal-looking sources that are compared; pages repeat a mark thousands of times.
     static constexpr int mostCompared = 32;
 
@@ -156,23 +161,22 @@ private:
         const Art art = artwork_.objects[i].art;
         for (const Fixed dx : {-room, room}) {
             for (const Fixed dy : {-room, room}) {
-                if (takeFrom(i, left, left.equal_range(lookOf(art, dx, dy)))) {
+                const auto found = left.find(lookOf(art, dx, dy));
+                if (found != left.end() && takeFrom(i, found->second)) {
                     return;
                 }
             }
         }
     }
 
-    bool takeFrom(EditedIndex i, Looks& left, std::pair<Looks::iterator, Looks::iterator> range) {
+    bool takeFrom(EditedIndex i, std::vector<PaintedIndex>& sources) {
         int compared = 0;
-        for (auto at = range.first; at != range.second && compared < mostCompared;
+        for (auto at = sources.rbegin(); at != sources.rend() && compared < mostCompared;
              ++at, ++compared) {
-            const ArtDifference difference =
-                compareArt(artOf(base_, at->second), artwork_.objects[i].art);
-            if (!difference.any()) {
-                matching_.objects[i] = {.source = at->second};
-                matching_.owners[at->second] = i;
-                left.erase(at);
+            if (!compareArt(artOf(base_, *at), artwork_.objects[i].art).any()) {
+                matching_.objects[i] = {.source = *at};
+                matching_.owners[*at] = i;
+                sources.erase(std::next(at).base());
                 return true;
             }
         }

@@ -12,12 +12,13 @@ namespace {
 class PatchPropertyTest : public PatchTest {
 protected:
     /// Opens and edits the page of a seed.
-    void edit(std::uint32_t seed, bool hasOpaque) {
+    void openAndEdit(std::uint32_t seed, bool hasOpaque) {
         Chance chance(seed);
         RandomPage page(chance, hasOpaque);
         const std::vector<std::string> streams = page.streams();
         opaque_ = page.opaque;
         openStreams(streams);
+        extension_.overwrites = true; // however much is missing
         before_.emplace(newContent());
         story_ = "seed " + std::to_string(seed) + "\n" + newContent();
         for (std::size_t edits = 1 + chance.below(5); edits > 0; --edits) {
@@ -54,7 +55,7 @@ protected:
 
 TEST_F(PatchPropertyTest, SavedPagesAreTheEditedArtwork) {
     for (std::uint32_t seed = 1; seed <= 500 && !HasFailure(); ++seed) {
-        ASSERT_NO_FATAL_FAILURE(edit(seed, true));
+        ASSERT_NO_FATAL_FAILURE(openAndEdit(seed, true));
         SCOPED_TRACE(story_);
         const std::vector<test::SeenPath> edited = seen();
         const std::vector<std::string> settings = settingsWanted();
@@ -83,8 +84,8 @@ TEST_F(PatchPropertyTest, PeersDrawThemAsTheArtWalkDoes) {
     if (!test::isInstalled("mutool")) {
         GTEST_SKIP() << "no mutool";
     }
-    for (std::uint32_t seed = 1; seed <= 60; ++seed) {
-        ASSERT_NO_FATAL_FAILURE(edit(seed, false));
+    for (std::uint32_t seed = 1; seed <= 24; ++seed) {
+        ASSERT_NO_FATAL_FAILURE(openAndEdit(seed, false));
         SCOPED_TRACE(story_);
         ASSERT_EQ(save(), 0U);
         const test::Drawing patched = test::draw(path("in.pdf"), 1);

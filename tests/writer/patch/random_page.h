@@ -47,6 +47,7 @@ public:
         for (const std::string& token : tokens_) {
             all.back() += token + (chance_.once(6) ? "\n" : " ");
             if (chance_.once(40)) {
+                all.back() += hasOpaque_ && chance_.once(2) ? "% end" : "";
                 all.emplace_back();
             }
         }
