@@ -63,8 +63,9 @@ void planPatches(DocumentCache& cache, UpdatePlan& plan) {
     ResourceRegistry resources;
     resources.carryBase(cache, *plan.base);
     PagePatch patch = planPatch(cache, *plan.base, resources);
-    std::vector<PatchedStream> streams = divideContent(patch.content, *plan.base, patch.bytes.starts());
-    plan.patch.emplace(std::move(patch), std::move(streams), std::move(resources));
+    std::vector<PatchedStream> streams =
+        divideContent(patch.content, *plan.base, patch.bytes.starts());
+    plan.patch = PlannedPatch{std::move(patch), std::move(streams), std::move(resources)};
 }
 
 /// Whether the page is as the artwork has it.
