@@ -20,13 +20,14 @@ bool isOfPath(std::string_view word) {
     return std::ranges::find(words, word) != words.end() || word == "S";
 }
 
-/// By operator: whether it stands within one of the sources. Both come in the order of the content.
+/// By operator: whether its word stands within one of the sources. Both come in the order of the
+/// content. Stray tokens may stand in front of an operator's operands, and of the source.
 std::vector<bool> within(const std::vector<PageOperation>& operations, const SourceSet& sources) {
     std::vector<bool> inside(operations.size());
     auto source = sources.begin();
     std::int64_t reach = 0; // of the sources that began already
     for (std::size_t i = 0; i < operations.size(); ++i) {
-        for (; source != sources.end() && source->first <= operations[i].start; ++source) {
+        for (; source != sources.end() && source->first < operations[i].end; ++source) {
             reach = std::max(reach, source->second);
         }
         inside[i] = operations[i].end <= reach;

@@ -75,7 +75,7 @@ constexpr std::array<std::string_view, 16> texts = {"/F0 9 Tf",
                                                     "4 Tr",
                                                     "14 TL",
                                                     "2 Tc",
-                                                    "(\\)\\\\() Tj",
+                                                    "(\\)\\\\) Tj",
                                                     "<48 69> Tj"};
 
 constexpr std::array<std::string_view, 8> images = {"BI /W 2 /H 2 /BPC 8 /CS /G ID abcd EI",

@@ -3,8 +3,10 @@
 #include "entry/document_session.h"
 #include "host/files.h"
 #include "host/memory.h"
+#include "runtime/callbacks.h"
 #include "runtime/exception.h"
 #include "runtime/rules.h"
+#include "runtime/warning.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -95,13 +97,16 @@ std::uint32_t PluginHost::call(Selector selector, Action action) {
 bool PluginHost::look(const std::function<void(DocumentCache&)>& see) {
     const ZoneCall call;
     selectRules(extension_.profile);
+    callbacks = block_->callbacks.get();
     const Exception code = guarded([&] {
         DocumentSession session(*block_);
         pageCache(session.cache(), extension_.wantedPage);
         see(session.cache());
         session.close();
     });
+    callbacks = nullptr;
     resetException();
+    resetWarning();
     return code == Exception::none;
 }
 

@@ -31,8 +31,6 @@ public:
     std::uint32_t call(Selector selector, Action action = Action::read);
 
     Document& document() { return document_; }
-    /// Of the page that was drawn last; 0: none was.
-    std::uint64_t identity() const { return identity_; }
     /// What the last save told.
     const SavedFacts& saved() const { return saved_; }
     /// Whether saves go on where the person would be asked.
