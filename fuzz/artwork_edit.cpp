@@ -263,7 +263,8 @@ private:
         Colour& colour = fills ? style.fill : style.stroke;
         colour = {};
         colour.component[0] = static_cast<Fixed>(choose_(256) << 8);
-        (fills ? style.fillPaint : style.strokePaint) = choose_(4) == 0 ? 0 : 1;
+        (fills ? style.fillPaint : style.strokePaint) =
+            static_cast<std::uint8_t>(choose_(4) == 0 ? 0 : 1);
         style.lineWidth = fills ? style.lineWidth : static_cast<Fixed>(choose_(9)) * fixedOne;
         style.dashCount = fills ? style.dashCount : static_cast<std::int16_t>(choose_(2));
         style.dash[0] = fills ? style.dash[0] : 3 * fixedOne;
