@@ -59,6 +59,9 @@ public:
     std::int64_t tokenStart() const { return tokenStart_; }
     std::int64_t tokenEnd() const { return origin_ + static_cast<std::int64_t>(position_); }
 
+    /// Whether the data ended within a string.
+    bool endsInString() const { return endsInString_; }
+
     std::int32_t mark();
     /// Bytes read from below that are behind the last token.
     std::size_t readAhead() const { return fill_ - position_; }
@@ -99,6 +102,7 @@ private:
     std::size_t block_ = 512;  ///< bytes to read next; few at first: an object read alone is short
     bool ended_ = false;
     bool inHex_ = false;
+    bool endsInString_ = false;
     Number number_;
     std::string_view bytes_;
     std::string assembled_; ///< a token whose bytes differ from what is written

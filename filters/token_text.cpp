@@ -63,6 +63,7 @@ TokenType TokenFilter::readText() {
     for (std::int64_t depth = 1; depth > 0;) {
         start_ = position_;
         if (position_ == fill_ && !more()) {
+            endsInString_ = true;
             break;
         }
         const char c = buffer_[position_++];
@@ -142,6 +143,7 @@ TokenType TokenFilter::readHexPiece() {
         tokenStart_ = tokenEnd();
         if (position_ == fill_ && !more()) {
             inHex_ = false;
+            endsInString_ = true;
             return TokenType::hexClose;
         }
         if (!isSpace(peek())) {

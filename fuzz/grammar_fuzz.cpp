@@ -2,6 +2,7 @@
 // a reference, a chain or a loop of references, or a value of a wrong type stands wherever a value
 // may. The file is looked into, opened, and saved into.
 #include "fuzz/plugin_host.h"
+#include "fuzz/recipe.h"
 #include "fuzz/sound_save.h"
 #include "tests/support/pdf_builder.h"
 
@@ -31,29 +32,6 @@ constexpr std::string_view content =
     "q /CS0 cs 0.5 scn /CS1 CS 1 0 0 SCN /CS2 cs 1 scn /GS0 gs /GS1 gs\n0 0 m 90 90 l S\n"
     "/P0 scn 0 0 9 9 re f /X0 Do /S0 sh /M0 /N0 BDC EMC BT /F0 9 Tf (t) Tj ET Q\n"
     "0 0 m 9 0 l 9 9 l h f\n";
-
-/// One choice a byte; where there are none left the first.
-class Recipe {
-public:
-    explicit Recipe(Bytes bytes) : bytes_(bytes) {}
-
-    std::uint32_t below(std::size_t limit) {
-        if (bytes_.empty()) {
-            return 0;
-        }
-        const auto byte = std::to_integer<std::uint32_t>(bytes_.front());
-        bytes_ = bytes_.subspan(1);
-        return byte % static_cast<std::uint32_t>(limit);
-    }
-
-    template <std::size_t Count>
-    std::string oneOf(const std::array<std::string_view, Count>& values) {
-        return std::string(values[below(Count)]);
-    }
-
-private:
-    Bytes bytes_;
-};
 
 std::string reference(int number) {
     return std::to_string(number) + " 0 R";
@@ -376,7 +354,7 @@ void fuzzGrammar(Bytes input) {
             host.call(selector);
         }
     }
-    requireSoundSave(bytes, profile);
+    requireSoundSave(bytes, profile, [&](std::uint32_t limit) { return recipe.below(limit); });
 }
 
 } // namespace corvane::fuzz

@@ -1,7 +1,12 @@
 #include "fuzz/plugin_host.h"
 
+#include "entry/document_session.h"
 #include "host/files.h"
 #include "host/memory.h"
+#include "runtime/callbacks.h"
+#include "runtime/exception.h"
+#include "runtime/rules.h"
+#include "runtime/warning.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -61,6 +66,9 @@ PluginHost::PluginHost(Bytes file, Profile profile, std::int32_t page)
         host.identity_ = identity.digest;
         host.extension_.artworkDigest = &host.identity_; // what is saved was opened from it
     };
+    extension_.saved = [](void* context, const SavedFacts& facts) {
+        static_cast<PluginHost*>(context)->saved_ = facts;
+    };
     setHostExtension(&extension_);
     require(makeFileSpecification(inputFile().write(file), *file_) == noErr);
     block_->callbacks = table_.ref();
@@ -84,6 +92,22 @@ std::uint32_t PluginHost::call(Selector selector, Action action) {
     const std::int32_t kept = !hadState && block_->state ? 2 : 0;
     require(zoneBlocksInUse() == before + kept && zoneBytesCharged() == 0);
     return result;
+}
+
+bool PluginHost::look(const std::function<void(DocumentCache&)>& see) {
+    const ZoneCall call;
+    selectRules(extension_.profile);
+    callbacks = block_->callbacks.get();
+    const Exception code = guarded([&] {
+        DocumentSession session(*block_);
+        pageCache(session.cache(), extension_.wantedPage);
+        see(session.cache());
+        session.close();
+    });
+    callbacks = nullptr;
+    resetException();
+    resetWarning();
+    return code == Exception::none;
 }
 
 std::string PluginHost::fileBytes() {

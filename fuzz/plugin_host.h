@@ -8,9 +8,11 @@
 #include "fuzz/targets.h"
 #include "host/extension.h"
 #include "host/parameters.h"
+#include "reader/document/cache.h"
 #include "toolbox/state.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 namespace corvane::fuzz {
@@ -29,7 +31,14 @@ public:
     std::uint32_t call(Selector selector, Action action = Action::read);
 
     Document& document() { return document_; }
-    /// Of the page that was drawn last; 0: none was.
+    /// What the last save told.
+    const SavedFacts& saved() const { return saved_; }
+    /// Whether saves go on where the person would be asked.
+    void overwrite(bool overwrites) { extension_.overwrites = overwrites; }
+
+    /// Opens the file as the plug-in does, with the page in use. False where anything raised.
+    bool look(const std::function<void(DocumentCache&)>& see);
+
     /// The file as it is now.
     static std::string fileBytes();
 
@@ -37,6 +46,7 @@ private:
     ToolboxScope toolbox_;
     HostExtension extension_;
     std::uint64_t identity_ = 0;
+    SavedFacts saved_;
     Document document_;
     CallbackScope callbacks_;
     CallbackTable table_;

@@ -5,7 +5,8 @@ namespace corvane::fuzz {
 
 void fuzzSave(Bytes input) {
     Choices choices(input);
-    requireSoundSave(input, choices.below(4) != 0 ? Profile::extended : Profile::original);
+    const Profile profile = choices.below(4) != 0 ? Profile::extended : Profile::original;
+    requireSoundSave(input, profile, [&](std::uint32_t limit) { return choices.below(limit); });
 }
 
 } // namespace corvane::fuzz

@@ -1,49 +1,152 @@
 #include "fuzz/sound_save.h"
 
+#include "fuzz/kept_content.h"
+#include "fuzz/page_operations.h"
 #include "fuzz/plugin_host.h"
 
+#include <optional>
+#include <span>
+#include <string>
 #include <string_view>
+#include <utility>
 
 namespace corvane::fuzz {
 
-void requireSoundSave(Bytes file, Profile profile) {
-    const bool modern = profile == Profile::extended;
-    PluginHost host(file, profile, 1);
+namespace {
+
+/// True where the save would go well; writes nothing.
+bool tryToSave(PluginHost& host) {
+    const std::string before = PluginHost::fileBytes();
+    const bool tried = host.call(Selector::trial) == 0;
+    require(PluginHost::fileBytes() == before);
+    return tried;
+}
+
+bool save(PluginHost& host) {
+    const std::string before = PluginHost::fileBytes();
+    const bool saved = host.call(Selector::go, Action::write) == 0;
+    const std::string after = PluginHost::fileBytes();
+    if (!saved) {
+        // An update of ours that was never finished is cut off even where the save then fails.
+        require(before.starts_with(after));
+        return false;
+    }
+    const SavedFacts& facts = host.saved();
+    const auto former = static_cast<std::size_t>(facts.formerLength);
+    require(static_cast<std::size_t>(facts.length) == after.size());
+    require(former <= before.size() &&
+            after.starts_with(std::string_view(before).substr(0, former)));
+    require(!facts.isNothing || after == before);
+    return true;
+}
+
+/// A trial says beforehand what the save then does.
+bool saveAsTried(PluginHost& host) {
+    const bool tried = tryToSave(host);
+    const SavedFacts would = host.saved();
+    const bool saved = save(host);
+    require(tried == saved);
+    require(!saved ||
+            (would.length == host.saved().length && would.isNothing == host.saved().isNothing));
+    return saved;
+}
+
+/// Takes the update off; the file is then as it was before, less an update that was cut short.
+void revert(PluginHost& host, std::string_view before) {
+    const std::string after = PluginHost::fileBytes();
+    host.call(Selector::log);
+    require(host.call(Selector::revert) == 0);
+    const std::string reverted = PluginHost::fileBytes();
+    require(before.starts_with(reverted) && after.starts_with(reverted));
+}
+
+struct OpenedPage {
+    std::size_t objects = 0;
+    std::optional<std::vector<PageOperation>> operations;
+};
+
+OpenedPage opened(std::string_view file) {
+    PluginHost host(std::as_bytes(std::span(file)), Profile::extended, 1);
+    require(host.call(Selector::prepare) == 0 && host.call(Selector::go) == 0);
+    return {paintedArt(host.document()).size(), pageOperations(host)};
+}
+
+void requireSame(const std::vector<PageOperation>& a, const std::vector<PageOperation>& b) {
+    require(a.size() == b.size());
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        require(a[i].operands == b[i].operands && a[i].word == b[i].word);
+    }
+}
+
+/// The original profile draws the page anew.
+void requireSoundRedrawing(Bytes file) {
+    PluginHost host(file, Profile::original, 1);
     if (host.call(Selector::prepare) != 0 || host.call(Selector::go) != 0) {
         return;
     }
     const std::string before = PluginHost::fileBytes();
-    const bool tried = host.call(Selector::trial) == 0;
-    require(PluginHost::fileBytes() == before);
-    const bool saved = host.call(Selector::go, Action::write) == 0;
-    require(tried == saved);
-    const std::string after = PluginHost::fileBytes();
-    // An update of ours that was never finished is cut off even where the save then fails.
-    if (!saved) {
-        require(before.starts_with(after));
+    if (!saveAsTried(host)) {
         return;
     }
-    // Saved again from the same artwork, over the same base.
-    require(!modern || host.call(Selector::go, Action::write) == 0);
-    const std::string again = PluginHost::fileBytes();
-    require(!modern || again.starts_with(after));
     host.call(Selector::log);
     host.document().expectImport();
     require(host.call(Selector::go) == 0);
-    if (!modern) {
-        // Nothing tells whose such an update is.
-        require(after.starts_with(before) && host.call(Selector::revert) != 0);
-        return;
+    // Nothing tells whose such an update is.
+    require(PluginHost::fileBytes().starts_with(before) && host.call(Selector::revert) != 0);
+}
+
+void requireSoundPatches(Bytes file, const Choose& choose) {
+    std::optional<std::vector<PageOperation>> old;
+    EditedPage edited;
+    std::string before;
+    std::string once;
+    std::string twice;
+    {
+        PluginHost host(file, Profile::extended, 1);
+        if (host.call(Selector::prepare) != 0 || host.call(Selector::go) != 0) {
+            return;
+        }
+        before = PluginHost::fileBytes();
+        if (!tryToSave(host)) {
+            return;
+        }
+        require(host.saved().isNothing);
+        old = pageOperations(host);
+        edited.sources = allSources(host.document());
+        edited.touched = editArtwork(host.document(), choose);
+        host.overwrite(choose(2) == 0);
+        const bool isThorough = choose(4) == 0;
+        if (!(isThorough ? saveAsTried(host) : save(host)) || host.saved().isNothing) {
+            return;
+        }
+        require(host.saved().isPatched);
+        edited.hasMoved = host.saved().moved > 0;
+        once = PluginHost::fileBytes();
+        require(save(host) && !host.saved().isNothing);
+        twice = PluginHost::fileBytes();
+        if (isThorough) {
+            revert(host, once);
+            revert(host, before);
+        }
     }
-    if (again != after) {
-        require(host.call(Selector::revert) == 0 && PluginHost::fileBytes() == after);
+    const OpenedPage first = opened(once);
+    const OpenedPage second = opened(twice);
+    require(first.objects == second.objects);
+    if (old) {
+        require(first.operations && second.operations);
+        requireKept(*old, *first.operations, edited);
+        requireSame(*first.operations, *second.operations);
     }
-    if (after == before) {
-        return; // there was nothing to save
+}
+
+} // namespace
+
+void requireSoundSave(Bytes file, Profile profile, const Choose& choose) {
+    if (profile == Profile::original) {
+        requireSoundRedrawing(file);
+    } else {
+        requireSoundPatches(file, choose);
     }
-    require(host.call(Selector::revert) == 0);
-    const std::string reverted = PluginHost::fileBytes();
-    require(before.starts_with(reverted) && after.starts_with(reverted));
 }
 
 } // namespace corvane::fuzz

@@ -1,13 +1,15 @@
 // What a save must do, whatever the file.
 #pragma once
 
+#include "fuzz/artwork_edit.h"
 #include "fuzz/targets.h"
 #include "host/extension.h"
 
 namespace corvane::fuzz {
 
-/// Opens the first page and saves it again. Requires that the file either is as before, or that the
-/// page opens as it was saved and taking the update off gives the file back.
-void requireSoundSave(Bytes file, Profile profile);
+/// Opens the first page, edits it as `choose` says, saves it twice and takes both updates off
+/// again. Requires that the file either is as before, or that the old bytes are still in it, the
+/// page opens as it was saved, and its content lost nothing but what was edited.
+void requireSoundSave(Bytes file, Profile profile, const Choose& choose);
 
 } // namespace corvane::fuzz

@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <span>
 
@@ -21,6 +22,8 @@ void fuzzDocument(Bytes input);
 void fuzzContent(Bytes input);
 void fuzzSave(Bytes input);
 void fuzzGrammar(Bytes input);
+void fuzzPatch(Bytes input);
+void fuzzPatchGrammar(Bytes input);
 void fuzzResourceFork(Bytes input);
 void fuzzLzw(Bytes input);
 void fuzzHex(Bytes input);
@@ -57,9 +60,10 @@ private:
     std::uint64_t state_;
 };
 
-/// Ends the process where a promise is broken.
-inline void require(bool kept) {
+/// Ends the process where a promise is broken, and says where.
+inline void require(bool kept, const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
     if (!kept) {
+        std::fprintf(stderr, "%s:%d: a promise is broken\n", file, line);
         std::abort();
     }
 }

@@ -10,17 +10,32 @@
 
 namespace corvane {
 
-Art makeArt(ArtKind kind, Art container) {
+namespace {
+
+struct Place {
+    Placement placement = Placement::inside;
+    Art reference = Art::null;
+};
+
+/// Where new art goes in a container: the rule for clipped groups.
+Place placeIn(Art container) {
     std::uint8_t clipped = 0;
     callHost(slot::getGroupClipped, container, &clipped);
     if (clipped == 0) {
-        return newArt(kind, Placement::inside, container);
+        return {Placement::inside, container};
     }
     const Art clip = firstChild(container);
     if (clip == Art::null) {
         failException(Exception::host);
     }
-    return newArt(kind, Placement::behind, clip);
+    return {Placement::behind, clip};
+}
+
+} // namespace
+
+Art makeArt(ArtKind kind, Art container) {
+    const Place place = placeIn(container);
+    return newArt(kind, place.placement, place.reference);
 }
 
 void Containers::open(Art layer) {
@@ -137,6 +152,15 @@ Art Containers::container() {
 
 Art Containers::make(ArtKind kind) {
     return makeArt(kind, container());
+}
+
+void Containers::bringAlong(Art art, Art holder) {
+    const bool isOpen = std::any_of(entries_.rbegin(), entries_.rend(),
+                                    [&](const Entry& entry) { return entry.container == holder; });
+    if (!isOpen) {
+        const Place place = placeIn(container());
+        callHost(slot::reorderArt, art, place.placement, place.reference);
+    }
 }
 
 void Containers::enter(Art group) {

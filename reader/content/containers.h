@@ -35,6 +35,8 @@ public:
     /// New art in the container: behind the clip of a clipped group, otherwise in front of all.
     /// Raises `host` where there is none.
     Art make(ArtKind kind);
+    /// Moves art that was made in `holder` to where new art goes, if `holder` was closed since.
+    void bringAlong(Art art, Art holder);
     /// Makes `group`, which stands in the container and is to be clipped, the container until `Q`.
     void enter(Art group);
 

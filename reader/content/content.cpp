@@ -135,6 +135,9 @@ void runStream(Interpreter& interpreter, const Object& stream) {
         loop.skipFault();
         interpreter.progress.fault(chain.tokens());
     }
+    if (interpreter.level.trace != nullptr) {
+        interpreter.level.trace->endStream(chain.tokens().endsInString());
+    }
     interpreter.progress.finishStream(std::int64_t{endOf(stream)} - startOf(stream));
     interpreter.level.streamStart += chain.tokens().tokenEnd();
 }

@@ -155,8 +155,12 @@ void ContentTrace::note(const Interpreter& interpreter, OperatorRole role) {
     switch (role) {
     case OperatorRole::operand:
     case OperatorRole::construct:
-    case OperatorRole::imageData:
         return;
+    case OperatorRole::imageData:
+        if (isInImage_) {
+            return;
+        }
+        [[fallthrough]]; // data without a BI
     case OperatorRole::beginImage:
         imageStart_ = positionOf(span.start);
         isInImage_ = true;
@@ -188,6 +192,7 @@ TraceIndex ContentTrace::clipAround(TraceIndex event) const {
 void ContentTrace::end(const Interpreter& interpreter) {
     streamStarts_.push_back(positionOf(interpreter.level.streamStart));
     behind_.isInPath = interpreter.level.path.compound != Art::null;
+    endsOpen_ = endsOpen_ || isInImage_ || interpreter.level.operands.isOpen();
 }
 
 } // namespace corvane

@@ -80,6 +80,11 @@ public:
 
     void begin(const Interpreter& interpreter);
     void beginStream(std::int64_t start);
+    /// A string that the stream does not close would take in what is written behind it.
+    void endStream(bool isInString) {
+        endsOpen_ = isInString;
+        damaged_.back() = damaged_.back() || isInString;
+    }
     /// The operator of the interpreter's level was run.
     void note(const Interpreter& interpreter, OperatorRole role);
     void noteFailed(const Interpreter& interpreter);
@@ -111,7 +116,9 @@ public:
     const Surroundings& atEndOfPage() const { return saved_.empty() ? behind_ : saved_.front(); }
     /// `q` without their `Q`.
     std::size_t openSaves() const { return saved_.size(); }
-    bool endsInImage() const { return isInImage_; }
+    /// Whether what came behind the last stream would be taken for a part of what began in it: of
+    /// an image, a string or an array.
+    bool endsOpen() const { return endsOpen_; }
 
 private:
     void apply(const Interpreter& interpreter, TraceEvent& event);
@@ -136,6 +143,7 @@ private:
     Surroundings behind_;
     std::uint32_t imageStart_ = 0;
     bool isInImage_ = false;
+    bool endsOpen_ = false;
     bool textClips_ = false; ///< text shown since BT adds to the clip
 };
 

@@ -2,6 +2,7 @@
 #include "reader/paint/path.h"
 
 #include "reader/content/art.h"
+#include "reader/content/containers.h"
 #include "reader/content/interpreter.h"
 #include "reader/paint/path_art.h"
 #include "runtime/callbacks.h"
@@ -82,7 +83,8 @@ void beginPath(Interpreter& interpreter) {
     if (path.compound != Art::null) {
         return;
     }
-    path.compound = interpreter.containers.make(ArtKind::compound);
+    path.holder = interpreter.containers.container();
+    path.compound = makeArt(ArtKind::compound, path.holder);
     path.object = Art::null;
     path.firstByte = interpreter.level.span.start;
     path.hidesFill = false;

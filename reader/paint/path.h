@@ -16,6 +16,7 @@ struct Interpreter;
 /// The path under construction: open from the first `m` or `re` to the operator that paints it.
 struct PathConstruction {
     Art compound = Art::null;      ///< collects the subpaths; null: no path is open
+    Art holder = Art::null;        ///< where that was made
     Art object = Art::null;        ///< the open subpath
     std::vector<Segment> segments; ///< of the open subpath; the host gets them when it ends
     ZoneCharge charge;             ///< of `segments`

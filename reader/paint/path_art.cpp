@@ -113,6 +113,10 @@ void finishArt(Interpreter& interpreter) {
         return;
     }
     const bool isPainted = !clips || state.style.fillPaint != 0 || state.style.strokePaint != 0;
+    if (rules().lazyGroups) {
+        // The clips at the end of a path count: a `Q` may stand within it.
+        interpreter.containers.bringAlong(path, level.path.holder);
+    }
     stylePath(state, path, false);
     tellSource(level, path, isPainted);
     if (state.style.strokePaint != 0 && state.lineWidth != 0) {

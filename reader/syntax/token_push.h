@@ -19,6 +19,8 @@ public:
 
     /// Forgets open constructs, after the stack was cleared.
     void reset() { depth_ = 0; }
+    /// Whether an array, a dictionary or a procedure is open.
+    bool isOpen() const { return depth_ > 0; }
 
 private:
     void open(Mark kind);

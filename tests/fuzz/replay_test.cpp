@@ -39,6 +39,7 @@ INSTANTIATE_TEST_SUITE_P(
                       Target{"document", fuzzDocument}, Target{"fax_decode", fuzzFaxDecode},
                       Target{"fax_encode", fuzzFaxEncode}, Target{"content", fuzzContent},
                       Target{"save", fuzzSave}, Target{"grammar", fuzzGrammar},
+                      Target{"patch", fuzzPatch}, Target{"patch_grammar", fuzzPatchGrammar},
                       Target{"resource_fork", fuzzResourceFork}),
     [](const auto& target) { return target.param.name; });
 

@@ -47,10 +47,11 @@ ObjectPatches::Clip ObjectPatches::clipOf(TraceIndex path) const {
 }
 
 void ObjectPatches::remove(TraceIndex path) {
-    for (const ByteRange& range : constructionBytes(trace_, path, true)) {
-        patches_->push_back({range, ""});
-    }
     const TraceEvent& event = trace_.events()[path];
+    for (const ByteRange& range : constructionBytes(trace_, path, true)) {
+        // Of two operators that stay the white space between them may be in the range.
+        patches_->push_back({range, range.end < event.word ? " " : ""});
+    }
     patches_->push_back({{event.word, event.end}, ""});
 }
 
@@ -89,7 +90,7 @@ void ObjectPatches::patchPath(TraceIndex path, PaintedIndex source, Paint paint,
         return remove(path);
     }
     if (clip == Clip::kept && paint == Paint::gone) {
-        patches_->push_back({{event.word, event.end}, "n"});
+        patches_->push_back({{event.word, event.end}, " n"});
         return;
     }
     if (clip == Clip::released && paint != Paint::changed) {

@@ -34,8 +34,9 @@ bool isLeftChanged(const ContentTrace& trace) {
 
 std::uint32_t placeBefore(const ContentTrace& trace, TraceIndex event) {
     const std::uint32_t place = event == 0 ? 0 : trace.events()[event - 1].end;
-    const std::uint32_t next =
-        event < trace.events().size() ? startOfNext(trace, event) : trace.streamStarts().back();
+    const std::uint32_t next = event < trace.events().size() ? startOfNext(trace, event)
+                               : trace.endsOpen()            ? place
+                                                             : trace.streamStarts().back();
     const auto boundary = std::ranges::lower_bound(trace.streamStarts(), place);
     const bool isFree = boundary != trace.streamStarts().end() && *boundary <= next;
     return isFree ? *boundary : place;

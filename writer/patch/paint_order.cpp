@@ -128,11 +128,21 @@ private:
         return clip != 0;
     }
 
+    /// The last event that something new may stand in front of. Failed operators at the end may
+    /// be what is left open there.
+    TraceIndex lastPlace() const {
+        auto last = static_cast<TraceIndex>(trace_.events().size());
+        while (trace_.endsOpen() && last > 0 && trace_.events()[last - 1].isFailed) {
+            --last;
+        }
+        return last;
+    }
+
     /// What is in front of all that stays is in front of everything else on the page, too.
     void placeAtEnd() {
         for (const EditedIndex object : pending_) {
             const Surroundings* const own = ownOf(object);
-            if (!hasHiddenClip(own) && !trace_.endsInImage()) {
+            if (!hasHiddenClip(own) && !trace_.endsOpen()) {
                 InsertionPoint point{.isAtEnd = true,
                                      .event = static_cast<TraceIndex>(trace_.events().size())};
                 order_.insertions.push_back({object, point});
@@ -141,7 +151,7 @@ private:
                 continue;
             }
             const InsertionGap gap{.first = next_,
-                                   .last = static_cast<TraceIndex>(trace_.events().size()),
+                                   .last = lastPlace(),
                                    .before = before_ ? *before_ : trace_.atStart(),
                                    .behind = trace_.atEnd()};
             const std::optional<InsertionPoint> point =

@@ -85,7 +85,7 @@ void planPatches(DocumentCache& cache, UpdatePlan& plan) {
     PagePatch patch = planPatch(cache, *plan.base, resources);
     std::vector<PatchedStream> streams =
         divideContent(patch.content, *plan.base, patch.bytes.starts());
-    plan.patch.emplace(std::move(patch), std::move(streams), std::move(resources));
+    plan.patch = PlannedPatch{std::move(patch), std::move(streams), std::move(resources)};
 }
 
 /// Whether the page is as the artwork has it.
