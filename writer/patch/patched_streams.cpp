@@ -48,7 +48,8 @@ public:
             addStream(i);
         }
         addInsertions(starts_[count]);
-        addNew(content_.behind);
+        // Some readers put streams together as they are, and a comment may end the last.
+        addNew(content_.behind.empty() ? std::string() : "\n" + content_.behind);
         return std::move(streams_);
     }
 

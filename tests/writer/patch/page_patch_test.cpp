@@ -159,12 +159,15 @@ TEST_F(PagePatchTest, StreamsThatDivideBetweenTokens) {
 
 TEST_F(PagePatchTest, CommentsThatEndWithTheirStream) {
     openStreams({"1 1 m % to 5, 5", "5 5 l 9 1 l % clips", "W % filled", "f 3 w % wide",
-                 "2 2 m 7 7 l", "S 0 0 9 9 re f"});
+                 "2 2 m 7 7 l", "S 0 0 9 9 re f % the end"});
     Artist edits = artist();
     edits.fill(edits.at(0), .5);
     edits.raise(edits.at(1), edits.at(2));
+    edits.add(1, 1, 9, 9);
     ASSERT_NO_FATAL_FAILURE(expectSaved());
-    EXPECT_EQ(facts(), "1 1 0 0 1");
+    EXPECT_EQ(facts(), "1 1 1 0 1");
+    EXPECT_THAT(object(contentNumbers().back()), HasSubstr("stream\n\n"))
+        << "for readers that put streams together as they are";
 }
 
 TEST_F(PagePatchTest, ContentThatAnotherPageUses) {
