@@ -92,7 +92,7 @@ struct SavedFacts {
     std::int64_t contentLength = 0; ///< bytes of the page's content
     std::int32_t places = 1;        ///< of the page in the file: the same object may be several
 
-    // Version 3. Objects are paths and compound paths; clips do not count.
+    // Version 3. Objects are paths and compound paths; of clips only changed ones count.
 
     bool isPatched = false; ///< the page's own content was patched; false: it was drawn anew
     bool isNothing = false; ///< the page is as the artwork has it: nothing was appended

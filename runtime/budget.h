@@ -73,6 +73,14 @@ inline constexpr std::int64_t digestBytes = 256 << 20;
 /// are links to what is large.
 inline constexpr std::int32_t keptEntryBytes = 16 << 20;
 
+/// Places of a page's content looked at for objects that are written apart, about a second's work:
+/// usually each operator is looked at once.
+inline constexpr std::int64_t searchedPlaces = 50'000'000;
+
+/// Clips within one another that are compared: SVG nests less than 200 deep, and deeper ones are
+/// written otherwise there.
+inline constexpr std::uint32_t comparedClips = 180;
+
 /// A page whose content is one stream of at most so many bytes in the file keeps one stream when
 /// something is added: to write it again costs no more than a few objects, and many tools look at
 /// the first stream only. Longer ones are referred to, and what is new stands beside them.

@@ -49,7 +49,10 @@ void ContentTrace::setMatrix(const Interpreter& interpreter) {
 
 void ContentTrace::addClip(Art art) {
     const auto link = static_cast<TraceIndex>(clips_.size());
-    clips_.push({.outer = behind_.clip, .event = next(), .art = art});
+    clips_.push({.outer = behind_.clip,
+                 .event = next(),
+                 .art = art,
+                 .depth = clips_[behind_.clip].depth + 1});
     behind_.clip = link;
 }
 
@@ -128,7 +131,10 @@ void ContentTrace::apply(const Interpreter& interpreter, TraceEvent& event) {
         return;
     case OperatorRole::beginMarked: {
         const auto link = static_cast<TraceIndex>(marks_.size());
-        marks_.push({behind_.mark, next(), isOptionalContent(event.role)});
+        marks_.push({.outer = behind_.mark,
+                     .event = next(),
+                     .isOptional = isOptionalContent(event.role),
+                     .depth = marks_[behind_.mark].depth + 1});
         behind_.mark = link;
         return;
     }

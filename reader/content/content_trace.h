@@ -53,9 +53,10 @@ struct TraceEvent {
 struct ClipLink {
     TraceIndex outer = 0;
     TraceIndex event = 0;
-    Art art = Art::null; ///< null: a clip that no art shows, such as text
-    bool hides = false;  ///< something that no art shows is painted in it
-    bool holds = false;  ///< something that art shows is painted in it, so its own art lives
+    Art art = Art::null;     ///< null: a clip that no art shows, such as text
+    std::uint32_t depth = 0; ///< 1 for the outermost
+    bool hides = false;      ///< something that no art shows is painted in it
+    bool holds = false;      ///< something that art shows is painted in it, so its own art lives
 };
 
 /// A link of the marked content that is open.
@@ -63,6 +64,7 @@ struct MarkLink {
     TraceIndex outer = 0;
     TraceIndex event = 0;
     bool isOptional = false; ///< content of a layer of the file, which may be hidden
+    std::uint32_t depth = 0; ///< 1 for the outermost
 };
 
 /// A link of the operators that set the state.

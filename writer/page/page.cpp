@@ -51,6 +51,9 @@ std::int64_t writePatched(DocumentCache& cache, const UpdatePlan& plan, PlannedP
     for (const MovedPattern& pattern : patch.page.patterns) {
         writePattern(cache, pattern);
     }
+    for (const DrawnGroup& group : patch.page.groups) {
+        writeGroup(cache, group);
+    }
     if (patch.page.resetState != 0) {
         writeResetState(*cache.output, patch.page.resetState);
     }

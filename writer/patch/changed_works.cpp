@@ -112,6 +112,30 @@ PathStyle paintedStyle(const TraceEvent& event, const PathStyle& was, PathStyle 
     return is;
 }
 
+/// Draws an object whose fill the host draws, by many paintings: together they are one where
+/// something in force would show through each.
+void drawnWorks(PatchTools& tools, const Surroundings& own, Art art) {
+    Walk& walk = tools.walk;
+    enterWorks(walk);
+    walk.text.addMatrix(inverse(tools.trace.matrix(own.matrix)).value_or(RealMatrix()));
+    walk.text.add("cm\n");
+    if (own.settings == 0) {
+        artWorks(walk, art);
+    } else {
+        walk.text.add("/");
+        walk.text.add(tools.groups.add(art));
+        walk.text.add(" Do\n");
+    }
+    leaveWorks(walk);
+}
+
+/// A stroke that no art shows, around a fill that the host draws.
+PathStyle strokedStyle() {
+    PathStyle style;
+    style.strokePaint = 1;
+    return style;
+}
+
 } // namespace
 
 RealMatrix movementOfPaint(const PatchTools& tools, const PathSource& source, Art art,
@@ -136,13 +160,14 @@ void changedWorks(PatchTools& tools, const PathSource& source, Art art,
     }
     const PathStyle was = styleOf(source.art);
     const PathStyle is = styleOf(art);
-    if (isDrawnByHost(is)) {
-        walk.text.addMatrix(inverse(ctm).value_or(RealMatrix()));
-        walk.text.add("cm\n");
-        artWorks(walk, art);
-        return;
+    const bool isDrawn = isDrawnByHost(is);
+    if (isDrawn) {
+        drawnWorks(tools, event.behind, art);
+        if (!event.hidesStroke || is.strokePaint != 0) {
+            return;
+        }
     }
-    if (difference.fill) {
+    if (difference.fill && !isDrawn) {
         colorWorks(walk, is.fill, true);
     }
     strokeWorks(walk, is, difference, meanStretch(ctm));
@@ -157,12 +182,13 @@ void changedWorks(PatchTools& tools, const PathSource& source, Art art,
     } else {
         rangesWorks(walk, bytes, constructionBytes(trace, source.event, false));
     }
-    if (hasOwnShape || difference.paints) {
+    if (hasOwnShape || difference.paints || isDrawn) {
         const Subpath& front = subpaths.items().back();
         if (!hasOwnShape && front.closed) {
             walk.text.add("h\n"); // the operator that went may have closed it
         }
-        walk.text.add(paintOperator(paintedStyle(event, was, is, front.guide), front.closed));
+        walk.text.add(paintOperator(
+            isDrawn ? strokedStyle() : paintedStyle(event, was, is, front.guide), front.closed));
     } else {
         wordWorks(walk, bytes, event);
     }

@@ -1,5 +1,6 @@
 #include "writer/patch/clip_matching.h"
 
+#include "runtime/budget.h"
 #include "runtime/callbacks.h"
 #include "writer/patch/art_extent.h"
 #include "writer/patch/path_bytes.h"
@@ -105,8 +106,9 @@ private:
 
     bool canChange(TraceIndex link) const {
         const TraceEvent& event = trace_.events()[trace_.clip(link).event];
-        return !trace_.clip(link).hides && isPlainPath(trace_, trace_.clip(link).event) &&
-               !event.behind.isInText && inverse(trace_.matrix(event.behind.matrix)).has_value();
+        return !trace_.clip(link).hides && trace_.clip(link).depth <= budget::comparedClips &&
+               isPlainPath(trace_, trace_.clip(link).event) && !event.behind.isInText &&
+               inverse(trace_.matrix(event.behind.matrix)).has_value();
     }
 
     void settleOwners() {
@@ -185,6 +187,9 @@ ClipMatching matchClips(const BaseReading& base, const EditedArtwork& artwork,
 bool isClippedAlike(const BaseReading& base, const EditedArtwork& artwork,
                     const ClipMatching& clips, TraceIndex clip, const EditedObject& object) {
     const ContentTrace& trace = base.trace;
+    if (trace.clip(clip).depth > budget::comparedClips) {
+        return true;
+    }
     EditedIndex group = object.group;
     std::optional<ArtExtent> extent;
     const auto leaves = [&](Art each) {

@@ -29,7 +29,8 @@ ClipMatching matchClips(const BaseReading& base, const EditedArtwork& artwork,
                         const Matching& matching);
 
 /// Whether an object is clipped in the artwork as the page clips it behind `clip`. Rectangles that
-/// cut nothing of the object do not count, nor do clips that no art shows.
+/// cut nothing of the object do not count, nor do clips that no art shows. Clips deeper than
+/// `budget::comparedClips` are taken to be the same.
 bool isClippedAlike(const BaseReading& base, const EditedArtwork& artwork,
                     const ClipMatching& clips, TraceIndex clip, const EditedObject& object);
 

@@ -1,6 +1,8 @@
 #include "writer/patch/insertion_points.h"
 
 #include "host/matrix.h"
+#include "runtime/budget.h"
+#include "runtime/exception.h"
 
 #include <algorithm>
 #include <tuple>
@@ -8,14 +10,6 @@
 namespace corvane {
 
 namespace {
-
-std::uint32_t markDepth(const ContentTrace& trace, TraceIndex mark) {
-    std::uint32_t depth = 0;
-    for (; mark != 0; mark = trace.mark(mark).outer) {
-        ++depth;
-    }
-    return depth;
-}
 
 bool isMarkAround(const ContentTrace& trace, TraceIndex outer, TraceIndex inner) {
     // Links are numbered in the order in which they were added.
@@ -65,39 +59,48 @@ std::uint32_t InsertionPoints::hiddenClips(TraceIndex clip) const {
     return count;
 }
 
-bool InsertionPoints::fits(const Surroundings& here, InsertionPoint& point) const {
+bool InsertionPoints::fits(const Surroundings& here, InsertionPoint& point) {
     if (here.isInText || here.isInPath || !inverse(trace_.matrix(here.matrix))) {
         return false;
     }
-    std::vector<TraceIndex> inForce;
+    around_.clear();
     for (TraceIndex link = here.clip; link != 0; link = trace_.clip(link).outer) {
         if (trace_.clip(link).art != Art::null) {
             if (!clips_.released[link]) {
-                inForce.push_back(link);
+                around_.push_back(link);
             }
-        } else if (own_ != nullptr
-                       ? !isAround(link, *own_)
-                       : !isAround(link, gap_->before) || !isAround(link, gap_->behind)) {
+        } else if (own_ != nullptr ? !isAround(link, *own_)
+                                   : !isAround(link, gap_.before) || !isAround(link, gap_.behind)) {
             return false;
         }
     }
     if (own_ != nullptr && hiddenClips(own_->clip) != hiddenClips(here.clip)) {
         return false;
     }
-    if (inForce.size() > wanted_.size() ||
-        !std::equal(inForce.rbegin(), inForce.rend(), wanted_.begin())) {
+    if (around_.size() > wanted_.size() ||
+        !std::equal(around_.rbegin(), around_.rend(), wanted_.begin())) {
         return false;
     }
     point.inForce = here;
-    point.clips = static_cast<std::uint32_t>(inForce.size());
+    point.clips = static_cast<std::uint32_t>(around_.size());
     return true;
 }
 
 std::optional<InsertionPoint> InsertionPoints::find(const InsertionGap& gap, EditedIndex group,
                                                     const Surroundings* own) {
+    // What found a place there finds it again: only the places before it were passed over.
+    const bool isSame = latest_ && group == group_ && own == nullptr && own_ == nullptr &&
+                        gap.first == latest_->event && gap.last == gap_.last;
+    if (isSame) {
+        return latest_;
+    }
     useGroup(group);
-    gap_ = &gap;
+    gap_ = gap;
     own_ = own;
+    searched_ += gap.last - std::min(gap.first, gap.last);
+    if (searched_ > budget::searchedPlaces) {
+        failException(Exception::limit);
+    }
     const TraceIndex common = commonMark(trace_, gap.before.mark, gap.behind.mark);
     std::optional<InsertionPoint> best;
     std::tuple<std::uint32_t, std::uint32_t> bestRank;
@@ -108,13 +111,13 @@ std::optional<InsertionPoint> InsertionPoints::find(const InsertionGap& gap, Edi
         if (!isMarkAround(trace_, here.mark, common) || !fits(here, point)) {
             continue;
         }
-        const std::tuple rank(markDepth(trace_, here.mark), point.clips);
+        const std::tuple rank(trace_.mark(here.mark).depth, point.clips);
         if (!best || rank >= bestRank) {
             best = point;
             bestRank = rank;
         }
     }
-    return best;
+    return latest_ = best;
 }
 
 } // namespace corvane

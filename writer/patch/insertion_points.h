@@ -27,13 +27,13 @@ public:
     /// The place for an object of that group: where the marked content around both neighbours and
     /// as many as possible of the group's clips are in force, and no others; of several, the last.
     /// `own` is what was in force where a moved object stood: clips without art that were around it
-    /// must be around the place.
+    /// must be around the place. Past `budget::searchedPlaces` in all: `limit`.
     std::optional<InsertionPoint> find(const InsertionGap& gap, EditedIndex group,
                                        const Surroundings* own);
 
 private:
     void useGroup(EditedIndex group);
-    bool fits(const Surroundings& here, InsertionPoint& point) const;
+    bool fits(const Surroundings& here, InsertionPoint& point);
     bool isAround(TraceIndex clip, const Surroundings& inner) const;
     std::uint32_t hiddenClips(TraceIndex clip) const;
 
@@ -42,8 +42,11 @@ private:
     const ClipMatching& clips_;
     EditedIndex group_ = 0;
     std::vector<TraceIndex> wanted_; // clips of the group from the outermost; 0: a new one
-    const InsertionGap* gap_ = nullptr;
+    InsertionGap gap_;
     const Surroundings* own_ = nullptr;
+    std::vector<TraceIndex> around_; // clips at the place looked at, from the innermost
+    std::optional<InsertionPoint> latest_;
+    std::int64_t searched_ = 0; // places looked at
 };
 
 /// The innermost marked content that is around both.

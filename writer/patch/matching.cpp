@@ -1,7 +1,6 @@
 #include "writer/patch/matching.h"
 
-#include "runtime/callbacks.h"
-#include "writer/art/outline.h"
+#include "writer/patch/look.h"
 
 #include <algorithm>
 #include <iterator>
@@ -88,38 +87,6 @@ private:
         }
     }
 
-    /// What is rounded the same way for equal objects, but for points at an edge of a cell.
-    struct Look {
-        std::int32_t count = 0; ///< of anchors
-        std::int64_t cellX = 0;
-        std::int64_t cellY = 0;
-        friend bool operator==(const Look&, const Look&) = default;
-    };
-    struct LookHash {
-        std::size_t operator()(const Look& look) const {
-            const auto mixed = (static_cast<std::uint64_t>(look.cellX) * 0x9E3779B97F4A7C15U) ^
-                               (static_cast<std::uint64_t>(look.cellY) * 0xC2B2AE3D27D4EB4FU);
-            return static_cast<std::size_t>(mixed + static_cast<std::uint64_t>(look.count));
-        }
-    };
-    /// Half a point: far more than an editor's rounding.
-    static constexpr Fixed cell = fixedOne / 2;
-
-    static Look lookOf(Art art, Fixed dx, Fixed dy) {
-        const ChargedList<Subpath> subpaths = subpathsWithin(art);
-        Look look;
-        for (const Subpath& subpath : subpaths.items()) {
-            if (look.count == 0 && subpath.count > 0) {
-                Segment first;
-                callHost(slot::getPathSegments, subpath.art, 0, 1, &first);
-                look.cellX = (std::int64_t{first.anchor.x} + dx) >> 15;
-                look.cellY = (std::int64_t{first.anchor.y} + dy) >> 15;
-            }
-            look.count += subpath.count;
-        }
-        return look;
-    }
-
     void matchByLook() {
         Looks left;
         const auto isLeft = [&](EditedIndex i) { return matching_.objects[i].source == noSource; };
@@ -138,7 +105,7 @@ private:
                 if (count++ % chargeStep == 0) {
                     charge.resize(static_cast<std::int64_t>((count + chargeStep) * nodeSize));
                 }
-                left[lookOf(artOf(base_, source), 0, 0)].push_back(source);
+                left[lookOf(artOf(base_, source)).cells(0, 0, 0, 0)].push_back(source);
             }
         }
         for (EditedIndex i = 0; i < matching_.objects.size() && count > 0; ++i) {
@@ -149,22 +116,22 @@ private:
     }
 
     /// Sources of one look, the first on the page last: equal objects keep their order.
-    using Looks = std::unordered_map<Look, std::vector<PaintedIndex>, LookHash>;
+    using Looks = std::unordered_map<LookCells, std::vector<PaintedIndex>, LookCells::Hash>;
     static constexpr std::size_t chargeStep = 4096;
     static constexpr std::size_t nodeSize = 128;
-    /// Equal-looking sources that are compared; pages repeat a mark thousands of times.
+    /// Sources of one look that are compared with an object: all that lie the same way.
     static constexpr int mostCompared = 32;
 
-    /// Looks in the cells around the object's first point.
+    /// Looks in the cells around the object's first and last point.
     void takeLook(EditedIndex i, Looks& left) {
-        constexpr Fixed room = cell / 8;
-        const Art art = artwork_.objects[i].art;
-        for (const Fixed dx : {-room, room}) {
-            for (const Fixed dy : {-room, room}) {
-                const auto found = left.find(lookOf(art, dx, dy));
-                if (found != left.end() && takeFrom(i, found->second)) {
-                    return;
-                }
+        const Look look = lookOf(artwork_.objects[i].art);
+        for (unsigned sides = 0; sides < 16; ++sides) {
+            const auto step = [&](unsigned bit) {
+                return (sides >> bit & 1U) != 0 ? Look::room : -Look::room;
+            };
+            const auto found = left.find(look.cells(step(0), step(1), step(2), step(3)));
+            if (found != left.end() && takeFrom(i, found->second)) {
+                return;
             }
         }
     }

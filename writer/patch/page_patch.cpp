@@ -20,7 +20,7 @@ namespace corvane {
 
 namespace {
 
-PatchCounts countsOf(const Matching& matching, const PaintOrder& order) {
+PatchCounts countsOf(const Matching& matching, const ClipMatching& clips, const PaintOrder& order) {
     PatchCounts counts;
     for (std::size_t i = 0; i < matching.objects.size(); ++i) {
         const MatchedObject& object = matching.objects[i];
@@ -29,6 +29,12 @@ PatchCounts countsOf(const Matching& matching, const PaintOrder& order) {
            : object.difference.any() ? counts.changed
            : order.stays[i]          ? counts.kept
                                      : counts.moved);
+    }
+    const auto isChanged = [&](TraceIndex link) {
+        return clips.changedBy[link] != 0 || clips.released[link];
+    };
+    for (TraceIndex link = 1; link < clips.released.size(); ++link) {
+        counts.changed += isChanged(link) ? 1 : 0;
     }
     counts.removed =
         static_cast<std::int32_t>(std::ranges::count(matching.owners, EditedIndex{noSource}));
@@ -39,6 +45,9 @@ PatchCounts countsOf(const Matching& matching, const PaintOrder& order) {
 void tellLayers(std::span<const std::string> layers) {
     const auto extension = knownExtension();
     for (std::size_t i = 1; i < layers.size(); ++i) {
+        if (layers[i].empty()) {
+            continue; // no person made it: what stands outside all layers
+        }
         raiseWarning(Warning::layerNotKept);
         if (extension && extension->layerNotKept != nullptr) {
             extension->layerNotKept(extension->context, layers[i]);
@@ -67,8 +76,8 @@ public:
             return std::pair(patch.range.start, patch.range.end);
         });
         refuseDamaged();
-        return {std::move(content_), std::move(tools_.bytes), tools_.patterns.take(),
-                countsOf(matching, order), resetState_};
+        return {std::move(content_),  std::move(tools_.bytes),          tools_.patterns.take(),
+                tools_.groups.take(), countsOf(matching, clips, order), resetState_};
     }
 
 private:

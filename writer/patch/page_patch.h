@@ -5,6 +5,7 @@
 #include "reader/page/page_base.h"
 #include "writer/page/resource_registry.h"
 #include "writer/patch/content_bytes.h"
+#include "writer/patch/drawn_groups.h"
 #include "writer/patch/moved_patterns.h"
 #include "writer/patch/patch.h"
 
@@ -25,6 +26,7 @@ struct PagePatch {
     ContentPatches content;
     ContentBytes bytes; ///< of the base
     std::vector<MovedPattern> patterns;
+    std::vector<DrawnGroup> groups;
     PatchCounts counts;
     std::int32_t resetState = 0; ///< number of the external graphics state to write; 0: none
 };

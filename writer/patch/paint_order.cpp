@@ -6,6 +6,7 @@
 #include "writer/patch/path_bytes.h"
 
 #include <algorithm>
+#include <functional>
 #include <optional>
 
 namespace corvane {
@@ -20,27 +21,29 @@ bool canStay(const ContentTrace& trace, PaintedIndex source, const ArtDifference
                                  inverse(trace.matrix(here.matrix)).has_value());
 }
 
-/// Of objects whose numbers in the order of the page these are: the longest run that ascends.
+/// Of objects whose numbers in the order of the page these are: the longest run that ascends. Of
+/// runs that are as long, one of the objects farthest in the back: what is written apart goes up,
+/// in front of things that are not in the artwork, and not down behind them.
 std::vector<EditedIndex> longestRun(const std::vector<EditedIndex>& objects,
                                     const Matching& matching) {
     constexpr auto none = EditedIndex(-1);
-    std::vector<EditedIndex> ends;                         // of runs, by length less one
-    std::vector<EditedIndex> former(objects.size(), none); // in the best run to each object
+    std::vector<EditedIndex> starts;                     // of runs, by length less one
+    std::vector<EditedIndex> next(objects.size(), none); // in the best run from each object
     const auto sourceOf = [&](EditedIndex at) { return matching.objects[objects[at]].source; };
-    for (EditedIndex at = 0; at < objects.size(); ++at) {
-        const auto place = std::ranges::lower_bound(ends, sourceOf(at), {}, sourceOf);
-        former[at] = place == ends.begin() ? none : *(place - 1);
-        if (place == ends.end()) {
-            ends.push_back(at);
+    for (auto at = static_cast<EditedIndex>(objects.size()); at-- > 0;) {
+        const auto place =
+            std::ranges::lower_bound(starts, sourceOf(at), std::ranges::greater(), sourceOf);
+        next[at] = place == starts.begin() ? none : *(place - 1);
+        if (place == starts.end()) {
+            starts.push_back(at);
         } else {
             *place = at;
         }
     }
     std::vector<EditedIndex> run;
-    for (EditedIndex at = ends.empty() ? none : ends.back(); at != none; at = former[at]) {
+    for (EditedIndex at = starts.empty() ? none : starts.back(); at != none; at = next[at]) {
         run.push_back(objects[at]);
     }
-    std::ranges::reverse(run);
     return run;
 }
 

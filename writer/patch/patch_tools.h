@@ -4,6 +4,7 @@
 #include "reader/content/content_trace.h"
 #include "writer/art/walk.h"
 #include "writer/patch/content_bytes.h"
+#include "writer/patch/drawn_groups.h"
 #include "writer/patch/gathered_state.h"
 #include "writer/patch/moved_patterns.h"
 #include "writer/patch/text_sink.h"
@@ -16,7 +17,8 @@ struct PatchTools {
     PatchTools(DocumentCache& cache, const PageBase& base, const ContentTrace& pageTrace,
                ResourceRegistry& resources)
         : trace(pageTrace), bytes(cache, base.streams, pageTrace.streamStarts()),
-          patterns(cache, base, resources), walk(sink), state(walk, bytes, pageTrace, patterns) {}
+          patterns(cache, base, resources), groups(resources), walk(sink),
+          state(walk, bytes, pageTrace, patterns) {}
     PatchTools(const PatchTools&) = delete;
     PatchTools& operator=(const PatchTools&) = delete;
 
@@ -29,6 +31,7 @@ struct PatchTools {
     const ContentTrace& trace;
     ContentBytes bytes;
     MovedPatterns patterns;
+    DrawnGroups groups;
     TextSink sink;
     Walk walk;
     GatheredState state;

@@ -162,5 +162,20 @@ TEST_F(SaveAgain, ArtworkOfNobodysPageBecomesANewFile) {
     EXPECT_EQ(folder_.names(), (std::vector<std::string>{"a.svg", "new.pdf"}));
 }
 
+TEST_F(SaveAgain, ArtworkOfNoPageReplacesOneByForceAlone) {
+    const std::string old = example("two-pages.pdf");
+    folder_.add("in.pdf", old);
+    auto saving = process({"save", "-", "in.pdf", "--page", "2"});
+    saving.input = "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'>"
+                   "<path d='M0 0H9V9Z'/></svg>";
+    const auto refused = test::run(saving);
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_TRUE(holds(refused.errors, "error 21: the artwork does not say")) << refused.errors;
+    EXPECT_EQ(bytes("in.pdf"), old);
+    saving.words.emplace_back("--force");
+    EXPECT_EQ(test::run(saving).status, 0);
+    EXPECT_NE(bytes("in.pdf"), old);
+}
+
 } // namespace
 } // namespace corvane

@@ -1,0 +1,41 @@
+// Transparency groups: what takes several paintings to draw and is one thing under the transparency
+// in force.
+#pragma once
+
+#include "host/artwork.h"
+#include "reader/document/cache.h"
+#include "writer/page/resource_registry.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace corvane {
+
+/// A form that is to be written (PDF Reference, 4.9 and 7.5.5).
+struct DrawnGroup {
+    std::int32_t number = 0;
+    std::string text; ///< its content; it names no resources
+    Rect box;
+};
+
+class DrawnGroups {
+public:
+    explicit DrawnGroups(ResourceRegistry& resources) : resources_(resources) {}
+
+    /// Draws a path or compound path in a form of its own; its name.
+    std::string_view add(Art art);
+
+    std::vector<DrawnGroup> take() { return std::move(groups_); }
+
+private:
+    ResourceRegistry& resources_;
+    std::vector<DrawnGroup> groups_;
+};
+
+/// Writes a form to the cache's output.
+void writeGroup(DocumentCache& cache, const DrawnGroup& group);
+
+} // namespace corvane
