@@ -1,8 +1,10 @@
 #include "writer/art/outline.h"
 
 #include "reader/content/art.h"
-#include "runtime/exception.h"
+#include "runtime/callbacks.h"
 #include "writer/art/art_stack.h"
+
+#include <algorithm>
 
 namespace corvane {
 
@@ -32,6 +34,20 @@ ChargedList<Subpath> subpathsWithin(Art art) {
 
 Art leadingPath(Art art) {
     return artKind(art) == ArtKind::path ? art : firstChild(art);
+}
+
+PathStyle leadingStyle(Art art) {
+    PathStyle style;
+    if (const Art path = leadingPath(art); path != Art::null) {
+        callHost(slot::getPathStyle, path, &style);
+    }
+    return style;
+}
+
+std::span<const Segment> SegmentReader::read(std::int32_t first) {
+    const auto count = std::min(subpath_.count - first, static_cast<std::int32_t>(block_.size()));
+    callHost(slot::getPathSegments, subpath_.art, first, count, block_.data());
+    return std::span(block_).first(static_cast<std::size_t>(count));
 }
 
 } // namespace corvane

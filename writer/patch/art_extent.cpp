@@ -34,30 +34,16 @@ void ArtExtent::add(const Point& point) {
 
 ArtExtent extentOf(Art art) {
     ArtExtent extent;
-    const ChargedList<Subpath> subpaths = subpathsWithin(art);
-    std::array<Segment, 128> block;
-    for (const Subpath& subpath : subpaths.items()) {
-        for (std::int32_t at = 0; at < subpath.count;) {
-            const auto count =
-                std::min(subpath.count - at, static_cast<std::int32_t>(block.size()));
-            callHost(slot::getPathSegments, subpath.art, at, count, block.data());
-            for (const Segment& segment : std::span(block).first(static_cast<std::size_t>(count))) {
-                extent.add(segment.anchor);
-                extent.add(segment.in);
-                extent.add(segment.out);
-            }
-            at += count;
-        }
-    }
-    if (const Art path = leadingPath(art); path != Art::null) {
-        PathStyle style;
-        callHost(slot::getPathStyle, path, &style);
-        const std::int64_t reach = strokeReach(style);
-        extent.left -= reach;
-        extent.bottom -= reach;
-        extent.right += reach;
-        extent.top += reach;
-    }
+    forEachSegment(art, [&](const Segment& segment) {
+        extent.add(segment.anchor);
+        extent.add(segment.in);
+        extent.add(segment.out);
+    });
+    const std::int64_t reach = strokeReach(leadingStyle(art));
+    extent.left -= reach;
+    extent.bottom -= reach;
+    extent.right += reach;
+    extent.top += reach;
     return extent;
 }
 

@@ -8,6 +8,7 @@
 #include "writer/art/path_works.h"
 #include "writer/art/segment_works.h"
 #include "writer/art/style_works.h"
+#include "writer/patch/kept_works.h"
 #include "writer/patch/movement.h"
 
 #include <algorithm>
@@ -75,27 +76,6 @@ void strokeWorks(Walk& walk, const PathStyle& style, const ArtDifference& differ
     }
 }
 
-PathStyle styleOf(Art art) {
-    PathStyle style;
-    if (const Art path = leadingPath(art); path != Art::null) {
-        callHost(slot::getPathStyle, path, &style);
-    }
-    return style;
-}
-
-void rangesWorks(Walk& walk, ContentBytes& bytes, const std::vector<ByteRange>& ranges) {
-    std::string text;
-    for (const ByteRange& range : ranges) {
-        bytes.append(text, range);
-        text += '\n'; // a comment may end it
-    }
-    walk.text.add(text);
-}
-
-void wordWorks(Walk& walk, ContentBytes& bytes, const TraceEvent& event) {
-    rangesWorks(walk, bytes, {{event.word, event.end}});
-}
-
 /// What the operator that ends the changed path does: fills and strokes that no art shows go on.
 PathStyle paintedStyle(const TraceEvent& event, const PathStyle& was, PathStyle is, bool isGuide) {
     if (isGuide) {
@@ -150,7 +130,6 @@ RealMatrix movementOfPaint(const PatchTools& tools, const PathSource& source, Ar
 void changedWorks(PatchTools& tools, const PathSource& source, Art art,
                   const ArtDifference& difference) {
     Walk& walk = tools.walk;
-    ContentBytes& bytes = tools.bytes;
     const ContentTrace& trace = tools.trace;
     const TraceEvent& event = trace.events()[source.event];
     const RealMatrix& ctm = trace.matrix(event.behind.matrix);
@@ -158,8 +137,8 @@ void changedWorks(PatchTools& tools, const PathSource& source, Art art,
     if (subpaths.empty()) {
         return;
     }
-    const PathStyle was = styleOf(source.art);
-    const PathStyle is = styleOf(art);
+    const PathStyle was = leadingStyle(source.art);
+    const PathStyle is = leadingStyle(art);
     const bool isDrawn = isDrawnByHost(is);
     if (isDrawn) {
         drawnWorks(tools, event.behind, art);
@@ -180,7 +159,7 @@ void changedWorks(PatchTools& tools, const PathSource& source, Art art,
         segmentWorks(walk, subpaths.items());
         walk.space.reset();
     } else {
-        rangesWorks(walk, bytes, constructionBytes(trace, source.event, false));
+        rangesWorks(tools, constructionBytes(trace, source.event, false));
     }
     if (hasOwnShape || difference.paints || isDrawn) {
         const Subpath& front = subpaths.items().back();
@@ -190,30 +169,8 @@ void changedWorks(PatchTools& tools, const PathSource& source, Art art,
         walk.text.add(paintOperator(
             isDrawn ? strokedStyle() : paintedStyle(event, was, is, front.guide), front.closed));
     } else {
-        wordWorks(walk, bytes, event);
+        wordWorks(tools, event);
     }
-}
-
-void unchangedWorks(PatchTools& tools, TraceIndex event) {
-    rangesWorks(tools.walk, tools.bytes, constructionBytes(tools.trace, event, false));
-    wordWorks(tools.walk, tools.bytes, tools.trace.events()[event]);
-}
-
-void clipOnlyWorks(PatchTools& tools, TraceIndex event, Art changed) {
-    Walk& walk = tools.walk;
-    if (changed == Art::null) {
-        rangesWorks(walk, tools.bytes, constructionBytes(tools.trace, event, true));
-        walk.text.add("n\n");
-        return;
-    }
-    walk.space = userSpace(tools.trace.matrix(tools.trace.events()[event].behind.matrix));
-    const ChargedList<Subpath> subpaths = subpathsWithin(changed);
-    if (!segmentWorks(walk, subpaths.items())) {
-        walk.text.add("0 0 0 0 re\n");
-    }
-    walk.space.reset();
-    walk.text.add(clipOperator(styleOf(changed)));
-    walk.text.add("n\n");
 }
 
 } // namespace corvane

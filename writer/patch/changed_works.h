@@ -25,10 +25,4 @@ RealMatrix movementOfPaint(const PatchTools& tools, const PathSource& source, Ar
 void changedWorks(PatchTools& tools, const PathSource& source, Art art,
                   const ArtDifference& difference);
 
-/// Writes the page's own bytes of a path: without what makes it a clip.
-void unchangedWorks(PatchTools& tools, TraceIndex event);
-
-/// Writes a path of the page that only clips: as it was, or in the form of that art.
-void clipOnlyWorks(PatchTools& tools, TraceIndex event, Art changed);
-
 } // namespace corvane

@@ -197,9 +197,9 @@ bool isClippedAlike(const BaseReading& base, const EditedArtwork& artwork,
         return cutsNothing(each, *extent);
     };
     for (;;) {
-        clip = clips.inForce(trace, clip);
+        clip = clips.unreleased(trace, clip);
         while (clip != 0 && trace.clip(clip).art == Art::null) {
-            clip = clips.inForce(trace, trace.clip(clip).outer);
+            clip = clips.unreleased(trace, trace.clip(clip).outer);
         }
         while (group != 0 && artwork.groups[group].clip == Art::null) {
             group = artwork.groups[group].outer;

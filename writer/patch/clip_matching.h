@@ -14,7 +14,7 @@ struct ClipMatching {
     std::vector<bool> released;         ///< by clip: none of its objects is clipped any more
 
     /// The clip that still clips around this one, it included; 0: none.
-    TraceIndex inForce(const ContentTrace& trace, TraceIndex link) const {
+    TraceIndex unreleased(const ContentTrace& trace, TraceIndex link) const {
         while (link != 0 && released[link]) {
             link = trace.clip(link).outer;
         }

@@ -27,23 +27,6 @@ bool isNear(const Point& a, const Point& b) {
     return isNear(a.x, b.x) && isNear(a.y, b.y);
 }
 
-/// Reads the segments of one subpath block by block.
-class SegmentReader {
-public:
-    explicit SegmentReader(const Subpath& subpath) : subpath_(subpath) {}
-
-    std::span<const Segment> read(std::int32_t first) {
-        const auto count =
-            std::min(subpath_.count - first, static_cast<std::int32_t>(block_.size()));
-        callHost(slot::getPathSegments, subpath_.art, first, count, block_.data());
-        return std::span(block_).first(static_cast<std::size_t>(count));
-    }
-
-private:
-    const Subpath& subpath_;
-    std::array<Segment, 256> block_;
-};
-
 /// The control points before the first anchor and behind the last of an open path are not seen.
 bool sameSegment(const Segment& a, const Segment& b, bool isFirst, bool isLast) {
     return isNear(a.anchor, b.anchor) && (isFirst || isNear(a.in, b.in)) &&
@@ -97,15 +80,6 @@ VisibleColour visible(const Colour& colour) {
 
 bool isPlain(const Colour& colour) {
     return colour.kind == ColourKind::gray || colour.kind == ColourKind::process;
-}
-
-PathStyle leadingStyle(Art art) {
-    PathStyle style;
-    const Art path = leadingPath(art);
-    if (path != Art::null) {
-        callHost(slot::getPathStyle, path, &style);
-    }
-    return style;
 }
 
 /// Lengths agree to a thousandth of themselves or what is not seen.

@@ -78,11 +78,11 @@ std::vector<SetterLink> GatheredState::neededFor(TraceIndex setter) {
 }
 
 void GatheredState::enterSpace(const RealMatrix& space) {
-    const std::optional<RealMatrix> back = inverse(inForce_);
-    if (space != inForce_ && back) {
+    const std::optional<RealMatrix> back = inverse(space_);
+    if (space != space_ && back) {
         walk_.text.addMatrix(withoutSignedZeros(multiply(space, *back)));
         walk_.text.add("cm\n");
-        inForce_ = space;
+        space_ = space;
     }
 }
 
@@ -143,13 +143,13 @@ void GatheredState::setAll(TraceIndex setter, const RealMatrix& movement) {
 
 void GatheredState::write(const Surroundings& own, const RealMatrix& ctm,
                           const RealMatrix& movement) {
-    inForce_ = ctm;
+    space_ = ctm;
     setAll(own.setter, movement);
     enterSpace(trace_.matrix(own.matrix));
 }
 
 void GatheredState::writeOnArtboard(const Surroundings& own) {
-    inForce_ = {};
+    space_ = {};
     setAll(own.setter, {});
     enterSpace({});
 }

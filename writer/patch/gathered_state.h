@@ -44,7 +44,7 @@ private:
     ContentBytes& bytes_;
     const ContentTrace& trace_;
     MovedPatterns& patterns_;
-    RealMatrix inForce_;
+    RealMatrix space_;
     std::vector<std::uint32_t>
         roles_; // by setter: what it and those before it set, a bit for each role
 };

@@ -4,6 +4,7 @@
 #include "writer/art/path_works.h"
 #include "writer/art/style_works.h"
 #include "writer/patch/insertion_points.h"
+#include "writer/patch/kept_works.h"
 
 #include <algorithm>
 
@@ -58,7 +59,7 @@ void InsertedWorks::openGroups(const Insertion& insertion) {
     }
     std::ranges::reverse(around);
     std::vector<EditedIndex> wanted;
-    std::uint32_t inForce = insertion.point.clips;
+    std::uint32_t inForce = insertion.point.ownClips;
     for (const EditedIndex group : around) {
         const bool clips = artwork_.groups[group].clip != Art::null;
         if (clips && inForce > 0) {

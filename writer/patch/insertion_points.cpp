@@ -82,7 +82,7 @@ bool InsertionPoints::fits(const Surroundings& here, InsertionPoint& point) {
         return false;
     }
     point.inForce = here;
-    point.clips = static_cast<std::uint32_t>(around_.size());
+    point.ownClips = static_cast<std::uint32_t>(around_.size());
     return true;
 }
 
@@ -111,7 +111,7 @@ std::optional<InsertionPoint> InsertionPoints::find(const InsertionGap& gap, Edi
         if (!isMarkAround(trace_, here.mark, common) || !fits(here, point)) {
             continue;
         }
-        const std::tuple rank(trace_.mark(here.mark).depth, point.clips);
+        const std::tuple rank(trace_.mark(here.mark).depth, point.ownClips);
         if (!best || rank >= bestRank) {
             best = point;
             bestRank = rank;

@@ -1,6 +1,5 @@
 #include "writer/patch/movement.h"
 
-#include "runtime/callbacks.h"
 #include "runtime/charged_list.h"
 #include "runtime/fixed.h"
 #include "writer/art/outline.h"
@@ -19,21 +18,11 @@ constexpr double room = 1.0 / 64;
 
 ChargedList<RealPoint> pointsOf(Art art) {
     ChargedList<RealPoint> points;
-    const ChargedList<Subpath> subpaths = subpathsWithin(art);
-    std::array<Segment, 128> block;
-    for (const Subpath& subpath : subpaths.items()) {
-        for (std::int32_t at = 0; at < subpath.count;) {
-            const auto count =
-                std::min(subpath.count - at, static_cast<std::int32_t>(block.size()));
-            callHost(slot::getPathSegments, subpath.art, at, count, block.data());
-            for (const Segment& segment : std::span(block).first(static_cast<std::size_t>(count))) {
-                for (const Point& point : {segment.anchor, segment.in, segment.out}) {
-                    points.push({realFromFixed(point.x), realFromFixed(point.y)});
-                }
-            }
-            at += count;
+    forEachSegment(art, [&](const Segment& segment) {
+        for (const Point& point : {segment.anchor, segment.in, segment.out}) {
+            points.push({realFromFixed(point.x), realFromFixed(point.y)});
         }
-    }
+    });
     return points;
 }
 

@@ -2,6 +2,7 @@
 
 #include "runtime/exception.h"
 #include "writer/art/style_works.h"
+#include "writer/patch/kept_works.h"
 
 #include <algorithm>
 

@@ -14,7 +14,7 @@ struct InsertionPoint {
     TraceIndex event = 0; ///< otherwise: in front of this event
     Surroundings inForce = {};
     /// Clips of the object's own groups that are in force there; it draws the inner ones itself.
-    std::uint32_t clips = 0;
+    std::uint32_t ownClips = 0;
 };
 
 /// An object that is written apart.
