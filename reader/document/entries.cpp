@@ -115,7 +115,11 @@ void readRegularEntries(DocumentCache& cache, TokenFilter& tokens) {
 }
 
 OperatorResult xrefOperator(DocumentCache&) {
-    return 0;
+    // The next section: of a pair that some writers append, the first has no "startxref".
+    return rules().toleratesSubsections && countStack() == 1 &&
+                   typeObject(indexStack(0)) == ObjectType::dictionary
+               ? 1
+               : 0;
 }
 
 OperatorResult freeOperator(DocumentCache& cache) {
