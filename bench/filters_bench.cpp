@@ -10,7 +10,7 @@
 #include "filters/predictor.h"
 #include "filters/run_length.h"
 #include "filters/space.h"
-#include "tests/support/memory_filter.h"
+#include "filters/memory_filter.h"
 
 #include <array>
 #include <benchmark/benchmark.h>
@@ -127,7 +127,7 @@ void readThrough(benchmark::State& state, const std::string& data, const Link& l
     std::int64_t delivered = 0;
     for (auto _ : state) {
         Chain chain;
-        chain.link(std::make_unique<test::MemoryFilter>(bytesOf(data)));
+        chain.link(std::make_unique<MemoryFilter>(bytesOf(data)));
         link(chain);
         for (std::size_t count = block.size(); count == block.size();) {
             count = readFilter(*chain.top(), block);

@@ -6,7 +6,7 @@
 // The whole file is scanned; all but its first and last few hundred bytes are one content stream.
 #include "filters/token.h"
 #include "runtime/rules.h"
-#include "tests/support/memory_filter.h"
+#include "filters/memory_filter.h"
 #include "tests/support/process.h"
 #include "toolbox/state.h"
 
@@ -47,7 +47,7 @@ void readTokens(benchmark::State& state, const std::string& bytes) {
     std::int64_t tokens = 0;
     while (state.KeepRunning()) {
         Chain chain;
-        chain.link(std::make_unique<test::MemoryFilter>(std::as_bytes(std::span(bytes))));
+        chain.link(std::make_unique<MemoryFilter>(std::as_bytes(std::span(bytes))));
         auto owner = setupToken();
         TokenFilter& filter = *owner;
         chain.link(std::move(owner));

@@ -15,7 +15,7 @@
 #include "runtime/exception.h"
 #include "runtime/rules.h"
 #include "tests/filters/lzw_reference.h"
-#include "tests/support/memory_filter.h"
+#include "filters/memory_filter.h"
 #include "toolbox/state.h"
 
 #include <algorithm>
@@ -44,7 +44,7 @@ Reading readThrough(Bytes input, const LinkFilters& link, std::uint32_t longestC
     Reading reading;
     Choices choices(input);
     reading.code = guarded([&] {
-        test::MemoryFilter bottom(input, longestRead);
+        MemoryFilter bottom(input, longestRead);
         Chain chain(&bottom);
         link(chain);
         for (;;) {

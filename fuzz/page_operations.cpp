@@ -1,9 +1,9 @@
 #include "fuzz/page_operations.h"
 
+#include "filters/memory_filter.h"
 #include "reader/content/inline_image.h"
 #include "reader/page/page_content.h"
 #include "reader/syntax/stream_chain.h"
-#include "tests/support/memory_filter.h"
 
 #include <memory>
 #include <string_view>
@@ -31,7 +31,7 @@ public:
     /// Operands go on from one stream to the next, tokens do not.
     void read(std::string_view content) {
         Chain chain;
-        chain.link(std::make_unique<test::MemoryFilter>(std::as_bytes(std::span(content))));
+        chain.link(std::make_unique<MemoryFilter>(std::as_bytes(std::span(content))));
         auto owner = setupToken();
         TokenFilter& tokens = *owner;
         chain.link(std::move(owner));

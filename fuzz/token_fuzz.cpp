@@ -6,7 +6,7 @@
 #include "host/memory.h"
 #include "runtime/exception.h"
 #include "runtime/rules.h"
-#include "tests/support/memory_filter.h"
+#include "filters/memory_filter.h"
 #include "toolbox/state.h"
 
 #include <algorithm>
@@ -124,7 +124,7 @@ Reading readThrough(Bytes input, std::int32_t bufferSize) {
     Reading reading;
     reading.code = guarded([&] {
         Chain chain;
-        chain.link(std::make_unique<test::MemoryFilter>(input));
+        chain.link(std::make_unique<MemoryFilter>(input));
         if (bufferSize > 0) {
             chain.link(setupBuffer(bufferSize));
         }

@@ -18,7 +18,7 @@ public:
     static ObjectPlace inStream(std::int32_t stream, std::int32_t index);
 
     bool isInStream() const { return stream_ != 0; }
-    /// Of the object in the file. Objects of object streams are not read yet: `structure`.
+    /// Of the object in the file; in an object stream: `structure`.
     std::int32_t offset() const;
     /// Number of the object stream; 0: it stands in the file itself.
     std::int32_t stream() const { return stream_; }

@@ -31,6 +31,18 @@ inline constexpr std::int32_t pageTreeDepth = 256;
 /// end.
 inline constexpr std::int64_t rereadBytes = 64 << 20;
 
+/// Bytes of one object stream, decoded: writers put a few hundred objects into one, few put all of
+/// a large file there.
+inline constexpr std::size_t objectStreamBytes = 256 << 20;
+
+/// Memory of the decoded object streams that are kept. A page uses a few; past it the one that was
+/// used longest ago goes.
+inline constexpr std::int64_t keptObjectStreams = 64 << 20;
+
+/// Entries of cross-reference streams read while a file is open: four times every object that there
+/// can be, a second or two of work. A small file can unpack to more.
+inline constexpr std::int64_t streamedEntries = 4 * std::int64_t{objectNumber};
+
 /// Keys compared in dictionaries while a file is open, a second or two of work: real files need
 /// thousands.
 inline constexpr std::int64_t comparedKeys = 200'000'000;

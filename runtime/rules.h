@@ -36,6 +36,10 @@ struct Rules {
     /// A subsection may hold fewer entries than its header says.
     bool toleratesSubsections;
 
+    /// Cross-reference streams and object streams are read, and an update goes on in the form of the
+    /// section before it.
+    bool readsObjectStreams;
+
     /// An object without "endobj" ends where the next thing begins; one without a value is null.
     bool toleratesMissingEnd;
 
@@ -170,6 +174,7 @@ inline constexpr Rules originalRules{
     .modernHeader = false,
     .findsStartxref = false,
     .toleratesSubsections = false,
+    .readsObjectStreams = false,
     .toleratesMissingEnd = false,
     .findsEndstream = false,
     .repairsReferences = false,
@@ -217,6 +222,7 @@ inline constexpr Rules extendedRules{
     .modernHeader = true,
     .findsStartxref = true,
     .toleratesSubsections = true,
+    .readsObjectStreams = true,
     .toleratesMissingEnd = true,
     .findsEndstream = true,
     .repairsReferences = true,

@@ -36,11 +36,15 @@ void readSections(DocumentCache& cache) {
     std::set<std::int32_t> seen;
     std::int32_t offset = locateSection(cache);
     hoistXRef(offset);
-    for (; offset != 0; offset = xrefCache(cache, offset).previous) {
+    while (offset != 0) {
         if (!seen.insert(offset).second) {
             failException(Exception::structure);
         }
+        const SectionFacts facts = xrefCache(cache, offset);
+        cache.continuesStream =
+            cache.sectionOffsets.empty() ? facts.isStream : cache.continuesStream;
         cache.sectionOffsets.push_back(offset);
+        offset = facts.previous;
     }
     if (typeObject(cache.trailer.get()) != ObjectType::dictionary) {
         failException(Exception::structure);
@@ -62,8 +66,11 @@ void forgetReferences(DocumentCache& cache) {
     cache.pages.clear();
     cache.pagesWalked = false;
     cache.references = openReference();
+    cache.objectStreams.clear();
     cache.freed.clear();
+    cache.freedHere.clear();
     cache.sectionOffsets.clear();
+    cache.continuesStream = false;
 }
 
 /// Reads the cross-reference and walks the page tree. Where that fails, and the profile allows it,

@@ -12,6 +12,7 @@
 #include "objects/reference.h"
 #include "reader/syntax/key_index.h"
 #include "reader/syntax/keyword_table.h"
+#include "reader/syntax/object_stream.h"
 
 #include <cstdint>
 #include <memory>
@@ -35,12 +36,14 @@ struct PageEntry {
 
 /// What was spent on a file so far, held against the budgets (runtime/budget.h).
 struct ReadingWork {
-    std::int32_t depth = 0;         ///< objects being read for one another
-    std::int64_t places = 0;        ///< readings at a place of the file
-    std::int64_t readBytes = 0;     ///< of objects, those read again counted again
-    std::int64_t comparedKeys = 0;  ///< of dictionaries looked into
-    std::int64_t searchedBytes = 0; ///< searched for ends of streams
-    std::int64_t pageBytes = 0;     ///< that streams delivered since the page came into use
+    std::int32_t depth = 0;           ///< objects being read for one another
+    std::int64_t places = 0;          ///< readings at a place of the file
+    std::int64_t readBytes = 0;       ///< of objects, those read again counted again
+    std::int64_t unpackedBytes = 0;   ///< of object streams, those decoded again counted again
+    std::int64_t streamedEntries = 0; ///< of cross-reference streams
+    std::int64_t comparedKeys = 0;    ///< of dictionaries looked into
+    std::int64_t searchedBytes = 0;   ///< searched for ends of streams
+    std::int64_t pageBytes = 0;       ///< that streams delivered since the page came into use
 };
 
 struct DocumentCache {
@@ -65,10 +68,13 @@ struct DocumentCache {
     std::string version; ///< of the header: "1.4"
 
     ReferenceTableOwner references;
+    ObjectStreams objectStreams;
     KeyIndexes keyIndexes; ///< of large dictionaries that were looked into
     ReadingWork work;
     std::vector<bool> freed;                  ///< by number: objects that a newer section freed
+    std::vector<std::int32_t> freedHere;      ///< numbers that the section being read frees
     std::vector<std::int32_t> sectionOffsets; ///< of the cross-reference, the newest first
+    bool continuesStream = false;             ///< the newest section is a stream
     bool repaired = false; ///< objects were found by searching, not by the cross-reference
 
     ObjectOwner trailer;
@@ -97,13 +103,15 @@ void closeCache(std::unique_ptr<DocumentCache> cache);
 struct SectionFacts {
     std::int32_t previous = 0; ///< offset of the one before it; 0: none
     std::int32_t end = 0;      ///< behind the word "startxref", counted from the file's first byte
+    bool isStream = false;
 };
 
-/// Reads the cross-reference section and trailer at `offset`.
+/// Reads the cross-reference section and trailer at `offset`: a table, with the stream that it
+/// names for readers of those (XRefStm), or a stream.
 SectionFacts xrefCache(DocumentCache& cache, std::int32_t offset);
 
 /// Reads the indirect object `number` `generation` at `place`. Raises `structure` where another
-/// stands there, and for an object in an object stream, which cannot be read yet.
+/// stands there.
 ObjectOwner objectCache(DocumentCache& cache, std::int32_t number, std::int32_t generation,
                         ObjectPlace place);
 

@@ -17,32 +17,6 @@ namespace corvane {
 
 namespace {
 
-struct Entry {
-    ObjectPlace place;
-    std::int32_t generation = 0;
-    bool used = false;
-};
-
-void noteEntry(DocumentCache& cache, std::int32_t number, const Entry& entry) {
-    if (number < 0 || number > budget::objectNumber) {
-        failException(Exception::structure);
-    }
-    usedIdentity(number);
-    const auto index = static_cast<std::size_t>(number);
-    // No object can stand where the header does: such an entry is a free one of a careless writer.
-    const bool used =
-        entry.used && (entry.place != ObjectPlace::atOffset(0) || !rules().missingObjectIsNull);
-    if (!used) {
-        freeReference(*cache.references, number, entry.generation, entry.place);
-        if (rules().missingObjectIsNull) {
-            cache.freed.resize(std::max(cache.freed.size(), index + 1));
-            cache.freed[index] = true;
-        }
-    } else if (index >= cache.freed.size() || !cache.freed[index]) {
-        nodeReference(*cache.references, number, entry.generation, entry.place);
-    }
-}
-
 /// One entry. The subsection's first number and count stay below the entries until the last was
 /// read.
 void readEntry(DocumentCache& cache, bool used) {
@@ -70,7 +44,7 @@ std::int32_t digitsValue(std::string_view digits) {
 }
 
 /// The entry at the front of `bytes`, if it has the exact form.
-std::optional<Entry> regularEntry(std::string_view bytes) {
+std::optional<SectionEntry> regularEntry(std::string_view bytes) {
     if (bytes.size() < entryLength || bytes[10] != ' ' || bytes[16] != ' ' ||
         (bytes[17] != 'n' && bytes[17] != 'f') || !isSpace(bytes[18]) || !isSpace(bytes[19])) {
         return std::nullopt;
@@ -80,11 +54,39 @@ std::optional<Entry> regularEntry(std::string_view bytes) {
     if (!std::ranges::all_of(offset, isDigit) || !std::ranges::all_of(generation, isDigit)) {
         return std::nullopt;
     }
-    return Entry{ObjectPlace::atOffset(digitsValue(offset)), digitsValue(generation),
-                 bytes[17] == 'n'};
+    return SectionEntry{ObjectPlace::atOffset(digitsValue(offset)), digitsValue(generation),
+                        bytes[17] == 'n'};
 }
 
 } // namespace
+
+void noteEntry(DocumentCache& cache, std::int32_t number, const SectionEntry& entry) {
+    if (number < 0 || number > budget::objectNumber) {
+        failException(Exception::structure);
+    }
+    usedIdentity(number);
+    const auto index = static_cast<std::size_t>(number);
+    // No object can stand where the header does: such an entry is a free one of a careless writer.
+    const bool used =
+        entry.used && (entry.place != ObjectPlace::atOffset(0) || !rules().missingObjectIsNull);
+    if (!used) {
+        freeReference(*cache.references, number, entry.generation, entry.place);
+        cache.freedHere.push_back(number);
+    } else if (index >= cache.freed.size() || !cache.freed[index]) {
+        nodeReference(*cache.references, number, entry.generation, entry.place);
+    }
+}
+
+void settleFreed(DocumentCache& cache) {
+    if (!cache.freedHere.empty() && rules().missingObjectIsNull) {
+        const auto highest = static_cast<std::size_t>(std::ranges::max(cache.freedHere));
+        cache.freed.resize(std::max(cache.freed.size(), highest + 1));
+        for (const std::int32_t number : cache.freedHere) {
+            cache.freed[static_cast<std::size_t>(number)] = true;
+        }
+    }
+    cache.freedHere.clear();
+}
 
 void readRegularEntries(DocumentCache& cache, TokenFilter& tokens) {
     if (countStack() != 2 || typeObject(indexStack(1)) != ObjectType::integer ||
@@ -98,7 +100,7 @@ void readRegularEntries(DocumentCache& cache, TokenFilter& tokens) {
         if (bytes.size() < entryLength) {
             bytes = tokens.aheadOfSpace(entryLength);
         }
-        const std::optional<Entry> entry = regularEntry(bytes);
+        const std::optional<SectionEntry> entry = regularEntry(bytes);
         if (!entry) {
             break;
         }
@@ -113,7 +115,11 @@ void readRegularEntries(DocumentCache& cache, TokenFilter& tokens) {
 }
 
 OperatorResult xrefOperator(DocumentCache&) {
-    return 0;
+    // The next section: of a pair that some writers append, the first has no "startxref".
+    return rules().toleratesSubsections && countStack() == 1 &&
+                   typeObject(indexStack(0)) == ObjectType::dictionary
+               ? 1
+               : 0;
 }
 
 OperatorResult freeOperator(DocumentCache& cache) {

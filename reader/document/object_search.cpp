@@ -23,8 +23,15 @@ constexpr std::size_t cutReach = 16;
 /// Trailers kept while searching: the newest ones.
 constexpr std::size_t keptTrailers = 64;
 
-enum Word : std::uint8_t { objectWord, trailerWord, objectStreamName, encryptName };
-constexpr std::array<std::string_view, 4> words = {"obj", "trailer", "/ObjStm", "/Encrypt"};
+enum Word : std::uint8_t { objectWord, trailerWord, objectStreamName, sectionName, encryptName };
+constexpr std::array<std::string_view, 5> words = {"obj", "trailer", "/ObjStm", "/XRef",
+                                                   "/Encrypt"};
+
+Mentioned mentionedBy(Word name) {
+    return name == objectStreamName ? Mentioned::objectStream
+           : name == sectionName    ? Mentioned::sectionStream
+                                    : Mentioned::encryption;
+}
 
 /// Takes an integer, and the white space behind it, off the end of `text`.
 bool takeLastInteger(std::string_view& text, std::int32_t& value) {
@@ -98,17 +105,18 @@ private:
         switch (word) {
         case objectWord:
             if (noteObject(bytes.substr(0, at), position)) {
-                head_ = offset;
+                head_.head = offset;
             }
             break;
         case trailerWord:
             noteTrailer(offset);
-            head_ = offset;
+            head_ = {.head = offset};
             break;
         case objectStreamName:
+        case sectionName:
         case encryptName:
-            if (head_ > 0 && behind < bytes.size() && !isRegular(bytes[behind])) {
-                noteMention(word == encryptName ? Exception::crossReference : Exception::structure);
+            if (head_.head > 0 && behind < bytes.size() && !isRegular(bytes[behind])) {
+                noteMention(mentionedBy(word));
             }
             break;
         }
@@ -127,6 +135,8 @@ private:
         usedIdentity(number);
         nodeReference(*cache_.references, number, generation, place);
         findReference(*cache_.references, number, generation)->move(place);
+        head_.number = number;
+        head_.offset = place.offset();
         return true;
     }
 
@@ -138,21 +148,22 @@ private:
         trailers.push_back(offset);
     }
 
-    void noteMention(Exception code) {
+    void noteMention(Mentioned what) {
         const auto isSame = [&](const Mention& mention) {
-            return mention.head == head_ && mention.code == code;
+            return mention.head == head_.head && mention.what == what;
         };
-        // Of one head the two codes are the last two.
-        const auto recent = std::min<std::ptrdiff_t>(2, std::ssize(result_.mentions));
+        // Those of one head are the last ones.
+        const auto recent = std::min<std::ptrdiff_t>(3, std::ssize(result_.mentions));
         if (std::none_of(result_.mentions.end() - recent, result_.mentions.end(), isSame)) {
-            result_.mentions.push_back({head_, code});
+            result_.mentions.push_back(head_);
+            result_.mentions.back().what = what;
         }
     }
 
     DocumentCache& cache_;
     SearchResult result_;
     std::int32_t looked_ = 0; ///< words that begin before here were noted
-    std::int32_t head_ = 0;   ///< offset behind the last head; 0: there was none
+    Mention head_;            ///< of the last head; its offset is 0 where there was none
 };
 
 } // namespace

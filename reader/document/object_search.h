@@ -2,27 +2,30 @@
 #pragma once
 
 #include "reader/document/cache.h"
-#include "runtime/exception.h"
 
 #include <cstdint>
 #include <vector>
 
 namespace corvane {
 
-/// A name that forbids reading the file, found behind the head of an object or trailer. It counts
-/// only if the dictionary there holds it: it may also be in the bytes of a stream or string.
+/// Names that tell what an object is. They count only if the dictionary at the head holds them:
+/// they may also be in the bytes of a stream or string.
+enum class Mentioned : std::uint8_t { objectStream, sectionStream, encryption };
+
 struct Mention {
     std::int32_t head = 0; ///< offset behind "obj" or "trailer"
-    Exception code = Exception::none;
+    Mentioned what = Mentioned::encryption;
+    std::int32_t number = 0; ///< of the object; 0: it is a trailer
+    std::int32_t offset = 0; ///< of the object
 };
 
 struct SearchResult {
     std::vector<std::int32_t> trailers; ///< offsets behind the word, the newest last; not all
-    std::vector<Mention> mentions;      ///< of object streams and encryption
+    std::vector<Mention> mentions;      ///< in the order of the file
 };
 
 /// Enters every object ("12 0 obj") into the reference table; of several with one number the last
-/// counts.
+/// counts. Those in object streams are not looked into.
 SearchResult searchFile(DocumentCache& cache);
 
 } // namespace corvane

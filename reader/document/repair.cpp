@@ -1,15 +1,20 @@
 #include "reader/document/repair.h"
 
+#include "objects/identity.h"
 #include "objects/stack.h"
 #include "reader/document/object_search.h"
 #include "reader/syntax/file_scope.h"
 #include "reader/syntax/keywords.h"
 #include "reader/syntax/syntax.h"
 #include "reader/syntax/token_push.h"
+#include "runtime/budget.h"
 #include "runtime/exception.h"
 #include "runtime/warning.h"
 
+#include <algorithm>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 namespace corvane {
 
@@ -44,8 +49,13 @@ FoundDictionary dictionaryAt(DocumentCache& cache, std::int32_t offset) {
     return {std::move(object), type == TokenType::keyword && scope.tokens().bytes() == "stream"};
 }
 
-/// Whether the dictionary itself says what was mentioned. One that cannot be read is taken to:
-/// a page without the objects of an object stream would look right and be wrong.
+bool isOfType(DocumentCache& cache, const FoundDictionary& found, std::string_view name) {
+    const Object type = findEntry(cache, found.dictionary.get(), "Type");
+    return found.ofStream && typeObject(type) == ObjectType::literal && literalObject(type) == name;
+}
+
+/// Whether the dictionary itself says what was mentioned. Of encryption one that cannot be read is
+/// taken to: a page read without the keys would be wrong.
 bool isMeant(DocumentCache& cache, const Mention& mention) {
     bool meant = false;
     const bool readable = attempted([&] {
@@ -53,16 +63,48 @@ bool isMeant(DocumentCache& cache, const Mention& mention) {
         if (typeObject(found.dictionary.get()) != ObjectType::dictionary) {
             return;
         }
-        if (mention.code == Exception::crossReference) {
+        switch (mention.what) {
+        case Mentioned::objectStream:
+            meant = isOfType(cache, found, "ObjStm");
+            break;
+        case Mentioned::sectionStream:
+            meant = isOfType(cache, found, "XRef");
+            break;
+        case Mentioned::encryption:
             meant =
                 typeObject(findEntry(cache, found.dictionary.get(), "Encrypt")) != ObjectType::null;
-        } else {
-            const Object type = findEntry(cache, found.dictionary.get(), "Type");
-            meant = found.ofStream && typeObject(type) == ObjectType::literal &&
-                    literalObject(type) == "ObjStm";
+            break;
         }
     });
-    return meant || !readable;
+    return meant || (!readable && mention.what == Mentioned::encryption);
+}
+
+/// Enters the objects of an object stream. One that stands in the file counts if it stands behind
+/// the stream, one of another stream if that one does: streams come in the order of the file.
+void enterMembers(DocumentCache& cache, const Mention& stream) {
+    const Ref<ReferenceNode> itself = findReference(*cache.references, stream.number, 0);
+    if (!itself || itself->place() != ObjectPlace::atOffset(stream.offset)) {
+        return; // a newer object has its number
+    }
+    HeldObjectStream held;
+    if (!attempted([&] { held = cache.objectStreams.find(cache, stream.number); })) {
+        return;
+    }
+    for (std::size_t index = 0; index < held->members().size(); ++index) {
+        const std::int32_t number = held->members()[index].number;
+        if (number < 1 || number > budget::objectNumber || number == stream.number) {
+            continue;
+        }
+        usedIdentity(number);
+        const ObjectPlace place =
+            ObjectPlace::inStream(stream.number, static_cast<std::int32_t>(index));
+        nodeReference(*cache.references, number, 0, place);
+        const Ref<ReferenceNode> node = findReference(*cache.references, number, 0);
+        if (node->place().isInStream() || node->place().offset() < stream.offset) {
+            node->move(place);
+            forgetObject(cache, number, 0);
+        }
+    }
 }
 
 bool isCatalog(DocumentCache& cache, const Object& object) {
@@ -115,19 +157,40 @@ bool searchCatalog(DocumentCache& cache) {
     return false;
 }
 
+/// Refuses what is encrypted, and enters the objects of object streams. Returns where dictionaries
+/// are that may be trailers, those of cross-reference streams among them, in the order of the file.
+std::vector<std::int32_t> weighMentions(DocumentCache& cache, const SearchResult& result) {
+    std::vector<std::int32_t> trailers = result.trailers;
+    std::vector<Mention> streams;
+    for (const Mention& mention : result.mentions) {
+        if (!isMeant(cache, mention)) {
+            continue;
+        }
+        if (mention.what == Mentioned::encryption) {
+            failException(Exception::crossReference);
+        }
+        if (mention.what == Mentioned::sectionStream) {
+            trailers.push_back(mention.head);
+        } else {
+            streams.push_back(mention);
+        }
+    }
+    for (const Mention& stream : streams) {
+        enterMembers(cache, stream);
+    }
+    std::ranges::sort(trailers);
+    return trailers;
+}
+
 } // namespace
 
 void repairCache(DocumentCache& cache) {
     raiseWarning(Warning::repaired);
     cache.repaired = true;
     const SearchResult result = searchFile(cache);
-    for (const Mention& mention : result.mentions) {
-        if (isMeant(cache, mention)) {
-            failException(mention.code);
-        }
-    }
+    const std::vector<std::int32_t> trailers = weighMentions(cache, result);
     bool found = false;
-    for (auto at = result.trailers.rbegin(); at != result.trailers.rend(); ++at) {
+    for (auto at = trailers.rbegin(); at != trailers.rend(); ++at) {
         FoundDictionary trailer;
         if (!attempted([&] { trailer = dictionaryAt(cache, *at); }) ||
             typeObject(trailer.dictionary.get()) != ObjectType::dictionary) {

@@ -1,7 +1,9 @@
-// Reading one section of the cross-reference, and the trailer behind it.
+// Reading one section of the cross-reference, and its trailer.
 #include "objects/stack.h"
 #include "reader/document/entries.h"
+#include "reader/document/stream_section.h"
 #include "reader/syntax/file_scope.h"
+#include "reader/syntax/indirect.h"
 #include "reader/syntax/keywords.h"
 #include "reader/syntax/token_push.h"
 #include "runtime/exception.h"
@@ -36,6 +38,29 @@ void readSection(DocumentCache& cache, TokenFilter& tokens) {
     }
 }
 
+/// The objects that a table hides from readers of tables alone: in a stream that its trailer names.
+/// That is no section of the chain, and its trailer does not count.
+void readHidden(DocumentCache& cache, const Object& trailer) {
+    const ObjectOwner hidden = lookupObject(cache, trailer, "XRefStm");
+    if (typeObject(hidden.get()) != ObjectType::null) {
+        readStreamSection(cache, integerObject(hidden.get()));
+    }
+}
+
+/// Reads a table and its trailer; `end` is then behind the word "startxref".
+ObjectOwner readTable(DocumentCache& cache, std::int32_t offset, std::int32_t& end) {
+    FileScope scope(cache, offset);
+    const StackGuard guard;
+    readSection(cache, scope.tokens());
+    end = scope.tokens().mark();
+    ObjectOwner trailer(popStack());
+    refuseEncrypted(cache, trailer.get());
+    if (rules().readsObjectStreams) {
+        readHidden(cache, trailer.get());
+    }
+    return trailer;
+}
+
 } // namespace
 
 void refuseEncrypted(DocumentCache& cache, const Object& trailer) {
@@ -46,13 +71,18 @@ void refuseEncrypted(DocumentCache& cache, const Object& trailer) {
 }
 
 SectionFacts xrefCache(DocumentCache& cache, std::int32_t offset) {
-    FileScope scope(cache, offset);
-    const StackGuard guard;
-    readSection(cache, scope.tokens());
     SectionFacts facts;
-    facts.end = scope.tokens().mark();
-    ObjectOwner trailer(popStack());
-    refuseEncrypted(cache, trailer.get());
+    ObjectOwner trailer;
+    cache.freedHere.clear();
+    facts.isStream = rules().readsObjectStreams && beginsObject(cache, offset);
+    if (facts.isStream) {
+        StreamSection section = readStreamSection(cache, offset);
+        trailer = std::move(section.trailer);
+        facts.end = section.end;
+    } else {
+        trailer = readTable(cache, offset, facts.end);
+    }
+    settleFreed(cache);
     const ObjectOwner previous = lookupObject(cache, trailer.get(), "Prev");
     if (typeObject(previous.get()) != ObjectType::null) {
         facts.previous = integerObject(previous.get());

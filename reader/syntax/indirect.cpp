@@ -1,4 +1,6 @@
-// Reading one indirect object at its place in the file.
+// Reading one indirect object at its place in the file or in an object stream.
+#include "reader/syntax/indirect.h"
+
 #include "objects/stack.h"
 #include "reader/syntax/file_scope.h"
 #include "reader/syntax/keywords.h"
@@ -60,6 +62,48 @@ void readIndirect(DocumentCache& cache, TokenFilter& tokens) {
     }
 }
 
+/// Pushes what the words of an object stream mean that are objects. Others end an object there, but
+/// for a stream, which no object stream may hold.
+bool pushWord(DocumentCache& cache, std::string_view word) {
+    const Keyword* const keyword = objectKeywords().find(word);
+    if (keyword == nullptr || keyword->handler == objOperator ||
+        keyword->handler == endobjOperator) {
+        return false;
+    }
+    if (keyword->handler == streamOperator || keyword->handler == endstreamOperator) {
+        failException(Exception::structure);
+    }
+    keyword->handler(cache);
+    return true;
+}
+
+/// Reads the one object of a stretch of an object stream: it has no head and no end. An empty
+/// stretch is null.
+ObjectOwner memberAt(DocumentCache& cache, const SyntaxPlace& place) {
+    FileScope scope(cache, place);
+    const StackGuard guard;
+    pushMark(Mark::barrier);
+    const std::int32_t depth = countStack();
+    TokenPusher pusher(cache);
+    // An integer may be the first word of a reference: the stretch is read to its end.
+    for (TokenType type = scope.tokens().readToken(); type != TokenType::end;
+         type = scope.tokens().readToken()) {
+        if (type != TokenType::keyword) {
+            pusher.push(type, scope.tokens());
+        } else if (!pushWord(cache, scope.tokens().bytes())) {
+            break;
+        }
+    }
+    if (countStack() == depth) {
+        nullOperator(cache);
+    }
+    clearStack(depth + 1);
+    if (typeObject(indexStack(0)) == ObjectType::mark) {
+        failException(Exception::structure);
+    }
+    return ObjectOwner(popStack());
+}
+
 } // namespace
 
 OperatorResult objOperator(DocumentCache&) {
@@ -72,19 +116,34 @@ OperatorResult endobjOperator(DocumentCache&) {
     return 1;
 }
 
-ObjectOwner objectCache(DocumentCache& cache, std::int32_t number, std::int32_t generation,
-                        ObjectPlace place) {
-    FileScope scope(cache, place.offset());
+bool beginsObject(DocumentCache& cache, std::int32_t offset) {
+    FileScope scope(cache, offset);
+    return scope.tokens().readToken() == TokenType::integer &&
+           scope.tokens().readToken() == TokenType::integer &&
+           scope.tokens().readToken() == TokenType::keyword && scope.tokens().bytes() == "obj";
+}
+
+FoundObject objectAt(DocumentCache& cache, std::int32_t offset) {
+    FileScope scope(cache, offset);
     const StackGuard guard;
     pushMark(Mark::barrier);
     readIndirect(cache, scope.tokens());
-    ObjectOwner object(popStack());
-    const std::int32_t foundGeneration = popInteger();
-    const std::int32_t foundNumber = popInteger();
-    if (foundNumber != number || foundGeneration != generation) {
+    FoundObject found{.object = ObjectOwner(popStack()), .end = scope.tokens().mark()};
+    found.generation = popInteger();
+    found.number = popInteger();
+    return found;
+}
+
+ObjectOwner objectCache(DocumentCache& cache, std::int32_t number, std::int32_t generation,
+                        ObjectPlace place) {
+    if (place.isInStream()) {
+        return memberAt(cache, placeOfObject(cache, number, place));
+    }
+    FoundObject found = objectAt(cache, place.offset());
+    if (found.number != number || found.generation != generation) {
         failException(Exception::structure);
     }
-    return object;
+    return std::move(found.object);
 }
 
 } // namespace corvane

@@ -19,7 +19,8 @@ namespace {
 /// Walks the tokens of a dictionary and notes where its values begin and end.
 class EntryWalk {
 public:
-    explicit EntryWalk(TokenFilter& tokens) : tokens_(tokens) {}
+    EntryWalk(FileScope& scope, const SyntaxPlace& place)
+        : tokens_(scope.tokens()), stream_(place.stream) {}
 
     /// Goes past "12 0 obj", if that is what comes, to the value; the two numbers of a reference
     /// where that is one.
@@ -62,7 +63,7 @@ public:
             if (type_ != TokenType::literal) {
                 failException(Exception::structure);
             }
-            RawEntry entry{std::string(tokens_.bytes()), tokens_.mark(), 0};
+            RawEntry entry{std::string(tokens_.bytes()), tokens_.mark(), 0, stream_};
             entry.end = passValue();
             const auto [place, isNew] = places.try_emplace(entry.key, found.size());
             if (isNew) {
@@ -131,14 +132,15 @@ private:
     }
 
     TokenFilter& tokens_;
+    std::int32_t stream_;
     TokenType type_ = TokenType::end;
 };
 
 /// Entries of the dictionary at `place` or at the end of the references that begin there.
-std::optional<std::vector<RawEntry>> entriesAt(DocumentCache& cache, ObjectPlace place) {
+std::optional<std::vector<RawEntry>> entriesAt(DocumentCache& cache, SyntaxPlace place) {
     for (std::int32_t depth = 0; depth < budget::referenceDepth; ++depth) {
-        FileScope scope(cache, place.offset());
-        EntryWalk walk(scope.tokens());
+        FileScope scope(cache, place);
+        EntryWalk walk(scope, place);
         const auto reference = walk.begin();
         if (walk.atDictionary()) {
             return walk.entries();
@@ -149,7 +151,7 @@ std::optional<std::vector<RawEntry>> entriesAt(DocumentCache& cache, ObjectPlace
         if (!node) {
             return std::nullopt;
         }
-        place = node->place();
+        place = placeOfObject(cache, node->number, node->place());
     }
     return std::nullopt;
 }
@@ -159,7 +161,8 @@ std::optional<std::vector<RawEntry>> entriesAt(DocumentCache& cache, ObjectPlace
 std::vector<RawEntry> rawEntries(DocumentCache& cache, std::int32_t number,
                                  std::int32_t generation) {
     const Ref<ReferenceNode> node = findReference(*cache.references, number, generation);
-    auto entries = node ? entriesAt(cache, node->place()) : std::nullopt;
+    auto entries =
+        node ? entriesAt(cache, placeOfObject(cache, number, node->place())) : std::nullopt;
     if (!entries) {
         failException(Exception::structure);
     }
@@ -167,14 +170,20 @@ std::vector<RawEntry> rawEntries(DocumentCache& cache, std::int32_t number,
 }
 
 std::vector<RawEntry> rawEntries(DocumentCache& cache, const RawEntry& value) {
-    return entriesAt(cache, ObjectPlace::atOffset(value.start - cache.headerOffset))
+    const std::int32_t shift = value.stream == 0 ? cache.headerOffset : 0;
+    return entriesAt(cache, {.stream = value.stream, .start = value.start - shift})
         .value_or(std::vector<RawEntry>());
 }
 
 std::vector<RawEntry> rawTrailer(DocumentCache& cache) {
-    FileScope scope(cache, cache.sectionOffsets.front());
-    EntryWalk walk(scope.tokens());
-    walk.passSection();
+    const SyntaxPlace place{.start = cache.sectionOffsets.front()};
+    FileScope scope(cache, place);
+    EntryWalk walk(scope, place);
+    if (cache.continuesStream) {
+        walk.begin();
+    } else {
+        walk.passSection();
+    }
     return walk.entries();
 }
 
@@ -182,7 +191,15 @@ std::string rawValue(DocumentCache& cache, const RawEntry& entry) {
     if (entry.end - entry.start > budget::keptEntryBytes) {
         failException(Exception::limit);
     }
-    std::string bytes = bytesOfFile(cache, entry.start, std::int64_t{entry.end} - entry.start);
+    const std::int64_t length = std::int64_t{entry.end} - entry.start;
+    std::string bytes;
+    if (entry.stream == 0) {
+        bytes = bytesOfFile(cache, entry.start, length);
+    } else {
+        const HeldObjectStream stream = cache.objectStreams.find(cache, entry.stream);
+        bytes = stream->bytes().substr(static_cast<std::size_t>(entry.start),
+                                       static_cast<std::size_t>(length));
+    }
     bytes.erase(bytes.begin(), std::ranges::find_if_not(bytes, isSpace));
     return bytes;
 }

@@ -11,11 +11,13 @@
 namespace corvane {
 
 /// One entry: its key, without the slash and with its #xx decoded, and where its value stands,
-/// counted from the first byte of the file. White space around the value is no part of it.
+/// counted from the first byte of the file or of the object stream that holds it, decoded. White
+/// space around the value is no part of it.
 struct RawEntry {
     std::string key;
     std::int32_t start = 0;
     std::int32_t end = 0;
+    std::int32_t stream = 0; ///< number of the object stream; 0: it stands in the file
 };
 
 /// The entries of the dictionary that is the indirect object `number` `generation`, of several with

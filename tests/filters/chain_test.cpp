@@ -4,7 +4,7 @@
 #include "filters/range.h"
 #include "filters/stream.h"
 #include "tests/runtime/zone_fixture.h"
-#include "tests/support/memory_filter.h"
+#include "filters/memory_filter.h"
 #include "tests/toolbox/toolbox_fixture.h"
 
 #include <algorithm>
@@ -285,7 +285,7 @@ TEST_F(ChainTest, RangesOverOneFileAreReadInTurn) {
 TEST_F(ChainTest, RangeThatDoesNotReachItsStartIsAFault) {
     const std::string bytes = "short";
     Chain chain;
-    chain.link(std::make_unique<test::MemoryFilter>(std::as_bytes(std::span(bytes))));
+    chain.link(std::make_unique<MemoryFilter>(std::as_bytes(std::span(bytes))));
     EXPECT_EQ(raisedBy([&] { chain.link(setupRange(9, 12)); }), Exception::io);
 }
 

@@ -3,7 +3,7 @@
 #include "filters/buffer.h"
 #include "runtime/warning.h"
 #include "tests/runtime/zone_fixture.h"
-#include "tests/support/memory_filter.h"
+#include "filters/memory_filter.h"
 #include "tests/support/picture.h"
 
 #include <gtest/gtest.h>
@@ -59,7 +59,7 @@ TEST_F(Discrete, RowsGoThereAndBackInAnyPieces) {
         Picture back = picture;
         for (const std::size_t piece : {std::size_t{1}, std::size_t{41}, picture.samples.size()}) {
             Chain chain;
-            chain.link(std::make_unique<test::MemoryFilter>(data));
+            chain.link(std::make_unique<MemoryFilter>(data));
             chain.link(setupDiscrete(0, 0, 0));
             auto left = std::as_writable_bytes(std::span(back.samples));
             while (!left.empty()) {
@@ -83,7 +83,7 @@ TEST_F(Discrete, LeavesTheFilterBelowBehindTheImage) {
     for (const std::size_t count :
          {std::size_t{0}, std::size_t{1}, 20 * rowBytes, 64 * rowBytes, std::size_t{20000}}) {
         Chain chain;
-        chain.link(std::make_unique<test::MemoryFilter>(data));
+        chain.link(std::make_unique<MemoryFilter>(data));
         Filter* const below = chain.top();
         std::vector<std::byte> rows(count);
         Filter* const top = linkFilter(below, setupDiscrete(0, 0, 0));
@@ -110,7 +110,7 @@ TEST_F(Discrete, RefusesTheOtherDirectionAndSizesThatAreNone) {
     chain.abandon();
     for (const auto& [width, height, components] : {std::array{0, 0, 0}, {8, 0, 1}, {8, 8, 0}}) {
         Chain reading;
-        reading.link(std::make_unique<test::MemoryFilter>(std::span<const std::byte>()));
+        reading.link(std::make_unique<MemoryFilter>(std::span<const std::byte>()));
         reading.link(setupDiscrete(width, height, components));
         EXPECT_EQ(raisedBy([&] { writeFilter(*reading.top(), {&byte, 1}); }), Exception::io);
         EXPECT_EQ(raisedBy([&] { readFilter(*reading.top(), {&byte, 1}); }), Exception::codec);
@@ -135,7 +135,7 @@ TEST_F(Discrete, AfterAFailureNothingMoreIsRead) {
     const auto data = written(test::photograph(64, 64, 3), 1000);
     const auto cut = std::span(data).first(data.size() - 100);
     Chain chain;
-    chain.link(std::make_unique<test::MemoryFilter>(cut));
+    chain.link(std::make_unique<MemoryFilter>(cut));
     chain.link(setupDiscrete(0, 0, 0));
     std::vector<std::byte> rows(64 * rowBytes);
     EXPECT_EQ(raisedBy([&] { readFilter(*chain.top(), rows); }), Exception::codec);

@@ -4,7 +4,7 @@
 
 #include "filters/buffer.h"
 #include "filters/filter.h"
-#include "tests/support/memory_filter.h"
+#include "filters/memory_filter.h"
 
 #include <gtest/gtest.h>
 

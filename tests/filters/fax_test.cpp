@@ -6,7 +6,7 @@
 #include "tests/runtime/zone_fixture.h"
 #include "tests/support/fax_images.h"
 #include "tests/support/fax_run.h"
-#include "tests/support/memory_filter.h"
+#include "filters/memory_filter.h"
 
 #include <algorithm>
 #include <vector>
@@ -67,7 +67,7 @@ TEST_F(FaxFilterTest, AnyPiecesGoThroughAndTheFilterBelowStandsBehindTheData) {
         for (const std::int32_t buffer : {0, 1, 43, 8192}) {
             for (const std::size_t piece : {std::size_t{1}, std::size_t{41}, std::size_t{100000}}) {
                 Chain base;
-                base.link(std::make_unique<test::MemoryFilter>(file));
+                base.link(std::make_unique<MemoryFilter>(file));
                 if (buffer > 0) {
                     base.link(setupBuffer(buffer));
                 }
@@ -105,7 +105,7 @@ TEST_F(FaxFilterTest, RowsEndTheDataAndUnlinkingInTheMiddleGivesBackWhatWasNotUs
         encoded(parameters, Data(image.pixels.begin(), image.pixels.begin() + 700), 100);
     parameters.rows = 7;
     Chain chain;
-    chain.link(std::make_unique<test::MemoryFilter>(data));
+    chain.link(std::make_unique<MemoryFilter>(data));
     chain.link(setupFax(parameters));
     Data out(image.pixels.size());
     EXPECT_EQ(readFilter(*chain.top(), out), 700U);
@@ -114,7 +114,7 @@ TEST_F(FaxFilterTest, RowsEndTheDataAndUnlinkingInTheMiddleGivesBackWhatWasNotUs
     chain.unlink();
     parameters.rows = 0;
     Chain half;
-    half.link(std::make_unique<test::MemoryFilter>(data));
+    half.link(std::make_unique<MemoryFilter>(data));
     Filter& memory = *half.top();
     Chain upper(&memory);
     upper.link(setupFax(parameters));
@@ -128,7 +128,7 @@ TEST_F(FaxFilterTest, DefaultsAndRefusals) {
     const auto linked = [&](FaxParameters parameters, auto&& body) {
         return raisedBy([&] {
             Chain chain;
-            chain.link(std::make_unique<test::MemoryFilter>(empty));
+            chain.link(std::make_unique<MemoryFilter>(empty));
             chain.link(setupFax(parameters));
             body(*chain.top());
             chain.unlink();
@@ -178,7 +178,7 @@ TEST_F(FaxFilterTest, ADecoderBelowGoesOnBehindTheData) {
     }
     for (const std::size_t rows : {std::size_t{0}, std::size_t{7}, std::size_t{31}}) {
         Chain base;
-        base.link(std::make_unique<test::MemoryFilter>(digits));
+        base.link(std::make_unique<MemoryFilter>(digits));
         base.link(setupHex(AsciiMode::both));
         Chain chain(base.top());
         chain.link(setupFax(parameters));
@@ -201,7 +201,7 @@ TEST_F(FaxFilterTest, SeekingBeginsTheImageAgain) {
     const Data data = encoded(parameters, image.pixels, 100);
     file.insert(file.end(), data.begin(), data.end());
     Chain chain;
-    chain.link(std::make_unique<test::MemoryFilter>(file));
+    chain.link(std::make_unique<MemoryFilter>(file));
     chain.link(setupFax(parameters));
     Data out(image.pixels.size() + 1);
     for (const std::size_t count : {std::size_t{77}, out.size(), std::size_t{1}, out.size()}) {
@@ -220,7 +220,7 @@ TEST_F(FaxFilterTest, SeekingBeginsTheImageAgain) {
 TEST_F(FaxFilterTest, NoMoreIsDeliveredThanPositionsCanSay) {
     const Data data(33000, std::byte{0xFF});
     Chain chain;
-    chain.link(std::make_unique<test::MemoryFilter>(data));
+    chain.link(std::make_unique<MemoryFilter>(data));
     chain.link(setupFax({.k = -1, .columns = 65535}));
     Data out(std::size_t{16} << 20);
     std::int64_t delivered = 0;
@@ -237,7 +237,7 @@ TEST_F(FaxFilterTest, NoMoreIsDeliveredThanPositionsCanSay) {
 TEST_F(FaxFilterTest, AnEncoderPassesOnWhatItDoesNotTransform) {
     const Data file(10);
     Chain chain;
-    chain.link(std::make_unique<test::MemoryFilter>(file));
+    chain.link(std::make_unique<MemoryFilter>(file));
     chain.link(setupFax({.direction = 1, .columns = 8}));
     EXPECT_EQ(seekFilter(*chain.top(), 4), 4);
     EXPECT_EQ(markFilter(*chain.top()), 4);

@@ -3,7 +3,7 @@
 #include "filters/buffer.h"
 #include "runtime/exception.h"
 #include "tests/runtime/zone_fixture.h"
-#include "tests/support/memory_filter.h"
+#include "filters/memory_filter.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -67,7 +67,7 @@ protected:
     TokenFilter& link(std::string_view input, std::int32_t longestRead = INT32_MAX) {
         chain_.abandon();
         chain_.link(
-            std::make_unique<test::MemoryFilter>(std::as_bytes(std::span(input)), longestRead));
+            std::make_unique<MemoryFilter>(std::as_bytes(std::span(input)), longestRead));
         auto owner = setupToken();
         TokenFilter& tokens = *owner;
         chain_.link(std::move(owner));
@@ -247,7 +247,7 @@ TEST_F(TokenTest, TheSameTokensWhateverTheBlocksBelow) {
     for (const std::int32_t block : {1, 2, 3, 7, 43, 511, 512, 513}) {
         EXPECT_EQ(stepsOf(link(input, block)), wanted) << block;
         chain_.abandon();
-        chain_.link(std::make_unique<test::MemoryFilter>(std::as_bytes(std::span(input))));
+        chain_.link(std::make_unique<MemoryFilter>(std::as_bytes(std::span(input))));
         chain_.link(setupBuffer(block));
         auto owner = setupToken();
         TokenFilter& tokens = *owner;

@@ -8,6 +8,7 @@
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 #include "runtime/extension.h"
+#include "writer/patch/deflated_text.h"
 #include "writer/patch/text_sink.h"
 
 #include <algorithm>
@@ -135,12 +136,6 @@ bool isCompressed(DocumentCache& cache, const BaseStream& stream) {
 bool wantsPlain() {
     const auto extension = knownExtension();
     return extension && extension->plainContent;
-}
-
-std::string deflated(std::string_view text) {
-    TextSink sink;
-    writeData(sink, true, [&](Filter& to) { put(to, text); });
-    return sink.take();
 }
 
 class StreamWriter {

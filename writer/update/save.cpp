@@ -97,7 +97,7 @@ bool isNothing(const UpdatePlan& plan) {
 /// Looks at everything that can refuse the save before a byte is written.
 UpdatePlan planUpdate(DocumentCache& cache) {
     // An update rests on the sections before it. A cross-reference that only a search could make up
-    // for, or that is kept in a stream, is nothing to add a section to.
+    // for is nothing to add a section to.
     if (rules().guardsFile && cache.repaired) {
         failException(Exception::repairedFile);
     }
@@ -110,7 +110,7 @@ UpdatePlan planUpdate(DocumentCache& cache) {
     plan.facts = factsOf(cache, plan.geometry);
     plan.page = carriedPage(cache, plan.geometry, base);
     plan.trailer = carriedTrailer(cache);
-    reserveNumbers(plan.trailer);
+    reserveNumbers(cache, plan.trailer);
     if (plan.base && canPatch()) {
         planPatches(cache, plan);
     } else {
@@ -135,8 +135,9 @@ std::int32_t writeUpdate(DocumentCache& cache, UpdatePlan& plan, SavedFacts& fac
         writeMark(cache);
     }
     facts.contentLength = pageWrite(cache, plan);
+    const std::int32_t section = updateWrite(cache, plan.trailer);
     forallXRef([&](const XRefEntry&) { ++facts.objects; });
-    return updateWrite(cache, plan.trailer);
+    return section;
 }
 
 SavedFacts factsOf(const DocumentCache& cache, const UpdatePlan& plan) {

@@ -7,7 +7,9 @@
 #include "runtime/budget.h"
 #include "runtime/exception.h"
 #include "runtime/rules.h"
+#include "writer/patch/deflated_text.h"
 #include "writer/update/hexadecimal.h"
+#include "writer/update/section_data.h"
 #include "writer/update/update.h"
 #include "writer/update/update_filter.h"
 
@@ -67,6 +69,51 @@ std::string newIdentifier(Digest digest) {
     return first + hexadecimal(digest.value());
 }
 
+/// What the trailer says, in either form of section.
+void writeTrailerEntries(DocumentCache& cache, const CarriedTrailer& trailer) {
+    Filter& output = *cache.output;
+    stringOutput(output, "/Size ");
+    integerOutput(output, std::max(lastIdentity(), trailer.size));
+    stringOutput(output, "\r/Prev ");
+    integerOutput(output, weighXRef());
+    stringOutput(output, "\r");
+    trailer.entries.write(cache);
+    if (trailer.identifier) {
+        const auto& update = static_cast<const UpdateFilter&>(output);
+        stringOutput(output, "/ID [ <" +
+                                 hexadecimal(std::as_bytes(std::span(*trailer.identifier))) +
+                                 "> <" + newIdentifier(update.digest) + "> ]\r");
+    }
+}
+
+void writeTable(DocumentCache& cache, const CarriedTrailer& trailer) {
+    Filter& output = *cache.output;
+    stringOutput(output, "xref\r0 1 \r0000000000 65535 f \r");
+    forallXRef([&](const XRefEntry& entry) {
+        entryXRef(output, entry.number, entry.generation, entry.offset);
+    });
+    stringOutput(output, "trailer\r<<\r");
+    writeTrailerEntries(cache, trailer);
+    stringOutput(output, ">>\r");
+}
+
+/// The section is one of its own objects.
+void writeStream(DocumentCache& cache, const CarriedTrailer& trailer) {
+    Filter& output = *cache.output;
+    touchXRef(output, trailer.section, 0);
+    const SectionData section = sectionData();
+    const std::string data = deflated(section.entries);
+    objectOutput(output, trailer.section, 0);
+    stringOutput(output, "<<\r/Type /XRef\r");
+    writeTrailerEntries(cache, trailer);
+    stringOutput(output, "/Index [ " + section.index + "]\r/W [ " + section.widths +
+                             "]\r/Filter /FlateDecode\r/Length ");
+    integerOutput(output, static_cast<std::int32_t>(data.size()));
+    stringOutput(output, "\r>>\rstream\r");
+    writeFilter(output, std::as_bytes(std::span(data)));
+    stringOutput(output, "\rendstream\rendobj\r");
+}
+
 } // namespace
 
 CarriedTrailer carriedTrailer(DocumentCache& cache) {
@@ -84,32 +131,20 @@ CarriedTrailer carriedTrailer(DocumentCache& cache) {
     return trailer;
 }
 
-void reserveNumbers(const CarriedTrailer& trailer) {
+void reserveNumbers(const DocumentCache& cache, CarriedTrailer& trailer) {
     if (trailer.size > 0 && trailer.size <= largestSize) {
         usedIdentity(trailer.size - 1);
     }
+    trailer.section = cache.continuesStream ? nextIdentity() : 0;
 }
 
 std::int32_t updateWrite(DocumentCache& cache, const CarriedTrailer& trailer) {
-    Filter& output = *cache.output;
-    const std::int32_t section = markFilter(output);
-    stringOutput(output, "xref\r0 1 \r0000000000 65535 f \r");
-    forallXRef([&](const XRefEntry& entry) {
-        entryXRef(output, entry.number, entry.generation, entry.offset);
-    });
-    stringOutput(output, "trailer\r<<\r/Size ");
-    integerOutput(output, std::max(lastIdentity(), trailer.size));
-    stringOutput(output, "\r/Prev ");
-    integerOutput(output, weighXRef());
-    stringOutput(output, "\r");
-    trailer.entries.write(cache);
-    if (trailer.identifier) {
-        const auto& update = static_cast<const UpdateFilter&>(output);
-        stringOutput(output, "/ID [ <" +
-                                 hexadecimal(std::as_bytes(std::span(*trailer.identifier))) +
-                                 "> <" + newIdentifier(update.digest) + "> ]\r");
+    const std::int32_t section = markFilter(*cache.output);
+    if (trailer.section != 0) {
+        writeStream(cache, trailer);
+    } else {
+        writeTable(cache, trailer);
     }
-    stringOutput(output, ">>\r");
     return section;
 }
 

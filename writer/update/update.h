@@ -33,7 +33,8 @@ void tryCache(DocumentCache& cache);
 /// What the trailer of an update takes over from the newest one.
 struct CarriedTrailer {
     CarriedEntries entries;
-    std::int32_t size = 0;                 ///< 0 where it says nothing that counts
+    std::int32_t size = 0;    ///< 0 where it says nothing that counts
+    std::int32_t section = 0; ///< number of the update's section where that is a stream; else 0
     std::optional<std::string> identifier; ///< the first half of the file's
 };
 
@@ -69,14 +70,16 @@ CarriedTrailer carriedTrailer(DocumentCache& cache);
 
 /// Keeps new objects off every number below the file's Size: objects that only readers of
 /// cross-reference streams see have such numbers (PDF Reference 3.4.7), and so may references to
-/// objects that are gone.
-void reserveNumbers(const CarriedTrailer& trailer);
+/// objects that are gone. A section that is a stream, as the one before it, gets its number.
+void reserveNumbers(const DocumentCache& cache, CarriedTrailer& trailer);
 
 /// Writes the content, its length, the page and its resources to the cache's output; the length of
 /// the content.
 std::int64_t pageWrite(DocumentCache& cache, UpdatePlan& plan);
 
-/// Writes the cross-reference section and the trailer; the offset of the section.
+/// Writes the cross-reference section and the trailer, in the form of the section before them: a
+/// table or a stream. Behind a table that names a stream for hidden objects (XRefStm) a table,
+/// which names none. The offset of the section.
 std::int32_t updateWrite(DocumentCache& cache, const CarriedTrailer& trailer);
 
 /// What ends an update whose section stands at `section`, and makes it count.

@@ -7,7 +7,7 @@
 #include "reader/syntax/token_push.h"
 #include "reader/syntax/utility.h"
 #include "tests/reader/reader_fixture.h"
-#include "tests/support/memory_filter.h"
+#include "filters/memory_filter.h"
 
 #include <gmock/gmock.h>
 
@@ -72,7 +72,7 @@ protected:
     /// Pushes what the syntax says, words by the tables of objects and cross-references.
     void push(std::string_view input) {
         Chain chain;
-        chain.link(std::make_unique<test::MemoryFilter>(std::as_bytes(std::span(input))));
+        chain.link(std::make_unique<MemoryFilter>(std::as_bytes(std::span(input))));
         auto owner = setupToken();
         TokenFilter& tokens = *owner;
         chain.link(std::move(owner));
@@ -250,7 +250,7 @@ TEST_F(SyntaxTest, LinesOfAnyEnd) {
     const std::string text = "first\r\nsecond\n" + std::string(300, 'x') + "\rlast";
     for (const bool buffered : {false, true}) {
         Chain chain;
-        chain.link(std::make_unique<test::MemoryFilter>(std::as_bytes(std::span(text))));
+        chain.link(std::make_unique<MemoryFilter>(std::as_bytes(std::span(text))));
         if (buffered) {
             chain.link(setupBuffer(16));
         }

@@ -1,4 +1,4 @@
-// The bottom of a chain that reads bytes of memory, for tests, fuzz targets and benchmarks.
+// The bottom of a chain that reads bytes of memory.
 #pragma once
 
 #include "filters/filter.h"
@@ -10,10 +10,11 @@
 #include <memory>
 #include <span>
 
-namespace corvane::test {
+namespace corvane {
 
-/// Reads and seeks as a file opened for "read"; writing raises `access`. No read delivers more than
-/// `longestRead` bytes, whatever was asked for.
+/// Reads and seeks as a file opened for "read"; writing raises `access`. The bytes are somebody
+/// else's. No read delivers more than `longestRead` bytes, whatever was asked for: how a slow
+/// source delivers.
 class MemoryFilter : public Filter {
 public:
     explicit MemoryFilter(std::span<const std::byte> bytes, std::int32_t longestRead = INT32_MAX)
@@ -61,4 +62,4 @@ private:
     std::size_t position_ = 0;
 };
 
-} // namespace corvane::test
+} // namespace corvane
