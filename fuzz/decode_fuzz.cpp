@@ -198,7 +198,7 @@ void fuzzPredictor(Bytes input) {
         .columns = 1 + static_cast<std::int32_t>(choices.below(40)),
     };
     const Reading reading = readEveryWay(input, [&](Chain& chain) {
-        chain.link(setupBuffer(16)); // a short read is the end of the data
+        chain.link(setupBuffer(usualBufferSize)); // a short read is the end of the data
         chain.link(setupPredictor(parameters));
     });
     require(reading.code == Exception::none && reading.bytes.size() <= input.size());
@@ -216,7 +216,7 @@ void fuzzSamples(Bytes input) {
     const auto space = static_cast<ImageSpace>(1 + choices.below(5));
     const std::vector<std::uint32_t> palette(1 + choices.below(256), 0x00ABCDEF);
     const Reading reading = readEveryWay(input, [&](Chain& chain) {
-        chain.link(setupBuffer(16)); // a short read is the end of the data for these filters
+        chain.link(setupBuffer(usualBufferSize)); // a short read is the end of the data here
         chain.link(setupComponent(bits, perRow, SampleScale::full));
         chain.link(setupMapping(decode, 255));
         chain.link(setupSpace(space, static_cast<std::uint32_t>(palette.size() - 1), palette));

@@ -135,11 +135,12 @@ void runStream(Interpreter& interpreter, const Object& stream) {
         loop.skipFault();
         interpreter.progress.fault(chain.tokens());
     }
-    if (interpreter.level.trace != nullptr) {
-        interpreter.level.trace->endStream(chain.tokens().endsInString());
-    }
     interpreter.progress.finishStream(std::int64_t{endOf(stream)} - startOf(stream));
     interpreter.level.streamStart += chain.tokens().tokenEnd();
+    if (interpreter.level.trace != nullptr) {
+        interpreter.level.trace->endStream(interpreter.level.streamStart,
+                                           chain.tokens().endsInString());
+    }
 }
 
 } // namespace

@@ -3,6 +3,8 @@
 #include "objects/stack.h"
 #include "reader/content/interpreter.h"
 
+#include <utility>
+
 namespace corvane {
 
 namespace {
@@ -40,6 +42,18 @@ void ContentTrace::begin(const Interpreter& interpreter) {
 void ContentTrace::beginStream(std::int64_t start) {
     streamStarts_.push_back(positionOf(start));
     damaged_.push_back(false);
+}
+
+void ContentTrace::endStream(std::int64_t end, bool isInString) {
+    endsOpen_ = isInString;
+    damaged_.back() = damaged_.back() || isInString;
+    if (std::exchange(isInData_, false)) {
+        // Data without an EI are all the rest of the stream.
+        events_.push({.start = std::exchange(imageStart_, positionOf(end)),
+                      .end = positionOf(end),
+                      .isFailed = true,
+                      .behind = behind_});
+    }
 }
 
 void ContentTrace::setMatrix(const Interpreter& interpreter) {
@@ -116,6 +130,7 @@ void ContentTrace::apply(const Interpreter& interpreter, TraceEvent& event) {
     case OperatorRole::endImage:
         event.start = isInImage_ ? imageStart_ : event.start;
         isInImage_ = false;
+        isInData_ = false;
         return hide();
     case OperatorRole::beginText:
         behind_.isInText = true;
@@ -163,6 +178,7 @@ void ContentTrace::note(const Interpreter& interpreter, OperatorRole role) {
     case OperatorRole::construct:
         return;
     case OperatorRole::imageData:
+        isInData_ = true;
         if (isInImage_) {
             return;
         }

@@ -83,10 +83,7 @@ public:
     void begin(const Interpreter& interpreter);
     void beginStream(std::int64_t start);
     /// A string that the stream does not close would take in what is written behind it.
-    void endStream(bool isInString) {
-        endsOpen_ = isInString;
-        damaged_.back() = damaged_.back() || isInString;
-    }
+    void endStream(std::int64_t end, bool isInString);
     /// The operator of the interpreter's level was run.
     void note(const Interpreter& interpreter, OperatorRole role);
     void noteFailed(const Interpreter& interpreter);
@@ -145,6 +142,7 @@ private:
     Surroundings behind_;
     std::uint32_t imageStart_ = 0;
     bool isInImage_ = false;
+    bool isInData_ = false; ///< of an image, behind its ID
     bool endsOpen_ = false;
     bool textClips_ = false; ///< text shown since BT adds to the clip
 };

@@ -21,6 +21,13 @@ TEST_F(OpenEndTest, NewArtComesInFrontOfIt) {
     }
 }
 
+TEST_F(OpenEndTest, AnImageWithinAPathStaysWhereThePathGoes) {
+    openStreams({"5 5 9 9 re ID x 1 w ", "h f " + filled});
+    artist().remove(artist().at(0));
+    ASSERT_NO_FATAL_FAILURE(expectSaved());
+    expectInOrder({"ID x 1 w", "0 0 9 9 re f"});
+}
+
 TEST_F(OpenEndTest, AStreamThatEndsWithinAStringIsNotWrittenAgain) {
     for (const char* const end : {"(open", "(a\\)", "((b)", "<41"}) {
         SCOPED_TRACE(end);
