@@ -2,6 +2,7 @@
 
 #include "host/front.h"
 #include "resources/resources.h"
+#include "runtime/reason.h"
 #include "runtime/string.h"
 #include "runtime/warning.h"
 
@@ -30,6 +31,15 @@ std::string warningSentence(Warning warning) {
                                : listEntry(writeWarningTexts, code - firstWritten + 1);
 }
 
+std::string reasonSentence(const NotedReason& noted) {
+    std::string sentence = listEntry(reasonTexts, static_cast<std::int32_t>(noted.reason));
+    if (const std::size_t gap = sentence.find('%'); gap != std::string::npos) {
+        // A name out of a file may be of any length.
+        sentence.replace(gap, 1, noted.name.substr(0, 64));
+    }
+    return sentence;
+}
+
 } // namespace
 
 void aboutDialog() {
@@ -39,9 +49,12 @@ void aboutDialog() {
 }
 
 void errorDialog(Exception code) {
+    const NotedReason noted = takeReason();
     if (DialogFront* const front = dialogFront()) {
         const auto number = static_cast<std::int32_t>(code);
-        front->showError(number, listEntry(exceptionTexts, number));
+        const bool isExplained = code == Exception::crossReference && noted.reason != Reason::none;
+        front->showError(number,
+                         isExplained ? reasonSentence(noted) : listEntry(exceptionTexts, number));
     }
 }
 

@@ -7,6 +7,7 @@
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
 #include "runtime/extension.h"
+#include "runtime/reason.h"
 #include "runtime/rules.h"
 #include "runtime/warning.h"
 
@@ -81,6 +82,7 @@ std::uint32_t enter(ParameterBlock& block) {
         result = resultStopped;
     }
     resetException();
+    takeReason();
     resetWarning(); // a check may have left one
     return result;
 }

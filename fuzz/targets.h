@@ -19,6 +19,7 @@ using Bytes = std::span<const std::byte>;
 
 void fuzzToken(Bytes input);
 void fuzzDocument(Bytes input);
+void fuzzEncryption(Bytes input);
 void fuzzContent(Bytes input);
 void fuzzSave(Bytes input);
 void fuzzGrammar(Bytes input);

@@ -168,6 +168,11 @@ struct HostExtension {
     void (*missing)(void* context, const MissingArt&) = nullptr;
     /// Told for each layer whose objects are saved and which is no layer any more, with its title.
     void (*layerNotKept)(void* context, std::string_view title) = nullptr;
+    /// Puts a password for the file, in UTF-8, into `buffer`, which is wiped afterwards; its
+    /// length, -1 where there is none, -2 where the person cancelled. Attempt 0 is for one that the
+    /// person stated before; from 1 on, the person may be asked, and each attempt says that what
+    /// came before was wrong.
+    std::int32_t (*password)(void* context, std::int32_t attempt, std::span<char> buffer) = nullptr;
 };
 
 /// Registers (null: removes) the record of the host of this process; not an owner.

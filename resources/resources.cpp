@@ -31,6 +31,7 @@ std::vector<std::byte> stringList(std::span<const std::string_view> entries) {
 
 struct Lists {
     std::vector<std::byte> exceptions = stringList(exceptionSentences());
+    std::vector<std::byte> reasons = stringList(reasonSentences());
     std::vector<std::byte> readWarnings = stringList(readWarningSentences());
     std::vector<std::byte> writeWarnings = stringList(writeWarningSentences());
     std::vector<std::byte> names = stringList(nameEntries);
@@ -44,6 +45,7 @@ std::span<const StaticResource> pluginResources() {
     static const std::array resources = {
         StaticResource{textType, templateText, "", std::as_bytes(std::span(templateFile()))},
         StaticResource{listType, exceptionTexts, "", lists.exceptions},
+        StaticResource{listType, reasonTexts, "", lists.reasons},
         StaticResource{listType, readWarningTexts, "", lists.readWarnings},
         StaticResource{listType, writeWarningTexts, "", lists.writeWarnings},
         StaticResource{listType, nameTexts, "", lists.names},

@@ -16,6 +16,7 @@ inline constexpr std::int16_t templateText = 16000;
 inline constexpr std::int16_t exceptionTexts = 16001;    ///< by code of the exception
 inline constexpr std::int16_t readWarningTexts = 16002;  ///< by code of the warning
 inline constexpr std::int16_t writeWarningTexts = 16003; ///< by code of the warning less 1000
+inline constexpr std::int16_t reasonTexts = 16004;       ///< by reason; % stands for a name
 inline constexpr std::int16_t nameTexts = 16005;         ///< 1: template of names of image files
 inline constexpr std::int16_t aboutTexts = 16006;        ///< 1: what the about box says
 
@@ -25,6 +26,7 @@ std::span<const StaticResource> pluginResources();
 /// Sentences by code, from code 1 on; empty where a code is not used. Each says what happened and
 /// what to do, and fits a length-prefixed string.
 std::span<const std::string_view> exceptionSentences();
+std::span<const std::string_view> reasonSentences();
 std::span<const std::string_view> readWarningSentences();
 std::span<const std::string_view> writeWarningSentences();
 

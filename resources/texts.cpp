@@ -7,7 +7,7 @@ namespace corvane {
 
 namespace {
 
-constexpr std::array<std::string_view, 31> exceptions = {
+constexpr std::array<std::string_view, 32> exceptions = {
     /* 1 */ "the page asks for more work than this program allows; simplify it with another "
             "program",
     /* 2 */ "cancelled",
@@ -56,6 +56,24 @@ constexpr std::array<std::string_view, 31> exceptions = {
     /* 31 */
     "this change cannot be made without harm to other things on the page; change something else, "
     "or open the page again",
+    /* 32 */
+    "the owner of this encrypted file does not permit changes; give the owner's password to save "
+    "into it",
+};
+
+/// Why a file cannot be read, by reason.
+constexpr std::array<std::string_view, 5> reasons = {
+    /* 1 */ "the file is encrypted and needs a password; give it with --password-file",
+    /* 2 */ "that is not a password of this encrypted file; check it and try again",
+    /* 3 */
+    "the file is encrypted by a security handler that is not supported (%); remove the encryption "
+    "with the program that made it",
+    /* 4 */
+    "the file is encrypted by a method that is not supported (%); remove the encryption with "
+    "another PDF program",
+    /* 5 */
+    "what the file says of its encryption is damaged; repair it with another PDF program and try "
+    "again",
 };
 
 constexpr std::array<std::string_view, 20> readWarnings = {
@@ -96,6 +114,9 @@ constexpr std::array<std::string_view, 8> writeWarnings = {
 
 std::span<const std::string_view> exceptionSentences() {
     return exceptions;
+}
+std::span<const std::string_view> reasonSentences() {
+    return reasons;
 }
 std::span<const std::string_view> readWarningSentences() {
     return readWarnings;

@@ -43,6 +43,12 @@ inline constexpr std::int64_t keptObjectStreams = 64 << 20;
 /// can be, a second or two of work. A small file can unpack to more.
 inline constexpr std::int64_t streamedEntries = 4 * std::int64_t{objectNumber};
 
+/// Bytes of a password: 127 count at most, and the text of one may be longer before it is encoded.
+inline constexpr std::size_t passwordBytes = 512;
+
+/// Times that the host is asked for a password: people mistype.
+inline constexpr std::int32_t passwordAttempts = 3;
+
 /// Keys compared in dictionaries while a file is open, a second or two of work: real files need
 /// thousands.
 inline constexpr std::int64_t comparedKeys = 200'000'000;

@@ -46,6 +46,9 @@ struct Rules {
     /// A stream whose Length is missing or wrong ends at "endstream".
     bool findsEndstream;
 
+    /// Encrypted files are read, and saved into.
+    bool readsEncrypted;
+
     /// Where the cross-reference is damaged, the objects are found by searching the file.
     bool repairsReferences;
 
@@ -177,6 +180,7 @@ inline constexpr Rules originalRules{
     .readsObjectStreams = false,
     .toleratesMissingEnd = false,
     .findsEndstream = false,
+    .readsEncrypted = false,
     .repairsReferences = false,
     .skipsDamagedKids = false,
     .assumesMediaBox = false,
@@ -225,6 +229,7 @@ inline constexpr Rules extendedRules{
     .readsObjectStreams = true,
     .toleratesMissingEnd = true,
     .findsEndstream = true,
+    .readsEncrypted = true,
     .repairsReferences = true,
     .skipsDamagedKids = true,
     .assumesMediaBox = true,

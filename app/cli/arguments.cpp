@@ -37,6 +37,8 @@ enum class OptionKind : std::uint8_t {
     dryRun,
     force,
     plain,
+    passwordFile,
+    password,
     profile,
     quiet,
     json,
@@ -74,6 +76,10 @@ constexpr std::array optionTable{
               "save even where that undoes another change, deletes much, or loses something"},
     OptionRow{OptionKind::plain, "--plain", "", only(Command::save),
               "write new content uncompressed, for people who read it"},
+    OptionRow{OptionKind::passwordFile, "--password-file", "FILE", everyCommand,
+              "its first line is the password of the PDF; - is standard input"},
+    OptionRow{OptionKind::password, "--password", "TEXT", everyCommand,
+              "the same, not advised: others on this machine can read arguments"},
     OptionRow{OptionKind::profile, "--profile", "NAME", everyCommand,
               "original: the classic behaviour only; extended: files of today (extended)"},
     OptionRow{OptionKind::quiet, "--quiet", "", everyCommand, "print nothing but errors"},
@@ -195,6 +201,12 @@ private:
         case OptionKind::images:
             arguments_.images = value;
             break;
+        case OptionKind::passwordFile:
+            arguments_.passwordFile = value;
+            break;
+        case OptionKind::password:
+            arguments_.password = value;
+            break;
         case OptionKind::plain:
             arguments_.plain = true;
             break;
@@ -245,6 +257,8 @@ private:
                      std::string(command_->name);
         } else if (command_->command == Command::save && arguments_.output == "-") {
             fault_ = "--output takes the name of a file, not -";
+        } else if (readsStandardInput_ && arguments_.passwordFile == "-") {
+            fault_ = "artwork and password cannot both come from standard input";
         }
     }
 
@@ -284,7 +298,7 @@ std::variant<Arguments, Question, UsageError> parseArguments(std::span<const cha
 }
 
 std::string usageText() {
-    static constexpr std::size_t column = 22;
+    static constexpr std::size_t column = 24;
     const auto padded = [](std::string text) {
         text.resize(std::max(text.size() + 1, column), ' ');
         return text;
@@ -302,6 +316,9 @@ std::string usageText() {
     text +=
         "\nSaving only appends: what was changed or removed can still be read in the file's old "
         "bytes.\nSo deleting is no redaction.\n"
+        "\nThe password of an encrypted PDF may also be in the variable CORVANE_PASSWORD; else it "
+        "is "
+        "asked for\non a terminal.\n"
         "\nA file whose name begins with - goes after --.\n"
         "Exit: 0 done, 1 failed, 2 bad usage, 130 cancelled.\n";
     return text;

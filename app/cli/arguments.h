@@ -4,6 +4,7 @@
 #include "host/extension.h"
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -22,7 +23,9 @@ struct Arguments {
                            ///< us; `save`: path of the PDF to make, empty changes `file` itself
     std::string images;    ///< folder for pictures; empty leaves it to us
     Profile profile = Profile::extended;
-    bool namesProfile = false; ///< the person named the profile
+    bool namesProfile = false;           ///< the person named the profile
+    std::string passwordFile;            ///< "-" is standard input; empty where none was named
+    std::optional<std::string> password; ///< as it was given among the arguments
     bool dryRun = false;
     bool force = false;
     bool plain = false; ///< new content is not compressed

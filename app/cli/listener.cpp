@@ -31,7 +31,7 @@ Listener& listener(void* context) {
 
 Listener::Listener(const Arguments& arguments, Report& report)
     : arguments_(arguments), report_(report),
-      progress_(progressTerminal(arguments), progressLabel(arguments)),
+      progress_(progressTerminal(arguments), progressLabel(arguments)), passwords_(arguments),
       extension_(makeExtension()) {
     setHostExtension(&extension_);
     setDialogFront(this);
@@ -99,6 +99,15 @@ HostExtension Listener::makeExtension() {
     extension.missing = [](void* context, const MissingArt& missing) {
         Listener& to = listener(context);
         to.remember([&] { to.report_.missing.push_back(missing); });
+    };
+    extension.password = [](void* context, std::int32_t attempt, std::span<char> buffer) {
+        Listener& to = listener(context);
+        std::int32_t length = -1;
+        to.remember([&] {
+            to.progress_.clear();
+            length = to.passwords_.give(attempt, buffer);
+        });
+        return length;
     };
     extension.update = [](void* context, const UpdateFacts& facts) {
         Listener& to = listener(context);

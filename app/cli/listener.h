@@ -3,6 +3,7 @@
 
 #include "app/cli/arguments.h"
 #include "app/cli/image_folder.h"
+#include "app/cli/password.h"
 #include "app/cli/progress.h"
 #include "app/cli/report.h"
 #include "host/extension.h"
@@ -41,6 +42,7 @@ private:
     Report& report_;
     ProgressLine progress_;
     ImageFolder imageFolder_;
+    PasswordSource passwords_;
     bool ranOutOfMemory_ = false;
     const HostExtension extension_;
 };

@@ -5,6 +5,8 @@
 #include "filters/stream.h"
 #include "output/xref.h"
 #include "reader/content/interpreter.h"
+#include "reader/crypt/encryption.h"
+#include "reader/crypt/open_encryption.h"
 #include "reader/document/locate.h"
 #include "reader/document/repair.h"
 #include "reader/document/unfinished.h"
@@ -55,6 +57,7 @@ void readSections(DocumentCache& cache) {
 Exception tryReferences(DocumentCache& cache) {
     return guarded([&] {
         readSections(cache);
+        openEncryption(cache);
         if (rules().repairsReferences) {
             walkPages(cache);
         }
@@ -63,6 +66,7 @@ Exception tryReferences(DocumentCache& cache) {
 
 void forgetReferences(DocumentCache& cache) {
     cache.trailer = ObjectOwner();
+    cache.encryption.reset();
     cache.pages.clear();
     cache.pagesWalked = false;
     cache.references = openReference();

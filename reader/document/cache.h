@@ -23,6 +23,7 @@
 namespace corvane {
 
 class TokenFilter;
+class Encryption;
 struct Interpreter;
 struct SyntaxKeywords;
 
@@ -78,7 +79,8 @@ struct DocumentCache {
     bool repaired = false; ///< objects were found by searching, not by the cross-reference
 
     ObjectOwner trailer;
-    std::vector<PageEntry> pages; ///< in order, once they were walked
+    std::unique_ptr<Encryption> encryption; ///< null where the file is not encrypted
+    std::vector<PageEntry> pages;           ///< in order, once they were walked
     bool pagesWalked = false;
 
     std::int32_t pageNumber = 0; ///< from 1; 0: no page is in use
@@ -92,7 +94,8 @@ struct DocumentCache {
 };
 
 /// Opens the file and reads its cross-reference. Raises `io` where it cannot be read or is shorter
-/// than 256 bytes, `structure` where it is damaged, `crossReference` where it is encrypted.
+/// than 256 bytes, `structure` where it is damaged, `crossReference` where it is encrypted
+/// and cannot be deciphered.
 std::unique_ptr<DocumentCache> openCache(std::int16_t volume, std::string_view fileName);
 
 /// Closes everything. What cannot be closed raises, after the rest was closed. A cache that is

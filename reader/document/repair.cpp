@@ -2,6 +2,7 @@
 
 #include "objects/identity.h"
 #include "objects/stack.h"
+#include "reader/crypt/open_encryption.h"
 #include "reader/document/object_search.h"
 #include "reader/syntax/file_scope.h"
 #include "reader/syntax/keywords.h"
@@ -54,6 +55,10 @@ bool isOfType(DocumentCache& cache, const FoundDictionary& found, std::string_vi
     return found.ofStream && typeObject(type) == ObjectType::literal && literalObject(type) == name;
 }
 
+bool saysEncrypted(DocumentCache& cache, const Object& dictionary) {
+    return typeObject(findEntry(cache, dictionary, "Encrypt")) != ObjectType::null;
+}
+
 /// Whether the dictionary itself says what was mentioned. Of encryption one that cannot be read is
 /// taken to: a page read without the keys would be wrong.
 bool isMeant(DocumentCache& cache, const Mention& mention) {
@@ -71,8 +76,7 @@ bool isMeant(DocumentCache& cache, const Mention& mention) {
             meant = isOfType(cache, found, "XRef");
             break;
         case Mentioned::encryption:
-            meant =
-                typeObject(findEntry(cache, found.dictionary.get(), "Encrypt")) != ObjectType::null;
+            meant = saysEncrypted(cache, found.dictionary.get());
             break;
         }
     });
@@ -157,29 +161,60 @@ bool searchCatalog(DocumentCache& cache) {
     return false;
 }
 
-/// Refuses what is encrypted, and enters the objects of object streams. Returns where dictionaries
-/// are that may be trailers, those of cross-reference streams among them, in the order of the file.
-std::vector<std::int32_t> weighMentions(DocumentCache& cache, const SearchResult& result) {
-    std::vector<std::int32_t> trailers = result.trailers;
-    std::vector<Mention> streams;
+/// What dictionaries were found to be, in the order of the file.
+struct Weighed {
+    /// Those that may be trailers, those of cross-reference streams among them.
+    std::vector<std::int32_t> trailers;
+    std::vector<Mention> objectStreams;
+    bool isEncrypted = false;
+};
+
+Weighed weighMentions(DocumentCache& cache, const SearchResult& result) {
+    Weighed weighed;
+    weighed.trailers = result.trailers;
     for (const Mention& mention : result.mentions) {
         if (!isMeant(cache, mention)) {
             continue;
         }
-        if (mention.what == Mentioned::encryption) {
-            failException(Exception::crossReference);
-        }
-        if (mention.what == Mentioned::sectionStream) {
-            trailers.push_back(mention.head);
-        } else {
-            streams.push_back(mention);
+        switch (mention.what) {
+        case Mentioned::encryption:
+            weighed.isEncrypted = true;
+            break;
+        case Mentioned::sectionStream:
+            weighed.trailers.push_back(mention.head);
+            break;
+        case Mentioned::objectStream:
+            weighed.objectStreams.push_back(mention);
+            break;
         }
     }
-    for (const Mention& stream : streams) {
-        enterMembers(cache, stream);
+    std::ranges::sort(weighed.trailers);
+    return weighed;
+}
+
+/// The dictionary there; an empty object where it is none or cannot be read.
+ObjectOwner trailerAt(DocumentCache& cache, std::int32_t offset) {
+    FoundDictionary found;
+    attempted([&] { found = dictionaryAt(cache, offset); });
+    return std::move(found.dictionary);
+}
+
+/// Opens the encryption that the newest trailer with any names: it speaks for the file, whichever
+/// trailer leads to the catalog. Refuses encryption that no trailer explains.
+void openFoundEncryption(DocumentCache& cache, const Weighed& weighed) {
+    for (auto at = weighed.trailers.rbegin(); at != weighed.trailers.rend(); ++at) {
+        ObjectOwner trailer = trailerAt(cache, *at);
+        if (typeObject(trailer.get()) == ObjectType::dictionary &&
+            saysEncrypted(cache, trailer.get())) {
+            cache.trailer = std::move(trailer);
+            openEncryption(cache);
+            cache.trailer = ObjectOwner();
+            return;
+        }
     }
-    std::ranges::sort(trailers);
-    return trailers;
+    if (weighed.isEncrypted) {
+        failException(Exception::crossReference);
+    }
 }
 
 } // namespace
@@ -187,18 +222,14 @@ std::vector<std::int32_t> weighMentions(DocumentCache& cache, const SearchResult
 void repairCache(DocumentCache& cache) {
     raiseWarning(Warning::repaired);
     cache.repaired = true;
-    const SearchResult result = searchFile(cache);
-    const std::vector<std::int32_t> trailers = weighMentions(cache, result);
+    const Weighed weighed = weighMentions(cache, searchFile(cache));
+    openFoundEncryption(cache, weighed);
+    for (const Mention& stream : weighed.objectStreams) {
+        enterMembers(cache, stream);
+    }
     bool found = false;
-    for (auto at = trailers.rbegin(); at != trailers.rend(); ++at) {
-        FoundDictionary trailer;
-        if (!attempted([&] { trailer = dictionaryAt(cache, *at); }) ||
-            typeObject(trailer.dictionary.get()) != ObjectType::dictionary) {
-            continue;
-        }
-        // Whichever trailer leads to the catalog: one that is encrypted speaks for the file.
-        refuseEncrypted(cache, trailer.dictionary.get());
-        found = found || takeTrailer(cache, std::move(trailer.dictionary));
+    for (auto at = weighed.trailers.rbegin(); at != weighed.trailers.rend() && !found; ++at) {
+        found = takeTrailer(cache, trailerAt(cache, *at));
     }
     if (!found && !searchCatalog(cache)) {
         failException(Exception::structure);

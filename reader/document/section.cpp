@@ -65,7 +65,12 @@ ObjectOwner readTable(DocumentCache& cache, std::int32_t offset, std::int32_t& e
 
 void refuseEncrypted(DocumentCache& cache, const Object& trailer) {
     // What a reference leads to may not be known yet, or be missing: it counts as it stands.
-    if (typeObject(findEntry(cache, trailer, "Encrypt")) != ObjectType::null) {
+    const auto saysSo = [&](const Object& dictionary) {
+        return typeObject(findEntry(cache, dictionary, "Encrypt")) != ObjectType::null;
+    };
+    const bool isNewest = typeObject(cache.trailer.get()) == ObjectType::empty;
+    const bool isRead = rules().readsEncrypted && (isNewest || saysSo(cache.trailer.get()));
+    if (!isRead && saysSo(trailer)) {
         failException(Exception::crossReference);
     }
 }

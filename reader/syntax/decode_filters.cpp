@@ -8,6 +8,7 @@
 #include "filters/lzw.h"
 #include "filters/predictor.h"
 #include "filters/run_length.h"
+#include "reader/crypt/encryption.h"
 #include "reader/syntax/meter.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
@@ -111,9 +112,10 @@ void linkInflate(const Site& site) {
     linkPredictor(site, parameters);
 }
 
-/// The identity changes nothing, so there is nothing to link; keys are not known here.
+/// Nothing to link: in an encrypted file the data were deciphered below all filters
+/// (reader/crypt/decrypt_object.h), and in another one only the identity has a meaning.
 void linkCrypt(const Site& site) {
-    if (site.parameters().differs("Name", "Identity")) {
+    if (!site.cache.encryption && site.parameters().differs("Name", "Identity")) {
         failException(Exception::range);
     }
 }

@@ -2,6 +2,7 @@
 #include "reader/syntax/indirect.h"
 
 #include "objects/stack.h"
+#include "reader/crypt/decrypt_object.h"
 #include "reader/syntax/file_scope.h"
 #include "reader/syntax/keywords.h"
 #include "reader/syntax/token_push.h"
@@ -143,6 +144,7 @@ ObjectOwner objectCache(DocumentCache& cache, std::int32_t number, std::int32_t 
     if (found.number != number || found.generation != generation) {
         failException(Exception::structure);
     }
+    decryptObject(cache, found.object.get(), {number, generation});
     return std::move(found.object);
 }
 

@@ -55,7 +55,7 @@ public:
 
     bool atDictionary() const { return type_ == TokenType::dictionaryOpen; }
 
-    std::vector<RawEntry> entries() {
+    std::vector<RawEntry> entries(ObjectIdentifier object) {
         std::vector<RawEntry> found;
         std::unordered_map<std::string, std::size_t> places;
         next();
@@ -63,7 +63,8 @@ public:
             if (type_ != TokenType::literal) {
                 failException(Exception::structure);
             }
-            RawEntry entry{std::string(tokens_.bytes()), tokens_.mark(), 0, stream_};
+            RawEntry entry{std::string(tokens_.bytes()), tokens_.mark(), 0, stream_,
+                           stream_ == 0 ? object : ObjectIdentifier()};
             entry.end = passValue();
             const auto [place, isNew] = places.try_emplace(entry.key, found.size());
             if (isNew) {
@@ -136,14 +137,16 @@ private:
     TokenType type_ = TokenType::end;
 };
 
-/// Entries of the dictionary at `place` or at the end of the references that begin there.
-std::optional<std::vector<RawEntry>> entriesAt(DocumentCache& cache, SyntaxPlace place) {
+/// Entries of the dictionary at `place`, in `object`, or at the end of the references that begin
+/// there.
+std::optional<std::vector<RawEntry>> entriesAt(DocumentCache& cache, SyntaxPlace place,
+                                               ObjectIdentifier object) {
     for (std::int32_t depth = 0; depth < budget::referenceDepth; ++depth) {
         FileScope scope(cache, place);
         EntryWalk walk(scope, place);
         const auto reference = walk.begin();
         if (walk.atDictionary()) {
-            return walk.entries();
+            return walk.entries(object);
         }
         const Ref<ReferenceNode> node =
             reference ? findReference(*cache.references, reference->first, reference->second)
@@ -152,6 +155,7 @@ std::optional<std::vector<RawEntry>> entriesAt(DocumentCache& cache, SyntaxPlace
             return std::nullopt;
         }
         place = placeOfObject(cache, node->number, node->place());
+        object = {reference->first, reference->second};
     }
     return std::nullopt;
 }
@@ -162,7 +166,8 @@ std::vector<RawEntry> rawEntries(DocumentCache& cache, std::int32_t number,
                                  std::int32_t generation) {
     const Ref<ReferenceNode> node = findReference(*cache.references, number, generation);
     auto entries =
-        node ? entriesAt(cache, placeOfObject(cache, number, node->place())) : std::nullopt;
+        node ? entriesAt(cache, placeOfObject(cache, number, node->place()), {number, generation})
+             : std::nullopt;
     if (!entries) {
         failException(Exception::structure);
     }
@@ -171,7 +176,7 @@ std::vector<RawEntry> rawEntries(DocumentCache& cache, std::int32_t number,
 
 std::vector<RawEntry> rawEntries(DocumentCache& cache, const RawEntry& value) {
     const std::int32_t shift = value.stream == 0 ? cache.headerOffset : 0;
-    return entriesAt(cache, {.stream = value.stream, .start = value.start - shift})
+    return entriesAt(cache, {.stream = value.stream, .start = value.start - shift}, value.object)
         .value_or(std::vector<RawEntry>());
 }
 
@@ -184,7 +189,7 @@ std::vector<RawEntry> rawTrailer(DocumentCache& cache) {
     } else {
         walk.passSection();
     }
-    return walk.entries();
+    return walk.entries({});
 }
 
 std::string rawValue(DocumentCache& cache, const RawEntry& entry) {

@@ -2,6 +2,7 @@
 // our objects hold 16.16 numbers, which say less than the file does.
 #pragma once
 
+#include "objects/object_identifier.h"
 #include "reader/document/cache.h"
 
 #include <cstdint>
@@ -18,6 +19,9 @@ struct RawEntry {
     std::int32_t start = 0;
     std::int32_t end = 0;
     std::int32_t stream = 0; ///< number of the object stream; 0: it stands in the file
+    /// The object in which it stands; none where strings are plain: in a trailer,
+    /// and in an object stream.
+    ObjectIdentifier object = {};
 };
 
 /// The entries of the dictionary that is the indirect object `number` `generation`, of several with

@@ -1,8 +1,12 @@
 #include "reader/syntax/stream_chain.h"
 
 #include "filters/range.h"
+#include "reader/crypt/decrypt_object.h"
 #include "reader/syntax/meter.h"
 #include "reader/syntax/stream_filters.h"
+
+#include <array>
+#include <cstddef>
 
 namespace corvane {
 
@@ -19,8 +23,27 @@ Chain rawStream(DocumentCache& cache, const Object& stream) {
     return chain;
 }
 
+Chain plainStream(DocumentCache& cache, const Object& stream) {
+    Chain chain = rawStream(cache, stream);
+    linkDecryption(cache, chain, stream);
+    return chain;
+}
+
+std::int64_t plainLength(DocumentCache& cache, const Object& stream) {
+    if (!encryptedStream(stream)) {
+        return streamLength(stream);
+    }
+    const Chain chain = plainStream(cache, stream);
+    std::array<std::byte, 1 << 14> block;
+    std::int64_t length = 0;
+    while (const std::size_t count = readFilter(*chain.top(), block)) {
+        length += static_cast<std::int64_t>(count);
+    }
+    return length;
+}
+
 StreamChain::StreamChain(DocumentCache& cache, const Object& stream)
-    : chain_(rawStream(cache, stream)) {
+    : chain_(plainStream(cache, stream)) {
     linkFilters(cache, chain_, stream);
 }
 

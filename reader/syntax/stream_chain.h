@@ -15,9 +15,14 @@ std::int64_t streamLength(const Object& stream);
 /// on it.
 Chain rawStream(DocumentCache& cache, const Object& stream);
 
-/// The same and the decoding filters that the stream names, each with a meter on it. Abandoned when
-/// the scope ends: nothing is written by them. Other streams and objects of the file may be read in
-/// between.
+/// The same, deciphered.
+Chain plainStream(DocumentCache& cache, const Object& stream);
+/// Bytes that it delivers.
+std::int64_t plainLength(DocumentCache& cache, const Object& stream);
+
+/// The same, and the decoding filters that the stream names, each with a meter on it.
+/// Abandoned when the scope ends: nothing is written by them. Other streams and objects of the file
+/// may be read in between.
 class StreamChain {
 public:
     StreamChain(DocumentCache& cache, const Object& stream);

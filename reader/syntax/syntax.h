@@ -91,7 +91,8 @@ ObjectOwner lookupObject(DocumentCache& cache, const Object& dictionary, std::st
 /// As `lookupObject`, references left as they are; not retained. Of several equal keys the last
 /// counts; the first in the original profile.
 Object findEntry(DocumentCache& cache, const Object& dictionary, std::string_view key);
-/// Raises `crossReference` where the trailer says that the file is encrypted.
+/// Raises `crossReference` where the trailer says that the file is encrypted, but not in the
+/// extended profile where the newest one says so too: `openEncryption` goes by that.
 void refuseEncrypted(DocumentCache& cache, const Object& trailer);
 /// Value of an integer or 16.16 number; anything else raises `range`.
 double realNumber(const Object& number);

@@ -36,7 +36,8 @@ TEST_F(CorpusSaveTest, EveryFileThatOpens) {
         const std::vector<std::string> seen = front_.taken();
         if (result != 0) {
             EXPECT_EQ(bytes(), file);
-            EXPECT_THAT(seen, ::testing::ElementsAre("error 22")) << "only what was repaired";
+            EXPECT_THAT(seen, ::testing::ElementsAre(::testing::AnyOf("error 22", "error 32")))
+                << "only what was repaired, or is not permitted";
             continue;
         }
         ++saves;

@@ -4,6 +4,7 @@
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 #include "runtime/exception.h"
+#include "writer/crypt/sealed.h"
 
 #include <cstdint>
 #include <span>
@@ -27,10 +28,10 @@ void CarriedEntries::add(RawEntry entry) {
     entries_.push_back(std::move(entry));
 }
 
-void CarriedEntries::write(DocumentCache& cache) const {
+void CarriedEntries::write(DocumentCache& cache, ObjectIdentifier in) const {
     stringOutput(*cache.output, references_);
     for (const RawEntry& entry : entries_) {
-        const std::string value = rawValue(cache, entry);
+        const std::string value = sealedValue(cache, rawValue(cache, entry), entry.object, in);
         nameOutput(*cache.output, entry.key);
         writeFilter(*cache.output, std::as_bytes(std::span(value)));
         stringOutput(*cache.output, "\r");

@@ -18,8 +18,9 @@ public:
     /// Takes over an entry in its own bytes. One that is too long raises `limit`.
     void add(RawEntry entry);
 
-    /// Writes the references, then the others, to the cache's output.
-    void write(DocumentCache& cache) const;
+    /// Writes the references, then the others, to the cache's output, into the object `in`: where
+    /// that is another one than they come from, strings are enciphered anew.
+    void write(DocumentCache& cache, ObjectIdentifier in) const;
 
 private:
     std::string references_;

@@ -1,13 +1,29 @@
 // The objects of a page that is saved.
 #include "output/primitives.h"
 #include "output/xref.h"
+#include "runtime/exception.h"
 #include "writer/art/works.h"
+#include "writer/crypt/sealed.h"
 #include "writer/page/page_object.h"
 #include "writer/update/update.h"
 
 namespace corvane {
 
 namespace {
+
+/// The content, enciphered in an encrypted file; its length in the file.
+std::int32_t writeSealedWorks(DocumentCache& cache, const UpdatePlan& plan) {
+    Filter& output = *cache.output;
+    const std::int32_t start = markFilter(output);
+    Chain sealed(&output);
+    linkSeal(cache, sealed, newStreamCipher(cache), {plan.numbers.content, 0});
+    cache.output = sealed.top();
+    const Exception code = guarded([&] { documentWorks(cache, plan.geometry.placement); });
+    cache.output = &output;
+    raiseException(code);
+    sealed.unlink();
+    return markFilter(output) - start;
+}
 
 /// Draws the page anew.
 std::int64_t writeDrawn(DocumentCache& cache, const UpdatePlan& plan) {
@@ -20,7 +36,7 @@ std::int64_t writeDrawn(DocumentCache& cache, const UpdatePlan& plan) {
     stringOutput(output, "<<\r/Length ");
     referenceOutput(output, length, 0);
     stringOutput(output, ">>\rstream\r");
-    const std::int32_t bytes = documentWorks(cache, plan.geometry.placement);
+    const std::int32_t bytes = writeSealedWorks(cache, plan);
     // The line end before "endstream" does not count.
     stringOutput(output, "\rendstream\rendobj\r");
 

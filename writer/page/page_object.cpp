@@ -45,11 +45,11 @@ ResourceRegistry metResources() {
     return resources;
 }
 
-void writeMetResources(DocumentCache& cache) {
+void writeMetResources(DocumentCache& cache, ObjectIdentifier page) {
     const ResourceRegistry resources = metResources();
     Filter& output = *cache.output;
     stringOutput(output, "/Resources <<\r");
-    resources.write(cache);
+    resources.write(cache, page);
     stringOutput(output, "/ProcSet [ /PDF ");
     if (resources.hasAdded(ResourceCategory::font)) {
         stringOutput(output, "/Text ");
@@ -62,13 +62,13 @@ void writeMetResources(DocumentCache& cache) {
 
 /// The base's own stay as they are where nothing was added, or inherited.
 void writeResources(DocumentCache& cache, const CarriedPage& carried,
-                    const ResourceRegistry& resources) {
+                    const ResourceRegistry& resources, ObjectIdentifier page) {
     if (!resources.hasAdded()) {
-        carried.resources.write(cache);
+        carried.resources.write(cache, page);
         return;
     }
     stringOutput(*cache.output, "/Resources <<\r");
-    resources.write(cache);
+    resources.write(cache, page);
     stringOutput(*cache.output, ">>\r");
 }
 
@@ -162,21 +162,22 @@ CarriedPage carriedPage(DocumentCache& cache, const PageGeometry& geometry, cons
 
 void writePageObject(DocumentCache& cache, const CarriedPage& carried, const PageGeometry& geometry,
                      const PageParts& parts) {
-    const PageEntry& page = pageInUse(cache);
+    const ObjectIdentifier page{.number = pageInUse(cache).number,
+                                .generation = pageInUse(cache).generation};
     Filter& output = *cache.output;
     const std::int32_t place = markFilter(output);
     touchXRef(output, page.number, page.generation);
     objectOutput(output, page.number, page.generation);
     stringOutput(output, "<<\r/Type /Page\r");
-    carried.entries.write(cache);
+    carried.entries.write(cache, page);
     writeContents(output, parts.contents);
     if (parts.resources != nullptr) {
-        writeResources(cache, carried, *parts.resources);
+        writeResources(cache, carried, *parts.resources, page);
     } else {
-        writeMetResources(cache);
+        writeMetResources(cache, page);
     }
     if (rules().recordsOrigin) {
-        writePieceInfo(cache, carried.notes, noteOf(carried, parts, place));
+        writePieceInfo(cache, page, carried.notes, noteOf(carried, parts, place));
     }
     if (!geometry.kept) {
         writeGeometry(output, geometry);

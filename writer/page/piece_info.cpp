@@ -3,11 +3,13 @@
 #include "output/primitives.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
+#include "writer/crypt/sealed.h"
 #include "writer/page/page_geometry.h"
 #include "writer/update/date.h"
-#include "writer/update/hexadecimal.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -16,9 +18,14 @@ namespace corvane {
 
 namespace {
 
-void writeDigest(Filter& output, std::string_view key, std::uint64_t digest) {
-    nameOutput(output, key);
-    stringOutput(output, "<" + hexadecimal(digest) + ">\r");
+void writeDigest(DocumentCache& cache, ObjectIdentifier page, std::string_view key,
+                 std::uint64_t digest) {
+    std::array<std::byte, sizeof digest> bytes{};
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        bytes[i] = static_cast<std::byte>(digest >> 8 * (bytes.size() - 1 - i) & 0xFF);
+    }
+    nameOutput(*cache.output, key);
+    stringOutput(*cache.output, sealedBytes(cache, page, bytes) + "\r");
 }
 
 /// Of one length, so that saves of one artwork are.
@@ -27,13 +34,13 @@ void writePlace(Filter& output, std::int32_t place) {
     stringOutput(output, " ");
 }
 
-void writeBase(DocumentCache& cache, const CarriedBase& base) {
+void writeBase(DocumentCache& cache, ObjectIdentifier page, const CarriedBase& base) {
     Filter& output = *cache.output;
     stringOutput(output, "/Base <<\r");
-    base.content.write(cache);
+    base.content.write(cache, page);
     writeBox(output, "MediaBox", base.mediaBox);
     writeBox(output, "CropBox", base.cropBox);
-    writeDigest(output, "Digest", base.digest);
+    writeDigest(cache, page, "Digest", base.digest);
     stringOutput(output, base.isAsOpened ? ">>\r" : "/Anew true >>\r");
 }
 
@@ -54,21 +61,22 @@ CarriedEntries notesOfOthers(DocumentCache& cache, std::span<const RawEntry> pag
     return others;
 }
 
-void writePieceInfo(DocumentCache& cache, const CarriedEntries& others, const RecordNote& note) {
+void writePieceInfo(DocumentCache& cache, ObjectIdentifier page, const CarriedEntries& others,
+                    const RecordNote& note) {
     Filter& output = *cache.output;
-    const std::string date = "/LastModified (" + dateNow() + ")";
+    const std::string date = "/LastModified " + sealedText(cache, page, dateNow());
     stringOutput(output, date + "\r/PieceInfo <<\r");
-    others.write(cache);
+    others.write(cache, page);
     nameOutput(output, pieceInfoName);
     stringOutput(output, "<< " + date + " /Private <<\r");
     if (note.origin) {
-        writeDigest(output, "Origin", note.origin->digest);
+        writeDigest(cache, page, "Origin", note.origin->digest);
         stringOutput(output, "/Version ");
         integerOutput(output, static_cast<std::int32_t>(note.origin->version));
         stringOutput(output, "\r");
     }
     if (note.artwork) {
-        writeDigest(output, "Artwork", *note.artwork);
+        writeDigest(cache, page, "Artwork", *note.artwork);
     }
     stringOutput(output, "/Page ");
     writePlace(output, note.page);
@@ -78,7 +86,7 @@ void writePieceInfo(DocumentCache& cache, const CarriedEntries& others, const Re
     }
     stringOutput(output, "]\r");
     if (note.base != nullptr) {
-        writeBase(cache, *note.base);
+        writeBase(cache, page, *note.base);
     }
     stringOutput(output, ">> >>\r>>\r");
 }

@@ -36,7 +36,8 @@ struct RecordNote {
 /// left out: they would make the new page unreadable too.
 CarriedEntries notesOfOthers(DocumentCache& cache, std::span<const RawEntry> page);
 
-/// Writes the LastModified and PieceInfo entries.
-void writePieceInfo(DocumentCache& cache, const CarriedEntries& others, const RecordNote& note);
+/// Writes the LastModified and PieceInfo entries of the page object.
+void writePieceInfo(DocumentCache& cache, ObjectIdentifier page, const CarriedEntries& others,
+                    const RecordNote& note);
 
 } // namespace corvane

@@ -110,24 +110,24 @@ bool ResourceRegistry::hasAdded() const {
                                [](const Category& category) { return !category.added.empty(); });
 }
 
-void ResourceRegistry::write(DocumentCache& cache) const {
+void ResourceRegistry::write(DocumentCache& cache, ObjectIdentifier in) const {
     Filter& output = *cache.output;
     for (std::size_t i = 0; i < categoryCount; ++i) {
         const Category& category = categories_[i];
         if (category.added.empty()) {
-            category.former.write(cache);
+            category.former.write(cache, in);
             continue;
         }
         nameOutput(output, categoryNames[i].key);
         stringOutput(output, "<<\r");
-        category.carried.write(cache);
+        category.carried.write(cache, in);
         for (const auto& [name, object] : category.added) {
             nameOutput(output, name);
             referenceOutput(output, object.first, object.second);
         }
         stringOutput(output, ">>\r");
     }
-    others_.write(cache);
+    others_.write(cache, in);
 }
 
 } // namespace corvane

@@ -50,8 +50,9 @@ public:
     bool hasAdded(ResourceCategory category) const;
     bool hasAdded() const; ///< anything at all
 
-    /// Writes the entries of a Resources dictionary to the cache's output.
-    void write(DocumentCache& cache) const;
+    /// Writes the entries of a Resources dictionary, which stands in the object `in`, to the
+    /// cache's output.
+    void write(DocumentCache& cache, ObjectIdentifier in) const;
 
 private:
     using Reference = std::pair<std::int32_t, std::int32_t>; // number and generation

@@ -3,10 +3,13 @@
 #include "objects/identity.h"
 #include "output/primitives.h"
 #include "output/xref.h"
+#include "reader/crypt/decrypt_object.h"
+#include "reader/crypt/encryption.h"
 #include "reader/syntax/raw_entries.h"
 #include "reader/syntax/stream_chain.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
+#include "writer/crypt/sealed.h"
 
 #include <array>
 #include <charconv>
@@ -44,6 +47,12 @@ RealMatrix matrixOf(DocumentCache& cache, const Object& pattern) {
     }
     const auto [a, b, c, d, tx, ty] = values;
     return {a, b, c, d, tx, ty};
+}
+
+/// How the data of a copy are enciphered: as those of its pattern.
+FileCipher cipherOf(DocumentCache& cache, const Object& stream) {
+    return encryptedStream(stream) ? cache.encryption->cipherOf(cache, stream)
+                                   : FileCipher::identity;
 }
 
 } // namespace
@@ -96,7 +105,7 @@ void writePattern(DocumentCache& cache, const MovedPattern& pattern) {
     touchXRef(output, pattern.number, 0);
     objectOutput(output, pattern.number, 0);
     stringOutput(output, "<<\r");
-    pattern.entries.write(cache);
+    pattern.entries.write(cache, {pattern.number, 0});
     stringOutput(output, "/Matrix [ ");
     matrixOutput(output, withoutSignedZeros(pattern.matrix));
     stringOutput(output, "]\r");
@@ -104,14 +113,19 @@ void writePattern(DocumentCache& cache, const MovedPattern& pattern) {
         stringOutput(output, ">>\rendobj\r");
         return;
     }
+    const FileCipher cipher = cipherOf(cache, pattern.stream.get());
     stringOutput(output, "/Length ");
-    integerOutput(output, static_cast<std::int32_t>(streamLength(pattern.stream.get())));
+    integerOutput(output, static_cast<std::int32_t>(
+                              sealedLength(cipher, plainLength(cache, pattern.stream.get()))));
     stringOutput(output, ">>\rstream\r");
-    const Chain data = rawStream(cache, pattern.stream.get());
+    Chain sealed(&output);
+    linkSeal(cache, sealed, cipher, {pattern.number, 0});
+    const Chain data = plainStream(cache, pattern.stream.get());
     std::array<std::byte, 1 << 14> block;
     while (const std::size_t count = readFilter(*data.top(), block)) {
-        writeFilter(output, std::span(block).first(count));
+        writeFilter(*sealed.top(), std::span(block).first(count));
     }
+    sealed.unlink();
     stringOutput(output, "\rendstream\rendobj\r");
 }
 

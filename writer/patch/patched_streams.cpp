@@ -8,6 +8,7 @@
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 #include "runtime/extension.h"
+#include "writer/crypt/sealed.h"
 #include "writer/patch/deflated_text.h"
 #include "writer/patch/text_sink.h"
 
@@ -119,8 +120,7 @@ void put(Filter& to, std::string_view text) {
 
 /// Runs `body` with the filter that its data are written to.
 template <class Body>
-void writeData(Filter& output, bool deflates, Body&& body) {
-    Chain chain(&output);
+void writeData(Chain chain, bool deflates, Body&& body) {
     if (deflates) {
         chain.link(setupDeflate());
     }
@@ -169,17 +169,26 @@ private:
         stringOutput(output_, deflates ? "/Filter /FlateDecode\r>>\rstream\r" : ">>\rstream\r");
     }
 
+    /// Enciphers the data of a new stream, in an encrypted file.
+    Chain sealed(std::int32_t number) {
+        Chain chain(&output_);
+        linkSeal(cache_, chain, newStreamCipher(cache_), {number, 0});
+        return chain;
+    }
+
     void writeNew(const PatchedStream& stream) {
         const std::string compressed = wantsPlain() ? std::string() : deflated(stream.text);
         const bool deflates = !wantsPlain() && compressed.size() < stream.text.size();
         const std::string& data = deflates ? compressed : stream.text;
+        const std::int64_t length =
+            sealedLength(newStreamCipher(cache_), static_cast<std::int64_t>(data.size()));
         begin(stream.number);
-        integerOutput(output_, static_cast<std::int32_t>(data.size()));
+        integerOutput(output_, static_cast<std::int32_t>(length));
         beginData(deflates);
-        put(output_, data);
+        writeData(sealed(stream.number), false, [&](Filter& to) { put(to, data); });
         // The line end before "endstream" does not count.
         stringOutput(output_, "\rendstream\rendobj\r");
-        written_.bytes += static_cast<std::int64_t>(data.size());
+        written_.bytes += length;
     }
 
     void writePatched(const PatchedStream& stream) {
@@ -188,7 +197,7 @@ private:
         referenceOutput(output_, stream.length, 0);
         beginData(deflates);
         const std::int32_t start = markFilter(output_);
-        writeData(output_, deflates, [&](Filter& to) {
+        writeData(sealed(stream.number), deflates, [&](Filter& to) {
             const std::string_view old = bytes_.stream(*stream.base);
             std::size_t from = 0;
             for (const Patch& patch : stream.patches) {

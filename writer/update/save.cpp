@@ -3,6 +3,7 @@
 #include "objects/identity.h"
 #include "output/primitives.h"
 #include "output/xref.h"
+#include "reader/crypt/encryption.h"
 #include "reader/document/update_mark.h"
 #include "reader/page/page_base.h"
 #include "reader/page/page_content.h"
@@ -37,7 +38,7 @@ bool isBlank(DocumentCache& cache) {
     std::int64_t bytes = 0;
     const bool isRead = attempted([&] {
         for (const ObjectOwner& stream : contentStreams(cache)) {
-            bytes += streamLength(stream.get());
+            bytes += plainLength(cache, stream.get());
         }
     });
     return isRead && bytes == 0;
@@ -100,6 +101,9 @@ UpdatePlan planUpdate(DocumentCache& cache) {
     // for is nothing to add a section to.
     if (rules().guardsFile && cache.repaired) {
         failException(Exception::repairedFile);
+    }
+    if (cache.encryption && !cache.encryption->allowsChanges()) {
+        failException(Exception::notPermitted);
     }
     UpdatePlan plan;
     if (rules().recordsOrigin) {

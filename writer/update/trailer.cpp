@@ -77,7 +77,7 @@ void writeTrailerEntries(DocumentCache& cache, const CarriedTrailer& trailer) {
     stringOutput(output, "\r/Prev ");
     integerOutput(output, weighXRef());
     stringOutput(output, "\r");
-    trailer.entries.write(cache);
+    trailer.entries.write(cache, {});
     if (trailer.identifier) {
         const auto& update = static_cast<const UpdateFilter&>(output);
         stringOutput(output, "/ID [ <" +
@@ -122,6 +122,9 @@ CarriedTrailer carriedTrailer(DocumentCache& cache) {
     const Object info = findEntry(cache, cache.trailer.get(), "Info");
     if (!rules().carriesTrailer || typeObject(info) != ObjectType::null) {
         carry(cache, trailer.entries, "Info");
+    }
+    if (cache.encryption) {
+        carry(cache, trailer.entries, "Encrypt");
     }
     if (rules().carriesTrailer) {
         // A file can do without an ID, and with a Size that is found anew.

@@ -30,8 +30,13 @@ TEST_F(SessionTest, GivesBackAllOfTheZoneHoweverItEnds) {
         play(part);
         const std::int32_t before = FreeMem();
         Report report;
-        const Arguments arguments{
-            .file = file, .artwork = {}, .output = {}, .images = {}, .quiet = true};
+        const Arguments arguments{.file = file,
+                                  .artwork = {},
+                                  .output = {},
+                                  .images = {},
+                                  .passwordFile = {},
+                                  .password = {},
+                                  .quiet = true};
         try {
             Document document;
             Session session(arguments, report, document);

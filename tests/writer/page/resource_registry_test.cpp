@@ -29,7 +29,7 @@ protected:
     std::string written(const ResourceRegistry& registry) {
         test::KeeperFilter keeper;
         cache_->output = &keeper;
-        registry.write(*cache_);
+        registry.write(*cache_, {});
         cache_->output = nullptr;
         return keeper.text;
     }

@@ -1,0 +1,133 @@
+#include "crypt/cipher.h"
+
+#include "crypt/random.h"
+
+#include <algorithm>
+#include <span>
+
+namespace corvane {
+
+namespace {
+
+AesBlock randomBlock() {
+    AesBlock block{};
+    randomBytes(block);
+    return block;
+}
+
+/// Moves the first `count` bytes from `from` to the end of `to`, through the chain.
+void runBlocks(AesChain& chain, std::vector<std::uint8_t>& from, std::size_t count,
+               std::vector<std::uint8_t>& to) {
+    const std::span<std::uint8_t> blocks = std::span(from).first(count);
+    chain.run(blocks);
+    to.insert(to.end(), blocks.begin(), blocks.end());
+    from.erase(from.begin(), from.begin() + static_cast<std::ptrdiff_t>(count));
+}
+
+void runArcfour(Arcfour& arcfour, Octets data, std::vector<std::uint8_t>& out) {
+    const std::size_t start = out.size();
+    out.insert(out.end(), data.begin(), data.end());
+    arcfour.run(std::span(out).subspan(start));
+}
+
+template <class Cipher>
+std::string runWhole(const CipherKey& key, std::string_view data) {
+    std::vector<std::uint8_t> out;
+    Cipher cipher(key);
+    cipher.feed(octetsOf(data), out);
+    cipher.finish(out);
+    return {out.begin(), out.end()};
+}
+
+} // namespace
+
+Decipher::Decipher(const CipherKey& key) : method_(key.method) {
+    if (method_ == CipherMethod::arcfour) {
+        arcfour_.emplace(key.key.bytes());
+    } else if (method_ == CipherMethod::aes) {
+        key_ = Secret(key.key.bytes());
+    }
+}
+
+void Decipher::feed(Octets data, std::vector<std::uint8_t>& out) {
+    switch (method_) {
+    case CipherMethod::identity:
+        out.insert(out.end(), data.begin(), data.end());
+        return;
+    case CipherMethod::arcfour:
+        return runArcfour(*arcfour_, data, out);
+    case CipherMethod::aes:
+        break;
+    }
+    pending_.insert(pending_.end(), data.begin(), data.end());
+    if (!aes_ && pending_.size() >= aesBlock) {
+        AesBlock initial{};
+        std::copy_n(pending_.begin(), aesBlock, initial.begin());
+        pending_.erase(pending_.begin(), pending_.begin() + aesBlock);
+        aes_.emplace(AesChain::Direction::decrypt, key_.bytes(), initial);
+    }
+    if (aes_ && pending_.size() > aesBlock) {
+        runBlocks(*aes_, pending_, (pending_.size() - 1) / aesBlock * aesBlock, out);
+    }
+}
+
+void Decipher::finish(std::vector<std::uint8_t>& out) {
+    if (!aes_ || pending_.size() != aesBlock) {
+        return;
+    }
+    runBlocks(*aes_, pending_, aesBlock, out);
+    const std::size_t padding = out.back();
+    if (padding >= 1 && padding <= aesBlock) {
+        out.resize(out.size() - padding);
+    }
+}
+
+Encipher::Encipher(const CipherKey& key) : method_(key.method) {
+    if (method_ == CipherMethod::arcfour) {
+        arcfour_.emplace(key.key.bytes());
+    } else if (method_ == CipherMethod::aes) {
+        initial_ = randomBlock();
+        aes_.emplace(AesChain::Direction::encrypt, key.key.bytes(), initial_);
+    }
+}
+
+void Encipher::feed(Octets data, std::vector<std::uint8_t>& out) {
+    switch (method_) {
+    case CipherMethod::identity:
+        out.insert(out.end(), data.begin(), data.end());
+        return;
+    case CipherMethod::arcfour:
+        return runArcfour(*arcfour_, data, out);
+    case CipherMethod::aes:
+        break;
+    }
+    if (!begun_) {
+        out.insert(out.end(), initial_.begin(), initial_.end());
+        begun_ = true;
+    }
+    pending_.insert(pending_.end(), data.begin(), data.end());
+    runBlocks(*aes_, pending_, pending_.size() / aesBlock * aesBlock, out);
+}
+
+void Encipher::finish(std::vector<std::uint8_t>& out) {
+    if (method_ == CipherMethod::aes) {
+        const std::size_t padding = aesBlock - pending_.size();
+        const std::vector<std::uint8_t> last(padding, static_cast<std::uint8_t>(padding));
+        feed(last, out);
+    }
+}
+
+std::int64_t encipheredLength(CipherMethod method, std::int64_t length) {
+    constexpr auto block = static_cast<std::int64_t>(aesBlock);
+    return method == CipherMethod::aes ? (length / block + 2) * block : length;
+}
+
+std::string deciphered(const CipherKey& key, std::string_view data) {
+    return runWhole<Decipher>(key, data);
+}
+
+std::string enciphered(const CipherKey& key, std::string_view data) {
+    return runWhole<Encipher>(key, data);
+}
+
+} // namespace corvane

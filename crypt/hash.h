@@ -1,0 +1,13 @@
+// The hashes of the standard security handler.
+#pragma once
+
+#include "crypt/secret.h"
+
+namespace corvane {
+
+Secret md5(Octets data);
+Secret sha256(Octets data);
+Secret sha384(Octets data);
+Secret sha512(Octets data);
+
+} // namespace corvane

@@ -1,0 +1,71 @@
+#include "crypt/password_text.h"
+
+#include <array>
+
+namespace corvane {
+
+namespace {
+
+/// Characters of PDFDocEncoding that are not those of Latin-1, from 0x18 and from 0x80 on.
+constexpr std::array<char32_t, 8> accents = {0x02D8, 0x02C7, 0x02C6, 0x02D9,
+                                             0x02DD, 0x02DB, 0x02DA, 0x02DC};
+constexpr std::array<char32_t, 33> others = {
+    0x2022, 0x2020, 0x2021, 0x2026, 0x2014, 0x2013, 0x0192, 0x2044, 0x2039, 0x203A, 0x2212,
+    0x2030, 0x201E, 0x201C, 0x201D, 0x2018, 0x2019, 0x201A, 0x2122, 0xFB01, 0xFB02, 0x0141,
+    0x0152, 0x0160, 0x0178, 0x017D, 0x0131, 0x0142, 0x0153, 0x0161, 0x017E, 0xFFFF, 0x20AC};
+
+std::optional<std::uint8_t> encoded(char32_t character) {
+    for (std::size_t i = 0; i < accents.size(); ++i) {
+        if (accents[i] == character) {
+            return static_cast<std::uint8_t>(0x18 + i);
+        }
+    }
+    for (std::size_t i = 0; i < others.size(); ++i) {
+        if (others[i] == character) {
+            return static_cast<std::uint8_t>(0x80 + i);
+        }
+    }
+    const bool isSame = character < 0x18 || (character > 0x1F && character < 0x7F) ||
+                        (character > 0xA0 && character <= 0xFF && character != 0xAD);
+    return isSame ? std::optional(static_cast<std::uint8_t>(character)) : std::nullopt;
+}
+
+/// Takes one character off the front; nothing where that is no UTF-8.
+std::optional<char32_t> nextCharacter(Octets& text) {
+    const std::uint8_t lead = text.front();
+    const std::size_t more = lead < 0x80   ? 0
+                             : lead < 0xC2 ? 4
+                             : lead < 0xE0 ? 1
+                             : lead < 0xF0 ? 2
+                                           : 3;
+    if (more >= text.size() || more == 4 || lead > 0xF4) {
+        return std::nullopt;
+    }
+    char32_t character = more == 0 ? lead : lead & (0x3FU >> more);
+    for (std::size_t i = 1; i <= more; ++i) {
+        if ((text[i] & 0xC0) != 0x80) {
+            return std::nullopt;
+        }
+        character = character << 6 | (text[i] & 0x3FU);
+    }
+    text = text.subspan(more + 1);
+    return character;
+}
+
+} // namespace
+
+std::optional<Secret> documentEncoded(Octets text) {
+    Secret bytes(text.size());
+    std::size_t count = 0;
+    while (!text.empty()) {
+        const std::optional<char32_t> character = nextCharacter(text);
+        const std::optional<std::uint8_t> byte = character ? encoded(*character) : std::nullopt;
+        if (!byte) {
+            return std::nullopt;
+        }
+        bytes.bytes()[count++] = *byte;
+    }
+    return Secret(std::as_const(bytes).bytes().first(count));
+}
+
+} // namespace corvane

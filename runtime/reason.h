@@ -1,0 +1,29 @@
+// Why an exception was raised, where its code has several reasons that a person should know.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace corvane {
+
+/// Reasons of `crossReference`. The sentence of each is in resources/texts.
+enum class Reason : std::int32_t {
+    none = 0,
+    missingPassword = 1,
+    wrongPassword = 2,
+    unknownHandler = 3,    ///< the name is that of the security handler
+    unknownMethod = 4,     ///< the name is that of the method
+    damagedEncryption = 5, ///< what the file says of its encryption cannot be
+};
+
+struct NotedReason {
+    Reason reason = Reason::none;
+    std::string name;
+};
+
+/// Notes a reason until it is taken.
+void noteReason(Reason reason, std::string_view name = {});
+NotedReason takeReason();
+
+} // namespace corvane
