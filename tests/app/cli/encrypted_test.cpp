@@ -58,13 +58,16 @@ protected:
 
     void encrypt(const Words& options, const std::string& user = "user",
                  const std::string& owner = "owner") const {
-        Words words{"qpdf", "--allow-weak-crypto", "--object-streams=disable", "--encrypt", user,
-                    owner};
+        Words words{
+            "qpdf", "--allow-weak-crypto", "--object-streams=" + objectStreams_, "--encrypt", user,
+            owner};
         words.insert(words.end(), options.begin(), options.end());
         words.insert(words.end(), {"--", "plain.pdf", "in.pdf"});
         const auto outcome = other(words);
         ASSERT_EQ(outcome.status, 0) << outcome.errors;
     }
+
+    std::string objectStreams_ = "disable";
 
     std::string opened(const std::string& pdf, const std::string& password) const {
         const auto outcome =
@@ -109,10 +112,12 @@ TEST_F(Encrypted, EveryRevisionIsOpenedAndSavedInto) {
     saved(edited(plainArt), {});
     const auto wanted = test::draw(folder_.path() / "in.pdf", 1);
     for (const Words& options :
-         {Words{"40"}, Words{"128", "--use-aes=n"}, Words{"128", "--force-V4"},
-          Words{"128", "--use-aes=y"}, Words{"128", "--use-aes=y", "--cleartext-metadata"},
-          Words{"256", "--force-R5"}, Words{"256"}, Words{"256", "--cleartext-metadata"}}) {
+         {Words{"40"}, Words{"128", "--use-aes=n"}, Words{"128", "--use-aes=n"},
+          Words{"128", "--force-V4"}, Words{"128", "--use-aes=y"},
+          Words{"128", "--use-aes=y", "--cleartext-metadata"}, Words{"256", "--force-R5"},
+          Words{"256"}, Words{"256", "--cleartext-metadata"}}) {
         SCOPED_TRACE(options.back());
+        objectStreams_ = objectStreams_ == "disable" ? "generate" : "disable";
         encrypt(options);
         const std::string old = bytes("in.pdf");
         const std::string art = opened("in.pdf", "owner");
@@ -131,9 +136,9 @@ TEST_F(Encrypted, EveryRevisionIsOpenedAndSavedInto) {
         // Drawn anew, uncompressed.
         std::string changed = art;
         changed.replace(changed.find("data-digest=\"") + 13, 4, "0000");
-        EXPECT_TRUE(holds(
-            saved(changed, {"--page", "1", "--force", "--plain", "--password", "user"}),
-            "3 objects"));
+        EXPECT_TRUE(
+            holds(saved(changed, {"--page", "1", "--force", "--plain", "--password", "user"}),
+                  "objects)"));
         EXPECT_FALSE(holds(bytes("in.pdf"), " re f")) << "no plain content";
         EXPECT_EQ(other({"qpdf", "--password=user", "--check", "in.pdf"}).status, 0);
     }
