@@ -181,6 +181,9 @@ std::vector<RawEntry> rawEntries(DocumentCache& cache, const RawEntry& value) {
 }
 
 std::vector<RawEntry> rawTrailer(DocumentCache& cache) {
+    if (cache.sectionOffsets.empty()) {
+        failException(Exception::structure); // the file was searched
+    }
     const SyntaxPlace place{.start = cache.sectionOffsets.front()};
     FileScope scope(cache, place);
     EntryWalk walk(scope, place);

@@ -41,7 +41,7 @@ TEST_F(SealedTest, ValuesMoveFromObjectToObject) {
              Row{"(a)", "<61>"},
              Row{"()", "<>"},
              Row{"[(a(b)\\)c)(\\101\\\n)/N#28 1.5]", "[<612862292963><41>/N#28 1.5]"},
-             Row{"<</A<61 6\n2>/B<</C(\r\n)>>>>", "<</A<6162>/B<</C<0a>>>>>"},
+             Row{"<</A<61 6\n2>/B<</C(\r\n)>>>>", "<</A<6162>/B<</C<0A>>>>>"},
              Row{"<</A 1 % (no) <string>\n/B<7>>>", "<</A 1 % (no) <string>\n/B<70>>>"},
          }) {
         SCOPED_TRACE(row.value);
