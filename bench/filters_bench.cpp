@@ -7,10 +7,10 @@
 #include "filters/hex.h"
 #include "filters/lzw.h"
 #include "filters/mapping.h"
+#include "filters/memory_filter.h"
 #include "filters/predictor.h"
 #include "filters/run_length.h"
 #include "filters/space.h"
-#include "filters/memory_filter.h"
 
 #include <array>
 #include <benchmark/benchmark.h>

@@ -4,9 +4,9 @@
 //     build/bench/token_bench /tmp/corvane-pages/map-120000.pdf
 //
 // The whole file is scanned; all but its first and last few hundred bytes are one content stream.
+#include "filters/memory_filter.h"
 #include "filters/token.h"
 #include "runtime/rules.h"
-#include "filters/memory_filter.h"
 #include "tests/support/process.h"
 #include "toolbox/state.h"
 

@@ -7,6 +7,7 @@
 #include "filters/hex.h"
 #include "filters/lzw.h"
 #include "filters/mapping.h"
+#include "filters/memory_filter.h"
 #include "filters/predictor.h"
 #include "filters/run_length.h"
 #include "filters/space.h"
@@ -15,7 +16,6 @@
 #include "runtime/exception.h"
 #include "runtime/rules.h"
 #include "tests/filters/lzw_reference.h"
-#include "filters/memory_filter.h"
 #include "toolbox/state.h"
 
 #include <algorithm>

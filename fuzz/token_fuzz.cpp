@@ -1,12 +1,12 @@
 // Any bytes through the token filter: the same tokens at the same places whatever the chunks below
 // it, and mark, seek and read that stay exact between tokens.
 #include "filters/buffer.h"
+#include "filters/memory_filter.h"
 #include "filters/token.h"
 #include "fuzz/targets.h"
 #include "host/memory.h"
 #include "runtime/exception.h"
 #include "runtime/rules.h"
-#include "filters/memory_filter.h"
 #include "toolbox/state.h"
 
 #include <algorithm>

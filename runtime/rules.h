@@ -36,8 +36,8 @@ struct Rules {
     /// A subsection may hold fewer entries than its header says.
     bool toleratesSubsections;
 
-    /// Cross-reference streams and object streams are read, and an update goes on in the form of the
-    /// section before it.
+    /// Cross-reference streams and object streams are read, and an update goes on in the form of
+    /// the section before it.
     bool readsObjectStreams;
 
     /// An object without "endobj" ends where the next thing begins; one without a value is null.

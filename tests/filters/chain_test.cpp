@@ -1,10 +1,10 @@
 // Chains, and the filters at their bottom: stream, buffer, range and the byte stream on top.
 #include "filters/buffer.h"
 #include "filters/byte_stream.h"
+#include "filters/memory_filter.h"
 #include "filters/range.h"
 #include "filters/stream.h"
 #include "tests/runtime/zone_fixture.h"
-#include "filters/memory_filter.h"
 #include "tests/toolbox/toolbox_fixture.h"
 
 #include <algorithm>

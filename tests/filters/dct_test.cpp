@@ -1,9 +1,9 @@
 #include "filters/dct.h"
 
 #include "filters/buffer.h"
+#include "filters/memory_filter.h"
 #include "runtime/warning.h"
 #include "tests/runtime/zone_fixture.h"
-#include "filters/memory_filter.h"
 #include "tests/support/picture.h"
 
 #include <gtest/gtest.h>

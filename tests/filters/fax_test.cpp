@@ -2,11 +2,11 @@
 
 #include "filters/buffer.h"
 #include "filters/hex.h"
+#include "filters/memory_filter.h"
 #include "filters/range.h"
 #include "tests/runtime/zone_fixture.h"
 #include "tests/support/fax_images.h"
 #include "tests/support/fax_run.h"
-#include "filters/memory_filter.h"
 
 #include <algorithm>
 #include <vector>

@@ -1,9 +1,9 @@
 #include "filters/token.h"
 
 #include "filters/buffer.h"
+#include "filters/memory_filter.h"
 #include "runtime/exception.h"
 #include "tests/runtime/zone_fixture.h"
-#include "filters/memory_filter.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -66,8 +66,7 @@ protected:
     /// A token filter over `input`, which delivers at most `longestRead` bytes at a time.
     TokenFilter& link(std::string_view input, std::int32_t longestRead = INT32_MAX) {
         chain_.abandon();
-        chain_.link(
-            std::make_unique<MemoryFilter>(std::as_bytes(std::span(input)), longestRead));
+        chain_.link(std::make_unique<MemoryFilter>(std::as_bytes(std::span(input)), longestRead));
         auto owner = setupToken();
         TokenFilter& tokens = *owner;
         chain_.link(std::move(owner));

@@ -2,12 +2,12 @@
 #include "reader/syntax/syntax.h"
 
 #include "filters/buffer.h"
+#include "filters/memory_filter.h"
 #include "objects/stack.h"
 #include "reader/syntax/keywords.h"
 #include "reader/syntax/token_push.h"
 #include "reader/syntax/utility.h"
 #include "tests/reader/reader_fixture.h"
-#include "filters/memory_filter.h"
 
 #include <gmock/gmock.h>
 
