@@ -38,16 +38,26 @@ std::string stringIn(DocumentCache& cache, const Object& dictionary, std::string
                                                        : std::string(textObject(value.get()));
 }
 
+/// The entries of the Encrypt dictionary as they are written. One that is part of a trailer that a
+/// search found is not known so: `structure`.
+std::vector<RawEntry> writtenEntries(DocumentCache& cache) {
+    const Object encrypt = findEntry(cache, cache.trailer.get(), "Encrypt");
+    if (typeObject(encrypt) == ObjectType::reference) {
+        std::int32_t number = 0;
+        std::int32_t generation = 0;
+        referenceObject(encrypt, number, generation);
+        return rawEntries(cache, number, generation);
+    }
+    const std::vector<RawEntry> trailer = rawTrailer(cache);
+    const auto entry = std::ranges::find(trailer, "Encrypt", &RawEntry::key);
+    return entry == trailer.end() ? std::vector<RawEntry>() : rawEntries(cache, *entry);
+}
+
 /// P by its digits: some programs write it without a sign, and 32 bits do not hold it then.
 std::optional<std::int32_t> writtenPermissions(DocumentCache& cache) {
     std::optional<std::int32_t> permissions;
     attempted([&] {
-        const std::vector<RawEntry> trailer = rawTrailer(cache);
-        const auto encrypt = std::ranges::find(trailer, "Encrypt", &RawEntry::key);
-        if (encrypt == trailer.end()) {
-            return;
-        }
-        const std::vector<RawEntry> entries = rawEntries(cache, *encrypt);
+        const std::vector<RawEntry> entries = writtenEntries(cache);
         const auto entry = std::ranges::find(entries, "P", &RawEntry::key);
         if (entry == entries.end()) {
             return;
