@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/cli/arguments.h"
-#include "app/cli/report.h"
+#include "app/cli/report/report.h"
 
 namespace corvane {
 

@@ -2,7 +2,7 @@
 #include "app/cli/commands.h"
 
 #include "app/artwork/document.h"
-#include "app/cli/output.h"
+#include "app/cli/files/output.h"
 #include "app/cli/session.h"
 
 namespace corvane {

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "app/cli/arguments.h"
-#include "app/cli/image_folder.h"
+#include "app/cli/files/image_folder.h"
 #include "app/cli/password.h"
 #include "app/cli/progress.h"
-#include "app/cli/report.h"
+#include "app/cli/report/report.h"
 #include "host/extension.h"
 #include "host/front.h"
 

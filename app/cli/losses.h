@@ -3,7 +3,7 @@
 
 #include "app/artwork/document.h"
 #include "app/cli/arguments.h"
-#include "app/cli/report.h"
+#include "app/cli/report/report.h"
 #include "app/svg/reader.h"
 
 #include <vector>

@@ -3,7 +3,7 @@
 
 #include "app/cli/arguments.h"
 #include "app/cli/fault.h"
-#include "app/cli/report.h"
+#include "app/cli/report/report.h"
 
 #include <string>
 #include <string_view>

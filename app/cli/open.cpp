@@ -1,8 +1,8 @@
 #include "app/cli/commands.h"
 
 #include "app/artwork/document.h"
+#include "app/cli/files/output.h"
 #include "app/cli/messages.h"
-#include "app/cli/output.h"
 #include "app/cli/session.h"
 #include "app/cli/text.h"
 #include "app/svg/writer.h"

@@ -3,10 +3,10 @@
 #include "app/cli/arguments.h"
 #include "app/cli/commands.h"
 #include "app/cli/fault.h"
+#include "app/cli/files/output.h"
 #include "app/cli/interrupt.h"
 #include "app/cli/messages.h"
-#include "app/cli/output.h"
-#include "app/cli/report.h"
+#include "app/cli/report/report.h"
 
 #include <exception>
 #include <new>

@@ -2,9 +2,9 @@
 
 #include "app/artwork/document.h"
 #include "app/cli/artwork_file.h"
+#include "app/cli/files/save_place.h"
 #include "app/cli/losses.h"
 #include "app/cli/messages.h"
-#include "app/cli/save_place.h"
 #include "app/cli/session.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "app/cli/session.h"
 
 #include "app/cli/fault.h"
-#include "app/cli/input_file.h"
+#include "app/cli/files/input_file.h"
 #include "app/cli/interrupt.h"
 #include "app/cli/text.h"
 #include "host/toolbox.h"

@@ -6,7 +6,7 @@
 #include "app/cli/arguments.h"
 #include "app/cli/listener.h"
 #include "app/cli/plugin.h"
-#include "app/cli/report.h"
+#include "app/cli/report/report.h"
 #include "app/cli/zone_block.h"
 #include "host/parameters.h"
 

@@ -2,10 +2,10 @@
 #include "app/cli/commands.h"
 
 #include "app/artwork/document.h"
-#include "app/cli/file_lock.h"
-#include "app/cli/input_file.h"
+#include "app/cli/files/file_lock.h"
+#include "app/cli/files/input_file.h"
+#include "app/cli/files/output.h"
 #include "app/cli/messages.h"
-#include "app/cli/output.h"
 #include "app/cli/session.h"
 
 namespace corvane {

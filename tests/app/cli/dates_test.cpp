@@ -1,4 +1,4 @@
-#include "app/cli/dates.h"
+#include "app/cli/report/dates.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "app/cli/hidden_file.h"
+#include "app/cli/files/hidden_file.h"
 
-#include "app/cli/output.h"
+#include "app/cli/files/output.h"
 #include "tests/support/process.h"
 
 #include <csignal>

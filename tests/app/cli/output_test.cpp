@@ -1,7 +1,7 @@
-#include "app/cli/output.h"
+#include "app/cli/files/output.h"
 
 #include "app/cli/fault.h"
-#include "app/cli/image_folder.h"
+#include "app/cli/files/image_folder.h"
 #include "tests/support/process.h"
 
 #include <filesystem>

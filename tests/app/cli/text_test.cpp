@@ -1,8 +1,8 @@
 #include "app/cli/text.h"
 
-#include "app/cli/json.h"
 #include "app/cli/messages.h"
-#include "app/cli/report.h"
+#include "app/cli/report/json.h"
+#include "app/cli/report/report.h"
 
 #include <gtest/gtest.h>
 #include <limits>

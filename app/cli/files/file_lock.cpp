@@ -1,4 +1,4 @@
-#include "app/cli/file_lock.h"
+#include "app/cli/files/file_lock.h"
 
 #include "app/cli/fault.h"
 #include "host/files.h"

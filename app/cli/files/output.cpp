@@ -1,4 +1,4 @@
-#include "app/cli/output.h"
+#include "app/cli/files/output.h"
 
 #include "app/cli/fault.h"
 #include "app/cli/interrupt.h"

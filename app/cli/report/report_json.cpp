@@ -1,6 +1,6 @@
-#include "app/cli/dates.h"
-#include "app/cli/json.h"
-#include "app/cli/report.h"
+#include "app/cli/report/dates.h"
+#include "app/cli/report/json.h"
+#include "app/cli/report/report.h"
 #include "app/cli/text.h"
 
 namespace corvane {

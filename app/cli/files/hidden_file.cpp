@@ -1,4 +1,4 @@
-#include "app/cli/hidden_file.h"
+#include "app/cli/files/hidden_file.h"
 
 #include "host/files.h"
 

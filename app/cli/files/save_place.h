@@ -3,8 +3,8 @@
 #pragma once
 
 #include "app/cli/arguments.h"
-#include "app/cli/file_lock.h"
-#include "app/cli/output.h"
+#include "app/cli/files/file_lock.h"
+#include "app/cli/files/output.h"
 
 #include <optional>
 #include <string>

@@ -1,4 +1,4 @@
-#include "app/cli/image_folder.h"
+#include "app/cli/files/image_folder.h"
 
 #include <cerrno>
 #include <string_view>

@@ -1,4 +1,4 @@
-#include "app/cli/report.h"
+#include "app/cli/report/report.h"
 #include "app/cli/text.h"
 
 namespace corvane {

@@ -1,4 +1,4 @@
-#include "app/cli/json.h"
+#include "app/cli/report/json.h"
 
 #include "app/cli/text.h"
 

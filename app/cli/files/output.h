@@ -1,7 +1,7 @@
 // The file that a command makes: whole or not at all.
 #pragma once
 
-#include "app/cli/hidden_file.h"
+#include "app/cli/files/hidden_file.h"
 #include "app/svg/sink.h"
 #include "toolbox/descriptor.h"
 

@@ -1,5 +1,5 @@
-#include "app/cli/dates.h"
-#include "app/cli/report.h"
+#include "app/cli/report/dates.h"
+#include "app/cli/report/report.h"
 #include "app/cli/text.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
-#include "app/cli/save_place.h"
+#include "app/cli/files/save_place.h"
 
 #include "app/cli/fault.h"
-#include "app/cli/input_file.h"
+#include "app/cli/files/input_file.h"
 #include "toolbox/descriptor.h"
 
 #include <array>

@@ -1,4 +1,4 @@
-#include "app/cli/input_file.h"
+#include "app/cli/files/input_file.h"
 
 #include "app/cli/fault.h"
 
