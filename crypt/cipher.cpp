@@ -66,13 +66,14 @@ void Decipher::feed(Octets data, std::vector<std::uint8_t>& out) {
         pending_.erase(pending_.begin(), pending_.begin() + aesBlock);
         aes_.emplace(AesChain::Direction::decrypt, key_.bytes(), initial);
     }
-    if (aes_ && pending_.size() > aesBlock) {
-        runBlocks(*aes_, pending_, (pending_.size() - 1) / aesBlock * aesBlock, out);
+    // The last whole block is held back, for its padding; stray bytes may stand behind it.
+    if (aes_ && pending_.size() >= 2 * aesBlock) {
+        runBlocks(*aes_, pending_, pending_.size() / aesBlock * aesBlock - aesBlock, out);
     }
 }
 
 void Decipher::finish(std::vector<std::uint8_t>& out) {
-    if (!aes_ || pending_.size() != aesBlock) {
+    if (!aes_ || pending_.size() < aesBlock) {
         return;
     }
     runBlocks(*aes_, pending_, aesBlock, out);

@@ -86,6 +86,9 @@ SecretText fileLine(const std::string& path) {
     if (!isStandard) {
         close(descriptor);
     }
+    if (interrupted()) {
+        throw Failure({code::cancelled, "cancelled"});
+    }
     if (!line) {
         throw Failure({code::io, "the password file holds no line; put the password on its first"});
     }

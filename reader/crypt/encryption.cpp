@@ -1,6 +1,7 @@
 #include "reader/crypt/encryption.h"
 
 #include "reader/syntax/syntax.h"
+#include "runtime/budget.h"
 #include "runtime/exception.h"
 
 #include <utility>
@@ -29,7 +30,7 @@ bool isName(const Object& object, std::string_view name) {
 
 /// The name of the crypt filter that a stream asks for; nothing where it has none.
 std::optional<std::string> cryptFilterOf(DocumentCache& cache, const Object& stream) {
-    for (std::size_t i = 0;; ++i) {
+    for (std::size_t i = 0; i <= budget::streamFilters; ++i) {
         const ObjectOwner filter = elementOf(cache, stream, "Filter", i);
         if (typeObject(filter.get()) != ObjectType::literal) {
             return std::nullopt;
@@ -46,6 +47,7 @@ std::optional<std::string> cryptFilterOf(DocumentCache& cache, const Object& str
                    ? std::string(literalObject(name.get()))
                    : "Identity";
     }
+    return std::nullopt;
 }
 
 } // namespace

@@ -77,15 +77,24 @@ std::optional<FileKey> findKey(const HandlerFacts& facts, bool needed) {
 /// Objects that are never enciphered: those that a key is made of.
 std::set<std::int32_t> plainObjects(DocumentCache& cache) {
     std::set<std::int32_t> plain;
-    for (const std::string_view key : {"Encrypt", "ID"}) {
-        const Object entry = findEntry(cache, cache.trailer.get(), key);
+    const auto add = [&](const Object& entry) {
         if (typeObject(entry) == ObjectType::reference) {
             std::int32_t number = 0;
             std::int32_t generation = 0;
             referenceObject(entry, number, generation);
             plain.insert(number);
         }
-    }
+    };
+    add(findEntry(cache, cache.trailer.get(), "Encrypt"));
+    add(findEntry(cache, cache.trailer.get(), "ID"));
+    attempted([&] {
+        const ObjectOwner halves = lookupObject(cache, cache.trailer.get(), "ID");
+        if (typeObject(halves.get()) == ObjectType::array) {
+            for (const Object& half : elementsObject(halves.get())) {
+                add(half);
+            }
+        }
+    });
     return plain;
 }
 
@@ -95,10 +104,16 @@ void openEncryption(DocumentCache& cache) {
     if (typeObject(findEntry(cache, cache.trailer.get(), "Encrypt")) == ObjectType::null) {
         return;
     }
+    ObjectOwner dictionary;
+    const bool isThere =
+        attempted([&] { dictionary = lookupObject(cache, cache.trailer.get(), "Encrypt"); }) &&
+        typeObject(dictionary.get()) == ObjectType::dictionary;
+    if (!isThere && !cache.repaired) {
+        failException(Exception::structure); // searching the file may find it
+    }
     EncryptionFacts facts;
-    const bool isReadable = attempted([&] {
-        facts = readEncryption(cache, lookupObject(cache, cache.trailer.get(), "Encrypt").get());
-    });
+    const bool isReadable =
+        isThere && attempted([&] { facts = readEncryption(cache, dictionary.get()); });
     if (!isReadable) {
         noteReason(Reason::damagedEncryption);
         failException(Exception::crossReference);

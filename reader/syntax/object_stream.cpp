@@ -168,7 +168,13 @@ HeldObjectStream ObjectStreams::find(DocumentCache& cache, std::int32_t number) 
         if (typeObject(stream.get()) == ObjectType::stream) {
             // Until it is decoded it cannot be read: not for its own filters either.
             keep({.offset = offset, .stream = nullptr});
-            found = decoded(cache, stream.get());
+            const Exception code = guarded([&] { found = decoded(cache, stream.get()); });
+            if (code != Exception::none && !isFileFault(code)) {
+                drop(byOffset_.at(offset)); // another time it may be read
+            }
+            if (code != Exception::none) {
+                againException();
+            }
             keep({.offset = offset, .stream = found});
         }
     }

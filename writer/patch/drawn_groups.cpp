@@ -4,6 +4,7 @@
 #include "output/primitives.h"
 #include "output/xref.h"
 #include "writer/art/path_works.h"
+#include "writer/crypt/sealed.h"
 #include "writer/patch/art_extent.h"
 #include "writer/patch/text_sink.h"
 
@@ -46,9 +47,14 @@ void writeGroup(DocumentCache& cache, const DrawnGroup& group) {
     stringOutput(output, "<<\r/Type /XObject /Subtype /Form /BBox [ ");
     rectOutput(output, group.box);
     stringOutput(output, "]\r/Group << /S /Transparency >> /Resources << >> /Length ");
-    integerOutput(output, static_cast<std::int32_t>(group.text.size()));
+    const FileCipher cipher = newStreamCipher(cache);
+    integerOutput(output, static_cast<std::int32_t>(
+                              sealedLength(cipher, static_cast<std::int64_t>(group.text.size()))));
     stringOutput(output, ">>\rstream\r");
-    writeFilter(output, std::as_bytes(std::span(group.text)));
+    Chain sealed(&output);
+    linkSeal(cache, sealed, cipher, {group.number, 0});
+    writeFilter(*sealed.top(), std::as_bytes(std::span(group.text)));
+    sealed.unlink();
     stringOutput(output, "\rendstream\rendobj\r");
 }
 
