@@ -19,9 +19,11 @@ std::string pageWithStrings() {
         .object(3, "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 300 300] /Contents 4 0 R "
                    "/PieceInfo 8 0 R /LastModified (D:20200101000000Z) >>")
         .stream(4, "BT /F1 24 Tf 20 250 Td (Hello) Tj ET /I cs 1 sc 20 150 60 60 re f\n"
-                   "/Pattern cs /P scn 1 0 0 RG 120 150 60 60 re B")
+                   "/Pattern cs /P scn 1 0 0 RG 120 150 60 60 re B\n"
+                   "/A gs 0 1 0 rg 20 20 60 60 re f")
         .object(5, "<< /Font << /F1 6 0 R >> /Pattern << /P 7 0 R >> /ColorSpace << /I [/Indexed "
-                   "/DeviceRGB 1 (\\377\\000\\000\\000\\(\\377)] >> >>")
+                   "/DeviceRGB 1 (\\377\\000\\000\\000\\(\\377)] >> "
+                   "/ExtGState << /A << /ca .5 >> >> >>")
         .object(6, "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>")
         .stream(7, "/I cs 1 sc 0 0 5 5 re f 0 sc 5 5 5 5 re f",
                 "/Type /Pattern /PatternType 1 /PaintType 1 /TilingType 1 /BBox [0 0 10 10] "
@@ -31,12 +33,19 @@ std::string pageWithStrings() {
         .bytes();
 }
 
-/// Its artwork, the object with the pattern moved.
+/// Its artwork, the object with the pattern moved, and a gradient in the transparent one.
 std::string edited(const std::string& svg) {
     const auto red = svg.find("stroke=\"#ff0000\"");
     EXPECT_NE(red, std::string::npos);
     std::string moved = svg;
-    return moved.insert(moved.rfind("<path", red) + 5, " transform=\"translate(30 20)\"");
+    moved.insert(moved.rfind("<path", red) + 5, " transform=\"translate(30 20)\"");
+    const std::string green = "fill=\"#00ff00\"";
+    const auto at = moved.find(green);
+    EXPECT_NE(at, std::string::npos);
+    moved.replace(at, green.size(), "fill=\"url(#blend)\"");
+    return moved.insert(moved.find('>', moved.find("<svg")) + 1,
+                        "<linearGradient id=\"blend\"><stop stop-color=\"#f00\"/>"
+                        "<stop offset=\"1\" stop-color=\"#00f\"/></linearGradient>");
 }
 
 class Encrypted : public Saving {
@@ -125,7 +134,7 @@ TEST_F(Encrypted, EveryRevisionIsOpenedAndSavedInto) {
         EXPECT_TRUE(holds(art, "fill=\"#0028ff\"")) << "a colour out of a string";
         for (const std::string password : {"user", "owner"}) {
             const std::string said = saved(edited(art), {"--password", password});
-            EXPECT_TRUE(holds(said, "1 object changed, 1 kept")) << said;
+            EXPECT_TRUE(holds(said, "2 objects changed, 1 kept")) << said;
         }
         EXPECT_TRUE(bytes("in.pdf").starts_with(old));
         EXPECT_FALSE(holds(bytes("in.pdf"), "my notes"));
@@ -213,7 +222,7 @@ TEST_F(Encrypted, ChangesThatAreNotPermittedAreRefused) {
         EXPECT_TRUE(holds(saved(art, options), "error 32: the owner of this encrypted file"));
     }
     EXPECT_EQ(bytes("in.pdf"), old);
-    EXPECT_TRUE(holds(saved(art, {"--password", "owner"}), "1 object changed"));
+    EXPECT_TRUE(holds(saved(art, {"--password", "owner"}), "2 objects changed"));
 }
 
 } // namespace
