@@ -81,7 +81,8 @@ bool opensAsUser(const HandlerFacts& facts, const Secret& key) {
 Secret userPassword(const HandlerFacts& facts, Octets ownerPassword) {
     Secret digest = md5(filled(ownerPassword).bytes());
     if (facts.revision >= 3) {
-        digest = hashedAgain(std::move(digest), digest.size());
+        const std::size_t whole = digest.size();
+        digest = hashedAgain(std::move(digest), whole);
     }
     const Secret key(digest.bytes().first(facts.keyLength));
     Secret password(octetsOf(facts.owner));

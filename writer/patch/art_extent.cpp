@@ -16,10 +16,11 @@ std::int64_t strokeReach(const PathStyle& style) {
     if (style.strokePaint == 0) {
         return 0;
     }
+    constexpr std::int64_t twice = std::int64_t{2} * fixedOne;
     const std::int64_t half = (std::int64_t{style.lineWidth} + 1) / 2;
     // A square cap reaches 1.42 half widths away, a miter as many as its limit says.
     const std::int64_t factor =
-        style.join == 0 ? std::max<std::int64_t>(style.miterLimit, 2 * fixedOne) : 2 * fixedOne;
+        style.join == 0 ? std::max<std::int64_t>(style.miterLimit, twice) : twice;
     return half * factor / fixedOne + fixedOne / 4;
 }
 

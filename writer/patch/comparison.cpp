@@ -91,7 +91,7 @@ bool sameDash(const PathStyle& a, const PathStyle& b) {
     return a.dashCount == b.dashCount &&
            (a.dashCount <= 0 || sameLength(a.dashPhase, b.dashPhase)) &&
            std::equal(a.dash,
-                      a.dash + std::clamp<std::ptrdiff_t>(a.dashCount, 0, std::size(a.dash)),
+                      a.dash + std::clamp<std::ptrdiff_t>(a.dashCount, 0, std::ssize(a.dash)),
                       b.dash, sameLength);
 }
 
