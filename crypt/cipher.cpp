@@ -24,10 +24,13 @@ void runBlocks(AesChain& chain, std::vector<std::uint8_t>& from, std::size_t cou
     from.erase(from.begin(), from.begin() + static_cast<std::ptrdiff_t>(count));
 }
 
-void runArcfour(Arcfour& arcfour, Octets data, std::vector<std::uint8_t>& out) {
+/// Appends the data, through arcfour where that is the method.
+void runBytes(std::optional<Arcfour>& arcfour, Octets data, std::vector<std::uint8_t>& out) {
     const std::size_t start = out.size();
     out.insert(out.end(), data.begin(), data.end());
-    arcfour.run(std::span(out).subspan(start));
+    if (arcfour) {
+        arcfour->run(std::span(out).subspan(start));
+    }
 }
 
 template <class Cipher>
@@ -50,14 +53,8 @@ Decipher::Decipher(const CipherKey& key) : method_(key.method) {
 }
 
 void Decipher::feed(Octets data, std::vector<std::uint8_t>& out) {
-    switch (method_) {
-    case CipherMethod::identity:
-        out.insert(out.end(), data.begin(), data.end());
-        return;
-    case CipherMethod::arcfour:
-        return runArcfour(*arcfour_, data, out);
-    case CipherMethod::aes:
-        break;
+    if (method_ != CipherMethod::aes) {
+        return runBytes(arcfour_, data, out);
     }
     pending_.insert(pending_.end(), data.begin(), data.end());
     if (!aes_ && pending_.size() >= aesBlock) {
@@ -93,14 +90,8 @@ Encipher::Encipher(const CipherKey& key) : method_(key.method) {
 }
 
 void Encipher::feed(Octets data, std::vector<std::uint8_t>& out) {
-    switch (method_) {
-    case CipherMethod::identity:
-        out.insert(out.end(), data.begin(), data.end());
-        return;
-    case CipherMethod::arcfour:
-        return runArcfour(*arcfour_, data, out);
-    case CipherMethod::aes:
-        break;
+    if (method_ != CipherMethod::aes) {
+        return runBytes(arcfour_, data, out);
     }
     if (!begun_) {
         out.insert(out.end(), initial_.begin(), initial_.end());

@@ -1,7 +1,7 @@
 #include "filters/decrypt.h"
 
 #include "filters/decoder.h"
-#include "runtime/exception.h"
+#include "filters/encoder.h"
 
 #include <algorithm>
 #include <cstring>
@@ -64,9 +64,9 @@ private:
     bool finished_ = false;
 };
 
-class EncryptFilter final : public Filter {
+class EncryptFilter final : public Encoder {
 public:
-    explicit EncryptFilter(const CipherKey& key) : Filter(entryEncrypt), encipher_(key) {}
+    explicit EncryptFilter(const CipherKey& key) : encipher_(key) {}
 
 private:
     /// Hands on what is enciphered.
@@ -75,29 +75,13 @@ private:
         out_.clear();
     }
 
-    static std::int32_t entryEncrypt(Filter& filter, Operation operation, std::byte* buffer,
-                                     std::int32_t* argument) {
-        auto& self = static_cast<EncryptFilter&>(filter);
-        switch (operation) {
-        case Operation::write:
-            if (*argument > 0) {
-                self.encipher_.feed(
-                    octetsOf(std::span(buffer, static_cast<std::size_t>(*argument))), self.out_);
-                self.flush();
-            }
-            return *argument;
-        case Operation::mark:
-            return *argument = markFilter(*self.next);
-        case Operation::read:
-        case Operation::seek:
-            failException(Exception::io);
-        case Operation::unlink:
-            self.encipher_.finish(self.out_);
-            self.flush();
-            return 0;
-        default:
-            return 0;
-        }
+    void encode(std::span<const std::byte> bytes) override {
+        encipher_.feed(octetsOf(bytes), out_);
+        flush();
+    }
+    void finish() override {
+        encipher_.finish(out_);
+        flush();
     }
 
     Encipher encipher_;

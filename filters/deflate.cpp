@@ -1,9 +1,12 @@
 #include "filters/deflate.h"
 
+#include "filters/encoder.h"
+#include "filters/text_sink.h"
 #include "runtime/exception.h"
 #include "runtime/memory.h"
 
 #include <array>
+#include <span>
 #include <zlib.h>
 
 namespace corvane {
@@ -13,9 +16,9 @@ namespace {
 /// What zlib allocates for deflating with its usual window and memory level, generously.
 constexpr std::int64_t deflateCharge = 272 << 10;
 
-class DeflateFilter final : public Filter {
+class DeflateFilter final : public Encoder {
 public:
-    DeflateFilter() : Filter(entryDeflate), charge_(deflateCharge) {
+    DeflateFilter() : charge_(deflateCharge) {
         if (deflateInit(&stream_, Z_DEFAULT_COMPRESSION) != Z_OK) {
             failException(Exception::memory);
         }
@@ -39,27 +42,8 @@ private:
         } while (stream_.avail_out == 0);
     }
 
-    static std::int32_t entryDeflate(Filter& filter, Operation operation, std::byte* buffer,
-                                     std::int32_t* argument) {
-        auto& self = static_cast<DeflateFilter&>(filter);
-        switch (operation) {
-        case Operation::write:
-            if (*argument > 0) {
-                self.run({buffer, static_cast<std::size_t>(*argument)}, Z_NO_FLUSH);
-            }
-            return *argument;
-        case Operation::mark:
-            return *argument = markFilter(*self.next);
-        case Operation::read:
-        case Operation::seek:
-            failException(Exception::io);
-        case Operation::unlink:
-            self.run({}, Z_FINISH);
-            return 0;
-        default:
-            return 0;
-        }
-    }
+    void encode(std::span<const std::byte> bytes) override { run(bytes, Z_NO_FLUSH); }
+    void finish() override { run({}, Z_FINISH); }
 
     ZoneCharge charge_;
     z_stream stream_{};
@@ -70,6 +54,15 @@ private:
 
 FilterOwner setupDeflate() {
     return std::make_unique<DeflateFilter>();
+}
+
+std::string deflated(std::string_view text) {
+    TextSink sink;
+    Chain chain(&sink);
+    chain.link(setupDeflate());
+    writeFilter(*chain.top(), std::as_bytes(std::span(text)));
+    chain.unlink();
+    return sink.take();
 }
 
 } // namespace corvane

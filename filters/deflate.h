@@ -3,10 +3,16 @@
 
 #include "filters/filter.h"
 
+#include <string>
+#include <string_view>
+
 namespace corvane {
 
 /// Deflates what is written into the filter below; unlinking ends the data. Reading raises `io`, no
 /// memory for zlib `memory`.
 FilterOwner setupDeflate();
+
+/// The text deflated as a whole.
+std::string deflated(std::string_view text);
 
 } // namespace corvane

@@ -91,8 +91,8 @@ inline constexpr std::int64_t digestBytes = 256 << 20;
 /// are links to what is large.
 inline constexpr std::int32_t keptEntryBytes = 16 << 20;
 
-/// Places of a page's content looked at for objects that are written apart, about a second's work:
-/// usually each operator is looked at once.
+/// Places of a page's content looked at for objects that are written apart, and the clips around
+/// each, about a second's work: usually each operator is looked at once.
 inline constexpr std::int64_t searchedPlaces = 50'000'000;
 
 /// Clips within one another that are compared: SVG nests less than 200 deep, and deeper ones are

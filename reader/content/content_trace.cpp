@@ -138,7 +138,6 @@ void ContentTrace::apply(const Interpreter& interpreter, TraceEvent& event) {
         return;
     case OperatorRole::endText:
         behind_.isInText = false;
-        event.clipsText = textClips_;
         if (textClips_) {
             addClip(Art::null);
         }

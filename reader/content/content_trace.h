@@ -42,7 +42,6 @@ struct TraceEvent {
     bool isFailed : 1 = false;     ///< it did nothing; a `Q` without a `q` too
     bool hidesFill : 1 = false;    ///< of a path: filled with what its art does not show
     bool hidesStroke : 1 = false;  ///< in the same way
-    bool clipsText : 1 = false;    ///< of ET: shown text clips from here on
     bool namesPattern : 1 = false; ///< of scn, SCN
     Art art = Art::null;           ///< of a path: what was painted
     Art clip = Art::null;          ///< of a path: what clips from here on

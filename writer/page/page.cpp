@@ -5,6 +5,7 @@
 #include "writer/art/works.h"
 #include "writer/crypt/sealed.h"
 #include "writer/page/page_object.h"
+#include "writer/page/stream_object.h"
 #include "writer/update/update.h"
 
 namespace corvane {
@@ -40,10 +41,7 @@ std::int64_t writeDrawn(DocumentCache& cache, const UpdatePlan& plan) {
     // The line end before "endstream" does not count.
     stringOutput(output, "\rendstream\rendobj\r");
 
-    touchXRef(output, length, 0);
-    objectOutput(output, length, 0);
-    integerOutput(output, bytes);
-    stringOutput(output, "\rendobj\r");
+    writeLength(cache, length, bytes);
 
     writePageObject(cache, plan.page, plan.geometry,
                     {.contents = {{.number = content, .generation = 0, .place = contentPlace}},
@@ -67,7 +65,7 @@ std::int64_t writePatched(DocumentCache& cache, const UpdatePlan& plan, PlannedP
     for (const MovedPattern& pattern : patch.page.patterns) {
         writePattern(cache, pattern);
     }
-    for (const DrawnGroup& group : patch.page.groups) {
+    for (const DrawnGroup& group : patch.page.groups.groups()) {
         writeGroup(cache, group);
     }
     if (patch.page.resetState != 0) {

@@ -135,31 +135,47 @@ private:
         }
     }
 
-    bool isWithin(EditedIndex group, TraceIndex link) const {
-        while (group != 0 && result_.links[group] != link) {
-            group = artwork_.groups[group].outer;
+    /// By clip: one behind the last clip within it. Clips are numbered as they were met, so those
+    /// within one follow it without a gap.
+    std::vector<TraceIndex> endsOfClips() const {
+        std::vector<TraceIndex> ends(trace_.clipCount());
+        for (auto link = static_cast<TraceIndex>(ends.size()); link-- > 1;) {
+            ends[link] = std::max(ends[link], link + 1);
+            TraceIndex& outer = ends[trace_.clip(link).outer];
+            outer = std::max(outer, ends[link]);
         }
-        return group != 0;
+        return ends;
     }
 
     /// Clips that hold objects, none of which is within them in the artwork.
     void release() {
+        const std::vector<TraceIndex> ends = endsOfClips();
         std::vector<bool> keeps(trace_.clipCount());
         std::vector<bool> holds(trace_.clipCount());
+        EditedIndex lastGroup = 0;
+        TraceIndex lastClip = 0;
         for (EditedIndex i = 0; i < matching_.objects.size(); ++i) {
             const MatchedObject& object = matching_.objects[i];
             if (object.source == noSource || object.isCopy) {
                 continue;
             }
-            for (TraceIndex link = trace_.clipAround(trace_.painted()[object.source]); link != 0;
-                 link = trace_.clip(link).outer) {
-                holds[link] = true;
-                keeps[link] = keeps[link] || isWithin(artwork_.objects[i].group, link);
+            const TraceIndex clip = trace_.clipAround(trace_.painted()[object.source]);
+            const EditedIndex group = artwork_.objects[i].group;
+            holds[clip] = true;
+            if (group == lastGroup && clip == lastClip) {
+                continue;
+            }
+            lastGroup = group;
+            lastClip = clip;
+            for (EditedIndex each = group; each != 0; each = artwork_.groups[each].outer) {
+                const TraceIndex link = result_.links[each];
+                keeps[link] = keeps[link] || (link <= clip && clip < ends[link]);
             }
         }
-        for (TraceIndex link = 1; link < holds.size(); ++link) {
+        for (auto link = static_cast<TraceIndex>(holds.size()); link-- > 1;) {
             result_.released[link] =
                 holds[link] && !keeps[link] && isAlive(link) && canChange(link);
+            holds[trace_.clip(link).outer] = holds[trace_.clip(link).outer] || holds[link];
         }
     }
 

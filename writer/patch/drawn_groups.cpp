@@ -1,16 +1,16 @@
 #include "writer/patch/drawn_groups.h"
 
+#include "filters/text_sink.h"
 #include "objects/identity.h"
 #include "output/primitives.h"
 #include "output/xref.h"
 #include "writer/art/path_works.h"
-#include "writer/crypt/sealed.h"
+#include "writer/page/stream_object.h"
 #include "writer/patch/art_extent.h"
-#include "writer/patch/text_sink.h"
 
 #include <algorithm>
 #include <memory>
-#include <span>
+#include <utility>
 
 namespace corvane {
 
@@ -33,11 +33,14 @@ std::string_view DrawnGroups::add(Art art) {
     drawing->walk.text.flush();
     const ArtExtent extent = extentOf(art);
     const std::int32_t number = nextIdentity();
+    std::string text = drawing->sink.take();
+    textBytes_ += static_cast<std::int64_t>(text.size());
+    charge_.resize(textBytes_);
     groups_.push_back({number,
-                       drawing->sink.take(),
+                       std::move(text),
                        {limited(extent.left), limited(extent.top), limited(extent.right),
                         limited(extent.bottom)}});
-    return resources_.add(ResourceCategory::object, number, 0);
+    return resources_->add(ResourceCategory::object, number, 0);
 }
 
 void writeGroup(DocumentCache& cache, const DrawnGroup& group) {
@@ -46,16 +49,8 @@ void writeGroup(DocumentCache& cache, const DrawnGroup& group) {
     objectOutput(output, group.number, 0);
     stringOutput(output, "<<\r/Type /XObject /Subtype /Form /BBox [ ");
     rectOutput(output, group.box);
-    stringOutput(output, "]\r/Group << /S /Transparency >> /Resources << >> /Length ");
-    const FileCipher cipher = newStreamCipher(cache);
-    integerOutput(output, static_cast<std::int32_t>(
-                              sealedLength(cipher, static_cast<std::int64_t>(group.text.size()))));
-    stringOutput(output, ">>\rstream\r");
-    Chain sealed(&output);
-    linkSeal(cache, sealed, cipher, {group.number, 0});
-    writeFilter(*sealed.top(), std::as_bytes(std::span(group.text)));
-    sealed.unlink();
-    stringOutput(output, "\rendstream\rendobj\r");
+    stringOutput(output, "]\r/Group << /S /Transparency >> /Resources << >> ");
+    finishStream(cache, group.number, group.text);
 }
 
 } // namespace corvane

@@ -4,12 +4,13 @@
 
 #include "host/artwork.h"
 #include "reader/document/cache.h"
+#include "runtime/memory.h"
 #include "writer/page/resource_registry.h"
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace corvane {
@@ -23,16 +24,18 @@ struct DrawnGroup {
 
 class DrawnGroups {
 public:
-    explicit DrawnGroups(ResourceRegistry& resources) : resources_(resources) {}
+    explicit DrawnGroups(ResourceRegistry& resources) : resources_(&resources) {}
 
     /// Draws a path or compound path in a form of its own; its name.
     std::string_view add(Art art);
 
-    std::vector<DrawnGroup> take() { return std::move(groups_); }
+    std::span<const DrawnGroup> groups() const { return groups_; }
 
 private:
-    ResourceRegistry& resources_;
+    ResourceRegistry* resources_;
     std::vector<DrawnGroup> groups_;
+    std::int64_t textBytes_ = 0;
+    ZoneCharge charge_; // of the texts
 };
 
 /// Writes a form to the cache's output.

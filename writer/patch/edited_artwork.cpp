@@ -68,7 +68,7 @@ private:
         }
         const Art first = firstChild(art);
         const Art clip = clipped != 0 ? first : Art::null;
-        artwork_.groups.push({group_, art, clip});
+        artwork_.groups.push({group_, clip});
         group_ = static_cast<EditedIndex>(artwork_.groups.size() - 1);
         pending_.enter(clip == Art::null ? first : nextSibling(first), ArtStep::What::leave);
     }

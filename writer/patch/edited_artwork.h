@@ -15,7 +15,6 @@ using EditedIndex = std::uint32_t;
 
 struct EditedGroup {
     EditedIndex outer = 0;
-    Art art = Art::null;
     Art clip = Art::null; ///< null: the group does not clip
 };
 

@@ -11,8 +11,17 @@ namespace corvane {
 
 namespace {
 
+/// The innermost link of both chains. Links are numbered in the order in which they were added.
+template <class Outer>
+TraceIndex commonLink(TraceIndex a, TraceIndex b, Outer outer) {
+    while (a != b) {
+        TraceIndex& inner = a > b ? a : b;
+        inner = outer(inner);
+    }
+    return a;
+}
+
 bool isMarkAround(const ContentTrace& trace, TraceIndex outer, TraceIndex inner) {
-    // Links are numbered in the order in which they were added.
     while (inner > outer) {
         inner = trace.mark(inner).outer;
     }
@@ -22,14 +31,7 @@ bool isMarkAround(const ContentTrace& trace, TraceIndex outer, TraceIndex inner)
 } // namespace
 
 TraceIndex commonMark(const ContentTrace& trace, TraceIndex a, TraceIndex b) {
-    while (a != b) {
-        if (a > b) {
-            a = trace.mark(a).outer;
-        } else {
-            b = trace.mark(b).outer;
-        }
-    }
-    return a;
+    return commonLink(a, b, [&](TraceIndex link) { return trace.mark(link).outer; });
 }
 
 void InsertionPoints::useGroup(EditedIndex group) {
@@ -43,12 +45,12 @@ void InsertionPoints::useGroup(EditedIndex group) {
     std::ranges::reverse(wanted_);
 }
 
-bool InsertionPoints::isAround(TraceIndex clip, const Surroundings& inner) const {
-    TraceIndex link = inner.clip;
-    while (link > clip) {
-        link = trace_.clip(link).outer;
-    }
-    return link == clip;
+TraceIndex InsertionPoints::sharedClip(TraceIndex clip) const {
+    const auto common = [&](TraceIndex a, TraceIndex b) {
+        return commonLink(a, b, [&](TraceIndex link) { return trace_.clip(link).outer; });
+    };
+    return own_ != nullptr ? common(clip, own_->clip)
+                           : common(common(clip, gap_.before.clip), gap_.behind.clip);
 }
 
 std::uint32_t InsertionPoints::hiddenClips(TraceIndex clip) const {
@@ -64,13 +66,13 @@ bool InsertionPoints::fits(const Surroundings& here, InsertionPoint& point) {
         return false;
     }
     around_.clear();
+    const TraceIndex shared = sharedClip(here.clip);
     for (TraceIndex link = here.clip; link != 0; link = trace_.clip(link).outer) {
         if (trace_.clip(link).art != Art::null) {
             if (!clips_.released[link]) {
                 around_.push_back(link);
             }
-        } else if (own_ != nullptr ? !isAround(link, *own_)
-                                   : !isAround(link, gap_.before) || !isAround(link, gap_.behind)) {
+        } else if (link > shared) {
             return false;
         }
     }
@@ -97,16 +99,16 @@ std::optional<InsertionPoint> InsertionPoints::find(const InsertionGap& gap, Edi
     useGroup(group);
     gap_ = gap;
     own_ = own;
-    searched_ += gap.last - std::min(gap.first, gap.last);
-    if (searched_ > budget::searchedPlaces) {
-        failException(Exception::limit);
-    }
     const TraceIndex common = commonMark(trace_, gap.before.mark, gap.behind.mark);
     std::optional<InsertionPoint> best;
     std::tuple<std::uint32_t, std::uint32_t> bestRank;
     for (TraceIndex event = gap.first; event <= gap.last; ++event) {
         const Surroundings& here =
             event == 0 ? trace_.atStart() : trace_.events()[event - 1].behind;
+        searched_ += 1 + trace_.clip(here.clip).depth;
+        if (searched_ > budget::searchedPlaces) {
+            failException(Exception::limit);
+        }
         InsertionPoint point{.event = event};
         if (!isMarkAround(trace_, here.mark, common) || !fits(here, point)) {
             continue;

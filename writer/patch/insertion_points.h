@@ -34,7 +34,8 @@ public:
 private:
     void useGroup(EditedIndex group);
     bool fits(const Surroundings& here, InsertionPoint& point);
-    bool isAround(TraceIndex clip, const Surroundings& inner) const;
+    /// The innermost clip at a place that must be around it.
+    TraceIndex sharedClip(TraceIndex clip) const;
     std::uint32_t hiddenClips(TraceIndex clip) const;
 
     const ContentTrace& trace_;
@@ -46,7 +47,7 @@ private:
     const Surroundings* own_ = nullptr;
     std::vector<TraceIndex> around_; // clips at the place looked at, from the innermost
     std::optional<InsertionPoint> latest_;
-    std::int64_t searched_ = 0; // places looked at
+    std::int64_t searched_ = 0; // places looked at, and the clips around each
 };
 
 /// The innermost marked content that is around both.

@@ -76,8 +76,14 @@ public:
             return std::pair(patch.range.start, patch.range.end);
         });
         refuseDamaged();
-        return {std::move(content_),  std::move(tools_.bytes),          tools_.patterns.take(),
-                tools_.groups.take(), countsOf(matching, clips, order), resetState_};
+        content_.charge = std::move(tools_.charge);
+        return {.content = std::move(content_),
+                .bytes = std::move(tools_.bytes),
+                .patterns = tools_.patterns.take(),
+                .groups = std::move(tools_.groups),
+                .counts = countsOf(matching, clips, order),
+                .isDamaged = hasDamage(),
+                .resetState = resetState_};
     }
 
 private:
@@ -118,17 +124,24 @@ private:
         }
     }
 
+    bool hasDamage() const {
+        bool isDamaged = false;
+        for (std::size_t i = 0; i < base_.streams.size(); ++i) {
+            isDamaged = isDamaged || trace_.isDamaged(i);
+        }
+        return isDamaged;
+    }
+
     /// A stream whose tokens could not all be read is not written again.
     void refuseDamaged() const {
-        for (const Patch& patch : content_.patches) {
-            const std::size_t last = patch.range.start < patch.range.end
-                                         ? tools_.bytes.streamAt(patch.range.end - 1)
-                                         : tools_.bytes.streamAt(patch.range.start);
-            const bool isBetween =
-                patch.range.start == patch.range.end &&
-                std::ranges::binary_search(tools_.bytes.starts(), patch.range.start);
-            for (std::size_t i = tools_.bytes.streamAt(patch.range.start); i <= last && !isBetween;
-                 ++i) {
+        const ContentBytes& bytes = tools_.bytes;
+        for (const auto& [range, text] : content_.patches) {
+            const bool isEmpty = range.start == range.end;
+            if (isEmpty && std::ranges::binary_search(bytes.starts(), range.start)) {
+                continue; // between two streams
+            }
+            const std::size_t last = bytes.streamAt(isEmpty ? range.start : range.end - 1);
+            for (std::size_t i = bytes.streamAt(range.start); i <= last; ++i) {
                 if (trace_.isDamaged(i)) {
                     failException(Exception::unpatchable);
                 }

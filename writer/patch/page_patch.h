@@ -26,8 +26,9 @@ struct PagePatch {
     ContentPatches content;
     ContentBytes bytes; ///< of the base
     std::vector<MovedPattern> patterns;
-    std::vector<DrawnGroup> groups;
+    DrawnGroups groups;
     PatchCounts counts;
+    bool isDamaged = false;      ///< tokens of the base could not all be read
     std::int32_t resetState = 0; ///< number of the external graphics state to write; 0: none
 };
 

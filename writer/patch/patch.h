@@ -1,6 +1,7 @@
 // Patches: which bytes of the content go, and what stands in their place.
 #pragma once
 
+#include "runtime/memory.h"
 #include "writer/patch/path_bytes.h"
 
 #include <string>
@@ -18,6 +19,8 @@ struct ContentPatches {
     std::string before;         ///< in front of all of the content
     std::vector<Patch> patches; ///< in their order, none into another
     std::string behind;         ///< behind all of the content
+    ZoneCharge charge;          ///< of all the texts
+
     bool isNothing() const { return before.empty() && patches.empty() && behind.empty(); }
 };
 

@@ -1,14 +1,16 @@
 // What the functions that write patches share.
 #pragma once
 
+#include "filters/text_sink.h"
 #include "reader/content/content_trace.h"
+#include "runtime/memory.h"
 #include "writer/art/walk.h"
 #include "writer/patch/content_bytes.h"
 #include "writer/patch/drawn_groups.h"
 #include "writer/patch/gathered_state.h"
 #include "writer/patch/moved_patterns.h"
-#include "writer/patch/text_sink.h"
 
+#include <cstdint>
 #include <string>
 
 namespace corvane {
@@ -25,7 +27,10 @@ struct PatchTools {
     /// What was written since it was taken last.
     std::string taken() {
         walk.text.flush();
-        return sink.take();
+        std::string text = sink.take();
+        takenBytes += static_cast<std::int64_t>(text.size());
+        charge.resize(takenBytes);
+        return text;
     }
 
     const ContentTrace& trace;
@@ -35,6 +40,8 @@ struct PatchTools {
     TextSink sink;
     Walk walk;
     GatheredState state;
+    std::int64_t takenBytes = 0;
+    ZoneCharge charge; ///< of what was taken
 };
 
 } // namespace corvane

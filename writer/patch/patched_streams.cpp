@@ -9,11 +9,10 @@
 #include "runtime/budget.h"
 #include "runtime/extension.h"
 #include "writer/crypt/sealed.h"
-#include "writer/patch/deflated_text.h"
-#include "writer/patch/text_sink.h"
+#include "writer/page/stream_object.h"
 
 #include <algorithm>
-#include <memory>
+#include <iterator>
 #include <string_view>
 #include <utility>
 
@@ -23,17 +22,16 @@ namespace {
 
 class Divider {
 public:
-    Divider(const ContentPatches& content, std::span<const std::uint32_t> starts)
+    Divider(ContentPatches& content, std::span<const std::uint32_t> starts)
         : content_(content), starts_(starts) {}
 
     /// All in the one stream that there is.
     std::vector<PatchedStream> join() {
         PatchedStream stream{.base = 0, .patches = {}, .text = {}};
         if (!content_.before.empty()) {
-            stream.patches.push_back({{0, 0}, content_.before});
+            stream.patches.push_back({{0, 0}, std::move(content_.before)});
         }
-        stream.patches.insert(stream.patches.end(), content_.patches.begin(),
-                              content_.patches.end());
+        std::ranges::move(content_.patches, std::back_inserter(stream.patches));
         if (!content_.behind.empty()) {
             stream.patches.push_back({{starts_[1], starts_[1]}, "\n" + content_.behind});
         }
@@ -43,7 +41,7 @@ public:
     }
 
     std::vector<PatchedStream> divide() {
-        addNew(content_.before);
+        addNew(std::move(content_.before));
         const std::size_t count = starts_.size() - 1;
         for (std::size_t i = 0; i < count; ++i) {
             addInsertions(starts_[i]);
@@ -56,13 +54,11 @@ public:
     }
 
 private:
-    const Patch* next() const {
-        return next_ < content_.patches.size() ? &content_.patches[next_] : nullptr;
-    }
+    Patch* next() { return next_ < content_.patches.size() ? &content_.patches[next_] : nullptr; }
 
-    void addNew(const std::string& text) {
+    void addNew(std::string text) {
         if (!text.empty()) {
-            streams_.push_back({.base = {}, .patches = {}, .text = text});
+            streams_.push_back({.base = {}, .patches = {}, .text = std::move(text)});
             streams_.back().number = nextIdentity();
         }
     }
@@ -74,7 +70,7 @@ private:
             text += next()->text;
             ++next_;
         }
-        addNew(text);
+        addNew(std::move(text));
     }
 
     void addStream(std::size_t index) {
@@ -85,7 +81,7 @@ private:
             addPiece(stream, start, end, rest_, {});
         }
         while (next() != nullptr && next()->range.start < end) {
-            addPiece(stream, start, end, next()->range, next()->text);
+            addPiece(stream, start, end, next()->range, std::move(next()->text));
             ++next_;
         }
         number(stream);
@@ -107,7 +103,7 @@ private:
         rest_ = {last, range.end};
     }
 
-    const ContentPatches& content_;
+    ContentPatches& content_;
     std::span<const std::uint32_t> starts_;
     std::size_t next_ = 0;
     ByteRange rest_; // of a patch that goes on in the next stream
@@ -116,16 +112,6 @@ private:
 
 void put(Filter& to, std::string_view text) {
     writeFilter(to, std::as_bytes(std::span(text)));
-}
-
-/// Runs `body` with the filter that its data are written to.
-template <class Body>
-void writeData(Chain chain, bool deflates, Body&& body) {
-    if (deflates) {
-        chain.link(setupDeflate());
-    }
-    body(*chain.top());
-    chain.unlink();
 }
 
 bool isCompressed(DocumentCache& cache, const BaseStream& stream) {
@@ -158,62 +144,52 @@ public:
     }
 
 private:
-    void begin(std::int32_t number) {
+    /// Begins the object and its dictionary.
+    void begin(std::int32_t number, bool deflates) {
         written_.parts.push_back({number, 0, markFilter(output_)});
         touchXRef(output_, number, 0);
         objectOutput(output_, number, 0);
-        stringOutput(output_, "<<\r/Length ");
-    }
-
-    void beginData(bool deflates) {
-        stringOutput(output_, deflates ? "/Filter /FlateDecode\r>>\rstream\r" : ">>\rstream\r");
-    }
-
-    /// Enciphers the data of a new stream, in an encrypted file.
-    Chain sealed(std::int32_t number) {
-        Chain chain(&output_);
-        linkSeal(cache_, chain, newStreamCipher(cache_), {number, 0});
-        return chain;
+        stringOutput(output_, deflates ? "<<\r/Filter /FlateDecode\r" : "<<\r");
     }
 
     void writeNew(const PatchedStream& stream) {
         const std::string compressed = wantsPlain() ? std::string() : deflated(stream.text);
         const bool deflates = !wantsPlain() && compressed.size() < stream.text.size();
-        const std::string& data = deflates ? compressed : stream.text;
-        const std::int64_t length =
-            sealedLength(newStreamCipher(cache_), static_cast<std::int64_t>(data.size()));
-        begin(stream.number);
-        integerOutput(output_, static_cast<std::int32_t>(length));
-        beginData(deflates);
-        writeData(sealed(stream.number), false, [&](Filter& to) { put(to, data); });
-        // The line end before "endstream" does not count.
+        begin(stream.number, deflates);
+        written_.bytes += finishStream(cache_, stream.number, deflates ? compressed : stream.text);
+    }
+
+    /// The old bytes may be many: they are not gathered with the patches, so their length is known
+    /// when they are written.
+    void writePatched(const PatchedStream& stream) {
+        const bool deflates = !wantsPlain() && isCompressed(cache_, base_.streams[*stream.base]);
+        begin(stream.number, deflates);
+        stringOutput(output_, "/Length ");
+        referenceOutput(output_, stream.length, 0);
+        stringOutput(output_, ">>\rstream\r");
+        const std::int32_t start = markFilter(output_);
+        Chain data(&output_);
+        linkSeal(cache_, data, newStreamCipher(cache_), {stream.number, 0});
+        if (deflates) {
+            data.link(setupDeflate());
+        }
+        putPatched(*data.top(), stream);
+        data.unlink();
+        const std::int32_t length = markFilter(output_) - start;
         stringOutput(output_, "\rendstream\rendobj\r");
+        writeLength(cache_, stream.length, length);
         written_.bytes += length;
     }
 
-    void writePatched(const PatchedStream& stream) {
-        const bool deflates = !wantsPlain() && isCompressed(cache_, base_.streams[*stream.base]);
-        begin(stream.number);
-        referenceOutput(output_, stream.length, 0);
-        beginData(deflates);
-        const std::int32_t start = markFilter(output_);
-        writeData(sealed(stream.number), deflates, [&](Filter& to) {
-            const std::string_view old = bytes_.stream(*stream.base);
-            std::size_t from = 0;
-            for (const Patch& patch : stream.patches) {
-                put(to, old.substr(from, patch.range.start - from));
-                put(to, patch.text);
-                from = patch.range.end;
-            }
-            put(to, old.substr(from));
-        });
-        const std::int32_t length = markFilter(output_) - start;
-        stringOutput(output_, "\rendstream\rendobj\r");
-        touchXRef(output_, stream.length, 0);
-        objectOutput(output_, stream.length, 0);
-        integerOutput(output_, length);
-        stringOutput(output_, "\rendobj\r");
-        written_.bytes += length;
+    void putPatched(Filter& to, const PatchedStream& stream) {
+        const std::string_view old = bytes_.stream(*stream.base);
+        std::size_t from = 0;
+        for (const Patch& patch : stream.patches) {
+            put(to, old.substr(from, patch.range.start - from));
+            put(to, patch.text);
+            from = patch.range.end;
+        }
+        put(to, old.substr(from));
     }
 
     DocumentCache& cache_;
@@ -225,11 +201,11 @@ private:
 
 } // namespace
 
-std::vector<PatchedStream> divideContent(const ContentPatches& content, const PageBase& base,
-                                         std::span<const std::uint32_t> starts) {
-    const bool isOne = base.streams.size() == 1 &&
+std::vector<PatchedStream> divideContent(PagePatch& page, const PageBase& base) {
+    const bool isOne = base.streams.size() == 1 && !page.isDamaged &&
                        streamLength(base.streams.front().stream.get()) <= budget::joinedStreamBytes;
-    return isOne ? Divider(content, starts).join() : Divider(content, starts).divide();
+    Divider divider(page.content, page.bytes.starts());
+    return isOne ? divider.join() : divider.divide();
 }
 
 WrittenStreams writeStreams(DocumentCache& cache, const PageBase& base, ContentBytes& bytes,

@@ -24,9 +24,9 @@ struct PatchedStream {
 };
 
 /// Divides the patches among the streams and numbers those that are written. What stands between
-/// two streams becomes a stream of its own; but a page of one short stream keeps one.
-std::vector<PatchedStream> divideContent(const ContentPatches& content, const PageBase& base,
-                                         std::span<const std::uint32_t> starts);
+/// two streams becomes a stream of its own; but a page of one short stream keeps one. The texts of
+/// the patches are moved out of the content; their charge stays there.
+std::vector<PatchedStream> divideContent(PagePatch& page, const PageBase& base);
 
 /// What was written, for the page object and for the person.
 struct WrittenStreams {

@@ -84,15 +84,17 @@ void planPatches(DocumentCache& cache, UpdatePlan& plan) {
     ResourceRegistry resources;
     resources.carryBase(cache, *plan.base);
     PagePatch patch = planPatch(cache, *plan.base, resources);
-    std::vector<PatchedStream> streams =
-        divideContent(patch.content, *plan.base, patch.bytes.starts());
-    plan.patch = PlannedPatch{std::move(patch), std::move(streams), std::move(resources)};
+    const bool isNothing = patch.content.isNothing();
+    std::vector<PatchedStream> streams = divideContent(patch, *plan.base);
+    plan.patch = PlannedPatch{.page = std::move(patch),
+                              .isNothing = isNothing,
+                              .streams = std::move(streams),
+                              .resources = std::move(resources)};
 }
 
 /// Whether the page is as the artwork has it.
 bool isNothing(const UpdatePlan& plan) {
-    return plan.patch && plan.patch->page.content.isNothing() && plan.base->isStanding &&
-           plan.geometry.kept;
+    return plan.patch && plan.patch->isNothing && plan.base->isStanding && plan.geometry.kept;
 }
 
 /// Looks at everything that can refuse the save before a byte is written.
@@ -101,9 +103,6 @@ UpdatePlan planUpdate(DocumentCache& cache) {
     // for is nothing to add a section to.
     if (rules().guardsFile && cache.repaired) {
         failException(Exception::repairedFile);
-    }
-    if (cache.encryption && !cache.encryption->allowsChanges()) {
-        failException(Exception::notPermitted);
     }
     UpdatePlan plan;
     if (rules().recordsOrigin) {
@@ -120,6 +119,9 @@ UpdatePlan planUpdate(DocumentCache& cache) {
     } else {
         plan.numbers.content = nextIdentity();
         plan.numbers.length = nextIdentity();
+    }
+    if (!isNothing(plan) && cache.encryption && !cache.encryption->allowsChanges()) {
+        failException(Exception::notPermitted);
     }
     return plan;
 }
@@ -144,7 +146,7 @@ std::int32_t writeUpdate(DocumentCache& cache, UpdatePlan& plan, SavedFacts& fac
     return section;
 }
 
-SavedFacts factsOf(const DocumentCache& cache, const UpdatePlan& plan) {
+SavedFacts savedFacts(const DocumentCache& cache, const UpdatePlan& plan) {
     SavedFacts facts;
     facts.page = plan.facts;
     facts.places = static_cast<std::int32_t>(
@@ -181,7 +183,7 @@ void tellNothing(DocumentCache& cache, SavedFacts facts) {
 
 void writeCache(DocumentCache& cache) {
     UpdatePlan plan = planUpdate(cache);
-    SavedFacts facts = factsOf(cache, plan);
+    SavedFacts facts = savedFacts(cache, plan);
     if (facts.isNothing) {
         return tellNothing(cache, facts);
     }
@@ -202,7 +204,7 @@ void writeCache(DocumentCache& cache) {
 
 void tryCache(DocumentCache& cache) {
     UpdatePlan plan = planUpdate(cache);
-    SavedFacts facts = factsOf(cache, plan);
+    SavedFacts facts = savedFacts(cache, plan);
     if (facts.isNothing) {
         return tellNothing(cache, facts);
     }

@@ -1,4 +1,5 @@
 // The end of an update: its section of the cross-reference, its trailer, and what makes it count.
+#include "filters/deflate.h"
 #include "objects/identity.h"
 #include "output/primitives.h"
 #include "output/xref.h"
@@ -7,7 +8,6 @@
 #include "runtime/budget.h"
 #include "runtime/exception.h"
 #include "runtime/rules.h"
-#include "writer/patch/deflated_text.h"
 #include "writer/update/hexadecimal.h"
 #include "writer/update/section_data.h"
 #include "writer/update/update.h"

@@ -41,6 +41,7 @@ struct CarriedTrailer {
 /// A page that is patched.
 struct PlannedPatch {
     PagePatch page;
+    bool isNothing = false; ///< the content stays as it is
     std::vector<PatchedStream> streams;
     ResourceRegistry resources;
 };

@@ -1,4 +1,4 @@
-#include "writer/patch/text_sink.h"
+#include "filters/text_sink.h"
 
 #include "runtime/exception.h"
 
@@ -25,10 +25,7 @@ std::int32_t TextSink::entrySink(Filter& filter, Operation operation, std::byte*
             sink.charge_.resize(static_cast<std::int64_t>(room));
             sink.text_.reserve(room);
         }
-        const std::span<const std::byte> bytes(buffer, count);
-        for (const std::byte byte : bytes) {
-            sink.text_ += static_cast<char>(byte);
-        }
+        sink.text_.append(static_cast<const char*>(static_cast<const void*>(buffer)), count);
         return *argument;
     }
     case Operation::link:
