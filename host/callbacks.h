@@ -6,6 +6,7 @@
 
 #include "host/artwork.h"
 #include "host/parameters.h"
+#include "host/text.h"
 
 #include <bit>
 #include <cstdint>
@@ -26,7 +27,7 @@ struct Slot {
     int number;
 };
 
-inline constexpr int slotCount = 331;
+inline constexpr int slotCount = 339;
 
 namespace slot {
 
@@ -83,6 +84,23 @@ inline constexpr Slot<HostError(Art path, const DrawingProcedures*)> drawGradien
 inline constexpr Slot<HostError(Art path, TileProcedure)> tilePattern{325};
 /// Fills 256 bytes with the text, length-prefixed.
 inline constexpr Slot<HostError(Note, std::uint8_t* text)> getNote{326};
+
+// Text of today: lines of runs
+/// A font of these facts, made where there is none yet.
+inline constexpr Slot<HostError(const FontFacts*, Font* font)> addFont{331};
+/// An OpenType file for a face of a page font; faces are counted from 0. The bytes are copied.
+inline constexpr Slot<HostError(Font, std::int32_t face, const std::byte* file,
+                                std::int32_t length)>
+    setFontFile{332};
+/// The strings live as long as the document.
+inline constexpr Slot<HostError(Font, FontFacts*)> getFontFacts{333};
+inline constexpr Slot<HostError(Art text, const TextLine*)> setTextLine{334};
+inline constexpr Slot<HostError(Art text, TextLine*)> getTextLine{335};
+/// Adds a run behind those that the text object has.
+inline constexpr Slot<HostError(Art text, const TextRun*)> addTextRun{336};
+inline constexpr Slot<HostError(Art text, std::int32_t* count)> getTextRunCount{337};
+/// Text and pieces live until the text object is changed or disposed of.
+inline constexpr Slot<HostError(Art text, std::int32_t index, TextRun*)> getTextRun{338};
 
 // Matrices and arithmetic
 inline constexpr Slot<Fixed(Fixed, Fixed)> fixedMultiply{135};

@@ -1,0 +1,70 @@
+// The records in which text passes between host and plug-in: fonts, lines, runs.
+//
+// A text object (art of kind text) is one line. Its matrix leads from the line's own space, in
+// which the baseline is the x axis (of vertical text: the column is the y axis, going down), to the
+// artboard. The line begins at the origin of that space. Runs follow one another: each begins where
+// the one before it ends. Lengths in the line's space are points where the matrix neither enlarges
+// nor shrinks; who makes a line gives it a matrix whose second column (c, d) has the length 1, so
+// that font sizes are sizes on the artboard.
+#pragma once
+
+#include "host/artwork.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace corvane {
+
+/// A font that the host's document holds; 0 is null.
+enum class Font : std::uint32_t { null = 0 };
+
+enum class GenericFamily : std::uint8_t { sansSerif = 0, serif = 1, monospace = 2 };
+
+/// A font by its names. Two fonts of one family, weight and slant are the same font.
+struct FontFacts {
+    /// What styles call it. Of a font that a page brings along: a name of its own, such as
+    /// "Corvane 0A1B2C Times-Roman". UTF-8.
+    std::string_view family;
+    /// The family that a machine may have: "Times New Roman"; empty where that is `family`.
+    std::string_view realFamily;
+    GenericFamily generic = GenericFamily::sansSerif; ///< where neither is there
+    std::int16_t weight = 400;                        ///< 100 to 900
+    bool italic = false;
+    bool isPageFont = false; ///< made of a font of the page: it has faces
+};
+
+/// Where the letters of a run depart from how the font sets them, from a place in its text on.
+struct TextPiece {
+    /// In the bytes of the text, at the beginning of a character.
+    std::int32_t start = 0;
+    /// Moves the letters from here on along the baseline, in ems of the run (16.16).
+    Fixed shift = 0;
+    /// Which face of a page font the letters from here to the next piece are of. The first face is
+    /// 0; others hold glyphs whose characters the first has another glyph for.
+    std::int32_t face = 0;
+    friend constexpr bool operator==(const TextPiece&, const TextPiece&) = default;
+};
+
+/// Letters of one font, size and paint: of the page, what one operator shows, or a part of that.
+struct TextRun {
+    Font font = Font::null;
+    Fixed size = 0;        ///< of the em, in the line's space
+    Fixed rise = 0;        ///< of the baseline, in the line's space
+    Fixed spacing = 0;     ///< behind each letter, in the line's space
+    std::string_view text; ///< UTF-8, at least one character
+    /// Ascending by `start`, none for a place where nothing changes.
+    std::span<const TextPiece> pieces;
+    /// How letters are painted; neither filled nor stroked: invisible. `clip` is 0.
+    PathStyle style;
+    /// The operator that shows them; `ordinal` is that of the run among the objects of the page.
+    ArtSource source;
+};
+
+struct TextLine {
+    Matrix matrix;
+    bool isVertical = false;
+};
+
+} // namespace corvane
