@@ -7,7 +7,7 @@
 
 namespace corvane {
 
-/// Reasons of `crossReference`. The sentence of each is in resources/texts.
+/// Reasons of `crossReference` and of `unpatchable`. The sentence of each is in resources/texts.
 enum class Reason : std::int32_t {
     none = 0,
     missingPassword = 1,
@@ -15,6 +15,8 @@ enum class Reason : std::int32_t {
     unknownHandler = 3,    ///< the name is that of the security handler
     unknownMethod = 4,     ///< the name is that of the method
     damagedEncryption = 5, ///< what the file says of its encryption cannot be
+    missingLetter = 6,     ///< the name is a letter that no font of the page has
+    newFont = 7,           ///< text in a font that the page does not have
 };
 
 struct NotedReason {

@@ -87,6 +87,9 @@ struct Rules {
     /// were.
     bool unpaintedStaysOpen;
 
+    /// Text becomes lines of runs, with the fonts of the page.
+    bool readsText;
+
     /// A segment after `h` or `re` starts a new subpath at that point, and a subpath of one point
     /// that is left goes.
     bool continuesClosedPaths;
@@ -193,6 +196,7 @@ inline constexpr Rules originalRules{
     .evenOddCarried = false,
     .clipsUnpainted = false,
     .unpaintedStaysOpen = false,
+    .readsText = false,
     .continuesClosedPaths = false,
     .writesGroups = false,
     .closesSubpaths = false,
@@ -242,6 +246,7 @@ inline constexpr Rules extendedRules{
     .evenOddCarried = true,
     .clipsUnpainted = true,
     .unpaintedStaysOpen = true,
+    .readsText = true,
     .continuesClosedPaths = true,
     .writesGroups = true,
     .closesSubpaths = true,

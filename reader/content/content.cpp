@@ -11,6 +11,12 @@ namespace corvane {
 
 namespace {
 
+/// Whether something else than text is painted: lines do not go on across that.
+bool paintsOther(OperatorRole role) {
+    return role == OperatorRole::paint || role == OperatorRole::paintPath ||
+           role == OperatorRole::endImage;
+}
+
 /// The chain over one content stream, which is the cache's input while it is read.
 class ContentChain {
 public:
@@ -92,6 +98,9 @@ private:
         }
         checkStack(keyword->operands);
         keyword->handler(interpreter_);
+        if (paintsOther(keyword->role)) {
+            level_.text.line = OpenLine();
+        }
         if (level_.trace != nullptr) {
             level_.trace->note(interpreter_, keyword->role);
         }

@@ -38,7 +38,8 @@ enum class OperatorRole : std::uint8_t {
     external, ///< gs
     beginText,
     endText,
-    textState,
+    font,      ///< Tf
+    textState, ///< what sets the other parts of the text state, and places lines
     show,
     beginImage,
     imageData,

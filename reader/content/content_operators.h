@@ -54,10 +54,26 @@ void rgbStrokeOperator(Interpreter& interpreter);  ///< RG
 void cmykFillOperator(Interpreter& interpreter);   ///< k
 void cmykStrokeOperator(Interpreter& interpreter); ///< K
 
+// Text (reader/text/text_operators.cpp)
+void beginTextOperator(Interpreter& interpreter);                ///< BT
+void endTextOperator(Interpreter& interpreter);                  ///< ET
+void charSpaceOperator(Interpreter& interpreter);                ///< Tc
+void wordSpaceOperator(Interpreter& interpreter);                ///< Tw
+void scaleOperator(Interpreter& interpreter);                    ///< Tz
+void leadingOperator(Interpreter& interpreter);                  ///< TL
+void riseOperator(Interpreter& interpreter);                     ///< Ts
+void renderModeOperator(Interpreter& interpreter);               ///< Tr
+void fontSizeOperator(Interpreter& interpreter);                 ///< Tf
+void startOfLineOperator(Interpreter& interpreter);              ///< Td
+void startOfLineLeadingOperator(Interpreter& interpreter);       ///< TD
+void setMatrixOperator(Interpreter& interpreter);                ///< Tm
+void endOfLineOperator(Interpreter& interpreter);                ///< T*
+void justifiedRenderOperator(Interpreter& interpreter);          ///< Tj
+void displacedRenderOperator(Interpreter& interpreter);          ///< TJ
+void endOfLinePlainRenderOperator(Interpreter& interpreter);     ///< '
+void endOfLineJustifiedRenderOperator(Interpreter& interpreter); ///< "
+
 // What is left out so far (reader/content/omitted_operators.cpp)
-void omittedTextOperator(Interpreter& interpreter); ///< operators that show text
-void passedTextOperator(Interpreter& interpreter);  ///< operators that only set text up
-void textModeOperator(Interpreter& interpreter);    ///< Tr
 void beginImageOperator(Interpreter& interpreter);  ///< BI
 void dataImageOperator(Interpreter& interpreter);   ///< ID
 void endImageOperator(Interpreter& interpreter);    ///< EI

@@ -32,6 +32,8 @@ ContentTrace::ContentTrace() {
     clips_.push({});
     marks_.push({});
     setters_.push({});
+    textPlaces_.push({});
+    textSettings_.push({});
 }
 
 void ContentTrace::begin(const Interpreter& interpreter) {
@@ -87,7 +89,7 @@ void ContentTrace::applyPath(const Interpreter& interpreter, TraceEvent& event) 
     event.hidesFill = level.ended.hidesFill;
     event.hidesStroke = level.ended.hidesStroke;
     if (event.art != Art::null) {
-        painted_.push(next());
+        painted_.push({.event = next(), .art = event.art});
         markClips(&ClipLink::holds);
     } else if (event.hidesFill || event.hidesStroke) {
         hide();
@@ -95,6 +97,66 @@ void ContentTrace::applyPath(const Interpreter& interpreter, TraceEvent& event) 
     if (level.ended.clips) {
         addClip(event.clip);
     }
+}
+
+namespace {
+
+/// What a number of 1000 in an array moves by, in text space.
+double unitOf(const TextState& text) {
+    return text.size * text.horizontalScale;
+}
+
+} // namespace
+
+/// The text object has come to another place, or its unit is another one.
+void ContentTrace::addTextPlace(const Interpreter& interpreter) {
+    if (!behind_.isInText) {
+        return;
+    }
+    const TextObject& text = interpreter.level.text;
+    TextPlace place = textPlaces_[behind_.text];
+    place.line = text.lineMatrix;
+    const std::optional<RealMatrix> back = inverse(text.lineMatrix);
+    place.along = back ? transform(*back, {text.matrix.tx, text.matrix.ty}) : RealPoint();
+    place.unit = unitOf(interpreter.state.text);
+    textPlaces_.push(place);
+    behind_.text = static_cast<TraceIndex>(textPlaces_.size() - 1);
+}
+
+void ContentTrace::applyShow(const Interpreter& interpreter, TraceEvent& event) {
+    const TextState& text = interpreter.state.text;
+    const ShownText& shown = interpreter.level.shown;
+    if (behind_.isInText) {
+        textPlaces_[behind_.text].addsToClip =
+            textPlaces_[behind_.text].addsToClip || text.renderMode >= firstClippingMode;
+        addTextPlace(interpreter);
+    }
+    if (shown.parts.empty()) {
+        if (shown.hides || !interpreter.readsText) {
+            hide();
+        }
+        return;
+    }
+    textSettings_.push({.event = next(),
+                        .matrix = multiply(shown.matrix, interpreter.state.exactCtm),
+                        .size = text.size,
+                        .characterSpacing = text.characterSpacing,
+                        .wordSpacing = text.wordSpacing,
+                        .horizontalScale = text.horizontalScale,
+                        .rise = text.rise,
+                        .mode = text.renderMode,
+                        .font = behind_.font,
+                        .advance = shown.advance,
+                        .unit = unitOf(text)});
+    for (const ShownPart& part : shown.parts) {
+        textParts_.push(part);
+        painted_.push({.event = next(),
+                       .art = part.art,
+                       .setting = static_cast<TraceIndex>(textSettings_.size() - 1),
+                       .part = static_cast<TraceIndex>(textParts_.size() - 1)});
+    }
+    event.art = shown.parts.front().art;
+    markClips(&ClipLink::holds);
 }
 
 void ContentTrace::apply(const Interpreter& interpreter, TraceEvent& event) {
@@ -116,6 +178,7 @@ void ContentTrace::apply(const Interpreter& interpreter, TraceEvent& event) {
             behind_.matrix = former.matrix;
             behind_.clip = former.clip;
             behind_.setter = former.setter;
+            behind_.font = former.font;
             behind_.settings = former.settings;
             saved_.pop_back();
         }
@@ -123,8 +186,7 @@ void ContentTrace::apply(const Interpreter& interpreter, TraceEvent& event) {
     case OperatorRole::matrix:
         return setMatrix(interpreter);
     case OperatorRole::show:
-        textClips_ = textClips_ || interpreter.state.text.renderMode >= firstClippingMode;
-        return hide();
+        return applyShow(interpreter, event);
     case OperatorRole::paint:
         return hide();
     case OperatorRole::endImage:
@@ -134,15 +196,21 @@ void ContentTrace::apply(const Interpreter& interpreter, TraceEvent& event) {
         return hide();
     case OperatorRole::beginText:
         behind_.isInText = true;
-        textClips_ = false;
+        textPlaces_.push({.begin = next()});
+        behind_.text = static_cast<TraceIndex>(textPlaces_.size() - 1);
         return;
     case OperatorRole::endText:
         behind_.isInText = false;
-        if (textClips_) {
+        if (textPlaces_[behind_.text].addsToClip) {
             addClip(Art::null);
         }
-        textClips_ = false;
+        behind_.text = 0;
         return;
+    case OperatorRole::font:
+        behind_.font = next() + 1;
+        return addTextPlace(interpreter);
+    case OperatorRole::textState:
+        return addTextPlace(interpreter);
     case OperatorRole::beginMarked: {
         const auto link = static_cast<TraceIndex>(marks_.size());
         marks_.push({.outer = behind_.mark,
@@ -208,6 +276,14 @@ void ContentTrace::noteFailed(const Interpreter& interpreter) {
 TraceIndex ContentTrace::clipAround(TraceIndex event) const {
     const TraceIndex link = events_[event].behind.clip;
     return link != 0 && clips_[link].event == event ? clips_[link].outer : link;
+}
+
+std::uint32_t ContentTrace::countParts(std::uint32_t painted) const {
+    std::uint32_t end = painted + 1;
+    while (end < painted_.size() && painted_[end].event == painted_[painted].event) {
+        ++end;
+    }
+    return end - painted;
 }
 
 void ContentTrace::end(const Interpreter& interpreter) {

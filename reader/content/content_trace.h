@@ -9,6 +9,7 @@
 #include "host/artwork.h"
 #include "host/matrix.h"
 #include "reader/content/content_keywords.h"
+#include "reader/text/text_object.h"
 #include "runtime/charged_list.h"
 
 #include <cstdint>
@@ -28,6 +29,8 @@ struct Surroundings {
     TraceIndex clip = 0;        ///< the innermost clip
     TraceIndex mark = 0;        ///< the innermost marked content
     TraceIndex setter = 0;      ///< the latest operator that set a part of the state
+    TraceIndex font = 0;        ///< the event of the latest Tf, counted from 1; 0: none
+    TraceIndex text = 0;        ///< in `ContentTrace::textPlace`; within a text object
     std::uint16_t settings = 0; ///< as `GraphicsState::settings`
     bool isInText = false;
     bool isInPath = false; ///< a path is under construction
@@ -46,6 +49,38 @@ struct TraceEvent {
     Art art = Art::null;           ///< of a path: what was painted
     Art clip = Art::null;          ///< of a path: what clips from here on
     Surroundings behind = {};
+};
+
+/// Where a text object has come to. 1: it has just begun.
+struct TextPlace {
+    TraceIndex begin = 0;    ///< the event of its BT
+    RealMatrix line;         ///< where its line begins
+    RealPoint along;         ///< how far what was shown goes from there, in text space
+    double unit = 0;         ///< what a number of 1000 in an array moves by, in text space
+    bool addsToClip = false; ///< what it showed adds to the clip at its end
+};
+
+/// The state in which an operator showed text.
+struct TextSetting {
+    TraceIndex event = 0;
+    RealMatrix matrix; ///< from text space, where it begins, to the artboard
+    double size = 0;
+    double characterSpacing = 0;
+    double wordSpacing = 0;
+    double horizontalScale = 1;
+    double rise = 0;
+    std::int32_t mode = 0;
+    TraceIndex font = 0; ///< as `Surroundings::font`
+    double advance = 0;  ///< of all that it shows, in text space
+    double unit = 0;     ///< as in `TextPlace`
+};
+
+/// What an operator painted, as artwork holds it.
+struct PaintedArt {
+    TraceIndex event = 0;
+    Art art = Art::null;
+    TraceIndex setting = 0; ///< of text: in `ContentTrace::textSetting`
+    TraceIndex part = 0;    ///< of text: in `ContentTrace::textPart`
 };
 
 /// A link of the clips in force.
@@ -94,8 +129,13 @@ public:
     // What was read:
 
     std::span<const TraceEvent> events() const { return events_.items(); }
-    /// Events of the paths that art shows, clips not counted, in the order of painting.
-    std::span<const TraceIndex> painted() const { return painted_.items(); }
+    /// What art shows, clips not counted, in the order of painting. Text is there in parts.
+    std::span<const PaintedArt> painted() const { return painted_.items(); }
+    /// How many of what was painted, from the one of that number on, one operator painted.
+    std::uint32_t countParts(std::uint32_t painted) const;
+    const TextPlace& textPlace(TraceIndex index) const { return textPlaces_.items()[index]; }
+    const TextSetting& textSetting(TraceIndex index) const { return textSettings_.items()[index]; }
+    const ShownPart& textPart(TraceIndex index) const { return textParts_.items()[index]; }
     const ClipLink& clip(TraceIndex link) const { return clips_.items()[link]; }
     const MarkLink& mark(TraceIndex link) const { return marks_.items()[link]; }
     const SetterLink& setter(TraceIndex link) const { return setters_.items()[link]; }
@@ -121,6 +161,8 @@ public:
 private:
     void apply(const Interpreter& interpreter, TraceEvent& event);
     void applyPath(const Interpreter& interpreter, TraceEvent& event);
+    void applyShow(const Interpreter& interpreter, TraceEvent& event);
+    void addTextPlace(const Interpreter& interpreter);
     void addClip(Art art);
     void markClips(bool ClipLink::*mark);
     void hide() { markClips(&ClipLink::hides); }
@@ -128,7 +170,10 @@ private:
     TraceIndex next() const { return static_cast<TraceIndex>(events_.size()); }
 
     ChargedList<TraceEvent> events_;
-    ChargedList<TraceIndex> painted_;
+    ChargedList<PaintedArt> painted_;
+    ChargedList<TextPlace> textPlaces_;
+    ChargedList<TextSetting> textSettings_;
+    ChargedList<ShownPart> textParts_;
     ChargedList<ClipLink> clips_;
     ChargedList<MarkLink> marks_;
     ChargedList<SetterLink> setters_;
@@ -143,7 +188,6 @@ private:
     bool isInImage_ = false;
     bool isInData_ = false; ///< of an image, behind its ID
     bool endsOpen_ = false;
-    bool textClips_ = false; ///< text shown since BT adds to the clip
 };
 
 } // namespace corvane

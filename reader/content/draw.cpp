@@ -7,6 +7,7 @@
 #include "reader/page/page_digest.h"
 #include "reader/page/page_matrix.h"
 #include "reader/syntax/stream_chain.h"
+#include "reader/text/show_text.h"
 #include "runtime/callbacks.h"
 #include "runtime/extension.h"
 #include "runtime/rules.h"
@@ -54,6 +55,7 @@ void runPage(Interpreter& interpreter, std::span<const ObjectOwner> streams) {
     retainObject(interpreter.cache.resources.get());
     ContentScope page(interpreter, ObjectOwner(interpreter.cache.resources.get()));
     interpreter.level.tellsSources = tellsSources();
+    interpreter.readsText = hostHoldsText();
     runContent(interpreter, streams);
     page.leave();
     interpreter.containers.finish();
@@ -74,6 +76,7 @@ void readCache(DocumentCache& cache) {
     runPage(*cache.interpreter, streams);
 
     memoryException();
+    cache.interpreter->fonts.deliver();
     callHost(slot::finishImport, cache.art, cache.art);
     callHost(slot::redrawDocument);
     cache.interpreter->omissions.report();

@@ -126,6 +126,9 @@ void externalStateOperator(Interpreter& interpreter) {
     applyEntry(interpreter, entries.get(), "LJ", "x", joinOperator);
     applyEntry(interpreter, entries.get(), "ML", "x", miterOperator);
     applyDash(interpreter, entries.get());
+    if (typeObject(findEntry(interpreter.cache, entries.get(), "Font")) != ObjectType::null) {
+        interpreter.state.text.font = nullptr; // text in it is left out
+    }
     noteStateLosses(interpreter, entries.get());
 }
 

@@ -16,6 +16,8 @@
 #include "reader/paint/colour_space_cache.h"
 #include "reader/paint/path.h"
 #include "reader/syntax/token_push.h"
+#include "reader/text/page_fonts.h"
+#include "reader/text/text_object.h"
 
 #include <cstdint>
 
@@ -54,6 +56,8 @@ struct ContentLevel {
     bool tellsSources = false;    ///< the host learns which bytes made an object
     std::int32_t painted = 0;     ///< objects so far, clips not counted
     EndedPath ended;
+    TextObject text;
+    ShownText shown;
     ContentTrace* trace = nullptr; ///< where operators are noted, if anywhere; not an owner
 };
 
@@ -71,6 +75,8 @@ struct Interpreter {
     ContentProgress progress;
     Omissions omissions;
     ColourSpaceCache colourSpaces;
+    PageFonts fonts;
+    bool readsText = false; ///< text becomes art; otherwise it is counted and left out
 };
 
 /// One content, from its first stream to its last.

@@ -1,20 +1,10 @@
-// Text and images: read past and counted, so that what is missing can be named.
+// Images, forms and glyph widths: read past and counted, so that what is missing can be named.
 #include "filters/token.h"
 #include "objects/stack.h"
 #include "reader/content/content_operators.h"
 #include "reader/content/inline_image.h"
 
 namespace corvane {
-
-void omittedTextOperator(Interpreter& interpreter) {
-    interpreter.omissions.note(Omission::text);
-}
-
-void passedTextOperator(Interpreter&) {}
-
-void textModeOperator(Interpreter& interpreter) {
-    interpreter.state.text.renderMode = popExtend() / fixedOne;
-}
 
 void beginImageOperator(Interpreter&) {}
 

@@ -9,33 +9,25 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
-#include <string>
 
 namespace corvane {
 
-/// Font and encoding of the text state; shared by the states that did not change it.
-struct TextFont {
-    std::string name = "Helvetica";
-    std::int32_t kind = 1;                    ///< 1 Type 1, 2 Multiple Master, 3 TrueType, 4 Type 3
-    std::array<std::uint8_t, 256> encoding{}; ///< PDF code to host code
-};
+struct ColourSpace;
+struct FontInUse;
+struct Interpreter;
 
+/// Lengths are those of text space, before the text matrix.
 struct TextState {
-    std::shared_ptr<const TextFont> font;
-    Fixed size = 0;
+    std::shared_ptr<FontInUse> font; ///< null: none, or one that cannot be read
+    double size = 0;
     std::int32_t renderMode = 0; ///< 0 to 7
-    Fixed rise = 0;
-    Fixed characterSpacing = 0;
-    Fixed wordSpacing = 0;
-    Fixed lineOffsetX = 0;
-    Fixed lineOffsetY = 0;
-    Fixed horizontalScale = 100 * fixedOne; ///< per cent
-    Fixed verticalScale = 100 * fixedOne;   ///< per cent
+    double rise = 0;
+    double characterSpacing = 0;
+    double wordSpacing = 0;
+    double leading = 0;
+    double horizontalScale = 1;
     friend bool operator==(const TextState&, const TextState&) = default;
 };
-
-struct ColourSpace;
-struct Interpreter;
 
 /// What made the colour of filling or stroking.
 struct Paint {

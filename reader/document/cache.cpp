@@ -13,7 +13,6 @@
 #include "reader/page/page_tree.h"
 #include "reader/syntax/keywords.h"
 #include "reader/syntax/syntax.h"
-#include "reader/text/text.h"
 #include "runtime/exception.h"
 #include "runtime/rules.h"
 
@@ -102,7 +101,6 @@ void readReferences(DocumentCache& cache) {
 void openInterpreter(DocumentCache& cache) {
     cache.interpreter = std::make_unique<Interpreter>(cache);
     openState(*cache.interpreter);
-    openText(cache.interpreter->state.text);
     cache.art = cache.interpreter->containers.layer();
 }
 

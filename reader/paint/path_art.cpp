@@ -14,9 +14,9 @@ namespace corvane {
 
 namespace {
 
-/// The style that the host gets: lengths scaled to the page.
+/// The style that the host gets.
 PathStyle hostStyle(const GraphicsState& state, bool clip) {
-    PathStyle style = state.style;
+    PathStyle style = scaledStyle(state);
     style.clip = clip ? 1 : 0;
     if (clip) {
         style.rule = state.clipRule;
@@ -25,12 +25,6 @@ PathStyle hostStyle(const GraphicsState& state, bool clip) {
             style.strokePaint = 0;
         }
     }
-    const auto scaled = [scale = scaleState(state)](double length) {
-        return fixedFromReal(length * scale);
-    };
-    style.lineWidth = scaled(state.lineWidth);
-    style.dashPhase = scaled(state.dashPhase);
-    std::ranges::transform(state.dash, style.dash, scaled);
     return style;
 }
 
@@ -94,6 +88,17 @@ Art clipWith(Interpreter& interpreter, Art path) {
 }
 
 } // namespace
+
+PathStyle scaledStyle(const GraphicsState& state) {
+    PathStyle style = state.style;
+    const auto scaled = [scale = scaleState(state)](double length) {
+        return fixedFromReal(length * scale);
+    };
+    style.lineWidth = scaled(state.lineWidth);
+    style.dashPhase = scaled(state.dashPhase);
+    std::ranges::transform(state.dash, style.dash, scaled);
+    return style;
+}
 
 void stylePath(const GraphicsState& state, Art art, bool clip) {
     applyStyle(art, hostStyle(state, clip));

@@ -12,6 +12,9 @@ struct Interpreter;
 /// the container. A path of one subpath leaves its compound path; one without is disposed of.
 void finishArt(Interpreter& interpreter);
 
+/// The style of the state, its lengths scaled to the page.
+PathStyle scaledStyle(const GraphicsState& state);
+
 /// Gives the style of the state to a path, or to each child of a group or compound path, with that
 /// clip bit. Other art raises `host`.
 void stylePath(const GraphicsState& state, Art art, bool clip);

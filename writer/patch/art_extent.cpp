@@ -1,5 +1,6 @@
 #include "writer/patch/art_extent.h"
 
+#include "reader/content/art.h"
 #include "runtime/callbacks.h"
 #include "writer/art/outline.h"
 
@@ -34,6 +35,9 @@ void ArtExtent::add(const Point& point) {
 }
 
 ArtExtent extentOf(Art art) {
+    if (artKind(art) == ArtKind::text) {
+        return {INT64_MIN, INT64_MIN, INT64_MAX, INT64_MAX};
+    }
     ArtExtent extent;
     forEachSegment(art, [&](const Segment& segment) {
         extent.add(segment.anchor);

@@ -22,7 +22,8 @@ struct ArtExtent {
     }
 };
 
-/// All that a path or compound path may paint: control points, stroke width and miters included.
+/// All that a path or compound path may paint: control points, stroke width and miters included. Of
+/// text nothing is known: it may reach anywhere.
 ArtExtent extentOf(Art art);
 
 /// The rectangle that a clip is, its sides along the axes; nothing where it has another form.

@@ -4,7 +4,7 @@
 #include "reader/content/interpreter.h"
 #include "reader/page/page_matrix.h"
 #include "reader/syntax/stream_chain.h"
-#include "reader/text/text.h"
+#include "reader/text/show_text.h"
 #include "runtime/callbacks.h"
 #include "runtime/warning.h"
 
@@ -43,12 +43,13 @@ void readBase(DocumentCache& cache, const PageBase& base, BaseReading& reading) 
     callHost(slot::newArtwork, &reading.root);
     Interpreter interpreter(cache);
     openState(interpreter, reading.root);
-    openText(interpreter.state.text);
     applyPageMatrix(interpreter, base.matrix);
     // The content was read before, and is read once more where it is patched.
     cache.work.pageBytes = 0;
     const WarningMark before;
+    interpreter.readsText = hostHoldsText();
     runBase(interpreter, base, reading.trace);
+    reading.fonts = std::move(interpreter.fonts);
     before.forgetLater();
     cache.work.pageBytes = 0;
 }

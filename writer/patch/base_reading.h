@@ -4,12 +4,14 @@
 #include "host/artwork.h"
 #include "reader/content/content_trace.h"
 #include "reader/page/page_base.h"
+#include "reader/text/page_fonts.h"
 
 namespace corvane {
 
 struct BaseReading {
     Art root = Art::null; ///< holds the art of the page; in no layer
     ContentTrace trace;
+    PageFonts fonts; ///< of its text
 };
 
 /// Reads the content of the base through the host's table into a group that is in no layer, as

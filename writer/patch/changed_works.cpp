@@ -43,39 +43,6 @@ void lengthWorks(Walk& walk, Fixed length, double scale) {
     walk.text.addReal(value, lengthDigits(value, scale, length));
 }
 
-void strokeWorks(Walk& walk, const PathStyle& style, const ArtDifference& difference,
-                 double scale) {
-    if (difference.stroke) {
-        colorWorks(walk, style.stroke, false);
-    }
-    if (difference.lineWidth) {
-        lengthWorks(walk, style.lineWidth, scale);
-        walk.text.add("w\n");
-    }
-    if (difference.dash) {
-        walk.text.add("[ ");
-        for (const Fixed length : std::span(style.dash)
-                                      .first(static_cast<std::size_t>(
-                                          std::clamp<std::int16_t>(style.dashCount, 0, 6)))) {
-            lengthWorks(walk, length, scale);
-        }
-        walk.text.add("] ");
-        lengthWorks(walk, style.dashPhase, scale);
-        walk.text.add("d\n");
-    }
-    // Cap, join and limit are the same in every space.
-    if (difference.cap) {
-        capWorks(walk, style.cap);
-    }
-    if (difference.join) {
-        joinWorks(walk, style.join);
-    }
-    if (difference.miterLimit) {
-        walk.text.add(std::max(style.miterLimit, fixedOne));
-        walk.text.add("M\n");
-    }
-}
-
 /// What the operator that ends the changed path does: fills and strokes that no art shows go on.
 PathStyle paintedStyle(const TraceEvent& event, const PathStyle& was, PathStyle is, bool isGuide) {
     if (isGuide) {
@@ -117,6 +84,39 @@ PathStyle strokedStyle() {
 }
 
 } // namespace
+
+void strokeWorks(Walk& walk, const PathStyle& style, const ArtDifference& difference,
+                 double scale) {
+    if (difference.stroke) {
+        colorWorks(walk, style.stroke, false);
+    }
+    if (difference.lineWidth) {
+        lengthWorks(walk, style.lineWidth, scale);
+        walk.text.add("w\n");
+    }
+    if (difference.dash) {
+        walk.text.add("[ ");
+        for (const Fixed length : std::span(style.dash)
+                                      .first(static_cast<std::size_t>(
+                                          std::clamp<std::int16_t>(style.dashCount, 0, 6)))) {
+            lengthWorks(walk, length, scale);
+        }
+        walk.text.add("] ");
+        lengthWorks(walk, style.dashPhase, scale);
+        walk.text.add("d\n");
+    }
+    // Cap, join and limit are the same in every space.
+    if (difference.cap) {
+        capWorks(walk, style.cap);
+    }
+    if (difference.join) {
+        joinWorks(walk, style.join);
+    }
+    if (difference.miterLimit) {
+        walk.text.add(std::max(style.miterLimit, fixedOne));
+        walk.text.add("M\n");
+    }
+}
 
 RealMatrix movementOfPaint(const PatchTools& tools, const PathSource& source, Art art,
                            const ArtDifference& difference) {

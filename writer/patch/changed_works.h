@@ -19,6 +19,10 @@ struct PathSource {
 RealMatrix movementOfPaint(const PatchTools& tools, const PathSource& source, Art art,
                            const ArtDifference& difference);
 
+/// Writes the parts of the stroke that differ; lengths in user space, which that factor leads to
+/// the artboard.
+void strokeWorks(Walk& walk, const PathStyle& style, const ArtDifference& difference, double scale);
+
 /// Writes what the state of the page has otherwise, the path, and the operator that paints it:
 /// where a part did not change, the page's own bytes. The state and the CTM are those of the path;
 /// the CTM must have an inverse.

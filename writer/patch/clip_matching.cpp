@@ -86,7 +86,7 @@ private:
             if (object.source == noSource || object.isCopy) {
                 continue;
             }
-            const TraceIndex clip = trace_.clipAround(trace_.painted()[object.source]);
+            const TraceIndex clip = trace_.clipAround(trace_.painted()[object.source].event);
             for (EditedIndex group = artwork_.objects[i].group; group != 0 && !tried[group];
                  group = artwork_.groups[group].outer) {
                 tried[group] = true;
@@ -159,7 +159,7 @@ private:
             if (object.source == noSource || object.isCopy) {
                 continue;
             }
-            const TraceIndex clip = trace_.clipAround(trace_.painted()[object.source]);
+            const TraceIndex clip = trace_.clipAround(trace_.painted()[object.source].event);
             const EditedIndex group = artwork_.objects[i].group;
             holds[clip] = true;
             if (group == lastGroup && clip == lastClip) {

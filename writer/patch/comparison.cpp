@@ -107,7 +107,7 @@ bool isGuide(Art art) {
 } // namespace
 
 bool ArtDifference::any() const {
-    return kind || shape || paints || fill || strokeParts() || flatness;
+    return kind || shape || paints || fill || strokeParts() || flatness || letters || place;
 }
 
 bool sameColour(const Colour& was, const Colour& is) {
@@ -128,15 +128,19 @@ bool sameShape(Art a, Art b) {
 }
 
 ArtDifference compareArt(Art was, Art is) {
-    ArtDifference difference;
+    PathStyle style = leadingStyle(is);
+    if (isGuide(is)) {
+        style.fillPaint = 0;
+        style.strokePaint = 0;
+    }
+    ArtDifference difference = compareStyles(leadingStyle(was), style);
     difference.kind = artKind(was) != artKind(is);
     difference.shape = !sameShape(was, is);
-    const PathStyle a = leadingStyle(was);
-    PathStyle b = leadingStyle(is);
-    if (isGuide(is)) {
-        b.fillPaint = 0;
-        b.strokePaint = 0;
-    }
+    return difference;
+}
+
+ArtDifference compareStyles(const PathStyle& a, const PathStyle& b) {
+    ArtDifference difference;
     difference.paints = (a.fillPaint != 0) != (b.fillPaint != 0) ||
                         (a.strokePaint != 0) != (b.strokePaint != 0) ||
                         (b.fillPaint != 0 && a.rule != b.rule);

@@ -21,12 +21,17 @@ struct ArtDifference {
     bool join = false;
     bool miterLimit = false;
     bool flatness = false;
+    bool letters = false; ///< of text: what is shown, in which font, and how letters stand
+    bool place = false;   ///< of text: where it begins, its size and direction
 
     bool any() const;
     bool strokeParts() const { return stroke || lineWidth || dash || cap || join || miterLimit; }
 };
 
 ArtDifference compareArt(Art was, Art is);
+
+/// The parts in which two styles of the same kind of art differ.
+ArtDifference compareStyles(const PathStyle& was, const PathStyle& is);
 
 /// Whether two clips let through the same.
 bool sameClip(Art was, Art is);

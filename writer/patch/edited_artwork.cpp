@@ -1,6 +1,7 @@
 #include "writer/patch/edited_artwork.h"
 
 #include "reader/content/art.h"
+#include "reader/text/show_text.h"
 #include "runtime/callbacks.h"
 #include "writer/art/art_stack.h"
 #include "writer/art/layers.h"
@@ -53,11 +54,30 @@ private:
             artwork_.objects.push(object);
             return;
         }
+        case 4:
+            return addRuns(art);
         case 5:
         case 6:
             return; // kinds that are not drawn
         default:
             failException(Exception::type);
+        }
+    }
+
+    void addRuns(Art text) {
+        if (!hostHoldsText()) {
+            return;
+        }
+        std::int32_t count = 0;
+        callHost(slot::getTextRunCount, text, &count);
+        for (std::int32_t run = 0; run < count; ++run) {
+            TextRun letters;
+            callHost(slot::getTextRun, text, run, &letters);
+            artwork_.objects.push({.art = text,
+                                   .kind = ArtKind::text,
+                                   .group = group_,
+                                   .source = letters.source,
+                                   .run = run});
         }
     }
 

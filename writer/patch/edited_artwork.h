@@ -20,15 +20,18 @@ struct EditedGroup {
 
 struct EditedObject {
     Art art = Art::null;
-    ArtKind kind = ArtKind::path; ///< or a compound path
+    ArtKind kind = ArtKind::path; ///< or a compound path, or text
     EditedIndex group = 0;
     ArtSource source;
+    // Of text: each run is an object.
+    std::int32_t run = 0;
+    double start = 0; ///< where it begins on its line; no number where that is not known
 };
 
 struct EditedArtwork {
     ChargedList<EditedGroup> groups;
-    ChargedList<EditedObject> objects;
-    std::vector<std::string> layers; ///< titles of those that are drawn and hold an object
+    ChargedList<EditedObject> objects; ///< runs of one text object follow one another
+    std::vector<std::string> layers;   ///< titles of those that are drawn and hold an object
 };
 
 /// Asks the host for all that is drawn; layers that are left out are warned of. Art of a kind that

@@ -1,10 +1,13 @@
 #include "writer/patch/inserted_works.h"
 
+#include "reader/content/losses.h"
 #include "runtime/fixed.h"
 #include "writer/art/path_works.h"
 #include "writer/art/style_works.h"
 #include "writer/patch/insertion_points.h"
 #include "writer/patch/kept_works.h"
+#include "writer/patch/text_run.h"
+#include "writer/patch/text_works.h"
 
 #include <algorithm>
 
@@ -88,18 +91,34 @@ void InsertedWorks::closeGroups(std::size_t left) {
 
 void InsertedWorks::writeObject(const Insertion& insertion) {
     const MatchedObject& object = matching_.objects[insertion.object];
-    const Art art = artwork_.objects[insertion.object].art;
-    if (object.source == noSource) {
-        artWorks(walk_, art);
-        isBehindNew_ = true;
-    } else {
-        writeSourced(object, art, insertion.point.inForce.mark);
+    const EditedObject& edited = artwork_.objects[insertion.object];
+    if (object.source != noSource) {
+        writeSourced(object, edited, insertion.point.inForce.mark);
+        return;
     }
+    if (edited.kind == ArtKind::text) {
+        newTextWorks(tools_, base_, edited);
+    } else {
+        artWorks(walk_, edited.art);
+    }
+    isBehindNew_ = true;
+}
+
+void InsertedWorks::writeText(const MatchedObject& object, const EditedObject& edited) {
+    const PaintedArt& was = trace_.painted()[object.source];
+    const Surroundings& own = trace_.events()[was.event].behind;
+    // A soft mask lies on the page, and moves along.
+    const bool isMasked = (own.settings & softMaskSetting) != 0;
+    const RealMatrix movement =
+        isMasked && object.difference.place ? movementOfText(base_, was, edited) : RealMatrix();
+    tools_.state.write(own, {}, movement);
+    sourcedTextWorks(tools_, base_, was, edited, object.difference);
 }
 
 /// The state that an object had, and its own bytes, or what an edit made of them.
-void InsertedWorks::writeSourced(const MatchedObject& object, Art art, TraceIndex marks) {
-    const TraceIndex event = trace_.painted()[object.source];
+void InsertedWorks::writeSourced(const MatchedObject& object, const EditedObject& edited,
+                                 TraceIndex marks) {
+    const TraceIndex event = trace_.painted()[object.source].event;
     const Surroundings& own = trace_.events()[event].behind;
     // A layer of the file that hides the object goes on hiding it.
     std::vector<TraceIndex> layers;
@@ -116,7 +135,10 @@ void InsertedWorks::writeSourced(const MatchedObject& object, Art art, TraceInde
     noneStyleWorks(walk_); // what follows goes past the shadow
     tools_.state.writeInitial(own, setter_, isBehindNew_);
     const PathSource source{event, artOf(base_, object.source)};
-    if (!object.difference.any()) {
+    const Art art = edited.art;
+    if (edited.kind == ArtKind::text) {
+        writeText(object, edited);
+    } else if (!object.difference.any()) {
         tools_.state.write(own, {}, {});
         unchangedWorks(tools_, event);
     } else if (inverse(trace_.matrix(own.matrix))) {

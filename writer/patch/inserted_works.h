@@ -33,7 +33,8 @@ private:
     void openGroups(const Insertion& insertion);
     void closeGroups(std::size_t left);
     void writeObject(const Insertion& insertion);
-    void writeSourced(const MatchedObject& object, Art art, TraceIndex marks);
+    void writeSourced(const MatchedObject& object, const EditedObject& edited, TraceIndex marks);
+    void writeText(const MatchedObject& object, const EditedObject& edited);
 
     PatchTools& tools_;
     Walk& walk_;

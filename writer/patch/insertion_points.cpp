@@ -61,8 +61,17 @@ std::uint32_t InsertionPoints::hiddenClips(TraceIndex clip) const {
     return count;
 }
 
+/// Whether the text object can end here and go on in another one.
+bool InsertionPoints::canResume(const Surroundings& here) const {
+    const TextPlace& place = trace_.textPlace(here.text);
+    return !place.addsToClip && trace_.events()[place.begin].behind.mark == here.mark &&
+           (place.along.x == 0 || place.unit != 0) && place.along.y == 0 &&
+           inverse(place.line).has_value();
+}
+
 bool InsertionPoints::fits(const Surroundings& here, InsertionPoint& point) {
-    if (here.isInText || here.isInPath || !inverse(trace_.matrix(here.matrix))) {
+    if (here.isInPath || !inverse(trace_.matrix(here.matrix)) ||
+        (here.isInText && !canResume(here))) {
         return false;
     }
     around_.clear();
@@ -101,7 +110,7 @@ std::optional<InsertionPoint> InsertionPoints::find(const InsertionGap& gap, Edi
     own_ = own;
     const TraceIndex common = commonMark(trace_, gap.before.mark, gap.behind.mark);
     std::optional<InsertionPoint> best;
-    std::tuple<std::uint32_t, std::uint32_t> bestRank;
+    std::tuple<std::uint32_t, std::uint32_t, bool> bestRank;
     for (TraceIndex event = gap.first; event <= gap.last; ++event) {
         const Surroundings& here =
             event == 0 ? trace_.atStart() : trace_.events()[event - 1].behind;
@@ -113,7 +122,7 @@ std::optional<InsertionPoint> InsertionPoints::find(const InsertionGap& gap, Edi
         if (!isMarkAround(trace_, here.mark, common) || !fits(here, point)) {
             continue;
         }
-        const std::tuple rank(trace_.mark(here.mark).depth, point.ownClips);
+        const std::tuple rank(trace_.mark(here.mark).depth, point.ownClips, !here.isInText);
         if (!best || rank >= bestRank) {
             best = point;
             bestRank = rank;

@@ -33,6 +33,7 @@ public:
 
 private:
     void useGroup(EditedIndex group);
+    bool canResume(const Surroundings& here) const;
     bool fits(const Surroundings& here, InsertionPoint& point);
     /// The innermost clip at a place that must be around it.
     TraceIndex sharedClip(TraceIndex clip) const;

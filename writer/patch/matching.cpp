@@ -1,6 +1,7 @@
 #include "writer/patch/matching.h"
 
 #include "writer/patch/look.h"
+#include "writer/patch/text_run.h"
 
 #include <algorithm>
 #include <iterator>
@@ -11,6 +12,14 @@
 namespace corvane {
 
 namespace {
+
+bool isText(const PaintedArt& painted) {
+    return painted.setting != 0;
+}
+
+bool isOfKind(const PaintedArt& painted, const EditedObject& object) {
+    return isText(painted) == (object.kind == ArtKind::text);
+}
 
 class Matcher {
 public:
@@ -25,35 +34,22 @@ public:
 
     Matching match(bool sourcesMeanIt) {
         if (sourcesMeanIt) {
-            matchEach([&](const ArtSource& source) { return byBytes(source); });
-            matchEach([&](const ArtSource& source) { return byNumber(source); });
+            matchEach([&](const EditedObject& object) { return sourceOf(base_, object); });
+            matchEach([&](const EditedObject& object) { return byNumber(object); });
         }
         matchByLook();
         return std::move(matching_);
     }
 
 private:
-    /// The source that these bytes are.
-    PaintedIndex byBytes(const ArtSource& source) const {
-        if (source.end <= 0) {
-            return noSource;
-        }
-        const std::span<const TraceIndex> painted = base_.trace.painted();
-        const auto startOf = [&](TraceIndex event) {
-            return std::int64_t{base_.trace.events()[event].start};
-        };
-        const auto at = std::ranges::lower_bound(painted, source.start, {}, startOf);
-        const bool isHere = at != painted.end() && startOf(*at) == source.start &&
-                            base_.trace.events()[*at].end == source.end;
-        return isHere ? static_cast<PaintedIndex>(at - painted.begin()) : noSource;
-    }
-
-    PaintedIndex byNumber(const ArtSource& source) const {
+    PaintedIndex byNumber(const EditedObject& object) const {
+        const ArtSource& source = object.source;
         const bool isNumber =
             source.end == 0 && source.ordinal >= 0 &&
             static_cast<std::size_t>(source.ordinal) < base_.trace.painted().size();
         const auto number = static_cast<PaintedIndex>(source.ordinal);
-        const bool isFree = isNumber && matching_.owners[number] == noSource;
+        const bool isFree = isNumber && matching_.owners[number] == noSource &&
+                            isOfKind(base_.trace.painted()[number], object);
         return isFree ? number : noSource;
     }
 
@@ -61,7 +57,7 @@ private:
     void matchEach(const Find& find) {
         for (EditedIndex i = 0; i < matching_.objects.size(); ++i) {
             if (matching_.objects[i].source == noSource) {
-                const PaintedIndex source = find(artwork_.objects[i].source);
+                const PaintedIndex source = find(artwork_.objects[i]);
                 if (source != noSource) {
                     claim(i, source);
                 }
@@ -72,7 +68,7 @@ private:
     void claim(EditedIndex i, PaintedIndex source) {
         MatchedObject& object = matching_.objects[i];
         object.source = source;
-        object.difference = compareArt(artOf(base_, source), artwork_.objects[i].art);
+        object.difference = compareObject(base_, source, artwork_.objects[i]);
         EditedIndex& owner = matching_.owners[source];
         if (owner == noSource) {
             owner = i;
@@ -89,7 +85,10 @@ private:
 
     void matchByLook() {
         Looks left;
-        const auto isLeft = [&](EditedIndex i) { return matching_.objects[i].source == noSource; };
+        const auto isLeft = [&](EditedIndex i) {
+            return matching_.objects[i].source == noSource &&
+                   artwork_.objects[i].kind != ArtKind::text;
+        };
         bool any = false;
         for (EditedIndex i = 0; i < matching_.objects.size() && !any; ++i) {
             any = isLeft(i);
@@ -101,7 +100,7 @@ private:
         std::size_t count = 0;
         for (PaintedIndex source = static_cast<PaintedIndex>(matching_.owners.size());
              source-- > 0;) {
-            if (matching_.owners[source] == noSource) {
+            if (matching_.owners[source] == noSource && !isText(base_.trace.painted()[source])) {
                 if (count++ % chargeStep == 0) {
                     charge.resize(static_cast<std::int64_t>((count + chargeStep) * nodeSize));
                 }
@@ -162,12 +161,43 @@ Matching matchArtwork(const BaseReading& base, const EditedArtwork& artwork, boo
     return Matcher(base, artwork).match(sourcesMeanIt);
 }
 
+PaintedIndex sourceOf(const BaseReading& base, const EditedObject& object) {
+    const ArtSource& source = object.source;
+    if (source.end <= 0) {
+        return noSource;
+    }
+    const std::span<const PaintedArt> painted = base.trace.painted();
+    const auto eventOfArt = [&](const PaintedArt& art) -> const TraceEvent& {
+        return base.trace.events()[art.event];
+    };
+    const auto isIt = [&](const PaintedArt& art) {
+        return eventOfArt(art).start == source.start && eventOfArt(art).end == source.end &&
+               isOfKind(art, object);
+    };
+    // Several parts of what one operator shows differ in their numbers.
+    const auto number = static_cast<std::size_t>(source.ordinal);
+    if (source.ordinal >= 0 && number < painted.size() && isIt(painted[number])) {
+        return static_cast<PaintedIndex>(number);
+    }
+    const auto at = std::ranges::lower_bound(painted, source.start, {}, [&](const PaintedArt& art) {
+        return std::int64_t{eventOfArt(art).start};
+    });
+    const bool isHere = at != painted.end() && isIt(*at);
+    return isHere ? static_cast<PaintedIndex>(at - painted.begin()) : noSource;
+}
+
+ArtDifference compareObject(const BaseReading& base, PaintedIndex source,
+                            const EditedObject& object) {
+    const PaintedArt& was = base.trace.painted()[source];
+    return isText(was) ? compareText(base, was, object) : compareArt(was.art, object.art);
+}
+
 const TraceEvent& eventOf(const ContentTrace& trace, PaintedIndex source) {
-    return trace.events()[trace.painted()[source]];
+    return trace.events()[trace.painted()[source].event];
 }
 
 Art artOf(const BaseReading& base, PaintedIndex source) {
-    return eventOf(base.trace, source).art;
+    return base.trace.painted()[source].art;
 }
 
 } // namespace corvane

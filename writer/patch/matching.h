@@ -33,6 +33,13 @@ struct Matching {
 /// number in their id, then by equal points and paint; where sources mean nothing, by these alone.
 Matching matchArtwork(const BaseReading& base, const EditedArtwork& artwork, bool sourcesMeanIt);
 
+/// The source whose bytes the object names: `noSource` where it names none of the page's.
+PaintedIndex sourceOf(const BaseReading& base, const EditedObject& object);
+
+/// How the object differs from what the source made, which is of its kind.
+ArtDifference compareObject(const BaseReading& base, PaintedIndex source,
+                            const EditedObject& object);
+
 /// The art that the source made.
 Art artOf(const BaseReading& base, PaintedIndex source);
 /// The event of the source.

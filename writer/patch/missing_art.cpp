@@ -20,11 +20,12 @@ bool isMuch(const MissingArt& kind, bool isAll) {
 
 void refuseMissing(const BaseReading& base, const Matching& matching) {
     MissingArt page;
-    std::array kinds = {MissingArt{.kind = ArtKind::path}, MissingArt{.kind = ArtKind::compound}};
+    std::array kinds = {MissingArt{.kind = ArtKind::path}, MissingArt{.kind = ArtKind::compound},
+                        MissingArt{.kind = ArtKind::text}};
     for (PaintedIndex source = 0; source < matching.owners.size(); ++source) {
         const std::int32_t missing = matching.owners[source] == noSource ? 1 : 0;
         const ArtKind kind = artKind(artOf(base, source));
-        MissingArt& ofKind = kind == ArtKind::path ? kinds[0] : kinds[1];
+        MissingArt& ofKind = *std::ranges::find(kinds, kind, &MissingArt::kind);
         for (MissingArt* each : {&page, &ofKind}) {
             each->missing += missing;
             ++each->whole;

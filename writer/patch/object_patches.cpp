@@ -13,6 +13,9 @@ void ObjectPatches::addTo(std::vector<Patch>& patches) {
     PaintedIndex next = 0;
     for (TraceIndex event = 0; event < trace_.events().size(); ++event) {
         const TraceEvent& path = trace_.events()[event];
+        if (path.role == OperatorRole::show && path.art != Art::null) {
+            next += trace_.countParts(next);
+        }
         if (path.role != OperatorRole::paintPath || path.isFailed) {
             continue;
         }
@@ -69,7 +72,7 @@ void ObjectPatches::drawChanged(PaintedIndex source) {
     const EditedIndex owner = matching_.owners[source];
     const Art art = artwork_.objects[owner].art;
     const ArtDifference& difference = matching_.objects[owner].difference;
-    const PathSource path{trace_.painted()[source], artOf(base_, source)};
+    const PathSource path{trace_.painted()[source].event, artOf(base_, source)};
     noneStyleWorks(tools_.walk);
     enterWorks(tools_.walk);
     const RealMatrix movement = movementOfPaint(tools_, path, art, difference);

@@ -10,6 +10,8 @@
 #include "writer/patch/missing_art.h"
 #include "writer/patch/object_patches.h"
 #include "writer/patch/page_end.h"
+#include "writer/patch/show_patches.h"
+#include "writer/patch/text_layout.h"
 
 #include <algorithm>
 #include <optional>
@@ -63,7 +65,8 @@ public:
           tools_(cache, base, trace_, resources) {}
 
     PagePatch plan() {
-        const EditedArtwork artwork = listArtwork();
+        EditedArtwork artwork = listArtwork();
+        layOutText(reading_, artwork);
         const Matching matching = matchArtwork(reading_, artwork, base_.isAsOpened);
         refuseMissing(reading_, matching);
         const ClipMatching clips = matchClips(reading_, artwork, matching);
@@ -71,6 +74,7 @@ public:
         tellLayers(artwork.layers);
         ObjectPatches objects(tools_, reading_, artwork, matching, clips, order);
         objects.addTo(content_.patches);
+        patchShows(tools_, matching, order, content_.patches);
         insert(artwork, matching, order);
         std::ranges::stable_sort(content_.patches, {}, [](const Patch& patch) {
             return std::pair(patch.range.start, patch.range.end);
@@ -116,7 +120,13 @@ private:
                 content_.behind = end.behind + tools_.taken();
             } else {
                 const bool isReset = point.inForce.settings == 0;
+                if (point.inForce.isInText) {
+                    tools_.walk.text.add("ET\n");
+                }
                 works.write(here, point.inForce, isReset ? std::string_view() : resetName());
+                if (point.inForce.isInText) {
+                    resumeTextWorks(tools_, trace_.textPlace(point.inForce.text));
+                }
                 const std::uint32_t place = placeBefore(trace_, point.event);
                 content_.patches.push_back({{place, place}, "\n" + tools_.taken()});
             }

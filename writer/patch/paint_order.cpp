@@ -15,7 +15,10 @@ namespace {
 
 /// Whether what an edit changed can be drawn in the place of the old bytes.
 bool canStay(const ContentTrace& trace, PaintedIndex source, const ArtDifference& difference) {
-    const TraceIndex index = trace.painted()[source];
+    if (trace.painted()[source].setting != 0) {
+        return !difference.any(); // text that was changed is written apart
+    }
+    const TraceIndex index = trace.painted()[source].event;
     const Surroundings& here = trace.events()[index].behind;
     return !difference.any() || (!here.isInText && isPlainPath(trace, index) &&
                                  inverse(trace.matrix(here.matrix)).has_value());
@@ -75,7 +78,7 @@ private:
             if (object.source == noSource || object.isCopy) {
                 continue;
             }
-            const TraceIndex clip = trace_.clipAround(trace_.painted()[object.source]);
+            const TraceIndex clip = trace_.clipAround(trace_.painted()[object.source].event);
             if (canStay(trace_, object.source, object.difference) &&
                 isClippedAlike(base_, artwork_, clips_, clip, artwork_.objects[i])) {
                 able.push_back(i);
@@ -88,7 +91,7 @@ private:
     }
 
     TraceIndex pathOf(EditedIndex object) const {
-        return trace_.painted()[matching_.objects[object].source];
+        return trace_.painted()[matching_.objects[object].source].event;
     }
 
     /// What was in force where a moved object, or the original of a copy, stood.

@@ -1,0 +1,52 @@
+// Glyphs that are shown become runs of lines, which the host holds.
+//
+// Each run is what one operator shows, or a part of it: a wide gap ends the line. What is shown
+// where the open line ends goes on with that line, if nothing was painted in between.
+#pragma once
+
+#include "host/text.h"
+#include "reader/content/interpreter.h"
+#include "reader/font/page_font.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace corvane {
+
+class LineBuilder {
+public:
+    /// `space` leads from text space, where the text begins, to the artboard; it has an inverse.
+    LineBuilder(Interpreter& interpreter, const RealMatrix& space, const PathStyle& style);
+
+    /// A glyph at `pen`, and how far it moves the pen; both in text space. `element` counts in the
+    /// array that is shown.
+    void add(const ShownGlyph& glyph, double pen, double advance, std::int32_t element);
+    /// The pen comes to rest, behind the last element: the last run is given to the host.
+    void endAt(double pen, std::int32_t element);
+
+private:
+    OpenLine& line() { return interpreter_.level.text.line; }
+    double along(double pen) const { return origin_ + pen * stretch_; }
+    bool goesOn(double pen);
+    void beginLine(double pen);
+    void beginRun(double pen, std::int32_t element);
+    void endRun(double pen, std::int32_t element);
+    void addGap(double at);
+    void append(std::string_view text, double at, double advance, std::int32_t face);
+
+    Interpreter& interpreter_;
+    const RealMatrix space_;
+    RealMatrix direction_; // of a line, without its origin
+    double stretch_ = 1;   // from the pen to the line's space
+    double origin_ = 0;    // in the line's space: where the pen is 0
+    TextRun run_;          // without its text
+    std::string text_;
+    std::vector<TextPiece> pieces_;
+    bool isInRun_ = false;
+    double runPen_ = 0;   // where the run begins
+    double runStart_ = 0; // in the line's space
+    std::int32_t runElement_ = 0;
+};
+
+} // namespace corvane

@@ -1,0 +1,100 @@
+#include "reader/text/page_fonts.h"
+
+#include "reader/syntax/syntax.h"
+#include "runtime/callbacks.h"
+#include "runtime/exception.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace corvane {
+
+std::shared_ptr<FontInUse> PageFonts::find(DocumentCache& cache, std::string_view name) {
+    if (typeObject(cache.resources.get()) != ObjectType::dictionary) {
+        return nullptr;
+    }
+    ObjectOwner dictionary = lookupObject(cache, cache.resources.get(), "Font");
+    if (typeObject(dictionary.get()) != ObjectType::dictionary) {
+        return nullptr;
+    }
+    Category& category = categories_[dictionary->data];
+    if (typeObject(category.dictionary.get()) == ObjectType::empty) {
+        category.dictionary = std::move(dictionary);
+    }
+    const auto named = category.fonts.find(name);
+    if (named != category.fonts.end()) {
+        return named->second;
+    }
+    const Object entry = findEntry(cache, category.dictionary.get(), name);
+    if (typeObject(entry) == ObjectType::null) {
+        return nullptr; // not kept: a page may make up names without end
+    }
+    return category.fonts.emplace(name, known(cache, entry)).first->second;
+}
+
+std::shared_ptr<FontInUse> PageFonts::known(DocumentCache& cache, const Object& entry) {
+    if (typeObject(entry) != ObjectType::reference) {
+        return read(cache, entry, 0);
+    }
+    std::int32_t number = 0;
+    std::int32_t generation = 0;
+    referenceObject(entry, number, generation);
+    const auto [at, isNew] = byNumber_.try_emplace(number);
+    if (isNew) {
+        at->second = read(cache, entry, number);
+    }
+    return at->second;
+}
+
+std::shared_ptr<FontInUse> PageFonts::read(DocumentCache& cache, const Object& entry,
+                                           std::int32_t number) {
+    auto font = std::make_shared<FontInUse>();
+    const bool isRead = attempted([&] {
+        const ObjectOwner dictionary = resolveObject(cache, entry);
+        font->font = readFont(cache, dictionary.get(), number);
+    });
+    if (!isRead || font->font == nullptr) {
+        return nullptr;
+    }
+    all_.push_back(font);
+    return font;
+}
+
+PageFont* PageFonts::find(Font handle) const {
+    const auto found = std::ranges::find(all_, handle, &FontInUse::handle);
+    return handle == Font::null || found == all_.end() ? nullptr : (*found)->font.get();
+}
+
+std::string_view PageFonts::nameOf(Font handle) const {
+    for (const auto& [at, category] : categories_) {
+        for (const auto& [name, font] : category.fonts) {
+            if (font != nullptr && font->handle == handle) {
+                return name;
+            }
+        }
+    }
+    return {};
+}
+
+void PageFonts::deliver() const {
+    for (const std::shared_ptr<FontInUse>& each : all_) {
+        if (each->handle == Font::null) {
+            continue;
+        }
+        for (std::int32_t face = 0; face < each->font->faceCount(); ++face) {
+            const std::vector<std::byte> file = each->font->makeFace(face);
+            callHost(slot::setFontFile, each->handle, face, file.data(),
+                     static_cast<std::int32_t>(file.size()));
+        }
+    }
+}
+
+Font handleOf(FontInUse& font) {
+    if (font.handle == Font::null) {
+        const FontFacts facts = font.font->facts();
+        callHost(slot::addFont, &facts, &font.handle);
+    }
+    return font.handle;
+}
+
+} // namespace corvane

@@ -1,0 +1,155 @@
+#include "reader/text/show_text.h"
+
+#include "host/matrix.h"
+#include "reader/content/interpreter.h"
+#include "reader/paint/path_art.h"
+#include "reader/syntax/syntax.h"
+#include "reader/text/line_builder.h"
+#include "reader/text/page_fonts.h"
+#include "runtime/extension.h"
+#include "runtime/rules.h"
+
+#include <cmath>
+#include <vector>
+
+namespace corvane {
+
+namespace {
+
+/// Render modes of the PDF Reference, 5.2.5.
+constexpr std::int32_t invisibleMode = 3;
+constexpr std::int32_t firstClippingMode = 4;
+
+bool fills(std::int32_t mode) {
+    return mode == 0 || mode == 2;
+}
+
+bool strokes(std::int32_t mode) {
+    return mode == 1 || mode == 2;
+}
+
+/// Whether artwork can hold what is shown now.
+bool isArt(const GraphicsState& state, const RealMatrix& space) {
+    const TextState& text = state.text;
+    const PageFont& font = *text.font->font;
+    return font.kind() != FontKind::type3 && !font.isVertical() &&
+           text.renderMode < firstClippingMode && !(fills(text.renderMode) && state.fill.hidden) &&
+           !(strokes(text.renderMode) && state.stroke.hidden) && text.size != 0 &&
+           text.horizontalScale != 0 && inverse(space).has_value();
+}
+
+PathStyle styleOf(const GraphicsState& state) {
+    PathStyle style = scaledStyle(state);
+    style.fillPaint = fills(state.text.renderMode) ? 1 : 0;
+    style.strokePaint = strokes(state.text.renderMode) ? 1 : 0;
+    style.clip = 0;
+    style.rule = FillRule::nonzero;
+    return style;
+}
+
+std::span<const std::byte> bytesOfString(const Object& object) {
+    if (typeObject(object) == ObjectType::block) {
+        return blockObject(object);
+    }
+    const std::string_view text = textObject(object);
+    return std::as_bytes(std::span(text));
+}
+
+bool isString(const Object& object) {
+    return typeObject(object) == ObjectType::text || typeObject(object) == ObjectType::block;
+}
+
+bool isNumber(const Object& object) {
+    return typeObject(object) == ObjectType::integer || typeObject(object) == ObjectType::fixed;
+}
+
+class Show {
+public:
+    explicit Show(Interpreter& interpreter)
+        : interpreter_(interpreter), text_(interpreter.state.text), font_(*text_.font->font) {}
+
+    void run(std::span<const Object> elements) {
+        const RealMatrix space =
+            multiply(interpreter_.level.text.matrix, interpreter_.state.exactCtm);
+        ShownText& shown = interpreter_.level.shown;
+        shown.matrix = interpreter_.level.text.matrix;
+        if (isArt(interpreter_.state, space)) {
+            LineBuilder builder(interpreter_, space, styleOf(interpreter_.state));
+            walk(elements, &builder);
+        } else {
+            walk(elements, nullptr);
+            shown.hides = text_.renderMode != invisibleMode;
+        }
+        shown.advance = pen_;
+        move();
+    }
+
+private:
+    /// Lets the pen walk along; the builder, where there is one, takes the glyphs.
+    void walk(std::span<const Object> elements, LineBuilder* builder) {
+        std::int32_t number = 0;
+        for (const Object& element : elements) {
+            if (isString(element)) {
+                glyphs_.clear();
+                font_.show(bytesOfString(element), glyphs_);
+                for (const ShownGlyph& glyph : glyphs_) {
+                    if (builder != nullptr) {
+                        builder->add(glyph, pen_, advanceOf(glyph), number);
+                    }
+                    pen_ += advanceOf(glyph);
+                }
+            } else if (isNumber(element)) {
+                pen_ -= realNumber(element) / 1000 * text_.size * scale();
+            }
+            ++number;
+        }
+        if (builder != nullptr) {
+            builder->endAt(pen_, number);
+        }
+    }
+
+    double scale() const { return font_.isVertical() ? 1 : text_.horizontalScale; }
+
+    double advanceOf(const ShownGlyph& glyph) const {
+        const double spacing =
+            text_.characterSpacing + (glyph.isWordSpace ? text_.wordSpacing : 0.0);
+        // Vertical text goes down.
+        const double width = font_.isVertical() ? -glyph.advance : glyph.advance;
+        return (width * text_.size + spacing) * scale();
+    }
+
+    void move() {
+        RealMatrix& matrix = interpreter_.level.text.matrix;
+        const RealPoint way = font_.isVertical() ? RealPoint{0, pen_} : RealPoint{pen_, 0};
+        const RealPoint to = transform(matrix, way);
+        matrix.tx = to.x;
+        matrix.ty = to.y;
+    }
+
+    Interpreter& interpreter_;
+    const TextState& text_;
+    PageFont& font_;
+    double pen_ = 0; ///< in text space, from where the text begins
+    std::vector<ShownGlyph> glyphs_;
+};
+
+} // namespace
+
+bool hostHoldsText() {
+    const auto extension = knownExtension();
+    return rules().readsText && extension && extension->version >= 4;
+}
+
+void showText(Interpreter& interpreter, std::span<const Object> elements) {
+    interpreter.level.shown = ShownText();
+    if (interpreter.state.text.font == nullptr) {
+        interpreter.level.shown.hides = true;
+    } else {
+        Show(interpreter).run(elements);
+    }
+    if (interpreter.level.shown.hides) {
+        interpreter.omissions.note(Omission::text);
+    }
+}
+
+} // namespace corvane

@@ -1,0 +1,56 @@
+// The text object of a content (BT to ET), and the line of art that its text goes on with.
+#pragma once
+
+#include "host/artwork.h"
+#include "host/matrix.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace corvane {
+
+/// A line under construction: what is shown next belongs to it if it goes on where it ends.
+struct OpenLine {
+    Art art = Art::null;        ///< of kind text; null: no line is open
+    Art container = Art::null;  ///< that it was made in
+    std::int32_t painted = 0;   ///< objects of the content when its last run was made
+    std::uint16_t settings = 0; ///< of `gs`, when it was begun
+    RealMatrix matrix;          ///< as the host has it
+    RealMatrix back;            ///< its inverse
+    double end = 0;             ///< where what was shown ends, in the line's space
+    double modelEnd = 0;        ///< where the runs of the art end, whose numbers are 16.16
+    std::int32_t runs = 0;
+    double size = 0;        ///< of the last run
+    bool endsBlank = false; ///< the last character is a blank
+};
+
+struct TextObject {
+    RealMatrix matrix;     ///< of text space; moves along with what is shown
+    RealMatrix lineMatrix; ///< where the line began
+    OpenLine line;
+};
+
+/// A part of what one operator shows: the elements of its array from `first` up to `end`, as one
+/// run of a line.
+struct ShownPart {
+    Art art = Art::null;
+    std::int32_t run = 0;
+    std::int32_t firstElement = 0;
+    std::int32_t endElement = 0;
+    double start = 0;   ///< in the line's space: where the run begins
+    double length = 0;  ///< in the line's space: to where the next run begins
+    double pen = 0;     ///< in text space: where the run begins, from where the operator begins
+    double advance = 0; ///< in text space, along the line, to where the next part begins
+};
+
+/// What the operator that showed text last became.
+struct ShownText {
+    std::vector<ShownPart> parts;
+    bool hides = false; ///< it shows what artwork cannot hold, and is no art
+    double advance = 0; ///< in text space, along the line
+    RealMatrix matrix;  ///< the text matrix before it was shown
+};
+
+} // namespace corvane

@@ -1,0 +1,23 @@
+// Patches where the page's text stands: what is gone leaves the way that it went.
+#pragma once
+
+#include "writer/patch/matching.h"
+#include "writer/patch/paint_order.h"
+#include "writer/patch/patch.h"
+#include "writer/patch/patch_tools.h"
+
+#include <vector>
+
+namespace corvane {
+
+/// Takes runs that are gone, or are written apart, out of the operators that show them. What is
+/// shown behind them on the line stays where it is. Raises `unpatchable` where the bytes are not
+/// what was read.
+void patchShows(PatchTools& tools, const Matching& matching, const PaintOrder& order,
+                std::vector<Patch>& patches);
+
+/// What goes between the end of a text object and its beginning again, in front of what goes on
+/// with it: its BT, and the place that it had come to.
+void resumeTextWorks(PatchTools& tools, const TextPlace& place);
+
+} // namespace corvane

@@ -1,0 +1,92 @@
+#include "writer/patch/text_run.h"
+
+#include "runtime/callbacks.h"
+#include "runtime/exception.h"
+#include "runtime/fixed.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace corvane {
+
+namespace {
+
+/// Points by which an editor's rounding may move text.
+constexpr double placeRoom = 1.0 / 64;
+/// The same for the sides of its em, in parts of that.
+constexpr double frameRoom = 1.0 / 2000;
+/// For shifts and spacing, in ems.
+constexpr double shiftRoom = 1.0 / 400;
+
+bool isNear(double a, double b, double room) {
+    return std::abs(a - b) <= room;
+}
+
+bool samePieces(const TextRun& a, const TextRun& b) {
+    return std::ranges::equal(a.pieces, b.pieces, [](const TextPiece& x, const TextPiece& y) {
+        return x.start == y.start && x.face == y.face &&
+               isNear(realFromFixed(x.shift), realFromFixed(y.shift), shiftRoom);
+    });
+}
+
+/// In ems of the run.
+double inEms(Fixed length, const TextRun& run) {
+    return run.size == 0 ? 0 : realFromFixed(length) / realFromFixed(run.size);
+}
+
+bool sameLetters(const TextRun& a, const TextRun& b) {
+    return a.text == b.text && a.font == b.font && samePieces(a, b) &&
+           isNear(inEms(a.spacing, a), inEms(b.spacing, b), shiftRoom) &&
+           isNear(inEms(a.rise, a), inEms(b.rise, b), shiftRoom);
+}
+
+bool sameFrame(const RealMatrix& a, const RealMatrix& b) {
+    const double em = std::max({std::hypot(a.a, a.b), std::hypot(a.c, a.d), placeRoom});
+    const auto alike = [&](double x, double y) { return isNear(x, y, em * frameRoom); };
+    return alike(a.a, b.a) && alike(a.b, b.b) && alike(a.c, b.c) && alike(a.d, b.d) &&
+           isNear(a.tx, b.tx, placeRoom) && isNear(a.ty, b.ty, placeRoom);
+}
+
+RealMatrix frameOfPage(const BaseReading& base, const PaintedArt& was) {
+    const ShownPart& part = base.trace.textPart(was.part);
+    return frameOf(was.art, runOf(was.art, part.run), part.start);
+}
+
+} // namespace
+
+TextRun runOf(Art text, std::int32_t run) {
+    TextRun found;
+    callHost(slot::getTextRun, text, run, &found);
+    return found;
+}
+
+RealMatrix frameOf(Art text, const TextRun& run, double start) {
+    TextLine line;
+    callHost(slot::getTextLine, text, &line);
+    const RealMatrix matrix{realFromFixed(line.matrix.a),  realFromFixed(line.matrix.b),
+                            realFromFixed(line.matrix.c),  realFromFixed(line.matrix.d),
+                            realFromFixed(line.matrix.tx), realFromFixed(line.matrix.ty)};
+    const double size = realFromFixed(run.size);
+    const RealPoint along = line.isVertical ? RealPoint{0, -start} : RealPoint{start, 0};
+    return multiply({.a = size, .d = size, .tx = along.x, .ty = along.y}, matrix);
+}
+
+ArtDifference compareText(const BaseReading& base, const PaintedArt& was, const EditedObject& is) {
+    const TextRun former = runOf(was.art, base.trace.textPart(was.part).run);
+    const TextRun run = runOf(is.art, is.run);
+    ArtDifference difference = compareStyles(former.style, run.style);
+    difference.letters = !sameLetters(former, run);
+    difference.place = !sameFrame(frameOfPage(base, was), frameOf(is.art, run, is.start));
+    return difference;
+}
+
+RealMatrix movementOfText(const BaseReading& base, const PaintedArt& was, const EditedObject& is) {
+    const std::optional<RealMatrix> back = inverse(frameOfPage(base, was));
+    const RealMatrix to = frameOf(is.art, runOf(is.art, is.run), is.start);
+    if (!back || !isFinite(to)) {
+        failException(Exception::unpatchable);
+    }
+    return multiply(*back, to);
+}
+
+} // namespace corvane

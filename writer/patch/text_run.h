@@ -1,0 +1,27 @@
+// Runs of text: where they lie, and how two of them differ.
+#pragma once
+
+#include "host/matrix.h"
+#include "host/text.h"
+#include "writer/patch/base_reading.h"
+#include "writer/patch/comparison.h"
+#include "writer/patch/edited_artwork.h"
+
+namespace corvane {
+
+/// The run of a text object; text and pieces live until the object is changed.
+TextRun runOf(Art text, std::int32_t run);
+
+/// From the space of a run, in which its em is 1 and its text begins at the origin, to the
+/// artboard.
+RealMatrix frameOf(Art text, const TextRun& run, double start);
+
+/// How what the page shows and a run of the artwork differ.
+ArtDifference compareText(const BaseReading& base, const PaintedArt& was, const EditedObject& is);
+
+/// By how much the page's text moves, turns and grows to lie where the run of the artwork does.
+/// Raises `unpatchable` where the page's frame has no inverse, or it is not known where the run
+/// begins.
+RealMatrix movementOfText(const BaseReading& base, const PaintedArt& was, const EditedObject& is);
+
+} // namespace corvane

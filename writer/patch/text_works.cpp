@@ -1,0 +1,192 @@
+#include "writer/patch/text_works.h"
+
+#include "reader/content/losses.h"
+#include "runtime/exception.h"
+#include "runtime/fixed.h"
+#include "runtime/reason.h"
+#include "writer/art/color_works.h"
+#include "writer/art/path_works.h"
+#include "writer/art/style_works.h"
+#include "writer/patch/changed_works.h"
+#include "writer/patch/show_bytes.h"
+#include "writer/patch/text_layout.h"
+#include "writer/patch/text_run.h"
+
+#include <cmath>
+#include <string>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+/// The text state of a text object; it may be any other in front of it.
+struct WrittenState {
+    double characterSpacing = 0;
+    double wordSpacing = 0;
+    double horizontalScale = 1;
+    double rise = 0;
+    std::int32_t mode = 0;
+};
+
+void stateWorks(Walk& walk, const WrittenState& state) {
+    constexpr double hundred = 100;
+    for (const auto& [value, word] :
+         {std::pair(state.characterSpacing, "Tc "), std::pair(state.wordSpacing, "Tw "),
+          std::pair(state.horizontalScale * hundred, "Tz "), std::pair(state.rise, "Ts ")}) {
+        walk.text.addReal(value + 0.0);
+        walk.text.add(word);
+    }
+    walk.text.addReal(state.mode);
+    walk.text.add("Tr\n");
+}
+
+void matrixWorks(Walk& walk, const RealMatrix& matrix) {
+    walk.text.addMatrix(withoutSignedZeros(matrix));
+    walk.text.add("Tm\n");
+}
+
+std::int32_t modeOf(const PathStyle& style) {
+    constexpr std::int32_t invisible = 3;
+    return style.fillPaint != 0 && style.strokePaint != 0 ? 2
+           : style.fillPaint != 0                         ? 0
+           : style.strokePaint != 0                       ? 1
+                                                          : invisible;
+}
+
+/// The page's own bytes of a part of what an operator shows.
+void ownBytesWorks(PatchTools& tools, const PaintedArt& was) {
+    const TraceEvent& event = tools.trace.events()[was.event];
+    std::string bytes;
+    tools.bytes.append(bytes, {event.start, event.end});
+    const ShownPart& part = tools.trace.textPart(was.part);
+    const std::optional<ShowBytes> show = showBytes(bytes);
+    if (!show || static_cast<std::size_t>(part.endElement) > show->elements.size()) {
+        failException(Exception::unpatchable);
+    }
+    tools.walk.text.add("[");
+    for (std::int32_t i = part.firstElement; i < part.endElement; ++i) {
+        tools.walk.text.add(show->elements[static_cast<std::size_t>(i)]);
+        tools.walk.text.add(" ");
+    }
+    tools.walk.text.add("] TJ\n");
+}
+
+void movedWorks(PatchTools& tools, const BaseReading& base, const PaintedArt& was,
+                const EditedObject& is, const ArtDifference& difference, const RealMatrix& back) {
+    Walk& walk = tools.walk;
+    const TextSetting& setting = tools.trace.textSetting(was.setting);
+    const ShownPart& part = tools.trace.textPart(was.part);
+    const RealMatrix movement = difference.place ? movementOfText(base, was, is) : RealMatrix();
+    walk.text.add(tools.state.bytesOf(setting.font - 1));
+    stateWorks(walk, {.characterSpacing = setting.characterSpacing,
+                      .wordSpacing = setting.wordSpacing,
+                      .horizontalScale = setting.horizontalScale,
+                      .rise = setting.rise,
+                      .mode = modeOf(runOf(is.art, is.run).style)});
+    matrixWorks(walk,
+                multiply(multiply(multiply({.tx = part.pen}, setting.matrix), movement), back));
+    ownBytesWorks(tools, was);
+}
+
+void stringWorks(Walk& walk, std::string_view codes) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string text = "<";
+    for (const char c : codes) {
+        const auto byte = static_cast<unsigned char>(c);
+        text += digits[byte >> 4U];
+        text += digits[byte & 15U];
+    }
+    walk.text.add(text + "> ");
+}
+
+/// By how much the letters go on, in ems of the run.
+void gapWorks(Walk& walk, double ems) {
+    constexpr int digits = 2;
+    walk.text.addReal(-1000 * ems + 0.0, digits);
+}
+
+/// Letters in a font of the page. `back` leads from the artboard to the space in force.
+void typedWorks(PatchTools& tools, const BaseReading& base, const EditedObject& is,
+                const RealMatrix& back) {
+    Walk& walk = tools.walk;
+    const TextRun run = runOf(is.art, is.run);
+    PageFont* const font = base.fonts.find(run.font);
+    if (font == nullptr || run.size <= 0) {
+        noteReason(Reason::newFont);
+        failException(Exception::unpatchable);
+    }
+    std::string missing;
+    const auto letters = encodeText(*font, run.text, missing);
+    if (!letters) {
+        noteReason(Reason::missingLetter, missing);
+        failException(Exception::unpatchable);
+    }
+    const double size = realFromFixed(run.size);
+    RealMatrix frame = frameOf(is.art, run, is.start);
+    if (!isFinite(frame)) {
+        failException(Exception::unpatchable);
+    }
+    frame = multiply({.a = 1 / size, .d = 1 / size}, frame);
+    walk.text.add("/");
+    walk.text.add(base.fonts.nameOf(run.font));
+    walk.text.add(" ");
+    walk.text.addReal(size);
+    walk.text.add("Tf ");
+    const double spacing = realFromFixed(run.spacing);
+    stateWorks(
+        walk,
+        {.characterSpacing = spacing, .rise = realFromFixed(run.rise), .mode = modeOf(run.style)});
+    matrixWorks(walk, multiply(frame, back));
+    walk.text.add("[");
+    auto piece = run.pieces.begin();
+    for (const EncodedLetters& each : *letters) {
+        for (; piece != run.pieces.end() && piece->start <= each.start; ++piece) {
+            if (piece->shift != 0) {
+                gapWorks(walk, realFromFixed(piece->shift));
+            }
+        }
+        if (each.isBlank) {
+            gapWorks(walk, each.advance + spacing / size);
+        } else {
+            stringWorks(walk, each.codes);
+        }
+    }
+    walk.text.add("] TJ\n");
+}
+
+} // namespace
+
+void sourcedTextWorks(PatchTools& tools, const BaseReading& base, const PaintedArt& was,
+                      const EditedObject& is, const ArtDifference& difference) {
+    Walk& walk = tools.walk;
+    const TraceEvent& event = tools.trace.events()[was.event];
+    const RealMatrix& ctm = tools.trace.matrix(event.behind.matrix);
+    const std::optional<RealMatrix> back = inverse(ctm);
+    if (!back) {
+        failException(Exception::unpatchable);
+    }
+    const PathStyle style = runOf(is.art, is.run).style;
+    if (difference.fill) {
+        colorWorks(walk, style.fill, true);
+    }
+    strokeWorks(walk, style, difference, meanStretch(ctm));
+    walk.text.add("BT\n");
+    if (difference.letters) {
+        typedWorks(tools, base, is, *back);
+    } else {
+        movedWorks(tools, base, was, is, difference, *back);
+    }
+    walk.text.add("ET\n");
+}
+
+void newTextWorks(PatchTools& tools, const BaseReading& base, const EditedObject& is) {
+    Walk& walk = tools.walk;
+    const PathStyle style = runOf(is.art, is.run).style;
+    pathStyleWorks(walk, style);
+    walk.text.add("BT\n");
+    typedWorks(tools, base, is, RealMatrix());
+    walk.text.add("ET\n");
+}
+
+} // namespace corvane

@@ -1,0 +1,22 @@
+// Runs of text that are written apart: moved, painted otherwise, typed anew, new.
+#pragma once
+
+#include "writer/patch/comparison.h"
+#include "writer/patch/edited_artwork.h"
+#include "writer/patch/patch_tools.h"
+
+namespace corvane {
+
+struct BaseReading;
+struct PaintedArt;
+
+/// Writes text of the page where the artwork has it, as a text object: its own bytes where its
+/// letters are the same. The CTM and the state are those of the page's text. Raises `unpatchable`
+/// where the page has no font for a letter.
+void sourcedTextWorks(PatchTools& tools, const BaseReading& base, const PaintedArt& was,
+                      const EditedObject& is, const ArtDifference& difference);
+
+/// Writes text that the page does not have, in the space of the artboard. Raises as above.
+void newTextWorks(PatchTools& tools, const BaseReading& base, const EditedObject& is);
+
+} // namespace corvane
