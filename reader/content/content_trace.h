@@ -54,8 +54,8 @@ struct TraceEvent {
 /// Where a text object has come to. 1: it has just begun.
 struct TextPlace {
     TraceIndex begin = 0;    ///< the event of its BT
-    RealMatrix line;         ///< where its line begins
-    RealPoint along;         ///< how far what was shown goes from there, in text space
+    RealMatrix line = {};    ///< where its line begins
+    RealPoint along = {};    ///< how far what was shown goes from there, in text space
     double unit = 0;         ///< what a number of 1000 in an array moves by, in text space
     bool addsToClip = false; ///< what it showed adds to the clip at its end
 };
@@ -63,7 +63,7 @@ struct TextPlace {
 /// The state in which an operator showed text.
 struct TextSetting {
     TraceIndex event = 0;
-    RealMatrix matrix; ///< from text space, where it begins, to the artboard
+    RealMatrix matrix = {}; ///< from text space, where it begins, to the artboard
     double size = 0;
     double characterSpacing = 0;
     double wordSpacing = 0;

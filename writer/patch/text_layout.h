@@ -13,7 +13,7 @@ namespace corvane {
 
 /// Letters as a font of the page shows them.
 struct EncodedLetters {
-    std::string codes;      ///< the bytes of a string
+    std::string codes = {}; ///< the bytes of a string
     std::int32_t start = 0; ///< in the text of the run
     double advance = 0;     ///< in ems of the font, without spacing
     std::int32_t count = 0; ///< of glyphs
