@@ -26,9 +26,9 @@ enum class GenericFamily : std::uint8_t { sansSerif = 0, serif = 1, monospace = 
 struct FontFacts {
     /// What styles call it. Of a font that a page brings along: a name of its own, such as
     /// "Corvane 0A1B2C Times-Roman". UTF-8.
-    std::string_view family;
+    std::string_view family = {};
     /// The family that a machine may have: "Times New Roman"; empty where that is `family`.
-    std::string_view realFamily;
+    std::string_view realFamily = {};
     GenericFamily generic = GenericFamily::sansSerif; ///< where neither is there
     std::int16_t weight = 400;                        ///< 100 to 900
     bool italic = false;
@@ -50,20 +50,20 @@ struct TextPiece {
 /// Letters of one font, size and paint: of the page, what one operator shows, or a part of that.
 struct TextRun {
     Font font = Font::null;
-    Fixed size = 0;        ///< of the em, in the line's space
-    Fixed rise = 0;        ///< of the baseline, in the line's space
-    Fixed spacing = 0;     ///< behind each letter, in the line's space
-    std::string_view text; ///< UTF-8, at least one character
+    Fixed size = 0;             ///< of the em, in the line's space; more than 0
+    Fixed rise = 0;             ///< of the baseline, in the line's space
+    Fixed spacing = 0;          ///< behind each letter, in the line's space
+    std::string_view text = {}; ///< UTF-8, at least one character, no control characters
     /// Ascending by `start`, none for a place where nothing changes.
-    std::span<const TextPiece> pieces;
+    std::span<const TextPiece> pieces = {};
     /// How letters are painted; neither filled nor stroked: invisible. `clip` is 0.
-    PathStyle style;
+    PathStyle style = {};
     /// The operator that shows them; `ordinal` is that of the run among the objects of the page.
-    ArtSource source;
+    ArtSource source = {};
 };
 
 struct TextLine {
-    Matrix matrix;
+    Matrix matrix = {};
     bool isVertical = false;
 };
 

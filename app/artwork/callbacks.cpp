@@ -52,6 +52,15 @@ void fillTable(std::span<HostProcedure> table) {
     fillSlot(table, slot::tilePattern, answer::tilePattern);
     fillSlot(table, slot::getNote, answer::getNote);
 
+    fillSlot(table, slot::addFont, answer::addFont);
+    fillSlot(table, slot::setFontFile, answer::setFontFile);
+    fillSlot(table, slot::getFontFacts, answer::getFontFacts);
+    fillSlot(table, slot::setTextLine, answer::setTextLine);
+    fillSlot(table, slot::getTextLine, answer::getTextLine);
+    fillSlot(table, slot::addTextRun, answer::addTextRun);
+    fillSlot(table, slot::getTextRunCount, answer::getTextRunCount);
+    fillSlot(table, slot::getTextRun, answer::getTextRun);
+
     fillSlot(table, slot::fixedMultiply, answer::fixedMultiply);
     fillSlot(table, slot::fixedDivide, answer::fixedDivide);
     fillSlot(table, slot::degreesToAngle, answer::degreesToAngle);

@@ -1,6 +1,6 @@
 // The artwork that a person edits: layers of groups, paths, compound paths, text and placed images,
-// and their page. How kinds of art differ is in art_kinds.h. Text and placed images are places
-// in the tree so far: they have neither content nor geometry.
+// and their page. How kinds of art differ is in art_kinds.h. Placed images are places in the tree
+// so far: they have neither content nor geometry.
 //
 // Lists of layers and of art run front to back. Handles are 32-bit numbers that are checked at
 // every use: one that names nothing (disposed of, made up, null where art is needed) throws
@@ -11,6 +11,7 @@
 
 #include "app/artwork/budget.h"
 #include "app/artwork/error.h"
+#include "app/artwork/fonts.h"
 #include "app/artwork/layers.h"
 #include "app/artwork/page.h"
 #include "app/artwork/paint.h"
@@ -18,9 +19,13 @@
 #include "app/artwork/segments.h"
 #include "app/artwork/side_table.h"
 #include "app/artwork/styles.h"
+#include "app/artwork/text_table.h"
 #include "app/artwork/tree.h"
 #include "host/artwork.h"
+#include "host/matrix.h"
+#include "host/text.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -83,6 +88,20 @@ public:
     void readSegments(Art path, std::int32_t first, std::span<Segment> into) const;
     void writeSegments(Art path, std::int32_t first, std::span<const Segment>);
 
+    // Text: a line of runs, which a new text object has none of. Strings and pieces live as long as
+    // the document.
+    Font addFont(const FontFacts&);
+    void setFontFile(Font, std::int32_t face, std::span<const std::byte> file);
+    const FontTable& fonts() const { return fonts_; }
+    TextLine textLine(Art text) const;
+    void setTextLine(Art text, const TextLine&);
+    std::int32_t textRunCount(Art text) const;
+    TextRun textRun(Art text, std::int32_t index) const;
+    /// Its font must be here, its size more than 0, its text without control characters.
+    void addTextRun(Art text, const TextRun&);
+    /// Moves, turns and stretches a line. By how much its letters grow in height goes into sizes.
+    void transformText(Art text, const RealMatrix&);
+
     // Paint. Records stay for the document's life, where they are; equal ones are one. A style may
     // only use sources that are here, of its colour's kind.
     PaintSource addGradient(Gradient);
@@ -123,8 +142,9 @@ private:
     NodeIndex findMovable(Art) const;
     NodeIndex findArtwork(Art) const;
     NodeIndex topOf(NodeIndex) const;
-    void checkStyle(NodeIndex path, const PathStyle&) const;
-    void checkColour(NodeIndex path, const Colour&) const;
+    void checkStyle(NodeIndex art, const PathStyle&) const;
+    void checkColour(NodeIndex art, const Colour&) const;
+    void checkTileStyle(const PathStyle&, PaintSource first) const;
     void checkPatternsAt(NodeIndex top, NodeIndex parent) const;
     void copyBelow(NodeIndex from, NodeIndex to);
     void copyProperties(NodeIndex from, NodeIndex to);
@@ -137,6 +157,8 @@ private:
     Tree tree_;
     SegmentPool segments_;
     StyleTable styles_;
+    FontTable fonts_;
+    TextTable texts_;
     SideTable<ArtSource> sources_;
     /// Of each artwork: the first pattern that it is the tile of, or null.
     SideTable<PaintSource> artworks_;

@@ -55,19 +55,19 @@ PaintSource Document::firstPatternOf(NodeIndex top) const {
 }
 
 /// Whoever draws may rely on these.
-void Document::checkStyle(NodeIndex path, const PathStyle& style) const {
+void Document::checkStyle(NodeIndex art, const PathStyle& style) const {
     if (style.dashCount < 0 || style.dashCount > std::ssize(style.dash) || style.cap < 0 ||
         style.cap > 2 || style.join < 0 || style.join > 2 || style.rule > FillRule::evenOdd) {
-        throw ArtworkError("the path style has a value without meaning");
+        throw ArtworkError("the style has a value without meaning");
     }
-    checkColour(path, style.fill);
-    checkColour(path, style.stroke);
+    checkColour(art, style.fill);
+    checkColour(art, style.stroke);
     if (style.note != Note::null) {
         paint_.note(style.note);
     }
 }
 
-void Document::checkColour(NodeIndex path, const Colour& colour) const {
+void Document::checkColour(NodeIndex art, const Colour& colour) const {
     switch (colour.kind) {
     case ColourKind::gray:
     case ColourKind::process:
@@ -80,14 +80,14 @@ void Document::checkColour(NodeIndex path, const Colour& colour) const {
         return;
     case ColourKind::pattern: {
         paint_.pattern(colour.source);
-        const PaintSource first = firstPatternOf(topOf(path));
+        const PaintSource first = firstPatternOf(topOf(art));
         if (first != PaintSource::null && colour.source >= first) {
             throw ArtworkError("a pattern's tile can only use patterns made before it");
         }
         return;
     }
     }
-    throw ArtworkError("the path style has a colour of an unknown kind");
+    throw ArtworkError("the style has a colour of an unknown kind");
 }
 
 /// Art from `top` down is about to be put into `parent`.
@@ -97,14 +97,20 @@ void Document::checkPatternsAt(NodeIndex top, NodeIndex parent) const {
         return;
     }
     for (NodeIndex node = top; node != 0; node = tree_.following(node, top)) {
-        if (!artTraits(tree_[node].kind).isOutline) {
-            continue;
+        if (artTraits(tree_[node].kind).isOutline) {
+            checkTileStyle(styles_[tree_[node].style], first);
         }
-        const PathStyle& style = styles_[tree_[node].style];
-        for (const Colour& colour : {style.fill, style.stroke}) {
-            if (colour.kind == ColourKind::pattern && colour.source >= first) {
-                throw ArtworkError("a pattern's tile can only use patterns made before it");
-            }
+        for (std::int32_t run = 0; run < texts_.runCount(node); ++run) {
+            checkTileStyle(texts_.runStyle(node, run), first);
+        }
+    }
+}
+
+/// Of art in the tile of the pattern `first`.
+void Document::checkTileStyle(const PathStyle& style, PaintSource first) const {
+    for (const Colour& colour : {style.fill, style.stroke}) {
+        if (colour.kind == ColourKind::pattern && colour.source >= first) {
+            throw ArtworkError("a pattern's tile can only use patterns made before it");
         }
     }
 }

@@ -71,6 +71,7 @@ void Document::copyProperties(NodeIndex from, NodeIndex to) {
     copy.guide = original.guide;
     copy.segments = segments_.copy(original.segments);
     sources_.copy(from, to);
+    texts_.copy(from, to);
 }
 
 /// Copies all that `from` holds into `to`, which holds nothing yet.
@@ -93,6 +94,7 @@ void Document::copyBelow(NodeIndex from, NodeIndex to) {
 void Document::freeNode(NodeIndex node) {
     segments_.release(tree_[node].segments);
     sources_.erase(node);
+    texts_.erase(node);
     artworks_.erase(node);
     tree_.free(node);
 }

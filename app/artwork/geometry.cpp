@@ -6,8 +6,6 @@
 
 namespace corvane {
 
-namespace {
-
 Fixed fixedNumber(double value) {
     constexpr double least = std::numeric_limits<Fixed>::min();
     constexpr double most = std::numeric_limits<Fixed>::max();
@@ -20,7 +18,16 @@ Fixed scaledLength(Fixed length, double scale) {
     return length > 0 ? std::max(result, 1) : result;
 }
 
-} // namespace
+RealMatrix realMatrix(const Matrix& matrix) {
+    constexpr double unit = fixedOne;
+    return {matrix.a / unit, matrix.b / unit,  matrix.c / unit,
+            matrix.d / unit, matrix.tx / unit, matrix.ty / unit};
+}
+
+Matrix fixedMatrix(const RealMatrix& matrix) {
+    return {fixedNumber(matrix.a), fixedNumber(matrix.b),  fixedNumber(matrix.c),
+            fixedNumber(matrix.d), fixedNumber(matrix.tx), fixedNumber(matrix.ty)};
+}
 
 RealPoint realPoint(Point point) {
     return {static_cast<double>(point.x) / fixedOne, static_cast<double>(point.y) / fixedOne};

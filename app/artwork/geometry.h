@@ -9,11 +9,16 @@
 namespace corvane {
 
 RealPoint realPoint(Point);
+RealMatrix realMatrix(const Matrix&);
 /// Rounded to nearest, halves away from 0; what does not fit becomes the nearest that does.
+Fixed fixedNumber(double);
 Point fixedPoint(RealPoint);
+Matrix fixedMatrix(const RealMatrix&);
+/// `scale` times the length. What was more than 0 stays so.
+Fixed scaledLength(Fixed, double scale);
 
 void transform(std::span<Segment>, const RealMatrix&);
-/// The style with line width and dashes of `scale` times the length. What was more than 0 stays so.
+/// The style with line width and dashes scaled in that way.
 PathStyle scaled(PathStyle, double scale);
 
 } // namespace corvane

@@ -8,6 +8,7 @@
 #include "host/artwork.h"
 #include "host/callbacks.h"
 
+#include <cstddef>
 #include <cstdint>
 
 namespace corvane::answer {
@@ -56,6 +57,16 @@ HostError drawGradient(Art path, const DrawingProcedures*);
 /// In the same way.
 HostError tilePattern(Art path, TileProcedure);
 HostError getNote(Note, std::uint8_t* text);
+
+// Text
+HostError addFont(const FontFacts*, Font* font);
+HostError setFontFile(Font, std::int32_t face, const std::byte* file, std::int32_t length);
+HostError getFontFacts(Font, FontFacts*);
+HostError setTextLine(Art text, const TextLine*);
+HostError getTextLine(Art text, TextLine*);
+HostError addTextRun(Art text, const TextRun*);
+HostError getTextRunCount(Art text, std::int32_t* count);
+HostError getTextRun(Art text, std::int32_t index, TextRun*);
 
 // Page
 void getDocumentInfo(DocumentInfo*);

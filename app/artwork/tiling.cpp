@@ -81,9 +81,12 @@ TileFacts factsOf(const Document& document, const Pattern& pattern) {
         case ArtKind::path:
             addPath(facts, document, art, pattern);
             break;
+        case ArtKind::text:
+            facts.leavesCell =
+                true; // for all that is known: letters are measured by who draws them
+            break;
         case ArtKind::group:
         case ArtKind::compound:
-        case ArtKind::text:
         case ArtKind::placed:
         case ArtKind::unknown:
             break; // nothing of their own is drawn

@@ -36,9 +36,11 @@ void transformArt(Document& document, Art top, const RealMatrix& map) {
                 document.setStyle(art, scaled(document.style(art), scale));
             }
             break;
+        case ArtKind::text:
+            document.transformText(art, map);
+            break;
         case ArtKind::group:
         case ArtKind::compound:
-        case ArtKind::text:
         case ArtKind::placed:
         case ArtKind::unknown:
             break; // nothing of their own has a place

@@ -1,5 +1,7 @@
 #include "app/svg/markup.h"
 
+#include "app/artwork/characters.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -11,43 +13,9 @@ namespace {
 /// Deeper elements stand no further in: a page's text would be blanks otherwise.
 constexpr std::size_t deepestIndent = 16;
 
-struct Character {
-    char32_t code = 0;
-    std::size_t length = 0; ///< bytes; 0: not UTF-8
-};
-
-/// The character that starts `text`, which is not empty.
-Character decode(std::string_view text) {
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned first = byte(0);
-    if (first < 0x80) {
-        return {first, 1};
-    }
-    const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-    if (first < 0xC2 || first > 0xF4 || text.size() < length) {
-        return {};
-    }
-    char32_t code = first & (0x7FU >> length);
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((byte(i) & 0xC0U) != 0x80) {
-            return {};
-        }
-        code = code << 6 | (byte(i) & 0x3FU);
-    }
-    constexpr char32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};
-    const bool surrogate = code >= 0xD800 && code <= 0xDFFF;
-    if (code < smallest[length] || code > 0x10FFFF || surrogate) {
-        return {};
-    }
-    return {code, length};
-}
-
 /// XML 1.0, production 2, without the C1 controls, which it discourages.
 bool allowed(char32_t code) {
-    if (code < 0x20) {
-        return code == '\t' || code == '\n' || code == '\r';
-    }
-    return !(code >= 0x7F && code <= 0x9F) && code != 0xFFFE && code != 0xFFFF;
+    return isTextCharacter(code) || code == '\t' || code == '\n' || code == '\r';
 }
 
 std::string_view entity(char32_t code) {
@@ -75,7 +43,7 @@ std::string_view entity(char32_t code) {
 
 void writeEscaped(TextOutput& out, std::string_view text) {
     while (!text.empty()) {
-        const Character character = decode(text);
+        const Character character = decodeCharacter(text);
         if (character.length == 0) {
             const auto latin = static_cast<unsigned char>(text.front());
             if (allowed(latin)) {

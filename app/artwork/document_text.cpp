@@ -1,0 +1,94 @@
+// Text of the artwork: fonts, lines and their runs.
+#include "app/artwork/document.h"
+
+#include "app/artwork/characters.h"
+#include "app/artwork/geometry.h"
+
+#include <cmath>
+#include <limits>
+
+namespace corvane {
+
+namespace {
+
+constexpr std::size_t longestText = std::numeric_limits<std::int32_t>::max();
+
+/// Whether pieces lie in the text, each at the beginning of a character and behind the one before.
+bool piecesFit(const TextRun& run) {
+    std::int32_t after = -1;
+    for (const TextPiece& piece : run.pieces) {
+        const bool inside = piece.start > after && piece.start < std::ssize(run.text);
+        if (!inside || (run.text[static_cast<std::size_t>(piece.start)] & 0xC0) == 0x80) {
+            return false;
+        }
+        after = piece.start;
+    }
+    return true;
+}
+
+/// By how much a line's letters grow: their height, for that is what a size says.
+double growth(const RealMatrix& before, const RealMatrix& after) {
+    const double scale = std::hypot(after.c, after.d) / std::hypot(before.c, before.d);
+    return std::isfinite(scale) && scale > 0 ? scale : 1;
+}
+
+} // namespace
+
+Font Document::addFont(const FontFacts& facts) {
+    return fonts_.add(facts);
+}
+
+void Document::setFontFile(Font font, std::int32_t face, std::span<const std::byte> file) {
+    fonts_.setFile(font, face, file);
+}
+
+TextLine Document::textLine(Art text) const {
+    return texts_.line(tree_.find(text, ArtKind::text));
+}
+
+void Document::setTextLine(Art text, const TextLine& line) {
+    texts_.setLine(tree_.find(text, ArtKind::text), line);
+}
+
+std::int32_t Document::textRunCount(Art text) const {
+    return texts_.runCount(tree_.find(text, ArtKind::text));
+}
+
+TextRun Document::textRun(Art text, std::int32_t index) const {
+    return texts_.run(tree_.find(text, ArtKind::text), index);
+}
+
+void Document::addTextRun(Art text, const TextRun& run) {
+    const NodeIndex node = tree_.find(text, ArtKind::text);
+    fonts_.facts(run.font);
+    if (run.text.empty() || run.text.size() > longestText || !isPlainText(run.text)) {
+        throw ArtworkError("the run has no text, or characters that no text has");
+    }
+    if (run.size <= 0 || !piecesFit(run)) {
+        throw ArtworkError("the run has a value without meaning");
+    }
+    for (const TextPiece& piece : run.pieces) {
+        fonts_.checkFace(run.font, piece.face);
+    }
+    if (run.source.start < 0 || run.source.end < run.source.start || run.source.ordinal < -1) {
+        throw ArtworkError("the source of a run has a value without meaning");
+    }
+    checkStyle(node, run.style);
+    texts_.addRun(node, run);
+}
+
+void Document::transformText(Art text, const RealMatrix& map) {
+    const NodeIndex node = tree_.find(text, ArtKind::text);
+    TextLine line = texts_.line(node);
+    const RealMatrix before = realMatrix(line.matrix);
+    RealMatrix after = multiply(before, map);
+    const double scale = growth(before, after);
+    if (scale != 1) {
+        texts_.scaleRuns(node, scale);
+        after = multiply({1 / scale, 0, 0, 1 / scale, 0, 0}, after);
+    }
+    line.matrix = fixedMatrix(after);
+    texts_.setLine(node, line);
+}
+
+} // namespace corvane

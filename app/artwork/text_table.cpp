@@ -1,0 +1,149 @@
+#include "app/artwork/text_table.h"
+
+#include "app/artwork/error.h"
+#include "app/artwork/geometry.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace corvane {
+
+namespace {
+
+constexpr std::int32_t mostRuns = std::numeric_limits<std::int32_t>::max() / 2;
+
+/// Keeps `use(piece)` to the pieces that change something.
+template <class Use>
+void forEachChange(std::span<const TextPiece> pieces, Use use) {
+    std::int32_t face = 0;
+    for (const TextPiece& piece : pieces) {
+        if (piece.shift != 0 || piece.face != face) {
+            use(piece);
+        }
+        face = piece.face;
+    }
+}
+
+} // namespace
+
+void* ChargedMemory::do_allocate(std::size_t bytes, std::size_t alignment) {
+    budget_->charge(static_cast<std::int64_t>(bytes));
+    try {
+        return std::pmr::new_delete_resource()->allocate(bytes, alignment);
+    } catch (...) {
+        budget_->discharge(static_cast<std::int64_t>(bytes));
+        throw;
+    }
+}
+
+void ChargedMemory::do_deallocate(void* block, std::size_t bytes, std::size_t alignment) {
+    std::pmr::new_delete_resource()->deallocate(block, bytes, alignment);
+    budget_->discharge(static_cast<std::int64_t>(bytes));
+}
+
+template <class T>
+T* TextTable::allocate(std::size_t count) {
+    return std::pmr::polymorphic_allocator<>(&pool_).allocate_object<T>(count);
+}
+
+TextTable::Line TextTable::lineAt(NodeIndex node) const {
+    const Line* const found = lines_.find(node);
+    return found == nullptr ? Line{} : *found;
+}
+
+const TextTable::Run& TextTable::runAt(NodeIndex node, std::int32_t index) const {
+    const Line* const found = lines_.find(node);
+    if (found == nullptr || index < 0 || index >= found->count) {
+        throw ArtworkError("the text has no such run");
+    }
+    return found->runs[index];
+}
+
+TextLine TextTable::line(NodeIndex node) const {
+    return lineAt(node).line;
+}
+
+void TextTable::setLine(NodeIndex node, const TextLine& line) {
+    Line changed = lineAt(node);
+    changed.line = line;
+    lines_.set(node, changed);
+}
+
+std::int32_t TextTable::runCount(NodeIndex node) const {
+    return lineAt(node).count;
+}
+
+TextRun TextTable::run(NodeIndex node, std::int32_t index) const {
+    const Run& run = runAt(node, index);
+    return {.font = run.font,
+            .size = run.size,
+            .rise = run.rise,
+            .spacing = run.spacing,
+            .text = {run.text, run.length},
+            .pieces = {run.pieces, run.pieceCount},
+            .style = styles_[run.style],
+            .source = {run.start, run.end, run.ordinal}};
+}
+
+const PathStyle& TextTable::runStyle(NodeIndex node, std::int32_t index) const {
+    return styles_[runAt(node, index).style];
+}
+
+void TextTable::addRun(NodeIndex node, const TextRun& run) {
+    Line line = lineAt(node);
+    if (line.count == line.room) {
+        if (line.count >= mostRuns) {
+            throw ArtworkError("there are more runs than can be counted");
+        }
+        const std::int32_t room = std::max(1, line.count * 2);
+        Run* const runs = allocate<Run>(static_cast<std::size_t>(room));
+        std::copy_n(line.runs, line.count, runs);
+        line.runs = runs;
+        line.room = room;
+    }
+    std::size_t pieceCount = 0;
+    forEachChange(run.pieces, [&](const TextPiece&) { ++pieceCount; });
+    TextPiece* const pieces = pieceCount == 0 ? nullptr : allocate<TextPiece>(pieceCount);
+    TextPiece* nextPiece = pieces;
+    forEachChange(run.pieces, [&](const TextPiece& piece) { *nextPiece++ = piece; });
+    char* const text = allocate<char>(run.text.size());
+    std::ranges::copy(run.text, text);
+    line.runs[line.count++] = {.text = text,
+                               .pieces = pieces,
+                               .start = run.source.start,
+                               .end = run.source.end,
+                               .ordinal = run.source.ordinal,
+                               .length = static_cast<std::uint32_t>(run.text.size()),
+                               .pieceCount = static_cast<std::uint32_t>(pieceCount),
+                               .font = run.font,
+                               .size = run.size,
+                               .rise = run.rise,
+                               .spacing = run.spacing,
+                               .style = styles_.add(run.style)};
+    lines_.set(node, line);
+}
+
+void TextTable::copy(NodeIndex from, NodeIndex to) {
+    if (const Line* const found = lines_.find(from)) {
+        Line copied = *found;
+        copied.room = copied.count;
+        lines_.set(to, copied);
+    }
+}
+
+void TextTable::scaleRuns(NodeIndex node, double scale) {
+    Line line = lineAt(node);
+    Run* const runs = allocate<Run>(static_cast<std::size_t>(line.count));
+    for (std::int32_t i = 0; i < line.count; ++i) {
+        Run& run = runs[i] = line.runs[i];
+        run.size = scaledLength(run.size, scale);
+        run.rise = scaledLength(run.rise, scale);
+        run.spacing = scaledLength(run.spacing, scale);
+        run.style = styles_.add(scaled(styles_[run.style], scale));
+    }
+    line.runs = runs;
+    line.room = line.count;
+    lines_.set(node, line);
+}
+
+} // namespace corvane

@@ -1,0 +1,86 @@
+// The lines of text of a document: where they lie, and their runs.
+#pragma once
+
+#include "app/artwork/budget.h"
+#include "app/artwork/side_table.h"
+#include "app/artwork/styles.h"
+#include "host/text.h"
+
+#include <cstdint>
+#include <memory_resource>
+
+namespace corvane {
+
+/// Memory that is charged to a document.
+class ChargedMemory : public std::pmr::memory_resource {
+public:
+    explicit ChargedMemory(ArtworkBudget& budget) : budget_(&budget) {}
+
+private:
+    void* do_allocate(std::size_t bytes, std::size_t alignment) override;
+    void do_deallocate(void* block, std::size_t bytes, std::size_t alignment) override;
+    bool do_is_equal(const memory_resource& other) const noexcept override {
+        return this == &other;
+    }
+
+    ArtworkBudget* budget_;
+};
+
+/// Runs, letters and pieces lie in one pool, and never change once they are there. So copies share
+/// them, and what is disposed of is given back with the document: text comes and goes as a whole.
+class TextTable {
+public:
+    TextTable(ArtworkBudget& budget, StyleTable& styles)
+        : styles_(styles), lines_(budget), memory_(budget), pool_(firstBlock, &memory_) {}
+
+    TextLine line(NodeIndex) const;
+    void setLine(NodeIndex, const TextLine&);
+
+    std::int32_t runCount(NodeIndex) const;
+    TextRun run(NodeIndex, std::int32_t index) const;
+    const PathStyle& runStyle(NodeIndex, std::int32_t index) const;
+    /// Of a run that was checked. Pieces that change nothing are left out. Throws `ArtworkError`
+    /// past the budget.
+    void addRun(NodeIndex, const TextRun&);
+
+    void copy(NodeIndex from, NodeIndex to);
+    void erase(NodeIndex node) { lines_.erase(node); }
+    /// Enlarges all lengths of the runs, line widths too.
+    void scaleRuns(NodeIndex, double scale);
+
+private:
+    static constexpr std::size_t firstBlock = 4096;
+
+    struct Run {
+        const char* text = nullptr;
+        const TextPiece* pieces = nullptr;
+        std::int64_t start = 0; ///< of the source, as the next two
+        std::int64_t end = 0;
+        std::int32_t ordinal = -1;
+        std::uint32_t length = 0; ///< bytes of the text
+        std::uint32_t pieceCount = 0;
+        Font font = Font::null;
+        Fixed size = 0;
+        Fixed rise = 0;
+        Fixed spacing = 0;
+        std::uint32_t style = 0;
+    };
+    struct Line {
+        TextLine line;
+        Run* runs = nullptr;
+        std::int32_t count = 0;
+        std::int32_t room = 0; ///< of `runs`; a copy has none to spare, so it never adds to these
+    };
+
+    Line lineAt(NodeIndex) const;
+    const Run& runAt(NodeIndex, std::int32_t index) const;
+    template <class T>
+    T* allocate(std::size_t count);
+
+    StyleTable& styles_;
+    SideTable<Line> lines_;
+    ChargedMemory memory_;
+    std::pmr::monotonic_buffer_resource pool_;
+};
+
+} // namespace corvane
