@@ -108,4 +108,18 @@ inline constexpr std::int64_t joinedStreamBytes = 64 << 10;
 /// what a content stream or a string may say.
 inline constexpr std::int32_t updateEnds = 1000;
 
+/// Bytes of an embedded font program: complete fonts of Chinese or Japanese have 20 to 30 million.
+inline constexpr std::size_t fontProgramBytes = 64 << 20;
+
+/// Glyphs of a font program: what 16 bits count in OpenType and CFF. Type 1 sets no limit.
+inline constexpr std::int32_t fontGlyphs = 1 << 16;
+
+/// Pairs of character and glyph read from one cmap, to tell the characters of glyphs: all characters
+/// there are. A few bytes of a cmap can claim more.
+inline constexpr std::int32_t cmapPairs = 0x110000;
+
+/// Bytes in front of a Type 1 program that are passed over: some writers leave a line, a name or
+/// another header there.
+inline constexpr std::size_t fontProgramLead = 4 << 10;
+
 } // namespace corvane::budget

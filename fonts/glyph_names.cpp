@@ -1,0 +1,78 @@
+#include "fonts/glyph_names.h"
+#include "fonts/glyph_list.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <optional>
+
+namespace corvane {
+
+namespace {
+
+bool isSurrogate(std::uint32_t code) {
+    return code >= 0xD800 && code < 0xE000;
+}
+
+/// Upper-case hexadecimal digits only, as the rules have it.
+std::optional<char32_t> characterOfDigits(std::string_view digits) {
+    const bool isHexadecimal = std::ranges::all_of(
+        digits, [](char c) { return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F'); });
+    std::uint32_t code = 0;
+    if (!isHexadecimal ||
+        std::from_chars(digits.data(), digits.data() + digits.size(), code, 16).ec != std::errc() ||
+        code > 0x10FFFF || isSurrogate(code)) {
+        return std::nullopt;
+    }
+    return static_cast<char32_t>(code);
+}
+
+/// "uni" and groups of four digits, each a character.
+std::u32string charactersOfGroups(std::string_view digits) {
+    std::u32string text;
+    for (; !digits.empty(); digits.remove_prefix(4)) {
+        const auto character = characterOfDigits(digits.substr(0, 4));
+        if (!character) {
+            return {};
+        }
+        text += *character;
+    }
+    return text;
+}
+
+std::u32string charactersOfPart(std::string_view part) {
+    static const GlyphList list = unpackedGlyphList(packedGlyphList);
+    if (const auto found = list.find(std::string(part)); found != list.end()) {
+        return found->second;
+    }
+    if (part.starts_with("uni") && part.size() > 3 && part.size() % 4 == 3) {
+        return charactersOfGroups(part.substr(3));
+    }
+    if (part.starts_with('u') && part.size() >= 5 && part.size() <= 7) {
+        if (const auto character = characterOfDigits(part.substr(1))) {
+            return {*character};
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+std::u32string charactersOfName(std::string_view name) {
+    name = name.substr(0, name.find('.'));
+    std::u32string text;
+    while (!name.empty()) {
+        const std::size_t end = std::min(name.find('_'), name.size());
+        text += charactersOfPart(name.substr(0, end));
+        name.remove_prefix(std::min(end + 1, name.size()));
+    }
+    return text;
+}
+
+char32_t dingbatOfName(std::string_view name) {
+    static const GlyphList list = unpackedGlyphList(packedDingbats);
+    const auto found = list.find(std::string(name));
+    return found == list.end() ? 0 : found->second.front();
+}
+
+} // namespace corvane
