@@ -50,15 +50,19 @@ struct StyleWord {
 
 /// Longer ones before those that they hold.
 constexpr StyleWord styleWords[] = {
-    {"extrabold", 800, false}, {"ultrabold", 800, false}, {"semibold", 600, false},
-    {"demibold", 600, false},  {"extralight", 200, false}, {"ultralight", 200, false},
-    {"regular", 400, false},   {"medium", 500, false},    {"oblique", 0, true},
-    {"italic", 0, true},       {"black", 900, false},     {"heavy", 900, false},
-    {"light", 300, false},     {"roman", 400, false},     {"normal", 400, false},
-    {"slanted", 0, true},      {"bold", 700, false},      {"book", 400, false},
-    {"demi", 600, false},      {"thin", 100, false},      {"obl", 0, true},
-    {"ital", 0, true},         {"psmt", 0, false},        {"ps", 0, false},
-    {"mt", 0, false},          {"it", 0, true},
+    {"extrabold", 800, false},  {"ultrabold", 800, false},
+    {"semibold", 600, false},   {"demibold", 600, false},
+    {"extralight", 200, false}, {"ultralight", 200, false},
+    {"regular", 400, false},    {"medium", 500, false},
+    {"oblique", 0, true},       {"italic", 0, true},
+    {"black", 900, false},      {"heavy", 900, false},
+    {"light", 300, false},      {"roman", 400, false},
+    {"normal", 400, false},     {"slanted", 0, true},
+    {"bold", 700, false},       {"book", 400, false},
+    {"demi", 600, false},       {"thin", 100, false},
+    {"obl", 0, true},           {"ital", 0, true},
+    {"psmt", 0, false},         {"ps", 0, false},
+    {"mt", 0, false},           {"it", 0, true},
 };
 
 void takeStyle(NameParts& parts, const StyleWord& style) {
@@ -189,9 +193,8 @@ std::string ownFamily(const Object& font, std::string_view baseFont, std::int32_
 GenericFamily genericOf(std::string_view family, std::optional<std::uint32_t> flags) {
     const std::string name = lowerCase(family);
     const auto has = [&](std::initializer_list<std::string_view> words) {
-        return std::ranges::any_of(words, [&](std::string_view word) {
-            return name.find(word) != std::string::npos;
-        });
+        return std::ranges::any_of(
+            words, [&](std::string_view word) { return name.find(word) != std::string::npos; });
     };
     if ((flags && (*flags & flagFixedPitch) != 0) ||
         has({"courier", "mono", "typewriter", "consol"})) {

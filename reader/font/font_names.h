@@ -26,7 +26,7 @@ std::string_view withoutTag(std::string_view baseFont);
 
 /// "TimesNewRomanPS-BoldMT" taken apart.
 struct NameParts {
-    std::string family; ///< "Times New Roman"
+    std::string family;      ///< "Times New Roman"
     std::int16_t weight = 0; ///< 0: the name does not tell
     bool italic = false;
 };

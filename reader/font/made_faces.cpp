@@ -1,5 +1,7 @@
 #include "reader/font/made_faces.h"
 
+#include "runtime/budget.h"
+
 namespace corvane {
 
 namespace {
@@ -28,6 +30,9 @@ bool MadeFaces::holds(Face& face, const FaceGlyph& glyph, std::optional<std::uin
     const std::u32string& text = glyph.text;
     if (const auto known = face.byText.find(text); known != face.byText.end()) {
         return isSame(face.glyphs[known->second], glyph);
+    }
+    if (face.glyphs.size() >= budget::faceGlyphs) {
+        return false;
     }
     for (std::size_t i = 0; i + 1 < text.size(); ++i) {
         const std::uint64_t pair = pairOf(text[i], text[i + 1]);
