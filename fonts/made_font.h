@@ -13,7 +13,7 @@ struct MadeGlyph {
     GlyphOutline outline;
     double advance = 0; ///< ems
     /// What it means: one character, by the cmap; or several, by a substitution for ligatures
-    /// (features ccmp and liga). Two glyphs may not mean the same.
+    /// (features ccmp and liga). Of glyphs that mean the same the first counts.
     std::u32string text;
 };
 
@@ -28,8 +28,15 @@ struct MadeFont {
 /// exact.
 inline constexpr int madeUnits = 4000;
 
+/// Ems from the origin; coordinates beyond are clamped. CFF writes steps between points in 16 bits.
+inline constexpr double madeReach = 4.0;
+
+/// Further glyphs are left out: their numbers and those of the blank ones have 16 bits.
+inline constexpr std::size_t mostMadeGlyphs = 60'000;
+
 /// The font as a file: CFF outlines, cmap, ligatures, names. The same font makes the same bytes.
-/// Characters of ligatures that no glyph means alone get an empty glyph.
+/// Glyph 0 is a blank one for what is missing, and those of the font follow in their order, from
+/// 1. Characters of ligatures that no glyph means alone get blank glyphs behind them.
 std::vector<std::byte> writeMadeFont(const MadeFont&);
 
 } // namespace corvane

@@ -1,0 +1,15 @@
+// The table "GSUB" of a made font: a glyph in place of several, for what one glyph means together.
+#pragma once
+
+#include "fonts/made_glyphs.h"
+#include "fonts/table_bytes.h"
+
+namespace corvane {
+
+/// Empty where no glyph means several characters.
+TableBytes ligatureTable(const GlyphOrder& order);
+
+/// Characters of the longest ligature, at least 1.
+std::size_t longestLigature(const GlyphOrder& order);
+
+} // namespace corvane

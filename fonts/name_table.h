@@ -1,0 +1,17 @@
+// The table "name" of a made font.
+#pragma once
+
+#include "fonts/table_bytes.h"
+
+#include <string>
+#include <string_view>
+
+namespace corvane {
+
+/// Letters and digits of the family; "Made" where it has none.
+std::string postScriptName(std::string_view family);
+
+/// Bytes that are no UTF-8 become question marks.
+TableBytes nameTable(std::string_view family);
+
+} // namespace corvane
