@@ -134,7 +134,7 @@ std::optional<StringCode> ProgramFont::codeOf(const std::u32string& text) const 
         hasTyped_ = true;
         for (const StringCode& code : typedCodes()) {
             CodeGlyph glyph = describe(code);
-            if (glyph.isTyped) {
+            if (glyph.isTyped && glyph.isMeant) {
                 typedCharge_.resize(typedCharge_.bytes() + typedBytes);
                 typed_.emplace(std::move(glyph.shape.text), code);
             }

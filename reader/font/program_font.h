@@ -21,6 +21,7 @@ struct CodeGlyph {
     double advance = 0; ///< as of `ShownGlyph`
     double originX = 0;
     double originY = 0;
+    bool isMeant = false; ///< the text was stated somewhere, not made up
     bool isTyped = false; ///< the font has a glyph for it that a person may want
 };
 

@@ -2,7 +2,6 @@
 
 #include "fonts/glyph_names.h"
 
-#include "reader/font/character_meaning.h"
 #include "reader/font/characters.h"
 #include "reader/font/font_entries.h"
 #include "reader/font/standard_fonts.h"
@@ -52,9 +51,9 @@ StringCode SimpleFont::firstCode(std::span<const std::byte> string) const {
     return {.code = std::to_integer<std::uint32_t>(string.front()), .length = 1};
 }
 
-std::u32string SimpleFont::meaningOf(std::uint8_t code,
-                                     const std::optional<GlyphNumber>& glyph) const {
-    MeaningChoice meaning([&] { return isBlank(glyph); });
+MeaningChoice SimpleFont::meaningOf(std::uint8_t code,
+                                    const std::optional<GlyphNumber>& glyph) const {
+    MeaningChoice meaning([this, glyph] { return isBlank(glyph); });
     if (toUnicode_ != nullptr) {
         meaning.offer(toUnicode_->text(code).value_or(U""));
     }
@@ -70,7 +69,7 @@ std::u32string SimpleFont::meaningOf(std::uint8_t code,
     if (meaning.isOpen() && glyph && program()->bySubtable(1, 0, code) == glyph) {
         meaning.offer(charactersOfName(glyphNameOf(StandardEncodingKind::macRoman, code)));
     }
-    return meaning.textOr(code);
+    return meaning;
 }
 
 CodeGlyph SimpleFont::describe(StringCode code) const {
@@ -78,7 +77,9 @@ CodeGlyph SimpleFont::describe(StringCode code) const {
     CodeGlyph described;
     FaceGlyph& shape = described.shape;
     shape.glyph = chooseGlyph(source(), byte);
-    shape.text = meaningOf(byte, shape.glyph);
+    const MeaningChoice meaning = meaningOf(byte, shape.glyph);
+    described.isMeant = !meaning.isOpen();
+    shape.text = meaning.textOr(byte);
     const bool isFound = shape.glyph || isBlankText(shape.text);
     if (!shape.glyph && isEmbedded() && !isBlankText(shape.text)) {
         shape.glyph = 0;

@@ -1,6 +1,7 @@
 // Simple fonts: one byte is a code. Type 1, MMType1 and TrueType.
 #pragma once
 
+#include "reader/font/character_meaning.h"
 #include "reader/font/glyph_choice.h"
 #include "reader/font/program_font.h"
 #include "reader/font/widths.h"
@@ -22,7 +23,7 @@ protected:
 
 private:
     GlyphSource source() const;
-    std::u32string meaningOf(std::uint8_t code, const std::optional<GlyphNumber>& glyph) const;
+    MeaningChoice meaningOf(std::uint8_t code, const std::optional<GlyphNumber>& glyph) const;
 
     SimpleEncoding encoding_;
     SimpleWidths widths_;
