@@ -1,0 +1,110 @@
+#include "fonts/made_font.h"
+
+#include "tests/fonts/shapes.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace corvane {
+namespace {
+
+constexpr double tolerance = 0.5 / madeUnits + 1e-9;
+
+/// Steps of every kind that a charstring has an operator for, more of each than one operator takes.
+GlyphOutline manySteps() {
+    Contour contour{{0.1, 0.2}, {}};
+    OutlinePoint here = contour.start;
+    const auto line = [&](double x, double y) {
+        here = {here.x + x, here.y + y};
+        contour.steps.push_back({false, {}, {}, here});
+    };
+    const auto curve = [&](OutlinePoint a, OutlinePoint b, OutlinePoint c) {
+        const OutlinePoint first{here.x + a.x, here.y + a.y};
+        const OutlinePoint second{first.x + b.x, first.y + b.y};
+        here = {second.x + c.x, second.y + c.y};
+        contour.steps.push_back({true, first, second, here});
+    };
+    for (int i = 0; i < 60; ++i) {
+        const double d = (i % 2 == 0 ? 1 : -1) * (0.001 + 0.01 * i);
+        line(d, 0);
+        line(0, d / 3);
+        line(d / 7, -d);
+        curve({d, 0}, {d, d}, {0, d});
+        curve({0, d}, {-d, d}, {d, 0});
+    }
+    for (int i = 0; i < 30; ++i) {
+        curve({0.01, 0}, {0.02, 0.01}, {0.01, 0});
+    }
+    for (int i = 0; i < 30; ++i) {
+        curve({0, -0.01}, {0.02, 0.01}, {0, -0.03});
+    }
+    for (int i = 0; i < 30; ++i) {
+        curve({0.01, 0.02}, {0.1, -0.04}, {-0.09, 0.01});
+        line(0.0013, 0.0017);
+    }
+    return {contour};
+}
+
+MadeFont smallFont() {
+    MadeFont font;
+    font.family = "Page font";
+    font.glyphs = {{manySteps(), 0.5553, U"a"},
+                   {test::seedFont("plain.pfa")->outline(3), 1.0, U"\U0001F600"},
+                   {test::seedFont("unicode.ttf")->outline(3), 0, U"ffi"},
+                   {{}, 0.25, U" "}};
+    return font;
+}
+
+TEST(MadeFont, IsReadBack) {
+    const MadeFont font = smallFont();
+    const auto program = FontProgram::open(writeMadeFont(font));
+    ASSERT_TRUE(program);
+    EXPECT_EQ(program->kind(), ProgramKind::cff);
+    EXPECT_EQ(program->familyName(), "Page font");
+    EXPECT_DOUBLE_EQ(program->ascent(), 0.8);
+    EXPECT_DOUBLE_EQ(program->descent(), 0.2);
+    for (GlyphNumber i = 1; i <= font.glyphs.size(); ++i) {
+        SCOPED_TRACE(i);
+        const MadeGlyph& glyph = font.glyphs[i - 1];
+        EXPECT_NEAR(program->advance(i), glyph.advance, tolerance);
+        test::expectSame(program->outline(i), glyph.outline, tolerance);
+        if (glyph.text.size() == 1) {
+            EXPECT_EQ(program->byCharacter(glyph.text.front()), i);
+        }
+    }
+    EXPECT_EQ(program->nameOf(3), "uni0066_uni0066_uni0069");
+    // Parts of ligatures are blank glyphs behind the others.
+    EXPECT_EQ(program->byCharacter('f'), 5U);
+    EXPECT_EQ(program->byCharacter('i'), 6U);
+    EXPECT_TRUE(program->outline(5).empty());
+}
+
+TEST(MadeFont, HoldsWhatIsExtreme) {
+    const double huge = std::numeric_limits<double>::infinity();
+    MadeFont font;
+    font.family = "\xFF\xC3";
+    font.glyphs.push_back(
+        {{{{-100, 100}, {{false, {}, {}, {100, -100}}, {false, {}, {}, {0, 0}}}}}, huge, U"A"});
+    font.glyphs.push_back(
+        {{{{std::nan(""), 0}, {{true, {huge, 0}, {0, -huge}, {1, 1}}}}}, -1, U"A"});
+    // Characters of many runs, so that a cmap of 16-bit lengths cannot hold all; and ligatures
+    // beyond one subtable.
+    for (char32_t c = 0; c < 9000; ++c) {
+        font.glyphs.push_back({{}, 0.5, {0x1000 + 2 * c}});
+        font.glyphs.push_back({{}, 0.5, {U'A', 0x1000 + 2 * c, U'B'}});
+    }
+    const auto program = FontProgram::open(writeMadeFont(font));
+    ASSERT_TRUE(program);
+    const GlyphOutline outline = program->outline(1);
+    ASSERT_EQ(outline.size(), 1U);
+    EXPECT_EQ(outline[0].start, (OutlinePoint{-madeReach, madeReach}));
+    EXPECT_EQ(outline[0].steps[0].to, (OutlinePoint{madeReach, -madeReach}));
+    EXPECT_EQ(program->advance(2), 0); // of the second glyph that means A
+    EXPECT_EQ(program->byCharacter(0x1000 + 2 * 8999), 3U + 2 * 8999);
+    EXPECT_TRUE(FontProgram::open(writeMadeFont({})));
+}
+
+} // namespace
+} // namespace corvane
