@@ -10,6 +10,7 @@
 #include "reader/document/locate.h"
 #include "reader/document/repair.h"
 #include "reader/document/unfinished.h"
+#include "reader/font/predefined_cmaps.h"
 #include "reader/page/page_tree.h"
 #include "reader/syntax/keywords.h"
 #include "reader/syntax/syntax.h"

@@ -24,6 +24,7 @@ namespace corvane {
 
 class TokenFilter;
 class Encryption;
+class PredefinedCMaps;
 struct Interpreter;
 struct SyntaxKeywords;
 
@@ -80,6 +81,7 @@ struct DocumentCache {
 
     ObjectOwner trailer;
     std::unique_ptr<Encryption> encryption; ///< null where the file is not encrypted
+    std::unique_ptr<PredefinedCMaps> predefinedCMaps; ///< that fonts named, once one did
     std::vector<PageEntry> pages;           ///< in order, once they were walked
     bool pagesWalked = false;
 

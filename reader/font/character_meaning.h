@@ -1,0 +1,28 @@
+// The text of a glyph, of all that several sources say.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace corvane {
+
+/// Offered one source after the other, it takes the first that can be true: text, and blank only
+/// for a glyph that shows nothing.
+class MeaningChoice {
+public:
+    explicit MeaningChoice(std::function<bool()> isBlankGlyph)
+        : isBlankGlyph_(std::move(isBlankGlyph)) {}
+
+    /// Whether more sources are of use.
+    bool isOpen() const { return taken_.empty(); }
+    void offer(const std::u32string& text);
+    /// What was taken, else a private-use character: no glyph is without a text.
+    std::u32string textOr(std::uint32_t code) const;
+
+private:
+    std::function<bool()> isBlankGlyph_; ///< asked where it matters: outlines take time
+    std::u32string taken_;
+};
+
+} // namespace corvane

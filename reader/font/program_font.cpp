@@ -1,0 +1,194 @@
+#include "reader/font/program_font.h"
+
+#include "fonts/made_font.h"
+#include "reader/font/characters.h"
+#include "runtime/budget.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace corvane {
+
+namespace {
+
+/// Memory of a code that is shown, and of one that can be typed, with what its containers need.
+constexpr std::int64_t shownBytes = 400;
+constexpr std::int64_t typedBytes = 120;
+
+/// Glyphs of another font are drawn at their own width where the document's differs by less: half
+/// a unit of rounding for each of two fonts.
+constexpr double sameWidth = 0.002;
+
+/// Past it a glyph is another one, not a narrower or a wider one.
+constexpr double mostStretch = 4;
+
+std::size_t pointsOf(const GlyphOutline& outline) {
+    std::size_t points = 0;
+    for (const Contour& contour : outline) {
+        points += 1 + contour.steps.size();
+    }
+    return points;
+}
+
+void stretchOutline(GlyphOutline& outline, double factor) {
+    for (Contour& contour : outline) {
+        contour.start.x *= factor;
+        for (OutlineStep& step : contour.steps) {
+            step.first.x *= factor;
+            step.second.x *= factor;
+            step.to.x *= factor;
+        }
+    }
+}
+
+std::string bytesOf(StringCode code) {
+    std::string bytes;
+    for (std::int32_t i = code.length; i-- > 0;) {
+        bytes.push_back(static_cast<char>(code.code >> (8 * i) & 0xFF));
+    }
+    return bytes;
+}
+
+} // namespace
+
+FontFacts ProgramFont::facts() const {
+    FontFacts facts = names_.facts();
+    if (program() == nullptr) {
+        facts.isPageFont = false;
+        facts.family = facts.realFamily;
+        facts.realFamily = {};
+    }
+    return facts;
+}
+
+bool ProgramFont::isBlank(const std::optional<GlyphNumber>& glyph) const {
+    return !glyph || program() == nullptr || program()->outline(*glyph).empty();
+}
+
+double ProgramFont::stretchOf(const std::optional<GlyphNumber>& glyph, double width) const {
+    if (isEmbedded() || !glyph || program() == nullptr) {
+        return 1;
+    }
+    const double own = program()->advance(*glyph);
+    if (own <= 0 || width <= 0 || std::abs(own - width) <= sameWidth) {
+        return 1;
+    }
+    return std::clamp(width / own, 1 / mostStretch, mostStretch);
+}
+
+ProgramFont::Shown& ProgramFont::shownOf(StringCode code) {
+    const auto known = shown_.find(code);
+    if (known != shown_.end()) {
+        Shown& shown = known->second;
+        shown.face = faces_.allot(shown.glyph.shape).value_or(shown.face);
+        return shown;
+    }
+    charge_.resize(charge_.bytes() + shownBytes);
+    Shown shown{.glyph = describe(code), .text = {}, .face = 0};
+    std::u32string& text = shown.glyph.shape.text;
+    std::optional<std::int32_t> face = faces_.allot(shown.glyph.shape);
+    while (!face) {
+        text.assign(1, spare_++);
+        face = faces_.allot(shown.glyph.shape);
+    }
+    shown.face = *face;
+    shown.text = toUtf8(text);
+    if (shown.glyph.isTyped) {
+        shownTexts_.emplace(text, code);
+    }
+    return shown_.emplace(code, std::move(shown)).first->second;
+}
+
+void ProgramFont::show(std::span<const std::byte> string, std::vector<ShownGlyph>& glyphs) {
+    while (!string.empty()) {
+        const StringCode code = firstCode(string);
+        string = string.subspan(static_cast<std::size_t>(code.length));
+        const Shown& shown = shownOf(code);
+        glyphs.push_back({.code = code.code,
+                          .codeLength = code.length,
+                          .advance = shown.glyph.advance,
+                          .originX = shown.glyph.originX,
+                          .originY = shown.glyph.originY,
+                          .text = shown.text,
+                          .face = program() != nullptr ? shown.face : 0,
+                          .isWordSpace = code.length == 1 && code.code == ' '});
+    }
+}
+
+double ProgramFont::spaceAdvance() const {
+    constexpr double usualSpace = 0.25;
+    const std::optional<StringCode> code = codeOf(U" ");
+    const double advance = code ? describe(*code).advance : 0;
+    return advance > 0 ? advance : usualSpace;
+}
+
+bool ProgramFont::isSeen(const CodeGlyph& glyph) const {
+    return isBlankText(glyph.shape.text) || !isBlank(glyph.shape.glyph);
+}
+
+std::optional<StringCode> ProgramFont::codeOf(const std::u32string& text) const {
+    if (const auto shown = shownTexts_.find(text); shown != shownTexts_.end()) {
+        return shown->second;
+    }
+    if (!hasTyped_) {
+        hasTyped_ = true;
+        for (const StringCode& code : typedCodes()) {
+            CodeGlyph glyph = describe(code);
+            if (glyph.isTyped && glyph.isMeant) {
+                typedCharge_.resize(typedCharge_.bytes() + typedBytes);
+                typed_.emplace(std::move(glyph.shape.text), code);
+            }
+        }
+    }
+    std::optional<StringCode> best;
+    constexpr int mostTried = 64;
+    int tried = 0;
+    const auto [begin, end] = typed_.equal_range(text);
+    for (auto code = begin; code != end && tried < mostTried; ++code, ++tried) {
+        if (isSeen(describe(code->second)) && (!best || code->second.code < best->code)) {
+            best = code->second;
+        }
+    }
+    return best;
+}
+
+std::optional<std::string> ProgramFont::encode(std::string_view character) const {
+    const std::optional<std::u32string> text = fromUtf8(character);
+    if (!text || text->empty()) {
+        return std::nullopt;
+    }
+    const std::optional<StringCode> code = codeOf(*text);
+    return code ? std::optional(bytesOf(*code)) : std::nullopt;
+}
+
+std::int32_t ProgramFont::faceCount() const {
+    return program() != nullptr ? faces_.count() : 0;
+}
+
+std::vector<std::byte> ProgramFont::makeFace(std::int32_t face) const {
+    if (face < 0 || face >= faceCount()) {
+        return {};
+    }
+    MadeFont made;
+    made.family = names_.family + (face > 0 ? " " + std::to_string(face + 1) : "");
+    if (program()->ascent() > 0) {
+        made.ascent = program()->ascent();
+        made.descent = std::max(0.0, program()->descent());
+    }
+    std::size_t points = 0;
+    for (const FaceGlyph& glyph : faces_.glyphsOf(face)) {
+        MadeGlyph& added = made.glyphs.emplace_back();
+        added.advance = glyph.width;
+        added.text = glyph.text;
+        if (glyph.glyph && points < budget::facePoints) {
+            added.outline = program()->outline(*glyph.glyph);
+            points += pointsOf(added.outline);
+            if (glyph.stretch != 1) {
+                stretchOutline(added.outline, glyph.stretch);
+            }
+        }
+    }
+    return writeMadeFont(made);
+}
+
+} // namespace corvane

@@ -1,0 +1,89 @@
+// What simple and composite fonts have in common: glyphs of a font program that codes show.
+#pragma once
+
+#include "reader/font/cmap.h"
+#include "reader/font/font_file.h"
+#include "reader/font/font_names.h"
+#include "reader/font/made_faces.h"
+#include "reader/font/page_font.h"
+#include "runtime/memory.h"
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace corvane {
+
+/// What a code shows, faces aside.
+struct CodeGlyph {
+    FaceGlyph shape;
+    double advance = 0; ///< as of `ShownGlyph`
+    double originX = 0;
+    double originY = 0;
+    bool isMeant = false; ///< the text was stated somewhere, not made up
+    bool isTyped = false; ///< the font has a glyph for it that a person may want
+};
+
+/// The font program that is shown, and where it is from.
+struct ShownProgram {
+    EmbeddedProgram font;
+    bool isEmbedded = false; ///< else a font of the machine
+};
+
+class ProgramFont : public PageFont {
+public:
+    ProgramFont(FontNames names, ShownProgram program)
+        : names_(std::move(names)), program_(std::move(program)) {}
+
+    FontFacts facts() const override;
+    void show(std::span<const std::byte> string, std::vector<ShownGlyph>& glyphs) override;
+    double spaceAdvance() const override;
+    std::optional<std::string> encode(std::string_view character) const override;
+    std::int32_t faceCount() const override;
+    std::vector<std::byte> makeFace(std::int32_t face) const override;
+
+protected:
+    const FontProgram* program() const { return program_.font.program.get(); }
+    bool isEmbedded() const { return program_.isEmbedded; }
+    bool isBlank(const std::optional<GlyphNumber>& glyph) const;
+    /// How much wider the glyph of a font in place of the document's own is to be drawn.
+    double stretchOf(const std::optional<GlyphNumber>& glyph, double width) const;
+
+    virtual StringCode firstCode(std::span<const std::byte> string) const = 0;
+    virtual CodeGlyph describe(StringCode code) const = 0;
+    /// Every code that a person may type.
+    virtual std::vector<StringCode> typedCodes() const = 0;
+
+private:
+    struct Shown {
+        CodeGlyph glyph;
+        std::string text;
+        std::int32_t face = 0;
+    };
+    struct CodeHash {
+        std::size_t operator()(const StringCode& code) const {
+            return std::hash<std::uint64_t>{}(std::uint64_t{code.code} << 3 |
+                                              static_cast<std::uint64_t>(code.length));
+        }
+    };
+
+    Shown& shownOf(StringCode code);
+    std::optional<StringCode> codeOf(const std::u32string& text) const;
+    bool isSeen(const CodeGlyph& glyph) const;
+
+    FontNames names_;
+    ShownProgram program_;
+    std::unordered_map<StringCode, Shown, CodeHash> shown_;
+    std::unordered_map<std::u32string, StringCode> shownTexts_; ///< of glyphs that can be typed
+    MadeFaces faces_;
+    char32_t spare_ = 0x100000; ///< next private-use character for what finds no face
+    ZoneCharge charge_;
+
+    /// By text, all codes that can be typed; made when it is first asked for.
+    mutable std::unordered_multimap<std::u32string, StringCode> typed_;
+    mutable bool hasTyped_ = false;
+    mutable ZoneCharge typedCharge_;
+};
+
+} // namespace corvane

@@ -1,0 +1,72 @@
+#include "reader/font/type3_font.h"
+
+#include "fonts/glyph_names.h"
+#include "reader/font/character_meaning.h"
+#include "reader/font/characters.h"
+#include "reader/font/font_entries.h"
+#include "reader/font/font_file.h"
+#include "reader/font/simple_encoding.h"
+#include "reader/font/widths.h"
+
+namespace corvane {
+
+Type3Font::Type3Font(DocumentCache& cache, const Object& font, FontNames names)
+    : names_(std::move(names)) {
+    const SimpleEncoding encoding(cache, font);
+    const SimpleWidths widths(cache, font, entryOf(cache, font, "FontDescriptor").get());
+    const auto toUnicode = readCMapEntry(cache, font, "ToUnicode");
+    const ObjectOwner procedures = entryOf(cache, font, "CharProcs");
+    const std::vector<double> matrix = numbersEntry(cache, font, "FontMatrix", 6);
+    const double scale = matrix.size() == 6 ? matrix[0] : 0.001;
+    for (std::size_t i = 0; i < glyphs_.size(); ++i) {
+        const auto code = static_cast<std::uint8_t>(i);
+        Glyph& glyph = glyphs_[i];
+        const std::string_view name = encoding.nameOf(code);
+        glyph.isThere =
+            !name.empty() && entryOf(cache, procedures.get(), name)->type == ObjectType::stream;
+        glyph.advance = widths.widthOf(code).value_or(0) * scale;
+        // Whether a procedure paints anything is not known here: blanks are believed.
+        MeaningChoice meaning([] { return true; });
+        if (toUnicode != nullptr) {
+            meaning.offer(toUnicode->text(code).value_or(U""));
+        }
+        meaning.offer(charactersOfName(name));
+        glyph.text = toUtf8(meaning.textOr(code));
+        if (glyph.isThere) {
+            codes_.emplace(glyph.text, code);
+        }
+    }
+}
+
+FontFacts Type3Font::facts() const {
+    FontFacts facts = names_.facts();
+    facts.isPageFont = false;
+    return facts;
+}
+
+void Type3Font::show(std::span<const std::byte> string, std::vector<ShownGlyph>& glyphs) {
+    for (const std::byte byte : string) {
+        const auto code = std::to_integer<std::uint8_t>(byte);
+        glyphs.push_back({.code = code,
+                          .advance = glyphs_[code].advance,
+                          .text = glyphs_[code].text,
+                          .isWordSpace = code == ' '});
+    }
+}
+
+double Type3Font::spaceAdvance() const {
+    constexpr double usualSpace = 0.25;
+    const auto code = codes_.find(" ");
+    const double advance = code == codes_.end() ? 0 : glyphs_[code->second].advance;
+    return advance > 0 ? advance : usualSpace;
+}
+
+std::optional<std::string> Type3Font::encode(std::string_view character) const {
+    const auto code = codes_.find(character);
+    if (code == codes_.end()) {
+        return std::nullopt;
+    }
+    return std::string(1, static_cast<char>(code->second));
+}
+
+} // namespace corvane
