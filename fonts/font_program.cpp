@@ -33,6 +33,17 @@ std::optional<GlyphNumber> unlessMissing(FT_UInt glyph) {
     return glyph == 0 ? std::nullopt : std::optional<GlyphNumber>(glyph);
 }
 
+/// Quadratic curves become cubic ones, which have more points.
+std::size_t pointsOf(const GlyphOutline& outline) {
+    std::size_t points = outline.size();
+    for (const Contour& contour : outline) {
+        for (const OutlineStep& step : contour.steps) {
+            points += step.isCurve ? 3 : 1;
+        }
+    }
+    return points;
+}
+
 class FreeTypeProgram final : public FontProgram {
 public:
     FreeTypeProgram(Face face, ProgramKind kind)
@@ -171,7 +182,8 @@ GlyphOutline FreeTypeProgram::outline(GlyphNumber glyph) const {
     if (!load(glyph) || face_->glyph->format != FT_GLYPH_FORMAT_OUTLINE) {
         return {};
     }
-    return outlineOf(face_->glyph->outline, em_);
+    GlyphOutline outline = outlineOf(face_->glyph->outline, em_);
+    return pointsOf(outline) > budget::outlinePoints ? GlyphOutline() : outline;
 }
 
 bool FreeTypeProgram::mayBeEmbedded() const {

@@ -38,6 +38,7 @@ void fuzzFaxEncode(Bytes input);
 void fuzzDctDecode(Bytes input);
 void fuzzDctEncode(Bytes input);
 void fuzzSvg(Bytes input);
+void fuzzFont(Bytes input);
 
 /// Bytes of the zone, and of the artwork, that one input may take.
 inline constexpr std::int64_t memoryLimit = std::int64_t{64} << 20;

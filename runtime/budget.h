@@ -114,8 +114,11 @@ inline constexpr std::size_t fontProgramBytes = 64 << 20;
 /// Glyphs of a font program: what 16 bits count in OpenType and CFF. Type 1 sets no limit.
 inline constexpr std::int32_t fontGlyphs = 1 << 16;
 
-/// Pairs of character and glyph read from one cmap, to tell the characters of glyphs: all characters
-/// there are. A few bytes of a cmap can claim more.
+/// Points of an outline: FreeType, which browsers read fonts with, counts them in 15 bits.
+inline constexpr std::size_t outlinePoints = 32'000;
+
+/// Pairs of character and glyph read from one cmap, to tell the characters of glyphs: all
+/// characters there are. A few bytes of a cmap can claim more.
 inline constexpr std::int32_t cmapPairs = 0x110000;
 
 /// Bytes in front of a Type 1 program that are passed over: some writers leave a line, a name or

@@ -203,9 +203,10 @@ GenericFamily genericOf(std::string_view family, std::optional<std::uint32_t> fl
     if (has({"sans", "helvetica", "arial"})) {
         return GenericFamily::sansSerif;
     }
-    const bool isSerif = flags ? (*flags & flagSerif) != 0
-                               : has({"times", "roman", "serif", "georgia", "garamond", "palatino",
-                                      "bookman", "schoolbook", "mincho", "ming", "song"});
+    // Many files leave the flag out; few set it wrongly.
+    const bool isSerif = (flags && (*flags & flagSerif) != 0) ||
+                         has({"times", "roman", "serif", "georgia", "garamond", "palatino",
+                              "bookman", "schoolbook", "mincho", "ming", "song"});
     return isSerif ? GenericFamily::serif : GenericFamily::sansSerif;
 }
 
@@ -243,6 +244,7 @@ std::string_view withoutTag(std::string_view baseFont) {
 
 NameParts partsOfName(std::string_view baseFont) {
     std::string_view name = withoutTag(baseFont).substr(0, longestName);
+    name = name.substr(0, name.find('_', 1)); // what follows are values of a Multiple Master font
     NameParts parts;
     const std::size_t comma = name.find_last_of(",-");
     if (comma != std::string_view::npos && comma > 0 && readStyle(parts, name.substr(comma + 1))) {

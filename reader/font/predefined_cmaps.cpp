@@ -56,11 +56,12 @@ std::shared_ptr<const CMap> PredefinedCMaps::find(std::string_view name, int dep
     }
     auto known = known_.find(name);
     if (known == known_.end()) {
+        known = known_.emplace(std::string(name), Known{}).first; // one that stands on itself: none
         Known found = read(name, depth);
         if (found.map != nullptr) {
             charge_.resize(charge_.bytes() + static_cast<std::int64_t>(found.map->bytes()));
         }
-        known = known_.emplace(std::string(name), std::move(found)).first;
+        known->second = std::move(found);
     }
     return known->second.map;
 }

@@ -16,8 +16,8 @@ constexpr std::int64_t flagSymbolic = 1 << 2;
 } // namespace
 
 SimpleFont::SimpleFont(DocumentCache& cache, const Object& font, const Object& descriptor,
-                       FontNames names, ShownProgram program, std::string_view baseFont)
-    : ProgramFont(std::move(names), std::move(program)), encoding_(cache, font),
+                       FontNames names, ShownProgram shown, std::string_view baseFont)
+    : ProgramFont(std::move(names), std::move(shown)), encoding_(cache, font),
       widths_(cache, font, descriptor), toUnicode_(readCMapEntry(cache, font, "ToUnicode")) {
     const auto flags =
         static_cast<std::int64_t>(numberEntry(cache, descriptor, "Flags").value_or(0));

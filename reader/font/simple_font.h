@@ -11,7 +11,7 @@ namespace corvane {
 class SimpleFont : public ProgramFont {
 public:
     SimpleFont(DocumentCache& cache, const Object& font, const Object& descriptor, FontNames names,
-               ShownProgram program, std::string_view baseFont);
+               ShownProgram shown, std::string_view baseFont);
 
     FontKind kind() const override { return FontKind::simple; }
     bool isVertical() const override { return false; }

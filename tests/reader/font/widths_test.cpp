@@ -20,7 +20,7 @@ protected:
 
 TEST_F(WidthsTest, OfSimpleFonts) {
     const ObjectOwner font = dictionary(
-        "/FirstChar 65 /Widths [500 7 0 R (x) 1e9] /FontDescriptor << /MissingWidth 33 >>");
+        "/FirstChar 65 /Widths [500 7 0 R (x) 9999999] /FontDescriptor << /MissingWidth 33 >>");
     const SimpleWidths widths(*cache_, font.get(),
                               entryOf(*cache_, font.get(), "FontDescriptor").get());
     EXPECT_EQ(widths.widthOf(65), 500);

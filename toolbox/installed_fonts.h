@@ -1,0 +1,44 @@
+// The scalable fonts of the machine, as fontconfig lists them.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <fontconfig/fontconfig.h>
+
+namespace corvane {
+
+struct InstalledFont {
+    std::string path;
+    std::int32_t face = 0;
+    std::string postScriptName;
+    std::vector<std::string> families; ///< stems, see font_names.h
+    std::int32_t weight = 400;
+    std::int32_t width = 100; ///< percent
+    bool isItalic = false;
+    bool isType1 = false; ///< has fewer characters than its twin in OpenType
+    const FcCharSet* characters = nullptr;
+
+    bool covers(std::u32string_view text) const;
+};
+
+class InstalledFonts {
+public:
+    /// Lists the fonts, in the order of their paths.
+    InstalledFonts();
+
+    const std::vector<InstalledFont>& list() const { return list_; }
+
+private:
+    struct Closer {
+        void operator()(FcFontSet* set) const { FcFontSetDestroy(set); }
+    };
+
+    std::unique_ptr<FcFontSet, Closer> set_; ///< owns the sets of characters
+    std::vector<InstalledFont> list_;
+};
+
+} // namespace corvane
