@@ -128,9 +128,6 @@ inline constexpr std::size_t fontProgramLead = 4 << 10;
 /// Bytes of an embedded CMap, decoded: one that lists each of 65,536 codes has a megabyte or two.
 inline constexpr std::size_t cmapBytes = 8 << 20;
 
-/// Glyphs of one face of a font that is made; a file of 16-bit numbers holds no more.
-inline constexpr std::size_t faceGlyphs = 60'000;
-
 /// Points of the outlines of one face that is made: a whole CJK font has three millions. Glyphs
 /// past it are blank.
 inline constexpr std::size_t facePoints = 4'000'000;

@@ -94,7 +94,7 @@ CodeGlyph CompositeFont::describe(StringCode code) const {
     described.isMeant = !meaning.isOpen();
     shape.text = meaning.textOr(cid);
 
-    const bool isFound = shape.glyph || isBlankText(shape.text);
+    const bool isFound = hasGlyph(described);
     if (!isFound && isEmbedded()) {
         shape.glyph = 0;
     }

@@ -251,9 +251,12 @@ NameParts partsOfName(std::string_view baseFont) {
         name = name.substr(0, comma);
     } else {
         name = withoutEnd(name, "PSMT");
-        // "ArialBold": a style that nothing sets apart, at the end, with a capital letter.
+        // "ArialBold": a style that nothing sets apart, at the end, with a capital letter. "Roman"
+        // and "Book" are part of the family there.
         for (std::size_t at = name.size(); at-- > 2;) {
-            if (isUpper(name[at]) && isLower(name[at - 1]) && readStyle(parts, name.substr(at))) {
+            const std::string_view end = name.substr(at);
+            if (isUpper(name[at]) && isLower(name[at - 1]) && !end.starts_with("Roman") &&
+                !end.starts_with("Book") && readStyle(parts, end)) {
                 name = name.substr(0, at);
             }
         }

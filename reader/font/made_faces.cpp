@@ -1,6 +1,6 @@
 #include "reader/font/made_faces.h"
 
-#include "runtime/budget.h"
+#include "fonts/made_font.h"
 
 namespace corvane {
 
@@ -31,7 +31,7 @@ bool MadeFaces::holds(Face& face, const FaceGlyph& glyph, std::optional<std::uin
     if (const auto known = face.byText.find(text); known != face.byText.end()) {
         return isSame(face.glyphs[known->second], glyph);
     }
-    if (face.glyphs.size() >= budget::faceGlyphs) {
+    if (face.glyphs.size() >= mostMadeGlyphs) {
         return false;
     }
     for (std::size_t i = 0; i + 1 < text.size(); ++i) {

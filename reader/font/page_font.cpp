@@ -3,6 +3,7 @@
 #include "reader/font/composite_font.h"
 #include "reader/font/font_entries.h"
 #include "reader/font/simple_font.h"
+#include "reader/font/substitute.h"
 #include "reader/font/type3_font.h"
 #include "runtime/exception.h"
 
@@ -32,10 +33,15 @@ std::string baseFontOf(DocumentCache& cache, const Object& font, const Object& d
     return {};
 }
 
-ShownProgram programOf(DocumentCache& cache, const Object& descriptor) {
+/// The program that the document embeds, else one of the machine.
+ShownProgram programOf(DocumentCache& cache, const Object& descriptor, std::string_view baseFont,
+                       const FontNames& names, std::string_view collection) {
     EmbeddedProgram embedded = readEmbeddedProgram(cache, descriptor);
-    const bool isEmbedded = embedded.program != nullptr;
-    return {.font = std::move(embedded), .isEmbedded = isEmbedded};
+    if (embedded.program != nullptr) {
+        return {.font = std::move(embedded), .isEmbedded = true};
+    }
+    return {.font = {.program = findSubstitute(baseFont, names, collection), .charge = {}},
+            .isEmbedded = false};
 }
 
 } // namespace
@@ -55,12 +61,14 @@ std::unique_ptr<PageFont> readFont(DocumentCache& cache, const Object& dictionar
     if (subtype == "Type3") {
         return std::make_unique<Type3Font>(cache, dictionary, std::move(names));
     }
-    ShownProgram program = programOf(cache, descriptor.get());
     if (isComposite) {
         CompositeParts parts(cache, dictionary, descendant.get());
+        ShownProgram program =
+            programOf(cache, descriptor.get(), baseFont, names, parts.collection);
         return std::make_unique<CompositeFont>(std::move(parts), std::move(names),
                                                std::move(program));
     }
+    ShownProgram program = programOf(cache, descriptor.get(), baseFont, names, "");
     return std::make_unique<SimpleFont>(cache, dictionary, descriptor.get(), std::move(names),
                                         std::move(program), baseFont);
 }

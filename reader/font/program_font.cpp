@@ -53,7 +53,7 @@ std::string bytesOf(StringCode code) {
 
 FontFacts ProgramFont::facts() const {
     FontFacts facts = names_.facts();
-    if (program() == nullptr) {
+    if (!hasFaces()) {
         facts.isPageFont = false;
         facts.family = facts.realFamily;
         facts.realFamily = {};
@@ -61,8 +61,17 @@ FontFacts ProgramFont::facts() const {
     return facts;
 }
 
+bool ProgramFont::hasFaces() const {
+    return program() != nullptr && (isEmbedded() || program()->mayBeEmbedded());
+}
+
 bool ProgramFont::isBlank(const std::optional<GlyphNumber>& glyph) const {
     return !glyph || program() == nullptr || program()->outline(*glyph).empty();
+}
+
+bool ProgramFont::hasGlyph(const CodeGlyph& glyph) const {
+    return glyph.shape.glyph || isBlankText(glyph.shape.text) ||
+           (program() == nullptr && glyph.isMeant);
 }
 
 double ProgramFont::stretchOf(const std::optional<GlyphNumber>& glyph, double width) const {
@@ -110,7 +119,7 @@ void ProgramFont::show(std::span<const std::byte> string, std::vector<ShownGlyph
                           .originX = shown.glyph.originX,
                           .originY = shown.glyph.originY,
                           .text = shown.text,
-                          .face = program() != nullptr ? shown.face : 0,
+                          .face = hasFaces() ? shown.face : 0,
                           .isWordSpace = code.length == 1 && code.code == ' '});
     }
 }
@@ -123,7 +132,7 @@ double ProgramFont::spaceAdvance() const {
 }
 
 bool ProgramFont::isSeen(const CodeGlyph& glyph) const {
-    return isBlankText(glyph.shape.text) || !isBlank(glyph.shape.glyph);
+    return program() == nullptr || isBlankText(glyph.shape.text) || !isBlank(glyph.shape.glyph);
 }
 
 std::optional<StringCode> ProgramFont::codeOf(const std::u32string& text) const {
@@ -162,7 +171,7 @@ std::optional<std::string> ProgramFont::encode(std::string_view character) const
 }
 
 std::int32_t ProgramFont::faceCount() const {
-    return program() != nullptr ? faces_.count() : 0;
+    return hasFaces() ? faces_.count() : 0;
 }
 
 std::vector<std::byte> ProgramFont::makeFace(std::int32_t face) const {

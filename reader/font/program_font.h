@@ -46,6 +46,9 @@ public:
 protected:
     const FontProgram* program() const { return program_.font.program.get(); }
     bool isEmbedded() const { return program_.isEmbedded; }
+    /// Whether something shows the code, be it a blank. Where there is no program at all, the
+    /// person's machine is trusted to have one for what is meant.
+    bool hasGlyph(const CodeGlyph& glyph) const;
     bool isBlank(const std::optional<GlyphNumber>& glyph) const;
     /// How much wider the glyph of a font in place of the document's own is to be drawn.
     double stretchOf(const std::optional<GlyphNumber>& glyph, double width) const;
@@ -68,6 +71,8 @@ private:
         }
     };
 
+    /// Whether faces can be made: there is a program, and its maker permits it.
+    bool hasFaces() const;
     Shown& shownOf(StringCode code);
     std::optional<StringCode> codeOf(const std::u32string& text) const;
     bool isSeen(const CodeGlyph& glyph) const;

@@ -80,8 +80,8 @@ CodeGlyph SimpleFont::describe(StringCode code) const {
     const MeaningChoice meaning = meaningOf(byte, shape.glyph);
     described.isMeant = !meaning.isOpen();
     shape.text = meaning.textOr(byte);
-    const bool isFound = shape.glyph || isBlankText(shape.text);
-    if (!shape.glyph && isEmbedded() && !isBlankText(shape.text)) {
+    const bool isFound = hasGlyph(described);
+    if (!isFound && isEmbedded()) {
         shape.glyph = 0;
     }
     const double own = shape.glyph && program() != nullptr ? program()->advance(*shape.glyph) : 0;

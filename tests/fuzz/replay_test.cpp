@@ -41,7 +41,8 @@ INSTANTIATE_TEST_SUITE_P(
                       Target{"content", fuzzContent}, Target{"save", fuzzSave},
                       Target{"grammar", fuzzGrammar}, Target{"patch", fuzzPatch},
                       Target{"patch_grammar", fuzzPatchGrammar},
-                      Target{"resource_fork", fuzzResourceFork}, Target{"font", fuzzFont}),
+                      Target{"resource_fork", fuzzResourceFork}, Target{"font", fuzzFont},
+                      Target{"cmap", fuzzCMap}),
     [](const auto& target) { return target.param.name; });
 
 } // namespace
