@@ -1,5 +1,6 @@
 #include "crypt/cipher.h"
 
+#include "crypt/hash.h"
 #include "crypt/random.h"
 
 #include <algorithm>
@@ -12,6 +13,13 @@ namespace {
 AesBlock randomBlock() {
     AesBlock block{};
     randomBytes(block);
+    return block;
+}
+
+AesBlock blockOf(const Secret& key, Octets data) {
+    const Secret code = hmacSha256(key.bytes(), data);
+    AesBlock block{};
+    std::copy_n(code.bytes().begin(), block.size(), block.begin());
     return block;
 }
 
@@ -34,9 +42,8 @@ void runBytes(std::optional<Arcfour>& arcfour, Octets data, std::vector<std::uin
 }
 
 template <class Cipher>
-std::string runWhole(const CipherKey& key, std::string_view data) {
+std::string runWhole(Cipher cipher, std::string_view data) {
     std::vector<std::uint8_t> out;
-    Cipher cipher(key);
     cipher.feed(octetsOf(data), out);
     cipher.finish(out);
     return {out.begin(), out.end()};
@@ -80,33 +87,43 @@ void Decipher::finish(std::vector<std::uint8_t>& out) {
     }
 }
 
-Encipher::Encipher(const CipherKey& key) : method_(key.method) {
+Encipher::Encipher(const CipherKey& key, VectorSource source)
+    : method_(key.method), source_(source) {
     if (method_ == CipherMethod::arcfour) {
         arcfour_.emplace(key.key.bytes());
     } else if (method_ == CipherMethod::aes) {
-        initial_ = randomBlock();
-        aes_.emplace(AesChain::Direction::encrypt, key.key.bytes(), initial_);
+        key_ = Secret(key.key.bytes());
     }
+}
+
+void Encipher::begin(const AesBlock& initial, std::vector<std::uint8_t>& out) {
+    out.insert(out.end(), initial.begin(), initial.end());
+    aes_.emplace(AesChain::Direction::encrypt, key_.bytes(), initial);
 }
 
 void Encipher::feed(Octets data, std::vector<std::uint8_t>& out) {
     if (method_ != CipherMethod::aes) {
         return runBytes(arcfour_, data, out);
     }
-    if (!begun_) {
-        out.insert(out.end(), initial_.begin(), initial_.end());
-        begun_ = true;
+    if (!aes_ && source_ == VectorSource::chance) {
+        begin(randomBlock(), out);
     }
     pending_.insert(pending_.end(), data.begin(), data.end());
-    runBlocks(*aes_, pending_, pending_.size() / aesBlock * aesBlock, out);
+    if (aes_) {
+        runBlocks(*aes_, pending_, pending_.size() / aesBlock * aesBlock, out);
+    }
 }
 
 void Encipher::finish(std::vector<std::uint8_t>& out) {
-    if (method_ == CipherMethod::aes) {
-        const std::size_t padding = aesBlock - pending_.size();
-        const std::vector<std::uint8_t> last(padding, static_cast<std::uint8_t>(padding));
-        feed(last, out);
+    if (method_ != CipherMethod::aes) {
+        return;
     }
+    if (!aes_) {
+        begin(source_ == VectorSource::data ? blockOf(key_, pending_) : randomBlock(), out);
+    }
+    const std::size_t padding = aesBlock - pending_.size() % aesBlock;
+    pending_.insert(pending_.end(), padding, static_cast<std::uint8_t>(padding));
+    runBlocks(*aes_, pending_, pending_.size(), out);
 }
 
 std::int64_t encipheredLength(CipherMethod method, std::int64_t length) {
@@ -115,11 +132,11 @@ std::int64_t encipheredLength(CipherMethod method, std::int64_t length) {
 }
 
 std::string deciphered(const CipherKey& key, std::string_view data) {
-    return runWhole<Decipher>(key, data);
+    return runWhole(Decipher(key), data);
 }
 
-std::string enciphered(const CipherKey& key, std::string_view data) {
-    return runWhole<Encipher>(key, data);
+std::string enciphered(const CipherKey& key, std::string_view data, VectorSource source) {
+    return runWhole(Encipher(key, source), data);
 }
 
 } // namespace corvane

@@ -41,20 +41,26 @@ private:
     std::vector<std::uint8_t> pending_; ///< of AES: the last block has the padding
 };
 
+/// Where the initialisation vectors of AES come from: from chance, or from the key and the data
+/// (HMAC), so that the same data become the same bytes and only they have the same vector. Then
+/// nothing can be enciphered before all of it is there.
+enum class VectorSource : std::uint8_t { chance, data };
+
 class Encipher {
 public:
-    /// AES takes a random initialisation vector.
-    explicit Encipher(const CipherKey& key);
+    explicit Encipher(const CipherKey& key, VectorSource source = VectorSource::chance);
 
     void feed(Octets data, std::vector<std::uint8_t>& out);
     void finish(std::vector<std::uint8_t>& out);
 
 private:
+    void begin(const AesBlock& initial, std::vector<std::uint8_t>& out);
+
     CipherMethod method_;
-    AesBlock initial_{};
-    bool begun_ = false;
+    VectorSource source_;
+    Secret key_; ///< of AES
     std::optional<Arcfour> arcfour_;
-    std::optional<AesChain> aes_;
+    std::optional<AesChain> aes_; ///< once the vector is written
     std::vector<std::uint8_t> pending_;
 };
 
@@ -62,6 +68,7 @@ private:
 std::int64_t encipheredLength(CipherMethod method, std::int64_t length);
 
 std::string deciphered(const CipherKey& key, std::string_view data);
-std::string enciphered(const CipherKey& key, std::string_view data);
+std::string enciphered(const CipherKey& key, std::string_view data,
+                       VectorSource source = VectorSource::chance);
 
 } // namespace corvane

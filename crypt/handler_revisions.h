@@ -10,6 +10,9 @@ std::optional<FileKey> keyOfOldRevision(const HandlerFacts& facts, Octets passwo
 /// Revisions 5 and 6, by a password in UTF-8.
 std::optional<FileKey> keyOfNewRevision(const HandlerFacts& facts, Octets password);
 
+/// The permissions of revisions 5 and 6 that Perms holds; none where it is damaged.
+std::int32_t heldPermissions(const HandlerFacts& facts, const FileKey& key);
+
 /// Bytes of O and U of the two families.
 inline constexpr std::size_t oldEntryLength = 32;
 inline constexpr std::size_t newEntryLength = 48;

@@ -1,5 +1,6 @@
 #include "crypt/hash.h"
 
+#include <nettle/hmac.h>
 #include <nettle/md5.h>
 #include <nettle/sha2.h>
 
@@ -8,8 +9,8 @@ namespace corvane {
 namespace {
 
 /// What a hash keeps while it works tells of the data, so it is wiped too.
-template <class Context>
-Secret hash(Octets data, std::size_t size, void (*init)(Context*),
+template <class Context, class Init>
+Secret hash(Octets data, std::size_t size, const Init& init,
             void (*update)(Context*, std::size_t, const std::uint8_t*),
             void (*digest)(Context*, std::size_t, std::uint8_t*)) {
     Context context;
@@ -37,6 +38,13 @@ Secret sha384(Octets data) {
 
 Secret sha512(Octets data) {
     return hash<sha512_ctx>(data, SHA512_DIGEST_SIZE, sha512_init, sha512_update, sha512_digest);
+}
+
+Secret hmacSha256(Octets key, Octets data) {
+    return hash<hmac_sha256_ctx>(
+        data, SHA256_DIGEST_SIZE,
+        [&](hmac_sha256_ctx* context) { hmac_sha256_set_key(context, key.size(), key.data()); },
+        hmac_sha256_update, hmac_sha256_digest);
 }
 
 } // namespace corvane

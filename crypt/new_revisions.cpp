@@ -80,4 +80,23 @@ std::optional<FileKey> keyOfNewRevision(const HandlerFacts& facts, Octets passwo
     return std::nullopt;
 }
 
+std::int32_t heldPermissions(const HandlerFacts& facts, const FileKey& key) {
+    if (facts.proof.size() < aesBlock) {
+        return 0;
+    }
+    AesBlock proof{};
+    std::copy_n(facts.proof.begin(), aesBlock, proof.begin());
+    AesChain(AesChain::Direction::decrypt, key.key.bytes(), AesBlock{}).run(proof);
+    constexpr std::string_view mark = "adb";
+    constexpr std::size_t markPlace = 9;
+    if (!std::ranges::equal(octetsOf(mark), Octets(proof).subspan(markPlace, mark.size()))) {
+        return 0;
+    }
+    std::uint32_t permissions = 0;
+    for (std::size_t i = 0; i < sizeof(permissions); ++i) {
+        permissions |= std::uint32_t{proof[i]} << 8 * i;
+    }
+    return static_cast<std::int32_t>(permissions);
+}
+
 } // namespace corvane

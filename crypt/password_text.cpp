@@ -1,5 +1,7 @@
 #include "crypt/password_text.h"
 
+#include "crypt/utf8.h"
+
 #include <array>
 
 namespace corvane {
@@ -28,28 +30,6 @@ std::optional<std::uint8_t> encoded(char32_t character) {
     const bool isSame = character < 0x18 || (character > 0x1F && character < 0x7F) ||
                         (character > 0xA0 && character <= 0xFF && character != 0xAD);
     return isSame ? std::optional(static_cast<std::uint8_t>(character)) : std::nullopt;
-}
-
-/// Takes one character off the front; nothing where that is no UTF-8.
-std::optional<char32_t> nextCharacter(Octets& text) {
-    const std::uint8_t lead = text.front();
-    const std::size_t more = lead < 0x80   ? 0
-                             : lead < 0xC2 ? 4
-                             : lead < 0xE0 ? 1
-                             : lead < 0xF0 ? 2
-                                           : 3;
-    if (more >= text.size() || more == 4 || lead > 0xF4) {
-        return std::nullopt;
-    }
-    char32_t character = more == 0 ? lead : lead & (0x3FU >> more);
-    for (std::size_t i = 1; i <= more; ++i) {
-        if ((text[i] & 0xC0) != 0x80) {
-            return std::nullopt;
-        }
-        character = character << 6 | (text[i] & 0x3FU);
-    }
-    text = text.subspan(more + 1);
-    return character;
 }
 
 } // namespace

@@ -2,6 +2,9 @@
 
 #include "crypt/handler_revisions.h"
 #include "crypt/password_text.h"
+#include "crypt/prepared_password.h"
+
+#include <algorithm>
 
 namespace corvane {
 
@@ -34,6 +37,14 @@ bool normalise(HandlerFacts& facts) {
 
 std::optional<FileKey> fileKey(const HandlerFacts& facts, Octets password) {
     if (facts.revision >= firstNewRevision) {
+        if (const std::optional<Secret> prepared = preparedPassword(password)) {
+            if (auto key = keyOfNewRevision(facts, prepared->bytes())) {
+                return key;
+            }
+            if (std::ranges::equal(prepared->bytes(), password)) {
+                return std::nullopt;
+            }
+        }
         return keyOfNewRevision(facts, password);
     }
     if (const std::optional<Secret> encoded = documentEncoded(password)) {
@@ -42,6 +53,11 @@ std::optional<FileKey> fileKey(const HandlerFacts& facts, Octets password) {
         }
     }
     return keyOfOldRevision(facts, password);
+}
+
+std::int32_t provenPermissions(const HandlerFacts& facts, const FileKey& key) {
+    return facts.revision >= firstNewRevision ? facts.permissions & heldPermissions(facts, key)
+                                              : facts.permissions;
 }
 
 } // namespace corvane

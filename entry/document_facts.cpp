@@ -1,5 +1,6 @@
 #include "entry/document_facts.h"
 
+#include "reader/document/signatures.h"
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
 #include "runtime/extension.h"
@@ -27,6 +28,17 @@ void tellDocument(DocumentCache& cache) {
                                                   .updates = std::max(sections - 1, 0),
                                                   .length = cache.wholeLength,
                                                   .version = cache.version});
+}
+
+void tellSignatures(DocumentCache& cache) {
+    const auto extension = knownExtension();
+    if (!extension || extension->signatures == nullptr) {
+        return;
+    }
+    const SignatureFacts facts = signaturesOf(cache);
+    if (facts.count != 0 || facts.certified) {
+        extension->signatures(extension->context, facts);
+    }
 }
 
 void tellPages(DocumentCache& cache) {

@@ -7,6 +7,8 @@ namespace corvane {
 
 /// Pages, objects, updates, length and version of the file, where the host extension wants them.
 void tellDocument(DocumentCache& cache);
+/// The signatures of the file, where it has any.
+void tellSignatures(DocumentCache& cache);
 /// The facts of every page, in order.
 void tellPages(DocumentCache& cache);
 

@@ -115,6 +115,7 @@ std::uint32_t check(const ParameterBlock& block) {
 std::uint32_t info(ParameterBlock& block) {
     DocumentSession session(block);
     tellDocument(session.cache());
+    tellSignatures(session.cache());
     tellPages(session.cache());
     session.close();
     return 0;

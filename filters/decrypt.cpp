@@ -66,7 +66,7 @@ private:
 
 class EncryptFilter final : public Encoder {
 public:
-    explicit EncryptFilter(const CipherKey& key) : encipher_(key) {}
+    EncryptFilter(const CipherKey& key, VectorSource source) : encipher_(key, source) {}
 
 private:
     /// Hands on what is enciphered.
@@ -94,8 +94,8 @@ FilterOwner setupDecrypt(const CipherKey& key) {
     return std::make_unique<DecryptFilter>(key);
 }
 
-FilterOwner setupEncrypt(const CipherKey& key) {
-    return std::make_unique<EncryptFilter>(key);
+FilterOwner setupEncrypt(const CipherKey& key, VectorSource source) {
+    return std::make_unique<EncryptFilter>(key, source);
 }
 
 } // namespace corvane

@@ -9,6 +9,6 @@ namespace corvane {
 /// A decoder of enciphered data.
 FilterOwner setupDecrypt(const CipherKey& key);
 /// Enciphers what is written through it; the rest when it is unlinked. Nothing is read, or sought.
-FilterOwner setupEncrypt(const CipherKey& key);
+FilterOwner setupEncrypt(const CipherKey& key, VectorSource source = VectorSource::chance);
 
 } // namespace corvane

@@ -121,10 +121,18 @@ struct UpdateFacts {
     bool ours = false;     ///< was appended by this plug-in
 };
 
+/// Signatures of a file, by selector `info`.
+struct SignatureFacts {
+    std::int32_t count = 0;      ///< fields that are signed
+    std::int32_t ofFile = 0;     ///< of them, those that cover the file as it is
+    std::int32_t ofRevision = 0; ///< those that cover it as it was before the last updates
+    bool certified = false;      ///< one says which changes its author allows (DocMDP)
+};
+
 /// Versions only add fields at the end. A host states the version that its record was made for; the
 /// plug-in reads no further, and takes what is missing as not filled (runtime/extension.h).
 struct HostExtension {
-    static constexpr std::uint32_t currentVersion = 3;
+    static constexpr std::uint32_t currentVersion = 4;
 
     // Version 1.
 
@@ -173,6 +181,11 @@ struct HostExtension {
     /// person stated before; from 1 on, the person may be asked, and each attempt says that what
     /// came before was wrong.
     std::int32_t (*password)(void* context, std::int32_t attempt, std::span<char> buffer) = nullptr;
+
+    // Version 4.
+
+    /// Told where there are any.
+    void (*signatures)(void* context, const SignatureFacts&) = nullptr;
 };
 
 /// Registers (null: removes) the record of the host of this process; not an owner.

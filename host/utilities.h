@@ -23,6 +23,8 @@ TOOLBOX_CALL void P2CStr(std::uint8_t* text);
 /// Now, in seconds since 1904-01-01 00:00 UTC. The environment's SOURCE_DATE_EPOCH, decimal seconds
 /// since 1970, stands for the time of day.
 TOOLBOX_CALL void GetDateTime(std::int64_t* seconds);
+/// Whether SOURCE_DATE_EPOCH says the time: the same work must then give the same bytes.
+TOOLBOX_CALL bool DateTimeIsFixed();
 
 /// Print a time of `GetDateTime`, length-prefixed: "11/21/2026" and "4:06". Local time, but UTC
 /// where SOURCE_DATE_EPOCH is set.

@@ -7,7 +7,7 @@ namespace corvane {
 
 namespace {
 
-constexpr std::array<std::string_view, 32> exceptions = {
+constexpr std::array<std::string_view, 33> exceptions = {
     /* 1 */ "the page asks for more work than this program allows; simplify it with another "
             "program",
     /* 2 */ "cancelled",
@@ -59,6 +59,9 @@ constexpr std::array<std::string_view, 32> exceptions = {
     /* 32 */
     "the owner of this encrypted file does not permit changes; give the owner's password to save "
     "into it",
+    /* 33 */
+    "the file is certified: its author's signature allows no changed pages, and readers would show "
+    "it as broken; if that does not matter, say --force",
 };
 
 /// Why a file cannot be read, by reason.
@@ -99,7 +102,7 @@ constexpr std::array<std::string_view, 20> readWarnings = {
     /* 20 */ "the file's table of contents is damaged; its objects were found by searching",
 };
 
-constexpr std::array<std::string_view, 8> writeWarnings = {
+constexpr std::array<std::string_view, 9> writeWarnings = {
     /* 1001 */ "an object of a kind that a PDF cannot hold was left out",
     /* 1002 */ "the page was given a size between the smallest and the largest allowed",
     /* 1003 */ "the crop area was fitted to the page",
@@ -108,6 +111,9 @@ constexpr std::array<std::string_view, 8> writeWarnings = {
     /* 1006 */ "",
     /* 1007 */ "",
     /* 1008 */ "objects of layers were saved in their order; that they were layers is not kept",
+    /* 1009 */
+    "the file is signed; the signed bytes stay, but readers that check signatures will show that "
+    "it was changed after signing",
 };
 
 } // namespace

@@ -43,6 +43,10 @@ inline constexpr std::int64_t keptObjectStreams = 64 << 20;
 /// can be, a second or two of work. A small file can unpack to more.
 inline constexpr std::int64_t streamedEntries = 4 * std::int64_t{objectNumber};
 
+/// Fields of a form looked at for signatures, a second or two of work: the longest forms have some
+/// ten thousand.
+inline constexpr std::int32_t formFields = 1 << 20;
+
 /// Bytes of a password: 127 count at most, and the text of one may be longer before it is encoded.
 inline constexpr std::size_t passwordBytes = 512;
 

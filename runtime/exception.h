@@ -45,6 +45,7 @@ enum class Exception : std::int32_t {
     artworkMissing = 30, ///< half of the page, or all of a kind, is not in the artwork
     unpatchable = 31,    ///< the change cannot be made without harm to other things on the page
     notPermitted = 32,   ///< the owner of an encrypted file did not permit changes
+    certifiedFile = 33,  ///< the signature of the file's author allows no changed page
 };
 
 /// Whether a code blames the file (something is damaged or missing) and not the machine, the host

@@ -167,7 +167,8 @@ struct Rules {
     /// passed over when reading, and one of ours can be taken off again.
     bool marksUpdates;
 
-    /// A file that was repaired, or that changed while it was open, is not saved into.
+    /// A file that was repaired, that is certified, or that changed while it was open, is not saved
+    /// into; one that is signed, with a warning.
     bool guardsFile;
 };
 

@@ -36,6 +36,7 @@ enum class Warning : std::int16_t {
     layerLeftOut = 1004,            ///< a layer that is hidden or does not print is not drawn
     // 1005 to 1007 are the program's own.
     layerNotKept = 1008, ///< objects of a layer stay, in order; the layer does not
+    signedFile = 1009,   ///< readers that check signatures will show the change
 };
 
 /// Codes that are kept. One more is stored too, and raises `limit`.

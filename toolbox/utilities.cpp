@@ -80,6 +80,10 @@ void GetDateTime(std::int64_t* seconds) {
     *seconds = fixedTime().value_or(std::time(nullptr)) + secondsFrom1904To1970;
 }
 
+bool DateTimeIsFixed() {
+    return fixedTime().has_value();
+}
+
 void IUDateString(std::int64_t seconds, std::uint8_t* text) {
     const std::tm date = calendar(seconds);
     toPascal(std::to_string(date.tm_mon + 1) + '/' + std::to_string(date.tm_mday) + '/' +

@@ -69,6 +69,9 @@ HostExtension Listener::makeExtension() {
             to.report_.file->facts.version = {};
         });
     };
+    extension.signatures = [](void* context, const SignatureFacts& facts) {
+        listener(context).report_.signatures = facts;
+    };
     extension.pageFacts = [](void* context, const PageFacts& facts) {
         Listener& to = listener(context);
         to.remember([&] { to.report_.pages.push_back(facts); });

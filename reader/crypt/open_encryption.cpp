@@ -122,12 +122,15 @@ void openEncryption(DocumentCache& cache) {
     const bool isPlain = facts.ciphers.strings == FileCipher::identity &&
                          facts.ciphers.streams == FileCipher::identity;
     std::optional<FileKey> key = findKey(facts.handler, !isPlain);
-    if (!key) {
+    std::int32_t permissions = facts.handler.permissions;
+    if (key) {
+        permissions = provenPermissions(facts.handler, *key);
+    } else {
         facts.ciphers.named.clear();
         key.emplace();
     }
     cache.encryption = std::make_unique<Encryption>(std::move(facts.ciphers), std::move(*key),
-                                                    facts.handler.permissions, plainObjects(cache));
+                                                    permissions, plainObjects(cache));
     flushReference(*cache.references);
     cache.objectStreams.clear();
 }

@@ -216,6 +216,7 @@ EncryptionFacts readEncryption(DocumentCache& cache, const Object& dictionary) {
     facts.handler.user = stringIn(cache, dictionary, "U");
     facts.handler.ownerKey = stringIn(cache, dictionary, "OE");
     facts.handler.userKey = stringIn(cache, dictionary, "UE");
+    attempted([&] { facts.handler.proof = stringIn(cache, dictionary, "Perms"); });
     facts.handler.permissions = permissionsIn(cache, dictionary);
     facts.handler.identifier = identifierOf(cache);
     if (version >= 4) {

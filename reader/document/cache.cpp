@@ -36,7 +36,7 @@ void openFileChain(DocumentCache& cache) {
 /// Reads the sections from the newest to the oldest.
 void readSections(DocumentCache& cache) {
     std::set<std::int32_t> seen;
-    std::int32_t offset = locateSection(cache);
+    std::int32_t offset = locateSection(cache, cache.fileLength);
     hoistXRef(offset);
     while (offset != 0) {
         if (!seen.insert(offset).second) {

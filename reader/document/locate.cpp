@@ -16,8 +16,8 @@ namespace {
 /// Bytes at the front in which the header may stand.
 constexpr std::size_t headerReach = 1024;
 
-/// Bytes at the end that every file must have, and in which the last number is looked for.
-constexpr std::size_t tailLength = 256;
+/// Bytes at the end in which the last number is looked for.
+constexpr std::size_t tailLength = shortestFile;
 
 /// Bytes at the end in which "startxref" is looked for: what readers accept behind "%%EOF".
 constexpr std::size_t tailReach = 1024;
@@ -79,15 +79,15 @@ void locateHeader(DocumentCache& cache) {
         rest.substr(0, std::min<std::size_t>(8, static_cast<std::size_t>(end - rest.begin())));
 }
 
-std::int32_t locateSection(DocumentCache& cache) {
+std::int32_t locateSection(DocumentCache& cache, std::int32_t fileLength) {
     Filter& file = *cache.fileChain.top();
-    if (cache.fileLength < static_cast<std::int32_t>(tailLength)) {
+    if (fileLength < shortestFile) {
         failException(Exception::io);
     }
     std::array<char, tailReach> buffer{};
     const std::size_t reach = rules().findsStartxref ? tailReach : tailLength;
-    const auto length = std::min(reach, static_cast<std::size_t>(cache.fileLength));
-    seekFilter(file, cache.fileLength - static_cast<std::int32_t>(length));
+    const auto length = std::min(reach, static_cast<std::size_t>(fileLength));
+    seekFilter(file, fileLength - static_cast<std::int32_t>(length));
     const std::span<char> wanted = std::span(buffer).first(length);
     if (readFilter(file, std::as_writable_bytes(wanted)) != length) {
         failException(Exception::io);

@@ -3,14 +3,19 @@
 
 #include "reader/document/cache.h"
 
+#include <cstdint>
+
 namespace corvane {
+
+/// Bytes that a file has at least.
+inline constexpr std::int32_t shortestFile = 256;
 
 /// Notes where the header stands and its version. Offset 0 and no version where there is none:
 /// whether a file is a PDF at all was decided before.
 void locateHeader(DocumentCache& cache);
 
-/// The offset of the newest cross-reference section. Raises `io` where the file is shorter than 256
-/// bytes, `structure` where no number is found.
-std::int32_t locateSection(DocumentCache& cache);
+/// The offset of the newest cross-reference section of a file that has, or once had, this `length`.
+/// Raises `io` where that is less than 256 bytes, `structure` where no number is found.
+std::int32_t locateSection(DocumentCache& cache, std::int32_t length);
 
 } // namespace corvane

@@ -1,11 +1,13 @@
 #include "reader/document/revisions.h"
 
 #include "filters/character.h"
+#include "reader/document/locate.h"
 #include "reader/document/update_mark.h"
 #include "reader/syntax/file_bytes.h"
 #include "runtime/exception.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 #include <utility>
 
@@ -32,6 +34,17 @@ std::int32_t behindEnd(DocumentCache& cache, std::int32_t position) {
         ++at;
     }
     return std::min(position + static_cast<std::int32_t>(at), cache.fileLength);
+}
+
+/// Whether the file ended at `position` once, and its newest section was that at `offset`. The end
+/// of that section says the same, but where the word "endstream" is missing its stream reaches into
+/// what was appended.
+bool endedAt(DocumentCache& cache, std::int32_t position, std::int32_t offset) {
+    bool isEnd = false;
+    if (position >= shortestFile && offset < position) {
+        attempted([&] { isEnd = locateSection(cache, position) == offset; });
+    }
+    return isEnd;
 }
 
 /// Where the first of the objects stands that the section in force names. An object stream is one
@@ -75,7 +88,8 @@ std::vector<Revision> revisions(DocumentCache& cache) {
             // a save that was cut short, and may have somebody else's update behind it.
             const auto start = updateBefore(cache, first);
             // A line feed before our line may look like the end of the line before it.
-            if (start && first <= position && *start >= found.back().end - 1) {
+            if (start && first <= position &&
+                (*start >= found.back().end - 1 || endedAt(cache, *start, *std::prev(offset)))) {
                 revision.start = *start;
                 revision.ours = true;
                 found.back().end = *start;

@@ -48,6 +48,22 @@ TEST_F(DecryptTest, FiltersInPieces) {
     }
 }
 
+TEST_F(DecryptTest, VectorsOfDataAreTheSameForTheSameDataOnly) {
+    const CipherKey key = keyOf(CipherMethod::aes, 32);
+    const std::string plain = test::someBytes(9000);
+    const std::string whole = enciphered(key, plain, VectorSource::data);
+    EXPECT_EQ(deciphered(key, whole), plain);
+    EXPECT_EQ(test::encoded([&] { return setupEncrypt(key, VectorSource::data); }, plain, 17),
+              whole);
+    std::string other = plain;
+    ++other.back();
+    for (const std::string& differing :
+         {enciphered(key, other, VectorSource::data), enciphered(key, "", VectorSource::data),
+          enciphered(keyOf(CipherMethod::aes, 16), plain, VectorSource::data)}) {
+        EXPECT_NE(differing.substr(0, aesBlock), whole.substr(0, aesBlock));
+    }
+}
+
 TEST_F(DecryptTest, DamagedDataGiveWhatThereIs) {
     const CipherKey key = keyOf(CipherMethod::aes, 16);
     const std::string data = enciphered(key, std::string(40, 'p'));

@@ -4,6 +4,7 @@
 #include "filters/decrypt.h"
 #include "filters/hex.h"
 #include "filters/token.h"
+#include "host/utilities.h"
 #include "reader/crypt/encryption.h"
 #include "runtime/exception.h"
 #include "writer/update/hexadecimal.h"
@@ -46,6 +47,10 @@ private:
     std::string_view text_;
     std::size_t position_ = 0;
 };
+
+VectorSource vectorSource() {
+    return DateTimeIsFixed() ? VectorSource::data : VectorSource::chance;
+}
 
 CipherKey stringKey(const DocumentCache& cache, ObjectIdentifier object) {
     return object.number == 0 ? CipherKey() : cache.encryption->stringKey(object);
@@ -100,7 +105,8 @@ private:
     /// Replaces the string from `start` to behind the last token.
     void replace(std::size_t start, std::string_view enciphered) {
         result_ += value_.substr(copied_, start - copied_);
-        result_ += digitsOf(corvane::enciphered(to_, deciphered(from_, enciphered)));
+        result_ +=
+            digitsOf(corvane::enciphered(to_, deciphered(from_, enciphered), vectorSource()));
         copied_ = static_cast<std::size_t>(tokens_->tokenEnd());
     }
 
@@ -127,7 +133,7 @@ std::string sealedBytes(const DocumentCache& cache, ObjectIdentifier in,
     }
     const std::string_view text(static_cast<const char*>(static_cast<const void*>(bytes.data())),
                                 bytes.size());
-    return digitsOf(enciphered(stringKey(cache, in), text));
+    return digitsOf(enciphered(stringKey(cache, in), text, vectorSource()));
 }
 
 std::string sealedValue(const DocumentCache& cache, std::string value, ObjectIdentifier from,
@@ -146,7 +152,7 @@ FileCipher newStreamCipher(const DocumentCache& cache) {
 
 void linkSeal(const DocumentCache& cache, Chain& chain, FileCipher cipher, ObjectIdentifier in) {
     if (cipher != FileCipher::identity) {
-        chain.link(setupEncrypt(cache.encryption->streamKey(cipher, in)));
+        chain.link(setupEncrypt(cache.encryption->streamKey(cipher, in), vectorSource()));
     }
 }
 

@@ -12,6 +12,7 @@
 #include "runtime/exception.h"
 #include "runtime/extension.h"
 #include "runtime/rules.h"
+#include "writer/update/signed.h"
 #include "writer/update/update.h"
 #include "writer/update/update_file.h"
 #include "writer/update/update_filter.h"
@@ -122,6 +123,9 @@ UpdatePlan planUpdate(DocumentCache& cache) {
     }
     if (!isNothing(plan) && cache.encryption && !cache.encryption->allowsChanges()) {
         failException(Exception::notPermitted);
+    }
+    if (rules().guardsFile && !isNothing(plan)) {
+        respectSignatures(cache);
     }
     return plan;
 }

@@ -161,6 +161,14 @@ void addFile(JsonWriter& json, const FileFacts& file) {
     json.name("updates").integer(file.facts.updates);
 }
 
+void addSignatures(JsonWriter& json, const Report& report) {
+    const SignatureFacts facts = report.signatures.value_or(SignatureFacts());
+    json.name("signatures").openObject().name("count").integer(facts.count);
+    json.name("ofFile").integer(facts.ofFile);
+    json.name("ofRevision").integer(facts.ofRevision);
+    json.name("certified").boolean(facts.certified).closeObject();
+}
+
 void addPages(JsonWriter& json, const Report& report) {
     json.name("pages").openArray();
     for (const PageFacts& page : report.pages) {
@@ -189,6 +197,7 @@ void addFacts(JsonWriter& json, const Arguments& arguments, const Report& report
         addOpened(json, report);
     }
     if (arguments.command == Command::info) {
+        addSignatures(json, report);
         addPages(json, report);
     }
 }

@@ -81,6 +81,20 @@ std::string pagesText(const std::vector<PageFacts>& pages) {
     return text;
 }
 
+/// "2 signatures: 1 of the file as it is, 1 of an older state".
+std::string signaturesText(const SignatureFacts& facts) {
+    std::vector<std::string> parts;
+    const auto add = [&](std::int32_t count, const char* what) {
+        if (count != 0) {
+            parts.push_back(grouped(count) + what);
+        }
+    };
+    add(facts.ofFile, " of the file as it is");
+    add(facts.ofRevision, " of an older state");
+    add(facts.count - facts.ofFile - facts.ofRevision, " of no whole state of the file");
+    return counted(facts.count, "signature") + (parts.empty() ? "" : ": " + joined(parts));
+}
+
 } // namespace
 
 std::string infoText(const std::string& file, const Report& report) {
@@ -95,6 +109,12 @@ std::string infoText(const std::string& file, const Report& report) {
         line("objects", std::to_string(facts.objects));
         line("updates", std::to_string(facts.updates));
         line("pages", std::to_string(facts.pages));
+    }
+    if (report.signatures) {
+        line("signed", signaturesText(*report.signatures));
+    }
+    if (report.signatures && report.signatures->certified) {
+        line("certified", "its author's signature allows no changed pages");
     }
     return text + pagesText(report.pages);
 }

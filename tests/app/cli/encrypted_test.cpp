@@ -173,6 +173,16 @@ TEST_F(Encrypted, Passwords) {
              Row{longest, "o", {"128", "--use-aes=y"}, longest.substr(0, 32), true},
              Row{longest, "o", {"128", "--use-aes=y"}, longest.substr(0, 31), false},
              Row{"пароль 密码", "o", {"256"}, "пароль 密码", true},
+             // As SASLprep has it, and as programs write it that do not know of that.
+             Row{"IX \u00E9", "o", {"256"}, "\u2168\u2003\u00ADe\u0301", true},
+             Row{"\u2168e\u0301", "o", {"256"}, "\u2168e\u0301", true},
+             Row{"IX", "o", {"256"}, "ix", false},
+             Row{"o", "\u00AD", {"256"}, "\u00AD", true},
+             Row{std::string(125, 'p') + "\u00E9",
+                 "o",
+                 {"256"},
+                 std::string(125, 'p') + "e\u0301",
+                 true},
              Row{"Grüße – €", "o", {"128", "--use-aes=y"}, "Grüße – €", true},
              Row{"user", "Ægir", {"40"}, "Ægir", true},
          }) {
@@ -223,6 +233,40 @@ TEST_F(Encrypted, ChangesThatAreNotPermittedAreRefused) {
     }
     EXPECT_EQ(bytes("in.pdf"), old);
     EXPECT_TRUE(holds(saved(art, {"--password", "owner"}), "2 objects changed"));
+}
+
+TEST_F(Encrypted, PermissionsCountAsFarAsTheKeyProvesThem) {
+    for (const std::string what : {"nothing", "P", "Perms"}) {
+        SCOPED_TRACE(what);
+        encrypt({"256", what == "P" ? "--modify=annotate" : "--modify=all"}, "");
+        std::string file = bytes("in.pdf");
+        if (what == "Perms") {
+            file = replaced(file, "/Perms", "/Perm_");
+        } else if (what == "P") {
+            const auto at = file.find("/P -") + 4;
+            const auto end = file.find_first_not_of("0123456789", at);
+            file.replace(at, end - at, std::string(end - at - 1, '0') + "4");
+        }
+        folder_.add("in.pdf", file);
+        const std::string art = edited(opened("in.pdf", "x"));
+        const std::string said = saved(art, {});
+        EXPECT_EQ(holds(said, "error 32"), what != "nothing") << said;
+        EXPECT_TRUE(holds(saved(art, {"--password", "owner"}), "1 kept"));
+    }
+}
+
+TEST_F(Encrypted, AFixedDateGivesTheSameBytes) {
+    for (const Words& options : {Words{"128", "--use-aes=y"}, Words{"256"}}) {
+        encrypt(options);
+        folder_.add("copy.pdf", bytes("in.pdf"));
+        const std::string art = edited(opened("in.pdf", "user"));
+        saved(art, {"--password", "user"});
+        const std::string once = bytes("in.pdf");
+        EXPECT_GT(once.size(), bytes("copy.pdf").size());
+        folder_.add("in.pdf", bytes("copy.pdf"));
+        saved(art, {"--password", "user"});
+        EXPECT_EQ(bytes("in.pdf"), once);
+    }
 }
 
 } // namespace

@@ -134,7 +134,9 @@ TEST_F(Program, TellsWhatItKnowsOfAFile) {
     const auto json = run("pages=1", {"info", "in.pdf", "--json", "--profile", "original"});
     EXPECT_EQ(json.output,
               R"({"command":"info","file":"in.pdf","profile":"original","version":"1.4",)"
-              R"("length":12345,"pageCount":1,"objects":42,"updates":1,"pages":[{"page":1,)"
+              R"("length":12345,"pageCount":1,"objects":42,"updates":1,)"
+              R"("signatures":{"count":0,"ofFile":0,"ofRevision":0,"certified":false},)"
+              R"("pages":[{"page":1,)"
               R"("object":11,"generation":0,"mediaBox":[0,0,612,792],"cropBox":[36,36,576,756],)"
               R"("rotate":90,"userUnit":2.5}],"warnings":[],"error":null})"
               "\n");

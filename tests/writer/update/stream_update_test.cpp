@@ -40,6 +40,25 @@ protected:
     }
 };
 
+TEST_F(StreamUpdateTest, IsTakenOffBehindAStreamWithoutEnd) {
+    const std::string whole = onePage(Section::table, Section::stream);
+    for (const std::string ending : {"endstream", "endstream\nendobj"}) {
+        SCOPED_TRACE(ending);
+        std::string file = whole;
+        const auto at = file.rfind("endstream\nendobj");
+        file.replace(at, ending.size(), ending.size(), ' ');
+        use("in.pdf", file);
+        ASSERT_EQ(open(), 0U);
+        edit();
+        ASSERT_EQ(save(), 0U);
+        EXPECT_EQ(countUpdates(), 3U);
+        EXPECT_THAT(updates_[2], ::testing::EndsWith("ours"));
+        EXPECT_EQ(call(19), 0U);
+        EXPECT_EQ(front_.taken(), std::vector<std::string>());
+        EXPECT_EQ(bytes(), file);
+    }
+}
+
 TEST_F(StreamUpdateTest, TakesTheFormOfTheNewestSection) {
     for (const Section former : {Section::table, Section::stream}) {
         for (const Section newest : {Section::table, Section::stream, Section::hybrid}) {

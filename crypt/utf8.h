@@ -1,0 +1,22 @@
+// Text in UTF-8, character by character.
+#pragma once
+
+#include "crypt/secret.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+
+namespace corvane {
+
+/// Takes one character off the front of a text that is not empty; nothing where that is no UTF-8.
+std::optional<char32_t> nextCharacter(Octets& text);
+
+inline constexpr std::size_t longestCharacter = 4;
+
+/// Writes a character to the front of `room`, which has as many bytes as the longest needs; the
+/// bytes that it took.
+std::size_t putCharacter(char32_t character, std::span<std::uint8_t> room);
+
+} // namespace corvane
