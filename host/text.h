@@ -25,7 +25,7 @@ enum class GenericFamily : std::uint8_t { sansSerif = 0, serif = 1, monospace = 
 /// A font by its names. Two fonts of one family, weight and slant are the same font.
 struct FontFacts {
     /// What styles call it. Of a font that a page brings along: a name of its own, such as
-    /// "Corvane 0A1B2C Times-Roman". UTF-8.
+    /// "Corvane 0A1B2C Times-Roman", which does not end in a blank and digits. UTF-8.
     std::string_view family = {};
     /// The family that a machine may have: "Times New Roman"; empty where that is `family`.
     std::string_view realFamily = {};

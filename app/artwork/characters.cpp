@@ -27,6 +27,28 @@ Character decodeCharacter(std::string_view text) {
     return {code, length};
 }
 
+void appendCharacter(std::string& text, char32_t code) {
+    const auto add = [&](char32_t byte) { text += static_cast<char>(byte); };
+    if (code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF)) {
+        code = 0xFFFD;
+    }
+    if (code < 0x80) {
+        add(code);
+    } else if (code < 0x800) {
+        add(0xC0 | code >> 6);
+        add(0x80 | (code & 0x3F));
+    } else if (code < 0x10000) {
+        add(0xE0 | code >> 12);
+        add(0x80 | (code >> 6 & 0x3F));
+        add(0x80 | (code & 0x3F));
+    } else {
+        add(0xF0 | code >> 18);
+        add(0x80 | (code >> 12 & 0x3F));
+        add(0x80 | (code >> 6 & 0x3F));
+        add(0x80 | (code & 0x3F));
+    }
+}
+
 bool isPlainText(std::string_view text) {
     while (!text.empty()) {
         const Character character = decodeCharacter(text);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace corvane {
@@ -13,6 +14,9 @@ struct Character {
 
 /// The character that starts `text`, which is not empty.
 Character decodeCharacter(std::string_view text);
+
+/// In UTF-8; what is no character is U+FFFD.
+void appendCharacter(std::string& text, char32_t code);
 
 /// Any character but control characters and those that no XML can hold.
 constexpr bool isTextCharacter(char32_t code) {

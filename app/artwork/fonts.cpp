@@ -11,16 +11,14 @@ namespace {
 
 constexpr std::size_t mostFonts = std::size_t{1} << 20;
 
-/// Names are shown to people and written into files.
-constexpr std::size_t longestFamily = 1024;
-
 bool isName(std::string_view name) {
-    return name.size() <= longestFamily && isPlainText(name);
+    return name.size() <= FontTable::longestFamily && isPlainText(name);
 }
 
 void check(const FontFacts& facts) {
     if (facts.family.empty() || !isName(facts.family) || !isName(facts.realFamily) ||
-        facts.weight < 100 || facts.weight > 900 || facts.generic > GenericFamily::monospace) {
+        facts.weight < 100 || facts.weight > 900 || facts.generic > GenericFamily::monospace ||
+        (facts.isPageFont && FontTable::endsInNumber(facts.family))) {
         throw ArtworkError("the font has a value without meaning");
     }
 }
@@ -33,6 +31,11 @@ std::uint32_t hashOf(const FontFacts& facts) {
 }
 
 } // namespace
+
+bool FontTable::endsInNumber(std::string_view family) {
+    const std::size_t last = family.find_last_not_of("0123456789");
+    return last != std::string_view::npos && last + 1 < family.size() && family[last] == ' ';
+}
 
 Font FontTable::add(const FontFacts& facts) {
     check(facts);

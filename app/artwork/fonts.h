@@ -10,6 +10,7 @@
 #include <deque>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace corvane {
@@ -20,9 +21,15 @@ public:
     /// Faces of one font. Page fonts have a few: one for each further glyph of a character.
     static constexpr std::int32_t mostFaces = 4096;
 
+    /// Bytes of a family: names are shown to people and written into files.
+    static constexpr std::size_t longestFamily = 1024;
+
     explicit FontTable(ArtworkBudget& budget) : budget_(&budget), index_(budget) {}
     FontTable(const FontTable&) = delete;
     FontTable& operator=(const FontTable&) = delete;
+
+    /// Families of page fonts do not end in a blank and digits, which tell faces apart: "family 2".
+    static bool endsInNumber(std::string_view family);
 
     /// The font of that family, weight and slant; what else the facts say counts where it is new.
     /// Throws `ArtworkError` where a value has no meaning, and past the budget.

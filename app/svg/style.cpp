@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <span>
 #include <string_view>
+#include <utility>
 
 namespace corvane {
 
@@ -16,17 +17,39 @@ namespace {
 /// What SVG and the artwork have in common as defaults.
 const PathStyle defaultStyle;
 
-void writeWidth(TextOutput& out, const PathStyle& style) {
-    if (style.lineWidth != fixedOne) {
-        writeNumberAttribute(out, "stroke-width", visibleWidth(style));
+/// A length of the page under a matrix that stretches.
+void writeLength(TextOutput& out, std::string_view name, std::int64_t length, double stretch) {
+    if (stretch == 1) {
+        writeNumberAttribute(out, name, length);
+    } else {
+        writeDoubleAttribute(out, name, static_cast<double>(length) / fixedOne / stretch);
+    }
+}
+
+void writeWidth(TextOutput& out, const PathStyle& style, double stretch) {
+    if (style.lineWidth != fixedOne || stretch != 1) {
+        writeLength(out, "stroke-width", visibleWidth(style), stretch);
     }
     if (style.lineWidth <= 0) {
         writeNumberAttribute(out, "data-stroke-width", style.lineWidth);
     }
 }
 
+void writeStretched(TextOutput& out, std::string_view name, std::span<const std::int64_t> lengths,
+                    double stretch) {
+    out.text(" ");
+    out.text(name);
+    out.text("=\"");
+    std::string_view separator;
+    for (const std::int64_t length : lengths) {
+        out.text(std::exchange(separator, " "));
+        writeDouble(out, static_cast<double>(length) / fixedOne / stretch);
+    }
+    out.text("\"");
+}
+
 /// SVG has no negative dashes, and a pattern without length is a line without dashes in both.
-void writeDash(TextOutput& out, const PathStyle& style) {
+void writeDash(TextOutput& out, const PathStyle& style, double stretch) {
     std::array<std::int64_t, 6> dash{};
     std::copy(std::begin(style.dash), std::end(style.dash), dash.begin());
     const std::span<const std::int64_t> used(dash.data(),
@@ -34,10 +57,15 @@ void writeDash(TextOutput& out, const PathStyle& style) {
     if (!used.empty()) {
         const bool drawable = std::ranges::all_of(used, [](auto length) { return length >= 0; }) &&
                               std::ranges::any_of(used, [](auto length) { return length > 0; });
-        writeNumbersAttribute(out, drawable ? "stroke-dasharray" : "data-stroke-dasharray", used);
+        if (!drawable || stretch == 1) {
+            writeNumbersAttribute(out, drawable ? "stroke-dasharray" : "data-stroke-dasharray",
+                                  used);
+        } else {
+            writeStretched(out, "stroke-dasharray", used, stretch);
+        }
     }
     if (style.dashPhase != 0) {
-        writeNumberAttribute(out, "stroke-dashoffset", style.dashPhase);
+        writeLength(out, "stroke-dashoffset", style.dashPhase, stretch);
     }
 }
 
@@ -56,13 +84,14 @@ void writeJoin(TextOutput& out, const PathStyle& style) {
     }
 }
 
-void writeStroke(TextOutput& out, const PathStyle& style, const PaintServers& servers) {
+void writeStroke(TextOutput& out, const PathStyle& style, const PaintServers& servers,
+                 double stretch) {
     if (style.strokePaint == 0) {
         return;
     }
     writePaint(out, strokeNames, style.stroke, servers, false);
-    writeWidth(out, style);
-    writeDash(out, style);
+    writeWidth(out, style, stretch);
+    writeDash(out, style, stretch);
     writeJoin(out, style);
 }
 
@@ -84,14 +113,15 @@ std::int64_t visibleWidth(const PathStyle& style) {
     return style.lineWidth == 0 ? fixedOne / 4 : std::abs(std::int64_t{style.lineWidth});
 }
 
-void writePaintedStyle(TextOutput& out, const PathStyle& style, const PaintServers& servers) {
+void writePaintedStyle(TextOutput& out, const PathStyle& style, const PaintServers& servers,
+                       double stretch) {
     if (style.fillPaint != 0) {
         writePaint(out, fillNames, style.fill, servers, true);
         writeRule(out, "fill-rule", style.rule);
     } else {
         writePlainAttribute(out, "fill", "none");
     }
-    writeStroke(out, style, servers);
+    writeStroke(out, style, servers, stretch);
     writeResolution(out, style);
 }
 
@@ -105,7 +135,7 @@ void writeClipStyle(TextOutput& out, const PathStyle& style, const PaintServers&
     if (style.fillPaint != 0) {
         writePaint(out, fillNames, style.fill, servers, false);
     }
-    writeStroke(out, style, servers);
+    writeStroke(out, style, servers, 1);
     writeResolution(out, style);
 }
 

@@ -15,7 +15,8 @@ std::int64_t visibleWidth(const PathStyle&);
 
 /// The attributes of a path that is drawn: only what differs from SVG's defaults (and from the
 /// miter limit of 10 that the root sets). Of a paint that is not in use nothing is written.
-void writePaintedStyle(TextOutput&, const PathStyle&, const PaintServers&);
+/// `stretch`: by how much the element's own transform enlarges lengths.
+void writePaintedStyle(TextOutput&, const PathStyle&, const PaintServers&, double stretch = 1);
 
 /// The attributes of a guide: not painted, marked as a guide.
 void writeGuideStyle(TextOutput&);

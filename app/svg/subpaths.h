@@ -1,5 +1,5 @@
 // What art of each kind is in SVG. Paths and compound paths are treated alike: subpaths in one
-// style.
+// style. Text without runs is nothing.
 #pragma once
 
 #include "app/artwork/document.h"
@@ -9,7 +9,8 @@ namespace corvane {
 enum class SvgObject {
     none, ///< is not written
     group,
-    shape
+    shape,
+    text
 };
 
 inline SvgObject svgObject(const Document& document, Art art) {
@@ -20,6 +21,7 @@ inline SvgObject svgObject(const Document& document, Art art) {
     case ArtKind::compound:
         return SvgObject::shape;
     case ArtKind::text:
+        return document.textRunCount(art) == 0 ? SvgObject::none : SvgObject::text;
     case ArtKind::placed:
     case ArtKind::unknown:
         break;

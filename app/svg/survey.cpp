@@ -38,6 +38,9 @@ public:
                     addShape(art);
                 }
                 break;
+            case SvgObject::text:
+                addText();
+                break;
             case SvgObject::none:
                 break;
             }
@@ -68,6 +71,13 @@ private:
         if (visits_.back().measured) {
             survey.content.add(paintedExtent(document_, shape));
         }
+    }
+
+    /// How far letters reach is for their font to know.
+    void addText() {
+        GroupSurvey& survey = groups_[visits_.back().index];
+        survey.drawn = true;
+        survey.content = Extent::everything();
     }
 
     void leave() {

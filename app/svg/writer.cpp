@@ -1,6 +1,7 @@
 #include "app/svg/writer.h"
 
 #include "app/svg/art_source.h"
+#include "app/svg/font_rules.h"
 #include "app/svg/layer_attributes.h"
 #include "app/svg/markup.h"
 #include "app/svg/paint_servers.h"
@@ -9,6 +10,7 @@
 #include "app/svg/style.h"
 #include "app/svg/subpaths.h"
 #include "app/svg/survey.h"
+#include "app/svg/text_writer.h"
 
 #include <cstdint>
 #include <optional>
@@ -53,6 +55,10 @@ struct Numbers {
     std::uint32_t clips = 0;
 };
 
+std::string clipReference(std::uint32_t clip) {
+    return "url(#clip" + std::to_string(clip) + ")";
+}
+
 PageCorner cornerOf(const Document& document) {
     return {document.page().bounds().left, document.page().bounds().top};
 }
@@ -79,6 +85,7 @@ private:
     void enterGroup(Art, const LayerProperties*);
     void leaveGroup();
     void writeShape(Art);
+    void writeLine(Art text);
     void writeServers(const PathStyle&, int depth);
     void endShape(Note);
 
@@ -154,6 +161,9 @@ void SvgWriter::writeLevels() {
             if (art != levels_.back().clip) {
                 writeShape(art);
             }
+            break;
+        case SvgObject::text:
+            writeLine(art);
             break;
         case SvgObject::none:
             break;
@@ -275,6 +285,22 @@ void SvgWriter::writeShape(Art shape) {
     endShape(style.note);
 }
 
+void SvgWriter::writeLine(Art text) {
+    const Level& level = levels_.back();
+    const std::int32_t runs = document_.textRunCount(text);
+    for (std::int32_t i = 0; i < runs; ++i) {
+        writeServers(document_.textRun(text, i).style, level.depth);
+    }
+    TextPlace place{.corner = corner_, .base = base_, .number = numbers_.shapes + 1, .clip = {}};
+    numbers_.shapes += static_cast<std::uint32_t>(runs);
+    if (level.chain.clip != 0) {
+        place.clip = clipReference(level.chain.clip);
+    }
+    place.hidden = level.chain.hides;
+    writeIndent(out_, level.depth);
+    writeText(out_, servers_, text, place);
+}
+
 ClipEffect SvgWriter::clipEffect(Art clip, const GroupSurvey& survey, const Extent& visible) const {
     if (clip == Art::null) {
         return ClipEffect::none;
@@ -347,7 +373,7 @@ void SvgWriter::extendChain(ClipChain& chain, Art clip, const ClipShape& shape, 
 }
 
 void SvgWriter::writeReference(std::uint32_t clip) {
-    writePlainAttribute(out_, "clip-path", "url(#clip" + std::to_string(clip) + ")");
+    writePlainAttribute(out_, "clip-path", clipReference(clip));
 }
 
 void SvgWriter::writeDroppedClip(Art clip) {
@@ -391,9 +417,13 @@ void SvgWriter::writeSource(std::string_view name, Art art) {
 
 } // namespace
 
-std::error_code writeSvg(const Document& document, const Provenance& provenance, ByteSink& sink) {
+std::error_code writeSvg(const Document& document, const Provenance& provenance, ByteSink& sink,
+                         EmbeddedFonts fonts) {
     TextOutput out(sink);
     writeRootStart(out, document.page(), provenance);
+    if (fonts == EmbeddedFonts::all) {
+        writeFontRules(out, document.fonts());
+    }
     PaintServers servers(document, cornerOf(document));
     Numbers numbers;
     SvgWriter(out, servers, numbers, sourceBase(provenance)).writeLayers();

@@ -9,11 +9,16 @@
 
 namespace corvane {
 
+/// Whether the SVG carries the files of page fonts. Without them letters are drawn in fonts of the
+/// machine.
+enum class EmbeddedFonts { none, all };
+
 /// Writes the whole document, from the back to the front, in blocks of `TextOutput::blockSize`. The
 /// same document gives the same bytes. Elements stand less than 200 deep however deep the groups
 /// are, and no work recurses. Memory beside the block: some 100 bytes a group of one layer. The
 /// answer is the sink's first failure, after which no more is written; what the sink then holds is
 /// not a whole file.
-[[nodiscard]] std::error_code writeSvg(const Document&, const Provenance&, ByteSink&);
+[[nodiscard]] std::error_code writeSvg(const Document&, const Provenance&, ByteSink&,
+                                       EmbeddedFonts = EmbeddedFonts::all);
 
 } // namespace corvane

@@ -34,6 +34,10 @@ constexpr std::array<std::string_view, elementCount> names{
     "desc",
     "metadata",
     "text",
+    "tspan",
+    "textPath",
+    "tref",
+    "altGlyph",
     "image",
     "filter",
     "mask",
@@ -82,8 +86,8 @@ std::string_view ignoredKind(Element element) {
     case Element::marker:
         return {};
     default:
-        return element >= Element::text ? names[static_cast<std::size_t>(element)]
-                                        : std::string_view{};
+        return element >= Element::textPath ? names[static_cast<std::size_t>(element)]
+                                            : std::string_view{};
     }
 }
 

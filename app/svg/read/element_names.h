@@ -30,8 +30,12 @@ enum class Element : std::uint8_t {
     title,
     desc,
     metadata,
-    // Counted: the artwork cannot hold them.
     text,
+    tspan,
+    // Counted: the artwork cannot hold them.
+    textPath,
+    tref,
+    altGlyph,
     image,
     filter,
     mask,

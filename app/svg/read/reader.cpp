@@ -18,8 +18,11 @@ namespace {
 
 /// A file's elements. Values keep their line ends, so that lines can be counted.
 void parse(std::string& text, pugi::xml_document& xml, const LineIndex& lines) {
-    constexpr unsigned options = pugi::parse_cdata | pugi::parse_escapes | pugi::parse_doctype |
-                                 pugi::parse_ws_pcdata_single;
+    // Blanks between elements mean something in text alone, and take much memory.
+    const bool mayHoldText =
+        text.find("<text") != std::string::npos || text.find(":text") != std::string::npos;
+    const unsigned options = pugi::parse_cdata | pugi::parse_escapes | pugi::parse_doctype |
+                             (mayHoldText ? pugi::parse_ws_pcdata : pugi::parse_ws_pcdata_single);
     const pugi::xml_parse_result result =
         xml.load_buffer_inplace(text.data(), text.size(), options);
     if (result.status == pugi::status_out_of_memory) {

@@ -104,6 +104,9 @@ void TreeReader::visit(pugi::xml_node node) {
             enterViewport(node, element);
         }
         return;
+    case Element::text:
+        readText(node);
+        return;
     default:
         break;
     }

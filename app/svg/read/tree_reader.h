@@ -43,6 +43,7 @@ private:
     void enterUse(pugi::xml_node node);
     void enterViewport(pugi::xml_node node, Element element);
     void readShape(pugi::xml_node node, Element element);
+    void readText(pugi::xml_node node);
     void listImage(pugi::xml_node node);
     Note readWithin(pugi::xml_node shape);
     std::optional<ArtSource> sourceFrom(Attribute name) const;

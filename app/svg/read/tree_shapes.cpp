@@ -6,6 +6,7 @@
 #include "app/svg/read/basic_shapes.h"
 #include "app/svg/read/paint/paint_style.h"
 #include "app/svg/read/style/cascade.h"
+#include "app/svg/read/text/text_reader.h"
 #include "app/svg/read/values/user_box.h"
 #include "app/svg/shape_extent.h"
 
@@ -94,6 +95,28 @@ void TreeReader::readShape(pugi::xml_node node, Element element) {
             painted = painted.within(clip.bounds);
         }
         frame.content.add(painted);
+    }
+}
+
+void TreeReader::readText(pugi::xml_node node) {
+    Frame& frame = frames_.back();
+    load(node);
+    const ComputedStyle style = styleOf(node, attributes_, frame.style, frame.viewport, context_);
+    if (!style.displayed || !style.visible) {
+        context_.tally.add("hidden element");
+        return;
+    }
+    const RealMatrix matrix =
+        transformed(frame.matrix, attributes_, Attribute::transform, context_);
+    std::vector<pugi::xml_node> chain = clips_.chain(style.clipPath);
+    if (std::erase_if(chain, ClipReader::fitsBox) != 0 || frame.boxed) {
+        context_.tally.add("clip-path"); // how far letters reach is not known
+    }
+    const LineFrame line{placeClipped(chain, matrix), matrix, style.vertical};
+    TextReader reader(context_, paints_, line, frame.viewport, inTile_ || !targets_.empty(),
+                      !inTile_);
+    if (reader.read(node, attributes_, style)) {
+        frame.content.add(Extent::everything());
     }
 }
 

@@ -62,6 +62,11 @@ TEST_F(TextTest, fontsAreOneByFamilyWeightAndSlant) {
     EXPECT_EQ(host(slot::setFontFile, font, FontTable::mostFaces, file.data(), 3),
               HostError::failed);
     EXPECT_EQ(host(slot::setFontFile, font, 0, file.data(), -1), HostError::failed);
+    for (const FontFacts& wrong :
+         {FontFacts{}, FontFacts{.family = "a\n"}, FontFacts{.family = "a", .weight = 0},
+          FontFacts{.family = "Corvane 1 a 2", .isPageFont = true}}) {
+        EXPECT_EQ(host(slot::addFont, &wrong, &again), HostError::failed) << wrong.family;
+    }
     other = {.family = "Arial"};
     ASSERT_EQ(host(slot::addFont, &other, &again), HostError::none);
     EXPECT_EQ(host(slot::setFontFile, again, 0, file.data(), 3), HostError::failed);
@@ -189,10 +194,10 @@ TEST(Text, aPageOfLinesIsCheapAndCharged) {
     }
     EXPECT_GT(document.budget().used() - before, lines * 150);
     EXPECT_LT(document.budget().used() - before, lines * 350);
-    HostTable small(100'000);
+    HostTable small(3'000'000);
     const Art text = small.make(ArtKind::text, Placement::inside,
                                 small.document.layerArt(small.document.firstLayer()));
-    const std::string letters(200'000, 'a');
+    const std::string letters(4'000'000, 'a');
     const TextRun run{
         .font = small.document.addFont({.family = "Times"}), .size = fixedOne, .text = letters};
     EXPECT_EQ(small(slot::addTextRun, text, &run), HostError::failed);

@@ -1,6 +1,7 @@
 #include "app/svg/read/style/computed_style.h"
 
 #include "app/svg/read/style/css_colour.h"
+#include "app/svg/read/style/font_style.h"
 #include "app/svg/read/values/number.h"
 
 #include <algorithm>
@@ -208,8 +209,9 @@ void StyleReader::countIgnored() {
 }
 
 void StyleReader::read() {
-    readLength(Attribute::fontSize, style_.fontSize);
+    readFont(style_, declared_, lengths_, tally_);
     lengths_.fontSize = style_.fontSize;
+    readTextStyle(style_, declared_, lengths_, tally_);
     readPaints();
     readStroke();
     readOpacities();
@@ -258,6 +260,10 @@ ComputedStyle computeStyle(const ComputedStyle& outer, const Declared& declared,
     style.displayed = true;
     style.overflows = false;
     style.saysFill = style.saysStroke = false;
+    style.baselineShift = 0;
+    if (attributes.has(Attribute::xmlSpace)) {
+        style.keepsBlanks = attributes[Attribute::xmlSpace] == "preserve";
+    }
     style.clipPath = {};
     if (declared.any()) {
         StyleReader(style, declared, {viewport, outer.fontSize}, tally).read();

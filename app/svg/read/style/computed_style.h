@@ -41,6 +41,14 @@ struct ComputedStyle {
     double dashOffset = 0;
     double miterLimit = 4;
     double fontSize = 16;
+    std::string_view families; ///< as `font-family` lists them; empty: none
+    double letterSpacing = 0;
+    double wordSpacing = 0;
+    std::int16_t fontWeight = 400;
+    bool italic = false;
+    bool anchored = false; ///< `text-anchor` is not where text starts
+    bool vertical = false;
+    bool keepsBlanks = false;
     std::string_view dashes; ///< empty: none
     Viewport viewport;       ///< of the element that gave the dashes
     std::int32_t cap = 0;    ///< as in `PathStyle`
@@ -53,7 +61,8 @@ struct ComputedStyle {
     // Of the element alone.
     bool displayed = true;
     bool overflows = false;
-    bool saysFill = false; ///< the element itself has the property
+    double baselineShift = 0; ///< up
+    bool saysFill = false;    ///< the element itself has the property
     bool saysStroke = false;
     std::string_view clipPath; ///< id of the clip; empty: none
 };

@@ -70,7 +70,10 @@ void StyleSheet::add(std::string_view css) {
     TextCursor cursor(texts_.emplace_back(withoutComments(css)));
     for (cursor.skipBlanks(); !cursor.atEnd(); cursor.skipBlanks()) {
         if (cursor.peek() == '@') {
-            tally_.add("style rule");
+            // The files of fonts are not read: text has the names of its fonts.
+            if (!cursor.rest().starts_with("@font-face")) {
+                tally_.add("style rule");
+            }
             while (!cursor.atEnd() && cursor.peek() != ';' && cursor.peek() != '{') {
                 cursor.skip();
             }

@@ -185,7 +185,7 @@ TEST(RoundTrip, SourcesOfArtOfEveryKind) {
         tag(document.firstChild(clipped));
         tag(art.behindClip(clipped, box(2, 2, 20, 20), filled()));
     }
-    // Text and placed images have no element yet: what stands beside them is as it was.
+    // Text without letters and placed images have no element: what stands beside them is as it was.
     document.make(ArtKind::text, Placement::inside, layer);
     document.make(ArtKind::placed, Placement::inside, layer);
     expectSameAgain(art);

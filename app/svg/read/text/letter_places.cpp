@@ -1,0 +1,81 @@
+#include "app/svg/read/text/letter_places.h"
+
+#include "app/svg/read/values/number.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+/// As far as the list is right.
+std::vector<double> parseLengths(std::string_view text, Axis axis, const LengthContext& lengths) {
+    std::vector<double> values;
+    TextCursor cursor(text);
+    for (cursor.skipBlanks(); !cursor.atEnd(); cursor.skipSeparator()) {
+        const std::string_view before = cursor.rest();
+        while (!cursor.atEnd() && !isBlank(cursor.peek()) && cursor.peek() != ',') {
+            cursor.skip();
+        }
+        const auto length = parseLength(cursor.since(before), axis, lengths);
+        if (!length) {
+            break;
+        }
+        values.push_back(*length);
+    }
+    return values;
+}
+
+} // namespace
+
+void LetterPlaces::open(const Attributes& attributes, const LengthContext& lengths,
+                        std::size_t first) {
+    constexpr std::array names{std::pair(Attribute::x, Axis::x), std::pair(Attribute::y, Axis::y),
+                               std::pair(Attribute::dx, Axis::x), std::pair(Attribute::dy, Axis::y),
+                               std::pair(Attribute::rotate, Axis::other)};
+    static_assert(names.size() == kinds);
+    Lists& lists = lists_.emplace_back();
+    lists.first = first;
+    for (std::size_t kind = 0; kind < kinds; ++kind) {
+        if (attributes.has(names[kind].first)) {
+            lists.values[kind] =
+                parseLengths(attributes[names[kind].first], names[kind].second, lengths);
+            lists.any = true;
+        }
+    }
+}
+
+const double* LetterPlaces::find(Kind kind, std::size_t letter) const {
+    for (auto lists = lists_.rbegin(); lists != lists_.rend(); ++lists) {
+        const std::vector<double>& values = lists->values[kind];
+        if (!lists->any || values.empty()) {
+            continue;
+        }
+        const std::size_t index = letter - lists->first;
+        if (index < values.size()) {
+            return &values[index];
+        }
+        if (kind == rotate) {
+            return &values.back(); // goes on to the end of its element
+        }
+    }
+    return nullptr;
+}
+
+LetterPlace LetterPlaces::of(std::size_t letter) const {
+    LetterPlace place;
+    const auto take = [&](Kind kind, auto& into) {
+        if (const double* const value = find(kind, letter)) {
+            into = *value;
+        }
+    };
+    take(x, place.x);
+    take(y, place.y);
+    take(dx, place.dx);
+    take(dy, place.dy);
+    take(rotate, place.rotate);
+    return place;
+}
+
+} // namespace corvane

@@ -1,0 +1,45 @@
+// Where the letters of a text are put: the lists of `x`, `y`, `dx`, `dy` and `rotate`.
+#pragma once
+
+#include "app/svg/read/style/attributes.h"
+#include "app/svg/read/values/length.h"
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+namespace corvane {
+
+struct LetterPlace {
+    std::optional<double> x;
+    std::optional<double> y;
+    double dx = 0;
+    double dy = 0;
+    double rotate = 0; ///< degrees
+};
+
+/// The lists of a text and of the elements within it that are open. Of each kind the innermost list
+/// that has a value for a letter counts.
+class LetterPlaces {
+public:
+    /// Of an element whose first letter is the one counted `first` in the text.
+    void open(const Attributes& attributes, const LengthContext& lengths, std::size_t first);
+    void close() { lists_.pop_back(); }
+
+    LetterPlace of(std::size_t letter) const;
+
+private:
+    enum Kind { x, y, dx, dy, rotate, kinds };
+    struct Lists {
+        std::size_t first = 0;
+        bool any = false;
+        std::array<std::vector<double>, kinds> values;
+    };
+
+    const double* find(Kind kind, std::size_t letter) const;
+
+    std::vector<Lists> lists_;
+};
+
+} // namespace corvane

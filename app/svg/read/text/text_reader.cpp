@@ -1,0 +1,220 @@
+#include "app/svg/read/text/text_reader.h"
+
+#include "app/artwork/characters.h"
+#include "app/artwork/geometry.h"
+#include "app/svg/font_names.h"
+#include "app/svg/read/paint/paint_style.h"
+#include "app/svg/read/style/cascade.h"
+#include "app/svg/read/style/font_style.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+/// Elements of text within one another. Each may have a list of places for every letter.
+constexpr std::size_t deepestText = 64;
+
+/// Letters that count as much as an element where a text is read again.
+constexpr std::int64_t lettersOfAnElement = 64;
+
+/// Attributes of which the innermost element that has any counts, for they are not inherited as
+/// properties are.
+bool hasExactValues(const Attributes& attributes) {
+    return attributes.has(Attribute::dataStrokeWidth) ||
+           attributes.has(Attribute::dataStrokeDasharray) ||
+           attributes.has(Attribute::dataStrokeMiterlimit) ||
+           attributes.has(Attribute::dataResolution);
+}
+
+/// About where the letters of a text are, for paint that is fitted to them.
+UserBox roughBox(pugi::xml_node text, const LetterPlace& start, double size) {
+    constexpr double width = 0.5; // of a letter, in ems, as the next two
+    constexpr double height = 0.8;
+    constexpr double depth = 0.2;
+    double letters = 1;
+    for (const pugi::xml_node child : text.children()) {
+        letters += static_cast<double>(std::string_view(child.value()).size() +
+                                       std::string_view(child.child_value()).size());
+    }
+    UserBox box;
+    const RealPoint origin{start.x.value_or(0), start.y.value_or(0)};
+    box.add(origin.x, origin.y - height * size);
+    box.add(origin.x + letters * width * size, origin.y + depth * size);
+    return box;
+}
+
+std::optional<ArtSource> sourceOf(const Attributes& attributes, const ReadingContext& context,
+                                  bool idsTell) {
+    if (!context.ours) {
+        return std::nullopt;
+    }
+    const auto source = parseArtSource(attributes[Attribute::dataSource], context.sourceBase);
+    const bool asksId = idsTell && !attributes.has(Attribute::dataSource);
+    return source || !asksId ? source : sourceOfId(attributes[Attribute::id]);
+}
+
+} // namespace
+
+void TextReader::open(pugi::xml_node element, const Attributes& attributes,
+                      const ComputedStyle& style) {
+    Level level;
+    level.next = element.first_child();
+    level.styled = element;
+    level.style = style;
+    level.look.rise = style.baselineShift;
+    if (!levels_.empty()) {
+        const Level& outer = levels_.back();
+        level.styled = hasExactValues(attributes) ? element : outer.styled;
+        level.look.source = outer.look.source;
+        level.look.element = outer.look.element;
+        level.look.rise += outer.look.rise;
+    }
+    if (const auto source = sourceOf(attributes, context_, idsTell_)) {
+        level.look.source = source;
+        level.look.element = ++elements_;
+    }
+    if (attributes.has(Attribute::textLength)) {
+        context_.tally.add("textLength");
+    }
+    places_.open(attributes, {viewport_, style.fontSize}, letters_);
+    levels_.push_back(std::move(level));
+}
+
+void TextReader::visit(pugi::xml_node node) {
+    bool foreign = false;
+    const Element element = context_.index.elementOf(node, foreign);
+    if (foreign) {
+        return;
+    }
+    if (element != Element::tspan && element != Element::a) {
+        if (const std::string_view kind = ignoredKind(element); !kind.empty()) {
+            context_.tally.add(kind);
+        }
+        return;
+    }
+    if (levels_.size() == deepestText) {
+        context_.tally.add("text nested too deeply");
+        return;
+    }
+    const Attributes attributes(node);
+    if (isCounted_) {
+        context_.expand(1 + attributes.cost());
+    }
+    const ComputedStyle style =
+        styleOf(node, attributes, levels_.back().style, viewport_, context_);
+    if (!style.displayed) {
+        context_.tally.add("hidden element");
+        return;
+    }
+    open(node, attributes, style);
+}
+
+/// The first family that is named; others of the machine may stand in for it.
+void TextReader::setFont(LetterLook& look, const ComputedStyle& style) {
+    const std::vector<FamilyName> families = parseFamilies(style.families);
+    FontFacts facts;
+    facts.family = genericName(GenericFamily::sansSerif);
+    if (!families.empty() && isPlainText(families[0].name) && !families[0].name.empty() &&
+        families[0].name.size() <= FontTable::longestFamily) {
+        const FamilyFace first = faceOfFamily(families[0].name);
+        facts.family = first.family;
+        look.face = first.face;
+        facts.isPageFont =
+            facts.family.starts_with(pageFamilyPrefix) && !FontTable::endsInNumber(facts.family);
+        look.face = facts.isPageFont ? look.face : 0;
+    }
+    if (families.size() > 1 && !families[1].isKeyword && isPlainText(families[1].name) &&
+        families[1].name.size() <= FontTable::longestFamily) {
+        facts.realFamily = families[1].name;
+    }
+    for (const GenericFamily generic :
+         {GenericFamily::sansSerif, GenericFamily::serif, GenericFamily::monospace}) {
+        if (!families.empty() && families.back().isKeyword &&
+            families.back().name == genericName(generic)) {
+            facts.generic = generic;
+        }
+    }
+    facts.weight = style.fontWeight;
+    facts.italic = style.italic;
+    look.font = context_.document.addFont(facts);
+}
+
+const LetterLook& TextReader::lookOf(Level& level) {
+    LetterLook& look = level.look;
+    if (level.looked) {
+        return look;
+    }
+    level.looked = true;
+    const ComputedStyle& style = level.style;
+    setFont(look, style);
+    look.size = style.fontSize;
+    look.spacing = style.letterSpacing;
+    look.wordSpacing = style.wordSpacing;
+    look.keepsBlanks = style.keepsBlanks;
+    if (!style.visible) {
+        context_.tally.add("hidden element"); // its letters keep their place
+        return look;
+    }
+    // The line's matrix holds what makes strokes uneven. Ours was of 16.16 numbers.
+    const RealMatrix& toArt = frame_.toArt;
+    const double stretch = meanStretch(context_.ours ? realMatrix(fixedMatrix(toArt)) : toArt);
+    look.style =
+        paintedStyle(style, Attributes(level.styled), {stretch, 0, 0, stretch, 0, 0}, context_);
+    paints_.paint(look.style, style, {frame_.toArt, box_, {viewport_, style.fontSize}});
+    return look;
+}
+
+/// Line ends and tabs are blanks; of several, where they are not kept, the first counts.
+void TextReader::readLetters(std::string_view text) {
+    if (isCounted_) {
+        context_.expand(static_cast<std::int64_t>(text.size()) / lettersOfAnElement);
+    }
+    while (!text.empty()) {
+        const Character character = decodeCharacter(text);
+        std::string_view letter = text.substr(0, std::max<std::size_t>(character.length, 1));
+        text.remove_prefix(letter.size());
+        const bool blank = character.length == 1 && isBlank(letter.front());
+        Level& level = levels_.back();
+        if (blank && afterBlank_ && !level.style.keepsBlanks) {
+            continue;
+        }
+        if (blank) {
+            letter = " ";
+        } else if (character.length == 0) {
+            letter = "\xEF\xBF\xBD";
+        } else if (!isTextCharacter(character.code)) {
+            continue;
+        }
+        afterBlank_ = blank && !level.style.keepsBlanks;
+        lines_.add(letter, blank, places_.of(letters_++), lookOf(level));
+    }
+}
+
+bool TextReader::read(pugi::xml_node text, const Attributes& attributes,
+                      const ComputedStyle& style) {
+    if (style.anchored) {
+        context_.tally.add("text-anchor"); // how wide letters are is not known
+    }
+    open(text, attributes, style);
+    box_ = roughBox(text, places_.of(0), style.fontSize);
+    while (!levels_.empty()) {
+        const pugi::xml_node node = levels_.back().next;
+        if (!node) {
+            places_.close();
+            levels_.pop_back();
+            continue;
+        }
+        levels_.back().next = node.next_sibling();
+        if (node.type() == pugi::node_element) {
+            visit(node);
+        } else if (node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata) {
+            readLetters(node.value());
+        }
+    }
+    return lines_.finish();
+}
+
+} // namespace corvane

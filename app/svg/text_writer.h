@@ -1,0 +1,28 @@
+// A text object as one `text` element.
+#pragma once
+
+#include "app/svg/art_source.h"
+#include "app/svg/paint_servers.h"
+#include "app/svg/path_data.h"
+#include "app/svg/sink.h"
+
+#include <cstdint>
+#include <string>
+
+namespace corvane {
+
+/// What an element of text needs from around it.
+struct TextPlace {
+    PageCorner corner;
+    SourceBase base;
+    std::uint32_t number = 1; ///< of the first run, among all shapes
+    std::string clip;         ///< reference to what clips the element; empty: nothing
+    bool hidden = false;      ///< nothing is to be seen of it
+};
+
+/// Writes the element of a text object that has runs; what they are painted with must have been
+/// written. Nothing is laid out: letters stand where the font sets them, and `dx` says what
+/// differs.
+void writeText(TextOutput&, const PaintServers&, Art text, const TextPlace&);
+
+} // namespace corvane
