@@ -78,13 +78,13 @@ TEST_F(PageFontTest, CodesOfSimpleFontsFindTheirGlyphs) {
         const char* shown;
         const char* shape;
     };
-    const std::string trueType = "/Subtype /TrueType ";
     const Row rows[] = {
         {"unicode.ttf", "/Encoding /WinAnsiEncoding", 'A', "A:600", "A"},
         {"unicode.ttf", "/Encoding << /Differences [1 /C] >>", 1, "C:700", "C"},
         {"unicode.ttf", "/Encoding << /Differences [1 /uni0042] >>", 1, "B:650", "B"},
         {"unicode.ttf", "/Encoding /MacRomanEncoding", '\x80', "Ä:700", "C"},
         {"unicode.ttf", "/Other 1", '\x80', "C:700", "C"},
+        {"unicode.ttf", "/Other 1", 'A', "A:600", "A"},
         {"symbol.ttf", "/Encoding /WinAnsiEncoding", 'B', "B:650", "B"},
         {"symbol.ttf", "/Other 1", 'B', "B:650", "B"},
         {"plain.pfa", "/Other 1", '\xC8', "B:650", "B"},
