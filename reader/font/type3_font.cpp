@@ -55,6 +55,10 @@ Type3Font::Type3Font(DocumentCache& cache, const Object& font, FontNames names)
             meaning.offer(toUnicode->text(code).value_or(U""));
         }
         meaning.offer(charactersOfName(name));
+        // Makers of bitmap fonts name glyphs as they please; codes are mostly ASCII.
+        if (glyph.isThere && code > ' ' && code < 0x7F) {
+            meaning.offer({code});
+        }
         glyph.text = toUtf8(meaning.textOr(code));
         if (glyph.isThere) {
             codes_.emplace(glyph.text, code);
