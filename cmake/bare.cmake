@@ -8,7 +8,7 @@ foreach(package GTest TIFF JPEG)
 endforeach()
 
 macro(corvane_refuse_package method name)
-    if(NOT "${name}" MATCHES "^(ZLIB|Fontconfig|Freetype|pugixml)$")
+    if(NOT "${name}" MATCHES "^(ZLIB|Freetype|pugixml)$")
         message(FATAL_ERROR "${name} is not among the packages that install-packages installs for ./run")
     endif()
 endmacro()

@@ -16,7 +16,6 @@ std::string textOf(FcPattern* pattern, const char* key, int place = 0) {
     return static_cast<const char*>(static_cast<const void*>(text));
 }
 
-/// Of a range, as variable fonts have, its first value would do: they are left out.
 int numberOf(FcPattern* pattern, const char* key, int otherwise) {
     int value = 0;
     return FcPatternGetInteger(pattern, key, 0, &value) == FcResultMatch ? value : otherwise;

@@ -27,7 +27,8 @@ struct InstalledFont {
 
 class InstalledFonts {
 public:
-    /// Lists the fonts, in the order of their paths.
+    /// Lists the fonts, in the order of their paths. Variable fonts are there as their named
+    /// instances.
     InstalledFonts();
 
     const std::vector<InstalledFont>& list() const { return list_; }

@@ -1,11 +1,14 @@
 #include "fonts/made_font.h"
 
 #include "tests/fonts/shapes.h"
+#include "tests/support/drawing.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <string>
 
 namespace corvane {
 namespace {
@@ -81,7 +84,9 @@ TEST(MadeFont, IsReadBack) {
     EXPECT_TRUE(program->outline(5).empty());
 }
 
-TEST(MadeFont, HoldsWhatIsExtreme) {
+/// Characters of many runs, so that a cmap of 16-bit lengths cannot hold all; and ligatures beyond
+/// one subtable.
+MadeFont extremeFont() {
     const double huge = std::numeric_limits<double>::infinity();
     MadeFont font;
     font.family = "\xFF\xC3";
@@ -95,7 +100,11 @@ TEST(MadeFont, HoldsWhatIsExtreme) {
         font.glyphs.push_back({{}, 0.5, {0x1000 + 2 * c}});
         font.glyphs.push_back({{}, 0.5, {U'A', 0x1000 + 2 * c, U'B'}});
     }
-    const auto program = FontProgram::open(writeMadeFont(font));
+    return font;
+}
+
+TEST(MadeFont, HoldsWhatIsExtreme) {
+    const auto program = FontProgram::open(writeMadeFont(extremeFont()));
     ASSERT_TRUE(program);
     const GlyphOutline outline = program->outline(1);
     ASSERT_EQ(outline.size(), 1U);
@@ -104,6 +113,25 @@ TEST(MadeFont, HoldsWhatIsExtreme) {
     EXPECT_EQ(program->advance(2), 0); // of the second glyph that means A
     EXPECT_EQ(program->byCharacter(0x1000 + 2 * 8999), 3U + 2 * 8999);
     EXPECT_TRUE(FontProgram::open(writeMadeFont({})));
+}
+
+/// Browsers refuse what OpenType Sanitizer refuses.
+TEST(MadeFont, IsTakenByBrowsers) {
+    if (!test::isInstalled("ots-sanitize")) {
+        GTEST_SKIP() << "needs ots-sanitize";
+    }
+    const test::TemporaryFolder folder;
+    for (const MadeFont& font : {MadeFont{}, smallFont(), extremeFont()}) {
+        const std::vector<std::byte> bytes = writeMadeFont(font);
+        std::string text(bytes.size(), '\0');
+        std::ranges::transform(bytes, text.begin(),
+                               [](std::byte byte) { return std::to_integer<char>(byte); });
+        test::Process sanitizer;
+        sanitizer.words = {"/usr/bin/env", "ots-sanitize", folder.add("made.otf", text),
+                           "/dev/null"};
+        const test::Outcome outcome = test::run(sanitizer);
+        EXPECT_EQ(outcome.status, 0) << outcome.errors;
+    }
 }
 
 } // namespace
