@@ -37,12 +37,13 @@ Choice trueTypeByCode(const FontProgram& program, std::uint8_t code) {
 }
 
 Choice trueTypeGlyph(const GlyphSource& source, std::uint8_t code) {
-    const std::string_view name = source.encoding->nameOf(code);
+    std::string_view name = source.encoding->nameOf(code);
     const bool codeFirst =
         !source.encoding->isGiven() || (source.isSymbolic && source.program->isSymbolic());
-    const auto byName = [&]() -> Choice {
-        return name.empty() ? std::nullopt : trueTypeByName(source, name);
-    };
+    if (name.empty()) {
+        name = glyphNameOf(StandardEncodingKind::standard, code);
+    }
+    const auto byName = [&] { return name.empty() ? Choice() : trueTypeByName(source, name); };
     if (codeFirst) {
         const Choice glyph = trueTypeByCode(*source.program, code);
         return glyph ? glyph : byName();

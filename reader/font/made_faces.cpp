@@ -10,7 +10,7 @@ namespace {
 constexpr std::size_t mostFaces = 16;
 
 /// Pairs of characters remembered; past it a new ligature goes into another face, met or not.
-constexpr std::size_t mostPairs = 1 << 16;
+constexpr std::size_t mostPairs = 1 << 14;
 
 std::uint64_t pairOf(char32_t first, char32_t second) {
     return std::uint64_t{first} << 32 | second;

@@ -53,7 +53,10 @@ public:
     /// string; nothing where no glyph of the font means it.
     virtual std::optional<std::string> encode(std::string_view character) const = 0;
 
-    /// Faces made so far; each is an OpenType file with the glyphs that were shown.
+    /// Faces made so far; each is an OpenType file with the glyphs that were shown. Face 0 has the
+    /// family of `facts` inside, face 1 the same with " 2" behind it, and so on. None where there
+    /// is no font program, or its maker does not permit it: `facts` says then that it is no page
+    /// font.
     virtual std::int32_t faceCount() const = 0;
     virtual std::vector<std::byte> makeFace(std::int32_t face) const = 0;
 };

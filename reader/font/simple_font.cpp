@@ -34,8 +34,6 @@ SimpleFont::SimpleFont(DocumentCache& cache, const Object& font, const Object& d
                          : standard && standard->isSymbol() ? StandardEncodingKind::symbol
                          : isTrueType                       ? StandardEncodingKind::winAnsi
                                                             : StandardEncodingKind::standard);
-    } else if (program()->kind() == ProgramKind::trueType && encoding_.isGiven()) {
-        encoding_.assume(StandardEncodingKind::standard);
     }
 }
 

@@ -8,7 +8,31 @@
 #include "reader/font/simple_encoding.h"
 #include "reader/font/widths.h"
 
+#include <bit>
+#include <cmath>
+
 namespace corvane {
+
+namespace {
+
+/// The number that a 16.16 number most likely stands for: 66/65536 was written as 0.001. Powers of
+/// two are taken as they are, others as the shortest decimal that rounds to them.
+double writtenNumber(double value) {
+    constexpr double one = 65'536;
+    const auto units = static_cast<std::uint32_t>(std::abs(value) * one);
+    if (std::has_single_bit(units)) {
+        return value;
+    }
+    for (double scale = 1; scale < 1e5; scale *= 10) {
+        const double rounded = std::round(value * scale) / scale;
+        if (std::abs(rounded - value) <= 0.5 / one) {
+            return rounded;
+        }
+    }
+    return value;
+}
+
+} // namespace
 
 Type3Font::Type3Font(DocumentCache& cache, const Object& font, FontNames names)
     : names_(std::move(names)) {
@@ -17,7 +41,7 @@ Type3Font::Type3Font(DocumentCache& cache, const Object& font, FontNames names)
     const auto toUnicode = readCMapEntry(cache, font, "ToUnicode");
     const ObjectOwner procedures = entryOf(cache, font, "CharProcs");
     const std::vector<double> matrix = numbersEntry(cache, font, "FontMatrix", 6);
-    const double scale = matrix.size() == 6 ? matrix[0] : 0.001;
+    const double scale = matrix.size() == 6 ? writtenNumber(matrix[0]) : 0.001;
     for (std::size_t i = 0; i < glyphs_.size(); ++i) {
         const auto code = static_cast<std::uint8_t>(i);
         Glyph& glyph = glyphs_[i];
@@ -31,6 +55,10 @@ Type3Font::Type3Font(DocumentCache& cache, const Object& font, FontNames names)
             meaning.offer(toUnicode->text(code).value_or(U""));
         }
         meaning.offer(charactersOfName(name));
+        // Makers of bitmap fonts name glyphs as they please; codes are mostly ASCII.
+        if (glyph.isThere && code > ' ' && code < 0x7F) {
+            meaning.offer({code});
+        }
         glyph.text = toUtf8(meaning.textOr(code));
         if (glyph.isThere) {
             codes_.emplace(glyph.text, code);

@@ -78,13 +78,13 @@ TEST_F(PageFontTest, CodesOfSimpleFontsFindTheirGlyphs) {
         const char* shown;
         const char* shape;
     };
-    const std::string trueType = "/Subtype /TrueType ";
     const Row rows[] = {
         {"unicode.ttf", "/Encoding /WinAnsiEncoding", 'A', "A:600", "A"},
         {"unicode.ttf", "/Encoding << /Differences [1 /C] >>", 1, "C:700", "C"},
         {"unicode.ttf", "/Encoding << /Differences [1 /uni0042] >>", 1, "B:650", "B"},
         {"unicode.ttf", "/Encoding /MacRomanEncoding", '\x80', "Ä:700", "C"},
         {"unicode.ttf", "/Other 1", '\x80', "C:700", "C"},
+        {"unicode.ttf", "/Other 1", 'A', "A:600", "A"},
         {"symbol.ttf", "/Encoding /WinAnsiEncoding", 'B', "B:650", "B"},
         {"symbol.ttf", "/Other 1", 'B', "B:650", "B"},
         {"plain.pfa", "/Other 1", '\xC8', "B:650", "B"},
@@ -182,12 +182,15 @@ TEST_F(PageFontTest, VerticalGlyphsHangFromTheLine) {
 
 TEST_F(PageFontTest, Type3GoesByItsMatrix) {
     read("/Subtype /Type3 /FontMatrix [0.01 0 0 0.01 0 0] /FirstChar 32 /Widths [30 60] "
-         "/CharProcs << /space 6 0 R /b 7 0 R >> /Encoding << /Differences [32 /space /b /c] >>");
-    EXPECT_EQ(shown(" !\""), " :300 b:600 c:0");
+         "/CharProcs << /space 6 0 R /b 7 0 R >> /Encoding << /Differences [32 /space /b /c 65 "
+         "/a65] >>");
+    EXPECT_EQ(shown(" !\"A"), " :300 b:600 c:0 \uE041:0");
     EXPECT_DOUBLE_EQ(font_->spaceAdvance(), 0.3);
     EXPECT_EQ(font_->encode("b"), "!");
     EXPECT_EQ(font_->encode("c"), std::nullopt) << "no procedure";
     EXPECT_EQ(font_->faceCount(), 0);
+    read("/Subtype /Type3 /CharProcs << /a65 6 0 R >> /Encoding << /Differences [65 /a65] >>");
+    EXPECT_EQ(shown("A"), "A:0") << "a name that says nothing";
 }
 
 double rightEdge(const PageFont& font, char32_t character) {
