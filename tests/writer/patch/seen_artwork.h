@@ -88,7 +88,7 @@ private:
         }
         for (Art art = document_.lastChild(container); art != Art::null;
              art = document_.previousSibling(art)) {
-            if (isClip && art == first) {
+            if ((isClip && art == first) || document_.kind(art) == ArtKind::text) {
                 continue;
             }
             document_.kind(art) == ArtKind::group ? list(art) : add(art);
