@@ -52,7 +52,9 @@ void errorDialog(Exception code) {
     const NotedReason noted = takeReason();
     if (DialogFront* const front = dialogFront()) {
         const auto number = static_cast<std::int32_t>(code);
-        const bool isExplained = code == Exception::crossReference && noted.reason != Reason::none;
+        const bool isExplained =
+            noted.reason != Reason::none &&
+            (code == Exception::crossReference || code == Exception::unpatchable);
         front->showError(number,
                          isExplained ? reasonSentence(noted) : listEntry(exceptionTexts, number));
     }

@@ -49,7 +49,7 @@ std::vector<Table> tablesOf(const MadeFont& font) {
     add("hhea", hheaTable(measures, order.glyphs));
     add("hmtx", hmtxTable(order.glyphs));
     add("maxp", maxpTable(order.glyphs.size()));
-    add("name", nameTable(font.family));
+    add("name", nameTable(font));
     add("post", postTable());
     for (Table& table : tables) {
         table.length = table.content.size();

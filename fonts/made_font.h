@@ -4,6 +4,7 @@
 #include "fonts/outline.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -18,7 +19,11 @@ struct MadeGlyph {
 };
 
 struct MadeFont {
-    std::string family; ///< UTF-8; style name Regular
+    std::string family; ///< UTF-8
+    /// What styles that ask for this font say too: a font that denies it would be made bold or
+    /// slanted once more.
+    std::int32_t weight = 400; ///< 100 to 900
+    bool italic = false;
     double ascent = 0.8;
     double descent = 0.2; ///< below the baseline, positive
     std::vector<MadeGlyph> glyphs;

@@ -46,4 +46,9 @@ struct GlyphOrder {
 };
 GlyphOrder orderGlyphs(const MadeFont& font);
 
+/// Whether the font counts as bold where there are only two weights.
+inline bool isBold(const MadeFont& font) {
+    return font.weight >= 600;
+}
+
 } // namespace corvane

@@ -15,6 +15,9 @@ std::uint32_t low16(std::int32_t value) {
 
 FontMeasures measure(const MadeFont& font, const GlyphOrder& order) {
     FontMeasures measures;
+    measures.weight = std::clamp(font.weight, 1, 1000);
+    measures.isBold = isBold(font);
+    measures.isItalic = font.italic;
     measures.ascent = unitsOf(font.ascent, longest);
     measures.descent = unitsOf(font.descent, longest);
     std::int64_t sum = 0;
@@ -50,7 +53,8 @@ TableBytes headTable(const FontMeasures& measures) {
         table.u32(half);
     }
     table.all16({low16(box.left), low16(box.bottom), low16(box.right), low16(box.top)});
-    table.all16({0, 8, 2, 0, 0}); // style, smallest size, direction, formats
+    const std::uint32_t style = (measures.isBold ? 1U : 0U) | (measures.isItalic ? 2U : 0U);
+    table.all16({style, 8, 2, 0, 0}); // smallest size, direction, formats
     return table;
 }
 
@@ -88,8 +92,8 @@ TableBytes maxpTable(std::size_t glyphs) {
 TableBytes os2Table(const FontMeasures& measures) {
     constexpr std::uint32_t tenth = madeUnits / 10;
     TableBytes table;
-    // Weight 400, width 5, any embedding.
-    table.all16({4, low16(measures.meanAdvance), 400, 5, 0});
+    // Width 5, any embedding.
+    table.all16({4, low16(measures.meanAdvance), low16(measures.weight), 5, 0});
     // Subscripts and superscripts: sizes and shifts; strikeout.
     table.all16({6 * tenth, 6 * tenth, 0, tenth, 6 * tenth, 6 * tenth, 0, 3 * tenth});
     table.all16({tenth / 2, 3 * tenth, 0});
@@ -98,8 +102,9 @@ TableBytes os2Table(const FontMeasures& measures) {
     }
     table.text("NONE");
     constexpr std::uint32_t regular = 0x40;
-    table.all16({regular, measures.firstCharacter, measures.lastCharacter, low16(measures.ascent),
-                 low16(-measures.descent), 0});
+    const std::uint32_t style = (measures.isBold ? 0x20U : 0U) | (measures.isItalic ? 1U : 0U);
+    table.all16({style == 0 ? regular : style, measures.firstCharacter, measures.lastCharacter,
+                 low16(measures.ascent), low16(-measures.descent), 0});
     // Windows cuts off what is beyond.
     table.all16({low16(std::max({0, measures.ascent, measures.box.top})),
                  low16(std::max({0, measures.descent, -measures.box.bottom}))});

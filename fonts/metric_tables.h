@@ -17,6 +17,9 @@ struct FontMeasures {
     std::uint32_t firstCharacter = 0; ///< 0xFFFF for those beyond
     std::uint32_t lastCharacter = 0;
     std::uint32_t context = 1; ///< characters of the longest ligature
+    std::int32_t weight = 400;
+    bool isBold = false;
+    bool isItalic = false;
 };
 FontMeasures measure(const MadeFont& font, const GlyphOrder& order);
 

@@ -1,5 +1,7 @@
 #include "fonts/name_table.h"
 
+#include "fonts/made_glyphs.h"
+
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -63,12 +65,18 @@ std::string postScriptName(std::string_view family) {
     return name.empty() ? "Made" : name;
 }
 
-TableBytes nameTable(std::string_view family) {
+TableBytes nameTable(const MadeFont& font) {
+    const std::string& family = font.family;
     const std::string postScript = postScriptName(family);
+    const bool bold = isBold(font);
+    const std::string_view style = bold && font.italic ? "Bold Italic"
+                                   : bold              ? "Bold"
+                                   : font.italic       ? "Italic"
+                                                       : "Regular";
     // Family, style, identity, full name, version, PostScript name.
     const std::array<std::pair<std::uint32_t, TableBytes>, 6> names = {{
         {1, utf16(family)},
-        {2, utf16("Regular")},
+        {2, utf16(style)},
         {3, utf16(postScript)},
         {4, utf16(family)},
         {5, utf16("Version 1.0")},

@@ -1,6 +1,7 @@
 // The table "name" of a made font.
 #pragma once
 
+#include "fonts/made_font.h"
 #include "fonts/table_bytes.h"
 
 #include <string>
@@ -12,6 +13,6 @@ namespace corvane {
 std::string postScriptName(std::string_view family);
 
 /// Bytes that are no UTF-8 become question marks.
-TableBytes nameTable(std::string_view family);
+TableBytes nameTable(const MadeFont& font);
 
 } // namespace corvane

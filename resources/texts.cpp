@@ -64,8 +64,8 @@ constexpr std::array<std::string_view, 33> exceptions = {
     "it as broken; if that does not matter, say --force",
 };
 
-/// Why a file cannot be read, by reason.
-constexpr std::array<std::string_view, 5> reasons = {
+/// Why a file cannot be read or a page not saved, by reason.
+constexpr std::array<std::string_view, 7> reasons = {
     /* 1 */ "the file is encrypted and needs a password; give it with --password-file",
     /* 2 */ "that is not a password of this encrypted file; check it and try again",
     /* 3 */
@@ -77,6 +77,13 @@ constexpr std::array<std::string_view, 5> reasons = {
     /* 5 */
     "what the file says of its encryption is damaged; repair it with another PDF program and try "
     "again",
+    /* 6 */
+    "the page's font does not have the letter %; use letters that the text had, or another font of "
+    "the page",
+    /* 7 */
+    "there is new text in a font that the page does not have; give it a font of the page, or turn "
+    "it "
+    "into paths in your editor",
 };
 
 constexpr std::array<std::string_view, 20> readWarnings = {

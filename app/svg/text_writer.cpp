@@ -1,5 +1,7 @@
 #include "app/svg/text_writer.h"
 
+#include "app/artwork/characters.h"
+
 #include "app/artwork/geometry.h"
 #include "app/svg/font_names.h"
 #include "app/svg/markup.h"
@@ -59,6 +61,7 @@ private:
     double stretch_; ///< of the line's matrix
     Shared shared_;
     bool needsBlanks_ = false;
+    bool isRightToLeft_ = false;
     Fixed rise_ = 0; ///< of the run before
 };
 
@@ -72,6 +75,32 @@ bool losesBlanks(std::string_view text, bool& afterBlank) {
     return loses;
 }
 
+/// Whether letters of scripts that run from the right are in the text.
+bool holdsRightToLeft(std::string_view text) {
+    while (!text.empty()) {
+        const Character character = decodeCharacter(text);
+        const char32_t c = character.code;
+        text.remove_prefix(std::max<std::size_t>(character.length, 1));
+        if ((c >= 0x590 && c <= 0x8FF) || (c >= 0xFB1D && c <= 0xFDFF) ||
+            (c >= 0xFE70 && c <= 0xFEFC) || (c >= 0x10800 && c <= 0x10FFF) ||
+            (c >= 0x1E800 && c <= 0x1EFFF)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Whether a blank stands where one element of the text ends and another begins: some programs drop
+/// those.
+bool bordersOnBlank(const TextRun& run, bool isAlone) {
+    const auto isBlank = [&](std::size_t place) { return run.text[place] == ' '; };
+    return (!isAlone && (isBlank(0) || isBlank(run.text.size() - 1))) ||
+           std::ranges::any_of(run.pieces, [&](const TextPiece& piece) {
+               const auto place = static_cast<std::size_t>(piece.start);
+               return place != 0 && (isBlank(place - 1) || isBlank(place));
+           });
+}
+
 void TextWriter::findShared() {
     const TextRun first = document_.textRun(text_, 0);
     bool afterBlank = true;
@@ -81,7 +110,9 @@ void TextWriter::findShared() {
         shared_.size = shared_.size && run.size == first.size;
         shared_.spacing = shared_.spacing && run.spacing == first.spacing;
         shared_.style = shared_.style && run.style == first.style;
-        needsBlanks_ = losesBlanks(run.text, afterBlank) || needsBlanks_;
+        needsBlanks_ =
+            losesBlanks(run.text, afterBlank) || bordersOnBlank(run, count_ == 1) || needsBlanks_;
+        isRightToLeft_ = isRightToLeft_ || holdsRightToLeft(run.text);
     }
     needsBlanks_ = needsBlanks_ || afterBlank;
 }
@@ -223,6 +254,11 @@ void TextWriter::write() {
     }
     if (needsBlanks_) {
         writePlainAttribute(out_, "xml:space", "preserve");
+    }
+    if (isRightToLeft_) {
+        // Letters stand in the order in which the page shows them.
+        writePlainAttribute(out_, "direction", "ltr");
+        writePlainAttribute(out_, "unicode-bidi", "bidi-override");
     }
     writeAttributes(first, shared_);
     out_.text(">");

@@ -133,7 +133,18 @@ std::string plainName(std::string_view name) {
     while (plain.ends_with(' ')) {
         plain.pop_back();
     }
-    return plain.empty() ? "Font" : plain;
+    if (plain.empty()) {
+        return "Font";
+    }
+    // A number behind a blank would be that of a face.
+    const std::size_t last = plain.find_last_not_of("0123456789");
+    if (last == std::string::npos) {
+        return "Font-" + plain;
+    }
+    if (plain[last] == ' ' && last + 1 < plain.size()) {
+        plain[last] = '-';
+    }
+    return plain;
 }
 
 void feed(Digest& digest, std::string_view text) {

@@ -180,6 +180,8 @@ std::vector<std::byte> ProgramFont::makeFace(std::int32_t face) const {
     }
     MadeFont made;
     made.family = names_.family + (face > 0 ? " " + std::to_string(face + 1) : "");
+    made.weight = names_.weight;
+    made.italic = names_.italic;
     if (program()->ascent() > 0) {
         made.ascent = program()->ascent();
         made.descent = std::max(0.0, program()->descent());
