@@ -22,7 +22,7 @@ void tellDocument(DocumentCache& cache) {
     }
     // Of a file that was repaired, no section is known.
     const auto sections = static_cast<std::int32_t>(cache.sectionOffsets.size());
-    extension->documentFacts(extension->context, {.pages = countCache(cache),
+    extension->documentFacts(extension->context, {.pages = statedCount(cache),
                                                   .objects = countReference(*cache.references),
                                                   .updates = std::max(sections - 1, 0),
                                                   .length = cache.wholeLength,

@@ -27,6 +27,10 @@ inline constexpr std::int32_t objectNumber = 8'388'607;
 /// Nodes from the root of the page tree to a page; balanced trees of any size stay below 20.
 inline constexpr std::int32_t pageTreeDepth = 256;
 
+/// Pages looked at to tell whether the one that is saved has several places: a few milliseconds'
+/// work. Such files are made by hand or by mistake, and short.
+inline constexpr std::int32_t comparedPages = 1000;
+
 /// Bytes of objects read, beyond four times the file: objects may be read again, but not without
 /// end.
 inline constexpr std::int64_t rereadBytes = 64 << 20;
