@@ -17,6 +17,7 @@ there already is kept.
     archive-1000000       that many objects, a page for every ten of them: 300 MB
     archive-streams-1000000
                           the same objects in object streams, with a cross-reference stream
+    small-2000            a folder of that many files of one page: maps of 20 paths and more
 
 Content is not compressed and the cross-reference is the classic table, so that what is measured is
 reading and not inflating. The exception is the last one, whose object streams and cross-reference
@@ -40,6 +41,7 @@ STANDARD = [
     "flat-pages-50000",
     "archive-1000000",
     "archive-streams-1000000",
+    "small-2000",
 ]
 SEGMENTS_PER_PATH = 10
 TREE_FANOUT = 16
@@ -359,9 +361,22 @@ KINDS = {
 }
 
 
+def make_small(folder, count):
+    """Returns FOLDER/small-COUNT, full of files."""
+    path = os.path.join(folder, f"small-{count}")
+    os.makedirs(path, exist_ok=True)
+    for number in range(1, count + 1):
+        file = os.path.join(path, f"{number:06}.pdf")
+        if not os.path.exists(file):
+            write_pdf(file, make_map(20 + number % 50))
+    return path
+
+
 def make(folder, name):
-    """Makes FOLDER/NAME.pdf unless it is there; returns its path."""
+    """Makes FOLDER/NAME.pdf unless it is there, or the folder of small files; returns its path."""
     kind, _, size = name.rpartition("-")
+    if kind == "small" and size.isdigit():
+        return make_small(folder, int(size))
     if kind not in KINDS or not size.isdigit() or int(size) < 1:
         raise ValueError(f"{name}: not one of {', '.join(f'{k}-N' for k in KINDS)}")
     os.makedirs(folder, exist_ok=True)

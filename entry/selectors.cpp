@@ -34,7 +34,7 @@ std::uint32_t quietCheck(const ParameterBlock& block) {
 
 void usePage(DocumentSession& session) {
     if (hostNamesPage()) {
-        tellDocument(session.cache());
+        tellDocument(session.cache(), CountObjects::no);
         selectPage(session.cache(), session.page());
     }
     pageCache(session.cache(), session.page());
@@ -72,7 +72,7 @@ std::uint32_t prepare(ParameterBlock& block) {
         return result;
     }
     DocumentSession session(block, PageReach::wanted);
-    tellDocument(session.cache());
+    tellDocument(session.cache(), CountObjects::no);
     std::int32_t page = session.page();
     if (!selectPage(session.cache(), page)) {
         failException(Exception::cancelled);
@@ -124,7 +124,7 @@ std::uint32_t check(const ParameterBlock& block) {
 
 std::uint32_t info(ParameterBlock& block) {
     DocumentSession session(block);
-    tellDocument(session.cache());
+    tellDocument(session.cache(), CountObjects::yes);
     tellPages(session.cache());
     session.close();
     return 0;
@@ -132,7 +132,7 @@ std::uint32_t info(ParameterBlock& block) {
 
 std::uint32_t diagnose(ParameterBlock& block) {
     DocumentSession session(block);
-    tellDocument(session.cache());
+    tellDocument(session.cache(), CountObjects::yes);
     session.close();
     return 0;
 }

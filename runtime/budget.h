@@ -47,6 +47,10 @@ inline constexpr std::int64_t keptObjectStreams = 64 << 20;
 /// can be, a second or two of work. A small file can unpack to more.
 inline constexpr std::int64_t streamedEntries = 4 * std::int64_t{objectNumber};
 
+/// Bytes of a cross-reference stream that is kept, to take entries from when they are needed: two
+/// million entries of a usual one. More are entered at once, which takes three times the memory.
+inline constexpr std::int64_t keptRows = 16 << 20;
+
 /// Bytes of a password: 127 count at most, and the text of one may be longer before it is encoded.
 inline constexpr std::size_t passwordBytes = 512;
 

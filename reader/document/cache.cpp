@@ -7,6 +7,7 @@
 #include "reader/content/interpreter.h"
 #include "reader/crypt/encryption.h"
 #include "reader/crypt/open_encryption.h"
+#include "reader/document/deferred_entries.h"
 #include "reader/document/locate.h"
 #include "reader/document/repair.h"
 #include "reader/document/unfinished.h"
@@ -70,6 +71,7 @@ void forgetReferences(DocumentCache& cache) {
     cache.pages.clear();
     cache.pageWalk.reset();
     cache.pagesWalked = false;
+    cache.deferred.reset();
     cache.references = openReference();
     cache.objectStreams.clear();
     cache.freed.clear();

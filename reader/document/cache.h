@@ -24,6 +24,7 @@ namespace corvane {
 
 class TokenFilter;
 class Encryption;
+class DeferredEntries;
 class PageWalk;
 struct Interpreter;
 struct SyntaxKeywords;
@@ -70,6 +71,7 @@ struct DocumentCache {
     std::string version; ///< of the header: "1.4"
 
     ReferenceTableOwner references;
+    std::unique_ptr<DeferredEntries> deferred; ///< of `references`; null: none yet
     ObjectStreams objectStreams;
     KeyIndexes keyIndexes; ///< of large dictionaries that were looked into
     ReadingWork work;
