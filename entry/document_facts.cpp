@@ -16,18 +16,20 @@ constexpr std::int32_t pagesPerCheck = 256;
 
 } // namespace
 
-void tellDocument(DocumentCache& cache) {
+void tellDocument(DocumentCache& cache, CountObjects count) {
     const auto extension = knownExtension();
     if (!extension || extension->documentFacts == nullptr) {
         return;
     }
     // Of a file that was repaired, no section is known.
     const auto sections = static_cast<std::int32_t>(cache.sectionOffsets.size());
-    extension->documentFacts(extension->context, {.pages = countCache(cache),
-                                                  .objects = countReference(*cache.references),
-                                                  .updates = std::max(sections - 1, 0),
-                                                  .length = cache.wholeLength,
-                                                  .version = cache.version});
+    const bool counts = count == CountObjects::yes;
+    extension->documentFacts(extension->context,
+                             {.pages = statedCount(cache),
+                              .objects = counts ? countReference(*cache.references) : 0,
+                              .updates = std::max(sections - 1, 0),
+                              .length = cache.wholeLength,
+                              .version = cache.version});
 }
 
 void tellSignatures(DocumentCache& cache) {

@@ -32,9 +32,12 @@ std::uint32_t quietCheck(const ParameterBlock& block) {
     return result;
 }
 
-void readPage(DocumentSession& session) {
+void usePage(DocumentSession& session) {
+    if (hostNamesPage()) {
+        tellDocument(session.cache(), CountObjects::no);
+        selectPage(session.cache(), session.page());
+    }
     pageCache(session.cache(), session.page());
-    readCache(session.cache());
 }
 
 /// False where the person wants to stop.
@@ -62,8 +65,14 @@ std::uint32_t prepare(ParameterBlock& block) {
     if (result == resultNotFormat) {
         failException(Exception::notPdf);
     }
-    DocumentSession session(block);
-    tellDocument(session.cache());
+    if (hostNamesPage()) {
+        // There is nobody to ask, and to open the file twice would cost twice as much: whether it
+        // has the page is found when it is used.
+        keepNamedPage(block);
+        return result;
+    }
+    DocumentSession session(block, PageReach::wanted);
+    tellDocument(session.cache(), CountObjects::no);
     std::int32_t page = session.page();
     if (!selectPage(session.cache(), page)) {
         failException(Exception::cancelled);
@@ -75,11 +84,12 @@ std::uint32_t prepare(ParameterBlock& block) {
 
 std::uint32_t go(ParameterBlock& block) {
     std::uint32_t result = quietCheck(block);
-    DocumentSession session(block);
+    DocumentSession session(block, PageReach::wanted);
     if (block.action == Action::read) {
-        readPage(session);
+        usePage(session);
+        readCache(session.cache());
     } else if (block.action == Action::write) {
-        pageCache(session.cache(), session.page());
+        usePage(session);
         writeCache(session.cache());
     }
     bool goesOn = true;
@@ -98,8 +108,8 @@ std::uint32_t go(ParameterBlock& block) {
 
 std::uint32_t trial(ParameterBlock& block) {
     std::uint32_t result = quietCheck(block);
-    DocumentSession session(block);
-    pageCache(session.cache(), session.page());
+    DocumentSession session(block, PageReach::wanted);
+    usePage(session);
     tryCache(session.cache());
     if (!showWarnings(block)) {
         result = resultStopped;
@@ -114,7 +124,7 @@ std::uint32_t check(const ParameterBlock& block) {
 
 std::uint32_t info(ParameterBlock& block) {
     DocumentSession session(block);
-    tellDocument(session.cache());
+    tellDocument(session.cache(), CountObjects::yes);
     tellSignatures(session.cache());
     tellPages(session.cache());
     session.close();
@@ -123,7 +133,7 @@ std::uint32_t info(ParameterBlock& block) {
 
 std::uint32_t diagnose(ParameterBlock& block) {
     DocumentSession session(block);
-    tellDocument(session.cache());
+    tellDocument(session.cache(), CountObjects::yes);
     session.close();
     return 0;
 }

@@ -40,10 +40,11 @@ struct PageFacts {
     double userUnit = 1.0;
 };
 
-/// Facts of the whole file, by selector `info`, before the first page's.
+/// Facts of the whole file: by selector `info`, before the first page's, and before a page is
+/// opened or saved.
 struct DocumentFacts {
-    std::int32_t pages = 0;
-    std::int32_t objects = 0; ///< in use, by the cross-reference
+    std::int32_t pages = 0;   ///< when a page is opened or saved: as the file says, not counted
+    std::int32_t objects = 0; ///< in use, by the cross-reference; 0: not counted
     std::int32_t updates = 0; ///< sections appended after the first
     std::int64_t length = 0;  ///< bytes
     std::string_view version; ///< of the header: "1.4"

@@ -1,6 +1,7 @@
 #include "reader/document/revisions.h"
 
 #include "filters/character.h"
+#include "reader/document/deferred_entries.h"
 #include "reader/document/locate.h"
 #include "reader/document/update_mark.h"
 #include "reader/syntax/file_bytes.h"
@@ -116,6 +117,7 @@ SectionScope::~SectionScope() {
 
 void SectionScope::exchange() noexcept {
     std::swap(cache_.references, references_);
+    std::swap(cache_.deferred, deferred_);
     std::swap(cache_.trailer, trailer_);
     std::swap(cache_.freed, freed_);
 }

@@ -37,6 +37,7 @@ private:
 
     DocumentCache& cache_;
     ReferenceTableOwner references_;
+    std::unique_ptr<DeferredEntries> deferred_;
     ObjectOwner trailer_;
     std::vector<bool> freed_;
     SectionFacts facts_;

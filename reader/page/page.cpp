@@ -1,4 +1,5 @@
 // The page in use: its dictionary and what it inherits.
+#include "objects/identity.h"
 #include "reader/page/page_tree.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
@@ -70,7 +71,8 @@ ObjectOwner pageDictionary(DocumentCache& cache, const PageEntry& entry) {
 
 void usePage(DocumentCache& cache, std::int32_t number, bool withResources) {
     forgetPage(cache);
-    if (number < 1 || number > countCache(cache)) {
+    walkPages(cache, number);
+    if (number < 1 || number > std::ssize(cache.pages)) {
         failException(Exception::underflow);
     }
     cache.page = pageDictionary(cache, cache.pages[static_cast<std::size_t>(number - 1)]);
@@ -97,8 +99,41 @@ std::int32_t countCache(DocumentCache& cache) {
     return static_cast<std::int32_t>(cache.pages.size());
 }
 
+std::int32_t statedCount(DocumentCache& cache) {
+    if (!rules().skipsDamagedKids) {
+        return countCache(cache);
+    }
+    std::int32_t stated = 0;
+    if (!cache.pagesWalked) {
+        attempted([&] {
+            const ObjectOwner catalog = lookupObject(cache, cache.trailer.get(), "Root");
+            const ObjectOwner root = lookupObject(cache, catalog.get(), "Pages");
+            stated = integerObject(lookupObject(cache, root.get(), "Count").get());
+        });
+    }
+    // Every page but a repeated one is an object. One page is soon counted, and more are not
+    // missed.
+    const bool canBe = stated > 1 && stated >= std::ssize(cache.pages) && stated < lastIdentity();
+    if (canBe) {
+        return stated;
+    }
+    // Damage behind the pages that are wanted does not matter here.
+    attempted([&] { walkPages(cache); });
+    return static_cast<std::int32_t>(cache.pages.size());
+}
+
+std::int32_t placesCache(DocumentCache& cache) {
+    if (!rules().skipsDamagedKids) {
+        walkPages(cache);
+    } else {
+        attempted([&] { walkPages(cache, budget::comparedPages); });
+    }
+    const std::int32_t number = cache.pages[static_cast<std::size_t>(cache.pageNumber - 1)].number;
+    return static_cast<std::int32_t>(std::ranges::count(cache.pages, number, &PageEntry::number));
+}
+
 void pageCache(DocumentCache& cache, std::int32_t number) {
-    walkPages(cache);
+    walkPages(cache, number);
     flushReference(*cache.references);
     usePage(cache, number, true);
 }

@@ -17,7 +17,6 @@
 #include "writer/update/update_file.h"
 #include "writer/update/update_filter.h"
 
-#include <algorithm>
 #include <optional>
 
 namespace corvane {
@@ -150,11 +149,10 @@ std::int32_t writeUpdate(DocumentCache& cache, UpdatePlan& plan, SavedFacts& fac
     return section;
 }
 
-SavedFacts savedFacts(const DocumentCache& cache, const UpdatePlan& plan) {
+SavedFacts savedFacts(DocumentCache& cache, const UpdatePlan& plan) {
     SavedFacts facts;
     facts.page = plan.facts;
-    facts.places = static_cast<std::int32_t>(
-        std::ranges::count(cache.pages, facts.page.objectNumber, &PageEntry::number));
+    facts.places = placesCache(cache);
     facts.formerLength = cache.fileLength;
     facts.isPatched = plan.patch.has_value();
     facts.isNothing = isNothing(plan);

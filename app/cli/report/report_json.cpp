@@ -157,7 +157,9 @@ void addFile(JsonWriter& json, const FileFacts& file) {
     json.name("version").text(file.version);
     json.name("length").integer(file.facts.length);
     json.name("pageCount").integer(file.facts.pages);
-    json.name("objects").integer(file.facts.objects);
+    if (file.facts.objects > 0) {
+        json.name("objects").integer(file.facts.objects);
+    }
     json.name("updates").integer(file.facts.updates);
 }
 

@@ -131,6 +131,67 @@ TEST_F(PageTest, ManyPagesTakeNoTimeAndNoMemory) {
     EXPECT_LT(zoneBytesInUse() - before, 4 << 20);
 }
 
+/// Pages 11 to 16, three of them below each of two nodes; `last` is the entry behind them.
+PdfBuilder sixPages(const std::string& count, const std::string& last = "") {
+    PdfBuilder file;
+    file.object(1, "<</Pages 2 0 R>>")
+        .object(2, "<</Kids[3 0 R 4 0 R " + last + "]" + count + ">>")
+        .object(3, "<</Kids[11 0 R 12 0 R 13 0 R]/Count 0/Parent 2 0 R>>")
+        .object(4, "<</Kids[14 0 R 15 0 R 16 0 R]/Count 90/Parent 2 0 R>>");
+    for (int page = 11; page <= 16; ++page) {
+        file.object(page, "<</Parent 2 0 R" + box(page) + ">>");
+    }
+    return file;
+}
+
+TEST_F(PageTest, TheTreeIsWalkedAsFarAsThePage) {
+    DocumentCache& cache = open(sixPages("/Count 6").bytes(), 2);
+    EXPECT_EQ(cache.pages.size(), 2U);
+    EXPECT_EQ(statedCount(cache), 6);
+    for (const std::int32_t page : {4, 1, 6}) {
+        pageCache(cache, page);
+        EXPECT_EQ(mediaCache(cache).left, 10 + page);
+        EXPECT_EQ(std::ssize(cache.pages), std::max(page, 4));
+    }
+    EXPECT_EQ(raisedBy([&] { pageCache(cache, 7); }), Exception::underflow);
+    EXPECT_EQ(countCache(cache), 6);
+}
+
+TEST_F(PageTest, DamageBehindThePageDoesNotRefuseIt) {
+    const std::string loop = sixPages("/Count 5", "2 0 R").bytes();
+    DocumentCache& cache = open(loop, 5);
+    EXPECT_FALSE(cache.repaired);
+    pageCache(cache, 5);
+    for (int time = 0; time < 2; ++time) {
+        EXPECT_EQ(raisedBy([&] { countCache(cache); }), Exception::structure);
+        EXPECT_EQ(std::ssize(cache.pages), 6);
+    }
+    EXPECT_EQ(mediaCache(cache).left, 15);
+    EXPECT_EQ(statedCount(cache), 6);
+    EXPECT_EQ(placesCache(cache), 1);
+    EXPECT_NE(opening(loop), Exception::none) << "where all are wanted";
+}
+
+TEST_F(PageTest, TheCountThatIsShown) {
+    for (const auto& [count, shown] :
+         std::vector<std::pair<std::string, int>>{{"/Count 5", 5},
+                                                  {"/Count 9", 9},
+                                                  {"/Count 3", 6},
+                                                  {"/Count 1", 6},
+                                                  {"/Count 0", 6},
+                                                  {"/Count -2", 6},
+                                                  {"/Count 2147483647", 6},
+                                                  {"/Count(6)", 6},
+                                                  {"/Count 2 0 R", 6},
+                                                  {"", 6}}) {
+        EXPECT_EQ(statedCount(open(sixPages(count).bytes(), 4)), shown) << count;
+        EXPECT_EQ(statedCount(open(sixPages(count))), 6) << count;
+        selectRules(Profile::original);
+        EXPECT_EQ(statedCount(open(sixPages(count).bytes(), 4)), 6) << count;
+        selectRules(Profile::extended);
+    }
+}
+
 TEST_F(PageTest, TheNearestNodeWins) {
     PdfBuilder file;
     file.object(1, "<</Pages 2 0 R>>")
