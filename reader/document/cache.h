@@ -10,6 +10,7 @@
 #include "host/extension.h"
 #include "objects/object.h"
 #include "objects/reference.h"
+#include "reader/document/mending.h"
 #include "reader/syntax/key_index.h"
 #include "reader/syntax/keyword_table.h"
 #include "reader/syntax/object_stream.h"
@@ -77,6 +78,7 @@ struct DocumentCache {
     std::vector<std::int32_t> sectionOffsets; ///< of the cross-reference, the newest first
     bool continuesStream = false;             ///< the newest section is a stream
     bool repaired = false; ///< objects were found by searching, not by the cross-reference
+    Mending mends;
 
     ObjectOwner trailer;
     std::unique_ptr<Encryption> encryption; ///< null where the file is not encrypted

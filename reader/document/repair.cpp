@@ -222,6 +222,7 @@ void openFoundEncryption(DocumentCache& cache, const Weighed& weighed) {
 void repairCache(DocumentCache& cache) {
     raiseWarning(Warning::repaired);
     cache.repaired = true;
+    cache.mends.note(Mend::crossReference);
     const Weighed weighed = weighMentions(cache, searchFile(cache));
     openFoundEncryption(cache, weighed);
     for (const Mention& stream : weighed.objectStreams) {

@@ -20,9 +20,8 @@ bool isComplete(std::int32_t depth) {
            typeObject(indexStack(1)) == ObjectType::integer;
 }
 
-/// Takes what stands before the head of another object, or before the end of the data, for the
-/// whole object: readers accept files without "endobj", and objects without a value, which are
-/// null.
+/// Takes what is on the stack for the whole object; one without a value is null, as readers have
+/// it.
 void completeObject(DocumentCache& cache, std::int32_t depth) {
     if (countStack() == depth + 2) {
         nullOperator(cache);
@@ -30,6 +29,13 @@ void completeObject(DocumentCache& cache, std::int32_t depth) {
     if (!rules().toleratesMissingEnd || !isComplete(depth)) {
         failException(Exception::structure);
     }
+}
+
+/// The same before the head of another object, before the end of the data or before a word that
+/// means nothing: readers accept files without "endobj".
+void completeWithoutEnd(DocumentCache& cache, std::int32_t depth) {
+    completeObject(cache, depth);
+    cache.mends.note(Mend::objectEnd, integerObject(indexStack(2)));
 }
 
 /// Reads tokens until number, generation and object are on the stack.
@@ -45,13 +51,13 @@ void readIndirect(DocumentCache& cache, TokenFilter& tokens) {
         const Keyword* const keyword =
             type == TokenType::end ? nullptr : objectKeywords().find(tokens.bytes());
         if (keyword == nullptr) {
-            return completeObject(cache, depth);
+            return completeWithoutEnd(cache, depth);
         }
         const bool isHead = keyword->handler == objOperator;
         if (isHead && begun) {
             checkStack("ii");
             clearStack(countStack() - 2);
-            return completeObject(cache, depth);
+            return completeWithoutEnd(cache, depth);
         }
         begun = begun || isHead;
         if (keyword->handler == endobjOperator && rules().toleratesMissingEnd) {
