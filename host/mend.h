@@ -17,11 +17,12 @@ enum class Mend : std::int32_t {
     pageNode = 4,       ///< a node of the page tree is no node and no page, or leads back
     streamLength = 5,   ///< Length is missing or wrong
     objectEnd = 6,      ///< "endobj" is missing
-    number = 7,         ///< written as no number may be: "--5", "1.2.3"
-    dictionary = 8,     ///< a word that means nothing, a key that is no name, or no end
+    syntax = 7,         ///< words that mean nothing, keys that are no names, brackets without end
+    lostObject = 8,     ///< cannot be read and is taken as null
+    pageValue = 9,      ///< a box, a rotation or a unit of the page that is none
 };
-inline constexpr std::size_t mendKinds = 9;
-static_assert(static_cast<std::size_t>(Mend::dictionary) + 1 == mendKinds);
+inline constexpr std::size_t mendKinds = 10;
+static_assert(static_cast<std::size_t>(Mend::pageValue) + 1 == mendKinds);
 
 using MendCounts = std::array<std::int32_t, mendKinds>;
 

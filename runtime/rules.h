@@ -46,6 +46,11 @@ struct Rules {
     /// A stream whose Length is missing or wrong ends at "endstream".
     bool findsEndstream;
 
+    /// Within an object, brackets that do not match are closed or passed over, a word that means
+    /// nothing is null, and a key that is no name goes. An object that cannot be read is looked for
+    /// by searching the file, and is null where that does not find it.
+    bool mendsObjects;
+
     /// Encrypted files are read, and saved into.
     bool readsEncrypted;
 
@@ -180,6 +185,7 @@ inline constexpr Rules originalRules{
     .readsObjectStreams = false,
     .toleratesMissingEnd = false,
     .findsEndstream = false,
+    .mendsObjects = false,
     .readsEncrypted = false,
     .repairsReferences = false,
     .skipsDamagedKids = false,
@@ -229,6 +235,7 @@ inline constexpr Rules extendedRules{
     .readsObjectStreams = true,
     .toleratesMissingEnd = true,
     .findsEndstream = true,
+    .mendsObjects = true,
     .readsEncrypted = true,
     .repairsReferences = true,
     .skipsDamagedKids = true,

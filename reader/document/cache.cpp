@@ -60,6 +60,9 @@ Exception tryReferences(DocumentCache& cache) {
         openEncryption(cache);
         if (rules().repairsReferences) {
             walkPages(cache);
+            if (cache.pages.empty()) {
+                failException(Exception::structure); // searching the file may find some
+            }
         }
     });
 }
@@ -97,6 +100,9 @@ void readReferences(DocumentCache& cache) {
     forgetReferences(cache);
     repairCache(cache);
     walkPages(cache);
+    if (cache.pages.empty() && cache.mends.has(Mend::trailer)) {
+        failException(Exception::structure);
+    }
 }
 
 /// The interpreter, in the host's layer for imported art.
@@ -124,6 +130,7 @@ std::unique_ptr<DocumentCache> openCache(std::int16_t volume, std::string_view f
         passUnfinished(*cache, false);
     }
     readReferences(*cache);
+    cache->isOpened = true;
     return cache;
 }
 

@@ -79,6 +79,10 @@ struct DocumentCache {
     bool continuesStream = false;             ///< the newest section is a stream
     bool repaired = false; ///< objects were found by searching, not by the cross-reference
     Mending mends;
+    /// The file was opened: from now on what cannot be read is looked for and may be null. Before,
+    /// it tells that the cross-reference is wrong.
+    bool isOpened = false;
+    ReferenceTableOwner searched; ///< objects by a search for lost ones; null: none was made yet
 
     ObjectOwner trailer;
     std::unique_ptr<Encryption> encryption; ///< null where the file is not encrypted

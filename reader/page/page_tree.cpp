@@ -1,6 +1,7 @@
 // The walk of the page tree: every page in order, by the reference that leads to it.
 #include "reader/page/page_tree.h"
 
+#include "reader/page/page_search.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 #include "runtime/exception.h"
@@ -19,9 +20,21 @@ enum class Seen { nothing, page, node };
 
 /// One node above the one being looked at: its Kids, and which comes next.
 struct Level {
+    std::int32_t number = 0; ///< of the node; 0 where it stands in Kids itself
     ObjectOwner kids;
     std::size_t next = 0;
 };
+
+/// Whether a page is meant, though there is something under Kids: an array of Kids that leads to
+/// nothing, or no array, in what calls itself a page or has a content.
+bool isPageInSpite(DocumentCache& cache, const Object& node, const Object& kids) {
+    const ObjectType type = typeObject(kids);
+    if (type == ObjectType::null || (type == ObjectType::array && sizeObject(kids) > 0)) {
+        return false;
+    }
+    return isPageDictionary(cache, node) ||
+           typeObject(findEntry(cache, node, "Contents")) != ObjectType::null;
+}
 
 class PageWalk {
 public:
@@ -29,6 +42,9 @@ public:
 
     void run() {
         const ObjectOwner catalog = lookupObject(cache_, cache_.trailer.get(), "Root");
+        if (rules().skipsDamagedKids && typeObject(catalog.get()) != ObjectType::dictionary) {
+            return;
+        }
         visit(findEntry(cache_, catalog.get(), "Pages"));
         while (!levels_.empty()) {
             Level& level = levels_.back();
@@ -55,10 +71,7 @@ private:
         const ObjectOwner node = resolveObject(cache_, kid);
         if (typeObject(node.get()) != ObjectType::dictionary) {
             // A damaged Kids array may name what is missing or no page at all.
-            if (rules().skipsDamagedKids) {
-                return;
-            }
-            failException(Exception::range);
+            return passOver(Exception::range);
         }
         const Object kidsEntry = findEntry(cache_, node.get(), "Kids");
         if (typeObject(kidsEntry) == ObjectType::reference) {
@@ -67,29 +80,42 @@ private:
             std::int32_t generation = 0;
             referenceObject(kidsEntry, number, generation);
             if (!enteredKids_.insert(number).second) {
-                failException(Exception::structure);
+                return passOver(Exception::structure);
             }
         }
         ObjectOwner kids = resolveObject(cache_, kidsEntry);
+        if (rules().skipsDamagedKids && isPageInSpite(cache_, node.get(), kids.get())) {
+            cache_.mends.note(Mend::pageNode, entry.number);
+            return note(node, std::move(entry));
+        }
         switch (typeObject(kids.get())) {
         case ObjectType::array:
             if (levels_.size() == budget::pageTreeDepth) {
-                failException(Exception::structure);
+                return passOver(Exception::structure);
             }
-            levels_.push_back({std::move(kids), 0});
+            levels_.push_back({entry.number, std::move(kids), 0});
             seen_[entry.number] = Seen::node;
             return;
         case ObjectType::null:
             return note(node, std::move(entry));
         default:
-            failException(Exception::range);
+            return passOver(Exception::range);
         }
+    }
+
+    /// Leaves out what is no page and no node, and what could lead on without end; in the original
+    /// profile the tree is then refused.
+    void passOver(Exception fault) {
+        if (!rules().skipsDamagedKids) {
+            failException(fault);
+        }
+        cache_.mends.note(Mend::pageNode, levels_.empty() ? 0 : levels_.back().number);
     }
 
     /// The same page twice is unusual but harmless; a node twice may be a loop.
     void repeat(Seen known, PageEntry entry) {
         if (known == Seen::node) {
-            failException(Exception::structure);
+            return passOver(Exception::structure);
         }
         if (known == Seen::page) {
             cache_.pages.push_back(std::move(entry));
@@ -119,6 +145,9 @@ private:
 void walkPages(DocumentCache& cache) {
     if (!cache.pagesWalked) {
         PageWalk(cache).run();
+        if (cache.pages.empty() && cache.repaired) {
+            searchPages(cache);
+        }
         cache.pagesWalked = true;
     }
 }

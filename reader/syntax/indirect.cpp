@@ -38,9 +38,15 @@ void completeWithoutEnd(DocumentCache& cache, std::int32_t depth) {
     cache.mends.note(Mend::objectEnd, integerObject(indexStack(2)));
 }
 
+void noteSyntax(DocumentCache& cache, const TokenPusher& pusher, std::int32_t depth) {
+    if (pusher.hasMended() && isComplete(depth)) {
+        cache.mends.note(Mend::syntax, integerObject(indexStack(2)));
+    }
+}
+
 /// Reads tokens until number, generation and object are on the stack.
 void readIndirect(DocumentCache& cache, TokenFilter& tokens) {
-    TokenPusher pusher(cache);
+    TokenPusher pusher = TokenPusher::mending(cache);
     const std::int32_t depth = countStack();
     for (bool begun = false;;) {
         const TokenType type = tokens.readToken();
@@ -50,6 +56,14 @@ void readIndirect(DocumentCache& cache, TokenFilter& tokens) {
         }
         const Keyword* const keyword =
             type == TokenType::end ? nullptr : objectKeywords().find(tokens.bytes());
+        if (keyword == nullptr && type != TokenType::end && pusher.pushUnknownWord()) {
+            continue;
+        }
+        if (keyword == nullptr || keyword->handler == endobjOperator ||
+            keyword->handler == streamOperator) {
+            pusher.closeAll();
+            noteSyntax(cache, pusher, depth);
+        }
         if (keyword == nullptr) {
             return completeWithoutEnd(cache, depth);
         }
@@ -86,20 +100,24 @@ bool pushWord(DocumentCache& cache, std::string_view word) {
 
 /// Reads the one object of a stretch of an object stream: it has no head and no end. An empty
 /// stretch is null.
-ObjectOwner memberAt(DocumentCache& cache, const SyntaxPlace& place) {
+ObjectOwner memberAt(DocumentCache& cache, std::int32_t number, const SyntaxPlace& place) {
     FileScope scope(cache, place);
     const StackGuard guard;
     pushMark(Mark::barrier);
     const std::int32_t depth = countStack();
-    TokenPusher pusher(cache);
+    TokenPusher pusher = TokenPusher::mending(cache);
     // An integer may be the first word of a reference: the stretch is read to its end.
     for (TokenType type = scope.tokens().readToken(); type != TokenType::end;
          type = scope.tokens().readToken()) {
         if (type != TokenType::keyword) {
             pusher.push(type, scope.tokens());
-        } else if (!pushWord(cache, scope.tokens().bytes())) {
+        } else if (!pushWord(cache, scope.tokens().bytes()) && !pusher.pushUnknownWord()) {
             break;
         }
+    }
+    pusher.closeAll();
+    if (pusher.hasMended()) {
+        cache.mends.note(Mend::syntax, number);
     }
     if (countStack() == depth) {
         nullOperator(cache);
@@ -144,7 +162,7 @@ FoundObject objectAt(DocumentCache& cache, std::int32_t offset) {
 ObjectOwner objectCache(DocumentCache& cache, std::int32_t number, std::int32_t generation,
                         ObjectPlace place) {
     if (place.isInStream()) {
-        return memberAt(cache, placeOfObject(cache, number, place));
+        return memberAt(cache, number, placeOfObject(cache, number, place));
     }
     FoundObject found = objectAt(cache, place.offset());
     if (found.number != number || found.generation != generation) {
