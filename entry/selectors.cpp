@@ -35,11 +35,15 @@ std::uint32_t quietCheck(const ParameterBlock& block) {
 void readPage(DocumentSession& session) {
     pageCache(session.cache(), session.page());
     readCache(session.cache());
+    if (!session.cache().repaired && isWorthWarning(session.cache().mends.counts())) {
+        raiseWarning(Warning::mended);
+    }
 }
 
 /// False where the person wants to stop.
-bool showWarnings(const ParameterBlock& block) {
-    return valueWarning() == Warning::none || warningDialog(specifiedName(*block.file));
+bool showWarnings(const ParameterBlock& block, DocumentSession& session) {
+    return valueWarning() == Warning::none ||
+           warningDialog(specifiedName(*block.file), session.cache().mends.counts());
 }
 
 } // namespace
@@ -83,7 +87,7 @@ std::uint32_t go(ParameterBlock& block) {
         writeCache(session.cache());
     }
     bool goesOn = true;
-    const Exception code = guarded([&] { goesOn = showWarnings(block); });
+    const Exception code = guarded([&] { goesOn = showWarnings(block, session); });
     if (block.action == Action::write) {
         resetException(); // the page is saved, whoever could be told of it
     } else {
@@ -101,7 +105,7 @@ std::uint32_t trial(ParameterBlock& block) {
     DocumentSession session(block);
     pageCache(session.cache(), session.page());
     tryCache(session.cache());
-    if (!showWarnings(block)) {
+    if (!showWarnings(block, session)) {
         result = resultStopped;
     }
     session.close();

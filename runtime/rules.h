@@ -30,6 +30,9 @@ struct Rules {
     /// "%PDF-2." is a header, and bytes before the header shift every offset of the file.
     bool modernHeader;
 
+    /// The header may stand anywhere, or be missing, where objects and a trailer are there.
+    bool searchesHeader;
+
     /// The newest section is found by "startxref" in the last 1,024 bytes, not by the last number.
     bool findsStartxref;
 
@@ -180,6 +183,7 @@ inline constexpr Rules originalRules{
     .exactNumbers = false,
     .missingObjectIsNull = false,
     .modernHeader = false,
+    .searchesHeader = false,
     .findsStartxref = false,
     .toleratesSubsections = false,
     .readsObjectStreams = false,
@@ -230,6 +234,7 @@ inline constexpr Rules extendedRules{
     .exactNumbers = true,
     .missingObjectIsNull = true,
     .modernHeader = true,
+    .searchesHeader = true,
     .findsStartxref = true,
     .toleratesSubsections = true,
     .readsObjectStreams = true,

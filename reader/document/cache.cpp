@@ -78,7 +78,7 @@ void forgetReferences(DocumentCache& cache) {
     cache.freedHere.clear();
     cache.sectionOffsets.clear();
     cache.continuesStream = false;
-    cache.mends.clear();
+    cache.mends.forgetObjects();
 }
 
 /// Reads the cross-reference and walks the page tree. Where that fails, and the profile allows it,

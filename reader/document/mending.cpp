@@ -20,8 +20,12 @@ bool Mending::isNothing() const {
     return counts_ == MendCounts{};
 }
 
-void Mending::clear() {
+void Mending::forgetObjects() {
+    const bool isHeader = has(Mend::header);
     *this = {};
+    if (isHeader) {
+        note(Mend::header);
+    }
 }
 
 } // namespace corvane

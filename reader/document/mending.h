@@ -25,7 +25,8 @@ public:
     const std::set<std::int32_t>& objects(Mend kind) const {
         return objects_[static_cast<std::size_t>(kind)];
     }
-    void clear();
+    /// Forgets all but the header: the rest is read again.
+    void forgetObjects();
 
 private:
     MendCounts counts_{};

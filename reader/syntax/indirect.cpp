@@ -38,6 +38,19 @@ void completeWithoutEnd(DocumentCache& cache, std::int32_t depth) {
     cache.mends.note(Mend::objectEnd, integerObject(indexStack(2)));
 }
 
+/// Whether a reference is meant: number and generation stand before its word.
+bool followsNumbers() {
+    return countStack() > 1 && typeObject(indexStack(0)) == ObjectType::integer &&
+           typeObject(indexStack(1)) == ObjectType::integer;
+}
+
+/// Takes what stands within a construct and means nothing there.
+bool takeUnknown(TokenPusher& pusher, const Keyword* keyword) {
+    const bool isUnknown =
+        keyword == nullptr || (keyword->handler == referenceOperator && !followsNumbers());
+    return isUnknown && pusher.pushUnknownWord();
+}
+
 void noteSyntax(DocumentCache& cache, const TokenPusher& pusher, std::int32_t depth) {
     if (pusher.hasMended() && isComplete(depth)) {
         cache.mends.note(Mend::syntax, integerObject(indexStack(2)));
@@ -56,7 +69,7 @@ void readIndirect(DocumentCache& cache, TokenFilter& tokens) {
         }
         const Keyword* const keyword =
             type == TokenType::end ? nullptr : objectKeywords().find(tokens.bytes());
-        if (keyword == nullptr && type != TokenType::end && pusher.pushUnknownWord()) {
+        if (type != TokenType::end && takeUnknown(pusher, keyword)) {
             continue;
         }
         if (keyword == nullptr || keyword->handler == endobjOperator ||
@@ -85,8 +98,11 @@ void readIndirect(DocumentCache& cache, TokenFilter& tokens) {
 
 /// Pushes what the words of an object stream mean that are objects. Others end an object there, but
 /// for a stream, which no object stream may hold.
-bool pushWord(DocumentCache& cache, std::string_view word) {
+bool pushWord(DocumentCache& cache, TokenPusher& pusher, std::string_view word) {
     const Keyword* const keyword = objectKeywords().find(word);
+    if (takeUnknown(pusher, keyword)) {
+        return true;
+    }
     if (keyword == nullptr || keyword->handler == objOperator ||
         keyword->handler == endobjOperator) {
         return false;
@@ -111,7 +127,7 @@ ObjectOwner memberAt(DocumentCache& cache, std::int32_t number, const SyntaxPlac
          type = scope.tokens().readToken()) {
         if (type != TokenType::keyword) {
             pusher.push(type, scope.tokens());
-        } else if (!pushWord(cache, scope.tokens().bytes()) && !pusher.pushUnknownWord()) {
+        } else if (!pushWord(cache, pusher, scope.tokens().bytes())) {
             break;
         }
     }
