@@ -51,18 +51,19 @@ std::optional<std::int32_t> searchHeader(Filter& file) {
     std::vector<char> buffer(overlap + searchBlock);
     std::size_t kept = 0;
     bool hasObject = false;
+    std::optional<std::int32_t> begin;
     seekFilter(file, 0);
     for (std::int32_t position = 0; position < budget::headerBytes;) {
         const std::span<char> room = std::span(buffer).subspan(kept);
         const std::size_t count = readFilter(file, std::as_writable_bytes(room));
         const std::string_view bytes(buffer.data(), kept + count);
         const std::size_t object = hasObject ? 0 : findObject(bytes);
-        if (const std::size_t header = findHeader(bytes); header < object) {
-            return position - static_cast<std::int32_t>(kept) + static_cast<std::int32_t>(header);
+        if (const std::size_t header = findHeader(bytes); !begin && header < object) {
+            begin = position - static_cast<std::int32_t>(kept) + static_cast<std::int32_t>(header);
         }
         hasObject = object != std::string_view::npos;
         if (hasObject && holdsTrailer(bytes)) {
-            return 0;
+            return begin.value_or(0);
         }
         if (count == 0) {
             break;

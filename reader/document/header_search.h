@@ -8,8 +8,8 @@
 
 namespace corvane {
 
-/// Offset of the header, if no object stands before it; 0 where there are objects and a trailer and
-/// no header. Nothing: the file holds no such things in its first `budget::headerBytes`.
+/// Where the file begins that has objects and a trailer: offset of the header before the first
+/// object; 0 where there is none. Nothing: the first `budget::headerBytes` hold no such things.
 std::optional<std::int32_t> searchHeader(Filter& file);
 
 } // namespace corvane

@@ -131,6 +131,14 @@ Exception tryResolveObject(DocumentCache& cache, const Object& object, ObjectOwn
     return Exception::none;
 }
 
+ObjectOwner readableObject(DocumentCache& cache, const Object& object) {
+    ObjectOwner value;
+    if (const Exception fault = tryResolveObject(cache, object, value); fault != Exception::none) {
+        failException(fault);
+    }
+    return value;
+}
+
 ObjectOwner resolveObject(DocumentCache& cache, const Object& object) {
     ObjectOwner value;
     const Exception fault = tryResolveObject(cache, object, value);
