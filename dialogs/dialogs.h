@@ -1,6 +1,7 @@
 // The plug-in's dialogs, over the front that the host registered.
 #pragma once
 
+#include "host/mend.h"
 #include "runtime/exception.h"
 
 #include <cstdint>
@@ -13,8 +14,12 @@ void aboutDialog();
 /// Shows the sentence of an exception.
 void errorDialog(Exception code);
 
-/// Shows all collected warnings at once and forgets them. False: the person wants to stop.
-bool warningDialog(std::string_view fileName);
+/// Whether any of it is worth a warning: what every reader takes in silence is not.
+bool isWorthWarning(const MendCounts& mends);
+
+/// Shows all collected warnings at once and forgets them; the one of damage says what was mended.
+/// False: the person wants to stop.
+bool warningDialog(std::string_view fileName, const MendCounts& mends);
 
 /// Asks for a page from `first` to `last`; `page` holds the proposal and takes the answer. False:
 /// cancelled. Without a front the proposal is the answer.

@@ -40,9 +40,17 @@ void usePage(DocumentSession& session) {
     pageCache(session.cache(), session.page());
 }
 
+/// A file that was searched has its warning already.
+void warnOfMends(const DocumentCache& cache) {
+    if (!cache.repaired && isWorthWarning(cache.mends.counts())) {
+        raiseWarning(Warning::mended);
+    }
+}
+
 /// False where the person wants to stop.
-bool showWarnings(const ParameterBlock& block) {
-    return valueWarning() == Warning::none || warningDialog(specifiedName(*block.file));
+bool showWarnings(const ParameterBlock& block, DocumentSession& session) {
+    return valueWarning() == Warning::none ||
+           warningDialog(specifiedName(*block.file), session.cache().mends.counts());
 }
 
 } // namespace
@@ -88,12 +96,13 @@ std::uint32_t go(ParameterBlock& block) {
     if (block.action == Action::read) {
         usePage(session);
         readCache(session.cache());
+        warnOfMends(session.cache());
     } else if (block.action == Action::write) {
         usePage(session);
         writeCache(session.cache());
     }
     bool goesOn = true;
-    const Exception code = guarded([&] { goesOn = showWarnings(block); });
+    const Exception code = guarded([&] { goesOn = showWarnings(block, session); });
     if (block.action == Action::write) {
         resetException(); // the page is saved, whoever could be told of it
     } else {
@@ -111,7 +120,7 @@ std::uint32_t trial(ParameterBlock& block) {
     DocumentSession session(block, PageReach::wanted);
     usePage(session);
     tryCache(session.cache());
-    if (!showWarnings(block)) {
+    if (!showWarnings(block, session)) {
         result = resultStopped;
     }
     session.close();

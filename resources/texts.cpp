@@ -79,7 +79,7 @@ constexpr std::array<std::string_view, 5> reasons = {
     "again",
 };
 
-constexpr std::array<std::string_view, 20> readWarnings = {
+constexpr std::array<std::string_view, 21> readWarnings = {
     /* 1 */ "an object of an unknown kind is not in the artwork",
     /* 2 */ "drawing commands that no PDF version knows are not in the artwork",
     /* 3 */ "forms (reused drawings) are not in the artwork",
@@ -100,6 +100,32 @@ constexpr std::array<std::string_view, 20> readWarnings = {
     /* 18 */ "text is not in the artwork",
     /* 19 */ "patterns and smooth shadings are not in the artwork",
     /* 20 */ "the file's table of contents is damaged; its objects were found by searching",
+    /* 21 */ "the file is damaged",
+};
+
+/// What was mended, by kind: for one and for several; % stands for how many. Empty: nobody needs to
+/// know.
+constexpr std::array<std::string_view, 20> mends = {
+    /* header */ "its header is missing or far from its front",
+    "",
+    /* crossReference: the warning itself says so */ "",
+    "",
+    /* trailer */ "nothing leads to its catalog",
+    "",
+    /* pages */ "its pages were found by searching, and their order may be another",
+    "",
+    /* pageNode */ "a node of its page tree is wrong",
+    "% nodes of its page tree are wrong",
+    /* streamLength */ "a stream has a wrong length",
+    "% streams have a wrong length",
+    /* objectEnd: every reader takes it so */ "",
+    "",
+    /* syntax */ "an object was read as far as it makes sense",
+    "% objects were read as far as they make sense",
+    /* lostObject */ "an object cannot be read and was left out",
+    "% objects cannot be read and were left out",
+    /* pageValue */ "a box, the rotation or the unit of a page is wrong and counts as missing",
+    "boxes, rotations or units of % pages are wrong and count as missing",
 };
 
 constexpr std::array<std::string_view, 9> writeWarnings = {
@@ -126,6 +152,9 @@ std::span<const std::string_view> reasonSentences() {
 }
 std::span<const std::string_view> readWarningSentences() {
     return readWarnings;
+}
+std::span<const std::string_view> mendPhrases() {
+    return mends;
 }
 std::span<const std::string_view> writeWarningSentences() {
     return writeWarnings;

@@ -116,6 +116,14 @@ inline constexpr std::uint32_t comparedClips = 180;
 /// the first stream only. Longer ones are referred to, and what is new stands beside them.
 inline constexpr std::int64_t joinedStreamBytes = 64 << 10;
 
+/// Bytes in which the header, or objects and a trailer without one, are looked for: what mail and
+/// the web put before a file is far shorter, and a file of another kind is told quickly.
+inline constexpr std::int32_t headerBytes = 64 << 20;
+
+/// Damaged objects that are noted one by one: a person reads how many, and so many can be written
+/// anew in a second or two.
+inline constexpr std::size_t mendedObjects = 1 << 16;
+
 /// Ends of updates looked at in what may be one that was cut short; such a tail has none, but for
 /// what a content stream or a string may say.
 inline constexpr std::int32_t updateEnds = 1000;

@@ -61,6 +61,9 @@ Exception tryReferences(DocumentCache& cache, std::int32_t lastPage) {
         openEncryption(cache);
         if (rules().repairsReferences) {
             walkPages(cache, lastPage);
+            if (cache.pages.empty()) {
+                failException(Exception::structure); // searching the file may find some
+            }
         }
     });
 }
@@ -78,6 +81,7 @@ void forgetReferences(DocumentCache& cache) {
     cache.freedHere.clear();
     cache.sectionOffsets.clear();
     cache.continuesStream = false;
+    cache.mends.forgetObjects();
 }
 
 /// Reads the cross-reference and walks the page tree. Where that fails, and the profile allows it,
@@ -99,6 +103,9 @@ void readReferences(DocumentCache& cache, std::int32_t lastPage) {
     forgetReferences(cache);
     repairCache(cache);
     walkPages(cache, lastPage);
+    if (cache.pages.empty() && cache.mends.has(Mend::trailer)) {
+        failException(Exception::structure);
+    }
 }
 
 /// The interpreter, in the host's layer for imported art.
@@ -127,6 +134,7 @@ std::unique_ptr<DocumentCache> openCache(std::int16_t volume, std::string_view f
         passUnfinished(*cache, false);
     }
     readReferences(*cache, lastPage);
+    cache->isOpened = true;
     return cache;
 }
 

@@ -10,6 +10,7 @@
 #include "host/extension.h"
 #include "objects/object.h"
 #include "objects/reference.h"
+#include "reader/document/mending.h"
 #include "reader/syntax/key_index.h"
 #include "reader/syntax/keyword_table.h"
 #include "reader/syntax/object_stream.h"
@@ -80,6 +81,11 @@ struct DocumentCache {
     std::vector<std::int32_t> sectionOffsets; ///< of the cross-reference, the newest first
     bool continuesStream = false;             ///< the newest section is a stream
     bool repaired = false; ///< objects were found by searching, not by the cross-reference
+    Mending mends;
+    /// The file was opened: from now on what cannot be read is looked for and may be null. Before,
+    /// it tells that the cross-reference is wrong.
+    bool isOpened = false;
+    ReferenceTableOwner searched; ///< objects by a search for lost ones; null: none was made yet
 
     ObjectOwner trailer;
     std::unique_ptr<Encryption> encryption; ///< null where the file is not encrypted

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
 #include <span>
 
 namespace corvane {
@@ -30,6 +31,9 @@ using Inherited = std::pair<const char*, ObjectOwner*>;
 void fillFrom(DocumentCache& cache, ObjectOwner node, std::span<const Inherited> wanted) {
     for (std::int32_t depth = 0; typeObject(node.get()) == ObjectType::dictionary; ++depth) {
         if (depth > budget::pageTreeDepth) {
+            if (rules().skipsDamagedKids) {
+                return; // the chain leads back to itself: all of it was seen
+            }
             failException(Exception::structure);
         }
         for (const auto& [key, field] : wanted) {
@@ -90,6 +94,28 @@ std::int32_t wholeDegrees(const Object& rotate) {
         return fixedObject(rotate) / fixedOne;
     }
     return integerObject(rotate);
+}
+
+std::int32_t quarterTurns(const Object& rotate) {
+    const std::int32_t degrees = wholeDegrees(rotate);
+    if (degrees % 90 != 0) {
+        failException(Exception::type);
+    }
+    return (degrees % 360 + 360) % 360;
+}
+
+/// What `read` takes from an entry of the page, or nothing where that cannot be and the profile
+/// goes on without.
+template <typename Read>
+auto usable(DocumentCache& cache, const Read& read) {
+    std::optional<decltype(read())> value;
+    if (!rules().mendsObjects) {
+        value = read();
+    } else if (!attempted([&] { value = read(); })) {
+        cache.mends.note(Mend::pageValue,
+                         cache.pages[static_cast<std::size_t>(cache.pageNumber - 1)].number);
+    }
+    return value;
 }
 
 } // namespace
@@ -165,7 +191,8 @@ Box mediaCache(DocumentCache& cache) {
     if (isMissing(cache.mediaBox)) {
         return usualBox;
     }
-    const Box box = boxOf(cache, cache.mediaBox.get());
+    const Box box =
+        usable(cache, [&] { return boxOf(cache, cache.mediaBox.get()); }).value_or(usualBox);
     return hasArea(box) || !rules().assumesMediaBox ? box : usualBox;
 }
 
@@ -174,7 +201,8 @@ Box cropCache(DocumentCache& cache) {
     if (isMissing(cache.cropBox)) {
         return media;
     }
-    const Box crop = boxOf(cache, cache.cropBox.get());
+    const Box crop =
+        usable(cache, [&] { return boxOf(cache, cache.cropBox.get()); }).value_or(media);
     const Box cut{std::max(crop.left, media.left), std::max(crop.bottom, media.bottom),
                   std::min(crop.right, media.right), std::min(crop.top, media.top)};
     return hasArea(cut) ? cut : media;
@@ -184,11 +212,7 @@ std::int32_t rotateCache(DocumentCache& cache) {
     if (isMissing(cache.rotate)) {
         return 0;
     }
-    const std::int32_t degrees = wholeDegrees(cache.rotate.get());
-    if (degrees % 90 != 0) {
-        failException(Exception::type);
-    }
-    return (degrees % 360 + 360) % 360;
+    return usable(cache, [&] { return quarterTurns(cache.rotate.get()); }).value_or(0);
 }
 
 double userUnitCache(DocumentCache& cache) {
@@ -196,7 +220,7 @@ double userUnitCache(DocumentCache& cache) {
     if (isMissing(unit)) {
         return 1.0;
     }
-    const double value = realNumber(unit.get());
+    const double value = usable(cache, [&] { return realNumber(unit.get()); }).value_or(1.0);
     return value > 0 && std::isfinite(value) ? value : 1.0;
 }
 

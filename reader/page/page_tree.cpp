@@ -1,5 +1,9 @@
 // The walk of the page tree: every page in order, by the reference that leads to it.
 #include "reader/page/page_tree.h"
+#include "reader/page/page_search.h"
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
 
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
@@ -11,11 +15,29 @@
 
 namespace corvane {
 
+namespace {
+
+/// Whether a page is meant, though there is something under Kids: an array of Kids that leads to
+/// nothing, or no array, in what calls itself a page or has a content.
+bool isPageInSpite(DocumentCache& cache, const Object& node, const Object& kids) {
+    const ObjectType type = typeObject(kids);
+    if (type == ObjectType::null || (type == ObjectType::array && sizeObject(kids) > 0)) {
+        return false;
+    }
+    return isPageDictionary(cache, node) ||
+           typeObject(findEntry(cache, node, "Contents")) != ObjectType::null;
+}
+
+} // namespace
+
 PageWalk::PageWalk(DocumentCache& cache) : cache_(cache) {}
 
 bool PageWalk::goTo(std::size_t wanted) {
     if (!std::exchange(isBegun_, true)) {
         const ObjectOwner catalog = lookupObject(cache_, cache_.trailer.get(), "Root");
+        if (rules().skipsDamagedKids && typeObject(catalog.get()) != ObjectType::dictionary) {
+            return false;
+        }
         visit(findEntry(cache_, catalog.get(), "Pages"));
     }
     while (!levels_.empty() && cache_.pages.size() < wanted) {
@@ -43,10 +65,7 @@ void PageWalk::visit(const Object& kid) {
     const ObjectOwner node = resolveObject(cache_, kid);
     if (typeObject(node.get()) != ObjectType::dictionary) {
         // A damaged Kids array may name what is missing or no page at all.
-        if (rules().skipsDamagedKids) {
-            return;
-        }
-        failException(Exception::range);
+        return passOver(Exception::range);
     }
     const Object kidsEntry = findEntry(cache_, node.get(), "Kids");
     if (typeObject(kidsEntry) == ObjectType::reference) {
@@ -55,29 +74,42 @@ void PageWalk::visit(const Object& kid) {
         std::int32_t generation = 0;
         referenceObject(kidsEntry, number, generation);
         if (!enteredKids_.insert(number).second) {
-            failException(Exception::structure);
+            return passOver(Exception::structure);
         }
     }
     ObjectOwner kids = resolveObject(cache_, kidsEntry);
+    if (rules().skipsDamagedKids && isPageInSpite(cache_, node.get(), kids.get())) {
+        cache_.mends.note(Mend::pageNode, entry.number);
+        return note(node, std::move(entry));
+    }
     switch (typeObject(kids.get())) {
     case ObjectType::array:
         if (levels_.size() == budget::pageTreeDepth) {
-            failException(Exception::structure);
+            return passOver(Exception::structure);
         }
-        levels_.push_back({std::move(kids), 0});
+        levels_.push_back({entry.number, std::move(kids), 0});
         seen_[entry.number] = Seen::node;
         return;
     case ObjectType::null:
         return note(node, std::move(entry));
     default:
-        failException(Exception::range);
+        return passOver(Exception::range);
     }
+}
+
+/// Leaves out what is no page and no node, and what could lead on without end; in the original
+/// profile the tree is then refused.
+void PageWalk::passOver(Exception fault) {
+    if (!rules().skipsDamagedKids) {
+        failException(fault);
+    }
+    cache_.mends.note(Mend::pageNode, levels_.empty() ? 0 : levels_.back().number);
 }
 
 /// The same page twice is unusual but harmless; a node twice may be a loop.
 void PageWalk::repeat(Seen known, PageEntry entry) {
     if (known == Seen::node) {
-        failException(Exception::structure);
+        return passOver(Exception::structure);
     }
     if (known == Seen::page) {
         list(std::move(entry));
@@ -115,6 +147,9 @@ void walkPages(DocumentCache& cache, std::int32_t last) {
     if (walk->goTo(static_cast<std::size_t>(last))) {
         cache.pageWalk = std::move(walk);
     } else {
+        if (cache.pages.empty() && cache.repaired) {
+            searchPages(cache);
+        }
         cache.pagesWalked = true;
     }
 }

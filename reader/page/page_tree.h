@@ -2,6 +2,7 @@
 #pragma once
 
 #include "reader/document/cache.h"
+#include "runtime/exception.h"
 
 #include <unordered_map>
 #include <unordered_set>
@@ -23,11 +24,13 @@ private:
 
     /// One node above the one being looked at: its Kids, and which comes next.
     struct Level {
+        std::int32_t number = 0; ///< of the node; 0 where it stands in Kids itself
         ObjectOwner kids;
         std::size_t next = 0;
     };
 
     void visit(const Object& kid);
+    void passOver(Exception fault);
     void repeat(Seen known, PageEntry entry);
     void note(const ObjectOwner& node, PageEntry entry);
     void list(PageEntry entry);
@@ -42,7 +45,8 @@ private:
 
 /// Lists the pages as far as page `last`; a later call goes on from there. The tree is followed by
 /// its Kids, never by a Count. A loop, and a tree deeper than the budget, raise `structure`; a Kids
-/// entry that is no node raises `range` (extended: skipped). The pages listed before stay.
+/// entry that is no node raises `range`; the extended profile passes over these. The pages listed
+/// before stay.
 void walkPages(DocumentCache& cache, std::int32_t last = everyPage);
 
 } // namespace corvane
