@@ -9,5 +9,7 @@ namespace corvane {
 void tellDocument(DocumentCache& cache);
 /// The facts of every page, in order.
 void tellPages(DocumentCache& cache);
+/// How sound the file is: all of it is looked at.
+void tellDamage(DocumentCache& cache);
 
 } // namespace corvane

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "host/artwork.h"
+#include "host/mend.h"
 #include "host/zone.h"
 
 #include <cstddef>
@@ -101,6 +102,19 @@ struct SavedFacts {
     std::int32_t added = 0;
     std::int32_t removed = 0;
     std::int32_t moved = 0; ///< objects that stay and are drawn at another place in the order
+
+    // Version 4.
+
+    bool isMended = false; ///< the file, besides; a page number of 0 tells that nothing else is
+    MendCounts mended{};   ///< what is sound now
+};
+
+/// How sound a file is, by selector `diagnose`.
+struct DamageFacts {
+    MendCounts found{};
+    bool needsMending = false; ///< nothing can be saved into it before
+    bool canBeMended = false;  ///< by what is appended; nothing to mend: false
+    std::string_view obstacle; ///< why it cannot be mended so; empty where it can
 };
 
 /// Much of one kind that the page has and the artwork to be saved does not.
@@ -124,7 +138,7 @@ struct UpdateFacts {
 /// Versions only add fields at the end. A host states the version that its record was made for; the
 /// plug-in reads no further, and takes what is missing as not filled (runtime/extension.h).
 struct HostExtension {
-    static constexpr std::uint32_t currentVersion = 3;
+    static constexpr std::uint32_t currentVersion = 4;
 
     // Version 1.
 
@@ -173,6 +187,13 @@ struct HostExtension {
     /// person stated before; from 1 on, the person may be asked, and each attempt says that what
     /// came before was wrong.
     std::int32_t (*password)(void* context, std::int32_t attempt, std::span<char> buffer) = nullptr;
+
+    // Version 4.
+
+    /// What is damaged in the file is mended by the save.
+    bool mends = false;
+    /// Told when the whole file was looked at.
+    void (*damage)(void* context, const DamageFacts&) = nullptr;
 };
 
 /// Registers (null: removes) the record of the host of this process; not an owner.
