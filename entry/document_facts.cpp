@@ -64,7 +64,7 @@ void tellDamage(DocumentCache& cache) {
         againException();
     }
     resetException();
-    facts.needsMending = cache.repaired;
+    facts.needsMending = cache.repaired && countCache(cache) > 0;
     std::string obstacle;
     if (code != Exception::none && (facts.needsMending || facts.canBeMended)) {
         obstacle = exceptionText(code);

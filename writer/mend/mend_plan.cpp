@@ -94,9 +94,13 @@ void refuseUnmendable(DocumentCache& cache) {
     }
 }
 
+bool needsWhole(DocumentCache& cache, const Survey& survey) {
+    return countCache(cache) > 0 && (cache.repaired || !survey.missing.empty());
+}
+
 MendPlan planMend(DocumentCache& cache, const Survey& survey) {
     MendPlan mend;
-    mend.isWhole = cache.repaired || !survey.missing.empty();
+    mend.isWhole = needsWhole(cache, survey);
     if (mend.isWhole) {
         mend.leftOut.insert(survey.sections.begin(), survey.sections.end());
         mend.leftOut.insert(survey.missing.begin(), survey.missing.end());

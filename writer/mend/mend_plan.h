@@ -27,6 +27,10 @@ struct MendPlan {
 /// Raises `repairedFile`, with a reason, where nothing that is appended can mend the file.
 void refuseUnmendable(DocumentCache& cache);
 
+/// Whether the cross-reference has to be made anew. In a file without a page there is nothing to
+/// mend it for.
+bool needsWhole(DocumentCache& cache, const Survey& survey);
+
 /// Settles what mends the file that was looked at, after the numbers of all its objects were
 /// reserved. Raises `repairedFile` where a page cannot be named.
 MendPlan planMend(DocumentCache& cache, const Survey& survey);

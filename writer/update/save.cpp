@@ -112,7 +112,7 @@ void planFile(DocumentCache& cache, UpdatePlan& plan) {
         survey = surveyObjects(cache);
     }
     plan.trailer = carriedTrailer(cache);
-    plan.trailer.isWhole = mends && (cache.repaired || !survey.missing.empty());
+    plan.trailer.isWhole = mends && needsWhole(cache, survey);
     reserveNumbers(cache, plan.trailer);
     if (mends) {
         plan.mend = planMend(cache, survey);

@@ -1,7 +1,6 @@
 // Mending damaged files with the real program.
 #include "tests/app/cli/saving.h"
 #include "tests/support/pdf_builder.h"
-#include "tests/support/revision_writer.h"
 
 #include <gtest/gtest.h>
 
@@ -10,8 +9,6 @@ namespace {
 
 using test::holds;
 using test::PdfBuilder;
-using test::RevisionWriter;
-using test::Section;
 
 const std::string square = "1 0 0 rg 20 20 100 100 re f";
 
@@ -35,13 +32,14 @@ std::string lost(const std::string& file) {
 
 /// The page is in an object stream.
 std::string packed() {
-    RevisionWriter file;
+    const std::string node = "<</Type/Pages/Kids[3 0 R]/Count 1>> ";
+    const std::string head = "2 0 3 " + std::to_string(node.size()) + " ";
+    PdfBuilder file;
     file.object(1, "<</Type/Catalog/Pages 2 0 R>>")
-        .object(4, "<</Length " + std::to_string(square.size()) + ">>stream\n" + square +
-                       "\nendstream")
-        .member(9, 2, "<</Type/Pages/Kids[3 0 R]/Count 1>>")
-        .member(9, 3, "<</Type/Page/Parent 2 0 R/MediaBox[0 0 300 200]/Contents 4 0 R>>");
-    return file.end(Section::stream).bytes();
+        .stream(4, square)
+        .stream(9, head + node + "<</Type/Page/Parent 2 0 R/MediaBox[0 0 300 200]/Contents 4 0 R>>",
+                "/Type/ObjStm/N 2/First " + std::to_string(head.size()));
+    return file.bytes();
 }
 
 struct Damaged {
@@ -80,6 +78,13 @@ std::vector<Damaged> damagedFiles() {
              .object(7, "<< /Type /Pages /MediaBox [0 0 300 200] /Kids [] /Count 0 >>")
              .bytes(),
          R"({"pageNode":2})", false, "/Type /Page\n/Parent 5 0 R\n/Contents 4 0 R\n/MediaBox [0"},
+        {"pages that no tree leads to",
+         twoPages().object(1, "<< /Type /Catalog /Pages 77 0 R >>").bytes(),
+         R"({"crossReference":1,"trailer":1,"pages":1})", true,
+         "/Type /Pages\n/Count 2\n/Kids [ 3 0 R 6 0 R ]\n"},
+        {"an entry that leads to nothing",
+         replaced(twoPages().object(7, "(lost)").bytes(), "7 0 obj", "7_0_obj"),
+         R"({"lostObject":1})", false},
     };
 }
 
@@ -169,7 +174,7 @@ TEST_F(Mend, APageIsSavedInTheSameUpdate) {
         expectReverted(row);
         // So it is after the file was mended by itself.
         EXPECT_EQ(run({"save", "--mend", "in.pdf"}).status, 0);
-        if (!holds(row.kinds, "pageNode")) {
+        if (!holds(row.kinds, "page")) {
             EXPECT_EQ(saveEdited(svg, false).status, 0);
             EXPECT_TRUE(isValid("in.pdf"));
         }
@@ -224,6 +229,14 @@ TEST_F(Mend, WhatAppendingCannotMendIsRefusedByName) {
         EXPECT_EQ(outcome.status, 1);
         EXPECT_TRUE(holds(outcome.errors, row.says)) << outcome.errors;
         EXPECT_TRUE(bytes("in.pdf") == row.file);
+    }
+    PdfBuilder empty;
+    empty.object(1, "<< /Type /Catalog /Pages 2 0 R >>")
+        .object(2, "<< /Type /Pages /Kids [] /Count 0 >>");
+    for (const std::string& file : {sound, lost(empty.bytes())}) {
+        folder_.add("in.pdf", file);
+        EXPECT_TRUE(holds(run({"save", "--mend", "in.pdf"}).errors, "nothing to mend"));
+        EXPECT_TRUE(bytes("in.pdf") == file);
     }
     folder_.add("in.pdf", sound);
     EXPECT_EQ(run({"save", "--mend", "none.pdf"}).status, 1);
