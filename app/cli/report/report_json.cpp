@@ -147,7 +147,9 @@ void addSaved(JsonWriter& json, const Arguments& arguments, const Report& report
         json.name("objects").integer(saved.objects);
         json.name("contentLength").integer(saved.contentLength);
         addChanges(json, saved);
-        addMends(json, "mended", saved.mended);
+        if (arguments.mend) {
+            addMends(json, "mended", saved.mended);
+        }
     }
     addOmitted(json, report);
     json.name("ignored").openObject();
