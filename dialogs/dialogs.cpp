@@ -60,6 +60,13 @@ std::string reasonSentence(const NotedReason& noted) {
     return sentence;
 }
 
+/// Whether the reason may be noted for this code; a reading that was given up may have noted
+/// another.
+bool isReasonOf(Reason reason, Exception code) {
+    return code == (reason < Reason::unmendableHeader ? Exception::crossReference
+                                                      : Exception::repairedFile);
+}
+
 } // namespace
 
 void aboutDialog() {
@@ -68,13 +75,17 @@ void aboutDialog() {
     }
 }
 
-void errorDialog(Exception code) {
+std::string exceptionText(Exception code) {
     const NotedReason noted = takeReason();
+    const bool isExplained = noted.reason != Reason::none && isReasonOf(noted.reason, code);
+    return isExplained ? reasonSentence(noted)
+                       : listEntry(exceptionTexts, static_cast<std::int32_t>(code));
+}
+
+void errorDialog(Exception code) {
+    const std::string text = exceptionText(code);
     if (DialogFront* const front = dialogFront()) {
-        const auto number = static_cast<std::int32_t>(code);
-        const bool isExplained = code == Exception::crossReference && noted.reason != Reason::none;
-        front->showError(number,
-                         isExplained ? reasonSentence(noted) : listEntry(exceptionTexts, number));
+        front->showError(static_cast<std::int32_t>(code), text);
     }
 }
 

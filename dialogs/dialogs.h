@@ -5,11 +5,15 @@
 #include "runtime/exception.h"
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace corvane {
 
 void aboutDialog();
+
+/// The sentence of an exception, by the reason that was noted for it; the reason is then taken.
+std::string exceptionText(Exception code);
 
 /// Shows the sentence of an exception.
 void errorDialog(Exception code);

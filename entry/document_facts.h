@@ -13,5 +13,7 @@ void tellDocument(DocumentCache& cache, CountObjects count);
 void tellSignatures(DocumentCache& cache);
 /// The facts of every page, in order.
 void tellPages(DocumentCache& cache);
+/// How sound the file is: all of it is looked at.
+void tellDamage(DocumentCache& cache);
 
 } // namespace corvane

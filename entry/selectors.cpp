@@ -127,6 +127,14 @@ std::uint32_t trial(ParameterBlock& block) {
     return result;
 }
 
+std::uint32_t mend(ParameterBlock& block) {
+    DocumentSession session(block);
+    tellDocument(session.cache());
+    mendCache(session.cache(), block.action == Action::read);
+    session.close();
+    return 0;
+}
+
 std::uint32_t check(const ParameterBlock& block) {
     return quietCheck(block);
 }
@@ -143,6 +151,7 @@ std::uint32_t info(ParameterBlock& block) {
 std::uint32_t diagnose(ParameterBlock& block) {
     DocumentSession session(block);
     tellDocument(session.cache(), CountObjects::yes);
+    tellDamage(session.cache());
     session.close();
     return 0;
 }

@@ -39,8 +39,8 @@ constexpr std::array<std::string_view, 33> exceptions = {
     "the page was changed since the artwork was opened, and saving would undo that; open the page "
     "again",
     /* 22 */
-    "the file is damaged and could only be repaired for reading; repair it with another PDF "
-    "program, then open and save that",
+    "the file is damaged and was mended for reading only; to save into it, say --mend: what is "
+    "appended then mends it, and every old byte stays",
     /* 23 */ "the file would grow past 2,147,483,647 bytes; save into a smaller file",
     /* 24 */ "another program changed the file while it was being saved; try again",
     /* 25 */ "the newest update was not made by this program; nothing was taken off",
@@ -64,8 +64,8 @@ constexpr std::array<std::string_view, 33> exceptions = {
     "it as broken; if that does not matter, say --force",
 };
 
-/// Why a file cannot be read, by reason.
-constexpr std::array<std::string_view, 5> reasons = {
+/// Why a file cannot be read or mended, by reason.
+constexpr std::array<std::string_view, 9> reasons = {
     /* 1 */ "the file is encrypted and needs a password; give it with --password-file",
     /* 2 */ "that is not a password of this encrypted file; check it and try again",
     /* 3 */
@@ -77,6 +77,18 @@ constexpr std::array<std::string_view, 5> reasons = {
     /* 5 */
     "what the file says of its encryption is damaged; repair it with another PDF program and try "
     "again",
+    /* 6 */
+    "the header of the file is missing or not at its front, which nothing that is appended can "
+    "mend; repair it with another PDF program",
+    /* 7 */
+    "the catalog of the file has no number of its own, which nothing that is appended can mend; "
+    "repair it with another PDF program",
+    /* 8 */
+    "the trailer of the file does not refer to its encryption, which nothing that is appended can "
+    "mend; repair it with another PDF program",
+    /* 9 */
+    "a page of the file has no number of its own, so that no page tree can name it; repair it with "
+    "another PDF program",
 };
 
 constexpr std::array<std::string_view, 21> readWarnings = {

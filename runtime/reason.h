@@ -7,7 +7,8 @@
 
 namespace corvane {
 
-/// Reasons of `crossReference`. The sentence of each is in resources/texts.
+/// Reasons of `crossReference` and, from `unmendableHeader` on, of `repairedFile`. The sentence of
+/// each is in resources/texts.
 enum class Reason : std::int32_t {
     none = 0,
     missingPassword = 1,
@@ -15,6 +16,10 @@ enum class Reason : std::int32_t {
     unknownHandler = 3,    ///< the name is that of the security handler
     unknownMethod = 4,     ///< the name is that of the method
     damagedEncryption = 5, ///< what the file says of its encryption cannot be
+    unmendableHeader = 6,
+    directCatalog = 7,     ///< the catalog has no number
+    unnamedEncryption = 8, ///< the trailer that counts does not name the encryption of the file
+    unnumberedPage = 9,    ///< in a page tree that has to be made anew
 };
 
 struct NotedReason {

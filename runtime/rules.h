@@ -57,7 +57,8 @@ struct Rules {
     /// Encrypted files are read, and saved into.
     bool readsEncrypted;
 
-    /// Where the cross-reference is damaged, the objects are found by searching the file.
+    /// Where the cross-reference is damaged, the objects are found by searching the file; damaged
+    /// files are mended by what a save appends, if the host wants that.
     bool repairsReferences;
 
     /// A Kids entry that is no page and no node is passed over.
