@@ -129,7 +129,7 @@ std::uint32_t trial(ParameterBlock& block) {
 
 std::uint32_t mend(ParameterBlock& block) {
     DocumentSession session(block);
-    tellDocument(session.cache());
+    tellDocument(session.cache(), CountObjects::no);
     mendCache(session.cache(), block.action == Action::read);
     session.close();
     return 0;

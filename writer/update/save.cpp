@@ -127,10 +127,16 @@ bool mendsSomething(const UpdatePlan& plan) {
     return plan.mend && !plan.mend->isNothing;
 }
 
-void refuseForbidden(const DocumentCache& cache, const UpdatePlan& plan) {
-    if ((plan.writesPage || mendsSomething(plan)) && cache.encryption &&
-        !cache.encryption->allowsChanges()) {
+/// Refuses what owner or signer of the file do not want, where anything is to be written.
+void refuseForbidden(DocumentCache& cache, const UpdatePlan& plan) {
+    if (!plan.writesPage && !mendsSomething(plan)) {
+        return;
+    }
+    if (cache.encryption && !cache.encryption->allowsChanges()) {
         failException(Exception::notPermitted);
+    }
+    if (rules().guardsFile) {
+        respectSignatures(cache);
     }
 }
 
@@ -179,9 +185,6 @@ UpdatePlan planUpdate(DocumentCache& cache) {
     if (plan.mend && plan.writesPage) {
         mendPage(cache, plan);
     }
-    if (rules().guardsFile && !isNothing(plan)) {
-        respectSignatures(cache);
-    }
     return plan;
 }
 
@@ -213,7 +216,9 @@ std::int32_t writeUpdate(DocumentCache& cache, UpdatePlan& plan, SavedFacts& fac
 SavedFacts savedFacts(DocumentCache& cache, const UpdatePlan& plan) {
     SavedFacts facts;
     facts.page = plan.facts;
-    facts.places = placesCache(cache);
+    if (plan.writesPage) {
+        facts.places = placesCache(cache);
+    }
     facts.formerLength = cache.fileLength;
     facts.isPatched = plan.patch.has_value();
     facts.isNothing = !plan.writesPage;
