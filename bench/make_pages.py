@@ -14,15 +14,21 @@ there already is kept.
     sibling-q-100000      that many of: q, a square, Q
     pages-10000           pages in a balanced tree
     flat-pages-50000      pages in one Kids array
+    archive-1000000       that many objects, a page for every ten of them: 300 MB
+    archive-streams-1000000
+                          the same objects in object streams, with a cross-reference stream
+    small-2000            a folder of that many files of one page: maps of 20 paths and more
 
 Content is not compressed and the cross-reference is the classic table, so that what is measured is
-reading and not inflating.
+reading and not inflating. The exception is the last one, whose object streams and cross-reference
+are compressed as writers do it; its content is longer, so that it is as large as the one before.
 """
 
 import math
 import os
 import random
 import sys
+import zlib
 
 STANDARD = [
     "map-120000",
@@ -33,9 +39,15 @@ STANDARD = [
     "sibling-q-100000",
     "pages-10000",
     "flat-pages-50000",
+    "archive-1000000",
+    "archive-streams-1000000",
+    "small-2000",
 ]
 SEGMENTS_PER_PATH = 10
 TREE_FANOUT = 16
+OBJECTS_PER_PAGE = 10
+OBJECTS_PER_STREAM = 100
+PREDICTED = b"/DecodeParms << /Predictor 12 /Columns %d >>"
 SHEET = (3370, 2384)  # A0, landscape, in points
 PAGE = (612, 792)
 
@@ -58,8 +70,83 @@ def write_pdf(path, bodies):
     os.replace(partial, path)
 
 
-def stream(content):
-    return b"<< /Length %d >>\nstream\n%b\nendstream" % (len(content), content)
+def stream(content, entries=b""):
+    return b"<< %b/Length %d >>\nstream\n%b\nendstream" % (entries, len(content), content)
+
+
+def compressed(content, entries):
+    return stream(zlib.compress(content), entries + b" /Filter /FlateDecode ")
+
+
+def object_stream(members):
+    """`members`: number and body of each."""
+    heads = []
+    position = 0
+    for number, body in members:
+        heads.append(b"%d %d " % (number, position))
+        position += len(body) + 1
+    head = b"".join(heads)
+    return compressed(head + b"\n".join(body for _, body in members),
+                      b"/Type /ObjStm /N %d /First %d" % (len(members), len(head)))
+
+
+class SectionStream:
+    """The entries of a cross-reference stream, in rows as its predictor wants them."""
+
+    WIDTHS = (1, 4, 2)
+
+    def __init__(self):
+        self.rows = {0: bytes(sum(self.WIDTHS))}
+
+    def enter(self, number, kind, second, third):
+        self.rows[number] = b"".join(value.to_bytes(width, "big") for value, width in
+                                     zip((kind, second, third), self.WIDTHS))
+
+    def body(self):
+        before = self.rows[0]
+        out = []
+        for number in range(len(self.rows)):
+            row = self.rows[number]
+            out.append(b"\2" + bytes(a - b & 255 for a, b in zip(row, before)))
+            before = row
+        # The first row is predicted from zeros, which it is itself.
+        return compressed(b"".join(out), b"/Type /XRef /Root 1 0 R /Size %d /W [%d %d %d] %b" % (
+            len(self.rows), *self.WIDTHS, PREDICTED % sum(self.WIDTHS)))
+
+
+def write_streamed_pdf(path, bodies):
+    """As `write_pdf`; objects that are no streams go into object streams."""
+    section = SectionStream()
+    position = 0
+    members = []
+    partial = path + ".partial"
+    with open(partial, "wb") as out:
+        position += out.write(b"%PDF-1.5\n%\xe2\xe3\xcf\xd3\n")
+
+        def put(number, body):
+            nonlocal position
+            section.enter(number, 1, position, 0)
+            position += out.write(b"%d 0 obj\n%b\nendobj\n" % (number, body))
+
+        held = []  # object streams get the numbers behind all others
+        number = 0
+        for number, body in enumerate(bodies, 1):
+            if body.endswith(b"endstream"):
+                put(number, body)
+                continue
+            members.append((number, body))
+            if len(members) == OBJECTS_PER_STREAM:
+                held.append(members)
+                members = []
+        held += [members] if members else []
+        for holder, members in enumerate(held, number + 1):
+            put(holder, object_stream(members))
+            for index, (member, _) in enumerate(members):
+                section.enter(member, 2, holder, index)
+        last = number + len(held) + 1
+        section.enter(last, 1, position, 0)
+        out.write(b"%d 0 obj\n%b\nendobj\nstartxref\n%d\n%%%%EOF\n" % (last, section.body(), position))
+    os.replace(partial, path)
 
 
 def one_page(content, size=PAGE, filler=()):
@@ -190,9 +277,9 @@ def make_sibling_q(count):
         for i in range(count)).encode())
 
 
-def page_body(parent, content):
-    return b"<< /Type /Page /Parent %d 0 R /MediaBox [0 0 %d %d] /Contents %d 0 R /Resources << >> >>" % (
-        parent, *PAGE, content)
+def page_body(parent, content, more=b""):
+    return b"<< /Type /Page /Parent %d 0 R /MediaBox [0 0 %d %d] /Contents %d 0 R /Resources << >> %b>>" % (
+        parent, *PAGE, content, more)
 
 
 def make_flat_pages(count):
@@ -204,25 +291,62 @@ def make_flat_pages(count):
         yield page_body(2, 3)
 
 
-def make_pages(count):
-    """Levels from the root down; a level's nodes and then the pages are numbered one after another."""
+def tree_widths(count):
+    """Nodes of each level from the root down to the pages."""
     widths = [count]
     while len(widths) == 1 or widths[0] > 1:
         widths.insert(0, -(-widths[0] // TREE_FANOUT))
-    first = 3
-    yield b"<< /Type /Catalog /Pages %d 0 R >>" % first
-    yield stream(b"0 0.5 0 RG 72 72 m 540 720 l S")
+    return widths
+
+
+def tree_nodes(widths, first, step=1):
+    """The nodes of the tree, numbered from `first`; the pages come behind them, `step` apart."""
+    count = widths[-1]
     for level, width in enumerate(widths[:-1]):
         below = first + width
+        apart = step if level == len(widths) - 2 else 1
         leaves = TREE_FANOUT ** (len(widths) - 1 - level)
         for i in range(width):
             kids = range(i * TREE_FANOUT, min((i + 1) * TREE_FANOUT, widths[level + 1]))
             parent = b"" if level == 0 else b" /Parent %d 0 R" % (first - widths[level - 1] + i // TREE_FANOUT)
             yield b"<< /Type /Pages /Count %d /Kids [%b]%b >>" % (
-                min(leaves, count - i * leaves), b" ".join(b"%d 0 R" % (below + kid) for kid in kids), parent)
+                min(leaves, count - i * leaves),
+                b" ".join(b"%d 0 R" % (below + kid * apart) for kid in kids), parent)
         first = below
+
+
+def make_pages(count):
+    """A level's nodes and then the pages are numbered one after another."""
+    widths = tree_widths(count)
+    first = 3
+    yield b"<< /Type /Catalog /Pages %d 0 R >>" % first
+    yield stream(b"0 0.5 0 RG 72 72 m 540 720 l S")
+    yield from tree_nodes(widths, first)
+    parents = first + sum(widths[:-2])
     for i in range(count):
-        yield page_body(first - widths[-2] + i // TREE_FANOUT, 2)
+        yield page_body(parents + i // TREE_FANOUT, 2)
+
+
+def make_archive(count, content_bytes):
+    """Reports bound into one file: a page, its content and its notes stand together."""
+    widths = tree_widths(max(1, count // OBJECTS_PER_PAGE))
+    first = 2
+    yield b"<< /Type /Catalog /Pages %d 0 R >>" % first
+    yield from tree_nodes(widths, first, OBJECTS_PER_PAGE)
+    number = first + sum(widths[:-1])
+    parents = first + sum(widths[:-2])
+    lines = [b"%d %d m %d %d l S" % (60 + i % 7 * 70, 60 + i % 71 * 9, 90 + i % 5 * 90, 64 + i % 67 * 9)
+             for i in range(content_bytes // 20)]
+    drawing = b"\n".join(lines)
+    for page in range(widths[-1]):
+        notes = range(number + 2, number + OBJECTS_PER_PAGE)
+        yield page_body(parents + page // TREE_FANOUT, number + 1,
+                        b"/Annots [%b] " % b" ".join(b"%d 0 R" % note for note in notes))
+        yield stream(b"%d 0 0 RG %d w\n%b" % (page % 2, page % 3, drawing))
+        for note in notes:
+            yield b"<< /Type /Annot /Subtype /Text /Rect [%d %d %d %d] /Contents (note %d of page %d) /P %d 0 R >>" % (
+                note % 500, note % 700, note % 500 + 20, note % 700 + 20, note, page + 1, number)
+        number += OBJECTS_PER_PAGE
 
 
 KINDS = {
@@ -232,18 +356,34 @@ KINDS = {
     "sibling-q": make_sibling_q,
     "pages": make_pages,
     "flat-pages": make_flat_pages,
+    "archive": lambda count: make_archive(count, 1400),
+    "archive-streams": lambda count: make_archive(count, 2540),
 }
 
 
+def make_small(folder, count):
+    """Returns FOLDER/small-COUNT, full of files."""
+    path = os.path.join(folder, f"small-{count}")
+    os.makedirs(path, exist_ok=True)
+    for number in range(1, count + 1):
+        file = os.path.join(path, f"{number:06}.pdf")
+        if not os.path.exists(file):
+            write_pdf(file, make_map(20 + number % 50))
+    return path
+
+
 def make(folder, name):
-    """Makes FOLDER/NAME.pdf unless it is there; returns its path."""
+    """Makes FOLDER/NAME.pdf unless it is there, or the folder of small files; returns its path."""
     kind, _, size = name.rpartition("-")
+    if kind == "small" and size.isdigit():
+        return make_small(folder, int(size))
     if kind not in KINDS or not size.isdigit() or int(size) < 1:
         raise ValueError(f"{name}: not one of {', '.join(f'{k}-N' for k in KINDS)}")
     os.makedirs(folder, exist_ok=True)
     path = os.path.join(folder, name + ".pdf")
     if not os.path.exists(path):
-        write_pdf(path, KINDS[kind](int(size)))
+        write = write_streamed_pdf if kind.endswith("-streams") else write_pdf
+        write(path, KINDS[kind](int(size)))
     return path
 
 

@@ -24,6 +24,26 @@ std::string listEntry(std::int16_t list, std::int32_t index) {
     return {text.begin() + 1, text.begin() + 1 + text[0]};
 }
 
+/// What was mended, for a sentence: "a; b; 3 of c".
+std::string mendSentence(const MendCounts& mends) {
+    std::string sentence;
+    for (std::size_t kind = 0; kind < mendKinds; ++kind) {
+        if (mends[kind] == 0) {
+            continue;
+        }
+        const auto several = static_cast<std::int32_t>(mends[kind] > 1);
+        std::string phrase =
+            listEntry(mendTexts, 2 * static_cast<std::int32_t>(kind) + 1 + several);
+        if (const std::size_t gap = phrase.find('%'); gap != std::string::npos) {
+            phrase.replace(gap, 1, std::to_string(mends[kind]));
+        }
+        if (!phrase.empty()) {
+            sentence += (sentence.empty() ? "" : "; ") + phrase;
+        }
+    }
+    return sentence;
+}
+
 std::string warningSentence(Warning warning) {
     constexpr std::int32_t firstWritten = 1001;
     const auto code = static_cast<std::int32_t>(warning);
@@ -40,6 +60,14 @@ std::string reasonSentence(const NotedReason& noted) {
     return sentence;
 }
 
+/// Whether the reason may be noted for this code; a reading that was given up may have noted
+/// another.
+bool isReasonOf(Reason reason, Exception code) {
+    return code == (reason < Reason::unmendableHeader ? Exception::crossReference
+                    : reason < Reason::missingLetter  ? Exception::repairedFile
+                                                      : Exception::unpatchable);
+}
+
 } // namespace
 
 void aboutDialog() {
@@ -48,24 +76,35 @@ void aboutDialog() {
     }
 }
 
-void errorDialog(Exception code) {
+std::string exceptionText(Exception code) {
     const NotedReason noted = takeReason();
+    const bool isExplained = noted.reason != Reason::none && isReasonOf(noted.reason, code);
+    return isExplained ? reasonSentence(noted)
+                       : listEntry(exceptionTexts, static_cast<std::int32_t>(code));
+}
+
+void errorDialog(Exception code) {
+    const std::string text = exceptionText(code);
     if (DialogFront* const front = dialogFront()) {
-        const auto number = static_cast<std::int32_t>(code);
-        const bool isExplained =
-            noted.reason != Reason::none &&
-            (code == Exception::crossReference || code == Exception::unpatchable);
-        front->showError(number,
-                         isExplained ? reasonSentence(noted) : listEntry(exceptionTexts, number));
+        front->showError(static_cast<std::int32_t>(code), text);
     }
 }
 
-bool warningDialog(std::string_view fileName) {
+bool isWorthWarning(const MendCounts& mends) {
+    return !mendSentence(mends).empty();
+}
+
+bool warningDialog(std::string_view fileName, const MendCounts& mends) {
     DialogFront* const front = dialogFront();
     const bool reading = isImportWarning();
     std::vector<std::pair<Warning, std::string>> sentences;
     for (Warning code = popWarning(); code != Warning::none; code = popWarning()) {
-        sentences.emplace_back(code, warningSentence(code));
+        std::string sentence = warningSentence(code);
+        if (const std::string what = mendSentence(mends);
+            !what.empty() && (code == Warning::repaired || code == Warning::mended)) {
+            sentence += (code == Warning::repaired ? "; " : ": ") + what;
+        }
+        sentences.emplace_back(code, std::move(sentence));
     }
     if (front == nullptr) {
         return true;

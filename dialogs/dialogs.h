@@ -1,20 +1,29 @@
 // The plug-in's dialogs, over the front that the host registered.
 #pragma once
 
+#include "host/mend.h"
 #include "runtime/exception.h"
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace corvane {
 
 void aboutDialog();
 
+/// The sentence of an exception, by the reason that was noted for it; the reason is then taken.
+std::string exceptionText(Exception code);
+
 /// Shows the sentence of an exception.
 void errorDialog(Exception code);
 
-/// Shows all collected warnings at once and forgets them. False: the person wants to stop.
-bool warningDialog(std::string_view fileName);
+/// Whether any of it is worth a warning: what every reader takes in silence is not.
+bool isWorthWarning(const MendCounts& mends);
+
+/// Shows all collected warnings at once and forgets them; the one of damage says what was mended.
+/// False: the person wants to stop.
+bool warningDialog(std::string_view fileName, const MendCounts& mends);
 
 /// Asks for a page from `first` to `last`; `page` holds the proposal and takes the answer. False:
 /// cancelled. Without a front the proposal is the answer.

@@ -1,11 +1,15 @@
 #include "entry/document_facts.h"
 
+#include "dialogs/dialogs.h"
 #include "reader/document/signatures.h"
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
 #include "runtime/extension.h"
+#include "runtime/rules.h"
+#include "writer/mend/mend_plan.h"
 
 #include <algorithm>
+#include <string>
 
 namespace corvane {
 
@@ -16,18 +20,20 @@ constexpr std::int32_t pagesPerCheck = 256;
 
 } // namespace
 
-void tellDocument(DocumentCache& cache) {
+void tellDocument(DocumentCache& cache, CountObjects count) {
     const auto extension = knownExtension();
     if (!extension || extension->documentFacts == nullptr) {
         return;
     }
     // Of a file that was repaired, no section is known.
     const auto sections = static_cast<std::int32_t>(cache.sectionOffsets.size());
-    extension->documentFacts(extension->context, {.pages = countCache(cache),
-                                                  .objects = countReference(*cache.references),
-                                                  .updates = std::max(sections - 1, 0),
-                                                  .length = cache.wholeLength,
-                                                  .version = cache.version});
+    const bool counts = count == CountObjects::yes;
+    extension->documentFacts(extension->context,
+                             {.pages = statedCount(cache),
+                              .objects = counts ? countReference(*cache.references) : 0,
+                              .updates = std::max(sections - 1, 0),
+                              .length = cache.wholeLength,
+                              .version = cache.version});
 }
 
 void tellSignatures(DocumentCache& cache) {
@@ -53,6 +59,36 @@ void tellPages(DocumentCache& cache) {
         }
         extension->pageFacts(extension->context, pageFactsCache(cache, page));
     }
+}
+
+void tellDamage(DocumentCache& cache) {
+    const auto extension = knownExtension();
+    if (!extension || extension->damage == nullptr || !rules().repairsReferences) {
+        return;
+    }
+    DamageFacts facts;
+    MendCounts mended{};
+    const Exception code = guarded([&] {
+        const MendPlan mend = planMend(cache, surveyObjects(cache));
+        mended = mend.mended;
+        facts.canBeMended = !mend.isNothing;
+        refuseUnmendable(cache);
+    });
+    if (code != Exception::none && code != Exception::repairedFile && !isFileFault(code)) {
+        againException();
+    }
+    resetException();
+    facts.needsMending = cache.repaired && countCache(cache) > 0;
+    std::string obstacle;
+    if (code != Exception::none && (facts.needsMending || facts.canBeMended)) {
+        obstacle = exceptionText(code);
+        facts.obstacle = obstacle;
+    }
+    facts.canBeMended = facts.canBeMended && code == Exception::none;
+    std::ranges::transform(
+        cache.mends.counts(), mended, facts.found.begin(),
+        [](std::int32_t noted, std::int32_t planned) { return std::max(noted, planned); });
+    extension->damage(extension->context, facts);
 }
 
 } // namespace corvane

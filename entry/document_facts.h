@@ -5,11 +5,15 @@
 
 namespace corvane {
 
+enum class CountObjects { no, yes };
+
 /// Pages, objects, updates, length and version of the file, where the host extension wants them.
-void tellDocument(DocumentCache& cache);
+void tellDocument(DocumentCache& cache, CountObjects count);
 /// The signatures of the file, where it has any.
 void tellSignatures(DocumentCache& cache);
 /// The facts of every page, in order.
 void tellPages(DocumentCache& cache);
+/// How sound the file is: all of it is looked at.
+void tellDamage(DocumentCache& cache);
 
 } // namespace corvane

@@ -7,8 +7,10 @@
 #include "objects/mask.h"
 #include "objects/stack.h"
 #include "output/xref.h"
+#include "reader/page/page_tree.h"
 #include "runtime/exception.h"
 #include "runtime/extension.h"
+#include "runtime/rules.h"
 #include "runtime/warning.h"
 
 #include <algorithm>
@@ -48,9 +50,16 @@ DocumentSession::Registries::~Registries() {
     resetWarning();
 }
 
-DocumentSession::DocumentSession(ParameterBlock& block) : block_(block) {
+DocumentSession::DocumentSession(ParameterBlock& block, PageReach reach) : block_(block) {
     allocateState(block);
-    cache_ = openCache(specifiedDirectory(*block.file), specifiedName(*block.file));
+    cache_ = openCache(specifiedDirectory(*block.file), specifiedName(*block.file),
+                       reach == PageReach::every ? everyPage : pageToRead());
+}
+
+std::int32_t DocumentSession::pageToRead() {
+    const auto extension = knownExtension();
+    const std::int32_t wanted = extension ? extension->wantedPage : 0;
+    return std::max(wanted > 0 ? wanted : page(), 1);
 }
 
 std::int32_t& DocumentSession::page() {
@@ -61,16 +70,27 @@ void DocumentSession::close() {
     closeCache(std::move(cache_));
 }
 
+bool hostNamesPage() {
+    const auto extension = knownExtension();
+    return extension && extension->wantedPage > 0 && rules().profile == Profile::extended;
+}
+
+void keepNamedPage(ParameterBlock& block) {
+    allocateState(block);
+    (*block.state)->page = knownExtension()->wantedPage;
+}
+
 bool selectPage(DocumentCache& cache, std::int32_t& page) {
-    const std::int32_t count = countCache(cache);
     const auto extension = knownExtension();
     if (extension && extension->wantedPage > 0) {
         page = extension->wantedPage;
-        if (page > count) {
+        walkPages(cache, page);
+        if (page > std::ssize(cache.pages)) {
             failException(Exception::range);
         }
         return true;
     }
+    const std::int32_t count = statedCount(cache);
     page = page > 0 ? std::min(page, count) : 1;
     return count < 2 || pagesDialog(1, count, page);
 }

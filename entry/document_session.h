@@ -9,10 +9,13 @@
 
 namespace corvane {
 
+/// How far the list of pages is read when a file is opened.
+enum class PageReach { wanted, every };
+
 class DocumentSession {
 public:
     /// Makes the state block where the host has none yet, opens the registries and the file.
-    explicit DocumentSession(ParameterBlock& block);
+    explicit DocumentSession(ParameterBlock& block, PageReach reach = PageReach::every);
     DocumentSession(const DocumentSession&) = delete;
     DocumentSession& operator=(const DocumentSession&) = delete;
 
@@ -32,10 +35,17 @@ private:
         Registries& operator=(const Registries&) = delete;
     };
 
+    std::int32_t pageToRead();
+
     ParameterBlock& block_;
     Registries registries_;
     std::unique_ptr<DocumentCache> cache_;
 };
+
+/// Whether the host says itself which page it wants.
+bool hostNamesPage();
+/// Keeps the page that the host names.
+void keepNamedPage(ParameterBlock& block);
 
 /// Settles the page: as asked for by the host extension, by the person, or the only one. False:
 /// cancelled. A wanted page that the file does not have raises `range`.

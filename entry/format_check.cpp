@@ -2,6 +2,7 @@
 #include "entry/file_name.h"
 #include "entry/selectors.h"
 #include "filters/stream.h"
+#include "reader/document/header_search.h"
 #include "runtime/exception.h"
 #include "runtime/rules.h"
 #include "runtime/warning.h"
@@ -56,6 +57,9 @@ std::uint32_t checkFormat(const ParameterBlock& block) {
         }
         if (count >= 8) {
             result = scanHeader(front);
+        }
+        if (result == resultNotFormat && rules().searchesHeader && searchHeader(*chain.top())) {
+            result = 0;
         }
     });
     chain.unlink();

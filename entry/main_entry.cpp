@@ -27,6 +27,8 @@ std::uint32_t dispatchLater(ParameterBlock& block) {
         return revert(block);
     case Selector::trial:
         return trial(block);
+    case Selector::mend:
+        return mend(block);
     default:
         return 0;
     }

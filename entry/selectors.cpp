@@ -32,14 +32,25 @@ std::uint32_t quietCheck(const ParameterBlock& block) {
     return result;
 }
 
-void readPage(DocumentSession& session) {
+void usePage(DocumentSession& session) {
+    if (hostNamesPage()) {
+        tellDocument(session.cache(), CountObjects::no);
+        selectPage(session.cache(), session.page());
+    }
     pageCache(session.cache(), session.page());
-    readCache(session.cache());
+}
+
+/// A file that was searched has its warning already.
+void warnOfMends(const DocumentCache& cache) {
+    if (!cache.repaired && isWorthWarning(cache.mends.counts())) {
+        raiseWarning(Warning::mended);
+    }
 }
 
 /// False where the person wants to stop.
-bool showWarnings(const ParameterBlock& block) {
-    return valueWarning() == Warning::none || warningDialog(specifiedName(*block.file));
+bool showWarnings(const ParameterBlock& block, DocumentSession& session) {
+    return valueWarning() == Warning::none ||
+           warningDialog(specifiedName(*block.file), session.cache().mends.counts());
 }
 
 } // namespace
@@ -62,8 +73,14 @@ std::uint32_t prepare(ParameterBlock& block) {
     if (result == resultNotFormat) {
         failException(Exception::notPdf);
     }
-    DocumentSession session(block);
-    tellDocument(session.cache());
+    if (hostNamesPage()) {
+        // There is nobody to ask, and to open the file twice would cost twice as much: whether it
+        // has the page is found when it is used.
+        keepNamedPage(block);
+        return result;
+    }
+    DocumentSession session(block, PageReach::wanted);
+    tellDocument(session.cache(), CountObjects::no);
     std::int32_t page = session.page();
     if (!selectPage(session.cache(), page)) {
         failException(Exception::cancelled);
@@ -75,15 +92,17 @@ std::uint32_t prepare(ParameterBlock& block) {
 
 std::uint32_t go(ParameterBlock& block) {
     std::uint32_t result = quietCheck(block);
-    DocumentSession session(block);
+    DocumentSession session(block, PageReach::wanted);
     if (block.action == Action::read) {
-        readPage(session);
+        usePage(session);
+        readCache(session.cache());
+        warnOfMends(session.cache());
     } else if (block.action == Action::write) {
-        pageCache(session.cache(), session.page());
+        usePage(session);
         writeCache(session.cache());
     }
     bool goesOn = true;
-    const Exception code = guarded([&] { goesOn = showWarnings(block); });
+    const Exception code = guarded([&] { goesOn = showWarnings(block, session); });
     if (block.action == Action::write) {
         resetException(); // the page is saved, whoever could be told of it
     } else {
@@ -98,14 +117,22 @@ std::uint32_t go(ParameterBlock& block) {
 
 std::uint32_t trial(ParameterBlock& block) {
     std::uint32_t result = quietCheck(block);
-    DocumentSession session(block);
-    pageCache(session.cache(), session.page());
+    DocumentSession session(block, PageReach::wanted);
+    usePage(session);
     tryCache(session.cache());
-    if (!showWarnings(block)) {
+    if (!showWarnings(block, session)) {
         result = resultStopped;
     }
     session.close();
     return result;
+}
+
+std::uint32_t mend(ParameterBlock& block) {
+    DocumentSession session(block);
+    tellDocument(session.cache(), CountObjects::no);
+    mendCache(session.cache(), block.action == Action::read);
+    session.close();
+    return 0;
 }
 
 std::uint32_t check(const ParameterBlock& block) {
@@ -114,7 +141,7 @@ std::uint32_t check(const ParameterBlock& block) {
 
 std::uint32_t info(ParameterBlock& block) {
     DocumentSession session(block);
-    tellDocument(session.cache());
+    tellDocument(session.cache(), CountObjects::yes);
     tellSignatures(session.cache());
     tellPages(session.cache());
     session.close();
@@ -123,7 +150,8 @@ std::uint32_t info(ParameterBlock& block) {
 
 std::uint32_t diagnose(ParameterBlock& block) {
     DocumentSession session(block);
-    tellDocument(session.cache());
+    tellDocument(session.cache(), CountObjects::yes);
+    tellDamage(session.cache());
     session.close();
     return 0;
 }

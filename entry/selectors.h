@@ -23,7 +23,8 @@ std::uint32_t go(ParameterBlock& block);
 std::uint32_t check(const ParameterBlock& block);
 /// Tells the host extension the facts of the file, and of every page.
 std::uint32_t info(ParameterBlock& block);
-/// Whether the file can be opened: raises what opening it raises; tells the facts of the file.
+/// Whether the file can be opened: raises what opening it raises; tells the facts of the file
+/// and how sound it is.
 std::uint32_t diagnose(ParameterBlock& block);
 /// As `go` with action `write`, the page chosen by `prepare`, but nothing is written.
 std::uint32_t trial(ParameterBlock& block);
@@ -32,5 +33,8 @@ std::uint32_t log(ParameterBlock& block);
 /// Takes the newest update off, and tells the host extension which it was. Raises `foreignUpdate`
 /// where it is not ours.
 std::uint32_t revert(ParameterBlock& block);
+/// Mends the file, or with action `read` only counts what that would append, and tells the host
+/// extension.
+std::uint32_t mend(ParameterBlock& block);
 
 } // namespace corvane

@@ -16,6 +16,12 @@ constexpr std::int32_t lastPngPredictor = 15;
 /// Real files have at most 32 (DeviceN).
 constexpr std::int32_t mostColors = 1024;
 
+/// The filter of cross-reference streams, whose rows are short and many.
+constexpr std::byte upFilter{2};
+
+/// Bytes of rows that are read together; no more of them than are asked for.
+constexpr std::size_t blockBytes = 8192;
+
 /// Bytes of a row; no image that can be drawn has more.
 constexpr std::int64_t longestRow = 1 << 28;
 
@@ -33,9 +39,11 @@ void addLeft(std::span<std::byte> row, std::size_t distance) {
     }
 }
 
-void addUp(std::span<std::byte> row, std::span<const std::byte> above) {
-    for (std::size_t i = 0; i < row.size(); ++i) {
-        row[i] = sum(row[i], value(above[i]));
+/// `to` may overlap `from` in front of it.
+void addUp(std::span<const std::byte> from, std::span<std::byte> to,
+           std::span<const std::byte> above) {
+    for (std::size_t i = 0; i < to.size(); ++i) {
+        to[i] = sum(from[i], value(above[i]));
     }
 }
 
@@ -59,7 +67,7 @@ std::uint32_t paeth(std::int32_t left, std::int32_t up, std::int32_t corner) {
 
 void addPaeth(std::span<std::byte> row, std::span<const std::byte> above, std::size_t distance) {
     const std::size_t first = std::min(distance, row.size());
-    addUp(row.first(first), above);
+    addUp(row.first(first), row.first(first), above);
     for (std::size_t i = first; i < row.size(); ++i) {
         row[i] = sum(row[i],
                      paeth(value(row[i - distance]), value(above[i]), value(above[i - distance])));
@@ -71,8 +79,6 @@ void undoPng(std::byte filter, std::span<std::byte> row, std::span<const std::by
     switch (value(filter)) {
     case 1:
         return addLeft(row, distance);
-    case 2:
-        return addUp(row, above);
     case 3:
         return addAverage(row, above, distance);
     case 4:
@@ -122,42 +128,62 @@ void undoTiff(std::span<std::byte> row, const PredictorParameters& parameters) {
 
 PredictorFilter::PredictorFilter(const PredictorParameters& parameters, std::size_t rowBytes)
     : Decoder(entryDecoder), parameters_(parameters),
+      prefix_(parameters.predictor == tiffPredictor ? 0 : 1),
       pixelBytes_(std::max<std::size_t>(
           1, static_cast<std::size_t>(parameters.colors * parameters.bitsPerComponent) / 8)),
-      charge_(static_cast<std::int64_t>(2 * rowBytes + 1)),
-      row_(rowBytes + (parameters.predictor == tiffPredictor ? 0 : 1)), above_(rowBytes) {}
+      rows_((rowBytes + prefix_) * std::max<std::size_t>(1, blockBytes / (rowBytes + prefix_))),
+      above_(rowBytes) {
+    charge_.resize(static_cast<std::int64_t>(rows_.size() + above_.size()));
+}
 
-/// Reads the next row and undoes its differences; nothing is available at the end of the data.
-void PredictorFilter::readRow() {
-    const bool png = parameters_.predictor != tiffPredictor;
-    const std::size_t prefix = png ? 1 : 0;
-    const std::size_t count = readFilter(*next, row_);
-    position_ = prefix;
-    available_ = count;
-    if (count <= prefix) {
-        available_ = prefix;
-        return;
+/// Reads as many rows as `wanted` bytes need and undoes their differences; nothing is available at
+/// the end of the data. The samples of all rows then stand together.
+void PredictorFilter::readRows(std::size_t wanted) {
+    const std::size_t samples = above_.size();
+    const std::size_t length = samples + prefix_;
+    const std::size_t most = std::min((wanted + samples - 1) / samples, rows_.size() / length);
+    const std::size_t count = readFilter(*next, std::span(rows_).first(most * length));
+    position_ = 0;
+    available_ = 0;
+    std::span<const std::byte> above = above_;
+    for (std::size_t start = 0; start + prefix_ < count; start += length) {
+        const std::size_t size = std::min(length, count - start) - prefix_;
+        const std::span<std::byte> row = std::span(rows_).subspan(available_, size);
+        undoRow(std::span(rows_).subspan(start, size + prefix_), row, above);
+        above = row;
+        available_ += size;
     }
-    const std::span<std::byte> samples = std::span(row_).subspan(prefix, count - prefix);
-    if (png) {
-        undoPng(row_.front(), samples, above_, pixelBytes_);
-        std::ranges::copy(samples, above_.begin());
-    } else {
-        undoTiff(samples, parameters_);
+    if (available_ >= samples) {
+        std::copy_n(rows_.begin() + static_cast<std::ptrdiff_t>(available_ - samples), samples,
+                    above_.begin());
     }
+}
+
+/// `to` begins no later than `from`, and may be the same place.
+void PredictorFilter::undoRow(std::span<const std::byte> from, std::span<std::byte> to,
+                              std::span<const std::byte> above) const {
+    if (prefix_ == 0) {
+        return undoTiff(to, parameters_);
+    }
+    const std::byte filter = from.front();
+    if (filter == upFilter) {
+        return addUp(from.subspan(1), to, above);
+    }
+    std::copy(from.begin() + 1, from.end(), to.begin());
+    undoPng(filter, to, above, pixelBytes_);
 }
 
 std::size_t PredictorFilter::decode(std::span<std::byte> out) {
     std::size_t done = 0;
     while (done < out.size()) {
         if (position_ == available_) {
-            readRow();
+            readRows(out.size() - done);
             if (position_ == available_) {
                 break;
             }
         }
         const std::size_t count = std::min(available_ - position_, out.size() - done);
-        std::copy_n(row_.begin() + static_cast<std::ptrdiff_t>(position_), count,
+        std::copy_n(rows_.begin() + static_cast<std::ptrdiff_t>(position_), count,
                     out.begin() + static_cast<std::ptrdiff_t>(done));
         position_ += count;
         done += count;

@@ -20,7 +20,8 @@ struct PredictorParameters {
 };
 
 /// Reads rows, each beginning on a byte; a row cut short is delivered as far as it goes. A row that
-/// names no PNG filter is taken as it stands. Writing raises `io`. Holds two rows.
+/// names no PNG filter is taken as it stands. Writing raises `io`. Reads no rows but those that are
+/// asked for, short ones many at a time.
 class PredictorFilter final : public Decoder {
 public:
     PredictorFilter(const PredictorParameters& parameters, std::size_t rowBytes);
@@ -28,14 +29,17 @@ public:
 private:
     std::size_t decode(std::span<std::byte> out) override;
     void restart() override;
-    void readRow();
+    void readRows(std::size_t wanted);
+    void undoRow(std::span<const std::byte> from, std::span<std::byte> to,
+                 std::span<const std::byte> above) const;
 
     PredictorParameters parameters_;
+    std::size_t prefix_;     ///< bytes in front of a row's samples: the filter's number
     std::size_t pixelBytes_; ///< distance to the sample on the left, one at least
     std::size_t position_ = 0;
     std::size_t available_ = 0;
     ZoneCharge charge_;
-    std::vector<std::byte> row_; ///< the filter's number where there is one, then the samples
+    std::vector<std::byte> rows_;
     std::vector<std::byte> above_;
 };
 

@@ -36,6 +36,9 @@ public:
     /// Whether saves go on where the person would be asked.
     void overwrite(bool overwrites) { extension_.overwrites = overwrites; }
 
+    /// Whether saves mend the file.
+    void mend(bool mends) { extension_.mends = mends; }
+
     /// Opens the file as the plug-in does, with the page in use. False where anything raised.
     bool look(const std::function<void(DocumentCache&)>& see);
 

@@ -36,7 +36,7 @@ bool save(PluginHost& host) {
     require(static_cast<std::size_t>(facts.length) == after.size());
     require(former <= before.size() &&
             after.starts_with(std::string_view(before).substr(0, former)));
-    require(!facts.isNothing || after == before);
+    require(!facts.isNothing || facts.isMended || after == before);
     return true;
 }
 
@@ -58,6 +58,28 @@ void revert(PluginHost& host, std::string_view before) {
     require(host.call(Selector::revert) == 0);
     const std::string reverted = PluginHost::fileBytes();
     require(before.starts_with(reverted) && after.starts_with(reverted));
+}
+
+/// Mends the file alone, as tried before, and takes that off again. What was mended needs neither a
+/// search nor more mending.
+void requireSoundMending(Bytes file) {
+    PluginHost host(file, Profile::extended, 1);
+    host.mend(true);
+    const std::string before = PluginHost::fileBytes();
+    const bool tried = host.call(Selector::mend) == 0;
+    require(PluginHost::fileBytes() == before);
+    const SavedFacts would = host.saved();
+    const bool mended = host.call(Selector::mend, Action::write) == 0;
+    require(tried == mended);
+    if (!mended || !host.saved().isMended) {
+        return;
+    }
+    const std::string after = PluginHost::fileBytes();
+    require(would.length == host.saved().length);
+    require(static_cast<std::size_t>(would.length) == after.size());
+    require(host.look([](DocumentCache& cache) { require(!cache.repaired); }));
+    require(host.call(Selector::mend, Action::write) == 0 && !host.saved().isMended);
+    revert(host, before);
 }
 
 struct OpenedPage {
@@ -146,6 +168,7 @@ void requireSoundSave(Bytes file, Profile profile, const Choose& choose) {
         requireSoundRedrawing(file);
     } else {
         requireSoundPatches(file, choose);
+        requireSoundMending(file);
     }
 }
 

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "host/artwork.h"
+#include "host/mend.h"
 #include "host/zone.h"
 
 #include <cstddef>
@@ -40,10 +41,11 @@ struct PageFacts {
     double userUnit = 1.0;
 };
 
-/// Facts of the whole file, by selector `info`, before the first page's.
+/// Facts of the whole file: by selector `info`, before the first page's, and before a page is
+/// opened or saved.
 struct DocumentFacts {
-    std::int32_t pages = 0;
-    std::int32_t objects = 0; ///< in use, by the cross-reference
+    std::int32_t pages = 0;   ///< when a page is opened or saved: as the file says, not counted
+    std::int32_t objects = 0; ///< in use, by the cross-reference; 0: not counted
     std::int32_t updates = 0; ///< sections appended after the first
     std::int64_t length = 0;  ///< bytes
     std::string_view version; ///< of the header: "1.4"
@@ -101,6 +103,19 @@ struct SavedFacts {
     std::int32_t added = 0;
     std::int32_t removed = 0;
     std::int32_t moved = 0; ///< objects that stay and are drawn at another place in the order
+
+    // Version 4.
+
+    bool isMended = false; ///< the file, besides; a page number of 0 tells that nothing else is
+    MendCounts mended{};   ///< what is sound now
+};
+
+/// How sound a file is, by selector `diagnose`.
+struct DamageFacts {
+    MendCounts found{};
+    bool needsMending = false; ///< nothing can be saved into it before
+    bool canBeMended = false;  ///< by what is appended; nothing to mend: false
+    std::string_view obstacle; ///< why it cannot be mended so; empty where it can
 };
 
 /// Much of one kind that the page has and the artwork to be saved does not.
@@ -186,6 +201,10 @@ struct HostExtension {
 
     /// Told where there are any.
     void (*signatures)(void* context, const SignatureFacts&) = nullptr;
+    /// What is damaged in the file is mended by the save.
+    bool mends = false;
+    /// Told when the whole file was looked at.
+    void (*damage)(void* context, const DamageFacts&) = nullptr;
 };
 
 /// Registers (null: removes) the record of the host of this process; not an owner.

@@ -22,6 +22,7 @@ enum class Selector : std::int16_t {
     log = 18,    ///< tell the updates of a file
     revert = 19, ///< take the newest update off again
     trial = 20,  ///< as `go` with action `write`, but nothing is written
+    mend = 21,   ///< as `go`, or with action `read` as `trial`: mends the file and saves no page
 };
 
 enum class Action : std::int32_t { read = 1, write = 2 };

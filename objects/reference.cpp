@@ -54,6 +54,20 @@ public:
     ReferenceTable& operator=(const ReferenceTable&) = delete;
     ~ReferenceTable();
 
+    void setSource(ReferenceSource* source) { source_ = source; }
+    void completeNumber(std::int32_t number) {
+        if (source_ != nullptr) {
+            source_->provide(number);
+        }
+    }
+    void complete() {
+        if (source_ != nullptr) {
+            source_->provideAll();
+        }
+    }
+
+    // Of what was added so far.
+
     Node first() const { return first_; }
     std::int32_t count() const { return count_; }
     Node find(std::int32_t number, std::int32_t generation) const;
@@ -67,6 +81,7 @@ private:
     Node newNode();
 
     ZoneCharge charge_;
+    ReferenceSource* source_ = nullptr;
     Node first_;
     std::int32_t count_ = 0;
     // The index. Nearly all objects are of generation 0 and found by number in pages made where
@@ -177,6 +192,10 @@ ReferenceTableOwner openReference() {
     return ReferenceTableOwner(table.release());
 }
 
+void sourceReference(ReferenceTable& table, ReferenceSource* source) {
+    table.setSource(source);
+}
+
 void nodeReference(ReferenceTable& table, std::int32_t number, std::int32_t generation,
                    ObjectPlace tag) {
     table.add(number, generation, tag);
@@ -184,15 +203,16 @@ void nodeReference(ReferenceTable& table, std::int32_t number, std::int32_t gene
 
 void freeReference(ReferenceTable&, std::int32_t, std::int32_t, ObjectPlace) {}
 
-Ref<ReferenceNode> findReference(const ReferenceTable& table, std::int32_t number,
+Ref<ReferenceNode> findReference(ReferenceTable& table, std::int32_t number,
                                  std::int32_t generation) {
+    table.completeNumber(number);
     return table.find(number, generation);
 }
 
 void putReference(ReferenceTable& table, std::int32_t number, std::int32_t generation,
                   Object object) {
     ObjectOwner owner(object);
-    const Node node = table.find(number, generation);
+    const Node node = findReference(table, number, generation);
     if (!node) {
         raiseException(Exception::underflow);
         return;
@@ -201,9 +221,9 @@ void putReference(ReferenceTable& table, std::int32_t number, std::int32_t gener
     std::swap(node->value, owner.get());
 }
 
-ObjectPlace getReference(const ReferenceTable& table, std::int32_t number, std::int32_t generation,
+ObjectPlace getReference(ReferenceTable& table, std::int32_t number, std::int32_t generation,
                          Object& value) {
-    const Node node = table.find(number, generation);
+    const Node node = findReference(table, number, generation);
     if (!node) {
         raiseException(Exception::underflow);
         return ObjectPlace::atOffset(0);
@@ -230,11 +250,13 @@ void flushReference(ReferenceTable& table) {
     }
 }
 
-Ref<ReferenceNode> firstReference(const ReferenceTable& table) {
+Ref<ReferenceNode> firstReference(ReferenceTable& table) {
+    table.complete();
     return table.first();
 }
 
-std::int32_t countReference(const ReferenceTable& table) {
+std::int32_t countReference(ReferenceTable& table) {
+    table.complete();
     return table.count();
 }
 

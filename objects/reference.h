@@ -42,6 +42,15 @@ public:
 };
 static_assert(sizeof(ReferenceNode) == 24);
 
+/// Adds nodes of a table when they are first asked for.
+class ReferenceSource {
+public:
+    virtual ~ReferenceSource() = default;
+    /// Adds the nodes of `number`, of every generation, unless it did so before.
+    virtual void provide(std::int32_t number) = 0;
+    virtual void provideAll() = 0;
+};
+
 class ReferenceTable;
 
 struct ReferenceTableCloser {
@@ -51,6 +60,9 @@ using ReferenceTableOwner = std::unique_ptr<ReferenceTable, ReferenceTableCloser
 
 /// An empty table. No memory: `io`.
 ReferenceTableOwner openReference();
+/// From now on the table asks `source` for the nodes of a number before it looks for one, and for
+/// all before it lists or counts them; null: nobody.
+void sourceReference(ReferenceTable& table, ReferenceSource* source);
 /// Adds a node with a null value, unless number and generation have one. A number outside 0 to
 /// `budget::objectNumber` raises `structure`, and so does a generation other than 0 of an object in
 /// an object stream.
@@ -60,14 +72,14 @@ void nodeReference(ReferenceTable& table, std::int32_t number, std::int32_t gene
 void freeReference(ReferenceTable& table, std::int32_t number, std::int32_t generation,
                    ObjectPlace tag);
 /// The node of exactly this number and generation, or null.
-Ref<ReferenceNode> findReference(const ReferenceTable& table, std::int32_t number,
+Ref<ReferenceNode> findReference(ReferenceTable& table, std::int32_t number,
                                  std::int32_t generation);
 /// Gives `object` to the node, which owns it from now on and frees what it held. No node:
 /// `underflow`, and the object is freed.
 void putReference(ReferenceTable& table, std::int32_t number, std::int32_t generation,
                   Object object);
 /// The node's place, and its value (not retained); no node: `underflow`.
-ObjectPlace getReference(const ReferenceTable& table, std::int32_t number, std::int32_t generation,
+ObjectPlace getReference(ReferenceTable& table, std::int32_t number, std::int32_t generation,
                          Object& value);
 /// Number and generation of the newest node whose value equals `object`; none: `underflow`.
 void disolveReference(const ReferenceTable& table, const Object& object, std::int32_t& number,
@@ -75,7 +87,7 @@ void disolveReference(const ReferenceTable& table, const Object& object, std::in
 /// Frees every value and keeps the nodes.
 void flushReference(ReferenceTable& table);
 /// The newest node; the others follow by `next`.
-Ref<ReferenceNode> firstReference(const ReferenceTable& table);
-std::int32_t countReference(const ReferenceTable& table);
+Ref<ReferenceNode> firstReference(ReferenceTable& table);
+std::int32_t countReference(ReferenceTable& table);
 
 } // namespace corvane

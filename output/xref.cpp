@@ -84,10 +84,14 @@ void forallXRef(const std::function<void(const XRefEntry&)>& procedure) {
 void entryXRef(Filter& stream, std::int32_t number, std::int32_t generation, std::int32_t offset) {
     integerOutput(stream, number);
     stringOutput(stream, "1 \r");
+    lineXRef(stream, offset, generation, true);
+}
+
+void lineXRef(Filter& stream, std::int32_t offset, std::int32_t generation, bool isUsed) {
     paddedOutput(stream, offset, offsetDigits);
     stringOutput(stream, " ");
     paddedOutput(stream, generation & 0xFFFF, generationDigits);
-    stringOutput(stream, " n \r");
+    stringOutput(stream, isUsed ? " n \r" : " f \r");
 }
 
 } // namespace corvane

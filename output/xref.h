@@ -35,5 +35,7 @@ void touchXRef(Filter& stream, std::int32_t number, std::int32_t generation);
 void forallXRef(const std::function<void(const XRefEntry&)>& procedure);
 /// Writes a subsection of one entry.
 void entryXRef(Filter& stream, std::int32_t number, std::int32_t generation, std::int32_t offset);
+/// Writes an entry of a subsection.
+void lineXRef(Filter& stream, std::int32_t offset, std::int32_t generation, bool isUsed);
 
 } // namespace corvane

@@ -34,6 +34,7 @@ struct Lists {
     std::vector<std::byte> reasons = stringList(reasonSentences());
     std::vector<std::byte> readWarnings = stringList(readWarningSentences());
     std::vector<std::byte> writeWarnings = stringList(writeWarningSentences());
+    std::vector<std::byte> mends = stringList(mendPhrases());
     std::vector<std::byte> names = stringList(nameEntries);
     std::vector<std::byte> about = stringList(aboutEntries);
 };
@@ -48,6 +49,7 @@ std::span<const StaticResource> pluginResources() {
         StaticResource{listType, reasonTexts, "", lists.reasons},
         StaticResource{listType, readWarningTexts, "", lists.readWarnings},
         StaticResource{listType, writeWarningTexts, "", lists.writeWarnings},
+        StaticResource{listType, mendTexts, "", lists.mends},
         StaticResource{listType, nameTexts, "", lists.names},
         StaticResource{listType, aboutTexts, "", lists.about},
     };

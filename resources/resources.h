@@ -20,6 +20,8 @@ inline constexpr std::int16_t reasonTexts = 16004;       ///< by reason; % stand
 inline constexpr std::int16_t nameTexts = 16005;         ///< 1: template of names of image files
 inline constexpr std::int16_t aboutTexts = 16006;        ///< 1: what the about box says
 
+inline constexpr std::int16_t mendTexts = 16007; ///< two for each kind: of one, and of % objects
+
 /// All of them, for the toolbox.
 std::span<const StaticResource> pluginResources();
 
@@ -29,6 +31,9 @@ std::span<const std::string_view> exceptionSentences();
 std::span<const std::string_view> reasonSentences();
 std::span<const std::string_view> readWarningSentences();
 std::span<const std::string_view> writeWarningSentences();
+
+/// What was mended, two phrases for each kind (host/mend.h); parts of a sentence.
+std::span<const std::string_view> mendPhrases();
 
 /// A minimal PDF file of one empty page.
 std::string_view templateFile();

@@ -39,8 +39,8 @@ constexpr std::array<std::string_view, 33> exceptions = {
     "the page was changed since the artwork was opened, and saving would undo that; open the page "
     "again",
     /* 22 */
-    "the file is damaged and could only be repaired for reading; repair it with another PDF "
-    "program, then open and save that",
+    "the file is damaged and was mended for reading only; to save into it, say --mend: what is "
+    "appended then mends it, and every old byte stays",
     /* 23 */ "the file would grow past 2,147,483,647 bytes; save into a smaller file",
     /* 24 */ "another program changed the file while it was being saved; try again",
     /* 25 */ "the newest update was not made by this program; nothing was taken off",
@@ -64,8 +64,8 @@ constexpr std::array<std::string_view, 33> exceptions = {
     "it as broken; if that does not matter, say --force",
 };
 
-/// Why a file cannot be read or a page not saved, by reason.
-constexpr std::array<std::string_view, 7> reasons = {
+/// Why a file cannot be read or mended, or a page not saved, by reason.
+constexpr std::array<std::string_view, 11> reasons = {
     /* 1 */ "the file is encrypted and needs a password; give it with --password-file",
     /* 2 */ "that is not a password of this encrypted file; check it and try again",
     /* 3 */
@@ -78,15 +78,27 @@ constexpr std::array<std::string_view, 7> reasons = {
     "what the file says of its encryption is damaged; repair it with another PDF program and try "
     "again",
     /* 6 */
+    "the header of the file is missing or not at its front, which nothing that is appended can "
+    "mend; repair it with another PDF program",
+    /* 7 */
+    "the catalog of the file has no number of its own, which nothing that is appended can mend; "
+    "repair it with another PDF program",
+    /* 8 */
+    "the trailer of the file does not refer to its encryption, which nothing that is appended can "
+    "mend; repair it with another PDF program",
+    /* 9 */
+    "a page of the file has no number of its own, so that no page tree can name it; repair it with "
+    "another PDF program",
+    /* 10 */
     "the page's font does not have the letter %; use letters that the text had, or another font of "
     "the page",
-    /* 7 */
+    /* 11 */
     "there is new text in a font that the page does not have; give it a font of the page, or turn "
     "it "
     "into paths in your editor",
 };
 
-constexpr std::array<std::string_view, 20> readWarnings = {
+constexpr std::array<std::string_view, 21> readWarnings = {
     /* 1 */ "an object of an unknown kind is not in the artwork",
     /* 2 */ "drawing commands that no PDF version knows are not in the artwork",
     /* 3 */ "forms (reused drawings) are not in the artwork",
@@ -107,6 +119,32 @@ constexpr std::array<std::string_view, 20> readWarnings = {
     /* 18 */ "text is not in the artwork",
     /* 19 */ "patterns and smooth shadings are not in the artwork",
     /* 20 */ "the file's table of contents is damaged; its objects were found by searching",
+    /* 21 */ "the file is damaged",
+};
+
+/// What was mended, by kind: for one and for several; % stands for how many. Empty: nobody needs to
+/// know.
+constexpr std::array<std::string_view, 20> mends = {
+    /* header */ "its header is missing or far from its front",
+    "",
+    /* crossReference: the warning itself says so */ "",
+    "",
+    /* trailer */ "nothing leads to its catalog",
+    "",
+    /* pages */ "its pages were found by searching, and their order may be another",
+    "",
+    /* pageNode */ "a node of its page tree is wrong",
+    "% nodes of its page tree are wrong",
+    /* streamLength */ "a stream has a wrong length",
+    "% streams have a wrong length",
+    /* objectEnd: every reader takes it so */ "",
+    "",
+    /* syntax */ "an object was read as far as it makes sense",
+    "% objects were read as far as they make sense",
+    /* lostObject */ "an object cannot be read and was left out",
+    "% objects cannot be read and were left out",
+    /* pageValue */ "a box, the rotation or the unit of a page is wrong and counts as missing",
+    "boxes, rotations or units of % pages are wrong and count as missing",
 };
 
 constexpr std::array<std::string_view, 9> writeWarnings = {
@@ -133,6 +171,9 @@ std::span<const std::string_view> reasonSentences() {
 }
 std::span<const std::string_view> readWarningSentences() {
     return readWarnings;
+}
+std::span<const std::string_view> mendPhrases() {
+    return mends;
 }
 std::span<const std::string_view> writeWarningSentences() {
     return writeWarnings;

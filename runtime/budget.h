@@ -27,6 +27,10 @@ inline constexpr std::int32_t objectNumber = 8'388'607;
 /// Nodes from the root of the page tree to a page; balanced trees of any size stay below 20.
 inline constexpr std::int32_t pageTreeDepth = 256;
 
+/// Pages looked at to tell whether the one that is saved has several places: a few milliseconds'
+/// work. Such files are made by hand or by mistake, and short.
+inline constexpr std::int32_t comparedPages = 1000;
+
 /// Bytes of objects read, beyond four times the file: objects may be read again, but not without
 /// end.
 inline constexpr std::int64_t rereadBytes = 64 << 20;
@@ -46,6 +50,10 @@ inline constexpr std::int64_t streamedEntries = 4 * std::int64_t{objectNumber};
 /// Fields of a form looked at for signatures, a second or two of work: the longest forms have some
 /// ten thousand.
 inline constexpr std::int32_t formFields = 1 << 20;
+
+/// Bytes of a cross-reference stream that is kept, to take entries from when they are needed: two
+/// million entries of a usual one. More are entered at once, which takes three times the memory.
+inline constexpr std::int64_t keptRows = 16 << 20;
 
 /// Bytes of a password: 127 count at most, and the text of one may be longer before it is encoded.
 inline constexpr std::size_t passwordBytes = 512;
@@ -107,6 +115,14 @@ inline constexpr std::uint32_t comparedClips = 180;
 /// something is added: to write it again costs no more than a few objects, and many tools look at
 /// the first stream only. Longer ones are referred to, and what is new stands beside them.
 inline constexpr std::int64_t joinedStreamBytes = 64 << 10;
+
+/// Bytes in which the header, or objects and a trailer without one, are looked for: what mail and
+/// the web put before a file is far shorter, and a file of another kind is told quickly.
+inline constexpr std::int32_t headerBytes = 64 << 20;
+
+/// Damaged objects that are noted one by one: a person reads how many, and so many can be written
+/// anew in a second or two.
+inline constexpr std::size_t mendedObjects = 1 << 16;
 
 /// Ends of updates looked at in what may be one that was cut short; such a tail has none, but for
 /// what a content stream or a string may say.

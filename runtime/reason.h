@@ -7,7 +7,8 @@
 
 namespace corvane {
 
-/// Reasons of `crossReference` and of `unpatchable`. The sentence of each is in resources/texts.
+/// Reasons of `crossReference`, from `unmendableHeader` on of `repairedFile`, and from
+/// `missingLetter` on of `unpatchable`. The sentence of each is in resources/texts.
 enum class Reason : std::int32_t {
     none = 0,
     missingPassword = 1,
@@ -15,8 +16,12 @@ enum class Reason : std::int32_t {
     unknownHandler = 3,    ///< the name is that of the security handler
     unknownMethod = 4,     ///< the name is that of the method
     damagedEncryption = 5, ///< what the file says of its encryption cannot be
-    missingLetter = 6,     ///< the name is a letter that no font of the page has
-    newFont = 7,           ///< text in a font that the page does not have
+    unmendableHeader = 6,
+    directCatalog = 7,     ///< the catalog has no number
+    unnamedEncryption = 8, ///< the trailer that counts does not name the encryption of the file
+    unnumberedPage = 9,    ///< in a page tree that has to be made anew
+    missingLetter = 10,    ///< the name is a letter that the font does not have
+    newFont = 11,          ///< text in a font that the page does not have
 };
 
 struct NotedReason {

@@ -30,6 +30,9 @@ struct Rules {
     /// "%PDF-2." is a header, and bytes before the header shift every offset of the file.
     bool modernHeader;
 
+    /// The header may stand anywhere, or be missing, where objects and a trailer are there.
+    bool searchesHeader;
+
     /// The newest section is found by "startxref" in the last 1,024 bytes, not by the last number.
     bool findsStartxref;
 
@@ -46,10 +49,16 @@ struct Rules {
     /// A stream whose Length is missing or wrong ends at "endstream".
     bool findsEndstream;
 
+    /// Within an object, brackets that do not match are closed or passed over, a word that means
+    /// nothing is null, and a key that is no name goes. An object that cannot be read is looked for
+    /// by searching the file, and is null where that does not find it.
+    bool mendsObjects;
+
     /// Encrypted files are read, and saved into.
     bool readsEncrypted;
 
-    /// Where the cross-reference is damaged, the objects are found by searching the file.
+    /// Where the cross-reference is damaged, the objects are found by searching the file; damaged
+    /// files are mended by what a save appends, if the host wants that.
     bool repairsReferences;
 
     /// A Kids entry that is no page and no node is passed over.
@@ -179,11 +188,13 @@ inline constexpr Rules originalRules{
     .exactNumbers = false,
     .missingObjectIsNull = false,
     .modernHeader = false,
+    .searchesHeader = false,
     .findsStartxref = false,
     .toleratesSubsections = false,
     .readsObjectStreams = false,
     .toleratesMissingEnd = false,
     .findsEndstream = false,
+    .mendsObjects = false,
     .readsEncrypted = false,
     .repairsReferences = false,
     .skipsDamagedKids = false,
@@ -229,11 +240,13 @@ inline constexpr Rules extendedRules{
     .exactNumbers = true,
     .missingObjectIsNull = true,
     .modernHeader = true,
+    .searchesHeader = true,
     .findsStartxref = true,
     .toleratesSubsections = true,
     .readsObjectStreams = true,
     .toleratesMissingEnd = true,
     .findsEndstream = true,
+    .mendsObjects = true,
     .readsEncrypted = true,
     .repairsReferences = true,
     .skipsDamagedKids = true,

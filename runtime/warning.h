@@ -30,6 +30,7 @@ enum class Warning : std::int16_t {
     textLeftOut = 18,               ///< text is not opened by this version
     shadingLeftOut = 19,            ///< a shading or pattern draws nothing
     repaired = 20,                  ///< the objects were found by searching the file
+    mended = 21,                    ///< damage was mended, and the file needed no search
     unknownArt = 1001,              ///< art of a kind that cannot be written was skipped
     pageSize = 1002,                ///< the page size was put into its limits
     cropArea = 1003,                ///< the crop area was fitted to the page

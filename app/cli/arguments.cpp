@@ -21,10 +21,13 @@ constexpr std::array commandTable{
     CommandRow{Command::open, "open", "FILE.pdf [--page N] [-o OUT.svg] [--images DIR]",
                "turn a page into editable artwork"},
     CommandRow{Command::save, "save",
-               "ART.svg FILE.pdf [--page N] [--output OTHER.pdf] [--dry-run] [--force] [--plain]",
+               "ART.svg FILE.pdf [--page N] [--output OTHER.pdf] [--dry-run] [--force] [--plain] "
+               "[--mend]",
                "make artwork a page of the file; ART.svg may be - (standard input)"},
+    CommandRow{Command::save, "save", "--mend FILE.pdf [--output OTHER.pdf] [--dry-run]",
+               "mend a damaged file, and change no page"},
     CommandRow{Command::info, "info", "FILE.pdf", "pages, boxes, rotation, objects, updates"},
-    CommandRow{Command::check, "check", "FILE.pdf", "can it be opened, and why not"},
+    CommandRow{Command::check, "check", "FILE.pdf", "can it be opened, and what is damaged"},
     CommandRow{Command::log, "log", "FILE.pdf", "the updates appended to a file"},
     CommandRow{Command::revert, "revert", "FILE.pdf",
                "take the newest update off again, if it is ours"},
@@ -37,6 +40,7 @@ enum class OptionKind : std::uint8_t {
     dryRun,
     force,
     plain,
+    mend,
     passwordFile,
     password,
     profile,
@@ -76,6 +80,8 @@ constexpr std::array optionTable{
               "save even where that undoes another change, deletes much, or loses something"},
     OptionRow{OptionKind::plain, "--plain", "", only(Command::save),
               "write new content uncompressed, for people who read it"},
+    OptionRow{OptionKind::mend, "--mend", "", only(Command::save),
+              "mend what is damaged in the file, too; every old byte stays"},
     OptionRow{OptionKind::passwordFile, "--password-file", "FILE", everyCommand,
               "its first line is the password of the PDF; - is standard input"},
     OptionRow{OptionKind::password, "--password", "TEXT", everyCommand,
@@ -210,6 +216,9 @@ private:
         case OptionKind::plain:
             arguments_.plain = true;
             break;
+        case OptionKind::mend:
+            arguments_.mend = true;
+            break;
         case OptionKind::profile: {
             const auto profile = std::ranges::find(profiles, value, profileName);
             if (profile == profiles.end()) {
@@ -264,7 +273,8 @@ private:
 
     void nameFiles() {
         const bool isSave = command_->command == Command::save;
-        const std::size_t wanted = isSave ? 2 : 1;
+        const bool onlyMends = arguments_.mend && operands_.size() == 1 && !readsStandardInput_;
+        const std::size_t wanted = isSave && !onlyMends ? 2 : 1;
         if (operands_.size() < wanted) {
             fault_ = "the command " + std::string(command_->name) +
                      (isSave ? " needs two files: the artwork, then the PDF" : " needs a file");
@@ -273,7 +283,7 @@ private:
                      quoted(operands_[wanted]) + " is one too many";
         } else {
             arguments_.file = operands_.back();
-            if (isSave) {
+            if (isSave && !onlyMends) {
                 const bool hasThatName = operands_.front() == "-" && !readsStandardInput_;
                 arguments_.artwork = hasThatName ? "./-" : operands_.front();
             }

@@ -16,8 +16,9 @@ enum class Command : std::uint8_t { open, save, info, check, log, revert };
 
 struct Arguments {
     Command command = Command::open;
-    std::string file;      ///< path of the PDF, bytes as given
-    std::string artwork;   ///< path of the SVG to save; "-" is standard input
+    std::string file;    ///< path of the PDF, bytes as given
+    std::string artwork; ///< path of the SVG to save; "-" is standard input; empty: none, the file
+                         ///< is only mended
     std::int32_t page = 0; ///< from 1; 0 where none was named
     std::string output;    ///< `open`: path of the SVG, "-" is standard output, empty leaves it to
                            ///< us; `save`: path of the PDF to make, empty changes `file` itself
@@ -29,6 +30,7 @@ struct Arguments {
     bool dryRun = false;
     bool force = false;
     bool plain = false; ///< new content is not compressed
+    bool mend = false;  ///< what is damaged in the file is mended
     bool quiet = false;
     bool json = false;
 };

@@ -13,6 +13,9 @@ void runOpen(const Arguments& arguments, Report& report);
 /// profile from the artwork where the person named none.
 void runSave(Arguments& arguments, Report& report);
 
+/// Mends a file and changes no page: `save` without artwork.
+void runMend(const Arguments& arguments, Report& report);
+
 void runInfo(const Arguments& arguments, Report& report);
 
 void runCheck(const Arguments& arguments, Report& report);

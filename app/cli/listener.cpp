@@ -112,6 +112,14 @@ HostExtension Listener::makeExtension() {
         });
         return length;
     };
+    extension.mends = arguments_.mend;
+    extension.damage = [](void* context, const DamageFacts& facts) {
+        Listener& to = listener(context);
+        to.remember([&] {
+            to.report_.damage = Damage{facts, std::string(facts.obstacle)};
+            to.report_.damage->facts.obstacle = {};
+        });
+    };
     extension.update = [](void* context, const UpdateFacts& facts) {
         Listener& to = listener(context);
         to.remember([&] {

@@ -49,7 +49,7 @@ void runCommand(Arguments& arguments, Report& report) {
     case Command::open:
         return runOpen(arguments, report);
     case Command::save:
-        return runSave(arguments, report);
+        return arguments.artwork.empty() ? runMend(arguments, report) : runSave(arguments, report);
     case Command::info:
         return runInfo(arguments, report);
     case Command::check:

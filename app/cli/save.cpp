@@ -120,7 +120,10 @@ void announceSaved(const SavePlace& place, const Arguments& arguments, const Sav
         announce(arguments, place.name() + would + "a new file");
     }
     announce(arguments, savedText(place.name(), saved, arguments.dryRun));
-    if (saved.isNothing && !arguments.output.empty()) {
+    if (saved.isMended) {
+        announce(arguments, mendedText(place.name(), saved, arguments.dryRun));
+    }
+    if (saved.isNothing && !saved.isMended && !arguments.output.empty()) {
         announce(arguments, place.name() + would + "an unchanged copy of " + arguments.file);
     }
     if (!arguments.dryRun && (saved.removed != 0 || saved.changed != 0)) {
@@ -150,7 +153,8 @@ void runSave(Arguments& arguments, Report& report) {
     try {
         saveAt(place, document, arguments, report);
         // A copy was asked for, changed or not.
-        const bool isMade = !report.saved->isNothing || !arguments.output.empty();
+        const bool isMade =
+            !report.saved->isNothing || report.saved->isMended || !arguments.output.empty();
         if (!arguments.dryRun && isMade) {
             place.commit();
             report.output = place.name();

@@ -6,6 +6,9 @@
 #include "reader/content/interpreter.h"
 #include "reader/syntax/stream_chain.h"
 #include "runtime/exception.h"
+#include "runtime/rules.h"
+
+#include <optional>
 
 namespace corvane {
 
@@ -123,8 +126,29 @@ std::int32_t endOf(const Object& stream) {
     return integerObject(elementsObject(stream)[2]);
 }
 
+/// Leaves out a stream whose filters are not known or cannot be set up; in the original profile the
+/// page is then refused.
+void leaveOut(Interpreter& interpreter) {
+    if (!rules().mendsObjects) {
+        againException();
+    }
+    resetException();
+    interpreter.omissions.note(Omission::damagedOperator);
+    if (ContentTrace* const trace = interpreter.level.trace) {
+        trace->beginStream(interpreter.level.streamStart);
+        trace->noteDamage();
+        trace->endStream(interpreter.level.streamStart, false);
+    }
+}
+
 void runStream(Interpreter& interpreter, const Object& stream) {
-    ContentChain chain(interpreter.cache, stream);
+    std::optional<ContentChain> opened;
+    const Exception fault = guarded([&] { opened.emplace(interpreter.cache, stream); });
+    if (isFileFault(fault)) {
+        return leaveOut(interpreter);
+    }
+    raiseException(fault);
+    ContentChain& chain = *opened;
     interpreter.progress.beginStream(startOf(stream));
     if (interpreter.level.trace != nullptr) {
         interpreter.level.trace->beginStream(interpreter.level.streamStart);

@@ -7,6 +7,7 @@
 #include "reader/content/interpreter.h"
 #include "reader/crypt/encryption.h"
 #include "reader/crypt/open_encryption.h"
+#include "reader/document/deferred_entries.h"
 #include "reader/document/locate.h"
 #include "reader/document/repair.h"
 #include "reader/document/unfinished.h"
@@ -54,12 +55,15 @@ void readSections(DocumentCache& cache) {
 }
 
 /// Reads the cross-reference and walks the page tree.
-Exception tryReferences(DocumentCache& cache) {
+Exception tryReferences(DocumentCache& cache, std::int32_t lastPage) {
     return guarded([&] {
         readSections(cache);
         openEncryption(cache);
         if (rules().repairsReferences) {
-            walkPages(cache);
+            walkPages(cache, lastPage);
+            if (cache.pages.empty()) {
+                failException(Exception::structure); // searching the file may find some
+            }
         }
     });
 }
@@ -68,23 +72,26 @@ void forgetReferences(DocumentCache& cache) {
     cache.trailer = ObjectOwner();
     cache.encryption.reset();
     cache.pages.clear();
+    cache.pageWalk.reset();
     cache.pagesWalked = false;
+    cache.deferred.reset();
     cache.references = openReference();
     cache.objectStreams.clear();
     cache.freed.clear();
     cache.freedHere.clear();
     cache.sectionOffsets.clear();
     cache.continuesStream = false;
+    cache.mends.forgetObjects();
 }
 
 /// Reads the cross-reference and walks the page tree. Where that fails, and the profile allows it,
 /// once more without an update that was cut short, and then with what a search of the file finds.
-void readReferences(DocumentCache& cache) {
-    Exception code = tryReferences(cache);
+void readReferences(DocumentCache& cache, std::int32_t lastPage) {
+    Exception code = tryReferences(cache, lastPage);
     if (isFileFault(code) && rules().marksUpdates && passUnfinished(cache, true)) {
         resetException();
         forgetReferences(cache);
-        code = tryReferences(cache);
+        code = tryReferences(cache, lastPage);
     }
     if (code == Exception::none) {
         return;
@@ -95,7 +102,10 @@ void readReferences(DocumentCache& cache) {
     resetException();
     forgetReferences(cache);
     repairCache(cache);
-    walkPages(cache);
+    walkPages(cache, lastPage);
+    if (cache.pages.empty() && cache.mends.has(Mend::trailer)) {
+        failException(Exception::structure);
+    }
 }
 
 /// The interpreter, in the host's layer for imported art.
@@ -110,7 +120,8 @@ void openInterpreter(DocumentCache& cache) {
 DocumentCache::DocumentCache() = default;
 DocumentCache::~DocumentCache() = default;
 
-std::unique_ptr<DocumentCache> openCache(std::int16_t volume, std::string_view fileName) {
+std::unique_ptr<DocumentCache> openCache(std::int16_t volume, std::string_view fileName,
+                                         std::int32_t lastPage) {
     auto cache = std::make_unique<DocumentCache>();
     cache->volume = volume;
     cache->fileName = fileName;
@@ -121,7 +132,8 @@ std::unique_ptr<DocumentCache> openCache(std::int16_t volume, std::string_view f
     if (rules().marksUpdates) {
         passUnfinished(*cache, false);
     }
-    readReferences(*cache);
+    readReferences(*cache, lastPage);
+    cache->isOpened = true;
     return cache;
 }
 

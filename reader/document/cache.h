@@ -10,6 +10,7 @@
 #include "host/extension.h"
 #include "objects/object.h"
 #include "objects/reference.h"
+#include "reader/document/mending.h"
 #include "reader/syntax/key_index.h"
 #include "reader/syntax/keyword_table.h"
 #include "reader/syntax/object_stream.h"
@@ -24,6 +25,8 @@ namespace corvane {
 
 class TokenFilter;
 class Encryption;
+class DeferredEntries;
+class PageWalk;
 class PredefinedCMaps;
 struct Interpreter;
 struct SyntaxKeywords;
@@ -70,6 +73,7 @@ struct DocumentCache {
     std::string version; ///< of the header: "1.4"
 
     ReferenceTableOwner references;
+    std::unique_ptr<DeferredEntries> deferred; ///< of `references`; null: none yet
     ObjectStreams objectStreams;
     KeyIndexes keyIndexes; ///< of large dictionaries that were looked into
     ReadingWork work;
@@ -78,12 +82,18 @@ struct DocumentCache {
     std::vector<std::int32_t> sectionOffsets; ///< of the cross-reference, the newest first
     bool continuesStream = false;             ///< the newest section is a stream
     bool repaired = false; ///< objects were found by searching, not by the cross-reference
+    Mending mends;
+    /// The file was opened: from now on what cannot be read is looked for and may be null. Before,
+    /// it tells that the cross-reference is wrong.
+    bool isOpened = false;
+    ReferenceTableOwner searched; ///< objects by a search for lost ones; null: none was made yet
 
     ObjectOwner trailer;
-    std::unique_ptr<Encryption> encryption; ///< null where the file is not encrypted
+    std::unique_ptr<Encryption> encryption;           ///< null where the file is not encrypted
     std::unique_ptr<PredefinedCMaps> predefinedCMaps; ///< that fonts named, once one did
-    std::vector<PageEntry> pages;           ///< in order, once they were walked
-    bool pagesWalked = false;
+    std::vector<PageEntry> pages;                     ///< in order, as far as the tree was walked
+    std::unique_ptr<PageWalk> pageWalk; ///< goes on behind them; null: not begun, or at its end
+    bool pagesWalked = false;           ///< to the end
 
     std::int32_t pageNumber = 0; ///< from 1; 0: no page is in use
     ObjectOwner page;
@@ -95,10 +105,13 @@ struct DocumentCache {
     std::unique_ptr<Interpreter> interpreter; ///< what `readCache` draws a page with
 };
 
-/// Opens the file and reads its cross-reference. Raises `io` where it cannot be read or is shorter
-/// than 256 bytes, `structure` where it is damaged, `crossReference` where it is encrypted
-/// and cannot be deciphered.
-std::unique_ptr<DocumentCache> openCache(std::int16_t volume, std::string_view fileName);
+inline constexpr std::int32_t everyPage = INT32_MAX;
+
+/// Opens the file and reads its cross-reference; extended: also the page tree, as far as page
+/// `lastPage`. Raises `io` where it cannot be read or is shorter than 256 bytes, `structure` where
+/// it is damaged, `crossReference` where it is encrypted and cannot be deciphered.
+std::unique_ptr<DocumentCache> openCache(std::int16_t volume, std::string_view fileName,
+                                         std::int32_t lastPage = everyPage);
 
 /// Closes everything. What cannot be closed raises, after the rest was closed. A cache that is
 /// destroyed without this is abandoned, and nothing raises.
@@ -120,8 +133,15 @@ SectionFacts xrefCache(DocumentCache& cache, std::int32_t offset);
 ObjectOwner objectCache(DocumentCache& cache, std::int32_t number, std::int32_t generation,
                         ObjectPlace place);
 
-/// The number of pages, by one walk of the tree.
+/// The number of pages, by a walk of the whole tree.
 std::int32_t countCache(DocumentCache& cache);
+/// The number of pages to tell a person, without a walk: extended, what the root of the tree says,
+/// where that can be true.
+std::int32_t statedCount(DocumentCache& cache);
+
+/// At how many places of the page list the page in use is; extended: of the places that the budget
+/// allows to look at.
+std::int32_t placesCache(DocumentCache& cache);
 
 /// Makes page `number`, from 1, the page in use. Raises `underflow` where there is none,
 /// `structure` where it has no media box.

@@ -4,14 +4,20 @@
 #include "filters/character.h"
 #include "objects/identity.h"
 #include "objects/stack.h"
+#include "reader/document/deferred_entries.h"
+#include "reader/syntax/file_bytes.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 #include "runtime/exception.h"
 #include "runtime/rules.h"
 
 #include <algorithm>
-#include <optional>
+#include <array>
+#include <cstring>
+#include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace corvane {
 
@@ -35,6 +41,9 @@ void readEntry(DocumentCache& cache, bool used) {
 /// Bytes of an entry as the PDF Reference has it: "nnnnnnnnnn ggggg n" and a two-byte end of line.
 constexpr std::size_t entryLength = 20;
 
+/// Entries looked at together: what fits the nearest cache.
+constexpr std::size_t scannedEntries = 1024;
+
 std::int32_t digitsValue(std::string_view digits) {
     std::int64_t value = 0;
     for (const char digit : digits) {
@@ -43,24 +52,94 @@ std::int32_t digitsValue(std::string_view digits) {
     return static_cast<std::int32_t>(std::min<std::int64_t>(value, INT32_MAX));
 }
 
-/// The entry at the front of `bytes`, if it has the exact form.
-std::optional<SectionEntry> regularEntry(std::string_view bytes) {
-    if (bytes.size() < entryLength || bytes[10] != ' ' || bytes[16] != ' ' ||
-        (bytes[17] != 'n' && bytes[17] != 'f') || !isSpace(bytes[18]) || !isSpace(bytes[19])) {
-        return std::nullopt;
+/// Whether all eight bytes, or all four, are digits.
+template <class Word>
+bool areDigits(const char* bytes) {
+    constexpr Word ones = static_cast<Word>(~Word{0}) / 0xFF;
+    Word word = 0;
+    std::memcpy(&word, bytes, sizeof word);
+    // A digit is 0x30 to 0x39: six more leave the upper half of the byte.
+    return ((word | (word + 6 * ones)) & 0xF0 * ones) == 0x30 * ones &&
+           (word & 0xF0 * ones) == 0x30 * ones;
+}
+
+/// Whether the twenty bytes have the exact form.
+bool isRegular(const char* entry) {
+    return areDigits<std::uint64_t>(entry) && areDigits<std::uint64_t>(entry + 2) &&
+           entry[10] == ' ' && areDigits<std::uint32_t>(entry + 11) && isDigit(entry[15]) &&
+           entry[16] == ' ' && (entry[17] == 'n' || entry[17] == 'f') && isSpace(entry[18]) &&
+           isSpace(entry[19]);
+}
+
+SectionEntry regularEntry(std::string_view bytes) {
+    return {ObjectPlace::atOffset(digitsValue(bytes.substr(0, 10))),
+            digitsValue(bytes.substr(11, 5)), bytes[17] == 'n'};
+}
+
+/// Whether `count` regular entries stand at `position` of the file.
+bool areRegular(DocumentCache& cache, std::int32_t position, std::int64_t count) {
+    std::int64_t left = count * std::int64_t{entryLength};
+    if (left > cache.fileLength - position) {
+        return false;
     }
-    const std::string_view offset = bytes.substr(0, 10);
-    const std::string_view generation = bytes.substr(11, 5);
-    if (!std::ranges::all_of(offset, isDigit) || !std::ranges::all_of(generation, isDigit)) {
-        return std::nullopt;
+    Filter& file = *cache.fileChain.top();
+    seekFilter(file, position);
+    std::vector<char> block(entryLength * scannedEntries);
+    while (left > 0) {
+        const auto wanted = std::span(block).first(
+            static_cast<std::size_t>(std::min<std::int64_t>(left, std::ssize(block))));
+        if (readFilter(file, std::as_writable_bytes(wanted)) != wanted.size()) {
+            return false;
+        }
+        for (std::size_t at = 0; at < wanted.size(); at += entryLength) {
+            if (!isRegular(&wanted[at])) {
+                return false;
+            }
+        }
+        left -= std::ssize(wanted);
     }
-    return SectionEntry{ObjectPlace::atOffset(digitsValue(offset)), digitsValue(generation),
-                        bytes[17] == 'n'};
+    return true;
+}
+
+/// Defers a whole subsection behind the last token, if it is regular.
+bool deferEntries(DocumentCache& cache, TokenFilter& tokens, std::int32_t first,
+                  std::int32_t count) {
+    if (!cache.deferred) {
+        cache.deferred = std::make_unique<DeferredEntries>(cache);
+    }
+    if (!cache.deferred->takes(std::array{Subsection(first, count)})) {
+        return false;
+    }
+    tokens.aheadOfSpace(1);
+    const std::int32_t position = tokens.mark();
+    const bool regular = areRegular(cache, position, count);
+    if (regular) {
+        const auto enter = [&cache, first, position](std::int32_t from, std::int32_t number) {
+            const std::string bytes =
+                bytesOfFile(cache, position + std::int64_t{entryLength} * from,
+                            std::int64_t{entryLength} * number);
+            for (std::size_t at = 0; at + entryLength <= bytes.size(); at += entryLength) {
+                const auto index = static_cast<std::int32_t>(at / entryLength);
+                enterEntry(cache, first + from + index,
+                           regularEntry(std::string_view(bytes).substr(at, entryLength)));
+            }
+        };
+        cache.deferred->add(first, count, enter);
+        tokens.seek(position + count * static_cast<std::int32_t>(entryLength));
+    }
+    return regular;
 }
 
 } // namespace
 
 void noteEntry(DocumentCache& cache, std::int32_t number, const SectionEntry& entry) {
+    if (cache.deferred) {
+        cache.deferred->giveUp();
+    }
+    enterEntry(cache, number, entry);
+}
+
+void enterEntry(DocumentCache& cache, std::int32_t number, const SectionEntry& entry) {
     if (number < 0 || number > budget::objectNumber) {
         failException(Exception::structure);
     }
@@ -95,16 +174,18 @@ void readRegularEntries(DocumentCache& cache, TokenFilter& tokens) {
     }
     std::int32_t count = popInteger();
     std::int32_t number = popInteger();
+    if (rules().missingObjectIsNull && deferEntries(cache, tokens, number, count)) {
+        return;
+    }
     std::string_view bytes;
     for (; count > 0; --count, ++number) {
         if (bytes.size() < entryLength) {
             bytes = tokens.aheadOfSpace(entryLength);
         }
-        const std::optional<SectionEntry> entry = regularEntry(bytes);
-        if (!entry) {
+        if (bytes.size() < entryLength || !isRegular(bytes.data())) {
             break;
         }
-        noteEntry(cache, number, *entry);
+        noteEntry(cache, number, regularEntry(bytes));
         tokens.skip(entryLength);
         bytes.remove_prefix(entryLength);
     }

@@ -2,6 +2,7 @@
 
 #include "filters/character.h"
 #include "objects/symbol.h"
+#include "reader/document/header_search.h"
 #include "runtime/exception.h"
 #include "runtime/rules.h"
 
@@ -21,6 +22,14 @@ constexpr std::size_t tailLength = shortestFile;
 
 /// Bytes at the end in which "startxref" is looked for: what readers accept behind "%%EOF".
 constexpr std::size_t tailReach = 1024;
+
+constexpr std::string_view headerMark = "%PDF-";
+
+std::string_view bytesFrom(DocumentCache& cache, std::int32_t position, std::span<char> buffer) {
+    Filter& file = *cache.fileChain.top();
+    seekFilter(file, position);
+    return {buffer.data(), readFilter(file, std::as_writable_bytes(buffer))};
+}
 
 std::int32_t parseOffset(std::string_view digits) {
     std::int32_t offset = 0;
@@ -59,20 +68,25 @@ std::string_view numberBehindStartxref(std::string_view tail) {
 } // namespace
 
 void locateHeader(DocumentCache& cache) {
-    Filter& file = *cache.fileChain.top();
     std::array<char, headerReach> buffer{};
-    seekFilter(file, 0);
-    const std::string_view front(buffer.data(),
-                                 readFilter(file, std::as_writable_bytes(std::span(buffer))));
-    constexpr std::string_view mark = "%PDF-";
-    const std::size_t at = front.find(mark);
+    std::string_view front = bytesFrom(cache, 0, buffer);
+    std::size_t at = front.find(headerMark);
     if (at == std::string_view::npos) {
-        return;
-    }
-    if (rules().modernHeader) {
+        if (!rules().searchesHeader) {
+            return;
+        }
+        cache.mends.note(Mend::header);
+        const std::int32_t begin = searchHeader(*cache.fileChain.top()).value_or(0);
+        cache.headerOffset = begin;
+        front = bytesFrom(cache, begin, buffer);
+        if (!front.starts_with(headerMark)) {
+            return;
+        }
+        at = 0;
+    } else if (rules().modernHeader) {
         cache.headerOffset = static_cast<std::int32_t>(at);
     }
-    const std::string_view rest = front.substr(at + mark.size());
+    const std::string_view rest = front.substr(at + headerMark.size());
     const auto end =
         std::find_if(rest.begin(), rest.end(), [](char c) { return !isDigit(c) && c != '.'; });
     cache.version =

@@ -53,7 +53,8 @@ bool takeLastInteger(std::string_view& text, std::int32_t& value) {
 
 class Search {
 public:
-    explicit Search(DocumentCache& cache) : cache_(cache) {}
+    Search(DocumentCache& cache, ReferenceTable& references)
+        : cache_(cache), references_(references) {}
 
     SearchResult run() {
         Filter& file = *cache_.fileChain.top();
@@ -133,8 +134,8 @@ private:
         const ObjectPlace place = ObjectPlace::atOffset(
             position + static_cast<std::int32_t>(before.size()) - cache_.headerOffset);
         usedIdentity(number);
-        nodeReference(*cache_.references, number, generation, place);
-        findReference(*cache_.references, number, generation)->move(place);
+        nodeReference(references_, number, generation, place);
+        findReference(references_, number, generation)->move(place);
         head_.number = number;
         head_.offset = place.offset();
         return true;
@@ -161,6 +162,7 @@ private:
     }
 
     DocumentCache& cache_;
+    ReferenceTable& references_;
     SearchResult result_;
     std::int32_t looked_ = 0; ///< words that begin before here were noted
     Mention head_;            ///< of the last head; its offset is 0 where there was none
@@ -168,8 +170,8 @@ private:
 
 } // namespace
 
-SearchResult searchFile(DocumentCache& cache) {
-    return Search(cache).run();
+SearchResult searchFile(DocumentCache& cache, ReferenceTable& references) {
+    return Search(cache, references).run();
 }
 
 } // namespace corvane

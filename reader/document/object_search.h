@@ -24,8 +24,8 @@ struct SearchResult {
     std::vector<Mention> mentions;      ///< in the order of the file
 };
 
-/// Enters every object ("12 0 obj") into the reference table; of several with one number the last
+/// Enters every object ("12 0 obj") into the table; of several with one number the last
 /// counts. Those in object streams are not looked into.
-SearchResult searchFile(DocumentCache& cache);
+SearchResult searchFile(DocumentCache& cache, ReferenceTable& references);
 
 } // namespace corvane

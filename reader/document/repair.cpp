@@ -29,7 +29,7 @@ struct FoundDictionary {
 FoundDictionary dictionaryAt(DocumentCache& cache, std::int32_t offset) {
     FileScope scope(cache, offset);
     const StackGuard guard;
-    TokenPusher pusher(cache);
+    TokenPusher pusher = TokenPusher::mending(cache);
     const std::int32_t depth = countStack();
     do {
         const TokenType type = scope.tokens().readToken();
@@ -40,6 +40,8 @@ FoundDictionary dictionaryAt(DocumentCache& cache, std::int32_t offset) {
             pusher.push(type, scope.tokens());
         } else if (const Keyword* const keyword = objectKeywords().find(scope.tokens().bytes())) {
             keyword->handler(cache);
+        } else {
+            pusher.pushUnknownWord();
         }
     } while (countStack() != depth + 1 || typeObject(indexStack(0)) == ObjectType::mark);
     ObjectOwner object(popStack());
@@ -217,12 +219,26 @@ void openFoundEncryption(DocumentCache& cache, const Weighed& weighed) {
     }
 }
 
+/// The newest trailer that can be read; an empty one where there is none.
+void takeNewestTrailer(DocumentCache& cache, const Weighed& weighed) {
+    for (auto at = weighed.trailers.rbegin(); at != weighed.trailers.rend(); ++at) {
+        cache.trailer = trailerAt(cache, *at);
+        if (typeObject(cache.trailer.get()) == ObjectType::dictionary) {
+            return;
+        }
+    }
+    pushMark(Mark::dictionary);
+    dictionaryOperator(cache);
+    cache.trailer = ObjectOwner(popStack());
+}
+
 } // namespace
 
 void repairCache(DocumentCache& cache) {
     raiseWarning(Warning::repaired);
     cache.repaired = true;
-    const Weighed weighed = weighMentions(cache, searchFile(cache));
+    cache.mends.note(Mend::crossReference);
+    const Weighed weighed = weighMentions(cache, searchFile(cache, *cache.references));
     openFoundEncryption(cache, weighed);
     for (const Mention& stream : weighed.objectStreams) {
         enterMembers(cache, stream);
@@ -231,8 +247,11 @@ void repairCache(DocumentCache& cache) {
     for (auto at = weighed.trailers.rbegin(); at != weighed.trailers.rend() && !found; ++at) {
         found = takeTrailer(cache, trailerAt(cache, *at));
     }
-    if (!found && !searchCatalog(cache)) {
-        failException(Exception::structure);
+    if (!found) {
+        cache.mends.note(Mend::trailer);
+        if (!searchCatalog(cache)) {
+            takeNewestTrailer(cache, weighed); // its pages may be found all the same
+        }
     }
 }
 

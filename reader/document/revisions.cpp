@@ -1,6 +1,7 @@
 #include "reader/document/revisions.h"
 
 #include "filters/character.h"
+#include "reader/document/deferred_entries.h"
 #include "reader/document/locate.h"
 #include "reader/document/update_mark.h"
 #include "reader/syntax/file_bytes.h"
@@ -8,6 +9,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -60,6 +62,26 @@ std::int64_t firstObject(DocumentCache& cache) {
     return lowest + cache.headerOffset;
 }
 
+/// Where the update begins whose section, at `offset`, names every object of the file, so that none
+/// before it counts: the file was damaged, and we mended it. Nothing where the oldest section is
+/// that of the file as it was made. Behind our line stands one of the objects that the section
+/// names, or the section.
+std::optional<std::int32_t> mendedBefore(DocumentCache& cache, std::int32_t offset) {
+    const std::int32_t position = offset + cache.headerOffset;
+    const auto last = lastUpdate(cache, 0, position);
+    if (!last) {
+        return std::nullopt;
+    }
+    const std::int32_t behind = last->line + updateMarkLength - cache.headerOffset;
+    const SectionScope section(cache, offset);
+    bool isNamed = behind == offset;
+    for (Ref<ReferenceNode> node = firstReference(*cache.references); node && !isNamed;
+         node = node->next) {
+        isNamed = node->place() == ObjectPlace::atOffset(behind);
+    }
+    return isNamed ? std::optional(last->start) : std::nullopt;
+}
+
 } // namespace
 
 std::vector<Revision> revisions(DocumentCache& cache) {
@@ -82,7 +104,11 @@ std::vector<Revision> revisions(DocumentCache& cache) {
             continue;
         }
         Revision revision{.sections = {*offset}};
-        if (!found.empty()) {
+        if (const auto mended = found.empty() ? mendedBefore(cache, *offset) : std::nullopt) {
+            found.push_back({.start = 0, .end = *mended, .sections = {}});
+            revision.start = *mended;
+            revision.ours = true;
+        } else if (!found.empty()) {
             revision.start = found.back().end;
             // Ours begins with an object right behind its line. A line alone is what is left of
             // a save that was cut short, and may have somebody else's update behind it.
@@ -116,6 +142,7 @@ SectionScope::~SectionScope() {
 
 void SectionScope::exchange() noexcept {
     std::swap(cache_.references, references_);
+    std::swap(cache_.deferred, deferred_);
     std::swap(cache_.trailer, trailer_);
     std::swap(cache_.freed, freed_);
 }

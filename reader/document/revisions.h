@@ -12,9 +12,10 @@ namespace corvane {
 /// One revision, by where it stands in the file, counted from the file's first byte.
 struct Revision {
     std::int32_t start = 0;
-    std::int32_t end = 0;               ///< behind "%%EOF" and its end of line
-    std::vector<std::int32_t> sections; ///< offsets; a linearised file was made with two
-    bool ours = false;                  ///< begins with our line, and an object right behind it
+    std::int32_t end = 0; ///< behind "%%EOF" and its end of line
+    /// Offsets; a linearised file was made with two. None of a file that our next update mended.
+    std::vector<std::int32_t> sections;
+    bool ours = false; ///< begins with our line, and an object right behind it
 };
 
 /// From the oldest. Two sections are one revision if the newer one stands earlier in the file.
@@ -37,6 +38,7 @@ private:
 
     DocumentCache& cache_;
     ReferenceTableOwner references_;
+    std::unique_ptr<DeferredEntries> deferred_;
     ObjectOwner trailer_;
     std::vector<bool> freed_;
     SectionFacts facts_;

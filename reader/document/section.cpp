@@ -1,5 +1,6 @@
 // Reading one section of the cross-reference, and its trailer.
 #include "objects/stack.h"
+#include "reader/document/deferred_entries.h"
 #include "reader/document/entries.h"
 #include "reader/document/stream_section.h"
 #include "reader/syntax/file_scope.h"
@@ -88,6 +89,9 @@ SectionFacts xrefCache(DocumentCache& cache, std::int32_t offset) {
         trailer = readTable(cache, offset, facts.end);
     }
     settleFreed(cache);
+    if (cache.deferred) {
+        cache.deferred->endSection();
+    }
     const ObjectOwner previous = lookupObject(cache, trailer.get(), "Prev");
     if (typeObject(previous.get()) != ObjectType::null) {
         facts.previous = integerObject(previous.get());

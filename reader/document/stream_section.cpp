@@ -1,5 +1,6 @@
 #include "reader/document/stream_section.h"
 
+#include "reader/document/deferred_entries.h"
 #include "reader/document/entries.h"
 #include "reader/syntax/file_scope.h"
 #include "reader/syntax/indirect.h"
@@ -10,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <span>
 #include <utility>
 #include <vector>
@@ -90,9 +92,6 @@ private:
     std::size_t length_ = 0;
 };
 
-/// First number and count.
-using Subsection = std::pair<std::int32_t, std::int32_t>;
-
 std::vector<Subsection> subsections(DocumentCache& cache, const Object& section) {
     const ObjectOwner index = lookupObject(cache, section, "Index");
     std::vector<Subsection> found;
@@ -111,50 +110,100 @@ std::vector<Subsection> subsections(DocumentCache& cache, const Object& section)
     return found;
 }
 
-/// Hands out entries one by one, read in blocks.
-class EntryBytes {
-public:
-    EntryBytes(DocumentCache& cache, const Object& section, std::size_t length)
-        : chain_(cache, section), block_(length * blockEntries), length_(length) {}
+/// Entries as they stand in a section.
+struct Rows {
+    explicit Rows(const EntryForm& itsForm) : form(itsForm) {}
 
-    /// The next entry; empty behind the last whole one.
-    std::span<const std::byte> next() {
-        if (rest_.size() < length_) {
-            const std::size_t count = readFilter(chain_.top(), block_);
-            rest_ = std::span(block_).first(count);
-        }
-        if (rest_.size() < length_) {
-            return {};
-        }
-        const std::span<const std::byte> entry = rest_.first(length_);
-        rest_ = rest_.subspan(length_);
-        return entry;
+    EntryForm form;
+    std::unique_ptr<std::byte[]> bytes;
+    std::size_t count = 0;
+    ZoneCharge charge;
+
+    std::size_t length() const { return form.length(); }
+    SectionEntry entry(std::size_t index) const {
+        return form.entry(std::span(bytes.get() + index * length(), length()));
     }
-
-private:
-    StreamChain chain_;
-    std::vector<std::byte> block_;
-    std::span<const std::byte> rest_;
-    std::size_t length_;
 };
 
+/// The next `most` entries, fewer at the end of the data.
+Rows readRows(DocumentCache& cache, const EntryForm& form, Filter& data, std::size_t most) {
+    Rows rows(form);
+    const std::size_t room = most * form.length();
+    rows.charge.resize(static_cast<std::int64_t>(room));
+    rows.bytes = std::make_unique_for_overwrite<std::byte[]>(room);
+    rows.count = readFilter(data, std::span(rows.bytes.get(), room)) / form.length();
+    cache.work.streamedEntries += static_cast<std::int64_t>(rows.count);
+    if (cache.work.streamedEntries > budget::streamedEntries) {
+        failException(Exception::limit);
+    }
+    return rows;
+}
+
+bool defersRows(DocumentCache& cache, const EntryForm& form, std::span<const Subsection> stated) {
+    if (!cache.deferred) {
+        cache.deferred = std::make_unique<DeferredEntries>(cache);
+    }
+    std::int64_t entries = 0;
+    for (const auto& [first, count] : stated) {
+        entries += count;
+    }
+    return cache.deferred->takes(stated) &&
+           entries * static_cast<std::int64_t>(form.length()) <= budget::keptRows;
+}
+
 /// As in a table, there may be fewer entries than are said.
-void readEntries(DocumentCache& cache, const Object& section) {
-    const EntryForm form(cache, section);
-    EntryBytes bytes(cache, section, form.length());
-    for (const auto& [first, count] : subsections(cache, section)) {
-        for (std::int32_t i = 0; i < count; ++i) {
-            const std::span<const std::byte> entry = bytes.next();
-            if (entry.empty()) {
-                return;
+void deferRows(DocumentCache& cache, const EntryForm& form, std::span<const Subsection> stated,
+               Filter& data) {
+    std::size_t entries = 0;
+    for (const auto& [first, count] : stated) {
+        entries += static_cast<std::size_t>(count);
+    }
+    const auto rows = std::make_shared<const Rows>(readRows(cache, form, data, entries));
+    std::size_t before = 0;
+    for (const auto& [first, count] : stated) {
+        const std::size_t there = std::min(static_cast<std::size_t>(count), rows->count - before);
+        if (there == 0) {
+            return;
+        }
+        const auto enter = [&cache, rows, before, number = first](std::int32_t from,
+                                                                  std::int32_t wanted) {
+            for (std::int32_t i = from; i < from + wanted; ++i) {
+                enterEntry(cache, number + i, rows->entry(before + static_cast<std::size_t>(i)));
             }
-            if (++cache.work.streamedEntries > budget::streamedEntries) {
-                failException(Exception::limit);
+        };
+        cache.deferred->add(first, static_cast<std::int32_t>(there), enter);
+        before += there;
+    }
+}
+
+void enterRows(DocumentCache& cache, const EntryForm& form, std::span<const Subsection> stated,
+               Filter& data) {
+    Rows rows(form);
+    std::size_t next = 0;
+    for (const auto& [first, count] : stated) {
+        for (std::int32_t i = 0; i < count; ++i) {
+            if (next == rows.count) {
+                rows = readRows(cache, form, data, blockEntries);
+                next = 0;
+            }
+            if (rows.count == 0) {
+                return;
             }
             const std::int64_t number = std::int64_t{first} + i;
             noteEntry(cache, static_cast<std::int32_t>(std::min<std::int64_t>(number, INT32_MAX)),
-                      form.entry(entry));
+                      rows.entry(next++));
         }
+    }
+}
+
+void readEntries(DocumentCache& cache, const Object& section) {
+    const EntryForm form(cache, section);
+    StreamChain data(cache, section);
+    const std::vector<Subsection> stated = subsections(cache, section);
+    if (defersRows(cache, form, stated)) {
+        deferRows(cache, form, stated, data.top());
+    } else {
+        enterRows(cache, form, stated, data.top());
     }
 }
 

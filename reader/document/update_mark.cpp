@@ -14,6 +14,7 @@ constexpr std::string_view opening = "%Corvane update of a file of ";
 constexpr std::string_view closing = " bytes\n";
 constexpr std::size_t lengthDigits = 10;
 constexpr std::size_t markLength = opening.size() + lengthDigits + closing.size();
+static_assert(markLength == updateMarkLength);
 
 /// Bytes of a broken line from which on it is taken for ours; fewer may be anybody's.
 constexpr std::size_t tellingLength = 8;

@@ -15,6 +15,9 @@
 
 namespace corvane {
 
+/// Bytes of the line, its line feed included.
+inline constexpr std::int32_t updateMarkLength = 46;
+
 /// The line, its line feed included.
 std::string updateMark(std::int32_t formerLength);
 

@@ -1,6 +1,8 @@
 #include "reader/page/digest_feed.h"
 
+#include "objects/stack.h"
 #include "reader/syntax/stream_chain.h"
+#include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 
 #include <algorithm>
@@ -116,6 +118,34 @@ void DigestFeed::objects(std::vector<Object> pending, MetObjects* met) {
 
 void DigestFeed::object(const Object& object, MetObjects* met) {
     objects({object}, met);
+}
+
+void DigestFeed::streamEntries(DocumentCache& cache, const Object& stream, MetObjects& met) {
+    const Object& dictionary = elementsObject(stream)[0];
+    const auto length = static_cast<std::int32_t>(streamLength(stream));
+    ObjectOwner stated;
+    const bool isRight = tryResolveObject(cache, findEntry(cache, dictionary, "Length"), stated) ==
+                             Exception::none &&
+                         typeObject(stated.get()) == ObjectType::integer &&
+                         integerObject(stated.get()) == length;
+    if (isRight) {
+        return object(dictionary, &met);
+    }
+    std::vector<Object> mended = drawnEntries(elementsObject(dictionary));
+    pushLiteral("Length");
+    const ObjectOwner key(popStack());
+    auto place = mended.begin();
+    while (place != mended.end() && !equalObject(*place, key.get())) {
+        place += 2;
+    }
+    if (place == mended.end()) {
+        place = mended.insert(place, {key.get(), key.get()});
+    }
+    shallowObject(*std::next(place), ObjectType::integer, length);
+    number(static_cast<std::int64_t>(ObjectType::dictionary));
+    number(static_cast<std::int64_t>(mended.size()));
+    std::ranges::reverse(mended);
+    objects(std::move(mended), &met);
 }
 
 void DigestFeed::entries(std::vector<Object> entries) {

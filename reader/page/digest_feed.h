@@ -36,6 +36,9 @@ public:
     /// The object and all that it holds. References count by number and generation or, with `met`,
     /// by their place there; what is noted beside what is drawn is left out then.
     void object(const Object& object, MetObjects* met = nullptr);
+    /// The dictionary of a stream as `object` feeds it, with the true Length where it says another
+    /// or none: mending the file changes no page.
+    void streamEntries(DocumentCache& cache, const Object& stream, MetObjects& met);
     /// Keys and values, and their number.
     void entries(std::vector<Object> entries);
     /// The length of the stream, and its data as they stand in the file.

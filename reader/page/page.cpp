@@ -1,4 +1,5 @@
 // The page in use: its dictionary and what it inherits.
+#include "objects/identity.h"
 #include "reader/page/page_tree.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
@@ -8,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
 #include <span>
 
 namespace corvane {
@@ -29,6 +31,9 @@ using Inherited = std::pair<const char*, ObjectOwner*>;
 void fillFrom(DocumentCache& cache, ObjectOwner node, std::span<const Inherited> wanted) {
     for (std::int32_t depth = 0; typeObject(node.get()) == ObjectType::dictionary; ++depth) {
         if (depth > budget::pageTreeDepth) {
+            if (rules().skipsDamagedKids) {
+                return; // the chain leads back to itself: all of it was seen
+            }
             failException(Exception::structure);
         }
         for (const auto& [key, field] : wanted) {
@@ -70,7 +75,8 @@ ObjectOwner pageDictionary(DocumentCache& cache, const PageEntry& entry) {
 
 void usePage(DocumentCache& cache, std::int32_t number, bool withResources) {
     forgetPage(cache);
-    if (number < 1 || number > countCache(cache)) {
+    walkPages(cache, number);
+    if (number < 1 || number > std::ssize(cache.pages)) {
         failException(Exception::underflow);
     }
     cache.page = pageDictionary(cache, cache.pages[static_cast<std::size_t>(number - 1)]);
@@ -90,6 +96,28 @@ std::int32_t wholeDegrees(const Object& rotate) {
     return integerObject(rotate);
 }
 
+std::int32_t quarterTurns(const Object& rotate) {
+    const std::int32_t degrees = wholeDegrees(rotate);
+    if (degrees % 90 != 0) {
+        failException(Exception::type);
+    }
+    return (degrees % 360 + 360) % 360;
+}
+
+/// What `read` takes from an entry of the page, or nothing where that cannot be and the profile
+/// goes on without.
+template <typename Read>
+auto usable(DocumentCache& cache, const Read& read) {
+    std::optional<decltype(read())> value;
+    if (!rules().mendsObjects) {
+        value = read();
+    } else if (!attempted([&] { value = read(); })) {
+        cache.mends.note(Mend::pageValue,
+                         cache.pages[static_cast<std::size_t>(cache.pageNumber - 1)].number);
+    }
+    return value;
+}
+
 } // namespace
 
 std::int32_t countCache(DocumentCache& cache) {
@@ -97,8 +125,41 @@ std::int32_t countCache(DocumentCache& cache) {
     return static_cast<std::int32_t>(cache.pages.size());
 }
 
+std::int32_t statedCount(DocumentCache& cache) {
+    if (!rules().skipsDamagedKids) {
+        return countCache(cache);
+    }
+    std::int32_t stated = 0;
+    if (!cache.pagesWalked) {
+        attempted([&] {
+            const ObjectOwner catalog = lookupObject(cache, cache.trailer.get(), "Root");
+            const ObjectOwner root = lookupObject(cache, catalog.get(), "Pages");
+            stated = integerObject(lookupObject(cache, root.get(), "Count").get());
+        });
+    }
+    // Every page but a repeated one is an object. One page is soon counted, and more are not
+    // missed.
+    const bool canBe = stated > 1 && stated >= std::ssize(cache.pages) && stated < lastIdentity();
+    if (canBe) {
+        return stated;
+    }
+    // Damage behind the pages that are wanted does not matter here.
+    attempted([&] { walkPages(cache); });
+    return static_cast<std::int32_t>(cache.pages.size());
+}
+
+std::int32_t placesCache(DocumentCache& cache) {
+    if (!rules().skipsDamagedKids) {
+        walkPages(cache);
+    } else {
+        attempted([&] { walkPages(cache, budget::comparedPages); });
+    }
+    const std::int32_t number = cache.pages[static_cast<std::size_t>(cache.pageNumber - 1)].number;
+    return static_cast<std::int32_t>(std::ranges::count(cache.pages, number, &PageEntry::number));
+}
+
 void pageCache(DocumentCache& cache, std::int32_t number) {
-    walkPages(cache);
+    walkPages(cache, number);
     flushReference(*cache.references);
     usePage(cache, number, true);
 }
@@ -130,7 +191,8 @@ Box mediaCache(DocumentCache& cache) {
     if (isMissing(cache.mediaBox)) {
         return usualBox;
     }
-    const Box box = boxOf(cache, cache.mediaBox.get());
+    const Box box =
+        usable(cache, [&] { return boxOf(cache, cache.mediaBox.get()); }).value_or(usualBox);
     return hasArea(box) || !rules().assumesMediaBox ? box : usualBox;
 }
 
@@ -139,7 +201,8 @@ Box cropCache(DocumentCache& cache) {
     if (isMissing(cache.cropBox)) {
         return media;
     }
-    const Box crop = boxOf(cache, cache.cropBox.get());
+    const Box crop =
+        usable(cache, [&] { return boxOf(cache, cache.cropBox.get()); }).value_or(media);
     const Box cut{std::max(crop.left, media.left), std::max(crop.bottom, media.bottom),
                   std::min(crop.right, media.right), std::min(crop.top, media.top)};
     return hasArea(cut) ? cut : media;
@@ -149,11 +212,7 @@ std::int32_t rotateCache(DocumentCache& cache) {
     if (isMissing(cache.rotate)) {
         return 0;
     }
-    const std::int32_t degrees = wholeDegrees(cache.rotate.get());
-    if (degrees % 90 != 0) {
-        failException(Exception::type);
-    }
-    return (degrees % 360 + 360) % 360;
+    return usable(cache, [&] { return quarterTurns(cache.rotate.get()); }).value_or(0);
 }
 
 double userUnitCache(DocumentCache& cache) {
@@ -161,7 +220,7 @@ double userUnitCache(DocumentCache& cache) {
     if (isMissing(unit)) {
         return 1.0;
     }
-    const double value = realNumber(unit.get());
+    const double value = usable(cache, [&] { return realNumber(unit.get()); }).value_or(1.0);
     return value > 0 && std::isfinite(value) ? value : 1.0;
 }
 

@@ -72,6 +72,7 @@ std::optional<PageBase> recordedBase(DocumentCache& cache, const PageRecord& rec
     attempted([&] {
         const Object& stated = record.base.get();
         base.streams = streamsOf(cache, findEntry(cache, stated, "Contents"));
+        readableObject(cache, findEntry(cache, stated, "Resources"));
         takeContent(cache, base, stated, rawBase(cache));
         base.mediaBox = recordedBox(cache, stated, "MediaBox");
         base.cropBox = recordedBox(cache, stated, "CropBox");

@@ -44,7 +44,11 @@ std::vector<BaseStream> streamsOf(DocumentCache& cache, const Object& contents) 
         }
         return streams;
     default:
-        failException(Exception::range);
+        if (!rules().mendsObjects) {
+            failException(Exception::range);
+        }
+        raiseWarning(Warning::operatorFailed);
+        return streams;
     }
 }
 

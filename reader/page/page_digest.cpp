@@ -90,6 +90,7 @@ public:
         : feed_(feed), cache_(cache), fed_(fed), end_(feed.bytes() + budget::digestBytes) {}
 
     void root(const Object& object) { feed_.object(object, &met_); }
+    void rootStream(const Object& stream) { feed_.streamEntries(cache_, stream, met_); }
 
     void follow() {
         for (std::size_t i = 0; i < met_.size() && feed_.bytes() < end_; ++i) {
@@ -109,7 +110,7 @@ public:
 
 private:
     void stream(const Object& stream) {
-        feed_.object(elementsObject(stream)[0], &met_);
+        feed_.streamEntries(cache_, stream, met_);
         if (feedAgain(feed_, fed_, stream)) {
             return;
         }
@@ -191,7 +192,7 @@ std::uint64_t digestContent(DocumentCache& cache, std::span<const BaseStream> st
     }
     Followed followed(feed, cache, fed);
     for (const BaseStream& stream : streams) {
-        followed.root(elementsObject(stream.stream.get())[0]);
+        followed.rootStream(stream.stream.get());
     }
     followed.root(cache.rotate.get());
     followed.root(resources);

@@ -96,7 +96,7 @@ std::optional<PageRecord> recordOfPage(DocumentCache& cache, std::span<const Bas
         if (isOurs) {
             record.origin = originOf(cache, object.get());
             record.artwork = eightBytes(lookupObject(cache, object.get(), "Artwork"));
-            record.base = lookupObject(cache, object.get(), "Base");
+            record.base = readableObject(cache, findEntry(cache, object.get(), "Base"));
         }
     });
     return isWhole && isOurs ? std::optional(std::move(record)) : std::nullopt;

@@ -24,10 +24,12 @@ namespace {
 /// Reads entries of a parameter dictionary, each with the value it has where it is missing.
 class Parameters {
 public:
-    /// Anything but a dictionary or null raises `range`.
+    /// Anything but a dictionary or null raises `range`; the extended profile takes it for null, as
+    /// readers do.
     Parameters(DocumentCache& cache, const Object& dictionary)
         : cache_(cache), dictionary_(dictionary) {
-        if (!absent() && typeObject(dictionary) != ObjectType::dictionary) {
+        const bool isNone = typeObject(dictionary) == ObjectType::null;
+        if (!isNone && absent() && !rules().mendsObjects) {
             failException(Exception::range);
         }
     }
@@ -47,7 +49,7 @@ public:
     }
 
 private:
-    bool absent() const { return typeObject(dictionary_) == ObjectType::null; }
+    bool absent() const { return typeObject(dictionary_) != ObjectType::dictionary; }
 
     ObjectOwner find(std::string_view key) const {
         if (absent()) {

@@ -20,9 +20,8 @@ bool isComplete(std::int32_t depth) {
            typeObject(indexStack(1)) == ObjectType::integer;
 }
 
-/// Takes what stands before the head of another object, or before the end of the data, for the
-/// whole object: readers accept files without "endobj", and objects without a value, which are
-/// null.
+/// Takes what is on the stack for the whole object; one without a value is null, as readers have
+/// it.
 void completeObject(DocumentCache& cache, std::int32_t depth) {
     if (countStack() == depth + 2) {
         nullOperator(cache);
@@ -32,9 +31,35 @@ void completeObject(DocumentCache& cache, std::int32_t depth) {
     }
 }
 
+/// The same before the head of another object, before the end of the data or before a word that
+/// means nothing: readers accept files without "endobj".
+void completeWithoutEnd(DocumentCache& cache, std::int32_t depth) {
+    completeObject(cache, depth);
+    cache.mends.note(Mend::objectEnd, integerObject(indexStack(2)));
+}
+
+/// Whether a reference is meant: number and generation stand before its word.
+bool followsNumbers() {
+    return countStack() > 1 && typeObject(indexStack(0)) == ObjectType::integer &&
+           typeObject(indexStack(1)) == ObjectType::integer;
+}
+
+/// Takes what stands within a construct and means nothing there.
+bool takeUnknown(TokenPusher& pusher, const Keyword* keyword) {
+    const bool isUnknown =
+        keyword == nullptr || (keyword->handler == referenceOperator && !followsNumbers());
+    return isUnknown && pusher.pushUnknownWord();
+}
+
+void noteSyntax(DocumentCache& cache, const TokenPusher& pusher, std::int32_t depth) {
+    if (pusher.hasMended() && isComplete(depth)) {
+        cache.mends.note(Mend::syntax, integerObject(indexStack(2)));
+    }
+}
+
 /// Reads tokens until number, generation and object are on the stack.
 void readIndirect(DocumentCache& cache, TokenFilter& tokens) {
-    TokenPusher pusher(cache);
+    TokenPusher pusher = TokenPusher::mending(cache);
     const std::int32_t depth = countStack();
     for (bool begun = false;;) {
         const TokenType type = tokens.readToken();
@@ -44,14 +69,22 @@ void readIndirect(DocumentCache& cache, TokenFilter& tokens) {
         }
         const Keyword* const keyword =
             type == TokenType::end ? nullptr : objectKeywords().find(tokens.bytes());
+        if (type != TokenType::end && takeUnknown(pusher, keyword)) {
+            continue;
+        }
+        if (keyword == nullptr || keyword->handler == endobjOperator ||
+            keyword->handler == streamOperator) {
+            pusher.closeAll();
+            noteSyntax(cache, pusher, depth);
+        }
         if (keyword == nullptr) {
-            return completeObject(cache, depth);
+            return completeWithoutEnd(cache, depth);
         }
         const bool isHead = keyword->handler == objOperator;
         if (isHead && begun) {
             checkStack("ii");
             clearStack(countStack() - 2);
-            return completeObject(cache, depth);
+            return completeWithoutEnd(cache, depth);
         }
         begun = begun || isHead;
         if (keyword->handler == endobjOperator && rules().toleratesMissingEnd) {
@@ -65,8 +98,11 @@ void readIndirect(DocumentCache& cache, TokenFilter& tokens) {
 
 /// Pushes what the words of an object stream mean that are objects. Others end an object there, but
 /// for a stream, which no object stream may hold.
-bool pushWord(DocumentCache& cache, std::string_view word) {
+bool pushWord(DocumentCache& cache, TokenPusher& pusher, std::string_view word) {
     const Keyword* const keyword = objectKeywords().find(word);
+    if (takeUnknown(pusher, keyword)) {
+        return true;
+    }
     if (keyword == nullptr || keyword->handler == objOperator ||
         keyword->handler == endobjOperator) {
         return false;
@@ -80,20 +116,24 @@ bool pushWord(DocumentCache& cache, std::string_view word) {
 
 /// Reads the one object of a stretch of an object stream: it has no head and no end. An empty
 /// stretch is null.
-ObjectOwner memberAt(DocumentCache& cache, const SyntaxPlace& place) {
+ObjectOwner memberAt(DocumentCache& cache, std::int32_t number, const SyntaxPlace& place) {
     FileScope scope(cache, place);
     const StackGuard guard;
     pushMark(Mark::barrier);
     const std::int32_t depth = countStack();
-    TokenPusher pusher(cache);
+    TokenPusher pusher = TokenPusher::mending(cache);
     // An integer may be the first word of a reference: the stretch is read to its end.
     for (TokenType type = scope.tokens().readToken(); type != TokenType::end;
          type = scope.tokens().readToken()) {
         if (type != TokenType::keyword) {
             pusher.push(type, scope.tokens());
-        } else if (!pushWord(cache, scope.tokens().bytes())) {
+        } else if (!pushWord(cache, pusher, scope.tokens().bytes())) {
             break;
         }
+    }
+    pusher.closeAll();
+    if (pusher.hasMended()) {
+        cache.mends.note(Mend::syntax, number);
     }
     if (countStack() == depth) {
         nullOperator(cache);
@@ -138,7 +178,7 @@ FoundObject objectAt(DocumentCache& cache, std::int32_t offset) {
 ObjectOwner objectCache(DocumentCache& cache, std::int32_t number, std::int32_t generation,
                         ObjectPlace place) {
     if (place.isInStream()) {
-        return memberAt(cache, placeOfObject(cache, number, place));
+        return memberAt(cache, number, placeOfObject(cache, number, place));
     }
     FoundObject found = objectAt(cache, place.offset());
     if (found.number != number || found.generation != generation) {

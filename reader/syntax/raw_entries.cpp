@@ -146,6 +146,9 @@ std::optional<std::vector<RawEntry>> entriesAt(DocumentCache& cache, SyntaxPlace
         EntryWalk walk(scope, place);
         const auto reference = walk.begin();
         if (walk.atDictionary()) {
+            if (cache.mends.objects(Mend::syntax).contains(object.number)) {
+                return std::nullopt; // its bytes would carry the damage on
+            }
             return walk.entries(object);
         }
         const Ref<ReferenceNode> node =

@@ -1,5 +1,6 @@
 // Following references to the objects themselves.
 #include "objects/stack.h"
+#include "reader/document/lost_object.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 #include "runtime/exception.h"
@@ -49,12 +50,8 @@ private:
     Ref<ReferenceNode> node_;
 };
 
-/// Reads the node's object. A fault of the file is returned, remembered and not tried again.
-Exception readNode(DocumentCache& cache, Ref<ReferenceNode> node) {
-    if (cache.work.depth == budget::referenceDepth) {
-        return Exception::structure;
-    }
-    const ReadingMark reading(cache, node);
+/// Reads the object at the node's place; a fault of the file is returned.
+Exception readPlace(DocumentCache& cache, Ref<ReferenceNode> node) {
     const Exception code = guarded([&] {
         ObjectOwner value = objectCache(cache, node->number, node->generation(), node->place());
         if (typeObject(value.get()) == ObjectType::null) {
@@ -67,7 +64,23 @@ Exception readNode(DocumentCache& cache, Ref<ReferenceNode> node) {
         return Exception::none;
     }
     resetException();
-    shallowObject(node->value, ObjectType::mark, static_cast<std::int32_t>(code));
+    return code;
+}
+
+/// Reads the node's object, at another place where it is not at its own. A fault of the file is
+/// returned, remembered and not tried again.
+Exception readNode(DocumentCache& cache, Ref<ReferenceNode> node) {
+    if (cache.work.depth == budget::referenceDepth) {
+        return Exception::structure;
+    }
+    const ReadingMark reading(cache, node);
+    Exception code = readPlace(cache, node);
+    if (code != Exception::none && rules().mendsObjects && findLost(cache, node)) {
+        code = readPlace(cache, node);
+    }
+    if (code != Exception::none) {
+        shallowObject(node->value, ObjectType::mark, static_cast<std::int32_t>(code));
+    }
     return code;
 }
 
@@ -118,13 +131,30 @@ Exception tryResolveObject(DocumentCache& cache, const Object& object, ObjectOwn
     return Exception::none;
 }
 
-ObjectOwner resolveObject(DocumentCache& cache, const Object& object) {
+ObjectOwner readableObject(DocumentCache& cache, const Object& object) {
     ObjectOwner value;
-    const Exception fault = tryResolveObject(cache, object, value);
-    if (fault != Exception::none) {
+    if (const Exception fault = tryResolveObject(cache, object, value); fault != Exception::none) {
         failException(fault);
     }
     return value;
+}
+
+ObjectOwner resolveObject(DocumentCache& cache, const Object& object) {
+    ObjectOwner value;
+    const Exception fault = tryResolveObject(cache, object, value);
+    if (fault == Exception::none) {
+        return value;
+    }
+    if (!rules().mendsObjects || !(cache.isOpened || cache.repaired)) {
+        failException(fault);
+    }
+    if (typeObject(object) == ObjectType::reference) {
+        std::int32_t number = 0;
+        std::int32_t generation = 0;
+        referenceObject(object, number, generation);
+        cache.mends.note(Mend::lostObject, number);
+    }
+    return ObjectOwner(nullObject());
 }
 
 void forgetObject(DocumentCache& cache, std::int32_t number, std::int32_t generation) {

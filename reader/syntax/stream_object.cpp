@@ -78,6 +78,13 @@ std::int32_t statedLength(DocumentCache& cache, const Object& dictionary) {
     return isStated ? integerObject(value.get()) : -1;
 }
 
+/// Number of the object whose dictionary is on top of the stack; 0 where it has no head.
+std::int32_t numberOfObject() {
+    const bool hasHead = countStack() > 2 && typeObject(indexStack(2)) == ObjectType::integer &&
+                         typeObject(indexStack(1)) == ObjectType::integer;
+    return hasHead ? integerObject(indexStack(2)) : 0;
+}
+
 } // namespace
 
 OperatorResult streamOperator(DocumentCache& cache) {
@@ -89,6 +96,7 @@ OperatorResult streamOperator(DocumentCache& cache) {
     const bool inside = length >= 0 && length <= cache.fileLength - start;
     std::int32_t end = inside ? start + length : -1;
     if (rules().findsEndstream && (!inside || !endsAt(file, end))) {
+        cache.mends.note(Mend::streamLength, numberOfObject());
         const std::int32_t found = searchEnd(cache, start);
         end = found >= 0 ? found : inside ? end : cache.fileLength;
     }

@@ -79,8 +79,11 @@ OperatorResult listingOperator(DocumentCache& cache);
 OperatorResult resourceOperator(DocumentCache& cache);
 
 /// The object itself for a reference, read from the file where it was not yet; shared with the
-/// cache.
+/// cache. In the extended profile null where it cannot be read, once the file is opened or was
+/// searched.
 ObjectOwner resolveObject(DocumentCache& cache, const Object& object);
+/// The same, raising what reading it raises in every profile.
+ObjectOwner readableObject(DocumentCache& cache, const Object& object);
 /// The same into `value`. A fault of the file (`isFileFault`) is returned, not raised, and `value`
 /// is then of no use.
 Exception tryResolveObject(DocumentCache& cache, const Object& object, ObjectOwner& value);

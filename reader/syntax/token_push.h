@@ -5,6 +5,8 @@
 #include "objects/stack.h"
 #include "reader/syntax/syntax.h"
 
+#include <vector>
+
 namespace corvane {
 
 /// Pushes operands, pushes marks at opening delimiters and runs the structural operators at closing
@@ -12,6 +14,10 @@ namespace corvane {
 class TokenPusher {
 public:
     explicit TokenPusher(DocumentCache& cache) : cache_(&cache) {}
+
+    /// For the objects of a file: constructs that are damaged are mended, where the profile allows
+    /// it.
+    static TokenPusher mending(DocumentCache& cache);
 
     /// Not for `end` and `keyword`; another type raises `type`. Constructs nested deeper than the
     /// budget raise `structure`.
@@ -22,12 +28,25 @@ public:
     /// Whether an array, a dictionary or a procedure is open.
     bool isOpen() const { return depth_ > 0; }
 
+    /// Where constructs are mended: takes a word that means nothing, within a construct, for null.
+    /// False: it stands there by itself.
+    bool pushUnknownWord();
+    /// Where constructs are mended: closes those that are open.
+    void closeAll();
+    /// Whether anything was mended.
+    bool hasMended() const { return hasMended_; }
+
 private:
     void open(Mark kind);
-    void close(OperatorHandler construct);
+    void close(Mark kind);
+    void closeInnermost();
+    void mendPairs();
 
     DocumentCache* cache_;
     std::int32_t depth_ = 0;
+    bool mends_ = false;
+    bool hasMended_ = false;
+    std::vector<Mark> open_; ///< where constructs are mended: their kinds, the innermost last
 };
 
 } // namespace corvane

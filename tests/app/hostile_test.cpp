@@ -137,7 +137,6 @@ std::vector<Row> hopelessRows() {
     return {
         {"empty", "", {18, 20}},
         {"255 bytes", "%PDF-1.4\n" + page.substr(page.size() - 246), {18}},
-        {"no header", std::string(9, '-') + page.substr(9), {12, 20}},
         {"only a header", "%PDF-1.4\n" + std::string(5000, 'x'), {12}},
         {"a header and a number", "%PDF-1.4\n" + std::string(5000, 'x') + " 12 ", fails},
         {"zeros", std::string(4096, '\0'), {12, 20}},
@@ -153,6 +152,7 @@ std::vector<Row> structureRows() {
     const std::string root = "/Size 5 /Root 1 0 R ";
     const std::string own = std::to_string(page.rfind("xref\n0"));
     return {
+        {"no header", std::string(9, '-') + page.substr(9), {12, 20}},
         {"no root", pageWithTrailer("/Size 5"), fails},
         {"root is a number", pageWithTrailer("/Size 5 /Root 1"), fails},
         {"root is missing", pageWithTrailer("/Size 5 /Root 77 0 R"), fails},
@@ -257,7 +257,6 @@ std::vector<Row> treeRows() {
         {"Count below zero", pageWith(2, "<< /Kids [3 0 R] /Count -1 >>"), opensOrFails},
         {"page after the last", pageShowing(square), {10, 15}, 2},
         {"page 2,147,483,647", pageShowing(square), {10, 15}, 2147483647},
-        {"flat tree", flatTree(50'000), opens, 50'000},
     };
 }
 
@@ -267,6 +266,7 @@ std::vector<Row> contentRows() {
     const std::string drawn(square);
     const std::string zeros("0\0 0\0m\0 9 9 l S (a\0b) \0/N\0 gs 9 9 m 5 5 l S", 42);
     return {
+        {"50,000 pages in one array", flatTree(50'000), opens, 50'000},
         {"a million q", pageShowing(repeated("q ", million) + drawn), {0, 13}},
         {"a million Q", pageShowing(repeated("Q ", million) + drawn), opens},
         {"numbers of 400 digits",
@@ -301,14 +301,17 @@ TEST(Hostile, Hopeless) {
     expectAnswers(hopelessRows(), "original");
 }
 
-/// The classic profile refuses what the extended one may repair.
-TEST(Hostile, Structure) {
-    std::vector<Row> rows = structureRows();
+/// The classic profile refuses what the extended one may repair; 15: it then has no such page.
+void expectRepairs(std::vector<Row> rows) {
     expectAnswers(rows, "original");
     for (Row& row : rows) {
-        row.answers.push_back(0);
+        row.answers.insert(row.answers.end(), {0, 15});
     }
     expectAnswers(rows);
+}
+
+TEST(Hostile, Structure) {
+    expectRepairs(structureRows());
 }
 
 TEST(Hostile, CrossReferenceSections) {
@@ -316,11 +319,11 @@ TEST(Hostile, CrossReferenceSections) {
 }
 
 TEST(Hostile, Objects) {
-    expectAnswers(objectRows());
+    expectRepairs(objectRows());
 }
 
 TEST(Hostile, PageTrees) {
-    expectAnswers(treeRows());
+    expectRepairs(treeRows());
 }
 
 TEST(Hostile, Contents) {

@@ -2,6 +2,7 @@
 // block left behind, and the next call works.
 #include "objects/stack.h"
 #include "reader/document/cache.h"
+#include "reader/page/page_tree.h"
 #include "runtime/memory.h"
 #include "tests/entry/entry_fixture.h"
 #include "tests/reader/reader_fixture.h"
@@ -239,6 +240,7 @@ TEST_F(StackFailureTest, OfEveryDepthOfTheOperandStack) {
     selectRules(Profile::original);
     DocumentCache& cache = open(richFile());
     for (std::int32_t room = 0;; ++room) {
+        cache.pageWalk.reset();
         cache.pagesWalked = false;
         cache.pages.clear();
         flushReference(*cache.references);

@@ -42,7 +42,7 @@ protected:
     }
 
     /// Opens a file of these bytes in place of the one open; raises what opening it raises.
-    DocumentCache& open(const std::string& bytes) {
+    DocumentCache& open(const std::string& bytes, std::int32_t lastPage = everyPage) {
         close();
         folder_.add("in.pdf", bytes);
         FileSpecification file;
@@ -54,7 +54,7 @@ protected:
         openMask();
         openXRef();
         registries_ = true;
-        cache_ = openCache(volume, "in.pdf");
+        cache_ = openCache(volume, "in.pdf", lastPage);
         if (!cache_) {
             throw std::runtime_error("the file was not opened");
         }

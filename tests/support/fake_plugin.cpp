@@ -353,6 +353,7 @@ std::uint32_t perform(ParameterBlock& block, const HostExtension& extension) {
         return 0;
     case Selector::about:
     case Selector::check:
+    case Selector::mend:
         break;
     }
     return 0;

@@ -132,13 +132,29 @@ private:
                (previous != 0 ? "/Prev " + std::to_string(previous) : "");
     }
 
+    /// Entries from here on whose numbers follow one another.
+    int runLength(std::map<int, Entry>::const_iterator at) const {
+        int length = 0;
+        for (const int first = at->first; at != entries_.end() && at->first == first + length;
+             ++at) {
+            ++length;
+        }
+        return length;
+    }
+
     std::size_t writeTable(const std::map<int, Entry>& hidden) {
         const std::size_t stream = hidden.empty() ? 0 : writeStream(hidden, 0);
         const std::size_t place = file_.size();
         file_ += "xref\n0 1\n0000000000 65535 f \n";
-        for (const auto& [number, entry] : entries_) {
-            file_ += std::to_string(number) + " 1\n" + digits(entry.second, 10) + " " +
-                     digits(entry.third, 5) + (entry.type == 1 ? " n \n" : " f \n");
+        int left = 0;
+        for (auto at = entries_.begin(); at != entries_.end(); ++at, --left) {
+            const auto& [number, entry] = *at;
+            if (left == 0) {
+                left = runLength(at);
+                file_ += std::to_string(number) + " " + std::to_string(left) + "\n";
+            }
+            file_ += digits(entry.second, 10) + " " + digits(entry.third, 5) +
+                     (entry.type == 1 ? " n \n" : " f \n");
         }
         file_ += "trailer\n<<" + trailer(previous_) +
                  (stream != 0 ? "/XRefStm " + std::to_string(stream) : "") + ">>\n";

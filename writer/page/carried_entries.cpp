@@ -6,6 +6,7 @@
 #include "runtime/exception.h"
 #include "writer/crypt/sealed.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <span>
 #include <utility>
@@ -28,14 +29,27 @@ void CarriedEntries::add(RawEntry entry) {
     entries_.push_back(std::move(entry));
 }
 
+void CarriedEntries::replace(std::string_view key, std::string_view value) {
+    std::erase_if(entries_, [&](const RawEntry& entry) { return entry.key == key; });
+    references_.append("/").append(key).append(" ").append(value).append("\r");
+}
+
+bool CarriedEntries::has(std::string_view key) const {
+    return std::ranges::find(entries_, key, &RawEntry::key) != entries_.end();
+}
+
 void CarriedEntries::write(DocumentCache& cache, ObjectIdentifier in) const {
     stringOutput(*cache.output, references_);
     for (const RawEntry& entry : entries_) {
-        const std::string value = sealedValue(cache, rawValue(cache, entry), entry.object, in);
-        nameOutput(*cache.output, entry.key);
-        writeFilter(*cache.output, std::as_bytes(std::span(value)));
-        stringOutput(*cache.output, "\r");
+        writeEntry(cache, entry, in);
     }
+}
+
+void writeEntry(DocumentCache& cache, const RawEntry& entry, ObjectIdentifier in) {
+    const std::string value = sealedValue(cache, rawValue(cache, entry), entry.object, in);
+    nameOutput(*cache.output, entry.key);
+    writeFilter(*cache.output, std::as_bytes(std::span(value)));
+    stringOutput(*cache.output, "\r");
 }
 
 } // namespace corvane

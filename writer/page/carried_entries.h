@@ -17,6 +17,10 @@ public:
     void addReference(DocumentCache& cache, const Object& dictionary, std::string_view key);
     /// Takes over an entry in its own bytes. One that is too long raises `limit`.
     void add(RawEntry entry);
+    /// A value of ours, without strings, in place of the one that was taken over under that key.
+    void replace(std::string_view key, std::string_view value);
+    /// Whether an entry was taken over in its own bytes under that key.
+    bool has(std::string_view key) const;
 
     /// Writes the references, then the others, to the cache's output, into the object `in`: where
     /// that is another one than they come from, strings are enciphered anew.
@@ -26,5 +30,8 @@ private:
     std::string references_;
     std::vector<RawEntry> entries_;
 };
+
+/// Writes one entry, as `CarriedEntries::write`.
+void writeEntry(DocumentCache& cache, const RawEntry& entry, ObjectIdentifier in);
 
 } // namespace corvane

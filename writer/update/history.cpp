@@ -58,9 +58,20 @@ struct Gathered {
     std::string date;
 };
 
+/// Whether an object of the section in force was appended by the update that begins at `start`. One
+/// that mended a file names those that stand before it, too.
+bool isAppended(const DocumentCache& cache, const ReferenceNode& node, std::int32_t start) {
+    return !node.place().isInStream() &&
+           std::int64_t{node.place().offset()} + cache.headerOffset >= start;
+}
+
 void gatherSection(DocumentCache& cache, const PageNumbers& pages, Gathered& gathered) {
-    gathered.facts.objects += countReference(*cache.references);
+    const auto start = static_cast<std::int32_t>(gathered.facts.offset);
     for (Ref<ReferenceNode> node = firstReference(*cache.references); node; node = node->next) {
+        if (gathered.facts.ours && !isAppended(cache, *node, start)) {
+            continue;
+        }
+        ++gathered.facts.objects;
         const auto [first, last] = pages.equal_range(node->number);
         for (auto page = first; page != last; ++page) {
             gathered.pages.push_back(page->second);
@@ -75,7 +86,8 @@ void gatherSection(DocumentCache& cache, const PageNumbers& pages, Gathered& gat
         std::int32_t number = 0;
         std::int32_t generation = 0;
         referenceObject(info, number, generation);
-        if (const auto node = findReference(*cache.references, number, generation)) {
+        const auto node = findReference(*cache.references, number, generation);
+        if (node && (!gathered.facts.ours || isAppended(cache, *node, start))) {
             gathered.date = dateIn(cache, *node, "ModDate");
         }
     }

@@ -17,7 +17,6 @@
 #include "writer/update/update_file.h"
 #include "writer/update/update_filter.h"
 
-#include <algorithm>
 #include <optional>
 
 namespace corvane {
@@ -98,14 +97,76 @@ bool isNothing(const UpdatePlan& plan) {
     return plan.patch && plan.patch->isNothing && plan.base->isStanding && plan.geometry.kept;
 }
 
-/// Looks at everything that can refuse the save before a byte is written.
-UpdatePlan planUpdate(DocumentCache& cache) {
+/// Settles the trailer and, where the host wants that, what mends the file.
+void planFile(DocumentCache& cache, UpdatePlan& plan) {
+    const auto extension = knownExtension();
+    const bool mends = rules().repairsReferences && extension && extension->mends;
     // An update rests on the sections before it. A cross-reference that only a search could make up
     // for is nothing to add a section to.
-    if (rules().guardsFile && cache.repaired) {
+    if (rules().guardsFile && cache.repaired && !mends) {
         failException(Exception::repairedFile);
     }
+    Survey survey;
+    if (mends) {
+        refuseUnmendable(cache);
+        survey = surveyObjects(cache);
+    }
+    plan.trailer = carriedTrailer(cache);
+    plan.trailer.isWhole = mends && needsWhole(cache, survey);
+    reserveNumbers(cache, plan.trailer);
+    if (mends) {
+        plan.mend = planMend(cache, survey);
+        plan.trailer.leftOut = plan.mend->leftOut;
+        if (plan.mend->isNewCatalog) {
+            plan.trailer.entries.replace("Root", referenceText(plan.mend->catalog));
+        }
+    }
+}
+
+bool mendsSomething(const UpdatePlan& plan) {
+    return plan.mend && !plan.mend->isNothing;
+}
+
+/// Refuses what owner or signer of the file do not want, where anything is to be written.
+void refuseForbidden(DocumentCache& cache, const UpdatePlan& plan) {
+    if (!plan.writesPage && !mendsSomething(plan)) {
+        return;
+    }
+    if (cache.encryption && !cache.encryption->allowsChanges()) {
+        failException(Exception::notPermitted);
+    }
+    if (rules().guardsFile) {
+        respectSignatures(cache);
+    }
+}
+
+/// The page is written by the save, with what mending changes of it.
+void mendPage(DocumentCache& cache, UpdatePlan& plan) {
+    const std::optional<PageNode> node = takeFrom(*plan.mend, plan.facts.objectNumber);
+    if (!node) {
+        return;
+    }
+    plan.page.entries.replace("Parent", referenceText(node->parent));
+    if (!node->isMoved) {
+        return;
+    }
+    const bool inheritsResources =
+        plan.patch && !plan.patch->resources.hasAdded() && !plan.base->resourcesEntry;
+    for (RawEntry& entry : inheritedEntries(cache, node->object)) {
+        const bool isResources = entry.key == "Resources";
+        const bool isWanted = isResources             ? inheritsResources
+                              : entry.key == "Rotate" ? true
+                                                      : plan.geometry.kept;
+        if (isWanted && !plan.page.entries.has(entry.key)) {
+            plan.page.entries.add(std::move(entry));
+        }
+    }
+}
+
+/// Looks at everything that can refuse the save before a byte is written.
+UpdatePlan planUpdate(DocumentCache& cache) {
     UpdatePlan plan;
+    planFile(cache, plan);
     if (rules().recordsOrigin) {
         planBase(cache, plan);
     }
@@ -113,19 +174,16 @@ UpdatePlan planUpdate(DocumentCache& cache) {
     plan.geometry = pageGeometry(cache, base);
     plan.facts = factsOf(cache, plan.geometry);
     plan.page = carriedPage(cache, plan.geometry, base);
-    plan.trailer = carriedTrailer(cache);
-    reserveNumbers(cache, plan.trailer);
     if (plan.base && canPatch()) {
         planPatches(cache, plan);
     } else {
         plan.numbers.content = nextIdentity();
         plan.numbers.length = nextIdentity();
     }
-    if (!isNothing(plan) && cache.encryption && !cache.encryption->allowsChanges()) {
-        failException(Exception::notPermitted);
-    }
-    if (rules().guardsFile && !isNothing(plan)) {
-        respectSignatures(cache);
+    plan.writesPage = !isNothing(plan);
+    refuseForbidden(cache, plan);
+    if (plan.mend && plan.writesPage) {
+        mendPage(cache, plan);
     }
     return plan;
 }
@@ -144,20 +202,30 @@ std::int32_t writeUpdate(DocumentCache& cache, UpdatePlan& plan, SavedFacts& fac
     if (rules().marksUpdates) {
         writeMark(cache);
     }
-    facts.contentLength = pageWrite(cache, plan);
+    if (plan.mend) {
+        writeMend(cache, *plan.mend);
+    }
+    if (plan.writesPage) {
+        facts.contentLength = pageWrite(cache, plan);
+    }
     const std::int32_t section = updateWrite(cache, plan.trailer);
     forallXRef([&](const XRefEntry&) { ++facts.objects; });
     return section;
 }
 
-SavedFacts savedFacts(const DocumentCache& cache, const UpdatePlan& plan) {
+SavedFacts savedFacts(DocumentCache& cache, const UpdatePlan& plan) {
     SavedFacts facts;
     facts.page = plan.facts;
-    facts.places = static_cast<std::int32_t>(
-        std::ranges::count(cache.pages, facts.page.objectNumber, &PageEntry::number));
+    if (plan.writesPage) {
+        facts.places = placesCache(cache);
+    }
     facts.formerLength = cache.fileLength;
     facts.isPatched = plan.patch.has_value();
-    facts.isNothing = isNothing(plan);
+    facts.isNothing = !plan.writesPage;
+    if (plan.mend) {
+        facts.mended = plan.mend->mended;
+    }
+    facts.isMended = mendsSomething(plan);
     if (plan.patch) {
         const PatchCounts& counts = plan.patch->page.counts;
         facts.kept = counts.kept;
@@ -183,12 +251,9 @@ void tellNothing(DocumentCache& cache, SavedFacts facts) {
     tellSaved(facts);
 }
 
-} // namespace
-
-void writeCache(DocumentCache& cache) {
-    UpdatePlan plan = planUpdate(cache);
+void append(DocumentCache& cache, UpdatePlan& plan) {
     SavedFacts facts = savedFacts(cache, plan);
-    if (facts.isNothing) {
+    if (facts.isNothing && !facts.isMended) {
         return tellNothing(cache, facts);
     }
     UpdateFile file(cache);
@@ -206,10 +271,10 @@ void writeCache(DocumentCache& cache) {
     tellSaved(facts);
 }
 
-void tryCache(DocumentCache& cache) {
-    UpdatePlan plan = planUpdate(cache);
+/// The same, but what would be appended is only counted.
+void measure(DocumentCache& cache, UpdatePlan& plan) {
     SavedFacts facts = savedFacts(cache, plan);
-    if (facts.isNothing) {
+    if (facts.isNothing && !facts.isMended) {
         return tellNothing(cache, facts);
     }
     Chain output;
@@ -224,6 +289,30 @@ void tryCache(DocumentCache& cache) {
     raiseException(code);
     facts.length = update.start + update.count;
     tellSaved(facts);
+}
+
+} // namespace
+
+void writeCache(DocumentCache& cache) {
+    UpdatePlan plan = planUpdate(cache);
+    append(cache, plan);
+}
+
+void tryCache(DocumentCache& cache) {
+    UpdatePlan plan = planUpdate(cache);
+    measure(cache, plan);
+}
+
+void mendCache(DocumentCache& cache, bool tries) {
+    UpdatePlan plan;
+    plan.writesPage = false;
+    planFile(cache, plan);
+    refuseForbidden(cache, plan);
+    if (tries) {
+        measure(cache, plan);
+    } else {
+        append(cache, plan);
+    }
 }
 
 } // namespace corvane

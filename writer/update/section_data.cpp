@@ -1,10 +1,7 @@
 #include "writer/update/section_data.h"
 
-#include "output/xref.h"
-
 #include <algorithm>
 #include <cstdint>
-#include <vector>
 
 namespace corvane {
 
@@ -27,40 +24,40 @@ void append(std::string& bytes, std::int32_t value, std::int32_t width) {
     }
 }
 
-/// The entries in order, of several with one number the last.
-std::vector<XRefEntry> listedEntries() {
-    std::vector<XRefEntry> entries;
-    forallXRef([&](const XRefEntry& entry) {
-        if (!entries.empty() && entries.back().number == entry.number) {
-            entries.pop_back();
-        }
-        entries.push_back(entry);
-    });
-    return entries;
+/// What the fields of an entry hold, behind the type.
+struct Fields {
+    std::int32_t type = 0;
+    std::int32_t second = 0;
+    std::int32_t third = 0;
+};
+
+Fields fieldsOf(const ListedObject& object) {
+    if (object.place.isInStream()) {
+        return {2, object.place.stream(), object.place.index()};
+    }
+    return {object.isFree ? 0 : 1, object.place.offset(), object.generation & generationMask};
 }
 
 } // namespace
 
-SectionData sectionData() {
-    const std::vector<XRefEntry> entries = listedEntries();
-    std::int32_t offsetWidth = 0;
-    std::int32_t generationWidth = 0;
-    for (const XRefEntry& entry : entries) {
-        offsetWidth = std::max(offsetWidth, widthOf(entry.offset));
-        generationWidth = std::max(generationWidth, widthOf(entry.generation & generationMask));
+SectionData sectionData(std::span<const ListedObject> objects) {
+    std::int32_t secondWidth = 0;
+    std::int32_t thirdWidth = 0;
+    for (const ListedObject& object : objects) {
+        const Fields fields = fieldsOf(object);
+        secondWidth = std::max(secondWidth, widthOf(fields.second));
+        thirdWidth = std::max(thirdWidth, widthOf(fields.third));
     }
     SectionData data;
-    data.widths = "1 " + std::to_string(offsetWidth) + " " + std::to_string(generationWidth) + " ";
-    for (std::size_t first = 0, i = 0; i < entries.size(); ++i) {
-        const XRefEntry& entry = entries[i];
-        append(data.entries, 1, 1);
-        append(data.entries, entry.offset, offsetWidth);
-        append(data.entries, entry.generation & generationMask, generationWidth);
-        if (i + 1 == entries.size() || entries[i + 1].number != entry.number + 1) {
-            data.index +=
-                std::to_string(entries[first].number) + " " + std::to_string(i + 1 - first) + " ";
-            first = i + 1;
-        }
+    data.widths = "1 " + std::to_string(secondWidth) + " " + std::to_string(thirdWidth) + " ";
+    for (const ListedObject& object : objects) {
+        const Fields fields = fieldsOf(object);
+        append(data.entries, fields.type, 1);
+        append(data.entries, fields.second, secondWidth);
+        append(data.entries, fields.third, thirdWidth);
+    }
+    for (const NumberRun& run : numberRuns(objects)) {
+        data.index += std::to_string(run.first) + " " + std::to_string(run.objects.size()) + " ";
     }
     return data;
 }

@@ -9,6 +9,7 @@
 #include "runtime/exception.h"
 #include "runtime/rules.h"
 #include "writer/update/hexadecimal.h"
+#include "writer/update/listed_objects.h"
 #include "writer/update/section_data.h"
 #include "writer/update/update.h"
 #include "writer/update/update_filter.h"
@@ -31,6 +32,9 @@ void carry(DocumentCache& cache, CarriedEntries& entries, std::string_view key) 
     if (!rules().carriesTrailer ||
         typeObject(findEntry(cache, trailer, key)) == ObjectType::reference) {
         return entries.addReference(cache, trailer, key);
+    }
+    if (cache.sectionOffsets.empty()) {
+        return; // found by a search: its bytes are not known
     }
     for (RawEntry& entry : rawTrailer(cache)) {
         if (entry.key == key) {
@@ -69,13 +73,19 @@ std::string newIdentifier(Digest digest) {
     return first + hexadecimal(digest.value());
 }
 
+std::int32_t sizeOf(const CarriedTrailer& trailer) {
+    return std::max(lastIdentity(), trailer.size);
+}
+
 /// What the trailer says, in either form of section.
 void writeTrailerEntries(DocumentCache& cache, const CarriedTrailer& trailer) {
     Filter& output = *cache.output;
     stringOutput(output, "/Size ");
-    integerOutput(output, std::max(lastIdentity(), trailer.size));
-    stringOutput(output, "\r/Prev ");
-    integerOutput(output, weighXRef());
+    integerOutput(output, sizeOf(trailer));
+    if (!trailer.isWhole) {
+        stringOutput(output, "\r/Prev ");
+        integerOutput(output, weighXRef());
+    }
     stringOutput(output, "\r");
     trailer.entries.write(cache, {});
     if (trailer.identifier) {
@@ -86,12 +96,31 @@ void writeTrailerEntries(DocumentCache& cache, const CarriedTrailer& trailer) {
     }
 }
 
+/// A subsection for each run of numbers.
+void writeWholeEntries(DocumentCache& cache, const CarriedTrailer& trailer) {
+    Filter& output = *cache.output;
+    const std::vector<ListedObject> objects = wholeObjects(cache, trailer.leftOut, sizeOf(trailer));
+    for (const NumberRun& run : numberRuns(objects)) {
+        integerOutput(output, run.first);
+        integerOutput(output, static_cast<std::int32_t>(run.objects.size()));
+        stringOutput(output, "\r");
+        for (const ListedObject& object : run.objects) {
+            lineXRef(output, object.place.offset(), object.generation, !object.isFree);
+        }
+    }
+}
+
 void writeTable(DocumentCache& cache, const CarriedTrailer& trailer) {
     Filter& output = *cache.output;
-    stringOutput(output, "xref\r0 1 \r0000000000 65535 f \r");
-    forallXRef([&](const XRefEntry& entry) {
-        entryXRef(output, entry.number, entry.generation, entry.offset);
-    });
+    stringOutput(output, "xref\r");
+    if (trailer.isWhole) {
+        writeWholeEntries(cache, trailer);
+    } else {
+        stringOutput(output, "0 1 \r0000000000 65535 f \r");
+        forallXRef([&](const XRefEntry& entry) {
+            entryXRef(output, entry.number, entry.generation, entry.offset);
+        });
+    }
     stringOutput(output, "trailer\r<<\r");
     writeTrailerEntries(cache, trailer);
     stringOutput(output, ">>\r");
@@ -101,7 +130,8 @@ void writeTable(DocumentCache& cache, const CarriedTrailer& trailer) {
 void writeStream(DocumentCache& cache, const CarriedTrailer& trailer) {
     Filter& output = *cache.output;
     touchXRef(output, trailer.section, 0);
-    const SectionData section = sectionData();
+    const SectionData section = sectionData(
+        trailer.isWhole ? wholeObjects(cache, trailer.leftOut, sizeOf(trailer)) : updatedObjects());
     const std::string data = deflated(section.entries);
     objectOutput(output, trailer.section, 0);
     stringOutput(output, "<<\r/Type /XRef\r");
@@ -112,6 +142,19 @@ void writeStream(DocumentCache& cache, const CarriedTrailer& trailer) {
     stringOutput(output, "\r>>\rstream\r");
     writeFilter(output, std::as_bytes(std::span(data)));
     stringOutput(output, "\rendstream\rendobj\r");
+}
+
+/// Whether the section is a stream: as the one before it or, where it stands for all sections, as
+/// objects in object streams need it.
+bool needsStream(const DocumentCache& cache, const CarriedTrailer& trailer) {
+    if (!trailer.isWhole) {
+        return cache.continuesStream;
+    }
+    Ref<ReferenceNode> node = firstReference(*cache.references);
+    while (node && !node->place().isInStream()) {
+        node = node->next;
+    }
+    return static_cast<bool>(node);
 }
 
 } // namespace
@@ -138,7 +181,7 @@ void reserveNumbers(const DocumentCache& cache, CarriedTrailer& trailer) {
     if (trailer.size > 0 && trailer.size <= largestSize) {
         usedIdentity(trailer.size - 1);
     }
-    trailer.section = cache.continuesStream ? nextIdentity() : 0;
+    trailer.section = needsStream(cache, trailer) ? nextIdentity() : 0;
 }
 
 std::int32_t updateWrite(DocumentCache& cache, const CarriedTrailer& trailer) {

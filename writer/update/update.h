@@ -6,6 +6,7 @@
 #include "reader/document/cache.h"
 #include "reader/page/page_base.h"
 #include "reader/page/page_record.h"
+#include "writer/mend/mend_plan.h"
 #include "writer/page/carried_entries.h"
 #include "writer/page/page_geometry.h"
 #include "writer/page/page_object.h"
@@ -15,6 +16,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -28,6 +30,9 @@ void writeCache(DocumentCache& cache);
 /// The same, but what would be appended is only counted; the file may be write-protected.
 void tryCache(DocumentCache& cache);
 
+/// Appends what mends the file, and no page; where `tries`, that is only counted.
+void mendCache(DocumentCache& cache, bool tries);
+
 // The parts of an update, for a cache whose output is an `UpdateFilter`.
 
 /// What the trailer of an update takes over from the newest one.
@@ -36,6 +41,8 @@ struct CarriedTrailer {
     std::int32_t size = 0;    ///< 0 where it says nothing that counts
     std::int32_t section = 0; ///< number of the update's section where that is a stream; else 0
     std::optional<std::string> identifier; ///< the first half of the file's
+    bool isWhole = false; ///< the section names every object of the file, and no section before it
+    std::set<std::int32_t> leftOut; ///< objects that a whole section does not name
 };
 
 /// A page that is patched.
@@ -53,6 +60,8 @@ struct UpdatePlan {
         std::int32_t content = 0;
         std::int32_t length = 0; ///< of the content
     };
+    std::optional<MendPlan> mend; ///< where the host wants the file mended
+    bool writesPage = true;
     PageGeometry geometry;
     PageFacts facts; ///< of the page as it will be
     /// What the artwork was opened from; nothing where the page is drawn anew.
@@ -71,7 +80,7 @@ CarriedTrailer carriedTrailer(DocumentCache& cache);
 
 /// Keeps new objects off every number below the file's Size: objects that only readers of
 /// cross-reference streams see have such numbers (PDF Reference 3.4.7), and so may references to
-/// objects that are gone. A section that is a stream, as the one before it, gets its number.
+/// objects that are gone. A section that is a stream gets its number.
 void reserveNumbers(const DocumentCache& cache, CarriedTrailer& trailer);
 
 /// Writes the content, its length, the page and its resources to the cache's output; the length of
@@ -80,7 +89,8 @@ std::int64_t pageWrite(DocumentCache& cache, UpdatePlan& plan);
 
 /// Writes the cross-reference section and the trailer, in the form of the section before them: a
 /// table or a stream. Behind a table that names a stream for hidden objects (XRefStm) a table,
-/// which names none. The offset of the section.
+/// which names none. A whole section is a stream where objects are in object streams. The offset of
+/// the section.
 std::int32_t updateWrite(DocumentCache& cache, const CarriedTrailer& trailer);
 
 /// What ends an update whose section stands at `section`, and makes it count.

@@ -27,9 +27,16 @@ struct Update {
     std::string date;
 };
 
+/// `DamageFacts` that outlive the call which told them.
+struct Damage {
+    DamageFacts facts; ///< its `obstacle` is empty
+    std::string obstacle;
+};
+
 struct Report {
     std::optional<FileFacts> file;
     std::optional<SignatureFacts> signatures; ///< where there are any
+    std::optional<Damage> damage; ///< `check`
     std::vector<PageFacts> pages;
     Provenance source;  ///< the page that was opened, or that the artwork to save came from
     std::string output; ///< path of what was made: artwork, or a PDF; empty where nothing was
@@ -55,6 +62,13 @@ std::string logText(const std::string& file, const Report& report);
 /// "page 2 of report.pdf: 1 object changed, 57 kept; 1,234 bytes appended"; of a page that was
 /// drawn anew "page 2 of report.pdf: 1,234 bytes appended (3 objects)".
 std::string savedText(const std::string& file, const SavedFacts& saved, bool dryRun);
+
+/// "1,234 bytes appended".
+std::string appendedText(const SavedFacts& saved, bool dryRun);
+
+/// "report.pdf: mended: a damaged cross-reference; 1,234 bytes appended". Where a page was saved
+/// too, that says what was appended.
+std::string mendedText(const std::string& file, const SavedFacts& saved, bool dryRun);
 
 /// "57 of 60 paths, 3 of 3 compound paths".
 std::string missingText(const std::vector<MissingArt>& missing);

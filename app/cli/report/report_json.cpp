@@ -1,5 +1,6 @@
 #include "app/cli/report/dates.h"
 #include "app/cli/report/json.h"
+#include "app/cli/report/mend_kinds.h"
 #include "app/cli/report/report.h"
 #include "app/cli/text.h"
 
@@ -103,20 +104,52 @@ void addTitles(JsonWriter& json, std::string_view name, const std::vector<std::s
     json.closeArray();
 }
 
+/// Kinds that were met, with how often.
+void addMends(JsonWriter& json, std::string_view name, const MendCounts& counts) {
+    json.name(name).openObject();
+    for (std::size_t i = 0; i < counts.size(); ++i) {
+        if (counts[i] != 0) {
+            json.name(mendName(static_cast<Mend>(i))).integer(counts[i]);
+        }
+    }
+    json.closeObject();
+}
+
+void addDamage(JsonWriter& json, const Damage& damage) {
+    addMends(json, "damage", damage.facts.found);
+    json.name("needsMending").boolean(damage.facts.needsMending);
+    json.name("canBeMended").boolean(damage.facts.canBeMended);
+    json.name("obstacle");
+    if (damage.obstacle.empty()) {
+        json.null();
+    } else {
+        json.text(damage.obstacle);
+    }
+}
+
 void addSaved(JsonWriter& json, const Arguments& arguments, const Report& report) {
-    addPath(json, "artwork", arguments.artwork);
+    if (arguments.artwork.empty()) {
+        json.name("artwork").null();
+    } else {
+        addPath(json, "artwork", arguments.artwork);
+    }
     addOutput(json, report);
     json.name("dryRun").boolean(arguments.dryRun);
     if (report.saved) {
         const SavedFacts& saved = *report.saved;
-        json.name("page").integer(saved.page.page);
-        json.name("object").integer(saved.page.objectNumber);
-        json.name("generation").integer(saved.page.generation);
+        if (saved.page.page != 0) {
+            json.name("page").integer(saved.page.page);
+            json.name("object").integer(saved.page.objectNumber);
+            json.name("generation").integer(saved.page.generation);
+        }
         json.name("formerLength").integer(saved.formerLength);
         json.name("length").integer(saved.length);
         json.name("objects").integer(saved.objects);
         json.name("contentLength").integer(saved.contentLength);
         addChanges(json, saved);
+        if (arguments.mend) {
+            addMends(json, "mended", saved.mended);
+        }
     }
     addOmitted(json, report);
     json.name("ignored").openObject();
@@ -157,7 +190,9 @@ void addFile(JsonWriter& json, const FileFacts& file) {
     json.name("version").text(file.version);
     json.name("length").integer(file.facts.length);
     json.name("pageCount").integer(file.facts.pages);
-    json.name("objects").integer(file.facts.objects);
+    if (file.facts.objects > 0) {
+        json.name("objects").integer(file.facts.objects);
+    }
     json.name("updates").integer(file.facts.updates);
 }
 
@@ -195,6 +230,9 @@ void addFacts(JsonWriter& json, const Arguments& arguments, const Report& report
     }
     if (arguments.command == Command::open) {
         addOpened(json, report);
+    }
+    if (report.damage) {
+        addDamage(json, *report.damage);
     }
     if (arguments.command == Command::info) {
         addSignatures(json, report);

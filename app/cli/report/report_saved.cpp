@@ -43,12 +43,12 @@ std::string changesText(const SavedFacts& saved, bool dryRun) {
     return joined(parts);
 }
 
+} // namespace
+
 std::string appendedText(const SavedFacts& saved, bool dryRun) {
     return counted(saved.length - saved.formerLength, "byte") + (dryRun ? " would be " : " ") +
            "appended";
 }
-
-} // namespace
 
 std::string missingText(const std::vector<MissingArt>& missing) {
     std::vector<std::string> kinds;

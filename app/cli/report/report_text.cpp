@@ -1,3 +1,4 @@
+#include "app/cli/report/mend_kinds.h"
 #include "app/cli/report/report.h"
 #include "app/cli/text.h"
 
@@ -95,6 +96,22 @@ std::string signaturesText(const SignatureFacts& facts) {
     return counted(facts.count, "signature") + (parts.empty() ? "" : ": " + joined(parts));
 }
 
+/// What is damaged, and what to do.
+std::string damageLines(const Damage& damage) {
+    const std::string found = damageText(damage.facts.found);
+    if (found.empty()) {
+        return "";
+    }
+    std::string text = "  damaged: " + found + "\n";
+    if (!damage.obstacle.empty()) {
+        text += "  " + damage.obstacle + "\n";
+    } else if (damage.facts.canBeMended) {
+        text += std::string("  corvane save --mend mends it") +
+                (damage.facts.needsMending ? "; nothing can be saved into it before" : "") + "\n";
+    }
+    return text;
+}
+
 } // namespace
 
 std::string infoText(const std::string& file, const Report& report) {
@@ -124,7 +141,7 @@ std::string checkText(const std::string& file, const Report& report) {
     if (report.file) {
         text += " (" + counted(report.file->facts.pages, "page") + ")";
     }
-    return text + "\n";
+    return text + "\n" + (report.damage ? damageLines(*report.damage) : "");
 }
 
 } // namespace corvane

@@ -50,7 +50,7 @@ protected:
     static ObjectOwner object_(DocumentCache& cache, std::int32_t number) {
         ObjectOwner reference;
         indirectObject(reference.get(), number, 0);
-        return resolveObject(cache, reference.get());
+        return readableObject(cache, reference.get());
     }
 };
 
@@ -198,8 +198,8 @@ TEST_F(DocumentTest, IndirectObjects) {
              ObjectRow{"two values", "7 8", damaged, damaged},
              ObjectRow{"an unknown word", "7 frob", damaged, none},
              ObjectRow{"no value", "", Exception::underflow, Exception::range},
-             ObjectRow{"an array left open", "[7", Exception::range, damaged},
-             ObjectRow{"a closing bracket", "7 ]", Exception::mark, Exception::mark},
+             ObjectRow{"an array left open", "[7", Exception::range, Exception::range},
+             ObjectRow{"a closing bracket", "7 ]", Exception::mark, none},
          }) {
         PdfBuilder file = PdfBuilder::onePage("");
         file.object(5, row.body).object(6, "7").object(7, "8 0 R").object(8, "7 0 R");

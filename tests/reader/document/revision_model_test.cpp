@@ -18,7 +18,8 @@ using Model = std::map<int, std::string>;
 
 class RandomFile {
 public:
-    explicit RandomFile(unsigned seed) : chance_(seed), writer_(&chance_) {
+    explicit RandomFile(unsigned seed, int objects = 40)
+        : objects_(objects), chance_(seed), writer_(&chance_) {
         const int revisions = 1 + below(5);
         // Numbers beyond those of the objects go to streams.
         writer_.object(objects_, "null");
@@ -33,8 +34,6 @@ public:
     bool hasStreams() const { return hasStreams_; }
 
 private:
-    static constexpr int objects_ = 40;
-
     int below(int count) { return static_cast<int>(chance_() % static_cast<unsigned>(count)); }
 
     void write(bool first) {
@@ -45,8 +44,10 @@ private:
             streams.push_back(writer_.nextNumber());
         }
         std::vector<int> numbers;
+        const int begin = 1 + below(objects_ / 2);
         for (int number = 1; number < objects_; ++number) {
-            if ((first && number <= 3) || below(3) == 0) {
+            const bool inRun = first || (number >= begin && number < begin + objects_ / 2);
+            if (isLong() ? inRun : (first && number <= 3) || below(3) == 0) {
                 numbers.push_back(number);
             }
         }
@@ -80,6 +81,9 @@ private:
         model_[number] = value;
     }
 
+    /// Sections are then long runs of numbers.
+    bool isLong() const { return objects_ > 1000; }
+
     static std::string entriesOf(int number) {
         switch (number) {
         case 1:
@@ -93,6 +97,7 @@ private:
         }
     }
 
+    int objects_;
     std::mt19937 chance_;
     RevisionWriter writer_;
     Model model_;
@@ -137,6 +142,55 @@ TEST_F(RevisionModelTest, TheNewestCounts) {
             EXPECT_NE(opening(file.bytes()), Exception::none);
             selectRules(Profile::extended);
         }
+    }
+}
+
+TEST_F(RevisionModelTest, TheNewestCountsInLongSections) {
+    for (unsigned seed = 1; seed <= 12; ++seed) {
+        SCOPED_TRACE(seed);
+        const RandomFile file(seed, 2600);
+        DocumentCache& cache = open(file.bytes());
+        ASSERT_FALSE(cache.repaired);
+        // In any order: each one brings others with it.
+        std::vector<std::pair<int, std::string>> objects(file.model().begin(), file.model().end());
+        std::shuffle(objects.begin(), objects.end(), std::mt19937(seed));
+        for (const auto& [number, value] : objects) {
+            ASSERT_EQ(valueOf(number), value) << number;
+        }
+    }
+}
+
+/// A table of so many entries.
+std::string longTable(int count) {
+    RevisionWriter writer;
+    writer.object(1, "<</Pages 2 0 R>>").object(2, "<</Kids[3 0 R]/Count 1>>");
+    for (int number = 3; number <= count; ++number) {
+        writer.object(number, "<</MediaBox[0 0 9 " + std::to_string(number) + "]>>");
+    }
+    return writer.end(Section::table).bytes();
+}
+
+TEST_F(RevisionModelTest, ObjectsThatNobodyAsksForTakeNoMemory) {
+    const std::string file = longTable(50000);
+    const std::int64_t before = zoneBytesInUse();
+    DocumentCache& cache = open(file);
+    pageCache(cache, 1);
+    EXPECT_LT(zoneBytesInUse() - before, 200 << 10);
+    EXPECT_EQ(nextIdentity(), 50001);
+    EXPECT_EQ(countReference(*cache.references), 50000);
+    EXPECT_GT(zoneBytesInUse() - before, 1000 << 10);
+}
+
+TEST_F(RevisionModelTest, LongTablesOfAnotherFormAreReadAtOnce) {
+    std::string file = longTable(3000);
+    const std::size_t entry = file.find("xref\n") + 36 + 20 * 1500;
+    for (const auto& [place, bytes] :
+         std::vector<std::pair<std::size_t, std::string>>{{11, "    0"}, {0, "  "}, {15, "  "}}) {
+        std::string odd = file;
+        odd.replace(entry + place, bytes.size(), bytes);
+        SCOPED_TRACE(odd.substr(entry - 20, 60));
+        DocumentCache& cache = open(odd);
+        EXPECT_EQ(countReference(*cache.references), 3000);
     }
 }
 

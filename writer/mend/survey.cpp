@@ -1,0 +1,90 @@
+#include "writer/mend/survey.h"
+
+#include "reader/syntax/file_scope.h"
+#include "reader/syntax/indirect.h"
+#include "reader/syntax/syntax.h"
+#include "writer/mend/sound_copy.h"
+#include "writer/update/listed_objects.h"
+
+#include <algorithm>
+#include <array>
+#include <set>
+
+namespace corvane {
+
+namespace {
+
+/// What is mended by writing an object again. Words that mean nothing are left as they stand:
+/// readers differ in what they take them for.
+constexpr std::array copiedKinds{Mend::streamLength, Mend::objectEnd};
+
+bool isSection(DocumentCache& cache, const Object& object) {
+    if (typeObject(object) != ObjectType::stream) {
+        return false;
+    }
+    const Object type = findEntry(cache, object, "Type");
+    return typeObject(type) == ObjectType::literal && literalObject(type) == "XRef";
+}
+
+/// The objects that stand in the file itself, in the order in which they do.
+std::vector<ListedObject> objectsInFile(const DocumentCache& cache) {
+    std::vector<ListedObject> objects = standingObjects(cache);
+    std::erase_if(objects, [](const ListedObject& object) { return object.place.isInStream(); });
+    std::ranges::sort(objects, {},
+                      [](const ListedObject& object) { return object.place.offset(); });
+    return objects;
+}
+
+/// Whether an object of this name begins at its place, though it cannot be read.
+bool beginsThere(DocumentCache& cache, const ListedObject& object) {
+    bool begins = false;
+    attempted([&] {
+        FileScope scope(cache, object.place.offset());
+        begins = scope.tokens().readToken() == TokenType::integer &&
+                 scope.tokens().number().integer == object.number &&
+                 beginsObject(cache, object.place.offset());
+    });
+    return begins;
+}
+
+void look(DocumentCache& cache, const ListedObject& object, Survey& survey) {
+    ObjectOwner reference;
+    indirectObject(reference.get(), object.number, object.generation);
+    ObjectOwner value;
+    if (tryResolveObject(cache, reference.get(), value) != Exception::none) {
+        if (!beginsThere(cache, object)) {
+            cache.mends.note(Mend::lostObject, object.number);
+            survey.missing.push_back(object.number);
+        }
+    } else if (isSection(cache, value.get())) {
+        survey.sections.push_back(object.number);
+    }
+    forgetObject(cache, object.number, object.generation);
+}
+
+} // namespace
+
+Survey surveyObjects(DocumentCache& cache) {
+    Survey survey;
+    std::vector<ListedObject> objects = objectsInFile(cache);
+    for (const ListedObject& object : objects) {
+        look(cache, object, survey);
+    }
+    std::ranges::sort(survey.sections);
+    std::set<std::int32_t> numbers;
+    for (const Mend kind : copiedKinds) {
+        numbers.insert(cache.mends.objects(kind).begin(), cache.mends.objects(kind).end());
+    }
+    std::ranges::sort(objects, {}, &ListedObject::number);
+    for (const std::int32_t number : numbers) {
+        const auto object = std::ranges::lower_bound(objects, number, {}, &ListedObject::number);
+        if (object != objects.end() && object->number == number &&
+            !std::ranges::binary_search(survey.sections, number) &&
+            canCopy(cache, {number, object->generation})) {
+            survey.damaged.push_back({number, object->generation});
+        }
+    }
+    return survey;
+}
+
+} // namespace corvane
