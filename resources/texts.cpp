@@ -62,10 +62,13 @@ constexpr std::array<std::string_view, 33> exceptions = {
     /* 33 */
     "the file is certified: its author's signature allows no changed pages, and readers would show "
     "it as broken; if that does not matter, say --force",
+    /* 12 */
+    "text cannot be drawn on a page anew; save it into the page that it was opened from, or turn it "
+    "into paths in your editor",
 };
 
 /// Why a file cannot be read or mended, or a page not saved, by reason.
-constexpr std::array<std::string_view, 11> reasons = {
+constexpr std::array<std::string_view, 12> reasons = {
     /* 1 */ "the file is encrypted and needs a password; give it with --password-file",
     /* 2 */ "that is not a password of this encrypted file; check it and try again",
     /* 3 */

@@ -22,6 +22,7 @@ enum class Reason : std::int32_t {
     unnumberedPage = 9,    ///< in a page tree that has to be made anew
     missingLetter = 10,    ///< the name is a letter that the font does not have
     newFont = 11,          ///< text in a font that the page does not have
+    textDrawnAnew = 12,    ///< text on a page that is drawn anew
 };
 
 struct NotedReason {

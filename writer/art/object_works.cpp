@@ -2,6 +2,8 @@
 
 #include "reader/content/art.h"
 #include "runtime/callbacks.h"
+#include "runtime/exception.h"
+#include "runtime/reason.h"
 #include "runtime/rules.h"
 #include "runtime/warning.h"
 #include "writer/art/path_works.h"
@@ -69,6 +71,9 @@ void visitWorks(Walk& walk, Art art, ArtStack& pending, bool writesGroups) {
         return pathWorks(walk, art);
     case 3:
         return compoundWorks(walk, art);
+    case 4:
+        noteReason(Reason::textDrawnAnew);
+        failException(Exception::unpatchable);
     case 5:
     case 6:
         return; // kinds that are not drawn

@@ -22,9 +22,14 @@ void refuseMissing(const BaseReading& base, const Matching& matching) {
     MissingArt page;
     std::array kinds = {MissingArt{.kind = ArtKind::path}, MissingArt{.kind = ArtKind::compound},
                         MissingArt{.kind = ArtKind::text}};
-    for (PaintedIndex source = 0; source < matching.owners.size(); ++source) {
-        const std::int32_t missing = matching.owners[source] == noSource ? 1 : 0;
-        const ArtKind kind = artKind(artOf(base, source));
+    for (PaintedIndex source = 0; source < matching.owners.size();) {
+        const Art art = artOf(base, source);
+        // A line of text is missing if all its runs are, which follow one another.
+        std::int32_t missing = 1;
+        for (; source < matching.owners.size() && artOf(base, source) == art; ++source) {
+            missing = matching.owners[source] == noSource ? missing : 0;
+        }
+        const ArtKind kind = artKind(art);
         MissingArt& ofKind = *std::ranges::find(kinds, kind, &MissingArt::kind);
         for (MissingArt* each : {&page, &ofKind}) {
             each->missing += missing;

@@ -134,7 +134,7 @@ TEST_F(Encrypted, EveryRevisionIsOpenedAndSavedInto) {
         EXPECT_TRUE(holds(art, "fill=\"#0028ff\"")) << "a colour out of a string";
         for (const std::string password : {"user", "owner"}) {
             const std::string said = saved(edited(art), {"--password", password});
-            EXPECT_TRUE(holds(said, "2 objects changed, 1 kept")) << said;
+            EXPECT_TRUE(holds(said, "2 objects changed, 2 kept")) << said;
         }
         EXPECT_TRUE(bytes("in.pdf").starts_with(old));
         EXPECT_FALSE(holds(bytes("in.pdf"), "my notes"));
@@ -145,6 +145,8 @@ TEST_F(Encrypted, EveryRevisionIsOpenedAndSavedInto) {
         // Drawn anew, uncompressed.
         std::string changed = art;
         changed.replace(changed.find("data-digest=\"") + 13, 4, "0000");
+        const std::size_t text = changed.find("<text");
+        changed.erase(text, changed.find("</text>") + 7 - text);
         EXPECT_TRUE(
             holds(saved(changed, {"--page", "1", "--force", "--plain", "--password", "user"}),
                   "objects)"));
@@ -251,7 +253,7 @@ TEST_F(Encrypted, PermissionsCountAsFarAsTheKeyProvesThem) {
         const std::string art = edited(opened("in.pdf", "x"));
         const std::string said = saved(art, {});
         EXPECT_EQ(holds(said, "error 32"), what != "nothing") << said;
-        EXPECT_TRUE(holds(saved(art, {"--password", "owner"}), "1 kept"));
+        EXPECT_TRUE(holds(saved(art, {"--password", "owner"}), "2 kept"));
     }
 }
 

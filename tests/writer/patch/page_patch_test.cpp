@@ -197,7 +197,7 @@ TEST_F(PagePatchTest, InheritedResourcesAndRotation) {
     artist().add(100, 50, 5, 5, artist().at(0));
     artist().move(artist().at(0), 7, 8);
     ASSERT_NO_FATAL_FAILURE(expectSaved());
-    EXPECT_EQ(facts(), "1 1 1 0 0");
+    EXPECT_EQ(facts(), "2 1 1 0 0");
     for (const char* kept : {"/Rotate 90", "/F 20 0 R", "/X 21 0 R", "/Half", "/P 23 0 R"}) {
         EXPECT_THAT(object("3"), HasSubstr(kept));
     }

@@ -20,6 +20,7 @@ public:
         const test::SeenList list(document);
         objects = list.objects;
         clips = list.clips;
+        texts = list.texts;
     }
 
     Art at(std::size_t index) const { return objects.at(index); }

@@ -20,6 +20,11 @@ protected:
         openStreams(streams);
         extension_.overwrites = true; // however much is missing
         before_.emplace(newContent());
+        ordinals_.clear();
+        for (const Art art : artist().objects) {
+            ordinals_.push_back(document_->source(art).value().ordinal);
+        }
+        std::ranges::sort(ordinals_);
         story_ = "seed " + std::to_string(seed) + "\n" + newContent();
         for (std::size_t edits = 1 + chance.below(5); edits > 0; --edits) {
             story_ += editOnce(*document_, chance) + "\n";
@@ -31,8 +36,9 @@ protected:
         std::vector<std::string> wanted;
         for (const Art art : artist().objects) {
             const std::optional<ArtSource> source = document_->source(art);
-            wanted.push_back(source ? before_->paths.at(static_cast<std::size_t>(source->ordinal))
-                                    : "");
+            const auto at = source ? std::ranges::find(ordinals_, source->ordinal) - ordinals_.begin()
+                                   : std::ssize(before_->paths);
+            wanted.push_back(source ? before_->paths.at(static_cast<std::size_t>(at)) : "");
         }
         return wanted;
     }
@@ -49,6 +55,7 @@ protected:
     }
 
     std::optional<test::ContentState> before_;
+    std::vector<std::int32_t> ordinals_; // of the paths: text has numbers, too
     std::vector<std::string> opaque_;
     std::string story_;
 };

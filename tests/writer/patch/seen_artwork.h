@@ -76,6 +76,7 @@ public:
     std::vector<SeenPath> paths; ///< all that can be seen
     std::vector<Art> objects;    ///< paths and compound paths, clips left out
     std::vector<Art> clips;      ///< of groups
+    std::int32_t texts = 0;      ///< runs of text
 
 private:
     void list(Art container) {
@@ -88,7 +89,11 @@ private:
         }
         for (Art art = document_.lastChild(container); art != Art::null;
              art = document_.previousSibling(art)) {
-            if ((isClip && art == first) || document_.kind(art) == ArtKind::text) {
+            if (document_.kind(art) == ArtKind::text) {
+                texts += document_.textRunCount(art);
+                continue;
+            }
+            if (isClip && art == first) {
                 continue;
             }
             document_.kind(art) == ArtKind::group ? list(art) : add(art);
