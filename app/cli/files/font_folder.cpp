@@ -67,12 +67,13 @@ std::string FontFileNames::nameOf(std::string_view family) {
     // A name in a folder has 255 bytes at most; what is hidden while it is written has some more.
     constexpr std::size_t longest = 200;
     std::string stem;
+    bool isGap = false;
     for (const char c : family.substr(0, longest)) {
         if (isLetterOrDigit(c)) {
+            stem += isGap && !stem.empty() ? "-" : "";
             stem += c;
-        } else if (!stem.empty() && stem.back() != '-') {
-            stem += '-';
         }
+        isGap = !isLetterOrDigit(c);
     }
     if (stem.empty()) {
         stem = "font";

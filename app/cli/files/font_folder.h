@@ -20,7 +20,8 @@ std::int32_t writeFontFiles(const FontTable& fonts, const std::string& folder,
 /// Names of the files of fonts: none comes twice.
 class FontFileNames {
 public:
-    /// The family's letters and digits, all else as hyphens; numbered where the name was given out.
+    /// The family's letters and digits, a hyphen for all else between them; numbered where the name
+    /// was given out.
     std::string nameOf(std::string_view family);
 
 private:
