@@ -97,8 +97,7 @@ constexpr std::array<std::string_view, 12> reasons = {
     "the page",
     /* 11 */
     "there is new text in a font that the page does not have; give it a font of the page, or turn "
-    "it "
-    "into paths in your editor",
+    "it into paths in your editor",
 };
 
 constexpr std::array<std::string_view, 21> readWarnings = {
@@ -119,7 +118,11 @@ constexpr std::array<std::string_view, 21> readWarnings = {
     /* 15 */ "a Multiple Master font was substituted; check the text",
     /* 16 */ "a Type 1 font was substituted; check the text",
     /* 17 */ "a TrueType font was substituted; check the text",
-    /* 18 */ "text is not in the artwork",
+    /* 18 */
+    "some text is not in the artwork: text in Type 3 fonts and in fonts that cannot be read, "
+    "vertical text, text that clips, and text in patterns or colours that are not supported (in "
+    "the "
+    "original profile: all text)",
     /* 19 */ "patterns and smooth shadings are not in the artwork",
     /* 20 */ "the file's table of contents is damaged; its objects were found by searching",
     /* 21 */ "the file is damaged",

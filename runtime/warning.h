@@ -27,7 +27,7 @@ enum class Warning : std::int16_t {
     multipleMasterSubstituted = 15, ///< another font stands in
     type1Substituted = 16,          ///< another font stands in
     trueTypeSubstituted = 17,       ///< another font stands in
-    textLeftOut = 18,               ///< text is not opened by this version
+    textLeftOut = 18,               ///< some or all text is not in the artwork
     shadingLeftOut = 19,            ///< a shading or pattern draws nothing
     repaired = 20,                  ///< the objects were found by searching the file
     mended = 21,                    ///< damage was mended, and the file needed no search

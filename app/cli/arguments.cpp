@@ -18,7 +18,8 @@ struct CommandRow {
 };
 
 constexpr std::array commandTable{
-    CommandRow{Command::open, "open", "FILE.pdf [--page N] [-o OUT.svg] [--images DIR]",
+    CommandRow{Command::open, "open",
+               "FILE.pdf [--page N] [-o OUT.svg] [--images DIR] [--fonts WHERE]",
                "turn a page into editable artwork"},
     CommandRow{Command::save, "save",
                "ART.svg FILE.pdf [--page N] [--output OTHER.pdf] [--dry-run] [--force] [--plain] "
@@ -37,6 +38,7 @@ enum class OptionKind : std::uint8_t {
     page,
     output,
     images,
+    fonts,
     dryRun,
     force,
     plain,
@@ -72,6 +74,8 @@ constexpr std::array optionTable{
               "where the artwork goes; - is standard output (FILE-pageN.svg)"},
     OptionRow{OptionKind::images, "--images", "DIR", only(Command::open),
               "the folder for pictures (OUT-images)"},
+    OptionRow{OptionKind::fonts, "--fonts", "WHERE", only(Command::open),
+              "the page's fonts: embed them (embed), none, or a folder for files to install"},
     OptionRow{OptionKind::output, "--output", "OTHER.pdf", only(Command::save),
               "save into a copy of the file with this name"},
     OptionRow{OptionKind::dryRun, "--dry-run", "", only(Command::save),
@@ -207,6 +211,9 @@ private:
         case OptionKind::images:
             arguments_.images = value;
             break;
+        case OptionKind::fonts:
+            takeFonts(value);
+            break;
         case OptionKind::passwordFile:
             arguments_.passwordFile = value;
             break;
@@ -248,6 +255,13 @@ private:
             question_ = Question::help;
             break;
         }
+    }
+
+    void takeFonts(std::string_view value) {
+        arguments_.fontPlace = value == "embed"  ? FontPlace::artwork
+                               : value == "none" ? FontPlace::none
+                                                 : FontPlace::folder;
+        arguments_.fonts = arguments_.fontPlace == FontPlace::folder ? value : std::string_view();
     }
 
     void checkWhole() {

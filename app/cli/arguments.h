@@ -14,6 +14,9 @@ namespace corvane {
 
 enum class Command : std::uint8_t { open, save, info, check, log, revert };
 
+/// Where the fonts of a page go.
+enum class FontPlace : std::uint8_t { artwork, none, folder };
+
 struct Arguments {
     Command command = Command::open;
     std::string file;    ///< path of the PDF, bytes as given
@@ -23,6 +26,8 @@ struct Arguments {
     std::string output;    ///< `open`: path of the SVG, "-" is standard output, empty leaves it to
                            ///< us; `save`: path of the PDF to make, empty changes `file` itself
     std::string images;    ///< folder for pictures; empty leaves it to us
+    FontPlace fontPlace = FontPlace::artwork;
+    std::string fonts = {}; ///< folder for fonts, where `fontPlace` says so
     Profile profile = Profile::extended;
     bool namesProfile = false;           ///< the person named the profile
     std::string passwordFile;            ///< "-" is standard input; empty where none was named

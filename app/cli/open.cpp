@@ -1,6 +1,7 @@
 #include "app/cli/commands.h"
 
 #include "app/artwork/document.h"
+#include "app/cli/files/font_folder.h"
 #include "app/cli/files/output.h"
 #include "app/cli/messages.h"
 #include "app/cli/session.h"
@@ -45,10 +46,20 @@ void noteOmitted(const Arguments& arguments, const Provenance& source) {
     }
 }
 
-void writeArtwork(const Document& document, const OutputTarget& target, Report& report) {
+void writeArtwork(const Arguments& arguments, const Document& document, const OutputTarget& target,
+                  Report& report) {
+    const bool embeds = arguments.fontPlace == FontPlace::artwork;
     OutputFile output(target);
-    output.commit(writeSvg(document, report.source, output));
+    output.commit(writeSvg(document, report.source, output,
+                           embeds ? EmbeddedFonts::all : EmbeddedFonts::none));
     report.output = target.path;
+}
+
+/// How many were written.
+std::int32_t writeFonts(const Arguments& arguments, const Document& document) {
+    return arguments.fontPlace == FontPlace::folder
+               ? writeFontFiles(document.fonts(), arguments.fonts, arguments.file)
+               : 0;
 }
 
 } // namespace
@@ -74,10 +85,15 @@ void runOpen(const Arguments& arguments, Report& report) {
                                    "plug-in of one version"});
     }
     nameArtwork(arguments, target, report.source);
-    writeArtwork(document, target, report);
+    const std::int32_t fonts = writeFonts(arguments, document);
+    writeArtwork(arguments, document, target, report);
     images.keep();
     if (target.kind != OutputTarget::Kind::standardOutput) {
         note(arguments, "page " + std::to_string(report.source.page) + " is in " + target.path);
+    }
+    if (fonts != 0) {
+        note(arguments, counted(fonts, "font") + " to install " + (fonts == 1 ? "is" : "are") +
+                            " in " + arguments.fonts);
     }
     noteOmitted(arguments, report.source);
 }

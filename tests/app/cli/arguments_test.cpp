@@ -53,6 +53,20 @@ TEST(Arguments, ASaveNamesArtworkAndFile) {
                     .namesProfile);
 }
 
+TEST(Arguments, FontsGoWhereTheWordSays) {
+    struct Row {
+        const char* word;
+        FontPlace place;
+        const char* folder;
+    };
+    for (const Row& row : {Row{"embed", FontPlace::artwork, ""}, Row{"none", FontPlace::none, ""},
+                           Row{"./none", FontPlace::folder, "./none"}}) {
+        const auto wish = parseArguments(Words{"open", "in.pdf", "--fonts", row.word});
+        EXPECT_EQ(std::get<Arguments>(wish).fontPlace, row.place) << row.word;
+        EXPECT_EQ(std::get<Arguments>(wish).fonts, row.folder);
+    }
+}
+
 TEST(Arguments, BadUsageIsNamed) {
     struct Row {
         Words words;
@@ -106,9 +120,10 @@ TEST(Arguments, TheFirstOfQuestionAndFaultCounts) {
 
 TEST(Arguments, UsageNamesAllThereIs) {
     const std::string text = usageText();
-    for (const char* word : {"open", "save", "info", "check", "log", "revert", "--page", "-o",
-                             "--images", "--output", "--dry-run", "--force", "--plain", "--profile",
-                             "--quiet", "--json", "--version", "--help", "130"}) {
+    for (const char* word :
+         {"open",      "save",     "info",    "check",     "log",       "revert",  "--page",
+          "-o",        "--images", "--fonts", "--output",  "--dry-run", "--force", "--plain",
+          "--profile", "--quiet",  "--json",  "--version", "--help",    "130"}) {
         EXPECT_NE(text.find(word), std::string::npos) << word;
     }
 }

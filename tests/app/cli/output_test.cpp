@@ -1,13 +1,18 @@
 #include "app/cli/files/output.h"
 
 #include "app/cli/fault.h"
+#include "app/cli/files/font_folder.h"
 #include "app/cli/files/image_folder.h"
 #include "tests/support/process.h"
 
+#include <algorithm>
+#include <array>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <optional>
+#include <string>
 #include <sys/stat.h>
+#include <vector>
 
 namespace corvane {
 namespace {
@@ -160,6 +165,38 @@ TEST(ImageFolder, IsMadeWhenNeededAndGoesWhenUnused) {
     ImageFolder impossible;
     impossible.setPath("/dev/null/images");
     EXPECT_EQ(impossible.use(), "");
+}
+
+TEST(FontFolder, HasAFileForEachFace) {
+    const TemporaryFolder folder;
+    const std::string path = (folder.path() / "fonts").string();
+    ArtworkBudget budget(1 << 20);
+    FontTable fonts(budget);
+    EXPECT_EQ(writeFontFiles(fonts, path, ""), 0);
+    EXPECT_FALSE(fs::exists(path)) << "a page without fonts needs no folder";
+
+    const std::array file{std::byte{'O'}, std::byte{0}, std::byte{0xFF}};
+    const auto add = [&](const char* family, std::int32_t face) {
+        const Font font = fonts.add({.family = family, .isPageFont = true});
+        fonts.setFile(font, face, file);
+    };
+    add("Corvane 0A ../../etc/Foo:[2J", 0);
+    add("Corvane 0A ../../etc/Foo:[2J", 2);
+    add("Corvane 1 \xE3\x82\xB4", 0);
+    add("CORVANE 1 \xE3\x83\x9F", 0);
+    EXPECT_EQ(writeFontFiles(fonts, path, ""), 4);
+    // Again: the files are replaced.
+    EXPECT_EQ(writeFontFiles(fonts, path, ""), 4);
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(path)) {
+        names.push_back(entry.path().filename());
+        EXPECT_EQ(test::fileBytes(entry.path()), std::string("O\0\xFF", 3));
+    }
+    std::ranges::sort(names);
+    EXPECT_EQ(names, (std::vector<std::string>{"CORVANE-1-2.otf", "Corvane-0A-etc-Foo-2J-3.otf",
+                                               "Corvane-0A-etc-Foo-2J.otf", "Corvane-1.otf"}));
+    EXPECT_EQ(folder.names(), std::vector<std::string>{"fonts"}) << "nothing is outside";
+    EXPECT_THROW(writeFontFiles(fonts, "/dev/null/fonts", ""), Failure);
 }
 
 } // namespace
