@@ -267,6 +267,11 @@ TEST_F(TextPatchTest, Edits) {
         {"letters of a stretched line",
          "BT /F 10 Tf 60 Tz 2 Tc 100 700 Td (ab) Tj (cd) Tj (ef) Tj 0 -20 Td (gh) Tj ET",
          [](Typist& it) { it.retype(0, 1, "on (no)"); }, "2 2 0 0 0", ""},
+        {"a text object that does not end",
+         "BT /F 10 Tf 100 700 Td (ab) Tj 0 -20 Td (cd) Tj 0 -20 Td (ef) Tj",
+         [](Typist& it) { it.move(2, 3, 3); }, "2 1 0 0 0", ""},
+        {"text outside of text objects", "/F 10 Tf (ab) Tj 0 -20 Td (cd) Tj BT 9 9 Td (ef) Tj ET",
+         [](Typist& it) { it.move(1, 3, 30); }, "2 1 0 0 0", ""},
         {"comments and strings",
          "BT /F 10 Tf 100 700 Td [(a\\)b)% ] (x\n -3000 <63 64>-3000(e(f))]TJ ET",
          [](Typist& it) { it.remove(1); }, "2 0 0 1 0",
@@ -300,6 +305,16 @@ TEST_F(TextPatchTest, ATextObjectIsDividedForWhatGoesInBetween) {
     square = Artist(*document_).at(0);
     document_->reorder(square, Placement::behind, typist().texts[0]);
     ASSERT_NO_FATAL_FAILURE(expectTextSaved());
+}
+
+TEST_F(TextPatchTest, NamesOfFontsAreEscaped) {
+    openFile(withResources(PdfBuilder::onePage("BT /F#20#28b 10 Tf 100 700 Td (ab) Tj (cd) Tj ET",
+                                               "/Resources << /Font << /F#20#28b 20 0 R >> >>"))
+                 .bytes());
+    typist().retype(0, 1, "no");
+    ASSERT_NO_FATAL_FAILURE(expectTextSaved());
+    EXPECT_EQ(facts(), "1 1 0 0 0");
+    EXPECT_THAT(newContent(), HasSubstr("/F#20#28b 10 Tf 0 Tc"));
 }
 
 TEST_F(TextPatchTest, WhatFontsOfThePageCannotShow) {
