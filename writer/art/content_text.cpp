@@ -1,5 +1,6 @@
 #include "writer/art/content_text.h"
 
+#include "output/primitives.h"
 #include "runtime/exception.h"
 
 #include <algorithm>
@@ -52,6 +53,11 @@ void ContentText::addMatrix(const RealMatrix& matrix) {
     for (const double value : {matrix.a, matrix.b, matrix.c, matrix.d, matrix.tx, matrix.ty}) {
         addReal(value);
     }
+}
+
+void ContentText::addName(std::string_view name) {
+    flush();
+    nameOutput(stream_, name);
 }
 
 void ContentText::flush() {

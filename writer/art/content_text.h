@@ -38,6 +38,8 @@ public:
     /// The shortest decimal that reads back as the same double, and one space; raises as above.
     void addReal(double value);
     void addMatrix(const RealMatrix& matrix);
+    /// A name, as `nameOutput` writes it.
+    void addName(std::string_view name);
     /// A level of light and one space; magnitude below 2^48.
     void addLevel(std::int64_t value);
     void flush();

@@ -14,8 +14,9 @@ namespace {
 /// A number of an array that moves by so much in text space.
 void numberWorks(Walk& walk, double way, double unit) {
     constexpr double thousand = 1000;
+    constexpr int digits = 5;
     if (way != 0 && unit != 0) {
-        walk.text.addReal(-thousand * way / unit + 0.0);
+        walk.text.addReal(-thousand * way / unit + 0.0, digits);
     }
 }
 

@@ -128,9 +128,7 @@ void typedWorks(PatchTools& tools, const BaseReading& base, const EditedObject& 
         failException(Exception::unpatchable);
     }
     frame = multiply({.a = 1 / size, .d = 1 / size}, frame);
-    walk.text.add("/");
-    walk.text.add(base.fonts.nameOf(run.font));
-    walk.text.add(" ");
+    walk.text.addName(base.fonts.nameOf(run.font));
     walk.text.addReal(size);
     walk.text.add("Tf ");
     const double spacing = realFromFixed(run.spacing);

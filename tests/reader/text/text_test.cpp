@@ -1,0 +1,124 @@
+// Text of a page as lines of runs.
+#include "host/toolbox.h"
+#include "tests/reader/reader_fixture.h"
+#include "tests/reader/seen_text.h"
+
+#include <gtest/gtest.h>
+
+namespace corvane {
+namespace {
+
+class TextTest : public ReaderTest {
+protected:
+    void SetUp() override {
+        ReaderTest::SetUp();
+        extension_.context = this;
+        extension_.omitted = [](void* context, Omission kind, std::int32_t count) {
+            if (kind == Omission::text) {
+                static_cast<TextTest*>(context)->omitted_ = count;
+            }
+        };
+        setHostExtension(&extension_);
+    }
+    void TearDown() override {
+        setHostExtension(nullptr);
+        ReaderTest::TearDown();
+    }
+
+    /// The runs of a page with fonts /F (Helvetica), /T (Type 3) and /V (vertical).
+    std::string runs(const std::string& content) {
+        omitted_ = 0;
+        draw(PdfBuilder::onePage(content, "/Resources << /Font << /F 20 0 R /T 21 0 R /V 22 0 R >> "
+                                          "/XObject << /I 24 0 R >> >>")
+                 .object(20, "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>")
+                 .object(21, "<< /Type /Font /Subtype /Type3 /FontBBox [0 0 9 9] /FontMatrix [.1 0 "
+                             "0 .1 0 0] /CharProcs << /a 26 0 R >> /Encoding << /Differences [97 "
+                             "/a] >> /FirstChar 97 /LastChar 97 /Widths [10] >>")
+                 .object(22, "<< /Type /Font /Subtype /Type0 /BaseFont /Gothic /Encoding "
+                             "/Identity-V /DescendantFonts [23 0 R] >>")
+                 .object(23, "<< /Type /Font /Subtype /CIDFontType2 /BaseFont /Gothic "
+                             "/CIDSystemInfo << /Registry (Adobe) /Ordering (Identity) "
+                             "/Supplement 0 >> >>")
+                 .stream(24, "0",
+                         "/Subtype /Image /Width 1 /Height 1 /BitsPerComponent 8 "
+                         "/ColorSpace /DeviceGray")
+                 .stream(26, "10 0 d0 0 0 9 9 re f")
+                 .bytes());
+        return test::runsText(document());
+    }
+
+    HostExtension extension_;
+    std::int32_t omitted_ = 0;
+};
+
+struct Row {
+    const char* name;
+    std::string content; ///< in a text object, in /F 10 at 100,700
+    std::string runs;
+    std::int32_t omitted = 0;
+};
+
+TEST_F(TextTest, LinesAndRuns) {
+    const Row rows[] = {
+        {"one", "(ab) Tj", "ab@100,700 10"},
+        {"shows that touch", "(ab) Tj (cd) Tj", "ab@100,700 10 + cd@111.1,700 10"},
+        {"words apart get a blank", "(ab) Tj 14 0 Td (cd) Tj",
+         "ab@100,700 10 +  {10}cd@111.1,700 10"},
+        {"a blank of the page is one blank", "(ab ) Tj 16 0 Td (cd) Tj",
+         "ab @100,700 10 + {210}cd@116,700 10"},
+        {"less than a blank apart", "(ab) Tj 12 0 Td (cd) Tj", "ab@100,700 10 + {88}cd@112,700 10"},
+        {"columns", "(ab) Tj 30 0 Td (cd) Tj", "ab@100,700 10 | cd@130,700 10"},
+        {"back to the left", "(ab) Tj -30 0 Td (cd) Tj", "ab@100,700 10 | cd@70,700 10"},
+        {"columns of one array", "[(ab) -3000 (cd) 100 (ef)] TJ",
+         "ab@100,700 10 | cd{-100}ef@141.1,700 10"},
+        {"kerning", "[(ab) 120 (cd) -80 (ef)] TJ", "ab{-120}cd{80}ef@100,700 10"},
+        {"kerning of less than is seen", "[(ab) 2 (cd)] TJ", "abcd@100,700 10"},
+        {"an array with a word gap", "[(ab) -300 (cd)] TJ", "ab {22}cd@100,700 10"},
+        {"lines", "12 TL (ab) Tj T* (cd) Tj 0 -20 TD (ef) ' 2 1 (g h) \"",
+         "ab@100,700 10 | cd@100,688 10 | ef@100,648 10 | g {200}h@100,628 10 spaced 1"},
+        {"rise ends no line", "(ab) Tj 3 Ts (cd) Tj 0 Ts (ef) Tj",
+         "ab@100,700 10 + cd@111.1,703 10 rise 3 + ef@121.7,700 10"},
+        {"spacing", "2 Tc (ab) Tj", "ab@100,700 10 spaced 2"},
+        {"word spacing", "3 Tw (a b) Tj", "a {300}b@100,700 10"},
+        {"stretched", "50 Tz 2 Tc (ab) Tj (cd) Tj",
+         "ab@100,700 10 spaced 2 + cd@107.6,700 10 spaced 2 by 0.5 0 0 1"},
+        {"sizes", "(ab) Tj /F 20 Tf (cd) Tj", "ab@100,700 10 + cd@111.1,700 20"},
+        {"a size below 0", "/F -10 Tf (ab) Tj (cd) Tj",
+         "ab@100,700 10 + cd@88.88,700 10 by -1 0 0 -1"},
+        {"turned", "0 1 -1 0 50 60 Tm (ab) Tj (cd) Tj", "ab@50,60 10 + cd@50,71.12 10 by 0 1 -1 0"},
+        {"enlarged by its matrix", "2 0 0 2 50 60 Tm 1 Tc (ab) Tj (cd) Tj",
+         "ab@50,60 20 spaced 2 + cd@76.24,60 20 spaced 2"},
+        {"another colour is another run", "(ab) Tj .5 g (cd) Tj",
+         "ab@100,700 10 + cd@111.1,700 10"},
+        {"modes", "1 Tr (ab) Tj 2 Tr (cd) Tj 3 Tr (ef) Tj",
+         "ab@100,700 10 unfilled stroked + cd@111.1,700 10 stroked + ef@121.7,700 10 unfilled"},
+        {"what adds to the clip", "(ab) Tj 7 Tr (cd) Tj 0 Tr (ef) Tj",
+         "ab@100,700 10 | ef@121.7,700 10", 1},
+        {"no letters to name", "/T 10 Tf (a) Tj", "", 1},
+        {"vertical", "/V 10 Tf <00010002> Tj", "", 1},
+        {"no font", "/None 10 Tf (ab) Tj /F 10 Tf (cd) Tj", "cd@100,700 10", 1},
+        {"no size", "/F 0 Tf (ab) Tj", "", 1},
+        {"no way back", "1 0 0 0 50 60 Tm (ab) Tj", "", 1},
+        {"a path in between", "(ab) Tj 0 0 9 9 re f (cd) Tj", "ab@100,700 10 | cd@111.1,700 10"},
+        {"marked content", "(ab) Tj /P BMC (cd) Tj EMC", "ab@100,700 10 + cd@111.1,700 10"},
+        {"an image in between", "(ab) Tj ET /I Do BT 111.12 700 Td (cd) Tj",
+         "ab@100,700 10 | cd@111.1,700 10"},
+        {"another text object", "(ab) Tj ET BT 111.12 700 Td (cd) Tj",
+         "ab@100,700 10 + cd@111.1,700 10"},
+        {"a clip in between", "(ab) Tj ET q 0 0 500 800 re W n BT 111.12 700 Td (cd) Tj ET Q BT",
+         "ab@100,700 10 | cd@111.1,700 10"},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(runs("BT /F 10 Tf 100 700 Td " + row.content + " ET"), row.runs) << row.name;
+        EXPECT_EQ(omitted_, row.omitted) << row.name;
+    }
+}
+
+TEST_F(TextTest, HostsThatHoldNoText) {
+    extension_.version = 3;
+    EXPECT_EQ(runs("BT /F 10 Tf (ab) Tj (cd) Tj ET"), "");
+    EXPECT_EQ(omitted_, 2);
+}
+
+} // namespace
+} // namespace corvane

@@ -1,0 +1,357 @@
+// Text that is edited and saved as patches: what was edited is seen so, the rest is where it was.
+#include "tests/reader/seen_text.h"
+#include "tests/writer/patch/patch_fixture.h"
+
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <ranges>
+
+namespace corvane {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+/// Edits of the lines of a document, which are numbered from the back.
+class Typist {
+public:
+    explicit Typist(Document& edited) : document(edited), texts(test::SeenTexts(edited).texts) {}
+
+    void move(std::size_t line, double dx, double dy) { transform(line, {.tx = dx, .ty = dy}); }
+    void transform(std::size_t line, const RealMatrix& map) {
+        document.transformText(texts.at(line), map);
+    }
+    void remove(std::size_t line) { document.dispose(texts.at(line)); }
+    /// Makes the line anew; `change` is given each run and whether it stays.
+    void rewrite(std::size_t line, const std::function<bool(TextRun&, std::int32_t)>& change) {
+        const Art old = texts.at(line);
+        const Art text = document.make(ArtKind::text, Placement::inFront, old);
+        document.setTextLine(text, document.textLine(old));
+        for (std::int32_t i = 0; i < document.textRunCount(old); ++i) {
+            TextRun run = document.textRun(old, i);
+            if (change(run, i)) {
+                document.addTextRun(text, run);
+            }
+        }
+        document.dispose(old);
+        texts[line] = text;
+    }
+    void change(std::size_t line, std::int32_t run, const std::function<void(TextRun&)>& change) {
+        rewrite(line, [&](TextRun& each, std::int32_t number) {
+            if (number == run) {
+                change(each);
+            }
+            return true;
+        });
+    }
+    void retype(std::size_t line, std::int32_t run, std::string_view letters) {
+        change(line, run, [&](TextRun& each) {
+            each.text = letters;
+            each.pieces = {};
+        });
+    }
+    void gray(std::size_t line, std::int32_t run) {
+        change(line, run, [](TextRun& each) { each.style.fill.component[0] = fixedOne / 2; });
+    }
+    void removeRun(std::size_t line, std::int32_t run) {
+        rewrite(line, [&](TextRun&, std::int32_t number) { return number != run; });
+    }
+    /// Text of a font in front of everything else.
+    void add(double x, double y, std::string_view letters, Font font) {
+        const Art text = document.make(ArtKind::text, Placement::inside,
+                                       document.layerArt(document.firstLayer()));
+        document.setTextLine(
+            text, {.matrix = {fixedOne, 0, 0, fixedOne, fixedFromReal(x), fixedFromReal(y)}});
+        TextRun run{.font = font, .size = 12 * fixedOne, .text = letters};
+        run.style.fillPaint = 1;
+        document.addTextRun(text, run);
+    }
+
+    Document& document;
+    std::vector<Art> texts;
+};
+
+std::string letterText(const test::SeenLetter& seen) {
+    return std::string(1, seen.letter) + "@" + test::realText(seen.em.tx) + "," +
+           test::realText(seen.em.ty) + " " + test::realText(seen.em.a);
+}
+
+/// Letters may miss their places by a 64th of a point: of what differs, the first; or nothing.
+std::string differenceOfLetters(const std::vector<test::SeenLetter>& edited,
+                                const std::vector<test::SeenLetter>& saved) {
+    const auto isNear = [](double a, double b) { return std::abs(a - b) <= 1.0 / 64; };
+    const auto alike = [&](const test::SeenLetter& a, const test::SeenLetter& b) {
+        const auto level = [](const test::SeenLetter& each) {
+            return realFromFixed(each.style.fill.component[0]);
+        };
+        return a.letter == b.letter && isNear(a.em.a, b.em.a) && isNear(a.em.b, b.em.b) &&
+               isNear(a.em.c, b.em.c) && isNear(a.em.d, b.em.d) && isNear(a.em.tx, b.em.tx) &&
+               isNear(a.em.ty, b.em.ty) && a.style.fillPaint == b.style.fillPaint &&
+               a.style.strokePaint == b.style.strokePaint && isNear(level(a), level(b));
+    };
+    const auto at = std::ranges::mismatch(edited, saved, alike);
+    std::string text;
+    if (at.in1 != edited.end()) {
+        text += "edited: " + letterText(*at.in1);
+    }
+    if (at.in2 != saved.end()) {
+        text += " saved: " + letterText(*at.in2);
+    }
+    return text;
+}
+
+class SentenceFront : public NotingFront {
+public:
+    void showError(std::int32_t code, std::string_view sentence) override {
+        NotingFront::showError(code, sentence);
+        latest = sentence;
+    }
+    std::string latest;
+};
+
+class TextPatchTest : public PatchTest {
+protected:
+    Typist typist() { return Typist(*document_); }
+
+    /// Saves and opens again: letters are where they were edited to, and so are paths. What is
+    /// saved twice is as it was.
+    void expectTextSaved() {
+        const std::vector<test::SeenLetter> letters = test::lettersOf(*document_);
+        const std::vector<test::SeenPath> paths = seen();
+        ASSERT_EQ(save(), 0U) << ::testing::PrintToString(front_.taken());
+        ASSERT_TRUE(saved_.back().isPatched);
+        const std::string counted = facts();
+        const std::string content = newContent();
+        ASSERT_EQ(save(), 0U);
+        EXPECT_EQ(newContent(), content);
+        EXPECT_EQ(facts(), counted);
+        ASSERT_EQ(open(), 0U);
+        EXPECT_EQ(differenceOfLetters(letters, test::lettersOf(*document_)), "") << content;
+        EXPECT_EQ(differenceOf(paths, seen()), "") << content;
+        digest_ = identity_;
+        ASSERT_EQ(save(), 0U) << ::testing::PrintToString(front_.taken());
+        EXPECT_TRUE(saved_.back().isNothing) << content;
+        saved_.pop_back();
+    }
+
+    void expectRefused(int code, const std::string& reason) {
+        SentenceFront front;
+        setDialogFront(&front);
+        const std::string before = bytes();
+        EXPECT_EQ(save(), resultStopped);
+        EXPECT_THAT(front.taken(), ElementsAre("error " + std::to_string(code)));
+        EXPECT_THAT(front.latest, HasSubstr(reason));
+        EXPECT_EQ(bytes(), before);
+        setDialogFront(&front_);
+    }
+};
+
+struct Edit {
+    const char* name;
+    std::string content;
+    std::function<void(Typist&)> edit;
+    const char* facts; ///< kept, changed, added, removed, moved
+    std::string saved; ///< the content; empty: only what is seen counts
+};
+
+const std::string threeRuns = "BT /F 10 Tf 100 700 Td (ab) Tj (cd) Tj 0 -20 Td (ef) Tj ET";
+const std::string columns = "BT /F 10 Tf 100 700 Td [(ab) -3000 (cd) -40 (ef) -3000 (gh)] TJ "
+                            "(no) Tj ET";
+const std::string next = "BT /F 10 Tf 12 TL 100 700 Td (ab) ' 2 1 (c d) \" (ef) ' T* (gh) Tj ET";
+/// The state of text of what is written apart.
+const std::string plain = "0 Tc 0 Tw 100 Tz 0 Ts 0 Tr\n";
+
+TEST_F(TextPatchTest, Edits) {
+    const Edit rows[] = {
+        {"a line is moved", threeRuns, [](Typist& it) { it.move(1, 5, 3); }, "2 1 0 0 0",
+         "BT /F 10 Tf 100 700 Td (ab) Tj (cd) Tj 0 -20 Td  [-834 ] TJ\n ET\nq\nq\nBT\n/F 10 Tf\n" +
+             plain + "1 0 0 1 105 683 Tm\n[(ef) ] TJ\nET\nQ\nQ\n\n"},
+        {"a line of two runs is moved", threeRuns, [](Typist& it) { it.move(0, 5, 3); },
+         "1 2 0 0 0", ""},
+        {"a line is turned and grows", threeRuns,
+         [](Typist& it) {
+             it.transform(0, {0, 2, -2, 0, 900, 100});
+         },
+         "1 2 0 0 0", ""},
+        {"another colour", threeRuns, [](Typist& it) { it.gray(0, 0); }, "2 1 0 0 0",
+         "\nq\nq\n.5 g\nBT\n/F 10 Tf\n" + plain +
+             "1 0 0 1 100 700 Tm\n[(ab) ] TJ\nET\nQ\nQ\n"
+             "BT /F 10 Tf 100 700 Td  [-1112 ] TJ\n (cd) Tj 0 -20 Td (ef) Tj ET\n"},
+        {"a run goes", threeRuns, [](Typist& it) { it.removeRun(0, 1); }, "2 0 0 1 0",
+         "BT /F 10 Tf 100 700 Td (ab) Tj  [-1056 ] TJ\n 0 -20 Td (ef) Tj ET\n"},
+        {"a line of two runs goes", threeRuns, [](Typist& it) { it.remove(0); }, "1 0 0 2 0",
+         "BT /F 10 Tf 100 700 Td  [-1112 ] TJ\n  [-1056 ] TJ\n 0 -20 Td (ef) Tj ET\n"},
+        {"other letters", threeRuns, [](Typist& it) { it.retype(1, 0, "he (not) co"); },
+         "2 1 0 0 0",
+         "BT /F 10 Tf 100 700 Td (ab) Tj (cd) Tj 0 -20 Td  [-834 ] TJ\n ET\nq\nq\nBT\n/F 10 Tf " +
+             plain +
+             "1 0 0 1 100 680 Tm\n[<68> <65> <20> <28> <6E> <6F> <74> <29> <20> <63> <6F> ] TJ\n"
+             "ET\nQ\nQ\n\n"},
+        {"longer letters push what follows", threeRuns,
+         [](Typist& it) { it.retype(0, 0, "hello"); }, "1 2 0 0 0", ""},
+        {"a size of its own", threeRuns,
+         [](Typist& it) { it.change(1, 0, [](TextRun& run) { run.size *= 2; }); }, "2 1 0 0 0", ""},
+        {"a column goes", columns, [](Typist& it) { it.remove(1); }, "3 0 0 1 0",
+         "BT /F 10 Tf 100 700 Td  [(ab) -3000 -4930 (gh) ] TJ\n (no) Tj ET\n"},
+        // Nothing can be painted within an array: the column behind is written apart, too.
+        {"a column is moved", columns, [](Typist& it) { it.move(1, 3, -30); }, "2 1 0 0 1", ""},
+        {"a column gets other letters", columns, [](Typist& it) { it.retype(1, 0, "no end"); },
+         "2 1 0 0 1", ""},
+        {"what follows takes the place", columns, [](Typist& it) { it.removeRun(2, 0); },
+         "2 1 0 1 0", ""},
+        {"a show that begins a line", next, [](Typist& it) { it.remove(0); }, "3 0 0 1 0",
+         "BT /F 10 Tf 12 TL 100 700 Td  T* [-1112 ] TJ\n 2 1 (c d) \" (ef) ' T* (gh) Tj ET\n"},
+        {"a show that sets spacing, too", next, [](Typist& it) { it.remove(1); }, "3 0 0 1 0",
+         "BT /F 10 Tf 12 TL 100 700 Td (ab) '  2 Tw 1 Tc T* [-1834 ] TJ\n (ef) ' T* (gh) Tj ET\n"},
+        {"all of the state of text",
+         "BT /F 10 Tf 100 700 Td 1 Tc 4 Tw 60 Tz 3 Ts (a b) Tj (c d) Tj [(e f) -9000 (g h)] TJ ET",
+         [](Typist& it) {
+             it.gray(0, 0);
+             it.move(1, 3, 4);
+         },
+         "2 2 0 0 0", ""},
+        {"letters in all of the state of text",
+         "BT /F 10 Tf 100 700 Td 1 Tc 3 Ts (ab) Tj (cd) Tj (ef) Tj 100 0 Td (gh) Tj ET",
+         [](Typist& it) { it.retype(0, 2, "no"); }, "3 1 0 0 0", ""},
+        {"in a space of its own",
+         "q .5 .1 0 -.5 10 600 cm BT /F 20 Tf 100 70 Td (ab) Tj (cd) Tj 0 -20 Td (ef) Tj ET Q 0 0 "
+         "9 9 re f",
+         [](Typist& it) {
+             it.move(0, 5, 3);
+             it.retype(1, 0, "no");
+         },
+         "1 3 0 0 0", ""},
+        {"a size below 0", "BT /F -10 Tf 100 700 Td 1 Tc (ab) Tj [(cd) 3000 (ef)] TJ (gh) Tj ET",
+         [](Typist& it) {
+             it.move(0, 1, 2);
+             it.removeRun(1, 1);
+         },
+         "1 2 0 1 0", ""},
+        {"a path in a text object",
+         "BT /F 10 Tf 100 700 Td (ab) Tj 0 0 9 9 re f (cd) Tj (ef) Tj 0 -20 Td (gh) Tj ET",
+         [](Typist& it) { it.gray(1, 0); }, "4 1 0 0 0",
+         "BT /F 10 Tf 100 700 Td (ab) Tj 0 0 9 9 re f  [-1056 ] TJ\n\nET\nq\nq\n.5 g\nBT\n/F 10 "
+         "Tf\n" +
+             plain +
+             "1 0 0 1 111.12 700 Tm\n[(cd) ] TJ\nET\nQ\nQ\n"
+             "BT\n1 0 0 1 100 700 Tm\n[-2168 ] TJ\n (ef) Tj 0 -20 Td (gh) Tj ET\n"},
+        {"marked content",
+         "/P << /MCID 0 >> BDC BT /F 10 Tf 100 700 Td (ab) Tj /Span BMC (cd) Tj EMC (ef) Tj ET EMC "
+         "0 0 9 9 re f",
+         [](Typist& it) { it.gray(0, 1); }, "3 1 0 0 0",
+         "/P << /MCID 0 >> BDC BT /F 10 Tf 100 700 Td (ab) Tj /Span BMC  [-1056 ] TJ\n "
+         "EMC\nET\nq\nq\n.5 g\nBT\n/F 10 Tf\n" +
+             plain +
+             "1 0 0 1 111.12 700 Tm\n[(cd) ] TJ\nET\nQ\nQ\n"
+             "BT\n1 0 0 1 100 700 Tm\n[-2168 ] TJ\n (ef) Tj ET EMC 0 0 9 9 re f\n"},
+        {"new text", threeRuns,
+         [](Typist& it) { it.add(50, 50, "hello (no)", it.document.textRun(it.texts[0], 0).font); },
+         "3 0 1 0 0", ""},
+        {"stroked and unseen",
+         "BT /F 10 Tf 1 Tr 100 700 Td (ab) Tj 0 -20 Td 3 Tr (cd) Tj 0 -20 Td 0 Tr (ef) Tj ET",
+         [](Typist& it) {
+             it.move(0, 1, 1);
+             it.retype(1, 0, "no");
+         },
+         "1 2 0 0 0", ""},
+        {"a copy", threeRuns,
+         [](Typist& it) {
+             const Art twin = it.document.duplicate(it.texts[0], Placement::inFront, it.texts[1]);
+             it.document.transformText(twin, {.tx = 50, .ty = 50});
+         },
+         "3 0 2 0 0", ""},
+        {"a font of an outer state",
+         "/F 10 Tf 2 Tc q /F 7 Tf 1 Tc BT 0 20 Td (no) Tj ET Q BT 100 700 Td (ab) Tj (cd) Tj ET",
+         [](Typist& it) { it.move(1, 7, 7); }, "1 2 0 0 0", ""},
+        {"letters of a stretched line",
+         "BT /F 10 Tf 60 Tz 2 Tc 100 700 Td (ab) Tj (cd) Tj (ef) Tj 0 -20 Td (gh) Tj ET",
+         [](Typist& it) { it.retype(0, 1, "on (no)"); }, "2 2 0 0 0", ""},
+        {"a text object that does not end",
+         "BT /F 10 Tf 100 700 Td (ab) Tj 0 -20 Td (cd) Tj 0 -20 Td (ef) Tj",
+         [](Typist& it) { it.move(2, 3, 3); }, "2 1 0 0 0", ""},
+        {"text outside of text objects", "/F 10 Tf (ab) Tj 0 -20 Td (cd) Tj BT 9 9 Td (ef) Tj ET",
+         [](Typist& it) { it.move(1, 3, 30); }, "2 1 0 0 0", ""},
+        {"comments and strings",
+         "BT /F 10 Tf 100 700 Td [(a\\)b)% ] (x\n -3000 <63 64>-3000(e(f))]TJ ET",
+         [](Typist& it) { it.remove(1); }, "2 0 0 1 0",
+         "BT /F 10 Tf 100 700 Td  [(a\\)b) -3000 -4056 (e(f)) ] TJ\n ET\n"},
+    };
+    for (const Edit& row : rows) {
+        SCOPED_TRACE(row.name);
+        openPage(row.content);
+        Typist edits = typist();
+        row.edit(edits);
+        ASSERT_NO_FATAL_FAILURE(expectTextSaved());
+        EXPECT_EQ(facts(), row.facts);
+        if (!row.saved.empty()) {
+            EXPECT_EQ(newContent(), row.saved);
+        }
+    }
+}
+
+TEST_F(TextPatchTest, ATextObjectIsDividedForWhatGoesInBetween) {
+    openPage("2 w BT /F 10 Tf 100 700 Td 1 Tc (ab) Tj (cd) Tj 12 TL T* (ef) Tj ET");
+    Artist artist(*document_);
+    const Typist edits = typist();
+    Art square = artist.add(90, 695, 100, 9);
+    document_->reorder(square, Placement::behind, edits.texts[1]);
+    ASSERT_NO_FATAL_FAILURE(expectTextSaved());
+    EXPECT_EQ(facts(), "3 0 1 0 0");
+    EXPECT_EQ(newContent(), "2 w BT /F 10 Tf 100 700 Td 1 Tc (ab) Tj (cd) Tj 12 TL T*\nET\nq\n"
+                            ".75 g\n0 i\n90 695 m\n190 695 l\n190 704 l\n90 704 l\nh\nf\nQ\n"
+                            "BT\n1 0 0 1 100 688 Tm\n (ef) Tj ET\n");
+    openPage("BT /F 10 Tf 100 700 Td (ab) Tj 0 0 9 9 re f (cd) Tj ET");
+    square = Artist(*document_).at(0);
+    document_->reorder(square, Placement::behind, typist().texts[0]);
+    ASSERT_NO_FATAL_FAILURE(expectTextSaved());
+}
+
+TEST_F(TextPatchTest, NamesOfFontsAreEscaped) {
+    openFile(withResources(PdfBuilder::onePage("BT /F#20#28b 10 Tf 100 700 Td (ab) Tj (cd) Tj ET",
+                                               "/Resources << /Font << /F#20#28b 20 0 R >> >>"))
+                 .bytes());
+    typist().retype(0, 1, "no");
+    ASSERT_NO_FATAL_FAILURE(expectTextSaved());
+    EXPECT_EQ(facts(), "1 1 0 0 0");
+    EXPECT_THAT(newContent(), HasSubstr("/F#20#28b 10 Tf 0 Tc"));
+}
+
+TEST_F(TextPatchTest, WhatFontsOfThePageCannotShow) {
+    struct Row {
+        std::function<void(Typist&)> edit;
+        const char* reason;
+    };
+    const Row rows[] = {
+        {[](Typist& it) { it.retype(1, 0, "ab\xD0\xA9"); }, "\xD0\xA9"},
+        {[](Typist& it) { it.add(50, 50, "ab", it.document.addFont({.family = "Elsewhere"})); },
+         "font"},
+        {[](Typist& it) {
+             const Font font = it.document.addFont({.family = "Elsewhere"});
+             it.change(0, 1, [&](TextRun& run) { run.font = font; });
+         },
+         "font"},
+    };
+    for (const Row& row : rows) {
+        openPage(threeRuns);
+        Typist edits = typist();
+        row.edit(edits);
+        expectRefused(31, row.reason);
+    }
+}
+
+TEST_F(TextPatchTest, ALineThatIsMissingCountsOnce) {
+    openPage("BT /F 10 Tf 100 700 Td (a) Tj (b) Tj (c) Tj (d) Tj 0 -20 Td (ef) Tj 0 -20 Td (gh) Tj "
+             "ET");
+    typist().remove(0);
+    ASSERT_NO_FATAL_FAILURE(expectTextSaved());
+    EXPECT_EQ(facts(), "2 0 0 4 0");
+    openPage(threeRuns);
+    Typist edits = typist();
+    edits.remove(0);
+    edits.remove(1);
+    expectRefused(30, "");
+}
+
+} // namespace
+} // namespace corvane
