@@ -63,7 +63,8 @@ constexpr std::array<std::string_view, 33> exceptions = {
     "the file is certified: its author's signature allows no changed pages, and readers would show "
     "it as broken; if that does not matter, say --force",
     /* 12 */
-    "text cannot be drawn on a page anew; save it into the page that it was opened from, or turn it "
+    "text cannot be drawn on a page anew; save it into the page that it was opened from, or turn "
+    "it "
     "into paths in your editor",
 };
 

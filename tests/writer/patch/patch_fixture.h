@@ -120,6 +120,7 @@ public:
     Document& document;
     std::vector<Art> objects;
     std::vector<Art> clips;
+    std::int32_t texts = 0; ///< runs of text
 };
 
 class PatchTest : public SaveTest {

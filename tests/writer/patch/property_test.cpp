@@ -36,8 +36,9 @@ protected:
         std::vector<std::string> wanted;
         for (const Art art : artist().objects) {
             const std::optional<ArtSource> source = document_->source(art);
-            const auto at = source ? std::ranges::find(ordinals_, source->ordinal) - ordinals_.begin()
-                                   : std::ssize(before_->paths);
+            const auto at = source
+                                ? std::ranges::find(ordinals_, source->ordinal) - ordinals_.begin()
+                                : std::ssize(before_->paths);
             wanted.push_back(source ? before_->paths.at(static_cast<std::size_t>(at)) : "");
         }
         return wanted;

@@ -359,6 +359,8 @@ TEST(RoundTrip, EveryPageThatOpens) {
                          "1",
                          "-o",
                          "page.svg",
+                         "--fonts",
+                         "none",
                          "--quiet"};
         process.folder = folder.path();
         if (run(process).status == 0) {

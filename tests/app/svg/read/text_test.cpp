@@ -199,7 +199,8 @@ TEST(ReadText, othersTextBecomesLinesAndRuns) {
         {"<text x='5' y='9'>a<tspan baseline-shift='50%'>b</tspan></text>",
          "<text x=\"5\" y=\"9\"@><tspan>a</tspan><tspan dy=\"-5\">b</tspan></text>"},
         {"<text x='5' y='9' word-spacing='4' letter-spacing='.1em'>a b</text>",
-         "<text x=\"5\" y=\"9\"@ letter-spacing=\"1\">a <tspan dx=\"4\">b</tspan></text>"},
+         "<text x=\"5\" y=\"9\" xml:space=\"preserve\"@ letter-spacing=\"1\">a <tspan "
+         "dx=\"4\">b</tspan></text>"},
         {"<text x='10 20' y='9' rotate='90 0'>ab</text>",
          "<text transform=\"matrix(0 1 -1 0 10 9)\"@>a</text><text x=\"20\" y=\"9\"@>b</text>"},
         {"<text transform='scale(2)' x='5' y='9' style='font-size:5px'>a</text>",
@@ -210,7 +211,8 @@ TEST(ReadText, othersTextBecomesLinesAndRuns) {
          "<tspan font-family=\"'Times New Roman',serif\" font-weight=\"700\" font-style=\"italic\""
          " font-size=\"20\">d</tspan></text>"},
         {"<text x='5' y='9'>a <tspan visibility='hidden'>b</tspan></text>",
-         "<text x=\"5\" y=\"9\"@><tspan>a </tspan><tspan fill=\"none\">b</tspan></text>"},
+         "<text x=\"5\" y=\"9\" xml:space=\"preserve\"@><tspan>a </tspan><tspan "
+         "fill=\"none\">b</tspan></text>"},
         {"<text x='5' y='9'>a<tspan display='none'>b</tspan><title>t</title></text>",
          "<text x=\"5\" y=\"9\"@>a</text>"},
         {"<text x='5' y='9' font-family='Corvane 3 Foo 2,Foo'>a</text>",
