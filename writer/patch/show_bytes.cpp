@@ -103,6 +103,12 @@ bool isString(std::string_view token) {
     return token.front() == '(' || (token.front() == '<' && token != "<<");
 }
 
+/// What is one token and one element: others may be of several tokens.
+bool isElement(std::string_view token) {
+    constexpr std::string_view startsOfNumbers = "+-.0123456789";
+    return isString(token) || startsOfNumbers.find(token.front()) != std::string_view::npos;
+}
+
 } // namespace
 
 std::optional<ShowBytes> showBytes(std::string_view bytes) {
@@ -118,7 +124,7 @@ std::optional<ShowBytes> showBytes(std::string_view bytes) {
             return std::nullopt;
         }
         show.elements.assign(open.base(), tokens.end() - 1);
-        return show;
+        return std::ranges::all_of(show.elements, isElement) ? std::optional(show) : std::nullopt;
     }
     const std::size_t numbers = show.word == "\"" ? 2 : 0;
     if ((show.word != "Tj" && show.word != "'" && show.word != "\"") || !isString(tokens.back()) ||

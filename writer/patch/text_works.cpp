@@ -1,5 +1,6 @@
 #include "writer/patch/text_works.h"
 
+#include "filters/character.h"
 #include "reader/content/losses.h"
 #include "runtime/exception.h"
 #include "runtime/fixed.h"
@@ -89,15 +90,33 @@ void movedWorks(PatchTools& tools, const BaseReading& base, const PaintedArt& wa
     ownBytesWorks(tools, was);
 }
 
-void stringWorks(Walk& walk, std::string_view codes) {
+void addHexadecimal(std::string& text, char c) {
     constexpr std::string_view digits = "0123456789ABCDEF";
+    const auto byte = static_cast<unsigned char>(c);
+    text += digits[byte >> 4U];
+    text += digits[byte & 15U];
+}
+
+void stringWorks(Walk& walk, std::string_view codes) {
     std::string text = "<";
     for (const char c : codes) {
-        const auto byte = static_cast<unsigned char>(c);
-        text += digits[byte >> 4U];
-        text += digits[byte & 15U];
+        addHexadecimal(text, c);
     }
     walk.text.add(text + "> ");
+}
+
+/// A name of which the escapes were decoded.
+void nameWorks(Walk& walk, std::string_view name) {
+    std::string text = "/";
+    for (const char c : name) {
+        if (!isRegular(c) || c == '#' || c < '!' || c > '~') {
+            text += '#';
+            addHexadecimal(text, c);
+        } else {
+            text += c;
+        }
+    }
+    walk.text.add(text + " ");
 }
 
 /// By how much the letters go on, in ems of the run.
@@ -128,9 +147,7 @@ void typedWorks(PatchTools& tools, const BaseReading& base, const EditedObject& 
         failException(Exception::unpatchable);
     }
     frame = multiply({.a = 1 / size, .d = 1 / size}, frame);
-    walk.text.add("/");
-    walk.text.add(base.fonts.nameOf(run.font));
-    walk.text.add(" ");
+    nameWorks(walk, base.fonts.nameOf(*font));
     walk.text.addReal(size);
     walk.text.add("Tf ");
     const double spacing = realFromFixed(run.spacing);
