@@ -26,12 +26,15 @@ TEST_P(Opened, WithoutRefusal) {
     EXPECT_EQ(host.call(Selector::prepare), 0U);
     EXPECT_EQ(host.call(Selector::go), 0U);
     EXPECT_TRUE(host.document().importFinished());
+    EXPECT_EQ(host.call(Selector::trial), 0U);
+    EXPECT_TRUE(host.saved().isNothing);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Text, Opened,
     ::testing::Values(
         OddText{"SizeThatRoundsToZero", "BT /F2 .0001 Tf .01 0 0 .01 0 0 Tm (AB) Tj ET"},
+        OddText{"WithinPath", "BT /F2 9 Tf 0 0 m (A) Tj 9 9 l 9 0 l f (B) Tj ET"},
         OddText{"NoWidth", "BT /F2 9 Tf 0 Tz (AB) Tj ET"},
         OddText{"Endless", "99999 0 0 99999 0 0 cm 99999 0 0 99999 0 0 cm BT /F2 32000 Tf "
                            "[(A) 32000 (B)] TJ ET"},
