@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
+#include <string_view>
 
 namespace corvane::fuzz {
 
@@ -22,6 +24,18 @@ bool isClip(const Document& document, Art art) {
     const Art parent = document.parent(art);
     return parent != Art::null && document.kind(parent) == ArtKind::group &&
            document.clipped(parent) && document.firstChild(parent) == art;
+}
+
+/// Takes the sources of art: of a path its own, of text those of its runs.
+void addSources(const Document& document, Art art, SourceSet& sources) {
+    if (const auto source = document.source(art)) {
+        sources.emplace(source->start, source->end);
+    }
+    const std::int32_t runs = document.kind(art) == ArtKind::text ? document.textRunCount(art) : 0;
+    for (std::int32_t i = 0; i < runs; ++i) {
+        const ArtSource source = document.textRun(art, i).source;
+        sources.emplace(source.start, source.end);
+    }
 }
 
 /// The art that comes next within `top`, first of all what `art` holds.
@@ -79,11 +93,7 @@ private:
         return art[choose_(static_cast<std::uint32_t>(art.size()))];
     }
 
-    void touchOne(Art art) {
-        if (const auto source = document_.source(art)) {
-            touched.emplace(source->start, source->end);
-        }
-    }
+    void touchOne(Art art) { addSources(document_, art, touched); }
 
     /// Art, all that it holds, and the clips around it.
     void touch(Art top) {
@@ -140,7 +150,62 @@ private:
     /// As an editor that writes no attribute of ours.
     void loseSource(Art art) {
         constexpr std::int64_t nowhere = std::int64_t{1} << 40;
-        document_.setSource(art, {.start = nowhere, .end = nowhere + 1, .ordinal = 0});
+        const ArtSource lost{.start = nowhere, .end = nowhere + 1, .ordinal = 0};
+        if (document_.kind(art) == ArtKind::text) {
+            remake(art, [&](TextRun& run) { run.source = lost; });
+        } else {
+            document_.setSource(art, lost);
+        }
+    }
+
+    /// Makes text anew in its place, as when it is read from a file; `change` may take the text
+    /// away, and the run is left out.
+    template <class Change>
+    void remake(Art text, Change change) {
+        const Art made = document_.make(ArtKind::text, Placement::inFront, text);
+        document_.setTextLine(made, document_.textLine(text));
+        const std::int32_t runs = document_.textRunCount(text);
+        for (std::int32_t i = 0; i < runs; ++i) {
+            TextRun run = document_.textRun(text, i);
+            change(run);
+            if (!run.text.empty()) {
+                document_.addTextRun(made, run);
+            }
+        }
+        document_.dispose(text);
+    }
+
+    void editText(Art text) {
+        constexpr std::array<std::string_view, 6> words = {"",     "A",   "AB A",
+                                                           "ffiA", "x y", "\u05D0"};
+        const std::uint32_t what = choose_(6);
+        const std::uint32_t much = choose_(256);
+        std::string letters;
+        remake(text, [&](TextRun& run) {
+            switch (what) {
+            case 0:
+                run.style.fill = {};
+                run.style.fill.component[0] = static_cast<Fixed>(much << 8);
+                return;
+            case 1:
+                run.size = static_cast<Fixed>(1 + much * (fixedOne / 8));
+                return;
+            case 2:
+                run.source = {.start = 0, .end = 0, .ordinal = run.source.ordinal};
+                return;
+            case 3:
+                run.spacing = static_cast<Fixed>(much << 12);
+                return;
+            case 4:
+                letters = std::string(words[much % words.size()]) + std::string(run.text);
+                run.pieces = {};
+                break;
+            default:
+                letters = words[much % words.size()];
+                run.pieces = {};
+            }
+            run.text = letters;
+        });
     }
 
     void addPath(const Inventory& all) {
@@ -208,7 +273,11 @@ private:
 
     void editObject(const Inventory& all, Art art) {
         touch(art);
-        switch (choose_(14)) {
+        const std::uint32_t what = choose_(14);
+        if (document_.kind(art) == ArtKind::text && (what < 2 || what > 12)) {
+            return editText(art);
+        }
+        switch (what) {
         case 0:
             return restyle(art, true);
         case 1:
@@ -334,9 +403,7 @@ SourceSet allSources(const Document& document) {
     SourceSet sources;
     for (const std::vector<Art>* list : {&all.objects, &all.clips}) {
         for (const Art art : *list) {
-            if (const auto source = document.source(art)) {
-                sources.emplace(source->start, source->end);
-            }
+            addSources(document, art, sources);
         }
     }
     return sources;

@@ -1,6 +1,7 @@
 // Any bytes as a page's content: they become artwork, and the artwork becomes SVG.
 #include "app/svg/sink.h"
 #include "app/svg/writer.h"
+#include "fuzz/page_fonts.h"
 #include "fuzz/plugin_host.h"
 #include "tests/support/pdf_builder.h"
 
@@ -14,12 +15,15 @@ namespace {
 
 /// A page whose content is `content`, in two streams where `cut` is not at its start.
 std::string pageOf(std::string_view content, std::size_t cut) {
-    test::PdfBuilder file = test::PdfBuilder::onePage(content.substr(cut));
+    const std::string resources = "/Resources << " + std::string(fontEntry) + ">> ";
+    test::PdfBuilder file = test::PdfBuilder::onePage(content.substr(cut), resources);
     if (cut > 0) {
         file.stream(5, content.substr(0, cut))
             .object(3, "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 612 792] /Rotate 90 "
-                       "/Contents [5 0 R 4 0 R] >>");
+                       "/Contents [5 0 R 4 0 R] " +
+                           resources + ">>");
     }
+    addFonts(file);
     return file.bytes();
 }
 

@@ -12,12 +12,12 @@ namespace corvane::fuzz {
 
 namespace {
 
-/// Operators that make, clip to and paint paths.
-bool isOfPath(std::string_view word) {
-    constexpr std::array<std::string_view, 20> words = {"m", "l",  "c", "v",  "y", "h",  "re",
-                                                        "W", "W*", "b", "b*", "B", "B*", "E",
-                                                        "f", "f*", "F", "F*", "n", "s"};
-    return std::ranges::find(words, word) != words.end() || word == "S";
+/// Operators that make, clip to and paint paths, and those that show text.
+bool isOfArt(std::string_view word) {
+    constexpr std::array<std::string_view, 25> words = {
+        "m", "l", "c",  "v", "y",  "h", "re", "W", "W*", "b",  "b*", "B", "B*",
+        "E", "f", "f*", "F", "F*", "n", "s",  "S", "Tj", "TJ", "'",  "\""};
+    return std::ranges::find(words, word) != words.end();
 }
 
 /// By operator: whether its word stands within one of the sources. Both come in the order of the
@@ -77,14 +77,14 @@ void requireKept(const std::vector<PageOperation>& old, const std::vector<PageOp
     const std::vector<bool> sourced = within(old, edited.sources);
     std::vector<bool> mayGo = surplus(old);
     for (std::size_t i = 0; i < old.size(); ++i) {
-        mayGo[i] = mayGo[i] || (touched[i] && isOfPath(old[i].word));
+        mayGo[i] = mayGo[i] || (touched[i] && isOfArt(old[i].word));
     }
     if (edited.hasMoved) {
         requireSomewhere(old, is, mayGo);
     }
     auto at = is.begin();
     for (std::size_t i = 0; i < old.size(); ++i) {
-        if (mayGo[i] || (edited.hasMoved && sourced[i] && isOfPath(old[i].word))) {
+        if (mayGo[i] || (edited.hasMoved && sourced[i] && isOfArt(old[i].word))) {
             continue;
         }
         at = std::find_if(at, is.end(),

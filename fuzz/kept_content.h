@@ -15,9 +15,9 @@ struct EditedPage {
     bool hasMoved = false; ///< objects that no edit touched were written at another place
 };
 
-/// Requires every operator of the old content in the new content, in its order, but for paths that
-/// were edited and for Q without q. Where untouched objects moved, their operators may stand
-/// anywhere.
+/// Requires every operator of the old content in the new content, in its order, but for paths and
+/// text that were edited and for Q without q. Where untouched objects moved, their operators may
+/// stand anywhere.
 void requireKept(const std::vector<PageOperation>& old, const std::vector<PageOperation>& is,
                  const EditedPage& edited);
 

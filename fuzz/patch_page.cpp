@@ -1,5 +1,6 @@
 #include "fuzz/patch_page.h"
 
+#include "fuzz/page_fonts.h"
 #include "tests/support/pdf_builder.h"
 
 #include <cstddef>
@@ -14,10 +15,10 @@ constexpr std::string_view resources =
     "/ColorSpace << /CS0 [/Separation /Spot /DeviceRGB << /FunctionType 2 /Domain [0 1] "
     "/C0 [0 0 0] /C1 [1 0 0] /N 1 >>] /CS1 [/Indexed /DeviceRGB 1 <FF000000FF00>] "
     "/CS2 [/Pattern /DeviceRGB] >> "
-    "/XObject << /X0 12 0 R >> /Font << /F0 << /Type /Font /Subtype /Type1 /BaseFont /Times-Roman "
-    ">> >> /Pattern << /P0 13 0 R >> /Shading << /S0 << /ShadingType 2 /ColorSpace /DeviceGray "
-    "/Coords [0 0 9 9] /Function << /FunctionType 2 /Domain [0 1] /N 1 >> >> >> "
-    "/Properties << /MC0 << /Type /OCG /Name (layer) >> >> >>";
+    "/XObject << /X0 12 0 R >> /Pattern << /P0 13 0 R >> /Shading << /S0 << /ShadingType 2 "
+    "/ColorSpace /DeviceGray /Coords [0 0 9 9] /Function << /FunctionType 2 /Domain [0 1] /N 1 >> "
+    ">> >> "
+    "/Properties << /MC0 << /Type /OCG /Name (layer) >> >> ";
 
 std::string hexadecimal(std::string_view bytes) {
     constexpr std::string_view digits = "0123456789ABCDEF";
@@ -48,12 +49,13 @@ std::string patchPage(const std::vector<std::string>& streams, std::string_view 
     file.object(1, "<< /Type /Catalog /Pages 2 0 R >>")
         .object(2, "<< /Type /Pages /Kids [3 0 R] /Count 1 >>")
         .object(3, "<< /Type /Page /Parent 2 0 R " + std::string(boxes) + " /Contents [" +
-                       contents + "] " + std::string(resources) + " >>")
+                       contents + "] " + std::string(resources) + std::string(fontEntry) + ">> >>")
         .object(10, "<< /S /Luminosity /G 12 0 R >>")
         .stream(12, "0 0 9 9 re f", "/Type /XObject /Subtype /Form /BBox [0 0 9 9]")
         .stream(13, "0 0 9 9 re f",
                 "/PatternType 1 /PaintType 1 /TilingType 1 /BBox [0 0 9 9] /XStep 9 /YStep 9 "
                 "/Resources << >>");
+    addFonts(file);
     return file.bytes();
 }
 

@@ -162,6 +162,7 @@ void CMap::finish() {
         notdefs_[place].finish();
     }
     texts_.finish();
+    charge_.resize(static_cast<std::int64_t>(bytes()));
 }
 
 } // namespace corvane

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "reader/font/range_table.h"
+#include "runtime/memory.h"
 
 #include <array>
 #include <cstddef>
@@ -81,6 +82,7 @@ private:
     RangeTable texts_; ///< indexes into `textList_`
     std::vector<Text> textList_;
     std::u32string characters_;
+    ZoneCharge charge_; ///< of `bytes`, once it is finished
 };
 
 } // namespace corvane

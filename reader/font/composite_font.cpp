@@ -14,6 +14,9 @@ namespace {
 /// CIDs have 16 bits.
 constexpr std::size_t cidCount = 65'536;
 
+/// Codes looked at for those that have glyphs: a range of four bytes names four thousand millions.
+constexpr std::size_t mostLooked = 4 * cidCount;
+
 /// Without a CMap that can be read, codes are taken as CIDs: most fonts have it so.
 std::shared_ptr<const CMap> readEncoding(DocumentCache& cache, const Object& font) {
     if (auto map = readCMapEntry(cache, font, "Encoding")) {
@@ -113,9 +116,10 @@ CodeGlyph CompositeFont::describe(StringCode code) const {
 
 std::vector<StringCode> CompositeFont::typedCodes() const {
     std::vector<StringCode> codes;
+    std::size_t looked = 0;
     for (const CMap::CidRange& range : parts_.encoding->cidRanges()) {
         for (std::uint64_t code = range.range.first; code <= range.range.last; ++code) {
-            if (codes.size() >= cidCount) {
+            if (codes.size() >= cidCount || ++looked > mostLooked) {
                 return codes;
             }
             const auto number = static_cast<std::uint32_t>(code);

@@ -16,6 +16,9 @@ namespace {
 /// Names are cut there; real ones stay below 64 bytes.
 constexpr std::size_t longestName = 64;
 
+/// What families of the page's own fonts begin with.
+constexpr std::string_view ownPrefix = "Corvane ";
+
 /// Flags of a font descriptor; PDF Reference, 5.7.1.
 constexpr std::uint32_t flagFixedPitch = 1U << 0;
 constexpr std::uint32_t flagSerif = 1U << 1;
@@ -198,7 +201,8 @@ std::string ownFamily(const Object& font, std::string_view baseFont, std::int32_
     if (number == 0) {
         feed(digest, font, depthOfEntries);
     }
-    return "Corvane " + sixDigits(digest.value()) + " " + plainName(withoutTag(baseFont));
+    return std::string(ownPrefix) + sixDigits(digest.value()) + " " +
+           plainName(withoutTag(baseFont));
 }
 
 GenericFamily genericOf(std::string_view family, std::optional<std::uint32_t> flags) {
@@ -293,6 +297,9 @@ FontNames namesOfFont(DocumentCache& cache, const Object& font, const Object& de
     const auto readable = fromUtf8(names.realFamily);
     if (!readable || !isText(*readable) || names.realFamily.size() > longestName) {
         names.realFamily = plainName(parts.family);
+    }
+    if (names.realFamily.starts_with(ownPrefix)) {
+        names.realFamily[ownPrefix.size() - 1] = '-'; // else taken for a font with files
     }
     names.generic = genericOf(parts.family, flags);
     names.weight = weightOf(cache, descriptor, flags.value_or(0), parts.weight);

@@ -57,11 +57,7 @@ std::shared_ptr<const CMap> PredefinedCMaps::find(std::string_view name, int dep
     auto known = known_.find(name);
     if (known == known_.end()) {
         known = known_.emplace(std::string(name), Known{}).first; // one that stands on itself: none
-        Known found = read(name, depth);
-        if (found.map != nullptr) {
-            charge_.resize(charge_.bytes() + static_cast<std::int64_t>(found.map->bytes()));
-        }
-        known->second = std::move(found);
+        known->second = read(name, depth);
     }
     return known->second.map;
 }

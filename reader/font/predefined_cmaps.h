@@ -6,7 +6,6 @@
 #pragma once
 
 #include "reader/font/cmap.h"
-#include "runtime/memory.h"
 
 #include <functional>
 #include <map>
@@ -49,7 +48,6 @@ private:
 
     CMapFileReader readFile_;
     std::map<std::string, Known, std::less<>> known_;
-    ZoneCharge charge_;
 };
 
 } // namespace corvane

@@ -96,11 +96,11 @@ ProgramFont::Shown& ProgramFont::shownOf(StringCode code) {
     Shown shown{.glyph = describe(code), .text = {}, .face = 0};
     std::u32string& text = shown.glyph.shape.text;
     std::optional<std::int32_t> face = faces_.allot(shown.glyph.shape);
-    while (!face) {
+    while (!face && spare_ <= lastSpare) {
         text.assign(1, spare_++);
         face = faces_.allot(shown.glyph.shape);
     }
-    shown.face = *face;
+    shown.face = face.value_or(0); // no font of the page needs more
     shown.text = toUtf8(text);
     if (shown.glyph.isTyped) {
         shownTexts_.emplace(text, code);
@@ -126,9 +126,12 @@ void ProgramFont::show(std::span<const std::byte> string, std::vector<ShownGlyph
 
 double ProgramFont::spaceAdvance() const {
     constexpr double usualSpace = 0.25;
-    const std::optional<StringCode> code = codeOf(U" ");
-    const double advance = code ? describe(*code).advance : 0;
-    return advance > 0 ? advance : usualSpace;
+    if (!space_) {
+        const std::optional<StringCode> code = codeOf(U" ");
+        const double advance = code ? describe(*code).advance : 0;
+        space_ = advance > 0 ? advance : usualSpace;
+    }
+    return *space_;
 }
 
 bool ProgramFont::isSeen(const CodeGlyph& glyph) const {
@@ -156,6 +159,12 @@ std::optional<StringCode> ProgramFont::codeOf(const std::u32string& text) const 
     for (auto code = begin; code != end && tried < mostTried; ++code, ++tried) {
         if (isSeen(describe(code->second)) && (!best || code->second.code < best->code)) {
             best = code->second;
+        }
+    }
+    if (tried > 1) {
+        typed_.erase(begin, end); // the next time the best is all there is
+        if (best) {
+            typed_.emplace(text, *best);
         }
     }
     return best;

@@ -9,6 +9,7 @@
 #include "runtime/memory.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -59,6 +60,10 @@ protected:
     virtual std::vector<StringCode> typedCodes() const = 0;
 
 private:
+    /// The second private-use plane, without the noncharacters at its end.
+    static constexpr char32_t firstSpare = 0x100000;
+    static constexpr char32_t lastSpare = 0x10FFFD;
+
     struct Shown {
         CodeGlyph glyph;
         std::string text;
@@ -82,12 +87,13 @@ private:
     std::unordered_map<StringCode, Shown, CodeHash> shown_;
     std::unordered_map<std::u32string, StringCode> shownTexts_; ///< of glyphs that can be typed
     MadeFaces faces_;
-    char32_t spare_ = 0x100000; ///< next private-use character for what finds no face
+    char32_t spare_ = firstSpare; ///< next private-use character for what finds no face
     ZoneCharge charge_;
 
     /// By text, all codes that can be typed; made when it is first asked for.
     mutable std::unordered_multimap<std::u32string, StringCode> typed_;
     mutable bool hasTyped_ = false;
+    mutable std::optional<double> space_; ///< its advance; asked for at each gap of a line
     mutable ZoneCharge typedCharge_;
 };
 

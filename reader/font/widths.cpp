@@ -127,6 +127,9 @@ CidWidths::CidWidths(DocumentCache& cache, const Object& descendant) {
                        {.advance = values[0], .originX = values[1], .originY = values[2]});
                });
     verticalPlaces_.finish();
+    charge_.resize(static_cast<std::int64_t>(widthPlaces_.bytes() + verticalPlaces_.bytes() +
+                                             widths_.capacity() * sizeof(double) +
+                                             verticals_.capacity() * sizeof(VerticalMetrics)));
 }
 
 double CidWidths::widthOf(std::uint32_t cid) const {

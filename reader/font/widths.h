@@ -5,6 +5,7 @@
 
 #include "reader/document/cache.h"
 #include "reader/font/range_table.h"
+#include "runtime/memory.h"
 
 #include <array>
 #include <cstdint>
@@ -50,6 +51,7 @@ private:
     VerticalMetrics usualVertical_;
     RangeTable verticalPlaces_; ///< indexes into `verticals_`
     std::vector<VerticalMetrics> verticals_;
+    ZoneCharge charge_; ///< fonts may share what a file says once
 };
 
 } // namespace corvane

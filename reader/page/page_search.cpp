@@ -53,7 +53,7 @@ bool isPageDictionary(DocumentCache& cache, const Object& dictionary) {
 void searchPages(DocumentCache& cache) {
     for (const Candidate& candidate : candidates(cache)) {
         if (isPage(cache, candidate)) {
-            cache.pages.emplace_back(candidate.number, candidate.generation, ObjectOwner());
+            cache.pages.push_back({candidate.number, candidate.generation, ObjectOwner()});
         }
         forgetObject(cache, candidate.number, candidate.generation);
     }

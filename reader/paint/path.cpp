@@ -87,6 +87,7 @@ void beginPath(Interpreter& interpreter) {
     path.compound = makeArt(ArtKind::compound, path.holder);
     path.object = Art::null;
     path.firstByte = interpreter.level.span.start;
+    path.painted = interpreter.level.painted;
     path.hidesFill = false;
     path.hidesStroke = false;
     PathStyle& style = interpreter.state.style;

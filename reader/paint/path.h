@@ -22,6 +22,7 @@ struct PathConstruction {
     ZoneCharge charge;             ///< of `segments`
     RealPoint start;               ///< user space; where the next subpath begins without an `m`
     std::int64_t firstByte = 0;    ///< of the operator that began the path
+    std::int32_t painted = 0;      ///< objects of the content when it began
     bool hidesFill = false;        ///< it is filled, with what artwork cannot hold
     bool hidesStroke = false;      ///< in the same way
 };

@@ -119,8 +119,10 @@ void finishArt(Interpreter& interpreter) {
     }
     const bool isPainted = !clips || state.style.fillPaint != 0 || state.style.strokePaint != 0;
     if (rules().lazyGroups) {
-        // The clips at the end of a path count: a `Q` may stand within it.
-        interpreter.containers.bringAlong(path, level.path.holder);
+        // The clips at the end of a path count: a `Q` may stand within it. So may text, which is
+        // painted before the path is.
+        const bool holdsText = level.painted != level.path.painted;
+        interpreter.containers.bringAlong(path, holdsText ? Art::null : level.path.holder);
     }
     stylePath(state, path, false);
     tellSource(level, path, isPainted);

@@ -151,6 +151,12 @@ void LineBuilder::append(std::string_view text, double at, double advance, std::
         open.modelEnd += realFromFixed(shift) * size;
     }
     text_ += text;
+    // A code may mean hundreds of characters.
+    const auto bytes =
+        static_cast<std::int64_t>(text_.capacity() + pieces_.capacity() * sizeof(TextPiece));
+    if (bytes > charge_.bytes()) {
+        charge_.resize(bytes);
+    }
     open.modelEnd += roundedAdvance(advance) * size + realFromFixed(run_.spacing);
     open.endsBlank = isBlank(text);
 }

@@ -7,6 +7,7 @@
 #include "host/text.h"
 #include "reader/content/interpreter.h"
 #include "reader/font/page_font.h"
+#include "runtime/memory.h"
 
 #include <cstdint>
 #include <string>
@@ -43,6 +44,7 @@ private:
     TextRun run_;          // without its text
     std::string text_;
     std::vector<TextPiece> pieces_;
+    ZoneCharge charge_; // of the last two
     bool isInRun_ = false;
     double runPen_ = 0;   // where the run begins
     double runStart_ = 0; // in the line's space

@@ -65,10 +65,10 @@ PageFont* PageFonts::find(Font handle) const {
     return handle == Font::null || found == all_.end() ? nullptr : (*found)->font.get();
 }
 
-std::string_view PageFonts::nameOf(Font handle) const {
+std::string_view PageFonts::nameOf(const PageFont& wanted) const {
     for (const auto& [at, category] : categories_) {
         for (const auto& [name, font] : category.fonts) {
-            if (font != nullptr && font->handle == handle) {
+            if (font != nullptr && font->font.get() == &wanted) {
                 return name;
             }
         }

@@ -30,8 +30,9 @@ public:
     /// The font that the host calls so, of those that text was shown in; null: none.
     PageFont* find(Font handle) const;
 
-    /// A name of such a font in the resources, as it stands in the file but for its escapes.
-    std::string_view nameOf(Font handle) const;
+    /// A name of such a font in the resources, its escapes decoded. Several fonts may be the same
+    /// one to the host, but codes are those of one.
+    std::string_view nameOf(const PageFont&) const;
 
     /// Gives the host the faces of the fonts that text was shown in.
     void deliver() const;

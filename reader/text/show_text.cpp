@@ -7,8 +7,11 @@
 #include "reader/text/line_builder.h"
 #include "reader/text/page_fonts.h"
 #include "runtime/extension.h"
+#include "runtime/fixed.h"
+#include "runtime/memory.h"
 #include "runtime/rules.h"
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -28,13 +31,18 @@ bool strokes(std::int32_t mode) {
     return mode == 1 || mode == 2;
 }
 
+/// Whether the size is more than 0 in 16.16, as artwork has it.
+bool hasSize(const TextState& text, const RealMatrix& space) {
+    return fixedFromReal(std::abs(text.size) * std::hypot(space.c, space.d)) > 0;
+}
+
 /// Whether artwork can hold what is shown now.
 bool isArt(const GraphicsState& state, const RealMatrix& space) {
     const TextState& text = state.text;
     const PageFont& font = *text.font->font;
     return font.kind() != FontKind::type3 && !font.isVertical() &&
            text.renderMode < firstClippingMode && !(fills(text.renderMode) && state.fill.hidden) &&
-           !(strokes(text.renderMode) && state.stroke.hidden) && text.size != 0 &&
+           !(strokes(text.renderMode) && state.stroke.hidden) && hasSize(text, space) &&
            text.horizontalScale != 0 && inverse(space).has_value();
 }
 
@@ -85,13 +93,17 @@ public:
     }
 
 private:
+    static constexpr std::int64_t glyphBytes = sizeof(ShownGlyph);
+
     /// Lets the pen walk along; the builder, where there is one, takes the glyphs.
     void walk(std::span<const Object> elements, LineBuilder* builder) {
         std::int32_t number = 0;
         for (const Object& element : elements) {
             if (isString(element)) {
+                const std::span<const std::byte> string = bytesOfString(element);
                 glyphs_.clear();
-                font_.show(bytesOfString(element), glyphs_);
+                charge_.resize(std::max(charge_.bytes(), std::ssize(string) * glyphBytes));
+                font_.show(string, glyphs_);
                 for (const ShownGlyph& glyph : glyphs_) {
                     if (builder != nullptr) {
                         builder->add(glyph, pen_, advanceOf(glyph), number);
@@ -131,6 +143,7 @@ private:
     PageFont& font_;
     double pen_ = 0; ///< in text space, from where the text begins
     std::vector<ShownGlyph> glyphs_;
+    ZoneCharge charge_; ///< of the glyphs
 };
 
 } // namespace

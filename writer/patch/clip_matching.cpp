@@ -16,7 +16,7 @@ namespace {
 class ClipMatcher {
 public:
     ClipMatcher(const BaseReading& base, const EditedArtwork& artwork, const Matching& matching)
-        : base_(base), trace_(base.trace), artwork_(artwork), matching_(matching) {
+        : trace_(base.trace), artwork_(artwork), matching_(matching) {
         result_.links.resize(artwork.groups.size());
         result_.changedBy.resize(trace_.clipCount());
         result_.released.resize(trace_.clipCount());
@@ -179,7 +179,6 @@ private:
         }
     }
 
-    const BaseReading& base_;
     const ContentTrace& trace_;
     const EditedArtwork& artwork_;
     const Matching& matching_;

@@ -103,10 +103,10 @@ bool isString(std::string_view token) {
     return token.front() == '(' || (token.front() == '<' && token != "<<");
 }
 
-/// Whether it is an element by itself, and no part of an array or a dictionary.
-bool isSimple(std::string_view token) {
-    return token != "<<" &&
-           std::string_view("[]>{})").find(token.front()) == std::string_view::npos;
+/// What is one token and one element: others may be of several tokens.
+bool isElement(std::string_view token) {
+    constexpr std::string_view startsOfNumbers = "+-.0123456789";
+    return isString(token) || startsOfNumbers.find(token.front()) != std::string_view::npos;
 }
 
 } // namespace
@@ -124,7 +124,7 @@ std::optional<ShowBytes> showBytes(std::string_view bytes) {
             return std::nullopt;
         }
         show.elements.assign(open.base(), tokens.end() - 1);
-        return std::ranges::all_of(show.elements, isSimple) ? std::optional(show) : std::nullopt;
+        return std::ranges::all_of(show.elements, isElement) ? std::optional(show) : std::nullopt;
     }
     const std::size_t numbers = show.word == "\"" ? 2 : 0;
     if ((show.word != "Tj" && show.word != "'" && show.word != "\"") || !isString(tokens.back()) ||

@@ -1,5 +1,6 @@
 #include "writer/patch/text_works.h"
 
+#include "filters/character.h"
 #include "reader/content/losses.h"
 #include "runtime/exception.h"
 #include "runtime/fixed.h"
@@ -89,13 +90,17 @@ void movedWorks(PatchTools& tools, const BaseReading& base, const PaintedArt& wa
     ownBytesWorks(tools, was);
 }
 
-void stringWorks(Walk& walk, std::string_view codes) {
+void addHexadecimal(std::string& text, char c) {
     constexpr std::string_view digits = "0123456789ABCDEF";
+    const auto byte = static_cast<unsigned char>(c);
+    text += digits[byte >> 4U];
+    text += digits[byte & 15U];
+}
+
+void stringWorks(Walk& walk, std::string_view codes) {
     std::string text = "<";
     for (const char c : codes) {
-        const auto byte = static_cast<unsigned char>(c);
-        text += digits[byte >> 4U];
-        text += digits[byte & 15U];
+        addHexadecimal(text, c);
     }
     walk.text.add(text + "> ");
 }
@@ -128,7 +133,7 @@ void typedWorks(PatchTools& tools, const BaseReading& base, const EditedObject& 
         failException(Exception::unpatchable);
     }
     frame = multiply({.a = 1 / size, .d = 1 / size}, frame);
-    walk.text.addName(base.fonts.nameOf(run.font));
+    walk.text.addName(base.fonts.nameOf(*font));
     walk.text.addReal(size);
     walk.text.add("Tf ");
     const double spacing = realFromFixed(run.spacing);
