@@ -35,7 +35,7 @@ void addFonts(test::PdfBuilder& file) {
                                   "/DescendantFonts [36 0 R] /ToUnicode 39 0 R ";
     file.object(30, composite + "/Encoding /Identity-H >>")
         .object(31, simple + "/Widths [600 650 700] >>")
-        .object(32, simple + "/Widths [0 -500 99999] /Encoding << /Differences [65 /B /A /nine "
+        .object(32, simple + "/Widths [600 0 99999] /Encoding << /Differences [65 /B /A /nine "
                              "/f_f_i] >> >>")
         .object(33, "<< /Type /Font /Subtype /Type3 /FontBBox [0 0 9 9] /FontMatrix [.1 0 0 .1 0 "
                     "0] /Encoding << /Differences [65 /A] >> /FirstChar 65 /LastChar 65 /Widths "
