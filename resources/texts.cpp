@@ -62,10 +62,6 @@ constexpr std::array<std::string_view, 33> exceptions = {
     /* 33 */
     "the file is certified: its author's signature allows no changed pages, and readers would show "
     "it as broken; if that does not matter, say --force",
-    /* 12 */
-    "text cannot be drawn on a page anew; save it into the page that it was opened from, or turn "
-    "it "
-    "into paths in your editor",
 };
 
 /// Why a file cannot be read or mended, or a page not saved, by reason.
@@ -98,6 +94,9 @@ constexpr std::array<std::string_view, 12> reasons = {
     "the page",
     /* 11 */
     "there is new text in a font that the page does not have; give it a font of the page, or turn "
+    "it into paths in your editor",
+    /* 12 */
+    "text cannot be drawn on a page anew; save it into the page that it was opened from, or turn "
     "it into paths in your editor",
 };
 
