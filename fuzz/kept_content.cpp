@@ -20,6 +20,11 @@ bool isOfArt(std::string_view word) {
     return std::ranges::find(words, word) != words.end();
 }
 
+/// Text that is written apart is shown by TJ, whatever showed it.
+bool isShow(std::string_view word) {
+    return word == "Tj" || word == "TJ" || word == "'" || word == "\"";
+}
+
 /// By operator: whether its word stands within one of the sources. Both come in the order of the
 /// content. Stray tokens may stand in front of an operator's operands, and of the source.
 std::vector<bool> within(const std::vector<PageOperation>& operations, const SourceSet& sources) {
@@ -80,7 +85,11 @@ void requireKept(const std::vector<PageOperation>& old, const std::vector<PageOp
         mayGo[i] = mayGo[i] || (touched[i] && isOfArt(old[i].word));
     }
     if (edited.hasMoved) {
-        requireSomewhere(old, is, mayGo);
+        std::vector<bool> mayChange = mayGo;
+        for (std::size_t i = 0; i < old.size(); ++i) {
+            mayChange[i] = mayChange[i] || (sourced[i] && isShow(old[i].word));
+        }
+        requireSomewhere(old, is, mayChange);
     }
     auto at = is.begin();
     for (std::size_t i = 0; i < old.size(); ++i) {
