@@ -171,7 +171,8 @@ TEST_F(WorksTest, KindsOfArt) {
         selectRules(profile);
         EXPECT_EQ(writeAs(5), Exception::none);
         EXPECT_EQ(writeAs(6), Exception::none);
-        for (const int kind : {4, 7, 8, -1, 300}) {
+        EXPECT_EQ(writeAs(4), Exception::unpatchable);
+        for (const int kind : {7, 8, -1, 300}) {
             EXPECT_EQ(writeAs(kind), Exception::type) << kind;
         }
         // Of art that only its host knows, what it holds is written.

@@ -152,7 +152,7 @@ private:
         case 7:
             add("q");
             ++depth_;
-            return addWhole("BT 7 Tr /F 99 Tf (clip " + number + ") Tj ET");
+            return addWhole("BT 7 Tr /None 99 Tf (clip " + number + ") Tj ET");
         case 8:
             addWhole("/OC /L BDC");
             addPath();
@@ -164,13 +164,13 @@ private:
         case 10:
             return addWhole("/T BMC");
         case 11:
-            addWhole("BT /F 9 Tf");
+            addWhole("BT /None 9 Tf");
             addPath();
             return addWhole("(in) Tj ET");
         case 12:
             return addWhole("/OC /L BDC");
         case 0:
-            return addWhole("BT /F 12 Tf 5 " + number + " Td (text " + number + ") Tj ET");
+            return addWhole("BT /None 12 Tf 5 " + number + " Td (text " + number + ") Tj ET");
         case 1:
             return addWhole("/X Do");
         case 2:

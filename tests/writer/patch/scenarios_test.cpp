@@ -33,7 +33,7 @@ const Scenario scenarios[] = {
      [](Artist& a) {
          a.group({a.at(0), a.at(1)});
      },
-     "3 0 0 0 0", besideThree},
+     "2 0 0 0 1", besideThree}, // over the text between them
     {"recolour", three, [](Artist& a) { a.fill(a.at(1), .5); }, "2 1 0 0 0", besideThree},
     {"move", three, [](Artist& a) { a.move(a.at(1), 3.5, -2); }, "2 1 0 0 0", besideThree},
     {"remove", three, [](Artist& a) { a.remove(a.at(1)); }, "2 0 0 1 0", besideThree},
