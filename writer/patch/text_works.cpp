@@ -98,6 +98,9 @@ void addHexadecimal(std::string& text, char c) {
 }
 
 void stringWorks(Walk& walk, std::string_view codes) {
+    if (codes.empty()) {
+        return;
+    }
     std::string text = "<";
     for (const char c : codes) {
         addHexadecimal(text, c);
@@ -142,19 +145,24 @@ void typedWorks(PatchTools& tools, const BaseReading& base, const EditedObject& 
         {.characterSpacing = spacing, .rise = realFromFixed(run.rise), .mode = modeOf(run.style)});
     matrixWorks(walk, multiply(frame, back));
     walk.text.add("[");
+    std::string codes;
+    const auto moveOn = [&](double ems) {
+        stringWorks(walk, std::exchange(codes, {}));
+        gapWorks(walk, ems);
+    };
     auto piece = run.pieces.begin();
     for (const EncodedLetters& each : *letters) {
         for (; piece != run.pieces.end() && piece->start <= each.start; ++piece) {
             if (piece->shift != 0) {
-                gapWorks(walk, realFromFixed(piece->shift));
+                moveOn(realFromFixed(piece->shift));
             }
         }
         if (each.isBlank) {
-            gapWorks(walk, each.advance + spacing / size);
-        } else {
-            stringWorks(walk, each.codes);
+            moveOn(each.advance + spacing / size);
         }
+        codes += each.codes;
     }
+    stringWorks(walk, codes);
     walk.text.add("] TJ\n");
 }
 

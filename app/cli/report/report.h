@@ -36,7 +36,7 @@ struct Damage {
 struct Report {
     std::optional<FileFacts> file;
     std::optional<SignatureFacts> signatures; ///< where there are any
-    std::optional<Damage> damage; ///< `check`
+    std::optional<Damage> damage;             ///< `check`
     std::vector<PageFacts> pages;
     Provenance source;  ///< the page that was opened, or that the artwork to save came from
     std::string output; ///< path of what was made: artwork, or a PDF; empty where nothing was

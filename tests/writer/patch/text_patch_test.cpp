@@ -186,7 +186,7 @@ TEST_F(TextPatchTest, Edits) {
          "2 1 0 0 0",
          "BT /F 10 Tf 100 700 Td (ab) Tj (cd) Tj 0 -20 Td  [-834 ] TJ\n ET\nq\nq\nBT\n/F 10 Tf " +
              plain +
-             "1 0 0 1 100 680 Tm\n[<68> <65> <20> <28> <6E> <6F> <74> <29> <20> <63> <6F> ] TJ\n"
+             "1 0 0 1 100 680 Tm\n[<686520286E6F742920636F> ] TJ\n"
              "ET\nQ\nQ\n\n"},
         {"longer letters push what follows", threeRuns,
          [](Typist& it) { it.retype(0, 0, "hello"); }, "1 2 0 0 0", ""},

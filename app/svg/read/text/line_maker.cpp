@@ -146,8 +146,8 @@ void LineMaker::finishRun() {
         run.source = look_.source.value_or(ArtSource{});
         context_.document.addTextRun(art_, run);
         made_ = true;
-        if (isFirst && !look_.source) {
-            context_.tally.add("text"); // pages do not get new text yet
+        if (isFirst && !look_.source && !context_.document.fonts().facts(run.font).isPageFont) {
+            context_.tally.add("text"); // pages get no new fonts yet
         }
     }
     text_.clear();
