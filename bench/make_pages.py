@@ -7,6 +7,7 @@ A name is a kind and a size; without names every file of the list below is made,
 there already is kept.
 
     map-120000            a map: that many paths, ten times as many segments, plain content
+    text-60000            that many lines of eight words, in columns of 600, in one standard font
     objects-10000         that many indirect objects and one simple page
     objects-100000
     objects-1000000
@@ -32,6 +33,7 @@ import zlib
 
 STANDARD = [
     "map-120000",
+    "text-60000",
     "objects-10000",
     "objects-100000",
     "objects-1000000",
@@ -46,6 +48,7 @@ STANDARD = [
 SEGMENTS_PER_PATH = 10
 TREE_FANOUT = 16
 OBJECTS_PER_PAGE = 10
+LINES_OF_COLUMN = 600
 OBJECTS_PER_STREAM = 100
 PREDICTED = b"/DecodeParms << /Predictor 12 /Columns %d >>"
 SHEET = (3370, 2384)  # A0, landscape, in points
@@ -149,11 +152,12 @@ def write_streamed_pdf(path, bodies):
     os.replace(partial, path)
 
 
-def one_page(content, size=PAGE, filler=()):
+def one_page(content, size=PAGE, filler=(), resources=b""):
     """Catalog, page tree, page and content, then the filler objects."""
     yield b"<< /Type /Catalog /Pages 2 0 R >>"
     yield b"<< /Type /Pages /Kids [3 0 R] /Count 1 >>"
-    yield b"<< /Type /Page /Parent 2 0 R /MediaBox [0 0 %d %d] /Contents 4 0 R /Resources << >> >>" % size
+    yield b"<< /Type /Page /Parent 2 0 R /MediaBox [0 0 %d %d] /Contents 4 0 R /Resources << %b>> >>" % (
+        *size, resources)
     yield stream(content)
     yield from filler
 
@@ -349,8 +353,26 @@ def make_archive(count, content_bytes):
         number += OBJECTS_PER_PAGE
 
 
+def make_text(lines):
+    """Columns of a long list, a line for each row."""
+    words = b"the quay of old harbour boats lie low in grey water while men mend nets and talk".split()
+    choice = random.Random(5).random
+    content = []
+    for row in range(lines):
+        if row % LINES_OF_COLUMN == 0:
+            content.append(b"ET" if row else b"")
+            content.append(b"BT /F1 6 Tf 6.6 TL 1 0 0 1 %d 3990 Tm" % (20 + row // LINES_OF_COLUMN * 260))
+        line = b" ".join(words[int(choice() * len(words))] for _ in range(8))
+        content.append(b"(%b) Tj T*" % line)
+    content.append(b"ET")
+    width = 40 + (lines // LINES_OF_COLUMN + 1) * 260
+    font = b"<< /Type /Font /Subtype /Type1 /BaseFont /Times-Roman >>"
+    return one_page(b"\n".join(content), (width, 4000), [font], b"/Font << /F1 5 0 R >> ")
+
+
 KINDS = {
     "map": make_map,
+    "text": make_text,
     "objects": make_objects,
     "nested-q": make_nested_q,
     "sibling-q": make_sibling_q,
