@@ -46,7 +46,7 @@ TableBytes textBytes(std::string_view text) {
     return bytes;
 }
 
-/// By the rules of the Adobe Glyph List, so that the name tells the text; by number where that is
+/// By the rules of the AGL, so that the name tells the text; by number where that is
 /// long, or nothing.
 std::string nameOfGlyph(const UnitGlyph& glyph, std::size_t number) {
     constexpr std::size_t mostCharacters = 8;

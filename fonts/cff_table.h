@@ -1,4 +1,4 @@
-// The table "CFF " of a made font: Adobe technical note 5176, "The Compact Font Format".
+// The table "CFF " of a made font: technical note 5176, "The Compact Font Format".
 #pragma once
 
 #include "fonts/made_glyphs.h"

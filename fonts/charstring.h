@@ -1,4 +1,4 @@
-// Outlines as charstrings of CFF: Adobe technical note 5177, "The Type 2 Charstring Format".
+// Outlines as charstrings of CFF: technical note 5177, "The Type 2 Charstring Format".
 #pragma once
 
 #include "fonts/made_glyphs.h"

@@ -1,4 +1,4 @@
-// The Adobe Glyph List, packed by cmake/pack-glyph-list, which says how.
+// The AGL (list of glyph names), packed by cmake/pack-glyph-list, which says how.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// What the names of glyphs mean: the Adobe Glyph List and its rules.
+// What the names of glyphs mean: the AGL and its rules.
 #pragma once
 
 #include <string>

@@ -1,6 +1,6 @@
 // A CMap: how a string divides into codes, and which CID or which text a code has.
 //
-// Source: PDF Reference, 5.6.4 and 5.9.2; Adobe Technical Notes 5014 and 5411.
+// Source: PDF Reference, 5.6.4 and 5.9.2; Technical Notes 5014 and 5411.
 #pragma once
 
 #include "reader/font/range_table.h"
