@@ -78,10 +78,6 @@ private:
     FT_CharMap subtable(int platform, int encoding) const;
     FT_CharMap ownEncoding() const;
     std::optional<GlyphNumber> look(FT_CharMap map, FT_ULong code) const;
-    /// Fills the face's slot, in units of the font.
-    bool load(GlyphNumber glyph) const {
-        return FT_Load_Glyph(face_.get(), glyph, FT_LOAD_NO_SCALE | FT_LOAD_IGNORE_TRANSFORM) == 0;
-    }
 
     Face face_;
     ProgramKind kind_;
@@ -175,11 +171,11 @@ char32_t FreeTypeProgram::characterOf(GlyphNumber glyph) const {
 }
 
 double FreeTypeProgram::advance(GlyphNumber glyph) const {
-    return load(glyph) ? static_cast<double>(face_->glyph->metrics.horiAdvance) * em_ : 0;
+    return face_.load(glyph) ? static_cast<double>(face_->glyph->metrics.horiAdvance) * em_ : 0;
 }
 
 GlyphOutline FreeTypeProgram::outline(GlyphNumber glyph) const {
-    if (!load(glyph) || face_->glyph->format != FT_GLYPH_FORMAT_OUTLINE) {
+    if (!face_.load(glyph) || face_->glyph->format != FT_GLYPH_FORMAT_OUTLINE) {
         return {};
     }
     GlyphOutline outline = outlineOf(face_->glyph->outline, em_);

@@ -1,20 +1,22 @@
 #include "fonts/free_type.h"
 
+#include "runtime/budget.h"
+
 namespace corvane {
 
 namespace {
 
 /// Lives as long as any face. Only its weak count is static, so nothing of FreeType runs when the
 /// plug-in is unloaded.
-std::shared_ptr<FT_LibraryRec_> freeType() {
-    static std::weak_ptr<FT_LibraryRec_> shared;
+std::shared_ptr<FreeType> freeType() {
+    static std::weak_ptr<FreeType> shared;
     auto library = shared.lock();
     if (!library) {
         FT_Library made = nullptr;
         if (FT_Init_FreeType(&made) != 0) {
             return nullptr;
         }
-        library.reset(made, [](FT_Library done) { FT_Done_FreeType(done); });
+        library = std::make_shared<FreeType>(made);
         shared = library;
     }
     return library;
@@ -34,18 +36,30 @@ std::optional<Face> Face::open(std::vector<std::byte> file, std::int32_t number)
     source.memory_base = static_cast<const FT_Byte*>(static_cast<const void*>(face.file_.data()));
     source.memory_size = static_cast<FT_Long>(face.file_.size());
     FT_Face opened = nullptr;
-    if (FT_Open_Face(face.library_.get(), &source, number, &opened) != 0) {
+    if (FT_Open_Face(face.library_->library, &source, number, &opened) != 0) {
         return std::nullopt;
     }
     face.face_.reset(opened);
     return face;
 }
 
+bool Face::load(std::uint32_t glyph) const {
+    constexpr std::clock_t most = std::clock_t{budget::glyphSeconds} * CLOCKS_PER_SEC;
+    if (library_->spent >= most) {
+        return false;
+    }
+    const std::clock_t start = std::clock();
+    const bool isLoaded =
+        FT_Load_Glyph(face_.get(), glyph, FT_LOAD_NO_SCALE | FT_LOAD_IGNORE_TRANSFORM) == 0;
+    library_->spent += std::clock() - start;
+    return isLoaded;
+}
+
 std::optional<Face> Face::openFile(const std::string& path, std::int32_t number) {
     Face face;
     face.library_ = freeType();
     FT_Face opened = nullptr;
-    if (!face.library_ || FT_New_Face(face.library_.get(), path.c_str(), number, &opened) != 0) {
+    if (!face.library_ || FT_New_Face(face.library_->library, path.c_str(), number, &opened) != 0) {
         return std::nullopt;
     }
     face.face_.reset(opened);

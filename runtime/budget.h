@@ -134,6 +134,10 @@ inline constexpr std::size_t fontProgramBytes = 64 << 20;
 /// Glyphs of a font program: what 16 bits count in OpenType and CFF. Type 1 sets no limit.
 inline constexpr std::int32_t fontGlyphs = 1 << 16;
 
+/// Processor time that FreeType may take for the glyphs of fonts that are open: a hundred thousand
+/// usual ones take a second, a crafted one half a second. Glyphs beyond are blank.
+inline constexpr int glyphSeconds = 20;
+
 /// Points of an outline: FreeType, which browsers read fonts with, counts them in 15 bits.
 inline constexpr std::size_t outlinePoints = 32'000;
 
