@@ -97,15 +97,19 @@ bool isNothing(const UpdatePlan& plan) {
     return plan.patch && plan.patch->isNothing && plan.base->isStanding && plan.geometry.kept;
 }
 
+/// An update rests on the sections before it. A cross-reference that only a search could make up
+/// for is nothing to add a section to.
+void refuseRepaired(const DocumentCache& cache, bool mends) {
+    if (rules().guardsFile && cache.repaired && !mends) {
+        failException(Exception::repairedFile);
+    }
+}
+
 /// Settles the trailer and, where the host wants that, what mends the file.
 void planFile(DocumentCache& cache, UpdatePlan& plan) {
     const auto extension = knownExtension();
     const bool mends = rules().repairsReferences && extension && extension->mends;
-    // An update rests on the sections before it. A cross-reference that only a search could make up
-    // for is nothing to add a section to.
-    if (rules().guardsFile && cache.repaired && !mends) {
-        failException(Exception::repairedFile);
-    }
+    refuseRepaired(cache, mends);
     Survey survey;
     if (mends) {
         refuseUnmendable(cache);
@@ -180,6 +184,8 @@ UpdatePlan planUpdate(DocumentCache& cache) {
         plan.numbers.content = nextIdentity();
         plan.numbers.length = nextIdentity();
     }
+    // Reading the page may have met an entry that leads elsewhere.
+    refuseRepaired(cache, plan.mend.has_value());
     plan.writesPage = !isNothing(plan);
     refuseForbidden(cache, plan);
     if (plan.mend && plan.writesPage) {

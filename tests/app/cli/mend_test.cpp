@@ -30,6 +30,15 @@ std::string lost(const std::string& file) {
     return replaced(file, "\nstartxref\n", "\nstartxref\n9999999");
 }
 
+/// With an entry that leads beside the object, which the objects around it do not need.
+std::string beside(const std::string& file, const std::string& object) {
+    std::string place = std::to_string(file.find("\n" + object + " obj") + 1);
+    std::string entry = std::string(10 - place.size(), '0') + place + " 00000 n";
+    place = entry;
+    place[9] = place[9] == '9' ? '1' : static_cast<char>(place[9] + 1);
+    return replaced(file, entry, place);
+}
+
 /// The page is in an object stream.
 std::string packed() {
     const std::string node = "<</Type/Pages/Kids[3 0 R]/Count 1>> ";
@@ -54,6 +63,7 @@ std::vector<Damaged> damagedFiles() {
     const std::string sound = twoPages().bytes();
     return {
         {"a lost cross-reference", lost(sound), R"({"crossReference":1})", true},
+        {"an entry beside the content", beside(sound, "4 0"), R"({"crossReference":1})", true},
         {"one with a Size beyond all objects",
          lost(twoPages().trailer("/Size 40 /Root 1 0 R").bytes()), R"({"crossReference":1})", true},
         {"one with a wrong Length and Encrypt in a string",
