@@ -144,10 +144,19 @@ struct SignatureFacts {
     bool certified = false;      ///< one says which changes its author allows (DocMDP)
 };
 
+/// A font of the machine that a save puts into the file.
+struct AddedFont {
+    std::string_view name;    ///< its full name: "DejaVu Sans Bold"
+    std::string_view letters; ///< UTF-8: those that it is put in for, each once
+    /// The artwork asks for another font, which does not have the letters or is not there: that
+    /// one's family; else empty.
+    std::string_view wanted;
+};
+
 /// Versions only add fields at the end. A host states the version that its record was made for; the
 /// plug-in reads no further, and takes what is missing as not filled (runtime/extension.h).
 struct HostExtension {
-    static constexpr std::uint32_t currentVersion = 4;
+    static constexpr std::uint32_t currentVersion = 5;
 
     // Version 1.
 
@@ -205,6 +214,11 @@ struct HostExtension {
     bool mends = false;
     /// Told when the whole file was looked at.
     void (*damage)(void* context, const DamageFacts&) = nullptr;
+
+    // Version 5: lines of text that are not of a page have an anchor, an order, a length, a path.
+
+    /// Told once for each font and each font that it stands in for.
+    void (*fontAdded)(void* context, const AddedFont&) = nullptr;
 };
 
 /// Registers (null: removes) the record of the host of this process; not an owner.

@@ -62,9 +62,32 @@ struct TextRun {
     ArtSource source = {};
 };
 
+/// Which point of a line stands where it begins.
+enum class TextAnchor : std::uint8_t { start = 0, middle = 1, end = 2 };
+
+/// In which order letters follow one another.
+enum class TextOrder : std::uint8_t {
+    visual = 0, ///< as they stand, whatever their direction
+    leftToRight =
+        1, ///< as they are read, in a line that runs to the right or, the next, to the left:
+    rightToLeft = 2, ///< who draws it puts them in order (UAX #9)
+};
+
+/// Lines of a page have the defaults of all but `matrix` and `isVertical`.
 struct TextLine {
     Matrix matrix = {};
     bool isVertical = false;
+    TextAnchor anchor = TextAnchor::start;
+    TextOrder order = TextOrder::visual;
+    /// How long the line is made, in its own space; 0: as long as its letters are.
+    Fixed length = 0;
+    bool stretchesLetters = false; ///< to be so long; else the room between them changes
+    /// Letters stand on this path, each turned as it runs, in the space of the artboard; none: on
+    /// the baseline. The matrix then gives size and slant alone. Lives as long as the text of runs
+    /// does.
+    std::span<const Segment> path = {};
+    bool isPathClosed = false;
+    Fixed pathStart = 0; ///< where the line begins, along the path from its first point
 };
 
 } // namespace corvane

@@ -94,7 +94,7 @@ void LineBuilder::beginLine(double pen) {
     open.art = interpreter_.containers.make(ArtKind::text);
     open.container = interpreter_.containers.container();
     open.settings = interpreter_.state.settings;
-    const TextLine told{hostMatrix(matrix), false};
+    const TextLine told{.matrix = hostMatrix(matrix)};
     callHost(slot::setTextLine, open.art, &told);
     open.matrix = realMatrix(told.matrix);
     open.back = inverse(open.matrix).value_or(RealMatrix());

@@ -150,7 +150,7 @@ private:
 
 bool hostHoldsText() {
     const auto extension = knownExtension();
-    return rules().readsText && extension && extension->version >= 4;
+    return rules().readsText && extension && extension->version >= 5;
 }
 
 void showText(Interpreter& interpreter, std::span<const Object> elements) {

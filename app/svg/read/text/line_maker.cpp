@@ -63,7 +63,8 @@ Art LineMaker::makeLine() {
     }
     const Art art =
         context_.document.make(ArtKind::text, frame_.place.placement, frame_.place.reference);
-    context_.document.setTextLine(art, {fixedMatrix(matrix), frame_.isVertical});
+    context_.document.setTextLine(art,
+                                  {.matrix = fixedMatrix(matrix), .isVertical = frame_.isVertical});
     return art;
 }
 
