@@ -69,6 +69,12 @@ bool InsertionPoints::canResume(const Surroundings& here) const {
            inverse(place.line).has_value();
 }
 
+/// `common`: the innermost around both neighbours.
+bool InsertionPoints::isMarkAllowed(TraceIndex mark, TraceIndex common) const {
+    return isMarkAround(trace_, mark, common) ||
+           (own_ != nullptr && isMarkAround(trace_, mark, own_->mark));
+}
+
 bool InsertionPoints::fits(const Surroundings& here, InsertionPoint& point) {
     if (here.isInPath || !inverse(trace_.matrix(here.matrix)) ||
         (here.isInText && !canResume(here))) {
@@ -110,19 +116,22 @@ std::optional<InsertionPoint> InsertionPoints::find(const InsertionGap& gap, Edi
     own_ = own;
     const TraceIndex common = commonMark(trace_, gap.before.mark, gap.behind.mark);
     std::optional<InsertionPoint> best;
-    std::tuple<std::uint32_t, std::uint32_t, bool> bestRank;
+    // How much of its own and of all marked content, and of its group's clips, is around it.
+    std::tuple<std::uint32_t, std::uint32_t, std::uint32_t, bool> bestRank;
     for (TraceIndex event = gap.first; event <= gap.last; ++event) {
         const Surroundings& here =
             event == 0 ? trace_.atStart() : trace_.events()[event - 1].behind;
-        searched_ += 1 + trace_.clip(here.clip).depth;
+        searched_ += 1 + trace_.clip(here.clip).depth + trace_.mark(here.mark).depth;
         if (searched_ > budget::searchedPlaces) {
             failException(Exception::limit);
         }
         InsertionPoint point{.event = event};
-        if (!isMarkAround(trace_, here.mark, common) || !fits(here, point)) {
+        if (!isMarkAllowed(here.mark, common) || !fits(here, point)) {
             continue;
         }
-        const std::tuple rank(trace_.mark(here.mark).depth, point.ownClips, !here.isInText);
+        const TraceIndex kept = own == nullptr ? 0 : commonMark(trace_, here.mark, own->mark);
+        const std::tuple rank(trace_.mark(kept).depth, trace_.mark(here.mark).depth, point.ownClips,
+                              !here.isInText);
         if (!best || rank >= bestRank) {
             best = point;
             bestRank = rank;

@@ -27,13 +27,15 @@ public:
     /// The place for an object of that group: where the marked content around both neighbours and
     /// as many as possible of the group's clips are in force, and no others; of several, the last.
     /// `own` is what was in force where a moved object stood: clips without art that were around it
-    /// must be around the place. Past `budget::searchedPlaces` in all: `limit`.
+    /// must be around the place, and its own marked content, its tag, may be. Past
+    /// `budget::searchedPlaces` in all: `limit`.
     std::optional<InsertionPoint> find(const InsertionGap& gap, EditedIndex group,
                                        const Surroundings* own);
 
 private:
     void useGroup(EditedIndex group);
     bool canResume(const Surroundings& here) const;
+    bool isMarkAllowed(TraceIndex mark, TraceIndex common) const;
     bool fits(const Surroundings& here, InsertionPoint& point);
     /// The innermost clip at a place that must be around it.
     TraceIndex sharedClip(TraceIndex clip) const;
@@ -48,7 +50,7 @@ private:
     const Surroundings* own_ = nullptr;
     std::vector<TraceIndex> around_; // clips at the place looked at, from the innermost
     std::optional<InsertionPoint> latest_;
-    std::int64_t searched_ = 0; // places looked at, and the clips around each
+    std::int64_t searched_ = 0; // places looked at, and what is around each
 };
 
 /// The innermost marked content that is around both.

@@ -5,6 +5,7 @@
 #include "runtime/extension.h"
 #include "runtime/warning.h"
 #include "writer/art/style_works.h"
+#include "writer/patch/actual_text.h"
 #include "writer/patch/base_reading.h"
 #include "writer/patch/inserted_works.h"
 #include "writer/patch/missing_art.h"
@@ -75,6 +76,7 @@ public:
         ObjectPatches objects(tools_, reading_, artwork, matching, clips, order);
         objects.addTo(content_.patches);
         patchShows(tools_, matching, order, content_.patches);
+        patchActualText(tools_, matching, order, content_.patches);
         insert(artwork, matching, order);
         std::ranges::stable_sort(content_.patches, {}, [](const Patch& patch) {
             return std::pair(patch.range.start, patch.range.end);

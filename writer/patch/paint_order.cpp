@@ -144,10 +144,33 @@ private:
         return last;
     }
 
-    /// What is in front of all that stays is in front of everything else on the page, too.
+    /// A place within the object's own marked content, close behind where it stood: there it keeps
+    /// its tag.
+    std::optional<InsertionPoint> placeInOwnMark(EditedIndex object) {
+        constexpr TraceIndex farthest = 64;
+        const Surroundings* const own = ownOf(object);
+        if (own == nullptr || own->mark == 0 || isAtEnd_) {
+            return std::nullopt;
+        }
+        const InsertionGap gap{.first = std::max(next_, pathOf(object) + 1),
+                               .last = std::min(lastPlace(), pathOf(object) + farthest),
+                               .before = *own,
+                               .behind = *own};
+        const std::optional<InsertionPoint> point =
+            points_.find(gap, artwork_.objects[object].group, own);
+        return point && point->inForce.mark == own->mark ? point : std::nullopt;
+    }
+
+    /// What is in front of all that stays is in front of everything else on the page, too, unless
+    /// that would take its tag.
     void placeAtEnd() {
         for (const EditedIndex object : pending_) {
             const Surroundings* const own = ownOf(object);
+            if (const std::optional<InsertionPoint> point = placeInOwnMark(object)) {
+                order_.insertions.push_back({object, *point});
+                next_ = point->event;
+                continue;
+            }
             if (!hasHiddenClip(own) && !trace_.endsOpen()) {
                 InsertionPoint point{.isAtEnd = true,
                                      .event = static_cast<TraceIndex>(trace_.events().size())};

@@ -245,6 +245,33 @@ TEST_F(TextPatchTest, Edits) {
              plain +
              "1 0 0 1 111.12 700 Tm\n[(cd) ] TJ\nET\nQ\nQ\n"
              "BT\n1 0 0 1 100 700 Tm\n[-2168 ] TJ\n (ef) Tj ET EMC 0 0 9 9 re f\n"},
+        {"a tag stays around what is written apart",
+         "/P <</MCID 0>> BDC BT /F 10 Tf 100 700 Td (ab) Tj ET EMC "
+         "/P <</MCID 1>> BDC BT 100 680 Td (cd) Tj ET EMC 0 0 9 9 re f",
+         [](Typist& it) { it.gray(0, 0); }, "2 1 0 0 0",
+         "/P <</MCID 0>> BDC BT /F 10 Tf 100 700 Td  [-1112 ] TJ\n ET\nq\nq\n.5 g\nBT\n/F 10 Tf\n" +
+             plain +
+             "1 0 0 1 100 700 Tm\n[(ab) ] TJ\nET\nQ\nQ\n EMC "
+             "/P <</MCID 1>> BDC BT 100 680 Td (cd) Tj ET EMC 0 0 9 9 re f\n"},
+        {"what text reads as goes with its letters",
+         "/P <</MCID 0/ActualText<FEFF0031>/E(x)>>BDC BT /F 10 Tf 100 700 Td (ab) Tj "
+         "/Span<</ActualText(ef)>>BDC (cd) Tj EMC ET EMC "
+         "/Span <</A <</ActualText (q)>> /ActualText (g\\)h)>> BDC BT 100 680 Td (gh) Tj ET EMC "
+         "/Span <</ActualText (on)>> BDC BT 100 660 Td (on) Tj ET EMC",
+         [](Typist& it) {
+             it.retype(0, 0, "ba");
+             it.remove(1);
+             it.gray(2, 0);
+         },
+         "1 2 0 1 0",
+         "/P <</MCID 0/E(x)>>BDC\nq\nq\nBT\n/F 10 Tf " + plain +
+             "1 0 0 1 100 700 Tm\n[<6261> ] TJ\nET\nQ\nQ\n BT /F 10 Tf 100 700 Td  [-1112 ] TJ\n "
+             "/Span<</ActualText(ef)>>BDC (cd) Tj EMC ET EMC /Span <</A <</ActualText (q)>> >> BDC "
+             "BT "
+             "100 680 Td  [-1112 ] TJ\n ET EMC /Span <</ActualText (on)>> BDC BT 100 660 Td  "
+             "[-1112 ] "
+             "TJ\n ET\nq\nq\n.5 g\nBT\n/F 10 Tf\n" +
+             plain + "1 0 0 1 100 660 Tm\n[(on) ] TJ\nET\nQ\nQ\n EMC\n"},
         {"new text", threeRuns,
          [](Typist& it) { it.add(50, 50, "hello (no)", it.document.textRun(it.texts[0], 0).font); },
          "3 0 1 0 0", ""},

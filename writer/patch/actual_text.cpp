@@ -1,0 +1,98 @@
+#include "writer/patch/actual_text.h"
+
+#include "runtime/budget.h"
+#include "runtime/exception.h"
+#include "writer/patch/byte_tokens.h"
+#include "writer/patch/insertion_points.h"
+
+#include <algorithm>
+
+namespace corvane {
+
+namespace {
+
+class Reader {
+public:
+    Reader(const ContentTrace& trace, const Matching& matching, const PaintOrder& order)
+        : trace_(trace), matching_(matching), order_(order),
+          marks_(matching.objects.size(), atEnd) {
+        for (const Insertion& insertion : order.insertions) {
+            if (!insertion.point.isAtEnd) {
+                marks_[insertion.object] = insertion.point.inForce.mark;
+            }
+        }
+    }
+
+    /// The innermost marked content that reads as it did, of all that is around the text.
+    TraceIndex lastThatReadsOn(PaintedIndex source) const {
+        const TraceIndex own = trace_.events()[trace_.painted()[source].event].behind.mark;
+        const EditedIndex owner = matching_.owners[source];
+        if (owner == noSource || matching_.objects[owner].difference.letters) {
+            return 0;
+        }
+        return order_.stays[owner] ? own : commonMark(trace_, own, marks_[owner]);
+    }
+
+private:
+    static constexpr TraceIndex atEnd = 0; ///< outside of all marked content
+
+    const ContentTrace& trace_;
+    const Matching& matching_;
+    const PaintOrder& order_;
+    std::vector<TraceIndex> marks_; ///< by object: around the place where it is written apart
+};
+
+} // namespace
+
+std::optional<std::string> withoutActualText(std::string_view bytes) {
+    const std::vector<std::string_view> tokens = tokensOf(bytes);
+    int depth = 0;
+    for (std::size_t i = 0; i + 1 < tokens.size(); ++i) {
+        depth += tokens[i] == "<<" ? 2 : tokens[i] == ">" ? -1 : 0;
+        const std::string_view value = tokens[i + 1];
+        if (depth == 2 && tokens[i] == "/ActualText" && value != "<<" &&
+            (value.front() == '(' || value.front() == '<')) {
+            const auto start = static_cast<std::size_t>(tokens[i].data() - bytes.data());
+            const auto end = static_cast<std::size_t>(value.data() - bytes.data()) + value.size();
+            return std::string(bytes.substr(0, start)) + std::string(bytes.substr(end));
+        }
+    }
+    return std::nullopt;
+}
+
+void patchActualText(PatchTools& tools, const Matching& matching, const PaintOrder& order,
+                     std::vector<Patch>& patches) {
+    const ContentTrace& trace = tools.trace;
+    const Reader reader(trace, matching, order);
+    std::vector<TraceIndex> changed;
+    std::int64_t steps = 0;
+    for (PaintedIndex source = 0; source < trace.painted().size(); ++source) {
+        const PaintedArt& text = trace.painted()[source];
+        if (text.setting == 0) {
+            continue;
+        }
+        const TraceIndex last = reader.lastThatReadsOn(source);
+        for (TraceIndex mark = trace.events()[text.event].behind.mark; mark != last;
+             mark = trace.mark(mark).outer) {
+            if (changed.empty() || changed.back() != mark) {
+                changed.push_back(mark);
+            }
+            if (++steps > budget::searchedPlaces) {
+                failException(Exception::limit);
+            }
+        }
+    }
+    std::ranges::sort(changed);
+    const auto same = std::ranges::unique(changed);
+    changed.erase(same.begin(), same.end());
+    for (const TraceIndex mark : changed) {
+        const TraceEvent& event = trace.events()[trace.mark(mark).event];
+        std::string bytes;
+        tools.bytes.append(bytes, {event.start, event.end});
+        if (std::optional<std::string> rest = withoutActualText(bytes)) {
+            patches.push_back({{event.start, event.end}, std::move(*rest)});
+        }
+    }
+}
+
+} // namespace corvane
