@@ -88,12 +88,13 @@ public:
     void readSegments(Art path, std::int32_t first, std::span<Segment> into) const;
     void writeSegments(Art path, std::int32_t first, std::span<const Segment>);
 
-    // Text: a line of runs, which a new text object has none of. Strings and pieces live as long as
-    // the document.
+    // Text: a line of runs, which a new text object has none of. Strings, pieces and paths of lines
+    // live as long as the document.
     Font addFont(const FontFacts&);
     void setFontFile(Font, std::int32_t face, std::span<const std::byte> file);
     const FontTable& fonts() const { return fonts_; }
     TextLine textLine(Art text) const;
+    /// Its path, if it has one, has two segments or more.
     void setTextLine(Art text, const TextLine&);
     std::int32_t textRunCount(Art text) const;
     TextRun textRun(Art text, std::int32_t index) const;

@@ -6,12 +6,24 @@
 
 #include <cmath>
 #include <limits>
+#include <vector>
 
 namespace corvane {
 
 namespace {
 
 constexpr std::size_t longestText = std::numeric_limits<std::int32_t>::max();
+
+/// Segments of the path of a line: what one path of the artwork may have.
+constexpr std::size_t longestPath = std::numeric_limits<std::int32_t>::max();
+
+bool hasMeaning(const TextLine& line) {
+    const bool isNamed = line.anchor <= TextAnchor::end && line.order <= TextOrder::rightToLeft;
+    const bool pathFits =
+        line.path.empty() ||
+        (line.path.data() != nullptr && line.path.size() > 1 && line.path.size() <= longestPath);
+    return isNamed && line.length >= 0 && pathFits;
+}
 
 /// Whether pieces lie in the text, each at the beginning of a character and behind the one before.
 bool piecesFit(const TextRun& run) {
@@ -47,7 +59,11 @@ TextLine Document::textLine(Art text) const {
 }
 
 void Document::setTextLine(Art text, const TextLine& line) {
-    texts_.setLine(tree_.find(text, ArtKind::text), line);
+    const NodeIndex node = tree_.find(text, ArtKind::text);
+    if (!hasMeaning(line)) {
+        throw ArtworkError("the line of text has a value without meaning");
+    }
+    texts_.setLine(node, line);
 }
 
 std::int32_t Document::textRunCount(Art text) const {
@@ -81,13 +97,20 @@ void Document::transformText(Art text, const RealMatrix& map) {
     const NodeIndex node = tree_.find(text, ArtKind::text);
     TextLine line = texts_.line(node);
     const RealMatrix before = realMatrix(line.matrix);
-    RealMatrix after = multiply(before, map);
+    std::vector<Segment> path(line.path.begin(), line.path.end());
+    RealMatrix after = multiply(before, path.empty() ? map : withoutTurn(map));
     const double scale = growth(before, after);
     if (scale != 1) {
         texts_.scaleRuns(node, scale);
         after = multiply({1 / scale, 0, 0, 1 / scale, 0, 0}, after);
     }
     line.matrix = fixedMatrix(after);
+    line.length = scaledLength(line.length, scale);
+    if (!path.empty()) {
+        transform(path, map);
+        line.path = path;
+        line.pathStart = fixedNumber(line.pathStart * meanStretch(map) / fixedOne);
+    }
     texts_.setLine(node, line);
 }
 

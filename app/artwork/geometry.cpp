@@ -45,6 +45,16 @@ void transform(std::span<Segment> segments, const RealMatrix& map) {
     }
 }
 
+RealMatrix withoutTurn(const RealMatrix& matrix) {
+    const double along = std::hypot(matrix.a, matrix.b);
+    if (!(along > 0)) {
+        return {matrix.a, matrix.b, matrix.c, matrix.d, 0, 0};
+    }
+    return {
+        along, 0, (matrix.c * matrix.a + matrix.d * matrix.b) / along, determinant(matrix) / along,
+        0,     0};
+}
+
 PathStyle scaled(PathStyle style, double scale) {
     style.lineWidth = scaledLength(style.lineWidth, scale);
     style.dashPhase = scaledLength(style.dashPhase, scale);

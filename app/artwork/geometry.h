@@ -18,6 +18,9 @@ Matrix fixedMatrix(const RealMatrix&);
 Fixed scaledLength(Fixed, double scale);
 
 void transform(std::span<Segment>, const RealMatrix&);
+/// What the matrix does to letters on a path that it turns: it neither moves nor turns them. Exact
+/// where all directions are stretched alike.
+RealMatrix withoutTurn(const RealMatrix&);
 /// The style with line width and dashes scaled in that way.
 PathStyle scaled(PathStyle, double scale);
 

@@ -60,12 +60,49 @@ const TextTable::Run& TextTable::runAt(NodeIndex node, std::int32_t index) const
 }
 
 TextLine TextTable::line(NodeIndex node) const {
-    return lineAt(node).line;
+    const Line line = lineAt(node);
+    TextLine told{.matrix = line.matrix,
+                  .isVertical = line.isVertical,
+                  .anchor = line.anchor,
+                  .order = line.order,
+                  .length = line.length,
+                  .stretchesLetters = line.stretchesLetters};
+    if (line.path != nullptr) {
+        told.path = {line.path->segments, line.path->count};
+        told.isPathClosed = line.path->isClosed;
+        told.pathStart = line.path->start;
+    }
+    return told;
+}
+
+/// The segments of `before` are kept where the line still has them.
+const TextTable::LinePath* TextTable::keptPath(const LinePath* before, const TextLine& line) {
+    if (line.path.empty()) {
+        return nullptr;
+    }
+    const bool same = before != nullptr && before->segments == line.path.data() &&
+                      before->count == line.path.size();
+    const Segment* segments = line.path.data();
+    if (!same) {
+        Segment* const copied = allocate<Segment>(line.path.size());
+        std::ranges::copy(line.path, copied);
+        segments = copied;
+    }
+    LinePath* const path = allocate<LinePath>(1);
+    *path = {segments, static_cast<std::uint32_t>(line.path.size()), line.isPathClosed,
+             line.pathStart};
+    return path;
 }
 
 void TextTable::setLine(NodeIndex node, const TextLine& line) {
     Line changed = lineAt(node);
-    changed.line = line;
+    changed.matrix = line.matrix;
+    changed.length = line.length;
+    changed.anchor = line.anchor;
+    changed.order = line.order;
+    changed.isVertical = line.isVertical;
+    changed.stretchesLetters = line.stretchesLetters;
+    changed.path = keptPath(changed.path, line);
     lines_.set(node, changed);
 }
 

@@ -26,14 +26,16 @@ private:
     ArtworkBudget* budget_;
 };
 
-/// Runs, letters and pieces lie in one pool, and never change once they are there. So copies share
-/// them, and what is disposed of is given back with the document: text comes and goes as a whole.
+/// Runs, letters, pieces and paths lie in one pool, and never change once they are there. So copies
+/// share them, and what is disposed of is given back with the document: text comes and goes as a
+/// whole.
 class TextTable {
 public:
     TextTable(ArtworkBudget& budget, StyleTable& styles)
         : styles_(styles), lines_(budget), memory_(budget), pool_(firstBlock, &memory_) {}
 
     TextLine line(NodeIndex) const;
+    /// Of a line that was checked, whose path is copied. Throws `ArtworkError` past the budget.
     void setLine(NodeIndex, const TextLine&);
 
     std::int32_t runCount(NodeIndex) const;
@@ -65,8 +67,21 @@ private:
         Fixed spacing = 0;
         std::uint32_t style = 0;
     };
+    /// What few lines have.
+    struct LinePath {
+        const Segment* segments = nullptr;
+        std::uint32_t count = 0;
+        bool isClosed = false;
+        Fixed start = 0;
+    };
     struct Line {
-        TextLine line;
+        Matrix matrix;
+        Fixed length = 0;
+        TextAnchor anchor = TextAnchor::start;
+        TextOrder order = TextOrder::visual;
+        bool isVertical = false;
+        bool stretchesLetters = false;
+        const LinePath* path = nullptr;
         Run* runs = nullptr;
         std::int32_t count = 0;
         std::int32_t room = 0; ///< of `runs`; a copy has none to spare, so it never adds to these
@@ -74,6 +89,7 @@ private:
 
     Line lineAt(NodeIndex) const;
     const Run& runAt(NodeIndex, std::int32_t index) const;
+    const LinePath* keptPath(const LinePath* before, const TextLine&);
     template <class T>
     T* allocate(std::size_t count);
 

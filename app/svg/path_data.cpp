@@ -78,8 +78,9 @@ private:
     bool pointBefore_ = false;
 };
 
-void writeSubpath(TextOutput& output, PathPen& pen, const Segments& segments, bool closed) {
-    const std::int32_t count = segments.size();
+/// `at(i)` is a segment, `i` from 0 to `count` - 1.
+template <class At>
+void writeSubpath(TextOutput& output, PathPen& pen, std::int32_t count, bool closed, At at) {
     if (count == 0) {
         return;
     }
@@ -92,11 +93,11 @@ void writeSubpath(TextOutput& output, PathPen& pen, const Segments& segments, bo
         }
     };
 
-    const Segment first = segments[0];
+    const Segment first = at(0);
     write([&](char* out) { return pen.move(out, first.anchor); });
     Segment last = first;
     for (std::int32_t i = 1; i < count; ++i) {
-        const Segment next = segments[i];
+        const Segment next = at(i);
         writeTo(last, next);
         last = next;
     }
@@ -114,8 +115,17 @@ void writeSubpath(TextOutput& output, PathPen& pen, const Segments& segments, bo
 void writePathData(TextOutput& output, const Document& document, Art shape, PageCorner corner) {
     PathPen pen(corner);
     forEachSubpath(document, shape, [&](Art path) {
-        writeSubpath(output, pen, document.segments(path), document.closed(path));
+        const Segments segments = document.segments(path);
+        writeSubpath(output, pen, segments.size(), document.closed(path),
+                     [&](std::int32_t i) { return segments[i]; });
     });
+}
+
+void writeSegmentData(TextOutput& output, std::span<const Segment> segments, bool closed,
+                      PageCorner corner) {
+    PathPen pen(corner);
+    writeSubpath(output, pen, static_cast<std::int32_t>(segments.size()), closed,
+                 [&](std::int32_t i) { return segments[static_cast<std::size_t>(i)]; });
 }
 
 void writeRectangleData(TextOutput& output, const Extent& extent, PageCorner corner) {

@@ -6,6 +6,7 @@
 #include "app/svg/sink.h"
 
 #include <cstdint>
+#include <span>
 
 namespace corvane {
 
@@ -22,6 +23,9 @@ struct PageCorner {
 /// curve of a closed subpath, back to its start, is written out, and so is its last line if the
 /// last anchor lies on the start: a reader that merges an end on the start gets the same anchors.
 void writePathData(TextOutput&, const Document&, Art shape, PageCorner);
+
+/// Writes the data of one subpath that is in no document.
+void writeSegmentData(TextOutput&, std::span<const Segment>, bool closed, PageCorner);
 
 /// Writes the data of an axis-parallel rectangle.
 void writeRectangleData(TextOutput&, const Extent&, PageCorner);

@@ -6,6 +6,7 @@
 #include "app/svg/font_names.h"
 #include "app/svg/markup.h"
 #include "app/svg/style.h"
+#include "app/svg/text_direction.h"
 #include "app/svg/text_shift.h"
 
 #include <array>
@@ -16,6 +17,9 @@
 namespace corvane {
 
 namespace {
+
+/// What ids of paths of letters begin with; their numbers are those of the first runs.
+constexpr std::string_view curveIdPrefix = "curve";
 
 /// Which attributes all runs of a text have in common.
 struct Shared {
@@ -42,7 +46,11 @@ public:
 
 private:
     void findShared();
+    void writePath();
     void writePlace();
+    void writeLineAttributes();
+    void writeOrder();
+    void startPath();
     void writeFont(const TextRun&);
     void writeAttributes(const TextRun&, Shared which);
     void writeOwn(const TextRun&, std::uint32_t number);
@@ -61,8 +69,8 @@ private:
     double stretch_; ///< of the line's matrix
     Shared shared_;
     bool needsBlanks_ = false;
-    bool isRightToLeft_ = false;
-    Fixed rise_ = 0; ///< of the run before
+    bool isOverridden_ = false; ///< letters of scripts from the right stand as they are said
+    Fixed rise_ = 0;            ///< of the run before
 };
 
 /// XML drops blanks at the ends, and makes one of several.
@@ -73,21 +81,6 @@ bool losesBlanks(std::string_view text, bool& afterBlank) {
         afterBlank = c == ' ';
     }
     return loses;
-}
-
-/// Whether letters of scripts that run from the right are in the text.
-bool holdsRightToLeft(std::string_view text) {
-    while (!text.empty()) {
-        const Character character = decodeCharacter(text);
-        const char32_t c = character.code;
-        text.remove_prefix(std::max<std::size_t>(character.length, 1));
-        if ((c >= 0x590 && c <= 0x8FF) || (c >= 0xFB1D && c <= 0xFDFF) ||
-            (c >= 0xFE70 && c <= 0xFEFC) || (c >= 0x10800 && c <= 0x10FFF) ||
-            (c >= 0x1E800 && c <= 0x1EFFF)) {
-            return true;
-        }
-    }
-    return false;
 }
 
 /// Whether a blank stands where one element of the text ends and another begins: some programs drop
@@ -112,19 +105,95 @@ void TextWriter::findShared() {
         shared_.style = shared_.style && run.style == first.style;
         needsBlanks_ =
             losesBlanks(run.text, afterBlank) || bordersOnBlank(run, count_ == 1) || needsBlanks_;
-        isRightToLeft_ = isRightToLeft_ || holdsRightToLeft(run.text);
+        isOverridden_ =
+            isOverridden_ || (line_.order == TextOrder::visual && holdsRightToLeft(run.text));
     }
     needsBlanks_ = needsBlanks_ || afterBlank;
+}
+
+/// Whether the line's space is that of the page but for its place.
+bool isPlain(const Matrix& matrix) {
+    return matrix.a == fixedOne && matrix.b == 0 && matrix.c == 0 && matrix.d == fixedOne;
+}
+
+/// What letters stand on, in front of their text. The transform of the text is undone.
+void TextWriter::writePath() {
+    out_.text("<defs><path id=\"");
+    out_.text(curveIdPrefix);
+    out_.number(std::int64_t{place_.number} << 16);
+    out_.text("\"");
+    const Matrix turned{line_.matrix.a, -line_.matrix.b, -line_.matrix.c, line_.matrix.d, 0, 0};
+    if (const auto back = inverse(realMatrix(turned)); back && !isPlain(line_.matrix)) {
+        const RealMatrix undone = withoutSignedZeros(*back);
+        out_.text(" transform=\"matrix(");
+        for (const double value : {undone.a, undone.b, undone.c, undone.d}) {
+            writeDouble(out_, value);
+            out_.text(" ");
+        }
+        out_.text("0 0)\"");
+    }
+    out_.text(" d=\"");
+    writeSegmentData(out_, line_.path, line_.isPathClosed, place_.corner);
+    out_.text("\"/></defs>");
+}
+
+void TextWriter::startPath() {
+    out_.text("<textPath href=\"#");
+    out_.text(curveIdPrefix);
+    out_.number(std::int64_t{place_.number} << 16);
+    out_.text("\"");
+    if (line_.pathStart != 0) {
+        writeNumberAttribute(out_, "startOffset", line_.pathStart);
+    }
+    out_.text(">");
+}
+
+/// Elements of a text do not inherit what orders its letters, and some programs ask each of them.
+void TextWriter::writeOrder() {
+    if (isOverridden_) {
+        writePlainAttribute(out_, "direction", "ltr");
+        writePlainAttribute(out_, "unicode-bidi", "bidi-override");
+    }
+}
+
+/// What is said of the line as a whole.
+void TextWriter::writeLineAttributes() {
+    if (line_.isVertical) {
+        // Pages set all letters of a column upright, which has no attribute.
+        writePlainAttribute(out_, "style", "writing-mode:vertical-rl;text-orientation:upright");
+    }
+    if (needsBlanks_) {
+        writePlainAttribute(out_, "xml:space", "preserve");
+    }
+    writeOrder();
+    const bool isRightToLeft = line_.order == TextOrder::rightToLeft;
+    if (isRightToLeft) {
+        writePlainAttribute(out_, "direction", "rtl");
+    }
+    const TextAnchor first = isRightToLeft ? TextAnchor::end : TextAnchor::start;
+    if (line_.anchor != first) {
+        writePlainAttribute(out_, "text-anchor",
+                            line_.anchor == TextAnchor::middle ? "middle" : "end");
+    }
+    if (line_.length != 0) {
+        writeNumberAttribute(out_, "textLength", line_.length);
+        if (line_.stretchesLetters) {
+            writePlainAttribute(out_, "lengthAdjust", "spacingAndGlyphs");
+        }
+    }
 }
 
 /// From the line's space, turned to point down as SVG does, to the page.
 void TextWriter::writePlace() {
     const Matrix& matrix = line_.matrix;
-    const std::int64_t x = place_.corner.x(matrix.tx);
-    const std::int64_t y = place_.corner.y(matrix.ty);
-    if (matrix.a == fixedOne && matrix.b == 0 && matrix.c == 0 && matrix.d == fixedOne) {
-        writeNumberAttribute(out_, "x", x);
-        writeNumberAttribute(out_, "y", y);
+    const bool isOnPath = !line_.path.empty();
+    const std::int64_t x = isOnPath ? 0 : place_.corner.x(matrix.tx);
+    const std::int64_t y = isOnPath ? 0 : place_.corner.y(matrix.ty);
+    if (isPlain(matrix)) {
+        if (!isOnPath) {
+            writeNumberAttribute(out_, "x", x);
+            writeNumberAttribute(out_, "y", y);
+        }
         return;
     }
     const std::array<std::int64_t, 6> turned{
@@ -212,6 +281,7 @@ void TextWriter::writeLetters(const TextRun& run) {
     const auto writeTo = [&](std::size_t end) {
         if (piece != nullptr) {
             out_.text("<tspan");
+            writeOrder();
             writeShift(piece->shift, run.size);
             if (piece->face != 0) {
                 out_.text(" font-family=\"");
@@ -236,8 +306,12 @@ void TextWriter::writeLetters(const TextRun& run) {
 
 void TextWriter::write() {
     findShared();
-    const bool several = count_ > 1;
+    const bool isOnPath = !line_.path.empty();
+    const bool several = count_ > 1 || isOnPath;
     const TextRun first = document_.textRun(text_, 0);
+    if (isOnPath) {
+        writePath();
+    }
     out_.text("<text");
     if (!several) {
         writeOwn(first, place_.number);
@@ -248,20 +322,12 @@ void TextWriter::write() {
         writePlainAttribute(out_, "clip-path", place_.clip);
     }
     writePlace();
-    if (line_.isVertical) {
-        // Pages set all letters of a column upright, which has no attribute.
-        writePlainAttribute(out_, "style", "writing-mode:vertical-rl;text-orientation:upright");
-    }
-    if (needsBlanks_) {
-        writePlainAttribute(out_, "xml:space", "preserve");
-    }
-    if (isRightToLeft_) {
-        // Letters stand in the order in which the page shows them.
-        writePlainAttribute(out_, "direction", "ltr");
-        writePlainAttribute(out_, "unicode-bidi", "bidi-override");
-    }
+    writeLineAttributes();
     writeAttributes(first, shared_);
     out_.text(">");
+    if (isOnPath) {
+        startPath();
+    }
     if (!several) {
         writeLetters(first);
     }
@@ -271,12 +337,13 @@ void TextWriter::write() {
         const TextRun run = document_.textRun(text_, i);
         out_.text("<tspan");
         writeOwn(run, number++);
+        writeOrder();
         writeAttributes(run, own);
         out_.text(">");
         writeLetters(run);
         out_.text("</tspan>");
     }
-    out_.text("</text>");
+    out_.text(isOnPath ? "</textPath></text>" : "</text>");
 }
 
 } // namespace

@@ -237,22 +237,28 @@ void TreeReader::enterGroup(pugi::xml_node node) {
     push(std::move(frame));
 }
 
-/// The first child that this program satisfies.
+/// The first child that this program satisfies, and knows: behind a text that others break into
+/// lines there may be one that is broken already.
 void TreeReader::enterSwitch(pugi::xml_node node) {
     Frame frame = frameOf(node);
     if (isHidden(frame)) {
         return;
     }
-    pugi::xml_node chosen = node.first_child();
-    for (; chosen; chosen = chosen.next_sibling()) {
-        if (chosen.type() != pugi::node_element) {
+    pugi::xml_node chosen;
+    for (const pugi::xml_node child : node.children()) {
+        if (child.type() != pugi::node_element) {
             continue;
         }
-        const Attributes attributes(chosen);
+        const Attributes attributes(child);
         countAgain(1 + attributes.cost());
         const std::string_view language = attributes[Attribute::systemLanguage];
-        if (!attributes.has(Attribute::requiredExtensions) &&
-            (language.empty() || language.find("en") != std::string_view::npos)) {
+        if (attributes.has(Attribute::requiredExtensions) ||
+            (!language.empty() && language.find("en") == std::string_view::npos)) {
+            continue;
+        }
+        const bool isKnown = ignoredKind(context_.index.elementOf(child)).empty();
+        chosen = !chosen || isKnown ? child : chosen;
+        if (isKnown) {
             break;
         }
     }

@@ -163,6 +163,61 @@ TEST_F(TextTest, stretchingGoesIntoTheSizes) {
               (Matrix{0, fixedOne, -fixedOne, 0, 10 * fixedOne, 0}));
 }
 
+TEST_F(TextTest, aLineThatHasNoMeaningIsRefused) {
+    const std::array<Segment, 2> path{};
+    const std::array<TextLine, 6> faults{{
+        {.anchor = static_cast<TextAnchor>(3)},
+        {.order = static_cast<TextOrder>(3)},
+        {.length = -1},
+        {.path = std::span(path).first(1)},
+        {.path = {static_cast<const Segment*>(nullptr), 2}},
+        {.path = {path.data(), std::size_t{1} << 40}},
+    }};
+    for (const TextLine& fault : faults) {
+        EXPECT_EQ(host(slot::setTextLine, text, &fault), HostError::failed) << &fault - &faults[0];
+    }
+    TextLine told{.anchor = TextAnchor::end};
+    ASSERT_EQ(host(slot::getTextLine, text, &told), HostError::none);
+    EXPECT_EQ(told.anchor, TextAnchor::start);
+}
+
+/// A line keeps a path of its own, which its copies have too, and which goes where the line goes.
+TEST_F(TextTest, aLineOnAPathTakesItAlong) {
+    constexpr Fixed one = fixedOne;
+    std::array<Segment, 2> path{{{{0, 0}, {0, 0}, {3 * one, 0}, 0}, {{6 * one, one}, {}, {}, 0}}};
+    const TextLine line{.anchor = TextAnchor::middle,
+                        .order = TextOrder::rightToLeft,
+                        .length = 5 * one,
+                        .stretchesLetters = true,
+                        .path = path,
+                        .isPathClosed = true,
+                        .pathStart = one};
+    ASSERT_EQ(host(slot::setTextLine, text, &line), HostError::none);
+    path = {};
+    ASSERT_EQ(add(), HostError::none);
+    Art copy = Art::null;
+    ASSERT_EQ(host(slot::duplicateArt, text, Placement::inFront, text, &copy), HostError::none);
+    transformArt(host.document, copy, {0, 2, -2, 0, 10, 0}); // enlarged, and turned to the left
+    TextLine moved;
+    ASSERT_EQ(host(slot::getTextLine, copy, &moved), HostError::none);
+    EXPECT_EQ(moved.anchor, TextAnchor::middle);
+    EXPECT_EQ(moved.order, TextOrder::rightToLeft);
+    EXPECT_TRUE(moved.stretchesLetters && moved.isPathClosed);
+    EXPECT_EQ(moved.length, 10 * one);
+    EXPECT_EQ(moved.pathStart, 2 * one);
+    EXPECT_EQ(moved.matrix, (Matrix{one, 0, 0, one, 0, 0})); // the path turns the letters
+    ASSERT_EQ(moved.path.size(), 2U);
+    EXPECT_EQ(moved.path[0].out, (Point{10 * one, 6 * one}));
+    EXPECT_EQ(moved.path[1].anchor, (Point{8 * one, 12 * one}));
+    EXPECT_EQ(read(copy, 0).size, 24 * one);
+
+    transformArt(host.document, copy, {-1, 0, 0, 1, 0, 0}); // in a mirror letters stay mirrored
+    EXPECT_EQ(host.document.textLine(copy).matrix, (Matrix{one, 0, 0, -one, 0, 0}));
+    const std::span<const Segment> original = host.document.textLine(text).path;
+    ASSERT_EQ(original.size(), 2U);
+    EXPECT_EQ(original[1].anchor, (Point{6 * one, one}));
+}
+
 TEST_F(TextTest, aTileCannotHoldTextInItsOwnPattern) {
     Pattern pattern{.tile = host.document.makeArtwork(),
                     .right = 1,

@@ -2,6 +2,7 @@
 
 #include "app/svg/read/style/css_colour.h"
 #include "app/svg/read/style/font_style.h"
+#include "app/svg/read/style/text_style.h"
 #include "app/svg/read/values/number.h"
 
 #include <algorithm>
@@ -261,8 +262,11 @@ ComputedStyle computeStyle(const ComputedStyle& outer, const Declared& declared,
     style.overflows = false;
     style.saysFill = style.saysStroke = false;
     style.baselineShift = 0;
+    style.bidi = Bidi::none;
+    style.flow = {};
     if (attributes.has(Attribute::xmlSpace)) {
         style.keepsBlanks = attributes[Attribute::xmlSpace] == "preserve";
+        style.keepsLines = false;
     }
     style.clipPath = {};
     if (declared.any()) {

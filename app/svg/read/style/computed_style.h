@@ -8,6 +8,7 @@
 #include "app/svg/read/tally.h"
 #include "app/svg/read/values/length.h"
 #include "host/artwork.h"
+#include "host/text.h"
 
 #include <cstdint>
 #include <optional>
@@ -25,6 +26,9 @@ struct PaintValue {
     double alpha = 1;        ///< of the colour
     std::string_view server; ///< id of a gradient or pattern
 };
+
+/// What `unicode-bidi` makes of the order of an element's letters.
+enum class Bidi : std::uint8_t { none, embedded, overridden };
 
 /// Lengths are user units of the element that says them; so a use in another scale cannot change
 /// what is inherited.
@@ -46,9 +50,13 @@ struct ComputedStyle {
     double wordSpacing = 0;
     std::int16_t fontWeight = 400;
     bool italic = false;
-    bool anchored = false; ///< `text-anchor` is not where text starts
+    TextAnchor anchor = TextAnchor::start;
+    bool rightToLeft = false; ///< `direction`
     bool vertical = false;
+    bool upright = false; ///< all letters of vertical text, not only those that always are
     bool keepsBlanks = false;
+    bool keepsLines = false; ///< line ends are
+    double baseline = 0;     ///< which one stands on the line: its height in ems
     std::string_view dashes; ///< empty: none
     Viewport viewport;       ///< of the element that gave the dashes
     std::int32_t cap = 0;    ///< as in `PathStyle`
@@ -62,7 +70,9 @@ struct ComputedStyle {
     bool displayed = true;
     bool overflows = false;
     double baselineShift = 0; ///< up
-    bool saysFill = false;    ///< the element itself has the property
+    Bidi bidi = Bidi::none;
+    std::string_view flow; ///< the property that has text broken into lines; empty: none
+    bool saysFill = false; ///< the element itself has the property
     bool saysStroke = false;
     std::string_view clipPath; ///< id of the clip; empty: none
 };

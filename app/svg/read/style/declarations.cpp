@@ -12,6 +12,11 @@ std::string_view trimmed(std::string_view text) {
     return text;
 }
 
+std::string_view valueOf(const Declared& declared, Attribute property) {
+    const std::string_view text = trimmed(declared[property]);
+    return text == "inherit" ? std::string_view{} : text;
+}
+
 namespace {
 
 bool takeComment(TextCursor& cursor) {

@@ -32,6 +32,9 @@ private:
     std::array<std::string_view, propertyCount> values_;
 };
 
+/// What was said of a property, without blanks around it; empty where it is inherited.
+std::string_view valueOf(const Declared&, Attribute property);
+
 inline bool isProperty(Attribute name) {
     return static_cast<std::size_t>(name) < propertyCount;
 }

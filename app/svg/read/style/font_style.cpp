@@ -17,11 +17,6 @@ namespace {
 /// How much larger each size of CSS is than the one below it.
 constexpr double sizeStep = 1.2;
 
-std::string_view valueOf(const Declared& declared, Attribute property) {
-    const std::string_view text = trimmed(declared[property]);
-    return text == "inherit" ? std::string_view{} : text;
-}
-
 std::optional<double> parseFontSize(std::string_view text, const LengthContext& lengths) {
     constexpr auto keywords =
         std::to_array<std::pair<std::string_view, double>>({{"xx-small", 9},
@@ -70,45 +65,51 @@ bool isSlanted(std::string_view text) {
     return text.starts_with("italic") || text.starts_with("oblique");
 }
 
+bool isStretched(std::string_view text) {
+    return text.ends_with("condensed") || text.ends_with("expanded");
+}
+
+std::string_view takeWord(TextCursor& cursor) {
+    const std::string_view before = cursor.rest();
+    while (!cursor.atEnd() && !isBlank(cursor.peek()) && cursor.peek() != '/') {
+        cursor.skip();
+    }
+    return cursor.since(before);
+}
+
 /// "italic bold 12px/1.2 Arial, sans-serif": all up to the size may be missing.
-void readShorthand(std::string_view text, ComputedStyle& style, const LengthContext& lengths) {
+void readShorthand(std::string_view text, ComputedStyle& style, const LengthContext& lengths,
+                   Tally& tally) {
     style.italic = false;
     style.fontWeight = 400;
     TextCursor cursor(text);
     for (cursor.skipBlanks(); !cursor.atEnd(); cursor.skipBlanks()) {
-        const std::string_view before = cursor.rest();
-        const std::size_t length = std::min(before.find_first_of(" \t\r\n"), before.size());
-        for (std::size_t i = 0; i < length; ++i) {
-            cursor.skip();
+        const std::string_view word = takeWord(cursor);
+        if (word.empty()) {
+            return; // a slash in front of the size
         }
-        const std::string_view word = before.substr(0, length);
-        const std::string_view size = word.substr(0, word.find('/'));
+        if (word == "normal") {
+            continue; // of whatever is not said
+        }
         if (isSlanted(word)) {
             style.italic = true;
+        } else if (isStretched(word)) {
+            tally.add("font-stretch");
+        } else if (word == "small-caps") {
+            tally.add("font-variant");
         } else if (const auto weight = parseWeight(word, style.fontWeight)) {
             style.fontWeight = *weight;
-        } else if (const auto number = parseFontSize(size, lengths)) {
+        } else if (const auto number = parseFontSize(word, lengths)) {
             style.fontSize = *number;
+            cursor.skipBlanks();
+            if (cursor.take('/')) {
+                cursor.skipBlanks();
+                takeWord(cursor); // the height of lines
+            }
             style.families = trimmed(cursor.rest());
             return;
         }
     }
-}
-
-double parseSpacing(std::string_view text, const LengthContext& lengths) {
-    return text == "normal" ? 0 : parseLength(text, Axis::other, lengths).value_or(0);
-}
-
-double parseBaselineShift(std::string_view text, const LengthContext& lengths) {
-    // Where fonts set letters below and above the line, in ems, is seldom far from this.
-    constexpr double below = -0.2;
-    constexpr double above = 0.33;
-    if (text == "sub" || text == "super") {
-        return (text == "sub" ? below : above) * lengths.fontSize;
-    }
-    LengthContext ofFont = lengths;
-    ofFont.viewport = {lengths.fontSize, lengths.fontSize};
-    return parseLength(text, Axis::x, ofFont).value_or(0);
 }
 
 /// What an escape means; `text` begins behind its backslash.
@@ -153,7 +154,7 @@ FamilyName parseFamily(std::string_view text) {
 void readFont(ComputedStyle& style, const Declared& declared, const LengthContext& lengths,
               Tally& tally) {
     if (const auto text = valueOf(declared, Attribute::font); !text.empty()) {
-        readShorthand(text, style, lengths);
+        readShorthand(text, style, lengths, tally);
     }
     if (const auto text = valueOf(declared, Attribute::fontSize); !text.empty()) {
         style.fontSize = parseFontSize(text, lengths).value_or(style.fontSize);
@@ -166,38 +167,6 @@ void readFont(ComputedStyle& style, const Declared& declared, const LengthContex
     }
     if (const auto text = valueOf(declared, Attribute::fontWeight); !text.empty()) {
         style.fontWeight = parseWeight(text, style.fontWeight).value_or(style.fontWeight);
-    }
-    if (const auto text = valueOf(declared, Attribute::fontVariant);
-        !text.empty() && text != "normal" && text != "none") {
-        tally.add("font-variant");
-    }
-}
-
-void readTextStyle(ComputedStyle& style, const Declared& declared, const LengthContext& lengths,
-                   Tally& tally) {
-    if (const auto text = valueOf(declared, Attribute::letterSpacing); !text.empty()) {
-        style.letterSpacing = parseSpacing(text, lengths);
-    }
-    if (const auto text = valueOf(declared, Attribute::wordSpacing); !text.empty()) {
-        style.wordSpacing = parseSpacing(text, lengths);
-    }
-    if (const auto text = valueOf(declared, Attribute::textAnchor); !text.empty()) {
-        style.anchored = text == "middle" || text == "end";
-    }
-    if (const auto text = valueOf(declared, Attribute::writingMode); !text.empty()) {
-        style.vertical = text.starts_with("tb") || text.starts_with("vertical");
-    }
-    if (const auto text = valueOf(declared, Attribute::whiteSpace); !text.empty()) {
-        style.keepsBlanks = text == "pre" || text == "pre-wrap" || text == "break-spaces";
-    }
-    if (const auto text = valueOf(declared, Attribute::baselineShift); !text.empty()) {
-        style.baselineShift = parseBaselineShift(text, lengths);
-    }
-    for (const Attribute line : {Attribute::textDecoration, Attribute::textDecorationLine}) {
-        const std::string_view text = valueOf(declared, line);
-        if (!text.empty() && !text.starts_with("none")) {
-            tally.add("text-decoration");
-        }
     }
 }
 

@@ -1,4 +1,4 @@
-// Properties of fonts and text (CSS 2.1, 15 and 16; SVG 1.1, 10).
+// Properties of fonts (CSS 2.1, 15).
 #pragma once
 
 #include "app/svg/read/style/computed_style.h"
@@ -12,10 +12,6 @@ namespace corvane {
 /// `font` and the properties that it stands for. `lengths` has the size of the font around.
 void readFont(ComputedStyle& style, const Declared& declared, const LengthContext& lengths,
               Tally& tally);
-
-/// The other properties of text; `lengths` has the element's own size.
-void readTextStyle(ComputedStyle& style, const Declared& declared, const LengthContext& lengths,
-                   Tally& tally);
 
 struct FamilyName {
     std::string name;

@@ -47,12 +47,13 @@ void LetterPlaces::open(const Attributes& attributes, const LengthContext& lengt
 }
 
 const double* LetterPlaces::find(Kind kind, std::size_t letter) const {
-    for (auto lists = lists_.rbegin(); lists != lists_.rend(); ++lists) {
-        const std::vector<double>& values = lists->values[kind];
-        if (!lists->any || values.empty()) {
+    for (std::size_t depth = lists_.size(); depth-- > outermost_;) {
+        const Lists& lists = lists_[depth];
+        const std::vector<double>& values = lists.values[kind];
+        if (!lists.any || values.empty()) {
             continue;
         }
-        const std::size_t index = letter - lists->first;
+        const std::size_t index = letter - lists.first;
         if (index < values.size()) {
             return &values[index];
         }

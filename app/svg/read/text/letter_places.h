@@ -26,6 +26,9 @@ public:
     /// Of an element whose first letter is the one counted `first` in the text.
     void open(const Attributes& attributes, const LengthContext& lengths, std::size_t first);
     void close() { lists_.pop_back(); }
+    /// Letters on a path have only the places that stand within its element, which is open.
+    void enterPath() { outermost_ = lists_.size() - 1; }
+    void leavePath() { outermost_ = 0; }
 
     LetterPlace of(std::size_t letter) const;
 
@@ -40,6 +43,7 @@ private:
     const double* find(Kind kind, std::size_t letter) const;
 
     std::vector<Lists> lists_;
+    std::size_t outermost_ = 0; ///< of the lists that count
 };
 
 } // namespace corvane

@@ -1,9 +1,12 @@
 #include "app/svg/read/text/line_maker.h"
 
+#include "app/svg/text_direction.h"
 #include "app/svg/text_shift.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <utility>
 
 namespace corvane {
 
@@ -24,8 +27,15 @@ bool looksAlike(const LetterLook& left, const LetterLook& right) {
 
 } // namespace
 
-void LineMaker::startLine(const LetterPlace& place) {
-    finishRun();
+void LineMaker::startLine(const LetterPlace& place, const LetterLook& look) {
+    finishLine();
+    line_ = {.isVertical = frame_.isVertical, .anchor = look.anchor, .order = look.order};
+    isOpen_ = true;
+    isOfPage_ = mayTurn_ = isMixed_ = passedEnd_ = false;
+    if (path_) {
+        startOnPath(place);
+        return;
+    }
     const double before = across_; // a line that says nothing of it keeps the baseline
     double x = place.x.value_or(frame_.isVertical ? origin_.x + before : 0);
     double y = place.y.value_or(frame_.isVertical ? 0 : origin_.y + before);
@@ -36,9 +46,35 @@ void LineMaker::startLine(const LetterPlace& place) {
     }
     origin_ = {x, y};
     turn_ = place.rotate;
-    isOpen_ = true;
     isTurned_ = turn_ != 0;
-    art_ = Art::null;
+}
+
+void LineMaker::startOnPath(const LetterPlace& place) {
+    if (place.rotate != 0) {
+        context_.tally.add("rotate");
+    }
+    if (frame_.isVertical) {
+        context_.tally.add("textPath");
+    }
+    isTurned_ = false;
+    carried_ = 0;
+    across_ = context_.ours ? 0 : place.dy;
+    const double along = place.x.value_or(0) + (context_.ours ? 0 : place.dx);
+    line_.path = path_->segments;
+    line_.isPathClosed = path_->isClosed;
+    line_.pathStart = fixedNumber(path_->start + along * meanStretch(frame_.toArt));
+}
+
+/// The matrix of a line on a path: what is left of the one to the artboard without its turn. Only
+/// where lengths are the same in all directions do letters look the same everywhere on the path.
+RealMatrix LineMaker::matrixOnPath() const {
+    constexpr double mostSkew = 0.01;
+    const RealMatrix matrix = withoutTurn(frame_.toArt);
+    const double mean = meanStretch(matrix);
+    if (std::abs(matrix.a - mean) > mostSkew * mean || std::abs(matrix.c) > mostSkew * mean) {
+        context_.tally.add("textPath");
+    }
+    return {mean, 0, 0, std::copysign(mean, matrix.d), 0, 0};
 }
 
 /// Null where the line has no extent, or too much.
@@ -47,7 +83,7 @@ Art LineMaker::makeLine() {
     const RealMatrix turn{std::cos(angle), std::sin(angle), -std::sin(angle),
                           std::cos(angle), origin_.x,       origin_.y};
     const RealMatrix placed{1, 0, 0, 1, origin_.x, origin_.y};
-    RealMatrix matrix = multiply(isTurned_ ? turn : placed, frame_.toArt);
+    RealMatrix matrix = path_ ? matrixOnPath() : multiply(isTurned_ ? turn : placed, frame_.toArt);
     matrix.c = -matrix.c;
     matrix.d = -matrix.d;
     scale_ = std::hypot(matrix.c, matrix.d);
@@ -61,11 +97,8 @@ Art LineMaker::makeLine() {
     if (scale_ != 1) {
         matrix = multiply({1 / scale_, 0, 0, 1 / scale_, 0, 0}, matrix);
     }
-    const Art art =
-        context_.document.make(ArtKind::text, frame_.place.placement, frame_.place.reference);
-    context_.document.setTextLine(art,
-                                  {.matrix = fixedMatrix(matrix), .isVertical = frame_.isVertical});
-    return art;
+    line_.matrix = fixedMatrix(matrix);
+    return context_.document.make(ArtKind::text, frame_.place.placement, frame_.place.reference);
 }
 
 void LineMaker::startRun(const LetterLook& look, double rise) {
@@ -84,34 +117,109 @@ void LineMaker::addPiece(double shift, std::int32_t face) {
     }
 }
 
-void LineMaker::add(std::string_view letter, bool blank, const LetterPlace& place,
-                    const LetterLook& look) {
+/// A length holds for a line that has all letters of its element, and no others.
+void LineMaker::voidLength(const FittedLength& fitted) {
+    if (fitted.element != 0 && fitted.element != voided_) {
+        context_.tally.add("textLength");
+        voided_ = fitted.element;
+    }
+}
+
+void LineMaker::fit(const LetterLook& look, bool starts) {
+    if (starts) {
+        fitted_ = look.fitted;
+        const bool again = fitted_.element == lastFitted_ || fitted_.element == voided_;
+        if (fitted_.element != 0 && again) {
+            voidLength(fitted_);
+            if (lastArt_ != Art::null) {
+                TextLine last = context_.document.textLine(lastArt_);
+                last.length = 0;
+                context_.document.setTextLine(lastArt_, last);
+            }
+            lastArt_ = Art::null;
+            fitted_ = {};
+        }
+    } else if (look.fitted.element != fitted_.element) {
+        voidLength(look.fitted);
+        voidLength(fitted_);
+        fitted_ = {};
+    }
+}
+
+/// Of a letter within a line.
+void LineMaker::countWhatIsLost(const Letter& letter, const LetterPlace& place,
+                                const LetterLook& look) {
+    if (isTurned_ || place.rotate != 0) {
+        context_.tally.add("rotate"); // where the letter begins is not known
+    }
+    if (passedEnd_ && !letter.isBlank) {
+        context_.tally.add("white-space"); // the text was to go on in a new line
+    }
+    if (look.order != line_.order && !letter.isBlank && !isMixed_) {
+        context_.tally.add("unicode-bidi");
+        isMixed_ = true;
+        line_.order = std::max(line_.order, TextOrder::leftToRight);
+    }
+}
+
+void LineMaker::add(const Letter& letter, const LetterPlace& place, const LetterLook& look) {
     const std::optional<double>& along = frame_.isVertical ? place.y : place.x;
     const std::optional<double>& across = frame_.isVertical ? place.x : place.y;
     const bool starts = !isOpen_ || along.has_value();
+    const bool isDropped = letter.isBlank && (letter.endsLine || !look.keepsBlanks);
+    if (leftPath_ && !along && !isDropped) {
+        context_.tally.add("textPath"); // where its letters end is not known
+    }
     if (starts) {
         dropLastBlank();
-        startLine(place);
-    } else if (across) {
-        across_ = *across - (frame_.isVertical ? origin_.x : origin_.y);
+        startLine(place, look);
+    } else {
+        countWhatIsLost(letter, place, look);
+        if (across && !path_) {
+            const double moved = *across - (frame_.isVertical ? origin_.x : origin_.y);
+            if (moved != across_ && line_.anchor != TextAnchor::start) {
+                context_.tally.add("text-anchor"); // of a part of the line
+            }
+            across_ = moved;
+        }
+    }
+    leftPath_ = leftPath_ && isDropped;
+    passedEnd_ = letter.endsLine || (passedEnd_ && letter.isBlank);
+    if (starts || !isDropped) {
+        fit(look, starts);
     }
     double shift = carried_;
-    carried_ = blank ? look.wordSpacing : 0;
+    carried_ = letter.isBlank ? look.wordSpacing : 0;
     if (!starts || context_.ours) {
         shift += frame_.isVertical ? place.dy : place.dx;
         const double step = frame_.isVertical ? place.dx : place.dy;
         across_ += context_.ours ? asWritten(step) : step;
-    }
-    if ((!starts && isTurned_) || (!starts && place.rotate != 0)) {
-        context_.tally.add("rotate"); // where the letter begins is not known
     }
     const double rise = (frame_.isVertical ? across_ : -across_) + look.rise;
     if (text_.empty() || rise != rise_ || !looksAlike(look, look_)) {
         startRun(look, rise);
     }
     addPiece(shift, look.face);
-    text_ += letter;
-    endsInBlank_ = blank && !look.keepsBlanks;
+    text_ += letter.text;
+    isOfPage_ = isOfPage_ || look.source.has_value();
+    mayTurn_ = mayTurn_ || holdsRightToLeft(letter.text);
+    endsInBlank_ = isDropped;
+}
+
+void LineMaker::enterPath(TextPath path) {
+    dropLastBlank();
+    finishLine();
+    isOpen_ = false;
+    path_ = std::move(path);
+}
+
+void LineMaker::leavePath() {
+    dropLastBlank();
+    finishLine();
+    isOpen_ = false;
+    across_ = 0;
+    path_.reset();
+    leftPath_ = true;
 }
 
 /// At the end of a line.
@@ -155,9 +263,26 @@ void LineMaker::finishRun() {
     pieces_.clear();
 }
 
+/// Only now is known what holds for the whole line.
+void LineMaker::finishLine() {
+    finishRun();
+    if (art_ == Art::null) {
+        return;
+    }
+    if (line_.order == TextOrder::leftToRight && isOfPage_ && !mayTurn_) {
+        line_.order = TextOrder::visual; // as pages have their lines
+    }
+    line_.length = fixedNumber(fitted_.length * scale_);
+    line_.stretchesLetters = line_.length != 0 && fitted_.stretchesLetters;
+    context_.document.setTextLine(art_, line_);
+    lastArt_ = art_;
+    lastFitted_ = fitted_.element;
+    art_ = Art::null;
+}
+
 bool LineMaker::finish() {
     dropLastBlank();
-    finishRun();
+    finishLine();
     return made_;
 }
 

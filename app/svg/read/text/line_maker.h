@@ -4,6 +4,7 @@
 #include "app/svg/read/context.h"
 #include "app/svg/read/shape_builder.h"
 #include "app/svg/read/text/letter_places.h"
+#include "app/svg/read/text/text_path.h"
 #include "host/matrix.h"
 
 #include <cstdint>
@@ -14,6 +15,20 @@
 
 namespace corvane {
 
+/// One character of a text.
+struct Letter {
+    std::string_view text;
+    bool isBlank = false;  ///< any blank, as `text` is one then
+    bool endsLine = false; ///< a line end that the text keeps
+};
+
+/// The `textLength` of an element.
+struct FittedLength {
+    std::uint32_t element = 0; ///< tells elements apart; 0: none
+    double length = 0;
+    bool stretchesLetters = false;
+};
+
 /// How letters look. Lengths are of their user space.
 struct LetterLook {
     Font font = Font::null;
@@ -23,6 +38,9 @@ struct LetterLook {
     double wordSpacing = 0;
     double rise = 0; ///< `baseline-shift`
     bool keepsBlanks = false;
+    TextAnchor anchor = TextAnchor::start; ///< of a line that begins here
+    TextOrder order = TextOrder::leftToRight;
+    FittedLength fitted;
     PathStyle style;
     std::optional<ArtSource> source;
     /// Letters of different ones do not share a run.
@@ -42,17 +60,25 @@ class LineMaker {
 public:
     LineMaker(ReadingContext& context, const LineFrame& frame) : context_(context), frame_(frame) {}
 
-    /// The next letter; `blank`: any blank, as `letter` is one then.
-    void add(std::string_view letter, bool blank, const LetterPlace& place, const LetterLook& look);
+    void add(const Letter& letter, const LetterPlace& place, const LetterLook& look);
+    /// Letters from here on stand on a path.
+    void enterPath(TextPath path);
+    void leavePath();
     /// Makes what is still open. Whether there was any text.
     bool finish();
 
 private:
-    void startLine(const LetterPlace& place);
+    void startLine(const LetterPlace& place, const LetterLook& look);
+    void startOnPath(const LetterPlace& place);
     void startRun(const LetterLook& look, double rise);
+    void countWhatIsLost(const Letter& letter, const LetterPlace& place, const LetterLook& look);
+    void fit(const LetterLook& look, bool starts);
+    void voidLength(const FittedLength& fitted);
     void addPiece(double shift, std::int32_t face);
     void dropLastBlank();
     void finishRun();
+    void finishLine();
+    RealMatrix matrixOnPath() const;
     Art makeLine();
 
     ReadingContext& context_;
@@ -67,6 +93,19 @@ private:
     double carried_ = 0; ///< shift of the next letter for the blank before it
     Art art_ = Art::null;
     double scale_ = 1; ///< from lengths of the user space to those of the line's space
+    TextLine line_;
+    FittedLength fitted_;    ///< of all its letters
+    bool isOfPage_ = false;  ///< some of its letters are
+    bool mayTurn_ = false;   ///< it has letters of scripts that run from the right
+    bool isMixed_ = false;   ///< the order of its letters is that of none of its elements
+    bool passedEnd_ = false; ///< a line end that is kept came last
+    std::optional<TextPath> path_;
+    bool leftPath_ = false; ///< no letter since
+
+    // The line before, for lengths of elements that turn out to have several.
+    Art lastArt_ = Art::null;
+    std::uint32_t lastFitted_ = 0;
+    std::uint32_t voided_ = 0; ///< the element of the last length that was counted as lost
 
     // The run.
     std::string text_;

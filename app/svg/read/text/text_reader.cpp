@@ -20,6 +20,9 @@ constexpr std::size_t deepestText = 64;
 /// Letters that count as much as an element where a text is read again.
 constexpr std::int64_t lettersOfAnElement = 64;
 
+/// Scripts that stand upright in vertical text begin here, all but a few.
+constexpr char32_t firstUpright = 0x1100;
+
 /// Attributes of which the innermost element that has any counts, for they are not inherited as
 /// properties are.
 bool hasExactValues(const Attributes& attributes) {
@@ -46,6 +49,26 @@ UserBox roughBox(pugi::xml_node text, const LetterPlace& start, double size) {
     return box;
 }
 
+/// What this program writes of a page stands as it is said, from the left.
+TextOrder orderOf(const ComputedStyle& style, Tally& tally) {
+    if (style.bidi != Bidi::overridden) {
+        return style.rightToLeft ? TextOrder::rightToLeft : TextOrder::leftToRight;
+    }
+    if (style.rightToLeft) {
+        tally.add("unicode-bidi");
+        return TextOrder::rightToLeft;
+    }
+    return TextOrder::visual;
+}
+
+/// The side of the line's place that its letters are on.
+TextAnchor anchorOf(const ComputedStyle& style) {
+    if (!style.rightToLeft || style.anchor == TextAnchor::middle) {
+        return style.anchor;
+    }
+    return style.anchor == TextAnchor::start ? TextAnchor::end : TextAnchor::start;
+}
+
 std::optional<ArtSource> sourceOf(const Attributes& attributes, const ReadingContext& context,
                                   bool idsTell) {
     if (!context.ours) {
@@ -64,23 +87,53 @@ void TextReader::open(pugi::xml_node element, const Attributes& attributes,
     level.next = element.first_child();
     level.styled = element;
     level.style = style;
-    level.look.rise = style.baselineShift;
+    level.shift = style.baselineShift;
+    level.look.order = orderOf(style, context_.tally);
     if (!levels_.empty()) {
         const Level& outer = levels_.back();
         level.styled = hasExactValues(attributes) ? element : outer.styled;
         level.look.source = outer.look.source;
         level.look.element = outer.look.element;
-        level.look.rise += outer.look.rise;
+        level.shift += outer.shift;
+        level.look.fitted = outer.look.fitted;
+        isBroken_ = isBroken_ || attributes.has(Attribute::x) || attributes.has(Attribute::y);
+        if (style.bidi == Bidi::none) {
+            level.look.order = outer.look.order;
+        }
     }
     if (const auto source = sourceOf(attributes, context_, idsTell_)) {
         level.look.source = source;
         level.look.element = ++elements_;
     }
-    if (attributes.has(Attribute::textLength)) {
-        context_.tally.add("textLength");
-    }
+    fit(level, attributes);
     places_.open(attributes, {viewport_, style.fontSize}, letters_);
     levels_.push_back(std::move(level));
+}
+
+void TextReader::close() {
+    if (levels_.back().isOnPath) {
+        places_.leavePath();
+        lines_.leavePath();
+        isOnPath_ = false;
+        afterBlank_ = true;
+    }
+    places_.close();
+    levels_.pop_back();
+}
+
+void TextReader::fit(Level& level, const Attributes& attributes) {
+    if (!attributes.has(Attribute::textLength)) {
+        return;
+    }
+    const LengthContext lengths{viewport_, level.style.fontSize};
+    const Axis axis = frame_.isVertical ? Axis::y : Axis::x;
+    const auto length = parseLength(attributes[Attribute::textLength], axis, lengths);
+    if (!length || !(*length > 0) || level.look.fitted.element != 0) {
+        context_.tally.add("textLength"); // wrong, or of a part of what has a length
+        return;
+    }
+    level.look.fitted = {++fitted_, *length,
+                         attributes[Attribute::lengthAdjust] == "spacingAndGlyphs"};
 }
 
 void TextReader::visit(pugi::xml_node node) {
@@ -89,12 +142,28 @@ void TextReader::visit(pugi::xml_node node) {
     if (foreign) {
         return;
     }
-    if (element != Element::tspan && element != Element::a) {
+    switch (element) {
+    case Element::altGlyph: // its letters stand for the glyphs
+        context_.tally.add("altGlyph");
+        enter(node, element);
+        return;
+    case Element::tspan:
+    case Element::a:
+    case Element::textPath:
+        enter(node, element);
+        return;
+    case Element::switchElement:
+        context_.tally.add("switch");
+        return;
+    default:
         if (const std::string_view kind = ignoredKind(element); !kind.empty()) {
             context_.tally.add(kind);
         }
-        return;
     }
+}
+
+/// An element of text within another.
+void TextReader::enter(pugi::xml_node node, Element element) {
     if (levels_.size() == deepestText) {
         context_.tally.add("text nested too deeply");
         return;
@@ -109,7 +178,28 @@ void TextReader::visit(pugi::xml_node node) {
         context_.tally.add("hidden element");
         return;
     }
-    open(node, attributes, style);
+    if (element != Element::textPath) {
+        open(node, attributes, style);
+        return;
+    }
+    const LengthContext lengths{viewport_, style.fontSize};
+    std::optional<TextPath> path;
+    if (isOnPath_) {
+        context_.tally.add(ignoredKind(element)); // a path has no other within it
+    } else {
+        path = readTextPath(attributes, frame_.toArt, lengths, context_);
+    }
+    if (path) {
+        open(node, attributes, style);
+        enterPath(std::move(*path));
+    }
+}
+
+void TextReader::enterPath(TextPath path) {
+    lines_.enterPath(std::move(path));
+    places_.enterPath();
+    levels_.back().isOnPath = isOnPath_ = true;
+    afterBlank_ = true;
 }
 
 /// The first family that is named; others of the machine may stand in for it.
@@ -153,7 +243,9 @@ const LetterLook& TextReader::lookOf(Level& level) {
     look.size = style.fontSize;
     look.spacing = style.letterSpacing;
     look.wordSpacing = style.wordSpacing;
+    look.rise = level.shift - (frame_.isVertical ? 0 : style.baseline * style.fontSize);
     look.keepsBlanks = style.keepsBlanks;
+    look.anchor = anchorOf(style);
     if (!style.visible) {
         context_.tally.add("hidden element"); // its letters keep their place
         return look;
@@ -181,30 +273,32 @@ void TextReader::readLetters(std::string_view text) {
         if (blank && afterBlank_ && !level.style.keepsBlanks) {
             continue;
         }
+        const bool isLineEnd = letter == "\n";
         if (blank) {
             letter = " ";
         } else if (character.length == 0) {
             letter = "\xEF\xBF\xBD";
         } else if (!isTextCharacter(character.code)) {
             continue;
+        } else if (frame_.isVertical && !level.style.upright && character.code < firstUpright &&
+                   !isSideways_) {
+            isSideways_ = true;
+            context_.tally.add("text-orientation");
         }
         afterBlank_ = blank && !level.style.keepsBlanks;
-        lines_.add(letter, blank, places_.of(letters_++), lookOf(level));
+        const bool endsLine = blank && isLineEnd && level.style.keepsLines;
+        lines_.add({letter, blank, endsLine}, places_.of(letters_++), lookOf(level));
     }
 }
 
 bool TextReader::read(pugi::xml_node text, const Attributes& attributes,
                       const ComputedStyle& style) {
-    if (style.anchored) {
-        context_.tally.add("text-anchor"); // how wide letters are is not known
-    }
     open(text, attributes, style);
     box_ = roughBox(text, places_.of(0), style.fontSize);
     while (!levels_.empty()) {
         const pugi::xml_node node = levels_.back().next;
         if (!node) {
-            places_.close();
-            levels_.pop_back();
+            close();
             continue;
         }
         levels_.back().next = node.next_sibling();
@@ -214,7 +308,11 @@ bool TextReader::read(pugi::xml_node text, const Attributes& attributes,
             readLetters(node.value());
         }
     }
-    return lines_.finish();
+    const bool made = lines_.finish();
+    if (made && !isBroken_ && !style.flow.empty()) {
+        context_.tally.add(style.flow); // nothing says where its lines stand
+    }
+    return made;
 }
 
 } // namespace corvane

@@ -26,11 +26,17 @@ private:
         pugi::xml_node styled; ///< the element whose exact values in hidden attributes count
         ComputedStyle style;
         LetterLook look;
-        bool looked = false; ///< `look` is whole
+        double shift = 0;      ///< of the baseline, up
+        bool looked = false;   ///< `look` is whole
+        bool isOnPath = false; ///< its letters, and it is the element of the path
     };
 
     void open(pugi::xml_node element, const Attributes& attributes, const ComputedStyle& style);
+    void close();
     void visit(pugi::xml_node node);
+    void enter(pugi::xml_node node, Element element);
+    void enterPath(TextPath path);
+    void fit(Level& level, const Attributes& attributes);
     void readLetters(std::string_view text);
     const LetterLook& lookOf(Level& level);
     void setFont(LetterLook& look, const ComputedStyle& style);
@@ -47,6 +53,10 @@ private:
     std::vector<Level> levels_;
     std::size_t letters_ = 0; ///< so far
     std::uint32_t elements_ = 0;
+    std::uint32_t fitted_ = 0; ///< elements with a length
+    bool isBroken_ = false;    ///< elements within the text have places, as lines have
+    bool isOnPath_ = false;
+    bool isSideways_ = false; ///< vertical text has letters that would lie on their side
     bool afterBlank_ = true;
 };
 
