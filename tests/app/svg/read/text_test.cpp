@@ -80,6 +80,8 @@ private:
         return text;
     }
 
+    Point point() { return {fixed(real(-300, 300)), fixed(real(-300, 300))}; }
+
     void addLine() {
         const Art text = art_.document.make(ArtKind::text, Placement::inside, art_.layerArt());
         TextLine line;
@@ -91,6 +93,20 @@ private:
         line.matrix.tx = fixed(real(-300, 300));
         line.matrix.ty = fixed(real(-300, 300));
         line.isVertical = below(5) == 0;
+        line.anchor = static_cast<TextAnchor>(below(3));
+        line.order = static_cast<TextOrder>(below(3));
+        line.length = below(3) == 0 ? fixed(real(.01, 200)) : 0;
+        line.stretchesLetters = line.length != 0 && below(2) == 0;
+        std::vector<Segment> path;
+        if (!line.isVertical && below(4) == 0) {
+            for (int i = 2 + below(3); i >= 0; --i) {
+                path.push_back({point(), point(), point(), 0});
+            }
+            line.path = path;
+            line.isPathClosed = below(2) == 0;
+            line.pathStart = below(2) == 0 ? fixed(real(-9, 99)) : 0;
+            line.matrix = {fixedOne, 0, 0, below(2) == 0 ? fixedOne : -fixedOne};
+        }
         art_.document.setTextLine(text, line);
         for (int i = below(4); i >= 0; --i) {
             addRun(text);
@@ -131,7 +147,18 @@ private:
 void expectSameText(const Document& document, Art text, const Document& other, Art again) {
     const TextLine line = document.textLine(text);
     EXPECT_EQ(line.matrix, other.textLine(again).matrix);
-    EXPECT_EQ(line.isVertical, other.textLine(again).isVertical);
+    const TextLine readLine = other.textLine(again);
+    EXPECT_EQ(line.isVertical, readLine.isVertical);
+    EXPECT_EQ(line.anchor, readLine.anchor);
+    EXPECT_EQ(line.order == TextOrder::rightToLeft, readLine.order == TextOrder::rightToLeft);
+    EXPECT_EQ(line.length, readLine.length);
+    EXPECT_EQ(line.stretchesLetters, readLine.stretchesLetters);
+    EXPECT_EQ(line.pathStart, readLine.pathStart);
+    EXPECT_EQ(line.isPathClosed, readLine.isPathClosed);
+    ASSERT_EQ(line.path.size(), readLine.path.size());
+    for (std::size_t i = 0; i < line.path.size(); ++i) {
+        EXPECT_EQ(line.path[i].anchor, readLine.path[i].anchor);
+    }
     ASSERT_EQ(document.textRunCount(text), other.textRunCount(again));
     for (std::int32_t i = 0; i < document.textRunCount(text); ++i) {
         const TextRun run = document.textRun(text, i);
@@ -238,12 +265,24 @@ TEST(ReadText, othersTextBecomesLinesAndRuns) {
 
 TEST(ReadText, whatTextCannotHoldIsCounted) {
     const std::pair<const char*, const char*> rows[] = {
-        {"<text text-anchor='middle'>a</text>", "text-anchor"},
-        {"<text textLength='40'>a</text>", "textLength"},
-        {"<text><textPath href='#p'>a</textPath></text>", "textPath"},
         {"<text rotate='5'>ab</text>", "rotate"},
         {"<text text-decoration='underline'>a</text>", "text-decoration"},
         {"<text font-variant='small-caps'>a</text>", "font-variant"},
+        {"<text style='font:small-caps 9px a'>a</text>", "font-variant"},
+        {"<text style='font-variant-caps:small-caps'>a</text>", "font-variant"},
+        {"<text style='font:condensed 9px a'>a</text>", "font-stretch"},
+        {"<text style='font-feature-settings:\"smcp\"'>a</text>", "font-feature-settings"},
+        {"<text style='text-transform:uppercase'>a</text>", "text-transform"},
+        {"<text dominant-baseline='reset-size'>a</text>", "dominant-baseline"},
+        {"<text><tspan alignment-baseline='middle'>a</tspan></text>", "alignment-baseline"},
+        {"<text style='writing-mode:vertical-rl'>ab</text>", "text-orientation"},
+        {"<text style='white-space:pre'>a\nb</text>", "white-space"},
+        {"<text x='1' style='shape-inside:url(#r)'>a</text>", "shape-inside"},
+        {"<text x='1' y='2' style='inline-size:9'>a</text>", "inline-size"},
+        {"<text>a<tref href='#p'/></text>", "tref"},
+        {"<text>a<altGlyph>b</altGlyph></text>", "altGlyph"},
+        {"<text>a<switch><tspan>b</tspan></switch></text>", "switch"},
+        {"<flowRoot><flowPara>a</flowPara></flowRoot>", "flowRoot"},
         {"<text transform='scale(0)'>a</text>", "transform"},
         {"<text>a</text>", "text"},
     };
@@ -252,6 +291,25 @@ TEST(ReadText, whatTextCannotHoldIsCounted) {
     }
     EXPECT_TRUE(
         ReadArt(foreignSvg("<style>@font-face{src:url(data:,)}</style>")).reading.ignored.empty());
+}
+
+/// As Inkscape writes text: styles with all that they leave as it is, lines that it broke itself.
+TEST(ReadText, nothingIsLostOfWhatAnEditorWrites) {
+    const ReadArt read(foreignSvg(
+        "<text xml:space='preserve' style='font-style:normal;font-variant:normal;font-weight:bold;"
+        "font-stretch:normal;font-size:10px;line-height:1.25;font-family:Corvane;"
+        "-inkscape-font-specification:\"Arial, Bold\";font-variant-ligatures:normal;"
+        "font-variant-caps:normal;font-variant-numeric:normal;font-feature-settings:normal;"
+        "text-decoration:none;text-decoration-line:none;text-transform:none;text-align:center;"
+        "letter-spacing:0px;writing-mode:lr-tb;direction:ltr;text-orientation:auto;"
+        "dominant-baseline:auto;baseline-shift:baseline;text-anchor:middle;white-space:pre;"
+        "shape-inside:url(#rect1);shape-padding:0;inline-size:0' x='5' y='9'>"
+        "<tspan x='5' y='9'>one \n</tspan><tspan x='5' y='21' sodipodi:role='line'>two"
+        "<tspan style='font-size:65%;baseline-shift:super'>2</tspan></tspan></text>"
+        "<switch><flowRoot><flowPara>a</flowPara></flowRoot><text x='1' y='9'>b</text></switch>"));
+    EXPECT_EQ(read.reading.ignored, (std::map<std::string, std::int32_t>{{"text", 3}}));
+    const Art first = read.document.nextSibling(read.document.nextSibling(frontArt(read.document)));
+    EXPECT_EQ(read.document.textRun(first, 0).text, "one ");
 }
 
 /// What an editor makes of our own: properties in a style, a line of its own, another transform.
