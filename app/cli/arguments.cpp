@@ -19,7 +19,8 @@ struct CommandRow {
 
 constexpr std::array commandTable{
     CommandRow{Command::open, "open",
-               "FILE.pdf [--page N] [-o OUT.svg] [--images DIR] [--fonts WHERE]",
+               "FILE.pdf [--page N] [-o OUT.svg] [--images DIR] [--fonts WHERE] "
+               "[--text HOW]",
                "turn a page into editable artwork"},
     CommandRow{Command::save, "save",
                "ART.svg FILE.pdf [--page N] [--output OTHER.pdf] [--dry-run] [--force] [--plain] "
@@ -39,6 +40,7 @@ enum class OptionKind : std::uint8_t {
     output,
     images,
     fonts,
+    text,
     dryRun,
     force,
     plain,
@@ -76,6 +78,8 @@ constexpr std::array optionTable{
               "the folder for pictures (OUT-images)"},
     OptionRow{OptionKind::fonts, "--fonts", "WHERE", only(Command::open),
               "the page's fonts: embed them (embed), none, or a folder for files to install"},
+    OptionRow{OptionKind::text, "--text", "HOW", only(Command::open),
+              "letters follow one another (flow), or each has its place (exact)"},
     OptionRow{OptionKind::output, "--output", "OTHER.pdf", only(Command::save),
               "save into a copy of the file with this name"},
     OptionRow{OptionKind::dryRun, "--dry-run", "", only(Command::save),
@@ -213,6 +217,12 @@ private:
             break;
         case OptionKind::fonts:
             takeFonts(value);
+            break;
+        case OptionKind::text:
+            if (value != "flow" && value != "exact") {
+                fault_ = "--text takes flow or exact, not " + quoted(value);
+            }
+            arguments_.placesLetters = value == "exact";
             break;
         case OptionKind::passwordFile:
             arguments_.passwordFile = value;

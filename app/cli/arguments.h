@@ -27,7 +27,8 @@ struct Arguments {
                            ///< us; `save`: path of the PDF to make, empty changes `file` itself
     std::string images;    ///< folder for pictures; empty leaves it to us
     FontPlace fontPlace = FontPlace::artwork;
-    std::string fonts = {}; ///< folder for fonts, where `fontPlace` says so
+    bool placesLetters = false; ///< each letter of the artwork gets a place of its own
+    std::string fonts = {};     ///< folder for fonts, where `fontPlace` says so
     Profile profile = Profile::extended;
     bool namesProfile = false;           ///< the person named the profile
     std::string passwordFile;            ///< "-" is standard input; empty where none was named

@@ -51,7 +51,8 @@ void writeArtwork(const Arguments& arguments, const Document& document, const Ou
     const bool embeds = arguments.fontPlace == FontPlace::artwork;
     OutputFile output(target);
     output.commit(writeSvg(document, report.source, output,
-                           embeds ? EmbeddedFonts::all : EmbeddedFonts::none));
+                           {embeds ? EmbeddedFonts::all : EmbeddedFonts::none,
+                            arguments.placesLetters ? LetterPlacing::exact : LetterPlacing::flow}));
     report.output = target.path;
 }
 

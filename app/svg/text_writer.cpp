@@ -4,6 +4,7 @@
 
 #include "app/artwork/geometry.h"
 #include "app/svg/font_names.h"
+#include "app/svg/letter_layout.h"
 #include "app/svg/markup.h"
 #include "app/svg/style.h"
 #include "app/svg/text_direction.h"
@@ -13,6 +14,7 @@
 #include <charconv>
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 namespace corvane {
 
@@ -40,7 +42,11 @@ public:
     TextWriter(TextOutput& out, const PaintServers& servers, Art text, const TextPlace& place)
         : document_(servers.document()), out_(out), servers_(servers), place_(place), text_(text),
           line_(document_.textLine(text)), count_(document_.textRunCount(text)),
-          stretch_(stretchOf(line_.matrix)) {}
+          stretch_(stretchOf(line_.matrix)) {
+        if (place.advances != nullptr) {
+            glyphs_ = layOut(document_, text, *place.advances);
+        }
+    }
 
     void write();
 
@@ -55,7 +61,12 @@ private:
     void writeAttributes(const TextRun&, Shared which);
     void writeOwn(const TextRun&, std::uint32_t number);
     void writeLetters(const TextRun&);
-    void writeShift(Fixed shift, Fixed size);
+    void writePlaced(const TextRun&);
+    void writePlaces(std::size_t first, std::size_t end);
+    void writeSum();
+    bool isExact() const { return !glyphs_.empty(); }
+    void writeShift(std::string_view name, Fixed shift, Fixed size);
+    void writeFace(const TextRun&, std::int32_t face);
     std::string_view along() const { return line_.isVertical ? "dy" : "dx"; }
     std::string_view across() const { return line_.isVertical ? "dx" : "dy"; }
 
@@ -69,8 +80,10 @@ private:
     double stretch_; ///< of the line's matrix
     Shared shared_;
     bool needsBlanks_ = false;
-    bool isOverridden_ = false; ///< letters of scripts from the right stand as they are said
-    Fixed rise_ = 0;            ///< of the run before
+    bool isOverridden_ = false;       ///< letters of scripts from the right stand as they are said
+    Fixed rise_ = 0;                  ///< of the run before
+    std::vector<PlacedGlyph> glyphs_; ///< where each has a place of its own
+    std::size_t written_ = 0;         ///< of these
 };
 
 /// XML drops blanks at the ends, and makes one of several.
@@ -108,7 +121,7 @@ void TextWriter::findShared() {
         isOverridden_ =
             isOverridden_ || (line_.order == TextOrder::visual && holdsRightToLeft(run.text));
     }
-    needsBlanks_ = needsBlanks_ || afterBlank;
+    needsBlanks_ = needsBlanks_ || afterBlank || isExact();
 }
 
 /// Whether the line's space is that of the page but for its place.
@@ -249,13 +262,13 @@ void TextWriter::writeOwn(const TextRun& run, std::uint32_t number) {
         writeNumberAttribute(out_, across(), line_.isVertical ? up : -up);
         rise_ = run.rise;
     }
-    if (!run.pieces.empty() && run.pieces[0].start == 0 && run.pieces[0].face == 0) {
-        writeShift(run.pieces[0].shift, run.size);
+    if (!isExact() && !run.pieces.empty() && run.pieces[0].start == 0 && run.pieces[0].face == 0) {
+        writeShift(along(), run.pieces[0].shift, run.size);
     }
 }
 
 /// In as few digits as make the same shift again.
-void TextWriter::writeShift(Fixed shift, Fixed size) {
+void TextWriter::writeShift(std::string_view name, Fixed shift, Fixed size) {
     if (shift == 0) {
         return;
     }
@@ -272,22 +285,30 @@ void TextWriter::writeShift(Fixed shift, Fixed size) {
                   .ptr;
         std::from_chars(text.data(), end, read);
     }
-    writePlainAttribute(out_, along(), {text.data(), static_cast<std::size_t>(end - text.data())});
+    writePlainAttribute(out_, name, {text.data(), static_cast<std::size_t>(end - text.data())});
+}
+
+void TextWriter::writeFace(const TextRun& run, std::int32_t face) {
+    if (face != 0) {
+        out_.text(" font-family=\"");
+        writeFamilies(out_, document_.fonts().facts(run.font), face);
+        out_.text("\"");
+    }
 }
 
 void TextWriter::writeLetters(const TextRun& run) {
+    if (isExact()) {
+        writePlaced(run);
+        return;
+    }
     std::size_t start = 0;
     const TextPiece* piece = nullptr; // the one that began at `start`, where it has an element
     const auto writeTo = [&](std::size_t end) {
         if (piece != nullptr) {
             out_.text("<tspan");
             writeOrder();
-            writeShift(piece->shift, run.size);
-            if (piece->face != 0) {
-                out_.text(" font-family=\"");
-                writeFamilies(out_, document_.fonts().facts(run.font), piece->face);
-                out_.text("\"");
-            }
+            writeShift(along(), piece->shift, run.size);
+            writeFace(run, piece->face);
             out_.text(">");
         }
         writeEscaped(out_, run.text.substr(start, end - start));
@@ -302,6 +323,57 @@ void TextWriter::writeLetters(const TextRun& run) {
         piece = place != 0 || next.face != 0 ? &next : nullptr;
     }
     writeTo(run.text.size());
+}
+
+/// The places of some glyphs, in the space of the text.
+void TextWriter::writePlaces(std::size_t first, std::size_t end) {
+    const std::int64_t origin = isPlain(line_.matrix) ? place_.corner.x(line_.matrix.tx) : 0;
+    out_.text(" x=\"");
+    for (std::size_t i = first; i < end; ++i) {
+        out_.text(i == first ? "" : " ");
+        out_.number(origin + glyphs_[i].at);
+    }
+    out_.text("\"");
+}
+
+/// By which a reader sees that nobody moved a letter.
+void TextWriter::writeSum() {
+    double sum = 0;
+    for (const PlacedGlyph& glyph : glyphs_) {
+        sum += static_cast<double>(glyph.at) / fixedOne;
+    }
+    writeDoubleAttribute(out_, "data-exact", sum);
+}
+
+/// An element for each piece. Within one, a place behind letters that share a glyph would tear them
+/// apart: there another begins.
+void TextWriter::writePlaced(const TextRun& run) {
+    const std::int32_t number = glyphs_[written_].run;
+    const auto isOneLetter = [&](const PlacedGlyph& glyph) {
+        return glyph.end - glyph.start == decodeCharacter(run.text.substr(glyph.start)).length;
+    };
+    std::int32_t face = 0;
+    while (written_ < glyphs_.size() && glyphs_[written_].run == number) {
+        const std::size_t first = written_;
+        std::size_t end = first + 1;
+        while (end < glyphs_.size() && glyphs_[end].run == number &&
+               glyphs_[end].piece == nullptr && isOneLetter(glyphs_[end - 1])) {
+            ++end;
+        }
+        out_.text("<tspan");
+        writeOrder();
+        writePlaces(first, end);
+        if (const TextPiece* const piece = glyphs_[first].piece) {
+            writeShift("data-dx", piece->shift, run.size);
+            face = piece->face;
+        }
+        writeFace(run, face);
+        out_.text(">");
+        const std::size_t start = glyphs_[first].start;
+        writeEscaped(out_, run.text.substr(start, glyphs_[end - 1].end - start));
+        out_.text("</tspan>");
+        written_ = end;
+    }
 }
 
 void TextWriter::write() {
@@ -323,6 +395,9 @@ void TextWriter::write() {
     }
     writePlace();
     writeLineAttributes();
+    if (isExact()) {
+        writeSum();
+    }
     writeAttributes(first, shared_);
     out_.text(">");
     if (isOnPath) {

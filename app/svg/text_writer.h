@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/svg/art_source.h"
+#include "app/svg/letter_advances.h"
 #include "app/svg/paint_servers.h"
 #include "app/svg/path_data.h"
 #include "app/svg/sink.h"
@@ -15,14 +16,15 @@ namespace corvane {
 struct TextPlace {
     PageCorner corner;
     SourceBase base;
-    std::uint32_t number = 1; ///< of the first run, among all shapes
-    std::string clip;         ///< reference to what clips the element; empty: nothing
-    bool hidden = false;      ///< nothing is to be seen of it
+    std::uint32_t number = 1;           ///< of the first run, among all shapes
+    std::string clip;                   ///< reference to what clips the element; empty: nothing
+    bool hidden = false;                ///< nothing is to be seen of it
+    LetterAdvances* advances = nullptr; ///< each letter gets its place; null: they follow
 };
 
 /// Writes the element of a text object that has runs; what they are painted with must have been
-/// written. Nothing is laid out: letters stand where the font sets them, and `dx` says what
-/// differs.
+/// written. Letters stand where the font sets them, and `dx` says what differs, but where each gets
+/// its place and all widths are known.
 void writeText(TextOutput&, const PaintServers&, Art text, const TextPlace&);
 
 } // namespace corvane

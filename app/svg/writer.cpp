@@ -47,12 +47,13 @@ struct Level {
 
 enum class ClipEffect { none, cutsNothing, cuts, hides };
 
-/// What is numbered through the whole file.
+/// What is the same, or counted, through the whole file.
 struct Numbers {
     std::uint32_t layers = 0;
     std::uint32_t groups = 0;
     std::uint32_t shapes = 0;
     std::uint32_t clips = 0;
+    LetterAdvances* advances = nullptr; ///< where letters get places of their own
 };
 
 std::string clipReference(std::uint32_t clip) {
@@ -297,6 +298,7 @@ void SvgWriter::writeLine(Art text) {
         place.clip = clipReference(level.chain.clip);
     }
     place.hidden = level.chain.hides;
+    place.advances = numbers_.advances;
     writeIndent(out_, level.depth);
     writeText(out_, servers_, text, place);
 }
@@ -418,14 +420,18 @@ void SvgWriter::writeSource(std::string_view name, Art art) {
 } // namespace
 
 std::error_code writeSvg(const Document& document, const Provenance& provenance, ByteSink& sink,
-                         EmbeddedFonts fonts) {
+                         const SvgOptions& options) {
     TextOutput out(sink);
     writeRootStart(out, document.page(), provenance);
-    if (fonts == EmbeddedFonts::all) {
+    if (options.fonts == EmbeddedFonts::all) {
         writeFontRules(out, document.fonts());
     }
     PaintServers servers(document, cornerOf(document));
     Numbers numbers;
+    LetterAdvances advances(document.fonts());
+    if (options.letters == LetterPlacing::exact) {
+        numbers.advances = &advances;
+    }
     SvgWriter(out, servers, numbers, sourceBase(provenance)).writeLayers();
     out.text("\n</svg>\n");
     return out.flush();

@@ -139,6 +139,8 @@ constexpr std::array<std::string_view, attributeCount> names{
     "data-clip-rule",
     "data-clip-source",
     "data-source",
+    "data-exact",
+    "data-dx",
     "data-compound",
     "data-guide",
     "data-stroke-width",

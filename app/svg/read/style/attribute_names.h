@@ -141,6 +141,8 @@ enum class Attribute : std::uint8_t {
     dataClipRule,
     dataClipSource,
     dataSource,
+    dataExact,
+    dataDx,
     dataCompound,
     dataGuide,
     dataStrokeWidth,

@@ -7,9 +7,6 @@
 
 namespace corvane {
 
-namespace {
-
-/// As far as the list is right.
 std::vector<double> parseLengths(std::string_view text, Axis axis, const LengthContext& lengths) {
     std::vector<double> values;
     TextCursor cursor(text);
@@ -27,8 +24,6 @@ std::vector<double> parseLengths(std::string_view text, Axis axis, const LengthC
     return values;
 }
 
-} // namespace
-
 void LetterPlaces::open(const Attributes& attributes, const LengthContext& lengths,
                         std::size_t first) {
     constexpr std::array names{std::pair(Attribute::x, Axis::x), std::pair(Attribute::y, Axis::y),
@@ -38,9 +33,15 @@ void LetterPlaces::open(const Attributes& attributes, const LengthContext& lengt
     Lists& lists = lists_.emplace_back();
     lists.first = first;
     for (std::size_t kind = 0; kind < kinds; ++kind) {
-        if (attributes.has(names[kind].first)) {
-            lists.values[kind] =
-                parseLengths(attributes[names[kind].first], names[kind].second, lengths);
+        Attribute name = names[kind].first;
+        if (follows_ && kind == x && lists_.size() > 1) {
+            continue;
+        }
+        if (follows_ && kind == dx && attributes.has(Attribute::dataDx)) {
+            name = Attribute::dataDx;
+        }
+        if (attributes.has(name)) {
+            lists.values[kind] = parseLengths(attributes[name], names[kind].second, lengths);
             lists.any = true;
         }
     }

@@ -8,6 +8,7 @@
 #include "app/svg/read/style/font_style.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace corvane {
@@ -67,6 +68,36 @@ TextAnchor anchorOf(const ComputedStyle& style) {
         return style.anchor;
     }
     return style.anchor == TextAnchor::start ? TextAnchor::end : TextAnchor::start;
+}
+
+/// Adds up how far letters stand from `origin`, as their elements say.
+void addPlaces(pugi::xml_node element, std::size_t depth, double origin,
+               const LengthContext& lengths, double& sum, std::size_t& count) {
+    for (const pugi::xml_node child : element.children()) {
+        for (const double x : parseLengths(child.attribute("x").value(), Axis::x, lengths)) {
+            sum += x - origin;
+            ++count;
+        }
+        if (depth < deepestText) {
+            addPlaces(child, depth + 1, origin, lengths, sum, count);
+        }
+    }
+}
+
+/// Whether all letters have the places that this program gave them, perhaps moved together. They
+/// then follow one another, and need no places.
+bool isExact(pugi::xml_node text, const Attributes& attributes, const LengthContext& lengths) {
+    constexpr double rounding = 0.0005; // of one number that an editor wrote again
+    constexpr double least = 0.01;
+    const auto told = parseLength(attributes[Attribute::dataExact], Axis::x, lengths);
+    if (!told) {
+        return false;
+    }
+    const auto origin = parseLength(attributes[Attribute::x], Axis::x, lengths);
+    double sum = 0;
+    std::size_t count = 0;
+    addPlaces(text, 1, origin.value_or(0), lengths, sum, count);
+    return std::abs(sum - *told) <= least + rounding * static_cast<double>(count);
 }
 
 std::optional<ArtSource> sourceOf(const Attributes& attributes, const ReadingContext& context,
@@ -293,6 +324,9 @@ void TextReader::readLetters(std::string_view text) {
 
 bool TextReader::read(pugi::xml_node text, const Attributes& attributes,
                       const ComputedStyle& style) {
+    if (context_.ours && isExact(text, attributes, {viewport_, style.fontSize})) {
+        places_.follow();
+    }
     open(text, attributes, style);
     box_ = roughBox(text, places_.of(0), style.fontSize);
     while (!levels_.empty()) {

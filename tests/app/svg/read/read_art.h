@@ -30,8 +30,8 @@ struct ReadArt {
 
     std::string svg() const {
         StringSink sink;
-        return writeSvg(document, reading.provenance, sink, EmbeddedFonts::none) ? "failed"
-                                                                                 : sink.text();
+        return writeSvg(document, reading.provenance, sink, {EmbeddedFonts::none}) ? "failed"
+                                                                                   : sink.text();
     }
     /// What is in the only layer, without ids and ends of lines.
     std::string drawn() const {

@@ -1,0 +1,81 @@
+#include "app/svg/letter_layout.h"
+
+#include "app/artwork/geometry.h"
+#include "app/svg/text_shift.h"
+
+#include <cmath>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+/// Puts the letters of one run after another.
+class Layout {
+public:
+    explicit Layout(LetterAdvances& advances) : advances_(advances) {}
+
+    bool add(std::int32_t number, const TextRun& run);
+    std::vector<PlacedGlyph>& glyphs() { return glyphs_; }
+
+private:
+    bool addPart(std::int32_t number, const TextRun& run, std::size_t start, std::size_t end,
+                 const TextPiece* piece);
+
+    LetterAdvances& advances_;
+    double at_ = 0;
+    std::vector<PlacedGlyph> glyphs_;
+};
+
+bool Layout::addPart(std::int32_t number, const TextRun& run, std::size_t start, std::size_t end,
+                     const TextPiece* piece) {
+    const double em = static_cast<double>(run.size) / fixedOne;
+    const double spacing = static_cast<double>(run.spacing) / fixedOne;
+    const std::vector<GlyphWidth> widths = advances_.widths(
+        run.font, piece == nullptr ? 0 : piece->face, run.text.substr(start, end - start));
+    at_ += piece == nullptr ? 0 : lengthOfShift(piece->shift, em);
+    for (std::size_t i = 0; i < widths.size(); ++i) {
+        const double units = std::round(at_ * fixedOne);
+        if (!(std::abs(units) < 0x1p40)) {
+            return false;
+        }
+        glyphs_.push_back({number, start + widths[i].start,
+                           i + 1 < widths.size() ? start + widths[i + 1].start : end,
+                           static_cast<std::int64_t>(units), i == 0 ? piece : nullptr});
+        at_ += widths[i].advance * em + spacing;
+    }
+    return !widths.empty();
+}
+
+bool Layout::add(std::int32_t number, const TextRun& run) {
+    std::size_t start = 0;
+    const TextPiece* piece = nullptr;
+    for (const TextPiece& next : run.pieces) {
+        const auto end = static_cast<std::size_t>(next.start);
+        if (end != start && !addPart(number, run, start, end, piece)) {
+            return false;
+        }
+        start = end;
+        piece = &next;
+    }
+    return addPart(number, run, start, run.text.size(), piece);
+}
+
+} // namespace
+
+std::vector<PlacedGlyph> layOut(const Document& document, Art text, LetterAdvances& advances) {
+    const TextLine line = document.textLine(text);
+    if (line.isVertical || line.anchor != TextAnchor::start || line.length != 0 ||
+        !line.path.empty()) {
+        return {};
+    }
+    Layout layout(advances);
+    for (std::int32_t i = 0; i < document.textRunCount(text); ++i) {
+        if (!layout.add(i, document.textRun(text, i))) {
+            return {};
+        }
+    }
+    return std::move(layout.glyphs());
+}
+
+} // namespace corvane
