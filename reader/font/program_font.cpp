@@ -208,6 +208,12 @@ std::vector<std::byte> ProgramFont::makeFace(std::int32_t face) const {
             }
         }
     }
+    const bool hasBlank =
+        std::ranges::any_of(made.glyphs, [](const MadeGlyph& glyph) { return glyph.text == U" "; });
+    if (face == 0 && !hasBlank) {
+        // For gaps that read as blanks: another font would have a blank of another width.
+        made.glyphs.push_back({.outline = {}, .advance = spaceAdvance(), .text = U" "});
+    }
     return writeMadeFont(made);
 }
 
