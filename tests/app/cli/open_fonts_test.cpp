@@ -41,5 +41,30 @@ TEST_F(OpenFonts, AreInTheArtworkOrBesideItOrNowhere) {
     EXPECT_EQ(folder_.names(), (Names{"fonts", "in.pdf"})) << "no artwork either";
 }
 
+/// Places come of pieces and widths, and pieces again of places that nobody changed.
+TEST_F(OpenFonts, LettersThatHaveTheirPlacesAreTheSameArtwork) {
+    folder_.add("in.pdf",
+                test::PdfBuilder::onePage("BT /F1 10 Tf 20 80 Td [(Qu) -500 (ay)] TJ ET")
+                    .object(3, "<< /Type /Page /Parent 2 0 R /Contents 4 0 R "
+                               "/MediaBox [0 0 200 100] /Resources << /Font << /F1 5 0 R >> >> >>")
+                    .object(5, "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>")
+                    .bytes());
+    std::string exact = run({"open", "in.pdf", "-o", "-", "--text", "exact"}).output;
+    if (!holds(exact, "@font-face")) {
+        GTEST_SKIP() << "needs an installed font";
+    }
+    // Q 0.778, u 0.556, a 0.556 em wide.
+    EXPECT_TRUE(holds(exact, "<tspan x=\"20 27.78\">Qu</tspan>"
+                             "<tspan x=\"38.34 43.9\" data-dx=\"5\">ay</tspan>"))
+        << exact;
+    folder_.add("exact.svg", exact);
+    const auto same = run({"save", "exact.svg", "in.pdf", "--dry-run"});
+    EXPECT_TRUE(holds(same.errors, "nothing to save")) << same.errors;
+    exact.replace(exact.find("43.9"), 4, "45.9");
+    folder_.add("moved.svg", exact);
+    const auto moved = run({"save", "moved.svg", "in.pdf", "--dry-run"});
+    EXPECT_FALSE(holds(moved.errors, "nothing to save")) << moved.errors;
+}
+
 } // namespace
 } // namespace corvane
