@@ -30,9 +30,11 @@ public:
                        std::ranges::find(font.families, family) != font.families.end();
             };
         };
-        const std::string_view generic = request_.isFixedPitch ? "nimbusmono"
-                                         : request_.isSerif    ? "nimbus"
-                                                               : "nimbussans";
+        const std::string_view kind = kindStem(stem);
+        const std::string_view generic = !kind.empty()           ? kind
+                                         : request_.isFixedPitch ? "nimbusmono"
+                                         : request_.isSerif      ? "nimbus"
+                                                                 : "nimbussans";
         auto found = best(covering, FontMatch::named, [&](const InstalledFont& font) {
             return !name.empty() && font.postScriptName == name;
         });
@@ -56,12 +58,17 @@ private:
                std::abs(font.width - normalWidth) / 4;
     }
 
+    bool isUsable(const InstalledFont& font) const {
+        return !(request_.isOpenType && font.isType1) &&
+               std::ranges::find(request_.passedOver, font.path) == request_.passedOver.end();
+    }
+
     /// Of equals the first in the list.
     template <class Condition>
     std::optional<FoundFont> best(bool covering, FontMatch match, Condition condition) const {
         const InstalledFont* found = nullptr;
         for (const InstalledFont& font : fonts_) {
-            if (condition(font) && (found == nullptr || distance(font) < distance(*found)) &&
+            if (condition(font) && isUsable(font) && (found == nullptr || distance(font) < distance(*found)) &&
                 (!covering || font.covers(request_.characters))) {
                 found = &font;
             }

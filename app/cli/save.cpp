@@ -104,6 +104,38 @@ void nameLayers(Report& report, std::int32_t code, const std::vector<std::string
     }
 }
 
+/// Which letters are in a font that took the place of another, the first of many.
+std::string fontText(const FontNote& font) {
+    constexpr std::size_t most = 20;
+    const std::string& letters = font.letters;
+    std::size_t count = 0;
+    std::size_t shown = letters.size();
+    for (std::size_t i = 0; i < letters.size(); ++i) {
+        const bool isStart = (static_cast<unsigned char>(letters[i]) & 0xC0U) != 0x80U;
+        shown = isStart && count == most ? i : shown;
+        count += isStart ? 1 : 0;
+    }
+    const bool isOne = count == 1;
+    return (isOne ? "the letter " : "the letters ") + letters.substr(0, shown) +
+           (count > most ? "..." : "") + (isOne ? " is in \"" : " are in \"") + font.name +
+           "\", since the font \"" + font.wanted + "\" does not have " +
+           (isOne ? "it" : "them") + " or is not installed";
+}
+
+/// The plug-in has one warning for all fonts that took the place of others; each gets one here.
+void nameFonts(Report& report) {
+    std::vector<Fault> named;
+    for (const FontNote& font : report.fontsAdded) {
+        if (!font.wanted.empty()) {
+            named.push_back({code::fontAdded, fontText(font)});
+        }
+    }
+    const auto warning = std::ranges::find(report.warnings, code::fontAdded, &Fault::code);
+    if (warning != report.warnings.end() && !named.empty()) {
+        report.warnings.insert(report.warnings.erase(warning), named.begin(), named.end());
+    }
+}
+
 /// Pages that are one object cannot be told apart by what is appended.
 void weighPlaces(Report& report) {
     if (report.saved->places > 1) {
@@ -168,6 +200,7 @@ void runSave(Arguments& arguments, Report& report) {
     }
     nameLayers(report, code::layersLeftOut, report.layersLeftOut);
     nameLayers(report, code::layersNotKept, report.layersNotKept);
+    nameFonts(report);
     weighPlaces(report);
     announceSaved(place, arguments, *report.saved);
 }

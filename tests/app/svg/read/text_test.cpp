@@ -284,7 +284,6 @@ TEST(ReadText, whatTextCannotHoldIsCounted) {
         {"<text>a<switch><tspan>b</tspan></switch></text>", "switch"},
         {"<flowRoot><flowPara>a</flowPara></flowRoot>", "flowRoot"},
         {"<text transform='scale(0)'>a</text>", "transform"},
-        {"<text>a</text>", "text"},
     };
     for (const auto& [body, kind] : rows) {
         EXPECT_EQ(ReadArt(foreignSvg(body)).ignored(kind), 1) << body;
