@@ -107,8 +107,9 @@ std::optional<TextPath> readTextPath(const Attributes& attributes, const RealMat
         const Element element = target ? context.index.elementOf(target) : Element::unknown;
         if (isShapeElement(element)) {
             const Attributes drawn(target);
-            // Any number of texts may name one long path.
-            context.expand(1 + drawn.cost());
+            // Any number of texts may name one long path, which each of them measures and keeps.
+            constexpr std::int64_t costOfMeasure = 16;
+            context.expand(1 + costOfMeasure * drawn.cost());
             path = drawnPath(transformed(toArt, drawn, Attribute::transform, context), context,
                              [&](ShapeBuilder& shape) {
                                  drawShape(element, drawn, lengths, shape, context.tally);
