@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace corvane {
 
@@ -19,6 +20,10 @@ struct FontRequest {
     bool isFixedPitch = false;
     /// A font that has all of them comes before one that does not, whatever its name.
     std::u32string characters{};
+    /// Paths of files that will not do.
+    std::vector<std::string> passedOver{};
+    /// The asker cannot use fonts in the older form Type 1.
+    bool isOpenType = false;
 };
 
 /// How good an answer is.

@@ -90,14 +90,13 @@ constexpr std::array<std::string_view, 12> reasons = {
     "a page of the file has no number of its own, so that no page tree can name it; repair it with "
     "another PDF program",
     /* 10 */
-    "the page's font does not have the letter %; use letters that the text had, or another font of "
-    "the page",
+    "no font of the page or of this machine has the letter %; install one that has it, or use "
+    "other letters",
     /* 11 */
-    "there is new text in a font that the page does not have; give it a font of the page, or turn "
-    "it into paths in your editor",
+    "the font % must not be put into files, as its maker says; use another font for the text, or "
+    "turn it into paths in your editor",
     /* 12 */
-    "text cannot be drawn on a page anew; save it into the page that it was opened from, or turn "
-    "it into paths in your editor",
+    "the original profile cannot draw text on a page anew; turn it into paths in your editor",
 };
 
 constexpr std::array<std::string_view, 21> readWarnings = {
@@ -153,7 +152,7 @@ constexpr std::array<std::string_view, 20> mends = {
     "boxes, rotations or units of % pages are wrong and count as missing",
 };
 
-constexpr std::array<std::string_view, 9> writeWarnings = {
+constexpr std::array<std::string_view, 10> writeWarnings = {
     /* 1001 */ "an object of a kind that a PDF cannot hold was left out",
     /* 1002 */ "the page was given a size between the smallest and the largest allowed",
     /* 1003 */ "the crop area was fitted to the page",
@@ -165,6 +164,9 @@ constexpr std::array<std::string_view, 9> writeWarnings = {
     /* 1009 */
     "the file is signed; the signed bytes stay, but readers that check signatures will show that "
     "it was changed after signing",
+    /* 1010 */
+    "letters that a font does not have, or text in a font that is not installed, got another font "
+    "of this machine",
 };
 
 } // namespace

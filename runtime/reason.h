@@ -20,9 +20,9 @@ enum class Reason : std::int32_t {
     directCatalog = 7,     ///< the catalog has no number
     unnamedEncryption = 8, ///< the trailer that counts does not name the encryption of the file
     unnumberedPage = 9,    ///< in a page tree that has to be made anew
-    missingLetter = 10,    ///< the name is a letter that the font does not have
-    newFont = 11,          ///< text in a font that the page does not have
-    textDrawnAnew = 12,    ///< text on a page that is drawn anew
+    missingLetter = 10,    ///< the name is a letter that no font has
+    restrictedFont = 11,   ///< the name is a font that must not be put into files
+    textDrawnAnew = 12,    ///< text on a page that is drawn anew, in the original profile
 };
 
 struct NotedReason {

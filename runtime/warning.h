@@ -38,6 +38,7 @@ enum class Warning : std::int16_t {
     // 1005 to 1007 are the program's own.
     layerNotKept = 1008, ///< objects of a layer stay, in order; the layer does not
     signedFile = 1009,   ///< readers that check signatures will show the change
+    fontAdded = 1010,    ///< a font of the machine took the place of another one
 };
 
 /// Codes that are kept. One more is stored too, and raises `limit`.

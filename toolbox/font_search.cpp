@@ -56,12 +56,17 @@ private:
                std::abs(font.width - normalWidth) / 4;
     }
 
+    bool isUsable(const InstalledFont& font) const {
+        return !(request_.isOpenType && font.isType1) &&
+               std::ranges::find(request_.passedOver, font.path) == request_.passedOver.end();
+    }
+
     /// Of equals the first in the list.
     template <class Condition>
     std::optional<FoundFont> best(bool covering, FontMatch match, Condition condition) const {
         const InstalledFont* found = nullptr;
         for (const InstalledFont& font : fonts_) {
-            if (condition(font) && (found == nullptr || distance(font) < distance(*found)) &&
+            if (condition(font) && isUsable(font) && (found == nullptr || distance(font) < distance(*found)) &&
                 (!covering || font.covers(request_.characters))) {
                 found = &font;
             }

@@ -26,6 +26,7 @@ inline constexpr std::int32_t otherArtwork = 29;
 inline constexpr std::int32_t artworkMissing = 30;
 inline constexpr std::int32_t layersLeftOut = 1004; ///< warning of the plug-in
 inline constexpr std::int32_t layersNotKept = 1008; ///< the same
+inline constexpr std::int32_t fontAdded = 1010;     ///< the same
 inline constexpr std::int32_t notInArtwork = 1005;  ///< warning: not kept when the page was opened
 inline constexpr std::int32_t notUnderstood = 1006; ///< warning: ignored when the SVG was read
 inline constexpr std::int32_t pageRepeated = 1007;  ///< warning: one object is several pages

@@ -98,6 +98,13 @@ HostExtension Listener::makeExtension() {
         Listener& to = listener(context);
         to.remember([&] { to.report_.layersNotKept.emplace_back(title); });
     };
+    extension.fontAdded = [](void* context, const AddedFont& font) {
+        Listener& to = listener(context);
+        to.remember([&] {
+            to.report_.fontsAdded.push_back({std::string(font.name), std::string(font.letters),
+                                             std::string(font.wanted)});
+        });
+    };
     extension.plainContent = arguments_.plain;
     extension.missing = [](void* context, const MissingArt& missing) {
         Listener& to = listener(context);

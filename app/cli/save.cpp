@@ -104,6 +104,36 @@ void nameLayers(Report& report, std::int32_t code, const std::vector<std::string
     }
 }
 
+/// The first letters of a font, and how many there are.
+std::string lettersText(const std::string& letters) {
+    constexpr std::size_t most = 20;
+    std::size_t count = 0;
+    std::size_t shown = letters.size();
+    for (std::size_t i = 0; i < letters.size(); ++i) {
+        const bool isStart = (static_cast<unsigned char>(letters[i]) & 0xC0U) != 0x80U;
+        shown = isStart && count == most ? i : shown;
+        count += isStart ? 1 : 0;
+    }
+    return (count == 1 ? "the letter " : "the letters ") + letters.substr(0, shown) +
+           (count > most ? " ..." : "") + (count == 1 ? " is in" : " are in");
+}
+
+/// The plug-in has one warning for all fonts that took the place of others; each gets one here.
+void nameFonts(Report& report) {
+    std::vector<Fault> named;
+    for (const FontNote& font : report.fontsAdded) {
+        if (!font.wanted.empty()) {
+            named.push_back({code::fontAdded, lettersText(font.letters) + " \"" + font.name +
+                                                  "\", since the font \"" + font.wanted +
+                                                  "\" does not have them or is not installed"});
+        }
+    }
+    const auto warning = std::ranges::find(report.warnings, code::fontAdded, &Fault::code);
+    if (warning != report.warnings.end() && !named.empty()) {
+        report.warnings.insert(report.warnings.erase(warning), named.begin(), named.end());
+    }
+}
+
 /// Pages that are one object cannot be told apart by what is appended.
 void weighPlaces(Report& report) {
     if (report.saved->places > 1) {
@@ -168,6 +198,7 @@ void runSave(Arguments& arguments, Report& report) {
     }
     nameLayers(report, code::layersLeftOut, report.layersLeftOut);
     nameLayers(report, code::layersNotKept, report.layersNotKept);
+    nameFonts(report);
     weighPlaces(report);
     announceSaved(place, arguments, *report.saved);
 }

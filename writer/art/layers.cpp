@@ -20,8 +20,12 @@ ChargedList<Layer> listLayers() {
     }
 }
 
+bool isDrawn(const LayerInfo& info) {
+    return !rules().hiddenLayersLeftOut || (info.visible != 0 && info.printing != 0);
+}
+
 bool leavesOut(const LayerInfo& info) {
-    if (!rules().hiddenLayersLeftOut || (info.visible != 0 && info.printing != 0)) {
+    if (isDrawn(info)) {
         return false;
     }
     raiseWarning(Warning::layerLeftOut);

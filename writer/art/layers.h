@@ -9,6 +9,9 @@ namespace corvane {
 /// All layers, from the front to the back.
 ChargedList<Layer> listLayers();
 
+/// Whether a layer is drawn on the page.
+bool isDrawn(const LayerInfo& info);
+
 /// Whether a layer is not drawn on the page: it is hidden, or does not print. If so, the person is
 /// warned and the host learns its title.
 bool leavesOut(const LayerInfo& info);

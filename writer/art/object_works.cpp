@@ -58,6 +58,14 @@ void unknownWorks(Art art, ArtStack& pending) {
     pending.enter(first, What::end);
 }
 
+void textWorks(Walk& walk, Art text) {
+    if (walk.texts == nullptr) {
+        noteReason(Reason::textDrawnAnew);
+        failException(Exception::unpatchable);
+    }
+    walk.texts->write(walk, text);
+}
+
 void visitWorks(Walk& walk, Art art, ArtStack& pending, bool writesGroups) {
     if (callHost(slot::checkUserAbort)) {
         failException(Exception::cancelled);
@@ -72,8 +80,7 @@ void visitWorks(Walk& walk, Art art, ArtStack& pending, bool writesGroups) {
     case 3:
         return compoundWorks(walk, art);
     case 4:
-        noteReason(Reason::textDrawnAnew);
-        failException(Exception::unpatchable);
+        return textWorks(walk, art);
     case 5:
     case 6:
         return; // kinds that are not drawn

@@ -6,6 +6,7 @@
 #include "runtime/fixed.h"
 #include "writer/art/content_text.h"
 #include "writer/art/shadow.h"
+#include "writer/art/text_drawing.h"
 
 #include <array>
 #include <optional>
@@ -39,6 +40,7 @@ struct Walk {
     std::optional<UserSpace> space;
     ContentText text;
     Shadow shadow;
+    TextDrawing* texts = nullptr; ///< null: text cannot be drawn
     /// Segments of a path come from the host in blocks of this many.
     std::array<Segment, 512> segments;
 };

@@ -107,11 +107,12 @@ void layerWorks(Walk& walk, Layer layer, SavingProgress& progress) {
 
 } // namespace
 
-std::int32_t documentWorks(DocumentCache& cache, const RealMatrix& placement) {
+std::int32_t documentWorks(DocumentCache& cache, const RealMatrix& placement, TextDrawing* texts) {
     Filter& stream = *cache.output;
     const std::int32_t start = markFilter(stream);
     originWorks(stream, placement);
     Walk walk(stream);
+    walk.texts = texts;
     ChargedList<Layer> layers = listLayers();
     SavingProgress progress(layers.size());
     while (!layers.empty()) {

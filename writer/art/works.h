@@ -3,6 +3,7 @@
 
 #include "objects/stack.h"
 #include "reader/document/cache.h"
+#include "writer/art/text_drawing.h"
 
 #include <cstdint>
 
@@ -11,7 +12,8 @@ namespace corvane {
 /// Writes the content to the cache's output; its length in bytes. `placement` leads from the
 /// artboard to the page's own space and is written first, unless it changes nothing. Raises `host`
 /// where a slot fails, `cancelled` where the person wants to stop, `type` for art, paint, caps and
-/// joins of an unknown kind.
-std::int32_t documentWorks(DocumentCache& cache, const RealMatrix& placement);
+/// joins of an unknown kind. Without `texts`, text raises `unpatchable`.
+std::int32_t documentWorks(DocumentCache& cache, const RealMatrix& placement,
+                           TextDrawing* texts = nullptr);
 
 } // namespace corvane

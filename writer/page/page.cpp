@@ -19,7 +19,7 @@ std::int32_t writeSealedWorks(DocumentCache& cache, const UpdatePlan& plan) {
     Chain sealed(&output);
     linkSeal(cache, sealed, newStreamCipher(cache), {plan.numbers.content, 0});
     cache.output = sealed.top();
-    const Exception code = guarded([&] { documentWorks(cache, plan.geometry.placement); });
+    const Exception code = guarded([&] { documentWorks(cache, plan.geometry.placement, plan.texts.get()); });
     cache.output = &output;
     raiseException(code);
     sealed.unlink();
@@ -42,10 +42,13 @@ std::int64_t writeDrawn(DocumentCache& cache, const UpdatePlan& plan) {
     stringOutput(output, "\rendstream\rendobj\r");
 
     writeLength(cache, length, bytes);
-
+    const bool hasFonts = plan.texts && plan.texts->resources().hasAdded();
+    if (hasFonts) {
+        plan.texts->fonts().write(cache);
+    }
     writePageObject(cache, plan.page, plan.geometry,
                     {.contents = {{.number = content, .generation = 0, .place = contentPlace}},
-                     .resources = nullptr,
+                     .resources = hasFonts ? &plan.texts->resources() : nullptr,
                      .origin = plan.origin,
                      .artwork = plan.artwork});
     return bytes;
@@ -68,6 +71,7 @@ std::int64_t writePatched(DocumentCache& cache, const UpdatePlan& plan, PlannedP
     for (const DrawnGroup& group : patch.page.groups.groups()) {
         writeGroup(cache, group);
     }
+    patch.page.fonts.write(cache);
     if (patch.page.resetState != 0) {
         writeResetState(*cache.output, patch.page.resetState);
     }

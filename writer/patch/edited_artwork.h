@@ -13,6 +13,8 @@ namespace corvane {
 /// A number in one of the lists below. Groups count from 1; 0 is no group.
 using EditedIndex = std::uint32_t;
 
+inline constexpr EditedIndex notSet = UINT32_MAX;
+
 struct EditedGroup {
     EditedIndex outer = 0;
     Art clip = Art::null; ///< null: the group does not clip
@@ -25,7 +27,8 @@ struct EditedObject {
     ArtSource source;
     // Of text: each run is an object.
     std::int32_t run = 0;
-    double start = 0; ///< where it begins on its line; no number where that is not known
+    double start = 0; ///< where it begins on its line
+    EditedIndex set = notSet; ///< in the page's `SetText`; not set: its letters are as they were
 };
 
 struct EditedArtwork {

@@ -97,7 +97,7 @@ void InsertedWorks::writeObject(const Insertion& insertion) {
         return;
     }
     if (edited.kind == ArtKind::text) {
-        newTextWorks(tools_, base_, edited);
+        newTextWorks(tools_, edited);
     } else {
         artWorks(walk_, edited.art);
     }

@@ -63,11 +63,11 @@ public:
     Planner(DocumentCache& cache, const PageBase& base, BaseReading& reading,
             ResourceRegistry& resources)
         : base_(base), reading_(reading), trace_(reading.trace), resources_(resources),
-          tools_(cache, base, trace_, resources) {}
+          tools_(cache, base, trace_, reading.fonts, resources) {}
 
     PagePatch plan() {
         EditedArtwork artwork = listArtwork();
-        layOutText(reading_, artwork);
+        layOutText(reading_, artwork, tools_.setText);
         const Matching matching = matchArtwork(reading_, artwork, base_.isAsOpened);
         refuseMissing(reading_, matching);
         const ClipMatching clips = matchClips(reading_, artwork, matching);
@@ -87,6 +87,7 @@ public:
                 .bytes = std::move(tools_.bytes),
                 .patterns = tools_.patterns.take(),
                 .groups = std::move(tools_.groups),
+                .fonts = tools_.setText.takeFonts(),
                 .counts = countsOf(matching, clips, order),
                 .isDamaged = hasDamage(),
                 .resetState = resetState_};

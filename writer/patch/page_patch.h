@@ -3,6 +3,7 @@
 #pragma once
 
 #include "reader/page/page_base.h"
+#include "writer/font/new_fonts.h"
 #include "writer/page/resource_registry.h"
 #include "writer/patch/content_bytes.h"
 #include "writer/patch/drawn_groups.h"
@@ -27,6 +28,7 @@ struct PagePatch {
     ContentBytes bytes; ///< of the base
     std::vector<MovedPattern> patterns;
     DrawnGroups groups;
+    NewFonts fonts;
     PatchCounts counts;
     bool isDamaged = false;      ///< tokens of the base could not all be read
     std::int32_t resetState = 0; ///< number of the external graphics state to write; 0: none

@@ -9,6 +9,7 @@
 #include "writer/patch/drawn_groups.h"
 #include "writer/patch/gathered_state.h"
 #include "writer/patch/moved_patterns.h"
+#include "writer/text/set_text.h"
 
 #include <cstdint>
 #include <string>
@@ -17,9 +18,9 @@ namespace corvane {
 
 struct PatchTools {
     PatchTools(DocumentCache& cache, const PageBase& base, const ContentTrace& pageTrace,
-               ResourceRegistry& resources)
+               const PageFonts& fonts, ResourceRegistry& resources)
         : trace(pageTrace), bytes(cache, base.streams, pageTrace.streamStarts()),
-          patterns(cache, base, resources), groups(resources), walk(sink),
+          patterns(cache, base, resources), groups(resources), setText(&fonts, resources), walk(sink),
           state(walk, bytes, pageTrace, patterns) {}
     PatchTools(const PatchTools&) = delete;
     PatchTools& operator=(const PatchTools&) = delete;
@@ -37,6 +38,7 @@ struct PatchTools {
     ContentBytes bytes;
     MovedPatterns patterns;
     DrawnGroups groups;
+    SetText setText;
     TextSink sink;
     Walk walk;
     GatheredState state;

@@ -40,6 +40,11 @@ bool sameLetters(const TextRun& a, const TextRun& b) {
            isNear(inEms(a.rise, a), inEms(b.rise, b), shiftRoom);
 }
 
+/// Whether letters stand otherwise than one behind the other.
+bool movesLetters(const TextLine& line) {
+    return line.length != 0 || !line.path.empty();
+}
+
 bool sameFrame(const RealMatrix& a, const RealMatrix& b) {
     const double em = std::max({std::hypot(a.a, a.b), std::hypot(a.c, a.d), placeRoom});
     const auto alike = [&](double x, double y) { return isNear(x, y, em * frameRoom); };
@@ -60,9 +65,14 @@ TextRun runOf(Art text, std::int32_t run) {
     return found;
 }
 
-RealMatrix frameOf(Art text, const TextRun& run, double start) {
+TextLine lineOf(Art text) {
     TextLine line;
     callHost(slot::getTextLine, text, &line);
+    return line;
+}
+
+RealMatrix frameOf(Art text, const TextRun& run, double start) {
+    const TextLine line = lineOf(text);
     const RealMatrix matrix{realFromFixed(line.matrix.a),  realFromFixed(line.matrix.b),
                             realFromFixed(line.matrix.c),  realFromFixed(line.matrix.d),
                             realFromFixed(line.matrix.tx), realFromFixed(line.matrix.ty)};
@@ -75,7 +85,7 @@ ArtDifference compareText(const BaseReading& base, const PaintedArt& was, const 
     const TextRun former = runOf(was.art, base.trace.textPart(was.part).run);
     const TextRun run = runOf(is.art, is.run);
     ArtDifference difference = compareStyles(former.style, run.style);
-    difference.letters = !sameLetters(former, run);
+    difference.letters = !sameLetters(former, run) || movesLetters(lineOf(is.art));
     difference.place = !sameFrame(frameOfPage(base, was), frameOf(is.art, run, is.start));
     return difference;
 }

@@ -12,6 +12,8 @@ namespace corvane {
 /// The run of a text object; text and pieces live until the object is changed.
 TextRun runOf(Art text, std::int32_t run);
 
+TextLine lineOf(Art text);
+
 /// From the space of a run, in which its em is 1 and its text begins at the origin, to the
 /// artboard.
 RealMatrix frameOf(Art text, const TextRun& run, double start);

@@ -1,59 +1,20 @@
 #include "writer/patch/text_works.h"
 
-#include "filters/character.h"
 #include "reader/content/losses.h"
 #include "runtime/exception.h"
-#include "runtime/fixed.h"
-#include "runtime/reason.h"
 #include "writer/art/color_works.h"
 #include "writer/art/path_works.h"
 #include "writer/art/style_works.h"
 #include "writer/patch/changed_works.h"
 #include "writer/patch/show_bytes.h"
-#include "writer/patch/text_layout.h"
 #include "writer/patch/text_run.h"
+#include "writer/text/text_state.h"
 
-#include <cmath>
 #include <string>
-#include <utility>
 
 namespace corvane {
 
 namespace {
-
-/// The text state of a text object; it may be any other in front of it.
-struct WrittenState {
-    double characterSpacing = 0;
-    double wordSpacing = 0;
-    double horizontalScale = 1;
-    double rise = 0;
-    std::int32_t mode = 0;
-};
-
-void stateWorks(Walk& walk, const WrittenState& state) {
-    constexpr double hundred = 100;
-    for (const auto& [value, word] :
-         {std::pair(state.characterSpacing, "Tc "), std::pair(state.wordSpacing, "Tw "),
-          std::pair(state.horizontalScale * hundred, "Tz "), std::pair(state.rise, "Ts ")}) {
-        walk.text.addReal(value + 0.0);
-        walk.text.add(word);
-    }
-    walk.text.addReal(state.mode);
-    walk.text.add("Tr\n");
-}
-
-void matrixWorks(Walk& walk, const RealMatrix& matrix) {
-    walk.text.addMatrix(withoutSignedZeros(matrix));
-    walk.text.add("Tm\n");
-}
-
-std::int32_t modeOf(const PathStyle& style) {
-    constexpr std::int32_t invisible = 3;
-    return style.fillPaint != 0 && style.strokePaint != 0 ? 2
-           : style.fillPaint != 0                         ? 0
-           : style.strokePaint != 0                       ? 1
-                                                          : invisible;
-}
 
 /// The page's own bytes of a part of what an operator shows.
 void ownBytesWorks(PatchTools& tools, const PaintedArt& was) {
@@ -80,90 +41,22 @@ void movedWorks(PatchTools& tools, const BaseReading& base, const PaintedArt& wa
     const ShownPart& part = tools.trace.textPart(was.part);
     const RealMatrix movement = difference.place ? movementOfText(base, was, is) : RealMatrix();
     walk.text.add(tools.state.bytesOf(setting.font - 1));
-    stateWorks(walk, {.characterSpacing = setting.characterSpacing,
+    textStateWorks(walk, {.characterSpacing = setting.characterSpacing,
                       .wordSpacing = setting.wordSpacing,
                       .horizontalScale = setting.horizontalScale,
                       .rise = setting.rise,
-                      .mode = modeOf(runOf(is.art, is.run).style)});
-    matrixWorks(walk,
+                      .mode = textModeOf(runOf(is.art, is.run).style)});
+    textMatrixWorks(walk,
                 multiply(multiply(multiply({.tx = part.pen}, setting.matrix), movement), back));
     ownBytesWorks(tools, was);
 }
 
-void addHexadecimal(std::string& text, char c) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    const auto byte = static_cast<unsigned char>(c);
-    text += digits[byte >> 4U];
-    text += digits[byte & 15U];
-}
-
-void stringWorks(Walk& walk, std::string_view codes) {
-    if (codes.empty()) {
-        return;
+/// Letters that are typed.
+void typedWorks(PatchTools& tools, const EditedObject& is, const RealMatrix& back) {
+    if (is.set == notSet) {
+        failException(Exception::unpatchable); // its source is another one than its letters were
     }
-    std::string text = "<";
-    for (const char c : codes) {
-        addHexadecimal(text, c);
-    }
-    walk.text.add(text + "> ");
-}
-
-/// By how much the letters go on, in ems of the run.
-void gapWorks(Walk& walk, double ems) {
-    constexpr int digits = 2;
-    walk.text.addReal(-1000 * ems + 0.0, digits);
-}
-
-/// Letters in a font of the page. `back` leads from the artboard to the space in force.
-void typedWorks(PatchTools& tools, const BaseReading& base, const EditedObject& is,
-                const RealMatrix& back) {
-    Walk& walk = tools.walk;
-    const TextRun run = runOf(is.art, is.run);
-    PageFont* const font = base.fonts.find(run.font);
-    if (font == nullptr || run.size <= 0) {
-        noteReason(Reason::newFont);
-        failException(Exception::unpatchable);
-    }
-    std::string missing;
-    const auto letters = encodeText(*font, run.text, missing);
-    if (!letters) {
-        noteReason(Reason::missingLetter, missing);
-        failException(Exception::unpatchable);
-    }
-    const double size = realFromFixed(run.size);
-    RealMatrix frame = frameOf(is.art, run, is.start);
-    if (!isFinite(frame)) {
-        failException(Exception::unpatchable);
-    }
-    frame = multiply({.a = 1 / size, .d = 1 / size}, frame);
-    walk.text.addName(base.fonts.nameOf(*font));
-    walk.text.addReal(size);
-    walk.text.add("Tf ");
-    const double spacing = realFromFixed(run.spacing);
-    stateWorks(
-        walk,
-        {.characterSpacing = spacing, .rise = realFromFixed(run.rise), .mode = modeOf(run.style)});
-    matrixWorks(walk, multiply(frame, back));
-    walk.text.add("[");
-    std::string codes;
-    const auto moveOn = [&](double ems) {
-        stringWorks(walk, std::exchange(codes, {}));
-        gapWorks(walk, ems);
-    };
-    auto piece = run.pieces.begin();
-    for (const EncodedLetters& each : *letters) {
-        for (; piece != run.pieces.end() && piece->start <= each.start; ++piece) {
-            if (piece->shift != 0) {
-                moveOn(realFromFixed(piece->shift));
-            }
-        }
-        if (each.isBlank) {
-            moveOn(each.advance + spacing / size);
-        }
-        codes += each.codes;
-    }
-    stringWorks(walk, codes);
-    walk.text.add("] TJ\n");
+    tools.setText.write(tools.walk, is.set, runOf(is.art, is.run), back);
 }
 
 } // namespace
@@ -184,19 +77,19 @@ void sourcedTextWorks(PatchTools& tools, const BaseReading& base, const PaintedA
     strokeWorks(walk, style, difference, meanStretch(ctm));
     walk.text.add("BT\n");
     if (difference.letters) {
-        typedWorks(tools, base, is, *back);
+        typedWorks(tools, is, *back);
     } else {
         movedWorks(tools, base, was, is, difference, *back);
     }
     walk.text.add("ET\n");
 }
 
-void newTextWorks(PatchTools& tools, const BaseReading& base, const EditedObject& is) {
+void newTextWorks(PatchTools& tools, const EditedObject& is) {
     Walk& walk = tools.walk;
     const PathStyle style = runOf(is.art, is.run).style;
     pathStyleWorks(walk, style);
     walk.text.add("BT\n");
-    typedWorks(tools, base, is, RealMatrix());
+    typedWorks(tools, is, RealMatrix());
     walk.text.add("ET\n");
 }
 

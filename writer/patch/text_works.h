@@ -12,11 +12,11 @@ struct PaintedArt;
 
 /// Writes text of the page where the artwork has it, as a text object: its own bytes where its
 /// letters are the same. The CTM and the state are those of the page's text. Raises `unpatchable`
-/// where the page has no font for a letter.
+/// where no font shows a letter.
 void sourcedTextWorks(PatchTools& tools, const BaseReading& base, const PaintedArt& was,
                       const EditedObject& is, const ArtDifference& difference);
 
 /// Writes text that the page does not have, in the space of the artboard. Raises as above.
-void newTextWorks(PatchTools& tools, const BaseReading& base, const EditedObject& is);
+void newTextWorks(PatchTools& tools, const EditedObject& is);
 
 } // namespace corvane

@@ -9,6 +9,7 @@
 #include "reader/page/page_content.h"
 #include "reader/syntax/file_bytes.h"
 #include "reader/syntax/stream_chain.h"
+#include "reader/text/show_text.h"
 #include "runtime/exception.h"
 #include "runtime/extension.h"
 #include "runtime/rules.h"
@@ -183,6 +184,7 @@ UpdatePlan planUpdate(DocumentCache& cache) {
     } else {
         plan.numbers.content = nextIdentity();
         plan.numbers.length = nextIdentity();
+        plan.texts = hostHoldsText() ? std::make_unique<DrawnTexts>() : nullptr;
     }
     // Reading the page may have met an entry that leads elsewhere.
     refuseRepaired(cache, plan.mend.has_value());

@@ -13,8 +13,10 @@
 #include "writer/page/resource_registry.h"
 #include "writer/patch/page_patch.h"
 #include "writer/patch/patched_streams.h"
+#include "writer/text/drawn_texts.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -71,6 +73,7 @@ struct UpdatePlan {
     CarriedPage page;
     CarriedTrailer trailer;
     Numbers numbers;                   ///< where the page is drawn anew
+    std::unique_ptr<DrawnTexts> texts; ///< there too, where text can be drawn
     std::optional<PlannedPatch> patch; ///< otherwise
 };
 

@@ -33,6 +33,13 @@ struct Damage {
     std::string obstacle;
 };
 
+/// `AddedFont` that outlives the call which told it.
+struct FontNote {
+    std::string name;
+    std::string letters;
+    std::string wanted;
+};
+
 struct Report {
     std::optional<FileFacts> file;
     std::optional<SignatureFacts> signatures; ///< where there are any
@@ -44,6 +51,7 @@ struct Report {
     std::optional<SavedFacts> saved;
     std::vector<std::string> layersLeftOut; ///< titles
     std::vector<std::string> layersNotKept; ///< titles; their objects are kept
+    std::vector<FontNote> fontsAdded;
     std::vector<MissingArt> missing;        ///< what a save would delete, so that it was refused
     std::vector<Update> updates; ///< `log`: all of them; `revert`: the one that was taken off
     std::vector<Fault> warnings;

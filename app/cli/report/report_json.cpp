@@ -96,6 +96,22 @@ void addMissing(JsonWriter& json, const Report& report) {
     json.closeArray();
 }
 
+/// `wanted` is null where the artwork asks for the font itself.
+void addFonts(JsonWriter& json, const Report& report) {
+    json.name("fontsAdded").openArray();
+    for (const FontNote& font : report.fontsAdded) {
+        json.openObject().name("name").text(font.name).name("letters").text(font.letters);
+        json.name("wanted");
+        if (font.wanted.empty()) {
+            json.null();
+        } else {
+            json.text(font.wanted);
+        }
+        json.closeObject();
+    }
+    json.closeArray();
+}
+
 void addTitles(JsonWriter& json, std::string_view name, const std::vector<std::string>& titles) {
     json.name(name).openArray();
     for (const std::string& title : titles) {
@@ -159,6 +175,7 @@ void addSaved(JsonWriter& json, const Arguments& arguments, const Report& report
     json.closeObject();
     addTitles(json, "layersLeftOut", report.layersLeftOut);
     addTitles(json, "layersNotKept", report.layersNotKept);
+    addFonts(json, report);
     addMissing(json, report);
 }
 

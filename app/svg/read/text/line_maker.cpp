@@ -132,8 +132,7 @@ void LineMaker::finishRun() {
         pieces_.clear();
         return;
     }
-    const bool isFirst = art_ == Art::null;
-    if (isFirst) {
+    if (art_ == Art::null) {
         art_ = makeLine();
     }
     run.size = fixedNumber(look_.size * scale_);
@@ -147,9 +146,6 @@ void LineMaker::finishRun() {
         run.source = look_.source.value_or(ArtSource{});
         context_.document.addTextRun(art_, run);
         made_ = true;
-        if (isFirst && !look_.source && !context_.document.fonts().facts(run.font).isPageFont) {
-            context_.tally.add("text"); // pages get no new fonts yet
-        }
     }
     text_.clear();
     pieces_.clear();

@@ -1,0 +1,32 @@
+// In which order letters stand (UAX #9), and what script they are of (UAX #24).
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace corvane {
+
+/// The embedding level of each character of a line: odd ones run to the left.
+using TextLevel = std::uint8_t;
+std::vector<TextLevel> levelsOf(std::u32string_view line, bool isRightToLeft);
+
+/// The order from left to right of things that are in the order of reading, by their levels.
+std::vector<std::size_t> visualOrder(std::span<const TextLevel> levels);
+
+/// The script of each character, as an ISO 15924 tag; what is common to several is of that of the
+/// letters before it.
+std::vector<std::uint32_t> scriptsOf(std::u32string_view line);
+
+/// Whether letters of the script take other forms beside others, or other places: one by one they
+/// cannot be read. Forms that have characters of their own do not count.
+bool needsShaping(char32_t character);
+
+/// Whether it belongs to the letter before it: a mark, or what only says how letters stand.
+bool isMark(char32_t character);
+/// The latter: nobody sees it.
+bool isFormat(char32_t character);
+
+} // namespace corvane

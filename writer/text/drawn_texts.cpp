@@ -1,0 +1,101 @@
+#include "writer/text/drawn_texts.h"
+
+#include "reader/content/art.h"
+#include "runtime/callbacks.h"
+#include "runtime/exception.h"
+#include "writer/art/art_stack.h"
+#include "writer/art/layers.h"
+#include "writer/art/style_works.h"
+
+#include <vector>
+
+namespace corvane {
+
+namespace {
+
+/// Kinds that hold others: also one that only the host knows.
+bool mayHold(ArtKind kind) {
+    return kind == ArtKind::group || kind == ArtKind::unknown;
+}
+
+std::int32_t runCount(Art text) {
+    std::int32_t count = 0;
+    callHost(slot::getTextRunCount, text, &count);
+    return count;
+}
+
+TextRun runOf(Art text, std::int32_t run) {
+    TextRun found;
+    callHost(slot::getTextRun, text, run, &found);
+    return found;
+}
+
+/// Of art that only its host knows, what it holds if that can be had.
+Art firstOf(Art art) {
+    Art first = Art::null;
+    if (guarded([&] { first = firstChild(art); }) != Exception::none) {
+        resetException();
+    }
+    return first;
+}
+
+} // namespace
+
+DrawnTexts::DrawnTexts() {
+    ChargedList<Layer> layers = listLayers();
+    while (!layers.empty()) {
+        const Layer layer = layers.pop();
+        LayerInfo info;
+        callHost(slot::getLayerInfo, layer, &info);
+        if (!isDrawn(info)) {
+            continue;
+        }
+        ArtStack pending;
+        Art top = Art::null;
+        callHost(slot::getLayerArt, layer, &top);
+        pending.push(top);
+        for (ArtStep step; pending.next(step);) {
+            if (step.what != ArtStep::What::art) {
+                continue;
+            }
+            const ArtKind kind = artKind(step.art);
+            if (kind == ArtKind::text) {
+                add(step.art);
+            } else if (mayHold(kind)) {
+                pending.enter(firstOf(step.art), ArtStep::What::end);
+            }
+        }
+    }
+    setText_.finish();
+}
+
+void DrawnTexts::add(Art text) {
+    TextLine line;
+    callHost(slot::getTextLine, text, &line);
+    std::vector<LineRun> runs;
+    for (std::int32_t i = 0; i < runCount(text); ++i) {
+        runs.push_back({.run = runOf(text, i)});
+    }
+    const SetText::Index first = setText_.add(line, runs);
+    for (std::size_t i = 0; i < runs.size(); ++i) {
+        setText_.refuse(first + static_cast<SetText::Index>(i));
+    }
+    first_.emplace(text, first);
+}
+
+void DrawnTexts::write(Walk& walk, Art text) {
+    const auto first = first_.find(text);
+    if (first == first_.end()) {
+        failException(Exception::type);
+    }
+    SetText::Index set = first->second;
+    for (std::int32_t i = 0; i < runCount(text); ++i) {
+        const TextRun run = runOf(text, i);
+        pathStyleWorks(walk, run.style);
+        walk.text.add("BT\n");
+        setText_.write(walk, set++, run, RealMatrix());
+        walk.text.add("ET\n");
+    }
+}
+
+} // namespace corvane

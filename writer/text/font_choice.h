@@ -1,0 +1,46 @@
+// Which font of the machine shows letters of the artwork.
+#pragma once
+
+#include "host/text.h"
+#include "runtime/reason.h"
+#include "writer/font/new_fonts.h"
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvane {
+
+class FontChoice {
+public:
+    explicit FontChoice(NewFonts& fonts) : fonts_(fonts) {}
+
+    /// A font that shows all of the letters: the one that the artwork names, or that comes nearest
+    /// to it; else one that has them. Null where none does.
+    NewFont* find(Font wanted, std::u32string_view letters);
+
+    /// The letters are shown in that font.
+    void note(Font wanted, const NewFont& font, std::u32string_view letters);
+
+    /// Whether the person named a font that may not be put into files; its name then.
+    const std::string& restricted(Font wanted) { return known(wanted).restricted; }
+
+private:
+    struct Known {
+        std::string family;     ///< what a person calls it
+        std::string name;       ///< what is looked for
+        FontFacts facts;        ///< without its strings
+        bool isNamed = false;   ///< the first of the fonts is the one that is wanted
+        std::string restricted; ///< empty: it is not
+        std::vector<NewFont*> fonts;
+    };
+
+    Known& known(Font wanted);
+    NewFont* search(Known& known, std::u32string_view letters);
+
+    NewFonts& fonts_;
+    std::map<Font, Known> known_;
+};
+
+} // namespace corvane

@@ -1,0 +1,203 @@
+#include "writer/text/line_layout.h"
+
+#include "runtime/fixed.h"
+#include "writer/text/text_path.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+RealMatrix realMatrix(const Matrix& matrix) {
+    return {realFromFixed(matrix.a), realFromFixed(matrix.b),  realFromFixed(matrix.c),
+            realFromFixed(matrix.d), realFromFixed(matrix.tx), realFromFixed(matrix.ty)};
+}
+
+/// What the matrix of a line on a path says: size and slant, as on a level baseline.
+RealMatrix unturned(const RealMatrix& matrix) {
+    const double length = std::hypot(matrix.a, matrix.b);
+    if (length == 0) {
+        return {matrix.a, matrix.b, matrix.c, matrix.d, 0, 0};
+    }
+    const double x = matrix.a / length;
+    const double y = matrix.b / length;
+    return multiply({matrix.a, matrix.b, matrix.c, matrix.d, 0, 0}, {x, -y, y, x, 0, 0});
+}
+
+class Layout {
+public:
+    Layout(const TextLine& line, std::span<const LineRun> runs, std::vector<LineItem> items)
+        : line_(line), runs_(runs), items_(std::move(items)), placed_(runs.size()),
+          matrix_(realMatrix(line.matrix)) {}
+
+    std::vector<PlacedRun> place() {
+        constexpr double unknown = std::numeric_limits<double>::infinity();
+        for (PlacedRun& run : placed_) {
+            run.start = unknown;
+        }
+        measure();
+        fit();
+        for (std::size_t i = 0; i < items_.size(); ++i) {
+            placeItem(i);
+        }
+        double last = shift_;
+        for (PlacedRun& run : placed_) {
+            run.start = std::isinf(run.start) ? last : run.start;
+            last = run.start;
+        }
+        return std::move(placed_);
+    }
+
+private:
+    double sizeOf(const LineItem& item) const { return realFromFixed(runs_[item.run].run.size); }
+    double spacingOf(const LineItem& item) const {
+        return realFromFixed(runs_[item.run].run.spacing);
+    }
+
+    /// How far the pen goes for a glyph, in the line's space, what is asked of the whole aside.
+    double wayOf(const LineItem& item, const LineGlyph& glyph) const {
+        return (glyph.before + glyph.way + glyph.behind) * sizeOf(item) +
+               (glyph.endsLetter ? spacingOf(item) * glyph.count : 0);
+    }
+    double lengthOf(const LineItem& item) const {
+        double length = item.glyphs.empty() ? std::max(0.0, runs_[item.run].shownLength) : 0;
+        for (const LineGlyph& glyph : item.glyphs) {
+            length += wayOf(item, glyph);
+        }
+        return length;
+    }
+
+    void measure() {
+        for (const LineItem& item : items_) {
+            length_ += lengthOf(item);
+            for (const LineGlyph& glyph : item.glyphs) {
+                letters_ += glyph.endsLetter ? 1 : 0;
+            }
+        }
+    }
+
+    /// Makes the line as long as it has to be, and moves it to its anchor.
+    void fit() {
+        const double wanted = realFromFixed(line_.length);
+        if (wanted > 0 && length_ > 0 && line_.stretchesLetters) {
+            stretch_ = wanted / length_;
+        } else if (wanted > 0 && letters_ > 1) {
+            room_ = (wanted - length_) / static_cast<double>(letters_ - 1);
+        }
+        const double length = wanted > 0 && (stretch_ != 1 || room_ != 0) ? wanted : length_;
+        const bool endsAtOrigin = (line_.anchor == TextAnchor::end) !=
+                                  (line_.order == TextOrder::rightToLeft);
+        shift_ = line_.anchor == TextAnchor::middle ? -length / 2 : endsAtOrigin ? -length : 0;
+        if (!line_.path.empty()) {
+            path_.emplace(line_.path, line_.isPathClosed);
+            matrix_ = unturned(matrix_);
+        }
+        pen_ = shift_;
+    }
+
+    /// The space of a run's letters at a place of the line, on the artboard.
+    RealMatrix frameAt(double along) const {
+        const RealPoint origin = line_.isVertical ? RealPoint{0, -along} : RealPoint{along, 0};
+        return multiply({.a = stretch_, .d = 1, .tx = origin.x, .ty = origin.y}, matrix_);
+    }
+
+    void placeItem(std::size_t number) {
+        LineItem& item = items_[number];
+        PlacedRun& run = placed_[item.run];
+        run.start = std::min(run.start, pen_);
+        if (item.glyphs.empty()) {
+            pen_ += lengthOf(item);
+            return;
+        }
+        if (path_) {
+            return placeOnPath(item, run);
+        }
+        const double size = sizeOf(item);
+        const bool goesOn = !run.stretches.empty() && number > 0 &&
+                            items_[number - 1].run == item.run &&
+                            run.stretches.back().pageFont == item.pageFont &&
+                            run.stretches.back().added == item.added;
+        if (!goesOn) {
+            run.stretches.push_back({.pageFont = item.pageFont,
+                                     .added = item.added,
+                                     .frame = frameAt(pen_),
+                                     .glyphs = {}});
+            stretchStart_ = pen_;
+        }
+        PlacedStretch& to = run.stretches.back();
+        for (LineGlyph& glyph : item.glyphs) {
+            pen_ += glyph.before * size * stretch_;
+            to.glyphs.push_back(placedGlyph(glyph, (pen_ - stretchStart_) / (size * stretch_)));
+            moveOn(item, glyph);
+        }
+    }
+
+    static PlacedGlyph placedGlyph(LineGlyph& glyph, double x) {
+        return {.codes = std::move(glyph.codes),
+                .glyph = glyph.glyph,
+                .x = x + glyph.x,
+                .y = glyph.y,
+                .advance = glyph.advance,
+                .count = glyph.count};
+    }
+
+    /// From where the glyph's own way begins.
+    void moveOn(const LineItem& item, const LineGlyph& glyph) {
+        pen_ += (wayOf(item, glyph) - glyph.before * sizeOf(item)) * stretch_ +
+                (glyph.endsLetter ? room_ : 0);
+    }
+
+    /// Each glyph by itself; its middle is on the path.
+    void placeOnPath(LineItem& item, PlacedRun& run) {
+        const double size = sizeOf(item);
+        const double scale = std::hypot(matrix_.a, matrix_.b);
+        for (LineGlyph& glyph : item.glyphs) {
+            pen_ += glyph.before * size * stretch_;
+            const double half = glyph.way * size * stretch_ / 2;
+            const double middle = realFromFixed(line_.pathStart) + (pen_ + half) * scale;
+            if (const std::optional<RealMatrix> place = path_->at(middle)) {
+                PlacedGlyph placed = placedGlyph(glyph, 0);
+                placed.x = 0;
+                const double back = -half + glyph.x * size * stretch_;
+                run.stretches.push_back({.pageFont = item.pageFont,
+                                         .added = item.added,
+                                         .frame = multiply(frameAt(back), *place),
+                                         .glyphs = {std::move(placed)}});
+            }
+            moveOn(item, glyph);
+        }
+    }
+
+    const TextLine& line_;
+    std::span<const LineRun> runs_;
+    std::vector<LineItem> items_;
+    std::vector<PlacedRun> placed_;
+    RealMatrix matrix_;
+    std::optional<TextPath> path_;
+    double length_ = 0;        // of the line as its fonts have it
+    std::size_t letters_ = 0;  // that spacing may stand behind
+    double stretch_ = 1;       // of letters
+    double room_ = 0;          // more behind each letter
+    double shift_ = 0;         // of the whole line
+    double pen_ = 0;
+    double stretchStart_ = 0;
+};
+
+} // namespace
+
+std::vector<PlacedRun> layOutLine(const TextLine& line, std::span<const LineRun> runs,
+                                  const PageFonts* ofPage, FontChoice& choice) {
+    LineItems items = itemsOf(line, runs, ofPage, choice);
+    std::vector<PlacedRun> placed = Layout(line, runs, std::move(items.items)).place();
+    for (LineFault& fault : items.faults) {
+        placed[fault.run].reason = std::move(fault.reason);
+    }
+    return placed;
+}
+
+} // namespace corvane

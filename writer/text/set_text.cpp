@@ -1,0 +1,144 @@
+#include "writer/text/set_text.h"
+
+#include "runtime/exception.h"
+#include "runtime/fixed.h"
+#include "runtime/reason.h"
+#include "writer/text/text_state.h"
+
+#include <cmath>
+#include <string>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+std::int64_t memoryOf(const PlacedRun& run) {
+    std::size_t bytes = sizeof(PlacedRun);
+    for (const PlacedStretch& stretch : run.stretches) {
+        bytes += sizeof(PlacedStretch) + stretch.glyphs.size() * sizeof(PlacedGlyph);
+    }
+    return static_cast<std::int64_t>(bytes);
+}
+
+/// A gap as its digits can say it.
+double sayable(double ems) {
+    constexpr double steps = 100'000; // of a thousandth of an em, `gapDigits`
+    return std::round(ems * steps) / steps;
+}
+
+/// The array of a stretch, from its first glyph on.
+class ShowWriter {
+public:
+    ShowWriter(Walk& walk, const TextRun& letters)
+        : walk_(walk), size_(realFromFixed(letters.size)), rise_(realFromFixed(letters.rise)),
+          spacing_(realFromFixed(letters.spacing) / size_) {}
+
+    void add(const PlacedGlyph& glyph, std::string_view codes) {
+        if (codes.empty()) {
+            return; // a blank: what follows it stands further on
+        }
+        if (sayable(glyph.y) != y_) {
+            end();
+            y_ = sayable(glyph.y);
+            riseWorks(walk_, rise_ + y_ * size_);
+        }
+        begin();
+        if (const double gap = sayable(glyph.x - pen_); gap != 0) {
+            flush();
+            gapWorks(walk_, gap);
+            pen_ += gap;
+        }
+        codes_ += codes;
+        pen_ += glyph.advance + spacing_ * glyph.count;
+    }
+
+    /// The rise is then what the run says.
+    void finish() {
+        end();
+        if (y_ != 0) {
+            riseWorks(walk_, rise_);
+        }
+    }
+
+private:
+    void begin() {
+        if (!isOpen_) {
+            walk_.text.add("[");
+            isOpen_ = true;
+        }
+    }
+    void flush() { stringWorks(walk_, std::exchange(codes_, {})); }
+    void end() {
+        if (isOpen_) {
+            flush();
+            walk_.text.add("] TJ\n");
+            isOpen_ = false;
+        }
+    }
+
+    Walk& walk_;
+    double size_;
+    double rise_;
+    double spacing_; // ems
+    double pen_ = 0;
+    double y_ = 0;
+    bool isOpen_ = false;
+    std::string codes_;
+};
+
+} // namespace
+
+SetText::Index SetText::add(const TextLine& line, std::span<const LineRun> runs) {
+    const auto first = static_cast<Index>(runs_.size());
+    for (PlacedRun& run : layOutLine(line, runs, ofPage_, choice_)) {
+        bytes_ += memoryOf(run);
+        runs_.push_back(std::move(run));
+    }
+    charge_.resize(bytes_);
+    return first;
+}
+
+void SetText::refuse(Index run) const {
+    const NotedReason& reason = runs_[run].reason;
+    if (reason.reason != Reason::none) {
+        noteReason(reason.reason, reason.name);
+        failException(Exception::unpatchable);
+    }
+}
+
+void SetText::write(Walk& walk, Index run, const TextRun& letters, const RealMatrix& back) {
+    refuse(run);
+    const PlacedRun& placed = runs_[run];
+    const PlacedStretch* last = nullptr;
+    for (const PlacedStretch& stretch : placed.stretches) {
+        const RealMatrix frame = multiply(stretch.frame, back);
+        if (!isFinite(frame)) {
+            failException(Exception::unpatchable);
+        }
+        if (last == nullptr || last->pageFont != stretch.pageFont || last->added != stretch.added) {
+            walk.text.addName(stretch.pageFont != nullptr ? ofPage_->nameOf(*stretch.pageFont)
+                                                          : fonts_.use(*stretch.added, resources_));
+            walk.text.addReal(realFromFixed(letters.size));
+            walk.text.add("Tf ");
+        }
+        if (last == nullptr) {
+            textStateWorks(walk, {.characterSpacing = realFromFixed(letters.spacing),
+                                  .rise = realFromFixed(letters.rise),
+                                  .mode = textModeOf(letters.style)});
+        }
+        textMatrixWorks(walk, frame);
+        writeStretch(walk, stretch, letters);
+        last = &stretch;
+    }
+}
+
+void SetText::writeStretch(Walk& walk, const PlacedStretch& stretch, const TextRun& letters) {
+    ShowWriter show(walk, letters);
+    for (const PlacedGlyph& glyph : stretch.glyphs) {
+        show.add(glyph, stretch.added != nullptr ? stretch.added->code(glyph.glyph) : glyph.codes);
+    }
+    show.finish();
+}
+
+} // namespace corvane

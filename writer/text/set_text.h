@@ -1,0 +1,59 @@
+// Text that is set anew: laid out first, and written when all of it is.
+#pragma once
+
+#include "host/matrix.h"
+#include "reader/text/page_fonts.h"
+#include "writer/art/walk.h"
+#include "writer/font/new_fonts.h"
+#include "writer/page/resource_registry.h"
+#include "writer/text/font_choice.h"
+#include "writer/text/line_layout.h"
+
+#include <cstdint>
+#include <deque>
+#include <span>
+#include <vector>
+
+namespace corvane {
+
+class SetText {
+public:
+    /// A number of a run that was laid out.
+    using Index = std::uint32_t;
+
+    /// `ofPage` may be null.
+    SetText(const PageFonts* ofPage, ResourceRegistry& resources)
+        : ofPage_(ofPage), resources_(resources) {}
+    SetText(const SetText&) = delete;
+    SetText& operator=(const SetText&) = delete;
+
+    /// Lays out a line; the number of its first run, which the others follow.
+    Index add(const TextLine& line, std::span<const LineRun> runs);
+    double startOf(Index run) const { return runs_[run].start; }
+
+    /// All is laid out.
+    void finish() { fonts_.finish(); }
+
+    /// Writes the letters of a run that is typed, within a text object. `back` leads from the
+    /// artboard to the space in force. Raises `unpatchable` where no font shows a letter.
+    void write(Walk& walk, Index run, const TextRun& letters, const RealMatrix& back);
+
+    /// Raises `unpatchable` where no font shows a letter of the run.
+    void refuse(Index run) const;
+
+    const NewFonts& fonts() const { return fonts_; }
+    NewFonts takeFonts() { return std::move(fonts_); }
+
+private:
+    void writeStretch(Walk& walk, const PlacedStretch& stretch, const TextRun& letters);
+
+    const PageFonts* ofPage_;
+    ResourceRegistry& resources_;
+    NewFonts fonts_;
+    FontChoice choice_{fonts_};
+    std::deque<PlacedRun> runs_;
+    std::int64_t bytes_ = 0;
+    ZoneCharge charge_;
+};
+
+} // namespace corvane
