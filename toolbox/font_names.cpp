@@ -7,11 +7,11 @@ namespace corvane {
 
 namespace {
 
-constexpr std::array<std::string_view, 27> styleWords = {
-    "regular", "normal",     "roman",      "book",      "medium",  "semibold", "demibold",
-    "demi",    "bold",       "extrabold",  "ultrabold", "black",   "heavy",    "thin",
-    "light",   "extralight", "ultralight", "italic",    "oblique", "ital",     "obl",
-    "std",     "psmt",       "mt",         "ps",        "extra",   "ultra"};
+constexpr std::array<std::string_view, 29> styleWords = {
+    "regular", "normal",     "roman",      "book",      "medium",    "semibold", "demibold", "regu",
+    "medi",    "demi",       "bold",       "extrabold", "ultrabold", "black",    "heavy",    "thin",
+    "light",   "extralight", "ultralight", "italic",    "oblique",   "ital",     "obl",      "std",
+    "psmt",    "mt",         "ps",         "extra",     "ultra"};
 
 struct WeightWord {
     std::string_view word;
@@ -19,7 +19,7 @@ struct WeightWord {
 };
 
 /// Words that hold others come first.
-constexpr std::array<WeightWord, 13> weightWords = {{{"extralight", 200},
+constexpr std::array<WeightWord, 14> weightWords = {{{"extralight", 200},
                                                      {"ultralight", 200},
                                                      {"semibold", 600},
                                                      {"demibold", 600},
@@ -31,6 +31,7 @@ constexpr std::array<WeightWord, 13> weightWords = {{{"extralight", 200},
                                                      {"demi", 600},
                                                      {"light", 300},
                                                      {"medium", 500},
+                                                     {"medi", 700}, // of URW
                                                      {"thin", 100}}};
 
 struct StandIn {
@@ -38,7 +39,7 @@ struct StandIn {
     std::string_view family;
 };
 
-constexpr std::array<StandIn, 36> standIns = {{{"arial", "nimbussans"},
+constexpr std::array<StandIn, 40> standIns = {{{"arial", "nimbussans"},
                                                {"arialnarrow", "nimbussansnarrow"},
                                                {"arialunicodems", "nimbussans"},
                                                {"avantgarde", "urwgothic"},
@@ -47,6 +48,7 @@ constexpr std::array<StandIn, 36> standIns = {{{"arial", "nimbussans"},
                                                {"bookman", "urwbookman"},
                                                {"bookmanoldstyle", "urwbookman"},
                                                {"centurygothic", "urwgothic"},
+                                               {"centuryschl", "c059"},
                                                {"centuryschoolbook", "c059"},
                                                {"courier", "nimbusmono"},
                                                {"couriernew", "nimbusmono"},
@@ -62,8 +64,11 @@ constexpr std::array<StandIn, 36> standIns = {{{"arial", "nimbussans"},
                                                {"monotypesorts", "d050000l"},
                                                {"newcenturyschlbk", "c059"},
                                                {"newcenturyschoolbook", "c059"},
+                                               {"nimbusmonl", "nimbusmono"},
                                                {"nimbusmonol", "nimbusmono"},
                                                {"nimbusromanno9l", "nimbus"},
+                                               {"nimbusromno9l", "nimbus"},
+                                               {"nimbussanl", "nimbussans"},
                                                {"nimbussansl", "nimbussans"},
                                                {"palatino", "p052"},
                                                {"palatinolinotype", "p052"},
@@ -128,6 +133,30 @@ FontStyle fontStyle(std::string_view name) {
     }
     result.isItalic = says("ital") || says("obl");
     return result;
+}
+
+std::string_view kindStem(std::string_view stem) {
+    constexpr std::array<StandIn, 18> beginnings = {{{"cmtt", "nimbusmono"},
+                                                     {"cmss", "nimbussans"},
+                                                     {"cm", "nimbus"},
+                                                     {"lmmono", "nimbusmono"},
+                                                     {"lmsans", "nimbussans"},
+                                                     {"lm", "nimbus"},
+                                                     {"sfrm", "nimbus"},
+                                                     {"cambria", "nimbus"},
+                                                     {"constantia", "nimbus"},
+                                                     {"garamond", "nimbus"},
+                                                     {"georgia", "nimbus"},
+                                                     {"liberationserif", "nimbus"},
+                                                     {"minion", "nimbus"},
+                                                     {"utopia", "nimbus"},
+                                                     {"consolas", "nimbusmono"},
+                                                     {"liberationmono", "nimbusmono"},
+                                                     {"lucidaconsole", "nimbusmono"},
+                                                     {"calibri", "nimbussans"}}};
+    const auto* const found = std::ranges::find_if(
+        beginnings, [&](const StandIn& row) { return stem.starts_with(row.stem); });
+    return found == beginnings.end() ? std::string_view() : found->family;
 }
 
 std::string_view standInStem(std::string_view stem) {

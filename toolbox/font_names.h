@@ -26,4 +26,7 @@ FontStyle fontStyle(std::string_view name);
 /// none.
 std::string_view standInStem(std::string_view stem);
 
+/// The stem of the URW family that a font of that family looks most like; empty: not known.
+std::string_view kindStem(std::string_view stem);
+
 } // namespace corvane

@@ -30,9 +30,11 @@ public:
                        std::ranges::find(font.families, family) != font.families.end();
             };
         };
-        const std::string_view generic = request_.isFixedPitch ? "nimbusmono"
-                                         : request_.isSerif    ? "nimbus"
-                                                               : "nimbussans";
+        const std::string_view kind = kindStem(stem);
+        const std::string_view generic = !kind.empty()           ? kind
+                                         : request_.isFixedPitch ? "nimbusmono"
+                                         : request_.isSerif      ? "nimbus"
+                                                                 : "nimbussans";
         auto found = best(covering, FontMatch::named, [&](const InstalledFont& font) {
             return !name.empty() && font.postScriptName == name;
         });

@@ -104,9 +104,10 @@ void nameLayers(Report& report, std::int32_t code, const std::vector<std::string
     }
 }
 
-/// The first letters of a font, and how many there are.
-std::string lettersText(const std::string& letters) {
+/// Which letters are in a font that took the place of another, the first of many.
+std::string fontText(const FontNote& font) {
     constexpr std::size_t most = 20;
+    const std::string& letters = font.letters;
     std::size_t count = 0;
     std::size_t shown = letters.size();
     for (std::size_t i = 0; i < letters.size(); ++i) {
@@ -114,8 +115,11 @@ std::string lettersText(const std::string& letters) {
         shown = isStart && count == most ? i : shown;
         count += isStart ? 1 : 0;
     }
-    return (count == 1 ? "the letter " : "the letters ") + letters.substr(0, shown) +
-           (count > most ? " ..." : "") + (count == 1 ? " is in" : " are in");
+    const bool isOne = count == 1;
+    return (isOne ? "the letter " : "the letters ") + letters.substr(0, shown) +
+           (count > most ? "..." : "") + (isOne ? " is in \"" : " are in \"") + font.name +
+           "\", since the font \"" + font.wanted + "\" does not have " +
+           (isOne ? "it" : "them") + " or is not installed";
 }
 
 /// The plug-in has one warning for all fonts that took the place of others; each gets one here.
@@ -123,9 +127,7 @@ void nameFonts(Report& report) {
     std::vector<Fault> named;
     for (const FontNote& font : report.fontsAdded) {
         if (!font.wanted.empty()) {
-            named.push_back({code::fontAdded, lettersText(font.letters) + " \"" + font.name +
-                                                  "\", since the font \"" + font.wanted +
-                                                  "\" does not have them or is not installed"});
+            named.push_back({code::fontAdded, fontText(font)});
         }
     }
     const auto warning = std::ranges::find(report.warnings, code::fontAdded, &Fault::code);

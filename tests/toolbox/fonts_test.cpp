@@ -34,6 +34,8 @@ TEST(Fonts, StandardFontsHaveStandIns) {
         {"Palatino-BoldItalic", "P052-BoldItalic"},
         {"NewCenturySchlbk-Roman", "C059-Roman"},
         {"AvantGarde-DemiOblique", "URWGothic-DemiOblique"},
+        {"NimbusRomNo9L-MediItal", "NimbusRoman-BoldItalic"},
+        {"NimbusSanL-Regu", "NimbusSans-Regular"},
         {"Helvetica-Narrow-Bold", "NimbusSansNarrow-Bold"}};
     for (const auto& [name, wanted] : rows) {
         const auto found = findFont({.name = name});
@@ -53,8 +55,18 @@ TEST(Fonts, AreFoundByNameStyleAndKind) {
     request = {.name = "No Such Family", .weight = 600, .isSerif = true};
     EXPECT_EQ(nameOf(findFont(request)), "NimbusRoman-Bold");
     EXPECT_EQ(findFont(request)->match, FontMatch::similar);
+    // Many documents do not say that these have serifs.
+    EXPECT_EQ(nameOf(findFont({.name = "ABCDEF+CMR10"})), "NimbusRoman-Regular");
+    EXPECT_EQ(nameOf(findFont({.name = "LMMono10-Regular"})), "NimbusMonoPS-Regular");
     request = {.name = "", .isFixedPitch = true};
     EXPECT_EQ(nameOf(findFont(request)), "NimbusMonoPS-Regular");
+    // Beside each of these fonts there is one in the form Type 1.
+    request = {.name = "P052", .passedOver = {findFont({.name = "P052"})->path}};
+    const auto type1 = findFont(request);
+    if (type1 && std::filesystem::path(type1->path).extension() != ".otf") {
+        request.isOpenType = true;
+        EXPECT_EQ(std::filesystem::path(findFont(request)->path).extension(), ".otf");
+    }
     // No font has all of these; the name decides.
     request = {.name = "Helvetica", .characters = U"\U0010FFFDA"};
     EXPECT_EQ(nameOf(findFont(request)), "NimbusSans-Regular");

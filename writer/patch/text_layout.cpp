@@ -4,7 +4,6 @@
 #include "writer/patch/matching.h"
 #include "writer/patch/text_run.h"
 
-#include <algorithm>
 #include <optional>
 #include <span>
 #include <vector>
@@ -60,26 +59,24 @@ private:
         double pen = 0;
         for (const LineRun& run : runs) {
             artwork_.objects[first++].start = pen;
-            pen += run.shownLength;
+            pen += *run.shownLength;
         }
     }
 
-    /// Below 0 where its letters are not as the page shows them.
-    double shownLength(const EditedObject& object, const TextRun& run) const {
+    /// Nothing where its letters are not as the page shows them.
+    std::optional<double> shownLength(const EditedObject& object, const TextRun& run) const {
         const PaintedIndex source = sourceOf(base_, object);
         if (source == noSource) {
-            return -1;
+            return std::nullopt;
         }
         const PaintedArt& was = base_.trace.painted()[source];
         const ShownPart& part = base_.trace.textPart(was.part);
         if (compareText(base_, was, object).letters) {
-            return -1;
+            return std::nullopt;
         }
         const Fixed former = runOf(was.art, part.run).size;
-        const double length = former == 0 ? part.length
-                                          : part.length * realFromFixed(run.size) /
-                                                realFromFixed(former);
-        return std::max(0.0, length);
+        return former == 0 ? part.length
+                           : part.length * realFromFixed(run.size) / realFromFixed(former);
     }
 
     const BaseReading& base_;

@@ -7,6 +7,8 @@
 #include "writer/text/font_choice.h"
 
 #include <cstddef>
+#include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -15,10 +17,11 @@ namespace corvane {
 /// A run as it goes into a line.
 struct LineRun {
     TextRun run;
-    /// Where it stays as the page shows it, its length in the line's space; below 0: it is typed.
-    double shownLength = -1;
+    /// Where it stays as the page shows it, its length in the line's space, which may be below 0;
+    /// otherwise it is typed.
+    std::optional<double> shownLength = {};
 
-    bool isTyped() const { return shownLength < 0; }
+    bool isTyped() const { return !shownLength; }
 };
 
 /// A glyph in its row. Lengths are in ems of the run.

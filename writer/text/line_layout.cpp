@@ -65,7 +65,7 @@ private:
                (glyph.endsLetter ? spacingOf(item) * glyph.count : 0);
     }
     double lengthOf(const LineItem& item) const {
-        double length = item.glyphs.empty() ? std::max(0.0, runs_[item.run].shownLength) : 0;
+        double length = item.glyphs.empty() ? runs_[item.run].shownLength.value_or(0) : 0;
         for (const LineGlyph& glyph : item.glyphs) {
             length += wayOf(item, glyph);
         }

@@ -245,7 +245,6 @@ TEST(ReadText, whatTextCannotHoldIsCounted) {
         {"<text text-decoration='underline'>a</text>", "text-decoration"},
         {"<text font-variant='small-caps'>a</text>", "font-variant"},
         {"<text transform='scale(0)'>a</text>", "transform"},
-        {"<text>a</text>", "text"},
     };
     for (const auto& [body, kind] : rows) {
         EXPECT_EQ(ReadArt(foreignSvg(body)).ignored(kind), 1) << body;
