@@ -23,7 +23,7 @@ TEST_F(SaveLoss, WhatIsIgnoredNeedsForce) {
         const char* loss;
     };
     for (const Row& row : {
-             Row{"<text>a</text><text>b</text><text>c</text>", "text: 3 elements ignored"},
+             Row{"<script/><script/><script/>", "script: 3 elements ignored"},
              Row{"<image href='data:image/png;base64,AAAA'/><image xlink:href=' a/logo.png'/>"
                  "<image href='a/logo.png'/><image href='b.jpg'/><image/>",
                  "image: 5 elements ignored (a/logo.png, b.jpg, 1 embedded)"},

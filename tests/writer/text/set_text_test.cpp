@@ -232,7 +232,7 @@ TEST_F(SetTextTest, AnchorsAndLengths) {
              line.length = line.length / 10 * 11;
              line.stretchesLetters = true;
          },
-         0, 1.25},
+         0, 1.1},
     };
     // Five letters of a fixed width of 0.6 em.
     constexpr double whole = 5 * 0.6 * 12;
