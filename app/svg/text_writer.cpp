@@ -10,7 +10,9 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <cstdlib>
+#include <limits>
 #include <string>
 
 namespace corvane {
@@ -42,14 +44,14 @@ public:
 
 private:
     void findShared();
+    bool isPlain() const;
     void writePlace();
     void writeFont(const TextRun&);
     void writeAttributes(const TextRun&, Shared which);
     void writeOwn(const TextRun&, std::uint32_t number);
     void writeLetters(const TextRun&);
-    void writeShift(Fixed shift, Fixed size);
-    std::string_view along() const { return line_.isVertical ? "dy" : "dx"; }
-    std::string_view across() const { return line_.isVertical ? "dx" : "dy"; }
+    void writeColumn(const TextRun&);
+    void writeShift(std::string_view name, Fixed shift, Fixed size, double natural = 0);
 
     const Document& document_;
     TextOutput& out_;
@@ -63,6 +65,7 @@ private:
     bool needsBlanks_ = false;
     bool isRightToLeft_ = false;
     Fixed rise_ = 0; ///< of the run before
+    ColumnLetter before_;
 };
 
 /// XML drops blanks at the ends, and makes one of several.
@@ -110,11 +113,17 @@ void TextWriter::findShared() {
         shared_.size = shared_.size && run.size == first.size;
         shared_.spacing = shared_.spacing && run.spacing == first.spacing;
         shared_.style = shared_.style && run.style == first.style;
-        needsBlanks_ =
-            losesBlanks(run.text, afterBlank) || bordersOnBlank(run, count_ == 1) || needsBlanks_;
+        needsBlanks_ = losesBlanks(run.text, afterBlank) || bordersOnBlank(run, count_ == 1) ||
+                       line_.isVertical || needsBlanks_;
         isRightToLeft_ = isRightToLeft_ || holdsRightToLeft(run.text);
     }
     needsBlanks_ = needsBlanks_ || afterBlank;
+}
+
+/// Whether the line's space is the page's, but for its origin.
+bool TextWriter::isPlain() const {
+    const Matrix& matrix = line_.matrix;
+    return matrix.a == fixedOne && matrix.b == 0 && matrix.c == 0 && matrix.d == fixedOne;
 }
 
 /// From the line's space, turned to point down as SVG does, to the page.
@@ -122,7 +131,7 @@ void TextWriter::writePlace() {
     const Matrix& matrix = line_.matrix;
     const std::int64_t x = place_.corner.x(matrix.tx);
     const std::int64_t y = place_.corner.y(matrix.ty);
-    if (matrix.a == fixedOne && matrix.b == 0 && matrix.c == 0 && matrix.d == fixedOne) {
+    if (isPlain()) {
         writeNumberAttribute(out_, "x", x);
         writeNumberAttribute(out_, "y", y);
         return;
@@ -158,7 +167,7 @@ void TextWriter::writeAttributes(const TextRun& run, Shared which) {
     if (which.size) {
         writeNumberAttribute(out_, "font-size", run.size);
     }
-    if (which.spacing && run.spacing != 0) {
+    if (which.spacing && run.spacing != 0 && !line_.isVertical) {
         writeNumberAttribute(out_, "letter-spacing", run.spacing);
     }
     if (which.style) {
@@ -175,35 +184,38 @@ void TextWriter::writeOwn(const TextRun& run, std::uint32_t number) {
     if (run.source.end != 0) {
         writeArtSource(out_, "data-source", run.source, place_.base);
     }
+    if (line_.isVertical) {
+        return;
+    }
     if (run.rise != rise_) {
-        const std::int64_t up = std::int64_t{run.rise} - rise_;
-        writeNumberAttribute(out_, across(), line_.isVertical ? up : -up);
+        writeNumberAttribute(out_, "dy", std::int64_t{rise_} - run.rise);
         rise_ = run.rise;
     }
     if (!run.pieces.empty() && run.pieces[0].start == 0 && run.pieces[0].face == 0) {
-        writeShift(run.pieces[0].shift, run.size);
+        writeShift("dx", run.pieces[0].shift, run.size);
     }
 }
 
-/// In as few digits as make the same shift again.
-void TextWriter::writeShift(Fixed shift, Fixed size) {
-    if (shift == 0) {
+/// In as few digits as make the same shift again. Where nothing shifts, the length is `natural`.
+void TextWriter::writeShift(std::string_view name, Fixed shift, Fixed size, double natural) {
+    if (shift == 0 && natural == 0) {
         return;
     }
     constexpr int mostDigits = 17;
     const double em = static_cast<double>(size) / fixedOne;
-    const double length = lengthOfShift(shift, em);
+    const double length = natural + lengthOfShift(shift, em);
     std::array<char, 32> text{};
     const char* end = text.data();
-    double read = 0;
-    for (int digits = 2; digits <= mostDigits && (read == 0 || shiftOfLength(read, em) != shift);
+    double read = std::numeric_limits<double>::quiet_NaN();
+    for (int digits = 2; digits <= mostDigits && (std::isnan(read) || read == 0 ||
+                                                  shiftOfLength(read - natural, em) != shift);
          ++digits) {
         end = std::to_chars(text.data(), text.data() + text.size(), length,
                             std::chars_format::general, digits)
                   .ptr;
         std::from_chars(text.data(), end, read);
     }
-    writePlainAttribute(out_, along(), {text.data(), static_cast<std::size_t>(end - text.data())});
+    writePlainAttribute(out_, name, {text.data(), static_cast<std::size_t>(end - text.data())});
 }
 
 void TextWriter::writeLetters(const TextRun& run) {
@@ -212,7 +224,7 @@ void TextWriter::writeLetters(const TextRun& run) {
     const auto writeTo = [&](std::size_t end) {
         if (piece != nullptr) {
             out_.text("<tspan");
-            writeShift(piece->shift, run.size);
+            writeShift("dx", piece->shift, run.size);
             if (piece->face != 0) {
                 out_.text(" font-family=\"");
                 writeFamilies(out_, document_.fonts().facts(run.font), piece->face);
@@ -234,6 +246,37 @@ void TextWriter::writeLetters(const TextRun& run) {
     writeTo(run.text.size());
 }
 
+void TextWriter::writeColumn(const TextRun& run) {
+    const auto real = [](Fixed length) { return static_cast<double>(length) / fixedOne; };
+    auto piece = run.pieces.begin();
+    std::int32_t face = 0;
+    for (std::size_t at = 0; at < run.text.size();) {
+        const std::string_view rest = run.text.substr(at);
+        const auto length = std::max<std::size_t>(decodeCharacter(rest).length, 1);
+        Fixed shift = 0;
+        for (; piece != run.pieces.end() && static_cast<std::size_t>(piece->start) <= at; ++piece) {
+            shift = piece->shift;
+            face = piece->face;
+        }
+        out_.text("<tspan");
+        writeNumberAttribute(out_, "x", isPlain() ? place_.corner.x(line_.matrix.tx) : 0);
+        if (run.rise != 0) {
+            writeNumberAttribute(out_, "dx", run.rise);
+        }
+        writeShift("dy", shift, run.size, columnStep(real(run.size), before_));
+        before_ = {real(run.size), real(run.spacing)};
+        if (face != 0) {
+            out_.text(" font-family=\"");
+            writeFamilies(out_, document_.fonts().facts(run.font), face);
+            out_.text("\"");
+        }
+        out_.text(">");
+        writeEscaped(out_, rest.substr(0, length));
+        out_.text("</tspan>");
+        at += length;
+    }
+}
+
 void TextWriter::write() {
     findShared();
     const bool several = count_ > 1;
@@ -249,8 +292,8 @@ void TextWriter::write() {
     }
     writePlace();
     if (line_.isVertical) {
-        // Pages set all letters of a column upright, which has no attribute.
-        writePlainAttribute(out_, "style", "writing-mode:vertical-rl;text-orientation:upright");
+        writePlainAttribute(out_, "data-column", "true");
+        writePlainAttribute(out_, "text-anchor", "middle");
     }
     if (needsBlanks_) {
         writePlainAttribute(out_, "xml:space", "preserve");
@@ -262,8 +305,11 @@ void TextWriter::write() {
     }
     writeAttributes(first, shared_);
     out_.text(">");
+    const auto writeRun = [&](const TextRun& run) {
+        line_.isVertical ? writeColumn(run) : writeLetters(run);
+    };
     if (!several) {
-        writeLetters(first);
+        writeRun(first);
     }
     const Shared own{!shared_.font, !shared_.size, !shared_.spacing, !shared_.style};
     std::uint32_t number = place_.number;
@@ -273,7 +319,7 @@ void TextWriter::write() {
         writeOwn(run, number++);
         writeAttributes(run, own);
         out_.text(">");
-        writeLetters(run);
+        writeRun(run);
         out_.text("</tspan>");
     }
     out_.text("</text>");

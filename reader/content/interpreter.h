@@ -58,6 +58,7 @@ struct ContentLevel {
     EndedPath ended;
     TextObject text;
     ShownText shown;
+    bool setsFont = false;         ///< the latest `gs` set the font
     ContentTrace* trace = nullptr; ///< where operators are noted, if anywhere; not an owner
 };
 

@@ -40,8 +40,8 @@ bool hasSize(const TextState& text, const RealMatrix& space) {
 bool isArt(const GraphicsState& state, const RealMatrix& space) {
     const TextState& text = state.text;
     const PageFont& font = *text.font->font;
-    return font.kind() != FontKind::type3 && !font.isVertical() &&
-           text.renderMode < firstClippingMode && !(fills(text.renderMode) && state.fill.hidden) &&
+    return font.kind() != FontKind::type3 && text.renderMode < firstClippingMode &&
+           !(fills(text.renderMode) && state.fill.hidden) &&
            !(strokes(text.renderMode) && state.stroke.hidden) && hasSize(text, space) &&
            text.horizontalScale != 0 && inverse(space).has_value();
 }

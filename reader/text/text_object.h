@@ -24,6 +24,7 @@ struct OpenLine {
     std::int32_t runs = 0;
     double size = 0;        ///< of the last run
     bool endsBlank = false; ///< the last character is a blank
+    bool isVertical = false;
 };
 
 struct TextObject {

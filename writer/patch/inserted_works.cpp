@@ -111,6 +111,11 @@ void InsertedWorks::writeText(const MatchedObject& object, const EditedObject& e
     const bool isMasked = (own.settings & softMaskSetting) != 0;
     const RealMatrix movement =
         isMasked && object.difference.place ? movementOfText(base_, was, edited) : RealMatrix();
+    // A `gs` that set the font may set what other operators set again.
+    const TraceIndex font = trace_.textSetting(was.setting).font;
+    if (font != 0 && trace_.events()[font - 1].role == OperatorRole::external) {
+        walk_.text.add(tools_.state.bytesOf(font - 1));
+    }
     tools_.state.write(own, {}, movement);
     sourcedTextWorks(tools_, base_, was, edited, object.difference);
 }

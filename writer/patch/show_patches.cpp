@@ -113,9 +113,9 @@ void resumeTextWorks(PatchTools& tools, const TextPlace& place) {
         walk.text.addMatrix(withoutSignedZeros(place.line));
         walk.text.add("Tm\n");
     }
-    if (place.along.x != 0) {
+    if (place.along != 0) {
         walk.text.add("[");
-        numberWorks(walk, place.along.x, place.unit);
+        numberWorks(walk, place.along, place.unit);
         walk.text.add("] TJ\n");
     }
 }

@@ -95,7 +95,7 @@ private:
         double ems = 0;
         double spaces = 0;
         for (const EncodedLetters& each : *letters) {
-            ems += each.advance;
+            ems += font->isVertical() ? columnAdvance : each.advance;
             spaces += each.count;
         }
         for (const TextPiece& piece : run.pieces) {

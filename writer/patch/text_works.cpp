@@ -2,6 +2,7 @@
 
 #include "filters/character.h"
 #include "reader/content/losses.h"
+#include "runtime/callbacks.h"
 #include "runtime/exception.h"
 #include "runtime/fixed.h"
 #include "runtime/reason.h"
@@ -79,16 +80,22 @@ void movedWorks(PatchTools& tools, const BaseReading& base, const PaintedArt& wa
     const TextSetting& setting = tools.trace.textSetting(was.setting);
     const ShownPart& part = tools.trace.textPart(was.part);
     const RealMatrix movement = difference.place ? movementOfText(base, was, is) : RealMatrix();
-    walk.text.add(tools.state.bytesOf(setting.font - 1));
+    if (tools.trace.events()[setting.font - 1].role == OperatorRole::font) {
+        walk.text.add(tools.state.bytesOf(setting.font - 1));
+    }
     stateWorks(walk, {.characterSpacing = setting.characterSpacing,
                       .wordSpacing = setting.wordSpacing,
                       .horizontalScale = setting.horizontalScale,
                       .rise = setting.rise,
                       .mode = modeOf(runOf(is.art, is.run).style)});
-    matrixWorks(walk,
-                multiply(multiply(multiply({.tx = part.pen}, setting.matrix), movement), back));
+    const RealMatrix begin =
+        setting.isVertical ? RealMatrix{.ty = part.pen} : RealMatrix{.tx = part.pen};
+    matrixWorks(walk, multiply(multiply(multiply(begin, setting.matrix), movement), back));
     ownBytesWorks(tools, was);
 }
+
+/// In ems.
+constexpr double sameAdvance = 1.0 / 4000;
 
 void addHexadecimal(std::string& text, char c) {
     constexpr std::string_view digits = "0123456789ABCDEF";
@@ -120,7 +127,10 @@ void typedWorks(PatchTools& tools, const BaseReading& base, const EditedObject& 
     Walk& walk = tools.walk;
     const TextRun run = runOf(is.art, is.run);
     PageFont* const font = base.fonts.find(run.font);
-    if (font == nullptr || run.size <= 0) {
+    TextLine line;
+    callHost(slot::getTextLine, is.art, &line);
+    const bool isVertical = line.isVertical;
+    if (font == nullptr || run.size <= 0 || font->isVertical() != isVertical) {
         noteReason(Reason::newFont);
         failException(Exception::unpatchable);
     }
@@ -140,15 +150,21 @@ void typedWorks(PatchTools& tools, const BaseReading& base, const EditedObject& 
     walk.text.addReal(size);
     walk.text.add("Tf ");
     const double spacing = realFromFixed(run.spacing);
-    stateWorks(
-        walk,
-        {.characterSpacing = spacing, .rise = realFromFixed(run.rise), .mode = modeOf(run.style)});
+    const double rise = realFromFixed(run.rise);
+    // The pen of a column goes down, and its rise is to the right.
+    const double forward = isVertical ? -1 : 1;
+    stateWorks(walk, {.characterSpacing = forward * spacing,
+                      .rise = isVertical ? 0 : rise,
+                      .mode = modeOf(run.style)});
+    if (isVertical) {
+        frame = multiply({.tx = rise}, frame);
+    }
     matrixWorks(walk, multiply(frame, back));
     walk.text.add("[");
     std::string codes;
     const auto moveOn = [&](double ems) {
         stringWorks(walk, std::exchange(codes, {}));
-        gapWorks(walk, ems);
+        gapWorks(walk, forward * ems);
     };
     auto piece = run.pieces.begin();
     for (const EncodedLetters& each : *letters) {
@@ -158,9 +174,12 @@ void typedWorks(PatchTools& tools, const BaseReading& base, const EditedObject& 
             }
         }
         if (each.isBlank) {
-            moveOn(each.advance + spacing / size);
+            moveOn((isVertical ? columnAdvance : each.advance) + spacing / size);
         }
         codes += each.codes;
+        if (isVertical && !each.isBlank && std::abs(each.advance - columnAdvance) > sameAdvance) {
+            moveOn(columnAdvance - each.advance);
+        }
     }
     stringWorks(walk, codes);
     walk.text.add("] TJ\n");

@@ -116,6 +116,7 @@ constexpr std::array<std::string_view, attributeCount> names{
     "data-clip-source",
     "data-source",
     "data-compound",
+    "data-column",
     "data-guide",
     "data-stroke-width",
     "data-stroke-dasharray",

@@ -118,6 +118,7 @@ enum class Attribute : std::uint8_t {
     dataClipSource,
     dataSource,
     dataCompound,
+    dataColumn,
     dataGuide,
     dataStrokeWidth,
     dataStrokeDasharray,

@@ -30,6 +30,7 @@ void LineMaker::startLine(const LetterPlace& place) {
     double x = place.x.value_or(frame_.isVertical ? origin_.x + before : 0);
     double y = place.y.value_or(frame_.isVertical ? 0 : origin_.y + before);
     across_ = carried_ = 0;
+    before_ = {};
     if (!context_.ours) {
         x += place.dx;
         y += place.dy;
@@ -84,6 +85,15 @@ void LineMaker::addPiece(double shift, std::int32_t face) {
     }
 }
 
+/// Of the next letter of a column. One that was typed behind another has no place of its own.
+double LineMaker::columnShift(const LetterPlace& place, const LetterLook& look) {
+    const double size = asWritten(look.size);
+    const double shift = place.x ? place.dy - columnStep(size, before_) : 0;
+    before_ = {size, asWritten(look.spacing)};
+    across_ = asWritten(place.dx);
+    return shift;
+}
+
 void LineMaker::add(std::string_view letter, bool blank, const LetterPlace& place,
                     const LetterLook& look) {
     const std::optional<double>& along = frame_.isVertical ? place.y : place.x;
@@ -92,12 +102,14 @@ void LineMaker::add(std::string_view letter, bool blank, const LetterPlace& plac
     if (starts) {
         dropLastBlank();
         startLine(place);
-    } else if (across) {
+    } else if (across && !frame_.isColumn) {
         across_ = *across - (frame_.isVertical ? origin_.x : origin_.y);
     }
     double shift = carried_;
     carried_ = blank ? look.wordSpacing : 0;
-    if (!starts || context_.ours) {
+    if (frame_.isColumn) {
+        shift = columnShift(place, look);
+    } else if (!starts || context_.ours) {
         shift += frame_.isVertical ? place.dy : place.dx;
         const double step = frame_.isVertical ? place.dx : place.dy;
         across_ += context_.ours ? asWritten(step) : step;

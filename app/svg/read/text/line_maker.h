@@ -4,6 +4,7 @@
 #include "app/svg/read/context.h"
 #include "app/svg/read/shape_builder.h"
 #include "app/svg/read/text/letter_places.h"
+#include "app/svg/text_shift.h"
 #include "host/matrix.h"
 
 #include <cstdint>
@@ -34,6 +35,7 @@ struct LineFrame {
     ArtPlace place;
     RealMatrix toArt; ///< from the user space of the letters
     bool isVertical = false;
+    bool isColumn = false; ///< vertical, as the writer writes it (app/svg/text_shift.h)
 };
 
 /// A letter with an absolute place along its line begins a new text object, since nothing here
@@ -51,6 +53,7 @@ private:
     void startLine(const LetterPlace& place);
     void startRun(const LetterLook& look, double rise);
     void addPiece(double shift, std::int32_t face);
+    double columnShift(const LetterPlace& place, const LetterLook& look);
     void dropLastBlank();
     void finishRun();
     Art makeLine();
@@ -65,6 +68,7 @@ private:
     double turn_ = 0;
     double across_ = 0;  ///< from the origin, as SVG counts
     double carried_ = 0; ///< shift of the next letter for the blank before it
+    ColumnLetter before_;
     Art art_ = Art::null;
     double scale_ = 1; ///< from lengths of the user space to those of the line's space
 

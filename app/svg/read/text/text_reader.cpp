@@ -195,7 +195,7 @@ void TextReader::readLetters(std::string_view text) {
 
 bool TextReader::read(pugi::xml_node text, const Attributes& attributes,
                       const ComputedStyle& style) {
-    if (style.anchored) {
+    if (style.anchored && !frame_.isColumn) {
         context_.tally.add("text-anchor"); // how wide letters are is not known
     }
     open(text, attributes, style);
