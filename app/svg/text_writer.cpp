@@ -49,6 +49,7 @@ private:
     void writeFont(const TextRun&);
     void writeAttributes(const TextRun&, Shared which);
     void writeOwn(const TextRun&, std::uint32_t number);
+    void writeOrder();
     void writeLetters(const TextRun&);
     void writeColumn(const TextRun&);
     void writeShift(std::string_view name, Fixed shift, Fixed size, double natural = 0);
@@ -218,12 +219,22 @@ void TextWriter::writeShift(std::string_view name, Fixed shift, Fixed size, doub
     writePlainAttribute(out_, name, {text.data(), static_cast<std::size_t>(end - text.data())});
 }
 
+/// Letters stand in the order in which the page shows them. What overrides another one counts for
+/// its own element alone, so each says it.
+void TextWriter::writeOrder() {
+    if (isRightToLeft_) {
+        writePlainAttribute(out_, "direction", "ltr");
+        writePlainAttribute(out_, "unicode-bidi", "bidi-override");
+    }
+}
+
 void TextWriter::writeLetters(const TextRun& run) {
     std::size_t start = 0;
     const TextPiece* piece = nullptr; // the one that began at `start`, where it has an element
     const auto writeTo = [&](std::size_t end) {
         if (piece != nullptr) {
             out_.text("<tspan");
+            writeOrder();
             writeShift("dx", piece->shift, run.size);
             if (piece->face != 0) {
                 out_.text(" font-family=\"");
@@ -298,11 +309,7 @@ void TextWriter::write() {
     if (needsBlanks_) {
         writePlainAttribute(out_, "xml:space", "preserve");
     }
-    if (isRightToLeft_) {
-        // Letters stand in the order in which the page shows them.
-        writePlainAttribute(out_, "direction", "ltr");
-        writePlainAttribute(out_, "unicode-bidi", "bidi-override");
-    }
+    writeOrder();
     writeAttributes(first, shared_);
     out_.text(">");
     const auto writeRun = [&](const TextRun& run) {
@@ -317,6 +324,7 @@ void TextWriter::write() {
         const TextRun run = document_.textRun(text_, i);
         out_.text("<tspan");
         writeOwn(run, number++);
+        writeOrder();
         writeAttributes(run, own);
         out_.text(">");
         writeRun(run);

@@ -161,7 +161,8 @@ void ContentTrace::applyShow(const Interpreter& interpreter, TraceEvent& event) 
         painted_.push({.event = next(),
                        .art = part.art,
                        .setting = static_cast<TraceIndex>(textSettings_.size() - 1),
-                       .part = static_cast<TraceIndex>(textParts_.size() - 1)});
+                       .part = static_cast<TraceIndex>(textParts_.size() - 1),
+                       .isDrawn = shown.isDrawn});
     }
     event.art = shown.parts.front().art;
     markClips(&ClipLink::holds);

@@ -83,6 +83,7 @@ struct PaintedArt {
     Art art = Art::null;
     TraceIndex setting = 0; ///< of text: in `ContentTrace::textSetting`
     TraceIndex part = 0;    ///< of text: in `ContentTrace::textPart`
+    bool isDrawn = false;   ///< text that glyph procedures drew: the art is a group of paths
 };
 
 /// A link of the clips in force.
