@@ -7,6 +7,7 @@
 
 #include <algorithm>
 
+#include FT_CID_H
 #include FT_FONT_FORMATS_H
 #include FT_TRUETYPE_IDS_H
 
@@ -21,7 +22,10 @@ std::optional<ProgramKind> kindOf(FT_Face face) {
         return ProgramKind::trueType;
     }
     if (name == "CFF") {
-        return FT_IS_CID_KEYED(face) ? ProgramKind::cidCff : ProgramKind::cff;
+        // In an OpenType file such a program has no flag.
+        FT_Bool isKeyed = 0;
+        const bool isKnown = FT_Get_CID_Is_Internally_CID_Keyed(face, &isKeyed) == 0;
+        return isKnown && isKeyed != 0 ? ProgramKind::cidCff : ProgramKind::cff;
     }
     if (name == "Type 1") {
         return ProgramKind::type1;

@@ -100,8 +100,14 @@ private:
         for (Art art = top; art != Art::null; art = nextWithin(document_, top, art)) {
             touchOne(art);
         }
-        for (Art group = document_.parent(top); group != Art::null;
+        touchAround(top);
+    }
+
+    /// Groups that have a source, too, since art in them is a part of theirs.
+    void touchAround(Art art) {
+        for (Art group = document_.parent(art); group != Art::null;
              group = document_.parent(group)) {
+            touchOne(group);
             if (document_.kind(group) == ArtKind::group && document_.clipped(group)) {
                 touchOne(document_.firstChild(group));
             }
@@ -213,6 +219,7 @@ private:
         Placement placement = Placement::inside;
         if (!all.objects.empty()) {
             reference = pick(all.objects);
+            touchAround(reference);
             placement = choose_(2) == 0 ? Placement::inFront : Placement::behind;
         }
         fillPath(document_.make(ArtKind::path, placement, reference));
@@ -366,9 +373,12 @@ private:
                 document_.reorder(art, Placement::behind, back);
             }
             return;
-        default:
-            document_.reorder(art, choose_(2) == 0 ? Placement::inFront : Placement::behind,
-                              pick(all.objects));
+        default: {
+            const Placement placement = choose_(2) == 0 ? Placement::inFront : Placement::behind;
+            const Art reference = pick(all.objects);
+            touchAround(reference);
+            document_.reorder(art, placement, reference);
+        }
         }
     }
 

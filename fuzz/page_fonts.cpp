@@ -38,8 +38,9 @@ void addFonts(test::PdfBuilder& file) {
         .object(32, simple + "/Widths [600 0 99999] /Encoding << /Differences [65 /B /A /nine "
                              "/f_f_i] >> >>")
         .object(33, "<< /Type /Font /Subtype /Type3 /FontBBox [0 0 9 9] /FontMatrix [.1 0 0 .1 0 "
-                    "0] /Encoding << /Differences [65 /A] >> /FirstChar 65 /LastChar 65 /Widths "
-                    "[9] /CharProcs << /A 40 0 R >> >>")
+                    "0] /Encoding << /Differences [65 /A /B /C /D] >> /FirstChar 65 /LastChar 68 "
+                    "/Widths [9 9 9 9] /CharProcs << /A 40 0 R /B 43 0 R /C 44 0 R /D 45 0 R >> "
+                    ">>")
         .object(34, composite + "/Encoding /Identity-V >>")
         .object(35, "<< /Type /FontDescriptor /FontName /ABCDEF+Seed /Flags 4 /FontFile3 37 0 R >>")
         .object(36, "<< /Type /Font /Subtype /CIDFontType0 /BaseFont /Seed /DW 500 /W [5 [600] 300 "
@@ -50,7 +51,10 @@ void addFonts(test::PdfBuilder& file) {
         .stream(40, "9 0 d0 0 0 9 9 re f")
         .object(41, composite + "/Encoding 42 0 R >>")
         .stream(42, "1 begincodespacerange <00000000> <FFFFFFFF> endcodespacerange "
-                    "1 begincidrange <00000000> <FFFFFFFF> 0 endcidrange");
+                    "1 begincidrange <00000000> <FFFFFFFF> 0 endcidrange")
+        .stream(43, "9 0 0 0 9 9 d1 1 0 0 rg q 0 0 5 5 re W n 0 0 9 9 re B 1 1 2 2 re f Q Q 3 3 m")
+        .stream(44, "9 0 d0 0 0 9 9 re f BT /F4 9 Tf (C) Tj ET")
+        .stream(45, "9 0 d0 1 0 0 rg 0 0 3 3 re f BI /W 1 /H 1 /IM true ID a EI");
 }
 
 } // namespace corvane::fuzz

@@ -3,9 +3,11 @@
 // A text object (art of kind text) is one line. Its matrix leads from the line's own space, in
 // which the baseline is the x axis (of vertical text: the column is the y axis, going down), to the
 // artboard. The line begins at the origin of that space. Runs follow one another: each begins where
-// the one before it ends. Lengths in the line's space are points where the matrix neither enlarges
-// nor shrinks; who makes a line gives it a matrix whose second column (c, d) has the length 1, so
-// that font sizes are sizes on the artboard.
+// the one before it ends. In a column each character takes an em, whatever its font says of its
+// width: it is set as in a horizontal line, half an em to the left of the column and
+// `columnOrigin` below the place that the column has come to. Lengths in the line's space are
+// points where the matrix neither enlarges nor shrinks; who makes a line gives it a matrix whose
+// second column (c, d) has the length 1, so that font sizes are sizes on the artboard.
 #pragma once
 
 #include "host/artwork.h"
@@ -62,7 +64,13 @@ struct TextRun {
     ArtSource source = {};
 };
 
-/// Which point of a line stands where it begins.
+/// Ems that each letter of a column takes, and from where it begins down to its baseline: as fonts
+/// that say nothing of it have them (PDF Reference, 5.6.3).
+inline constexpr double columnAdvance = 1;
+inline constexpr double columnOrigin = 0.88;
+
+/// Which point of a line stands where it begins: its left end, whatever its order, its middle, or
+/// its right end.
 enum class TextAnchor : std::uint8_t { start = 0, middle = 1, end = 2 };
 
 /// In which order letters follow one another.

@@ -1,7 +1,6 @@
 #include "app/svg/text_writer.h"
 
 #include "app/artwork/characters.h"
-
 #include "app/artwork/geometry.h"
 #include "app/svg/font_names.h"
 #include "app/svg/letter_layout.h"
@@ -12,7 +11,9 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <cstdlib>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -43,7 +44,7 @@ public:
         : document_(servers.document()), out_(out), servers_(servers), place_(place), text_(text),
           line_(document_.textLine(text)), count_(document_.textRunCount(text)),
           stretch_(stretchOf(line_.matrix)) {
-        if (place.advances != nullptr) {
+        if (place.advances != nullptr && !line_.isVertical) {
             glyphs_ = layOut(document_, text, *place.advances);
         }
     }
@@ -61,14 +62,13 @@ private:
     void writeAttributes(const TextRun&, Shared which);
     void writeOwn(const TextRun&, std::uint32_t number);
     void writeLetters(const TextRun&);
+    void writeColumn(const TextRun&);
     void writePlaced(const TextRun&);
     void writePlaces(std::size_t first, std::size_t end);
     void writeSum();
     bool isExact() const { return !glyphs_.empty(); }
-    void writeShift(std::string_view name, Fixed shift, Fixed size);
+    void writeShift(std::string_view name, Fixed shift, Fixed size, double natural = 0);
     void writeFace(const TextRun&, std::int32_t face);
-    std::string_view along() const { return line_.isVertical ? "dy" : "dx"; }
-    std::string_view across() const { return line_.isVertical ? "dx" : "dy"; }
 
     const Document& document_;
     TextOutput& out_;
@@ -84,6 +84,7 @@ private:
     Fixed rise_ = 0;                  ///< of the run before
     std::vector<PlacedGlyph> glyphs_; ///< where each has a place of its own
     std::size_t written_ = 0;         ///< of these
+    ColumnLetter before_;
 };
 
 /// XML drops blanks at the ends, and makes one of several.
@@ -116,8 +117,8 @@ void TextWriter::findShared() {
         shared_.size = shared_.size && run.size == first.size;
         shared_.spacing = shared_.spacing && run.spacing == first.spacing;
         shared_.style = shared_.style && run.style == first.style;
-        needsBlanks_ =
-            losesBlanks(run.text, afterBlank) || bordersOnBlank(run, count_ == 1) || needsBlanks_;
+        needsBlanks_ = losesBlanks(run.text, afterBlank) || bordersOnBlank(run, count_ == 1) ||
+                       line_.isVertical || needsBlanks_;
         isOverridden_ =
             isOverridden_ || (line_.order == TextOrder::visual && holdsRightToLeft(run.text));
     }
@@ -171,14 +172,15 @@ void TextWriter::writeOrder() {
 
 /// What is said of the line as a whole.
 void TextWriter::writeLineAttributes() {
-    if (line_.isVertical) {
-        // Pages set all letters of a column upright, which has no attribute.
-        writePlainAttribute(out_, "style", "writing-mode:vertical-rl;text-orientation:upright");
-    }
     if (needsBlanks_) {
         writePlainAttribute(out_, "xml:space", "preserve");
     }
     writeOrder();
+    if (line_.isVertical) {
+        writePlainAttribute(out_, "data-column", "true");
+        writePlainAttribute(out_, "text-anchor", "middle");
+        return;
+    }
     const bool isRightToLeft = line_.order == TextOrder::rightToLeft;
     if (isRightToLeft) {
         writePlainAttribute(out_, "direction", "rtl");
@@ -257,28 +259,31 @@ void TextWriter::writeOwn(const TextRun& run, std::uint32_t number) {
     if (run.source.end != 0) {
         writeArtSource(out_, "data-source", run.source, place_.base);
     }
+    if (line_.isVertical) {
+        return;
+    }
     if (run.rise != rise_) {
-        const std::int64_t up = std::int64_t{run.rise} - rise_;
-        writeNumberAttribute(out_, across(), line_.isVertical ? up : -up);
+        writeNumberAttribute(out_, "dy", std::int64_t{rise_} - run.rise);
         rise_ = run.rise;
     }
     if (!isExact() && !run.pieces.empty() && run.pieces[0].start == 0 && run.pieces[0].face == 0) {
-        writeShift(along(), run.pieces[0].shift, run.size);
+        writeShift("dx", run.pieces[0].shift, run.size);
     }
 }
 
-/// In as few digits as make the same shift again.
-void TextWriter::writeShift(std::string_view name, Fixed shift, Fixed size) {
-    if (shift == 0) {
+/// In as few digits as make the same shift again. Where nothing shifts, the length is `natural`.
+void TextWriter::writeShift(std::string_view name, Fixed shift, Fixed size, double natural) {
+    if (shift == 0 && natural == 0) {
         return;
     }
     constexpr int mostDigits = 17;
     const double em = static_cast<double>(size) / fixedOne;
-    const double length = lengthOfShift(shift, em);
+    const double length = natural + lengthOfShift(shift, em);
     std::array<char, 32> text{};
     const char* end = text.data();
-    double read = 0;
-    for (int digits = 2; digits <= mostDigits && (read == 0 || shiftOfLength(read, em) != shift);
+    double read = std::numeric_limits<double>::quiet_NaN();
+    for (int digits = 2; digits <= mostDigits && (std::isnan(read) || read == 0 ||
+                                                  shiftOfLength(read - natural, em) != shift);
          ++digits) {
         end = std::to_chars(text.data(), text.data() + text.size(), length,
                             std::chars_format::general, digits)
@@ -297,6 +302,10 @@ void TextWriter::writeFace(const TextRun& run, std::int32_t face) {
 }
 
 void TextWriter::writeLetters(const TextRun& run) {
+    if (line_.isVertical) {
+        writeColumn(run);
+        return;
+    }
     if (isExact()) {
         writePlaced(run);
         return;
@@ -307,7 +316,7 @@ void TextWriter::writeLetters(const TextRun& run) {
         if (piece != nullptr) {
             out_.text("<tspan");
             writeOrder();
-            writeShift(along(), piece->shift, run.size);
+            writeShift("dx", piece->shift, run.size);
             writeFace(run, piece->face);
             out_.text(">");
         }
@@ -323,6 +332,34 @@ void TextWriter::writeLetters(const TextRun& run) {
         piece = place != 0 || next.face != 0 ? &next : nullptr;
     }
     writeTo(run.text.size());
+}
+
+void TextWriter::writeColumn(const TextRun& run) {
+    const auto real = [](Fixed length) { return static_cast<double>(length) / fixedOne; };
+    auto piece = run.pieces.begin();
+    std::int32_t face = 0;
+    for (std::size_t at = 0; at < run.text.size();) {
+        const std::string_view rest = run.text.substr(at);
+        const auto length = std::max<std::size_t>(decodeCharacter(rest).length, 1);
+        Fixed shift = 0;
+        for (; piece != run.pieces.end() && static_cast<std::size_t>(piece->start) <= at; ++piece) {
+            shift = piece->shift;
+            face = piece->face;
+        }
+        out_.text("<tspan");
+        writeNumberAttribute(out_, "x",
+                             isPlain(line_.matrix) ? place_.corner.x(line_.matrix.tx) : 0);
+        if (run.rise != 0) {
+            writeNumberAttribute(out_, "dx", run.rise);
+        }
+        writeShift("dy", shift, run.size, columnStep(real(run.size), before_));
+        before_ = {real(run.size), real(run.spacing)};
+        writeFace(run, face);
+        out_.text(">");
+        writeEscaped(out_, rest.substr(0, length));
+        out_.text("</tspan>");
+        at += length;
+    }
 }
 
 /// The places of some glyphs, in the space of the text.

@@ -39,9 +39,10 @@ struct ClipChain {
 struct Level {
     Art clip = Art::null;
     Art next = Art::null;
-    int depth = 0;        ///< of the children's elements
-    bool element = false; ///< the group is an element, to be ended
-    Extent visible;       ///< what clips around it let through, at most
+    int depth = 0;         ///< of the children's elements
+    bool element = false;  ///< the group is an element, to be ended
+    bool isObject = false; ///< all in it has one source: the group is numbered, and no shape
+    Extent visible;        ///< what clips around it let through, at most
     ClipChain chain;
 };
 
@@ -98,6 +99,8 @@ private:
     void writeReference(std::uint32_t clip);
     void writeDroppedClip(Art clip);
     void writeData(Art shape);
+    bool hasOrdinal(Art) const;
+    void writeGroupId(const Level&);
     void writeId(std::string_view kind, std::uint32_t number);
     void writeSource(std::string_view name, Art);
 
@@ -118,6 +121,21 @@ void SvgWriter::writeLayer(Layer layer) {
     group_ = 0;
     enterGroup(top, &document_.layerProperties(layer));
     writeLevels();
+}
+
+/// Whether art is one object of a page.
+bool SvgWriter::hasOrdinal(Art art) const {
+    const std::optional<ArtSource> source = document_.source(art);
+    return source && source->ordinal >= 0;
+}
+
+/// Groups within an object need no name.
+void SvgWriter::writeGroupId(const Level& level) {
+    if (!level.isObject) {
+        writeId("g", ++numbers_.groups);
+    } else if (levels_.empty() || !levels_.back().isObject) {
+        writeId(shapeIdPrefix, numbers_.shapes);
+    }
 }
 
 /// The art of the tile stands in the pattern. A tile that is clipped is a group there.
@@ -184,6 +202,9 @@ void SvgWriter::enterGroup(Art group, const LayerProperties* layer) {
         }
     } else {
         level = levels_.back();
+        const bool starts = !level.isObject && hasOrdinal(group);
+        numbers_.shapes += starts ? 1 : 0;
+        level.isObject = level.isObject || starts;
     }
     level.clip = clipOf(document_, group);
     level.next = document_.lastChild(group);
@@ -208,7 +229,7 @@ void SvgWriter::enterGroup(Art group, const LayerProperties* layer) {
         writeId("layer", ++numbers_.layers);
         writeLayerAttributes(out_, *layer);
     } else {
-        writeId("g", ++numbers_.groups);
+        writeGroupId(level);
     }
     writeSource("data-source", group);
     if (clips) {
@@ -270,7 +291,9 @@ void SvgWriter::writeShape(Art shape) {
     }
     writeIndent(out_, level.depth);
     out_.text("<path");
-    writeId(shapeIdPrefix, ++numbers_.shapes);
+    if (!level.isObject) {
+        writeId(shapeIdPrefix, ++numbers_.shapes);
+    }
     writeSource("data-source", shape);
     if (guide) {
         writeGuideStyle(out_);

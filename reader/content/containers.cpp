@@ -38,8 +38,9 @@ Art makeArt(ArtKind kind, Art container) {
     return newArt(kind, place.placement, place.reference);
 }
 
-void Containers::open(Art layer) {
+void Containers::open(Art layer, std::int32_t around) {
     *this = Containers();
+    around_ = around;
     entries_.push_back({.container = layer});
 }
 
@@ -133,13 +134,12 @@ void Containers::wrap(std::int32_t depth, Art inner) {
 }
 
 Art Containers::container() {
-    const auto nesting = static_cast<std::int32_t>(entries_.size());
-    if (isMade() || nesting >= budget::groupNesting) {
+    if (isMade() || nesting() >= budget::groupNesting) {
         return entries_.back().container;
     }
     const std::int32_t level = std::exchange(soleDepth_, -1);
     if (level >= 0) {
-        if (nesting + soleHeight_ >= budget::groupNesting) {
+        if (nesting() + soleHeight_ >= budget::groupNesting) {
             return entries_.back().container;
         }
         wrap(level, sole_);
@@ -164,7 +164,7 @@ void Containers::bringAlong(Art art, Art holder) {
 }
 
 void Containers::enter(Art group) {
-    if (entries_.size() >= static_cast<std::size_t>(budget::artNesting) - 8) {
+    if (nesting() >= budget::artNesting - 8) {
         failException(Exception::structure);
     }
     entries_.push_back({.depth = depth_, .container = group});

@@ -15,8 +15,8 @@ namespace corvane {
 
 class Containers {
 public:
-    /// Starts over at the layer's art.
-    void open(Art layer);
+    /// Starts over at the layer's art, or at a group that lies within so many containers.
+    void open(Art layer, std::int32_t around = 0);
 
     /// What `open` was given.
     Art layer() const { return entries_.front().container; }
@@ -40,6 +40,9 @@ public:
     /// Makes `group`, which stands in the container and is to be clipped, the container until `Q`.
     void enter(Art group);
 
+    /// Containers within one another, the innermost included.
+    std::int32_t nesting() const { return around_ + static_cast<std::int32_t>(entries_.size()); }
+
     /// Levels that `q` opened.
     std::int32_t depth() const { return depth_; }
 
@@ -59,6 +62,7 @@ private:
     bool isMade() const { return entries_.back().depth == depth_; }
 
     std::vector<Entry> entries_;
+    std::int32_t around_ = 0;
     std::int32_t depth_ = 0;
     /// The one group that inner levels left in a level whose own group is not made yet. There is at
     /// most one such level: drawing anywhere else makes its group.

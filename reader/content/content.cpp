@@ -20,6 +20,13 @@ bool paintsOther(OperatorRole role) {
            role == OperatorRole::endImage;
 }
 
+/// What a glyph that only says its shape does not do.
+bool setsColour(OperatorRole role) {
+    return role == OperatorRole::fillSpace || role == OperatorRole::strokeSpace ||
+           role == OperatorRole::fillColour || role == OperatorRole::strokeColour ||
+           role == OperatorRole::intent;
+}
+
 /// The chain over one content stream, which is the cache's input while it is read.
 class ContentChain {
 public:
@@ -100,7 +107,9 @@ private:
             return;
         }
         checkStack(keyword->operands);
-        keyword->handler(interpreter_);
+        if (!level_.ignoresColour || !setsColour(keyword->role)) {
+            keyword->handler(interpreter_);
+        }
         if (paintsOther(keyword->role)) {
             level_.text.line = OpenLine();
         }

@@ -101,9 +101,13 @@ void ContentTrace::applyPath(const Interpreter& interpreter, TraceEvent& event) 
 
 namespace {
 
+bool isVertical(const TextState& text) {
+    return text.font != nullptr && text.font->font->isVertical();
+}
+
 /// What a number of 1000 in an array moves by, in text space.
 double unitOf(const TextState& text) {
-    return text.size * text.horizontalScale;
+    return isVertical(text) ? text.size : text.size * text.horizontalScale;
 }
 
 } // namespace
@@ -117,7 +121,10 @@ void ContentTrace::addTextPlace(const Interpreter& interpreter) {
     TextPlace place = textPlaces_[behind_.text];
     place.line = text.lineMatrix;
     const std::optional<RealMatrix> back = inverse(text.lineMatrix);
-    place.along = back ? transform(*back, {text.matrix.tx, text.matrix.ty}) : RealPoint();
+    const RealPoint way = back ? transform(*back, {text.matrix.tx, text.matrix.ty}) : RealPoint();
+    const bool goesDown = isVertical(interpreter.state.text);
+    place.along = goesDown ? way.y : way.x;
+    place.across = goesDown ? way.x : way.y;
     place.unit = unitOf(interpreter.state.text);
     textPlaces_.push(place);
     behind_.text = static_cast<TraceIndex>(textPlaces_.size() - 1);
@@ -147,13 +154,15 @@ void ContentTrace::applyShow(const Interpreter& interpreter, TraceEvent& event) 
                         .mode = text.renderMode,
                         .font = behind_.font,
                         .advance = shown.advance,
-                        .unit = unitOf(text)});
+                        .unit = unitOf(text),
+                        .isVertical = isVertical(text)});
     for (const ShownPart& part : shown.parts) {
         textParts_.push(part);
         painted_.push({.event = next(),
                        .art = part.art,
                        .setting = static_cast<TraceIndex>(textSettings_.size() - 1),
-                       .part = static_cast<TraceIndex>(textParts_.size() - 1)});
+                       .part = static_cast<TraceIndex>(textParts_.size() - 1),
+                       .isDrawn = shown.isDrawn});
     }
     event.art = shown.parts.front().art;
     markClips(&ClipLink::holds);
@@ -235,6 +244,10 @@ void ContentTrace::apply(const Interpreter& interpreter, TraceEvent& event) {
         setters_.push({behind_.setter, next(), behind_.matrix});
         behind_.setter = link;
         behind_.settings = interpreter.state.settings;
+        if (event.role == OperatorRole::external && interpreter.level.setsFont) {
+            behind_.font = next() + 1;
+            addTextPlace(interpreter);
+        }
     }
 }
 

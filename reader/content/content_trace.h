@@ -25,12 +25,12 @@ using TraceIndex = std::uint32_t;
 
 /// What is in force at a place of the content.
 struct Surroundings {
-    TraceIndex matrix = 0;      ///< in `ContentTrace::matrices`: the CTM, to the artboard
-    TraceIndex clip = 0;        ///< the innermost clip
-    TraceIndex mark = 0;        ///< the innermost marked content
-    TraceIndex setter = 0;      ///< the latest operator that set a part of the state
-    TraceIndex font = 0;        ///< the event of the latest Tf, counted from 1; 0: none
-    TraceIndex text = 0;        ///< in `ContentTrace::textPlace`; within a text object
+    TraceIndex matrix = 0; ///< in `ContentTrace::matrices`: the CTM, to the artboard
+    TraceIndex clip = 0;   ///< the innermost clip
+    TraceIndex mark = 0;   ///< the innermost marked content
+    TraceIndex setter = 0; ///< the latest operator that set a part of the state
+    TraceIndex font = 0;   ///< the event of the latest Tf, or `gs` with a font, from 1; 0: none
+    TraceIndex text = 0;   ///< in `ContentTrace::textPlace`; within a text object
     std::uint16_t settings = 0; ///< as `GraphicsState::settings`
     bool isInText = false;
     bool isInPath = false; ///< a path is under construction
@@ -55,7 +55,8 @@ struct TraceEvent {
 struct TextPlace {
     TraceIndex begin = 0;    ///< the event of its BT
     RealMatrix line = {};    ///< where its line begins
-    RealPoint along = {};    ///< how far what was shown goes from there, in text space
+    double along = 0;        ///< how far what was shown goes from there, in text space
+    double across = 0;       ///< the same at a right angle: lines and columns in one text object
     double unit = 0;         ///< what a number of 1000 in an array moves by, in text space
     bool addsToClip = false; ///< what it showed adds to the clip at its end
 };
@@ -73,6 +74,7 @@ struct TextSetting {
     TraceIndex font = 0; ///< as `Surroundings::font`
     double advance = 0;  ///< of all that it shows, in text space
     double unit = 0;     ///< as in `TextPlace`
+    bool isVertical = false;
 };
 
 /// What an operator painted, as artwork holds it.
@@ -81,6 +83,7 @@ struct PaintedArt {
     Art art = Art::null;
     TraceIndex setting = 0; ///< of text: in `ContentTrace::textSetting`
     TraceIndex part = 0;    ///< of text: in `ContentTrace::textPart`
+    bool isDrawn = false;   ///< text that glyph procedures drew: the art is a group of paths
 };
 
 /// A link of the clips in force.

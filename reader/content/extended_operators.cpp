@@ -7,6 +7,7 @@
 #include "runtime/exception.h"
 
 #include <algorithm>
+#include <span>
 #include <vector>
 
 namespace corvane {
@@ -90,6 +91,19 @@ void applyDash(Interpreter& interpreter, const Object& dictionary) {
     dashOperator(interpreter);
 }
 
+/// The entry "Font": a font and its size.
+void applyFont(Interpreter& interpreter, const Object& dictionary) {
+    const ObjectOwner font = lookupObject(interpreter.cache, dictionary, "Font");
+    if (!interpreter.readsText || typeObject(font.get()) != ObjectType::array ||
+        sizeObject(font.get()) != 2) {
+        return;
+    }
+    const std::span<const Object> elements = elementsObject(font.get());
+    interpreter.level.setsFont = true;
+    interpreter.state.text.font = interpreter.fonts.of(interpreter.cache, elements[0]);
+    interpreter.state.text.size = realNumber(resolveObject(interpreter.cache, elements[1]).get());
+}
+
 } // namespace
 
 void shadingOperator(Interpreter& interpreter) {
@@ -113,6 +127,7 @@ void strokeColourOperator(Interpreter& interpreter) {
 }
 
 void externalStateOperator(Interpreter& interpreter) {
+    interpreter.level.setsFont = false;
     ObjectOwner name = popLiteral();
     pushLiteral("ExtGState");
     pushStack(name.release());
@@ -126,9 +141,7 @@ void externalStateOperator(Interpreter& interpreter) {
     applyEntry(interpreter, entries.get(), "LJ", "x", joinOperator);
     applyEntry(interpreter, entries.get(), "ML", "x", miterOperator);
     applyDash(interpreter, entries.get());
-    if (typeObject(findEntry(interpreter.cache, entries.get(), "Font")) != ObjectType::null) {
-        interpreter.state.text.font = nullptr; // text in it is left out
-    }
+    applyFont(interpreter, entries.get());
     noteStateLosses(interpreter, entries.get());
 }
 

@@ -58,6 +58,9 @@ struct ContentLevel {
     EndedPath ended;
     TextObject text;
     ShownText shown;
+    bool isGlyph = false;          ///< a glyph procedure
+    bool ignoresColour = false;    ///< of one that only says a shape (d1)
+    bool setsFont = false;         ///< the latest `gs` set the font
     ContentTrace* trace = nullptr; ///< where operators are noted, if anywhere; not an owner
 };
 

@@ -3,6 +3,8 @@
 #include "runtime/extension.h"
 #include "runtime/warning.h"
 
+#include <algorithm>
+
 namespace corvane {
 
 namespace {
@@ -35,10 +37,31 @@ Warning warningOf(Omission kind) {
 } // namespace
 
 void Omissions::note(Omission kind) {
-    const bool isFirst = ++counts_[static_cast<std::size_t>(kind)] == 1;
-    if (isFirst && warningOf(kind) != Warning::none) {
+    add(kind, 1);
+}
+
+void Omissions::add(Omission kind, std::int32_t count) {
+    std::int32_t& counted = counts_[static_cast<std::size_t>(kind)];
+    const bool isFirst = counted == 0 && count > 0;
+    counted += std::min(count, INT32_MAX - counted);
+    if (isFirst && !isQuiet_ && warningOf(kind) != Warning::none) {
         raiseWarning(warningOf(kind));
     }
+}
+
+void Omissions::add(const Omissions& other) {
+    for (std::size_t i = 0; i < omissionKinds; ++i) {
+        add(static_cast<Omission>(i), other.counts_[i]);
+    }
+}
+
+bool Omissions::holdsHidden() const {
+    constexpr std::array kinds = {Omission::text,         Omission::image,    Omission::form,
+                                  Omission::shading,      Omission::pattern,  Omission::colourSpace,
+                                  Omission::transparency, Omission::softMask, Omission::overprint,
+                                  Omission::other};
+    return std::ranges::any_of(
+        kinds, [&](Omission kind) { return counts_[static_cast<std::size_t>(kind)] > 0; });
 }
 
 void Omissions::report() const {

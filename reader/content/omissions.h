@@ -10,13 +10,25 @@ namespace corvane {
 
 class Omissions {
 public:
+    struct Quiet {};
+    Omissions() = default;
+    /// Raises no warnings.
+    explicit Omissions(Quiet) : isQuiet_(true) {}
+
     /// Counts one thing that was left out; the first of its kind raises its warning, if it has one.
     void note(Omission kind);
+    /// Counts what another one counted.
+    void add(const Omissions& other);
+    /// Whether anything was counted that is painted, or shows what is painted otherwise.
+    bool holdsHidden() const;
     /// Tells the host extension, if there is one.
     void report() const;
 
 private:
+    void add(Omission kind, std::int32_t count);
+
     std::array<std::int32_t, omissionKinds> counts_{};
+    bool isQuiet_ = false;
 };
 
 } // namespace corvane

@@ -1,4 +1,5 @@
-// Images, forms and glyph widths: read past and counted, so that what is missing can be named.
+// Images and forms: read past and counted, so that what is missing can be named. Glyph widths,
+// which fonts say as well.
 #include "filters/token.h"
 #include "objects/stack.h"
 #include "reader/content/content_operators.h"
@@ -39,6 +40,13 @@ void doObjectOperator(Interpreter& interpreter) {
 
 void charWidthOperator(Interpreter&) {}
 
-void cacheDeviceOperator(Interpreter&) {}
+/// The glyph is a shape, which all of is painted in the colour of text.
+void cacheDeviceOperator(Interpreter& interpreter) {
+    if (interpreter.level.isGlyph) {
+        interpreter.level.ignoresColour = true;
+        interpreter.state.style.stroke = interpreter.state.style.fill;
+        interpreter.state.stroke = interpreter.state.fill;
+    }
+}
 
 } // namespace corvane

@@ -10,9 +10,7 @@
 namespace corvane {
 
 void ContentProgress::check(Filter& tokens) {
-    if (tokenCount_ > budget::contentTokens) {
-        failException(Exception::limit);
-    }
+    charge(0);
     if (callHost(slot::checkUserAbort)) {
         failException(Exception::cancelled);
     }
@@ -21,6 +19,13 @@ void ContentProgress::check(Filter& tokens) {
         const std::int64_t position = done_ + markFilter(tokens) - start_;
         extension->progress(extension->context, std::clamp<std::int64_t>(position, 0, total_),
                             total_);
+    }
+}
+
+void ContentProgress::charge(std::int64_t tokens) {
+    tokenCount_ += tokens;
+    if (tokenCount_ > budget::contentTokens) {
+        failException(Exception::limit);
     }
 }
 

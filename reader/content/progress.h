@@ -17,13 +17,30 @@ public:
     /// Called for every token. Every so often tells the host extension how far the work is, and
     /// raises `cancelled` where the host says that the person wants to stop.
     void step(Filter& tokens) {
-        if (++tokenCount_ % tokensPerCheck == 0) {
+        ++tokenCount_;
+        if (++sinceCheck_ == tokensPerCheck) {
+            sinceCheck_ = 0;
             check(tokens);
         }
     }
     /// A stream begins at this position of the file.
     void beginStream(std::int64_t start) { start_ = start; }
     void finishStream(std::int64_t bytes) { done_ += bytes; }
+    /// Work that counts as much as so many tokens; raises `limit` past the budget.
+    void charge(std::int64_t tokens);
+
+    /// How far the page's content is. What runs in between, of a stream of its own, does not move
+    /// it on.
+    struct Place {
+        std::int64_t done = 0;
+        std::int64_t start = 0;
+    };
+    Place place() const { return {done_, start_}; }
+    void setPlace(const Place& place) {
+        done_ = place.done;
+        start_ = place.start;
+    }
+
     /// Called for every operator that failed; raises `limit` past the budget.
     void fault(Filter& tokens);
 
@@ -38,6 +55,7 @@ private:
     std::int64_t start_ = 0;
     std::int64_t faults_ = 0;
     std::int64_t tokenCount_ = 0;
+    std::int64_t sinceCheck_ = 0; ///< tokens
 };
 
 } // namespace corvane

@@ -87,7 +87,8 @@ CodeGlyph CompositeFont::describe(StringCode code) const {
     }
 
     MeaningChoice meaning([&] { return isBlank(shape.glyph); });
-    meaning.offer(stated);
+    const bool isOneLetter = !isVertical() || stated.size() == 1; // a column sets each apart
+    meaning.offer(isOneLetter ? stated : U"");
     if (meaning.isOpen() && parts_.collectionUnicode != nullptr) {
         meaning.offer(parts_.collectionUnicode->text(cid).value_or(U""));
     }
@@ -107,8 +108,10 @@ CodeGlyph CompositeFont::describe(StringCode code) const {
     if (isVertical()) {
         const VerticalMetrics vertical = parts_.widths.verticalOf(cid);
         described.advance = -vertical.advance / 1000;
-        described.originX = vertical.originX / 1000;
-        described.originY = vertical.originY / 1000;
+        // Letters of a column all take the same room; their outlines lie in it where they are seen.
+        shape.width = columnAdvance;
+        shape.shiftX = columnAdvance / 2 - vertical.originX / 1000;
+        shape.shiftY = columnOrigin - vertical.originY / 1000;
     }
     described.isTyped = isFound && described.advance > 0;
     return described;

@@ -17,7 +17,8 @@ std::uint64_t pairOf(char32_t first, char32_t second) {
 }
 
 bool isSame(const FaceGlyph& a, const FaceGlyph& b) {
-    return a.glyph == b.glyph && a.width == b.width && a.stretch == b.stretch;
+    return a.glyph == b.glyph && a.width == b.width && a.stretch == b.stretch &&
+           a.shiftX == b.shiftX && a.shiftY == b.shiftY;
 }
 
 } // namespace

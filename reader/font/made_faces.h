@@ -22,6 +22,8 @@ struct FaceGlyph {
     std::optional<GlyphNumber> glyph; ///< nothing: a blank one
     double width = 0;                 ///< ems
     double stretch = 1;               ///< of the outline, along the line
+    double shiftX = 0;                ///< of the stretched outline, in ems, as the next
+    double shiftY = 0;
     std::u32string text;
 };
 

@@ -23,10 +23,6 @@ struct ShownGlyph {
     std::int32_t codeLength = 1; ///< bytes
     /// Along the line, in ems of the font: the width, or of vertical text the way down (positive).
     double advance = 0;
-    /// Of vertical text: from the glyph's origin to the place on the line, in ems; the glyph is
-    /// drawn that much to the left and below.
-    double originX = 0;
-    double originY = 0;
     std::string_view text;    ///< UTF-8, never empty; lives as long as the font
     std::int32_t face = 0;    ///< of the made font
     bool isWordSpace = false; ///< word spacing counts behind it: the one-byte code 32

@@ -30,13 +30,17 @@ std::size_t pointsOf(const GlyphOutline& outline) {
     return points;
 }
 
-void stretchOutline(GlyphOutline& outline, double factor) {
+void placeOutline(GlyphOutline& outline, const FaceGlyph& glyph) {
+    const auto place = [&](auto& point) {
+        point.x = point.x * glyph.stretch + glyph.shiftX;
+        point.y += glyph.shiftY;
+    };
     for (Contour& contour : outline) {
-        contour.start.x *= factor;
+        place(contour.start);
         for (OutlineStep& step : contour.steps) {
-            step.first.x *= factor;
-            step.second.x *= factor;
-            step.to.x *= factor;
+            place(step.first);
+            place(step.second);
+            place(step.to);
         }
     }
 }
@@ -116,8 +120,6 @@ void ProgramFont::show(std::span<const std::byte> string, std::vector<ShownGlyph
         glyphs.push_back({.code = code.code,
                           .codeLength = code.length,
                           .advance = shown.glyph.advance,
-                          .originX = shown.glyph.originX,
-                          .originY = shown.glyph.originY,
                           .text = shown.text,
                           .face = hasFaces() ? shown.face : 0,
                           .isWordSpace = code.length == 1 && code.code == ' '});
@@ -191,21 +193,25 @@ std::vector<std::byte> ProgramFont::makeFace(std::int32_t face) const {
     made.family = names_.family + (face > 0 ? " " + std::to_string(face + 1) : "");
     made.weight = names_.weight;
     made.italic = names_.italic;
-    if (program()->ascent() > 0) {
+    if (isVertical()) {
+        made.ascent = columnOrigin;
+        made.descent = columnAdvance - columnOrigin;
+    } else if (program()->ascent() > 0) {
         made.ascent = program()->ascent();
         made.descent = std::max(0.0, program()->descent());
     }
     std::size_t points = 0;
     for (const FaceGlyph& glyph : faces_.glyphsOf(face)) {
+        if (!glyph.glyph && !isEmbedded() && !isBlankText(glyph.text)) {
+            continue; // programs that draw the text may find it in another font
+        }
         MadeGlyph& added = made.glyphs.emplace_back();
         added.advance = glyph.width;
         added.text = glyph.text;
         if (glyph.glyph && points < budget::facePoints) {
             added.outline = program()->outline(*glyph.glyph);
             points += pointsOf(added.outline);
-            if (glyph.stretch != 1) {
-                stretchOutline(added.outline, glyph.stretch);
-            }
+            placeOutline(added.outline, glyph);
         }
     }
     const bool hasBlank =

@@ -19,9 +19,7 @@ namespace corvane {
 /// What a code shows, faces aside.
 struct CodeGlyph {
     FaceGlyph shape;
-    double advance = 0; ///< as of `ShownGlyph`
-    double originX = 0;
-    double originY = 0;
+    double advance = 0;   ///< as of `ShownGlyph`
     bool isMeant = false; ///< the text was stated somewhere, not made up
     bool isTyped = false; ///< the font has a glyph for it that a person may want
 };

@@ -41,14 +41,19 @@ Type3Font::Type3Font(DocumentCache& cache, const Object& font, FontNames names)
     const auto toUnicode = readCMapEntry(cache, font, "ToUnicode");
     const ObjectOwner procedures = entryOf(cache, font, "CharProcs");
     const std::vector<double> matrix = numbersEntry(cache, font, "FontMatrix", 6);
-    const double scale = matrix.size() == 6 ? writtenNumber(matrix[0]) : 0.001;
+    if (matrix.size() == 6) {
+        matrix_ = {writtenNumber(matrix[0]), writtenNumber(matrix[1]), writtenNumber(matrix[2]),
+                   writtenNumber(matrix[3]), writtenNumber(matrix[4]), writtenNumber(matrix[5])};
+    }
+    resources_ = entryOf(cache, font, "Resources");
     for (std::size_t i = 0; i < glyphs_.size(); ++i) {
         const auto code = static_cast<std::uint8_t>(i);
         Glyph& glyph = glyphs_[i];
         const std::string_view name = encoding.nameOf(code);
-        glyph.isThere =
-            !name.empty() && entryOf(cache, procedures.get(), name)->type == ObjectType::stream;
-        glyph.advance = widths.widthOf(code).value_or(0) * scale;
+        if (!name.empty()) {
+            glyph.procedure = entryOf(cache, procedures.get(), name);
+        }
+        glyph.advance = widths.widthOf(code).value_or(0) * matrix_.a;
         // Whether a procedure paints anything is not known here: blanks are believed.
         MeaningChoice meaning([] { return true; });
         if (toUnicode != nullptr) {
@@ -56,14 +61,20 @@ Type3Font::Type3Font(DocumentCache& cache, const Object& font, FontNames names)
         }
         meaning.offer(charactersOfName(name));
         // Makers of bitmap fonts name glyphs as they please; codes are mostly ASCII.
-        if (glyph.isThere && code > ' ' && code < 0x7F) {
+        const bool isThere = procedureOf(code) != nullptr;
+        if (isThere && code > ' ' && code < 0x7F) {
             meaning.offer({code});
         }
         glyph.text = toUtf8(meaning.textOr(code));
-        if (glyph.isThere) {
+        if (isThere) {
             codes_.emplace(glyph.text, code);
         }
     }
+}
+
+const Object* Type3Font::procedureOf(std::uint8_t code) const {
+    const Object& procedure = glyphs_[code].procedure.get();
+    return procedure.type == ObjectType::stream ? &procedure : nullptr;
 }
 
 FontFacts Type3Font::facts() const {

@@ -53,7 +53,8 @@ bool isBlank(std::string_view text) {
 } // namespace
 
 LineBuilder::LineBuilder(Interpreter& interpreter, const RealMatrix& space, const PathStyle& style)
-    : interpreter_(interpreter), space_(space) {
+    : interpreter_(interpreter), space_(space),
+      isVertical_(interpreter.state.text.font->font->isVertical()) {
     const TextState& text = interpreter.state.text;
     // A size below 0 turns letters upside down.
     const double sign = text.size < 0 ? -1 : 1;
@@ -61,23 +62,36 @@ LineBuilder::LineBuilder(Interpreter& interpreter, const RealMatrix& space, cons
     const double across = sign * text.horizontalScale / height;
     direction_ = {across * space.a, across * space.b, sign * space.c / height,
                   sign * space.d / height};
-    stretch_ = sign * height / text.horizontalScale;
+    stretch_ = isVertical_ ? -sign * height : sign * height / text.horizontalScale;
     run_.font = handleOf(*text.font);
     run_.size = fixedFromReal(std::abs(text.size) * height);
-    run_.rise = fixedFromReal(sign * text.rise * height);
-    run_.spacing = fixedFromReal(sign * text.characterSpacing * height);
+    run_.rise = isVertical_ ? 0 : fixedFromReal(sign * text.rise * height);
+    run_.spacing = isVertical_ ? 0 : fixedFromReal(sign * text.characterSpacing * height);
     run_.style = style;
+}
+
+/// On the artboard. What raises letters moves those of a column along it.
+RealPoint LineBuilder::placeOf(double pen) const {
+    const double rise = interpreter_.state.text.rise;
+    return transform(space_, isVertical_ ? RealPoint{0, pen + rise} : RealPoint{pen, 0});
+}
+
+/// How far along the open line, and across it.
+RealPoint LineBuilder::onLine(double pen) {
+    const RealPoint at = transform(line().back, placeOf(pen));
+    return isVertical_ ? RealPoint{-at.y, at.x} : at;
 }
 
 bool LineBuilder::goesOn(double pen) {
     const OpenLine& open = line();
     const double size = realFromFixed(run_.size);
     if (open.art == Art::null || open.painted != interpreter_.level.painted ||
-        open.settings != interpreter_.state.settings || !isParallel(direction_, open.matrix) ||
+        open.settings != interpreter_.state.settings || open.isVertical != isVertical_ ||
+        !isParallel(direction_, open.matrix) ||
         open.container != interpreter_.containers.container()) {
         return false;
     }
-    const RealPoint at = transform(open.back, transform(space_, {pen, 0}));
+    const RealPoint at = onLine(pen);
     const double larger = std::max(size, open.size);
     const double gap = at.x - open.end;
     return std::abs(at.y) <= sameBaseline * larger && gap <= widestGap * larger &&
@@ -87,14 +101,15 @@ bool LineBuilder::goesOn(double pen) {
 void LineBuilder::beginLine(double pen) {
     OpenLine& open = line();
     RealMatrix matrix = direction_;
-    const RealPoint origin = transform(space_, {pen, 0});
+    const RealPoint origin = placeOf(pen);
     matrix.tx = origin.x;
     matrix.ty = origin.y;
     open = OpenLine();
     open.art = interpreter_.containers.make(ArtKind::text);
     open.container = interpreter_.containers.container();
     open.settings = interpreter_.state.settings;
-    const TextLine told{.matrix = hostMatrix(matrix)};
+    open.isVertical = isVertical_;
+    const TextLine told{.matrix = hostMatrix(matrix), .isVertical = isVertical_};
     callHost(slot::setTextLine, open.art, &told);
     open.matrix = realMatrix(told.matrix);
     open.back = inverse(open.matrix).value_or(RealMatrix());
@@ -104,7 +119,7 @@ void LineBuilder::beginRun(double pen, std::int32_t element) {
     if (!goesOn(pen)) {
         beginLine(pen);
     }
-    origin_ = transform(line().back, transform(space_, {pen, 0})).x - pen * stretch_;
+    origin_ = onLine(pen).x - pen * stretch_;
     isInRun_ = true;
     runPen_ = pen;
     runElement_ = element;
@@ -183,10 +198,11 @@ void LineBuilder::add(const ShownGlyph& glyph, double pen, double advance, std::
     if (!isInRun_) {
         beginRun(pen, element);
     }
-    if (!isBlank(glyph.text)) {
+    // Words of a column are not told apart by gaps.
+    if (!isBlank(glyph.text) && !isVertical_) {
         addGap(along(pen));
     }
-    append(glyph.text, along(pen), glyph.advance, glyph.face);
+    append(glyph.text, along(pen), isVertical_ ? columnAdvance : glyph.advance, glyph.face);
     line().end = along(pen + advance);
 }
 

@@ -18,6 +18,7 @@ namespace corvane {
 class LineBuilder {
 public:
     /// `space` leads from text space, where the text begins, to the artboard; it has an inverse.
+    /// Of vertical text the pen goes up and down.
     LineBuilder(Interpreter& interpreter, const RealMatrix& space, const PathStyle& style);
 
     /// A glyph at `pen`, and how far it moves the pen; both in text space. `element` counts in the
@@ -29,6 +30,8 @@ public:
 private:
     OpenLine& line() { return interpreter_.level.text.line; }
     double along(double pen) const { return origin_ + pen * stretch_; }
+    RealPoint placeOf(double pen) const;
+    RealPoint onLine(double pen);
     bool goesOn(double pen);
     void beginLine(double pen);
     void beginRun(double pen, std::int32_t element);
@@ -38,6 +41,7 @@ private:
 
     Interpreter& interpreter_;
     const RealMatrix space_;
+    const bool isVertical_;
     RealMatrix direction_; // of a line, without its origin
     double stretch_ = 1;   // from the pen to the line's space
     double origin_ = 0;    // in the line's space: where the pen is 0

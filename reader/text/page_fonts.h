@@ -27,6 +27,11 @@ public:
     /// read.
     std::shared_ptr<FontInUse> find(DocumentCache& cache, std::string_view name);
 
+    /// The font that an entry of a dictionary is: a reference to it, or the font itself.
+    std::shared_ptr<FontInUse> of(DocumentCache& cache, const Object& entry) {
+        return known(cache, entry);
+    }
+
     /// The font that the host calls so, of those that text was shown in; null: none.
     PageFont* find(Font handle) const;
 

@@ -4,6 +4,7 @@
 #include "reader/content/interpreter.h"
 #include "reader/paint/path_art.h"
 #include "reader/syntax/syntax.h"
+#include "reader/text/glyph_drawing.h"
 #include "reader/text/line_builder.h"
 #include "reader/text/page_fonts.h"
 #include "runtime/extension.h"
@@ -23,12 +24,17 @@ namespace {
 constexpr std::int32_t invisibleMode = 3;
 constexpr std::int32_t firstClippingMode = 4;
 
+/// Modes that add to the clip paint as those below them do.
+std::int32_t paintOf(std::int32_t mode) {
+    return mode % firstClippingMode;
+}
+
 bool fills(std::int32_t mode) {
-    return mode == 0 || mode == 2;
+    return paintOf(mode) == 0 || paintOf(mode) == 2;
 }
 
 bool strokes(std::int32_t mode) {
-    return mode == 1 || mode == 2;
+    return paintOf(mode) == 1 || paintOf(mode) == 2;
 }
 
 /// Whether the size is more than 0 in 16.16, as artwork has it.
@@ -40,8 +46,11 @@ bool hasSize(const TextState& text, const RealMatrix& space) {
 bool isArt(const GraphicsState& state, const RealMatrix& space) {
     const TextState& text = state.text;
     const PageFont& font = *text.font->font;
-    return font.kind() != FontKind::type3 && !font.isVertical() &&
-           text.renderMode < firstClippingMode && !(fills(text.renderMode) && state.fill.hidden) &&
+    if (font.kind() == FontKind::type3) {
+        return paintOf(text.renderMode) != invisibleMode;
+    }
+    return text.renderMode != firstClippingMode + invisibleMode &&
+           !(fills(text.renderMode) && state.fill.hidden) &&
            !(strokes(text.renderMode) && state.stroke.hidden) && hasSize(text, space) &&
            text.horizontalScale != 0 && inverse(space).has_value();
 }
@@ -81,12 +90,18 @@ public:
             multiply(interpreter_.level.text.matrix, interpreter_.state.exactCtm);
         ShownText& shown = interpreter_.level.shown;
         shown.matrix = interpreter_.level.text.matrix;
-        if (isArt(interpreter_.state, space)) {
-            LineBuilder builder(interpreter_, space, styleOf(interpreter_.state));
-            walk(elements, &builder);
-        } else {
-            walk(elements, nullptr);
+        const auto number = static_cast<std::int32_t>(elements.size());
+        if (!isArt(interpreter_.state, space)) {
+            walk(elements, [](const ShownGlyph&, std::int32_t) {});
             shown.hides = text_.renderMode != invisibleMode;
+        } else if (font_.kind() == FontKind::type3) {
+            drawGlyphs(elements, space);
+        } else {
+            LineBuilder builder(interpreter_, space, styleOf(interpreter_.state));
+            walk(elements, [&](const ShownGlyph& glyph, std::int32_t element) {
+                builder.add(glyph, pen_, advanceOf(glyph), element);
+            });
+            builder.endAt(pen_, number);
         }
         shown.advance = pen_;
         move();
@@ -95,8 +110,24 @@ public:
 private:
     static constexpr std::int64_t glyphBytes = sizeof(ShownGlyph);
 
-    /// Lets the pen walk along; the builder, where there is one, takes the glyphs.
-    void walk(std::span<const Object> elements, LineBuilder* builder) {
+    void drawGlyphs(std::span<const Object> elements, const RealMatrix& space) {
+        GlyphDrawing drawing(interpreter_, static_cast<Type3Font&>(font_), space);
+        walk(elements, [&](const ShownGlyph& glyph, std::int32_t) {
+            drawing.add(static_cast<std::uint8_t>(glyph.code), pen_);
+        });
+        ShownText& shown = interpreter_.level.shown;
+        shown.hides = drawing.hides();
+        if (const Art group = drawing.end(); group != Art::null) {
+            shown.isDrawn = true;
+            shown.parts.push_back({.art = group,
+                                   .endElement = static_cast<std::int32_t>(elements.size()),
+                                   .advance = pen_});
+        }
+    }
+
+    /// Lets the pen walk along; `use` takes each glyph, and the number of its element.
+    template <class Use>
+    void walk(std::span<const Object> elements, const Use& use) {
         std::int32_t number = 0;
         for (const Object& element : elements) {
             if (isString(element)) {
@@ -105,18 +136,13 @@ private:
                 charge_.resize(std::max(charge_.bytes(), std::ssize(string) * glyphBytes));
                 font_.show(string, glyphs_);
                 for (const ShownGlyph& glyph : glyphs_) {
-                    if (builder != nullptr) {
-                        builder->add(glyph, pen_, advanceOf(glyph), number);
-                    }
+                    use(glyph, number);
                     pen_ += advanceOf(glyph);
                 }
             } else if (isNumber(element)) {
                 pen_ -= realNumber(element) / 1000 * text_.size * scale();
             }
             ++number;
-        }
-        if (builder != nullptr) {
-            builder->endAt(pen_, number);
         }
     }
 
@@ -160,7 +186,8 @@ void showText(Interpreter& interpreter, std::span<const Object> elements) {
     } else {
         Show(interpreter).run(elements);
     }
-    if (interpreter.level.shown.hides) {
+    const bool clips = interpreter.state.text.renderMode >= firstClippingMode;
+    if (interpreter.level.shown.hides || clips) {
         interpreter.omissions.note(Omission::text);
     }
 }

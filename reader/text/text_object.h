@@ -24,6 +24,7 @@ struct OpenLine {
     std::int32_t runs = 0;
     double size = 0;        ///< of the last run
     bool endsBlank = false; ///< the last character is a blank
+    bool isVertical = false;
 };
 
 struct TextObject {
@@ -48,9 +49,10 @@ struct ShownPart {
 /// What the operator that showed text last became.
 struct ShownText {
     std::vector<ShownPart> parts;
-    bool hides = false; ///< it shows what artwork cannot hold, and is no art
-    double advance = 0; ///< in text space, along the line
-    RealMatrix matrix;  ///< the text matrix before it was shown
+    bool isDrawn = false; ///< by glyph procedures: one part, whose art is a group of paths
+    bool hides = false;   ///< it shows what artwork cannot hold, and is no art
+    double advance = 0;   ///< in text space, along the line
+    RealMatrix matrix;    ///< the text matrix before it was shown
 };
 
 } // namespace corvane

@@ -67,10 +67,11 @@ inline RealMatrix realLine(const Document& document, Art text) {
             realFromFixed(matrix.d), realFromFixed(matrix.tx), realFromFixed(matrix.ty)};
 }
 
-/// Calls `use(letter, place)` for each letter of a line in Helvetica; gives where the line ends.
+/// Calls `use(letter, place)` for each letter of a line in Helvetica, or of a column.
 template <class Use>
 void walkLine(const Document& document, Art text, Use use) {
     const RealMatrix line = realLine(document, text);
+    const bool isVertical = document.textLine(text).isVertical;
     double pen = 0;
     for (std::int32_t i = 0; i < document.textRunCount(text); ++i) {
         const TextRun run = document.textRun(text, i);
@@ -81,9 +82,12 @@ void walkLine(const Document& document, Art text, Use use) {
                 pen += realFromFixed(piece->shift) * size;
                 ++piece;
             }
-            const RealMatrix em{size, 0, 0, size, pen, realFromFixed(run.rise)};
+            const double rise = realFromFixed(run.rise);
+            const RealMatrix em{
+                size, 0, 0, size, isVertical ? rise : pen, isVertical ? -pen : rise};
             use(run, at, multiply(em, line));
-            pen += helveticaWidth(run.text[at]) * size + realFromFixed(run.spacing);
+            pen += (isVertical ? columnAdvance : helveticaWidth(run.text[at])) * size +
+                   realFromFixed(run.spacing);
         }
     }
 }
@@ -141,6 +145,7 @@ inline std::string runsText(const Document& document) {
             shown += run.text[at];
         });
         end();
+        runs += document.textLine(text).isVertical ? " down" : "";
         if (std::hypot(line.a - 1, line.b) + std::hypot(line.c, line.d - 1) > 1e-3) {
             runs += " by";
             for (const double value : {line.a, line.b, line.c, line.d}) {

@@ -35,7 +35,7 @@ void ArtExtent::add(const Point& point) {
 }
 
 ArtExtent extentOf(Art art) {
-    if (artKind(art) == ArtKind::text) {
+    if (artKind(art) == ArtKind::text || artKind(art) == ArtKind::group) {
         return {INT64_MIN, INT64_MIN, INT64_MAX, INT64_MAX};
     }
     ArtExtent extent;

@@ -6,6 +6,7 @@
 #include "writer/art/art_stack.h"
 #include "writer/art/layers.h"
 #include "writer/art/style_works.h"
+#include "writer/patch/glyph_group.h"
 
 namespace corvane {
 
@@ -44,8 +45,12 @@ private:
         }
         const ArtKind kind = artKind(art);
         switch (static_cast<std::int16_t>(kind)) {
-        case 0:
         case 1:
+            if (addSourced(art)) {
+                return;
+            }
+            [[fallthrough]];
+        case 0:
             return enter(art, kind);
         case 2:
         case 3: {
@@ -62,6 +67,19 @@ private:
         default:
             failException(Exception::type);
         }
+    }
+
+    /// What glyph procedures drew is one object, as long as it is paths alone.
+    bool addSourced(Art group) {
+        EditedObject object{.art = group, .kind = ArtKind::group, .group = group_, .source = {}};
+        callHost(slot::getArtSource, group, &object.source);
+        std::uint8_t clipped = 0;
+        callHost(slot::getGroupClipped, group, &clipped);
+        if (object.source.ordinal < 0 || clipped != 0 || !isGroupOfPaths(group)) {
+            return false;
+        }
+        artwork_.objects.push(object);
+        return true;
     }
 
     void addRuns(Art text) {

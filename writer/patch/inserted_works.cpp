@@ -2,10 +2,12 @@
 
 #include "reader/content/losses.h"
 #include "runtime/fixed.h"
+#include "writer/art/object_works.h"
 #include "writer/art/path_works.h"
 #include "writer/art/style_works.h"
 #include "writer/patch/insertion_points.h"
 #include "writer/patch/kept_works.h"
+#include "writer/patch/movement.h"
 #include "writer/patch/text_run.h"
 #include "writer/patch/text_works.h"
 
@@ -99,19 +101,44 @@ void InsertedWorks::writeObject(const Insertion& insertion) {
     if (edited.kind == ArtKind::text) {
         newTextWorks(tools_, edited);
     } else {
-        artWorks(walk_, edited.art);
+        objectWorks(walk_, edited.art);
     }
     isBehindNew_ = true;
 }
 
+/// The state of text, what lies on the page moved.
+void InsertedWorks::writeState(const PaintedArt& was, const RealMatrix& movement) {
+    // A `gs` that set the font may set what other operators set again.
+    const TraceIndex font = trace_.textSetting(was.setting).font;
+    if (font != 0 && trace_.events()[font - 1].role == OperatorRole::external) {
+        walk_.text.add(tools_.state.bytesOf(font - 1));
+    }
+    const Surroundings& own = trace_.events()[was.event].behind;
+    const bool isMasked = (own.settings & softMaskSetting) != 0;
+    tools_.state.write(own, {}, isMasked ? movement : RealMatrix());
+}
+
+/// What glyph procedures drew: shown again, or, where its insides were changed, drawn.
+void InsertedWorks::writeGlyphs(const MatchedObject& object, const EditedObject& edited) {
+    const PaintedArt& was = trace_.painted()[object.source];
+    if (object.difference.letters) {
+        tools_.state.writeOnArtboard(trace_.events()[was.event].behind);
+        objectWorks(walk_, edited.art);
+        return;
+    }
+    const RealMatrix movement = object.difference.place
+                                    ? movementOf(was.art, edited.art).value_or(RealMatrix())
+                                    : RealMatrix();
+    writeState(was, movement);
+    movedGlyphsWorks(tools_, was, movement);
+}
+
 void InsertedWorks::writeText(const MatchedObject& object, const EditedObject& edited) {
     const PaintedArt& was = trace_.painted()[object.source];
-    const Surroundings& own = trace_.events()[was.event].behind;
-    // A soft mask lies on the page, and moves along.
-    const bool isMasked = (own.settings & softMaskSetting) != 0;
+    const bool isMasked = (trace_.events()[was.event].behind.settings & softMaskSetting) != 0;
     const RealMatrix movement =
         isMasked && object.difference.place ? movementOfText(base_, was, edited) : RealMatrix();
-    tools_.state.write(own, {}, movement);
+    writeState(was, movement);
     sourcedTextWorks(tools_, base_, was, edited, object.difference);
 }
 
@@ -138,6 +165,8 @@ void InsertedWorks::writeSourced(const MatchedObject& object, const EditedObject
     const Art art = edited.art;
     if (edited.kind == ArtKind::text) {
         writeText(object, edited);
+    } else if (edited.kind == ArtKind::group) {
+        writeGlyphs(object, edited);
     } else if (!object.difference.any()) {
         tools_.state.write(own, {}, {});
         unchangedWorks(tools_, event);

@@ -65,7 +65,7 @@ std::uint32_t InsertionPoints::hiddenClips(TraceIndex clip) const {
 bool InsertionPoints::canResume(const Surroundings& here) const {
     const TextPlace& place = trace_.textPlace(here.text);
     return !place.addsToClip && trace_.events()[place.begin].behind.mark == here.mark &&
-           (place.along.x == 0 || place.unit != 0) && place.along.y == 0 &&
+           (place.along == 0 || place.unit != 0) && place.across == 0 &&
            inverse(place.line).has_value();
 }
 

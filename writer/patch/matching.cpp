@@ -1,5 +1,6 @@
 #include "writer/patch/matching.h"
 
+#include "writer/patch/glyph_group.h"
 #include "writer/patch/look.h"
 #include "writer/patch/text_run.h"
 
@@ -13,12 +14,18 @@ namespace corvane {
 
 namespace {
 
+bool isPath(ArtKind kind) {
+    return kind == ArtKind::path || kind == ArtKind::compound;
+}
+
 bool isText(const PaintedArt& painted) {
     return painted.setting != 0;
 }
 
 bool isOfKind(const PaintedArt& painted, const EditedObject& object) {
-    return isText(painted) == (object.kind == ArtKind::text);
+    return !isText(painted)  ? isPath(object.kind)
+           : painted.isDrawn ? object.kind == ArtKind::group
+                             : object.kind == ArtKind::text;
 }
 
 class Matcher {
@@ -86,8 +93,7 @@ private:
     void matchByLook() {
         Looks left;
         const auto isLeft = [&](EditedIndex i) {
-            return matching_.objects[i].source == noSource &&
-                   artwork_.objects[i].kind != ArtKind::text;
+            return matching_.objects[i].source == noSource && isPath(artwork_.objects[i].kind);
         };
         bool any = false;
         for (EditedIndex i = 0; i < matching_.objects.size() && !any; ++i) {
@@ -189,7 +195,9 @@ PaintedIndex sourceOf(const BaseReading& base, const EditedObject& object) {
 ArtDifference compareObject(const BaseReading& base, PaintedIndex source,
                             const EditedObject& object) {
     const PaintedArt& was = base.trace.painted()[source];
-    return isText(was) ? compareText(base, was, object) : compareArt(was.art, object.art);
+    return was.isDrawn   ? compareGlyphs(was.art, object.art)
+           : isText(was) ? compareText(base, was, object)
+                         : compareArt(was.art, object.art);
 }
 
 const TraceEvent& eventOf(const ContentTrace& trace, PaintedIndex source) {

@@ -11,6 +11,10 @@ namespace corvane {
 
 namespace {
 
+/// Text render modes from here on add the text to the clip, the last one does nothing else (PDF
+/// Reference, 5.2.5).
+constexpr std::int32_t firstClippingMode = 4;
+
 /// A number of an array that moves by so much in text space.
 void numberWorks(Walk& walk, double way, double unit) {
     constexpr double thousand = 1000;
@@ -47,11 +51,16 @@ public:
                 walk.text.add(" ");
             }
         };
+        const bool clips = setting.mode >= firstClippingMode;
         for (std::size_t i = 0; i < parts.size(); ++i) {
             const ShownPart& part = trace_.textPart(parts[i].part);
             keepUpTo(part.firstElement);
             if (stays(first + static_cast<PaintedIndex>(i))) {
                 keepUpTo(part.endElement);
+            } else if (clips) {
+                walk.text.add("] TJ 7 Tr [");
+                keepUpTo(part.endElement);
+                walk.text.add("] TJ " + std::to_string(setting.mode) + " Tr [");
             } else {
                 numberWorks(walk, part.advance, setting.unit);
                 element = part.endElement;
@@ -113,9 +122,9 @@ void resumeTextWorks(PatchTools& tools, const TextPlace& place) {
         walk.text.addMatrix(withoutSignedZeros(place.line));
         walk.text.add("Tm\n");
     }
-    if (place.along.x != 0) {
+    if (place.along != 0) {
         walk.text.add("[");
-        numberWorks(walk, place.along.x, place.unit);
+        numberWorks(walk, place.along, place.unit);
         walk.text.add("] TJ\n");
     }
 }

@@ -34,20 +34,23 @@ void ownBytesWorks(PatchTools& tools, const PaintedArt& was) {
     tools.walk.text.add("] TJ\n");
 }
 
-void movedWorks(PatchTools& tools, const BaseReading& base, const PaintedArt& was,
-                const EditedObject& is, const ArtDifference& difference, const RealMatrix& back) {
+/// `back` leads from the artboard to the space in force.
+void movedWorks(PatchTools& tools, const PaintedArt& was, std::int32_t mode,
+                const RealMatrix& movement, const RealMatrix& back) {
     Walk& walk = tools.walk;
     const TextSetting& setting = tools.trace.textSetting(was.setting);
     const ShownPart& part = tools.trace.textPart(was.part);
-    const RealMatrix movement = difference.place ? movementOfText(base, was, is) : RealMatrix();
-    walk.text.add(tools.state.bytesOf(setting.font - 1));
+    if (tools.trace.events()[setting.font - 1].role == OperatorRole::font) {
+        walk.text.add(tools.state.bytesOf(setting.font - 1));
+    }
     textStateWorks(walk, {.characterSpacing = setting.characterSpacing,
-                      .wordSpacing = setting.wordSpacing,
-                      .horizontalScale = setting.horizontalScale,
-                      .rise = setting.rise,
-                      .mode = textModeOf(runOf(is.art, is.run).style)});
-    textMatrixWorks(walk,
-                multiply(multiply(multiply({.tx = part.pen}, setting.matrix), movement), back));
+                          .wordSpacing = setting.wordSpacing,
+                          .horizontalScale = setting.horizontalScale,
+                          .rise = setting.rise,
+                          .mode = mode});
+    const RealMatrix begin =
+        setting.isVertical ? RealMatrix{.ty = part.pen} : RealMatrix{.tx = part.pen};
+    textMatrixWorks(walk, multiply(multiply(multiply(begin, setting.matrix), movement), back));
     ownBytesWorks(tools, was);
 }
 
@@ -79,9 +82,21 @@ void sourcedTextWorks(PatchTools& tools, const BaseReading& base, const PaintedA
     if (difference.letters) {
         typedWorks(tools, is, *back);
     } else {
-        movedWorks(tools, base, was, is, difference, *back);
+        const RealMatrix movement = difference.place ? movementOfText(base, was, is) : RealMatrix();
+        movedWorks(tools, was, textModeOf(style), movement, *back);
     }
     walk.text.add("ET\n");
+}
+
+void movedGlyphsWorks(PatchTools& tools, const PaintedArt& was, const RealMatrix& movement) {
+    const TraceEvent& event = tools.trace.events()[was.event];
+    const std::optional<RealMatrix> back = inverse(tools.trace.matrix(event.behind.matrix));
+    if (!back) {
+        failException(Exception::unpatchable);
+    }
+    tools.walk.text.add("BT\n");
+    movedWorks(tools, was, tools.trace.textSetting(was.setting).mode, movement, *back);
+    tools.walk.text.add("ET\n");
 }
 
 void newTextWorks(PatchTools& tools, const EditedObject& is) {

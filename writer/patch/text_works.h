@@ -19,4 +19,7 @@ void sourcedTextWorks(PatchTools& tools, const BaseReading& base, const PaintedA
 /// Writes text that the page does not have, in the space of the artboard. Raises as above.
 void newTextWorks(PatchTools& tools, const EditedObject& is);
 
+/// Shows again what glyph procedures drew, moved on the artboard; the CTM must have an inverse.
+void movedGlyphsWorks(PatchTools& tools, const PaintedArt& was, const RealMatrix& movement);
+
 } // namespace corvane

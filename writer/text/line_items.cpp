@@ -70,7 +70,8 @@ private:
         return std::u32string_view(text_).substr(from, to - from);
     }
     PageFont* pageFontOf(std::size_t run) const {
-        return ofPage_ == nullptr ? nullptr : ofPage_->find(runs_[run].run.font);
+        PageFont* const font = ofPage_ == nullptr ? nullptr : ofPage_->find(runs_[run].run.font);
+        return font != nullptr && font->isVertical() == line_.isVertical ? font : nullptr;
     }
     static bool canType(PageFont& font, std::u32string_view text) {
         return std::ranges::none_of(text, needsShaping) && encodeText(font, text);
@@ -107,7 +108,8 @@ void Itemizer::readLetters(std::size_t number) {
         const auto lead = static_cast<unsigned char>(run.text[at]);
         const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
         const std::optional<std::u32string> character = fromUtf8(run.text.substr(at, length));
-        Letter letter{.character = character && !character->empty() ? character->front() : U'\xFFFD',
+        Letter letter{.character =
+                          character && !character->empty() ? character->front() : U'\xFFFD',
                       .run = number};
         for (; piece != run.pieces.end() && std::cmp_less_equal(piece->start, at); ++piece) {
             letter.shift += realFromFixed(piece->shift);
@@ -140,8 +142,7 @@ void Itemizer::addParagraph(std::size_t first, std::size_t end) {
     if (line_.order == TextOrder::visual) {
         turnIntoReadingOrder();
     }
-    const std::vector<TextLevel> levels =
-        levelsOf(text_, line_.order == TextOrder::rightToLeft);
+    const std::vector<TextLevel> levels = levelsOf(text_, line_.order == TextOrder::rightToLeft);
     scripts_ = scriptsOf(text_);
     for (std::size_t from = 0; from < letters_.size();) {
         const std::size_t run = letters_[from].run;
@@ -158,10 +159,10 @@ void Itemizer::addParagraph(std::size_t first, std::size_t end) {
     std::vector<TextLevel> itemLevels;
     for (std::size_t i = 0; i < letters_.size(); ++i) {
         const Letter& letter = letters_[i];
-        const bool goesOn = i > 0 && letters_[i - 1].run == letter.run &&
-                            letters_[i - 1].font == letter.font && levels[i - 1] == levels[i] &&
-                            (letter.font.added == nullptr ||
-                             (scripts_[i - 1] == scripts_[i] && letter.shift == 0));
+        const bool goesOn =
+            i > 0 && letters_[i - 1].run == letter.run && letters_[i - 1].font == letter.font &&
+            levels[i - 1] == levels[i] &&
+            (letter.font.added == nullptr || (scripts_[i - 1] == scripts_[i] && letter.shift == 0));
         if (!goesOn) {
             starts.push_back(i);
             itemLevels.push_back(levels[i]);
@@ -285,7 +286,7 @@ void Itemizer::addPageGlyphs(LineItem& item, std::size_t from, std::size_t to) {
         const std::size_t end = i + 1 < encoded->size() ? from + (*encoded)[i + 1].start : to;
         item.glyphs.push_back({.codes = each.codes,
                                .advance = each.advance,
-                               .way = each.advance,
+                               .way = line_.isVertical ? columnAdvance : each.advance,
                                .before = std::exchange(shift, 0) + letters_[start].shift,
                                .count = each.count});
         for (std::size_t within = start + 1; within < end; ++within) {
@@ -324,8 +325,8 @@ void Itemizer::addShapedGlyphs(LineItem& item, std::size_t from, std::size_t to,
         const bool isLead = isRightToLeft ? isLast : isFirst;
         item.added->note(glyph.glyph,
                          isLead ? meaningOf(part(glyph.cluster, end)) : std::u32string());
-        const bool isLetterEnd = isRightToLeft ? !isMark(text_[glyph.cluster])
-                                               : end == to || !isMark(text_[end]);
+        const bool isLetterEnd =
+            isRightToLeft ? !isMark(text_[glyph.cluster]) : end == to || !isMark(text_[end]);
         item.glyphs.push_back({.codes = {},
                                .glyph = glyph.glyph,
                                .advance = item.added->width(glyph.glyph) / 1000,

@@ -32,8 +32,8 @@ struct LineGlyph {
     double way = 0;        ///< how far the pen goes: kerned, but without spacing
     double x = 0;          ///< from the pen to where it stands
     double y = 0;
-    double before = 0; ///< how far the line moves it and all that is right of it
-    double behind = 0; ///< the same, without itself
+    double before = 0;      ///< how far the line moves it and all that is right of it
+    double behind = 0;      ///< the same, without itself
     std::int32_t count = 1; ///< of codes
     bool endsLetter = true; ///< spacing stands behind it
 };

@@ -39,6 +39,7 @@ public:
         constexpr double unknown = std::numeric_limits<double>::infinity();
         for (PlacedRun& run : placed_) {
             run.start = unknown;
+            run.isVertical = line_.isVertical;
         }
         measure();
         fit();
@@ -90,9 +91,9 @@ private:
             room_ = (wanted - length_) / static_cast<double>(letters_ - 1);
         }
         const double length = wanted > 0 && (stretch_ != 1 || room_ != 0) ? wanted : length_;
-        const bool endsAtOrigin = (line_.anchor == TextAnchor::end) !=
-                                  (line_.order == TextOrder::rightToLeft);
-        shift_ = line_.anchor == TextAnchor::middle ? -length / 2 : endsAtOrigin ? -length : 0;
+        shift_ = line_.anchor == TextAnchor::middle ? -length / 2
+                 : line_.anchor == TextAnchor::end  ? -length
+                                                    : 0;
         if (!line_.path.empty()) {
             path_.emplace(line_.path, line_.isPathClosed);
             matrix_ = unturned(matrix_);
@@ -179,11 +180,11 @@ private:
     std::vector<PlacedRun> placed_;
     RealMatrix matrix_;
     std::optional<TextPath> path_;
-    double length_ = 0;        // of the line as its fonts have it
-    std::size_t letters_ = 0;  // that spacing may stand behind
-    double stretch_ = 1;       // of letters
-    double room_ = 0;          // more behind each letter
-    double shift_ = 0;         // of the whole line
+    double length_ = 0;       // of the line as its fonts have it
+    std::size_t letters_ = 0; // that spacing may stand behind
+    double stretch_ = 1;      // of letters
+    double room_ = 0;         // more behind each letter
+    double shift_ = 0;        // of the whole line
     double pen_ = 0;
     double stretchStart_ = 0;
 };

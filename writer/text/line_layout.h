@@ -28,8 +28,9 @@ struct PlacedStretch {
 };
 
 struct PlacedRun {
-    double start = 0;   ///< its left end, along the line
-    NotedReason reason; ///< why it cannot be written, if it cannot
+    double start = 0;        ///< its left end, along the line
+    bool isVertical = false; ///< its letters go down
+    NotedReason reason;      ///< why it cannot be written, if it cannot
     std::vector<PlacedStretch> stretches;
 };
 

@@ -49,8 +49,8 @@ std::optional<std::vector<EncodedLetters>> encodeText(PageFont& font, std::u32st
         std::optional<EncodedLetters> letters = firstLetters(font, text);
         if (!letters && text.front() == U' ') {
             text.remove_prefix(1);
-            letters = EncodedLetters{
-                .advance = asMade(font.spaceAdvance()), .count = 1, .isBlank = true};
+            letters =
+                EncodedLetters{.advance = asMade(font.spaceAdvance()), .count = 1, .isBlank = true};
         }
         if (!letters) {
             return std::nullopt;

@@ -30,9 +30,9 @@ double sayable(double ems) {
 /// The array of a stretch, from its first glyph on.
 class ShowWriter {
 public:
-    ShowWriter(Walk& walk, const TextRun& letters)
+    ShowWriter(Walk& walk, const TextRun& letters, double forward)
         : walk_(walk), size_(realFromFixed(letters.size)), rise_(realFromFixed(letters.rise)),
-          spacing_(realFromFixed(letters.spacing) / size_) {}
+          spacing_(realFromFixed(letters.spacing) / size_), forward_(forward) {}
 
     void add(const PlacedGlyph& glyph, std::string_view codes) {
         if (codes.empty()) {
@@ -46,7 +46,7 @@ public:
         begin();
         if (const double gap = sayable(glyph.x - pen_); gap != 0) {
             flush();
-            gapWorks(walk_, gap);
+            gapWorks(walk_, forward_ * gap);
             pen_ += gap;
         }
         codes_ += codes;
@@ -81,6 +81,7 @@ private:
     double size_;
     double rise_;
     double spacing_; // ems
+    double forward_;
     double pen_ = 0;
     double y_ = 0;
     bool isOpen_ = false;
@@ -110,9 +111,12 @@ void SetText::refuse(Index run) const {
 void SetText::write(Walk& walk, Index run, const TextRun& letters, const RealMatrix& back) {
     refuse(run);
     const PlacedRun& placed = runs_[run];
+    // The pen of a column goes down, and its rise is to the right.
+    const double forward = placed.isVertical ? -1 : 1;
+    const double rise = realFromFixed(letters.rise);
     const PlacedStretch* last = nullptr;
     for (const PlacedStretch& stretch : placed.stretches) {
-        const RealMatrix frame = multiply(stretch.frame, back);
+        RealMatrix frame = multiply(stretch.frame, back);
         if (!isFinite(frame)) {
             failException(Exception::unpatchable);
         }
@@ -123,22 +127,22 @@ void SetText::write(Walk& walk, Index run, const TextRun& letters, const RealMat
             walk.text.add("Tf ");
         }
         if (last == nullptr) {
-            textStateWorks(walk, {.characterSpacing = realFromFixed(letters.spacing),
-                                  .rise = realFromFixed(letters.rise),
+            textStateWorks(walk, {.characterSpacing = forward * realFromFixed(letters.spacing),
+                                  .rise = placed.isVertical ? 0 : rise,
                                   .mode = textModeOf(letters.style)});
         }
+        if (placed.isVertical) {
+            frame = multiply({.tx = rise}, frame);
+        }
         textMatrixWorks(walk, frame);
-        writeStretch(walk, stretch, letters);
+        ShowWriter show(walk, letters, forward);
+        for (const PlacedGlyph& glyph : stretch.glyphs) {
+            show.add(glyph,
+                     stretch.added != nullptr ? stretch.added->code(glyph.glyph) : glyph.codes);
+        }
+        show.finish();
         last = &stretch;
     }
-}
-
-void SetText::writeStretch(Walk& walk, const PlacedStretch& stretch, const TextRun& letters) {
-    ShowWriter show(walk, letters);
-    for (const PlacedGlyph& glyph : stretch.glyphs) {
-        show.add(glyph, stretch.added != nullptr ? stretch.added->code(glyph.glyph) : glyph.codes);
-    }
-    show.finish();
 }
 
 } // namespace corvane

@@ -45,8 +45,6 @@ public:
     NewFonts takeFonts() { return std::move(fonts_); }
 
 private:
-    void writeStretch(Walk& walk, const PlacedStretch& stretch, const TextRun& letters);
-
     const PageFonts* ofPage_;
     ResourceRegistry& resources_;
     NewFonts fonts_;

@@ -67,8 +67,8 @@ std::optional<RealMatrix> TextPath::at(double distance) const {
     if (steps_.size() < 2 || !(distance >= 0) || distance > steps_.back().end) {
         return std::nullopt;
     }
-    const auto next = std::ranges::lower_bound(steps_.begin() + 1, steps_.end(), distance, {},
-                                               &Step::end);
+    const auto next =
+        std::ranges::lower_bound(steps_.begin() + 1, steps_.end(), distance, {}, &Step::end);
     const Step& from = *std::prev(next);
     const double length = next->end - from.end;
     const double x = (next->to.x - from.to.x) / length;

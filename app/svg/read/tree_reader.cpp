@@ -228,7 +228,7 @@ void TreeReader::enterGroup(pugi::xml_node node) {
         return;
     }
     openGroups(frame, Art::null);
-    setSource(frame.made, sourceFrom(Attribute::dataSource));
+    setSource(frame.made, sourceOfShape());
     if (mayBeBlank && frame.clip != Art::null && !clipShape(document_, frame.clip).blank &&
         isHidden(frame)) {
         document_.dispose(frame.made);

@@ -112,7 +112,8 @@ void TreeReader::readText(pugi::xml_node node) {
     if (std::erase_if(chain, ClipReader::fitsBox) != 0 || frame.boxed) {
         context_.tally.add("clip-path"); // how far letters reach is not known
     }
-    const LineFrame line{placeClipped(chain, matrix), matrix, style.vertical};
+    const bool isColumn = context_.ours && attributes_.isTrue(Attribute::dataColumn);
+    const LineFrame line{placeClipped(chain, matrix), matrix, style.vertical || isColumn, isColumn};
     TextReader reader(context_, paints_, line, frame.viewport, inTile_ || !targets_.empty(),
                       !inTile_);
     if (reader.read(node, attributes_, style)) {

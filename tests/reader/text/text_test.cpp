@@ -29,13 +29,16 @@ protected:
     std::string runs(const std::string& content) {
         omitted_ = 0;
         draw(PdfBuilder::onePage(content, "/Resources << /Font << /F 20 0 R /T 21 0 R /V 22 0 R >> "
-                                          "/XObject << /I 24 0 R >> >>")
+                                          "/XObject << /I 24 0 R >> /ExtGState << "
+                                          "/G << /Font [20 0 R 20] >> /W << /Font [20 0 R] >> "
+                                          ">> >>")
                  .object(20, "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>")
                  .object(21, "<< /Type /Font /Subtype /Type3 /FontBBox [0 0 9 9] /FontMatrix [.1 0 "
                              "0 .1 0 0] /CharProcs << /a 26 0 R >> /Encoding << /Differences [97 "
                              "/a] >> /FirstChar 97 /LastChar 97 /Widths [10] >>")
                  .object(22, "<< /Type /Font /Subtype /Type0 /BaseFont /Gothic /Encoding "
-                             "/Identity-V /DescendantFonts [23 0 R] >>")
+                             "/Identity-V /DescendantFonts [23 0 R] /ToUnicode 25 0 R >>")
+                 .stream(25, "beginbfrange <0000> <007F> <0000> endbfrange")
                  .object(23, "<< /Type /Font /Subtype /CIDFontType2 /BaseFont /Gothic "
                              "/CIDSystemInfo << /Registry (Adobe) /Ordering (Identity) "
                              "/Supplement 0 >> >>")
@@ -94,8 +97,17 @@ TEST_F(TextTest, LinesAndRuns) {
          "ab@100,700 10 unfilled stroked + cd@111.1,700 10 stroked + ef@121.7,700 10 unfilled"},
         {"what adds to the clip", "(ab) Tj 7 Tr (cd) Tj 0 Tr (ef) Tj",
          "ab@100,700 10 | ef@121.7,700 10", 1},
-        {"no letters to name", "/T 10 Tf (a) Tj", "", 1},
-        {"vertical", "/V 10 Tf <00010002> Tj", "", 1},
+        {"what is painted and adds to the clip", "4 Tr (ab) Tj 6 Tr (cd) Tj",
+         "ab@100,700 10 + cd@111.1,700 10 stroked", 2},
+        {"glyphs that are drawn", "(ab) Tj /T 10 Tf (a) Tj /F 10 Tf (c) Tj",
+         "ab@100,700 10 | c@121.1,700 10"},
+        {"a column", "/V 10 Tf <00610062> Tj 3 Ts <0063> Tj",
+         "ab@100,700 10 + {-300}c@100,683 10 down"},
+        {"shifts of a column", "/V 10 Tf -1 Tc [<0061> 500 <0062> -9000 <0063>] TJ",
+         "a{600}b@100,700 10 down | c@100,763 10 down"},
+        {"a line goes on with no column", "(ab) Tj /V 10 Tf <0063> Tj /F 10 Tf (d) Tj",
+         "ab@100,700 10 | c@111.1,700 10 down | d@111.1,690 10"},
+        {"a font of a state", "/G gs (ab) Tj /W gs (cd) Tj", "ab@100,700 20 + cd@122.2,700 20"},
         {"no font", "/None 10 Tf (ab) Tj /F 10 Tf (cd) Tj", "cd@100,700 10", 1},
         {"no size", "/F 0 Tf (ab) Tj", "", 1},
         {"no way back", "1 0 0 0 50 60 Tm (ab) Tj", "", 1},

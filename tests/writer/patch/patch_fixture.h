@@ -228,9 +228,11 @@ protected:
     }
 
     static constexpr std::string_view resources =
-        "/Resources << /Font << /F 20 0 R >> /XObject << /X 21 0 R >> /Properties << /L 22 0 R >> "
+        "/Resources << /Font << /F 20 0 R /V 24 0 R /T 26 0 R >> /XObject << /X 21 0 R >> "
+        "/Properties << /L "
+        "22 0 R >> "
         "/ExtGState << /Half << /ca .5 /CA .5 >> /Full << /ca 1 /CA 1 >> /Wide << /LW 7 /D [[5 3] "
-        "1] >> >> "
+        "1] >> /B << /LW 1 /Font [20 0 R 10] >> >> "
         "/Pattern << /P 23 0 R >> >>";
     static PdfBuilder withResources(PdfBuilder file) {
         file.object(20, "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>")
@@ -238,7 +240,15 @@ protected:
             .object(22, "<< /Type /OCG /Name (L) >>")
             .stream(23, "0 0 2 2 re f",
                     "/Type /Pattern /PatternType 1 /PaintType 1 /TilingType 1 /BBox [0 0 4 4] "
-                    "/XStep 4 /YStep 4 /Resources << >>");
+                    "/XStep 4 /YStep 4 /Resources << >>")
+            .object(24, "<< /Type /Font /Subtype /Type0 /BaseFont /Gothic /Encoding /Identity-V "
+                        "/DescendantFonts [<< /Type /Font /Subtype /CIDFontType2 /BaseFont /Gothic "
+                        "/DW2 [880 -900] >>] /ToUnicode 25 0 R >>")
+            .stream(25, "beginbfrange <0000> <007F> <0000> endbfrange")
+            .object(26, "<< /Type /Font /Subtype /Type3 /FontMatrix [.1 0 0 .1 0 0] /CharProcs << "
+                        "/a 27 0 R >> /Encoding << /Differences [97 /a /b] >> /FirstChar 97 "
+                        "/Widths [10 10] >>")
+            .stream(27, "10 0 0 0 8 8 d1 0 0 8 1 re f 2 1 4 4 re f");
         return file;
     }
 

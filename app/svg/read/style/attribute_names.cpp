@@ -142,6 +142,7 @@ constexpr std::array<std::string_view, attributeCount> names{
     "data-exact",
     "data-dx",
     "data-compound",
+    "data-column",
     "data-guide",
     "data-stroke-width",
     "data-stroke-dasharray",

@@ -144,6 +144,7 @@ enum class Attribute : std::uint8_t {
     dataExact,
     dataDx,
     dataCompound,
+    dataColumn,
     dataGuide,
     dataStrokeWidth,
     dataStrokeDasharray,

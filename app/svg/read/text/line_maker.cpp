@@ -29,7 +29,10 @@ bool looksAlike(const LetterLook& left, const LetterLook& right) {
 
 void LineMaker::startLine(const LetterPlace& place, const LetterLook& look) {
     finishLine();
-    line_ = {.isVertical = frame_.isVertical, .anchor = look.anchor, .order = look.order};
+    line_ = {.isVertical = frame_.isVertical,
+             .anchor = frame_.isColumn ? TextAnchor::start : look.anchor,
+             .order = look.order};
+    before_ = {};
     isOpen_ = true;
     isOfPage_ = mayTurn_ = isMixed_ = passedEnd_ = false;
     if (path_) {
@@ -162,6 +165,15 @@ void LineMaker::countWhatIsLost(const Letter& letter, const LetterPlace& place,
     }
 }
 
+/// Of the next letter of a column. One that was typed behind another has no place of its own.
+double LineMaker::columnShift(const LetterPlace& place, const LetterLook& look) {
+    const double size = asWritten(look.size);
+    const double shift = place.x ? place.dy - columnStep(size, before_) : 0;
+    before_ = {size, asWritten(look.spacing)};
+    across_ = asWritten(place.dx);
+    return shift;
+}
+
 void LineMaker::add(const Letter& letter, const LetterPlace& place, const LetterLook& look) {
     const std::optional<double>& along = frame_.isVertical ? place.y : place.x;
     const std::optional<double>& across = frame_.isVertical ? place.x : place.y;
@@ -175,7 +187,7 @@ void LineMaker::add(const Letter& letter, const LetterPlace& place, const Letter
         startLine(place, look);
     } else {
         countWhatIsLost(letter, place, look);
-        if (across && !path_) {
+        if (across && !path_ && !frame_.isColumn) {
             const double moved = *across - (frame_.isVertical ? origin_.x : origin_.y);
             if (moved != across_ && line_.anchor != TextAnchor::start) {
                 context_.tally.add("text-anchor"); // of a part of the line
@@ -190,7 +202,9 @@ void LineMaker::add(const Letter& letter, const LetterPlace& place, const Letter
     }
     double shift = carried_;
     carried_ = letter.isBlank ? look.wordSpacing : 0;
-    if (!starts || context_.ours) {
+    if (frame_.isColumn) {
+        shift = columnShift(place, look);
+    } else if (!starts || context_.ours) {
         shift += frame_.isVertical ? place.dy : place.dx;
         const double step = frame_.isVertical ? place.dx : place.dy;
         across_ += context_.ours ? asWritten(step) : step;

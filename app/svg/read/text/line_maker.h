@@ -5,6 +5,7 @@
 #include "app/svg/read/shape_builder.h"
 #include "app/svg/read/text/letter_places.h"
 #include "app/svg/read/text/text_path.h"
+#include "app/svg/text_shift.h"
 #include "host/matrix.h"
 
 #include <cstdint>
@@ -52,6 +53,7 @@ struct LineFrame {
     ArtPlace place;
     RealMatrix toArt; ///< from the user space of the letters
     bool isVertical = false;
+    bool isColumn = false; ///< vertical, as the writer writes it (app/svg/text_shift.h)
 };
 
 /// A letter with an absolute place along its line begins a new text object, since nothing here
@@ -75,6 +77,7 @@ private:
     void fit(const LetterLook& look, bool starts);
     void voidLength(const FittedLength& fitted);
     void addPiece(double shift, std::int32_t face);
+    double columnShift(const LetterPlace& place, const LetterLook& look);
     void dropLastBlank();
     void finishRun();
     void finishLine();
@@ -91,6 +94,7 @@ private:
     double turn_ = 0;
     double across_ = 0;  ///< from the origin, as SVG counts
     double carried_ = 0; ///< shift of the next letter for the blank before it
+    ColumnLetter before_;
     Art art_ = Art::null;
     double scale_ = 1; ///< from lengths of the user space to those of the line's space
     TextLine line_;

@@ -119,7 +119,8 @@ private:
         run.font = fonts_[font];
         run.size = below(3) == 0 ? fixed(12) : fixed(real(.01, 100));
         run.rise = below(3) == 0 ? fixed(real(-9, 9)) : 0;
-        run.spacing = below(3) == 0 ? fixed(real(-1, 3)) : 0;
+        const bool isColumn = art_.document.textLine(text).isVertical; // its spacing is shifts
+        run.spacing = !isColumn && below(3) == 0 ? fixed(real(-1, 3)) : 0;
         const std::string letters = this->letters();
         run.text = letters;
         std::vector<TextPiece> pieces;
@@ -246,8 +247,9 @@ TEST(ReadText, othersTextBecomesLinesAndRuns) {
          "<text x=\"5\" y=\"9\" font-family=\"'Corvane 3 Foo',Foo,sans-serif\" font-size=\"10\">"
          "<tspan font-family=\"'Corvane 3 Foo 2',Foo,sans-serif\">a</tspan></text>"},
         {"<text x='5' y='9' style='writing-mode:tb'>a<tspan dy='2'>b</tspan></text>",
-         "<text x=\"5\" y=\"9\" style=\"writing-mode:vertical-rl;text-orientation:upright\"@>a"
-         "<tspan dy=\"2\">b</tspan></text>"},
+         "<text x=\"5\" y=\"9\" data-column=\"true\" text-anchor=\"middle\" "
+         "xml:space=\"preserve\"@>"
+         "<tspan x=\"5\" dy=\"8.8\">a</tspan><tspan x=\"5\" dy=\"12\">b</tspan></text>"},
         {"<text font-size='0'>a</text><text>  </text><text/>", ""},
     };
     for (const Row& row : rows) {

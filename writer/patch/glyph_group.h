@@ -1,0 +1,14 @@
+// Groups that glyph procedures drew: how an edited one differs from what the page shows.
+#pragma once
+
+#include "writer/patch/comparison.h"
+
+namespace corvane {
+
+/// Whether art is a group of paths alone, as glyph procedures draw.
+bool isGroupOfPaths(Art art);
+
+/// `letters` where anything else differs than the place of the whole.
+ArtDifference compareGlyphs(Art was, Art is);
+
+} // namespace corvane
