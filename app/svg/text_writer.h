@@ -1,4 +1,4 @@
-// A text object as one `text` element.
+// A text object as `text` elements: one for each line.
 #pragma once
 
 #include "app/svg/art_source.h"
@@ -20,7 +20,7 @@ struct TextPlace {
     bool hidden = false;      ///< nothing is to be seen of it
 };
 
-/// Writes the element of a text object that has runs; what they are painted with must have been
+/// Writes the elements of a text object that has runs; what they are painted with must have been
 /// written. Nothing is laid out: letters stand where the font sets them, and `dx` says what
 /// differs.
 void writeText(TextOutput&, const PaintServers&, Art text, const TextPlace&);
