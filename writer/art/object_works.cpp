@@ -7,6 +7,7 @@
 #include "runtime/rules.h"
 #include "runtime/warning.h"
 #include "writer/art/path_works.h"
+#include "writer/art/text_works.h"
 
 namespace corvane {
 
@@ -72,6 +73,9 @@ void visitWorks(Walk& walk, Art art, ArtStack& pending, bool writesGroups) {
     case 3:
         return compoundWorks(walk, art);
     case 4:
+        if (!rules().readsText) {
+            return textWorks(walk, art);
+        }
         noteReason(Reason::textDrawnAnew);
         failException(Exception::unpatchable);
     case 5:

@@ -3,6 +3,7 @@
 
 #include "host/artwork.h"
 #include "host/matrix.h"
+#include "reader/classic/font_list.h"
 #include "runtime/fixed.h"
 #include "writer/art/content_text.h"
 #include "writer/art/shadow.h"
@@ -39,6 +40,7 @@ struct Walk {
     std::optional<UserSpace> space;
     ContentText text;
     Shadow shadow;
+    classic::FontList fonts;
     /// Segments of a path come from the host in blocks of this many.
     std::array<Segment, 512> segments;
 };

@@ -2,6 +2,7 @@
 
 #include "app/artwork/characters.h"
 #include "app/artwork/classic/host_fonts.h"
+#include "app/artwork/error.h"
 #include "app/artwork/geometry.h"
 
 #include <algorithm>
@@ -11,8 +12,16 @@ namespace corvane {
 
 namespace {
 
-/// Shown for characters that the host's set does not have.
-constexpr std::uint8_t unknownLetter = '?';
+/// The letter of that character, as far as the fonts are known.
+std::uint8_t letterOf(const HostFonts::Measured* font, char32_t character) {
+    const auto code = font == nullptr ? std::nullopt : codeOf(*font, character);
+    if (!code) {
+        throw ArtworkError("the text has letters that the host's character set lacks; save it in the "
+                           "extended profile");
+    }
+    return *code;
+}
+
 /// How far below its top a letter of a column stands, in ems: as the PDF Reference has it, 5.6.3.
 constexpr double columnAscent = 0.88;
 
@@ -61,11 +70,8 @@ void TextWalk::addRun(const Document& document, std::int32_t number) {
         }
         const Character character = decodeCharacter(left);
         left.remove_prefix(std::max<std::size_t>(character.length, 1));
-        const auto code =
-            measured == nullptr ? std::nullopt : codeOf(*measured, character.code);
-        const std::uint8_t letter = code.value_or(unknownLetter);
-        addLetter(letter,
-                  measured == nullptr ? 0 : measured->info.widths[letter] / double{fixedOne}, run);
+        const std::uint8_t letter = letterOf(measured, character.code);
+        addLetter(letter, measured->info.widths[letter] / double{fixedOne}, run);
     }
 }
 
