@@ -141,8 +141,8 @@ inline constexpr Slot<HostError(Art path, const Matrix*)> setTextOrigin{94};
 inline constexpr Slot<HostError(Art text, Placement, RunHandle* run)> newTextRun{112};
 inline constexpr Slot<HostError(RunHandle)> endTextRun{113};
 /// Selects the place in front of the letter counted `position`; `end` below 0: nothing more.
-inline constexpr Slot<HostError(RunHandle, std::int32_t position, std::int32_t end)>
-    setRunPosition{114};
+inline constexpr Slot<HostError(RunHandle, std::int32_t position, std::int32_t end)> setRunPosition{
+    114};
 /// How many letters the run has.
 inline constexpr Slot<HostError(RunHandle, std::int32_t* position)> adjustTextRun{115};
 /// Puts letters behind those that are there; `count` says how many, and comes back as how many were

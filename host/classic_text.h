@@ -1,8 +1,8 @@
 // The records of the classic slots for text: runs of one-byte letters, their styles, and the fonts
 // of the host.
 //
-// A text object holds lines, and lines hold letters of the host's character set, Mac OS Roman (fonts
-// of signs have a set of their own). Text is made through an open run, from `newTextRun` to
+// A text object holds lines, and lines hold letters of the host's character set, Mac OS Roman
+// (fonts of signs have a set of their own). Text is made through an open run, from `newTextRun` to
 // `endTextRun`: styles are set, and letters put behind those that are there; a carriage return
 // begins the next line. Text that is there is walked by runs, whose letters share all styles and
 // follow one another without kerning, and by lines.

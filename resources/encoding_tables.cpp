@@ -39,8 +39,7 @@ std::array<std::byte, rowEncodings.size() * codes> makeRows() {
         for (std::size_t code = 0; code < codes; ++code) {
             const auto letter = static_cast<std::uint8_t>(code);
             const std::string_view name = glyphNameOf(rowEncodings[row], letter);
-            const bool isOwn =
-                name.empty() || rowEncodings[row] == StandardEncodingKind::macRoman;
+            const bool isOwn = name.empty() || rowEncodings[row] == StandardEncodingKind::macRoman;
             rows[row * codes + code] = isOwn ? std::byte{letter} : nearestCode(name);
         }
     }

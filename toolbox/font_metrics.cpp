@@ -22,7 +22,8 @@ struct OwnCodes {
 OwnCodes ownCodes(FT_Face face) {
     constexpr FT_ULong privateUse = 0xF000;
     OwnCodes codes;
-    for (const FT_CharMap map : std::span(face->charmaps, static_cast<std::size_t>(face->num_charmaps))) {
+    for (const FT_CharMap map :
+         std::span(face->charmaps, static_cast<std::size_t>(face->num_charmaps))) {
         if (map->encoding == FT_ENCODING_ADOBE_CUSTOM) {
             return {map, 0};
         }
@@ -110,8 +111,7 @@ std::optional<FontMetrics> measureFont(std::int32_t font,
     FontMetrics metrics;
     metrics.ascent = opened->ems(face->ascender);
     metrics.descent = -opened->ems(face->descender);
-    metrics.leading =
-        std::max(0.0, opened->ems(face->height) - metrics.ascent - metrics.descent);
+    metrics.leading = std::max(0.0, opened->ems(face->height) - metrics.ascent - metrics.descent);
     metrics.left = opened->ems(face->bbox.xMin);
     metrics.bottom = opened->ems(face->bbox.yMin);
     metrics.right = opened->ems(face->bbox.xMax);

@@ -102,12 +102,10 @@ std::optional<FontSpecification> specifyFont(std::int32_t font, SpecificationSou
     if (!face) {
         return std::nullopt;
     }
-    FontSpecification specification =
-        measured(*face, listFonts()[static_cast<std::size_t>(font)]);
-    const bool tells = source == SpecificationSource::program ? addProgram(*face, specification)
-                       : source == SpecificationSource::tables
-                           ? addTables(*face, specification)
-                           : true;
+    FontSpecification specification = measured(*face, listFonts()[static_cast<std::size_t>(font)]);
+    const bool tells = source == SpecificationSource::program  ? addProgram(*face, specification)
+                       : source == SpecificationSource::tables ? addTables(*face, specification)
+                                                               : true;
     return tells ? std::optional(specification) : std::nullopt;
 }
 

@@ -28,7 +28,8 @@ private:
 };
 
 /// Runs, letters and pieces lie in one pool. Copies share them: who changes runs that are shared
-/// takes runs of its own first. What is disposed of is given back with the document: text comes and goes as a whole.
+/// takes runs of its own first. What is disposed of is given back with the document: text comes and
+/// goes as a whole.
 class TextTable {
 public:
     TextTable(ArtworkBudget& budget, StyleTable& styles)
@@ -49,8 +50,8 @@ public:
 
     void copy(NodeIndex from, NodeIndex to);
     void erase(NodeIndex node) { lines_.erase(node); }
-    /// Enlarges all lengths of the runs, line widths too; `map` is for the matrices of the lines that
-    /// they begin.
+    /// Enlarges all lengths of the runs, line widths too; `map` is for the matrices of the lines
+    /// that they begin.
     void changeRuns(NodeIndex, double scale, const RealMatrix& map);
 
 private:

@@ -6,7 +6,7 @@
 namespace corvane {
 struct DocumentCache;
 struct Object;
-}
+} // namespace corvane
 
 namespace corvane::classic {
 

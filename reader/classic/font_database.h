@@ -10,7 +10,7 @@
 namespace corvane {
 struct DocumentCache;
 struct Object;
-}
+} // namespace corvane
 
 namespace corvane::classic {
 

@@ -132,8 +132,7 @@ void selectFont(Interpreter& interpreter, std::string_view name) {
         inUse = known->second;
         return;
     }
-    const ObjectOwner entry =
-        lookupObject(interpreter.cache, selected.dictionary.get(), name);
+    const ObjectOwner entry = lookupObject(interpreter.cache, selected.dictionary.get(), name);
     if (typeObject(entry.get()) == ObjectType::null) {
         failException(Exception::structure);
     }

@@ -62,9 +62,9 @@ struct PendingKern {
 struct TextLineState {
     bool isOpen = false; ///< between `BT` and `ET`
     Matrix matrix;
-    Art object = Art::null;            ///< of the host; null: no line is open
-    RunHandle run = RunHandle::null;   ///< of that object
-    ChargedList<PendingKern> kerns;    ///< the newest last
+    Art object = Art::null;          ///< of the host; null: no line is open
+    RunHandle run = RunHandle::null; ///< of that object
+    ChargedList<PendingKern> kerns;  ///< the newest last
 };
 
 } // namespace corvane::classic

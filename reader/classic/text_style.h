@@ -6,7 +6,7 @@
 namespace corvane {
 struct GraphicsState;
 struct Interpreter;
-}
+} // namespace corvane
 
 namespace corvane::classic {
 

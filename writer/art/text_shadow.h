@@ -1,5 +1,5 @@
-// The shadow of the state of text: what the styles of the host ask for, and what the content written
-// so far has set.
+// The shadow of the state of text: what the styles of the host ask for, and what the content
+// written so far has set.
 #pragma once
 
 #include "host/classic_text.h"

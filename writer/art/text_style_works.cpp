@@ -112,8 +112,8 @@ void renderWorks(Walk& walk) {
     Fixed charSpace = quotient(quotient(letters.tracking, thousand), wanted.width);
     Fixed wordSpace = 0;
     if (paragraph.alignment != justified && paragraph.alignment != allJustified) {
-        charSpace = detail::saturated(std::int64_t{charSpace} +
-                                      quotient(paragraph.letterSpacing, hundred));
+        charSpace =
+            detail::saturated(std::int64_t{charSpace} + quotient(paragraph.letterSpacing, hundred));
         wordSpace = quotient(
             detail::saturated(std::int64_t{paragraph.wordSpacing} - paragraph.letterSpacing),
             hundred);

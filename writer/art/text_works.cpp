@@ -37,8 +37,8 @@ public:
         beginLine();
         while (run_ != RunHandle::null && line_ != LineHandle::null) {
             const auto left = std::min<std::int64_t>(std::ssize(letters_), lineEnd_ - at_);
-            const auto count =
-                static_cast<std::int32_t>(std::min<std::int64_t>(left, isAlongPath_ ? 1 : longestPiece));
+            const auto count = static_cast<std::int32_t>(
+                std::min<std::int64_t>(left, isAlongPath_ ? 1 : longestPiece));
             const Letters piece = letters_.first(static_cast<std::size_t>(count));
             if (isAlongPath_) {
                 letterWorks(piece.front());
@@ -119,8 +119,8 @@ private:
     void letterWorks(std::uint8_t letter) {
         const Matrix place = glyphMatrix(at_);
         const RenderState& state = walk_.shadow.text.wanted;
-        const Fixed scale = callHost(
-            slot::fixedDivide, walk_.shadow.text.charStyle->horizontalScale, wholePercent);
+        const Fixed scale =
+            callHost(slot::fixedDivide, walk_.shadow.text.charStyle->horizontalScale, wholePercent);
         const Fixed size = callHost(slot::fixedMultiply, state.size.value_or(0), scale);
         const Fixed width = callHost(slot::fixedMultiply, state.widths[letter], size);
         Matrix move;
@@ -159,7 +159,7 @@ private:
     Art text_;
     RunHandle run_ = RunHandle::null;
     LineHandle line_ = LineHandle::null;
-    Letters letters_; ///< of the run, those that are left
+    Letters letters_;     ///< of the run, those that are left
     std::int32_t at_ = 0; ///< in the line
     std::int32_t lineEnd_ = 0;
     bool isAlongPath_ = false;

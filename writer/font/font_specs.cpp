@@ -21,8 +21,8 @@ std::int32_t flagsOf(const FontSpecification& font) {
 /// `name` is for who reads the call: the identifiers tell the font.
 std::optional<FontSpecs> specsFrom(SpecificationSource source, std::int16_t first,
                                    std::int16_t second) {
-    const std::int32_t font =
-        static_cast<std::uint16_t>(first) | static_cast<std::int32_t>(second) << 16;
+    const std::int32_t font = static_cast<std::uint16_t>(first) | static_cast<std::int32_t>(second)
+                                                                      << 16;
     const std::optional<FontSpecification> found = specifyFont(font, source);
     if (!found) {
         return std::nullopt;

@@ -18,10 +18,10 @@ namespace corvane {
 namespace {
 
 constexpr std::array<std::string_view, 14> standardNames = {
-    "Courier",        "Courier-Bold",      "Courier-Oblique",       "Courier-BoldOblique",
-    "Helvetica",      "Helvetica-Bold",    "Helvetica-Oblique",     "Helvetica-BoldOblique",
-    "Times-Roman",    "Times-Bold",        "Times-Italic",          "Times-BoldItalic",
-    "Symbol",         "ZapfDingbats"};
+    "Courier",     "Courier-Bold",   "Courier-Oblique",   "Courier-BoldOblique",
+    "Helvetica",   "Helvetica-Bold", "Helvetica-Oblique", "Helvetica-BoldOblique",
+    "Times-Roman", "Times-Bold",     "Times-Italic",      "Times-BoldItalic",
+    "Symbol",      "ZapfDingbats"};
 
 /// Ems in units of glyphs, a thousandth of an em.
 std::int16_t glyphUnits(Fixed ems) {

@@ -87,8 +87,8 @@ HostFonts::HostFonts() {
     }
     std::int32_t place = 0;
     for (const ListedFont& font : listFonts()) {
-        const bool isStandard = std::ranges::find(standardFonts, font.name, &StandardFont::name) !=
-                                standardFonts.end();
+        const bool isStandard =
+            std::ranges::find(standardFonts, font.name, &StandardFont::name) != standardFonts.end();
         if (!isStandard && font.name.size() <= longestName) {
             fonts_.push_back({font.name, font.family, std::clamp(font.weight, 100, 900),
                               font.isItalic, font.isFixedPitch ? mono : sans, place});
@@ -143,7 +143,8 @@ std::optional<std::int32_t> HostFonts::find(std::string_view name) const {
 /// Standard fonts come before those of their files.
 std::optional<std::int32_t> HostFonts::ofFile(std::string_view listedName) const {
     const auto listed = placeOfFont(listedName);
-    const auto found = listed ? std::ranges::find(fonts_, *listed, &HostFont::listed) : fonts_.end();
+    const auto found =
+        listed ? std::ranges::find(fonts_, *listed, &HostFont::listed) : fonts_.end();
     return found == fonts_.end() ? std::nullopt
                                  : std::optional(static_cast<std::int32_t>(found - fonts_.begin()));
 }

@@ -47,8 +47,8 @@ void LetterPath::addCurve(const Segment& from, const Segment& to) {
 
 RealMatrix LetterPath::at(double distance) const {
     const auto behind = std::ranges::lower_bound(points_, distance, {}, &Stop::distance);
-    const auto place = std::clamp<std::ptrdiff_t>(behind - points_.begin(), 1,
-                                                  std::ssize(points_) - 1);
+    const auto place =
+        std::clamp<std::ptrdiff_t>(behind - points_.begin(), 1, std::ssize(points_) - 1);
     const Stop& from = points_[static_cast<std::size_t>(place - 1)];
     const Stop& to = points_[static_cast<std::size_t>(place)];
     const double length = to.distance - from.distance;

@@ -67,8 +67,8 @@ void LineSetter::use(const Look& look) {
     font_ = look.hostFont < 0 ? nullptr : &HostFonts::all().measured(look.hostFont);
     const double blank = font_ == nullptr ? 0.0 : font_->info.widths[' '] / double{fixedOne};
     size_ = std::abs(look.size / double{fixedOne});
-    spacing_ = size_ * (look.tracking / double{fixedOne} / 1000 +
-                        blank * (look.letterSpacing / percent));
+    spacing_ =
+        size_ * (look.tracking / double{fixedOne} / 1000 + blank * (look.letterSpacing / percent));
     blankShift_ = blank * ((look.wordSpacing - double{wholePercent}) / percent);
     const double across = look.horizontalScale / percent;
     const double sign = look.size < 0 ? -1 : 1;
@@ -155,8 +155,7 @@ void LineSetter::set() {
             isLineOpen_ = false;
             continue;
         }
-        const char32_t character =
-            font_ == nullptr ? romanLetters[code] : font_->characters[code];
+        const char32_t character = font_ == nullptr ? romanLetters[code] : font_->characters[code];
         if (isSeen_ && isTextCharacter(character)) {
             setLetter(code, character);
         }

@@ -55,8 +55,8 @@ HostError setRunPaint(RunHandle run, const PathStyle* paint) {
 
 HostStatus setRunFont(RunHandle run, const std::uint8_t* name) {
     bool isThere = false;
-    const HostError failed = withStream(
-        run, [&](TextStream& stream) { isThere = stream.setFont(prefixedText(name)); });
+    const HostError failed =
+        withStream(run, [&](TextStream& stream) { isThere = stream.setFont(prefixedText(name)); });
     return failed != HostError::none ? HostStatus::failed
            : isThere                 ? HostStatus::none
                                      : HostStatus::fontMissing;

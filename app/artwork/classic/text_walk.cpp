@@ -16,8 +16,9 @@ namespace {
 std::uint8_t letterOf(const HostFonts::Measured* font, char32_t character) {
     const auto code = font == nullptr ? std::nullopt : codeOf(*font, character);
     if (!code) {
-        throw ArtworkError("the text has letters that the host's character set lacks; save it in the "
-                           "extended profile");
+        throw ArtworkError(
+            "the text has letters that the host's character set lacks; save it in the "
+            "extended profile");
     }
     return *code;
 }
@@ -44,8 +45,7 @@ TextWalk::TextWalk(const Document& document, Art text) : text_(text) {
 void TextWalk::addRun(const Document& document, std::int32_t number) {
     const TextRun run = document.textRun(text_, number);
     const auto font = HostFonts::all().fontOf(document.fonts().facts(run.font));
-    const HostFonts::Measured* const measured =
-        font ? &HostFonts::all().measured(*font) : nullptr;
+    const HostFonts::Measured* const measured = font ? &HostFonts::all().measured(*font) : nullptr;
     if (run.line) {
         const auto first = static_cast<std::int32_t>(codes_.size());
         lines_.back().count = first - lines_.back().first;

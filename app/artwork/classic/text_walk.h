@@ -19,8 +19,8 @@ public:
     LetterPath(std::span<const Segment> segments, bool closed);
 
     bool isEmpty() const { return points_.empty(); }
-    /// The place so far along the path, and its direction there; what lies beyond the ends stands on
-    /// a straight continuation.
+    /// The place so far along the path, and its direction there; what lies beyond the ends stands
+    /// on a straight continuation.
     RealMatrix at(double distance) const;
 
 private:

@@ -80,9 +80,8 @@ HostError getRunCharStyle(RunHandle run, CharStyle* style) {
 }
 
 HostError getRunParaStyle(RunHandle run, ParaStyle* style) {
-    return withRun(run, [&](const Document&, const OpenText::RunPlace&) {
-        target(style) = ParaStyle();
-    });
+    return withRun(
+        run, [&](const Document&, const OpenText::RunPlace&) { target(style) = ParaStyle(); });
 }
 
 HostError getFirstLine(Art text, LineHandle* line) {
@@ -104,15 +103,14 @@ HostError getNextLine(LineHandle line, LineHandle* next) {
 }
 
 HostError getLineLength(LineHandle line, std::int32_t* letters) {
-    return withLine(
-        line, [&](const OpenText::LinePlace& place) { target(letters) = place.line.count; });
+    return withLine(line,
+                    [&](const OpenText::LinePlace& place) { target(letters) = place.line.count; });
 }
 
 HostStatus getLinePlacement(LineHandle line) {
     bool isAlongPath = false;
-    const HostError failed = withLine(line, [&](const OpenText::LinePlace& place) {
-        isAlongPath = place.walk.isAlongPath();
-    });
+    const HostError failed = withLine(
+        line, [&](const OpenText::LinePlace& place) { isAlongPath = place.walk.isAlongPath(); });
     return failed != HostError::none ? HostStatus::failed
            : isAlongPath             ? HostStatus::none
                                      : HostStatus::notOnPath;
@@ -123,8 +121,7 @@ HostError getGlyphMatrix(LineHandle line, std::int32_t letter, Matrix* matrix) {
         if (letter < 0 || letter >= place.line.count) {
             throw ArtworkError("the line has no such letter");
         }
-        target(matrix) =
-            withNegatedSlant(fixedMatrix(place.walk.glyphMatrix(place.line, letter)));
+        target(matrix) = withNegatedSlant(fixedMatrix(place.walk.glyphMatrix(place.line, letter)));
     });
 }
 
