@@ -87,6 +87,7 @@ void clipWithText(Interpreter& interpreter, Art text, const PathStyle& style) {
     callHost(slot::reorderArt, text, Placement::inside, group);
     callHost(slot::setGroupClipped, group, std::uint8_t{1});
     limitTextStyle(text, true);
+    interpreter.omissions.count(Omission::text); // files of artwork may not keep such a clip
 }
 
 } // namespace
