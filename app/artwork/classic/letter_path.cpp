@@ -1,4 +1,5 @@
-#include "app/artwork/classic/text_walk.h"
+#include "app/artwork/classic/letter_path.h"
+
 #include "app/artwork/geometry.h"
 
 #include <algorithm>

@@ -2,6 +2,7 @@
 // without kerning, and where each letter stands.
 #pragma once
 
+#include "app/artwork/classic/letter_path.h"
 #include "app/artwork/document.h"
 #include "host/classic_text.h"
 #include "host/matrix.h"
@@ -12,26 +13,6 @@
 #include <vector>
 
 namespace corvane {
-
-/// A path that letters stand on.
-class LetterPath {
-public:
-    LetterPath(std::span<const Segment> segments, bool closed);
-
-    bool isEmpty() const { return points_.empty(); }
-    /// The place so far along the path, and its direction there; what lies beyond the ends stands
-    /// on a straight continuation.
-    RealMatrix at(double distance) const;
-
-private:
-    struct Stop {
-        RealPoint point;
-        double distance = 0;
-    };
-    void addCurve(const Segment& from, const Segment& to);
-
-    std::vector<Stop> points_;
-};
 
 class TextWalk {
 public:
