@@ -42,7 +42,7 @@ TEST_F(SavedTextTest, TextAndFontsComeBack) {
                        "NimbusRoman-Regular 128 @60,500 F: two\n"
                        "{<>\nHelvetica-Bold 20 @60,300 C: clip}");
     EXPECT_EQ(before, "Helvetica-Bold 12 @60,700 F: Café (one)\n"
-                      "Times-Roman 128 @60,500 F: two\n"
+                      "NimbusRoman-Regular 128 @60,500 F: two\n"
                       "[{<>\nHelvetica-Bold 20 @60,300 C: clip}]");
 }
 
