@@ -159,6 +159,12 @@ std::string_view glyphNameOf(StandardEncodingKind kind, std::uint8_t code) {
     return encodings[static_cast<std::size_t>(kind)][code];
 }
 
+std::string_view macintoshNameOf(std::uint8_t code) {
+    static constexpr Names more = namesOf({macintoshOnly});
+    const std::string_view name = glyphNameOf(StandardEncodingKind::macRoman, code);
+    return name.empty() ? more[code] : name;
+}
+
 std::optional<std::uint8_t> macintoshCodeOf(std::string_view glyphName) {
     static constexpr Names names = namesOf({ascii, macRoman, macintoshOnly});
     const auto found = std::ranges::find(names, glyphName);

@@ -19,6 +19,10 @@ enum class StandardEncodingKind : std::uint8_t {
 /// Empty where the encoding has no glyph. In `winAnsi` codes that are not in use are bullets.
 std::string_view glyphNameOf(StandardEncodingKind kind, std::uint8_t code);
 
+/// The glyph of a code in Mac OS Roman: that of `macRoman`, and where it has none, of the sixteen
+/// glyphs more that systems have. Empty: none.
+std::string_view macintoshNameOf(std::uint8_t code);
+
 /// The code of a glyph in the Roman encoding of Macintosh, which is `macRoman` and sixteen glyphs
 /// more: by these TrueType programs are asked for names in their cmap (1,0).
 std::optional<std::uint8_t> macintoshCodeOf(std::string_view glyphName);

@@ -51,6 +51,9 @@ void fuzzContent(Bytes input) {
     if (host.call(Selector::go) == 0) {
         require(host.document().importFinished());
         requireWholeSvg(host.document());
+        if (profile == Profile::original) {
+            host.call(Selector::go, Action::write); // walks what was made
+        }
     }
 }
 

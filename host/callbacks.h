@@ -5,6 +5,7 @@
 #pragma once
 
 #include "host/artwork.h"
+#include "host/classic_text.h"
 #include "host/parameters.h"
 #include "host/text.h"
 
@@ -101,6 +102,63 @@ inline constexpr Slot<HostError(Art text, const TextRun*)> addTextRun{336};
 inline constexpr Slot<HostError(Art text, std::int32_t* count)> getTextRunCount{337};
 /// Text and pieces live until the text object is changed or disposed of.
 inline constexpr Slot<HostError(Art text, std::int32_t index, TextRun*)> getTextRun{338};
+
+// Fonts of the host, counted from 0
+inline constexpr Slot<HostError(std::int32_t* count)> firstFontName{72};
+/// Fills 256 bytes with the name, length-prefixed.
+inline constexpr Slot<HostError(std::int32_t font, std::uint8_t* name)> nextFontName{73};
+inline constexpr Slot<HostError(std::int32_t font, FontInfo*)> getFontInfo{74};
+/// Fills 256 bytes with the folder of the fonts, length-prefixed; empty: there are none.
+inline constexpr Slot<HostError(std::uint8_t* path)> getFontPath{204};
+/// The font to draw in for want of the one of that length-prefixed name. `options`: 1.
+inline constexpr Slot<HostError(const std::uint8_t* name, FontFile*, std::int32_t options)>
+    findFontFile{205};
+
+// Classic text, walked
+inline constexpr Slot<HostError(Art text, RunHandle* run)> getFirstRun{75};
+inline constexpr Slot<HostError(Art text, RunHandle, RunHandle* next)> getNextRun{76};
+inline constexpr Slot<HostError(RunHandle, std::int32_t* letters)> getRunLength{77};
+inline constexpr Slot<HostError(RunHandle, PathStyle*)> getRunStyle{81};
+inline constexpr Slot<HostError(RunHandle, const PathStyle*)> setRunStyle{82};
+inline constexpr Slot<HostError(RunHandle, RunText*)> getRunText{83};
+inline constexpr Slot<HostError(RunHandle, CharStyle*)> getRunCharStyle{85};
+inline constexpr Slot<HostError(RunHandle, ParaStyle*)> getRunParaStyle{87};
+/// What the text runs along or within: it is asked for its first child, and where the text stands.
+inline constexpr Slot<HostError(Art text, Art* path)> getTextPath{91};
+inline constexpr Slot<HostError(Art text, LineHandle* line)> getFirstLine{92};
+inline constexpr Slot<HostError(LineHandle, LineHandle* next)> getNextLine{95};
+inline constexpr Slot<HostError(LineHandle, std::int32_t* letters)> getLineLength{100};
+/// `none` where the line is set along a path.
+inline constexpr Slot<HostStatus(LineHandle)> getLinePlacement{101};
+/// From the letter's space to the artboard, b and c negated. Of a line along a path: the middle of
+/// the letter is at the origin.
+inline constexpr Slot<HostError(LineHandle, std::int32_t letter, Matrix*)> getGlyphMatrix{102};
+inline constexpr Slot<HostError(LineHandle, FlowStyle*)> getLineStyle{106};
+
+// Classic text, made
+/// b and c are negated.
+inline constexpr Slot<HostError(Art path, const Matrix*)> setTextOrigin{94};
+inline constexpr Slot<HostError(Art text, Placement, RunHandle* run)> newTextRun{112};
+inline constexpr Slot<HostError(RunHandle)> endTextRun{113};
+/// Selects the place in front of the letter counted `position`; `end` below 0: nothing more.
+inline constexpr Slot<HostError(RunHandle, std::int32_t position, std::int32_t end)> setRunPosition{
+    114};
+/// How many letters the run has.
+inline constexpr Slot<HostError(RunHandle, std::int32_t* position)> adjustTextRun{115};
+/// Puts letters behind those that are there; `count` says how many, and comes back as how many were
+/// taken.
+inline constexpr Slot<HostError(RunHandle, const std::uint8_t* letters, std::int32_t* count)>
+    setRunText{117};
+inline constexpr Slot<HostError(RunHandle, const PathStyle*)> setRunPaint{121};
+/// Answers `fontMissing` where the font of that length-prefixed name is not there.
+inline constexpr Slot<HostStatus(RunHandle, const std::uint8_t* name)> setRunFont{123};
+inline constexpr Slot<HostError(RunHandle, CharStyle*)> getCharStyle{124};
+inline constexpr Slot<HostError(RunHandle, const CharStyle*)> setCharStyle{125};
+inline constexpr Slot<HostError(RunHandle, ParaStyle*)> getParaStyle{126};
+inline constexpr Slot<HostError(RunHandle, const ParaStyle*)> setParaStyle{127};
+/// At the place that is selected, in ems.
+inline constexpr Slot<HostError(RunHandle, Fixed* kern)> getRunKerning{128};
+inline constexpr Slot<HostError(RunHandle, Fixed kern)> setRunKerning{129};
 
 // Matrices and arithmetic
 inline constexpr Slot<Fixed(Fixed, Fixed)> fixedMultiply{135};

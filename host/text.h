@@ -1,19 +1,20 @@
 // The records in which text passes between host and plug-in: fonts, lines, runs.
 //
-// A text object (art of kind text) is one line. Its matrix leads from the line's own space, in
-// which the baseline is the x axis (of vertical text: the column is the y axis, going down), to the
-// artboard. The line begins at the origin of that space. Runs follow one another: each begins where
-// the one before it ends. In a column each character takes an em, whatever its font says of its
-// width: it is set as in a horizontal line, half an em to the left of the column and
-// `columnOrigin` below the place that the column has come to. Lengths in the line's space are
-// points where the matrix neither enlarges nor shrinks; who makes a line gives it a matrix whose
-// second column (c, d) has the length 1, so that font sizes are sizes on the artboard.
+// A text object (art of kind text) is one line, or several where runs say so. Its matrix leads from
+// the line's own space, in which the baseline is the x axis (of vertical text: the column is the y
+// axis, going down), to the artboard. The line begins at the origin of that space. Runs follow one
+// another: each begins where the one before it ends. In a column each character takes an em,
+// whatever its font says of its width: it is set as in a horizontal line, half an em to the left of
+// the column and `columnOrigin` below the place that the column has come to. Lengths in the line's
+// space are points where the matrix neither enlarges nor shrinks; who makes a line gives it a
+// matrix whose second column (c, d) has the length 1, so that font sizes are sizes on the artboard.
 #pragma once
 
 #include "host/artwork.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -58,10 +59,14 @@ struct TextRun {
     std::string_view text = {}; ///< UTF-8, at least one character, no control characters
     /// Ascending by `start`, none for a place where nothing changes.
     std::span<const TextPiece> pieces = {};
-    /// How letters are painted; neither filled nor stroked: invisible. `clip` is 0.
+    /// How letters are painted; neither filled nor stroked: invisible. `clip` is 0 but for text
+    /// that clips a group.
     PathStyle style = {};
     /// The operator that shows them; `ordinal` is that of the run among the objects of the page.
     ArtSource source = {};
+    /// The run begins a further line of its text object: the matrix of that line. Text of the
+    /// classic slots has such runs; other text has one line.
+    std::optional<Matrix> line = {};
 };
 
 /// Ems that each letter of a column takes, and from where it begins down to its baseline: as fonts

@@ -10,6 +10,8 @@ namespace corvane {
 namespace {
 
 constexpr std::uint32_t textType = fourCharacters("TEXT");
+constexpr std::uint32_t rowsType = fourCharacters("BYTE");
+constexpr std::uint32_t namesType = fourCharacters("NAME");
 constexpr std::uint32_t listType = fourCharacters("STR#");
 
 constexpr std::array<std::string_view, 1> nameEntries = {"Image ^0.epsf"};
@@ -45,6 +47,8 @@ std::span<const StaticResource> pluginResources() {
     static const Lists lists;
     static const std::array resources = {
         StaticResource{textType, templateText, "", std::as_bytes(std::span(templateFile()))},
+        StaticResource{rowsType, encodingTables, "", encodingRows()},
+        StaticResource{namesType, encodingTables, "", glyphNames()},
         StaticResource{listType, exceptionTexts, "", lists.exceptions},
         StaticResource{listType, reasonTexts, "", lists.reasons},
         StaticResource{listType, readWarningTexts, "", lists.readWarnings},

@@ -3,6 +3,7 @@
 
 #include "host/resources.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -11,6 +12,11 @@ namespace corvane {
 
 /// "TEXT": the template of a PDF file, one page, lines ended by carriage returns.
 inline constexpr std::int16_t templateText = 16000;
+
+/// "BYTE": rows of 256 codes of Mac OS Roman, one for each code of an encoding: the standard one,
+/// MacRoman, MacExpert, WinAnsi. "NAME": the 256 glyphs of Mac OS Roman, 16 bytes each, filled up
+/// with zeros.
+inline constexpr std::int16_t encodingTables = 16000;
 
 // String lists ("STR#"), their entries from 1.
 inline constexpr std::int16_t exceptionTexts = 16001;    ///< by code of the exception
@@ -34,6 +40,10 @@ std::span<const std::string_view> writeWarningSentences();
 
 /// What was mended, two phrases for each kind (host/mend.h); parts of a sentence.
 std::span<const std::string_view> mendPhrases();
+
+/// The bytes of "BYTE" and "NAME".
+std::span<const std::byte> encodingRows();
+std::span<const std::byte> glyphNames();
 
 /// A minimal PDF file of one empty page.
 std::string_view templateFile();

@@ -118,9 +118,9 @@ constexpr std::array<std::string_view, 21> readWarnings = {
     /* 16 */ "a Type 1 font was substituted; check the text",
     /* 17 */ "a TrueType font was substituted; check the text",
     /* 18 */
-    "some text is not in the artwork, or clips nothing there: letters that are images, text in fonts "
-    "that cannot be read, text that clips, and text in patterns or colours that are not supported "
-    "(in the original profile: all text)",
+    "some text is not in the artwork, or clips nothing there: letters that are images, text in "
+    "fonts "
+    "that cannot be read, text that clips, and text in patterns or colours that are not supported",
     /* 19 */ "patterns and smooth shadings are not in the artwork",
     /* 20 */ "the file's table of contents is damaged; its objects were found by searching",
     /* 21 */ "the file is damaged",

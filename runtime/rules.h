@@ -96,7 +96,8 @@ struct Rules {
     /// were.
     bool unpaintedStaysOpen;
 
-    /// Text becomes lines of runs, with the fonts of the page.
+    /// Text becomes lines of runs, with the fonts of the page; otherwise the runs of the classic
+    /// host, in its fonts.
     bool readsText;
 
     /// A segment after `h` or `re` starts a new subpath at that point, and a subpath of one point

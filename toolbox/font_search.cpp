@@ -76,7 +76,8 @@ private:
         if (found == nullptr) {
             return std::nullopt;
         }
-        return FoundFont{found->path, found->face, match, found->weight, found->isItalic};
+        return FoundFont{found->path,   found->face,     match,
+                         found->weight, found->isItalic, found->postScriptName};
     }
 
     const FontRequest& request_;
@@ -87,8 +88,7 @@ private:
 } // namespace
 
 std::optional<FoundFont> findFont(const FontRequest& request) {
-    static const InstalledFonts installed; // listed once: fonts seldom come while a program runs
-    const Search search(request, installed.list());
+    const Search search(request, installedFonts().list());
     const auto found = search.find(true);
     return found || request.characters.empty() ? found : search.find(false);
 }

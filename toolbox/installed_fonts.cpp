@@ -31,12 +31,18 @@ InstalledFont fontOf(FcPattern* pattern) {
         if (family.empty()) {
             break;
         }
+        if (i == 0) {
+            font.family = family;
+        }
         font.families.push_back(fontStem(family));
     }
     font.weight = FcWeightToOpenType(numberOf(pattern, FC_WEIGHT, FC_WEIGHT_REGULAR));
     font.width = numberOf(pattern, FC_WIDTH, FC_WIDTH_NORMAL);
     font.isItalic = numberOf(pattern, FC_SLANT, FC_SLANT_ROMAN) != FC_SLANT_ROMAN;
-    font.isType1 = textOf(pattern, FC_FONTFORMAT) == "Type 1";
+    font.isFixedPitch = numberOf(pattern, FC_SPACING, FC_PROPORTIONAL) >= FC_MONO;
+    const std::string format = textOf(pattern, FC_FONTFORMAT);
+    font.isTrueType = format == "TrueType";
+    font.isType1 = format == "Type 1";
     FcCharSet* characters = nullptr;
     if (FcPatternGetCharSet(pattern, FC_CHARSET, 0, &characters) == FcResultMatch) {
         font.characters = characters;
@@ -61,7 +67,7 @@ InstalledFonts::InstalledFonts() {
                                                                          &FcPatternDestroy);
     const std::unique_ptr<FcObjectSet, decltype(&FcObjectSetDestroy)> facts(
         FcObjectSetBuild(FC_FILE, FC_INDEX, FC_FAMILY, FC_POSTSCRIPT_NAME, FC_WEIGHT, FC_WIDTH,
-                         FC_SLANT, FC_FONTFORMAT, FC_CHARSET, nullptr),
+                         FC_SLANT, FC_SPACING, FC_FONTFORMAT, FC_CHARSET, nullptr),
         &FcObjectSetDestroy);
     FcPatternAddBool(wanted.get(), FC_SCALABLE, FcTrue);
     FcPatternAddBool(wanted.get(), FC_VARIABLE, FcFalse);
@@ -76,6 +82,11 @@ InstalledFonts::InstalledFonts() {
     }
     std::ranges::sort(list_, {},
                       [](const InstalledFont& font) { return std::tie(font.path, font.face); });
+}
+
+const InstalledFonts& installedFonts() {
+    static const InstalledFonts installed;
+    return installed;
 }
 
 } // namespace corvane

@@ -15,10 +15,13 @@ struct InstalledFont {
     std::string path;
     std::int32_t face = 0;
     std::string postScriptName;
+    std::string family;
     std::vector<std::string> families; ///< stems, see font_names.h
     std::int32_t weight = 400;
     std::int32_t width = 100; ///< percent
     bool isItalic = false;
+    bool isFixedPitch = false;
+    bool isTrueType = false;
     bool isType1 = false; ///< has fewer characters than its twin in OpenType
     const FcCharSet* characters = nullptr;
 
@@ -41,5 +44,8 @@ private:
     std::unique_ptr<FcFontSet, Closer> set_; ///< owns the sets of characters
     std::vector<InstalledFont> list_;
 };
+
+/// Listed once: fonts seldom come while a program runs.
+const InstalledFonts& installedFonts();
 
 } // namespace corvane

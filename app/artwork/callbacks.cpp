@@ -1,6 +1,7 @@
 #include "app/artwork/callbacks.h"
 
 #include "app/artwork/arithmetic.h"
+#include "app/artwork/classic/slots.h"
 #include "app/artwork/slots.h"
 
 #include <new>
@@ -60,6 +61,9 @@ void fillTable(std::span<HostProcedure> table) {
     fillSlot(table, slot::addTextRun, answer::addTextRun);
     fillSlot(table, slot::getTextRunCount, answer::getTextRunCount);
     fillSlot(table, slot::getTextRun, answer::getTextRun);
+    fillFontSlots(table);
+    fillOpenRunSlots(table);
+    fillTextWalkSlots(table);
 
     fillSlot(table, slot::fixedMultiply, answer::fixedMultiply);
     fillSlot(table, slot::fixedDivide, answer::fixedDivide);

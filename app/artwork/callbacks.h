@@ -1,6 +1,7 @@
 // The host's side of the callback table: what the plug-in may do with the document at hand.
 #pragma once
 
+#include "app/artwork/classic/open_text.h"
 #include "app/artwork/document.h"
 #include "app/artwork/tiling.h"
 #include "host/callbacks.h"
@@ -35,6 +36,7 @@ public:
     Document& document() { return *document_; }
     bool aborted() const { return wantsToStop_ != nullptr && wantsToStop_(); }
     Tiling& tiling() { return tiling_; }
+    OpenText& openText() { return openText_; }
     const std::vector<FileFormat>& formats() const { return formats_; }
     void addFormat(FileFormat format);
 
@@ -51,6 +53,7 @@ private:
     bool (*wantsToStop_)();
     CallbackScope* outer_;
     Tiling tiling_;
+    OpenText openText_;
     std::vector<FileFormat> formats_;
     std::string failure_;
 };

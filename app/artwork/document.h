@@ -88,7 +88,7 @@ public:
     void readSegments(Art path, std::int32_t first, std::span<Segment> into) const;
     void writeSegments(Art path, std::int32_t first, std::span<const Segment>);
 
-    // Text: a line of runs, which a new text object has none of. Strings, pieces and paths of lines
+    // Text: lines of runs, which a new text object has none of. Strings, pieces and paths of lines
     // live as long as the document.
     Font addFont(const FontFacts&);
     void setFontFile(Font, std::int32_t face, std::span<const std::byte> file);
@@ -100,6 +100,7 @@ public:
     TextRun textRun(Art text, std::int32_t index) const;
     /// Its font must be here, its size more than 0, its text without control characters.
     void addTextRun(Art text, const TextRun&);
+    void setTextRunStyle(Art text, std::int32_t index, const PathStyle&);
     /// Moves, turns and stretches a line. By how much its letters grow in height goes into sizes.
     void transformText(Art text, const RealMatrix&);
 

@@ -93,6 +93,12 @@ void Document::addTextRun(Art text, const TextRun& run) {
     texts_.addRun(node, run);
 }
 
+void Document::setTextRunStyle(Art text, std::int32_t index, const PathStyle& style) {
+    const NodeIndex node = tree_.find(text, ArtKind::text);
+    checkStyle(node, style);
+    texts_.setRunStyle(node, index, style);
+}
+
 void Document::transformText(Art text, const RealMatrix& map) {
     const NodeIndex node = tree_.find(text, ArtKind::text);
     TextLine line = texts_.line(node);
@@ -100,8 +106,10 @@ void Document::transformText(Art text, const RealMatrix& map) {
     std::vector<Segment> path(line.path.begin(), line.path.end());
     RealMatrix after = multiply(before, path.empty() ? map : withoutTurn(map));
     const double scale = growth(before, after);
+    if (scale != 1 || texts_.hasFurtherLines(node)) {
+        texts_.changeRuns(node, scale, map);
+    }
     if (scale != 1) {
-        texts_.scaleRuns(node, scale);
         after = multiply({1 / scale, 0, 0, 1 / scale, 0, 0}, after);
     }
     line.matrix = fixedMatrix(after);

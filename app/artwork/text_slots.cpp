@@ -28,8 +28,10 @@ HostError getFontFacts(Font font, FontFacts* facts) {
 }
 
 HostError setTextLine(Art text, const TextLine* line) {
-    return guardedSlot(
-        [&](CallbackScope& scope) { scope.document().setTextLine(text, target(line)); });
+    return guardedSlot([&](CallbackScope& scope) {
+        scope.document().setTextLine(text, target(line));
+        scope.openText().forget();
+    });
 }
 
 HostError getTextLine(Art text, TextLine* line) {
@@ -38,8 +40,10 @@ HostError getTextLine(Art text, TextLine* line) {
 }
 
 HostError addTextRun(Art text, const TextRun* run) {
-    return guardedSlot(
-        [&](CallbackScope& scope) { scope.document().addTextRun(text, target(run)); });
+    return guardedSlot([&](CallbackScope& scope) {
+        scope.document().addTextRun(text, target(run));
+        scope.openText().forget();
+    });
 }
 
 HostError getTextRunCount(Art text, std::int32_t* count) {

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <span>
 
 namespace corvane {
 
@@ -119,7 +120,8 @@ TextRun TextTable::run(NodeIndex node, std::int32_t index) const {
             .text = {run.text, run.length},
             .pieces = {run.pieces, run.pieceCount},
             .style = styles_[run.style],
-            .source = {run.start, run.end, run.ordinal}};
+            .source = {run.start, run.end, run.ordinal},
+            .line = run.line == nullptr ? std::nullopt : std::optional(*run.line)};
 }
 
 const PathStyle& TextTable::runStyle(NodeIndex node, std::int32_t index) const {
@@ -137,16 +139,23 @@ void TextTable::addRun(NodeIndex node, const TextRun& run) {
         std::copy_n(line.runs, line.count, runs);
         line.runs = runs;
         line.room = room;
+        line.isShared = false;
     }
     std::size_t pieceCount = 0;
     forEachChange(run.pieces, [&](const TextPiece&) { ++pieceCount; });
     TextPiece* const pieces = pieceCount == 0 ? nullptr : allocate<TextPiece>(pieceCount);
     TextPiece* nextPiece = pieces;
     forEachChange(run.pieces, [&](const TextPiece& piece) { *nextPiece++ = piece; });
+    Matrix* const further = run.line ? allocate<Matrix>(1) : nullptr;
+    if (further != nullptr) {
+        *further = *run.line;
+    }
     char* const text = allocate<char>(run.text.size());
     std::ranges::copy(run.text, text);
+    line.hasFurther = line.hasFurther || further != nullptr;
     line.runs[line.count++] = {.text = text,
                                .pieces = pieces,
+                               .line = further,
                                .start = run.source.start,
                                .end = run.source.end,
                                .ordinal = run.source.ordinal,
@@ -160,26 +169,50 @@ void TextTable::addRun(NodeIndex node, const TextRun& run) {
     lines_.set(node, line);
 }
 
+/// Gives the line runs of its own.
+void TextTable::takeRuns(Line& line) {
+    Run* const runs = allocate<Run>(static_cast<std::size_t>(line.count));
+    std::copy_n(line.runs, line.count, runs);
+    line.runs = runs;
+    line.room = line.count;
+    line.isShared = false;
+}
+
+void TextTable::setRunStyle(NodeIndex node, std::int32_t index, const PathStyle& style) {
+    runAt(node, index);
+    Line line = lineAt(node);
+    if (line.isShared) {
+        takeRuns(line);
+        lines_.set(node, line);
+    }
+    line.runs[index].style = styles_.add(style);
+}
+
 void TextTable::copy(NodeIndex from, NodeIndex to) {
     if (const Line* const found = lines_.find(from)) {
         Line copied = *found;
         copied.room = copied.count;
+        copied.isShared = true;
+        lines_.set(from, copied);
         lines_.set(to, copied);
     }
 }
 
-void TextTable::scaleRuns(NodeIndex node, double scale) {
+void TextTable::changeRuns(NodeIndex node, double scale, const RealMatrix& map) {
     Line line = lineAt(node);
-    Run* const runs = allocate<Run>(static_cast<std::size_t>(line.count));
-    for (std::int32_t i = 0; i < line.count; ++i) {
-        Run& run = runs[i] = line.runs[i];
+    takeRuns(line);
+    for (Run& run : std::span(line.runs, static_cast<std::size_t>(line.count))) {
         run.size = scaledLength(run.size, scale);
         run.rise = scaledLength(run.rise, scale);
         run.spacing = scaledLength(run.spacing, scale);
         run.style = styles_.add(scaled(styles_[run.style], scale));
+        if (run.line != nullptr) {
+            const RealMatrix moved = multiply(realMatrix(*run.line), map);
+            Matrix* const matrix = allocate<Matrix>(1);
+            *matrix = fixedMatrix(multiply({1 / scale, 0, 0, 1 / scale, 0, 0}, moved));
+            run.line = matrix;
+        }
     }
-    line.runs = runs;
-    line.room = line.count;
     lines_.set(node, line);
 }
 

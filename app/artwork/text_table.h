@@ -4,6 +4,7 @@
 #include "app/artwork/budget.h"
 #include "app/artwork/side_table.h"
 #include "app/artwork/styles.h"
+#include "host/matrix.h"
 #include "host/text.h"
 
 #include <cstdint>
@@ -26,9 +27,9 @@ private:
     ArtworkBudget* budget_;
 };
 
-/// Runs, letters, pieces and paths lie in one pool, and never change once they are there. So copies
-/// share them, and what is disposed of is given back with the document: text comes and goes as a
-/// whole.
+/// Runs, letters, pieces and paths lie in one pool. Copies share them: who changes runs that are
+/// shared takes runs of its own first. What is disposed of is given back with the document: text
+/// comes and goes as a whole.
 class TextTable {
 public:
     TextTable(ArtworkBudget& budget, StyleTable& styles)
@@ -41,14 +42,18 @@ public:
     std::int32_t runCount(NodeIndex) const;
     TextRun run(NodeIndex, std::int32_t index) const;
     const PathStyle& runStyle(NodeIndex, std::int32_t index) const;
+    void setRunStyle(NodeIndex, std::int32_t index, const PathStyle&);
+    /// Whether there are lines beside the first.
+    bool hasFurtherLines(NodeIndex node) const { return lineAt(node).hasFurther; }
     /// Of a run that was checked. Pieces that change nothing are left out. Throws `ArtworkError`
     /// past the budget.
     void addRun(NodeIndex, const TextRun&);
 
     void copy(NodeIndex from, NodeIndex to);
     void erase(NodeIndex node) { lines_.erase(node); }
-    /// Enlarges all lengths of the runs, line widths too.
-    void scaleRuns(NodeIndex, double scale);
+    /// Enlarges all lengths of the runs, line widths too; `map` is for the matrices of the lines
+    /// that they begin.
+    void changeRuns(NodeIndex, double scale, const RealMatrix& map);
 
 private:
     static constexpr std::size_t firstBlock = 4096;
@@ -56,7 +61,8 @@ private:
     struct Run {
         const char* text = nullptr;
         const TextPiece* pieces = nullptr;
-        std::int64_t start = 0; ///< of the source, as the next two
+        const Matrix* line = nullptr; ///< of the line that it begins
+        std::int64_t start = 0;       ///< of the source, as the next two
         std::int64_t end = 0;
         std::int32_t ordinal = -1;
         std::uint32_t length = 0; ///< bytes of the text
@@ -84,10 +90,13 @@ private:
         const LinePath* path = nullptr;
         Run* runs = nullptr;
         std::int32_t count = 0;
-        std::int32_t room = 0; ///< of `runs`; a copy has none to spare, so it never adds to these
+        std::int32_t room = 0;   ///< of `runs`; none to spare where these are shared
+        bool isShared = false;   ///< `runs` may be those of another text object too
+        bool hasFurther = false; ///< runs begin lines
     };
 
     Line lineAt(NodeIndex) const;
+    void takeRuns(Line& line);
     const Run& runAt(NodeIndex, std::int32_t index) const;
     const LinePath* keptPath(const LinePath* before, const TextLine&);
     template <class T>

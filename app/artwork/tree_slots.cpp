@@ -38,8 +38,11 @@ HostError getArtType(Art art, ArtKind* kind) {
 }
 
 HostError getFirstChild(Art art, Art* child) {
-    return guardedSlot(
-        [&](CallbackScope& scope) { target(child) = scope.document().firstChild(art); });
+    return guardedSlot([&](CallbackScope& scope) {
+        // The path of a text object is the object itself, and holds no art.
+        const bool isText = scope.document().kind(art) == ArtKind::text;
+        target(child) = isText ? Art::null : scope.document().firstChild(art);
+    });
 }
 
 HostError getNextSibling(Art art, Art* next) {

@@ -38,13 +38,20 @@ double stretchOf(const Matrix& matrix) {
     return stretch > 0 ? stretch : 1;
 }
 
+/// Runs of a text object that make one line.
+struct RunRange {
+    std::int32_t first = 0;
+    std::int32_t end = 0;
+};
+
 class TextWriter {
 public:
-    TextWriter(TextOutput& out, const PaintServers& servers, Art text, const TextPlace& place)
+    TextWriter(TextOutput& out, const PaintServers& servers, Art text, const TextPlace& place,
+               const TextLine& line, RunRange runs)
         : document_(servers.document()), out_(out), servers_(servers), place_(place), text_(text),
-          line_(document_.textLine(text)), count_(document_.textRunCount(text)),
-          stretch_(stretchOf(line_.matrix)) {
-        if (place.advances != nullptr && !line_.isVertical) {
+          line_(line), runs_(runs), stretch_(stretchOf(line_.matrix)) {
+        const bool isAll = runs.end - runs.first == document_.textRunCount(text);
+        if (place.advances != nullptr && !line_.isVertical && isAll) {
             glyphs_ = layOut(document_, text, *place.advances);
         }
     }
@@ -76,7 +83,7 @@ private:
     const TextPlace& place_;
     Art text_;
     TextLine line_;
-    std::int32_t count_;
+    RunRange runs_;
     double stretch_; ///< of the line's matrix
     Shared shared_;
     bool needsBlanks_ = false;
@@ -109,15 +116,16 @@ bool bordersOnBlank(const TextRun& run, bool isAlone) {
 }
 
 void TextWriter::findShared() {
-    const TextRun first = document_.textRun(text_, 0);
+    const TextRun first = document_.textRun(text_, runs_.first);
+    const bool isAlone = runs_.end - runs_.first == 1;
     bool afterBlank = true;
-    for (std::int32_t i = 0; i < count_; ++i) {
+    for (std::int32_t i = runs_.first; i < runs_.end; ++i) {
         const TextRun run = document_.textRun(text_, i);
         shared_.font = shared_.font && run.font == first.font;
         shared_.size = shared_.size && run.size == first.size;
         shared_.spacing = shared_.spacing && run.spacing == first.spacing;
         shared_.style = shared_.style && run.style == first.style;
-        needsBlanks_ = losesBlanks(run.text, afterBlank) || bordersOnBlank(run, count_ == 1) ||
+        needsBlanks_ = losesBlanks(run.text, afterBlank) || bordersOnBlank(run, isAlone) ||
                        line_.isVertical || needsBlanks_;
         isOverridden_ =
             isOverridden_ || (line_.order == TextOrder::visual && holdsRightToLeft(run.text));
@@ -416,8 +424,8 @@ void TextWriter::writePlaced(const TextRun& run) {
 void TextWriter::write() {
     findShared();
     const bool isOnPath = !line_.path.empty();
-    const bool several = count_ > 1 || isOnPath;
-    const TextRun first = document_.textRun(text_, 0);
+    const bool several = runs_.end - runs_.first > 1 || isOnPath;
+    const TextRun first = document_.textRun(text_, runs_.first);
     if (isOnPath) {
         writePath();
     }
@@ -445,7 +453,7 @@ void TextWriter::write() {
     }
     const Shared own{!shared_.font, !shared_.size, !shared_.spacing, !shared_.style};
     std::uint32_t number = place_.number;
-    for (std::int32_t i = 0; several && i < count_; ++i) {
+    for (std::int32_t i = runs_.first; several && i < runs_.end; ++i) {
         const TextRun run = document_.textRun(text_, i);
         out_.text("<tspan");
         writeOwn(run, number++);
@@ -461,7 +469,23 @@ void TextWriter::write() {
 } // namespace
 
 void writeText(TextOutput& out, const PaintServers& servers, Art text, const TextPlace& place) {
-    TextWriter(out, servers, text, place).write();
+    const Document& document = servers.document();
+    const std::int32_t count = document.textRunCount(text);
+    TextLine line = document.textLine(text);
+    TextPlace at = place;
+    RunRange runs;
+    while (runs.first < count) {
+        if (const TextRun first = document.textRun(text, runs.first); first.line) {
+            line.matrix = *first.line;
+        }
+        runs.end = runs.first + 1;
+        while (runs.end < count && !document.textRun(text, runs.end).line) {
+            ++runs.end;
+        }
+        TextWriter(out, servers, text, at, line, runs).write();
+        at.number += static_cast<std::uint32_t>(runs.end - runs.first);
+        runs.first = runs.end;
+    }
 }
 
 } // namespace corvane

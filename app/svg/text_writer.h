@@ -1,4 +1,4 @@
-// A text object as one `text` element.
+// A text object as `text` elements: one for each line.
 #pragma once
 
 #include "app/svg/art_source.h"
@@ -22,7 +22,7 @@ struct TextPlace {
     LetterAdvances* advances = nullptr; ///< each letter gets its place; null: they follow
 };
 
-/// Writes the element of a text object that has runs; what they are painted with must have been
+/// Writes the elements of a text object that has runs; what they are painted with must have been
 /// written. Letters stand where the font sets them, and `dx` says what differs, but where each gets
 /// its place and all widths are known.
 void writeText(TextOutput&, const PaintServers&, Art text, const TextPlace&);

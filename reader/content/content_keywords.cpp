@@ -1,6 +1,7 @@
 // The content table: every operator of a page once, with its operands.
 #include "reader/content/content_keywords.h"
 
+#include "reader/classic/line_operators.h"
 #include "reader/content/content_operators.h"
 #include "runtime/rules.h"
 
@@ -14,7 +15,7 @@ using Role = OperatorRole;
 
 // "f" and "f*" go to the closing handlers and "F" and "F*" to the plain ones: filling closes a
 // path, and the host's path is to say so.
-constexpr std::array originalRows = {
+constexpr std::array commonRows = {
     ContentKeyword{"null", "", nullOperand, Role::operand},
     ContentKeyword{"true", "", trueOperand, Role::operand},
     ContentKeyword{"false", "", falseOperand, Role::operand},
@@ -54,6 +55,17 @@ constexpr std::array originalRows = {
     ContentKeyword{"S", "", strokePathOperator, Role::paintPath},
     ContentKeyword{"W", "", clipPathOperator, Role::clipWord},
     ContentKeyword{"W*", "", eoclipPathOperator, Role::clipWord},
+    ContentKeyword{"BI", "", beginImageOperator, Role::beginImage},
+    ContentKeyword{"ID", "", dataImageOperator, Role::imageData},
+    ContentKeyword{"EI", "", endImageOperator, Role::endImage},
+    ContentKeyword{"Do", "l", doObjectOperator, Role::paint},
+    ContentKeyword{"d0", "xx", charWidthOperator},
+    ContentKeyword{"d1", "xxxxxx", cacheDeviceOperator},
+};
+
+/// Text of today goes by the letters that fonts of the page show, that of the original profile by
+/// the runs of the classic host.
+constexpr std::array textRows = {
     ContentKeyword{"BT", "", beginTextOperator, Role::beginText},
     ContentKeyword{"ET", "", endTextOperator, Role::endText},
     ContentKeyword{"Tc", "x", charSpaceOperator, Role::textState},
@@ -71,12 +83,26 @@ constexpr std::array originalRows = {
     ContentKeyword{"TJ", "a", displacedRenderOperator, Role::show},
     ContentKeyword{"'", "t", endOfLinePlainRenderOperator, Role::show},
     ContentKeyword{"\"", "xxt", endOfLineJustifiedRenderOperator, Role::show},
-    ContentKeyword{"BI", "", beginImageOperator, Role::beginImage},
-    ContentKeyword{"ID", "", dataImageOperator, Role::imageData},
-    ContentKeyword{"EI", "", endImageOperator, Role::endImage},
-    ContentKeyword{"Do", "l", doObjectOperator, Role::paint},
-    ContentKeyword{"d0", "xx", charWidthOperator},
-    ContentKeyword{"d1", "xxxxxx", cacheDeviceOperator},
+};
+
+constexpr std::array classicTextRows = {
+    ContentKeyword{"BT", "", classic::beginTextOperator, Role::beginText},
+    ContentKeyword{"ET", "", classic::endTextOperator, Role::endText},
+    ContentKeyword{"Tc", "x", classic::charSpaceOperator, Role::textState},
+    ContentKeyword{"Tf", "lx", classic::fontSizeOperator, Role::font},
+    ContentKeyword{"TL", "x", classic::leadingOperator, Role::textState},
+    ContentKeyword{"Tr", "x", classic::renderModeOperator, Role::textState},
+    ContentKeyword{"Ts", "x", classic::riseOperator, Role::textState},
+    ContentKeyword{"Tw", "x", classic::wordSpaceOperator, Role::textState},
+    ContentKeyword{"Tz", "x", classic::scaleOperator, Role::textState},
+    ContentKeyword{"Td", "xx", classic::startOfLineOperator, Role::textState},
+    ContentKeyword{"TD", "xx", classic::startOfLineLeadingOperator, Role::textState},
+    ContentKeyword{"Tm", "xxxxxx", classic::setMatrixOperator, Role::textState},
+    ContentKeyword{"T*", "", classic::endOfLineOperator, Role::textState},
+    ContentKeyword{"Tj", "t", classic::justifiedRenderOperator, Role::show},
+    ContentKeyword{"TJ", "a", classic::displacedRenderOperator, Role::show},
+    ContentKeyword{"'", "t", classic::endOfLinePlainRenderOperator, Role::show},
+    ContentKeyword{"\"", "xxt", classic::endOfLineJustifiedRenderOperator, Role::show},
 };
 
 constexpr std::array extendedRows = {
@@ -101,8 +127,11 @@ constexpr std::array extendedRows = {
 
 /// The rows of the profile in force.
 std::vector<ContentKeyword> rowsInForce() {
-    std::vector<ContentKeyword> all(originalRows.begin(), originalRows.end());
-    if (rules().profile == Profile::extended) {
+    std::vector<ContentKeyword> all(commonRows.begin(), commonRows.end());
+    if (rules().profile == Profile::original) {
+        all.insert(all.end(), classicTextRows.begin(), classicTextRows.end());
+    } else {
+        all.insert(all.end(), textRows.begin(), textRows.end());
         all.insert(all.end(), extendedRows.begin(), extendedRows.end());
     }
     return all;

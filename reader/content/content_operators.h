@@ -54,7 +54,7 @@ void rgbStrokeOperator(Interpreter& interpreter);  ///< RG
 void cmykFillOperator(Interpreter& interpreter);   ///< k
 void cmykStrokeOperator(Interpreter& interpreter); ///< K
 
-// Text (reader/text/text_operators.cpp)
+// Text (reader/text/text_operators.cpp; of the original profile: reader/classic/line_operators.h)
 void beginTextOperator(Interpreter& interpreter);                ///< BT
 void endTextOperator(Interpreter& interpreter);                  ///< ET
 void charSpaceOperator(Interpreter& interpreter);                ///< Tc

@@ -1,5 +1,7 @@
 #include "reader/content/interpreter.h"
 
+#include "reader/classic/text_lines.h"
+
 #include <utility>
 
 namespace corvane {
@@ -13,6 +15,7 @@ ContentScope::ContentScope(Interpreter& interpreter, ObjectOwner resources)
 
 void ContentScope::leave() {
     clearStack();
+    classic::finishTextLine(interpreter_);
     dropPath(interpreter_);
     while (interpreter_.saved.depth > interpreter_.level.floor) {
         restoreState(interpreter_);

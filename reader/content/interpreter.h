@@ -8,6 +8,9 @@
 
 #include "objects/object.h"
 #include "objects/stack.h"
+#include "reader/classic/font_list.h"
+#include "reader/classic/font_selection.h"
+#include "reader/classic/text_state.h"
 #include "reader/content/containers.h"
 #include "reader/content/content_keywords.h"
 #include "reader/content/omissions.h"
@@ -58,9 +61,10 @@ struct ContentLevel {
     EndedPath ended;
     TextObject text;
     ShownText shown;
-    bool isGlyph = false;          ///< a glyph procedure
-    bool ignoresColour = false;    ///< of one that only says a shape (d1)
-    bool setsFont = false;         ///< the latest `gs` set the font
+    bool isGlyph = false;       ///< a glyph procedure
+    bool ignoresColour = false; ///< of one that only says a shape (d1)
+    bool setsFont = false;      ///< the latest `gs` set the font
+    classic::TextLineState classicText;
     ContentTrace* trace = nullptr; ///< where operators are noted, if anywhere; not an owner
 };
 
@@ -79,6 +83,8 @@ struct Interpreter {
     Omissions omissions;
     ColourSpaceCache colourSpaces;
     PageFonts fonts;
+    classic::FontList classicFonts;
+    classic::SelectedFonts selectedFonts;
     bool readsText = false; ///< text becomes art; otherwise it is counted and left out
 };
 

@@ -4,6 +4,7 @@
 #include "host/extension.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace corvane {
@@ -21,6 +22,8 @@ public:
     void add(const Omissions& other);
     /// Whether anything was counted that is painted, or shows what is painted otherwise.
     bool holdsHidden() const;
+    /// Counts one that a warning of its own was raised for.
+    void count(Omission kind) { ++counts_[static_cast<std::size_t>(kind)]; }
     /// Tells the host extension, if there is one.
     void report() const;
 

@@ -3,6 +3,7 @@
 
 #include "host/artwork.h"
 #include "objects/stack.h"
+#include "reader/classic/text_state.h"
 #include "runtime/memory.h"
 
 #include <array>
@@ -50,6 +51,7 @@ struct GraphicsState {
     Paint stroke;
     FillRule clipRule = FillRule::nonzero;
     TextState text;
+    classic::TextState classicText; ///< in place of `text` in the original profile
     /// Those of `gs` that are not as a page begins (reader/content/losses.h): a bit for each.
     std::uint16_t settings = 0;
     friend bool operator==(const GraphicsState&, const GraphicsState&) = default;

@@ -1,5 +1,6 @@
-// Operators of text: its state, its matrices, and what shows it (PDF Reference, 5.2 and 5.3). In
-// the original profile, and for a host without slots for text, what shows text is only counted.
+// Operators of text in the extended profile: its state, its matrices, and what shows it (PDF
+// Reference, 5.2 and 5.3). For a host without slots for text, what shows text is only counted.
+// The original profile has its own: reader/classic/line_operators.h.
 #include "host/matrix.h"
 #include "objects/stack.h"
 #include "reader/content/content_operators.h"

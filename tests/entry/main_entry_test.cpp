@@ -176,7 +176,7 @@ TEST_F(EntryTest, WhatMayGoWrong) {
                  PdfBuilder::onePage("frob 1 m frob Q (x) Tj").bytes(),
                  0,
                  0,
-                 {"read 2 13 18 in in.pdf"}},
+                 {"read 2 13 in in.pdf"}},
              Row{"no header at all", "%XYZ-1.4" + good.substr(8), 0, resultNotFormat, {}},
              Row{"the old header", "%VEX-0.2 %" + good.substr(10), 0, 0, {"read 14 in in.pdf"}},
          }) {

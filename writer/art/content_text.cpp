@@ -60,6 +60,16 @@ void ContentText::addName(std::string_view name) {
     nameOutput(stream_, name);
 }
 
+void ContentText::addString(std::span<const std::uint8_t> bytes) {
+    flush();
+    bufferOutput(stream_, bytes);
+}
+
+void ContentText::addInteger(std::int32_t value) {
+    flush();
+    integerOutput(stream_, value);
+}
+
 void ContentText::flush() {
     const auto size = static_cast<std::size_t>(end_ - buffer_.data());
     end_ = buffer_.data();

@@ -9,6 +9,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string_view>
 
 namespace corvane {
@@ -40,6 +41,10 @@ public:
     void addMatrix(const RealMatrix& matrix);
     /// A name, as `nameOutput` writes it.
     void addName(std::string_view name);
+    /// The body of a string, as `bufferOutput` writes it.
+    void addString(std::span<const std::uint8_t> bytes);
+    /// A number without a fraction, and one space.
+    void addInteger(std::int32_t value);
     /// A level of light and one space; magnitude below 2^48.
     void addLevel(std::int64_t value);
     void flush();

@@ -7,6 +7,7 @@
 #include "runtime/rules.h"
 #include "runtime/warning.h"
 #include "writer/art/path_works.h"
+#include "writer/art/text_works.h"
 
 namespace corvane {
 
@@ -58,7 +59,7 @@ void unknownWorks(Art art, ArtStack& pending) {
     pending.enter(first, What::end);
 }
 
-void textWorks(Walk& walk, Art text) {
+void drawnTextWorks(Walk& walk, Art text) {
     if (walk.texts == nullptr) {
         noteReason(Reason::textDrawnAnew);
         failException(Exception::unpatchable);
@@ -80,7 +81,7 @@ void visitWorks(Walk& walk, Art art, ArtStack& pending, bool writesGroups) {
     case 3:
         return compoundWorks(walk, art);
     case 4:
-        return textWorks(walk, art);
+        return rules().readsText ? drawnTextWorks(walk, art) : textWorks(walk, art);
     case 5:
     case 6:
         return; // kinds that are not drawn

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "host/artwork.h"
+#include "writer/art/text_shadow.h"
 
 #include <cstdint>
 #include <optional>
@@ -31,6 +32,7 @@ struct Shadow {
     std::optional<Fixed> miterLimit;
     std::optional<Fixed> resolution;
     std::optional<std::string> note;
+    TextShadow text;
 };
 
 } // namespace corvane

@@ -116,6 +116,14 @@ void noteWorks(Walk& walk, Note handle) {
     walk.shadow.note = std::move(note);
 }
 
+/// Of text in that style (PDF Reference, 5.2.5).
+std::int32_t renderMode(const PathStyle& style) {
+    constexpr std::int32_t clipping = 4;
+    const bool fills = style.fillPaint != 0;
+    const std::int32_t mode = style.strokePaint != 0 ? (fills ? 2 : 1) : (fills ? 0 : 3);
+    return mode + (style.clip != 0 ? clipping : 0);
+}
+
 } // namespace
 
 bool compareDash(const Dash& a, const Dash& b) {
@@ -163,6 +171,7 @@ void pathStyleWorks(Walk& walk, const PathStyle& style) {
     }
     flatnessWorks(walk, style.resolution);
     noteWorks(walk, style.note);
+    walk.shadow.text.wanted.render = renderMode(style);
 }
 
 std::string commentText(std::span<const std::uint8_t> text) {

@@ -3,6 +3,7 @@
 
 #include "host/artwork.h"
 #include "host/matrix.h"
+#include "reader/classic/font_list.h"
 #include "runtime/fixed.h"
 #include "writer/art/content_text.h"
 #include "writer/art/shadow.h"
@@ -41,6 +42,7 @@ struct Walk {
     ContentText text;
     Shadow shadow;
     TextDrawing* texts = nullptr; ///< null: text cannot be drawn
+    classic::FontList fonts;
     /// Segments of a path come from the host in blocks of this many.
     std::array<Segment, 512> segments;
 };

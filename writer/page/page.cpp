@@ -4,6 +4,7 @@
 #include "runtime/exception.h"
 #include "writer/art/works.h"
 #include "writer/crypt/sealed.h"
+#include "writer/font/font_works.h"
 #include "writer/page/page_object.h"
 #include "writer/page/stream_object.h"
 #include "writer/update/update.h"
@@ -51,6 +52,7 @@ std::int64_t writeDrawn(DocumentCache& cache, const UpdatePlan& plan) {
                      .resources = hasFonts ? &plan.texts->resources() : nullptr,
                      .origin = plan.origin,
                      .artwork = plan.artwork});
+    forallFamily([&](const Family& family) { writeFamily(cache, family); });
     return bytes;
 }
 

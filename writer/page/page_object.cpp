@@ -8,6 +8,7 @@
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
 #include "runtime/rules.h"
+#include "writer/font/font_works.h"
 
 #include <algorithm>
 #include <array>
@@ -31,13 +32,9 @@ bool isAmong(std::span<const std::string_view> keys, std::string_view key) {
     return std::ranges::find(keys, key) != keys.end();
 }
 
-/// The fonts and images that the art walk met, by the names that it gave them.
-ResourceRegistry metResources() {
+/// The images that the art walk met, by the names that it gave them.
+ResourceRegistry metImages() {
     ResourceRegistry resources;
-    forallFamily([&](const Family& family) {
-        resources.add(ResourceCategory::font, resourceNameFamily(family), family.number,
-                      family.generation);
-    });
     forallMask([&](const Mask& mask) {
         resources.add(ResourceCategory::object, mask.resourceName.get(), mask.number,
                       mask.generation);
@@ -45,16 +42,22 @@ ResourceRegistry metResources() {
     return resources;
 }
 
+/// What the art walk met.
 void writeMetResources(DocumentCache& cache, ObjectIdentifier page) {
-    const ResourceRegistry resources = metResources();
+    const ResourceRegistry images = metImages();
     Filter& output = *cache.output;
     stringOutput(output, "/Resources <<\r");
-    resources.write(cache, page);
+    if (countFamily() > 0) {
+        stringOutput(output, "/Font <<\r");
+        forallFamily([&](const Family& family) { referFamily(cache, family); });
+        stringOutput(output, ">>\r");
+    }
+    images.write(cache, page);
     stringOutput(output, "/ProcSet [ /PDF ");
-    if (resources.hasAdded(ResourceCategory::font)) {
+    if (countFamily() > 0) {
         stringOutput(output, "/Text ");
     }
-    if (resources.hasAdded(ResourceCategory::object)) {
+    if (images.hasAdded(ResourceCategory::object)) {
         stringOutput(output, "/ImageB /ImageC /ImageI ");
     }
     stringOutput(output, "]\r>>\r");
