@@ -42,8 +42,8 @@ std::vector<std::byte> bytesOf(hb_blob_t* blob) {
     return {bytes, bytes + length};
 }
 
-/// Puts the CIDs of a CID-keyed program in place of the numbers of its glyphs; false where it cannot
-/// be read.
+/// Puts the CIDs of a CID-keyed program in place of the numbers of its glyphs; false where it
+/// cannot be read.
 bool turnIntoCids(std::vector<std::byte> file, FontSubset& subset) {
     const std::optional<Face> face = Face::open(std::move(file), 0);
     for (auto& [glyph, cid] : subset.cids) {
@@ -83,7 +83,8 @@ std::optional<FontSubset> makeSubset(const OpenTypeFont& font,
     for (const GlyphNumber glyph : glyphs) {
         subset.cids.emplace(glyph, hb_map_get(numbers, glyph));
     }
-    std::vector<std::byte> file = bytesOf(Owner<hb_blob_t>(hb_face_reference_blob(made.get())).get());
+    std::vector<std::byte> file =
+        bytesOf(Owner<hb_blob_t>(hb_face_reference_blob(made.get())).get());
     if (font.kind() == ProgramKind::trueType) {
         subset.program = std::move(file);
     } else {

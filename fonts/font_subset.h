@@ -22,7 +22,6 @@ struct FontSubset {
 
 /// Without hints, kerning and names. The same glyphs give the same bytes. Nothing where the font is
 /// too damaged.
-std::optional<FontSubset> makeSubset(const OpenTypeFont& font,
-                                     std::span<const GlyphNumber> glyphs);
+std::optional<FontSubset> makeSubset(const OpenTypeFont& font, std::span<const GlyphNumber> glyphs);
 
 } // namespace corvane

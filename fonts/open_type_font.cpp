@@ -81,16 +81,14 @@ std::shared_ptr<const OpenTypeFont> OpenTypeFont::openFile(const std::string& pa
 
 bool OpenTypeFont::read(std::int32_t number) {
     const auto index = static_cast<unsigned>(number);
-    hb_blob_t* const blob =
-        hb_blob_create(static_cast<const char*>(static_cast<const void*>(file_.data())),
-                       static_cast<unsigned>(file_.size()), HB_MEMORY_MODE_READONLY, nullptr,
-                       nullptr);
+    hb_blob_t* const blob = hb_blob_create(
+        static_cast<const char*>(static_cast<const void*>(file_.data())),
+        static_cast<unsigned>(file_.size()), HB_MEMORY_MODE_READONLY, nullptr, nullptr);
     const unsigned faces = hb_face_count(blob);
     face_.reset(hb_face_create(blob, index));
     hb_blob_destroy(blob); // the face holds it
     const unsigned glyphs = hb_face_get_glyph_count(face_.get());
-    if (index >= faces || glyphs == 0 ||
-        glyphs > static_cast<unsigned>(budget::fontGlyphs) ||
+    if (index >= faces || glyphs == 0 || glyphs > static_cast<unsigned>(budget::fontGlyphs) ||
         SfntTable(face_.get(), HB_TAG('f', 'v', 'a', 'r')).size() != 0) {
         return false;
     }

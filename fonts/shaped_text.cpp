@@ -29,8 +29,7 @@ void fill(hb_buffer_t* buffer, const TextStretch& stretch) {
                         static_cast<unsigned>(start - first), static_cast<int>(count));
     hb_buffer_set_flags(buffer, HB_BUFFER_FLAG_REMOVE_DEFAULT_IGNORABLES);
     hb_buffer_set_cluster_level(buffer, HB_BUFFER_CLUSTER_LEVEL_MONOTONE_CHARACTERS);
-    hb_buffer_set_direction(buffer,
-                            stretch.isRightToLeft ? HB_DIRECTION_RTL : HB_DIRECTION_LTR);
+    hb_buffer_set_direction(buffer, stretch.isRightToLeft ? HB_DIRECTION_RTL : HB_DIRECTION_LTR);
     if (stretch.script != 0) {
         hb_buffer_set_script(buffer, hb_script_from_iso15924_tag(stretch.script));
     }

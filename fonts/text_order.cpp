@@ -113,8 +113,7 @@ bool isMark(char32_t character) {
 }
 
 bool isFormat(char32_t character) {
-    return hb_unicode_general_category(unicode(), character) ==
-           HB_UNICODE_GENERAL_CATEGORY_FORMAT;
+    return hb_unicode_general_category(unicode(), character) == HB_UNICODE_GENERAL_CATEGORY_FORMAT;
 }
 
 } // namespace corvane

@@ -156,8 +156,8 @@ inline constexpr std::size_t cmapBytes = 8 << 20;
 /// past it are blank.
 inline constexpr std::size_t facePoints = 4'000'000;
 
-/// Characters of a line of text that is set in a font of the machine: a whole book is a line of a
-/// million. Past it the line is one that no font shows.
+/// Characters of a line of text that is set in a font of the machine: a whole book has as many. The
+/// letters of a line are put in order together.
 inline constexpr std::size_t lineCharacters = 1 << 20;
 
 /// Fonts of the machine that one save tries: a page in a hundred scripts needs as many, and each is

@@ -68,7 +68,8 @@ private:
     std::optional<FoundFont> best(bool covering, FontMatch match, Condition condition) const {
         const InstalledFont* found = nullptr;
         for (const InstalledFont& font : fonts_) {
-            if (condition(font) && isUsable(font) && (found == nullptr || distance(font) < distance(*found)) &&
+            if (condition(font) && isUsable(font) &&
+                (found == nullptr || distance(font) < distance(*found)) &&
                 (!covering || font.covers(request_.characters))) {
                 found = &font;
             }

@@ -101,8 +101,8 @@ HostExtension Listener::makeExtension() {
     extension.fontAdded = [](void* context, const AddedFont& font) {
         Listener& to = listener(context);
         to.remember([&] {
-            to.report_.fontsAdded.push_back({std::string(font.name), std::string(font.letters),
-                                             std::string(font.wanted)});
+            to.report_.fontsAdded.push_back(
+                {std::string(font.name), std::string(font.letters), std::string(font.wanted)});
         });
     };
     extension.plainContent = arguments_.plain;

@@ -118,8 +118,8 @@ std::string fontText(const FontNote& font) {
     const bool isOne = count == 1;
     return (isOne ? "the letter " : "the letters ") + letters.substr(0, shown) +
            (count > most ? "..." : "") + (isOne ? " is in \"" : " are in \"") + font.name +
-           "\", since the font \"" + font.wanted + "\" does not have " +
-           (isOne ? "it" : "them") + " or is not installed";
+           "\", since the font \"" + font.wanted + "\" does not have " + (isOne ? "it" : "them") +
+           " or is not installed";
 }
 
 /// The plug-in has one warning for all fonts that took the place of others; each gets one here.

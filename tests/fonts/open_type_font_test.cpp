@@ -42,8 +42,8 @@ TEST(ShapedText, LettersAreKernedJoinedAndPutTogether) {
         {U"ab", false, true, {0, 1}},
         {U"offi", false, true, {0, 1}},
         {U"offi", false, false, {0, 1, 2, 3}},
-        {U"e\u0301a", false, true, {0, 2}},  // one glyph for both
-        {U"x\u0323a", false, true, {0, 1, 2}}, // a mark of its own
+        {U"e\u0301a", false, true, {0, 2}},                   // one glyph for both
+        {U"x\u0323a", false, true, {0, 1, 2}},                // a mark of its own
         {U"\u0633\u0644\u0627\u0645", true, true, {3, 1, 0}}, // lam and alef are one glyph
         {U"a\u200Db", false, true, {0, 2}},                   // nobody sees a joiner
     };

@@ -54,7 +54,8 @@ std::string baseName(const NewFont& font) {
 class FontWriter {
 public:
     FontWriter(DocumentCache& cache, const NewFont& font)
-        : cache_(cache), output_(*cache.output), font_(font), name_(baseName(font)), numbers_(font.numbers) {
+        : cache_(cache), output_(*cache.output), font_(font), name_(baseName(font)),
+          numbers_(font.numbers) {
         for (const auto& [number, glyph] : font.glyphs()) {
             texts_[glyph.cid] = glyph.text;
             widths_[glyph.cid] = font.width(number);
@@ -173,8 +174,8 @@ private:
             stringOutput(output_, "/Subtype /CIDFontType0C ");
         }
         stringOutput(output_, "/Filter /FlateDecode ");
-        const std::string_view data(static_cast<const char*>(static_cast<const void*>(program.data())),
-                                    program.size());
+        const std::string_view data(
+            static_cast<const char*>(static_cast<const void*>(program.data())), program.size());
         finishStream(cache_, numbers_.program, deflated(data));
     }
 

@@ -23,7 +23,7 @@ NewFont* NewFonts::open(const std::string& path, std::int32_t face) {
 }
 
 void NewFonts::noteLetters(const NewFont& font, std::string_view wanted,
-                             std::u32string_view letters) {
+                           std::u32string_view letters) {
     letters_[{&font, std::string(wanted)}].insert(letters.begin(), letters.end());
 }
 

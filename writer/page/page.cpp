@@ -20,7 +20,8 @@ std::int32_t writeSealedWorks(DocumentCache& cache, const UpdatePlan& plan) {
     Chain sealed(&output);
     linkSeal(cache, sealed, newStreamCipher(cache), {plan.numbers.content, 0});
     cache.output = sealed.top();
-    const Exception code = guarded([&] { documentWorks(cache, plan.geometry.placement, plan.texts.get()); });
+    const Exception code =
+        guarded([&] { documentWorks(cache, plan.geometry.placement, plan.texts.get()); });
     cache.output = &output;
     raiseException(code);
     sealed.unlink();

@@ -20,8 +20,8 @@ struct PatchTools {
     PatchTools(DocumentCache& cache, const PageBase& base, const ContentTrace& pageTrace,
                const PageFonts& fonts, ResourceRegistry& resources)
         : trace(pageTrace), bytes(cache, base.streams, pageTrace.streamStarts()),
-          patterns(cache, base, resources), groups(resources), setText(&fonts, resources), walk(sink),
-          state(walk, bytes, pageTrace, patterns) {}
+          patterns(cache, base, resources), groups(resources), setText(&fonts, resources),
+          walk(sink), state(walk, bytes, pageTrace, patterns) {}
     PatchTools(const PatchTools&) = delete;
     PatchTools& operator=(const PatchTools&) = delete;
 

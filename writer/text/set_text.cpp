@@ -110,6 +110,9 @@ void SetText::refuse(Index run) const {
 
 void SetText::write(Walk& walk, Index run, const TextRun& letters, const RealMatrix& back) {
     refuse(run);
+    if (letters.size <= 0) {
+        failException(Exception::unpatchable);
+    }
     const PlacedRun& placed = runs_[run];
     // The pen of a column goes down, and its rise is to the right.
     const double forward = placed.isVertical ? -1 : 1;

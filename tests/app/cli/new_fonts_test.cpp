@@ -43,18 +43,19 @@ protected:
 const std::string greeting = "gr\xC3\xBC\xC3\x9F dich";
 
 TEST_F(NewFonts, ANewFileTellsWhichFontsItGot) {
-    const std::string art =
-        svg("<text x='20' y='40' font-family='DejaVu Sans'>" + greeting +
-            "</text><text x='20' y='80' font-family='No Such Font'>e</text>");
+    const std::string art = svg("<text x='20' y='40' font-family='DejaVu Sans'>" + greeting +
+                                "</text><text x='20' y='80' font-family='No Such Font'>e</text>");
     const auto outcome = saved(art, {"new.pdf", "--json"});
     ASSERT_EQ(outcome.status, 0) << outcome.errors;
     EXPECT_THAT(outcome.output,
                 HasSubstr(R"("fontsAdded":[{"name":"DejaVu Sans","letters":"cdghir)"));
-    EXPECT_THAT(outcome.output,
-                HasSubstr(R"({"name":"NimbusSans-Regular","letters":"e","wanted":"No Such Font"})"));
-    EXPECT_THAT(outcome.output,
-                HasSubstr(R"("sentence":"the letter e is in \"NimbusSans-Regular\", since the font )"
-                          R"(\"No Such Font\" does not have it or is not installed"}])"));
+    EXPECT_THAT(
+        outcome.output,
+        HasSubstr(R"({"name":"NimbusSans-Regular","letters":"e","wanted":"No Such Font"})"));
+    EXPECT_THAT(
+        outcome.output,
+        HasSubstr(R"("sentence":"the letter e is in \"NimbusSans-Regular\", since the font )"
+                  R"(\"No Such Font\" does not have it or is not installed"}])"));
     EXPECT_TRUE(isValid("new.pdf"));
     if (test::isInstalled("pdftotext")) {
         EXPECT_THAT(other({"pdftotext", "new.pdf", "-"}).output, HasSubstr(greeting));
@@ -95,10 +96,9 @@ TEST_F(NewFonts, AFontThatMustNotBeEmbeddedIsRefused) {
         unsigned char high;
         bool isRefused;
     };
-    const Row rows[] = {{0, 0, false}, {2, 0, true},  {4, 0, false}, {8, 0, false},
+    const Row rows[] = {{0, 0, false}, {2, 0, true}, {4, 0, false}, {8, 0, false},
                         {6, 0, false}, {0, 1, true}, {0, 2, true}};
-    const std::string font =
-        test::fileBytes("/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf");
+    const std::string font = test::fileBytes("/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf");
     if (font.empty()) {
         GTEST_SKIP() << "needs DejaVu Sans";
     }
@@ -111,8 +111,7 @@ TEST_F(NewFonts, AFontThatMustNotBeEmbeddedIsRefused) {
     folder_.add("fonts.conf", "<?xml version=\"1.0\"?><!DOCTYPE fontconfig SYSTEM \"fonts.dtd\">"
                               "<fontconfig><dir>" +
                                   (folder_.path() / "fonts").string() + "</dir><cachedir>" +
-                                  (folder_.path() / "cache").string() +
-                                  "</cachedir></fontconfig>");
+                                  (folder_.path() / "cache").string() + "</cachedir></fontconfig>");
     environment_ = {{"FONTCONFIG_FILE", (folder_.path() / "fonts.conf").string()}};
     std::filesystem::create_directory(folder_.path() / "fonts");
     int number = 0;
