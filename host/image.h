@@ -34,6 +34,7 @@ struct ImageFacts {
     /// what it looks like, as "12-0a1b2c3d4e5f6071"; letters, digits and hyphens, so that a file
     /// can have that name. The same key is the same image. Empty: it is not of a page.
     std::string_view key = {};
+    bool isInverted = false; ///< of CMYK: 0 is full ink
     /// Its pixels could not be decoded: a frame with a cross stands for them.
     bool isPlaceholder = false;
 };

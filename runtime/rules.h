@@ -98,6 +98,8 @@ struct Rules {
 
     /// Text becomes lines of runs, with the fonts of the page.
     bool readsText;
+    /// Images become placed art whose pixels the host has.
+    bool readsImages;
 
     /// A segment after `h` or `re` starts a new subpath at that point, and a subpath of one point
     /// that is left goes.
@@ -209,6 +211,7 @@ inline constexpr Rules originalRules{
     .clipsUnpainted = false,
     .unpaintedStaysOpen = false,
     .readsText = false,
+    .readsImages = false,
     .continuesClosedPaths = false,
     .writesGroups = false,
     .closesSubpaths = false,
@@ -261,6 +264,7 @@ inline constexpr Rules extendedRules{
     .clipsUnpainted = true,
     .unpaintedStaysOpen = true,
     .readsText = true,
+    .readsImages = true,
     .continuesClosedPaths = true,
     .writesGroups = true,
     .closesSubpaths = true,

@@ -68,6 +68,9 @@ std::int64_t writePatched(DocumentCache& cache, const UpdatePlan& plan, PlannedP
     for (const DrawnGroup& group : patch.page.groups.groups()) {
         writeGroup(cache, group);
     }
+    for (const NewImage& image : patch.page.images) {
+        writeImage(cache, image);
+    }
     if (patch.page.resetState != 0) {
         writeResetState(*cache.output, patch.page.resetState);
     }

@@ -20,7 +20,7 @@ struct EditedGroup {
 
 struct EditedObject {
     Art art = Art::null;
-    ArtKind kind = ArtKind::path; ///< or a compound path, or text
+    ArtKind kind = ArtKind::path; ///< or a compound path, text, a placed image
     EditedIndex group = 0;
     ArtSource source;
     // Of text: each run is an object.

@@ -6,6 +6,7 @@
 #include "writer/art/style_works.h"
 #include "writer/patch/insertion_points.h"
 #include "writer/patch/kept_works.h"
+#include "writer/patch/placed_image.h"
 #include "writer/patch/text_run.h"
 #include "writer/patch/text_works.h"
 
@@ -98,6 +99,8 @@ void InsertedWorks::writeObject(const Insertion& insertion) {
     }
     if (edited.kind == ArtKind::text) {
         newTextWorks(tools_, base_, edited);
+    } else if (edited.kind == ArtKind::placed) {
+        newImageWorks(tools_, edited.art);
     } else {
         artWorks(walk_, edited.art);
     }
@@ -113,6 +116,16 @@ void InsertedWorks::writeText(const MatchedObject& object, const EditedObject& e
         isMasked && object.difference.place ? movementOfText(base_, was, edited) : RealMatrix();
     tools_.state.write(own, {}, movement);
     sourcedTextWorks(tools_, base_, was, edited, object.difference);
+}
+
+void InsertedWorks::writeImage(const MatchedObject& object, const EditedObject& edited) {
+    const PaintedArt& was = trace_.painted()[object.source];
+    const Surroundings& own = trace_.events()[was.event].behind;
+    const bool isMasked = (own.settings & softMaskSetting) != 0;
+    const RealMatrix movement =
+        isMasked && object.difference.place ? movementOfImage(was.art, edited.art) : RealMatrix();
+    tools_.state.write(own, {}, movement);
+    imageWorks(tools_, was, edited.art, object.difference);
 }
 
 /// The state that an object had, and its own bytes, or what an edit made of them.
@@ -138,6 +151,8 @@ void InsertedWorks::writeSourced(const MatchedObject& object, const EditedObject
     const Art art = edited.art;
     if (edited.kind == ArtKind::text) {
         writeText(object, edited);
+    } else if (edited.kind == ArtKind::placed) {
+        writeImage(object, edited);
     } else if (!object.difference.any()) {
         tools_.state.write(own, {}, {});
         unchangedWorks(tools_, event);

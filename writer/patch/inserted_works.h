@@ -35,6 +35,7 @@ private:
     void writeObject(const Insertion& insertion);
     void writeSourced(const MatchedObject& object, const EditedObject& edited, TraceIndex marks);
     void writeText(const MatchedObject& object, const EditedObject& edited);
+    void writeImage(const MatchedObject& object, const EditedObject& edited);
 
     PatchTools& tools_;
     Walk& walk_;

@@ -1,11 +1,13 @@
 #include "writer/patch/matching.h"
 
 #include "writer/patch/look.h"
+#include "writer/patch/placed_image.h"
 #include "writer/patch/text_run.h"
 
 #include <algorithm>
 #include <iterator>
 #include <span>
+#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -18,7 +20,16 @@ bool isText(const PaintedArt& painted) {
 }
 
 bool isOfKind(const PaintedArt& painted, const EditedObject& object) {
-    return isText(painted) == (object.kind == ArtKind::text);
+    return isText(painted) == (object.kind == ArtKind::text) &&
+           painted.isImage == (object.kind == ArtKind::placed);
+}
+
+bool isPath(const PaintedArt& painted) {
+    return !isText(painted) && !painted.isImage;
+}
+
+bool isPath(const EditedObject& object) {
+    return object.kind == ArtKind::path || object.kind == ArtKind::compound;
 }
 
 class Matcher {
@@ -38,6 +49,7 @@ public:
             matchEach([&](const EditedObject& object) { return byNumber(object); });
         }
         matchByLook();
+        matchImages();
         return std::move(matching_);
     }
 
@@ -86,8 +98,7 @@ private:
     void matchByLook() {
         Looks left;
         const auto isLeft = [&](EditedIndex i) {
-            return matching_.objects[i].source == noSource &&
-                   artwork_.objects[i].kind != ArtKind::text;
+            return matching_.objects[i].source == noSource && isPath(artwork_.objects[i]);
         };
         bool any = false;
         for (EditedIndex i = 0; i < matching_.objects.size() && !any; ++i) {
@@ -100,7 +111,7 @@ private:
         std::size_t count = 0;
         for (PaintedIndex source = static_cast<PaintedIndex>(matching_.owners.size());
              source-- > 0;) {
-            if (matching_.owners[source] == noSource && !isText(base_.trace.painted()[source])) {
+            if (matching_.owners[source] == noSource && isPath(base_.trace.painted()[source])) {
                 if (count++ % chargeStep == 0) {
                     charge.resize(static_cast<std::int64_t>((count + chargeStep) * nodeSize));
                 }
@@ -149,6 +160,47 @@ private:
         return false;
     }
 
+    /// What is left of images has the picture as its source: of several drawings of it, one that
+    /// lies there and is not taken, or else it is a copy.
+    void matchImages() {
+        std::unordered_map<std::string, std::vector<PaintedIndex>> drawings;
+        for (EditedIndex i = 0; i < matching_.objects.size(); ++i) {
+            const EditedObject& object = artwork_.objects[i];
+            if (matching_.objects[i].source != noSource || object.kind != ArtKind::placed) {
+                continue;
+            }
+            if (drawings.empty()) {
+                drawings = drawingsOfPage();
+            }
+            const auto same = drawings.find(imageKey(placedImage(object.art)));
+            if (same != drawings.end()) {
+                claim(i, drawingFor(object.art, same->second));
+            }
+        }
+    }
+
+    std::unordered_map<std::string, std::vector<PaintedIndex>> drawingsOfPage() const {
+        std::unordered_map<std::string, std::vector<PaintedIndex>> drawings;
+        for (PaintedIndex source = 0; source < base_.trace.painted().size(); ++source) {
+            if (base_.trace.painted()[source].isImage) {
+                drawings[imageKey(placedImage(artOf(base_, source)))].push_back(source);
+            }
+        }
+        drawings.erase(std::string());
+        return drawings;
+    }
+
+    PaintedIndex drawingFor(Art art, std::span<const PaintedIndex> drawings) const {
+        int compared = 0;
+        for (const PaintedIndex source : drawings) {
+            if (matching_.owners[source] == noSource && ++compared <= mostCompared &&
+                !compareImages(artOf(base_, source), art).any()) {
+                return source;
+            }
+        }
+        return drawings.front();
+    }
+
     const BaseReading& base_;
     const EditedArtwork& artwork_;
     ZoneCharge charge_;
@@ -189,7 +241,9 @@ PaintedIndex sourceOf(const BaseReading& base, const EditedObject& object) {
 ArtDifference compareObject(const BaseReading& base, PaintedIndex source,
                             const EditedObject& object) {
     const PaintedArt& was = base.trace.painted()[source];
-    return isText(was) ? compareText(base, was, object) : compareArt(was.art, object.art);
+    return isText(was)   ? compareText(base, was, object)
+           : was.isImage ? compareImages(was.art, object.art)
+                         : compareArt(was.art, object.art);
 }
 
 const TraceEvent& eventOf(const ContentTrace& trace, PaintedIndex source) {

@@ -87,6 +87,7 @@ public:
                 .bytes = std::move(tools_.bytes),
                 .patterns = tools_.patterns.take(),
                 .groups = std::move(tools_.groups),
+                .images = tools_.images.images(),
                 .counts = countsOf(matching, clips, order),
                 .isDamaged = hasDamage(),
                 .resetState = resetState_};

@@ -5,6 +5,7 @@
 #include "reader/content/content_trace.h"
 #include "runtime/memory.h"
 #include "writer/art/walk.h"
+#include "writer/image/new_images.h"
 #include "writer/patch/content_bytes.h"
 #include "writer/patch/drawn_groups.h"
 #include "writer/patch/gathered_state.h"
@@ -19,7 +20,7 @@ struct PatchTools {
     PatchTools(DocumentCache& cache, const PageBase& base, const ContentTrace& pageTrace,
                ResourceRegistry& resources)
         : trace(pageTrace), bytes(cache, base.streams, pageTrace.streamStarts()),
-          patterns(cache, base, resources), groups(resources), walk(sink),
+          patterns(cache, base, resources), groups(resources), images(resources), walk(sink),
           state(walk, bytes, pageTrace, patterns) {}
     PatchTools(const PatchTools&) = delete;
     PatchTools& operator=(const PatchTools&) = delete;
@@ -37,6 +38,7 @@ struct PatchTools {
     ContentBytes bytes;
     MovedPatterns patterns;
     DrawnGroups groups;
+    NewImages images;
     TextSink sink;
     Walk walk;
     GatheredState state;
