@@ -52,6 +52,8 @@ enum class Attribute : std::uint8_t {
     mixBlendMode,
     paintOrder,
     vectorEffect,
+    imageRendering,
+    imageOrientation,
     // Attributes only.
     id,
     xmlSpace,
@@ -117,6 +119,8 @@ enum class Attribute : std::uint8_t {
     dataClipRule,
     dataClipSource,
     dataSource,
+    dataImage,
+    dataKept,
     dataCompound,
     dataGuide,
     dataStrokeWidth,
