@@ -183,7 +183,7 @@ TEST_F(ImagePatchTest, Edits) {
         ASSERT_NO_FATAL_FAILURE(expectSaved());
         EXPECT_EQ(facts(), row.facts);
         EXPECT_EQ(look(), edited) << newContent();
-        EXPECT_THAT(object("3"), Not(HasSubstr("/Im1")));
+        EXPECT_THAT(object("3"), Not(HasSubstr("/X1")));
         if (!row.saved.empty()) {
             EXPECT_EQ(newContent(), row.saved);
         }
@@ -258,9 +258,9 @@ TEST_F(ImagePatchTest, AnotherPictureBecomesAnObject) {
         EXPECT_EQ(facts(), "2 1 1 0 0");
         EXPECT_EQ(hanger().images.size(), 3U);
         const std::string content = newContent();
-        const std::size_t at = content.find("/Im1 Do");
+        const std::size_t at = content.find("/X1 Do");
         EXPECT_NE(at, std::string::npos) << content;
-        EXPECT_NE(content.find("/Im1 Do", at + 1), std::string::npos) << content;
+        EXPECT_NE(content.find("/X1 Do", at + 1), std::string::npos) << content;
         const std::string file = bytes();
         const std::string added = file.substr(file_.size());
         const bool hasMask = !row.mask.empty();
