@@ -28,7 +28,8 @@ bool isThere(const std::string& path) {
 std::string addressFrom(const std::string& output, const std::string& folder) {
     std::error_code error;
     const fs::path start = output == "-" ? fs::path() : fs::path(output).parent_path();
-    const fs::path way = fs::proximate(folder, start.empty() ? fs::path(".") : start, error);
+    const fs::path way =
+        fs::proximate(fs::absolute(folder), fs::absolute(start.empty() ? "." : start), error);
     return escapedPath(error ? folder : way.string());
 }
 

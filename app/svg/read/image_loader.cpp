@@ -68,7 +68,8 @@ std::optional<LoadedImage> ImageLoader::load(std::string_view address, std::stri
 
 std::optional<LoadedImage> ImageLoader::read(std::string_view address, std::string_view mark) {
     const AddressKind kind = addressKind(address);
-    if (kind == AddressKind::network || (kind == AddressKind::file && files_ == nullptr)) {
+    if (address.empty() || kind == AddressKind::network ||
+        (kind == AddressKind::file && files_ == nullptr)) {
         return std::nullopt;
     }
     const bool isEmbedded = kind == AddressKind::embedded;
