@@ -38,6 +38,7 @@ void fuzzFaxEncode(Bytes input);
 void fuzzDctDecode(Bytes input);
 void fuzzDctEncode(Bytes input);
 void fuzzSvg(Bytes input);
+void fuzzImage(Bytes input);
 void fuzzFont(Bytes input);
 void fuzzCMap(Bytes input);
 

@@ -35,6 +35,8 @@ public:
             throw std::bad_alloc();
         }
         using namespace image_budget;
+        // What stands around the pixels may be damaged.
+        require(spng_set_crc_action(get(), SPNG_CRC_ERROR, SPNG_CRC_DISCARD));
         require(spng_set_image_limits(get(), longestSide, longestSide));
         require(spng_set_chunk_limits(get(), pngChunks, pngChunks));
         require(spng_set_png_stream(get(), read, this));
