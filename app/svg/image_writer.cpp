@@ -37,9 +37,8 @@ std::string hexadecimal(std::uint64_t value) {
 
 /// Long addresses are base-64, which needs no escapes.
 void writeAddress(TextOutput& out, const std::string& address) {
-    constexpr std::string_view needsEscapes = "&<>\"\t\n\r";
     const bool isPlain = std::ranges::all_of(address, [&](char c) {
-        return c >= ' ' && c <= '~' && needsEscapes.find(c) == std::string_view::npos;
+        return c >= ' ' && c <= '~' && c != '&' && c != '<' && c != '>' && c != '"';
     });
     if (isPlain) {
         writePlainAttribute(out, "xlink:href", address);
