@@ -19,7 +19,8 @@ struct ImageFile {
     /// Of the file as opening the page wrote it. None: the image is not of a page, or its file is
     /// not as it was written.
     std::optional<std::uint64_t> digest = {};
-    /// A JPEG whose camera was turned, which the page does not heed: nor may who shows it.
+    /// A JPEG whose camera was turned. Matrices of placed objects count from its rows as they are,
+    /// so who shows it must not turn it.
     bool ignoresOrientation = false;
 };
 

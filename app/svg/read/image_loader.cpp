@@ -94,11 +94,13 @@ std::optional<LoadedImage> ImageLoader::read(std::string_view address, std::stri
     image.height = found->facts.height;
     ImageFacts facts = found->facts;
     facts.palette = found->palette;
-    ImageFile file{.address = std::string(address)};
+    // The matrix of a placed object says how the picture is turned.
+    ImageFile file{.address = std::string(address),
+                   .digest = {},
+                   .ignoresOrientation = found->orientation != upright};
     if (isOfPage) {
         facts.key = page.key;
         file.digest = page.digest;
-        file.ignoresOrientation = found->orientation != upright;
     } else {
         image.orientation = found->orientation;
     }

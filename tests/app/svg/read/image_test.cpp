@@ -256,6 +256,7 @@ TEST(ImageReading, AHeldCameraTurnsThePicture) {
                 "<image style='image-orientation:" + std::string(isHeeded ? "from-image" : "none") +
                 "' href='" + turnedJpeg(row.orientation) + "'/>"));
             const Matrix m = art.document.placedImage(firstPlaced(art.document)).matrix;
+            EXPECT_EQ(ReadArt(art.svg()).svg(), art.svg()) << "turned once";
             const auto seen = [&](int x) {
                 return Point{x * m.a + m.c + m.tx, x * m.b + m.d + m.ty};
             };
