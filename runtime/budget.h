@@ -161,6 +161,13 @@ inline constexpr std::size_t facePoints = 4'000'000;
 /// at 600 dots an inch has 70 MB, a photograph of 48 megapixels 144.
 inline constexpr std::int64_t imageBytes = pageBytes;
 
+/// Steps of work on the colours of a page's images, of a few nanoseconds each: those of spaces that
+/// compute them take 10 to 100 a pixel, and colours that were met are remembered.
+inline constexpr std::int64_t imageColours = 4'000'000'000;
+
+/// Bytes of a row of an image; no image that can be drawn has more.
+inline constexpr std::int64_t imageRowBytes = 1 << 28;
+
 /// Bytes that may be missing of an image of which less than a sixteenth is there; past it the image
 /// is given up. Downloads and disks that end early leave more of it.
 inline constexpr std::int64_t missingImageBytes = 16 << 20;

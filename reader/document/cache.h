@@ -28,6 +28,7 @@ class Encryption;
 class DeferredEntries;
 class PageWalk;
 class PredefinedCMaps;
+class DeliveredImages;
 struct Interpreter;
 struct SyntaxKeywords;
 
@@ -49,6 +50,9 @@ struct ReadingWork {
     std::int64_t comparedKeys = 0;    ///< of dictionaries looked into
     std::int64_t searchedBytes = 0;   ///< searched for ends of streams
     std::int64_t pageBytes = 0;       ///< that streams delivered since the page came into use
+    std::int64_t imageStreamBytes = 0; ///< the same of images, which do not count above
+    std::int64_t imageBytes = 0;       ///< of images that the host got, since then
+    std::int64_t imageColours = 0;     ///< steps of work on their colours, since then
 };
 
 struct DocumentCache {
@@ -91,6 +95,7 @@ struct DocumentCache {
     ObjectOwner trailer;
     std::unique_ptr<Encryption> encryption;           ///< null where the file is not encrypted
     std::unique_ptr<PredefinedCMaps> predefinedCMaps; ///< that fonts named, once one did
+    std::unique_ptr<DeliveredImages> deliveredImages; ///< that the host has, once one was drawn
     std::vector<PageEntry> pages;                     ///< in order, as far as the tree was walked
     std::unique_ptr<PageWalk> pageWalk; ///< goes on behind them; null: not begun, or at its end
     bool pagesWalked = false;           ///< to the end
