@@ -67,8 +67,7 @@ private:
             return nullptr;
         }
         const std::size_t before = block == nullptr ? 0 : sizeOf(block);
-        void* const made =
-            std::realloc(block == nullptr ? nullptr : startOf(block), header + size);
+        void* const made = std::realloc(block == nullptr ? nullptr : startOf(block), header + size);
         self.discharge(made == nullptr ? size : before);
         if (made == nullptr) {
             return nullptr;
@@ -101,8 +100,8 @@ using Globals = std::unique_ptr<Jbig2GlobalCtx, EndGlobals>;
 void hearNothing(void*, const char*, Jbig2Severity, std::uint32_t) {}
 
 Context openContext(Allocator& allocator, Jbig2GlobalCtx* globals) {
-    Context context(jbig2_ctx_new(allocator.hooks(), JBIG2_OPTIONS_EMBEDDED, globals, hearNothing,
-                                  nullptr));
+    Context context(
+        jbig2_ctx_new(allocator.hooks(), JBIG2_OPTIONS_EMBEDDED, globals, hearNothing, nullptr));
     if (context == nullptr) {
         failException(Exception::memory);
     }
@@ -112,8 +111,7 @@ Context openContext(Allocator& allocator, Jbig2GlobalCtx* globals) {
 /// The page that is done first; the library keeps it until it is told.
 class PageImage {
 public:
-    explicit PageImage(Jbig2Ctx& context)
-        : context_(context), image_(jbig2_page_out(&context)) {}
+    explicit PageImage(Jbig2Ctx& context) : context_(context), image_(jbig2_page_out(&context)) {}
     ~PageImage() {
         if (image_ != nullptr) {
             jbig2_release_page(&context_, image_);

@@ -161,13 +161,12 @@ void JpxPicture::arrange() {
             failException(Exception::codec);
         }
         const std::uint32_t highest = (1U << component->prec) - 1;
-        channels_.push_back({.samples = component->data,
-                             .width = component->w,
-                             .height = component->h,
-                             .lowest = component->sgnd != 0
-                                           ? -static_cast<std::int32_t>(highest / 2) - 1
-                                           : 0,
-                             .highest = highest});
+        channels_.push_back(
+            {.samples = component->data,
+             .width = component->w,
+             .height = component->h,
+             .lowest = component->sgnd != 0 ? -static_cast<std::int32_t>(highest / 2) - 1 : 0,
+             .highest = highest});
     }
     if (channels_.size() != count) {
         failException(Exception::codec);
@@ -175,10 +174,9 @@ void JpxPicture::arrange() {
     const auto isSubsampled = [&](const Channel& channel) {
         return channel.width != header_.width || channel.height != header_.height;
     };
-    isYcc_ = header_.colours == 3 &&
-             (image_->color_space == OPJ_CLRSPC_SYCC ||
-              (image_->color_space != OPJ_CLRSPC_SRGB &&
-               (isSubsampled(channels_[1]) || isSubsampled(channels_[2]))));
+    isYcc_ = header_.colours == 3 && (image_->color_space == OPJ_CLRSPC_SYCC ||
+                                      (image_->color_space != OPJ_CLRSPC_SRGB &&
+                                       (isSubsampled(channels_[1]) || isSubsampled(channels_[2]))));
 }
 
 void JpxPicture::rowOf(const Channel& channel, std::uint32_t y, std::byte* to,
@@ -192,7 +190,8 @@ void JpxPicture::rowOf(const Channel& channel, std::uint32_t y, std::byte* to,
         const std::int64_t value =
             std::clamp<std::int64_t>(std::int64_t{from[x]} - channel.lowest, 0, channel.highest);
         const auto kept = static_cast<std::uint64_t>(value);
-        return isSame ? std::min(kept, full) : (kept * full + channel.highest / 2) / channel.highest;
+        return isSame ? std::min(kept, full)
+                      : (kept * full + channel.highest / 2) / channel.highest;
     };
     for (std::uint32_t x = 0; x < header_.width; ++x, to += step) {
         const std::uint64_t value =
@@ -225,8 +224,7 @@ void JpxPicture::makeRgb(std::span<std::byte> samples) const {
         const double levels[3] = {y + 1.402 * red, y - 0.344136 * blue - 0.714136 * red,
                                   y + 1.772 * blue};
         for (std::size_t i = 0; i < 3; ++i) {
-            const auto level =
-                static_cast<unsigned>(std::lround(std::clamp(levels[i], 0.0, full)));
+            const auto level = static_cast<unsigned>(std::lround(std::clamp(levels[i], 0.0, full)));
             std::byte* const place = samples.data() + at + i * bytes;
             place[0] = static_cast<std::byte>(bytes == 2 ? level >> 8 : level);
             if (bytes == 2) {

@@ -1,4 +1,5 @@
-// The data of an image as they are coded: below the codec of images that comes last, if there is one.
+// The data of an image as they are coded: below the codec of images that comes last, if there is
+// one.
 #pragma once
 
 #include "filters/filter.h"

@@ -83,8 +83,7 @@ public:
             cache_.deliveredImages = std::make_unique<DeliveredImages>();
         }
         const DeliveredImages::Name name(number_, colour);
-        Image image =
-            number_ == 0 ? Image::null : cache_.deliveredImages->find(name);
+        Image image = number_ == 0 ? Image::null : cache_.deliveredImages->find(name);
         if (image == Image::null) {
             image = tell(facts, colour);
             if (number_ != 0) {

@@ -70,15 +70,18 @@ LookedImage::LookedImage(DocumentCache& cache, const Object& object,
         lookAtJpeg();
     } else if (coded.codec() == ImageCodec::jpx) {
         lookAtJpx();
+    } else {
+        (void)coded.open(); // raises where a filter is not known
     }
     readSpace();
     form.decode = entries.numbers(imageKey::decode);
     if (form.decode.size() < 2 * static_cast<std::size_t>(form.components())) {
         form.decode.clear();
     }
-    form.decode.resize(std::min(form.decode.size(), 2 * static_cast<std::size_t>(form.components())));
-    const bool isSane = form.bits == 1 || form.bits == 2 || form.bits == 4 || form.bits == 8 ||
-                        form.bits == 16;
+    form.decode.resize(
+        std::min(form.decode.size(), 2 * static_cast<std::size_t>(form.components())));
+    const bool isSane =
+        form.bits == 1 || form.bits == 2 || form.bits == 4 || form.bits == 8 || form.bits == 16;
     if (!isSane) {
         failException(Exception::range);
     }
@@ -146,9 +149,9 @@ void LookedImage::readSpace() {
         components = jpeg->components;
     } else if (jpx) {
         // One component more than colours, of which nothing is said, is no colour.
-        const std::uint32_t wanted =
-            form.space != nullptr ? static_cast<std::uint32_t>(form.space->components)
-                                  : (jpx->colours == 2 ? 1 : jpx->colours);
+        const std::uint32_t wanted = form.space != nullptr
+                                         ? static_cast<std::uint32_t>(form.space->components)
+                                         : (jpx->colours == 2 ? 1 : jpx->colours);
         if (jpx->colours == wanted + 1 && !jpx->hasAlpha) {
             jpx->hasAlpha = true;
             jpx->colours = wanted;

@@ -25,9 +25,7 @@ struct ImageForm {
 
     std::int32_t components() const { return space->components; }
     std::int32_t samples() const { return components() + (hasAlpha ? 1 : 0); }
-    std::int64_t rowBytes() const {
-        return (std::int64_t{width} * samples() * bits + 7) / 8;
-    }
+    std::int64_t rowBytes() const { return (std::int64_t{width} * samples() * bits + 7) / 8; }
     /// The values of a component's lowest and highest sample where there is no Decode.
     std::pair<double, double> usualDecode(std::size_t component) const;
     bool isUsualDecode() const;
@@ -43,11 +41,11 @@ struct LookedImage {
 
     ImageEntries entries;
     CodedImage coded;
-    HeldBytes held;                 ///< of JPX: what is coded
-    std::optional<JpegFrame> jpeg;  ///< of DCT
-    std::optional<JpxHeader> jpx;   ///< of JPX
-    bool keepsPalette = false;      ///< of JPX: samples are indices of the space's own table
-    std::int32_t dctTransform = 1;  ///< of DCT: where its data state none
+    HeldBytes held;                ///< of JPX: what is coded
+    std::optional<JpegFrame> jpeg; ///< of DCT
+    std::optional<JpxHeader> jpx;  ///< of JPX
+    bool keepsPalette = false;     ///< of JPX: samples are indices of the space's own table
+    std::int32_t dctTransform = 1; ///< of DCT: where its data state none
     ImageForm form;
 
 private:

@@ -15,8 +15,8 @@ namespace {
 constexpr std::int64_t version = 1;
 
 constexpr std::array countedKeys = {
-    imageKey::width,  imageKey::height,     imageKey::bits, imageKey::space,
-    imageKey::decode, imageKey::isMask,     imageKey::mask, imageKey::softMask,
+    imageKey::width,  imageKey::height,     imageKey::bits,  imageKey::space,
+    imageKey::decode, imageKey::isMask,     imageKey::mask,  imageKey::softMask,
     imageKey::filter, imageKey::parameters, imageKey::matte, imageKey::softMaskInData};
 
 /// A colour space of an inline image that is named among the page's resources.
@@ -36,8 +36,7 @@ void feedNamedSpace(const ImageEntries& entries, Followed& followed) {
 } // namespace
 
 std::string imageKeyOf(const ImageEntries& entries, std::int32_t number,
-                       std::optional<std::span<const std::byte>> data,
-                       std::int32_t stencilColour) {
+                       std::optional<std::span<const std::byte>> data, std::int32_t stencilColour) {
     DigestFeed feed;
     FedStreams fed;
     Followed followed(feed, entries.cache(), fed);

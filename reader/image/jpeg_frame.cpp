@@ -78,8 +78,9 @@ bool isFrame(int marker) {
 
 bool startsWith(std::span<const std::uint8_t> segment, std::string_view text) {
     return segment.size() >= text.size() &&
-           std::ranges::equal(segment.first(text.size()), text,
-                              [](std::uint8_t byte, char c) { return static_cast<char>(byte) == c; });
+           std::ranges::equal(segment.first(text.size()), text, [](std::uint8_t byte, char c) {
+               return static_cast<char>(byte) == c;
+           });
 }
 
 void readFrame(std::span<const std::uint8_t> segment, int marker, JpegFrame& frame) {

@@ -18,7 +18,7 @@ struct JpegFrame {
     bool isAtStart = false; ///< nothing stands in front of the file
     bool hasJfif = false;
     std::optional<std::int32_t> transform; ///< that an APP14 segment states
-    bool isTurned = false; ///< its Exif data ask who shows it to turn it
+    bool isTurned = false;                 ///< its Exif data ask who shows it to turn it
 
     /// Whether readers that know no PDF, such as browsers, take three components for YCbCr.
     bool isYccAlone() const;

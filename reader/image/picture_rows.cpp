@@ -25,6 +25,23 @@ std::vector<std::size_t> pixelsAcross(std::int32_t shown, std::int32_t held) {
     return across;
 }
 
+/// For each pixel of a joined row, those that its colours and its alpha come from.
+struct PixelMap {
+    std::span<const std::size_t> colours;
+    std::span<const std::size_t> alpha;
+};
+
+/// Pixels of `colourBytes`, and alpha behind each, of `sampleBytes`.
+template <std::size_t colourBytes, std::size_t sampleBytes>
+void joinPixels(std::span<const std::byte> colours, std::span<const std::uint8_t> alpha,
+                const PixelMap& map, std::span<std::byte> out) {
+    std::byte* to = out.data();
+    for (std::size_t x = 0; x < map.colours.size(); ++x, to += colourBytes + sampleBytes) {
+        std::memcpy(to, colours.data() + map.colours[x] * colourBytes, colourBytes);
+        std::memset(to + colourBytes, alpha[map.alpha[x]], sampleBytes);
+    }
+}
+
 void checkRow(const ImageForm& form) {
     if (form.rowBytes() > budget::imageRowBytes || form.width > budget::imageRowBytes / 8) {
         failException(Exception::limit);
@@ -79,23 +96,20 @@ void Picture::findAlpha() {
             return;
         }
         // A mask that cannot be read leaves the picture as it is.
-        attempted([&] {
-            alphaImage_ = std::make_unique<AlphaImage>(cache_, stream.get(), isStencil);
-        });
+        attempted(
+            [&] { alphaImage_ = std::make_unique<AlphaImage>(cache_, stream.get(), isStencil); });
     };
     read(imageKey::softMask, false);
     if (alphaImage_) {
         hasAlpha_ = true;
-        std::vector<double> matte = alphaImage_->image->entries.numbers(imageKey::matte);
-        if (matte.size() == static_cast<std::size_t>(image_.form.components())) {
-            matte_ = seenColour(colourIn(*image_.form.space, matte));
-        }
+        readMatte(alphaImage_->image->entries);
         return;
     }
     if (image_.form.hasAlpha && inData != 0) {
         hasAlpha_ = true;
         if (inData == 2) {
             matte_ = SeenColour{};
+            readMatte(entries);
         }
         return;
     }
@@ -105,6 +119,13 @@ void Picture::findAlpha() {
         return;
     }
     findColourKey();
+}
+
+void Picture::readMatte(const ImageEntries& entries) {
+    const std::vector<double> matte = entries.numbers(imageKey::matte);
+    if (matte.size() == static_cast<std::size_t>(image_.form.components())) {
+        matte_ = seenColour(colourIn(*image_.form.space, matte));
+    }
 }
 
 void Picture::findColourKey() {
@@ -138,8 +159,7 @@ ImageFacts Picture::facts() const {
     ImageFacts facts{.width = width_, .height = height_};
     if (isJpeg_) {
         facts.coding = ImageCoding::jpeg;
-        facts.colours =
-            image_.jpeg->components == 1 ? ImageColours::gray : ImageColours::rgb;
+        facts.colours = image_.jpeg->components == 1 ? ImageColours::gray : ImageColours::rgb;
         return facts;
     }
     facts.colours = conversion_->colours();
@@ -178,8 +198,7 @@ void Picture::begin() {
         }
     }
     if (hasAlpha_) {
-        const std::int32_t held =
-            alphaImage_ ? alphaImage_->image->form.width : image_.form.width;
+        const std::int32_t held = alphaImage_ ? alphaImage_->image->form.width : image_.form.width;
         alpha_.assign(static_cast<std::size_t>(held), 255);
     }
     block_.reserve(rows * row);
@@ -283,20 +302,14 @@ void Picture::fillAlpha(std::int32_t row) {
 }
 
 void Picture::join(std::span<std::byte> out) const {
-    const auto sampleBytes = static_cast<std::size_t>(conversion_->bits()) / 8;
-    const std::size_t colourBytes =
-        sampleBytes * (conversion_->colours() == ImageColours::rgb ? 3 : 1);
-    std::byte* to = out.data();
-    for (std::size_t x = 0; x < across_.size(); ++x) {
-        const std::byte* const from = pixels_.data() + across_[x] * colourBytes;
-        for (std::size_t i = 0; i < colourBytes; ++i) {
-            *to++ = from[i];
-        }
-        const auto alpha = static_cast<std::byte>(alpha_[alphaAcross_[x]]);
-        for (std::size_t i = 0; i < sampleBytes; ++i) {
-            *to++ = alpha;
-        }
+    const bool isRgb = conversion_->colours() == ImageColours::rgb;
+    const PixelMap map{across_, alphaAcross_};
+    if (conversion_->bits() == 16) {
+        return isRgb ? joinPixels<6, 2>(pixels_, alpha_, map, out)
+                     : joinPixels<2, 2>(pixels_, alpha_, map, out);
     }
+    return isRgb ? joinPixels<3, 1>(pixels_, alpha_, map, out)
+                 : joinPixels<1, 1>(pixels_, alpha_, map, out);
 }
 
 /// The colours before they were mixed with the matte (PDF Reference, 7.5.4).

@@ -50,7 +50,6 @@ struct AlphaImage {
 
     ObjectOwner stream;
     std::unique_ptr<LookedImage> image;
-    std::optional<SeenColour> matte; ///< what the colours of the image were mixed with
 };
 
 /// An image with all that it is made of, not decoded yet.
@@ -81,6 +80,7 @@ public:
 
 private:
     void findAlpha();
+    void readMatte(const ImageEntries& entries);
     void findColourKey();
     bool isShownByBrowsers() const;
     std::int64_t rowBytes() const;
@@ -97,7 +97,7 @@ private:
     std::unique_ptr<AlphaImage> alphaImage_;
     bool hasAlpha_ = false;
     bool isJpeg_ = false;
-    std::optional<SeenColour> matte_;
+    std::optional<SeenColour> matte_; ///< what the colours were mixed with
     std::int32_t width_ = 0;
     std::int32_t height_ = 0;
     std::optional<PixelConversion> conversion_;
@@ -106,10 +106,10 @@ private:
     std::optional<RowReader> alphas_;
     ZoneCharge charge_;
     std::vector<std::byte> block_;
-    std::vector<std::byte> pixels_;     ///< of the row at hand
-    std::vector<std::uint8_t> alpha_;   ///< likewise, of the image or of its mask
-    std::vector<std::byte> alphaRow_;   ///< pixels of the mask
-    std::vector<std::size_t> across_;   ///< for each pixel, that of the image
+    std::vector<std::byte> pixels_;   ///< of the row at hand
+    std::vector<std::uint8_t> alpha_; ///< likewise, of the image or of its mask
+    std::vector<std::byte> alphaRow_; ///< pixels of the mask
+    std::vector<std::size_t> across_; ///< for each pixel, that of the image
     std::vector<std::size_t> alphaAcross_;
     std::int64_t coloursAt_ = -1; ///< row that `pixels_` is
     std::int64_t alphaAt_ = -1;

@@ -52,8 +52,8 @@ PixelConversion::PixelConversion(const ImageForm& form, bool withAlpha, SeenColo
     : form_(form), width_(static_cast<std::size_t>(form.width)),
       components_(static_cast<std::size_t>(form.components())) {
     const Kind kind = form.space->kind;
-    const bool keepsWide = isWide(form) && (kind == Kind::gray || kind == Kind::rgb) &&
-                           form.isUsualDecode();
+    const bool keepsWide =
+        isWide(form) && (kind == Kind::gray || kind == Kind::rgb) && form.isUsualDecode();
     if (keepsWide) {
         colours_ = kind == Kind::gray ? ImageColours::gray : ImageColours::rgb;
         bits_ = 16;

@@ -36,8 +36,7 @@ public:
     std::byte emptySample() const;
 
     /// A row of samples to a row of pixels. `steps` counts work on colours that are not in a table.
-    void convert(std::span<const std::byte> row, std::span<std::byte> pixels,
-                 std::int64_t& steps);
+    void convert(std::span<const std::byte> row, std::span<std::byte> pixels, std::int64_t& steps);
     /// The alpha of each pixel by the colour key or, without one, by the further sample.
     void alphaOf(std::span<const std::byte> row, std::span<std::uint8_t> alpha);
 
@@ -67,11 +66,11 @@ private:
     std::int32_t bits_ = 8;
     std::byte empty_{0xFF};
     std::vector<std::uint8_t> palette_;
-    std::array<std::byte, 256> bytes_{};  ///< of `bytes`: packed samples to packed levels
-    std::vector<SeenColour> seen_;        ///< by sample, of one component
+    std::array<std::byte, 256> bytes_{}; ///< of `bytes`: packed samples to packed levels
+    std::vector<SeenColour> seen_;       ///< by sample, of one component
     std::vector<std::array<std::uint8_t, 256>> levels_; ///< by component and sample
     std::vector<std::array<double, 256>> values_;       ///< likewise, of `computed`
-    bool hasPlainLevels_ = true;          ///< `levels_` change nothing
+    bool hasPlainLevels_ = true;                        ///< `levels_` change nothing
     std::vector<Remembered> remembered_;
     std::vector<std::uint8_t> unpacked_;
 };

@@ -12,8 +12,8 @@ RowReader::RowReader(const LookedImage& image, PixelConversion conversion)
     row_.resize(static_cast<std::size_t>(image.form.rowBytes()));
 }
 
-/// Data that fail end there: what they held before counts. A person who stops, and a host that fails,
-/// are no faults of the data.
+/// Data that fail end there: what they held before counts. A person who stops, and a host that
+/// fails, are no faults of the data.
 std::size_t RowReader::read(std::span<std::byte> rows) {
     if (isEnded_) {
         return 0;

@@ -19,9 +19,7 @@ public:
     explicit ChainRows(Chain chain) : chain_(std::move(chain)) {}
 
     /// A filter may deliver less than was asked for only at its end.
-    std::size_t read(std::span<std::byte> rows) override {
-        return readFilter(*chain_.top(), rows);
-    }
+    std::size_t read(std::span<std::byte> rows) override { return readFilter(*chain_.top(), rows); }
 
 private:
     Chain chain_;

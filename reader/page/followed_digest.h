@@ -1,4 +1,5 @@
-// Feeds a digest with objects, with the data of streams, and with all that they lead to by reference.
+// Feeds a digest with objects, with the data of streams, and with all that they lead to by
+// reference.
 #pragma once
 
 #include "reader/page/digest_feed.h"
@@ -28,8 +29,8 @@ private:
 /// Whether it was fed before, in which case its place is fed.
 bool feedAgain(DigestFeed& feed, FedStreams& fed, const Object& stream);
 
-/// Feeds what references led to, and what those objects lead to, each once. Pages are left out. Past
-/// `budget::digestBytes` references count by themselves.
+/// Feeds what references led to, and what those objects lead to, each once. Pages are left out.
+/// Past `budget::digestBytes` references count by themselves.
 class Followed {
 public:
     Followed(DigestFeed& feed, DocumentCache& cache, FedStreams& fed);

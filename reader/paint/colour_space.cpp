@@ -73,7 +73,8 @@ Colour initialColour(const ColourSpace& space) {
     case ColourSpace::Kind::cmyk:
         return colourIn(space, cmykBlack);
     case ColourSpace::Kind::tint:
-        return colourIn(space, std::vector<double>(static_cast<std::size_t>(space.components), 1.0));
+        return colourIn(space,
+                        std::vector<double>(static_cast<std::size_t>(space.components), 1.0));
     default:
         return colourIn(space, {});
     }

@@ -15,8 +15,8 @@ void Function::evaluate(std::span<const double> in, std::span<double> out) const
     const std::span<double> results = out.first(outputs_);
     compute(std::span(inputs).first(domain_.size()), results);
     for (std::size_t i = 0; i < std::min(range_.size(), results.size()); ++i) {
-        results[i] = results[i] > range_[i].low ? std::min(results[i], range_[i].high)
-                                                : range_[i].low;
+        results[i] =
+            results[i] > range_[i].low ? std::min(results[i], range_[i].high) : range_[i].low;
     }
 }
 

@@ -33,8 +33,7 @@ std::vector<double> numbersOf(DocumentCache& cache, const Object& dictionary,
     const ObjectOwner array = lookupObject(cache, dictionary, key);
     if (typeObject(array.get()) == ObjectType::array) {
         for (const Object& element : elementsObject(array.get())) {
-            numbers.push_back(
-                realFromFixed(extendObject(resolveObject(cache, element).get())));
+            numbers.push_back(realFromFixed(extendObject(resolveObject(cache, element).get())));
         }
     }
     return numbers;
@@ -132,10 +131,9 @@ private:
         std::size_t stride = outputs();
         for (std::size_t i = 0; i < in.size(); ++i) {
             const double last = grid_.size[i] - 1;
-            const double place =
-                std::clamp(interpolated(in[i], domain_[i], grid_.encode[2 * i],
-                                        grid_.encode[2 * i + 1]),
-                           0.0, last);
+            const double place = std::clamp(
+                interpolated(in[i], domain_[i], grid_.encode[2 * i], grid_.encode[2 * i + 1]), 0.0,
+                last);
             const double whole = std::floor(place);
             low[i] = static_cast<std::size_t>(whole) * stride;
             step[i] = whole < last ? stride : 0;
@@ -178,8 +176,7 @@ FunctionPointer readExponential(DocumentCache& cache, const Object& dictionary, 
     if (common.domain.size() != 1 || first.size() > functionArity) {
         return nullptr;
     }
-    const double exponent =
-        realFromFixed(extendObject(lookupObject(cache, dictionary, "N").get()));
+    const double exponent = realFromFixed(extendObject(lookupObject(cache, dictionary, "N").get()));
     return std::make_shared<ExponentialFunction>(std::move(common.domain), std::move(common.range),
                                                  std::move(first), std::move(last),
                                                  std::max(exponent, 0.0));
@@ -239,8 +236,7 @@ FunctionPointer readSampled(DocumentCache& cache, const Object& stream, Common c
     const std::size_t inputs = common.domain.size();
     const std::size_t outputs = common.range.size();
     const std::vector<double> sizes = numbersOf(cache, stream, "Size");
-    const std::int32_t bits =
-        integerObject(lookupObject(cache, stream, "BitsPerSample").get());
+    const std::int32_t bits = integerObject(lookupObject(cache, stream, "BitsPerSample").get());
     if (inputs > mostSampledInputs || outputs == 0 || sizes.size() != inputs || bits < 1 ||
         bits > 32) {
         return nullptr;
@@ -276,8 +272,7 @@ FunctionPointer readSampled(DocumentCache& cache, const Object& stream, Common c
 FunctionPointer parseFunction(DocumentCache& cache, const Object& object, int depth) {
     const ObjectOwner function = resolveObject(cache, object);
     const ObjectType type = typeObject(function.get());
-    if (depth > deepestFunction ||
-        (type != ObjectType::dictionary && type != ObjectType::stream)) {
+    if (depth > deepestFunction || (type != ObjectType::dictionary && type != ObjectType::stream)) {
         return nullptr;
     }
     Common common{intervalsOf(numbersOf(cache, function.get(), "Domain")),
