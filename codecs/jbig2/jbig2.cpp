@@ -127,10 +127,11 @@ private:
     Jbig2Image* image_;
 };
 
-void feed(Jbig2Ctx& context, std::span<const std::byte> data) {
-    jbig2_data_in(&context,
-                  static_cast<const unsigned char*>(static_cast<const void*>(data.data())),
-                  data.size());
+/// False where the decoder gave up.
+bool feed(Jbig2Ctx& context, std::span<const std::byte> data) {
+    return jbig2_data_in(&context,
+                         static_cast<const unsigned char*>(static_cast<const void*>(data.data())),
+                         data.size()) >= 0;
 }
 
 Jbig2Page copied(const Jbig2Image& image) {
@@ -155,7 +156,7 @@ Jbig2Page decodeJbig2(std::span<const std::byte> globals, std::span<const std::b
         shared.reset(jbig2_make_global_ctx(context.release()));
     }
     const Context context = openContext(allocator, shared.get());
-    feed(*context, data);
+    const bool isWhole = feed(*context, data);
     // A page without its end is taken as it is.
     jbig2_complete_page(context.get());
     const PageImage page(*context);
@@ -163,7 +164,12 @@ Jbig2Page decodeJbig2(std::span<const std::byte> globals, std::span<const std::b
     if (image == nullptr || image->data == nullptr || image->width == 0 || image->height == 0) {
         failException(Exception::codec);
     }
-    return copied(*image);
+    Jbig2Page result = copied(*image);
+    const auto isWhite = [](std::byte byte) { return byte == std::byte{0}; };
+    if (!isWhole && std::ranges::all_of(result.rows, isWhite)) {
+        failException(Exception::codec);
+    }
+    return result;
 }
 
 } // namespace corvane

@@ -42,7 +42,8 @@ INSTANTIATE_TEST_SUITE_P(
                       Target{"grammar", fuzzGrammar}, Target{"patch", fuzzPatch},
                       Target{"patch_grammar", fuzzPatchGrammar},
                       Target{"resource_fork", fuzzResourceFork}, Target{"font", fuzzFont},
-                      Target{"cmap", fuzzCMap}),
+                      Target{"cmap", fuzzCMap}, Target{"image", fuzzImage}, Target{"jpx", fuzzJpx},
+                      Target{"jbig2", fuzzJbig2}),
     [](const auto& target) { return target.param.name; });
 
 } // namespace
