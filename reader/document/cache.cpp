@@ -12,7 +12,6 @@
 #include "reader/document/repair.h"
 #include "reader/document/unfinished.h"
 #include "reader/font/predefined_cmaps.h"
-#include "reader/image/delivered_images.h"
 #include "reader/page/page_tree.h"
 #include "reader/syntax/keywords.h"
 #include "reader/syntax/syntax.h"

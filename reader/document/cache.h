@@ -28,7 +28,6 @@ class Encryption;
 class DeferredEntries;
 class PageWalk;
 class PredefinedCMaps;
-class DeliveredImages;
 struct Interpreter;
 struct SyntaxKeywords;
 
@@ -95,7 +94,6 @@ struct DocumentCache {
     ObjectOwner trailer;
     std::unique_ptr<Encryption> encryption;           ///< null where the file is not encrypted
     std::unique_ptr<PredefinedCMaps> predefinedCMaps; ///< that fonts named, once one did
-    std::unique_ptr<DeliveredImages> deliveredImages; ///< that the host has, once one was drawn
     std::vector<PageEntry> pages;                     ///< in order, as far as the tree was walked
     std::unique_ptr<PageWalk> pageWalk; ///< goes on behind them; null: not begun, or at its end
     bool pagesWalked = false;           ///< to the end

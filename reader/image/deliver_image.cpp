@@ -1,6 +1,5 @@
 #include "reader/image/deliver_image.h"
 
-#include "reader/image/delivered_images.h"
 #include "reader/image/image_key.h"
 #include "reader/image/picture_rows.h"
 #include "runtime/budget.h"
@@ -9,7 +8,6 @@
 
 #include <algorithm>
 #include <array>
-#include <memory>
 #include <optional>
 #include <string>
 
@@ -79,18 +77,7 @@ public:
         }
         const std::int32_t colour =
             isStencil ? fill_.red << 16 | fill_.green << 8 | fill_.blue : -1;
-        if (cache_.deliveredImages == nullptr) {
-            cache_.deliveredImages = std::make_unique<DeliveredImages>();
-        }
-        const DeliveredImages::Name name(number_, colour);
-        Image image = number_ == 0 ? Image::null : cache_.deliveredImages->find(name);
-        if (image == Image::null) {
-            image = tell(facts, colour);
-            if (number_ != 0) {
-                cache_.deliveredImages->keep(name, image);
-            }
-        }
-        return image;
+        return tell(facts, colour);
     }
 
 private:
