@@ -191,8 +191,16 @@ inline constexpr std::uint32_t jpxComponents = 33;
 /// anything is decoded.
 inline constexpr std::int64_t jpxTiles = 4096;
 
+/// Bytes by which a tile of a JPEG 2000 file may be longer than twice the file: of what was cut
+/// short, some of the front is there.
+inline constexpr std::size_t jpxTileSlack = 16 << 20;
+
 /// Memory that decoding a JBIG2 page may take: a page of A0 at 600 dots an inch has 70 MB.
 inline constexpr std::int64_t jbig2Bytes = 256 << 20;
+
+/// Processor time in which a JBIG2 page may ask for memory: pages of books take some hundredths of
+/// a second. A few hundred bytes can name a large symbol again and again.
+inline constexpr int jbig2Seconds = 5;
 
 /// Operators of a calculator function, those within braces counted too: real ones have some
 /// hundred.

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <jbig2.h>
 #include <memory>
 #include <new>
@@ -38,8 +39,12 @@ private:
         return *static_cast<Hooks*>(static_cast<void*>(hooks))->owner;
     }
 
+    /// Each symbol that is refined asks for memory: that is where a page made to take long ends.
+    bool isLate() const {
+        return std::clock() - start_ > std::clock_t{budget::jbig2Seconds} * CLOCKS_PER_SEC;
+    }
     bool charge(std::size_t size) {
-        if (size > static_cast<std::size_t>(budget::jbig2Bytes - used_) ||
+        if (isLate() || size > static_cast<std::size_t>(budget::jbig2Bytes - used_) ||
             !chargeZone(static_cast<std::int64_t>(size))) {
             return false;
         }
@@ -85,6 +90,7 @@ private:
 
     Hooks hooks_;
     std::int64_t used_ = 0;
+    std::clock_t start_ = std::clock();
 };
 
 struct EndContext {

@@ -12,8 +12,8 @@ namespace {
 
 using Bytes = std::span<const std::byte>;
 
-constexpr std::size_t codestreamHeader = 4; ///< the markers SOC and SIZ
-constexpr std::size_t fixedSize = 38;       ///< of SIZ, from its length to its components
+constexpr std::size_t markSize = 4;   ///< of two markers, or of one and its length
+constexpr std::size_t fixedSize = 38; ///< of SIZ, from its length to its components
 
 /// Big-endian; what lies behind the end is 0.
 std::uint32_t number(Bytes bytes, std::size_t at, std::size_t count) {
@@ -51,17 +51,27 @@ std::optional<Bytes> findBox(Bytes boxes, std::string_view type) {
     return std::nullopt;
 }
 
-/// Behind every pair of SOC and SIZ; decoders may take another one than the first.
+/// What stands behind each place with these four bytes.
 template <class Use>
-void forEachSize(Bytes file, Use use) {
-    constexpr std::array start = {std::byte{0xFF}, std::byte{0x4F}, std::byte{0xFF},
-                                  std::byte{0x51}};
-    static_assert(start.size() == codestreamHeader);
+void forEachMark(Bytes file, const std::array<std::uint8_t, markSize>& mark, Use use) {
+    const auto isSame = [](std::byte byte, std::uint8_t wanted) {
+        return std::to_integer<std::uint8_t>(byte) == wanted;
+    };
     auto at = file.begin();
-    while ((at = std::search(at, file.end(), start.begin(), start.end())) != file.end()) {
-        at += codestreamHeader;
+    while ((at = std::search(at, file.end(), mark.begin(), mark.end(), isSame)) != file.end()) {
+        at += markSize;
         use(file.subspan(static_cast<std::size_t>(at - file.begin())));
     }
+}
+
+/// Whether a tile claims to be far longer than the file: memory is made for it before it is read.
+bool claimsLongTile(Bytes file) {
+    constexpr std::array<std::uint8_t, markSize> startOfTile = {0xFF, 0x90, 0x00, 0x0A};
+    const std::size_t longest = 2 * file.size() + budget::jpxTileSlack;
+    bool isClaimed = false;
+    forEachMark(file, startOfTile,
+                [&](Bytes tile) { isClaimed = isClaimed || number(tile, 2, 4) > longest; });
+    return isClaimed;
 }
 
 struct Size {
@@ -141,12 +151,14 @@ void readHeaderBoxes(Bytes boxes, bool keepsPalette, JpxHeader& header) {
 std::optional<JpxHeader> readJpxHeader(Bytes file, bool keepsPalette) {
     std::optional<Size> first;
     bool isSane = true;
-    forEachSize(file, [&](Bytes bytes) {
+    // Decoders may take another one than the first.
+    constexpr std::array<std::uint8_t, markSize> codestream = {0xFF, 0x4F, 0xFF, 0x51};
+    forEachMark(file, codestream, [&](Bytes bytes) {
         const std::optional<Size> size = readSize(bytes);
         isSane = isSane && size.has_value();
         first = first ? first : size;
     });
-    if (!first || !isSane) {
+    if (!first || !isSane || claimsLongTile(file)) {
         return std::nullopt;
     }
     JpxHeader header{.width = first->width,
