@@ -1,88 +1,95 @@
-// Any bytes as the file of an image: it is read within the budgets or refused, gives as many bytes
-// as its facts say, and is written as a PNG that reads as the same.
-#include "fuzz/targets.h"
+// Any entries and any data as an image, of an object and inline: what the host is told agrees with
+// the bytes that it gets.
+#include "fuzz/plugin_host.h"
+#include "reader/image/deliver_image.h"
+#include "reader/syntax/syntax.h"
+#include "runtime/budget.h"
+#include "runtime/callbacks.h"
+#include "tests/reader/image/image_taker.h"
+#include "tests/support/pdf_builder.h"
 
-#include "app/artwork/error.h"
-#include "app/artwork/image_table.h"
-#include "app/images/image_encoder.h"
-#include "app/images/image_error.h"
-#include "app/images/image_file.h"
-
-#include <new>
+#include <algorithm>
+#include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace corvane::fuzz {
 
 namespace {
 
-using Block = std::vector<std::byte>;
+/// Entries, this line, data.
+constexpr std::string_view border = "\nstream\n";
 
-/// Bytes of samples that one input may make.
-constexpr std::int64_t mostBytes = 1 << 20;
-
-class BlockSink final : public ByteSink {
-public:
-    std::error_code write(std::string_view bytes) override {
-        const auto some = std::as_bytes(std::span(bytes));
-        block.insert(block.end(), some.begin(), some.end());
-        return {};
-    }
-    Block block;
-};
-
-std::optional<ReadImage> read(Block file) {
-    return readImage(memoryOrigin(std::move(file)), "it");
+test::PdfBuilder fileOf(std::string_view entries, std::string_view data) {
+    test::PdfBuilder file = test::PdfBuilder::onePage("");
+    const std::string gray = "/Width 3 /Height 2 /BitsPerComponent 8 /ColorSpace /DeviceGray";
+    file.stream(5, data, entries)
+        .stream(6, data, gray + " /Matte [0 0 .5]")
+        .stream(7, "{ dup mul exch 0 ge { 1 } { .5 } ifelse 2 copy }",
+                "/FunctionType 4 /Domain [0 1 0 1] /Range [0 100 -9 9 -9 9]")
+        .stream(8, data,
+                "/FunctionType 0 /Domain [0 1] /Range [0 1 0 1 0 1] /Size [3] /BitsPerSample 8")
+        .stream(9, data, "/Width 5 /Height 1 /ImageMask true")
+        .stream(10, data)
+        .object(11, "<< " + std::string(entries) + " >>");
+    return file;
 }
 
-/// All samples; not more than that many bytes.
-Block samplesOf(const ReadImage& image, std::size_t size) {
-    Block block(size + 1);
-    block.resize(image.content->open()->read(block));
-    require(block.size() == size);
-    return block;
+void check(const test::TakenImage& image) {
+    const ImageFacts& facts = image.facts;
+    require(facts.width > 0 && facts.height > 0);
+    require(facts.isPlaceholder || image.isEnded != image.isGivenUp);
+    if (!image.isEnded || facts.coding == ImageCoding::jpeg) {
+        return;
+    }
+    const bool isIndexed = facts.colours == ImageColours::indexed;
+    require(isIndexed == !image.palette.empty() && image.palette.size() <= 1024);
+    require(facts.bits == 8 || facts.bits == 16 ||
+            (facts.bits < 8 && !facts.hasAlpha && facts.colours != ImageColours::rgb));
+    const std::int64_t components =
+        (facts.colours == ImageColours::rgb ? 3 : 1) + (facts.hasAlpha ? 1 : 0);
+    const std::int64_t row = (std::int64_t{facts.width} * components * facts.bits + 7) / 8;
+    require(static_cast<std::int64_t>(image.bytes.size()) == row * facts.height);
 }
 
-void readAndWrite(Bytes input) {
-    const auto image = read({input.begin(), input.end()});
-    if (!image) {
-        return;
+void deliverBoth(DocumentCache& cache, std::string_view data) {
+    ObjectOwner stream;
+    indirectObject(stream.get(), 5, 0);
+    stream = resolveObject(cache, stream.get());
+    if (typeObject(stream.get()) == ObjectType::stream) {
+        deliverImage(cache, stream.get(), 5, Colour());
     }
-    ImageFacts facts = image->facts;
-    facts.palette = image->palette;
-    ArtworkBudget budget(memoryLimit);
-    ImageTable images(budget);
-    images.add(facts, {}, image->content);
-    const std::int64_t size = rowBytes(facts) * facts.height;
-    if (facts.coding == ImageCoding::jpeg) {
-        samplesOf(*image, input.size());
-        return;
+    ObjectOwner dictionary;
+    indirectObject(dictionary.get(), 11, 0);
+    dictionary = resolveObject(cache, dictionary.get());
+    if (typeObject(dictionary.get()) == ObjectType::dictionary) {
+        deliverInlineImage(cache, dictionary.get(), std::as_bytes(std::span(data)), Colour());
     }
-    if (size > mostBytes) {
-        return;
-    }
-    const Block samples = samplesOf(*image, static_cast<std::size_t>(size));
-    BlockSink sink;
-    ImageEncoder encoder(facts, sink);
-    encoder.add(samples);
-    encoder.end();
-    const auto again = read(sink.block);
-    require(again && again->palette == image->palette && again->digest == encoder.digest());
-    require(samplesOf(*again, samples.size()) == samples);
 }
 
 } // namespace
 
 void fuzzImage(Bytes input) {
-    try {
-        readAndWrite(input);
-    } catch (const ImageError&) {
-        return;
-    } catch (const ArtworkError&) {
-        return;
-    } catch (const std::bad_alloc&) {
+    const std::string text(static_cast<const char*>(static_cast<const void*>(input.data())),
+                           input.size());
+    const std::size_t at = text.find(border);
+    if (at == std::string::npos) {
         return;
     }
+    const std::string_view data = std::string_view(text).substr(at + border.size());
+    const std::string file = fileOf(std::string_view(text).substr(0, at), data).bytes();
+    PluginHost host(std::as_bytes(std::span(file)), Profile::extended, 1);
+    host.look([&](DocumentCache& cache) {
+        std::vector<HostProcedure> table(callbacks, callbacks + slotCount);
+        const HostProcedure* const outer = std::exchange(callbacks, table.data());
+        const test::ImageTaker taker(table);
+        const Exception code = guarded([&] { deliverBoth(cache, data); });
+        callbacks = outer;
+        require(taker.total <= 2 * budget::imageBytes);
+        std::ranges::for_each(taker.images, check);
+        raiseException(code);
+    });
 }
 
 } // namespace corvane::fuzz
