@@ -29,7 +29,8 @@ private:
 
 class DiscreteDecoder : public Decoder {
 public:
-    DiscreteDecoder() : Decoder(entryDecoder), source_(intake()) {}
+    explicit DiscreteDecoder(std::int32_t usualTransform)
+        : Decoder(entryDecoder), usualTransform_(usualTransform), source_(intake()) {}
 
 protected:
     std::size_t decode(std::span<std::byte> out) override {
@@ -47,6 +48,7 @@ protected:
     }
     void restart() override {
         state_ = DCTInitialize();
+        state_->usualTransform = usualTransform_;
         DCTDecodeOpen(*state_, source_);
         row_ = {};
     }
@@ -69,6 +71,7 @@ private:
         return !row_.empty();
     }
 
+    std::int32_t usualTransform_;
     IntakeSource source_;
     std::unique_ptr<DctState> state_;
     std::span<const std::uint8_t> row_;
@@ -151,7 +154,7 @@ std::int32_t entryDiscrete(Filter& filter, Operation operation, std::byte* buffe
 
 FilterOwner setupDiscrete(std::int32_t width, std::int32_t height, std::int32_t components) {
     if (height == 0 || components == 0) {
-        return std::make_unique<DiscreteDecoder>();
+        return setupDiscreteDecoder(dctUnstatedTransform);
     }
     const auto size = [](std::int32_t value) {
         return static_cast<std::size_t>(std::max(value, std::int32_t{0}));
@@ -163,6 +166,10 @@ FilterOwner setupDiscrete(std::int32_t width, std::int32_t height, std::int32_t 
     settings.transform = components == 3;
     settings.quality = usualQuality;
     return setupDiscrete(settings);
+}
+
+FilterOwner setupDiscreteDecoder(std::int32_t usualTransform) {
+    return std::make_unique<DiscreteDecoder>(usualTransform);
 }
 
 FilterOwner setupDiscrete(const DctSettings& settings) {

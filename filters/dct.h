@@ -20,6 +20,10 @@ namespace corvane {
 /// it fills up missing rows and ends the image. The other direction raises `io`.
 FilterOwner setupDiscrete(std::int32_t width, std::int32_t height, std::int32_t components);
 
+/// A decoder for which `usualTransform` is the colour transform (0: none, 1: YCbCr or YCCK) where
+/// the data do not state one.
+FilterOwner setupDiscreteDecoder(std::int32_t usualTransform);
+
 /// An encoder with settings of one's own.
 FilterOwner setupDiscrete(const DctSettings& settings);
 

@@ -1,7 +1,7 @@
 #include "fuzz/page_operations.h"
 
 #include "filters/memory_filter.h"
-#include "reader/content/inline_image.h"
+#include "reader/image/inline_image.h"
 #include "reader/page/page_content.h"
 #include "reader/syntax/stream_chain.h"
 

@@ -40,6 +40,10 @@ void fuzzDctEncode(Bytes input);
 void fuzzSvg(Bytes input);
 void fuzzFont(Bytes input);
 void fuzzCMap(Bytes input);
+void fuzzImage(Bytes input);
+void fuzzImageFile(Bytes input);
+void fuzzJpx(Bytes input);
+void fuzzJbig2(Bytes input);
 
 /// Bytes of the zone, and of the artwork, that one input may take.
 inline constexpr std::int64_t memoryLimit = std::int64_t{64} << 20;

@@ -6,6 +6,7 @@
 
 #include "host/artwork.h"
 #include "host/classic_text.h"
+#include "host/image.h"
 #include "host/parameters.h"
 #include "host/text.h"
 
@@ -28,7 +29,7 @@ struct Slot {
     int number;
 };
 
-inline constexpr int slotCount = 339;
+inline constexpr int slotCount = 348;
 
 namespace slot {
 
@@ -159,6 +160,25 @@ inline constexpr Slot<HostError(RunHandle, const ParaStyle*)> setParaStyle{127};
 /// At the place that is selected, in ems.
 inline constexpr Slot<HostError(RunHandle, Fixed* kern)> getRunKerning{128};
 inline constexpr Slot<HostError(RunHandle, Fixed kern)> setRunKerning{129};
+
+// Images of today
+/// An image of these facts. Where a key is known already it is that image, and no bytes are wanted.
+inline constexpr Slot<HostError(const ImageFacts*, Image* image, std::uint8_t* wantsBytes)>
+    addImage{339};
+/// The next bytes of an image that wants them: rows from the top, or a JPEG file.
+inline constexpr Slot<HostError(Image, const std::byte* bytes, std::int64_t count)> addImageBytes{
+    340};
+inline constexpr Slot<HostError(Image)> endImage{341}; ///< all bytes were added
+/// The bytes that were added turned out to be wrong: the image becomes a placeholder.
+inline constexpr Slot<HostError(Image)> giveUpImage{342};
+inline constexpr Slot<HostError(Image, ImageFacts*)> getImageFacts{343};
+/// Begins at the first byte, of samples: of the first row.
+inline constexpr Slot<HostError(Image)> openImageBytes{344};
+/// The next bytes, as many as there is room for; fewer at the end only.
+inline constexpr Slot<HostError(Image, std::byte* bytes, std::int64_t room, std::int64_t* count)>
+    readImageBytes{345};
+inline constexpr Slot<HostError(Art placed, const PlacedImage*)> setPlacedImage{346};
+inline constexpr Slot<HostError(Art placed, PlacedImage*)> getPlacedImage{347};
 
 // Matrices and arithmetic
 inline constexpr Slot<Fixed(Fixed, Fixed)> fixedMultiply{135};

@@ -164,4 +164,57 @@ inline constexpr std::size_t lineCharacters = 1 << 20;
 /// read as a whole.
 inline constexpr std::size_t triedFonts = 256;
 
+/// Bytes of an image as the host gets it, and of all images of one page: what their streams may
+/// deliver, so that a short stream that claims a large image costs no more. A scanned sheet of A0
+/// at 600 dots an inch has 70 MB, a photograph of 48 megapixels 144.
+inline constexpr std::int64_t imageBytes = pageBytes;
+
+/// Steps of work on the colours of a page's images, of a few nanoseconds each: those of spaces that
+/// compute them take 10 to 100 a pixel, and colours that were met are remembered.
+inline constexpr std::int64_t imageColours = 4'000'000'000;
+
+/// Bytes of a row of an image; no image that can be drawn has more.
+inline constexpr std::int64_t imageRowBytes = 1 << 28;
+
+/// Bytes that may be missing of an image of which less than a sixteenth is there; past it the image
+/// is given up. Downloads and disks that end early leave more of it.
+inline constexpr std::int64_t missingImageBytes = 16 << 20;
+
+/// Bytes of an image's coded data that are read into memory at once, where the format asks for it.
+/// Pictures of 48 megapixels have a tenth of it.
+inline constexpr std::size_t codedImageBytes = 256 << 20;
+
+/// Bytes in which the frame of a JPEG image is looked for: behind profiles, previews and notes,
+/// each of up to 64 KB.
+inline constexpr std::int64_t jpegLeadBytes = 16 << 20;
+
+/// Bytes of the samples of a JPEG 2000 picture, four for each: 48 megapixels in red, green and blue
+/// have 576 MB.
+inline constexpr std::int64_t jpxBytes = 640 << 20;
+
+/// Components of a JPEG 2000 picture: 32 inks and alpha; the format allows 16,384.
+inline constexpr std::uint32_t jpxComponents = 33;
+
+/// Tiles of a JPEG 2000 picture: 60,000 pixels square in tiles of 1,024. Each takes 6 KB before
+/// anything is decoded.
+inline constexpr std::int64_t jpxTiles = 4096;
+
+/// Bytes by which a tile of a JPEG 2000 file may be longer than twice the file: of what was cut
+/// short, some of the front is there.
+inline constexpr std::size_t jpxTileSlack = 16 << 20;
+
+/// Memory that decoding a JBIG2 page may take: a page of A0 at 600 dots an inch has 70 MB.
+inline constexpr std::int64_t jbig2Bytes = 256 << 20;
+
+/// Processor time in which a JBIG2 page may ask for memory: pages of books take some hundredths of
+/// a second. A few hundred bytes can name a large symbol again and again.
+inline constexpr int jbig2Seconds = 5;
+
+/// Operators of a calculator function, those within braces counted too: real ones have some
+/// hundred.
+inline constexpr std::size_t functionOperators = 10'000;
+
+/// Samples of a sampled function: 4 inputs with 33 samples each, and 4 outputs, are 5 millions.
+inline constexpr std::int64_t functionSamples = 8 << 20;
+
 } // namespace corvane::budget

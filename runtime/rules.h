@@ -99,6 +99,8 @@ struct Rules {
     /// Text becomes lines of runs, with the fonts of the page; otherwise the runs of the classic
     /// host, in its fonts.
     bool readsText;
+    /// Images become placed art whose pixels the host has.
+    bool readsImages;
 
     /// A segment after `h` or `re` starts a new subpath at that point, and a subpath of one point
     /// that is left goes.
@@ -210,6 +212,7 @@ inline constexpr Rules originalRules{
     .clipsUnpainted = false,
     .unpaintedStaysOpen = false,
     .readsText = false,
+    .readsImages = false,
     .continuesClosedPaths = false,
     .writesGroups = false,
     .closesSubpaths = false,
@@ -262,6 +265,7 @@ inline constexpr Rules extendedRules{
     .clipsUnpainted = true,
     .unpaintedStaysOpen = true,
     .readsText = true,
+    .readsImages = true,
     .continuesClosedPaths = true,
     .writesGroups = true,
     .closesSubpaths = true,

@@ -65,6 +65,16 @@ void fillTable(std::span<HostProcedure> table) {
     fillOpenRunSlots(table);
     fillTextWalkSlots(table);
 
+    fillSlot(table, slot::addImage, answer::addImage);
+    fillSlot(table, slot::addImageBytes, answer::addImageBytes);
+    fillSlot(table, slot::endImage, answer::endImage);
+    fillSlot(table, slot::giveUpImage, answer::giveUpImage);
+    fillSlot(table, slot::getImageFacts, answer::getImageFacts);
+    fillSlot(table, slot::openImageBytes, answer::openImageBytes);
+    fillSlot(table, slot::readImageBytes, answer::readImageBytes);
+    fillSlot(table, slot::setPlacedImage, answer::setPlacedImage);
+    fillSlot(table, slot::getPlacedImage, answer::getPlacedImage);
+
     fillSlot(table, slot::fixedMultiply, answer::fixedMultiply);
     fillSlot(table, slot::fixedDivide, answer::fixedDivide);
     fillSlot(table, slot::degreesToAngle, answer::degreesToAngle);

@@ -1,6 +1,5 @@
 // The artwork that a person edits: layers of groups, paths, compound paths, text and placed images,
-// and their page. How kinds of art differ is in art_kinds.h. Placed images are places in the tree
-// so far: they have neither content nor geometry.
+// and their page. How kinds of art differ is in art_kinds.h.
 //
 // Lists of layers and of art run front to back. Handles are 32-bit numbers that are checked at
 // every use: one that names nothing (disposed of, made up, null where art is needed) throws
@@ -12,6 +11,7 @@
 #include "app/artwork/budget.h"
 #include "app/artwork/error.h"
 #include "app/artwork/fonts.h"
+#include "app/artwork/image_table.h"
 #include "app/artwork/layers.h"
 #include "app/artwork/page.h"
 #include "app/artwork/paint.h"
@@ -22,6 +22,7 @@
 #include "app/artwork/text_table.h"
 #include "app/artwork/tree.h"
 #include "host/artwork.h"
+#include "host/image.h"
 #include "host/matrix.h"
 #include "host/text.h"
 
@@ -104,6 +105,14 @@ public:
     /// Moves, turns and stretches a line. By how much its letters grow in height goes into sizes.
     void transformText(Art text, const RealMatrix&);
 
+    // Images, and the placed objects that show them. Copies show the same image.
+    ImageTable& images() { return images_; }
+    const ImageTable& images() const { return images_; }
+    /// Of a new placed object: no image.
+    PlacedImage placedImage(Art placed) const;
+    /// The image must be here.
+    void setPlacedImage(Art placed, const PlacedImage&);
+
     // Paint. Records stay for the document's life, where they are; equal ones are one. A style may
     // only use sources that are here, of its colour's kind.
     PaintSource addGradient(Gradient);
@@ -161,6 +170,8 @@ private:
     StyleTable styles_;
     FontTable fonts_;
     TextTable texts_;
+    ImageTable images_;
+    SideTable<PlacedImage> placed_;
     SideTable<ArtSource> sources_;
     /// Of each artwork: the first pattern that it is the tile of, or null.
     SideTable<PaintSource> artworks_;

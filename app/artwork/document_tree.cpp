@@ -72,6 +72,7 @@ void Document::copyProperties(NodeIndex from, NodeIndex to) {
     copy.segments = segments_.copy(original.segments);
     sources_.copy(from, to);
     texts_.copy(from, to);
+    placed_.copy(from, to);
 }
 
 /// Copies all that `from` holds into `to`, which holds nothing yet.
@@ -95,6 +96,7 @@ void Document::freeNode(NodeIndex node) {
     segments_.release(tree_[node].segments);
     sources_.erase(node);
     texts_.erase(node);
+    placed_.erase(node);
     artworks_.erase(node);
     tree_.free(node);
 }

@@ -68,6 +68,17 @@ HostError addTextRun(Art text, const TextRun*);
 HostError getTextRunCount(Art text, std::int32_t* count);
 HostError getTextRun(Art text, std::int32_t index, TextRun*);
 
+// Images
+HostError addImage(const ImageFacts*, Image* image, std::uint8_t* wantsBytes);
+HostError addImageBytes(Image, const std::byte* bytes, std::int64_t count);
+HostError endImage(Image);
+HostError giveUpImage(Image);
+HostError getImageFacts(Image, ImageFacts*);
+HostError openImageBytes(Image);
+HostError readImageBytes(Image, std::byte* bytes, std::int64_t room, std::int64_t* count);
+HostError setPlacedImage(Art placed, const PlacedImage*);
+HostError getPlacedImage(Art placed, PlacedImage*);
+
 // Page
 void getDocumentInfo(DocumentInfo*);
 HostError getPageOrigin(Point*);

@@ -24,6 +24,14 @@ void transformSegments(Document& document, Art path, const RealMatrix& map) {
     }
 }
 
+void transformPlaced(Document& document, Art art, const RealMatrix& map) {
+    PlacedImage placed = document.placedImage(art);
+    if (placed.image != Image::null) {
+        placed.matrix = fixedMatrix(multiply(realMatrix(placed.matrix), map));
+        document.setPlacedImage(art, placed);
+    }
+}
+
 } // namespace
 
 void transformArt(Document& document, Art top, const RealMatrix& map) {
@@ -39,9 +47,11 @@ void transformArt(Document& document, Art top, const RealMatrix& map) {
         case ArtKind::text:
             document.transformText(art, map);
             break;
+        case ArtKind::placed:
+            transformPlaced(document, art, map);
+            break;
         case ArtKind::group:
         case ArtKind::compound:
-        case ArtKind::placed:
         case ArtKind::unknown:
             break; // nothing of their own has a place
         }

@@ -19,12 +19,11 @@ struct CommandRow {
 
 constexpr std::array commandTable{
     CommandRow{Command::open, "open",
-               "FILE.pdf [--page N] [-o OUT.svg] [--images DIR] [--fonts WHERE] "
-               "[--text HOW]",
+               "FILE.pdf [--page N] [-o OUT.svg] [--images WHERE] [--fonts WHERE] [--text HOW]",
                "turn a page into editable artwork"},
     CommandRow{Command::save, "save",
                "ART.svg FILE.pdf [--page N] [--output OTHER.pdf] [--dry-run] [--force] [--plain] "
-               "[--mend]",
+               "[--mend] [--images DIR] [--allow-files]",
                "make artwork a page of the file; ART.svg may be - (standard input)"},
     CommandRow{Command::save, "save", "--mend FILE.pdf [--output OTHER.pdf] [--dry-run]",
                "mend a damaged file, and change no page"},
@@ -43,6 +42,7 @@ enum class OptionKind : std::uint8_t {
     text,
     dryRun,
     force,
+    allowFiles,
     plain,
     mend,
     passwordFile,
@@ -74,8 +74,8 @@ constexpr std::array optionTable{
               "the page, from 1; else the artwork's own, asked for on a terminal, or 1"},
     OptionRow{OptionKind::output, "-o", "OUT.svg", only(Command::open),
               "where the artwork goes; - is standard output (FILE-pageN.svg)"},
-    OptionRow{OptionKind::images, "--images", "DIR", only(Command::open),
-              "the folder for pictures (OUT-images)"},
+    OptionRow{OptionKind::images, "--images", "WHERE", only(Command::open) | only(Command::save),
+              "the page's pictures: embed, none, or a folder (OUT-images); saving: their folder"},
     OptionRow{OptionKind::fonts, "--fonts", "WHERE", only(Command::open),
               "the page's fonts: embed them (embed), none, or a folder for files to install"},
     OptionRow{OptionKind::text, "--text", "HOW", only(Command::open),
@@ -86,6 +86,8 @@ constexpr std::array optionTable{
               "say what would be saved, change nothing"},
     OptionRow{OptionKind::force, "--force", "", only(Command::save),
               "save even where that undoes another change, deletes much, or loses something"},
+    OptionRow{OptionKind::allowFiles, "--allow-files", "", only(Command::save),
+              "take pictures from any folder that the artwork names"},
     OptionRow{OptionKind::plain, "--plain", "", only(Command::save),
               "write new content uncompressed, for people who read it"},
     OptionRow{OptionKind::mend, "--mend", "", only(Command::save),
@@ -213,10 +215,10 @@ private:
             arguments_.output = value;
             break;
         case OptionKind::images:
-            arguments_.images = value;
+            takePlace(value, arguments_.imagePlace, arguments_.images);
             break;
         case OptionKind::fonts:
-            takeFonts(value);
+            takePlace(value, arguments_.fontPlace, arguments_.fonts);
             break;
         case OptionKind::text:
             if (value != "flow" && value != "exact") {
@@ -252,6 +254,9 @@ private:
         case OptionKind::force:
             arguments_.force = true;
             break;
+        case OptionKind::allowFiles:
+            arguments_.allowsFiles = true;
+            break;
         case OptionKind::quiet:
             arguments_.quiet = true;
             break;
@@ -267,11 +272,11 @@ private:
         }
     }
 
-    void takeFonts(std::string_view value) {
-        arguments_.fontPlace = value == "embed"  ? FontPlace::artwork
-                               : value == "none" ? FontPlace::none
-                                                 : FontPlace::folder;
-        arguments_.fonts = arguments_.fontPlace == FontPlace::folder ? value : std::string_view();
+    static void takePlace(std::string_view value, PartPlace& place, std::string& folder) {
+        place = value == "embed"  ? PartPlace::artwork
+                : value == "none" ? PartPlace::none
+                                  : PartPlace::folder;
+        folder = place == PartPlace::folder ? value : std::string_view();
     }
 
     void checkWhole() {

@@ -14,8 +14,8 @@ namespace corvane {
 
 enum class Command : std::uint8_t { open, save, info, check, log, revert };
 
-/// Where the fonts of a page go.
-enum class FontPlace : std::uint8_t { artwork, none, folder };
+/// Where the fonts of a page go, and its images.
+enum class PartPlace : std::uint8_t { artwork, none, folder };
 
 struct Arguments {
     Command command = Command::open;
@@ -25,8 +25,9 @@ struct Arguments {
     std::int32_t page = 0; ///< from 1; 0 where none was named
     std::string output;    ///< `open`: path of the SVG, "-" is standard output, empty leaves it to
                            ///< us; `save`: path of the PDF to make, empty changes `file` itself
-    std::string images;    ///< folder for pictures; empty leaves it to us
-    FontPlace fontPlace = FontPlace::artwork;
+    PartPlace imagePlace = PartPlace::folder;
+    std::string images; ///< folder for pictures, where `imagePlace` says so; empty leaves it to us
+    PartPlace fontPlace = PartPlace::artwork;
     bool placesLetters = false; ///< each letter of the artwork gets a place of its own
     std::string fonts = {};     ///< folder for fonts, where `fontPlace` says so
     Profile profile = Profile::extended;
@@ -35,8 +36,9 @@ struct Arguments {
     std::optional<std::string> password; ///< as it was given among the arguments
     bool dryRun = false;
     bool force = false;
-    bool plain = false; ///< new content is not compressed
-    bool mend = false;  ///< what is damaged in the file is mended
+    bool allowsFiles = false; ///< images may come from any folder
+    bool plain = false;       ///< new content is not compressed
+    bool mend = false;        ///< what is damaged in the file is mended
     bool quiet = false;
     bool json = false;
 };

@@ -90,15 +90,17 @@ std::string shortened(std::string_view name) {
 
 } // namespace
 
-SvgReading readArtwork(const std::string& path, Document& document) {
+SvgReading readArtwork(const std::string& path, Document& document, const ImageFolders& files) {
     std::string bytes = bytesOf(path);
     if (bytes.starts_with("%PDF-")) {
         refuse(path, "it is a PDF", "name the artwork first, then the PDF");
     }
     try {
-        SvgReading reading = readSvg(std::move(bytes), document, stopIfInterrupted);
+        SvgReading reading = readSvg(std::move(bytes), document, stopIfInterrupted, &files);
         stopIfInterrupted();
         return reading;
+    } catch (const SvgImageError& error) {
+        refuse(path, error.what(), "put the image right, or take it out of the artwork");
     } catch (const SvgError& error) {
         refuse(path, error.what(), "repair it, or save it as SVG from an editor");
     } catch (const ArtworkError& error) {

@@ -3,6 +3,7 @@
 #include "app/artwork/document.h"
 #include "app/cli/files/font_folder.h"
 #include "app/cli/files/output.h"
+#include "app/cli/image_place.h"
 #include "app/cli/messages.h"
 #include "app/cli/session.h"
 #include "app/cli/text.h"
@@ -48,7 +49,7 @@ void noteOmitted(const Arguments& arguments, const Provenance& source) {
 
 void writeArtwork(const Arguments& arguments, const Document& document, const OutputTarget& target,
                   Report& report) {
-    const bool embeds = arguments.fontPlace == FontPlace::artwork;
+    const bool embeds = arguments.fontPlace == PartPlace::artwork;
     OutputFile output(target);
     output.commit(writeSvg(document, report.source, output,
                            {embeds ? EmbeddedFonts::all : EmbeddedFonts::none,
@@ -58,7 +59,7 @@ void writeArtwork(const Arguments& arguments, const Document& document, const Ou
 
 /// How many were written.
 std::int32_t writeFonts(const Arguments& arguments, const Document& document) {
-    return arguments.fontPlace == FontPlace::folder
+    return arguments.fontPlace == PartPlace::folder
                ? writeFontFiles(document.fonts(), arguments.fonts, arguments.file)
                : 0;
 }
@@ -76,11 +77,13 @@ void runOpen(const Arguments& arguments, Report& report) {
     report.source.page = std::max(report.source.page, 1);
 
     const OutputTarget target = targetOf(arguments, report.source.page);
-    ImageFolder& images = session.listener().imageFolder();
-    images.setPath(arguments.images.empty() ? imageFolderName(target.path) : arguments.images);
+    ImageFolder& folder = session.listener().imageFolder();
+    folder.setPath(arguments.images.empty() ? imageFolderName(target.path) : arguments.images);
+    ImagePlace images(arguments, folder, target.path);
+    document.images().setStore(images.store());
     document.page().setProfile(arguments.profile);
     document.expectImport();
-    session.call(Selector::go);
+    images.explain([&] { session.call(Selector::go); });
     if (!document.importFinished()) {
         throw Failure({code::host, "the plug-in left the page unfinished; install program and "
                                    "plug-in of one version"});
@@ -88,7 +91,7 @@ void runOpen(const Arguments& arguments, Report& report) {
     nameArtwork(arguments, target, report.source);
     const std::int32_t fonts = writeFonts(arguments, document);
     writeArtwork(arguments, document, target, report);
-    images.keep();
+    images.keep(report);
     if (target.kind != OutputTarget::Kind::standardOutput) {
         note(arguments, "page " + std::to_string(report.source.page) + " is in " + target.path);
     }
@@ -96,6 +99,7 @@ void runOpen(const Arguments& arguments, Report& report) {
         note(arguments, counted(fonts, "font") + " to install " + (fonts == 1 ? "is" : "are") +
                             " in " + arguments.fonts);
     }
+    images.announce(arguments);
     noteOmitted(arguments, report.source);
 }
 

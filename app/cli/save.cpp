@@ -2,6 +2,7 @@
 
 #include "app/artwork/document.h"
 #include "app/cli/artwork_file.h"
+#include "app/cli/files/hidden_file.h"
 #include "app/cli/files/save_place.h"
 #include "app/cli/losses.h"
 #include "app/cli/messages.h"
@@ -12,6 +13,16 @@
 namespace corvane {
 
 namespace {
+
+/// Images lie beside the artwork, or where the person says.
+ImageFolders imagesOf(const Arguments& arguments) {
+    std::vector<std::string> others;
+    if (!arguments.images.empty()) {
+        others.push_back(arguments.images);
+    }
+    const bool isStream = arguments.artwork == "-";
+    return {isStream ? "." : folderOf(arguments.artwork), others, arguments.allowsFiles};
+}
 
 /// What the person left open is as the artwork says.
 void adopt(const SvgReading& reading, Document& document, Arguments& arguments) {
@@ -168,7 +179,7 @@ void announceSaved(const SavePlace& place, const Arguments& arguments, const Sav
 
 void runSave(Arguments& arguments, Report& report) {
     Document document;
-    const SvgReading reading = readArtwork(arguments.artwork, document);
+    const SvgReading reading = readArtwork(arguments.artwork, document, imagesOf(arguments));
     const std::int32_t wantedPage = arguments.page;
     report.source = reading.provenance;
     report.ignored = reading.ignored;

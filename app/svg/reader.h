@@ -3,6 +3,7 @@
 
 #include "app/artwork/document.h"
 #include "app/artwork/provenance.h"
+#include "app/images/image_folders.h"
 #include "host/matrix.h"
 
 #include <cstdint>
@@ -14,8 +15,8 @@
 
 namespace corvane {
 
-/// An image that a file of artwork shows and the artwork does not hold. Reading SVG does not read
-/// the image's file.
+/// An image that a file of artwork shows and the artwork does not hold: it comes from the network,
+/// or is neither PNG nor JPEG.
 struct SvgImage {
     std::string id;        ///< of the element; empty where it has none
     std::string href;      ///< as written; of an embedded image only what stands before its data
@@ -45,12 +46,20 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// Reads `text`, which is taken over and changed in place, into `document`, which is new. Nothing
-/// is ever read from disk or network, whatever the text refers to. Throws `SvgError`, and
-/// `ArtworkError` where the artwork's own limits are passed; the document is then of no use.
+/// An image that cannot be read: its file is missing, damaged, or not to be read.
+class SvgImageError : public SvgError {
+public:
+    using SvgError::SvgError;
+};
+
+/// Reads `text`, which is taken over and changed in place, into `document`, which is new. Files of
+/// images are read as `files` says, without it none; nothing else is ever read from disk or
+/// network, whatever the text refers to. Throws `SvgError`, and `ArtworkError` where the artwork's
+/// own limits are passed; the document is then of no use.
 ///
 /// `pause` is called before each element and may end the reading by what it throws. It is not
 /// called while the text is taken apart into elements, which is the smaller part.
-SvgReading readSvg(std::string text, Document& document, const std::function<void()>& pause = {});
+SvgReading readSvg(std::string text, Document& document, const std::function<void()>& pause = {},
+                   const ImageFolders* files = nullptr);
 
 } // namespace corvane

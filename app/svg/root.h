@@ -7,7 +7,8 @@
 
 namespace corvane {
 
-/// Writes the XML declaration and the root's start tag.
-void writeRootStart(TextOutput&, const Page&, const Provenance&);
+/// Writes the XML declaration and the root's start tag. `namesFiles`: elements below use the names
+/// of XLink.
+void writeRootStart(TextOutput&, const Page&, const Provenance&, bool namesFiles);
 
 } // namespace corvane

@@ -1,6 +1,8 @@
 // Where written text goes, and the buffer in front of it.
 #pragma once
 
+#include "app/images/byte_sink.h"
+
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -8,17 +10,6 @@
 #include <system_error>
 
 namespace corvane {
-
-class ByteSink {
-public:
-    ByteSink() = default;
-    ByteSink(const ByteSink&) = delete;
-    ByteSink& operator=(const ByteSink&) = delete;
-    virtual ~ByteSink() = default;
-
-    /// Takes all of `bytes`, or says why it could not.
-    virtual std::error_code write(std::string_view bytes) = 0;
-};
 
 /// Writes to an open file descriptor, which it does not own. Interrupted and partial writes go on.
 /// On a pipe without a reader the answer is EPIPE if the process ignores SIGPIPE.

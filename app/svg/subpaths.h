@@ -1,5 +1,5 @@
 // What art of each kind is in SVG. Paths and compound paths are treated alike: subpaths in one
-// style. Text without runs is nothing.
+// style. Text without runs, and a placed object that shows no image, are nothing.
 #pragma once
 
 #include "app/artwork/document.h"
@@ -10,7 +10,8 @@ enum class SvgObject {
     none, ///< is not written
     group,
     shape,
-    text
+    text,
+    image
 };
 
 inline SvgObject svgObject(const Document& document, Art art) {
@@ -23,6 +24,7 @@ inline SvgObject svgObject(const Document& document, Art art) {
     case ArtKind::text:
         return document.textRunCount(art) == 0 ? SvgObject::none : SvgObject::text;
     case ArtKind::placed:
+        return document.placedImage(art).image == Image::null ? SvgObject::none : SvgObject::image;
     case ArtKind::unknown:
         break;
     }

@@ -1,5 +1,6 @@
 #include "app/svg/survey.h"
 
+#include "app/svg/image_writer.h"
 #include "app/svg/subpaths.h"
 
 #include <utility>
@@ -35,11 +36,14 @@ public:
                 break;
             case SvgObject::shape:
                 if (art != visits_.back().clip) {
-                    addShape(art);
+                    addPainted(art, paintedExtent);
                 }
                 break;
             case SvgObject::text:
                 addText();
+                break;
+            case SvgObject::image:
+                addPainted(art, placedExtent);
                 break;
             case SvgObject::none:
                 break;
@@ -65,11 +69,11 @@ private:
         visits_.push_back(visit);
     }
 
-    void addShape(Art shape) {
+    void addPainted(Art art, Extent (*extentOf)(const Document&, Art)) {
         GroupSurvey& survey = groups_[visits_.back().index];
         survey.drawn = true;
         if (visits_.back().measured) {
-            survey.content.add(paintedExtent(document_, shape));
+            survey.content.add(extentOf(document_, art));
         }
     }
 

@@ -2,6 +2,7 @@
 
 #include "app/svg/art_source.h"
 #include "app/svg/font_rules.h"
+#include "app/svg/image_writer.h"
 #include "app/svg/layer_attributes.h"
 #include "app/svg/markup.h"
 #include "app/svg/paint_servers.h"
@@ -88,6 +89,7 @@ private:
     void leaveGroup();
     void writeShape(Art);
     void writeLine(Art text);
+    void writePlaced(Art placed);
     void writeServers(const PathStyle&, int depth);
     void endShape(Note);
 
@@ -183,6 +185,9 @@ void SvgWriter::writeLevels() {
             break;
         case SvgObject::text:
             writeLine(art);
+            break;
+        case SvgObject::image:
+            writePlaced(art);
             break;
         case SvgObject::none:
             break;
@@ -326,6 +331,33 @@ void SvgWriter::writeLine(Art text) {
     writeText(out_, servers_, text, place);
 }
 
+/// A clip would be turned with the picture, so one that the picture itself carries is a group's.
+void SvgWriter::writePlaced(Art placed) {
+    const Level& level = levels_.back();
+    const bool isPicture = showsFile(document_, placed);
+    const bool isClipped = !level.chain.hides && level.chain.clip != 0;
+    writeIndent(out_, level.depth);
+    if (isPicture && isClipped) {
+        out_.text("<g");
+        writeReference(level.chain.clip);
+        out_.text(">");
+    }
+    out_.text(isPicture ? "<image" : "<path");
+    writeId(shapeIdPrefix, ++numbers_.shapes);
+    writeSource("data-source", placed);
+    if (level.chain.hides) {
+        writePlainAttribute(out_, "display", "none");
+    } else if (isClipped && !isPicture) {
+        writeReference(level.chain.clip);
+    }
+    if (isPicture) {
+        writeImageAttributes(out_, document_, placed, corner_);
+    } else {
+        writeFrameAttributes(out_, document_, placed, corner_);
+    }
+    out_.text(isPicture && isClipped ? "/></g>" : "/>");
+}
+
 ClipEffect SvgWriter::clipEffect(Art clip, const GroupSurvey& survey, const Extent& visible) const {
     if (clip == Art::null) {
         return ClipEffect::none;
@@ -445,7 +477,7 @@ void SvgWriter::writeSource(std::string_view name, Art art) {
 std::error_code writeSvg(const Document& document, const Provenance& provenance, ByteSink& sink,
                          const SvgOptions& options) {
     TextOutput out(sink);
-    writeRootStart(out, document.page(), provenance);
+    writeRootStart(out, document.page(), provenance, document.images().size() != 0);
     if (options.fonts == EmbeddedFonts::all) {
         writeFontRules(out, document.fonts());
     }

@@ -13,7 +13,7 @@ std::unique_ptr<DctState> DCTInitialize() {
 }
 
 void DCTDecodeOpen(DctState& state, DctSource& source) {
-    state.decoder = std::make_unique<DctDecoder>(source, state.strict);
+    state.decoder = std::make_unique<DctDecoder>(source, state.strict, state.usualTransform);
 }
 
 std::span<const std::uint8_t> DCTDFilBuf(DctState& state) {

@@ -60,6 +60,8 @@ struct DctState {
     DctSettings settings{};
     /// Set before `DCTDecodeOpen`: an APP14 segment with values that mean nothing is refused.
     bool strict = false;
+    /// Set before `DCTDecodeOpen`: the colour transform where no APP14 segment states one.
+    std::int32_t usualTransform = dctUnstatedTransform;
     /// Encoding: the row to be coded next, of width times components bytes.
     std::vector<std::uint8_t> row{};
     std::unique_ptr<DctDecoder> decoder{};

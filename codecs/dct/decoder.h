@@ -19,8 +19,12 @@ namespace corvane {
 
 class DctDecoder {
 public:
-    explicit DctDecoder(DctSource& source, bool strict = false) : input_(source) {
+    /// `usualTransform`: of colours, where no APP14 segment states one.
+    explicit DctDecoder(DctSource& source, bool strict = false,
+                        std::int32_t usualTransform = dctUnstatedTransform)
+        : input_(source) {
         header_.strict = strict;
+        header_.application.transform = usualTransform;
     }
 
     /// The next row; empty after the last one.

@@ -16,8 +16,8 @@ namespace {
 
 /// Whether something else than text is painted: lines do not go on across that.
 bool paintsOther(OperatorRole role) {
-    return role == OperatorRole::paint || role == OperatorRole::paintPath ||
-           role == OperatorRole::endImage;
+    return role == OperatorRole::paint || role == OperatorRole::object ||
+           role == OperatorRole::paintPath || role == OperatorRole::endImage;
 }
 
 /// What a glyph that only says its shape does not do.

@@ -58,7 +58,7 @@ constexpr std::array commonRows = {
     ContentKeyword{"BI", "", beginImageOperator, Role::beginImage},
     ContentKeyword{"ID", "", dataImageOperator, Role::imageData},
     ContentKeyword{"EI", "", endImageOperator, Role::endImage},
-    ContentKeyword{"Do", "l", doObjectOperator, Role::paint},
+    ContentKeyword{"Do", "l", doObjectOperator, Role::object},
     ContentKeyword{"d0", "xx", charWidthOperator},
     ContentKeyword{"d1", "xxxxxx", cacheDeviceOperator},
 };

@@ -20,7 +20,8 @@ enum class OperatorRole : std::uint8_t {
     construct,
     clipWord, ///< W, W*
     paintPath,
-    paint, ///< something else than a path
+    paint,  ///< what no art shows
+    object, ///< Do
     save,
     restore,
     matrix,

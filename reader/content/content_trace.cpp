@@ -168,6 +168,16 @@ void ContentTrace::applyShow(const Interpreter& interpreter, TraceEvent& event) 
     markClips(&ClipLink::holds);
 }
 
+/// Or something else that no art shows.
+void ContentTrace::applyImage(const Interpreter& interpreter, TraceEvent& event) {
+    event.art = interpreter.level.placed;
+    if (event.art == Art::null) {
+        return hide();
+    }
+    painted_.push({.event = next(), .art = event.art, .isImage = true});
+    markClips(&ClipLink::holds);
+}
+
 void ContentTrace::apply(const Interpreter& interpreter, TraceEvent& event) {
     switch (event.role) {
     case OperatorRole::paintPath:
@@ -198,11 +208,13 @@ void ContentTrace::apply(const Interpreter& interpreter, TraceEvent& event) {
         return applyShow(interpreter, event);
     case OperatorRole::paint:
         return hide();
+    case OperatorRole::object:
+        return applyImage(interpreter, event);
     case OperatorRole::endImage:
         event.start = isInImage_ ? imageStart_ : event.start;
         isInImage_ = false;
         isInData_ = false;
-        return hide();
+        return applyImage(interpreter, event);
     case OperatorRole::beginText:
         behind_.isInText = true;
         textPlaces_.push({.begin = next()});

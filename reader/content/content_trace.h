@@ -46,7 +46,7 @@ struct TraceEvent {
     bool hidesFill : 1 = false;    ///< of a path: filled with what its art does not show
     bool hidesStroke : 1 = false;  ///< in the same way
     bool namesPattern : 1 = false; ///< of scn, SCN
-    Art art = Art::null;           ///< of a path: what was painted
+    Art art = Art::null;           ///< what was painted; of text its first part
     Art clip = Art::null;          ///< of a path: what clips from here on
     Surroundings behind = {};
 };
@@ -84,6 +84,7 @@ struct PaintedArt {
     TraceIndex setting = 0; ///< of text: in `ContentTrace::textSetting`
     TraceIndex part = 0;    ///< of text: in `ContentTrace::textPart`
     bool isDrawn = false;   ///< text that glyph procedures drew: the art is a group of paths
+    bool isImage = false;
 };
 
 /// A link of the clips in force.
@@ -165,6 +166,7 @@ private:
     void apply(const Interpreter& interpreter, TraceEvent& event);
     void applyPath(const Interpreter& interpreter, TraceEvent& event);
     void applyShow(const Interpreter& interpreter, TraceEvent& event);
+    void applyImage(const Interpreter& interpreter, TraceEvent& event);
     void addTextPlace(const Interpreter& interpreter);
     void addClip(Art art);
     void markClips(bool ClipLink::*mark);

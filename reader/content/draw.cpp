@@ -3,6 +3,7 @@
 #include "reader/content/content.h"
 #include "reader/content/interpreter.h"
 #include "reader/content/losses.h"
+#include "reader/image/place_image.h"
 #include "reader/page/page_content.h"
 #include "reader/page/page_digest.h"
 #include "reader/page/page_matrix.h"
@@ -56,6 +57,7 @@ void runPage(Interpreter& interpreter, std::span<const ObjectOwner> streams) {
     ContentScope page(interpreter, ObjectOwner(interpreter.cache.resources.get()));
     interpreter.level.tellsSources = tellsSources();
     interpreter.readsText = hostHoldsText();
+    interpreter.readsImages = hostHoldsImages();
     runContent(interpreter, streams);
     page.leave();
     interpreter.containers.finish();

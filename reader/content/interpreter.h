@@ -16,6 +16,7 @@
 #include "reader/content/omissions.h"
 #include "reader/content/progress.h"
 #include "reader/content/state.h"
+#include "reader/image/page_images.h"
 #include "reader/paint/colour_space_cache.h"
 #include "reader/paint/path.h"
 #include "reader/syntax/token_push.h"
@@ -65,6 +66,9 @@ struct ContentLevel {
     bool ignoresColour = false; ///< of one that only says a shape (d1)
     bool setsFont = false;      ///< the latest `gs` set the font
     classic::TextLineState classicText;
+    Art placed = Art::null;        ///< what the operator that draws an image made of it
+    std::int64_t imageStart = -1;  ///< of the inline image that is open; below 0: none is
+    KnownImage inlineImage;        ///< it, once its data were read
     ContentTrace* trace = nullptr; ///< where operators are noted, if anywhere; not an owner
 };
 
@@ -85,7 +89,9 @@ struct Interpreter {
     PageFonts fonts;
     classic::FontList classicFonts;
     classic::SelectedFonts selectedFonts;
-    bool readsText = false; ///< text becomes art; otherwise it is counted and left out
+    PageImages images;
+    bool readsText = false;   ///< text becomes art; otherwise it is counted and left out
+    bool readsImages = false; ///< the same of images
 };
 
 /// One content, from its first stream to its last.

@@ -49,6 +49,9 @@ struct ReadingWork {
     std::int64_t comparedKeys = 0;    ///< of dictionaries looked into
     std::int64_t searchedBytes = 0;   ///< searched for ends of streams
     std::int64_t pageBytes = 0;       ///< that streams delivered since the page came into use
+    std::int64_t imageStreamBytes = 0; ///< the same of images, which do not count above
+    std::int64_t imageBytes = 0;       ///< of images that the host got, since then
+    std::int64_t imageColours = 0;     ///< steps of work on their colours, since then
 };
 
 struct DocumentCache {

@@ -33,6 +33,7 @@ private:
 class DigestFeed {
 public:
     void number(std::int64_t number);
+    void feed(std::span<const std::byte> bytes);
     /// The object and all that it holds. References count by number and generation or, with `met`,
     /// by their place there; what is noted beside what is drawn is left out then.
     void object(const Object& object, MetObjects* met = nullptr);
@@ -48,7 +49,6 @@ public:
     std::uint64_t value() const { return digest_.value(); }
 
 private:
-    void feed(std::span<const std::byte> bytes);
     void text(std::string_view text);
     void objects(std::vector<Object> pending, MetObjects* met);
 

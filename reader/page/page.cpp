@@ -61,6 +61,9 @@ void forgetPage(DocumentCache& cache) {
     }
     cache.pageNumber = 0;
     cache.work.pageBytes = 0;
+    cache.work.imageStreamBytes = 0;
+    cache.work.imageBytes = 0;
+    cache.work.imageColours = 0;
 }
 
 ObjectOwner pageDictionary(DocumentCache& cache, const PageEntry& entry) {

@@ -59,25 +59,22 @@ Colour indexedColour(const ColourSpace& space, double index) {
     return colourIn(*space.base, components);
 }
 
-Colour tintColour(const ColourSpace& space, double tint) {
-    const double share = std::pow(std::clamp(tint, 0.0, 1.0), space.exponent);
-    std::vector<double> components(space.ink.size());
-    for (std::size_t i = 0; i < components.size(); ++i) {
-        components[i] = space.paper[i] + share * (space.ink[i] - space.paper[i]);
-    }
-    return colourIn(*space.base, components);
+Colour tintColour(const ColourSpace& space, std::span<const double> tints) {
+    std::array<double, functionArity> components{};
+    space.function->evaluate(tints, components);
+    return colourIn(*space.base, std::span(components).first(space.function->outputs()));
 }
 
 } // namespace
 
 Colour initialColour(const ColourSpace& space) {
     constexpr std::array cmykBlack = {0.0, 0.0, 0.0, 1.0};
-    constexpr std::array fullTint = {1.0};
     switch (space.kind) {
     case ColourSpace::Kind::cmyk:
         return colourIn(space, cmykBlack);
     case ColourSpace::Kind::tint:
-        return colourIn(space, fullTint);
+        return colourIn(space,
+                        std::vector<double>(static_cast<std::size_t>(space.components), 1.0));
     default:
         return colourIn(space, {});
     }
@@ -98,7 +95,7 @@ Colour colourIn(const ColourSpace& space, std::span<const double> components) {
     case ColourSpace::Kind::indexed:
         return indexedColour(space, component(components, 0));
     case ColourSpace::Kind::tint:
-        return tintColour(space, component(components, 0));
+        return tintColour(space, components);
     case ColourSpace::Kind::pattern:
         break;
     }

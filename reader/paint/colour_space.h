@@ -1,13 +1,14 @@
 // Colour spaces of page content: what the numbers of `sc` and `scn` mean.
 //
 // The host knows gray and process colour. Spaces with a profile count by their number of
-// components, as readers without colour management take them; a space that names one ink is shown
+// components, as readers without colour management take them; a space that names inks is shown
 // through its alternate. PDF Reference, 4.5.
 #pragma once
 
 #include "host/artwork.h"
 #include "objects/object.h"
 #include "reader/document/cache.h"
+#include "reader/paint/function.h"
 
 #include <cstdint>
 #include <memory>
@@ -28,10 +29,8 @@ struct ColourSpace {
     std::shared_ptr<const ColourSpace> base = nullptr;
     /// Of `indexed`: the components of each colour, a byte each.
     std::vector<std::uint8_t> table = {};
-    /// Of `tint`: components at tints 0 and 1.0, and the exponent between them.
-    std::vector<double> paper = {};
-    std::vector<double> ink = {};
-    double exponent = 1;
+    /// Of `tint`: from amounts of its inks to components of the base.
+    FunctionPointer function = nullptr;
     /// Of `lab`: the ranges of a and b.
     double range[4] = {-100, 100, -100, 100};
 };

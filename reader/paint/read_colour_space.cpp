@@ -16,7 +16,7 @@ using Kind = ColourSpace::Kind;
 constexpr int deepestSpace = 4;
 
 /// Components of a colour, by the PDF Reference, appendix C.
-constexpr std::size_t mostComponents = 32;
+constexpr std::size_t mostComponents = functionArity;
 
 /// Bytes of an indexed space's table that count: 256 entries of up to 32 components.
 constexpr std::size_t longestTable = 256 * mostComponents;
@@ -95,22 +95,23 @@ ColourSpacePointer indexedSpace(DocumentCache& cache, std::span<const Object> el
     return std::make_shared<ColourSpace>(std::move(space));
 }
 
-/// [name colorant alternate function], for functions that interpolate between two colours.
+/// Inks that a space names: one, or those of an array.
+std::size_t inkCount(const Object& names) {
+    return typeObject(names) == ObjectType::array ? static_cast<std::size_t>(sizeObject(names)) : 1;
+}
+
+/// [name inks alternate function ...], of Separation and DeviceN.
 ColourSpacePointer tintSpace(DocumentCache& cache, std::span<const Object> elements, int depth) {
-    ColourSpace space{.kind = Kind::tint, .components = 1};
+    ColourSpace space{.kind = Kind::tint};
+    const std::size_t inks = inkCount(resolveObject(cache, elements[1]).get());
     space.base = parseSpace(cache, elements[2], depth + 1);
-    const ObjectOwner function = resolveObject(cache, elements[3]);
-    if (space.base == nullptr || space.base->components == 0 ||
-        typeObject(function.get()) != ObjectType::dictionary ||
-        integerObject(lookupObject(cache, function.get(), "FunctionType").get()) != 2) {
+    space.function = readFunction(cache, elements[3]);
+    if (inks == 0 || inks > mostComponents || space.base == nullptr ||
+        space.base->components == 0 || space.function == nullptr ||
+        space.function->inputs() != inks) {
         return nullptr;
     }
-    const auto width = static_cast<std::size_t>(space.base->components);
-    space.paper = realNumbers(cache, lookupObject(cache, function.get(), "C0").get());
-    space.ink = realNumbers(cache, lookupObject(cache, function.get(), "C1").get());
-    space.paper.resize(width, 0.0);
-    space.ink.resize(width, 1.0);
-    space.exponent = std::max(0.0, realNumber(cache, findEntry(cache, function.get(), "N")));
+    space.components = static_cast<std::int32_t>(inks);
     return std::make_shared<ColourSpace>(std::move(space));
 }
 
@@ -137,7 +138,7 @@ ColourSpacePointer parseSpace(DocumentCache& cache, const Object& object, int de
     if ((family == "Indexed" || family == "I") && elements.size() >= 4) {
         return indexedSpace(cache, elements, depth);
     }
-    if (family == "Separation" && elements.size() >= 4) {
+    if ((family == "Separation" || family == "DeviceN") && elements.size() >= 4) {
         return tintSpace(cache, elements, depth);
     }
     return namedColourSpace(family);

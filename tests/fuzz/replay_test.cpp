@@ -36,13 +36,14 @@ INSTANTIATE_TEST_SUITE_P(
     Targets, Replay,
     ::testing::Values(Target{"token", fuzzToken}, Target{"dct_decode", fuzzDctDecode},
                       Target{"dct_encode", fuzzDctEncode}, Target{"svg", fuzzSvg},
-                      Target{"document", fuzzDocument}, Target{"encryption", fuzzEncryption},
-                      Target{"fax_decode", fuzzFaxDecode}, Target{"fax_encode", fuzzFaxEncode},
-                      Target{"content", fuzzContent}, Target{"save", fuzzSave},
-                      Target{"grammar", fuzzGrammar}, Target{"patch", fuzzPatch},
-                      Target{"patch_grammar", fuzzPatchGrammar},
+                      Target{"image_file", fuzzImageFile}, Target{"document", fuzzDocument},
+                      Target{"encryption", fuzzEncryption}, Target{"fax_decode", fuzzFaxDecode},
+                      Target{"fax_encode", fuzzFaxEncode}, Target{"content", fuzzContent},
+                      Target{"save", fuzzSave}, Target{"grammar", fuzzGrammar},
+                      Target{"patch", fuzzPatch}, Target{"patch_grammar", fuzzPatchGrammar},
                       Target{"resource_fork", fuzzResourceFork}, Target{"font", fuzzFont},
-                      Target{"cmap", fuzzCMap}),
+                      Target{"cmap", fuzzCMap}, Target{"image", fuzzImage}, Target{"jpx", fuzzJpx},
+                      Target{"jbig2", fuzzJbig2}),
     [](const auto& target) { return target.param.name; });
 
 } // namespace

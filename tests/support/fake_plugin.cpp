@@ -11,6 +11,7 @@
 //   warnings=N     shows N warnings of a page
 //   omitted=N      tells that N texts were left out
 //   segments=N     draws a path of N segments
+//   images=N       the page has N images, PNG and JPEG in turn, of N + 1 by 2 pixels
 //   unfinished     draws, but never finishes the import
 //   wait           works on and on until the person stops it
 //   folder         asks for the folder of the pictures
@@ -146,6 +147,37 @@ bool drawPath(const ParameterBlock& block, std::int32_t count) {
     return true;
 }
 
+/// False where the host did not take one. Of a JPEG only the first bytes count.
+bool placeImages(const ParameterBlock& block, std::int32_t count) {
+    Art layer = Art::null;
+    call(block, slot::getLayerArt, Layer::null, &layer);
+    for (std::int32_t i = 0; i < count; ++i) {
+        const std::string key = std::to_string(i + 10) + "-abcdef";
+        const bool isJpeg = i % 2 == 1;
+        ImageFacts facts;
+        facts.width = i + 2;
+        facts.height = 2;
+        facts.coding = isJpeg ? ImageCoding::jpeg : ImageCoding::samples;
+        facts.key = key;
+        Image image = Image::null;
+        std::uint8_t wantsBytes = 0;
+        const std::vector<std::byte> bytes(static_cast<std::size_t>(2 * facts.width),
+                                           std::byte{0x70});
+        if (call(block, slot::addImage, &facts, &image, &wantsBytes) != HostError::none ||
+            (wantsBytes != 0 &&
+             (call(block, slot::addImageBytes, image, bytes.data(), std::ssize(bytes)) !=
+                  HostError::none ||
+              call(block, slot::endImage, image) != HostError::none))) {
+            return false;
+        }
+        Art placed = Art::null;
+        const PlacedImage shown{image, {100 * fixedOne, 0, 0, 50 * fixedOne, i * fixedOne, 0}};
+        call(block, slot::newArt, ArtKind::placed, Placement::inside, layer, &placed);
+        call(block, slot::setPlacedImage, placed, &shown);
+    }
+    return true;
+}
+
 /// Where the pictures go, for the test to read.
 void askForFolder() {
     std::int16_t volume = 0;
@@ -173,7 +205,8 @@ std::uint32_t readPage(const ParameterBlock& block, const HostExtension& extensi
     if (partOf("folder")) {
         askForFolder();
     }
-    if (!drawPath(block, partOf("segments").value_or(4))) {
+    if (!placeImages(block, partOf("images").value_or(0)) ||
+        !drawPath(block, partOf("segments").value_or(4))) {
         return showError(3, "the host refused");
     }
     if (const auto omitted = partOf("omitted")) {

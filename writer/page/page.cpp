@@ -75,6 +75,9 @@ std::int64_t writePatched(DocumentCache& cache, const UpdatePlan& plan, PlannedP
         writeGroup(cache, group);
     }
     patch.page.fonts.write(cache);
+    for (const NewImage& image : patch.page.images) {
+        writeImage(cache, image);
+    }
     if (patch.page.resetState != 0) {
         writeResetState(*cache.output, patch.page.resetState);
     }

@@ -2,7 +2,9 @@
 
 #include "reader/content/art.h"
 #include "runtime/callbacks.h"
+#include "runtime/matrix.h"
 #include "writer/art/outline.h"
+#include "writer/patch/placed_image.h"
 
 #include <algorithm>
 #include <array>
@@ -39,6 +41,14 @@ ArtExtent extentOf(Art art) {
         return {INT64_MIN, INT64_MIN, INT64_MAX, INT64_MAX};
     }
     ArtExtent extent;
+    if (artKind(art) == ArtKind::placed) {
+        const RealMatrix matrix = realMatrix(placedImage(art).matrix);
+        for (const RealPoint& corner : unitSquare) {
+            const RealPoint at = transform(matrix, corner);
+            extent.add({fixedFromReal(at.x), fixedFromReal(at.y)});
+        }
+        return extent;
+    }
     forEachSegment(art, [&](const Segment& segment) {
         extent.add(segment.anchor);
         extent.add(segment.in);

@@ -2,6 +2,7 @@
 
 #include "reader/content/content.h"
 #include "reader/content/interpreter.h"
+#include "reader/image/place_image.h"
 #include "reader/page/page_matrix.h"
 #include "reader/syntax/stream_chain.h"
 #include "reader/text/show_text.h"
@@ -48,6 +49,7 @@ void readBase(DocumentCache& cache, const PageBase& base, BaseReading& reading) 
     cache.work.pageBytes = 0;
     const WarningMark before;
     interpreter.readsText = hostHoldsText();
+    interpreter.readsImages = hostHoldsImages();
     runBase(interpreter, base, reading.trace);
     reading.fonts = std::move(interpreter.fonts);
     before.forgetLater();

@@ -107,7 +107,8 @@ bool isGuide(Art art) {
 } // namespace
 
 bool ArtDifference::any() const {
-    return kind || shape || paints || fill || strokeParts() || flatness || letters || place;
+    return kind || shape || paints || fill || strokeParts() || flatness || letters || place ||
+           image;
 }
 
 bool sameColour(const Colour& was, const Colour& is) {

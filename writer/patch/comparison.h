@@ -22,7 +22,8 @@ struct ArtDifference {
     bool miterLimit = false;
     bool flatness = false;
     bool letters = false; ///< of text: what is shown, in which font, and how letters stand
-    bool place = false;   ///< of text: where it begins, its size and direction
+    bool place = false;   ///< of text: where it begins, its size and direction; of images: where
+    bool image = false;   ///< of images: which one
 
     bool any() const;
     bool strokeParts() const { return stroke || lineWidth || dash || cap || join || miterLimit; }

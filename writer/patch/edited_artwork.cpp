@@ -1,6 +1,7 @@
 #include "writer/patch/edited_artwork.h"
 
 #include "reader/content/art.h"
+#include "reader/image/place_image.h"
 #include "reader/text/show_text.h"
 #include "runtime/callbacks.h"
 #include "writer/art/art_stack.h"
@@ -53,17 +54,18 @@ private:
         case 0:
             return enter(art, kind);
         case 2:
-        case 3: {
-            EditedObject object{.art = art, .kind = kind, .group = group_, .source = {}};
-            callHost(slot::getArtSource, art, &object.source);
-            artwork_.objects.push(object);
-            return;
-        }
+        case 3:
+            return add(art, kind);
         case 4:
             return addRuns(art);
         case 5:
         case 6:
             return; // kinds that are not drawn
+        case 7:
+            if (hostHoldsImages()) {
+                return add(art, kind);
+            }
+            [[fallthrough]];
         default:
             failException(Exception::type);
         }
@@ -80,6 +82,12 @@ private:
         }
         artwork_.objects.push(object);
         return true;
+    }
+
+    void add(Art art, ArtKind kind) {
+        EditedObject object{.art = art, .kind = kind, .group = group_, .source = {}};
+        callHost(slot::getArtSource, art, &object.source);
+        artwork_.objects.push(object);
     }
 
     void addRuns(Art text) {

@@ -22,7 +22,8 @@ struct EditedGroup {
 
 struct EditedObject {
     Art art = Art::null;
-    ArtKind kind = ArtKind::path; ///< or a compound path, or text; a group that has a source
+    /// Or a compound path, text, a placed image; a group that has a source.
+    ArtKind kind = ArtKind::path;
     EditedIndex group = 0;
     ArtSource source;
     // Of text: each run is an object.

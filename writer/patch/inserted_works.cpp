@@ -8,6 +8,7 @@
 #include "writer/patch/insertion_points.h"
 #include "writer/patch/kept_works.h"
 #include "writer/patch/movement.h"
+#include "writer/patch/placed_image.h"
 #include "writer/patch/text_run.h"
 #include "writer/patch/text_works.h"
 
@@ -100,6 +101,8 @@ void InsertedWorks::writeObject(const Insertion& insertion) {
     }
     if (edited.kind == ArtKind::text) {
         newTextWorks(tools_, edited);
+    } else if (edited.kind == ArtKind::placed) {
+        newImageWorks(tools_, edited.art);
     } else {
         objectWorks(walk_, edited.art);
     }
@@ -142,6 +145,16 @@ void InsertedWorks::writeText(const MatchedObject& object, const EditedObject& e
     sourcedTextWorks(tools_, base_, was, edited, object.difference);
 }
 
+void InsertedWorks::writeImage(const MatchedObject& object, const EditedObject& edited) {
+    const PaintedArt& was = trace_.painted()[object.source];
+    const Surroundings& own = trace_.events()[was.event].behind;
+    const bool isMasked = (own.settings & softMaskSetting) != 0;
+    const RealMatrix movement =
+        isMasked && object.difference.place ? movementOfImage(was.art, edited.art) : RealMatrix();
+    tools_.state.write(own, {}, movement);
+    imageWorks(tools_, was, edited.art, object.difference);
+}
+
 /// The state that an object had, and its own bytes, or what an edit made of them.
 void InsertedWorks::writeSourced(const MatchedObject& object, const EditedObject& edited,
                                  TraceIndex marks) {
@@ -167,6 +180,8 @@ void InsertedWorks::writeSourced(const MatchedObject& object, const EditedObject
         writeText(object, edited);
     } else if (edited.kind == ArtKind::group) {
         writeGlyphs(object, edited);
+    } else if (edited.kind == ArtKind::placed) {
+        writeImage(object, edited);
     } else if (!object.difference.any()) {
         tools_.state.write(own, {}, {});
         unchangedWorks(tools_, event);

@@ -37,6 +37,7 @@ private:
     void writeState(const PaintedArt& was, const RealMatrix& movement);
     void writeGlyphs(const MatchedObject&, const EditedObject&);
     void writeText(const MatchedObject& object, const EditedObject& edited);
+    void writeImage(const MatchedObject& object, const EditedObject& edited);
 
     PatchTools& tools_;
     Walk& walk_;

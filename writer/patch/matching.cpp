@@ -2,11 +2,13 @@
 
 #include "writer/patch/glyph_group.h"
 #include "writer/patch/look.h"
+#include "writer/patch/placed_image.h"
 #include "writer/patch/text_run.h"
 
 #include <algorithm>
 #include <iterator>
 #include <span>
+#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -23,9 +25,14 @@ bool isText(const PaintedArt& painted) {
 }
 
 bool isOfKind(const PaintedArt& painted, const EditedObject& object) {
-    return !isText(painted)  ? isPath(object.kind)
-           : painted.isDrawn ? object.kind == ArtKind::group
-                             : object.kind == ArtKind::text;
+    return painted.isImage    ? object.kind == ArtKind::placed
+           : !isText(painted) ? isPath(object.kind)
+           : painted.isDrawn  ? object.kind == ArtKind::group
+                              : object.kind == ArtKind::text;
+}
+
+bool isPath(const PaintedArt& painted) {
+    return !isText(painted) && !painted.isImage;
 }
 
 class Matcher {
@@ -45,6 +52,7 @@ public:
             matchEach([&](const EditedObject& object) { return byNumber(object); });
         }
         matchByLook();
+        matchImages();
         return std::move(matching_);
     }
 
@@ -106,7 +114,7 @@ private:
         std::size_t count = 0;
         for (PaintedIndex source = static_cast<PaintedIndex>(matching_.owners.size());
              source-- > 0;) {
-            if (matching_.owners[source] == noSource && !isText(base_.trace.painted()[source])) {
+            if (matching_.owners[source] == noSource && isPath(base_.trace.painted()[source])) {
                 if (count++ % chargeStep == 0) {
                     charge.resize(static_cast<std::int64_t>((count + chargeStep) * nodeSize));
                 }
@@ -155,6 +163,47 @@ private:
         return false;
     }
 
+    /// What is left of images has the picture as its source: of several drawings of it, one that
+    /// lies there and is not taken, or else it is a copy.
+    void matchImages() {
+        std::unordered_map<std::string, std::vector<PaintedIndex>> drawings;
+        for (EditedIndex i = 0; i < matching_.objects.size(); ++i) {
+            const EditedObject& object = artwork_.objects[i];
+            if (matching_.objects[i].source != noSource || object.kind != ArtKind::placed) {
+                continue;
+            }
+            if (drawings.empty()) {
+                drawings = drawingsOfPage();
+            }
+            const auto same = drawings.find(imageKey(placedImage(object.art)));
+            if (same != drawings.end()) {
+                claim(i, drawingFor(object.art, same->second));
+            }
+        }
+    }
+
+    std::unordered_map<std::string, std::vector<PaintedIndex>> drawingsOfPage() const {
+        std::unordered_map<std::string, std::vector<PaintedIndex>> drawings;
+        for (PaintedIndex source = 0; source < base_.trace.painted().size(); ++source) {
+            if (base_.trace.painted()[source].isImage) {
+                drawings[imageKey(placedImage(artOf(base_, source)))].push_back(source);
+            }
+        }
+        drawings.erase(std::string());
+        return drawings;
+    }
+
+    PaintedIndex drawingFor(Art art, std::span<const PaintedIndex> drawings) const {
+        int compared = 0;
+        for (const PaintedIndex source : drawings) {
+            if (matching_.owners[source] == noSource && ++compared <= mostCompared &&
+                !compareImages(artOf(base_, source), art).any()) {
+                return source;
+            }
+        }
+        return drawings.front();
+    }
+
     const BaseReading& base_;
     const EditedArtwork& artwork_;
     ZoneCharge charge_;
@@ -197,6 +246,7 @@ ArtDifference compareObject(const BaseReading& base, PaintedIndex source,
     const PaintedArt& was = base.trace.painted()[source];
     return was.isDrawn   ? compareGlyphs(was.art, object.art)
            : isText(was) ? compareText(base, was, object)
+           : was.isImage ? compareImages(was.art, object.art)
                          : compareArt(was.art, object.art);
 }
 

@@ -21,7 +21,8 @@ bool isMuch(const MissingArt& kind, bool isAll) {
 void refuseMissing(const BaseReading& base, const Matching& matching) {
     MissingArt page;
     std::array kinds = {MissingArt{.kind = ArtKind::path}, MissingArt{.kind = ArtKind::compound},
-                        MissingArt{.kind = ArtKind::text}, MissingArt{.kind = ArtKind::group}};
+                        MissingArt{.kind = ArtKind::text}, MissingArt{.kind = ArtKind::group},
+                        MissingArt{.kind = ArtKind::placed}};
     for (PaintedIndex source = 0; source < matching.owners.size();) {
         const Art art = artOf(base, source);
         // A line of text is missing if all its runs are, which follow one another.

@@ -1,8 +1,10 @@
 #include "writer/patch/object_patches.h"
 
+#include "reader/content/losses.h"
 #include "runtime/exception.h"
 #include "writer/art/style_works.h"
 #include "writer/patch/kept_works.h"
+#include "writer/patch/placed_image.h"
 
 #include <algorithm>
 
@@ -15,6 +17,11 @@ void ObjectPatches::addTo(std::vector<Patch>& patches) {
         const TraceEvent& path = trace_.events()[event];
         if (path.role == OperatorRole::show && path.art != Art::null) {
             next += trace_.countParts(next);
+        }
+        const bool mayBeImage =
+            path.role == OperatorRole::object || path.role == OperatorRole::endImage;
+        if (mayBeImage && path.art != Art::null) {
+            patchImage(next++);
         }
         if (path.role != OperatorRole::paintPath || path.isFailed) {
             continue;
@@ -75,13 +82,40 @@ void ObjectPatches::drawChanged(PaintedIndex source) {
     const PathSource path{trace_.painted()[source].event, artOf(base_, source)};
     noneStyleWorks(tools_.walk);
     enterWorks(tools_.walk);
-    const RealMatrix movement = movementOfPaint(tools_, path, art, difference);
-    if (movement != RealMatrix()) {
-        const Surroundings& own = trace_.events()[path.event].behind;
-        tools_.state.write(own, trace_.matrix(own.matrix), movement);
-    }
+    moveAlong(path.event, movementOfPaint(tools_, path, art, difference));
     changedWorks(tools_, path, art, difference);
     leaveWorks(tools_.walk);
+}
+
+/// Sets again what lies on the page and moves with an object.
+void ObjectPatches::moveAlong(TraceIndex event, const RealMatrix& movement) {
+    if (movement != RealMatrix()) {
+        const Surroundings& own = trace_.events()[event].behind;
+        tools_.state.write(own, trace_.matrix(own.matrix), movement);
+    }
+}
+
+void ObjectPatches::patchImage(PaintedIndex source) {
+    const Paint paint = paintOf(source);
+    const PaintedArt& was = trace_.painted()[source];
+    const TraceEvent& event = trace_.events()[was.event];
+    if (paint == Paint::gone) {
+        patches_->push_back({{event.start, event.end}, " "});
+    }
+    if (paint != Paint::changed) {
+        return;
+    }
+    const EditedIndex owner = matching_.owners[source];
+    const ArtDifference& difference = matching_.objects[owner].difference;
+    const Art art = artwork_.objects[owner].art;
+    noneStyleWorks(tools_.walk);
+    enterWorks(tools_.walk);
+    if (difference.place && (event.behind.settings & softMaskSetting) != 0) {
+        moveAlong(was.event, movementOfImage(was.art, art));
+    }
+    imageWorks(tools_, was, art, difference);
+    leaveWorks(tools_.walk);
+    patches_->push_back({{event.start, event.end}, "\n" + tools_.taken()});
 }
 
 void ObjectPatches::patchPath(TraceIndex path, PaintedIndex source, Paint paint, Clip clip) {

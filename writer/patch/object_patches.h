@@ -1,4 +1,5 @@
-// Patches where paths of the page stand: what was changed, removed or moved away, and clips.
+// Patches where paths and images of the page stand: what was changed, removed or moved away, and
+// clips.
 #pragma once
 
 #include "writer/patch/changed_works.h"
@@ -26,9 +27,11 @@ private:
     Paint paintOf(PaintedIndex source) const;
     Clip clipOf(TraceIndex path) const;
     void patchPath(TraceIndex path, PaintedIndex source, Paint paint, Clip clip);
+    void patchImage(PaintedIndex source);
     void remove(TraceIndex path);
     void removeClipWords(TraceIndex path);
     void drawChanged(PaintedIndex source);
+    void moveAlong(TraceIndex event, const RealMatrix& movement);
     TraceIndex linkOf(TraceIndex path) const;
 
     PatchTools& tools_;

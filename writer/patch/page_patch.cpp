@@ -88,6 +88,7 @@ public:
                 .patterns = tools_.patterns.take(),
                 .groups = std::move(tools_.groups),
                 .fonts = tools_.setText.takeFonts(),
+                .images = tools_.images.images(),
                 .counts = countsOf(matching, clips, order),
                 .isDamaged = hasDamage(),
                 .resetState = resetState_};

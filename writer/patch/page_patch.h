@@ -4,6 +4,7 @@
 
 #include "reader/page/page_base.h"
 #include "writer/font/new_fonts.h"
+#include "writer/image/new_images.h"
 #include "writer/page/resource_registry.h"
 #include "writer/patch/content_bytes.h"
 #include "writer/patch/drawn_groups.h"
@@ -29,6 +30,7 @@ struct PagePatch {
     std::vector<MovedPattern> patterns;
     DrawnGroups groups;
     NewFonts fonts;
+    std::vector<NewImage> images; ///< that it draws and the file does not have
     PatchCounts counts;
     bool isDamaged = false;      ///< tokens of the base could not all be read
     std::int32_t resetState = 0; ///< number of the external graphics state to write; 0: none

@@ -20,8 +20,10 @@ bool canStay(const ContentTrace& trace, PaintedIndex source, const ArtDifference
     }
     const TraceIndex index = trace.painted()[source].event;
     const Surroundings& here = trace.events()[index].behind;
-    return !difference.any() || (!here.isInText && isPlainPath(trace, index) &&
-                                 inverse(trace.matrix(here.matrix)).has_value());
+    const bool isApart =
+        trace.painted()[source].isImage ? !here.isInPath : isPlainPath(trace, index);
+    return !difference.any() ||
+           (!here.isInText && isApart && inverse(trace.matrix(here.matrix)).has_value());
 }
 
 /// Of objects whose numbers in the order of the page these are: the longest run that ascends. Of

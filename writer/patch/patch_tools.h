@@ -5,6 +5,7 @@
 #include "reader/content/content_trace.h"
 #include "runtime/memory.h"
 #include "writer/art/walk.h"
+#include "writer/image/new_images.h"
 #include "writer/patch/content_bytes.h"
 #include "writer/patch/drawn_groups.h"
 #include "writer/patch/gathered_state.h"
@@ -21,7 +22,7 @@ struct PatchTools {
                const PageFonts& fonts, ResourceRegistry& resources)
         : trace(pageTrace), bytes(cache, base.streams, pageTrace.streamStarts()),
           patterns(cache, base, resources), groups(resources), setText(&fonts, resources),
-          walk(sink), state(walk, bytes, pageTrace, patterns) {}
+          images(resources), walk(sink), state(walk, bytes, pageTrace, patterns) {}
     PatchTools(const PatchTools&) = delete;
     PatchTools& operator=(const PatchTools&) = delete;
 
@@ -39,6 +40,7 @@ struct PatchTools {
     MovedPatterns patterns;
     DrawnGroups groups;
     SetText setText;
+    NewImages images;
     TextSink sink;
     Walk walk;
     GatheredState state;

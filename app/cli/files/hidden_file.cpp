@@ -110,8 +110,10 @@ HiddenFile::~HiddenFile() {
     }
 }
 
-Descriptor HiddenFile::make(const std::string& target) {
-    removeAbandoned(target);
+Descriptor HiddenFile::make(const std::string& target, bool tidies) {
+    if (tidies) {
+        removeAbandoned(target);
+    }
     constexpr int attempts = 8;
     const std::string pattern = folderOf(target) + "/" + std::string(prefix) + std::string(chosen);
     for (int i = 0; i < attempts; ++i) {

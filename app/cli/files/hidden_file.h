@@ -19,8 +19,8 @@ public:
     HiddenFile& operator=(const HiddenFile&) = delete;
 
     /// Makes an empty one in the folder of the path `target`, and takes away what killed processes
-    /// left there. Called once. None, with `errno`, where that fails.
-    Descriptor make(const std::string& target);
+    /// left there, where it `tidies`. Called once. None, with `errno`, where that fails.
+    Descriptor make(const std::string& target, bool tidies = true);
 
     /// Where the bytes lie; empty where nothing was made.
     const std::string& path() const { return content_; }

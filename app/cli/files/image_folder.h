@@ -15,6 +15,7 @@ public:
 
     /// Empty: there is none.
     void setPath(std::string path) { path_ = std::move(path); }
+    const std::string& path() const { return path_; }
 
     /// Makes the folder where it is missing; empty where there is none or it cannot be made.
     const std::string& use();

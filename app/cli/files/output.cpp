@@ -122,7 +122,7 @@ OutputFile::OutputFile(const OutputTarget& target) : target_(target) {
         break;
     case OutputTarget::Kind::newFile:
     case OutputTarget::Kind::file:
-        descriptor_ = hidden_.make(target.place);
+        descriptor_ = hidden_.make(target.place, target.isFirst);
         break;
     }
     if (!descriptor_) {

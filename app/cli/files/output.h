@@ -25,6 +25,9 @@ struct OutputTarget {
     std::string path;  ///< as the person named it, or as it was chosen
     std::string place; ///< of the file itself, links resolved
     mode_t mode = 0;   ///< permissions of the file
+    /// The first of this command in its folder, which is looked through for what killed processes
+    /// left there: a page may have thousands of images.
+    bool isFirst = true;
 };
 
 /// Looks where `path` leads. "-" is standard output. Raises `Failure` where it is the file `input`

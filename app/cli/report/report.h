@@ -40,12 +40,20 @@ struct FontNote {
     std::string wanted;
 };
 
+/// What became of the images of a page.
+struct ImageCounts {
+    std::string folder;       ///< empty: none
+    std::int32_t written = 0; ///< files
+    std::int32_t found = 0;   ///< files that were there
+};
+
 struct Report {
     std::optional<FileFacts> file;
     std::optional<SignatureFacts> signatures; ///< where there are any
     std::optional<Damage> damage;             ///< `check`
     std::vector<PageFacts> pages;
     Provenance source;  ///< the page that was opened, or that the artwork to save came from
+    ImageCounts images; ///< `open`
     std::string output; ///< path of what was made: artwork, or a PDF; empty where nothing was
     std::map<std::string, std::int32_t> ignored; ///< kinds of SVG that artwork cannot hold
     std::optional<SavedFacts> saved;

@@ -53,9 +53,21 @@ void addOmitted(JsonWriter& json, const Report& report) {
     json.closeObject();
 }
 
+void addImages(JsonWriter& json, const ImageCounts& images) {
+    json.name("images").openObject();
+    if (images.folder.empty()) {
+        json.name("folder").null();
+    } else {
+        addPath(json, "folder", images.folder);
+    }
+    json.name("written").integer(images.written);
+    json.name("found").integer(images.found).closeObject();
+}
+
 void addOpened(JsonWriter& json, const Report& report) {
     json.name("page").integer(report.source.page);
     addOutput(json, report);
+    addImages(json, report.images);
     addOmitted(json, report);
 }
 

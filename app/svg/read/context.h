@@ -5,6 +5,7 @@
 #include "app/svg/art_source.h"
 #include "app/svg/read/budget.h"
 #include "app/svg/read/file_index.h"
+#include "app/svg/read/image_loader.h"
 #include "app/svg/read/style/inherited_style.h"
 #include "app/svg/read/style/style_sheet.h"
 #include "app/svg/read/tally.h"
@@ -27,7 +28,8 @@ struct ReadingContext {
     StyleSheet& sheet;
     Tally& tally;
     const ReadingBudget& budget;
-    const std::function<void()>& pause;         ///< as `readSvg` got it
+    const std::function<void()>& pause; ///< as `readSvg` got it
+    ImageLoader& loader;
     bool ours = false;                          ///< the file says that this program wrote it
     SourceBase sourceBase = {};                 ///< of the page that the file came from
     std::int64_t expanded = 0;                  ///< elements read for a `use` or a pattern

@@ -12,8 +12,9 @@ namespace corvane {
 
 namespace {
 
+template <class Error = SvgError>
 [[noreturn]] void failAt(std::size_t line, std::string_view what) {
-    throw SvgError("line " + std::to_string(line) + ": " + std::string(what));
+    throw Error("line " + std::to_string(line) + ": " + std::string(what));
 }
 
 /// A file's elements. Values keep their line ends, so that lines can be counted.
@@ -60,12 +61,13 @@ void countExternalEntities(const pugi::xml_document& xml, Tally& tally) {
 
 } // namespace
 
-SvgReading readSvg(std::string text, Document& document, const std::function<void()>& pause) {
-    return readSvg(std::move(text), document, ReadingBudget{}, pause);
+SvgReading readSvg(std::string text, Document& document, const std::function<void()>& pause,
+                   const ImageFolders* files) {
+    return readSvg(std::move(text), document, ReadingBudget{}, pause, files);
 }
 
 SvgReading readSvg(std::string text, Document& document, const ReadingBudget& budget,
-                   const std::function<void()>& pause) {
+                   const std::function<void()>& pause, const ImageFolders* files) {
     if (text.size() > budget.textSize) {
         throw SvgError("the file is too large");
     }
@@ -82,7 +84,9 @@ SvgReading readSvg(std::string text, Document& document, const ReadingBudget& bu
     StyleSheet sheet(budget, tally);
     countExternalEntities(xml, tally);
     SvgReading reading;
-    ReadingContext context{document, index, sheet, tally, budget, pause, false, {}, 0, {}, {}, {}};
+    ImageLoader loader(document, files);
+    ReadingContext context{document, index, sheet, tally, budget, pause, loader,
+                           false,    {},    0,     {},    {},     {}};
     TreeReader tree(context);
     try {
         index.build(sheet);
@@ -91,6 +95,8 @@ SvgReading readSvg(std::string text, Document& document, const ReadingBudget& bu
         reading.ours = context.ours = found.ours;
         context.sourceBase = sourceBase(found.provenance);
         tree.read(root, found.matrix, found.viewport);
+    } catch (const SvgImageError& error) {
+        failAt<SvgImageError>(lines.lineOf(tree.current().offset_debug()), error.what());
     } catch (const SvgError& error) {
         failAt(lines.lineOf(tree.current().offset_debug()), error.what());
     } catch (const ArtworkError& error) {

@@ -107,6 +107,9 @@ void TreeReader::visit(pugi::xml_node node) {
     case Element::text:
         readText(node);
         return;
+    case Element::image:
+        readImage(node);
+        return;
     default:
         break;
     }
@@ -114,9 +117,6 @@ void TreeReader::visit(pugi::xml_node node) {
         readShape(node, element);
     } else if (const std::string_view kind = ignoredKind(element); !kind.empty()) {
         context_.tally.add(kind);
-        if (element == Element::image) {
-            listImage(node);
-        }
     }
 }
 

@@ -44,7 +44,12 @@ private:
     void enterViewport(pugi::xml_node node, Element element);
     void readShape(pugi::xml_node node, Element element);
     void readText(pugi::xml_node node);
-    void listImage(pugi::xml_node node);
+    void readImage(pugi::xml_node node);
+    void placeImage(const LoadedImage& image, const ComputedStyle& style);
+    ArtPlace clipOverhang(ArtPlace place, const UserBox& box, const RealMatrix& matrix);
+    void listImage(const ComputedStyle& style);
+    bool keepFrame(Art shape, const ComputedStyle& style);
+    void measure(Extent painted);
     Note readWithin(pugi::xml_node shape);
     std::optional<ArtSource> sourceFrom(Attribute name) const;
     std::optional<ArtSource> sourceOfShape() const;

@@ -1,4 +1,4 @@
-// Shapes of the art, and the images that it does not hold.
+// Shapes and text of the art.
 #include "app/artwork/path_walk.h"
 #include "app/svg/read/tree_reader.h"
 
@@ -84,18 +84,26 @@ void TreeReader::readShape(pugi::xml_node node, Element element) {
     for (const BoxClip& clip : boxClips) {
         clips_.clip(clip.group, clip.clip, matrix, frame.viewport, shape_.box());
     }
-    stylePaths(shape, style, matrix, lengths, note);
-    setSource(shape, sourceOfShape());
     if (frame.boxed) {
         frame.box.add(boxThrough(matrix, shape_.box()));
     }
-    if (frame.measured) {
-        Extent painted = paintedExtent(document_, shape);
-        for (const SharedClip& clip : frame.shared) {
-            painted = painted.within(clip.bounds);
-        }
-        frame.content.add(painted);
+    if (context_.ours && attributes_.has(Attribute::dataKept) && keepFrame(shape, style)) {
+        return;
     }
+    stylePaths(shape, style, matrix, lengths, note);
+    setSource(shape, sourceOfShape());
+    if (frame.measured) {
+        measure(paintedExtent(document_, shape));
+    }
+}
+
+/// Adds what is painted to what the clips around it are held against.
+void TreeReader::measure(Extent painted) {
+    Frame& frame = frames_.back();
+    for (const SharedClip& clip : frame.shared) {
+        painted = painted.within(clip.bounds);
+    }
+    frame.content.add(painted);
 }
 
 void TreeReader::readText(pugi::xml_node node) {
@@ -119,26 +127,6 @@ void TreeReader::readText(pugi::xml_node node) {
     if (reader.read(node, attributes_, style)) {
         frame.content.add(Extent::everything());
     }
-}
-
-void TreeReader::listImage(pugi::xml_node node) {
-    load(node);
-    const Frame& frame = frames_.back();
-    Tally counted; // the image is, whatever its style
-    const Declared declared = cascade(node, attributes_, context_);
-    const ComputedStyle style =
-        computeStyle(frame.style, declared, attributes_, frame.viewport, counted);
-    const LengthContext lengths{frame.viewport, style.fontSize};
-    const std::string_view href = trimmed(attributes_[Attribute::href]);
-    SvgImage& image = context_.images.emplace_back();
-    image.id = attributes_[Attribute::id];
-    image.embedded = href.starts_with("data:");
-    image.href = image.embedded ? href.substr(0, href.find(',')) : href;
-    image.x = lengthOf(attributes_, Attribute::x, Axis::x, lengths);
-    image.y = lengthOf(attributes_, Attribute::y, Axis::y, lengths);
-    image.width = lengthOf(attributes_, Attribute::width, Axis::x, lengths);
-    image.height = lengthOf(attributes_, Attribute::height, Axis::y, lengths);
-    image.matrix = transformed(frame.matrix, attributes_, Attribute::transform, context_);
 }
 
 void TreeReader::stylePaths(Art shape, const ComputedStyle& style, const RealMatrix& matrix,

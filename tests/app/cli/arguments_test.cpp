@@ -56,11 +56,11 @@ TEST(Arguments, ASaveNamesArtworkAndFile) {
 TEST(Arguments, FontsGoWhereTheWordSays) {
     struct Row {
         const char* word;
-        FontPlace place;
+        PartPlace place;
         const char* folder;
     };
-    for (const Row& row : {Row{"embed", FontPlace::artwork, ""}, Row{"none", FontPlace::none, ""},
-                           Row{"./none", FontPlace::folder, "./none"}}) {
+    for (const Row& row : {Row{"embed", PartPlace::artwork, ""}, Row{"none", PartPlace::none, ""},
+                           Row{"./none", PartPlace::folder, "./none"}}) {
         const auto wish = parseArguments(Words{"open", "in.pdf", "--fonts", row.word});
         EXPECT_EQ(std::get<Arguments>(wish).fontPlace, row.place) << row.word;
         EXPECT_EQ(std::get<Arguments>(wish).fonts, row.folder);

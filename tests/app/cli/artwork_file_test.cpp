@@ -50,7 +50,7 @@ TEST(ArtworkFile, CtrlCEndsTheReadingOfALongOne) {
     double start = spent();
     {
         Document document;
-        readArtwork(artwork, document);
+        readArtwork(artwork, document, {".", {}, false});
     }
     const double whole = spent() - start;
 

@@ -64,6 +64,7 @@ TEST_F(Program, WritesToStandardOutputAndKeepsFactsApart) {
         outcome.errors,
         R"({"command":"open","file":"in.pdf","profile":"extended",)"
         R"("version":"1.4","length":12345,"pageCount":1,"objects":42,"updates":1,"page":1,"output":"-",)"
+        R"("images":{"folder":null,"written":0,"found":0},)"
         R"("omitted":{"text":3},"warnings":[{"code":1,"sentence":"warning number 1"}],)"
         R"("error":null})"
         "\n");
@@ -120,6 +121,7 @@ TEST_F(Program, JsonSaysTheSameOfFailures) {
         outcome.output,
         R"({"command":"open","file":"in.pdf","profile":"extended",)"
         R"("version":"1.4","length":12345,"pageCount":1,"objects":42,"updates":1,"page":1,"output":null,)"
+        R"("images":{"folder":null,"written":0,"found":0},)"
         R"("omitted":{},"warnings":[],)"
         R"("error":{"code":7,"sentence":"the fake failed as told"}})"
         "\n");

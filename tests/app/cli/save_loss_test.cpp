@@ -24,9 +24,9 @@ TEST_F(SaveLoss, WhatIsIgnoredNeedsForce) {
     };
     for (const Row& row : {
              Row{"<script/><script/><script/>", "script: 3 elements ignored"},
-             Row{"<image href='data:image/png;base64,AAAA'/><image xlink:href=' a/logo.png'/>"
-                 "<image href='a/logo.png'/><image href='b.jpg'/><image/>",
-                 "image: 5 elements ignored (a/logo.png, b.jpg, 1 embedded)"},
+             Row{"<image href='data:image/png;base64,AAAA'/><image xlink:href=' http:a/logo.png'/>"
+                 "<image href='http:a/logo.png'/><image href='http:b.jpg'/><image/>",
+                 "image: 5 elements ignored (http:a/logo.png, http:b.jpg, 1 embedded)"},
              Row{"<linearGradient id='g' gradientUnits='userSpaceOnUse' x2='9'><stop/><stop "
                  "offset='1' "
                  "stop-color='#f00'/></linearGradient>"

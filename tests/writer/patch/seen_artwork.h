@@ -89,6 +89,9 @@ private:
         }
         for (Art art = document_.lastChild(container); art != Art::null;
              art = document_.previousSibling(art)) {
+            if (document_.kind(art) == ArtKind::placed) {
+                continue;
+            }
             if (document_.kind(art) == ArtKind::text) {
                 texts += document_.textRunCount(art);
                 continue;

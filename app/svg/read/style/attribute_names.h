@@ -71,6 +71,8 @@ enum class Attribute : std::uint8_t {
     mixBlendMode,
     paintOrder,
     vectorEffect,
+    imageRendering,
+    imageOrientation,
     // Attributes only.
     id,
     xmlSpace,
@@ -143,6 +145,8 @@ enum class Attribute : std::uint8_t {
     dataSource,
     dataExact,
     dataDx,
+    dataImage,
+    dataKept,
     dataCompound,
     dataColumn,
     dataGuide,

@@ -24,6 +24,9 @@ void Attributes::load(pugi::xml_node element) {
         if (name != Attribute::unknown && !has(name)) {
             present_.set(static_cast<std::size_t>(name));
             entries_.push_back({name, attribute.value()});
+        } else if (name == Attribute::href && attribute.name() == std::string_view("href")) {
+            std::ranges::find(entries_, name, &Entry::name)->value =
+                attribute.value(); // SVG 2, 16.1
         }
     }
     cost_ = static_cast<std::int64_t>(bytes / bytesOfAnElement);

@@ -37,6 +37,7 @@ private:
     void readOpacities();
     void readDashes();
     void readClip();
+    void readImages();
     void countIgnored();
 
     /// Calls `use(text)` if the element has the property with a value of its own.
@@ -183,6 +184,15 @@ void StyleReader::readClip() {
     });
 }
 
+void StyleReader::readImages() {
+    with(Attribute::imageRendering, [&](std::string_view text) {
+        style_.smoothImages = text != "optimizeSpeed" && text != "pixelated" &&
+                              text.find("crisp-edges") == std::string_view::npos;
+    });
+    with(Attribute::imageOrientation,
+         [&](std::string_view text) { style_.turnsImages = text != "none"; });
+}
+
 void StyleReader::countIgnored() {
     struct Ignored {
         Attribute property;
@@ -218,6 +228,7 @@ void StyleReader::read() {
     readOpacities();
     readRule(Attribute::fillRule, style_.fillRule);
     readRule(Attribute::clipRule, style_.clipRule);
+    readImages();
     with(Attribute::visibility, [&](std::string_view text) { style_.visible = text == "visible"; });
     with(Attribute::display, [&](std::string_view text) { style_.displayed = text != "none"; });
     with(Attribute::overflow,

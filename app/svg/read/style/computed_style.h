@@ -63,6 +63,8 @@ struct ComputedStyle {
     std::int32_t join = 0;
     FillRule fillRule = FillRule::nonzero;
     FillRule clipRule = FillRule::nonzero;
+    bool smoothImages = true; ///< pixels run into one another where they are enlarged
+    bool turnsImages = true;  ///< as a camera says how it was held
     bool visible = true;
     bool transparent = false; ///< the element or one around it has no opacity at all
 

@@ -1,4 +1,4 @@
-#include "reader/content/inline_image.h"
+#include "reader/image/inline_image.h"
 
 #include "filters/character.h"
 #include "objects/stack.h"
@@ -8,7 +8,6 @@
 #include "runtime/exception.h"
 
 #include <algorithm>
-#include <string_view>
 
 namespace corvane {
 
@@ -72,47 +71,63 @@ bool endsHere(std::string_view ahead) {
     return ahead.starts_with("EI") && isContent(ahead.substr(2, followBytes));
 }
 
-/// Goes past `length` bytes; false where there are fewer.
-bool skipBytes(TokenFilter& tokens, std::int64_t length) {
-    while (length > 0) {
-        const std::size_t held = tokens.ahead(1).size();
-        if (held == 0) {
-            return false;
-        }
-        const auto piece = std::min<std::int64_t>(length, static_cast<std::int64_t>(held));
-        tokens.skip(static_cast<std::size_t>(piece));
-        length -= piece;
-    }
-    return true;
-}
+class DataPasser {
+public:
+    DataPasser(TokenFilter& tokens, ImageData* data) : tokens_(tokens), data_(data) {}
 
-void searchEnd(TokenFilter& tokens) {
-    constexpr std::size_t reach = 2 * followBytes;
-    for (;;) {
-        const std::string_view ahead = tokens.ahead(reach);
-        const bool isLast = ahead.size() < reach;
-        const std::size_t at = ahead.find("EI");
-        if (at == std::string_view::npos) {
-            // The last two bytes come again: what stands before "EI", and its first letter.
-            tokens.skip(isLast ? ahead.size() : ahead.size() - 2);
-            if (isLast) {
+    /// Goes past `length` bytes; false where there are fewer.
+    bool passBytes(std::int64_t length) {
+        while (length > 0) {
+            const std::size_t held = tokens_.ahead(1).size();
+            if (held == 0) {
+                return false;
+            }
+            const auto piece = std::min<std::int64_t>(length, static_cast<std::int64_t>(held));
+            pass(static_cast<std::size_t>(piece));
+            length -= piece;
+        }
+        return true;
+    }
+
+    void searchEnd() {
+        constexpr std::size_t reach = 2 * followBytes;
+        for (;;) {
+            const std::string_view ahead = tokens_.ahead(reach);
+            const bool isLast = ahead.size() < reach;
+            const std::size_t at = ahead.find("EI");
+            if (at == std::string_view::npos) {
+                // The last two bytes come again: what stands before "EI", and its first letter.
+                pass(isLast ? ahead.size() : ahead.size() - 2);
+                if (isLast) {
+                    return;
+                }
+                continue;
+            }
+            if (!isLast && at + 2 + followBytes > ahead.size()) {
+                pass(at - 1);
+                continue;
+            }
+            const char before = at == 0 ? ' ' : ahead[at - 1];
+            const bool isSeparate = isSpace(before) || before == '>';
+            if (isSeparate && endsHere(ahead.substr(at))) {
+                pass(at);
                 return;
             }
-            continue;
+            pass(at + 1);
         }
-        if (!isLast && at + 2 + followBytes > ahead.size()) {
-            tokens.skip(at - 1);
-            continue;
-        }
-        const char before = at == 0 ? ' ' : ahead[at - 1];
-        const bool isSeparate = isSpace(before) || before == '>';
-        if (isSeparate && endsHere(ahead.substr(at))) {
-            tokens.skip(at);
-            return;
-        }
-        tokens.skip(at + 1);
     }
-}
+
+private:
+    void pass(std::size_t count) {
+        if (data_ != nullptr) {
+            data_->add(tokens_.ahead(count).substr(0, count));
+        }
+        tokens_.skip(count);
+    }
+
+    TokenFilter& tokens_;
+    ImageData* data_;
+};
 
 } // namespace
 
@@ -130,12 +145,35 @@ std::int64_t imageDataLength(Interpreter& interpreter) {
     return rowBytes <= budget::pageBytes / height ? rowBytes * height : -1;
 }
 
-void skipImageData(TokenFilter& tokens, std::int64_t length) {
-    if (length >= 0 && skipBytes(tokens, length) &&
-        endsHere(tokens.aheadOfSpace(2 + followBytes))) {
+ObjectOwner imageDictionary() {
+    constexpr std::int32_t mostEntries = 64;
+    const std::int32_t count = std::min(countStack() / 2, mostEntries) * 2;
+    const Ref<Object> elements = allocateRecord<Object>(count);
+    for (std::int32_t i = 0; i < count; ++i) {
+        Object& element = elements[static_cast<std::size_t>(i)];
+        element = indexStack(count - 1 - i);
+        retainObject(element);
+    }
+    Object dictionary;
+    groupedObject(dictionary, ObjectType::dictionary, elements, count);
+    return ObjectOwner(dictionary);
+}
+
+void ImageData::add(std::string_view more) {
+    if (bytes.size() + more.size() > bytes.capacity()) {
+        const std::size_t room = 2 * (bytes.size() + more.size());
+        charge.resize(static_cast<std::int64_t>(room));
+        bytes.reserve(room);
+    }
+    bytes += more;
+}
+
+void skipImageData(TokenFilter& tokens, std::int64_t length, ImageData* data) {
+    DataPasser passer(tokens, data);
+    if (length >= 0 && passer.passBytes(length) && endsHere(tokens.aheadOfSpace(2 + followBytes))) {
         return;
     }
-    searchEnd(tokens);
+    passer.searchEnd();
 }
 
 } // namespace corvane

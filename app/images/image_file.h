@@ -1,0 +1,29 @@
+// An image as it stands in a file: what it shows, and how it is read.
+#pragma once
+
+#include "app/artwork/image_store.h"
+#include "app/images/byte_source.h"
+#include "app/images/jpeg_header.h"
+#include "host/image.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace corvane {
+
+struct ReadImage {
+    ImageFacts facts;                  ///< without palette and key
+    std::vector<std::uint8_t> palette; ///< as in `ImageFacts`
+    Orientation orientation = upright;
+    std::uint64_t digest = 0; ///< of the file
+    std::shared_ptr<const ImageContent> content;
+};
+
+/// Reads the header of a PNG or JPEG, and takes the digest of the file; none where it is of another
+/// kind. `name` is for messages about its bytes. Throws `ImageError`.
+std::optional<ReadImage> readImage(std::shared_ptr<const ByteOrigin> file, std::string name);
+
+} // namespace corvane

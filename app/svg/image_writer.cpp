@@ -1,0 +1,138 @@
+#include "app/svg/image_writer.h"
+
+#include "app/svg/markup.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace corvane {
+
+namespace {
+
+struct WidePoint {
+    std::int64_t x = 0;
+    std::int64_t y = 0;
+};
+
+/// Of the unit square, in the art: at 0,0, then 1,0, 1,1 and 0,1.
+std::array<WidePoint, 4> cornersOf(const Matrix& matrix) {
+    const auto corner = [&](std::int64_t x, std::int64_t y) {
+        return WidePoint{x * matrix.a + y * matrix.c + matrix.tx,
+                         x * matrix.b + y * matrix.d + matrix.ty};
+    };
+    return {corner(0, 0), corner(1, 0), corner(1, 1), corner(0, 1)};
+}
+
+std::string hexadecimal(std::uint64_t value) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string text;
+    for (int bit = 60; bit >= 0; bit -= 4) {
+        text += digits[value >> bit & 15];
+    }
+    return text;
+}
+
+/// Long addresses are base-64, which needs no escapes.
+void writeAddress(TextOutput& out, const std::string& address) {
+    const bool isPlain = std::ranges::all_of(address, [&](char c) {
+        return c >= ' ' && c <= '~' && c != '&' && c != '<' && c != '>' && c != '"';
+    });
+    if (isPlain) {
+        writePlainAttribute(out, "xlink:href", address);
+    } else {
+        writeAttribute(out, "xlink:href", address);
+    }
+}
+
+void writeSmoothness(TextOutput& out, const PlacedImage& placed) {
+    if (!placed.isSmooth) {
+        writePlainAttribute(out, "image-rendering", "optimizeSpeed");
+    }
+}
+
+} // namespace
+
+bool showsFile(const Document& document, Art placed) {
+    return document.images().file(document.placedImage(placed).image) != nullptr;
+}
+
+void writeImageAttributes(TextOutput& out, const Document& document, Art placed,
+                          PageCorner corner) {
+    const PlacedImage image = document.placedImage(placed);
+    const ImageFile& file = *document.images().file(image.image);
+    const ImageFacts facts = document.images().facts(image.image);
+    writePlainAttribute(out, "x", "0");
+    writePlainAttribute(out, "y", "0");
+    writePlainAttribute(out, "width", "1");
+    writePlainAttribute(out, "height", "1");
+    writePlainAttribute(out, "preserveAspectRatio", "none");
+    // SVG's unit square has its first row at y = 0, and y points down.
+    const Matrix& matrix = image.matrix;
+    const std::array<std::int64_t, 6> numbers{
+        matrix.a,
+        -std::int64_t{matrix.b},
+        -std::int64_t{matrix.c},
+        matrix.d,
+        std::int64_t{matrix.c} + matrix.tx - corner.left,
+        corner.top - matrix.d - matrix.ty,
+    };
+    out.text(" transform=\"matrix(");
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        out.text(i == 0 ? "" : " ");
+        out.number(numbers[i]);
+    }
+    out.text(")\"");
+    writeSmoothness(out, image);
+    if (file.ignoresOrientation) {
+        writePlainAttribute(out, "style", "image-orientation:none");
+    }
+    if (!facts.key.empty()) {
+        std::string mark(facts.key);
+        mark += file.digest ? ' ' + hexadecimal(*file.digest) : "";
+        writePlainAttribute(out, "data-image", mark);
+    }
+    writeAddress(out, file.address);
+}
+
+void writeFrameAttributes(TextOutput& out, const Document& document, Art placed,
+                          PageCorner corner) {
+    const PlacedImage image = document.placedImage(placed);
+    const ImageFacts facts = document.images().facts(image.image);
+    writePlainAttribute(out, "fill", "none");
+    writePlainAttribute(out, "stroke", "#808080");
+    writePlainAttribute(out, "stroke-width", ".5");
+    writeSmoothness(out, image);
+    writePlainAttribute(out, "data-kept",
+                        std::to_string(facts.width) + ' ' + std::to_string(facts.height) +
+                            (facts.key.empty() ? "" : ' ' + std::string(facts.key)));
+    const auto corners = cornersOf(image.matrix);
+    constexpr std::string_view frame = "M0L1L2L3ZM0L2M1L3";
+    out.text(" d=\"");
+    for (const char c : frame) {
+        if (c >= '0' && c <= '3') {
+            const WidePoint point = corners[static_cast<std::size_t>(c - '0')];
+            out.number(point.x - corner.left);
+            out.text(" ");
+            out.number(corner.top - point.y);
+        } else {
+            out.text({&c, 1});
+        }
+    }
+    out.text("\"");
+}
+
+Extent placedExtent(const Document& document, Art placed) {
+    // A corner of a thin line, its miter included.
+    constexpr std::int64_t frameReach = 3 * fixedOne;
+    const std::int64_t reach = showsFile(document, placed) ? 0 : frameReach;
+    Extent extent;
+    for (const WidePoint corner : cornersOf(document.placedImage(placed).matrix)) {
+        extent.add(Extent{corner.x - reach, corner.y - reach, corner.x + reach, corner.y + reach});
+    }
+    return extent;
+}
+
+} // namespace corvane

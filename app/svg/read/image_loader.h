@@ -1,0 +1,51 @@
+// The images that an SVG names: each read once, however often it is shown.
+#pragma once
+
+#include "app/artwork/document.h"
+#include "app/images/image_file.h"
+#include "app/images/image_folders.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+
+namespace corvane {
+
+struct LoadedImage {
+    Image image = Image::null;
+    Orientation orientation = upright;
+    double width = 0; ///< pixels, as they lie in the file
+    double height = 0;
+};
+
+class ImageLoader {
+public:
+    /// Without `files` only images that the SVG carries itself are read.
+    ImageLoader(Document& document, const ImageFolders* files)
+        : document_(document), files_(files) {}
+
+    /// The image at an address, which stays where it is in the file's text. `mark` is what a file
+    /// of ours says of it: the key of the image of the page and the digest of its file, whose
+    /// pixels are not looked at while the digest is right. None where images of that kind or place
+    /// are not read. Throws `SvgImageError` where it should be there, and cannot be read.
+    std::optional<LoadedImage> load(std::string_view address, std::string_view mark);
+
+    /// An image of the page that no file shows: "640 480 12-0a1b". Null where the text is not that.
+    Image loadKept(std::string_view text);
+
+private:
+    std::optional<LoadedImage> read(std::string_view address, std::string_view mark);
+
+    Document& document_;
+    const ImageFolders* files_;
+    /// By the place of the address in the text, and of the mark.
+    std::map<std::pair<const char*, const char*>, std::optional<LoadedImage>> byPlace_;
+    std::map<std::pair<std::string, std::string_view>, std::optional<LoadedImage>> byAddress_;
+    /// Images of no page by the digest of their file.
+    std::unordered_map<std::uint64_t, LoadedImage> byDigest_;
+};
+
+} // namespace corvane

@@ -1,0 +1,62 @@
+#include "reader/image/image_entries.h"
+
+#include "reader/syntax/syntax.h"
+#include "runtime/fixed.h"
+
+namespace corvane {
+
+namespace {
+
+/// Numbers of an array that count: a pair for each of 32 components.
+constexpr std::size_t mostNumbers = 64;
+
+bool isNumber(const Object& object) {
+    return typeObject(object) == ObjectType::integer || typeObject(object) == ObjectType::fixed;
+}
+
+} // namespace
+
+Object ImageEntries::raw(ImageKey key) const {
+    const Object value = findEntry(cache_, object_, key.full);
+    const bool isMissing = typeObject(value) == ObjectType::null;
+    return isInline_ && isMissing && !key.abbreviated.empty()
+               ? findEntry(cache_, object_, key.abbreviated)
+               : value;
+}
+
+ObjectOwner ImageEntries::find(ImageKey key) const {
+    return resolveObject(cache_, raw(key));
+}
+
+std::optional<std::int32_t> ImageEntries::integer(ImageKey key) const {
+    const ObjectOwner value = find(key);
+    if (typeObject(value.get()) == ObjectType::integer) {
+        return integerObject(value.get());
+    }
+    if (typeObject(value.get()) == ObjectType::fixed) {
+        return fixed2long(fixedObject(value.get()));
+    }
+    return std::nullopt;
+}
+
+bool ImageEntries::boolean(ImageKey key) const {
+    const ObjectOwner value = find(key);
+    return typeObject(value.get()) == ObjectType::boolean && booleanObject(value.get());
+}
+
+std::vector<double> ImageEntries::numbers(ImageKey key) const {
+    std::vector<double> numbers;
+    const ObjectOwner array = find(key);
+    if (typeObject(array.get()) == ObjectType::array) {
+        for (const Object& element : elementsObject(array.get())) {
+            const ObjectOwner number = resolveObject(cache_, element);
+            if (!isNumber(number.get()) || numbers.size() == mostNumbers) {
+                break;
+            }
+            numbers.push_back(realFromFixed(extendObject(number.get())));
+        }
+    }
+    return numbers;
+}
+
+} // namespace corvane

@@ -1,0 +1,101 @@
+// Images and other XObjects. Without a host that holds images they are read past; what is left out
+// is counted, so that it can be named.
+#include "filters/token.h"
+#include "objects/stack.h"
+#include "reader/content/content_operators.h"
+#include "reader/content/interpreter.h"
+#include "reader/image/deliver_image.h"
+#include "reader/image/inline_image.h"
+#include "reader/image/place_image.h"
+#include "runtime/exception.h"
+
+#include <span>
+
+namespace corvane {
+
+namespace {
+
+/// The colour of a stencil can be told.
+bool fillIsSeen(const Interpreter& interpreter) {
+    return !interpreter.state.fill.hidden;
+}
+
+void drawImage(Interpreter& interpreter, const Object& entry, const Object& stream) {
+    if (!interpreter.readsImages || !fillIsSeen(interpreter)) {
+        interpreter.omissions.note(Omission::image);
+        return;
+    }
+    const KnownImage image =
+        interpreter.images.find(interpreter.cache, entry, stream, interpreter.state.style.fill);
+    placeImage(interpreter, image, interpreter.level.span.start);
+}
+
+} // namespace
+
+void beginImageOperator(Interpreter& interpreter) {
+    interpreter.level.imageStart = interpreter.level.span.start;
+}
+
+void dataImageOperator(Interpreter& interpreter) {
+    ContentLevel& level = interpreter.level;
+    if (level.imageStart < 0) {
+        level.imageStart = level.span.start; // data without a BI
+    }
+    level.inlineImage = KnownImage();
+    callFilter(*interpreter.cache.input, Operation::skipSpace);
+    auto& tokens = static_cast<TokenFilter&>(*interpreter.cache.input);
+    const std::int64_t length = imageDataLength(interpreter);
+    if (!interpreter.readsImages || !fillIsSeen(interpreter)) {
+        skipImageData(tokens, length);
+        return;
+    }
+    const ObjectOwner dictionary = imageDictionary();
+    ImageData data;
+    skipImageData(tokens, length, &data);
+    attempted([&] {
+        level.inlineImage = {deliverInlineImage(interpreter.cache, dictionary.get(),
+                                                std::as_bytes(std::span(data.bytes)),
+                                                interpreter.state.style.fill),
+                             isSmoothImage(interpreter.cache, dictionary.get())};
+    });
+}
+
+void endImageOperator(Interpreter& interpreter) {
+    ContentLevel& level = interpreter.level;
+    level.placed = Art::null;
+    if (level.imageStart >= 0) {
+        placeImage(interpreter, level.inlineImage, level.imageStart);
+    }
+    level.imageStart = -1;
+}
+
+void doObjectOperator(Interpreter& interpreter) {
+    interpreter.level.placed = Art::null;
+    const ObjectOwner name = popLiteral();
+    DocumentCache& cache = interpreter.cache;
+    if (typeObject(cache.resources.get()) != ObjectType::dictionary) {
+        return;
+    }
+    const ObjectOwner category = lookupObject(cache, cache.resources.get(), "XObject");
+    if (typeObject(category.get()) != ObjectType::dictionary) {
+        return;
+    }
+    const Object entry = findEntry(cache, category.get(), literalObject(name.get()));
+    const ObjectOwner object = resolveObject(cache, entry);
+    if (typeObject(object.get()) != ObjectType::stream) {
+        return;
+    }
+    const ObjectOwner subtype = lookupObject(cache, object.get(), "Subtype");
+    const bool named = typeObject(subtype.get()) == ObjectType::literal;
+    const std::string_view kind = named ? literalObject(subtype.get()) : std::string_view();
+    if (kind == "Image") {
+        drawImage(interpreter, entry, object.get());
+    } else {
+        interpreter.omissions.note(kind == "Form" ? Omission::form : Omission::other);
+    }
+    if (typeObject(findEntry(cache, object.get(), "OC")) != ObjectType::null) {
+        interpreter.omissions.note(Omission::optionalContent);
+    }
+}
+
+} // namespace corvane

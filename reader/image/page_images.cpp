@@ -1,0 +1,63 @@
+#include "reader/image/page_images.h"
+
+#include "reader/image/deliver_image.h"
+#include "reader/syntax/syntax.h"
+#include "runtime/exception.h"
+
+#include <algorithm>
+
+namespace corvane {
+
+namespace {
+
+/// Colours of one stencil that are told apart; past them each drawing tells the host again.
+constexpr std::size_t mostFills = 64;
+
+bool isTrue(DocumentCache& cache, const Object& dictionary, const char* key) {
+    const ObjectOwner value = lookupObject(cache, dictionary, key);
+    return typeObject(value.get()) == ObjectType::boolean && booleanObject(value.get());
+}
+
+KnownImage tell(DocumentCache& cache, const Object& stream, std::int32_t number,
+                const Colour& fill) {
+    KnownImage known;
+    attempted([&] {
+        known.isSmooth = isSmoothImage(cache, stream);
+        known.image = deliverImage(cache, stream, number, fill);
+    });
+    return known;
+}
+
+} // namespace
+
+bool isSmoothImage(DocumentCache& cache, const Object& dictionary) {
+    for (const char* key : {"Interpolate", "I"}) {
+        const ObjectOwner value = lookupObject(cache, dictionary, key);
+        if (typeObject(value.get()) == ObjectType::boolean) {
+            return booleanObject(value.get());
+        }
+    }
+    return true;
+}
+
+KnownImage PageImages::find(DocumentCache& cache, const Object& entry, const Object& stream,
+                            const Colour& fill) {
+    std::int32_t number = 0;
+    if (typeObject(entry) == ObjectType::reference) {
+        std::int32_t generation = 0;
+        referenceObject(entry, number, generation);
+    }
+    const Colour own = isTrue(cache, stream, "ImageMask") ? fill : Colour();
+    std::vector<Entry>& entries = byNumber_[number];
+    const auto known = std::ranges::find(entries, own, &Entry::fill);
+    if (number != 0 && known != entries.end()) {
+        return known->known;
+    }
+    const KnownImage told = tell(cache, stream, number, own);
+    if (number != 0 && entries.size() < mostFills) {
+        entries.push_back({own, told});
+    }
+    return told;
+}
+
+} // namespace corvane

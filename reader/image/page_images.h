@@ -1,0 +1,40 @@
+// The images of a page, each told to the host once.
+#pragma once
+
+#include "host/image.h"
+#include "objects/object.h"
+#include "reader/document/cache.h"
+
+#include <cstdint>
+#include <unordered_map>
+#include <vector>
+
+namespace corvane {
+
+/// An image as the host has it.
+struct KnownImage {
+    Image image = Image::null; ///< null: none, or one that cannot be told
+    bool isSmooth = true;      ///< its pixels run into one another where they are enlarged
+};
+
+class PageImages {
+public:
+    /// The image of an XObject: an entry of the resources, a stream or a reference to one, and the
+    /// stream that it leads to. A stencil is another image in another `fill`.
+    KnownImage find(DocumentCache& cache, const Object& entry, const Object& stream,
+                    const Colour& fill);
+
+private:
+    struct Entry {
+        Colour fill; ///< of stencils
+        KnownImage known;
+    };
+
+    /// By the number of the object; the fills that stencils had.
+    std::unordered_map<std::int32_t, std::vector<Entry>> byNumber_;
+};
+
+/// Whether pixels run into one another: they do unless the dictionary says otherwise.
+bool isSmoothImage(DocumentCache& cache, const Object& dictionary);
+
+} // namespace corvane

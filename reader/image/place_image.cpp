@@ -1,0 +1,38 @@
+#include "reader/image/place_image.h"
+
+#include "reader/content/interpreter.h"
+#include "runtime/callbacks.h"
+#include "runtime/extension.h"
+#include "runtime/matrix.h"
+#include "runtime/rules.h"
+
+namespace corvane {
+
+bool hostHoldsImages() {
+    const auto extension = knownExtension();
+    return rules().readsImages && extension && extension->version >= 6;
+}
+
+void placeImage(Interpreter& interpreter, const KnownImage& image, std::int64_t start) {
+    ContentLevel& level = interpreter.level;
+    level.placed = Art::null;
+    if (image.image == Image::null) {
+        interpreter.omissions.note(Omission::image);
+        return;
+    }
+    if (!inverse(interpreter.state.exactCtm)) {
+        return;
+    }
+    const PlacedImage placed{.image = image.image,
+                             .matrix = hostMatrix(interpreter.state.exactCtm),
+                             .isSmooth = image.isSmooth};
+    level.placed = interpreter.containers.make(ArtKind::placed);
+    callHost(slot::setPlacedImage, level.placed, &placed);
+    if (level.tellsSources) {
+        const ArtSource source{start, level.span.end, level.painted};
+        callHost(slot::setArtSource, level.placed, &source);
+    }
+    ++level.painted;
+}
+
+} // namespace corvane

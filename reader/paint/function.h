@@ -1,0 +1,54 @@
+// Functions of a document: numbers in, numbers out (PDF Reference, 3.9).
+#pragma once
+
+#include "objects/object.h"
+#include "reader/document/cache.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace corvane {
+
+/// Numbers in or out of a function; DeviceN has as many inks at most.
+inline constexpr std::size_t functionArity = 32;
+
+class Function {
+public:
+    struct Interval {
+        double low = 0;
+        double high = 1;
+    };
+
+    Function(std::vector<Interval> domain, std::vector<Interval> range, std::size_t outputs)
+        : domain_(std::move(domain)), range_(std::move(range)), outputs_(outputs) {}
+    virtual ~Function() = default;
+
+    std::size_t inputs() const { return domain_.size(); }
+    std::size_t outputs() const { return outputs_; }
+    /// Work of one evaluation, in steps of a few nanoseconds.
+    virtual std::int64_t cost() const = 0;
+
+    /// The first `outputs` numbers of `out` for the first `inputs` of `in`, both put into their
+    /// intervals. Missing inputs count as 0.
+    void evaluate(std::span<const double> in, std::span<double> out) const;
+
+protected:
+    virtual void compute(std::span<const double> in, std::span<double> out) const = 0;
+
+    std::vector<Interval> domain_; ///< one for each input
+    std::vector<Interval> range_;  ///< one for each output, or none
+
+private:
+    std::size_t outputs_;
+};
+
+using FunctionPointer = std::shared_ptr<const Function>;
+
+/// The function that an object describes; null where it is none that can be computed. Raises what
+/// reading its objects raises.
+FunctionPointer readFunction(DocumentCache& cache, const Object& object);
+
+} // namespace corvane

@@ -1,0 +1,277 @@
+// Images that are edited and saved as patches: what the page has keeps its object, what is new gets
+// one.
+#include "host/matrix.h"
+#include "tests/writer/patch/patch_fixture.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+
+namespace corvane {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+class Pixels final : public ImageContent {
+public:
+    explicit Pixels(std::string bytes) : bytes_(std::move(bytes)) {}
+
+    std::unique_ptr<ImageSource> open() const override { return std::make_unique<Source>(bytes_); }
+
+private:
+    class Source final : public ImageSource {
+    public:
+        explicit Source(std::string_view bytes) : bytes_(bytes) {}
+        std::size_t read(std::span<std::byte> into) override {
+            const std::string_view piece = bytes_.substr(0, into.size());
+            std::ranges::copy(std::as_bytes(std::span(piece)), into.begin());
+            bytes_.remove_prefix(piece.size());
+            return piece.size();
+        }
+
+    private:
+        std::string_view bytes_;
+    };
+
+    std::string bytes_;
+};
+
+class Hanger {
+public:
+    explicit Hanger(Document& edited) : document(edited) {
+        for (Layer layer = document.lastLayer(); layer != Layer::null;
+             layer = document.previousLayer(layer)) {
+            list(document.layerArt(layer));
+        }
+    }
+
+    void place(std::size_t index, const Matrix& matrix) {
+        PlacedImage placed = document.placedImage(images.at(index));
+        placed.matrix = matrix;
+        document.setPlacedImage(images[index], placed);
+    }
+    void move(std::size_t index, double dx, double dy) {
+        Matrix matrix = document.placedImage(images.at(index)).matrix;
+        matrix.tx += fixedFromReal(dx);
+        matrix.ty += fixedFromReal(dy);
+        place(index, matrix);
+    }
+    Image picture(const ImageFacts& facts, std::string bytes) {
+        return document.images().add(facts, ImageFile{},
+                                     std::make_shared<Pixels>(std::move(bytes)));
+    }
+    void show(std::size_t index, Image image) {
+        PlacedImage placed = document.placedImage(images.at(index));
+        placed.image = image;
+        document.setPlacedImage(images[index], placed);
+    }
+    Art add(Image image, const Matrix& matrix) {
+        const Art placed = document.make(ArtKind::placed, Placement::inside,
+                                         document.layerArt(document.firstLayer()));
+        document.setPlacedImage(placed, {.image = image, .matrix = matrix});
+        return placed;
+    }
+
+    Document& document;
+    std::vector<Art> images; ///< from the back
+
+private:
+    void list(Art container) {
+        for (Art art = document.lastChild(container); art != Art::null;
+             art = document.previousSibling(art)) {
+            if (document.kind(art) == ArtKind::placed) {
+                images.push_back(art);
+            } else if (document.kind(art) == ArtKind::group) {
+                list(art);
+            }
+        }
+    }
+};
+
+class ImagePatchTest : public PatchTest {
+protected:
+    void openImages(std::string_view content) {
+        openFile(PdfBuilder::onePage(content,
+                                     "/Resources << /XObject << /A 20 0 R /B 21 0 R >> /ExtGState "
+                                     "<< /Half << /ca .5 >> >> >>")
+                     .stream(20, "abcd", gray)
+                     .stream(21, "efgh", gray)
+                     .bytes());
+    }
+    Hanger hanger() { return Hanger(*document_); }
+
+    /// Which images there are, from the back, and where they lie; new ones have the name "new".
+    std::string look() {
+        std::string text;
+        for (const Art art : hanger().images) {
+            const PlacedImage placed = document_->placedImage(art);
+            const std::string key(document_->images().facts(placed.image).key);
+            text += (key.empty() ? "new" : key.substr(0, key.find('-')));
+            for (const Fixed number : {placed.matrix.a, placed.matrix.b, placed.matrix.c,
+                                       placed.matrix.d, placed.matrix.tx, placed.matrix.ty}) {
+                text += " " + test::realText(std::round(realFromFixed(number) * 64) / 64);
+            }
+            text += "\n";
+        }
+        return text;
+    }
+
+    static constexpr std::string_view gray =
+        "/Type /XObject /Subtype /Image /Width 2 /Height 2 /BitsPerComponent 8 /ColorSpace "
+        "/DeviceGray";
+};
+
+struct Edit {
+    const char* name;
+    std::string content;
+    std::function<void(Hanger&)> edit;
+    const char* facts; ///< kept, changed, added, removed, moved
+    std::string saved; ///< the content; empty: only what is seen counts
+};
+
+const std::string two = "q 9 0 0 9 10 20 cm /A Do Q 0 0 5 5 re f q 8 0 0 8 50 60 cm /B Do Q";
+const std::string own = "q 9 0 0 9 10 20 cm BI /W 2 /H 1 /BPC 8 /CS /G ID EI EI Q 0 0 5 5 re f";
+
+TEST_F(ImagePatchTest, Edits) {
+    const Edit rows[] = {
+        {"one is moved", two, [](Hanger& it) { it.move(0, 9, 18); }, "2 1 0 0 0",
+         "q 9 0 0 9 10 20 cm\nq\n1 0 0 1 1 2 cm\n /A Do\nQ\n Q 0 0 5 5 re f q 8 0 0 8 50 60 cm /B "
+         "Do "
+         "Q\n"},
+        {"one is turned", two,
+         [](Hanger& it) {
+             it.place(1, {0, 8 * fixedOne, -8 * fixedOne, 0, 0, fixedOne});
+         },
+         "2 1 0 0 0", ""},
+        {"one goes", two, [](Hanger& it) { it.document.dispose(it.images[0]); }, "2 0 0 1 0",
+         "q 9 0 0 9 10 20 cm  Q 0 0 5 5 re f q 8 0 0 8 50 60 cm /B Do Q\n"},
+        {"a copy", two,
+         [](Hanger& it) {
+             it.images[0] = it.document.duplicate(it.images[0], Placement::inFront, it.images[1]);
+             it.move(0, 20, 0);
+         },
+         "3 0 1 0 0", ""},
+        {"another order", two,
+         [](Hanger& it) { it.document.reorder(it.images[0], Placement::inFront, it.images[1]); },
+         "2 0 0 0 1", ""},
+        {"an inline image is moved", own, [](Hanger& it) { it.move(0, 0, 9); }, "1 1 0 0 0",
+         "q 9 0 0 9 10 20 cm\nq\n1 0 0 1 0 1 cm\n BI /W 2 /H 1 /BPC 8 /CS /G ID EI EI\nQ\n Q 0 0 5 "
+         "5 "
+         "re f\n"},
+        {"an inline image goes", own, [](Hanger& it) { it.document.dispose(it.images[0]); },
+         "1 0 0 1 0", "q 9 0 0 9 10 20 cm  Q 0 0 5 5 re f\n"},
+        {"an inline image between text",
+         "BT 9 0 0 9 0 0 Tm BI /W 2 /H 1 /BPC 8 /CS /G ID EI EI 5 5 Td ET 0 0 5 5 re f",
+         [](Hanger& it) { it.move(0, 3, 9); }, "1 1 0 0 0", ""},
+        {"in a space of its own, under transparency",
+         "/Half gs q .5 .1 0 -.5 10 600 cm q 40 0 0 40 0 0 cm /A Do Q Q q 8 0 0 8 50 60 cm /B Do Q",
+         [](Hanger& it) {
+             it.move(0, 5, 3);
+             it.document.reorder(it.images[1], Placement::behind, it.images[0]);
+         },
+         "1 1 0 0 0", ""},
+    };
+    for (const Edit& row : rows) {
+        SCOPED_TRACE(row.name);
+        openImages(row.content);
+        Hanger edits = hanger();
+        row.edit(edits);
+        const std::string edited = look();
+        ASSERT_NO_FATAL_FAILURE(expectSaved());
+        EXPECT_EQ(facts(), row.facts);
+        EXPECT_EQ(look(), edited) << newContent();
+        EXPECT_THAT(object("3"), Not(HasSubstr("/X1")));
+        if (!row.saved.empty()) {
+            EXPECT_EQ(newContent(), row.saved);
+        }
+    }
+}
+
+TEST_F(ImagePatchTest, AnotherPictureBecomesAnObject) {
+    struct Row {
+        const char* name;
+        ImageFacts facts;
+        std::string bytes;
+        std::vector<std::string> entries; ///< of the new object
+        std::string mask;                 ///< an entry of its soft mask
+    };
+    const std::uint8_t palette[] = {255, 0, 0, 255, 0, 0, 255, 128};
+    const std::uint8_t opaque[] = {255, 0, 0, 255, 0, 0, 255, 255};
+    const Row rows[] = {
+        {"gray with few bits",
+         {.width = 3, .height = 2, .bits = 2},
+         std::string("\x18\xE4", 2),
+         {"/Width 3 /Height 2 /BitsPerComponent 2", "/ColorSpace /DeviceGray", "/Colors 1"},
+         ""},
+        {"RGB",
+         {.width = 1, .height = 2, .colours = ImageColours::rgb},
+         "abcdef",
+         {"/ColorSpace /DeviceRGB", "/Colors 3"},
+         ""},
+        {"RGB that is gray",
+         {.width = 1, .height = 2, .colours = ImageColours::rgb},
+         "aaaccc",
+         {"/ColorSpace /DeviceGray", "/Colors 1"},
+         ""},
+        {"RGB with alpha",
+         {.width = 1, .height = 2, .colours = ImageColours::rgb, .bits = 16, .hasAlpha = true},
+         "abcdefghijklmnop",
+         {"/ColorSpace /DeviceRGB", "/BitsPerComponent 16", "/SMask "},
+         "/BitsPerComponent 16"},
+        {"gray with alpha that is opaque",
+         {.width = 1, .height = 2, .hasAlpha = true},
+         "a\xFF"
+         "b\xFF",
+         {"/ColorSpace /DeviceGray"},
+         ""},
+        {"a palette",
+         {.width = 9, .height = 1, .colours = ImageColours::indexed, .bits = 1, .palette = opaque},
+         std::string("\x55\x80", 2),
+         {"[ /Indexed /DeviceRGB 1 <FF00000000FF> ]"},
+         ""},
+        {"a palette with alpha",
+         {.width = 9, .height = 1, .colours = ImageColours::indexed, .bits = 1, .palette = palette},
+         std::string("\x55\x80", 2),
+         {"[ /Indexed", "/SMask "},
+         "/BitsPerComponent 8"},
+        {"JPEG",
+         {.width = 5,
+          .height = 6,
+          .coding = ImageCoding::jpeg,
+          .colours = ImageColours::cmyk,
+          .isInverted = true},
+         "\xFF\xD8 any",
+         {"/ColorSpace /DeviceCMYK", "/DCTDecode", "/Decode [ 1 0", "\xFF\xD8 any"},
+         ""},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        openImages(two);
+        Hanger edits = hanger();
+        const Image picture = edits.picture(row.facts, row.bytes);
+        edits.show(1, picture);
+        edits.add(picture, {fixedOne, 0, 0, fixedOne, 0, 0});
+        ASSERT_NO_FATAL_FAILURE(expectSaved());
+        EXPECT_EQ(facts(), "2 1 1 0 0");
+        EXPECT_EQ(hanger().images.size(), 3U);
+        const std::string content = newContent();
+        const std::size_t at = content.find("/X1 Do");
+        EXPECT_NE(at, std::string::npos) << content;
+        EXPECT_NE(content.find("/X1 Do", at + 1), std::string::npos) << content;
+        const std::string file = bytes();
+        const std::string added = file.substr(file_.size());
+        const bool hasMask = !row.mask.empty();
+        EXPECT_EQ(std::ranges::count(added, '\xFF') > 0, row.bytes.starts_with('\xFF'));
+        for (const std::string& entry : row.entries) {
+            EXPECT_THAT(added, HasSubstr(entry));
+        }
+        EXPECT_EQ(added.find("/SMask") != std::string::npos, hasMask);
+        EXPECT_THAT(added, HasSubstr(row.mask));
+    }
+}
+
+} // namespace
+} // namespace corvane

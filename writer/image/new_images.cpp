@@ -1,0 +1,231 @@
+#include "writer/image/new_images.h"
+
+#include "filters/deflate.h"
+#include "objects/identity.h"
+#include "output/primitives.h"
+#include "output/xref.h"
+#include "runtime/callbacks.h"
+#include "runtime/exception.h"
+#include "writer/crypt/sealed.h"
+#include "writer/image/pixel_rows.h"
+#include "writer/page/stream_object.h"
+
+#include <algorithm>
+#include <array>
+#include <functional>
+#include <string>
+
+namespace corvane {
+
+namespace {
+
+ImageFacts factsOf(Image image) {
+    ImageFacts facts;
+    callHost(slot::getImageFacts, image, &facts);
+    return facts;
+}
+
+PixelContents contentsOf(Image image) {
+    const ImageFacts facts = factsOf(image);
+    return facts.coding == ImageCoding::samples ? examinePixels(image, facts)
+                                                : PixelContents{.isGray = false};
+}
+
+std::string entry(const char* key, std::int64_t value) {
+    return "/" + std::string(key) + " " + std::to_string(value) + " ";
+}
+
+std::string beginning(const ImageFacts& facts, std::int32_t bits) {
+    return "<<\r/Type /XObject /Subtype /Image " + entry("Width", facts.width) +
+           entry("Height", facts.height) + entry("BitsPerComponent", bits) + "\r";
+}
+
+std::string predictorEntries(const PixelForm& form) {
+    constexpr std::int64_t png = 15; // each row names its own
+    return "/Filter /FlateDecode /DecodeParms << " + entry("Predictor", png) +
+           entry("Colors", form.components) + entry("BitsPerComponent", form.bits) +
+           entry("Columns", form.width) + ">>\r";
+}
+
+/// A stream whose length is told behind it.
+class LengthLater {
+public:
+    LengthLater(DocumentCache& cache, std::int32_t number, std::int32_t length,
+                const std::string& dictionary)
+        : cache_(cache), length_(length) {
+        Filter& output = *cache.output;
+        touchXRef(output, number, 0);
+        objectOutput(output, number, 0);
+        stringOutput(output, dictionary.c_str());
+        stringOutput(output, "/Length ");
+        referenceOutput(output, length, 0);
+        stringOutput(output, ">>\rstream\r");
+        start_ = markFilter(output);
+        chain_ = Chain(&output);
+        linkSeal(cache, chain_, newStreamCipher(cache), {number, 0});
+    }
+
+    Chain& chain() { return chain_; }
+
+    void finish() {
+        chain_.unlink();
+        const std::int32_t bytes = markFilter(*cache_.output) - start_;
+        // The line end before "endstream" does not count.
+        stringOutput(*cache_.output, "\rendstream\rendobj\r");
+        writeLength(cache_, length_, bytes);
+    }
+
+private:
+    DocumentCache& cache_;
+    std::int32_t length_;
+    std::int32_t start_ = 0;
+    Chain chain_;
+};
+
+/// Rows of `to`, each made of one of the image.
+using RowMaker = std::function<void(std::span<const std::byte> from, std::vector<std::byte>& to)>;
+
+void rowsOutput(Chain& chain, Image image, const PixelForm& from, const PixelForm& to,
+                const RowMaker& make) {
+    PixelRows rows(image, from);
+    RowPredictor predictor(to);
+    std::vector<std::byte> row(to.rowBytes());
+    for (std::int32_t y = 0; y < from.height; ++y) {
+        make(rows.next(), row);
+        writeFilter(*chain.top(), predictor.predict(row));
+    }
+}
+
+/// Takes some samples of each pixel.
+RowMaker samplesMaker(const PixelForm& from, const PixelForm& to, std::int32_t first) {
+    const std::size_t pixel = from.sampleBytes() * static_cast<std::size_t>(from.components);
+    const std::size_t taken = to.sampleBytes() * static_cast<std::size_t>(to.components);
+    const std::size_t start = from.sampleBytes() * static_cast<std::size_t>(first);
+    return [=](std::span<const std::byte> row, std::vector<std::byte>& out) {
+        if (pixel == taken || pixel == 0) { // packed samples have no byte of their own
+            std::ranges::copy(row, out.begin());
+            return;
+        }
+        auto at = out.begin();
+        for (std::size_t i = 0; i < row.size(); i += pixel) {
+            at = std::ranges::copy(row.subspan(i + start, taken), at).out;
+        }
+    };
+}
+
+/// The alpha of each pixel's palette entry.
+RowMaker paletteMaker(const ImageFacts& facts) {
+    std::array<std::byte, 256> alphas{};
+    alphas.fill(std::byte{0xFF});
+    for (std::size_t i = 0; 4 * i + 3 < facts.palette.size() && i < alphas.size(); ++i) {
+        alphas[i] = std::byte{facts.palette[4 * i + 3]};
+    }
+    const auto bits = static_cast<unsigned>(facts.bits);
+    return [alphas, bits](std::span<const std::byte> row, std::vector<std::byte>& out) {
+        for (std::size_t x = 0; x < out.size(); ++x) {
+            const std::size_t bit = x * bits;
+            const auto packed = std::to_integer<unsigned>(row[bit / 8]);
+            const auto shift = static_cast<unsigned>(8 - bits - bit % 8);
+            out[x] = alphas[packed >> shift & ((1U << bits) - 1U)];
+        }
+    };
+}
+
+std::string spaceEntry(DocumentCache& cache, const ImageFacts& facts, bool isGray,
+                       std::int32_t number) {
+    if (facts.colours == ImageColours::indexed) {
+        std::vector<std::byte> colours;
+        for (std::size_t i = 0; i < facts.palette.size(); ++i) {
+            if (i % 4 != 3) {
+                colours.push_back(std::byte{facts.palette[i]});
+            }
+        }
+        return "/ColorSpace [ /Indexed /DeviceRGB " + std::to_string(facts.palette.size() / 4 - 1) +
+               " " + sealedBytes(cache, {number, 0}, colours) + " ]\r";
+    }
+    return facts.colours == ImageColours::cmyk             ? "/ColorSpace /DeviceCMYK\r"
+           : facts.colours == ImageColours::rgb && !isGray ? "/ColorSpace /DeviceRGB\r"
+                                                           : "/ColorSpace /DeviceGray\r";
+}
+
+void jpegOutput(DocumentCache& cache, const NewImage& image, const ImageFacts& facts) {
+    std::string dictionary = beginning(facts, 8) + spaceEntry(cache, facts, false, image.number) +
+                             "/Filter /DCTDecode\r";
+    if (facts.colours == ImageColours::cmyk && facts.isInverted) {
+        dictionary += "/Decode [ 1 0 1 0 1 0 1 0 ]\r";
+    }
+    LengthLater stream(cache, image.number, image.length, dictionary);
+    std::array<std::byte, 1 << 14> block;
+    callHost(slot::openImageBytes, image.image);
+    for (std::int64_t count = 1; count > 0;) {
+        if (callHost(slot::checkUserAbort)) {
+            failException(Exception::cancelled);
+        }
+        callHost(slot::readImageBytes, image.image, block.data(), std::ssize(block), &count);
+        writeFilter(*stream.chain().top(),
+                    std::span(block).first(static_cast<std::size_t>(
+                        std::clamp<std::int64_t>(count, 0, std::ssize(block)))));
+    }
+    stream.finish();
+}
+
+void maskOutput(DocumentCache& cache, const NewImage& image, const ImageFacts& facts) {
+    const PixelForm from = pixelForm(facts);
+    const bool hasPalette = facts.colours == ImageColours::indexed;
+    const PixelForm to{from.width, from.height, 1, hasPalette ? 8 : from.bits};
+    LengthLater stream(cache, image.mask, image.maskLength,
+                       beginning(facts, to.bits) + "/ColorSpace /DeviceGray\r" +
+                           predictorEntries(to));
+    stream.chain().link(setupDeflate());
+    rowsOutput(stream.chain(), image.image, from, to,
+               hasPalette ? paletteMaker(facts) : samplesMaker(from, to, from.components - 1));
+    stream.finish();
+}
+
+void samplesOutput(DocumentCache& cache, const NewImage& image, const ImageFacts& facts) {
+    const PixelForm from = pixelForm(facts);
+    const bool isGray = image.contents.isGray;
+    const std::int32_t colours = isGray ? 1 : from.components - (facts.hasAlpha ? 1 : 0);
+    const PixelForm to{from.width, from.height, colours, from.bits};
+    std::string dictionary = beginning(facts, facts.bits) +
+                             spaceEntry(cache, facts, isGray, image.number) + predictorEntries(to);
+    if (image.mask != 0) {
+        dictionary += "/SMask " + std::to_string(image.mask) + " 0 R\r";
+    }
+    LengthLater stream(cache, image.number, image.length, dictionary);
+    stream.chain().link(setupDeflate());
+    rowsOutput(stream.chain(), image.image, from, to, samplesMaker(from, to, 0));
+    stream.finish();
+}
+
+} // namespace
+
+std::string_view NewImages::add(Image image) {
+    std::int32_t& number = numbers_[image];
+    if (number == 0) {
+        NewImage made{.image = image,
+                      .contents = contentsOf(image),
+                      .number = nextIdentity(),
+                      .length = nextIdentity()};
+        if (!made.contents.isOpaque) {
+            made.mask = nextIdentity();
+            made.maskLength = nextIdentity();
+        }
+        number = made.number;
+        images_.push_back(made);
+    }
+    return resources_->add(ResourceCategory::object, number, 0);
+}
+
+void writeImage(DocumentCache& cache, const NewImage& image) {
+    const ImageFacts facts = factsOf(image.image);
+    if (facts.coding == ImageCoding::jpeg) {
+        return jpegOutput(cache, image, facts);
+    }
+    samplesOutput(cache, image, facts);
+    if (image.mask != 0) {
+        maskOutput(cache, image, facts);
+    }
+}
+
+} // namespace corvane
