@@ -171,7 +171,9 @@ TEST_F(WorksTest, KindsOfArt) {
         selectRules(profile);
         EXPECT_EQ(writeAs(5), Exception::none);
         EXPECT_EQ(writeAs(6), Exception::none);
-        EXPECT_EQ(writeAs(4), Exception::unpatchable);
+        // A group has no runs; and no page drawn anew today has text.
+        EXPECT_EQ(writeAs(4),
+                  profile == Profile::original ? Exception::host : Exception::unpatchable);
         for (const int kind : {7, 8, -1, 300}) {
             EXPECT_EQ(writeAs(kind), Exception::type) << kind;
         }

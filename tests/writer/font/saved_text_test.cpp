@@ -28,6 +28,7 @@ TEST_F(SavedTextTest, TextAndFontsComeBack) {
                             "/F2 << /Type /Font /Subtype /Type1 /BaseFont /NimbusRoman-Regular >> "
                             ">> >>")
             .object(5, "<< /Producer (Test) >>")
+            .trailer("/Size 6 /Root 1 0 R /Info 5 0 R")
             .bytes());
     EXPECT_THAT(update, HasSubstr("/Font <<\n/\002F2 "));
     EXPECT_THAT(update, HasSubstr("/ProcSet [ /PDF /Text ]"));
@@ -37,13 +38,11 @@ TEST_F(SavedTextTest, TextAndFontsComeBack) {
     EXPECT_THAT(update, HasSubstr("q\nBT\n"));
 
     const std::string before = texts();
-    ASSERT_EQ(open(), 0U);
-    EXPECT_EQ(texts(), "Helvetica-Bold 12 @60,700 F: Café (one)\n"
-                       "NimbusRoman-Regular 128 @60,500 F: two\n"
-                       "{<>\nHelvetica-Bold 20 @60,300 C: clip}");
     EXPECT_EQ(before, "Helvetica-Bold 12 @60,700 F: Café (one)\n"
                       "NimbusRoman-Regular 128 @60,500 F: two\n"
                       "[{<>\nHelvetica-Bold 20 @60,300 C: clip}]");
+    ASSERT_EQ(open(), 0U);
+    EXPECT_EQ(texts(), before);
 }
 
 } // namespace
