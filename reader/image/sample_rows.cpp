@@ -7,6 +7,7 @@
 #include "reader/syntax/stream_chain.h"
 #include "reader/syntax/stream_filters.h"
 #include "reader/syntax/syntax.h"
+#include "runtime/exception.h"
 
 #include <algorithm>
 
@@ -85,8 +86,13 @@ std::unique_ptr<SampleRows> openJbig2(const LookedImage& image) {
         }
     }
     const HeldBytes data = image.coded.read();
-    return std::make_unique<Jbig2Rows>(decodeJbig2(globals.bytes, data.bytes),
-                                       static_cast<std::size_t>(image.form.rowBytes()));
+    Jbig2Page page = decodeJbig2(globals.bytes, data.bytes);
+    const auto rowBytes = static_cast<std::size_t>(image.form.rowBytes());
+    // Next to nothing of what the dictionary claims.
+    if (rowBytes > 16 * ((std::size_t{page.width} + 7) / 8)) {
+        failException(Exception::codec);
+    }
+    return std::make_unique<Jbig2Rows>(std::move(page), rowBytes);
 }
 
 } // namespace

@@ -18,6 +18,7 @@ struct TakenImage {
     std::string key;
     std::vector<std::uint8_t> palette;
     std::vector<std::byte> bytes;
+    std::int64_t count = 0; ///< of bytes, kept or not
     bool isEnded = false;
     bool isGivenUp = false;
 };
@@ -64,6 +65,7 @@ private:
     }
     static HostError addBytes(Image image, const std::byte* bytes, std::int64_t count) {
         here->total += count;
+        here->at(image).count += count;
         if (here->keepsBytes_) {
             std::vector<std::byte>& held = here->at(image).bytes;
             held.insert(held.end(), bytes, bytes + count);
