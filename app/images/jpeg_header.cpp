@@ -14,8 +14,8 @@ namespace {
 
 constexpr unsigned startOfScan = 0xDA;
 constexpr unsigned endOfImage = 0xD9;
-constexpr unsigned application1 = 0xE1;
-constexpr unsigned application14 = 0xEE; ///< Exif is there
+constexpr unsigned application1 = 0xE1;  ///< Exif is there
+constexpr unsigned application14 = 0xEE; ///< how colours are counted is there
 
 [[noreturn]] void refuse() {
     throw ImageError("is damaged (its header cannot be read)");

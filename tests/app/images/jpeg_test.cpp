@@ -62,12 +62,15 @@ TEST(JpegHeader, SaysSizeColoursAndHowTheCameraWasHeld) {
         Octets file;
         ImageColours colours;
         Orientation orientation = upright;
+        bool isInverted = false;
     };
     for (const Row& row :
          {Row{start + frame(0xC0, 1), ImageColours::gray},
           Row{start + other + frame(0xC2, 3), ImageColours::rgb},
           Row{start + Octets{0xFF, 0xFF, 0xFF} + segment(0xEE, {1}) + frame(0xC1, 4),
               ImageColours::cmyk},
+          Row{start + segment(0xEE, {'A', 'd', 'o', 'b', 'e'}) + frame(0xC1, 4), ImageColours::cmyk,
+              upright, true},
           Row{start + segment(0xE1, exif(true, 6)) + frame(0xC0, 3), ImageColours::rgb, 6},
           Row{start + segment(0xE1, exif(false, 3)) + frame(0xC0, 3), ImageColours::rgb, 3},
           Row{start + segment(0xE1, exif(false, 9)) + frame(0xC0, 3), ImageColours::rgb}}) {
@@ -77,6 +80,7 @@ TEST(JpegHeader, SaysSizeColoursAndHowTheCameraWasHeld) {
         EXPECT_EQ(header->facts.height, 258);
         EXPECT_EQ(header->facts.coding, ImageCoding::jpeg);
         EXPECT_EQ(header->facts.colours, row.colours);
+        EXPECT_EQ(header->facts.isInverted, row.isInverted);
         EXPECT_EQ(header->orientation, row.orientation);
     }
 }
