@@ -3,7 +3,7 @@
 #include "fonts/made_font.h"
 #include "reader/text/page_fonts.h"
 #include "runtime/callbacks.h"
-#include "runtime/fixed.h"
+#include "runtime/matrix.h"
 
 #include <cmath>
 
@@ -34,16 +34,6 @@ bool isNear(double a, double b) {
 
 bool isParallel(const RealMatrix& a, const RealMatrix& b) {
     return isNear(a.a, b.a) && isNear(a.b, b.b) && isNear(a.c, b.c) && isNear(a.d, b.d);
-}
-
-Matrix hostMatrix(const RealMatrix& matrix) {
-    return {fixedFromReal(matrix.a), fixedFromReal(matrix.b),  fixedFromReal(matrix.c),
-            fixedFromReal(matrix.d), fixedFromReal(matrix.tx), fixedFromReal(matrix.ty)};
-}
-
-RealMatrix realMatrix(const Matrix& matrix) {
-    return {realFromFixed(matrix.a), realFromFixed(matrix.b),  realFromFixed(matrix.c),
-            realFromFixed(matrix.d), realFromFixed(matrix.tx), realFromFixed(matrix.ty)};
 }
 
 bool isBlank(std::string_view text) {

@@ -1,6 +1,6 @@
 #include "writer/text/line_layout.h"
 
-#include "runtime/fixed.h"
+#include "runtime/matrix.h"
 #include "writer/text/text_path.h"
 
 #include <algorithm>
@@ -12,11 +12,6 @@
 namespace corvane {
 
 namespace {
-
-RealMatrix realMatrix(const Matrix& matrix) {
-    return {realFromFixed(matrix.a), realFromFixed(matrix.b),  realFromFixed(matrix.c),
-            realFromFixed(matrix.d), realFromFixed(matrix.tx), realFromFixed(matrix.ty)};
-}
 
 /// What the matrix of a line on a path says: size and slant, as on a level baseline.
 RealMatrix unturned(const RealMatrix& matrix) {
