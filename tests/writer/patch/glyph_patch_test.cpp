@@ -24,8 +24,8 @@ TEST_F(GlyphPatchTest, Edits) {
     const auto show = [](Artist& it, std::size_t path) { return it.document.parent(it.at(path)); };
     const Edit rows[] = {
         {"something else", content, [](Artist& it) { it.fill(it.at(6), 0.5); }, "2 1 0 0 0",
-         "1 0 0 rg BT /T 10 Tf 2 Tc 100 700 Td (aa) Tj [(a) 500 (b)] TJ ET\n"
-         "q\n.5 g\n0 0 9 9 re\nf\nQ\n\n"},
+         "1 0 0 rg BT /T 10 Tf 2 Tc 100 700 Td (aa) Tj [(a) 500 (b)] TJ ET \n"
+         "q\n.5 g\n0 0 9 9 re \nf\nQ\n\n"},
         {"it goes", content, [&](Artist& it) { it.remove(show(it, 0)); }, "2 0 0 1 0",
          "1 0 0 rg BT /T 10 Tf 2 Tc 100 700 Td  [-2400 ] TJ\n [(a) 500 (b)] TJ ET 0 0 9 9 re f\n"},
         {"it is moved", content, [&](Artist& it) { it.move(show(it, 4), 3, 4); }, "2 1 0 0 0",

@@ -315,8 +315,8 @@ TEST_F(TextPatchTest, Edits) {
         {"text that clips as well", "q BT /F 10 Tf 100 700 Td 4 Tr [(ab) -3000 (cd)] TJ ET Q",
          [](Typist& it) { it.move(0, 3, 4); }, "1 1 0 0 0",
          "q\nq\nq\nBT\n/F 10 Tf\n" + plain +
-             "1 0 0 1 103 704 Tm\n[(ab) ] TJ\nET\nQ\nQ\n"
-             " BT /F 10 Tf 100 700 Td 4 Tr  [] TJ 7 Tr [(ab) ] TJ 4 Tr [-3000 (cd) ] TJ\n ET Q\n"},
+             "1 0 0 1 103 704 Tm\n[(ab) -3000 ] TJ\nET\nQ\nQ\n"
+             " BT /F 10 Tf 100 700 Td 4 Tr  [] TJ 7 Tr [(ab) -3000 ] TJ 4 Tr [(cd) ] TJ\n ET Q\n"},
         {"a font of a state", "/F 9 Tf 3 w /B gs 2 w BT 100 700 Td (ab) Tj 0 -20 Td (cd) Tj ET",
          [](Typist& it) { it.move(0, 3, 4); }, "1 1 0 0 0",
          "/F 9 Tf 3 w /B gs 2 w\nq\nq\n0 J\n0 j\n10 M\n[ ] 0 d\n/B gs\n/B gs\n2 w\nBT\n" + plain +
