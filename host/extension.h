@@ -156,7 +156,7 @@ struct AddedFont {
 /// Versions only add fields at the end. A host states the version that its record was made for; the
 /// plug-in reads no further, and takes what is missing as not filled (runtime/extension.h).
 struct HostExtension {
-    static constexpr std::uint32_t currentVersion = 6;
+    static constexpr std::uint32_t currentVersion = 5;
 
     // Version 1.
 
@@ -215,15 +215,11 @@ struct HostExtension {
     /// Told when the whole file was looked at.
     void (*damage)(void* context, const DamageFacts&) = nullptr;
 
-    // Version 5: lines of text that are not of a page have an anchor, an order, a length, a path.
+    // Version 5: lines of text that are not of a page have an anchor, an order, a length, a path;
+    // art shows images.
 
     /// Told once for each font and each font that it stands in for.
     void (*fontAdded)(void* context, const AddedFont&) = nullptr;
-
-    // Version 6: art shows images.
-
-    /// Images of the page that could not be decoded: a frame stands for them.
-    void (*imagesUndecoded)(void* context, std::int32_t count) = nullptr;
 };
 
 /// Registers (null: removes) the record of the host of this process; not an owner.

@@ -180,13 +180,15 @@ void TextWriter::writeOrder() {
 
 /// What is said of the line as a whole.
 void TextWriter::writeLineAttributes() {
+    if (line_.isVertical) {
+        writePlainAttribute(out_, "data-column", "true");
+        writePlainAttribute(out_, "text-anchor", "middle");
+    }
     if (needsBlanks_) {
         writePlainAttribute(out_, "xml:space", "preserve");
     }
     writeOrder();
     if (line_.isVertical) {
-        writePlainAttribute(out_, "data-column", "true");
-        writePlainAttribute(out_, "text-anchor", "middle");
         return;
     }
     const bool isRightToLeft = line_.order == TextOrder::rightToLeft;

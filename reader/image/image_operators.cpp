@@ -15,13 +15,14 @@ namespace corvane {
 
 namespace {
 
-/// The colour of a stencil can be told.
-bool fillIsSeen(const Interpreter& interpreter) {
-    return !interpreter.state.fill.hidden;
+/// Whether an image becomes art. What glyph procedures draw is paths alone, and the colour of a
+/// stencil must be known.
+bool isArt(const Interpreter& interpreter) {
+    return interpreter.readsImages && !interpreter.level.isGlyph && !interpreter.state.fill.hidden;
 }
 
 void drawImage(Interpreter& interpreter, const Object& entry, const Object& stream) {
-    if (!interpreter.readsImages || !fillIsSeen(interpreter)) {
+    if (!isArt(interpreter)) {
         interpreter.omissions.note(Omission::image);
         return;
     }
@@ -45,7 +46,7 @@ void dataImageOperator(Interpreter& interpreter) {
     callFilter(*interpreter.cache.input, Operation::skipSpace);
     auto& tokens = static_cast<TokenFilter&>(*interpreter.cache.input);
     const std::int64_t length = imageDataLength(interpreter);
-    if (!interpreter.readsImages || !fillIsSeen(interpreter)) {
+    if (!isArt(interpreter)) {
         skipImageData(tokens, length);
         return;
     }

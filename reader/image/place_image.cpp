@@ -10,7 +10,7 @@ namespace corvane {
 
 bool hostHoldsImages() {
     const auto extension = knownExtension();
-    return rules().readsImages && extension && extension->version >= 6;
+    return rules().readsImages && extension && extension->version >= 5;
 }
 
 void placeImage(Interpreter& interpreter, const KnownImage& image, std::int64_t start) {
@@ -22,6 +22,11 @@ void placeImage(Interpreter& interpreter, const KnownImage& image, std::int64_t 
     }
     if (!inverse(interpreter.state.exactCtm)) {
         return;
+    }
+    ImageFacts facts;
+    callHost(slot::getImageFacts, image.image, &facts);
+    if (facts.isPlaceholder) {
+        interpreter.omissions.note(Omission::image);
     }
     const PlacedImage placed{.image = image.image,
                              .matrix = hostMatrix(interpreter.state.exactCtm),

@@ -57,7 +57,7 @@ INSTANTIATE_TEST_SUITE_P(
         Lookups{"names.otf", ProgramKind::cff, 3, 2, none, none, none, none, 3, 'B'},
         Lookups{"names.cff", ProgramKind::cff, 3, 2, none, none, none, none, 3, 'B'},
         Lookups{"cid.cff", ProgramKind::cidCff, none, none, none, none, none, 300, none, 0},
-        Lookups{"cid.otf", ProgramKind::cidCff, none, none, none, none, none, 2, none, 0},
+        Lookups{"cid.otf", ProgramKind::cidCff, none, none, none, none, none, 2, none, 0x20A1},
         Lookups{"plain.pfa", ProgramKind::type1, 3, 2, none, none, 2, none, 3, 'B'},
         Lookups{"segments.pfb", ProgramKind::type1, 3, 2, none, none, 2, none, 3, 'B'},
         Lookups{"lead.pfa", ProgramKind::type1, 3, 2, none, none, 2, none, 3, 'B'},

@@ -24,8 +24,16 @@ bool samePlace(const RealMatrix& a, const RealMatrix& b) {
     });
 }
 
+/// A billionth of an image is nothing, and shorter without.
+RealMatrix rounded(const RealMatrix& matrix) {
+    constexpr double steps = 1e9;
+    const auto round = [](double value) { return std::round(value * steps) / steps; };
+    return {round(matrix.a), round(matrix.b),  round(matrix.c),
+            round(matrix.d), round(matrix.tx), round(matrix.ty)};
+}
+
 void spaceWorks(Walk& walk, const RealMatrix& matrix) {
-    walk.text.addMatrix(withoutSignedZeros(matrix));
+    walk.text.addMatrix(withoutSignedZeros(rounded(matrix)));
     walk.text.add("cm\n");
 }
 

@@ -1,6 +1,7 @@
 // Images that are edited and saved as patches: what the page has keeps its object, what is new gets
 // one.
 #include "host/matrix.h"
+#include "tests/reader/seen_text.h"
 #include "tests/writer/patch/patch_fixture.h"
 
 #include <gmock/gmock.h>
@@ -138,7 +139,7 @@ const std::string own = "q 9 0 0 9 10 20 cm BI /W 2 /H 1 /BPC 8 /CS /G ID EI EI 
 TEST_F(ImagePatchTest, Edits) {
     const Edit rows[] = {
         {"one is moved", two, [](Hanger& it) { it.move(0, 9, 18); }, "2 1 0 0 0",
-         "q 9 0 0 9 10 20 cm\nq\n1 0 0 1 1 2 cm\n /A Do\nQ\n Q 0 0 5 5 re f q 8 0 0 8 50 60 cm /B "
+         "q 9 0 0 9 10 20 cm \nq\n1 0 0 1 1 2 cm\n/A Do\nQ\n Q 0 0 5 5 re f q 8 0 0 8 50 60 cm /B "
          "Do "
          "Q\n"},
         {"one is turned", two,
@@ -147,7 +148,7 @@ TEST_F(ImagePatchTest, Edits) {
          },
          "2 1 0 0 0", ""},
         {"one goes", two, [](Hanger& it) { it.document.dispose(it.images[0]); }, "2 0 0 1 0",
-         "q 9 0 0 9 10 20 cm  Q 0 0 5 5 re f q 8 0 0 8 50 60 cm /B Do Q\n"},
+         "q 9 0 0 9 10 20 cm   Q 0 0 5 5 re f q 8 0 0 8 50 60 cm /B Do Q\n"},
         {"a copy", two,
          [](Hanger& it) {
              it.images[0] = it.document.duplicate(it.images[0], Placement::inFront, it.images[1]);
@@ -158,11 +159,10 @@ TEST_F(ImagePatchTest, Edits) {
          [](Hanger& it) { it.document.reorder(it.images[0], Placement::inFront, it.images[1]); },
          "2 0 0 0 1", ""},
         {"an inline image is moved", own, [](Hanger& it) { it.move(0, 0, 9); }, "1 1 0 0 0",
-         "q 9 0 0 9 10 20 cm\nq\n1 0 0 1 0 1 cm\n BI /W 2 /H 1 /BPC 8 /CS /G ID EI EI\nQ\n Q 0 0 5 "
-         "5 "
-         "re f\n"},
+         "q 9 0 0 9 10 20 cm \nq\n1 0 0 1 0 1 cm\nBI /W 2 /H 1 /BPC 8 /CS /G ID EI EI\nQ\n Q 0 0 5 "
+         "5 re f\n"},
         {"an inline image goes", own, [](Hanger& it) { it.document.dispose(it.images[0]); },
-         "1 0 0 1 0", "q 9 0 0 9 10 20 cm  Q 0 0 5 5 re f\n"},
+         "1 0 0 1 0", "q 9 0 0 9 10 20 cm   Q 0 0 5 5 re f\n"},
         {"an inline image between text",
          "BT 9 0 0 9 0 0 Tm BI /W 2 /H 1 /BPC 8 /CS /G ID EI EI 5 5 Td ET 0 0 5 5 re f",
          [](Hanger& it) { it.move(0, 3, 9); }, "1 1 0 0 0", ""},

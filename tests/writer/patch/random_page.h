@@ -176,7 +176,7 @@ private:
         case 2:
             return addWhole(number + " unknown" + number);
         case 3:
-            return addWhole("BI /W 1 /H 1 /BPC 8 /CS /G ID x EI q Q");
+            return addWhole("BI /W 0 /H 1 /BPC 8 /CS /G ID x EI q Q");
         case 4:
             return addWhole("/Half gs");
         case 5:

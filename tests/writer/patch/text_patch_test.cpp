@@ -310,7 +310,7 @@ TEST_F(TextPatchTest, Edits) {
         {"letters of columns", "BT 1 Tc /V 10 Tf 100 700 Td <00610062> Tj 20 0 Td <0063> Tj ET",
          [](Typist& it) { it.retype(0, 0, "bad"); }, "1 1 0 0 0",
          "\nq\nq\nBT\n/V 10 Tf " + plain +
-             "1 0 0 1 100 700 Tm\n[<0062> 100 <0061> 100 <0064> 100 ] TJ\nET\nQ\nQ\n"
+             "1 0 0 1 100 700 Tm\n[<0062> 100 <0061> 100 <0064> ] TJ\nET\nQ\nQ\n"
              "BT 1 Tc /V 10 Tf 100 700 Td  [1600 ] TJ\n 20 0 Td <0063> Tj ET\n"},
         {"text that clips as well", "q BT /F 10 Tf 100 700 Td 4 Tr [(ab) -3000 (cd)] TJ ET Q",
          [](Typist& it) { it.move(0, 3, 4); }, "1 1 0 0 0",

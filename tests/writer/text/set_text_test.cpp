@@ -98,8 +98,9 @@ protected:
         EXPECT_EQ(fonts_, told);
     }
 
+    /// In what was appended.
     std::size_t count(const std::string& what) const {
-        const std::string file = bytes();
+        const std::string file = bytes().substr(file_.size());
         std::size_t found = 0;
         for (auto at = file.find(what); at != file.npos; at = file.find(what, at + 1)) {
             ++found;

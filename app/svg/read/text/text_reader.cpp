@@ -311,8 +311,8 @@ void TextReader::readLetters(std::string_view text) {
             letter = "\xEF\xBF\xBD";
         } else if (!isTextCharacter(character.code)) {
             continue;
-        } else if (frame_.isVertical && !level.style.upright && character.code < firstUpright &&
-                   !isSideways_) {
+        } else if (frame_.isVertical && !frame_.isColumn && !level.style.upright &&
+                   character.code < firstUpright && !isSideways_) {
             isSideways_ = true;
             context_.tally.add("text-orientation");
         }

@@ -361,6 +361,8 @@ TEST(RoundTrip, EveryPageThatOpens) {
                          "page.svg",
                          "--fonts",
                          "none",
+                         "--images",
+                         "embed",
                          "--quiet"};
         process.folder = folder.path();
         if (run(process).status == 0) {

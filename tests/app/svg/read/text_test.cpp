@@ -308,7 +308,7 @@ TEST(ReadText, nothingIsLostOfWhatAnEditorWrites) {
         "<tspan x='5' y='9'>one \n</tspan><tspan x='5' y='21' sodipodi:role='line'>two"
         "<tspan style='font-size:65%;baseline-shift:super'>2</tspan></tspan></text>"
         "<switch><flowRoot><flowPara>a</flowPara></flowRoot><text x='1' y='9'>b</text></switch>"));
-    EXPECT_EQ(read.reading.ignored, (std::map<std::string, std::int32_t>{{"text", 3}}));
+    EXPECT_TRUE(read.reading.ignored.empty());
     const Art first = read.document.nextSibling(read.document.nextSibling(frontArt(read.document)));
     EXPECT_EQ(read.document.textRun(first, 0).text, "one ");
 }
