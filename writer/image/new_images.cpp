@@ -157,7 +157,7 @@ void jpegOutput(DocumentCache& cache, const NewImage& image, const ImageFacts& f
     LengthLater stream(cache, image.number, image.length, dictionary);
     std::array<std::byte, 1 << 14> block;
     callHost(slot::openImageBytes, image.image);
-    for (std::int64_t count = 1; count > 0;) {
+    for (std::int64_t count = std::ssize(block); count == std::ssize(block);) {
         if (callHost(slot::checkUserAbort)) {
             failException(Exception::cancelled);
         }

@@ -93,10 +93,12 @@ private:
         line.matrix.tx = fixed(real(-300, 300));
         line.matrix.ty = fixed(real(-300, 300));
         line.isVertical = below(5) == 0;
-        line.anchor = static_cast<TextAnchor>(below(3));
-        line.order = static_cast<TextOrder>(below(3));
-        line.length = below(3) == 0 ? fixed(real(.01, 200)) : 0;
-        line.stretchesLetters = line.length != 0 && below(2) == 0;
+        if (!line.isVertical) {
+            line.anchor = static_cast<TextAnchor>(below(3));
+            line.order = static_cast<TextOrder>(below(3));
+            line.length = below(3) == 0 ? fixed(real(.01, 200)) : 0;
+            line.stretchesLetters = line.length != 0 && below(2) == 0;
+        }
         std::vector<Segment> path;
         if (!line.isVertical && below(4) == 0) {
             for (int i = 2 + below(3); i >= 0; --i) {
