@@ -65,7 +65,7 @@ constexpr std::array<std::string_view, 33> exceptions = {
 };
 
 /// Why a file cannot be read or mended, or a page not saved, by reason.
-constexpr std::array<std::string_view, 12> reasons = {
+constexpr std::array<std::string_view, 13> reasons = {
     /* 1 */ "the file is encrypted and needs a password; give it with --password-file",
     /* 2 */ "that is not a password of this encrypted file; check it and try again",
     /* 3 */
@@ -97,6 +97,10 @@ constexpr std::array<std::string_view, 12> reasons = {
     "turn it into paths in your editor",
     /* 12 */
     "the original profile cannot draw text on a page anew; turn it into paths in your editor",
+    /* 13 */
+    "letters that are drawings (of a Type 3 font) were changed one by one, which would make paths "
+    "of their "
+    "text; change the group as a whole, or say --force",
 };
 
 constexpr std::array<std::string_view, 21> readWarnings = {

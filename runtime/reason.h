@@ -23,6 +23,7 @@ enum class Reason : std::int32_t {
     missingLetter = 10,    ///< the name is a letter that no font has
     restrictedFont = 11,   ///< the name is a font that must not be put into files
     textDrawnAnew = 12,    ///< text on a page that is drawn anew, in the original profile
+    drawnLetters = 13,     ///< a letter of a Type 3 font would make paths of its text
 };
 
 struct NotedReason {

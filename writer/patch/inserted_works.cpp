@@ -1,7 +1,10 @@
 #include "writer/patch/inserted_works.h"
 
 #include "reader/content/losses.h"
+#include "runtime/exception.h"
+#include "runtime/extension.h"
 #include "runtime/fixed.h"
+#include "runtime/reason.h"
 #include "writer/art/object_works.h"
 #include "writer/art/path_works.h"
 #include "writer/art/style_works.h"
@@ -121,10 +124,16 @@ void InsertedWorks::writeState(const PaintedArt& was, const RealMatrix& movement
     tools_.state.write(own, {}, isMasked ? movement : RealMatrix());
 }
 
-/// What glyph procedures drew: shown again, or, where its insides were changed, drawn.
+/// What glyph procedures drew: shown again, or, where its insides were changed and the host
+/// insists, drawn.
 void InsertedWorks::writeGlyphs(const MatchedObject& object, const EditedObject& edited) {
     const PaintedArt& was = trace_.painted()[object.source];
     if (object.difference.letters) {
+        const auto extension = knownExtension();
+        if (!extension || !extension->overwrites) {
+            noteReason(Reason::drawnLetters);
+            failException(Exception::unpatchable);
+        }
         tools_.state.writeOnArtboard(trace_.events()[was.event].behind);
         objectWorks(walk_, edited.art);
         return;

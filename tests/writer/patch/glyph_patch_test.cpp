@@ -1,6 +1,8 @@
 // What glyph procedures drew, edited and saved as patches.
 #include "tests/writer/patch/patch_fixture.h"
 
+#include <gmock/gmock.h>
+
 #include <functional>
 
 namespace corvane {
@@ -53,12 +55,23 @@ TEST_F(GlyphPatchTest, Edits) {
         openPage(row.content);
         Artist edits = artist();
         row.edit(edits);
+        extension_.overwrites = true;
         ASSERT_NO_FATAL_FAILURE(expectSaved());
         EXPECT_EQ(facts(), row.facts);
         if (!row.saved.empty()) {
             EXPECT_EQ(newContent(), row.saved);
         }
     }
+}
+
+/// Paths are no text any more: that is for the person to say.
+TEST_F(GlyphPatchTest, ALetterThatIsChangedAloneIsRefused) {
+    openPage(content);
+    Artist edits = artist();
+    edits.fill(edits.at(1), 0.5);
+    EXPECT_EQ(save(), resultStopped);
+    EXPECT_EQ(bytes(), file_);
+    EXPECT_THAT(front_.taken(), ::testing::ElementsAre("error 31"));
 }
 
 } // namespace
