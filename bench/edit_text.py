@@ -97,10 +97,10 @@ def measure(pdf, edit, program, folder):
         return "OLD BYTES CHANGED", ""
     if run("qpdf", "--check", pdf).returncode == 0 and run("qpdf", "--check", saved).returncode != 0:
         return "QPDF", ""
-    wanted = bag(" ".join(words(pdf)))
-    if edit == "delete":
-        wanted -= bag(letters(line[0]))
-    if bag(" ".join(words(saved))) != wanted:
+    was, now = bag(" ".join(words(pdf))), bag(" ".join(words(saved)))
+    # Letters without a meaning have other names in each reader, so what goes is not compared by name.
+    goes = len(letters(line[0])) if edit == "delete" else 0
+    if now - was or (was - now).total() > goes:
         return "other words", ""
     before, after = picture(pdf, folder), picture(saved, folder)
     if before is None or after is None or len(before) != len(after):
