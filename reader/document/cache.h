@@ -41,14 +41,14 @@ struct PageEntry {
 
 /// What was spent on a file so far, held against the budgets (runtime/budget.h).
 struct ReadingWork {
-    std::int32_t depth = 0;           ///< objects being read for one another
-    std::int64_t places = 0;          ///< readings at a place of the file
-    std::int64_t readBytes = 0;       ///< of objects, those read again counted again
-    std::int64_t unpackedBytes = 0;   ///< of object streams, those decoded again counted again
-    std::int64_t streamedEntries = 0; ///< of cross-reference streams
-    std::int64_t comparedKeys = 0;    ///< of dictionaries looked into
-    std::int64_t searchedBytes = 0;   ///< searched for ends of streams
-    std::int64_t pageBytes = 0;       ///< that streams delivered since the page came into use
+    std::int32_t depth = 0;            ///< objects being read for one another
+    std::int64_t places = 0;           ///< readings at a place of the file
+    std::int64_t readBytes = 0;        ///< of objects, those read again counted again
+    std::int64_t unpackedBytes = 0;    ///< of object streams, those decoded again counted again
+    std::int64_t streamedEntries = 0;  ///< of cross-reference streams
+    std::int64_t comparedKeys = 0;     ///< of dictionaries looked into
+    std::int64_t searchedBytes = 0;    ///< searched for ends of streams
+    std::int64_t pageBytes = 0;        ///< that streams delivered since the page came into use
     std::int64_t imageStreamBytes = 0; ///< the same of images, which do not count above
     std::int64_t imageBytes = 0;       ///< of images that the host got, since then
     std::int64_t imageColours = 0;     ///< steps of work on their colours, since then

@@ -164,10 +164,9 @@ bool placeImages(const ParameterBlock& block, std::int32_t count) {
         const std::vector<std::byte> bytes(static_cast<std::size_t>(2 * facts.width),
                                            std::byte{0x70});
         if (call(block, slot::addImage, &facts, &image, &wantsBytes) != HostError::none ||
-            (wantsBytes != 0 &&
-             (call(block, slot::addImageBytes, image, bytes.data(), std::ssize(bytes)) !=
-                  HostError::none ||
-              call(block, slot::endImage, image) != HostError::none))) {
+            (wantsBytes != 0 && (call(block, slot::addImageBytes, image, bytes.data(),
+                                      std::ssize(bytes)) != HostError::none ||
+                                 call(block, slot::endImage, image) != HostError::none))) {
             return false;
         }
         Art placed = Art::null;

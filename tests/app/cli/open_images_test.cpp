@@ -76,9 +76,10 @@ TEST_F(OpenImages, GoWhereThePersonSays) {
     EXPECT_TRUE(holds(out.output, "\"other/10-abcdef.png\""));
 
     fs::remove_all(folder_.path() / "art");
-    for (const Names& words :
-         {Names{"open", "in.pdf", "-o", "-"}, Names{"open", "in.pdf", "-o", "-", "--images=embed"}}) {
-        EXPECT_TRUE(holds(run("images=1", words).output, "xlink:href=\"data:image/png;base64,iVBOR"));
+    for (const Names& words : {Names{"open", "in.pdf", "-o", "-"},
+                               Names{"open", "in.pdf", "-o", "-", "--images=embed"}}) {
+        EXPECT_TRUE(
+            holds(run("images=1", words).output, "xlink:href=\"data:image/png;base64,iVBOR"));
     }
     const auto none = run("images=1", {"open", "in.pdf", "-o", "c.svg", "--images", "none"});
     EXPECT_TRUE(holds(bytes("c.svg"), "data-kept=\"2 2 10-abcdef\""));
@@ -117,11 +118,13 @@ TEST_F(OpenImages, AreTakenFromAllowedFoldersWhenSaved) {
     EXPECT_EQ(save("../outside.png", {"--allow-files"}).status, 0);
     const auto refused = save("../outside.png", {});
     EXPECT_EQ(refused.status, 1);
-    EXPECT_TRUE(holds(refused.errors, "error 27: the artwork in art/a.svg cannot be read (line 1: the "
-                                      "image ../outside.png lies outside"))
+    EXPECT_TRUE(holds(refused.errors,
+                      "error 27: the artwork in art/a.svg cannot be read (line 1: the "
+                      "image ../outside.png lies outside"))
         << refused.errors;
     EXPECT_TRUE(holds(save("gone.png", {}).errors, "the image gone.png cannot be read"));
-    EXPECT_TRUE(holds(save("http://h/x.png", {}).errors, "image: 1 element ignored (http://h/x.png)"));
+    EXPECT_TRUE(
+        holds(save("http://h/x.png", {}).errors, "image: 1 element ignored (http://h/x.png)"));
 }
 
 } // namespace

@@ -151,9 +151,9 @@ TEST(ReadTextLine, pathsAreMeasuredAndKept) {
         EXPECT_EQ(lines[0].matrix, (Matrix{fixedOne, 0, 0, fixedOne, 0, 0})) << row.text;
     }
     // The path takes up turns, the matrix keeps what mirrors.
-    const ReadArt turned(
-        foreignSvg(paths + "<text transform='matrix(0 2 2 0 9 9)' font-size='5'>"
-                           "<textPath href='#l' startOffset='1'>a</textPath></text>"));
+    const ReadArt turned(foreignSvg(paths +
+                                    "<text transform='matrix(0 2 2 0 9 9)' font-size='5'>"
+                                    "<textPath href='#l' startOffset='1'>a</textPath></text>"));
     ASSERT_EQ(linesOf(turned.document).size(), 1U);
     const TextLine line = linesOf(turned.document)[0];
     EXPECT_EQ(line.matrix, (Matrix{fixedOne, 0, 0, -fixedOne, 0, 0}));
