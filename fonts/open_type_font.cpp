@@ -69,7 +69,7 @@ std::shared_ptr<const OpenTypeFont> OpenTypeFont::open(std::vector<std::byte> fi
     if (file.empty() || file.size() > budget::fontProgramBytes || face < 0 || face > 0xFFFF) {
         return nullptr;
     }
-    std::shared_ptr<OpenTypeFont> font(new OpenTypeFont);
+    const auto font = std::make_shared<OpenTypeFont>(Key());
     font->file_ = std::move(file);
     return font->read(face) ? font : nullptr;
 }

@@ -35,7 +35,11 @@ struct OpenTypeFacts {
 };
 
 class OpenTypeFont {
+    struct Key {}; ///< what only `open` has
+
 public:
+    explicit OpenTypeFont(Key) {}
+
     /// Null where the bytes are no font with outlines that documents can hold, or pass a budget.
     /// Instances of variable fonts are none.
     static std::shared_ptr<const OpenTypeFont> open(std::vector<std::byte> file,
@@ -62,7 +66,6 @@ private:
         void operator()(hb_font_t* font) const;
     };
 
-    OpenTypeFont() = default;
     bool read(std::int32_t number);
     void readFacts();
 
