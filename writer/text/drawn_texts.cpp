@@ -72,8 +72,10 @@ DrawnTexts::DrawnTexts() {
 void DrawnTexts::add(Art text) {
     TextLine line;
     callHost(slot::getTextLine, text, &line);
+    const std::int32_t count = runCount(text);
     std::vector<LineRun> runs;
-    for (std::int32_t i = 0; i < runCount(text); ++i) {
+    runs.reserve(static_cast<std::size_t>(count));
+    for (std::int32_t i = 0; i < count; ++i) {
         runs.push_back({.run = runOf(text, i)});
     }
     const SetText::Index first = setText_.add(line, runs);

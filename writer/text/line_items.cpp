@@ -311,10 +311,8 @@ void Itemizer::addShapedGlyphs(LineItem& item, std::size_t from, std::size_t to,
                                        .isRightToLeft = isRightToLeft,
                                        .script = scripts_[from],
                                        .hasLigatures = runs_[item.run].run.spacing == 0});
-    std::vector<std::size_t> starts;
-    for (const ShapedGlyph& glyph : shaped) {
-        starts.push_back(glyph.cluster);
-    }
+    std::vector<std::size_t> starts(shaped.size());
+    std::ranges::transform(shaped, starts.begin(), &ShapedGlyph::cluster);
     std::ranges::sort(starts);
     for (std::size_t i = 0; i < shaped.size(); ++i) {
         const ShapedGlyph& glyph = shaped[i];
