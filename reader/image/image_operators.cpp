@@ -35,6 +35,7 @@ void drawImage(Interpreter& interpreter, const Object& entry, const Object& stre
 
 void beginImageOperator(Interpreter& interpreter) {
     interpreter.level.imageStart = interpreter.level.span.start;
+    interpreter.level.inlineImage = KnownImage();
 }
 
 void dataImageOperator(Interpreter& interpreter) {
