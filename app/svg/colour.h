@@ -1,7 +1,7 @@
 // The artwork's colours as a screen shows them, and back.
 #pragma once
 
-#include "app/artwork/paint.h"
+#include "app/artwork/paint/paint.h"
 #include "host/artwork.h"
 #include "host/light.h"
 

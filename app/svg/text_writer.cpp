@@ -1,19 +1,14 @@
 #include "app/svg/text_writer.h"
 
-#include "app/artwork/characters.h"
 #include "app/artwork/geometry.h"
 #include "app/svg/font_names.h"
-#include "app/svg/letter_layout.h"
+#include "app/svg/letter_writer.h"
 #include "app/svg/markup.h"
 #include "app/svg/style.h"
 #include "app/svg/text_direction.h"
-#include "app/svg/text_shift.h"
 
 #include <array>
-#include <charconv>
-#include <cmath>
 #include <cstdlib>
-#include <limits>
 #include <string>
 #include <vector>
 
@@ -49,12 +44,8 @@ public:
     TextWriter(TextOutput& out, const PaintServers& servers, Art text, const TextPlace& place,
                const TextLine& line, RunRange runs)
         : document_(servers.document()), out_(out), servers_(servers), place_(place), text_(text),
-          line_(line), runs_(runs), stretch_(stretchOf(line_.matrix)) {
-        const bool isAll = runs.end - runs.first == document_.textRunCount(text);
-        if (place.advances != nullptr && !line_.isVertical && isAll) {
-            glyphs_ = layOut(document_, text, *place.advances);
-        }
-    }
+          line_(line), runs_(runs), stretch_(stretchOf(line_.matrix)),
+          letters_(out, document_, place.corner, line_, placesOf(place)) {}
 
     void write();
 
@@ -63,19 +54,11 @@ private:
     void writePath();
     void writePlace();
     void writeLineAttributes();
-    void writeOrder();
     void startPath();
     void writeFont(const TextRun&);
     void writeAttributes(const TextRun&, Shared which);
     void writeOwn(const TextRun&, std::uint32_t number);
-    void writeLetters(const TextRun&);
-    void writeColumn(const TextRun&);
-    void writePlaced(const TextRun&);
-    void writePlaces(std::size_t first, std::size_t end);
-    void writeSum();
-    bool isExact() const { return !glyphs_.empty(); }
-    void writeShift(std::string_view name, Fixed shift, Fixed size, double natural = 0);
-    void writeFace(const TextRun&, std::int32_t face);
+    std::vector<PlacedGlyph> placesOf(const TextPlace&) const;
 
     const Document& document_;
     TextOutput& out_;
@@ -87,12 +70,17 @@ private:
     double stretch_; ///< of the line's matrix
     Shared shared_;
     bool needsBlanks_ = false;
-    bool isOverridden_ = false;       ///< letters of scripts from the right stand as they are said
-    Fixed rise_ = 0;                  ///< of the run before
-    std::vector<PlacedGlyph> glyphs_; ///< where each has a place of its own
-    std::size_t written_ = 0;         ///< of these
-    ColumnLetter before_;
+    Fixed rise_ = 0; ///< of the run before
+    LetterWriter letters_;
 };
+
+/// Where each letter gets a place of its own.
+std::vector<PlacedGlyph> TextWriter::placesOf(const TextPlace& place) const {
+    const bool isAll = runs_.end - runs_.first == document_.textRunCount(text_);
+    return place.advances != nullptr && !line_.isVertical && isAll
+               ? layOut(document_, text_, *place.advances)
+               : std::vector<PlacedGlyph>();
+}
 
 /// XML drops blanks at the ends, and makes one of several.
 bool losesBlanks(std::string_view text, bool& afterBlank) {
@@ -127,15 +115,11 @@ void TextWriter::findShared() {
         shared_.style = shared_.style && run.style == first.style;
         needsBlanks_ = losesBlanks(run.text, afterBlank) || bordersOnBlank(run, isAlone) ||
                        line_.isVertical || needsBlanks_;
-        isOverridden_ =
-            isOverridden_ || (line_.order == TextOrder::visual && holdsRightToLeft(run.text));
+        if (line_.order == TextOrder::visual && holdsRightToLeft(run.text)) {
+            letters_.overrideOrder();
+        }
     }
-    needsBlanks_ = needsBlanks_ || afterBlank || isExact();
-}
-
-/// Whether the line's space is that of the page but for its place.
-bool isPlain(const Matrix& matrix) {
-    return matrix.a == fixedOne && matrix.b == 0 && matrix.c == 0 && matrix.d == fixedOne;
+    needsBlanks_ = needsBlanks_ || afterBlank || letters_.isExact();
 }
 
 /// What letters stand on, in front of their text. The transform of the text is undone.
@@ -145,7 +129,7 @@ void TextWriter::writePath() {
     out_.number(std::int64_t{place_.number} << 16);
     out_.text("\"");
     const Matrix turned{line_.matrix.a, -line_.matrix.b, -line_.matrix.c, line_.matrix.d, 0, 0};
-    if (const auto back = inverse(realMatrix(turned)); back && !isPlain(line_.matrix)) {
+    if (const auto back = inverse(realMatrix(turned)); back && !isPlainSpace(line_.matrix)) {
         const RealMatrix undone = withoutSignedZeros(*back);
         out_.text(" transform=\"matrix(");
         for (const double value : {undone.a, undone.b, undone.c, undone.d}) {
@@ -170,14 +154,6 @@ void TextWriter::startPath() {
     out_.text(">");
 }
 
-/// Elements of a text do not inherit what orders its letters, and some programs ask each of them.
-void TextWriter::writeOrder() {
-    if (isOverridden_) {
-        writePlainAttribute(out_, "direction", "ltr");
-        writePlainAttribute(out_, "unicode-bidi", "bidi-override");
-    }
-}
-
 /// What is said of the line as a whole.
 void TextWriter::writeLineAttributes() {
     if (line_.isVertical) {
@@ -187,7 +163,7 @@ void TextWriter::writeLineAttributes() {
     if (needsBlanks_) {
         writePlainAttribute(out_, "xml:space", "preserve");
     }
-    writeOrder();
+    letters_.writeOrder();
     if (line_.isVertical) {
         return;
     }
@@ -214,7 +190,7 @@ void TextWriter::writePlace() {
     const bool isOnPath = !line_.path.empty();
     const std::int64_t x = isOnPath ? 0 : place_.corner.x(matrix.tx);
     const std::int64_t y = isOnPath ? 0 : place_.corner.y(matrix.ty);
-    if (isPlain(matrix)) {
+    if (isPlainSpace(matrix)) {
         if (!isOnPath) {
             writeNumberAttribute(out_, "x", x);
             writeNumberAttribute(out_, "y", y);
@@ -276,150 +252,9 @@ void TextWriter::writeOwn(const TextRun& run, std::uint32_t number) {
         writeNumberAttribute(out_, "dy", std::int64_t{rise_} - run.rise);
         rise_ = run.rise;
     }
-    if (!isExact() && !run.pieces.empty() && run.pieces[0].start == 0 && run.pieces[0].face == 0) {
-        writeShift("dx", run.pieces[0].shift, run.size);
-    }
-}
-
-/// In as few digits as make the same shift again. Where nothing shifts, the length is `natural`.
-void TextWriter::writeShift(std::string_view name, Fixed shift, Fixed size, double natural) {
-    if (shift == 0 && natural == 0) {
-        return;
-    }
-    constexpr int mostDigits = 17;
-    const double em = static_cast<double>(size) / fixedOne;
-    const double length = natural + lengthOfShift(shift, em);
-    std::array<char, 32> text{};
-    const char* end = text.data();
-    double read = std::numeric_limits<double>::quiet_NaN();
-    for (int digits = 2; digits <= mostDigits && (std::isnan(read) || read == 0 ||
-                                                  shiftOfLength(read - natural, em) != shift);
-         ++digits) {
-        end = std::to_chars(text.data(), text.data() + text.size(), length,
-                            std::chars_format::general, digits)
-                  .ptr;
-        std::from_chars(text.data(), end, read);
-    }
-    writePlainAttribute(out_, name, {text.data(), static_cast<std::size_t>(end - text.data())});
-}
-
-void TextWriter::writeFace(const TextRun& run, std::int32_t face) {
-    if (face != 0) {
-        out_.text(" font-family=\"");
-        writeFamilies(out_, document_.fonts().facts(run.font), face);
-        out_.text("\"");
-    }
-}
-
-void TextWriter::writeLetters(const TextRun& run) {
-    if (line_.isVertical) {
-        writeColumn(run);
-        return;
-    }
-    if (isExact()) {
-        writePlaced(run);
-        return;
-    }
-    std::size_t start = 0;
-    const TextPiece* piece = nullptr; // the one that began at `start`, where it has an element
-    const auto writeTo = [&](std::size_t end) {
-        if (piece != nullptr) {
-            out_.text("<tspan");
-            writeOrder();
-            writeShift("dx", piece->shift, run.size);
-            writeFace(run, piece->face);
-            out_.text(">");
-        }
-        writeEscaped(out_, run.text.substr(start, end - start));
-        out_.text(piece != nullptr ? "</tspan>" : "");
-        start = end;
-    };
-    for (const TextPiece& next : run.pieces) {
-        const auto place = static_cast<std::size_t>(next.start);
-        if (place != 0) {
-            writeTo(place);
-        }
-        piece = place != 0 || next.face != 0 ? &next : nullptr;
-    }
-    writeTo(run.text.size());
-}
-
-void TextWriter::writeColumn(const TextRun& run) {
-    const auto real = [](Fixed length) { return static_cast<double>(length) / fixedOne; };
-    auto piece = run.pieces.begin();
-    std::int32_t face = 0;
-    for (std::size_t at = 0; at < run.text.size();) {
-        const std::string_view rest = run.text.substr(at);
-        const auto length = std::max<std::size_t>(decodeCharacter(rest).length, 1);
-        Fixed shift = 0;
-        for (; piece != run.pieces.end() && static_cast<std::size_t>(piece->start) <= at; ++piece) {
-            shift = piece->shift;
-            face = piece->face;
-        }
-        out_.text("<tspan");
-        writeNumberAttribute(out_, "x",
-                             isPlain(line_.matrix) ? place_.corner.x(line_.matrix.tx) : 0);
-        if (run.rise != 0) {
-            writeNumberAttribute(out_, "dx", run.rise);
-        }
-        writeShift("dy", shift, run.size, columnStep(real(run.size), before_));
-        before_ = {real(run.size), real(run.spacing)};
-        writeFace(run, face);
-        out_.text(">");
-        writeEscaped(out_, rest.substr(0, length));
-        out_.text("</tspan>");
-        at += length;
-    }
-}
-
-/// The places of some glyphs, in the space of the text.
-void TextWriter::writePlaces(std::size_t first, std::size_t end) {
-    const std::int64_t origin = isPlain(line_.matrix) ? place_.corner.x(line_.matrix.tx) : 0;
-    out_.text(" x=\"");
-    for (std::size_t i = first; i < end; ++i) {
-        out_.text(i == first ? "" : " ");
-        out_.number(origin + glyphs_[i].at);
-    }
-    out_.text("\"");
-}
-
-/// By which a reader sees that nobody moved a letter.
-void TextWriter::writeSum() {
-    double sum = 0;
-    for (const PlacedGlyph& glyph : glyphs_) {
-        sum += static_cast<double>(glyph.at) / fixedOne;
-    }
-    writeDoubleAttribute(out_, "data-exact", sum);
-}
-
-/// An element for each piece. Within one, a place behind letters that share a glyph would tear them
-/// apart: there another begins.
-void TextWriter::writePlaced(const TextRun& run) {
-    const std::int32_t number = glyphs_[written_].run;
-    const auto isOneLetter = [&](const PlacedGlyph& glyph) {
-        return glyph.end - glyph.start == decodeCharacter(run.text.substr(glyph.start)).length;
-    };
-    std::int32_t face = 0;
-    while (written_ < glyphs_.size() && glyphs_[written_].run == number) {
-        const std::size_t first = written_;
-        std::size_t end = first + 1;
-        while (end < glyphs_.size() && glyphs_[end].run == number &&
-               glyphs_[end].piece == nullptr && isOneLetter(glyphs_[end - 1])) {
-            ++end;
-        }
-        out_.text("<tspan");
-        writeOrder();
-        writePlaces(first, end);
-        if (const TextPiece* const piece = glyphs_[first].piece) {
-            writeShift("data-dx", piece->shift, run.size);
-            face = piece->face;
-        }
-        writeFace(run, face);
-        out_.text(">");
-        const std::size_t start = glyphs_[first].start;
-        writeEscaped(out_, run.text.substr(start, glyphs_[end - 1].end - start));
-        out_.text("</tspan>");
-        written_ = end;
+    if (!letters_.isExact() && !run.pieces.empty() && run.pieces[0].start == 0 &&
+        run.pieces[0].face == 0) {
+        letters_.writeShift("dx", run.pieces[0].shift, run.size);
     }
 }
 
@@ -442,8 +277,8 @@ void TextWriter::write() {
     }
     writePlace();
     writeLineAttributes();
-    if (isExact()) {
-        writeSum();
+    if (letters_.isExact()) {
+        letters_.writeSum();
     }
     writeAttributes(first, shared_);
     out_.text(">");
@@ -451,7 +286,7 @@ void TextWriter::write() {
         startPath();
     }
     if (!several) {
-        writeLetters(first);
+        letters_.writeLetters(first);
     }
     const Shared own{!shared_.font, !shared_.size, !shared_.spacing, !shared_.style};
     std::uint32_t number = place_.number;
@@ -459,10 +294,10 @@ void TextWriter::write() {
         const TextRun run = document_.textRun(text_, i);
         out_.text("<tspan");
         writeOwn(run, number++);
-        writeOrder();
+        letters_.writeOrder();
         writeAttributes(run, own);
         out_.text(">");
-        writeLetters(run);
+        letters_.writeLetters(run);
         out_.text("</tspan>");
     }
     out_.text(isOnPath ? "</textPath></text>" : "</text>");

@@ -1,7 +1,7 @@
 // Gradients (SVG 1.1, 13.2).
 #pragma once
 
-#include "app/artwork/paint.h"
+#include "app/artwork/paint/paint.h"
 #include "app/svg/read/context.h"
 #include "app/svg/read/shape_builder.h"
 #include "app/svg/read/style/computed_style.h"

@@ -1,0 +1,107 @@
+// Writes trees of art as elements: layers, and the tiles of patterns.
+#pragma once
+
+#include "app/artwork/document.h"
+#include "app/svg/art_source.h"
+#include "app/svg/extent.h"
+#include "app/svg/layer_attributes.h"
+#include "app/svg/letter_advances.h"
+#include "app/svg/paint_servers.h"
+#include "app/svg/path_data.h"
+#include "app/svg/sink.h"
+#include "app/svg/survey.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvane {
+
+/// What is the same, or counted, through the whole file.
+struct SvgNumbers {
+    std::uint32_t layers = 0;
+    std::uint32_t groups = 0;
+    std::uint32_t shapes = 0;
+    std::uint32_t clips = 0;
+    LetterAdvances* advances = nullptr; ///< where letters get places of their own
+};
+
+PageCorner cornerOf(const Document& document);
+
+/// Writes one tree of art after the other.
+class TreeWriter {
+public:
+    TreeWriter(TextOutput& out, PaintServers& servers, SvgNumbers& numbers, SourceBase base)
+        : document_(servers.document()), out_(out), servers_(servers), numbers_(numbers),
+          base_(base), corner_(cornerOf(document_)) {}
+
+    void writeLayers() {
+        for (Layer layer = document_.lastLayer(); layer != Layer::null && !out_.failed();
+             layer = document_.previousLayer(layer)) {
+            writeLayer(layer);
+        }
+    }
+
+    void writePattern(PaintSource, int depth);
+
+private:
+    /// The clips that elements too deep for groups carry themselves, because no group does it for
+    /// them. Rectangles are cut down to one; other clips name the clip before them.
+    struct ClipChain {
+        std::uint32_t clip = 0; ///< number of the clip that holds all of them; 0: none
+        std::uint32_t base = 0; ///< the same without the rectangle
+        Extent rectangle = Extent::everything();
+        bool hides = false; ///< nothing is left to be seen
+    };
+
+    /// A group whose children are being written.
+    struct Level {
+        Art clip = Art::null;
+        Art next = Art::null;
+        int depth = 0;         ///< of the children's elements
+        bool element = false;  ///< the group is an element, to be ended
+        bool isObject = false; ///< all in it has one source: the group is numbered, and no shape
+        Extent visible;        ///< what clips around it let through, at most
+        ClipChain chain;
+    };
+
+    enum class ClipEffect { none, cutsNothing, cuts, hides };
+
+    void writeLayer(Layer layer);
+    void writeLevels();
+    void enterGroup(Art, const LayerProperties*);
+    void leaveGroup();
+    void writeShape(Art);
+    void writeLine(Art text);
+    void writePlaced(Art placed);
+    void writeServers(const PathStyle&, int depth);
+    void endShape(Note);
+
+    ClipEffect clipEffect(Art clip, const GroupSurvey&, const Extent& visible) const;
+    std::uint32_t writeClip(Art clip, std::uint32_t within, int depth);
+    std::uint32_t writeRectangleClip(const Extent&, std::uint32_t within, int depth);
+    void startClip(std::uint32_t number, std::uint32_t within, int depth);
+    void extendChain(ClipChain&, Art clip, const ClipShape&, int depth);
+    static std::string referenceTo(std::uint32_t clip);
+    void writeReference(std::uint32_t clip);
+    void writeDroppedClip(Art clip);
+    void writeData(Art shape);
+    bool hasOrdinal(Art) const;
+    void writeGroupId(const Level&);
+    void writeId(std::string_view kind, std::uint32_t number);
+    void writeSource(std::string_view name, Art);
+
+    const Document& document_;
+    TextOutput& out_;
+    PaintServers& servers_;
+    SvgNumbers& numbers_;
+    SourceBase base_;
+    PageCorner corner_;
+    std::vector<GroupSurvey> survey_;
+    std::size_t group_ = 0; ///< of `survey_`: the next one met
+    std::vector<Level> levels_;
+};
+
+} // namespace corvane
