@@ -3,7 +3,7 @@
 
 #include "app/artwork/classic/open_text.h"
 #include "app/artwork/document.h"
-#include "app/artwork/tiling.h"
+#include "app/artwork/paint/tiling.h"
 #include "host/callbacks.h"
 #include "host/zone.h"
 

@@ -7,7 +7,7 @@
 #include "writer/art/art_stack.h"
 #include "writer/art/layers.h"
 #include "writer/art/style_works.h"
-#include "writer/patch/glyph_group.h"
+#include "writer/patch/text/glyph_group.h"
 
 namespace corvane {
 

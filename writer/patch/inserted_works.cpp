@@ -12,8 +12,8 @@
 #include "writer/patch/kept_works.h"
 #include "writer/patch/movement.h"
 #include "writer/patch/placed_image.h"
-#include "writer/patch/text_run.h"
-#include "writer/patch/text_works.h"
+#include "writer/patch/text/text_run.h"
+#include "writer/patch/text/text_works.h"
 
 #include <algorithm>
 

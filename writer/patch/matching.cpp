@@ -1,9 +1,9 @@
 #include "writer/patch/matching.h"
 
-#include "writer/patch/glyph_group.h"
 #include "writer/patch/look.h"
 #include "writer/patch/placed_image.h"
-#include "writer/patch/text_run.h"
+#include "writer/patch/text/glyph_group.h"
+#include "writer/patch/text/text_run.h"
 
 #include <algorithm>
 #include <iterator>

@@ -5,14 +5,14 @@
 #include "runtime/extension.h"
 #include "runtime/warning.h"
 #include "writer/art/style_works.h"
-#include "writer/patch/actual_text.h"
 #include "writer/patch/base_reading.h"
 #include "writer/patch/inserted_works.h"
 #include "writer/patch/missing_art.h"
 #include "writer/patch/object_patches.h"
 #include "writer/patch/page_end.h"
-#include "writer/patch/show_patches.h"
-#include "writer/patch/text_layout.h"
+#include "writer/patch/text/actual_text.h"
+#include "writer/patch/text/show_patches.h"
+#include "writer/patch/text/text_layout.h"
 
 #include <algorithm>
 #include <optional>

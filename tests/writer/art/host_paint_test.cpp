@@ -1,5 +1,5 @@
 // Gradients, patterns, custom colours and notes of the real host on a page that is read again.
-#include "app/artwork/paint.h"
+#include "app/artwork/paint/paint.h"
 #include "tests/writer/walk_fixture.h"
 
 #include <gmock/gmock.h>

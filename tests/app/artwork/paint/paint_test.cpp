@@ -2,7 +2,7 @@
 // use.
 #include "tests/app/artwork/host_table.h"
 
-#include "app/artwork/paint.h"
+#include "app/artwork/paint/paint.h"
 
 #include <gtest/gtest.h>
 

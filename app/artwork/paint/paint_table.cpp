@@ -1,4 +1,4 @@
-#include "app/artwork/paint_table.h"
+#include "app/artwork/paint/paint_table.h"
 
 #include <algorithm>
 #include <cmath>

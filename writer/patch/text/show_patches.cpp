@@ -1,8 +1,8 @@
-#include "writer/patch/show_patches.h"
+#include "writer/patch/text/show_patches.h"
 
 #include "host/matrix.h"
 #include "runtime/exception.h"
-#include "writer/patch/show_bytes.h"
+#include "writer/patch/text/show_bytes.h"
 
 #include <span>
 #include <string>

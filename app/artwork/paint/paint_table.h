@@ -4,7 +4,7 @@
 #include "app/artwork/budget.h"
 #include "app/artwork/error.h"
 #include "app/artwork/number_index.h"
-#include "app/artwork/paint.h"
+#include "app/artwork/paint/paint.h"
 
 #include <cstdint>
 #include <deque>

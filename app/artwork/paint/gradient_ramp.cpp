@@ -1,4 +1,4 @@
-#include "app/artwork/gradient_ramp.h"
+#include "app/artwork/paint/gradient_ramp.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "writer/patch/glyph_group.h"
+#include "writer/patch/text/glyph_group.h"
 
 #include "reader/content/art.h"
 #include "runtime/callbacks.h"

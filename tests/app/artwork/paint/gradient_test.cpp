@@ -1,7 +1,7 @@
 // Gradients drawn through the table: the fills painted over one another against the formula.
 #include "tests/app/artwork/host_table.h"
 
-#include "app/artwork/paint.h"
+#include "app/artwork/paint/paint.h"
 
 #include <gtest/gtest.h>
 

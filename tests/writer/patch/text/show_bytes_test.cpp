@@ -1,5 +1,5 @@
 // Operators that show text, taken apart into tokens.
-#include "writer/patch/show_bytes.h"
+#include "writer/patch/text/show_bytes.h"
 
 #include <gtest/gtest.h>
 

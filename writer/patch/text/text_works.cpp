@@ -1,4 +1,4 @@
-#include "writer/patch/text_works.h"
+#include "writer/patch/text/text_works.h"
 
 #include "reader/content/losses.h"
 #include "runtime/exception.h"
@@ -6,8 +6,8 @@
 #include "writer/art/path_works.h"
 #include "writer/art/style_works.h"
 #include "writer/patch/changed_works.h"
-#include "writer/patch/show_bytes.h"
-#include "writer/patch/text_run.h"
+#include "writer/patch/text/show_bytes.h"
+#include "writer/patch/text/text_run.h"
 #include "writer/text/text_state.h"
 
 #include <string>

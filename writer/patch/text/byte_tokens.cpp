@@ -1,4 +1,4 @@
-#include "writer/patch/byte_tokens.h"
+#include "writer/patch/text/byte_tokens.h"
 
 #include "filters/character.h"
 

@@ -1,7 +1,7 @@
 // Slots for paint that the host draws, and for notes.
 #include "app/artwork/counted_text.h"
-#include "app/artwork/gradient_drawing.h"
 #include "app/artwork/guard.h"
+#include "app/artwork/paint/gradient_drawing.h"
 #include "app/artwork/slots.h"
 #include "host/matrix.h"
 

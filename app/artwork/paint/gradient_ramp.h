@@ -1,7 +1,7 @@
 // The colours along a gradient, as bands of one colour each.
 #pragma once
 
-#include "app/artwork/paint.h"
+#include "app/artwork/paint/paint.h"
 #include "host/artwork.h"
 
 #include <array>

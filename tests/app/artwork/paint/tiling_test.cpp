@@ -1,7 +1,7 @@
 // Patterns handed out tile by tile through the table.
 #include "tests/app/artwork/host_table.h"
 
-#include "app/artwork/paint.h"
+#include "app/artwork/paint/paint.h"
 
 #include <gtest/gtest.h>
 

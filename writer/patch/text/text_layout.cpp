@@ -1,8 +1,8 @@
-#include "writer/patch/text_layout.h"
+#include "writer/patch/text/text_layout.h"
 
 #include "runtime/fixed.h"
 #include "writer/patch/matching.h"
-#include "writer/patch/text_run.h"
+#include "writer/patch/text/text_run.h"
 
 #include <optional>
 #include <span>

@@ -1,4 +1,4 @@
-#include "app/artwork/tiling.h"
+#include "app/artwork/paint/tiling.h"
 
 #include "app/artwork/geometry.h"
 #include "app/artwork/path_walk.h"

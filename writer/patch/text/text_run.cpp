@@ -1,4 +1,4 @@
-#include "writer/patch/text_run.h"
+#include "writer/patch/text/text_run.h"
 
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"

@@ -1,8 +1,8 @@
-#include "app/artwork/gradient_drawing.h"
+#include "app/artwork/paint/gradient_drawing.h"
 
 #include "app/artwork/area.h"
 #include "app/artwork/geometry.h"
-#include "app/artwork/gradient_ramp.h"
+#include "app/artwork/paint/gradient_ramp.h"
 
 #include <algorithm>
 #include <array>

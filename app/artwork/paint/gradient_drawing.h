@@ -1,7 +1,7 @@
 // A gradient drawn by fills of one colour each.
 #pragma once
 
-#include "app/artwork/paint.h"
+#include "app/artwork/paint/paint.h"
 #include "host/artwork.h"
 
 namespace corvane {

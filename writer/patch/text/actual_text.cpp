@@ -1,9 +1,9 @@
-#include "writer/patch/actual_text.h"
+#include "writer/patch/text/actual_text.h"
 
 #include "runtime/budget.h"
 #include "runtime/exception.h"
-#include "writer/patch/byte_tokens.h"
 #include "writer/patch/insertion_points.h"
+#include "writer/patch/text/byte_tokens.h"
 
 #include <algorithm>
 

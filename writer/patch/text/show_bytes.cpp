@@ -1,6 +1,6 @@
-#include "writer/patch/show_bytes.h"
+#include "writer/patch/text/show_bytes.h"
 
-#include "writer/patch/byte_tokens.h"
+#include "writer/patch/text/byte_tokens.h"
 
 #include <algorithm>
 #include <cstddef>
