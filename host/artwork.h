@@ -69,6 +69,10 @@ struct ArtSource {
     /// not count and have the number of the object that would come next. Below 0: the source is not
     /// known.
     std::int32_t ordinal = -1;
+    /// Whose bytes they are: 0, the page's; else those of a form, by its number among the forms
+    /// that the page draws, from 1, in the order in which they are drawn. The ordinal is then one
+    /// among the objects of that form.
+    std::int32_t content = 0;
     friend constexpr bool operator==(const ArtSource&, const ArtSource&) = default;
 };
 

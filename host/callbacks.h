@@ -4,10 +4,13 @@
 // (runtime/callbacks.h), the host fills one with `fillSlot`. Slot numbers are the host's ABI.
 #pragma once
 
+#include "host/appearance.h"
 #include "host/artwork.h"
 #include "host/classic_text.h"
+#include "host/gradient.h"
 #include "host/image.h"
 #include "host/parameters.h"
+#include "host/structure.h"
 #include "host/text.h"
 
 #include <bit>
@@ -29,7 +32,7 @@ struct Slot {
     int number;
 };
 
-inline constexpr int slotCount = 348;
+inline constexpr int slotCount = 364;
 
 namespace slot {
 
@@ -179,6 +182,32 @@ inline constexpr Slot<HostError(Image, std::byte* bytes, std::int64_t room, std:
     readImageBytes{345};
 inline constexpr Slot<HostError(Art placed, const PlacedImage*)> setPlacedImage{346};
 inline constexpr Slot<HostError(Art placed, PlacedImage*)> getPlacedImage{347};
+
+// What groups and layers are in the file
+inline constexpr Slot<HostError(Art group, const FormFacts*)> setForm{348};
+inline constexpr Slot<HostError(Art group, FormFacts*)> getForm{349}; ///< its defaults: no form
+/// A layer of these facts. One with the same object, if it has one, is the same layer.
+inline constexpr Slot<HostError(const ContentLayerFacts*, ContentLayer*)> addContentLayer{350};
+inline constexpr Slot<HostError(ContentLayer, ContentLayerFacts*)> getContentLayer{351};
+/// The group shows where the layer does; null: always.
+inline constexpr Slot<HostError(Art group, ContentLayer)> setGroupLayer{352};
+inline constexpr Slot<HostError(Art group, ContentLayer*)> getGroupLayer{353};
+/// A new layer in front of all others.
+inline constexpr Slot<HostError(const LayerInfo*, LayerRole, Layer*)> addLayer{354};
+inline constexpr Slot<HostError(Layer, LayerRole*)> getLayerRole{355};
+
+// Paint of today
+inline constexpr Slot<HostError(Art, const Appearance*)> setAppearance{356};
+inline constexpr Slot<HostError(Art, Appearance*)> getAppearance{357};
+/// The mask takes the content over, which must not use it.
+inline constexpr Slot<HostError(const MaskFacts*, Mask*)> addMask{358};
+inline constexpr Slot<HostError(Mask, MaskFacts*)> getMask{359};
+/// Equal gradients are one, and so are equal patterns.
+inline constexpr Slot<HostError(const GradientFacts*, PaintSource*)> addGradient{360};
+inline constexpr Slot<HostError(PaintSource gradient, GradientFacts*)> getGradient{361};
+/// The pattern takes the tile over, which must not use it.
+inline constexpr Slot<HostError(const PatternFacts*, PaintSource*)> addPattern{362};
+inline constexpr Slot<HostError(PaintSource pattern, PatternFacts*)> getPattern{363};
 
 // Matrices and arithmetic
 inline constexpr Slot<Fixed(Fixed, Fixed)> fixedMultiply{135};

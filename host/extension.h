@@ -153,10 +153,23 @@ struct AddedFont {
     std::string_view wanted;
 };
 
+/// An image that a page draws.
+struct DrawnImageFacts {
+    std::int32_t page = 0;   ///< from 1
+    std::int32_t object = 0; ///< number in the file; 0: an inline image
+    std::int32_t width = 0;  ///< pixels
+    std::int32_t height = 0;
+    std::int32_t bits = 0;        ///< of a component
+    std::string_view colourSpace; ///< "DeviceRGB"; of a stencil "ImageMask"
+    std::string_view filters;     ///< with blanks between them, as the file has them
+    double horizontalDensity = 0; ///< pixels an inch along the image's rows, as it is drawn
+    double verticalDensity = 0;
+};
+
 /// Versions only add fields at the end. A host states the version that its record was made for; the
 /// plug-in reads no further, and takes what is missing as not filled (runtime/extension.h).
 struct HostExtension {
-    static constexpr std::uint32_t currentVersion = 5;
+    static constexpr std::uint32_t currentVersion = 6;
 
     // Version 1.
 
@@ -220,6 +233,14 @@ struct HostExtension {
 
     /// Told once for each font and each font that it stands in for.
     void (*fontAdded)(void* context, const AddedFont&) = nullptr;
+
+    // Version 6: groups stand for forms and layers of the file, art has an appearance, gradients
+    // and patterns are records. The callback table has slots 348 to 363.
+
+    /// Told for each image that a page draws, by selector `info`, behind the page's own facts.
+    void (*drawnImage)(void* context, const DrawnImageFacts&) = nullptr;
+    /// Told for each annotation that was changed or deleted in the artwork: it stays as it is.
+    void (*annotationKept)(void* context, std::string_view name) = nullptr;
 };
 
 /// Registers (null: removes) the record of the host of this process; not an owner.

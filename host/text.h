@@ -62,6 +62,8 @@ struct TextRun {
     /// How letters are painted; neither filled nor stroked: invisible. `clip` is 0 but for text
     /// that clips a group.
     PathStyle style = {};
+    double fillOpacity = 1; ///< 0 to 1, as is the next
+    double strokeOpacity = 1;
     /// The operator that shows them; `ordinal` is that of the run among the objects of the page.
     ArtSource source = {};
     /// The run begins a further line of its text object: the matrix of that line. Text of the

@@ -81,6 +81,36 @@ inline constexpr std::int32_t groupNesting = 192;
 /// it.
 inline constexpr std::int32_t patternNesting = 8;
 
+/// Contents within one another: forms, glyph procedures, tiles, masks. Each recurses; real pages
+/// stay below ten.
+inline constexpr std::size_t contentNesting = 64;
+
+/// Tokens that drawing a form, a tile or a mask counts as beside its own: to set up its filters
+/// takes as long. Maps draw a form for each of some ten thousand symbols.
+inline constexpr std::int64_t innerContentTokens = 1000;
+
+/// Stops of a gradient: colours between them are within a level of 255 of what a function says.
+inline constexpr std::size_t gradientStops = 256;
+
+/// Patches and triangles of a shading that are drawn as paths; more become an image, which is
+/// smaller and as fine as the page needs.
+inline constexpr std::size_t meshPaths = 256;
+
+/// Vertices of a shading by meshes, a second's work.
+inline constexpr std::int64_t meshVertices = 4'000'000;
+
+/// Pixels of an image that stands for a shading: a page of A4 at 200 dots an inch.
+inline constexpr std::int64_t shadingPixels = 4'000'000;
+
+/// Layers of optional content that are looked at: real files have some hundred.
+inline constexpr std::int32_t contentLayers = 1 << 16;
+
+/// Conditions within one another that say where a layer shows.
+inline constexpr std::int32_t visibilityNesting = 32;
+
+/// Annotations of a page that are drawn.
+inline constexpr std::int32_t drawnAnnotations = 1 << 16;
+
 /// Tokens of one page's content: a page of ten million segments holds 50 million. A small file can
 /// name its streams again and again, or unpack to a thousand times its size; this is a few seconds'
 /// work.

@@ -24,6 +24,7 @@
 #include "reader/text/text_object.h"
 
 #include <cstdint>
+#include <vector>
 
 namespace corvane {
 
@@ -90,6 +91,8 @@ struct Interpreter {
     classic::FontList classicFonts;
     classic::SelectedFonts selectedFonts;
     PageImages images;
+    /// Numbers of the objects of the contents within one another that are being drawn; 0: of none.
+    std::vector<std::int32_t> openContents;
     bool readsText = false;   ///< text becomes art; otherwise it is counted and left out
     bool readsImages = false; ///< the same of images
 };

@@ -2,10 +2,9 @@
 
 #include "host/matrix.h"
 #include "reader/content/art.h"
-#include "reader/content/content.h"
+#include "reader/content/inner_content.h"
 #include "runtime/callbacks.h"
 
-#include <span>
 #include <utility>
 
 namespace corvane {
@@ -15,44 +14,25 @@ namespace {
 /// What a glyph counts as beside the tokens of its procedure: to set up its filters takes as long.
 constexpr std::int64_t tokensOfGlyph = 500;
 
-/// A procedure runs in a state and in groups of its own. It shows no text: it could show itself.
-class ProcedureScope {
+/// A procedure shows no text, since it could show itself; what it leaves out is told later.
+class ProcedureLimits {
 public:
-    ProcedureScope(Interpreter& interpreter, const GraphicsState& state, const RealMatrix& matrix,
-                   Art group)
-        : interpreter_(interpreter), formerState_(std::exchange(interpreter.state, state)),
-          formerOmissions_(std::exchange(interpreter.omissions, Omissions(Omissions::Quiet()))),
-          place_(interpreter.progress.place()),
-          readsText_(std::exchange(interpreter.readsText, false)) {
-        interpreter.state.exactCtm = matrix;
-        interpreter.state.text = TextState();
-        Containers own;
-        own.open(group, interpreter.containers.nesting());
-        containers_ = std::exchange(interpreter.containers, std::move(own));
-    }
-    ~ProcedureScope() {
-        interpreter_.containers = std::move(containers_);
+    explicit ProcedureLimits(Interpreter& interpreter)
+        : interpreter_(interpreter),
+          omissions_(std::exchange(interpreter.omissions, Omissions(Omissions::Quiet()))),
+          readsText_(std::exchange(interpreter.readsText, false)) {}
+    ~ProcedureLimits() {
         interpreter_.readsText = readsText_;
-        interpreter_.progress.setPlace(place_);
-        interpreter_.omissions = formerOmissions_;
-        interpreter_.state = std::move(formerState_);
+        interpreter_.omissions = omissions_;
     }
-    ProcedureScope(const ProcedureScope&) = delete;
-    ProcedureScope& operator=(const ProcedureScope&) = delete;
+    ProcedureLimits(const ProcedureLimits&) = delete;
+    ProcedureLimits& operator=(const ProcedureLimits&) = delete;
 
 private:
     Interpreter& interpreter_;
-    GraphicsState formerState_;
-    Omissions formerOmissions_;
-    Containers containers_;
-    ContentProgress::Place place_;
+    Omissions omissions_;
     bool readsText_;
 };
-
-ObjectOwner shared(const Object& object) {
-    retainObject(object);
-    return ObjectOwner(object);
-}
 
 } // namespace
 
@@ -84,15 +64,12 @@ void GlyphDrawing::draw(const Object& procedure, const RealMatrix& matrix) {
     if (group_ == Art::null) {
         group_ = interpreter_.containers.make(ArtKind::group);
     }
-    const Object& own = font_.resources();
-    const ProcedureScope scope(interpreter_, outer_, matrix, group_);
-    ContentScope content(interpreter_, shared(typeObject(own) == ObjectType::dictionary
-                                                  ? own
-                                                  : interpreter_.cache.resources.get()));
-    interpreter_.level.isGlyph = true;
-    const ObjectOwner stream = shared(procedure);
-    runContent(interpreter_, std::span(&stream, 1));
-    content.leave();
+    GraphicsState state = outer_;
+    state.text = TextState();
+    const ProcedureLimits limits(interpreter_);
+    InnerContent content(interpreter_, 0, state, matrix, group_);
+    content.run(procedure, font_.resources(),
+                [](Interpreter& interpreter) { interpreter.level.isGlyph = true; });
     interpreter_.containers.finish();
     hides_ = interpreter_.omissions.holdsHidden();
     omissions_.add(interpreter_.omissions);

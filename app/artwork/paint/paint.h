@@ -5,6 +5,7 @@
 #pragma once
 
 #include "host/artwork.h"
+#include "host/gradient.h"
 #include "host/matrix.h"
 
 #include <array>
@@ -13,15 +14,6 @@
 #include <vector>
 
 namespace corvane {
-
-/// What a gradient is beyond its first and last stop.
-enum class GradientSpread : std::uint8_t { pad = 0, reflect = 1, repeat = 2 };
-
-struct GradientStop {
-    double offset = 0; ///< 0 to 1, none less than the one before
-    Colour colour;     ///< gray or process
-    friend bool operator==(const GradientStop&, const GradientStop&) = default;
-};
 
 /// Linear: from (x1, y1) to (x2, y2). Radial: from the circle of radius `r1` about (x1, y1) to that
 /// of `r2` about (x2, y2).

@@ -1,0 +1,61 @@
+// How art is laid over what is behind it: opacity, blending, soft masks.
+//
+// Source: PDF Reference, chapter 7.
+#pragma once
+
+#include "host/artwork.h"
+
+#include <cstdint>
+#include <span>
+
+namespace corvane {
+
+/// The blend modes of the PDF Reference, 7.2.4.
+enum class BlendMode : std::uint8_t {
+    normal = 0,
+    multiply = 1,
+    screen = 2,
+    overlay = 3,
+    darken = 4,
+    lighten = 5,
+    colorDodge = 6,
+    colorBurn = 7,
+    hardLight = 8,
+    softLight = 9,
+    difference = 10,
+    exclusion = 11,
+    hue = 12,
+    saturation = 13,
+    color = 14,
+    luminosity = 15
+};
+
+/// A soft mask that the host's document holds; 0 is null.
+enum class Mask : std::uint32_t { null = 0 };
+
+/// Of any art; opacities are 0 to 1. Art that has none of its own has the defaults.
+struct Appearance {
+    /// Of the art as one thing: a group is painted first, and laid over what is behind it then.
+    double opacity = 1;
+    double fillOpacity = 1;   ///< of paths alone
+    double strokeOpacity = 1; ///< of paths alone
+    BlendMode blend = BlendMode::normal;
+    bool isIsolated = false; ///< of groups: what they hold does not blend with what is behind them
+    bool isKnockout = false; ///< of groups: what they hold does not show what they hold behind it
+    Mask mask = Mask::null;
+    friend constexpr bool operator==(const Appearance&, const Appearance&) = default;
+};
+
+/// Art in coordinates of the artboard, of which the light or the opacity tells how much of other
+/// art is seen.
+struct MaskFacts {
+    Art content = Art::null;   ///< a group that is in no layer
+    bool isLuminosity = false; ///< false: its opacity counts
+    /// Of luminosity: the light, 0 to 1, of what lies behind the content, everywhere.
+    double backdrop = 0;
+    /// What becomes of values from 0 to 1, at even steps; empty: they stay as they are. Lives as
+    /// long as the document.
+    std::span<const double> transfer = {};
+};
+
+} // namespace corvane
