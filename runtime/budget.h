@@ -81,9 +81,9 @@ inline constexpr std::int32_t groupNesting = 192;
 /// it.
 inline constexpr std::int32_t patternNesting = 8;
 
-/// Contents within one another: forms, glyph procedures, tiles, masks. Each recurses; real pages
-/// stay below ten.
-inline constexpr std::size_t contentNesting = 64;
+/// Contents within one another: forms, glyph procedures, tiles, masks. Each recurses and opens a
+/// guarded block, of which 32 may be open; real pages stay below ten.
+inline constexpr std::size_t contentNesting = 20;
 
 /// Tokens that drawing a form, a tile or a mask counts as beside its own: to set up its filters
 /// takes as long. Maps draw a form for each of some ten thousand symbols.

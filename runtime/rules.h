@@ -101,6 +101,8 @@ struct Rules {
     bool readsText;
     /// Images become placed art whose pixels the host has.
     bool readsImages;
+    /// Forms become groups of what they paint.
+    bool readsForms;
 
     /// A segment after `h` or `re` starts a new subpath at that point, and a subpath of one point
     /// that is left goes.
@@ -213,6 +215,7 @@ inline constexpr Rules originalRules{
     .unpaintedStaysOpen = false,
     .readsText = false,
     .readsImages = false,
+    .readsForms = false,
     .continuesClosedPaths = false,
     .writesGroups = false,
     .closesSubpaths = false,
@@ -266,6 +269,7 @@ inline constexpr Rules extendedRules{
     .unpaintedStaysOpen = true,
     .readsText = true,
     .readsImages = true,
+    .readsForms = true,
     .continuesClosedPaths = true,
     .writesGroups = true,
     .closesSubpaths = true,

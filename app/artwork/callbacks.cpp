@@ -37,6 +37,15 @@ void fillTable(std::span<HostProcedure> table) {
     fillSlot(table, slot::newArtwork, answer::newArtwork);
     fillSlot(table, slot::disposeArtwork, answer::disposeArtwork);
 
+    fillSlot(table, slot::setForm, answer::setForm);
+    fillSlot(table, slot::getForm, answer::getForm);
+    fillSlot(table, slot::addContentLayer, answer::addContentLayer);
+    fillSlot(table, slot::getContentLayer, answer::getContentLayer);
+    fillSlot(table, slot::setGroupLayer, answer::setGroupLayer);
+    fillSlot(table, slot::getGroupLayer, answer::getGroupLayer);
+    fillSlot(table, slot::addLayer, answer::addLayer);
+    fillSlot(table, slot::getLayerRole, answer::getLayerRole);
+
     fillSlot(table, slot::getPathClosed, answer::getPathClosed);
     fillSlot(table, slot::setPathClosed, answer::setPathClosed);
     fillSlot(table, slot::getPathGuide, answer::getPathGuide);

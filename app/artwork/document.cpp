@@ -9,7 +9,8 @@ namespace corvane {
 Document::Document(std::int64_t limit)
     : budget_(limit), tree_(budget_), segments_(budget_), styles_(budget_), fonts_(budget_),
       texts_(budget_, styles_), images_(budget_), placed_(budget_), sources_(budget_),
-      artworks_(budget_), paint_(budget_), layers_(budget_) {
+      forms_(budget_), contentLayers_(budget_), groupLayers_(budget_), artworks_(budget_),
+      paint_(budget_), layers_(budget_) {
     addLayer({});
 }
 
@@ -150,7 +151,7 @@ std::optional<ArtSource> Document::source(Art art) const {
 
 void Document::setSource(Art art, const ArtSource& source) {
     const NodeIndex node = tree_.find(art);
-    if (source.start < 0 || source.end < source.start || source.ordinal < 0) {
+    if (source.start < 0 || source.end < source.start || source.ordinal < 0 || source.content < 0) {
         throw ArtworkError("the source of art has a value without meaning");
     }
     sources_.set(node, source);

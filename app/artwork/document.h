@@ -9,6 +9,7 @@
 #pragma once
 
 #include "app/artwork/budget.h"
+#include "app/artwork/content_layers.h"
 #include "app/artwork/error.h"
 #include "app/artwork/fonts.h"
 #include "app/artwork/image_table.h"
@@ -24,6 +25,7 @@
 #include "host/artwork.h"
 #include "host/image.h"
 #include "host/matrix.h"
+#include "host/structure.h"
 #include "host/text.h"
 
 #include <cstddef>
@@ -74,6 +76,16 @@ public:
     // Where art was read from. Moved art keeps it; a copy has that of its original.
     std::optional<ArtSource> source(Art) const;
     void setSource(Art, const ArtSource&);
+
+    // What groups stand for in the file. Copies stand for the same.
+    std::optional<FormFacts> form(Art group) const;
+    void setForm(Art group, const FormFacts&);
+    ContentLayerTable& contentLayers() { return contentLayers_; }
+    const ContentLayerTable& contentLayers() const { return contentLayers_; }
+    /// Null: the group shows always.
+    ContentLayer groupLayer(Art group) const;
+    /// The layer must be here, or be null.
+    void setGroupLayer(Art group, ContentLayer);
 
     // Paths.
     bool closed(Art path) const;
@@ -173,6 +185,9 @@ private:
     ImageTable images_;
     SideTable<PlacedImage> placed_;
     SideTable<ArtSource> sources_;
+    SideTable<FormFacts> forms_;
+    ContentLayerTable contentLayers_;
+    SideTable<ContentLayer> groupLayers_;
     /// Of each artwork: the first pattern that it is the tile of, or null.
     SideTable<PaintSource> artworks_;
     PaintTables paint_;

@@ -71,6 +71,8 @@ void Document::copyProperties(NodeIndex from, NodeIndex to) {
     copy.guide = original.guide;
     copy.segments = segments_.copy(original.segments);
     sources_.copy(from, to);
+    forms_.copy(from, to);
+    groupLayers_.copy(from, to);
     texts_.copy(from, to);
     placed_.copy(from, to);
 }
@@ -95,6 +97,8 @@ void Document::copyBelow(NodeIndex from, NodeIndex to) {
 void Document::freeNode(NodeIndex node) {
     segments_.release(tree_[node].segments);
     sources_.erase(node);
+    forms_.erase(node);
+    groupLayers_.erase(node);
     texts_.erase(node);
     placed_.erase(node);
     artworks_.erase(node);

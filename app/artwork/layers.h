@@ -3,6 +3,7 @@
 
 #include "app/artwork/budget.h"
 #include "host/artwork.h"
+#include "host/structure.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -18,6 +19,7 @@ struct LayerProperties {
     bool locked = false;
     bool printing = true;
     bool dimmed = false;
+    LayerRole role = LayerRole::page;
     friend bool operator==(const LayerProperties&, const LayerProperties&) = default;
 };
 

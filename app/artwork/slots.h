@@ -7,6 +7,7 @@
 
 #include "host/artwork.h"
 #include "host/callbacks.h"
+#include "host/structure.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -37,6 +38,16 @@ HostError setArtSource(Art, const ArtSource*);
 HostError getArtSource(Art, ArtSource*);
 HostError newArtwork(Art* made);
 HostError disposeArtwork(Art);
+
+// What groups and layers stand for in the file
+HostError setForm(Art group, const FormFacts*);
+HostError getForm(Art group, FormFacts*);
+HostError addContentLayer(const ContentLayerFacts*, ContentLayer* layer);
+HostError getContentLayer(ContentLayer, ContentLayerFacts*);
+HostError setGroupLayer(Art group, ContentLayer);
+HostError getGroupLayer(Art group, ContentLayer*);
+HostError addLayer(const LayerInfo*, LayerRole, Layer* made);
+HostError getLayerRole(Layer, LayerRole*);
 
 // Paths
 HostError getPathClosed(Art, std::uint8_t* closed, std::int32_t flags);

@@ -8,6 +8,9 @@ namespace corvane {
 
 namespace {
 
+constexpr char shapePrefix = 'p';
+constexpr char contentPrefix = 'f';
+
 /// Takes a number of digits alone, and the blanks before it.
 template <class Number>
 bool takeNumber(std::string_view& text, Number& number, int radix = 10) {
@@ -21,11 +24,41 @@ bool takeNumber(std::string_view& text, Number& number, int radix = 10) {
     return error == std::errc() && (text.empty() || text.front() == ' ');
 }
 
+bool isBlank(std::string_view text) {
+    return text.find_first_not_of(' ') == std::string_view::npos;
+}
+
+/// Takes a character and the number from 1 behind it.
+bool takeNumbered(std::string_view& text, char prefix, std::int32_t& number) {
+    if (!text.starts_with(prefix) || text.size() < 2 || text[1] == '0') {
+        return false;
+    }
+    const char* const end = text.data() + text.size();
+    const auto read = std::from_chars(text.data() + 1, end, number);
+    text.remove_prefix(static_cast<std::size_t>(read.ptr - text.data()));
+    return read.ec == std::errc() && number > 0;
+}
+
 } // namespace
+
+void writeShapeId(TextOutput& out, std::int32_t content, std::uint32_t number) {
+    constexpr std::size_t numberRoom = 40;
+    out.text(" id=\"");
+    char* at = out.room(numberRoom);
+    char* const last = at + numberRoom;
+    if (content != 0) {
+        *at++ = contentPrefix;
+        at = std::to_chars(at, last, content).ptr;
+    }
+    *at++ = shapePrefix;
+    at = std::to_chars(at, last, number).ptr;
+    *at++ = '"';
+    out.advance(at);
+}
 
 void writeArtSource(TextOutput& out, std::string_view name, const ArtSource& source,
                     SourceBase base) {
-    constexpr std::size_t room = 64; // four numbers and what is around them
+    constexpr std::size_t room = 80; // five numbers and what is around them
     out.text(" ");
     out.text(name);
     char* at = out.room(room);
@@ -44,6 +77,10 @@ void writeArtSource(TextOutput& out, std::string_view name, const ArtSource& sou
             *at++ = digits[static_cast<std::size_t>(*base >> shift & 0xF)];
         }
     }
+    if (source.content != 0) {
+        *at++ = ' ';
+        at = std::to_chars(at, last, source.content).ptr;
+    }
     *at++ = '"';
     out.advance(at);
 }
@@ -54,20 +91,32 @@ std::optional<ArtSource> parseArtSource(std::string_view text, SourceBase base) 
     const bool whole = takeNumber(text, source.start) && takeNumber(text, source.end) &&
                        takeNumber(text, source.ordinal) &&
                        (!base || (takeNumber(text, ofSource, 16) && ofSource == *base)) &&
-                       text.find_first_not_of(' ') == std::string_view::npos;
+                       (isBlank(text) || (takeNumber(text, source.content) && isBlank(text)));
     return whole && source.start <= source.end ? std::optional(source) : std::nullopt;
 }
 
 std::optional<ArtSource> sourceOfId(std::string_view id) {
-    if (!id.starts_with(shapeIdPrefix)) {
-        return std::nullopt;
-    }
-    id.remove_prefix(shapeIdPrefix.size());
+    std::int32_t content = 0;
     std::int32_t number = 0;
-    const char* const end = id.data() + id.size();
-    const auto read = std::from_chars(id.data(), end, number);
-    const bool isOurs = read.ec == std::errc() && read.ptr == end && number > 0 && id[0] != '0';
-    return isOurs ? std::optional(ArtSource{0, 0, number - 1}) : std::nullopt;
+    const bool isOurs =
+        (!id.starts_with(contentPrefix) || takeNumbered(id, contentPrefix, content)) &&
+        takeNumbered(id, shapePrefix, number) && id.empty();
+    return isOurs ? std::optional(ArtSource{0, 0, number - 1, content}) : std::nullopt;
+}
+
+void writeFormFacts(TextOutput& out, const FormFacts& form) {
+    out.text(" data-form=\"");
+    out.number(std::int64_t{form.object} << 16);
+    out.text(" ");
+    out.number(std::int64_t{form.content} << 16);
+    out.text("\"");
+}
+
+std::optional<FormFacts> parseFormFacts(std::string_view text) {
+    FormFacts form;
+    const bool isWhole = takeNumber(text, form.object) && takeNumber(text, form.content) &&
+                         isBlank(text) && form.content > 0;
+    return isWhole ? std::optional(form) : std::nullopt;
 }
 
 SourceBase sourceBase(const Provenance& provenance) {

@@ -55,6 +55,7 @@ private:
     void writePlace();
     void writeLineAttributes();
     void startPath();
+    void writeCurveName();
     void writeFont(const TextRun&);
     void writeAttributes(const TextRun&, Shared which);
     void writeOwn(const TextRun&, std::uint32_t number);
@@ -122,11 +123,19 @@ void TextWriter::findShared() {
     needsBlanks_ = needsBlanks_ || afterBlank || letters_.isExact();
 }
 
+void TextWriter::writeCurveName() {
+    out_.text(curveIdPrefix);
+    out_.number(std::int64_t{place_.number} << 16);
+    if (place_.content != 0) {
+        out_.text("f");
+        out_.number(std::int64_t{place_.content} << 16);
+    }
+}
+
 /// What letters stand on, in front of their text. The transform of the text is undone.
 void TextWriter::writePath() {
     out_.text("<defs><path id=\"");
-    out_.text(curveIdPrefix);
-    out_.number(std::int64_t{place_.number} << 16);
+    writeCurveName();
     out_.text("\"");
     const Matrix turned{line_.matrix.a, -line_.matrix.b, -line_.matrix.c, line_.matrix.d, 0, 0};
     if (const auto back = inverse(realMatrix(turned)); back && !isPlainSpace(line_.matrix)) {
@@ -145,8 +154,7 @@ void TextWriter::writePath() {
 
 void TextWriter::startPath() {
     out_.text("<textPath href=\"#");
-    out_.text(curveIdPrefix);
-    out_.number(std::int64_t{place_.number} << 16);
+    writeCurveName();
     out_.text("\"");
     if (line_.pathStart != 0) {
         writeNumberAttribute(out_, "startOffset", line_.pathStart);
@@ -238,10 +246,7 @@ void TextWriter::writeAttributes(const TextRun& run, Shared which) {
 
 /// What each run has for itself, and where its baseline and its first letter are moved to.
 void TextWriter::writeOwn(const TextRun& run, std::uint32_t number) {
-    out_.text(" id=\"");
-    out_.text(shapeIdPrefix);
-    out_.number(std::int64_t{number} << 16);
-    out_.text("\"");
+    writeShapeId(out_, place_.content, number);
     if (run.source.end != 0) {
         writeArtSource(out_, "data-source", run.source, place_.base);
     }

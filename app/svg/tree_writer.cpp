@@ -37,12 +37,15 @@ bool TreeWriter::hasOrdinal(Art art) const {
     return source && source->ordinal >= 0;
 }
 
-/// Groups within an object need no name.
-void TreeWriter::writeGroupId(const Level& level) {
-    if (!level.isObject) {
+/// Groups within an object need no name. What has a source is one among the shapes around it.
+void TreeWriter::writeGroupId(Art group, const Level& around) {
+    if (around.isObject) {
+        return;
+    }
+    if (hasOrdinal(group)) {
+        writeShapeId(out_, around.content, numbers_.shapes[around.content]);
+    } else {
         writeId("g", ++numbers_.groups);
-    } else if (levels_.empty() || !levels_.back().isObject) {
-        writeId(shapeIdPrefix, numbers_.shapes);
     }
 }
 
@@ -113,9 +116,14 @@ void TreeWriter::enterGroup(Art group, const LayerProperties* layer) {
         }
     } else {
         level = levels_.back();
-        const bool starts = !level.isObject && hasOrdinal(group);
-        numbers_.shapes += starts ? 1 : 0;
-        level.isObject = level.isObject || starts;
+        if (!level.isObject && hasOrdinal(group)) {
+            ++numbers_.shapes[level.content];
+        }
+        if (const std::optional<FormFacts> form = document_.form(group)) {
+            level.content = form->content;
+        } else {
+            level.isObject = level.isObject || hasOrdinal(group);
+        }
     }
     level.clip = clipOf(document_, group);
     level.next = document_.lastChild(group);
@@ -140,7 +148,10 @@ void TreeWriter::enterGroup(Art group, const LayerProperties* layer) {
         writeId("layer", ++numbers_.layers);
         writeLayerAttributes(out_, *layer);
     } else {
-        writeGroupId(level);
+        writeGroupId(group, levels_.back());
+    }
+    if (const std::optional<FormFacts> form = document_.form(group)) {
+        writeFormFacts(out_, *form);
     }
     writeSource("data-source", group);
     if (clips) {
@@ -203,7 +214,7 @@ void TreeWriter::writeShape(Art shape) {
     writeIndent(out_, level.depth);
     out_.text("<path");
     if (!level.isObject) {
-        writeId(shapeIdPrefix, ++numbers_.shapes);
+        writeShapeId(out_, level.content, ++numbers_.shapes[level.content]);
     }
     writeSource("data-source", shape);
     if (guide) {
@@ -226,8 +237,13 @@ void TreeWriter::writeLine(Art text) {
     for (std::int32_t i = 0; i < runs; ++i) {
         writeServers(document_.textRun(text, i).style, level.depth);
     }
-    TextPlace place{.corner = corner_, .base = base_, .number = numbers_.shapes + 1, .clip = {}};
-    numbers_.shapes += static_cast<std::uint32_t>(runs);
+    std::uint32_t& shapes = numbers_.shapes[level.content];
+    TextPlace place{.corner = corner_,
+                    .base = base_,
+                    .content = level.content,
+                    .number = shapes + 1,
+                    .clip = {}};
+    shapes += static_cast<std::uint32_t>(runs);
     if (level.chain.clip != 0) {
         place.clip = referenceTo(level.chain.clip);
     }
@@ -249,7 +265,7 @@ void TreeWriter::writePlaced(Art placed) {
         out_.text(">");
     }
     out_.text(isPicture ? "<image" : "<path");
-    writeId(shapeIdPrefix, ++numbers_.shapes);
+    writeShapeId(out_, level.content, ++numbers_.shapes[level.content]);
     writeSource("data-source", placed);
     if (level.chain.hides) {
         writePlainAttribute(out_, "display", "none");

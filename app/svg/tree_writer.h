@@ -15,6 +15,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace corvane {
@@ -23,7 +24,8 @@ namespace corvane {
 struct SvgNumbers {
     std::uint32_t layers = 0;
     std::uint32_t groups = 0;
-    std::uint32_t shapes = 0;
+    /// By the content that paints them: 0, the page's, or a form's.
+    std::unordered_map<std::int32_t, std::uint32_t> shapes;
     std::uint32_t clips = 0;
     LetterAdvances* advances = nullptr; ///< where letters get places of their own
 };
@@ -60,10 +62,11 @@ private:
     struct Level {
         Art clip = Art::null;
         Art next = Art::null;
-        int depth = 0;         ///< of the children's elements
-        bool element = false;  ///< the group is an element, to be ended
-        bool isObject = false; ///< all in it has one source: the group is numbered, and no shape
-        Extent visible;        ///< what clips around it let through, at most
+        int depth = 0;            ///< of the children's elements
+        bool element = false;     ///< the group is an element, to be ended
+        bool isObject = false;    ///< all in it has one source: the group is numbered, and no shape
+        std::int32_t content = 0; ///< of the form that it is in; 0: of none
+        Extent visible;           ///< what clips around it let through, at most
         ClipChain chain;
     };
 
@@ -89,7 +92,7 @@ private:
     void writeDroppedClip(Art clip);
     void writeData(Art shape);
     bool hasOrdinal(Art) const;
-    void writeGroupId(const Level&);
+    void writeGroupId(Art group, const Level& around);
     void writeId(std::string_view kind, std::uint32_t number);
     void writeSource(std::string_view name, Art);
 

@@ -2,7 +2,9 @@
 
 #include "objects/stack.h"
 #include "reader/content/interpreter.h"
+#include "reader/form/form_trace.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace corvane {
@@ -35,6 +37,8 @@ ContentTrace::ContentTrace() {
     textPlaces_.push({});
     textSettings_.push({});
 }
+
+ContentTrace::~ContentTrace() = default;
 
 void ContentTrace::begin(const Interpreter& interpreter) {
     setMatrix(interpreter);
@@ -78,6 +82,24 @@ void ContentTrace::markClips(bool ClipLink::*mark) {
          link = clips_[link].outer) {
         clips_[link].*mark = true;
     }
+}
+
+void ContentTrace::hide() {
+    hidesArt_ = true;
+    markClips(&ClipLink::hides);
+}
+
+void ContentTrace::addForm(std::unique_ptr<FormTrace> form) {
+    const std::size_t bytes = (forms_.size() + 1) * (sizeof(FormTrace) + sizeof(FormTrace*));
+    formsCharge_.resize(static_cast<std::int64_t>(bytes));
+    form->event = next();
+    forms_.push_back(std::move(form));
+}
+
+const FormTrace* ContentTrace::formAt(TraceIndex event) const {
+    const auto at = std::ranges::lower_bound(
+        forms_, event, {}, [](const std::unique_ptr<FormTrace>& form) { return form->event; });
+    return at != forms_.end() && (*at)->event == event ? at->get() : nullptr;
 }
 
 void ContentTrace::applyPath(const Interpreter& interpreter, TraceEvent& event) {
@@ -168,14 +190,18 @@ void ContentTrace::applyShow(const Interpreter& interpreter, TraceEvent& event) 
     markClips(&ClipLink::holds);
 }
 
-/// Or something else that no art shows.
-void ContentTrace::applyImage(const Interpreter& interpreter, TraceEvent& event) {
+/// An image, a form, or something else that no art shows.
+void ContentTrace::applyObject(const Interpreter& interpreter, TraceEvent& event) {
     event.art = interpreter.level.placed;
-    if (event.art == Art::null) {
-        return hide();
+    const FormTrace* const form = formAt(next());
+    if (form != nullptr ? form->trace.hidesArt() : event.art == Art::null) {
+        hide();
     }
-    painted_.push({.event = next(), .art = event.art, .isImage = true});
-    markClips(&ClipLink::holds);
+    if (event.art != Art::null) {
+        const bool isForm = form != nullptr;
+        painted_.push({.event = next(), .art = event.art, .isImage = !isForm, .isForm = isForm});
+        markClips(&ClipLink::holds);
+    }
 }
 
 void ContentTrace::apply(const Interpreter& interpreter, TraceEvent& event) {
@@ -209,12 +235,12 @@ void ContentTrace::apply(const Interpreter& interpreter, TraceEvent& event) {
     case OperatorRole::paint:
         return hide();
     case OperatorRole::object:
-        return applyImage(interpreter, event);
+        return applyObject(interpreter, event);
     case OperatorRole::endImage:
         event.start = isInImage_ ? imageStart_ : event.start;
         isInImage_ = false;
         isInData_ = false;
-        return applyImage(interpreter, event);
+        return applyObject(interpreter, event);
     case OperatorRole::beginText:
         behind_.isInText = true;
         textPlaces_.push({.begin = next()});

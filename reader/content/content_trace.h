@@ -13,11 +13,13 @@
 #include "runtime/charged_list.h"
 
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <vector>
 
 namespace corvane {
 
+struct FormTrace;
 struct Interpreter;
 
 /// A number of an event, or of a link in a chain. Links count from 1; 0 is the end of the chain.
@@ -85,6 +87,7 @@ struct PaintedArt {
     TraceIndex part = 0;    ///< of text: in `ContentTrace::textPart`
     bool isDrawn = false;   ///< text that glyph procedures drew: the art is a group of paths
     bool isImage = false;
+    bool isForm = false; ///< the art is the group of a form
 };
 
 /// A link of the clips in force.
@@ -115,6 +118,7 @@ struct SetterLink {
 class ContentTrace {
 public:
     ContentTrace();
+    ~ContentTrace();
 
     // While content is read:
 
@@ -125,6 +129,8 @@ public:
     /// The operator of the interpreter's level was run.
     void note(const Interpreter& interpreter, OperatorRole role);
     void noteFailed(const Interpreter& interpreter);
+    /// The operator at hand draws this form. It is not noted yet.
+    void addForm(std::unique_ptr<FormTrace> form);
     /// A token could not be read, so the bytes of the stream may be others than other readers see.
     void noteDamage() { damaged_.back() = true; }
     /// All streams were read; nothing was closed yet.
@@ -145,6 +151,12 @@ public:
     const SetterLink& setter(TraceIndex link) const { return setters_.items()[link]; }
     const RealMatrix& matrix(TraceIndex index) const { return matrices_.items()[index]; }
     std::size_t clipCount() const { return clips_.size(); }
+    /// The forms that were drawn, in their order.
+    std::span<const std::unique_ptr<FormTrace>> forms() const { return forms_; }
+    /// The one that an event drew; null: none.
+    const FormTrace* formAt(TraceIndex event) const;
+    /// Something is painted that no art shows, here or in a form.
+    bool hidesArt() const { return hidesArt_; }
 
     /// The clips around what an event paints: a path is not within the clip that it becomes.
     TraceIndex clipAround(TraceIndex event) const;
@@ -166,11 +178,11 @@ private:
     void apply(const Interpreter& interpreter, TraceEvent& event);
     void applyPath(const Interpreter& interpreter, TraceEvent& event);
     void applyShow(const Interpreter& interpreter, TraceEvent& event);
-    void applyImage(const Interpreter& interpreter, TraceEvent& event);
+    void applyObject(const Interpreter& interpreter, TraceEvent& event);
     void addTextPlace(const Interpreter& interpreter);
     void addClip(Art art);
     void markClips(bool ClipLink::*mark);
-    void hide() { markClips(&ClipLink::hides); }
+    void hide();
     void setMatrix(const Interpreter& interpreter);
     TraceIndex next() const { return static_cast<TraceIndex>(events_.size()); }
 
@@ -183,6 +195,8 @@ private:
     ChargedList<MarkLink> marks_;
     ChargedList<SetterLink> setters_;
     ChargedList<RealMatrix> matrices_;
+    std::vector<std::unique_ptr<FormTrace>> forms_;
+    ZoneCharge formsCharge_;
     std::vector<std::uint32_t> streamStarts_;
     std::vector<bool> damaged_;
     std::vector<Surroundings> saved_;
@@ -193,6 +207,7 @@ private:
     bool isInImage_ = false;
     bool isInData_ = false; ///< of an image, behind its ID
     bool endsOpen_ = false;
+    bool hidesArt_ = false;
 };
 
 } // namespace corvane

@@ -3,6 +3,7 @@
 #include "reader/content/content.h"
 #include "reader/content/interpreter.h"
 #include "reader/content/losses.h"
+#include "reader/form/form_drawing.h"
 #include "reader/image/place_image.h"
 #include "reader/page/page_content.h"
 #include "reader/page/page_digest.h"
@@ -56,6 +57,7 @@ void runPage(Interpreter& interpreter, std::span<const ObjectOwner> streams) {
     retainObject(interpreter.cache.resources.get());
     ContentScope page(interpreter, ObjectOwner(interpreter.cache.resources.get()));
     interpreter.level.tellsSources = tellsSources();
+    interpreter.readsForms = hostHoldsForms();
     interpreter.readsText = hostHoldsText();
     interpreter.readsImages = hostHoldsImages();
     runContent(interpreter, streams);

@@ -1,6 +1,7 @@
 #include "reader/content/inner_content.h"
 
 #include "reader/content/content.h"
+#include "reader/content/content_trace.h"
 #include "runtime/budget.h"
 
 #include <algorithm>
@@ -50,7 +51,14 @@ InnerContent::Scope::Scope(Interpreter& interpreter, const Object& resources)
 
 void InnerContent::runStream(const Object& stream) {
     const ObjectOwner owner = shared(stream);
+    ContentTrace* const trace = interpreter_.level.trace;
+    if (trace != nullptr) {
+        trace->begin(interpreter_);
+    }
     runContent(interpreter_, std::span(&owner, 1));
+    if (trace != nullptr) {
+        trace->end(interpreter_);
+    }
 }
 
 } // namespace corvane

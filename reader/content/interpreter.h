@@ -59,6 +59,7 @@ struct ContentLevel {
     bool isBegun = false;         ///< the operator to come was begun: `span.start` is known
     OperatorSpan span;            ///< the operator being read or run
     bool tellsSources = false;    ///< the host learns which bytes made an object
+    std::int32_t content = 0;     ///< as `ArtSource::content`
     std::int32_t painted = 0;     ///< objects so far, clips not counted
     EndedPath ended;
     TextObject text;
@@ -67,13 +68,18 @@ struct ContentLevel {
     bool ignoresColour = false; ///< of one that only says a shape (d1)
     bool setsFont = false;      ///< the latest `gs` set the font
     classic::TextLineState classicText;
-    Art placed = Art::null;        ///< what the operator that draws an image made of it
+    Art placed = Art::null;        ///< what the operator that draws an image or form made of it
     std::int64_t imageStart = -1;  ///< of the inline image that is open; below 0: none is
     KnownImage inlineImage;        ///< it, once its data were read
     ContentTrace* trace = nullptr; ///< where operators are noted, if anywhere; not an owner
 };
 
 struct Interpreter {
+    /// For the host; of bytes from `start` to the end of the operator at hand.
+    ArtSource sourceFrom(std::int64_t start) const {
+        return {start, level.span.end, level.painted, level.content};
+    }
+
     explicit Interpreter(DocumentCache& owner) : cache(owner), level(owner) {}
     Interpreter(const Interpreter&) = delete;
     Interpreter& operator=(const Interpreter&) = delete;
@@ -93,6 +99,8 @@ struct Interpreter {
     PageImages images;
     /// Numbers of the objects of the contents within one another that are being drawn; 0: of none.
     std::vector<std::int32_t> openContents;
+    std::int32_t forms = 0;   ///< drawn so far, also those that nothing is seen of
+    bool readsForms = false;  ///< forms are drawn; otherwise they are counted and left out
     bool readsText = false;   ///< text becomes art; otherwise it is counted and left out
     bool readsImages = false; ///< the same of images
 };

@@ -22,6 +22,10 @@ void ContentProgress::check(Filter& tokens) {
     }
 }
 
+bool ContentProgress::hasRoom(std::int64_t bytes) const {
+    return tokenCount_ <= budget::contentTokens / 2 && bytes <= budget::pageBytes / 2;
+}
+
 void ContentProgress::charge(std::int64_t tokens) {
     tokenCount_ += tokens;
     if (tokenCount_ > budget::contentTokens) {

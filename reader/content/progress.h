@@ -26,6 +26,9 @@ public:
     /// A stream begins at this position of the file.
     void beginStream(std::int64_t start) { start_ = start; }
     void finishStream(std::int64_t bytes) { done_ += bytes; }
+    /// Whether forms may still be drawn, of a page whose streams delivered so many bytes: they may
+    /// use up half of what a page may, so that the rest of it is read.
+    bool hasRoom(std::int64_t bytes) const;
     /// Work that counts as much as so many tokens; raises `limit` past the budget.
     void charge(std::int64_t tokens);
 

@@ -4,6 +4,7 @@
 #include "objects/stack.h"
 #include "reader/content/content_operators.h"
 #include "reader/content/interpreter.h"
+#include "reader/form/form_drawing.h"
 #include "reader/image/deliver_image.h"
 #include "reader/image/inline_image.h"
 #include "reader/image/place_image.h"
@@ -92,8 +93,10 @@ void doObjectOperator(Interpreter& interpreter) {
     const std::string_view kind = named ? literalObject(subtype.get()) : std::string_view();
     if (kind == "Image") {
         drawImage(interpreter, entry, object.get());
+    } else if (kind == "Form") {
+        drawForm(interpreter, entry, object.get());
     } else {
-        interpreter.omissions.note(kind == "Form" ? Omission::form : Omission::other);
+        interpreter.omissions.note(Omission::other);
     }
     if (typeObject(findEntry(cache, object.get(), "OC")) != ObjectType::null) {
         interpreter.omissions.note(Omission::optionalContent);

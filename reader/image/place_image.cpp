@@ -34,7 +34,7 @@ void placeImage(Interpreter& interpreter, const KnownImage& image, std::int64_t 
     level.placed = interpreter.containers.make(ArtKind::placed);
     callHost(slot::setPlacedImage, level.placed, &placed);
     if (level.tellsSources) {
-        const ArtSource source{start, level.span.end, level.painted};
+        const ArtSource source = interpreter.sourceFrom(start);
         callHost(slot::setArtSource, level.placed, &source);
     }
     ++level.painted;

@@ -61,9 +61,10 @@ Art unwrapCompound(Art compound) {
 }
 
 /// Tells the host which bytes made the path.
-void tellSource(ContentLevel& level, Art path, bool isPainted) {
+void tellSource(Interpreter& interpreter, Art path, bool isPainted) {
+    ContentLevel& level = interpreter.level;
     if (level.tellsSources) {
-        const ArtSource source{level.ended.start, level.span.end, level.painted};
+        const ArtSource source = interpreter.sourceFrom(level.ended.start);
         callHost(slot::setArtSource, path, &source);
     }
     level.painted += isPainted ? 1 : 0;
@@ -125,7 +126,7 @@ void finishArt(Interpreter& interpreter) {
         interpreter.containers.bringAlong(path, holdsText ? Art::null : level.path.holder);
     }
     stylePath(state, path, false);
-    tellSource(level, path, isPainted);
+    tellSource(interpreter, path, isPainted);
     if (state.style.strokePaint != 0 && state.lineWidth != 0) {
         noteStrokeLoss(interpreter, state.exactCtm);
     }

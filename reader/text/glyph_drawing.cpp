@@ -87,7 +87,7 @@ Art GlyphDrawing::end() {
     interpreter_.omissions.add(omissions_);
     ContentLevel& level = interpreter_.level;
     if (level.tellsSources) {
-        const ArtSource source{level.span.start, level.span.end, level.painted};
+        const ArtSource source = interpreter_.sourceFrom(level.span.start);
         callHost(slot::setArtSource, group, &source);
     }
     ++level.painted;

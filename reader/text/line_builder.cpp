@@ -129,7 +129,7 @@ void LineBuilder::endRun(double pen, std::int32_t element) {
     run_.text = text_;
     run_.pieces = pieces_;
     if (level.tellsSources) {
-        run_.source = {level.span.start, level.span.end, level.painted};
+        run_.source = interpreter_.sourceFrom(level.span.start);
     }
     callHost(slot::addTextRun, open.art, &run_);
     open.painted = ++level.painted;

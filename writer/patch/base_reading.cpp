@@ -2,6 +2,7 @@
 
 #include "reader/content/content.h"
 #include "reader/content/interpreter.h"
+#include "reader/form/form_drawing.h"
 #include "reader/image/place_image.h"
 #include "reader/page/page_matrix.h"
 #include "reader/syntax/stream_chain.h"
@@ -48,6 +49,7 @@ void readBase(DocumentCache& cache, const PageBase& base, BaseReading& reading) 
     // The content was read before, and is read once more where it is patched.
     cache.work.pageBytes = 0;
     const WarningMark before;
+    interpreter.readsForms = hostHoldsForms();
     interpreter.readsText = hostHoldsText();
     interpreter.readsImages = hostHoldsImages();
     runBase(interpreter, base, reading.trace);

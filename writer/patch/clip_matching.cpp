@@ -53,7 +53,7 @@ private:
                 high = middle;
             }
         }
-        const bool isHere = source.end > 0 && low < trace_.clipCount() &&
+        const bool isHere = source.end > 0 && source.content == 0 && low < trace_.clipCount() &&
                             startOf(low) == source.start &&
                             trace_.events()[trace_.clip(low).event].end == source.end;
         return isHere ? low : 0;

@@ -1,6 +1,7 @@
 #include "writer/patch/edited_artwork.h"
 
 #include "reader/content/art.h"
+#include "reader/form/form_drawing.h"
 #include "reader/image/place_image.h"
 #include "reader/text/show_text.h"
 #include "runtime/callbacks.h"
@@ -47,7 +48,7 @@ private:
         const ArtKind kind = artKind(art);
         switch (static_cast<std::int16_t>(kind)) {
         case 1:
-            if (addSourced(art)) {
+            if (addForm(art) || addSourced(art)) {
                 return;
             }
             [[fallthrough]];
@@ -69,6 +70,23 @@ private:
         default:
             failException(Exception::type);
         }
+    }
+
+    /// What a form of the page painted is one object. Without a source it is the objects in it.
+    bool addForm(Art group) {
+        if (!hostHoldsForms()) {
+            return false;
+        }
+        EditedObject object{
+            .art = group, .kind = ArtKind::group, .isForm = true, .group = group_, .source = {}};
+        callHost(slot::getArtSource, group, &object.source);
+        FormFacts form;
+        callHost(slot::getForm, group, &form);
+        if (form.content == 0 || object.source.ordinal < 0 || object.source.content != 0) {
+            return false;
+        }
+        artwork_.objects.push(object);
+        return true;
     }
 
     /// What glyph procedures drew is one object, as long as it is paths alone.

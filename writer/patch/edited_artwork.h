@@ -24,6 +24,7 @@ struct EditedObject {
     Art art = Art::null;
     /// Or a compound path, text, a placed image; a group that has a source.
     ArtKind kind = ArtKind::path;
+    bool isForm = false; ///< a group that a form of the page painted
     EditedIndex group = 0;
     ArtSource source;
     // Of text: each run is an object.

@@ -102,6 +102,9 @@ void InsertedWorks::writeObject(const Insertion& insertion) {
         writeSourced(object, edited, insertion.point.inForce.mark);
         return;
     }
+    if (edited.isForm) {
+        failException(Exception::unpatchable);
+    }
     if (edited.kind == ArtKind::text) {
         newTextWorks(tools_, edited);
     } else if (edited.kind == ArtKind::placed) {
@@ -143,6 +146,16 @@ void InsertedWorks::writeGlyphs(const MatchedObject& object, const EditedObject&
                                     : RealMatrix();
     writeState(was, movement);
     movedGlyphsWorks(tools_, was, movement);
+}
+
+/// Drawn again as it was.
+void InsertedWorks::writeForm(const MatchedObject& object) {
+    const TraceEvent& event = eventOf(trace_, object.source);
+    if (object.difference.any()) {
+        failException(Exception::unpatchable);
+    }
+    tools_.state.write(event.behind, {}, {});
+    rangesWorks(tools_, {{event.start, event.end}});
 }
 
 void InsertedWorks::writeText(const MatchedObject& object, const EditedObject& edited) {
@@ -187,6 +200,8 @@ void InsertedWorks::writeSourced(const MatchedObject& object, const EditedObject
     const Art art = edited.art;
     if (edited.kind == ArtKind::text) {
         writeText(object, edited);
+    } else if (edited.isForm) {
+        writeForm(object);
     } else if (edited.kind == ArtKind::group) {
         writeGlyphs(object, edited);
     } else if (edited.kind == ArtKind::placed) {

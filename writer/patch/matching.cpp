@@ -1,5 +1,6 @@
 #include "writer/patch/matching.h"
 
+#include "writer/patch/form_group.h"
 #include "writer/patch/look.h"
 #include "writer/patch/placed_image.h"
 #include "writer/patch/text/glyph_group.h"
@@ -25,14 +26,15 @@ bool isText(const PaintedArt& painted) {
 }
 
 bool isOfKind(const PaintedArt& painted, const EditedObject& object) {
-    return painted.isImage    ? object.kind == ArtKind::placed
+    return painted.isForm     ? object.isForm
+           : painted.isImage  ? object.kind == ArtKind::placed
            : !isText(painted) ? isPath(object.kind)
-           : painted.isDrawn  ? object.kind == ArtKind::group
+           : painted.isDrawn  ? object.kind == ArtKind::group && !object.isForm
                               : object.kind == ArtKind::text;
 }
 
 bool isPath(const PaintedArt& painted) {
-    return !isText(painted) && !painted.isImage;
+    return !isText(painted) && !painted.isImage && !painted.isForm;
 }
 
 class Matcher {
@@ -60,7 +62,7 @@ private:
     PaintedIndex byNumber(const EditedObject& object) const {
         const ArtSource& source = object.source;
         const bool isNumber =
-            source.end == 0 && source.ordinal >= 0 &&
+            source.end == 0 && source.ordinal >= 0 && source.content == 0 &&
             static_cast<std::size_t>(source.ordinal) < base_.trace.painted().size();
         const auto number = static_cast<PaintedIndex>(source.ordinal);
         const bool isFree = isNumber && matching_.owners[number] == noSource &&
@@ -218,7 +220,7 @@ Matching matchArtwork(const BaseReading& base, const EditedArtwork& artwork, boo
 
 PaintedIndex sourceOf(const BaseReading& base, const EditedObject& object) {
     const ArtSource& source = object.source;
-    if (source.end <= 0) {
+    if (source.end <= 0 || source.content != 0) {
         return noSource;
     }
     const std::span<const PaintedArt> painted = base.trace.painted();
@@ -244,7 +246,8 @@ PaintedIndex sourceOf(const BaseReading& base, const EditedObject& object) {
 ArtDifference compareObject(const BaseReading& base, PaintedIndex source,
                             const EditedObject& object) {
     const PaintedArt& was = base.trace.painted()[source];
-    return was.isDrawn   ? compareGlyphs(was.art, object.art)
+    return was.isForm    ? compareForms(was.art, object.art)
+           : was.isDrawn ? compareGlyphs(was.art, object.art)
            : isText(was) ? compareText(base, was, object)
            : was.isImage ? compareImages(was.art, object.art)
                          : compareArt(was.art, object.art);

@@ -15,8 +15,8 @@ namespace {
 
 /// Whether what an edit changed can be drawn in the place of the old bytes.
 bool canStay(const ContentTrace& trace, PaintedIndex source, const ArtDifference& difference) {
-    if (trace.painted()[source].setting != 0) {
-        return !difference.any(); // text that was changed is written apart
+    if (trace.painted()[source].setting != 0 || trace.painted()[source].isForm) {
+        return !difference.any(); // text that was changed is written apart, and so are forms
     }
     const TraceIndex index = trace.painted()[source].event;
     const Surroundings& here = trace.events()[index].behind;

@@ -229,6 +229,9 @@ void TreeReader::enterGroup(pugi::xml_node node) {
     }
     openGroups(frame, Art::null);
     setSource(frame.made, sourceOfShape());
+    if (const auto form = formOfGroup()) {
+        document_.setForm(frame.made, *form);
+    }
     if (mayBeBlank && frame.clip != Art::null && !clipShape(document_, frame.clip).blank &&
         isHidden(frame)) {
         document_.dispose(frame.made);

@@ -53,6 +53,7 @@ private:
     Note readWithin(pugi::xml_node shape);
     std::optional<ArtSource> sourceFrom(Attribute name) const;
     std::optional<ArtSource> sourceOfShape() const;
+    std::optional<FormFacts> formOfGroup() const;
     void setSource(Art art, const std::optional<ArtSource>& source);
 
     // Frames.

@@ -1,9 +1,6 @@
 #include "writer/patch/text/glyph_group.h"
 
-#include "reader/content/art.h"
-#include "runtime/callbacks.h"
-#include "runtime/charged_list.h"
-#include "writer/art/art_stack.h"
+#include "writer/patch/group_parts.h"
 #include "writer/patch/movement.h"
 
 #include <algorithm>
@@ -11,52 +8,17 @@
 
 namespace corvane {
 
-namespace {
-
-/// What a group holds, from the back to the front; a group comes in front of what it holds.
-struct Part {
-    Art art = Art::null;
-    ArtKind kind = ArtKind::path;
-    bool isClipped = false;
-    std::int32_t depth = 0;
-    friend bool operator==(const Part& a, const Part& b) {
-        return a.kind == b.kind && a.isClipped == b.isClipped && a.depth == b.depth;
-    }
-};
-
-ChargedList<Part> partsOf(Art group) {
-    ChargedList<Part> parts;
-    ArtStack pending;
-    pending.push(group);
-    for (ArtStep step; pending.next(step);) {
-        if (step.what != ArtStep::What::art) {
-            continue;
-        }
-        Part part{.art = step.art, .kind = artKind(step.art), .depth = pending.depth()};
-        if (part.kind == ArtKind::group) {
-            std::uint8_t clipped = 0;
-            callHost(slot::getGroupClipped, step.art, &clipped);
-            part.isClipped = clipped != 0;
-            pending.enter(firstChild(step.art), ArtStep::What::end);
-        }
-        parts.push(part);
-    }
-    return parts;
-}
-
-} // namespace
-
 bool isGroupOfPaths(Art art) {
-    const ChargedList<Part> parts = partsOf(art);
-    return std::ranges::all_of(parts.items(), [](const Part& part) {
+    const ChargedList<GroupPart> parts = partsOf(art);
+    return std::ranges::all_of(parts.items(), [](const GroupPart& part) {
         return part.kind == ArtKind::group || part.kind == ArtKind::path ||
                part.kind == ArtKind::compound;
     });
 }
 
 ArtDifference compareGlyphs(Art was, Art is) {
-    const ChargedList<Part> ofWas = partsOf(was);
-    const ChargedList<Part> ofIs = partsOf(is);
+    const ChargedList<GroupPart> ofWas = partsOf(was);
+    const ChargedList<GroupPart> ofIs = partsOf(is);
     ArtDifference difference;
     difference.letters = !std::ranges::equal(ofWas.items(), ofIs.items());
     bool isMoved = false;

@@ -90,6 +90,21 @@ ArtDifference compareText(const BaseReading& base, const PaintedArt& was, const 
     return difference;
 }
 
+bool sameText(Art was, Art is) {
+    std::int32_t count = 0;
+    std::int32_t runs = 0;
+    callHost(slot::getTextRunCount, was, &count);
+    callHost(slot::getTextRunCount, is, &runs);
+    bool isSame = count == runs && !movesLetters(lineOf(is));
+    for (std::int32_t i = 0; isSame && i < count; ++i) {
+        const TextRun former = runOf(was, i);
+        const TextRun run = runOf(is, i);
+        isSame = sameLetters(former, run) && !compareStyles(former.style, run.style).any() &&
+                 sameFrame(frameOf(was, former, 0), frameOf(is, run, 0));
+    }
+    return isSame;
+}
+
 RealMatrix movementOfText(const BaseReading& base, const PaintedArt& was, const EditedObject& is) {
     const std::optional<RealMatrix> back = inverse(frameOfPage(base, was));
     const RealMatrix to = frameOf(is.art, runOf(is.art, is.run), is.start);

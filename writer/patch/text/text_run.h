@@ -21,6 +21,9 @@ RealMatrix frameOf(Art text, const TextRun& run, double start);
 /// How what the page shows and a run of the artwork differ.
 ArtDifference compareText(const BaseReading& base, const PaintedArt& was, const EditedObject& is);
 
+/// Whether two text objects show the same letters in the same places.
+bool sameText(Art was, Art is);
+
 /// By how much the page's text moves, turns and grows to lie where the run of the artwork does.
 /// Raises `unpatchable` where the page's frame has no inverse, or it is not known where the run
 /// begins.

@@ -1,0 +1,153 @@
+#include "reader/form/form_drawing.h"
+
+#include "reader/content/art.h"
+#include "reader/content/inner_content.h"
+#include "reader/form/form_entries.h"
+#include "reader/form/form_trace.h"
+#include "runtime/budget.h"
+#include "runtime/callbacks.h"
+#include "runtime/extension.h"
+#include "runtime/fixed.h"
+#include "runtime/rules.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+ObjectOwner shared(const Object& object) {
+    retainObject(object);
+    return ObjectOwner(object);
+}
+
+/// What clips all that the form paints: a path in front of it.
+Art clipGroup(Art group, const FormBox& box, const RealMatrix& matrix) {
+    const Art clip = newArt(ArtKind::path, Placement::inside, group);
+    std::array<Segment, 4> segments;
+    std::ranges::transform(box.corners(), segments.begin(), [&](RealPoint corner) {
+        const RealPoint to = transform(matrix, corner);
+        const Point at{fixedFromReal(to.x), fixedFromReal(to.y)};
+        return Segment{.anchor = at, .in = at, .out = at};
+    });
+    PathStyle style;
+    style.clip = 1;
+    callHost(slot::setPathSegmentCount, clip, std::int32_t{4});
+    callHost(slot::setPathSegments, clip, std::int32_t{0}, std::int32_t{4}, segments.data());
+    callHost(slot::setPathClosed, clip, std::uint8_t{1});
+    callHost(slot::setPathStyle, clip, &style);
+    callHost(slot::setGroupClipped, group, std::uint8_t{1});
+    return clip;
+}
+
+class FormDrawing {
+public:
+    FormDrawing(Interpreter& interpreter, const Object& entry, const Object& stream)
+        : interpreter_(interpreter), stream_(stream) {
+        if (typeObject(entry) == ObjectType::reference) {
+            referenceObject(entry, number_, generation_);
+        }
+    }
+
+    void draw() {
+        DocumentCache& cache = interpreter_.cache;
+        if (!mayDraw()) {
+            interpreter_.omissions.note(Omission::form);
+            return;
+        }
+        interpreter_.progress.charge(budget::innerContentTokens);
+        matrix_ = multiply(formMatrix(cache, stream_), interpreter_.state.exactCtm);
+        content_ = ++interpreter_.forms;
+        const std::optional<FormBox> box = boxEntry(cache, stream_, "BBox");
+        if (!inverse(matrix_) || (box && box->isEmpty())) {
+            return;
+        }
+        group_ = interpreter_.containers.make(ArtKind::group);
+        clip_ = box ? clipGroup(group_, *box, matrix_) : Art::null;
+        run();
+        settle();
+    }
+
+private:
+    bool mayDraw() const {
+        return interpreter_.readsForms && !interpreter_.level.isGlyph &&
+               InnerContent::mayEnter(interpreter_, number_) &&
+               interpreter_.progress.hasRoom(interpreter_.cache.work.pageBytes);
+    }
+
+    void run() {
+        const ObjectOwner own = lookupObject(interpreter_.cache, stream_, "Resources");
+        const bool tellsSources = interpreter_.level.tellsSources;
+        if (interpreter_.level.trace != nullptr) {
+            beginTrace(own.get());
+        }
+        InnerContent content(interpreter_, number_, interpreter_.state, matrix_, group_);
+        content.run(stream_, own.get(), [&](Interpreter& interpreter) {
+            interpreter.level.tellsSources = tellsSources;
+            interpreter.level.content = content_;
+            interpreter.level.trace = trace_ == nullptr ? nullptr : &trace_->trace;
+        });
+        interpreter_.containers.finish();
+    }
+
+    void beginTrace(const Object& resources) {
+        trace_ = std::make_unique<FormTrace>();
+        trace_->hasResources = typeObject(resources) == ObjectType::dictionary;
+        trace_->content = content_;
+        trace_->object = number_;
+        trace_->generation = generation_;
+        trace_->stream = shared(stream_);
+        trace_->resources =
+            shared(trace_->hasResources ? resources : interpreter_.cache.resources.get());
+        trace_->matrix = matrix_;
+    }
+
+    /// The group stays if it holds something.
+    void settle() {
+        const Art first = firstChild(group_);
+        if (first == clip_ && (first == Art::null || nextSibling(first) == Art::null)) {
+            callHost(slot::disposeArt, std::exchange(group_, Art::null));
+            clip_ = Art::null;
+        } else {
+            const FormFacts facts{.object = number_, .content = content_};
+            callHost(slot::setForm, group_, &facts);
+            ContentLevel& level = interpreter_.level;
+            if (level.tellsSources) {
+                const ArtSource source = interpreter_.sourceFrom(level.span.start);
+                callHost(slot::setArtSource, group_, &source);
+            }
+            level.placed = group_;
+            ++level.painted;
+        }
+        if (trace_ != nullptr) {
+            trace_->group = group_;
+            trace_->box = clip_;
+            interpreter_.level.trace->addForm(std::move(trace_));
+        }
+    }
+
+    Interpreter& interpreter_;
+    const Object& stream_;
+    std::int32_t number_ = 0;
+    std::int32_t generation_ = 0;
+    std::int32_t content_ = 0;
+    RealMatrix matrix_; ///< from the form's space to the artboard
+    Art group_ = Art::null;
+    Art clip_ = Art::null;
+    std::unique_ptr<FormTrace> trace_;
+};
+
+} // namespace
+
+bool hostHoldsForms() {
+    const auto extension = knownExtension();
+    return rules().readsForms && extension && extension->version >= 6;
+}
+
+void drawForm(Interpreter& interpreter, const Object& entry, const Object& stream) {
+    FormDrawing(interpreter, entry, stream).draw();
+}
+
+} // namespace corvane
