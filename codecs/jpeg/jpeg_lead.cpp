@@ -24,9 +24,13 @@ public:
             count_ = wanted == 0 ? 0 : data_(std::span(block_).first(wanted));
             left_ = count_ == 0 ? 0 : left_ - count_;
             at_ = 0;
+            done_ += count_;
         }
         return at_ < count_ ? std::to_integer<int>(block_[at_++]) : -1;
     }
+
+    /// Bytes that were taken.
+    std::uint64_t position() const { return done_ - (count_ - at_); }
 
     /// The next marker, past whatever stands in front of it; -1 at the end.
     int marker() {
@@ -64,6 +68,7 @@ private:
     std::array<std::byte, 4096> block_{};
     std::size_t at_ = 0;
     std::size_t count_ = 0;
+    std::uint64_t done_ = 0; ///< bytes of all blocks so far
 };
 
 bool isFrame(int marker) {
@@ -177,6 +182,9 @@ JpegLead readJpegLead(const JpegBytes& data, std::size_t mostBytes) {
     std::optional<Orientation> orientation;
     lead.isAtStart = reader.byte() == 0xFF && reader.byte() == startOfImage;
     for (int marker = reader.marker(); marker >= 0; marker = reader.marker()) {
+        if (marker == startOfScan) {
+            lead.scan = reader.position();
+        }
         if (marker == startOfScan || marker == endOfImage) {
             break;
         }

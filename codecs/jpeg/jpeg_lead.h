@@ -34,6 +34,7 @@ struct JpegLead {
     std::optional<std::int32_t> transform; ///< that an APP14 segment states
     bool hasKnownTransform = false;        ///< the segment has the name that all readers heed
     Orientation orientation = upright;     ///< of the first segment of Exif data
+    std::optional<std::uint64_t> scan;     ///< bytes up to behind the marker of the first scan
 
     /// Whether readers that know no PDF, such as browsers, take three components for YCbCr.
     bool isYccAlone() const;
