@@ -65,7 +65,7 @@ constexpr std::array<std::string_view, 33> exceptions = {
 };
 
 /// Why a file cannot be read or mended, or a page not saved, by reason.
-constexpr std::array<std::string_view, 13> reasons = {
+constexpr std::array<std::string_view, 15> reasons = {
     /* 1 */ "the file is encrypted and needs a password; give it with --password-file",
     /* 2 */ "that is not a password of this encrypted file; check it and try again",
     /* 3 */
@@ -101,6 +101,11 @@ constexpr std::array<std::string_view, 13> reasons = {
     "letters that are drawings (of a Type 3 font) were changed one by one, which would make paths "
     "of their "
     "text; change the group as a whole, or say --force",
+    /* 14 */
+    "an image of the artwork cannot be read; put the image right, or take it out of the artwork",
+    /* 15 */
+    "the artwork has only the frame of an image that is in another file, or is another one by "
+    "now; put the image in its place, or take it out of the artwork",
 };
 
 constexpr std::array<std::string_view, 21> readWarnings = {
@@ -155,7 +160,7 @@ constexpr std::array<std::string_view, 20> mends = {
     "boxes, rotations or units of % pages are wrong and count as missing",
 };
 
-constexpr std::array<std::string_view, 10> writeWarnings = {
+constexpr std::array<std::string_view, 11> writeWarnings = {
     /* 1001 */ "an object of a kind that a PDF cannot hold was left out",
     /* 1002 */ "the page was given a size between the smallest and the largest allowed",
     /* 1003 */ "the crop area was fitted to the page",
@@ -170,6 +175,9 @@ constexpr std::array<std::string_view, 10> writeWarnings = {
     /* 1010 */
     "letters that a font does not have, or text in a font that is not installed, got another font "
     "of this machine",
+    /* 1011 */
+    "an image of the page is enlarged as before: to change its image-rendering, give it another "
+    "file",
 };
 
 } // namespace

@@ -24,6 +24,8 @@ enum class Reason : std::int32_t {
     restrictedFont = 11,   ///< the name is a font that must not be put into files
     textDrawnAnew = 12,    ///< text on a page that is drawn anew, in the original profile
     drawnLetters = 13,     ///< a letter of a Type 3 font would make paths of its text
+    unreadableImage = 14,  ///< the host does not have the bytes of an image that it shows
+    imageElsewhere = 15, ///< only the frame of an image is at hand, and no object of the file is it
 };
 
 struct NotedReason {

@@ -39,6 +39,7 @@ enum class Warning : std::int16_t {
     layerNotKept = 1008, ///< objects of a layer stay, in order; the layer does not
     signedFile = 1009,   ///< readers that check signatures will show the change
     fontAdded = 1010,    ///< a font of the machine took the place of another one
+    smoothnessKept = 1011, ///< how an image of the page is enlarged stays as it is in the file
 };
 
 /// Codes that are kept. One more is stored too, and raises `limit`.

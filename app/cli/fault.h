@@ -24,6 +24,7 @@ inline constexpr std::int32_t artwork = 27; ///< the SVG cannot be read
 inline constexpr std::int32_t noPage = 28;  ///< nobody said which page to replace
 inline constexpr std::int32_t otherArtwork = 29;
 inline constexpr std::int32_t artworkMissing = 30;
+inline constexpr std::int32_t unpatchable = 31;
 inline constexpr std::int32_t layersLeftOut = 1004; ///< warning of the plug-in
 inline constexpr std::int32_t layersNotKept = 1008; ///< the same
 inline constexpr std::int32_t fontAdded = 1010;     ///< the same

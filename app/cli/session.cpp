@@ -91,7 +91,8 @@ Fault Session::explained(Fault fault) const {
     if (report_.file && wantedPage_ > report_.file->facts.pages) {
         fault.sentence = "there is no page " + std::to_string(wantedPage_) + " in a file of " +
                          counted(report_.file->facts.pages, "page") + "; name another with --page";
-    } else if (fault.code == code::host && !scope_.failure().empty()) {
+    } else if ((fault.code == code::host || fault.code == code::unpatchable) &&
+               !scope_.failure().empty()) {
         fault.sentence += " (" + scope_.failure() + ")";
     }
     return fault;

@@ -1,7 +1,7 @@
 #include "app/images/byte_source.h"
 
+#include "app/images/budget.h"
 #include "app/images/image_error.h"
-#include "runtime/digest.h"
 #include "toolbox/descriptor.h"
 
 #include <algorithm>
@@ -16,14 +16,34 @@ namespace corvane {
 
 namespace {
 
+constexpr std::size_t blockSize = std::size_t{256} << 10;
+
 [[noreturn]] void refuse() {
     throw ImageError("cannot be read (" + std::generic_category().message(errno) + ")");
 }
 
+constexpr int fileFlags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+
+/// Folder by folder, so that none of them can be a link.
+Descriptor openResolved(const std::string& path) {
+    Descriptor folder(::open("/", O_PATH | O_DIRECTORY | O_CLOEXEC));
+    std::size_t start = path.find_first_not_of('/');
+    while (folder && start != std::string::npos) {
+        const std::size_t end = path.find('/', start);
+        const std::string name = path.substr(start, end - start);
+        if (end == std::string::npos) {
+            return Descriptor(openat(folder.number(), name.c_str(), fileFlags));
+        }
+        folder = Descriptor(
+            openat(folder.number(), name.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+        start = path.find_first_not_of('/', end);
+    }
+    return folder;
+}
+
 class FileSource final : public ByteSource {
 public:
-    explicit FileSource(const std::string& path)
-        : file_(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC)) {
+    explicit FileSource(Descriptor file) : file_(std::move(file)) {
         struct stat facts {};
         if (!file_ || fstat(file_.number(), &facts) != 0) {
             refuse();
@@ -55,13 +75,16 @@ private:
 
 class FileOrigin final : public ByteOrigin {
 public:
-    explicit FileOrigin(std::string path) : path_(std::move(path)) {}
+    FileOrigin(std::string path, bool isResolved)
+        : path_(std::move(path)), isResolved_(isResolved) {}
     std::unique_ptr<ByteSource> open() const override {
-        return std::make_unique<FileSource>(path_);
+        return std::make_unique<FileSource>(
+            isResolved_ ? openResolved(path_) : Descriptor(::open(path_.c_str(), fileFlags)));
     }
 
 private:
     std::string path_;
+    bool isResolved_;
 };
 
 using Block = std::shared_ptr<const std::vector<std::byte>>;
@@ -98,22 +121,53 @@ private:
 } // namespace
 
 std::shared_ptr<const ByteOrigin> fileOrigin(std::string path) {
-    return std::make_shared<FileOrigin>(std::move(path));
+    return std::make_shared<FileOrigin>(std::move(path), false);
+}
+
+std::shared_ptr<const ByteOrigin> resolvedFileOrigin(std::string path) {
+    return std::make_shared<FileOrigin>(std::move(path), true);
 }
 
 std::shared_ptr<const ByteOrigin> memoryOrigin(std::vector<std::byte> bytes) {
     return std::make_shared<MemoryOrigin>(std::move(bytes));
 }
 
-std::uint64_t digestOf(const ByteSource& bytes) {
-    constexpr std::size_t blockSize = std::size_t{256} << 10;
+std::size_t ByteStream::read(std::span<std::byte> into) {
+    const std::size_t count = source_.readAt(offset_, into);
+    offset_ += count;
+    if (wanted_) {
+        digest_.feed(into.first(count));
+    }
+    return count;
+}
+
+void ByteStream::finish() {
+    if (!wanted_) {
+        return;
+    }
+    std::vector<std::byte> block(blockSize);
+    while (read(block) == block.size()) {
+    }
+    if (digest_.value() != *wanted_) {
+        throw ImageError("has changed while it was read");
+    }
+}
+
+std::uint64_t digestOf(const ByteSource& bytes, const ByteUse& use) {
     std::vector<std::byte> block(blockSize);
     Digest digest;
     std::uint64_t offset = 0;
     while (true) {
         const std::size_t count = bytes.readAt(offset, block);
-        digest.feed(std::span(block).first(count));
+        const auto filled = std::span<const std::byte>(block).first(count);
+        digest.feed(filled);
+        if (use) {
+            use(filled);
+        }
         offset += count;
+        if (offset > image_budget::fileBytes) {
+            throw ImageError("is larger than images may be");
+        }
         if (count < block.size()) {
             return digest.value();
         }

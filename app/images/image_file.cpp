@@ -50,64 +50,131 @@ private:
     std::string name_;
 };
 
+[[noreturn]] void refuseChanged() {
+    throw ImageError("has changed while it was read");
+}
+
 /// A file's bytes as they are.
 class FileBytes final : public ImageSource {
 public:
-    explicit FileBytes(std::unique_ptr<ByteSource> file) : file_(std::move(file)) {}
+    FileBytes(std::unique_ptr<ByteSource> file, std::uint64_t digest)
+        : file_(std::move(file)), stream_(*file_, digest) {}
     std::size_t read(std::span<std::byte> into) override {
-        const std::size_t count = file_->readAt(offset_, into);
-        offset_ += count;
+        const std::size_t count = stream_.read(into);
+        if (count < into.size()) {
+            stream_.finish();
+        }
         return count;
     }
 
 private:
     std::unique_ptr<ByteSource> file_;
-    std::uint64_t offset_ = 0;
+    ByteStream stream_;
 };
+
+std::unique_ptr<ImageSource> openJpeg(std::unique_ptr<ByteSource> file, const ImageFacts& known,
+                                      std::uint64_t digest) {
+    const ImageFacts now = readJpegHeader(*file).facts;
+    if (now.width != known.width || now.height != known.height || now.colours != known.colours ||
+        now.isInverted != known.isInverted) {
+        refuseChanged();
+    }
+    return std::make_unique<FileBytes>(std::move(file), digest);
+}
 
 class FileContent final : public ImageContent {
 public:
-    FileContent(std::shared_ptr<const ByteOrigin> file, const ImageFacts& facts, std::string name)
-        : file_(std::move(file)), facts_(facts), name_(std::move(name)) {}
+    FileContent(std::shared_ptr<const ByteOrigin> file, ReadFacts known, std::uint64_t digest,
+                std::string name)
+        : file_(std::move(file)), known_(std::move(known)), digest_(digest),
+          name_(std::move(name)) {}
     std::unique_ptr<ImageSource> open() const override {
         return named(name_, [&]() -> std::unique_ptr<ImageSource> {
             std::unique_ptr<ByteSource> bytes = file_->open();
-            std::unique_ptr<ImageSource> source =
-                facts_.coding == ImageCoding::jpeg ? std::make_unique<FileBytes>(std::move(bytes))
-                                                   : openPng(std::move(bytes), facts_);
-            return std::make_unique<NamedSource>(std::move(source), name_);
+            return std::make_unique<NamedSource>(
+                known_.facts.coding == ImageCoding::jpeg
+                    ? openJpeg(std::move(bytes), known_.facts, digest_)
+                    : openPng(std::move(bytes), known_, digest_),
+                name_);
         });
     }
 
 private:
     std::shared_ptr<const ByteOrigin> file_;
-    ImageFacts facts_; ///< without palette and key
+    ReadFacts known_; ///< without key
+    std::uint64_t digest_;
     std::string name_;
 };
 
+/// Looks for the end of a JPEG. Data of scans hold no marker but those that belong to them, so the
+/// first end behind the first scan is that of the image, and not of one that is shown in its place.
+class EndFinder {
+public:
+    explicit EndFinder(std::uint64_t scan) : left_(scan) {}
+
+    void add(std::span<const std::byte> bytes) {
+        const std::size_t passed =
+            static_cast<std::size_t>(std::min<std::uint64_t>(left_, bytes.size()));
+        left_ -= passed;
+        bytes = bytes.subspan(passed);
+        constexpr std::byte lead{0xFF};
+        constexpr std::byte end{0xD9};
+        while (!isFound_ && !bytes.empty()) {
+            isFound_ = isBehindLead_ && bytes.front() == end;
+            const auto next = std::find(bytes.begin(), bytes.end(), lead);
+            isBehindLead_ = next != bytes.end();
+            bytes = bytes.subspan(static_cast<std::size_t>(next - bytes.begin()) +
+                                  (isBehindLead_ ? 1 : 0));
+        }
+    }
+    bool isFound() const { return isFound_; }
+
+private:
+    std::uint64_t left_; ///< bytes that are not looked at
+    bool isBehindLead_ = false;
+    bool isFound_ = false;
+};
+
+ReadImage readPng(const ByteSource& bytes, const ByteUse& use) {
+    ReadImage image;
+    ReadFacts read = readPngFacts(bytes);
+    image.facts = read.facts;
+    image.palette = std::move(read.palette);
+    image.digest = digestOf(bytes, use);
+    return image;
+}
+
+ReadImage readJpeg(const ByteSource& bytes, const ByteUse& use) {
+    ReadImage image;
+    const JpegHeader header = readJpegHeader(bytes);
+    image.facts = header.facts;
+    image.orientation = header.orientation;
+    EndFinder end(header.scan.value_or(0));
+    image.digest = digestOf(bytes, [&](std::span<const std::byte> block) {
+        use(block);
+        end.add(block);
+    });
+    image.isCutShort = !header.scan || !end.isFound();
+    return image;
+}
+
 } // namespace
 
-std::optional<ReadImage> readImage(std::shared_ptr<const ByteOrigin> file, std::string name) {
+std::optional<ReadImage> readImage(std::shared_ptr<const ByteOrigin> file, std::string name,
+                                   const std::function<void()>& pause) {
     const std::unique_ptr<ByteSource> bytes = file->open();
-    ReadImage image;
-    switch (kindOf(*bytes)) {
-    case FileKind::unknown:
+    const auto use = [&](std::span<const std::byte>) {
+        if (pause) {
+            pause();
+        }
+    };
+    const FileKind kind = kindOf(*bytes);
+    if (kind == FileKind::unknown) {
         return std::nullopt;
-    case FileKind::png: {
-        ReadFacts read = readPngFacts(*bytes);
-        image.facts = read.facts;
-        image.palette = std::move(read.palette);
-        break;
     }
-    case FileKind::jpeg: {
-        const JpegHeader header = readJpegHeader(*bytes);
-        image.facts = header.facts;
-        image.orientation = header.orientation;
-        break;
-    }
-    }
-    image.digest = digestOf(*bytes);
-    image.content = std::make_shared<FileContent>(std::move(file), image.facts, std::move(name));
+    ReadImage image = kind == FileKind::png ? readPng(*bytes, use) : readJpeg(*bytes, use);
+    image.content = std::make_shared<FileContent>(
+        std::move(file), ReadFacts{image.facts, image.palette}, image.digest, std::move(name));
     return image;
 }
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <memory>
 #include <optional>
 #include <span>
 #include <system_error>
@@ -114,7 +115,7 @@ ImageFolders::ImageFolders(std::string own, std::vector<std::string> others, boo
     }
 }
 
-std::shared_ptr<const ByteOrigin> ImageFolders::find(std::string_view address) const {
+std::string ImageFolders::find(std::string_view address) const {
     const std::string path = pathOf(address);
     if (path.empty() || path.find('\0') != std::string::npos) {
         throw ImageError("is no name of a file");
@@ -130,7 +131,7 @@ std::shared_ptr<const ByteOrigin> ImageFolders::find(std::string_view address) c
             "lies outside the folder of the artwork; name its folder with --images, or "
             "say --allow-files");
     }
-    return fileOrigin(*place);
+    return *place;
 }
 
 } // namespace corvane

@@ -1,9 +1,8 @@
 // Which files the images of an SVG may come from.
 #pragma once
 
-#include "app/images/byte_source.h"
-
-#include <memory>
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,9 +27,9 @@ public:
     /// `own` is the folder that addresses count from.
     ImageFolders(std::string own, std::vector<std::string> others, bool allowsAll);
 
-    /// The file that an address of kind `file` names. Links count as what they lead to. Throws
+    /// The path, without links, of the file that an address of kind `file` names. Throws
     /// `ImageError` where it is missing or must not be read.
-    std::shared_ptr<const ByteOrigin> find(std::string_view address) const;
+    std::string find(std::string_view address) const;
 
 private:
     std::string own_;

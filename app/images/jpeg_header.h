@@ -1,19 +1,19 @@
-// What stands in front of a JPEG's samples (ITU-T T.81, annex B; Exif 2.3, 4.6).
+// What an image in a JPEG file is, by what stands in front of its samples.
 #pragma once
 
 #include "app/images/byte_source.h"
+#include "codecs/jpeg/jpeg_lead.h"
 #include "host/image.h"
 
-namespace corvane {
+#include <cstdint>
+#include <optional>
 
-/// How the camera was held: the number of Exif's Orientation, 1 to 8. From 5 on width and height
-/// change places.
-using Orientation = int;
-inline constexpr Orientation upright = 1;
+namespace corvane {
 
 struct JpegHeader {
     ImageFacts facts; ///< width and height as they are in the file
     Orientation orientation = upright;
+    std::optional<std::uint64_t> scan; ///< bytes up to behind the marker of the first one
 };
 
 /// Throws `ImageError` where there is no frame, or one that pages cannot hold: of arithmetic

@@ -29,8 +29,7 @@ namespace {
 /// A file in the library's hands, up to its samples.
 class Decoder {
 public:
-    explicit Decoder(const ByteSource& file)
-        : file_(file), context_(spng_ctx_new(0), spng_ctx_free) {
+    explicit Decoder(ByteStream& file) : file_(file), context_(spng_ctx_new(0), spng_ctx_free) {
         if (context_ == nullptr) {
             throw std::bad_alloc();
         }
@@ -76,9 +75,7 @@ private:
     static int read(spng_ctx*, void* user, void* into, std::size_t count) {
         Decoder& decoder = *static_cast<Decoder*>(user);
         try {
-            const std::size_t done =
-                decoder.file_.readAt(decoder.offset_, {static_cast<std::byte*>(into), count});
-            decoder.offset_ += done;
+            const std::size_t done = decoder.file_.read({static_cast<std::byte*>(into), count});
             return done == count ? 0 : SPNG_IO_EOF;
         } catch (...) {
             decoder.failure_ = std::current_exception();
@@ -94,8 +91,7 @@ private:
         return true;
     }
 
-    const ByteSource& file_;
-    std::uint64_t offset_ = 0;
+    ByteStream& file_;
     std::unique_ptr<spng_ctx, void (*)(spng_ctx*)> context_;
     std::exception_ptr failure_;
     spng_ihdr header_{};
@@ -139,6 +135,19 @@ std::vector<std::uint8_t> paletteOf(const Decoder& decoder) {
     return entries;
 }
 
+ReadFacts readFacts(const Decoder& decoder) {
+    ReadFacts read{factsOf(decoder), {}};
+    if (decoder.isIndexed()) {
+        read.palette = paletteOf(decoder);
+    }
+    return read;
+}
+
+bool sameLook(const ImageFacts& a, const ImageFacts& b) {
+    return a.width == b.width && a.height == b.height && a.bits == b.bits &&
+           a.colours == b.colours && a.hasAlpha == b.hasAlpha;
+}
+
 /// Brings rows of the file into the form that passes to the plug-in.
 class RowForm {
 public:
@@ -150,11 +159,13 @@ public:
         } else if (decoder.hasKey()) {
             const spng_trns& key = decoder.key();
             const bool isColoured = decoder.header().color_type == SPNG_COLOR_TYPE_TRUECOLOR;
+            // Bits that samples do not have mean nothing (PNG, 11.3.2.1).
+            const std::uint32_t counted = (std::uint32_t{1} << bits_) - 1;
             kind_ = Kind::keyed;
             components_ = isColoured ? 3 : 1;
-            key_[0] = isColoured ? key.red : key.gray;
-            key_[1] = key.green;
-            key_[2] = key.blue;
+            key_[0] = (isColoured ? key.red : key.gray) & counted;
+            key_[1] = key.green & counted;
+            key_[2] = key.blue & counted;
         }
     }
 
@@ -217,13 +228,12 @@ private:
 
 class PngSource final : public ImageSource {
 public:
-    PngSource(std::unique_ptr<ByteSource> file, const ImageFacts& facts)
-        : file_(std::move(file)), decoder_(*file_), form_(decoder_),
+    PngSource(std::unique_ptr<ByteSource> file, const ReadFacts& known, std::uint64_t digest)
+        : file_(std::move(file)), stream_(*file_, digest), decoder_(stream_), form_(decoder_),
           rowsLeft_(decoder_.header().height),
           row_(static_cast<std::size_t>(rowBytes(factsOf(decoder_)))), at_(row_.size()) {
-        const ImageFacts now = factsOf(decoder_);
-        if (now.width != facts.width || now.height != facts.height || now.bits != facts.bits ||
-            now.colours != facts.colours || now.hasAlpha != facts.hasAlpha) {
+        const ReadFacts now = readFacts(decoder_);
+        if (!sameLook(now.facts, known.facts) || now.palette != known.palette) {
             throw ImageError("has changed while it was read");
         }
         if (decoder_.header().interlace_method != SPNG_INTERLACE_NONE) {
@@ -272,9 +282,13 @@ private:
         form_.apply(from, row_);
         --rowsLeft_;
         at_ = 0;
+        if (rowsLeft_ == 0) {
+            stream_.finish();
+        }
     }
 
     std::unique_ptr<ByteSource> file_;
+    ByteStream stream_;
     Decoder decoder_;
     RowForm form_;
     std::uint32_t rowsLeft_;
@@ -287,16 +301,13 @@ private:
 } // namespace
 
 ReadFacts readPngFacts(const ByteSource& file) {
-    const Decoder decoder(file);
-    ReadFacts read{factsOf(decoder), {}};
-    if (decoder.isIndexed()) {
-        read.palette = paletteOf(decoder);
-    }
-    return read;
+    ByteStream stream(file);
+    return readFacts(Decoder(stream));
 }
 
-std::unique_ptr<ImageSource> openPng(std::unique_ptr<ByteSource> file, const ImageFacts& facts) {
-    return std::make_unique<PngSource>(std::move(file), facts);
+std::unique_ptr<ImageSource> openPng(std::unique_ptr<ByteSource> file, const ReadFacts& known,
+                                     std::uint64_t digest) {
+    return std::make_unique<PngSource>(std::move(file), known, digest);
 }
 
 } // namespace corvane

@@ -22,7 +22,10 @@ struct ReadFacts {
 /// front of its samples, or larger than the budget.
 ReadFacts readPngFacts(const ByteSource& file);
 
-/// The samples of a file whose facts are `facts`: row by row, of an interlaced file all at once.
-std::unique_ptr<ImageSource> openPng(std::unique_ptr<ByteSource> file, const ImageFacts& facts);
+/// The samples of a file: row by row, of an interlaced file all at once. `known` and `digest` say
+/// what it was when it was looked at; where it is another one by now, opening it or reading its
+/// last row throws `ImageError`.
+std::unique_ptr<ImageSource> openPng(std::unique_ptr<ByteSource> file, const ReadFacts& known,
+                                     std::uint64_t digest);
 
 } // namespace corvane

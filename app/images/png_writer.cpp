@@ -2,13 +2,13 @@
 
 #include "app/artwork/image_table.h"
 #include "app/images/image_error.h"
-#include "runtime/digest.h"
 
 #include <algorithm>
 #include <array>
 #include <exception>
 #include <new>
 #include <spng.h>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <zlib.h>
@@ -35,8 +35,10 @@ unsigned char* putNumber(unsigned char* to, std::uint64_t number, int bytes) {
     return to;
 }
 
-/// The mark and the last chunk of a file.
-End endOf(std::uint64_t digest) {
+/// The mark and the last chunk of a file; `before` is the digest of what is in front of them.
+End endOf(Digest before, std::string_view key) {
+    before.feed(std::as_bytes(std::span(key)));
+    const std::uint64_t digest = before.value();
     End end{};
     unsigned char* at = putNumber(end.data(), 8, 4);
     at = std::ranges::copy(markType, at).out;
@@ -63,8 +65,8 @@ int colourType(const ImageFacts& facts) {
 } // namespace
 
 struct PngWriter::State {
-    explicit State(ByteSink& to)
-        : sink(to), context(spng_ctx_new(SPNG_CTX_ENCODER), spng_ctx_free) {
+    State(ByteSink& to, std::string_view imageKey)
+        : sink(to), key(imageKey), context(spng_ctx_new(SPNG_CTX_ENCODER), spng_ctx_free) {
         if (context == nullptr) {
             throw std::bad_alloc();
         }
@@ -88,6 +90,7 @@ struct PngWriter::State {
     }
 
     ByteSink& sink;
+    std::string key; ///< of the image
     std::unique_ptr<spng_ctx, void (*)(spng_ctx*)> context;
     Digest digest;
     std::error_code error;
@@ -106,8 +109,8 @@ struct PngWriter::State {
 };
 
 PngWriter::PngWriter(const ImageFacts& facts, ByteSink& sink)
-    : state_(std::make_unique<State>(sink)), rowSize_(static_cast<std::size_t>(rowBytes(facts))),
-      rowsLeft_(facts.height) {
+    : state_(std::make_unique<State>(sink, facts.key)),
+      rowSize_(static_cast<std::size_t>(rowBytes(facts))), rowsLeft_(facts.height) {
     spng_ctx* const context = state_->context.get();
     const auto require = [&](int result) { state_->settled(result); };
     require(spng_set_png_stream(context, State::write, state_.get()));
@@ -180,7 +183,7 @@ std::error_code PngWriter::end() {
     if (rowsLeft_ != 0 || !row_.empty()) {
         throw ImageError("has fewer rows than it says");
     }
-    const End end = endOf(state_->digest.value());
+    const End end = endOf(state_->digest, state_->key);
     std::array<char, endBytes> bytes{};
     std::ranges::transform(end, bytes.begin(),
                            [](unsigned char c) { return static_cast<char>(c); });
@@ -192,8 +195,8 @@ std::uint64_t PngWriter::digest() const {
     return state_->digest.value();
 }
 
-bool PngWriter::isOurs(std::span<const std::byte> end, std::uint64_t before) {
-    const End ours = endOf(before);
+bool PngWriter::isOurs(std::span<const std::byte> end, Digest before, std::string_view key) {
+    const End ours = endOf(before, key);
     return std::ranges::equal(end, std::as_bytes(std::span(ours)));
 }
 

@@ -3,11 +3,13 @@
 
 #include "app/images/byte_sink.h"
 #include "host/image.h"
+#include "runtime/digest.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
@@ -15,7 +17,8 @@ struct spng_ctx;
 
 namespace corvane {
 
-/// At its end the file has a chunk that says that we wrote it, with the digest of all before it.
+/// At its end the file has a chunk that says that we wrote it, with the digest of all before it and
+/// of the image's key: what has the name of one image and the bytes of another is not ours.
 /// Programs that change pixels drop that chunk, as they must with any that they do not know (PNG
 /// 1.2, 3.3: it is unsafe to copy), and what they leave in front of it has another digest.
 class PngWriter {
@@ -36,9 +39,9 @@ public:
     /// Of the whole file, once it has ended.
     std::uint64_t digest() const;
 
-    /// Whether a file that ends with these bytes, the digest of all in front of them being
-    /// `before`, was written here and is as it was.
-    static bool isOurs(std::span<const std::byte> end, std::uint64_t before);
+    /// Whether a file that ends with these bytes, `before` being the digest of all in front of
+    /// them, was written here for the image of that key and is as it was.
+    static bool isOurs(std::span<const std::byte> end, Digest before, std::string_view key);
 
 private:
     struct State;

@@ -8,6 +8,7 @@
 #include "runtime/warning.h"
 #include "writer/art/path_works.h"
 #include "writer/art/text_works.h"
+#include "writer/image/image_works.h"
 
 namespace corvane {
 
@@ -85,6 +86,11 @@ void visitWorks(Walk& walk, Art art, ArtStack& pending, bool writesGroups) {
     case 5:
     case 6:
         return; // kinds that are not drawn
+    case 7:
+        if (rules().readsImages) {
+            return placedWorks(walk, art);
+        }
+        [[fallthrough]];
     default:
         failException(Exception::type);
     }

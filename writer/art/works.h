@@ -9,11 +9,14 @@
 
 namespace corvane {
 
+class NewImages;
+
 /// Writes the content to the cache's output; its length in bytes. `placement` leads from the
 /// artboard to the page's own space and is written first, unless it changes nothing. Raises `host`
 /// where a slot fails, `cancelled` where the person wants to stop, `type` for art, paint, caps and
-/// joins of an unknown kind. Without `texts`, text raises `unpatchable`.
+/// joins of an unknown kind. Without `texts`, text raises `unpatchable`; so do images without
+/// `images`.
 std::int32_t documentWorks(DocumentCache& cache, const RealMatrix& placement,
-                           TextDrawing* texts = nullptr);
+                           TextDrawing* texts = nullptr, NewImages* images = nullptr);
 
 } // namespace corvane

@@ -1,18 +1,26 @@
 #include "writer/image/new_images.h"
 
+#include "codecs/jpeg/jpeg_lead.h"
 #include "filters/deflate.h"
 #include "objects/identity.h"
 #include "output/primitives.h"
 #include "output/xref.h"
+#include "reader/image/image_key.h"
+#include "reader/image/page_images.h"
+#include "reader/syntax/syntax.h"
+#include "runtime/budget.h"
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
+#include "runtime/reason.h"
 #include "writer/crypt/sealed.h"
 #include "writer/image/pixel_rows.h"
 #include "writer/page/stream_object.h"
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace corvane {
@@ -25,19 +33,56 @@ ImageFacts factsOf(Image image) {
     return facts;
 }
 
-PixelContents contentsOf(Image image) {
-    const ImageFacts facts = factsOf(image);
-    return facts.coding == ImageCoding::samples ? examinePixels(image, facts)
-                                                : PixelContents{.isGray = false};
+/// Runs what takes bytes of an image from the host, which may fail to read them.
+template <class Body>
+void readingImage(Body&& body) {
+    if (guarded(std::forward<Body>(body)) == Exception::host) {
+        noteReason(Reason::unreadableImage);
+        failException(Exception::unpatchable);
+    }
+    againException();
+}
+
+PixelContents contentsOf(Image image, const ImageFacts& facts) {
+    PixelContents contents{.isGray = false};
+    if (facts.coding == ImageCoding::samples) {
+        readingImage([&] { contents = examinePixels(image, facts); });
+    }
+    return contents;
+}
+
+/// The number of the object of an image that is no stencil; 0 where the key does not name it.
+std::int32_t objectNamed(DocumentCache& cache, std::string_view key, bool isSmooth) {
+    std::int32_t number = 0;
+    std::from_chars(key.data(), key.data() + key.size(), number);
+    if (number <= 0) {
+        return 0;
+    }
+    bool isThat = false;
+    attempted([&] {
+        Object reference;
+        indirectObject(reference, number, 0);
+        const ObjectOwner owned(reference);
+        const ObjectOwner stream = resolveObject(cache, reference);
+        if (typeObject(stream.get()) == ObjectType::stream) {
+            const ImageEntries entries(cache, stream.get());
+            constexpr std::int32_t noStencil = -1;
+            isThat = !entries.boolean(imageKey::isMask) &&
+                     isSmoothImage(cache, stream.get()) == isSmooth &&
+                     imageKeyOf(entries, number, std::nullopt, noStencil) == key;
+        }
+    });
+    return isThat ? number : 0;
 }
 
 std::string entry(const char* key, std::int64_t value) {
     return "/" + std::string(key) + " " + std::to_string(value) + " ";
 }
 
-std::string beginning(const ImageFacts& facts, std::int32_t bits) {
+std::string beginning(const NewImage& image, const ImageFacts& facts, std::int32_t bits) {
     return "<<\r/Type /XObject /Subtype /Image " + entry("Width", facts.width) +
-           entry("Height", facts.height) + entry("BitsPerComponent", bits) + "\r";
+           entry("Height", facts.height) + entry("BitsPerComponent", bits) +
+           (image.isSmooth ? "/Interpolate true\r" : "/Interpolate false\r");
 }
 
 std::string predictorEntries(const PixelForm& form) {
@@ -148,23 +193,44 @@ std::string spaceEntry(DocumentCache& cache, const ImageFacts& facts, bool isGra
                                                            : "/ColorSpace /DeviceGray\r";
 }
 
+/// The next bytes of an image that was opened.
+std::size_t readBytes(Image image, std::span<std::byte> into) {
+    if (callHost(slot::checkUserAbort)) {
+        failException(Exception::cancelled);
+    }
+    std::int64_t count = 0;
+    callHost(slot::readImageBytes, image, into.data(), std::ssize(into), &count);
+    return static_cast<std::size_t>(std::clamp<std::int64_t>(count, 0, std::ssize(into)));
+}
+
+/// Whether the three components of a JPEG are red, green and blue as they stand, which a document
+/// must say where the file does not.
+bool isPlainRgb(const NewImage& image, const ImageFacts& facts) {
+    if (facts.colours != ImageColours::rgb) {
+        return false;
+    }
+    callHost(slot::openImageBytes, image.image);
+    const JpegLead lead =
+        readJpegLead([&](std::span<std::byte> block) { return readBytes(image.image, block); },
+                     budget::jpegLeadBytes);
+    return !lead.isYccAlone();
+}
+
 void jpegOutput(DocumentCache& cache, const NewImage& image, const ImageFacts& facts) {
-    std::string dictionary = beginning(facts, 8) + spaceEntry(cache, facts, false, image.number) +
-                             "/Filter /DCTDecode\r";
+    std::string dictionary = beginning(image, facts, 8) +
+                             spaceEntry(cache, facts, false, image.number) + "/Filter /DCTDecode\r";
     if (facts.colours == ImageColours::cmyk && facts.isInverted) {
         dictionary += "/Decode [ 1 0 1 0 1 0 1 0 ]\r";
+    }
+    if (isPlainRgb(image, facts)) {
+        dictionary += "/DecodeParms << /ColorTransform 0 >>\r";
     }
     LengthLater stream(cache, image.number, image.length, dictionary);
     std::array<std::byte, 1 << 14> block;
     callHost(slot::openImageBytes, image.image);
-    for (std::int64_t count = std::ssize(block); count == std::ssize(block);) {
-        if (callHost(slot::checkUserAbort)) {
-            failException(Exception::cancelled);
-        }
-        callHost(slot::readImageBytes, image.image, block.data(), std::ssize(block), &count);
-        writeFilter(*stream.chain().top(),
-                    std::span(block).first(static_cast<std::size_t>(
-                        std::clamp<std::int64_t>(count, 0, std::ssize(block)))));
+    for (std::size_t count = block.size(); count == block.size();) {
+        count = readBytes(image.image, block);
+        writeFilter(*stream.chain().top(), std::span(block).first(count));
     }
     stream.finish();
 }
@@ -174,9 +240,9 @@ void maskOutput(DocumentCache& cache, const NewImage& image, const ImageFacts& f
     const bool hasPalette = facts.colours == ImageColours::indexed;
     const PixelForm to{from.width, from.height, 1, hasPalette ? 8 : from.bits};
     LengthLater stream(cache, image.mask, image.maskLength,
-                       beginning(facts, to.bits) + "/ColorSpace /DeviceGray\r" +
+                       beginning(image, facts, to.bits) + "/ColorSpace /DeviceGray\r" +
                            predictorEntries(to));
-    stream.chain().link(setupDeflate());
+    stream.chain().link(setupPixelDeflate());
     rowsOutput(stream.chain(), image.image, from, to,
                hasPalette ? paletteMaker(facts) : samplesMaker(from, to, from.components - 1));
     stream.finish();
@@ -187,45 +253,60 @@ void samplesOutput(DocumentCache& cache, const NewImage& image, const ImageFacts
     const bool isGray = image.contents.isGray;
     const std::int32_t colours = isGray ? 1 : from.components - (facts.hasAlpha ? 1 : 0);
     const PixelForm to{from.width, from.height, colours, from.bits};
-    std::string dictionary = beginning(facts, facts.bits) +
+    std::string dictionary = beginning(image, facts, facts.bits) +
                              spaceEntry(cache, facts, isGray, image.number) + predictorEntries(to);
     if (image.mask != 0) {
         dictionary += "/SMask " + std::to_string(image.mask) + " 0 R\r";
     }
     LengthLater stream(cache, image.number, image.length, dictionary);
-    stream.chain().link(setupDeflate());
+    stream.chain().link(setupPixelDeflate());
     rowsOutput(stream.chain(), image.image, from, to, samplesMaker(from, to, 0));
     stream.finish();
 }
 
 } // namespace
 
-std::string_view NewImages::add(Image image) {
-    std::int32_t& number = numbers_[image];
+std::int32_t NewImages::objectOf(const PlacedImage& placed) {
+    const ImageFacts facts = factsOf(placed.image);
+    if (const std::int32_t number = objectNamed(*cache_, facts.key, placed.isSmooth)) {
+        return number;
+    }
+    if (facts.isPlaceholder) {
+        noteReason(Reason::imageElsewhere);
+        failException(Exception::unpatchable);
+    }
+    NewImage made{.image = placed.image,
+                  .isSmooth = placed.isSmooth,
+                  .contents = contentsOf(placed.image, facts),
+                  .number = nextIdentity(),
+                  .length = nextIdentity()};
+    if (!made.contents.isOpaque) {
+        made.mask = nextIdentity();
+        made.maskLength = nextIdentity();
+    }
+    images_.push_back(made);
+    return made.number;
+}
+
+std::string_view NewImages::add(const PlacedImage& placed) {
+    std::int32_t& number = numbers_[{placed.image, placed.isSmooth}];
     if (number == 0) {
-        NewImage made{.image = image,
-                      .contents = contentsOf(image),
-                      .number = nextIdentity(),
-                      .length = nextIdentity()};
-        if (!made.contents.isOpaque) {
-            made.mask = nextIdentity();
-            made.maskLength = nextIdentity();
-        }
-        number = made.number;
-        images_.push_back(made);
+        number = objectOf(placed);
     }
     return resources_->add(ResourceCategory::object, number, 0);
 }
 
 void writeImage(DocumentCache& cache, const NewImage& image) {
-    const ImageFacts facts = factsOf(image.image);
-    if (facts.coding == ImageCoding::jpeg) {
-        return jpegOutput(cache, image, facts);
-    }
-    samplesOutput(cache, image, facts);
-    if (image.mask != 0) {
-        maskOutput(cache, image, facts);
-    }
+    readingImage([&] {
+        const ImageFacts facts = factsOf(image.image);
+        if (facts.coding == ImageCoding::jpeg) {
+            return jpegOutput(cache, image, facts);
+        }
+        samplesOutput(cache, image, facts);
+        if (image.mask != 0) {
+            maskOutput(cache, image, facts);
+        }
+    });
 }
 
 } // namespace corvane

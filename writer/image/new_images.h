@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <map>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace corvane {
@@ -17,6 +18,7 @@ namespace corvane {
 /// lengths of both are known when they are written.
 struct NewImage {
     Image image = Image::null;
+    bool isSmooth = true; ///< as `PlacedImage`
     PixelContents contents = {};
     std::int32_t number = 0;
     std::int32_t length = 0;
@@ -26,22 +28,28 @@ struct NewImage {
 
 class NewImages {
 public:
-    explicit NewImages(ResourceRegistry& resources) : resources_(&resources) {}
+    NewImages(DocumentCache& cache, ResourceRegistry& resources)
+        : cache_(&cache), resources_(&resources) {}
 
-    /// The name of an image that is drawn. However often it is, it is one object.
-    std::string_view add(Image image);
+    /// The name of what a placed object shows, which is not null. However often an image is drawn,
+    /// it is one object: that of the file where it is an image of the file and no stencil. Raises
+    /// `unpatchable` where its pixels are not at hand.
+    std::string_view add(const PlacedImage& placed);
 
     const std::vector<NewImage>& images() const { return images_; }
 
 private:
+    std::int32_t objectOf(const PlacedImage& placed);
+
+    DocumentCache* cache_;
     ResourceRegistry* resources_;
     std::vector<NewImage> images_;
-    std::map<Image, std::int32_t> numbers_;
+    std::map<std::pair<Image, bool>, std::int32_t> numbers_; ///< by image and smoothness
 };
 
 /// Writes the image's objects to the cache's output (PDF Reference, 4.8): JPEG as its own bytes,
-/// samples deflated behind PNG predictors, their alpha as a soft mask. Raises `host` where the host
-/// has fewer bytes than it said.
+/// samples deflated behind PNG predictors, their alpha as a soft mask. Raises
+/// `unpatchable` where the host does not have the bytes.
 void writeImage(DocumentCache& cache, const NewImage& image);
 
 } // namespace corvane

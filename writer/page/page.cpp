@@ -20,12 +20,21 @@ std::int32_t writeSealedWorks(DocumentCache& cache, const UpdatePlan& plan) {
     Chain sealed(&output);
     linkSeal(cache, sealed, newStreamCipher(cache), {plan.numbers.content, 0});
     cache.output = sealed.top();
-    const Exception code =
-        guarded([&] { documentWorks(cache, plan.geometry.placement, plan.texts.get()); });
+    DrawnPage* const drawn = plan.drawn.get();
+    const Exception code = guarded([&] {
+        documentWorks(cache, plan.geometry.placement, drawn != nullptr ? &drawn->texts : nullptr,
+                      drawn != nullptr ? &drawn->images : nullptr);
+    });
     cache.output = &output;
     raiseException(code);
     sealed.unlink();
     return markFilter(output) - start;
+}
+
+void writeImages(DocumentCache& cache, std::span<const NewImage> images) {
+    for (const NewImage& image : images) {
+        writeImage(cache, image);
+    }
 }
 
 /// Draws the page anew.
@@ -44,13 +53,14 @@ std::int64_t writeDrawn(DocumentCache& cache, const UpdatePlan& plan) {
     stringOutput(output, "\rendstream\rendobj\r");
 
     writeLength(cache, length, bytes);
-    const bool hasFonts = plan.texts && plan.texts->resources().hasAdded();
-    if (hasFonts) {
-        plan.texts->fonts().write(cache);
+    const bool hasResources = plan.drawn && plan.drawn->resources.hasAdded();
+    if (hasResources) {
+        plan.drawn->texts.fonts().write(cache);
+        writeImages(cache, plan.drawn->images.images());
     }
     writePageObject(cache, plan.page, plan.geometry,
                     {.contents = {{.number = content, .generation = 0, .place = contentPlace}},
-                     .resources = hasFonts ? &plan.texts->resources() : nullptr,
+                     .resources = hasResources ? &plan.drawn->resources : nullptr,
                      .origin = plan.origin,
                      .artwork = plan.artwork});
     forallFamily([&](const Family& family) { writeFamily(cache, family); });
@@ -75,9 +85,7 @@ std::int64_t writePatched(DocumentCache& cache, const UpdatePlan& plan, PlannedP
         writeGroup(cache, group);
     }
     patch.page.fonts.write(cache);
-    for (const NewImage& image : patch.page.images) {
-        writeImage(cache, image);
-    }
+    writeImages(cache, patch.page.images);
     if (patch.page.resetState != 0) {
         writeResetState(*cache.output, patch.page.resetState);
     }

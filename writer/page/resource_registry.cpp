@@ -2,10 +2,13 @@
 
 #include "output/primitives.h"
 #include "reader/syntax/raw_entries.h"
+#include "reader/syntax/stream_chain.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
 
 #include <algorithm>
+#include <span>
+#include <utility>
 
 namespace corvane {
 
@@ -54,9 +57,95 @@ std::vector<RawEntry> inheritedEntries(DocumentCache& cache) {
     }
 }
 
+ObjectOwner shared(const ObjectOwner& object) {
+    retainObject(object.get());
+    return ObjectOwner(object.get());
+}
+
+/// Reads what a stream decodes to, as far as it does.
+void readStream(DocumentCache& cache, const Object& stream, UsedNames& names) {
+    const std::int64_t before = std::exchange(cache.work.pageBytes, 0);
+    attempted([&] {
+        StreamChain chain(cache, stream);
+        std::vector<std::byte> block(1 << 16);
+        while (const std::size_t count = readFilter(chain.top(), block)) {
+            names.read(std::span(block).first(count));
+        }
+    });
+    cache.work.pageBytes = before;
+    names.endContent();
+}
+
+/// Calls `use` for each value of a category of the resources that is a dictionary or stream without
+/// resources of its own, so that it may use the names of these.
+template <class Use>
+void forEachDependent(DocumentCache& cache, const Object& resources, const char* category,
+                      const Use& use) {
+    if (typeObject(resources) != ObjectType::dictionary) {
+        return;
+    }
+    const ObjectOwner named = lookupObject(cache, resources, category);
+    if (typeObject(named.get()) != ObjectType::dictionary) {
+        return;
+    }
+    const std::span<Object> elements = elementsObject(named.get());
+    for (std::size_t i = 1; i < elements.size(); i += 2) {
+        attempted([&] {
+            const ObjectOwner value = resolveObject(cache, elements[i]);
+            const ObjectType type = typeObject(value.get());
+            const bool hasEntries = type == ObjectType::dictionary || type == ObjectType::stream;
+            if (hasEntries && typeObject(lookupObject(cache, value.get(), "Resources").get()) !=
+                                  ObjectType::dictionary) {
+                use(value.get());
+            }
+        });
+    }
+}
+
 } // namespace
 
+void ResourceRegistry::readNames() {
+    names_.emplace();
+    for (const ObjectOwner& stream : content_) {
+        readStream(*cache_, stream.get(), *names_);
+    }
+    const auto read = [&](const Object& value) {
+        if (typeObject(value) == ObjectType::stream) {
+            readStream(*cache_, value, *names_);
+        }
+    };
+    forEachDependent(*cache_, resources_.get(), "XObject", [&](const Object& object) {
+        if (typeObject(findEntry(*cache_, object, "Width")) == ObjectType::null) {
+            read(object); // a form
+        }
+    });
+    forEachDependent(*cache_, resources_.get(), "Font", [&](const Object& font) {
+        const ObjectOwner procedures = lookupObject(*cache_, font, "CharProcs");
+        if (typeObject(procedures.get()) == ObjectType::dictionary) {
+            const std::span<Object> elements = elementsObject(procedures.get());
+            for (std::size_t i = 1; i < elements.size(); i += 2) {
+                read(resolveObject(*cache_, elements[i]).get());
+            }
+        }
+    });
+}
+
+bool ResourceRegistry::isUsed(const Category& in, const std::string& name) {
+    if (in.used.contains(name)) {
+        return true;
+    }
+    if (!names_ && cache_ != nullptr) {
+        readNames();
+    }
+    return names_ && names_->contains(name);
+}
+
 void ResourceRegistry::carryBase(DocumentCache& cache, const PageBase& base) {
+    cache_ = &cache;
+    resources_ = shared(base.resources);
+    for (const BaseStream& stream : base.streams) {
+        content_.push_back(shared(stream.stream));
+    }
     for (RawEntry& entry :
          base.resourcesEntry ? rawEntries(cache, *base.resourcesEntry) : inheritedEntries(cache)) {
         const auto names = std::ranges::find(categoryNames, entry.key, &CategoryNames::key);
@@ -85,7 +174,7 @@ std::string_view ResourceRegistry::add(ResourceCategory category, std::int32_t n
     std::string name;
     do {
         name = std::string(categoryNames[indexOf(category)].prefix) + std::to_string(++in.latest);
-    } while (in.used.contains(name));
+    } while (isUsed(in, name));
     add(category, name, number, generation);
     return in.names.at({number, generation});
 }

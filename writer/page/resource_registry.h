@@ -8,11 +8,13 @@
 #include "reader/document/cache.h"
 #include "reader/page/page_base.h"
 #include "writer/page/carried_entries.h"
+#include "writer/page/used_names.h"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -36,11 +38,12 @@ class ResourceRegistry {
 public:
     /// Takes over the resources of the base of the page in use, its own or inherited, in their own
     /// bytes: once, before anything is added. What is no dictionary cannot be used by content: it
-    /// is carried while nothing is added to it.
+    /// is carried while nothing is added to it. The cache outlives the registry.
     void carryBase(DocumentCache& cache, const PageBase& base);
 
     /// The name of an indirect object in a category, without a slash: the one that it was added
-    /// with, or the shortest of the kind "GS1" that is free there.
+    /// with, or the shortest of the kind "GS1" that is free there and that the base's content does
+    /// not use. Content may use names that its resources lack, which must go on meaning nothing.
     std::string_view add(ResourceCategory category, std::int32_t number, std::int32_t generation);
     /// Adds an object by a name that the content has already; a name that is there stays what it
     /// is.
@@ -67,8 +70,17 @@ private:
     };
     static constexpr auto categoryCount = static_cast<std::size_t>(ResourceCategory::property) + 1;
 
+    bool isUsed(const Category& in, const std::string& name);
+    void readNames();
+
     std::array<Category, categoryCount> categories_;
     CarriedEntries others_; // of the base's resources: procedure sets, and what is not known
+
+    // What the base draws with them; it is read when the first name is made.
+    DocumentCache* cache_ = nullptr;
+    std::vector<ObjectOwner> content_;
+    ObjectOwner resources_;
+    std::optional<UsedNames> names_;
 };
 
 } // namespace corvane

@@ -4,6 +4,7 @@
 #include "runtime/callbacks.h"
 #include "runtime/matrix.h"
 #include "writer/art/outline.h"
+#include "writer/image/image_works.h"
 #include "writer/patch/placed_image.h"
 
 #include <algorithm>

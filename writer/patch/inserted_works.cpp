@@ -107,8 +107,6 @@ void InsertedWorks::writeObject(const Insertion& insertion) {
     }
     if (edited.kind == ArtKind::text) {
         newTextWorks(tools_, edited);
-    } else if (edited.kind == ArtKind::placed) {
-        newImageWorks(tools_, edited.art);
     } else {
         objectWorks(walk_, edited.art);
     }

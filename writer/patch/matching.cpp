@@ -1,6 +1,7 @@
 #include "writer/patch/matching.h"
 
 #include "writer/patch/form_group.h"
+#include "writer/image/image_works.h"
 #include "writer/patch/look.h"
 #include "writer/patch/placed_image.h"
 #include "writer/patch/text/glyph_group.h"

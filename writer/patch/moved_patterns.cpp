@@ -10,30 +10,15 @@
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
 #include "writer/crypt/sealed.h"
+#include "writer/page/used_names.h"
 
 #include <array>
-#include <charconv>
 #include <span>
 #include <utility>
 
 namespace corvane {
 
 namespace {
-
-/// A name with its #xx decoded.
-std::string decodedName(std::string_view name) {
-    std::string decoded;
-    for (std::size_t i = 0; i < name.size(); ++i) {
-        unsigned value = 0;
-        const std::string_view digits = name.substr(i + 1, 2);
-        const bool isEscape =
-            name[i] == '#' && digits.size() == 2 &&
-            std::from_chars(digits.data(), digits.data() + 2, value, 16).ptr == digits.data() + 2;
-        decoded += isEscape ? static_cast<char>(value) : name[i];
-        i += isEscape ? 2 : 0;
-    }
-    return decoded;
-}
 
 /// PDF Reference, 4.6: the identity where the pattern does not say one.
 RealMatrix matrixOf(DocumentCache& cache, const Object& pattern) {

@@ -22,7 +22,9 @@ struct PatchTools {
                const PageFonts& fonts, ResourceRegistry& resources)
         : trace(pageTrace), bytes(cache, base.streams, pageTrace.streamStarts()),
           patterns(cache, base, resources), groups(resources), setText(&fonts, resources),
-          images(resources), walk(sink), state(walk, bytes, pageTrace, patterns) {}
+          images(cache, resources), walk(sink), state(walk, bytes, pageTrace, patterns) {
+        walk.images = &images;
+    }
     PatchTools(const PatchTools&) = delete;
     PatchTools& operator=(const PatchTools&) = delete;
 

@@ -3,7 +3,8 @@
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
 #include "runtime/matrix.h"
-#include "writer/art/style_works.h"
+#include "runtime/warning.h"
+#include "writer/image/image_works.h"
 #include "writer/patch/kept_works.h"
 
 #include <algorithm>
@@ -24,32 +25,7 @@ bool samePlace(const RealMatrix& a, const RealMatrix& b) {
     });
 }
 
-/// A billionth of an image is nothing, and shorter without.
-RealMatrix rounded(const RealMatrix& matrix) {
-    constexpr double steps = 1e9;
-    const auto round = [](double value) { return std::round(value * steps) / steps; };
-    return {round(matrix.a), round(matrix.b),  round(matrix.c),
-            round(matrix.d), round(matrix.tx), round(matrix.ty)};
-}
-
-void spaceWorks(Walk& walk, const RealMatrix& matrix) {
-    walk.text.addMatrix(withoutSignedZeros(rounded(matrix)));
-    walk.text.add("cm\n");
-}
-
-void drawWorks(PatchTools& tools, Art art) {
-    tools.walk.text.add("/");
-    tools.walk.text.add(tools.images.add(placedImage(art).image));
-    tools.walk.text.add(" Do\n");
-}
-
 } // namespace
-
-PlacedImage placedImage(Art art) {
-    PlacedImage placed;
-    callHost(slot::getPlacedImage, art, &placed);
-    return placed;
-}
 
 std::string imageKey(const PlacedImage& placed) {
     if (placed.image == Image::null) {
@@ -66,6 +42,10 @@ ArtDifference compareImages(Art was, Art is) {
     ArtDifference difference;
     difference.place = !samePlace(realMatrix(former.matrix), realMatrix(now.matrix));
     difference.image = imageKey(former) != imageKey(now);
+    // What is smooth again may be so because an editor dropped what it does not know.
+    if (!difference.image && former.isSmooth && !now.isSmooth) {
+        raiseWarning(Warning::smoothnessKept);
+    }
     return difference;
 }
 
@@ -84,20 +64,15 @@ void imageWorks(PatchTools& tools, const PaintedArt& was, Art is, const ArtDiffe
         if (!back) {
             failException(Exception::unpatchable);
         }
-        spaceWorks(tools.walk, multiply(realMatrix(placedImage(is).matrix), *back));
+        imageSpaceWorks(tools.walk, multiply(realMatrix(placedImage(is).matrix), *back));
     }
     if (difference.image) {
-        drawWorks(tools, is);
+        tools.walk.text.add("/");
+        tools.walk.text.add(tools.images.add(placedImage(is)));
+        tools.walk.text.add(" Do\n");
     } else {
         rangesWorks(tools, {{event.start, event.end}});
     }
-}
-
-void newImageWorks(PatchTools& tools, Art art) {
-    enterWorks(tools.walk);
-    spaceWorks(tools.walk, realMatrix(placedImage(art).matrix));
-    drawWorks(tools, art);
-    leaveWorks(tools.walk);
 }
 
 } // namespace corvane

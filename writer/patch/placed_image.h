@@ -14,8 +14,6 @@ namespace corvane {
 /// The corners of the square that an image fills.
 inline constexpr std::array<RealPoint, 4> unitSquare = {{{0, 0}, {1, 0}, {0, 1}, {1, 1}}};
 
-PlacedImage placedImage(Art art);
-
 /// The key of the image that it shows; empty where it is not of a page.
 std::string imageKey(const PlacedImage& placed);
 
@@ -30,8 +28,5 @@ RealMatrix movementOfImage(Art was, Art is);
 /// its own bytes, or another picture in its place. Raises `unpatchable` where nothing can be drawn
 /// there.
 void imageWorks(PatchTools& tools, const PaintedArt& was, Art is, const ArtDifference& difference);
-
-/// Draws an image that the page does not have, in the space of the artboard.
-void newImageWorks(PatchTools& tools, Art art);
 
 } // namespace corvane

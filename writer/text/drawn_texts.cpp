@@ -41,7 +41,7 @@ Art firstOf(Art art) {
 
 } // namespace
 
-DrawnTexts::DrawnTexts() {
+DrawnTexts::DrawnTexts(ResourceRegistry& resources) : setText_(nullptr, resources) {
     ChargedList<Layer> layers = listLayers();
     while (!layers.empty()) {
         const Layer layer = layers.pop();

@@ -12,20 +12,18 @@ namespace corvane {
 class DrawnTexts final : public TextDrawing {
 public:
     /// Lays out all text of the layers that are drawn. Raises `unpatchable` where no font shows a
-    /// letter.
-    DrawnTexts();
+    /// letter. Fonts get names in `resources`, which outlives the object.
+    explicit DrawnTexts(ResourceRegistry& resources);
 
     void write(Walk& walk, Art text) override;
 
-    /// Fonts and their names, once all is written.
-    const ResourceRegistry& resources() const { return resources_; }
+    /// Once all is written.
     const NewFonts& fonts() const { return setText_.fonts(); }
 
 private:
     void add(Art text);
 
-    ResourceRegistry resources_;
-    SetText setText_{nullptr, resources_};
+    SetText setText_;
     std::map<Art, SetText::Index> first_;
 };
 

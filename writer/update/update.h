@@ -55,6 +55,17 @@ struct PlannedPatch {
     ResourceRegistry resources;
 };
 
+/// What a page that is drawn anew has beside its content.
+struct DrawnPage {
+    explicit DrawnPage(DocumentCache& cache) : images(cache, resources) {}
+    DrawnPage(const DrawnPage&) = delete;
+    DrawnPage& operator=(const DrawnPage&) = delete;
+
+    ResourceRegistry resources;
+    DrawnTexts texts{resources};
+    NewImages images;
+};
+
 /// What is settled before the first byte is written.
 struct UpdatePlan {
     /// Numbers of the objects that every update has.
@@ -73,7 +84,7 @@ struct UpdatePlan {
     CarriedPage page;
     CarriedTrailer trailer;
     Numbers numbers;                   ///< where the page is drawn anew
-    std::unique_ptr<DrawnTexts> texts; ///< there too, where text can be drawn
+    std::unique_ptr<DrawnPage> drawn;  ///< there too, in the extended profile
     std::optional<PlannedPatch> patch; ///< otherwise
 };
 

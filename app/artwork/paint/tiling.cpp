@@ -63,14 +63,22 @@ double strokeReach(const PathStyle& style) {
     return style.strokePaint == 0 ? 0 : half * std::max(squareCap, miter);
 }
 
-void addPath(TileFacts& facts, const Document& document, Art path, const Pattern& pattern) {
+void addBox(TileFacts& facts, const Frame& box, double reach, const Pattern& pattern) {
     facts.empty = false;
-    facts.work += document.segments(path).size();
-    const Frame box = frameOf(pathBounds(document, path));
-    const double reach = strokeReach(document.style(path));
     facts.leavesCell = facts.leavesCell || box.left - reach < pattern.left ||
                        box.bottom - reach < pattern.bottom || box.right + reach > pattern.right ||
                        box.top + reach > pattern.top;
+}
+
+void addPath(TileFacts& facts, const Document& document, Art path, const Pattern& pattern) {
+    facts.work += document.segments(path).size();
+    addBox(facts, frameOf(pathBounds(document, path)), strokeReach(document.style(path)), pattern);
+}
+
+void addImage(TileFacts& facts, const PlacedImage& placed, const Pattern& pattern) {
+    if (placed.image != Image::null) {
+        addBox(facts, mapped({0, 0, 1, 1}, realMatrix(placed.matrix)), 0, pattern);
+    }
 }
 
 TileFacts factsOf(const Document& document, const Pattern& pattern) {
@@ -85,9 +93,11 @@ TileFacts factsOf(const Document& document, const Pattern& pattern) {
             facts.leavesCell =
                 true; // for all that is known: letters are measured by who draws them
             break;
+        case ArtKind::placed:
+            addImage(facts, document.placedImage(art), pattern);
+            break;
         case ArtKind::group:
         case ArtKind::compound:
-        case ArtKind::placed:
         case ArtKind::unknown:
             break; // nothing of their own is drawn
         }

@@ -19,9 +19,18 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// Whether there is a file that is not empty. What is no file of its own, such as a link or a pipe,
+/// is neither read nor replaced.
 bool isThere(const std::string& path) {
     struct stat facts {};
-    return stat(path.c_str(), &facts) == 0 && S_ISREG(facts.st_mode) && facts.st_size != 0;
+    if (lstat(path.c_str(), &facts) != 0) {
+        return false;
+    }
+    if (!S_ISREG(facts.st_mode)) {
+        throw Failure({code::io, path + " is no regular file, and an image would have that name; "
+                                        "remove it, or name another folder with --images"});
+    }
+    return facts.st_size != 0;
 }
 
 /// The address of `folder` for a file at `output`.
@@ -105,7 +114,8 @@ public:
 
     ImageFile end() override {
         encoder_.end();
-        files_.noteFound(digestAt(path_, digestOf) != encoder_.digest());
+        files_.noteFound(digestAt(path_, [](const ByteSource& file) { return digestOf(file); }) !=
+                         encoder_.digest());
         return {files_.addressOf(path_), encoder_.digest(), encoder_.orientation() != upright};
     }
 
@@ -148,13 +158,16 @@ void ImageFiles::noteFound(bool isChanged) {
 }
 
 std::optional<ImageFile> ImageFiles::find(const ImageFacts& facts) {
-    const std::string path = pathOf(facts);
-    if (facts.coding == ImageCoding::jpeg || !isThere(path)) {
-        return std::nullopt;
-    }
-    const std::optional<std::uint64_t> digest = digestAt(path, digestOfOwnPng);
-    noteFound(!digest);
-    return ImageFile{addressOf(path), digest};
+    return remember([&]() -> std::optional<ImageFile> {
+        const std::string path = pathOf(facts);
+        if (facts.coding == ImageCoding::jpeg || !isThere(path)) {
+            return std::nullopt;
+        }
+        const std::optional<std::uint64_t> digest =
+            digestAt(path, [&](const ByteSource& file) { return digestOfOwnPng(file, facts.key); });
+        noteFound(!digest);
+        return ImageFile{addressOf(path), digest};
+    });
 }
 
 std::unique_ptr<ImageSink> ImageFiles::begin(const ImageFacts& facts) {

@@ -66,26 +66,38 @@ std::optional<LoadedImage> ImageLoader::load(std::string_view address, std::stri
     return image;
 }
 
+std::optional<ReadImage> ImageLoader::look(std::string_view address, const std::string& name) {
+    try {
+        if (addressKind(address) == AddressKind::embedded) {
+            return readImage(memoryOrigin(embeddedBytes(address)), name, pause_);
+        }
+        const std::string path = files_->find(address);
+        const auto known = byPath_.find(path);
+        return known != byPath_.end()
+                   ? known->second
+                   : byPath_.emplace(path, readImage(resolvedFileOrigin(path), name, pause_))
+                         .first->second;
+    } catch (const ImageError& error) {
+        throw SvgImageError(name + ' ' + error.what());
+    }
+}
+
 std::optional<LoadedImage> ImageLoader::read(std::string_view address, std::string_view mark) {
     const AddressKind kind = addressKind(address);
     if (address.empty() || kind == AddressKind::network ||
         (kind == AddressKind::file && files_ == nullptr)) {
         return std::nullopt;
     }
-    const bool isEmbedded = kind == AddressKind::embedded;
-    const std::string name = nameOf(address, isEmbedded);
-    std::optional<ReadImage> found;
-    try {
-        found = readImage(isEmbedded ? memoryOrigin(embeddedBytes(address)) : files_->find(address),
-                          name);
-    } catch (const ImageError& error) {
-        throw SvgImageError(name + ' ' + error.what());
-    }
+    const std::string name = nameOf(address, kind == AddressKind::embedded);
+    const std::optional<ReadImage> found = look(address, name);
     if (!found) {
         return std::nullopt;
     }
     const PageMark page = parseMark(mark);
     const bool isOfPage = page.digest && *page.digest == found->digest;
+    if (found->isCutShort && !isOfPage) {
+        throw SvgImageError(name + " is cut short");
+    }
     if (const auto known = byDigest_.find(found->digest); !isOfPage && known != byDigest_.end()) {
         return known->second;
     }
@@ -104,7 +116,7 @@ std::optional<LoadedImage> ImageLoader::read(std::string_view address, std::stri
     } else {
         image.orientation = found->orientation;
     }
-    image.image = document_.images().add(facts, std::move(file), std::move(found->content));
+    image.image = document_.images().add(facts, std::move(file), found->content);
     if (!isOfPage) {
         byDigest_.emplace(found->digest, image);
     }

@@ -5,6 +5,7 @@
 #include "app/images/image_file.h"
 #include "app/images/image_folders.h"
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -23,9 +24,10 @@ struct LoadedImage {
 
 class ImageLoader {
 public:
-    /// Without `files` only images that the SVG carries itself are read.
-    ImageLoader(Document& document, const ImageFolders* files)
-        : document_(document), files_(files) {}
+    /// Without `files` only images that the SVG carries itself are read. `pause` as `readSvg` got
+    /// it: it is called while the bytes of an image are looked at.
+    ImageLoader(Document& document, const ImageFolders* files, const std::function<void()>& pause)
+        : document_(document), files_(files), pause_(pause) {}
 
     /// The image at an address, which stays where it is in the file's text. `mark` is what a file
     /// of ours says of it: the key of the image of the page and the digest of its file, whose
@@ -38,12 +40,16 @@ public:
 
 private:
     std::optional<LoadedImage> read(std::string_view address, std::string_view mark);
+    std::optional<ReadImage> look(std::string_view address, const std::string& name);
 
     Document& document_;
     const ImageFolders* files_;
+    const std::function<void()>& pause_;
     /// By the place of the address in the text, and of the mark.
     std::map<std::pair<const char*, const char*>, std::optional<LoadedImage>> byPlace_;
     std::map<std::pair<std::string, std::string_view>, std::optional<LoadedImage>> byAddress_;
+    /// By the path of the file: addresses of one file may be spelled in many ways.
+    std::unordered_map<std::string, std::optional<ReadImage>> byPath_;
     /// Images of no page by the digest of their file.
     std::unordered_map<std::uint64_t, LoadedImage> byDigest_;
 };

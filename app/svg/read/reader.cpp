@@ -84,7 +84,7 @@ SvgReading readSvg(std::string text, Document& document, const ReadingBudget& bu
     StyleSheet sheet(budget, tally);
     countExternalEntities(xml, tally);
     SvgReading reading;
-    ImageLoader loader(document, files);
+    ImageLoader loader(document, files, pause);
     ReadingContext context{document, index, sheet, tally, budget, pause, loader,
                            false,    {},    0,     {},    {},     {}};
     TreeReader tree(context);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <sys/stat.h>
 
 namespace corvane {
 namespace {
@@ -85,6 +86,27 @@ TEST_F(OpenImages, GoWhereThePersonSays) {
     EXPECT_TRUE(holds(bytes("c.svg"), "data-kept=\"2 2 10-abcdef\""));
     run("images=0", {"open", "in.pdf", "-o", "d.svg"});
     EXPECT_EQ(folder_.names(), (Names{"c.svg", "d.svg", "in.pdf", "my%pictures", "other"}));
+}
+
+TEST_F(OpenImages, NeverGoThroughLinksAndPipes) {
+    fs::create_directories(folder_.path() / "a-images");
+    folder_.add("victim", "");
+    const fs::path png = folder_.path() / "a-images/10-abcdef.png";
+    const auto refuses = [&](const char* what) {
+        const auto outcome = run("images=1", {"open", "in.pdf", "-o", "a.svg"});
+        EXPECT_EQ(outcome.status, 1) << what;
+        EXPECT_TRUE(holds(outcome.errors, "error 18: a-images/10-abcdef.png is no regular file"))
+            << what << outcome.errors;
+        fs::remove(png);
+    };
+    fs::create_symlink("../victim", png);
+    refuses("a link to an empty file");
+    fs::create_symlink("../nowhere", png);
+    refuses("a link to nothing");
+    ASSERT_EQ(mkfifo(png.c_str(), 0600), 0);
+    refuses("a pipe");
+    EXPECT_EQ(bytes("victim"), "");
+    EXPECT_FALSE(fs::exists(folder_.path() / "nowhere"));
 }
 
 TEST_F(OpenImages, LeaveNothingWhereOpeningFails) {

@@ -1,5 +1,6 @@
 // Addresses of images: what they lead to, and what must not be read.
 #include "app/images/base64.h"
+#include "app/images/byte_source.h"
 #include "app/images/image_error.h"
 #include "app/images/image_folders.h"
 
@@ -65,7 +66,7 @@ TEST(ImageAddress, CarriesBytes) {
 std::string found(const ImageFolders& folders, const std::string& address) {
     try {
         std::vector<std::byte> bytes(10);
-        bytes.resize(folders.find(address)->open()->readAt(0, bytes));
+        bytes.resize(resolvedFileOrigin(folders.find(address))->open()->readAt(0, bytes));
         return test::text(bytes);
     } catch (const ImageError& error) {
         return "! " + std::string(error.what()).substr(0, 12);
@@ -113,6 +114,11 @@ TEST(ImageFolders, OnlyFilesOfTheirFoldersAreRead) {
         EXPECT_EQ(found(some, row.address), row.some) << row.address;
         EXPECT_EQ(found(all, row.address), row.all) << row.address;
     }
+    // A folder that becomes a link once it was looked at.
+    const auto file = resolvedFileOrigin(some.find("deep/b.png"));
+    fs::rename(path("art/deep"), path("moved"));
+    fs::create_directory_symlink("../moved", path("art/deep"));
+    EXPECT_THROW(file->open(), ImageError);
 }
 
 } // namespace

@@ -13,6 +13,7 @@
 namespace corvane {
 namespace {
 
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
@@ -133,6 +134,10 @@ struct Edit {
     std::string saved; ///< the content; empty: only what is seen counts
 };
 
+/// Its start, and a frame whose components are named R, G and B.
+const std::string rgbJpeg("\xFF\xD8\xFF\xC0\0\x11\x08\0\x06\0\x05\x03R\x11\0G\x11\0B\x11\0\xFF\xD9",
+                          23);
+
 const std::string two = "q 9 0 0 9 10 20 cm /A Do Q 0 0 5 5 re f q 8 0 0 8 50 60 cm /B Do Q";
 const std::string own = "q 9 0 0 9 10 20 cm BI /W 2 /H 1 /BPC 8 /CS /G ID EI EI Q 0 0 5 5 re f";
 
@@ -246,6 +251,11 @@ TEST_F(ImagePatchTest, AnotherPictureBecomesAnObject) {
          "\xFF\xD8 any",
          {"/ColorSpace /DeviceCMYK", "/DCTDecode", "/Decode [ 1 0", "\xFF\xD8 any"},
          ""},
+        {"JPEG of components that are named R, G and B",
+         {.width = 5, .height = 6, .coding = ImageCoding::jpeg, .colours = ImageColours::rgb},
+         rgbJpeg,
+         {"/ColorSpace /DeviceRGB", "/DCTDecode\n/DecodeParms << /ColorTransform 0 >>", rgbJpeg},
+         ""},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
@@ -271,6 +281,125 @@ TEST_F(ImagePatchTest, AnotherPictureBecomesAnObject) {
         EXPECT_EQ(added.find("/SMask") != std::string::npos, hasMask);
         EXPECT_THAT(added, HasSubstr(row.mask));
     }
+}
+
+TEST_F(ImagePatchTest, SmoothnessMakesAnotherObjectOfTheSamePicture) {
+    openImages(two);
+    Hanger edits = hanger();
+    const Image picture = edits.picture({.width = 1, .height = 1}, "a");
+    edits.add(picture, {fixedOne, 0, 0, fixedOne, 0, 0});
+    document_->setPlacedImage(edits.add(picture, {fixedOne, 0, 0, fixedOne, 9, 0}),
+                              {picture, {fixedOne, 0, 0, fixedOne, 9, 0}, false});
+    ASSERT_NO_FATAL_FAILURE(expectSaved());
+    EXPECT_THAT(bytes(), HasSubstr("/Interpolate true"));
+    EXPECT_THAT(bytes(), HasSubstr("/Interpolate false"));
+    EXPECT_THAT(newContent(), HasSubstr("/X2 Do"));
+    std::vector<bool> smooth;
+    for (const Art art : hanger().images) {
+        smooth.push_back(document_->placedImage(art).isSmooth);
+    }
+    EXPECT_EQ(smooth, (std::vector<bool>{true, true, true, false}));
+
+    openImages(two);
+    PlacedImage rough = document_->placedImage(hanger().images[0]);
+    rough.isSmooth = false;
+    document_->setPlacedImage(hanger().images[0], rough);
+    ASSERT_EQ(save(), 0U);
+    EXPECT_THAT(front_.taken(), ElementsAre(HasSubstr("write 1011")));
+    EXPECT_EQ(bytes(), file_);
+}
+
+TEST_F(ImagePatchTest, NamesThatContentUsesInVainStaySo) {
+    const std::string form = "/Subtype /Form /BBox [0 0 9 9]";
+    openFile(
+        PdfBuilder::onePage("q 9 0 0 9 10 20 cm /A Do Q /X1 Do /Fm Do 0 0 5 5 re f /X",
+                            "/Resources << /XObject << /A 20 0 R /Fm 21 0 R /Own 22 0 R >> /Font "
+                            "<< /T 23 0 R >> >>")
+            .stream(20, "abcd", gray)
+            .stream(21, "/X#32 Do", form)
+            .stream(22, "/X3 Do", form + " /Resources << >>")
+            .object(23, "<< /Subtype /Type3 /CharProcs << /a 24 0 R >> >>")
+            .stream(24, "9 0 d0 /X4 Do")
+            .bytes());
+    Hanger edits = hanger();
+    for (int i = 0; i < 2; ++i) {
+        edits.add(edits.picture({.width = 1, .height = 1}, "a"), {fixedOne, 0, 0, fixedOne, 9, 0});
+    }
+    ASSERT_EQ(save(), 0U);
+    const std::string page = object("3");
+    for (const char* const name : {"/X1", "/X2", "/X4"}) {
+        EXPECT_THAT(page, Not(HasSubstr(name)));
+    }
+    EXPECT_THAT(page, HasSubstr("/X3 ")) << "that form has resources of its own";
+    EXPECT_THAT(page, HasSubstr("/X5 "));
+}
+
+TEST_F(ImagePatchTest, AFrameFromElsewhereIsRefusedInItsOwnWords) {
+    openImages(two);
+    Hanger edits = hanger();
+    bool wantsBytes = false;
+    const Image elsewhere = document_->images().add(
+        {.width = 2, .height = 2, .key = "20-1234", .isPlaceholder = true}, wantsBytes);
+    edits.add(elsewhere, {fixedOne, 0, 0, fixedOne, 0, 0});
+    EXPECT_NE(save(), 0U);
+    EXPECT_THAT(front_.taken(), ElementsAre("error 31"));
+    EXPECT_EQ(bytes(), file_);
+
+    openImages(two);
+    Hanger(*document_)
+        .add(document_->images().add({.width = 2, .height = 2}, ImageFile{}, nullptr),
+             {fixedOne, 0, 0, fixedOne, 0, 0});
+    EXPECT_NE(save(), 0U);
+    EXPECT_THAT(front_.taken(), ElementsAre("error 31"));
+}
+
+TEST_F(ImagePatchTest, TilesHoldImages) {
+    openImages(two);
+    Hanger edits = hanger();
+    Pattern pattern{.tile = document_->makeArtwork(),
+                    .left = 0,
+                    .bottom = 0,
+                    .right = 10,
+                    .top = 10,
+                    .stepX = 10,
+                    .stepY = 10,
+                    .matrix = {}};
+    const Art placed = document_->make(ArtKind::placed, Placement::inside, pattern.tile);
+    document_->setPlacedImage(placed, {.image = edits.picture({.width = 1, .height = 1}, "a"),
+                                       .matrix = {5 * fixedOne, 0, 0, 5 * fixedOne, 0, 0}});
+    const PaintSource source = document_->addPattern(pattern);
+    Artist artist(*document_);
+    artist.style(artist.add(0, 0, 20, 20), [&](PathStyle& style) {
+        style.fill = {.kind = ColourKind::pattern, .component = {}, .source = source};
+    });
+    ASSERT_EQ(save(), 0U) << ::testing::PrintToString(front_.taken());
+    const std::string added = bytes().substr(file_.size());
+    EXPECT_THAT(added, HasSubstr("/X1 Do"));
+    EXPECT_THAT(added, HasSubstr("/Subtype /Image /Width 1"));
+}
+
+TEST_F(ImagePatchTest, APageThatIsDrawnAnewHasItsImages) {
+    openImages(two);
+    Hanger edits = hanger();
+    const Image picture = edits.picture({.width = 1, .height = 1}, "a");
+    edits.show(1, picture);
+    edits.add(picture, {fixedOne, 0, 0, fixedOne, 0, 0});
+    const Art group = document_->make(ArtKind::group, Placement::inFront, edits.images[0]);
+    document_->reorder(edits.images[0], Placement::inside, group);
+    const std::string edited = look();
+    digest_ = 1; // another page
+    extension_.overwrites = true;
+    ASSERT_EQ(save(), 0U) << ::testing::PrintToString(front_.taken());
+    ASSERT_FALSE(saved_.back().isPatched);
+    ASSERT_EQ(open(), 0U);
+    std::string reopened = look(); // the new one has an object by now
+    const std::string number = reopened.substr(reopened.find('\n') + 1, 2);
+    for (std::size_t at = 0; (at = reopened.find("\n" + number + " ")) != std::string::npos;) {
+        reopened.replace(at + 1, 2, "new");
+    }
+    EXPECT_EQ(reopened, edited);
+    EXPECT_THAT(object("3"), HasSubstr("/XObject <<\n/X1 20 0 R\n/X2 "));
+    EXPECT_THAT(object("3"), Not(HasSubstr("/X3")));
 }
 
 } // namespace

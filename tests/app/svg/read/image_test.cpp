@@ -223,12 +223,34 @@ TEST(ImageReading, StylesClipsAndUsesCountAsForPaths) {
     }
 }
 
-/// An Exif segment and a frame of 4 by 2 pixels.
+TEST(ImageReading, OneFileIsReadOnceHoweverItIsSpelled) {
+    const TemporaryFolder folder;
+    folder.add("x.png", text(pngOf({4, 2, 0, 8, {1, 2, 3, 4, 5, 6, 7, 8}})));
+    const ImageFolders files(folder.path().string(), {}, false);
+    const auto pausesOf = [&](const std::vector<const char*>& addresses) {
+        std::string body;
+        for (const char* const address : addresses) {
+            body += "<image href='" + std::string(address) + "'/>";
+        }
+        Document document;
+        int pauses = 0;
+        readSvg(
+            foreignSvg(body), document, [&] { ++pauses; }, &files);
+        EXPECT_EQ(document.images().size(), 1U);
+        return pauses;
+    };
+    EXPECT_EQ(pausesOf({"x.png", "./x.png", "x.png#1", "%78.png"}),
+              pausesOf({"x.png", "x.png", "x.png", "x.png"}));
+    EXPECT_GT(pausesOf({"x.png"}), 1) << "a person may stop what is read";
+}
+
+/// An Exif segment, a frame of 4 by 2 pixels and an empty scan.
 std::string turnedJpeg(int orientation) {
     const std::vector<std::byte> bytes = octets(
-        {0xFF, 0xD8, 0xFF, 0xE1, 0, 34, 'E', 'x', 'i', 'f', 0, 0, 'M', 'M',         0, 42, 0, 0,
-         0,    8,    0,    1,    1, 18, 0,   3,   0,   0,   0, 1, 0,   orientation, 0, 0,  0, 0,
-         0,    0,    0xFF, 0xC0, 0, 11, 8,   0,   2,   0,   4, 1, 0,   0x11,        0});
+        {0xFF, 0xD8,        0xFF, 0xE1, 0,    34, 'E',  'x',  'i',  'f',  0,    0,   'M', 'M', 0,
+         42,   0,           0,    0,    8,    0,  1,    1,    18,   0,    3,    0,   0,   0,   1,
+         0,    orientation, 0,    0,    0,    0,  0,    0,    0xFF, 0xC0, 0,    11,  8,   0,   2,
+         0,    4,           1,    0,    0x11, 0,  0xFF, 0xDA, 0,    2,    0xFF, 0xD9});
     std::string address = "data:,";
     for (const std::byte byte : bytes) {
         constexpr std::string_view digits = "0123456789abcdef";
