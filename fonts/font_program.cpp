@@ -1,4 +1,6 @@
 #include "fonts/font_program.h"
+
+#include "fonts/embedding.h"
 #include "fonts/free_type_outline.h"
 #include "fonts/glyph_maps.h"
 #include "fonts/glyph_names.h"
@@ -187,13 +189,7 @@ GlyphOutline FreeTypeProgram::outline(GlyphNumber glyph) const {
 }
 
 bool FreeTypeProgram::mayBeEmbedded() const {
-    constexpr FT_UShort forbidden = FT_FSTYPE_RESTRICTED_LICENSE_EMBEDDING |
-                                    FT_FSTYPE_PREVIEW_AND_PRINT_EMBEDDING |
-                                    FT_FSTYPE_EDITABLE_EMBEDDING;
-    const FT_UShort flags = FT_Get_FSType_Flags(face_.get());
-    // Where several are set the most permissive counts.
-    return (flags & forbidden) != FT_FSTYPE_RESTRICTED_LICENSE_EMBEDDING &&
-           (flags & FT_FSTYPE_BITMAP_EMBEDDING_ONLY) == 0;
+    return permitsSubsets(FT_Get_FSType_Flags(face_.get()));
 }
 
 std::shared_ptr<const FontProgram> programOf(std::optional<Face> face) {

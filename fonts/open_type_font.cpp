@@ -1,5 +1,7 @@
 #include "fonts/open_type_font.h"
 
+#include "fonts/embedding.h"
+
 #include "fonts/free_type.h"
 #include "fonts/sfnt_table.h"
 #include "fonts/shaped_text.h"
@@ -41,17 +43,6 @@ std::string nameOf(hb_face_t* face, hb_ot_name_id_t id) {
 bool isCidKeyed(const std::vector<std::byte>& file, std::int32_t number) {
     const std::optional<Face> face = Face::open(file, number);
     return face && FT_IS_CID_KEYED(face->get());
-}
-
-/// OpenType, "OS/2": what the licence permits. Bits that forbid count alone; of several that permit
-/// something the most permissive does.
-bool permitsSubsets(std::uint16_t type) {
-    constexpr unsigned restricted = 0x0002;
-    constexpr unsigned permitted = 0x000C;
-    constexpr unsigned wholeOnly = 0x0100;
-    constexpr unsigned picturesOnly = 0x0200;
-    const bool isRestricted = (type & restricted) != 0 && (type & permitted) == 0;
-    return !isRestricted && (type & (wholeOnly | picturesOnly)) == 0;
 }
 
 } // namespace

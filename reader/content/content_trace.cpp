@@ -3,6 +3,7 @@
 #include "objects/stack.h"
 #include "reader/content/interpreter.h"
 #include "reader/form/form_trace.h"
+#include "reader/text/render_mode.h"
 
 #include <algorithm>
 #include <utility>
@@ -10,9 +11,6 @@
 namespace corvane {
 
 namespace {
-
-/// Text render modes from here on add the text to the clip (PDF Reference, 5.2.5).
-constexpr std::int32_t firstClippingMode = 4;
 
 bool setsState(OperatorRole role) {
     return role >= OperatorRole::fillSpace && role <= OperatorRole::external;
@@ -157,7 +155,7 @@ void ContentTrace::applyShow(const Interpreter& interpreter, TraceEvent& event) 
     const ShownText& shown = interpreter.level.shown;
     if (behind_.isInText) {
         textPlaces_[behind_.text].addsToClip =
-            textPlaces_[behind_.text].addsToClip || text.renderMode >= firstClippingMode;
+            textPlaces_[behind_.text].addsToClip || clips(text.renderMode);
         addTextPlace(interpreter);
     }
     if (shown.parts.empty()) {

@@ -6,7 +6,7 @@ namespace corvane {
 
 void MeaningChoice::offer(const std::u32string& text) {
     if (isOpen() && isText(text) && (!isBlankText(text) || isBlankGlyph_())) {
-        taken_ = text;
+        taken_ = text.substr(0, longestMeaning);
     }
 }
 

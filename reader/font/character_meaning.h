@@ -1,11 +1,16 @@
 // The text of a glyph, of all that several sources say.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
 
 namespace corvane {
+
+/// Characters of one code: more than the longest ligature, or a letter with its marks, has. Further
+/// ones are cut off: a small file must not become gigabytes of text.
+inline constexpr std::size_t longestMeaning = 16;
 
 /// Offered one source after the other, it takes the first that can be true: text, and blank only
 /// for a glyph that shows nothing.

@@ -98,8 +98,8 @@ CodeGlyph CompositeFont::describe(StringCode code) const {
     described.isMeant = !meaning.isOpen();
     shape.text = meaning.textOr(cid);
 
-    const bool isFound = hasGlyph(described);
-    if (!isFound && isEmbedded()) {
+    described.isFound = hasGlyph(described);
+    if (!described.isFound && isEmbedded()) {
         shape.glyph = 0;
     }
     shape.width = parts_.widths.widthOf(cid) / 1000;
@@ -113,7 +113,7 @@ CodeGlyph CompositeFont::describe(StringCode code) const {
         shape.shiftX = columnAdvance / 2 - vertical.originX / 1000;
         shape.shiftY = columnOrigin - vertical.originY / 1000;
     }
-    described.isTyped = isFound && described.advance > 0;
+    described.isTyped = described.isFound && described.advance > 0;
     return described;
 }
 

@@ -46,8 +46,9 @@ public:
     virtual double spaceAdvance() const = 0;
 
     /// The code that shows this UTF-8 character (or several as one glyph), as the bytes of a
-    /// string; nothing where no glyph of the font means it.
-    virtual std::optional<std::string> encode(std::string_view character) const = 0;
+    /// string; nothing where no glyph of the font means it. Of several the one of that made face.
+    virtual std::optional<std::string> encode(std::string_view character,
+                                              std::int32_t face) const = 0;
 
     /// Faces made so far; each is an OpenType file with the glyphs that were shown. Face 0 has the
     /// family of `facts` inside, face 1 the same with " 2" behind it, and so on. None where there

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace corvane {
 
@@ -93,7 +94,10 @@ ProgramFont::Shown& ProgramFont::shownOf(StringCode code) {
     const auto known = shown_.find(code);
     if (known != shown_.end()) {
         Shown& shown = known->second;
-        shown.face = faces_.allot(shown.glyph.shape).value_or(shown.face);
+        const std::int32_t face = faces_.allot(shown.glyph.shape).value_or(shown.face);
+        if (face != std::exchange(shown.face, face)) {
+            noteShown(shown, code);
+        }
         return shown;
     }
     charge_.resize(charge_.bytes() + shownBytes);
@@ -106,10 +110,20 @@ ProgramFont::Shown& ProgramFont::shownOf(StringCode code) {
     }
     shown.face = face.value_or(0); // no font of the page needs more
     shown.text = toUtf8(text);
-    if (shown.glyph.isTyped) {
-        shownTexts_.emplace(text, code);
-    }
+    noteShown(shown, code);
     return shown_.emplace(code, std::move(shown)).first->second;
+}
+
+/// In place of a font that is not embedded a reader's machine may have a better one than this.
+void ProgramFont::noteShown(const Shown& shown, StringCode code) {
+    if (!shown.glyph.isFound && (isEmbedded() || !shown.glyph.isMeant)) {
+        return;
+    }
+    auto& codes = shownTexts_[shown.glyph.shape.text];
+    if (std::ranges::find(codes, shown.face, &std::pair<std::int32_t, StringCode>::first) ==
+        codes.end()) {
+        codes.emplace_back(shown.face, code);
+    }
 }
 
 void ProgramFont::show(std::span<const std::byte> string, std::vector<ShownGlyph>& glyphs) {
@@ -129,7 +143,7 @@ void ProgramFont::show(std::span<const std::byte> string, std::vector<ShownGlyph
 double ProgramFont::spaceAdvance() const {
     constexpr double usualSpace = 0.25;
     if (!space_) {
-        const std::optional<StringCode> code = codeOf(U" ");
+        const std::optional<StringCode> code = codeOf(U" ", 0);
         const double advance = code ? describe(*code).advance : 0;
         space_ = advance > 0 ? advance : usualSpace;
     }
@@ -140,9 +154,12 @@ bool ProgramFont::isSeen(const CodeGlyph& glyph) const {
     return program() == nullptr || isBlankText(glyph.shape.text) || !isBlank(glyph.shape.glyph);
 }
 
-std::optional<StringCode> ProgramFont::codeOf(const std::u32string& text) const {
+std::optional<StringCode> ProgramFont::codeOf(const std::u32string& text, std::int32_t face) const {
     if (const auto shown = shownTexts_.find(text); shown != shownTexts_.end()) {
-        return shown->second;
+        const auto& codes = shown->second;
+        const auto own =
+            std::ranges::find(codes, face, &std::pair<std::int32_t, StringCode>::first);
+        return own != codes.end() ? own->second : codes.front().second;
     }
     if (!hasTyped_) {
         hasTyped_ = true;
@@ -172,12 +189,13 @@ std::optional<StringCode> ProgramFont::codeOf(const std::u32string& text) const 
     return best;
 }
 
-std::optional<std::string> ProgramFont::encode(std::string_view character) const {
+std::optional<std::string> ProgramFont::encode(std::string_view character,
+                                               std::int32_t face) const {
     const std::optional<std::u32string> text = fromUtf8(character);
     if (!text || text->empty()) {
         return std::nullopt;
     }
-    const std::optional<StringCode> code = codeOf(*text);
+    const std::optional<StringCode> code = codeOf(*text, face);
     return code ? std::optional(bytesOf(*code)) : std::nullopt;
 }
 

@@ -21,7 +21,8 @@ struct CodeGlyph {
     FaceGlyph shape;
     double advance = 0;   ///< as of `ShownGlyph`
     bool isMeant = false; ///< the text was stated somewhere, not made up
-    bool isTyped = false; ///< the font has a glyph for it that a person may want
+    bool isFound = false; ///< the font has a glyph for it
+    bool isTyped = false; ///< the same, and a person may want it where the page does not show it
 };
 
 /// The font program that is shown, and where it is from.
@@ -38,7 +39,7 @@ public:
     FontFacts facts() const override;
     void show(std::span<const std::byte> string, std::vector<ShownGlyph>& glyphs) override;
     double spaceAdvance() const override;
-    std::optional<std::string> encode(std::string_view character) const override;
+    std::optional<std::string> encode(std::string_view character, std::int32_t face) const override;
     std::int32_t faceCount() const override;
     std::vector<std::byte> makeFace(std::int32_t face) const override;
 
@@ -77,13 +78,16 @@ private:
     /// Whether faces can be made: there is a program, and its maker permits it.
     bool hasFaces() const;
     Shown& shownOf(StringCode code);
-    std::optional<StringCode> codeOf(const std::u32string& text) const;
+    void noteShown(const Shown& shown, StringCode code);
+    std::optional<StringCode> codeOf(const std::u32string& text, std::int32_t face) const;
     bool isSeen(const CodeGlyph& glyph) const;
 
     FontNames names_;
     ShownProgram program_;
     std::unordered_map<StringCode, Shown, CodeHash> shown_;
-    std::unordered_map<std::u32string, StringCode> shownTexts_; ///< of glyphs that can be typed
+    /// By text, the codes that show it, one a face: what the page shows can be typed, too.
+    std::unordered_map<std::u32string, std::vector<std::pair<std::int32_t, StringCode>>>
+        shownTexts_;
     MadeFaces faces_;
     char32_t spare_ = firstSpare; ///< next private-use character for what finds no face
     ZoneCharge charge_;

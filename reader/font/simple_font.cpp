@@ -78,8 +78,8 @@ CodeGlyph SimpleFont::describe(StringCode code) const {
     const MeaningChoice meaning = meaningOf(byte, shape.glyph);
     described.isMeant = !meaning.isOpen();
     shape.text = meaning.textOr(byte);
-    const bool isFound = hasGlyph(described);
-    if (!isFound && isEmbedded()) {
+    described.isFound = hasGlyph(described);
+    if (!described.isFound && isEmbedded()) {
         shape.glyph = 0;
     }
     const double own = shape.glyph && program() != nullptr ? program()->advance(*shape.glyph) : 0;
@@ -87,7 +87,7 @@ CodeGlyph SimpleFont::describe(StringCode code) const {
     shape.width = stated ? *stated / 1000 : own;
     shape.stretch = stretchOf(shape.glyph, shape.width);
     described.advance = shape.width;
-    described.isTyped = isFound && shape.width > 0;
+    described.isTyped = described.isFound && shape.width > 0;
     return described;
 }
 

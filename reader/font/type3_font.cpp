@@ -19,6 +19,9 @@ namespace {
 /// two are taken as they are, others as the shortest decimal that rounds to them.
 double writtenNumber(double value) {
     constexpr double one = 65'536;
+    if (!(std::abs(value) < one)) {
+        return value; // written without digits behind the point
+    }
     const auto units = static_cast<std::uint32_t>(std::abs(value) * one);
     if (std::has_single_bit(units)) {
         return value;
@@ -100,7 +103,7 @@ double Type3Font::spaceAdvance() const {
     return advance > 0 ? advance : usualSpace;
 }
 
-std::optional<std::string> Type3Font::encode(std::string_view character) const {
+std::optional<std::string> Type3Font::encode(std::string_view character, std::int32_t) const {
     const auto code = codes_.find(character);
     if (code == codes_.end()) {
         return std::nullopt;

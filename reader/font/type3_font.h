@@ -24,7 +24,7 @@ public:
     FontFacts facts() const override;
     void show(std::span<const std::byte> string, std::vector<ShownGlyph>& glyphs) override;
     double spaceAdvance() const override;
-    std::optional<std::string> encode(std::string_view character) const override;
+    std::optional<std::string> encode(std::string_view character, std::int32_t face) const override;
     std::int32_t faceCount() const override { return 0; }
     std::vector<std::byte> makeFace(std::int32_t) const override { return {}; }
 

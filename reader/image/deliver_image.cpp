@@ -60,9 +60,10 @@ void deliverJpeg(Image image, const CodedImage& coded) {
 class Delivery {
 public:
     Delivery(DocumentCache& cache, const Object& object, std::int32_t number,
-             std::optional<std::span<const std::byte>> data, const Colour& fill)
+             std::optional<std::span<const std::byte>> data, const Colour& fill,
+             bool isGlyph = false)
         : cache_(cache), object_(object), number_(number), data_(data), entries_(cache, object),
-          fill_(seenColour(fill)) {}
+          fill_(seenColour(fill)), isGlyph_(isGlyph) {}
 
     Image run() {
         ImageFacts facts{.width = 0, .height = 0};
@@ -86,6 +87,9 @@ private:
         std::optional<Picture> picture;
         const bool isKnown = decodes([&] {
             key = imageKeyOf(entries_, number_, data_, colour);
+            if (isGlyph_) {
+                key.replace(0, key.find('-'), "glyph");
+            }
             picture.emplace(cache_, object_, data_, fill_);
             if (!picture->isJpegAsItIs() && picture->bytes() > left()) {
                 failException(Exception::limit);
@@ -127,6 +131,7 @@ private:
     std::optional<std::span<const std::byte>> data_;
     ImageEntries entries_;
     SeenColour fill_;
+    bool isGlyph_;
 };
 
 } // namespace
@@ -138,9 +143,9 @@ Image deliverImage(DocumentCache& cache, const Object& stream, std::int32_t numb
 }
 
 Image deliverInlineImage(DocumentCache& cache, const Object& dictionary,
-                         std::span<const std::byte> data, const Colour& fill) {
+                         std::span<const std::byte> data, const Colour& fill, bool isGlyph) {
     const ImageMeter meter(cache);
-    return Delivery(cache, dictionary, 0, data, fill).run();
+    return Delivery(cache, dictionary, 0, data, fill, isGlyph).run();
 }
 
 } // namespace corvane

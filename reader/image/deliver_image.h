@@ -17,8 +17,8 @@ namespace corvane {
 Image deliverImage(DocumentCache&, const Object& stream, std::int32_t number, const Colour& fill);
 
 /// The same for an inline image: its dictionary, with abbreviations as they stand, and its raw
-/// bytes.
+/// bytes. The key of a bitmap letter, one that a glyph procedure draws, begins with "glyph".
 Image deliverInlineImage(DocumentCache&, const Object& dictionary, std::span<const std::byte> data,
-                         const Colour& fill);
+                         const Colour& fill, bool isGlyph);
 
 } // namespace corvane

@@ -16,10 +16,9 @@ namespace corvane {
 
 namespace {
 
-/// Whether an image becomes art. What glyph procedures draw is paths alone, and the colour of a
-/// stencil must be known.
+/// Whether an image becomes art: the colour of a stencil must be known.
 bool isArt(const Interpreter& interpreter) {
-    return interpreter.readsImages && !interpreter.level.isGlyph && !interpreter.state.fill.hidden;
+    return interpreter.readsImages && !interpreter.state.fill.hidden;
 }
 
 void drawImage(Interpreter& interpreter, const Object& entry, const Object& stream) {
@@ -58,7 +57,7 @@ void dataImageOperator(Interpreter& interpreter) {
     attempted([&] {
         level.inlineImage = {deliverInlineImage(interpreter.cache, dictionary.get(),
                                                 std::as_bytes(std::span(data.bytes)),
-                                                interpreter.state.style.fill),
+                                                interpreter.state.style.fill, level.isGlyph),
                              isSmoothImage(interpreter.cache, dictionary.get())};
     });
 }

@@ -3,6 +3,7 @@
 #include "host/matrix.h"
 #include "reader/content/art.h"
 #include "reader/content/inner_content.h"
+#include "runtime/budget.h"
 #include "runtime/callbacks.h"
 
 #include <utility>
@@ -10,9 +11,6 @@
 namespace corvane {
 
 namespace {
-
-/// What a glyph counts as beside the tokens of its procedure: to set up its filters takes as long.
-constexpr std::int64_t tokensOfGlyph = 500;
 
 /// A procedure shows no text, since it could show itself; what it leaves out is told later.
 class ProcedureLimits {
@@ -46,7 +44,7 @@ void GlyphDrawing::add(std::uint8_t code, double pen) {
         return;
     }
     hides_ = font_.paintsHidden(code);
-    interpreter_.progress.charge(tokensOfGlyph);
+    interpreter_.progress.charge(budget::innerContentTokens);
     const TextState& text = outer_.text;
     const RealMatrix placed{
         .a = text.size * text.horizontalScale, .d = text.size, .tx = pen, .ty = text.rise};

@@ -42,6 +42,9 @@ std::shared_ptr<FontInUse> PageFonts::known(DocumentCache& cache, const Object& 
     const auto [at, isNew] = byNumber_.try_emplace(number);
     if (isNew) {
         at->second = read(cache, entry, number);
+        if (at->second != nullptr) {
+            at->second->object = {number, generation};
+        }
     }
     return at->second;
 }
@@ -74,6 +77,12 @@ std::string_view PageFonts::nameOf(const PageFont& wanted) const {
         }
     }
     return {};
+}
+
+ObjectIdentifier PageFonts::objectOf(const PageFont& wanted) const {
+    const auto found = std::ranges::find(
+        all_, &wanted, [](const std::shared_ptr<FontInUse>& each) { return each->font.get(); });
+    return found == all_.end() ? ObjectIdentifier() : (*found)->object;
 }
 
 void PageFonts::deliver() const {

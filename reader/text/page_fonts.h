@@ -3,6 +3,7 @@
 
 #include "host/text.h"
 #include "objects/object.h"
+#include "objects/object_identifier.h"
 #include "reader/font/page_font.h"
 
 #include <cstdint>
@@ -19,6 +20,7 @@ namespace corvane {
 struct FontInUse {
     std::unique_ptr<PageFont> font;
     Font handle = Font::null; ///< null until text is shown in it
+    ObjectIdentifier object;  ///< none for a font that is written where it is used
 };
 
 class PageFonts {
@@ -38,6 +40,8 @@ public:
     /// A name of such a font in the resources, its escapes decoded. Several fonts may be the same
     /// one to the host, but codes are those of one.
     std::string_view nameOf(const PageFont&) const;
+    /// Its object. A font that only external graphics states set has that and no name.
+    ObjectIdentifier objectOf(const PageFont&) const;
 
     /// Gives the host the faces of the fonts that text was shown in.
     void deliver() const;

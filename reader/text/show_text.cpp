@@ -7,6 +7,7 @@
 #include "reader/text/glyph_drawing.h"
 #include "reader/text/line_builder.h"
 #include "reader/text/page_fonts.h"
+#include "reader/text/render_mode.h"
 #include "runtime/extension.h"
 #include "runtime/fixed.h"
 #include "runtime/memory.h"
@@ -20,23 +21,6 @@ namespace corvane {
 
 namespace {
 
-/// Render modes of the PDF Reference, 5.2.5.
-constexpr std::int32_t invisibleMode = 3;
-constexpr std::int32_t firstClippingMode = 4;
-
-/// Modes that add to the clip paint as those below them do.
-std::int32_t paintOf(std::int32_t mode) {
-    return mode % firstClippingMode;
-}
-
-bool fills(std::int32_t mode) {
-    return paintOf(mode) == 0 || paintOf(mode) == 2;
-}
-
-bool strokes(std::int32_t mode) {
-    return paintOf(mode) == 1 || paintOf(mode) == 2;
-}
-
 /// Whether the size is more than 0 in 16.16, as artwork has it.
 bool hasSize(const TextState& text, const RealMatrix& space) {
     return fixedFromReal(std::abs(text.size) * std::hypot(space.c, space.d)) > 0;
@@ -47,7 +31,7 @@ bool isArt(const GraphicsState& state, const RealMatrix& space) {
     const TextState& text = state.text;
     const PageFont& font = *text.font->font;
     if (font.kind() == FontKind::type3) {
-        return paintOf(text.renderMode) != invisibleMode;
+        return paintingOf(text.renderMode) != invisibleMode;
     }
     return text.renderMode != firstClippingMode + invisibleMode &&
            !(fills(text.renderMode) && state.fill.hidden) &&
@@ -186,8 +170,7 @@ void showText(Interpreter& interpreter, std::span<const Object> elements) {
     } else {
         Show(interpreter).run(elements);
     }
-    const bool clips = interpreter.state.text.renderMode >= firstClippingMode;
-    if (interpreter.level.shown.hides || clips) {
+    if (interpreter.level.shown.hides || clips(interpreter.state.text.renderMode)) {
         interpreter.omissions.note(Omission::text);
     }
 }

@@ -5,7 +5,7 @@
 #include "output/xref.h"
 #include "runtime/digest.h"
 #include "writer/crypt/sealed.h"
-#include "writer/font/to_unicode.h"
+#include "writer/font/font_cmaps.h"
 #include "writer/page/stream_object.h"
 
 #include <cmath>
@@ -56,9 +56,10 @@ public:
     FontWriter(DocumentCache& cache, const NewFont& font)
         : cache_(cache), output_(*cache.output), font_(font), name_(baseName(font)),
           numbers_(font.numbers) {
-        for (const auto& [number, glyph] : font.glyphs()) {
-            texts_[glyph.cid] = glyph.text;
-            widths_[glyph.cid] = font.width(number);
+        for (const NewCode& code : font.codes()) {
+            texts_[code.code] = code.text;
+            cids_[code.code] = code.cid;
+            widths_[code.cid] = font.width(code.glyph);
         }
     }
 
@@ -66,7 +67,13 @@ public:
         begin(numbers_.font);
         stringOutput(output_, "/Type /Font /Subtype /Type0 ");
         named("BaseFont", name_);
-        stringOutput(output_, "/Encoding /Identity-H\r/DescendantFonts [ ");
+        nameOutput(output_, "Encoding");
+        if (font_.codesAreCids()) {
+            nameOutput(output_, "Identity-H");
+        } else {
+            referenceOutput(output_, numbers_.encoding, 0);
+        }
+        stringOutput(output_, "\r/DescendantFonts [ ");
         referenceOutput(output_, numbers_.descendant, 0);
         stringOutput(output_, "]\r/ToUnicode ");
         referenceOutput(output_, numbers_.toUnicode, 0);
@@ -75,8 +82,10 @@ public:
         writeDescriptor();
         writeProgram();
         begin(numbers_.toUnicode);
-        stringOutput(output_, "/Filter /FlateDecode ");
-        finishStream(cache_, numbers_.toUnicode, deflated(toUnicodeCMap(texts_)));
+        writeCMap(numbers_.toUnicode, toUnicodeCMap(texts_));
+        if (!font_.codesAreCids()) {
+            writeEncoding();
+        }
     }
 
 private:
@@ -97,17 +106,35 @@ private:
         realOutput(output_, value);
     }
 
+    void writeCMap(std::int32_t number, const std::string& map) {
+        stringOutput(output_, "/Filter /FlateDecode ");
+        finishStream(cache_, number, deflated(map));
+    }
+
+    void writeEncoding() {
+        begin(numbers_.encoding);
+        stringOutput(output_, "/Type /CMap ");
+        named("CMapName", encodingName);
+        writeSystemInfo(numbers_.encoding);
+        writeCMap(numbers_.encoding, encodingCMap(cids_));
+    }
+
+    void writeSystemInfo(std::int32_t in) {
+        stringOutput(output_, "/CIDSystemInfo << /Registry ");
+        stringOutput(output_, sealedText(cache_, {in, 0}, "Adobe"));
+        stringOutput(output_, " /Ordering ");
+        stringOutput(output_, sealedText(cache_, {in, 0}, "Identity"));
+        stringOutput(output_, " /Supplement 0 >>\r");
+    }
+
     void writeDescendant() {
         begin(numbers_.descendant);
         stringOutput(output_, isTrueType()
                                   ? "/Type /Font /Subtype /CIDFontType2 /CIDToGIDMap /Identity\r"
                                   : "/Type /Font /Subtype /CIDFontType0\r");
         named("BaseFont", name_);
-        stringOutput(output_, "/CIDSystemInfo << /Registry ");
-        stringOutput(output_, sealedText(cache_, {numbers_.descendant, 0}, "Adobe"));
-        stringOutput(output_, " /Ordering ");
-        stringOutput(output_, sealedText(cache_, {numbers_.descendant, 0}, "Identity"));
-        stringOutput(output_, " /Supplement 0 >>\r/FontDescriptor ");
+        writeSystemInfo(numbers_.descendant);
+        nameOutput(output_, "FontDescriptor");
         referenceOutput(output_, numbers_.descriptor, 0);
         writeWidths();
         end();
@@ -184,7 +211,8 @@ private:
     const NewFont& font_;
     const std::string name_;
     const NewFontNumbers numbers_;
-    std::map<std::uint32_t, std::u32string> texts_;
+    std::map<std::uint32_t, std::u32string> texts_; // by code, as the next
+    std::map<std::uint32_t, std::uint32_t> cids_;
     std::map<std::uint32_t, double> widths_;
 };
 

@@ -7,17 +7,24 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace corvane {
 
-/// One glyph of the font in the file.
-struct NewGlyph {
-    std::u32string text; ///< what it means, in the order of reading; empty: a part of another's
+/// One code of the font in the file: a glyph, and what it means.
+struct NewCode {
+    GlyphNumber glyph = 0;
+    std::u32string text; ///< in the order of reading; empty: a part of what another code means
     std::uint32_t cid = 0;
+    std::uint32_t code = 0;
 };
+
+/// No code: a blank that a font does not have.
+inline constexpr std::uint32_t notNoted = 0xFFFF'FFFF;
 
 /// Numbers of its objects; 0 while no text was written in it.
 struct NewFontNumbers {
@@ -26,34 +33,39 @@ struct NewFontNumbers {
     std::int32_t descriptor = 0;
     std::int32_t program = 0;
     std::int32_t toUnicode = 0;
+    std::int32_t encoding = 0; ///< written where codes are not CIDs
 };
 
 /// First glyphs are noted, while text is laid out; then `finish` makes the subset, which says the
-/// codes.
+/// codes. A glyph that means several texts, such as one for Greek and mathematics, has a code for
+/// each: the first is its CID.
 class NewFont {
 public:
     explicit NewFont(std::shared_ptr<const OpenTypeFont> font) : font_(std::move(font)) {}
 
     const OpenTypeFont& font() const { return *font_; }
 
-    /// The first text that a glyph is noted with is what it means to readers.
-    void note(GlyphNumber glyph, std::u32string_view text);
+    /// The number of the code that shows the glyph and reads as the text.
+    std::uint32_t note(GlyphNumber glyph, std::u32string_view text);
     /// Raises `fontFamily` where the font is too damaged.
     void finish();
 
     /// In thousandths of an em, as the file says it: with two digits.
     double width(GlyphNumber glyph) const;
-    /// The two bytes that show a glyph that was noted.
-    std::string code(GlyphNumber glyph) const;
+    /// The two bytes of a code that was noted.
+    std::string code(std::uint32_t noted) const;
 
     NewFontNumbers numbers;
 
-    const std::map<GlyphNumber, NewGlyph>& glyphs() const { return glyphs_; }
+    std::span<const NewCode> codes() const { return codes_; }
+    bool codesAreCids() const { return codesAreCids_; }
     const std::vector<std::byte>& program() const { return program_; }
 
 private:
     std::shared_ptr<const OpenTypeFont> font_;
-    std::map<GlyphNumber, NewGlyph> glyphs_;
+    std::map<std::pair<GlyphNumber, std::u32string>, std::uint32_t> noted_;
+    std::vector<NewCode> codes_; ///< as they are numbered
+    bool codesAreCids_ = true;
     std::vector<std::byte> program_;
 };
 

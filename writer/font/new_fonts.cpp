@@ -29,7 +29,7 @@ void NewFonts::noteLetters(const NewFont& font, std::string_view wanted,
 
 void NewFonts::finish() {
     for (NewFont& font : fonts_) {
-        if (!font.glyphs().empty()) {
+        if (!font.codes().empty()) {
             font.finish();
         }
     }
@@ -41,6 +41,9 @@ std::string_view NewFonts::use(NewFont& font, ResourceRegistry& resources) {
         for (std::int32_t* const number : {&numbers.font, &numbers.descendant, &numbers.descriptor,
                                            &numbers.program, &numbers.toUnicode}) {
             *number = nextIdentity();
+        }
+        if (!font.codesAreCids()) {
+            numbers.encoding = nextIdentity();
         }
     }
     return resources.add(ResourceCategory::font, numbers.font, 0);

@@ -89,13 +89,13 @@ private:
         return true;
     }
 
-    /// What glyph procedures drew is one object, as long as it is paths alone.
+    /// What glyph procedures drew is one object, as long as it is paths and bitmaps alone.
     bool addSourced(Art group) {
         EditedObject object{.art = group, .kind = ArtKind::group, .group = group_, .source = {}};
         callHost(slot::getArtSource, group, &object.source);
         std::uint8_t clipped = 0;
         callHost(slot::getGroupClipped, group, &clipped);
-        if (object.source.ordinal < 0 || clipped != 0 || !isGroupOfPaths(group)) {
+        if (object.source.ordinal < 0 || clipped != 0 || !isGlyphGroup(group)) {
             return false;
         }
         artwork_.objects.push(object);

@@ -12,6 +12,7 @@
 #include "writer/patch/kept_works.h"
 #include "writer/patch/movement.h"
 #include "writer/patch/placed_image.h"
+#include "writer/patch/text/glyph_group.h"
 #include "writer/patch/text/text_run.h"
 #include "writer/patch/text/text_works.h"
 
@@ -131,7 +132,7 @@ void InsertedWorks::writeGlyphs(const MatchedObject& object, const EditedObject&
     const PaintedArt& was = trace_.painted()[object.source];
     if (object.difference.letters) {
         const auto extension = knownExtension();
-        if (!extension || !extension->overwrites) {
+        if (!extension || !extension->overwrites || holdsImages(edited.art)) {
             noteReason(Reason::drawnLetters);
             failException(Exception::unpatchable);
         }

@@ -34,6 +34,28 @@ TraceIndex commonMark(const ContentTrace& trace, TraceIndex a, TraceIndex b) {
     return commonLink(a, b, [&](TraceIndex link) { return trace.mark(link).outer; });
 }
 
+InsertionPoints::InsertionPoints(const BaseReading& base, const EditedArtwork& artwork,
+                                 const ClipMatching& clips)
+    : trace_(base.trace), artwork_(artwork), clips_(clips) {
+    findTextOutside();
+}
+
+void InsertionPoints::findTextOutside() {
+    const std::span<const TraceEvent> events = trace_.events();
+    const auto isOutside = [](const TraceEvent& event) {
+        return event.role == OperatorRole::show && !event.behind.isInText;
+    };
+    if (std::ranges::none_of(events, isOutside)) {
+        return;
+    }
+    beforeTextOutside_.resize(events.size() + 1);
+    for (std::size_t place = events.size(); place-- > 0;) {
+        beforeTextOutside_[place] =
+            isOutside(events[place]) ||
+            (events[place].role != OperatorRole::beginText && beforeTextOutside_[place + 1]);
+    }
+}
+
 void InsertionPoints::useGroup(EditedIndex group) {
     group_ = group;
     wanted_.clear();
@@ -126,6 +148,9 @@ std::optional<InsertionPoint> InsertionPoints::find(const InsertionGap& gap, Edi
             failException(Exception::limit);
         }
         InsertionPoint point{.event = event};
+        if (!here.isInText && !beforeTextOutside_.empty() && beforeTextOutside_[event]) {
+            continue;
+        }
         if (!isMarkAllowed(here.mark, common) || !fits(here, point)) {
             continue;
         }

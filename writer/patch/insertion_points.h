@@ -21,8 +21,7 @@ struct InsertionGap {
 class InsertionPoints {
 public:
     InsertionPoints(const BaseReading& base, const EditedArtwork& artwork,
-                    const ClipMatching& clips)
-        : trace_(base.trace), artwork_(artwork), clips_(clips) {}
+                    const ClipMatching& clips);
 
     /// The place for an object of that group: where the marked content around both neighbours and
     /// as many as possible of the group's clips are in force, and no others; of several, the last.
@@ -35,6 +34,7 @@ public:
 private:
     void useGroup(EditedIndex group);
     bool canResume(const Surroundings& here) const;
+    void findTextOutside();
     bool isMarkAllowed(TraceIndex mark, TraceIndex common) const;
     bool fits(const Surroundings& here, InsertionPoint& point);
     /// The innermost clip at a place that must be around it.
@@ -44,6 +44,9 @@ private:
     const ContentTrace& trace_;
     const EditedArtwork& artwork_;
     const ClipMatching& clips_;
+    /// Places behind which damaged content shows text outside of text objects: one that is put
+    /// there would move that. Empty on other pages.
+    std::vector<bool> beforeTextOutside_;
     EditedIndex group_ = 0;
     std::vector<TraceIndex> wanted_; // clips of the group from the outermost; 0: a new one
     InsertionGap gap_;

@@ -1,8 +1,12 @@
 #include "writer/patch/movement.h"
 
+#include "reader/content/art.h"
 #include "runtime/charged_list.h"
 #include "runtime/fixed.h"
+#include "runtime/matrix.h"
+#include "writer/art/art_stack.h"
 #include "writer/art/outline.h"
+#include "writer/patch/placed_image.h"
 
 #include <algorithm>
 #include <array>
@@ -18,11 +22,31 @@ constexpr double room = 1.0 / 64;
 
 ChargedList<RealPoint> pointsOf(Art art) {
     ChargedList<RealPoint> points;
-    forEachSegment(art, [&](const Segment& segment) {
-        for (const Point& point : {segment.anchor, segment.in, segment.out}) {
-            points.push({realFromFixed(point.x), realFromFixed(point.y)});
+    ArtStack pending;
+    pending.push(art);
+    for (ArtStep step; pending.next(step);) {
+        if (step.what != ArtStep::What::art) {
+            continue;
         }
-    });
+        switch (artKind(step.art)) {
+        case ArtKind::group:
+            pending.enter(firstChild(step.art), ArtStep::What::end);
+            break;
+        case ArtKind::placed: {
+            const RealMatrix matrix = realMatrix(placedImage(step.art).matrix);
+            for (const RealPoint& corner : unitSquare) {
+                points.push(transform(matrix, corner));
+            }
+            break;
+        }
+        default:
+            forEachSegment(step.art, [&](const Segment& segment) {
+                for (const Point& point : {segment.anchor, segment.in, segment.out}) {
+                    points.push({realFromFixed(point.x), realFromFixed(point.y)});
+                }
+            });
+        }
+    }
     return points;
 }
 

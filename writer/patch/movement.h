@@ -8,7 +8,8 @@
 
 namespace corvane {
 
-/// The matrix that leads from the points of one path or compound path to those of another, within
+/// The matrix that leads from the points of one piece of art to those of another: a path, an image,
+/// a group of them, within
 /// an editor's rounding; nothing where there is none.
 std::optional<RealMatrix> movementOf(Art was, Art is);
 

@@ -75,7 +75,7 @@ public:
         tellLayers(artwork.layers);
         ObjectPatches objects(tools_, reading_, artwork, matching, clips, order);
         objects.addTo(content_.patches);
-        patchShows(tools_, matching, order, content_.patches);
+        patchShows(tools_, reading_, artwork, matching, order, content_.patches);
         patchActualText(tools_, matching, order, content_.patches);
         insert(artwork, matching, order);
         std::ranges::stable_sort(content_.patches, {}, [](const Patch& patch) {

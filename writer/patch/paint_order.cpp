@@ -4,6 +4,7 @@
 #include "runtime/exception.h"
 #include "writer/patch/insertion_points.h"
 #include "writer/patch/path_bytes.h"
+#include "writer/patch/text/show_patches.h"
 
 #include <algorithm>
 #include <functional>
@@ -15,8 +16,12 @@ namespace {
 
 /// Whether what an edit changed can be drawn in the place of the old bytes.
 bool canStay(const ContentTrace& trace, PaintedIndex source, const ArtDifference& difference) {
-    if (trace.painted()[source].setting != 0 || trace.painted()[source].isForm) {
-        return !difference.any(); // text that was changed is written apart, and so are forms
+    const PaintedArt& painted = trace.painted()[source];
+    if (painted.isForm) {
+        return !difference.any();
+    }
+    if (painted.setting != 0) {
+        return !difference.any() || isShownInPlace(trace, painted, difference);
     }
     const TraceIndex index = trace.painted()[source].event;
     const Surroundings& here = trace.events()[index].behind;
@@ -163,21 +168,45 @@ private:
         return point && point->inForce.mark == own->mark ? point : std::nullopt;
     }
 
+    /// A place close behind where the object stood, if another one must come behind it that has a
+    /// tag to keep: at the very end it would take that from it.
+    std::optional<InsertionPoint> placeBeforeMarked(std::size_t pending) {
+        if (isAtEnd_ || pending + 1 == pending_.size()) {
+            return std::nullopt;
+        }
+        const EditedIndex object = pending_[pending];
+        const EditedIndex next = pending_[pending + 1];
+        const Surroundings* const behind = ownOf(next);
+        if (behind == nullptr || behind->mark == 0 || pathOf(next) < pathOf(object)) {
+            return std::nullopt;
+        }
+        const InsertionGap gap{.first = std::max(next_, pathOf(object) + 1),
+                               .last = std::max(next_, firstWithin(trace_, pathOf(next))),
+                               .before = *ownOf(object),
+                               .behind = *behind};
+        return points_.find(gap, artwork_.objects[object].group, ownOf(object));
+    }
+
     /// What is in front of all that stays is in front of everything else on the page, too, unless
     /// that would take its tag.
     void placeAtEnd() {
-        for (const EditedIndex object : pending_) {
+        for (std::size_t i = 0; i < pending_.size(); ++i) {
+            const EditedIndex object = pending_[i];
             const Surroundings* const own = ownOf(object);
-            if (const std::optional<InsertionPoint> point = placeInOwnMark(object)) {
+            std::optional<InsertionPoint> point = placeInOwnMark(object);
+            if (!point && own != nullptr && !hasHiddenClip(own)) {
+                point = placeBeforeMarked(i);
+            }
+            if (point) {
                 order_.insertions.push_back({object, *point});
                 next_ = point->event;
                 continue;
             }
             if (!hasHiddenClip(own) && !trace_.endsOpen()) {
-                InsertionPoint point{.isAtEnd = true,
-                                     .event = static_cast<TraceIndex>(trace_.events().size())};
-                order_.insertions.push_back({object, point});
-                next_ = point.event;
+                const InsertionPoint end{.isAtEnd = true,
+                                         .event = static_cast<TraceIndex>(trace_.events().size())};
+                order_.insertions.push_back({object, end});
+                next_ = end.event;
                 isAtEnd_ = true;
                 continue;
             }
@@ -185,7 +214,7 @@ private:
                                    .last = lastPlace(),
                                    .before = before_ ? *before_ : trace_.atStart(),
                                    .behind = trace_.atEnd()};
-            const std::optional<InsertionPoint> point =
+            point =
                 isAtEnd_ ? std::nullopt : points_.find(gap, artwork_.objects[object].group, own);
             if (!point) {
                 failException(Exception::unpatchable);

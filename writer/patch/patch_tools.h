@@ -10,6 +10,7 @@
 #include "writer/patch/drawn_groups.h"
 #include "writer/patch/gathered_state.h"
 #include "writer/patch/moved_patterns.h"
+#include "writer/patch/text/show_bytes.h"
 #include "writer/text/set_text.h"
 
 #include <cstdint>
@@ -43,6 +44,7 @@ struct PatchTools {
     DrawnGroups groups;
     SetText setText;
     NewImages images;
+    ShownOperators shown{bytes, trace};
     TextSink sink;
     Walk walk;
     GatheredState state;

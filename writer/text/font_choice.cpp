@@ -77,6 +77,10 @@ NewFont* FontChoice::search(Known& known, std::u32string_view letters) {
             known.restricted = font->font().facts().fullName;
             return nullptr;
         }
+        if (font != nullptr && !letters.empty() && known.passedOver.empty() &&
+            font->font().shows(letters)) {
+            known.passedOver = font->font().facts().fullName;
+        }
         request.passedOver.push_back(found->path);
     }
     return nullptr;
@@ -91,6 +95,7 @@ NewFont* FontChoice::find(Font wanted, std::u32string_view letters) {
     if (!known.restricted.empty()) {
         return nullptr;
     }
+    known.passedOver.clear();
     NewFont* const font = search(known, letters);
     if (font == nullptr || !shows(font)) {
         return nullptr;

@@ -23,8 +23,12 @@ public:
     /// The letters are shown in that font.
     void note(Font wanted, const NewFont& font, std::u32string_view letters);
 
-    /// Whether the person named a font that may not be put into files; its name then.
-    const std::string& restricted(Font wanted) { return known(wanted).restricted; }
+    /// Where the latest search found nothing: the font that the person named, or the first that
+    /// has the letters, and that may not be put into files.
+    const std::string& restricted(Font wanted) {
+        const Known& known = this->known(wanted);
+        return known.restricted.empty() ? known.passedOver : known.restricted;
+    }
 
 private:
     struct Known {
@@ -33,6 +37,7 @@ private:
         FontFacts facts;        ///< without its strings
         bool isNamed = false;   ///< the first of the fonts is the one that is wanted
         std::string restricted; ///< empty: it is not
+        std::string passedOver; ///< that has the letters looked for last, but is restricted
         std::vector<NewFont*> fonts;
     };
 

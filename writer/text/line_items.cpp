@@ -6,6 +6,7 @@
 #include "runtime/budget.h"
 #include "runtime/exception.h"
 #include "runtime/fixed.h"
+#include "writer/text/blanks.h"
 #include "writer/text/page_letters.h"
 
 #include <algorithm>
@@ -25,12 +26,16 @@ struct ChosenFont {
 struct Letter {
     char32_t character = 0;
     std::size_t run = 0;
-    double shift = 0; ///< of it and what follows it, in ems
+    double shift = 0;      ///< of it and what follows it, in ems
+    std::int32_t face = 0; ///< of the run's font
     ChosenFont font = {};
 };
 
 /// Takes the place of a run that stays.
 constexpr char32_t objectCharacter = 0xFFFC;
+
+/// Of a font that has no blank.
+constexpr double usualSpace = 0.25;
 
 bool isBlank(char32_t character) {
     return isBlankText({&character, 1});
@@ -76,6 +81,15 @@ private:
     static bool canType(PageFont& font, std::u32string_view text) {
         return std::ranges::none_of(text, needsShaping) && encodeText(font, text);
     }
+    /// Letters that are set apart, or moved, are not of one glyph.
+    std::vector<LetterPlace> placesOf(std::size_t from, std::size_t to) const {
+        std::vector<LetterPlace> places;
+        for (std::size_t i = from; i < to; ++i) {
+            const bool isApart = letters_[i].shift != 0 || runs_[letters_[i].run].run.spacing != 0;
+            places.push_back({.face = letters_[i].face, .mayJoin = !isApart});
+        }
+        return places;
+    }
     bool isFaulty(std::size_t run) const {
         return std::ranges::find(result_.faults, run, &LineFault::run) != result_.faults.end();
     }
@@ -104,6 +118,7 @@ void Itemizer::readLetters(std::size_t number) {
     }
     const TextRun& run = runs_[number].run;
     auto piece = run.pieces.begin();
+    std::int32_t face = 0;
     for (std::size_t at = 0; at < run.text.size();) {
         const auto lead = static_cast<unsigned char>(run.text[at]);
         const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
@@ -113,7 +128,9 @@ void Itemizer::readLetters(std::size_t number) {
                       .run = number};
         for (; piece != run.pieces.end() && std::cmp_less_equal(piece->start, at); ++piece) {
             letter.shift += realFromFixed(piece->shift);
+            face = piece->face;
         }
+        letter.face = face;
         letters_.push_back(letter);
         at += length;
         if (letters_.size() > budget::lineCharacters) {
@@ -218,7 +235,9 @@ bool Itemizer::takeFont(std::size_t from, std::size_t to) {
     const Font wanted = runs_[run].run.font;
     ChosenFont chosen{.ofPage = pageFontOf(run)};
     if (chosen.ofPage == nullptr || !canType(*chosen.ofPage, part(from, to))) {
-        chosen = {.added = line_.isVertical ? nullptr : choice_.find(wanted, part(from, to))};
+        std::u32string seen;
+        std::ranges::remove_copy_if(part(from, to), std::back_inserter(seen), isUnseen);
+        chosen = {.added = line_.isVertical ? nullptr : choice_.find(wanted, seen)};
     }
     if (chosen == ChosenFont()) {
         return false;
@@ -274,10 +293,14 @@ void Itemizer::addItem(std::size_t from, std::size_t to, bool isRightToLeft) {
 }
 
 void Itemizer::addPageGlyphs(LineItem& item, std::size_t from, std::size_t to) {
-    const auto encoded = encodeText(*item.pageFont, part(from, to));
+    const auto encoded = encodeText(*item.pageFont, part(from, to), placesOf(from, to));
     if (!encoded) {
         // A ligature was divided: its letters alone are not in the font.
-        return fail(item.run, Reason::missingLetter, toUtf8(part(from, from + 1)));
+        std::size_t at = from;
+        while (at + 1 < to && encodeText(*item.pageFont, part(at, at + 1))) {
+            ++at;
+        }
+        return fail(item.run, Reason::missingLetter, toUtf8(part(at, at + 1)));
     }
     double shift = 0;
     for (std::size_t i = 0; i < encoded->size(); ++i) {
@@ -288,17 +311,21 @@ void Itemizer::addPageGlyphs(LineItem& item, std::size_t from, std::size_t to) {
                                .advance = each.advance,
                                .way = line_.isVertical ? columnAdvance : each.advance,
                                .before = std::exchange(shift, 0) + letters_[start].shift,
-                               .count = each.count});
+                               .count = each.count,
+                               .endsLetter = each.count > 0});
         for (std::size_t within = start + 1; within < end; ++within) {
             shift += letters_[within].shift;
         }
     }
 }
 
-/// What the letters of a cluster mean to readers.
+/// What the letters of a cluster mean to readers. Joiners are a part of how words are written.
 std::u32string meaningOf(std::u32string_view letters) {
+    constexpr std::u32string_view joiners = U"\u200C\u200D";
     std::u32string text;
-    std::ranges::remove_copy_if(letters, std::back_inserter(text), isFormat);
+    std::ranges::remove_copy_if(letters, std::back_inserter(text), [&](char32_t each) {
+        return isFormat(each) && joiners.find(each) == joiners.npos;
+    });
     return text;
 }
 
@@ -321,18 +348,21 @@ void Itemizer::addShapedGlyphs(LineItem& item, std::size_t from, std::size_t to,
         const bool isFirst = i == 0 || shaped[i - 1].cluster != glyph.cluster;
         const bool isLast = i + 1 == shaped.size() || shaped[i + 1].cluster != glyph.cluster;
         const bool isLead = isRightToLeft ? isLast : isFirst;
-        item.added->note(glyph.glyph,
-                         isLead ? meaningOf(part(glyph.cluster, end)) : std::u32string());
+        const bool isMissingBlank = glyph.glyph == 0 && isUnseen(text_[glyph.cluster]);
+        const std::u32string meaning =
+            isLead ? meaningOf(part(glyph.cluster, end)) : std::u32string();
+        const double blank = blankAdvance(text_[glyph.cluster], usualSpace);
         const bool isLetterEnd =
             isRightToLeft ? !isMark(text_[glyph.cluster]) : end == to || !isMark(text_[end]);
-        item.glyphs.push_back({.codes = {},
-                               .glyph = glyph.glyph,
-                               .advance = item.added->width(glyph.glyph) / 1000,
-                               .way = glyph.advance,
-                               .x = glyph.x,
-                               .y = glyph.y,
-                               .before = isLead ? letters_[glyph.cluster].shift : 0,
-                               .endsLetter = isLast && isLetterEnd});
+        item.glyphs.push_back(
+            {.codes = {},
+             .noted = isMissingBlank ? notNoted : item.added->note(glyph.glyph, meaning),
+             .advance = item.added->width(glyph.glyph) / 1000,
+             .way = isMissingBlank ? blank : glyph.advance,
+             .x = glyph.x,
+             .y = glyph.y,
+             .before = isLead ? letters_[glyph.cluster].shift : 0,
+             .endsLetter = isLast && isLetterEnd});
     }
 }
 

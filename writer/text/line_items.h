@@ -26,11 +26,11 @@ struct LineRun {
 
 /// A glyph in its row. Lengths are in ems of the run.
 struct LineGlyph {
-    std::string codes;     ///< of a font of the page; of a blank that it does not have none
-    GlyphNumber glyph = 0; ///< of a font of the machine
-    double advance = 0;    ///< as the font says
-    double way = 0;        ///< how far the pen goes: kerned, but without spacing
-    double x = 0;          ///< from the pen to where it stands
+    std::string codes; ///< of a font of the page; of a blank that it does not have none
+    std::uint32_t noted = notNoted; ///< of a font of the machine, as `NewFont::note` says
+    double advance = 0;             ///< as the font says
+    double way = 0;                 ///< how far the pen goes: kerned, but without spacing
+    double x = 0;                   ///< from the pen to where it stands
     double y = 0;
     double before = 0;      ///< how far the line moves it and all that is right of it
     double behind = 0;      ///< the same, without itself

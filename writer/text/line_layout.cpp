@@ -135,7 +135,7 @@ private:
 
     static PlacedGlyph placedGlyph(LineGlyph& glyph, double x) {
         return {.codes = std::move(glyph.codes),
-                .glyph = glyph.glyph,
+                .noted = glyph.noted,
                 .x = x + glyph.x,
                 .y = glyph.y,
                 .advance = glyph.advance,

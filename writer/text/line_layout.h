@@ -11,8 +11,8 @@ namespace corvane {
 
 /// A glyph of a stretch: its place is in ems from where the stretch begins.
 struct PlacedGlyph {
-    std::string codes; ///< of a font of the page
-    GlyphNumber glyph = 0;
+    std::string codes;              ///< of a font of the page
+    std::uint32_t noted = notNoted; ///< of a font of the machine
     double x = 0;
     double y = 0;
     double advance = 0; ///< as the font says, without spacing

@@ -2,6 +2,7 @@
 
 #include "fonts/made_font.h"
 #include "reader/font/characters.h"
+#include "writer/text/blanks.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,47 +19,91 @@ double asMade(double advance) {
     return std::round(advance * madeUnits) / madeUnits;
 }
 
-/// The letters at the front of the text that one glyph of the font means, the longest that fit;
-/// takes them off the text.
-std::optional<EncodedLetters> firstLetters(PageFont& font, std::u32string_view& text) {
-    for (std::size_t count = std::min(longestLigature, text.size()); count > 0; --count) {
-        const std::optional<std::string> codes = font.encode(toUtf8(text.substr(0, count)));
-        if (!codes) {
-            continue;
-        }
-        EncodedLetters letters{.codes = *codes};
-        std::vector<ShownGlyph> glyphs;
-        font.show(std::as_bytes(std::span(*codes)), glyphs);
-        for (const ShownGlyph& glyph : glyphs) {
-            letters.advance += asMade(glyph.advance);
-        }
-        letters.count = static_cast<std::int32_t>(glyphs.size());
-        text.remove_prefix(count);
-        return letters;
+/// The letters as one glyph of the font.
+std::optional<EncodedLetters> asGlyph(PageFont& font, std::u32string_view text, std::int32_t face) {
+    const std::optional<std::string> codes = font.encode(toUtf8(text), face);
+    if (!codes) {
+        return std::nullopt;
     }
-    return std::nullopt;
+    EncodedLetters letters{.codes = *codes};
+    std::vector<ShownGlyph> glyphs;
+    font.show(std::as_bytes(std::span(*codes)), glyphs);
+    for (const ShownGlyph& glyph : glyphs) {
+        letters.advance += asMade(glyph.advance);
+    }
+    letters.count = static_cast<std::int32_t>(glyphs.size());
+    return letters;
 }
+
+class Encoder {
+public:
+    Encoder(PageFont& font, std::u32string_view text, std::span<const LetterPlace> places)
+        : font_(font), text_(text), places_(places) {}
+
+    /// False where the font lacks a letter.
+    bool takeLetters() {
+        const std::size_t longest = std::min(longestLigature, text_.size() - at_);
+        std::size_t joined = 1;
+        while (joined < longest && (places_.empty() || places_[at_ + joined].mayJoin)) {
+            ++joined;
+        }
+        for (std::size_t count = joined; count > 0; --count) {
+            if (take(count)) {
+                return true;
+            }
+        }
+        for (std::size_t count = joined + 1; count <= longest; ++count) {
+            if (take(count)) {
+                return true;
+            }
+        }
+        return takeBlank();
+    }
+    bool isDone() const { return at_ == text_.size(); }
+
+    std::vector<EncodedLetters> all;
+
+private:
+    bool take(std::size_t count) {
+        std::optional<EncodedLetters> letters =
+            asGlyph(font_, text_.substr(at_, count), places_.empty() ? 0 : places_[at_].face);
+        if (letters) {
+            add(std::move(*letters), count);
+        }
+        return letters.has_value();
+    }
+    bool takeBlank() {
+        const char32_t character = text_[at_];
+        if (!isUnseen(character)) {
+            return false;
+        }
+        const double advance = asMade(blankAdvance(character, font_.spaceAdvance()));
+        add({.advance = advance, .count = advance == 0 ? 0 : 1}, 1);
+        return true;
+    }
+    void add(EncodedLetters letters, std::size_t count) {
+        letters.start = at_;
+        all.push_back(std::move(letters));
+        at_ += count;
+    }
+
+    PageFont& font_;
+    std::u32string_view text_;
+    std::span<const LetterPlace> places_;
+    std::size_t at_ = 0;
+};
 
 } // namespace
 
-std::optional<std::vector<EncodedLetters>> encodeText(PageFont& font, std::u32string_view text) {
-    std::vector<EncodedLetters> all;
-    const std::size_t whole = text.size();
-    while (!text.empty()) {
-        const std::size_t start = whole - text.size();
-        std::optional<EncodedLetters> letters = firstLetters(font, text);
-        if (!letters && text.front() == U' ') {
-            text.remove_prefix(1);
-            letters =
-                EncodedLetters{.advance = asMade(font.spaceAdvance()), .count = 1, .isBlank = true};
-        }
-        if (!letters) {
+std::optional<std::vector<EncodedLetters>> encodeText(PageFont& font, std::u32string_view text,
+                                                      std::span<const LetterPlace> places) {
+    Encoder encoder(font, text, places);
+    while (!encoder.isDone()) {
+        if (!encoder.takeLetters()) {
             return std::nullopt;
         }
-        letters->start = start;
-        all.push_back(std::move(*letters));
     }
-    return all;
+    return std::move(encoder.all);
 }
 
 } // namespace corvane

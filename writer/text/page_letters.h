@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,10 +18,19 @@ struct EncodedLetters {
     std::size_t start = 0;  ///< in the text
     double advance = 0;     ///< in ems of the font, without spacing
     std::int32_t count = 0; ///< of glyphs
-    bool isBlank = false;   ///< a blank that the font does not have: `codes` is empty
 };
 
-/// The text in codes of that font, a glyph each; nothing where the font does not have a letter.
-std::optional<std::vector<EncodedLetters>> encodeText(PageFont& font, std::u32string_view text);
+/// What is known of a letter beside its character.
+struct LetterPlace {
+    std::int32_t face = 0; ///< of the made fonts, in which the person sees it
+    /// Whether it may be of one glyph with the letter before it; it is otherwise only where the
+    /// font has no other glyph for it.
+    bool mayJoin = true;
+};
+
+/// The text in codes of that font, a glyph each; nothing where the font does not have a letter. A
+/// blank that it does not have has no codes. `places`: one for each letter, or none.
+std::optional<std::vector<EncodedLetters>> encodeText(PageFont& font, std::u32string_view text,
+                                                      std::span<const LetterPlace> places = {});
 
 } // namespace corvane

@@ -108,6 +108,20 @@ void SetText::refuse(Index run) const {
     }
 }
 
+/// The name of its font in the resources.
+std::string_view SetText::nameOf(const PlacedStretch& stretch) {
+    if (stretch.added != nullptr) {
+        return fonts_.use(*stretch.added, resources_);
+    }
+    const std::string_view name = ofPage_->nameOf(*stretch.pageFont);
+    const ObjectIdentifier object = ofPage_->objectOf(*stretch.pageFont);
+    if (name.empty() && object.number == 0) {
+        failException(Exception::unpatchable);
+    }
+    return name.empty() ? resources_.add(ResourceCategory::font, object.number, object.generation)
+                        : name;
+}
+
 void SetText::write(Walk& walk, Index run, const TextRun& letters, const RealMatrix& back) {
     refuse(run);
     if (letters.size <= 0) {
@@ -124,8 +138,7 @@ void SetText::write(Walk& walk, Index run, const TextRun& letters, const RealMat
             failException(Exception::unpatchable);
         }
         if (last == nullptr || last->pageFont != stretch.pageFont || last->added != stretch.added) {
-            walk.text.addName(stretch.pageFont != nullptr ? ofPage_->nameOf(*stretch.pageFont)
-                                                          : fonts_.use(*stretch.added, resources_));
+            walk.text.addName(nameOf(stretch));
             walk.text.addReal(realFromFixed(letters.size));
             walk.text.add("Tf ");
         }
@@ -141,7 +154,7 @@ void SetText::write(Walk& walk, Index run, const TextRun& letters, const RealMat
         ShowWriter show(walk, letters, forward);
         for (const PlacedGlyph& glyph : stretch.glyphs) {
             show.add(glyph,
-                     stretch.added != nullptr ? stretch.added->code(glyph.glyph) : glyph.codes);
+                     glyph.noted != notNoted ? stretch.added->code(glyph.noted) : glyph.codes);
         }
         show.finish();
         last = &stretch;

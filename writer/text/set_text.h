@@ -45,6 +45,8 @@ public:
     NewFonts takeFonts() { return std::move(fonts_); }
 
 private:
+    std::string_view nameOf(const PlacedStretch& stretch);
+
     const PageFonts* ofPage_;
     ResourceRegistry& resources_;
     NewFonts fonts_;

@@ -52,6 +52,10 @@ std::optional<std::uint64_t> digestAt(const std::string& path, Digest digest) {
     }
 }
 
+bool isLetter(const ImageFacts& facts) {
+    return facts.key.starts_with("glyph");
+}
+
 class NoSink final : public ByteSink {
 public:
     std::error_code write(std::string_view /*bytes*/) override { return {}; }
@@ -158,6 +162,9 @@ void ImageFiles::noteFound(bool isChanged) {
 }
 
 std::optional<ImageFile> ImageFiles::find(const ImageFacts& facts) {
+    if (isLetter(facts)) {
+        return letters_.find(facts);
+    }
     return remember([&]() -> std::optional<ImageFile> {
         const std::string path = pathOf(facts);
         if (facts.coding == ImageCoding::jpeg || !isThere(path)) {
@@ -171,6 +178,9 @@ std::optional<ImageFile> ImageFiles::find(const ImageFacts& facts) {
 }
 
 std::unique_ptr<ImageSink> ImageFiles::begin(const ImageFacts& facts) {
+    if (isLetter(facts)) {
+        return letters_.begin(facts);
+    }
     return remember([&]() -> std::unique_ptr<ImageSink> {
         const std::string path = pathOf(facts);
         if (isThere(path)) {

@@ -4,6 +4,7 @@
 #include "app/artwork/image_store.h"
 #include "app/cli/fault.h"
 #include "app/cli/files/image_folder.h"
+#include "app/images/embedded_images.h"
 
 #include <cstdint>
 #include <optional>
@@ -12,9 +13,10 @@
 
 namespace corvane {
 
-/// A file for each image, "12-0a1b2c3d4e5f6071.png", which appears when it is whole. One of that
-/// name that is there stays as it is. The folder is made with the first image. Files that were
-/// written go again with the object, unless they are to be kept.
+/// A file for each image, "12-0a1b2c3d4e5f6071.png", which appears when it is whole. Bitmap letters
+/// are in the artwork: a page has hundreds, of some hundred bytes each, and nobody edits them as
+/// pictures. A file of that name that is there stays as it is. The folder is made with the first
+/// image. Files that were written go again with the object, unless they are to be kept.
 class ImageFiles final : public ImageStore {
 public:
     /// The artwork will be at the path `output` ("-" is standard output). The file `input` is never
@@ -46,6 +48,7 @@ private:
     auto remember(Body&& body);
 
     ImageFolder& folder_;
+    EmbeddedImages letters_;
     std::string place_;   ///< of the folder
     std::string address_; ///< of the folder, from the artwork
     std::string input_;

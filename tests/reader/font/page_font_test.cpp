@@ -107,6 +107,15 @@ constexpr const char* threeGlyphs = "/Subtype /Type1 /BaseFont /X /ToUnicode 6 0
                                     "/FontDescriptor << /FontFile3 8 0 R >> "
                                     "/Encoding << /Differences [1 /A /B /C /A] >>";
 
+TEST_F(PageFontTest, ALongTextIsCut) {
+    std::string digits;
+    for (int i = 0; i < 40; ++i) {
+        digits += "0078";
+    }
+    read(threeGlyphs, "names.cff", toUnicode("<01> <" + digits + ">"));
+    EXPECT_EQ(shown("\1"), std::string(16, 'x') + ":600");
+}
+
 TEST_F(PageFontTest, WhatIsNoTextIsMissing) {
     read(threeGlyphs, "names.cff",
          toUnicode("<01> <0020> <02> <0007> <03> <00AD> <05> <FFFD> <06> <200B>"));
@@ -119,6 +128,9 @@ TEST_F(PageFontTest, GlyphsOfOneTextAreOfSeveralFaces) {
     EXPECT_EQ(shown("\1\2\3\4\2"), "x:600 x/1:650 y:700 x:600 x/1:650");
     EXPECT_EQ(font_->faceCount(), 2);
     EXPECT_EQ(shape(U'x', 0) + shape(U'x', 1), "AB");
+    EXPECT_EQ(font_->encode("x", 0), "\1");
+    EXPECT_EQ(font_->encode("x", 1), "\2");
+    EXPECT_EQ(font_->encode("x", 2), "\1") << "the face does not have it";
     EXPECT_EQ(FontProgram::open(font_->makeFace(1))->familyName(),
               std::string(font_->facts().family) + " 2");
 }
@@ -134,12 +146,12 @@ TEST_F(PageFontTest, LettersDoNotBecomeALigature) {
 
 TEST_F(PageFontTest, EncodesWhatItHas) {
     read(threeGlyphs, "names.cff", toUnicode("<03> <00660069> <09> <005A>"));
-    EXPECT_EQ(font_->encode("A"), "\1");
-    EXPECT_EQ(font_->encode("fi"), "\3");
-    EXPECT_EQ(font_->encode("Z"), std::nullopt) << "no glyph";
-    EXPECT_EQ(font_->encode("\xFF"), std::nullopt);
+    EXPECT_EQ(font_->encode("A", 0), "\1");
+    EXPECT_EQ(font_->encode("fi", 0), "\3");
+    EXPECT_EQ(font_->encode("Z", 0), std::nullopt) << "no glyph";
+    EXPECT_EQ(font_->encode("\xFF", 0), std::nullopt);
     EXPECT_EQ(shown("\4"), "A:600");
-    EXPECT_EQ(font_->encode("A"), "\4") << "the page shows it so";
+    EXPECT_EQ(font_->encode("A", 0), "\4") << "the page shows it so";
 }
 
 std::string composite(const std::string& encoding, const std::string& descendant) {
@@ -153,8 +165,8 @@ TEST_F(PageFontTest, CompositeFontsGoByCids) {
     read(composite("/Identity-H", "/W [1 [555]]"), "bare.ttf", toUnicode("<0001> <0416>"), map);
     EXPECT_EQ(shown(std::string_view("\0\1\0\2", 4)), "Ж:555 \uE002:1000");
     EXPECT_EQ(shape(U'Ж') + shape(U'\uE002'), "CB");
-    EXPECT_EQ(font_->encode("Ж"), std::string("\0\1", 2));
-    EXPECT_EQ(font_->encode("B"), std::nullopt);
+    EXPECT_EQ(font_->encode("Ж", 0), std::string("\0\1", 2));
+    EXPECT_EQ(font_->encode("B", 0), std::nullopt);
 
     read(composite("/Identity-H", "/DW 400"), "cid.cff");
     EXPECT_EQ(shown("\x01\x2C"), "\uE12C:400");
@@ -196,8 +208,8 @@ TEST_F(PageFontTest, Type3GoesByItsMatrix) {
          "/a65] >>");
     EXPECT_EQ(shown(" !\"A"), " :300 b:600 c:0 \uE041:0");
     EXPECT_DOUBLE_EQ(font_->spaceAdvance(), 0.3);
-    EXPECT_EQ(font_->encode("b"), "!");
-    EXPECT_EQ(font_->encode("c"), std::nullopt) << "no procedure";
+    EXPECT_EQ(font_->encode("b", 0), "!");
+    EXPECT_EQ(font_->encode("c", 0), std::nullopt) << "no procedure";
     EXPECT_EQ(font_->faceCount(), 0);
     read("/Subtype /Type3 /CharProcs << /a65 6 0 R >> /Encoding << /Differences [65 /a65] >>");
     EXPECT_EQ(shown("A"), "A:0") << "a name that says nothing";
@@ -239,7 +251,7 @@ TEST_F(PageFontTest, HostileDictionariesAreRead) {
         SCOPED_TRACE(entries);
         read(entries, "", "begincmap <");
         EXPECT_NE(shown("a\xFF"), "");
-        EXPECT_EQ(font_->encode(""), std::nullopt);
+        EXPECT_EQ(font_->encode("", 0), std::nullopt);
         EXPECT_GT(font_->spaceAdvance(), 0);
     }
     DocumentCache& cache = *cache_;

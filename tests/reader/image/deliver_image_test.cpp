@@ -258,7 +258,7 @@ TEST_F(DeliverImageTest, InlineImages) {
         indirectObject(reference.get(), 5, 0);
         const ObjectOwner dictionary = resolveObject(cache, reference.get());
         const Image image = deliverInlineImage(cache, dictionary.get(),
-                                               std::as_bytes(std::span(row.data)), Colour());
+                                               std::as_bytes(std::span(row.data)), Colour(), false);
         ASSERT_NE(image, Image::null) << row.dictionary;
         EXPECT_EQ(test::imageText((*taker_)[image]), row.wanted) << row.dictionary;
     }

@@ -61,11 +61,22 @@ protected:
                        (isObject                  ? "]"
                         : document().clipped(art) ? ">"
                                                   : ")");
+            } else if (document().kind(art) == ArtKind::placed) {
+                all += bitmap(document().placedImage(art));
             } else {
                 all += path(art);
             }
         }
         return all;
+    }
+
+    static std::string bitmap(const PlacedImage& placed) {
+        std::array<char, 120> text{};
+        const Matrix& matrix = placed.matrix;
+        std::snprintf(text.data(), text.size(), "bitmap %u: %g,%g %gx%g",
+                      static_cast<unsigned>(placed.image), realFromFixed(matrix.tx),
+                      realFromFixed(matrix.ty), realFromFixed(matrix.a), realFromFixed(matrix.d));
+        return text.data();
     }
 
     std::string path(Art art) {
@@ -140,7 +151,10 @@ TEST_F(GlyphDrawingTest, ProceduresPaintInThePlaceOfGlyphs) {
         {"it shows itself", "10 0 d0 0 0 1 1 re f BT /T 10 Tf (a) Tj ET", "(a) Tj (a) Tj", "", 2},
         {"it shows text in the font in force", "10 0 d0 0 0 1 1 re f BT (a) Tj ET", "(a) Tj", "",
          1},
-        {"an image", "10 0 d0 0 0 1 1 re f BI /W 1 /H 1 /IM true ID a EI", "(aa) Tj", "", 1},
+        {"a bitmap", "10 0 0 0 4 8 d1 4 0 0 8 0 0 cm BI /W 1 /H 1 /IM true ID a EI", "(aa) Tj",
+         "[bitmap 1: 100,700 4x8 bitmap 1: 110,700 4x8]"},
+        {"bitmaps are told apart by colour", "10 0 0 0 4 8 d1 BI /W 1 /H 1 /IM true ID a EI",
+         "(a) Tj 0 g (a) Tj", "[bitmap 1: 100,700 1x1] [bitmap 2: 110,700 1x1]"},
         {"half of it is seen through", "10 0 d0 /H gs 0 0 4 8 re f", "(a) Tj", "", 1,
          tenth + " /Resources << /ExtGState << /H << /ca .5 >> >> >>"},
         {"a pattern", square, "/Pattern cs /P scn (a) Tj .75 g (a) Tj", "[110,700 114,708 f0.25]",

@@ -181,9 +181,14 @@ TEST_F(SetTextTest, NewLinesInManyScripts) {
     const auto left = TextOrder::leftToRight;
     const auto right = TextOrder::rightToLeft;
     const Row rows[] = {
-        {"office AVATAR", "DejaVu Sans", left},         {hello.c_str(), "DejaVu Sans", right},
-        {hello.c_str(), "DejaVu Sans", left},           {shalom.c_str(), "DejaVu Sans", right},
-        {chinese.c_str(), "Droid Sans Fallback", left}, {mixed.c_str(), "DejaVu Sans", left},
+        {"office AVATAR", "DejaVu Sans", left},
+        {hello.c_str(), "DejaVu Sans", right},
+        {hello.c_str(), "DejaVu Sans", left},
+        {shalom.c_str(), "DejaVu Sans", right},
+        {chinese.c_str(), "Droid Sans Fallback", left},
+        {mixed.c_str(), "DejaVu Sans", left},
+        // One glyph is a part of several letters.
+        {"\xE1\xBA\xA5 \xC3\xA2 x\xC3\xA2 \xE1\xBA\xAD", "DejaVu Sans Mono", left},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.letters);
@@ -198,6 +203,47 @@ TEST_F(SetTextTest, NewLinesInManyScripts) {
         EXPECT_THAT(found, HasSubstr(wanted));
         EXPECT_EQ(count("/Subtype /Type0"), row.letters == mixed ? 2U : 1U);
     }
+}
+
+/// What nobody sees is no reason for another font, or for none.
+TEST_F(SetTextTest, BlanksThatAFontLacks) {
+    for (const std::string blank :
+         {"\xC2\xA0", "\xE1\x9A\x80", "\xE2\x80\x89", "\xE2\x80\x8B", "\xE2\x80\x8F", "\xC2\xAD"}) {
+        SCOPED_TRACE(::testing::PrintToString(blank));
+        fonts_.clear();
+        openPage(twoLines);
+        retype(1, "he" + blank + "ab");
+        add(at(300, 300), "x" + blank + "y" + blank, {.family = "DejaVu Sans Mono"});
+        ASSERT_NO_FATAL_FAILURE(expectSaved());
+        ASSERT_EQ(fonts_.size(), 1U);
+        EXPECT_THAT(fonts_[0], ::testing::StartsWith("DejaVu Sans Mono|xy"));
+        EXPECT_THAT(newContent(), Not(HasSubstr("<0000")));
+    }
+}
+
+/// They tell words apart, though nobody sees them.
+TEST_F(SetTextTest, JoinersStay) {
+    openPage(twoLines);
+    const std::string joiner = "\xE2\x80\x8C";
+    add(at(300, 300), "\xD9\x85\xDB\x8C" + joiner + "\xD8\xB1\xD9\x88", {.family = "DejaVu Sans"});
+    ASSERT_NO_FATAL_FAILURE(expectSaved());
+    EXPECT_THAT(std::string(document_->textRun(art(2), 0).text), HasSubstr(joiner));
+}
+
+/// Letters that are set apart have a glyph each, where the font has one.
+TEST_F(SetTextTest, LigaturesOfThePage) {
+    openFile(PdfBuilder::onePage("BT /F 10 Tf 100 700 Td (f1i) Tj 0 -20 Td (f) Tj ET",
+                                 "/Resources << /Font << /F 20 0 R >> >>")
+                 .object(20, "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica /Encoding << "
+                             "/Differences [49 /fi] >> /ToUnicode 21 0 R >>")
+                 .stream(21, "beginbfchar <31> <00660069> endbfchar")
+                 .bytes());
+    retype(1, "fi");
+    ASSERT_NO_FATAL_FAILURE(expectSaved());
+    EXPECT_THAT(newContent(), HasSubstr("[<31> ] TJ"));
+    retype(1, "fi", fixedOne);
+    ASSERT_EQ(save(), 0U);
+    EXPECT_THAT(newContent(), HasSubstr("[<6669> ] TJ"));
 }
 
 /// What a line in the font says of its place when it is opened again.

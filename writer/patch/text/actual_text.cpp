@@ -50,7 +50,7 @@ std::optional<std::string> withoutActualText(std::string_view bytes) {
     for (std::size_t i = 0; i + 1 < tokens.size(); ++i) {
         depth += tokens[i] == "<<" ? 2 : tokens[i] == ">" ? -1 : 0;
         const std::string_view value = tokens[i + 1];
-        if (depth == 2 && tokens[i] == "/ActualText" && value != "<<" &&
+        if (depth == 2 && isName(tokens[i], "ActualText") && value != "<<" &&
             (value.front() == '(' || value.front() == '<')) {
             const auto start = static_cast<std::size_t>(tokens[i].data() - bytes.data());
             const auto end = static_cast<std::size_t>(value.data() - bytes.data()) + value.size();

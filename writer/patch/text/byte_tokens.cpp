@@ -3,7 +3,9 @@
 #include "filters/character.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstddef>
+#include <string>
 
 namespace corvane {
 
@@ -99,6 +101,24 @@ std::vector<std::string_view> tokensOf(std::string_view bytes) {
         tokens.push_back(token);
     }
     return tokens;
+}
+
+bool isName(std::string_view token, std::string_view name) {
+    if (!token.starts_with('/')) {
+        return false;
+    }
+    constexpr int hexadecimal = 16;
+    std::string decoded;
+    for (std::size_t i = 1; i < token.size(); ++i) {
+        unsigned byte = 0;
+        const char* const digits = token.data() + i + 1;
+        const bool isEscaped =
+            token[i] == '#' && i + 2 < token.size() &&
+            std::from_chars(digits, digits + 2, byte, hexadecimal).ptr == digits + 2;
+        decoded += isEscaped ? static_cast<char>(byte) : token[i];
+        i += isEscaped ? 2 : 0;
+    }
+    return decoded == name;
 }
 
 } // namespace corvane

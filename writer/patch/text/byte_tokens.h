@@ -10,4 +10,7 @@ namespace corvane {
 /// one, `>>` are two. White space and comments are passed over.
 std::vector<std::string_view> tokensOf(std::string_view bytes);
 
+/// Whether the token is that name, escaped or not.
+bool isName(std::string_view token, std::string_view name);
+
 } // namespace corvane

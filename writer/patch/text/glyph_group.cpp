@@ -2,18 +2,24 @@
 
 #include "writer/patch/group_parts.h"
 #include "writer/patch/movement.h"
+#include "writer/patch/placed_image.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace corvane {
 
-bool isGroupOfPaths(Art art) {
+bool isGlyphGroup(Art art) {
     const ChargedList<GroupPart> parts = partsOf(art);
     return std::ranges::all_of(parts.items(), [](const GroupPart& part) {
         return part.kind == ArtKind::group || part.kind == ArtKind::path ||
-               part.kind == ArtKind::compound;
+               part.kind == ArtKind::compound || part.kind == ArtKind::placed;
     });
+}
+
+bool holdsImages(Art art) {
+    const ChargedList<GroupPart> parts = partsOf(art);
+    return std::ranges::find(parts.items(), ArtKind::placed, &GroupPart::kind) != parts.items().end();
 }
 
 ArtDifference compareGlyphs(Art was, Art is) {
@@ -26,9 +32,11 @@ ArtDifference compareGlyphs(Art was, Art is) {
         if (ofWas[i].kind == ArtKind::group) {
             continue;
         }
-        ArtDifference path = compareArt(ofWas[i].art, ofIs[i].art);
-        isMoved = std::exchange(path.shape, false) || isMoved;
-        difference.letters = path.any();
+        const bool isImage = ofWas[i].kind == ArtKind::placed;
+        ArtDifference part = isImage ? compareImages(ofWas[i].art, ofIs[i].art)
+                                     : compareArt(ofWas[i].art, ofIs[i].art);
+        isMoved = std::exchange(isImage ? part.place : part.shape, false) || isMoved;
+        difference.letters = part.any();
     }
     if (isMoved && !difference.letters) {
         difference.place = movementOf(was, is).has_value();

@@ -1,5 +1,6 @@
 #include "writer/patch/text/show_bytes.h"
 
+#include "runtime/exception.h"
 #include "writer/patch/text/byte_tokens.h"
 
 #include <algorithm>
@@ -13,10 +14,12 @@ bool isString(std::string_view token) {
     return token.front() == '(' || (token.front() == '<' && token != "<<");
 }
 
-/// What is one token and one element: others may be of several tokens.
+/// What is one token and one element: others may be of several tokens. Readers pass over what
+/// neither shows nor moves.
 bool isElement(std::string_view token) {
-    constexpr std::string_view startsOfNumbers = "+-.0123456789";
-    return isString(token) || startsOfNumbers.find(token.front()) != std::string_view::npos;
+    constexpr std::string_view starts = "/+-.0123456789";
+    return isString(token) || starts.find(token.front()) != std::string_view::npos ||
+           token == "null" || token == "true" || token == "false";
 }
 
 } // namespace
@@ -44,6 +47,20 @@ std::optional<ShowBytes> showBytes(std::string_view bytes) {
     show.elements.push_back(tokens.back());
     show.before.assign(tokens.end() - 1 - static_cast<std::ptrdiff_t>(numbers), tokens.end() - 1);
     return show;
+}
+
+const ShowBytes& ShownOperators::at(TraceIndex event, std::int32_t elements) {
+    if (!show_ || event_ != event) {
+        const TraceEvent& shown = trace_.events()[event];
+        text_.clear();
+        bytes_.append(text_, {shown.start, shown.end});
+        show_ = showBytes(text_);
+        event_ = event;
+    }
+    if (!show_ || static_cast<std::size_t>(elements) > show_->elements.size()) {
+        failException(Exception::unpatchable);
+    }
+    return *show_;
 }
 
 } // namespace corvane

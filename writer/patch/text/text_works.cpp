@@ -16,19 +16,18 @@ namespace corvane {
 
 namespace {
 
+/// From the artboard to the space in which the text was shown.
+std::optional<RealMatrix> backOf(const ContentTrace& trace, const PaintedArt& was) {
+    return inverse(trace.matrix(trace.events()[was.event].behind.matrix));
+}
+
 /// The page's own bytes of a part of what an operator shows.
 void ownBytesWorks(PatchTools& tools, const PaintedArt& was) {
-    const TraceEvent& event = tools.trace.events()[was.event];
-    std::string bytes;
-    tools.bytes.append(bytes, {event.start, event.end});
     const ShownPart& part = tools.trace.textPart(was.part);
-    const std::optional<ShowBytes> show = showBytes(bytes);
-    if (!show || static_cast<std::size_t>(part.endElement) > show->elements.size()) {
-        failException(Exception::unpatchable);
-    }
+    const ShowBytes& show = tools.shown.at(was.event, part.endElement);
     tools.walk.text.add("[");
     for (std::int32_t i = part.firstElement; i < part.endElement; ++i) {
-        tools.walk.text.add(show->elements[static_cast<std::size_t>(i)]);
+        tools.walk.text.add(show.elements[static_cast<std::size_t>(i)]);
         tools.walk.text.add(" ");
     }
     tools.walk.text.add("] TJ\n");
@@ -69,28 +68,32 @@ void sourcedTextWorks(PatchTools& tools, const BaseReading& base, const PaintedA
     Walk& walk = tools.walk;
     const TraceEvent& event = tools.trace.events()[was.event];
     const RealMatrix& ctm = tools.trace.matrix(event.behind.matrix);
-    const std::optional<RealMatrix> back = inverse(ctm);
-    if (!back) {
-        failException(Exception::unpatchable);
-    }
     const PathStyle style = runOf(is.art, is.run).style;
     if (difference.fill) {
         colorWorks(walk, style.fill, true);
     }
     strokeWorks(walk, style, difference, meanStretch(ctm));
     walk.text.add("BT\n");
+    lettersWorks(tools, base, was, is, difference);
+    walk.text.add("ET\n");
+}
+
+void lettersWorks(PatchTools& tools, const BaseReading& base, const PaintedArt& was,
+                  const EditedObject& is, const ArtDifference& difference) {
+    const std::optional<RealMatrix> back = backOf(tools.trace, was);
+    if (!back) {
+        failException(Exception::unpatchable);
+    }
     if (difference.letters) {
         typedWorks(tools, is, *back);
     } else {
         const RealMatrix movement = difference.place ? movementOfText(base, was, is) : RealMatrix();
-        movedWorks(tools, was, textModeOf(style), movement, *back);
+        movedWorks(tools, was, textModeOf(runOf(is.art, is.run).style), movement, *back);
     }
-    walk.text.add("ET\n");
 }
 
 void movedGlyphsWorks(PatchTools& tools, const PaintedArt& was, const RealMatrix& movement) {
-    const TraceEvent& event = tools.trace.events()[was.event];
-    const std::optional<RealMatrix> back = inverse(tools.trace.matrix(event.behind.matrix));
+    const std::optional<RealMatrix> back = backOf(tools.trace, was);
     if (!back) {
         failException(Exception::unpatchable);
     }

@@ -22,4 +22,8 @@ void newTextWorks(PatchTools& tools, const EditedObject& is);
 /// Shows again what glyph procedures drew, moved on the artboard; the CTM must have an inverse.
 void movedGlyphsWorks(PatchTools& tools, const PaintedArt& was, const RealMatrix& movement);
 
+/// The letters of it alone, within a text object: typed, or the page's own in another place.
+void lettersWorks(PatchTools& tools, const BaseReading& base, const PaintedArt& was,
+                  const EditedObject& is, const ArtDifference& difference);
+
 } // namespace corvane

@@ -47,6 +47,8 @@ TEST(ShowBytes, Tokens) {
              Row{"[] TJ", "TJ"},
              Row{"% (no) Tj\n(ab) % [\r Tj", "Tj: (ab)"},
              Row{"[(a) % ] TJ\n 5 (b)] TJ", "TJ: (a) | 5 | (b)"},
+             Row{"[(a) null /N#20 true 3 false (b)] TJ",
+                 "TJ: (a) | null | /N#20 | true | 3 | false | (b)"},
              // What comes before the operands is dropped by readers.
              Row{"9 /Name (x) (ab) Tj", "Tj: (ab)"},
              Row{"[(x)] [(ab) 3] TJ", "TJ: (ab) | 3"},

@@ -256,7 +256,7 @@ TEST_F(TextPatchTest, Edits) {
         {"what text reads as goes with its letters",
          "/P <</MCID 0/ActualText<FEFF0031>/E(x)>>BDC BT /F 10 Tf 100 700 Td (ab) Tj "
          "/Span<</ActualText(ef)>>BDC (cd) Tj EMC ET EMC "
-         "/Span <</A <</ActualText (q)>> /ActualText (g\\)h)>> BDC BT 100 680 Td (gh) Tj ET EMC "
+         "/Span <</A <</ActualText (q)>> /Actual#54ext (g\\)h)>> BDC BT 100 680 Td (gh) Tj ET EMC "
          "/Span <</ActualText (on)>> BDC BT 100 660 Td (on) Tj ET EMC",
          [](Typist& it) {
              it.retype(0, 0, "ba");
@@ -272,6 +272,35 @@ TEST_F(TextPatchTest, Edits) {
              "[-1112 ] "
              "TJ\n ET\nq\nq\n.5 g\nBT\n/F 10 Tf\n" +
              plain + "1 0 0 1 100 660 Tm\n[(on) ] TJ\nET\nQ\nQ\n EMC\n"},
+        {"tags within a text object stay",
+         "BT /F 10 Tf 2 Ts 100 700 Td /P BMC (ab) Tj [(cd) 20 (ef)] TJ EMC 12 TL /P BMC (gh) ' EMC "
+         "/P BMC T* (no) Tj EMC ET 0 0 9 9 re f",
+         [](Typist& it) {
+             it.retype(0, 1, "hello");
+             it.retype(1, 0, "ab");
+             it.move(2, 3, 4);
+         },
+         "2 3 0 0 0",
+         "BT /F 10 Tf 2 Ts 100 700 Td /P BMC (ab) Tj  [] TJ\n/F 10 Tf 0 Tc 0 Tw 100 Tz 2 Ts 0 Tr\n"
+         "1 0 0 1 111.12 700 Tm\n[<68656C6C6F> ] TJ\n/F 10 Tf\n0 Tc 0 Tw 100 Tz 2 Ts 0 Tr\n"
+         "1 0 0 1 100 700 Tm\n[-2982 ] TJ\n EMC 12 TL /P BMC  T* [] TJ\n"
+         "/F 10 Tf 0 Tc 0 Tw 100 Tz 2 Ts 0 Tr\n1 0 0 1 100 688 Tm\n[<6162> ] TJ\n/F 10 Tf\n"
+         "0 Tc 0 Tw 100 Tz 2 Ts 0 Tr\n1 0 0 1 100 688 Tm\n[-1112 ] TJ\n EMC /P BMC T*  [] TJ\n"
+         "/F 10 Tf\n0 Tc 0 Tw 100 Tz 2 Ts 0 Tr\n1 0 0 1 103 680 Tm\n[(no) ] TJ\n/F 10 Tf\n"
+         "0 Tc 0 Tw 100 Tz 2 Ts 0 Tr\n1 0 0 1 100 676 Tm\n[-1112 ] TJ\n EMC ET 0 0 9 9 re f\n"},
+        {"what is painted otherwise leaves the tags of others",
+         "BT /F 10 Tf 100 700 Td (ab) Tj ET /P BMC BT 100 680 Td (cd) Tj ET EMC",
+         [](Typist& it) {
+             it.gray(0, 0);
+             it.gray(1, 0);
+         },
+         "0 2 0 0 0",
+         "BT /F 10 Tf 100 700 Td  [-1112 ] TJ\n ET\nq\nq\n.5 g\nBT\n/F 10 Tf\n" + plain +
+             "1 0 0 1 100 700 Tm\n[(ab) ] TJ\nET\nQ\nQ\n /P BMC BT 100 680 Td  [-1056 ] TJ\n "
+             "ET\nq\nq\n.5 g\nBT\n/F 10 Tf\n" +
+             plain + "1 0 0 1 100 680 Tm\n[(cd) ] TJ\nET\nQ\nQ\n EMC\n"},
+        {"text outside stays", "BT /F 10 Tf 9 9 Td (ab) Tj ET 1 0 0 1 100 600 Tm (cd) Tj (ef) Tj",
+         [](Typist& it) { it.retype(0, 0, "no"); }, "2 1 0 0 0", ""},
         {"new text", threeRuns,
          [](Typist& it) { it.add(50, 50, "hello (no)", it.document.textRun(it.texts[0], 0).font); },
          "3 0 1 0 0", ""},
@@ -365,6 +394,16 @@ TEST_F(TextPatchTest, NamesOfFontsAreEscaped) {
     ASSERT_NO_FATAL_FAILURE(expectTextSaved());
     EXPECT_EQ(facts(), "1 1 0 0 0");
     EXPECT_THAT(newContent(), HasSubstr("/F#20#28b 10 Tf 0 Tc"));
+}
+
+TEST_F(TextPatchTest, AFontThatOnlyAStateNames) {
+    openFile(withResources(PdfBuilder::onePage(
+                               "/B gs BT 100 700 Td (ab) Tj 0 -20 Td (cd) Tj ET",
+                               "/Resources << /ExtGState << /B << /Font [20 0 R 10] >> >> >>"))
+                 .bytes());
+    typist().retype(1, 0, "no");
+    ASSERT_NO_FATAL_FAILURE(expectTextSaved());
+    EXPECT_THAT(newContent(), HasSubstr("/F1 10 Tf 0 Tc"));
 }
 
 TEST_F(TextPatchTest, ALetterThatNoFontHasRefusesTheSave) {
