@@ -31,7 +31,7 @@ enum class BlendMode : std::uint8_t {
 };
 
 /// A soft mask that the host's document holds; 0 is null.
-enum class Mask : std::uint32_t { null = 0 };
+enum class SoftMask : std::uint32_t { null = 0 };
 
 /// Of any art; opacities are 0 to 1. Art that has none of its own has the defaults.
 struct Appearance {
@@ -42,7 +42,7 @@ struct Appearance {
     BlendMode blend = BlendMode::normal;
     bool isIsolated = false; ///< of groups: what they hold does not blend with what is behind them
     bool isKnockout = false; ///< of groups: what they hold does not show what they hold behind it
-    Mask mask = Mask::null;
+    SoftMask mask = SoftMask::null;
     friend constexpr bool operator==(const Appearance&, const Appearance&) = default;
 };
 

@@ -200,8 +200,8 @@ inline constexpr Slot<HostError(Layer, LayerRole*)> getLayerRole{355};
 inline constexpr Slot<HostError(Art, const Appearance*)> setAppearance{356};
 inline constexpr Slot<HostError(Art, Appearance*)> getAppearance{357};
 /// The mask takes the content over, which must not use it.
-inline constexpr Slot<HostError(const MaskFacts*, Mask*)> addMask{358};
-inline constexpr Slot<HostError(Mask, MaskFacts*)> getMask{359};
+inline constexpr Slot<HostError(const MaskFacts*, SoftMask*)> addMask{358};
+inline constexpr Slot<HostError(SoftMask, MaskFacts*)> getMask{359};
 /// Equal gradients are one, and so are equal patterns.
 inline constexpr Slot<HostError(const GradientFacts*, PaintSource*)> addGradient{360};
 inline constexpr Slot<HostError(PaintSource gradient, GradientFacts*)> getGradient{361};
