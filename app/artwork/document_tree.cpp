@@ -73,6 +73,7 @@ void Document::copyProperties(NodeIndex from, NodeIndex to) {
     sources_.copy(from, to);
     texts_.copy(from, to);
     placed_.copy(from, to);
+    linked_.copy(from, to);
 }
 
 /// Copies all that `from` holds into `to`, which holds nothing yet.
@@ -97,6 +98,7 @@ void Document::freeNode(NodeIndex node) {
     sources_.erase(node);
     texts_.erase(node);
     placed_.erase(node);
+    linked_.erase(node);
     artworks_.erase(node);
     tree_.free(node);
 }

@@ -46,7 +46,7 @@ std::optional<std::string> realPath(const std::string& path) {
 }
 
 /// The path in an address of a file; what stands behind "?" and "#" is no part of it.
-std::string pathOf(std::string_view address) {
+std::string pathIn(std::string_view address) {
     if (!schemeOf(address).empty()) {
         address.remove_prefix(schemeOf(address).size() + 1);
     }
@@ -115,7 +115,11 @@ ImageFolders::ImageFolders(std::string own, std::vector<std::string> others, boo
 }
 
 std::shared_ptr<const ByteOrigin> ImageFolders::find(std::string_view address) const {
-    const std::string path = pathOf(address);
+    return fileOrigin(pathOf(address));
+}
+
+std::string ImageFolders::pathOf(std::string_view address) const {
+    const std::string path = pathIn(address);
     if (path.empty() || path.find('\0') != std::string::npos) {
         throw ImageError("is no name of a file");
     }
@@ -130,7 +134,7 @@ std::shared_ptr<const ByteOrigin> ImageFolders::find(std::string_view address) c
             "lies outside the folder of the artwork; name its folder with --images, or "
             "say --allow-files");
     }
-    return fileOrigin(*place);
+    return *place;
 }
 
 } // namespace corvane

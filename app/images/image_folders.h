@@ -31,6 +31,8 @@ public:
     /// The file that an address of kind `file` names. Links count as what they lead to. Throws
     /// `ImageError` where it is missing or must not be read.
     std::shared_ptr<const ByteOrigin> find(std::string_view address) const;
+    /// Its path, likewise.
+    std::string pathOf(std::string_view address) const;
 
 private:
     std::string own_;

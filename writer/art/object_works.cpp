@@ -7,6 +7,7 @@
 #include "runtime/rules.h"
 #include "runtime/warning.h"
 #include "writer/art/path_works.h"
+#include "writer/art/placed_works.h"
 #include "writer/art/text_works.h"
 
 namespace corvane {
@@ -85,6 +86,11 @@ void visitWorks(Walk& walk, Art art, ArtStack& pending, bool writesGroups) {
     case 5:
     case 6:
         return; // kinds that are not drawn
+    case 7:
+        if (!rules().readsImages) {
+            return placedWorks(walk, art);
+        }
+        [[fallthrough]]; // images of today are patches
     default:
         failException(Exception::type);
     }

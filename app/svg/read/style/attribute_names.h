@@ -146,6 +146,7 @@ enum class Attribute : std::uint8_t {
     dataExact,
     dataDx,
     dataImage,
+    dataEpsf,
     dataKept,
     dataCompound,
     dataColumn,
