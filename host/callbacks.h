@@ -32,7 +32,7 @@ struct Slot {
     int number;
 };
 
-inline constexpr int slotCount = 364;
+inline constexpr int slotCount = 366;
 
 namespace slot {
 
@@ -182,6 +182,15 @@ inline constexpr Slot<HostError(Image, std::byte* bytes, std::int64_t room, std:
     readImageBytes{345};
 inline constexpr Slot<HostError(Art placed, const PlacedImage*)> setPlacedImage{346};
 inline constexpr Slot<HostError(Art placed, PlacedImage*)> getPlacedImage{347};
+
+// Classic placed art: a linked file. Its matrix leads from the space of the file's bounding box to
+// the artboard, b and c negated.
+inline constexpr Slot<HostError(Art placed, const Matrix*)> setPlacedMatrix{67};
+inline constexpr Slot<HostError(Art placed, FileSpecification*)> getPlacedFile{68};
+inline constexpr Slot<HostError(Art placed, const FileSpecification*)> setPlacedFile{69};
+inline constexpr Slot<HostError(Art placed, Matrix*)> getPlacedMatrix{364};
+/// The preview that the file has in its resource fork, which the caller disposes of; null: none.
+inline constexpr Slot<HostError(Art placed, Handle* picture)> getPlacedPict{365};
 
 // What groups and layers are in the file
 inline constexpr Slot<HostError(Art group, const FormFacts*)> setForm{348};

@@ -47,6 +47,10 @@ std::span<const StaticResource> pluginResources() {
     static const Lists lists;
     static const std::array resources = {
         StaticResource{textType, templateText, "", std::as_bytes(std::span(templateFile()))},
+        StaticResource{textType, epsfImageText, "",
+                       std::as_bytes(std::span(epsfImageProcedures()))},
+        StaticResource{textType, epsfMaskText, "",
+                       std::as_bytes(std::span(epsfMaskProcedures()))},
         StaticResource{rowsType, encodingTables, "", encodingRows()},
         StaticResource{namesType, encodingTables, "", glyphNames()},
         StaticResource{listType, exceptionTexts, "", lists.exceptions},

@@ -13,6 +13,11 @@ namespace corvane {
 /// "TEXT": the template of a PDF file, one page, lines ended by carriage returns.
 inline constexpr std::int16_t templateText = 16000;
 
+/// "TEXT": PostScript of EPSF files. The first goes on behind the numbers of "%ImageData" and
+/// defines `beginimage` for four channels of 8 bits; the second defines it anew for masks.
+inline constexpr std::int16_t epsfImageText = 16001;
+inline constexpr std::int16_t epsfMaskText = 16002;
+
 /// "BYTE": rows of 256 codes of Mac OS Roman, one for each code of an encoding: the standard one,
 /// MacRoman, MacExpert, WinAnsi. "NAME": the 256 glyphs of Mac OS Roman, 16 bytes each, filled up
 /// with zeros.
@@ -47,5 +52,9 @@ std::span<const std::byte> glyphNames();
 
 /// A minimal PDF file of one empty page.
 std::string_view templateFile();
+
+/// The PostScript of EPSF files.
+std::string_view epsfImageProcedures();
+std::string_view epsfMaskProcedures();
 
 } // namespace corvane

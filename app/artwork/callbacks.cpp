@@ -73,6 +73,7 @@ void fillTable(std::span<HostProcedure> table) {
     fillFontSlots(table);
     fillOpenRunSlots(table);
     fillTextWalkSlots(table);
+    fillPlacedSlots(table);
 
     fillSlot(table, slot::addImage, answer::addImage);
     fillSlot(table, slot::addImageBytes, answer::addImageBytes);

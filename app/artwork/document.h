@@ -17,6 +17,7 @@
 #include "app/artwork/page.h"
 #include "app/artwork/paint/paint.h"
 #include "app/artwork/paint/paint_table.h"
+#include "app/artwork/placed_files.h"
 #include "app/artwork/segments.h"
 #include "app/artwork/side_table.h"
 #include "app/artwork/styles.h"
@@ -124,6 +125,11 @@ public:
     PlacedImage placedImage(Art placed) const;
     /// The image must be here.
     void setPlacedImage(Art placed, const PlacedImage&);
+    PlacedFiles& placedFiles() { return placedFiles_; }
+    /// The file that the object is linked to, or null.
+    const PlacedFile* placedFile(Art placed) const;
+    /// Links the object; the picture of the file is what it shows.
+    void setPlacedFile(Art placed, PlacedFileId);
 
     // Paint. Records stay for the document's life, where they are; equal ones are one. A style may
     // only use sources that are here, of its colour's kind.
@@ -184,6 +190,8 @@ private:
     TextTable texts_;
     ImageTable images_;
     SideTable<PlacedImage> placed_;
+    PlacedFiles placedFiles_;
+    SideTable<PlacedFileId> linked_;
     SideTable<ArtSource> sources_;
     SideTable<FormFacts> forms_;
     ContentLayerTable contentLayers_;

@@ -14,4 +14,18 @@ void Document::setPlacedImage(Art placed, const PlacedImage& image) {
     placed_.set(node, image);
 }
 
+const PlacedFile* Document::placedFile(Art placed) const {
+    const PlacedFileId* const found = linked_.find(tree_.find(placed, ArtKind::placed));
+    return found == nullptr ? nullptr : &placedFiles_.at(*found);
+}
+
+void Document::setPlacedFile(Art placed, PlacedFileId id) {
+    const NodeIndex node = tree_.find(placed, ArtKind::placed);
+    const PlacedFile& file = placedFiles_.at(id);
+    PlacedImage image = placedImage(placed);
+    image.image = file.view.image;
+    setPlacedImage(placed, image);
+    linked_.set(node, id);
+}
+
 } // namespace corvane

@@ -75,6 +75,7 @@ void Document::copyProperties(NodeIndex from, NodeIndex to) {
     groupLayers_.copy(from, to);
     texts_.copy(from, to);
     placed_.copy(from, to);
+    linked_.copy(from, to);
 }
 
 /// Copies all that `from` holds into `to`, which holds nothing yet.
@@ -101,6 +102,7 @@ void Document::freeNode(NodeIndex node) {
     groupLayers_.erase(node);
     texts_.erase(node);
     placed_.erase(node);
+    linked_.erase(node);
     artworks_.erase(node);
     tree_.free(node);
 }

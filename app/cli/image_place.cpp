@@ -6,7 +6,7 @@
 namespace corvane {
 
 ImagePlace::ImagePlace(const Arguments& arguments, ImageFolder& folder, const std::string& output)
-    : folder_(folder), path_(folder.path()) {
+    : folder_(folder), path_(folder.path()), viewer_(folderAddress(output, path_)) {
     if (arguments.imagePlace == PartPlace::none) {
         return;
     }
@@ -19,6 +19,7 @@ ImagePlace::ImagePlace(const Arguments& arguments, ImageFolder& folder, const st
 
 void ImagePlace::keep(Report& report) {
     folder_.keep();
+    viewer_.keep();
     if (files_) {
         files_->keep();
         if (files_->written() + files_->found() != 0) {

@@ -7,6 +7,7 @@
 #include "app/cli/files/image_folder.h"
 #include "app/cli/report/report.h"
 #include "app/images/embedded_images.h"
+#include "app/images/epsf_viewer.h"
 
 #include <optional>
 #include <string>
@@ -22,6 +23,8 @@ public:
 
     /// Null: images are not kept.
     ImageStore* store() const { return store_; }
+    /// Shows the files that art of the original profile is linked to.
+    PlacedFileViewer* viewer() { return &viewer_; }
 
     /// Runs `body`, which has the plug-in work. Where that failed because an image could not be
     /// written, it raises that.
@@ -47,6 +50,7 @@ private:
     std::optional<ImageFiles> files_;
     std::optional<EmbeddedImages> embedded_;
     ImageStore* store_ = nullptr;
+    EpsfViewer viewer_;
 };
 
 } // namespace corvane

@@ -191,6 +191,10 @@ bool Listener::chooseFolder(std::int16_t& volume, std::int32_t& directory) {
     remember([&] {
         const std::string& path = imageFolder_.use();
         FileSpecification file;
+        if (path.empty()) {
+            report_.error = Fault{code::io, "the page has images, and there is no folder for "
+                                                  "their files; name one with --images"};
+        }
         // The name is not looked at: what counts is the folder that it lies in.
         if (!path.empty() && makeFileSpecification(path + "/picture", file) == noErr) {
             volume = file.volume;

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <string>
+#include <vector>
 
 namespace corvane {
 
@@ -28,6 +29,24 @@ std::int32_t grayedStrokes(const Document& document) {
     return count;
 }
 
+/// Takes images out that the classic host has no EPSF file for; how many there were.
+std::int32_t takeUnlinked(Document& document) {
+    std::vector<Art> unlinked;
+    for (Layer layer = document.firstLayer(); layer != Layer::null;
+         layer = document.nextLayer(layer)) {
+        const Art top = document.layerArt(layer);
+        for (Art art = top; art != Art::null; art = following(document, art, top)) {
+            if (document.kind(art) == ArtKind::placed && document.placedFile(art) == nullptr) {
+                unlinked.push_back(art);
+            }
+        }
+    }
+    for (const Art art : unlinked) {
+        document.dispose(art);
+    }
+    return static_cast<std::int32_t>(unlinked.size());
+}
+
 } // namespace
 
 void warnOfOmitted(Report& report) {
@@ -37,7 +56,7 @@ void warnOfOmitted(Report& report) {
     }
 }
 
-void weighLosses(const Arguments& arguments, const Document& document,
+void weighLosses(const Arguments& arguments, Document& document,
                  const std::vector<SvgImage>& images, bool keepsPage, Report& report) {
     std::vector<std::string> losses;
     const auto lose = [&](const std::string& loss) {
@@ -56,6 +75,12 @@ void weighLosses(const Arguments& arguments, const Document& document,
     }
     if (const std::int32_t grayed = grayedStrokes(document); grayed != 0) {
         lose("gradients and patterns of strokes: " + counted(grayed, "element") + " drawn in gray");
+    }
+    if (arguments.profile == Profile::original) {
+        if (const std::int32_t count = takeUnlinked(document); count != 0) {
+            lose(counted(count, "image") + " without the EPSF file that opening wrote, or changed "
+                                            "since then");
+        }
     }
     if (!arguments.force && !losses.empty()) {
         report.warnings.clear();

@@ -13,7 +13,7 @@ namespace corvane {
 /// A warning for each kind of thing that the saved page will not have. Raises `Failure` where there
 /// are some and the person did not say `--force`. What opening left out is lost only if the page is
 /// drawn anew: `keepsPage` is false.
-void weighLosses(const Arguments& arguments, const Document& document,
+void weighLosses(const Arguments& arguments, Document& document,
                  const std::vector<SvgImage>& images, bool keepsPage, Report& report);
 
 /// A warning for each kind of thing that opening left out.

@@ -78,9 +78,12 @@ void runOpen(const Arguments& arguments, Report& report) {
 
     const OutputTarget target = targetOf(arguments, report.source.page);
     ImageFolder& folder = session.listener().imageFolder();
-    folder.setPath(arguments.images.empty() ? imageFolderName(target.path) : arguments.images);
+    if (arguments.imagePlace != PartPlace::none) {
+        folder.setPath(arguments.images.empty() ? imageFolderName(target.path) : arguments.images);
+    }
     ImagePlace images(arguments, folder, target.path);
     document.images().setStore(images.store());
+    document.placedFiles().setViewer(images.viewer());
     document.page().setProfile(arguments.profile);
     document.expectImport();
     images.explain([&] { session.call(Selector::go); });

@@ -47,7 +47,7 @@ std::optional<std::string> realPath(const std::string& path) {
 }
 
 /// The path in an address of a file; what stands behind "?" and "#" is no part of it.
-std::string pathOf(std::string_view address) {
+std::string pathIn(std::string_view address) {
     if (!schemeOf(address).empty()) {
         address.remove_prefix(schemeOf(address).size() + 1);
     }
@@ -116,7 +116,7 @@ ImageFolders::ImageFolders(std::string own, std::vector<std::string> others, boo
 }
 
 std::string ImageFolders::find(std::string_view address) const {
-    const std::string path = pathOf(address);
+    const std::string path = pathIn(address);
     if (path.empty() || path.find('\0') != std::string::npos) {
         throw ImageError("is no name of a file");
     }

@@ -47,6 +47,14 @@ void writeAddress(TextOutput& out, const std::string& address) {
     }
 }
 
+/// The file that the object is linked to.
+void writeLink(TextOutput& out, const Document& document, Art placed) {
+    const PlacedFile* const file = document.placedFile(placed);
+    if (file != nullptr && !file->view.address.empty()) {
+        writeAttribute(out, "data-epsf", file->view.address);
+    }
+}
+
 void writeSmoothness(TextOutput& out, const PlacedImage& placed) {
     if (!placed.isSmooth) {
         writePlainAttribute(out, "image-rendering", "optimizeSpeed");
@@ -94,6 +102,7 @@ void writeImageAttributes(TextOutput& out, const Document& document, Art placed,
         mark += file.digest ? ' ' + hexadecimal(*file.digest) : "";
         writePlainAttribute(out, "data-image", mark);
     }
+    writeLink(out, document, placed);
     writeAddress(out, file.address);
 }
 
@@ -108,6 +117,7 @@ void writeFrameAttributes(TextOutput& out, const Document& document, Art placed,
     writePlainAttribute(out, "data-kept",
                         std::to_string(facts.width) + ' ' + std::to_string(facts.height) +
                             (facts.key.empty() ? "" : ' ' + std::string(facts.key)));
+    writeLink(out, document, placed);
     const auto corners = cornersOf(image.matrix);
     constexpr std::string_view frame = "M0L1L2L3ZM0L2M1L3";
     out.text(" d=\"");

@@ -3,6 +3,7 @@
 
 #include "reader/classic/line_operators.h"
 #include "reader/content/content_operators.h"
+#include "reader/epsf/image_operators.h"
 #include "runtime/rules.h"
 
 #include <array>
@@ -55,12 +56,23 @@ constexpr std::array commonRows = {
     ContentKeyword{"S", "", strokePathOperator, Role::paintPath},
     ContentKeyword{"W", "", clipPathOperator, Role::clipWord},
     ContentKeyword{"W*", "", eoclipPathOperator, Role::clipWord},
+    ContentKeyword{"d0", "xx", charWidthOperator},
+    ContentKeyword{"d1", "xxxxxx", cacheDeviceOperator},
+};
+
+/// Images of today are pixels that the host holds, those of the original profile linked files.
+constexpr std::array imageRows = {
     ContentKeyword{"BI", "", beginImageOperator, Role::beginImage},
     ContentKeyword{"ID", "", dataImageOperator, Role::imageData},
     ContentKeyword{"EI", "", endImageOperator, Role::endImage},
     ContentKeyword{"Do", "l", doObjectOperator, Role::object},
-    ContentKeyword{"d0", "xx", charWidthOperator},
-    ContentKeyword{"d1", "xxxxxx", cacheDeviceOperator},
+};
+
+constexpr std::array classicImageRows = {
+    ContentKeyword{"BI", "", classic::beginImageOperator, Role::beginImage},
+    ContentKeyword{"ID", "", classic::dataImageOperator, Role::imageData},
+    ContentKeyword{"EI", "", classic::endImageOperator, Role::endImage},
+    ContentKeyword{"Do", "l", classic::doObjectOperator, Role::object},
 };
 
 /// Text of today goes by the letters that fonts of the page show, that of the original profile by
@@ -130,8 +142,10 @@ std::vector<ContentKeyword> rowsInForce() {
     std::vector<ContentKeyword> all(commonRows.begin(), commonRows.end());
     if (rules().profile == Profile::original) {
         all.insert(all.end(), classicTextRows.begin(), classicTextRows.end());
+        all.insert(all.end(), classicImageRows.begin(), classicImageRows.end());
     } else {
         all.insert(all.end(), textRows.begin(), textRows.end());
+        all.insert(all.end(), imageRows.begin(), imageRows.end());
         all.insert(all.end(), extendedRows.begin(), extendedRows.end());
     }
     return all;

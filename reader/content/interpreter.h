@@ -16,6 +16,7 @@
 #include "reader/content/omissions.h"
 #include "reader/content/progress.h"
 #include "reader/content/state.h"
+#include "reader/epsf/epsf_file.h"
 #include "reader/image/page_images.h"
 #include "reader/paint/colour_space_cache.h"
 #include "reader/paint/path.h"
@@ -71,6 +72,7 @@ struct ContentLevel {
     Art placed = Art::null;        ///< what the operator that draws an image or form made of it
     std::int64_t imageStart = -1;  ///< of the inline image that is open; below 0: none is
     KnownImage inlineImage;        ///< it, once its data were read
+    classic::EpsfFile inlineFile;  ///< likewise, in the original profile
     ContentTrace* trace = nullptr; ///< where operators are noted, if anywhere; not an owner
 };
 
@@ -97,6 +99,7 @@ struct Interpreter {
     classic::FontList classicFonts;
     classic::SelectedFonts selectedFonts;
     PageImages images;
+    classic::EpsfFolder epsfFolder;
     /// Numbers of the objects of the contents within one another that are being drawn; 0: of none.
     std::vector<std::int32_t> openContents;
     std::int32_t forms = 0;   ///< drawn so far, also those that nothing is seen of

@@ -1,6 +1,7 @@
 #include "reader/image/deliver_image.h"
 
 #include "reader/image/image_key.h"
+#include "reader/image/image_meter.h"
 #include "reader/image/picture_rows.h"
 #include "runtime/budget.h"
 #include "runtime/callbacks.h"
@@ -17,21 +18,6 @@ namespace {
 
 /// Sides that are told of an image that cannot be decoded; nothing is made of them.
 constexpr std::int32_t longestPlaceholder = 32767;
-
-/// What streams of images deliver counts by itself, so that a page's images do not use up what its
-/// content may have.
-class ImageMeter {
-public:
-    explicit ImageMeter(DocumentCache& cache) : work_(cache.work) { swap(); }
-    ~ImageMeter() { swap(); }
-    ImageMeter(const ImageMeter&) = delete;
-    ImageMeter& operator=(const ImageMeter&) = delete;
-
-private:
-    void swap() { std::swap(work_.pageBytes, work_.imageStreamBytes); }
-
-    ReadingWork& work_;
-};
 
 /// Runs what decodes; false where the image is to blame, or is too much.
 template <class Body>

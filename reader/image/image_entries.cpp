@@ -2,6 +2,7 @@
 
 #include "reader/syntax/syntax.h"
 #include "runtime/fixed.h"
+#include "runtime/rules.h"
 
 namespace corvane {
 
@@ -19,7 +20,8 @@ bool isNumber(const Object& object) {
 Object ImageEntries::raw(ImageKey key) const {
     const Object value = findEntry(cache_, object_, key.full);
     const bool isMissing = typeObject(value) == ObjectType::null;
-    return isInline_ && isMissing && !key.abbreviated.empty()
+    const bool takesShortKeys = isInline_ || !rules().readsImages;
+    return takesShortKeys && isMissing && !key.abbreviated.empty()
                ? findEntry(cache_, object_, key.abbreviated)
                : value;
 }

@@ -44,6 +44,9 @@ ColourSpacePointer namedColourSpace(std::string_view name);
 /// what reading its objects raises.
 ColourSpacePointer readColourSpace(DocumentCache& cache, const Object& object);
 
+/// The bytes of an indexed space's table, a string or a stream.
+std::vector<std::uint8_t> tableBytes(DocumentCache& cache, const Object& object);
+
 /// The colour that a space begins with.
 Colour initialColour(const ColourSpace& space);
 

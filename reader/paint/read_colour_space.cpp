@@ -71,15 +71,6 @@ ColourSpacePointer profileSpace(DocumentCache& cache, const Object& profile) {
     return deviceSpace(integerObject(lookupObject(cache, stream.get(), "N").get()), true);
 }
 
-std::vector<std::uint8_t> tableBytes(DocumentCache& cache, const Object& object) {
-    const ObjectOwner lookup = resolveObject(cache, object);
-    if (typeObject(lookup.get()) == ObjectType::stream) {
-        return streamBytes(cache, lookup.get(), longestTable);
-    }
-    const std::string_view text = textObject(lookup.get());
-    return {text.begin(), text.end()};
-}
-
 /// [name base hival lookup]
 ColourSpacePointer indexedSpace(DocumentCache& cache, std::span<const Object> elements, int depth) {
     ColourSpace space{.kind = Kind::indexed, .components = 1};
@@ -161,6 +152,22 @@ ColourSpacePointer namedColourSpace(std::string_view name) {
         return std::make_shared<ColourSpace>(ColourSpace{.kind = Kind::pattern, .components = 0});
     }
     return nullptr;
+}
+
+std::vector<std::uint8_t> tableBytes(DocumentCache& cache, const Object& object) {
+    const ObjectOwner lookup = resolveObject(cache, object);
+    if (typeObject(lookup.get()) == ObjectType::stream) {
+        return streamBytes(cache, lookup.get(), longestTable);
+    }
+    if (typeObject(lookup.get()) == ObjectType::block) {
+        const auto bytes = blockObject(lookup.get());
+        std::vector<std::uint8_t> table;
+        std::ranges::transform(bytes, std::back_inserter(table),
+                               std::to_integer<std::uint8_t>);
+        return table;
+    }
+    const std::string_view text = textObject(lookup.get());
+    return {text.begin(), text.end()};
 }
 
 ColourSpacePointer readColourSpace(DocumentCache& cache, const Object& object) {

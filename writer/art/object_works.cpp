@@ -7,6 +7,7 @@
 #include "runtime/rules.h"
 #include "runtime/warning.h"
 #include "writer/art/path_works.h"
+#include "writer/art/placed_works.h"
 #include "writer/art/text_works.h"
 #include "writer/image/image_works.h"
 
@@ -87,10 +88,7 @@ void visitWorks(Walk& walk, Art art, ArtStack& pending, bool writesGroups) {
     case 6:
         return; // kinds that are not drawn
     case 7:
-        if (rules().readsImages) {
-            return placedWorks(walk, art);
-        }
-        [[fallthrough]];
+        return rules().readsImages ? drawnImageWorks(walk, art) : placedWorks(walk, art);
     default:
         failException(Exception::type);
     }

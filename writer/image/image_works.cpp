@@ -32,7 +32,7 @@ void imageSpaceWorks(Walk& walk, const RealMatrix& matrix) {
     walk.text.add("cm\n");
 }
 
-void placedWorks(Walk& walk, Art art) {
+void drawnImageWorks(Walk& walk, Art art) {
     const PlacedImage placed = placedImage(art);
     if (placed.image == Image::null) {
         return; // it shows nothing

@@ -14,6 +14,6 @@ void imageSpaceWorks(Walk& walk, const RealMatrix& matrix);
 
 /// Draws a placed object in the space of the artboard. Raises `unpatchable` where images cannot be
 /// drawn, or the host does not have this one.
-void placedWorks(Walk& walk, Art art);
+void drawnImageWorks(Walk& walk, Art art);
 
 } // namespace corvane

@@ -5,6 +5,7 @@
 #include "writer/art/works.h"
 #include "writer/crypt/sealed.h"
 #include "writer/font/font_works.h"
+#include "writer/image/mask_works.h"
 #include "writer/page/page_object.h"
 #include "writer/page/stream_object.h"
 #include "writer/update/update.h"
@@ -64,6 +65,7 @@ std::int64_t writeDrawn(DocumentCache& cache, const UpdatePlan& plan) {
                      .origin = plan.origin,
                      .artwork = plan.artwork});
     forallFamily([&](const Family& family) { writeFamily(cache, family); });
+    forallMask([&](const Mask& mask) { writeMask(cache, mask); });
     return bytes;
 }
 

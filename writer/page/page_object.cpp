@@ -9,6 +9,7 @@
 #include "runtime/exception.h"
 #include "runtime/rules.h"
 #include "writer/font/font_works.h"
+#include "writer/image/mask_works.h"
 
 #include <algorithm>
 #include <array>
@@ -32,19 +33,8 @@ bool isAmong(std::span<const std::string_view> keys, std::string_view key) {
     return std::ranges::find(keys, key) != keys.end();
 }
 
-/// The images that the art walk met, by the names that it gave them.
-ResourceRegistry metImages() {
-    ResourceRegistry resources;
-    forallMask([&](const Mask& mask) {
-        resources.add(ResourceCategory::object, mask.resourceName.get(), mask.number,
-                      mask.generation);
-    });
-    return resources;
-}
-
 /// What the art walk met.
-void writeMetResources(DocumentCache& cache, ObjectIdentifier page) {
-    const ResourceRegistry images = metImages();
+void writeMetResources(DocumentCache& cache) {
     Filter& output = *cache.output;
     stringOutput(output, "/Resources <<\r");
     if (countFamily() > 0) {
@@ -52,12 +42,16 @@ void writeMetResources(DocumentCache& cache, ObjectIdentifier page) {
         forallFamily([&](const Family& family) { referFamily(cache, family); });
         stringOutput(output, ">>\r");
     }
-    images.write(cache, page);
+    if (countMask() > 0) {
+        stringOutput(output, "/XObject <<\r");
+        forallMask([&](const Mask& mask) { referMask(cache, mask); });
+        stringOutput(output, ">>\r");
+    }
     stringOutput(output, "/ProcSet [ /PDF ");
     if (countFamily() > 0) {
         stringOutput(output, "/Text ");
     }
-    if (images.hasAdded(ResourceCategory::object)) {
+    if (countMask() > 0) {
         stringOutput(output, "/ImageB /ImageC /ImageI ");
     }
     stringOutput(output, "]\r>>\r");
@@ -177,7 +171,7 @@ void writePageObject(DocumentCache& cache, const CarriedPage& carried, const Pag
     if (parts.resources != nullptr) {
         writeResources(cache, carried, *parts.resources, page);
     } else {
-        writeMetResources(cache, page);
+        writeMetResources(cache);
     }
     if (rules().recordsOrigin) {
         writePieceInfo(cache, page, carried.notes, noteOf(carried, parts, place));

@@ -1,4 +1,4 @@
-// The host's answers at the classic slots for text and fonts.
+// The host's answers at the classic slots for text, fonts and placed art.
 #pragma once
 
 #include "host/callbacks.h"
@@ -12,6 +12,7 @@ namespace corvane {
 void fillFontSlots(std::span<HostProcedure> table);
 void fillOpenRunSlots(std::span<HostProcedure> table);
 void fillTextWalkSlots(std::span<HostProcedure> table);
+void fillPlacedSlots(std::span<HostProcedure> table);
 
 /// The text of a length-prefixed string. Throws `ArtworkError` for null.
 std::string_view prefixedText(const std::uint8_t* text);

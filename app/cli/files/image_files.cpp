@@ -2,13 +2,11 @@
 
 #include "app/artwork/error.h"
 #include "app/cli/files/output.h"
-#include "app/images/base64.h"
 #include "app/images/byte_source.h"
 #include "app/images/image_encoder.h"
 #include "app/images/image_error.h"
 #include "app/images/written_file.h"
 
-#include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -16,8 +14,6 @@
 namespace corvane {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 /// Whether there is a file that is not empty. What is no file of its own, such as a link or a pipe,
 /// is neither read nor replaced.
@@ -31,15 +27,6 @@ bool isThere(const std::string& path) {
                                         "remove it, or name another folder with --images"});
     }
     return facts.st_size != 0;
-}
-
-/// The address of `folder` for a file at `output`.
-std::string addressFrom(const std::string& output, const std::string& folder) {
-    std::error_code error;
-    const fs::path start = output == "-" ? fs::path() : fs::path(output).parent_path();
-    const fs::path way =
-        fs::proximate(fs::absolute(folder), fs::absolute(start.empty() ? "." : start), error);
-    return escapedPath(error ? folder : way.string());
 }
 
 /// The digest of a file as it is; none where it cannot be read.
@@ -131,7 +118,7 @@ private:
 };
 
 ImageFiles::ImageFiles(ImageFolder& folder, const std::string& output, std::string input)
-    : folder_(folder), place_(folder.path()), address_(addressFrom(output, place_)),
+    : folder_(folder), place_(folder.path()), address_(folderAddress(output, place_)),
       input_(std::move(input)) {}
 
 ImageFiles::~ImageFiles() {

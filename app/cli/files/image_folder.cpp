@@ -1,7 +1,11 @@
 #include "app/cli/files/image_folder.h"
 
+#include "app/images/base64.h"
+
 #include <cerrno>
+#include <filesystem>
 #include <string_view>
+#include <system_error>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -22,6 +26,15 @@ const std::string& ImageFolder::use() {
         }
     }
     return path_;
+}
+
+std::string folderAddress(const std::string& output, const std::string& folder) {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    const fs::path start = output == "-" ? fs::path() : fs::path(output).parent_path();
+    const fs::path way =
+        fs::proximate(fs::absolute(folder), fs::absolute(start.empty() ? "." : start), error);
+    return escapedPath(error ? folder : way.string());
 }
 
 std::string imageFolderName(const std::string& output) {

@@ -29,6 +29,9 @@ private:
     bool isMade_ = false;
 };
 
+/// The address of `folder` for artwork at the path `output` ("-" is standard output).
+std::string folderAddress(const std::string& output, const std::string& folder);
+
 /// "page2-images" for "page2.svg"; empty for standard output.
 std::string imageFolderName(const std::string& output);
 

@@ -2,9 +2,11 @@
 
 #include "app/images/image_error.h"
 #include "app/svg/reader.h"
+#include "host/files.h"
 
 #include <charconv>
 #include <system_error>
+#include <utility>
 
 namespace corvane {
 
@@ -121,6 +123,26 @@ std::optional<LoadedImage> ImageLoader::read(std::string_view address, std::stri
         byDigest_.emplace(found->digest, image);
     }
     return image;
+}
+
+void ImageLoader::link(Art placed, std::string_view address) {
+    const Image image = document_.placedImage(placed).image;
+    const ImageFile* const shown = document_.images().file(image);
+    const bool isAsItWas = shown == nullptr || shown->digest;
+    if (files_ == nullptr || !isAsItWas || addressKind(address) != AddressKind::file) {
+        return;
+    }
+    PlacedFile file;
+    try {
+        if (makeFileSpecification(files_->find(address), file.location) != noErr) {
+            return;
+        }
+    } catch (const ImageError&) {
+        return;
+    }
+    const ImageFacts facts = document_.images().facts(image);
+    file.view = {image, facts.width, facts.height, std::string(address)};
+    document_.setPlacedFile(placed, document_.placedFiles().add(std::move(file)));
 }
 
 Image ImageLoader::loadKept(std::string_view text) {

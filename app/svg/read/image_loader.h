@@ -38,6 +38,11 @@ public:
     /// An image of the page that no file shows: "640 480 12-0a1b". Null where the text is not that.
     Image loadKept(std::string_view text);
 
+    /// Links art to the EPSF file of that address, which the picture that it shows was made of. A
+    /// picture that was changed since, and a file that is not there or not to be read, link
+    /// nothing.
+    void link(Art placed, std::string_view address);
+
 private:
     std::optional<LoadedImage> read(std::string_view address, std::string_view mark);
     std::optional<ReadImage> look(std::string_view address, const std::string& name);

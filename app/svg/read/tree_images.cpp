@@ -148,6 +148,7 @@ void TreeReader::placeImage(const LoadedImage& image, const ComputedStyle& style
     }
     const Art art = document_.make(ArtKind::placed, place.placement, place.reference);
     document_.setPlacedImage(art, {image.image, fixedMatrix(toArt), style.smoothImages});
+    linkFile(art);
     setSource(art, sourceOfShape());
     for (const BoxClip& clip : boxClips) {
         clips_.clip(clip.group, clip.clip, matrix, frame.viewport, box);
@@ -156,6 +157,13 @@ void TreeReader::placeImage(const LoadedImage& image, const ComputedStyle& style
         frame.box.add(boxThrough(matrix, box));
     }
     measure(placedExtent(document_, art));
+}
+
+/// To the file that the element names, if it does.
+void TreeReader::linkFile(Art placed) {
+    if (context_.ours && attributes_.has(Attribute::dataEpsf)) {
+        context_.loader.link(placed, trimmed(attributes_[Attribute::dataEpsf]));
+    }
 }
 
 /// A group that shows what lies within the box.
@@ -215,6 +223,7 @@ bool TreeReader::keepFrame(Art shape, const ComputedStyle& style) {
     const Art art = document_.make(ArtKind::placed, Placement::inFront, shape);
     document_.dispose(shape);
     document_.setPlacedImage(art, {image, fixedMatrix(matrix), style.smoothImages});
+    linkFile(art);
     setSource(art, sourceOfShape());
     measure(placedExtent(document_, art));
     return true;

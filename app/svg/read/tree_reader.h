@@ -46,6 +46,7 @@ private:
     void readText(pugi::xml_node node);
     void readImage(pugi::xml_node node);
     void placeImage(const LoadedImage& image, const ComputedStyle& style);
+    void linkFile(Art placed);
     ArtPlace clipOverhang(ArtPlace place, const UserBox& box, const RealMatrix& matrix);
     void listImage(const ComputedStyle& style);
     bool keepFrame(Art shape, const ComputedStyle& style);

@@ -147,6 +147,7 @@ constexpr std::array<std::string_view, attributeCount> names{
     "data-exact",
     "data-dx",
     "data-image",
+    "data-epsf",
     "data-kept",
     "data-compound",
     "data-column",

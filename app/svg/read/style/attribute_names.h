@@ -149,6 +149,7 @@ enum class Attribute : std::uint8_t {
     dataExact,
     dataDx,
     dataImage,
+    dataEpsf,
     dataKept,
     dataCompound,
     dataColumn,
