@@ -2,6 +2,7 @@
 
 #include "reader/paint/colour_space_cache.h"
 #include "reader/syntax/syntax.h"
+#include "runtime/budget.h"
 #include "runtime/exception.h"
 
 #include <algorithm>
@@ -90,15 +91,18 @@ LookedImage::LookedImage(DocumentCache& cache, const Object& object,
 /// The file's own size counts: it is what browsers show.
 void LookedImage::lookAtJpeg() {
     const Chain chain = coded.open();
-    jpeg = readJpegFrame(*chain.top());
-    if (!jpeg) {
+    jpeg = readJpegLead([&](std::span<std::byte> block) { return readFilter(*chain.top(), block); },
+                        static_cast<std::size_t>(budget::jpegLeadBytes));
+    const std::optional<JpegFrame>& frame = jpeg->frame;
+    if (!frame || frame->width == 0 || frame->height == 0 || frame->components == 0 ||
+        frame->components > 4) {
         failException(Exception::codec);
     }
-    form.width = jpeg->width;
-    form.height = jpeg->height;
+    form.width = frame->width;
+    form.height = frame->height;
     form.bits = 8;
     form.isStencil = false;
-    dctTransform = jpeg->components == 3 && jpeg->isYccAlone() ? 1 : 0;
+    dctTransform = frame->components == 3 && jpeg->isYccAlone() ? 1 : 0;
     if (typeObject(coded.codecParameters()) == ObjectType::dictionary) {
         const ObjectOwner stated =
             lookupObject(entries.cache(), coded.codecParameters(), "ColorTransform");
@@ -146,7 +150,7 @@ void LookedImage::readSpace() {
     form.space = namedSpace();
     std::int32_t components = 0;
     if (jpeg) {
-        components = jpeg->components;
+        components = jpeg->frame->components;
     } else if (jpx) {
         // One component more than colours, of which nothing is said, is no colour.
         const std::uint32_t wanted = form.space != nullptr

@@ -1,10 +1,10 @@
 // What the samples of an image mean.
 #pragma once
 
+#include "codecs/jpeg/jpeg_lead.h"
 #include "codecs/jpx/header.h"
 #include "reader/image/coded_image.h"
 #include "reader/image/image_entries.h"
-#include "reader/image/jpeg_frame.h"
 #include "reader/paint/colour_space.h"
 
 #include <cstdint>
@@ -42,7 +42,7 @@ struct LookedImage {
     ImageEntries entries;
     CodedImage coded;
     HeldBytes held;                ///< of JPX: what is coded
-    std::optional<JpegFrame> jpeg; ///< of DCT
+    std::optional<JpegLead> jpeg;  ///< of DCT; it has a frame
     std::optional<JpxHeader> jpx;  ///< of JPX
     bool keepsPalette = false;     ///< of JPX: samples are indices of the space's own table
     std::int32_t dctTransform = 1; ///< of DCT: where its data state none

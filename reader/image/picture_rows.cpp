@@ -142,24 +142,26 @@ void Picture::findColourKey() {
 }
 
 bool Picture::isShownByBrowsers() const {
-    const std::optional<JpegFrame>& jpeg = image_.jpeg;
-    if (!jpeg || !jpeg->isUsual || !jpeg->isAtStart || jpeg->isTurned || hasAlpha_ ||
-        !image_.form.colourKey.empty() || !image_.form.isUsualDecode()) {
+    const std::optional<JpegLead>& jpeg = image_.jpeg;
+    if (!jpeg || !jpeg->frame->isUsual() || !jpeg->isAtStart || jpeg->orientation != upright ||
+        hasAlpha_ || !image_.form.colourKey.empty() || !image_.form.isUsualDecode()) {
         return false;
     }
     const ColourSpace::Kind kind = image_.form.space->kind;
-    if (jpeg->components == 1) {
+    if (jpeg->frame->components == 1) {
         return kind == ColourSpace::Kind::gray;
     }
     const bool isYcc = jpeg->transform ? *jpeg->transform != 0 : image_.dctTransform != 0;
-    return jpeg->components == 3 && kind == ColourSpace::Kind::rgb && isYcc == jpeg->isYccAlone();
+    return jpeg->frame->components == 3 && kind == ColourSpace::Kind::rgb &&
+           isYcc == jpeg->isYccAlone();
 }
 
 ImageFacts Picture::facts() const {
     ImageFacts facts{.width = width_, .height = height_};
     if (isJpeg_) {
         facts.coding = ImageCoding::jpeg;
-        facts.colours = image_.jpeg->components == 1 ? ImageColours::gray : ImageColours::rgb;
+        facts.colours =
+            image_.jpeg->frame->components == 1 ? ImageColours::gray : ImageColours::rgb;
         return facts;
     }
     facts.colours = conversion_->colours();
