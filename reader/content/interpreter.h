@@ -74,7 +74,8 @@ struct ContentLevel {
 };
 
 struct Interpreter {
-    explicit Interpreter(DocumentCache& owner) : cache(owner), level(owner) {}
+    explicit Interpreter(DocumentCache& owner)
+        : cache(owner), level(owner), colourSpaces(colourSpacesOf(owner)) {}
     Interpreter(const Interpreter&) = delete;
     Interpreter& operator=(const Interpreter&) = delete;
 
@@ -86,7 +87,7 @@ struct Interpreter {
     ContentLevel level;
     ContentProgress progress;
     Omissions omissions;
-    ColourSpaceCache colourSpaces;
+    ColourSpaceCache& colourSpaces;
     PageFonts fonts;
     classic::FontList classicFonts;
     classic::SelectedFonts selectedFonts;

@@ -85,6 +85,9 @@ private:
         std::string key = std::to_string(number_);
         std::optional<Picture> picture;
         const bool isKnown = decodes([&] {
+            if (++cache_.work.images > budget::pageImages) {
+                failException(Exception::limit);
+            }
             key = imageKeyOf(entries_, number_, data_, colour);
             picture.emplace(cache_, object_, data_, fill_);
             if (!picture->isJpegAsItIs() && picture->bytes() > left()) {
