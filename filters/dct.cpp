@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <optional>
 
 namespace corvane {
 
@@ -19,18 +20,25 @@ std::int32_t entryDiscrete(Filter& filter, Operation operation, std::byte* buffe
 
 class IntakeSource : public DctSource {
 public:
-    explicit IntakeSource(Intake& intake) : intake_(intake) {}
+    IntakeSource(Intake& intake, CodecClock* clock) : intake_(intake), clock_(clock) {}
     std::span<const std::byte> held() override { return intake_.held(); }
-    void take(std::size_t count) override { intake_.take(count); }
+    void take(std::size_t count) override {
+        intake_.take(count);
+        if (clock_ != nullptr) {
+            clock_->feed(count);
+        }
+    }
 
 private:
     Intake& intake_;
+    CodecClock* clock_;
 };
 
 class DiscreteDecoder : public Decoder {
 public:
-    explicit DiscreteDecoder(std::int32_t usualTransform)
-        : Decoder(entryDecoder), usualTransform_(usualTransform), source_(intake()) {}
+    DiscreteDecoder(std::int32_t usualTransform, CodecClock* clock)
+        : Decoder(entryDecoder), usualTransform_(usualTransform), clock_(clock),
+          source_(intake(), clock) {}
 
 protected:
     std::size_t decode(std::span<std::byte> out) override {
@@ -49,6 +57,7 @@ protected:
     void restart() override {
         state_ = DCTInitialize();
         state_->usualTransform = usualTransform_;
+        state_->clock = clock_;
         DCTDecodeOpen(*state_, source_);
         row_ = {};
     }
@@ -64,6 +73,10 @@ private:
         if (!state_) {
             return false;
         }
+        std::optional<CodecClock::Scope> scope;
+        if (clock_ != nullptr) {
+            scope.emplace(*clock_);
+        }
         // What raises below leaves no state behind.
         std::unique_ptr<DctState> state = std::move(state_);
         row_ = DCTDFilBuf(*state);
@@ -72,6 +85,7 @@ private:
     }
 
     std::int32_t usualTransform_;
+    CodecClock* clock_;
     IntakeSource source_;
     std::unique_ptr<DctState> state_;
     std::span<const std::uint8_t> row_;
@@ -168,8 +182,8 @@ FilterOwner setupDiscrete(std::int32_t width, std::int32_t height, std::int32_t 
     return setupDiscrete(settings);
 }
 
-FilterOwner setupDiscreteDecoder(std::int32_t usualTransform) {
-    return std::make_unique<DiscreteDecoder>(usualTransform);
+FilterOwner setupDiscreteDecoder(std::int32_t usualTransform, CodecClock* clock) {
+    return std::make_unique<DiscreteDecoder>(usualTransform, clock);
 }
 
 FilterOwner setupDiscrete(const DctSettings& settings) {

@@ -21,8 +21,8 @@ namespace corvane {
 FilterOwner setupDiscrete(std::int32_t width, std::int32_t height, std::int32_t components);
 
 /// A decoder for which `usualTransform` is the colour transform (0: none, 1: YCbCr or YCCK) where
-/// the data do not state one.
-FilterOwner setupDiscreteDecoder(std::int32_t usualTransform);
+/// the data do not state one. `clock`, if there is one, holds its time against a budget.
+FilterOwner setupDiscreteDecoder(std::int32_t usualTransform, CodecClock* clock = nullptr);
 
 /// An encoder with settings of one's own.
 FilterOwner setupDiscrete(const DctSettings& settings);

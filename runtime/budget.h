@@ -203,8 +203,17 @@ inline constexpr std::int64_t imageBytes = pageBytes;
 /// compute them take 10 to 100 a pixel, and colours that were met are remembered.
 inline constexpr std::int64_t imageColours = 4'000'000'000;
 
+/// Images that a page tells the host, a stencil once for each colour; each is a file. Further ones
+/// are placeholders. Drawings with hatches made of small images have some thousands.
+inline constexpr std::int32_t pageImages = 10'000;
+
 /// Bytes of a row of an image; no image that can be drawn has more.
 inline constexpr std::int64_t imageRowBytes = 1 << 28;
+
+/// Bytes of the rows that an image and a larger mask make together; past it the mask is thinned out,
+/// down to the size of the image. A sheet of A3 at 600 dots an inch, over a picture of any size, has
+/// 280 MB.
+inline constexpr std::int64_t joinedImageBytes = 300 << 20;
 
 /// Bytes that may be missing of an image of which less than a sixteenth is there; past it the image
 /// is given up. Downloads and disks that end early leave more of it.
@@ -233,12 +242,28 @@ inline constexpr std::int64_t jpxTiles = 4096;
 /// short, some of the front is there.
 inline constexpr std::size_t jpxTileSlack = 16 << 20;
 
+/// Precincts and code blocks of a JPEG 2000 picture, each of some 500 bytes before it is decoded: 48
+/// megapixels in three components and blocks of 32 samples have 190,000.
+inline constexpr std::int64_t jpxRecords = 600'000;
+
+/// Packets of a JPEG 2000 picture: one for each layer of each precinct. Pictures that are sent in
+/// small pieces have some ten thousand.
+inline constexpr std::int64_t jpxPackets = 4'000'000;
+
+/// Samples of a JPEG 2000 picture: so many, and more for each byte of its file. A block may ask for
+/// a hundred passes over its samples in four bytes.
+inline constexpr std::int64_t jpxPlainSamples = 16 << 20;
+inline constexpr std::int64_t jpxSamplesPerByte = 2048;
+
 /// Memory that decoding a JBIG2 page may take: a page of A0 at 600 dots an inch has 70 MB.
 inline constexpr std::int64_t jbig2Bytes = 256 << 20;
 
-/// Processor time in which a JBIG2 page may ask for memory: pages of books take some hundredths of
-/// a second. A few hundred bytes can name a large symbol again and again.
-inline constexpr int jbig2Seconds = 5;
+/// Processor seconds that the codecs of a page's images may take: at least; for each coded byte, a
+/// quarter of the slowest rate of JPEG 2000; and at most. A few hundred bytes of JBIG2 can name a
+/// large symbol again and again, and scans of a JPEG can walk all of it for two bytes.
+inline constexpr double codecSeconds = 5;
+inline constexpr double codecSecondsPerByte = 2e-6;
+inline constexpr double longestCodecSeconds = 60;
 
 /// Operators of a calculator function, those within braces counted too: real ones have some
 /// hundred.
@@ -246,5 +271,15 @@ inline constexpr std::size_t functionOperators = 10'000;
 
 /// Samples of a sampled function: 4 inputs with 33 samples each, and 4 outputs, are 5 millions.
 inline constexpr std::int64_t functionSamples = 8 << 20;
+
+/// Samples of all functions that are read for a page.
+inline constexpr std::int64_t pageFunctionSamples = 8 * functionSamples;
+
+/// Bytes of a colour profile: those of presses have 2 MB.
+inline constexpr std::size_t profileBytes = 16 << 20;
+
+/// Memory that a colour profile and its transforms may take: grids of 33 samples each way, of four
+/// inks, have 7 MB, and those that are made of them as much.
+inline constexpr std::int64_t profileMemory = 96 << 20;
 
 } // namespace corvane::budget

@@ -13,7 +13,8 @@ std::unique_ptr<DctState> DCTInitialize() {
 }
 
 void DCTDecodeOpen(DctState& state, DctSource& source) {
-    state.decoder = std::make_unique<DctDecoder>(source, state.strict, state.usualTransform);
+    state.decoder =
+        std::make_unique<DctDecoder>(source, state.strict, state.usualTransform, state.clock);
 }
 
 std::span<const std::uint8_t> DCTDFilBuf(DctState& state) {

@@ -15,6 +15,7 @@
 #include "codecs/dct/stream.h"
 #include "codecs/dct/tables.h"
 #include "host/artwork.h"
+#include "runtime/work_meter.h"
 
 #include <array>
 #include <cstddef>
@@ -62,6 +63,8 @@ struct DctState {
     bool strict = false;
     /// Set before `DCTDecodeOpen`: the colour transform where no APP14 segment states one.
     std::int32_t usualTransform = dctUnstatedTransform;
+    /// Set before `DCTDecodeOpen`: holds the time that decoding takes against a budget; or null.
+    CodecClock* clock = nullptr;
     /// Encoding: the row to be coded next, of width times components bytes.
     std::vector<std::uint8_t> row{};
     std::unique_ptr<DctDecoder> decoder{};

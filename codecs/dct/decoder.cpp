@@ -157,10 +157,17 @@ void DctDecoder::readScans(DctScan scan) {
     }
 }
 
+void DctDecoder::checkTime() const {
+    if (clock_ != nullptr) {
+        clock_->check();
+    }
+}
+
 void DctDecoder::readScan(const DctScan& scan, DctScanReader& reader) {
     const DctFrame& frame = *header_.frame;
     if (scan.components.size() > 1) {
         for (std::size_t unitRow = 0; unitRow < frame.unitsDown; ++unitRow) {
+            checkTime();
             readInterleaved(scan, reader, unitRow);
         }
         return;
@@ -168,6 +175,7 @@ void DctDecoder::readScan(const DctScan& scan, DctScanReader& reader) {
     const std::size_t index = scan.components.front().index;
     const DctComponent& component = frame.components[index];
     for (std::size_t y = 0; y < component.blocksDown; ++y) {
+        checkTime();
         // Refinement before there is anything to refine would let empty data fill memory.
         if (scan.first != 0 && !coefficients_->reached(index, y)) {
             dct_error();
@@ -267,6 +275,7 @@ void DctDecoder::renderStored() {
 }
 
 void DctDecoder::decodeUnitRow() {
+    checkTime();
     if (coefficients_) {
         renderStored();
     } else if (!kept([&] { decodeStreamed(); })) {

@@ -8,6 +8,7 @@
 #include "codecs/dct/scan.h"
 #include "codecs/dct/strips.h"
 #include "codecs/dct/upsample.h"
+#include "runtime/work_meter.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -21,8 +22,9 @@ class DctDecoder {
 public:
     /// `usualTransform`: of colours, where no APP14 segment states one.
     explicit DctDecoder(DctSource& source, bool strict = false,
-                        std::int32_t usualTransform = dctUnstatedTransform)
-        : input_(source) {
+                        std::int32_t usualTransform = dctUnstatedTransform,
+                        CodecClock* clock = nullptr)
+        : input_(source), clock_(clock) {
         header_.strict = strict;
         header_.application.transform = usualTransform;
     }
@@ -54,7 +56,10 @@ private:
     template <class Body>
     bool kept(Body&& body);
 
+    void checkTime() const;
+
     DctInput input_;
+    CodecClock* clock_;
     Phase phase_ = Phase::beforeImage;
     bool behind_ = false; ///< the end of the image was gone past
     DctHeader header_{};

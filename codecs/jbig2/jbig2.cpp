@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
 #include <jbig2.h>
 #include <memory>
 #include <new>
@@ -19,7 +18,8 @@ namespace {
 /// called by C code: they answer null, and raise nothing.
 class Allocator {
 public:
-    Allocator() : hooks_{{allocate, release, reallocate}, this} {}
+    explicit Allocator(CodecClock& clock)
+        : hooks_{{allocate, release, reallocate}, this}, clock_(clock) {}
     ~Allocator() { dischargeZone(used_); }
     Allocator(const Allocator&) = delete;
     Allocator& operator=(const Allocator&) = delete;
@@ -40,11 +40,8 @@ private:
     }
 
     /// Each symbol that is refined asks for memory: that is where a page made to take long ends.
-    bool isLate() const {
-        return std::clock() - start_ > std::clock_t{budget::jbig2Seconds} * CLOCKS_PER_SEC;
-    }
     bool charge(std::size_t size) {
-        if (isLate() || size > static_cast<std::size_t>(budget::jbig2Bytes - used_) ||
+        if (clock_.mustStop() || size > static_cast<std::size_t>(budget::jbig2Bytes - used_) ||
             !chargeZone(static_cast<std::int64_t>(size))) {
             return false;
         }
@@ -90,7 +87,7 @@ private:
 
     Hooks hooks_;
     std::int64_t used_ = 0;
-    std::clock_t start_ = std::clock();
+    CodecClock& clock_;
 };
 
 struct EndContext {
@@ -153,8 +150,12 @@ Jbig2Page copied(const Jbig2Image& image) {
 
 } // namespace
 
-Jbig2Page decodeJbig2(std::span<const std::byte> globals, std::span<const std::byte> data) {
-    Allocator allocator;
+Jbig2Page decodeJbig2(std::span<const std::byte> globals, std::span<const std::byte> data,
+                      CodecClock& clock) {
+    const CodecClock::Scope scope(clock);
+    clock.feed(globals.size() + data.size());
+    clock.check();
+    Allocator allocator(clock);
     Globals shared;
     if (!globals.empty()) {
         Context context = openContext(allocator, nullptr);
@@ -163,6 +164,7 @@ Jbig2Page decodeJbig2(std::span<const std::byte> globals, std::span<const std::b
     }
     const Context context = openContext(allocator, shared.get());
     const bool isWhole = feed(*context, data);
+    clock.check();
     // A page without its end is taken as it is.
     jbig2_complete_page(context.get());
     const PageImage page(*context);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "runtime/memory.h"
+#include "runtime/work_meter.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -22,8 +23,9 @@ struct Jbig2Page {
 /// Decodes the first page of `data`. `globals`: the segments that several pages share, or nothing.
 /// Damage ends the page early, and what is missing is white. Data without a page, and damage in
 /// front of all that is drawn, raise `codec`. The memory of the decoder is charged to the zone and
-/// held against `budget::jbig2Bytes`, its time against `budget::jbig2Seconds`; past one of them it
-/// goes on as at damage.
-Jbig2Page decodeJbig2(std::span<const std::byte> globals, std::span<const std::byte> data);
+/// held against `budget::jbig2Bytes`; past it, it goes on as at damage. Time is held against
+/// `clock`.
+Jbig2Page decodeJbig2(std::span<const std::byte> globals, std::span<const std::byte> data,
+                      CodecClock& clock);
 
 } // namespace corvane

@@ -94,6 +94,9 @@ Codec openCodec(std::span<const std::byte> file, bool keepsPalette) {
     return codec;
 }
 
+/// Bytes of a precinct or a code block, with what hangs on it.
+constexpr std::int64_t bytesOfRecord = 512;
+
 /// Bytes that the samples take: those of the picture, and of the tile that is decoded.
 std::int64_t sampleBytes(const JpxHeader& header) {
     const std::int64_t samples =
@@ -108,11 +111,17 @@ void JpxPicture::EndImage::operator()(opj_image* image) const {
     opj_image_destroy(image);
 }
 
-JpxPicture::JpxPicture(std::span<const std::byte> file, const JpxHeader& header, bool keepsPalette)
+JpxPicture::JpxPicture(std::span<const std::byte> file, const JpxHeader& header, bool keepsPalette,
+                       CodecClock& clock)
     : header_(header), keepsPalette_(keepsPalette) {
     if (sampleBytes(header) > budget::jpxBytes) {
         failException(Exception::limit);
     }
+    const CodecClock::Scope scope(clock);
+    clock.feed(file.size());
+    clock.check();
+    ZoneCharge records;
+    records.resize(header.records * bytesOfRecord);
     charge_.resize(sampleBytes(header));
     decode(file);
     arrange();

@@ -3,6 +3,7 @@
 
 #include "codecs/jpx/header.h"
 #include "runtime/memory.h"
+#include "runtime/work_meter.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -20,7 +21,8 @@ public:
     /// Decodes a file of this header. Raises `codec` where nothing can be decoded, and where the
     /// file holds other components than its header says; `limit` where the samples would pass
     /// `budget::jpxBytes`. Data that end early make what they hold.
-    JpxPicture(std::span<const std::byte> file, const JpxHeader& header, bool keepsPalette);
+    JpxPicture(std::span<const std::byte> file, const JpxHeader& header, bool keepsPalette,
+               CodecClock& clock);
     ~JpxPicture();
     JpxPicture(const JpxPicture&) = delete;
     JpxPicture& operator=(const JpxPicture&) = delete;

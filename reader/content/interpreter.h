@@ -82,7 +82,8 @@ struct Interpreter {
         return {start, level.span.end, level.painted, level.content};
     }
 
-    explicit Interpreter(DocumentCache& owner) : cache(owner), level(owner) {}
+    explicit Interpreter(DocumentCache& owner)
+        : cache(owner), level(owner), colourSpaces(colourSpacesOf(owner)) {}
     Interpreter(const Interpreter&) = delete;
     Interpreter& operator=(const Interpreter&) = delete;
 
@@ -94,7 +95,7 @@ struct Interpreter {
     ContentLevel level;
     ContentProgress progress;
     Omissions omissions;
-    ColourSpaceCache colourSpaces;
+    ColourSpaceCache& colourSpaces;
     PageFonts fonts;
     classic::FontList classicFonts;
     classic::SelectedFonts selectedFonts;

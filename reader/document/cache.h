@@ -14,6 +14,8 @@
 #include "reader/syntax/key_index.h"
 #include "reader/syntax/keyword_table.h"
 #include "reader/syntax/object_stream.h"
+#include "runtime/budget.h"
+#include "runtime/work_meter.h"
 
 #include <cstdint>
 #include <memory>
@@ -28,6 +30,7 @@ class Encryption;
 class DeferredEntries;
 class PageWalk;
 class PredefinedCMaps;
+class ColourSpaceCache;
 struct Interpreter;
 struct SyntaxKeywords;
 
@@ -51,7 +54,10 @@ struct ReadingWork {
     std::int64_t pageBytes = 0;        ///< that streams delivered since the page came into use
     std::int64_t imageStreamBytes = 0; ///< the same of images, which do not count above
     std::int64_t imageBytes = 0;       ///< of images that the host got, since then
-    std::int64_t imageColours = 0;     ///< steps of work on their colours, since then
+    std::int32_t images = 0;           ///< that the host was told of, since then
+    StepMeter imageColours{budget::imageColours};           ///< work on their colours, since then
+    StepMeter functionSamples{budget::pageFunctionSamples}; ///< that were read, since then
+    CodecClock codecs;                                      ///< of images, since then
 };
 
 struct DocumentCache {
@@ -105,7 +111,8 @@ struct DocumentCache {
     ObjectOwner rotate;
     ObjectOwner resources; ///< of the content being read, for the resource operators
 
-    std::unique_ptr<Interpreter> interpreter; ///< what `readCache` draws a page with
+    std::shared_ptr<ColourSpaceCache> colourSpaces; ///< null: none was read (colourSpacesOf)
+    std::unique_ptr<Interpreter> interpreter;       ///< what `readCache` draws a page with
 };
 
 inline constexpr std::int32_t everyPage = INT32_MAX;

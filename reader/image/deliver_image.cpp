@@ -72,6 +72,9 @@ private:
         std::string key = std::to_string(number_);
         std::optional<Picture> picture;
         const bool isKnown = decodes([&] {
+            if (++cache_.work.images > budget::pageImages) {
+                failException(Exception::limit);
+            }
             key = imageKeyOf(entries_, number_, data_, colour);
             if (isGlyph_) {
                 key.replace(0, key.find('-'), "glyph");

@@ -1,5 +1,6 @@
 #include "reader/image/image_entries.h"
 
+#include "reader/syntax/real_numbers.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/fixed.h"
 #include "runtime/rules.h"
@@ -10,10 +11,6 @@ namespace {
 
 /// Numbers of an array that count: a pair for each of 32 components.
 constexpr std::size_t mostNumbers = 64;
-
-bool isNumber(const Object& object) {
-    return typeObject(object) == ObjectType::integer || typeObject(object) == ObjectType::fixed;
-}
 
 } // namespace
 
@@ -47,18 +44,7 @@ bool ImageEntries::boolean(ImageKey key) const {
 }
 
 std::vector<double> ImageEntries::numbers(ImageKey key) const {
-    std::vector<double> numbers;
-    const ObjectOwner array = find(key);
-    if (typeObject(array.get()) == ObjectType::array) {
-        for (const Object& element : elementsObject(array.get())) {
-            const ObjectOwner number = resolveObject(cache_, element);
-            if (!isNumber(number.get()) || numbers.size() == mostNumbers) {
-                break;
-            }
-            numbers.push_back(realFromFixed(extendObject(number.get())));
-        }
-    }
-    return numbers;
+    return realNumbers(cache_, find(key).get(), mostNumbers);
 }
 
 } // namespace corvane

@@ -15,16 +15,23 @@ namespace {
 using Kind = ColourSpace::Kind;
 
 ColourSpacePointer deviceSpace(std::int32_t components) {
-    switch (components) {
-    case 1:
-        return namedColourSpace("DeviceGray");
-    case 3:
-        return namedColourSpace("DeviceRGB");
-    case 4:
-        return namedColourSpace("DeviceCMYK");
-    default:
+    ColourSpacePointer space = deviceColourSpace(components);
+    if (space == nullptr) {
         failException(Exception::range);
     }
+    return space;
+}
+
+/// Components of colour by what a JPX file says of itself.
+std::uint32_t statedColours(const JpxHeader& header) {
+    const std::uint32_t stated = header.space == JpxColours::gray   ? 1
+                                 : header.space == JpxColours::rgb  ? 3
+                                 : header.space == JpxColours::cmyk ? 4
+                                                                    : 0;
+    if (stated != 0 && stated <= header.colours) {
+        return stated;
+    }
+    return header.colours == 2 ? 1 : header.colours;
 }
 
 std::int32_t sideOf(const ImageEntries& entries, ImageKey key) {
@@ -133,7 +140,8 @@ ColourSpacePointer LookedImage::namedSpace() const {
     attempted([&] {
         const ObjectOwner value = resolveObject(entries.cache(), space);
         if (typeObject(value.get()) == ObjectType::literal) {
-            known = ColourSpaceCache().find(entries.cache(), literalObject(value.get()));
+            known =
+                colourSpacesOf(entries.cache()).find(entries.cache(), literalObject(value.get()));
         } else if (typeObject(value.get()) != ObjectType::null) {
             known = readColourSpace(entries.cache(), space);
         }
@@ -155,7 +163,7 @@ void LookedImage::readSpace() {
         // One component more than colours, of which nothing is said, is no colour.
         const std::uint32_t wanted = form.space != nullptr
                                          ? static_cast<std::uint32_t>(form.space->components)
-                                         : (jpx->colours == 2 ? 1 : jpx->colours);
+                                         : statedColours(*jpx);
         if (jpx->colours == wanted + 1 && !jpx->hasAlpha) {
             jpx->hasAlpha = true;
             jpx->colours = wanted;

@@ -1,6 +1,7 @@
 #include "reader/image/page_images.h"
 
 #include "reader/image/deliver_image.h"
+#include "reader/image/image_entries.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
 
@@ -12,11 +13,6 @@ namespace {
 
 /// Colours of one stencil that are told apart; past them each drawing tells the host again.
 constexpr std::size_t mostFills = 64;
-
-bool isTrue(DocumentCache& cache, const Object& dictionary, const char* key) {
-    const ObjectOwner value = lookupObject(cache, dictionary, key);
-    return typeObject(value.get()) == ObjectType::boolean && booleanObject(value.get());
-}
 
 KnownImage tell(DocumentCache& cache, const Object& stream, std::int32_t number,
                 const Colour& fill) {
@@ -47,7 +43,7 @@ KnownImage PageImages::find(DocumentCache& cache, const Object& entry, const Obj
         std::int32_t generation = 0;
         referenceObject(entry, number, generation);
     }
-    const Colour own = isTrue(cache, stream, "ImageMask") ? fill : Colour();
+    const Colour own = ImageEntries(cache, stream).boolean(imageKey::isMask) ? fill : Colour();
     std::vector<Entry>& entries = byNumber_[number];
     const auto known = std::ranges::find(entries, own, &Entry::fill);
     if (number != 0 && known != entries.end()) {

@@ -42,6 +42,17 @@ void joinPixels(std::span<const std::byte> colours, std::span<const std::uint8_t
     }
 }
 
+/// A sample of the file as the codec delivers it: JPX pictures have any number of bits.
+std::int32_t deliveredSample(const LookedImage& image, double sample) {
+    const auto value = static_cast<std::int64_t>(std::clamp(sample, -1.0, 65536.0));
+    if (!image.jpx || image.keepsPalette || value < 0) {
+        return static_cast<std::int32_t>(value);
+    }
+    const std::int64_t highest = (std::int64_t{1} << image.jpx->bits) - 1;
+    const std::int64_t full = (std::int64_t{1} << image.form.bits) - 1;
+    return static_cast<std::int32_t>((value * full + highest / 2) / highest);
+}
+
 void checkRow(const ImageForm& form) {
     if (form.rowBytes() > budget::imageRowBytes || form.width > budget::imageRowBytes / 8) {
         failException(Exception::limit);
@@ -59,6 +70,9 @@ AlphaImage::AlphaImage(DocumentCache& cache, const Object& object, bool isStenci
         failException(Exception::range);
     }
     checkRow(form);
+    if (form.space->profile != nullptr) {
+        form.space = deviceColourSpace(1); // shares of the picture are no colours
+    }
     if (isStencil) {
         // What a stencil paints is opaque.
         const std::pair<double, double> usual(0, 1);
@@ -79,8 +93,19 @@ Picture::Picture(DocumentCache& cache, const Object& object,
     width_ = image_.form.width;
     height_ = image_.form.height;
     if (alphaImage_) {
-        width_ = std::max(width_, alphaImage_->image->form.width);
-        height_ = std::max(height_, alphaImage_->image->form.height);
+        growToMask(alphaImage_->image->form);
+    }
+}
+
+/// As large as the mask, or as large as the budget lets it be.
+void Picture::growToMask(const ImageForm& mask) {
+    for (std::int32_t part = 1;; part *= 2) {
+        width_ = std::max(image_.form.width, (mask.width + part - 1) / part);
+        height_ = std::max(image_.form.height, (mask.height + part - 1) / part);
+        const bool isOwnSize = width_ == image_.form.width && height_ == image_.form.height;
+        if (isOwnSize || bytes() <= budget::joinedImageBytes) {
+            return;
+        }
     }
 }
 
@@ -107,7 +132,7 @@ void Picture::findAlpha() {
     }
     if (image_.form.hasAlpha && inData != 0) {
         hasAlpha_ = true;
-        if (inData == 2) {
+        if (inData == 2 || (image_.jpx && image_.jpx->isPremultiplied)) {
             matte_ = SeenColour{};
             readMatte(entries);
         }
@@ -135,7 +160,7 @@ void Picture::findColourKey() {
         return;
     }
     for (std::size_t i = 0; i < 2 * static_cast<std::size_t>(form.components()); ++i) {
-        form.colourKey.push_back(static_cast<std::int32_t>(key[i]));
+        form.colourKey.push_back(deliveredSample(image_, key[i]));
     }
     const bool isInPalette = form.components() == 1 && form.bits <= 8 && !form.hasAlpha;
     hasAlpha_ = !isInPalette;
@@ -145,6 +170,9 @@ bool Picture::isShownByBrowsers() const {
     const std::optional<JpegLead>& jpeg = image_.jpeg;
     if (!jpeg || !jpeg->frame->isUsual() || !jpeg->isAtStart || jpeg->orientation != upright ||
         hasAlpha_ || !image_.form.colourKey.empty() || !image_.form.isUsualDecode()) {
+        return false;
+    }
+    if (image_.form.space->profile != nullptr) {
         return false;
     }
     const ColourSpace::Kind kind = image_.form.space->kind;
@@ -263,9 +291,6 @@ void Picture::fillRow(std::span<std::byte> out) {
     if (coloursAt_ != from) {
         const std::span<std::byte> pixels = hasAlpha_ ? std::span(pixels_) : out;
         colours_->conversion().convert(colours_->samples(), pixels, cache_.work.imageColours);
-        if (cache_.work.imageColours > budget::imageColours) {
-            failException(Exception::limit);
-        }
         coloursAt_ = from;
     }
     if (hasAlpha_) {

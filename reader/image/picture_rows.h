@@ -80,6 +80,7 @@ public:
 
 private:
     void findAlpha();
+    void growToMask(const ImageForm& mask);
     void readMatte(const ImageEntries& entries);
     void findColourKey();
     bool isShownByBrowsers() const;

@@ -1,6 +1,6 @@
 #include "reader/image/pixel_conversion.h"
 
-#include "runtime/fixed.h"
+#include "runtime/exception.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,10 +18,15 @@ constexpr std::size_t rememberedColours = 1 << 14;
 /// Steps to compute a colour without a function: powers, mostly.
 constexpr std::int64_t plainSteps = 50;
 
+/// Steps to put one colour through a profile exactly, and a pixel through its tables.
+constexpr std::int64_t profileSteps = 200;
+constexpr std::int64_t profilePixelSteps = 4;
+
 std::int64_t stepsOf(const ColourSpace& space) {
     std::int64_t steps = plainSteps;
     for (const ColourSpace* each = &space; each != nullptr; each = each->base.get()) {
         steps += each->function == nullptr ? 0 : each->function->cost();
+        steps += each->profile == nullptr ? 0 : profileSteps;
     }
     return steps;
 }
@@ -52,11 +57,12 @@ PixelConversion::PixelConversion(const ImageForm& form, bool withAlpha, SeenColo
     : form_(form), width_(static_cast<std::size_t>(form.width)),
       components_(static_cast<std::size_t>(form.components())) {
     const Kind kind = form.space->kind;
-    const bool keepsWide =
-        isWide(form) && (kind == Kind::gray || kind == Kind::rgb) && form.isUsualDecode();
+    const bool keepsWide = isWide(form) && (kind == Kind::gray || kind == Kind::rgb) &&
+                           form.space->profile == nullptr && form.isUsualDecode();
     if (keepsWide) {
         colours_ = kind == Kind::gray ? ImageColours::gray : ImageColours::rgb;
         bits_ = 16;
+        way_ = form.hasAlpha ? Way::wide : Way::same;
         empty_ = withAlpha ? std::byte{0} : std::byte{0xFF};
         return;
     }
@@ -67,6 +73,7 @@ PixelConversion::PixelConversion(const ImageForm& form, bool withAlpha, SeenColo
         prepareMany();
     }
     chooseEmpty(withAlpha);
+    chooseEmptySample();
 }
 
 std::int64_t PixelConversion::rowBytes() const {
@@ -74,9 +81,16 @@ std::int64_t PixelConversion::rowBytes() const {
     return (std::int64_t{form_.width} * components * bits_ + 7) / 8;
 }
 
-std::byte PixelConversion::emptySample() const {
+/// A byte of samples that are white, or not painted; without ink where they are amounts of it.
+void PixelConversion::chooseEmptySample() {
+    if (colours_ == ImageColours::indexed) {
+        emptySample_ = empty_;
+        return;
+    }
     const Kind kind = form_.space->kind;
-    return kind == Kind::gray || kind == Kind::rgb ? std::byte{0xFF} : std::byte{0};
+    const bool isLight = kind == Kind::gray || kind == Kind::rgb;
+    const bool isTurned = values_[0][0] > values_[0][valuesOf(form_) - 1];
+    emptySample_ = isLight != isTurned ? std::byte{0xFF} : std::byte{0};
 }
 
 /// What Decode makes of each value of each component.
@@ -162,6 +176,10 @@ void PixelConversion::prepareOne(bool withAlpha, SeenColour fill) {
 
 void PixelConversion::prepareMany() {
     colours_ = ImageColours::rgb;
+    if (form_.space->profile != nullptr) {
+        way_ = Way::profile;
+        return;
+    }
     switch (form_.space->kind) {
     case Kind::rgb:
         way_ = hasPlainLevels_ && form_.bits == 8 && !form_.hasAlpha ? Way::same : Way::rgb;
@@ -235,10 +253,6 @@ std::span<const std::uint8_t> PixelConversion::unpack(std::span<const std::byte>
 /// Samples of 16 bits that stay so, without the further one.
 void PixelConversion::convertWide(std::span<const std::byte> row,
                                   std::span<std::byte> pixels) const {
-    if (!form_.hasAlpha) {
-        std::memcpy(pixels.data(), row.data(), pixels.size());
-        return;
-    }
     const std::size_t pixelBytes = 2 * components_;
     const std::byte* from = row.data();
     std::byte* to = pixels.data();
@@ -247,7 +261,23 @@ void PixelConversion::convertWide(std::span<const std::byte> row,
     }
 }
 
-SeenColour PixelConversion::computed(const std::uint8_t* samples, std::int64_t& steps) {
+void PixelConversion::throughProfile(const std::uint8_t* samples, std::span<std::byte> pixels,
+                                     StepMeter& steps) {
+    std::span<const std::uint8_t> from(samples, width_ * components_);
+    if (!hasPlainLevels_ || form_.bits < 8) {
+        decoded_.resize(from.size());
+        for (std::size_t i = 0; i < from.size(); ++i) {
+            decoded_[i] = levels_[i % components_][from[i]];
+        }
+        from = decoded_;
+    }
+    steps.add(static_cast<std::int64_t>(width_) * profilePixelSteps);
+    if (!form_.space->profile->convert(from, {asNumbers(pixels), pixels.size()})) {
+        failException(Exception::limit);
+    }
+}
+
+SeenColour PixelConversion::computed(const std::uint8_t* samples, StepMeter& steps) {
     std::uint64_t key = 0;
     for (std::size_t i = 0; i < components_; ++i) {
         key = key << 8 | samples[i];
@@ -263,14 +293,14 @@ SeenColour PixelConversion::computed(const std::uint8_t* samples, std::int64_t& 
     for (std::size_t i = 0; i < components_; ++i) {
         values[i] = values_[i][samples[i]];
     }
-    steps += stepsOf(*form_.space);
+    steps.add(stepsOf(*form_.space));
     place = {key, seenColour(colourIn(*form_.space, std::span(values).first(components_))), true};
     return place.colour;
 }
 
 void PixelConversion::convert(std::span<const std::byte> row, std::span<std::byte> pixels,
-                              std::int64_t& steps) {
-    if (bits_ == 16) {
+                              StepMeter& steps) {
+    if (way_ == Way::wide) {
         return convertWide(row, pixels);
     }
     if (way_ == Way::same) {
@@ -332,6 +362,9 @@ void PixelConversion::convert(std::span<const std::byte> row, std::span<std::byt
         }
         break;
     }
+    case Way::profile:
+        throughProfile(from, pixels, steps);
+        break;
     default:
         for (std::size_t x = 0; x < width_; ++x, from += components_, to += 3) {
             const SeenColour colour = computed(from, steps);

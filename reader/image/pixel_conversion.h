@@ -8,6 +8,7 @@
 #include "host/image.h"
 #include "reader/image/image_form.h"
 #include "reader/paint/seen_colour.h"
+#include "runtime/work_meter.h"
 
 #include <array>
 #include <cstddef>
@@ -33,15 +34,25 @@ public:
     /// What stands for rows that are missing: white, or transparent.
     std::byte emptyByte() const { return empty_; }
     /// What stands for samples that are missing in a row.
-    std::byte emptySample() const;
+    std::byte emptySample() const { return emptySample_; }
 
     /// A row of samples to a row of pixels. `steps` counts work on colours that are not in a table.
-    void convert(std::span<const std::byte> row, std::span<std::byte> pixels, std::int64_t& steps);
+    void convert(std::span<const std::byte> row, std::span<std::byte> pixels, StepMeter& steps);
     /// The alpha of each pixel by the colour key or, without one, by the further sample.
     void alphaOf(std::span<const std::byte> row, std::span<std::uint8_t> alpha);
 
 private:
-    enum class Way : std::uint8_t { same, bytes, palette, gray, rgb, cmyk, computed };
+    enum class Way : std::uint8_t {
+        same,
+        wide,
+        bytes,
+        palette,
+        gray,
+        rgb,
+        cmyk,
+        profile,
+        computed
+    };
 
     struct Remembered {
         std::uint64_t samples = 0;
@@ -54,7 +65,9 @@ private:
     void makeTables();
     void chooseEmpty(bool withAlpha);
     bool usesOwnLevels(std::span<const SeenColour> colours);
-    SeenColour computed(const std::uint8_t* samples, std::int64_t& steps);
+    SeenColour computed(const std::uint8_t* samples, StepMeter& steps);
+    void throughProfile(const std::uint8_t* samples, std::span<std::byte> pixels, StepMeter& steps);
+    void chooseEmptySample();
     std::span<const std::uint8_t> unpack(std::span<const std::byte> row);
     void convertWide(std::span<const std::byte> row, std::span<std::byte> pixels) const;
 
@@ -65,6 +78,7 @@ private:
     ImageColours colours_ = ImageColours::gray;
     std::int32_t bits_ = 8;
     std::byte empty_{0xFF};
+    std::byte emptySample_{0xFF};
     std::vector<std::uint8_t> palette_;
     std::array<std::byte, 256> bytes_{}; ///< of `bytes`: packed samples to packed levels
     std::vector<SeenColour> seen_;       ///< by sample, of one component
@@ -73,6 +87,7 @@ private:
     bool hasPlainLevels_ = true;                        ///< `levels_` change nothing
     std::vector<Remembered> remembered_;
     std::vector<std::uint8_t> unpacked_;
+    std::vector<std::uint8_t> decoded_; ///< of `profile`: what Decode made of a row
 };
 
 } // namespace corvane

@@ -29,7 +29,8 @@ private:
 class JpxRows final : public SampleRows {
 public:
     explicit JpxRows(const LookedImage& image)
-        : picture_(image.held.bytes, *image.jpx, image.keepsPalette),
+        : picture_(image.held.bytes, *image.jpx, image.keepsPalette,
+                   image.entries.cache().work.codecs),
           rowBytes_(static_cast<std::size_t>(image.form.rowBytes())), height_(image.jpx->height) {}
 
     std::size_t read(std::span<std::byte> rows) override {
@@ -86,7 +87,7 @@ std::unique_ptr<SampleRows> openJbig2(const LookedImage& image) {
         }
     }
     const HeldBytes data = image.coded.read();
-    Jbig2Page page = decodeJbig2(globals.bytes, data.bytes);
+    Jbig2Page page = decodeJbig2(globals.bytes, data.bytes, cache.work.codecs);
     const auto rowBytes = static_cast<std::size_t>(image.form.rowBytes());
     // Next to nothing of what the dictionary claims.
     if (rowBytes > 16 * ((std::size_t{page.width} + 7) / 8)) {
@@ -108,8 +109,9 @@ std::unique_ptr<SampleRows> openSampleRows(const LookedImage& image) {
     }
     Chain chain = image.coded.open();
     if (image.coded.codec() == ImageCodec::dct) {
-        chain.link(setupDiscreteDecoder(image.dctTransform));
-        chain.link(setupMeter(image.entries.cache().work));
+        ReadingWork& work = image.entries.cache().work;
+        chain.link(setupDiscreteDecoder(image.dctTransform, &work.codecs));
+        chain.link(setupMeter(work));
     }
     return std::make_unique<ChainRows>(std::move(chain));
 }

@@ -63,7 +63,10 @@ void forgetPage(DocumentCache& cache) {
     cache.work.pageBytes = 0;
     cache.work.imageStreamBytes = 0;
     cache.work.imageBytes = 0;
-    cache.work.imageColours = 0;
+    cache.work.images = 0;
+    cache.work.imageColours = StepMeter(budget::imageColours);
+    cache.work.functionSamples = StepMeter(budget::pageFunctionSamples);
+    cache.work.codecs = CodecClock();
 }
 
 ObjectOwner pageDictionary(DocumentCache& cache, const PageEntry& entry) {

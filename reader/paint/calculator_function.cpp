@@ -21,9 +21,11 @@ constexpr std::size_t deepestStack = 100;
 /// Braces within one another; reading them recurses.
 constexpr int deepestBraces = 32;
 
+/// Numbers and truth values, which are 0 and 1.
 class NumberStack {
 public:
     double pop() { return count_ > 0 ? numbers_[--count_] : 0.0; }
+    bool isTruth() const { return count_ > 0 && truths_[count_ - 1]; }
     std::int64_t popWhole() {
         const double value = pop();
         constexpr double bound = 2147483647.0;
@@ -31,33 +33,52 @@ public:
     }
     void push(double value) {
         if (count_ < deepestStack) {
+            truths_[count_] = false;
             numbers_[count_++] = value;
         }
+    }
+    void pushTruth(bool value) {
+        push(value ? 1 : 0);
+        truths_[count_ - 1] = true;
     }
     void pushWhole(std::int64_t value) { push(static_cast<double>(value)); }
     void copy(std::int64_t count) {
         const std::size_t from = count_;
         if (count > 0 && static_cast<std::size_t>(count) <= from) {
             for (std::size_t i = from - static_cast<std::size_t>(count); i < from; ++i) {
-                push(numbers_[i]);
+                pushAgain(i);
             }
         }
     }
     void index(std::int64_t depth) {
-        const bool isThere = depth >= 0 && static_cast<std::size_t>(depth) < count_;
-        push(isThere ? numbers_[count_ - 1 - static_cast<std::size_t>(depth)] : 0.0);
+        if (depth >= 0 && static_cast<std::size_t>(depth) < count_) {
+            pushAgain(count_ - 1 - static_cast<std::size_t>(depth));
+        } else {
+            push(0);
+        }
     }
     void roll(std::int64_t count, std::int64_t by) {
         if (count < 2 || static_cast<std::size_t>(count) > count_) {
             return;
         }
-        const auto end = numbers_.begin() + static_cast<std::ptrdiff_t>(count_);
         const std::int64_t turns = ((by % count) + count) % count;
-        std::rotate(end - count, end - turns, end);
+        const auto turn = [&](auto& values) {
+            const auto end = values.begin() + static_cast<std::ptrdiff_t>(count_);
+            std::rotate(end - count, end - turns, end);
+        };
+        turn(numbers_);
+        turn(truths_);
     }
 
 private:
+    void pushAgain(std::size_t place) {
+        const bool isTruth = truths_[place];
+        push(numbers_[place]);
+        truths_[count_ - 1] = isTruth;
+    }
+
     std::array<double, deepestStack> numbers_{};
+    std::array<bool, deepestStack> truths_{};
     std::size_t count_ = 0;
 };
 
@@ -92,68 +113,108 @@ std::int64_t shifted(std::int64_t value, std::int64_t by) {
     return static_cast<std::int32_t>(by < 0 ? bits >> -by : bits << by);
 }
 
+/// Of two truth values a truth value, else a number.
+template <class Compute>
+void logical(NumberStack& stack, Compute compute) {
+    const bool second = stack.isTruth();
+    const std::int64_t b = stack.popWhole();
+    const bool first = stack.isTruth();
+    const std::int64_t result = compute(stack.popWhole(), b);
+    if (first && second) {
+        stack.pushTruth(result != 0);
+    } else {
+        stack.pushWhole(result);
+    }
+}
+
+template <class Compute>
+void compared(NumberStack& stack, Compute compute) {
+    const double b = stack.pop();
+    const double a = stack.pop();
+    stack.pushTruth(compute(a, b));
+}
+
+void negate(NumberStack& stack) {
+    const bool isTruth = stack.isTruth();
+    const std::int64_t value = stack.popWhole();
+    if (isTruth) {
+        stack.pushTruth(value == 0);
+    } else {
+        stack.pushWhole(~value);
+    }
+}
+
+/// Steps that words take which call the mathematical library, or move many numbers.
+constexpr std::int64_t longWord = 20;
+
 struct Named {
     std::string_view name;
     Word word;
+    std::int64_t cost = 1;
 };
 
 constexpr std::array words{
     Named{"abs", [](NumberStack& s) { unary(s, [](double a) { return std::abs(a); }); }},
     Named{"add", [](NumberStack& s) { binary(s, [](double a, double b) { return a + b; }); }},
-    Named{"and", [](NumberStack& s) { whole(s, [](auto a, auto b) { return a & b; }); }},
+    Named{"and", [](NumberStack& s) { logical(s, [](auto a, auto b) { return a & b; }); }},
     Named{"atan",
           [](NumberStack& s) {
               binary(s, [](double a, double b) {
                   const double angle = std::atan2(a, b) * degrees;
                   return angle < 0 ? angle + 360 : angle;
               });
-          }},
+          },
+          longWord},
     Named{"bitshift", [](NumberStack& s) { whole(s, shifted); }},
     Named{"ceiling", [](NumberStack& s) { unary(s, [](double a) { return std::ceil(a); }); }},
-    Named{"copy", [](NumberStack& s) { s.copy(s.popWhole()); }},
-    Named{"cos", [](NumberStack& s) { unary(s, [](double a) { return std::cos(a / degrees); }); }},
+    Named{"copy", [](NumberStack& s) { s.copy(s.popWhole()); }, longWord},
+    Named{"cos", [](NumberStack& s) { unary(s, [](double a) { return std::cos(a / degrees); }); },
+          longWord},
     Named{"cvi", [](NumberStack& s) { unary(s, [](double a) { return std::trunc(a); }); }},
     Named{"cvr", [](NumberStack&) {}},
     Named{"div",
           [](NumberStack& s) { binary(s, [](double a, double b) { return b == 0 ? 0 : a / b; }); }},
     Named{"dup", [](NumberStack& s) { s.copy(1); }},
-    Named{"eq", [](NumberStack& s) { binary(s, [](double a, double b) { return a == b; }); }},
+    Named{"eq", [](NumberStack& s) { compared(s, [](double a, double b) { return a == b; }); }},
     Named{"exch", [](NumberStack& s) { s.roll(2, 1); }},
     Named{"exp",
-          [](NumberStack& s) { binary(s, [](double a, double b) { return std::pow(a, b); }); }},
-    Named{"false", [](NumberStack& s) { s.push(0); }},
+          [](NumberStack& s) { binary(s, [](double a, double b) { return std::pow(a, b); }); },
+          longWord},
+    Named{"false", [](NumberStack& s) { s.pushTruth(false); }},
     Named{"floor", [](NumberStack& s) { unary(s, [](double a) { return std::floor(a); }); }},
-    Named{"ge", [](NumberStack& s) { binary(s, [](double a, double b) { return a >= b; }); }},
-    Named{"gt", [](NumberStack& s) { binary(s, [](double a, double b) { return a > b; }); }},
+    Named{"ge", [](NumberStack& s) { compared(s, [](double a, double b) { return a >= b; }); }},
+    Named{"gt", [](NumberStack& s) { compared(s, [](double a, double b) { return a > b; }); }},
     Named{"idiv",
           [](NumberStack& s) { whole(s, [](auto a, auto b) { return b == 0 ? 0 : a / b; }); }},
     Named{"index", [](NumberStack& s) { s.index(s.popWhole()); }},
-    Named{"le", [](NumberStack& s) { binary(s, [](double a, double b) { return a <= b; }); }},
-    Named{"ln", [](NumberStack& s) { unary(s, [](double a) { return std::log(a); }); }},
-    Named{"log", [](NumberStack& s) { unary(s, [](double a) { return std::log10(a); }); }},
-    Named{"lt", [](NumberStack& s) { binary(s, [](double a, double b) { return a < b; }); }},
+    Named{"le", [](NumberStack& s) { compared(s, [](double a, double b) { return a <= b; }); }},
+    Named{"ln", [](NumberStack& s) { unary(s, [](double a) { return std::log(a); }); }, longWord},
+    Named{"log", [](NumberStack& s) { unary(s, [](double a) { return std::log10(a); }); },
+          longWord},
+    Named{"lt", [](NumberStack& s) { compared(s, [](double a, double b) { return a < b; }); }},
     Named{"mod",
           [](NumberStack& s) { whole(s, [](auto a, auto b) { return b == 0 ? 0 : a % b; }); }},
     Named{"mul", [](NumberStack& s) { binary(s, [](double a, double b) { return a * b; }); }},
-    Named{"ne", [](NumberStack& s) { binary(s, [](double a, double b) { return a != b; }); }},
+    Named{"ne", [](NumberStack& s) { compared(s, [](double a, double b) { return a != b; }); }},
     Named{"neg", [](NumberStack& s) { unary(s, [](double a) { return -a; }); }},
-    // Of truth values only: 0 and 1.
-    Named{"not", [](NumberStack& s) { unary(s, [](double a) { return a == 0 ? 1.0 : 0.0; }); }},
-    Named{"or", [](NumberStack& s) { whole(s, [](auto a, auto b) { return a | b; }); }},
+    Named{"not", negate},
+    Named{"or", [](NumberStack& s) { logical(s, [](auto a, auto b) { return a | b; }); }},
     Named{"pop", [](NumberStack& s) { s.pop(); }},
     Named{"roll",
           [](NumberStack& s) {
               const std::int64_t by = s.popWhole();
               s.roll(s.popWhole(), by);
-          }},
+          },
+          longWord},
     Named{"round", [](NumberStack& s) { unary(s, [](double a) { return std::floor(a + .5); }); }},
-    Named{"sin", [](NumberStack& s) { unary(s, [](double a) { return std::sin(a / degrees); }); }},
+    Named{"sin", [](NumberStack& s) { unary(s, [](double a) { return std::sin(a / degrees); }); },
+          longWord},
     Named{"sqrt",
           [](NumberStack& s) { unary(s, [](double a) { return std::sqrt(std::max(a, 0.0)); }); }},
     Named{"sub", [](NumberStack& s) { binary(s, [](double a, double b) { return a - b; }); }},
-    Named{"true", [](NumberStack& s) { s.push(1); }},
+    Named{"true", [](NumberStack& s) { s.pushTruth(true); }},
     Named{"truncate", [](NumberStack& s) { unary(s, [](double a) { return std::trunc(a); }); }},
-    Named{"xor", [](NumberStack& s) { whole(s, [](auto a, auto b) { return a ^ b; }); }},
+    Named{"xor", [](NumberStack& s) { logical(s, [](auto a, auto b) { return a ^ b; }); }},
 };
 static_assert(std::ranges::is_sorted(words, {}, &Named::name));
 
@@ -164,6 +225,7 @@ struct Step {
     double number = 0;
     Word word = nullptr;
     std::size_t target = 0;
+    std::int64_t cost = 1;
 };
 
 class Compiler {
@@ -207,7 +269,7 @@ private:
     bool simple(std::string_view text) {
         const auto* const named = std::ranges::lower_bound(words, text, {}, &Named::name);
         if (named != words.end() && named->name == text) {
-            steps_.push_back({.kind = Step::Kind::word, .word = named->word});
+            steps_.push_back({.kind = Step::Kind::word, .word = named->word, .cost = named->cost});
             return true;
         }
         if (text.starts_with('+')) {
@@ -265,9 +327,13 @@ class CalculatorFunction final : public Function {
 public:
     CalculatorFunction(std::vector<Interval> domain, const std::vector<Interval>& range,
                        std::vector<Step> steps)
-        : Function(std::move(domain), range, range.size()), steps_(std::move(steps)) {}
+        : Function(std::move(domain), range, range.size()), steps_(std::move(steps)) {
+        for (const Step& step : steps_) {
+            cost_ += step.cost;
+        }
+    }
 
-    std::int64_t cost() const override { return static_cast<std::int64_t>(steps_.size()) + 1; }
+    std::int64_t cost() const override { return cost_; }
 
 private:
     void compute(std::span<const double> in, std::span<double> out) const override {
@@ -300,6 +366,7 @@ private:
     }
 
     std::vector<Step> steps_;
+    std::int64_t cost_ = 1;
 };
 
 } // namespace

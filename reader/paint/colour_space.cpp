@@ -81,6 +81,10 @@ Colour initialColour(const ColourSpace& space) {
 }
 
 Colour colourIn(const ColourSpace& space, std::span<const double> components) {
+    if (space.profile != nullptr) {
+        const auto [red, green, blue] = space.profile->colour(components);
+        return rgbColour(fixedFromReal(red), fixedFromReal(green), fixedFromReal(blue));
+    }
     const auto value = [&](std::size_t i) { return fixedFromReal(component(components, i)); };
     switch (space.kind) {
     case ColourSpace::Kind::gray:

@@ -1,10 +1,11 @@
 // Colour spaces of page content: what the numbers of `sc` and `scn` mean.
 //
-// The host knows gray and process colour. Spaces with a profile count by their number of
-// components, as readers without colour management take them; a space that names inks is shown
-// through its alternate. PDF Reference, 4.5.
+// The host knows gray and process colour. Colours of a profile are red, green and blue as they are
+// seen, unless the profile changes next to nothing or cannot be read: then they count as those of
+// the device. A space that names inks is shown through its alternate. PDF Reference, 4.5.
 #pragma once
 
+#include "codecs/icc/icc_profile.h"
 #include "host/artwork.h"
 #include "objects/object.h"
 #include "reader/document/cache.h"
@@ -24,6 +25,8 @@ struct ColourSpace {
     Kind kind = Kind::gray;
     std::int32_t components = 1; ///< operands of a colour; 0 for patterns
     bool hasProfile = false;     ///< its colours are measured, not those of a device
+    /// Of gray, RGB and CMYK: what its colours look like; null: what those of the device do.
+    std::shared_ptr<const IccProfile> profile = nullptr;
 
     /// Of `indexed` and `tint`: the space that their colours are given in.
     std::shared_ptr<const ColourSpace> base = nullptr;
@@ -40,8 +43,11 @@ using ColourSpacePointer = std::shared_ptr<const ColourSpace>;
 /// The device space of that name, or the pattern space; null for any other name.
 ColourSpacePointer namedColourSpace(std::string_view name);
 
-/// The space that an object describes. Null where it is of a kind that is not supported. Raises
-/// what reading its objects raises.
+/// The device space of so many components: 1, 3 or 4; null for any other number.
+ColourSpacePointer deviceColourSpace(std::int32_t components);
+
+/// The space that an object describes; those of objects with a number are read once for a file.
+/// Null where it is of a kind that is not supported. Raises what reading its objects raises.
 ColourSpacePointer readColourSpace(DocumentCache& cache, const Object& object);
 
 /// The bytes of an indexed space's table, a string or a stream.

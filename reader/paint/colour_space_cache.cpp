@@ -14,6 +14,31 @@ bool isReserved(std::string_view name) {
 
 } // namespace
 
+ColourSpaceCache::Known
+ColourSpaceCache::readOnce(const std::function<ColourSpacePointer()>& read) {
+    Known known;
+    known.fault = guarded([&] { known.space = read(); });
+    if (known.fault != Exception::none && !isFileFault(known.fault)) {
+        againException();
+    }
+    resetException();
+    return known;
+}
+
+/// While a space is read it is none, so that one within itself ends.
+ColourSpacePointer ColourSpaceCache::numbered(std::int32_t number,
+                                              const std::function<ColourSpacePointer()>& read) {
+    if (const auto known = numbered_.find(number); known != numbered_.end()) {
+        raiseException(known->second.fault);
+        return known->second.space;
+    }
+    numbered_.emplace(number, Known());
+    Known made = readOnce(read);
+    numbered_[number] = made;
+    raiseException(made.fault);
+    return made.space;
+}
+
 ColourSpacePointer ColourSpaceCache::find(DocumentCache& cache, std::string_view name) {
     if (isReserved(name) || typeObject(cache.resources.get()) != ObjectType::dictionary) {
         return namedColourSpace(name);
@@ -32,16 +57,18 @@ ColourSpacePointer ColourSpaceCache::find(DocumentCache& cache, std::string_view
         if (typeObject(object) == ObjectType::null) {
             return namedColourSpace(name); // not kept: a page may make up names without end
         }
-        Known read;
-        read.fault = guarded([&] { read.space = readColourSpace(cache, object); });
-        if (read.fault != Exception::none && !isFileFault(read.fault)) {
-            againException();
-        }
-        resetException();
+        Known read = readOnce([&] { return readColourSpace(cache, object); });
         known = category.spaces.emplace(name, std::move(read)).first;
     }
     raiseException(known->second.fault);
     return known->second.space;
+}
+
+ColourSpaceCache& colourSpacesOf(DocumentCache& cache) {
+    if (cache.colourSpaces == nullptr) {
+        cache.colourSpaces = std::make_shared<ColourSpaceCache>();
+    }
+    return *cache.colourSpaces;
 }
 
 } // namespace corvane

@@ -1,4 +1,4 @@
-// Colour spaces by the names that resources give them, each read once.
+// Colour spaces by the names that resources give them and by their objects, each read once.
 #pragma once
 
 #include "reader/paint/colour_space.h"
@@ -20,6 +20,10 @@ public:
     /// the name is met; they are not read again.
     ColourSpacePointer find(DocumentCache& cache, std::string_view name);
 
+    /// The space of the object of this number, by `read` where it is not known. Faults likewise.
+    ColourSpacePointer numbered(std::int32_t number,
+                                const std::function<ColourSpacePointer()>& read);
+
 private:
     struct Known {
         ColourSpacePointer space;
@@ -31,7 +35,13 @@ private:
         std::map<std::string, Known, std::less<>> spaces;
     };
 
+    static Known readOnce(const std::function<ColourSpacePointer()>& read);
+
     std::unordered_map<std::uint32_t, Category> categories_; ///< by where the dictionary lies
+    std::unordered_map<std::int32_t, Known> numbered_;
 };
+
+/// That of an open file.
+ColourSpaceCache& colourSpacesOf(DocumentCache& cache);
 
 } // namespace corvane

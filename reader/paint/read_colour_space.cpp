@@ -1,8 +1,9 @@
 // What an object says of a colour space.
-#include "reader/paint/colour_space.h"
+#include "reader/paint/colour_space_cache.h"
+#include "reader/syntax/real_numbers.h"
 #include "reader/syntax/stream_bytes.h"
 #include "reader/syntax/syntax.h"
-#include "runtime/fixed.h"
+#include "runtime/budget.h"
 
 #include <algorithm>
 
@@ -23,52 +24,85 @@ constexpr std::size_t longestTable = 256 * mostComponents;
 
 ColourSpacePointer parseSpace(DocumentCache& cache, const Object& object, int depth);
 
-ColourSpacePointer deviceSpace(std::int32_t components, bool hasProfile = false) {
-    const auto made = [&](Kind kind) {
-        return std::make_shared<ColourSpace>(
-            ColourSpace{.kind = kind, .components = components, .hasProfile = hasProfile});
-    };
-    switch (components) {
-    case 1:
-        return made(Kind::gray);
-    case 3:
-        return made(Kind::rgb);
-    case 4:
-        return made(Kind::cmyk);
-    default:
+/// The space that a number of components tells, with a profile or without.
+ColourSpacePointer countedSpace(std::int32_t components, bool hasProfile,
+                                std::shared_ptr<const IccProfile> profile = nullptr) {
+    if (components != 1 && components != 3 && components != 4) {
         return nullptr;
     }
-}
-
-double realNumber(DocumentCache& cache, const Object& object) {
-    return realFromFixed(extendObject(resolveObject(cache, object).get()));
-}
-
-std::vector<double> realNumbers(DocumentCache& cache, const Object& array) {
-    std::vector<double> numbers;
-    if (typeObject(array) == ObjectType::array) {
-        const std::span<Object> elements = elementsObject(array);
-        for (const Object& element : elements.first(std::min(elements.size(), mostComponents))) {
-            numbers.push_back(realNumber(cache, element));
-        }
+    const Kind kind = components == 1 ? Kind::gray : components == 3 ? Kind::rgb : Kind::cmyk;
+    if (profile != nullptr && profile->isLikeDevice()) {
+        profile = nullptr;
     }
-    return numbers;
+    return std::make_shared<ColourSpace>(ColourSpace{.kind = kind,
+                                                     .components = components,
+                                                     .hasProfile = hasProfile,
+                                                     .profile = std::move(profile)});
 }
 
 ColourSpacePointer labSpace(DocumentCache& cache, const Object& parameters) {
     ColourSpace space{.kind = Kind::lab, .components = 3, .hasProfile = true};
     const ObjectOwner dictionary = resolveObject(cache, parameters);
     const std::vector<double> range =
-        realNumbers(cache, lookupObject(cache, dictionary.get(), "Range").get());
+        realNumbers(cache, lookupObject(cache, dictionary.get(), "Range").get(), mostComponents);
     if (range.size() == std::size(space.range)) {
         std::ranges::copy(range, space.range);
     }
     return std::make_shared<ColourSpace>(std::move(space));
 }
 
-ColourSpacePointer profileSpace(DocumentCache& cache, const Object& profile) {
-    const ObjectOwner stream = resolveObject(cache, profile);
-    return deviceSpace(integerObject(lookupObject(cache, stream.get(), "N").get()), true);
+/// [name stream]. A profile that cannot be read leaves the alternate, or the device's space.
+ColourSpacePointer profileSpace(DocumentCache& cache, const Object& object, int depth) {
+    const ObjectOwner stream = resolveObject(cache, object);
+    const std::int32_t components = integerObject(lookupObject(cache, stream.get(), "N").get());
+    std::shared_ptr<const IccProfile> profile;
+    const Exception code = guarded([&] {
+        const CodecClock::Scope scope(cache.work.codecs);
+        cache.work.codecs.check();
+        const std::vector<std::uint8_t> bytes =
+            streamBytes(cache, stream.get(), budget::profileBytes);
+        profile = IccProfile::read(std::as_bytes(std::span(bytes)),
+                                   static_cast<std::size_t>(std::max(components, 0)));
+    });
+    if (code != Exception::none && code != Exception::limit && !isFileFault(code)) {
+        againException();
+    }
+    resetException();
+    if (profile == nullptr) {
+        const Object alternate = findEntry(cache, stream.get(), "Alternate");
+        ColourSpacePointer space;
+        attempted([&] { space = parseSpace(cache, alternate, depth + 1); });
+        if (space != nullptr && space->components == components && space->kind == Kind::lab) {
+            return space;
+        }
+    }
+    return countedSpace(components, true, std::move(profile));
+}
+
+/// [name dictionary], of CalGray and CalRGB.
+ColourSpacePointer calibratedSpace(DocumentCache& cache, const Object& parameters,
+                                   std::int32_t components) {
+    const ObjectOwner dictionary = resolveObject(cache, parameters);
+    Calibration calibration;
+    calibration.matrix = {1, 0, 0, 0, 1, 0, 0, 0, 1};
+    const auto fill = [&](std::string_view key, std::span<double> numbers) {
+        const ObjectOwner array = lookupObject(cache, dictionary.get(), key);
+        const std::vector<double> found = realNumbers(cache, array.get(), numbers.size());
+        if (found.size() == numbers.size()) {
+            std::ranges::copy(found, numbers.begin());
+        }
+    };
+    attempted([&] {
+        fill("WhitePoint", calibration.white);
+        fill("Matrix", calibration.matrix);
+        fill("Gamma", calibration.gamma);
+        const ObjectOwner gamma = lookupObject(cache, dictionary.get(), "Gamma");
+        if (components == 1 && typeObject(gamma.get()) != ObjectType::null) {
+            calibration.gamma[0] = realObject(gamma.get());
+        }
+    });
+    return countedSpace(components, true,
+                        IccProfile::calibrated(calibration, static_cast<std::size_t>(components)));
 }
 
 /// [name base hival lookup]
@@ -106,10 +140,7 @@ ColourSpacePointer tintSpace(DocumentCache& cache, std::span<const Object> eleme
     return std::make_shared<ColourSpace>(std::move(space));
 }
 
-ColourSpacePointer parseSpace(DocumentCache& cache, const Object& object, int depth) {
-    if (depth > deepestSpace) {
-        return nullptr;
-    }
+ColourSpacePointer parseAnew(DocumentCache& cache, const Object& object, int depth) {
     const ObjectOwner space = resolveObject(cache, object);
     if (typeObject(space.get()) == ObjectType::literal) {
         return namedColourSpace(literalObject(space.get()));
@@ -121,7 +152,10 @@ ColourSpacePointer parseSpace(DocumentCache& cache, const Object& object, int de
     const ObjectOwner familyName = resolveObject(cache, elements[0]);
     const std::string_view family = literalObject(familyName.get());
     if (family == "ICCBased" && elements.size() >= 2) {
-        return profileSpace(cache, elements[1]);
+        return profileSpace(cache, elements[1], depth);
+    }
+    if ((family == "CalGray" || family == "CalRGB") && elements.size() >= 2) {
+        return calibratedSpace(cache, elements[1], family == "CalGray" ? 1 : 3);
     }
     if (family == "Lab" && elements.size() >= 2) {
         return labSpace(cache, elements[1]);
@@ -135,18 +169,32 @@ ColourSpacePointer parseSpace(DocumentCache& cache, const Object& object, int de
     return namedColourSpace(family);
 }
 
+ColourSpacePointer parseSpace(DocumentCache& cache, const Object& object, int depth) {
+    if (depth > deepestSpace) {
+        return nullptr;
+    }
+    std::int32_t number = 0;
+    if (typeObject(object) == ObjectType::reference) {
+        std::int32_t generation = 0;
+        referenceObject(object, number, generation);
+    }
+    return number == 0 ? parseAnew(cache, object, depth)
+                       : colourSpacesOf(cache).numbered(
+                             number, [&] { return parseAnew(cache, object, depth); });
+}
+
 } // namespace
 
 ColourSpacePointer namedColourSpace(std::string_view name) {
     const bool hasProfile = name.starts_with("Cal");
     if (name == "DeviceGray" || name == "G" || name == "CalGray") {
-        return deviceSpace(1, hasProfile);
+        return countedSpace(1, hasProfile);
     }
     if (name == "DeviceRGB" || name == "RGB" || name == "CalRGB") {
-        return deviceSpace(3, hasProfile);
+        return countedSpace(3, hasProfile);
     }
     if (name == "DeviceCMYK" || name == "CMYK") {
-        return deviceSpace(4);
+        return countedSpace(4, false);
     }
     if (name == "Pattern") {
         return std::make_shared<ColourSpace>(ColourSpace{.kind = Kind::pattern, .components = 0});
@@ -168,6 +216,10 @@ std::vector<std::uint8_t> tableBytes(DocumentCache& cache, const Object& object)
     }
     const std::string_view text = textObject(lookup.get());
     return {text.begin(), text.end()};
+}
+
+ColourSpacePointer deviceColourSpace(std::int32_t components) {
+    return countedSpace(components, false);
 }
 
 ColourSpacePointer readColourSpace(DocumentCache& cache, const Object& object) {

@@ -1,16 +1,17 @@
 // What an object says of a function: sampled, exponential and stitching ones, and calculators.
 #include "reader/paint/calculator_function.h"
 #include "reader/paint/function.h"
+#include "reader/syntax/real_numbers.h"
 #include "reader/syntax/stream_bytes.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 #include "runtime/exception.h"
-#include "runtime/fixed.h"
 #include "runtime/memory.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <map>
 #include <string>
 
 namespace corvane {
@@ -25,18 +26,26 @@ constexpr int deepestFunction = 4;
 /// Inputs of a sampled function: each doubles the work.
 constexpr std::size_t mostSampledInputs = 6;
 
-FunctionPointer parseFunction(DocumentCache& cache, const Object& object, int depth);
+/// Numbers of an array that count: two for each piece of a stitching function.
+constexpr std::size_t mostNumbers = 2 * budget::functionOperators;
+
+/// One reading of a function, with those within it.
+struct Reading {
+    struct Known {
+        FunctionPointer function;
+        std::size_t size = 0; ///< functions that it is made of, each use of one counted
+    };
+
+    DocumentCache& cache;
+    std::map<std::int32_t, Known> known; ///< by the number of the object
+    std::size_t size = 0;                ///< of all so far
+};
+
+FunctionPointer parseFunction(Reading& reading, const Object& object, int depth);
 
 std::vector<double> numbersOf(DocumentCache& cache, const Object& dictionary,
                               std::string_view key) {
-    std::vector<double> numbers;
-    const ObjectOwner array = lookupObject(cache, dictionary, key);
-    if (typeObject(array.get()) == ObjectType::array) {
-        for (const Object& element : elementsObject(array.get())) {
-            numbers.push_back(realFromFixed(extendObject(resolveObject(cache, element).get())));
-        }
-    }
-    return numbers;
+    return realNumbers(cache, lookupObject(cache, dictionary, key).get(), mostNumbers);
 }
 
 std::vector<Interval> intervalsOf(std::span<const double> numbers) {
@@ -176,24 +185,24 @@ FunctionPointer readExponential(DocumentCache& cache, const Object& dictionary, 
     if (common.domain.size() != 1 || first.size() > functionArity) {
         return nullptr;
     }
-    const double exponent = realFromFixed(extendObject(lookupObject(cache, dictionary, "N").get()));
+    const double exponent = realObject(lookupObject(cache, dictionary, "N").get());
     return std::make_shared<ExponentialFunction>(std::move(common.domain), std::move(common.range),
                                                  std::move(first), std::move(last),
                                                  std::max(exponent, 0.0));
 }
 
-FunctionPointer readStitching(DocumentCache& cache, const Object& dictionary, Common common,
+FunctionPointer readStitching(Reading& reading, const Object& dictionary, Common common,
                               int depth) {
+    DocumentCache& cache = reading.cache;
     const ObjectOwner functions = lookupObject(cache, dictionary, "Functions");
     if (common.domain.size() != 1 || typeObject(functions.get()) != ObjectType::array) {
         return nullptr;
     }
     std::vector<FunctionPointer> pieces;
     for (const Object& element : elementsObject(functions.get())) {
-        FunctionPointer piece = parseFunction(cache, element, depth + 1);
+        FunctionPointer piece = parseFunction(reading, element, depth + 1);
         if (piece == nullptr || piece->inputs() != 1 ||
-            (!pieces.empty() && piece->outputs() != pieces.front()->outputs()) ||
-            pieces.size() == budget::functionOperators) {
+            (!pieces.empty() && piece->outputs() != pieces.front()->outputs())) {
             return nullptr;
         }
         pieces.push_back(std::move(piece));
@@ -261,6 +270,7 @@ FunctionPointer readSampled(DocumentCache& cache, const Object& stream, Common c
         grid.decode.resize(2 * i);
         grid.decode.insert(grid.decode.end(), {common.range[i].low, common.range[i].high});
     }
+    cache.work.functionSamples.add(count);
     grid.charge.resize(count * (4 + bits / 8 + 1));
     const std::vector<std::uint8_t> bytes =
         streamBytes(cache, stream, static_cast<std::size_t>((count * bits + 7) / 8));
@@ -269,7 +279,8 @@ FunctionPointer readSampled(DocumentCache& cache, const Object& stream, Common c
                                              std::move(grid));
 }
 
-FunctionPointer parseFunction(DocumentCache& cache, const Object& object, int depth) {
+FunctionPointer parseAnew(Reading& reading, const Object& object, int depth) {
+    DocumentCache& cache = reading.cache;
     const ObjectOwner function = resolveObject(cache, object);
     const ObjectType type = typeObject(function.get());
     if (depth > deepestFunction || (type != ObjectType::dictionary && type != ObjectType::stream)) {
@@ -293,7 +304,7 @@ FunctionPointer parseFunction(DocumentCache& cache, const Object& object, int de
     case 2:
         return readExponential(cache, function.get(), std::move(common));
     case 3:
-        return readStitching(cache, function.get(), std::move(common), depth);
+        return readStitching(reading, function.get(), std::move(common), depth);
     case 4: {
         constexpr std::size_t longestProgram = 1 << 20;
         if (type != ObjectType::stream || common.range.empty()) {
@@ -309,10 +320,34 @@ FunctionPointer parseFunction(DocumentCache& cache, const Object& object, int de
     }
 }
 
+/// A function that is used again counts again, since who walks it meets it again.
+FunctionPointer parseFunction(Reading& reading, const Object& object, int depth) {
+    std::int32_t number = 0;
+    if (typeObject(object) == ObjectType::reference) {
+        std::int32_t generation = 0;
+        referenceObject(object, number, generation);
+    }
+    const std::size_t before = reading.size;
+    const auto known = reading.known.find(number);
+    FunctionPointer function;
+    if (number != 0 && known != reading.known.end()) {
+        function = known->second.function;
+        reading.size += known->second.size;
+    } else {
+        ++reading.size;
+        function = parseAnew(reading, object, depth);
+        if (number != 0) {
+            reading.known[number] = {function, reading.size - before};
+        }
+    }
+    return reading.size > budget::functionOperators ? nullptr : function;
+}
+
 } // namespace
 
 FunctionPointer readFunction(DocumentCache& cache, const Object& object) {
-    return parseFunction(cache, object, 0);
+    Reading reading{cache, {}, 0};
+    return parseFunction(reading, object, 0);
 }
 
 } // namespace corvane

@@ -178,6 +178,7 @@ std::unique_ptr<ImageSink> ImageFiles::begin(const ImageFacts& facts) {
         }
         OutputTarget target = outputTarget(path, input_, true);
         target.isFirst = written_.empty();
+        target.isSynced = false;
         return std::make_unique<NewFile>(*this, facts, path, target);
     });
 }

@@ -161,7 +161,8 @@ std::error_code OutputFile::finish() {
     if (!descriptor_) {
         descriptor_ = Descriptor(open(hiddenPath().c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
     }
-    if (fchmod(descriptor_.number(), target_.mode) != 0 || fsync(descriptor_.number()) != 0) {
+    if (fchmod(descriptor_.number(), target_.mode) != 0 ||
+        (target_.isSynced && fsync(descriptor_.number()) != 0)) {
         return lastError();
     }
     if (const std::error_code error = close()) {

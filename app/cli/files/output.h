@@ -28,6 +28,9 @@ struct OutputTarget {
     /// The first of this command in its folder, which is looked through for what killed processes
     /// left there: a page may have thousands of images.
     bool isFirst = true;
+    /// It is on the disk when the command ends. Not so what the same command makes again: a page's
+    /// thousands of images would take minutes.
+    bool isSynced = true;
 };
 
 /// Looks where `path` leads. "-" is standard output. Raises `Failure` where it is the file `input`
