@@ -85,6 +85,7 @@ struct PaintedArt {
     TraceIndex part = 0;    ///< of text: in `ContentTrace::textPart`
     bool isDrawn = false;   ///< text that glyph procedures drew: the art is a group of paths
     bool isImage = false;
+    bool isShading = false; ///< a path over the area of a clip, or an image of it
 };
 
 /// A link of the clips in force.
@@ -167,6 +168,7 @@ private:
     void applyPath(const Interpreter& interpreter, TraceEvent& event);
     void applyShow(const Interpreter& interpreter, TraceEvent& event);
     void applyImage(const Interpreter& interpreter, TraceEvent& event);
+    void applyShading(const Interpreter& interpreter, TraceEvent& event);
     void addTextPlace(const Interpreter& interpreter);
     void addClip(Art art);
     void markClips(bool ClipLink::*mark);

@@ -19,6 +19,7 @@
 #include "reader/image/page_images.h"
 #include "reader/paint/colour_space_cache.h"
 #include "reader/paint/path.h"
+#include "reader/shading/page_patterns.h"
 #include "reader/syntax/token_push.h"
 #include "reader/text/page_fonts.h"
 #include "reader/text/text_object.h"
@@ -54,6 +55,8 @@ struct ContentLevel {
 
     TokenPusher operands;         ///< constructs that are open on the operand stack
     PathConstruction path;        ///< the path under construction
+    RealMatrix base;              ///< its default space, in which patterns lie, to the artboard
+    Box area;                     ///< of the artboard: all that it may paint lies within
     std::int32_t floor = 0;       ///< states saved by the content around it, not for its `Q`
     std::int64_t streamStart = 0; ///< bytes of the streams before the one being read
     bool isBegun = false;         ///< the operator to come was begun: `span.start` is known
@@ -68,6 +71,7 @@ struct ContentLevel {
     bool setsFont = false;      ///< the latest `gs` set the font
     classic::TextLineState classicText;
     Art placed = Art::null;        ///< what the operator that draws an image made of it
+    Art shaded = Art::null;        ///< what the latest `sh` made
     std::int64_t imageStart = -1;  ///< of the inline image that is open; below 0: none is
     KnownImage inlineImage;        ///< it, once its data were read
     ContentTrace* trace = nullptr; ///< where operators are noted, if anywhere; not an owner
@@ -91,10 +95,12 @@ struct Interpreter {
     classic::FontList classicFonts;
     classic::SelectedFonts selectedFonts;
     PageImages images;
+    PagePatterns patterns;
     /// Numbers of the objects of the contents within one another that are being drawn; 0: of none.
     std::vector<std::int32_t> openContents;
-    bool readsText = false;   ///< text becomes art; otherwise it is counted and left out
-    bool readsImages = false; ///< the same of images
+    bool readsText = false;     ///< text becomes art; otherwise it is counted and left out
+    bool readsImages = false;   ///< the same of images
+    bool readsPatterns = false; ///< and of patterns and shadings
 };
 
 /// One content, from its first stream to its last.

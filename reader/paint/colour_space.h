@@ -25,7 +25,8 @@ struct ColourSpace {
     std::int32_t components = 1; ///< operands of a colour; 0 for patterns
     bool hasProfile = false;     ///< its colours are measured, not those of a device
 
-    /// Of `indexed` and `tint`: the space that their colours are given in.
+    /// Of `indexed` and `tint`: the space that their colours are given in. Of `pattern`: that of
+    /// the colours of patterns without colours of their own; null: it has none.
     std::shared_ptr<const ColourSpace> base = nullptr;
     /// Of `indexed`: the components of each colour, a byte each.
     std::vector<std::uint8_t> table = {};

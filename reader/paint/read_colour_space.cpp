@@ -141,6 +141,11 @@ ColourSpacePointer parseSpace(DocumentCache& cache, const Object& object, int de
     if ((family == "Separation" || family == "DeviceN") && elements.size() >= 4) {
         return tintSpace(cache, elements, depth);
     }
+    if (family == "Pattern" && elements.size() >= 2) {
+        ColourSpace pattern{.kind = Kind::pattern, .components = 0};
+        pattern.base = parseSpace(cache, elements[1], depth + 1);
+        return std::make_shared<ColourSpace>(std::move(pattern));
+    }
     return namedColourSpace(family);
 }
 

@@ -24,6 +24,8 @@ struct ArtDifference {
     bool letters = false; ///< of text: what is shown, in which font, and how letters stand
     bool place = false;   ///< of text: where it begins, its size and direction; of images: where
     bool image = false;   ///< of images: which one
+    /// No difference of the paint: gradients and patterns moved as the object did.
+    bool movesPaint = false;
 
     bool any() const;
     bool strokeParts() const { return stroke || lineWidth || dash || cap || join || miterLimit; }

@@ -12,6 +12,7 @@
 #include "writer/patch/kept_works.h"
 #include "writer/patch/movement.h"
 #include "writer/patch/placed_image.h"
+#include "writer/patch/shading_works.h"
 #include "writer/patch/text/text_run.h"
 #include "writer/patch/text/text_works.h"
 
@@ -189,6 +190,9 @@ void InsertedWorks::writeSourced(const MatchedObject& object, const EditedObject
         writeText(object, edited);
     } else if (edited.kind == ArtKind::group) {
         writeGlyphs(object, edited);
+    } else if (trace_.painted()[object.source].isShading) {
+        tools_.state.write(own, {}, {});
+        shadingWorks(tools_, trace_.painted()[object.source], art, object.difference);
     } else if (edited.kind == ArtKind::placed) {
         writeImage(object, edited);
     } else if (!object.difference.any()) {

@@ -28,6 +28,7 @@ private:
     Clip clipOf(TraceIndex path) const;
     void patchPath(TraceIndex path, PaintedIndex source, Paint paint, Clip clip);
     void patchImage(PaintedIndex source);
+    void patchShading(PaintedIndex source);
     void remove(TraceIndex path);
     void removeClipWords(TraceIndex path);
     void drawChanged(PaintedIndex source);
