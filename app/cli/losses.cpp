@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char* consequence = "; the saved page does not have that";
 
-/// Strokes painted with a gradient or pattern, which pages get in gray.
+/// Strokes painted with a gradient or pattern, which pages get in gray in the original profile.
 std::int32_t grayedStrokes(const Document& document) {
     std::int32_t count = 0;
     for (Layer layer = document.firstLayer(); layer != Layer::null;
@@ -54,7 +54,8 @@ void weighLosses(const Arguments& arguments, const Document& document,
         lose(kind + ": " + counted(count, "element") + " ignored" +
              (kind == "image" ? imageNames(images) : ""));
     }
-    if (const std::int32_t grayed = grayedStrokes(document); grayed != 0) {
+    const bool grays = arguments.profile == Profile::original;
+    if (const std::int32_t grayed = grays ? grayedStrokes(document) : 0; grayed != 0) {
         lose("gradients and patterns of strokes: " + counted(grayed, "element") + " drawn in gray");
     }
     if (!arguments.force && !losses.empty()) {

@@ -3,11 +3,13 @@
 #include "reader/content/art.h"
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
+#include "runtime/matrix.h"
 #include "runtime/reason.h"
 #include "runtime/rules.h"
 #include "runtime/warning.h"
 #include "writer/art/path_works.h"
 #include "writer/art/text_works.h"
+#include "writer/image/new_images.h"
 
 namespace corvane {
 
@@ -67,6 +69,17 @@ void drawnTextWorks(Walk& walk, Art text) {
     walk.texts->write(walk, text);
 }
 
+void placedWorks(Walk& walk, Art art) {
+    PlacedImage placed;
+    callHost(slot::getPlacedImage, art, &placed);
+    enterWorks(walk);
+    walk.text.addMatrix(realMatrix(placed.matrix));
+    walk.text.add("cm\n/");
+    walk.text.add(walk.images->add(placed.image));
+    walk.text.add(" Do\n");
+    leaveWorks(walk);
+}
+
 void visitWorks(Walk& walk, Art art, ArtStack& pending, bool writesGroups) {
     if (callHost(slot::checkUserAbort)) {
         failException(Exception::cancelled);
@@ -85,6 +98,11 @@ void visitWorks(Walk& walk, Art art, ArtStack& pending, bool writesGroups) {
     case 5:
     case 6:
         return; // kinds that are not drawn
+    case 7:
+        if (walk.images != nullptr) {
+            return placedWorks(walk, art);
+        }
+        [[fallthrough]];
     default:
         failException(Exception::type);
     }

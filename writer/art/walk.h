@@ -6,6 +6,7 @@
 #include "reader/classic/font_list.h"
 #include "runtime/fixed.h"
 #include "writer/art/content_text.h"
+#include "writer/art/paint_drawing.h"
 #include "writer/art/shadow.h"
 #include "writer/art/text_drawing.h"
 
@@ -22,6 +23,8 @@ struct UserSpace {
 
 /// The user space under that CTM; nothing where the CTM has no inverse.
 std::optional<UserSpace> userSpace(const RealMatrix& ctm);
+
+class NewImages;
 
 struct Walk {
     explicit Walk(Filter& stream) : text(stream) {}
@@ -42,6 +45,9 @@ struct Walk {
     ContentText text;
     Shadow shadow;
     TextDrawing* texts = nullptr; ///< null: text cannot be drawn
+    /// Null: the host draws gradients and patterns of fills, and those of strokes are gray.
+    PaintDrawing* paints = nullptr;
+    NewImages* images = nullptr; ///< null: images cannot be drawn
     classic::FontList fonts;
     /// Segments of a path come from the host in blocks of this many.
     std::array<Segment, 512> segments;

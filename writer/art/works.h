@@ -3,6 +3,7 @@
 
 #include "objects/stack.h"
 #include "reader/document/cache.h"
+#include "writer/art/paint_drawing.h"
 #include "writer/art/text_drawing.h"
 
 #include <cstdint>
@@ -12,8 +13,9 @@ namespace corvane {
 /// Writes the content to the cache's output; its length in bytes. `placement` leads from the
 /// artboard to the page's own space and is written first, unless it changes nothing. Raises `host`
 /// where a slot fails, `cancelled` where the person wants to stop, `type` for art, paint, caps and
-/// joins of an unknown kind. Without `texts`, text raises `unpatchable`.
+/// joins of an unknown kind. Without `texts`, text raises `unpatchable`; without `paints` the host
+/// draws gradients and patterns of fills.
 std::int32_t documentWorks(DocumentCache& cache, const RealMatrix& placement,
-                           TextDrawing* texts = nullptr);
+                           TextDrawing* texts = nullptr, PaintDrawing* paints = nullptr);
 
 } // namespace corvane

@@ -20,8 +20,15 @@ std::int32_t writeSealedWorks(DocumentCache& cache, const UpdatePlan& plan) {
     Chain sealed(&output);
     linkSeal(cache, sealed, newStreamCipher(cache), {plan.numbers.content, 0});
     cache.output = sealed.top();
-    const Exception code =
-        guarded([&] { documentWorks(cache, plan.geometry.placement, plan.texts.get()); });
+    const Exception code = guarded([&] {
+        std::optional<ContentPaints> paints;
+        if (plan.paints) {
+            paints.emplace(*plan.paints, plan.texts->resources(),
+                           PaintedContent{plan.geometry.placement, visibleArtboard()});
+        }
+        documentWorks(cache, plan.geometry.placement, plan.texts.get(),
+                      paints ? &*paints : nullptr);
+    });
     cache.output = &output;
     raiseException(code);
     sealed.unlink();
@@ -44,13 +51,16 @@ std::int64_t writeDrawn(DocumentCache& cache, const UpdatePlan& plan) {
     stringOutput(output, "\rendstream\rendobj\r");
 
     writeLength(cache, length, bytes);
-    const bool hasFonts = plan.texts && plan.texts->resources().hasAdded();
-    if (hasFonts) {
+    const bool hasResources = plan.texts && plan.texts->resources().hasAdded();
+    if (hasResources) {
         plan.texts->fonts().write(cache);
+    }
+    if (plan.paints) {
+        plan.paints->write(cache);
     }
     writePageObject(cache, plan.page, plan.geometry,
                     {.contents = {{.number = content, .generation = 0, .place = contentPlace}},
-                     .resources = hasFonts ? &plan.texts->resources() : nullptr,
+                     .resources = hasResources ? &plan.texts->resources() : nullptr,
                      .origin = plan.origin,
                      .artwork = plan.artwork});
     forallFamily([&](const Family& family) { writeFamily(cache, family); });
@@ -71,6 +81,7 @@ std::int64_t writePatched(DocumentCache& cache, const UpdatePlan& plan, PlannedP
     for (const MovedPattern& pattern : patch.page.patterns) {
         writePattern(cache, pattern);
     }
+    patch.page.paints->write(cache);
     for (const DrawnGroup& group : patch.page.groups.groups()) {
         writeGroup(cache, group);
     }

@@ -114,7 +114,8 @@ void InsertedWorks::writeObject(const Insertion& insertion) {
 }
 
 /// The state of text, what lies on the page moved.
-void InsertedWorks::writeState(const PaintedArt& was, const RealMatrix& movement) {
+void InsertedWorks::writeState(const PaintedArt& was, const ArtDifference& difference,
+                               const RealMatrix& movement) {
     // A `gs` that set the font may set what other operators set again.
     const TraceIndex font = trace_.textSetting(was.setting).font;
     if (font != 0 && trace_.events()[font - 1].role == OperatorRole::external) {
@@ -122,7 +123,9 @@ void InsertedWorks::writeState(const PaintedArt& was, const RealMatrix& movement
     }
     const Surroundings& own = trace_.events()[was.event].behind;
     const bool isMasked = (own.settings & softMaskSetting) != 0;
-    tools_.state.write(own, {}, isMasked ? movement : RealMatrix());
+    tools_.state.write(own, {},
+                       {.masks = isMasked ? movement : RealMatrix(),
+                        .patterns = difference.movesPaint ? movement : RealMatrix()});
 }
 
 /// What glyph procedures drew: shown again, or, where its insides were changed and the host
@@ -142,7 +145,7 @@ void InsertedWorks::writeGlyphs(const MatchedObject& object, const EditedObject&
     const RealMatrix movement = object.difference.place
                                     ? movementOf(was.art, edited.art).value_or(RealMatrix())
                                     : RealMatrix();
-    writeState(was, movement);
+    writeState(was, object.difference, movement);
     movedGlyphsWorks(tools_, was, movement);
 }
 
@@ -150,8 +153,10 @@ void InsertedWorks::writeText(const MatchedObject& object, const EditedObject& e
     const PaintedArt& was = trace_.painted()[object.source];
     const bool isMasked = (trace_.events()[was.event].behind.settings & softMaskSetting) != 0;
     const RealMatrix movement =
-        isMasked && object.difference.place ? movementOfText(base_, was, edited) : RealMatrix();
-    writeState(was, movement);
+        (isMasked || object.difference.movesPaint) && object.difference.place
+            ? movementOfText(base_, was, edited)
+            : RealMatrix();
+    writeState(was, object.difference, movement);
     sourcedTextWorks(tools_, base_, was, edited, object.difference);
 }
 
@@ -161,7 +166,7 @@ void InsertedWorks::writeImage(const MatchedObject& object, const EditedObject& 
     const bool isMasked = (own.settings & softMaskSetting) != 0;
     const RealMatrix movement =
         isMasked && object.difference.place ? movementOfImage(was.art, edited.art) : RealMatrix();
-    tools_.state.write(own, {}, movement);
+    tools_.state.write(own, {}, {.masks = movement, .patterns = {}});
     imageWorks(tools_, was, edited.art, object.difference);
 }
 

@@ -153,7 +153,7 @@ private:
         int compared = 0;
         for (auto at = sources.rbegin(); at != sources.rend() && compared < mostCompared;
              ++at, ++compared) {
-            if (!compareArt(artOf(base_, *at), artwork_.objects[i].art).any()) {
+            if (!compareArt(artOf(base_, *at), artwork_.objects[i].art, base_.paints).any()) {
                 matching_.objects[i] = {.source = *at};
                 matching_.owners[*at] = i;
                 sources.erase(std::next(at).base());
@@ -244,10 +244,10 @@ PaintedIndex sourceOf(const BaseReading& base, const EditedObject& object) {
 ArtDifference compareObject(const BaseReading& base, PaintedIndex source,
                             const EditedObject& object) {
     const PaintedArt& was = base.trace.painted()[source];
-    return was.isDrawn   ? compareGlyphs(was.art, object.art)
+    return was.isDrawn   ? compareGlyphs(was.art, object.art, base.paints)
            : isText(was) ? compareText(base, was, object)
            : was.isImage ? compareImages(was.art, object.art)
-                         : compareArt(was.art, object.art);
+                         : compareArt(was.art, object.art, base.paints);
 }
 
 const TraceEvent& eventOf(const ContentTrace& trace, PaintedIndex source) {

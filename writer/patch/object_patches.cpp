@@ -92,8 +92,8 @@ void ObjectPatches::drawChanged(PaintedIndex source) {
 }
 
 /// Sets again what lies on the page and moves with an object.
-void ObjectPatches::moveAlong(TraceIndex event, const RealMatrix& movement) {
-    if (movement != RealMatrix()) {
+void ObjectPatches::moveAlong(TraceIndex event, const PageMovement& movement) {
+    if (movement.any()) {
         const Surroundings& own = trace_.events()[event].behind;
         tools_.state.write(own, trace_.matrix(own.matrix), movement);
     }
@@ -115,7 +115,7 @@ void ObjectPatches::patchImage(PaintedIndex source) {
     noneStyleWorks(tools_.walk);
     enterWorks(tools_.walk);
     if (difference.place && (event.behind.settings & softMaskSetting) != 0) {
-        moveAlong(was.event, movementOfImage(was.art, art));
+        moveAlong(was.event, {.masks = movementOfImage(was.art, art), .patterns = {}});
     }
     imageWorks(tools_, was, art, difference);
     leaveWorks(tools_.walk);

@@ -32,7 +32,7 @@ private:
     void remove(TraceIndex path);
     void removeClipWords(TraceIndex path);
     void drawChanged(PaintedIndex source);
-    void moveAlong(TraceIndex event, const RealMatrix& movement);
+    void moveAlong(TraceIndex event, const PageMovement& movement);
     TraceIndex linkOf(TraceIndex path) const;
 
     PatchTools& tools_;

@@ -14,14 +14,18 @@ public:
     /// Lays out all text of the layers that are drawn. Raises `unpatchable` where no font shows a
     /// letter.
     DrawnTexts();
+    /// The same for all text within `top`.
+    explicit DrawnTexts(Art top);
 
     void write(Walk& walk, Art text) override;
 
-    /// Fonts and their names, once all is written.
+    /// Fonts and their names, once all is written; what else the content names may be added.
     const ResourceRegistry& resources() const { return resources_; }
+    ResourceRegistry& resources() { return resources_; }
     const NewFonts& fonts() const { return setText_.fonts(); }
 
 private:
+    void addAll(Art top);
     void add(Art text);
 
     ResourceRegistry resources_;

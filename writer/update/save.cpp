@@ -7,6 +7,7 @@
 #include "reader/document/update_mark.h"
 #include "reader/page/page_base.h"
 #include "reader/page/page_content.h"
+#include "reader/shading/page_patterns.h"
 #include "reader/syntax/file_bytes.h"
 #include "reader/syntax/stream_chain.h"
 #include "reader/text/show_text.h"
@@ -185,6 +186,7 @@ UpdatePlan planUpdate(DocumentCache& cache) {
         plan.numbers.content = nextIdentity();
         plan.numbers.length = nextIdentity();
         plan.texts = hostHoldsText() ? std::make_unique<DrawnTexts>() : nullptr;
+        plan.paints = plan.texts && hostHoldsPatterns() ? std::make_unique<NewPaints>() : nullptr;
     }
     // Reading the page may have met an entry that leads elsewhere.
     refuseRepaired(cache, plan.mend.has_value());

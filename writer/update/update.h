@@ -11,6 +11,7 @@
 #include "writer/page/page_geometry.h"
 #include "writer/page/page_object.h"
 #include "writer/page/resource_registry.h"
+#include "writer/paint/new_paints.h"
 #include "writer/patch/page_patch.h"
 #include "writer/patch/patched_streams.h"
 #include "writer/text/drawn_texts.h"
@@ -74,6 +75,7 @@ struct UpdatePlan {
     CarriedTrailer trailer;
     Numbers numbers;                   ///< where the page is drawn anew
     std::unique_ptr<DrawnTexts> texts; ///< there too, where text can be drawn
+    std::unique_ptr<NewPaints> paints; ///< there too, where the host says what gradients are
     std::optional<PlannedPatch> patch; ///< otherwise
 };
 

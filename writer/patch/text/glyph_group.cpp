@@ -54,7 +54,7 @@ bool isGroupOfPaths(Art art) {
     });
 }
 
-ArtDifference compareGlyphs(Art was, Art is) {
+ArtDifference compareGlyphs(Art was, Art is, PaintComparison& paints) {
     const ChargedList<Part> ofWas = partsOf(was);
     const ChargedList<Part> ofIs = partsOf(is);
     ArtDifference difference;
@@ -64,7 +64,8 @@ ArtDifference compareGlyphs(Art was, Art is) {
         if (ofWas[i].kind == ArtKind::group) {
             continue;
         }
-        ArtDifference path = compareArt(ofWas[i].art, ofIs[i].art);
+        ArtDifference path = compareArt(ofWas[i].art, ofIs[i].art, paints);
+        difference.movesPaint = path.movesPaint || difference.movesPaint;
         isMoved = std::exchange(path.shape, false) || isMoved;
         difference.letters = path.any();
     }

@@ -8,7 +8,8 @@ namespace corvane {
 /// Whether art is a group of paths alone, as glyph procedures draw.
 bool isGroupOfPaths(Art art);
 
-/// `letters` where anything else differs than the place of the whole.
-ArtDifference compareGlyphs(Art was, Art is);
+/// `letters` where anything else differs than the place of the whole; gradients and patterns move
+/// along with it.
+ArtDifference compareGlyphs(Art was, Art is, PaintComparison& paints);
 
 } // namespace corvane

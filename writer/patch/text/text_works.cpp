@@ -74,6 +74,9 @@ void sourcedTextWorks(PatchTools& tools, const BaseReading& base, const PaintedA
         failException(Exception::unpatchable);
     }
     const PathStyle style = runOf(is.art, is.run).style;
+    if (needsMask(walk, style)) {
+        maskInUserSpace(walk, style, ctm);
+    }
     if (difference.fill) {
         colorWorks(walk, style.fill, true);
     }
@@ -102,10 +105,18 @@ void movedGlyphsWorks(PatchTools& tools, const PaintedArt& was, const RealMatrix
 void newTextWorks(PatchTools& tools, const EditedObject& is) {
     Walk& walk = tools.walk;
     const PathStyle style = runOf(is.art, is.run).style;
+    const bool isMasked = needsMask(walk, style);
+    if (isMasked) {
+        enterWorks(walk);
+        maskWorks(walk, style);
+    }
     pathStyleWorks(walk, style);
     walk.text.add("BT\n");
     typedWorks(tools, is, RealMatrix());
     walk.text.add("ET\n");
+    if (isMasked) {
+        leaveWorks(walk);
+    }
 }
 
 } // namespace corvane
