@@ -61,6 +61,10 @@ void fillTable(std::span<HostProcedure> table) {
     fillSlot(table, slot::drawGradient, answer::drawGradient);
     fillSlot(table, slot::tilePattern, answer::tilePattern);
     fillSlot(table, slot::getNote, answer::getNote);
+    fillSlot(table, slot::addGradient, answer::addGradient);
+    fillSlot(table, slot::getGradient, answer::getGradient);
+    fillSlot(table, slot::addPattern, answer::addPattern);
+    fillSlot(table, slot::getPattern, answer::getPattern);
 
     fillSlot(table, slot::addFont, answer::addFont);
     fillSlot(table, slot::setFontFile, answer::setFontFile);

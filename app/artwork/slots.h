@@ -68,6 +68,10 @@ HostError drawGradient(Art path, const DrawingProcedures*);
 /// In the same way.
 HostError tilePattern(Art path, TileProcedure);
 HostError getNote(Note, std::uint8_t* text);
+HostError addGradient(const GradientFacts*, PaintSource* gradient);
+HostError getGradient(PaintSource gradient, GradientFacts*);
+HostError addPattern(const PatternFacts*, PaintSource* pattern);
+HostError getPattern(PaintSource pattern, PatternFacts*);
 
 // Text
 HostError addFont(const FontFacts*, Font* font);

@@ -14,7 +14,7 @@ namespace {
 
 constexpr const char* consequence = "; the saved page does not have that";
 
-/// Strokes painted with a gradient or pattern, which pages get in gray.
+/// Strokes painted with a gradient or pattern, which pages get in gray in the original profile.
 std::int32_t grayedStrokes(const Document& document) {
     std::int32_t count = 0;
     for (Layer layer = document.firstLayer(); layer != Layer::null;
@@ -73,13 +73,14 @@ void weighLosses(const Arguments& arguments, Document& document,
         lose(kind + ": " + counted(count, "element") + " ignored" +
              (kind == "image" ? imageNames(images) : ""));
     }
-    if (const std::int32_t grayed = grayedStrokes(document); grayed != 0) {
+    const bool grays = arguments.profile == Profile::original;
+    if (const std::int32_t grayed = grays ? grayedStrokes(document) : 0; grayed != 0) {
         lose("gradients and patterns of strokes: " + counted(grayed, "element") + " drawn in gray");
     }
     if (arguments.profile == Profile::original) {
         if (const std::int32_t count = takeUnlinked(document); count != 0) {
             lose(counted(count, "image") + " without the EPSF file that opening wrote, or changed "
-                                            "since then");
+                                           "since then");
         }
     }
     if (!arguments.force && !losses.empty()) {

@@ -143,6 +143,9 @@ void PaintServers::writeGradient(TextOutput& out, PaintSource source, int depth)
         out.text("<stop");
         writeDoubleAttribute(out, "offset", stop.offset);
         writeColour(out, stopNames, stop.colour, false);
+        if (stop.opacity != 1) {
+            writeDoubleAttribute(out, "stop-opacity", stop.opacity);
+        }
         out.text("/>");
     }
     writeIndent(out, depth);

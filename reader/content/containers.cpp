@@ -150,6 +150,12 @@ Art Containers::container() {
     return entries_.back().container;
 }
 
+Art Containers::clip() const {
+    const auto entry = std::find_if(entries_.rbegin(), entries_.rend() - 1,
+                                    [](const Entry& each) { return each.group == Art::null; });
+    return entry == entries_.rend() - 1 ? Art::null : firstChild(entry->container);
+}
+
 Art Containers::make(ArtKind kind) {
     return makeArt(kind, container());
 }

@@ -37,6 +37,8 @@ public:
     Art make(ArtKind kind);
     /// Moves art that was made in `holder` to where new art goes, if `holder` was closed since.
     void bringAlong(Art art, Art holder);
+    /// The innermost clip in force; null: none that was made since `open`.
+    Art clip() const;
     /// Makes `group`, which stands in the container and is to be clipped, the container until `Q`.
     void enter(Art group);
 

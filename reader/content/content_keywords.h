@@ -20,7 +20,7 @@ enum class OperatorRole : std::uint8_t {
     construct,
     clipWord, ///< W, W*
     paintPath,
-    paint,  ///< what no art shows
+    paint,  ///< the area of the clip, by sh
     object, ///< Do
     save,
     restore,

@@ -1,6 +1,7 @@
 #include "reader/content/content_trace.h"
 
 #include "objects/stack.h"
+#include "reader/content/art.h"
 #include "reader/content/interpreter.h"
 #include "reader/form/form_trace.h"
 #include "reader/text/render_mode.h"
@@ -202,6 +203,18 @@ void ContentTrace::applyObject(const Interpreter& interpreter, TraceEvent& event
     }
 }
 
+void ContentTrace::applyShading(const Interpreter& interpreter, TraceEvent& event) {
+    event.art = interpreter.level.shaded;
+    if (event.art == Art::null) {
+        return hide();
+    }
+    painted_.push({.event = next(),
+                   .art = event.art,
+                   .isImage = artKind(event.art) == ArtKind::placed,
+                   .isShading = true});
+    markClips(&ClipLink::holds);
+}
+
 void ContentTrace::apply(const Interpreter& interpreter, TraceEvent& event) {
     switch (event.role) {
     case OperatorRole::paintPath:
@@ -231,7 +244,7 @@ void ContentTrace::apply(const Interpreter& interpreter, TraceEvent& event) {
     case OperatorRole::show:
         return applyShow(interpreter, event);
     case OperatorRole::paint:
-        return hide();
+        return applyShading(interpreter, event);
     case OperatorRole::object:
         return applyObject(interpreter, event);
     case OperatorRole::endImage:

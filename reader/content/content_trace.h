@@ -87,7 +87,8 @@ struct PaintedArt {
     TraceIndex part = 0;    ///< of text: in `ContentTrace::textPart`
     bool isDrawn = false;   ///< text that glyph procedures drew: the art is a group of paths
     bool isImage = false;
-    bool isForm = false; ///< the art is the group of a form
+    bool isForm = false;    ///< the art is the group of a form
+    bool isShading = false; ///< a path over the area of a clip, or an image of it
 };
 
 /// A link of the clips in force.
@@ -179,6 +180,7 @@ private:
     void applyPath(const Interpreter& interpreter, TraceEvent& event);
     void applyShow(const Interpreter& interpreter, TraceEvent& event);
     void applyObject(const Interpreter& interpreter, TraceEvent& event);
+    void applyShading(const Interpreter& interpreter, TraceEvent& event);
     void addTextPlace(const Interpreter& interpreter);
     void addClip(Art art);
     void markClips(bool ClipLink::*mark);

@@ -8,6 +8,7 @@
 #include "reader/page/page_content.h"
 #include "reader/page/page_digest.h"
 #include "reader/page/page_matrix.h"
+#include "reader/shading/page_patterns.h"
 #include "reader/syntax/stream_chain.h"
 #include "reader/text/show_text.h"
 #include "runtime/callbacks.h"
@@ -58,8 +59,10 @@ void runPage(Interpreter& interpreter, std::span<const ObjectOwner> streams) {
     ContentScope page(interpreter, ObjectOwner(interpreter.cache.resources.get()));
     interpreter.level.tellsSources = tellsSources();
     interpreter.readsForms = hostHoldsForms();
+    interpreter.level.area = turnedBox(pageMatrix(interpreter.cache), cropCache(interpreter.cache));
     interpreter.readsText = hostHoldsText();
     interpreter.readsImages = hostHoldsImages();
+    interpreter.readsPatterns = hostHoldsPatterns();
     runContent(interpreter, streams);
     page.leave();
     interpreter.containers.finish();

@@ -7,6 +7,7 @@
 #include "runtime/exception.h"
 
 #include <algorithm>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -51,11 +52,30 @@ Colour deviceColour(const std::vector<double>& components) {
     return colourIn({.kind = kind}, components);
 }
 
+/// Hidden until it is there: what the paint was before is not what the page asks for.
+void selectPattern(Interpreter& interpreter, Paint& paint, Colour& colour, bool isNamed) {
+    paint.hidden = true;
+    std::optional<Colour> pattern;
+    if (isNamed && interpreter.readsPatterns) {
+        const ObjectOwner name = popLiteral();
+        const ColourSpace* const under = paint.space ? paint.space->base.get() : nullptr;
+        const Colour own =
+            under == nullptr ? Colour() : colourIn(*under, popComponents(under->components));
+        pattern = interpreter.patterns.find(interpreter, literalObject(name.get()), own);
+    }
+    if (!pattern) {
+        hidePaint(interpreter, paint, Omission::pattern);
+        return;
+    }
+    colour = *pattern;
+    paint.hidden = false;
+}
+
 void selectColour(Interpreter& interpreter, Paint& paint, Colour& colour) {
     checkStack("?");
     const bool named = typeObject(indexStack(0)) == ObjectType::literal;
     if (named || (paint.space && paint.space->kind == ColourSpace::Kind::pattern)) {
-        hidePaint(interpreter, paint, Omission::pattern);
+        selectPattern(interpreter, paint, colour, named);
         return;
     }
     if (paint.space == nullptr && paint.hidden) {
@@ -105,10 +125,6 @@ void applyFont(Interpreter& interpreter, const Object& dictionary) {
 }
 
 } // namespace
-
-void shadingOperator(Interpreter& interpreter) {
-    interpreter.omissions.note(Omission::shading);
-}
 
 void fillSpaceOperator(Interpreter& interpreter) {
     selectSpace(interpreter, interpreter.state.fill, interpreter.state.style.fill);

@@ -11,6 +11,8 @@ ContentScope::ContentScope(Interpreter& interpreter, ObjectOwner resources)
       formerLevel_(std::exchange(interpreter.level, ContentLevel(interpreter.cache))),
       formerResources_(std::exchange(interpreter.cache.resources, std::move(resources))) {
     interpreter.level.floor = interpreter.saved.depth;
+    interpreter.level.base = interpreter.state.exactCtm;
+    interpreter.level.area = formerLevel_.area;
 }
 
 void ContentScope::leave() {

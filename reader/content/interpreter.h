@@ -20,6 +20,7 @@
 #include "reader/image/page_images.h"
 #include "reader/paint/colour_space_cache.h"
 #include "reader/paint/path.h"
+#include "reader/shading/page_patterns.h"
 #include "reader/syntax/token_push.h"
 #include "reader/text/page_fonts.h"
 #include "reader/text/text_object.h"
@@ -55,6 +56,8 @@ struct ContentLevel {
 
     TokenPusher operands;         ///< constructs that are open on the operand stack
     PathConstruction path;        ///< the path under construction
+    RealMatrix base;              ///< its default space, in which patterns lie, to the artboard
+    Box area;                     ///< of the artboard: all that it may paint lies within
     std::int32_t floor = 0;       ///< states saved by the content around it, not for its `Q`
     std::int64_t streamStart = 0; ///< bytes of the streams before the one being read
     bool isBegun = false;         ///< the operator to come was begun: `span.start` is known
@@ -70,6 +73,7 @@ struct ContentLevel {
     bool setsFont = false;      ///< the latest `gs` set the font
     classic::TextLineState classicText;
     Art placed = Art::null;        ///< what the operator that draws an image or form made of it
+    Art shaded = Art::null;        ///< what the latest `sh` made
     std::int64_t imageStart = -1;  ///< of the inline image that is open; below 0: none is
     KnownImage inlineImage;        ///< it, once its data were read
     classic::EpsfFile inlineFile;  ///< likewise, in the original profile
@@ -100,13 +104,15 @@ struct Interpreter {
     classic::FontList classicFonts;
     classic::SelectedFonts selectedFonts;
     PageImages images;
+    PagePatterns patterns;
     classic::EpsfFolder epsfFolder;
     /// Numbers of the objects of the contents within one another that are being drawn; 0: of none.
     std::vector<std::int32_t> openContents;
-    std::int32_t forms = 0;   ///< drawn so far, also those that nothing is seen of
-    bool readsForms = false;  ///< forms are drawn; otherwise they are counted and left out
-    bool readsText = false;   ///< text becomes art; otherwise it is counted and left out
-    bool readsImages = false; ///< the same of images
+    std::int32_t forms = 0;     ///< drawn so far, also those that nothing is seen of
+    bool readsForms = false;    ///< forms are drawn; otherwise they are counted and left out
+    bool readsText = false;     ///< text becomes art; otherwise it is counted and left out
+    bool readsImages = false;   ///< the same of images
+    bool readsPatterns = false; ///< and of patterns and shadings
 };
 
 /// One content, from its first stream to its last.

@@ -38,10 +38,8 @@ void openState(Interpreter& interpreter) {
     openState(interpreter, layer);
 }
 
-void openState(Interpreter& interpreter, Art group) {
-    interpreter.saved = SavedStates();
-    GraphicsState& state = interpreter.state = GraphicsState();
-    interpreter.containers.open(group);
+GraphicsState initialState() {
+    GraphicsState state;
     callHost(slot::setIdentityMatrix, &state.ctm);
     callHost(slot::getDefaultStyle, &state.style);
     const PathStyle initial;
@@ -56,6 +54,13 @@ void openState(Interpreter& interpreter, Art group) {
     state.style.clip = 0;
     state.style.resolution = initial.resolution;
     state.style.rule = FillRule::nonzero;
+    return state;
+}
+
+void openState(Interpreter& interpreter, Art group) {
+    interpreter.saved = SavedStates();
+    interpreter.state = initialState();
+    interpreter.containers.open(group);
 }
 
 void saveState(Interpreter& interpreter) {

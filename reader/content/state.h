@@ -70,6 +70,9 @@ struct SavedStates {
     ZoneCharge charge;
 };
 
+/// As a page, or a tile, begins.
+GraphicsState initialState();
+
 /// A fresh state, in the host's layer for imported art. Raises `host`.
 void openState(Interpreter& interpreter);
 /// A fresh state; new art goes into that group.

@@ -18,7 +18,9 @@ namespace {
 
 /// Whether an image becomes art: the colour of a stencil must be known.
 bool isArt(const Interpreter& interpreter) {
-    return interpreter.readsImages && !interpreter.state.fill.hidden;
+    const ColourKind fill = interpreter.state.style.fill.kind;
+    const bool isPlain = fill != ColourKind::gradient && fill != ColourKind::pattern;
+    return interpreter.readsImages && !interpreter.state.fill.hidden && isPlain;
 }
 
 void drawImage(Interpreter& interpreter, const Object& entry, const Object& stream) {

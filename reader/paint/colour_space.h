@@ -28,7 +28,8 @@ struct ColourSpace {
     /// Of gray, RGB and CMYK: what its colours look like; null: what those of the device do.
     std::shared_ptr<const IccProfile> profile = nullptr;
 
-    /// Of `indexed` and `tint`: the space that their colours are given in.
+    /// Of `indexed` and `tint`: the space that their colours are given in. Of `pattern`: that of
+    /// the colours of patterns without colours of their own; null: it has none.
     std::shared_ptr<const ColourSpace> base = nullptr;
     /// Of `indexed`: the components of each colour, a byte each.
     std::vector<std::uint8_t> table = {};

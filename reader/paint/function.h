@@ -35,6 +35,10 @@ public:
     /// intervals. Missing inputs count as 0.
     void evaluate(std::span<const double> in, std::span<double> out) const;
 
+    /// Of one input: adds the places between these two at which the function has a bend or a jump
+    /// that its kind tells, in any order.
+    virtual void addBreaks(double, double, std::vector<double>&) const {}
+
 protected:
     virtual void compute(std::span<const double> in, std::span<double> out) const = 0;
 

@@ -166,6 +166,11 @@ ColourSpacePointer parseAnew(DocumentCache& cache, const Object& object, int dep
     if ((family == "Separation" || family == "DeviceN") && elements.size() >= 4) {
         return tintSpace(cache, elements, depth);
     }
+    if (family == "Pattern" && elements.size() >= 2) {
+        ColourSpace pattern{.kind = Kind::pattern, .components = 0};
+        pattern.base = parseSpace(cache, elements[1], depth + 1);
+        return std::make_shared<ColourSpace>(std::move(pattern));
+    }
     return namedColourSpace(family);
 }
 
@@ -210,8 +215,7 @@ std::vector<std::uint8_t> tableBytes(DocumentCache& cache, const Object& object)
     if (typeObject(lookup.get()) == ObjectType::block) {
         const auto bytes = blockObject(lookup.get());
         std::vector<std::uint8_t> table;
-        std::ranges::transform(bytes, std::back_inserter(table),
-                               std::to_integer<std::uint8_t>);
+        std::ranges::transform(bytes, std::back_inserter(table), std::to_integer<std::uint8_t>);
         return table;
     }
     const std::string_view text = textObject(lookup.get());

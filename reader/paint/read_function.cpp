@@ -99,14 +99,37 @@ public:
         return most + static_cast<std::int64_t>(pieces_.size());
     }
 
+    void addBreaks(double low, double high, std::vector<double>& breaks) const override {
+        for (std::size_t i = 0; i < pieces_.size(); ++i) {
+            const Interval piece = pieceAt(i);
+            if (!(piece.low < high && piece.high > low && piece.low < piece.high)) {
+                continue;
+            }
+            const double from = encode_[2 * i];
+            const double to = encode_[2 * i + 1];
+            std::vector<double> within;
+            pieces_[i]->addBreaks(std::min(from, to), std::max(from, to), within);
+            within.push_back(from);
+            for (const double place : within) {
+                const double found = interpolated(place, {from, to}, piece.low, piece.high);
+                if (found > low && found < high) {
+                    breaks.push_back(found);
+                }
+            }
+        }
+    }
+
 private:
     void compute(std::span<const double> in, std::span<double> out) const override {
         const auto next = std::ranges::upper_bound(bounds_, in[0]);
         const auto i = static_cast<std::size_t>(next - bounds_.begin());
-        const Interval piece{i == 0 ? domain_[0].low : bounds_[i - 1],
-                             i == bounds_.size() ? domain_[0].high : bounds_[i]};
-        const double place = interpolated(in[0], piece, encode_[2 * i], encode_[2 * i + 1]);
+        const double place = interpolated(in[0], pieceAt(i), encode_[2 * i], encode_[2 * i + 1]);
         pieces_[i]->evaluate(std::span(&place, 1), out);
+    }
+
+    Interval pieceAt(std::size_t i) const {
+        return {i == 0 ? domain_[0].low : bounds_[i - 1],
+                i == bounds_.size() ? domain_[0].high : bounds_[i]};
     }
 
     std::vector<FunctionPointer> pieces_;
@@ -131,7 +154,23 @@ public:
         return static_cast<std::int64_t>((std::size_t{1} << inputs()) * outputs());
     }
 
+    void addBreaks(double low, double high, std::vector<double>& breaks) const override {
+        if (inputs() != 1 || grid_.encode[0] == grid_.encode[1]) {
+            return;
+        }
+        for (std::int32_t i = 0; i < std::min(grid_.size[0], mostBreaks); ++i) {
+            const double found = interpolated(i, {grid_.encode[0], grid_.encode[1]}, domain_[0].low,
+                                              domain_[0].high);
+            if (found > low && found < high) {
+                breaks.push_back(found);
+            }
+        }
+    }
+
 private:
+    /// Samples that are told as bends: denser ones are curves.
+    static constexpr std::int32_t mostBreaks = 64;
+
     /// Between the samples at the corners of the cell.
     void compute(std::span<const double> in, std::span<double> out) const override {
         std::array<std::size_t, mostSampledInputs> low{};

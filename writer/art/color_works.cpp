@@ -94,7 +94,8 @@ void colorWorks(Walk& walk, const Colour& colour, bool isFill) {
         return writeCustom(walk, colour, isFill);
     case ColourKind::pattern:
     case ColourKind::gradient:
-        return writeGray(walk, middleGray, isFill);
+        return walk.paints != nullptr ? walk.paints->set(walk, colour, isFill)
+                                      : writeGray(walk, middleGray, isFill);
     default:
         failException(Exception::type);
     }

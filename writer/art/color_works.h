@@ -5,8 +5,8 @@
 
 namespace corvane {
 
-/// Sets the colour for filling or for stroking. Patterns and gradients, which the host draws, are a
-/// middle gray here. An unknown kind raises `type`.
+/// Sets the colour for filling or for stroking. Patterns and gradients are a middle gray where the
+/// walk has no paints. An unknown kind raises `type`.
 void colorWorks(Walk& walk, const Colour& colour, bool isFill);
 
 } // namespace corvane

@@ -78,11 +78,36 @@ void paintWorks(Walk& walk, const PaintedPath& path) {
                                          : closingOperator(path.style, path.first().closed));
 }
 
+std::string_view maskOf(const Walk& walk, std::uint8_t isPainted, const Colour& colour) {
+    return walk.paints == nullptr || isPainted == 0 ? std::string_view()
+                                                    : walk.paints->maskOf(colour);
+}
+
+/// Fills and strokes apart, each within the mask of its own paint.
+void maskedWorks(Walk& walk, const PaintedPath& path) {
+    for (const bool isFill : {true, false}) {
+        PaintedPath part = path;
+        (isFill ? part.style.strokePaint : part.style.fillPaint) = 0;
+        if (part.style.fillPaint == 0 && part.style.strokePaint == 0) {
+            continue;
+        }
+        enterWorks(walk);
+        maskWorks(walk, part.style);
+        pathStyleWorks(walk, part.style);
+        segmentWorks(walk, part.subpaths);
+        paintWorks(walk, part);
+        leaveWorks(walk);
+    }
+}
+
 void paintedWorks(Walk& walk, PaintedPath path) {
     if (rules().emptyLeftOut && path.isEmpty()) {
         return;
     }
-    if (isDrawnByHost(path.style) && !path.first().guide) {
+    if (needsMask(walk, path.style) && !path.first().guide) {
+        return maskedWorks(walk, path);
+    }
+    if (walk.paints == nullptr && isDrawnByHost(path.style) && !path.first().guide) {
         fillDrawn(walk, path);
         path.style.fillPaint = 0;
         if (rules().emptyLeftOut && path.style.strokePaint == 0) {
@@ -112,6 +137,22 @@ ChargedList<Subpath> subpathsOf(Art compound) {
 bool isDrawnByHost(const PathStyle& style) {
     return style.fillPaint != 0 &&
            (style.fill.kind == ColourKind::gradient || style.fill.kind == ColourKind::pattern);
+}
+
+bool needsMask(const Walk& walk, const PathStyle& style) {
+    return !maskOf(walk, style.fillPaint, style.fill).empty() ||
+           !maskOf(walk, style.strokePaint, style.stroke).empty();
+}
+
+void maskWorks(Walk& walk, const PathStyle& style) {
+    const std::string_view ofFill = maskOf(walk, style.fillPaint, style.fill);
+    const std::string_view mask =
+        ofFill.empty() ? maskOf(walk, style.strokePaint, style.stroke) : ofFill;
+    if (!mask.empty()) {
+        walk.text.add("/");
+        walk.text.add(mask);
+        walk.text.add(" gs\n");
+    }
 }
 
 std::string_view clipOperator(const PathStyle& style) {

@@ -19,6 +19,11 @@ void clipWorks(Walk& walk, Art clip);
 std::string_view paintOperator(const PathStyle& style, bool endsClosed);
 /// Whether the host draws the fill: a gradient or a pattern.
 bool isDrawnByHost(const PathStyle& style);
+/// Whether what a style paints with is seen through in parts, and the walk can say so.
+bool needsMask(const Walk& walk, const PathStyle& style);
+/// Sets the soft mask of the fill or else of the stroke, where that has one. The CTM is that of the
+/// artboard.
+void maskWorks(Walk& walk, const PathStyle& style);
 /// "W" or "W*", and a line end.
 std::string_view clipOperator(const PathStyle& style);
 

@@ -6,6 +6,7 @@
 #include "reader/classic/font_list.h"
 #include "runtime/fixed.h"
 #include "writer/art/content_text.h"
+#include "writer/art/paint_drawing.h"
 #include "writer/art/shadow.h"
 #include "writer/art/text_drawing.h"
 
@@ -44,7 +45,9 @@ struct Walk {
     ContentText text;
     Shadow shadow;
     TextDrawing* texts = nullptr; ///< null: text cannot be drawn
-    NewImages* images = nullptr;  ///< null: images cannot be drawn
+    /// Null: the host draws gradients and patterns of fills, and those of strokes are gray.
+    PaintDrawing* paints = nullptr;
+    NewImages* images = nullptr; ///< null: images cannot be drawn
     classic::FontList fonts;
     /// Segments of a path come from the host in blocks of this many.
     std::array<Segment, 512> segments;

@@ -107,14 +107,15 @@ void layerWorks(Walk& walk, Layer layer, SavingProgress& progress) {
 
 } // namespace
 
-std::int32_t documentWorks(DocumentCache& cache, const RealMatrix& placement, TextDrawing* texts,
-                           NewImages* images) {
+std::int32_t documentWorks(DocumentCache& cache, const RealMatrix& placement,
+                           const Drawings& drawings) {
     Filter& stream = *cache.output;
     const std::int32_t start = markFilter(stream);
     originWorks(stream, placement);
     Walk walk(stream);
-    walk.texts = texts;
-    walk.images = images;
+    walk.texts = drawings.texts;
+    walk.images = drawings.images;
+    walk.paints = drawings.paints;
     ChargedList<Layer> layers = listLayers();
     SavingProgress progress(layers.size());
     while (!layers.empty()) {

@@ -3,6 +3,7 @@
 
 #include "objects/stack.h"
 #include "reader/document/cache.h"
+#include "writer/art/paint_drawing.h"
 #include "writer/art/text_drawing.h"
 
 #include <cstdint>
@@ -11,12 +12,19 @@ namespace corvane {
 
 class NewImages;
 
+/// What draws other things than paths; null: nothing does.
+struct Drawings {
+    TextDrawing* texts = nullptr;
+    NewImages* images = nullptr;
+    PaintDrawing* paints = nullptr;
+};
+
 /// Writes the content to the cache's output; its length in bytes. `placement` leads from the
 /// artboard to the page's own space and is written first, unless it changes nothing. Raises `host`
 /// where a slot fails, `cancelled` where the person wants to stop, `type` for art, paint, caps and
 /// joins of an unknown kind. Without `texts`, text raises `unpatchable`; so do images without
-/// `images`.
+/// `images`; without `paints` the host draws gradients and patterns of fills.
 std::int32_t documentWorks(DocumentCache& cache, const RealMatrix& placement,
-                           TextDrawing* texts = nullptr, NewImages* images = nullptr);
+                           const Drawings& drawings = {});
 
 } // namespace corvane

@@ -21,10 +21,18 @@ std::int32_t writeSealedWorks(DocumentCache& cache, const UpdatePlan& plan) {
     Chain sealed(&output);
     linkSeal(cache, sealed, newStreamCipher(cache), {plan.numbers.content, 0});
     cache.output = sealed.top();
-    DrawnPage* const drawn = plan.drawn.get();
     const Exception code = guarded([&] {
-        documentWorks(cache, plan.geometry.placement, drawn != nullptr ? &drawn->texts : nullptr,
-                      drawn != nullptr ? &drawn->images : nullptr);
+        Drawings drawings;
+        std::optional<ContentPaints> paints;
+        if (plan.drawn) {
+            drawings = {.texts = &plan.drawn->texts, .images = &plan.drawn->images};
+        }
+        if (plan.drawn && plan.paints) {
+            drawings.paints =
+                &paints.emplace(*plan.paints, plan.drawn->resources,
+                                PaintedContent{plan.geometry.placement, visibleArtboard()});
+        }
+        documentWorks(cache, plan.geometry.placement, drawings);
     });
     cache.output = &output;
     raiseException(code);
@@ -56,8 +64,10 @@ std::int64_t writeDrawn(DocumentCache& cache, const UpdatePlan& plan) {
     writeLength(cache, length, bytes);
     const bool hasResources = plan.drawn && plan.drawn->resources.hasAdded();
     if (hasResources) {
-        plan.drawn->texts.fonts().write(cache);
-        writeImages(cache, plan.drawn->images.images());
+        plan.drawn->writeObjects(cache);
+    }
+    if (plan.paints) {
+        plan.paints->write(cache);
     }
     writePageObject(cache, plan.page, plan.geometry,
                     {.contents = {{.number = content, .generation = 0, .place = contentPlace}},
@@ -83,6 +93,7 @@ std::int64_t writePatched(DocumentCache& cache, const UpdatePlan& plan, PlannedP
     for (const MovedPattern& pattern : patch.page.patterns) {
         writePattern(cache, pattern);
     }
+    patch.page.paints->write(cache);
     for (const DrawnGroup& group : patch.page.groups.groups()) {
         writeGroup(cache, group);
     }

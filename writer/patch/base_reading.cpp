@@ -5,6 +5,7 @@
 #include "reader/form/form_drawing.h"
 #include "reader/image/place_image.h"
 #include "reader/page/page_matrix.h"
+#include "reader/shading/page_patterns.h"
 #include "reader/syntax/stream_chain.h"
 #include "reader/text/show_text.h"
 #include "runtime/callbacks.h"
@@ -32,6 +33,7 @@ void runBase(Interpreter& interpreter, const PageBase& base, ContentTrace& trace
     interpreter.progress.begin(total);
     ContentScope page(interpreter, shared(base.resources));
     interpreter.level.trace = &trace;
+    interpreter.level.area = turnedBox(base.matrix, base.cropBox);
     trace.begin(interpreter);
     runContent(interpreter, streams);
     trace.end(interpreter);
@@ -52,6 +54,7 @@ void readBase(DocumentCache& cache, const PageBase& base, BaseReading& reading) 
     interpreter.readsForms = hostHoldsForms();
     interpreter.readsText = hostHoldsText();
     interpreter.readsImages = hostHoldsImages();
+    interpreter.readsPatterns = hostHoldsPatterns();
     runBase(interpreter, base, reading.trace);
     reading.fonts = std::move(interpreter.fonts);
     before.forgetLater();

@@ -5,6 +5,7 @@
 #include "reader/content/content_trace.h"
 #include "reader/page/page_base.h"
 #include "reader/text/page_fonts.h"
+#include "writer/patch/paint_comparison.h"
 
 namespace corvane {
 
@@ -12,6 +13,8 @@ struct BaseReading {
     Art root = Art::null; ///< holds the art of the page; in no layer
     ContentTrace trace;
     PageFonts fonts; ///< of its text
+    /// Paints of the page beside those of the artwork: comparing reads nothing else.
+    mutable PaintComparison paints;
 };
 
 /// Reads the content of the base through the host's table into a group that is in no layer, as

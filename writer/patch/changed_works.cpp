@@ -2,6 +2,7 @@
 
 #include "reader/content/losses.h"
 #include "runtime/callbacks.h"
+#include "runtime/exception.h"
 #include "runtime/fixed.h"
 #include "writer/art/color_works.h"
 #include "writer/art/outline.h"
@@ -59,8 +60,8 @@ PathStyle paintedStyle(const TraceEvent& event, const PathStyle& was, PathStyle 
     return is;
 }
 
-/// Draws an object whose fill the host draws, by many paintings: together they are one where
-/// something in force would show through each.
+/// Draws an object by several paintings: together they are one where something in force would show
+/// through each.
 void drawnWorks(PatchTools& tools, const Surroundings& own, Art art) {
     Walk& walk = tools.walk;
     enterWorks(walk);
@@ -84,6 +85,18 @@ PathStyle strokedStyle() {
 }
 
 } // namespace
+
+void maskInUserSpace(Walk& walk, const PathStyle& style, const RealMatrix& ctm) {
+    const std::optional<RealMatrix> back = inverse(ctm);
+    if (!back) {
+        failException(Exception::unpatchable);
+    }
+    walk.text.addMatrix(withoutSignedZeros(*back));
+    walk.text.add("cm\n");
+    maskWorks(walk, style);
+    walk.text.addMatrix(ctm);
+    walk.text.add("cm\n");
+}
 
 void strokeWorks(Walk& walk, const PathStyle& style, const ArtDifference& difference,
                  double scale) {
@@ -118,13 +131,17 @@ void strokeWorks(Walk& walk, const PathStyle& style, const ArtDifference& differ
     }
 }
 
-RealMatrix movementOfPaint(const PatchTools& tools, const PathSource& source, Art art,
-                           const ArtDifference& difference) {
+PageMovement movementOfPaint(const PatchTools& tools, const PathSource& source, Art art,
+                             const ArtDifference& difference) {
     const TraceEvent& event = tools.trace.events()[source.event];
-    const bool liesOnPage =
-        event.hidesFill || event.hidesStroke || (event.behind.settings & softMaskSetting) != 0;
-    return liesOnPage && difference.shape ? movementOf(source.art, art).value_or(RealMatrix())
-                                          : RealMatrix();
+    const bool isMasked = (event.behind.settings & softMaskSetting) != 0;
+    const bool movesPatterns = difference.movesPaint || event.hidesFill || event.hidesStroke;
+    if (!difference.shape || (!isMasked && !movesPatterns)) {
+        return {};
+    }
+    const RealMatrix movement = movementOf(source.art, art).value_or(RealMatrix());
+    return {.masks = isMasked ? movement : RealMatrix(),
+            .patterns = movesPatterns ? movement : RealMatrix()};
 }
 
 void changedWorks(PatchTools& tools, const PathSource& source, Art art,
@@ -139,12 +156,18 @@ void changedWorks(PatchTools& tools, const PathSource& source, Art art,
     }
     const PathStyle was = leadingStyle(source.art);
     const PathStyle is = leadingStyle(art);
-    const bool isDrawn = isDrawnByHost(is);
+    const bool isMasked = needsMask(walk, is);
+    const bool isOneMask = isMasked && (is.fillPaint == 0 || is.strokePaint == 0) &&
+                           (event.behind.settings & softMaskSetting) == 0;
+    const bool isDrawn = walk.paints == nullptr ? isDrawnByHost(is) : isMasked && !isOneMask;
     if (isDrawn) {
         drawnWorks(tools, event.behind, art);
         if (!event.hidesStroke || is.strokePaint != 0) {
             return;
         }
+    }
+    if (isOneMask) {
+        maskInUserSpace(walk, is, ctm);
     }
     if (difference.fill && !isDrawn) {
         colorWorks(walk, is.fill, true);

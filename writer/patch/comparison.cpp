@@ -6,6 +6,7 @@
 #include "writer/art/color_works.h"
 #include "writer/art/outline.h"
 #include "writer/art/style_works.h"
+#include "writer/patch/movement.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -128,26 +129,76 @@ bool sameShape(Art a, Art b) {
     return std::ranges::equal(ofA.items(), ofB.items(), sameSubpath);
 }
 
-ArtDifference compareArt(Art was, Art is) {
+ArtDifference compareArt(Art was, Art is, PaintComparison& paints) {
     PathStyle style = leadingStyle(is);
     if (isGuide(is)) {
         style.fillPaint = 0;
         style.strokePaint = 0;
     }
-    ArtDifference difference = compareStyles(leadingStyle(was), style);
+    const bool isShaped = !sameShape(was, is);
+    ArtDifference difference =
+        compareStyles(leadingStyle(was), style, paints,
+                      isShaped ? [&] { return movementOf(was, is); } : MovementOfArt());
     difference.kind = artKind(was) != artKind(is);
-    difference.shape = !sameShape(was, is);
+    difference.shape = isShaped;
     return difference;
 }
 
-ArtDifference compareStyles(const PathStyle& a, const PathStyle& b) {
+namespace {
+
+/// The paints that are used in the end, and whether they are what they were.
+class PaintChange {
+public:
+    PaintChange(const PathStyle& was, const PathStyle& is, PaintComparison& paints)
+        : was_(was), is_(is), paints_(paints) {}
+
+    bool keepsFill(const RealMatrix& movement = {}) const {
+        return is_.fillPaint == 0 || (was_.fillPaint != 0 && isSame(was_.fill, is_.fill, movement));
+    }
+    bool keepsStroke(const RealMatrix& movement = {}) const {
+        return is_.strokePaint == 0 ||
+               (was_.strokePaint != 0 && isSame(was_.stroke, is_.stroke, movement));
+    }
+    /// Whether any of them can move.
+    bool liesOnPage() const {
+        return (is_.fillPaint != 0 && isSource(is_.fill)) ||
+               (is_.strokePaint != 0 && isSource(is_.stroke));
+    }
+
+private:
+    static bool isSource(const Colour& colour) {
+        return colour.kind == ColourKind::gradient || colour.kind == ColourKind::pattern;
+    }
+    bool isSame(const Colour& was, const Colour& is, const RealMatrix& movement) const {
+        return isSource(was) && isSource(is) ? paints_.same(was, is, movement)
+                                             : sameColour(was, is);
+    }
+
+    const PathStyle& was_;
+    const PathStyle& is_;
+    PaintComparison& paints_;
+};
+
+} // namespace
+
+ArtDifference compareStyles(const PathStyle& a, const PathStyle& b, PaintComparison& paints,
+                            const MovementOfArt& movement) {
     ArtDifference difference;
     difference.paints = (a.fillPaint != 0) != (b.fillPaint != 0) ||
                         (a.strokePaint != 0) != (b.strokePaint != 0) ||
                         (b.fillPaint != 0 && a.rule != b.rule);
-    difference.fill = b.fillPaint != 0 && (a.fillPaint == 0 || !sameColour(a.fill, b.fill));
+    const PaintChange change(a, b, paints);
+    difference.fill = !change.keepsFill();
+    difference.stroke = !change.keepsStroke();
+    if ((difference.fill || difference.stroke) && movement && change.liesOnPage()) {
+        const std::optional<RealMatrix> moved = movement();
+        if (moved && change.keepsFill(*moved) && change.keepsStroke(*moved)) {
+            difference.movesPaint = true;
+            difference.fill = false;
+            difference.stroke = false;
+        }
+    }
     if (b.strokePaint != 0) {
-        difference.stroke = a.strokePaint == 0 || !sameColour(a.stroke, b.stroke);
         difference.lineWidth = !sameLength(a.lineWidth, b.lineWidth);
         difference.dash = !sameDash(a, b);
         difference.cap = a.cap != b.cap;

@@ -2,8 +2,11 @@
 #pragma once
 
 #include "host/artwork.h"
+#include "host/matrix.h"
+#include "writer/patch/paint_comparison.h"
 
-#include <array>
+#include <functional>
+#include <optional>
 
 namespace corvane {
 
@@ -24,15 +27,22 @@ struct ArtDifference {
     bool letters = false; ///< of text: what is shown, in which font, and how letters stand
     bool place = false;   ///< of text: where it begins, its size and direction; of images: where
     bool image = false;   ///< of images: which one
+    /// No difference of the paint: gradients and patterns moved as the object did.
+    bool movesPaint = false;
 
     bool any() const;
     bool strokeParts() const { return stroke || lineWidth || dash || cap || join || miterLimit; }
 };
 
-ArtDifference compareArt(Art was, Art is);
+ArtDifference compareArt(Art was, Art is, PaintComparison& paints);
 
-/// The parts in which two styles of the same kind of art differ.
-ArtDifference compareStyles(const PathStyle& was, const PathStyle& is);
+/// How art moved on the artboard, if it moved as a whole; asked for where paints need it.
+using MovementOfArt = std::function<std::optional<RealMatrix>()>;
+
+/// The parts in which two styles of the same kind of art differ. Gradients and patterns that moved
+/// as the art did are no difference.
+ArtDifference compareStyles(const PathStyle& was, const PathStyle& is, PaintComparison& paints,
+                            const MovementOfArt& movement = {});
 
 /// Whether two clips let through the same.
 bool sameClip(Art was, Art is);

@@ -86,23 +86,23 @@ void GatheredState::enterSpace(const RealMatrix& space) {
     }
 }
 
-void GatheredState::set(const SetterLink& link, const RealMatrix& movement) {
+void GatheredState::set(const SetterLink& link, const PageMovement& movement) {
     const TraceEvent& event = trace_.events()[link.event];
-    const RealMatrix space = multiply(trace_.matrix(link.matrix), movement);
+    const RealMatrix space = multiply(trace_.matrix(link.matrix), movement.masks);
     // A soft mask lies where it was set.
     if ((event.behind.settings & softMaskSetting) != 0 && inverse(space)) {
         enterSpace(space);
     }
     const std::string bytes = bytesOf(link.event);
     const std::size_t slash = bytes.rfind('/');
-    if (!event.namesPattern || movement == RealMatrix() || slash == std::string::npos) {
+    if (!event.namesPattern || movement.patterns == RealMatrix() || slash == std::string::npos) {
         walk_.text.add(bytes);
         return;
     }
     const std::string_view name = std::string_view(bytes).substr(slash + 1);
     const std::size_t end = name.find_first_of(" \t\r\n\f");
     walk_.text.add(std::string_view(bytes).substr(0, slash + 1));
-    walk_.text.add(patterns_.add(name.substr(0, end), movement));
+    walk_.text.add(patterns_.add(name.substr(0, end), movement.patterns));
     walk_.text.add(end == std::string_view::npos ? "\n" : name.substr(end));
 }
 
@@ -134,7 +134,7 @@ void GatheredState::writeInitial(const Surroundings& own, TraceIndex setter, boo
     }
 }
 
-void GatheredState::setAll(TraceIndex setter, const RealMatrix& movement) {
+void GatheredState::setAll(TraceIndex setter, const PageMovement& movement) {
     const std::vector<SetterLink> needed = neededFor(setter);
     for (auto link = needed.rbegin(); link != needed.rend(); ++link) {
         set(*link, movement);
@@ -142,7 +142,7 @@ void GatheredState::setAll(TraceIndex setter, const RealMatrix& movement) {
 }
 
 void GatheredState::write(const Surroundings& own, const RealMatrix& ctm,
-                          const RealMatrix& movement) {
+                          const PageMovement& movement) {
     space_ = ctm;
     setAll(own.setter, movement);
     enterSpace(trace_.matrix(own.matrix));

@@ -13,6 +13,13 @@
 
 namespace corvane {
 
+/// By how much what lies on the page, and not in user space, moves on the artboard.
+struct PageMovement {
+    RealMatrix masks;
+    RealMatrix patterns;
+    bool any() const { return masks != RealMatrix() || patterns != RealMatrix(); }
+};
+
 class GatheredState {
 public:
     GatheredState(Walk& walk, ContentBytes& bytes, const ContentTrace& trace,
@@ -23,9 +30,9 @@ public:
     /// up to `setter` set it, or new art was drawn before.
     void writeInitial(const Surroundings& own, TraceIndex setter, bool isBehindNew);
 
-    /// Sets the state that `own` says, and its CTM. `ctm` is in force so far. What lies on the page
-    /// and not in user space, soft masks and patterns, moves by `movement` on the artboard.
-    void write(const Surroundings& own, const RealMatrix& ctm, const RealMatrix& movement);
+    /// Sets the state that `own` says, and its CTM. `ctm` is in force so far. Soft
+    /// masks and patterns move.
+    void write(const Surroundings& own, const RealMatrix& ctm, const PageMovement& movement);
 
     /// The same in the space of the artboard, for a CTM in which nothing can be drawn.
     void writeOnArtboard(const Surroundings& own);
@@ -36,9 +43,9 @@ public:
 private:
     std::uint32_t rolesUpTo(TraceIndex setter);
     std::vector<SetterLink> neededFor(TraceIndex setter);
-    void setAll(TraceIndex setter, const RealMatrix& movement);
+    void setAll(TraceIndex setter, const PageMovement& movement);
     void enterSpace(const RealMatrix& space);
-    void set(const SetterLink& link, const RealMatrix& movement);
+    void set(const SetterLink& link, const PageMovement& movement);
 
     Walk& walk_;
     ContentBytes& bytes_;

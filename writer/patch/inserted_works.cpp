@@ -12,6 +12,7 @@
 #include "writer/patch/kept_works.h"
 #include "writer/patch/movement.h"
 #include "writer/patch/placed_image.h"
+#include "writer/patch/shading_works.h"
 #include "writer/patch/text/glyph_group.h"
 #include "writer/patch/text/text_run.h"
 #include "writer/patch/text/text_works.h"
@@ -115,7 +116,8 @@ void InsertedWorks::writeObject(const Insertion& insertion) {
 }
 
 /// The state of text, what lies on the page moved.
-void InsertedWorks::writeState(const PaintedArt& was, const RealMatrix& movement) {
+void InsertedWorks::writeState(const PaintedArt& was, const ArtDifference& difference,
+                               const RealMatrix& movement) {
     // A `gs` that set the font may set what other operators set again.
     const TraceIndex font = trace_.textSetting(was.setting).font;
     if (font != 0 && trace_.events()[font - 1].role == OperatorRole::external) {
@@ -123,7 +125,9 @@ void InsertedWorks::writeState(const PaintedArt& was, const RealMatrix& movement
     }
     const Surroundings& own = trace_.events()[was.event].behind;
     const bool isMasked = (own.settings & softMaskSetting) != 0;
-    tools_.state.write(own, {}, isMasked ? movement : RealMatrix());
+    tools_.state.write(own, {},
+                       {.masks = isMasked ? movement : RealMatrix(),
+                        .patterns = difference.movesPaint ? movement : RealMatrix()});
 }
 
 /// What glyph procedures drew: shown again, or, where its insides were changed and the host
@@ -143,7 +147,7 @@ void InsertedWorks::writeGlyphs(const MatchedObject& object, const EditedObject&
     const RealMatrix movement = object.difference.place
                                     ? movementOf(was.art, edited.art).value_or(RealMatrix())
                                     : RealMatrix();
-    writeState(was, movement);
+    writeState(was, object.difference, movement);
     movedGlyphsWorks(tools_, was, movement);
 }
 
@@ -161,8 +165,10 @@ void InsertedWorks::writeText(const MatchedObject& object, const EditedObject& e
     const PaintedArt& was = trace_.painted()[object.source];
     const bool isMasked = (trace_.events()[was.event].behind.settings & softMaskSetting) != 0;
     const RealMatrix movement =
-        isMasked && object.difference.place ? movementOfText(base_, was, edited) : RealMatrix();
-    writeState(was, movement);
+        (isMasked || object.difference.movesPaint) && object.difference.place
+            ? movementOfText(base_, was, edited)
+            : RealMatrix();
+    writeState(was, object.difference, movement);
     sourcedTextWorks(tools_, base_, was, edited, object.difference);
 }
 
@@ -172,7 +178,7 @@ void InsertedWorks::writeImage(const MatchedObject& object, const EditedObject& 
     const bool isMasked = (own.settings & softMaskSetting) != 0;
     const RealMatrix movement =
         isMasked && object.difference.place ? movementOfImage(was.art, edited.art) : RealMatrix();
-    tools_.state.write(own, {}, movement);
+    tools_.state.write(own, {}, {.masks = movement, .patterns = {}});
     imageWorks(tools_, was, edited.art, object.difference);
 }
 
@@ -203,6 +209,9 @@ void InsertedWorks::writeSourced(const MatchedObject& object, const EditedObject
         writeForm(object);
     } else if (edited.kind == ArtKind::group) {
         writeGlyphs(object, edited);
+    } else if (trace_.painted()[object.source].isShading) {
+        tools_.state.write(own, {}, {});
+        shadingWorks(tools_, trace_.painted()[object.source], art, object.difference);
     } else if (edited.kind == ArtKind::placed) {
         writeImage(object, edited);
     } else if (!object.difference.any()) {

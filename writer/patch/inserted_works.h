@@ -34,7 +34,8 @@ private:
     void closeGroups(std::size_t left);
     void writeObject(const Insertion& insertion);
     void writeSourced(const MatchedObject& object, const EditedObject& edited, TraceIndex marks);
-    void writeState(const PaintedArt& was, const RealMatrix& movement);
+    void writeState(const PaintedArt& was, const ArtDifference& difference,
+                    const RealMatrix& movement);
     void writeForm(const MatchedObject&);
     void writeGlyphs(const MatchedObject&, const EditedObject&);
     void writeText(const MatchedObject& object, const EditedObject& edited);

@@ -1,7 +1,7 @@
 #include "writer/patch/matching.h"
 
-#include "writer/patch/form_group.h"
 #include "writer/image/image_works.h"
+#include "writer/patch/form_group.h"
 #include "writer/patch/look.h"
 #include "writer/patch/placed_image.h"
 #include "writer/patch/text/glyph_group.h"
@@ -156,7 +156,7 @@ private:
         int compared = 0;
         for (auto at = sources.rbegin(); at != sources.rend() && compared < mostCompared;
              ++at, ++compared) {
-            if (!compareArt(artOf(base_, *at), artwork_.objects[i].art).any()) {
+            if (!compareArt(artOf(base_, *at), artwork_.objects[i].art, base_.paints).any()) {
                 matching_.objects[i] = {.source = *at};
                 matching_.owners[*at] = i;
                 sources.erase(std::next(at).base());
@@ -248,10 +248,10 @@ ArtDifference compareObject(const BaseReading& base, PaintedIndex source,
                             const EditedObject& object) {
     const PaintedArt& was = base.trace.painted()[source];
     return was.isForm    ? compareForms(was.art, object.art)
-           : was.isDrawn ? compareGlyphs(was.art, object.art)
+           : was.isDrawn ? compareGlyphs(was.art, object.art, base.paints)
            : isText(was) ? compareText(base, was, object)
            : was.isImage ? compareImages(was.art, object.art)
-                         : compareArt(was.art, object.art);
+                         : compareArt(was.art, object.art, base.paints);
 }
 
 const TraceEvent& eventOf(const ContentTrace& trace, PaintedIndex source) {

@@ -5,6 +5,7 @@
 #include "writer/art/style_works.h"
 #include "writer/patch/kept_works.h"
 #include "writer/patch/placed_image.h"
+#include "writer/patch/shading_works.h"
 
 #include <algorithm>
 
@@ -22,6 +23,9 @@ void ObjectPatches::addTo(std::vector<Patch>& patches) {
             path.role == OperatorRole::object || path.role == OperatorRole::endImage;
         if (mayBeImage && path.art != Art::null) {
             patchImage(next++);
+        }
+        if (path.role == OperatorRole::paint && path.art != Art::null) {
+            patchShading(next++);
         }
         if (path.role != OperatorRole::paintPath || path.isFailed) {
             continue;
@@ -88,8 +92,8 @@ void ObjectPatches::drawChanged(PaintedIndex source) {
 }
 
 /// Sets again what lies on the page and moves with an object.
-void ObjectPatches::moveAlong(TraceIndex event, const RealMatrix& movement) {
-    if (movement != RealMatrix()) {
+void ObjectPatches::moveAlong(TraceIndex event, const PageMovement& movement) {
+    if (movement.any()) {
         const Surroundings& own = trace_.events()[event].behind;
         tools_.state.write(own, trace_.matrix(own.matrix), movement);
     }
@@ -111,9 +115,27 @@ void ObjectPatches::patchImage(PaintedIndex source) {
     noneStyleWorks(tools_.walk);
     enterWorks(tools_.walk);
     if (difference.place && (event.behind.settings & softMaskSetting) != 0) {
-        moveAlong(was.event, movementOfImage(was.art, art));
+        moveAlong(was.event, {.masks = movementOfImage(was.art, art), .patterns = {}});
     }
     imageWorks(tools_, was, art, difference);
+    leaveWorks(tools_.walk);
+    patches_->push_back({{event.start, event.end}, "\n" + tools_.taken()});
+}
+
+void ObjectPatches::patchShading(PaintedIndex source) {
+    const Paint paint = paintOf(source);
+    const PaintedArt& was = trace_.painted()[source];
+    const TraceEvent& event = trace_.events()[was.event];
+    if (paint == Paint::gone) {
+        patches_->push_back({{event.start, event.end}, " "});
+    }
+    if (paint != Paint::changed) {
+        return;
+    }
+    const EditedIndex owner = matching_.owners[source];
+    noneStyleWorks(tools_.walk);
+    enterWorks(tools_.walk);
+    shadingWorks(tools_, was, artwork_.objects[owner].art, matching_.objects[owner].difference);
     leaveWorks(tools_.walk);
     patches_->push_back({{event.start, event.end}, "\n" + tools_.taken()});
 }

@@ -28,10 +28,11 @@ private:
     Clip clipOf(TraceIndex path) const;
     void patchPath(TraceIndex path, PaintedIndex source, Paint paint, Clip clip);
     void patchImage(PaintedIndex source);
+    void patchShading(PaintedIndex source);
     void remove(TraceIndex path);
     void removeClipWords(TraceIndex path);
     void drawChanged(PaintedIndex source);
-    void moveAlong(TraceIndex event, const RealMatrix& movement);
+    void moveAlong(TraceIndex event, const PageMovement& movement);
     TraceIndex linkOf(TraceIndex path) const;
 
     PatchTools& tools_;

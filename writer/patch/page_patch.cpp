@@ -86,6 +86,7 @@ public:
         return {.content = std::move(content_),
                 .bytes = std::move(tools_.bytes),
                 .patterns = tools_.patterns.take(),
+                .paints = std::move(tools_.paints),
                 .groups = std::move(tools_.groups),
                 .fonts = tools_.setText.takeFonts(),
                 .images = tools_.images.images(),

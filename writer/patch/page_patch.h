@@ -12,6 +12,7 @@
 #include "writer/patch/patch.h"
 
 #include <cstdint>
+#include <memory>
 
 namespace corvane {
 
@@ -28,6 +29,7 @@ struct PagePatch {
     ContentPatches content;
     ContentBytes bytes; ///< of the base
     std::vector<MovedPattern> patterns;
+    std::unique_ptr<NewPaints> paints;
     DrawnGroups groups;
     NewFonts fonts;
     std::vector<NewImage> images; ///< that it draws and the file does not have

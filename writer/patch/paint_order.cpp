@@ -25,8 +25,9 @@ bool canStay(const ContentTrace& trace, PaintedIndex source, const ArtDifference
     }
     const TraceIndex index = trace.painted()[source].event;
     const Surroundings& here = trace.events()[index].behind;
+    const PaintedArt& painted = trace.painted()[source];
     const bool isApart =
-        trace.painted()[source].isImage ? !here.isInPath : isPlainPath(trace, index);
+        painted.isImage || painted.isShading ? !here.isInPath : isPlainPath(trace, index);
     return !difference.any() ||
            (!here.isInText && isApart && inverse(trace.matrix(here.matrix)).has_value());
 }

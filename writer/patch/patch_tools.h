@@ -3,9 +3,11 @@
 
 #include "filters/text_sink.h"
 #include "reader/content/content_trace.h"
+#include "reader/shading/page_patterns.h"
 #include "runtime/memory.h"
 #include "writer/art/walk.h"
 #include "writer/image/new_images.h"
+#include "writer/paint/new_paints.h"
 #include "writer/patch/content_bytes.h"
 #include "writer/patch/drawn_groups.h"
 #include "writer/patch/gathered_state.h"
@@ -14,6 +16,7 @@
 #include "writer/text/set_text.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 namespace corvane {
@@ -22,9 +25,12 @@ struct PatchTools {
     PatchTools(DocumentCache& cache, const PageBase& base, const ContentTrace& pageTrace,
                const PageFonts& fonts, ResourceRegistry& resources)
         : trace(pageTrace), bytes(cache, base.streams, pageTrace.streamStarts()),
-          patterns(cache, base, resources), groups(resources), setText(&fonts, resources),
-          images(cache, resources), walk(sink), state(walk, bytes, pageTrace, patterns) {
+          patterns(cache, base, resources), paints(std::make_unique<NewPaints>(cache)),
+          contentPaints(*paints, resources, contentOf(base)), groups(*paints, resources),
+          setText(&fonts, resources), images(cache, resources), walk(sink),
+          state(walk, bytes, pageTrace, patterns) {
         walk.images = &images;
+        walk.paints = hostHoldsPatterns() ? &contentPaints : nullptr;
     }
     PatchTools(const PatchTools&) = delete;
     PatchTools& operator=(const PatchTools&) = delete;
@@ -38,9 +44,17 @@ struct PatchTools {
         return text;
     }
 
+    /// The page's own content; what is beyond it on the artboard is not seen.
+    static PaintedContent contentOf(const PageBase& base) {
+        return {.placement = inverse(base.matrix.exact).value_or(RealMatrix()),
+                .area = visibleArtboard()};
+    }
+
     const ContentTrace& trace;
     ContentBytes bytes;
     MovedPatterns patterns;
+    std::unique_ptr<NewPaints> paints;
+    ContentPaints contentPaints;
     DrawnGroups groups;
     SetText setText;
     NewImages images;

@@ -5,6 +5,7 @@
 #include "runtime/exception.h"
 #include "writer/art/art_stack.h"
 #include "writer/art/layers.h"
+#include "writer/art/path_works.h"
 #include "writer/art/style_works.h"
 
 #include <vector>
@@ -50,23 +51,32 @@ DrawnTexts::DrawnTexts(ResourceRegistry& resources) : setText_(nullptr, resource
         if (!isDrawn(info)) {
             continue;
         }
-        ArtStack pending;
         Art top = Art::null;
         callHost(slot::getLayerArt, layer, &top);
-        pending.push(top);
-        for (ArtStep step; pending.next(step);) {
-            if (step.what != ArtStep::What::art) {
-                continue;
-            }
-            const ArtKind kind = artKind(step.art);
-            if (kind == ArtKind::text) {
-                add(step.art);
-            } else if (mayHold(kind)) {
-                pending.enter(firstOf(step.art), ArtStep::What::end);
-            }
-        }
+        addAll(top);
     }
     setText_.finish();
+}
+
+DrawnTexts::DrawnTexts(ResourceRegistry& resources, Art top) : setText_(nullptr, resources) {
+    addAll(top);
+    setText_.finish();
+}
+
+void DrawnTexts::addAll(Art top) {
+    ArtStack pending;
+    pending.push(top);
+    for (ArtStep step; pending.next(step);) {
+        if (step.what != ArtStep::What::art) {
+            continue;
+        }
+        const ArtKind kind = artKind(step.art);
+        if (kind == ArtKind::text) {
+            add(step.art);
+        } else if (mayHold(kind)) {
+            pending.enter(firstOf(step.art), ArtStep::What::end);
+        }
+    }
 }
 
 void DrawnTexts::add(Art text) {
@@ -93,10 +103,18 @@ void DrawnTexts::write(Walk& walk, Art text) {
     SetText::Index set = first->second;
     for (std::int32_t i = 0; i < runCount(text); ++i) {
         const TextRun run = runOf(text, i);
+        const bool isMasked = needsMask(walk, run.style);
+        if (isMasked) {
+            enterWorks(walk);
+            maskWorks(walk, run.style);
+        }
         pathStyleWorks(walk, run.style);
         walk.text.add("BT\n");
         setText_.write(walk, set++, run, RealMatrix());
         walk.text.add("ET\n");
+        if (isMasked) {
+            leaveWorks(walk);
+        }
     }
 }
 

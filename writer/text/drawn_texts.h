@@ -14,6 +14,8 @@ public:
     /// Lays out all text of the layers that are drawn. Raises `unpatchable` where no font shows a
     /// letter. Fonts get names in `resources`, which outlives the object.
     explicit DrawnTexts(ResourceRegistry& resources);
+    /// The same for all text within `top`.
+    DrawnTexts(ResourceRegistry& resources, Art top);
 
     void write(Walk& walk, Art text) override;
 
@@ -21,6 +23,7 @@ public:
     const NewFonts& fonts() const { return setText_.fonts(); }
 
 private:
+    void addAll(Art top);
     void add(Art text);
 
     SetText setText_;

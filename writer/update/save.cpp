@@ -7,6 +7,7 @@
 #include "reader/document/update_mark.h"
 #include "reader/page/page_base.h"
 #include "reader/page/page_content.h"
+#include "reader/shading/page_patterns.h"
 #include "reader/syntax/file_bytes.h"
 #include "reader/syntax/stream_chain.h"
 #include "reader/text/show_text.h"
@@ -184,7 +185,9 @@ UpdatePlan planUpdate(DocumentCache& cache) {
     } else {
         plan.numbers.content = nextIdentity();
         plan.numbers.length = nextIdentity();
-        plan.drawn = hostHoldsText() ? std::make_unique<DrawnPage>(cache) : nullptr;
+        plan.drawn = hostHoldsText() ? std::make_unique<DrawnContent>(cache) : nullptr;
+        plan.paints =
+            plan.drawn && hostHoldsPatterns() ? std::make_unique<NewPaints>(cache) : nullptr;
     }
     // Reading the page may have met an entry that leads elsewhere.
     refuseRepaired(cache, plan.mend.has_value());

@@ -11,9 +11,9 @@
 #include "writer/page/page_geometry.h"
 #include "writer/page/page_object.h"
 #include "writer/page/resource_registry.h"
+#include "writer/paint/new_paints.h"
 #include "writer/patch/page_patch.h"
 #include "writer/patch/patched_streams.h"
-#include "writer/text/drawn_texts.h"
 
 #include <cstdint>
 #include <memory>
@@ -55,17 +55,6 @@ struct PlannedPatch {
     ResourceRegistry resources;
 };
 
-/// What a page that is drawn anew has beside its content.
-struct DrawnPage {
-    explicit DrawnPage(DocumentCache& cache) : images(cache, resources) {}
-    DrawnPage(const DrawnPage&) = delete;
-    DrawnPage& operator=(const DrawnPage&) = delete;
-
-    ResourceRegistry resources;
-    DrawnTexts texts{resources};
-    NewImages images;
-};
-
 /// What is settled before the first byte is written.
 struct UpdatePlan {
     /// Numbers of the objects that every update has.
@@ -83,9 +72,10 @@ struct UpdatePlan {
     std::optional<std::uint64_t> artwork; ///< which opening of it that was
     CarriedPage page;
     CarriedTrailer trailer;
-    Numbers numbers;                   ///< where the page is drawn anew
-    std::unique_ptr<DrawnPage> drawn;  ///< there too, in the extended profile
-    std::optional<PlannedPatch> patch; ///< otherwise
+    Numbers numbers;                     ///< where the page is drawn anew
+    std::unique_ptr<DrawnContent> drawn; ///< there too, in the extended profile
+    std::unique_ptr<NewPaints> paints;   ///< there too, where the host says what gradients are
+    std::optional<PlannedPatch> patch;   ///< otherwise
 };
 
 /// What the trailer takes over. Raises `range` where Root, or in the original profile Info, is no

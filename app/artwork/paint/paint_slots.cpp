@@ -54,6 +54,68 @@ HostError tilePattern(Art path, TileProcedure procedure) {
     });
 }
 
+HostError addGradient(const GradientFacts* facts, PaintSource* gradient) {
+    return guardedSlot([&](CallbackScope& scope) {
+        const GradientFacts& told = target(facts);
+        PaintSource& made = target(gradient);
+        made = scope.document().addGradient({.radial = told.isRadial,
+                                             .x1 = told.x1,
+                                             .y1 = told.y1,
+                                             .r1 = told.r1,
+                                             .x2 = told.x2,
+                                             .y2 = told.y2,
+                                             .r2 = told.r2,
+                                             .matrix = told.matrix,
+                                             .spread = told.spread,
+                                             .stops = {told.stops.begin(), told.stops.end()}});
+    });
+}
+
+HostError getGradient(PaintSource gradient, GradientFacts* facts) {
+    return guardedSlot([&](CallbackScope& scope) {
+        const Gradient& known = scope.document().gradient(gradient);
+        target(facts) = {.isRadial = known.radial,
+                         .x1 = known.x1,
+                         .y1 = known.y1,
+                         .r1 = known.r1,
+                         .x2 = known.x2,
+                         .y2 = known.y2,
+                         .r2 = known.r2,
+                         .matrix = known.matrix,
+                         .spread = known.spread,
+                         .stops = known.stops};
+    });
+}
+
+HostError addPattern(const PatternFacts* facts, PaintSource* pattern) {
+    return guardedSlot([&](CallbackScope& scope) {
+        PaintSource& made = target(pattern);
+        const PatternFacts& told = target(facts);
+        made = scope.document().addPattern({.tile = told.tile,
+                                            .left = told.left,
+                                            .bottom = told.bottom,
+                                            .right = told.right,
+                                            .top = told.top,
+                                            .stepX = told.stepX,
+                                            .stepY = told.stepY,
+                                            .matrix = told.matrix});
+    });
+}
+
+HostError getPattern(PaintSource pattern, PatternFacts* facts) {
+    return guardedSlot([&](CallbackScope& scope) {
+        const Pattern& known = scope.document().pattern(pattern);
+        target(facts) = {.tile = known.tile,
+                         .left = known.left,
+                         .bottom = known.bottom,
+                         .right = known.right,
+                         .top = known.top,
+                         .stepX = known.stepX,
+                         .stepY = known.stepY,
+                         .matrix = known.matrix};
+    });
+}
+
 HostError getNote(Note note, std::uint8_t* text) {
     return guardedSlot([&](CallbackScope& scope) {
         constexpr std::size_t size = 256;

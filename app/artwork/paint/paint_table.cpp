@@ -32,7 +32,8 @@ bool plain(const Colour& colour) {
 bool sensible(const Gradient& gradient) {
     double before = 0;
     for (const GradientStop& stop : gradient.stops) {
-        if (!(stop.offset >= before && stop.offset <= 1) || !plain(stop.colour)) {
+        if (!(stop.offset >= before && stop.offset <= 1) ||
+            !(stop.opacity >= 0 && stop.opacity <= 1) || !plain(stop.colour)) {
             return false;
         }
         before = stop.offset;
@@ -80,6 +81,7 @@ std::uint32_t hashOf(const Gradient& gradient) {
     addMatrix(hash, gradient.matrix);
     for (const GradientStop& stop : gradient.stops) {
         hash.addNumber(stop.offset);
+        hash.addNumber(stop.opacity);
         hash.add(stop.colour);
     }
     return hash.value();

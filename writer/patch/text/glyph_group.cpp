@@ -19,10 +19,11 @@ bool isGlyphGroup(Art art) {
 
 bool holdsImages(Art art) {
     const ChargedList<GroupPart> parts = partsOf(art);
-    return std::ranges::find(parts.items(), ArtKind::placed, &GroupPart::kind) != parts.items().end();
+    const auto images = std::ranges::find(parts.items(), ArtKind::placed, &GroupPart::kind);
+    return images != parts.items().end();
 }
 
-ArtDifference compareGlyphs(Art was, Art is) {
+ArtDifference compareGlyphs(Art was, Art is, PaintComparison& paints) {
     const ChargedList<GroupPart> ofWas = partsOf(was);
     const ChargedList<GroupPart> ofIs = partsOf(is);
     ArtDifference difference;
@@ -34,7 +35,8 @@ ArtDifference compareGlyphs(Art was, Art is) {
         }
         const bool isImage = ofWas[i].kind == ArtKind::placed;
         ArtDifference part = isImage ? compareImages(ofWas[i].art, ofIs[i].art)
-                                     : compareArt(ofWas[i].art, ofIs[i].art);
+                                     : compareArt(ofWas[i].art, ofIs[i].art, paints);
+        difference.movesPaint = part.movesPaint || difference.movesPaint;
         isMoved = std::exchange(isImage ? part.place : part.shape, false) || isMoved;
         difference.letters = part.any();
     }

@@ -9,7 +9,8 @@ namespace corvane {
 bool isGlyphGroup(Art art);
 bool holdsImages(Art art);
 
-/// `letters` where anything else differs than the place of the whole.
-ArtDifference compareGlyphs(Art was, Art is);
+/// `letters` where anything else differs than the place of the whole; gradients and patterns move
+/// along with it.
+ArtDifference compareGlyphs(Art was, Art is, PaintComparison& paints);
 
 } // namespace corvane

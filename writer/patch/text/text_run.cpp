@@ -84,9 +84,12 @@ RealMatrix frameOf(Art text, const TextRun& run, double start) {
 ArtDifference compareText(const BaseReading& base, const PaintedArt& was, const EditedObject& is) {
     const TextRun former = runOf(was.art, base.trace.textPart(was.part).run);
     const TextRun run = runOf(is.art, is.run);
-    ArtDifference difference = compareStyles(former.style, run.style);
+    const bool isMoved = !sameFrame(frameOfPage(base, was), frameOf(is.art, run, is.start));
+    ArtDifference difference = compareStyles(
+        former.style, run.style, base.paints,
+        isMoved ? [&] { return std::optional(movementOfText(base, was, is)); } : MovementOfArt());
     difference.letters = !sameLetters(former, run) || movesLetters(lineOf(is.art));
-    difference.place = !sameFrame(frameOfPage(base, was), frameOf(is.art, run, is.start));
+    difference.place = isMoved;
     return difference;
 }
 

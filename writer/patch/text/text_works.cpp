@@ -69,6 +69,9 @@ void sourcedTextWorks(PatchTools& tools, const BaseReading& base, const PaintedA
     const TraceEvent& event = tools.trace.events()[was.event];
     const RealMatrix& ctm = tools.trace.matrix(event.behind.matrix);
     const PathStyle style = runOf(is.art, is.run).style;
+    if (needsMask(walk, style)) {
+        maskInUserSpace(walk, style, ctm);
+    }
     if (difference.fill) {
         colorWorks(walk, style.fill, true);
     }
@@ -105,10 +108,18 @@ void movedGlyphsWorks(PatchTools& tools, const PaintedArt& was, const RealMatrix
 void newTextWorks(PatchTools& tools, const EditedObject& is) {
     Walk& walk = tools.walk;
     const PathStyle style = runOf(is.art, is.run).style;
+    const bool isMasked = needsMask(walk, style);
+    if (isMasked) {
+        enterWorks(walk);
+        maskWorks(walk, style);
+    }
     pathStyleWorks(walk, style);
     walk.text.add("BT\n");
     typedWorks(tools, is, RealMatrix());
     walk.text.add("ET\n");
+    if (isMasked) {
+        leaveWorks(walk);
+    }
 }
 
 } // namespace corvane

@@ -69,10 +69,9 @@ GradientStop readStop(pugi::xml_node element, ReadingContext& context) {
     } else if (!colour && !said.empty()) {
         context.tally.add("colour");
     }
-    const double opacity = parseOpacity(declared[Attribute::stopOpacity]).value_or(1);
-    if (opacity * (colour ? colour->alpha : 1) < 1) {
-        context.tally.add("opacity");
-    }
+    stop.opacity = std::clamp(parseOpacity(declared[Attribute::stopOpacity]).value_or(1) *
+                                  (colour ? colour->alpha : 1),
+                              0.0, 1.0);
     const PaintTwin twin = stopTwin(attributes).value_or(PaintTwin{});
     stop.colour = twin.resolve(colour ? colour->screen : ScreenColour{}, context.document);
     return stop;

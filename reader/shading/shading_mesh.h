@@ -1,0 +1,26 @@
+// Meshes of shadings: triangles with a colour at each corner (PDF Reference, 4.6.3).
+#pragma once
+
+#include "reader/shading/shading.h"
+
+#include <array>
+#include <functional>
+
+namespace corvane {
+
+/// A corner: where it is, in the shading's space, and its colour: red, green and blue from 0 to 1
+/// or, where the shading has functions, their input.
+struct MeshCorner {
+    RealPoint point;
+    std::array<double, 3> value{};
+};
+
+using MeshTriangle = std::array<MeshCorner, 3>;
+
+/// Hands out the triangles of a mesh, in the order of painting. A patch becomes a grid of them: as
+/// fine as its edges are long, of which `cell` is one step. Past the budget of vertices the rest is
+/// left out, and false the answer. Raises what reading the stream raises.
+bool forEachTriangle(DocumentCache& cache, const Shading& shading, double cell,
+                     const std::function<void(const MeshTriangle&)>& use);
+
+} // namespace corvane

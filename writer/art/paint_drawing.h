@@ -1,0 +1,22 @@
+// Gradients and patterns as the art walk names them.
+#pragma once
+
+#include "host/artwork.h"
+
+#include <string_view>
+
+namespace corvane {
+
+struct Walk;
+
+class PaintDrawing {
+public:
+    virtual ~PaintDrawing() = default;
+    /// Makes a gradient or pattern the colour for filling or for stroking.
+    virtual void set(Walk& walk, const Colour& colour, bool isFill) = 0;
+    /// The external graphics state whose soft mask shows as much of a colour as its stops say, set
+    /// in the space of the artboard; empty where all of it is opaque.
+    virtual std::string_view maskOf(const Colour& colour) = 0;
+};
+
+} // namespace corvane

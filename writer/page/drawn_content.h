@@ -1,0 +1,32 @@
+// What a content that the art walk draws has beside its operators.
+#pragma once
+
+#include "writer/image/new_images.h"
+#include "writer/page/resource_registry.h"
+#include "writer/text/drawn_texts.h"
+
+namespace corvane {
+
+struct DrawnContent {
+    /// Of all layers that are drawn.
+    explicit DrawnContent(DocumentCache& cache) : texts(resources), images(cache, resources) {}
+    /// Of what `top` holds.
+    DrawnContent(DocumentCache& cache, Art top)
+        : texts(resources, top), images(cache, resources) {}
+    DrawnContent(const DrawnContent&) = delete;
+    DrawnContent& operator=(const DrawnContent&) = delete;
+
+    /// Writes its fonts and images to the cache's output, once the content is drawn.
+    void writeObjects(DocumentCache& cache) const {
+        texts.fonts().write(cache);
+        for (const NewImage& image : images.images()) {
+            writeImage(cache, image);
+        }
+    }
+
+    ResourceRegistry resources;
+    DrawnTexts texts;
+    NewImages images;
+};
+
+} // namespace corvane

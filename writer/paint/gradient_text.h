@@ -1,0 +1,34 @@
+// Gradients of the host as shading dictionaries (PDF Reference, 4.6.3 and 3.9).
+#pragma once
+
+#include "host/extension.h"
+#include "host/gradient.h"
+
+#include <cstdint>
+#include <string>
+
+namespace corvane {
+
+/// Makes an object of the text of a function, to be named again and again; its number.
+class FunctionHolder {
+public:
+    virtual ~FunctionHolder() = default;
+    virtual std::int32_t hold(std::string function) = 0;
+};
+
+/// What a shading shows of a gradient's stops.
+enum class StopPart { colour, opacity };
+
+/// Whether a gradient is seen through anywhere but beyond its ends, where a shading can end as
+/// well.
+bool hasOpacity(const GradientFacts& gradient);
+
+/// The entries of a shading dictionary, in the gradient's own space. A gradient that repeats does
+/// so as far as `area` reaches, a box on the artboard; past a limit its ends go on.
+std::string shadingText(const GradientFacts& gradient, StopPart part, const Box& area,
+                        FunctionHolder& functions);
+
+/// The matrix of the space in which `shadingText` has the gradient: its own, unless that is flat.
+RealMatrix shadingSpace(const GradientFacts& gradient);
+
+} // namespace corvane
