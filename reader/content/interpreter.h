@@ -17,6 +17,7 @@
 #include "reader/content/progress.h"
 #include "reader/content/state.h"
 #include "reader/image/page_images.h"
+#include "reader/layer/optional_content.h"
 #include "reader/paint/colour_space_cache.h"
 #include "reader/paint/path.h"
 #include "reader/syntax/token_push.h"
@@ -97,6 +98,7 @@ struct Interpreter {
     classic::FontList classicFonts;
     classic::SelectedFonts selectedFonts;
     PageImages images;
+    OptionalContent layers;
     /// Numbers of the objects of the contents within one another that are being drawn; 0: of none.
     std::vector<std::int32_t> openContents;
     std::int32_t forms = 0;   ///< drawn so far, also those that nothing is seen of
