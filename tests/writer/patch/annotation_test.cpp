@@ -81,7 +81,7 @@ TEST_F(AnnotationTest, AreLeftAlone) {
         EXPECT_EQ(kept_, row.kept) << row.name;
         if (isRefused) {
             EXPECT_EQ(bytes(), file_) << row.name;
-            EXPECT_THAT(::testing::PrintToString(front_.taken()), HasSubstr("annotations"));
+            EXPECT_THAT(::testing::PrintToString(front_.taken()), HasSubstr("error 34"));
             extension_.overwrites = true;
             EXPECT_EQ(save(), 0U) << row.name;
             extension_.overwrites = false;
