@@ -34,6 +34,12 @@ std::optional<std::uint8_t> encoded(char32_t character) {
 
 } // namespace
 
+char32_t documentCharacter(std::uint8_t byte) {
+    const std::size_t accent = std::size_t{byte} - 0x18;
+    const std::size_t other = std::size_t{byte} - 0x80;
+    return accent < accents.size() ? accents[accent] : other < others.size() ? others[other] : byte;
+}
+
 std::optional<Secret> documentEncoded(Octets text) {
     Secret bytes(text.size());
     std::size_t count = 0;

@@ -11,4 +11,8 @@ namespace corvane {
 /// is no UTF-8.
 std::optional<Secret> documentEncoded(Octets text);
 
+/// The character of a byte of PDFDocEncoding; where it has none, that of the same number, or
+/// U+FFFF.
+char32_t documentCharacter(std::uint8_t byte);
+
 } // namespace corvane

@@ -7,7 +7,7 @@ namespace corvane {
 
 namespace {
 
-constexpr std::array<std::string_view, 33> exceptions = {
+constexpr std::array<std::string_view, 34> exceptions = {
     /* 1 */ "the page asks for more work than this program allows; simplify it with another "
             "program",
     /* 2 */ "cancelled",
@@ -62,6 +62,10 @@ constexpr std::array<std::string_view, 33> exceptions = {
     /* 33 */
     "the file is certified: its author's signature allows no changed pages, and readers would show "
     "it as broken; if that does not matter, say --force",
+    /* 34 */
+    "annotations were changed or deleted in the artwork, and saving leaves them in the file as "
+    "they "
+    "are; if that does not matter, say --force",
 };
 
 /// Why a file cannot be read or mended, or a page not saved, by reason.

@@ -41,11 +41,12 @@ enum class Exception : std::int32_t {
     fileChanged = 24,   ///< another program changed the file while it was being saved
     foreignUpdate = 25, ///< the newest update is not ours to take off
     // 26 to 28 are the program's own.
-    otherArtwork = 29,   ///< the page was saved from another artwork of the same page meanwhile
-    artworkMissing = 30, ///< half of the page, or all of a kind, is not in the artwork
-    unpatchable = 31,    ///< the change cannot be made without harm to other things on the page
-    notPermitted = 32,   ///< the owner of an encrypted file did not permit changes
-    certifiedFile = 33,  ///< the signature of the file's author allows no changed page
+    otherArtwork = 29,      ///< the page was saved from another artwork of the same page meanwhile
+    artworkMissing = 30,    ///< half of the page, or all of a kind, is not in the artwork
+    unpatchable = 31,       ///< the change cannot be made without harm to other things on the page
+    notPermitted = 32,      ///< the owner of an encrypted file did not permit changes
+    certifiedFile = 33,     ///< the signature of the file's author allows no changed page
+    annotationChanged = 34, ///< of an annotation, which a save does not touch
 };
 
 /// Whether a code blames the file (something is damaged or missing) and not the machine, the host

@@ -25,12 +25,15 @@ inline constexpr std::int32_t noPage = 28;  ///< nobody said which page to repla
 inline constexpr std::int32_t otherArtwork = 29;
 inline constexpr std::int32_t artworkMissing = 30;
 inline constexpr std::int32_t unpatchable = 31;
+inline constexpr std::int32_t annotationChanged = 34;
 inline constexpr std::int32_t layersLeftOut = 1004; ///< warning of the plug-in
 inline constexpr std::int32_t layersNotKept = 1008; ///< the same
 inline constexpr std::int32_t fontAdded = 1010;     ///< the same
 inline constexpr std::int32_t notInArtwork = 1005;  ///< warning: not kept when the page was opened
 inline constexpr std::int32_t notUnderstood = 1006; ///< warning: ignored when the SVG was read
 inline constexpr std::int32_t pageRepeated = 1007;  ///< warning: one object is several pages
+inline constexpr std::int32_t annotationKept =
+    1011; ///< warning: what was changed of it is not saved
 } // namespace code
 
 /// An error or a warning: `sentence` says what happened and what to do.

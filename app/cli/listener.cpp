@@ -110,6 +110,10 @@ HostExtension Listener::makeExtension() {
         Listener& to = listener(context);
         to.remember([&] { to.report_.missing.push_back(missing); });
     };
+    extension.annotationKept = [](void* context, std::string_view name) {
+        Listener& to = listener(context);
+        to.remember([&] { to.report_.annotationsKept.emplace_back(name); });
+    };
     extension.password = [](void* context, std::int32_t attempt, std::span<char> buffer) {
         Listener& to = listener(context);
         std::int32_t length = -1;

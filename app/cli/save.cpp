@@ -63,6 +63,18 @@ Fault explainedChange(const Arguments& arguments, const Provenance& source) {
                 "), or was changed since; open it again, or replace it with --force"};
 }
 
+/// Which annotations the artwork has otherwise than the file, the first of many.
+std::string annotationsText(const std::vector<std::string>& names) {
+    constexpr std::size_t most = 8;
+    std::string text = std::to_string(names.size()) +
+                       (names.size() == 1 ? " annotation was" : " annotations were") +
+                       " changed or deleted in the artwork (";
+    for (std::size_t i = 0; i < std::min(names.size(), most); ++i) {
+        text += (i == 0 ? "" : ", ") + names[i];
+    }
+    return text + (names.size() > most ? ", ...)" : ")");
+}
+
 /// `fault` as a person understands it who knows the artwork and the command line.
 Fault explained(const Fault& fault, const Arguments& arguments, const Report& report) {
     if (fault.code == code::pageChanged) {
@@ -78,6 +90,11 @@ Fault explained(const Fault& fault, const Arguments& arguments, const Report& re
         return {fault.code, "saving would delete " + missingText(report.missing) +
                                 ", which the artwork does not hold any more; if that is meant, say "
                                 "--force"};
+    }
+    if (fault.code == code::annotationChanged && !report.annotationsKept.empty()) {
+        return {fault.code, annotationsText(report.annotationsKept) +
+                                ", and saving leaves them in the file as they are; if that does "
+                                "not matter, say --force"};
     }
     return fault;
 }
@@ -211,6 +228,11 @@ void runSave(Arguments& arguments, Report& report) {
     }
     nameLayers(report, code::layersLeftOut, report.layersLeftOut);
     nameLayers(report, code::layersNotKept, report.layersNotKept);
+    if (!report.annotationsKept.empty()) {
+        report.warnings.push_back(
+            {code::annotationKept,
+             annotationsText(report.annotationsKept) + "; in the file they are as they were"});
+    }
     nameFonts(report);
     weighPlaces(report);
     announceSaved(place, arguments, *report.saved);

@@ -104,21 +104,6 @@ std::optional<ArtSource> sourceOfId(std::string_view id) {
     return isOurs ? std::optional(ArtSource{0, 0, number - 1, content}) : std::nullopt;
 }
 
-void writeFormFacts(TextOutput& out, const FormFacts& form) {
-    out.text(" data-form=\"");
-    out.number(std::int64_t{form.object} << 16);
-    out.text(" ");
-    out.number(std::int64_t{form.content} << 16);
-    out.text("\"");
-}
-
-std::optional<FormFacts> parseFormFacts(std::string_view text) {
-    FormFacts form;
-    const bool isWhole = takeNumber(text, form.object) && takeNumber(text, form.content) &&
-                         isBlank(text) && form.content > 0;
-    return isWhole ? std::optional(form) : std::nullopt;
-}
-
 SourceBase sourceBase(const Provenance& provenance) {
     return provenance.identity ? SourceBase(static_cast<std::uint16_t>(provenance.identity->digest))
                                : std::nullopt;

@@ -5,7 +5,6 @@
 #include "app/artwork/provenance.h"
 #include "app/svg/sink.h"
 #include "host/artwork.h"
-#include "host/structure.h"
 
 #include <cstdint>
 #include <optional>
@@ -32,10 +31,5 @@ std::optional<ArtSource> parseArtSource(std::string_view text, SourceBase);
 
 /// The source that the id of a shape tells: its ordinal. Nothing where the writer gives no such id.
 std::optional<ArtSource> sourceOfId(std::string_view id);
-
-/// Writes ` data-form="object content"`.
-void writeFormFacts(TextOutput&, const FormFacts&);
-/// Nothing where the text has another form.
-std::optional<FormFacts> parseFormFacts(std::string_view text);
 
 } // namespace corvane

@@ -4,6 +4,7 @@
 #include "app/svg/appearance_attributes.h"
 #include "app/svg/image_writer.h"
 #include "app/svg/markup.h"
+#include "app/svg/structure_attributes.h"
 #include "app/svg/style.h"
 #include "app/svg/subpaths.h"
 #include "app/svg/text_writer.h"
@@ -36,6 +37,32 @@ void TreeWriter::writeLayer(Layer layer) {
 bool TreeWriter::hasOrdinal(Art art) const {
     const std::optional<ArtSource> source = document_.source(art);
     return source && source->ordinal >= 0;
+}
+
+void TreeWriter::writeLayer(Art group, const LayerProperties& layer) {
+    if (layer.role == LayerRole::annotations) {
+        writePlainAttribute(out_, "id", annotationsId);
+    } else {
+        writeId("layer", ++numbers_.layers);
+    }
+    writeLayerAttributes(out_, layer);
+    if (layer.role == LayerRole::annotations) {
+        writeAnnotations(out_, document_, group);
+    }
+}
+
+/// What the group stands for in the file. False where that hides it.
+bool TreeWriter::writeStructure(Art group) {
+    if (const std::optional<FormFacts> form = document_.form(group)) {
+        writeFormFacts(out_, *form);
+    }
+    const ContentLayer layer = document_.groupLayer(group);
+    if (layer == ContentLayer::null) {
+        return true;
+    }
+    const ContentLayerFacts facts = document_.contentLayers().facts(layer);
+    writeContentLayer(out_, facts, levels_.size() == 1);
+    return facts.isVisible;
 }
 
 /// Groups within an object need no name. What has a source is one among the shapes around it.
@@ -153,20 +180,17 @@ void TreeWriter::enterGroup(Art group, const LayerProperties* layer) {
     writeIndent(out_, level.depth);
     out_.text("<g");
     if (layer != nullptr) {
-        writeId("layer", ++numbers_.layers);
-        writeLayerAttributes(out_, *layer);
+        writeLayer(group, *layer);
     } else {
         writeGroupId(group, levels_.back());
     }
-    if (const std::optional<FormFacts> form = document_.form(group)) {
-        writeFormFacts(out_, *form);
-    }
+    const bool isShown = writeStructure(group) && (layer == nullptr || layer->visible);
     writeSource("data-source", group);
     writeLook(appearance);
     if (clips) {
         writeReference(clip);
     }
-    if (effect == ClipEffect::hides && (layer == nullptr || layer->visible)) {
+    if (effect == ClipEffect::hides && isShown) {
         writePlainAttribute(out_, "display", "none");
     }
     if (effect == ClipEffect::cutsNothing) {

@@ -98,6 +98,8 @@ private:
     void writeDroppedClip(Art clip);
     void writeData(Art shape);
     bool hasOrdinal(Art) const;
+    void writeLayer(Art group, const LayerProperties&);
+    bool writeStructure(Art group);
     void writeGroupId(Art group, const Level& around);
     void writeId(std::string_view kind, std::uint32_t number);
     void writeSource(std::string_view name, Art);

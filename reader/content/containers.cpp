@@ -64,10 +64,13 @@ void Containers::pop() {
         entries_.pop_back();
         height = std::max(height, entry.height + 1);
         entries_.back().height = std::max(entries_.back().height, height);
-        if (entry.group != Art::null) {
+        if (entry.mark != 0) {
+            left = closeMark(entry.group);
+        } else if (entry.group != Art::null) {
             left = closeGroup(entry.group);
         } else {
             closeClip(entry.container);
+            left = Art::null;
         }
     }
     --depth_;
@@ -89,9 +92,16 @@ void Containers::abandon() noexcept {
 }
 
 void Containers::finish() {
+    marks_.clear();
+    layered_ = 0;
     while (entries_.size() > 1) {
-        closeClip(entries_.back().container);
+        const Entry entry = entries_.back();
         entries_.pop_back();
+        if (entry.mark != 0) {
+            closeMark(entry.group);
+        } else {
+            closeClip(entry.container);
+        }
     }
 }
 
@@ -121,6 +131,15 @@ Art Containers::closeGroup(Art group) {
     return child;
 }
 
+/// The group of marked content stays if it holds something.
+Art Containers::closeMark(Art group) {
+    if (firstChild(group) != Art::null) {
+        return group;
+    }
+    callHost(slot::disposeArt, group);
+    return Art::null;
+}
+
 void Containers::makeGroup() {
     const Art group = makeArt(ArtKind::group, entries_.back().container);
     entries_.push_back({.depth = depth_, .group = group, .container = group});
@@ -134,6 +153,9 @@ void Containers::wrap(std::int32_t depth, Art inner) {
 }
 
 Art Containers::container() {
+    if (layered_ != 0) {
+        makeMarks();
+    }
     if (isMade() || nesting() >= budget::groupNesting) {
         return entries_.back().container;
     }
@@ -158,6 +180,106 @@ Art Containers::clip() const {
 
 Art Containers::make(ArtKind kind) {
     return makeArt(kind, container());
+}
+
+std::size_t Containers::marksMade() const {
+    const auto made = std::find_if(entries_.rbegin(), entries_.rend(),
+                                   [](const Entry& entry) { return entry.mark != 0; });
+    return made == entries_.rend() ? 0 : made->mark;
+}
+
+/// Makes the groups of the marked content that is open and has none: it was not drawn in yet, or a
+/// `Q` closed the former one.
+void Containers::makeMarks() {
+    for (std::size_t mark = marksMade(); mark < layered_; ++mark) {
+        const Mark& open = marks_[mark];
+        if (open.layer == ContentLayer::null) {
+            continue;
+        }
+        if (nesting() + soleHeight() >= budget::groupNesting) {
+            return;
+        }
+        if (const std::int32_t level = std::exchange(soleDepth_, -1); level >= 0) {
+            wrap(level, sole_);
+        }
+        const Art group = makeArt(ArtKind::group, entries_.back().container);
+        callHost(slot::setGroupLayer, group, open.layer);
+        const std::int32_t depth = std::max(std::min(open.depth, depth_), entries_.back().depth);
+        entries_.push_back({.depth = depth, .group = group, .container = group, .mark = mark + 1});
+    }
+}
+
+void Containers::beginMark(ContentLayer layer) {
+    const bool isFull = marks_.size() >= static_cast<std::size_t>(budget::contentLayers);
+    if (!marks_.empty() && (isFull || marks_.back().layer == layer)) {
+        ++marks_.back().times; // a layer within itself is one
+        return;
+    }
+    marks_.push_back({layer, depth_});
+    if (layer != ContentLayer::null) {
+        layered_ = marks_.size();
+    }
+}
+
+void Containers::endMark() {
+    if (marks_.empty() || --marks_.back().times > 0) {
+        return;
+    }
+    const std::size_t mark = marks_.size();
+    const bool isLayer = marks_.back().layer != ContentLayer::null;
+    marks_.pop_back();
+    if (!isLayer) {
+        return;
+    }
+    for (layered_ = marks_.size();
+         layered_ > 0 && marks_[layered_ - 1].layer == ContentLayer::null;) {
+        --layered_;
+    }
+    leaveMark(mark);
+}
+
+/// What is drawn from here on is no longer in the group of that mark. Clips and groups that began
+/// within it and go on are opened again behind it.
+void Containers::leaveMark(std::size_t mark) {
+    const auto at = std::ranges::find(entries_, mark, &Entry::mark);
+    if (at == entries_.end()) {
+        return;
+    }
+    const std::vector<Entry> within(at + 1, entries_.end());
+    const Entry own = *at;
+    entries_.erase(at, entries_.end());
+    for (auto entry = within.rbegin(); entry != within.rend(); ++entry) {
+        if (entry->group == Art::null) {
+            closeClip(entry->container);
+        }
+    }
+    soleDepth_ = -1;
+    const Art left = closeMark(own.group);
+    entries_.back().height = std::max(entries_.back().height, own.height + 1);
+    if (within.empty() && left != Art::null && !isMade()) {
+        soleDepth_ = depth_;
+        sole_ = left;
+        soleHeight_ = own.height + 1;
+    }
+    for (const Entry& entry : within) {
+        if (entry.group == Art::null) {
+            reopenClip(entry);
+        }
+    }
+}
+
+/// A clip in force, around what comes: a group of its own with a copy of the clip.
+void Containers::reopenClip(const Entry& entry) {
+    Art clip = Art::null;
+    const Art group = makeArt(ArtKind::group, entries_.back().container);
+    const Art former = firstChild(entry.container);
+    if (former == Art::null) {
+        callHost(slot::disposeArt, group);
+        return;
+    }
+    callHost(slot::duplicateArt, former, Placement::inside, group, &clip);
+    callHost(slot::setGroupClipped, group, std::uint8_t{1});
+    entries_.push_back({.depth = entry.depth, .container = group});
 }
 
 void Containers::bringAlong(Art art, Art holder) {

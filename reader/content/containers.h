@@ -7,6 +7,7 @@
 #pragma once
 
 #include "host/artwork.h"
+#include "host/structure.h"
 
 #include <cstdint>
 #include <vector>
@@ -27,6 +28,11 @@ public:
     void pop();
     /// `Q` without a call of the host: groups stay as they are.
     void abandon() noexcept;
+    /// Marked content begins: what is drawn until its end shows with that layer. Null: always.
+    void beginMark(ContentLayer layer);
+    /// The innermost marked content of this content ends, if any is open.
+    void endMark();
+
     /// Ends the clips that no `q` bounds, at the end of the page; no level is open.
     void finish();
 
@@ -55,15 +61,29 @@ private:
             Art::null; ///< what the level's `q` made; null at the bottom and for clipped groups
         Art container = Art::null;
         std::int32_t height = 0; ///< groups within one another below it
+        std::size_t mark = 0;    ///< the container of that many marks; 0: of none
+    };
+    struct Mark {
+        ContentLayer layer = ContentLayer::null;
+        std::int32_t depth = 0; ///< levels when it began
+        std::int64_t times = 1; ///< so many within one another
     };
 
     void makeGroup();
     void wrap(std::int32_t depth, Art inner);
     Art closeGroup(Art group);
     void closeClip(Art group);
+    void makeMarks();
+    void leaveMark(std::size_t mark);
+    void reopenClip(const Entry& entry);
+    Art closeMark(Art group);
+    std::size_t marksMade() const;
+    std::int32_t soleHeight() const { return soleDepth_ < 0 ? 0 : soleHeight_; }
     bool isMade() const { return entries_.back().depth == depth_; }
 
     std::vector<Entry> entries_;
+    std::vector<Mark> marks_; ///< that are open
+    std::size_t layered_ = 0; ///< of them, up to the last that has a layer
     std::int32_t around_ = 0;
     std::int32_t depth_ = 0;
     /// The one group that inner levels left in a level whose own group is not made yet. There is at

@@ -88,11 +88,13 @@ void strokeSpaceOperator(Interpreter& interpreter);   ///< CS
 void fillColourOperator(Interpreter& interpreter);    ///< sc, scn
 void strokeColourOperator(Interpreter& interpreter);  ///< SC, SCN
 void externalStateOperator(Interpreter& interpreter); ///< gs: line parameters
-void invisibleOperator(Interpreter& interpreter);     ///< EMC, BX, EX: nothing to draw
+void invisibleOperator(Interpreter& interpreter);     ///< BX, EX: nothing to draw
 
 // What is noted and not drawn (reader/content/marked_operators.cpp)
-void intentOperator(Interpreter& interpreter);     ///< ri
-void markOperator(Interpreter& interpreter);       ///< MP, DP, BMC
-void propertiesOperator(Interpreter& interpreter); ///< BDC
+void intentOperator(Interpreter& interpreter);          ///< ri
+void markPointOperator(Interpreter& interpreter);       ///< MP, DP
+void beginMarkOperator(Interpreter& interpreter);       ///< BMC
+void beginPropertiesOperator(Interpreter& interpreter); ///< BDC
+void endMarkOperator(Interpreter& interpreter);         ///< EMC
 
 } // namespace corvane

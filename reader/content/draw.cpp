@@ -3,6 +3,7 @@
 #include "reader/content/content.h"
 #include "reader/content/interpreter.h"
 #include "reader/content/losses.h"
+#include "reader/form/annotations.h"
 #include "reader/form/form_drawing.h"
 #include "reader/image/place_image.h"
 #include "reader/page/page_content.h"
@@ -15,7 +16,9 @@
 #include "runtime/extension.h"
 #include "runtime/rules.h"
 
+#include <algorithm>
 #include <span>
+#include <string_view>
 #include <vector>
 
 namespace corvane {
@@ -68,6 +71,24 @@ void runPage(Interpreter& interpreter, std::span<const ObjectOwner> streams) {
     interpreter.containers.finish();
 }
 
+/// In a layer of their own, in front of the page.
+void drawAnnotationLayer(Interpreter& interpreter, const PageMatrix& matrix) {
+    const std::vector<Annotation> annotations =
+        interpreter.readsForms ? shownAnnotations(interpreter.cache) : std::vector<Annotation>();
+    if (annotations.empty()) {
+        return;
+    }
+    constexpr std::string_view title = "Annotations";
+    LayerInfo info{.locked = 1};
+    info.title[0] = static_cast<std::uint8_t>(title.size());
+    std::ranges::copy(title, info.title + 1);
+    Layer layer = Layer::null;
+    callHost(slot::addLayer, &info, LayerRole::annotations, &layer);
+    Art group = Art::null;
+    callHost(slot::getLayerArt, layer, &group);
+    drawAnnotations(interpreter, annotations, matrix, group);
+}
+
 } // namespace
 
 void readCache(DocumentCache& cache) {
@@ -81,6 +102,7 @@ void readCache(DocumentCache& cache) {
     const std::vector<ObjectOwner> streams = contentStreams(cache);
     tellIdentity(cache, streams);
     runPage(*cache.interpreter, streams);
+    drawAnnotationLayer(*cache.interpreter, matrix);
 
     memoryException();
     cache.interpreter->fonts.deliver();

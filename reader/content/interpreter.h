@@ -18,6 +18,7 @@
 #include "reader/content/state.h"
 #include "reader/epsf/epsf_file.h"
 #include "reader/image/page_images.h"
+#include "reader/layer/optional_content.h"
 #include "reader/paint/colour_space_cache.h"
 #include "reader/paint/path.h"
 #include "reader/shading/page_patterns.h"
@@ -106,6 +107,7 @@ struct Interpreter {
     PageImages images;
     PagePatterns patterns;
     classic::EpsfFolder epsfFolder;
+    OptionalContent layers;
     /// Numbers of the objects of the contents within one another that are being drawn; 0: of none.
     std::vector<std::int32_t> openContents;
     std::int32_t forms = 0;     ///< drawn so far, also those that nothing is seen of

@@ -3,14 +3,13 @@
 #include "reader/content/art.h"
 #include "reader/content/inner_content.h"
 #include "reader/form/form_entries.h"
+#include "reader/form/form_path.h"
 #include "reader/form/form_trace.h"
 #include "runtime/budget.h"
 #include "runtime/callbacks.h"
 #include "runtime/extension.h"
-#include "runtime/fixed.h"
 #include "runtime/rules.h"
 
-#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -26,17 +25,9 @@ ObjectOwner shared(const Object& object) {
 /// What clips all that the form paints: a path in front of it.
 Art clipGroup(Art group, const FormBox& box, const RealMatrix& matrix) {
     const Art clip = newArt(ArtKind::path, Placement::inside, group);
-    std::array<Segment, 4> segments;
-    std::ranges::transform(box.corners(), segments.begin(), [&](RealPoint corner) {
-        const RealPoint to = transform(matrix, corner);
-        const Point at{fixedFromReal(to.x), fixedFromReal(to.y)};
-        return Segment{.anchor = at, .in = at, .out = at};
-    });
+    outlineBox(clip, box, matrix);
     PathStyle style;
     style.clip = 1;
-    callHost(slot::setPathSegmentCount, clip, std::int32_t{4});
-    callHost(slot::setPathSegments, clip, std::int32_t{0}, std::int32_t{4}, segments.data());
-    callHost(slot::setPathClosed, clip, std::uint8_t{1});
     callHost(slot::setPathStyle, clip, &style);
     callHost(slot::setGroupClipped, group, std::uint8_t{1});
     return clip;
@@ -51,7 +42,9 @@ public:
         }
     }
 
-    void draw() {
+    /// As an annotation of that number, or 0; below 0: as a form of the content at hand.
+    void draw(std::int32_t annotation) {
+        annotation_ = annotation;
         DocumentCache& cache = interpreter_.cache;
         if (!mayDraw()) {
             interpreter_.omissions.note(Omission::form);
@@ -111,15 +104,7 @@ private:
             callHost(slot::disposeArt, std::exchange(group_, Art::null));
             clip_ = Art::null;
         } else {
-            const FormFacts facts{.object = number_, .content = content_};
-            callHost(slot::setForm, group_, &facts);
-            ContentLevel& level = interpreter_.level;
-            if (level.tellsSources) {
-                const ArtSource source = interpreter_.sourceFrom(level.span.start);
-                callHost(slot::setArtSource, group_, &source);
-            }
-            level.placed = group_;
-            ++level.painted;
+            tell();
         }
         if (trace_ != nullptr) {
             trace_->group = group_;
@@ -128,8 +113,22 @@ private:
         }
     }
 
+    void tell() {
+        const bool isForm = annotation_ < 0;
+        const FormFacts facts{.object = isForm ? number_ : annotation_, .content = content_};
+        callHost(slot::setForm, group_, &facts);
+        ContentLevel& level = interpreter_.level;
+        if (isForm && level.tellsSources) {
+            const ArtSource source = interpreter_.sourceFrom(level.span.start);
+            callHost(slot::setArtSource, group_, &source);
+        }
+        level.placed = group_;
+        ++level.painted;
+    }
+
     Interpreter& interpreter_;
     const Object& stream_;
+    std::int32_t annotation_ = -1;
     std::int32_t number_ = 0;
     std::int32_t generation_ = 0;
     std::int32_t content_ = 0;
@@ -147,7 +146,12 @@ bool hostHoldsForms() {
 }
 
 void drawForm(Interpreter& interpreter, const Object& entry, const Object& stream) {
-    FormDrawing(interpreter, entry, stream).draw();
+    FormDrawing(interpreter, entry, stream).draw(-1);
+}
+
+void drawAppearance(Interpreter& interpreter, const Object& entry, const Object& stream,
+                    std::int32_t annotation) {
+    FormDrawing(interpreter, entry, stream).draw(annotation);
 }
 
 } // namespace corvane

@@ -5,6 +5,8 @@
 
 #include "objects/object.h"
 
+#include <cstdint>
+
 namespace corvane {
 
 struct Interpreter;
@@ -17,5 +19,10 @@ bool hostHoldsForms();
 /// nothing is seen. A form that is drawn within itself, too deep, or once too often is counted as
 /// left out.
 void drawForm(Interpreter& interpreter, const Object& entry, const Object& stream);
+
+/// The same of what an annotation looks like: the group stands for the annotation of that number,
+/// and has no source.
+void drawAppearance(Interpreter& interpreter, const Object& entry, const Object& stream,
+                    std::int32_t annotation);
 
 } // namespace corvane

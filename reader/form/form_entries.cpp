@@ -32,6 +32,17 @@ std::optional<FormBox> boxEntry(DocumentCache& cache, const Object& dictionary,
                    {std::max(at[0], at[2]), std::max(at[1], at[3])}};
 }
 
+FormBox boxAround(const FormBox& box, const RealMatrix& matrix) {
+    const RealPoint first = transform(matrix, box.low);
+    FormBox around{first, first};
+    for (const RealPoint corner : box.corners()) {
+        const RealPoint to = transform(matrix, corner);
+        around.low = {std::min(around.low.x, to.x), std::min(around.low.y, to.y)};
+        around.high = {std::max(around.high.x, to.x), std::max(around.high.y, to.y)};
+    }
+    return around;
+}
+
 RealMatrix formMatrix(DocumentCache& cache, const Object& form) {
     const auto numbers = numbersOf(cache, form, "Matrix", 6);
     if (!numbers) {

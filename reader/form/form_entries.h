@@ -26,6 +26,9 @@ struct FormBox {
 std::optional<FormBox> boxEntry(DocumentCache& cache, const Object& dictionary,
                                 std::string_view key);
 
+/// The box that the corners of another one span.
+FormBox boxAround(const FormBox& box, const RealMatrix& matrix);
+
 /// The Matrix of a form; that which changes nothing where there is none.
 RealMatrix formMatrix(DocumentCache& cache, const Object& form);
 

@@ -8,6 +8,7 @@
 #include "reader/image/deliver_image.h"
 #include "reader/image/inline_image.h"
 #include "reader/image/place_image.h"
+#include "reader/layer/layered_drawing.h"
 #include "runtime/exception.h"
 
 #include <span>
@@ -92,16 +93,15 @@ void doObjectOperator(Interpreter& interpreter) {
     const ObjectOwner subtype = lookupObject(cache, object.get(), "Subtype");
     const bool named = typeObject(subtype.get()) == ObjectType::literal;
     const std::string_view kind = named ? literalObject(subtype.get()) : std::string_view();
-    if (kind == "Image") {
-        drawImage(interpreter, entry, object.get());
-    } else if (kind == "Form") {
-        drawForm(interpreter, entry, object.get());
-    } else {
-        interpreter.omissions.note(Omission::other);
-    }
-    if (typeObject(findEntry(cache, object.get(), "OC")) != ObjectType::null) {
-        interpreter.omissions.note(Omission::optionalContent);
-    }
+    withLayer(interpreter, findEntry(cache, object.get(), "OC"), [&] {
+        if (kind == "Image") {
+            drawImage(interpreter, entry, object.get());
+        } else if (kind == "Form") {
+            drawForm(interpreter, entry, object.get());
+        } else {
+            interpreter.omissions.note(Omission::other);
+        }
+    });
 }
 
 } // namespace corvane

@@ -1,5 +1,6 @@
 #include "writer/art/layers.h"
 
+#include "reader/form/form_drawing.h"
 #include "runtime/callbacks.h"
 #include "runtime/extension.h"
 #include "runtime/rules.h"
@@ -18,6 +19,22 @@ ChargedList<Layer> listLayers() {
         }
         layers.push(layer);
     }
+}
+
+LayerRole roleOf(Layer layer) {
+    LayerRole role = LayerRole::page;
+    if (hostHoldsForms()) {
+        callHost(slot::getLayerRole, layer, &role);
+    }
+    return role;
+}
+
+FormFacts formOf(Art group) {
+    FormFacts form;
+    if (hostHoldsForms()) {
+        callHost(slot::getForm, group, &form);
+    }
+    return form;
 }
 
 bool isDrawn(const LayerInfo& info) {

@@ -2,12 +2,19 @@
 #pragma once
 
 #include "host/artwork.h"
+#include "host/structure.h"
 #include "runtime/charged_list.h"
 
 namespace corvane {
 
 /// All layers, from the front to the back.
 ChargedList<Layer> listLayers();
+
+/// What the layer stands for; a part of the page where the host knows no roles.
+LayerRole roleOf(Layer layer);
+
+/// What the group stands for; its defaults where the host knows no forms.
+FormFacts formOf(Art group);
 
 /// Whether a layer is drawn on the page.
 bool isDrawn(const LayerInfo& info);

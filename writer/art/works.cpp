@@ -83,6 +83,12 @@ void layerComment(Walk& walk, const LayerInfo& info) {
     walk.text.add("\n");
 }
 
+/// Annotations are no content of the page.
+bool isAnnotation(const ArtStep& step) {
+    return step.what == ArtStep::What::art && artKind(step.art) == ArtKind::group &&
+           formOf(step.art).content != 0;
+}
+
 void layerWorks(Walk& walk, Layer layer, SavingProgress& progress) {
     LayerInfo info;
     callHost(slot::getLayerInfo, layer, &info);
@@ -94,9 +100,13 @@ void layerWorks(Walk& walk, Layer layer, SavingProgress& progress) {
     Art group = Art::null;
     callHost(slot::getLayerArt, layer, &group);
     ArtStack pending;
+    const bool isOfAnnotations = roleOf(layer) == LayerRole::annotations;
     layerArtWorks(walk, group, pending);
     progress.beginLayer(pending.size());
     for (ArtStep step; pending.next(step);) {
+        if (isOfAnnotations && isAnnotation(step)) {
+            continue;
+        }
         stepWorks(walk, step, pending);
         if (pending.depth() == 1) {
             progress.step(pending.size());

@@ -2,6 +2,7 @@
 
 #include "reader/content/content.h"
 #include "reader/content/interpreter.h"
+#include "reader/form/annotations.h"
 #include "reader/form/form_drawing.h"
 #include "reader/image/place_image.h"
 #include "reader/page/page_matrix.h"
@@ -41,6 +42,16 @@ void runBase(Interpreter& interpreter, const PageBase& base, ContentTrace& trace
     interpreter.containers.finish();
 }
 
+/// Annotations are those of the page as it stands.
+void readAnnotations(Interpreter& interpreter, const PageBase& base, BaseReading& reading) {
+    const std::vector<Annotation> annotations =
+        interpreter.readsForms ? shownAnnotations(interpreter.cache) : std::vector<Annotation>();
+    if (!annotations.empty()) {
+        callHost(slot::newArtwork, &reading.annotations);
+        drawAnnotations(interpreter, annotations, base.matrix, reading.annotations);
+    }
+}
+
 } // namespace
 
 void readBase(DocumentCache& cache, const PageBase& base, BaseReading& reading) {
@@ -56,14 +67,17 @@ void readBase(DocumentCache& cache, const PageBase& base, BaseReading& reading) 
     interpreter.readsImages = hostHoldsImages();
     interpreter.readsPatterns = hostHoldsPatterns();
     runBase(interpreter, base, reading.trace);
+    readAnnotations(interpreter, base, reading);
     reading.fonts = std::move(interpreter.fonts);
     before.forgetLater();
     cache.work.pageBytes = 0;
 }
 
 void disposeBase(BaseReading& reading) {
-    if (reading.root != Art::null) {
-        callHost(slot::disposeArtwork, std::exchange(reading.root, Art::null));
+    for (Art* const art : {&reading.root, &reading.annotations}) {
+        if (*art != Art::null) {
+            callHost(slot::disposeArtwork, std::exchange(*art, Art::null));
+        }
     }
 }
 

@@ -10,7 +10,8 @@
 namespace corvane {
 
 struct BaseReading {
-    Art root = Art::null; ///< holds the art of the page; in no layer
+    Art root = Art::null;        ///< holds the art of the page; in no layer
+    Art annotations = Art::null; ///< the same of its annotations; null where it has none
     ContentTrace trace;
     PageFonts fonts; ///< of its text
     /// Paints of the page beside those of the artwork: comparing reads nothing else.

@@ -10,6 +10,9 @@
 #include "writer/art/style_works.h"
 #include "writer/patch/text/glyph_group.h"
 
+#include <set>
+#include <utility>
+
 namespace corvane {
 
 namespace {
@@ -21,7 +24,8 @@ public:
     void layer(Layer layer) {
         LayerInfo info;
         callHost(slot::getLayerInfo, layer, &info);
-        if (leavesOut(info)) {
+        isOfAnnotations_ = roleOf(layer) == LayerRole::annotations;
+        if (!isOfAnnotations_ && leavesOut(info)) {
             return;
         }
         const std::size_t before = artwork_.objects.size();
@@ -35,8 +39,15 @@ public:
                 group_ = artwork_.groups[group_].outer;
             }
         }
-        if (artwork_.objects.size() > before) {
+        if (artwork_.objects.size() == before) {
+            return;
+        }
+        if (!isOfAnnotations_) {
             artwork_.layers.push_back(commentText(info.title));
+        } else if (leavesOut(info)) {
+            while (artwork_.objects.size() > before) {
+                artwork_.objects.pop();
+            }
         }
     }
 
@@ -48,7 +59,7 @@ private:
         const ArtKind kind = artKind(art);
         switch (static_cast<std::int16_t>(kind)) {
         case 1:
-            if (addForm(art) || addSourced(art)) {
+            if ((isOfAnnotations_ && addAnnotation(art)) || addForm(art) || addSourced(art)) {
                 return;
             }
             [[fallthrough]];
@@ -72,6 +83,16 @@ private:
         }
     }
 
+    /// An annotation is no object; a further copy of one is.
+    bool addAnnotation(Art group) {
+        const FormFacts form = formOf(group);
+        if (form.content == 0 || !annotations_.insert({form.object, form.content}).second) {
+            return false;
+        }
+        artwork_.annotations.push(group);
+        return true;
+    }
+
     /// What a form of the page painted is one object. Without a source it is the objects in it.
     bool addForm(Art group) {
         if (!hostHoldsForms()) {
@@ -80,9 +101,7 @@ private:
         EditedObject object{
             .art = group, .kind = ArtKind::group, .isForm = true, .group = group_, .source = {}};
         callHost(slot::getArtSource, group, &object.source);
-        FormFacts form;
-        callHost(slot::getForm, group, &form);
-        if (form.content == 0 || object.source.ordinal < 0 || object.source.content != 0) {
+        if (formOf(group).content == 0 || object.source.ordinal < 0 || object.source.content != 0) {
             return false;
         }
         artwork_.objects.push(object);
@@ -138,6 +157,8 @@ private:
     }
 
     EditedArtwork& artwork_;
+    std::set<std::pair<std::int32_t, std::int32_t>> annotations_;
+    bool isOfAnnotations_ = false;
     ArtStack pending_;
     EditedIndex group_ = 0;
 };

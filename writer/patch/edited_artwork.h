@@ -37,6 +37,7 @@ struct EditedArtwork {
     ChargedList<EditedGroup> groups;
     ChargedList<EditedObject> objects; ///< runs of one text object follow one another
     std::vector<std::string> layers;   ///< titles of those that are drawn and hold an object
+    ChargedList<Art> annotations;      ///< groups, which are no objects
 };
 
 /// Asks the host for all that is drawn; layers that are left out are warned of. Art of a kind that

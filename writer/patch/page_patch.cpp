@@ -7,6 +7,7 @@
 #include "writer/art/style_works.h"
 #include "writer/patch/base_reading.h"
 #include "writer/patch/inserted_works.h"
+#include "writer/patch/kept_annotations.h"
 #include "writer/patch/missing_art.h"
 #include "writer/patch/object_patches.h"
 #include "writer/patch/page_end.h"
@@ -70,6 +71,7 @@ public:
         layOutText(reading_, artwork, tools_.setText);
         const Matching matching = matchArtwork(reading_, artwork, base_.isAsOpened);
         refuseMissing(reading_, matching);
+        refuseChangedAnnotations(reading_, artwork);
         const ClipMatching clips = matchClips(reading_, artwork, matching);
         const PaintOrder order = orderObjects(reading_, artwork, matching, clips);
         tellLayers(artwork.layers);

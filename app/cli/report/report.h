@@ -61,7 +61,9 @@ struct Report {
     std::vector<std::string> layersNotKept; ///< titles; their objects are kept
     std::vector<FontNote> fontsAdded;
     std::vector<MissingArt> missing; ///< what a save would delete, so that it was refused
-    std::vector<Update> updates;     ///< `log`: all of them; `revert`: the one that was taken off
+    /// Of annotations that the artwork has otherwise than the file; they stay.
+    std::vector<std::string> annotationsKept;
+    std::vector<Update> updates; ///< `log`: all of them; `revert`: the one that was taken off
     std::vector<Fault> warnings;
     std::optional<Fault> error;
 };

@@ -187,6 +187,7 @@ void addSaved(JsonWriter& json, const Arguments& arguments, const Report& report
     json.closeObject();
     addTitles(json, "layersLeftOut", report.layersLeftOut);
     addTitles(json, "layersNotKept", report.layersNotKept);
+    addTitles(json, "annotationsKept", report.annotationsKept);
     addFonts(json, report);
     addMissing(json, report);
 }

@@ -74,6 +74,7 @@ struct Frame {
     std::vector<SharedClip> shared;
     LateClip late;
     std::vector<BoxClip> boxClips;
+    std::string_view annotations; ///< of the layer of annotations: those that it had
 
     Extent visible = Extent::everything(); ///< what clips around the children let through, at most
     Extent clipBounds = Extent::everything();

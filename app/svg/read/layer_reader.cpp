@@ -1,5 +1,7 @@
 #include "app/svg/read/layer_reader.h"
 
+#include "app/svg/structure_attributes.h"
+
 #include <string>
 #include <utility>
 
@@ -24,7 +26,7 @@ Art LayerReader::loose() {
     return loose_;
 }
 
-LayerProperties layerProperties(const Attributes& attributes, bool visible) {
+LayerProperties layerProperties(const Attributes& attributes, bool visible, bool isOurs) {
     LayerProperties layer;
     layer.title = attributes[Attribute::inkscapeLabel];
     layer.visible = visible;
@@ -33,6 +35,9 @@ LayerProperties layerProperties(const Attributes& attributes, bool visible) {
                    attributes.isTrue(Attribute::sodipodiInsensitive);
     layer.printing = attributes[Attribute::dataPrinting] != "false";
     layer.dimmed = attributes.isTrue(Attribute::dataDimmed);
+    const bool isOfAnnotations =
+        attributes.has(Attribute::dataAnnotations) || attributes[Attribute::id] == annotationsId;
+    layer.role = isOurs && isOfAnnotations ? LayerRole::annotations : LayerRole::page;
     return layer;
 }
 

@@ -26,7 +26,8 @@ private:
     Art loose_ = Art::null; ///< until the next layer
 };
 
-/// What a layer's attributes say; `visible`: its element is displayed.
-LayerProperties layerProperties(const Attributes& attributes, bool visible);
+/// What a layer's attributes say; `visible`: its element is displayed; `isOurs`: this program wrote
+/// the file.
+LayerProperties layerProperties(const Attributes& attributes, bool visible, bool isOurs);
 
 } // namespace corvane

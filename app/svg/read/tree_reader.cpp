@@ -157,6 +157,9 @@ void TreeReader::leave() {
         makeLateClip(frame);
         setFrameLook(frame);
     }
+    if (!frame.annotations.empty()) {
+        markMissingAnnotations(frame);
+    }
     if (frame.isUse) {
         targets_.pop_back();
     }
@@ -193,9 +196,12 @@ bool TreeReader::wrapsLayers(pugi::xml_node node) const {
 }
 
 void TreeReader::enterLayer(Frame& frame) {
-    frame.group = layers_.add(layerProperties(attributes_, frame.style.displayed));
+    frame.group = layers_.add(layerProperties(attributes_, frame.style.displayed, context_.ours));
     frame.clip = Art::null;
     setSource(frame.group, sourceFrom(Attribute::dataSource));
+    if (context_.ours) {
+        frame.annotations = attributes_[Attribute::dataAnnotations];
+    }
     openGroups(frame, frame.group);
 }
 
@@ -210,7 +216,8 @@ void TreeReader::enterGroup(pugi::xml_node node) {
         frame.late.matrix = frame.matrix;
         frame.measured = true;
     }
-    if (LayerReader::isLayer(attributes_)) {
+    const bool isContentLayer = context_.ours && attributes_.has(Attribute::dataLayer);
+    if (LayerReader::isLayer(attributes_) && !isContentLayer) {
         if (frames_.back().holdsLayers) {
             enterLayer(frame);
             push(std::move(frame));
@@ -232,16 +239,14 @@ void TreeReader::enterGroup(pugi::xml_node node) {
     }
     // Of ours, a group that nothing is seen of is not displayed.
     const bool mayBeBlank = context_.ours && !frame.style.clipPath.empty();
-    if (!mayBeBlank && isHidden(frame)) {
+    if (!isContentLayer && !mayBeBlank && isHidden(frame)) {
         return;
     }
     openGroups(frame, Art::null);
     setSource(frame.made, sourceOfShape());
-    if (const auto form = formOfGroup()) {
-        document_.setForm(frame.made, *form);
-    }
-    if (mayBeBlank && frame.clip != Art::null && !clipShape(document_, frame.clip).blank &&
-        isHidden(frame)) {
+    readStructure(frame);
+    if (!isContentLayer && mayBeBlank && frame.clip != Art::null &&
+        !clipShape(document_, frame.clip).blank && isHidden(frame)) {
         document_.dispose(frame.made);
         return;
     }

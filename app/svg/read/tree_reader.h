@@ -56,7 +56,8 @@ private:
     Note readWithin(pugi::xml_node shape);
     std::optional<ArtSource> sourceFrom(Attribute name) const;
     std::optional<ArtSource> sourceOfShape() const;
-    std::optional<FormFacts> formOfGroup() const;
+    void readStructure(const Frame& frame);
+    void markMissingAnnotations(const Frame& frame);
     void setSource(Art art, const std::optional<ArtSource>& source);
 
     // Frames.

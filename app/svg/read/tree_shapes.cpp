@@ -51,10 +51,6 @@ std::optional<ArtSource> TreeReader::sourceOfShape() const {
     return source || !hasId ? source : sourceOfId(attributes_[Attribute::id]);
 }
 
-std::optional<FormFacts> TreeReader::formOfGroup() const {
-    return context_.ours ? parseFormFacts(attributes_[Attribute::dataForm]) : std::nullopt;
-}
-
 void TreeReader::setSource(Art art, const std::optional<ArtSource>& source) {
     if (source) {
         document_.setSource(art, *source);

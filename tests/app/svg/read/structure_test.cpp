@@ -256,5 +256,71 @@ TEST(ReadStructure, FaultsSayWhatAndWhere) {
     EXPECT_EQ(fault(balanced + "</svg>"), "line 4097: the art is nested too deeply");
 }
 
+/// What groups stand for in the file comes back as it was written.
+TEST(ReadStructure, FormsAndLayersOfTheFile) {
+    const char* rows[] = {
+        "<g id=\"p1\" data-form=\"12 3\" data-source=\"5 9 0\">"
+        "<path id=\"f3p1\" data-source=\"2 5 0 3\" d=\"M0 10H10V0H0Z\"/>"
+        "<g id=\"f3p2\" data-form=\"0 4\" data-source=\"6 7 1 3\">"
+        "<path id=\"f4p1\" d=\"M0 10H10V0H0Z\"/></g></g>"
+        "<path id=\"p2\" d=\"M0 10H10V0H0Z\"/>",
+        "<g id=\"g1\" inkscape:groupmode=\"layer\" inkscape:label=\"A&amp;B\" data-layer=\"7\""
+        " data-locked=\"true\" display=\"none\"><path id=\"p1\" d=\"M0 10H10V0H0Z\"/>"
+        "<g id=\"g2\" inkscape:label=\"C\" data-layer=\"8\">"
+        "<path id=\"p2\" d=\"M0 10H10V0H0Z\"/></g></g>",
+    };
+    for (const std::string row : rows) {
+        const ReadArt art(ourSvg(row));
+        std::string text = art.svg();
+        std::erase(text, '\n');
+        for (std::size_t at = text.find("> "); at != std::string::npos; at = text.find("> ", at)) {
+            text.erase(at + 1, text.find('<', at) - at - 1);
+        }
+        EXPECT_NE(text.find(row), std::string::npos) << text;
+        EXPECT_TRUE(art.reading.ignored.empty()) << row;
+    }
+    // In a file of another program these attributes mean nothing.
+    const ReadArt foreign(foreignSvg(rows[0]));
+    EXPECT_EQ(foreign.svg().find("data-form"), std::string::npos);
+}
+
+/// The art of an annotation that was deleted is an empty group.
+TEST(ReadStructure, AnnotationsAreALayer) {
+    const std::string drawn = "<g data-form='15 4'><path d='M0 0H10V10Z'/></g>";
+    const auto read = [](const std::string& layer) {
+        return ReadArt("<svg xmlns='http://www.w3.org/2000/svg' width='300pt' height='200pt'"
+                       " data-producer='corvane'><g inkscape:groupmode='layer'/>"
+                       "<g inkscape:groupmode='layer' " +
+                       layer + "</g></svg>");
+    };
+    struct Row {
+        std::string layer;
+        int groups;
+        int empty;
+    };
+    for (const Row& row : {Row{"data-annotations='15 4 16 5'>" + drawn, 2, 1},
+                           Row{"id='annotations'>" + drawn, 1, 0},
+                           Row{"data-annotations='15 4 x'><g>" + drawn + "</g>", 1, 0},
+                           Row{"data-annotations='15 4'>", 1, 1}}) {
+        const ReadArt art = read(row.layer);
+        const Document& document = art.document;
+        const Layer layer = document.firstLayer();
+        EXPECT_EQ(document.layerProperties(layer).role, LayerRole::annotations) << row.layer;
+        EXPECT_EQ(document.layerProperties(document.lastLayer()).role, LayerRole::page);
+        int empty = 0;
+        int groups = 0;
+        for (Art child = document.firstChild(document.layerArt(layer)); child != Art::null;
+             child = document.nextSibling(child)) {
+            ++groups;
+            empty += document.firstChild(child) == Art::null ? 1 : 0;
+        }
+        EXPECT_EQ(groups, row.groups) << row.layer;
+        EXPECT_EQ(empty, row.empty) << row.layer;
+        if (row.empty == 0) {
+            EXPECT_NE(art.svg().find("id=\"annotations\""), std::string::npos) << art.svg();
+        }
+    }
+}
+
 } // namespace
 } // namespace corvane::test

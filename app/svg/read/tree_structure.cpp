@@ -1,0 +1,52 @@
+// What groups and layers of a file of ours stand for in the PDF.
+#include "app/artwork/path_walk.h"
+#include "app/svg/read/tree_reader.h"
+
+#include "app/svg/structure_attributes.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <map>
+#include <utility>
+
+namespace corvane {
+
+void TreeReader::readStructure(const Frame& frame) {
+    if (!context_.ours || inTile_) {
+        return;
+    }
+    if (const auto form = parseFormFacts(attributes_[Attribute::dataForm])) {
+        document_.setForm(frame.made, *form);
+    }
+    if (attributes_.has(Attribute::dataLayer)) {
+        const std::string_view number = attributes_[Attribute::dataLayer];
+        ContentLayerFacts layer{.name = attributes_[Attribute::inkscapeLabel],
+                                .isVisible = frame.style.displayed,
+                                .isLocked = attributes_.isTrue(Attribute::dataLocked)};
+        std::from_chars(number.data(), number.data() + number.size(), layer.object);
+        layer.object = std::max(layer.object, 0);
+        document_.setGroupLayer(frame.made, document_.contentLayers().add(layer));
+    }
+}
+
+/// An annotation that the layer had and that is gone is a group without art.
+void TreeReader::markMissingAnnotations(const Frame& frame) {
+    std::map<std::pair<std::int32_t, std::int32_t>, FormFacts> missing;
+    for (const FormFacts& annotation : parseAnnotations(frame.annotations)) {
+        missing[{annotation.object, annotation.content}] = annotation;
+    }
+    for (Art art = frame.group; art != Art::null; art = following(document_, art, frame.group)) {
+        const bool isGroup = document_.kind(art) == ArtKind::group;
+        if (const auto form = isGroup ? document_.form(art) : std::nullopt) {
+            missing.erase({form->object, form->content});
+        }
+    }
+    for (const auto& [key, annotation] : missing) {
+        const ArtPlace place = placeIn(frame);
+        document_.setForm(document_.make(ArtKind::group, place.placement, place.reference),
+                          annotation);
+    }
+}
+
+} // namespace corvane

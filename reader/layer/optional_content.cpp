@@ -1,0 +1,163 @@
+#include "reader/layer/optional_content.h"
+
+#include "reader/font/font_entries.h"
+#include "reader/layer/text_string.h"
+#include "reader/syntax/syntax.h"
+#include "runtime/budget.h"
+#include "runtime/callbacks.h"
+
+#include <algorithm>
+#include <span>
+#include <string_view>
+
+namespace corvane {
+
+namespace {
+
+std::int32_t numberOfReference(const Object& object) {
+    std::int32_t number = 0;
+    std::int32_t generation = 0;
+    if (typeObject(object) == ObjectType::reference) {
+        referenceObject(object, number, generation);
+    }
+    return number;
+}
+
+/// The layers that an array names, or a single one; what has no number is none.
+std::unordered_set<std::int32_t> layersIn(DocumentCache& cache, const Object& dictionary,
+                                          std::string_view key) {
+    std::unordered_set<std::int32_t> numbers;
+    const Object entry = findEntry(cache, dictionary, key);
+    const ObjectOwner value = resolved(cache, entry);
+    if (typeObject(value.get()) == ObjectType::dictionary) {
+        numbers.insert(numberOfReference(entry));
+    } else if (typeObject(value.get()) == ObjectType::array) {
+        for (const Object& element : elementsObject(value.get())) {
+            if (numbers.size() < static_cast<std::size_t>(budget::contentLayers)) {
+                numbers.insert(numberOfReference(element));
+            }
+        }
+    }
+    numbers.erase(0);
+    return numbers;
+}
+
+/// Of a membership dictionary: those of its layers.
+std::string joinedNames(DocumentCache& cache, const Object& membership) {
+    constexpr std::size_t longest = 512;
+    std::string names;
+    const ObjectOwner layers = entryOf(cache, membership, "OCGs");
+    const auto add = [&](const Object& layer) {
+        const std::string name = documentText(entryOf(cache, layer, "Name").get());
+        if (!name.empty() && names.size() + name.size() < longest) {
+            names += (names.empty() ? "" : ", ") + name;
+        }
+    };
+    if (isDictionary(layers.get())) {
+        add(layers.get());
+    } else if (typeObject(layers.get()) == ObjectType::array) {
+        for (const Object& layer : elementsObject(layers.get())) {
+            if (names.size() >= longest / 2) {
+                break;
+            }
+            add(resolved(cache, layer).get());
+        }
+    }
+    return names;
+}
+
+} // namespace
+
+const OptionalContent::Configuration& OptionalContent::configuration(DocumentCache& cache) {
+    if (!configuration_) {
+        configuration_.emplace();
+        const ObjectOwner catalog = entryOf(cache, cache.trailer.get(), "Root");
+        const ObjectOwner properties = entryOf(cache, catalog.get(), "OCProperties");
+        const ObjectOwner usual = entryOf(cache, properties.get(), "D");
+        if (isDictionary(usual.get())) {
+            configuration_->showsOthers = nameEntry(cache, usual.get(), "BaseState") != "OFF";
+            configuration_->on = layersIn(cache, usual.get(), "ON");
+            configuration_->off = layersIn(cache, usual.get(), "OFF");
+            configuration_->locked = layersIn(cache, usual.get(), "Locked");
+        }
+    }
+    return *configuration_;
+}
+
+bool OptionalContent::isOn(DocumentCache& cache, std::int32_t layer) {
+    const Configuration& begins = configuration(cache);
+    return begins.showsOthers ? !begins.off.contains(layer) : begins.on.contains(layer);
+}
+
+/// A layer, or an array of And, Or, Not and their operands. What cannot be read, and what is too
+/// deep, is true.
+bool OptionalContent::isTrue(DocumentCache& cache, const Object& expression, int depth) {
+    const ObjectOwner value = resolved(cache, expression);
+    if (typeObject(value.get()) == ObjectType::dictionary) {
+        return isOn(cache, numberOfReference(expression));
+    }
+    if (typeObject(value.get()) != ObjectType::array || sizeObject(value.get()) == 0 ||
+        depth >= budget::visibilityNesting || ++conditions_ > budget::contentLayers) {
+        return true;
+    }
+    const std::span<const Object> elements = elementsObject(value.get());
+    const std::string word = nameOf(resolved(cache, elements[0]).get());
+    const auto holds = [&](const Object& operand) { return isTrue(cache, operand, depth + 1); };
+    const std::span<const Object> operands = elements.subspan(1);
+    if (word == "Not") {
+        return operands.empty() || !holds(operands[0]);
+    }
+    return word == "Or" ? std::ranges::any_of(operands, holds)
+                        : std::ranges::all_of(operands, holds);
+}
+
+bool OptionalContent::isMembershipMet(DocumentCache& cache, const Object& membership) {
+    const Object expression = findEntry(cache, membership, "VE");
+    if (typeObject(resolved(cache, expression).get()) == ObjectType::array) {
+        return isTrue(cache, expression, 0);
+    }
+    const std::unordered_set<std::int32_t> layers = layersIn(cache, membership, "OCGs");
+    if (layers.empty()) {
+        return true;
+    }
+    const auto isShown = [&](std::int32_t layer) { return isOn(cache, layer); };
+    const std::string policy = nameEntry(cache, membership, "P");
+    return policy == "AllOn"    ? std::ranges::all_of(layers, isShown)
+           : policy == "AnyOff" ? !std::ranges::all_of(layers, isShown)
+           : policy == "AllOff" ? std::ranges::none_of(layers, isShown)
+                                : std::ranges::any_of(layers, isShown);
+}
+
+ContentLayer OptionalContent::tell(DocumentCache& cache, const Object& dictionary,
+                                   std::int32_t number) {
+    const bool isMembership = nameEntry(cache, dictionary, "Type") == "OCMD";
+    const std::string name = isMembership ? joinedNames(cache, dictionary)
+                                          : documentText(entryOf(cache, dictionary, "Name").get());
+    const ContentLayerFacts facts{
+        .name = name,
+        .isVisible = isMembership ? isMembershipMet(cache, dictionary) : isOn(cache, number),
+        .isLocked = !isMembership && configuration(cache).locked.contains(number),
+        .object = number};
+    ContentLayer layer = ContentLayer::null;
+    callHost(slot::addContentLayer, &facts, &layer);
+    return layer;
+}
+
+ContentLayer OptionalContent::find(DocumentCache& cache, const Object& entry) {
+    const std::int32_t number = numberOfReference(entry);
+    if (const auto known = byNumber_.find(number); number != 0 && known != byNumber_.end()) {
+        return known->second;
+    }
+    const ObjectOwner dictionary = resolved(cache, entry);
+    if (typeObject(dictionary.get()) != ObjectType::dictionary || told_ >= budget::contentLayers) {
+        return ContentLayer::null;
+    }
+    ++told_;
+    const ContentLayer layer = tell(cache, dictionary.get(), number);
+    if (number != 0) {
+        byNumber_.emplace(number, layer);
+    }
+    return layer;
+}
+
+} // namespace corvane

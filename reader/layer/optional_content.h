@@ -1,0 +1,45 @@
+// Optional content: layers of the file, and whether the file shows them.
+//
+// Source: PDF Reference, 4.10.
+#pragma once
+
+#include "host/structure.h"
+#include "objects/object.h"
+#include "reader/document/cache.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+
+namespace corvane {
+
+class OptionalContent {
+public:
+    /// What the host calls the layer that an OC entry names: a layer, or a membership dictionary.
+    /// Null where there is none, or it cannot be read: what names it shows always.
+    ContentLayer find(DocumentCache& cache, const Object& entry);
+
+private:
+    /// How the document begins: of layers by the numbers of their objects.
+    struct Configuration {
+        bool showsOthers = true; ///< layers that it does not name
+        std::unordered_set<std::int32_t> on;
+        std::unordered_set<std::int32_t> off;
+        std::unordered_set<std::int32_t> locked;
+    };
+
+    const Configuration& configuration(DocumentCache& cache);
+    bool isOn(DocumentCache& cache, std::int32_t layer);
+    bool isTrue(DocumentCache& cache, const Object& expression, int depth);
+    bool isMembershipMet(DocumentCache& cache, const Object& membership);
+    ContentLayer tell(DocumentCache& cache, const Object& dictionary, std::int32_t number);
+
+    std::optional<Configuration> configuration_;
+    std::unordered_map<std::int32_t, ContentLayer> byNumber_; ///< of its object
+    std::int32_t told_ = 0;
+    std::int32_t conditions_ = 0; ///< looked at so far
+};
+
+} // namespace corvane

@@ -1,0 +1,108 @@
+// Annotations of the artwork, which a save leaves as they are, and content of hidden layers.
+#include "tests/writer/patch/patch_fixture.h"
+
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace corvane {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+class AnnotationTest : public PatchTest {
+protected:
+    void SetUp() override {
+        PatchTest::SetUp();
+        extension_.annotationKept = [](void* context, std::string_view name) {
+            static_cast<AnnotationTest*>(context)->kept_.emplace_back(name);
+        };
+    }
+
+    void openAnnotated() {
+        openFile(
+            withResources(PdfBuilder::onePage("0 0 5 5 re f /OC /L BDC 9 9 5 5 re f EMC",
+                                              std::string(resources) + "/Annots [30 0 R 31 0 R]"))
+                .object(1, "<< /Type /Catalog /Pages 2 0 R /OCProperties << /D << /OFF "
+                           "[22 0 R] >> >> >>")
+                .object(30, "<< /Type /Annot /Subtype /Stamp /Rect [50 50 70 70] /AP << /N "
+                            "32 0 R >> >>")
+                .object(31, "<< /Type /Annot /Subtype /Link /Rect [90 50 99 70] >>")
+                .stream(32, "0 0 8 8 re f BT /F 9 Tf (a) Tj ET",
+                        "/Subtype /Form /BBox [0 0 10 10] /Resources << /Font << /F 20 0 R >> "
+                        ">>")
+                .bytes());
+    }
+    Art layer() { return document_->layerArt(document_->firstLayer()); }
+
+    std::vector<std::string> kept_;
+};
+
+TEST_F(AnnotationTest, AreLeftAlone) {
+    struct Row {
+        const char* name;
+        std::function<void(Document&, Art)> edit; ///< of the layer's own group
+        std::vector<std::string> kept;
+        bool isNothing = false;
+    };
+    const auto firstPath = [](Document& document, Art group) {
+        return document.lastChild(document.lastChild(group));
+    };
+    const Row rows[] = {
+        {"nothing", [](Document&, Art) {}, {}, true},
+        {"a square in front of them",
+         [](Document& document, Art) { Artist(document).add(1, 1, 2, 2); },
+         {}},
+        {"one is repainted",
+         [&](Document& document, Art group) {
+             Artist(document).fill(firstPath(document, group), .5);
+         },
+         {"object 30"}},
+        {"both are emptied",
+         [](Document& document, Art group) {
+             for (const Art art : {document.firstChild(group), document.lastChild(group)}) {
+                 document.setClipped(art, false);
+                 while (document.firstChild(art) != Art::null) {
+                     document.dispose(document.firstChild(art));
+                 }
+             }
+         },
+         {"object 30", "object 31"}},
+    };
+    for (const Row& row : rows) {
+        openAnnotated();
+        kept_.clear();
+        row.edit(*document_, layer());
+        const bool isRefused = !row.kept.empty();
+        EXPECT_EQ(save() != 0, isRefused) << row.name;
+        EXPECT_EQ(kept_, row.kept) << row.name;
+        if (isRefused) {
+            EXPECT_EQ(bytes(), file_) << row.name;
+            EXPECT_THAT(::testing::PrintToString(front_.taken()), HasSubstr("error 34"));
+            extension_.overwrites = true;
+            EXPECT_EQ(save(), 0U) << row.name;
+            extension_.overwrites = false;
+            EXPECT_EQ(bytes(), file_) << row.name << ": nothing else was changed";
+            continue;
+        }
+        EXPECT_EQ(saved_.back().isNothing, row.isNothing) << row.name;
+        EXPECT_THAT(bytes().substr(file_.size()), Not(HasSubstr("\n30 0 obj"))) << row.name;
+    }
+    expectInOrder({"0 0 5 5 re f /OC /L BDC 9 9 5 5 re f EMC"});
+}
+
+/// A further copy of an annotation is content of the page.
+TEST_F(AnnotationTest, ACopyIsNew) {
+    openAnnotated();
+    const Art stamp = document_->lastChild(layer());
+    document_->duplicate(stamp, Placement::inFront, stamp);
+    EXPECT_EQ(save(), 0U);
+    EXPECT_TRUE(kept_.empty());
+    EXPECT_EQ(saved_.back().added, 2); // a path and a run of text
+}
+
+} // namespace
+} // namespace corvane
