@@ -120,7 +120,7 @@ TextRun TextTable::run(NodeIndex node, std::int32_t index) const {
             .text = {run.text, run.length},
             .pieces = {run.pieces, run.pieceCount},
             .style = styles_[run.style],
-            .source = {run.start, run.end, run.ordinal},
+            .source = {run.start, run.end, run.ordinal, run.content},
             .line = run.line == nullptr ? std::nullopt : std::optional(*run.line)};
 }
 
@@ -159,6 +159,7 @@ void TextTable::addRun(NodeIndex node, const TextRun& run) {
                                .start = run.source.start,
                                .end = run.source.end,
                                .ordinal = run.source.ordinal,
+                               .content = run.source.content,
                                .length = static_cast<std::uint32_t>(run.text.size()),
                                .pieceCount = static_cast<std::uint32_t>(pieceCount),
                                .font = run.font,

@@ -200,7 +200,7 @@ void samplesOutput(DocumentCache& cache, const NewImage& image, const ImageFacts
 
 } // namespace
 
-std::string_view NewImages::add(Image image) {
+std::string_view NewImages::add(Image image, ResourceRegistry& resources) {
     std::int32_t& number = numbers_[image];
     if (number == 0) {
         NewImage made{.image = image,
@@ -214,7 +214,7 @@ std::string_view NewImages::add(Image image) {
         number = made.number;
         images_.push_back(made);
     }
-    return resources_->add(ResourceCategory::object, number, 0);
+    return resources.add(ResourceCategory::object, number, 0);
 }
 
 void writeImage(DocumentCache& cache, const NewImage& image) {

@@ -26,15 +26,13 @@ struct NewImage {
 
 class NewImages {
 public:
-    explicit NewImages(ResourceRegistry& resources) : resources_(&resources) {}
-
-    /// The name of an image that is drawn. However often it is, it is one object.
-    std::string_view add(Image image);
+    /// The name of an image that is drawn, in the resources of the content that draws it. However
+    /// often and wherever it is, it is one object.
+    std::string_view add(Image image, ResourceRegistry& resources);
 
     const std::vector<NewImage>& images() const { return images_; }
 
 private:
-    ResourceRegistry* resources_;
     std::vector<NewImage> images_;
     std::map<Image, std::int32_t> numbers_;
 };

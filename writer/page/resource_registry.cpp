@@ -56,9 +56,16 @@ std::vector<RawEntry> inheritedEntries(DocumentCache& cache) {
 
 } // namespace
 
+std::vector<RawEntry> resourceEntries(DocumentCache& cache, const PageBase& base) {
+    return base.resourcesEntry ? rawEntries(cache, *base.resourcesEntry) : inheritedEntries(cache);
+}
+
 void ResourceRegistry::carryBase(DocumentCache& cache, const PageBase& base) {
-    for (RawEntry& entry :
-         base.resourcesEntry ? rawEntries(cache, *base.resourcesEntry) : inheritedEntries(cache)) {
+    carry(cache, resourceEntries(cache, base));
+}
+
+void ResourceRegistry::carry(DocumentCache& cache, std::vector<RawEntry> entries) {
+    for (RawEntry& entry : entries) {
         const auto names = std::ranges::find(categoryNames, entry.key, &CategoryNames::key);
         if (names == categoryNames.end()) {
             others_.add(std::move(entry));

@@ -20,7 +20,7 @@ struct InsertionGap {
 
 class InsertionPoints {
 public:
-    InsertionPoints(const BaseReading& base, const EditedArtwork& artwork,
+    InsertionPoints(const BaseContent& base, const EditedArtwork& artwork,
                     const ClipMatching& clips)
         : trace_(base.trace), artwork_(artwork), clips_(clips) {}
 

@@ -4,12 +4,21 @@
 #include "host/artwork.h"
 #include "host/matrix.h"
 
+#include "runtime/charged_list.h"
+
 #include <optional>
+#include <span>
 
 namespace corvane {
 
 /// The matrix that leads from the points of one path or compound path to those of another, within
 /// an editor's rounding; nothing where there is none.
 std::optional<RealMatrix> movementOf(Art was, Art is);
+/// The same of points that belong to each other.
+std::optional<RealMatrix> movementBetween(std::span<const RealPoint> was,
+                                          std::span<const RealPoint> is);
+
+/// Adds the anchors and control points of a path, or of all that art holds.
+void addPoints(ChargedList<RealPoint>& points, Art art);
 
 } // namespace corvane

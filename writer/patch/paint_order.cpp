@@ -15,13 +15,14 @@ namespace {
 
 /// Whether what an edit changed can be drawn in the place of the old bytes.
 bool canStay(const ContentTrace& trace, PaintedIndex source, const ArtDifference& difference) {
-    if (trace.painted()[source].setting != 0 || trace.painted()[source].isForm) {
-        return !difference.any(); // text that was changed is written apart, and so are forms
+    const PaintedArt& painted = trace.painted()[source];
+    if (painted.setting != 0) {
+        return !difference.any(); // text that was changed is written apart
     }
-    const TraceIndex index = trace.painted()[source].event;
+    const TraceIndex index = painted.event;
     const Surroundings& here = trace.events()[index].behind;
     const bool isApart =
-        trace.painted()[source].isImage ? !here.isInPath : isPlainPath(trace, index);
+        painted.isImage || painted.isForm ? !here.isInPath : isPlainPath(trace, index);
     return !difference.any() ||
            (!here.isInText && isApart && inverse(trace.matrix(here.matrix)).has_value());
 }
@@ -54,7 +55,7 @@ std::vector<EditedIndex> longestRun(const std::vector<EditedIndex>& objects,
 
 class Placer {
 public:
-    Placer(const BaseReading& base, const EditedArtwork& artwork, const Matching& matching,
+    Placer(const BaseContent& base, const EditedArtwork& artwork, const Matching& matching,
            const ClipMatching& clips)
         : base_(base), trace_(base.trace), artwork_(artwork), matching_(matching), clips_(clips),
           points_(base, artwork, clips) {}
@@ -195,7 +196,7 @@ private:
         }
     }
 
-    const BaseReading& base_;
+    const BaseContent& base_;
     const ContentTrace& trace_;
     const EditedArtwork& artwork_;
     const Matching& matching_;
@@ -210,7 +211,7 @@ private:
 
 } // namespace
 
-PaintOrder orderObjects(const BaseReading& base, const EditedArtwork& artwork,
+PaintOrder orderObjects(const BaseContent& base, const EditedArtwork& artwork,
                         const Matching& matching, const ClipMatching& clips) {
     return Placer(base, artwork, matching, clips).place();
 }

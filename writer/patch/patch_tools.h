@@ -6,10 +6,12 @@
 #include "runtime/memory.h"
 #include "writer/art/walk.h"
 #include "writer/image/new_images.h"
+#include "writer/patch/base_content.h"
 #include "writer/patch/content_bytes.h"
 #include "writer/patch/drawn_groups.h"
 #include "writer/patch/gathered_state.h"
 #include "writer/patch/moved_patterns.h"
+#include "writer/text/font_names.h"
 #include "writer/text/set_text.h"
 
 #include <cstdint>
@@ -17,12 +19,31 @@
 
 namespace corvane {
 
+/// Of all contents of a page: objects that are written once, wherever they are used.
+struct PageTools {
+    PageTools(DocumentCache& inUse, const PageBase& pageBase, const PageFonts& pageFonts)
+        : cache(inUse), base(pageBase), fonts(pageFonts), setText(&pageFonts) {}
+    PageTools(const PageTools&) = delete;
+    PageTools& operator=(const PageTools&) = delete;
+
+    DocumentCache& cache;
+    const PageBase& base;
+    const PageFonts& fonts;
+    SetText setText;
+    NewImages images;
+    std::int32_t resetState = 0; ///< number of the state that a page begins with; 0: not needed
+};
+
+/// Of one content.
 struct PatchTools {
-    PatchTools(DocumentCache& cache, const PageBase& base, const ContentTrace& pageTrace,
-               const PageFonts& fonts, ResourceRegistry& resources)
-        : trace(pageTrace), bytes(cache, base.streams, pageTrace.streamStarts()),
-          patterns(cache, base, resources), groups(resources), setText(&fonts, resources),
-          images(resources), walk(sink), state(walk, bytes, pageTrace, patterns) {}
+    PatchTools(PageTools& pageTools, const BaseContent& patched, ResourceRegistry& registry)
+        : ofPage(pageTools), content(patched), trace(patched.trace), resources(registry),
+          bytes(ofPage.cache, streamsOf(patched, ofPage.base), trace.streamStarts()),
+          patterns(ofPage.cache, resourcesOf(patched, ofPage.base),
+                   matrixOf(patched, ofPage.base), resources),
+          groups(resources), fontNames(ofPage.cache, ofPage.fonts,
+                                       resourcesOf(patched, ofPage.base), resources),
+          walk(sink), state(walk, bytes, patched, patterns) {}
     PatchTools(const PatchTools&) = delete;
     PatchTools& operator=(const PatchTools&) = delete;
 
@@ -35,12 +56,14 @@ struct PatchTools {
         return text;
     }
 
+    PageTools& ofPage;
+    const BaseContent& content;
     const ContentTrace& trace;
+    ResourceRegistry& resources;
     ContentBytes bytes;
     MovedPatterns patterns;
     DrawnGroups groups;
-    SetText setText;
-    NewImages images;
+    FontNames fontNames;
     TextSink sink;
     Walk walk;
     GatheredState state;

@@ -4,7 +4,9 @@
 #include "runtime/exception.h"
 #include "runtime/matrix.h"
 #include "writer/art/style_works.h"
+#include "writer/image/file_images.h"
 #include "writer/patch/kept_works.h"
+#include "writer/patch/space_works.h"
 
 #include <algorithm>
 #include <cmath>
@@ -24,22 +26,13 @@ bool samePlace(const RealMatrix& a, const RealMatrix& b) {
     });
 }
 
-/// A billionth of an image is nothing, and shorter without.
-RealMatrix rounded(const RealMatrix& matrix) {
-    constexpr double steps = 1e9;
-    const auto round = [](double value) { return std::round(value * steps) / steps; };
-    return {round(matrix.a), round(matrix.b),  round(matrix.c),
-            round(matrix.d), round(matrix.tx), round(matrix.ty)};
-}
-
-void spaceWorks(Walk& walk, const RealMatrix& matrix) {
-    walk.text.addMatrix(withoutSignedZeros(rounded(matrix)));
-    walk.text.add("cm\n");
-}
-
+/// Draws an image of the file, which another content of the page drew, or a new object.
 void drawWorks(PatchTools& tools, Art art) {
+    const PlacedImage placed = placedImage(art);
+    const std::int32_t object = imageObject(tools.ofPage.cache, imageKey(placed));
     tools.walk.text.add("/");
-    tools.walk.text.add(tools.images.add(placedImage(art).image));
+    tools.walk.text.add(object != 0 ? tools.resources.add(ResourceCategory::object, object, 0)
+                                    : tools.ofPage.images.add(placed.image, tools.resources));
     tools.walk.text.add(" Do\n");
 }
 

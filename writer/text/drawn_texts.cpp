@@ -95,7 +95,7 @@ void DrawnTexts::write(Walk& walk, Art text) {
         const TextRun run = runOf(text, i);
         pathStyleWorks(walk, run.style);
         walk.text.add("BT\n");
-        setText_.write(walk, set++, run, RealMatrix());
+        setText_.write(walk, set++, run, RealMatrix(), names_);
         walk.text.add("ET\n");
     }
 }

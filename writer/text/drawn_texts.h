@@ -25,7 +25,8 @@ private:
     void add(Art text);
 
     ResourceRegistry resources_;
-    SetText setText_{nullptr, resources_};
+    FontNames names_{resources_};
+    SetText setText_{nullptr};
     std::map<Art, SetText::Index> first_;
 };
 

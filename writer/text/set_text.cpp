@@ -108,7 +108,8 @@ void SetText::refuse(Index run) const {
     }
 }
 
-void SetText::write(Walk& walk, Index run, const TextRun& letters, const RealMatrix& back) {
+void SetText::write(Walk& walk, Index run, const TextRun& letters, const RealMatrix& back,
+                    FontNames& names) {
     refuse(run);
     if (letters.size <= 0) {
         failException(Exception::unpatchable);
@@ -124,8 +125,9 @@ void SetText::write(Walk& walk, Index run, const TextRun& letters, const RealMat
             failException(Exception::unpatchable);
         }
         if (last == nullptr || last->pageFont != stretch.pageFont || last->added != stretch.added) {
-            walk.text.addName(stretch.pageFont != nullptr ? ofPage_->nameOf(*stretch.pageFont)
-                                                          : fonts_.use(*stretch.added, resources_));
+            walk.text.addName(stretch.pageFont != nullptr
+                                  ? names.of(*stretch.pageFont)
+                                  : fonts_.use(*stretch.added, names.resources()));
             walk.text.addReal(realFromFixed(letters.size));
             walk.text.add("Tf ");
         }
