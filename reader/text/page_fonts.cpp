@@ -75,7 +75,8 @@ std::string_view PageFonts::nameOf(DocumentCache& cache, const Object& resources
     if (typeObject(dictionary.get()) != ObjectType::dictionary) {
         return {};
     }
-    const auto isNamed = [&](const Category& category, const std::string& name, std::int32_t object) {
+    const auto isNamed = [&](const Category& category, const std::string& name,
+                             std::int32_t object) {
         if (object == 0) {
             return category.dictionary->data == dictionary->data;
         }

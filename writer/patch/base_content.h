@@ -23,7 +23,8 @@ struct BaseContent {
 /// The contents of the base by their numbers.
 class BaseContents {
 public:
-    /// Where `sourcesMeanIt` is not set, forms of the artwork are not those of the base: it has none.
+    /// Where `sourcesMeanIt` is not set, forms of the artwork are not those of the base: it has
+    /// none.
     BaseContents(const BaseReading& reading, bool sourcesMeanIt);
     BaseContents(const BaseContents&) = delete;
     BaseContents& operator=(const BaseContents&) = delete;

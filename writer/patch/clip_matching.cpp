@@ -53,8 +53,8 @@ private:
                 high = middle;
             }
         }
-        const bool isHere = source.end > 0 && source.content == number_ && low < trace_.clipCount() &&
-                            startOf(low) == source.start &&
+        const bool isHere = source.end > 0 && source.content == number_ &&
+                            low < trace_.clipCount() && startOf(low) == source.start &&
                             trace_.events()[trace_.clip(low).event].end == source.end;
         return isHere ? low : 0;
     }

@@ -78,8 +78,7 @@ private:
         for (PaintedIndex source = 0; source < matching_.owners.size(); ++source) {
             if (matching_.owners[source] == noSource) {
                 const PaintedArt& gone = trace_.painted()[source];
-                counts.removed +=
-                    gone.isForm ? leavesOf(trace_.formAt(gone.event)->trace) : 1;
+                counts.removed += gone.isForm ? leavesOf(trace_.formAt(gone.event)->trace) : 1;
             }
         }
         return counts;

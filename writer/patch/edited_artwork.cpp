@@ -121,8 +121,8 @@ private:
             return false;
         }
         const Art clip = clipOf(group);
-        open_.push_back({.form = EditedForm{.group = group, .clip = clip, .base = content},
-                         .group = group_});
+        open_.push_back(
+            {.form = EditedForm{.group = group, .clip = clip, .base = content}, .group = group_});
         artwork_ = &open_.back().form.inside;
         artwork_->groups.push({});
         group_ = 0;
@@ -143,8 +143,7 @@ private:
     }
 
     void add(Art art, ArtKind kind, EditedForm* form = nullptr) {
-        EditedObject object{
-            .art = art, .kind = kind, .form = form, .group = group_, .source = {}};
+        EditedObject object{.art = art, .kind = kind, .form = form, .group = group_, .source = {}};
         callHost(slot::getArtSource, art, &object.source);
         artwork_->objects.push(object);
     }
@@ -159,10 +158,10 @@ private:
             TextRun letters;
             callHost(slot::getTextRun, text, run, &letters);
             artwork_->objects.push({.art = text,
-                                   .kind = ArtKind::text,
-                                   .group = group_,
-                                   .source = letters.source,
-                                   .run = run});
+                                    .kind = ArtKind::text,
+                                    .group = group_,
+                                    .source = letters.source,
+                                    .run = run});
         }
     }
 

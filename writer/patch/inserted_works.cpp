@@ -181,8 +181,7 @@ void InsertedWorks::writeForm(const MatchedObject& object, const EditedForm& for
     const PaintedArt& was = trace_.painted()[object.source];
     const Surroundings& own = trace_.events()[was.event].behind;
     const bool isMasked = (own.settings & softMaskSetting) != 0;
-    tools_.state.write(own, {},
-                       isMasked ? form.movement.value_or(RealMatrix()) : RealMatrix());
+    tools_.state.write(own, {}, isMasked ? form.movement.value_or(RealMatrix()) : RealMatrix());
     formWorks(tools_, was, form);
 }
 

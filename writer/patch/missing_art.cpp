@@ -25,8 +25,8 @@ public:
         forEachArt(trace, [&](PaintedIndex first, PaintedIndex end) {
             const PaintedArt& painted = trace.painted()[first];
             const auto owners = std::span(matching.owners).subspan(first, end - first);
-            const bool isGone = std::ranges::all_of(
-                owners, [](EditedIndex owner) { return owner == noSource; });
+            const bool isGone =
+                std::ranges::all_of(owners, [](EditedIndex owner) { return owner == noSource; });
             if (!painted.isForm) {
                 count(painted, isGone);
             } else if (isGone) {

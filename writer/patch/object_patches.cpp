@@ -117,8 +117,7 @@ void ObjectPatches::patchObject(PaintedIndex source) {
     noneStyleWorks(tools_.walk);
     enterWorks(tools_.walk);
     if (difference.place && (event.behind.settings & softMaskSetting) != 0) {
-        moveAlong(was.event,
-                  was.isForm ? *is.form->movement : movementOfImage(was.art, is.art));
+        moveAlong(was.event, was.isForm ? *is.form->movement : movementOfImage(was.art, is.art));
     }
     if (was.isForm) {
         formWorks(tools_, was, *is.form);

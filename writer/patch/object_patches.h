@@ -1,5 +1,5 @@
-// Patches where paths, images and forms of the page stand: what was changed, removed or moved away, and
-// clips.
+// Patches where paths, images and forms of the page stand: what was changed, removed or moved away,
+// and clips.
 #pragma once
 
 #include "writer/patch/changed_works.h"

@@ -26,8 +26,8 @@ std::uint32_t startOfNext(const ContentTrace& trace, TraceIndex event) {
 /// Whether the outermost state is another at the end than at the beginning.
 bool isLeftChanged(const ContentTrace& trace) {
     const Surroundings& end = trace.atEndOfPage();
-    return end.clip != 0 || end.settings != trace.atStart().settings || !inverse(trace.matrix(end.matrix)) ||
-           (trace.atEnd().isInText && trace.openSaves() == 0);
+    return end.clip != 0 || end.settings != trace.atStart().settings ||
+           !inverse(trace.matrix(end.matrix)) || (trace.atEnd().isInText && trace.openSaves() == 0);
 }
 
 } // namespace

@@ -22,8 +22,8 @@ struct PageEnd {
     Surroundings inForce;
 };
 
-/// Where `inherits`, the content begins with a state that cannot be set again, so what changed it is
-/// undone.
+/// Where `inherits`, the content begins with a state that cannot be set again, so what changed it
+/// is undone.
 PageEnd closePage(const ContentTrace& trace, bool inherits);
 
 } // namespace corvane

@@ -55,8 +55,7 @@ PagePatch plan(PageTools& tools, const BaseReading& reading, ResourceRegistry& r
     layOutText(contents.page(), artwork, tools.setText);
     tools.setText.finish();
     std::ranges::for_each(forms, compareForm);
-    const Matching matching =
-        matchArtwork(contents.page(), artwork, tools.base.isAsOpened);
+    const Matching matching = matchArtwork(contents.page(), artwork, tools.base.isAsOpened);
     refuseMissing(contents.page(), matching, artwork);
     refuseChangedAnnotations(reading, artwork);
     tellLayers(artwork.layers);

@@ -39,10 +39,10 @@ struct PatchTools {
     PatchTools(PageTools& pageTools, const BaseContent& patched, ResourceRegistry& registry)
         : ofPage(pageTools), content(patched), trace(patched.trace), resources(registry),
           bytes(ofPage.cache, streamsOf(patched, ofPage.base), trace.streamStarts()),
-          patterns(ofPage.cache, resourcesOf(patched, ofPage.base),
-                   matrixOf(patched, ofPage.base), resources),
-          groups(resources), fontNames(ofPage.cache, ofPage.fonts,
-                                       resourcesOf(patched, ofPage.base), resources),
+          patterns(ofPage.cache, resourcesOf(patched, ofPage.base), matrixOf(patched, ofPage.base),
+                   resources),
+          groups(resources),
+          fontNames(ofPage.cache, ofPage.fonts, resourcesOf(patched, ofPage.base), resources),
           walk(sink), state(walk, bytes, patched, patterns) {}
     PatchTools(const PatchTools&) = delete;
     PatchTools& operator=(const PatchTools&) = delete;

@@ -165,8 +165,7 @@ private:
     }
 
     void writePatched(const PatchedStream& stream) {
-        const bool compresses =
-            compressesPatched(cache_, base_.streams[*stream.base].stream.get());
+        const bool compresses = compressesPatched(cache_, base_.streams[*stream.base].stream.get());
         begin(stream.number, compresses);
         written_.bytes += finishPatched(cache_, stream, bytes_.stream(*stream.base), compresses);
     }
@@ -182,8 +181,7 @@ private:
 
 bool compressesPatched(DocumentCache& cache, const Object& former) {
     const Object& dictionary = elementsObject(former)[0];
-    return !wantsPlain() &&
-           typeObject(findEntry(cache, dictionary, "Filter")) != ObjectType::null;
+    return !wantsPlain() && typeObject(findEntry(cache, dictionary, "Filter")) != ObjectType::null;
 }
 
 /// The former bytes may be many: they are not gathered with the patches, so their length is known

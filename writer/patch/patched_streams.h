@@ -47,8 +47,8 @@ WrittenStreams writeStreams(DocumentCache& cache, const PageBase& base, ContentB
 
 /// Whether a stream that was patched is compressed: as the former one was.
 bool compressesPatched(DocumentCache& cache, const Object& former);
-/// Ends the object of such a stream, whose dictionary is open: writes its Length and the former bytes
-/// with the patches. Bytes of the data as they stand in the file.
+/// Ends the object of such a stream, whose dictionary is open: writes its Length and the former
+/// bytes with the patches. Bytes of the data as they stand in the file.
 std::int64_t finishPatched(DocumentCache& cache, const PatchedStream& stream,
                            std::string_view former, bool compresses);
 

@@ -1,5 +1,5 @@
-// Edits inside forms, saved: each becomes a new object that one place draws, and all else that draws
-// the form stays as it was.
+// Edits inside forms, saved: each becomes a new object that one place draws, and all else that
+// draws the form stays as it was.
 #include "tests/reader/seen_text.h"
 #include "tests/writer/patch/patch_fixture.h"
 
@@ -183,80 +183,224 @@ const std::string placedA = "q 1 0 0 1 5 5 cm /A Do Q\n0 0 10 10 re f";
 
 TEST_F(FormPatchTest, Edits) {
     const FormEdit rows[] = {
-        {"an object is painted otherwise", placedA, squares, "",
-         [](FormArtist& it) { it.fill(it.at(0), .5); }, "2 1 0 0 0", 1,
+        {"an object is painted otherwise",
+         placedA,
+         squares,
+         "",
+         [](FormArtist& it) { it.fill(it.at(0), .5); },
+         "2 1 0 0 0",
+         1,
          {"q 1 0 0 1 5 5 cm", "/X1 Do", "Q\n0 0 10 10 re f"}},
-        {"an object goes", placedA, squares, "", [](FormArtist& it) { it.remove(it.at(1)); },
-         "2 0 0 1 0", 1, {"/X1 Do"}},
-        {"an object is drawn in it", placedA, squares, "",
-         [](FormArtist& it) { it.add(20, 20, 60, 60, it.at(0)); }, "3 0 1 0 0", 1, {"/X1 Do"}},
-        {"its objects change their order", placedA, squares, "",
-         [](FormArtist& it) { it.raise(it.at(0), it.at(1)); }, "2 0 0 0 1", 1, {"/X1 Do"}},
-        {"all of it is moved", placedA, squares, "",
-         [](FormArtist& it) { it.moveAll(it.forms[0], 7, 3); }, "1 2 0 0 0", 0,
+        {"an object goes",
+         placedA,
+         squares,
+         "",
+         [](FormArtist& it) { it.remove(it.at(1)); },
+         "2 0 0 1 0",
+         1,
+         {"/X1 Do"}},
+        {"an object is drawn in it",
+         placedA,
+         squares,
+         "",
+         [](FormArtist& it) { it.add(20, 20, 60, 60, it.at(0)); },
+         "3 0 1 0 0",
+         1,
+         {"/X1 Do"}},
+        {"its objects change their order",
+         placedA,
+         squares,
+         "",
+         [](FormArtist& it) { it.raise(it.at(0), it.at(1)); },
+         "2 0 0 0 1",
+         1,
+         {"/X1 Do"}},
+        {"all of it is moved",
+         placedA,
+         squares,
+         "",
+         [](FormArtist& it) { it.moveAll(it.forms[0], 7, 3); },
+         "1 2 0 0 0",
+         0,
          {"1 0 0 1 7 3 cm\n/A Do"}},
-        {"under a clip of its own it is moved", placedA, "q 10 10 20 20 re W n " + squares + "Q",
-         "", [](FormArtist& it) { it.moveAll(it.forms[0], 7, 3); }, "", 0,
+        {"under a clip of its own it is moved",
+         placedA,
+         "q 10 10 20 20 re W n " + squares + "Q",
+         "",
+         [](FormArtist& it) { it.moveAll(it.forms[0], 7, 3); },
+         "",
+         0,
          {"1 0 0 1 7 3 cm\n/A Do"}},
-        {"one of two drawings is changed", "/A Do q 1 0 0 1 300 0 cm /A Do Q", squares, "",
-         [](FormArtist& it) { it.fill(it.at(2), .5); }, "3 1 0 0 0", 1,
+        {"one of two drawings is changed",
+         "/A Do q 1 0 0 1 300 0 cm /A Do Q",
+         squares,
+         "",
+         [](FormArtist& it) { it.fill(it.at(2), .5); },
+         "3 1 0 0 0",
+         1,
          {"/A Do", "300 0 cm", "/X1 Do"}},
-        {"a form within a form is changed", "/A Do", "/B Do 0 1 0 rg 1 1 5 5 re f", squares,
-         [](FormArtist& it) { it.fill(it.at(0), .5); }, "2 1 0 0 0", 2, {"/X1 Do"}},
-        {"a form within a form is moved", "/A Do", "/B Do 0 1 0 rg 1 1 5 5 re f", squares,
-         [](FormArtist& it) { it.moveAll(it.forms[1], 9, 0); }, "1 2 0 0 0", 1, {"/X1 Do"}},
-        {"forms within one another are moved", "/A Do", "/B Do 0 1 0 rg 1 1 5 5 re f", squares,
-         [](FormArtist& it) { it.moveAll(it.forms[0], 9, 4); }, "0 3 0 0 0", 0,
+        {"a form within a form is changed",
+         "/A Do",
+         "/B Do 0 1 0 rg 1 1 5 5 re f",
+         squares,
+         [](FormArtist& it) { it.fill(it.at(0), .5); },
+         "2 1 0 0 0",
+         2,
+         {"/X1 Do"}},
+        {"a form within a form is moved",
+         "/A Do",
+         "/B Do 0 1 0 rg 1 1 5 5 re f",
+         squares,
+         [](FormArtist& it) { it.moveAll(it.forms[1], 9, 0); },
+         "1 2 0 0 0",
+         1,
+         {"/X1 Do"}},
+        {"forms within one another are moved",
+         "/A Do",
+         "/B Do 0 1 0 rg 1 1 5 5 re f",
+         squares,
+         [](FormArtist& it) { it.moveAll(it.forms[0], 9, 4); },
+         "0 3 0 0 0",
+         0,
          {"1 0 0 1 9 4 cm\n/A Do"}},
-        {"a copy", placedA, squares, "",
-         [](FormArtist& it) { it.moveAll(it.duplicate(it.forms[0]), 100, 0); }, "3 0 2 0 0", 0,
+        {"a copy",
+         placedA,
+         squares,
+         "",
+         [](FormArtist& it) { it.moveAll(it.duplicate(it.forms[0]), 100, 0); },
+         "3 0 2 0 0",
+         0,
          {"/A Do", "1 0 0 1 100 0 cm\n/A Do"}},
-        {"a copy that is painted otherwise", placedA, squares, "",
-         [](FormArtist& it) {
-             it.fill(it.document.lastChild(it.duplicate(it.forms[0])), .5);
-         },
-         "3 0 2 0 0", 1, {"/A Do", "/X1 Do"}},
-        {"it is raised", placedA, squares, "",
-         [](FormArtist& it) { it.raise(it.forms[0], it.at(2)); }, "", 0, {}},
-        {"it goes", placedA + " 0 20 5 5 re f 0 40 5 5 re f", squares, "",
-         [](FormArtist& it) { it.remove(it.forms[0]); }, "3 0 0 2 0", 0, {}},
-        {"it is ungrouped", placedA + " 0 20 5 5 re f 0 40 5 5 re f", squares, "",
-         [](FormArtist& it) { it.ungroup(it.forms[0]); }, "3 0 2 2 0", 0, {}},
-        {"its resources are those of the page", "/C Do", "/Half gs " + squares, "",
-         [](FormArtist& it) { it.fill(it.at(0), .5); }, "1 1 0 0 0", 1, {"/X1 Do"}},
-        {"it begins with a colour of the page", "1 0 0 rg /A Do",
-         "0 0 10 10 re f 0 1 0 rg 5 5 9 9 re f", "",
-         [](FormArtist& it) { it.raise(it.at(0), it.at(1)); }, "1 0 0 0 1", 1, {"1 0 0 rg /X1 Do"}},
-        {"and new objects do not", "1 0 0 rg /A Do", "0 0 10 10 re f 5 5 9 9 re f", "",
+        {"a copy that is painted otherwise",
+         placedA,
+         squares,
+         "",
+         [](FormArtist& it) { it.fill(it.document.lastChild(it.duplicate(it.forms[0])), .5); },
+         "3 0 2 0 0",
+         1,
+         {"/A Do", "/X1 Do"}},
+        {"it is raised",
+         placedA,
+         squares,
+         "",
+         [](FormArtist& it) { it.raise(it.forms[0], it.at(2)); },
+         "",
+         0,
+         {}},
+        {"it goes",
+         placedA + " 0 20 5 5 re f 0 40 5 5 re f",
+         squares,
+         "",
+         [](FormArtist& it) { it.remove(it.forms[0]); },
+         "3 0 0 2 0",
+         0,
+         {}},
+        {"it is ungrouped",
+         placedA + " 0 20 5 5 re f 0 40 5 5 re f",
+         squares,
+         "",
+         [](FormArtist& it) { it.ungroup(it.forms[0]); },
+         "3 0 2 2 0",
+         0,
+         {}},
+        {"its resources are those of the page",
+         "/C Do",
+         "/Half gs " + squares,
+         "",
+         [](FormArtist& it) { it.fill(it.at(0), .5); },
+         "1 1 0 0 0",
+         1,
+         {"/X1 Do"}},
+        {"it begins with a colour of the page",
+         "1 0 0 rg /A Do",
+         "0 0 10 10 re f 0 1 0 rg 5 5 9 9 re f",
+         "",
+         [](FormArtist& it) { it.raise(it.at(0), it.at(1)); },
+         "1 0 0 0 1",
+         1,
+         {"1 0 0 rg /X1 Do"}},
+        {"and new objects do not",
+         "1 0 0 rg /A Do",
+         "0 0 10 10 re f 5 5 9 9 re f",
+         "",
          [](FormArtist& it) {
              it.add(20, 20, 60, 60, it.at(1));
              it.raise(it.at(0), it.at(1));
          },
-         "", 1, {"1 0 0 rg /X1 Do"}},
-        {"what it holds gets into another form", "/A Do 1 0 0 1 20 20 cm /B Do", squares, squares,
-         [](FormArtist& it) { it.raise(it.at(0), it.at(3)); }, "3 0 1 1 0", 2,
+         "",
+         1,
+         {"1 0 0 rg /X1 Do"}},
+        {"what it holds gets into another form",
+         "/A Do 1 0 0 1 20 20 cm /B Do",
+         squares,
+         squares,
+         [](FormArtist& it) { it.raise(it.at(0), it.at(3)); },
+         "3 0 1 1 0",
+         2,
          {"/X1 Do", "/X2 Do"}},
-        {"it gets into another form", "/A Do 0 0 5 5 re f 1 0 0 1 20 20 cm /B Do", squares,
-         squares + "0 0 7 7 re f", [](FormArtist& it) { it.raise(it.forms[0], it.at(5)); },
-         "4 0 2 2 0", 1, {"/X1 Do"}},
-        {"text is typed anew", "/A Do 0 0 5 5 re f",
-         "BT /G 12 Tf 50 60 Td (Quay) Tj ET 1 0 0 rg 0 0 9 9 re f", "",
-         [](FormArtist& it) { it.retype(it.texts[0], "Pier"); }, "2 1 0 0 0", 1, {"/X1 Do"}},
-        {"text is moved", "/A Do 0 0 5 5 re f", "BT /G 12 Tf 50 60 Td (Quay) Tj ET 0 0 9 9 re f",
-         "", [](FormArtist& it) { it.moveAll(it.texts[0], 9, 0); }, "2 1 0 0 0", 1, {"/X1 Do"}},
-        {"text is ungrouped", "/A Do 0 0 5 5 re f 1 20 5 5 re f",
-         "BT /G 12 Tf 50 60 Td (Quay) Tj ET", "", [](FormArtist& it) { it.ungroup(it.forms[0]); },
-         "2 0 1 1 0", 0, {}},
-        {"an image is moved", "/A Do 0 0 5 5 re f", "q 9 0 0 9 10 20 cm /J Do Q 0 0 5 5 re f", "",
-         [](FormArtist& it) { it.moveAll(it.images[0], 9, 18); }, "2 1 0 0 0", 1, {"/X1 Do"}},
-        {"an inline image is moved", "/A Do 0 0 5 5 re f",
-         "q 9 0 0 9 10 20 cm BI /W 2 /H 1 /BPC 8 /CS /G ID EI EI Q 0 0 5 5 re f", "",
-         [](FormArtist& it) { it.moveAll(it.images[0], 9, 18); }, "2 1 0 0 0", 1, {"/X1 Do"}},
-        {"an image is ungrouped", "/A Do 0 0 5 5 re f 0 0 6 6 re f", "q 9 0 0 9 10 20 cm /J Do Q",
-         "", [](FormArtist& it) { it.ungroup(it.forms[0]); }, "2 0 1 1 0", 0, {}},
-        {"images and text are moved with it", "/A Do 0 0 5 5 re f",
-         "q 9 0 0 9 10 20 cm /J Do Q BT /G 12 Tf 50 60 Td (Quay) Tj ET " + squares, "",
-         [](FormArtist& it) { it.moveAll(it.forms[0], -3, 18); }, "1 4 0 0 0", 0,
+        {"it gets into another form",
+         "/A Do 0 0 5 5 re f 1 0 0 1 20 20 cm /B Do",
+         squares,
+         squares + "0 0 7 7 re f",
+         [](FormArtist& it) { it.raise(it.forms[0], it.at(5)); },
+         "4 0 2 2 0",
+         1,
+         {"/X1 Do"}},
+        {"text is typed anew",
+         "/A Do 0 0 5 5 re f",
+         "BT /G 12 Tf 50 60 Td (Quay) Tj ET 1 0 0 rg 0 0 9 9 re f",
+         "",
+         [](FormArtist& it) { it.retype(it.texts[0], "Pier"); },
+         "2 1 0 0 0",
+         1,
+         {"/X1 Do"}},
+        {"text is moved",
+         "/A Do 0 0 5 5 re f",
+         "BT /G 12 Tf 50 60 Td (Quay) Tj ET 0 0 9 9 re f",
+         "",
+         [](FormArtist& it) { it.moveAll(it.texts[0], 9, 0); },
+         "2 1 0 0 0",
+         1,
+         {"/X1 Do"}},
+        {"text is ungrouped",
+         "/A Do 0 0 5 5 re f 1 20 5 5 re f",
+         "BT /G 12 Tf 50 60 Td (Quay) Tj ET",
+         "",
+         [](FormArtist& it) { it.ungroup(it.forms[0]); },
+         "2 0 1 1 0",
+         0,
+         {}},
+        {"an image is moved",
+         "/A Do 0 0 5 5 re f",
+         "q 9 0 0 9 10 20 cm /J Do Q 0 0 5 5 re f",
+         "",
+         [](FormArtist& it) { it.moveAll(it.images[0], 9, 18); },
+         "2 1 0 0 0",
+         1,
+         {"/X1 Do"}},
+        {"an inline image is moved",
+         "/A Do 0 0 5 5 re f",
+         "q 9 0 0 9 10 20 cm BI /W 2 /H 1 /BPC 8 /CS /G ID EI EI Q 0 0 5 5 re f",
+         "",
+         [](FormArtist& it) { it.moveAll(it.images[0], 9, 18); },
+         "2 1 0 0 0",
+         1,
+         {"/X1 Do"}},
+        {"an image is ungrouped",
+         "/A Do 0 0 5 5 re f 0 0 6 6 re f",
+         "q 9 0 0 9 10 20 cm /J Do Q",
+         "",
+         [](FormArtist& it) { it.ungroup(it.forms[0]); },
+         "2 0 1 1 0",
+         0,
+         {}},
+        {"images and text are moved with it",
+         "/A Do 0 0 5 5 re f",
+         "q 9 0 0 9 10 20 cm /J Do Q BT /G 12 Tf 50 60 Td (Quay) Tj ET " + squares,
+         "",
+         [](FormArtist& it) { it.moveAll(it.forms[0], -3, 18); },
+         "1 4 0 0 0",
+         0,
          {"1 0 0 1 -3 18 cm\n/A Do"}},
     };
     for (const FormEdit& row : rows) {
@@ -275,6 +419,98 @@ TEST_F(FormPatchTest, Edits) {
         expectInOrder(row.pieces);
         expectOtherPageAsBefore(before);
     }
+}
+
+TEST_F(FormPatchTest, BoxesGrowWithWhatAPersonSees) {
+    struct Row {
+        const char* name;
+        std::string entries; ///< of the form
+        std::function<void(FormArtist&)> edit;
+        std::string wanted;
+    };
+    const std::string cut = "/BBox [0 0 60.5 60] ";
+    const Row rows[] = {
+        {"the clip stays", cut, [](FormArtist& it) { it.fill(it.at(0), .5); },
+         "/BBox [0 0 60.5 60]"},
+        {"the clip goes", cut, [](FormArtist& it) { it.release(it.forms[0]); },
+         "/BBox [ 0 0 80 80 ]"},
+        {"the clip is another one", cut, [](FormArtist& it) { it.move(it.clips[0], 10, 10); },
+         "/BBox [ 0 0 80 80 ]"},
+        {"in a space of its own", "/BBox [0 0 30 30] /Matrix [0 2 -2 0 100 0] ",
+         [](FormArtist& it) { it.release(it.forms[0]); }, "/BBox [ 0 0 80 80 ]"},
+        {"nothing beyond it", "/BBox [0 0 90 90] ",
+         [](FormArtist& it) {
+             it.fill(it.at(0), .5);
+             it.release(it.forms[0]);
+         },
+         "/BBox [0 0 90 90]"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        openFile(file("/A Do", squares, "", row.entries).bytes());
+        FormArtist edited = formArtist();
+        row.edit(edited);
+        expectSavedAlone();
+        EXPECT_THAT(update(), HasSubstr(row.wanted));
+    }
+}
+
+TEST_F(FormPatchTest, CopiesHaveNoPlaceInTheStructure) {
+    const std::string entries = "/BBox [0 0 500 500] /StructParents 7 /PieceInfo << >> "
+                                "/LastModified (D:2020) /Group << /S /Transparency >> ";
+    openFile(file("/A Do", squares, "", entries).bytes());
+    FormArtist edited = formArtist();
+    const Art copy = edited.duplicate(edited.forms[0]);
+    edited.fill(edited.document.lastChild(copy), .75);
+    edited.fill(edited.at(0), .5);
+    expectSavedAlone();
+    EXPECT_EQ(newForms(), 2U);
+    EXPECT_EQ(countOf(update(), "/StructParents 7"), 1U);
+    EXPECT_EQ(countOf(update(), "/Group << /S /Transparency >>"), 2U);
+    EXPECT_THAT(update(), Not(HasSubstr("(D:2020)")));
+}
+
+TEST_F(FormPatchTest, EverySaveBeginsFromWhatWasOpened) {
+    openFile(file("/A Do 0 0 5 5 re f", "/B Do", squares).bytes());
+    FormArtist edited = formArtist();
+    edited.fill(edited.at(0), .5);
+    ASSERT_EQ(save(), 0U);
+    EXPECT_EQ(newForms(), 2U);
+    // The same artwork, with another edit.
+    edited.fill(edited.at(1), .25);
+    ASSERT_EQ(save(), 0U);
+    EXPECT_EQ(facts(), "1 2 0 0 0");
+    EXPECT_EQ(newForms(), 4U);
+    const std::vector<test::SeenPath> wanted = seen();
+    ASSERT_EQ(open(), 0U);
+    EXPECT_EQ(differenceOf(wanted, seen(), {}), "");
+}
+
+TEST_F(FormPatchTest, OnlyWhatChangedIsWritten) {
+    std::string content;
+    constexpr int drawings = 2000;
+    for (int i = 0; i < drawings; ++i) {
+        content += "q 1 0 0 1 " + std::to_string(i % 50 * 9) + " " + std::to_string(i / 50 * 9) +
+                   " cm /A Do Q\n";
+    }
+    openFile(file(content, "1 0 0 rg 0 0 4 4 re f 0 g 4 4 4 4 re f", "").bytes());
+    FormArtist edited = formArtist();
+    edited.fill(edited.at(drawings), .5);
+    expectSaved();
+    EXPECT_EQ(facts(), std::to_string(2 * drawings - 1) + " 1 0 0 0");
+    EXPECT_EQ(newForms(), 1U);
+    EXPECT_EQ(countOf(newContent(), "/A Do"), drawings - 1U);
+}
+
+TEST_F(FormPatchTest, WhatFormsHoldCountsWhereMuchIsMissing) {
+    openFile(file("/A Do 0 0 5 5 re f", squares + "9 9 9 9 re f", "").bytes());
+    FormArtist edited = formArtist();
+    edited.remove(edited.at(0));
+    edited.remove(edited.at(1));
+    EXPECT_NE(save(), 0U);
+    ASSERT_EQ(missing_.size(), 1U);
+    EXPECT_EQ(missing_[0].missing, 2);
+    EXPECT_EQ(missing_[0].whole, 4);
 }
 
 } // namespace

@@ -37,11 +37,10 @@ ArtExtent extentOfEdit(const EditedForm& form) {
 
 /// 16.16 as points, not beyond the page.
 FormBox onPage(const ArtExtent& extent, const Box& page) {
-    const auto points = [](std::int64_t value) {
-        return static_cast<double>(value) / fixedOne;
-    };
-    return {{std::max(points(extent.left), page.left), std::max(points(extent.bottom), page.bottom)},
-            {std::min(points(extent.right), page.right), std::min(points(extent.top), page.top)}};
+    const auto points = [](std::int64_t value) { return static_cast<double>(value) / fixedOne; };
+    return {
+        {std::max(points(extent.left), page.left), std::max(points(extent.bottom), page.bottom)},
+        {std::min(points(extent.right), page.right), std::min(points(extent.top), page.top)}};
 }
 
 /// The box around both, its sides whole numbers where they are new.

@@ -31,9 +31,8 @@ bool isComplete(const EditedForm& form) {
 
 bool isUnchanged(const EditedForm& form) {
     const BaseContent& base = *form.base;
-    if (std::ranges::any_of(form.matching.objects, [](const MatchedObject& object) {
-            return object.difference.any();
-        })) {
+    if (std::ranges::any_of(form.matching.objects,
+                            [](const MatchedObject& object) { return object.difference.any(); })) {
         return false;
     }
     const ClipMatching clips = matchClips(base, form.inside, form.matching);
@@ -97,14 +96,12 @@ private:
         const ChargedList<Subpath> ofIs = subpathsWithin(is);
         addPoints(from_, was);
         addPoints(to_, is);
-        return from_.size() == to_.size() &&
-               std::ranges::equal(ofWas.items(), ofIs.items(), {}, &Subpath::closed,
-                                  &Subpath::closed);
+        return from_.size() == to_.size() && std::ranges::equal(ofWas.items(), ofIs.items(), {},
+                                                                &Subpath::closed, &Subpath::closed);
     }
 
     void addFrames(const RealMatrix& was, const RealMatrix& is, double side) {
-        for (const RealPoint& corner :
-             {RealPoint{0, 0}, RealPoint{side, 0}, RealPoint{0, side}}) {
+        for (const RealPoint& corner : {RealPoint{0, 0}, RealPoint{side, 0}, RealPoint{0, side}}) {
             from_.push(transform(was, corner));
             to_.push(transform(is, corner));
         }
@@ -164,9 +161,9 @@ private:
         const bool isPath = !was(i).isForm && !was(i).isImage && was(i).setting == 0;
         const bool isText = was(i).setting != 0 && !was(i).isDrawn;
         if (isPath || isText) {
-            const PathStyle style =
-                isPath ? leadingStyle(was(i).art)
-                       : runOf(was(i).art, trace_.textPart(was(i).part).run).style;
+            const PathStyle style = isPath
+                                        ? leadingStyle(was(i).art)
+                                        : runOf(was(i).art, trace_.textPart(was(i).part).run).style;
             const PathStyle now = isPath ? leadingStyle(is.art) : runOf(is.art, is.run).style;
             const ArtDifference scaled = compareStyles(stretched(style, stretch), now);
             difference.lineWidth = scaled.lineWidth;

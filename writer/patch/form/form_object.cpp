@@ -19,8 +19,8 @@ namespace {
 /// Keys that are written anew; those of the data, which are written in another form; and notes of
 /// other programs on what the form was.
 constexpr std::array<std::string_view, 10> replacedKeys = {
-    "Resources",    "Length", "DL", "Filter",    "DecodeParms", "F", "FFilter",
-    "FDecodeParms", "LastModified", "PieceInfo"};
+    "Resources", "Length",  "DL",           "Filter",       "DecodeParms",
+    "F",         "FFilter", "FDecodeParms", "LastModified", "PieceInfo"};
 
 /// A copy has no place in the page's structure.
 constexpr std::array<std::string_view, 2> structureKeys = {"StructParent", "StructParents"};
@@ -53,8 +53,7 @@ void carryEntries(DocumentCache& cache, const EditedForm& form, FormObject& obje
     for (RawEntry& entry : rawEntries(cache, former.object, former.generation)) {
         if (entry.key == "Resources" && former.hasResources && !object.resources->hasAdded()) {
             object.resourcesEntry = std::move(entry);
-        } else if (!isAmong(replacedKeys, entry.key) &&
-                   !(object.box && entry.key == "BBox") &&
+        } else if (!isAmong(replacedKeys, entry.key) && !(object.box && entry.key == "BBox") &&
                    !(form.isCopy && isAmong(structureKeys, entry.key))) {
             object.entries.add(std::move(entry));
         }
@@ -89,6 +88,7 @@ FormObject planForm(PageTools& tools, EditedForm& form) {
     object.compresses = compressesPatched(tools.cache, former.stream.get());
     form.number = object.stream.number;
     form.counts = object.patch.counts;
+    form.counts.changed += form.isClipChanged ? 1 : 0;
     return object;
 }
 

@@ -1,7 +1,6 @@
 #include "writer/patch/form/form_works.h"
 
 #include "runtime/exception.h"
-#include "writer/art/path_works.h"
 #include "writer/art/style_works.h"
 #include "writer/patch/kept_works.h"
 #include "writer/patch/space_works.h"
@@ -35,9 +34,7 @@ bool hasOwnClip(const EditedForm& form) {
 
 void clipFormWorks(PatchTools& tools, const EditedForm& form, const RealMatrix& ctm) {
     if (hasOwnClip(form)) {
-        tools.walk.space = userSpace(ctm);
-        clipWorks(tools.walk, form.clip);
-        tools.walk.space.reset();
+        newClipWorks(tools, ctm, form.clip);
     }
 }
 

@@ -6,8 +6,8 @@
 
 namespace corvane {
 
-/// Draws what was a form of this content, under the CTM of its operator: by the page's own bytes, or
-/// the object that takes its place. Raises `unpatchable` where nothing can be drawn there.
+/// Draws what was a form of this content, under the CTM of its operator: by the page's own bytes,
+/// or the object that takes its place. Raises `unpatchable` where nothing can be drawn there.
 void formWorks(PatchTools& tools, const PaintedArt& was, const EditedForm& form);
 
 /// Whether all that it takes is another name.
