@@ -88,7 +88,8 @@ void Document::addTextRun(Art text, const TextRun& run) {
     for (const TextPiece& piece : run.pieces) {
         fonts_.checkFace(run.font, piece.face);
     }
-    if (run.source.start < 0 || run.source.end < run.source.start || run.source.ordinal < -1) {
+    if (run.source.start < 0 || run.source.end < run.source.start || run.source.ordinal < -1 ||
+        run.source.content < 0) {
         throw ArtworkError("the source of a run has a value without meaning");
     }
     checkStyle(node, run.style);

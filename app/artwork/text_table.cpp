@@ -123,7 +123,7 @@ TextRun TextTable::run(NodeIndex node, std::int32_t index) const {
             .style = styles_[run.style],
             .fillOpacity = opacities.fill,
             .strokeOpacity = opacities.stroke,
-            .source = {run.start, run.end, run.ordinal},
+            .source = {run.start, run.end, run.ordinal, run.content},
             .line = run.line == nullptr ? std::nullopt : std::optional(*run.line)};
 }
 
@@ -168,6 +168,7 @@ void TextTable::addRun(NodeIndex node, const TextRun& run) {
                                .start = run.source.start,
                                .end = run.source.end,
                                .ordinal = run.source.ordinal,
+                               .content = run.source.content,
                                .length = static_cast<std::uint32_t>(run.text.size()),
                                .pieceCount = static_cast<std::uint32_t>(pieceCount),
                                .font = run.font,

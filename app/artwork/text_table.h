@@ -67,9 +67,10 @@ private:
         const TextPiece* pieces = nullptr;
         const Matrix* line = nullptr;         ///< of the line that it begins
         const Opacities* opacities = nullptr; ///< where it is not opaque
-        std::int64_t start = 0;               ///< of the source, as the next two
+        std::int64_t start = 0;               ///< of the source, as the next three
         std::int64_t end = 0;
         std::int32_t ordinal = -1;
+        std::int32_t content = 0;
         std::uint32_t length = 0; ///< bytes of the text
         std::uint32_t pieceCount = 0;
         Font font = Font::null;

@@ -41,6 +41,7 @@ ContentTrace::~ContentTrace() = default;
 
 void ContentTrace::begin(const Interpreter& interpreter) {
     setMatrix(interpreter);
+    behind_.settings = interpreter.state.settings;
     atStart_ = behind_;
 }
 

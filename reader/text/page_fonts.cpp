@@ -34,27 +34,25 @@ std::shared_ptr<FontInUse> PageFonts::find(DocumentCache& cache, std::string_vie
 
 std::shared_ptr<FontInUse> PageFonts::known(DocumentCache& cache, const Object& entry) {
     if (typeObject(entry) != ObjectType::reference) {
-        return read(cache, entry, 0);
+        return read(cache, entry, {});
     }
     std::int32_t number = 0;
     std::int32_t generation = 0;
     referenceObject(entry, number, generation);
     const auto [at, isNew] = byNumber_.try_emplace(number);
     if (isNew) {
-        at->second = read(cache, entry, number);
-        if (at->second != nullptr) {
-            at->second->object = {number, generation};
-        }
+        at->second = read(cache, entry, {number, generation});
     }
     return at->second;
 }
 
 std::shared_ptr<FontInUse> PageFonts::read(DocumentCache& cache, const Object& entry,
-                                           std::int32_t number) {
+                                           ObjectIdentifier object) {
     auto font = std::make_shared<FontInUse>();
+    font->object = object;
     const bool isRead = attempted([&] {
         const ObjectOwner dictionary = resolveObject(cache, entry);
-        font->font = readFont(cache, dictionary.get(), number);
+        font->font = readFont(cache, dictionary.get(), object.number);
     });
     if (!isRead || font->font == nullptr) {
         return nullptr;
@@ -68,10 +66,31 @@ PageFont* PageFonts::find(Font handle) const {
     return handle == Font::null || found == all_.end() ? nullptr : (*found)->font.get();
 }
 
-std::string_view PageFonts::nameOf(const PageFont& wanted) const {
+std::string_view PageFonts::nameOf(DocumentCache& cache, const Object& resources,
+                                   const PageFont& wanted) const {
+    if (typeObject(resources) != ObjectType::dictionary) {
+        return {};
+    }
+    const ObjectOwner dictionary = lookupObject(cache, resources, "Font");
+    if (typeObject(dictionary.get()) != ObjectType::dictionary) {
+        return {};
+    }
+    const auto isNamed = [&](const Category& category, const std::string& name,
+                             std::int32_t object) {
+        if (object == 0) {
+            return category.dictionary->data == dictionary->data;
+        }
+        const Object entry = findEntry(cache, dictionary.get(), name);
+        ObjectIdentifier named;
+        if (typeObject(entry) == ObjectType::reference) {
+            referenceObject(entry, named.number, named.generation);
+        }
+        return named.number == object;
+    };
     for (const auto& [at, category] : categories_) {
         for (const auto& [name, font] : category.fonts) {
-            if (font != nullptr && font->font.get() == &wanted) {
+            if (font != nullptr && font->font.get() == &wanted &&
+                isNamed(category, name, font->object.number)) {
                 return name;
             }
         }
@@ -80,9 +99,9 @@ std::string_view PageFonts::nameOf(const PageFont& wanted) const {
 }
 
 ObjectIdentifier PageFonts::objectOf(const PageFont& wanted) const {
-    const auto found = std::ranges::find(
-        all_, &wanted, [](const std::shared_ptr<FontInUse>& each) { return each->font.get(); });
-    return found == all_.end() ? ObjectIdentifier() : (*found)->object;
+    const auto found = std::ranges::find_if(
+        all_, [&](const std::shared_ptr<FontInUse>& font) { return font->font.get() == &wanted; });
+    return found == all_.end() ? ObjectIdentifier{} : (*found)->object;
 }
 
 void PageFonts::deliver() const {

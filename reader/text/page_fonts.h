@@ -20,7 +20,7 @@ namespace corvane {
 struct FontInUse {
     std::unique_ptr<PageFont> font;
     Font handle = Font::null; ///< null until text is shown in it
-    ObjectIdentifier object;  ///< none for a font that is written where it is used
+    ObjectIdentifier object;  ///< number 0: no object of its own
 };
 
 class PageFonts {
@@ -37,11 +37,12 @@ public:
     /// The font that the host calls so, of those that text was shown in; null: none.
     PageFont* find(Font handle) const;
 
-    /// A name of such a font in the resources, its escapes decoded. Several fonts may be the same
-    /// one to the host, but codes are those of one.
-    std::string_view nameOf(const PageFont&) const;
-    /// Its object. A font that only external graphics states set has that and no name.
-    ObjectIdentifier objectOf(const PageFont&) const;
+    /// A name of such a font in these resources, its escapes decoded; empty where text was shown in
+    /// it by none. Several fonts may be the same one to the host, but codes are those of one.
+    std::string_view nameOf(DocumentCache& cache, const Object& resources,
+                            const PageFont& font) const;
+    /// The object that it is.
+    ObjectIdentifier objectOf(const PageFont& font) const;
 
     /// Gives the host the faces of the fonts that text was shown in.
     void deliver() const;
@@ -54,7 +55,8 @@ private:
     };
 
     std::shared_ptr<FontInUse> known(DocumentCache& cache, const Object& entry);
-    std::shared_ptr<FontInUse> read(DocumentCache& cache, const Object& entry, std::int32_t number);
+    std::shared_ptr<FontInUse> read(DocumentCache& cache, const Object& entry,
+                                    ObjectIdentifier object);
 
     std::unordered_map<std::uint32_t, Category> categories_; ///< by where the dictionary lies
     std::unordered_map<std::int32_t, std::shared_ptr<FontInUse>> byNumber_; ///< of its object

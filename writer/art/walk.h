@@ -47,7 +47,7 @@ struct Walk {
     TextDrawing* texts = nullptr; ///< null: text cannot be drawn
     /// Null: the host draws gradients and patterns of fills, and those of strokes are gray.
     PaintDrawing* paints = nullptr;
-    NewImages* images = nullptr; ///< null: images cannot be drawn
+    ContentImages* images = nullptr; ///< null: images cannot be drawn
     classic::FontList fonts;
     /// Segments of a path come from the host in blocks of this many.
     std::array<Segment, 512> segments;

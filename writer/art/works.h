@@ -10,12 +10,12 @@
 
 namespace corvane {
 
-class NewImages;
+class ContentImages;
 
 /// What draws other things than paths; null: nothing does.
 struct Drawings {
     TextDrawing* texts = nullptr;
-    NewImages* images = nullptr;
+    ContentImages* images = nullptr;
     PaintDrawing* paints = nullptr;
 };
 

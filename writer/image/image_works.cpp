@@ -3,33 +3,15 @@
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
 #include "runtime/matrix.h"
+#include "writer/art/space_works.h"
 #include "writer/image/new_images.h"
 
-#include <cmath>
-
 namespace corvane {
-
-namespace {
-
-/// A billionth of an image is nothing, and shorter without.
-RealMatrix rounded(const RealMatrix& matrix) {
-    constexpr double steps = 1e9;
-    const auto round = [](double value) { return std::round(value * steps) / steps; };
-    return {round(matrix.a), round(matrix.b),  round(matrix.c),
-            round(matrix.d), round(matrix.tx), round(matrix.ty)};
-}
-
-} // namespace
 
 PlacedImage placedImage(Art art) {
     PlacedImage placed;
     callHost(slot::getPlacedImage, art, &placed);
     return placed;
-}
-
-void imageSpaceWorks(Walk& walk, const RealMatrix& matrix) {
-    walk.text.addMatrix(withoutSignedZeros(rounded(matrix)));
-    walk.text.add("cm\n");
 }
 
 void drawnImageWorks(Walk& walk, Art art) {
@@ -42,7 +24,7 @@ void drawnImageWorks(Walk& walk, Art art) {
     }
     const std::string_view name = walk.images->add(placed);
     enterWorks(walk);
-    imageSpaceWorks(walk, realMatrix(placed.matrix));
+    spaceWorks(walk, realMatrix(placed.matrix));
     walk.text.add("/");
     walk.text.add(name);
     walk.text.add(" Do\n");

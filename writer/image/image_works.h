@@ -2,15 +2,11 @@
 #pragma once
 
 #include "host/image.h"
-#include "host/matrix.h"
 #include "writer/art/walk.h"
 
 namespace corvane {
 
 PlacedImage placedImage(Art art);
-
-/// Writes a matrix of images, its noise rounded away, and cm.
-void imageSpaceWorks(Walk& walk, const RealMatrix& matrix);
 
 /// Draws a placed object in the space of the artboard. Raises `unpatchable` where images cannot be
 /// drawn, or the host does not have this one.

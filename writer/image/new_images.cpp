@@ -288,12 +288,12 @@ std::int32_t NewImages::objectOf(const PlacedImage& placed) {
     return made.number;
 }
 
-std::string_view NewImages::add(const PlacedImage& placed) {
+std::string_view NewImages::add(const PlacedImage& placed, ResourceRegistry& resources) {
     std::int32_t& number = numbers_[{placed.image, placed.isSmooth}];
     if (number == 0) {
         number = objectOf(placed);
     }
-    return resources_->add(ResourceCategory::object, number, 0);
+    return resources.add(ResourceCategory::object, number, 0);
 }
 
 void writeImage(DocumentCache& cache, const NewImage& image) {

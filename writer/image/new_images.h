@@ -28,13 +28,13 @@ struct NewImage {
 
 class NewImages {
 public:
-    NewImages(DocumentCache& cache, ResourceRegistry& resources)
-        : cache_(&cache), resources_(&resources) {}
+    explicit NewImages(DocumentCache& cache) : cache_(&cache) {}
 
-    /// The name of what a placed object shows, which is not null. However often an image is drawn,
-    /// it is one object: that of the file where it is an image of the file and no stencil. Raises
-    /// `unpatchable` where its pixels are not at hand.
-    std::string_view add(const PlacedImage& placed);
+    /// The name of what a placed object shows, which is not null, in the resources of the content
+    /// that draws it. However often and wherever an image is drawn, it is one object: that of the
+    /// file where it is an image of the file and no stencil. Raises `unpatchable` where its pixels
+    /// are not at hand.
+    std::string_view add(const PlacedImage& placed, ResourceRegistry& resources);
 
     const std::vector<NewImage>& images() const { return images_; }
 
@@ -42,9 +42,21 @@ private:
     std::int32_t objectOf(const PlacedImage& placed);
 
     DocumentCache* cache_;
-    ResourceRegistry* resources_;
     std::vector<NewImage> images_;
     std::map<std::pair<Image, bool>, std::int32_t> numbers_; ///< by image and smoothness
+};
+
+/// The images of one content, by the names in its resources.
+class ContentImages {
+public:
+    ContentImages(NewImages& images, ResourceRegistry& resources)
+        : images_(images), resources_(resources) {}
+
+    std::string_view add(const PlacedImage& placed) { return images_.add(placed, resources_); }
+
+private:
+    NewImages& images_;
+    ResourceRegistry& resources_;
 };
 
 /// Writes the image's objects to the cache's output (PDF Reference, 4.8): JPEG as its own bytes,

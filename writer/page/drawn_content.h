@@ -9,24 +9,24 @@ namespace corvane {
 
 struct DrawnContent {
     /// Of all layers that are drawn.
-    explicit DrawnContent(DocumentCache& cache) : texts(resources), images(cache, resources) {}
+    explicit DrawnContent(DocumentCache& cache) : texts(resources), newImages(cache) {}
     /// Of what `top` holds.
-    DrawnContent(DocumentCache& cache, Art top)
-        : texts(resources, top), images(cache, resources) {}
+    DrawnContent(DocumentCache& cache, Art top) : texts(resources, top), newImages(cache) {}
     DrawnContent(const DrawnContent&) = delete;
     DrawnContent& operator=(const DrawnContent&) = delete;
 
     /// Writes its fonts and images to the cache's output, once the content is drawn.
     void writeObjects(DocumentCache& cache) const {
         texts.fonts().write(cache);
-        for (const NewImage& image : images.images()) {
+        for (const NewImage& image : newImages.images()) {
             writeImage(cache, image);
         }
     }
 
     ResourceRegistry resources;
     DrawnTexts texts;
-    NewImages images;
+    NewImages newImages;
+    ContentImages images{newImages, resources};
 };
 
 } // namespace corvane

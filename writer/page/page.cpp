@@ -88,15 +88,25 @@ void writeResetState(Filter& output, std::int32_t number) {
                          "/TR2 /Default /HT /Default /BG2 /Default /UCR2 /Default >>\rendobj\r");
 }
 
-std::int64_t writePatched(DocumentCache& cache, const UpdatePlan& plan, PlannedPatch& patch) {
-    const WrittenStreams written = writeStreams(cache, *plan.base, patch.page.bytes, patch.streams);
-    for (const MovedPattern& pattern : patch.page.patterns) {
+/// What the patches to one content need.
+void writeNeeded(DocumentCache& cache, const ContentPatch& content) {
+    for (const MovedPattern& pattern : content.patterns) {
         writePattern(cache, pattern);
     }
-    patch.page.paints->write(cache);
-    for (const DrawnGroup& group : patch.page.groups.groups()) {
+    for (const DrawnGroup& group : content.groups.groups()) {
         writeGroup(cache, group);
     }
+}
+
+std::int64_t writePatched(DocumentCache& cache, const UpdatePlan& plan, PlannedPatch& patch) {
+    ContentPatch& page = patch.page.page;
+    const WrittenStreams written = writeStreams(cache, *plan.base, page.bytes, patch.streams);
+    writeNeeded(cache, page);
+    for (FormObject& form : patch.page.forms) {
+        writeForm(cache, form);
+        writeNeeded(cache, form.patch);
+    }
+    patch.page.paints->write(cache);
     patch.page.fonts.write(cache);
     writeImages(cache, patch.page.images);
     if (patch.page.resetState != 0) {

@@ -140,14 +140,28 @@ bool ResourceRegistry::isUsed(const Category& in, const std::string& name) {
     return names_ && names_->contains(name);
 }
 
+std::vector<RawEntry> resourceEntries(DocumentCache& cache, const PageBase& base) {
+    return base.resourcesEntry ? rawEntries(cache, *base.resourcesEntry) : inheritedEntries(cache);
+}
+
 void ResourceRegistry::carryBase(DocumentCache& cache, const PageBase& base) {
-    cache_ = &cache;
-    resources_ = shared(base.resources);
+    std::vector<ObjectOwner> streams;
     for (const BaseStream& stream : base.streams) {
-        content_.push_back(shared(stream.stream));
+        streams.push_back(shared(stream.stream));
     }
-    for (RawEntry& entry :
-         base.resourcesEntry ? rawEntries(cache, *base.resourcesEntry) : inheritedEntries(cache)) {
+    avoidNames(cache, std::move(streams), shared(base.resources));
+    carry(cache, resourceEntries(cache, base));
+}
+
+void ResourceRegistry::avoidNames(DocumentCache& cache, std::vector<ObjectOwner> content,
+                                  ObjectOwner resources) {
+    cache_ = &cache;
+    content_ = std::move(content);
+    resources_ = std::move(resources);
+}
+
+void ResourceRegistry::carry(DocumentCache& cache, std::vector<RawEntry> entries) {
+    for (RawEntry& entry : entries) {
         const auto names = std::ranges::find(categoryNames, entry.key, &CategoryNames::key);
         if (names == categoryNames.end()) {
             others_.add(std::move(entry));

@@ -34,11 +34,19 @@ enum class ResourceCategory {
     property, ///< of marked content
 };
 
+/// The entries of the resources of the base of the page in use, its own or inherited.
+std::vector<RawEntry> resourceEntries(DocumentCache& cache, const PageBase& base);
+
 class ResourceRegistry {
 public:
-    /// Takes over the resources of the base of the page in use, its own or inherited, in their own
-    /// bytes: once, before anything is added. What is no dictionary cannot be used by content: it
-    /// is carried while nothing is added to it. The cache outlives the registry.
+    /// Takes over the entries of a Resources dictionary in their own bytes: once, before anything
+    /// is added. What is no dictionary cannot be used by content: it is carried while nothing is
+    /// added to it.
+    void carry(DocumentCache& cache, std::vector<RawEntry> entries);
+    /// New objects get none of the names that this content uses, or what it draws that looks up
+    /// names in its resources: some lead nowhere. The cache outlives the registry.
+    void avoidNames(DocumentCache& cache, std::vector<ObjectOwner> content, ObjectOwner resources);
+    /// Both for the base of the page in use, whose resources are its own or inherited.
     void carryBase(DocumentCache& cache, const PageBase& base);
 
     /// The name of an indirect object in a category, without a slash: the one that it was added

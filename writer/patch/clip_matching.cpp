@@ -15,8 +15,8 @@ namespace {
 
 class ClipMatcher {
 public:
-    ClipMatcher(const BaseReading& base, const EditedArtwork& artwork, const Matching& matching)
-        : trace_(base.trace), artwork_(artwork), matching_(matching) {
+    ClipMatcher(const BaseContent& base, const EditedArtwork& artwork, const Matching& matching)
+        : number_(base.number), trace_(base.trace), artwork_(artwork), matching_(matching) {
         result_.links.resize(artwork.groups.size());
         result_.changedBy.resize(trace_.clipCount());
         result_.released.resize(trace_.clipCount());
@@ -53,8 +53,8 @@ private:
                 high = middle;
             }
         }
-        const bool isHere = source.end > 0 && source.content == 0 && low < trace_.clipCount() &&
-                            startOf(low) == source.start &&
+        const bool isHere = source.end > 0 && source.content == number_ &&
+                            low < trace_.clipCount() && startOf(low) == source.start &&
                             trace_.events()[trace_.clip(low).event].end == source.end;
         return isHere ? low : 0;
     }
@@ -179,6 +179,7 @@ private:
         }
     }
 
+    std::int32_t number_;
     const ContentTrace& trace_;
     const EditedArtwork& artwork_;
     const Matching& matching_;
@@ -194,12 +195,12 @@ bool cutsNothing(Art clip, const ArtExtent& extent) {
 
 } // namespace
 
-ClipMatching matchClips(const BaseReading& base, const EditedArtwork& artwork,
+ClipMatching matchClips(const BaseContent& base, const EditedArtwork& artwork,
                         const Matching& matching) {
     return ClipMatcher(base, artwork, matching).match();
 }
 
-bool isClippedAlike(const BaseReading& base, const EditedArtwork& artwork,
+bool isClippedAlike(const BaseContent& base, const EditedArtwork& artwork,
                     const ClipMatching& clips, TraceIndex clip, const EditedObject& object) {
     const ContentTrace& trace = base.trace;
     if (trace.clip(clip).depth > budget::comparedClips) {

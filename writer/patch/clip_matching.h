@@ -25,13 +25,13 @@ struct ClipMatching {
 /// Matches clips by source, or by their points where an editor dropped the source. A clip in which
 /// the page paints something that no art shows neither changes nor goes: the groups whose clip
 /// was changed have new ones then.
-ClipMatching matchClips(const BaseReading& base, const EditedArtwork& artwork,
+ClipMatching matchClips(const BaseContent& base, const EditedArtwork& artwork,
                         const Matching& matching);
 
 /// Whether an object is clipped in the artwork as the page clips it behind `clip`. Rectangles that
 /// cut nothing of the object do not count, nor do clips that no art shows. Clips deeper than
 /// `budget::comparedClips` are taken to be the same.
-bool isClippedAlike(const BaseReading& base, const EditedArtwork& artwork,
+bool isClippedAlike(const BaseContent& base, const EditedArtwork& artwork,
                     const ClipMatching& clips, TraceIndex clip, const EditedObject& object);
 
 } // namespace corvane

@@ -109,7 +109,7 @@ bool isGuide(Art art) {
 
 bool ArtDifference::any() const {
     return kind || shape || paints || fill || strokeParts() || flatness || letters || place ||
-           image;
+           image || inside;
 }
 
 bool sameColour(const Colour& was, const Colour& is) {

@@ -25,8 +25,9 @@ struct ArtDifference {
     bool miterLimit = false;
     bool flatness = false;
     bool letters = false; ///< of text: what is shown, in which font, and how letters stand
-    bool place = false;   ///< of text: where it begins, its size and direction; of images: where
+    bool place = false;   ///< of text: where it begins, its size and direction; of others: where
     bool image = false;   ///< of images: which one
+    bool inside = false;  ///< of forms: what they hold, and how that is clipped
     /// No difference of the paint: gradients and patterns moved as the object did.
     bool movesPaint = false;
 

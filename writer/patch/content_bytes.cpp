@@ -16,7 +16,7 @@ std::string_view ContentBytes::stream(std::size_t index) {
     Decoded decoded;
     decoded.charge.resize(static_cast<std::int64_t>(length));
     decoded.bytes.resize(length);
-    StreamChain chain(*cache_, streams_[index].stream.get());
+    StreamChain chain(*cache_, streams_[index].get());
     if (readFilter(chain.top(), std::as_writable_bytes(std::span(decoded.bytes))) != length) {
         failException(Exception::unpatchable);
     }

@@ -1,7 +1,7 @@
-// The decoded bytes of a page's content, its streams taken as one sequence.
+// The decoded bytes of a content, its streams taken as one sequence.
 #pragma once
 
-#include "reader/page/page_content.h"
+#include "reader/document/cache.h"
 #include "runtime/memory.h"
 #include "writer/patch/path_bytes.h"
 
@@ -10,6 +10,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace corvane {
@@ -17,9 +18,9 @@ namespace corvane {
 class ContentBytes {
 public:
     /// `starts`: the first bytes of the streams, and of what would come behind the last.
-    ContentBytes(DocumentCache& cache, std::span<const BaseStream> streams,
+    ContentBytes(DocumentCache& cache, std::vector<ObjectOwner> streams,
                  std::span<const std::uint32_t> starts)
-        : cache_(&cache), streams_(streams), starts_(starts.begin(), starts.end()) {}
+        : cache_(&cache), streams_(std::move(streams)), starts_(starts.begin(), starts.end()) {}
 
     std::span<const std::uint32_t> starts() const { return starts_; }
 
@@ -41,7 +42,7 @@ private:
     };
 
     DocumentCache* cache_;
-    std::span<const BaseStream> streams_;
+    std::vector<ObjectOwner> streams_;
     std::vector<std::uint32_t> starts_;
     std::map<std::size_t, Decoded> decoded_;
 };

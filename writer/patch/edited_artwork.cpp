@@ -1,15 +1,17 @@
 #include "writer/patch/edited_artwork.h"
 
 #include "reader/content/art.h"
-#include "reader/form/form_drawing.h"
 #include "reader/image/place_image.h"
 #include "reader/text/show_text.h"
 #include "runtime/callbacks.h"
 #include "writer/art/art_stack.h"
 #include "writer/art/layers.h"
 #include "writer/art/style_works.h"
+#include "writer/patch/base_content.h"
+#include "writer/patch/form/edited_form.h"
 #include "writer/patch/text/glyph_group.h"
 
+#include <deque>
 #include <set>
 #include <utility>
 
@@ -19,7 +21,8 @@ namespace {
 
 class Lister {
 public:
-    explicit Lister(EditedArtwork& artwork) : artwork_(artwork) {}
+    Lister(EditedArtwork& page, const BaseContents& base, EditedForms& forms)
+        : base_(base), forms_(forms), page_(page), artwork_(&page) {}
 
     void layer(Layer layer) {
         LayerInfo info;
@@ -28,25 +31,27 @@ public:
         if (!isOfAnnotations_ && leavesOut(info)) {
             return;
         }
-        const std::size_t before = artwork_.objects.size();
+        const std::size_t before = page_.objects.size();
         Art top = Art::null;
         callHost(slot::getLayerArt, layer, &top);
         pending_.push(top);
         for (ArtStep step; pending_.next(step);) {
             if (step.what == ArtStep::What::art) {
                 visit(step.art);
+            } else if (group_ != 0) {
+                group_ = artwork_->groups[group_].outer;
             } else {
-                group_ = artwork_.groups[group_].outer;
+                leaveForm();
             }
         }
-        if (artwork_.objects.size() == before) {
+        if (page_.objects.size() == before) {
             return;
         }
         if (!isOfAnnotations_) {
-            artwork_.layers.push_back(commentText(info.title));
+            page_.layers.push_back(commentText(info.title));
         } else if (leavesOut(info)) {
-            while (artwork_.objects.size() > before) {
-                artwork_.objects.pop();
+            while (page_.objects.size() > before) {
+                page_.objects.pop();
             }
         }
     }
@@ -59,7 +64,7 @@ private:
         const ArtKind kind = artKind(art);
         switch (static_cast<std::int16_t>(kind)) {
         case 1:
-            if ((isOfAnnotations_ && addAnnotation(art)) || addForm(art) || addSourced(art)) {
+            if ((isOfAnnotations_ && addAnnotation(art)) || enterForm(art) || addSourced(art)) {
                 return;
             }
             [[fallthrough]];
@@ -89,22 +94,7 @@ private:
         if (form.content == 0 || !annotations_.insert({form.object, form.content}).second) {
             return false;
         }
-        artwork_.annotations.push(group);
-        return true;
-    }
-
-    /// What a form of the page painted is one object. Without a source it is the objects in it.
-    bool addForm(Art group) {
-        if (!hostHoldsForms()) {
-            return false;
-        }
-        EditedObject object{
-            .art = group, .kind = ArtKind::group, .isForm = true, .group = group_, .source = {}};
-        callHost(slot::getArtSource, group, &object.source);
-        if (formOf(group).content == 0 || object.source.ordinal < 0 || object.source.content != 0) {
-            return false;
-        }
-        artwork_.objects.push(object);
+        page_.annotations.push(group);
         return true;
     }
 
@@ -117,14 +107,45 @@ private:
         if (object.source.ordinal < 0 || clipped != 0 || !isGlyphGroup(group)) {
             return false;
         }
-        artwork_.objects.push(object);
+        artwork_->objects.push(object);
         return true;
     }
 
-    void add(Art art, ArtKind kind) {
-        EditedObject object{.art = art, .kind = kind, .group = group_, .source = {}};
+    bool enterForm(Art group) {
+        if (!base_.hasForms()) {
+            return false;
+        }
+        const std::int32_t number = formOf(group).content;
+        const BaseContent* const content = number > 0 ? base_.find(number) : nullptr;
+        if (content == nullptr) {
+            return false;
+        }
+        const Art clip = clipOf(group);
+        open_.push_back(
+            {.form = EditedForm{.group = group, .clip = clip, .base = content}, .group = group_});
+        artwork_ = &open_.back().form.inside;
+        artwork_->groups.push({});
+        group_ = 0;
+        enterChildren(group, clip);
+        return true;
+    }
+
+    void leaveForm() {
+        OpenForm left = std::move(open_.back());
+        open_.pop_back();
+        for (const EditedObject& object : left.form.inside.objects.items()) {
+            left.form.leaves += object.form != nullptr ? object.form->leaves : 1;
+        }
+        forms_.push_back(std::move(left.form));
+        group_ = left.group;
+        artwork_ = open_.empty() ? &page_ : &open_.back().form.inside;
+        add(forms_.back().group, ArtKind::group, &forms_.back());
+    }
+
+    void add(Art art, ArtKind kind, EditedForm* form = nullptr) {
+        EditedObject object{.art = art, .kind = kind, .form = form, .group = group_, .source = {}};
         callHost(slot::getArtSource, art, &object.source);
-        artwork_.objects.push(object);
+        artwork_->objects.push(object);
     }
 
     void addRuns(Art text) {
@@ -136,27 +157,43 @@ private:
         for (std::int32_t run = 0; run < count; ++run) {
             TextRun letters;
             callHost(slot::getTextRun, text, run, &letters);
-            artwork_.objects.push({.art = text,
-                                   .kind = ArtKind::text,
-                                   .group = group_,
-                                   .source = letters.source,
-                                   .run = run});
+            artwork_->objects.push({.art = text,
+                                    .kind = ArtKind::text,
+                                    .group = group_,
+                                    .source = letters.source,
+                                    .run = run});
         }
     }
 
     void enter(Art art, ArtKind kind) {
-        std::uint8_t clipped = 0;
-        if (kind == ArtKind::group) {
-            callHost(slot::getGroupClipped, art, &clipped);
-        }
-        const Art first = firstChild(art);
-        const Art clip = clipped != 0 ? first : Art::null;
-        artwork_.groups.push({group_, clip});
-        group_ = static_cast<EditedIndex>(artwork_.groups.size() - 1);
-        pending_.enter(clip == Art::null ? first : nextSibling(first), ArtStep::What::leave);
+        const Art clip = kind == ArtKind::group ? clipOf(art) : Art::null;
+        artwork_->groups.push({group_, clip});
+        group_ = static_cast<EditedIndex>(artwork_->groups.size() - 1);
+        enterChildren(art, clip);
     }
 
-    EditedArtwork& artwork_;
+    static Art clipOf(Art group) {
+        std::uint8_t clipped = 0;
+        callHost(slot::getGroupClipped, group, &clipped);
+        return clipped != 0 ? firstChild(group) : Art::null;
+    }
+
+    void enterChildren(Art group, Art clip) {
+        pending_.enter(clip == Art::null ? firstChild(group) : nextSibling(clip),
+                       ArtStep::What::leave);
+    }
+
+    /// A form that is being listed, and the list to go on with behind it.
+    struct OpenForm {
+        EditedForm form;
+        EditedIndex group = 0;
+    };
+
+    const BaseContents& base_;
+    EditedForms& forms_;
+    EditedArtwork& page_;
+    EditedArtwork* artwork_;    // of the page, or of the innermost open form
+    std::deque<OpenForm> open_; // from the outermost
     std::set<std::pair<std::int32_t, std::int32_t>> annotations_;
     bool isOfAnnotations_ = false;
     ArtStack pending_;
@@ -165,10 +202,10 @@ private:
 
 } // namespace
 
-EditedArtwork listArtwork() {
+EditedArtwork listArtwork(const BaseContents& base, EditedForms& forms) {
     EditedArtwork artwork;
     artwork.groups.push({});
-    Lister lister(artwork);
+    Lister lister(artwork, base, forms);
     ChargedList<Layer> layers = listLayers();
     while (!layers.empty()) {
         lister.layer(layers.pop());

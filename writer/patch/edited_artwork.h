@@ -1,10 +1,12 @@
-// The artwork that is to be saved, as a list of what is painted, from the back to the front.
+// The artwork that is to be saved, as lists of what is painted, from the back to the front: one for
+// the page, and one for each form of the page.
 #pragma once
 
 #include "host/artwork.h"
 #include "runtime/charged_list.h"
 
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <vector>
 
@@ -15,6 +17,9 @@ using EditedIndex = std::uint32_t;
 
 inline constexpr EditedIndex notSet = UINT32_MAX;
 
+class BaseContents;
+struct EditedForm;
+
 struct EditedGroup {
     EditedIndex outer = 0;
     Art clip = Art::null; ///< null: the group does not clip
@@ -22,9 +27,9 @@ struct EditedGroup {
 
 struct EditedObject {
     Art art = Art::null;
-    /// Or a compound path, text, a placed image; a group that has a source.
+    /// Or a compound path, text, a placed image; a group that has a source, or that is a form.
     ArtKind kind = ArtKind::path;
-    bool isForm = false; ///< a group that a form of the page painted
+    EditedForm* form = nullptr; ///< what it is; its objects are not in the list
     EditedIndex group = 0;
     ArtSource source;
     // Of text: each run is an object.
@@ -40,8 +45,12 @@ struct EditedArtwork {
     ChargedList<Art> annotations;      ///< groups, which are no objects
 };
 
-/// Asks the host for all that is drawn; layers that are left out are warned of. Art of a kind that
-/// cannot be written raises `type`.
-EditedArtwork listArtwork();
+/// Forms that artwork holds, those within others in front of these.
+using EditedForms = std::deque<EditedForm>;
+
+/// Asks the host for all that is drawn on the page; layers that are left out are warned of. Groups
+/// that are forms of the base are put into `forms`. Art of a kind that cannot be written raises
+/// `type`.
+EditedArtwork listArtwork(const BaseContents& base, EditedForms& forms);
 
 } // namespace corvane

@@ -1,6 +1,7 @@
 #include "writer/patch/gathered_state.h"
 
 #include "reader/content/losses.h"
+#include "runtime/exception.h"
 
 #include <algorithm>
 #include <array>
@@ -118,6 +119,26 @@ std::uint32_t GatheredState::rolesUpTo(TraceIndex setter) {
     return roles_[setter];
 }
 
+std::uint32_t GatheredState::rolesAround() {
+    if (rolesAround_) {
+        return *rolesAround_;
+    }
+    std::uint32_t roles = 0;
+    for (const BaseContent* inner = &content_; inner->form != nullptr; inner = inner->around) {
+        const ContentTrace& around = inner->around->trace;
+        for (TraceIndex setter = around.events()[inner->form->event].behind.setter; setter != 0;
+             setter = around.setter(setter).former) {
+            roles |= roleBit(around.events()[around.setter(setter).event].role);
+        }
+    }
+    rolesAround_ = roles;
+    return roles;
+}
+
+bool GatheredState::inherits() {
+    return rolesAround() != 0;
+}
+
 void GatheredState::writeInitial(const Surroundings& own, TraceIndex setter, bool isBehindNew) {
     if (setter == 0 && !isBehindNew) {
         return;
@@ -128,9 +149,14 @@ void GatheredState::writeInitial(const Surroundings& own, TraceIndex setter, boo
     for (const InitialPart& part : initialParts) {
         const bool isSet =
             isBehindNew || holdsRole(set, part.role) || (part.isExternal && isExternal);
-        if (isSet && !holdsRole(ofOwn, part.role)) {
-            walk_.text.add(part.word);
+        if (!isSet || holdsRole(ofOwn, part.role)) {
+            continue;
         }
+        if (holdsRole(rolesAround(), part.role) ||
+            (part.isExternal && holdsRole(rolesAround(), OperatorRole::external))) {
+            failException(Exception::unpatchable);
+        }
+        walk_.text.add(part.word);
     }
 }
 

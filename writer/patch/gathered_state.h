@@ -2,12 +2,13 @@
 #pragma once
 
 #include "host/matrix.h"
-#include "reader/content/content_trace.h"
 #include "writer/art/walk.h"
+#include "writer/patch/base_content.h"
 #include "writer/patch/content_bytes.h"
 #include "writer/patch/moved_patterns.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,12 +23,17 @@ struct PageMovement {
 
 class GatheredState {
 public:
-    GatheredState(Walk& walk, ContentBytes& bytes, const ContentTrace& trace,
+    GatheredState(Walk& walk, ContentBytes& bytes, const BaseContent& content,
                   MovedPatterns& patterns)
-        : walk_(walk), bytes_(bytes), trace_(trace), patterns_(patterns) {}
+        : walk_(walk), bytes_(bytes), content_(content), trace_(content.trace),
+          patterns_(patterns) {}
 
-    /// Sets what `own` has as a page begins, where another value may be in force: where an operator
-    /// up to `setter` set it, or new art was drawn before.
+    /// Whether the content begins with another state than a page does: one that was set around it.
+    bool inherits();
+
+    /// Sets what `own` has as the content begins, where another value may be in force: where an
+    /// operator up to `setter` set it, or new art was drawn before. Raises `unpatchable` where that
+    /// was set around the content.
     void writeInitial(const Surroundings& own, TraceIndex setter, bool isBehindNew);
 
     /// Sets the state that `own` says, and its CTM. `ctm` is in force so far. Soft
@@ -47,13 +53,17 @@ private:
     void enterSpace(const RealMatrix& space);
     void set(const SetterLink& link, const PageMovement& movement);
 
+    std::uint32_t rolesAround();
+
     Walk& walk_;
     ContentBytes& bytes_;
+    const BaseContent& content_;
     const ContentTrace& trace_;
     MovedPatterns& patterns_;
     RealMatrix space_;
     std::vector<std::uint32_t>
         roles_; // by setter: what it and those before it set, a bit for each role
+    std::optional<std::uint32_t> rolesAround_; // what was set around the content
 };
 
 } // namespace corvane

@@ -8,6 +8,7 @@
 #include "writer/art/object_works.h"
 #include "writer/art/path_works.h"
 #include "writer/art/style_works.h"
+#include "writer/patch/form/form_works.h"
 #include "writer/patch/insertion_points.h"
 #include "writer/patch/kept_works.h"
 #include "writer/patch/movement.h"
@@ -104,15 +105,24 @@ void InsertedWorks::writeObject(const Insertion& insertion) {
         writeSourced(object, edited, insertion.point.inForce.mark);
         return;
     }
-    if (edited.isForm) {
-        failException(Exception::unpatchable);
+    if (!tools_.state.inherits()) {
+        writeNew(edited);
+        isBehindNew_ = true;
+        return;
     }
-    if (edited.kind == ArtKind::text) {
+    enterWorks(walk_);
+    writeNew(edited);
+    leaveWorks(walk_);
+}
+
+void InsertedWorks::writeNew(const EditedObject& edited) {
+    if (edited.form != nullptr) {
+        newFormWorks(tools_, *edited.form);
+    } else if (edited.kind == ArtKind::text) {
         newTextWorks(tools_, edited);
     } else {
         objectWorks(walk_, edited.art);
     }
-    isBehindNew_ = true;
 }
 
 /// The state of text, what lies on the page moved.
@@ -151,16 +161,6 @@ void InsertedWorks::writeGlyphs(const MatchedObject& object, const EditedObject&
     movedGlyphsWorks(tools_, was, movement);
 }
 
-/// Drawn again as it was.
-void InsertedWorks::writeForm(const MatchedObject& object) {
-    const TraceEvent& event = eventOf(trace_, object.source);
-    if (object.difference.any()) {
-        failException(Exception::unpatchable);
-    }
-    tools_.state.write(event.behind, {}, {});
-    rangesWorks(tools_, {{event.start, event.end}});
-}
-
 void InsertedWorks::writeText(const MatchedObject& object, const EditedObject& edited) {
     const PaintedArt& was = trace_.painted()[object.source];
     const bool isMasked = (trace_.events()[was.event].behind.settings & softMaskSetting) != 0;
@@ -180,6 +180,14 @@ void InsertedWorks::writeImage(const MatchedObject& object, const EditedObject& 
         isMasked && object.difference.place ? movementOfImage(was.art, edited.art) : RealMatrix();
     tools_.state.write(own, {}, {.masks = movement, .patterns = {}});
     imageWorks(tools_, was, edited.art, object.difference);
+}
+
+void InsertedWorks::writeForm(const MatchedObject& object, const EditedForm& form) {
+    const PaintedArt& was = trace_.painted()[object.source];
+    const Surroundings& own = trace_.events()[was.event].behind;
+    const bool isMasked = (own.settings & softMaskSetting) != 0;
+    tools_.state.write(own, {}, isMasked ? form.movement.value_or(RealMatrix()) : RealMatrix());
+    formWorks(tools_, was, form);
 }
 
 /// The state that an object had, and its own bytes, or what an edit made of them.
@@ -205,8 +213,8 @@ void InsertedWorks::writeSourced(const MatchedObject& object, const EditedObject
     const Art art = edited.art;
     if (edited.kind == ArtKind::text) {
         writeText(object, edited);
-    } else if (edited.isForm) {
-        writeForm(object);
+    } else if (edited.form != nullptr) {
+        writeForm(object, *edited.form);
     } else if (edited.kind == ArtKind::group) {
         writeGlyphs(object, edited);
     } else if (trace_.painted()[object.source].isShading) {

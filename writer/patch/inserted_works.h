@@ -19,7 +19,7 @@ std::vector<bool> groupsApart(const EditedArtwork& artwork, const PaintOrder& or
 
 class InsertedWorks {
 public:
-    InsertedWorks(PatchTools& tools, const BaseReading& base, const EditedArtwork& artwork,
+    InsertedWorks(PatchTools& tools, const BaseContent& base, const EditedArtwork& artwork,
                   const Matching& matching, const std::vector<bool>& apart)
         : tools_(tools), walk_(tools.walk), base_(base), trace_(base.trace), artwork_(artwork),
           matching_(matching), apart_(apart) {}
@@ -36,14 +36,15 @@ private:
     void writeSourced(const MatchedObject& object, const EditedObject& edited, TraceIndex marks);
     void writeState(const PaintedArt& was, const ArtDifference& difference,
                     const RealMatrix& movement);
-    void writeForm(const MatchedObject&);
     void writeGlyphs(const MatchedObject&, const EditedObject&);
     void writeText(const MatchedObject& object, const EditedObject& edited);
     void writeImage(const MatchedObject& object, const EditedObject& edited);
+    void writeForm(const MatchedObject& object, const EditedForm& form);
+    void writeNew(const EditedObject& edited);
 
     PatchTools& tools_;
     Walk& walk_;
-    const BaseReading& base_;
+    const BaseContent& base_;
     const ContentTrace& trace_;
     const EditedArtwork& artwork_;
     const Matching& matching_;

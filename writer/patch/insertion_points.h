@@ -20,7 +20,7 @@ struct InsertionGap {
 
 class InsertionPoints {
 public:
-    InsertionPoints(const BaseReading& base, const EditedArtwork& artwork,
+    InsertionPoints(const BaseContent& base, const EditedArtwork& artwork,
                     const ClipMatching& clips);
 
     /// The place for an object of that group: where the marked content around both neighbours and

@@ -26,21 +26,25 @@ void unchangedWorks(PatchTools& tools, TraceIndex event) {
     wordWorks(tools, tools.trace.events()[event]);
 }
 
-void clipOnlyWorks(PatchTools& tools, TraceIndex event, Art changed) {
+void newClipWorks(PatchTools& tools, const RealMatrix& ctm, Art clip) {
     Walk& walk = tools.walk;
-    if (changed == Art::null) {
-        rangesWorks(tools, constructionBytes(tools.trace, event, true));
-        walk.text.add("n\n");
-        return;
-    }
-    walk.space = userSpace(tools.trace.matrix(tools.trace.events()[event].behind.matrix));
-    const ChargedList<Subpath> subpaths = subpathsWithin(changed);
+    walk.space = userSpace(ctm);
+    const ChargedList<Subpath> subpaths = subpathsWithin(clip);
     if (!segmentWorks(walk, subpaths.items())) {
         walk.text.add("0 0 0 0 re\n");
     }
     walk.space.reset();
-    walk.text.add(clipOperator(leadingStyle(changed)));
+    walk.text.add(clipOperator(leadingStyle(clip)));
     walk.text.add("n\n");
+}
+
+void clipOnlyWorks(PatchTools& tools, TraceIndex event, Art changed) {
+    if (changed != Art::null) {
+        return newClipWorks(tools, tools.trace.matrix(tools.trace.events()[event].behind.matrix),
+                            changed);
+    }
+    rangesWorks(tools, constructionBytes(tools.trace, event, true));
+    tools.walk.text.add("n\n");
 }
 
 } // namespace corvane

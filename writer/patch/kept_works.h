@@ -16,6 +16,9 @@ void wordWorks(PatchTools& tools, const TraceEvent& path);
 /// Writes the page's own bytes of a path: without what makes it a clip.
 void unchangedWorks(PatchTools& tools, TraceIndex event);
 
+/// Makes art the clip of what follows, in the user space under that CTM.
+void newClipWorks(PatchTools& tools, const RealMatrix& ctm, Art clip);
+
 /// Writes a path of the page that only clips: as it was, or in the form of that art.
 void clipOnlyWorks(PatchTools& tools, TraceIndex event, Art changed);
 

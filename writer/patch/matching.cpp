@@ -1,7 +1,7 @@
 #include "writer/patch/matching.h"
 
 #include "writer/image/image_works.h"
-#include "writer/patch/form_group.h"
+#include "writer/patch/form/edited_form.h"
 #include "writer/patch/look.h"
 #include "writer/patch/placed_image.h"
 #include "writer/patch/text/glyph_group.h"
@@ -26,21 +26,39 @@ bool isText(const PaintedArt& painted) {
     return painted.setting != 0;
 }
 
-bool isOfKind(const PaintedArt& painted, const EditedObject& object) {
-    return painted.isForm     ? object.isForm
-           : painted.isImage  ? object.kind == ArtKind::placed
-           : !isText(painted) ? isPath(object.kind)
-           : painted.isDrawn  ? object.kind == ArtKind::group && !object.isForm
-                              : object.kind == ArtKind::text;
-}
-
 bool isPath(const PaintedArt& painted) {
     return !isText(painted) && !painted.isImage && !painted.isForm;
 }
 
+/// Forms are found in another way.
+bool isOfKind(const PaintedArt& painted, const EditedObject& object) {
+    return object.form == nullptr && (painted.isImage   ? object.kind == ArtKind::placed
+                                      : isPath(painted) ? isPath(object.kind)
+                                      : painted.isDrawn ? object.kind == ArtKind::group
+                                                        : object.kind == ArtKind::text);
+}
+
+ArtDifference differenceOf(const EditedForm& form) {
+    ArtDifference difference;
+    difference.place = form.movement.has_value();
+    difference.inside = form.isChanged;
+    return difference;
+}
+
+/// What drew the form, if it was drawn in this content.
+PaintedIndex sourceOf(const BaseContent& base, const EditedForm& form) {
+    if (form.base->around != &base) {
+        return noSource;
+    }
+    const std::span<const PaintedArt> painted = base.trace.painted();
+    const auto at =
+        std::ranges::lower_bound(painted, form.base->form->event, {}, &PaintedArt::event);
+    return static_cast<PaintedIndex>(at - painted.begin());
+}
+
 class Matcher {
 public:
-    Matcher(const BaseReading& base, const EditedArtwork& artwork)
+    Matcher(const BaseContent& base, const EditedArtwork& artwork)
         : base_(base), artwork_(artwork) {
         charge_.resize(
             static_cast<std::int64_t>(artwork.objects.size() * sizeof(MatchedObject) +
@@ -63,7 +81,7 @@ private:
     PaintedIndex byNumber(const EditedObject& object) const {
         const ArtSource& source = object.source;
         const bool isNumber =
-            source.end == 0 && source.ordinal >= 0 && source.content == 0 &&
+            source.end == 0 && source.ordinal >= 0 && source.content == base_.number &&
             static_cast<std::size_t>(source.ordinal) < base_.trace.painted().size();
         const auto number = static_cast<PaintedIndex>(source.ordinal);
         const bool isFree = isNumber && matching_.owners[number] == noSource &&
@@ -207,7 +225,7 @@ private:
         return drawings.front();
     }
 
-    const BaseReading& base_;
+    const BaseContent& base_;
     const EditedArtwork& artwork_;
     ZoneCharge charge_;
     Matching matching_;
@@ -215,13 +233,16 @@ private:
 
 } // namespace
 
-Matching matchArtwork(const BaseReading& base, const EditedArtwork& artwork, bool sourcesMeanIt) {
+Matching matchArtwork(const BaseContent& base, const EditedArtwork& artwork, bool sourcesMeanIt) {
     return Matcher(base, artwork).match(sourcesMeanIt);
 }
 
-PaintedIndex sourceOf(const BaseReading& base, const EditedObject& object) {
+PaintedIndex sourceOf(const BaseContent& base, const EditedObject& object) {
+    if (object.form != nullptr) {
+        return sourceOf(base, *object.form);
+    }
     const ArtSource& source = object.source;
-    if (source.end <= 0 || source.content != 0) {
+    if (source.end <= 0 || source.content != base.number) {
         return noSource;
     }
     const std::span<const PaintedArt> painted = base.trace.painted();
@@ -244,10 +265,10 @@ PaintedIndex sourceOf(const BaseReading& base, const EditedObject& object) {
     return isHere ? static_cast<PaintedIndex>(at - painted.begin()) : noSource;
 }
 
-ArtDifference compareObject(const BaseReading& base, PaintedIndex source,
+ArtDifference compareObject(const BaseContent& base, PaintedIndex source,
                             const EditedObject& object) {
     const PaintedArt& was = base.trace.painted()[source];
-    return was.isForm    ? compareForms(was.art, object.art)
+    return was.isForm    ? differenceOf(*object.form)
            : was.isDrawn ? compareGlyphs(was.art, object.art, base.paints)
            : isText(was) ? compareText(base, was, object)
            : was.isImage ? compareImages(was.art, object.art)
@@ -258,7 +279,7 @@ const TraceEvent& eventOf(const ContentTrace& trace, PaintedIndex source) {
     return trace.events()[trace.painted()[source].event];
 }
 
-Art artOf(const BaseReading& base, PaintedIndex source) {
+Art artOf(const BaseContent& base, PaintedIndex source) {
     return base.trace.painted()[source].art;
 }
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "runtime/charged_list.h"
-#include "writer/patch/base_reading.h"
+#include "writer/patch/base_content.h"
 #include "writer/patch/comparison.h"
 #include "writer/patch/edited_artwork.h"
 
@@ -31,17 +31,17 @@ struct Matching {
 /// Matches by source. Of several objects with one source, the first that is unchanged is the
 /// source's, or else the first; the others are copies. Objects without a source are matched by the
 /// number in their id, then by equal points and paint; where sources mean nothing, by these alone.
-Matching matchArtwork(const BaseReading& base, const EditedArtwork& artwork, bool sourcesMeanIt);
+Matching matchArtwork(const BaseContent& base, const EditedArtwork& artwork, bool sourcesMeanIt);
 
 /// The source whose bytes the object names: `noSource` where it names none of the page's.
-PaintedIndex sourceOf(const BaseReading& base, const EditedObject& object);
+PaintedIndex sourceOf(const BaseContent& base, const EditedObject& object);
 
 /// How the object differs from what the source made, which is of its kind.
-ArtDifference compareObject(const BaseReading& base, PaintedIndex source,
+ArtDifference compareObject(const BaseContent& base, PaintedIndex source,
                             const EditedObject& object);
 
 /// The art that the source made.
-Art artOf(const BaseReading& base, PaintedIndex source);
+Art artOf(const BaseContent& base, PaintedIndex source);
 /// The event of the source.
 const TraceEvent& eventOf(const ContentTrace& trace, PaintedIndex source);
 

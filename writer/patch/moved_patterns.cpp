@@ -56,14 +56,13 @@ std::string_view MovedPatterns::add(std::string_view name, const RealMatrix& mov
 }
 
 std::int32_t MovedPatterns::copy(const std::string& name, const RealMatrix& movement) {
-    const ObjectOwner patterns = lookupObject(cache_, base_.resources.get(), "Pattern");
+    const ObjectOwner patterns = lookupObject(cache_, names_, "Pattern");
     if (typeObject(patterns.get()) != ObjectType::dictionary) {
         failException(Exception::unpatchable);
     }
     const Object named = findEntry(cache_, patterns.get(), name);
-    const RealMatrix& toArtboard = base_.matrix.exact;
-    const auto toPage = inverse(toArtboard);
-    if (typeObject(named) != ObjectType::reference || !toPage) {
+    const auto fromArtboard = inverse(toArtboard_);
+    if (typeObject(named) != ObjectType::reference || !fromArtboard) {
         failException(Exception::unpatchable);
     }
     std::int32_t number = 0;
@@ -76,8 +75,8 @@ std::int32_t MovedPatterns::copy(const std::string& name, const RealMatrix& move
             copied.entries.add(std::move(entry));
         }
     }
-    const RealMatrix onPage = multiply(multiply(toArtboard, movement), *toPage);
-    copied.matrix = multiply(matrixOf(cache_, pattern.get()), onPage);
+    const RealMatrix ofContent = multiply(multiply(toArtboard_, movement), *fromArtboard);
+    copied.matrix = multiply(matrixOf(cache_, pattern.get()), ofContent);
     if (typeObject(pattern.get()) == ObjectType::stream) {
         copied.stream = std::move(pattern);
     }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/matrix.h"
-#include "reader/page/page_base.h"
+#include "reader/document/cache.h"
 #include "writer/page/carried_entries.h"
 #include "writer/page/resource_registry.h"
 
@@ -24,8 +24,11 @@ struct MovedPattern {
 
 class MovedPatterns {
 public:
-    MovedPatterns(DocumentCache& cache, const PageBase& base, ResourceRegistry& resources)
-        : cache_(cache), base_(base), resources_(resources) {}
+    /// Of a content that looks up names in `names`, and from whose own space, in which its patterns
+    /// lie, that matrix leads to the artboard.
+    MovedPatterns(DocumentCache& cache, const Object& names, const RealMatrix& toArtboard,
+                  ResourceRegistry& resources)
+        : cache_(cache), names_(names), toArtboard_(toArtboard), resources_(resources) {}
 
     /// The name of a copy of that pattern, moved so on the artboard. The name is as the content
     /// writes it. A pattern that is no indirect object raises `unpatchable`.
@@ -42,7 +45,8 @@ private:
     std::int32_t copy(const std::string& name, const RealMatrix& movement);
 
     DocumentCache& cache_;
-    const PageBase& base_;
+    const Object& names_;
+    RealMatrix toArtboard_;
     ResourceRegistry& resources_;
     std::multimap<std::string, Known, std::less<>> known_;
     std::vector<MovedPattern> copies_;

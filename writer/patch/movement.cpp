@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <span>
 
 namespace corvane {
 
@@ -19,36 +18,6 @@ namespace {
 
 /// Points of the artboard that moved may miss the place where a matrix leads by so much.
 constexpr double room = 1.0 / 64;
-
-ChargedList<RealPoint> pointsOf(Art art) {
-    ChargedList<RealPoint> points;
-    ArtStack pending;
-    pending.push(art);
-    for (ArtStep step; pending.next(step);) {
-        if (step.what != ArtStep::What::art) {
-            continue;
-        }
-        switch (artKind(step.art)) {
-        case ArtKind::group:
-            pending.enter(firstChild(step.art), ArtStep::What::end);
-            break;
-        case ArtKind::placed: {
-            const RealMatrix matrix = realMatrix(placedImage(step.art).matrix);
-            for (const RealPoint& corner : unitSquare) {
-                points.push(transform(matrix, corner));
-            }
-            break;
-        }
-        default:
-            forEachSegment(step.art, [&](const Segment& segment) {
-                for (const Point& point : {segment.anchor, segment.in, segment.out}) {
-                    points.push({realFromFixed(point.x), realFromFixed(point.y)});
-                }
-            });
-        }
-    }
-    return points;
-}
 
 RealPoint difference(const RealPoint& a, const RealPoint& b) {
     return {a.x - b.x, a.y - b.y};
@@ -80,21 +49,56 @@ bool leadsTo(const RealMatrix& matrix, std::span<const RealPoint> from,
 
 } // namespace
 
+void addPoints(ChargedList<RealPoint>& points, Art art) {
+    ArtStack pending;
+    pending.push(art);
+    for (ArtStep step; pending.next(step);) {
+        if (step.what != ArtStep::What::art) {
+            continue;
+        }
+        switch (artKind(step.art)) {
+        case ArtKind::group:
+            pending.enter(firstChild(step.art), ArtStep::What::end);
+            break;
+        case ArtKind::placed: {
+            const RealMatrix matrix = realMatrix(placedImage(step.art).matrix);
+            for (const RealPoint& corner : unitSquare) {
+                points.push(transform(matrix, corner));
+            }
+            break;
+        }
+        default:
+            forEachSegment(step.art, [&](const Segment& segment) {
+                for (const Point& point : {segment.anchor, segment.in, segment.out}) {
+                    points.push({realFromFixed(point.x), realFromFixed(point.y)});
+                }
+            });
+        }
+    }
+}
+
 std::optional<RealMatrix> movementOf(Art was, Art is) {
-    const ChargedList<RealPoint> from = pointsOf(was);
-    const ChargedList<RealPoint> to = pointsOf(is);
+    ChargedList<RealPoint> from;
+    ChargedList<RealPoint> to;
+    addPoints(from, was);
+    addPoints(to, is);
+    return movementBetween(from.items(), to.items());
+}
+
+std::optional<RealMatrix> movementBetween(std::span<const RealPoint> from,
+                                          std::span<const RealPoint> to) {
     if (from.empty() || from.size() != to.size()) {
         return std::nullopt;
     }
     const RealPoint step = difference(to[0], from[0]);
     const RealMatrix moved{.tx = step.x, .ty = step.y};
-    if (leadsTo(moved, from.items(), to.items())) {
+    if (leadsTo(moved, from, to)) {
         return moved;
     }
     // The point farthest from the first, and the one farthest from the line through both.
     std::size_t far = 0;
     std::size_t wide = 0;
-    const auto vector = [&](const ChargedList<RealPoint>& points, std::size_t i) {
+    const auto vector = [](std::span<const RealPoint> points, std::size_t i) {
         return difference(points[i], points[0]);
     };
     for (std::size_t i = 0; i < from.size(); ++i) {
@@ -106,11 +110,11 @@ std::optional<RealMatrix> movementOf(Art was, Art is) {
     for (std::size_t i = 0; i < from.size(); ++i) {
         wide = widthOf(i) > widthOf(wide) ? i : wide;
     }
-    const auto frame = [&](const ChargedList<RealPoint>& points) {
+    const auto frame = [&](std::span<const RealPoint> points) {
         return std::array{points[0], vector(points, far), vector(points, wide)};
     };
     const std::optional<RealMatrix> matrix = matrixBetween(frame(from), frame(to));
-    return matrix && leadsTo(*matrix, from.items(), to.items()) ? matrix : std::nullopt;
+    return matrix && leadsTo(*matrix, from, to) ? matrix : std::nullopt;
 }
 
 } // namespace corvane

@@ -4,7 +4,10 @@
 #include "host/artwork.h"
 #include "host/matrix.h"
 
+#include "runtime/charged_list.h"
+
 #include <optional>
+#include <span>
 
 namespace corvane {
 
@@ -12,5 +15,11 @@ namespace corvane {
 /// a group of them, within
 /// an editor's rounding; nothing where there is none.
 std::optional<RealMatrix> movementOf(Art was, Art is);
+/// The same of points that belong to each other.
+std::optional<RealMatrix> movementBetween(std::span<const RealPoint> was,
+                                          std::span<const RealPoint> is);
+
+/// Adds the anchors and control points of a path, or of all that art holds.
+void addPoints(ChargedList<RealPoint>& points, Art art);
 
 } // namespace corvane

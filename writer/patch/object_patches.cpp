@@ -3,6 +3,7 @@
 #include "reader/content/losses.h"
 #include "runtime/exception.h"
 #include "writer/art/style_works.h"
+#include "writer/patch/form/form_works.h"
 #include "writer/patch/kept_works.h"
 #include "writer/patch/placed_image.h"
 #include "writer/patch/shading_works.h"
@@ -19,10 +20,10 @@ void ObjectPatches::addTo(std::vector<Patch>& patches) {
         if (path.role == OperatorRole::show && path.art != Art::null) {
             next += trace_.countParts(next);
         }
-        const bool mayBeImage =
+        const bool mayBeObject =
             path.role == OperatorRole::object || path.role == OperatorRole::endImage;
-        if (mayBeImage && path.art != Art::null) {
-            patchImage(next++);
+        if (mayBeObject && path.art != Art::null) {
+            patchObject(next++);
         }
         if (path.role == OperatorRole::paint && path.art != Art::null) {
             patchShading(next++);
@@ -99,7 +100,7 @@ void ObjectPatches::moveAlong(TraceIndex event, const PageMovement& movement) {
     }
 }
 
-void ObjectPatches::patchImage(PaintedIndex source) {
+void ObjectPatches::patchObject(PaintedIndex source) {
     const Paint paint = paintOf(source);
     const PaintedArt& was = trace_.painted()[source];
     const TraceEvent& event = trace_.events()[was.event];
@@ -111,13 +112,24 @@ void ObjectPatches::patchImage(PaintedIndex source) {
     }
     const EditedIndex owner = matching_.owners[source];
     const ArtDifference& difference = matching_.objects[owner].difference;
-    const Art art = artwork_.objects[owner].art;
+    const EditedObject& is = artwork_.objects[owner];
+    if (was.isForm && isDrawnInPlace(*is.form)) {
+        formWorks(tools_, was, *is.form);
+        patches_->push_back({{event.start, event.end}, tools_.taken()});
+        return;
+    }
     noneStyleWorks(tools_.walk);
     enterWorks(tools_.walk);
     if (difference.place && (event.behind.settings & softMaskSetting) != 0) {
-        moveAlong(was.event, {.masks = movementOfImage(was.art, art), .patterns = {}});
+        moveAlong(was.event, {.masks = was.isForm ? *is.form->movement
+                                                  : movementOfImage(was.art, is.art),
+                              .patterns = {}});
     }
-    imageWorks(tools_, was, art, difference);
+    if (was.isForm) {
+        formWorks(tools_, was, *is.form);
+    } else {
+        imageWorks(tools_, was, is.art, difference);
+    }
     leaveWorks(tools_.walk);
     patches_->push_back({{event.start, event.end}, "\n" + tools_.taken()});
 }

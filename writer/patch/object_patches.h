@@ -1,5 +1,5 @@
-// Patches where paths and images of the page stand: what was changed, removed or moved away, and
-// clips.
+// Patches where paths, images and forms of the page stand: what was changed, removed or moved away,
+// and clips.
 #pragma once
 
 #include "writer/patch/changed_works.h"
@@ -13,7 +13,7 @@ namespace corvane {
 
 class ObjectPatches {
 public:
-    ObjectPatches(PatchTools& tools, const BaseReading& base, const EditedArtwork& artwork,
+    ObjectPatches(PatchTools& tools, const BaseContent& base, const EditedArtwork& artwork,
                   const Matching& matching, const ClipMatching& clips, const PaintOrder& order)
         : tools_(tools), base_(base), trace_(base.trace), artwork_(artwork), matching_(matching),
           clips_(clips), order_(order) {}
@@ -27,7 +27,7 @@ private:
     Paint paintOf(PaintedIndex source) const;
     Clip clipOf(TraceIndex path) const;
     void patchPath(TraceIndex path, PaintedIndex source, Paint paint, Clip clip);
-    void patchImage(PaintedIndex source);
+    void patchObject(PaintedIndex source);
     void patchShading(PaintedIndex source);
     void remove(TraceIndex path);
     void removeClipWords(TraceIndex path);
@@ -36,7 +36,7 @@ private:
     TraceIndex linkOf(TraceIndex path) const;
 
     PatchTools& tools_;
-    const BaseReading& base_;
+    const BaseContent& base_;
     const ContentTrace& trace_;
     const EditedArtwork& artwork_;
     const Matching& matching_;

@@ -26,8 +26,8 @@ std::uint32_t startOfNext(const ContentTrace& trace, TraceIndex event) {
 /// Whether the outermost state is another at the end than at the beginning.
 bool isLeftChanged(const ContentTrace& trace) {
     const Surroundings& end = trace.atEndOfPage();
-    return end.clip != 0 || end.settings != 0 || !inverse(trace.matrix(end.matrix)) ||
-           (trace.atEnd().isInText && trace.openSaves() == 0);
+    return end.clip != 0 || end.settings != trace.atStart().settings ||
+           !inverse(trace.matrix(end.matrix)) || (trace.atEnd().isInText && trace.openSaves() == 0);
 }
 
 } // namespace
@@ -42,7 +42,7 @@ std::uint32_t placeBefore(const ContentTrace& trace, TraceIndex event) {
     return isFree ? *boundary : place;
 }
 
-PageEnd closePage(const ContentTrace& trace) {
+PageEnd closePage(const ContentTrace& trace, bool inherits) {
     PageEnd end;
     const Surroundings& last = trace.atEnd();
     end.behind += last.isInPath ? "n\n" : "";
@@ -54,7 +54,7 @@ PageEnd closePage(const ContentTrace& trace) {
         end.behind += "Q\n";
     }
     end.inForce = trace.atEndOfPage();
-    if (isLeftChanged(trace)) {
+    if (isLeftChanged(trace) || (inherits && trace.atEndOfPage().setter != 0)) {
         end.before = "q\n";
         end.behind += "Q\n";
         end.inForce = trace.atStart();

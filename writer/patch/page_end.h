@@ -22,6 +22,8 @@ struct PageEnd {
     Surroundings inForce;
 };
 
-PageEnd closePage(const ContentTrace& trace);
+/// Where `inherits`, the content begins with a state that cannot be set again, so what changed it
+/// is undone.
+PageEnd closePage(const ContentTrace& trace, bool inherits);
 
 } // namespace corvane

@@ -6,36 +6,24 @@
 #include "writer/font/new_fonts.h"
 #include "writer/image/new_images.h"
 #include "writer/page/resource_registry.h"
-#include "writer/patch/content_bytes.h"
-#include "writer/patch/drawn_groups.h"
-#include "writer/patch/moved_patterns.h"
-#include "writer/patch/patch.h"
+#include "writer/patch/content_patch.h"
+#include "writer/patch/form/form_object.h"
+#include "writer/patch/patch_counts.h"
 
 #include <cstdint>
+#include <deque>
 #include <memory>
+#include <vector>
 
 namespace corvane {
 
-/// What became of the objects, as a person counts them.
-struct PatchCounts {
-    std::int32_t kept = 0;
-    std::int32_t changed = 0;
-    std::int32_t added = 0;
-    std::int32_t removed = 0;
-    std::int32_t moved = 0;
-};
-
 struct PagePatch {
-    ContentPatches content;
-    ContentBytes bytes; ///< of the base
-    std::vector<MovedPattern> patterns;
+    ContentPatch page;
+    std::deque<FormObject> forms; ///< that are drawn instead of forms that the file has
     std::unique_ptr<NewPaints> paints;
-    DrawnGroups groups;
     NewFonts fonts;
-    std::vector<NewImage> images; ///< that it draws and the file does not have
-    PatchCounts counts;
-    bool isDamaged = false;      ///< tokens of the base could not all be read
-    std::int32_t resetState = 0; ///< number of the external graphics state to write; 0: none
+    std::vector<NewImage> images; ///< that are drawn and the file does not have
+    std::int32_t resetState = 0;  ///< number of the external graphics state to write; 0: none
 };
 
 /// Objects that patches need get numbers, and names in `resources`. Raises `unpatchable` where the

@@ -17,17 +17,14 @@ namespace {
 /// Whether what an edit changed can be drawn in the place of the old bytes.
 bool canStay(const ContentTrace& trace, PaintedIndex source, const ArtDifference& difference) {
     const PaintedArt& painted = trace.painted()[source];
-    if (painted.isForm) {
-        return !difference.any();
-    }
     if (painted.setting != 0) {
         return !difference.any() || isShownInPlace(trace, painted, difference);
     }
-    const TraceIndex index = trace.painted()[source].event;
+    const TraceIndex index = painted.event;
     const Surroundings& here = trace.events()[index].behind;
-    const PaintedArt& painted = trace.painted()[source];
     const bool isApart =
-        painted.isImage || painted.isShading ? !here.isInPath : isPlainPath(trace, index);
+        painted.isImage || painted.isForm || painted.isShading ? !here.isInPath
+                                                               : isPlainPath(trace, index);
     return !difference.any() ||
            (!here.isInText && isApart && inverse(trace.matrix(here.matrix)).has_value());
 }
@@ -60,7 +57,7 @@ std::vector<EditedIndex> longestRun(const std::vector<EditedIndex>& objects,
 
 class Placer {
 public:
-    Placer(const BaseReading& base, const EditedArtwork& artwork, const Matching& matching,
+    Placer(const BaseContent& base, const EditedArtwork& artwork, const Matching& matching,
            const ClipMatching& clips)
         : base_(base), trace_(base.trace), artwork_(artwork), matching_(matching), clips_(clips),
           points_(base, artwork, clips) {}
@@ -225,7 +222,7 @@ private:
         }
     }
 
-    const BaseReading& base_;
+    const BaseContent& base_;
     const ContentTrace& trace_;
     const EditedArtwork& artwork_;
     const Matching& matching_;
@@ -240,7 +237,7 @@ private:
 
 } // namespace
 
-PaintOrder orderObjects(const BaseReading& base, const EditedArtwork& artwork,
+PaintOrder orderObjects(const BaseContent& base, const EditedArtwork& artwork,
                         const Matching& matching, const ClipMatching& clips) {
     return Placer(base, artwork, matching, clips).place();
 }

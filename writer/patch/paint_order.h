@@ -31,7 +31,7 @@ struct PaintOrder {
 
 /// Keeps the longest run of objects that are still in the order of the page, each within the same
 /// clips, and finds places for all others. Raises `unpatchable` where an object has none.
-PaintOrder orderObjects(const BaseReading& base, const EditedArtwork& artwork,
+PaintOrder orderObjects(const BaseContent& base, const EditedArtwork& artwork,
                         const Matching& matching, const ClipMatching& clips);
 
 } // namespace corvane

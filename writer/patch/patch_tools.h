@@ -8,11 +8,13 @@
 #include "writer/art/walk.h"
 #include "writer/image/new_images.h"
 #include "writer/paint/new_paints.h"
+#include "writer/patch/base_content.h"
 #include "writer/patch/content_bytes.h"
 #include "writer/patch/drawn_groups.h"
 #include "writer/patch/gathered_state.h"
 #include "writer/patch/moved_patterns.h"
 #include "writer/patch/text/show_bytes.h"
+#include "writer/text/font_names.h"
 #include "writer/text/set_text.h"
 
 #include <cstdint>
@@ -21,15 +23,35 @@
 
 namespace corvane {
 
+/// Of all contents of a page: objects that are written once, wherever they are used.
+struct PageTools {
+    PageTools(DocumentCache& inUse, const PageBase& pageBase, const PageFonts& pageFonts)
+        : cache(inUse), base(pageBase), fonts(pageFonts), setText(&pageFonts), images(inUse),
+          paints(std::make_unique<NewPaints>(inUse)) {}
+    PageTools(const PageTools&) = delete;
+    PageTools& operator=(const PageTools&) = delete;
+
+    DocumentCache& cache;
+    const PageBase& base;
+    const PageFonts& fonts;
+    SetText setText;
+    NewImages images;
+    std::unique_ptr<NewPaints> paints;
+    std::int32_t resetState = 0; ///< number of the state that a page begins with; 0: not needed
+};
+
+/// Of one content.
 struct PatchTools {
-    PatchTools(DocumentCache& cache, const PageBase& base, const ContentTrace& pageTrace,
-               const PageFonts& fonts, ResourceRegistry& resources)
-        : trace(pageTrace), bytes(cache, base.streams, pageTrace.streamStarts()),
-          patterns(cache, base, resources), paints(std::make_unique<NewPaints>(cache)),
-          contentPaints(*paints, resources, contentOf(base)), groups(*paints, resources),
-          setText(&fonts, resources), images(cache, resources), walk(sink),
-          state(walk, bytes, pageTrace, patterns) {
-        walk.images = &images;
+    PatchTools(PageTools& pageTools, const BaseContent& patched, ResourceRegistry& registry)
+        : ofPage(pageTools), content(patched), trace(patched.trace), resources(registry),
+          bytes(ofPage.cache, streamsOf(patched, ofPage.base), trace.streamStarts()),
+          patterns(ofPage.cache, resourcesOf(patched, ofPage.base), matrixOf(patched, ofPage.base),
+                   resources),
+          contentPaints(*ofPage.paints, resources, paintedContent()),
+          contentImages(ofPage.images, resources), groups(*ofPage.paints, resources),
+          fontNames(ofPage.cache, ofPage.fonts, resourcesOf(patched, ofPage.base), resources),
+          walk(sink), state(walk, bytes, patched, patterns) {
+        walk.images = &contentImages;
         walk.paints = hostHoldsPatterns() ? &contentPaints : nullptr;
     }
     PatchTools(const PatchTools&) = delete;
@@ -44,20 +66,22 @@ struct PatchTools {
         return text;
     }
 
-    /// The page's own content; what is beyond it on the artboard is not seen.
-    static PaintedContent contentOf(const PageBase& base) {
-        return {.placement = inverse(base.matrix.exact).value_or(RealMatrix()),
+    /// Of new paints; what is beyond the artboard is not seen.
+    PaintedContent paintedContent() const {
+        return {.placement = inverse(matrixOf(content, ofPage.base)).value_or(RealMatrix()),
                 .area = visibleArtboard()};
     }
 
+    PageTools& ofPage;
+    const BaseContent& content;
     const ContentTrace& trace;
+    ResourceRegistry& resources;
     ContentBytes bytes;
     MovedPatterns patterns;
-    std::unique_ptr<NewPaints> paints;
     ContentPaints contentPaints;
+    ContentImages contentImages;
     DrawnGroups groups;
-    SetText setText;
-    NewImages images;
+    FontNames fontNames;
     ShownOperators shown{bytes, trace};
     TextSink sink;
     Walk walk;

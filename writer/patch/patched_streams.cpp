@@ -114,14 +114,19 @@ void put(Filter& to, std::string_view text) {
     writeFilter(to, std::as_bytes(std::span(text)));
 }
 
-bool isCompressed(DocumentCache& cache, const BaseStream& stream) {
-    const Object& dictionary = elementsObject(stream.stream.get())[0];
-    return typeObject(findEntry(cache, dictionary, "Filter")) != ObjectType::null;
-}
-
 bool wantsPlain() {
     const auto extension = knownExtension();
     return extension && extension->plainContent;
+}
+
+void putPatched(Filter& to, const PatchedStream& stream, std::string_view former) {
+    std::size_t from = 0;
+    for (const Patch& patch : stream.patches) {
+        put(to, former.substr(from, patch.range.start - from));
+        put(to, patch.text);
+        from = patch.range.end;
+    }
+    put(to, former.substr(from));
 }
 
 class StreamWriter {
@@ -159,37 +164,10 @@ private:
         written_.bytes += finishStream(cache_, stream.number, deflates ? compressed : stream.text);
     }
 
-    /// The old bytes may be many: they are not gathered with the patches, so their length is known
-    /// when they are written.
     void writePatched(const PatchedStream& stream) {
-        const bool deflates = !wantsPlain() && isCompressed(cache_, base_.streams[*stream.base]);
-        begin(stream.number, deflates);
-        stringOutput(output_, "/Length ");
-        referenceOutput(output_, stream.length, 0);
-        stringOutput(output_, ">>\rstream\r");
-        const std::int32_t start = markFilter(output_);
-        Chain data(&output_);
-        linkSeal(cache_, data, newStreamCipher(cache_), {stream.number, 0});
-        if (deflates) {
-            data.link(setupDeflate());
-        }
-        putPatched(*data.top(), stream);
-        data.unlink();
-        const std::int32_t length = markFilter(output_) - start;
-        stringOutput(output_, "\rendstream\rendobj\r");
-        writeLength(cache_, stream.length, length);
-        written_.bytes += length;
-    }
-
-    void putPatched(Filter& to, const PatchedStream& stream) {
-        const std::string_view old = bytes_.stream(*stream.base);
-        std::size_t from = 0;
-        for (const Patch& patch : stream.patches) {
-            put(to, old.substr(from, patch.range.start - from));
-            put(to, patch.text);
-            from = patch.range.end;
-        }
-        put(to, old.substr(from));
+        const bool compresses = compressesPatched(cache_, base_.streams[*stream.base].stream.get());
+        begin(stream.number, compresses);
+        written_.bytes += finishPatched(cache_, stream, bytes_.stream(*stream.base), compresses);
     }
 
     DocumentCache& cache_;
@@ -201,11 +179,47 @@ private:
 
 } // namespace
 
-std::vector<PatchedStream> divideContent(PagePatch& page, const PageBase& base) {
+bool compressesPatched(DocumentCache& cache, const Object& former) {
+    const Object& dictionary = elementsObject(former)[0];
+    return !wantsPlain() && typeObject(findEntry(cache, dictionary, "Filter")) != ObjectType::null;
+}
+
+/// The former bytes may be many: they are not gathered with the patches, so their length is known
+/// when they are written.
+std::int64_t finishPatched(DocumentCache& cache, const PatchedStream& stream,
+                           std::string_view former, bool compresses) {
+    Filter& output = *cache.output;
+    stringOutput(output, "/Length ");
+    referenceOutput(output, stream.length, 0);
+    stringOutput(output, ">>\rstream\r");
+    const std::int32_t start = markFilter(output);
+    Chain data(&output);
+    linkSeal(cache, data, newStreamCipher(cache), {stream.number, 0});
+    if (compresses) {
+        data.link(setupDeflate());
+    }
+    putPatched(*data.top(), stream, former);
+    data.unlink();
+    const std::int32_t length = markFilter(output) - start;
+    stringOutput(output, "\rendstream\rendobj\r");
+    writeLength(cache, stream.length, length);
+    return length;
+}
+
+std::vector<PatchedStream> divideContent(ContentPatch& page, const PageBase& base) {
     const bool isOne = base.streams.size() == 1 && !page.isDamaged &&
                        streamLength(base.streams.front().stream.get()) <= budget::joinedStreamBytes;
     Divider divider(page.content, page.bytes.starts());
     return isOne ? divider.join() : divider.divide();
+}
+
+PatchedStream joinContent(ContentPatch& form) {
+    PatchedStream stream = std::move(Divider(form.content, form.bytes.starts()).join().front());
+    if (stream.patches.empty()) { // a copy with other resources
+        stream.number = nextIdentity();
+        stream.length = nextIdentity();
+    }
+    return stream;
 }
 
 WrittenStreams writeStreams(DocumentCache& cache, const PageBase& base, ContentBytes& bytes,

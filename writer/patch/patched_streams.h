@@ -4,12 +4,16 @@
 
 #include "reader/page/page_base.h"
 #include "writer/page/page_object.h"
-#include "writer/patch/page_patch.h"
+#include "writer/patch/content_bytes.h"
+#include "writer/patch/content_patch.h"
+#include "writer/patch/patch.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace corvane {
@@ -26,7 +30,9 @@ struct PatchedStream {
 /// Divides the patches among the streams and numbers those that are written. What stands between
 /// two streams becomes a stream of its own; but a page of one short stream keeps one. The texts of
 /// the patches are moved out of the content; their charge stays there.
-std::vector<PatchedStream> divideContent(PagePatch& page, const PageBase& base);
+std::vector<PatchedStream> divideContent(ContentPatch& page, const PageBase& base);
+/// All patches in the one stream that a form is.
+PatchedStream joinContent(ContentPatch& form);
 
 /// What was written, for the page object and for the person.
 struct WrittenStreams {
@@ -38,5 +44,12 @@ struct WrittenStreams {
 /// content where that is shorter, unless the host wants it plain.
 WrittenStreams writeStreams(DocumentCache& cache, const PageBase& base, ContentBytes& bytes,
                             std::span<const PatchedStream> streams);
+
+/// Whether a stream that was patched is compressed: as the former one was.
+bool compressesPatched(DocumentCache& cache, const Object& former);
+/// Ends the object of such a stream, whose dictionary is open: writes its Length and the former
+/// bytes with the patches. Bytes of the data as they stand in the file.
+std::int64_t finishPatched(DocumentCache& cache, const PatchedStream& stream,
+                           std::string_view former, bool compresses);
 
 } // namespace corvane

@@ -4,8 +4,10 @@
 #include "runtime/exception.h"
 #include "runtime/matrix.h"
 #include "runtime/warning.h"
+#include "writer/art/style_works.h"
 #include "writer/image/image_works.h"
 #include "writer/patch/kept_works.h"
+#include "writer/art/space_works.h"
 
 #include <algorithm>
 #include <cmath>
@@ -64,11 +66,11 @@ void imageWorks(PatchTools& tools, const PaintedArt& was, Art is, const ArtDiffe
         if (!back) {
             failException(Exception::unpatchable);
         }
-        imageSpaceWorks(tools.walk, multiply(realMatrix(placedImage(is).matrix), *back));
+        spaceWorks(tools.walk, multiply(realMatrix(placedImage(is).matrix), *back));
     }
     if (difference.image) {
         tools.walk.text.add("/");
-        tools.walk.text.add(tools.images.add(placedImage(is)));
+        tools.walk.text.add(tools.contentImages.add(placedImage(is)));
         tools.walk.text.add(" Do\n");
     } else {
         rangesWorks(tools, {{event.start, event.end}});

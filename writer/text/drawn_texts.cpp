@@ -42,7 +42,7 @@ Art firstOf(Art art) {
 
 } // namespace
 
-DrawnTexts::DrawnTexts(ResourceRegistry& resources) : setText_(nullptr, resources) {
+DrawnTexts::DrawnTexts(ResourceRegistry& resources) : names_(resources) {
     ChargedList<Layer> layers = listLayers();
     while (!layers.empty()) {
         const Layer layer = layers.pop();
@@ -58,7 +58,7 @@ DrawnTexts::DrawnTexts(ResourceRegistry& resources) : setText_(nullptr, resource
     setText_.finish();
 }
 
-DrawnTexts::DrawnTexts(ResourceRegistry& resources, Art top) : setText_(nullptr, resources) {
+DrawnTexts::DrawnTexts(ResourceRegistry& resources, Art top) : names_(resources) {
     addAll(top);
     setText_.finish();
 }
@@ -110,7 +110,7 @@ void DrawnTexts::write(Walk& walk, Art text) {
         }
         pathStyleWorks(walk, run.style);
         walk.text.add("BT\n");
-        setText_.write(walk, set++, run, RealMatrix());
+        setText_.write(walk, set++, run, RealMatrix(), names_);
         walk.text.add("ET\n");
         if (isMasked) {
             leaveWorks(walk);

@@ -26,7 +26,8 @@ private:
     void addAll(Art top);
     void add(Art text);
 
-    SetText setText_;
+    FontNames names_;
+    SetText setText_{nullptr};
     std::map<Art, SetText::Index> first_;
 };
 

@@ -108,21 +108,8 @@ void SetText::refuse(Index run) const {
     }
 }
 
-/// The name of its font in the resources.
-std::string_view SetText::nameOf(const PlacedStretch& stretch) {
-    if (stretch.added != nullptr) {
-        return fonts_.use(*stretch.added, resources_);
-    }
-    const std::string_view name = ofPage_->nameOf(*stretch.pageFont);
-    const ObjectIdentifier object = ofPage_->objectOf(*stretch.pageFont);
-    if (name.empty() && object.number == 0) {
-        failException(Exception::unpatchable);
-    }
-    return name.empty() ? resources_.add(ResourceCategory::font, object.number, object.generation)
-                        : name;
-}
-
-void SetText::write(Walk& walk, Index run, const TextRun& letters, const RealMatrix& back) {
+void SetText::write(Walk& walk, Index run, const TextRun& letters, const RealMatrix& back,
+                     FontNames& names) {
     refuse(run);
     if (letters.size <= 0) {
         failException(Exception::unpatchable);
@@ -138,7 +125,9 @@ void SetText::write(Walk& walk, Index run, const TextRun& letters, const RealMat
             failException(Exception::unpatchable);
         }
         if (last == nullptr || last->pageFont != stretch.pageFont || last->added != stretch.added) {
-            walk.text.addName(nameOf(stretch));
+            walk.text.addName(stretch.pageFont != nullptr
+                                  ? names.of(*stretch.pageFont)
+                                  : fonts_.use(*stretch.added, names.resources()));
             walk.text.addReal(realFromFixed(letters.size));
             walk.text.add("Tf ");
         }

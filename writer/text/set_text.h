@@ -5,8 +5,8 @@
 #include "reader/text/page_fonts.h"
 #include "writer/art/walk.h"
 #include "writer/font/new_fonts.h"
-#include "writer/page/resource_registry.h"
 #include "writer/text/font_choice.h"
+#include "writer/text/font_names.h"
 #include "writer/text/line_layout.h"
 
 #include <cstdint>
@@ -22,8 +22,7 @@ public:
     using Index = std::uint32_t;
 
     /// `ofPage` may be null.
-    SetText(const PageFonts* ofPage, ResourceRegistry& resources)
-        : ofPage_(ofPage), resources_(resources) {}
+    explicit SetText(const PageFonts* ofPage) : ofPage_(ofPage) {}
     SetText(const SetText&) = delete;
     SetText& operator=(const SetText&) = delete;
 
@@ -34,9 +33,11 @@ public:
     /// All is laid out.
     void finish() { fonts_.finish(); }
 
-    /// Writes the letters of a run that is typed, within a text object. `back` leads from the
-    /// artboard to the space in force. Raises `unpatchable` where no font shows a letter.
-    void write(Walk& walk, Index run, const TextRun& letters, const RealMatrix& back);
+    /// Writes the letters of a run that is typed, within a text object, in a content where fonts
+    /// have those names. `back` leads from the artboard to the space in force. Raises `unpatchable`
+    /// where no font shows a letter.
+    void write(Walk& walk, Index run, const TextRun& letters, const RealMatrix& back,
+               FontNames& names);
 
     /// Raises `unpatchable` where no font shows a letter of the run.
     void refuse(Index run) const;
@@ -48,7 +49,6 @@ private:
     std::string_view nameOf(const PlacedStretch& stretch);
 
     const PageFonts* ofPage_;
-    ResourceRegistry& resources_;
     NewFonts fonts_;
     FontChoice choice_{fonts_};
     std::deque<PlacedRun> runs_;

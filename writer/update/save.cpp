@@ -86,8 +86,8 @@ void planPatches(DocumentCache& cache, UpdatePlan& plan) {
     ResourceRegistry resources;
     resources.carryBase(cache, *plan.base);
     PagePatch patch = planPatch(cache, *plan.base, resources);
-    const bool isNothing = patch.content.isNothing();
-    std::vector<PatchedStream> streams = divideContent(patch, *plan.base);
+    const bool isNothing = patch.page.content.isNothing();
+    std::vector<PatchedStream> streams = divideContent(patch.page, *plan.base);
     plan.patch = PlannedPatch{.page = std::move(patch),
                               .isNothing = isNothing,
                               .streams = std::move(streams),
@@ -238,7 +238,7 @@ SavedFacts savedFacts(DocumentCache& cache, const UpdatePlan& plan) {
     }
     facts.isMended = mendsSomething(plan);
     if (plan.patch) {
-        const PatchCounts& counts = plan.patch->page.counts;
+        const PatchCounts& counts = plan.patch->page.page.counts;
         facts.kept = counts.kept;
         facts.changed = counts.changed;
         facts.added = counts.added;

@@ -10,8 +10,9 @@ namespace {
 using test::holds;
 using Words = std::vector<std::string>;
 
-/// Strings wherever a save may carry them: in inherited resources, in an object of notes, and in a
-/// pattern, which is copied when what it fills is moved.
+/// Strings wherever a save may carry them: in inherited resources, in an object of notes, in a
+/// pattern, which is copied when what it fills is moved, and in a form, when what it holds is
+/// changed.
 std::string pageWithStrings() {
     test::PdfBuilder file;
     return file.object(1, "<< /Type /Catalog /Pages 2 0 R >>")
@@ -20,15 +21,18 @@ std::string pageWithStrings() {
                    "/PieceInfo 8 0 R /LastModified (D:20200101000000Z) >>")
         .stream(4, "BT /F1 24 Tf 20 250 Td (Hello) Tj ET /I cs 1 sc 20 150 60 60 re f\n"
                    "/Pattern cs /P scn 1 0 0 RG 120 150 60 60 re B\n"
-                   "/A gs 0 1 0 rg 20 20 60 60 re f")
+                   "/A gs /Fm Do")
         .object(5, "<< /Font << /F1 6 0 R >> /Pattern << /P 7 0 R >> /ColorSpace << /I [/Indexed "
                    "/DeviceRGB 1 (\\377\\000\\000\\000\\(\\377)] >> "
-                   "/ExtGState << /A << /ca .5 >> >> >>")
+                   "/ExtGState << /A << /ca .5 >> >> /XObject << /Fm 9 0 R >> >>")
         .object(6, "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>")
         .stream(7, "/I cs 1 sc 0 0 5 5 re f 0 sc 5 5 5 5 re f",
                 "/Type /Pattern /PatternType 1 /PaintType 1 /TilingType 1 /BBox [0 0 10 10] "
                 "/XStep 10 /YStep 10 /Resources << /ColorSpace << /I [/Indexed /DeviceRGB 1 "
                 "<FF0000 0000FF>] >> >>")
+        .stream(9, "/I cs 1 sc 100 20 20 60 re f 0 1 0 rg 20 20 60 60 re f",
+                "/Type /XObject /Subtype /Form /BBox [0 0 300 300] /Resources << /ColorSpace << /I "
+                "[/Indexed /DeviceRGB 1 (\\000\\000\\000\\(\\377)] >> >>")
         .object(8, "<< /Other << /LastModified (D:20200101000000Z) /Private (my notes) >> >>")
         .bytes();
 }
@@ -134,7 +138,7 @@ TEST_F(Encrypted, EveryRevisionIsOpenedAndSavedInto) {
         EXPECT_TRUE(holds(art, "fill=\"#0028ff\"")) << "a colour out of a string";
         for (const std::string password : {"user", "owner"}) {
             const std::string said = saved(edited(art), {"--password", password});
-            EXPECT_TRUE(holds(said, "2 objects changed, 2 kept")) << said;
+            EXPECT_TRUE(holds(said, "2 objects changed, 3 kept")) << said;
         }
         EXPECT_TRUE(bytes("in.pdf").starts_with(old));
         EXPECT_FALSE(holds(bytes("in.pdf"), "my notes"));

@@ -14,7 +14,7 @@ namespace {
 
 class Layout {
 public:
-    Layout(const BaseReading& base, EditedArtwork& artwork, SetText& text)
+    Layout(const BaseContent& base, EditedArtwork& artwork, SetText& text)
         : base_(base), artwork_(artwork), text_(text) {}
 
     void run() {
@@ -29,7 +29,6 @@ public:
             }
             first = end;
         }
-        text_.finish();
     }
 
 private:
@@ -79,14 +78,14 @@ private:
                            : part.length * realFromFixed(run.size) / realFromFixed(former);
     }
 
-    const BaseReading& base_;
+    const BaseContent& base_;
     EditedArtwork& artwork_;
     SetText& text_;
 };
 
 } // namespace
 
-void layOutText(const BaseReading& base, EditedArtwork& artwork, SetText& text) {
+void layOutText(const BaseContent& base, EditedArtwork& artwork, SetText& text) {
     Layout(base, artwork, text).run();
 }
 

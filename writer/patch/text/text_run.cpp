@@ -52,11 +52,6 @@ bool sameFrame(const RealMatrix& a, const RealMatrix& b) {
            isNear(a.tx, b.tx, placeRoom) && isNear(a.ty, b.ty, placeRoom);
 }
 
-RealMatrix frameOfPage(const BaseReading& base, const PaintedArt& was) {
-    const ShownPart& part = base.trace.textPart(was.part);
-    return frameOf(was.art, runOf(was.art, part.run), part.start);
-}
-
 } // namespace
 
 TextRun runOf(Art text, std::int32_t run) {
@@ -81,7 +76,12 @@ RealMatrix frameOf(Art text, const TextRun& run, double start) {
     return multiply({.a = size, .d = size, .tx = along.x, .ty = along.y}, matrix);
 }
 
-ArtDifference compareText(const BaseReading& base, const PaintedArt& was, const EditedObject& is) {
+RealMatrix frameOfPage(const BaseContent& base, const PaintedArt& was) {
+    const ShownPart& part = base.trace.textPart(was.part);
+    return frameOf(was.art, runOf(was.art, part.run), part.start);
+}
+
+ArtDifference compareText(const BaseContent& base, const PaintedArt& was, const EditedObject& is) {
     const TextRun former = runOf(was.art, base.trace.textPart(was.part).run);
     const TextRun run = runOf(is.art, is.run);
     const bool isMoved = !sameFrame(frameOfPage(base, was), frameOf(is.art, run, is.start));
@@ -108,7 +108,7 @@ bool sameText(Art was, Art is) {
     return isSame;
 }
 
-RealMatrix movementOfText(const BaseReading& base, const PaintedArt& was, const EditedObject& is) {
+RealMatrix movementOfText(const BaseContent& base, const PaintedArt& was, const EditedObject& is) {
     const std::optional<RealMatrix> back = inverse(frameOfPage(base, was));
     const RealMatrix to = frameOf(is.art, runOf(is.art, is.run), is.start);
     if (!back || !isFinite(to)) {

@@ -3,7 +3,7 @@
 
 #include "host/matrix.h"
 #include "host/text.h"
-#include "writer/patch/base_reading.h"
+#include "writer/patch/base_content.h"
 #include "writer/patch/comparison.h"
 #include "writer/patch/edited_artwork.h"
 
@@ -18,8 +18,11 @@ TextLine lineOf(Art text);
 /// artboard.
 RealMatrix frameOf(Art text, const TextRun& run, double start);
 
+/// The same of a run that the page shows.
+RealMatrix frameOfPage(const BaseContent& base, const PaintedArt& was);
+
 /// How what the page shows and a run of the artwork differ.
-ArtDifference compareText(const BaseReading& base, const PaintedArt& was, const EditedObject& is);
+ArtDifference compareText(const BaseContent& base, const PaintedArt& was, const EditedObject& is);
 
 /// Whether two text objects show the same letters in the same places.
 bool sameText(Art was, Art is);
@@ -27,6 +30,6 @@ bool sameText(Art was, Art is);
 /// By how much the page's text moves, turns and grows to lie where the run of the artwork does.
 /// Raises `unpatchable` where the page's frame has no inverse, or it is not known where the run
 /// begins.
-RealMatrix movementOfText(const BaseReading& base, const PaintedArt& was, const EditedObject& is);
+RealMatrix movementOfText(const BaseContent& base, const PaintedArt& was, const EditedObject& is);
 
 } // namespace corvane

@@ -39,6 +39,9 @@ void movedWorks(PatchTools& tools, const PaintedArt& was, std::int32_t mode,
     Walk& walk = tools.walk;
     const TextSetting& setting = tools.trace.textSetting(was.setting);
     const ShownPart& part = tools.trace.textPart(was.part);
+    if (setting.font == 0) {
+        failException(Exception::unpatchable); // the font is one that was set around the form
+    }
     if (tools.trace.events()[setting.font - 1].role == OperatorRole::font) {
         walk.text.add(tools.state.bytesOf(setting.font - 1));
     }
@@ -58,12 +61,12 @@ void typedWorks(PatchTools& tools, const EditedObject& is, const RealMatrix& bac
     if (is.set == notSet) {
         failException(Exception::unpatchable); // its source is another one than its letters were
     }
-    tools.setText.write(tools.walk, is.set, runOf(is.art, is.run), back);
+    tools.ofPage.setText.write(tools.walk, is.set, runOf(is.art, is.run), back, tools.fontNames);
 }
 
 } // namespace
 
-void sourcedTextWorks(PatchTools& tools, const BaseReading& base, const PaintedArt& was,
+void sourcedTextWorks(PatchTools& tools, const BaseContent& base, const PaintedArt& was,
                       const EditedObject& is, const ArtDifference& difference) {
     Walk& walk = tools.walk;
     const TraceEvent& event = tools.trace.events()[was.event];

@@ -7,13 +7,13 @@
 
 namespace corvane {
 
-struct BaseReading;
+struct BaseContent;
 struct PaintedArt;
 
 /// Writes text of the page where the artwork has it, as a text object: its own bytes where its
 /// letters are the same. The CTM and the state are those of the page's text. Raises `unpatchable`
 /// where no font shows a letter.
-void sourcedTextWorks(PatchTools& tools, const BaseReading& base, const PaintedArt& was,
+void sourcedTextWorks(PatchTools& tools, const BaseContent& base, const PaintedArt& was,
                       const EditedObject& is, const ArtDifference& difference);
 
 /// Writes text that the page does not have, in the space of the artboard. Raises as above.

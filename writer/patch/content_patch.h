@@ -1,0 +1,30 @@
+// The patches to one content, and the objects that they need.
+#pragma once
+
+#include "writer/patch/content_bytes.h"
+#include "writer/patch/drawn_groups.h"
+#include "writer/patch/matching.h"
+#include "writer/patch/moved_patterns.h"
+#include "writer/patch/patch.h"
+#include "writer/patch/patch_counts.h"
+#include "writer/patch/patch_tools.h"
+
+#include <vector>
+
+namespace corvane {
+
+struct ContentPatch {
+    ContentPatches content;
+    ContentBytes bytes; ///< of the base
+    std::vector<MovedPattern> patterns;
+    DrawnGroups groups;
+    PatchCounts counts;
+    bool isDamaged = false; ///< tokens of the base could not all be read
+};
+
+/// What becomes of a content that the artwork has so. Forms within it have the objects that are
+/// drawn. Raises `unpatchable` where the artwork cannot be had without harm to something else.
+ContentPatch patchContent(PatchTools& tools, const EditedArtwork& artwork,
+                          const Matching& matching);
+
+} // namespace corvane
