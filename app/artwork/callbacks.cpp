@@ -84,6 +84,11 @@ void fillTable(std::span<HostProcedure> table) {
     fillSlot(table, slot::setPlacedImage, answer::setPlacedImage);
     fillSlot(table, slot::getPlacedImage, answer::getPlacedImage);
 
+    fillSlot(table, slot::setAppearance, answer::setAppearance);
+    fillSlot(table, slot::getAppearance, answer::getAppearance);
+    fillSlot(table, slot::addMask, answer::addMask);
+    fillSlot(table, slot::getMask, answer::getMask);
+
     fillSlot(table, slot::fixedMultiply, answer::fixedMultiply);
     fillSlot(table, slot::fixedDivide, answer::fixedDivide);
     fillSlot(table, slot::degreesToAngle, answer::degreesToAngle);

@@ -9,8 +9,8 @@ namespace corvane {
 Document::Document(std::int64_t limit)
     : budget_(limit), tree_(budget_), segments_(budget_), styles_(budget_), fonts_(budget_),
       texts_(budget_, styles_), images_(budget_), placed_(budget_), sources_(budget_),
-      forms_(budget_), contentLayers_(budget_), groupLayers_(budget_), artworks_(budget_),
-      paint_(budget_), layers_(budget_) {
+      appearances_(budget_), masks_(budget_), forms_(budget_), contentLayers_(budget_),
+      groupLayers_(budget_), artworks_(budget_), paint_(budget_), layers_(budget_) {
     addLayer({});
 }
 
@@ -75,7 +75,7 @@ Art Document::makeArtwork() {
 void Document::disposeArtwork(Art artwork) {
     const NodeIndex node = findArtwork(artwork);
     if (firstPatternOf(node) != PaintSource::null) {
-        throw ArtworkError("the artwork is the tile of a pattern");
+        throw ArtworkError("the artwork is the tile of a pattern or the content of a mask");
     }
     freeTree(node);
     reclaimSegments();

@@ -14,6 +14,7 @@
 #include "app/artwork/fonts.h"
 #include "app/artwork/image_table.h"
 #include "app/artwork/layers.h"
+#include "app/artwork/masks.h"
 #include "app/artwork/page.h"
 #include "app/artwork/paint/paint.h"
 #include "app/artwork/paint/paint_table.h"
@@ -22,6 +23,7 @@
 #include "app/artwork/styles.h"
 #include "app/artwork/text_table.h"
 #include "app/artwork/tree.h"
+#include "host/appearance.h"
 #include "host/artwork.h"
 #include "host/image.h"
 #include "host/matrix.h"
@@ -139,10 +141,20 @@ public:
     Note addNote(std::string);               ///< UTF-8
     const std::string& note(Note) const;
 
-    // Artworks of their own: groups in no layer. Tiles of patterns are some, and art that is not
-    // meant to be seen.
+    // How art is laid over what is behind it. Copies of art have the masks of their originals.
+    Appearance appearance(Art) const;
+    void setAppearance(Art, const Appearance&);
+    /// The content is an artwork of its own. Patterns and masks that it uses are used already: from
+    /// now on none of its art gets one, so that no mask uses itself. Masks and their records stay
+    /// for the document's life.
+    SoftMask addMask(const MaskFacts&);
+    const MaskFacts& mask(SoftMask) const;
+    bool hasMasks() const { return masks_.size() != 0; }
+
+    // Artworks of their own: groups in no layer. Tiles of patterns are some, contents of masks, and
+    // art that is not meant to be seen.
     Art makeArtwork();
-    /// With all that it holds. Throws where a pattern uses it.
+    /// With all that it holds. Throws where a pattern or a mask uses it.
     void disposeArtwork(Art);
 
     // The page.
@@ -185,10 +197,13 @@ private:
     ImageTable images_;
     SideTable<PlacedImage> placed_;
     SideTable<ArtSource> sources_;
+    SideTable<Appearance> appearances_;
+    MaskTable masks_;
     SideTable<FormFacts> forms_;
     ContentLayerTable contentLayers_;
     SideTable<ContentLayer> groupLayers_;
-    /// Of each artwork: the first pattern that it is the tile of, or null.
+    /// Of each artwork: the first pattern that it is the tile of; of a mask's, the first that there
+    /// can be; or null.
     SideTable<PaintSource> artworks_;
     PaintTables paint_;
     Layers layers_;

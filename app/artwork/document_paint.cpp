@@ -97,6 +97,10 @@ void Document::checkPatternsAt(NodeIndex top, NodeIndex parent) const {
         return;
     }
     for (NodeIndex node = top; node != 0; node = tree_.following(node, top)) {
+        if (const Appearance* const found = appearances_.find(node);
+            found != nullptr && found->mask != SoftMask::null) {
+            throw ArtworkError("a tile, or a mask's content, can only use masks made before it");
+        }
         if (artTraits(tree_[node].kind).isOutline) {
             checkTileStyle(styles_[tree_[node].style], first);
         }

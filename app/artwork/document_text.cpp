@@ -3,6 +3,7 @@
 
 #include "app/artwork/characters.h"
 #include "app/artwork/geometry.h"
+#include "app/artwork/masks.h"
 
 #include <cmath>
 #include <limits>
@@ -80,7 +81,8 @@ void Document::addTextRun(Art text, const TextRun& run) {
     if (run.text.empty() || run.text.size() > longestText || !isPlainText(run.text)) {
         throw ArtworkError("the run has no text, or characters that no text has");
     }
-    if (run.size <= 0 || !piecesFit(run)) {
+    if (run.size <= 0 || !piecesFit(run) || !isOpacity(run.fillOpacity) ||
+        !isOpacity(run.strokeOpacity)) {
         throw ArtworkError("the run has a value without meaning");
     }
     for (const TextPiece& piece : run.pieces) {

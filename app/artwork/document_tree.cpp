@@ -71,6 +71,7 @@ void Document::copyProperties(NodeIndex from, NodeIndex to) {
     copy.guide = original.guide;
     copy.segments = segments_.copy(original.segments);
     sources_.copy(from, to);
+    appearances_.copy(from, to);
     forms_.copy(from, to);
     groupLayers_.copy(from, to);
     texts_.copy(from, to);
@@ -97,6 +98,7 @@ void Document::copyBelow(NodeIndex from, NodeIndex to) {
 void Document::freeNode(NodeIndex node) {
     segments_.release(tree_[node].segments);
     sources_.erase(node);
+    appearances_.erase(node);
     forms_.erase(node);
     groupLayers_.erase(node);
     texts_.erase(node);

@@ -90,6 +90,12 @@ HostError readImageBytes(Image, std::byte* bytes, std::int64_t room, std::int64_
 HostError setPlacedImage(Art placed, const PlacedImage*);
 HostError getPlacedImage(Art placed, PlacedImage*);
 
+// Appearance
+HostError setAppearance(Art, const Appearance*);
+HostError getAppearance(Art, Appearance*);
+HostError addMask(const MaskFacts*, SoftMask*);
+HostError getMask(SoftMask, MaskFacts*);
+
 // Page
 void getDocumentInfo(DocumentInfo*);
 HostError getPageOrigin(Point*);

@@ -113,6 +113,7 @@ std::int32_t TextTable::runCount(NodeIndex node) const {
 
 TextRun TextTable::run(NodeIndex node, std::int32_t index) const {
     const Run& run = runAt(node, index);
+    const Opacities opacities = run.opacities == nullptr ? Opacities() : *run.opacities;
     return {.font = run.font,
             .size = run.size,
             .rise = run.rise,
@@ -120,6 +121,8 @@ TextRun TextTable::run(NodeIndex node, std::int32_t index) const {
             .text = {run.text, run.length},
             .pieces = {run.pieces, run.pieceCount},
             .style = styles_[run.style],
+            .fillOpacity = opacities.fill,
+            .strokeOpacity = opacities.stroke,
             .source = {run.start, run.end, run.ordinal},
             .line = run.line == nullptr ? std::nullopt : std::optional(*run.line)};
 }
@@ -150,12 +153,18 @@ void TextTable::addRun(NodeIndex node, const TextRun& run) {
     if (further != nullptr) {
         *further = *run.line;
     }
+    const bool isOpaque = run.fillOpacity == 1 && run.strokeOpacity == 1;
+    Opacities* const opacities = isOpaque ? nullptr : allocate<Opacities>(1);
+    if (opacities != nullptr) {
+        *opacities = {run.fillOpacity, run.strokeOpacity};
+    }
     char* const text = allocate<char>(run.text.size());
     std::ranges::copy(run.text, text);
     line.hasFurther = line.hasFurther || further != nullptr;
     line.runs[line.count++] = {.text = text,
                                .pieces = pieces,
                                .line = further,
+                               .opacities = opacities,
                                .start = run.source.start,
                                .end = run.source.end,
                                .ordinal = run.source.ordinal,

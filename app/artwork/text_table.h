@@ -58,11 +58,16 @@ public:
 private:
     static constexpr std::size_t firstBlock = 4096;
 
+    struct Opacities {
+        double fill = 1;
+        double stroke = 1;
+    };
     struct Run {
         const char* text = nullptr;
         const TextPiece* pieces = nullptr;
-        const Matrix* line = nullptr; ///< of the line that it begins
-        std::int64_t start = 0;       ///< of the source, as the next two
+        const Matrix* line = nullptr;         ///< of the line that it begins
+        const Opacities* opacities = nullptr; ///< where it is not opaque
+        std::int64_t start = 0;               ///< of the source, as the next two
         std::int64_t end = 0;
         std::int32_t ordinal = -1;
         std::uint32_t length = 0; ///< bytes of the text

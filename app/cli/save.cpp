@@ -25,9 +25,8 @@ ImageFolders imagesOf(const Arguments& arguments) {
 }
 
 /// What the person left open is as the artwork says.
-void adopt(const SvgReading& reading, Document& document, Arguments& arguments) {
+void adopt(const SvgReading& reading, const Document& document, Arguments& arguments) {
     if (!reading.ours) {
-        document.page().setProfile(arguments.profile);
         return;
     }
     const Profile profile = document.page().profile();
@@ -196,6 +195,7 @@ void announceSaved(const SavePlace& place, const Arguments& arguments, const Sav
 
 void runSave(Arguments& arguments, Report& report) {
     Document document;
+    document.page().setProfile(arguments.profile);
     const SvgReading reading = readArtwork(arguments.artwork, document, imagesOf(arguments));
     const std::int32_t wantedPage = arguments.page;
     report.source = reading.provenance;

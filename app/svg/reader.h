@@ -52,7 +52,9 @@ public:
     using SvgError::SvgError;
 };
 
-/// Reads `text`, which is taken over and changed in place, into `document`, which is new. Files of
+/// Reads `text`, which is taken over and changed in place, into `document`, which is new but for
+/// the profile of its page, which counts where the file is not ours: in the original one opacity,
+/// blending and masks are ignored. Files of
 /// images are read as `files` says, without it none; nothing else is ever read from disk or
 /// network, whatever the text refers to. Throws `SvgError`, and `ArtworkError` where the artwork's
 /// own limits are passed; the document is then of no use.

@@ -1,6 +1,7 @@
 #include "app/svg/text_writer.h"
 
 #include "app/artwork/geometry.h"
+#include "app/svg/appearance_attributes.h"
 #include "app/svg/font_names.h"
 #include "app/svg/letter_writer.h"
 #include "app/svg/markup.h"
@@ -113,7 +114,9 @@ void TextWriter::findShared() {
         shared_.font = shared_.font && run.font == first.font;
         shared_.size = shared_.size && run.size == first.size;
         shared_.spacing = shared_.spacing && run.spacing == first.spacing;
-        shared_.style = shared_.style && run.style == first.style;
+        shared_.style = shared_.style && run.style == first.style &&
+                        run.fillOpacity == first.fillOpacity &&
+                        run.strokeOpacity == first.strokeOpacity;
         needsBlanks_ = losesBlanks(run.text, afterBlank) || bordersOnBlank(run, isAlone) ||
                        line_.isVertical || needsBlanks_;
         if (line_.order == TextOrder::visual && holdsRightToLeft(run.text)) {
@@ -241,6 +244,7 @@ void TextWriter::writeAttributes(const TextRun& run, Shared which) {
     }
     if (which.style) {
         writePaintedStyle(out_, run.style, servers_, stretch_);
+        writePaintOpacities(out_, run.style, run.fillOpacity, run.strokeOpacity);
     }
 }
 
@@ -275,6 +279,7 @@ void TextWriter::write() {
     if (!several) {
         writeOwn(first, place_.number);
     }
+    writeAppearance(out_, place_.appearance, {});
     if (place_.hidden) {
         writePlainAttribute(out_, "display", "none");
     } else if (!place_.clip.empty()) {

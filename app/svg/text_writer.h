@@ -6,6 +6,7 @@
 #include "app/svg/paint_servers.h"
 #include "app/svg/path_data.h"
 #include "app/svg/sink.h"
+#include "host/appearance.h"
 
 #include <cstdint>
 #include <string>
@@ -20,6 +21,7 @@ struct TextPlace {
     std::uint32_t number = 1;           ///< of the first run, among all shapes of that content
     std::string clip;                   ///< reference to what clips the element; empty: nothing
     bool hidden = false;                ///< nothing is to be seen of it
+    Appearance appearance = {};         ///< without a mask
     LetterAdvances* advances = nullptr; ///< each letter gets its place; null: they follow
 };
 

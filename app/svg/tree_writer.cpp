@@ -1,6 +1,7 @@
 // Layers, groups and what is in them.
 #include "app/svg/tree_writer.h"
 
+#include "app/svg/appearance_attributes.h"
 #include "app/svg/image_writer.h"
 #include "app/svg/markup.h"
 #include "app/svg/structure_attributes.h"
@@ -88,14 +89,19 @@ void TreeWriter::writePattern(PaintSource source, int depth) {
         return;
     }
     out_.text(">");
+    writeTree(tile, grouped, depth + 1);
+    writeIndent(out_, depth);
+    out_.text("</pattern>");
+}
+
+/// Art in no layer, which was surveyed: a group, or what it holds.
+void TreeWriter::writeTree(Art top, bool grouped, int depth) {
     Level level;
-    level.next = grouped ? tile : document_.lastChild(tile);
-    level.depth = depth + 1;
+    level.next = grouped ? top : document_.lastChild(top);
+    level.depth = depth;
     level.visible = Extent::everything();
     levels_.push_back(level);
     writeLevels();
-    writeIndent(out_, depth);
-    out_.text("</pattern>");
 }
 
 void TreeWriter::writeLevels() {
@@ -168,6 +174,8 @@ void TreeWriter::enterGroup(Art group, const LayerProperties* layer) {
         return;
     }
 
+    const Appearance appearance = document_.appearance(group);
+    writeMasks(appearance.mask, level.depth);
     const std::uint32_t clip = clips ? writeClip(level.clip, 0, level.depth) : 0;
     writeIndent(out_, level.depth);
     out_.text("<g");
@@ -178,6 +186,7 @@ void TreeWriter::enterGroup(Art group, const LayerProperties* layer) {
     }
     const bool isShown = writeStructure(group) && (layer == nullptr || layer->visible);
     writeSource("data-source", group);
+    writeLook(appearance);
     if (clips) {
         writeReference(clip);
     }
@@ -232,9 +241,11 @@ void TreeWriter::writeShape(Art shape) {
     const Art leading = leadingPath(document_, shape);
     const PathStyle style = leading == Art::null ? PathStyle{} : document_.style(leading);
     const bool guide = leading != Art::null && document_.guide(leading);
+    const Appearance appearance = document_.appearance(shape);
     if (!guide) {
         writeServers(style, level.depth);
     }
+    writeMasks(appearance.mask, level.depth);
     writeIndent(out_, level.depth);
     out_.text("<path");
     if (!level.isObject) {
@@ -245,7 +256,9 @@ void TreeWriter::writeShape(Art shape) {
         writeGuideStyle(out_);
     } else {
         writePaintedStyle(out_, style, servers_);
+        writePaintOpacities(out_, style, appearance.fillOpacity, appearance.strokeOpacity);
     }
+    writeLook(appearance);
     if (level.chain.hides) {
         writePlainAttribute(out_, "display", "none");
     } else if (level.chain.clip != 0) {
@@ -261,6 +274,8 @@ void TreeWriter::writeLine(Art text) {
     for (std::int32_t i = 0; i < runs; ++i) {
         writeServers(document_.textRun(text, i).style, level.depth);
     }
+    const Appearance appearance = document_.appearance(text);
+    writeMasks(appearance.mask, level.depth);
     std::uint32_t& shapes = numbers_.shapes[level.content];
     TextPlace place{.corner = corner_,
                     .base = base_,
@@ -273,24 +288,46 @@ void TreeWriter::writeLine(Art text) {
     }
     place.hidden = level.chain.hides;
     place.advances = numbers_.advances;
+    const bool isWrapped = appearance.mask != SoftMask::null;
+    if (!isWrapped) {
+        place.appearance = appearance;
+    }
     writeIndent(out_, level.depth);
+    if (isWrapped) {
+        out_.text("<g");
+        writeLook(appearance);
+        out_.text(">");
+    }
     writeText(out_, servers_, text, place);
+    out_.text(isWrapped ? "</g>" : "");
 }
 
-/// A clip would be turned with the picture, so one that the picture itself carries is a group's.
+/// A clip or a mask would be turned with the picture, so one that the picture itself carries is a
+/// group's.
 void TreeWriter::writePlaced(Art placed) {
     const Level& level = levels_.back();
     const bool isPicture = showsFile(document_, placed);
     const bool isClipped = !level.chain.hides && level.chain.clip != 0;
+    const Appearance appearance = document_.appearance(placed);
+    const bool isStyled =
+        appearance.mask != SoftMask::null || appearance.blend != BlendMode::normal;
+    const bool isWrapped = isPicture && (isClipped || isStyled);
+    writeMasks(appearance.mask, level.depth);
     writeIndent(out_, level.depth);
-    if (isPicture && isClipped) {
+    if (isWrapped) {
         out_.text("<g");
-        writeReference(level.chain.clip);
+        writeLook(appearance);
+        if (isClipped) {
+            writeReference(level.chain.clip);
+        }
         out_.text(">");
     }
     out_.text(isPicture ? "<image" : "<path");
     writeShapeId(out_, level.content, ++numbers_.shapes[level.content]);
     writeSource("data-source", placed);
+    if (!isWrapped) {
+        writeLook(appearance);
+    }
     if (level.chain.hides) {
         writePlainAttribute(out_, "display", "none");
     } else if (isClipped && !isPicture) {
@@ -301,7 +338,7 @@ void TreeWriter::writePlaced(Art placed) {
     } else {
         writeFrameAttributes(out_, document_, placed, corner_);
     }
-    out_.text(isPicture && isClipped ? "/></g>" : "/>");
+    out_.text(isWrapped ? "/></g>" : "/>");
 }
 
 /// The last attribute of a shape. A compound path that looks like a path is marked.

@@ -6,6 +6,7 @@
 #include "app/svg/extent.h"
 #include "app/svg/layer_attributes.h"
 #include "app/svg/letter_advances.h"
+#include "app/svg/mask_names.h"
 #include "app/svg/paint_servers.h"
 #include "app/svg/path_data.h"
 #include "app/svg/sink.h"
@@ -27,6 +28,7 @@ struct SvgNumbers {
     /// By the content that paints them: 0, the page's, or a form's.
     std::unordered_map<std::int32_t, std::uint32_t> shapes;
     std::uint32_t clips = 0;
+    MaskNames masks;
     LetterAdvances* advances = nullptr; ///< where letters get places of their own
 };
 
@@ -47,6 +49,7 @@ public:
     }
 
     void writePattern(PaintSource, int depth);
+    void writeMask(SoftMask, int depth);
 
 private:
     /// The clips that elements too deep for groups carry themselves, because no group does it for
@@ -80,6 +83,9 @@ private:
     void writeLine(Art text);
     void writePlaced(Art placed);
     void writeServers(const PathStyle&, int depth);
+    void writeMasks(SoftMask, int depth);
+    void writeLook(const Appearance&);
+    void writeTree(Art top, bool grouped, int depth);
     void endShape(Note);
 
     ClipEffect clipEffect(Art clip, const GroupSurvey&, const Extent& visible) const;

@@ -31,9 +31,10 @@ struct ReadingContext {
     const std::function<void()>& pause; ///< as `readSvg` got it
     ImageLoader& loader;
     bool ours = false;                          ///< the file says that this program wrote it
+    bool holdsAppearance = true;                ///< opacity, blending and masks become the art's
     SourceBase sourceBase = {};                 ///< of the page that the file came from
     std::int64_t expanded = 0;                  ///< elements read for a `use` or a pattern
-    std::vector<pugi::xml_node> activePatterns; ///< whose tiles are being read
+    std::vector<pugi::xml_node> activePatterns; ///< and masks, whose art is being read
     InheritedStyles inherited;
     std::vector<SvgImage> images;
 };

@@ -43,6 +43,15 @@ struct BoxClip {
     pugi::xml_node clip;
 };
 
+/// How an element is laid over what is behind it.
+struct ElementLook {
+    Appearance appearance;
+    std::string_view mask; ///< id; empty: none
+    RealMatrix matrix;     ///< from the user space of the mask to the art, as the next
+    Viewport viewport;
+    bool isPlain() const { return appearance == Appearance() && mask.empty(); }
+};
+
 struct Frame {
     pugi::xml_node next;      ///< the child to be read
     bool onlyNext = false;    ///< and no other
@@ -57,8 +66,11 @@ struct Frame {
 
     /// Where the children's art goes; null: into the layer of loose art.
     Art group = Art::null;
-    Art clip = Art::null; ///< the group's, in front of all children
-    Art made = Art::null; ///< the outermost group made for the element; not a layer's
+    Art clip = Art::null;      ///< the group's, in front of all children
+    Art made = Art::null;      ///< the outermost group made for the element; not a layer's
+    Art outermost = Art::null; ///< the same, or the layer's
+    ElementLook look;          ///< of that
+    bool passesLook = false;   ///< it is that of the one child
     std::vector<SharedClip> shared;
     LateClip late;
     std::vector<BoxClip> boxClips;

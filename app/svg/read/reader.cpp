@@ -86,13 +86,14 @@ SvgReading readSvg(std::string text, Document& document, const ReadingBudget& bu
     SvgReading reading;
     ImageLoader loader(document, files);
     ReadingContext context{document, index, sheet, tally, budget, pause, loader,
-                           false,    {},    0,     {},    {},     {}};
+                           false,    true,  {},    0,     {},     {},    {}};
     TreeReader tree(context);
     try {
         index.build(sheet);
         const RootReading found = readRoot(Attributes(root), document.page());
         reading.provenance = found.provenance;
         reading.ours = context.ours = found.ours;
+        context.holdsAppearance = document.page().profile() == Profile::extended;
         context.sourceBase = sourceBase(found.provenance);
         tree.read(root, found.matrix, found.viewport);
     } catch (const SvgImageError& error) {

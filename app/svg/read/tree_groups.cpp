@@ -26,15 +26,18 @@ ArtPlace placeBehind(Art group, Art clip) {
 /// first, or null to make one.
 void TreeReader::openGroups(Frame& frame, Art outermost) {
     const std::vector<pugi::xml_node> chain = clips_.chain(frame.style.clipPath);
+    frame.look = lookOf(frame.style, frame.matrix, frame.viewport);
+    frame.boxed = frame.boxed || masks_.fitsBox(frame.look.mask);
     const std::size_t count = std::max<std::size_t>(1, chain.size());
     for (std::size_t i = 0; i < count; ++i) {
         if (i == 0 && outermost != Art::null) {
-            frame.group = outermost;
+            frame.group = frame.outermost = outermost;
         } else {
             const ArtPlace place =
                 i == 0 ? placeIn(frames_.back()) : placeBehind(frame.group, frame.clip);
             frame.group = document_.make(ArtKind::group, place.placement, place.reference);
             frame.made = i == 0 ? frame.group : frame.made;
+            frame.outermost = frame.made;
         }
         frame.clip = Art::null;
         if (i == chain.size()) {

@@ -99,7 +99,8 @@ void TreeReader::readImage(pugi::xml_node node) {
     Tally counted; // below, where the image is read
     const ComputedStyle style = computeStyle(frame.style, cascade(node, attributes_, context_),
                                              attributes_, frame.viewport, counted);
-    if (!style.displayed || !style.visible || style.transparent) {
+    const bool isUnseen = style.transparent && !context_.holdsAppearance;
+    if (!style.displayed || !style.visible || isUnseen) {
         context_.tally.add("hidden element");
         return;
     }
@@ -149,6 +150,7 @@ void TreeReader::placeImage(const LoadedImage& image, const ComputedStyle& style
     const Art art = document_.make(ArtKind::placed, place.placement, place.reference);
     document_.setPlacedImage(art, {image.image, fixedMatrix(toArt), style.smoothImages});
     setSource(art, sourceOfShape());
+    setLook(art, lookOfChild(style, matrix), box);
     for (const BoxClip& clip : boxClips) {
         clips_.clip(clip.group, clip.clip, matrix, frame.viewport, box);
     }
@@ -193,7 +195,7 @@ void TreeReader::listImage(const ComputedStyle& style) {
 
 /// Makes a placed object of the frame that stands for it; false, and nothing done, where the path
 /// is no such frame any more.
-bool TreeReader::keepFrame(Art shape, const ComputedStyle& style) {
+bool TreeReader::keepFrame(Art shape, const ComputedStyle& style, const RealMatrix& userSpace) {
     const Art square =
         document_.kind(shape) == ArtKind::compound ? document_.lastChild(shape) : Art::null;
     constexpr std::int32_t corners = 4;
@@ -216,6 +218,7 @@ bool TreeReader::keepFrame(Art shape, const ComputedStyle& style) {
     document_.dispose(shape);
     document_.setPlacedImage(art, {image, fixedMatrix(matrix), style.smoothImages});
     setSource(art, sourceOfShape());
+    setLook(art, lookOf(style, userSpace, frames_.back().viewport), {});
     measure(placedExtent(document_, art));
     return true;
 }

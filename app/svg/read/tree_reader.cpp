@@ -155,6 +155,7 @@ void TreeReader::leave() {
     } else {
         makeBoxClips(frame);
         makeLateClip(frame);
+        setFrameLook(frame);
     }
     if (!frame.annotations.empty()) {
         markMissingAnnotations(frame);
@@ -224,8 +225,15 @@ void TreeReader::enterGroup(pugi::xml_node node) {
         }
         context_.tally.add("layer within a layer");
     }
-    if (frame.style.clipPath.empty() && wrapsLayers(node)) {
+    const bool isPlain = frame.style.clipPath.empty() && lookOf(frame.style, {}, {}).isPlain();
+    if (isPlain && wrapsLayers(node)) {
         frame.holdsLayers = true;
+        push(std::move(frame));
+        return;
+    }
+    if (carriesLook(node, frame)) {
+        frame.look = lookOf(frame.style, frame.matrix, frame.viewport);
+        frame.passesLook = true;
         push(std::move(frame));
         return;
     }

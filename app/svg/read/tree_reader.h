@@ -5,6 +5,7 @@
 #include "app/svg/read/context.h"
 #include "app/svg/read/frame.h"
 #include "app/svg/read/layer_reader.h"
+#include "app/svg/read/mask_reader.h"
 #include "app/svg/read/paint/paint_reader.h"
 #include "app/svg/read/shape_builder.h"
 
@@ -18,13 +19,14 @@ class TreeReader {
 public:
     explicit TreeReader(ReadingContext& context)
         : context_(context), document_(context.document), layers_(context.document),
-          clips_(context), paints_(context), shape_(context.document, context.tally) {}
+          clips_(context), masks_(context), paints_(context),
+          shape_(context.document, context.tally) {}
 
     /// `toArt` leads from the root's user space to the art. Throws `SvgError` past the budget,
     /// `ArtworkError` past the artwork's limits.
     void read(pugi::xml_node root, const RealMatrix& toArt, const Viewport& viewport);
 
-    /// Reads the children of a pattern into its tile.
+    /// Reads the children of a pattern into its tile, or those of a mask into its content.
     void readTile(pugi::xml_node pattern, Art tile, const RealMatrix& toTile,
                   const Viewport& viewport);
 
@@ -48,7 +50,7 @@ private:
     void placeImage(const LoadedImage& image, const ComputedStyle& style);
     ArtPlace clipOverhang(ArtPlace place, const UserBox& box, const RealMatrix& matrix);
     void listImage(const ComputedStyle& style);
-    bool keepFrame(Art shape, const ComputedStyle& style);
+    bool keepFrame(Art shape, const ComputedStyle& style, const RealMatrix& userSpace);
     void measure(Extent painted);
     Note readWithin(pugi::xml_node shape);
     std::optional<ArtSource> sourceFrom(Attribute name) const;
@@ -71,6 +73,16 @@ private:
     void makeLateClip(Frame& frame);
     Art drawLateClip(const Frame& frame);
 
+    // How it is laid over what is behind it.
+    ElementLook lookOf(const ComputedStyle& style, const RealMatrix& matrix,
+                       const Viewport& viewport) const;
+    ElementLook lookOfChild(const ComputedStyle& style, const RealMatrix& matrix) const;
+    bool carriesLook(pugi::xml_node node, const Frame& frame) const;
+    Appearance appearanceOf(const ElementLook& look, const UserBox& box);
+    void setFrameLook(const Frame& frame);
+    void setLook(Art art, const ElementLook& look, const UserBox& box);
+    void setShapeLook(Art shape, const ComputedStyle& style, const RealMatrix& matrix);
+
     // Where art goes: in front of what is there.
     ArtPlace placeIn(const Frame& frame);
     ArtPlace placeClipped(const std::vector<pugi::xml_node>& chain, const RealMatrix& matrix);
@@ -85,6 +97,7 @@ private:
     Document& document_;
     LayerReader layers_;
     ClipReader clips_;
+    MaskReader masks_;
     PaintReader paints_;
     ShapeBuilder shape_;
     Attributes attributes_; ///< of the element that is being entered or read

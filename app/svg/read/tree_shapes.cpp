@@ -61,6 +61,9 @@ void TreeReader::readShape(pugi::xml_node node, Element element) {
     Frame& frame = frames_.back();
     load(node);
     const ComputedStyle style = styleOf(node, attributes_, frame.style, frame.viewport, context_);
+    if (context_.ours && attributes_.isTrue(Attribute::dataGround)) {
+        return; // the light behind a mask, which its number says
+    }
     const Note note = node.first_child() ? readWithin(node) : Note::null;
     if (!style.displayed || !style.visible) {
         context_.tally.add("hidden element");
@@ -73,7 +76,8 @@ void TreeReader::readShape(pugi::xml_node node, Element element) {
     std::vector<BoxClip> boxClips;
     const ArtPlace place =
         fitsBox ? openBoxed(chain, matrix, boxClips) : placeClipped(chain, matrix);
-    const bool measures = fitsBox || frame.boxed || style.fill.kind == PaintValue::Kind::server ||
+    const bool measures = fitsBox || frame.boxed || masks_.fitsBox(style.mask) ||
+                          style.fill.kind == PaintValue::Kind::server ||
                           style.stroke.kind == PaintValue::Kind::server;
     shape_.begin(place, matrix, context_.ours, measures);
     const LengthContext lengths{frame.viewport, style.fontSize};
@@ -87,11 +91,12 @@ void TreeReader::readShape(pugi::xml_node node, Element element) {
     if (frame.boxed) {
         frame.box.add(boxThrough(matrix, shape_.box()));
     }
-    if (context_.ours && attributes_.has(Attribute::dataKept) && keepFrame(shape, style)) {
+    if (context_.ours && attributes_.has(Attribute::dataKept) && keepFrame(shape, style, matrix)) {
         return;
     }
     stylePaths(shape, style, matrix, lengths, note);
     setSource(shape, sourceOfShape());
+    setShapeLook(shape, style, matrix);
     if (frame.measured) {
         measure(paintedExtent(document_, shape));
     }
@@ -121,7 +126,13 @@ void TreeReader::readText(pugi::xml_node node) {
         context_.tally.add("clip-path"); // how far letters reach is not known
     }
     const bool isColumn = context_.ours && attributes_.isTrue(Attribute::dataColumn);
-    const LineFrame line{placeClipped(chain, matrix), matrix, style.vertical || isColumn, isColumn};
+    const ElementLook look = lookOfChild(style, matrix);
+    if (masks_.fitsBox(look.mask)) {
+        context_.tally.add("mask"); // in the same way
+    }
+    const ArtPlace place = placeClipped(chain, matrix);
+    const LineFrame line{place, matrix, style.vertical || isColumn, isColumn,
+                         appearanceOf(look, {})};
     TextReader reader(context_, paints_, line, frame.viewport, inTile_ || !targets_.empty(),
                       !inTile_);
     if (reader.read(node, attributes_, style)) {

@@ -144,29 +144,41 @@ void setResolution(PathStyle& path, const Attributes& attributes) {
     path.resolution = twinNumber(attributes[Attribute::dataResolution]).value_or(path.resolution);
 }
 
-} // namespace
-
-bool isSeen(const PaintValue& paint, double opacity, Tally& tally) {
-    opacity *= paint.alpha;
-    if (paint.kind == PaintValue::Kind::none || opacity == 0) {
+/// Whether a paint is seen at all, as far as artwork can say; counts one that is partly transparent
+/// where it cannot.
+bool isSeen(const ComputedStyle& style, const PaintValue& paint, double opacity,
+            ReadingContext& context) {
+    if (context.holdsAppearance) {
+        return paint.kind != PaintValue::Kind::none;
+    }
+    if (style.transparent || paint.kind == PaintValue::Kind::none || opacity == 0) {
         return false;
     }
     if (opacity < 1) {
-        tally.add("opacity");
+        context.tally.add("opacity");
     }
     return true;
+}
+
+} // namespace
+
+double fillOpacityOf(const ComputedStyle& style) {
+    return style.fillOpacity * style.fill.alpha;
+}
+
+double strokeOpacityOf(const ComputedStyle& style) {
+    return style.strokeOpacity * style.stroke.alpha;
 }
 
 PathStyle paintedStyle(const ComputedStyle& style, const Attributes& attributes,
                        const RealMatrix& toArt, ReadingContext& context) {
     PathStyle path;
-    if (!style.transparent && isSeen(style.fill, style.fillOpacity, context.tally)) {
+    if (isSeen(style, style.fill, fillOpacityOf(style), context)) {
         path.fillPaint = 1;
         path.fill = style.fillTwin.resolve(style.fill.colour, context.document);
         path.rule = style.fillRule;
     }
-    if (!style.transparent && style.strokeWidth > 0 &&
-        isSeen(style.stroke, style.strokeOpacity, context.tally)) {
+    if (style.strokeWidth > 0 && isSeen(style, style.stroke, strokeOpacityOf(style), context)) {
         path.strokePaint = 1;
         setStroke(path, style, attributes, toArt, context);
     }

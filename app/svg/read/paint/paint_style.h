@@ -19,7 +19,8 @@ PathStyle paintedStyle(const ComputedStyle& style, const Attributes& attributes,
 PathStyle clippingStyle(const ComputedStyle& style, const Attributes& attributes,
                         const RealMatrix& toArt, ReadingContext& context);
 
-/// Whether a paint is seen at all; counts one that is partly transparent.
-bool isSeen(const PaintValue& paint, double opacity, Tally& tally);
+/// Of `fill` and `stroke`, that of a colour itself included.
+double fillOpacityOf(const ComputedStyle& style);
+double strokeOpacityOf(const ComputedStyle& style);
 
 } // namespace corvane

@@ -46,11 +46,31 @@ Declared cascade(pugi::xml_node element, const Attributes& attributes, ReadingCo
     return declared;
 }
 
+void settleLook(ComputedStyle& style, ReadingContext& context) {
+    if (context.holdsAppearance) {
+        style.transparent = false; // its opacity says so
+        return;
+    }
+    const Appearance& appearance = style.appearance;
+    const auto count = [&](bool isLost, std::string_view kind) {
+        if (isLost) {
+            context.tally.add(kind);
+        }
+    };
+    count(appearance.opacity > 0 && appearance.opacity < 1, "opacity");
+    count(appearance.blend != BlendMode::normal, "mix-blend-mode");
+    count(!style.mask.empty(), "mask");
+    style.appearance = {};
+    style.mask = {};
+}
+
 ComputedStyle styleOf(pugi::xml_node element, const Attributes& attributes,
                       const ComputedStyle& outer, const Viewport& viewport,
                       ReadingContext& context) {
-    return computeStyle(outer, cascade(element, attributes, context), attributes, viewport,
-                        context.tally);
+    ComputedStyle style = computeStyle(outer, cascade(element, attributes, context), attributes,
+                                       viewport, context.tally);
+    settleLook(style, context);
+    return style;
 }
 
 RealMatrix transformed(const RealMatrix& outer, const Attributes& attributes, Attribute name,

@@ -11,6 +11,10 @@ namespace corvane {
 /// The values that win; presentation attributes lose against every rule.
 Declared cascade(pugi::xml_node element, const Attributes& attributes, ReadingContext& context);
 
+/// Where the artwork holds no opacity, blending and masks, takes those of an element from its style
+/// and counts them.
+void settleLook(ComputedStyle& style, ReadingContext& context);
+
 /// The style of an element within `outer`.
 ComputedStyle styleOf(pugi::xml_node element, const Attributes& attributes,
                       const ComputedStyle& outer, const Viewport& viewport,

@@ -1,5 +1,6 @@
 #include "app/svg/read/style/computed_style.h"
 
+#include "app/svg/appearance_attributes.h"
 #include "app/svg/read/style/css_colour.h"
 #include "app/svg/read/style/font_style.h"
 #include "app/svg/read/style/text_style.h"
@@ -25,8 +26,9 @@ std::string_view withoutQuotes(std::string_view text) {
 class StyleReader {
 public:
     StyleReader(ComputedStyle& style, const Declared& declared, const LengthContext& lengths,
-                Tally& tally)
-        : style_(style), declared_(declared), lengths_(lengths), tally_(tally) {}
+                Tally& tally, bool isTransfer)
+        : style_(style), declared_(declared), lengths_(lengths), tally_(tally),
+          isTransfer_(isTransfer) {}
 
     void read();
 
@@ -37,6 +39,8 @@ private:
     void readOpacities();
     void readDashes();
     void readClip();
+    void readAppearance();
+    std::string_view parseReference(std::string_view text, std::string_view kind);
     void readImages();
     void countIgnored();
 
@@ -66,6 +70,7 @@ private:
     const Declared& declared_;
     LengthContext lengths_;
     Tally& tally_;
+    bool isTransfer_;
 };
 
 PaintValue StyleReader::parsePaint(std::string_view text, const PaintValue& outer) {
@@ -164,24 +169,41 @@ void StyleReader::readOpacities() {
     with(Attribute::opacity, [&](std::string_view text) {
         const double opacity = parseOpacity(text).value_or(1);
         style_.transparent = style_.transparent || opacity == 0;
-        if (opacity > 0 && opacity < 1) {
-            tally_.add("opacity");
-        }
+        style_.appearance.opacity = opacity;
     });
 }
 
-void StyleReader::readClip() {
-    with(Attribute::clipPath, [&](std::string_view text) {
-        if (text == "none") {
-            return;
+/// The id that a property of that name refers to; counts what leads nowhere.
+std::string_view StyleReader::parseReference(std::string_view text, std::string_view kind) {
+    if (text == "none") {
+        return {};
+    }
+    const auto reference = localReference(text);
+    if (!reference) {
+        tally_.add(text.starts_with("url(") ? "external reference" : kind);
+    }
+    return reference.value_or(std::string_view{});
+}
+
+void StyleReader::readAppearance() {
+    with(Attribute::mixBlendMode, [&](std::string_view text) {
+        const auto mode = blendModeByName(text);
+        if (!mode) {
+            tally_.add("mix-blend-mode");
         }
-        const auto reference = localReference(text);
-        if (reference) {
-            style_.clipPath = *reference;
-        } else {
-            tally_.add(text.starts_with("url(") ? "external reference" : "clip-path");
-        }
+        style_.appearance.blend = mode.value_or(BlendMode::normal);
     });
+    with(Attribute::isolation,
+         [&](std::string_view text) { style_.appearance.isIsolated = text == "isolate"; });
+    with(Attribute::mask,
+         [&](std::string_view text) { style_.mask = parseReference(text, "mask"); });
+    with(Attribute::maskType,
+         [&](std::string_view text) { style_.masksByAlpha = text == "alpha"; });
+}
+
+void StyleReader::readClip() {
+    with(Attribute::clipPath,
+         [&](std::string_view text) { style_.clipPath = parseReference(text, "clip-path"); });
 }
 
 void StyleReader::readImages() {
@@ -201,17 +223,18 @@ void StyleReader::countIgnored() {
     };
     constexpr auto ignored = std::to_array<Ignored>({
         {Attribute::filter, "filter", "none"},
-        {Attribute::mask, "mask", "none"},
         {Attribute::marker, "marker", "none"},
         {Attribute::markerStart, "marker", "none"},
         {Attribute::markerMid, "marker", "none"},
         {Attribute::markerEnd, "marker", "none"},
-        {Attribute::mixBlendMode, "mix-blend-mode", "normal"},
         {Attribute::paintOrder, "paint-order", "normal"},
         {Attribute::vectorEffect, "vector-effect", "none"},
     });
     for (const Ignored& entry : ignored) {
         with(entry.property, [&](std::string_view text) {
+            if (entry.property == Attribute::filter && isTransfer_) {
+                return; // a part of a mask of ours
+            }
             if (text != entry.harmless && !text.starts_with("fill stroke markers")) {
                 tally_.add(entry.kind);
             }
@@ -226,6 +249,7 @@ void StyleReader::read() {
     readPaints();
     readStroke();
     readOpacities();
+    readAppearance();
     readRule(Attribute::fillRule, style_.fillRule);
     readRule(Attribute::clipRule, style_.clipRule);
     readImages();
@@ -279,9 +303,12 @@ ComputedStyle computeStyle(const ComputedStyle& outer, const Declared& declared,
         style.keepsBlanks = attributes[Attribute::xmlSpace] == "preserve";
         style.keepsLines = false;
     }
-    style.clipPath = {};
+    style.clipPath = style.mask = {};
+    style.appearance = {};
+    style.masksByAlpha = false;
     if (declared.any()) {
-        StyleReader(style, declared, {viewport, outer.fontSize}, tally).read();
+        const bool isTransfer = attributes.has(Attribute::dataTransfer);
+        StyleReader(style, declared, {viewport, outer.fontSize}, tally, isTransfer).read();
     }
     if (const auto twin = fillTwin(attributes)) {
         style.fillTwin = *twin;

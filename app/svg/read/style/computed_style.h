@@ -7,6 +7,7 @@
 #include "app/svg/read/style/declarations.h"
 #include "app/svg/read/tally.h"
 #include "app/svg/read/values/length.h"
+#include "host/appearance.h"
 #include "host/artwork.h"
 #include "host/text.h"
 
@@ -77,10 +78,13 @@ struct ComputedStyle {
     bool saysFill = false; ///< the element itself has the property
     bool saysStroke = false;
     std::string_view clipPath; ///< id of the clip; empty: none
+    Appearance appearance;     ///< opacity, blending and isolation
+    std::string_view mask;     ///< id of the mask; empty: none
+    bool masksByAlpha = false; ///< of a mask: not by its light
 };
 
 /// The style of an element within `outer`; `declared` holds what attributes and sheets say. What
-/// cannot be held (filters, opacity between 0 and 1 and their like) is counted.
+/// cannot be held (filters and their like) is counted.
 ComputedStyle computeStyle(const ComputedStyle& outer, const Declared& declared,
                            const Attributes& attributes, const Viewport& viewport, Tally& tally);
 

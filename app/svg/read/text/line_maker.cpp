@@ -22,7 +22,8 @@ double asWritten(double length) {
 
 bool looksAlike(const LetterLook& left, const LetterLook& right) {
     return left.element == right.element && left.font == right.font && left.size == right.size &&
-           left.spacing == right.spacing && left.style == right.style;
+           left.spacing == right.spacing && left.style == right.style &&
+           left.fillOpacity == right.fillOpacity && left.strokeOpacity == right.strokeOpacity;
 }
 
 } // namespace
@@ -265,6 +266,8 @@ void LineMaker::finishRun() {
         run.text = text_;
         run.pieces = pieces_;
         run.style = look_.style;
+        run.fillOpacity = look_.fillOpacity;
+        run.strokeOpacity = look_.strokeOpacity;
         run.source = look_.source.value_or(ArtSource{});
         context_.document.addTextRun(art_, run);
         made_ = true;
@@ -285,6 +288,9 @@ void LineMaker::finishLine() {
     line_.length = fixedNumber(fitted_.length * scale_);
     line_.stretchesLetters = line_.length != 0 && fitted_.stretchesLetters;
     context_.document.setTextLine(art_, line_);
+    if (frame_.appearance != Appearance()) {
+        context_.document.setAppearance(art_, frame_.appearance);
+    }
     lastArt_ = art_;
     lastFitted_ = fitted_.element;
     art_ = Art::null;

@@ -6,6 +6,7 @@
 #include "app/svg/read/text/letter_places.h"
 #include "app/svg/read/text/text_path.h"
 #include "app/svg/text_shift.h"
+#include "host/appearance.h"
 #include "host/matrix.h"
 
 #include <cstdint>
@@ -43,6 +44,8 @@ struct LetterLook {
     TextOrder order = TextOrder::leftToRight;
     FittedLength fitted;
     PathStyle style;
+    double fillOpacity = 1;
+    double strokeOpacity = 1;
     std::optional<ArtSource> source;
     /// Letters of different ones do not share a run.
     std::uint32_t element = 0;
@@ -54,6 +57,7 @@ struct LineFrame {
     RealMatrix toArt; ///< from the user space of the letters
     bool isVertical = false;
     bool isColumn = false; ///< vertical, as the writer writes it (app/svg/text_shift.h)
+    Appearance appearance = {};
 };
 
 /// A letter with an absolute place along its line begins a new text object, since nothing here

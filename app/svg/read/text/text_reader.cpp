@@ -286,6 +286,10 @@ const LetterLook& TextReader::lookOf(Level& level) {
     const double stretch = meanStretch(context_.ours ? realMatrix(fixedMatrix(toArt)) : toArt);
     look.style =
         paintedStyle(style, Attributes(level.styled), {stretch, 0, 0, stretch, 0, 0}, context_);
+    if (context_.holdsAppearance) {
+        look.fillOpacity = look.style.fillPaint != 0 ? fillOpacityOf(style) : 1;
+        look.strokeOpacity = look.style.strokePaint != 0 ? strokeOpacityOf(style) : 1;
+    }
     paints_.paint(look.style, style, {frame_.toArt, box_, {viewport_, style.fontSize}});
     return look;
 }

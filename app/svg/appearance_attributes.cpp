@@ -1,0 +1,60 @@
+#include "app/svg/appearance_attributes.h"
+
+#include "app/svg/markup.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+namespace corvane {
+
+namespace {
+
+/// In the order of `BlendMode`.
+constexpr std::array<std::string_view, 16> blendNames{
+    "normal",      "multiply",   "screen",     "overlay",    "darken",     "lighten",
+    "color-dodge", "color-burn", "hard-light", "soft-light", "difference", "exclusion",
+    "hue",         "saturation", "color",      "luminosity"};
+
+void writeOpacity(TextOutput& out, std::string_view name, double opacity) {
+    if (opacity != 1) {
+        writeDoubleAttribute(out, name, opacity);
+    }
+}
+
+} // namespace
+
+void writeAppearance(TextOutput& out, const Appearance& appearance, std::string_view mask) {
+    writeOpacity(out, "opacity", appearance.opacity);
+    std::string style;
+    if (appearance.blend != BlendMode::normal) {
+        style = "mix-blend-mode:";
+        style += blendNames[static_cast<std::size_t>(appearance.blend)];
+    }
+    if (appearance.isIsolated) {
+        style += style.empty() ? "isolation:isolate" : ";isolation:isolate";
+    }
+    if (!style.empty()) {
+        writePlainAttribute(out, "style", style);
+    }
+    if (!mask.empty()) {
+        writePlainAttribute(out, "mask", "url(#" + std::string(mask) + ")");
+    }
+    if (appearance.isKnockout) {
+        writePlainAttribute(out, "data-knockout", "true");
+    }
+}
+
+void writePaintOpacities(TextOutput& out, const PathStyle& style, double fill, double stroke) {
+    writeOpacity(out, "fill-opacity", style.fillPaint != 0 ? fill : 1);
+    writeOpacity(out, "stroke-opacity", style.strokePaint != 0 ? stroke : 1);
+}
+
+std::optional<BlendMode> blendModeByName(std::string_view name) {
+    const auto* const found = std::ranges::find(blendNames, name);
+    return found == blendNames.end()
+               ? std::nullopt
+               : std::optional(static_cast<BlendMode>(found - blendNames.begin()));
+}
+
+} // namespace corvane

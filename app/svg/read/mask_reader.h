@@ -1,0 +1,48 @@
+// Masks: what `mask` names (CSS Masking Level 1, 7).
+#pragma once
+
+#include "app/svg/read/context.h"
+#include "app/svg/read/values/length.h"
+#include "app/svg/read/values/user_box.h"
+#include "host/matrix.h"
+
+#include <cstddef>
+#include <string_view>
+#include <unordered_map>
+
+namespace corvane {
+
+/// The user space of what is masked, and the box around it there, where `fitsBox`.
+struct MaskUse {
+    RealMatrix toArt;
+    Viewport viewport;
+    UserBox box;
+};
+
+class MaskReader {
+public:
+    explicit MaskReader(ReadingContext& context) : context_(context) {}
+
+    /// Whether the mask of that id needs the box of what is masked.
+    bool fitsBox(std::string_view id) const;
+
+    /// Null, and counted, where there is none or it has itself.
+    SoftMask read(std::string_view id, const MaskUse& use);
+
+private:
+    struct Known {
+        RealMatrix toArt;
+        Viewport viewport;
+        SoftMask mask = SoftMask::null;
+    };
+
+    SoftMask make(pugi::xml_node node, const MaskUse& use);
+    void clip(Art content, const Attributes& attributes, const MaskUse& use);
+    void grayOut(Art content);
+
+    ReadingContext& context_;
+    /// The latest use of a mask, by its node: most are used from one user space.
+    std::unordered_map<std::size_t, Known> known_;
+};
+
+} // namespace corvane

@@ -1,0 +1,98 @@
+// How elements are laid over what is behind them: opacity, blending, masks.
+#include "app/svg/read/tree_reader.h"
+
+#include "app/artwork/path_walk.h"
+#include "app/svg/read/paint/paint_style.h"
+
+namespace corvane {
+
+/// `attributes_` are the element's.
+ElementLook TreeReader::lookOf(const ComputedStyle& style, const RealMatrix& matrix,
+                               const Viewport& viewport) const {
+    ElementLook look{style.appearance, style.mask, matrix, viewport};
+    look.appearance.isKnockout =
+        context_.ours && context_.holdsAppearance && attributes_.isTrue(Attribute::dataKnockout);
+    return look;
+}
+
+/// That of an image or a text, which a group may carry for it.
+ElementLook TreeReader::lookOfChild(const ComputedStyle& style, const RealMatrix& matrix) const {
+    const Frame& frame = frames_.back();
+    if (!frame.passesLook) {
+        return lookOf(style, matrix, frame.viewport);
+    }
+    ElementLook look = frame.look;
+    look.appearance.opacity *= style.appearance.opacity;
+    return look;
+}
+
+/// A mask would be turned with an image or a text, so files of ours put a group around it, which is
+/// no group of the art and has no name.
+bool TreeReader::carriesLook(pugi::xml_node node, const Frame& frame) const {
+    const bool mayCarry = context_.ours && frame.style.clipPath.empty() &&
+                          frame.late.kind == LateClip::Kind::none &&
+                          !attributes_.has(Attribute::id) && !lookOf(frame.style, {}, {}).isPlain();
+    if (!mayCarry) {
+        return false;
+    }
+    int held = 0;
+    int carried = 0;
+    for (const pugi::xml_node child : node.children()) {
+        const Element element = context_.index.elementOf(child);
+        held += child.type() == pugi::node_element ? 1 : 0;
+        carried += element == Element::image || element == Element::text ? 1 : 0;
+    }
+    return held == 1 && carried == 1;
+}
+
+/// `box` is around the element, in its user space.
+Appearance TreeReader::appearanceOf(const ElementLook& look, const UserBox& box) {
+    Appearance appearance = look.appearance;
+    if (!look.mask.empty()) {
+        appearance.mask = masks_.read(look.mask, {look.matrix, look.viewport, box});
+    }
+    return appearance;
+}
+
+void TreeReader::setLook(Art art, const ElementLook& look, const UserBox& box) {
+    const Appearance appearance = appearanceOf(look, box);
+    if (appearance != Appearance()) {
+        document_.setAppearance(art, appearance);
+    }
+}
+
+/// The box is known in the art. Where its user space is turned, that is as near as it gets.
+void TreeReader::setFrameLook(const Frame& frame) {
+    if (frame.outermost == Art::null || frame.look.isPlain()) {
+        return;
+    }
+    ElementLook look = frame.look;
+    if (!masks_.fitsBox(look.mask)) {
+        setLook(frame.outermost, look, {});
+        return;
+    }
+    const RealMatrix& matrix = look.matrix;
+    if (matrix.b != 0 || matrix.c != 0 || matrix.a < 0 || matrix.d > 0) {
+        context_.tally.add("mask");
+    }
+    const auto back = inverse(matrix);
+    setLook(frame.outermost, look, back ? boxThrough(*back, frame.box) : UserBox());
+}
+
+void TreeReader::setShapeLook(Art shape, const ComputedStyle& style, const RealMatrix& matrix) {
+    if (!context_.holdsAppearance) {
+        return;
+    }
+    ElementLook look = lookOf(style, matrix, frames_.back().viewport);
+    const Art path =
+        document_.kind(shape) == ArtKind::compound ? document_.firstChild(shape) : shape;
+    if (path == Art::null) {
+        return;
+    }
+    const PathStyle& painted = document_.style(path);
+    look.appearance.fillOpacity = painted.fillPaint != 0 ? fillOpacityOf(style) : 1;
+    look.appearance.strokeOpacity = painted.strokePaint != 0 ? strokeOpacityOf(style) : 1;
+    setLook(shape, look, shape_.box());
+}
+
+} // namespace corvane
