@@ -40,8 +40,12 @@ void openState(Interpreter& interpreter) {
 
 void openState(Interpreter& interpreter, Art group) {
     interpreter.saved = SavedStates();
-    GraphicsState& state = interpreter.state = GraphicsState();
     interpreter.containers.open(group);
+    interpreter.state = initialState();
+}
+
+GraphicsState initialState() {
+    GraphicsState state;
     callHost(slot::setIdentityMatrix, &state.ctm);
     callHost(slot::getDefaultStyle, &state.style);
     const PathStyle initial;
@@ -56,6 +60,7 @@ void openState(Interpreter& interpreter, Art group) {
     state.style.clip = 0;
     state.style.resolution = initial.resolution;
     state.style.rule = FillRule::nonzero;
+    return state;
 }
 
 void saveState(Interpreter& interpreter) {

@@ -23,6 +23,8 @@ struct UserSpace {
 /// The user space under that CTM; nothing where the CTM has no inverse.
 std::optional<UserSpace> userSpace(const RealMatrix& ctm);
 
+class DrawnLooks;
+
 struct Walk {
     explicit Walk(Filter& stream) : text(stream) {}
 
@@ -42,6 +44,7 @@ struct Walk {
     ContentText text;
     Shadow shadow;
     TextDrawing* texts = nullptr; ///< null: text cannot be drawn
+    DrawnLooks* looks = nullptr;  ///< null: all art is opaque
     classic::FontList fonts;
     /// Segments of a path come from the host in blocks of this many.
     std::array<Segment, 512> segments;

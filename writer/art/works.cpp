@@ -117,12 +117,14 @@ void layerWorks(Walk& walk, Layer layer, SavingProgress& progress) {
 
 } // namespace
 
-std::int32_t documentWorks(DocumentCache& cache, const RealMatrix& placement, TextDrawing* texts) {
+std::int32_t documentWorks(DocumentCache& cache, const RealMatrix& placement, TextDrawing* texts,
+                           DrawnLooks* looks) {
     Filter& stream = *cache.output;
     const std::int32_t start = markFilter(stream);
     originWorks(stream, placement);
     Walk walk(stream);
     walk.texts = texts;
+    walk.looks = looks;
     ChargedList<Layer> layers = listLayers();
     SavingProgress progress(layers.size());
     while (!layers.empty()) {

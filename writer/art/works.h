@@ -9,11 +9,14 @@
 
 namespace corvane {
 
+class DrawnLooks;
+
 /// Writes the content to the cache's output; its length in bytes. `placement` leads from the
 /// artboard to the page's own space and is written first, unless it changes nothing. Raises `host`
 /// where a slot fails, `cancelled` where the person wants to stop, `type` for art, paint, caps and
-/// joins of an unknown kind. Without `texts`, text raises `unpatchable`.
+/// joins of an unknown kind. Without `texts`, text raises `unpatchable`; without `looks`, all art
+/// is opaque.
 std::int32_t documentWorks(DocumentCache& cache, const RealMatrix& placement,
-                           TextDrawing* texts = nullptr);
+                           TextDrawing* texts = nullptr, DrawnLooks* looks = nullptr);
 
 } // namespace corvane

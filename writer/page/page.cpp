@@ -1,6 +1,7 @@
 // The objects of a page that is saved.
 #include "output/primitives.h"
 #include "output/xref.h"
+#include "reader/content/appearance.h"
 #include "runtime/exception.h"
 #include "writer/art/works.h"
 #include "writer/crypt/sealed.h"
@@ -13,6 +14,12 @@ namespace corvane {
 
 namespace {
 
+void drawWorks(DocumentCache& cache, const UpdatePlan& plan) {
+    DrawnPage* const drawn = plan.drawn.get();
+    documentWorks(cache, plan.geometry.placement, drawn != nullptr ? &drawn->texts : nullptr,
+                  drawn != nullptr && hostHoldsAppearance() ? &drawn->looks : nullptr);
+}
+
 /// The content, enciphered in an encrypted file; its length in the file.
 std::int32_t writeSealedWorks(DocumentCache& cache, const UpdatePlan& plan) {
     Filter& output = *cache.output;
@@ -20,8 +27,7 @@ std::int32_t writeSealedWorks(DocumentCache& cache, const UpdatePlan& plan) {
     Chain sealed(&output);
     linkSeal(cache, sealed, newStreamCipher(cache), {plan.numbers.content, 0});
     cache.output = sealed.top();
-    const Exception code =
-        guarded([&] { documentWorks(cache, plan.geometry.placement, plan.texts.get()); });
+    const Exception code = guarded([&] { drawWorks(cache, plan); });
     cache.output = &output;
     raiseException(code);
     sealed.unlink();
@@ -44,13 +50,14 @@ std::int64_t writeDrawn(DocumentCache& cache, const UpdatePlan& plan) {
     stringOutput(output, "\rendstream\rendobj\r");
 
     writeLength(cache, length, bytes);
-    const bool hasFonts = plan.texts && plan.texts->resources().hasAdded();
-    if (hasFonts) {
-        plan.texts->fonts().write(cache);
+    const bool hasResources = plan.drawn && plan.drawn->resources.hasAdded();
+    if (hasResources) {
+        plan.drawn->texts.fonts().write(cache);
+        plan.drawn->looks.write(cache, plan.drawn->resources);
     }
     writePageObject(cache, plan.page, plan.geometry,
                     {.contents = {{.number = content, .generation = 0, .place = contentPlace}},
-                     .resources = hasFonts ? &plan.texts->resources() : nullptr,
+                     .resources = hasResources ? &plan.drawn->resources : nullptr,
                      .origin = plan.origin,
                      .artwork = plan.artwork});
     forallFamily([&](const Family& family) { writeFamily(cache, family); });
@@ -78,6 +85,7 @@ std::int64_t writePatched(DocumentCache& cache, const UpdatePlan& plan, PlannedP
     for (const NewImage& image : patch.page.images) {
         writeImage(cache, image);
     }
+    patch.page.looks.write(cache, patch.resources);
     if (patch.page.resetState != 0) {
         writeResetState(*cache.output, patch.page.resetState);
     }

@@ -5,6 +5,7 @@
 #include "reader/content/content_trace.h"
 #include "reader/page/page_base.h"
 #include "reader/text/page_fonts.h"
+#include "writer/patch/look_difference.h"
 
 namespace corvane {
 
@@ -13,6 +14,7 @@ struct BaseReading {
     Art annotations = Art::null; ///< the same of its annotations; null where it has none
     ContentTrace trace;
     PageFonts fonts; ///< of its text
+    mutable MaskComparison masks;
 };
 
 /// Reads the content of the base through the host's table into a group that is in no layer, as

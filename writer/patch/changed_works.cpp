@@ -1,6 +1,5 @@
 #include "writer/patch/changed_works.h"
 
-#include "reader/content/losses.h"
 #include "runtime/callbacks.h"
 #include "runtime/fixed.h"
 #include "writer/art/color_works.h"
@@ -9,6 +8,7 @@
 #include "writer/art/segment_works.h"
 #include "writer/art/style_works.h"
 #include "writer/patch/kept_works.h"
+#include "writer/patch/look_difference.h"
 #include "writer/patch/movement.h"
 
 #include <algorithm>
@@ -122,7 +122,7 @@ RealMatrix movementOfPaint(const PatchTools& tools, const PathSource& source, Ar
                            const ArtDifference& difference) {
     const TraceEvent& event = tools.trace.events()[source.event];
     const bool liesOnPage =
-        event.hidesFill || event.hidesStroke || (event.behind.settings & softMaskSetting) != 0;
+        event.hidesFill || event.hidesStroke || movesMask(event.behind, difference);
     return liesOnPage && difference.shape ? movementOf(source.art, art).value_or(RealMatrix())
                                           : RealMatrix();
 }

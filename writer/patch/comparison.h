@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/artwork.h"
+#include "writer/art/drawn_looks.h"
 
 #include <array>
 
@@ -21,9 +22,11 @@ struct ArtDifference {
     bool join = false;
     bool miterLimit = false;
     bool flatness = false;
-    bool letters = false; ///< of text: what is shown, in which font, and how letters stand
-    bool place = false;   ///< of text: where it begins, its size and direction; of images: where
-    bool image = false;   ///< of images: which one
+    bool letters = false;    ///< of text: what is shown, in which font, and how letters stand
+    bool place = false;      ///< of text: where it begins, its size and direction; of images: where
+    bool image = false;      ///< of images: which one
+    LookState look = {};     ///< what must be set to lay it over what is behind it as it is now
+    bool masksMoved = false; ///< its mask moved along with it
 
     bool any() const;
     bool strokeParts() const { return stroke || lineWidth || dash || cap || join || miterLimit; }

@@ -1,5 +1,6 @@
 #include "writer/patch/edited_artwork.h"
 
+#include "reader/content/appearance.h"
 #include "reader/content/art.h"
 #include "reader/form/form_drawing.h"
 #include "reader/image/place_image.h"
@@ -16,6 +17,19 @@
 namespace corvane {
 
 namespace {
+
+/// What a group and the one object in it say together. Within the group the object blends with
+/// nothing.
+Appearance together(const Appearance& group, const Appearance& own) {
+    if (group == Appearance()) {
+        return own;
+    }
+    Appearance both = own;
+    both.opacity *= group.opacity;
+    both.blend = group.blend;
+    both.mask = own.mask == SoftMask::null ? group.mask : own.mask;
+    return both;
+}
 
 class Lister {
 public:
@@ -57,6 +71,10 @@ private:
             failException(Exception::cancelled);
         }
         const ArtKind kind = artKind(art);
+        appearance_ = {};
+        if (hostHoldsAppearance()) {
+            appearance_ = together(std::exchange(carried_, {}), appearanceOf(art));
+        }
         switch (static_cast<std::int16_t>(kind)) {
         case 1:
             if ((isOfAnnotations_ && addAnnotation(art)) || addForm(art) || addSourced(art)) {
@@ -98,8 +116,12 @@ private:
         if (!hostHoldsForms()) {
             return false;
         }
-        EditedObject object{
-            .art = group, .kind = ArtKind::group, .isForm = true, .group = group_, .source = {}};
+        EditedObject object{.art = group,
+                            .kind = ArtKind::group,
+                            .isForm = true,
+                            .group = group_,
+                            .source = {},
+                            .appearance = appearance_};
         callHost(slot::getArtSource, group, &object.source);
         if (formOf(group).content == 0 || object.source.ordinal < 0 || object.source.content != 0) {
             return false;
@@ -110,7 +132,11 @@ private:
 
     /// What glyph procedures drew is one object, as long as it is paths alone.
     bool addSourced(Art group) {
-        EditedObject object{.art = group, .kind = ArtKind::group, .group = group_, .source = {}};
+        EditedObject object{.art = group,
+                            .kind = ArtKind::group,
+                            .group = group_,
+                            .source = {},
+                            .appearance = appearance_};
         callHost(slot::getArtSource, group, &object.source);
         std::uint8_t clipped = 0;
         callHost(slot::getGroupClipped, group, &clipped);
@@ -122,7 +148,8 @@ private:
     }
 
     void add(Art art, ArtKind kind) {
-        EditedObject object{.art = art, .kind = kind, .group = group_, .source = {}};
+        EditedObject object{
+            .art = art, .kind = kind, .group = group_, .source = {}, .appearance = appearance_};
         callHost(slot::getArtSource, art, &object.source);
         artwork_.objects.push(object);
     }
@@ -140,8 +167,15 @@ private:
                                    .kind = ArtKind::text,
                                    .group = group_,
                                    .source = letters.source,
+                                   .appearance = appearance_,
                                    .run = run});
         }
+    }
+
+    /// Whether the one thing in a group can have the group's look.
+    bool mayCarry(Art held) const {
+        return appearance_ != Appearance() &&
+               (appearance_.mask == SoftMask::null || appearanceOf(held).mask == SoftMask::null);
     }
 
     void enter(Art art, ArtKind kind) {
@@ -151,9 +185,15 @@ private:
         }
         const Art first = firstChild(art);
         const Art clip = clipped != 0 ? first : Art::null;
-        artwork_.groups.push({group_, clip});
+        const Art held = clip == Art::null ? first : nextSibling(first);
+        const bool isAlone = held != Art::null && nextSibling(held) == Art::null;
+        const bool carries = isAlone && mayCarry(held);
+        artwork_.groups.push({group_, clip, carries ? Appearance() : appearance_});
+        if (carries) {
+            carried_ = appearance_;
+        }
         group_ = static_cast<EditedIndex>(artwork_.groups.size() - 1);
-        pending_.enter(clip == Art::null ? first : nextSibling(first), ArtStep::What::leave);
+        pending_.enter(held, ArtStep::What::leave);
     }
 
     EditedArtwork& artwork_;
@@ -161,6 +201,8 @@ private:
     bool isOfAnnotations_ = false;
     ArtStack pending_;
     EditedIndex group_ = 0;
+    Appearance appearance_; ///< of the art at hand
+    Appearance carried_;    ///< of the group around the art to come, which it has to itself
 };
 
 } // namespace

@@ -1,6 +1,7 @@
 // The artwork that is to be saved, as a list of what is painted, from the back to the front.
 #pragma once
 
+#include "host/appearance.h"
 #include "host/artwork.h"
 #include "runtime/charged_list.h"
 
@@ -18,6 +19,9 @@ inline constexpr EditedIndex notSet = UINT32_MAX;
 struct EditedGroup {
     EditedIndex outer = 0;
     Art clip = Art::null; ///< null: the group does not clip
+    /// Of what it holds as one thing; where it holds one object, that has it.
+    Appearance appearance = {};
+    bool isLooked() const { return appearance != Appearance(); }
 };
 
 struct EditedObject {
@@ -27,6 +31,7 @@ struct EditedObject {
     bool isForm = false; ///< a group that a form of the page painted
     EditedIndex group = 0;
     ArtSource source;
+    Appearance appearance = {}; ///< with that of a group that holds nothing else
     // Of text: each run is an object.
     std::int32_t run = 0;
     double start = 0;         ///< where it begins on its line

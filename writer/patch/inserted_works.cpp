@@ -1,6 +1,6 @@
 #include "writer/patch/inserted_works.h"
 
-#include "reader/content/losses.h"
+#include "reader/content/art.h"
 #include "runtime/exception.h"
 #include "runtime/extension.h"
 #include "runtime/fixed.h"
@@ -10,6 +10,7 @@
 #include "writer/art/style_works.h"
 #include "writer/patch/insertion_points.h"
 #include "writer/patch/kept_works.h"
+#include "writer/patch/look_difference.h"
 #include "writer/patch/movement.h"
 #include "writer/patch/placed_image.h"
 #include "writer/patch/text/text_run.h"
@@ -73,14 +74,18 @@ void InsertedWorks::openGroups(const Insertion& insertion) {
         const bool clips = artwork_.groups[group].clip != Art::null;
         if (clips && inForce > 0) {
             --inForce;
-        } else if (clips || (inForce == 0 && apart_[group])) {
+        } else if (clips || artwork_.groups[group].isLooked() || (inForce == 0 && apart_[group])) {
             wanted.push_back(group);
         }
     }
     const auto same = std::ranges::mismatch(open_, wanted);
     closeGroups(static_cast<std::size_t>(same.in1 - open_.begin()));
     for (auto group = same.in2; group != wanted.end(); ++group) {
-        enterWorks(walk_);
+        if (artwork_.groups[*group].isLooked()) {
+            beginForm(*group);
+        } else {
+            enterWorks(walk_);
+        }
         if (artwork_.groups[*group].clip != Art::null) {
             clipWorks(walk_, artwork_.groups[*group].clip);
         }
@@ -90,9 +95,38 @@ void InsertedWorks::openGroups(const Insertion& insertion) {
 
 void InsertedWorks::closeGroups(std::size_t left) {
     while (open_.size() > left) {
-        leaveWorks(walk_);
+        const EditedIndex group = open_.back();
         open_.pop_back();
+        if (artwork_.groups[group].isLooked()) {
+            endForm(artwork_.groups[group].appearance);
+        } else {
+            leaveWorks(walk_);
+        }
     }
+}
+
+/// What comes next goes into a form, which is drawn as one thing. All that it is to hold must be
+/// drawn in one place.
+void InsertedWorks::beginForm(EditedIndex group) {
+    if (!formed_.insert(group).second) {
+        failException(Exception::unpatchable);
+    }
+    walk_.text.flush();
+    around_.push_back(tools_.sink.take());
+    noneStyleWorks(walk_);
+}
+
+void InsertedWorks::endForm(const Appearance& appearance) {
+    walk_.text.flush();
+    const std::string_view name = tools_.looks.addGroup(tools_.sink.take(), appearance);
+    walk_.text.add(around_.back());
+    around_.pop_back();
+    enterWorks(walk_);
+    stateWorks(walk_, stateOf(appearance));
+    walk_.text.add("/");
+    walk_.text.add(name);
+    walk_.text.add(" Do\n");
+    leaveWorks(walk_);
 }
 
 void InsertedWorks::writeObject(const Insertion& insertion) {
@@ -105,26 +139,52 @@ void InsertedWorks::writeObject(const Insertion& insertion) {
     if (edited.isForm) {
         failException(Exception::unpatchable);
     }
-    if (edited.kind == ArtKind::text) {
-        newTextWorks(tools_, edited);
-    } else if (edited.kind == ArtKind::placed) {
-        newImageWorks(tools_, edited.art);
-    } else {
-        objectWorks(walk_, edited.art);
-    }
+    writeNew(edited);
     isBehindNew_ = true;
 }
 
+/// In the space of the artboard.
+void InsertedWorks::writeNew(const EditedObject& edited) {
+    if (edited.kind != ArtKind::text && edited.kind != ArtKind::placed) {
+        if (edited.appearance == Appearance()) {
+            plainWorks(walk_, edited.art);
+        } else {
+            lookedWorks(walk_, edited.art, edited.appearance);
+        }
+        return;
+    }
+    Appearance appearance = edited.appearance;
+    if (edited.kind == ArtKind::text) {
+        const TextRun run = runOf(edited.art, edited.run);
+        appearance.fillOpacity *= run.fillOpacity;
+        appearance.strokeOpacity *= run.strokeOpacity;
+    }
+    const LookState look = stateOf(appearance);
+    if (!look.isEmpty()) {
+        enterWorks(walk_);
+        stateWorks(walk_, look);
+    }
+    if (edited.kind == ArtKind::text) {
+        newTextWorks(tools_, edited);
+    } else {
+        newImageWorks(tools_, edited.art);
+    }
+    if (!look.isEmpty()) {
+        leaveWorks(walk_);
+    }
+}
+
 /// The state of text, what lies on the page moved.
-void InsertedWorks::writeState(const PaintedArt& was, const RealMatrix& movement) {
+void InsertedWorks::writeState(const PaintedArt& was, const ArtDifference& difference,
+                               const RealMatrix& movement) {
     // A `gs` that set the font may set what other operators set again.
     const TraceIndex font = trace_.textSetting(was.setting).font;
     if (font != 0 && trace_.events()[font - 1].role == OperatorRole::external) {
         walk_.text.add(tools_.state.bytesOf(font - 1));
     }
     const Surroundings& own = trace_.events()[was.event].behind;
-    const bool isMasked = (own.settings & softMaskSetting) != 0;
-    tools_.state.write(own, {}, isMasked ? movement : RealMatrix());
+    tools_.state.write(own, {}, movesMask(own, difference) ? movement : RealMatrix());
+    lookWorks(tools_, trace_.matrix(own.matrix), difference.look);
 }
 
 /// What glyph procedures drew: shown again, or, where its insides were changed and the host
@@ -144,36 +204,41 @@ void InsertedWorks::writeGlyphs(const MatchedObject& object, const EditedObject&
     const RealMatrix movement = object.difference.place
                                     ? movementOf(was.art, edited.art).value_or(RealMatrix())
                                     : RealMatrix();
-    writeState(was, movement);
+    writeState(was, object.difference, movement);
     movedGlyphsWorks(tools_, was, movement);
 }
 
 /// Drawn again as it was.
 void InsertedWorks::writeForm(const MatchedObject& object) {
     const TraceEvent& event = eventOf(trace_, object.source);
-    if (object.difference.any()) {
+    ArtDifference inside = object.difference;
+    inside.look = {};
+    if (inside.any()) {
         failException(Exception::unpatchable);
     }
     tools_.state.write(event.behind, {}, {});
+    lookWorks(tools_, trace_.matrix(event.behind.matrix), object.difference.look);
     rangesWorks(tools_, {{event.start, event.end}});
 }
 
 void InsertedWorks::writeText(const MatchedObject& object, const EditedObject& edited) {
     const PaintedArt& was = trace_.painted()[object.source];
-    const bool isMasked = (trace_.events()[was.event].behind.settings & softMaskSetting) != 0;
-    const RealMatrix movement =
-        isMasked && object.difference.place ? movementOfText(base_, was, edited) : RealMatrix();
-    writeState(was, movement);
+    const Surroundings& own = trace_.events()[was.event].behind;
+    const RealMatrix movement = object.difference.place && movesMask(own, object.difference)
+                                    ? movementOfText(base_, was, edited)
+                                    : RealMatrix();
+    writeState(was, object.difference, movement);
     sourcedTextWorks(tools_, base_, was, edited, object.difference);
 }
 
 void InsertedWorks::writeImage(const MatchedObject& object, const EditedObject& edited) {
     const PaintedArt& was = trace_.painted()[object.source];
     const Surroundings& own = trace_.events()[was.event].behind;
-    const bool isMasked = (own.settings & softMaskSetting) != 0;
-    const RealMatrix movement =
-        isMasked && object.difference.place ? movementOfImage(was.art, edited.art) : RealMatrix();
+    const RealMatrix movement = object.difference.place && movesMask(own, object.difference)
+                                    ? movementOfImage(was.art, edited.art)
+                                    : RealMatrix();
     tools_.state.write(own, {}, movement);
+    lookWorks(tools_, trace_.matrix(own.matrix), object.difference.look);
     imageWorks(tools_, was, edited.art, object.difference);
 }
 
@@ -211,9 +276,11 @@ void InsertedWorks::writeSourced(const MatchedObject& object, const EditedObject
         unchangedWorks(tools_, event);
     } else if (inverse(trace_.matrix(own.matrix))) {
         tools_.state.write(own, {}, movementOfPaint(tools_, source, art, object.difference));
+        lookWorks(tools_, trace_.matrix(own.matrix), object.difference.look);
         changedWorks(tools_, source, art, object.difference);
     } else {
         tools_.state.writeOnArtboard(own);
+        stateWorks(walk_, object.difference.look);
         artWorks(walk_, art);
     }
     leaveWorks(walk_);

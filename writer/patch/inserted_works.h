@@ -6,6 +6,7 @@
 #include "writer/patch/paint_order.h"
 
 #include <cstdint>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -32,9 +33,13 @@ public:
 private:
     void openGroups(const Insertion& insertion);
     void closeGroups(std::size_t left);
+    void beginForm(EditedIndex group);
+    void endForm(const Appearance& appearance);
     void writeObject(const Insertion& insertion);
     void writeSourced(const MatchedObject& object, const EditedObject& edited, TraceIndex marks);
-    void writeState(const PaintedArt& was, const RealMatrix& movement);
+    void writeNew(const EditedObject& edited);
+    void writeState(const PaintedArt& was, const ArtDifference& difference,
+                    const RealMatrix& movement);
     void writeForm(const MatchedObject&);
     void writeGlyphs(const MatchedObject&, const EditedObject&);
     void writeText(const MatchedObject& object, const EditedObject& edited);
@@ -47,9 +52,11 @@ private:
     const EditedArtwork& artwork_;
     const Matching& matching_;
     const std::vector<bool>& apart_;
-    TraceIndex setter_ = 0;         // the latest before the place
-    bool isBehindNew_ = false;      // new art was drawn at the place
-    std::vector<EditedIndex> open_; // groups, from the outermost
+    TraceIndex setter_ = 0;           // the latest before the place
+    bool isBehindNew_ = false;        // new art was drawn at the place
+    std::vector<EditedIndex> open_;   // groups, from the outermost
+    std::vector<std::string> around_; // what was written before the forms that are open
+    std::set<EditedIndex> formed_;    // groups that became forms
 };
 
 } // namespace corvane

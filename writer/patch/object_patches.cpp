@@ -1,6 +1,5 @@
 #include "writer/patch/object_patches.h"
 
-#include "reader/content/losses.h"
 #include "runtime/exception.h"
 #include "writer/art/style_works.h"
 #include "writer/patch/kept_works.h"
@@ -83,6 +82,7 @@ void ObjectPatches::drawChanged(PaintedIndex source) {
     noneStyleWorks(tools_.walk);
     enterWorks(tools_.walk);
     moveAlong(path.event, movementOfPaint(tools_, path, art, difference));
+    lookWorks(tools_, trace_.matrix(trace_.events()[path.event].behind.matrix), difference.look);
     changedWorks(tools_, path, art, difference);
     leaveWorks(tools_.walk);
 }
@@ -110,9 +110,10 @@ void ObjectPatches::patchImage(PaintedIndex source) {
     const Art art = artwork_.objects[owner].art;
     noneStyleWorks(tools_.walk);
     enterWorks(tools_.walk);
-    if (difference.place && (event.behind.settings & softMaskSetting) != 0) {
+    if (difference.place && movesMask(event.behind, difference)) {
         moveAlong(was.event, movementOfImage(was.art, art));
     }
+    lookWorks(tools_, trace_.matrix(event.behind.matrix), difference.look);
     imageWorks(tools_, was, art, difference);
     leaveWorks(tools_.walk);
     patches_->push_back({{event.start, event.end}, "\n" + tools_.taken()});

@@ -89,6 +89,7 @@ public:
                 .bytes = std::move(tools_.bytes),
                 .patterns = tools_.patterns.take(),
                 .groups = std::move(tools_.groups),
+                .looks = std::move(tools_.looks),
                 .fonts = tools_.setText.takeFonts(),
                 .images = tools_.images.images(),
                 .counts = countsOf(matching, clips, order),

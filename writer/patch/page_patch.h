@@ -4,6 +4,7 @@
 
 #include "reader/page/page_base.h"
 #include "writer/font/new_fonts.h"
+#include "writer/art/drawn_looks.h"
 #include "writer/image/new_images.h"
 #include "writer/page/resource_registry.h"
 #include "writer/patch/content_bytes.h"
@@ -29,6 +30,7 @@ struct PagePatch {
     ContentBytes bytes; ///< of the base
     std::vector<MovedPattern> patterns;
     DrawnGroups groups;
+    DrawnLooks looks;
     NewFonts fonts;
     std::vector<NewImage> images; ///< that it draws and the file does not have
     PatchCounts counts;

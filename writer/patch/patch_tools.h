@@ -2,8 +2,10 @@
 #pragma once
 
 #include "filters/text_sink.h"
+#include "reader/content/appearance.h"
 #include "reader/content/content_trace.h"
 #include "runtime/memory.h"
+#include "writer/art/drawn_looks.h"
 #include "writer/art/walk.h"
 #include "writer/image/new_images.h"
 #include "writer/patch/content_bytes.h"
@@ -22,7 +24,9 @@ struct PatchTools {
                const PageFonts& fonts, ResourceRegistry& resources)
         : trace(pageTrace), bytes(cache, base.streams, pageTrace.streamStarts()),
           patterns(cache, base, resources), groups(resources), setText(&fonts, resources),
-          images(resources), walk(sink), state(walk, bytes, pageTrace, patterns) {}
+          images(resources), looks(resources), walk(sink), state(walk, bytes, pageTrace, patterns) {
+        walk.looks = hostHoldsAppearance() ? &looks : nullptr;
+    }
     PatchTools(const PatchTools&) = delete;
     PatchTools& operator=(const PatchTools&) = delete;
 
@@ -41,6 +45,7 @@ struct PatchTools {
     DrawnGroups groups;
     SetText setText;
     NewImages images;
+    DrawnLooks looks;
     TextSink sink;
     Walk walk;
     GatheredState state;

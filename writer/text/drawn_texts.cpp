@@ -1,9 +1,11 @@
 #include "writer/text/drawn_texts.h"
 
+#include "reader/content/appearance.h"
 #include "reader/content/art.h"
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
 #include "writer/art/art_stack.h"
+#include "writer/art/drawn_looks.h"
 #include "writer/art/layers.h"
 #include "writer/art/style_works.h"
 
@@ -41,7 +43,7 @@ Art firstOf(Art art) {
 
 } // namespace
 
-DrawnTexts::DrawnTexts() {
+DrawnTexts::DrawnTexts(ResourceRegistry& resources) : setText_(nullptr, resources) {
     ChargedList<Layer> layers = listLayers();
     while (!layers.empty()) {
         const Layer layer = layers.pop();
@@ -58,6 +60,9 @@ DrawnTexts::DrawnTexts() {
             if (step.what != ArtStep::What::art) {
                 continue;
             }
+            if (hostHoldsAppearance()) {
+                addMask(appearanceOf(step.art).mask, pending);
+            }
             const ArtKind kind = artKind(step.art);
             if (kind == ArtKind::text) {
                 add(step.art);
@@ -67,6 +72,16 @@ DrawnTexts::DrawnTexts() {
         }
     }
     setText_.finish();
+}
+
+/// Looks at what a mask holds, too.
+void DrawnTexts::addMask(SoftMask mask, ArtStack& pending) {
+    if (mask == SoftMask::null || !masks_.insert(mask).second) {
+        return;
+    }
+    MaskFacts facts;
+    callHost(slot::getMask, mask, &facts);
+    pending.push(facts.content);
 }
 
 void DrawnTexts::add(Art text) {
@@ -93,10 +108,20 @@ void DrawnTexts::write(Walk& walk, Art text) {
     SetText::Index set = first->second;
     for (std::int32_t i = 0; i < runCount(text); ++i) {
         const TextRun run = runOf(text, i);
+        const LookState look =
+            stateOf({.fillOpacity = run.fillOpacity, .strokeOpacity = run.strokeOpacity});
+        const bool isLooked = walk.looks != nullptr && !look.isEmpty();
+        if (isLooked) {
+            enterWorks(walk);
+            stateWorks(walk, look);
+        }
         pathStyleWorks(walk, run.style);
         walk.text.add("BT\n");
         setText_.write(walk, set++, run, RealMatrix());
         walk.text.add("ET\n");
+        if (isLooked) {
+            leaveWorks(walk);
+        }
     }
 }
 

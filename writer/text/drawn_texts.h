@@ -1,11 +1,14 @@
 // The text of a page that is drawn anew, in fonts of the machine.
 #pragma once
 
+#include "host/appearance.h"
+#include "writer/art/art_stack.h"
 #include "writer/art/text_drawing.h"
 #include "writer/page/resource_registry.h"
 #include "writer/text/set_text.h"
 
 #include <map>
+#include <set>
 
 namespace corvane {
 
@@ -13,20 +16,19 @@ class DrawnTexts final : public TextDrawing {
 public:
     /// Lays out all text of the layers that are drawn. Raises `unpatchable` where no font shows a
     /// letter.
-    DrawnTexts();
+    explicit DrawnTexts(ResourceRegistry& resources);
 
     void write(Walk& walk, Art text) override;
 
-    /// Fonts and their names, once all is written.
-    const ResourceRegistry& resources() const { return resources_; }
     const NewFonts& fonts() const { return setText_.fonts(); }
 
 private:
     void add(Art text);
+    void addMask(SoftMask mask, ArtStack& pending);
 
-    ResourceRegistry resources_;
-    SetText setText_{nullptr, resources_};
+    SetText setText_;
     std::map<Art, SetText::Index> first_;
+    std::set<SoftMask> masks_; ///< that were looked at
 };
 
 } // namespace corvane

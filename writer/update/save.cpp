@@ -184,7 +184,7 @@ UpdatePlan planUpdate(DocumentCache& cache) {
     } else {
         plan.numbers.content = nextIdentity();
         plan.numbers.length = nextIdentity();
-        plan.texts = hostHoldsText() ? std::make_unique<DrawnTexts>() : nullptr;
+        plan.drawn = hostHoldsText() ? std::make_unique<DrawnPage>() : nullptr;
     }
     // Reading the page may have met an entry that leads elsewhere.
     refuseRepaired(cache, plan.mend.has_value());

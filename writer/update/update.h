@@ -6,6 +6,7 @@
 #include "reader/document/cache.h"
 #include "reader/page/page_base.h"
 #include "reader/page/page_record.h"
+#include "writer/art/drawn_looks.h"
 #include "writer/mend/mend_plan.h"
 #include "writer/page/carried_entries.h"
 #include "writer/page/page_geometry.h"
@@ -55,6 +56,13 @@ struct PlannedPatch {
     ResourceRegistry resources;
 };
 
+/// What a page that is drawn anew names, and the objects that are made for it.
+struct DrawnPage {
+    ResourceRegistry resources;
+    DrawnTexts texts{resources};
+    DrawnLooks looks{resources};
+};
+
 /// What is settled before the first byte is written.
 struct UpdatePlan {
     /// Numbers of the objects that every update has.
@@ -73,7 +81,7 @@ struct UpdatePlan {
     CarriedPage page;
     CarriedTrailer trailer;
     Numbers numbers;                   ///< where the page is drawn anew
-    std::unique_ptr<DrawnTexts> texts; ///< there too, where text can be drawn
+    std::unique_ptr<DrawnPage> drawn;  ///< there too, where text can be drawn
     std::optional<PlannedPatch> patch; ///< otherwise
 };
 
