@@ -45,8 +45,10 @@ public:
     std::string_view addState(const Walk& walk, const LookState& state);
     /// The name of a transparency group of this content, which is in the space of the artboard.
     std::string_view addGroup(std::string content, const Appearance& appearance);
-    /// The same of what a group of the artwork holds, or of art without its own look.
-    std::string_view addGroup(const Walk& walk, Art art, const Appearance& appearance);
+    /// The same of what a group of the artwork holds, or of other art, which has the look `inside`
+    /// in it.
+    std::string_view addGroup(const Walk& walk, Art art, const Appearance& inside,
+                              const Appearance& appearance);
 
     /// Writes all objects to the cache's output. `resources` are those of the page, to which
     /// nothing is added any more.
@@ -66,7 +68,7 @@ private:
     };
 
     std::int32_t addForm(Form form);
-    std::string drawn(const Walk& walk, Art art);
+    std::string drawn(const Walk& walk, Art art, const Appearance& inside);
     const DrawnMask& maskOf(const Walk& walk, SoftMask mask);
     std::string textOf(const LookState& state) const;
     void writeForm(DocumentCache& cache, const Form& form) const;
