@@ -103,6 +103,8 @@ struct Rules {
     bool readsImages;
     /// Forms become groups of what they paint.
     bool readsForms;
+    /// Opacity, blend modes and soft masks become how art is laid over other art.
+    bool readsTransparency;
 
     /// A segment after `h` or `re` starts a new subpath at that point, and a subpath of one point
     /// that is left goes.
@@ -216,6 +218,7 @@ inline constexpr Rules originalRules{
     .readsText = false,
     .readsImages = false,
     .readsForms = false,
+    .readsTransparency = false,
     .continuesClosedPaths = false,
     .writesGroups = false,
     .closesSubpaths = false,
@@ -270,6 +273,7 @@ inline constexpr Rules extendedRules{
     .readsText = true,
     .readsImages = true,
     .readsForms = true,
+    .readsTransparency = true,
     .continuesClosedPaths = true,
     .writesGroups = true,
     .closesSubpaths = true,

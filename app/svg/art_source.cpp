@@ -10,6 +10,7 @@ namespace {
 
 constexpr char shapePrefix = 'p';
 constexpr char contentPrefix = 'f';
+constexpr char maskPrefix = 'm';
 
 /// Takes a number of digits alone, and the blanks before it.
 template <class Number>
@@ -46,7 +47,9 @@ void writeShapeId(TextOutput& out, std::int32_t content, std::uint32_t number) {
     out.text(" id=\"");
     char* at = out.room(numberRoom);
     char* const last = at + numberRoom;
-    if (content != 0) {
+    if (content == maskContent) {
+        *at++ = maskPrefix;
+    } else if (content != 0) {
         *at++ = contentPrefix;
         at = std::to_chars(at, last, content).ptr;
     }

@@ -12,6 +12,9 @@
 
 namespace corvane {
 
+/// Stands for what masks hold, which has no place among the objects of a page.
+inline constexpr std::int32_t maskContent = -1;
+
 /// Writes ` id="p1"`, or, of what a form paints, ` id="f3p1"`: the form's content and the number of
 /// the shape in it, from 1. Of what was opened that is the ordinal and 1, because shapes are
 /// written in the order of painting and clips have ids of their own.

@@ -99,7 +99,7 @@ void TreeWriter::writeMask(SoftMask mask, int depth) {
     const bool grouped = document_.clipped(facts.content);
     group_ = grouped ? 0 : 1;
     if (survey_.front().drawn) {
-        writeTree(facts.content, grouped, depth + 1);
+        writeTree(facts.content, grouped, depth + 1, maskContent);
     }
     if (transfers) {
         writeIndent(out_, depth);

@@ -89,14 +89,15 @@ void TreeWriter::writePattern(PaintSource source, int depth) {
         return;
     }
     out_.text(">");
-    writeTree(tile, grouped, depth + 1);
+    writeTree(tile, grouped, depth + 1, 0);
     writeIndent(out_, depth);
     out_.text("</pattern>");
 }
 
 /// Art in no layer, which was surveyed: a group, or what it holds.
-void TreeWriter::writeTree(Art top, bool grouped, int depth) {
+void TreeWriter::writeTree(Art top, bool grouped, int depth, std::int32_t content) {
     Level level;
+    level.content = content;
     level.next = grouped ? top : document_.lastChild(top);
     level.depth = depth;
     level.visible = Extent::everything();

@@ -85,7 +85,7 @@ private:
     void writeServers(const PathStyle&, int depth);
     void writeMasks(SoftMask, int depth);
     void writeLook(const Appearance&);
-    void writeTree(Art top, bool grouped, int depth);
+    void writeTree(Art top, bool grouped, int depth, std::int32_t content);
     void endShape(Note);
 
     ClipEffect clipEffect(Art clip, const GroupSurvey&, const Extent& visible) const;

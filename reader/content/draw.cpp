@@ -1,5 +1,6 @@
 // Drawing a page into the host's document: its geometry, then its content.
 #include "objects/stack.h"
+#include "reader/content/appearance.h"
 #include "reader/content/content.h"
 #include "reader/content/interpreter.h"
 #include "reader/content/losses.h"
@@ -66,6 +67,7 @@ void runPage(Interpreter& interpreter, std::span<const ObjectOwner> streams) {
     interpreter.readsText = hostHoldsText();
     interpreter.readsImages = hostHoldsImages();
     interpreter.readsPatterns = hostHoldsPatterns();
+    interpreter.readsTransparency = hostHoldsAppearance();
     runContent(interpreter, streams);
     page.leave();
     interpreter.containers.finish();

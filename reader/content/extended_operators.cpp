@@ -1,5 +1,6 @@
 // Operators that only the extended profile knows.
 #include "objects/stack.h"
+#include "reader/content/appearance.h"
 #include "reader/content/content_keywords.h"
 #include "reader/content/content_operators.h"
 #include "reader/content/losses.h"
@@ -159,6 +160,7 @@ void externalStateOperator(Interpreter& interpreter) {
     applyDash(interpreter, entries.get());
     applyFont(interpreter, entries.get());
     noteStateLosses(interpreter, entries.get());
+    applyTransparency(interpreter, entries.get());
 }
 
 void invisibleOperator(Interpreter&) {}

@@ -15,6 +15,7 @@
 #include "reader/content/content_keywords.h"
 #include "reader/content/omissions.h"
 #include "reader/content/progress.h"
+#include "reader/content/soft_masks.h"
 #include "reader/content/state.h"
 #include "reader/epsf/epsf_file.h"
 #include "reader/image/page_images.h"
@@ -108,13 +109,16 @@ struct Interpreter {
     PagePatterns patterns;
     classic::EpsfFolder epsfFolder;
     OptionalContent layers;
+    SoftMasks softMasks;
+    std::int32_t blended = 0; ///< pieces of art that blend with what is behind them
     /// Numbers of the objects of the contents within one another that are being drawn; 0: of none.
     std::vector<std::int32_t> openContents;
-    std::int32_t forms = 0;     ///< drawn so far, also those that nothing is seen of
-    bool readsForms = false;    ///< forms are drawn; otherwise they are counted and left out
-    bool readsText = false;     ///< text becomes art; otherwise it is counted and left out
-    bool readsImages = false;   ///< the same of images
-    bool readsPatterns = false; ///< and of patterns and shadings
+    std::int32_t forms = 0;         ///< drawn so far, also those that nothing is seen of
+    bool readsForms = false;        ///< forms are drawn; otherwise they are counted and left out
+    bool readsText = false;         ///< text becomes art; otherwise it is counted and left out
+    bool readsImages = false;       ///< the same of images
+    bool readsPatterns = false;     ///< and of patterns and shadings
+    bool readsTransparency = false; ///< opacity, blending and masks become the art's
 };
 
 /// One content, from its first stream to its last.

@@ -88,7 +88,22 @@ constexpr std::uint16_t settingBit(std::size_t index) {
 constexpr std::size_t softMaskIndex = 4;
 static_assert(settings[softMaskIndex].key == "SMask");
 
+/// The entries that become a `Transparency`.
+constexpr std::size_t transparencyFirst = 1;
+constexpr std::size_t transparencyEnd = softMaskIndex + 1;
+static_assert(settings[transparencyFirst].key == "ca");
+
+constexpr bool isTransparency(std::size_t index) {
+    return index >= transparencyFirst && index < transparencyEnd;
+}
+
 } // namespace
+
+std::uint16_t withoutTransparency(std::uint16_t settings) {
+    constexpr auto held =
+        static_cast<std::uint16_t>(settingBit(transparencyEnd) - settingBit(transparencyFirst));
+    return static_cast<std::uint16_t>(settings & ~held);
+}
 
 const std::uint16_t softMaskSetting = settingBit(softMaskIndex);
 
@@ -104,7 +119,9 @@ void noteStateLosses(Interpreter& interpreter, const Object& entries) {
         inForce = static_cast<std::uint16_t>(inForce & ~settingBit(i));
         if (setting.counts(interpreter.cache, value.get())) {
             inForce = static_cast<std::uint16_t>(inForce | settingBit(i));
-            lost[static_cast<std::size_t>(setting.omission)] = true;
+            const bool isHeld = interpreter.readsTransparency && isTransparency(i);
+            bool& isLost = lost[static_cast<std::size_t>(setting.omission)];
+            isLost = isLost || !isHeld;
         }
     }
     interpreter.state.settings = inForce;

@@ -15,6 +15,9 @@ struct Interpreter;
 /// are not as a page begins.
 void noteStateLosses(Interpreter& interpreter, const Object& entries);
 
+/// `GraphicsState::settings` without those that `Transparency` holds.
+std::uint16_t withoutTransparency(std::uint16_t settings);
+
 /// The bit of a soft mask in `GraphicsState::settings`.
 extern const std::uint16_t softMaskSetting;
 

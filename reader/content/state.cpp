@@ -59,8 +59,8 @@ GraphicsState initialState() {
 
 void openState(Interpreter& interpreter, Art group) {
     interpreter.saved = SavedStates();
-    interpreter.state = initialState();
     interpreter.containers.open(group);
+    interpreter.state = initialState();
 }
 
 void saveState(Interpreter& interpreter) {

@@ -1,6 +1,7 @@
 // The graphics state: one record, saved and restored as a whole by `q` and `Q`.
 #pragma once
 
+#include "host/appearance.h"
 #include "host/artwork.h"
 #include "objects/stack.h"
 #include "reader/classic/text_state.h"
@@ -39,6 +40,16 @@ struct Paint {
     friend bool operator==(const Paint&, const Paint&) = default;
 };
 
+/// How what is painted is laid over what is behind it; as a page begins while the host holds none
+/// of it.
+struct Transparency {
+    double fillOpacity = 1; ///< of images too
+    double strokeOpacity = 1;
+    BlendMode blend = BlendMode::normal;
+    SoftMask mask = SoftMask::null;
+    friend bool operator==(const Transparency&, const Transparency&) = default;
+};
+
 struct GraphicsState {
     RealPoint currentPoint; ///< user space
     Matrix ctm;             ///< of the original profile
@@ -52,6 +63,7 @@ struct GraphicsState {
     FillRule clipRule = FillRule::nonzero;
     TextState text;
     classic::TextState classicText; ///< in place of `text` in the original profile
+    Transparency transparency;
     /// Those of `gs` that are not as a page begins (reader/content/losses.h): a bit for each.
     std::uint16_t settings = 0;
     friend bool operator==(const GraphicsState&, const GraphicsState&) = default;

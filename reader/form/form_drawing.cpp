@@ -1,10 +1,13 @@
 #include "reader/form/form_drawing.h"
 
+#include "reader/content/appearance.h"
 #include "reader/content/art.h"
 #include "reader/content/inner_content.h"
+#include "reader/form/form_clip.h"
 #include "reader/form/form_entries.h"
 #include "reader/form/form_path.h"
 #include "reader/form/form_trace.h"
+#include "reader/form/transparency_group.h"
 #include "runtime/budget.h"
 #include "runtime/callbacks.h"
 #include "runtime/extension.h"
@@ -20,17 +23,6 @@ namespace {
 ObjectOwner shared(const Object& object) {
     retainObject(object);
     return ObjectOwner(object);
-}
-
-/// What clips all that the form paints: a path in front of it.
-Art clipGroup(Art group, const FormBox& box, const RealMatrix& matrix) {
-    const Art clip = newArt(ArtKind::path, Placement::inside, group);
-    outlineBox(clip, box, matrix);
-    PathStyle style;
-    style.clip = 1;
-    callHost(slot::setPathStyle, clip, &style);
-    callHost(slot::setGroupClipped, group, std::uint8_t{1});
-    return clip;
 }
 
 class FormDrawing {
@@ -76,13 +68,18 @@ private:
         if (interpreter_.level.trace != nullptr) {
             beginTrace(own.get());
         }
-        InnerContent content(interpreter_, number_, interpreter_.state, matrix_, group_);
+        GraphicsState state = interpreter_.state;
+        appearance_ = enterTransparencyGroup(interpreter_, stream_, state);
+        const std::int32_t blended = interpreter_.blended;
+        InnerContent content(interpreter_, number_, state, matrix_, group_);
         content.run(stream_, own.get(), [&](Interpreter& interpreter) {
             interpreter.level.tellsSources = tellsSources;
             interpreter.level.content = content_;
             interpreter.level.trace = trace_ == nullptr ? nullptr : &trace_->trace;
         });
         interpreter_.containers.finish();
+        // Where nothing in it blends, it is the same to be isolated.
+        appearance_.isIsolated = appearance_.isIsolated && interpreter_.blended != blended;
     }
 
     void beginTrace(const Object& resources) {
@@ -105,6 +102,7 @@ private:
             clip_ = Art::null;
         } else {
             tell();
+            tellGroupAppearance(interpreter_, group_, appearance_);
         }
         if (trace_ != nullptr) {
             trace_->group = group_;
@@ -135,6 +133,7 @@ private:
     RealMatrix matrix_; ///< from the form's space to the artboard
     Art group_ = Art::null;
     Art clip_ = Art::null;
+    Appearance appearance_;
     std::unique_ptr<FormTrace> trace_;
 };
 

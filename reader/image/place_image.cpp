@@ -1,5 +1,6 @@
 #include "reader/image/place_image.h"
 
+#include "reader/content/appearance.h"
 #include "reader/content/interpreter.h"
 #include "runtime/callbacks.h"
 #include "runtime/extension.h"
@@ -33,6 +34,7 @@ void placeImage(Interpreter& interpreter, const KnownImage& image, std::int64_t 
                              .isSmooth = image.isSmooth};
     level.placed = interpreter.containers.make(ArtKind::placed);
     callHost(slot::setPlacedImage, level.placed, &placed);
+    tellAppearance(interpreter, level.placed, {.fills = true});
     if (level.tellsSources) {
         const ArtSource source = interpreter.sourceFrom(start);
         callHost(slot::setArtSource, level.placed, &source);

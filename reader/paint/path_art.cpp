@@ -1,5 +1,6 @@
 #include "reader/paint/path_art.h"
 
+#include "reader/content/appearance.h"
 #include "reader/content/art.h"
 #include "reader/content/interpreter.h"
 #include "reader/content/losses.h"
@@ -135,6 +136,10 @@ void finishArt(Interpreter& interpreter) {
         level.ended.clip = path;
     } else {
         level.ended.art = path;
+    }
+    if (isPainted && level.ended.art != Art::null) {
+        tellAppearance(interpreter, level.ended.art,
+                       {state.style.fillPaint != 0, state.style.strokePaint != 0});
     }
 }
 

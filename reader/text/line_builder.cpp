@@ -1,6 +1,7 @@
 #include "reader/text/line_builder.h"
 
 #include "fonts/made_font.h"
+#include "reader/content/appearance.h"
 #include "reader/text/page_fonts.h"
 #include "runtime/callbacks.h"
 #include "runtime/matrix.h"
@@ -58,6 +59,9 @@ LineBuilder::LineBuilder(Interpreter& interpreter, const RealMatrix& space, cons
     run_.rise = isVertical_ ? 0 : fixedFromReal(sign * text.rise * height);
     run_.spacing = isVertical_ ? 0 : fixedFromReal(sign * text.characterSpacing * height);
     run_.style = style;
+    const Transparency& transparency = interpreter.state.transparency;
+    run_.fillOpacity = style.fillPaint != 0 ? transparency.fillOpacity : 1;
+    run_.strokeOpacity = style.strokePaint != 0 ? transparency.strokeOpacity : 1;
 }
 
 /// On the artboard. What raises letters moves those of a column along it.
@@ -76,7 +80,9 @@ bool LineBuilder::goesOn(double pen) {
     const OpenLine& open = line();
     const double size = realFromFixed(run_.size);
     if (open.art == Art::null || open.painted != interpreter_.level.painted ||
-        open.settings != interpreter_.state.settings || open.isVertical != isVertical_ ||
+        open.settings != interpreter_.state.settings ||
+        open.blend != interpreter_.state.transparency.blend ||
+        open.mask != interpreter_.state.transparency.mask || open.isVertical != isVertical_ ||
         !isParallel(direction_, open.matrix) ||
         open.container != interpreter_.containers.container()) {
         return false;
@@ -98,9 +104,12 @@ void LineBuilder::beginLine(double pen) {
     open.art = interpreter_.containers.make(ArtKind::text);
     open.container = interpreter_.containers.container();
     open.settings = interpreter_.state.settings;
+    open.blend = interpreter_.state.transparency.blend;
+    open.mask = interpreter_.state.transparency.mask;
     open.isVertical = isVertical_;
     const TextLine told{.matrix = hostMatrix(matrix), .isVertical = isVertical_};
     callHost(slot::setTextLine, open.art, &told);
+    tellAppearance(interpreter_, open.art, {}); // opacity is that of runs
     open.matrix = realMatrix(told.matrix);
     open.back = inverse(open.matrix).value_or(RealMatrix());
 }

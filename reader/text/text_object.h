@@ -1,6 +1,7 @@
 // The text object of a content (BT to ET), and the line of art that its text goes on with.
 #pragma once
 
+#include "host/appearance.h"
 #include "host/artwork.h"
 #include "host/matrix.h"
 
@@ -16,11 +17,13 @@ struct OpenLine {
     Art art = Art::null;        ///< of kind text; null: no line is open
     Art container = Art::null;  ///< that it was made in
     std::int32_t painted = 0;   ///< objects of the content when its last run was made
-    std::uint16_t settings = 0; ///< of `gs`, when it was begun
-    RealMatrix matrix;          ///< as the host has it
-    RealMatrix back;            ///< its inverse
-    double end = 0;             ///< where what was shown ends, in the line's space
-    double modelEnd = 0;        ///< where the runs of the art end, whose numbers are 16.16
+    std::uint16_t settings = 0; ///< of `gs`, when it was begun, as the next two
+    BlendMode blend = BlendMode::normal;
+    SoftMask mask = SoftMask::null;
+    RealMatrix matrix;   ///< as the host has it
+    RealMatrix back;     ///< its inverse
+    double end = 0;      ///< where what was shown ends, in the line's space
+    double modelEnd = 0; ///< where the runs of the art end, whose numbers are 16.16
     std::int32_t runs = 0;
     double size = 0;        ///< of the last run
     bool endsBlank = false; ///< the last character is a blank

@@ -6,6 +6,7 @@
 #include "runtime/reason.h"
 #include "runtime/rules.h"
 #include "runtime/warning.h"
+#include "writer/art/drawn_looks.h"
 #include "writer/art/path_works.h"
 #include "writer/art/placed_works.h"
 #include "writer/art/text_works.h"
@@ -69,10 +70,7 @@ void drawnTextWorks(Walk& walk, Art text) {
     walk.texts->write(walk, text);
 }
 
-void visitWorks(Walk& walk, Art art, ArtStack& pending, bool writesGroups) {
-    if (callHost(slot::checkUserAbort)) {
-        failException(Exception::cancelled);
-    }
+void visitPlain(Walk& walk, Art art, ArtStack& pending, bool writesGroups) {
     switch (static_cast<std::int16_t>(artKind(art))) {
     case 0:
         return unknownWorks(art, pending);
@@ -94,7 +92,32 @@ void visitWorks(Walk& walk, Art art, ArtStack& pending, bool writesGroups) {
     }
 }
 
+void visitWorks(Walk& walk, Art art, ArtStack& pending, bool writesGroups) {
+    if (callHost(slot::checkUserAbort)) {
+        failException(Exception::cancelled);
+    }
+    if (walk.looks != nullptr) {
+        const Appearance appearance = appearanceOf(art);
+        if (appearance != Appearance()) {
+            return lookedWorks(walk, art, appearance);
+        }
+    }
+    visitPlain(walk, art, pending, writesGroups);
+}
+
+void finishWorks(Walk& walk, ArtStack& pending) {
+    for (ArtStep step; pending.next(step);) {
+        stepWorks(walk, step, pending);
+    }
+}
+
 } // namespace
+
+void plainWorks(Walk& walk, Art art) {
+    ArtStack pending;
+    visitPlain(walk, art, pending, false);
+    finishWorks(walk, pending);
+}
 
 void objectWorks(Walk& walk, Art art, ArtStack& pending) {
     visitWorks(walk, art, pending, rules().writesGroups);
@@ -118,9 +141,7 @@ void stepWorks(Walk& walk, const ArtStep& step, ArtStack& pending) {
 void objectWorks(Walk& walk, Art art) {
     ArtStack pending;
     pending.push(art);
-    for (ArtStep step; pending.next(step);) {
-        stepWorks(walk, step, pending);
-    }
+    finishWorks(walk, pending);
 }
 
 } // namespace corvane

@@ -9,6 +9,9 @@ namespace corvane {
 /// Writes `art` and all that it holds.
 void objectWorks(Walk& walk, Art art);
 
+/// The same, but for how the art itself is laid over what is behind it.
+void plainWorks(Walk& walk, Art art);
+
 /// Visits one piece of art; what a group holds is left on `pending`.
 void objectWorks(Walk& walk, Art art, ArtStack& pending);
 /// Takes one step: visits art, or ends a group.

@@ -17,6 +17,8 @@ public:
     /// The external graphics state whose soft mask shows as much of a colour as its stops say, set
     /// in the space of the artboard; empty where all of it is opaque.
     virtual std::string_view maskOf(const Colour& colour) = 0;
+    /// The same for the content of a form that lies on the artboard, with the same resources.
+    virtual PaintDrawing& onArtboard() = 0;
 };
 
 } // namespace corvane

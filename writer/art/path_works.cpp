@@ -132,6 +132,17 @@ ChargedList<Subpath> subpathsOf(Art compound) {
     return subpaths;
 }
 
+/// With what `change` makes of its style.
+template <class Change>
+void paintedAs(Walk& walk, Art art, const Change& change) {
+    const ChargedList<Subpath> subpaths = subpathsWithin(art);
+    if (!subpaths.empty()) {
+        PathStyle style = styleOf(subpaths.items().back().art);
+        change(style);
+        paintedWorks(walk, {subpaths.items(), style});
+    }
+}
+
 } // namespace
 
 bool isDrawnByHost(const PathStyle& style) {
@@ -183,6 +194,14 @@ void compoundWorks(Walk& walk, Art compound) {
     if (!subpaths.empty()) {
         paintedWorks(walk, {subpaths.items(), styleOf(subpaths.items().back().art)});
     }
+}
+
+void fillOnlyWorks(Walk& walk, Art art) {
+    paintedAs(walk, art, [](PathStyle& style) { style.strokePaint = 0; });
+}
+
+void strokeOnlyWorks(Walk& walk, Art art) {
+    paintedAs(walk, art, [](PathStyle& style) { style.fillPaint = 0; });
 }
 
 void artWorks(Walk& walk, Art art) {

@@ -12,6 +12,9 @@ void pathWorks(Walk& walk, Art path);
 void compoundWorks(Walk& walk, Art compound);
 /// Either of the two.
 void artWorks(Walk& walk, Art art);
+/// One of them, with one of its paints alone.
+void fillOnlyWorks(Walk& walk, Art art);
+void strokeOnlyWorks(Walk& walk, Art art);
 /// Makes `clip`, a path or art that holds paths, the clip of what follows; paints none of it.
 void clipWorks(Walk& walk, Art clip);
 

@@ -24,7 +24,8 @@ struct UserSpace {
 /// The user space under that CTM; nothing where the CTM has no inverse.
 std::optional<UserSpace> userSpace(const RealMatrix& ctm);
 
-class NewImages;
+class ContentImages;
+class DrawnLooks;
 
 struct Walk {
     explicit Walk(Filter& stream) : text(stream) {}
@@ -48,6 +49,7 @@ struct Walk {
     /// Null: the host draws gradients and patterns of fills, and those of strokes are gray.
     PaintDrawing* paints = nullptr;
     ContentImages* images = nullptr; ///< null: images cannot be drawn
+    DrawnLooks* looks = nullptr;     ///< null: all art is opaque
     classic::FontList fonts;
     /// Segments of a path come from the host in blocks of this many.
     std::array<Segment, 512> segments;

@@ -126,6 +126,7 @@ std::int32_t documentWorks(DocumentCache& cache, const RealMatrix& placement,
     walk.texts = drawings.texts;
     walk.images = drawings.images;
     walk.paints = drawings.paints;
+    walk.looks = drawings.looks;
     ChargedList<Layer> layers = listLayers();
     SavingProgress progress(layers.size());
     while (!layers.empty()) {

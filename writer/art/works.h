@@ -11,12 +11,14 @@
 namespace corvane {
 
 class ContentImages;
+class DrawnLooks;
 
 /// What draws other things than paths; null: nothing does.
 struct Drawings {
     TextDrawing* texts = nullptr;
     ContentImages* images = nullptr;
     PaintDrawing* paints = nullptr;
+    DrawnLooks* looks = nullptr; ///< null: all art is opaque
 };
 
 /// Writes the content to the cache's output; its length in bytes. `placement` leads from the

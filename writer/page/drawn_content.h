@@ -1,6 +1,7 @@
 // What a content that the art walk draws has beside its operators.
 #pragma once
 
+#include "writer/art/drawn_looks.h"
 #include "writer/image/new_images.h"
 #include "writer/page/resource_registry.h"
 #include "writer/text/drawn_texts.h"
@@ -15,18 +16,20 @@ struct DrawnContent {
     DrawnContent(const DrawnContent&) = delete;
     DrawnContent& operator=(const DrawnContent&) = delete;
 
-    /// Writes its fonts and images to the cache's output, once the content is drawn.
+    /// Writes its fonts, images and the rest to the cache's output, once the content is drawn.
     void writeObjects(DocumentCache& cache) const {
         texts.fonts().write(cache);
         for (const NewImage& image : newImages.images()) {
             writeImage(cache, image);
         }
+        looks.write(cache, resources);
     }
 
     ResourceRegistry resources;
     DrawnTexts texts;
     NewImages newImages;
     ContentImages images{newImages, resources};
+    DrawnLooks looks{resources};
 };
 
 } // namespace corvane

@@ -1,6 +1,7 @@
 // The objects of a page that is saved.
 #include "output/primitives.h"
 #include "output/xref.h"
+#include "reader/content/appearance.h"
 #include "runtime/exception.h"
 #include "writer/art/works.h"
 #include "writer/crypt/sealed.h"
@@ -14,6 +15,21 @@ namespace corvane {
 
 namespace {
 
+void drawWorks(DocumentCache& cache, const UpdatePlan& plan) {
+    Drawings drawings;
+    std::optional<ContentPaints> paints;
+    if (DrawnContent* const drawn = plan.drawn.get()) {
+        drawings = {.texts = &drawn->texts, .images = &drawn->images};
+        drawings.looks = hostHoldsAppearance() ? &drawn->looks : nullptr;
+        if (plan.paints) {
+            drawings.paints =
+                &paints.emplace(*plan.paints, drawn->resources,
+                                PaintedContent{plan.geometry.placement, visibleArtboard()});
+        }
+    }
+    documentWorks(cache, plan.geometry.placement, drawings);
+}
+
 /// The content, enciphered in an encrypted file; its length in the file.
 std::int32_t writeSealedWorks(DocumentCache& cache, const UpdatePlan& plan) {
     Filter& output = *cache.output;
@@ -21,19 +37,7 @@ std::int32_t writeSealedWorks(DocumentCache& cache, const UpdatePlan& plan) {
     Chain sealed(&output);
     linkSeal(cache, sealed, newStreamCipher(cache), {plan.numbers.content, 0});
     cache.output = sealed.top();
-    const Exception code = guarded([&] {
-        Drawings drawings;
-        std::optional<ContentPaints> paints;
-        if (plan.drawn) {
-            drawings = {.texts = &plan.drawn->texts, .images = &plan.drawn->images};
-        }
-        if (plan.drawn && plan.paints) {
-            drawings.paints =
-                &paints.emplace(*plan.paints, plan.drawn->resources,
-                                PaintedContent{plan.geometry.placement, visibleArtboard()});
-        }
-        documentWorks(cache, plan.geometry.placement, drawings);
-    });
+    const Exception code = guarded([&] { drawWorks(cache, plan); });
     cache.output = &output;
     raiseException(code);
     sealed.unlink();
@@ -89,7 +93,9 @@ void writeResetState(Filter& output, std::int32_t number) {
 }
 
 /// What the patches to one content need.
-void writeNeeded(DocumentCache& cache, const ContentPatch& content) {
+void writeNeeded(DocumentCache& cache, const ContentPatch& content,
+                 const ResourceRegistry& resources) {
+    content.looks.write(cache, resources);
     for (const MovedPattern& pattern : content.patterns) {
         writePattern(cache, pattern);
     }
@@ -101,10 +107,10 @@ void writeNeeded(DocumentCache& cache, const ContentPatch& content) {
 std::int64_t writePatched(DocumentCache& cache, const UpdatePlan& plan, PlannedPatch& patch) {
     ContentPatch& page = patch.page.page;
     const WrittenStreams written = writeStreams(cache, *plan.base, page.bytes, patch.streams);
-    writeNeeded(cache, page);
+    writeNeeded(cache, page, patch.resources);
     for (FormObject& form : patch.page.forms) {
         writeForm(cache, form);
-        writeNeeded(cache, form.patch);
+        writeNeeded(cache, form.patch, *form.resources);
     }
     patch.page.paints->write(cache);
     patch.page.fonts.write(cache);

@@ -226,6 +226,14 @@ void ContentPaints::set(Walk& walk, const Colour& colour, bool isFill) {
     walk.text.add(isFill ? " scn\n" : " SCN\n");
 }
 
+PaintDrawing& ContentPaints::onArtboard() {
+    if (!onArtboard_) {
+        onArtboard_ = std::make_unique<ContentPaints>(
+            paints_, resources_, PaintedContent{.placement = {}, .area = content_.area});
+    }
+    return *onArtboard_;
+}
+
 std::string_view ContentPaints::maskOf(const Colour& colour) {
     const std::int32_t number = paints_.mask(colour, content_);
     return number == 0 ? std::string_view()

@@ -81,11 +81,13 @@ public:
 
     void set(Walk& walk, const Colour& colour, bool isFill) override;
     std::string_view maskOf(const Colour& colour) override;
+    PaintDrawing& onArtboard() override;
 
 private:
     NewPaints& paints_;
     ResourceRegistry& resources_;
     PaintedContent content_;
+    std::unique_ptr<ContentPaints> onArtboard_;
 };
 
 } // namespace corvane

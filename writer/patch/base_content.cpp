@@ -12,7 +12,7 @@ ObjectOwner shared(const ObjectOwner& object) {
 } // namespace
 
 BaseContents::BaseContents(const BaseReading& reading, bool sourcesMeanIt) {
-    contents_.push_back({.trace = reading.trace});
+    contents_.push_back({.trace = reading.trace, .paints = reading.paints, .masks = reading.masks});
     byNumber_.push_back(&contents_.front());
     // What is added within the loop is visited by it, too.
     for (std::size_t i = 0; sourcesMeanIt && i < contents_.size(); ++i) {
@@ -31,8 +31,12 @@ void BaseContents::add(const BaseContent& around, const FormTrace& form) {
     }
     charge_.resize(static_cast<std::int64_t>((contents_.size() + 1) * sizeof(BaseContent) +
                                              byNumber_.size() * sizeof(BaseContent*)));
-    contents_.push_back(
-        {.number = form.content, .trace = form.trace, .form = &form, .around = &around});
+    contents_.push_back({.number = form.content,
+                         .trace = form.trace,
+                         .form = &form,
+                         .around = &around,
+                         .paints = around.paints,
+                         .masks = around.masks});
     byNumber_[index] = &contents_.back();
 }
 

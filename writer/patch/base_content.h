@@ -18,6 +18,8 @@ struct BaseContent {
     const ContentTrace& trace;
     const FormTrace* form = nullptr;     ///< null: it is the page's
     const BaseContent* around = nullptr; ///< the content that draws the form
+    PaintComparison& paints;             ///< of all contents
+    MaskComparison& masks;
 };
 
 /// The contents of the base by their numbers.

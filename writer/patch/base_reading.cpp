@@ -1,5 +1,6 @@
 #include "writer/patch/base_reading.h"
 
+#include "reader/content/appearance.h"
 #include "reader/content/content.h"
 #include "reader/content/interpreter.h"
 #include "reader/form/annotations.h"
@@ -66,6 +67,7 @@ void readBase(DocumentCache& cache, const PageBase& base, BaseReading& reading) 
     interpreter.readsText = hostHoldsText();
     interpreter.readsImages = hostHoldsImages();
     interpreter.readsPatterns = hostHoldsPatterns();
+    interpreter.readsTransparency = hostHoldsAppearance();
     runBase(interpreter, base, reading.trace);
     readAnnotations(interpreter, base, reading);
     reading.fonts = std::move(interpreter.fonts);

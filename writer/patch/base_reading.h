@@ -5,6 +5,7 @@
 #include "reader/content/content_trace.h"
 #include "reader/page/page_base.h"
 #include "reader/text/page_fonts.h"
+#include "writer/patch/look_difference.h"
 #include "writer/patch/paint_comparison.h"
 
 namespace corvane {
@@ -14,8 +15,9 @@ struct BaseReading {
     Art annotations = Art::null; ///< the same of its annotations; null where it has none
     ContentTrace trace;
     PageFonts fonts; ///< of its text
-    /// Paints of the page beside those of the artwork: comparing reads nothing else.
+    /// Paints and masks of the page beside those of the artwork: comparing reads nothing else.
     mutable PaintComparison paints;
+    mutable MaskComparison masks;
 };
 
 /// Reads the content of the base through the host's table into a group that is in no layer, as

@@ -1,6 +1,5 @@
 #include "writer/patch/changed_works.h"
 
-#include "reader/content/losses.h"
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
 #include "runtime/fixed.h"
@@ -10,6 +9,7 @@
 #include "writer/art/segment_works.h"
 #include "writer/art/style_works.h"
 #include "writer/patch/kept_works.h"
+#include "writer/patch/look_difference.h"
 #include "writer/patch/movement.h"
 
 #include <algorithm>
@@ -134,7 +134,7 @@ void strokeWorks(Walk& walk, const PathStyle& style, const ArtDifference& differ
 PageMovement movementOfPaint(const PatchTools& tools, const PathSource& source, Art art,
                              const ArtDifference& difference) {
     const TraceEvent& event = tools.trace.events()[source.event];
-    const bool isMasked = (event.behind.settings & softMaskSetting) != 0;
+    const bool isMasked = movesMask(event.behind, difference);
     const bool movesPatterns = difference.movesPaint || event.hidesFill || event.hidesStroke;
     if (!difference.shape || (!isMasked && !movesPatterns)) {
         return {};

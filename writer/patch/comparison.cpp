@@ -1,6 +1,7 @@
 #include "writer/patch/comparison.h"
 
 #include "host/light.h"
+#include "reader/content/appearance.h"
 #include "reader/content/art.h"
 #include "runtime/callbacks.h"
 #include "writer/art/color_works.h"
@@ -9,6 +10,7 @@
 #include "writer/patch/movement.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <span>
 #include <vector>
@@ -105,11 +107,40 @@ bool isGuide(Art art) {
     return guide != 0;
 }
 
+/// Opacity and blending; masks count as far as one is there.
+void compareOwnLooks(Art was, Art is, ArtDifference& difference) {
+    if (!hostHoldsAppearance()) {
+        return;
+    }
+    const auto comparable = [](Art art) {
+        const PathStyle style = leadingStyle(art);
+        Appearance appearance = appearanceOf(art);
+        appearance.fillOpacity *= style.fillPaint != 0 ? appearance.opacity : 0;
+        appearance.strokeOpacity *= style.strokePaint != 0 ? appearance.opacity : 0;
+        return appearance;
+    };
+    const Appearance a = comparable(was);
+    const Appearance b = comparable(is);
+    constexpr double room = 1.0 / 512;
+    if (std::abs(a.fillOpacity - b.fillOpacity) > room) {
+        difference.look.fillOpacity = b.fillOpacity;
+    }
+    if (std::abs(a.strokeOpacity - b.strokeOpacity) > room) {
+        difference.look.strokeOpacity = b.strokeOpacity;
+    }
+    if (a.blend != b.blend) {
+        difference.look.blend = b.blend;
+    }
+    if ((a.mask == SoftMask::null) != (b.mask == SoftMask::null)) {
+        difference.look.mask = b.mask;
+    }
+}
+
 } // namespace
 
 bool ArtDifference::any() const {
     return kind || shape || paints || fill || strokeParts() || flatness || letters || place ||
-           image || inside;
+           image || inside || !look.isEmpty();
 }
 
 bool sameColour(const Colour& was, const Colour& is) {
@@ -141,6 +172,7 @@ ArtDifference compareArt(Art was, Art is, PaintComparison& paints) {
                       isShaped ? [&] { return movementOf(was, is); } : MovementOfArt());
     difference.kind = artKind(was) != artKind(is);
     difference.shape = isShaped;
+    compareOwnLooks(was, is, difference);
     return difference;
 }
 

@@ -3,6 +3,7 @@
 
 #include "host/artwork.h"
 #include "host/matrix.h"
+#include "writer/art/drawn_looks.h"
 #include "writer/patch/paint_comparison.h"
 
 #include <functional>
@@ -28,8 +29,11 @@ struct ArtDifference {
     bool place = false;   ///< of text: where it begins, its size and direction; of others: where
     bool image = false;   ///< of images: which one
     bool inside = false;  ///< of forms: what they hold, and how that is clipped
-    /// No difference of the paint: gradients and patterns moved as the object did.
+    LookState look = {};  ///< what must be set to lay it over what is behind it as it is now
+    /// No differences of the paint and the look: gradients and patterns moved as the object did,
+    /// and so did its mask.
     bool movesPaint = false;
+    bool masksMoved = false;
 
     bool any() const;
     bool strokeParts() const { return stroke || lineWidth || dash || cap || join || miterLimit; }

@@ -52,6 +52,7 @@ public:
                 .bytes = std::move(tools_.bytes),
                 .patterns = tools_.patterns.take(),
                 .groups = std::move(tools_.groups),
+                .looks = std::move(tools_.looks),
                 .counts = counts(clips, order),
                 .isDamaged = hasDamage()};
     }

@@ -18,6 +18,7 @@ struct ContentPatch {
     ContentBytes bytes; ///< of the base
     std::vector<MovedPattern> patterns;
     DrawnGroups groups;
+    DrawnLooks looks;
     PatchCounts counts;
     bool isDamaged = false; ///< tokens of the base could not all be read
 };

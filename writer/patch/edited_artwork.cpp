@@ -1,5 +1,6 @@
 #include "writer/patch/edited_artwork.h"
 
+#include "reader/content/appearance.h"
 #include "reader/content/art.h"
 #include "reader/image/place_image.h"
 #include "reader/text/show_text.h"
@@ -18,6 +19,19 @@
 namespace corvane {
 
 namespace {
+
+/// What a group and the one object in it say together. Within the group the object blends with
+/// nothing.
+Appearance together(const Appearance& group, const Appearance& own) {
+    if (group == Appearance()) {
+        return own;
+    }
+    Appearance both = own;
+    both.opacity *= group.opacity;
+    both.blend = group.blend;
+    both.mask = own.mask == SoftMask::null ? group.mask : own.mask;
+    return both;
+}
 
 class Lister {
 public:
@@ -62,6 +76,10 @@ private:
             failException(Exception::cancelled);
         }
         const ArtKind kind = artKind(art);
+        appearance_ = {};
+        if (hostHoldsAppearance()) {
+            appearance_ = together(std::exchange(carried_, {}), appearanceOf(art));
+        }
         switch (static_cast<std::int16_t>(kind)) {
         case 1:
             if ((isOfAnnotations_ && addAnnotation(art)) || enterForm(art) || addSourced(art)) {
@@ -100,7 +118,11 @@ private:
 
     /// What glyph procedures drew is one object, as long as it is paths and bitmaps alone.
     bool addSourced(Art group) {
-        EditedObject object{.art = group, .kind = ArtKind::group, .group = group_, .source = {}};
+        EditedObject object{.art = group,
+                            .kind = ArtKind::group,
+                            .group = group_,
+                            .source = {},
+                            .appearance = appearance_};
         callHost(slot::getArtSource, group, &object.source);
         std::uint8_t clipped = 0;
         callHost(slot::getGroupClipped, group, &clipped);
@@ -121,8 +143,9 @@ private:
             return false;
         }
         const Art clip = clipOf(group);
-        open_.push_back(
-            {.form = EditedForm{.group = group, .clip = clip, .base = content}, .group = group_});
+        open_.push_back({.form = EditedForm{.group = group, .clip = clip, .base = content},
+                         .group = group_,
+                         .appearance = appearance_});
         artwork_ = &open_.back().form.inside;
         artwork_->groups.push({});
         group_ = 0;
@@ -138,12 +161,18 @@ private:
         }
         forms_.push_back(std::move(left.form));
         group_ = left.group;
+        appearance_ = left.appearance;
         artwork_ = open_.empty() ? &page_ : &open_.back().form.inside;
         add(forms_.back().group, ArtKind::group, &forms_.back());
     }
 
     void add(Art art, ArtKind kind, EditedForm* form = nullptr) {
-        EditedObject object{.art = art, .kind = kind, .form = form, .group = group_, .source = {}};
+        EditedObject object{.art = art,
+                            .kind = kind,
+                            .form = form,
+                            .group = group_,
+                            .source = {},
+                            .appearance = appearance_};
         callHost(slot::getArtSource, art, &object.source);
         artwork_->objects.push(object);
     }
@@ -161,15 +190,28 @@ private:
                                     .kind = ArtKind::text,
                                     .group = group_,
                                     .source = letters.source,
+                                    .appearance = appearance_,
                                     .run = run});
         }
     }
 
+    /// Whether the one thing in a group can have the group's look.
+    bool mayCarry(Art held) const {
+        return appearance_ != Appearance() &&
+               (appearance_.mask == SoftMask::null || appearanceOf(held).mask == SoftMask::null);
+    }
+
     void enter(Art art, ArtKind kind) {
         const Art clip = kind == ArtKind::group ? clipOf(art) : Art::null;
-        artwork_->groups.push({group_, clip});
+        const Art held = clip == Art::null ? firstChild(art) : nextSibling(clip);
+        const bool isAlone = held != Art::null && nextSibling(held) == Art::null;
+        const bool carries = isAlone && mayCarry(held);
+        artwork_->groups.push({group_, clip, carries ? Appearance() : appearance_});
+        if (carries) {
+            carried_ = appearance_;
+        }
         group_ = static_cast<EditedIndex>(artwork_->groups.size() - 1);
-        enterChildren(art, clip);
+        pending_.enter(held, ArtStep::What::leave);
     }
 
     static Art clipOf(Art group) {
@@ -187,6 +229,7 @@ private:
     struct OpenForm {
         EditedForm form;
         EditedIndex group = 0;
+        Appearance appearance;
     };
 
     const BaseContents& base_;
@@ -198,6 +241,8 @@ private:
     bool isOfAnnotations_ = false;
     ArtStack pending_;
     EditedIndex group_ = 0;
+    Appearance appearance_; ///< of the art at hand
+    Appearance carried_;    ///< of the group around the art to come, which it has to itself
 };
 
 } // namespace

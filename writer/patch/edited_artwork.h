@@ -2,6 +2,7 @@
 // the page, and one for each form of the page.
 #pragma once
 
+#include "host/appearance.h"
 #include "host/artwork.h"
 #include "runtime/charged_list.h"
 
@@ -23,6 +24,9 @@ struct EditedForm;
 struct EditedGroup {
     EditedIndex outer = 0;
     Art clip = Art::null; ///< null: the group does not clip
+    /// Of what it holds as one thing; where it holds one object, that has it.
+    Appearance appearance = {};
+    bool isLooked() const { return appearance != Appearance(); }
 };
 
 struct EditedObject {
@@ -32,6 +36,7 @@ struct EditedObject {
     EditedForm* form = nullptr; ///< what it is; its objects are not in the list
     EditedIndex group = 0;
     ArtSource source;
+    Appearance appearance = {}; ///< with that of a group that holds nothing else
     // Of text: each run is an object.
     std::int32_t run = 0;
     double start = 0;         ///< where it begins on its line

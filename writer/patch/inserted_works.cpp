@@ -1,6 +1,6 @@
 #include "writer/patch/inserted_works.h"
 
-#include "reader/content/losses.h"
+#include "reader/content/art.h"
 #include "runtime/exception.h"
 #include "runtime/extension.h"
 #include "runtime/fixed.h"
@@ -11,6 +11,7 @@
 #include "writer/patch/form/form_works.h"
 #include "writer/patch/insertion_points.h"
 #include "writer/patch/kept_works.h"
+#include "writer/patch/look_difference.h"
 #include "writer/patch/movement.h"
 #include "writer/patch/placed_image.h"
 #include "writer/patch/shading_works.h"
@@ -76,14 +77,18 @@ void InsertedWorks::openGroups(const Insertion& insertion) {
         const bool clips = artwork_.groups[group].clip != Art::null;
         if (clips && inForce > 0) {
             --inForce;
-        } else if (clips || (inForce == 0 && apart_[group])) {
+        } else if (clips || artwork_.groups[group].isLooked() || (inForce == 0 && apart_[group])) {
             wanted.push_back(group);
         }
     }
     const auto same = std::ranges::mismatch(open_, wanted);
     closeGroups(static_cast<std::size_t>(same.in1 - open_.begin()));
     for (auto group = same.in2; group != wanted.end(); ++group) {
-        enterWorks(walk_);
+        if (artwork_.groups[*group].isLooked()) {
+            beginForm(*group);
+        } else {
+            enterWorks(walk_);
+        }
         if (artwork_.groups[*group].clip != Art::null) {
             clipWorks(walk_, artwork_.groups[*group].clip);
         }
@@ -93,9 +98,40 @@ void InsertedWorks::openGroups(const Insertion& insertion) {
 
 void InsertedWorks::closeGroups(std::size_t left) {
     while (open_.size() > left) {
-        leaveWorks(walk_);
+        const EditedIndex group = open_.back();
         open_.pop_back();
+        if (artwork_.groups[group].isLooked()) {
+            endForm(artwork_.groups[group].appearance);
+        } else {
+            leaveWorks(walk_);
+        }
     }
+}
+
+/// What comes next goes into a form, which is drawn as one thing. All that it is to hold must be
+/// drawn in one place.
+void InsertedWorks::beginForm(EditedIndex group) {
+    if (!formed_.insert(group).second) {
+        failException(Exception::unpatchable);
+    }
+    walk_.text.flush();
+    around_.push_back({.text = tools_.sink.take(), .paints = walk_.paints});
+    walk_.paints = walk_.paints != nullptr ? &walk_.paints->onArtboard() : nullptr;
+    noneStyleWorks(walk_);
+}
+
+void InsertedWorks::endForm(const Appearance& appearance) {
+    walk_.text.flush();
+    const std::string_view name = tools_.looks.addGroup(tools_.sink.take(), appearance);
+    walk_.text.add(around_.back().text);
+    walk_.paints = around_.back().paints;
+    around_.pop_back();
+    enterWorks(walk_);
+    stateWorks(walk_, stateOf(appearance));
+    walk_.text.add("/");
+    walk_.text.add(name);
+    walk_.text.add(" Do\n");
+    leaveWorks(walk_);
 }
 
 void InsertedWorks::writeObject(const Insertion& insertion) {
@@ -115,13 +151,36 @@ void InsertedWorks::writeObject(const Insertion& insertion) {
     leaveWorks(walk_);
 }
 
+/// In the space of the artboard.
 void InsertedWorks::writeNew(const EditedObject& edited) {
+    if (edited.form == nullptr && edited.kind != ArtKind::text && edited.kind != ArtKind::placed) {
+        if (edited.appearance == Appearance()) {
+            plainWorks(walk_, edited.art);
+        } else {
+            lookedWorks(walk_, edited.art, edited.appearance);
+        }
+        return;
+    }
+    Appearance appearance = edited.appearance;
+    if (edited.kind == ArtKind::text) {
+        const TextRun run = runOf(edited.art, edited.run);
+        appearance.fillOpacity *= run.fillOpacity;
+        appearance.strokeOpacity *= run.strokeOpacity;
+    }
+    const LookState look = stateOf(appearance);
+    if (!look.isEmpty()) {
+        enterWorks(walk_);
+        stateWorks(walk_, look);
+    }
     if (edited.form != nullptr) {
         newFormWorks(tools_, *edited.form);
     } else if (edited.kind == ArtKind::text) {
         newTextWorks(tools_, edited);
     } else {
-        objectWorks(walk_, edited.art);
+        plainWorks(walk_, edited.art);
+    }
+    if (!look.isEmpty()) {
+        leaveWorks(walk_);
     }
 }
 
@@ -134,10 +193,11 @@ void InsertedWorks::writeState(const PaintedArt& was, const ArtDifference& diffe
         walk_.text.add(tools_.state.bytesOf(font - 1));
     }
     const Surroundings& own = trace_.events()[was.event].behind;
-    const bool isMasked = (own.settings & softMaskSetting) != 0;
+    const bool isMasked = movesMask(own, difference);
     tools_.state.write(own, {},
                        {.masks = isMasked ? movement : RealMatrix(),
                         .patterns = difference.movesPaint ? movement : RealMatrix()});
+    lookWorks(tools_, trace_.matrix(own.matrix), difference.look);
 }
 
 /// What glyph procedures drew: shown again, or, where its insides were changed and the host
@@ -163,7 +223,7 @@ void InsertedWorks::writeGlyphs(const MatchedObject& object, const EditedObject&
 
 void InsertedWorks::writeText(const MatchedObject& object, const EditedObject& edited) {
     const PaintedArt& was = trace_.painted()[object.source];
-    const bool isMasked = (trace_.events()[was.event].behind.settings & softMaskSetting) != 0;
+    const bool isMasked = movesMask(trace_.events()[was.event].behind, object.difference);
     const RealMatrix movement =
         (isMasked || object.difference.movesPaint) && object.difference.place
             ? movementOfText(base_, was, edited)
@@ -175,18 +235,21 @@ void InsertedWorks::writeText(const MatchedObject& object, const EditedObject& e
 void InsertedWorks::writeImage(const MatchedObject& object, const EditedObject& edited) {
     const PaintedArt& was = trace_.painted()[object.source];
     const Surroundings& own = trace_.events()[was.event].behind;
-    const bool isMasked = (own.settings & softMaskSetting) != 0;
-    const RealMatrix movement =
-        isMasked && object.difference.place ? movementOfImage(was.art, edited.art) : RealMatrix();
+    const RealMatrix movement = object.difference.place && movesMask(own, object.difference)
+                                    ? movementOfImage(was.art, edited.art)
+                                    : RealMatrix();
     tools_.state.write(own, {}, {.masks = movement, .patterns = {}});
+    lookWorks(tools_, trace_.matrix(own.matrix), object.difference.look);
     imageWorks(tools_, was, edited.art, object.difference);
 }
 
 void InsertedWorks::writeForm(const MatchedObject& object, const EditedForm& form) {
     const PaintedArt& was = trace_.painted()[object.source];
     const Surroundings& own = trace_.events()[was.event].behind;
-    const bool isMasked = (own.settings & softMaskSetting) != 0;
-    tools_.state.write(own, {}, isMasked ? form.movement.value_or(RealMatrix()) : RealMatrix());
+    const RealMatrix movement =
+        movesMask(own, object.difference) ? form.movement.value_or(RealMatrix()) : RealMatrix();
+    tools_.state.write(own, {}, {.masks = movement, .patterns = {}});
+    lookWorks(tools_, trace_.matrix(own.matrix), object.difference.look);
     formWorks(tools_, was, form);
 }
 
@@ -219,6 +282,7 @@ void InsertedWorks::writeSourced(const MatchedObject& object, const EditedObject
         writeGlyphs(object, edited);
     } else if (trace_.painted()[object.source].isShading) {
         tools_.state.write(own, {}, {});
+        lookWorks(tools_, trace_.matrix(own.matrix), object.difference.look);
         shadingWorks(tools_, trace_.painted()[object.source], art, object.difference);
     } else if (edited.kind == ArtKind::placed) {
         writeImage(object, edited);
@@ -227,9 +291,11 @@ void InsertedWorks::writeSourced(const MatchedObject& object, const EditedObject
         unchangedWorks(tools_, event);
     } else if (inverse(trace_.matrix(own.matrix))) {
         tools_.state.write(own, {}, movementOfPaint(tools_, source, art, object.difference));
+        lookWorks(tools_, trace_.matrix(own.matrix), object.difference.look);
         changedWorks(tools_, source, art, object.difference);
     } else {
         tools_.state.writeOnArtboard(own);
+        stateWorks(walk_, object.difference.look);
         artWorks(walk_, art);
     }
     leaveWorks(walk_);

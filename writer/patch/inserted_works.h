@@ -6,6 +6,7 @@
 #include "writer/patch/paint_order.h"
 
 #include <cstdint>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -32,8 +33,11 @@ public:
 private:
     void openGroups(const Insertion& insertion);
     void closeGroups(std::size_t left);
+    void beginForm(EditedIndex group);
+    void endForm(const Appearance& appearance);
     void writeObject(const Insertion& insertion);
     void writeSourced(const MatchedObject& object, const EditedObject& edited, TraceIndex marks);
+    void writeNew(const EditedObject& edited);
     void writeState(const PaintedArt& was, const ArtDifference& difference,
                     const RealMatrix& movement);
     void writeGlyphs(const MatchedObject&, const EditedObject&);
@@ -52,6 +56,13 @@ private:
     TraceIndex setter_ = 0;         // the latest before the place
     bool isBehindNew_ = false;      // new art was drawn at the place
     std::vector<EditedIndex> open_; // groups, from the outermost
+    /// What was written before a form that is open, and the paints of that.
+    struct Around {
+        std::string text;
+        PaintDrawing* paints = nullptr;
+    };
+    std::vector<Around> around_;   // the forms that are open
+    std::set<EditedIndex> formed_; // groups that became forms
 };
 
 } // namespace corvane

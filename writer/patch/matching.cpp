@@ -1,8 +1,12 @@
 #include "writer/patch/matching.h"
 
+#include "reader/content/appearance.h"
+#include "writer/art/outline.h"
 #include "writer/image/image_works.h"
 #include "writer/patch/form/edited_form.h"
 #include "writer/patch/look.h"
+#include "writer/patch/look_difference.h"
+#include "writer/patch/movement.h"
 #include "writer/patch/placed_image.h"
 #include "writer/patch/text/glyph_group.h"
 #include "writer/patch/text/text_run.h"
@@ -54,6 +58,57 @@ PaintedIndex sourceOf(const BaseContent& base, const EditedForm& form) {
     const auto at =
         std::ranges::lower_bound(painted, form.base->form->event, {}, &PaintedArt::event);
     return static_cast<PaintedIndex>(at - painted.begin());
+}
+
+ObjectLook lookOfPath(Art art, const Appearance& appearance) {
+    const PathStyle style = leadingStyle(art);
+    return {appearance, style.fillPaint != 0, style.strokePaint != 0};
+}
+
+ObjectLook lookOfRun(Art text, std::int32_t number, Appearance appearance) {
+    const TextRun run = runOf(text, number);
+    appearance.fillOpacity *= run.fillOpacity;
+    appearance.strokeOpacity *= run.strokeOpacity;
+    return {appearance, run.style.fillPaint != 0, run.style.strokePaint != 0};
+}
+
+ObjectLook lookOfPage(const BaseContent& base, const PaintedArt& was) {
+    const Appearance appearance = appearanceOf(was.art);
+    if (artKind(was.art) == ArtKind::path || artKind(was.art) == ArtKind::compound) {
+        return lookOfPath(was.art, appearance);
+    }
+    return isText(was) && !was.isDrawn
+               ? lookOfRun(was.art, base.trace.textPart(was.part).run, appearance)
+               : ObjectLook{appearance};
+}
+
+ObjectLook lookOfObject(const EditedObject& object) {
+    if (isPath(object.kind)) {
+        return lookOfPath(object.art, object.appearance);
+    }
+    return object.kind == ArtKind::text ? lookOfRun(object.art, object.run, object.appearance)
+                                        : ObjectLook{object.appearance};
+}
+
+/// How the object moved, where it did.
+std::optional<RealMatrix> movementIn(const BaseContent& base, const PaintedArt& was,
+                                     const EditedObject& object, const ArtDifference& difference) {
+    if (object.appearance.mask == SoftMask::null) {
+        return std::nullopt;
+    }
+    if (object.form != nullptr) {
+        return object.form->movement;
+    }
+    if (difference.shape) {
+        return movementOf(was.art, object.art);
+    }
+    if (!difference.place) {
+        return std::nullopt;
+    }
+    return was.isDrawn   ? movementOf(was.art, object.art)
+           : isText(was) ? movementOfText(base, was, object)
+           : was.isImage ? std::optional(movementOfImage(was.art, object.art))
+                         : std::nullopt;
 }
 
 class Matcher {
@@ -175,7 +230,8 @@ private:
         for (auto at = sources.rbegin(); at != sources.rend() && compared < mostCompared;
              ++at, ++compared) {
             if (!compareArt(artOf(base_, *at), artwork_.objects[i].art, base_.paints).any()) {
-                matching_.objects[i] = {.source = *at};
+                matching_.objects[i] = {
+                    .source = *at, .difference = compareObject(base_, *at, artwork_.objects[i])};
                 matching_.owners[*at] = i;
                 sources.erase(std::next(at).base());
                 return true;
@@ -268,11 +324,18 @@ PaintedIndex sourceOf(const BaseContent& base, const EditedObject& object) {
 ArtDifference compareObject(const BaseContent& base, PaintedIndex source,
                             const EditedObject& object) {
     const PaintedArt& was = base.trace.painted()[source];
-    return was.isForm    ? differenceOf(*object.form)
-           : was.isDrawn ? compareGlyphs(was.art, object.art, base.paints)
-           : isText(was) ? compareText(base, was, object)
-           : was.isImage ? compareImages(was.art, object.art)
-                         : compareArt(was.art, object.art, base.paints);
+    ArtDifference difference = was.isForm    ? differenceOf(*object.form)
+                               : was.isDrawn ? compareGlyphs(was.art, object.art, base.paints)
+                               : isText(was) ? compareText(base, was, object)
+                               : was.isImage ? compareImages(was.art, object.art)
+                                             : compareArt(was.art, object.art, base.paints);
+    if (hostHoldsAppearance()) {
+        const ObjectLook former = lookOfPage(base, was);
+        const ObjectLook look = lookOfObject(object);
+        compareLooks(former, look, base.masks, movementIn(base, was, object, difference),
+                     difference);
+    }
+    return difference;
 }
 
 const TraceEvent& eventOf(const ContentTrace& trace, PaintedIndex source) {

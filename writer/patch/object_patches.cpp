@@ -1,6 +1,5 @@
 #include "writer/patch/object_patches.h"
 
-#include "reader/content/losses.h"
 #include "runtime/exception.h"
 #include "writer/art/style_works.h"
 #include "writer/patch/form/form_works.h"
@@ -88,6 +87,7 @@ void ObjectPatches::drawChanged(PaintedIndex source) {
     noneStyleWorks(tools_.walk);
     enterWorks(tools_.walk);
     moveAlong(path.event, movementOfPaint(tools_, path, art, difference));
+    lookWorks(tools_, trace_.matrix(trace_.events()[path.event].behind.matrix), difference.look);
     changedWorks(tools_, path, art, difference);
     leaveWorks(tools_.walk);
 }
@@ -113,18 +113,19 @@ void ObjectPatches::patchObject(PaintedIndex source) {
     const EditedIndex owner = matching_.owners[source];
     const ArtDifference& difference = matching_.objects[owner].difference;
     const EditedObject& is = artwork_.objects[owner];
-    if (was.isForm && isDrawnInPlace(*is.form)) {
+    if (was.isForm && isDrawnInPlace(*is.form) && difference.look.isEmpty()) {
         formWorks(tools_, was, *is.form);
         patches_->push_back({{event.start, event.end}, tools_.taken()});
         return;
     }
     noneStyleWorks(tools_.walk);
     enterWorks(tools_.walk);
-    if (difference.place && (event.behind.settings & softMaskSetting) != 0) {
-        moveAlong(was.event, {.masks = was.isForm ? *is.form->movement
-                                                  : movementOfImage(was.art, is.art),
-                              .patterns = {}});
+    if (difference.place && movesMask(event.behind, difference)) {
+        moveAlong(was.event,
+                  {.masks = was.isForm ? *is.form->movement : movementOfImage(was.art, is.art),
+                   .patterns = {}});
     }
+    lookWorks(tools_, trace_.matrix(event.behind.matrix), difference.look);
     if (was.isForm) {
         formWorks(tools_, was, *is.form);
     } else {
@@ -145,9 +146,11 @@ void ObjectPatches::patchShading(PaintedIndex source) {
         return;
     }
     const EditedIndex owner = matching_.owners[source];
+    const ArtDifference& difference = matching_.objects[owner].difference;
     noneStyleWorks(tools_.walk);
     enterWorks(tools_.walk);
-    shadingWorks(tools_, was, artwork_.objects[owner].art, matching_.objects[owner].difference);
+    lookWorks(tools_, trace_.matrix(event.behind.matrix), difference.look);
+    shadingWorks(tools_, was, artwork_.objects[owner].art, difference);
     leaveWorks(tools_.walk);
     patches_->push_back({{event.start, event.end}, "\n" + tools_.taken()});
 }

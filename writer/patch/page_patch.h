@@ -3,6 +3,7 @@
 #pragma once
 
 #include "reader/page/page_base.h"
+#include "writer/art/drawn_looks.h"
 #include "writer/font/new_fonts.h"
 #include "writer/image/new_images.h"
 #include "writer/page/resource_registry.h"

@@ -22,9 +22,9 @@ bool canStay(const ContentTrace& trace, PaintedIndex source, const ArtDifference
     }
     const TraceIndex index = painted.event;
     const Surroundings& here = trace.events()[index].behind;
-    const bool isApart =
-        painted.isImage || painted.isForm || painted.isShading ? !here.isInPath
-                                                               : isPlainPath(trace, index);
+    const bool isApart = painted.isImage || painted.isForm || painted.isShading
+                             ? !here.isInPath
+                             : isPlainPath(trace, index);
     return !difference.any() ||
            (!here.isInText && isApart && inverse(trace.matrix(here.matrix)).has_value());
 }
@@ -80,7 +80,7 @@ private:
         std::vector<EditedIndex> able;
         for (EditedIndex i = 0; i < matching_.objects.size(); ++i) {
             const MatchedObject& object = matching_.objects[i];
-            if (object.source == noSource || object.isCopy) {
+            if (object.source == noSource || object.isCopy || isInForm(artwork_.objects[i])) {
                 continue;
             }
             const TraceIndex clip = trace_.clipAround(trace_.painted()[object.source].event);
@@ -93,6 +93,15 @@ private:
         for (const EditedIndex object : longestRun(able, matching_)) {
             order_.stays[object] = true;
         }
+    }
+
+    /// Whether it is drawn in a form, for a group that is laid over what is behind it as one thing.
+    bool isInForm(const EditedObject& object) const {
+        EditedIndex group = object.group;
+        while (group != 0 && !artwork_.groups[group].isLooked()) {
+            group = artwork_.groups[group].outer;
+        }
+        return group != 0;
     }
 
     TraceIndex pathOf(EditedIndex object) const {

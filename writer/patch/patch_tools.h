@@ -2,9 +2,11 @@
 #pragma once
 
 #include "filters/text_sink.h"
+#include "reader/content/appearance.h"
 #include "reader/content/content_trace.h"
 #include "reader/shading/page_patterns.h"
 #include "runtime/memory.h"
+#include "writer/art/drawn_looks.h"
 #include "writer/art/walk.h"
 #include "writer/image/new_images.h"
 #include "writer/paint/new_paints.h"
@@ -49,10 +51,12 @@ struct PatchTools {
                    resources),
           contentPaints(*ofPage.paints, resources, paintedContent()),
           contentImages(ofPage.images, resources), groups(*ofPage.paints, resources),
+          looks(resources),
           fontNames(ofPage.cache, ofPage.fonts, resourcesOf(patched, ofPage.base), resources),
           walk(sink), state(walk, bytes, patched, patterns) {
         walk.images = &contentImages;
         walk.paints = hostHoldsPatterns() ? &contentPaints : nullptr;
+        walk.looks = hostHoldsAppearance() ? &looks : nullptr;
     }
     PatchTools(const PatchTools&) = delete;
     PatchTools& operator=(const PatchTools&) = delete;
@@ -81,6 +85,7 @@ struct PatchTools {
     ContentPaints contentPaints;
     ContentImages contentImages;
     DrawnGroups groups;
+    DrawnLooks looks;
     FontNames fontNames;
     ShownOperators shown{bytes, trace};
     TextSink sink;

@@ -1,9 +1,11 @@
 #include "writer/text/drawn_texts.h"
 
+#include "reader/content/appearance.h"
 #include "reader/content/art.h"
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
 #include "writer/art/art_stack.h"
+#include "writer/art/drawn_looks.h"
 #include "writer/art/layers.h"
 #include "writer/art/path_works.h"
 #include "writer/art/style_works.h"
@@ -58,9 +60,14 @@ DrawnTexts::DrawnTexts(ResourceRegistry& resources) : names_(resources) {
     setText_.finish();
 }
 
-DrawnTexts::DrawnTexts(ResourceRegistry& resources, Art top) : names_(resources) {
-    addAll(top);
-    setText_.finish();
+/// Looks at what a mask holds, too.
+void DrawnTexts::addMask(SoftMask mask, ArtStack& pending) {
+    if (mask == SoftMask::null || !masks_.insert(mask).second) {
+        return;
+    }
+    MaskFacts facts;
+    callHost(slot::getMask, mask, &facts);
+    pending.push(facts.content);
 }
 
 void DrawnTexts::addAll(Art top) {
@@ -69,6 +76,9 @@ void DrawnTexts::addAll(Art top) {
     for (ArtStep step; pending.next(step);) {
         if (step.what != ArtStep::What::art) {
             continue;
+        }
+        if (hostHoldsAppearance()) {
+            addMask(appearanceOf(step.art).mask, pending);
         }
         const ArtKind kind = artKind(step.art);
         if (kind == ArtKind::text) {
@@ -103,16 +113,22 @@ void DrawnTexts::write(Walk& walk, Art text) {
     SetText::Index set = first->second;
     for (std::int32_t i = 0; i < runCount(text); ++i) {
         const TextRun run = runOf(text, i);
+        const LookState look =
+            stateOf({.fillOpacity = run.fillOpacity, .strokeOpacity = run.strokeOpacity});
+        const bool isLooked = walk.looks != nullptr && !look.isEmpty();
         const bool isMasked = needsMask(walk, run.style);
-        if (isMasked) {
+        if (isLooked || isMasked) {
             enterWorks(walk);
             maskWorks(walk, run.style);
+        }
+        if (isLooked) {
+            stateWorks(walk, look);
         }
         pathStyleWorks(walk, run.style);
         walk.text.add("BT\n");
         setText_.write(walk, set++, run, RealMatrix(), names_);
         walk.text.add("ET\n");
-        if (isMasked) {
+        if (isLooked || isMasked) {
             leaveWorks(walk);
         }
     }

@@ -1,11 +1,14 @@
 // The text of a page that is drawn anew, in fonts of the machine.
 #pragma once
 
+#include "host/appearance.h"
+#include "writer/art/art_stack.h"
 #include "writer/art/text_drawing.h"
 #include "writer/page/resource_registry.h"
 #include "writer/text/set_text.h"
 
 #include <map>
+#include <set>
 
 namespace corvane {
 
@@ -25,10 +28,12 @@ public:
 private:
     void addAll(Art top);
     void add(Art text);
+    void addMask(SoftMask mask, ArtStack& pending);
 
     FontNames names_;
     SetText setText_{nullptr};
     std::map<Art, SetText::Index> first_;
+    std::set<SoftMask> masks_; ///< that were looked at
 };
 
 } // namespace corvane

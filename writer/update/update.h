@@ -6,6 +6,7 @@
 #include "reader/document/cache.h"
 #include "reader/page/page_base.h"
 #include "reader/page/page_record.h"
+#include "writer/art/drawn_looks.h"
 #include "writer/mend/mend_plan.h"
 #include "writer/page/carried_entries.h"
 #include "writer/page/page_geometry.h"
@@ -53,6 +54,13 @@ struct PlannedPatch {
     bool isNothing = false; ///< the content stays as it is
     std::vector<PatchedStream> streams;
     ResourceRegistry resources;
+};
+
+/// What a page that is drawn anew names, and the objects that are made for it.
+struct DrawnPage {
+    ResourceRegistry resources;
+    DrawnTexts texts{resources};
+    DrawnLooks looks{resources};
 };
 
 /// What is settled before the first byte is written.

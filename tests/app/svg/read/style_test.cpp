@@ -109,16 +109,6 @@ TEST(ReadStyle, StrokesInArtUnits) {
     EXPECT_EQ(many.ignored("stroke-dasharray"), 1);
 }
 
-TEST(ReadStyle, OpacityIsAllOrNothing) {
-    EXPECT_EQ(redrawn("<path fill-opacity='0' stroke='red' stroke-opacity='0%' d='M0 0H9'/>"
-                      "<g opacity='0'><path stroke='red' d='M0 0H8'/></g>"),
-              "<path fill=\"none\" d=\"M0 0H9\"/><g><path fill=\"none\" d=\"M0 0H8\"/></g>");
-    const ReadArt art(foreignSvg("<path fill-opacity='.5' d='M0 0H9'/>"
-                                 "<path fill='rgba(0,0,0,.5)' d='M0 0H9'/>"));
-    EXPECT_EQ(art.ignored("opacity"), 2);
-    EXPECT_EQ(art.drawn(), "<path d=\"M0 0H9\"/><path d=\"M0 0H9\"/>");
-}
-
 /// What a person changed in an editor wins over the exact value beside it; what an editor only
 /// wrote in another way does not.
 TEST(ReadStyle, TwinsHoldAsLongAsTheyLookAlike) {

@@ -1,0 +1,32 @@
+// Opacity, blend modes and soft masks of the graphics state, and the art that they are told of.
+//
+// Source: PDF Reference, 7.5.
+#pragma once
+
+#include "host/appearance.h"
+#include "host/artwork.h"
+#include "objects/object.h"
+
+namespace corvane {
+
+struct Interpreter;
+
+/// Whether the host has art that is laid over other art otherwise than by covering it.
+bool hostHoldsAppearance();
+
+/// The entries of an external graphics state (`gs`) that say how what is painted is laid over what
+/// is behind it.
+void applyTransparency(Interpreter& interpreter, const Object& entries);
+
+/// With which paints art is painted; none: art whose parts have opacities of their own.
+struct PaintsUsed {
+    bool fills = false;
+    bool strokes = false;
+};
+
+/// Tells the host of art that was painted in the state in force.
+void tellAppearance(Interpreter& interpreter, Art art, PaintsUsed paints);
+/// The same of a group that is laid over what is behind it as one thing.
+void tellGroupAppearance(Interpreter& interpreter, Art group, const Appearance& appearance);
+
+} // namespace corvane

@@ -1,0 +1,44 @@
+#include "reader/form/transparency_group.h"
+
+#include "reader/content/interpreter.h"
+#include "reader/content/losses.h"
+#include "reader/syntax/syntax.h"
+
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+bool isOn(DocumentCache& cache, const Object& group, std::string_view key) {
+    const ObjectOwner value = lookupObject(cache, group, key);
+    return typeObject(value.get()) == ObjectType::boolean && booleanObject(value.get());
+}
+
+} // namespace
+
+Appearance enterTransparencyGroup(Interpreter& interpreter, const Object& form,
+                                  GraphicsState& inside) {
+    DocumentCache& cache = interpreter.cache;
+    if (!interpreter.readsTransparency) {
+        return {};
+    }
+    const ObjectOwner group = lookupObject(cache, form, "Group");
+    if (typeObject(group.get()) != ObjectType::dictionary) {
+        return {};
+    }
+    const ObjectOwner kind = lookupObject(cache, group.get(), "S");
+    if (typeObject(kind.get()) != ObjectType::literal ||
+        literalObject(kind.get()) != "Transparency") {
+        return {};
+    }
+    const Transparency state = std::exchange(inside.transparency, {});
+    inside.settings = withoutTransparency(inside.settings);
+    return {.opacity = state.fillOpacity,
+            .blend = state.blend,
+            .isIsolated = isOn(cache, group.get(), "I"),
+            .isKnockout = isOn(cache, group.get(), "K"),
+            .mask = state.mask};
+}
+
+} // namespace corvane
