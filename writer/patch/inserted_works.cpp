@@ -1,5 +1,6 @@
 #include "writer/patch/inserted_works.h"
 
+#include "reader/content/art.h"
 #include "reader/content/losses.h"
 #include "runtime/exception.h"
 #include "runtime/extension.h"
@@ -12,7 +13,6 @@
 #include "writer/patch/kept_works.h"
 #include "writer/patch/movement.h"
 #include "writer/patch/placed_image.h"
-#include "writer/patch/text/glyph_group.h"
 #include "writer/patch/text/text_run.h"
 #include "writer/patch/text/text_works.h"
 
@@ -125,19 +125,31 @@ void InsertedWorks::writeState(const PaintedArt& was, const RealMatrix& movement
     tools_.state.write(own, {}, isMasked ? movement : RealMatrix());
 }
 
+/// Paths and bitmaps of a group.
+void InsertedWorks::drawGlyphs(Art group) {
+    ArtStack pending;
+    pending.push(group);
+    for (ArtStep step; pending.next(step);) {
+        if (step.what == ArtStep::What::art && artKind(step.art) == ArtKind::placed) {
+            newImageWorks(tools_, step.art);
+        } else {
+            stepWorks(walk_, step, pending);
+        }
+    }
+}
+
 /// What glyph procedures drew: shown again, or, where its insides were changed and the host
 /// insists, drawn.
 void InsertedWorks::writeGlyphs(const MatchedObject& object, const EditedObject& edited) {
     const PaintedArt& was = trace_.painted()[object.source];
     if (object.difference.letters) {
         const auto extension = knownExtension();
-        if (!extension || !extension->overwrites || holdsImages(edited.art)) {
+        if (!extension || !extension->overwrites) {
             noteReason(Reason::drawnLetters);
             failException(Exception::unpatchable);
         }
         tools_.state.writeOnArtboard(trace_.events()[was.event].behind);
-        objectWorks(walk_, edited.art);
-        return;
+        return drawGlyphs(edited.art);
     }
     const RealMatrix movement = object.difference.place
                                     ? movementOf(was.art, edited.art).value_or(RealMatrix())

@@ -35,6 +35,7 @@ private:
     void writeObject(const Insertion& insertion);
     void writeSourced(const MatchedObject& object, const EditedObject& edited, TraceIndex marks);
     void writeState(const PaintedArt& was, const RealMatrix& movement);
+    void drawGlyphs(Art group);
     void writeGlyphs(const MatchedObject&, const EditedObject&);
     void writeText(const MatchedObject& object, const EditedObject& edited);
     void writeImage(const MatchedObject& object, const EditedObject& edited);

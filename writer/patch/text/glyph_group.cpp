@@ -55,11 +55,6 @@ bool isGlyphGroup(Art art) {
     });
 }
 
-bool holdsImages(Art art) {
-    const ChargedList<Part> parts = partsOf(art);
-    return std::ranges::find(parts.items(), ArtKind::placed, &Part::kind) != parts.items().end();
-}
-
 ArtDifference compareGlyphs(Art was, Art is) {
     const ChargedList<Part> ofWas = partsOf(was);
     const ChargedList<Part> ofIs = partsOf(is);
