@@ -25,6 +25,7 @@ struct TextStretch {
     std::size_t start = 0;
     std::size_t count = 0;
     bool isRightToLeft = false;
+    bool isVertical = false;  ///< glyphs are those of columns; they have no places
     std::uint32_t script = 0; ///< as `scriptsOf` tells; 0: that of the letters
     bool hasLigatures = true; ///< false: only those without which the script cannot be read
 };

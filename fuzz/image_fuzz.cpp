@@ -64,7 +64,8 @@ void deliverBoth(DocumentCache& cache, std::string_view data) {
     indirectObject(dictionary.get(), 11, 0);
     dictionary = resolveObject(cache, dictionary.get());
     if (typeObject(dictionary.get()) == ObjectType::dictionary) {
-        deliverInlineImage(cache, dictionary.get(), std::as_bytes(std::span(data)), Colour());
+        deliverInlineImage(cache, dictionary.get(), std::as_bytes(std::span(data)), Colour(),
+                           false);
     }
 }
 

@@ -72,7 +72,7 @@ std::string toUnicodeCMap(const std::map<std::uint32_t, std::u32string>& texts) 
                   rows, "bfchar");
 }
 
-std::string encodingCMap(const std::map<std::uint32_t, std::uint32_t>& cids) {
+std::string encodingCMap(const std::map<std::uint32_t, std::uint32_t>& cids, bool isVertical) {
     std::vector<std::string> rows;
     for (const auto& [code, cid] : cids) {
         std::string& row = rows.emplace_back("<");
@@ -81,7 +81,8 @@ std::string encodingCMap(const std::map<std::uint32_t, std::uint32_t>& cids) {
     }
     return cmapOf("/CIDSystemInfo << /Registry (Adobe) /Ordering (Identity) /Supplement 0 >> def\n"
                   "/CMapName /" +
-                      std::string(encodingName) + " def\n/CMapType 1 def\n",
+                      std::string(encodingName) + " def\n/CMapType 1 def\n/WMode " +
+                      (isVertical ? "1" : "0") + " def\n",
                   rows, "cidchar");
 }
 

@@ -13,7 +13,7 @@ namespace corvane {
 std::string toUnicodeCMap(const std::map<std::uint32_t, std::u32string>& texts);
 
 /// The CMap that gives codes of two bytes their CIDs.
-std::string encodingCMap(const std::map<std::uint32_t, std::uint32_t>& cids);
+std::string encodingCMap(const std::map<std::uint32_t, std::uint32_t>& cids, bool isVertical);
 inline constexpr std::string_view encodingName = "Corvane-Codes";
 
 } // namespace corvane

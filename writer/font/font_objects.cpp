@@ -69,7 +69,7 @@ public:
         named("BaseFont", name_);
         nameOutput(output_, "Encoding");
         if (font_.codesAreCids()) {
-            nameOutput(output_, "Identity-H");
+            nameOutput(output_, font_.isVertical() ? "Identity-V" : "Identity-H");
         } else {
             referenceOutput(output_, numbers_.encoding, 0);
         }
@@ -116,7 +116,8 @@ private:
         stringOutput(output_, "/Type /CMap ");
         named("CMapName", encodingName);
         writeSystemInfo(numbers_.encoding);
-        writeCMap(numbers_.encoding, encodingCMap(cids_));
+        stringOutput(output_, font_.isVertical() ? "/WMode 1 " : "");
+        writeCMap(numbers_.encoding, encodingCMap(cids_, font_.isVertical()));
     }
 
     void writeSystemInfo(std::int32_t in) {

@@ -41,9 +41,12 @@ struct NewFontNumbers {
 /// each: the first is its CID.
 class NewFont {
 public:
-    explicit NewFont(std::shared_ptr<const OpenTypeFont> font) : font_(std::move(font)) {}
+    NewFont(std::shared_ptr<const OpenTypeFont> font, bool isVertical)
+        : font_(std::move(font)), isVertical_(isVertical) {}
 
     const OpenTypeFont& font() const { return *font_; }
+    /// For columns: each letter an em high, as documents have it that say nothing of it.
+    bool isVertical() const { return isVertical_; }
 
     /// The number of the code that shows the glyph and reads as the text.
     std::uint32_t note(GlyphNumber glyph, std::u32string_view text);
@@ -63,6 +66,7 @@ public:
 
 private:
     std::shared_ptr<const OpenTypeFont> font_;
+    bool isVertical_;
     std::map<std::pair<GlyphNumber, std::u32string>, std::uint32_t> noted_;
     std::vector<NewCode> codes_; ///< as they are numbered
     bool codesAreCids_ = true;

@@ -9,16 +9,16 @@
 
 namespace corvane {
 
-NewFont* NewFonts::open(const std::string& path, std::int32_t face) {
-    if (const auto known = known_.find({path, face}); known != known_.end()) {
+NewFont* NewFonts::open(const std::string& path, std::int32_t face, bool isVertical) {
+    if (const auto known = known_.find({path, face, isVertical}); known != known_.end()) {
         return known->second;
     }
     if (known_.size() >= budget::triedFonts) {
         return nullptr;
     }
     std::shared_ptr<const OpenTypeFont> font = OpenTypeFont::openFile(path, face);
-    NewFont* const added = font ? &fonts_.emplace_back(std::move(font)) : nullptr;
-    known_.emplace(std::pair(path, face), added);
+    NewFont* const added = font ? &fonts_.emplace_back(std::move(font), isVertical) : nullptr;
+    known_.emplace(std::tuple(path, face, isVertical), added);
     return added;
 }
 

@@ -11,6 +11,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <utility>
 
 namespace corvane {
@@ -22,7 +23,7 @@ public:
     NewFonts& operator=(NewFonts&&) = default;
 
     /// Null where no document can get it, or too many were tried.
-    NewFont* open(const std::string& path, std::int32_t face);
+    NewFont* open(const std::string& path, std::int32_t face, bool isVertical);
     /// Letters are in the font; `wanted` is the family that the artwork asks for and that does not
     /// show them, or empty.
     void noteLetters(const NewFont& font, std::string_view wanted, std::u32string_view letters);
@@ -40,7 +41,8 @@ private:
 
     void tell(const NewFont& font) const;
 
-    std::map<std::pair<std::string, std::int32_t>, NewFont*> known_; // by place; null: none
+    /// By place, and whether for columns; null: none.
+    std::map<std::tuple<std::string, std::int32_t, bool>, NewFont*> known_;
     std::deque<NewFont> fonts_;                                      // in the order of use
     Letters letters_;
 };

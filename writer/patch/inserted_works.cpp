@@ -15,7 +15,6 @@
 #include "writer/patch/movement.h"
 #include "writer/patch/placed_image.h"
 #include "writer/patch/shading_works.h"
-#include "writer/patch/text/glyph_group.h"
 #include "writer/patch/text/text_run.h"
 #include "writer/patch/text/text_works.h"
 
@@ -206,13 +205,12 @@ void InsertedWorks::writeGlyphs(const MatchedObject& object, const EditedObject&
     const PaintedArt& was = trace_.painted()[object.source];
     if (object.difference.letters) {
         const auto extension = knownExtension();
-        if (!extension || !extension->overwrites || holdsImages(edited.art)) {
+        if (!extension || !extension->overwrites) {
             noteReason(Reason::drawnLetters);
             failException(Exception::unpatchable);
         }
         tools_.state.writeOnArtboard(trace_.events()[was.event].behind);
-        objectWorks(walk_, edited.art);
-        return;
+        return objectWorks(walk_, edited.art);
     }
     const RealMatrix movement = object.difference.place
                                     ? movementOf(was.art, edited.art).value_or(RealMatrix())

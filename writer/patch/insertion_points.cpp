@@ -125,17 +125,21 @@ bool InsertionPoints::fits(const Surroundings& here, InsertionPoint& point) {
     return true;
 }
 
-std::optional<InsertionPoint> InsertionPoints::find(const InsertionGap& gap, EditedIndex group,
+std::optional<InsertionPoint> InsertionPoints::find(const InsertionGap& gap,
+                                                    const EditedObject& object,
                                                     const Surroundings* own) {
     // What found a place there finds it again: only the places before it were passed over.
-    const bool isSame = latest_ && group == group_ && own == nullptr && own_ == nullptr &&
-                        gap.first == latest_->event && gap.last == gap_.last;
+    const EditedIndex group = object.group;
+    const bool isText = object.kind == ArtKind::text || object.kind == ArtKind::group;
+    const bool isSame = latest_ && group == group_ && isText == isText_ && own == nullptr &&
+                        own_ == nullptr && gap.first == latest_->event && gap.last == gap_.last;
     if (isSame) {
         return latest_;
     }
     useGroup(group);
     gap_ = gap;
     own_ = own;
+    isText_ = isText;
     const TraceIndex common = commonMark(trace_, gap.before.mark, gap.behind.mark);
     std::optional<InsertionPoint> best;
     // How much of its own and of all marked content, and of its group's clips, is around it.
@@ -148,7 +152,7 @@ std::optional<InsertionPoint> InsertionPoints::find(const InsertionGap& gap, Edi
             failException(Exception::limit);
         }
         InsertionPoint point{.event = event};
-        if (!here.isInText && !beforeTextOutside_.empty() && beforeTextOutside_[event]) {
+        if (isText && !here.isInText && !beforeTextOutside_.empty() && beforeTextOutside_[event]) {
             continue;
         }
         if (!isMarkAllowed(here.mark, common) || !fits(here, point)) {

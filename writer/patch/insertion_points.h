@@ -23,12 +23,12 @@ public:
     InsertionPoints(const BaseContent& base, const EditedArtwork& artwork,
                     const ClipMatching& clips);
 
-    /// The place for an object of that group: where the marked content around both neighbours and
+    /// The place for an object: where the marked content around both neighbours and
     /// as many as possible of the group's clips are in force, and no others; of several, the last.
     /// `own` is what was in force where a moved object stood: clips without art that were around it
     /// must be around the place, and its own marked content, its tag, may be. Past
     /// `budget::searchedPlaces` in all: `limit`.
-    std::optional<InsertionPoint> find(const InsertionGap& gap, EditedIndex group,
+    std::optional<InsertionPoint> find(const InsertionGap& gap, const EditedObject& object,
                                        const Surroundings* own);
 
 private:
@@ -48,6 +48,7 @@ private:
     /// there would move that. Empty on other pages.
     std::vector<bool> beforeTextOutside_;
     EditedIndex group_ = 0;
+    bool isText_ = false;
     std::vector<TraceIndex> wanted_; // clips of the group from the outermost; 0: a new one
     InsertionGap gap_;
     const Surroundings* own_ = nullptr;

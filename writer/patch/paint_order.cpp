@@ -125,7 +125,7 @@ private:
         InsertionGap rest = gap;
         for (std::size_t i = 0; i < pending_.size(); ++i) {
             const std::optional<InsertionPoint> point =
-                points_.find(rest, artwork_.objects[pending_[i]].group, ownOf(pending_[i]));
+                points_.find(rest, artwork_.objects[pending_[i]], ownOf(pending_[i]));
             if (!point) {
                 pending_.erase(pending_.begin(), pending_.begin() + static_cast<std::ptrdiff_t>(i));
                 pending_.push_back(object);
@@ -171,7 +171,7 @@ private:
                                .before = *own,
                                .behind = *own};
         const std::optional<InsertionPoint> point =
-            points_.find(gap, artwork_.objects[object].group, own);
+            points_.find(gap, artwork_.objects[object], own);
         return point && point->inForce.mark == own->mark ? point : std::nullopt;
     }
 
@@ -191,7 +191,7 @@ private:
                                .last = std::max(next_, firstWithin(trace_, pathOf(next))),
                                .before = *ownOf(object),
                                .behind = *behind};
-        return points_.find(gap, artwork_.objects[object].group, ownOf(object));
+        return points_.find(gap, artwork_.objects[object], ownOf(object));
     }
 
     /// What is in front of all that stays is in front of everything else on the page, too, unless
@@ -221,8 +221,7 @@ private:
                                    .last = lastPlace(),
                                    .before = before_ ? *before_ : trace_.atStart(),
                                    .behind = trace_.atEnd()};
-            point =
-                isAtEnd_ ? std::nullopt : points_.find(gap, artwork_.objects[object].group, own);
+            point = isAtEnd_ ? std::nullopt : points_.find(gap, artwork_.objects[object], own);
             if (!point) {
                 failException(Exception::unpatchable);
             }

@@ -22,12 +22,13 @@ bool isGeneric(std::string_view family) {
 
 } // namespace
 
-FontChoice::Known& FontChoice::known(Font wanted) {
-    const auto [at, isNew] = known_.try_emplace(wanted);
+FontChoice::Known& FontChoice::known(Font wanted, bool isVertical) {
+    const auto [at, isNew] = known_.try_emplace({wanted, isVertical});
     Known& known = at->second;
     if (!isNew) {
         return known;
     }
+    known.isVertical = isVertical;
     FontFacts facts;
     callHost(slot::getFontFacts, wanted, &facts);
     const bool hasReal = !facts.realFamily.empty();
@@ -67,7 +68,7 @@ NewFont* FontChoice::search(Known& known, std::u32string_view letters) {
         if (!found) {
             return nullptr;
         }
-        NewFont* const font = fonts_.open(found->path, found->face);
+        NewFont* const font = fonts_.open(found->path, found->face, known.isVertical);
         const bool isNamed = found->match == FontMatch::named && letters.empty();
         if (font != nullptr && font->font().mayBeEmbedded()) {
             known.isNamed = known.isNamed || isNamed;
@@ -86,8 +87,8 @@ NewFont* FontChoice::search(Known& known, std::u32string_view letters) {
     return nullptr;
 }
 
-NewFont* FontChoice::find(Font wanted, std::u32string_view letters) {
-    Known& known = this->known(wanted);
+NewFont* FontChoice::find(Font wanted, bool isVertical, std::u32string_view letters) {
+    Known& known = this->known(wanted, isVertical);
     const auto shows = [&](const NewFont* font) { return font->font().shows(letters); };
     if (const auto found = std::ranges::find_if(known.fonts, shows); found != known.fonts.end()) {
         return *found;
@@ -105,7 +106,7 @@ NewFont* FontChoice::find(Font wanted, std::u32string_view letters) {
 }
 
 void FontChoice::note(Font wanted, const NewFont& font, std::u32string_view letters) {
-    const Known& known = this->known(wanted);
+    const Known& known = this->known(wanted, font.isVertical());
     const bool isWanted = known.isNamed && !known.facts.isPageFont && &font == known.fonts.front();
     const bool isAny = isGeneric(known.family) && &font == known.fonts.front();
     fonts_.noteLetters(font, isWanted || isAny ? std::string_view() : known.family, letters);

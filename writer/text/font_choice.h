@@ -8,6 +8,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace corvane {
@@ -18,20 +19,21 @@ public:
 
     /// A font that shows all of the letters: the one that the artwork names, or that comes nearest
     /// to it; else one that has them. Null where none does.
-    NewFont* find(Font wanted, std::u32string_view letters);
+    NewFont* find(Font wanted, bool isVertical, std::u32string_view letters);
 
     /// The letters are shown in that font.
     void note(Font wanted, const NewFont& font, std::u32string_view letters);
 
     /// Where the latest search found nothing: the font that the person named, or the first that
     /// has the letters, and that may not be put into files.
-    const std::string& restricted(Font wanted) {
-        const Known& known = this->known(wanted);
+    const std::string& restricted(Font wanted, bool isVertical) {
+        const Known& known = this->known(wanted, isVertical);
         return known.restricted.empty() ? known.passedOver : known.restricted;
     }
 
 private:
     struct Known {
+        bool isVertical = false; ///< for columns
         std::string family;     ///< what a person calls it
         std::string name;       ///< what is looked for
         FontFacts facts;        ///< without its strings
@@ -41,11 +43,11 @@ private:
         std::vector<NewFont*> fonts;
     };
 
-    Known& known(Font wanted);
+    Known& known(Font wanted, bool isVertical);
     NewFont* search(Known& known, std::u32string_view letters);
 
     NewFonts& fonts_;
-    std::map<Font, Known> known_;
+    std::map<std::pair<Font, bool>, Known> known_; ///< by font, and whether for columns
 };
 
 } // namespace corvane

@@ -237,7 +237,7 @@ bool Itemizer::takeFont(std::size_t from, std::size_t to) {
     if (chosen.ofPage == nullptr || !canType(*chosen.ofPage, part(from, to))) {
         std::u32string seen;
         std::ranges::remove_copy_if(part(from, to), std::back_inserter(seen), isUnseen);
-        chosen = {.added = line_.isVertical ? nullptr : choice_.find(wanted, seen)};
+        chosen = {.added = choice_.find(wanted, line_.isVertical, seen)};
     }
     if (chosen == ChosenFont()) {
         return false;
@@ -263,7 +263,7 @@ void Itemizer::chooseForWord(std::size_t from, std::size_t to) {
         }
         if (!takeFont(at, end)) {
             const std::string restricted =
-                line_.isVertical ? std::string() : choice_.restricted(runs_[run].run.font);
+                choice_.restricted(runs_[run].run.font, line_.isVertical);
             return restricted.empty() ? fail(run, Reason::missingLetter, toUtf8(part(at, end)))
                                       : fail(run, Reason::restrictedFont, restricted);
         }
@@ -336,6 +336,7 @@ void Itemizer::addShapedGlyphs(LineItem& item, std::size_t from, std::size_t to,
                                        .start = from,
                                        .count = to - from,
                                        .isRightToLeft = isRightToLeft,
+                                       .isVertical = line_.isVertical,
                                        .script = scripts_[from],
                                        .hasLigatures = runs_[item.run].run.spacing == 0});
     std::vector<std::size_t> starts(shaped.size());
@@ -351,14 +352,20 @@ void Itemizer::addShapedGlyphs(LineItem& item, std::size_t from, std::size_t to,
         const bool isMissingBlank = glyph.glyph == 0 && isUnseen(text_[glyph.cluster]);
         const std::u32string meaning =
             isLead ? meaningOf(part(glyph.cluster, end)) : std::u32string();
-        const double blank = blankAdvance(text_[glyph.cluster], usualSpace);
+        // In a column all take the same room.
+        const double column = isLead ? columnAdvance : 0;
+        const double advance =
+            line_.isVertical ? columnAdvance : item.added->width(glyph.glyph) / 1000;
+        const double way = line_.isVertical ? column
+                           : isMissingBlank ? blankAdvance(text_[glyph.cluster], usualSpace)
+                                            : glyph.advance;
         const bool isLetterEnd =
             isRightToLeft ? !isMark(text_[glyph.cluster]) : end == to || !isMark(text_[end]);
         item.glyphs.push_back(
             {.codes = {},
              .noted = isMissingBlank ? notNoted : item.added->note(glyph.glyph, meaning),
-             .advance = item.added->width(glyph.glyph) / 1000,
-             .way = isMissingBlank ? blank : glyph.advance,
+             .advance = advance,
+             .way = way,
              .x = glyph.x,
              .y = glyph.y,
              .before = isLead ? letters_[glyph.cluster].shift : 0,

@@ -221,6 +221,27 @@ TEST_F(SetTextTest, BlanksThatAFontLacks) {
     }
 }
 
+TEST_F(SetTextTest, Columns) {
+    openPage("BT /V 10 Tf 100 700 Td <00610062> Tj ET");
+    retype(0, "b\xE4\xB8\xAD");
+    TextLine line = at(300, 300);
+    line.isVertical = true;
+    add(line, "\xE4\xB8\xAD\xE3\x80\x82", {.family = "Droid Sans Fallback"});
+    ASSERT_NO_FATAL_FAILURE(expectSaved());
+    EXPECT_EQ(count("/Encoding /Identity-V"), 1U);
+    expectInOrder({"1 0 0 1 100 700 Tm", "1 0 0 1 300 300 Tm"});
+    for (const std::size_t column : {0U, 1U}) {
+        SCOPED_TRACE(column);
+        EXPECT_TRUE(document_->textLine(art(column)).isVertical);
+        for (const TextPiece& piece : document_->textRun(art(column), 0).pieces) {
+            EXPECT_NEAR(realFromFixed(piece.shift), 0, 0.01);
+        }
+    }
+    if (test::isInstalled("pdftotext")) {
+        EXPECT_THAT(words(), HasSubstr("\xE4\xB8\xAD"));
+    }
+}
+
 /// They tell words apart, though nobody sees them.
 TEST_F(SetTextTest, JoinersStay) {
     openPage(twoLines);

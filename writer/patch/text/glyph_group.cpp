@@ -17,12 +17,6 @@ bool isGlyphGroup(Art art) {
     });
 }
 
-bool holdsImages(Art art) {
-    const ChargedList<GroupPart> parts = partsOf(art);
-    const auto images = std::ranges::find(parts.items(), ArtKind::placed, &GroupPart::kind);
-    return images != parts.items().end();
-}
-
 ArtDifference compareGlyphs(Art was, Art is, PaintComparison& paints) {
     const ChargedList<GroupPart> ofWas = partsOf(was);
     const ChargedList<GroupPart> ofIs = partsOf(is);

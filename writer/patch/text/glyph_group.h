@@ -7,7 +7,6 @@ namespace corvane {
 
 /// Whether art is a group of paths and images alone, as glyph procedures draw.
 bool isGlyphGroup(Art art);
-bool holdsImages(Art art);
 
 /// `letters` where anything else differs than the place of the whole; gradients and patterns move
 /// along with it.

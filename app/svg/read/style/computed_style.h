@@ -6,6 +6,7 @@
 #include "app/svg/read/style/attributes.h"
 #include "app/svg/read/style/declarations.h"
 #include "app/svg/read/tally.h"
+#include "app/svg/read/text/letter_case.h"
 #include "app/svg/read/values/length.h"
 #include "host/appearance.h"
 #include "host/artwork.h"
@@ -51,6 +52,7 @@ struct ComputedStyle {
     double wordSpacing = 0;
     std::int16_t fontWeight = 400;
     bool italic = false;
+    LetterCase letterCase = LetterCase::asTyped;
     TextAnchor anchor = TextAnchor::start;
     bool rightToLeft = false; ///< `direction`
     bool vertical = false;

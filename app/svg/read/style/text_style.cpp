@@ -103,7 +103,9 @@ void countIgnored(const Declared& declared, Tally& tally) {
         {Attribute::fontVariationSettings, "font-variation-settings", {"normal"}},
         {Attribute::textDecoration, "text-decoration", {"none", "initial"}},
         {Attribute::textDecorationLine, "text-decoration", {"none", "initial"}},
-        {Attribute::textTransform, "text-transform", {"none"}},
+        {Attribute::textTransform,
+         "text-transform",
+         {"none", "uppercase", "lowercase", "capitalize"}},
     });
     for (const Ignored& entry : ignored) {
         const std::string_view text = valueOf(declared, entry.property);
@@ -124,6 +126,9 @@ void readTextStyle(ComputedStyle& style, const Declared& declared, const LengthC
     }
     if (const auto text = valueOf(declared, Attribute::wordSpacing); !text.empty()) {
         style.wordSpacing = parseSpacing(text, lengths);
+    }
+    if (const auto text = valueOf(declared, Attribute::textTransform); !text.empty()) {
+        style.letterCase = letterCaseOf(text);
     }
     if (const auto text = valueOf(declared, Attribute::textAnchor); !text.empty()) {
         style.anchor = text == "middle" ? TextAnchor::middle

@@ -320,6 +320,13 @@ void TextReader::readLetters(std::string_view text) {
             isSideways_ = true;
             context_.tally.add("text-orientation");
         }
+        std::string changed;
+        if (blank) {
+            cases_.blank();
+        } else if (level.style.letterCase != LetterCase::asTyped && character.length != 0) {
+            changed = cases_.changed(character.code, level.style.letterCase);
+            letter = changed;
+        }
         afterBlank_ = blank && !level.style.keepsBlanks;
         const bool endsLine = blank && isLineEnd && level.style.keepsLines;
         lines_.add({letter, blank, endsLine}, places_.of(letters_++), lookOf(level));

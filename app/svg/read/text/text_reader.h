@@ -3,6 +3,7 @@
 
 #include "app/svg/read/context.h"
 #include "app/svg/read/paint/paint_reader.h"
+#include "app/svg/read/text/letter_case.h"
 #include "app/svg/read/text/line_maker.h"
 
 #include <vector>
@@ -51,6 +52,7 @@ private:
     LineMaker lines_;
     LetterPlaces places_;
     std::vector<Level> levels_;
+    CaseChanger cases_;
     std::size_t letters_ = 0; ///< so far
     std::uint32_t elements_ = 0;
     std::uint32_t fitted_ = 0; ///< elements with a length

@@ -21,6 +21,28 @@ std::vector<TextLine> linesOf(const Document& document) {
     return lines;
 }
 
+TEST(ReadTextLine, lettersInAnotherCase) {
+    struct Row {
+        const char* body;
+        const char* letters;
+    };
+    for (const Row& row : {
+             Row{"<text text-transform='uppercase'>a\xC3\xA9\xCF\x83 \xC3\x9F</text>",
+                 "A\xC3\x89\xCE\xA3 SS"},
+             Row{"<text style='text-transform:lowercase'>A\xC3\x89x</text>", "a\xC3\xA9x"},
+             Row{"<text style='text-transform:capitalize'>don't be2 x-ray\xE2\x80\x99s</text>",
+                 "Don't Be2 X-Ray\xE2\x80\x99s"},
+             Row{"<text style='text-transform:uppercase'><tspan style='text-transform:none'>a"
+                 "</tspan></text>",
+                 "a"},
+         }) {
+        const ReadArt read(foreignSvg(row.body));
+        const Document& document = read.document;
+        const Art text = document.lastChild(document.layerArt(document.firstLayer()));
+        EXPECT_EQ(document.textRun(text, 0).text, row.letters) << row.body;
+    }
+}
+
 TEST(ReadTextLine, anchorsAndOrders) {
     constexpr auto start = TextAnchor::start;
     constexpr auto middle = TextAnchor::middle;

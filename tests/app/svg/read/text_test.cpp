@@ -276,7 +276,7 @@ TEST(ReadText, whatTextCannotHoldIsCounted) {
         {"<text style='font-variant-caps:small-caps'>a</text>", "font-variant"},
         {"<text style='font:condensed 9px a'>a</text>", "font-stretch"},
         {"<text style='font-feature-settings:\"smcp\"'>a</text>", "font-feature-settings"},
-        {"<text style='text-transform:uppercase'>a</text>", "text-transform"},
+        {"<text style='text-transform:full-width'>a</text>", "text-transform"},
         {"<text dominant-baseline='reset-size'>a</text>", "dominant-baseline"},
         {"<text><tspan alignment-baseline='middle'>a</tspan></text>", "alignment-baseline"},
         {"<text style='writing-mode:vertical-rl'>ab</text>", "text-orientation"},

@@ -64,6 +64,29 @@ TEST_F(GlyphPatchTest, Edits) {
     }
 }
 
+TEST_F(GlyphPatchTest, Bitmaps) {
+    openFile(PdfBuilder::onePage("1 0 0 rg BT /T 10 Tf 100 700 Td (aa) Tj ET 0 0 9 9 re f",
+                                 "/Resources << /Font << /T 20 0 R >> >>")
+                 .object(20,
+                         "<< /Type /Font /Subtype /Type3 /FontMatrix [.1 0 0 .1 0 0] /CharProcs "
+                         "<< /a 21 0 R >> /Encoding << /Differences [97 /a] >> /FirstChar 97 "
+                         "/Widths [10] >>")
+                 .stream(21, "10 0 0 0 8 8 d1 8 0 0 8 0 0 cm BI /W 1 /H 1 /IM true ID a EI")
+                 .bytes());
+    const Art group = document_->lastChild(document_->layerArt(document_->firstLayer()));
+    const auto move = [&](Art bitmap) {
+        PlacedImage placed = document_->placedImage(bitmap);
+        placed.matrix.tx += 5 * fixedOne;
+        document_->setPlacedImage(bitmap, placed);
+    };
+    move(document_->firstChild(group));
+    EXPECT_EQ(save(), resultStopped) << "one of its letters";
+    move(document_->lastChild(group));
+    ASSERT_NO_FATAL_FAILURE(expectSaved());
+    EXPECT_EQ(facts(), "1 1 0 0 0");
+    expectInOrder({"1 0 0 rg", "1 0 0 1 105 700 Tm\n[(aa) ] TJ"});
+}
+
 /// Paths are no text any more: that is for the person to say.
 TEST_F(GlyphPatchTest, ALetterThatIsChangedAloneIsRefused) {
     openPage(content);
