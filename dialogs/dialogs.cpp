@@ -117,9 +117,9 @@ bool warningDialog(std::string_view fileName, const MendCounts& mends) {
     return front->showWarnings(reading, warnings, fileName);
 }
 
-bool pagesDialog(std::int32_t first, std::int32_t last, std::int32_t& page) {
+bool pagesDialog(std::int32_t first, std::int32_t last, std::int32_t& page, PageProxies& proxies) {
     DialogFront* const front = dialogFront();
-    return front == nullptr || front->choosePage(first, last, page);
+    return front == nullptr || front->chooseShownPage(first, last, page, proxies);
 }
 
 bool folderDialog(std::int16_t& volume, std::int32_t& directory) {

@@ -1,6 +1,7 @@
 // The plug-in's dialogs, over the front that the host registered.
 #pragma once
 
+#include "host/front.h"
 #include "host/mend.h"
 #include "runtime/exception.h"
 
@@ -25,9 +26,10 @@ bool isWorthWarning(const MendCounts& mends);
 /// False: the person wants to stop.
 bool warningDialog(std::string_view fileName, const MendCounts& mends);
 
-/// Asks for a page from `first` to `last`; `page` holds the proposal and takes the answer. False:
-/// cancelled. Without a front the proposal is the answer.
-bool pagesDialog(std::int32_t first, std::int32_t last, std::int32_t& page);
+/// Asks for a page from `first` to `last`; `page` holds the proposal and takes the answer,
+/// `proxies` tells what pages look like. False: cancelled. Without a front the proposal is the
+/// answer.
+bool pagesDialog(std::int32_t first, std::int32_t last, std::int32_t& page, PageProxies& proxies);
 
 /// Asks for a folder; false: cancelled, or there is no front to ask through.
 bool folderDialog(std::int16_t& volume, std::int32_t& directory);

@@ -2,6 +2,7 @@
 
 #include "dialogs/dialogs.h"
 #include "entry/file_name.h"
+#include "entry/page_proxies.h"
 #include "objects/family.h"
 #include "objects/identity.h"
 #include "objects/mask.h"
@@ -92,7 +93,11 @@ bool selectPage(DocumentCache& cache, std::int32_t& page) {
     }
     const std::int32_t count = statedCount(cache);
     page = page > 0 ? std::min(page, count) : 1;
-    return count < 2 || pagesDialog(1, count, page);
+    if (count < 2) {
+        return true;
+    }
+    CacheProxies proxies(cache);
+    return pagesDialog(1, count, page, proxies);
 }
 
 } // namespace corvane

@@ -31,6 +31,7 @@ public:
     std::uint32_t call(Selector selector, Action action = Action::read);
 
     Document& document() { return document_; }
+    const FileSpecification& file() const { return *file_; }
     /// What the last save told.
     const SavedFacts& saved() const { return saved_; }
     /// Whether saves go on where the person would be asked.

@@ -42,6 +42,7 @@ void fuzzFont(Bytes input);
 void fuzzCMap(Bytes input);
 void fuzzImage(Bytes input);
 void fuzzImageFile(Bytes input);
+void fuzzEpsf(Bytes input);
 void fuzzJpx(Bytes input);
 void fuzzJbig2(Bytes input);
 

@@ -6,6 +6,7 @@
 
 #include "host/zone.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -16,6 +17,26 @@ namespace corvane {
 struct WarningText {
     std::int32_t code = 0;
     std::string_view sentence;
+};
+
+/// What a page chooser can show of a page.
+struct PageProxy {
+    double width = 0; ///< points, as the page is seen; 0: not known
+    double height = 0;
+    std::string_view title; ///< of the document's outline, UTF-8; empty: it has none
+    /// The page's own thumbnail, top row first: 0, red, green and blue of each pixel. None: empty.
+    std::span<const std::byte> picture;
+    std::int32_t pictureWidth = 0;
+    std::int32_t pictureHeight = 0;
+};
+
+/// Tells what pages look like, one when it is asked for.
+class PageProxies {
+public:
+    virtual ~PageProxies() = default;
+
+    /// Valid until the next call.
+    virtual PageProxy page(std::int32_t number) = 0;
 };
 
 class DialogFront {
@@ -34,6 +55,12 @@ public:
     /// Asks for a page from `first` to `last`; `page` holds the proposal and takes the answer.
     /// False: cancelled.
     virtual bool choosePage(std::int32_t first, std::int32_t last, std::int32_t& page) = 0;
+
+    /// The same for fronts that show what pages look like.
+    virtual bool chooseShownPage(std::int32_t first, std::int32_t last, std::int32_t& page,
+                                 PageProxies& /*proxies*/) {
+        return choosePage(first, last, page);
+    }
 
     /// Asks for a folder; `volume` and `directory` take the answer. False: cancelled.
     virtual bool chooseFolder(std::int16_t& volume, std::int32_t& directory) = 0;

@@ -19,8 +19,7 @@ bool isSide(std::int32_t side) {
 }
 
 template <std::size_t components>
-void interleave(std::span<std::byte> pixels, std::span<const std::byte> planes,
-                std::size_t count) {
+void interleave(std::span<std::byte> pixels, std::span<const std::byte> planes, std::size_t count) {
     std::byte* to = pixels.first(components * count).data();
     const std::byte* const from = planes.first(components * count).data();
     for (std::size_t i = 0; i < count; ++i) {

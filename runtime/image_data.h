@@ -19,9 +19,9 @@ enum class ImageDataForm : std::int32_t { binary = 1, hexadecimal = 2 };
 struct ImageDataLine {
     std::int32_t width = 0;
     std::int32_t height = 0;
-    std::int32_t bits = 0; ///< of a sample
-    std::int32_t mode = 0; ///< components: 1 gray, 3 RGB, 4 CMYK
-    std::int32_t pads = 0; ///< channels that mean nothing
+    std::int32_t bits = 0;  ///< of a sample
+    std::int32_t mode = 0;  ///< components: 1 gray, 3 RGB, 4 CMYK
+    std::int32_t pads = 0;  ///< channels that mean nothing
     std::int32_t block = 0; ///< bytes of one channel of a row
     ImageDataForm form = ImageDataForm::binary;
     std::string start;

@@ -23,8 +23,7 @@ std::string placeOf(const FileSpecification& location) {
 
 PlacedView placeholder(ImageTable& images) {
     bool wantsBytes = false;
-    const Image image =
-        images.add({.width = 1, .height = 1, .isPlaceholder = true}, wantsBytes);
+    const Image image = images.add({.width = 1, .height = 1, .isPlaceholder = true}, wantsBytes);
     return {.image = image, .address = {}};
 }
 
@@ -35,14 +34,14 @@ PlacedFileId PlacedFiles::add(const FileSpecification& location) {
     if (const auto known = byPlace_.find(place); known != byPlace_.end()) {
         return known->second;
     }
-    return add({location, viewer_ == nullptr ? placeholder(*images_)
-                                             : viewer_->view(location, *images_)});
+    return add(
+        {location, viewer_ == nullptr ? placeholder(*images_) : viewer_->view(location, *images_)});
 }
 
 PlacedFileId PlacedFiles::add(PlacedFile file) {
     std::string place = placeOf(file.location);
-    budget_->charge(static_cast<std::int64_t>(sizeof(PlacedFile) + place.size() +
-                                              file.view.address.size()));
+    budget_->charge(
+        static_cast<std::int64_t>(sizeof(PlacedFile) + place.size() + file.view.address.size()));
     files_.push_back(std::move(file));
     const auto id = static_cast<PlacedFileId>(files_.size());
     byPlace_.insert_or_assign(std::move(place), id);

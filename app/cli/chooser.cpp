@@ -1,6 +1,9 @@
 #include "app/cli/chooser.h"
 
+#include "app/cli/text.h"
+
 #include <charconv>
+#include <cmath>
 
 namespace corvane {
 
@@ -42,6 +45,27 @@ std::optional<std::int32_t> choosePage(LineSource& answers, std::ostream& prompt
             return page;
         }
     }
+}
+
+std::string pageList(std::int32_t first, std::int32_t last, PageProxies& proxies) {
+    constexpr std::int32_t most = 40; // a screenful
+    std::string text;
+    for (std::int32_t number = first; number <= last && number - first < most; ++number) {
+        const PageProxy proxy = proxies.page(number);
+        text += "  page " + std::to_string(number);
+        if (proxy.width > 0) {
+            text += ", " + std::to_string(std::lround(proxy.width)) + " x " +
+                    std::to_string(std::lround(proxy.height)) + " points";
+        }
+        if (!proxy.title.empty()) {
+            text += ", " + terminalText(proxy.title);
+        }
+        text += '\n';
+    }
+    if (last - first >= most) {
+        text += "  ...\n";
+    }
+    return text;
 }
 
 } // namespace corvane

@@ -2,10 +2,12 @@
 #pragma once
 
 #include "app/cli/lines.h"
+#include "host/front.h"
 
 #include <cstdint>
 #include <optional>
 #include <ostream>
+#include <string>
 #include <string_view>
 
 namespace corvane {
@@ -16,5 +18,8 @@ namespace corvane {
 std::optional<std::int32_t> choosePage(LineSource& answers, std::ostream& prompt,
                                        std::string_view what, std::int32_t first, std::int32_t last,
                                        std::int32_t proposal);
+
+/// A line for each page, with its size and its title; of many pages the first ones.
+std::string pageList(std::int32_t first, std::int32_t last, PageProxies& proxies);
 
 } // namespace corvane

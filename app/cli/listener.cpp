@@ -160,13 +160,27 @@ bool Listener::showWarnings(bool /*reading*/, std::span<const WarningText> warni
     });
 }
 
+/// Whether there is a person to ask.
+bool Listener::canAsk() const {
+    return !arguments_.json && isatty(STDIN_FILENO) == 1 && isatty(STDERR_FILENO) == 1;
+}
+
+bool Listener::chooseShownPage(std::int32_t first, std::int32_t last, std::int32_t& page,
+                               PageProxies& proxies) {
+    remember([&] {
+        if (canAsk()) {
+            progress_.clear();
+            std::cerr << pageList(first, last, proxies);
+        }
+    });
+    return choosePage(first, last, page);
+}
+
 bool Listener::choosePage(std::int32_t first, std::int32_t last, std::int32_t& page) {
     bool isChosen = false;
     remember([&] {
         progress_.clear();
-        const bool canAsk =
-            !arguments_.json && isatty(STDIN_FILENO) == 1 && isatty(STDERR_FILENO) == 1;
-        if (canAsk) {
+        if (canAsk()) {
             std::cerr << plainLine(arguments_.file + " has " + std::to_string(last) + " pages");
             LineSource answers(STDIN_FILENO);
             const char* const what =
@@ -197,7 +211,7 @@ bool Listener::chooseFolder(std::int16_t& volume, std::int32_t& directory) {
         FileSpecification file;
         if (path.empty()) {
             report_.error = Fault{code::io, "the page has images, and there is no folder for "
-                                                  "their files; name one with --images"};
+                                            "their files; name one with --images"};
         }
         // The name is not looked at: what counts is the folder that it lies in.
         if (!path.empty() && makeFileSpecification(path + "/picture", file) == noErr) {

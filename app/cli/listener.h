@@ -31,12 +31,15 @@ public:
     bool showWarnings(bool reading, std::span<const WarningText> warnings,
                       std::string_view fileName) override;
     bool choosePage(std::int32_t first, std::int32_t last, std::int32_t& page) override;
+    bool chooseShownPage(std::int32_t first, std::int32_t last, std::int32_t& page,
+                         PageProxies& proxies) override;
     bool chooseFolder(std::int16_t& volume, std::int32_t& directory) override;
 
 private:
     template <class Body>
     bool remember(Body&& body);
     HostExtension makeExtension();
+    bool canAsk() const;
 
     const Arguments& arguments_;
     Report& report_;

@@ -86,8 +86,8 @@ std::optional<PicturePlace> findPicture(const ByteSource& file) {
 class EpsfRows final : public ImageSource {
 public:
     EpsfRows(std::unique_ptr<ByteSource> file, const PicturePlace& place)
-        : file_(std::move(file)), form_(place.form), offset_(place.start),
-          planes_(form_.fileRow()), row_(form_.row()), at_(row_.size()) {}
+        : file_(std::move(file)), form_(place.form), offset_(place.start), planes_(form_.fileRow()),
+          row_(form_.row()), at_(row_.size()) {}
 
     std::size_t read(std::span<std::byte> into) override {
         std::size_t done = 0;

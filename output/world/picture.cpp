@@ -21,8 +21,8 @@ constexpr std::size_t colourBytes = 768;
 constexpr std::size_t pixelsAt = coloursAt + colourBytes;
 
 std::int32_t shortAt(std::span<const std::byte> bytes, std::size_t at) {
-    const auto value = std::to_integer<unsigned>(bytes[at]) << 8 |
-                       std::to_integer<unsigned>(bytes[at + 1]);
+    const auto value =
+        std::to_integer<unsigned>(bytes[at]) << 8 | std::to_integer<unsigned>(bytes[at + 1]);
     return static_cast<std::int16_t>(value);
 }
 
@@ -44,10 +44,9 @@ std::optional<Picture> readPicture(std::span<const std::byte> bytes) {
                     .colours = bytes.subspan(coloursAt, colourBytes),
                     .pixels = bytes.subspan(pixelsAt)};
     const bool isWhole =
-        !picture.frame.isEmpty() &&
-        static_cast<std::uint64_t>(picture.frame.width()) *
-                static_cast<std::uint64_t>(picture.frame.height()) ==
-            picture.pixels.size();
+        !picture.frame.isEmpty() && static_cast<std::uint64_t>(picture.frame.width()) *
+                                            static_cast<std::uint64_t>(picture.frame.height()) ==
+                                        picture.pixels.size();
     return isWhole ? std::optional(picture) : std::nullopt;
 }
 

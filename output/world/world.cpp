@@ -73,8 +73,8 @@ std::uint8_t numberOf(std::uint32_t colour) {
         std::vector<std::uint8_t> table(1 << 15);
         for (std::uint32_t i = 0; i < table.size(); ++i) {
             const auto wide = [](std::uint32_t five) { return (five << 3 | five >> 2) & 0xFF; };
-            table[i] = nearestColour(wide(i >> 10 & 31) << 16 | wide(i >> 5 & 31) << 8 |
-                                     wide(i & 31));
+            table[i] =
+                nearestColour(wide(i >> 10 & 31) << 16 | wide(i >> 5 & 31) << 8 | wide(i & 31));
         }
         return table;
     }();
@@ -210,11 +210,11 @@ void copyWorld(const World* source, const PixelFrame& from, World* world, const 
     }
     Diffusion diffusion(to.width());
     for (std::int32_t y = 0; y < to.height(); ++y, diffusion.nextRow()) {
-        const auto fromY = static_cast<std::int32_t>(from.top + std::int64_t{y} * from.height() /
-                                                                    to.height());
+        const auto fromY =
+            static_cast<std::int32_t>(from.top + std::int64_t{y} * from.height() / to.height());
         for (std::int32_t x = 0; x < to.width(); ++x) {
-            const auto fromX = static_cast<std::int32_t>(
-                from.left + std::int64_t{x} * from.width() / to.width());
+            const auto fromX =
+                static_cast<std::int32_t>(from.left + std::int64_t{x} * from.width() / to.width());
             const std::int32_t toX = to.left + x;
             const std::int32_t toY = to.top + y;
             if (!holdsPixel(*source, fromX, fromY) || !holdsPixel(*world, toX, toY)) {
@@ -226,8 +226,7 @@ void copyWorld(const World* source, const PixelFrame& from, World* world, const 
                 world->setColour(toX, toY, colour);
                 diffusion.spread(x, colour, world->colour(toX, toY));
             } else {
-                const std::uint32_t there =
-                    mode == CopyMode::copy ? 0 : world->colour(toX, toY);
+                const std::uint32_t there = mode == CopyMode::copy ? 0 : world->colour(toX, toY);
                 world->setColour(toX, toY, mixed(there, colour, mode));
             }
         }

@@ -19,8 +19,7 @@ void blockOutput(Filter& stream, std::int16_t number) {
         failException(Exception::io);
     }
     const auto size = static_cast<std::size_t>(GetHandleSize(text));
-    const std::string copy(static_cast<const char*>(static_cast<const void*>((*text).get())),
-                           size);
+    const std::string copy(static_cast<const char*>(static_cast<const void*>((*text).get())), size);
     ReleaseResource(text);
     stringOutput(stream, copy);
 }

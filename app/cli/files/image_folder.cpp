@@ -5,8 +5,8 @@
 #include <cerrno>
 #include <filesystem>
 #include <string_view>
-#include <system_error>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace corvane {
@@ -30,6 +30,9 @@ const std::string& ImageFolder::use() {
 
 std::string folderAddress(const std::string& output, const std::string& folder) {
     namespace fs = std::filesystem;
+    if (folder.empty()) {
+        return {};
+    }
     std::error_code error;
     const fs::path start = output == "-" ? fs::path() : fs::path(output).parent_path();
     const fs::path way =

@@ -29,7 +29,8 @@ private:
     bool isMade_ = false;
 };
 
-/// The address of `folder` for artwork at the path `output` ("-" is standard output).
+/// The address of `folder` for artwork at the path `output` ("-" is standard output); empty where
+/// there is no folder.
 std::string folderAddress(const std::string& output, const std::string& folder);
 
 /// "page2-images" for "page2.svg"; empty for standard output.

@@ -70,5 +70,22 @@ TEST(Progress, IsDrawnRarelyAndTakenOffAgain) {
     silent.update(1, 2);
 }
 
+TEST(PageList, ShowsSizesAndTitlesOfTheFirstPages) {
+    struct Proxies final : PageProxies {
+        PageProxy page(std::int32_t number) override {
+            PageProxy proxy;
+            proxy.width = number == 2 ? 0 : 594.6;
+            proxy.height = 842;
+            proxy.title = number == 1 ? "A\x1B[1mB" : "";
+            return proxy;
+        }
+    } proxies;
+    const std::string text = pageList(1, 2, proxies);
+    EXPECT_TRUE(text.starts_with("  page 1, 595 x 842 points, A")) << text;
+    EXPECT_EQ(text.find('\x1B'), std::string::npos);
+    EXPECT_TRUE(text.ends_with("  page 2\n")) << text;
+    EXPECT_TRUE(pageList(1, 5000, proxies).ends_with("  page 40, 595 x 842 points\n  ...\n"));
+}
+
 } // namespace
 } // namespace corvane

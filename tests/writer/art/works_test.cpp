@@ -174,7 +174,9 @@ TEST_F(WorksTest, KindsOfArt) {
         // A group has no runs; and no page drawn anew today has text.
         EXPECT_EQ(writeAs(4),
                   profile == Profile::original ? Exception::host : Exception::unpatchable);
-        for (const int kind : {7, 8, -1, 300}) {
+        // A group is linked to no file.
+        EXPECT_EQ(writeAs(7), profile == Profile::original ? Exception::host : Exception::type);
+        for (const int kind : {8, -1, 300}) {
             EXPECT_EQ(writeAs(kind), Exception::type) << kind;
         }
         // Of art that only its host knows, what it holds is written.
