@@ -15,6 +15,8 @@ namespace corvane {
 /// Ids of shapes: this and their number, from 1. On a page that was opened that is the ordinal and
 /// 1, because shapes are written in the order of painting and clips have ids of their own.
 inline constexpr std::string_view shapeIdPrefix = "p";
+/// Those of shapes in patterns, which are painted in no order.
+inline constexpr std::string_view tileIdPrefix = "t";
 
 /// What tells sources of one page from those of another: the last 16 bits of the digest of the page
 /// that the artwork was opened from; nothing where it was opened from none.

@@ -51,6 +51,7 @@ public:
 
 private:
     void findShared();
+    void writeCurveId();
     void writePath();
     void writePlace();
     void writeLineAttributes();
@@ -122,11 +123,19 @@ void TextWriter::findShared() {
     needsBlanks_ = needsBlanks_ || afterBlank || letters_.isExact();
 }
 
+/// Shapes of tiles are numbered apart.
+void TextWriter::writeCurveId() {
+    out_.text(curveIdPrefix);
+    if (place_.prefix != shapeIdPrefix) {
+        out_.text(place_.prefix);
+    }
+    out_.number(std::int64_t{place_.number} << 16);
+}
+
 /// What letters stand on, in front of their text. The transform of the text is undone.
 void TextWriter::writePath() {
     out_.text("<defs><path id=\"");
-    out_.text(curveIdPrefix);
-    out_.number(std::int64_t{place_.number} << 16);
+    writeCurveId();
     out_.text("\"");
     const Matrix turned{line_.matrix.a, -line_.matrix.b, -line_.matrix.c, line_.matrix.d, 0, 0};
     if (const auto back = inverse(realMatrix(turned)); back && !isPlainSpace(line_.matrix)) {
@@ -145,8 +154,7 @@ void TextWriter::writePath() {
 
 void TextWriter::startPath() {
     out_.text("<textPath href=\"#");
-    out_.text(curveIdPrefix);
-    out_.number(std::int64_t{place_.number} << 16);
+    writeCurveId();
     out_.text("\"");
     if (line_.pathStart != 0) {
         writeNumberAttribute(out_, "startOffset", line_.pathStart);
@@ -239,7 +247,7 @@ void TextWriter::writeAttributes(const TextRun& run, Shared which) {
 /// What each run has for itself, and where its baseline and its first letter are moved to.
 void TextWriter::writeOwn(const TextRun& run, std::uint32_t number) {
     out_.text(" id=\"");
-    out_.text(shapeIdPrefix);
+    out_.text(place_.prefix);
     out_.number(std::int64_t{number} << 16);
     out_.text("\"");
     if (run.source.end != 0) {

@@ -16,7 +16,8 @@ namespace corvane {
 struct TextPlace {
     PageCorner corner;
     SourceBase base;
-    std::uint32_t number = 1;           ///< of the first run, among all shapes
+    std::string_view prefix = shapeIdPrefix; ///< of the ids of runs
+    std::uint32_t number = 1;                ///< of the first run, among all shapes
     std::string clip;                   ///< reference to what clips the element; empty: nothing
     bool hidden = false;                ///< nothing is to be seen of it
     LetterAdvances* advances = nullptr; ///< each letter gets its place; null: they follow

@@ -42,13 +42,14 @@ void TreeWriter::writeGroupId(const Level& level) {
     if (!level.isObject) {
         writeId("g", ++numbers_.groups);
     } else if (levels_.empty() || !levels_.back().isObject) {
-        writeId(shapeIdPrefix, numbers_.shapes);
+        writeId(shapePrefix(), shapeCount());
     }
 }
 
 /// The art of the tile stands in the pattern. A tile that is clipped is a group there.
 void TreeWriter::writePattern(PaintSource source, int depth) {
     const Art tile = document_.pattern(source).tile;
+    isTile_ = true;
     survey_ = surveyGroups(document_, tile);
     const bool grouped = document_.clipped(tile);
     group_ = grouped ? 0 : 1;
@@ -114,7 +115,7 @@ void TreeWriter::enterGroup(Art group, const LayerProperties* layer) {
     } else {
         level = levels_.back();
         const bool starts = !level.isObject && hasOrdinal(group);
-        numbers_.shapes += starts ? 1 : 0;
+        shapeCount() += starts ? 1 : 0;
         level.isObject = level.isObject || starts;
     }
     level.clip = clipOf(document_, group);
@@ -203,7 +204,7 @@ void TreeWriter::writeShape(Art shape) {
     writeIndent(out_, level.depth);
     out_.text("<path");
     if (!level.isObject) {
-        writeId(shapeIdPrefix, ++numbers_.shapes);
+        writeId(shapePrefix(), ++shapeCount());
     }
     writeSource("data-source", shape);
     if (guide) {
@@ -226,8 +227,12 @@ void TreeWriter::writeLine(Art text) {
     for (std::int32_t i = 0; i < runs; ++i) {
         writeServers(document_.textRun(text, i).style, level.depth);
     }
-    TextPlace place{.corner = corner_, .base = base_, .number = numbers_.shapes + 1, .clip = {}};
-    numbers_.shapes += static_cast<std::uint32_t>(runs);
+    TextPlace place{.corner = corner_,
+                    .base = base_,
+                    .prefix = shapePrefix(),
+                    .number = shapeCount() + 1,
+                    .clip = {}};
+    shapeCount() += static_cast<std::uint32_t>(runs);
     if (level.chain.clip != 0) {
         place.clip = referenceTo(level.chain.clip);
     }
@@ -249,7 +254,7 @@ void TreeWriter::writePlaced(Art placed) {
         out_.text(">");
     }
     out_.text(isPicture ? "<image" : "<path");
-    writeId(shapeIdPrefix, ++numbers_.shapes);
+    writeId(shapePrefix(), ++shapeCount());
     writeSource("data-source", placed);
     if (level.chain.hides) {
         writePlainAttribute(out_, "display", "none");

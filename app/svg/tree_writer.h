@@ -24,6 +24,7 @@ struct SvgNumbers {
     std::uint32_t layers = 0;
     std::uint32_t groups = 0;
     std::uint32_t shapes = 0;
+    std::uint32_t tileShapes = 0; ///< shapes in patterns
     std::uint32_t clips = 0;
     LetterAdvances* advances = nullptr; ///< where letters get places of their own
 };
@@ -91,6 +92,8 @@ private:
     bool hasOrdinal(Art) const;
     void writeGroupId(const Level&);
     void writeId(std::string_view kind, std::uint32_t number);
+    std::uint32_t& shapeCount() { return isTile_ ? numbers_.tileShapes : numbers_.shapes; }
+    std::string_view shapePrefix() const { return isTile_ ? tileIdPrefix : shapeIdPrefix; }
     void writeSource(std::string_view name, Art);
 
     const Document& document_;
@@ -99,6 +102,7 @@ private:
     SvgNumbers& numbers_;
     SourceBase base_;
     PageCorner corner_;
+    bool isTile_ = false;
     std::vector<GroupSurvey> survey_;
     std::size_t group_ = 0; ///< of `survey_`: the next one met
     std::vector<Level> levels_;
