@@ -11,6 +11,7 @@ namespace {
 constexpr char shapePrefix = 'p';
 constexpr char contentPrefix = 'f';
 constexpr char maskPrefix = 'm';
+constexpr char tilePrefix = 't';
 
 /// Takes a number of digits alone, and the blanks before it.
 template <class Number>
@@ -49,6 +50,8 @@ void writeShapeId(TextOutput& out, std::int32_t content, std::uint32_t number) {
     char* const last = at + numberRoom;
     if (content == maskContent) {
         *at++ = maskPrefix;
+    } else if (content == tileContent) {
+        *at++ = tilePrefix;
     } else if (content != 0) {
         *at++ = contentPrefix;
         at = std::to_chars(at, last, content).ptr;

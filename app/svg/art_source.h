@@ -12,8 +12,10 @@
 
 namespace corvane {
 
-/// Stands for what masks hold, which has no place among the objects of a page.
+/// These stand for what masks and tiles of patterns hold, which has no place among the objects of a
+/// page.
 inline constexpr std::int32_t maskContent = -1;
+inline constexpr std::int32_t tileContent = -2;
 
 /// Writes ` id="p1"`, or, of what a form paints, ` id="f3p1"`: the form's content and the number of
 /// the shape in it, from 1. Of what was opened that is the ordinal and 1, because shapes are

@@ -89,7 +89,7 @@ void TreeWriter::writePattern(PaintSource source, int depth) {
         return;
     }
     out_.text(">");
-    writeTree(tile, grouped, depth + 1, 0);
+    writeTree(tile, grouped, depth + 1, tileContent);
     writeIndent(out_, depth);
     out_.text("</pattern>");
 }

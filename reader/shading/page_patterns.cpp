@@ -19,10 +19,6 @@ namespace {
 /// Paints that one pattern is, as colours and contents differ; past it they are made anew.
 constexpr std::size_t mostKnown = 4096;
 
-std::int32_t numberOf(DocumentCache& cache, const Object& pattern, std::string_view key) {
-    return integerObject(lookupObject(cache, pattern, key).get());
-}
-
 std::optional<Colour> shadingPaint(Interpreter& interpreter, const Object& pattern,
                                    const RealMatrix& base) {
     DocumentCache& cache = interpreter.cache;
@@ -81,9 +77,9 @@ std::optional<Colour> PagePatterns::find(Interpreter& interpreter, std::string_v
     }
     constexpr std::int32_t shadingType = 2;
     constexpr std::int32_t uncoloured = 2;
-    const bool isShading = numberOf(cache, pattern.get(), "PatternType") == shadingType;
+    const bool isShading = integerEntry(cache, pattern.get(), "PatternType") == shadingType;
     const bool hasOwnColours =
-        isShading || numberOf(cache, pattern.get(), "PaintType") != uncoloured;
+        isShading || integerEntry(cache, pattern.get(), "PaintType") != uncoloured;
     const Colour counted = hasOwnColours ? Colour() : colour;
     const RealMatrix base = interpreter.level.base;
     const Key key = number != 0 ? Key(number, 0, {}) : Key(0, category->data, std::string(name));

@@ -53,6 +53,11 @@ void overlay(std::array<double, size>& into, std::span<const double> numbers) {
 
 } // namespace
 
+std::int32_t integerEntry(DocumentCache& cache, const Object& dictionary, std::string_view key) {
+    const ObjectOwner entry = lookupObject(cache, dictionary, key);
+    return typeObject(entry.get()) == ObjectType::integer ? integerObject(entry.get()) : 0;
+}
+
 std::vector<double> numberEntries(DocumentCache& cache, const Object& dictionary,
                                   std::string_view key) {
     std::vector<double> numbers;
@@ -114,7 +119,7 @@ std::optional<Shading> readShading(DocumentCache& cache, const Object& object) {
         return std::nullopt;
     }
     Shading shading;
-    const std::int32_t kind = integerObject(lookupObject(cache, dictionary, "ShadingType").get());
+    const std::int32_t kind = integerEntry(cache, dictionary, "ShadingType");
     if (kind < 1 || kind > 7) {
         return std::nullopt;
     }

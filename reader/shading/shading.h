@@ -8,6 +8,7 @@
 #include "reader/paint/function.h"
 
 #include <array>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <span>
@@ -53,6 +54,8 @@ struct Shading {
 /// reading its objects raises.
 std::optional<Shading> readShading(DocumentCache& cache, const Object& object);
 
+/// A whole number in a dictionary; 0 where there is none.
+std::int32_t integerEntry(DocumentCache& cache, const Object& dictionary, std::string_view key);
 /// The numbers of an array in a dictionary; other elements and a missing array: none.
 std::vector<double> numberEntries(DocumentCache& cache, const Object& dictionary,
                                   std::string_view key);

@@ -32,9 +32,7 @@ class MeshNumbers {
 public:
     MeshNumbers(DocumentCache& cache, const Shading& shading) : shading_(shading) {
         const Object& stream = shading.stream.get();
-        const auto entry = [&](std::string_view key) {
-            return integerObject(lookupObject(cache, stream, key).get());
-        };
+        const auto entry = [&](std::string_view key) { return integerEntry(cache, stream, key); };
         coordinateBits_ = entry("BitsPerCoordinate");
         componentBits_ = entry("BitsPerComponent");
         if (shading.kind != ShadingKind::latticeTriangles) {
@@ -225,8 +223,7 @@ private:
     }
 
     void runLattice() {
-        const std::int32_t columns =
-            integerObject(lookupObject(cache_, shading_.stream.get(), "VerticesPerRow").get());
+        const std::int32_t columns = integerEntry(cache_, shading_.stream.get(), "VerticesPerRow");
         if (columns < 2 || columns > budget::meshVertices) {
             return;
         }

@@ -122,13 +122,12 @@ std::optional<TilingPattern> readTiling(DocumentCache& cache, const Object& stre
         return std::nullopt;
     }
     constexpr std::int32_t uncoloured = 2;
-    TilingPattern pattern{
-        .isColoured = integerObject(lookupObject(cache, stream, "PaintType").get()) != uncoloured,
-        .cell = *cell,
-        .stepX = stepOf(cache, stream, "XStep", cell->right - cell->left),
-        .stepY = stepOf(cache, stream, "YStep", cell->top - cell->bottom),
-        .matrix = matrixEntry(cache, stream, "Matrix"),
-        .resources = lookupObject(cache, stream, "Resources")};
+    TilingPattern pattern{.isColoured = integerEntry(cache, stream, "PaintType") != uncoloured,
+                          .cell = *cell,
+                          .stepX = stepOf(cache, stream, "XStep", cell->right - cell->left),
+                          .stepY = stepOf(cache, stream, "YStep", cell->top - cell->bottom),
+                          .matrix = matrixEntry(cache, stream, "Matrix"),
+                          .resources = lookupObject(cache, stream, "Resources")};
     return pattern;
 }
 

@@ -27,11 +27,6 @@ TEST_F(SaveLoss, WhatIsIgnoredNeedsForce) {
              Row{"<image href='data:image/png;base64,AAAA'/><image xlink:href=' http:a/logo.png'/>"
                  "<image href='http:a/logo.png'/><image href='http:b.jpg'/><image/>",
                  "image: 5 elements ignored (http:a/logo.png, http:b.jpg, 1 embedded)"},
-             Row{"<linearGradient id='g' gradientUnits='userSpaceOnUse' x2='9'><stop/><stop "
-                 "offset='1' "
-                 "stop-color='#f00'/></linearGradient>"
-                 "<path d='M0 0H9' stroke='url(#g)'/>",
-                 "gradients and patterns of strokes: 1 element drawn in gray"},
          }) {
         add("a.svg", root_, row.inside);
         const auto refused = run("pages=3", {"save", "a.svg", "in.pdf"});

@@ -93,10 +93,10 @@ TEST(WriteSvgPaint, patternsHoldTheirTileAndFollowWhatItNeeds) {
               " data-cell-height=\"8.8\">\n"
               "   <clipPath id=\"clip1\"><path d=\"M0 200H5L0 195Z\"/></clipPath>\n"
               "   <g id=\"g1\" clip-path=\"url(#clip1)\">\n"
-              "    <path id=\"p1\" fill=\"url(#pattern1)\" d=\"M0 200H8V192H0Z\"/>\n"
+              "    <path id=\"tp1\" fill=\"url(#pattern1)\" d=\"M0 200H8V192H0Z\"/>\n"
               "   </g>\n"
               "  </pattern>\n"
-              "  <path id=\"p2\" fill=\"url(#pattern2)\" d=\"M0 200H90V110H0Z\"/>");
+              "  <path id=\"p1\" fill=\"url(#pattern2)\" d=\"M0 200H90V110H0Z\"/>");
 }
 
 /// Paint of a clip is kept, of a guide and of what is not painted not.
