@@ -155,7 +155,6 @@ public:
     /// for the document's life.
     SoftMask addMask(const MaskFacts&);
     const MaskFacts& mask(SoftMask) const;
-    bool hasMasks() const { return masks_.size() != 0; }
 
     // Artworks of their own: groups in no layer. Tiles of patterns are some, contents of masks, and
     // art that is not meant to be seen.

@@ -23,7 +23,6 @@ public:
     SoftMask add(const MaskFacts& facts);
     /// Throws `ArtworkError` where there is none.
     const MaskFacts& operator[](SoftMask mask) const;
-    std::size_t size() const { return records_.size(); }
 
 private:
     struct Record {

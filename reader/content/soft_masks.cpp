@@ -2,8 +2,8 @@
 
 #include "reader/content/inner_content.h"
 #include "reader/font/font_entries.h"
-#include "reader/form/form_clip.h"
 #include "reader/form/form_entries.h"
+#include "reader/form/form_path.h"
 #include "reader/paint/colour_space.h"
 #include "reader/paint/seen_colour.h"
 #include "runtime/budget.h"

@@ -3,7 +3,6 @@
 #include "reader/content/appearance.h"
 #include "reader/content/art.h"
 #include "reader/content/inner_content.h"
-#include "reader/form/form_clip.h"
 #include "reader/form/form_entries.h"
 #include "reader/form/form_path.h"
 #include "reader/form/form_trace.h"

@@ -10,4 +10,7 @@ namespace corvane {
 /// Gives a path the four corners of a box, which `matrix` leads to the artboard.
 void outlineBox(Art path, const FormBox& box, const RealMatrix& matrix);
 
+/// Makes the box the clip of a group: a path in front of all that it holds.
+Art clipGroup(Art group, const FormBox& box, const RealMatrix& matrix);
+
 } // namespace corvane

@@ -64,6 +64,12 @@ Rect pageBounds() {
     return isEmpty ? Rect{-far, far, far, -far} : bounds;
 }
 
+/// Hosts show groups that are laid over others in any way as isolated ones.
+bool isIsolated(const Appearance& appearance) {
+    return appearance.isIsolated || appearance.opacity != 1 ||
+           appearance.blend != BlendMode::normal || appearance.mask != SoftMask::null;
+}
+
 } // namespace
 
 Appearance appearanceOf(Art art) {
@@ -112,7 +118,7 @@ std::int32_t DrawnLooks::addForm(Form form) {
 
 std::string_view DrawnLooks::addGroup(std::string content, const Appearance& appearance) {
     const std::int32_t number = addForm({.content = std::move(content),
-                                         .isIsolated = appearance.isIsolated,
+                                         .isIsolated = isIsolated(appearance),
                                          .isKnockout = appearance.isKnockout});
     return resources_->add(ResourceCategory::object, number, 0);
 }

@@ -18,6 +18,10 @@ void TreeReader::read(pugi::xml_node root, const RealMatrix& toArt, const Viewpo
     frame.next = root.first_child();
     frame.holdsLayers = true;
     frame.style = styleOf(root, attributes_, {}, viewport, context_);
+    const Appearance& look = frame.style.appearance;
+    if (look.opacity != 1 || look.blend != BlendMode::normal || !frame.style.mask.empty()) {
+        context_.tally.add("opacity"); // of the page as a whole
+    }
     frame.matrix = toArt;
     frame.viewport = viewport;
     const Rect& page = document_.page().bounds();

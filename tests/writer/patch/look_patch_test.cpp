@@ -180,7 +180,7 @@ TEST_F(LookPatchTest, GroupsAreOneThing) {
     const Art group = edits.group({edits.at(0), edits.at(1)});
     document_->setAppearance(group, {.opacity = .5});
     ASSERT_NO_FATAL_FAILURE(expectKept("[ o0.5()()]()"));
-    EXPECT_THAT(bytes(), HasSubstr("/Group << /S /Transparency >>"));
+    EXPECT_THAT(bytes(), HasSubstr("/Group << /S /Transparency /I true >>"));
 
     openLooks("0 0 9 9 re f 4 4 9 9 re f");
     Artist alone = artist();
