@@ -106,8 +106,8 @@ private:
     std::string name_;
 };
 
-/// Looks for the end of a JPEG. Data of scans hold no marker but those that belong to them, so the
-/// first end behind the first scan is that of the image, and not of one that is shown in its place.
+/// Looks for the end marker of a JPEG, behind its first scan: previews, which have ends of their
+/// own, stand in front of that, and data of scans hold no such bytes.
 class EndFinder {
 public:
     explicit EndFinder(std::uint64_t scan) : left_(scan) {}

@@ -5,7 +5,6 @@
 #include "objects/identity.h"
 #include "output/primitives.h"
 #include "output/xref.h"
-#include "reader/image/image_key.h"
 #include "reader/image/page_images.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
@@ -13,14 +12,13 @@
 #include "runtime/exception.h"
 #include "runtime/reason.h"
 #include "writer/crypt/sealed.h"
+#include "writer/image/file_images.h"
 #include "writer/image/pixel_rows.h"
 #include "writer/page/stream_object.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <functional>
-#include <optional>
 #include <string>
 
 namespace corvane {
@@ -51,28 +49,16 @@ PixelContents contentsOf(Image image, const ImageFacts& facts) {
     return contents;
 }
 
-/// The number of the object of an image that is no stencil; 0 where the key does not name it.
-std::int32_t objectNamed(DocumentCache& cache, std::string_view key, bool isSmooth) {
-    std::int32_t number = 0;
-    std::from_chars(key.data(), key.data() + key.size(), number);
-    if (number <= 0) {
+/// The object of the file that is the image of that key and is enlarged so; 0: there is none.
+std::int32_t sameObject(DocumentCache& cache, const ImageFacts& facts, bool isSmooth) {
+    const std::int32_t number = imageObject(cache, std::string(facts.key));
+    if (number == 0) {
         return 0;
     }
-    bool isThat = false;
-    attempted([&] {
-        Object reference;
-        indirectObject(reference, number, 0);
-        const ObjectOwner owned(reference);
-        const ObjectOwner stream = resolveObject(cache, reference);
-        if (typeObject(stream.get()) == ObjectType::stream) {
-            const ImageEntries entries(cache, stream.get());
-            constexpr std::int32_t noStencil = -1;
-            isThat = !entries.boolean(imageKey::isMask) &&
-                     isSmoothImage(cache, stream.get()) == isSmooth &&
-                     imageKeyOf(entries, number, std::nullopt, noStencil) == key;
-        }
-    });
-    return isThat ? number : 0;
+    ObjectOwner reference;
+    indirectObject(reference.get(), number, 0);
+    const ObjectOwner stream = resolveObject(cache, reference.get());
+    return isSmoothImage(cache, stream.get()) == isSmooth ? number : 0;
 }
 
 std::string entry(const char* key, std::int64_t value) {
@@ -268,7 +254,7 @@ void samplesOutput(DocumentCache& cache, const NewImage& image, const ImageFacts
 
 std::int32_t NewImages::objectOf(const PlacedImage& placed) {
     const ImageFacts facts = factsOf(placed.image);
-    if (const std::int32_t number = objectNamed(*cache_, facts.key, placed.isSmooth)) {
+    if (const std::int32_t number = sameObject(*cache_, facts, placed.isSmooth)) {
         return number;
     }
     if (facts.isPlaceholder) {

@@ -31,25 +31,26 @@ std::uint8_t paeth(int left, int above, int corner) {
 
 enum class RowFilter : std::uint8_t { none, sub, up, average, paeth };
 
+/// The filtered row behind the number of its filter; how much there is to say of it, as a rule:
+/// bytes near 0 are said shortest.
 template <class Guess>
-void filterRow(std::vector<std::byte>& out, RowFilter filter, std::span<const std::byte> row,
-               std::span<const std::byte> above, std::size_t pixelBytes, const Guess& guess) {
+std::uint64_t filterRow(std::vector<std::byte>& out, RowFilter filter,
+                        std::span<const std::byte> row, std::span<const std::byte> above,
+                        std::size_t pixelBytes, const Guess& guess) {
     out[0] = std::byte(filter);
-    for (std::size_t i = 0; i < row.size(); ++i) {
-        const bool hasLeft = i >= pixelBytes;
-        const int left = hasLeft ? byteOf(row, i - pixelBytes) : 0;
-        const int corner = hasLeft ? byteOf(above, i - pixelBytes) : 0;
-        out[i + 1] = std::byte(
-            static_cast<std::uint8_t>(byteOf(row, i) - guess(left, byteOf(above, i), corner)));
-    }
-}
-
-/// How much there is to say, as a rule: bytes near 0 are said shortest.
-std::uint64_t weightOf(std::span<const std::byte> row) {
     std::uint64_t weight = 0;
-    for (const std::byte each : row.subspan(1)) {
-        const auto value = std::to_integer<unsigned>(each);
-        weight += std::min(value, 256 - value);
+    const auto put = [&](std::size_t i, int left, int corner) {
+        const auto value =
+            static_cast<std::uint8_t>(byteOf(row, i) - guess(left, byteOf(above, i), corner));
+        out[i + 1] = std::byte{value};
+        weight += std::min<unsigned>(value, 256U - value);
+    };
+    const std::size_t first = std::min(pixelBytes, row.size());
+    for (std::size_t i = 0; i < first; ++i) {
+        put(i, 0, 0);
+    }
+    for (std::size_t i = first; i < row.size(); ++i) {
+        put(i, byteOf(row, i - pixelBytes), byteOf(above, i - pixelBytes));
     }
     return weight;
 }
@@ -140,12 +141,11 @@ RowPredictor::RowPredictor(const PixelForm& form)
 
 std::span<const std::byte> RowPredictor::predict(std::span<const std::byte> row) {
     const auto nothing = [](int, int, int) { return 0; };
-    filterRow(best_, RowFilter::none, row, above_, pixelBytes_, nothing);
+    std::uint64_t least = filterRow(best_, RowFilter::none, row, above_, pixelBytes_, nothing);
     if (!isPacked_) {
-        std::uint64_t least = weightOf(best_);
         const auto consider = [&](RowFilter filter, const auto& guess) {
-            filterRow(tried_, filter, row, above_, pixelBytes_, guess);
-            if (const std::uint64_t weight = weightOf(tried_); weight < least) {
+            const std::uint64_t weight = filterRow(tried_, filter, row, above_, pixelBytes_, guess);
+            if (weight < least) {
                 least = weight;
                 best_.swap(tried_);
             }

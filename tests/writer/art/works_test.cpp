@@ -174,8 +174,8 @@ TEST_F(WorksTest, KindsOfArt) {
         // A group has no runs; and no page drawn anew today has text.
         EXPECT_EQ(writeAs(4),
                   profile == Profile::original ? Exception::host : Exception::unpatchable);
-        // A group is linked to no file.
-        EXPECT_EQ(writeAs(7), profile == Profile::original ? Exception::host : Exception::type);
+        // A group is linked to no file, and shows no image.
+        EXPECT_EQ(writeAs(7), Exception::host);
         for (const int kind : {8, -1, 300}) {
             EXPECT_EQ(writeAs(kind), Exception::type) << kind;
         }

@@ -1,0 +1,31 @@
+#include "writer/image/file_images.h"
+
+#include "reader/image/image_key.h"
+#include "reader/syntax/syntax.h"
+#include "runtime/exception.h"
+
+#include <charconv>
+#include <optional>
+
+namespace corvane {
+
+std::int32_t imageObject(DocumentCache& cache, const std::string& key) {
+    std::int32_t number = 0;
+    const auto read = std::from_chars(key.data(), key.data() + key.size(), number);
+    if (read.ec != std::errc() || number <= 0) {
+        return 0;
+    }
+    bool isIt = false;
+    attempted([&] {
+        constexpr std::int32_t noStencil = -1;
+        ObjectOwner reference;
+        indirectObject(reference.get(), number, 0);
+        const ObjectOwner object = resolveObject(cache, reference.get());
+        isIt = typeObject(object.get()) == ObjectType::stream &&
+               imageKeyOf(ImageEntries(cache, object.get()), number, std::nullopt, noStencil) ==
+                   key;
+    });
+    return isIt ? number : 0;
+}
+
+} // namespace corvane
