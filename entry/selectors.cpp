@@ -6,6 +6,7 @@
 #include "entry/file_name.h"
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
+#include "runtime/extension.h"
 #include "runtime/warning.h"
 #include "writer/update/history.h"
 #include "writer/update/update.h"
@@ -144,6 +145,11 @@ std::uint32_t info(ParameterBlock& block) {
     tellDocument(session.cache(), CountObjects::yes);
     tellSignatures(session.cache());
     tellPages(session.cache());
+    const auto extension = knownExtension();
+    if (extension && extension->drawnImage != nullptr && hostNamesPage()) {
+        usePage(session);
+        readCache(session.cache()); // tells of each image where it is drawn
+    }
     session.close();
     return 0;
 }

@@ -2,7 +2,9 @@
 
 #include "codecs/fax/codec.h"
 #include "filters/decoder.h"
+#include "runtime/budget.h"
 #include "runtime/exception.h"
+#include "runtime/rules.h"
 
 #include <algorithm>
 #include <cstring>
@@ -46,9 +48,16 @@ private:
     Filter& filter_;
 };
 
+/// Sizes of the original profile have 16 bits.
 CCParameters codecParameters(const FaxParameters& given) {
-    return {.columns = static_cast<std::uint16_t>(given.columns & 0xFFFF),
-            .rows = static_cast<std::uint16_t>(given.rows & 0xFFFF),
+    const bool isWide = rules().readsImages;
+    const std::int32_t columns = isWide ? given.columns : given.columns & 0xFFFF;
+    const std::int32_t rows = isWide ? std::max(given.rows, 0) : given.rows & 0xFFFF;
+    if (columns > budget::imageRowBytes / 8) {
+        failException(Exception::codec);
+    }
+    return {.columns = columns,
+            .rows = static_cast<std::uint32_t>(rows),
             .k = given.k,
             .encodedByteAlign = given.encodedByteAlign != 0,
             .endOfBlock = given.endOfBlock != 0,

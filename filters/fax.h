@@ -17,8 +17,9 @@ struct FaxParameters {
     std::int32_t k = 0;
     std::int32_t endOfLine = 0; ///< as all below that are true or false
     std::int32_t encodedByteAlign = 0;
-    std::int32_t columns = 1728; ///< the low 16 bits count; none of them raise `codec` when linked
-    std::int32_t rows = 0;       ///< the low 16 bits count; 0: until the data ends
+    std::int32_t columns =
+        1728;              ///< none, and too many, raise `codec`; original: the low 16 bits count
+    std::int32_t rows = 0; ///< 0: until the data ends; original: the low 16 bits count
     std::int32_t endOfBlock = 1;
     std::int32_t blackIs1 = 0;
     std::int32_t damagedRowsBeforeError = 0;

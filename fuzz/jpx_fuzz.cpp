@@ -33,7 +33,8 @@ void fuzzJpx(Bytes input) {
         return;
     }
     requireRight(guarded([&] {
-        const JpxPicture picture(input, *header, keepsPalette);
+        CodecClock clock;
+        const JpxPicture picture(input, *header, keepsPalette, clock);
         const std::size_t samples = header->colours + (header->hasAlpha ? 1U : 0U);
         std::vector<std::byte> row(header->width * samples * JpxPicture::deliveredBits(*header) /
                                    8);
@@ -48,7 +49,8 @@ void fuzzJbig2(Bytes input) {
     Choices choices(input);
     const std::size_t split = choices.below(2) == 0 ? 0 : choices.below(64) % (input.size() + 1);
     requireRight(guarded([&] {
-        const Jbig2Page page = decodeJbig2(input.first(split), input.subspan(split));
+        CodecClock clock;
+        const Jbig2Page page = decodeJbig2(input.first(split), input.subspan(split), clock);
         require(page.rows.size() == (std::size_t{page.width} + 7) / 8 * page.height);
     }));
 }

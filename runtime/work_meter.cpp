@@ -9,8 +9,9 @@ namespace corvane {
 
 namespace {
 
+/// Nobody, where a codec is used without a host.
 void askHost() {
-    if (callHost(slot::checkUserAbort)) {
+    if (callbacks != nullptr && callHost(slot::checkUserAbort)) {
         failException(Exception::cancelled);
     }
 }

@@ -70,8 +70,10 @@ struct OptionRow {
 };
 
 constexpr std::array optionTable{
-    OptionRow{OptionKind::page, "--page", "N", only(Command::open) | only(Command::save),
-              "the page, from 1; else the artwork's own, asked for on a terminal, or 1"},
+    OptionRow{OptionKind::page, "--page", "N",
+              only(Command::open) | only(Command::save) | only(Command::info),
+              "the page, from 1; else the artwork's own, asked for on a terminal, or 1; of info: "
+              "also lists the images that it draws"},
     OptionRow{OptionKind::output, "-o", "OUT.svg", only(Command::open),
               "where the artwork goes; - is standard output (FILE-pageN.svg)"},
     OptionRow{OptionKind::images, "--images", "WHERE", only(Command::open) | only(Command::save),

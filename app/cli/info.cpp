@@ -11,6 +11,7 @@ namespace {
 
 void inspect(const Arguments& arguments, Report& report, Selector selector) {
     Document document;
+    document.expectImport(); // of the page whose images are listed
     Session session(arguments, report, document);
     session.begin();
     session.call(selector);

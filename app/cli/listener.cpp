@@ -131,6 +131,17 @@ HostExtension Listener::makeExtension() {
             to.report_.damage->facts.obstacle = {};
         });
     };
+    if (arguments_.command == Command::info && arguments_.page != 0) {
+        extension.drawnImage = [](void* context, const DrawnImageFacts& facts) {
+            Listener& to = listener(context);
+            to.remember([&] {
+                DrawnImage image{facts, std::string(facts.colourSpace), std::string(facts.filters)};
+                image.facts.colourSpace = {};
+                image.facts.filters = {};
+                to.report_.drawnImages.push_back(std::move(image));
+            });
+        };
+    }
     extension.update = [](void* context, const UpdateFacts& facts) {
         Listener& to = listener(context);
         to.remember([&] {

@@ -15,8 +15,8 @@
 namespace corvane {
 
 struct CCParameters {
-    std::uint16_t columns = 1728;
-    std::uint16_t rows = 0; ///< 0: as many as there are
+    std::int32_t columns = 1728;
+    std::uint32_t rows = 0; ///< 0: as many as there are
     /// Below 0: Group 4. 0: one-dimensional. Above: mixed; the encoder writes a one-dimensional row
     /// at least every `k` rows.
     std::int32_t k = 0;

@@ -16,7 +16,8 @@ CCStream::CCStream() = default;
 CCStream::~CCStream() = default;
 
 std::size_t CCFaxExtraBytes(const CCParameters& parameters) {
-    const std::size_t changes = (std::size_t{parameters.columns} + 10) * sizeof(std::int32_t);
+    const std::size_t changes =
+        (static_cast<std::size_t>(parameters.columns) + 10) * sizeof(std::int32_t);
     const std::size_t words = faxRowWords(parameters.columns) * faxWordBytes;
     return 2 * changes + words + 2 * FaxRowBits::bytesFor(parameters.columns);
 }
@@ -58,7 +59,7 @@ std::size_t CCFaxCheckBytes(const FaxState& state) {
 }
 
 void SetupCCStm(const CCParameters& parameters, FaxByteStream& bytes, CCStream& stream) {
-    if (parameters.columns == 0) {
+    if (parameters.columns <= 0) {
         cc_error();
     }
     stream.state = std::make_unique<FaxState>(parameters, bytes);

@@ -12,7 +12,7 @@ namespace corvane {
 namespace {
 
 /// A change of the rule by which images are decoded or digested is a new version.
-constexpr std::int64_t version = 1;
+constexpr std::int64_t version = 2;
 
 constexpr std::array countedKeys = {
     imageKey::width,  imageKey::height,     imageKey::bits,  imageKey::space,

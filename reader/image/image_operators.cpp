@@ -6,6 +6,7 @@
 #include "reader/content/interpreter.h"
 #include "reader/form/form_drawing.h"
 #include "reader/image/deliver_image.h"
+#include "reader/image/drawn_images.h"
 #include "reader/image/inline_image.h"
 #include "reader/image/place_image.h"
 #include "reader/layer/layered_drawing.h"
@@ -24,7 +25,18 @@ bool isArt(const Interpreter& interpreter) {
     return interpreter.readsImages && !interpreter.state.fill.hidden && isPlain;
 }
 
+/// Of the object that an entry refers to; 0: of none.
+std::int32_t numberOf(const Object& entry) {
+    std::int32_t number = 0;
+    if (typeObject(entry) == ObjectType::reference) {
+        std::int32_t generation = 0;
+        referenceObject(entry, number, generation);
+    }
+    return number;
+}
+
 void drawImage(Interpreter& interpreter, const Object& entry, const Object& stream) {
+    tellDrawnImage(interpreter, stream, numberOf(entry));
     if (!isArt(interpreter)) {
         interpreter.omissions.note(Omission::image);
         return;
@@ -55,6 +67,7 @@ void dataImageOperator(Interpreter& interpreter) {
         return;
     }
     const ObjectOwner dictionary = imageDictionary();
+    tellDrawnImage(interpreter, dictionary.get(), 0);
     ImageData data;
     skipImageData(tokens, length, &data);
     attempted([&] {

@@ -24,7 +24,7 @@ struct ColourSpace {
 
     Kind kind = Kind::gray;
     std::int32_t components = 1; ///< operands of a colour; 0 for patterns
-    bool hasProfile = false;     ///< its colours are measured, not those of a device
+    bool hasProfile = false;     ///< that cannot be read: its colours are shown as a device's
     /// Of gray, RGB and CMYK: what its colours look like; null: what those of the device do.
     std::shared_ptr<const IccProfile> profile = nullptr;
 

@@ -24,7 +24,7 @@ constexpr std::size_t longestTable = 256 * mostComponents;
 
 ColourSpacePointer parseSpace(DocumentCache& cache, const Object& object, int depth);
 
-/// The space that a number of components tells, with a profile or without.
+/// The space that a number of components tells, seen through a profile or without one.
 ColourSpacePointer countedSpace(std::int32_t components, bool hasProfile,
                                 std::shared_ptr<const IccProfile> profile = nullptr) {
     if (components != 1 && components != 3 && components != 4) {
@@ -41,7 +41,7 @@ ColourSpacePointer countedSpace(std::int32_t components, bool hasProfile,
 }
 
 ColourSpacePointer labSpace(DocumentCache& cache, const Object& parameters) {
-    ColourSpace space{.kind = Kind::lab, .components = 3, .hasProfile = true};
+    ColourSpace space{.kind = Kind::lab, .components = 3};
     const ObjectOwner dictionary = resolveObject(cache, parameters);
     const std::vector<double> range =
         realNumbers(cache, lookupObject(cache, dictionary.get(), "Range").get(), mostComponents);
@@ -76,7 +76,8 @@ ColourSpacePointer profileSpace(DocumentCache& cache, const Object& object, int 
             return space;
         }
     }
-    return countedSpace(components, true, std::move(profile));
+    const bool isIgnored = profile == nullptr;
+    return countedSpace(components, isIgnored, std::move(profile));
 }
 
 /// [name dictionary], of CalGray and CalRGB.
@@ -101,8 +102,10 @@ ColourSpacePointer calibratedSpace(DocumentCache& cache, const Object& parameter
             calibration.gamma[0] = realObject(gamma.get());
         }
     });
-    return countedSpace(components, true,
-                        IccProfile::calibrated(calibration, static_cast<std::size_t>(components)));
+    std::shared_ptr<const IccProfile> profile =
+        IccProfile::calibrated(calibration, static_cast<std::size_t>(components));
+    const bool isIgnored = profile == nullptr;
+    return countedSpace(components, isIgnored, std::move(profile));
 }
 
 /// [name base hival lookup]

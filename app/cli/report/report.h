@@ -47,11 +47,19 @@ struct ImageCounts {
     std::int32_t found = 0;   ///< files that were there
 };
 
+/// `DrawnImageFacts` that outlive the call which told them.
+struct DrawnImage {
+    DrawnImageFacts facts; ///< its `colourSpace` and `filters` are empty
+    std::string colourSpace;
+    std::string filters;
+};
+
 struct Report {
     std::optional<FileFacts> file;
     std::optional<SignatureFacts> signatures; ///< where there are any
     std::optional<Damage> damage;             ///< `check`
     std::vector<PageFacts> pages;
+    std::vector<DrawnImage> drawnImages; ///< `info` of a page
     Provenance source;  ///< the page that was opened, or that the artwork to save came from
     ImageCounts images; ///< `open`
     std::string output; ///< path of what was made: artwork, or a PDF; empty where nothing was
@@ -71,7 +79,8 @@ struct Report {
 /// One object, with a line end.
 std::string reportJson(const Arguments& arguments, const Report& report);
 
-/// What `info` prints: the facts of the file, then its pages, equal neighbours in one line.
+/// What `info` prints: the facts of the file, its pages, equal neighbours in one line, and the
+/// images of the page that was asked for.
 std::string infoText(const std::string& file, const Report& report);
 
 /// What `log` prints: a line for each update, below a line that names the columns.

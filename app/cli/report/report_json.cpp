@@ -242,6 +242,22 @@ void addPages(JsonWriter& json, const Report& report) {
     json.closeArray();
 }
 
+void addDrawnImages(JsonWriter& json, const Report& report) {
+    json.name("images").openArray();
+    for (const DrawnImage& image : report.drawnImages) {
+        json.openObject().name("page").integer(image.facts.page);
+        json.name("object").integer(image.facts.object);
+        json.name("width").integer(image.facts.width);
+        json.name("height").integer(image.facts.height);
+        json.name("bits").integer(image.facts.bits);
+        json.name("colourSpace").text(image.colourSpace);
+        json.name("filters").text(image.filters);
+        json.name("horizontalDensity").real(image.facts.horizontalDensity);
+        json.name("verticalDensity").real(image.facts.verticalDensity).closeObject();
+    }
+    json.closeArray();
+}
+
 void addFacts(JsonWriter& json, const Arguments& arguments, const Report& report) {
     switch (arguments.command) {
     case Command::save:
@@ -267,6 +283,9 @@ void addFacts(JsonWriter& json, const Arguments& arguments, const Report& report
     if (arguments.command == Command::info) {
         addSignatures(json, report);
         addPages(json, report);
+        if (arguments.page != 0) {
+            addDrawnImages(json, report);
+        }
     }
 }
 

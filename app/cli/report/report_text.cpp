@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 
 namespace corvane {
 
@@ -82,6 +83,25 @@ std::string pagesText(const std::vector<PageFacts>& pages) {
     return text;
 }
 
+/// A line for each image: "  image 12  640 x 480, 8 bits DeviceRGB, DCTDecode, 150 x 150 dpi".
+std::string imagesText(const std::vector<DrawnImage>& images) {
+    std::string text;
+    for (const DrawnImage& image : images) {
+        const DrawnImageFacts& facts = image.facts;
+        const auto rounded = [](double density) { return number(std::round(density)); };
+        text += facts.object == 0 ? "  inline image  "
+                                  : "  image " + std::to_string(facts.object) + "  ";
+        text += std::to_string(facts.width) + " x " + std::to_string(facts.height);
+        text += facts.bits == 0 ? "" : ", " + counted(facts.bits, "bit");
+        for (const std::string& word : {image.colourSpace, image.filters}) {
+            text += word.empty() ? "" : ", " + terminalText(word);
+        }
+        text += ", " + rounded(facts.horizontalDensity) + " x " + rounded(facts.verticalDensity) +
+                " dpi\n";
+    }
+    return text;
+}
+
 /// "2 signatures: 1 of the file as it is, 1 of an older state".
 std::string signaturesText(const SignatureFacts& facts) {
     std::vector<std::string> parts;
@@ -133,7 +153,7 @@ std::string infoText(const std::string& file, const Report& report) {
     if (report.signatures && report.signatures->certified) {
         line("certified", "its author's signature allows no changed pages");
     }
-    return text + pagesText(report.pages);
+    return text + pagesText(report.pages) + imagesText(report.drawnImages);
 }
 
 std::string checkText(const std::string& file, const Report& report) {

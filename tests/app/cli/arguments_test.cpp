@@ -100,7 +100,7 @@ TEST(Arguments, BadUsageIsNamed) {
         {{"open", "a.pdf", "--page", "1.5"}, "from 1"},
         {{"open", "a.pdf", "--page", "4294967297"}, "from 1"},
         {{"open", "a.pdf", "--profile", "modern"}, "modern"},
-        {{"info", "a.pdf", "--page", "1"}, "does not go with info"},
+        {{"check", "a.pdf", "--page", "1"}, "does not go with check"},
         {{"check", "a.pdf", "-o", "b"}, "does not go with check"},
     };
     for (const Row& row : rows) {

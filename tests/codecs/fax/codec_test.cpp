@@ -77,8 +77,8 @@ TEST_F(FaxCodecTest, RandomImagesComeBackAndTheirDataEndsWhereItEnds) {
         parameters.rowEndsUncompressed = random() % 2 != 0;
         const auto rows = static_cast<std::uint16_t>(1 + random() % 12);
         parameters.rows = parameters.endOfBlock && random() % 2 != 0 ? 0 : rows;
-        FaxImage image =
-            randomImage(random, parameters.columns, rows, 1 + random() % 40, random() % 3 * 9);
+        FaxImage image = randomImage(random, static_cast<std::uint16_t>(parameters.columns), rows,
+                                     1 + random() % 40, random() % 3 * 9);
         if (!parameters.blackIs1) {
             std::ranges::transform(image.pixels, image.pixels.begin(), std::bit_not());
         }

@@ -97,6 +97,14 @@ protected:
     std::vector<std::byte> bytes_;
 };
 
+TEST_F(CodedImageTest, FaxedSheetsMayBeLong) {
+    delivered(std::string(8750, '\xFF'),
+              "/Width 8/Height 70000/ColorSpace/DeviceGray/Filter/CCITTFaxDecode/DecodeParms"
+              "<</K -1/Columns 8/Rows 70000/EndOfBlock false/BlackIs1 true>>");
+    ASSERT_EQ(bytes_.size(), 70000U);
+    EXPECT_EQ(bytes_.back(), std::byte{0});
+}
+
 TEST_F(CodedImageTest, JpegIsKeptWhereBrowsersShowTheSame) {
     const std::string jfif = "ffe000104a46494600010100000100010000";
     const std::string turned = "ffe1001e4578696600004d4d002a00000008000101120003000000010006000000";
@@ -112,7 +120,9 @@ TEST_F(CodedImageTest, JpegIsKeptWhereBrowsersShowTheSame) {
         return seen.substr(0, seen.find("x8"));
     };
     EXPECT_EQ(text(jpegFile(3, true), rgb), "jpeg rgb 8");
-    EXPECT_EQ(text(jpegFile(3, false), rgb), "jpeg rgb 8") << "the marker says RGB";
+    const std::string saysRgb = "ffee000e41646f626500640000000000";
+    EXPECT_EQ(text(jpegFile(3, false, saysRgb, false), rgb), "jpeg rgb 8");
+    EXPECT_EQ(text(jpegFile(3, false), rgb), "rgb8 8") << "a marker that browsers do not heed";
     EXPECT_EQ(text(jpegFile(3, true, jfif, false), rgb), "jpeg rgb 8");
     EXPECT_EQ(text(jpegFile(1, false), whole + "/ColorSpace/CalGray"), "jpeg gray 8");
     EXPECT_EQ(text(jpegFile(3, true), rgb + "/Decode[0 1 0 1 0 1]"), "jpeg rgb 8");

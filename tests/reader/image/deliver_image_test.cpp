@@ -1,9 +1,11 @@
 #include "reader/image/deliver_image.h"
 
 #include "reader/syntax/syntax.h"
+#include "runtime/budget.h"
 #include "tests/reader/image/image_taker.h"
 #include "tests/reader/reader_fixture.h"
 
+#include <lcms2.h>
 #include <optional>
 #include <string>
 
@@ -97,6 +99,10 @@ TEST_F(DeliverImageTest, SpacesBitsAndDecode) {
                  "rgb16 1x1 010203040506"},
              Row{"/Width 2/Height 1/BitsPerComponent 8/ColorSpace/DeviceCMYK", "10203040ffffffff",
                  "rgb8 2x1 af9f8f000000"},
+             Row{"/Width 2/Height 1/BitsPerComponent 16/ColorSpace/DeviceRGB/Mask[65535 65535 "
+                 "65535 "
+                 "65535 65535 65535]",
+                 "ffffffffffff7fff7fff7fff", "rgb16a 2x1 ffffffffffff00007fff7fff7fffffff"},
              Row{"/Width 1/Height 1/BitsPerComponent 8/ColorSpace/DeviceCMYK/Decode[1 0 1 0 1 0 1 "
                  "0]",
                  "efdfcfbf", "rgb8 1x1 af9f8f"},
@@ -164,6 +170,10 @@ TEST_F(DeliverImageTest, Masks) {
              Row{"/ColorSpace/DeviceGray/Mask[2 5]", "0102", two, "", "indexed8 2x1 0102"},
              Row{"/ColorSpace/DeviceRGB/Mask[1 1 2 9 3 3]", "010203040506", two, "",
                  "rgb8a 2x1 01020300040506ff"},
+             // A mask much larger than what can be delivered.
+             Row{"/ColorSpace/DeviceGray/SMask 6 0 R", "0102",
+                 "/Width 60000/Height 60000/BitsPerComponent 8/ColorSpace/DeviceGray/Filter/Odd",
+                 "", "gray8 2x1 0102"},
              // A mask that cannot be decoded leaves the picture.
              Row{"/ColorSpace/DeviceGray/SMask 6 0 R", "0102", "/Width 0/Height 1", "",
                  "gray8 2x1 0102"},
@@ -197,11 +207,82 @@ TEST_F(DeliverImageTest, DataThatEndEarly) {
               "gray8a 2x3 01ff02ff0000000000000000");
     EXPECT_EQ(delivered(imageFile("/Width 8/Height 2/ImageMask true", "0f")),
               "indexed1(000000ff,00000000) 8x2 0fff");
+    EXPECT_TRUE(delivered(imageFile("/Width 16/Height 2/ImageMask true/Decode[1 0]", "0f0f0f"))
+                    .ends_with("16x2 0f0f0f00"));
     // Next to nothing of much.
     const std::string huge = "/BitsPerComponent 8/ColorSpace/DeviceGray/Width 60000/Height ";
     EXPECT_EQ(delivered(imageFile(huge + "10000", "00")), "given up 60000x10000");
     EXPECT_EQ(delivered(imageFile(huge + "60000", "00")), "placeholder 32767x32767");
     EXPECT_LT(taker_->total, 4 << 20);
+}
+
+/// A profile of gray whose levels count light.
+std::string linearProfile() {
+    cmsToneCurve* const curve = cmsBuildGamma(nullptr, 1.0);
+    const cmsHPROFILE profile = cmsCreateGrayProfile(cmsD50_xyY(), curve);
+    cmsUInt32Number length = 0;
+    cmsSaveProfileToMem(profile, nullptr, &length);
+    std::string bytes(length, '\0');
+    cmsSaveProfileToMem(profile, bytes.data(), &length);
+    cmsCloseProfile(profile);
+    cmsFreeToneCurve(curve);
+    return bytes;
+}
+
+TEST_F(DeliverImageTest, ProfilesChangeWhatIsSeen) {
+    const std::string gray = "/Width 1/Height 1/BitsPerComponent 8/ColorSpace";
+    const std::string good = linearProfile();
+    const std::string broken = good.substr(0, good.size() / 2);
+    const std::string light = "gray8 1x1 bc"; // half of the light
+    struct Row {
+        std::string space;
+        std::string profile;
+        std::string seen;
+    };
+    for (const Row& row : {
+             Row{"[/ICCBased 7 0 R]", good, light},
+             Row{"[/Indexed[/ICCBased 7 0 R]255(" + std::string(256, '\x80') + ")]", good, light},
+             Row{"[/ICCBased 7 0 R]", broken, "gray8 1x1 80"},
+             Row{"[/ICCBased 7 0 R]", "", "gray8 1x1 80"},
+             Row{"[/CalGray<</WhitePoint[.9505 1 1.089]>>]", "", light},
+             Row{"[/CalGray<</WhitePoint[.9505 1 1.089]/Gamma 2.2>>]", "", "gray8 1x1 81"},
+             Row{"[/CalGray<</WhitePoint[0 0 0]>>]", "", "gray8 1x1 80"},
+         }) {
+        PdfBuilder file = imageFile(gray + row.space, "80");
+        file.stream(7, row.profile, "/N 1");
+        EXPECT_EQ(delivered(file), row.seen) << row.space;
+    }
+}
+
+TEST_F(DeliverImageTest, APageTellsNoEndOfImages) {
+    const PdfBuilder file =
+        imageFile("/Width 1/Height 1/BitsPerComponent 8/ColorSpace/DeviceGray", "80");
+    EXPECT_EQ(delivered(file), "gray8 1x1 80");
+    cache_->work.images = budget::pageImages;
+    taker_->images.clear();
+    EXPECT_EQ(deliveredAgain(), "placeholder 1x1");
+}
+
+TEST_F(DeliverImageTest, ColoursThatTakeLongEndTheImage) {
+    std::string program = "{";
+    for (int i = 0; i < 1600; ++i) {
+        program += " exch 2 exp";
+    }
+    std::string samples;
+    for (int i = 0; i < 65536; ++i) {
+        samples += static_cast<char>(i >> 8);
+        samples += static_cast<char>(i);
+    }
+    PdfBuilder file = PdfBuilder::onePage("");
+    file.stream(5, samples,
+                "/Subtype/Image/Width 65536/Height 1/BitsPerComponent 8/ColorSpace"
+                "[/DeviceN[/A/B]/DeviceGray 7 0 R]")
+        .stream(7, program + "}", "/FunctionType 4/Domain[0 1 0 1]/Range[0 1]");
+    DocumentCache& cache = open(file);
+    pageCache(cache, 1);
+    cache.work.imageColours = StepMeter(1'000'000);
+    taker_->images.clear();
+    EXPECT_EQ(deliveredAgain(), "given up 65536x1");
 }
 
 TEST_F(DeliverImageTest, TheKeyNamesTheLook) {

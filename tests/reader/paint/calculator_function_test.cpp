@@ -38,6 +38,8 @@ TEST(CalculatorFunctionTest, Programs) {
              Row{"{ sub dup neg }", "-1.500 1.5000"},
              Row{"{ 3 3 1 roll }", "0.5000 2.0000"},
              Row{"{ 3 -1 roll }", "0.5000 2.0000"},
+             Row{"{ 5 not 1 2 lt not }", "-6.000 0.0000"},
+             Row{"{ true false or not 6 3 and not }", "0.0000 -3.000"},
              Row{"{ 3 3 -1 roll }", "3.0000 0.5000"},
              Row{"{ 1 index }", "2.0000 0.5000"},
              Row{"{ 2 copy add }", "2.0000 2.5000"},
