@@ -30,8 +30,8 @@ void fill(hb_buffer_t* buffer, const TextStretch& stretch) {
     hb_buffer_set_flags(buffer, HB_BUFFER_FLAG_REMOVE_DEFAULT_IGNORABLES);
     hb_buffer_set_cluster_level(buffer, HB_BUFFER_CLUSTER_LEVEL_MONOTONE_CHARACTERS);
     hb_buffer_set_direction(buffer, stretch.isVertical      ? HB_DIRECTION_TTB
- : stretch.isRightToLeft ? HB_DIRECTION_RTL
- : HB_DIRECTION_LTR);
+                                    : stretch.isRightToLeft ? HB_DIRECTION_RTL
+                                                            : HB_DIRECTION_LTR);
     if (stretch.script != 0) {
         hb_buffer_set_script(buffer, hb_script_from_iso15924_tag(stretch.script));
     }
@@ -60,8 +60,8 @@ std::vector<ShapedGlyph> shapeText(const OpenTypeFont& font, const TextStretch& 
     for (unsigned i = 0; i < count; ++i) {
         const hb_glyph_info_t& glyph = glyphs[i];
         const hb_glyph_position_t& place = places[i];
-        ShapedGlyph& added =
-            shaped.emplace_back(ShapedGlyph{.glyph = glyph.codepoint, .cluster = first + glyph.cluster});
+        ShapedGlyph& added = shaped.emplace_back(
+            ShapedGlyph{.glyph = glyph.codepoint, .cluster = first + glyph.cluster});
         if (!stretch.isVertical) {
             added.advance = place.x_advance / font.em();
             added.x = place.x_offset / font.em();

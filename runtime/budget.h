@@ -210,9 +210,9 @@ inline constexpr std::int32_t pageImages = 10'000;
 /// Bytes of a row of an image; no image that can be drawn has more.
 inline constexpr std::int64_t imageRowBytes = 1 << 28;
 
-/// Bytes of the rows that an image and a larger mask make together; past it the mask is thinned out,
-/// down to the size of the image. A sheet of A3 at 600 dots an inch, over a picture of any size, has
-/// 280 MB.
+/// Bytes of the rows that an image and a larger mask make together; past it the mask is thinned
+/// out, down to the size of the image. A sheet of A3 at 600 dots an inch, over a picture of any
+/// size, has 280 MB.
 inline constexpr std::int64_t joinedImageBytes = 300 << 20;
 
 /// Bytes that may be missing of an image of which less than a sixteenth is there; past it the image
@@ -242,8 +242,8 @@ inline constexpr std::int64_t jpxTiles = 4096;
 /// short, some of the front is there.
 inline constexpr std::size_t jpxTileSlack = 16 << 20;
 
-/// Precincts and code blocks of a JPEG 2000 picture, each of some 500 bytes before it is decoded: 48
-/// megapixels in three components and blocks of 32 samples have 190,000.
+/// Precincts and code blocks of a JPEG 2000 picture, each of some 500 bytes before it is decoded:
+/// 48 megapixels in three components and blocks of 32 samples have 190,000.
 inline constexpr std::int64_t jpxRecords = 600'000;
 
 /// Packets of a JPEG 2000 picture: one for each layer of each precinct. Pictures that are sent in

@@ -36,9 +36,9 @@ enum class Warning : std::int16_t {
     cropArea = 1003,                ///< the crop area was fitted to the page
     layerLeftOut = 1004,            ///< a layer that is hidden or does not print is not drawn
     // 1005 to 1007 are the program's own.
-    layerNotKept = 1008, ///< objects of a layer stay, in order; the layer does not
-    signedFile = 1009,   ///< readers that check signatures will show the change
-    fontAdded = 1010,    ///< a font of the machine took the place of another one
+    layerNotKept = 1008,   ///< objects of a layer stay, in order; the layer does not
+    signedFile = 1009,     ///< readers that check signatures will show the change
+    fontAdded = 1010,      ///< a font of the machine took the place of another one
     smoothnessKept = 1011, ///< how an image of the page is enlarged stays as it is in the file
 };
 

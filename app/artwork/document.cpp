@@ -8,10 +8,10 @@ namespace corvane {
 
 Document::Document(std::int64_t limit)
     : budget_(limit), tree_(budget_), segments_(budget_), styles_(budget_), fonts_(budget_),
-      texts_(budget_, styles_), images_(budget_), placed_(budget_),
-      placedFiles_(budget_, images_), linked_(budget_), sources_(budget_), appearances_(budget_),
-      masks_(budget_), forms_(budget_), contentLayers_(budget_), groupLayers_(budget_),
-      artworks_(budget_), paint_(budget_), layers_(budget_) {
+      texts_(budget_, styles_), images_(budget_), placed_(budget_), placedFiles_(budget_, images_),
+      linked_(budget_), sources_(budget_), appearances_(budget_), masks_(budget_), forms_(budget_),
+      contentLayers_(budget_), groupLayers_(budget_), artworks_(budget_), paint_(budget_),
+      layers_(budget_) {
     addLayer({});
 }
 

@@ -43,7 +43,7 @@ private:
 
     /// By place, and whether for columns; null: none.
     std::map<std::tuple<std::string, std::int32_t, bool>, NewFont*> known_;
-    std::deque<NewFont> fonts_;                                      // in the order of use
+    std::deque<NewFont> fonts_; // in the order of use
     Letters letters_;
 };
 

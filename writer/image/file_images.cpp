@@ -21,9 +21,9 @@ std::int32_t imageObject(DocumentCache& cache, const std::string& key) {
         ObjectOwner reference;
         indirectObject(reference.get(), number, 0);
         const ObjectOwner object = resolveObject(cache, reference.get());
-        isIt = typeObject(object.get()) == ObjectType::stream &&
-               imageKeyOf(ImageEntries(cache, object.get()), number, std::nullopt, noStencil) ==
-                   key;
+        isIt =
+            typeObject(object.get()) == ObjectType::stream &&
+            imageKeyOf(ImageEntries(cache, object.get()), number, std::nullopt, noStencil) == key;
     });
     return isIt ? number : 0;
 }

@@ -4,10 +4,10 @@
 #include "runtime/exception.h"
 #include "runtime/matrix.h"
 #include "runtime/warning.h"
+#include "writer/art/space_works.h"
 #include "writer/art/style_works.h"
 #include "writer/image/image_works.h"
 #include "writer/patch/kept_works.h"
-#include "writer/art/space_works.h"
 
 #include <algorithm>
 #include <cmath>

@@ -34,12 +34,12 @@ public:
 private:
     struct Known {
         bool isVertical = false; ///< for columns
-        std::string family;     ///< what a person calls it
-        std::string name;       ///< what is looked for
-        FontFacts facts;        ///< without its strings
-        bool isNamed = false;   ///< the first of the fonts is the one that is wanted
-        std::string restricted; ///< empty: it is not
-        std::string passedOver; ///< that has the letters looked for last, but is restricted
+        std::string family;      ///< what a person calls it
+        std::string name;        ///< what is looked for
+        FontFacts facts;         ///< without its strings
+        bool isNamed = false;    ///< the first of the fonts is the one that is wanted
+        std::string restricted;  ///< empty: it is not
+        std::string passedOver;  ///< that has the letters looked for last, but is restricted
         std::vector<NewFont*> fonts;
     };
 

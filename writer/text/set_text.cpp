@@ -109,7 +109,7 @@ void SetText::refuse(Index run) const {
 }
 
 void SetText::write(Walk& walk, Index run, const TextRun& letters, const RealMatrix& back,
-                     FontNames& names) {
+                    FontNames& names) {
     refuse(run);
     if (letters.size <= 0) {
         failException(Exception::unpatchable);

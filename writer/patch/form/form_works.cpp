@@ -1,9 +1,9 @@
 #include "writer/patch/form/form_works.h"
 
 #include "runtime/exception.h"
+#include "writer/art/space_works.h"
 #include "writer/art/style_works.h"
 #include "writer/patch/kept_works.h"
-#include "writer/art/space_works.h"
 
 #include <optional>
 
