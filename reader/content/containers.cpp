@@ -6,6 +6,7 @@
 #include "runtime/rules.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace corvane {
@@ -202,11 +203,26 @@ void Containers::makeMarks() {
         if (const std::int32_t level = std::exchange(soleDepth_, -1); level >= 0) {
             wrap(level, sole_);
         }
-        const Art group = makeArt(ArtKind::group, entries_.back().container);
-        callHost(slot::setGroupLayer, group, open.layer);
+        const Art group = markGroup(open.layer);
         const std::int32_t depth = std::max(std::min(open.depth, depth_), entries_.back().depth);
         entries_.push_back({.depth = depth, .group = group, .container = group, .mark = mark + 1});
     }
+}
+
+/// The group in front goes on where it is of the same layer and nothing was drawn since.
+Art Containers::markGroup(ContentLayer layer) {
+    const Art container = entries_.back().container;
+    if (formerMark_ != Art::null && formerLayer_ == layer) {
+        const auto [placement, reference] = placeIn(container);
+        const Art front =
+            placement == Placement::inside ? firstChild(container) : nextSibling(reference);
+        if (front == formerMark_) {
+            return front;
+        }
+    }
+    const Art group = makeArt(ArtKind::group, container);
+    callHost(slot::setGroupLayer, group, layer);
+    return group;
 }
 
 void Containers::beginMark(ContentLayer layer) {
@@ -226,9 +242,9 @@ void Containers::endMark() {
         return;
     }
     const std::size_t mark = marks_.size();
-    const bool isLayer = marks_.back().layer != ContentLayer::null;
+    const ContentLayer layer = marks_.back().layer;
     marks_.pop_back();
-    if (!isLayer) {
+    if (layer == ContentLayer::null) {
         return;
     }
     for (layered_ = marks_.size();
@@ -236,11 +252,30 @@ void Containers::endMark() {
         --layered_;
     }
     leaveMark(mark);
+    formerLayer_ = layer;
+}
+
+/// How many of the last entries, each within the one before, hold nothing but clips and the next.
+std::ptrdiff_t Containers::bareAtEnd(const std::vector<Entry>& entries) {
+    std::ptrdiff_t count = 0;
+    Art inner = Art::null;
+    for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry, ++count) {
+        Art child = firstChild(entry->container);
+        if (entry->group == Art::null && child != Art::null) {
+            child = nextSibling(child); // behind the clip
+        }
+        if (child != inner || (inner != Art::null && nextSibling(inner) != Art::null)) {
+            break;
+        }
+        inner = entry->container;
+    }
+    return count;
 }
 
 /// What is drawn from here on is no longer in the group of that mark. Clips and groups that began
-/// within it and go on are opened again behind it.
+/// within it and go on are opened again in front of it, or moved there where they are still empty.
 void Containers::leaveMark(std::size_t mark) {
+    formerMark_ = Art::null;
     const auto at = std::ranges::find(entries_, mark, &Entry::mark);
     if (at == entries_.end()) {
         return;
@@ -248,28 +283,36 @@ void Containers::leaveMark(std::size_t mark) {
     const std::vector<Entry> within(at + 1, entries_.end());
     const Entry own = *at;
     entries_.erase(at, entries_.end());
-    for (auto entry = within.rbegin(); entry != within.rend(); ++entry) {
+    entries_.back().height = std::max(entries_.back().height, own.height + 1);
+    const auto bare = within.end() - bareAtEnd(within);
+    for (auto entry = within.begin(); entry != bare; ++entry) {
         if (entry->group == Art::null) {
-            closeClip(entry->container);
+            reopenClip(*entry);
+        }
+    }
+    if (bare != within.end()) {
+        const Place place = placeIn(entries_.back().container);
+        callHost(slot::reorderArt, bare->container, place.placement, place.reference);
+        entries_.insert(entries_.end(), bare, within.end());
+    }
+    for (auto entry = std::reverse_iterator(bare); entry != within.rend(); ++entry) {
+        if (entry->group != Art::null) {
+            closeGroup(entry->group);
         }
     }
     soleDepth_ = -1;
     const Art left = closeMark(own.group);
-    entries_.back().height = std::max(entries_.back().height, own.height + 1);
+    formerMark_ = left;
     if (within.empty() && left != Art::null && !isMade()) {
         soleDepth_ = depth_;
         sole_ = left;
         soleHeight_ = own.height + 1;
     }
-    for (const Entry& entry : within) {
-        if (entry.group == Art::null) {
-            reopenClip(entry);
-        }
-    }
 }
 
 /// A clip in force, around what comes: a group of its own with a copy of the clip.
 void Containers::reopenClip(const Entry& entry) {
+    checkNesting();
     Art clip = Art::null;
     const Art group = makeArt(ArtKind::group, entries_.back().container);
     const Art former = firstChild(entry.container);
@@ -291,10 +334,14 @@ void Containers::bringAlong(Art art, Art holder) {
     }
 }
 
-void Containers::enter(Art group) {
+void Containers::checkNesting() const {
     if (nesting() >= budget::artNesting - 8) {
         failException(Exception::structure);
     }
+}
+
+void Containers::enter(Art group) {
+    checkNesting();
     entries_.push_back({.depth = depth_, .container = group});
 }
 

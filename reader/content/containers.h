@@ -9,6 +9,7 @@
 #include "host/artwork.h"
 #include "host/structure.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -73,17 +74,22 @@ private:
     void wrap(std::int32_t depth, Art inner);
     Art closeGroup(Art group);
     void closeClip(Art group);
+    void checkNesting() const;
     void makeMarks();
+    Art markGroup(ContentLayer layer);
     void leaveMark(std::size_t mark);
     void reopenClip(const Entry& entry);
+    static std::ptrdiff_t bareAtEnd(const std::vector<Entry>& entries);
     Art closeMark(Art group);
     std::size_t marksMade() const;
     std::int32_t soleHeight() const { return soleDepth_ < 0 ? 0 : soleHeight_; }
     bool isMade() const { return entries_.back().depth == depth_; }
 
     std::vector<Entry> entries_;
-    std::vector<Mark> marks_; ///< that are open
-    std::size_t layered_ = 0; ///< of them, up to the last that has a layer
+    std::vector<Mark> marks_;    ///< that are open
+    std::size_t layered_ = 0;    ///< of them, up to the last that has a layer
+    Art formerMark_ = Art::null; ///< the group of the marked content that ended last
+    ContentLayer formerLayer_ = ContentLayer::null;
     std::int32_t around_ = 0;
     std::int32_t depth_ = 0;
     /// The one group that inner levels left in a level whose own group is not made yet. There is at

@@ -49,7 +49,7 @@ TEST_F(Save, JsonTellsTheFacts) {
         R"("output":"in.pdf","dryRun":false,"page":3,"object":13,"generation":0,)"
         R"("formerLength":18,"length":34,"objects":3,"contentLength":16,"nothing":false,)"
         R"("patched":false,"kept":0,"changed":0,"added":0,"removed":0,"moved":0,"omitted":{},)"
-        R"("ignored":{},"layersLeftOut":["notes 1"],"layersNotKept":[],"fontsAdded":[],"missing":[],"warnings":[{"code":1004,)"
+        R"("ignored":{},"layersLeftOut":["notes 1"],"layersNotKept":[],"annotationsKept":[],"fontsAdded":[],"missing":[],"warnings":[{"code":1004,)"
         R"--("sentence":"layers were not drawn (\"notes 1\")"}],"error":null})--"
         "\n");
     EXPECT_EQ(outcome.errors, "");

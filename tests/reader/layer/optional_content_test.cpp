@@ -67,7 +67,13 @@ TEST_F(OptionalContentTest, MarkedContentIsAGroup) {
         {"q within it goes on", "/OC/B BDC q 0 0 1 1 re f EMC 0 0 2 2 re f Q 0 0 3 3 re f",
          "-B((0,0 1,1@0:0)) (0,0 2,2@0:1) 0,0 3,3@0:2"},
         {"and its clip", "/OC/B BDC q 0 0 9 9 re W n 0 0 1 1 re f EMC 0 0 2 2 re f Q 0 0 3 3 re f",
-         "-B((<0,0 1,1@0:0 0,0 9,9@0:0>)) <0,0 2,2@0:1 0,0 9,9@0:0> 0,0 3,3@0:2"},
+         "-B(<0,0 1,1@0:0 0,0 9,9@0:0>) <0,0 2,2@0:1 0,0 9,9@0:0> 0,0 3,3@0:2"},
+        {"one after the other",
+         "/OC/A BDC 0 0 1 1 re f EMC q /OC/A BDC 0 0 2 2 re f EMC "
+         "/OC/A BDC 0 0 3 3 re f EMC Q /OC/B BDC EMC /OC/A BDC 0 0 4 4 re f EMC",
+         "+A(0,0 1,1@0:0 0,0 2,2@0:1 0,0 3,3@0:2) +A(0,0 4,4@0:3)"},
+        {"and a clip alone", "/OC/B BDC q 0 0 9 9 re W n EMC 0 0 2 2 re f Q",
+         "<0,0 2,2@0:0 0,0 9,9@0:0>"},
         {"one without an end", "q /OC/A BDC 0 0 1 1 re f", "+A(0,0 1,1@0:0)"},
     };
     for (const Row& row : rows) {

@@ -236,7 +236,7 @@ protected:
         "/Pattern << /P 23 0 R >> >>";
     static PdfBuilder withResources(PdfBuilder file) {
         file.object(20, "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>")
-            .stream(21, "0 0 9 9 re f", "/Type /XObject /Subtype /Form /BBox [0 0 9 9]")
+            .stream(21, "0 0 9 9 re f", "/Type /XObject /Subtype /PS")
             .object(22, "<< /Type /OCG /Name (L) >>")
             .stream(23, "0 0 2 2 re f",
                     "/Type /Pattern /PatternType 1 /PaintType 1 /TilingType 1 /BBox [0 0 4 4] "

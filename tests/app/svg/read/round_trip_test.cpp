@@ -214,10 +214,11 @@ TEST(RoundTrip, SourcesOfArtOfEveryKind) {
         return sourceFrom(svg);
     };
     EXPECT_EQ(sourceOn("0123456789abcdef", "1 2 3 cdef"), (ArtSource{1, 2, 3}));
+    EXPECT_EQ(sourceOn("0123456789abcdef", "1 2 3 cdef 4"), (ArtSource{1, 2, 3, 4}));
     EXPECT_EQ(sourceOn("0123456789abcdef", "1 2 3 cdee"), std::nullopt) << "of another page";
     EXPECT_EQ(sourceOn("0123456789abcdef", "1 2 3"), std::nullopt);
     for (const char* const wrong :
-         {"", "1 2", "1 2 3 4", "1 2 x", "-1 2 3", "1 2 -3", "+1 2 3", "2 1 3", "1,2,3", "1 2 3.0",
+         {"", "1 2", "1 2 3 4 5", "1 2 3 x", "1 2 x", "-1 2 3", "1 2 -3", "+1 2 3", "2 1 3", "1,2,3", "1 2 3.0",
           "0x1 2 3", "1 9223372036854775808 3", "1 2 2147483648"}) {
         EXPECT_EQ(sourceFrom(ourSvg(path(wrong))), std::nullopt) << wrong;
     }
