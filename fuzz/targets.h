@@ -37,6 +37,7 @@ void fuzzFaxDecode(Bytes input);
 void fuzzFaxEncode(Bytes input);
 void fuzzDctDecode(Bytes input);
 void fuzzDctEncode(Bytes input);
+void fuzzShading(Bytes input);
 void fuzzSvg(Bytes input);
 void fuzzFont(Bytes input);
 void fuzzCMap(Bytes input);

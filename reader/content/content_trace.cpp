@@ -127,6 +127,12 @@ bool isVertical(const TextState& text) {
     return text.font != nullptr && text.font->font->isVertical();
 }
 
+/// Or may be one, where artwork cannot hold it.
+bool isPattern(const Paint& paint, const Colour& colour) {
+    return paint.hidden || colour.kind == ColourKind::gradient ||
+           colour.kind == ColourKind::pattern;
+}
+
 /// What a number of 1000 in an array moves by, in text space.
 double unitOf(const TextState& text) {
     return isVertical(text) ? text.size : text.size * text.horizontalScale;
@@ -287,9 +293,11 @@ void ContentTrace::apply(const Interpreter& interpreter, TraceEvent& event) {
         break;
     }
     if (setsState(event.role)) {
+        const GraphicsState& state = interpreter.state;
         event.namesPattern =
-            (event.role == OperatorRole::fillColour || event.role == OperatorRole::strokeColour) &&
-            countStack() > 0 && typeObject(indexStack(0)) == ObjectType::literal;
+            (event.role == OperatorRole::fillColour && isPattern(state.fill, state.style.fill)) ||
+            (event.role == OperatorRole::strokeColour &&
+             isPattern(state.stroke, state.style.stroke));
         const auto link = static_cast<TraceIndex>(setters_.size());
         setters_.push({behind_.setter, next(), behind_.matrix});
         behind_.setter = link;

@@ -29,6 +29,7 @@ std::optional<Colour> shadingPaint(Interpreter& interpreter, const Object& patte
         return std::nullopt;
     }
     noteSpaceLosses(interpreter, *shading->space);
+    interpreter.progress.charge(shadingTokens * shading->cost());
     return isGradient(*shading) && !shading->box
                ? gradientOf(*shading, matrix, true)
                : shadingTile(interpreter, *shading, entry, matrix);

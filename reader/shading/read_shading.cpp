@@ -94,6 +94,14 @@ Box spannedBox(const Box& box, const RealMatrix& matrix) {
     return {left.x, bottom.y, right.x, top.y};
 }
 
+std::int64_t Shading::cost() const {
+    std::int64_t work = 1;
+    for (const FunctionPointer& function : functions) {
+        work += function->cost();
+    }
+    return work;
+}
+
 Colour Shading::colourAt(std::span<const double> values) const {
     if (functions.empty()) {
         return colourIn(*space, values);

@@ -46,9 +46,15 @@ struct Shading {
     bool isMesh() const { return kind >= ShadingKind::freeTriangles; }
     /// Inputs that the functions have.
     std::size_t inputs() const { return kind == ShadingKind::function ? 2 : 1; }
+    /// Work of one colour, in steps of a few nanoseconds.
+    std::int64_t cost() const;
     /// The colour for inputs of the functions or, without functions, for components.
     Colour colourAt(std::span<const double> values) const;
 };
+
+/// Tokens that a shading counts as, for each step of the work of one colour: its stops take some
+/// thousand colours.
+inline constexpr std::int64_t shadingTokens = 100;
 
 /// The shading that an object describes; nothing where it is none that can be computed. Raises what
 /// reading its objects raises.

@@ -71,12 +71,9 @@ Box seenPart(DocumentCache& cache, const Shading& shading, const RealMatrix& mat
     return area;
 }
 
+/// Of one pixel.
 std::int64_t workOf(const Shading& shading) {
-    std::int64_t work = 1;
-    for (const FunctionPointer& function : shading.functions) {
-        work += function->cost();
-    }
-    return shading.kind == ShadingKind::function ? work : 1;
+    return shading.kind == ShadingKind::function ? shading.cost() : 1;
 }
 
 std::string keyOf(DocumentCache& cache, const Object& entry, const RealMatrix& matrix,
@@ -128,6 +125,8 @@ std::optional<PlacedImage> shadingImage(Interpreter& interpreter, const Shading&
                            .key = key};
     PlacedImage placed{.matrix =
                            hostMatrix(RealMatrix{width, 0, 0, height, part.left, part.bottom})};
+    // A page may ask for image after image.
+    interpreter.progress.charge(std::int64_t{facts.width} * facts.height);
     std::uint8_t wantsBytes = 0;
     callHost(slot::addImage, &facts, &placed.image, &wantsBytes);
     if (wantsBytes != 0) {

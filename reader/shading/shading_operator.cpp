@@ -77,6 +77,7 @@ void shadingOperator(Interpreter& interpreter) {
         return;
     }
     noteSpaceLosses(interpreter, *shading->space);
+    interpreter.progress.charge(shadingTokens * shading->cost());
     const Box area = shownArea(interpreter);
     if (!inverse(interpreter.state.exactCtm) ||
         !(area.left < area.right && area.bottom < area.top)) {

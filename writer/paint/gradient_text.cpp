@@ -126,6 +126,7 @@ public:
         isCutAtEnd_ = gradient.spread == GradientSpread::pad && isCut(stops_, false);
         stops_ = stops_.subspan(isCutAtStart_ ? 1 : 0);
         stops_ = stops_.first(stops_.size() - (isCutAtEnd_ ? 1 : 0));
+        partCircles();
         settleRange(area);
     }
 
@@ -144,6 +145,23 @@ private:
     Components valueOf(const GradientStop& stop) const {
         return part_ == StopPart::opacity ? Components{stop.opacity}
                                           : componentsOf(stop.colour, space_);
+    }
+
+    /// Between circles that touch there is a point that all of them go through, and nothing beyond
+    /// it; SVG paints there.
+    void partCircles() {
+        const double dx = gradient_.x2 - gradient_.x1;
+        const double dy = gradient_.y2 - gradient_.y1;
+        const double distance = std::hypot(dx, dy);
+        const double room = gradient_.r2 - gradient_.r1;
+        constexpr double touching = 1e-6;
+        constexpr double share = 511.0 / 512;
+        if (gradient_.isRadial && room > 0 && distance > share * room &&
+            distance <= room * (1 + touching)) {
+            const double kept = share * room / distance;
+            gradient_.x1 = gradient_.x2 - kept * dx;
+            gradient_.y1 = gradient_.y2 - kept * dy;
+        }
     }
 
     /// Places on the way between the ends, at which the area's corners lie, in the gradient's
@@ -283,7 +301,7 @@ private:
         return stitched(first_, last_, pieces, bounds, encode);
     }
 
-    const GradientFacts& gradient_;
+    GradientFacts gradient_;
     StopPart part_;
     FunctionHolder& functions_;
     bool isFlat_;

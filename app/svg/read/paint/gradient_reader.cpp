@@ -34,10 +34,10 @@ public:
         into.radial = true;
         into.x2 = length(Attribute::cx, Axis::x, "50%");
         into.y2 = length(Attribute::cy, Axis::y, "50%");
-        into.r2 = std::max(0.0, length(Attribute::r, Axis::other, "50%"));
+        into.r2 = radius(Attribute::r, "50%");
         into.x1 = has(Attribute::fx) ? length(Attribute::fx, Axis::x, "50%") : into.x2;
         into.y1 = has(Attribute::fy) ? length(Attribute::fy, Axis::y, "50%") : into.y2;
-        into.r1 = std::max(0.0, length(Attribute::fr, Axis::other, "0%"));
+        into.r1 = radius(Attribute::fr, "0%");
     }
 
 private:
@@ -48,6 +48,11 @@ private:
     double length(Attribute name, Axis axis, std::string_view otherwise) const {
         const auto own = parseLength(firstOf(inherited_, name), axis, lengths_);
         return own ? *own : parseLength(otherwise, axis, lengths_).value_or(0);
+    }
+    /// A negative one is as if it were not there.
+    double radius(Attribute name, std::string_view otherwise) const {
+        const double own = length(name, Axis::other, otherwise);
+        return own < 0 ? parseLength(otherwise, Axis::other, lengths_).value_or(0) : own;
     }
 
     const std::vector<Attributes>& inherited_;
