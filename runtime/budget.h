@@ -92,10 +92,6 @@ inline constexpr std::int64_t innerContentTokens = 1000;
 /// Stops of a gradient: colours between them are within a level of 255 of what a function says.
 inline constexpr std::size_t gradientStops = 256;
 
-/// Patches and triangles of a shading that are drawn as paths; more become an image, which is
-/// smaller and as fine as the page needs.
-inline constexpr std::size_t meshPaths = 256;
-
 /// Vertices of a shading by meshes, a second's work.
 inline constexpr std::int64_t meshVertices = 4'000'000;
 

@@ -1,5 +1,6 @@
 #include "writer/patch/changed_works.h"
 
+#include "reader/content/losses.h"
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
 #include "runtime/fixed.h"

@@ -1,5 +1,7 @@
 #include "writer/patch/form_group.h"
 
+#include "reader/content/appearance.h"
+#include "writer/art/drawn_looks.h"
 #include "writer/patch/group_parts.h"
 #include "writer/patch/placed_image.h"
 #include "writer/patch/text/text_run.h"
@@ -10,14 +12,24 @@ namespace corvane {
 
 namespace {
 
-bool isSame(const GroupPart& was, const GroupPart& is) {
-    if (was != is) {
+/// But for masks, which are art of their own.
+bool isLaidAlike(Art was, Art is) {
+    if (!hostHoldsAppearance()) {
+        return true;
+    }
+    Appearance former = appearanceOf(was);
+    former.mask = appearanceOf(is).mask;
+    return former == appearanceOf(is);
+}
+
+bool isSame(const GroupPart& was, const GroupPart& is, PaintComparison& paints) {
+    if (was != is || !isLaidAlike(was.art, is.art)) {
         return false;
     }
     switch (was.kind) {
     case ArtKind::path:
     case ArtKind::compound:
-        return !compareArt(was.art, is.art).any();
+        return !compareArt(was.art, is.art, paints).any();
     case ArtKind::text:
         return sameText(was.art, is.art);
     case ArtKind::placed:
@@ -29,10 +41,12 @@ bool isSame(const GroupPart& was, const GroupPart& is) {
 
 } // namespace
 
-ArtDifference compareForms(Art was, Art is) {
+bool isSameGroup(Art was, Art is, PaintComparison& paints) {
     const ChargedList<GroupPart> former = partsOf(was);
     const ChargedList<GroupPart> parts = partsOf(is);
-    return {.letters = !std::ranges::equal(former.items(), parts.items(), isSame)};
+    return std::ranges::equal(
+        former.items(), parts.items(),
+        [&](const GroupPart& a, const GroupPart& b) { return isSame(a, b, paints); });
 }
 
 } // namespace corvane

@@ -1,11 +1,10 @@
-// Groups that forms painted: how an edited one differs from what the page shows.
+// Groups that forms painted: whether an edited one is what the page shows.
 #pragma once
 
 #include "writer/patch/comparison.h"
 
 namespace corvane {
 
-/// `letters` where anything in it differs.
-ArtDifference compareForms(Art was, Art is);
+bool isSameGroup(Art was, Art is, PaintComparison& paints);
 
 } // namespace corvane

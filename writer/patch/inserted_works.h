@@ -37,7 +37,6 @@ private:
     void endForm(const Appearance& appearance);
     void writeObject(const Insertion& insertion);
     void writeSourced(const MatchedObject& object, const EditedObject& edited, TraceIndex marks);
-    void writeNew(const EditedObject& edited);
     void writeState(const PaintedArt& was, const ArtDifference& difference,
                     const RealMatrix& movement);
     void writeGlyphs(const MatchedObject&, const EditedObject&);

@@ -34,7 +34,7 @@ TraceIndex commonMark(const ContentTrace& trace, TraceIndex a, TraceIndex b) {
     return commonLink(a, b, [&](TraceIndex link) { return trace.mark(link).outer; });
 }
 
-InsertionPoints::InsertionPoints(const BaseReading& base, const EditedArtwork& artwork,
+InsertionPoints::InsertionPoints(const BaseContent& base, const EditedArtwork& artwork,
                                  const ClipMatching& clips)
     : trace_(base.trace), artwork_(artwork), clips_(clips) {
     findTextOutside();

@@ -56,7 +56,7 @@ void refuseChangedAnnotations(const BaseReading& base, const EditedArtwork& artw
     for (const Art art : artwork.annotations.items()) {
         const FormFacts form = formOf(art);
         const auto was = known.find(keyOf(form));
-        if (was == known.end() || !compareForms(was->second, art).any()) {
+        if (was == known.end() || isSameGroup(was->second, art, base.paints)) {
             continue;
         }
         isRefused = true;

@@ -60,17 +60,17 @@ ChargedList<Art> paintedIn(Art content) {
     return painted;
 }
 
-bool isSame(Art was, Art is) {
+bool isSame(Art was, Art is, PaintComparison& paints) {
     const ArtKind kind = artKind(was);
     if (kind != artKind(is)) {
         return false;
     }
     return kind == ArtKind::text     ? sameText(was, is)
            : kind == ArtKind::placed ? !compareImages(was, is).any()
-                                     : !compareArt(was, is).any();
+                                     : !compareArt(was, is, paints).any();
 }
 
-bool isMoved(Art was, Art is, const RealMatrix& movement) {
+bool isMoved(Art was, Art is, const RealMatrix& movement, PaintComparison& paints) {
     const ArtKind kind = artKind(was);
     if (kind != artKind(is)) {
         return false;
@@ -81,7 +81,7 @@ bool isMoved(Art was, Art is, const RealMatrix& movement) {
     if (kind == ArtKind::placed) {
         return !compareImages(was, is).image && isNear(movementOfImage(was, is), movement);
     }
-    ArtDifference difference = compareArt(was, is);
+    ArtDifference difference = compareArt(was, is, paints);
     difference.shape = difference.lineWidth = difference.dash = false;
     const std::optional<RealMatrix> found = movementOf(was, is);
     return !difference.any() && found && isNear(*found, movement);
@@ -121,9 +121,10 @@ MaskComparison::Relation MaskComparison::compare(SoftMask was, SoftMask is,
     const ChargedList<Art> ofWas = paintedIn(former.content);
     const ChargedList<Art> ofIs = paintedIn(facts.content);
     if (isNew) {
-        known->second = std::ranges::equal(ofWas.items(), ofIs.items(), isSame);
+        known->second = std::ranges::equal(
+            ofWas.items(), ofIs.items(), [&](Art a, Art b) { return isSame(a, b, paints_); });
     }
-    const auto isMovedAlong = [&](Art a, Art b) { return isMoved(a, b, *movement); };
+    const auto isMovedAlong = [&](Art a, Art b) { return isMoved(a, b, *movement, paints_); };
     return known->second ? Relation::same
            : movement && std::ranges::equal(ofWas.items(), ofIs.items(), isMovedAlong)
                ? Relation::moved

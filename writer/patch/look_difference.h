@@ -35,6 +35,7 @@ public:
 
 private:
     std::map<std::pair<SoftMask, SoftMask>, bool> same_;
+    PaintComparison paints_; // of what masks hold
 };
 
 /// Notes how two looks differ.

@@ -1,6 +1,7 @@
 #include "writer/patch/matching.h"
 
 #include "reader/content/appearance.h"
+#include "reader/content/art.h"
 #include "writer/art/outline.h"
 #include "writer/image/image_works.h"
 #include "writer/patch/form/edited_form.h"

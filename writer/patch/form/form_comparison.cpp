@@ -5,6 +5,7 @@
 #include "runtime/matrix.h"
 #include "writer/art/outline.h"
 #include "writer/art/style_works.h"
+#include "writer/image/image_works.h"
 #include "writer/patch/clip_matching.h"
 #include "writer/patch/movement.h"
 #include "writer/patch/placed_image.h"
@@ -48,6 +49,15 @@ bool isUnchanged(const EditedForm& form) {
         }
     }
     return true;
+}
+
+/// Whether its paint lies on the page, and not in the space of the path.
+bool liesOnPage(const PathStyle& style) {
+    const auto lies = [](std::uint8_t isPainted, const Colour& colour) {
+        return isPainted != 0 &&
+               (colour.kind == ColourKind::gradient || colour.kind == ColourKind::pattern);
+    };
+    return lies(style.fillPaint, style.fill) || lies(style.strokePaint, style.stroke);
 }
 
 PathStyle stretched(PathStyle style, double stretch) {
@@ -165,9 +175,16 @@ private:
                                         ? leadingStyle(was(i).art)
                                         : runOf(was(i).art, trace_.textPart(was(i).part).run).style;
             const PathStyle now = isPath ? leadingStyle(is.art) : runOf(is.art, is.run).style;
-            const ArtDifference scaled = compareStyles(stretched(style, stretch), now);
+            if (liesOnPage(style) && !difference.movesPaint) {
+                return false; // the form would take its paint along
+            }
+            const ArtDifference scaled =
+                compareStyles(stretched(style, stretch), now, form_.base->paints, {});
             difference.lineWidth = scaled.lineWidth;
             difference.dash = scaled.dash;
+        }
+        if (is.appearance.mask != SoftMask::null && !difference.masksMoved) {
+            return false;
         }
         difference.shape = false;
         difference.place = false;

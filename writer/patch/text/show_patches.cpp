@@ -25,7 +25,7 @@ void numberWorks(Walk& walk, double way, double unit) {
 
 class ShowPatcher {
 public:
-    ShowPatcher(PatchTools& tools, const BaseReading& base, const EditedArtwork& artwork,
+    ShowPatcher(PatchTools& tools, const BaseContent& base, const EditedArtwork& artwork,
                 const Matching& matching, const PaintOrder& order)
         : tools_(tools), trace_(tools.trace), base_(base), artwork_(artwork), matching_(matching),
           order_(order) {}
@@ -115,7 +115,7 @@ private:
 
     PatchTools& tools_;
     const ContentTrace& trace_;
-    const BaseReading& base_;
+    const BaseContent& base_;
     const EditedArtwork& artwork_;
     const Matching& matching_;
     const PaintOrder& order_;
@@ -141,7 +141,7 @@ bool isShownInPlace(const ContentTrace& trace, const PaintedArt& was,
            trace.events()[setting.font - 1].role == OperatorRole::font;
 }
 
-void patchShows(PatchTools& tools, const BaseReading& base, const EditedArtwork& artwork,
+void patchShows(PatchTools& tools, const BaseContent& base, const EditedArtwork& artwork,
                 const Matching& matching, const PaintOrder& order, std::vector<Patch>& patches) {
     const std::span<const PaintedArt> painted = tools.trace.painted();
     ShowPatcher patcher(tools, base, artwork, matching, order);

@@ -19,7 +19,7 @@ bool isShownInPlace(const ContentTrace& trace, const PaintedArt& was,
 /// Takes runs that are gone, or are written apart, out of the operators that show them; writes what
 /// is shown in place. What is shown behind them on the line stays where it is. Raises `unpatchable`
 /// where the bytes are not what was read.
-void patchShows(PatchTools& tools, const BaseReading& base, const EditedArtwork& artwork,
+void patchShows(PatchTools& tools, const BaseContent& base, const EditedArtwork& artwork,
                 const Matching& matching, const PaintOrder& order, std::vector<Patch>& patches);
 
 /// What goes between the end of a text object and its beginning again, in front of what goes on

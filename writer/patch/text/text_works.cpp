@@ -84,7 +84,7 @@ void sourcedTextWorks(PatchTools& tools, const BaseContent& base, const PaintedA
     walk.text.add("ET\n");
 }
 
-void lettersWorks(PatchTools& tools, const BaseReading& base, const PaintedArt& was,
+void lettersWorks(PatchTools& tools, const BaseContent& base, const PaintedArt& was,
                   const EditedObject& is, const ArtDifference& difference) {
     const std::optional<RealMatrix> back = backOf(tools.trace, was);
     if (!back) {

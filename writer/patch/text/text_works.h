@@ -23,7 +23,7 @@ void newTextWorks(PatchTools& tools, const EditedObject& is);
 void movedGlyphsWorks(PatchTools& tools, const PaintedArt& was, const RealMatrix& movement);
 
 /// The letters of it alone, within a text object: typed, or the page's own in another place.
-void lettersWorks(PatchTools& tools, const BaseReading& base, const PaintedArt& was,
+void lettersWorks(PatchTools& tools, const BaseContent& base, const PaintedArt& was,
                   const EditedObject& is, const ArtDifference& difference);
 
 } // namespace corvane
