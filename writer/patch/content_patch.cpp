@@ -37,7 +37,7 @@ public:
 
     ContentPatch plan() {
         const ClipMatching clips = matchClips(base_, artwork_, matching_);
-        const PaintOrder order = orderObjects(base_, artwork_, matching_, clips);
+        const PaintOrder order = orderObjects(base_, artwork_, matching_, clips, tools_.state);
         ObjectPatches objects(tools_, base_, artwork_, matching_, clips, order);
         objects.addTo(content_.patches);
         patchShows(tools_, base_, artwork_, matching_, order, content_.patches);

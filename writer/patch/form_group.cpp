@@ -31,7 +31,7 @@ bool isSame(const GroupPart& was, const GroupPart& is, PaintComparison& paints) 
     case ArtKind::compound:
         return !compareArt(was.art, is.art, paints).any();
     case ArtKind::text:
-        return sameText(was.art, is.art);
+        return sameText(was.art, is.art, paints);
     case ArtKind::placed:
         return !compareImages(was.art, is.art).any();
     default:

@@ -139,6 +139,21 @@ bool GatheredState::inherits() {
     return rolesAround() != 0;
 }
 
+bool GatheredState::canWriteInitial(const Surroundings& own, TraceIndex setter) {
+    if (!inherits()) {
+        return true;
+    }
+    const std::uint32_t set = rolesUpTo(setter);
+    const std::uint32_t ofOwn = rolesUpTo(own.setter);
+    return std::ranges::none_of(initialParts, [&](const InitialPart& part) {
+        const auto isSet = [&](std::uint32_t roles) {
+            return holdsRole(roles, part.role) ||
+                   (part.isExternal && holdsRole(roles, OperatorRole::external));
+        };
+        return isSet(set) && !holdsRole(ofOwn, part.role) && isSet(rolesAround());
+    });
+}
+
 void GatheredState::writeInitial(const Surroundings& own, TraceIndex setter, bool isBehindNew) {
     if (setter == 0 && !isBehindNew) {
         return;

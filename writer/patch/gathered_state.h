@@ -31,6 +31,9 @@ public:
     /// Whether the content begins with another state than a page does: one that was set around it.
     bool inherits();
 
+    /// Whether `writeInitial` has a way.
+    bool canWriteInitial(const Surroundings& own, TraceIndex setter);
+
     /// Sets what `own` has as the content begins, where another value may be in force: where an
     /// operator up to `setter` set it, or new art was drawn before. Raises `unpatchable` where that
     /// was set around the content.

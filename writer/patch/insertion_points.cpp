@@ -35,8 +35,8 @@ TraceIndex commonMark(const ContentTrace& trace, TraceIndex a, TraceIndex b) {
 }
 
 InsertionPoints::InsertionPoints(const BaseContent& base, const EditedArtwork& artwork,
-                                 const ClipMatching& clips)
-    : trace_(base.trace), artwork_(artwork), clips_(clips) {
+                                 const ClipMatching& clips, GatheredState& state)
+    : trace_(base.trace), artwork_(artwork), clips_(clips), state_(state) {
     findTextOutside();
 }
 
@@ -99,7 +99,8 @@ bool InsertionPoints::isMarkAllowed(TraceIndex mark, TraceIndex common) const {
 
 bool InsertionPoints::fits(const Surroundings& here, InsertionPoint& point) {
     if (here.isInPath || !inverse(trace_.matrix(here.matrix)) ||
-        (here.isInText && !canResume(here))) {
+        (here.isInText && !canResume(here)) ||
+        (own_ != nullptr && !state_.canWriteInitial(*own_, here.setter))) {
         return false;
     }
     around_.clear();

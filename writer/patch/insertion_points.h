@@ -2,6 +2,7 @@
 #pragma once
 
 #include "writer/patch/clip_matching.h"
+#include "writer/patch/gathered_state.h"
 #include "writer/patch/paint_order.h"
 
 #include <optional>
@@ -21,13 +22,13 @@ struct InsertionGap {
 class InsertionPoints {
 public:
     InsertionPoints(const BaseContent& base, const EditedArtwork& artwork,
-                    const ClipMatching& clips);
+                    const ClipMatching& clips, GatheredState& state);
 
     /// The place for an object: where the marked content around both neighbours and
     /// as many as possible of the group's clips are in force, and no others; of several, the last.
     /// `own` is what was in force where a moved object stood: clips without art that were around it
-    /// must be around the place, and its own marked content, its tag, may be. Past
-    /// `budget::searchedPlaces` in all: `limit`.
+    /// must be around the place, its own marked content, its tag, may be, and its state can be set
+    /// there. Past `budget::searchedPlaces` in all: `limit`.
     std::optional<InsertionPoint> find(const InsertionGap& gap, const EditedObject& object,
                                        const Surroundings* own);
 
@@ -44,6 +45,7 @@ private:
     const ContentTrace& trace_;
     const EditedArtwork& artwork_;
     const ClipMatching& clips_;
+    GatheredState& state_;
     /// Places behind which damaged content shows text outside of text objects: one that is put
     /// there would move that. Empty on other pages.
     std::vector<bool> beforeTextOutside_;

@@ -65,7 +65,7 @@ bool isSame(Art was, Art is, PaintComparison& paints) {
     if (kind != artKind(is)) {
         return false;
     }
-    return kind == ArtKind::text     ? sameText(was, is)
+    return kind == ArtKind::text     ? sameText(was, is, paints)
            : kind == ArtKind::placed ? !compareImages(was, is).any()
                                      : !compareArt(was, is, paints).any();
 }

@@ -6,6 +6,7 @@
 #include "runtime/matrix.h"
 #include "writer/art/art_stack.h"
 #include "writer/art/outline.h"
+#include "writer/image/image_works.h"
 #include "writer/patch/placed_image.h"
 
 #include <algorithm>

@@ -58,9 +58,9 @@ std::vector<EditedIndex> longestRun(const std::vector<EditedIndex>& objects,
 class Placer {
 public:
     Placer(const BaseContent& base, const EditedArtwork& artwork, const Matching& matching,
-           const ClipMatching& clips)
+           const ClipMatching& clips, GatheredState& state)
         : base_(base), trace_(base.trace), artwork_(artwork), matching_(matching), clips_(clips),
-          points_(base, artwork, clips) {}
+          points_(base, artwork, clips, state) {}
 
     PaintOrder place() {
         chooseStaying();
@@ -246,8 +246,8 @@ private:
 } // namespace
 
 PaintOrder orderObjects(const BaseContent& base, const EditedArtwork& artwork,
-                        const Matching& matching, const ClipMatching& clips) {
-    return Placer(base, artwork, matching, clips).place();
+                        const Matching& matching, const ClipMatching& clips, GatheredState& state) {
+    return Placer(base, artwork, matching, clips, state).place();
 }
 
 } // namespace corvane

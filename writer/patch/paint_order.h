@@ -8,6 +8,8 @@
 
 namespace corvane {
 
+class GatheredState;
+
 /// A place between two operators of the content where what is new can be drawn.
 struct InsertionPoint {
     bool isAtEnd = false; ///< behind all of the content, where nothing is in force any more
@@ -32,6 +34,6 @@ struct PaintOrder {
 /// Keeps the longest run of objects that are still in the order of the page, each within the same
 /// clips, and finds places for all others. Raises `unpatchable` where an object has none.
 PaintOrder orderObjects(const BaseContent& base, const EditedArtwork& artwork,
-                        const Matching& matching, const ClipMatching& clips);
+                        const Matching& matching, const ClipMatching& clips, GatheredState& state);
 
 } // namespace corvane

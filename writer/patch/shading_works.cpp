@@ -9,6 +9,7 @@
 #include "writer/art/style_works.h"
 #include "writer/patch/kept_works.h"
 #include "writer/patch/movement.h"
+#include "writer/image/image_works.h"
 #include "writer/patch/placed_image.h"
 
 namespace corvane {

@@ -436,7 +436,7 @@ TEST_F(FormPatchTest, BoxesGrowWithWhatAPersonSees) {
          "/BBox [ 0 0 80 80 ]"},
         {"the clip is another one", cut, [](FormArtist& it) { it.move(it.clips[0], 10, 10); },
          "/BBox [ 0 0 80 80 ]"},
-        {"in a space of its own", "/BBox [0 0 30 30] /Matrix [0 2 -2 0 100 0] ",
+        {"in a space of its own", "/BBox [0 0 30 30] /Matrix [0 2 -2 0 300 0] ",
          [](FormArtist& it) { it.release(it.forms[0]); }, "/BBox [ 0 0 80 80 ]"},
         {"nothing beyond it", "/BBox [0 0 90 90] ",
          [](FormArtist& it) {
@@ -488,7 +488,7 @@ TEST_F(FormPatchTest, EverySaveBeginsFromWhatWasOpened) {
 
 TEST_F(FormPatchTest, OnlyWhatChangedIsWritten) {
     std::string content;
-    constexpr int drawings = 2000;
+    constexpr int drawings = 300;
     for (int i = 0; i < drawings; ++i) {
         content += "q 1 0 0 1 " + std::to_string(i % 50 * 9) + " " + std::to_string(i / 50 * 9) +
                    " cm /A Do Q\n";

@@ -93,7 +93,7 @@ ArtDifference compareText(const BaseContent& base, const PaintedArt& was, const 
     return difference;
 }
 
-bool sameText(Art was, Art is) {
+bool sameText(Art was, Art is, PaintComparison& paints) {
     std::int32_t count = 0;
     std::int32_t runs = 0;
     callHost(slot::getTextRunCount, was, &count);
@@ -102,7 +102,7 @@ bool sameText(Art was, Art is) {
     for (std::int32_t i = 0; isSame && i < count; ++i) {
         const TextRun former = runOf(was, i);
         const TextRun run = runOf(is, i);
-        isSame = sameLetters(former, run) && !compareStyles(former.style, run.style).any() &&
+        isSame = sameLetters(former, run) && !compareStyles(former.style, run.style, paints).any() &&
                  sameFrame(frameOf(was, former, 0), frameOf(is, run, 0));
     }
     return isSame;

@@ -25,7 +25,7 @@ RealMatrix frameOfPage(const BaseContent& base, const PaintedArt& was);
 ArtDifference compareText(const BaseContent& base, const PaintedArt& was, const EditedObject& is);
 
 /// Whether two text objects show the same letters in the same places.
-bool sameText(Art was, Art is);
+bool sameText(Art was, Art is, PaintComparison& paints);
 
 /// By how much the page's text moves, turns and grows to lie where the run of the artwork does.
 /// Raises `unpatchable` where the page's frame has no inverse, or it is not known where the run
