@@ -76,7 +76,8 @@ RealMatrix matrixEntry(DocumentCache& cache, const Object& dictionary, std::stri
     return n.size() == 6 ? RealMatrix{n[0], n[1], n[2], n[3], n[4], n[5]} : RealMatrix();
 }
 
-std::optional<Box> boxEntry(DocumentCache& cache, const Object& dictionary, std::string_view key) {
+std::optional<Box> rectangleEntry(DocumentCache& cache, const Object& dictionary,
+                                  std::string_view key) {
     const std::vector<double> n = numberEntries(cache, dictionary, key);
     if (n.size() != 4) {
         return std::nullopt;
@@ -138,7 +139,7 @@ std::optional<Shading> readShading(DocumentCache& cache, const Object& object) {
         return std::nullopt;
     }
     shading.background = numberEntries(cache, dictionary, "Background");
-    shading.box = boxEntry(cache, dictionary, "BBox");
+    shading.box = rectangleEntry(cache, dictionary, "BBox");
     overlay(shading.domain, numberEntries(cache, dictionary, "Domain"));
     shading.matrix = matrixEntry(cache, dictionary, "Matrix");
     if (shading.isMesh()) {

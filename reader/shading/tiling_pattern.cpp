@@ -117,7 +117,7 @@ std::optional<TilingPattern> readTiling(DocumentCache& cache, const Object& stre
     if (typeObject(stream) != ObjectType::stream) {
         return std::nullopt;
     }
-    const std::optional<Box> cell = boxEntry(cache, stream, "BBox");
+    const std::optional<Box> cell = rectangleEntry(cache, stream, "BBox");
     if (!cell || !(cell->left < cell->right && cell->bottom < cell->top)) {
         return std::nullopt;
     }

@@ -60,6 +60,11 @@ DrawnTexts::DrawnTexts(ResourceRegistry& resources) : names_(resources) {
     setText_.finish();
 }
 
+DrawnTexts::DrawnTexts(ResourceRegistry& resources, Art top) : names_(resources) {
+    addAll(top);
+    setText_.finish();
+}
+
 /// Looks at what a mask holds, too.
 void DrawnTexts::addMask(SoftMask mask, ArtStack& pending) {
     if (mask == SoftMask::null || !masks_.insert(mask).second) {

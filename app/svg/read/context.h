@@ -10,8 +10,19 @@
 #include "app/svg/read/style/style_sheet.h"
 #include "app/svg/read/tally.h"
 #include "app/svg/reader.h"
+#include "host/appearance.h"
+
+#include <cstddef>
+#include <unordered_map>
 
 namespace corvane {
+
+/// A mask, and the user space that it was read in.
+struct KnownMask {
+    RealMatrix toArt;
+    Viewport viewport;
+    SoftMask mask = SoftMask::null;
+};
 
 struct ReadingContext {
     /// Counts elements that are read once more because something refers to them. Throws `SvgError`
@@ -36,6 +47,8 @@ struct ReadingContext {
     std::int64_t expanded = 0;                  ///< elements read for a `use` or a pattern
     std::vector<pugi::xml_node> activePatterns; ///< and masks, whose art is being read
     InheritedStyles inherited;
+    /// The latest use of a mask, by its node: most are used from one user space.
+    std::unordered_map<std::size_t, KnownMask> masks;
     std::vector<SvgImage> images;
 };
 

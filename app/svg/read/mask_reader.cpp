@@ -98,15 +98,15 @@ SoftMask MaskReader::read(std::string_view id, const MaskUse& use) {
         context_.tally.add("circular reference");
         return SoftMask::null;
     }
-    const auto known = known_.find(node.hash_value());
-    if (known != known_.end() && known->second.toArt == use.toArt &&
+    const auto known = context_.masks.find(node.hash_value());
+    if (known != context_.masks.end() && known->second.toArt == use.toArt &&
         known->second.viewport.width == use.viewport.width &&
         known->second.viewport.height == use.viewport.height) {
         return known->second.mask;
     }
     const SoftMask mask = make(node, use);
     if (!hasBoxUnits(node)) {
-        known_[node.hash_value()] = {use.toArt, use.viewport, mask};
+        context_.masks[node.hash_value()] = {use.toArt, use.viewport, mask};
     }
     return mask;
 }

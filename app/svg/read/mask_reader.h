@@ -6,9 +6,7 @@
 #include "app/svg/read/values/user_box.h"
 #include "host/matrix.h"
 
-#include <cstddef>
 #include <string_view>
-#include <unordered_map>
 
 namespace corvane {
 
@@ -30,19 +28,11 @@ public:
     SoftMask read(std::string_view id, const MaskUse& use);
 
 private:
-    struct Known {
-        RealMatrix toArt;
-        Viewport viewport;
-        SoftMask mask = SoftMask::null;
-    };
-
     SoftMask make(pugi::xml_node node, const MaskUse& use);
     void clip(Art content, const Attributes& attributes, const MaskUse& use);
     void grayOut(Art content);
 
     ReadingContext& context_;
-    /// The latest use of a mask, by its node: most are used from one user space.
-    std::unordered_map<std::size_t, Known> known_;
 };
 
 } // namespace corvane

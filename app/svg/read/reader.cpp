@@ -85,8 +85,8 @@ SvgReading readSvg(std::string text, Document& document, const ReadingBudget& bu
     countExternalEntities(xml, tally);
     SvgReading reading;
     ImageLoader loader(document, files, pause);
-    ReadingContext context{document, index, sheet, tally, budget, pause, loader,
-                           false,    true,  {},    0,     {},     {},    {}};
+    ReadingContext context{document, index, sheet, tally, budget, pause, loader, false,
+                           true,     {},    0,     {},    {},     {},    {}};
     TreeReader tree(context);
     try {
         index.build(sheet);

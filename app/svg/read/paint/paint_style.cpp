@@ -149,7 +149,7 @@ void setResolution(PathStyle& path, const Attributes& attributes) {
 bool isSeen(const ComputedStyle& style, const PaintValue& paint, double opacity,
             ReadingContext& context) {
     if (context.holdsAppearance) {
-        return paint.kind != PaintValue::Kind::none;
+        return paint.kind != PaintValue::Kind::none && paint.alpha != 0;
     }
     if (style.transparent || paint.kind == PaintValue::Kind::none || opacity == 0) {
         return false;

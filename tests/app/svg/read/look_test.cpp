@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cmath>
 
 namespace corvane::test {
 namespace {
@@ -55,7 +56,8 @@ TEST(ReadLook, MasksOfOthers) {
         "maskUnits='userSpaceOnUse' x='0' y='0' width='300' height='200'";
     for (const Row& row : {
              Row{"><path d='M0 0H9'/>", "<path d=\"M0 0H9\"/>"},
-             Row{"><path fill='#0f0' d='M0 0H9'/>", "<path fill=\"#b6b6b6\" d=\"M0 0H9\"/>"},
+             Row{"><path fill='#0f0' d='M0 0H9'/>",
+                 "<path fill=\"#b6b6b6\" data-fill-gray=\".7154\" d=\"M0 0H9\"/>"},
              Row{"mask-type='alpha'><path fill='#0f0' d='M0 0H9'/>",
                  "<path fill=\"#00ff00\" d=\"M0 0H9\"/>"},
              Row{"maskContentUnits='objectBoundingBox'><path d='M0 0H1V.5'/>",
@@ -114,7 +116,8 @@ TEST(ReadLook, OursComesBack) {
     document.setAppearance(art.path(group, box(0, 0, 50, 50), filled()), {.mask = alpha});
     const Art text = document.make(ArtKind::text, Placement::inside, group);
     TextLine line;
-    line.matrix = {fixedOne, fixedOne, -fixedOne, fixedOne, fixed(20), fixed(30)};
+    const Fixed half = fixed(std::sqrt(.5));
+    line.matrix = {half, half, -half, half, fixed(20), fixed(30)};
     document.setTextLine(text, line);
     document.addTextRun(text, {.font = document.addFont({.family = "Font"}),
                                .size = fixed(10),
