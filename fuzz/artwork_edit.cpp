@@ -26,15 +26,25 @@ bool isClip(const Document& document, Art art) {
            document.clipped(parent) && document.firstChild(parent) == art;
 }
 
-/// Takes the sources of art: of a path its own, of text those of its runs.
+/// Takes a source in the page's content; what a form paints has others.
+void addSource(const ArtSource& source, SourceSet& sources) {
+    if (source.content == 0) {
+        sources.emplace(source.start, source.end);
+    }
+}
+
+/// Takes the sources of art: of a path its own, of text those of its runs, of what a form paints
+/// that of the form.
 void addSources(const Document& document, Art art, SourceSet& sources) {
-    if (const auto source = document.source(art)) {
-        sources.emplace(source->start, source->end);
+    for (Art each = art; each != Art::null; each = document.parent(each)) {
+        const auto source = document.source(each);
+        if (source && (each == art || document.form(each))) {
+            addSource(*source, sources);
+        }
     }
     const std::int32_t runs = document.kind(art) == ArtKind::text ? document.textRunCount(art) : 0;
     for (std::int32_t i = 0; i < runs; ++i) {
-        const ArtSource source = document.textRun(art, i).source;
-        sources.emplace(source.start, source.end);
+        addSource(document.textRun(art, i).source, sources);
     }
 }
 

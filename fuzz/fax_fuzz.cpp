@@ -34,13 +34,14 @@ CCParameters chooseParameters(Choices& choices) {
 /// row the standards compare pixels and libtiff compares codes; what our encoder writes of the
 /// decoded pixels has no such run, so both must agree on that.
 void compareWithPeer(const CCParameters& parameters, Bytes pixels) {
-    const std::size_t rowBytes = (std::size_t{parameters.columns} + 7) / 8;
+    const std::size_t rowBytes = (static_cast<std::size_t>(parameters.columns) + 7) / 8;
     const auto rows = static_cast<std::uint32_t>(pixels.size() / rowBytes);
     if (rows == 0) {
         return;
     }
     CCParameters coding{.columns = parameters.columns, .k = parameters.k, .blackIs1 = true};
-    test::FaxKind kind{parameters.columns, rows, COMPRESSION_CCITTFAX4, 0};
+    test::FaxKind kind{static_cast<std::uint32_t>(parameters.columns), rows, COMPRESSION_CCITTFAX4,
+                       0};
     if (parameters.k >= 0) {
         coding.endOfLine = true;
         kind.compression = COMPRESSION_CCITTFAX3;
@@ -81,7 +82,7 @@ void fuzzFaxDecode(Bytes input) {
     if (parameters.columns <= 2000) {
         compareWithPeer(parameters, whole.pixels);
         if (!input.empty()) {
-            decodeAsPeer(input, parameters.columns);
+            decodeAsPeer(input, static_cast<std::uint16_t>(parameters.columns));
         }
     }
     require(zoneBytesCharged() == 0);
@@ -91,7 +92,7 @@ void fuzzFaxEncode(Bytes input) {
     const ToolboxScope scope(memoryLimit);
     Choices choices(input);
     CCParameters parameters = chooseParameters(choices);
-    const std::size_t rowBytes = (std::size_t{parameters.columns} + 7) / 8;
+    const std::size_t rowBytes = (static_cast<std::size_t>(parameters.columns) + 7) / 8;
     const std::size_t rows = std::min(input.size() / rowBytes, mostRows);
     const Bytes pixels = input.first(rows * rowBytes);
     parameters.rows = parameters.endOfBlock ? 0 : static_cast<std::uint16_t>(rows);

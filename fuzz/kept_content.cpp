@@ -12,11 +12,11 @@ namespace corvane::fuzz {
 
 namespace {
 
-/// Operators that make, clip to and paint paths, and those that show text.
+/// Operators that make, clip to and paint paths, and those that show text, objects and shadings.
 bool isOfArt(std::string_view word) {
-    constexpr std::array<std::string_view, 25> words = {
-        "m", "l", "c",  "v", "y",  "h", "re", "W", "W*", "b",  "b*", "B", "B*",
-        "E", "f", "f*", "F", "F*", "n", "s",  "S", "Tj", "TJ", "'",  "\""};
+    constexpr std::array<std::string_view, 27> words = {
+        "m", "l",  "c", "v",  "y", "h", "re", "W",  "W*", "b", "b*", "B",  "B*", "E",
+        "f", "f*", "F", "F*", "n", "s", "S",  "Tj", "TJ", "'", "\"", "Do", "sh"};
     return std::ranges::find(words, word) != words.end();
 }
 

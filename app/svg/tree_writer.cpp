@@ -61,7 +61,8 @@ bool TreeWriter::writeStructure(Art group) {
         return true;
     }
     const ContentLayerFacts facts = document_.contentLayers().facts(layer);
-    writeContentLayer(out_, facts, levels_.size() == 1);
+    const bool isTop = levels_.size() == 1 && levels_.front().content >= 0;
+    writeContentLayer(out_, facts, isTop);
     return facts.isVisible;
 }
 

@@ -6,8 +6,11 @@
 #include "runtime/extension.h"
 #include "writer/art/art_stack.h"
 #include "writer/art/layers.h"
+#include "writer/art/outline.h"
 #include "writer/patch/form_group.h"
+#include "writer/patch/group_parts.h"
 
+#include <algorithm>
 #include <string>
 #include <unordered_map>
 
@@ -39,6 +42,19 @@ Annotations annotationsIn(Art root) {
     return annotations;
 }
 
+/// Such as a link: where it lies is no picture that a person edits.
+bool isUnseen(Art group) {
+    const ChargedList<GroupPart> parts = partsOf(group);
+    return std::ranges::all_of(parts.items(), [](const GroupPart& part) {
+        if (part.kind == ArtKind::group) {
+            return true;
+        }
+        const bool isPath = part.kind == ArtKind::path || part.kind == ArtKind::compound;
+        const PathStyle style = isPath ? leadingStyle(part.art) : PathStyle();
+        return isPath && style.fillPaint == 0 && style.strokePaint == 0;
+    });
+}
+
 std::string nameOf(const FormFacts& form) {
     return form.object != 0 ? "object " + std::to_string(form.object)
                             : "content " + std::to_string(form.content);
@@ -56,7 +72,8 @@ void refuseChangedAnnotations(const BaseReading& base, const EditedArtwork& artw
     for (const Art art : artwork.annotations.items()) {
         const FormFacts form = formOf(art);
         const auto was = known.find(keyOf(form));
-        if (was == known.end() || isSameGroup(was->second, art, base.paints)) {
+        if (was == known.end() || isUnseen(was->second) ||
+            isSameGroup(was->second, art, base.paints)) {
             continue;
         }
         isRefused = true;

@@ -13,10 +13,11 @@
 namespace corvane {
 
 void TreeReader::readStructure(const Frame& frame) {
-    if (!context_.ours || inTile_) {
+    if (!context_.ours) {
         return;
     }
-    if (const auto form = parseFormFacts(attributes_[Attribute::dataForm])) {
+    const auto form = parseFormFacts(attributes_[Attribute::dataForm]);
+    if (form && !inTile_) {
         document_.setForm(frame.made, *form);
     }
     if (attributes_.has(Attribute::dataLayer)) {

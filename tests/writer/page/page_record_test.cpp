@@ -106,13 +106,13 @@ TEST_F(PageRecordTest, ArtworkOfAnyVersionOfTheDigestKeepsItsPage) {
     const std::string file =
         PdfBuilder::onePage(line, "/Resources<</XObject<</F 7 0 R>>>>/Annots[8 0 R]")
             .stream(7, "0 g", "/Subtype/Form")
-            .object(8, "<</Subtype/Link/Rect[0 0 1 1]>>")
+            .object(8, "<</Subtype/Popup/Rect[0 0 1 1]>>")
             .bytes();
     use("in.pdf", file);
     ASSERT_EQ(open(), 0U);
     edit();
     const std::string form = "<</Subtype/Form/Length 3>>stream\n1 g\nendstream";
-    const std::string annotation = "<</Subtype/Link/Rect[0 0 2 2]>>";
+    const std::string annotation = "<</Subtype/Popup/Rect[0 0 2 2]>>";
     struct Row {
         std::uint64_t opened;
         const char* version;
