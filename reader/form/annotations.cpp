@@ -143,6 +143,7 @@ void drawAnnotations(Interpreter& interpreter, const std::vector<Annotation>& an
     applyPageMatrix(interpreter, matrix);
     ContentScope scope(interpreter, shared(interpreter.cache.resources.get()));
     interpreter.level.tellsSources = true;
+    interpreter.level.area = turnedBox(matrix, cropCache(interpreter.cache));
     for (const Annotation& annotation : annotations) {
         attempted([&] { drawAnnotation(interpreter, annotation); });
     }

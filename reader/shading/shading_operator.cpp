@@ -1,5 +1,6 @@
 // `sh`: the area of the clip in force, filled with a shading.
 #include "objects/stack.h"
+#include "reader/content/appearance.h"
 #include "reader/content/art.h"
 #include "reader/content/content_operators.h"
 #include "reader/content/losses.h"
@@ -87,8 +88,9 @@ void shadingOperator(Interpreter& interpreter) {
     if (level.shaded == Art::null) {
         return;
     }
+    tellAppearance(interpreter, level.shaded, {.fills = true});
     if (level.tellsSources) {
-        const ArtSource source{level.span.start, level.span.end, level.painted};
+        const ArtSource source = interpreter.sourceFrom(level.span.start);
         callHost(slot::setArtSource, level.shaded, &source);
     }
     ++level.painted;

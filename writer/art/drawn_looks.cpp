@@ -198,7 +198,7 @@ void DrawnLooks::writeForm(DocumentCache& cache, const Form& form) const {
     touchXRef(output, form.number, 0);
     objectOutput(output, form.number, 0);
     stringOutput(output, "<<\r/Type /XObject /Subtype /Form /BBox [ ");
-    rectOutput(output, pageBounds());
+    rectOutput(output, area_ ? *area_ : pageBounds());
     std::string group = "]\r/Group << /S /Transparency";
     group += form.isMask ? " /CS /DeviceRGB" : "";
     group += form.isIsolated ? " /I true" : "";

@@ -38,7 +38,9 @@ LookState stateOf(const Appearance& appearance);
 
 class DrawnLooks {
 public:
-    explicit DrawnLooks(ResourceRegistry& resources) : resources_(&resources) {}
+    /// Nothing is seen beyond `area`; without one, beyond the bounds of the page.
+    explicit DrawnLooks(ResourceRegistry& resources, const std::optional<Rect>& area = {})
+        : resources_(&resources), area_(area) {}
 
     /// The name of an external graphics state that sets this; of equal states there is one. Masks
     /// are drawn as `walk` draws art, and lie on the artboard: it must be the space in force.
@@ -75,6 +77,7 @@ private:
     void writeTransfer(DocumentCache& cache, SoftMask mask, std::int32_t number) const;
 
     ResourceRegistry* resources_;
+    std::optional<Rect> area_;
     std::map<LookState, std::int32_t> states_;
     std::map<SoftMask, DrawnMask> masks_;
     std::vector<Form> forms_;

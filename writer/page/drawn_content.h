@@ -11,8 +11,9 @@ namespace corvane {
 struct DrawnContent {
     /// Of all layers that are drawn.
     explicit DrawnContent(DocumentCache& cache) : texts(resources), newImages(cache) {}
-    /// Of what `top` holds.
-    DrawnContent(DocumentCache& cache, Art top) : texts(resources, top), newImages(cache) {}
+    /// Of what `top` holds; nothing is seen beyond `area`.
+    DrawnContent(DocumentCache& cache, Art top, const Rect& area)
+        : texts(resources, top), newImages(cache), looks(resources, area) {}
     DrawnContent(const DrawnContent&) = delete;
     DrawnContent& operator=(const DrawnContent&) = delete;
 

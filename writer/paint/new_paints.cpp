@@ -5,6 +5,8 @@
 #include "output/number_text.h"
 #include "output/primitives.h"
 #include "output/xref.h"
+#include "reader/content/appearance.h"
+#include "reader/page/page_matrix.h"
 #include "runtime/budget.h"
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
@@ -172,12 +174,13 @@ std::int32_t NewPaints::opacityMask(const GradientFacts& gradient, const Painted
 std::int32_t NewPaints::tilingPattern(const PatternFacts& pattern, const PaintedContent& content) {
     const Nesting nesting(depth_);
     const Box cell{pattern.left, pattern.bottom, pattern.right, pattern.top};
-    auto drawn = std::make_unique<DrawnContent>(*cache_, pattern.tile);
+    auto drawn = std::make_unique<DrawnContent>(*cache_, pattern.tile, hostRect(cell));
     ContentPaints paints(*this, drawn->resources, {.placement = {}, .area = cell});
     const auto drawing = std::make_unique<Drawing>();
     drawing->walk.texts = &drawn->texts;
     drawing->walk.paints = &paints;
     drawing->walk.images = &drawn->images;
+    drawing->walk.looks = hostHoldsAppearance() ? &drawn->looks : nullptr;
     objectWorks(drawing->walk, pattern.tile);
     drawing->walk.text.flush();
     const std::int32_t number = nextIdentity();
