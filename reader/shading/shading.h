@@ -68,7 +68,8 @@ std::vector<double> numberEntries(DocumentCache& cache, const Object& dictionary
 /// A matrix in a dictionary; the identity where there is none.
 RealMatrix matrixEntry(DocumentCache& cache, const Object& dictionary, std::string_view key);
 /// A box in a dictionary, its corners sorted; nothing where there is none.
-std::optional<Box> rectangleEntry(DocumentCache& cache, const Object& dictionary, std::string_view key);
+std::optional<Box> rectangleEntry(DocumentCache& cache, const Object& dictionary,
+                                  std::string_view key);
 
 /// The box around the corners of another one under a matrix.
 Box spannedBox(const Box& box, const RealMatrix& matrix);

@@ -121,8 +121,8 @@ MaskComparison::Relation MaskComparison::compare(SoftMask was, SoftMask is,
     const ChargedList<Art> ofWas = paintedIn(former.content);
     const ChargedList<Art> ofIs = paintedIn(facts.content);
     if (isNew) {
-        known->second = std::ranges::equal(
-            ofWas.items(), ofIs.items(), [&](Art a, Art b) { return isSame(a, b, paints_); });
+        known->second = std::ranges::equal(ofWas.items(), ofIs.items(),
+                                           [&](Art a, Art b) { return isSame(a, b, paints_); });
     }
     const auto isMovedAlong = [&](Art a, Art b) { return isMoved(a, b, *movement, paints_); };
     return known->second ? Relation::same

@@ -7,9 +7,9 @@
 #include "writer/art/path_works.h"
 #include "writer/art/segment_works.h"
 #include "writer/art/style_works.h"
+#include "writer/image/image_works.h"
 #include "writer/patch/kept_works.h"
 #include "writer/patch/movement.h"
-#include "writer/image/image_works.h"
 #include "writer/patch/placed_image.h"
 
 namespace corvane {

@@ -102,7 +102,8 @@ bool sameText(Art was, Art is, PaintComparison& paints) {
     for (std::int32_t i = 0; isSame && i < count; ++i) {
         const TextRun former = runOf(was, i);
         const TextRun run = runOf(is, i);
-        isSame = sameLetters(former, run) && !compareStyles(former.style, run.style, paints).any() &&
+        isSame = sameLetters(former, run) &&
+                 !compareStyles(former.style, run.style, paints).any() &&
                  sameFrame(frameOf(was, former, 0), frameOf(is, run, 0));
     }
     return isSame;
