@@ -5,7 +5,7 @@
 #include "runtime/matrix.h"
 #include "writer/art/outline.h"
 #include "writer/image/image_works.h"
-#include "writer/patch/placed_image.h"
+#include "writer/patch/works/placed_image.h"
 
 #include <algorithm>
 #include <array>

@@ -2,15 +2,15 @@
 
 #include "objects/identity.h"
 #include "runtime/exception.h"
-#include "writer/patch/clip_matching.h"
+#include "writer/patch/compare/clip_matching.h"
+#include "writer/patch/compare/missing_art.h"
 #include "writer/patch/form/edited_form.h"
-#include "writer/patch/inserted_works.h"
-#include "writer/patch/missing_art.h"
 #include "writer/patch/object_patches.h"
 #include "writer/patch/page_end.h"
 #include "writer/patch/paint_order.h"
 #include "writer/patch/text/actual_text.h"
 #include "writer/patch/text/show_patches.h"
+#include "writer/patch/works/inserted_works.h"
 
 #include <algorithm>
 #include <span>

@@ -1,13 +1,13 @@
 // The patches to one content, and the objects that they need.
 #pragma once
 
+#include "writer/patch/compare/matching.h"
 #include "writer/patch/content_bytes.h"
-#include "writer/patch/drawn_groups.h"
-#include "writer/patch/matching.h"
 #include "writer/patch/moved_patterns.h"
 #include "writer/patch/patch.h"
 #include "writer/patch/patch_counts.h"
 #include "writer/patch/patch_tools.h"
+#include "writer/patch/works/drawn_groups.h"
 
 #include <vector>
 

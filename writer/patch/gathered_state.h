@@ -3,7 +3,7 @@
 
 #include "host/matrix.h"
 #include "writer/art/walk.h"
-#include "writer/patch/base_content.h"
+#include "writer/patch/base/base_content.h"
 #include "writer/patch/content_bytes.h"
 #include "writer/patch/moved_patterns.h"
 

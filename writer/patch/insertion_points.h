@@ -1,7 +1,7 @@
 // Places between the operators of the content where something new can be drawn.
 #pragma once
 
-#include "writer/patch/clip_matching.h"
+#include "writer/patch/compare/clip_matching.h"
 #include "writer/patch/gathered_state.h"
 #include "writer/patch/paint_order.h"
 

@@ -3,9 +3,9 @@
 #include "runtime/exception.h"
 #include "writer/art/style_works.h"
 #include "writer/patch/form/form_works.h"
-#include "writer/patch/kept_works.h"
-#include "writer/patch/placed_image.h"
-#include "writer/patch/shading_works.h"
+#include "writer/patch/works/kept_works.h"
+#include "writer/patch/works/placed_image.h"
+#include "writer/patch/works/shading_works.h"
 
 #include <algorithm>
 

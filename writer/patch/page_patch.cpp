@@ -3,10 +3,10 @@
 #include "runtime/exception.h"
 #include "runtime/extension.h"
 #include "runtime/warning.h"
-#include "writer/patch/base_reading.h"
+#include "writer/patch/base/base_reading.h"
+#include "writer/patch/compare/kept_annotations.h"
+#include "writer/patch/compare/missing_art.h"
 #include "writer/patch/form/form_comparison.h"
-#include "writer/patch/kept_annotations.h"
-#include "writer/patch/missing_art.h"
 #include "writer/patch/text/text_layout.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 // two that stay.
 #pragma once
 
-#include "writer/patch/clip_matching.h"
+#include "writer/patch/compare/clip_matching.h"
 
 #include <vector>
 

@@ -6,10 +6,10 @@
 #include "writer/art/outline.h"
 #include "writer/art/style_works.h"
 #include "writer/image/image_works.h"
-#include "writer/patch/clip_matching.h"
-#include "writer/patch/movement.h"
-#include "writer/patch/placed_image.h"
+#include "writer/patch/compare/clip_matching.h"
+#include "writer/patch/compare/movement.h"
 #include "writer/patch/text/text_run.h"
+#include "writer/patch/works/placed_image.h"
 
 #include <algorithm>
 #include <array>

@@ -2,6 +2,7 @@
 
 #include "output/primitives.h"
 #include "output/xref.h"
+#include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
 #include "writer/page/page_geometry.h"
 #include "writer/patch/form/form_box.h"
@@ -30,22 +31,39 @@ bool isAmong(const std::array<std::string_view, count>& keys, std::string_view k
     return std::ranges::find(keys, key) != keys.end();
 }
 
-/// The entries of the resources in which the content looks up names.
-std::vector<RawEntry> entriesOfResources(PageTools& tools, const BaseContent& content) {
+/// The content whose resources are those in which `content` looks up names.
+const BaseContent& ownerOfResources(const BaseContent& content) {
     const BaseContent* owner = &content;
     while (owner->form != nullptr && !owner->form->hasResources) {
         owner = owner->around;
     }
-    if (owner->form == nullptr) {
+    return *owner;
+}
+
+std::vector<RawEntry> entriesOfResources(PageTools& tools, const BaseContent& owner) {
+    if (owner.form == nullptr) {
         return resourceEntries(tools.cache, tools.base);
     }
     for (const RawEntry& entry :
-         rawEntries(tools.cache, owner->form->object, owner->form->generation)) {
+         rawEntries(tools.cache, owner.form->object, owner.form->generation)) {
         if (entry.key == "Resources") {
             return rawEntries(tools.cache, entry);
         }
     }
     return {};
+}
+
+std::unique_ptr<ResourceRegistry> carriedResources(PageTools& tools, const BaseContent& content) {
+    const BaseContent& owner = ownerOfResources(content);
+    auto resources = std::make_unique<ResourceRegistry>();
+    std::vector<ObjectOwner> streams;
+    streams.push_back(sharedObject(content.form->stream.get()));
+    resources->avoidNames(tools.cache, std::move(streams),
+                          owner.form == nullptr
+                              ? sharedObject(tools.base.resources.get())
+                              : lookupObject(tools.cache, owner.form->stream.get(), "Resources"));
+    resources->carry(tools.cache, entriesOfResources(tools, owner));
+    return resources;
 }
 
 void carryEntries(DocumentCache& cache, const EditedForm& form, FormObject& object) {
@@ -71,8 +89,7 @@ FormObject planForm(PageTools& tools, EditedForm& form) {
     if (former.object == 0) {
         failException(Exception::unpatchable);
     }
-    auto resources = std::make_unique<ResourceRegistry>();
-    resources->carry(tools.cache, entriesOfResources(tools, *form.base));
+    std::unique_ptr<ResourceRegistry> resources = carriedResources(tools, *form.base);
     const auto ofForm = std::make_unique<PatchTools>(tools, *form.base, *resources);
     FormObject object{.entries = {},
                       .box = enlargedBox(tools.cache, tools.base, form),

@@ -1,7 +1,7 @@
 // ActualText: what marked content says that its text reads as (PDF Reference, 10.8.3).
 #pragma once
 
-#include "writer/patch/matching.h"
+#include "writer/patch/compare/matching.h"
 #include "writer/patch/paint_order.h"
 #include "writer/patch/patch.h"
 #include "writer/patch/patch_tools.h"

@@ -1,7 +1,7 @@
 #include "writer/patch/text/text_layout.h"
 
 #include "runtime/fixed.h"
-#include "writer/patch/matching.h"
+#include "writer/patch/compare/matching.h"
 #include "writer/patch/text/text_run.h"
 
 #include <optional>

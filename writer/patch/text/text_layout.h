@@ -1,8 +1,8 @@
 // Where the runs of the artwork's lines begin.
 #pragma once
 
-#include "writer/patch/base_content.h"
-#include "writer/patch/edited_artwork.h"
+#include "writer/patch/base/base_content.h"
+#include "writer/patch/base/edited_artwork.h"
 #include "writer/text/set_text.h"
 
 namespace corvane {

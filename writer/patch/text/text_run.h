@@ -3,9 +3,9 @@
 
 #include "host/matrix.h"
 #include "host/text.h"
-#include "writer/patch/base_content.h"
-#include "writer/patch/comparison.h"
-#include "writer/patch/edited_artwork.h"
+#include "writer/patch/base/base_content.h"
+#include "writer/patch/base/edited_artwork.h"
+#include "writer/patch/compare/comparison.h"
 
 namespace corvane {
 

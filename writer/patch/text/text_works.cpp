@@ -5,9 +5,9 @@
 #include "writer/art/color_works.h"
 #include "writer/art/path_works.h"
 #include "writer/art/style_works.h"
-#include "writer/patch/changed_works.h"
 #include "writer/patch/text/show_bytes.h"
 #include "writer/patch/text/text_run.h"
+#include "writer/patch/works/changed_works.h"
 #include "writer/text/text_state.h"
 
 #include <string>

@@ -1,8 +1,8 @@
 // Runs of text that are written apart: moved, painted otherwise, typed anew, new.
 #pragma once
 
-#include "writer/patch/comparison.h"
-#include "writer/patch/edited_artwork.h"
+#include "writer/patch/base/edited_artwork.h"
+#include "writer/patch/compare/comparison.h"
 #include "writer/patch/patch_tools.h"
 
 namespace corvane {

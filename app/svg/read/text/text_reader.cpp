@@ -1,7 +1,7 @@
 #include "app/svg/read/text/text_reader.h"
 
-#include "app/artwork/characters.h"
 #include "app/artwork/geometry.h"
+#include "app/artwork/text/characters.h"
 #include "app/svg/font_names.h"
 #include "app/svg/read/paint/paint_style.h"
 #include "app/svg/read/style/cascade.h"
@@ -313,7 +313,7 @@ void TextReader::readLetters(std::string_view text) {
             letter = " ";
         } else if (character.length == 0) {
             letter = "\xEF\xBF\xBD";
-        } else if (!isTextCharacter(character.code)) {
+        } else if (!isMarkupCharacter(character.code)) {
             continue;
         } else if (frame_.isVertical && !frame_.isColumn && !level.style.upright &&
                    character.code < firstUpright && !isSideways_) {

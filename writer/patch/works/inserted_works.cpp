@@ -1,0 +1,305 @@
+#include "writer/patch/works/inserted_works.h"
+
+#include "reader/content/art.h"
+#include "runtime/exception.h"
+#include "runtime/extension.h"
+#include "runtime/fixed.h"
+#include "runtime/reason.h"
+#include "writer/art/object_works.h"
+#include "writer/art/path_works.h"
+#include "writer/art/style_works.h"
+#include "writer/patch/compare/look_difference.h"
+#include "writer/patch/compare/movement.h"
+#include "writer/patch/form/form_works.h"
+#include "writer/patch/insertion_points.h"
+#include "writer/patch/text/text_run.h"
+#include "writer/patch/text/text_works.h"
+#include "writer/patch/works/kept_works.h"
+#include "writer/patch/works/placed_image.h"
+#include "writer/patch/works/shading_works.h"
+
+#include <algorithm>
+
+namespace corvane {
+
+std::vector<bool> groupsApart(const EditedArtwork& artwork, const PaintOrder& order) {
+    std::vector<bool> apart(artwork.groups.size(), true);
+    for (EditedIndex i = 0; i < artwork.objects.size(); ++i) {
+        for (EditedIndex group = artwork.objects[i].group;
+             order.stays[i] && group != 0 && apart[group]; group = artwork.groups[group].outer) {
+            apart[group] = false;
+        }
+    }
+    // The groups of layers are made by opening anyway.
+    for (EditedIndex group = 0; group < artwork.groups.size(); ++group) {
+        apart[group] = apart[group] && artwork.groups[group].outer != 0;
+    }
+    return apart;
+}
+
+void InsertedWorks::write(std::span<const Insertion> insertions, const Surroundings& inForce,
+                          std::string_view reset) {
+    setter_ = inForce.setter;
+    isBehindNew_ = false;
+    noneStyleWorks(walk_);
+    enterWorks(walk_);
+    const RealMatrix back =
+        withoutSignedZeros(inverse(trace_.matrix(inForce.matrix)).value_or(RealMatrix()));
+    if (back != RealMatrix()) {
+        walk_.text.addMatrix(back);
+        walk_.text.add("cm\n");
+    }
+    if (!reset.empty()) {
+        walk_.text.add("/");
+        walk_.text.add(reset);
+        walk_.text.add(" gs\n");
+    }
+    for (const Insertion& insertion : insertions) {
+        openGroups(insertion);
+        writeObject(insertion);
+    }
+    closeGroups(0);
+    leaveWorks(walk_);
+}
+
+/// Opens the groups around an object that are not in force at its place.
+void InsertedWorks::openGroups(const Insertion& insertion) {
+    std::vector<EditedIndex> around;
+    for (EditedIndex group = artwork_.objects[insertion.object].group; group != 0;
+         group = artwork_.groups[group].outer) {
+        around.push_back(group);
+    }
+    std::ranges::reverse(around);
+    std::vector<EditedIndex> wanted;
+    std::uint32_t inForce = insertion.point.ownClips;
+    for (const EditedIndex group : around) {
+        const bool clips = artwork_.groups[group].clip != Art::null;
+        if (clips && inForce > 0) {
+            --inForce;
+        } else if (clips || artwork_.groups[group].isLooked() || (inForce == 0 && apart_[group])) {
+            wanted.push_back(group);
+        }
+    }
+    const auto same = std::ranges::mismatch(open_, wanted);
+    closeGroups(static_cast<std::size_t>(same.in1 - open_.begin()));
+    for (auto group = same.in2; group != wanted.end(); ++group) {
+        if (artwork_.groups[*group].isLooked()) {
+            beginForm(*group);
+        } else {
+            enterWorks(walk_);
+        }
+        if (artwork_.groups[*group].clip != Art::null) {
+            clipWorks(walk_, artwork_.groups[*group].clip);
+        }
+        open_.push_back(*group);
+    }
+}
+
+void InsertedWorks::closeGroups(std::size_t left) {
+    while (open_.size() > left) {
+        const EditedIndex group = open_.back();
+        open_.pop_back();
+        if (artwork_.groups[group].isLooked()) {
+            endForm(artwork_.groups[group].appearance);
+        } else {
+            leaveWorks(walk_);
+        }
+    }
+}
+
+/// What comes next goes into a form, which is drawn as one thing. All that it is to hold must be
+/// drawn in one place.
+void InsertedWorks::beginForm(EditedIndex group) {
+    if (!formed_.insert(group).second) {
+        failException(Exception::unpatchable);
+    }
+    walk_.text.flush();
+    around_.push_back({.text = tools_.sink.take(), .paints = walk_.paints});
+    walk_.paints = walk_.paints != nullptr ? &walk_.paints->onArtboard() : nullptr;
+    noneStyleWorks(walk_);
+}
+
+void InsertedWorks::endForm(const Appearance& appearance) {
+    walk_.text.flush();
+    const std::string_view name = tools_.looks.addGroup(tools_.sink.take(), appearance);
+    walk_.text.add(around_.back().text);
+    walk_.paints = around_.back().paints;
+    around_.pop_back();
+    enterWorks(walk_);
+    stateWorks(walk_, stateOf(appearance));
+    walk_.text.add("/");
+    walk_.text.add(name);
+    walk_.text.add(" Do\n");
+    leaveWorks(walk_);
+}
+
+void InsertedWorks::writeObject(const Insertion& insertion) {
+    const MatchedObject& object = matching_.objects[insertion.object];
+    const EditedObject& edited = artwork_.objects[insertion.object];
+    if (object.source != noSource) {
+        writeSourced(object, edited, insertion.point.inForce.mark);
+        return;
+    }
+    if (!tools_.state.inherits()) {
+        writeNew(edited);
+        isBehindNew_ = true;
+        return;
+    }
+    enterWorks(walk_);
+    writeNew(edited);
+    leaveWorks(walk_);
+}
+
+/// In the space of the artboard.
+void InsertedWorks::writeNew(const EditedObject& edited) {
+    if (edited.form == nullptr && edited.kind != ArtKind::text && edited.kind != ArtKind::placed) {
+        if (edited.appearance == Appearance()) {
+            plainWorks(walk_, edited.art);
+        } else {
+            lookedWorks(walk_, edited.art, edited.appearance);
+        }
+        return;
+    }
+    Appearance appearance = edited.appearance;
+    if (edited.kind == ArtKind::text) {
+        const TextRun run = runOf(edited.art, edited.run);
+        appearance.fillOpacity *= run.fillOpacity;
+        appearance.strokeOpacity *= run.strokeOpacity;
+    }
+    const LookState look = stateOf(appearance);
+    if (!look.isEmpty()) {
+        enterWorks(walk_);
+        stateWorks(walk_, look);
+    }
+    if (edited.form != nullptr) {
+        newFormWorks(tools_, *edited.form);
+    } else if (edited.kind == ArtKind::text) {
+        newTextWorks(tools_, edited);
+    } else {
+        plainWorks(walk_, edited.art);
+    }
+    if (!look.isEmpty()) {
+        leaveWorks(walk_);
+    }
+}
+
+/// The state of text, what lies on the page moved.
+void InsertedWorks::writeState(const PaintedArt& was, const ArtDifference& difference,
+                               const RealMatrix& movement) {
+    // A `gs` that set the font may set what other operators set again.
+    const TraceIndex font = trace_.textSetting(was.setting).font;
+    if (font != 0 && trace_.events()[font - 1].role == OperatorRole::external) {
+        walk_.text.add(tools_.state.bytesOf(font - 1));
+    }
+    const Surroundings& own = trace_.events()[was.event].behind;
+    const bool isMasked = movesMask(own, difference);
+    tools_.state.write(own, {},
+                       {.masks = isMasked ? movement : RealMatrix(),
+                        .patterns = difference.movesPaint ? movement : RealMatrix()});
+    lookWorks(tools_, trace_.matrix(own.matrix), difference.look);
+}
+
+/// What glyph procedures drew: shown again, or, where its insides were changed and the host
+/// insists, drawn.
+void InsertedWorks::writeGlyphs(const MatchedObject& object, const EditedObject& edited) {
+    const PaintedArt& was = trace_.painted()[object.source];
+    if (object.difference.letters) {
+        const auto extension = knownExtension();
+        if (!extension || !extension->overwrites) {
+            noteReason(Reason::drawnLetters);
+            failException(Exception::unpatchable);
+        }
+        tools_.state.writeOnArtboard(trace_.events()[was.event].behind);
+        return objectWorks(walk_, edited.art);
+    }
+    const RealMatrix movement = object.difference.place
+                                    ? movementOf(was.art, edited.art).value_or(RealMatrix())
+                                    : RealMatrix();
+    writeState(was, object.difference, movement);
+    movedGlyphsWorks(tools_, was, movement);
+}
+
+void InsertedWorks::writeText(const MatchedObject& object, const EditedObject& edited) {
+    const PaintedArt& was = trace_.painted()[object.source];
+    const bool isMasked = movesMask(trace_.events()[was.event].behind, object.difference);
+    const RealMatrix movement =
+        (isMasked || object.difference.movesPaint) && object.difference.place
+            ? movementOfText(base_, was, edited)
+            : RealMatrix();
+    writeState(was, object.difference, movement);
+    sourcedTextWorks(tools_, base_, was, edited, object.difference);
+}
+
+void InsertedWorks::writeImage(const MatchedObject& object, const EditedObject& edited) {
+    const PaintedArt& was = trace_.painted()[object.source];
+    const Surroundings& own = trace_.events()[was.event].behind;
+    const RealMatrix movement = object.difference.place && movesMask(own, object.difference)
+                                    ? movementOfImage(was.art, edited.art)
+                                    : RealMatrix();
+    tools_.state.write(own, {}, {.masks = movement, .patterns = {}});
+    lookWorks(tools_, trace_.matrix(own.matrix), object.difference.look);
+    imageWorks(tools_, was, edited.art, object.difference);
+}
+
+void InsertedWorks::writeForm(const MatchedObject& object, const EditedForm& form) {
+    const PaintedArt& was = trace_.painted()[object.source];
+    const Surroundings& own = trace_.events()[was.event].behind;
+    const RealMatrix movement =
+        movesMask(own, object.difference) ? form.movement.value_or(RealMatrix()) : RealMatrix();
+    tools_.state.write(own, {}, {.masks = movement, .patterns = {}});
+    lookWorks(tools_, trace_.matrix(own.matrix), object.difference.look);
+    formWorks(tools_, was, form);
+}
+
+/// The state that an object had, and its own bytes, or what an edit made of them.
+void InsertedWorks::writeSourced(const MatchedObject& object, const EditedObject& edited,
+                                 TraceIndex marks) {
+    const TraceIndex event = trace_.painted()[object.source].event;
+    const Surroundings& own = trace_.events()[event].behind;
+    // A layer of the file that hides the object goes on hiding it.
+    std::vector<TraceIndex> layers;
+    for (TraceIndex mark = own.mark; mark != 0; mark = trace_.mark(mark).outer) {
+        const bool isAround = commonMark(trace_, mark, marks) == mark;
+        if (trace_.mark(mark).isOptional && !isAround) {
+            layers.push_back(mark);
+        }
+    }
+    for (auto mark = layers.rbegin(); mark != layers.rend(); ++mark) {
+        walk_.text.add(tools_.state.bytesOf(trace_.mark(*mark).event));
+    }
+    enterWorks(walk_);
+    noneStyleWorks(walk_); // what follows goes past the shadow
+    tools_.state.writeInitial(own, setter_, isBehindNew_);
+    const PathSource source{event, artOf(base_, object.source)};
+    const Art art = edited.art;
+    if (edited.kind == ArtKind::text) {
+        writeText(object, edited);
+    } else if (edited.form != nullptr) {
+        writeForm(object, *edited.form);
+    } else if (edited.kind == ArtKind::group) {
+        writeGlyphs(object, edited);
+    } else if (trace_.painted()[object.source].isShading) {
+        tools_.state.write(own, {}, {});
+        lookWorks(tools_, trace_.matrix(own.matrix), object.difference.look);
+        shadingWorks(tools_, trace_.painted()[object.source], art, object.difference);
+    } else if (edited.kind == ArtKind::placed) {
+        writeImage(object, edited);
+    } else if (!object.difference.any()) {
+        tools_.state.write(own, {}, {});
+        unchangedWorks(tools_, event);
+    } else if (inverse(trace_.matrix(own.matrix))) {
+        tools_.state.write(own, {}, movementOfPaint(tools_, source, art, object.difference));
+        lookWorks(tools_, trace_.matrix(own.matrix), object.difference.look);
+        changedWorks(tools_, source, art, object.difference);
+    } else {
+        tools_.state.writeOnArtboard(own);
+        stateWorks(walk_, object.difference.look);
+        artWorks(walk_, art);
+    }
+    leaveWorks(walk_);
+    for (std::size_t i = 0; i < layers.size(); ++i) {
+        walk_.text.add("EMC\n");
+    }
+}
+
+} // namespace corvane
