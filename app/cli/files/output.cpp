@@ -2,6 +2,7 @@
 
 #include "app/cli/fault.h"
 #include "app/cli/interrupt.h"
+#include "host/utf8.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -39,21 +40,6 @@ std::string shownName(const OutputTarget& target) {
 
 bool isSameFile(const struct stat& one, const struct stat& other) {
     return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
-}
-
-/// Ends `text` at a character's end, at most `limit` bytes from its start.
-std::string_view cutText(std::string_view text, std::size_t limit) {
-    if (text.size() <= limit) {
-        return text;
-    }
-    const auto isContinuation = [](char byte) {
-        return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
-    };
-    std::size_t end = limit;
-    while (end > 0 && limit - end < 3 && isContinuation(text[end])) {
-        --end;
-    }
-    return text.substr(0, end);
 }
 
 bool endsInPdf(std::string_view name) {

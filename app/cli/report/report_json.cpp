@@ -3,6 +3,7 @@
 #include "app/cli/report/mend_kinds.h"
 #include "app/cli/report/report.h"
 #include "app/cli/text.h"
+#include "host/utf8.h"
 
 namespace corvane {
 
