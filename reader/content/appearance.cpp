@@ -7,7 +7,6 @@
 #include "runtime/rules.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <optional>
 #include <string_view>
@@ -15,12 +14,6 @@
 namespace corvane {
 
 namespace {
-
-/// In the order of `BlendMode`.
-constexpr std::array<std::string_view, 16> blendNames{
-    "Normal",     "Multiply",   "Screen",    "Overlay",   "Darken",     "Lighten",
-    "ColorDodge", "ColorBurn",  "HardLight", "SoftLight", "Difference", "Exclusion",
-    "Hue",        "Saturation", "Color",     "Luminosity"};
 
 std::optional<BlendMode> blendModeOf(const Object& name) {
     if (typeObject(name) != ObjectType::literal) {

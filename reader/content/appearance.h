@@ -7,9 +7,18 @@
 #include "host/artwork.h"
 #include "objects/object.h"
 
+#include <array>
+#include <string_view>
+
 namespace corvane {
 
 struct Interpreter;
+
+/// The names of the PDF Reference, in the order of `BlendMode`.
+inline constexpr std::array<std::string_view, 16> blendNames{
+    "Normal",     "Multiply",   "Screen",    "Overlay",   "Darken",     "Lighten",
+    "ColorDodge", "ColorBurn",  "HardLight", "SoftLight", "Difference", "Exclusion",
+    "Hue",        "Saturation", "Color",     "Luminosity"};
 
 /// Whether the host has art that is laid over other art otherwise than by covering it.
 bool hostHoldsAppearance();

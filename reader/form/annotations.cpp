@@ -24,11 +24,6 @@ namespace {
 /// Flags: Hidden and NoView.
 constexpr std::int32_t unseenFlags = 1 << 1 | 1 << 5;
 
-ObjectOwner shared(const Object& object) {
-    retainObject(object);
-    return ObjectOwner(object);
-}
-
 bool isUnseen(DocumentCache& cache, const Object& annotation) {
     const auto flags = static_cast<std::int32_t>(numberEntry(cache, annotation, "F").value_or(0));
     return (flags & unseenFlags) != 0 || nameEntry(cache, annotation, "Subtype") == "Popup";
@@ -43,10 +38,10 @@ ObjectOwner appearanceEntry(DocumentCache& cache, const Object& annotation) {
     const Object entry = findEntry(cache, appearances.get(), "N");
     const ObjectOwner states = resolved(cache, entry);
     if (typeObject(states.get()) != ObjectType::dictionary) {
-        return shared(entry);
+        return sharedObject(entry);
     }
     const std::string state = nameEntry(cache, annotation, "AS");
-    return shared(findEntry(cache, states.get(), state));
+    return sharedObject(findEntry(cache, states.get(), state));
 }
 
 std::optional<Annotation> annotationOf(DocumentCache& cache, const Object& element) {
@@ -141,7 +136,7 @@ void drawAnnotations(Interpreter& interpreter, const std::vector<Annotation>& an
                      const PageMatrix& matrix, Art container) {
     openState(interpreter, container);
     applyPageMatrix(interpreter, matrix);
-    ContentScope scope(interpreter, shared(interpreter.cache.resources.get()));
+    ContentScope scope(interpreter, sharedObject(interpreter.cache.resources.get()));
     interpreter.level.tellsSources = true;
     interpreter.level.area = turnedBox(matrix, cropCache(interpreter.cache));
     for (const Annotation& annotation : annotations) {

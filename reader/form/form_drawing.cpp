@@ -19,11 +19,6 @@ namespace corvane {
 
 namespace {
 
-ObjectOwner shared(const Object& object) {
-    retainObject(object);
-    return ObjectOwner(object);
-}
-
 class FormDrawing {
 public:
     FormDrawing(Interpreter& interpreter, const Object& entry, const Object& stream)
@@ -87,9 +82,9 @@ private:
         trace_->content = content_;
         trace_->object = number_;
         trace_->generation = generation_;
-        trace_->stream = shared(stream_);
+        trace_->stream = sharedObject(stream_);
         trace_->resources =
-            shared(trace_->hasResources ? resources : interpreter_.cache.resources.get());
+            sharedObject(trace_->hasResources ? resources : interpreter_.cache.resources.get());
         trace_->matrix = matrix_;
     }
 

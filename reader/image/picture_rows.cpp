@@ -62,8 +62,7 @@ void checkRow(const ImageForm& form) {
 } // namespace
 
 AlphaImage::AlphaImage(DocumentCache& cache, const Object& object, bool isStencil) {
-    retainObject(object);
-    stream = ObjectOwner(object);
+    stream = sharedObject(object);
     image = std::make_unique<LookedImage>(cache, stream.get());
     ImageForm& form = image->form;
     if (form.components() != 1) {

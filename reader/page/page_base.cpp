@@ -97,8 +97,7 @@ std::optional<DigestVersion> versionOf(DocumentCache& cache, std::span<const Bas
     std::vector<ObjectOwner> shared;
     shared.reserve(streams.size());
     for (const BaseStream& stream : streams) {
-        retainObject(stream.stream.get());
-        shared.emplace_back(stream.stream.get());
+        shared.push_back(sharedObject(stream.stream.get()));
     }
     for (const DigestVersion version : std::array{DigestVersion::drawn, DigestVersion::page}) {
         if (digestPage(cache, shared, version) == opened) {

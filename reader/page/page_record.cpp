@@ -14,8 +14,7 @@ namespace {
 constexpr std::array<std::string_view, 3> recordPath = {"PieceInfo", pieceInfoName, "Private"};
 
 ObjectOwner recordObject(DocumentCache& cache) {
-    retainObject(cache.page.get());
-    ObjectOwner object(cache.page.get());
+    ObjectOwner object = sharedObject(cache.page.get());
     for (const std::string_view key : recordPath) {
         if (typeObject(object.get()) != ObjectType::dictionary) {
             return {};

@@ -4,6 +4,7 @@
 #include "objects/identity.h"
 #include "output/primitives.h"
 #include "output/xref.h"
+#include "reader/content/appearance.h"
 #include "reader/content/art.h"
 #include "runtime/budget.h"
 #include "runtime/callbacks.h"
@@ -24,12 +25,6 @@
 namespace corvane {
 
 namespace {
-
-/// In the order of `BlendMode`.
-constexpr std::array<std::string_view, 16> blendNames{
-    "Normal",     "Multiply",   "Screen",    "Overlay",   "Darken",     "Lighten",
-    "ColorDodge", "ColorBurn",  "HardLight", "SoftLight", "Difference", "Exclusion",
-    "Hue",        "Saturation", "Color",     "Luminosity"};
 
 /// A number from 0 to 1, in as many digits as can be seen.
 std::string unitText(double number) {

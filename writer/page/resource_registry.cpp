@@ -35,8 +35,7 @@ std::size_t indexOf(ResourceCategory category) {
 /// says something, as `pageCache` finds them.
 std::vector<RawEntry> inheritedEntries(DocumentCache& cache) {
     const PageEntry& page = cache.pages[static_cast<std::size_t>(cache.pageNumber - 1)];
-    retainObject(cache.page.get());
-    ObjectOwner node(cache.page.get());
+    ObjectOwner node = sharedObject(cache.page.get());
     std::vector<RawEntry> entries = rawEntries(cache, page.number, page.generation);
     for (std::string_view key = "Parent";;) {
         const auto next = std::ranges::find(entries, key, &RawEntry::key);
@@ -55,11 +54,6 @@ std::vector<RawEntry> inheritedEntries(DocumentCache& cache) {
             key = "Resources";
         }
     }
-}
-
-ObjectOwner shared(const ObjectOwner& object) {
-    retainObject(object.get());
-    return ObjectOwner(object.get());
 }
 
 /// Reads what a stream decodes to, as far as it does.
@@ -147,9 +141,9 @@ std::vector<RawEntry> resourceEntries(DocumentCache& cache, const PageBase& base
 void ResourceRegistry::carryBase(DocumentCache& cache, const PageBase& base) {
     std::vector<ObjectOwner> streams;
     for (const BaseStream& stream : base.streams) {
-        streams.push_back(shared(stream.stream));
+        streams.push_back(sharedObject(stream.stream.get()));
     }
-    avoidNames(cache, std::move(streams), shared(base.resources));
+    avoidNames(cache, std::move(streams), sharedObject(base.resources.get()));
     carry(cache, resourceEntries(cache, base));
 }
 
