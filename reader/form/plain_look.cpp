@@ -86,6 +86,9 @@ public:
         setStroke(colourEntry(annotation_, "C"));
         setBorder();
         (this->*drawing->draw)();
+        if (!interpreter_.readsTransparency) {
+            return;
+        }
         const Appearance appearance{
             .opacity = std::clamp(numberEntry(cache_, annotation_, "CA").value_or(1), 0.0, 1.0),
             .blend = drawing->isMarker ? BlendMode::multiply : BlendMode::normal};
