@@ -57,7 +57,7 @@ void writeLink(TextOutput& out, const Document& document, Art placed) {
 
 void writeSmoothness(TextOutput& out, const PlacedImage& placed) {
     if (!placed.isSmooth) {
-        writePlainAttribute(out, "image-rendering", "optimizeSpeed");
+        writePlainAttribute(out, "image-rendering", "pixelated");
     }
 }
 

@@ -89,4 +89,8 @@ char32_t privateCharacter(std::uint32_t code) {
     return code < firstArea ? 0xE000 + code : 0xF0000 + code % planeLength;
 }
 
+bool isPrivateCharacter(char32_t character) {
+    return (character >= 0xE000 && character <= 0xF8FF) || character >= 0xF0000;
+}
+
 } // namespace corvane

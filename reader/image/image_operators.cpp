@@ -74,7 +74,7 @@ void dataImageOperator(Interpreter& interpreter) {
         level.inlineImage = {deliverInlineImage(interpreter.cache, dictionary.get(),
                                                 std::as_bytes(std::span(data.bytes)),
                                                 interpreter.state.style.fill, level.isGlyph),
-                             isSmoothImage(interpreter.cache, dictionary.get())};
+                             smoothnessOf(interpreter.cache, dictionary.get())};
     });
 }
 

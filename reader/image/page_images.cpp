@@ -18,7 +18,7 @@ KnownImage tell(DocumentCache& cache, const Object& stream, std::int32_t number,
                 const Colour& fill) {
     KnownImage known;
     attempted([&] {
-        known.isSmooth = isSmoothImage(cache, stream);
+        known.isSmooth = smoothnessOf(cache, stream);
         known.image = deliverImage(cache, stream, number, fill);
     });
     return known;
@@ -26,14 +26,14 @@ KnownImage tell(DocumentCache& cache, const Object& stream, std::int32_t number,
 
 } // namespace
 
-bool isSmoothImage(DocumentCache& cache, const Object& dictionary) {
+std::optional<bool> smoothnessOf(DocumentCache& cache, const Object& dictionary) {
     for (const char* key : {"Interpolate", "I"}) {
         const ObjectOwner value = lookupObject(cache, dictionary, key);
         if (typeObject(value.get()) == ObjectType::boolean) {
             return booleanObject(value.get());
         }
     }
-    return true;
+    return std::nullopt;
 }
 
 KnownImage PageImages::find(DocumentCache& cache, const Object& entry, const Object& stream,

@@ -7,7 +7,22 @@
 #include "runtime/matrix.h"
 #include "runtime/rules.h"
 
+#include <cmath>
+
 namespace corvane {
+
+namespace {
+
+/// Points that a pixel may take up and still run into those beside it where the file does not say.
+/// Larger ones are meant to be seen: readers show their edges.
+constexpr double largestSmoothPixel = 4;
+
+bool hasLargePixels(const RealMatrix& matrix, const ImageFacts& facts) {
+    return std::hypot(matrix.a, matrix.b) >= largestSmoothPixel * facts.width ||
+           std::hypot(matrix.c, matrix.d) >= largestSmoothPixel * facts.height;
+}
+
+} // namespace
 
 bool hostHoldsImages() {
     const auto extension = knownExtension();
@@ -29,9 +44,10 @@ void placeImage(Interpreter& interpreter, const KnownImage& image, std::int64_t 
     if (facts.isPlaceholder) {
         interpreter.omissions.note(Omission::image);
     }
+    const RealMatrix& matrix = interpreter.state.exactCtm;
     const PlacedImage placed{.image = image.image,
-                             .matrix = hostMatrix(interpreter.state.exactCtm),
-                             .isSmooth = image.isSmooth};
+                             .matrix = hostMatrix(matrix),
+                             .isSmooth = image.isSmooth.value_or(!hasLargePixels(matrix, facts))};
     level.placed = interpreter.containers.make(ArtKind::placed);
     callHost(slot::setPlacedImage, level.placed, &placed);
     tellAppearance(interpreter, level.placed, {.fills = true});

@@ -99,7 +99,7 @@ ColourSpacePointer calibratedSpace(DocumentCache& cache, const Object& parameter
         fill("Gamma", calibration.gamma);
         const ObjectOwner gamma = lookupObject(cache, dictionary.get(), "Gamma");
         if (components == 1 && typeObject(gamma.get()) != ObjectType::null) {
-            calibration.gamma[0] = realObject(gamma.get());
+            calibration.gamma[0] = realNumber(gamma.get());
         }
     });
     std::shared_ptr<const IccProfile> profile =

@@ -58,7 +58,7 @@ std::int32_t sameObject(DocumentCache& cache, const ImageFacts& facts, bool isSm
     ObjectOwner reference;
     indirectObject(reference.get(), number, 0);
     const ObjectOwner stream = resolveObject(cache, reference.get());
-    return isSmoothImage(cache, stream.get()) == isSmooth ? number : 0;
+    return smoothnessOf(cache, stream.get()).value_or(isSmooth) == isSmooth ? number : 0;
 }
 
 std::string entry(const char* key, std::int64_t value) {
