@@ -15,6 +15,7 @@ namespace corvane {
 struct KnownImage {
     Image image = Image::null; ///< null: none, or one that cannot be told
     bool isSmooth = true;      ///< its pixels run into one another where they are enlarged
+    bool isStencil = false;    ///< its pixels have the colour that it was asked for with
 };
 
 class PageImages {
@@ -36,5 +37,7 @@ private:
 
 /// Whether pixels run into one another: they do unless the dictionary says otherwise.
 bool isSmoothImage(DocumentCache& cache, const Object& dictionary);
+/// Whether it is a mask, through which the fill in force is painted.
+bool isStencilImage(DocumentCache& cache, const Object& dictionary);
 
 } // namespace corvane
