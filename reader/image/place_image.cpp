@@ -44,7 +44,7 @@ void placeImage(Interpreter& interpreter, const KnownImage& image, std::int64_t 
     const PlacedImage placed{.image = image.image,
                              .matrix = hostMatrix(interpreter.state.exactCtm),
                              .isSmooth = image.isSmooth};
-    const bool isPainted = image.isStencil && !facts.isPlaceholder && paintsStencils(interpreter);
+    const bool isPainted = image.isStencil && paintsStencils(interpreter);
     level.placed = isPainted ? paintStencil(interpreter, placed) : makePlaced(interpreter, placed);
     if (level.tellsSources) {
         const ArtSource source = interpreter.sourceFrom(start);

@@ -26,7 +26,8 @@ protected:
             PdfBuilder::onePage(
                 content,
                 "/Resources << /Pattern << /T 8 0 R /G << /PatternType 2 /Shading 9 0 R >> >> "
-                "/XObject << /M 20 0 R /I 21 0 R >> /ExtGState << /H << /ca .5 /BM /Multiply >> "
+                "/XObject << /M 20 0 R /I 21 0 R /B 23 0 R >> /ExtGState << /H << /ca .5 /BM "
+                "/Multiply >> "
                 "/S << /SMask << /S /Alpha /G 22 0 R >> >> >> >>")
                 .stream(8, "0 0 4 4 re f",
                         "/PatternType 1 /PaintType 1 /BBox [0 0 8 8] /XStep 8 /YStep 8 "
@@ -35,6 +36,7 @@ protected:
                            "<< /FunctionType 2 /Domain [0 1] /C0 [0] /C1 [1] /N 1 >> >>")
                 .stream(20, "a", image + "/ImageMask true /BitsPerComponent 1")
                 .stream(21, "a", image + "/ColorSpace /DeviceGray /BitsPerComponent 8")
+                .stream(23, "a", image + "/ImageMask true /Filter /Odd")
                 .stream(22, "0 0 9 9 re f",
                         "/Subtype /Form /BBox [0 0 9 9] /Group << /S /Transparency >>")
                 .bytes());
@@ -86,6 +88,8 @@ TEST_F(PaintedStencilTest, PathsUnderMasksAndImages) {
     for (const Row& row : {
              Row{"/Pattern cs /T scn 5 0 0 6 1 2 cm /M Do",
                  "pattern 1 from 1,2 to 6,8 through 20 at 1,2"},
+             Row{"/Pattern cs /T scn 5 0 0 6 1 2 cm /B Do",
+                 "pattern 1 from 1,2 to 6,8 through 23 at 1,2"},
              Row{"/Pattern cs /G scn 5 0 0 6 1 2 cm /M Do",
                  "gradient 1 from 1,2 to 6,8 through 20 at 1,2"},
              Row{"/Pattern cs /T scn 5 0 0 6 1 2 cm BI /W 1 /H 1 /IM true ID a EI",
