@@ -24,7 +24,8 @@ bool holdsBlending(const Document& document, Art top) {
 bool blends(const Document& document) {
     for (Layer layer = document.firstLayer(); layer != Layer::null;
          layer = document.nextLayer(layer)) {
-        if (holdsBlending(document, document.layerArt(layer))) {
+        if (document.layerProperties(layer).role != LayerRole::annotations &&
+            holdsBlending(document, document.layerArt(layer))) {
             return true;
         }
     }

@@ -68,7 +68,7 @@ TEST(WriteSvg, RootTellsThePageAndWhereItCameFrom) {
               "</svg>\n");
 }
 
-/// Below the paper is nothing to blend with.
+/// Art blends with what is on the paper, and not with the paper; annotations do.
 TEST(WriteSvg, APageOnWhichSomethingBlendsIsIsolated) {
     const auto isIsolated = [](const ArtBuilder& art) {
         const std::string svg = art.svg();
@@ -86,6 +86,10 @@ TEST(WriteSvg, APageOnWhichSomethingBlendsIsIsolated) {
     const ReadArt read(art.svg());
     EXPECT_TRUE(read.reading.ignored.empty());
     EXPECT_EQ(read.svg(), art.svg());
+    LayerProperties layer = art.document.layerProperties(art.document.firstLayer());
+    layer.role = LayerRole::annotations;
+    art.document.setLayerProperties(art.document.firstLayer(), layer);
+    EXPECT_FALSE(isIsolated(art));
 }
 
 TEST(WriteSvg, LayersStandBackToFrontWithTheirFlags) {
