@@ -205,7 +205,12 @@ void ContentTrace::applyObject(const Interpreter& interpreter, TraceEvent& event
     }
     if (event.art != Art::null) {
         const bool isForm = form != nullptr;
-        painted_.push({.event = next(), .art = event.art, .isImage = !isForm, .isForm = isForm});
+        const bool isStencil = !isForm && artKind(event.art) == ArtKind::path;
+        painted_.push({.event = next(),
+                       .art = event.art,
+                       .isImage = !isForm && !isStencil,
+                       .isForm = isForm,
+                       .isStencil = isStencil});
         markClips(&ClipLink::holds);
     }
 }

@@ -89,6 +89,7 @@ struct PaintedArt {
     bool isImage = false;
     bool isForm = false;    ///< the art is the group of a form
     bool isShading = false; ///< a path over the area of a clip, or an image of it
+    bool isStencil = false; ///< a path under a mask of an image
 };
 
 /// A link of the clips in force.

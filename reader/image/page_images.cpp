@@ -19,6 +19,7 @@ KnownImage tell(DocumentCache& cache, const Object& stream, std::int32_t number,
     KnownImage known;
     attempted([&] {
         known.isSmooth = smoothnessOf(cache, stream);
+        known.isStencil = isStencilImage(cache, stream);
         known.image = deliverImage(cache, stream, number, fill);
     });
     return known;
@@ -36,6 +37,10 @@ std::optional<bool> smoothnessOf(DocumentCache& cache, const Object& dictionary)
     return std::nullopt;
 }
 
+bool isStencilImage(DocumentCache& cache, const Object& dictionary) {
+    return ImageEntries(cache, dictionary).boolean(imageKey::isMask);
+}
+
 KnownImage PageImages::find(DocumentCache& cache, const Object& entry, const Object& stream,
                             const Colour& fill) {
     std::int32_t number = 0;
@@ -43,7 +48,7 @@ KnownImage PageImages::find(DocumentCache& cache, const Object& entry, const Obj
         std::int32_t generation = 0;
         referenceObject(entry, number, generation);
     }
-    const Colour own = ImageEntries(cache, stream).boolean(imageKey::isMask) ? fill : Colour();
+    const Colour own = isStencilImage(cache, stream) ? fill : Colour();
     std::vector<Entry>& entries = byNumber_[number];
     const auto known = std::ranges::find(entries, own, &Entry::fill);
     if (number != 0 && known != entries.end()) {

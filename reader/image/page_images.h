@@ -18,6 +18,7 @@ struct KnownImage {
     /// Whether its pixels run into one another where they are enlarged; nothing where the file does
     /// not say.
     std::optional<bool> isSmooth = std::nullopt;
+    bool isStencil = false; ///< its pixels have the colour that it was asked for with
 };
 
 class PageImages {
@@ -39,5 +40,7 @@ private:
 
 /// Whether the dictionary says that pixels run into one another; nothing where it does not say.
 std::optional<bool> smoothnessOf(DocumentCache& cache, const Object& dictionary);
+/// Whether it is a mask, through which the fill in force is painted.
+bool isStencilImage(DocumentCache& cache, const Object& dictionary);
 
 } // namespace corvane

@@ -2,6 +2,7 @@
 
 #include "reader/content/appearance.h"
 #include "reader/content/interpreter.h"
+#include "reader/image/painted_stencil.h"
 #include "runtime/callbacks.h"
 #include "runtime/extension.h"
 #include "runtime/matrix.h"
@@ -29,6 +30,17 @@ bool hostHoldsImages() {
     return rules().readsImages && extension && extension->version >= 5;
 }
 
+namespace {
+
+Art makePlaced(Interpreter& interpreter, const PlacedImage& placed) {
+    const Art art = interpreter.containers.make(ArtKind::placed);
+    callHost(slot::setPlacedImage, art, &placed);
+    tellAppearance(interpreter, art, {.fills = true});
+    return art;
+}
+
+} // namespace
+
 void placeImage(Interpreter& interpreter, const KnownImage& image, std::int64_t start) {
     ContentLevel& level = interpreter.level;
     level.placed = Art::null;
@@ -48,9 +60,8 @@ void placeImage(Interpreter& interpreter, const KnownImage& image, std::int64_t 
     const PlacedImage placed{.image = image.image,
                              .matrix = hostMatrix(matrix),
                              .isSmooth = image.isSmooth.value_or(!hasLargePixels(matrix, facts))};
-    level.placed = interpreter.containers.make(ArtKind::placed);
-    callHost(slot::setPlacedImage, level.placed, &placed);
-    tellAppearance(interpreter, level.placed, {.fills = true});
+    const bool isPainted = image.isStencil && paintsStencils(interpreter);
+    level.placed = isPainted ? paintStencil(interpreter, placed) : makePlaced(interpreter, placed);
     if (level.tellsSources) {
         const ArtSource source = interpreter.sourceFrom(start);
         callHost(slot::setArtSource, level.placed, &source);

@@ -44,12 +44,12 @@ void sendSegments(PathConstruction& path) {
 }
 
 /// Ends the open subpath without closing it. In the extended profile one that is a single point
-/// goes: it would paint nothing.
-void leaveSubpath(PathConstruction& path) {
+/// goes, unless it is needed: it would paint nothing.
+void leaveSubpath(PathConstruction& path, bool needsPoint = false) {
     if (path.object == Art::null) {
         return;
     }
-    if (rules().continuesClosedPaths && path.segments.size() == 1) {
+    if (rules().continuesClosedPaths && path.segments.size() == 1 && !needsPoint) {
         callHost(slot::disposeArt, path.object);
     } else {
         sendSegments(path);
@@ -137,7 +137,12 @@ void closetoPath(Interpreter& interpreter) {
 }
 
 void endPath(Interpreter& interpreter) {
-    leaveSubpath(openPath(interpreter));
+    PathConstruction& path = openPath(interpreter);
+    // A clip of a point lets nothing through.
+    const bool clipsAll = interpreter.state.style.clip != 0 && path.object != Art::null &&
+                          firstChild(path.compound) == path.object &&
+                          nextSibling(path.object) == Art::null;
+    leaveSubpath(path, clipsAll);
     finishArt(interpreter);
 }
 

@@ -6,6 +6,7 @@
 #include "writer/patch/works/kept_works.h"
 #include "writer/patch/works/placed_image.h"
 #include "writer/patch/works/shading_works.h"
+#include "writer/patch/works/stencil_works.h"
 
 #include <algorithm>
 
@@ -120,16 +121,21 @@ void ObjectPatches::patchObject(PaintedIndex source) {
     }
     noneStyleWorks(tools_.walk);
     enterWorks(tools_.walk);
-    if (difference.place && movesMask(event.behind, difference)) {
-        moveAlong(was.event,
-                  {.masks = was.isForm ? *is.form->movement : movementOfImage(was.art, is.art),
-                   .patterns = {}});
-    }
-    lookWorks(tools_, trace_.matrix(event.behind.matrix), difference.look);
-    if (was.isForm) {
-        formWorks(tools_, was, *is.form);
+    if (was.isStencil) {
+        moveAlong(was.event, movementOfStencil(tools_, was, is.art, difference));
+        stencilWorks(tools_, was, is, difference);
     } else {
-        imageWorks(tools_, was, is.art, difference);
+        if (difference.place && movesMask(event.behind, difference)) {
+            moveAlong(was.event,
+                      {.masks = was.isForm ? *is.form->movement : movementOfImage(was.art, is.art),
+                       .patterns = {}});
+        }
+        lookWorks(tools_, trace_.matrix(event.behind.matrix), difference.look);
+        if (was.isForm) {
+            formWorks(tools_, was, *is.form);
+        } else {
+            imageWorks(tools_, was, is.art, difference);
+        }
     }
     leaveWorks(tools_.walk);
     patches_->push_back({{event.start, event.end}, "\n" + tools_.taken()});

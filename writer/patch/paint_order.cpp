@@ -22,7 +22,7 @@ bool canStay(const ContentTrace& trace, PaintedIndex source, const ArtDifference
     }
     const TraceIndex index = painted.event;
     const Surroundings& here = trace.events()[index].behind;
-    const bool isApart = painted.isImage || painted.isForm || painted.isShading
+    const bool isApart = painted.isImage || painted.isForm || painted.isShading || painted.isStencil
                              ? !here.isInPath
                              : isPlainPath(trace, index);
     return !difference.any() ||

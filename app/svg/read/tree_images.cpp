@@ -148,7 +148,8 @@ void TreeReader::placeImage(const LoadedImage& image, const ComputedStyle& style
         context_.tally.add("coordinate out of range");
     }
     const Art art = document_.make(ArtKind::placed, place.placement, place.reference);
-    document_.setPlacedImage(art, {image.image, fixedMatrix(toArt), style.smoothImages});
+    const bool isSmooth = style.smoothImages && !hidesSquares();
+    document_.setPlacedImage(art, {image.image, fixedMatrix(toArt), isSmooth});
     linkFile(art);
     setSource(art, sourceOfShape());
     setLook(art, lookOfChild(style, matrix), box);
@@ -159,6 +160,12 @@ void TreeReader::placeImage(const LoadedImage& image, const ComputedStyle& style
         frame.box.add(boxThrough(matrix, box));
     }
     measure(placedExtent(document_, art));
+}
+
+/// Whether the image is one of squares that are too small to be shown.
+bool TreeReader::hidesSquares() const {
+    return context_.ours && attributes_.has(Attribute::dataImageRendering) &&
+           !attributes_.has(Attribute::imageRendering);
 }
 
 /// To the file that the element names, if it does.

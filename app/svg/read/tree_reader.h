@@ -48,6 +48,7 @@ private:
     void readText(pugi::xml_node node);
     void readImage(pugi::xml_node node);
     void placeImage(const LoadedImage& image, const ComputedStyle& style);
+    bool hidesSquares() const;
     void linkFile(Art placed);
     ArtPlace clipOverhang(ArtPlace place, const UserBox& box, const RealMatrix& matrix);
     void listImage(const ComputedStyle& style);

@@ -12,6 +12,7 @@
 #include "writer/patch/compare/movement.h"
 #include "writer/patch/form/form_works.h"
 #include "writer/patch/insertion_points.h"
+#include "writer/patch/works/stencil_works.h"
 #include "writer/patch/text/text_run.h"
 #include "writer/patch/text/text_works.h"
 #include "writer/patch/works/kept_works.h"
@@ -282,6 +283,10 @@ void InsertedWorks::writeSourced(const MatchedObject& object, const EditedObject
         tools_.state.write(own, {}, {});
         lookWorks(tools_, trace_.matrix(own.matrix), object.difference.look);
         shadingWorks(tools_, trace_.painted()[object.source], art, object.difference);
+    } else if (trace_.painted()[object.source].isStencil) {
+        const PaintedArt& was = trace_.painted()[object.source];
+        tools_.state.write(own, {}, movementOfStencil(tools_, was, art, object.difference));
+        stencilWorks(tools_, was, edited, object.difference);
     } else if (edited.kind == ArtKind::placed) {
         writeImage(object, edited);
     } else if (!object.difference.any()) {

@@ -153,6 +153,7 @@ constexpr std::array<std::string_view, attributeCount> names{
     "data-image",
     "data-epsf",
     "data-kept",
+    "data-image-rendering",
     "data-compound",
     "data-column",
     "data-guide",

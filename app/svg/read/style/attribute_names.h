@@ -155,6 +155,7 @@ enum class Attribute : std::uint8_t {
     dataImage,
     dataEpsf,
     dataKept,
+    dataImageRendering,
     dataCompound,
     dataColumn,
     dataGuide,

@@ -80,6 +80,36 @@ TEST(ImageRoundTrip, PlacedObjectsComeBackToTheBit) {
     EXPECT_EQ(read.document.images().facts(Image{1}).key, "12-0a");
 }
 
+/// Of 2 by 1 pixels.
+TEST(ImageRoundTrip, SquaresAreShownWhereTheyAreLarge) {
+    struct Row {
+        Matrix matrix;
+        const char* name;
+    };
+    for (const Row& row : {
+             Row{{fixed(2.1), 0, 0, fixed(1.1), 0, 0}, " image-rendering=\"pixelated\""},
+             Row{{0, fixed(9), fixed(-9), 0, 0, 0}, " image-rendering=\"pixelated\""},
+             Row{{fixed(2), 0, 0, fixed(9), 0, 0}, " data-image-rendering=\"pixelated\""},
+             Row{{fixed(9), 0, 0, fixed(.5), 0, 0}, " data-image-rendering=\"pixelated\""},
+         }) {
+        ArtBuilder art;
+        place(art.document, art.layerArt(), addImage(art.document, "12-0a", 3), row.matrix, false);
+        const std::string written = art.svg();
+        EXPECT_NE(written.find(row.name), std::string::npos) << written;
+        EXPECT_EQ(ReadArt(written).svg(), written);
+    }
+}
+
+TEST(ImageReading, WhatIsSeenOfSmoothnessCounts) {
+    ArtBuilder art;
+    place(art.document, art.layerArt(), addImage(art.document, "12-0a", 3),
+          {fixedOne, 0, 0, fixedOne, 0, 0}, false);
+    std::string edited = art.svg();
+    edited.insert(edited.find(" data-image-rendering"), " image-rendering=\"auto\"");
+    const ReadArt read(edited);
+    EXPECT_TRUE(read.document.placedImage(firstPlaced(read.document)).isSmooth);
+}
+
 TEST(ImageRoundTrip, AFrameStandsForWhatCannotBeShown) {
     for (const Matrix& matrix : {Matrix{fixed(64), 0, 0, fixed(48), fixed(20), fixed(30)},
                                  Matrix{12345671, -7654321, 333333, 1000000, -65537, 9999999}}) {
