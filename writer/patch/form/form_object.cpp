@@ -4,6 +4,7 @@
 #include "output/xref.h"
 #include "runtime/exception.h"
 #include "writer/page/page_geometry.h"
+#include "writer/patch/content_resources.h"
 #include "writer/patch/form/form_box.h"
 
 #include <algorithm>
@@ -30,24 +31,6 @@ bool isAmong(const std::array<std::string_view, count>& keys, std::string_view k
     return std::ranges::find(keys, key) != keys.end();
 }
 
-/// The entries of the resources in which the content looks up names.
-std::vector<RawEntry> entriesOfResources(PageTools& tools, const BaseContent& content) {
-    const BaseContent* owner = &content;
-    while (owner->form != nullptr && !owner->form->hasResources) {
-        owner = owner->around;
-    }
-    if (owner->form == nullptr) {
-        return resourceEntries(tools.cache, tools.base);
-    }
-    for (const RawEntry& entry :
-         rawEntries(tools.cache, owner->form->object, owner->form->generation)) {
-        if (entry.key == "Resources") {
-            return rawEntries(tools.cache, entry);
-        }
-    }
-    return {};
-}
-
 void carryEntries(DocumentCache& cache, const EditedForm& form, FormObject& object) {
     const FormTrace& former = *form.base->form;
     for (RawEntry& entry : rawEntries(cache, former.object, former.generation)) {
@@ -72,7 +55,7 @@ FormObject planForm(PageTools& tools, EditedForm& form) {
         failException(Exception::unpatchable);
     }
     auto resources = std::make_unique<ResourceRegistry>();
-    resources->carry(tools.cache, entriesOfResources(tools, *form.base));
+    resources->carry(tools.cache, entriesOfResources(tools.cache, *form.base, tools.base));
     const auto ofForm = std::make_unique<PatchTools>(tools, *form.base, *resources);
     FormObject object{.entries = {},
                       .box = enlargedBox(tools.cache, tools.base, form),
