@@ -45,6 +45,7 @@ Art makeLine(ClipLine& line, Art holder) {
 Art clipWith(Interpreter& interpreter, std::deque<ClipLine>& lines) {
     const Art group = interpreter.containers.make(ArtKind::group);
     interpreter.containers.enter(group);
+    interpreter.level.path.holder = Art::null; // a path under construction is clipped, too
     Art clip = Art::null;
     if (lines.size() == 1) {
         clip = makeLine(lines.front(), group);

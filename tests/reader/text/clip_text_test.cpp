@@ -104,6 +104,8 @@ TEST_F(ClipTextTest, WhatFollowsUpToTheEndOfTheState) {
         {"text within it", "BT /F 9 Tf 7 Tr (ab) Tj ET BT 0 Tr (cd) Tj ET", "{ab* cd}"},
         {"no end and a new beginning", "BT /F 9 Tf 7 Tr (ab) Tj BT 0 -20 Td (cd) Tj ET" + square,
          "{[ab* cd*] p}"},
+        {"a path that was begun before", "BT /F 9 Tf 7 Tr (ab) Tj 0 0 m 9 0 l ET 9 9 l f",
+         "{ab* p}"},
         {"in a form", "/A Do" + square, "{c {ef* p}} p"},
         {"of a shading, how far is not known", "q BT /F 9 Tf 7 Tr (ab) Tj ET /S sh Q", "{ab* p}"},
         // What shows no outlines clips nothing.
