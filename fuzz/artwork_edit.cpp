@@ -67,6 +67,9 @@ Inventory inventory(const Document& document) {
         const Art top = document.layerArt(layer);
         for (Art art = nextWithin(document, top, top); art != Art::null;
              art = nextWithin(document, top, art)) {
+            if (isClip(document, document.parent(art))) {
+                continue; // a line of text that clips together with others
+            }
             std::vector<Art>& list = isClip(document, art)                  ? all.clips
                                      : document.kind(art) == ArtKind::group ? all.groups
                                                                             : all.objects;

@@ -114,6 +114,9 @@ void TreeWriter::writeLevels() {
             continue;
         }
         levels_.back().next = document_.previousSibling(art);
+        if (art == levels_.back().clip) {
+            continue;
+        }
         switch (svgObject(document_, art)) {
         case SvgObject::group:
             if (survey_[group_].drawn) {
@@ -123,9 +126,7 @@ void TreeWriter::writeLevels() {
             }
             break;
         case SvgObject::shape:
-            if (art != levels_.back().clip) {
-                writeShape(art);
-            }
+            writeShape(art);
             break;
         case SvgObject::text:
             writeLine(art);

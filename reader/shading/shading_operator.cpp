@@ -16,11 +16,12 @@ namespace corvane {
 
 namespace {
 
-/// The part of the artboard that the innermost clip shows; those around it cut the rest.
+/// The part of the artboard that the innermost clip shows; those around it cut the rest. How far
+/// letters reach is not known.
 Box shownArea(const Interpreter& interpreter) {
     const Box& all = interpreter.level.area;
     const Art clip = interpreter.containers.clip();
-    if (clip == Art::null) {
+    if (clip == Art::null || isTextClip(clip)) {
         return all;
     }
     const Box box = boxOfArt(clip);

@@ -18,6 +18,14 @@ namespace {
 
 using What = ArtStep::What;
 
+TextDrawing& drawnTexts(const Walk& walk) {
+    if (walk.texts == nullptr) {
+        noteReason(Reason::textDrawnAnew);
+        failException(Exception::unpatchable);
+    }
+    return *walk.texts;
+}
+
 /// The first child is the clip of the others.
 void clippedWorks(Walk& walk, Art group, ArtStack& pending) {
     const Art clip = firstChild(group);
@@ -29,10 +37,12 @@ void clippedWorks(Walk& walk, Art group, ArtStack& pending) {
     if (clip == Art::null) {
         return;
     }
-    if (rules().clipsByGroup) {
+    if (rules().readsText && isTextClip(clip)) {
+        drawnTexts(walk).clip(walk, clip);
+    } else if (rules().clipsByGroup) {
         clipWorks(walk, clip);
-    } else {
-        pending.push(clip);
+    } else if (artKind(clip) == ArtKind::text || !isTextClip(clip)) {
+        pending.push(clip); // lines that clip one after the other would leave nothing to be seen
     }
 }
 
@@ -62,14 +72,6 @@ void unknownWorks(Art art, ArtStack& pending) {
     pending.enter(first, What::end);
 }
 
-void drawnTextWorks(Walk& walk, Art text) {
-    if (walk.texts == nullptr) {
-        noteReason(Reason::textDrawnAnew);
-        failException(Exception::unpatchable);
-    }
-    walk.texts->write(walk, text);
-}
-
 void visitPlain(Walk& walk, Art art, ArtStack& pending, bool writesGroups) {
     switch (static_cast<std::int16_t>(artKind(art))) {
     case 0:
@@ -81,7 +83,7 @@ void visitPlain(Walk& walk, Art art, ArtStack& pending, bool writesGroups) {
     case 3:
         return compoundWorks(walk, art);
     case 4:
-        return rules().readsText ? drawnTextWorks(walk, art) : textWorks(walk, art);
+        return rules().readsText ? drawnTexts(walk).write(walk, art) : textWorks(walk, art);
     case 5:
     case 6:
         return; // kinds that are not drawn

@@ -99,6 +99,9 @@ void writeNeeded(DocumentCache& cache, const ContentPatch& content,
     for (const MovedPattern& pattern : content.patterns) {
         writePattern(cache, pattern);
     }
+    for (const PropertyList& list : content.lists) {
+        writePropertyList(cache, list);
+    }
     for (const DrawnGroup& group : content.groups.groups()) {
         writeGroup(cache, group);
     }

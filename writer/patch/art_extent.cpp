@@ -64,6 +64,9 @@ ArtExtent extentOf(Art art) {
 }
 
 std::optional<ArtExtent> rectangleOf(Art clip) {
+    if (isTextClip(clip)) {
+        return std::nullopt;
+    }
     const ChargedList<Subpath> subpaths = subpathsWithin(clip);
     if (subpaths.size() != 1 || (subpaths[0].count != 4 && subpaths[0].count != 5)) {
         return std::nullopt;

@@ -41,7 +41,8 @@ public:
         ObjectPatches objects(tools_, base_, artwork_, matching_, clips, order);
         objects.addTo(content_.patches);
         patchShows(tools_, base_, artwork_, matching_, order, content_.patches);
-        patchActualText(tools_, matching_, order, content_.patches);
+        PropertyLists lists(tools_);
+        patchActualText(tools_, lists, matching_, order, content_.patches);
         insert(order);
         std::ranges::stable_sort(content_.patches, {}, [](const Patch& patch) {
             return std::pair(patch.range.start, patch.range.end);
@@ -51,6 +52,7 @@ public:
         return {.content = std::move(content_),
                 .bytes = std::move(tools_.bytes),
                 .patterns = tools_.patterns.take(),
+                .lists = lists.take(),
                 .groups = std::move(tools_.groups),
                 .looks = std::move(tools_.looks),
                 .counts = counts(clips, order),

@@ -7,6 +7,7 @@
 #include "writer/patch/patch.h"
 #include "writer/patch/patch_counts.h"
 #include "writer/patch/patch_tools.h"
+#include "writer/patch/text/property_lists.h"
 #include "writer/patch/works/drawn_groups.h"
 
 #include <vector>
@@ -17,6 +18,7 @@ struct ContentPatch {
     ContentPatches content;
     ContentBytes bytes; ///< of the base
     std::vector<MovedPattern> patterns;
+    std::vector<PropertyList> lists;
     DrawnGroups groups;
     DrawnLooks looks;
     PatchCounts counts;

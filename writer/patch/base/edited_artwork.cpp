@@ -8,6 +8,7 @@
 #include "writer/art/art_stack.h"
 #include "writer/art/layers.h"
 #include "writer/art/style_works.h"
+#include "writer/art/text_clip.h"
 #include "writer/patch/base/base_content.h"
 #include "writer/patch/form/edited_form.h"
 #include "writer/patch/text/glyph_group.h"
@@ -92,7 +93,7 @@ private:
         case 3:
             return add(art, kind);
         case 4:
-            return addRuns(art);
+            return addRuns(art, artwork_->objects);
         case 5:
         case 6:
             return; // kinds that are not drawn
@@ -143,6 +144,9 @@ private:
             return false;
         }
         const Art clip = clipOf(group);
+        if (clip != Art::null && isTextClip(clip)) {
+            return false; // the form's own clip is a box
+        }
         open_.push_back({.form = EditedForm{.group = group, .clip = clip, .base = content},
                          .group = group_,
                          .appearance = appearance_});
@@ -177,7 +181,7 @@ private:
         artwork_->objects.push(object);
     }
 
-    void addRuns(Art text) {
+    void addRuns(Art text, ChargedList<EditedObject>& to) {
         if (!hostHoldsText()) {
             return;
         }
@@ -186,12 +190,12 @@ private:
         for (std::int32_t run = 0; run < count; ++run) {
             TextRun letters;
             callHost(slot::getTextRun, text, run, &letters);
-            artwork_->objects.push({.art = text,
-                                    .kind = ArtKind::text,
-                                    .group = group_,
-                                    .source = letters.source,
-                                    .appearance = appearance_,
-                                    .run = run});
+            to.push({.art = text,
+                     .kind = ArtKind::text,
+                     .group = group_,
+                     .source = letters.source,
+                     .appearance = appearance_,
+                     .run = run});
         }
     }
 
@@ -206,12 +210,27 @@ private:
         const Art held = clip == Art::null ? firstChild(art) : nextSibling(clip);
         const bool isAlone = held != Art::null && nextSibling(held) == Art::null;
         const bool carries = isAlone && mayCarry(held);
-        artwork_->groups.push({group_, clip, carries ? Appearance() : appearance_});
+        EditedGroup group{
+            .outer = group_, .clip = clip, .appearance = carries ? Appearance() : appearance_};
+        if (clip != Art::null && isTextClip(clip)) {
+            addClipRuns(group);
+        }
+        artwork_->groups.push(group);
         if (carries) {
             carried_ = appearance_;
         }
         group_ = static_cast<EditedIndex>(artwork_->groups.size() - 1);
         pending_.enter(held, ArtStep::What::leave);
+    }
+
+    void addClipRuns(EditedGroup& group) {
+        ChargedList<EditedObject>& runs = artwork_->clipRuns;
+        group.firstRun = static_cast<EditedIndex>(runs.size());
+        const ChargedList<Art> texts = clipTexts(group.clip);
+        for (const Art text : texts.items()) {
+            addRuns(text, runs);
+        }
+        group.endRun = static_cast<EditedIndex>(runs.size());
     }
 
     static Art clipOf(Art group) {

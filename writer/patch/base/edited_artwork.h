@@ -24,6 +24,9 @@ struct EditedForm;
 struct EditedGroup {
     EditedIndex outer = 0;
     Art clip = Art::null; ///< null: the group does not clip
+    /// Of a clip that is text: its runs in `EditedArtwork::clipRuns`, from the first up to the end.
+    EditedIndex firstRun = 0;
+    EditedIndex endRun = 0;
     /// Of what it holds as one thing; where it holds one object, that has it.
     Appearance appearance = {};
     bool isLooked() const { return appearance != Appearance(); }
@@ -45,9 +48,10 @@ struct EditedObject {
 
 struct EditedArtwork {
     ChargedList<EditedGroup> groups;
-    ChargedList<EditedObject> objects; ///< runs of one text object follow one another
-    std::vector<std::string> layers;   ///< titles of those that are drawn and hold an object
-    ChargedList<Art> annotations;      ///< groups, which are no objects
+    ChargedList<EditedObject> objects;  ///< runs of one text object follow one another
+    ChargedList<EditedObject> clipRuns; ///< of text that clips, which is no object; likewise
+    std::vector<std::string> layers;    ///< titles of those that are drawn and hold an object
+    ChargedList<Art> annotations;       ///< groups, which are no objects
 };
 
 /// Forms that artwork holds, those within others in front of these.

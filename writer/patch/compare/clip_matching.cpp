@@ -104,9 +104,11 @@ private:
         return link;
     }
 
+    /// What text clips stays: its operators may paint as well.
     bool canChange(TraceIndex link) const {
         const TraceEvent& event = trace_.events()[trace_.clip(link).event];
-        return !trace_.clip(link).hides && trace_.clip(link).depth <= budget::comparedClips &&
+        return event.role == OperatorRole::paintPath && !trace_.clip(link).hides &&
+               trace_.clip(link).depth <= budget::comparedClips &&
                isPlainPath(trace_, trace_.clip(link).event) && !event.behind.isInText &&
                inverse(trace_.matrix(event.behind.matrix)).has_value();
     }

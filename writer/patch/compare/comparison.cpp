@@ -8,6 +8,7 @@
 #include "writer/art/outline.h"
 #include "writer/art/style_works.h"
 #include "writer/patch/compare/movement.h"
+#include "writer/patch/text/text_run.h"
 
 #include <algorithm>
 #include <cmath>
@@ -243,6 +244,9 @@ ArtDifference compareStyles(const PathStyle& a, const PathStyle& b, PaintCompari
 }
 
 bool sameClip(Art was, Art is) {
+    if (isTextClip(was) || isTextClip(is)) {
+        return isTextClip(was) && isTextClip(is) && sameTextClip(was, is);
+    }
     return leadingStyle(was).rule == leadingStyle(is).rule && sameShape(was, is);
 }
 

@@ -5,6 +5,7 @@
 #include "runtime/matrix.h"
 #include "writer/art/outline.h"
 #include "writer/art/style_works.h"
+#include "writer/art/text_clip.h"
 #include "writer/image/image_works.h"
 #include "writer/patch/compare/clip_matching.h"
 #include "writer/patch/compare/movement.h"
@@ -110,6 +111,26 @@ private:
                                                                 &Subpath::closed, &Subpath::closed);
     }
 
+    bool addClip(Art was, Art is) {
+        if (!isTextClip(was) && !isTextClip(is)) {
+            return addArt(was, is);
+        }
+        return isTextClip(was) && isTextClip(is) && addTextClip(was, is);
+    }
+
+    bool addTextClip(Art was, Art is) {
+        const ChargedList<Art> former = clipTexts(was);
+        const ChargedList<Art> texts = clipTexts(is);
+        if (!std::ranges::equal(former.items(), texts.items(), sameLetters)) {
+            return false;
+        }
+        for (std::size_t i = 0; i < texts.size(); ++i) {
+            addFrames(frameOf(former[i], runOf(former[i], 0), 0),
+                      frameOf(texts[i], runOf(texts[i], 0), 0), 1);
+        }
+        return true;
+    }
+
     void addFrames(const RealMatrix& was, const RealMatrix& is, double side) {
         for (const RealPoint& corner : {RealPoint{0, 0}, RealPoint{side, 0}, RealPoint{0, side}}) {
             from_.push(transform(was, corner));
@@ -159,7 +180,7 @@ private:
                 return compared_[group] == clip;
             }
             compared_[group] = clip;
-            if (!addArt(trace_.clip(clip).art, form_.inside.groups[group].clip)) {
+            if (!addClip(trace_.clip(clip).art, form_.inside.groups[group].clip)) {
                 return false;
             }
         }

@@ -2,9 +2,9 @@
 
 #include "output/primitives.h"
 #include "output/xref.h"
-#include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
 #include "writer/page/page_geometry.h"
+#include "writer/patch/base/content_resources.h"
 #include "writer/patch/form/form_box.h"
 
 #include <algorithm>
@@ -31,38 +31,11 @@ bool isAmong(const std::array<std::string_view, count>& keys, std::string_view k
     return std::ranges::find(keys, key) != keys.end();
 }
 
-/// The content whose resources are those in which `content` looks up names.
-const BaseContent& ownerOfResources(const BaseContent& content) {
-    const BaseContent* owner = &content;
-    while (owner->form != nullptr && !owner->form->hasResources) {
-        owner = owner->around;
-    }
-    return *owner;
-}
-
-std::vector<RawEntry> entriesOfResources(PageTools& tools, const BaseContent& owner) {
-    if (owner.form == nullptr) {
-        return resourceEntries(tools.cache, tools.base);
-    }
-    for (const RawEntry& entry :
-         rawEntries(tools.cache, owner.form->object, owner.form->generation)) {
-        if (entry.key == "Resources") {
-            return rawEntries(tools.cache, entry);
-        }
-    }
-    return {};
-}
-
 std::unique_ptr<ResourceRegistry> carriedResources(PageTools& tools, const BaseContent& content) {
-    const BaseContent& owner = ownerOfResources(content);
     auto resources = std::make_unique<ResourceRegistry>();
-    std::vector<ObjectOwner> streams;
-    streams.push_back(sharedObject(content.form->stream.get()));
-    resources->avoidNames(tools.cache, std::move(streams),
-                          owner.form == nullptr
-                              ? sharedObject(tools.base.resources.get())
-                              : lookupObject(tools.cache, owner.form->stream.get(), "Resources"));
-    resources->carry(tools.cache, entriesOfResources(tools, owner));
+    resources->avoidNames(tools.cache, streamsOf(content, tools.base),
+                          sharedObject(resourcesOf(content, tools.base)));
+    resources->carry(tools.cache, entriesOfResources(tools.cache, content, tools.base));
     return resources;
 }
 

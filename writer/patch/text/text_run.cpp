@@ -3,6 +3,7 @@
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
 #include "runtime/fixed.h"
+#include "writer/art/text_clip.h"
 
 #include <algorithm>
 #include <cmath>
@@ -93,20 +94,53 @@ ArtDifference compareText(const BaseContent& base, const PaintedArt& was, const 
     return difference;
 }
 
-bool sameText(Art was, Art is, PaintComparison& paints) {
+namespace {
+
+std::int32_t countRuns(Art text) {
     std::int32_t count = 0;
-    std::int32_t runs = 0;
-    callHost(slot::getTextRunCount, was, &count);
-    callHost(slot::getTextRunCount, is, &runs);
-    bool isSame = count == runs && !movesLetters(lineOf(is));
+    callHost(slot::getTextRunCount, text, &count);
+    return count;
+}
+
+/// Whether lines have the same letters in the same places, in styles that `sameStyle` takes for
+/// the same.
+template <class SameStyle>
+bool sameLine(Art was, Art is, const SameStyle& sameStyle) {
+    const std::int32_t count = countRuns(was);
+    bool isSame = count == countRuns(is) && !movesLetters(lineOf(is));
     for (std::int32_t i = 0; isSame && i < count; ++i) {
         const TextRun former = runOf(was, i);
         const TextRun run = runOf(is, i);
-        isSame = sameLetters(former, run) &&
-                 !compareStyles(former.style, run.style, paints).any() &&
+        isSame = sameLetters(former, run) && sameStyle(former.style, run.style) &&
                  sameFrame(frameOf(was, former, 0), frameOf(is, run, 0));
     }
     return isSame;
+}
+
+} // namespace
+
+bool sameLetters(Art was, Art is) {
+    const std::int32_t count = countRuns(was);
+    bool isSame = count == countRuns(is);
+    for (std::int32_t i = 0; isSame && i < count; ++i) {
+        isSame = sameLetters(runOf(was, i), runOf(is, i));
+    }
+    return isSame;
+}
+
+bool sameTextClip(Art was, Art is) {
+    const ChargedList<Art> former = clipTexts(was);
+    const ChargedList<Art> texts = clipTexts(is);
+    const auto clipsAlike = [](const PathStyle& a, const PathStyle& b) { return a.clip == b.clip; };
+    return std::ranges::equal(former.items(), texts.items(), [&](Art a, Art b) {
+        return lineOf(b).anchor == TextAnchor::start && sameLine(a, b, clipsAlike);
+    });
+}
+
+bool sameText(Art was, Art is, PaintComparison& paints) {
+    return sameLine(was, is, [&](const PathStyle& a, const PathStyle& b) {
+        return !compareStyles(a, b, paints).any();
+    });
 }
 
 RealMatrix movementOfText(const BaseContent& base, const PaintedArt& was, const EditedObject& is) {

@@ -24,6 +24,12 @@ RealMatrix frameOfPage(const BaseContent& base, const PaintedArt& was);
 /// How what the page shows and a run of the artwork differ.
 ArtDifference compareText(const BaseContent& base, const PaintedArt& was, const EditedObject& is);
 
+/// Whether two text objects have the same letters, wherever those stand.
+bool sameLetters(Art was, Art is);
+
+/// Whether two clips that are text let through the same.
+bool sameTextClip(Art was, Art is);
+
 /// Whether two text objects show the same letters in the same places.
 bool sameText(Art was, Art is, PaintComparison& paints);
 

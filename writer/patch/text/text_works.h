@@ -19,6 +19,9 @@ void sourcedTextWorks(PatchTools& tools, const BaseContent& base, const PaintedA
 /// Writes text that the page does not have, in the space of the artboard. Raises as above.
 void newTextWorks(PatchTools& tools, const EditedObject& is);
 
+/// Clips with the text that is the clip of a group, in the space of the artboard. Raises as above.
+void textClipWorks(PatchTools& tools, const EditedArtwork& artwork, const EditedGroup& group);
+
 /// Shows again what glyph procedures drew, moved on the artboard; the CTM must have an inverse.
 void movedGlyphsWorks(PatchTools& tools, const PaintedArt& was, const RealMatrix& movement);
 

@@ -90,9 +90,17 @@ void InsertedWorks::openGroups(const Insertion& insertion) {
             enterWorks(walk_);
         }
         if (artwork_.groups[*group].clip != Art::null) {
-            clipWorks(walk_, artwork_.groups[*group].clip);
+            clip(artwork_.groups[*group]);
         }
         open_.push_back(*group);
+    }
+}
+
+void InsertedWorks::clip(const EditedGroup& group) {
+    if (isTextClip(group.clip)) {
+        textClipWorks(tools_, artwork_, group);
+    } else {
+        clipWorks(walk_, group.clip);
     }
 }
 

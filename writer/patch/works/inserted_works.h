@@ -32,6 +32,7 @@ public:
 
 private:
     void openGroups(const Insertion& insertion);
+    void clip(const EditedGroup& group);
     void closeGroups(std::size_t left);
     void beginForm(EditedIndex group);
     void endForm(const Appearance& appearance);

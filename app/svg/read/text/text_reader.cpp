@@ -281,6 +281,12 @@ const LetterLook& TextReader::lookOf(Level& level) {
         context_.tally.add("hidden element"); // its letters keep their place
         return look;
     }
+    if (frame_.isClip) {
+        look.style.fillPaint = 0;
+        look.style.strokePaint = 0;
+        look.style.clip = 1;
+        return look;
+    }
     // The line's matrix holds what makes strokes uneven. Ours was of 16.16 numbers.
     const RealMatrix& toArt = frame_.toArt;
     const double stretch = meanStretch(context_.ours ? realMatrix(fixedMatrix(toArt)) : toArt);
