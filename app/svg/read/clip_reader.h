@@ -38,7 +38,8 @@ private:
         RealMatrix matrix;
     };
 
-    std::vector<Part> parts(pugi::xml_node clip, const RealMatrix& toArt, const Viewport& viewport);
+    std::vector<Part> parts(pugi::xml_node clip, const RealMatrix& toArt, Viewport viewport,
+                            const UserBox& box);
     bool readPart(pugi::xml_node node, const ComputedStyle& outer, RealMatrix matrix,
                   const Viewport& viewport, Part& into);
     Art draw(const Part& part, Art group);
