@@ -3,6 +3,7 @@
 
 #include "app/svg/art_source.h"
 #include "app/svg/read/basic_shapes.h"
+#include "app/svg/read/paint/gradient_reader.h"
 #include "app/svg/read/paint/paint_style.h"
 #include "app/svg/read/style/cascade.h"
 #include "app/svg/read/text/text_reader.h"
@@ -89,8 +90,8 @@ bool ClipReader::readPart(pugi::xml_node node, const ComputedStyle& outer, RealM
         if (!style.clipPath.empty()) {
             context_.tally.add("clip-path");
         }
-        matrix = transformed(matrix, into.attributes, Attribute::transform, context_);
         into.lengths = {viewport, style.fontSize};
+        matrix = transformed(matrix, style, into.lengths, context_);
         into.element = context_.index.elementOf(node);
         if (into.element != Element::use) {
             break;
@@ -115,12 +116,18 @@ bool ClipReader::readPart(pugi::xml_node node, const ComputedStyle& outer, RealM
     return false;
 }
 
+/// `box` is empty where the clip is not fitted to one.
 std::vector<ClipReader::Part> ClipReader::parts(pugi::xml_node clip, const RealMatrix& toArt,
-                                                const Viewport& viewport) {
+                                                Viewport viewport, const UserBox& box) {
     const Attributes attributes(clip);
     const ComputedStyle style = styleOf(
         clip, attributes, context_.inherited.within(clip.parent(), context_), viewport, context_);
-    const RealMatrix matrix = transformed(toArt, attributes, Attribute::transform, context_);
+    // The clip's own transform is of the box, too.
+    RealMatrix matrix = transformed(toArt, style, {viewport, style.fontSize}, context_);
+    if (fitsBox(clip)) {
+        matrix = multiply(boxMatrix(box).value_or(RealMatrix{0, 0, 0, 0, 0, 0}), matrix);
+        viewport = {1, 1};
+    }
     std::vector<Part> found;
     const bool again = !known_.insert(clip.hash_value()).second;
     for (const pugi::xml_node node : clip.children()) {
@@ -231,13 +238,7 @@ Art ClipReader::clipWithText(const std::vector<Part>& parts, Art group) {
 Art ClipReader::clip(Art group, pugi::xml_node clip, const RealMatrix& toArt,
                      const Viewport& viewport, const UserBox& box) {
     Document& document = context_.document;
-    RealMatrix matrix = toArt;
-    if (fitsBox(clip)) {
-        matrix = box.empty()
-                     ? RealMatrix{0, 0, 0, 0, 0, 0}
-                     : multiply({box.width(), 0, 0, box.height(), box.left, box.top}, toArt);
-    }
-    std::vector<Part> all = parts(clip, matrix, fitsBox(clip) ? Viewport{1, 1} : viewport);
+    std::vector<Part> all = parts(clip, toArt, viewport, box);
     const auto isText = [](const Part& part) { return part.element == Element::text; };
     Art art = Art::null;
     if (!all.empty() && std::ranges::all_of(all, isText)) {

@@ -41,7 +41,8 @@ private:
         bool again = false; ///< it was read before
     };
 
-    std::vector<Part> parts(pugi::xml_node clip, const RealMatrix& toArt, const Viewport& viewport);
+    std::vector<Part> parts(pugi::xml_node clip, const RealMatrix& toArt, Viewport viewport,
+                            const UserBox& box);
     bool readPart(pugi::xml_node node, const ComputedStyle& outer, RealMatrix matrix,
                   const Viewport& viewport, Part& into);
     Art clipWithText(const std::vector<Part>& parts, Art group);

@@ -29,6 +29,7 @@ public:
 
 private:
     SoftMask make(pugi::xml_node node, const MaskUse& use);
+    Art openContent(Art content, const ComputedStyle& style, const MaskUse& use);
     void clip(Art content, const Attributes& attributes, const MaskUse& use);
     void grayOut(Art content);
 

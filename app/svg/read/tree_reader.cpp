@@ -2,6 +2,9 @@
 
 #include "app/svg/read/basic_shapes.h"
 #include "app/svg/read/style/cascade.h"
+#include "app/svg/read/style/conditions.h"
+#include "app/svg/read/style/css_colour.h"
+#include "app/svg/read/style/property_values.h"
 #include "app/svg/read/values/view_box.h"
 #include "app/svg/reader.h"
 #include "app/svg/shape_extent.h"
@@ -18,9 +21,21 @@ void TreeReader::read(pugi::xml_node root, const RealMatrix& toArt, const Viewpo
     frame.next = root.first_child();
     frame.holdsLayers = true;
     frame.style = styleOf(root, attributes_, {}, viewport, context_);
+    if (isHidden(frame)) {
+        return;
+    }
     const Appearance& look = frame.style.appearance;
     if (look.opacity != 1 || look.blend != BlendMode::normal || !frame.style.mask.empty()) {
-        context_.tally.add("opacity"); // of the page as a whole
+        context_.tally.add("opacity"); // of the page as a whole, as the next two
+    }
+    if (!frame.style.clipPath.empty()) {
+        context_.tally.add("clip-path");
+    }
+    if (!frame.style.transform.functions.empty()) {
+        context_.tally.add("transform");
+    }
+    if (!context_.ours && !frame.style.background.empty()) {
+        paintBackground(frame.style.background);
     }
     frame.matrix = toArt;
     frame.viewport = viewport;
@@ -33,16 +48,40 @@ void TreeReader::read(pugi::xml_node root, const RealMatrix& toArt, const Viewpo
     readFrames();
 }
 
+/// A rectangle of the page's size behind all art; white is what paper is.
+void TreeReader::paintBackground(std::string_view colour) {
+    const auto parsed = parseColour(colour);
+    if (!parsed) {
+        if (!keywordIn(colour, {"none", "inherit"})) {
+            context_.tally.add("background");
+        }
+        return;
+    }
+    if (parsed->alpha == 0 || parsed->screen == ScreenColour{255, 255, 255}) {
+        return;
+    }
+    const Rect& page = document_.page().bounds();
+    const auto side = [](Fixed fixed) { return static_cast<double>(fixed) / fixedOne; };
+    shape_.begin({Placement::inside, layers_.loose()}, {}, false, false);
+    shape_.moveTo(side(page.left), side(page.bottom));
+    shape_.lineTo(side(page.right), side(page.bottom));
+    shape_.lineTo(side(page.right), side(page.top));
+    shape_.lineTo(side(page.left), side(page.top));
+    shape_.close(false);
+    const Art ground = shape_.finish(false);
+    PathStyle style;
+    style.fillPaint = 1;
+    style.fill = PaintTwin().resolve(parsed->screen, document_);
+    document_.setStyle(ground, style);
+    Appearance look;
+    look.fillOpacity = context_.holdsAppearance ? parsed->alpha : 1;
+    document_.setAppearance(ground, look);
+}
+
 void TreeReader::readTile(pugi::xml_node pattern, Art tile, const RealMatrix& toTile,
                           const Viewport& viewport) {
-    Frame frame;
-    attributes_.load(pattern);
-    frame.next = pattern.first_child();
-    frame.style =
-        styleOf(pattern, attributes_, context_.inherited.within(pattern.parent(), context_),
-                viewport, context_);
+    Frame frame = frameOfHolder(pattern, viewport);
     frame.matrix = toTile;
-    frame.viewport = viewport;
     frame.group = tile;
     inTile_ = true;
     push(std::move(frame));
@@ -101,11 +140,11 @@ void TreeReader::visit(pugi::xml_node node) {
         enterUse(node);
         return;
     case Element::svg:
-        enterViewport(node, element);
+        enterViewport(node);
         return;
     case Element::symbol:
         if (frames_.back().isUse) {
-            enterViewport(node, element);
+            enterViewport(node);
         }
         return;
     case Element::text:
@@ -134,13 +173,25 @@ Frame TreeReader::frameOf(pugi::xml_node node) {
     Frame frame;
     frame.next = node.first_child();
     frame.style = styleOf(node, attributes_, outer.style, outer.viewport, context_);
-    frame.matrix = transformed(outer.matrix, attributes_, Attribute::transform, context_);
+    frame.matrix =
+        transformed(outer.matrix, frame.style, {outer.viewport, frame.style.fontSize}, context_);
     frame.viewport = outer.viewport;
     frame.group = outer.group;
     frame.clip = outer.clip;
     frame.visible = outer.visible;
     frame.measured = outer.measured;
     frame.boxed = outer.boxed;
+    return frame;
+}
+
+/// A frame for the children of an element that draws nothing where it stands.
+Frame TreeReader::frameOfHolder(pugi::xml_node holder, const Viewport& viewport) {
+    attributes_.load(holder);
+    Frame frame;
+    frame.next = holder.first_child();
+    frame.style = styleOf(holder, attributes_, context_.inherited.within(holder.parent(), context_),
+                          viewport, context_);
+    frame.viewport = viewport;
     return frame;
 }
 
@@ -166,6 +217,7 @@ void TreeReader::leave() {
     }
     if (frame.isUse) {
         targets_.pop_back();
+        contexts_.pop_back();
     }
     const Extent content = frame.content.within(frame.clipBounds);
     const UserBox box = frame.box;
@@ -271,9 +323,7 @@ void TreeReader::enterSwitch(pugi::xml_node node) {
         }
         const Attributes attributes(child);
         countAgain(1 + attributes.cost());
-        const std::string_view language = attributes[Attribute::systemLanguage];
-        if (attributes.has(Attribute::requiredExtensions) ||
-            (!language.empty() && language.find("en") == std::string_view::npos)) {
+        if (!isForUs(attributes)) {
             continue;
         }
         const bool isKnown = ignoredKind(context_.index.elementOf(child)).empty();
@@ -321,12 +371,16 @@ void TreeReader::enterUse(pugi::xml_node node) {
     frame.onlyNext = true;
     frame.isUse = true;
     openGroups(frame, Art::null);
+    ComputedStyle painted = frame.style;
+    resolveContext(painted);
     push(std::move(frame));
     targets_.push_back(target);
+    contexts_.push_back(
+        {painted.fill, painted.fillTwin, painted.stroke, painted.strokeTwin, std::nullopt});
 }
 
 /// A symbol, or an `svg` within the file: a viewport of its own, which clips.
-void TreeReader::enterViewport(pugi::xml_node node, Element element) {
+void TreeReader::enterViewport(pugi::xml_node node) {
     const Frame& outer = frames_.back();
     const bool used = outer.isUse;
     const std::string_view usedWidth = outer.width;
@@ -337,16 +391,12 @@ void TreeReader::enterViewport(pugi::xml_node node, Element element) {
     }
     const LengthContext lengths{frame.viewport, frame.style.fontSize};
     const auto side = [&](Attribute name, std::string_view usedText, Axis axis, double whole) {
-        const std::string_view own =
-            element == Element::svg ? attributes_[name] : std::string_view{};
-        const std::string_view text = used && !usedText.empty() ? usedText : own;
+        const std::string_view text = used && !usedText.empty() ? usedText : attributes_[name];
         return parseLength(text, axis, lengths).value_or(whole);
     };
     ViewBox area;
-    if (element == Element::svg) {
-        area.x = lengthOf(attributes_, Attribute::x, Axis::x, lengths);
-        area.y = lengthOf(attributes_, Attribute::y, Axis::y, lengths);
-    }
+    area.x = lengthOf(attributes_, Attribute::x, Axis::x, lengths);
+    area.y = lengthOf(attributes_, Attribute::y, Axis::y, lengths);
     area.width = side(Attribute::width, usedWidth, Axis::x, frame.viewport.width);
     area.height = side(Attribute::height, usedHeight, Axis::y, frame.viewport.height);
     const auto box = parseViewBox(attributes_[Attribute::viewBox]);

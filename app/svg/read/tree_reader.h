@@ -15,6 +15,27 @@
 
 namespace corvane {
 
+struct MarkerForm;
+
+/// A shape that is being read. `attributes_` are its own.
+struct ShapeUse {
+    Element element;
+    const ComputedStyle& style;
+    RealMatrix matrix; ///< from its user space to the art
+    LengthContext lengths;
+    Note note = Note::null;
+    bool measures = false; ///< the box around it will be asked for
+};
+
+/// What `context-fill` and `context-stroke` stand for.
+struct ContextPaint {
+    PaintValue fill;
+    PaintTwin fillTwin;
+    PaintValue stroke;
+    PaintTwin strokeTwin;
+    std::optional<PaintUse> use; ///< where it is known what they are painted on
+};
+
 class TreeReader {
 public:
     explicit TreeReader(ReadingContext& context)
@@ -43,8 +64,19 @@ private:
     void enterLayer(Frame& frame);
     void enterSwitch(pugi::xml_node node);
     void enterUse(pugi::xml_node node);
-    void enterViewport(pugi::xml_node node, Element element);
+    void enterViewport(pugi::xml_node node);
     void readShape(pugi::xml_node node, Element element);
+    Art drawPaths(ArtPlace place, const ShapeUse& use, VertexTrace* trace);
+    static bool hasCoats(const ComputedStyle& style, Element element);
+    Art drawCoats(ArtPlace place, const ShapeUse& use);
+    void drawMarkers(ArtPlace place, const ShapeUse& use, const VertexTrace& trace,
+                     const UserBox& box);
+    void drawMarker(ArtPlace place, const MarkerForm& form, const ShapeUse& use,
+                    const VertexTrace& trace, std::size_t vertex, bool isStart,
+                    const ContextPaint& paint);
+    void readMarker(const MarkerForm& form, Art group, const RealMatrix& toArt);
+    void resolveContext(ComputedStyle& style);
+    void paintBackground(std::string_view colour);
     void readText(pugi::xml_node node);
     void readImage(pugi::xml_node node);
     void placeImage(const LoadedImage& image, const ComputedStyle& style);
@@ -63,6 +95,7 @@ private:
 
     // Frames.
     Frame frameOf(pugi::xml_node node);
+    Frame frameOfHolder(pugi::xml_node holder, const Viewport& viewport);
     void push(Frame frame);
     void leave();
     bool isHidden(const Frame& frame);
@@ -92,8 +125,7 @@ private:
     SharedClip makeShared(ArtPlace place, pugi::xml_node clip, const RealMatrix& matrix);
     ArtPlace openBoxed(const std::vector<pugi::xml_node>& chain, const RealMatrix& matrix,
                        std::vector<BoxClip>& clips);
-    void stylePaths(Art shape, const ComputedStyle& style, const RealMatrix& matrix,
-                    const LengthContext& lengths, Note note);
+    void stylePaths(Art shape, const ShapeUse& use);
 
     ReadingContext& context_;
     Document& document_;
@@ -106,6 +138,7 @@ private:
     std::vector<Frame> frames_;
     bool inTile_ = false;
     std::vector<pugi::xml_node> targets_; ///< of the `use` elements around
+    std::vector<ContextPaint> contexts_;  ///< of these, and of a marker
     pugi::xml_node current_;
 };
 

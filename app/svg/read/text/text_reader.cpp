@@ -296,7 +296,8 @@ const LetterLook& TextReader::lookOf(Level& level) {
         look.fillOpacity = look.style.fillPaint != 0 ? fillOpacityOf(style) : 1;
         look.strokeOpacity = look.style.strokePaint != 0 ? strokeOpacityOf(style) : 1;
     }
-    paints_.paint(look.style, style, {frame_.toArt, box_, {viewport_, style.fontSize}});
+    const PaintUse use{frame_.toArt, box_, {viewport_, style.fontSize}};
+    paints_.paint(look.style, style, use, use);
     return look;
 }
 
