@@ -9,6 +9,8 @@
 #include "host/extension.h"
 #include "host/front.h"
 
+#include <optional>
+
 namespace corvane {
 
 /// Front of the dialogs and receiver of facts: puts all of it into the report. Nothing is thrown
@@ -45,7 +47,8 @@ private:
     Report& report_;
     ProgressLine progress_;
     ImageFolder imageFolder_;
-    PasswordSource passwords_;
+    std::optional<PasswordSource> ownPasswords_;
+    PasswordSource& passwords_;
     bool ranOutOfMemory_ = false;
     const HostExtension extension_;
 };
