@@ -114,7 +114,8 @@ std::string usageText() {
         "is "
         "asked for\non a terminal.\n"
         "\nA file whose name begins with - goes after --.\n"
-        "Exit: 0 done, 1 failed, 2 bad usage, 130 cancelled.\n";
+        "Exit: 0 done, also with warnings; 1 failed, of many files any; 2 bad usage; 130 "
+        "cancelled.\n";
     return text;
 }
 

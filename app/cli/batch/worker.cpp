@@ -3,6 +3,7 @@
 #include "app/cli/commands.h"
 #include "app/cli/fault.h"
 #include "app/cli/follow.h"
+#include "app/cli/plugin.h"
 
 #include <algorithm>
 #include <array>
@@ -76,6 +77,9 @@ TaskResult doTask(Arguments arguments, const Task& task) {
 /// program that gives them is gone.
 [[noreturn]] void work(Arguments arguments, int channel) {
     const std::vector<std::string> files = std::exchange(arguments.files, {});
+    // It stays loaded from one file to the next. Where that fails each task says so.
+    std::optional<Plugin> plugin;
+    static_cast<void>(faultOf([&] { plugin.emplace(pluginPath()); }));
     Task task;
     while (receive(channel, task)) {
         arguments.file = files[task.file];

@@ -51,6 +51,7 @@ public:
     }
 
     void run(const Editor& editor) {
+        saves_.rehearse();
         EditorProcess process(editor.words(arguments_.artwork));
         folder_.keep();
         announce(arguments_, "page " + std::to_string(arguments_.page) + " is open in " +
@@ -126,6 +127,10 @@ private:
     /// What becomes of the folder, and of the command.
     void finish() {
         report_.saves = saves_.saves();
+        if (arguments_.json) {
+            report_.warnings.insert(report_.warnings.end(), saves_.warnings().begin(),
+                                    saves_.warnings().end());
+        }
         const auto changes = [](const SavedFacts& saved) {
             return saved.changed != 0 || saved.removed != 0;
         };

@@ -6,6 +6,7 @@
 #include "app/cli/save/artwork_save.h"
 #include "app/cli/text.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace corvane {
@@ -28,6 +29,26 @@ std::string happened(const Fault& fault) {
 
 PageSave::PageSave(Arguments arguments, Provenance opened, FileStamp stamp)
     : arguments_(std::move(arguments)), opened_(std::move(opened)), stamp_(stamp) {}
+
+void PageSave::rehearse() {
+    Arguments arguments = arguments_;
+    arguments.command = Command::edit;
+    arguments.dryRun = true;
+    Report report;
+    const auto fault = faultOf([&] {
+        ArtworkSave save(arguments, report);
+        SavePlace place(arguments);
+        save.run(place);
+    });
+    if (fault && isLoss(*fault) && !isAgreed(*fault)) {
+        throw Failure({fault->code, happened(*fault) +
+                                        "; use open and save --force, or edit it from "
+                                        "a terminal, where you are asked"});
+    }
+    if (fault && !isLoss(*fault)) {
+        throw Failure(*fault);
+    }
+}
 
 bool PageSave::isSaved(std::uint64_t digest) const {
     return digest_ == digest && stampOf(arguments_.file) == stamp_;
@@ -75,7 +96,7 @@ std::optional<Fault> PageSave::save(bool isForced) {
         save.run(place);
         stamp_ = stampOf(arguments.file).value_or(stamp_);
         isForeign_ = false;
-        announceSave(report);
+        tellSave(report);
     });
 }
 
@@ -125,11 +146,15 @@ void PageSave::say(const Fault& fault) const {
                                                   : fault.sentence + kept}));
 }
 
-void PageSave::announceSave(const Report& report) {
+void PageSave::tellSave(const Report& report) {
     saves_.push_back(*report.saved);
     announce(arguments_, editedText(arguments_.file, *report.saved));
     for (const Fault& warning : report.warnings) {
-        if (!arguments_.quiet && !arguments_.json && warned_.insert(warning.sentence).second) {
+        if (std::ranges::find(warnings_, warning.sentence, &Fault::sentence) != warnings_.end()) {
+            continue;
+        }
+        warnings_.push_back(warning);
+        if (!arguments_.quiet && !arguments_.json) {
             complain(warningLine(arguments_.file, warning));
         }
     }

@@ -33,6 +33,10 @@ public:
     /// the state of the file before that.
     PageSave(Arguments arguments, Provenance opened, FileStamp stamp);
 
+    /// Tries a save of what was just opened, before a person draws for an hour: a file that was
+    /// only repaired for reading, say, takes none. Raises `Failure`.
+    void rehearse();
+
     /// Saves once, and says so. `digest` is of the artwork: what was saved already is not saved
     /// again. `isStill` tells whether the artwork is as it was when the attempt began.
     SaveResult attempt(std::uint64_t digest, const std::function<bool()>& isStill);
@@ -42,6 +46,8 @@ public:
     /// Says it of artwork that is not whole: it has been waited for long enough.
     void sayFault() const { say(*fault_); }
     const std::vector<SavedFacts>& saves() const { return saves_; }
+    /// Of all saves, each once.
+    const std::vector<Fault>& warnings() const { return warnings_; }
 
 private:
     std::optional<Fault> save(bool isForced);
@@ -49,7 +55,7 @@ private:
     void requireSameFile() const;
     bool isAgreed(const Fault& fault);
     void say(const Fault& fault) const;
-    void announceSave(const Report& report);
+    void tellSave(const Report& report);
 
     const Arguments arguments_;
     const Provenance opened_;
@@ -58,7 +64,7 @@ private:
     std::optional<Fault> fault_;
     std::optional<std::uint64_t> digest_; ///< of the artwork that was saved last
     std::set<std::string> agreed_;        ///< sentences of losses that the person took
-    std::set<std::string> warned_;        ///< sentences that were said
+    std::vector<Fault> warnings_;
     std::vector<SavedFacts> saves_;
 };
 

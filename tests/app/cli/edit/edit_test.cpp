@@ -196,6 +196,15 @@ TEST_F(Edit, AnEditorThatCannotStartLeavesNothing) {
     }
 }
 
+TEST_F(Edit, AFileThatTakesNoSaveIsNotOpened) {
+    folder_.add("in.pdf", replaced(pdf_, "startxref", "startxxxx"));
+    const auto outcome = edit("echo > started");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(holds(outcome.errors, "error 22: ")) << outcome.errors;
+    EXPECT_FALSE(fs::exists(folder_.path() / "started"));
+    EXPECT_TRUE(left().empty());
+}
+
 TEST_F(Edit, AnEditorThatDropsOurMarksStillSavesAPatch) {
     const auto outcome = edit("sed -E 's/ data-[a-z-]+=\"[^\"]*\"//g; s/ff0000/00ff00/' \"$art\" > "
                               "bare; cat bare > \"$art\"");
