@@ -12,9 +12,9 @@ becomes SVG:
     mutool           mutool convert -F svg, one process a file
     pdftocairo       pdftocairo -svg, one process a file
 
-Printed are files a second, processor time a file, and the peak memory of the largest process. All
-outputs go to one folder, which is emptied before each row. A peer that is not installed is left out.
-Rows run one after another; with --only a list of them.
+Printed are files a second, processor time a file, and the peak memory of the largest process, which is
+never less than what this driver itself holds. All outputs go to one folder, which is
+emptied before each row. A peer that is not installed is left out. --only names the rows to run.
 """
 
 import argparse
