@@ -1,7 +1,7 @@
 #include "app/cli/listener.h"
 
-#include "app/cli/chooser.h"
 #include "app/cli/messages.h"
+#include "app/cli/terminal/chooser.h"
 #include "host/toolbox.h"
 
 #include <iostream>

@@ -3,9 +3,9 @@
 
 #include "app/cli/arguments.h"
 #include "app/cli/files/image_folder.h"
-#include "app/cli/password.h"
-#include "app/cli/progress.h"
 #include "app/cli/report/report.h"
+#include "app/cli/terminal/password.h"
+#include "app/cli/terminal/progress.h"
 #include "host/extension.h"
 #include "host/front.h"
 

@@ -110,7 +110,10 @@ private:
                                                 : std::string(" of itself")) +
                             "; other files are not concerned; please report it"});
         } else if (result.status == exitCancelled) {
-            return;
+            if (!interrupted()) { // somebody stopped that process alone, and it stays stopped
+                worker.reset();
+                tally_.add(false);
+            }
         } else if (task.page == Task::countsPages && result.status == exitDone) {
             tasks_.addPages(task.file, result.pages);
         } else {

@@ -3,7 +3,7 @@
 
 #include "app/cli/arguments.h"
 #include "app/cli/fault.h"
-#include "app/cli/progress.h"
+#include "app/cli/terminal/progress.h"
 
 #include <chrono>
 #include <cstdint>

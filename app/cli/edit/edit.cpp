@@ -9,7 +9,7 @@
 #include "app/cli/files/input_file.h"
 #include "app/cli/interrupt.h"
 #include "app/cli/messages.h"
-#include "app/cli/password.h"
+#include "app/cli/terminal/password.h"
 #include "app/cli/text.h"
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 #include "app/cli/edit/page_save.h"
 
-#include "app/cli/edit/question.h"
 #include "app/cli/files/save_place.h"
 #include "app/cli/messages.h"
 #include "app/cli/save/artwork_save.h"
+#include "app/cli/terminal/question.h"
 #include "app/cli/text.h"
 
 #include <algorithm>

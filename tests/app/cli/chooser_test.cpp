@@ -1,6 +1,6 @@
-#include "app/cli/chooser.h"
+#include "app/cli/terminal/chooser.h"
 
-#include "app/cli/progress.h"
+#include "app/cli/terminal/progress.h"
 
 #include <array>
 #include <cstring>

@@ -142,6 +142,22 @@ TEST_F(Edit, APersonAtTheTerminalMayTakeALoss) {
     }
 }
 
+TEST_F(Edit, AnAnswerForTheFileIsNoneForThePage) {
+    const std::string corvane = (test::buildFolder() / "corvane").string();
+    auto asking = editing(script(
+        "editor", corvane + " open in.pdf -o a.svg --quiet; sed s/0000ff/00ffff/ a.svg > b.svg\n" +
+                      corvane +
+                      " save b.svg in.pdf --quiet; cp in.pdf after.pdf\n"
+                      "recolour ff0000 00ff00"));
+    asking.onTerminal = true;
+    asking.input = "y\n";
+    const auto outcome = test::run(asking);
+    EXPECT_EQ(outcome.status, 1) << outcome.errors;
+    EXPECT_TRUE(holds(outcome.errors, "error 29: ")) << outcome.errors;
+    EXPECT_EQ(bytes("in.pdf"), bytes("after.pdf"));
+    EXPECT_TRUE(holds(artwork("in.pdf", 1), "#00ffff"));
+}
+
 TEST_F(Edit, AnEditorThatReturnsAtOnceIsWaitedFor) {
     auto handing = editing(script("editor", "(sleep 0.7; recolour ff0000 00ff00) &"));
     handing.interruptOn = "take it off with";

@@ -1,4 +1,4 @@
-#include "app/cli/progress.h"
+#include "app/cli/terminal/progress.h"
 
 #include "app/cli/text.h"
 

@@ -1,7 +1,7 @@
-#include "app/cli/edit/question.h"
+#include "app/cli/terminal/question.h"
 
-#include "app/cli/lines.h"
 #include "app/cli/messages.h"
+#include "app/cli/terminal/lines.h"
 
 #include <unistd.h>
 
