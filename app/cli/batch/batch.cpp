@@ -1,6 +1,6 @@
 #include "app/cli/batch/batch.h"
 
-#include "app/cli/batch/tally.h"
+#include "app/cli/batch/batch_sum.h"
 #include "app/cli/batch/tasks.h"
 #include "app/cli/batch/worker.h"
 #include "app/cli/fault.h"
@@ -24,9 +24,9 @@ constexpr int turn = 200; ///< milliseconds between two looks whether the person
 class Batch {
 public:
     explicit Batch(const Arguments& arguments)
-        : arguments_(arguments), tasks_(arguments), tally_(arguments) {}
+        : arguments_(arguments), tasks_(arguments), sum_(arguments) {}
 
-    const Tally& tally() const { return tally_; }
+    const BatchSum& sum() const { return sum_; }
 
     void run() {
         workers_.resize(static_cast<std::size_t>(arguments_.jobs));
@@ -91,13 +91,13 @@ private:
                 finish(workers_[i]);
             }
         }
-        tally_.show();
+        sum_.show();
     }
 
     void finish(std::unique_ptr<Worker>& worker) {
         const Task task = *worker->task();
         const TaskResult result = worker->take();
-        tally_.clear();
+        sum_.clear();
         if (const std::string text = worker->output(); !text.empty()) {
             printOutput(text, "");
         }
@@ -112,12 +112,12 @@ private:
         } else if (result.status == exitCancelled) {
             if (!interrupted()) { // somebody stopped that process alone, and it stays stopped
                 worker.reset();
-                tally_.add(false);
+                sum_.add(false);
             }
         } else if (task.page == Task::countsPages && result.status == exitDone) {
             tasks_.addPages(task.file, result.pages);
         } else {
-            tally_.add(result.status == exitDone);
+            sum_.add(result.status == exitDone);
         }
     }
 
@@ -128,14 +128,14 @@ private:
         Report report;
         report.source.page = task.page > 0 ? task.page : 0;
         report.error = fault;
-        tally_.clear();
+        sum_.clear();
         conclude(arguments, report);
-        tally_.add(false);
+        sum_.add(false);
     }
 
     const Arguments& arguments_;
     TaskList tasks_;
-    Tally tally_;
+    BatchSum sum_;
     std::vector<std::unique_ptr<Worker>> workers_;
 };
 
@@ -147,13 +147,13 @@ int runBatch(const Arguments& arguments) {
     if (!fault && interrupted()) {
         fault = Fault{code::cancelled, "cancelled"};
     }
-    const auto unsaid = faultOf([&] { batch.tally().sumUp(fault); });
+    const auto unsaid = faultOf([&] { batch.sum().sumUp(fault); });
     fault = fault ? fault : unsaid;
     if (fault) {
         complain(plainLine(fault->sentence));
         return exitStatus(fault);
     }
-    return batch.tally().failed() == 0 ? exitDone : exitFailed;
+    return batch.sum().failed() == 0 ? exitDone : exitFailed;
 }
 
 } // namespace corvane

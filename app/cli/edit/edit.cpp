@@ -73,16 +73,19 @@ private:
     bool goesOn(EditorProcess& process, const Editor& editor) {
         watch_.wait(isHandedOn_ ? std::nullopt : std::optional(process.descriptor()));
         const auto end = isHandedOn_ ? std::nullopt : process.ended();
-        if (watch_.isDue() || (end && watch_.isChanged())) {
-            consider(end.has_value());
+        bool isStale = true;
+        while (isStale && (watch_.isDue() || (end && watch_.isChanged()))) {
+            isStale = consider(end.has_value()) == SaveResult::changed;
         }
         return !end || isHandedOn(*end, process.start(), editor);
     }
 
-    void consider(bool isLast) {
+    SaveResult consider(bool isLast) {
         isTouched_ = true;
         const std::uint64_t state = watch_.state();
-        switch (saves_.attempt(watch_.digest(), [&] { return watch_.state() == state; })) {
+        const SaveResult result =
+            saves_.attempt(watch_.digest(), [&] { return watch_.state() == state; });
+        switch (result) {
         case SaveResult::changed:
             break;
         case SaveResult::saved:
@@ -100,6 +103,7 @@ private:
             watch_.settle(state);
             break;
         }
+        return result;
     }
 
     /// Whether the watch goes on though the editor has ended.

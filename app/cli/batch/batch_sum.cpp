@@ -1,4 +1,4 @@
-#include "app/cli/batch/tally.h"
+#include "app/cli/batch/batch_sum.h"
 
 #include "app/cli/files/output.h"
 #include "app/cli/messages.h"
@@ -36,16 +36,16 @@ std::string decimal(double value) {
 
 } // namespace
 
-Tally::Tally(const Arguments& arguments)
+BatchSum::BatchSum(const Arguments& arguments)
     : arguments_(arguments), line_(progressTerminal(arguments), "corvane:"),
       total_(totalOf(arguments)) {}
 
-void Tally::show() {
+void BatchSum::show() {
     const std::int64_t count = done_ + failed_;
     line_.count(count, total_, arguments_.command == Command::open ? "page" : "file");
 }
 
-void Tally::sumUp(const std::optional<Fault>& fault) const {
+void BatchSum::sumUp(const std::optional<Fault>& fault) const {
     const std::chrono::duration<double> spent = std::chrono::steady_clock::now() - start_;
     const std::int64_t count = done_ + failed_;
     const auto files = static_cast<std::int64_t>(arguments_.files.size());

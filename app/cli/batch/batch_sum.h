@@ -11,9 +11,9 @@
 
 namespace corvane {
 
-class Tally {
+class BatchSum {
 public:
-    explicit Tally(const Arguments& arguments);
+    explicit BatchSum(const Arguments& arguments);
 
     void add(bool isDone) { ++(isDone ? done_ : failed_); }
     std::int64_t failed() const { return failed_; }
