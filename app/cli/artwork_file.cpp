@@ -2,7 +2,7 @@
 
 #include "app/cli/fault.h"
 #include "app/cli/interrupt.h"
-#include "app/cli/lines.h"
+#include "app/cli/terminal/lines.h"
 #include "app/cli/text.h"
 #include "host/utf8.h"
 #include "toolbox/descriptor.h"

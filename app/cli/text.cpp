@@ -23,6 +23,12 @@ bool isPrintable(char32_t code) {
     return !isControl && !breaksLine && !reorders;
 }
 
+bool isPlain(char c) {
+    constexpr std::string_view signs = "_-./+,:@%=";
+    const bool isLetter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    return isLetter || (c >= '0' && c <= '9') || signs.find(c) != std::string_view::npos;
+}
+
 } // namespace
 
 std::string terminalText(std::string_view bytes) {
@@ -72,6 +78,19 @@ std::string joined(const std::vector<std::string>& parts) {
 
 std::string counted(std::int64_t count, const std::string& noun) {
     return grouped(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+std::string shellWord(std::string_view name) {
+    // What begins with - would be an option.
+    const std::string path = (name.starts_with("-") ? "./" : "") + std::string(name);
+    if (!path.empty() && std::ranges::all_of(path, isPlain)) {
+        return path;
+    }
+    std::string word = "'";
+    for (const char c : path) {
+        word += c == '\'' ? "'\\''" : std::string(1, c);
+    }
+    return word + "'";
 }
 
 } // namespace corvane

@@ -25,4 +25,7 @@ std::string joined(const std::vector<std::string>& parts);
 /// "1 page", "2 pages", "1,234 pages".
 std::string counted(std::int64_t count, const std::string& noun);
 
+/// A file name for people to copy into a shell: as it is, or quoted.
+std::string shellWord(std::string_view name);
+
 } // namespace corvane

@@ -88,14 +88,18 @@ OutputTarget outputTarget(const std::string& path, const std::string& input, boo
     return target;
 }
 
-std::string outputName(std::string_view input, std::int32_t page) {
+std::string_view stemOf(std::string_view input) {
     constexpr std::size_t pdfEnding = 4;
-    const std::string ending = "-page" + std::to_string(page) + ".svg";
     std::string_view stem = input.substr(input.rfind('/') + 1);
     if (endsInPdf(stem)) {
         stem.remove_suffix(pdfEnding);
     }
-    return std::string(cutText(stem, NAME_MAX - ending.size())) + ending;
+    return stem;
+}
+
+std::string outputName(std::string_view input, std::int32_t page) {
+    const std::string ending = "-page" + std::to_string(page) + ".svg";
+    return std::string(cutText(stemOf(input), NAME_MAX - ending.size())) + ending;
 }
 
 OutputFile::OutputFile(const OutputTarget& target) : target_(target) {

@@ -1,4 +1,4 @@
-#include "app/cli/lines.h"
+#include "app/cli/terminal/lines.h"
 
 #include "app/cli/interrupt.h"
 

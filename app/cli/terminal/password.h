@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/cli/arguments.h"
-#include "app/cli/secret_text.h"
+#include "app/cli/terminal/secret_text.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,9 +1,9 @@
-#include "app/cli/password.h"
+#include "app/cli/terminal/password.h"
 
 #include "app/cli/fault.h"
 #include "app/cli/interrupt.h"
-#include "app/cli/lines.h"
 #include "app/cli/messages.h"
+#include "app/cli/terminal/lines.h"
 
 #include <cstdlib>
 #include <fcntl.h>

@@ -1,7 +1,7 @@
 // The page chooser of a terminal: a numbered prompt.
 #pragma once
 
-#include "app/cli/lines.h"
+#include "app/cli/terminal/lines.h"
 #include "host/front.h"
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "app/cli/chooser.h"
+#include "app/cli/terminal/chooser.h"
 
 #include "app/cli/text.h"
 

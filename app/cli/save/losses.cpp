@@ -1,4 +1,4 @@
-#include "app/cli/losses.h"
+#include "app/cli/save/losses.h"
 
 #include "app/artwork/path_walk.h"
 #include "app/cli/artwork_file.h"
