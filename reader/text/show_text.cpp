@@ -96,8 +96,11 @@ public:
         ShownText& shown = interpreter_.level.shown;
         shown.matrix = interpreter_.level.text.matrix;
         const bool isPainted = isArt(interpreter_.state, space);
-        shown.hides = !isPainted && paintingOf(text_.renderMode) != invisibleMode;
-        if (isPainted && font_.kind() == FontKind::type3) {
+        const bool isDrawn = font_.kind() == FontKind::type3;
+        // Glyphs of procedures do not clip, so those that only clip are what readers make of them.
+        const std::int32_t painting = isDrawn ? text_.renderMode : paintingOf(text_.renderMode);
+        shown.hides = !isPainted && painting != invisibleMode;
+        if (isPainted && isDrawn) {
             drawGlyphs(elements, space);
         } else {
             addLetters(elements, space, isPainted);
