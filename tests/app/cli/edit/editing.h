@@ -15,17 +15,19 @@ protected:
     void SetUp() override { std::filesystem::create_directory(temporary()); }
 
     /// An editor: its first argument is the artwork, and the test's folder its working directory.
-    /// `saved LENGTH` waits until the PDF is not as long any more; `size` tells how long it is.
+    /// `saved LENGTH` waits until the PDF was as long and has a whole update more; `size` tells how
+    /// long it is.
     std::string script(const std::string& name, const std::string& body) const {
-        const std::string path =
-            folder_.add(name, "#!/bin/sh\n"
-                              "art=\"$1\"\n"
-                              "size() { stat -c %s in.pdf; }\n"
-                              "saved() { i=0; while [ \"$(size)\" = \"$1\" ]; do\n"
-                              "    i=$((i+1)); [ $i -gt 400 ] && exit 9; sleep 0.05; done; }\n"
-                              "recolour() { sed \"s/$1/$2/\" \"$art\" > changed; "
-                              "cat changed > \"$art\"; }\n" +
-                                  body + "\n");
+        const std::string path = folder_.add(
+            name, "#!/bin/sh\n"
+                  "art=\"$1\"\n"
+                  "size() { stat -c %s in.pdf; }\n"
+                  "done_() { [ \"$(size)\" != \"$1\" ] && [ \"$(tail -c 6 in.pdf)\" = %%EOF ]; }\n"
+                  "saved() { i=0; until done_ \"$1\"; do\n"
+                  "    i=$((i+1)); [ $i -gt 400 ] && exit 9; sleep 0.05; done; }\n"
+                  "recolour() { sed \"s/$1/$2/\" \"$art\" > changed; "
+                  "cat changed > \"$art\"; }\n" +
+                      body + "\n");
         namespace fs = std::filesystem;
         fs::permissions(path, fs::perms::owner_all);
         return path;
