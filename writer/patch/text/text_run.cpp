@@ -40,6 +40,13 @@ bool sameLetters(const TextRun& a, const TextRun& b) {
            isNear(inEms(a.rise, a), inEms(b.rise, b), shiftRoom);
 }
 
+/// Of the paints that are used; half a level of 255 is not seen.
+bool sameOpacities(const TextRun& a, const TextRun& b) {
+    constexpr double room = 1.0 / 512;
+    return (b.style.fillPaint == 0 || isNear(a.fillOpacity, b.fillOpacity, room)) &&
+           (b.style.strokePaint == 0 || isNear(a.strokeOpacity, b.strokeOpacity, room));
+}
+
 /// Whether letters stand otherwise than one behind the other.
 bool movesLetters(const TextLine& line) {
     return line.length != 0 || !line.path.empty();
@@ -93,18 +100,19 @@ ArtDifference compareText(const BaseContent& base, const PaintedArt& was, const 
     return difference;
 }
 
-bool sameText(Art was, Art is, PaintComparison& paints) {
+bool sameText(Art was, Art is, PaintComparison& paints, const RealMatrix& movement) {
     std::int32_t count = 0;
     std::int32_t runs = 0;
     callHost(slot::getTextRunCount, was, &count);
     callHost(slot::getTextRunCount, is, &runs);
     bool isSame = count == runs && !movesLetters(lineOf(is));
+    const auto moved = [&] { return std::optional(movement); };
     for (std::int32_t i = 0; isSame && i < count; ++i) {
         const TextRun former = runOf(was, i);
         const TextRun run = runOf(is, i);
-        isSame = sameLetters(former, run) &&
-                 !compareStyles(former.style, run.style, paints).any() &&
-                 sameFrame(frameOf(was, former, 0), frameOf(is, run, 0));
+        isSame = sameLetters(former, run) && sameOpacities(former, run) &&
+                 !compareStyles(former.style, run.style, paints, moved).any() &&
+                 sameFrame(multiply(frameOf(was, former, 0), movement), frameOf(is, run, 0));
     }
     return isSame;
 }
