@@ -53,7 +53,8 @@ struct PatchTools {
           contentImages(ofPage.images, resources), groups(*ofPage.paints, resources),
           looks(resources),
           fontNames(ofPage.cache, ofPage.fonts, resourcesOf(patched, ofPage.base), resources),
-          walk(sink), state(walk, bytes, patched, patterns) {
+          walk(sink), state(walk, bytes, patched, patterns,
+                            {ofPage.cache, resourcesOf(patched, ofPage.base), bytes, trace}) {
         walk.images = &contentImages;
         walk.paints = hostHoldsPatterns() ? &contentPaints : nullptr;
         walk.looks = hostHoldsAppearance() ? &looks : nullptr;

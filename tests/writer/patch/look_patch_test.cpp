@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
 #include <sstream>
 
 namespace corvane {
@@ -165,6 +166,64 @@ TEST_F(LookPatchTest, MasksAreDrawnWhereTheyLie) {
         document_->kind(group) == ArtKind::path ? document_->nextSibling(group) : group;
     EXPECT_EQ(document_->segments(path)[0].anchor, (Point{10 * fixedOne, 20 * fixedOne}));
     EXPECT_EQ(look.mask, document_->appearance(artist().at(1)).mask);
+}
+
+TEST_F(LookPatchTest, WhatMasksHoldIsEdited) {
+    struct Row {
+        const char* name;
+        std::function<void(Artist&, Art group, Art inside)> edit;
+        bool isNothing;
+    };
+    for (const Row& row : {
+             Row{"a group that does nothing", [](Artist&, Art, Art) {}, true},
+             Row{"opacity of a group",
+                 [](Artist&it, Art group, Art) {
+                     it.document.setAppearance(group, {.opacity = .5});
+                 },
+                 false},
+             Row{"a clip",
+                 [](Artist&it, Art group, Art inside) {
+                     const Art clip = it.add(0, 0, 9, 9, inside);
+                     it.document.reorder(clip, Placement::inFront, inside);
+                     it.style(clip, [](PathStyle& style) {
+                         style = PathStyle();
+                         style.clip = 1;
+                     });
+                     it.document.setClipped(group, true);
+                 },
+                 false},
+         }) {
+        SCOPED_TRACE(row.name);
+        openLooks("/A gs 0 0 9 9 re f");
+        Artist edits = artist();
+        const Art content = document_->mask(document_->appearance(edits.at(0)).mask).content;
+        const Art inside = document_->lastChild(content);
+        const Art group = document_->make(ArtKind::group, Placement::inFront, inside);
+        document_->reorder(inside, Placement::inside, group);
+        row.edit(edits, group, inside);
+        ASSERT_EQ(save(), 0U);
+        EXPECT_EQ(saved_.back().isNothing, row.isNothing);
+    }
+}
+
+TEST_F(LookPatchTest, StatesThatLaterOnesReplaceAreNotSetAgain) {
+    std::string content = "2 w ";
+    std::string states;
+    constexpr int count = 40;
+    for (int i = 0; i < count; ++i) {
+        const std::string name = "/G" + std::to_string(i);
+        content += name + " gs 1 0 0 rg 0 0 9 9 re f\n";
+        states +=
+            name + (i == 0 ? " << /LW 3 /CA .5 >>" : " << /ca ." + std::to_string(i + 10) + " >>");
+    }
+    openFile(
+        PdfBuilder::onePage(content, "/Resources << /ExtGState << " + states + " >> >>").bytes());
+    Artist edits = artist();
+    edits.raise(edits.at(count - 2), edits.at(count - 1));
+    expectSaved();
+    const std::string text = newContent();
+    const std::string behind = text.substr(text.find("/G39 gs"));
+    EXPECT_THAT(behind, HasSubstr("/G0 gs\n/G38 gs\n1 0 0 rg")) << "all that is left of the others";
 }
 
 TEST_F(LookPatchTest, AMaskMovesOnlyWithItsObject) {

@@ -1,10 +1,13 @@
-// Groups that forms painted: whether an edited one is what the page shows.
+// Whether what two groups hold looks the same: of annotations, soft masks and tiles.
 #pragma once
 
+#include "host/matrix.h"
 #include "writer/patch/compare/comparison.h"
 
 namespace corvane {
 
-bool isSameGroup(Art was, Art is, PaintComparison& paints);
+/// Clips, looks and text included; groups that do nothing to what they hold are not seen. The first
+/// one is moved so on the artboard.
+bool isSameGroup(Art was, Art is, PaintComparison& paints, const RealMatrix& movement = {});
 
 } // namespace corvane

@@ -7,7 +7,7 @@
 #include "writer/art/art_stack.h"
 #include "writer/art/layers.h"
 #include "writer/art/outline.h"
-#include "writer/patch/compare/form_group.h"
+#include "writer/patch/compare/group_comparison.h"
 #include "writer/patch/compare/group_parts.h"
 
 #include <algorithm>

@@ -1,18 +1,15 @@
 #include "writer/patch/compare/look_difference.h"
 
 #include "reader/content/appearance.h"
-#include "reader/content/art.h"
 #include "reader/content/losses.h"
 #include "runtime/callbacks.h"
-#include "writer/art/art_stack.h"
-#include "writer/art/outline.h"
-#include "writer/patch/compare/movement.h"
+#include "writer/patch/compare/group_comparison.h"
 #include "writer/patch/patch_tools.h"
-#include "writer/patch/text/text_run.h"
-#include "writer/patch/works/placed_image.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <span>
 
 namespace corvane {
 
@@ -21,70 +18,8 @@ namespace {
 /// Editors write opacities with three digits; half a level of 255 is not seen.
 constexpr double opacityRoom = 1.0 / 512;
 
-/// Points by which two movements may differ anywhere on a page.
-constexpr double movementRoom = 0.1;
-
 bool isNear(double a, double b) {
     return std::abs(a - b) <= opacityRoom;
-}
-
-bool isNear(const RealMatrix& a, const RealMatrix& b) {
-    constexpr double page = 600;
-    constexpr std::array<RealPoint, 3> corners = {{{0, 0}, {page, 0}, {0, page}}};
-    return std::ranges::all_of(corners, [&](RealPoint corner) {
-        const RealPoint ofA = transform(a, corner);
-        const RealPoint ofB = transform(b, corner);
-        return std::hypot(ofA.x - ofB.x, ofA.y - ofB.y) <= movementRoom;
-    });
-}
-
-/// What is painted in a mask, from the back to the front.
-ChargedList<Art> paintedIn(Art content) {
-    ChargedList<Art> painted;
-    ArtStack pending;
-    pending.push(content);
-    for (ArtStep step; pending.next(step);) {
-        if (step.what != ArtStep::What::art) {
-            continue;
-        }
-        if (artKind(step.art) != ArtKind::group) {
-            painted.push(step.art);
-            continue;
-        }
-        std::uint8_t clipped = 0;
-        callHost(slot::getGroupClipped, step.art, &clipped);
-        const Art first = firstChild(step.art);
-        const bool hasClip = clipped != 0 && first != Art::null;
-        pending.enter(hasClip ? nextSibling(first) : first, ArtStep::What::end);
-    }
-    return painted;
-}
-
-bool isSame(Art was, Art is, PaintComparison& paints) {
-    const ArtKind kind = artKind(was);
-    if (kind != artKind(is)) {
-        return false;
-    }
-    return kind == ArtKind::text     ? sameText(was, is, paints)
-           : kind == ArtKind::placed ? !compareImages(was, is).any()
-                                     : !compareArt(was, is, paints).any();
-}
-
-bool isMoved(Art was, Art is, const RealMatrix& movement, PaintComparison& paints) {
-    const ArtKind kind = artKind(was);
-    if (kind != artKind(is)) {
-        return false;
-    }
-    if (kind == ArtKind::text) {
-        return true;
-    }
-    if (kind == ArtKind::placed) {
-        return !compareImages(was, is).image && isNear(movementOfImage(was, is), movement);
-    }
-    ArtDifference difference = compareArt(was, is, paints);
-    difference.shape = difference.lineWidth = difference.dash = false;
-    const std::optional<RealMatrix> found = movementOf(was, is);
-    return !difference.any() && found && isNear(*found, movement);
 }
 
 MaskFacts factsOf(SoftMask mask) {
@@ -93,13 +28,32 @@ MaskFacts factsOf(SoftMask mask) {
     return facts;
 }
 
+/// The value of a transfer at a place from 0 to 1.
+double transferred(std::span<const double> transfer, double at) {
+    const double step = at * static_cast<double>(transfer.size() - 1);
+    const auto index = std::min(static_cast<std::size_t>(step), transfer.size() - 2);
+    const double part = step - static_cast<double>(index);
+    return transfer[index] * (1 - part) + transfer[index + 1] * part;
+}
+
+/// A transfer that is a line may be said by its ends alone.
+bool sameTransfer(std::span<const double> was, std::span<const double> is) {
+    if (was.size() < 2 || is.size() < 2) {
+        return std::ranges::equal(was, is);
+    }
+    const std::size_t steps = std::max(was.size(), is.size()) - 1;
+    for (std::size_t i = 0; i <= steps; ++i) {
+        const double at = static_cast<double>(i) / static_cast<double>(steps);
+        if (!isNear(transferred(was, at), transferred(is, at))) {
+            return false;
+        }
+    }
+    return true;
+}
+
 bool isSameKind(const MaskFacts& was, const MaskFacts& is) {
-    // A transfer that is a line may be said by its ends alone.
-    const bool sameTransfer =
-        was.transfer.empty() == is.transfer.empty() &&
-        (was.transfer.empty() || (isNear(was.transfer.front(), is.transfer.front()) &&
-                                  isNear(was.transfer.back(), is.transfer.back())));
-    return was.isLuminosity == is.isLuminosity && isNear(was.backdrop, is.backdrop) && sameTransfer;
+    return was.isLuminosity == is.isLuminosity && isNear(was.backdrop, is.backdrop) &&
+           sameTransfer(was.transfer, is.transfer);
 }
 
 } // namespace
@@ -109,26 +63,20 @@ MaskComparison::Relation MaskComparison::compare(SoftMask was, SoftMask is,
     if (was == SoftMask::null || is == SoftMask::null) {
         return was == is ? Relation::same : Relation::other;
     }
-    const MaskFacts former = factsOf(was);
-    const MaskFacts facts = factsOf(is);
-    if (!isSameKind(former, facts)) {
-        return Relation::other;
-    }
-    const auto [known, isNew] = same_.try_emplace({was, is});
-    if (!isNew && known->second) {
-        return Relation::same;
-    }
-    const ChargedList<Art> ofWas = paintedIn(former.content);
-    const ChargedList<Art> ofIs = paintedIn(facts.content);
+    return isSame(was, is, {})                      ? Relation::same
+           : movement && isSame(was, is, *movement) ? Relation::moved
+                                                    : Relation::other;
+}
+
+bool MaskComparison::isSame(SoftMask was, SoftMask is, const RealMatrix& movement) {
+    const auto [known, isNew] = known_.try_emplace({was, is, movementKey(movement)}, false);
     if (isNew) {
-        known->second = std::ranges::equal(ofWas.items(), ofIs.items(),
-                                           [&](Art a, Art b) { return isSame(a, b, paints_); });
+        const MaskFacts former = factsOf(was);
+        const MaskFacts facts = factsOf(is);
+        known->second = isSameKind(former, facts) &&
+                        isSameGroup(former.content, facts.content, paints_, movement);
     }
-    const auto isMovedAlong = [&](Art a, Art b) { return isMoved(a, b, *movement, paints_); };
-    return known->second ? Relation::same
-           : movement && std::ranges::equal(ofWas.items(), ofIs.items(), isMovedAlong)
-               ? Relation::moved
-               : Relation::other;
+    return known->second;
 }
 
 void compareLooks(const ObjectLook& was, const ObjectLook& is, MaskComparison& masks,

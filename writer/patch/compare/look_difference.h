@@ -5,9 +5,11 @@
 #include "host/matrix.h"
 #include "reader/content/content_trace.h"
 #include "writer/patch/compare/comparison.h"
+#include "writer/patch/compare/movement.h"
 
 #include <map>
 #include <optional>
+#include <tuple>
 #include <utility>
 
 namespace corvane {
@@ -34,7 +36,9 @@ public:
     Relation compare(SoftMask was, SoftMask is, const std::optional<RealMatrix>& movement);
 
 private:
-    std::map<std::pair<SoftMask, SoftMask>, bool> same_;
+    bool isSame(SoftMask was, SoftMask is, const RealMatrix& movement);
+
+    std::map<std::tuple<SoftMask, SoftMask, MovementKey>, bool> known_;
     PaintComparison paints_; // of what masks hold
 };
 

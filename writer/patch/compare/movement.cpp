@@ -48,7 +48,20 @@ bool leadsTo(const RealMatrix& matrix, std::span<const RealPoint> from,
     });
 }
 
+/// A number in steps, for which those beyond all pages count as one.
+std::int64_t stepsOf(double number, double step) {
+    constexpr double most = 1e12;
+    return std::isfinite(number) ? std::llround(std::clamp(number / step, -most, most)) : 0;
+}
+
 } // namespace
+
+MovementKey movementKey(const RealMatrix& movement) {
+    constexpr double turn = 1e-4; // a twentieth of a point over a page
+    constexpr double step = 0.05;
+    return {stepsOf(movement.a, turn), stepsOf(movement.b, turn),  stepsOf(movement.c, turn),
+            stepsOf(movement.d, turn), stepsOf(movement.tx, step), stepsOf(movement.ty, step)};
+}
 
 void addPoints(ChargedList<RealPoint>& points, Art art) {
     ArtStack pending;

@@ -1,10 +1,8 @@
 #include "writer/patch/compare/paint_comparison.h"
 
-#include "reader/content/art.h"
 #include "runtime/callbacks.h"
-#include "runtime/charged_list.h"
 #include "writer/patch/compare/comparison.h"
-#include "writer/patch/works/placed_image.h"
+#include "writer/patch/compare/group_comparison.h"
 
 #include <algorithm>
 #include <array>
@@ -80,53 +78,6 @@ bool sameCircles(const GradientFacts& was, const GradientFacts& is) {
            std::ranges::equal(a, b, sameSquares) && isNear(share(was), share(is), shareRoom);
 }
 
-struct Pair {
-    Art was = Art::null;
-    Art is = Art::null;
-};
-
-/// What two pieces of art hold, in pairs; false where one holds more.
-bool addChildren(const Pair& pair, ChargedList<Pair>& pending) {
-    Art was = firstChild(pair.was);
-    Art is = firstChild(pair.is);
-    for (; was != Art::null && is != Art::null; was = nextSibling(was), is = nextSibling(is)) {
-        pending.push({was, is});
-    }
-    return was == is;
-}
-
-bool isClipped(Art group) {
-    std::uint8_t clipped = 0;
-    callHost(slot::getGroupClipped, group, &clipped);
-    return clipped != 0;
-}
-
-bool sameRuns(Art was, Art is, PaintComparison& paints) {
-    std::int32_t count = 0;
-    std::int32_t countIs = 0;
-    callHost(slot::getTextRunCount, was, &count);
-    callHost(slot::getTextRunCount, is, &countIs);
-    TextLine line;
-    TextLine lineIs;
-    callHost(slot::getTextLine, was, &line);
-    callHost(slot::getTextLine, is, &lineIs);
-    constexpr Fixed room = fixedOne / 64;
-    const auto near = [](Fixed a, Fixed b) { return std::abs(std::int64_t{a} - b) <= room; };
-    bool isSame = count == countIs && near(line.matrix.a, lineIs.matrix.a) &&
-                  near(line.matrix.b, lineIs.matrix.b) && near(line.matrix.c, lineIs.matrix.c) &&
-                  near(line.matrix.d, lineIs.matrix.d) && near(line.matrix.tx, lineIs.matrix.tx) &&
-                  near(line.matrix.ty, lineIs.matrix.ty);
-    for (std::int32_t i = 0; isSame && i < count; ++i) {
-        TextRun run;
-        TextRun runIs;
-        callHost(slot::getTextRun, was, i, &run);
-        callHost(slot::getTextRun, is, i, &runIs);
-        isSame = run.text == runIs.text && near(run.size, runIs.size) &&
-                 !compareStyles(run.style, runIs.style, paints).any();
-    }
-    return isSame;
-}
-
 } // namespace
 
 bool PaintComparison::same(const Colour& was, const Colour& is, const RealMatrix& movement) {
@@ -178,40 +129,10 @@ bool PaintComparison::samePattern(PaintSource was, PaintSource is, const RealMat
 
 bool PaintComparison::sameTile(Art was, Art is) {
     const auto [known, isNew] = tiles_.try_emplace({was, is}, false);
-    if (!isNew) {
-        return known->second;
+    if (isNew) {
+        known->second = isSameGroup(was, is, *this);
     }
-    bool isSame = true;
-    ChargedList<Pair> pending;
-    pending.push({was, is});
-    while (isSame && !pending.empty()) {
-        const Pair pair = pending.pop();
-        const ArtKind kind = artKind(pair.was);
-        isSame = kind == artKind(pair.is);
-        if (!isSame) {
-            break;
-        }
-        switch (kind) {
-        case ArtKind::group:
-            isSame = isClipped(pair.was) == isClipped(pair.is) && addChildren(pair, pending);
-            break;
-        case ArtKind::path:
-        case ArtKind::compound:
-            isSame = !compareArt(pair.was, pair.is, *this).any();
-            break;
-        case ArtKind::text:
-            isSame = sameRuns(pair.was, pair.is, *this);
-            break;
-        case ArtKind::placed:
-            isSame = !compareImages(pair.was, pair.is).any();
-            break;
-        default:
-            isSame = false;
-            break;
-        }
-    }
-    tiles_[{was, is}] = isSame;
-    return isSame;
+    return known->second;
 }
 
 } // namespace corvane

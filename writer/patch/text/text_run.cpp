@@ -41,6 +41,13 @@ bool sameLetters(const TextRun& a, const TextRun& b) {
            isNear(inEms(a.rise, a), inEms(b.rise, b), shiftRoom);
 }
 
+/// Of the paints that are used; half a level of 255 is not seen.
+bool sameOpacities(const TextRun& a, const TextRun& b) {
+    constexpr double room = 1.0 / 512;
+    return (b.style.fillPaint == 0 || isNear(a.fillOpacity, b.fillOpacity, room)) &&
+           (b.style.strokePaint == 0 || isNear(a.strokeOpacity, b.strokeOpacity, room));
+}
+
 /// Whether letters stand otherwise than one behind the other.
 bool movesLetters(const TextLine& line) {
     return line.length != 0 || !line.path.empty();
@@ -102,17 +109,17 @@ std::int32_t countRuns(Art text) {
     return count;
 }
 
-/// Whether lines have the same letters in the same places, in styles that `sameStyle` takes for
-/// the same.
-template <class SameStyle>
-bool sameLine(Art was, Art is, const SameStyle& sameStyle) {
+/// Whether lines have the same letters in the same places, the first one moved so, in paints that
+/// `samePaint` takes for the same.
+template <class SamePaint>
+bool sameLine(Art was, Art is, const SamePaint& samePaint, const RealMatrix& movement = {}) {
     const std::int32_t count = countRuns(was);
     bool isSame = count == countRuns(is) && !movesLetters(lineOf(is));
     for (std::int32_t i = 0; isSame && i < count; ++i) {
         const TextRun former = runOf(was, i);
         const TextRun run = runOf(is, i);
-        isSame = sameLetters(former, run) && sameStyle(former.style, run.style) &&
-                 sameFrame(frameOf(was, former, 0), frameOf(is, run, 0));
+        isSame = sameLetters(former, run) && samePaint(former, run) &&
+                 sameFrame(multiply(frameOf(was, former, 0), movement), frameOf(is, run, 0));
     }
     return isSame;
 }
@@ -131,16 +138,20 @@ bool sameLetters(Art was, Art is) {
 bool sameTextClip(Art was, Art is) {
     const ChargedList<Art> former = clipTexts(was);
     const ChargedList<Art> texts = clipTexts(is);
-    const auto clipsAlike = [](const PathStyle& a, const PathStyle& b) { return a.clip == b.clip; };
+    const auto clipsAlike = [](const TextRun& a, const TextRun& b) {
+        return a.style.clip == b.style.clip;
+    };
     return std::ranges::equal(former.items(), texts.items(), [&](Art a, Art b) {
         return lineOf(b).anchor == TextAnchor::start && sameLine(a, b, clipsAlike);
     });
 }
 
-bool sameText(Art was, Art is, PaintComparison& paints) {
-    return sameLine(was, is, [&](const PathStyle& a, const PathStyle& b) {
-        return !compareStyles(a, b, paints).any();
-    });
+bool sameText(Art was, Art is, PaintComparison& paints, const RealMatrix& movement) {
+    const auto moved = [&] { return std::optional(movement); };
+    const auto paintedAlike = [&](const TextRun& a, const TextRun& b) {
+        return sameOpacities(a, b) && !compareStyles(a.style, b.style, paints, moved).any();
+    };
+    return sameLine(was, is, paintedAlike, movement);
 }
 
 RealMatrix movementOfText(const BaseContent& base, const PaintedArt& was, const EditedObject& is) {

@@ -30,8 +30,9 @@ bool sameLetters(Art was, Art is);
 /// Whether two clips that are text let through the same.
 bool sameTextClip(Art was, Art is);
 
-/// Whether two text objects show the same letters in the same places.
-bool sameText(Art was, Art is, PaintComparison& paints);
+/// Whether two text objects show the same letters in the same places and paints, the first one
+/// moved so on the artboard.
+bool sameText(Art was, Art is, PaintComparison& paints, const RealMatrix& movement = {});
 
 /// By how much the page's text moves, turns and grows to lie where the run of the artwork does.
 /// Raises `unpatchable` where the page's frame has no inverse, or it is not known where the run
