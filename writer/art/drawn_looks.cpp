@@ -14,6 +14,7 @@
 #include "writer/art/paint_drawing.h"
 #include "writer/art/path_works.h"
 #include "writer/page/stream_object.h"
+#include "writer/text/drawn_texts.h"
 
 #include <algorithm>
 #include <array>
@@ -120,16 +121,17 @@ std::string_view DrawnLooks::addGroup(std::string content, const Appearance& app
 
 std::string_view DrawnLooks::addGroup(const Walk& walk, Art art, const Appearance& inside,
                                       const Appearance& appearance) {
-    return addGroup(drawn(walk, art, inside), appearance);
+    return addGroup(drawn(walk, walk.texts, art, inside), appearance);
 }
 
-std::string DrawnLooks::drawn(const Walk& outer, Art art, const Appearance& inside) {
+std::string DrawnLooks::drawn(const Walk& outer, TextDrawing* texts, Art art,
+                              const Appearance& inside) {
     if (depth_ == budget::contentNesting) {
         failException(Exception::limit);
     }
     ++depth_;
     const auto drawing = std::make_unique<Drawing>();
-    drawing->walk.texts = outer.texts;
+    drawing->walk.texts = texts;
     drawing->walk.images = outer.images;
     drawing->walk.paints = outer.paints != nullptr ? &outer.paints->onArtboard() : nullptr;
     drawing->walk.looks = outer.looks;
@@ -150,10 +152,20 @@ const DrawnLooks::DrawnMask& DrawnLooks::maskOf(const Walk& walk, SoftMask mask)
     }
     const MaskFacts facts = factsOf(mask);
     DrawnMask made;
-    made.group =
-        addForm({.content = drawn(walk, facts.content, {}), .isIsolated = true, .isMask = true});
+    made.group = addForm({.content = drawn(walk, textsOf(walk, facts.content), facts.content, {}),
+                          .isIsolated = true,
+                          .isMask = true});
     made.transfer = facts.transfer.empty() ? 0 : nextIdentity();
     return masks_.emplace(mask, made).first->second;
+}
+
+/// Where the text of the content itself is set otherwise, as in a page that is patched, a mask has
+/// texts of its own.
+TextDrawing* DrawnLooks::textsOf(const Walk& walk, Art content) {
+    if (walk.texts != nullptr) {
+        return walk.texts;
+    }
+    return texts_.emplace_back(std::make_shared<DrawnTexts>(*resources_, content)).get();
 }
 
 std::string DrawnLooks::textOf(const LookState& state) const {
@@ -224,6 +236,9 @@ void DrawnLooks::write(DocumentCache& cache, const ResourceRegistry& resources) 
         touchXRef(output, number, 0);
         objectOutput(output, number, 0);
     };
+    for (const std::shared_ptr<DrawnTexts>& texts : texts_) {
+        texts->fonts().write(cache);
+    }
     for (const auto& [state, number] : states_) {
         open(number);
         stringOutput(output, textOf(state) + "\rendobj\r");

@@ -6,6 +6,7 @@
 #include "app/svg/read/paint/gradient_reader.h"
 #include "app/svg/read/paint/paint_style.h"
 #include "app/svg/read/style/cascade.h"
+#include "app/svg/read/style/property_values.h"
 #include "app/svg/read/text/text_reader.h"
 
 #include <algorithm>

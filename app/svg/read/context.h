@@ -49,12 +49,12 @@ struct ReadingContext {
     const std::function<void()>& pause; ///< as `readSvg` got it
     ImageLoader& loader;
     bool ours = false;           ///< the file says that this program wrote it
+    bool hasUsualRem = true;     ///< the root says no other size of fonts
     bool holdsAppearance = true; ///< opacity, blending and masks become the art's
     SourceBase sourceBase = {};  ///< of the page that the file came from
     std::int64_t expanded = 0;   ///< elements read for a `use` or a pattern
-    std::vector<pugi::xml_node> activePatterns =
-        {};                            ///< masks and markers too, whose art is being read
-    double pixel = 1 / pixelsPerPoint; ///< of the page, in the art
+    std::vector<pugi::xml_node> activePatterns = {}; ///< masks and markers too, that are being read
+    double pixel = 1 / pixelsPerPoint;               ///< of the page, in the art
     InheritedStyles inherited = {};
     /// The latest use of a mask, by its node: most are used from one user space.
     std::unordered_map<std::size_t, KnownMask> masks = {};

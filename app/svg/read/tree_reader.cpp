@@ -3,8 +3,6 @@
 #include "app/svg/read/basic_shapes.h"
 #include "app/svg/read/style/cascade.h"
 #include "app/svg/read/style/conditions.h"
-#include "app/svg/read/style/css_colour.h"
-#include "app/svg/read/style/property_values.h"
 #include "app/svg/read/values/view_box.h"
 #include "app/svg/reader.h"
 #include "app/svg/shape_extent.h"
@@ -24,6 +22,7 @@ void TreeReader::read(pugi::xml_node root, const RealMatrix& toArt, const Viewpo
     if (isHidden(frame)) {
         return;
     }
+    context_.hasUsualRem = frame.style.fontSize == LengthContext{}.fontSize;
     const Appearance& look = frame.style.appearance;
     if (look.opacity != 1 || look.blend != BlendMode::normal || !frame.style.mask.empty()) {
         context_.tally.add("opacity"); // of the page as a whole, as the next two
@@ -46,36 +45,6 @@ void TreeReader::read(pugi::xml_node root, const RealMatrix& toArt, const Viewpo
     }
     push(std::move(frame));
     readFrames();
-}
-
-/// A rectangle of the page's size behind all art; white is what paper is.
-void TreeReader::paintBackground(std::string_view colour) {
-    const auto parsed = parseColour(colour);
-    if (!parsed) {
-        if (!keywordIn(colour, {"none", "inherit"})) {
-            context_.tally.add("background");
-        }
-        return;
-    }
-    if (parsed->alpha == 0 || parsed->screen == ScreenColour{255, 255, 255}) {
-        return;
-    }
-    const Rect& page = document_.page().bounds();
-    const auto side = [](Fixed fixed) { return static_cast<double>(fixed) / fixedOne; };
-    shape_.begin({Placement::inside, layers_.loose()}, {}, false, false);
-    shape_.moveTo(side(page.left), side(page.bottom));
-    shape_.lineTo(side(page.right), side(page.bottom));
-    shape_.lineTo(side(page.right), side(page.top));
-    shape_.lineTo(side(page.left), side(page.top));
-    shape_.close(false);
-    const Art ground = shape_.finish(false);
-    PathStyle style;
-    style.fillPaint = 1;
-    style.fill = PaintTwin().resolve(parsed->screen, document_);
-    document_.setStyle(ground, style);
-    Appearance look;
-    look.fillOpacity = context_.holdsAppearance ? parsed->alpha : 1;
-    document_.setAppearance(ground, look);
 }
 
 void TreeReader::readTile(pugi::xml_node pattern, Art tile, const RealMatrix& toTile,

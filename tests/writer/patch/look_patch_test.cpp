@@ -226,6 +226,24 @@ TEST_F(LookPatchTest, StatesThatLaterOnesReplaceAreNotSetAgain) {
     EXPECT_THAT(behind, HasSubstr("/G0 gs\n/G38 gs\n1 0 0 rg")) << "all that is left of the others";
 }
 
+TEST_F(LookPatchTest, ANewMaskMayHoldText) {
+    openLooks("0 0 99 99 re f");
+    const Art content = document_->makeArtwork();
+    const Art text = document_->make(ArtKind::text, Placement::inside, content);
+    TextLine line;
+    line.matrix = {fixedOne, 0, 0, fixedOne, 10 * fixedOne, 20 * fixedOne};
+    document_->setTextLine(text, line);
+    PathStyle painted;
+    painted.fillPaint = 1;
+    document_->addTextRun(text, {.font = document_->addFont({.family = "DejaVu Sans"}),
+                                 .size = 20 * fixedOne,
+                                 .text = "Seen",
+                                 .style = painted});
+    document_->setAppearance(artist().at(0), {.mask = document_->addMask({.content = content})});
+    ASSERT_NO_FATAL_FAILURE(expectKept("[( alpha)]"));
+    EXPECT_THAT(bytes(), HasSubstr("/FontFile"));
+}
+
 TEST_F(LookPatchTest, AMaskMovesOnlyWithItsObject) {
     openLooks("/A gs 0 0 9 9 re f");
     artist().move(artist().at(0), 30, 0);

@@ -16,13 +16,18 @@ bool isOfCssAlone(Attribute property) {
            property == Attribute::transformBox;
 }
 
+/// A rem is read as 16 pixels, which it is not where the root says another size.
+bool isUnread(std::string_view value, const ReadingContext& context) {
+    return isUnreadValue(value) || (!context.hasUsualRem && value.ends_with("rem"));
+}
+
 } // namespace
 
 Declared cascade(pugi::xml_node element, const Attributes& attributes, ReadingContext& context) {
     Declared declared;
     for (const Attributes::Entry& entry : attributes.entries()) {
         const bool isLength = entry.name >= Attribute::x && entry.name <= Attribute::y2;
-        if ((isProperty(entry.name) || isLength) && isUnreadValue(entry.value) &&
+        if ((isProperty(entry.name) || isLength) && isUnread(entry.value, context) &&
             element.parent().type() == pugi::node_element) { // the root is as large as it says
             context.tally.add("CSS value");
         }
@@ -45,7 +50,7 @@ Declared cascade(pugi::xml_node element, const Attributes& attributes, ReadingCo
                 if (marked == important) {
                     declared.offer(property, value);
                 }
-                if (!important && isUnreadValue(value)) {
+                if (!important && isUnread(value, context)) {
                     context.tally.add("CSS value");
                 }
             } else if (isGeometry(property) && !important && ownSize && value != "none") {

@@ -15,15 +15,6 @@ namespace corvane {
 
 namespace {
 
-std::string_view withoutQuotes(std::string_view text) {
-    text = trimmed(text);
-    if (text.size() >= 2 && (text.front() == '"' || text.front() == '\'') &&
-        text.front() == text.back()) {
-        text = trimmed(text.substr(1, text.size() - 2));
-    }
-    return text;
-}
-
 /// Reads what declarations say into one element's style.
 class StyleReader {
 public:
@@ -332,39 +323,6 @@ void StyleReader::read() {
     readClip();
     countIgnored();
 }
-
-} // namespace
-
-std::optional<std::string_view> localReference(std::string_view text, std::string_view* rest) {
-    TextCursor cursor(text);
-    cursor.skipBlanks();
-    if (!cursor.rest().starts_with("url(")) {
-        return std::nullopt;
-    }
-    cursor.takeUntil('(');
-    const std::string_view reference = withoutQuotes(takeOutsideBrackets(cursor, ')'));
-    if (rest != nullptr) {
-        *rest = trimmed(cursor.rest());
-    }
-    if (!reference.starts_with('#')) {
-        return std::nullopt;
-    }
-    return reference.substr(1);
-}
-
-std::optional<double> parseOpacity(std::string_view text) {
-    TextCursor cursor(text);
-    cursor.skipBlanks();
-    double value = 0;
-    if (!cursor.number(value)) {
-        return std::nullopt;
-    }
-    value = cursor.take('%') ? value / 100 : value;
-    cursor.skipBlanks();
-    return cursor.atEnd() ? std::optional(std::clamp(value, 0.0, 1.0)) : std::nullopt;
-}
-
-namespace {
 
 /// Takes what an element does not inherit from `outer` out of its style, but for what it says it
 /// inherits all the same.

@@ -116,12 +116,4 @@ struct ComputedStyle {
 ComputedStyle computeStyle(const ComputedStyle& outer, const Declared& declared,
                            const Attributes& attributes, const Viewport& viewport, Tally& tally);
 
-/// The id in "url(#id)"; none where the text starts otherwise or names another file. `rest`, if
-/// given, gets what follows.
-std::optional<std::string_view> localReference(std::string_view text,
-                                               std::string_view* rest = nullptr);
-
-/// A number or percentage from 0 to 1.
-std::optional<double> parseOpacity(std::string_view text);
-
 } // namespace corvane

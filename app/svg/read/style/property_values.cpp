@@ -1,7 +1,7 @@
 #include "app/svg/read/style/property_values.h"
 
-#include "app/svg/read/style/computed_style.h"
 #include "app/svg/read/style/css_colour.h"
+#include "app/svg/read/style/declarations.h"
 #include "app/svg/read/values/length.h"
 #include "app/svg/read/values/transform.h"
 
@@ -49,6 +49,15 @@ bool isDashes(std::string_view value) {
 bool isLimit(std::string_view value) {
     double limit = 0;
     return TextCursor(value).number(limit) && limit >= 1;
+}
+
+std::string_view withoutQuotes(std::string_view text) {
+    text = trimmed(text);
+    if (text.size() >= 2 && (text.front() == '"' || text.front() == '\'') &&
+        text.front() == text.back()) {
+        text = trimmed(text.substr(1, text.size() - 2));
+    }
+    return text;
 }
 
 struct Initial {
@@ -165,6 +174,35 @@ std::string_view withoutKeywords(Attribute property, std::string_view value) {
         ofInherited.empty() ? initialIn(notInherited, property) : ofInherited;
     const bool inherits = *keyword != 1 && (!ofInherited.empty() || initial.empty());
     return inherits ? "inherit" : initial.empty() ? value : initial;
+}
+
+std::optional<std::string_view> localReference(std::string_view text, std::string_view* rest) {
+    TextCursor cursor(text);
+    cursor.skipBlanks();
+    if (!cursor.rest().starts_with("url(")) {
+        return std::nullopt;
+    }
+    cursor.takeUntil('(');
+    const std::string_view reference = withoutQuotes(takeOutsideBrackets(cursor, ')'));
+    if (rest != nullptr) {
+        *rest = trimmed(cursor.rest());
+    }
+    if (!reference.starts_with('#')) {
+        return std::nullopt;
+    }
+    return reference.substr(1);
+}
+
+std::optional<double> parseOpacity(std::string_view text) {
+    TextCursor cursor(text);
+    cursor.skipBlanks();
+    double value = 0;
+    if (!cursor.number(value)) {
+        return std::nullopt;
+    }
+    value = cursor.take('%') ? value / 100 : value;
+    cursor.skipBlanks();
+    return cursor.atEnd() ? std::optional(std::clamp(value, 0.0, 1.0)) : std::nullopt;
 }
 
 } // namespace corvane

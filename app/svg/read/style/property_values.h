@@ -22,4 +22,12 @@ std::string_view withoutKeywords(Attribute property, std::string_view value);
 std::optional<std::size_t> keywordIn(std::string_view word,
                                      std::initializer_list<std::string_view> list);
 
+/// The id in "url(#id)"; none where the text starts otherwise or names another file. `rest`, if
+/// given, gets what follows.
+std::optional<std::string_view> localReference(std::string_view text,
+                                               std::string_view* rest = nullptr);
+
+/// A number or percentage from 0 to 1.
+std::optional<double> parseOpacity(std::string_view text);
+
 } // namespace corvane

@@ -136,6 +136,7 @@ TEST(ReadCss, LengthsOfTheLineFollowThePageOrThePath) {
         {line + "pathLength='-1' stroke-dasharray='2'/>", line + "stroke-dasharray='2'/>"},
         {square("x='1PT' y='2Px'"), square("x='1pt' y='2px'")},
     });
+    EXPECT_EQ(ReadArt(foreignSvg(square("x='2rem'"), "font-size='9'")).ignored("CSS value"), 1);
     for (const char* const length : {"5vw", "3ch", "calc(1px)", "var(--x)"}) {
         const std::string body = "<rect x='" + std::string(length) + "' width='2' height='3'/>";
         EXPECT_EQ(ReadArt(foreignSvg(body)).ignored("CSS value"), 1) << length;
