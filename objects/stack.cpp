@@ -1,5 +1,6 @@
 #include "objects/stack.h"
 
+#include "objects/precise_object.h"
 #include "objects/storage.h"
 #include "runtime/exception.h"
 #include "runtime/fixed.h"
@@ -254,7 +255,11 @@ void pushFixed(Fixed value) {
 }
 
 void pushReal(Fixed value, double exact) {
-    pushShallow(ObjectType::fixed, value, exact);
+    if (rules().exactNumbers) {
+        detail::push(preciseObject(value, exact), exact);
+    } else {
+        pushShallow(ObjectType::fixed, value, exact);
+    }
 }
 
 void pushExactInteger(std::int32_t value, double exact) {
@@ -339,11 +344,8 @@ double popNumber() {
         return realFromFixed(extendObject(object.get()));
     }
     const double exact = operandStack.exact[operandStack.count];
-    if (object.get().type == ObjectType::integer) {
-        return std::isnan(exact) ? integerObject(object.get()) : exact;
-    }
-    const Fixed value = fixedObject(object.get());
-    return std::isnan(exact) ? realFromFixed(value) : exact;
+    const double value = realValue(object.get());
+    return std::isnan(exact) ? value : exact;
 }
 
 RealPoint popRealPoint() {

@@ -1,15 +1,14 @@
 #include "reader/syntax/real_numbers.h"
 
+#include "objects/precise_object.h"
 #include "reader/syntax/syntax.h"
-#include "runtime/fixed.h"
 
 #include <algorithm>
 
 namespace corvane {
 
 double realObject(const Object& number) {
-    return typeObject(number) == ObjectType::integer ? integerObject(number)
-                                                     : realFromFixed(extendObject(number));
+    return realValue(number);
 }
 
 std::vector<double> realNumbers(DocumentCache& cache, const Object& array, std::size_t most) {
