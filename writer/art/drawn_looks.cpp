@@ -12,6 +12,7 @@
 #include "writer/art/outline.h"
 #include "writer/art/paint_drawing.h"
 #include "writer/art/path_works.h"
+#include "writer/page/needed_version.h"
 #include "writer/page/stream_object.h"
 
 #include <algorithm>
@@ -162,6 +163,7 @@ const DrawnLooks::DrawnMask& DrawnLooks::maskOf(const Walk& walk, SoftMask mask)
 }
 
 std::string DrawnLooks::textOf(const LookState& state) const {
+    needVersion(Feature::transparency);
     std::string text = "<< /Type /ExtGState";
     if (state.fillOpacity) {
         text += " /ca " + unitText(*state.fillOpacity);
@@ -194,6 +196,7 @@ std::string DrawnLooks::textOf(const LookState& state) const {
 }
 
 void DrawnLooks::writeForm(DocumentCache& cache, const Form& form) const {
+    needVersion(Feature::transparency);
     Filter& output = *cache.output;
     touchXRef(output, form.number, 0);
     objectOutput(output, form.number, 0);

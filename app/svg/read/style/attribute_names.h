@@ -149,6 +149,8 @@ enum class Attribute : std::uint8_t {
     dataSource,
     dataForm,
     dataLayer,
+    dataLayerName,
+    dataLayerState,
     dataAnnotations,
     dataExact,
     dataDx,
