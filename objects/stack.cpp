@@ -1,6 +1,5 @@
 #include "objects/stack.h"
 
-#include "objects/precise_object.h"
 #include "objects/storage.h"
 #include "runtime/exception.h"
 #include "runtime/fixed.h"
@@ -255,11 +254,7 @@ void pushFixed(Fixed value) {
 }
 
 void pushReal(Fixed value, double exact) {
-    if (rules().exactNumbers) {
-        detail::push(preciseObject(value, exact), exact);
-    } else {
-        pushShallow(ObjectType::fixed, value, exact);
-    }
+    pushShallow(ObjectType::fixed, value, exact);
 }
 
 void pushExactInteger(std::int32_t value, double exact) {
@@ -344,8 +339,11 @@ double popNumber() {
         return realFromFixed(extendObject(object.get()));
     }
     const double exact = operandStack.exact[operandStack.count];
-    const double value = realValue(object.get());
-    return std::isnan(exact) ? value : exact;
+    if (object.get().type == ObjectType::integer) {
+        return std::isnan(exact) ? integerObject(object.get()) : exact;
+    }
+    const Fixed value = fixedObject(object.get());
+    return std::isnan(exact) ? realFromFixed(value) : exact;
 }
 
 RealPoint popRealPoint() {

@@ -1,14 +1,15 @@
 #include "reader/syntax/real_numbers.h"
 
-#include "objects/precise_object.h"
 #include "reader/syntax/syntax.h"
+#include "runtime/fixed.h"
 
 #include <algorithm>
 
 namespace corvane {
 
 double realObject(const Object& number) {
-    return realValue(number);
+    return typeObject(number) == ObjectType::integer ? integerObject(number)
+                                                     : realFromFixed(extendObject(number));
 }
 
 std::vector<double> realNumbers(DocumentCache& cache, const Object& array, std::size_t most) {

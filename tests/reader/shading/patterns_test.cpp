@@ -119,21 +119,6 @@ TEST_F(PatternsTest, MatricesLeadFromTheContentThatUsesThem) {
               (RealMatrix{2, 0, 0, 2, 50, 60}));
 }
 
-/// A pattern that is drawn for a large page, and scaled down.
-TEST_F(PatternsTest, SmallNumbersOfMatricesAreExact) {
-    drawWith("/Pattern cs /P scn 0 0 9 9 re f",
-             "/PatternType 2/Matrix[.01 .00012345 -.0003 .0123456 40000.4 -.05]/Shading 9 0 R",
-             "/ShadingType 2/ColorSpace/DeviceGray/Coords[0 0 1 0]" + std::string(grays));
-    const RealMatrix& matrix = document().gradient(fill().source).matrix;
-    constexpr double room = 2e-10;
-    EXPECT_NEAR(matrix.a, .01, room);
-    EXPECT_NEAR(matrix.b, .00012345, room);
-    EXPECT_NEAR(matrix.c, -.0003, room);
-    EXPECT_NEAR(matrix.d, .0123456, room);
-    EXPECT_EQ(matrix.tx, 40000) << "past 16.16, the nearest integer";
-    EXPECT_NEAR(matrix.ty, -.05, room);
-}
-
 TEST_F(PatternsTest, ShadingsFillTheirClip) {
     drawWith("q 10 20 30 40 re W n /S sh Q", "",
              "/ShadingType 2/ColorSpace/DeviceGray/Coords[0 0 1 0]" + std::string(grays));
