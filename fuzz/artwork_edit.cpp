@@ -334,8 +334,9 @@ private:
             }
             return;
         case 12: {
-            const Layer layer = document_.addLayer({});
-            document_.reorder(art, Placement::inside, document_.layerArt(layer));
+            const Art layer = document_.layerArt(document_.addLayer({}));
+            document_.setGroupLayer(layer, document_.contentLayers().add({.name = "N"}));
+            document_.reorder(art, Placement::inside, layer);
             return;
         }
         default:

@@ -57,8 +57,8 @@ bool TreeWriter::writeStructure(Art group) {
         writeFormFacts(out_, *form);
     }
     const ContentLayer layer = document_.groupLayer(group);
-    if (layer == ContentLayer::null) {
-        return true;
+    if (layer == ContentLayer::null || levels_.empty()) {
+        return true; // a layer of the artwork says the rest itself
     }
     const ContentLayerFacts facts = document_.contentLayers().facts(layer);
     const bool isTop = levels_.size() == 1 && levels_.front().content >= 0;

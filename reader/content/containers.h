@@ -33,6 +33,10 @@ public:
     void beginMark(ContentLayer layer);
     /// The innermost marked content of this content ends, if any is open.
     void endMark();
+    /// The layer of the innermost marked content that is open; null: none, or it has none.
+    ContentLayer markedLayer() const {
+        return marks_.empty() ? ContentLayer::null : marks_.back().layer;
+    }
 
     /// Ends the clips that no `q` bounds, at the end of the page; no level is open.
     void finish();

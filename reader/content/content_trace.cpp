@@ -283,10 +283,13 @@ void ContentTrace::apply(const Interpreter& interpreter, TraceEvent& event) {
         return addTextPlace(interpreter);
     case OperatorRole::beginMarked: {
         const auto link = static_cast<TraceIndex>(marks_.size());
-        marks_.push({.outer = behind_.mark,
-                     .event = next(),
-                     .isOptional = isOptionalContent(event.role),
-                     .depth = marks_[behind_.mark].depth + 1});
+        const bool isOptional = isOptionalContent(event.role);
+        marks_.push(
+            {.outer = behind_.mark,
+             .event = next(),
+             .isOptional = isOptional,
+             .layer = isOptional ? interpreter.containers.markedLayer() : ContentLayer::null,
+             .depth = marks_[behind_.mark].depth + 1});
         behind_.mark = link;
         return;
     }

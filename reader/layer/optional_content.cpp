@@ -5,6 +5,7 @@
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 #include "runtime/callbacks.h"
+#include "runtime/exception.h"
 
 #include <algorithm>
 #include <span>
@@ -128,19 +129,34 @@ bool OptionalContent::isMembershipMet(DocumentCache& cache, const Object& member
                                 : std::ranges::any_of(layers, isShown);
 }
 
-ContentLayer OptionalContent::tell(DocumentCache& cache, const Object& dictionary,
-                                   std::int32_t number) {
-    const bool isMembership = nameEntry(cache, dictionary, "Type") == "OCMD";
-    const std::string name = isMembership ? joinedNames(cache, dictionary)
-                                          : documentText(entryOf(cache, dictionary, "Name").get());
-    const ContentLayerFacts facts{
-        .name = name,
-        .isVisible = isMembership ? isMembershipMet(cache, dictionary) : isOn(cache, number),
-        .isLocked = !isMembership && configuration(cache).locked.contains(number),
-        .object = number};
-    ContentLayer layer = ContentLayer::null;
-    callHost(slot::addContentLayer, &facts, &layer);
-    return layer;
+FileLayer OptionalContent::facts(DocumentCache& cache, const Object& dictionary,
+                                 std::int32_t number) {
+    const std::string type = nameEntry(cache, dictionary, "Type");
+    const bool isRule = type == "OCMD";
+    return {.name = isRule ? joinedNames(cache, dictionary)
+                           : documentText(entryOf(cache, dictionary, "Name").get()),
+            .isVisible = isRule ? isMembershipMet(cache, dictionary) : isOn(cache, number),
+            .isLocked = !isRule && configuration(cache).locked.contains(number),
+            .isLayer = type == "OCG",
+            .isRule = isRule};
+}
+
+std::optional<FileLayer> OptionalContent::look(DocumentCache& cache, const Object& entry) {
+    ObjectOwner dictionary;
+    const bool isRead = attempted([&] { dictionary = resolved(cache, entry); });
+    return isRead && isDictionary(dictionary.get())
+               ? std::optional(facts(cache, dictionary.get(), numberOfReference(entry)))
+               : std::nullopt;
+}
+
+ContentLayer OptionalContent::tell(const FileLayer& layer, std::int32_t number) {
+    const ContentLayerFacts told{.name = layer.name,
+                                 .isVisible = layer.isVisible,
+                                 .isLocked = layer.isLocked,
+                                 .object = number};
+    ContentLayer made = ContentLayer::null;
+    callHost(slot::addContentLayer, &told, &made);
+    return made;
 }
 
 ContentLayer OptionalContent::find(DocumentCache& cache, const Object& entry) {
@@ -153,7 +169,7 @@ ContentLayer OptionalContent::find(DocumentCache& cache, const Object& entry) {
         return ContentLayer::null;
     }
     ++told_;
-    const ContentLayer layer = tell(cache, dictionary.get(), number);
+    const ContentLayer layer = tell(facts(cache, dictionary.get(), number), number);
     if (number != 0) {
         byNumber_.emplace(number, layer);
     }

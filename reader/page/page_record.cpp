@@ -71,6 +71,11 @@ bool speaksOfPage(DocumentCache& cache, const Object& record, std::span<const Ba
     return std::ranges::includes(standing, stated);
 }
 
+std::vector<std::int32_t> layersOf(DocumentCache& cache, const Object& record) {
+    const bool hasLayers = typeObject(findEntry(cache, record, "Layers")) != ObjectType::null;
+    return hasLayers ? numbersOf(cache, record, "Layers") : std::vector<std::int32_t>();
+}
+
 std::optional<PageOrigin> originOf(DocumentCache& cache, const Object& record) {
     const std::optional<std::uint64_t> digest = eightBytes(lookupObject(cache, record, "Origin"));
     if (!digest) {
@@ -95,6 +100,7 @@ std::optional<PageRecord> recordOfPage(DocumentCache& cache, std::span<const Bas
         if (isOurs) {
             record.origin = originOf(cache, object.get());
             record.artwork = eightBytes(lookupObject(cache, object.get(), "Artwork"));
+            record.layers = layersOf(cache, object.get());
             record.base = readableObject(cache, findEntry(cache, object.get(), "Base"));
         }
     });

@@ -80,7 +80,7 @@ std::string keyOf(DocumentCache& cache, const Object& entry, const RealMatrix& m
                   const Box& part, bool asPattern) {
     DigestFeed feed;
     FedStreams fed;
-    Followed followed(feed, cache, fed);
+    Followed followed(feed, cache, fed, false);
     followed.root(entry);
     followed.follow();
     for (const double number : {matrix.a, matrix.b, matrix.c, matrix.d, matrix.tx, matrix.ty,

@@ -13,6 +13,7 @@
 #include "writer/art/outline.h"
 #include "writer/art/paint_drawing.h"
 #include "writer/art/path_works.h"
+#include "writer/page/needed_version.h"
 #include "writer/page/stream_object.h"
 #include "writer/text/drawn_texts.h"
 
@@ -169,6 +170,7 @@ TextDrawing* DrawnLooks::textsOf(const Walk& walk, Art content) {
 }
 
 std::string DrawnLooks::textOf(const LookState& state) const {
+    needVersion(Feature::transparency);
     std::string text = "<< /Type /ExtGState";
     if (state.fillOpacity) {
         text += " /ca " + unitText(*state.fillOpacity);
@@ -201,6 +203,7 @@ std::string DrawnLooks::textOf(const LookState& state) const {
 }
 
 void DrawnLooks::writeForm(DocumentCache& cache, const Form& form) const {
+    needVersion(Feature::transparency);
     Filter& output = *cache.output;
     touchXRef(output, form.number, 0);
     objectOutput(output, form.number, 0);

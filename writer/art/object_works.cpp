@@ -7,10 +7,12 @@
 #include "runtime/rules.h"
 #include "runtime/warning.h"
 #include "writer/art/drawn_looks.h"
+#include "writer/art/layers.h"
 #include "writer/art/path_works.h"
 #include "writer/art/placed_works.h"
 #include "writer/art/text_works.h"
 #include "writer/image/image_works.h"
+#include "writer/layer/layer_marks.h"
 
 namespace corvane {
 
@@ -98,6 +100,12 @@ void visitWorks(Walk& walk, Art art, ArtStack& pending, bool writesGroups) {
     if (callHost(slot::checkUserAbort)) {
         failException(Exception::cancelled);
     }
+    if (walk.layers != nullptr && artKind(art) == ArtKind::group) {
+        if (const ContentLayer layer = layerOf(art); layer != ContentLayer::null) {
+            walk.layers->begin(walk.text, layer);
+            pending.enter(Art::null, What::show);
+        }
+    }
     if (walk.looks != nullptr) {
         const Appearance appearance = appearanceOf(art);
         if (appearance != Appearance()) {
@@ -137,6 +145,8 @@ void stepWorks(Walk& walk, const ArtStep& step, ArtStack& pending) {
         return;
     case What::leave:
         return leaveWorks(walk);
+    case What::show:
+        return LayerMarks::end(walk.text);
     }
 }
 

@@ -158,6 +158,12 @@ void GatheredState::write(const Surroundings& own, const RealMatrix& ctm,
     enterSpace(trace_.matrix(own.matrix));
 }
 
+bool GatheredState::namesPattern(const Surroundings& own) {
+    return std::ranges::any_of(neededFor(own.setter), [&](const SetterLink& link) {
+        return trace_.events()[link.event].namesPattern;
+    });
+}
+
 void GatheredState::writeOnArtboard(const Surroundings& own) {
     space_ = {};
     setAll(own.setter, {});

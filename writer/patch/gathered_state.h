@@ -49,6 +49,9 @@ public:
     /// The same in the space of the artboard, for a CTM in which nothing can be drawn.
     void writeOnArtboard(const Surroundings& own);
 
+    /// Whether a pattern is the colour for filling or stroking there, as this content sets it.
+    bool namesPattern(const Surroundings& own);
+
     /// The bytes of an operator, and a line end.
     std::string bytesOf(TraceIndex event);
 

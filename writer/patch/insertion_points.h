@@ -41,8 +41,10 @@ private:
     /// The innermost clip at a place that must be around it.
     TraceIndex sharedClip(TraceIndex clip) const;
     std::uint32_t hiddenClips(TraceIndex clip) const;
+    void findMarkLayers();
 
     const ContentTrace& trace_;
+    PatchLayers& layers_;
     const EditedArtwork& artwork_;
     const ClipMatching& clips_;
     GatheredState& state_;
@@ -51,11 +53,14 @@ private:
     std::vector<bool> beforeTextOutside_;
     EditedIndex group_ = 0;
     bool isText_ = false;
-    std::vector<TraceIndex> wanted_; // clips of the group from the outermost; 0: a new one
+    std::vector<TraceIndex> wanted_;     // clips of the group from the outermost; 0: a new one
+    LayerChain wantedLayers_ = 0;        // of the group, as far as it is not drawn as one thing
+    std::vector<LayerChain> markLayers_; // by mark; empty: none is of a layer that counts
     InsertionGap gap_;
     const Surroundings* own_ = nullptr;
     std::vector<TraceIndex> around_; // clips at the place looked at, from the innermost
     std::optional<InsertionPoint> latest_;
+    ZoneCharge charge_;
     std::int64_t searched_ = 0; // places looked at, and what is around each
 };
 

@@ -125,10 +125,13 @@ void ObjectPatches::patchObject(PaintedIndex source) {
         moveAlong(was.event, movementOfStencil(tools_, was, is.art, difference));
         stencilWorks(tools_, was, is, difference);
     } else {
-        if (difference.place && movesMask(event.behind, difference)) {
-            moveAlong(was.event,
-                      {.masks = was.isForm ? *is.form->movement : movementOfImage(was.art, is.art),
-                       .patterns = {}});
+        if (difference.place) {
+            const RealMatrix movement =
+                was.isForm ? *is.form->movement : movementOfImage(was.art, is.art);
+            const bool isMasked = movesMask(event.behind, difference);
+            const bool isPatterned = was.isForm && tools_.state.namesPattern(event.behind);
+            moveAlong(was.event, {.masks = isMasked ? movement : RealMatrix(),
+                                  .patterns = isPatterned ? movement : RealMatrix()});
         }
         lookWorks(tools_, trace_.matrix(event.behind.matrix), difference.look);
         if (was.isForm) {

@@ -85,6 +85,8 @@ private:
             }
             const TraceIndex clip = trace_.clipAround(trace_.painted()[object.source].event);
             if (canStay(trace_, object.source, object.difference) &&
+                base_.layers.isAlike(trace_.painted()[object.source].art,
+                                     artwork_.groups[artwork_.objects[i].group].layers) &&
                 isClippedAlike(base_, artwork_, clips_, clip, artwork_.objects[i])) {
                 able.push_back(i);
             }

@@ -17,6 +17,7 @@ struct InsertionPoint {
     Surroundings inForce = {};
     /// Clips of the object's own groups that are in force there; it draws the inner ones itself.
     std::uint32_t ownClips = 0;
+    std::uint32_t ownLayers = 0; ///< the same of layers
 };
 
 /// An object that is written apart.

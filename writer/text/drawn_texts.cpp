@@ -51,7 +51,7 @@ DrawnTexts::DrawnTexts(ResourceRegistry& resources) : names_(resources) {
         const Layer layer = layers.pop();
         LayerInfo info;
         callHost(slot::getLayerInfo, layer, &info);
-        if (!isDrawn(info)) {
+        if (!isDrawn(layer, info)) {
             continue;
         }
         Art top = Art::null;

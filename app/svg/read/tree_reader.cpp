@@ -220,14 +220,26 @@ bool TreeReader::wrapsLayers(pugi::xml_node node) const {
     return false;
 }
 
-void TreeReader::enterLayer(Frame& frame) {
-    frame.group = layers_.add(layerProperties(attributes_, frame.style.displayed, context_.ours));
+void TreeReader::enterLayer(pugi::xml_node node, Frame& frame) {
+    const LayerProperties properties =
+        layerProperties(attributes_, frame.style.displayed, context_.ours);
+    const bool isNew = context_.holdsAppearance && properties.role == LayerRole::page &&
+                       (!properties.visible || !isOfPage(node));
+    frame.group = layers_.add(properties);
+    if (isNew) {
+        document_.setGroupLayer(frame.group, document_.contentLayers().add(newLayer(frame)));
+    }
     frame.clip = Art::null;
     setSource(frame.group, sourceFrom(Attribute::dataSource));
     if (context_.ours) {
         frame.annotations = attributes_[Attribute::dataAnnotations];
     }
     openGroups(frame, frame.group);
+}
+
+/// Whether a layer can be one within others; a drawing of a tile, or by `use`, is none.
+bool TreeReader::isLayerWithin() const {
+    return context_.holdsAppearance && !frames_.back().holdsLayers && !inTile_ && targets_.empty();
 }
 
 void TreeReader::enterGroup(pugi::xml_node node) {
@@ -242,12 +254,14 @@ void TreeReader::enterGroup(pugi::xml_node node) {
         frame.measured = true;
     }
     const bool isContentLayer = context_.ours && attributes_.has(Attribute::dataLayer);
-    if (LayerReader::isLayer(attributes_) && !isContentLayer) {
-        if (frames_.back().holdsLayers) {
-            enterLayer(frame);
-            push(std::move(frame));
-            return;
-        }
+    const bool isLayer = LayerReader::isLayer(attributes_) && !isContentLayer;
+    const bool isWithin = isLayer && isLayerWithin();
+    if (isLayer && frames_.back().holdsLayers) {
+        enterLayer(node, frame);
+        push(std::move(frame));
+        return;
+    }
+    if (isLayer && !isWithin) {
         context_.tally.add("layer within a layer");
     }
     const bool isPlain = frame.style.clipPath.empty() && lookOf(frame.style, {}, {}).isPlain();
@@ -256,21 +270,25 @@ void TreeReader::enterGroup(pugi::xml_node node) {
         push(std::move(frame));
         return;
     }
-    if (carriesLook(node, frame)) {
+    if (!isWithin && carriesLook(node, frame)) {
         frame.look = lookOf(frame.style, frame.matrix, frame.viewport);
         frame.passesLook = true;
         push(std::move(frame));
         return;
     }
     // Of ours, a group that nothing is seen of is not displayed.
+    const bool mayBeHidden = isContentLayer || isWithin;
     const bool mayBeBlank = context_.ours && !frame.style.clipPath.empty();
-    if (!isContentLayer && !mayBeBlank && isHidden(frame)) {
+    if (!mayBeHidden && !mayBeBlank && isHidden(frame)) {
         return;
     }
     openGroups(frame, Art::null);
     setSource(frame.made, sourceOfShape());
     readStructure(frame);
-    if (!isContentLayer && mayBeBlank && frame.clip != Art::null &&
+    if (isWithin) {
+        document_.setGroupLayer(frame.made, document_.contentLayers().add(newLayer(frame)));
+    }
+    if (!mayBeHidden && mayBeBlank && frame.clip != Art::null &&
         !clipShape(document_, frame.clip).blank && isHidden(frame)) {
         document_.dispose(frame.made);
         return;

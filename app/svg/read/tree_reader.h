@@ -61,7 +61,7 @@ private:
     void readFrames();
     void visit(pugi::xml_node node);
     void enterGroup(pugi::xml_node node);
-    void enterLayer(Frame& frame);
+    void enterLayer(pugi::xml_node node, Frame& frame);
     void enterSwitch(pugi::xml_node node);
     void enterUse(pugi::xml_node node);
     void enterViewport(pugi::xml_node node);
@@ -90,6 +90,9 @@ private:
     std::optional<ArtSource> sourceFrom(Attribute name) const;
     std::optional<ArtSource> sourceOfShape() const;
     void readStructure(const Frame& frame);
+    ContentLayerFacts newLayer(const Frame& frame) const;
+    bool isOfPage(pugi::xml_node layer) const;
+    bool isLayerWithin() const;
     void markMissingAnnotations(const Frame& frame);
     void setSource(Art art, const std::optional<ArtSource>& source);
 

@@ -5,7 +5,10 @@ namespace corvane {
 namespace {} // namespace
 
 BaseContents::BaseContents(const BaseReading& reading, bool sourcesMeanIt) {
-    contents_.push_back({.trace = reading.trace, .paints = reading.paints, .masks = reading.masks});
+    contents_.push_back({.trace = reading.trace,
+                         .paints = reading.paints,
+                         .masks = reading.masks,
+                         .layers = reading.layers});
     byNumber_.push_back(&contents_.front());
     // What is added within the loop is visited by it, too.
     for (std::size_t i = 0; sourcesMeanIt && i < contents_.size(); ++i) {
@@ -29,7 +32,8 @@ void BaseContents::add(const BaseContent& around, const FormTrace& form) {
                          .form = &form,
                          .around = &around,
                          .paints = around.paints,
-                         .masks = around.masks});
+                         .masks = around.masks,
+                         .layers = around.layers});
     byNumber_[index] = &contents_.back();
 }
 

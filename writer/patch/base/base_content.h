@@ -20,6 +20,7 @@ struct BaseContent {
     const BaseContent* around = nullptr; ///< the content that draws the form
     PaintComparison& paints;             ///< of all contents
     MaskComparison& masks;
+    PatchLayers& layers;
 };
 
 /// The contents of the base by their numbers.

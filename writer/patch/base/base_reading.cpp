@@ -65,6 +65,7 @@ void readBase(DocumentCache& cache, const PageBase& base, BaseReading& reading) 
     interpreter.readsTransparency = hostHoldsAppearance();
     runBase(interpreter, base, reading.trace);
     readAnnotations(interpreter, base, reading);
+    reading.layers.read(reading.root, std::move(interpreter.layers));
     reading.fonts = std::move(interpreter.fonts);
     before.forgetLater();
     cache.work.pageBytes = 0;

@@ -7,6 +7,7 @@
 #include "reader/text/page_fonts.h"
 #include "writer/patch/compare/look_difference.h"
 #include "writer/patch/compare/paint_comparison.h"
+#include "writer/patch/layer_chains.h"
 
 namespace corvane {
 
@@ -18,6 +19,7 @@ struct BaseReading {
     /// Paints and masks of the page beside those of the artwork: comparing reads nothing else.
     mutable PaintComparison paints;
     mutable MaskComparison masks;
+    mutable PatchLayers layers; ///< of page and artwork
 };
 
 /// Reads the content of the base through the host's table into a group that is in no layer, as

@@ -43,18 +43,17 @@ public:
         LayerInfo info;
         callHost(slot::getLayerInfo, layer, &info);
         isOfAnnotations_ = roleOf(layer) == LayerRole::annotations;
-        if (!isOfAnnotations_ && leavesOut(info)) {
+        if (!isOfAnnotations_ && leavesOut(layer, info)) {
             return;
         }
+        const Art top = artOf(layer);
         const std::size_t before = page_.objects.size();
-        Art top = Art::null;
-        callHost(slot::getLayerArt, layer, &top);
         pending_.push(top);
         for (ArtStep step; pending_.next(step);) {
             if (step.what == ArtStep::What::art) {
                 visit(step.art);
             } else if (group_ != 0) {
-                group_ = artwork_->groups[group_].outer;
+                leaveGroup();
             } else {
                 leaveForm();
             }
@@ -62,9 +61,12 @@ public:
         if (page_.objects.size() == before) {
             return;
         }
+        if (layerOf(top) != ContentLayer::null) {
+            return;
+        }
         if (!isOfAnnotations_) {
             page_.layers.push_back(commentText(info.title));
-        } else if (leavesOut(info)) {
+        } else if (leavesOut(layer, info)) {
             while (page_.objects.size() > before) {
                 page_.objects.pop();
             }
@@ -207,19 +209,27 @@ private:
 
     void enter(Art art, ArtKind kind) {
         const Art clip = kind == ArtKind::group ? clipOf(art) : Art::null;
+        const ContentLayer layer = kind == ArtKind::group ? layerOf(art) : ContentLayer::null;
+        if (layer != ContentLayer::null) {
+            push({.outer = group_, .layer = layer});
+        }
         const Art held = clip == Art::null ? firstChild(art) : nextSibling(clip);
         const bool isAlone = held != Art::null && nextSibling(held) == Art::null;
         const bool carries = isAlone && mayCarry(held);
-        EditedGroup group{
-            .outer = group_, .clip = clip, .appearance = carries ? Appearance() : appearance_};
-        if (clip != Art::null && isTextClip(clip)) {
-            addClipRuns(group);
+        const Appearance own = carries ? Appearance() : appearance_;
+        if (layer == ContentLayer::null || clip != Art::null || own != Appearance()) {
+            EditedGroup group{.outer = group_,
+                              .clip = clip,
+                              .appearance = own,
+                              .isWithin = layer != ContentLayer::null};
+            if (clip != Art::null && isTextClip(clip)) {
+                addClipRuns(group);
+            }
+            push(group);
         }
-        artwork_->groups.push(group);
         if (carries) {
             carried_ = appearance_;
         }
-        group_ = static_cast<EditedIndex>(artwork_->groups.size() - 1);
         pending_.enter(held, ArtStep::What::leave);
     }
 
@@ -231,6 +241,16 @@ private:
             addRuns(text, runs);
         }
         group.endRun = static_cast<EditedIndex>(runs.size());
+    }
+
+    void push(const EditedGroup& group) {
+        artwork_->groups.push(group);
+        group_ = static_cast<EditedIndex>(artwork_->groups.size() - 1);
+    }
+
+    void leaveGroup() {
+        const EditedGroup& left = artwork_->groups[group_];
+        group_ = left.isWithin ? artwork_->groups[left.outer].outer : left.outer;
     }
 
     static Art clipOf(Art group) {

@@ -4,6 +4,7 @@
 
 #include "host/appearance.h"
 #include "host/artwork.h"
+#include "host/structure.h"
 #include "runtime/charged_list.h"
 
 #include <cstdint>
@@ -21,6 +22,10 @@ inline constexpr EditedIndex notSet = UINT32_MAX;
 class BaseContents;
 struct EditedForm;
 
+/// Layers of the file within one another (writer/patch/layer_chains.h); 0: none.
+using LayerChain = std::uint32_t;
+
+/// A group of the artwork. One with a layer and something else is two, the layer around the rest.
 struct EditedGroup {
     EditedIndex outer = 0;
     Art clip = Art::null; ///< null: the group does not clip
@@ -29,6 +34,9 @@ struct EditedGroup {
     EditedIndex endRun = 0;
     /// Of what it holds as one thing; where it holds one object, that has it.
     Appearance appearance = {};
+    ContentLayer layer = ContentLayer::null; ///< null: the group shows always
+    LayerChain layers = 0;                   ///< all around what it holds
+    bool isWithin = false;                   ///< the group around it is the same art
     bool isLooked() const { return appearance != Appearance(); }
 };
 

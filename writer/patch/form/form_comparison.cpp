@@ -52,6 +52,18 @@ bool isUnchanged(const EditedForm& form) {
     return true;
 }
 
+/// Whether all that the content paints is in the layers in which it was.
+bool hasSameLayers(const EditedForm& form) {
+    const std::span<const EditedObject> objects = form.inside.objects.items();
+    for (EditedIndex i = 0; form.base->layers.any() && i < objects.size(); ++i) {
+        const LayerChain now = form.inside.groups[objects[i].group].layers;
+        if (!form.base->layers.isAlike(form.base->trace.painted()[i].art, now)) {
+            return false;
+        }
+    }
+    return true;
+}
+
 /// Whether its paint lies on the page, and not in the space of the path.
 bool liesOnPage(const PathStyle& style) {
     const auto lies = [](std::uint8_t isPainted, const Colour& colour) {
@@ -228,7 +240,7 @@ void compareForm(EditedForm& form) {
     const Art box = form.base->form->box;
     const bool hasSameClips = (box == Art::null) == (form.clip == Art::null);
     form.isClipChanged = !hasSameClips || (box != Art::null && !sameClip(box, form.clip));
-    const bool holdsSame = isComplete(form);
+    const bool holdsSame = isComplete(form) && hasSameLayers(form);
     if (holdsSame && !form.isClipChanged && isUnchanged(form)) {
         return;
     }

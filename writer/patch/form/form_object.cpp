@@ -3,6 +3,7 @@
 #include "output/primitives.h"
 #include "output/xref.h"
 #include "runtime/exception.h"
+#include "writer/page/needed_version.h"
 #include "writer/page/page_geometry.h"
 #include "writer/patch/base/content_resources.h"
 #include "writer/patch/form/form_box.h"
@@ -101,6 +102,7 @@ void writeForm(DocumentCache& cache, FormObject& form) {
         stringOutput(output, ">>\r");
     }
     if (form.compresses) {
+        needVersion(Feature::flate);
         stringOutput(output, "/Filter /FlateDecode\r");
     }
     finishPatched(cache, form.stream, form.patch.bytes.stream(0), form.compresses);

@@ -7,6 +7,7 @@
 #include "reader/shading/page_patterns.h"
 #include "runtime/fixed.h"
 #include "writer/art/path_works.h"
+#include "writer/page/needed_version.h"
 #include "writer/page/stream_object.h"
 #include "writer/patch/art_extent.h"
 
@@ -59,6 +60,7 @@ void writeGroup(DocumentCache& cache, const DrawnGroup& group) {
     objectOutput(output, group.number, 0);
     stringOutput(output, "<<\r/Type /XObject /Subtype /Form /BBox [ ");
     rectOutput(output, group.box);
+    needVersion(Feature::transparency);
     stringOutput(output, "]\r/Group << /S /Transparency >> /Resources <<\r");
     group.resources->write(cache, {group.number, 0});
     stringOutput(output, ">>\r");

@@ -12,12 +12,12 @@
 #include "writer/patch/compare/movement.h"
 #include "writer/patch/form/form_works.h"
 #include "writer/patch/insertion_points.h"
-#include "writer/patch/works/stencil_works.h"
 #include "writer/patch/text/text_run.h"
 #include "writer/patch/text/text_works.h"
 #include "writer/patch/works/kept_works.h"
 #include "writer/patch/works/placed_image.h"
 #include "writer/patch/works/shading_works.h"
+#include "writer/patch/works/stencil_works.h"
 
 #include <algorithm>
 
@@ -38,8 +38,29 @@ std::vector<bool> groupsApart(const EditedArtwork& artwork, const PaintOrder& or
     return apart;
 }
 
+/// What is in layers of its own stands in them as a whole, so that they are layers and not groups
+/// in a group when the page is opened.
 void InsertedWorks::write(std::span<const Insertion> insertions, const Surroundings& inForce,
                           std::string_view reset) {
+    while (!insertions.empty()) {
+        std::vector<EditedIndex> layers = layersBefore(insertions.front());
+        const auto end = std::ranges::find_if(insertions, [&](const Insertion& insertion) {
+            return layersBefore(insertion) != layers;
+        });
+        const auto count = static_cast<std::size_t>(end - insertions.begin());
+        for (const EditedIndex layer : layers) {
+            tools_.marks.begin(walk_.text, artwork_.groups[layer].layer);
+        }
+        open_ = std::move(layers);
+        writeWithin(insertions.first(count), inForce, reset);
+        closeGroups(0);
+        insertions = insertions.subspan(count);
+    }
+}
+
+void InsertedWorks::writeWithin(std::span<const Insertion> insertions, const Surroundings& inForce,
+                                std::string_view reset) {
+    const std::size_t layers = open_.size();
     setter_ = inForce.setter;
     isBehindNew_ = false;
     noneStyleWorks(walk_);
@@ -59,12 +80,12 @@ void InsertedWorks::write(std::span<const Insertion> insertions, const Surroundi
         openGroups(insertion);
         writeObject(insertion);
     }
-    closeGroups(0);
+    closeGroups(layers);
     leaveWorks(walk_);
 }
 
-/// Opens the groups around an object that are not in force at its place.
-void InsertedWorks::openGroups(const Insertion& insertion) {
+/// The groups around an object that are not in force at its place, from the outermost.
+std::vector<EditedIndex> InsertedWorks::missingGroups(const Insertion& insertion) const {
     std::vector<EditedIndex> around;
     for (EditedIndex group = artwork_.objects[insertion.object].group; group != 0;
          group = artwork_.groups[group].outer) {
@@ -73,18 +94,41 @@ void InsertedWorks::openGroups(const Insertion& insertion) {
     std::ranges::reverse(around);
     std::vector<EditedIndex> wanted;
     std::uint32_t inForce = insertion.point.ownClips;
+    std::uint32_t layersInForce = insertion.point.ownLayers;
     for (const EditedIndex group : around) {
         const bool clips = artwork_.groups[group].clip != Art::null;
+        const bool isLayer = artwork_.groups[group].layer != ContentLayer::null;
         if (clips && inForce > 0) {
             --inForce;
-        } else if (clips || artwork_.groups[group].isLooked() || (inForce == 0 && apart_[group])) {
+        } else if (isLayer && layersInForce > 0) {
+            --layersInForce;
+        } else if (clips || isLayer || artwork_.groups[group].isLooked() ||
+                   (inForce == 0 && apart_[group])) {
             wanted.push_back(group);
         }
     }
+    return wanted;
+}
+
+/// The layers of those that no other group is around.
+std::vector<EditedIndex> InsertedWorks::layersBefore(const Insertion& insertion) const {
+    std::vector<EditedIndex> groups = missingGroups(insertion);
+    groups.erase(std::ranges::find_if(groups,
+                                      [&](EditedIndex group) {
+                                          return artwork_.groups[group].layer == ContentLayer::null;
+                                      }),
+                 groups.end());
+    return groups;
+}
+
+void InsertedWorks::openGroups(const Insertion& insertion) {
+    const std::vector<EditedIndex> wanted = missingGroups(insertion);
     const auto same = std::ranges::mismatch(open_, wanted);
     closeGroups(static_cast<std::size_t>(same.in1 - open_.begin()));
     for (auto group = same.in2; group != wanted.end(); ++group) {
-        if (artwork_.groups[*group].isLooked()) {
+        if (artwork_.groups[*group].layer != ContentLayer::null) {
+            tools_.marks.begin(walk_.text, artwork_.groups[*group].layer);
+        } else if (artwork_.groups[*group].isLooked()) {
             beginForm(*group);
         } else {
             enterWorks(walk_);
@@ -108,7 +152,9 @@ void InsertedWorks::closeGroups(std::size_t left) {
     while (open_.size() > left) {
         const EditedIndex group = open_.back();
         open_.pop_back();
-        if (artwork_.groups[group].isLooked()) {
+        if (artwork_.groups[group].layer != ContentLayer::null) {
+            LayerMarks::end(walk_.text);
+        } else if (artwork_.groups[group].isLooked()) {
             endForm(artwork_.groups[group].appearance);
         } else {
             leaveWorks(walk_);
@@ -253,11 +299,50 @@ void InsertedWorks::writeImage(const MatchedObject& object, const EditedObject& 
 void InsertedWorks::writeForm(const MatchedObject& object, const EditedForm& form) {
     const PaintedArt& was = trace_.painted()[object.source];
     const Surroundings& own = trace_.events()[was.event].behind;
-    const RealMatrix movement =
-        movesMask(own, object.difference) ? form.movement.value_or(RealMatrix()) : RealMatrix();
-    tools_.state.write(own, {}, {.masks = movement, .patterns = {}});
+    const RealMatrix movement = form.movement.value_or(RealMatrix());
+    tools_.state.write(own, {},
+                       {.masks = movesMask(own, object.difference) ? movement : RealMatrix(),
+                        .patterns = tools_.state.namesPattern(own) ? movement : RealMatrix()});
     lookWorks(tools_, trace_.matrix(own.matrix), object.difference.look);
     formWorks(tools_, was, form);
+}
+
+/// Marks of layers of which the artwork does not say whether the object is in them: one that hides
+/// the object goes on hiding it. Those that it does say stand around the object already, but for
+/// the layer of an image or a form that names one itself.
+std::vector<TraceIndex> InsertedWorks::keptLayers(const MatchedObject& object,
+                                                  const EditedObject& edited,
+                                                  TraceIndex marks) const {
+    const PaintedArt& was = trace_.painted()[object.source];
+    LayerChain told = base_.layers.around(was.art);
+    told = told == PatchLayers::notTold ? 0 : told;
+    const LayerChains& chains = base_.layers.chains();
+    std::vector<TraceIndex> kept;
+    for (TraceIndex mark = trace_.events()[was.event].behind.mark; mark != 0;
+         mark = trace_.mark(mark).outer) {
+        const MarkLink& link = trace_.mark(mark);
+        const bool isTold = link.layer != ContentLayer::null && chains.holds(told, link.layer);
+        const bool isAround = commonMark(trace_, mark, marks) == mark;
+        if (link.isOptional && !isTold && !isAround) {
+            kept.push_back(mark);
+        }
+    }
+    const LayerChain now = artwork_.groups[edited.group].layers;
+    for (LayerChain chain = told; chain != 0; chain = chains.outer(chain)) {
+        const ContentLayer layer = chains.innermost(chain);
+        if (!chains.holds(now, layer) && !isMarked(trace_.events()[was.event].behind.mark, layer)) {
+            noteReason(Reason::ownLayer);
+            failException(Exception::unpatchable);
+        }
+    }
+    return kept;
+}
+
+bool InsertedWorks::isMarked(TraceIndex mark, ContentLayer layer) const {
+    while (mark != 0 && trace_.mark(mark).layer != layer) {
+        mark = trace_.mark(mark).outer;
+    }
+    return mark != 0;
 }
 
 /// The state that an object had, and its own bytes, or what an edit made of them.
@@ -265,14 +350,7 @@ void InsertedWorks::writeSourced(const MatchedObject& object, const EditedObject
                                  TraceIndex marks) {
     const TraceIndex event = trace_.painted()[object.source].event;
     const Surroundings& own = trace_.events()[event].behind;
-    // A layer of the file that hides the object goes on hiding it.
-    std::vector<TraceIndex> layers;
-    for (TraceIndex mark = own.mark; mark != 0; mark = trace_.mark(mark).outer) {
-        const bool isAround = commonMark(trace_, mark, marks) == mark;
-        if (trace_.mark(mark).isOptional && !isAround) {
-            layers.push_back(mark);
-        }
-    }
+    const std::vector<TraceIndex> layers = keptLayers(object, edited, marks);
     for (auto mark = layers.rbegin(); mark != layers.rend(); ++mark) {
         walk_.text.add(tools_.state.bytesOf(trace_.mark(*mark).event));
     }

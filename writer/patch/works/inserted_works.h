@@ -31,6 +31,10 @@ public:
                std::string_view reset);
 
 private:
+    void writeWithin(std::span<const Insertion> insertions, const Surroundings& inForce,
+                     std::string_view reset);
+    std::vector<EditedIndex> missingGroups(const Insertion& insertion) const;
+    std::vector<EditedIndex> layersBefore(const Insertion& insertion) const;
     void openGroups(const Insertion& insertion);
     void clip(const EditedGroup& group);
     void closeGroups(std::size_t left);
@@ -45,6 +49,9 @@ private:
     void writeImage(const MatchedObject& object, const EditedObject& edited);
     void writeForm(const MatchedObject& object, const EditedForm& form);
     void writeNew(const EditedObject& edited);
+    std::vector<TraceIndex> keptLayers(const MatchedObject& object, const EditedObject& edited,
+                                       TraceIndex marks) const;
+    bool isMarked(TraceIndex mark, ContentLayer layer) const;
 
     PatchTools& tools_;
     Walk& walk_;

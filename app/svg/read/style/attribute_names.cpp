@@ -164,6 +164,8 @@ constexpr std::array<std::string_view, attributeCount> names{
     "data-source",
     "data-form",
     "data-layer",
+    "data-layer-name",
+    "data-layer-state",
     "data-annotations",
     "data-exact",
     "data-dx",

@@ -162,6 +162,8 @@ enum class Attribute : std::uint8_t {
     dataSource,
     dataForm,
     dataLayer,
+    dataLayerName,
+    dataLayerState,
     dataAnnotations,
     dataExact,
     dataDx,

@@ -107,5 +107,32 @@ TEST_F(FormObjectsTest, WhatFormsHoldCountsWhereMuchIsMissing) {
     EXPECT_EQ(missing_[0].whole, 4);
 }
 
+/// A pattern that was set around a form lies on the page, and not in the form's space.
+TEST_F(FormObjectsTest, APatternThatItInheritsMovesAlong) {
+    openFile(withResources(PdfBuilder::onePage("/Pattern cs /P scn /A Do /B Do",
+                                               "/Resources << /XObject << /A 30 0 R /B 31 0 R >> "
+                                               "/Pattern << /P 23 0 R >> >>"))
+                 .stream(30, "0 0 9 9 re f", std::string(formEntries) + "/BBox [0 0 50 50]")
+                 .stream(31, "20 0 9 9 re f", std::string(formEntries) + "/BBox [0 0 50 50]")
+                 .bytes());
+    const auto patternOf = [&](std::size_t path) {
+        return document_->pattern(document_->style(formArtist().at(path)).fill.source);
+    };
+    const Pattern was = patternOf(0);
+    FormArtist a = formArtist();
+    a.moveAll(a.forms[0], 7, 3);
+    Pattern moved = was;
+    moved.tile = document_->makeArtwork();
+    document_->duplicate(document_->firstChild(was.tile), Placement::inside, moved.tile);
+    moved.matrix.tx += 7;
+    moved.matrix.ty += 3;
+    a.style(a.at(0), [&](PathStyle& style) { style.fill.source = document_->addPattern(moved); });
+    ASSERT_EQ(save(), 0U) << ::testing::PrintToString(front_.taken());
+    ASSERT_EQ(open(), 0U);
+    EXPECT_EQ(newForms(), 0U);
+    EXPECT_EQ(patternOf(0).matrix, moved.matrix) << newContent();
+    EXPECT_EQ(patternOf(1).matrix, was.matrix) << "of the other form";
+}
+
 } // namespace
 } // namespace corvane
