@@ -159,8 +159,8 @@ void GatheredState::write(const Surroundings& own, const RealMatrix& ctm,
 }
 
 bool GatheredState::namesPattern(const Surroundings& own) {
-    return std::ranges::any_of(neededFor(own.setter), [&](const SetterLink& link) {
-        return trace_.events()[link.event].namesPattern;
+    return std::ranges::any_of(live_.upTo(own.setter), [&](TraceIndex live) {
+        return trace_.events()[trace_.setter(live).event].namesPattern;
     });
 }
 
