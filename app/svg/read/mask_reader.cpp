@@ -146,7 +146,7 @@ SoftMask MaskReader::make(pugi::xml_node node, const MaskUse& use) {
 /// the mask is.
 Art MaskReader::openContent(Art content, const ComputedStyle& style, const MaskUse& use) {
     Document& document = context_.document;
-    ClipReader clips(context_);
+    ClipReader clips(context_, paints_);
     Art group = content;
     for (const pugi::xml_node clip : clips.chain(style.clipPath)) {
         const Art cut = document.make(ArtKind::group, Placement::inside, group);

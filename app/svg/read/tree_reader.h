@@ -40,7 +40,7 @@ class TreeReader {
 public:
     explicit TreeReader(ReadingContext& context)
         : context_(context), document_(context.document), layers_(context.document),
-          clips_(context, paints_), masks_(context), paints_(context),
+          clips_(context, paints_), masks_(context, paints_), paints_(context),
           shape_(context.document, context.tally) {}
 
     /// `toArt` leads from the root's user space to the art. Throws `SvgError` past the budget,
