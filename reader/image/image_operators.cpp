@@ -7,6 +7,7 @@
 #include "reader/form/form_drawing.h"
 #include "reader/image/deliver_image.h"
 #include "reader/image/drawn_images.h"
+#include "reader/image/image_entries.h"
 #include "reader/image/inline_image.h"
 #include "reader/image/place_image.h"
 #include "reader/layer/layered_drawing.h"
@@ -19,10 +20,12 @@ namespace corvane {
 namespace {
 
 /// Whether an image becomes art: the colour of a stencil must be known.
-bool isArt(const Interpreter& interpreter) {
+bool isArt(const Interpreter& interpreter, const Object& image) {
     const ColourKind fill = interpreter.state.style.fill.kind;
     const bool isPlain = fill != ColourKind::gradient && fill != ColourKind::pattern;
-    return interpreter.readsImages && !interpreter.state.fill.hidden && isPlain;
+    const bool isColour = isPlain && !interpreter.state.fill.hidden;
+    return interpreter.readsImages &&
+           (isColour || !ImageEntries(interpreter.cache, image).boolean(imageKey::isMask));
 }
 
 /// Of the object that an entry refers to; 0: of none.
@@ -37,7 +40,7 @@ std::int32_t numberOf(const Object& entry) {
 
 void drawImage(Interpreter& interpreter, const Object& entry, const Object& stream) {
     tellDrawnImage(interpreter, stream, numberOf(entry));
-    if (!isArt(interpreter)) {
+    if (!isArt(interpreter, stream)) {
         interpreter.omissions.note(Omission::image);
         return;
     }
@@ -62,11 +65,11 @@ void dataImageOperator(Interpreter& interpreter) {
     callFilter(*interpreter.cache.input, Operation::skipSpace);
     auto& tokens = static_cast<TokenFilter&>(*interpreter.cache.input);
     const std::int64_t length = imageDataLength(interpreter);
-    if (!isArt(interpreter)) {
+    const ObjectOwner dictionary = imageDictionary();
+    if (!isArt(interpreter, dictionary.get())) {
         skipImageData(tokens, length);
         return;
     }
-    const ObjectOwner dictionary = imageDictionary();
     tellDrawnImage(interpreter, dictionary.get(), 0);
     ImageData data;
     skipImageData(tokens, length, &data);
