@@ -86,7 +86,7 @@ SvgReading readSvg(std::string text, Document& document, const ReadingBudget& bu
     SvgReading reading;
     ImageLoader loader(document, files, pause);
     ReadingContext context{document, index, sheet, tally, budget, pause, loader, false,
-                           true,     {},    0,     {},    {},     {},    {}};
+                           true,     {},    0,     {},    {},     {},    {},     {}};
     TreeReader tree(context);
     try {
         index.build(sheet);

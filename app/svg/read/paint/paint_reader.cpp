@@ -44,7 +44,7 @@ void PaintReader::paint(std::uint8_t& painted, Colour& colour, const PaintValue&
 }
 
 PaintSource PaintReader::resolve(pugi::xml_node server, Element element, const PaintUse& use) {
-    Known& known = known_[server.hash_value()];
+    const KnownPaint& known = context_.paints[server.hash_value()];
     const bool same = known.source != PaintSource::null && known.toArt == use.toArt &&
                       known.viewport.width == use.lengths.viewport.width &&
                       known.viewport.height == use.lengths.viewport.height;
@@ -56,7 +56,7 @@ PaintSource PaintReader::resolve(pugi::xml_node server, Element element, const P
                                    ? readPattern(server, use, context_, fitsBox)
                                    : gradient(server, use, fitsBox);
     if (!fitsBox) {
-        known_[server.hash_value()] = {use.toArt, use.lengths.viewport, source};
+        context_.paints[server.hash_value()] = {use.toArt, use.lengths.viewport, source};
     }
     return source;
 }
