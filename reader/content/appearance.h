@@ -10,6 +10,7 @@
 namespace corvane {
 
 struct Interpreter;
+struct Transparency;
 
 /// Whether the host has art that is laid over other art otherwise than by covering it.
 bool hostHoldsAppearance();
@@ -26,7 +27,10 @@ struct PaintsUsed {
 
 /// Tells the host of art that was painted in the state in force.
 void tellAppearance(Interpreter& interpreter, Art art, PaintsUsed paints);
-/// The same of a group that is laid over what is behind it as one thing.
-void tellGroupAppearance(Interpreter& interpreter, Art group, const Appearance& appearance);
+/// How art that is laid over what is behind it as one thing (an image, a group) is, in that state.
+Appearance appearanceAsOne(const Transparency& state);
+
+/// The same of art that is laid over what is behind it as one thing.
+void tellAppearanceAsOne(Interpreter& interpreter, Art art, const Appearance& appearance);
 
 } // namespace corvane

@@ -34,7 +34,7 @@ void placeImage(Interpreter& interpreter, const KnownImage& image, std::int64_t 
                              .isSmooth = image.isSmooth};
     level.placed = interpreter.containers.make(ArtKind::placed);
     callHost(slot::setPlacedImage, level.placed, &placed);
-    tellAppearance(interpreter, level.placed, {.fills = true});
+    tellAppearanceAsOne(interpreter, level.placed, appearanceAsOne(interpreter.state.transparency));
     if (level.tellsSources) {
         const ArtSource source = interpreter.sourceFrom(start);
         callHost(slot::setArtSource, level.placed, &source);
