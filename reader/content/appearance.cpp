@@ -95,14 +95,18 @@ void tellAppearance(Interpreter& interpreter, Art art, PaintsUsed paints) {
         appearance.fillOpacity = paints.fills ? state.fillOpacity : 1;
         appearance.strokeOpacity = paints.strokes ? state.strokeOpacity : 1;
     }
-    tellGroupAppearance(interpreter, art, appearance);
+    tellAppearanceAsOne(interpreter, art, appearance);
 }
 
-void tellGroupAppearance(Interpreter& interpreter, Art group, const Appearance& appearance) {
+Appearance appearanceAsOne(const Transparency& state) {
+    return {.opacity = state.fillOpacity, .blend = state.blend, .mask = state.mask};
+}
+
+void tellAppearanceAsOne(Interpreter& interpreter, Art art, const Appearance& appearance) {
     if (appearance == Appearance()) {
         return;
     }
-    callHost(slot::setAppearance, group, &appearance);
+    callHost(slot::setAppearance, art, &appearance);
     interpreter.blended += appearance.blend != BlendMode::normal ? 1 : 0;
 }
 

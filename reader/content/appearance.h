@@ -13,6 +13,7 @@
 namespace corvane {
 
 struct Interpreter;
+struct Transparency;
 
 /// The names of the PDF Reference, in the order of `BlendMode`.
 inline constexpr std::array<std::string_view, 16> blendNames{
@@ -35,7 +36,10 @@ struct PaintsUsed {
 
 /// Tells the host of art that was painted in the state in force.
 void tellAppearance(Interpreter& interpreter, Art art, PaintsUsed paints);
-/// The same of a group that is laid over what is behind it as one thing.
-void tellGroupAppearance(Interpreter& interpreter, Art group, const Appearance& appearance);
+/// How art that is laid over what is behind it as one thing (an image, a group) is, in that state.
+Appearance appearanceAsOne(const Transparency& state);
+
+/// The same of art that is laid over what is behind it as one thing.
+void tellAppearanceAsOne(Interpreter& interpreter, Art art, const Appearance& appearance);
 
 } // namespace corvane

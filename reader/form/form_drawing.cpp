@@ -52,7 +52,7 @@ public:
 private:
     bool mayDraw() const {
         return interpreter_.readsForms && !interpreter_.level.isGlyph &&
-               InnerContent::mayEnter(interpreter_, number_) &&
+               !interpreter_.containers.isFull() && InnerContent::mayEnter(interpreter_, number_) &&
                interpreter_.progress.hasRoom(interpreter_.cache.work.pageBytes);
     }
 
@@ -96,7 +96,7 @@ private:
             clip_ = Art::null;
         } else {
             tell();
-            tellGroupAppearance(interpreter_, group_, appearance_);
+            tellAppearanceAsOne(interpreter_, group_, appearance_);
         }
         if (trace_ != nullptr) {
             trace_->group = group_;

@@ -35,7 +35,7 @@ namespace {
 Art makePlaced(Interpreter& interpreter, const PlacedImage& placed) {
     const Art art = interpreter.containers.make(ArtKind::placed);
     callHost(slot::setPlacedImage, art, &placed);
-    tellAppearance(interpreter, art, {.fills = true});
+    tellAppearanceAsOne(interpreter, art, appearanceAsOne(interpreter.state.transparency));
     return art;
 }
 

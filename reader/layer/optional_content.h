@@ -12,6 +12,7 @@
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 namespace corvane {
 
@@ -49,14 +50,18 @@ private:
     const Configuration& configuration(DocumentCache& cache);
     bool isOn(DocumentCache& cache, std::int32_t layer);
     bool isTrue(DocumentCache& cache, const Object& expression, int depth);
+    bool isSpent() const;
     bool isMembershipMet(DocumentCache& cache, const Object& membership);
     FileLayer facts(DocumentCache& cache, const Object& dictionary, std::int32_t number);
     static ContentLayer tell(const FileLayer& layer, std::int32_t number);
 
     std::optional<Configuration> configuration_;
     std::unordered_map<std::int32_t, ContentLayer> byNumber_; ///< of its object
+    /// Of dictionaries without a number, by where they lie.
+    std::unordered_map<std::uint32_t, ContentLayer> byPlace_;
+    std::vector<ObjectOwner> held_; ///< these: nothing takes their place
     std::int32_t told_ = 0;
-    std::int32_t conditions_ = 0; ///< looked at so far
+    std::int64_t conditions_ = 0; ///< looked at so far
 };
 
 } // namespace corvane

@@ -72,9 +72,13 @@ PathConstruction& openSubpath(Interpreter& interpreter) {
 } // namespace
 
 void dropPath(Interpreter& interpreter) {
-    const Art compound = std::exchange(interpreter.level.path, {}).compound;
-    if (compound != Art::null) {
-        callHost(slot::disposeArt, compound);
+    const PathConstruction path = std::exchange(interpreter.level.path, {});
+    if (path.compound == Art::null) {
+        return;
+    }
+    callHost(slot::disposeArt, path.compound);
+    if (rules().lazyGroups && !interpreter.containers.isOpen(path.holder)) {
+        interpreter.containers.dropBare();
     }
 }
 

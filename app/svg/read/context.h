@@ -25,6 +25,13 @@ struct KnownMask {
     SoftMask mask = SoftMask::null;
 };
 
+/// A gradient or pattern, likewise.
+struct KnownPaint {
+    RealMatrix toArt;
+    Viewport viewport;
+    PaintSource source = PaintSource::null;
+};
+
 struct ReadingContext {
     /// Counts elements that are read once more because something refers to them. Throws `SvgError`
     /// past the budget.
@@ -58,6 +65,8 @@ struct ReadingContext {
     InheritedStyles inherited = {};
     /// The latest use of a mask, by its node: most are used from one user space.
     std::unordered_map<std::size_t, KnownMask> masks = {};
+    /// The same of paints, those of tiles included.
+    std::unordered_map<std::size_t, KnownPaint> paints = {};
     std::vector<SvgImage> images = {};
 };
 

@@ -105,6 +105,22 @@ TEST_F(ContentTest, ClipsMakeGroupsThatTheyClip) {
     });
 }
 
+TEST_F(ContentTest, ClipsPastWhatArtworkHolds) {
+    std::string content;
+    for (int i = 0; i < 4200; ++i) {
+        content += "0 0 5 5 re W n ";
+    }
+    EXPECT_EQ(drawContent(content + A), "13");
+    // Each group has its clip, and the innermost the line.
+    Art group = document().firstChild(importedArt());
+    for (; document().kind(group) == ArtKind::group;
+         group = document().nextSibling(document().firstChild(group))) {
+        ASSERT_EQ(document().lastChild(group),
+                  document().nextSibling(document().firstChild(group)));
+    }
+    EXPECT_EQ(document().style(group).strokePaint, 1);
+}
+
 TEST_F(ContentTest, PathsAndWhatEndsThem) {
     expect({
         {"curves", "0 0 m 1 1 2 2 3 3 c 4 4 5 5 v 6 6 7 7 y S",

@@ -71,6 +71,13 @@ TEST_F(FormTest, FormsAreGroupsOfWhatTheyPaint) {
                  "Q q q 4 0 0 4 0 0 cm 0 0 5 5 re W n " + square, "/Subtype/Form", "", "",
                  "(7.1(<0,0 20,20@1:0 0,0 10,10@1:0>)@0:0 0,0 4,4@0:1)"},
              Row{"nothing in it", "/A Do ", "q Q", "/Subtype/Form", "", "", ""},
+             Row{"a path that is left unfinished", "/A Do 0 0 1 1 re f",
+                 "0 0 9 9 re W n q q 0 0 5 5 re Q Q 0 0 m", "/Subtype/Form/BBox[0 0 9 9]", "", "",
+                 "0,0 1,1@0:0"},
+             Row{"one that ends behind its level, as a clip", "/A Do", "q 0 0 5 5 re Q W n",
+                 "/Subtype/Form", "", "", ""},
+             Row{"the same beside something", "/A Do", square + " q 0 0 5 5 re Q", "/Subtype/Form",
+                 "", "", "7.1(0,0 10,10@1:0)@0:0"},
              Row{"a group alone in its level stays what it is", "q q /A Do Q Q", square,
                  "/Subtype/Form", "", "", "7.1(0,0 10,10@1:0)@0:0"},
              Row{"entries of a wrong kind", "/A Do", square,
@@ -84,6 +91,21 @@ TEST_F(FormTest, FormsAreGroupsOfWhatTheyPaint) {
         EXPECT_EQ(structureText(document(), importedArt()), row.seen) << row.name;
         EXPECT_EQ(omitted_, row.omitted) << row.name;
     }
+}
+
+TEST_F(FormTest, FormsAreLeftOutWhereNoGroupFits) {
+    std::string content;
+    for (int i = 0; i < 4085; ++i) {
+        content += "0 0 9 9 re W n ";
+    }
+    draw(PdfBuilder::onePage(content + "/A Do 0 0 1 1 re f", "/Resources<</XObject<</A 7 0 R>>>>")
+             .stream(7, "/A Do 0 0 5 5 re W n /B Do",
+                     "/Subtype/Form/BBox[0 0 9 9]"
+                     "/Resources<</XObject<</A 8 0 R/B 9 0 R>>>>")
+             .stream(8, "0 0 5 5 re W n 0 0 5 5 re f", "/Subtype/Form/BBox[0 0 9 9]")
+             .stream(9, "0 0 5 5 re f", "/Subtype/Form/BBox[0 0 9 9]")
+             .bytes());
+    EXPECT_EQ(omitted_, 1);
 }
 
 /// Lines of text end at the border of a form.

@@ -23,7 +23,7 @@ protected:
                 "/S << /SMask << /S /Luminosity /G 30 0 R /BC [.5] /TR 31 0 R >> >> "
                 "/A << /SMask << /S /Alpha /G 30 0 R >> >> /N << /SMask /None >> "
                 "/R << /SMask << /S /Alpha /G 32 0 R >> >> >> "
-                "/XObject << /G 33 0 R /P 34 0 R >> >>")
+                "/Shading << /W 36 0 R >> /XObject << /G 33 0 R /P 34 0 R /I 35 0 R >> >>")
                 .stream(30, "0 0 50 100 re f",
                         form + "/Group << /S /Transparency /CS /DeviceGray >>")
                 .object(31, "<< /FunctionType 2 /Domain [0 1] /N 1 /C0 [1] /C1 [0] >>")
@@ -33,6 +33,11 @@ protected:
                 .stream(33, "0 0 9 9 re f /M gs 4 4 9 9 re f",
                         form + "/Group << /S /Transparency /I true /K true >>")
                 .stream(34, "0 0 9 9 re f", form)
+                .stream(35, "a",
+                        "/Type /XObject /Subtype /Image /Width 1 /Height 1 /BitsPerComponent 8 "
+                        "/ColorSpace /DeviceGray")
+                .object(36, "<< /ShadingType 3 /ColorSpace /DeviceGray /Coords [0 0 1 50 0 1] "
+                            "/Function << /FunctionType 2 /Domain [0 1] /N 1 >> >>")
                 .bytes());
     }
 
@@ -107,6 +112,9 @@ TEST_F(LookPatchTest, StatesBecomeLooksOfArt) {
              Row{"/R gs 0 0 9 9 re f", "( alpha)"},
              Row{"/H gs /M gs /G Do", "[ o0.5 b1 isolated knockout()( b1)]"},
              Row{"/H gs /P Do", "[( f0.5)]"},
+             Row{"/H gs 9 0 0 9 0 0 cm /I Do", "( o0.5)"},
+             Row{"/H gs 9 0 0 9 0 0 cm BI /W 1 /H 1 /BPC 8 /CS /G ID a EI", "( o0.5)"},
+             Row{"/H gs 0 0 9 9 re W n /W sh", "[( o0.5)]"},
          }) {
         openLooks(row.content);
         EXPECT_EQ(looks(), row.looks) << row.content;
@@ -148,6 +156,11 @@ TEST_F(LookPatchTest, AnObjectGetsAnotherLook) {
     openLooks("/H gs /M gs 0 0 9 9 re f");
     document_->setAppearance(artist().at(0), {});
     ASSERT_NO_FATAL_FAILURE(expectKept("[()]"));
+
+    openLooks("/H gs 9 0 0 9 0 0 cm /I Do");
+    const Art image = document_->firstChild(document_->layerArt(document_->firstLayer()));
+    document_->setAppearance(image, {.opacity = .25});
+    ASSERT_NO_FATAL_FAILURE(expectKept("[( o0.25)]"));
 }
 
 TEST_F(LookPatchTest, MasksAreDrawnWhereTheyLie) {

@@ -49,7 +49,7 @@ void PaintReader::paint(std::uint8_t& painted, Colour& colour, const PaintValue&
 /// box without area.
 std::optional<PaintSource> PaintReader::resolve(pugi::xml_node server, Element element,
                                                 const PaintUse& use) {
-    Known& known = known_[server.hash_value()];
+    const KnownPaint& known = context_.paints[server.hash_value()];
     const bool same = known.source != PaintSource::null && known.toArt == use.toArt &&
                       known.viewport.width == use.lengths.viewport.width &&
                       known.viewport.height == use.lengths.viewport.height;
@@ -67,7 +67,7 @@ std::optional<PaintSource> PaintReader::resolve(pugi::xml_node server, Element e
         source = gradient(server, use, fitsBox);
     }
     if (!fitsBox && source) {
-        known_[server.hash_value()] = {use.toArt, use.lengths.viewport, *source};
+        context_.paints[server.hash_value()] = {use.toArt, use.lengths.viewport, *source};
     }
     return source;
 }

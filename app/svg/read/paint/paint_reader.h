@@ -21,19 +21,11 @@ public:
                const PaintUse& around);
 
 private:
-    struct Known {
-        RealMatrix toArt;
-        Viewport viewport;
-        PaintSource source = PaintSource::null;
-    };
-
     void paint(std::uint8_t& painted, Colour& colour, const PaintValue& value, const PaintUse& use);
     std::optional<PaintSource> resolve(pugi::xml_node server, Element element, const PaintUse& use);
     std::optional<PaintSource> gradient(pugi::xml_node server, const PaintUse& use, bool& fitsBox);
 
     ReadingContext& context_;
-    /// The latest use of a server, by its node: most are used from one user space.
-    std::unordered_map<std::size_t, Known> known_;
     std::unordered_map<std::size_t, std::vector<GradientStop>> stops_;
 };
 

@@ -250,8 +250,7 @@ TEST(ReadStructure, WhatIsReadAgainAndAgainIsLimited) {
         "<path id='a' d='M0 0'>" + times(2'000, "<desc/>") + "</path>" + uses,
         "<switch id='a'>" + times(2'000, "<g requiredExtensions='x'/>") + "</switch>" + uses,
         "<g id='a'>" + times(1'000, "a<![CDATA[]]>") + "</g>" + uses,
-        "<linearGradient id='g' gradientUnits='userSpaceOnUse'>" +
-            times(2'000, "<stop offset='1'/>") +
+        "<linearGradient id='g'>" + times(2'000, "<stop offset='1'/>") +
             "</linearGradient><pattern id='p' width='1' height='1'>"
             "<rect width='9' height='9' fill='url(#g)'/></pattern>" +
             times(2'000, "<rect width='9' height='9' fill='url(#p)'/>"),
