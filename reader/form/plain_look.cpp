@@ -92,7 +92,7 @@ public:
         const Appearance appearance{
             .opacity = std::clamp(numberEntry(cache_, annotation_, "CA").value_or(1), 0.0, 1.0),
             .blend = drawing->isMarker ? BlendMode::multiply : BlendMode::normal};
-        tellGroupAppearance(interpreter_, group_, appearance);
+        tellAppearanceAsOne(interpreter_, group_, appearance);
     }
 
     static bool knows(std::string_view kind) { return drawingOf(kind) != nullptr; }

@@ -20,7 +20,7 @@ SoftMask maskOf(Interpreter& interpreter, const PlacedImage& stencil) {
     callHost(slot::newArtwork, &facts.content);
     const Art image = newArt(ArtKind::placed, Placement::inside, facts.content);
     callHost(slot::setPlacedImage, image, &stencil);
-    tellGroupAppearance(interpreter, image, {.mask = interpreter.state.transparency.mask});
+    tellAppearanceAsOne(interpreter, image, {.mask = interpreter.state.transparency.mask});
     SoftMask mask = SoftMask::null;
     callHost(slot::addMask, &facts, &mask);
     return mask;
@@ -46,7 +46,7 @@ Art paintStencil(Interpreter& interpreter, const PlacedImage& stencil) {
     style.fillPaint = 1;
     style.fill = state.style.fill;
     callHost(slot::setPathStyle, art, &style);
-    tellGroupAppearance(interpreter, art,
+    tellAppearanceAsOne(interpreter, art,
                         {.fillOpacity = state.transparency.fillOpacity,
                          .blend = state.transparency.blend,
                          .mask = mask});
