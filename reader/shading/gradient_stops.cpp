@@ -12,8 +12,9 @@ namespace corvane {
 
 namespace {
 
-/// Tokens that a stop counts as: it is longer than a few segments of a path, here and in SVG.
-constexpr std::int64_t stopTokens = 50;
+/// Tokens that a stop counts as: it takes as much room as thirty segments of a path, here and in
+/// SVG.
+constexpr std::int64_t stopTokens = 100;
 
 using Levels = std::array<double, 3>; ///< of light, 0 to 255
 
