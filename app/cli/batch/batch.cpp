@@ -55,9 +55,8 @@ private:
                     return isAny;
                 }
                 isAny = true;
-                if (const auto other = tasks_.claimed(*task)) {
-                    fail(*task, {code::io, *other + " has the same name of output; tell them apart "
-                                                    "with {folder} or {page} in -o"});
+                if (const auto refusal = tasks_.refusal(*task)) {
+                    fail(*task, {code::io, *refusal});
                     continue;
                 }
                 if (!worker) {

@@ -47,15 +47,13 @@ void TaskList::addPages(std::uint32_t file, std::int32_t count) {
     }
 }
 
-std::optional<std::string> TaskList::claimed(const Task& task) {
+std::optional<std::string> TaskList::refusal(const Task& task) {
     if (arguments_.command != Command::open || task.page == Task::countsPages ||
         !isPattern(arguments_.output)) {
         return std::nullopt;
     }
     const std::string& file = arguments_.files[task.file];
-    const auto [entry, isNew] =
-        names_.try_emplace(filledName(arguments_.output, file, std::max(task.page, 1)), task.file);
-    return isNew ? std::nullopt : std::optional(arguments_.files[entry->second]);
+    return outputs_.refusal(filledName(arguments_.output, file, std::max(task.page, 1)), task.file);
 }
 
 } // namespace corvane

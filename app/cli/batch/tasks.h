@@ -2,13 +2,13 @@
 #pragma once
 
 #include "app/cli/arguments.h"
+#include "app/cli/batch/output_names.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <optional>
 #include <string>
-#include <unordered_map>
 
 namespace corvane {
 
@@ -25,15 +25,16 @@ struct Task {
 class TaskList {
 public:
     /// `arguments` outlive the list.
-    explicit TaskList(const Arguments& arguments) : arguments_(arguments) {}
+    explicit TaskList(const Arguments& arguments)
+        : arguments_(arguments), outputs_(arguments.files) {}
 
     std::optional<Task> next();
 
     /// A file's pages were counted: ranges without an end go so far.
     void addPages(std::uint32_t file, std::int32_t count);
 
-    /// The file that an earlier task made output of the same name from; notes the name otherwise.
-    std::optional<std::string> claimed(const Task& task);
+    /// Why the output of a task may not be written, as `OutputNames` says.
+    std::optional<std::string> refusal(const Task& task);
 
 private:
     struct Span {
@@ -47,7 +48,7 @@ private:
     const Arguments& arguments_;
     std::uint32_t nextFile_ = 0;
     std::deque<Span> spans_;
-    std::unordered_map<std::string, std::uint32_t> names_; ///< of outputs, with their files
+    OutputNames outputs_;
 };
 
 } // namespace corvane

@@ -100,7 +100,10 @@ EditorProcess::EditorProcess(std::vector<std::string> words) {
 
 std::optional<ProgramEnd> EditorProcess::ended() {
     int status = 0;
-    if (!end_ && waitpid(process_, &status, WNOHANG) == process_) {
+    const pid_t found = end_ ? 0 : waitpid(process_, &status, WNOHANG);
+    if (found < 0 && errno == ECHILD) {
+        end_ = ProgramEnd{}; // where the parent ignores SIGCHLD, nobody is told how it ended
+    } else if (found == process_) {
         end_ = WIFSIGNALED(status) ? ProgramEnd{.status = 0, .signal = WTERMSIG(status)}
                                    : ProgramEnd{.status = WEXITSTATUS(status), .signal = 0};
     }

@@ -87,17 +87,24 @@ std::optional<Fault> PageSave::save(bool isForced) {
     Arguments arguments = arguments_;
     arguments.force = isForced;
     Report report;
-    return faultOf([&] {
+    bool isTouched = false; // the file is as it was, and no other program can be at it
+    const auto fault = faultOf([&] {
         ArtworkSave save(arguments, report);
         save.assumeSource(opened_);
         requireSameFile(); // a file that is gone would be made
         SavePlace place(arguments);
         requireSameFile();
+        isTouched = true;
         save.run(place);
         stamp_ = stampOf(arguments.file).value_or(stamp_);
         isForeign_ = false;
         tellSave(report);
     });
+    const auto now = stampOf(arguments.file);
+    if (fault && isTouched && now && now->number == stamp_.number && now->length == stamp_.length) {
+        stamp_ = *now; // what could not be written was taken off again
+    }
+    return fault;
 }
 
 void PageSave::requireSameFile() const {
