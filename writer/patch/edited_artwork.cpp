@@ -118,18 +118,14 @@ private:
 
     /// What glyph procedures drew is one object, as long as it is paths and bitmaps alone.
     bool addSourced(Art group) {
-        EditedObject object{.art = group,
-                            .kind = ArtKind::group,
-                            .group = group_,
-                            .source = {},
-                            .appearance = appearance_};
-        callHost(slot::getArtSource, group, &object.source);
+        ArtSource source;
+        callHost(slot::getArtSource, group, &source);
         std::uint8_t clipped = 0;
         callHost(slot::getGroupClipped, group, &clipped);
-        if (object.source.ordinal < 0 || clipped != 0 || !isGlyphGroup(group)) {
+        if (source.ordinal < 0 || clipped != 0 || !isGlyphGroup(group)) {
             return false;
         }
-        artwork_->objects.push(object);
+        addParts(group);
         return true;
     }
 
@@ -163,7 +159,19 @@ private:
         group_ = left.group;
         appearance_ = left.appearance;
         artwork_ = open_.empty() ? &page_ : &open_.back().form.inside;
-        add(forms_.back().group, ArtKind::group, &forms_.back());
+        EditedForm& form = forms_.back();
+        form.base->form->isWhole ? add(form.group, ArtKind::group, &form)
+                                 : addParts(form.group, &form);
+    }
+
+    /// What is painted as no more than its parts: its look is that of a group around it.
+    void addParts(Art art, EditedForm* form = nullptr) {
+        const EditedIndex around = group_;
+        if (appearance_ != Appearance()) {
+            openGroup(Art::null, std::exchange(appearance_, {}));
+        }
+        add(art, ArtKind::group, form);
+        group_ = around;
     }
 
     void add(Art art, ArtKind kind, EditedForm* form = nullptr) {
@@ -206,12 +214,19 @@ private:
         const Art held = clip == Art::null ? firstChild(art) : nextSibling(clip);
         const bool isAlone = held != Art::null && nextSibling(held) == Art::null;
         const bool carries = isAlone && mayCarry(held);
-        artwork_->groups.push({group_, clip, carries ? Appearance() : appearance_});
+        openGroup(clip, carries ? Appearance() : appearance_);
         if (carries) {
             carried_ = appearance_;
         }
-        group_ = static_cast<EditedIndex>(artwork_->groups.size() - 1);
         pending_.enter(held, ArtStep::What::leave);
+    }
+
+    void openGroup(Art clip, const Appearance& appearance) {
+        const auto group = static_cast<EditedIndex>(artwork_->groups.size());
+        const EditedIndex whole = artwork_->groups[group_].whole;
+        const bool isOutermost = whole == 0 && appearance != Appearance();
+        artwork_->groups.push({group_, clip, appearance, isOutermost ? group : whole});
+        group_ = group;
     }
 
     static Art clipOf(Art group) {

@@ -26,6 +26,9 @@ struct EditedGroup {
     Art clip = Art::null; ///< null: the group does not clip
     /// Of what it holds as one thing; where it holds one object, that has it.
     Appearance appearance = {};
+    /// The outermost group that is laid over others as one thing, of it and those around it;
+    /// 0: none is.
+    EditedIndex whole = 0;
     bool isLooked() const { return appearance != Appearance(); }
 };
 
@@ -48,6 +51,9 @@ struct EditedArtwork {
     ChargedList<EditedObject> objects; ///< runs of one text object follow one another
     std::vector<std::string> layers;   ///< titles of those that are drawn and hold an object
     ChargedList<Art> annotations;      ///< groups, which are no objects
+
+    /// The outermost group around the object that is laid over others as one thing; 0: none.
+    EditedIndex wholeAround(const EditedObject& object) const { return groups[object.group].whole; }
 };
 
 /// Forms that artwork holds, those within others in front of these.

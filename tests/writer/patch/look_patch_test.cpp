@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
 #include <sstream>
 
 namespace corvane {
@@ -12,7 +13,7 @@ using ::testing::HasSubstr;
 
 class LookPatchTest : public PatchTest {
 protected:
-    void openLooks(const std::string& content) {
+    void openLooks(const std::string& content, const std::string& entries = "") {
         const std::string form = "/Type /XObject /Subtype /Form /BBox [0 0 100 100] ";
         openFile(
             PdfBuilder::onePage(
@@ -22,7 +23,9 @@ protected:
                 "/S << /SMask << /S /Luminosity /G 30 0 R /BC [.5] /TR 31 0 R >> >> "
                 "/A << /SMask << /S /Alpha /G 30 0 R >> >> /N << /SMask /None >> "
                 "/R << /SMask << /S /Alpha /G 32 0 R >> >> >> "
-                "/XObject << /G 33 0 R /P 34 0 R >> >>")
+                "/XObject << /G 33 0 R /P 34 0 R /D 35 0 R /L 36 0 R /S 40 0 R >> "
+                "/Pattern << /T 37 0 R >> /Font << /F 38 0 R >> >> " +
+                    entries)
                 .stream(30, "0 0 50 100 re f",
                         form + "/Group << /S /Transparency /CS /DeviceGray >>")
                 .object(31, "<< /FunctionType 2 /Domain [0 1] /N 1 /C0 [1] /C1 [0] >>")
@@ -32,6 +35,17 @@ protected:
                 .stream(33, "0 0 9 9 re f /M gs 4 4 9 9 re f",
                         form + "/Group << /S /Transparency /I true /K true >>")
                 .stream(34, "0 0 9 9 re f", form)
+                .stream(35, "0 0 9 9 re f 4 4 9 9 re f", form + "/Resources << >>")
+                .stream(36, "/Pattern cs /T scn 0 0 9 9 re f 4 4 9 9 re f",
+                        form + "/Matrix [0 2 -2 0 60 0]")
+                .stream(37, "0 0 2 2 re f",
+                        "/PatternType 1 /PaintType 1 /TilingType 1 /BBox [0 0 4 4] /XStep 4 "
+                        "/YStep 4 /Matrix [1 0 0 1 1 3] /Resources << >>")
+                .object(38, "<< /Type /Font /Subtype /Type3 /FontMatrix [.1 0 0 .1 0 0] "
+                            "/CharProcs << /a 39 0 R >> /Encoding << /Differences [97 /a] >> "
+                            "/FirstChar 97 /Widths [10] >>")
+                .stream(39, "10 0 d0 0 0 8 8 re f")
+                .stream(40, "0 0 9 9 re f /E gs 2 2 9 9 re f 4 4 9 9 re f", form)
                 .bytes());
     }
 
@@ -58,6 +72,17 @@ protected:
         }
         return text.str();
     }
+    /// Where the tiles of a path lie.
+    std::string tilesText(Art art) const {
+        const ArtKind kind = document_->kind(art);
+        if (kind != ArtKind::path || document_->style(art).fill.kind != ColourKind::pattern) {
+            return "";
+        }
+        const RealMatrix& m = document_->pattern(document_->style(art).fill.source).matrix;
+        std::ostringstream text;
+        text << " t" << m.a << ' ' << m.b << ' ' << m.tx << ' ' << m.ty;
+        return text.str();
+    }
     /// Of all art but clips, each group before what it holds, from the back.
     std::string looks() const {
         std::string text;
@@ -71,7 +96,7 @@ protected:
                 }
                 const bool isGroup = document_->kind(art) == ArtKind::group;
                 text += isGroup ? "[" : "(";
-                text += lookText(art);
+                text += lookText(art) + tilesText(art);
                 if (isGroup) {
                     self(self, art);
                 }
@@ -188,6 +213,98 @@ TEST_F(LookPatchTest, GroupsAreOneThing) {
     ASSERT_NO_FATAL_FAILURE(expectKept("[( f0.5)]()"));
 }
 
+TEST_F(LookPatchTest, EditsOfWholes) {
+    const Appearance half{.opacity = .5};
+    struct Row {
+        const char* name;
+        const char* content;
+        const char* entries; ///< of the page
+        std::function<void(Artist&)> edit;
+        const char* looks;
+        const char* facts;
+    };
+    // The group that an object is in, and a new one of it and the next.
+    const auto around = [&](std::size_t object) {
+        return [object, half](Artist& it) {
+            it.document.setAppearance(it.document.parent(it.at(object)), half);
+        };
+    };
+    const auto groups = [&](std::size_t object) {
+        return [object, half](Artist& it) {
+            const Art group = it.group({it.at(object), it.at(object + 1)});
+            it.document.setAppearance(group, half);
+        };
+    };
+    const Row rows[] = {
+        {"a clip that the page has", "q 0 0 50 50 re W n 0 0 9 9 re f 4 4 9 9 re f Q 40 4 9 9 re f",
+         "", around(0), "[ o0.5[[()][()]]]()", "1 2 0 0 0"},
+        {"a clip within a clip",
+         "q 0 0 60 60 re W n 1 1 9 9 re f q 0 0 50 50 re W n 0 0 9 9 re f 4 4 9 9 re f Q 40 4 9 9 "
+         "re f Q",
+         "", around(1), "[()[ o0.5[[()][()]]]()]", "2 2 0 0 0"},
+        {"objects of two clips, in the middle",
+         "q 0 0 50 50 re W n 0 0 9 9 re f Q q 0 0 60 60 re W n 4 4 9 9 re f Q 40 4 9 9 re f", "",
+         [&](Artist& it) {
+             it.document.setAppearance(
+                 it.group({it.document.parent(it.at(0)), it.document.parent(it.at(1))}), half);
+         },
+         "[ o0.5[[()]][[()]]]()", "1 2 0 0 0"},
+        {"objects of two tags",
+         "/P << /MCID 0 >> BDC 0 0 9 9 re f EMC /P << /MCID 1 >> BDC 4 4 9 9 re f EMC 40 4 9 9 re "
+         "f",
+         "", groups(0), "[ o0.5[()][()]]()", "1 2 0 0 0"},
+        {"of one tag, in front", "0 0 9 9 re f /P << /MCID 0 >> BDC 4 4 9 9 re f 6 6 9 9 re f EMC",
+         "", groups(1), "()[ o0.5[()][()]]", "1 2 0 0 0"},
+        {"tiles of a page that is turned", "/Pattern cs /T scn 0 0 9 9 re f 4 4 9 9 re f",
+         "/Rotate 90", groups(0), "[ o0.5[( t0 -1 3 611)][( t0 -1 3 611)]]", "0 2 0 0 0"},
+        {"tiles of a form", "/L Do", "", groups(0), "[[ o0.5[( t0 2 54 2)][( t0 2 54 2)]]]",
+         "0 2 0 0 0"},
+        {"within a form", "/D Do 20 0 5 5 re f", "", groups(0), "[[ o0.5[()][()]]]()", "1 2 0 0 0"},
+        {"within a form that is moved", "/D Do 20 0 5 5 re f", "",
+         [&](Artist& it) {
+             const Art form = it.document.parent(it.at(0));
+             it.document.setAppearance(it.group({it.at(0), it.at(1)}), half);
+             it.move(form, 30, 0);
+         },
+         "[[[ o0.5[()][()]]]]()", "1 3 0 0 0"},
+        {"a form that is no group", "/D Do 20 0 5 5 re f", "", around(0), "[ o0.5[()()]]()",
+         "1 2 0 0 0"},
+        {"a form that is one", "/G Do 20 0 5 5 re f", "", around(0),
+         "[ o0.5 isolated knockout()( b1)]()", "1 2 0 0 0"},
+        {"glyphs", "BT /F 10 Tf 2 2 Td (aa) Tj ET 20 0 5 5 re f", "", around(0), "[ o0.5[()()]]()",
+         "1 1 0 0 0"},
+        {"a form in a state", "/H gs /D Do 20 0 5 5 re f", "", around(0),
+         "[ o0.5[( f0.5)( f0.5)]]( f0.5)", "1 2 0 0 0"},
+        {"within a form in a state", "/H gs /M gs /D Do 20 0 5 5 re f", "", groups(0),
+         "[[ o0.5 isolated[( f0.5 b1)][( f0.5 b1)]]]( f0.5 b1)", "1 2 0 0 0"},
+        {"order in a form in a state", "/H gs /M gs /D Do 20 0 5 5 re f", "",
+         [&](Artist& it) { it.raise(it.at(0), it.at(1)); }, "[( f0.5 b1)[( f0.5 b1)]]( f0.5 b1)",
+         "2 0 0 0 1"},
+        {"new art in a form in a state", "/H gs /M gs /D Do 20 0 5 5 re f", "",
+         [&](Artist& it) {
+             it.add(1, 1, 9, 9, it.at(0));
+             it.raise(it.at(0), it.at(1));
+         },
+         "[[()]( f0.5 b1)[( f0.5 b1)]]( f0.5 b1)", "2 0 1 0 1"},
+        {"between objects of a state of their own", "/H gs /S Do 20 0 5 5 re f", "",
+         [&](Artist& it) { it.raise(it.at(0), it.at(1)); },
+         "[[( f0.3)][[( f0.5)][( f0.3)]]]( f0.5)", "2 0 0 0 2"},
+        {"under a mask around the form it is raised", "/A gs /D Do 20 0 5 5 re f", "",
+         [&](Artist& it) { it.raise(it.at(0), it.at(1)); }, "[( alpha)[( alpha)]]( alpha)",
+         "2 0 0 0 1"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        openLooks(row.content, row.entries);
+        Artist edits = artist();
+        row.edit(edits);
+        const std::vector<test::SeenPath> edited = seen();
+        expectKept(row.looks);
+        EXPECT_EQ(differenceOf(edited, seen(), {}), "");
+        EXPECT_EQ(facts(), row.facts);
+    }
+}
+
 TEST_F(LookPatchTest, NewArt) {
     openLooks("0 0 9 9 re f");
     Artist edits = artist();
@@ -196,6 +313,23 @@ TEST_F(LookPatchTest, NewArt) {
     document_->setAppearance(both, {.opacity = .5});
     document_->setAppearance(edits.add(60, 20, 9, 9), {.fillOpacity = .7});
     ASSERT_NO_FATAL_FAILURE(expectKept("()[[ o0.5()][( f0.7)]]"));
+
+    openLooks("0 0 9 9 re f");
+    Artist tiler = artist();
+    const Art stroked = tiler.add(20, 20, 30, 30);
+    const PaintSource tiles = document_->addPattern({.tile = document_->makeArtwork(),
+                                                     .right = 4,
+                                                     .top = 4,
+                                                     .stepX = 4,
+                                                     .stepY = 4,
+                                                     .matrix = {}});
+    tiler.style(stroked, [&](PathStyle& style) {
+        style.strokePaint = 1;
+        style.stroke = {.kind = ColourKind::pattern};
+        style.stroke.source = tiles;
+    });
+    document_->setAppearance(stroked, {.strokeOpacity = .5});
+    ASSERT_NO_FATAL_FAILURE(expectKept("()[()[ o0.5()]]"));
 }
 
 } // namespace
