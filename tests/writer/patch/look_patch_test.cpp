@@ -107,6 +107,20 @@ protected:
         return text;
     }
 
+    SoftMask addMask(Art drawn, bool isLuminosity) {
+        const Art content = document_->makeArtwork();
+        document_->reorder(drawn, Placement::inside, content);
+        return document_->addMask({.content = content, .isLuminosity = isLuminosity});
+    }
+    SoftMask maskOf(Art art) const { return document_->appearance(art).mask; }
+    /// The first point of the first path that the mask of the art holds.
+    Point maskCorner(Art art) const {
+        const Art group = document_->firstChild(document_->mask(maskOf(art)).content);
+        const Art path =
+            document_->kind(group) == ArtKind::path ? document_->nextSibling(group) : group;
+        return document_->segments(path)[0].anchor;
+    }
+
     void expectKept(const std::string& wanted) {
         ASSERT_EQ(save(), 0U) << ::testing::PrintToString(front_.taken());
         ASSERT_TRUE(saved_.back().isPatched);
@@ -142,7 +156,7 @@ TEST_F(LookPatchTest, StatesBecomeLooksOfArt) {
 TEST_F(LookPatchTest, OneMaskIsOneThing) {
     openLooks("/A gs 0 0 9 9 re f /A gs 1 1 9 9 re f q 2 0 0 2 0 0 cm /A gs 1 1 9 9 re f Q");
     const Artist edits = artist();
-    const auto maskAt = [&](std::size_t i) { return document_->appearance(edits.at(i)).mask; };
+    const auto maskAt = [&](std::size_t i) { return maskOf(edits.at(i)); };
     EXPECT_EQ(maskAt(0), maskAt(1));
     EXPECT_NE(maskAt(0), maskAt(2)) << "it lies elsewhere";
 }
@@ -177,19 +191,12 @@ TEST_F(LookPatchTest, AnObjectGetsAnotherLook) {
 TEST_F(LookPatchTest, MasksAreDrawnWhereTheyLie) {
     openLooks("2 0 0 2 30 0 cm 0 0 9 9 re f 20 20 9 9 re f");
     Artist edits = artist();
-    const Art drawn = edits.add(10, 20, 30, 40);
-    const Art content = document_->makeArtwork();
-    document_->reorder(drawn, Placement::inside, content);
-    const SoftMask mask = document_->addMask({.content = content, .isLuminosity = true});
+    const SoftMask mask = addMask(edits.add(10, 20, 30, 40), true);
     document_->setAppearance(edits.at(0), {.mask = mask});
     document_->setAppearance(edits.at(1), {.mask = mask});
     ASSERT_NO_FATAL_FAILURE(expectKept("[( light)][( light)]"));
-    const Appearance look = document_->appearance(artist().at(0));
-    const Art group = document_->firstChild(document_->mask(look.mask).content);
-    const Art path =
-        document_->kind(group) == ArtKind::path ? document_->nextSibling(group) : group;
-    EXPECT_EQ(document_->segments(path)[0].anchor, (Point{10 * fixedOne, 20 * fixedOne}));
-    EXPECT_EQ(look.mask, document_->appearance(artist().at(1)).mask);
+    EXPECT_EQ(maskCorner(artist().at(0)), (Point{10 * fixedOne, 20 * fixedOne}));
+    EXPECT_EQ(maskOf(artist().at(0)), maskOf(artist().at(1)));
 }
 
 TEST_F(LookPatchTest, AMaskMovesOnlyWithItsObject) {
@@ -197,6 +204,18 @@ TEST_F(LookPatchTest, AMaskMovesOnlyWithItsObject) {
     artist().move(artist().at(0), 30, 0);
     ASSERT_NO_FATAL_FAILURE(expectKept("[( alpha)]"));
     EXPECT_EQ(newContent().find(" cm"), std::string::npos) << "it stays where the artwork has it";
+}
+
+TEST_F(LookPatchTest, AMaskAroundAFormDoesNotMoveWithTheForm) {
+    openLooks("/A gs /D Do");
+    Artist edits = artist();
+    const SoftMask moved = addMask(edits.add(30, 0, 50, 100), false);
+    for (const Art art : {edits.at(0), edits.at(1)}) {
+        edits.move(art, 30, 0);
+        document_->setAppearance(art, {.mask = moved});
+    }
+    ASSERT_NO_FATAL_FAILURE(expectKept("[[( alpha)][( alpha)]]"));
+    EXPECT_EQ(maskCorner(artist().at(0)), (Point{30 * fixedOne, 0}));
 }
 
 TEST_F(LookPatchTest, GroupsAreOneThing) {
