@@ -209,12 +209,15 @@ TEST_F(LookPatchTest, AMaskMovesOnlyWithItsObject) {
 TEST_F(LookPatchTest, AMaskAroundAFormDoesNotMoveWithTheForm) {
     openLooks("/A gs /D Do");
     Artist edits = artist();
-    const SoftMask moved = addMask(edits.add(30, 0, 50, 100), false);
+    const Art copy = edits.add(30, 0, 50, 100);
+    document_->setStyle(copy, document_->style(edits.at(0)));
+    const SoftMask moved = addMask(copy, false);
+    edits.move(edits.clips.at(0), 30, 0);
     for (const Art art : {edits.at(0), edits.at(1)}) {
         edits.move(art, 30, 0);
         document_->setAppearance(art, {.mask = moved});
     }
-    ASSERT_NO_FATAL_FAILURE(expectKept("[[( alpha)][( alpha)]]"));
+    ASSERT_NO_FATAL_FAILURE(expectKept("[[[( alpha)][( alpha)]]]"));
     EXPECT_EQ(maskCorner(artist().at(0)), (Point{30 * fixedOne, 0}));
 }
 
