@@ -22,14 +22,15 @@ import tempfile
 import numpy
 from PIL import Image
 
+from pages import program_in_build, run
+
 Image.MAX_IMAGE_PIXELS = None
-HERE = os.path.dirname(os.path.abspath(__file__))
 
 
-def run(command, limit):
+def printed(command, limit):
     """Whether a program ended well, and what it printed."""
     try:
-        done = subprocess.run(command, capture_output=True, timeout=limit, check=False)
+        done = run(*command, seconds=limit)
         return done.returncode == 0, done.stdout.decode(errors="replace")
     except subprocess.TimeoutExpired:
         return False, ""
@@ -37,7 +38,7 @@ def run(command, limit):
 
 def listed(path, page, limit):
     """The images that pdfimages names: (place, object, kind, width, height)."""
-    _, text = run(["pdfimages", "-list", "-f", str(page), "-l", str(page), path], limit)
+    _, text = printed(["pdfimages", "-list", "-f", str(page), "-l", str(page), path], limit)
     for line in text.splitlines()[2:]:
         field = line.split()
         if len(field) < 12 or field[2] != "image" or not field[10].isdigit():
@@ -77,11 +78,11 @@ def compare(arguments, path, kinds, faults):
         wanted = list(listed(path, arguments.page, arguments.limit))
         if not wanted:
             return
-        if not run(command, arguments.limit)[0]:
+        if not printed(command, arguments.limit)[0]:
             faults["pages that corvane does not open"] += 1
             return
         page = str(arguments.page)
-        run(["pdfimages", "-png", "-f", page, "-l", page, path, os.path.join(folder, "peer")], arguments.limit)
+        printed(["pdfimages", "-png", "-f", page, "-l", page, path, os.path.join(folder, "peer")], arguments.limit)
         found = {}
         for name in os.listdir(ours) if os.path.isdir(ours) else []:
             found[int(name.split("-")[0])] = os.path.join(ours, name)
@@ -121,7 +122,7 @@ def files(paths):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("--corvane", default=os.path.join(HERE, "../build/corvane"))
+    parser.add_argument("--corvane", default=program_in_build())
     parser.add_argument("--limit", type=float, default=60)
     parser.add_argument("--page", type=int, default=1)
     parser.add_argument("--each", action="store_true")

@@ -10,24 +10,15 @@ of the page the same, are the pixels of the new image (pdfimages) those of its f
 (mutool, 72 dots an inch) differ only where the image lies or lay? Needs qpdf, mutool, pdfimages and
 pdftotext."""
 
-import argparse
-import collections
-import concurrent.futures
-import pathlib
 import re
-import shutil
 import struct
-import subprocess
-import tempfile
 import zlib
+
+from pages import edit_all, run, words
 
 IMAGE = re.compile(r"<image [^>]*/>")
 SHIFT = (7, 5)  # points to the right and down
 WIDTH, HEIGHT = 32, 16  # pixels of what takes the place of an image
-
-
-def run(*command):
-    return subprocess.run([str(part) for part in command], capture_output=True)
 
 
 def png(bits, kind, samples):
@@ -91,23 +82,6 @@ def corners(matrix, shift=(0, 0)):
             for x in (0, 1) for y in (0, 1)]
 
 
-def picture(pdf, folder):
-    """Width and rows of pixels, or nothing where the page cannot be drawn."""
-    target = folder / "page.ppm"
-    target.unlink(missing_ok=True)
-    run("mutool", "draw", "-q", "-r", "72", "-F", "ppm", "-o", target, pdf, "1")
-    if not target.exists():
-        return None
-    data = target.read_bytes()
-    header = re.match(rb"P6\s+(\d+)\s+(\d+)\s+255\s", data)
-    width = 3 * int(header[1])
-    return [data[i:i + width] for i in range(header.end(), len(data), width)]
-
-
-def words(pdf):
-    return run("pdftotext", "-l", "1", "-enc", "UTF-8", pdf, "-").stdout.split()
-
-
 def difference(before, after, around):
     """How many pixels differ, and whether one does outside the frames `around`."""
     count, outside = 0, False
@@ -150,65 +124,35 @@ def edited(image, edit, folder):
     return re.sub(r'xlink:href="[^"]*"', 'xlink:href="new.bin"', image), samples or file
 
 
-def measure(pdf, edit, program, folder):
+def measure(page, edit):
     """What became of one file: a word, and what a person would want to know."""
-    svg, saved = folder / "page.svg", folder / "saved.pdf"
-    if run(program, "open", pdf, "-o", svg).returncode != 0:
+    art = page.opened()
+    if art is None:
         return "not opened", ""
-    art = svg.read_text(encoding="utf-8")
     inline = re.compile(r' data-image="0-')
     images = [m for m in IMAGE.finditer(art)
               if bool(inline.search(m[0])) == (edit == "delete-inline") and numbers_of(m[0])]
     if not images:
         return "no image", ""
     image = images[len(images) // 2]
-    now, samples = edited(image[0], edit, folder)
-    svg.write_text(art[:image.start()] + now + art[image.end():], encoding="utf-8")
-    shutil.copy(pdf, saved)
-    answer = run(program, "save", svg, saved)
-    if answer.returncode != 0:
-        return "refused", answer.stderr.decode("utf-8", "replace").strip().splitlines()[-1]
-    if not saved.read_bytes().startswith(pdf.read_bytes()):
-        return "OLD BYTES CHANGED", ""
-    if run("qpdf", "--check", pdf).returncode == 0 and run("qpdf", "--check", saved).returncode != 0:
-        return "QPDF", ""
-    if words(pdf) != words(saved):
+    now, samples = edited(image[0], edit, page.folder)
+    if fault := page.fault_of_saving(art[:image.start()] + now + art[image.end():]):
+        return fault
+    if words(page.pdf) != words(page.saved):
         return "OTHER WORDS", ""
-    if samples is not None and not images_in(saved, folder, samples):
+    if samples is not None and not images_in(page.saved, page.folder, samples):
         return "OTHER PIXELS", ""
-    before, after = picture(pdf, folder), picture(saved, folder)
-    if before is None or after is None or len(before) != len(after):
+    pictures = page.pictures()
+    if pictures is None:
         return "not drawn alike", ""
     frames = []
     for shift in ((0, 0), SHIFT if edit == "move" else (0, 0)):
         xs, ys = zip(*corners(numbers_of(image[0]), shift))
         frames.append((min(xs), min(ys), max(xs), max(ys)))
-    count, outside = difference(before, after, frames)
+    count, outside = difference(*pictures, frames)
     return ("DRAWN ELSEWHERE" if outside else "as edited"), f"{count} pixels differ"
 
 
-def main():
-    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("folder", type=pathlib.Path)
-    parser.add_argument("edit", choices=["move", "replace-alpha", "replace-cmyk", "replace-gray16",
-                                         "delete-inline"])
-    parser.add_argument("--corvane", type=pathlib.Path,
-                        default=pathlib.Path(__file__).resolve().parent.parent / "build/corvane")
-    parser.add_argument("--verbose", action="store_true", help="a line for each file")
-    options = parser.parse_args()
-    counts = collections.Counter()
-
-    def one(pdf):
-        with tempfile.TemporaryDirectory() as folder:
-            return pdf.name, *measure(pdf, options.edit, options.corvane, pathlib.Path(folder))
-
-    with concurrent.futures.ThreadPoolExecutor(2) as pool:
-        for name, became, detail in pool.map(one, sorted(options.folder.glob("*.pdf"))):
-            counts[became] += 1
-            if options.verbose or became not in ("as edited", "no image"):
-                print(f"{became:18} {name}  {detail}")
-    print(f"{options.edit}: " + ", ".join(f"{count} {became}" for became, count in counts.most_common()))
-
-
 if __name__ == "__main__":
-    main()
+    edit_all(__doc__, ["move", "replace-alpha", "replace-cmyk", "replace-gray16", "delete-inline"], measure,
+             quiet=("as edited", "no image"))

@@ -20,16 +20,12 @@ import sys
 import tempfile
 import xml.etree.ElementTree as tree
 
+from pages import program_in_build, run, words
+
 SVG = '{http://www.w3.org/2000/svg}'
 
 
-def run(words, seconds=120):
-    return subprocess.run(words, capture_output=True, text=True, timeout=seconds)
-
-
-def words_of(pdf):
-    found = run(['pdftotext', '-f', '1', '-l', '1', pdf, '-']).stdout.split()
-    return collections.Counter(found)
+SECONDS = 120  # for one run
 
 
 def lines_of(svg):
@@ -41,7 +37,7 @@ def lines_of(svg):
 
 
 def inkscape(source, target, actions=''):
-    done = run(['inkscape', source, f'--actions={actions}export-filename:{target};export-do'])
+    done = run('inkscape', source, f'--actions={actions}export-filename:{target};export-do', seconds=SECONDS)
     return os.path.exists(target) and done.returncode == 0
 
 
@@ -65,7 +61,7 @@ def retype(source, target, line):
 class Page:
     def __init__(self, corvane, pdf, folder):
         self.corvane, self.pdf, self.folder = corvane, pdf, folder
-        self.before = words_of(pdf)
+        self.before = collections.Counter(words(pdf))
         self.faults = []
 
     def path(self, name):
@@ -75,23 +71,24 @@ class Page:
         copy = self.path(name + '.pdf')
         shutil.copy(self.pdf, copy)
         os.chmod(copy, 0o600)
-        done = run([self.corvane, 'save', svg, copy])
-        if 'error 32' in done.stderr:
+        done = run(self.corvane, 'save', svg, copy, seconds=SECONDS)
+        message = done.stderr.decode('utf-8', 'replace')
+        if 'error 32' in message:
             return  # the file permits no changes
         if done.returncode != 0:
-            self.faults.append(f'{name}: {done.stderr.strip()[-300:]}')
+            self.faults.append(f'{name}: {message.strip()[-300:]}')
             return
         want = self.before.copy()
         want.subtract(removed)
         want.update(added)
-        have = words_of(copy)
+        have = collections.Counter(words(copy))
         lost, new = +want - have, have - +want
         if lost or new:
             self.faults.append(f'{name}: lost {list(lost)[:6]}, new {list(new)[:6]}')
 
     def run(self):
         opened = self.path('page.svg')
-        if run([self.corvane, 'open', self.pdf, '-o', opened]).returncode != 0 or not self.before:
+        if run(self.corvane, 'open', self.pdf, '-o', opened, seconds=SECONDS).returncode != 0 or not self.before:
             return False
         lines = lines_of(opened)
         if not lines:
@@ -115,7 +112,7 @@ class Page:
 def main():
     options = argparse.ArgumentParser()
     options.add_argument('folder')
-    options.add_argument('--corvane', default='build/corvane')
+    options.add_argument('--corvane', default=program_in_build())
     options.add_argument('--most', type=int, default=20)
     options.add_argument('--only', default='')
     given = options.parse_args()

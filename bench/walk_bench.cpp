@@ -2,7 +2,7 @@
 // beside a floor row that only prints the same coordinates into memory.
 //
 //     build/bench/walk_bench
-#include "app/artwork/callbacks.h"
+#include "app/artwork/slots/callbacks.h"
 #include "host/number.h"
 #include "reader/document/cache.h"
 #include "runtime/callbacks.h"

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "crypt/secret.h"
+#include "host/utf8.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -12,8 +13,6 @@ namespace corvane {
 
 /// Takes one character off the front of a text that is not empty; nothing where that is no UTF-8.
 std::optional<char32_t> nextCharacter(Octets& text);
-
-inline constexpr std::size_t longestCharacter = 4;
 
 /// Writes a character to the front of `room`, which has as many bytes as the longest needs; the
 /// bytes that it took.

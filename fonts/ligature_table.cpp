@@ -1,5 +1,9 @@
 #include "fonts/ligature_table.h"
 
+#include "fonts/layout_table.h"
+#include "fonts/standing_tables.h"
+#include "fonts/text_order.h"
+
 #include <algorithm>
 #include <map>
 #include <optional>
@@ -23,10 +27,29 @@ std::size_t bytesOf(const Ligature& ligature) {
     return 6 + 2 * ligature.parts.size();
 }
 
+/// The characters as programs have them when they look for ligatures. Lines of a page stand in the
+/// order of sight: of scripts from the right, programs turn them round for that, letter by letter,
+/// each with its marks behind it.
+std::u32string inSearchOrder(const std::u32string& text) {
+    if (!std::ranges::any_of(text, isRightToLeft)) {
+        return text;
+    }
+    std::u32string turned;
+    for (std::size_t end = text.size(); end > 0;) {
+        std::size_t start = end - 1;
+        while (start > 0 && isMark(text[start])) {
+            --start;
+        }
+        turned.append(text, start, end - start);
+        end = start;
+    }
+    return turned;
+}
+
 std::optional<Ligature> ligatureOf(const GlyphOrder& order, std::size_t number) {
     Ligature ligature;
     ligature.glyph = static_cast<std::uint16_t>(number);
-    for (const char32_t character : order.glyphs[number].text) {
+    for (const char32_t character : inSearchOrder(order.glyphs[number].text)) {
         const auto part = order.byCharacter.find(character);
         if (part == order.byCharacter.end()) {
             return std::nullopt;
@@ -138,39 +161,27 @@ TableBytes lookupList(const std::vector<TableBytes>& subtables) {
     return list;
 }
 
-/// Both scripts have both features. Browsers switch liga off where letters are spaced; ccmp stays.
-TableBytes scriptsAndFeatures() {
-    TableBytes table;
-    constexpr std::uint32_t header = 10;
-    constexpr std::uint32_t scripts = 2 + 2 * 6 + 4 + 10; // a list, one script for both
-    constexpr std::uint32_t features = 2 + 2 * 6 + 6;     // a list, one feature for both
-    table.all16({1, 0, header, header + scripts, header + scripts + features});
-    table.u16(2);
-    for (const std::string_view script : {"DFLT", "latn"}) {
-        table.text(script);
-        table.u16(2 + 2 * 6);
-    }
-    table.all16({4, 0});               // script: its default language follows, no other
-    table.all16({0, 0xFFFF, 2, 0, 1}); // language: features 0 and 1, none required
-    table.u16(2);
-    for (const std::string_view feature : {"ccmp", "liga"}) {
-        table.text(feature);
-        table.u16(2 + 2 * 6);
-    }
-    table.all16({0, 1, 0}); // feature: lookup 0
-    return table;
-}
-
 } // namespace
 
 TableBytes ligatureTable(const GlyphOrder& order) {
     const auto sets = setsOf(order);
-    if (sets.empty()) {
+    // Where a font has no form of a letter at all, programs look for all forms themselves.
+    const bool hasForms = wantsStanding(order);
+    if (sets.empty() && !hasForms) {
         return {};
     }
-    TableBytes table = scriptsAndFeatures();
-    table.append(lookupList(subtablesOf(sets)));
-    return table;
+    // Browsers switch liga off where letters are spaced; ccmp stays.
+    std::vector<LayoutFeature> features;
+    if (!sets.empty()) {
+        features.push_back({.tag = "ccmp", .hasLookup = true});
+    }
+    if (hasForms) {
+        features.push_back({.tag = "isol"});
+    }
+    if (!sets.empty()) {
+        features.push_back({.tag = "liga", .hasLookup = true});
+    }
+    return layoutTable(features, sets.empty() ? TableBytes() : lookupList(subtablesOf(sets)));
 }
 
 std::size_t longestLigature(const GlyphOrder& order) {

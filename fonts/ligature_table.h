@@ -6,7 +6,8 @@
 
 namespace corvane {
 
-/// Empty where no glyph means several characters.
+/// Empty where no glyph means several characters, and letters need not be kept in their forms
+/// (`standing_tables.h`).
 TableBytes ligatureTable(const GlyphOrder& order);
 
 /// Characters of the longest ligature, at least 1.

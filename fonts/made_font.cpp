@@ -4,6 +4,7 @@
 #include "fonts/ligature_table.h"
 #include "fonts/metric_tables.h"
 #include "fonts/name_table.h"
+#include "fonts/standing_tables.h"
 
 #include <bit>
 #include <span>
@@ -40,6 +41,11 @@ std::vector<Table> tablesOf(const MadeFont& font) {
         tables.push_back({tag, std::move(content)});
     };
     add("CFF ", cffTable(postScriptName(font.family), order.glyphs, measures.box));
+    const bool isStanding = wantsStanding(order);
+    if (isStanding) {
+        add("GDEF", glyphClassTable(order.glyphs.size()));
+        add("GPOS", positionTable());
+    }
     if (TableBytes ligatures = ligatureTable(order); ligatures.size() != 0) {
         add("GSUB", std::move(ligatures));
     }

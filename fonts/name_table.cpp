@@ -1,6 +1,7 @@
 #include "fonts/name_table.h"
 
 #include "fonts/made_glyphs.h"
+#include "host/utf8.h"
 
 #include <algorithm>
 #include <array>
@@ -15,25 +16,9 @@ constexpr std::size_t mostCharacters = 1000;
 
 /// Takes the first character off. Bytes that are no UTF-8 are question marks, one by one.
 char32_t takeCharacter(std::string_view& text) {
-    const auto byte = [&](std::size_t i) { return static_cast<std::uint8_t>(text[i]); };
-    const std::uint8_t first = byte(0);
-    const std::size_t length = first < 0x80   ? 1
-                               : first < 0xC2 ? 0
-                               : first < 0xE0 ? 2
-                               : first < 0xF0 ? 3
-                               : first < 0xF5 ? 4
-                                              : 0;
-    constexpr std::array<char32_t, 5> lowest = {0, 0, 0x80, 0x800, 0x10000};
-    char32_t character = length < 2 ? first : first & (0x7FU >> length);
-    bool isSound = length != 0 && length <= text.size();
-    for (std::size_t i = 1; isSound && i < length; ++i) {
-        isSound = (byte(i) & 0xC0) == 0x80;
-        character = character << 6 | (byte(i) & 0x3FU);
-    }
-    isSound = isSound && character >= lowest[length] && character <= 0x10FFFF &&
-              (character < 0xD800 || character > 0xDFFF);
-    text.remove_prefix(isSound ? length : 1);
-    return isSound ? character : U'?';
+    const Character character = decodeCharacter(text);
+    text.remove_prefix(std::max<std::size_t>(character.length, 1));
+    return character.length == 0 ? U'?' : character.code;
 }
 
 TableBytes utf16(std::string_view text) {

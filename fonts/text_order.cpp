@@ -101,6 +101,21 @@ bool needsShaping(char32_t character) {
            std::ranges::find(plain, hb_unicode_script(unicode(), character)) == plain.end();
 }
 
+bool isRightToLeft(char32_t character) {
+    const FriBidiCharType type = fribidi_get_bidi_type(character);
+    // Marks have no direction of their own; those of scripts from the right lie among their
+    // letters.
+    const bool isOwnMark = character >= 0x0590 && character <= 0x08FF && isMark(character);
+    return type == FRIBIDI_TYPE_RTL || type == FRIBIDI_TYPE_AL || isOwnMark;
+}
+
+bool runsBothWays(std::u32string_view text) {
+    const auto stays = [](char32_t character) {
+        return isBlank(character) || fribidi_get_bidi_type(character) == FRIBIDI_TYPE_LTR;
+    };
+    return std::ranges::any_of(text, isRightToLeft) && std::ranges::any_of(text, stays);
+}
+
 bool isMark(char32_t character) {
     switch (hb_unicode_general_category(unicode(), character)) {
     case HB_UNICODE_GENERAL_CATEGORY_NON_SPACING_MARK:

@@ -24,6 +24,11 @@ std::vector<std::uint32_t> scriptsOf(std::u32string_view line);
 /// cannot be read. Forms that have characters of their own do not count.
 bool needsShaping(char32_t character);
 
+/// Whether it is a letter of a script that runs from the right, or a mark of one.
+bool isRightToLeft(char32_t character);
+/// Whether both such letters and what stands from the left, or blanks, are in the text.
+bool runsBothWays(std::u32string_view text);
+
 /// Whether it belongs to the letter before it: a mark, or what only says how letters stand.
 bool isMark(char32_t character);
 /// The latter: nobody sees it.

@@ -67,6 +67,9 @@ Inventory inventory(const Document& document) {
         const Art top = document.layerArt(layer);
         for (Art art = nextWithin(document, top, top); art != Art::null;
              art = nextWithin(document, top, art)) {
+            if (isClip(document, document.parent(art))) {
+                continue; // a line of text that clips together with others
+            }
             std::vector<Art>& list = isClip(document, art)                  ? all.clips
                                      : document.kind(art) == ArtKind::group ? all.groups
                                                                             : all.objects;
@@ -331,8 +334,9 @@ private:
             }
             return;
         case 12: {
-            const Layer layer = document_.addLayer({});
-            document_.reorder(art, Placement::inside, document_.layerArt(layer));
+            const Art layer = document_.layerArt(document_.addLayer({}));
+            document_.setGroupLayer(layer, document_.contentLayers().add({.name = "N"}));
+            document_.reorder(art, Placement::inside, layer);
             return;
         }
         default:

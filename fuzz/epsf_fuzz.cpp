@@ -4,7 +4,7 @@
 #include "fuzz/targets.h"
 
 #include "app/artwork/error.h"
-#include "app/artwork/image_table.h"
+#include "app/artwork/images/image_table.h"
 #include "app/images/epsf_file.h"
 #include "app/images/image_error.h"
 #include "output/world/picture.h"

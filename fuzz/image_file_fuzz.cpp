@@ -3,7 +3,7 @@
 #include "fuzz/targets.h"
 
 #include "app/artwork/error.h"
-#include "app/artwork/image_table.h"
+#include "app/artwork/images/image_table.h"
 #include "app/images/image_encoder.h"
 #include "app/images/image_error.h"
 #include "app/images/image_file.h"

@@ -2,8 +2,8 @@
 // callback table.
 #pragma once
 
-#include "app/artwork/callbacks.h"
 #include "app/artwork/document.h"
+#include "app/artwork/slots/callbacks.h"
 #include "app/cli/zone_block.h"
 #include "fuzz/targets.h"
 #include "host/extension.h"

@@ -317,4 +317,9 @@ Object ObjectOwner::release() {
     return std::exchange(object_, Object{});
 }
 
+ObjectOwner sharedObject(const Object& object) {
+    retainObject(object);
+    return ObjectOwner(object);
+}
+
 } // namespace corvane

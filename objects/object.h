@@ -108,4 +108,7 @@ private:
     Object object_;
 };
 
+/// One more owner of an object.
+ObjectOwner sharedObject(const Object& object);
+
 } // namespace corvane

@@ -1,5 +1,6 @@
 #include "objects/stack.h"
 
+#include "objects/real_object.h"
 #include "objects/storage.h"
 #include "runtime/exception.h"
 #include "runtime/fixed.h"
@@ -254,7 +255,11 @@ void pushFixed(Fixed value) {
 }
 
 void pushReal(Fixed value, double exact) {
-    pushShallow(ObjectType::fixed, value, exact);
+    if (rules().exactNumbers) {
+        detail::push(objectOfReal(exact), exact);
+    } else {
+        pushShallow(ObjectType::fixed, value);
+    }
 }
 
 void pushExactInteger(std::int32_t value, double exact) {

@@ -69,7 +69,7 @@ constexpr std::array<std::string_view, 34> exceptions = {
 };
 
 /// Why a file cannot be read or mended, or a page not saved, by reason.
-constexpr std::array<std::string_view, 15> reasons = {
+constexpr std::array<std::string_view, 16> reasons = {
     /* 1 */ "the file is encrypted and needs a password; give it with --password-file",
     /* 2 */ "that is not a password of this encrypted file; check it and try again",
     /* 3 */
@@ -110,6 +110,9 @@ constexpr std::array<std::string_view, 15> reasons = {
     /* 15 */
     "the artwork has only the frame of an image that is in another file, or is another one by "
     "now; put the image in its place, or take it out of the artwork",
+    /* 16 */
+    "an image or a form names its layer itself, and cannot be taken out of it; put it back into "
+    "the layer",
 };
 
 constexpr std::array<std::string_view, 21> readWarnings = {
@@ -164,7 +167,7 @@ constexpr std::array<std::string_view, 20> mends = {
     "boxes, rotations or units of % pages are wrong and count as missing",
 };
 
-constexpr std::array<std::string_view, 11> writeWarnings = {
+constexpr std::array<std::string_view, 13> writeWarnings = {
     /* 1001 */ "an object of a kind that a PDF cannot hold was left out",
     /* 1002 */ "the page was given a size between the smallest and the largest allowed",
     /* 1003 */ "the crop area was fitted to the page",
@@ -182,6 +185,11 @@ constexpr std::array<std::string_view, 11> writeWarnings = {
     /* 1011 */
     "an image of the page is enlarged as before: to change its image-rendering, give it another "
     "file",
+    /* 1012 */
+    "layers of the file were shown, hidden, locked or renamed; that counts for all pages that use "
+    "them",
+    /* 1013 */
+    "a layer that shows or hides as others do stays as the file has it",
 };
 
 } // namespace

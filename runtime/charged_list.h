@@ -17,7 +17,7 @@ class ChargedList {
 public:
     void push(const T& item) {
         if (items_.size() == items_.capacity()) {
-            const std::size_t room = std::max<std::size_t>(firstRoom, 2 * items_.size());
+            const std::size_t room = std::max<std::size_t>(1, 2 * items_.size());
             charge_.resize(static_cast<std::int64_t>(room * sizeof(T)));
             items_.reserve(room);
         }
@@ -36,8 +36,6 @@ public:
     const T& operator[](std::size_t index) const { return items_[index]; }
 
 private:
-    static constexpr std::size_t firstRoom = 16;
-
     std::vector<T> items_;
     ZoneCharge charge_;
 };

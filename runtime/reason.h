@@ -26,6 +26,7 @@ enum class Reason : std::int32_t {
     drawnLetters = 13,     ///< a letter of a Type 3 font would make paths of its text
     unreadableImage = 14,  ///< the host does not have the bytes of an image that it shows
     imageElsewhere = 15, ///< only the frame of an image is at hand, and no object of the file is it
+    ownLayer = 16,       ///< an object that names its layer itself was taken out of that layer
 };
 
 struct NotedReason {

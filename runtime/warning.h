@@ -40,6 +40,8 @@ enum class Warning : std::int16_t {
     signedFile = 1009,     ///< readers that check signatures will show the change
     fontAdded = 1010,      ///< a font of the machine took the place of another one
     smoothnessKept = 1011, ///< how an image of the page is enlarged stays as it is in the file
+    layersShared = 1012,   ///< layers were changed that other pages may show, too
+    layerRuled = 1013,     ///< a layer that follows from others stays as it is
 };
 
 /// Codes that are kept. One more is stored too, and raises `limit`.

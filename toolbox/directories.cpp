@@ -1,5 +1,6 @@
 #include "toolbox/directories.h"
 
+#include "host/utf8.h"
 #include "toolbox/result_codes.h"
 
 #include <algorithm>
@@ -26,17 +27,6 @@ std::string joined(const std::string& directory, std::string_view name) {
 bool exists(const std::string& path) {
     struct stat status;
     return lstat(path.c_str(), &status) == 0;
-}
-
-/// The start of `text` with at most `limit` bytes that does not split a character of UTF-8.
-std::string_view cut(std::string_view text, std::size_t limit) {
-    if (text.size() <= limit) {
-        return text;
-    }
-    while (limit > 0 && (static_cast<unsigned char>(text[limit]) & 0xC0) == 0x80) {
-        --limit;
-    }
-    return text.substr(0, limit);
 }
 
 } // namespace
@@ -161,7 +151,7 @@ std::string Directories::sayable(std::int32_t directory, const std::string& name
     }
     for (int number = 1;; ++number) {
         const std::string tail = "~" + std::to_string(number) + extension;
-        std::string alias = std::string(cut(stem, longestName - tail.size())) + tail;
+        std::string alias = std::string(cutText(stem, longestName - tail.size())) + tail;
         if (!realNames_.contains({directory, alias}) &&
             !exists(joined(*pathOf(directory), alias))) {
             realNames_.emplace(std::pair(directory, alias), name);

@@ -1,9 +1,10 @@
 // Text of the artwork: fonts, lines and their runs.
 #include "app/artwork/document.h"
 
-#include "app/artwork/characters.h"
 #include "app/artwork/geometry.h"
 #include "app/artwork/masks.h"
+#include "app/artwork/text/characters.h"
+#include "host/utf8.h"
 
 #include <cmath>
 #include <limits>
@@ -31,7 +32,7 @@ bool piecesFit(const TextRun& run) {
     std::int32_t after = -1;
     for (const TextPiece& piece : run.pieces) {
         const bool inside = piece.start > after && piece.start < std::ssize(run.text);
-        if (!inside || (run.text[static_cast<std::size_t>(piece.start)] & 0xC0) == 0x80) {
+        if (!inside || isContinuation(run.text[static_cast<std::size_t>(piece.start)])) {
             return false;
         }
         after = piece.start;

@@ -1,8 +1,10 @@
 #include "app/cli/arguments.h"
 
+#include "app/cli/batch/name_pattern.h"
+#include "app/cli/option_table.h"
+
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <optional>
 #include <vector>
 
@@ -10,116 +12,13 @@ namespace corvane {
 
 namespace {
 
-struct CommandRow {
-    Command command;
-    std::string_view name;
-    std::string_view operands;
-    std::string_view purpose;
-};
-
-constexpr std::array commandTable{
-    CommandRow{Command::open, "open",
-               "FILE.pdf [--page N] [-o OUT.svg] [--images WHERE] [--fonts WHERE] [--text HOW]",
-               "turn a page into editable artwork"},
-    CommandRow{Command::save, "save",
-               "ART.svg FILE.pdf [--page N] [--output OTHER.pdf] [--dry-run] [--force] [--plain] "
-               "[--mend] [--images DIR] [--allow-files]",
-               "make artwork a page of the file; ART.svg may be - (standard input)"},
-    CommandRow{Command::save, "save", "--mend FILE.pdf [--output OTHER.pdf] [--dry-run]",
-               "mend a damaged file, and change no page"},
-    CommandRow{Command::info, "info", "FILE.pdf", "pages, boxes, rotation, objects, updates"},
-    CommandRow{Command::check, "check", "FILE.pdf", "can it be opened, and what is damaged"},
-    CommandRow{Command::log, "log", "FILE.pdf", "the updates appended to a file"},
-    CommandRow{Command::revert, "revert", "FILE.pdf",
-               "take the newest update off again, if it is ours"},
-};
-
-enum class OptionKind : std::uint8_t {
-    page,
-    output,
-    images,
-    fonts,
-    text,
-    dryRun,
-    force,
-    allowFiles,
-    plain,
-    mend,
-    passwordFile,
-    password,
-    profile,
-    quiet,
-    json,
-    version,
-    help
-};
-
-/// A set of commands, a bit for each.
-using Commands = std::uint32_t;
-constexpr Commands only(Command command) {
-    return Commands{1} << static_cast<unsigned>(command);
-}
-constexpr Commands everyCommand = ~Commands{0};
-
-struct OptionRow {
-    OptionKind kind;
-    std::string_view name;
-    std::string_view value; ///< what follows the option; empty for a switch
-    Commands commands;      ///< that it goes with
-    std::string_view purpose;
-};
-
-constexpr std::array optionTable{
-    OptionRow{OptionKind::page, "--page", "N",
-              only(Command::open) | only(Command::save) | only(Command::info),
-              "the page, from 1; else the artwork's own, asked for on a terminal, or 1; of info: "
-              "also lists the images that it draws"},
-    OptionRow{OptionKind::output, "-o", "OUT.svg", only(Command::open),
-              "where the artwork goes; - is standard output (FILE-pageN.svg)"},
-    OptionRow{OptionKind::images, "--images", "WHERE", only(Command::open) | only(Command::save),
-              "the page's pictures: embed, none, or a folder (OUT-images); saving: their folder"},
-    OptionRow{OptionKind::fonts, "--fonts", "WHERE", only(Command::open),
-              "the page's fonts: embed them (embed), none, or a folder for files to install"},
-    OptionRow{OptionKind::text, "--text", "HOW", only(Command::open),
-              "letters follow one another (flow), or each has its place (exact)"},
-    OptionRow{OptionKind::output, "--output", "OTHER.pdf", only(Command::save),
-              "save into a copy of the file with this name"},
-    OptionRow{OptionKind::dryRun, "--dry-run", "", only(Command::save),
-              "say what would be saved, change nothing"},
-    OptionRow{OptionKind::force, "--force", "", only(Command::save),
-              "save even where that undoes another change, deletes much, or loses something"},
-    OptionRow{OptionKind::allowFiles, "--allow-files", "", only(Command::save),
-              "take pictures from any folder that the artwork names"},
-    OptionRow{OptionKind::plain, "--plain", "", only(Command::save),
-              "write new content uncompressed, for people who read it"},
-    OptionRow{OptionKind::mend, "--mend", "", only(Command::save),
-              "mend what is damaged in the file, too; every old byte stays"},
-    OptionRow{OptionKind::passwordFile, "--password-file", "FILE", everyCommand,
-              "its first line is the password of the PDF; - is standard input"},
-    OptionRow{OptionKind::password, "--password", "TEXT", everyCommand,
-              "the same, not advised: others on this machine can read arguments"},
-    OptionRow{OptionKind::profile, "--profile", "NAME", everyCommand,
-              "original: the classic behaviour only; extended: files of today (extended)"},
-    OptionRow{OptionKind::quiet, "--quiet", "", everyCommand, "print nothing but errors"},
-    OptionRow{OptionKind::json, "--json", "", everyCommand, "print the facts as one JSON object"},
-    OptionRow{OptionKind::version, "--version", "", everyCommand, "print the version"},
-    OptionRow{OptionKind::help, "--help", "", everyCommand, "print this text"},
-};
-
 constexpr std::array<Profile, 2> profiles{Profile::original, Profile::extended};
 
 std::string quoted(std::string_view word) {
     return "\"" + std::string(word) + "\"";
 }
 
-std::optional<std::int32_t> pageNumber(std::string_view text) {
-    std::int32_t number = 0;
-    const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (fault != std::errc() || end != text.data() + text.size() || number < 1) {
-        return std::nullopt;
-    }
-    return number;
-}
+constexpr std::int32_t mostJobs = 1024; ///< more would only fill the machine
 
 /// One walk over the words of a command line.
 class Parser {
@@ -157,8 +56,9 @@ public:
 
 private:
     void takeCommand(std::string_view word) {
-        const auto row = std::ranges::find(commandTable, word, &CommandRow::name);
-        if (row != commandTable.end()) {
+        const auto commands = commandRows();
+        const auto row = std::ranges::find(commands, word, &CommandRow::name);
+        if (row != commands.end()) {
             command_ = &*row;
             arguments_.command = row->command;
         } else {
@@ -180,8 +80,9 @@ private:
         const bool isLong = word.starts_with("--");
         const auto equals = isLong ? word.find('=') : std::string_view::npos;
         const std::string_view name = word.substr(0, equals);
-        const auto row = std::ranges::find(optionTable, name, &OptionRow::name);
-        if (row == optionTable.end()) {
+        const auto options = optionRows();
+        const auto row = std::ranges::find(options, name, &OptionRow::name);
+        if (row == options.end()) {
             fault_ = "there is no option " + quoted(name);
             return;
         }
@@ -208,13 +109,29 @@ private:
     void apply(const OptionRow& row, std::string_view value) {
         switch (row.kind) {
         case OptionKind::page:
-            arguments_.page = pageNumber(value).value_or(0);
+            arguments_.page = wholeNumber(value).value_or(0);
             if (arguments_.page == 0) {
                 fault_ = "--page takes a whole number from 1, not " + quoted(value);
             }
             break;
+        case OptionKind::pages:
+            arguments_.pages = pageRanges(value).value_or(std::vector<PageRange>());
+            if (arguments_.pages.empty()) {
+                fault_ = "--pages takes pages and ranges such as 1-3,7 or 5-, not " + quoted(value);
+            }
+            break;
+        case OptionKind::jobs:
+            arguments_.jobs = wholeNumber(value).value_or(0);
+            if (arguments_.jobs < 1 || arguments_.jobs > mostJobs) {
+                fault_ = "--jobs takes a whole number from 1 to " + std::to_string(mostJobs) +
+                         ", not " + quoted(value);
+            }
+            break;
         case OptionKind::output:
             arguments_.output = value;
+            break;
+        case OptionKind::editor:
+            arguments_.editor = value;
             break;
         case OptionKind::images:
             takePlace(value, arguments_.imagePlace, arguments_.images);
@@ -304,12 +221,14 @@ private:
 
     void nameFiles() {
         const bool isSave = command_->command == Command::save;
+        const bool isLooked =
+            command_->command == Command::open || command_->command == Command::check;
         const bool onlyMends = arguments_.mend && operands_.size() == 1 && !readsStandardInput_;
         const std::size_t wanted = isSave && !onlyMends ? 2 : 1;
         if (operands_.size() < wanted) {
             fault_ = "the command " + std::string(command_->name) +
                      (isSave ? " needs two files: the artwork, then the PDF" : " needs a file");
-        } else if (operands_.size() > wanted) {
+        } else if (operands_.size() > wanted && !isLooked) {
             fault_ = (isSave ? "one artwork and one PDF at a time: " : "one file at a time: ") +
                      quoted(operands_[wanted]) + " is one too many";
         } else {
@@ -318,6 +237,27 @@ private:
                 const bool hasThatName = operands_.front() == "-" && !readsStandardInput_;
                 arguments_.artwork = hasThatName ? "./-" : operands_.front();
             }
+        }
+        const bool isMany =
+            operands_.size() > 1 || !arguments_.pages.empty() || arguments_.jobs > 1;
+        if (fault_.empty() && isLooked && isMany) {
+            nameMany();
+        }
+    }
+
+    /// Many files, or many pages: what goes for one need not go for all.
+    void nameMany() {
+        arguments_.files = std::move(operands_);
+        if (arguments_.page != 0 && !arguments_.pages.empty()) {
+            fault_ = "--page and --pages do not go together";
+        } else if (!arguments_.output.empty() && !isPattern(arguments_.output)) {
+            fault_ = "several pages cannot all go to " + quoted(arguments_.output) +
+                     "; give a pattern, such as -o '{stem}-{page}.svg'";
+        } else if (arguments_.passwordFile == "-") {
+            fault_ = "with several files the password cannot come from standard input";
+        } else if (arguments_.imagePlace == PartPlace::folder && !arguments_.images.empty()) {
+            fault_ = "the images of several pages cannot all go to " + quoted(arguments_.images) +
+                     "; leave --images out, or say embed or none";
         }
     }
 
@@ -336,37 +276,6 @@ private:
 
 std::variant<Arguments, Question, UsageError> parseArguments(std::span<const char* const> words) {
     return Parser(words).parse();
-}
-
-std::string usageText() {
-    static constexpr std::size_t column = 24;
-    const auto padded = [](std::string text) {
-        text.resize(std::max(text.size() + 1, column), ' ');
-        return text;
-    };
-    std::string text = "Opens a page of a PDF as editable artwork (SVG), and saves it back.\n\n";
-    for (const CommandRow& row : commandTable) {
-        text += "  corvane " + std::string(row.name) + " " + std::string(row.operands) + "\n" +
-                "      " + std::string(row.purpose) + "\n";
-    }
-    text += "\n";
-    for (const OptionRow& row : optionTable) {
-        text += padded("  " + std::string(row.name) + " " + std::string(row.value)) +
-                std::string(row.purpose) + "\n";
-    }
-    text +=
-        "\nSaving only appends: what was changed or removed can still be read in the file's old "
-        "bytes.\nSo deleting is no redaction.\n"
-        "\nThe password of an encrypted PDF may also be in the variable CORVANE_PASSWORD; else it "
-        "is "
-        "asked for\non a terminal.\n"
-        "\nA file whose name begins with - goes after --.\n"
-        "Exit: 0 done, 1 failed, 2 bad usage, 130 cancelled.\n";
-    return text;
-}
-
-std::string_view commandName(Command command) {
-    return std::ranges::find(commandTable, command, &CommandRow::command)->name;
 }
 
 std::string_view profileName(Profile profile) {

@@ -1,6 +1,7 @@
 // What the person asked for: the command line as one record.
 #pragma once
 
+#include "app/cli/batch/page_ranges.h"
 #include "host/extension.h"
 
 #include <cstdint>
@@ -9,22 +10,31 @@
 #include <string>
 #include <string_view>
 #include <variant>
+#include <vector>
 
 namespace corvane {
 
-enum class Command : std::uint8_t { open, save, info, check, log, revert };
+enum class Command : std::uint8_t { open, save, edit, info, check, log, revert };
+
+class PasswordSource;
 
 /// Where the fonts of a page go, and its images.
 enum class PartPlace : std::uint8_t { artwork, none, folder };
 
 struct Arguments {
     Command command = Command::open;
-    std::string file;    ///< path of the PDF, bytes as given
+    std::string file; ///< path of the PDF, bytes as given
+    /// Of a command for many files: all of them; `file` is the one at hand then. Else empty.
+    std::vector<std::string> files = {};
+    std::vector<PageRange> pages = {}; ///< of each of many files; empty: as for one
+    std::int32_t jobs = 1;             ///< processes that work on many files
     std::string artwork; ///< path of the SVG to save; "-" is standard input; empty: none, the file
                          ///< is only mended
     std::int32_t page = 0; ///< from 1; 0 where none was named
     std::string output;    ///< `open`: path of the SVG, "-" is standard output, empty leaves it to
                            ///< us; `save`: path of the PDF to make, empty changes `file` itself
+    std::string folder = {}; ///< `open`: of artwork whose name is left to us; empty: where we are
+    std::string editor = {}; ///< `edit`: the command that starts it; empty leaves it to us
     PartPlace imagePlace = PartPlace::folder;
     std::string images; ///< folder for pictures, where `imagePlace` says so; empty leaves it to us
     PartPlace fontPlace = PartPlace::artwork;
@@ -39,11 +49,19 @@ struct Arguments {
     bool allowsFiles = false; ///< images may come from any folder
     bool plain = false;       ///< new content is not compressed
     bool mend = false;        ///< what is damaged in the file is mended
+    /// What several sessions of one command share, so that nobody is asked twice; not an owner.
+    /// Null: each session has its own.
+    PasswordSource* passwords = nullptr;
     bool quiet = false;
     bool json = false;
 };
 
 enum class Question : std::uint8_t { help, version };
+
+/// Whether the command goes through many files, or many pages of one.
+inline bool isBatch(const Arguments& arguments) {
+    return !arguments.files.empty();
+}
 
 /// Why the command line cannot be followed: a sentence without the program's name.
 struct UsageError {

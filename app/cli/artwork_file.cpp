@@ -2,8 +2,9 @@
 
 #include "app/cli/fault.h"
 #include "app/cli/interrupt.h"
-#include "app/cli/lines.h"
+#include "app/cli/terminal/lines.h"
 #include "app/cli/text.h"
+#include "host/utf8.h"
 #include "toolbox/descriptor.h"
 
 #include <algorithm>
@@ -82,7 +83,7 @@ std::string shortened(std::string_view name) {
         return std::string(name);
     }
     name.remove_prefix(name.size() - most);
-    while (!name.empty() && utf8Length(name) == 0) {
+    while (!name.empty() && decodeCharacter(name).length == 0) {
         name.remove_prefix(1);
     }
     return "..." + std::string(name);

@@ -16,6 +16,9 @@ void runSave(Arguments& arguments, Report& report);
 /// Mends a file and changes no page: `save` without artwork.
 void runMend(const Arguments& arguments, Report& report);
 
+/// Opens a page in an editor, and saves it whenever the person does.
+void runEdit(Arguments arguments, Report& report);
+
 void runInfo(const Arguments& arguments, Report& report);
 
 void runCheck(const Arguments& arguments, Report& report);

@@ -3,6 +3,8 @@
 
 #include <cstdint>
 #include <exception>
+#include <new>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -19,13 +21,18 @@ inline constexpr std::int32_t io = 18;
 inline constexpr std::int32_t access = 19;
 inline constexpr std::int32_t notPdf = 20;
 inline constexpr std::int32_t pageChanged = 21;
+inline constexpr std::int32_t fileChanged = 24;
 inline constexpr std::int32_t loss = 26;    ///< saving would lose what the artwork does not hold
 inline constexpr std::int32_t artwork = 27; ///< the SVG cannot be read
 inline constexpr std::int32_t noPage = 28;  ///< nobody said which page to replace
 inline constexpr std::int32_t otherArtwork = 29;
 inline constexpr std::int32_t artworkMissing = 30;
 inline constexpr std::int32_t unpatchable = 31;
+inline constexpr std::int32_t certifiedFile = 33;
 inline constexpr std::int32_t annotationChanged = 34;
+inline constexpr std::int32_t editor = 50;      ///< there is none, or it cannot be started
+inline constexpr std::int32_t artworkKept = 51; ///< an editor's last work is not in the file
+inline constexpr std::int32_t crashed = 52;     ///< the process that worked on one of many files
 inline constexpr std::int32_t layersLeftOut = 1004; ///< warning of the plug-in
 inline constexpr std::int32_t layersNotKept = 1008; ///< the same
 inline constexpr std::int32_t fontAdded = 1010;     ///< the same
@@ -53,6 +60,22 @@ public:
 private:
     Fault fault_;
 };
+
+/// Runs `body`; what it raised.
+template <class Body>
+std::optional<Fault> faultOf(Body&& body) {
+    try {
+        std::forward<Body>(body)();
+        return std::nullopt;
+    } catch (const Failure& failure) {
+        return failure.fault();
+    } catch (const std::bad_alloc&) {
+        return Fault{code::memory, "memory ran out; close other programs, or give more in "
+                                   "CORVANE_ZONE_MB and CORVANE_ART_MB"};
+    } catch (const std::exception& exception) {
+        return Fault{code::host, exception.what()};
+    }
+}
 
 /// Why `what` could not be written: `cancelled` as it is, `diskFull` where room is missing,
 /// otherwise `io`.

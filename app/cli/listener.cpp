@@ -1,10 +1,9 @@
 #include "app/cli/listener.h"
 
-#include "app/cli/chooser.h"
 #include "app/cli/messages.h"
+#include "app/cli/terminal/chooser.h"
 #include "host/toolbox.h"
 
-#include <cstdio>
 #include <iostream>
 #include <new>
 #include <unistd.h>
@@ -13,11 +12,6 @@
 namespace corvane {
 
 namespace {
-
-std::FILE* progressTerminal(const Arguments& arguments) {
-    const bool isWanted = !arguments.quiet && !arguments.json && isatty(STDERR_FILENO) == 1;
-    return isWanted ? stderr : nullptr;
-}
 
 std::string progressLabel(const Arguments& arguments) {
     return arguments.command == Command::save ? "corvane: saving" : "corvane: reading";
@@ -31,7 +25,9 @@ Listener& listener(void* context) {
 
 Listener::Listener(const Arguments& arguments, Report& report)
     : arguments_(arguments), report_(report),
-      progress_(progressTerminal(arguments), progressLabel(arguments)), passwords_(arguments),
+      progress_(progressTerminal(arguments), progressLabel(arguments)),
+      passwords_(arguments.passwords != nullptr ? *arguments.passwords
+                                                : ownPasswords_.emplace(arguments)),
       extension_(makeExtension()) {
     setHostExtension(&extension_);
     setDialogFront(this);

@@ -3,11 +3,13 @@
 
 #include "app/cli/arguments.h"
 #include "app/cli/files/image_folder.h"
-#include "app/cli/password.h"
-#include "app/cli/progress.h"
 #include "app/cli/report/report.h"
+#include "app/cli/terminal/password.h"
+#include "app/cli/terminal/progress.h"
 #include "host/extension.h"
 #include "host/front.h"
+
+#include <optional>
 
 namespace corvane {
 
@@ -45,7 +47,8 @@ private:
     Report& report_;
     ProgressLine progress_;
     ImageFolder imageFolder_;
-    PasswordSource passwords_;
+    std::optional<PasswordSource> ownPasswords_;
+    PasswordSource& passwords_;
     bool ranOutOfMemory_ = false;
     const HostExtension extension_;
 };

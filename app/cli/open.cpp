@@ -1,6 +1,7 @@
 #include "app/cli/commands.h"
 
 #include "app/artwork/document.h"
+#include "app/cli/batch/name_pattern.h"
 #include "app/cli/files/font_folder.h"
 #include "app/cli/files/output.h"
 #include "app/cli/image_place.h"
@@ -20,15 +21,25 @@ std::string nameWithoutFolders(const std::string& path) {
 }
 
 OutputTarget targetOf(const Arguments& arguments, std::int32_t page) {
+    if (isPattern(arguments.output)) {
+        return outputTarget(filledName(arguments.output, arguments.file, page), arguments.file,
+                            true);
+    }
     if (!arguments.output.empty()) {
         return outputTarget(arguments.output, arguments.file, true);
     }
-    return outputTarget(outputName(arguments.file, page), arguments.file, false);
+    const std::string folder = arguments.folder.empty() ? "" : arguments.folder + "/";
+    return outputTarget(folder + outputName(arguments.file, page), arguments.file, false);
 }
 
 /// The classic profile draws pages anew, and holds no artwork against another.
 void nameArtwork(const Arguments& arguments, const OutputTarget& target, Provenance& source) {
     if (arguments.profile == Profile::original || !source.identity) {
+        return;
+    }
+    if (!arguments.folder.empty()) {
+        // Nobody else has that folder: two people who edit one page do not undo each other's work.
+        source.artwork = artworkName(source.identity->digest, target.path);
         return;
     }
     const bool hasName = target.kind != OutputTarget::Kind::standardOutput;

@@ -1,8 +1,8 @@
 // One PDF in the plug-in's hands: the calls of `main_entry`, in the order of a host.
 #pragma once
 
-#include "app/artwork/callbacks.h"
 #include "app/artwork/document.h"
+#include "app/artwork/slots/callbacks.h"
 #include "app/cli/arguments.h"
 #include "app/cli/listener.h"
 #include "app/cli/plugin.h"

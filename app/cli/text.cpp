@@ -1,15 +1,12 @@
 #include "app/cli/text.h"
 
+#include "host/utf8.h"
+
 #include <algorithm>
-#include <array>
 
 namespace corvane {
 
 namespace {
-
-constexpr unsigned byteAt(std::string_view bytes, std::size_t index) {
-    return static_cast<unsigned char>(bytes[index]);
-}
 
 void appendHexadecimal(std::string& text, char byte) {
     constexpr std::string_view digits = "0123456789abcdef";
@@ -18,16 +15,7 @@ void appendHexadecimal(std::string& text, char byte) {
     text += digits[value & 0xF];
 }
 
-std::uint32_t codePoint(std::string_view character) {
-    constexpr std::array<unsigned, 5> firstMask{0, 0x7F, 0x1F, 0x0F, 0x07};
-    std::uint32_t code = byteAt(character, 0) & firstMask[character.size()];
-    for (std::size_t i = 1; i < character.size(); ++i) {
-        code = code << 6 | (byteAt(character, i) & 0x3F);
-    }
-    return code;
-}
-
-bool isPrintable(std::uint32_t code) {
+bool isPrintable(char32_t code) {
     const bool isControl = code < 0x20 || (code >= 0x7F && code < 0xA0);
     const bool breaksLine = code == 0x2028 || code == 0x2029;
     const bool reorders = code == 0x061C || code == 0x200E || code == 0x200F ||
@@ -35,48 +23,21 @@ bool isPrintable(std::uint32_t code) {
     return !isControl && !breaksLine && !reorders;
 }
 
+bool isPlain(char c) {
+    constexpr std::string_view signs = "_-./+,:@%=";
+    const bool isLetter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    return isLetter || (c >= '0' && c <= '9') || signs.find(c) != std::string_view::npos;
+}
+
 } // namespace
-
-std::size_t utf8Length(std::string_view bytes) {
-    if (bytes.empty()) {
-        return 0;
-    }
-    const unsigned first = byteAt(bytes, 0);
-    if (first < 0x80) {
-        return 1;
-    }
-    const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-    if (first < 0xC2 || first > 0xF4 || bytes.size() < length) {
-        return 0;
-    }
-    const unsigned second = byteAt(bytes, 1);
-    const bool secondFits = (first != 0xE0 || second >= 0xA0) && (first != 0xED || second < 0xA0) &&
-                            (first != 0xF0 || second >= 0x90) && (first != 0xF4 || second < 0x90);
-    const auto isContinuation = [](char byte) {
-        return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
-    };
-    return secondFits && std::ranges::all_of(bytes.substr(1, length - 1), isContinuation) ? length
-                                                                                          : 0;
-}
-
-bool isUtf8(std::string_view bytes) {
-    while (!bytes.empty()) {
-        const std::size_t length = utf8Length(bytes);
-        if (length == 0) {
-            return false;
-        }
-        bytes.remove_prefix(length);
-    }
-    return true;
-}
 
 std::string terminalText(std::string_view bytes) {
     std::string text;
     text.reserve(bytes.size());
     while (!bytes.empty()) {
-        const std::size_t length = utf8Length(bytes);
+        const auto [code, length] = decodeCharacter(bytes);
         const std::string_view character = bytes.substr(0, std::max<std::size_t>(length, 1));
-        if (length != 0 && isPrintable(codePoint(character))) {
+        if (length != 0 && isPrintable(code)) {
             text += character;
         } else {
             for (const char byte : character) {
@@ -117,6 +78,19 @@ std::string joined(const std::vector<std::string>& parts) {
 
 std::string counted(std::int64_t count, const std::string& noun) {
     return grouped(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+std::string shellWord(std::string_view name) {
+    // What begins with - would be an option.
+    const std::string path = (name.starts_with("-") ? "./" : "") + std::string(name);
+    if (!path.empty() && std::ranges::all_of(path, isPlain)) {
+        return path;
+    }
+    std::string word = "'";
+    for (const char c : path) {
+        word += c == '\'' ? "'\\''" : std::string(1, c);
+    }
+    return word + "'";
 }
 
 } // namespace corvane

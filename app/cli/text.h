@@ -9,12 +9,6 @@
 
 namespace corvane {
 
-/// Length in bytes, 1 to 4, of the well-formed UTF-8 character that `bytes` begins with; 0 where
-/// there is none (RFC 3629: no surrogates, no overlong forms, nothing past U+10FFFF).
-std::size_t utf8Length(std::string_view bytes);
-
-bool isUtf8(std::string_view bytes);
-
 /// `bytes` for a terminal: printable UTF-8 as it is; control characters, marks that reorder text
 /// or break lines, and bytes that are not UTF-8 as \xNN, byte by byte.
 std::string terminalText(std::string_view bytes);
@@ -30,5 +24,8 @@ std::string joined(const std::vector<std::string>& parts);
 
 /// "1 page", "2 pages", "1,234 pages".
 std::string counted(std::int64_t count, const std::string& noun);
+
+/// A file name for people to copy into a shell: as it is, or quoted.
+std::string shellWord(std::string_view name);
 
 } // namespace corvane

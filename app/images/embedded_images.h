@@ -1,7 +1,7 @@
 // Images that the artwork's SVG carries itself, as "data:" addresses.
 #pragma once
 
-#include "app/artwork/image_store.h"
+#include "app/artwork/images/image_store.h"
 
 namespace corvane {
 

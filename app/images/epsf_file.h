@@ -2,7 +2,7 @@
 // "%ImageData" line. PostScript is not run, so files of other programs mostly show nothing.
 #pragma once
 
-#include "app/artwork/image_store.h"
+#include "app/artwork/images/image_store.h"
 #include "app/images/byte_source.h"
 #include "host/image.h"
 

@@ -1,7 +1,7 @@
 #include "app/images/epsf_viewer.h"
 
 #include "app/artwork/error.h"
-#include "app/artwork/image_table.h"
+#include "app/artwork/images/image_table.h"
 #include "app/images/base64.h"
 #include "app/images/epsf_file.h"
 #include "app/images/image_error.h"

@@ -1,7 +1,7 @@
 // Shows EPSF files that placed art is linked to: as pictures of the document.
 #pragma once
 
-#include "app/artwork/placed_files.h"
+#include "app/artwork/images/placed_files.h"
 
 #include <string>
 #include <utility>

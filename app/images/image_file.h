@@ -1,7 +1,7 @@
 // An image as it stands in a file: what it shows, and how it is read.
 #pragma once
 
-#include "app/artwork/image_store.h"
+#include "app/artwork/images/image_store.h"
 #include "app/images/byte_source.h"
 #include "app/images/jpeg_header.h"
 #include "host/image.h"

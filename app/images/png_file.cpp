@@ -1,6 +1,6 @@
 #include "app/images/png_file.h"
 
-#include "app/artwork/image_table.h"
+#include "app/artwork/images/image_table.h"
 #include "app/images/budget.h"
 #include "app/images/image_error.h"
 

@@ -1,7 +1,7 @@
 // Reads PNG: what it shows, and its samples in the form of host/image.h.
 #pragma once
 
-#include "app/artwork/image_store.h"
+#include "app/artwork/images/image_store.h"
 #include "app/images/byte_source.h"
 #include "host/image.h"
 

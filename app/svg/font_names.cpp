@@ -1,6 +1,6 @@
 #include "app/svg/font_names.h"
 
-#include "app/artwork/fonts.h"
+#include "app/artwork/text/fonts.h"
 #include "app/svg/markup.h"
 
 #include <algorithm>

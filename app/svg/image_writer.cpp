@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -55,10 +56,14 @@ void writeLink(TextOutput& out, const Document& document, Art placed) {
     }
 }
 
-void writeSmoothness(TextOutput& out, const PlacedImage& placed) {
-    if (!placed.isSmooth) {
-        writePlainAttribute(out, "image-rendering", "optimizeSpeed");
-    }
+/// Whether pixels are larger than a point. Renderers that are to show squares leave pixels out
+/// where an image has more of them than what it is drawn on.
+bool hasLargePixels(const PlacedImage& placed, const ImageFacts& facts) {
+    const Matrix& matrix = placed.matrix;
+    const auto exceeds = [](Fixed x, Fixed y, std::int32_t pixels) {
+        return std::hypot(x, y) > static_cast<double>(pixels) * fixedOne;
+    };
+    return exceeds(matrix.a, matrix.b, facts.width) && exceeds(matrix.c, matrix.d, facts.height);
 }
 
 } // namespace
@@ -93,7 +98,11 @@ void writeImageAttributes(TextOutput& out, const Document& document, Art placed,
         out.number(numbers[i]);
     }
     out.text(")\"");
-    writeSmoothness(out, image);
+    if (!image.isSmooth) {
+        const bool showsSquares = hasLargePixels(image, facts);
+        writePlainAttribute(out, showsSquares ? "image-rendering" : "data-image-rendering",
+                            "pixelated");
+    }
     if (file.ignoresOrientation) {
         writePlainAttribute(out, "style", "image-orientation:none");
     }
@@ -113,7 +122,9 @@ void writeFrameAttributes(TextOutput& out, const Document& document, Art placed,
     writePlainAttribute(out, "fill", "none");
     writePlainAttribute(out, "stroke", "#808080");
     writePlainAttribute(out, "stroke-width", ".5");
-    writeSmoothness(out, image);
+    if (!image.isSmooth) {
+        writePlainAttribute(out, "image-rendering", "pixelated");
+    }
     writePlainAttribute(out, "data-kept",
                         std::to_string(facts.width) + ' ' + std::to_string(facts.height) +
                             (facts.key.empty() ? "" : ' ' + std::string(facts.key)));

@@ -1,7 +1,7 @@
 // How wide letters of page fonts are: what the fonts' files say.
 #pragma once
 
-#include "app/artwork/fonts.h"
+#include "app/artwork/text/fonts.h"
 
 #include <cstddef>
 #include <map>

@@ -1,6 +1,6 @@
 #include "app/svg/letter_writer.h"
 
-#include "app/artwork/characters.h"
+#include "app/artwork/text/characters.h"
 #include "app/svg/font_names.h"
 #include "app/svg/markup.h"
 

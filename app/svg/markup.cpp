@@ -1,6 +1,7 @@
 #include "app/svg/markup.h"
 
-#include "app/artwork/characters.h"
+#include "app/artwork/text/characters.h"
+#include "host/utf8.h"
 
 #include <algorithm>
 #include <array>
@@ -15,7 +16,7 @@ constexpr std::size_t deepestIndent = 16;
 
 /// XML 1.0, production 2, without the C1 controls, which it discourages.
 bool allowed(char32_t code) {
-    return isTextCharacter(code) || code == '\t' || code == '\n' || code == '\r';
+    return isMarkupCharacter(code) || code == '\t' || code == '\n' || code == '\r';
 }
 
 std::string_view entity(char32_t code) {
@@ -47,9 +48,8 @@ void writeEscaped(TextOutput& out, std::string_view text) {
         if (character.length == 0) {
             const auto latin = static_cast<unsigned char>(text.front());
             if (allowed(latin)) {
-                const char two[] = {static_cast<char>(0xC0 | latin >> 6),
-                                    static_cast<char>(0x80 | (latin & 0x3F))};
-                out.text({two, 2});
+                std::array<char, longestCharacter> bytes{};
+                out.text({bytes.data(), putCharacter(latin, bytes)});
             }
             text.remove_prefix(1);
             continue;

@@ -115,7 +115,7 @@ void writeProvenance(TextOutput& out, const Provenance& provenance) {
 } // namespace
 
 void writeRootStart(TextOutput& out, const Page& page, const Provenance& provenance,
-                    bool namesFiles) {
+                    const RootNeeds& needs) {
     double userUnit = provenance.identity ? provenance.identity->page.userUnit : 1.0;
     if (!(userUnit > 0) || std::isinf(userUnit)) {
         userUnit = 1.0;
@@ -123,12 +123,15 @@ void writeRootStart(TextOutput& out, const Page& page, const Provenance& provena
     out.text("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg");
     writePlainAttribute(out, "xmlns", "http://www.w3.org/2000/svg");
     writePlainAttribute(out, "xmlns:inkscape", "http://www.inkscape.org/namespaces/inkscape");
-    if (namesFiles) {
+    if (needs.namesFiles) {
         writePlainAttribute(out, "xmlns:xlink", "http://www.w3.org/1999/xlink");
     }
     writePlainAttribute(out, "version", "1.1");
     writeSize(out, page.bounds(), userUnit);
     writeNumberAttribute(out, "stroke-miterlimit", PathStyle{}.miterLimit);
+    if (needs.blends) {
+        writePlainAttribute(out, "style", "isolation:isolate");
+    }
     writePlainAttribute(out, "data-producer", "corvane");
     writePlainAttribute(out, "data-version", formatVersion);
     writeProvenance(out, provenance);

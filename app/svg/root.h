@@ -7,8 +7,15 @@
 
 namespace corvane {
 
-/// Writes the XML declaration and the root's start tag. `namesFiles`: elements below use the names
-/// of XLink.
-void writeRootStart(TextOutput&, const Page&, const Provenance&, bool namesFiles);
+/// What the root must say for the elements below it.
+struct RootNeeds {
+    bool namesFiles = false; ///< they use the names of XLink
+    /// Some blend. The paper is not behind a page's art but below it: art does not blend with it
+    /// (PDF Reference, 7.3.6).
+    bool blends = false;
+};
+
+/// Writes the XML declaration and the root's start tag.
+void writeRootStart(TextOutput&, const Page&, const Provenance&, const RootNeeds&);
 
 } // namespace corvane

@@ -2,6 +2,7 @@
 
 #include "app/svg/style.h"
 #include "app/svg/subpaths.h"
+#include "app/svg/text_clip.h"
 
 #include <algorithm>
 #include <array>
@@ -127,6 +128,9 @@ Extent paintedExtent(const Document& document, Art shape) {
 
 ClipShape clipShape(const Document& document, Art shape) {
     ClipShape clip;
+    if (isTextClip(document, shape)) {
+        return {.bounds = Extent::everything(), .rectangle = false, .blank = false};
+    }
     int drawn = 0;
     forEachSubpath(document, shape, [&](Art path) {
         const Segments segments = document.segments(path);

@@ -10,7 +10,7 @@ namespace corvane {
 /// included, curves by their control points. Never too small.
 Extent paintedExtent(const Document&, Art shape);
 
-/// A path or compound path as a clip.
+/// A path or compound path as a clip; or text, of which nothing is known.
 struct ClipShape {
     Extent bounds;          ///< of all points, so at least as large as the clip
     bool rectangle = false; ///< it is exactly `bounds`

@@ -24,6 +24,13 @@ bool takeNumber(std::string_view& text, std::int32_t& number) {
     return error == std::errc() && number >= 0 && (text.empty() || text.front() == ' ');
 }
 
+/// Editors do not let a person select what is in it.
+void writeInsensitive(TextOutput& out) {
+    writePlainAttribute(out, "xmlns:sodipodi",
+                        "http://sodipodi.sourceforge.net/DTD/sodipodi-0.dtd");
+    writePlainAttribute(out, "sodipodi:insensitive", "true");
+}
+
 bool takeForm(std::string_view& text, FormFacts& form) {
     return takeNumber(text, form.object) && takeNumber(text, form.content) && form.content > 0;
 }
@@ -42,15 +49,27 @@ std::optional<FormFacts> parseFormFacts(std::string_view text) {
 }
 
 void writeContentLayer(TextOutput& out, const ContentLayerFacts& layer, bool isOutermost) {
-    if (isOutermost) {
+    const bool isNew = layer.object == 0;
+    if (isOutermost || isNew) {
         writePlainAttribute(out, "inkscape:groupmode", "layer");
     }
     if (!layer.name.empty()) {
         writeAttribute(out, "inkscape:label", layer.name);
     }
-    writePlainAttribute(out, "data-layer", std::to_string(layer.object));
+    if (!isNew) {
+        writePlainAttribute(out, "data-layer", std::to_string(layer.object));
+        if (!layer.name.empty()) {
+            writeAttribute(out, "data-layer-name", layer.name);
+        }
+        if (!layer.isVisible || layer.isLocked) {
+            writePlainAttribute(out, "data-layer-state",
+                                layer.isVisible  ? "locked"
+                                : layer.isLocked ? "hidden locked"
+                                                 : "hidden");
+        }
+    }
     if (layer.isLocked) {
-        writePlainAttribute(out, "data-locked", "true");
+        writeInsensitive(out);
     }
     if (!layer.isVisible) {
         writePlainAttribute(out, "display", "none");
@@ -67,9 +86,7 @@ void writeAnnotations(TextOutput& out, const Document& document, Art layer) {
         }
     }
     writePlainAttribute(out, "data-annotations", list);
-    writePlainAttribute(out, "xmlns:sodipodi",
-                        "http://sodipodi.sourceforge.net/DTD/sodipodi-0.dtd");
-    writePlainAttribute(out, "sodipodi:insensitive", "true");
+    writeInsensitive(out);
 }
 
 std::vector<FormFacts> parseAnnotations(std::string_view text) {

@@ -13,6 +13,8 @@ namespace corvane {
 
 /// The id of the layer of annotations.
 inline constexpr std::string_view annotationsId = "annotations";
+/// Of the layer that holds what a page has in no layer of its own.
+inline constexpr std::string_view pageLayerId = "layer1";
 
 /// Writes ` data-form="object content"`.
 void writeFormFacts(TextOutput&, const FormFacts&);

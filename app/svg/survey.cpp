@@ -2,6 +2,7 @@
 
 #include "app/svg/image_writer.h"
 #include "app/svg/subpaths.h"
+#include "app/svg/text_clip.h"
 
 #include <utility>
 
@@ -30,14 +31,15 @@ public:
                 continue;
             }
             visits_.back().next = document_.previousSibling(art);
+            if (art == visits_.back().clip) {
+                continue;
+            }
             switch (svgObject(document_, art)) {
             case SvgObject::group:
                 enter(art);
                 break;
             case SvgObject::shape:
-                if (art != visits_.back().clip) {
-                    addPainted(art, paintedExtent);
-                }
+                addPainted(art, paintedExtent);
                 break;
             case SvgObject::text:
                 addText();
@@ -110,7 +112,9 @@ Art clipOf(const Document& document, Art group) {
         return Art::null;
     }
     const Art first = document.firstChild(group);
-    return first != Art::null && isShape(document, first) ? first : Art::null;
+    const bool clips =
+        first != Art::null && (isShape(document, first) || isTextClip(document, first));
+    return clips ? first : Art::null;
 }
 
 std::vector<GroupSurvey> surveyGroups(const Document& document, Art top) {

@@ -10,7 +10,7 @@
 
 namespace corvane {
 
-/// The shape that clips a group: its first child where the group is clipped, or null.
+/// What clips a group: its first child where the group is clipped, a shape or text; or null.
 Art clipOf(const Document&, Art group);
 
 struct GroupSurvey {

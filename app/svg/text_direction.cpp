@@ -1,6 +1,6 @@
 #include "app/svg/text_direction.h"
 
-#include "app/artwork/characters.h"
+#include "app/artwork/text/characters.h"
 
 #include <algorithm>
 

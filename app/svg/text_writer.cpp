@@ -19,6 +19,7 @@ namespace {
 
 /// What ids of paths of letters begin with; their numbers are those of the first runs.
 constexpr std::string_view curveIdPrefix = "curve";
+constexpr std::string_view clipCurveIdPrefix = "clipcurve";
 
 /// Which attributes all runs of a text have in common.
 struct Shared {
@@ -127,7 +128,7 @@ void TextWriter::findShared() {
 }
 
 void TextWriter::writeCurveName() {
-    out_.text(curveIdPrefix);
+    out_.text(place_.isClip ? clipCurveIdPrefix : curveIdPrefix);
     out_.number(std::int64_t{place_.number} << 16);
     if (place_.content != 0) {
         out_.text("f");
@@ -242,7 +243,7 @@ void TextWriter::writeAttributes(const TextRun& run, Shared which) {
     if (which.spacing && run.spacing != 0) {
         writeNumberAttribute(out_, "letter-spacing", run.spacing);
     }
-    if (which.style) {
+    if (which.style && !place_.isClip) {
         writePaintedStyle(out_, run.style, servers_, stretch_);
         writePaintOpacities(out_, run.style, run.fillOpacity, run.strokeOpacity);
     }
@@ -250,8 +251,10 @@ void TextWriter::writeAttributes(const TextRun& run, Shared which) {
 
 /// What each run has for itself, and where its baseline and its first letter are moved to.
 void TextWriter::writeOwn(const TextRun& run, std::uint32_t number) {
-    writeShapeId(out_, place_.content, number);
-    if (run.source.end != 0) {
+    if (!place_.isClip) {
+        writeShapeId(out_, place_.content, number);
+    }
+    if (run.source.end != 0 && !place_.isClip) {
         writeArtSource(out_, "data-source", run.source, place_.base);
     }
     if (line_.isVertical) {

@@ -21,6 +21,7 @@ struct TextPlace {
     std::uint32_t number = 1;           ///< of the first run, among all shapes of that content
     std::string clip;                   ///< reference to what clips the element; empty: nothing
     bool hidden = false;                ///< nothing is to be seen of it
+    bool isClip = false;                ///< within a `clipPath`: it is no object, and not painted
     Appearance appearance = {};         ///< without a mask
     LetterAdvances* advances = nullptr; ///< each letter gets its place; null: they follow
 };

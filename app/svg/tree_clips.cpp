@@ -4,6 +4,8 @@
 #include "app/svg/markup.h"
 #include "app/svg/style.h"
 #include "app/svg/subpaths.h"
+#include "app/svg/text_clip.h"
+#include "app/svg/text_writer.h"
 
 namespace corvane {
 
@@ -14,6 +16,9 @@ TreeWriter::ClipEffect TreeWriter::clipEffect(Art clip, const GroupSurvey& surve
     }
     if (survey.clip.blank) {
         return ClipEffect::hides;
+    }
+    if (isTextClip(document_, clip)) {
+        return ClipEffect::cuts;
     }
     const PathStyle& style = document_.style(leadingPath(document_, clip));
     const bool kept = style.fillPaint != 0 || style.strokePaint != 0 || style.note != Note::null;
@@ -31,15 +36,38 @@ void TreeWriter::startClip(std::uint32_t number, std::uint32_t within, int depth
     if (within != 0) {
         writeReference(within);
     }
-    out_.text("><path");
+}
+
+/// Letters have neither ids nor sources of their own: they are no objects.
+void TreeWriter::writeTextClip(Art clip, int depth) {
+    writeSource("data-source", clip);
+    out_.text(">");
+    forEachClipText(document_, clip, [&](Art text) {
+        writeIndent(out_, depth + 1);
+        writeText(out_, servers_, text,
+                  {.corner = corner_,
+                   .base = base_,
+                   .number = ++numbers_.clipTexts,
+                   .clip = {},
+                   .isClip = true,
+                   .advances = numbers_.advances});
+    });
+    writeIndent(out_, depth);
 }
 
 std::uint32_t TreeWriter::writeClip(Art clip, std::uint32_t within, int depth) {
     const std::uint32_t number = ++numbers_.clips;
+    if (isTextClip(document_, clip)) {
+        startClip(number, within, depth);
+        writeTextClip(clip, depth);
+        out_.text("</clipPath>");
+        return number;
+    }
     const Art leading = leadingPath(document_, clip);
     const PathStyle style = leading == Art::null ? PathStyle{} : document_.style(leading);
     writeServers(style, depth);
     startClip(number, within, depth);
+    out_.text("><path");
     writeSource("data-source", clip);
     writeClipStyle(out_, style, servers_);
     writeData(clip);
@@ -52,7 +80,7 @@ std::uint32_t TreeWriter::writeRectangleClip(const Extent& rectangle, std::uint3
                                              int depth) {
     const std::uint32_t number = ++numbers_.clips;
     startClip(number, within, depth);
-    out_.text(" d=\"");
+    out_.text("><path d=\"");
     writeRectangleData(out_, rectangle, corner_);
     out_.text("\"/></clipPath>");
     return number;

@@ -57,8 +57,8 @@ bool TreeWriter::writeStructure(Art group) {
         writeFormFacts(out_, *form);
     }
     const ContentLayer layer = document_.groupLayer(group);
-    if (layer == ContentLayer::null) {
-        return true;
+    if (layer == ContentLayer::null || levels_.empty()) {
+        return true; // a layer of the artwork says the rest itself
     }
     const ContentLayerFacts facts = document_.contentLayers().facts(layer);
     const bool isTop = levels_.size() == 1 && levels_.front().content >= 0;
@@ -114,6 +114,9 @@ void TreeWriter::writeLevels() {
             continue;
         }
         levels_.back().next = document_.previousSibling(art);
+        if (art == levels_.back().clip) {
+            continue;
+        }
         switch (svgObject(document_, art)) {
         case SvgObject::group:
             if (survey_[group_].drawn) {
@@ -123,9 +126,7 @@ void TreeWriter::writeLevels() {
             }
             break;
         case SvgObject::shape:
-            if (art != levels_.back().clip) {
-                writeShape(art);
-            }
+            writeShape(art);
             break;
         case SvgObject::text:
             writeLine(art);

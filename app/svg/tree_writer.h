@@ -28,6 +28,7 @@ struct SvgNumbers {
     /// By the content that paints them: 0, the page's, or a form's.
     std::unordered_map<std::int32_t, std::uint32_t> shapes;
     std::uint32_t clips = 0;
+    std::uint32_t clipTexts = 0; ///< lines that clip
     MaskNames masks;
     LetterAdvances* advances = nullptr; ///< where letters get places of their own
 };
@@ -91,6 +92,7 @@ private:
     ClipEffect clipEffect(Art clip, const GroupSurvey&, const Extent& visible) const;
     std::uint32_t writeClip(Art clip, std::uint32_t within, int depth);
     std::uint32_t writeRectangleClip(const Extent&, std::uint32_t within, int depth);
+    void writeTextClip(Art clip, int depth);
     void startClip(std::uint32_t number, std::uint32_t within, int depth);
     void extendChain(ClipChain&, Art clip, const ClipShape&, int depth);
     static std::string referenceTo(std::uint32_t clip);

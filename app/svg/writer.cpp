@@ -1,5 +1,6 @@
 #include "app/svg/writer.h"
 
+#include "app/svg/blending.h"
 #include "app/svg/font_rules.h"
 #include "app/svg/root.h"
 #include "app/svg/tree_writer.h"
@@ -9,7 +10,8 @@ namespace corvane {
 std::error_code writeSvg(const Document& document, const Provenance& provenance, ByteSink& sink,
                          const SvgOptions& options) {
     TextOutput out(sink);
-    writeRootStart(out, document.page(), provenance, document.images().size() != 0);
+    writeRootStart(out, document.page(), provenance,
+                   {.namesFiles = document.images().size() != 0, .blends = blends(document)});
     if (options.fonts == EmbeddedFonts::all) {
         writeFontRules(out, document.fonts());
     }

@@ -14,6 +14,16 @@ namespace corvane {
 
 namespace {
 
+/// Memory that all profiles of a file may take: those of ten presses, with their transforms.
+constexpr std::int64_t sharedMemory = 2 * budget::profileMemory;
+
+/// What one profile takes, and all.
+struct MemoryCount {
+    std::int64_t own = 0;
+    IccMemory all;
+    ~MemoryCount() { *all -= own; } // what the library took or gave back without an owner
+};
+
 /// Memory of one profile, each block behind its length. Its procedures are called by C code: they
 /// answer null, and raise nothing. The library asks without an owner while it makes its context.
 class ProfileMemory {
@@ -50,14 +60,16 @@ private:
     static bool count(cmsContext context, std::int64_t bytes) {
         auto* const used = context == nullptr
                                ? nullptr
-                               : static_cast<std::int64_t*>(cmsGetContextUserData(context));
+                               : static_cast<MemoryCount*>(cmsGetContextUserData(context));
         if (used == nullptr) {
             return true;
         }
-        if (bytes > 0 && *used + bytes > budget::profileMemory) {
+        if (bytes > 0 &&
+            (used->own + bytes > budget::profileMemory || *used->all + bytes > sharedMemory)) {
             return false;
         }
-        *used += bytes;
+        used->own += bytes;
+        *used->all += bytes;
         return true;
     }
     static void* startOf(void* block) { return static_cast<std::byte*>(block) - header; }
@@ -98,6 +110,15 @@ cmsColorSpaceSignature signatureOf(std::size_t components) {
     return components == 1 ? cmsSigGrayData : components == 3 ? cmsSigRgbData : cmsSigCmykData;
 }
 
+/// Of a profile, as its header says; the library keeps a copy of what lies behind it, too.
+std::size_t statedLength(std::span<const std::byte> bytes) {
+    std::size_t length = 0;
+    for (const std::byte byte : bytes.first(std::min<std::size_t>(bytes.size(), 4))) {
+        length = length << 8 | std::to_integer<std::size_t>(byte);
+    }
+    return length;
+}
+
 /// Kinds that describe colours, with transforms of a fixed number of steps: those of free form can
 /// be made to take any time.
 bool isUsable(cmsHPROFILE profile, std::size_t components) {
@@ -113,13 +134,14 @@ bool isUsable(cmsHPROFILE profile, std::size_t components) {
 
 /// The library's records, in the order in which they depend on one another.
 struct IccProfile::Engine {
-    explicit Engine(std::size_t count) : components(count) {
-        cmsPluginMemHandler memory{};
-        memory.base = {cmsPluginMagicNumber, 2000, cmsPluginMemHandlerSig, nullptr};
-        memory.MallocPtr = ProfileMemory::allocate;
-        memory.FreePtr = ProfileMemory::release;
-        memory.ReallocPtr = ProfileMemory::reallocate;
-        context.reset(cmsCreateContext(&memory, &used));
+    Engine(std::size_t count, IccMemory memory)
+        : used{.own = 0, .all = std::move(memory)}, components(count) {
+        cmsPluginMemHandler handler{};
+        handler.base = {cmsPluginMagicNumber, 2000, cmsPluginMemHandlerSig, nullptr};
+        handler.MallocPtr = ProfileMemory::allocate;
+        handler.FreePtr = ProfileMemory::release;
+        handler.ReallocPtr = ProfileMemory::reallocate;
+        context.reset(cmsCreateContext(&handler, &used));
     }
 
     Transform transform(cmsUInt32Number sampleBytes, cmsUInt32Number flags) const {
@@ -133,10 +155,10 @@ struct IccProfile::Engine {
             flags | cmsFLAGS_BLACKPOINTCOMPENSATION));
     }
 
-    std::int64_t used = 0; ///< bytes of memory
+    MemoryCount used; ///< bytes
     std::size_t components;
     Context context;
-    Profile profile;
+    Profile profile;   ///< null: all transforms are made
     Transform colours; ///< of 16 bits, exact
     Transform rows;    ///< of 8 bits, through tables; made when it is needed
     bool hasRows = false;
@@ -157,28 +179,29 @@ std::shared_ptr<const IccProfile> IccProfile::made(std::unique_ptr<Engine> engin
 }
 
 std::shared_ptr<const IccProfile> IccProfile::read(std::span<const std::byte> bytes,
-                                                   std::size_t components) {
+                                                   std::size_t components, IccMemory memory) {
     if ((components != 1 && components != 3 && components != 4) ||
         bytes.size() > budget::profileBytes) {
         return nullptr;
     }
-    auto engine = std::make_unique<Engine>(components);
+    auto engine = std::make_unique<Engine>(components, std::move(memory));
     if (engine->context == nullptr) {
         return nullptr;
     }
+    const std::size_t length = std::min(bytes.size(), statedLength(bytes));
     engine->profile.reset(cmsOpenProfileFromMemTHR(engine->context.get(), bytes.data(),
-                                                   static_cast<cmsUInt32Number>(bytes.size())));
+                                                   static_cast<cmsUInt32Number>(length)));
     return made(std::move(engine));
 }
 
 std::shared_ptr<const IccProfile> IccProfile::calibrated(const Calibration& calibration,
-                                                         std::size_t components) {
+                                                         std::size_t components, IccMemory memory) {
     const auto& [white, gamma, matrix] = calibration;
     if ((components != 1 && components != 3) || !(white[0] > 0) || !(white[1] > 0) ||
         !(white[2] > 0)) {
         return nullptr;
     }
-    auto engine = std::make_unique<Engine>(components);
+    auto engine = std::make_unique<Engine>(components, std::move(memory));
     if (engine->context == nullptr) {
         return nullptr;
     }
@@ -252,6 +275,7 @@ std::array<double, 3> IccProfile::colour(std::span<const double> components) con
 bool IccProfile::convert(std::span<const std::uint8_t> from, std::span<std::uint8_t> rgb) const {
     if (!std::exchange(engine_->hasRows, true)) {
         engine_->rows = engine_->transform(1, 0);
+        engine_->profile.reset();
     }
     if (engine_->rows == nullptr) {
         return false;

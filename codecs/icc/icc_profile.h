@@ -18,15 +18,19 @@ struct Calibration {
     std::array<double, 9> matrix{};       ///< X, Y, Z of red, then of green and blue
 };
 
+/// Memory that the profiles of a file take together, in bytes.
+using IccMemory = std::shared_ptr<std::int64_t>;
+
 class IccProfile {
 public:
     /// A profile of 1, 3 or 4 components: gray, RGB or CMYK. Null where it is of another kind, is
-    /// damaged or takes more memory than `budget::profileMemory`.
+    /// damaged, or it takes more memory than `budget::profileMemory`, or all more than there is for
+    /// them.
     static std::shared_ptr<const IccProfile> read(std::span<const std::byte> bytes,
-                                                  std::size_t components);
+                                                  std::size_t components, IccMemory memory);
     /// The same of calibrated gray or RGB.
     static std::shared_ptr<const IccProfile> calibrated(const Calibration& calibration,
-                                                        std::size_t components);
+                                                        std::size_t components, IccMemory memory);
     ~IccProfile();
     IccProfile(const IccProfile&) = delete;
     IccProfile& operator=(const IccProfile&) = delete;

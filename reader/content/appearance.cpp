@@ -7,7 +7,6 @@
 #include "runtime/rules.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <optional>
 #include <string_view>
@@ -15,12 +14,6 @@
 namespace corvane {
 
 namespace {
-
-/// In the order of `BlendMode`.
-constexpr std::array<std::string_view, 16> blendNames{
-    "Normal",     "Multiply",   "Screen",    "Overlay",   "Darken",     "Lighten",
-    "ColorDodge", "ColorBurn",  "HardLight", "SoftLight", "Difference", "Exclusion",
-    "Hue",        "Saturation", "Color",     "Luminosity"};
 
 std::optional<BlendMode> blendModeOf(const Object& name) {
     if (typeObject(name) != ObjectType::literal) {
@@ -102,14 +95,18 @@ void tellAppearance(Interpreter& interpreter, Art art, PaintsUsed paints) {
         appearance.fillOpacity = paints.fills ? state.fillOpacity : 1;
         appearance.strokeOpacity = paints.strokes ? state.strokeOpacity : 1;
     }
-    tellGroupAppearance(interpreter, art, appearance);
+    tellAppearanceAsOne(interpreter, art, appearance);
 }
 
-void tellGroupAppearance(Interpreter& interpreter, Art group, const Appearance& appearance) {
+Appearance appearanceAsOne(const Transparency& state) {
+    return {.opacity = state.fillOpacity, .blend = state.blend, .mask = state.mask};
+}
+
+void tellAppearanceAsOne(Interpreter& interpreter, Art art, const Appearance& appearance) {
     if (appearance == Appearance()) {
         return;
     }
-    callHost(slot::setAppearance, group, &appearance);
+    callHost(slot::setAppearance, art, &appearance);
     interpreter.blended += appearance.blend != BlendMode::normal ? 1 : 0;
 }
 

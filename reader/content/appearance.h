@@ -7,9 +7,19 @@
 #include "host/artwork.h"
 #include "objects/object.h"
 
+#include <array>
+#include <string_view>
+
 namespace corvane {
 
 struct Interpreter;
+struct Transparency;
+
+/// The names of the PDF Reference, in the order of `BlendMode`.
+inline constexpr std::array<std::string_view, 16> blendNames{
+    "Normal",     "Multiply",   "Screen",    "Overlay",   "Darken",     "Lighten",
+    "ColorDodge", "ColorBurn",  "HardLight", "SoftLight", "Difference", "Exclusion",
+    "Hue",        "Saturation", "Color",     "Luminosity"};
 
 /// Whether the host has art that is laid over other art otherwise than by covering it.
 bool hostHoldsAppearance();
@@ -26,7 +36,10 @@ struct PaintsUsed {
 
 /// Tells the host of art that was painted in the state in force.
 void tellAppearance(Interpreter& interpreter, Art art, PaintsUsed paints);
-/// The same of a group that is laid over what is behind it as one thing.
-void tellGroupAppearance(Interpreter& interpreter, Art group, const Appearance& appearance);
+/// How art that is laid over what is behind it as one thing (an image, a group) is, in that state.
+Appearance appearanceAsOne(const Transparency& state);
+
+/// The same of art that is laid over what is behind it as one thing.
+void tellAppearanceAsOne(Interpreter& interpreter, Art art, const Appearance& appearance);
 
 } // namespace corvane

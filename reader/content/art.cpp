@@ -22,6 +22,19 @@ ArtKind artKind(Art art) {
     return kind;
 }
 
+bool isTextClip(Art clip) {
+    const ArtKind kind = artKind(clip);
+    if (kind != ArtKind::group) {
+        return kind == ArtKind::text;
+    }
+    Art text = firstChild(clip);
+    bool isText = text != Art::null;
+    for (; isText && text != Art::null; text = nextSibling(text)) {
+        isText = artKind(text) == ArtKind::text;
+    }
+    return isText;
+}
+
 Art newArt(ArtKind kind, Placement placement, Art reference) {
     Art made = Art::null;
     callHost(slot::newArt, kind, placement, reference, &made);

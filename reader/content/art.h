@@ -11,6 +11,8 @@ namespace corvane {
 Art firstChild(Art art);
 Art nextSibling(Art art);
 ArtKind artKind(Art art);
+/// Whether what clips a group is text: a text object, or a group of nothing but text objects.
+bool isTextClip(Art clip);
 /// Never null.
 Art newArt(ArtKind kind, Placement placement, Art reference);
 

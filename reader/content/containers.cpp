@@ -18,6 +18,33 @@ struct Place {
     Art reference = Art::null;
 };
 
+/// Tokens that a group or clip counts as which goes on behind marked content, and those that it
+/// takes to copy a clip, beside one for each segment.
+constexpr std::int64_t entryTokens = 50;
+constexpr std::int64_t copyTokens = 300;
+
+/// Of a path, or of what a clip of several paths holds.
+std::int64_t segmentsOf(Art art) {
+    if (artKind(art) == ArtKind::path) {
+        std::int32_t count = 0;
+        callHost(slot::getPathSegmentCount, art, &count);
+        return count;
+    }
+    std::int64_t count = 0;
+    for (Art child = firstChild(art); child != Art::null; child = nextSibling(child)) {
+        count += copyTokens + segmentsOf(child);
+    }
+    return count;
+}
+
+/// Whether a group holds nothing but its clip.
+bool isBare(Art group) {
+    const Art first = firstChild(group);
+    std::uint8_t clipped = 0;
+    callHost(slot::getGroupClipped, group, &clipped);
+    return first == Art::null || (clipped != 0 && nextSibling(first) == Art::null);
+}
+
 /// Where new art goes in a container: the rule for clipped groups.
 Place placeIn(Art container) {
     std::uint8_t clipped = 0;
@@ -237,22 +264,23 @@ void Containers::beginMark(ContentLayer layer) {
     }
 }
 
-void Containers::endMark() {
+std::int64_t Containers::endMark() {
     if (marks_.empty() || --marks_.back().times > 0) {
-        return;
+        return 0;
     }
     const std::size_t mark = marks_.size();
     const ContentLayer layer = marks_.back().layer;
     marks_.pop_back();
     if (layer == ContentLayer::null) {
-        return;
+        return 0;
     }
     for (layered_ = marks_.size();
          layered_ > 0 && marks_[layered_ - 1].layer == ContentLayer::null;) {
         --layered_;
     }
-    leaveMark(mark);
+    const std::int64_t work = leaveMark(mark);
     formerLayer_ = layer;
+    return work;
 }
 
 /// How many of the last entries, each within the one before, hold nothing but clips and the next.
@@ -274,20 +302,21 @@ std::ptrdiff_t Containers::bareAtEnd(const std::vector<Entry>& entries) {
 
 /// What is drawn from here on is no longer in the group of that mark. Clips and groups that began
 /// within it and go on are opened again in front of it, or moved there where they are still empty.
-void Containers::leaveMark(std::size_t mark) {
+std::int64_t Containers::leaveMark(std::size_t mark) {
     formerMark_ = Art::null;
     const auto at = std::ranges::find(entries_, mark, &Entry::mark);
     if (at == entries_.end()) {
-        return;
+        return 0;
     }
     const std::vector<Entry> within(at + 1, entries_.end());
     const Entry own = *at;
     entries_.erase(at, entries_.end());
     entries_.back().height = std::max(entries_.back().height, own.height + 1);
     const auto bare = within.end() - bareAtEnd(within);
+    std::int64_t work = entryTokens * std::ssize(within);
     for (auto entry = within.begin(); entry != bare; ++entry) {
         if (entry->group == Art::null) {
-            reopenClip(*entry);
+            work += reopenClip(*entry);
         }
     }
     if (bare != within.end()) {
@@ -308,34 +337,69 @@ void Containers::leaveMark(std::size_t mark) {
         sole_ = left;
         soleHeight_ = own.height + 1;
     }
+    return work;
 }
 
-/// A clip in force, around what comes: a group of its own with a copy of the clip.
-void Containers::reopenClip(const Entry& entry) {
+/// A clip in force, around what comes: a group of its own with a copy of the clip. The work of it.
+std::int64_t Containers::reopenClip(const Entry& entry) {
     checkNesting();
     Art clip = Art::null;
     const Art group = makeArt(ArtKind::group, entries_.back().container);
     const Art former = firstChild(entry.container);
     if (former == Art::null) {
         callHost(slot::disposeArt, group);
-        return;
+        return 0;
     }
     callHost(slot::duplicateArt, former, Placement::inside, group, &clip);
     callHost(slot::setGroupClipped, group, std::uint8_t{1});
     entries_.push_back({.depth = entry.depth, .container = group});
+    return copyTokens + segmentsOf(clip);
 }
 
 void Containers::bringAlong(Art art, Art holder) {
-    const bool isOpen = std::any_of(entries_.rbegin(), entries_.rend(),
-                                    [&](const Entry& entry) { return entry.container == holder; });
-    if (!isOpen) {
-        const Place place = placeIn(container());
-        callHost(slot::reorderArt, art, place.placement, place.reference);
+    if (isOpen(holder)) {
+        return;
+    }
+    const Place place = placeIn(container());
+    callHost(slot::reorderArt, art, place.placement, place.reference);
+    if (holder != Art::null && isBare(holder)) {
+        callHost(slot::disposeArt, holder);
+        formerMark_ = holder == formerMark_ ? Art::null : formerMark_;
     }
 }
 
+bool Containers::isOpen(Art container) const {
+    return std::any_of(entries_.rbegin(), entries_.rend(),
+                       [&](const Entry& entry) { return entry.container == container; });
+}
+
+void Containers::dropBare() {
+    std::vector<Art> groups{layer()};
+    for (std::size_t at = 0; at < groups.size(); ++at) {
+        for (Art art = firstChild(groups[at]); art != Art::null; art = nextSibling(art)) {
+            if (artKind(art) == ArtKind::group) {
+                groups.push_back(art);
+            }
+        }
+    }
+    // Inner ones first, but for the layer's.
+    for (; groups.size() > 1; groups.pop_back()) {
+        const Art group = groups.back();
+        if (isOpen(group) || !isBare(group)) {
+            continue;
+        }
+        callHost(slot::disposeArt, group);
+        soleDepth_ = group == sole_ ? -1 : soleDepth_;
+        formerMark_ = group == formerMark_ ? Art::null : formerMark_;
+    }
+}
+
+bool Containers::isFull() const {
+    return nesting() >= budget::artNesting - 8;
+}
+
 void Containers::checkNesting() const {
-    if (nesting() >= budget::artNesting - 8) {
+    if (isFull()) {
         failException(Exception::structure);
     }
 }

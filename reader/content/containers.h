@@ -31,8 +31,13 @@ public:
     void abandon() noexcept;
     /// Marked content begins: what is drawn until its end shows with that layer. Null: always.
     void beginMark(ContentLayer layer);
-    /// The innermost marked content of this content ends, if any is open.
-    void endMark();
+    /// The innermost marked content of this content ends, if any is open. The work of it, in
+    /// tokens: clips that go on are made again.
+    std::int64_t endMark();
+    /// The layer of the innermost marked content that is open; null: none, or it has none.
+    ContentLayer markedLayer() const {
+        return marks_.empty() ? ContentLayer::null : marks_.back().layer;
+    }
 
     /// Ends the clips that no `q` bounds, at the end of the page; no level is open.
     void finish();
@@ -46,6 +51,13 @@ public:
     void bringAlong(Art art, Art holder);
     /// The innermost clip in force; null: none that was made since `open`.
     Art clip() const;
+    /// Disposes of groups that were closed and hold nothing, or a clip alone: what they held was
+    /// disposed of since.
+    void dropBare();
+    /// Whether no clip, and no form, may go into the container: one more could not be held.
+    bool isFull() const;
+    /// Whether new art may still go into it, or into what it holds.
+    bool isOpen(Art container) const;
     /// Makes `group`, which stands in the container and is to be clipped, the container until `Q`.
     void enter(Art group);
 
@@ -77,8 +89,8 @@ private:
     void checkNesting() const;
     void makeMarks();
     Art markGroup(ContentLayer layer);
-    void leaveMark(std::size_t mark);
-    void reopenClip(const Entry& entry);
+    std::int64_t leaveMark(std::size_t mark);
+    std::int64_t reopenClip(const Entry& entry);
     static std::ptrdiff_t bareAtEnd(const std::vector<Entry>& entries);
     Art closeMark(Art group);
     std::size_t marksMade() const;

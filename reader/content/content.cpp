@@ -111,7 +111,7 @@ private:
             keyword->handler(interpreter_);
         }
         if (paintsOther(keyword->role)) {
-            level_.text.line = OpenLine();
+            level_.text.line.isOpen = false;
         }
         if (level_.trace != nullptr) {
             level_.trace->note(interpreter_, keyword->role);

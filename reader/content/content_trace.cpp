@@ -4,7 +4,6 @@
 #include "reader/content/art.h"
 #include "reader/content/interpreter.h"
 #include "reader/form/form_trace.h"
-#include "reader/text/render_mode.h"
 
 #include <algorithm>
 #include <utility>
@@ -162,8 +161,7 @@ void ContentTrace::applyShow(const Interpreter& interpreter, TraceEvent& event) 
     const TextState& text = interpreter.state.text;
     const ShownText& shown = interpreter.level.shown;
     if (behind_.isInText) {
-        textPlaces_[behind_.text].addsToClip =
-            textPlaces_[behind_.text].addsToClip || clips(text.renderMode);
+        textPlaces_[behind_.text].addsToClip = interpreter.level.text.clip.clips;
         addTextPlace(interpreter);
     }
     if (shown.parts.empty()) {
@@ -205,7 +203,12 @@ void ContentTrace::applyObject(const Interpreter& interpreter, TraceEvent& event
     }
     if (event.art != Art::null) {
         const bool isForm = form != nullptr;
-        painted_.push({.event = next(), .art = event.art, .isImage = !isForm, .isForm = isForm});
+        const bool isStencil = !isForm && artKind(event.art) == ArtKind::path;
+        painted_.push({.event = next(),
+                       .art = event.art,
+                       .isImage = !isForm && !isStencil,
+                       .isForm = isForm,
+                       .isStencil = isStencil});
         markClips(&ClipLink::holds);
     }
 }
@@ -260,16 +263,18 @@ void ContentTrace::apply(const Interpreter& interpreter, TraceEvent& event) {
         isInData_ = false;
         return applyObject(interpreter, event);
     case OperatorRole::beginText:
+        // A text object that did not end goes on to add to the clip.
+        textPlaces_.push({.begin = next(), .addsToClip = interpreter.level.text.clip.clips});
         behind_.isInText = true;
-        textPlaces_.push({.begin = next()});
         behind_.text = static_cast<TraceIndex>(textPlaces_.size() - 1);
         return;
     case OperatorRole::endText:
         behind_.isInText = false;
-        if (textPlaces_[behind_.text].addsToClip) {
-            addClip(Art::null);
-        }
         behind_.text = 0;
+        if (interpreter.level.endedText.clips) {
+            event.clip = interpreter.level.endedText.clip;
+            addClip(event.clip);
+        }
         return;
     case OperatorRole::font:
         behind_.font = next() + 1;
@@ -278,10 +283,13 @@ void ContentTrace::apply(const Interpreter& interpreter, TraceEvent& event) {
         return addTextPlace(interpreter);
     case OperatorRole::beginMarked: {
         const auto link = static_cast<TraceIndex>(marks_.size());
-        marks_.push({.outer = behind_.mark,
-                     .event = next(),
-                     .isOptional = isOptionalContent(event.role),
-                     .depth = marks_[behind_.mark].depth + 1});
+        const bool isOptional = isOptionalContent(event.role);
+        marks_.push(
+            {.outer = behind_.mark,
+             .event = next(),
+             .isOptional = isOptional,
+             .layer = isOptional ? interpreter.containers.markedLayer() : ContentLayer::null,
+             .depth = marks_[behind_.mark].depth + 1});
         behind_.mark = link;
         return;
     }

@@ -8,6 +8,7 @@
 
 #include "host/artwork.h"
 #include "host/matrix.h"
+#include "host/structure.h"
 #include "reader/content/content_keywords.h"
 #include "reader/text/text_object.h"
 #include "runtime/charged_list.h"
@@ -89,6 +90,7 @@ struct PaintedArt {
     bool isImage = false;
     bool isForm = false;    ///< the art is the group of a form
     bool isShading = false; ///< a path over the area of a clip, or an image of it
+    bool isStencil = false; ///< a path under a mask of an image
 };
 
 /// A link of the clips in force.
@@ -106,7 +108,8 @@ struct MarkLink {
     TraceIndex outer = 0;
     TraceIndex event = 0;
     bool isOptional = false; ///< content of a layer of the file, which may be hidden
-    std::uint32_t depth = 0; ///< 1 for the outermost
+    ContentLayer layer = ContentLayer::null; ///< that layer; null: the host does not know it
+    std::uint32_t depth = 0;                 ///< 1 for the outermost
 };
 
 /// A link of the operators that set the state.
@@ -152,6 +155,7 @@ public:
     const SetterLink& setter(TraceIndex link) const { return setters_.items()[link]; }
     const RealMatrix& matrix(TraceIndex index) const { return matrices_.items()[index]; }
     std::size_t clipCount() const { return clips_.size(); }
+    std::size_t markCount() const { return marks_.size(); }
     /// The forms that were drawn, in their order.
     std::span<const std::unique_ptr<FormTrace>> forms() const { return forms_; }
     /// The one that an event drew; null: none.

@@ -59,8 +59,7 @@ void runPage(Interpreter& interpreter, std::span<const ObjectOwner> streams) {
         total += streamLength(stream.get());
     }
     interpreter.progress.begin(total);
-    retainObject(interpreter.cache.resources.get());
-    ContentScope page(interpreter, ObjectOwner(interpreter.cache.resources.get()));
+    ContentScope page(interpreter, sharedObject(interpreter.cache.resources.get()));
     interpreter.level.tellsSources = tellsSources();
     interpreter.readsForms = hostHoldsForms();
     interpreter.level.area = turnedBox(pageMatrix(interpreter.cache), cropCache(interpreter.cache));

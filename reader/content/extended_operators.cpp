@@ -22,6 +22,13 @@ void hidePaint(Interpreter& interpreter, Paint& paint, Omission why) {
     interpreter.omissions.note(why);
 }
 
+/// Computed as a part of the page's work: a space may compute its colours in many steps.
+Colour computed(Interpreter& interpreter, const ColourSpace& space,
+                std::span<const double> components) {
+    interpreter.progress.work(costOf(space));
+    return colourIn(space, components);
+}
+
 void selectSpace(Interpreter& interpreter, Paint& paint, Colour& colour) {
     const ObjectOwner name = popLiteral();
     // Hidden until the space is found: what it was before is not what the page asks for.
@@ -34,6 +41,7 @@ void selectSpace(Interpreter& interpreter, Paint& paint, Colour& colour) {
     }
     noteSpaceLosses(interpreter, *paint.space);
     if (paint.space->kind != ColourSpace::Kind::pattern) {
+        interpreter.progress.work(costOf(*paint.space));
         colour = initialColour(*paint.space);
     }
 }
@@ -60,8 +68,9 @@ void selectPattern(Interpreter& interpreter, Paint& paint, Colour& colour, bool 
     if (isNamed && interpreter.readsPatterns) {
         const ObjectOwner name = popLiteral();
         const ColourSpace* const under = paint.space ? paint.space->base.get() : nullptr;
-        const Colour own =
-            under == nullptr ? Colour() : colourIn(*under, popComponents(under->components));
+        const Colour own = under == nullptr
+                               ? Colour()
+                               : computed(interpreter, *under, popComponents(under->components));
         pattern = interpreter.patterns.find(interpreter, literalObject(name.get()), own);
     }
     if (!pattern) {
@@ -85,7 +94,8 @@ void selectColour(Interpreter& interpreter, Paint& paint, Colour& colour) {
     constexpr std::int32_t deviceComponents = 4;
     const std::vector<double> components =
         popComponents(paint.space ? paint.space->components : deviceComponents);
-    colour = paint.space ? colourIn(*paint.space, components) : deviceColour(components);
+    colour =
+        paint.space ? computed(interpreter, *paint.space, components) : deviceColour(components);
 }
 
 /// Runs an operator with the value of an entry as its operand, where the dictionary has one.

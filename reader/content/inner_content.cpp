@@ -10,14 +10,7 @@
 
 namespace corvane {
 
-namespace {
-
-ObjectOwner shared(const Object& object) {
-    retainObject(object);
-    return ObjectOwner(object);
-}
-
-} // namespace
+namespace {} // namespace
 
 bool InnerContent::mayEnter(const Interpreter& interpreter, std::int32_t object) {
     const std::vector<std::int32_t>& open = interpreter.openContents;
@@ -45,12 +38,12 @@ InnerContent::~InnerContent() {
 }
 
 InnerContent::Scope::Scope(Interpreter& interpreter, const Object& resources)
-    : ContentScope(interpreter, shared(typeObject(resources) == ObjectType::dictionary
-                                           ? resources
-                                           : interpreter.cache.resources.get())) {}
+    : ContentScope(interpreter, sharedObject(typeObject(resources) == ObjectType::dictionary
+                                                 ? resources
+                                                 : interpreter.cache.resources.get())) {}
 
 void InnerContent::runStream(const Object& stream) {
-    const ObjectOwner owner = shared(stream);
+    const ObjectOwner owner = sharedObject(stream);
     ContentTrace* const trace = interpreter_.level.trace;
     if (trace != nullptr) {
         trace->begin(interpreter_);

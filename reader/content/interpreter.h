@@ -70,6 +70,7 @@ struct ContentLevel {
     EndedPath ended;
     TextObject text;
     ShownText shown;
+    EndedText endedText;
     bool isGlyph = false;       ///< a glyph procedure
     bool ignoresColour = false; ///< of one that only says a shape (d1)
     bool setsFont = false;      ///< the latest `gs` set the font

@@ -47,7 +47,7 @@ void beginPropertiesOperator(Interpreter& interpreter) {
 }
 
 void endMarkOperator(Interpreter& interpreter) {
-    interpreter.containers.endMark();
+    interpreter.progress.charge(interpreter.containers.endMark());
 }
 
 } // namespace corvane

@@ -9,11 +9,19 @@
 
 namespace corvane {
 
-void ContentProgress::check(Filter& tokens) {
-    charge(0);
+namespace {
+
+void askHost() {
     if (callHost(slot::checkUserAbort)) {
         failException(Exception::cancelled);
     }
+}
+
+} // namespace
+
+void ContentProgress::check(Filter& tokens) {
+    charge(0);
+    askHost();
     const auto extension = knownExtension();
     if (extension && extension->progress != nullptr) {
         const std::int64_t position = done_ + markFilter(tokens) - start_;
@@ -31,6 +39,13 @@ void ContentProgress::charge(std::int64_t tokens) {
     if (tokenCount_ > budget::contentTokens) {
         failException(Exception::limit);
     }
+}
+
+void ContentProgress::chargeSteps() {
+    constexpr std::int64_t stepsPerToken = 20;
+    charge(steps_ / stepsPerToken);
+    steps_ %= stepsPerToken;
+    askHost();
 }
 
 void ContentProgress::fault(Filter& tokens) {

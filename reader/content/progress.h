@@ -31,6 +31,14 @@ public:
     bool hasRoom(std::int64_t bytes) const;
     /// Work that counts as much as so many tokens; raises `limit` past the budget.
     void charge(std::int64_t tokens);
+    /// Work in steps of a few nanoseconds, of which a token takes some. Every so often raises as
+    /// `charge` does, or `cancelled` where the host says that the person wants to stop.
+    void work(std::int64_t steps) {
+        steps_ += steps;
+        if (steps_ >= stepsPerCheck) {
+            chargeSteps();
+        }
+    }
 
     /// How far the page's content is. What runs in between, of a stream of its own, does not move
     /// it on.
@@ -51,7 +59,11 @@ private:
     /// Well under a tenth of a second of work.
     static constexpr std::int64_t tokensPerCheck = 16384;
 
+    /// About a hundredth of a second of work.
+    static constexpr std::int64_t stepsPerCheck = 1'000'000;
+
     void check(Filter& tokens);
+    void chargeSteps();
 
     std::int64_t total_ = 0;
     std::int64_t done_ = 0;
@@ -59,6 +71,7 @@ private:
     std::int64_t faults_ = 0;
     std::int64_t tokenCount_ = 0;
     std::int64_t sinceCheck_ = 0; ///< tokens
+    std::int64_t steps_ = 0;      ///< that were not charged yet
 };
 
 } // namespace corvane

@@ -22,13 +22,13 @@ namespace {
 constexpr std::size_t transferSteps = 256;
 
 /// The colour that lies behind the group, as its light (PDF Reference, 7.5.4).
-double backdropOf(DocumentCache& cache, const Object& dictionary, const Object& form) {
+double backdropOf(Interpreter& interpreter, const Object& dictionary, const Object& form) {
+    DocumentCache& cache = interpreter.cache;
     const ObjectOwner backdrop = lookupObject(cache, dictionary, "BC");
     if (typeObject(backdrop.get()) != ObjectType::array) {
         return 0;
     }
-    const std::vector<double> components =
-        numbersEntry(cache, dictionary, "BC", static_cast<std::size_t>(sizeObject(backdrop.get())));
+    const std::vector<double> components = numbersEntry(cache, dictionary, "BC", functionArity);
     ColourSpacePointer space;
     const ObjectOwner group = lookupObject(cache, form, "Group");
     if (typeObject(group.get()) == ObjectType::dictionary) {
@@ -43,21 +43,18 @@ double backdropOf(DocumentCache& cache, const Object& dictionary, const Object& 
                                                                  : "DeviceGray";
         space = namedColourSpace(device);
     }
+    interpreter.progress.work(costOf(*space));
     const SeenColour seen = seenColour(colourIn(*space, components));
     return (.3 * seen.red + .59 * seen.green + .11 * seen.blue) / 255;
 }
 
-/// Empty where values stay as they are.
-std::vector<double> transferOf(DocumentCache& cache, const Object& dictionary) {
-    const ObjectOwner object = lookupObject(cache, dictionary, "TR");
-    if (typeObject(object.get()) == ObjectType::null ||
-        typeObject(object.get()) == ObjectType::literal) {
-        return {};
-    }
-    const FunctionPointer function = readFunction(cache, object.get());
+/// What a function makes of values; empty where it leaves them as they are.
+std::vector<double> readTransfer(Interpreter& interpreter, const Object& object) {
+    const FunctionPointer function = readFunction(interpreter.cache, object);
     if (function == nullptr || function->inputs() != 1 || function->outputs() < 1) {
         return {};
     }
+    interpreter.progress.work(static_cast<std::int64_t>(transferSteps) * function->cost());
     std::vector<double> transfer(transferSteps);
     std::array<double, functionArity> out{};
     for (std::size_t i = 0; i < transferSteps; ++i) {
@@ -109,6 +106,26 @@ void drawGroup(Interpreter& interpreter, std::int32_t number, const Object& form
 
 } // namespace
 
+const std::vector<double>& SoftMasks::transferOf(Interpreter& interpreter,
+                                                 const Object& dictionary) {
+    DocumentCache& cache = interpreter.cache;
+    const Object entry = findEntry(cache, dictionary, "TR");
+    std::int32_t number = 0;
+    if (typeObject(entry) == ObjectType::reference) {
+        std::int32_t generation = 0;
+        referenceObject(entry, number, generation);
+    }
+    const auto [known, isNew] = transfers_.try_emplace(number);
+    if (isNew || number == 0) {
+        const ObjectOwner object = resolveObject(cache, entry);
+        const ObjectType type = typeObject(object.get());
+        const bool isFunction = type == ObjectType::dictionary || type == ObjectType::stream;
+        known->second =
+            isFunction ? readTransfer(interpreter, object.get()) : std::vector<double>();
+    }
+    return known->second;
+}
+
 SoftMask SoftMasks::find(Interpreter& interpreter, const Object& dictionary) {
     DocumentCache& cache = interpreter.cache;
     const Object entry = findEntry(cache, dictionary, "G");
@@ -129,9 +146,10 @@ SoftMask SoftMasks::find(Interpreter& interpreter, const Object& dictionary) {
     MaskFacts facts;
     facts.isLuminosity =
         typeObject(kind.get()) == ObjectType::literal && literalObject(kind.get()) == "Luminosity";
-    facts.backdrop =
-        facts.isLuminosity ? std::clamp(backdropOf(cache, dictionary, form.get()), 0.0, 1.0) : 0;
-    const std::vector<double> transfer = transferOf(cache, dictionary);
+    facts.backdrop = facts.isLuminosity
+                         ? std::clamp(backdropOf(interpreter, dictionary, form.get()), 0.0, 1.0)
+                         : 0;
+    const std::vector<double> transfer = transferOf(interpreter, dictionary);
     Key key{number,
             facts.isLuminosity,
             facts.backdrop,

@@ -229,8 +229,7 @@ StreamSection readStreamSection(DocumentCache& cache, std::int32_t offset) {
     const Object& dictionary = elementsObject(section)[0];
     refuseEncrypted(cache, dictionary);
     readEntries(cache, section);
-    retainObject(dictionary);
-    return {.trailer = ObjectOwner(dictionary), .end = behindStartxref(cache, found.end)};
+    return {.trailer = sharedObject(dictionary), .end = behindStartxref(cache, found.end)};
 }
 
 } // namespace corvane

@@ -1,11 +1,13 @@
 #include "reader/font/character_meaning.h"
 
+#include "fonts/text_order.h"
 #include "reader/font/characters.h"
 
 namespace corvane {
 
 void MeaningChoice::offer(const std::u32string& text) {
-    if (isOpen() && isText(text) && (!isBlankText(text) || isBlankGlyph_())) {
+    if (isOpen() && isText(text) && !runsBothWays(text) &&
+        (!isBlankText(text) || isBlankGlyph_())) {
         taken_ = text.substr(0, longestMeaning);
     }
 }

@@ -12,8 +12,8 @@ namespace corvane {
 /// ones are cut off: a small file must not become gigabytes of text.
 inline constexpr std::size_t longestMeaning = 16;
 
-/// Offered one source after the other, it takes the first that can be true: text, and blank only
-/// for a glyph that shows nothing.
+/// Offered one source after the other, it takes the first that can be true: text, blank only for a
+/// glyph that shows nothing, and running one way: no program joins the rest to one glyph.
 class MeaningChoice {
 public:
     explicit MeaningChoice(std::function<bool()> isBlankGlyph)

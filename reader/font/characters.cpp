@@ -1,5 +1,7 @@
 #include "reader/font/characters.h"
 
+#include "host/utf8.h"
+
 #include <algorithm>
 
 namespace corvane {
@@ -23,54 +25,12 @@ bool isBlank(char32_t character) {
            character == 0x2060 || character == 0x3000 || character == 0xFEFF;
 }
 
-void append(std::string& bytes, char32_t c) {
-    const auto put = [&](char32_t byte) { bytes.push_back(static_cast<char>(byte)); };
-    if (c < 0x80) {
-        put(c);
-    } else if (c < 0x800) {
-        put(0xC0 | c >> 6);
-        put(0x80 | (c & 0x3F));
-    } else if (c < 0x10000) {
-        put(0xE0 | c >> 12);
-        put(0x80 | (c >> 6 & 0x3F));
-        put(0x80 | (c & 0x3F));
-    } else {
-        put(0xF0 | (c >> 18 & 7));
-        put(0x80 | (c >> 12 & 0x3F));
-        put(0x80 | (c >> 6 & 0x3F));
-        put(0x80 | (c & 0x3F));
-    }
-}
-
-/// How many bytes follow the first of a character, and the smallest character written so.
-struct Lead {
-    int following = 0;
-    char32_t bits = 0;
-    char32_t least = 0;
-};
-
-std::optional<Lead> leadOf(unsigned byte) {
-    if (byte < 0x80) {
-        return Lead{0, byte, 0};
-    }
-    if (byte >= 0xC2 && byte < 0xE0) {
-        return Lead{1, byte & 0x1F, 0x80};
-    }
-    if (byte >= 0xE0 && byte < 0xF0) {
-        return Lead{2, byte & 0x0F, 0x800};
-    }
-    if (byte >= 0xF0 && byte < 0xF5) {
-        return Lead{3, byte & 0x07, 0x10000};
-    }
-    return std::nullopt;
-}
-
 } // namespace
 
 std::string toUtf8(std::u32string_view characters) {
     std::string bytes;
     for (const char32_t character : characters) {
-        append(bytes, character);
+        appendCharacter(bytes, character);
     }
     return bytes;
 }
@@ -78,25 +38,12 @@ std::string toUtf8(std::u32string_view characters) {
 std::optional<std::u32string> fromUtf8(std::string_view bytes) {
     std::u32string characters;
     while (!bytes.empty()) {
-        const std::optional<Lead> lead = leadOf(static_cast<unsigned char>(bytes.front()));
-        bytes.remove_prefix(1);
-        if (!lead || bytes.size() < static_cast<std::size_t>(lead->following)) {
+        const Character character = decodeCharacter(bytes);
+        if (character.length == 0) {
             return std::nullopt;
         }
-        char32_t character = lead->bits;
-        for (int i = 0; i < lead->following; ++i) {
-            const auto next = static_cast<unsigned char>(bytes.front());
-            if ((next & 0xC0) != 0x80) {
-                return std::nullopt;
-            }
-            character = character << 6 | (next & 0x3F);
-            bytes.remove_prefix(1);
-        }
-        if (character < lead->least || character > 0x10FFFF || isHighHalf(character) ||
-            isLowHalf(character)) {
-            return std::nullopt;
-        }
-        characters.push_back(character);
+        characters.push_back(character.code);
+        bytes.remove_prefix(character.length);
     }
     return characters;
 }
@@ -140,6 +87,10 @@ char32_t privateCharacter(std::uint32_t code) {
     // Without the two noncharacters at the end of a plane.
     constexpr std::uint32_t planeLength = 0xFFFE;
     return code < firstArea ? 0xE000 + code : 0xF0000 + code % planeLength;
+}
+
+bool isPrivateCharacter(char32_t character) {
+    return (character >= 0xE000 && character <= 0xF8FF) || character >= 0xF0000;
 }
 
 } // namespace corvane

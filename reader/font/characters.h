@@ -25,5 +25,7 @@ bool isBlankText(std::u32string_view characters);
 /// A private-use character for a code or CID that has no other: U+E000 and on, and above
 /// U+F0000 where the first area has no room.
 char32_t privateCharacter(std::uint32_t code);
+/// Whether it means nothing but to those who agreed on it.
+bool isPrivateCharacter(char32_t character);
 
 } // namespace corvane

@@ -1,6 +1,7 @@
 #include "reader/font/made_faces.h"
 
 #include "fonts/made_font.h"
+#include "fonts/text_order.h"
 
 namespace corvane {
 
@@ -50,11 +51,16 @@ bool MadeFaces::holds(Face& face, const FaceGlyph& glyph, std::optional<std::uin
 }
 
 std::optional<std::int32_t> MadeFaces::allot(const FaceGlyph& glyph) {
+    const char32_t first = glyph.text.front();
+    const bool isOfMarks = isMark(first) && isRightToLeft(first);
     for (std::size_t place = 0; place < mostFaces; ++place) {
         if (place == faces_.size()) {
-            faces_.emplace_back();
+            faces_.push_back({.isOfMarks = place > 0 && isOfMarks});
         }
         Face& face = faces_[place];
+        if (face.isOfMarks != isOfMarks) {
+            continue;
+        }
         std::optional<std::uint64_t> meeting;
         if (lastCharacter_ != 0 && lastFace_ == place) {
             meeting = pairOf(lastCharacter_, glyph.text.front());

@@ -4,6 +4,9 @@
 // the same text goes into the next face that has none. A face with a ligature "fi" would also join
 // the glyphs "f" and "i" where the page shows them one by one: one of them goes into another face
 // there.
+//
+// Marks of scripts from the right have faces of their own, from face 1 on: programs that turn a
+// line round leave a mark behind its letter, and so would put it in front of it.
 #pragma once
 
 #include "fonts/font_program.h"
@@ -40,11 +43,12 @@ public:
 
 private:
     struct Face {
-        std::vector<FaceGlyph> glyphs;
-        std::unordered_map<std::u32string, std::size_t> byText;
+        bool isOfMarks = false;
+        std::vector<FaceGlyph> glyphs = {};
+        std::unordered_map<std::u32string, std::size_t> byText = {};
         /// Characters side by side within texts, and side by side because of two glyphs.
-        std::unordered_set<std::uint64_t> joined;
-        std::unordered_set<std::uint64_t> met;
+        std::unordered_set<std::uint64_t> joined = {};
+        std::unordered_set<std::uint64_t> met = {};
     };
 
     bool holds(Face& face, const FaceGlyph& glyph, std::optional<std::uint64_t> meeting);

@@ -46,6 +46,11 @@ void placeOutline(GlyphOutline& outline, const FaceGlyph& glyph) {
     }
 }
 
+/// Whether a font may have something to show for it: it is neither blank nor private.
+bool isSeenText(std::u32string_view text) {
+    return !isBlankText(text) && !std::ranges::any_of(text, isPrivateCharacter);
+}
+
 std::string bytesOf(StringCode code) {
     std::string bytes;
     for (std::int32_t i = code.length; i-- > 0;) {
@@ -220,7 +225,7 @@ std::vector<std::byte> ProgramFont::makeFace(std::int32_t face) const {
     }
     std::size_t points = 0;
     for (const FaceGlyph& glyph : faces_.glyphsOf(face)) {
-        if (!glyph.glyph && !isEmbedded() && !isBlankText(glyph.text)) {
+        if (!glyph.glyph && !isEmbedded() && isSeenText(glyph.text)) {
             continue; // programs that draw the text may find it in another font
         }
         MadeGlyph& added = made.glyphs.emplace_back();

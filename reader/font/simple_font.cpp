@@ -82,7 +82,9 @@ CodeGlyph SimpleFont::describe(StringCode code) const {
     if (!described.isFound && isEmbedded()) {
         shape.glyph = 0;
     }
-    const double own = shape.glyph && program() != nullptr ? program()->advance(*shape.glyph) : 0;
+    // What is missing is as wide as what a program shows for it, whether or not that is shown.
+    const bool hasOwn = program() != nullptr && (shape.glyph || !described.isFound);
+    const double own = hasOwn ? program()->advance(shape.glyph.value_or(0)) : 0;
     const std::optional<double> stated = widths_.widthOf(byte);
     shape.width = stated ? *stated / 1000 : own;
     shape.stretch = stretchOf(shape.glyph, shape.width);

@@ -5,6 +5,7 @@
 #include "reader/font/font_entries.h"
 #include "reader/form/form_drawing.h"
 #include "reader/form/form_path.h"
+#include "reader/form/plain_look.h"
 #include "reader/layer/layered_drawing.h"
 #include "reader/page/page_matrix.h"
 #include "reader/syntax/syntax.h"
@@ -24,11 +25,6 @@ namespace {
 /// Flags: Hidden and NoView.
 constexpr std::int32_t unseenFlags = 1 << 1 | 1 << 5;
 
-ObjectOwner shared(const Object& object) {
-    retainObject(object);
-    return ObjectOwner(object);
-}
-
 bool isUnseen(DocumentCache& cache, const Object& annotation) {
     const auto flags = static_cast<std::int32_t>(numberEntry(cache, annotation, "F").value_or(0));
     return (flags & unseenFlags) != 0 || nameEntry(cache, annotation, "Subtype") == "Popup";
@@ -43,10 +39,22 @@ ObjectOwner appearanceEntry(DocumentCache& cache, const Object& annotation) {
     const Object entry = findEntry(cache, appearances.get(), "N");
     const ObjectOwner states = resolved(cache, entry);
     if (typeObject(states.get()) != ObjectType::dictionary) {
-        return shared(entry);
+        return sharedObject(entry);
     }
     const std::string state = nameEntry(cache, annotation, "AS");
-    return shared(findEntry(cache, states.get(), state));
+    return sharedObject(findEntry(cache, states.get(), state));
+}
+
+/// Whether there is an appearance, be it of another state.
+bool hasAppearance(DocumentCache& cache, const Object& annotation) {
+    const ObjectOwner appearances = entryOf(cache, annotation, "AP");
+    const ObjectOwner normal = entryOf(cache, appearances.get(), "N");
+    if (typeObject(normal.get()) != ObjectType::dictionary) {
+        return typeObject(normal.get()) == ObjectType::stream;
+    }
+    return std::ranges::any_of(elementsObject(normal.get()), [&](const Object& element) {
+        return typeObject(resolved(cache, element).get()) == ObjectType::stream;
+    });
 }
 
 std::optional<Annotation> annotationOf(DocumentCache& cache, const Object& element) {
@@ -69,7 +77,9 @@ std::optional<Annotation> annotationOf(DocumentCache& cache, const Object& eleme
     annotation.appearance = resolved(cache, annotation.entry.get());
     const bool isLink = nameEntry(cache, dictionary, "Subtype") == "Link";
     const bool isSeen = typeObject(annotation.appearance.get()) == ObjectType::stream;
-    return isSeen || isLink ? std::optional(std::move(annotation)) : std::nullopt;
+    const bool isPlain =
+        !isSeen && hasPlainLook(cache, dictionary) && !hasAppearance(cache, dictionary);
+    return isSeen || isLink || isPlain ? std::optional(std::move(annotation)) : std::nullopt;
 }
 
 /// What moves and stretches the box that the appearance fills onto the annotation's place; nothing
@@ -91,32 +101,54 @@ std::optional<RealMatrix> fitting(DocumentCache& cache, const Annotation& annota
         .a = a, .d = d, .tx = place.low.x - a * around.low.x, .ty = place.low.y - d * around.low.y};
 }
 
-void drawLink(Interpreter& interpreter, const Annotation& annotation) {
-    const Art group = interpreter.containers.make(ArtKind::group);
+void drawLink(Interpreter& interpreter, const Annotation& annotation, Art group) {
     const Art path = newArt(ArtKind::path, Placement::inside, group);
     outlineBox(path, annotation.place, interpreter.state.exactCtm);
     const PathStyle style;
     callHost(slot::setPathStyle, path, &style);
+}
+
+/// What has no appearance of its own.
+void drawPlain(Interpreter& interpreter, const Annotation& annotation) {
+    const Object& dictionary = annotation.dictionary.get();
+    if (!interpreter.progress.hasRoom(interpreter.cache.work.pageBytes)) {
+        interpreter.omissions.note(Omission::form);
+        return;
+    }
+    interpreter.progress.charge(budget::innerContentTokens);
+    const Art group = interpreter.containers.make(ArtKind::group);
+    if (hasPlainLook(interpreter.cache, dictionary)) {
+        drawPlainLook(interpreter, dictionary, annotation.place, group);
+    } else {
+        drawLink(interpreter, annotation, group);
+    }
+    if (firstChild(group) == Art::null) {
+        callHost(slot::disposeArt, group);
+        return;
+    }
     const FormFacts facts{.object = annotation.number, .content = ++interpreter.forms};
     callHost(slot::setForm, group, &facts);
 }
 
-void drawAnnotation(Interpreter& interpreter, const Annotation& annotation) {
-    DocumentCache& cache = interpreter.cache;
-    if (typeObject(annotation.appearance.get()) != ObjectType::stream) {
-        drawLink(interpreter, annotation);
-        return;
-    }
-    if (const auto matrix = fitting(cache, annotation)) {
+void drawWithAppearance(Interpreter& interpreter, const Annotation& annotation) {
+    if (const auto matrix = fitting(interpreter.cache, annotation)) {
         const RealMatrix page = interpreter.state.exactCtm;
         interpreter.state.exactCtm = multiply(*matrix, page);
-        const Object layer = findEntry(cache, annotation.dictionary.get(), "OC");
-        withLayer(interpreter, layer, [&] {
-            drawAppearance(interpreter, annotation.entry.get(), annotation.appearance.get(),
-                           annotation.number);
-        });
+        drawAppearance(interpreter, annotation.entry.get(), annotation.appearance.get(),
+                       annotation.number);
         interpreter.state.exactCtm = page;
     }
+}
+
+void drawAnnotation(Interpreter& interpreter, const Annotation& annotation) {
+    const Object layer = findEntry(interpreter.cache, annotation.dictionary.get(), "OC");
+    withLayer(interpreter, layer, [&] {
+        if (typeObject(annotation.appearance.get()) == ObjectType::stream) {
+            drawWithAppearance(interpreter, annotation);
+        } else {
+            drawPlain(interpreter, annotation);
+        }
+    });
 }
 
 } // namespace
@@ -141,7 +173,7 @@ void drawAnnotations(Interpreter& interpreter, const std::vector<Annotation>& an
                      const PageMatrix& matrix, Art container) {
     openState(interpreter, container);
     applyPageMatrix(interpreter, matrix);
-    ContentScope scope(interpreter, shared(interpreter.cache.resources.get()));
+    ContentScope scope(interpreter, sharedObject(interpreter.cache.resources.get()));
     interpreter.level.tellsSources = true;
     interpreter.level.area = turnedBox(matrix, cropCache(interpreter.cache));
     for (const Annotation& annotation : annotations) {

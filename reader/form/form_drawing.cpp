@@ -19,11 +19,6 @@ namespace corvane {
 
 namespace {
 
-ObjectOwner shared(const Object& object) {
-    retainObject(object);
-    return ObjectOwner(object);
-}
-
 class FormDrawing {
 public:
     FormDrawing(Interpreter& interpreter, const Object& entry, const Object& stream)
@@ -57,7 +52,7 @@ public:
 private:
     bool mayDraw() const {
         return interpreter_.readsForms && !interpreter_.level.isGlyph &&
-               InnerContent::mayEnter(interpreter_, number_) &&
+               !interpreter_.containers.isFull() && InnerContent::mayEnter(interpreter_, number_) &&
                interpreter_.progress.hasRoom(interpreter_.cache.work.pageBytes);
     }
 
@@ -89,9 +84,9 @@ private:
         trace_->content = content_;
         trace_->object = number_;
         trace_->generation = generation_;
-        trace_->stream = shared(stream_);
+        trace_->stream = sharedObject(stream_);
         trace_->resources =
-            shared(trace_->hasResources ? resources : interpreter_.cache.resources.get());
+            sharedObject(trace_->hasResources ? resources : interpreter_.cache.resources.get());
         trace_->isWhole = isWhole;
         trace_->inherited = {.fillOpacity = inside.fillOpacity,
                              .strokeOpacity = inside.strokeOpacity,
@@ -108,7 +103,7 @@ private:
             clip_ = Art::null;
         } else {
             tell();
-            tellGroupAppearance(interpreter_, group_, appearance_);
+            tellAppearanceAsOne(interpreter_, group_, appearance_);
         }
         if (trace_ != nullptr) {
             trace_->group = group_;

@@ -1,5 +1,6 @@
 #include "reader/form/transparency_group.h"
 
+#include "reader/content/appearance.h"
 #include "reader/content/interpreter.h"
 #include "reader/content/losses.h"
 #include "reader/syntax/syntax.h"
@@ -34,11 +35,10 @@ std::optional<Appearance> enterTransparencyGroup(Interpreter& interpreter, const
     }
     const Transparency state = std::exchange(inside.transparency, {});
     inside.settings = withoutTransparency(inside.settings);
-    return Appearance{.opacity = state.fillOpacity,
-                      .blend = state.blend,
-                      .isIsolated = isOn(cache, group.get(), "I"),
-                      .isKnockout = isOn(cache, group.get(), "K"),
-                      .mask = state.mask};
+    Appearance appearance = appearanceAsOne(state);
+    appearance.isIsolated = isOn(cache, group.get(), "I");
+    appearance.isKnockout = isOn(cache, group.get(), "K");
+    return appearance;
 }
 
 } // namespace corvane

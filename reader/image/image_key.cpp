@@ -39,7 +39,7 @@ std::string imageKeyOf(const ImageEntries& entries, std::int32_t number,
                        std::optional<std::span<const std::byte>> data, std::int32_t stencilColour) {
     DigestFeed feed;
     FedStreams fed;
-    Followed followed(feed, entries.cache(), fed);
+    Followed followed(feed, entries.cache(), fed, false);
     feed.number(version);
     feed.number(stencilColour);
     for (const ImageKey& key : countedKeys) {

@@ -8,6 +8,7 @@
 #include "reader/image/deliver_image.h"
 #include "reader/image/drawn_images.h"
 #include "reader/image/inline_image.h"
+#include "reader/image/painted_stencil.h"
 #include "reader/image/place_image.h"
 #include "reader/layer/layered_drawing.h"
 #include "runtime/exception.h"
@@ -18,11 +19,14 @@ namespace corvane {
 
 namespace {
 
-/// Whether an image becomes art: the colour of a stencil must be known.
-bool isArt(const Interpreter& interpreter) {
-    const ColourKind fill = interpreter.state.style.fill.kind;
-    const bool isPlain = fill != ColourKind::gradient && fill != ColourKind::pattern;
-    return interpreter.readsImages && !interpreter.state.fill.hidden && isPlain;
+/// Whether an image becomes art: what a stencil is painted with must be known, and the host may
+/// have to hold masks.
+bool isArt(const Interpreter& interpreter, const Object& image) {
+    if (!interpreter.readsImages || !isStencilImage(interpreter.cache, image)) {
+        return interpreter.readsImages;
+    }
+    return !interpreter.state.fill.hidden &&
+           (interpreter.readsTransparency || !paintsStencils(interpreter));
 }
 
 /// Of the object that an entry refers to; 0: of none.
@@ -37,12 +41,12 @@ std::int32_t numberOf(const Object& entry) {
 
 void drawImage(Interpreter& interpreter, const Object& entry, const Object& stream) {
     tellDrawnImage(interpreter, stream, numberOf(entry));
-    if (!isArt(interpreter)) {
+    if (!isArt(interpreter, stream)) {
         interpreter.omissions.note(Omission::image);
         return;
     }
     const KnownImage image =
-        interpreter.images.find(interpreter.cache, entry, stream, interpreter.state.style.fill);
+        interpreter.images.find(interpreter.cache, entry, stream, stencilColour(interpreter));
     placeImage(interpreter, image, interpreter.level.span.start);
 }
 
@@ -62,19 +66,20 @@ void dataImageOperator(Interpreter& interpreter) {
     callFilter(*interpreter.cache.input, Operation::skipSpace);
     auto& tokens = static_cast<TokenFilter&>(*interpreter.cache.input);
     const std::int64_t length = imageDataLength(interpreter);
-    if (!isArt(interpreter)) {
+    const ObjectOwner dictionary = imageDictionary();
+    if (!isArt(interpreter, dictionary.get())) {
         skipImageData(tokens, length);
         return;
     }
-    const ObjectOwner dictionary = imageDictionary();
     tellDrawnImage(interpreter, dictionary.get(), 0);
     ImageData data;
     skipImageData(tokens, length, &data);
     attempted([&] {
         level.inlineImage = {deliverInlineImage(interpreter.cache, dictionary.get(),
                                                 std::as_bytes(std::span(data.bytes)),
-                                                interpreter.state.style.fill, level.isGlyph),
-                             isSmoothImage(interpreter.cache, dictionary.get())};
+                                                stencilColour(interpreter), level.isGlyph),
+                             smoothnessOf(interpreter.cache, dictionary.get()),
+                             isStencilImage(interpreter.cache, dictionary.get())};
     });
 }
 

@@ -18,7 +18,8 @@ KnownImage tell(DocumentCache& cache, const Object& stream, std::int32_t number,
                 const Colour& fill) {
     KnownImage known;
     attempted([&] {
-        known.isSmooth = isSmoothImage(cache, stream);
+        known.isSmooth = smoothnessOf(cache, stream);
+        known.isStencil = isStencilImage(cache, stream);
         known.image = deliverImage(cache, stream, number, fill);
     });
     return known;
@@ -26,14 +27,18 @@ KnownImage tell(DocumentCache& cache, const Object& stream, std::int32_t number,
 
 } // namespace
 
-bool isSmoothImage(DocumentCache& cache, const Object& dictionary) {
+std::optional<bool> smoothnessOf(DocumentCache& cache, const Object& dictionary) {
     for (const char* key : {"Interpolate", "I"}) {
         const ObjectOwner value = lookupObject(cache, dictionary, key);
         if (typeObject(value.get()) == ObjectType::boolean) {
             return booleanObject(value.get());
         }
     }
-    return true;
+    return std::nullopt;
+}
+
+bool isStencilImage(DocumentCache& cache, const Object& dictionary) {
+    return ImageEntries(cache, dictionary).boolean(imageKey::isMask);
 }
 
 KnownImage PageImages::find(DocumentCache& cache, const Object& entry, const Object& stream,
@@ -43,7 +48,7 @@ KnownImage PageImages::find(DocumentCache& cache, const Object& entry, const Obj
         std::int32_t generation = 0;
         referenceObject(entry, number, generation);
     }
-    const Colour own = ImageEntries(cache, stream).boolean(imageKey::isMask) ? fill : Colour();
+    const Colour own = isStencilImage(cache, stream) ? fill : Colour();
     std::vector<Entry>& entries = byNumber_[number];
     const auto known = std::ranges::find(entries, own, &Entry::fill);
     if (number != 0 && known != entries.end()) {

@@ -6,6 +6,7 @@
 #include "reader/document/cache.h"
 
 #include <cstdint>
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
@@ -14,7 +15,10 @@ namespace corvane {
 /// An image as the host has it.
 struct KnownImage {
     Image image = Image::null; ///< null: none, or one that cannot be told
-    bool isSmooth = true;      ///< its pixels run into one another where they are enlarged
+    /// Whether its pixels run into one another where they are enlarged; nothing where the file does
+    /// not say.
+    std::optional<bool> isSmooth = std::nullopt;
+    bool isStencil = false; ///< its pixels have the colour that it was asked for with
 };
 
 class PageImages {
@@ -34,7 +38,9 @@ private:
     std::unordered_map<std::int32_t, std::vector<Entry>> byNumber_;
 };
 
-/// Whether pixels run into one another: they do unless the dictionary says otherwise.
-bool isSmoothImage(DocumentCache& cache, const Object& dictionary);
+/// Whether the dictionary says that pixels run into one another; nothing where it does not say.
+std::optional<bool> smoothnessOf(DocumentCache& cache, const Object& dictionary);
+/// Whether it is a mask, through which the fill in force is painted.
+bool isStencilImage(DocumentCache& cache, const Object& dictionary);
 
 } // namespace corvane

@@ -13,6 +13,9 @@ namespace corvane {
 
 namespace {
 
+/// Pixels along a side of the largest pictures that renderers in use draw.
+constexpr std::int32_t longestSide = 32767;
+
 /// Bytes that the host gets at a time, a row at least.
 constexpr std::size_t blockBytes = 1 << 16;
 
@@ -62,8 +65,7 @@ void checkRow(const ImageForm& form) {
 } // namespace
 
 AlphaImage::AlphaImage(DocumentCache& cache, const Object& object, bool isStencil) {
-    retainObject(object);
-    stream = ObjectOwner(object);
+    stream = sharedObject(object);
     image = std::make_unique<LookedImage>(cache, stream.get());
     ImageForm& form = image->form;
     if (form.components() != 1) {
@@ -97,13 +99,14 @@ Picture::Picture(DocumentCache& cache, const Object& object,
     }
 }
 
-/// As large as the mask, or as large as the budget lets it be.
+/// As large as the mask, or as large as renderers and the budget let it be.
 void Picture::growToMask(const ImageForm& mask) {
     for (std::int32_t part = 1;; part *= 2) {
         width_ = std::max(image_.form.width, (mask.width + part - 1) / part);
         height_ = std::max(image_.form.height, (mask.height + part - 1) / part);
         const bool isOwnSize = width_ == image_.form.width && height_ == image_.form.height;
-        if (isOwnSize || bytes() <= budget::joinedImageBytes) {
+        const bool isDrawn = std::max(width_, height_) <= longestSide;
+        if (isOwnSize || (isDrawn && bytes() <= budget::joinedImageBytes)) {
             return;
         }
     }

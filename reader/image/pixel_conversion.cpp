@@ -15,21 +15,9 @@ using Kind = ColourSpace::Kind;
 /// Colours that are remembered, a power of 2.
 constexpr std::size_t rememberedColours = 1 << 14;
 
-/// Steps to compute a colour without a function: powers, mostly.
-constexpr std::int64_t plainSteps = 50;
-
-/// Steps to put one colour through a profile exactly, and a pixel through its tables.
-constexpr std::int64_t profileSteps = 200;
+/// Steps to make a pixel of a colour that was computed, and to put one through a profile's tables.
+constexpr std::int64_t pixelSteps = 40;
 constexpr std::int64_t profilePixelSteps = 4;
-
-std::int64_t stepsOf(const ColourSpace& space) {
-    std::int64_t steps = plainSteps;
-    for (const ColourSpace* each = &space; each != nullptr; each = each->base.get()) {
-        steps += each->function == nullptr ? 0 : each->function->cost();
-        steps += each->profile == nullptr ? 0 : profileSteps;
-    }
-    return steps;
-}
 
 std::uint8_t levelOf(double value) {
     return static_cast<std::uint8_t>(std::lround(std::clamp(value, 0.0, 1.0) * 255));
@@ -293,7 +281,7 @@ SeenColour PixelConversion::computed(const std::uint8_t* samples, StepMeter& ste
     for (std::size_t i = 0; i < components_; ++i) {
         values[i] = values_[i][samples[i]];
     }
-    steps.add(stepsOf(*form_.space));
+    steps.add(pixelSteps + costOf(*form_.space));
     place = {key, seenColour(colourIn(*form_.space, std::span(values).first(components_))), true};
     return place.colour;
 }

@@ -2,17 +2,44 @@
 
 #include "reader/content/appearance.h"
 #include "reader/content/interpreter.h"
+#include "reader/image/painted_stencil.h"
 #include "runtime/callbacks.h"
 #include "runtime/extension.h"
 #include "runtime/matrix.h"
 #include "runtime/rules.h"
 
+#include <cmath>
+
 namespace corvane {
+
+namespace {
+
+/// Points that a pixel may take up and still run into those beside it where the file does not say.
+/// Larger ones are meant to be seen: readers show their edges.
+constexpr double largestSmoothPixel = 4;
+
+bool hasLargePixels(const RealMatrix& matrix, const ImageFacts& facts) {
+    return std::hypot(matrix.a, matrix.b) >= largestSmoothPixel * facts.width ||
+           std::hypot(matrix.c, matrix.d) >= largestSmoothPixel * facts.height;
+}
+
+} // namespace
 
 bool hostHoldsImages() {
     const auto extension = knownExtension();
     return rules().readsImages && extension && extension->version >= 5;
 }
+
+namespace {
+
+Art makePlaced(Interpreter& interpreter, const PlacedImage& placed) {
+    const Art art = interpreter.containers.make(ArtKind::placed);
+    callHost(slot::setPlacedImage, art, &placed);
+    tellAppearanceAsOne(interpreter, art, appearanceAsOne(interpreter.state.transparency));
+    return art;
+}
+
+} // namespace
 
 void placeImage(Interpreter& interpreter, const KnownImage& image, std::int64_t start) {
     ContentLevel& level = interpreter.level;
@@ -29,12 +56,12 @@ void placeImage(Interpreter& interpreter, const KnownImage& image, std::int64_t 
     if (facts.isPlaceholder) {
         interpreter.omissions.note(Omission::image);
     }
+    const RealMatrix& matrix = interpreter.state.exactCtm;
     const PlacedImage placed{.image = image.image,
-                             .matrix = hostMatrix(interpreter.state.exactCtm),
-                             .isSmooth = image.isSmooth};
-    level.placed = interpreter.containers.make(ArtKind::placed);
-    callHost(slot::setPlacedImage, level.placed, &placed);
-    tellAppearance(interpreter, level.placed, {.fills = true});
+                             .matrix = hostMatrix(matrix),
+                             .isSmooth = image.isSmooth.value_or(!hasLargePixels(matrix, facts))};
+    const bool isPainted = image.isStencil && paintsStencils(interpreter);
+    level.placed = isPainted ? paintStencil(interpreter, placed) : makePlaced(interpreter, placed);
     if (level.tellsSources) {
         const ArtSource source = interpreter.sourceFrom(start);
         callHost(slot::setArtSource, level.placed, &source);

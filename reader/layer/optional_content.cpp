@@ -5,6 +5,7 @@
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 #include "runtime/callbacks.h"
+#include "runtime/exception.h"
 
 #include <algorithm>
 #include <span>
@@ -13,6 +14,10 @@
 namespace corvane {
 
 namespace {
+
+/// Conditions that are looked at for a page, a few tenths of a second's work: real pages have some
+/// hundred. Past it all show.
+constexpr std::int64_t mostConditions = 16 * std::int64_t{budget::contentLayers};
 
 std::int32_t numberOfReference(const Object& object) {
     std::int32_t number = 0;
@@ -40,6 +45,12 @@ std::unordered_set<std::int32_t> layersIn(DocumentCache& cache, const Object& di
     }
     numbers.erase(0);
     return numbers;
+}
+
+/// Of a membership dictionary.
+std::int64_t layerCount(DocumentCache& cache, const Object& membership) {
+    const ObjectOwner layers = entryOf(cache, membership, "OCGs");
+    return typeObject(layers.get()) == ObjectType::array ? sizeObject(layers.get()) : 1;
 }
 
 /// Of a membership dictionary: those of its layers.
@@ -89,15 +100,23 @@ bool OptionalContent::isOn(DocumentCache& cache, std::int32_t layer) {
     return begins.showsOthers ? !begins.off.contains(layer) : begins.on.contains(layer);
 }
 
+bool OptionalContent::isSpent() const {
+    return conditions_ > mostConditions;
+}
+
 /// A layer, or an array of And, Or, Not and their operands. What cannot be read, and what is too
 /// deep, is true.
 bool OptionalContent::isTrue(DocumentCache& cache, const Object& expression, int depth) {
+    ++conditions_;
+    if (isSpent()) {
+        return true;
+    }
     const ObjectOwner value = resolved(cache, expression);
     if (typeObject(value.get()) == ObjectType::dictionary) {
         return isOn(cache, numberOfReference(expression));
     }
     if (typeObject(value.get()) != ObjectType::array || sizeObject(value.get()) == 0 ||
-        depth >= budget::visibilityNesting || ++conditions_ > budget::contentLayers) {
+        depth >= budget::visibilityNesting) {
         return true;
     }
     const std::span<const Object> elements = elementsObject(value.get());
@@ -107,8 +126,10 @@ bool OptionalContent::isTrue(DocumentCache& cache, const Object& expression, int
     if (word == "Not") {
         return operands.empty() || !holds(operands[0]);
     }
-    return word == "Or" ? std::ranges::any_of(operands, holds)
-                        : std::ranges::all_of(operands, holds);
+    const auto goesOn = [&](const Object& operand) { return !isSpent() && holds(operand); };
+    const bool isMet =
+        word == "Or" ? std::ranges::any_of(operands, holds) : std::ranges::all_of(operands, goesOn);
+    return isMet || isSpent();
 }
 
 bool OptionalContent::isMembershipMet(DocumentCache& cache, const Object& membership) {
@@ -128,19 +149,37 @@ bool OptionalContent::isMembershipMet(DocumentCache& cache, const Object& member
                                 : std::ranges::any_of(layers, isShown);
 }
 
-ContentLayer OptionalContent::tell(DocumentCache& cache, const Object& dictionary,
-                                   std::int32_t number) {
-    const bool isMembership = nameEntry(cache, dictionary, "Type") == "OCMD";
-    const std::string name = isMembership ? joinedNames(cache, dictionary)
-                                          : documentText(entryOf(cache, dictionary, "Name").get());
-    const ContentLayerFacts facts{
-        .name = name,
-        .isVisible = isMembership ? isMembershipMet(cache, dictionary) : isOn(cache, number),
-        .isLocked = !isMembership && configuration(cache).locked.contains(number),
-        .object = number};
-    ContentLayer layer = ContentLayer::null;
-    callHost(slot::addContentLayer, &facts, &layer);
-    return layer;
+FileLayer OptionalContent::facts(DocumentCache& cache, const Object& dictionary,
+                                 std::int32_t number) {
+    const std::string type = nameEntry(cache, dictionary, "Type");
+    const bool isRule = type == "OCMD";
+    conditions_ += isRule ? layerCount(cache, dictionary) : 0;
+    return {.name = !isRule     ? documentText(entryOf(cache, dictionary, "Name").get())
+                    : isSpent() ? std::string()
+                                : joinedNames(cache, dictionary),
+            .isVisible =
+                isRule ? isSpent() || isMembershipMet(cache, dictionary) : isOn(cache, number),
+            .isLocked = !isRule && configuration(cache).locked.contains(number),
+            .isLayer = type == "OCG",
+            .isRule = isRule};
+}
+
+std::optional<FileLayer> OptionalContent::look(DocumentCache& cache, const Object& entry) {
+    ObjectOwner dictionary;
+    const bool isRead = attempted([&] { dictionary = resolved(cache, entry); });
+    return isRead && isDictionary(dictionary.get())
+               ? std::optional(facts(cache, dictionary.get(), numberOfReference(entry)))
+               : std::nullopt;
+}
+
+ContentLayer OptionalContent::tell(const FileLayer& layer, std::int32_t number) {
+    const ContentLayerFacts told{.name = layer.name,
+                                 .isVisible = layer.isVisible,
+                                 .isLocked = layer.isLocked,
+                                 .object = number};
+    ContentLayer made = ContentLayer::null;
+    callHost(slot::addContentLayer, &told, &made);
+    return made;
 }
 
 ContentLayer OptionalContent::find(DocumentCache& cache, const Object& entry) {
@@ -148,14 +187,23 @@ ContentLayer OptionalContent::find(DocumentCache& cache, const Object& entry) {
     if (const auto known = byNumber_.find(number); number != 0 && known != byNumber_.end()) {
         return known->second;
     }
-    const ObjectOwner dictionary = resolved(cache, entry);
-    if (typeObject(dictionary.get()) != ObjectType::dictionary || told_ >= budget::contentLayers) {
+    ObjectOwner dictionary = resolved(cache, entry);
+    if (typeObject(dictionary.get()) != ObjectType::dictionary) {
+        return ContentLayer::null;
+    }
+    if (const auto known = byPlace_.find(dictionary->data); known != byPlace_.end()) {
+        return known->second;
+    }
+    if (told_ >= budget::contentLayers) {
         return ContentLayer::null;
     }
     ++told_;
-    const ContentLayer layer = tell(cache, dictionary.get(), number);
+    const ContentLayer layer = tell(facts(cache, dictionary.get(), number), number);
     if (number != 0) {
         byNumber_.emplace(number, layer);
+    } else {
+        byPlace_.emplace(dictionary->data, layer);
+        held_.push_back(std::move(dictionary));
     }
     return layer;
 }

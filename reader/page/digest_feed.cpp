@@ -50,9 +50,7 @@ std::optional<std::int64_t> MetObjects::place(const Object& reference) {
     }
     const auto place = static_cast<std::int64_t>(references_.size());
     places_.emplace(std::pair(number, generation), place);
-    retainObject(reference);
-    ObjectOwner kept(reference);
-    references_.push_back(std::move(kept));
+    references_.push_back(sharedObject(reference));
     return place;
 }
 

@@ -5,6 +5,8 @@
 #include "runtime/budget.h"
 #include "runtime/exception.h"
 
+#include <algorithm>
+#include <initializer_list>
 #include <string_view>
 
 namespace corvane {
@@ -16,21 +18,27 @@ constexpr std::int64_t again = -1; ///< a stream that was fed before
 constexpr std::int64_t unreadable = -2;
 constexpr std::int64_t otherPage = -3;
 constexpr std::int64_t unread = -4; ///< data past the budget
+constexpr std::int64_t layer = -5;
 
 bool isName(const Object& object, std::string_view name) {
     return typeObject(object) == ObjectType::literal && literalObject(object) == name;
 }
 
-/// Whether a dictionary is a page, or a node of the tree of pages: no page is drawn from another.
-bool isPage(const Object& dictionary) {
+bool isOfType(const Object& dictionary, std::initializer_list<std::string_view> types) {
     const std::span<Object> entries = elementsObject(dictionary);
     for (std::size_t i = 0; i + 1 < entries.size(); i += 2) {
-        if (isName(entries[i], "Type") &&
-            (isName(entries[i + 1], "Page") || isName(entries[i + 1], "Pages"))) {
+        if (isName(entries[i], "Type") && std::ranges::any_of(types, [&](std::string_view type) {
+                return isName(entries[i + 1], type);
+            })) {
             return true;
         }
     }
     return false;
+}
+
+/// Whether a dictionary is a page, or a node of the tree of pages: no page is drawn from another.
+bool isPage(const Object& dictionary) {
+    return isOfType(dictionary, {"Page", "Pages"});
 }
 
 } // namespace
@@ -44,8 +52,9 @@ bool feedAgain(DigestFeed& feed, FedStreams& fed, const Object& stream) {
     return place.has_value();
 }
 
-Followed::Followed(DigestFeed& feed, DocumentCache& cache, FedStreams& fed)
-    : feed_(feed), cache_(cache), fed_(fed), end_(feed.bytes() + budget::digestBytes) {}
+Followed::Followed(DigestFeed& feed, DocumentCache& cache, FedStreams& fed, bool readsLayers)
+    : feed_(feed), cache_(cache), fed_(fed), end_(feed.bytes() + budget::digestBytes),
+      readsLayers_(readsLayers) {}
 
 void Followed::follow() {
     for (std::size_t i = 0; i < met_.size() && feed_.bytes() < end_; ++i) {
@@ -57,6 +66,9 @@ void Followed::follow() {
             streams_.push_back(std::move(object));
         } else if (typeObject(object.get()) == ObjectType::dictionary && isPage(object.get())) {
             feed_.number(otherPage);
+        } else if (!readsLayers_ && typeObject(object.get()) == ObjectType::dictionary &&
+                   isOfType(object.get(), {"OCG"})) {
+            feed_.number(layer);
         } else {
             feed_.object(object.get(), &met_);
         }

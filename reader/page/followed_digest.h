@@ -29,11 +29,12 @@ private:
 /// Whether it was fed before, in which case its place is fed.
 bool feedAgain(DigestFeed& feed, FedStreams& fed, const Object& stream);
 
-/// Feeds what references led to, and what those objects lead to, each once. Pages are left out.
+/// Feeds what references led to, and what those objects lead to, each once. Pages are left out, and
+/// so is what layers say of themselves, unless `readsLayers`.
 /// Past `budget::digestBytes` references count by themselves.
 class Followed {
 public:
-    Followed(DigestFeed& feed, DocumentCache& cache, FedStreams& fed);
+    Followed(DigestFeed& feed, DocumentCache& cache, FedStreams& fed, bool readsLayers);
 
     void root(const Object& object) { feed_.object(object, &met_); }
     void rootStream(const Object& stream) { feed_.streamEntries(cache_, stream, met_); }
@@ -48,6 +49,7 @@ private:
     DocumentCache& cache_;
     FedStreams& fed_;
     std::int64_t end_;
+    bool readsLayers_;
     MetObjects met_;
     std::vector<ObjectOwner> streams_; ///< kept, so that no other takes the storage of one
 };

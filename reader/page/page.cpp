@@ -49,8 +49,7 @@ void inherit(DocumentCache& cache, bool withResources) {
     const std::array fields = {
         Inherited{"CropBox", &cache.cropBox}, Inherited{"MediaBox", &cache.mediaBox},
         Inherited{"Rotate", &cache.rotate}, Inherited{"Resources", &cache.resources}};
-    retainObject(cache.page.get());
-    fillFrom(cache, ObjectOwner(cache.page.get()),
+    fillFrom(cache, sharedObject(cache.page.get()),
              std::span(fields).first(withResources ? fields.size() : fields.size() - 1));
 }
 
@@ -71,8 +70,7 @@ void forgetPage(DocumentCache& cache) {
 
 ObjectOwner pageDictionary(DocumentCache& cache, const PageEntry& entry) {
     if (entry.number == 0) {
-        retainObject(entry.direct.get());
-        return ObjectOwner(entry.direct.get());
+        return sharedObject(entry.direct.get());
     }
     ObjectOwner reference;
     indirectObject(reference.get(), entry.number, entry.generation);

@@ -80,7 +80,8 @@ std::optional<PageBase> recordedBase(DocumentCache& cache, const PageRecord& rec
         base.isAsOpened = lookupObject(cache, stated, "Anew")->type == ObjectType::null;
         base.contentDigest = eightBytes(lookupObject(cache, stated, "Digest"));
         holds = base.contentDigest &&
-                *base.contentDigest == digestContent(cache, base.streams, base.resources.get());
+                *base.contentDigest ==
+                    digestContent(cache, base.streams, base.resources.get(), base.version);
     });
     return holds ? std::optional(std::move(base)) : std::nullopt;
 }
@@ -97,10 +98,10 @@ std::optional<DigestVersion> versionOf(DocumentCache& cache, std::span<const Bas
     std::vector<ObjectOwner> shared;
     shared.reserve(streams.size());
     for (const BaseStream& stream : streams) {
-        retainObject(stream.stream.get());
-        shared.emplace_back(stream.stream.get());
+        shared.push_back(sharedObject(stream.stream.get()));
     }
-    for (const DigestVersion version : std::array{DigestVersion::drawn, DigestVersion::page}) {
+    for (const DigestVersion version :
+         std::array{DigestVersion::layered, DigestVersion::drawn, DigestVersion::page}) {
         if (digestPage(cache, shared, version) == opened) {
             return version;
         }
@@ -134,6 +135,11 @@ std::optional<PageBase> baseOf(DocumentCache& cache, std::uint64_t opened) {
 std::optional<std::uint64_t> lastArtwork(DocumentCache& cache) {
     const std::optional<PageRecord> record = recordOfPage(cache, standingStreams(cache));
     return record ? record->artwork : std::nullopt;
+}
+
+std::vector<std::int32_t> lastLayers(DocumentCache& cache) {
+    std::optional<PageRecord> record = recordOfPage(cache, standingStreams(cache));
+    return record ? std::move(record->layers) : std::vector<std::int32_t>();
 }
 
 } // namespace corvane

@@ -41,5 +41,7 @@ std::optional<PageBase> baseOf(DocumentCache& cache, std::uint64_t opened);
 /// Which artwork the page in use was saved from last; nothing where the record does not say it, or
 /// another program changed the page since.
 std::optional<std::uint64_t> lastArtwork(DocumentCache& cache);
+/// The optional content groups that this save made, by their numbers.
+std::vector<std::int32_t> lastLayers(DocumentCache& cache);
 
 } // namespace corvane

@@ -51,6 +51,10 @@ void feedFirstVersion(DigestFeed& feed, DocumentCache& cache,
     }
 }
 
+bool readsLayers(DigestVersion version) {
+    return version == DigestVersion::page || version == DigestVersion::drawn;
+}
+
 /// The content's data come first: all of them count, whatever their length.
 void feedData(DigestFeed& feed, DocumentCache& cache, FedStreams& fed, const Object& stream) {
     if (!feedAgain(feed, fed, stream)) {
@@ -58,13 +62,14 @@ void feedData(DigestFeed& feed, DocumentCache& cache, FedStreams& fed, const Obj
     }
 }
 
-void feedDrawn(DigestFeed& feed, DocumentCache& cache, std::span<const ObjectOwner> streams) {
+void feedDrawn(DigestFeed& feed, DocumentCache& cache, std::span<const ObjectOwner> streams,
+               DigestVersion version) {
     feedPage(feed, cache.page.get(), false);
     FedStreams fed;
     for (const ObjectOwner& stream : streams) {
         feedData(feed, cache, fed, stream.get());
     }
-    Followed followed(feed, cache, fed);
+    Followed followed(feed, cache, fed, readsLayers(version));
     for (const ObjectOwner* field :
          {&cache.mediaBox, &cache.cropBox, &cache.rotate, &cache.resources}) {
         followed.root(field->get());
@@ -83,19 +88,19 @@ std::uint64_t digestPage(DocumentCache& cache, std::span<const ObjectOwner> stre
     if (version == DigestVersion::page) {
         feedFirstVersion(feed, cache, streams);
     } else {
-        feedDrawn(feed, cache, streams);
+        feedDrawn(feed, cache, streams, version);
     }
     return feed.value();
 }
 
 std::uint64_t digestContent(DocumentCache& cache, std::span<const BaseStream> streams,
-                            const Object& resources) {
+                            const Object& resources, DigestVersion version) {
     DigestFeed feed;
     FedStreams fed;
     for (const BaseStream& stream : streams) {
         feedData(feed, cache, fed, stream.stream.get());
     }
-    Followed followed(feed, cache, fed);
+    Followed followed(feed, cache, fed, readsLayers(version));
     for (const BaseStream& stream : streams) {
         followed.rootStream(stream.stream.get());
     }

@@ -20,14 +20,18 @@ namespace corvane {
 /// streams as they stand in the file. Each object is read once; references to it count by the order
 /// in which they were met. Pages, annotations and notes are left out. Past `budget::digestObjects`
 /// and `budget::digestBytes` references count by themselves.
-enum class DigestVersion : std::int32_t { page = 1, drawn = 2, current = drawn };
+///
+/// 3: the same, but for what layers of the file say: they are named and shown otherwise without any
+/// change of the page.
+enum class DigestVersion : std::int32_t { page = 1, drawn = 2, layered = 3, current = layered };
 
 std::uint64_t digestPage(DocumentCache& cache, std::span<const ObjectOwner> streams,
                          DigestVersion version = DigestVersion::current);
 
 /// A digest of content of the page in use, of its Rotate, and of all that the content's resources
-/// lead to, as version 2 has it.
+/// lead to, as that version has it; version 1 as 2.
 std::uint64_t digestContent(DocumentCache& cache, std::span<const BaseStream> streams,
-                            const Object& resources);
+                            const Object& resources,
+                            DigestVersion version = DigestVersion::current);
 
 } // namespace corvane

@@ -14,8 +14,7 @@ namespace {
 constexpr std::array<std::string_view, 3> recordPath = {"PieceInfo", pieceInfoName, "Private"};
 
 ObjectOwner recordObject(DocumentCache& cache) {
-    retainObject(cache.page.get());
-    ObjectOwner object(cache.page.get());
+    ObjectOwner object = sharedObject(cache.page.get());
     for (const std::string_view key : recordPath) {
         if (typeObject(object.get()) != ObjectType::dictionary) {
             return {};
@@ -72,6 +71,11 @@ bool speaksOfPage(DocumentCache& cache, const Object& record, std::span<const Ba
     return std::ranges::includes(standing, stated);
 }
 
+std::vector<std::int32_t> layersOf(DocumentCache& cache, const Object& record) {
+    const bool hasLayers = typeObject(findEntry(cache, record, "Layers")) != ObjectType::null;
+    return hasLayers ? numbersOf(cache, record, "Layers") : std::vector<std::int32_t>();
+}
+
 std::optional<PageOrigin> originOf(DocumentCache& cache, const Object& record) {
     const std::optional<std::uint64_t> digest = eightBytes(lookupObject(cache, record, "Origin"));
     if (!digest) {
@@ -96,6 +100,7 @@ std::optional<PageRecord> recordOfPage(DocumentCache& cache, std::span<const Bas
         if (isOurs) {
             record.origin = originOf(cache, object.get());
             record.artwork = eightBytes(lookupObject(cache, object.get(), "Artwork"));
+            record.layers = layersOf(cache, object.get());
             record.base = readableObject(cache, findEntry(cache, object.get(), "Base"));
         }
     });

@@ -1,10 +1,11 @@
 // The record that this program keeps in a page that it saved.
 //
 //   /PieceInfo << /Corvane << /LastModified (...) /Private <<
-//     /Origin <16 digits> /Version 2    digest of the base, and the version of that digest
+//     /Origin <16 digits> /Version 3    digest of the base, and the version of that digest
 //     /Page 123 /Content [123 456]      places
 //     /Base << /Contents ... /Resources ... /MediaBox [...] /CropBox [...] /Digest <16 digits> >>
 //     /Artwork <16 digits>              which opening of the page the artwork comes from
+//     /Layers [31 32]                   optional content groups that were made for the artwork
 //   >> >> >>
 //
 // The places are where the page and the content streams of the update stand, by the
@@ -42,7 +43,8 @@ struct PageOrigin {
 struct PageRecord {
     std::optional<PageOrigin> origin;
     std::optional<std::uint64_t> artwork;
-    ObjectOwner base; ///< null where there is none
+    std::vector<std::int32_t> layers; ///< numbers of groups that the save made
+    ObjectOwner base;                 ///< null where there is none
 };
 
 /// The record of the page in use, whose content streams are `streams`, if it speaks of this page. A

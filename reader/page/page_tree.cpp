@@ -118,8 +118,7 @@ void PageWalk::repeat(Seen known, PageEntry entry) {
 
 void PageWalk::note(const ObjectOwner& node, PageEntry entry) {
     if (entry.number == 0) {
-        retainObject(node.get());
-        entry.direct = ObjectOwner(node.get());
+        entry.direct = sharedObject(node.get());
     } else {
         // It is read again when it is wanted; thousands of pages need not stay in memory.
         forgetObject(cache_, entry.number, entry.generation);

@@ -44,8 +44,8 @@ Colour indexedColour(const ColourSpace& space, double index) {
     if (entries == 0) {
         return initialColour(*space.base);
     }
-    const auto last = static_cast<double>(entries - 1);
-    const auto entry = static_cast<std::size_t>(std::clamp(std::trunc(index), 0.0, last));
+    const Function::Interval places{0, static_cast<double>(entries - 1)};
+    const auto entry = static_cast<std::size_t>(Function::within(places, index));
     std::vector<double> components(width);
     for (std::size_t i = 0; i < width; ++i) {
         components[i] = space.table[entry * width + i] / 255.0;
@@ -66,6 +66,19 @@ Colour tintColour(const ColourSpace& space, std::span<const double> tints) {
 }
 
 } // namespace
+
+std::int64_t costOf(const ColourSpace& space) {
+    constexpr std::int64_t plain = 10;
+    constexpr std::int64_t powers = 40;
+    constexpr std::int64_t throughProfile = 200;
+    std::int64_t steps = plain;
+    for (const ColourSpace* each = &space; each != nullptr; each = each->base.get()) {
+        steps += each->function == nullptr ? 0 : each->function->cost();
+        steps += each->profile == nullptr ? 0 : throughProfile;
+        steps += each->kind == ColourSpace::Kind::lab ? powers : 0;
+    }
+    return steps;
+}
 
 Colour initialColour(const ColourSpace& space) {
     constexpr std::array cmykBlack = {0.0, 0.0, 0.0, 1.0};

@@ -54,6 +54,9 @@ ColourSpacePointer readColourSpace(DocumentCache& cache, const Object& object);
 /// The bytes of an indexed space's table, a string or a stream.
 std::vector<std::uint8_t> tableBytes(DocumentCache& cache, const Object& object);
 
+/// Work of one colour, in steps of a few nanoseconds.
+std::int64_t costOf(const ColourSpace& space);
+
 /// The colour that a space begins with.
 Colour initialColour(const ColourSpace& space);
 

@@ -24,6 +24,9 @@ public:
     ColourSpacePointer numbered(std::int32_t number,
                                 const std::function<ColourSpacePointer()>& read);
 
+    /// Where the profiles of the file count what they take.
+    const IccMemory& profileMemory() const { return profileMemory_; }
+
 private:
     struct Known {
         ColourSpacePointer space;
@@ -39,6 +42,7 @@ private:
 
     std::unordered_map<std::uint32_t, Category> categories_; ///< by where the dictionary lies
     std::unordered_map<std::int32_t, Known> numbered_;
+    IccMemory profileMemory_ = std::make_shared<std::int64_t>(0);
 };
 
 /// That of an open file.

@@ -1,22 +1,23 @@
 #include "reader/paint/function.h"
 
-#include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace corvane {
 
 void Function::evaluate(std::span<const double> in, std::span<double> out) const {
     std::array<double, functionArity> inputs{};
     for (std::size_t i = 0; i < domain_.size(); ++i) {
-        const double value = i < in.size() ? in[i] : 0.0;
-        // What is no number passes no comparison, and becomes the lower end.
-        inputs[i] = value > domain_[i].low ? std::min(value, domain_[i].high) : domain_[i].low;
+        inputs[i] = within(domain_[i], i < in.size() ? in[i] : 0.0);
     }
     const std::span<double> results = out.first(outputs_);
     compute(std::span(inputs).first(domain_.size()), results);
-    for (std::size_t i = 0; i < std::min(range_.size(), results.size()); ++i) {
-        results[i] =
-            results[i] > range_[i].low ? std::min(results[i], range_[i].high) : range_[i].low;
+    for (std::size_t i = 0; i < results.size(); ++i) {
+        if (i < range_.size()) {
+            results[i] = within(range_[i], results[i]);
+        } else if (std::isnan(results[i])) {
+            results[i] = 0;
+        }
     }
 }
 

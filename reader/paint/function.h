@@ -4,6 +4,7 @@
 #include "objects/object.h"
 #include "reader/document/cache.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -22,6 +23,12 @@ public:
         double high = 1;
     };
 
+    /// The number of an interval that is nearest to `value`. What is no number passes no
+    /// comparison, and becomes the lower end.
+    static constexpr double within(const Interval& interval, double value) {
+        return value > interval.low ? std::min(value, interval.high) : interval.low;
+    }
+
     Function(std::vector<Interval> domain, std::vector<Interval> range, std::size_t outputs)
         : domain_(std::move(domain)), range_(std::move(range)), outputs_(outputs) {}
     virtual ~Function() = default;
@@ -32,7 +39,7 @@ public:
     virtual std::int64_t cost() const = 0;
 
     /// The first `outputs` numbers of `out` for the first `inputs` of `in`, both put into their
-    /// intervals. Missing inputs count as 0.
+    /// intervals. Missing inputs count as 0, and so do results that are no numbers.
     void evaluate(std::span<const double> in, std::span<double> out) const;
 
     /// Of one input: adds the places between these two at which the function has a bend or a jump

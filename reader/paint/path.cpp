@@ -44,12 +44,12 @@ void sendSegments(PathConstruction& path) {
 }
 
 /// Ends the open subpath without closing it. In the extended profile one that is a single point
-/// goes: it would paint nothing.
-void leaveSubpath(PathConstruction& path) {
+/// goes, unless it is needed: it would paint nothing.
+void leaveSubpath(PathConstruction& path, bool needsPoint = false) {
     if (path.object == Art::null) {
         return;
     }
-    if (rules().continuesClosedPaths && path.segments.size() == 1) {
+    if (rules().continuesClosedPaths && path.segments.size() == 1 && !needsPoint) {
         callHost(slot::disposeArt, path.object);
     } else {
         sendSegments(path);
@@ -72,9 +72,13 @@ PathConstruction& openSubpath(Interpreter& interpreter) {
 } // namespace
 
 void dropPath(Interpreter& interpreter) {
-    const Art compound = std::exchange(interpreter.level.path, {}).compound;
-    if (compound != Art::null) {
-        callHost(slot::disposeArt, compound);
+    const PathConstruction path = std::exchange(interpreter.level.path, {});
+    if (path.compound == Art::null) {
+        return;
+    }
+    callHost(slot::disposeArt, path.compound);
+    if (rules().lazyGroups && !interpreter.containers.isOpen(path.holder)) {
+        interpreter.containers.dropBare();
     }
 }
 
@@ -137,7 +141,12 @@ void closetoPath(Interpreter& interpreter) {
 }
 
 void endPath(Interpreter& interpreter) {
-    leaveSubpath(openPath(interpreter));
+    PathConstruction& path = openPath(interpreter);
+    // A clip of a point lets nothing through.
+    const bool clipsAll = interpreter.state.style.clip != 0 && path.object != Art::null &&
+                          firstChild(path.compound) == path.object &&
+                          nextSibling(path.object) == Art::null;
+    leaveSubpath(path, clipsAll);
     finishArt(interpreter);
 }
 

@@ -119,6 +119,10 @@ void finishArt(Interpreter& interpreter) {
     if (path == Art::null) {
         return;
     }
+    if (clips && rules().lazyGroups && interpreter.containers.isFull()) {
+        callHost(slot::disposeArt, path);
+        failException(Exception::structure);
+    }
     const bool isPainted = !clips || state.style.fillPaint != 0 || state.style.strokePaint != 0;
     if (rules().lazyGroups) {
         // The clips at the end of a path count: a `Q` may stand within it. So may text, which is

@@ -62,7 +62,8 @@ ColourSpacePointer profileSpace(DocumentCache& cache, const Object& object, int 
         const std::vector<std::uint8_t> bytes =
             streamBytes(cache, stream.get(), budget::profileBytes);
         profile = IccProfile::read(std::as_bytes(std::span(bytes)),
-                                   static_cast<std::size_t>(std::max(components, 0)));
+                                   static_cast<std::size_t>(std::max(components, 0)),
+                                   colourSpacesOf(cache).profileMemory());
     });
     if (code != Exception::none && code != Exception::limit && !isFileFault(code)) {
         againException();
@@ -99,11 +100,11 @@ ColourSpacePointer calibratedSpace(DocumentCache& cache, const Object& parameter
         fill("Gamma", calibration.gamma);
         const ObjectOwner gamma = lookupObject(cache, dictionary.get(), "Gamma");
         if (components == 1 && typeObject(gamma.get()) != ObjectType::null) {
-            calibration.gamma[0] = realObject(gamma.get());
+            calibration.gamma[0] = realNumber(gamma.get());
         }
     });
-    std::shared_ptr<const IccProfile> profile =
-        IccProfile::calibrated(calibration, static_cast<std::size_t>(components));
+    std::shared_ptr<const IccProfile> profile = IccProfile::calibrated(
+        calibration, static_cast<std::size_t>(components), colourSpacesOf(cache).profileMemory());
     const bool isIgnored = profile == nullptr;
     return countedSpace(components, isIgnored, std::move(profile));
 }

@@ -224,7 +224,7 @@ FunctionPointer readExponential(DocumentCache& cache, const Object& dictionary, 
     if (common.domain.size() != 1 || first.size() > functionArity) {
         return nullptr;
     }
-    const double exponent = realObject(lookupObject(cache, dictionary, "N").get());
+    const double exponent = realNumber(lookupObject(cache, dictionary, "N").get());
     return std::make_shared<ExponentialFunction>(std::move(common.domain), std::move(common.range),
                                                  std::move(first), std::move(last),
                                                  std::max(exponent, 0.0));

@@ -12,6 +12,10 @@ namespace corvane {
 
 namespace {
 
+/// Tokens that a stop counts as: it takes as much room as thirty segments of a path, here and in
+/// SVG.
+constexpr std::int64_t stopTokens = 100;
+
 using Levels = std::array<double, 3>; ///< of light, 0 to 255
 
 Levels levelsOf(const Colour& colour) {
@@ -46,7 +50,8 @@ double distance(const Sample& from, const Sample& middle, const Sample& to) {
 
 class Sampler {
 public:
-    Sampler(const Shading& shading, double room) : shading_(shading), room_(room) {}
+    Sampler(ContentProgress& progress, const Shading& shading, double room)
+        : progress_(progress), shading_(shading), cost_(shading.cost()), room_(room) {}
 
     /// Nothing where more stops are needed than the budget has.
     bool run(std::span<const double> breaks) {
@@ -76,7 +81,8 @@ private:
     static constexpr int deepest = 12;
 
     /// The colour that the functions have at `value`, to stand at `place`; both 0 to 1.
-    Sample sampleAt(double place, double value) const {
+    Sample sampleAt(double place, double value) {
+        progress_.work(cost_);
         const double first = shading_.domain[0];
         const double input = first + value * (shading_.domain[1] - first);
         Sample sample{.place = place, .colour = shading_.colourAt(std::span(&input, 1))};
@@ -108,7 +114,9 @@ private:
         return refine(from, middle, depth + 1) && add(middle) && refine(middle, to, depth + 1);
     }
 
+    ContentProgress& progress_;
     const Shading& shading_;
+    std::int64_t cost_; ///< of one colour
     double room_;
     std::vector<Sample> samples_;
 };
@@ -139,7 +147,7 @@ std::vector<double> breaksOf(const Shading& shading) {
 
 } // namespace
 
-std::vector<GradientStop> gradientStops(const Shading& shading) {
+std::vector<GradientStop> gradientStops(ContentProgress& progress, const Shading& shading) {
     const double first = shading.domain[0];
     const double last = shading.domain[1];
     if (first == last) {
@@ -148,9 +156,11 @@ std::vector<GradientStop> gradientStops(const Shading& shading) {
     const std::vector<double> breaks = breaksOf(shading);
     constexpr double finest = .75; // colours are rounded to levels besides
     for (double room = finest;; room *= 2) {
-        Sampler sampler(shading, room);
+        Sampler sampler(progress, shading, room);
         if (sampler.run(breaks)) {
-            return sampler.stops();
+            std::vector<GradientStop> stops = sampler.stops();
+            progress.charge(stopTokens * std::ssize(stops));
+            return stops;
         }
     }
 }

@@ -1,37 +1,51 @@
 #include "reader/shading/page_patterns.h"
 
 #include "reader/content/interpreter.h"
-#include "reader/content/losses.h"
 #include "reader/shading/shading_gradient.h"
 #include "reader/shading/shading_image.h"
+#include "reader/shading/take_shading.h"
 #include "reader/shading/tiling_pattern.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/extension.h"
 #include "runtime/rules.h"
 
-#include <algorithm>
+#include <bit>
 #include <utility>
 
 namespace corvane {
 
 namespace {
 
-/// Paints that one pattern is, as colours and contents differ; past it they are made anew.
-constexpr std::size_t mostKnown = 4096;
+/// Paints that are kept, as colours and contents of patterns differ; past it they are made anew.
+constexpr std::size_t mostKnown = 1 << 16;
+
+/// Numbers that tell colours of a pattern apart; what is no number equals itself as well.
+std::array<std::int64_t, 6> numbersOf(const Colour& colour) {
+    return {static_cast<std::int64_t>(colour.kind),
+            colour.component[0],
+            colour.component[1],
+            colour.component[2],
+            colour.component[3],
+            static_cast<std::int64_t>(colour.origin)};
+}
+
+std::array<std::uint64_t, 6> bitsOf(const RealMatrix& matrix) {
+    const auto bits = [](double number) { return std::bit_cast<std::uint64_t>(number); };
+    return {bits(matrix.a), bits(matrix.b),  bits(matrix.c),
+            bits(matrix.d), bits(matrix.tx), bits(matrix.ty)};
+}
 
 std::optional<Colour> shadingPaint(Interpreter& interpreter, const Object& pattern,
                                    const RealMatrix& base) {
     DocumentCache& cache = interpreter.cache;
     const Object entry = findEntry(cache, pattern, "Shading");
-    const std::optional<Shading> shading = readShading(cache, entry);
+    const std::optional<Shading> shading = takeShading(interpreter, entry);
     const RealMatrix matrix = multiply(matrixEntry(cache, pattern, "Matrix"), base);
     if (!shading || !inverse(matrix)) {
         return std::nullopt;
     }
-    noteSpaceLosses(interpreter, *shading->space);
-    interpreter.progress.charge(shadingTokens * shading->cost());
     return isGradient(*shading) && !shading->box
-               ? gradientOf(*shading, matrix, true)
+               ? gradientOf(interpreter.progress, *shading, matrix, true)
                : shadingTile(interpreter, *shading, entry, matrix);
 }
 
@@ -83,12 +97,10 @@ std::optional<Colour> PagePatterns::find(Interpreter& interpreter, std::string_v
         isShading || integerEntry(cache, pattern.get(), "PaintType") != uncoloured;
     const Colour counted = hasOwnColours ? Colour() : colour;
     const RealMatrix base = interpreter.level.base;
-    const Key key = number != 0 ? Key(number, 0, {}) : Key(0, category->data, std::string(name));
-    std::vector<Known>& known = known_[key];
-    const auto found = std::ranges::find_if(
-        known, [&](const Known& each) { return each.base == base && each.colour == counted; });
-    if (found != known.end()) {
-        return found->paint;
+    Key key{number, number != 0 ? 0 : category->data, number != 0 ? "" : std::string(name),
+            bitsOf(base), numbersOf(counted)};
+    if (const auto known = known_.find(key); known != known_.end()) {
+        return known->second;
     }
     const std::optional<Colour> paint =
         isShading ? shadingPaint(interpreter, pattern.get(), base)
@@ -96,11 +108,9 @@ std::optional<Colour> PagePatterns::find(Interpreter& interpreter, std::string_v
     if (number == 0) {
         held_.push_back(std::move(category));
     }
-    // What is drawn may have used patterns, too. Within other contents one may be refused because
-    // it is being drawn.
-    std::vector<Known>& all = known_[key];
-    if (all.size() < mostKnown && (paint || interpreter.openContents.empty())) {
-        all.push_back({base, counted, paint});
+    // Within other contents one may be refused because it is being drawn.
+    if (known_.size() < mostKnown && (paint || interpreter.openContents.empty())) {
+        known_.emplace(std::move(key), paint);
     }
     return paint;
 }

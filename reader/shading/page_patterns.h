@@ -5,6 +5,7 @@
 #include "host/matrix.h"
 #include "objects/object.h"
 
+#include <array>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -29,15 +30,12 @@ public:
                                const Colour& colour);
 
 private:
-    struct Known {
-        RealMatrix base;
-        Colour colour;
-        std::optional<Colour> paint;
-    };
-    /// Its number or, for one that has none, the dictionary that names it and its name.
-    using Key = std::tuple<std::int32_t, std::uint32_t, std::string>;
+    /// Of a pattern its number or, for one that has none, the dictionary that names it and its
+    /// name; the base of the content that uses it; and the colour of one that has none of its own.
+    using Key = std::tuple<std::int32_t, std::uint32_t, std::string, std::array<std::uint64_t, 6>,
+                           std::array<std::int64_t, 6>>;
 
-    std::map<Key, std::vector<Known>> known_;
+    std::map<Key, std::optional<Colour>> known_;
     std::vector<ObjectOwner> held_; ///< dictionaries among the keys: nothing takes their place
 };
 

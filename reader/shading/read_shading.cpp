@@ -96,7 +96,7 @@ Box spannedBox(const Box& box, const RealMatrix& matrix) {
 }
 
 std::int64_t Shading::cost() const {
-    std::int64_t work = 1;
+    std::int64_t work = costOf(*space);
     for (const FunctionPointer& function : functions) {
         work += function->cost();
     }

@@ -52,10 +52,6 @@ struct Shading {
     Colour colourAt(std::span<const double> values) const;
 };
 
-/// Tokens that a shading counts as, for each step of the work of one colour: its stops take some
-/// thousand colours.
-inline constexpr std::int64_t shadingTokens = 100;
-
 /// The shading that an object describes; nothing where it is none that can be computed. Raises what
 /// reading its objects raises.
 std::optional<Shading> readShading(DocumentCache& cache, const Object& object);

@@ -65,7 +65,8 @@ bool isGradient(const Shading& shading) {
            distanceOf(c) <= std::abs(c[5] - c[2]) * (1 + room) + room;
 }
 
-Colour gradientOf(const Shading& shading, const RealMatrix& matrix, bool asPattern) {
+Colour gradientOf(ContentProgress& progress, const Shading& shading, const RealMatrix& matrix,
+                  bool asPattern) {
     std::vector<GradientStop> stops;
     const bool isTurned =
         shading.kind == ShadingKind::radial && shading.coordinates[2] > shading.coordinates[5];
@@ -74,7 +75,7 @@ Colour gradientOf(const Shading& shading, const RealMatrix& matrix, bool asPatte
         stops.push_back(beyond(shading, {}, asPattern));
     } else {
         place(shading, isTurned, facts);
-        stops = gradientStops(shading);
+        stops = gradientStops(progress, shading);
         bool extendsStart = shading.extendsStart;
         bool extendsEnd = shading.extendsEnd;
         if (isTurned) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/artwork.h"
+#include "reader/content/progress.h"
 #include "reader/shading/shading.h"
 
 namespace corvane {
@@ -12,6 +13,7 @@ bool isGradient(const Shading& shading);
 
 /// Tells the host such a shading; `matrix` leads from the shading's space to the artboard. As a
 /// pattern it has its background where it does not extend, by `sh` nothing. Raises `host`.
-Colour gradientOf(const Shading& shading, const RealMatrix& matrix, bool asPattern);
+Colour gradientOf(ContentProgress& progress, const Shading& shading, const RealMatrix& matrix,
+                  bool asPattern);
 
 } // namespace corvane

@@ -11,6 +11,7 @@
 #include "runtime/callbacks.h"
 #include "runtime/fixed.h"
 #include "runtime/matrix.h"
+#include "runtime/work_meter.h"
 
 #include <algorithm>
 #include <array>
@@ -29,21 +30,31 @@ constexpr double pixelsPerPoint = 150.0 / 72;
 /// Work on one image, in the steps that functions count.
 constexpr std::int64_t imageWork = 400'000'000;
 
+/// Of the meter that asks whether the person wants to stop; the work itself is charged before.
+constexpr std::int64_t endless = std::int64_t{1} << 62;
+
 Box common(const Box& a, const Box& b) {
     return {std::max(a.left, b.left), std::max(a.bottom, b.bottom), std::min(a.right, b.right),
             std::min(a.top, b.top)};
 }
 
 /// Around all that a mesh paints.
-Box meshBox(DocumentCache& cache, const Shading& shading, const RealMatrix& matrix) {
+Box meshBox(DocumentCache& cache, ContentProgress& progress, const Shading& shading,
+            const RealMatrix& matrix) {
     Box box{INFINITY, INFINITY, -INFINITY, -INFINITY};
-    forEachTriangle(cache, shading, INFINITY, [&](const MeshTriangle& triangle) {
+    std::int64_t count = 0;
+    const auto work = [&](std::int64_t steps) { progress.work(steps); };
+    forEachTriangle(cache, work, shading, INFINITY, [&](const MeshTriangle& triangle) {
+        ++count;
         for (const MeshCorner& corner : triangle) {
             const RealPoint point = transform(matrix, corner.point);
             box = {std::min(box.left, point.x), std::min(box.bottom, point.y),
                    std::max(box.right, point.x), std::max(box.top, point.y)};
         }
     });
+    // Drawing them takes as long again, and a patch is drawn as a finer grid.
+    constexpr std::int64_t finer = 64;
+    progress.work(count * vertexSteps * (shading.kind >= ShadingKind::coonsPatches ? finer : 1));
     // A coarse grid cuts the corners of curved edges.
     const double room = shading.kind >= ShadingKind::coonsPatches
                             ? .25 * std::max(box.right - box.left, box.top - box.bottom)
@@ -52,7 +63,7 @@ Box meshBox(DocumentCache& cache, const Shading& shading, const RealMatrix& matr
 }
 
 /// The part of the artboard that the shading paints.
-Box seenPart(DocumentCache& cache, const Shading& shading, const RealMatrix& matrix, Box area,
+Box seenPart(Interpreter& interpreter, const Shading& shading, const RealMatrix& matrix, Box area,
              bool asPattern) {
     if (shading.box) {
         area = common(area, spannedBox(*shading.box, matrix));
@@ -61,7 +72,7 @@ Box seenPart(DocumentCache& cache, const Shading& shading, const RealMatrix& mat
         return area;
     }
     if (shading.isMesh()) {
-        return common(area, meshBox(cache, shading, matrix));
+        return common(area, meshBox(interpreter.cache, interpreter.progress, shading, matrix));
     }
     if (shading.kind == ShadingKind::function) {
         const auto& [left, right, bottom, top] = shading.domain;
@@ -69,6 +80,19 @@ Box seenPart(DocumentCache& cache, const Shading& shading, const RealMatrix& mat
                       spannedBox({left, bottom, right, top}, multiply(shading.matrix, matrix)));
     }
     return area;
+}
+
+/// Steps of drawing so many pixels, beside the vertices of a mesh: those that are drawn when the
+/// page is read, and count when it is read again for a save.
+std::int64_t drawingWork(const Shading& shading, std::int64_t pixels) {
+    constexpr std::int64_t pixelSteps = 10;
+    constexpr std::int64_t layers = 8;
+    constexpr std::int64_t rampLength = 1024;
+    if (shading.kind == ShadingKind::function) {
+        return pixels * (pixelSteps + shading.cost());
+    }
+    const std::int64_t ramp = shading.functions.empty() ? 0 : rampLength * shading.cost();
+    return ramp + pixels * pixelSteps * (shading.isMesh() ? layers : 2);
 }
 
 /// Of one pixel.
@@ -80,7 +104,7 @@ std::string keyOf(DocumentCache& cache, const Object& entry, const RealMatrix& m
                   const Box& part, bool asPattern) {
     DigestFeed feed;
     FedStreams fed;
-    Followed followed(feed, cache, fed);
+    Followed followed(feed, cache, fed, false);
     followed.root(entry);
     followed.follow();
     for (const double number : {matrix.a, matrix.b, matrix.c, matrix.d, matrix.tx, matrix.ty,
@@ -104,7 +128,7 @@ std::optional<PlacedImage> shadingImage(Interpreter& interpreter, const Shading&
                                         const Object& entry, const RealMatrix& matrix,
                                         const Box& area, bool asPattern) {
     DocumentCache& cache = interpreter.cache;
-    const Box part = seenPart(cache, shading, matrix, area, asPattern);
+    const Box part = seenPart(interpreter, shading, matrix, area, asPattern);
     if (!interpreter.readsImages || !inverse(matrix) || !hasArea(part)) {
         return std::nullopt;
     }
@@ -126,12 +150,15 @@ std::optional<PlacedImage> shadingImage(Interpreter& interpreter, const Shading&
     PlacedImage placed{.matrix =
                            hostMatrix(RealMatrix{width, 0, 0, height, part.left, part.bottom})};
     // A page may ask for image after image.
-    interpreter.progress.charge(std::int64_t{facts.width} * facts.height);
+    const std::int64_t count = std::int64_t{facts.width} * facts.height;
+    interpreter.progress.charge(count);
+    interpreter.progress.work(drawingWork(shading, count));
     std::uint8_t wantsBytes = 0;
     callHost(slot::addImage, &facts, &placed.image, &wantsBytes);
     if (wantsBytes != 0) {
+        StepMeter meter(endless);
         ShadingRaster raster(shading, matrix, part, facts.width, facts.height);
-        if (!raster.draw(cache, asPattern)) {
+        if (!raster.draw(cache, meter, asPattern)) {
             interpreter.omissions.note(Omission::shading);
         }
         for (std::int32_t y = 0; y < facts.height; ++y) {
@@ -154,7 +181,7 @@ std::optional<Colour> shadingTile(Interpreter& interpreter, const Shading& shadi
     if (isGradient(shading)) {
         PathStyle style;
         style.fillPaint = 1;
-        style.fill = gradientOf(shading, matrix, true);
+        style.fill = gradientOf(interpreter.progress, shading, matrix, true);
         const Art path = newArt(ArtKind::path, Placement::inside, tile);
         setCorners(path, *shading.box, matrix);
         callHost(slot::setPathStyle, path, &style);

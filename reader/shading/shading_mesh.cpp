@@ -172,9 +172,11 @@ std::array<double, 4> weightsAt(double t) {
 
 class Triangles {
 public:
-    Triangles(DocumentCache& cache, const Shading& shading, double cell,
+    Triangles(DocumentCache& cache, const MeshWork& work, const Shading& shading, double cell,
               const std::function<void(const MeshTriangle&)>& use)
-        : cache_(cache), shading_(shading), cell_(cell), use_(use), numbers_(cache, shading) {}
+        : cache_(cache), work_(work), shading_(shading), cell_(cell), use_(use),
+          numbers_(cache, shading),
+          vertexCost_(vertexSteps + (shading.functions.empty() ? shading.cost() : 0)) {}
 
     bool run() {
         switch (shading_.kind) {
@@ -196,6 +198,7 @@ private:
 
     MeshCorner corner() {
         --left_;
+        work_(vertexCost_);
         MeshCorner corner;
         corner.point = numbers_.point();
         corner.value = numbers_.value();
@@ -266,6 +269,7 @@ private:
             const std::uint32_t said = numbers_.flag() & 3U;
             const std::uint32_t flag = isFirst ? 0 : said;
             Patch next = flag == 0 ? Patch() : continued(patch, flag);
+            work_(4 * vertexCost_);
             for (std::size_t i = flag == 0 ? 0 : 4; i < points; ++i) {
                 next.points[streamOrder[i][0]][streamOrder[i][1]] = numbers_.point();
             }
@@ -320,6 +324,7 @@ private:
     void drawPatch(const Patch& patch) {
         const std::size_t steps = stepsOf(patch);
         left_ -= static_cast<std::int64_t>(steps * steps);
+        work_(static_cast<std::int64_t>(steps * steps) * vertexSteps);
         std::vector<MeshCorner> former;
         std::vector<MeshCorner> row;
         for (std::size_t i = 0; i <= steps; ++i) {
@@ -337,18 +342,20 @@ private:
     }
 
     DocumentCache& cache_;
+    const MeshWork& work_;
     const Shading& shading_;
     double cell_;
     const std::function<void(const MeshTriangle&)>& use_;
     MeshNumbers numbers_;
+    std::int64_t vertexCost_;
     std::int64_t left_ = budget::meshVertices;
 };
 
 } // namespace
 
-bool forEachTriangle(DocumentCache& cache, const Shading& shading, double cell,
-                     const std::function<void(const MeshTriangle&)>& use) {
-    return Triangles(cache, shading, cell, use).run();
+bool forEachTriangle(DocumentCache& cache, const MeshWork& work, const Shading& shading,
+                     double cell, const std::function<void(const MeshTriangle&)>& use) {
+    return Triangles(cache, work, shading, cell, use).run();
 }
 
 } // namespace corvane

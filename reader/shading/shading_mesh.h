@@ -4,6 +4,7 @@
 #include "reader/shading/shading.h"
 
 #include <array>
+#include <cstdint>
 #include <functional>
 
 namespace corvane {
@@ -15,12 +16,18 @@ struct MeshCorner {
     std::array<double, 3> value{};
 };
 
+/// Told of steps of work.
+using MeshWork = std::function<void(std::int64_t)>;
+
 using MeshTriangle = std::array<MeshCorner, 3>;
+
+/// Steps to read a vertex, or to make one of a patch, and to draw the triangles that it begins.
+inline constexpr std::int64_t vertexSteps = 100;
 
 /// Hands out the triangles of a mesh, in the order of painting. A patch becomes a grid of them: as
 /// fine as its edges are long, of which `cell` is one step. Past the budget of vertices the rest is
-/// left out, and false the answer. Raises what reading the stream raises.
-bool forEachTriangle(DocumentCache& cache, const Shading& shading, double cell,
-                     const std::function<void(const MeshTriangle&)>& use);
+/// left out, and false the answer. Raises what reading the stream and `work` raise.
+bool forEachTriangle(DocumentCache& cache, const MeshWork& work, const Shading& shading,
+                     double cell, const std::function<void(const MeshTriangle&)>& use);
 
 } // namespace corvane

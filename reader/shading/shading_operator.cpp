@@ -3,10 +3,10 @@
 #include "reader/content/appearance.h"
 #include "reader/content/art.h"
 #include "reader/content/content_operators.h"
-#include "reader/content/losses.h"
 #include "reader/shading/box_art.h"
 #include "reader/shading/shading_gradient.h"
 #include "reader/shading/shading_image.h"
+#include "reader/shading/take_shading.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/callbacks.h"
 
@@ -16,11 +16,12 @@ namespace corvane {
 
 namespace {
 
-/// The part of the artboard that the innermost clip shows; those around it cut the rest.
+/// The part of the artboard that the innermost clip shows; those around it cut the rest. How far
+/// letters reach is not known.
 Box shownArea(const Interpreter& interpreter) {
     const Box& all = interpreter.level.area;
     const Art clip = interpreter.containers.clip();
-    if (clip == Art::null) {
+    if (clip == Art::null || isTextClip(clip)) {
         return all;
     }
     const Box box = boxOfArt(clip);
@@ -48,11 +49,12 @@ Art paintShading(Interpreter& interpreter, const Shading& shading, const Object&
         }
         const Art art = interpreter.containers.make(ArtKind::placed);
         callHost(slot::setPlacedImage, art, &*placed);
+        tellAppearanceAsOne(interpreter, art, appearanceAsOne(interpreter.state.transparency));
         return art;
     }
     PathStyle style;
     style.fillPaint = 1;
-    style.fill = gradientOf(shading, ctm, false);
+    style.fill = gradientOf(interpreter.progress, shading, ctm, false);
     const Art art = interpreter.containers.make(ArtKind::path);
     if (shading.box) {
         setCorners(art, *shading.box, ctm);
@@ -60,6 +62,7 @@ Art paintShading(Interpreter& interpreter, const Shading& shading, const Object&
         setCorners(art, area);
     }
     callHost(slot::setPathStyle, art, &style);
+    tellAppearance(interpreter, art, {.fills = true});
     return art;
 }
 
@@ -71,14 +74,11 @@ void shadingOperator(Interpreter& interpreter) {
     const ObjectOwner name = popLiteral();
     ObjectOwner category;
     const Object entry = shadingEntry(interpreter.cache, literalObject(name.get()), category);
-    const std::optional<Shading> shading =
-        interpreter.readsPatterns ? readShading(interpreter.cache, entry) : std::nullopt;
+    const std::optional<Shading> shading = takeShading(interpreter, entry);
     if (!shading) {
         interpreter.omissions.note(Omission::shading);
         return;
     }
-    noteSpaceLosses(interpreter, *shading->space);
-    interpreter.progress.charge(shadingTokens * shading->cost());
     const Box area = shownArea(interpreter);
     if (!inverse(interpreter.state.exactCtm) ||
         !(area.left < area.right && area.bottom < area.top)) {
@@ -88,7 +88,6 @@ void shadingOperator(Interpreter& interpreter) {
     if (level.shaded == Art::null) {
         return;
     }
-    tellAppearance(interpreter, level.shaded, {.fills = true});
     if (level.tellsSources) {
         const ArtSource source = interpreter.sourceFrom(level.span.start);
         callHost(slot::setArtSource, level.shaded, &source);

@@ -18,6 +18,9 @@ constexpr std::size_t rampLength = 1024;
 /// Triangles may lie over one another, so many times all pixels in the mean.
 constexpr std::int64_t mostLayers = 32;
 
+/// Steps that a pixel takes beside its colour.
+constexpr std::int64_t pixelSteps = 10;
+
 std::uint8_t byteOf(double level) {
     return static_cast<std::uint8_t>(std::lround(std::clamp(level, 0.0, 1.0) * 255));
 }
@@ -90,10 +93,11 @@ std::array<std::uint8_t, 4> opaque(const Colour& colour) {
 
 } // namespace
 
-/// Every pixel whose point has a colour.
+/// Every pixel whose point has a colour; one takes so many steps.
 template <class ColourOf>
-void ShadingRaster::drawEach(const ColourOf& colourOf) {
+void ShadingRaster::drawEach(StepMeter& meter, std::int64_t cost, const ColourOf& colourOf) {
     for (std::int32_t y = 0; y < height_; ++y) {
+        meter.add(width_ * (pixelSteps + cost));
         for (std::int32_t x = 0; x < width_; ++x) {
             if (const std::optional<Pixel> pixel = colourOf(transform(back_, centre(x, y)))) {
                 at(x, y) = *pixel;
@@ -102,12 +106,14 @@ void ShadingRaster::drawEach(const ColourOf& colourOf) {
     }
 }
 
-void ShadingRaster::makeRamp() {
+void ShadingRaster::makeRamp(StepMeter& meter) {
+    const std::int64_t cost = shading_.cost();
     const double first = shading_.domain[0];
     const double last = shading_.domain[1];
     for (std::size_t i = 0; i < rampLength; ++i) {
         const double input =
             first + static_cast<double>(i) * (last - first) / static_cast<double>(rampLength - 1);
+        meter.add(cost);
         ramp_.push_back({opaque(shading_.colourAt(std::span(&input, 1)))});
     }
 }
@@ -119,13 +125,13 @@ ShadingRaster::Pixel ShadingRaster::rampAt(double input) const {
     return ramp_[static_cast<std::size_t>(std::lround(place))];
 }
 
-void ShadingRaster::drawFunction() {
+void ShadingRaster::drawFunction(StepMeter& meter) {
     const std::optional<RealMatrix> toDomain = inverse(shading_.matrix);
     if (!toDomain) {
         return;
     }
     const auto& [left, right, bottom, top] = shading_.domain;
-    drawEach([&](RealPoint point) -> std::optional<Pixel> {
+    drawEach(meter, shading_.cost(), [&](RealPoint point) -> std::optional<Pixel> {
         const RealPoint in = transform(*toDomain, point);
         if (!(in.x >= left && in.x <= right && in.y >= bottom && in.y <= top)) {
             return std::nullopt;
@@ -135,11 +141,11 @@ void ShadingRaster::drawFunction() {
     });
 }
 
-void ShadingRaster::drawCircles() {
-    makeRamp();
+void ShadingRaster::drawCircles(StepMeter& meter) {
+    makeRamp(meter);
     const double first = shading_.domain[0];
     const double length = shading_.domain[1] - first;
-    drawEach([&](RealPoint point) -> std::optional<Pixel> {
+    drawEach(meter, pixelSteps, [&](RealPoint point) -> std::optional<Pixel> {
         const std::optional<double> place = placeOnCircles(shading_, point);
         return place ? std::optional(rampAt(first + *place * length)) : std::nullopt;
     });
@@ -203,9 +209,9 @@ void ShadingRaster::fillTriangle(const std::array<RealPoint, 3>& points,
     }
 }
 
-bool ShadingRaster::drawMesh(DocumentCache& cache) {
+bool ShadingRaster::drawMesh(DocumentCache& cache, StepMeter& meter) {
     if (!shading_.functions.empty()) {
-        makeRamp();
+        makeRamp(meter);
     }
     const double acrossStep = width_ / (area_.right - area_.left);
     const double upStep = height_ / (area_.top - area_.bottom);
@@ -215,20 +221,25 @@ bool ShadingRaster::drawMesh(DocumentCache& cache) {
     const std::int64_t most = mostLayers * width_ * height_;
     constexpr double cellPixels = 8;
     const double cell = cellPixels / std::max(meanStretch(all), 1e-9);
-    const bool isWhole = forEachTriangle(cache, shading_, cell, [&](const MeshTriangle& triangle) {
+    const auto fill = [&](const MeshTriangle& triangle) {
         if (filled_ < most) {
+            const std::int64_t before = filled_;
             fillTriangle({transform(all, triangle[0].point), transform(all, triangle[1].point),
                           transform(all, triangle[2].point)},
                          {triangle[0].value, triangle[1].value, triangle[2].value});
+            meter.add((filled_ - before) * pixelSteps);
         }
-    });
+    };
+    const bool isWhole = forEachTriangle(
+        cache, [&](std::int64_t steps) { meter.add(steps); }, shading_, cell, fill);
     return isWhole && filled_ < most;
 }
 
 /// What lies outside the shading's own box goes.
-void ShadingRaster::cutToBox() {
+void ShadingRaster::cutToBox(StepMeter& meter) {
     const Box& box = *shading_.box;
     for (std::int32_t y = 0; y < height_; ++y) {
+        meter.add(width_ * pixelSteps);
         for (std::int32_t x = 0; x < width_; ++x) {
             const RealPoint point = transform(back_, centre(x, y));
             if (!(point.x >= box.left && point.x <= box.right && point.y >= box.bottom &&
@@ -239,20 +250,20 @@ void ShadingRaster::cutToBox() {
     }
 }
 
-bool ShadingRaster::draw(DocumentCache& cache, bool withBackground) {
+bool ShadingRaster::draw(DocumentCache& cache, StepMeter& meter, bool withBackground) {
     if (withBackground && !shading_.background.empty()) {
         std::ranges::fill(pixels_, Pixel{opaque(colourIn(*shading_.space, shading_.background))});
     }
     bool isWhole = true;
     if (shading_.isMesh()) {
-        isWhole = drawMesh(cache);
+        isWhole = drawMesh(cache, meter);
     } else if (shading_.kind == ShadingKind::function) {
-        drawFunction();
+        drawFunction(meter);
     } else {
-        drawCircles();
+        drawCircles(meter);
     }
     if (shading_.box) {
-        cutToBox();
+        cutToBox(meter);
     }
     return isWhole;
 }

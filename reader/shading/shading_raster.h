@@ -3,6 +3,7 @@
 
 #include "reader/shading/shading.h"
 #include "runtime/memory.h"
+#include "runtime/work_meter.h"
 
 #include <cstdint>
 #include <span>
@@ -18,9 +19,9 @@ public:
     ShadingRaster(const Shading& shading, const RealMatrix& matrix, const Box& area,
                   std::int32_t width, std::int32_t height);
 
-    /// Paints the background, where there is one, and the shading. False: a mesh has more triangles
-    /// or covers more than the budget. Raises what reading a mesh raises.
-    bool draw(DocumentCache& cache, bool withBackground);
+    /// Paints the background, where there is one, and the shading, in steps of work. False: a
+    /// mesh has more triangles or covers more than the budget. Raises what reading a mesh raises.
+    bool draw(DocumentCache& cache, StepMeter& meter, bool withBackground);
 
     std::span<const std::uint8_t> row(std::int32_t y) const;
 
@@ -30,15 +31,15 @@ private:
     };
 
     template <class ColourOf>
-    void drawEach(const ColourOf& colourOf);
-    void drawFunction();
-    void drawCircles();
-    bool drawMesh(DocumentCache& cache);
-    void makeRamp();
+    void drawEach(StepMeter& meter, std::int64_t cost, const ColourOf& colourOf);
+    void drawFunction(StepMeter& meter);
+    void drawCircles(StepMeter& meter);
+    bool drawMesh(DocumentCache& cache, StepMeter& meter);
+    void makeRamp(StepMeter& meter);
     Pixel rampAt(double input) const;
     void fillTriangle(const std::array<RealPoint, 3>& points,
                       const std::array<std::array<double, 3>, 3>& values);
-    void cutToBox();
+    void cutToBox(StepMeter& meter);
     RealPoint centre(std::int32_t x, std::int32_t y) const;
     Pixel& at(std::int32_t x, std::int32_t y);
 

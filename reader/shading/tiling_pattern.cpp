@@ -22,6 +22,9 @@ constexpr double mostCopies = 8;
 /// What 16.16 holds with room for what leaves the cell.
 constexpr double farthest = 16000;
 
+/// Sides of a cell that 16.16 holds.
+constexpr double longestSide = 65536;
+
 double stepOf(DocumentCache& cache, const Object& stream, std::string_view key, double otherwise) {
     const ObjectOwner entry = lookupObject(cache, stream, key);
     const bool isNumber = typeObject(entry.get()) == ObjectType::integer ||
@@ -101,6 +104,9 @@ private:
             interpreter.level.area = area;
         });
         interpreter_.containers.finish();
+        if (isClipped && nextSibling(firstChild(group)) == Art::null) {
+            callHost(slot::disposeArt, group); // nothing but the clip
+        }
     }
 
     Interpreter& interpreter_;
@@ -137,12 +143,13 @@ std::optional<PaintSource> drawTiling(Interpreter& interpreter, const TilingPatt
     const RealMatrix toArt = multiply(pattern.matrix, base);
     const RealMatrix space = tileSpace(pattern, toArt);
     const std::optional<RealMatrix> back = inverse(space);
-    if (!inverse(toArt) || !back || !InnerContent::mayEnter(interpreter, object)) {
+    const Box cell = spannedBox(pattern.cell, space);
+    if (!inverse(toArt) || !back || !InnerContent::mayEnter(interpreter, object) ||
+        !(cell.right - cell.left <= longestSide && cell.top - cell.bottom <= longestSide)) {
         return std::nullopt;
     }
     Tile tile(interpreter, pattern, stream, object, colour);
     tile.draw(space);
-    const Box cell = spannedBox(pattern.cell, space);
     const double stepX = pattern.stepX * space.a;
     const double stepY = pattern.stepY * space.d;
     const PatternFacts facts{.tile = tile.art(),

@@ -72,8 +72,7 @@ const KeyIndexes::Index& KeyIndexes::indexOf(const Object& dictionary, std::int6
     std::ranges::stable_sort(index.keys, {}, [elements](std::uint32_t element) {
         return literalObject(elements[element]);
     });
-    retainObject(dictionary);
-    index.dictionary = ObjectOwner(dictionary);
+    index.dictionary = sharedObject(dictionary);
     const Index& kept = indexes_.emplace(dataObject(dictionary), std::move(index)).first->second;
     indexedKeys_ += pairs;
     return kept;

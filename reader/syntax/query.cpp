@@ -1,8 +1,8 @@
 // Queries of composites and resources, on the operand stack.
+#include "objects/real_object.h"
 #include "objects/stack.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
-#include "runtime/fixed.h"
 
 namespace corvane {
 
@@ -38,8 +38,7 @@ bool namesOccur(const Object& array, std::string_view name) {
 } // namespace
 
 double realNumber(const Object& number) {
-    return typeObject(number) == ObjectType::integer ? integerObject(number)
-                                                     : realFromFixed(fixedObject(number));
+    return realOfObject(number);
 }
 
 OperatorResult voidOperator(DocumentCache&) {

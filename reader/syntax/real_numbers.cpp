@@ -1,16 +1,10 @@
 #include "reader/syntax/real_numbers.h"
 
 #include "reader/syntax/syntax.h"
-#include "runtime/fixed.h"
 
 #include <algorithm>
 
 namespace corvane {
-
-double realObject(const Object& number) {
-    return typeObject(number) == ObjectType::integer ? integerObject(number)
-                                                     : realFromFixed(extendObject(number));
-}
 
 std::vector<double> realNumbers(DocumentCache& cache, const Object& array, std::size_t most) {
     std::vector<double> numbers;
@@ -24,7 +18,7 @@ std::vector<double> realNumbers(DocumentCache& cache, const Object& array, std::
         if (type != ObjectType::integer && type != ObjectType::fixed) {
             break;
         }
-        numbers.push_back(realObject(number.get()));
+        numbers.push_back(realNumber(number.get()));
     }
     return numbers;
 }

@@ -9,9 +9,6 @@
 
 namespace corvane {
 
-/// An integer or a fixed number; anything else raises what `extendObject` raises.
-double realObject(const Object& number);
-
 /// The numbers of an array in front of the first element that is none, at most `most`; of anything
 /// else none.
 std::vector<double> realNumbers(DocumentCache& cache, const Object& array, std::size_t most);

@@ -105,8 +105,7 @@ Exception nodeValue(DocumentCache& cache, std::int32_t number, std::int32_t gene
         }
     }
     if (node->value.type != ObjectType::null) {
-        retainObject(node->value);
-        value = ObjectOwner(node->value);
+        value = sharedObject(node->value);
     }
     return Exception::none;
 }
@@ -114,8 +113,7 @@ Exception nodeValue(DocumentCache& cache, std::int32_t number, std::int32_t gene
 } // namespace
 
 Exception tryResolveObject(DocumentCache& cache, const Object& object, ObjectOwner& value) {
-    retainObject(object);
-    value = ObjectOwner(object);
+    value = sharedObject(object);
     for (std::int32_t i = 0; typeObject(value.get()) == ObjectType::reference; ++i) {
         if (i == budget::referenceDepth) {
             return Exception::structure;

@@ -1,12 +1,13 @@
-// Glyphs that are shown become runs of lines, which the host holds.
+// Glyphs that are shown become runs of lines.
 //
 // Each run is what one operator shows, or a part of it: a wide gap ends the line. What is shown
 // where the open line ends goes on with that line, if nothing was painted in between.
 #pragma once
 
 #include "host/text.h"
-#include "reader/content/interpreter.h"
+#include "reader/content/state.h"
 #include "reader/font/page_font.h"
+#include "reader/text/line_target.h"
 #include "runtime/memory.h"
 
 #include <cstdint>
@@ -19,7 +20,8 @@ class LineBuilder {
 public:
     /// `space` leads from text space, where the text begins, to the artboard; it has an inverse.
     /// Of vertical text the pen goes up and down.
-    LineBuilder(Interpreter& interpreter, const RealMatrix& space, const PathStyle& style);
+    LineBuilder(LineTarget& target, const GraphicsState& state, const RealMatrix& space,
+                const PathStyle& style);
 
     /// A glyph at `pen`, and how far it moves the pen; both in text space. `element` counts in the
     /// array that is shown.
@@ -28,10 +30,9 @@ public:
     void endAt(double pen, std::int32_t element);
 
 private:
-    OpenLine& line() { return interpreter_.level.text.line; }
     double along(double pen) const { return origin_ + pen * stretch_; }
     RealPoint placeOf(double pen) const;
-    RealPoint onLine(double pen);
+    RealPoint onLine(double pen) const;
     bool goesOn(double pen);
     void beginLine(double pen);
     void beginRun(double pen, std::int32_t element);
@@ -39,7 +40,9 @@ private:
     void addGap(double at);
     void append(std::string_view text, double at, double advance, std::int32_t face);
 
-    Interpreter& interpreter_;
+    LineTarget& target_;
+    OpenLine& open_;
+    const TextState& state_;
     const RealMatrix space_;
     const bool isVertical_;
     RealMatrix direction_; // of a line, without its origin

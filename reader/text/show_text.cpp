@@ -4,6 +4,8 @@
 #include "reader/content/interpreter.h"
 #include "reader/paint/path_art.h"
 #include "reader/syntax/syntax.h"
+#include "reader/text/art_lines.h"
+#include "reader/text/clip_lines.h"
 #include "reader/text/glyph_drawing.h"
 #include "reader/text/line_builder.h"
 #include "reader/text/page_fonts.h"
@@ -15,6 +17,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <vector>
 
 namespace corvane {
@@ -26,17 +29,20 @@ bool hasSize(const TextState& text, const RealMatrix& space) {
     return fixedFromReal(std::abs(text.size) * std::hypot(space.c, space.d)) > 0;
 }
 
-/// Whether artwork can hold what is shown now.
+/// Whether it is letters that lie somewhere.
+bool isPlaced(const TextState& text, const RealMatrix& space) {
+    return hasSize(text, space) && text.horizontalScale != 0 && inverse(space).has_value();
+}
+
+/// Whether artwork can hold what is painted now.
 bool isArt(const GraphicsState& state, const RealMatrix& space) {
     const TextState& text = state.text;
-    const PageFont& font = *text.font->font;
-    if (font.kind() == FontKind::type3) {
+    if (text.font->font->kind() == FontKind::type3) {
         return paintingOf(text.renderMode) != invisibleMode;
     }
     return text.renderMode != firstClippingMode + invisibleMode &&
            !(fills(text.renderMode) && state.fill.hidden) &&
-           !(strokes(text.renderMode) && state.stroke.hidden) && hasSize(text, space) &&
-           text.horizontalScale != 0 && inverse(space).has_value();
+           !(strokes(text.renderMode) && state.stroke.hidden) && isPlaced(text, space);
 }
 
 PathStyle styleOf(const GraphicsState& state) {
@@ -45,6 +51,15 @@ PathStyle styleOf(const GraphicsState& state) {
     style.strokePaint = strokes(state.text.renderMode) ? 1 : 0;
     style.clip = 0;
     style.rule = FillRule::nonzero;
+    return style;
+}
+
+/// Of letters that clip, whatever they are painted with.
+PathStyle clippingStyle() {
+    PathStyle style;
+    style.fillPaint = 0;
+    style.strokePaint = 0;
+    style.clip = 1;
     return style;
 }
 
@@ -64,6 +79,12 @@ bool isNumber(const Object& object) {
     return typeObject(object) == ObjectType::integer || typeObject(object) == ObjectType::fixed;
 }
 
+/// Glyphs that procedures draw never clip (PDF Reference, 5.5.4).
+bool addsToClip(const TextState& text) {
+    const bool isDrawn = text.font != nullptr && text.font->font->kind() == FontKind::type3;
+    return clips(text.renderMode) && !isDrawn;
+}
+
 class Show {
 public:
     explicit Show(Interpreter& interpreter)
@@ -74,18 +95,15 @@ public:
             multiply(interpreter_.level.text.matrix, interpreter_.state.exactCtm);
         ShownText& shown = interpreter_.level.shown;
         shown.matrix = interpreter_.level.text.matrix;
-        const auto number = static_cast<std::int32_t>(elements.size());
-        if (!isArt(interpreter_.state, space)) {
-            walk(elements, [](const ShownGlyph&, std::int32_t) {});
-            shown.hides = text_.renderMode != invisibleMode;
-        } else if (font_.kind() == FontKind::type3) {
+        const bool isPainted = isArt(interpreter_.state, space);
+        const bool isDrawn = font_.kind() == FontKind::type3;
+        // Glyphs of procedures do not clip, so those that only clip are what readers make of them.
+        const std::int32_t painting = isDrawn ? text_.renderMode : paintingOf(text_.renderMode);
+        shown.hides = !isPainted && painting != invisibleMode;
+        if (isPainted && isDrawn) {
             drawGlyphs(elements, space);
         } else {
-            LineBuilder builder(interpreter_, space, styleOf(interpreter_.state));
-            walk(elements, [&](const ShownGlyph& glyph, std::int32_t element) {
-                builder.add(glyph, pen_, advanceOf(glyph), element);
-            });
-            builder.endAt(pen_, number);
+            addLetters(elements, space, isPainted);
         }
         shown.advance = pen_;
         move();
@@ -93,6 +111,36 @@ public:
 
 private:
     static constexpr std::int64_t glyphBytes = sizeof(ShownGlyph);
+
+    void addLetters(std::span<const Object> elements, const RealMatrix& space, bool isPainted) {
+        const GraphicsState& state = interpreter_.state;
+        ArtLines artLines(interpreter_);
+        ClipLines clipLines(interpreter_.level.text.clip);
+        std::optional<LineBuilder> painted;
+        std::optional<LineBuilder> clip;
+        if (isPainted) {
+            painted.emplace(artLines, state, space, styleOf(state));
+        }
+        if (addsToClip(text_) && isPlaced(text_, space)) {
+            clip.emplace(clipLines, state, space, clippingStyle());
+        }
+        walk(elements, [&](const ShownGlyph& glyph, std::int32_t element) {
+            const double advance = advanceOf(glyph);
+            if (painted) {
+                painted->add(glyph, pen_, advance, element);
+            }
+            if (clip) {
+                clip->add(glyph, pen_, advance, element);
+            }
+        });
+        const auto number = static_cast<std::int32_t>(elements.size());
+        if (painted) {
+            painted->endAt(pen_, number);
+        }
+        if (clip) {
+            clip->endAt(pen_, number);
+        }
+    }
 
     void drawGlyphs(std::span<const Object> elements, const RealMatrix& space) {
         GlyphDrawing drawing(interpreter_, static_cast<Type3Font&>(font_), space);
@@ -164,13 +212,19 @@ bool hostHoldsText() {
 }
 
 void showText(Interpreter& interpreter, std::span<const Object> elements) {
-    interpreter.level.shown = ShownText();
-    if (interpreter.state.text.font == nullptr) {
-        interpreter.level.shown.hides = true;
+    ContentLevel& level = interpreter.level;
+    const TextState& text = interpreter.state.text;
+    level.shown = ShownText();
+    if (addsToClip(text)) {
+        level.text.clip.clips = true;
+        level.text.clip.hides = level.text.clip.hides || text.font == nullptr;
+    }
+    if (text.font == nullptr) {
+        level.shown.hides = true;
     } else {
         Show(interpreter).run(elements);
     }
-    if (interpreter.level.shown.hides || clips(interpreter.state.text.renderMode)) {
+    if (level.shown.hides) {
         interpreter.omissions.note(Omission::text);
     }
 }

@@ -1,9 +1,12 @@
-// The text object of a content (BT to ET), and the line of art that its text goes on with.
+// The text object of a content (BT to ET), the line of art that its text goes on with, and what of
+// it clips what comes behind it.
 #pragma once
 
 #include "host/appearance.h"
 #include "host/artwork.h"
 #include "host/matrix.h"
+#include "reader/text/clip_text.h"
+#include "reader/text/open_line.h"
 
 #include <cstdint>
 #include <optional>
@@ -12,28 +15,23 @@
 
 namespace corvane {
 
-/// A line under construction: what is shown next belongs to it if it goes on where it ends.
-struct OpenLine {
-    Art art = Art::null;        ///< of kind text; null: no line is open
+/// The art of the open line, and what was in force when that was begun.
+struct LineArt {
+    Art art = Art::null;
     Art container = Art::null;  ///< that it was made in
     std::int32_t painted = 0;   ///< objects of the content when its last run was made
-    std::uint16_t settings = 0; ///< of `gs`, when it was begun, as the next two
+    std::uint16_t settings = 0; ///< of `gs`, as the next two
     BlendMode blend = BlendMode::normal;
     SoftMask mask = SoftMask::null;
-    RealMatrix matrix;   ///< as the host has it
-    RealMatrix back;     ///< its inverse
-    double end = 0;      ///< where what was shown ends, in the line's space
-    double modelEnd = 0; ///< where the runs of the art end, whose numbers are 16.16
     std::int32_t runs = 0;
-    double size = 0;        ///< of the last run
-    bool endsBlank = false; ///< the last character is a blank
-    bool isVertical = false;
 };
 
 struct TextObject {
     RealMatrix matrix;     ///< of text space; moves along with what is shown
     RealMatrix lineMatrix; ///< where the line began
     OpenLine line;
+    LineArt art;
+    ClipText clip; ///< what it showed so far adds to the clip at its end
 };
 
 /// A part of what one operator shows: the elements of its array from `first` up to `end`, as one

@@ -40,7 +40,9 @@ void beginTextOperator(Interpreter& interpreter) {
     textOf(interpreter).lineMatrix = RealMatrix();
 }
 
-void endTextOperator(Interpreter&) {}
+void endTextOperator(Interpreter& interpreter) {
+    interpreter.level.endedText = endClipText(interpreter);
+}
 
 void charSpaceOperator(Interpreter& interpreter) {
     interpreter.state.text.characterSpacing = popNumber();

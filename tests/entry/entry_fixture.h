@@ -2,7 +2,7 @@
 // person is shown, and a file.
 #pragma once
 
-#include "app/artwork/callbacks.h"
+#include "app/artwork/slots/callbacks.h"
 #include "app/cli/zone_block.h"
 #include "host/extension.h"
 #include "host/front.h"

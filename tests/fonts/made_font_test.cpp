@@ -1,5 +1,7 @@
 #include "fonts/made_font.h"
 
+#include "fonts/shaped_text.h"
+
 #include "tests/fonts/shapes.h"
 #include "tests/support/drawing.h"
 
@@ -116,6 +118,48 @@ TEST(MadeFont, HoldsWhatIsExtreme) {
 }
 
 /// Browsers refuse what OpenType Sanitizer refuses.
+/// Lines of a page are set from the left whatever their letters are.
+TEST(MadeFont, LettersStandAsThePageHasThem) {
+    const GlyphOutline outline = test::seedFont("plain.pfa")->outline(3);
+    MadeFont made;
+    made.family = "Arabic";
+    made.glyphs = {{outline, .5, U"\u0628"},
+                   {outline, .4, U"\uFE91"},
+                   {outline, .3, U"\u064E"},
+                   {outline, .6, U"\u0644\u0627"},
+                   {outline, .2, U"\u0644"},
+                   {outline, .2, U"\u0627"},
+                   {outline, .7, U"e"},
+                   {outline, .1, U"\u0301"},
+                   {outline, .8, U"\u0628\u0651"},
+                   {outline, .2, U"\u0651"}};
+    const auto font = OpenTypeFont::open(writeMadeFont(made));
+    ASSERT_NE(font, nullptr);
+    struct Row {
+        const char* name;
+        std::u32string text;
+        std::vector<GlyphNumber> glyphs;
+    };
+    for (const Row& row : {
+             Row{"forms are not chosen", U"\u0628\u0628", {1, 1}},
+             Row{"a mark keeps its width", U"\u064E", {3}},
+             Row{"a ligature from the right", U"\u0628\u0644\u0627\u0628", {1, 4, 1}},
+             Row{"its letters in the other order are two", U"\u0627\u0644", {6, 5}},
+             Row{"a letter with its mark", U"\u0628\u0651\u0627", {9, 6}},
+             Row{"an accent is not moved", U"e\u0301", {7, 8}},
+         }) {
+        const auto shaped = shapeText(*font, {.text = row.text, .count = row.text.size()});
+        std::vector<GlyphNumber> glyphs;
+        for (const ShapedGlyph& glyph : shaped) {
+            glyphs.push_back(glyph.glyph);
+            EXPECT_NEAR(glyph.advance, made.glyphs[glyph.glyph - 1].advance, tolerance) << row.name;
+            EXPECT_EQ(glyph.x, 0) << row.name;
+            EXPECT_EQ(glyph.y, 0) << row.name;
+        }
+        EXPECT_EQ(glyphs, row.glyphs) << row.name;
+    }
+}
+
 TEST(MadeFont, IsTakenByBrowsers) {
     if (!test::isInstalled("ots-sanitize")) {
         GTEST_SKIP() << "needs ots-sanitize";

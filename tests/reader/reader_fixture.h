@@ -1,7 +1,7 @@
 // A file opened by the reader, with the real artwork as the host's document.
 #pragma once
 
-#include "app/artwork/callbacks.h"
+#include "app/artwork/slots/callbacks.h"
 #include "host/files.h"
 #include "host/memory.h"
 #include "objects/family.h"

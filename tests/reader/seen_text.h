@@ -41,8 +41,12 @@ public:
 
 private:
     void list(Art container) {
+        const Art clip = document_.clipped(container) ? document_.firstChild(container) : Art::null;
         for (Art art = document_.lastChild(container); art != Art::null;
              art = document_.previousSibling(art)) {
+            if (art == clip) {
+                continue;
+            }
             if (document_.kind(art) == ArtKind::text) {
                 texts.push_back(art);
             } else if (document_.kind(art) == ArtKind::group) {

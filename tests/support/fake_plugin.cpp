@@ -14,6 +14,7 @@
 //   images=N       the page has N images, PNG and JPEG in turn, of N + 1 by 2 pixels
 //   unfinished     draws, but never finishes the import
 //   wait           works on and on until the person stops it
+//   crash          is killed by a file whose name begins with "crash"
 //   folder         asks for the folder of the pictures
 //   hostile        puts control characters into sentences
 //   digest=N       the page to replace has the digest N (0x1234 unless said)
@@ -34,6 +35,7 @@
 #include "host/parameters.h"
 
 #include <array>
+#include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
@@ -200,6 +202,11 @@ std::uint32_t readPage(const ParameterBlock& block, const HostExtension& extensi
     extension.pageIdentity(extension.context, {factsOfPage(1, 1), 0x1234});
     if (partOf("wait")) {
         return waitForAbort(block, extension);
+    }
+    if (partOf("crash") &&
+        std::filesystem::path(pathOf(block)).filename().string().starts_with("crash")) {
+        std::cerr << "falling" << std::endl;
+        std::raise(SIGKILL);
     }
     if (partOf("folder")) {
         askForFolder();

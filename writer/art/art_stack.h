@@ -18,6 +18,7 @@ struct ArtStep {
         art,   ///< visit it
         end,   ///< a group ends
         leave, ///< a group ends, and its graphics state with it
+        show,  ///< what shows with a layer ends
     };
     What what = What::art;
     Art art = Art::null;

@@ -91,7 +91,8 @@ void colorWorks(Walk& walk, const Colour& colour, bool isFill) {
     case ColourKind::process:
         return writeProcess(walk, colour, isFill);
     case ColourKind::custom:
-        return writeCustom(walk, colour, isFill);
+        return walk.paints != nullptr ? walk.paints->set(walk, colour, isFill)
+                                      : writeCustom(walk, colour, isFill);
     case ColourKind::pattern:
     case ColourKind::gradient:
         return walk.paints != nullptr ? walk.paints->set(walk, colour, isFill)

@@ -4,6 +4,7 @@
 #include "objects/identity.h"
 #include "output/primitives.h"
 #include "output/xref.h"
+#include "reader/content/appearance.h"
 #include "reader/content/art.h"
 #include "reader/shading/shading.h"
 #include "runtime/budget.h"
@@ -14,7 +15,9 @@
 #include "writer/art/outline.h"
 #include "writer/art/paint_drawing.h"
 #include "writer/art/path_works.h"
+#include "writer/page/needed_version.h"
 #include "writer/page/stream_object.h"
+#include "writer/text/drawn_texts.h"
 
 #include <algorithm>
 #include <array>
@@ -26,12 +29,6 @@
 namespace corvane {
 
 namespace {
-
-/// In the order of `BlendMode`.
-constexpr std::array<std::string_view, 16> blendNames{
-    "Normal",     "Multiply",   "Screen",    "Overlay",   "Darken",     "Lighten",
-    "ColorDodge", "ColorBurn",  "HardLight", "SoftLight", "Difference", "Exclusion",
-    "Hue",        "Saturation", "Color",     "Luminosity"};
 
 /// A number from 0 to 1, in as many digits as can be seen.
 std::string unitText(double number) {
@@ -48,8 +45,8 @@ std::string referenceTo(std::int32_t number) {
 
 /// Of a form that lies on the artboard, with the same resources as the content around it.
 struct Drawing {
-    explicit Drawing(const Walk& outer) {
-        walk.texts = outer.texts;
+    Drawing(const Walk& outer, TextDrawing* texts) {
+        walk.texts = texts;
         walk.images = outer.images;
         walk.paints = outer.paints != nullptr ? &outer.paints->onArtboard() : nullptr;
         walk.looks = outer.looks;
@@ -160,15 +157,16 @@ std::string_view DrawnLooks::addGroup(std::string content, const Appearance& app
 
 std::string_view DrawnLooks::addGroup(const Walk& walk, Art art, const Appearance& inside,
                                       const Appearance& appearance) {
-    return addGroup(drawn(walk, art, inside), appearance);
+    return addGroup(drawn(walk, walk.texts, art, inside), appearance);
 }
 
-std::string DrawnLooks::drawn(const Walk& outer, Art art, const Appearance& inside) {
+std::string DrawnLooks::drawn(const Walk& outer, TextDrawing* texts, Art art,
+                              const Appearance& inside) {
     if (depth_ == budget::contentNesting) {
         failException(Exception::limit);
     }
     ++depth_;
-    const auto drawing = std::make_unique<Drawing>(outer);
+    const auto drawing = std::make_unique<Drawing>(outer, texts);
     if (inside == Appearance()) {
         plainWorks(drawing->walk, art);
     } else {
@@ -185,13 +183,24 @@ const DrawnLooks::DrawnMask& DrawnLooks::maskOf(const Walk& walk, SoftMask mask)
     }
     const MaskFacts facts = factsOf(mask);
     DrawnMask made;
-    made.group =
-        addForm({.content = drawn(walk, facts.content, {}), .isIsolated = true, .isMask = true});
+    made.group = addForm({.content = drawn(walk, textsOf(walk, facts.content), facts.content, {}),
+                          .isIsolated = true,
+                          .isMask = true});
     made.transfer = facts.transfer.empty() ? 0 : nextIdentity();
     return masks_.emplace(mask, made).first->second;
 }
 
+/// Where the text of the content itself is set otherwise, as in a page that is patched, a mask has
+/// texts of its own.
+TextDrawing* DrawnLooks::textsOf(const Walk& walk, Art content) {
+    if (walk.texts != nullptr) {
+        return walk.texts;
+    }
+    return texts_.emplace_back(std::make_shared<DrawnTexts>(*resources_, content)).get();
+}
+
 std::string DrawnLooks::textOf(const LookState& state) const {
+    needVersion(Feature::transparency);
     std::string text = "<< /Type /ExtGState";
     if (state.fillOpacity) {
         text += " /ca " + unitText(*state.fillOpacity);
@@ -224,6 +233,7 @@ std::string DrawnLooks::textOf(const LookState& state) const {
 }
 
 void DrawnLooks::writeForm(DocumentCache& cache, const Form& form) const {
+    needVersion(Feature::transparency);
     Filter& output = *cache.output;
     touchXRef(output, form.number, 0);
     objectOutput(output, form.number, 0);
@@ -259,6 +269,9 @@ void DrawnLooks::write(DocumentCache& cache, const ResourceRegistry& resources) 
         touchXRef(output, number, 0);
         objectOutput(output, number, 0);
     };
+    for (const std::shared_ptr<DrawnTexts>& texts : texts_) {
+        texts->fonts().write(cache);
+    }
     for (const auto& [state, number] : states_) {
         open(number);
         stringOutput(output, textOf(state) + "\rendobj\r");
@@ -299,7 +312,7 @@ void groupWorks(Walk& walk, std::string_view name) {
 
 /// Strokes a path with tiles as a group: readers do not see through the tiles of a stroke.
 void tiledStrokeWorks(Walk& walk, Art path, double opacity) {
-    const auto drawing = std::make_unique<Drawing>(walk);
+    const auto drawing = std::make_unique<Drawing>(walk, walk.texts);
     strokeOnlyWorks(drawing->walk, path);
     const std::string_view name = walk.looks->addGroup(drawing->take(), {.opacity = opacity});
     stateWorks(walk, {.fillOpacity = opacity});

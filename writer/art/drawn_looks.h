@@ -13,6 +13,7 @@
 #include <compare>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,6 +22,8 @@
 namespace corvane {
 
 struct Walk;
+class DrawnTexts;
+class TextDrawing;
 
 /// What an external graphics state sets; what it does not have stays as it is.
 struct LookState {
@@ -74,7 +77,8 @@ private:
     };
 
     std::int32_t addForm(Form form);
-    std::string drawn(const Walk& walk, Art art, const Appearance& inside);
+    std::string drawn(const Walk& walk, TextDrawing* texts, Art art, const Appearance& inside);
+    TextDrawing* textsOf(const Walk& walk, Art content);
     const DrawnMask& maskOf(const Walk& walk, SoftMask mask);
     std::string textOf(const LookState& state) const;
     void writeForm(DocumentCache& cache, const Form& form) const;
@@ -85,6 +89,7 @@ private:
     std::map<LookState, std::int32_t> states_;
     std::map<SoftMask, DrawnMask> masks_;
     std::vector<Form> forms_;
+    std::vector<std::shared_ptr<DrawnTexts>> texts_; ///< of masks
     std::int32_t sharedResources_ = 0; ///< what the contents of forms look up names in
     std::size_t depth_ = 0;
     std::int64_t contentBytes_ = 0;

@@ -37,12 +37,29 @@ FormFacts formOf(Art group) {
     return form;
 }
 
-bool isDrawn(const LayerInfo& info) {
-    return !rules().hiddenLayersLeftOut || (info.visible != 0 && info.printing != 0);
+Art artOf(Layer layer) {
+    Art art = Art::null;
+    callHost(slot::getLayerArt, layer, &art);
+    return art;
 }
 
-bool leavesOut(const LayerInfo& info) {
-    if (isDrawn(info)) {
+ContentLayer layerOf(Art group) {
+    ContentLayer layer = ContentLayer::null;
+    if (hostHoldsForms()) {
+        callHost(slot::getGroupLayer, group, &layer);
+    }
+    return layer;
+}
+
+bool isDrawn(Layer layer, const LayerInfo& info) {
+    if (!rules().hiddenLayersLeftOut) {
+        return true;
+    }
+    return info.printing != 0 && (info.visible != 0 || layerOf(artOf(layer)) != ContentLayer::null);
+}
+
+bool leavesOut(Layer layer, const LayerInfo& info) {
+    if (isDrawn(layer, info)) {
         return false;
     }
     raiseWarning(Warning::layerLeftOut);

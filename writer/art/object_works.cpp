@@ -7,16 +7,26 @@
 #include "runtime/rules.h"
 #include "runtime/warning.h"
 #include "writer/art/drawn_looks.h"
+#include "writer/art/layers.h"
 #include "writer/art/path_works.h"
 #include "writer/art/placed_works.h"
 #include "writer/art/text_works.h"
 #include "writer/image/image_works.h"
+#include "writer/layer/layer_marks.h"
 
 namespace corvane {
 
 namespace {
 
 using What = ArtStep::What;
+
+TextDrawing& drawnTexts(const Walk& walk) {
+    if (walk.texts == nullptr) {
+        noteReason(Reason::textDrawnAnew);
+        failException(Exception::unpatchable);
+    }
+    return *walk.texts;
+}
 
 /// The first child is the clip of the others.
 void clippedWorks(Walk& walk, Art group, ArtStack& pending) {
@@ -29,10 +39,12 @@ void clippedWorks(Walk& walk, Art group, ArtStack& pending) {
     if (clip == Art::null) {
         return;
     }
-    if (rules().clipsByGroup) {
+    if (rules().readsText && isTextClip(clip)) {
+        drawnTexts(walk).clip(walk, clip);
+    } else if (rules().clipsByGroup) {
         clipWorks(walk, clip);
-    } else {
-        pending.push(clip);
+    } else if (artKind(clip) == ArtKind::text || !isTextClip(clip)) {
+        pending.push(clip); // lines that clip one after the other would leave nothing to be seen
     }
 }
 
@@ -62,14 +74,6 @@ void unknownWorks(Art art, ArtStack& pending) {
     pending.enter(first, What::end);
 }
 
-void drawnTextWorks(Walk& walk, Art text) {
-    if (walk.texts == nullptr) {
-        noteReason(Reason::textDrawnAnew);
-        failException(Exception::unpatchable);
-    }
-    walk.texts->write(walk, text);
-}
-
 void visitPlain(Walk& walk, Art art, ArtStack& pending, bool writesGroups) {
     switch (static_cast<std::int16_t>(artKind(art))) {
     case 0:
@@ -81,7 +85,7 @@ void visitPlain(Walk& walk, Art art, ArtStack& pending, bool writesGroups) {
     case 3:
         return compoundWorks(walk, art);
     case 4:
-        return rules().readsText ? drawnTextWorks(walk, art) : textWorks(walk, art);
+        return rules().readsText ? drawnTexts(walk).write(walk, art) : textWorks(walk, art);
     case 5:
     case 6:
         return; // kinds that are not drawn
@@ -95,6 +99,12 @@ void visitPlain(Walk& walk, Art art, ArtStack& pending, bool writesGroups) {
 void visitWorks(Walk& walk, Art art, ArtStack& pending, bool writesGroups) {
     if (callHost(slot::checkUserAbort)) {
         failException(Exception::cancelled);
+    }
+    if (walk.layers != nullptr && artKind(art) == ArtKind::group) {
+        if (const ContentLayer layer = layerOf(art); layer != ContentLayer::null) {
+            walk.layers->begin(walk.text, layer);
+            pending.enter(Art::null, What::show);
+        }
     }
     if (walk.looks != nullptr) {
         const Appearance appearance = appearanceOf(art);
@@ -135,6 +145,8 @@ void stepWorks(Walk& walk, const ArtStep& step, ArtStack& pending) {
         return;
     case What::leave:
         return leaveWorks(walk);
+    case What::show:
+        return LayerMarks::end(walk.text);
     }
 }
 

@@ -12,7 +12,7 @@ struct Walk;
 class PaintDrawing {
 public:
     virtual ~PaintDrawing() = default;
-    /// Makes a gradient or pattern the colour for filling or for stroking.
+    /// Makes a gradient, a pattern or a custom colour the colour for filling or for stroking.
     virtual void set(Walk& walk, const Colour& colour, bool isFill) = 0;
     /// The external graphics state whose soft mask shows as much of a colour as its stops say, set
     /// in the space of the artboard; empty where all of it is opaque.

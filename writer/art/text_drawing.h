@@ -12,6 +12,8 @@ public:
     virtual ~TextDrawing() = default;
     /// Writes a text object of the artwork, in the space of the artboard.
     virtual void write(Walk& walk, Art text) = 0;
+    /// Clips with text, which the clip of a group is.
+    virtual void clip(Walk& walk, Art clip) = 0;
 };
 
 } // namespace corvane

@@ -26,6 +26,7 @@ std::optional<UserSpace> userSpace(const RealMatrix& ctm);
 
 class ContentImages;
 class DrawnLooks;
+class LayerMarks;
 
 struct Walk {
     explicit Walk(Filter& stream) : text(stream) {}
@@ -50,6 +51,7 @@ struct Walk {
     PaintDrawing* paints = nullptr;
     ContentImages* images = nullptr; ///< null: images cannot be drawn
     DrawnLooks* looks = nullptr;     ///< null: all art is opaque
+    LayerMarks* layers = nullptr;    ///< null: all art shows always
     classic::FontList fonts;
     /// Segments of a path come from the host in blocks of this many.
     std::array<Segment, 512> segments;

@@ -92,13 +92,12 @@ bool isAnnotation(const ArtStep& step) {
 void layerWorks(Walk& walk, Layer layer, SavingProgress& progress) {
     LayerInfo info;
     callHost(slot::getLayerInfo, layer, &info);
-    if (leavesOut(info)) {
+    if (leavesOut(layer, info)) {
         progress.endLayer();
         return;
     }
     layerComment(walk, info);
-    Art group = Art::null;
-    callHost(slot::getLayerArt, layer, &group);
+    const Art group = artOf(layer);
     ArtStack pending;
     const bool isOfAnnotations = roleOf(layer) == LayerRole::annotations;
     layerArtWorks(walk, group, pending);
@@ -127,6 +126,7 @@ std::int32_t documentWorks(DocumentCache& cache, const RealMatrix& placement,
     walk.images = drawings.images;
     walk.paints = drawings.paints;
     walk.looks = drawings.looks;
+    walk.layers = drawings.layers;
     ChargedList<Layer> layers = listLayers();
     SavingProgress progress(layers.size());
     while (!layers.empty()) {

@@ -12,13 +12,15 @@ namespace corvane {
 
 class ContentImages;
 class DrawnLooks;
+class LayerMarks;
 
 /// What draws other things than paths; null: nothing does.
 struct Drawings {
     TextDrawing* texts = nullptr;
     ContentImages* images = nullptr;
     PaintDrawing* paints = nullptr;
-    DrawnLooks* looks = nullptr; ///< null: all art is opaque
+    DrawnLooks* looks = nullptr;  ///< null: all art is opaque
+    LayerMarks* layers = nullptr; ///< null: all art shows always
 };
 
 /// Writes the content to the cache's output; its length in bytes. `placement` leads from the

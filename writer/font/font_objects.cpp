@@ -6,6 +6,7 @@
 #include "runtime/digest.h"
 #include "writer/crypt/sealed.h"
 #include "writer/font/font_cmaps.h"
+#include "writer/page/needed_version.h"
 #include "writer/page/stream_object.h"
 
 #include <cmath>
@@ -194,6 +195,7 @@ private:
 
     void writeProgram() {
         const std::vector<std::byte>& program = font_.program();
+        needVersion(isTrueType() ? Feature::compositeFont : Feature::compactFont);
         begin(numbers_.program);
         if (isTrueType()) {
             stringOutput(output_, "/Length1 ");

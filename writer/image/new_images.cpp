@@ -14,6 +14,7 @@
 #include "writer/crypt/sealed.h"
 #include "writer/image/file_images.h"
 #include "writer/image/pixel_rows.h"
+#include "writer/page/needed_version.h"
 #include "writer/page/stream_object.h"
 
 #include <algorithm>
@@ -58,7 +59,7 @@ std::int32_t sameObject(DocumentCache& cache, const ImageFacts& facts, bool isSm
     ObjectOwner reference;
     indirectObject(reference.get(), number, 0);
     const ObjectOwner stream = resolveObject(cache, reference.get());
-    return isSmoothImage(cache, stream.get()) == isSmooth ? number : 0;
+    return smoothnessOf(cache, stream.get()).value_or(isSmooth) == isSmooth ? number : 0;
 }
 
 std::string entry(const char* key, std::int64_t value) {
@@ -241,7 +242,9 @@ void samplesOutput(DocumentCache& cache, const NewImage& image, const ImageFacts
     const PixelForm to{from.width, from.height, colours, from.bits};
     std::string dictionary = beginning(image, facts, facts.bits) +
                              spaceEntry(cache, facts, isGray, image.number) + predictorEntries(to);
+    needVersion(facts.bits == 16 ? Feature::deepImage : Feature::flate);
     if (image.mask != 0) {
+        needVersion(Feature::maskedImage);
         dictionary += "/SMask " + std::to_string(image.mask) + " 0 R\r";
     }
     LengthLater stream(cache, image.number, image.length, dictionary);

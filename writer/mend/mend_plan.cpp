@@ -3,7 +3,6 @@
 #include "objects/identity.h"
 #include "reader/syntax/syntax.h"
 #include "writer/mend/refusal.h"
-#include "writer/mend/sound_copy.h"
 
 #include <algorithm>
 #include <string_view>
@@ -28,18 +27,6 @@ void planCatalog(DocumentCache& cache, MendPlan& mend) {
         mend.catalog = {nextIdentity(), 0};
     } else if (mend.nodes.root.number != 0 || !isCatalogRight(cache, catalog.get())) {
         referenceObject(root, mend.catalog.number, mend.catalog.generation);
-    }
-}
-
-void writeCatalog(DocumentCache& cache, const MendPlan& mend) {
-    CopyChanges changes{.entries = {{"Type", "/Catalog"}}, .inherited = {}};
-    if (mend.nodes.root.number != 0) {
-        changes.entries.push_back({"Pages", referenceText(mend.nodes.root)});
-    }
-    if (mend.isNewCatalog) {
-        writeNew(cache, mend.catalog, changes);
-    } else {
-        writeCopy(cache, mend.catalog, changes);
     }
 }
 
@@ -127,12 +114,20 @@ std::optional<PageNode> takeFrom(MendPlan& mend, std::int32_t number) {
     return node ? std::optional(std::move(node.mapped())) : std::nullopt;
 }
 
+CopyChanges catalogChanges(const MendPlan& mend) {
+    CopyChanges changes;
+    if (mend.catalog.number != 0) {
+        changes.entries.push_back({"Type", "/Catalog"});
+    }
+    if (mend.nodes.root.number != 0) {
+        changes.entries.push_back({"Pages", referenceText(mend.nodes.root)});
+    }
+    return changes;
+}
+
 void writeMend(DocumentCache& cache, const MendPlan& mend) {
     for (const ObjectIdentifier object : mend.copies) {
         writeCopy(cache, object);
-    }
-    if (mend.catalog.number != 0) {
-        writeCatalog(cache, mend);
     }
     for (const auto& [number, node] : mend.nodes.changed) {
         writePageNode(cache, node);

@@ -4,6 +4,7 @@
 #include "objects/object_identifier.h"
 #include "reader/document/cache.h"
 #include "writer/mend/page_nodes.h"
+#include "writer/mend/sound_copy.h"
 #include "writer/mend/survey.h"
 
 #include <cstdint>
@@ -39,7 +40,10 @@ MendPlan planMend(DocumentCache& cache, const Survey& survey);
 /// something.
 std::optional<PageNode> takeFrom(MendPlan& mend, std::int32_t number);
 
-/// Writes the new copies to the cache's output.
+/// What the catalog says otherwise then; nothing where it stays.
+CopyChanges catalogChanges(const MendPlan& mend);
+
+/// Writes the new copies to the cache's output, but for the catalog.
 void writeMend(DocumentCache& cache, const MendPlan& mend);
 
 } // namespace corvane

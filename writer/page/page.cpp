@@ -7,6 +7,8 @@
 #include "writer/crypt/sealed.h"
 #include "writer/font/font_works.h"
 #include "writer/image/mask_works.h"
+#include "writer/layer/layer_marks.h"
+#include "writer/page/needed_version.h"
 #include "writer/page/page_object.h"
 #include "writer/page/stream_object.h"
 #include "writer/update/update.h"
@@ -15,12 +17,14 @@ namespace corvane {
 
 namespace {
 
-void drawWorks(DocumentCache& cache, const UpdatePlan& plan) {
+void drawWorks(DocumentCache& cache, UpdatePlan& plan) {
     Drawings drawings;
     std::optional<ContentPaints> paints;
+    std::optional<LayerMarks> marks;
     if (DrawnContent* const drawn = plan.drawn.get()) {
         drawings = {.texts = &drawn->texts, .images = &drawn->images};
         drawings.looks = hostHoldsAppearance() ? &drawn->looks : nullptr;
+        drawings.layers = plan.layers ? &marks.emplace(*plan.layers, drawn->resources) : nullptr;
         if (plan.paints) {
             drawings.paints =
                 &paints.emplace(*plan.paints, drawn->resources,
@@ -31,7 +35,7 @@ void drawWorks(DocumentCache& cache, const UpdatePlan& plan) {
 }
 
 /// The content, enciphered in an encrypted file; its length in the file.
-std::int32_t writeSealedWorks(DocumentCache& cache, const UpdatePlan& plan) {
+std::int32_t writeSealedWorks(DocumentCache& cache, UpdatePlan& plan) {
     Filter& output = *cache.output;
     const std::int32_t start = markFilter(output);
     Chain sealed(&output);
@@ -44,6 +48,10 @@ std::int32_t writeSealedWorks(DocumentCache& cache, const UpdatePlan& plan) {
     return markFilter(output) - start;
 }
 
+std::vector<std::int32_t> madeLayers(const UpdatePlan& plan) {
+    return plan.layers ? plan.layers->made() : std::vector<std::int32_t>();
+}
+
 void writeImages(DocumentCache& cache, std::span<const NewImage> images) {
     for (const NewImage& image : images) {
         writeImage(cache, image);
@@ -51,7 +59,7 @@ void writeImages(DocumentCache& cache, std::span<const NewImage> images) {
 }
 
 /// Draws the page anew.
-std::int64_t writeDrawn(DocumentCache& cache, const UpdatePlan& plan) {
+std::int64_t writeDrawn(DocumentCache& cache, UpdatePlan& plan) {
     Filter& output = *cache.output;
     const auto [content, length] = plan.numbers;
 
@@ -77,7 +85,8 @@ std::int64_t writeDrawn(DocumentCache& cache, const UpdatePlan& plan) {
                     {.contents = {{.number = content, .generation = 0, .place = contentPlace}},
                      .resources = hasResources ? &plan.drawn->resources : nullptr,
                      .origin = plan.origin,
-                     .artwork = plan.artwork});
+                     .artwork = plan.artwork,
+                     .layers = madeLayers(plan)});
     forallFamily([&](const Family& family) { writeFamily(cache, family); });
     forallMask([&](const Mask& mask) { writeMask(cache, mask); });
     return bytes;
@@ -85,6 +94,7 @@ std::int64_t writeDrawn(DocumentCache& cache, const UpdatePlan& plan) {
 
 /// An external graphics state by which everything is as on a new page (PDF Reference, 4.3.4).
 void writeResetState(Filter& output, std::int32_t number) {
+    needVersion(Feature::transparency);
     touchXRef(output, number, 0);
     objectOutput(output, number, 0);
     stringOutput(output, "<< /Type /ExtGState /ca 1 /CA 1 /BM /Normal /SMask /None /AIS false\r"
@@ -98,6 +108,9 @@ void writeNeeded(DocumentCache& cache, const ContentPatch& content,
     content.looks.write(cache, resources);
     for (const MovedPattern& pattern : content.patterns) {
         writePattern(cache, pattern);
+    }
+    for (const PropertyList& list : content.lists) {
+        writePropertyList(cache, list);
     }
     for (const DrawnGroup& group : content.groups.groups()) {
         writeGroup(cache, group);
@@ -122,7 +135,8 @@ std::int64_t writePatched(DocumentCache& cache, const UpdatePlan& plan, PlannedP
                     {.contents = written.parts,
                      .resources = &patch.resources,
                      .origin = plan.origin,
-                     .artwork = plan.artwork});
+                     .artwork = plan.artwork,
+                     .layers = madeLayers(plan)});
     return written.bytes;
 }
 

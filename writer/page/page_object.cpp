@@ -87,6 +87,7 @@ RecordNote noteOf(const CarriedPage& carried, const PageParts& parts, std::int32
                     .artwork = parts.artwork,
                     .page = place,
                     .content = {},
+                    .layers = parts.layers,
                     .base = carried.base ? &*carried.base : nullptr};
     for (const ContentPart& part : parts.contents) {
         if (part.place) {
@@ -101,8 +102,9 @@ void carryBase(DocumentCache& cache, CarriedPage& carried, const PageBase& base)
         .content = {},
         .mediaBox = base.mediaBox,
         .cropBox = base.cropBox,
-        .digest = base.contentDigest ? *base.contentDigest
-                                     : digestContent(cache, base.streams, base.resources.get()),
+        .digest = base.contentDigest
+                      ? *base.contentDigest
+                      : digestContent(cache, base.streams, base.resources.get(), base.version),
         .isAsOpened = base.isAsOpened};
     if (base.contentsEntry) {
         carried.base->content.add(*base.contentsEntry);

@@ -43,6 +43,7 @@ struct PageParts {
     const ResourceRegistry* resources = nullptr;
     std::optional<PageOrigin> origin;     ///< of the page that the artwork was opened from
     std::optional<std::uint64_t> artwork; ///< which opening of it that was
+    std::vector<std::int32_t> layers;     ///< optional content groups that were made for it
 };
 
 /// Writes the page in use, under its own number, to the cache's output.

@@ -85,6 +85,13 @@ void writePieceInfo(DocumentCache& cache, ObjectIdentifier page, const CarriedEn
         writePlace(output, place);
     }
     stringOutput(output, "]\r");
+    if (!note.layers.empty()) {
+        stringOutput(output, "/Layers [ ");
+        for (const std::int32_t number : note.layers) {
+            integerOutput(output, number);
+        }
+        stringOutput(output, "]\r");
+    }
     if (note.base != nullptr) {
         writeBase(cache, page, *note.base);
     }

@@ -29,6 +29,7 @@ struct RecordNote {
     std::optional<std::uint64_t> artwork;
     std::int32_t page = 0;             ///< where the page object stands, by the cross-reference
     std::vector<std::int32_t> content; ///< and the content streams that are written
+    std::vector<std::int32_t> layers;  ///< optional content groups that were made for the artwork
     const CarriedBase* base = nullptr; ///< null: none
 };
 

@@ -2,12 +2,10 @@
 
 #include "output/primitives.h"
 #include "reader/syntax/raw_entries.h"
-#include "reader/syntax/stream_chain.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
 
 #include <algorithm>
-#include <span>
 #include <utility>
 
 namespace corvane {
@@ -27,6 +25,8 @@ constexpr std::array categoryNames = {
     CategoryNames{"Properties", "MC"},
 };
 
+constexpr std::int32_t numberBeyondChance = 40'000'000;
+
 std::size_t indexOf(ResourceCategory category) {
     return static_cast<std::size_t>(category);
 }
@@ -35,8 +35,7 @@ std::size_t indexOf(ResourceCategory category) {
 /// says something, as `pageCache` finds them.
 std::vector<RawEntry> inheritedEntries(DocumentCache& cache) {
     const PageEntry& page = cache.pages[static_cast<std::size_t>(cache.pageNumber - 1)];
-    retainObject(cache.page.get());
-    ObjectOwner node(cache.page.get());
+    ObjectOwner node = sharedObject(cache.page.get());
     std::vector<RawEntry> entries = rawEntries(cache, page.number, page.generation);
     for (std::string_view key = "Parent";;) {
         const auto next = std::ranges::find(entries, key, &RawEntry::key);
@@ -57,87 +56,17 @@ std::vector<RawEntry> inheritedEntries(DocumentCache& cache) {
     }
 }
 
-ObjectOwner shared(const ObjectOwner& object) {
-    retainObject(object.get());
-    return ObjectOwner(object.get());
-}
-
-/// Reads what a stream decodes to, as far as it does.
-void readStream(DocumentCache& cache, const Object& stream, UsedNames& names) {
-    const std::int64_t before = std::exchange(cache.work.pageBytes, 0);
-    attempted([&] {
-        StreamChain chain(cache, stream);
-        std::vector<std::byte> block(1 << 16);
-        while (const std::size_t count = readFilter(chain.top(), block)) {
-            names.read(std::span(block).first(count));
-        }
-    });
-    cache.work.pageBytes = before;
-    names.endContent();
-}
-
-/// Calls `use` for each value of a category of the resources that is a dictionary or stream without
-/// resources of its own, so that it may use the names of these.
-template <class Use>
-void forEachDependent(DocumentCache& cache, const Object& resources, const char* category,
-                      const Use& use) {
-    if (typeObject(resources) != ObjectType::dictionary) {
-        return;
-    }
-    const ObjectOwner named = lookupObject(cache, resources, category);
-    if (typeObject(named.get()) != ObjectType::dictionary) {
-        return;
-    }
-    const std::span<Object> elements = elementsObject(named.get());
-    for (std::size_t i = 1; i < elements.size(); i += 2) {
-        attempted([&] {
-            const ObjectOwner value = resolveObject(cache, elements[i]);
-            const ObjectType type = typeObject(value.get());
-            const bool hasEntries = type == ObjectType::dictionary || type == ObjectType::stream;
-            if (hasEntries && typeObject(lookupObject(cache, value.get(), "Resources").get()) !=
-                                  ObjectType::dictionary) {
-                use(value.get());
-            }
-        });
-    }
-}
-
 } // namespace
 
 void ResourceRegistry::readNames() {
-    names_.emplace();
-    for (const ObjectOwner& stream : content_) {
-        readStream(*cache_, stream.get(), *names_);
+    names_.emplace(*cache_, content_, resources_.get());
+    if (isOfPage_) {
+        names_->addAnnotations();
     }
-    const auto read = [&](const Object& value) {
-        if (typeObject(value) == ObjectType::stream) {
-            readStream(*cache_, value, *names_);
-        }
-    };
-    forEachDependent(*cache_, resources_.get(), "XObject", [&](const Object& object) {
-        if (typeObject(findEntry(*cache_, object, "Width")) == ObjectType::null) {
-            read(object); // a form
-        }
-    });
-    forEachDependent(*cache_, resources_.get(), "Font", [&](const Object& font) {
-        const ObjectOwner procedures = lookupObject(*cache_, font, "CharProcs");
-        if (typeObject(procedures.get()) == ObjectType::dictionary) {
-            const std::span<Object> elements = elementsObject(procedures.get());
-            for (std::size_t i = 1; i < elements.size(); i += 2) {
-                read(resolveObject(*cache_, elements[i]).get());
-            }
-        }
-    });
 }
 
 bool ResourceRegistry::isUsed(const Category& in, const std::string& name) {
-    if (in.used.contains(name)) {
-        return true;
-    }
-    if (!names_ && cache_ != nullptr) {
-        readNames();
-    }
-    return names_ && names_->contains(name);
+    return in.used.contains(name) || (names_ && names_->contains(name));
 }
 
 std::vector<RawEntry> resourceEntries(DocumentCache& cache, const PageBase& base) {
@@ -147,9 +76,10 @@ std::vector<RawEntry> resourceEntries(DocumentCache& cache, const PageBase& base
 void ResourceRegistry::carryBase(DocumentCache& cache, const PageBase& base) {
     std::vector<ObjectOwner> streams;
     for (const BaseStream& stream : base.streams) {
-        streams.push_back(shared(stream.stream));
+        streams.push_back(sharedObject(stream.stream.get()));
     }
-    avoidNames(cache, std::move(streams), shared(base.resources));
+    avoidNames(cache, std::move(streams), sharedObject(base.resources.get()));
+    isOfPage_ = true;
     carry(cache, resourceEntries(cache, base));
 }
 
@@ -184,6 +114,13 @@ std::string_view ResourceRegistry::add(ResourceCategory category, std::int32_t n
     Category& in = categories_[indexOf(category)];
     if (const auto known = in.names.find({number, generation}); known != in.names.end()) {
         return known->second;
+    }
+    if (!names_ && cache_ != nullptr) {
+        readNames();
+    }
+    // What was not read does not use such a name by chance.
+    if (names_ && names_->isCut()) {
+        in.latest = std::max(in.latest, numberBeyondChance);
     }
     std::string name;
     do {

@@ -8,7 +8,7 @@
 #include "reader/document/cache.h"
 #include "reader/page/page_base.h"
 #include "writer/page/carried_entries.h"
-#include "writer/page/used_names.h"
+#include "writer/page/content_names.h"
 
 #include <array>
 #include <cstddef>
@@ -43,10 +43,11 @@ public:
     /// is added. What is no dictionary cannot be used by content: it is carried while nothing is
     /// added to it.
     void carry(DocumentCache& cache, std::vector<RawEntry> entries);
-    /// New objects get none of the names that this content uses, or what it draws that looks up
-    /// names in its resources: some lead nowhere. The cache outlives the registry.
+    /// New objects get none of the names that this content uses, or what it draws: some lead
+    /// nowhere, or further out. The cache outlives the registry.
     void avoidNames(DocumentCache& cache, std::vector<ObjectOwner> content, ObjectOwner resources);
-    /// Both for the base of the page in use, whose resources are its own or inherited.
+    /// Both for the base of the page in use, whose resources are its own or inherited; its
+    /// annotations may use them, too.
     void carryBase(DocumentCache& cache, const PageBase& base);
 
     /// The name of an indirect object in a category, without a slash: the one that it was added
@@ -88,7 +89,8 @@ private:
     DocumentCache* cache_ = nullptr;
     std::vector<ObjectOwner> content_;
     ObjectOwner resources_;
-    std::optional<UsedNames> names_;
+    bool isOfPage_ = false;
+    std::optional<ContentNames> names_;
 };
 
 } // namespace corvane

@@ -188,8 +188,12 @@ private:
         if (!gradient_.isRadial) {
             return (px * dx + py * dy) / (dx * dx + dy * dy);
         }
-        // The circle of that place goes through the point; the first lies within the last.
         const double dr = gradient_.r2 - gradient_.r1;
+        if (const double away = std::hypot(dx, dy) - dr; away > 0) {
+            // Of circles that are in a cone, the last that reaches as near as the point.
+            return (std::hypot(px, py) + gradient_.r1) / away;
+        }
+        // The circle of that place goes through the point; the first lies within the last.
         const double a = dx * dx + dy * dy - dr * dr;
         const double b = px * dx + py * dy + gradient_.r1 * dr;
         const double c = px * px + py * py - gradient_.r1 * gradient_.r1;

@@ -6,6 +6,7 @@
 #include "output/primitives.h"
 #include "output/xref.h"
 #include "reader/content/appearance.h"
+#include "reader/font/font_entries.h"
 #include "reader/page/page_matrix.h"
 #include "runtime/budget.h"
 #include "runtime/callbacks.h"
@@ -13,9 +14,13 @@
 #include "runtime/fixed.h"
 #include "writer/art/object_works.h"
 #include "writer/art/walk.h"
+#include "writer/page/needed_version.h"
 #include "writer/page/stream_object.h"
 
+#include <algorithm>
 #include <initializer_list>
+#include <span>
+#include <string_view>
 #include <utility>
 
 namespace corvane {
@@ -41,6 +46,23 @@ std::string matrixText(const RealMatrix& m) {
 
 std::string boxText(const Box& box) {
     return numbersText({box.left, box.bottom, box.right, box.top});
+}
+
+/// A name with its slash, bytes that it cannot hold as #xx.
+std::string nameText(std::string_view name) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string text = "/";
+    for (const char letter : name) {
+        const auto byte = static_cast<std::uint8_t>(letter);
+        const bool isRegular = byte > ' ' && byte < 127 &&
+                               std::string_view("#()<>[]{}/%").find(letter) == std::string::npos;
+        if (isRegular) {
+            text += letter;
+        } else {
+            text += {'#', digits[byte >> 4U], digits[byte & 15U]};
+        }
+    }
+    return text;
 }
 
 GradientFacts gradientFacts(const Colour& colour) {
@@ -136,6 +158,7 @@ std::int32_t NewPaints::mask(const Colour& colour, const PaintedContent& content
 
 std::int32_t NewPaints::shadingPattern(const GradientFacts& gradient,
                                        const PaintedContent& content) {
+    needVersion(Feature::shading);
     const std::string shading = shadingText(gradient, StopPart::colour, content.area, *this);
     const RealMatrix matrix = multiply(shadingSpace(gradient), content.placement);
     const std::int32_t number = nextIdentity();
@@ -148,6 +171,7 @@ std::int32_t NewPaints::shadingPattern(const GradientFacts& gradient,
 /// A form that paints the opacities as light, and the state whose mask it is (PDF
 /// Reference, 7.5.3).
 std::int32_t NewPaints::opacityMask(const GradientFacts& gradient, const PaintedContent& content) {
+    needVersion(Feature::transparency);
     const std::string shading = shadingText(gradient, StopPart::opacity, content.area, *this);
     std::string data;
     {
@@ -194,6 +218,59 @@ std::int32_t NewPaints::tilingPattern(const PatternFacts& pattern, const Painted
     return number;
 }
 
+void NewPaints::knowInks(const Object& resources) {
+    const ObjectOwner spaces = entryOf(*cache_, resources, "ColorSpace");
+    if (typeObject(spaces.get()) != ObjectType::dictionary) {
+        return;
+    }
+    const std::span<Object> entries = elementsObject(spaces.get());
+    for (std::size_t i = 0; i + 1 < entries.size(); i += 2) {
+        if (typeObject(entries[i + 1]) != ObjectType::reference) {
+            continue;
+        }
+        const ObjectOwner space = resolved(*cache_, entries[i + 1]);
+        if (typeObject(space.get()) != ObjectType::array || sizeObject(space.get()) < 4) {
+            continue;
+        }
+        const std::span<Object> parts = elementsObject(space.get());
+        if (nameOf(parts[0]) == "Separation") {
+            ObjectIdentifier object;
+            referenceObject(entries[i + 1], object.number, object.generation);
+            inksOfPage_.emplace(nameOf(resolved(*cache_, parts[1]).get()), object);
+        }
+    }
+}
+
+/// All of the ink looks as the process colour that stands for it (PDF Reference, 4.5.5).
+ObjectIdentifier NewPaints::ink(PaintSource custom) {
+    if (const auto known = inks_.find(custom); known != inks_.end()) {
+        return known->second;
+    }
+    CustomColour colour;
+    callHost(slot::getColorInfo, custom, &colour);
+    std::string name;
+    for (std::size_t i = 1; i <= std::min<std::size_t>(colour.name[0], 63); ++i) {
+        name += static_cast<char>(colour.name[i]);
+    }
+    ObjectIdentifier space;
+    if (const auto same = inksOfPage_.find(name); same != inksOfPage_.end()) {
+        space = same->second;
+    } else {
+        std::string amounts;
+        for (const Fixed amount : colour.process) {
+            amounts += numberText(realFromFixed(std::clamp(amount, 0, fixedOne)));
+        }
+        needVersion(Feature::separation);
+        space = {
+            hold("[ /Separation " + nameText(name) +
+                 " /DeviceCMYK << /FunctionType 2 /Domain [ 0 1 ] /N 1 /C0 [ 0 0 0 0 ] /C1 [ " +
+                 amounts + "] >> ]"),
+            0};
+    }
+    inks_.emplace(custom, space);
+    return space;
+}
+
 void NewPaints::write(DocumentCache& cache) const {
     Filter& output = *cache.output;
     for (const PaintObject& object : objects_) {
@@ -223,6 +300,15 @@ void NewPaints::write(DocumentCache& cache) const {
 }
 
 void ContentPaints::set(Walk& walk, const Colour& colour, bool isFill) {
+    if (colour.kind == ColourKind::custom) {
+        const ObjectIdentifier ink = paints_.ink(colour.source);
+        walk.text.add("/");
+        walk.text.add(resources_.add(ResourceCategory::colourSpace, ink.number, ink.generation));
+        walk.text.add(isFill ? " cs " : " CS ");
+        walk.text.add(fixedOne - std::clamp(colour.component[0], 0, fixedOne));
+        walk.text.add(isFill ? "scn\n" : "SCN\n");
+        return;
+    }
     const std::int32_t number = paints_.pattern(colour, content_);
     walk.text.add(isFill ? "/Pattern cs /" : "/Pattern CS /");
     walk.text.add(resources_.add(ResourceCategory::pattern, number, 0));

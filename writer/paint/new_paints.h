@@ -3,6 +3,7 @@
 
 #include "host/extension.h"
 #include "host/matrix.h"
+#include "objects/object_identifier.h"
 #include "reader/document/cache.h"
 #include "runtime/memory.h"
 #include "writer/art/paint_drawing.h"
@@ -45,6 +46,11 @@ public:
     /// The number of an external graphics state with the mask of a gradient; 0: it needs none.
     std::int32_t mask(const Colour& colour, const PaintedContent& content);
 
+    /// The inks of resources are those of the artwork that have the same name.
+    void knowInks(const Object& resources);
+    /// The colour space of a custom colour: Separation, of that ink alone.
+    ObjectIdentifier ink(PaintSource custom);
+
     /// Writes all of them to the cache's output.
     void write(DocumentCache& cache) const;
 
@@ -67,6 +73,8 @@ private:
 
     DocumentCache* cache_;
     std::map<Key, std::int32_t> numbers_;
+    std::map<std::string, ObjectIdentifier> inksOfPage_; ///< by name
+    std::map<PaintSource, ObjectIdentifier> inks_;
     std::vector<PaintObject> objects_;
     std::int64_t bytes_ = 0;
     ZoneCharge charge_; // of their texts

@@ -5,7 +5,7 @@
 #include "runtime/matrix.h"
 #include "writer/art/outline.h"
 #include "writer/image/image_works.h"
-#include "writer/patch/placed_image.h"
+#include "writer/patch/works/placed_image.h"
 
 #include <algorithm>
 #include <array>
@@ -64,6 +64,9 @@ ArtExtent extentOf(Art art) {
 }
 
 std::optional<ArtExtent> rectangleOf(Art clip) {
+    if (isTextClip(clip)) {
+        return std::nullopt;
+    }
     const ChargedList<Subpath> subpaths = subpathsWithin(clip);
     if (subpaths.size() != 1 || (subpaths[0].count != 4 && subpaths[0].count != 5)) {
         return std::nullopt;

@@ -1,15 +1,15 @@
 #include "writer/patch/content_patch.h"
 
 #include "runtime/exception.h"
-#include "writer/patch/clip_matching.h"
+#include "writer/patch/compare/clip_matching.h"
+#include "writer/patch/compare/missing_art.h"
 #include "writer/patch/form/edited_form.h"
-#include "writer/patch/inserted_works.h"
-#include "writer/patch/missing_art.h"
 #include "writer/patch/object_patches.h"
 #include "writer/patch/page_end.h"
 #include "writer/patch/paint_order.h"
 #include "writer/patch/text/actual_text.h"
 #include "writer/patch/text/show_patches.h"
+#include "writer/patch/works/inserted_works.h"
 
 #include <algorithm>
 #include <span>
@@ -39,7 +39,8 @@ public:
         ObjectPatches objects(tools_, base_, artwork_, matching_, clips, order);
         objects.addTo(content_.patches);
         patchShows(tools_, base_, artwork_, matching_, order, content_.patches);
-        patchActualText(tools_, matching_, order, content_.patches);
+        PropertyLists lists(tools_);
+        patchActualText(tools_, lists, matching_, order, content_.patches);
         insert(order);
         std::ranges::stable_sort(content_.patches, {}, [](const Patch& patch) {
             return std::pair(patch.range.start, patch.range.end);
@@ -48,6 +49,7 @@ public:
         content_.charge = std::move(tools_.charge);
         ContentPatch patch = keepContent(tools_);
         patch.content = std::move(content_);
+        patch.lists = lists.take();
         patch.counts = counts(clips, order);
         return patch;
     }
@@ -160,6 +162,7 @@ ContentPatch keepContent(PatchTools& tools) {
     return {.content = {},
             .bytes = std::move(tools.bytes),
             .patterns = tools.patterns.take(),
+            .lists = {},
             .groups = std::move(tools.groups),
             .looks = std::move(tools.looks),
             .counts = {},

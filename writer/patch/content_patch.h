@@ -1,13 +1,14 @@
 // The patches to one content, and the objects that they need.
 #pragma once
 
+#include "writer/patch/compare/matching.h"
 #include "writer/patch/content_bytes.h"
-#include "writer/patch/drawn_groups.h"
-#include "writer/patch/matching.h"
 #include "writer/patch/moved_patterns.h"
 #include "writer/patch/patch.h"
 #include "writer/patch/patch_counts.h"
 #include "writer/patch/patch_tools.h"
+#include "writer/patch/text/property_lists.h"
+#include "writer/patch/works/drawn_groups.h"
 
 #include <vector>
 
@@ -17,6 +18,7 @@ struct ContentPatch {
     ContentPatches content;
     ContentBytes bytes; ///< of the base
     std::vector<MovedPattern> patterns;
+    std::vector<PropertyList> lists;
     DrawnGroups groups;
     DrawnLooks looks;
     PatchCounts counts;

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <set>
 #include <string_view>
 
 namespace corvane {
@@ -40,14 +39,6 @@ bool holdsRole(std::uint32_t roles, OperatorRole role) {
     return (roles & roleBit(role)) != 0;
 }
 
-/// The roles of which an operator of this role leaves nothing.
-constexpr std::uint32_t replacedBy(OperatorRole role) {
-    return roleBit(role) |
-           (role == OperatorRole::fillSpace     ? roleBit(OperatorRole::fillColour)
-            : role == OperatorRole::strokeSpace ? roleBit(OperatorRole::strokeColour)
-                                                : 0);
-}
-
 } // namespace
 
 std::string GatheredState::bytesOf(TraceIndex event) {
@@ -55,27 +46,6 @@ std::string GatheredState::bytesOf(TraceIndex event) {
     bytes_.append(text, {trace_.events()[event].start, trace_.events()[event].end});
     text += '\n';
     return text;
-}
-
-/// Of the operators up to this one, those of which something is left; the latest first.
-std::vector<SetterLink> GatheredState::neededFor(TraceIndex setter) {
-    std::vector<SetterLink> needed;
-    std::uint32_t replaced = 0;
-    std::set<std::string, std::less<>> states;
-    // Pages set colours thousands of times: what came before is left out at once.
-    for (; (rolesUpTo(setter) & ~replaced) != 0; setter = trace_.setter(setter).former) {
-        const SetterLink& link = trace_.setter(setter);
-        const OperatorRole role = trace_.events()[link.event].role;
-        if (role == OperatorRole::external) {
-            if (states.insert(bytesOf(link.event)).second) {
-                needed.push_back(link);
-            }
-        } else if (!holdsRole(replaced, role)) {
-            needed.push_back(link);
-            replaced |= replacedBy(role);
-        }
-    }
-    return needed;
 }
 
 void GatheredState::enterSpace(const RealMatrix& space) {
@@ -187,9 +157,8 @@ void GatheredState::writeInitial(const Surroundings& own, TraceIndex setter, boo
 }
 
 void GatheredState::setAll(TraceIndex setter, const PageMovement& movement) {
-    const std::vector<SetterLink> needed = neededFor(setter);
-    for (auto link = needed.rbegin(); link != needed.rend(); ++link) {
-        set(*link, movement);
+    for (const TraceIndex live : live_.upTo(setter)) {
+        set(trace_.setter(live), movement);
     }
 }
 
@@ -198,6 +167,12 @@ void GatheredState::write(const Surroundings& own, const RealMatrix& ctm,
     space_ = ctm;
     setAll(own.setter, movement);
     enterSpace(trace_.matrix(own.matrix));
+}
+
+bool GatheredState::namesPattern(const Surroundings& own) {
+    return std::ranges::any_of(live_.upTo(own.setter), [&](TraceIndex live) {
+        return trace_.events()[trace_.setter(live).event].namesPattern;
+    });
 }
 
 void GatheredState::writeOnArtboard(const Surroundings& own) {

@@ -3,13 +3,15 @@
 
 #include "host/matrix.h"
 #include "writer/art/walk.h"
-#include "writer/patch/base_content.h"
+#include "writer/patch/base/base_content.h"
 #include "writer/patch/content_bytes.h"
+#include "writer/patch/live_setters.h"
 #include "writer/patch/moved_patterns.h"
 
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace corvane {
@@ -23,10 +25,11 @@ struct PageMovement {
 
 class GatheredState {
 public:
+    /// `live`: of the same content.
     GatheredState(Walk& walk, ContentBytes& bytes, const BaseContent& content,
-                  MovedPatterns& patterns)
-        : walk_(walk), bytes_(bytes), content_(content), trace_(content.trace),
-          patterns_(patterns) {}
+                  MovedPatterns& patterns, LiveSetters live)
+        : walk_(walk), bytes_(bytes), content_(content), trace_(content.trace), patterns_(patterns),
+          live_(std::move(live)) {}
 
     /// Whether the content begins with another state than a page does: one that was set around it.
     bool inherits();
@@ -50,12 +53,14 @@ public:
     /// The same in the space of the artboard, for a CTM in which nothing can be drawn.
     void writeOnArtboard(const Surroundings& own);
 
+    /// Whether a pattern is the colour for filling or stroking there, as this content sets it.
+    bool namesPattern(const Surroundings& own);
+
     /// The bytes of an operator, and a line end.
     std::string bytesOf(TraceIndex event);
 
 private:
     bool changesInherited(TraceIndex setter);
-    std::vector<SetterLink> neededFor(TraceIndex setter);
     void setAll(TraceIndex setter, const PageMovement& movement);
     void enterSpace(const RealMatrix& space);
     void set(const SetterLink& link, const PageMovement& movement);
@@ -67,6 +72,7 @@ private:
     const BaseContent& content_;
     const ContentTrace& trace_;
     MovedPatterns& patterns_;
+    LiveSetters live_;
     RealMatrix space_;
     std::vector<std::uint32_t>
         roles_; // by setter: what it and those before it set, a bit for each role

@@ -2,7 +2,7 @@
 // others as one thing.
 #pragma once
 
-#include "writer/patch/matching.h"
+#include "writer/patch/compare/matching.h"
 
 #include <cstdint>
 #include <optional>

@@ -23,8 +23,21 @@ bool isMarkAround(const ContentTrace& trace, TraceIndex outer, TraceIndex inner)
 
 InsertionPoints::InsertionPoints(const BaseContent& base, const EditedArtwork& artwork,
                                  const ClipMatching& clips, GatheredState& state)
-    : trace_(base.trace), artwork_(artwork), clips_(clips), state_(state) {
+    : trace_(base.trace), layers_(base.layers), artwork_(artwork), clips_(clips), state_(state) {
     findTextOutside();
+    findMarkLayers();
+}
+
+void InsertionPoints::findMarkLayers() {
+    if (!layers_.any()) {
+        return;
+    }
+    charge_.resize(static_cast<std::int64_t>(trace_.markCount() * sizeof(LayerChain)));
+    markLayers_.resize(trace_.markCount());
+    for (TraceIndex mark = 1; mark < markLayers_.size(); ++mark) {
+        const MarkLink& link = trace_.mark(mark);
+        markLayers_[mark] = layers_.within(markLayers_[link.outer], link.layer);
+    }
 }
 
 void InsertionPoints::findTextOutside() {
@@ -46,6 +59,7 @@ void InsertionPoints::findTextOutside() {
 void InsertionPoints::useGroup(EditedIndex group) {
     group_ = group;
     wanted_.clear();
+    wantedLayers_ = artwork_.groups[group].layers;
     for (; group != 0; group = artwork_.groups[group].outer) {
         if (artwork_.groups[group].clip != Art::null) {
             wanted_.push_back(clips_.links[group]);
@@ -80,6 +94,10 @@ bool InsertionPoints::fits(const Surroundings& here, InsertionPoint& point) {
         (former_ && !state_.canWriteInitial(former_->roles, here.setter))) {
         return false;
     }
+    const LayerChain layers = markLayers_.empty() ? 0 : markLayers_[here.mark];
+    if (!layers_.chains().isAround(layers, wantedLayers_)) {
+        return false;
+    }
     around_.clear();
     const TraceIndex shared = sharedClip(here.clip);
     for (TraceIndex link = here.clip; link != 0; link = trace_.clip(link).outer) {
@@ -100,6 +118,7 @@ bool InsertionPoints::fits(const Surroundings& here, InsertionPoint& point) {
     }
     point.inForce = here;
     point.ownClips = static_cast<std::uint32_t>(around_.size());
+    point.ownLayers = layers_.chains().depth(layers);
     return true;
 }
 

@@ -1,7 +1,7 @@
 // Places between the operators of the content where something new can be drawn.
 #pragma once
 
-#include "writer/patch/clip_matching.h"
+#include "writer/patch/compare/clip_matching.h"
 #include "writer/patch/gathered_state.h"
 #include "writer/patch/inserted_unit.h"
 #include "writer/patch/paint_order.h"
@@ -40,8 +40,10 @@ private:
     bool fits(const Surroundings& here, InsertionPoint& point);
     /// The innermost clip at a place that must be around it.
     TraceIndex sharedClip(TraceIndex clip) const;
+    void findMarkLayers();
 
     const ContentTrace& trace_;
+    PatchLayers& layers_;
     const EditedArtwork& artwork_;
     const ClipMatching& clips_;
     GatheredState& state_;
@@ -51,10 +53,13 @@ private:
     EditedIndex group_ = 0;
     bool isText_ = false;
     std::optional<FormerPlace> former_;
-    std::vector<TraceIndex> wanted_; // clips of the group from the outermost; 0: a new one
+    std::vector<TraceIndex> wanted_;     // clips of the group from the outermost; 0: a new one
+    LayerChain wantedLayers_ = 0;        // of the group
+    std::vector<LayerChain> markLayers_; // by mark; empty: none is of a layer that counts
     InsertionGap gap_;
     std::vector<TraceIndex> around_; // clips at the place looked at, from the innermost
     std::optional<InsertionPoint> latest_;
+    ZoneCharge charge_;
     std::int64_t searched_ = 0; // places looked at, and what is around each
 };
 

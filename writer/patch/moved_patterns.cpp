@@ -44,15 +44,12 @@ FileCipher cipherOf(DocumentCache& cache, const Object& stream) {
 
 std::string_view MovedPatterns::add(std::string_view name, const RealMatrix& movement) {
     const std::string decoded = decodedName(name);
-    const auto [first, last] = known_.equal_range(decoded);
-    for (auto known = first; known != last; ++known) {
-        if (known->second.movement == movement) {
-            return resources_.add(ResourceCategory::pattern, known->second.number, 0);
-        }
+    const std::pair key(decoded, movementKey(movement));
+    auto known = known_.find(key);
+    if (known == known_.end()) {
+        known = known_.emplace(key, copy(decoded, movement)).first;
     }
-    const std::int32_t number = copy(decoded, movement);
-    known_.emplace(decoded, Known{movement, number});
-    return resources_.add(ResourceCategory::pattern, number, 0);
+    return resources_.add(ResourceCategory::pattern, known->second, 0);
 }
 
 std::int32_t MovedPatterns::copy(const std::string& name, const RealMatrix& movement) {

@@ -5,11 +5,13 @@
 #include "reader/document/cache.h"
 #include "writer/page/carried_entries.h"
 #include "writer/page/resource_registry.h"
+#include "writer/patch/compare/movement.h"
 
 #include <cstdint>
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace corvane {
@@ -37,18 +39,13 @@ public:
     std::vector<MovedPattern> take() { return std::move(copies_); }
 
 private:
-    struct Known {
-        RealMatrix movement;
-        std::int32_t number = 0;
-    };
-
     std::int32_t copy(const std::string& name, const RealMatrix& movement);
 
     DocumentCache& cache_;
     const Object& names_;
     RealMatrix toArtboard_;
     ResourceRegistry& resources_;
-    std::multimap<std::string, Known, std::less<>> known_;
+    std::map<std::pair<std::string, MovementKey>, std::int32_t> known_; // numbers of copies
     std::vector<MovedPattern> copies_;
 };
 

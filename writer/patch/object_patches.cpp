@@ -3,9 +3,10 @@
 #include "runtime/exception.h"
 #include "writer/art/style_works.h"
 #include "writer/patch/form/form_works.h"
-#include "writer/patch/kept_works.h"
-#include "writer/patch/placed_image.h"
-#include "writer/patch/shading_works.h"
+#include "writer/patch/works/kept_works.h"
+#include "writer/patch/works/placed_image.h"
+#include "writer/patch/works/shading_works.h"
+#include "writer/patch/works/stencil_works.h"
 
 #include <algorithm>
 
@@ -120,16 +121,24 @@ void ObjectPatches::patchObject(PaintedIndex source) {
     }
     noneStyleWorks(tools_.walk);
     enterWorks(tools_.walk);
-    if (difference.place && movesMask(event.behind, difference)) {
-        moveAlong(was.event,
-                  {.masks = was.isForm ? *is.form->movement : movementOfImage(was.art, is.art),
-                   .patterns = {}});
-    }
-    lookWorks(tools_, trace_.matrix(event.behind.matrix), difference.look);
-    if (was.isForm) {
-        formWorks(tools_, was, *is.form);
+    if (was.isStencil) {
+        moveAlong(was.event, movementOfStencil(tools_, was, is.art, difference));
+        stencilWorks(tools_, was, is, difference);
     } else {
-        imageWorks(tools_, was, is.art, difference);
+        if (difference.place) {
+            const RealMatrix movement =
+                was.isForm ? *is.form->movement : movementOfImage(was.art, is.art);
+            const bool isMasked = movesMask(event.behind, difference);
+            const bool isPatterned = was.isForm && tools_.state.namesPattern(event.behind);
+            moveAlong(was.event, {.masks = isMasked ? movement : RealMatrix(),
+                                  .patterns = isPatterned ? movement : RealMatrix()});
+        }
+        lookWorks(tools_, trace_.matrix(event.behind.matrix), difference.look);
+        if (was.isForm) {
+            formWorks(tools_, was, *is.form);
+        } else {
+            imageWorks(tools_, was, is.art, difference);
+        }
     }
     leaveWorks(tools_.walk);
     patches_->push_back({{event.start, event.end}, "\n" + tools_.taken()});

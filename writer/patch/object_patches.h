@@ -2,10 +2,10 @@
 // and clips.
 #pragma once
 
-#include "writer/patch/changed_works.h"
-#include "writer/patch/clip_matching.h"
+#include "writer/patch/compare/clip_matching.h"
 #include "writer/patch/paint_order.h"
 #include "writer/patch/patch.h"
+#include "writer/patch/works/changed_works.h"
 
 #include <vector>
 

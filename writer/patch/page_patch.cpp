@@ -1,12 +1,15 @@
 #include "writer/patch/page_patch.h"
 
+#include "reader/content/art.h"
 #include "runtime/exception.h"
 #include "runtime/extension.h"
 #include "runtime/warning.h"
-#include "writer/patch/base_reading.h"
+#include "writer/art/art_stack.h"
+#include "writer/art/layers.h"
+#include "writer/patch/base/base_reading.h"
+#include "writer/patch/compare/kept_annotations.h"
+#include "writer/patch/compare/missing_art.h"
 #include "writer/patch/form/form_comparison.h"
-#include "writer/patch/kept_annotations.h"
-#include "writer/patch/missing_art.h"
 #include "writer/patch/text/text_layout.h"
 
 #include <algorithm>
@@ -34,6 +37,26 @@ void tellLayers(std::span<const std::string> layers) {
     }
 }
 
+void noteLayers(const EditedArtwork& artwork, SavedLayers& layers) {
+    for (const EditedGroup& group : artwork.groups.items()) {
+        layers.note(group.layer);
+    }
+}
+
+/// Annotations are no content of the page, and what they hold may be in layers, too.
+void noteLayersOfAnnotations(const EditedArtwork& artwork, SavedLayers& layers) {
+    ArtStack pending;
+    for (const Art annotation : artwork.annotations.items()) {
+        pending.push(annotation);
+    }
+    for (ArtStep step; pending.next(step);) {
+        if (step.what == ArtStep::What::art && artKind(step.art) == ArtKind::group) {
+            layers.note(layerOf(step.art));
+            pending.enter(firstChild(step.art), ArtStep::What::end);
+        }
+    }
+}
+
 /// Which forms of a content, that is a copy or not, the page draws otherwise.
 void markCopies(const EditedArtwork& artwork, const Matching& matching, bool isCopy) {
     for (EditedIndex i = 0; i < artwork.objects.size(); ++i) {
@@ -49,6 +72,12 @@ PagePatch plan(PageTools& tools, const BaseReading& reading, ResourceRegistry& r
     const BaseContents contents(reading, tools.base.isAsOpened);
     EditedForms forms;
     EditedArtwork artwork = listArtwork(contents, forms);
+    reading.layers.settle(artwork, forms);
+    noteLayers(artwork, tools.layers);
+    noteLayersOfAnnotations(artwork, tools.layers);
+    for (const EditedForm& form : forms) {
+        noteLayers(form.inside, tools.layers);
+    }
     for (EditedForm& form : forms) {
         layOutText(*form.base, form.inside, tools.setText);
     }
@@ -82,12 +111,14 @@ PagePatch plan(PageTools& tools, const BaseReading& reading, ResourceRegistry& r
 
 } // namespace
 
-PagePatch planPatch(DocumentCache& cache, const PageBase& base, ResourceRegistry& resources) {
+PagePatch planPatch(DocumentCache& cache, const PageBase& base, ResourceRegistry& resources,
+                    SavedLayers& layers) {
     BaseReading reading;
     std::optional<PagePatch> patch;
     const Exception code = guarded([&] {
         readBase(cache, base, reading);
-        PageTools tools(cache, base, reading.fonts);
+        layers.know(reading.layers.ofPage());
+        PageTools tools(cache, base, reading.fonts, layers);
         patch = plan(tools, reading, resources);
     });
     const Exception disposal = guarded([&] { disposeBase(reading); });

@@ -31,6 +31,7 @@ struct PagePatch {
 /// artwork cannot be had without harm to something else on the page, and `artworkMissing` where
 /// half of the page or all of a kind is not in the artwork, unless the host says that this does
 /// not matter. The host's document is then as it was.
-PagePatch planPatch(DocumentCache& cache, const PageBase& base, ResourceRegistry& resources);
+PagePatch planPatch(DocumentCache& cache, const PageBase& base, ResourceRegistry& resources,
+                    SavedLayers& layers);
 
 } // namespace corvane

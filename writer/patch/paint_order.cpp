@@ -23,7 +23,7 @@ bool canStay(const ContentTrace& trace, PaintedIndex source, const ArtDifference
     }
     const TraceIndex index = painted.event;
     const Surroundings& here = trace.events()[index].behind;
-    const bool isApart = painted.isImage || painted.isForm || painted.isShading
+    const bool isApart = painted.isImage || painted.isForm || painted.isShading || painted.isStencil
                              ? !here.isInPath
                              : isPlainPath(trace, index);
     return !difference.any() ||
@@ -88,6 +88,8 @@ private:
             }
             const TraceIndex clip = trace_.clipAround(trace_.painted()[object.source].event);
             if (canStay(trace_, object.source, object.difference) &&
+                base_.layers.isAlike(trace_.painted()[object.source].art,
+                                     artwork_.groups[artwork_.objects[i].group].layers) &&
                 isClippedAlike(base_, artwork_, clips_, clip, artwork_.objects[i])) {
                 able.push_back(i);
             }

@@ -2,7 +2,7 @@
 // two that stay.
 #pragma once
 
-#include "writer/patch/clip_matching.h"
+#include "writer/patch/compare/clip_matching.h"
 
 #include <vector>
 
@@ -18,6 +18,7 @@ struct InsertionPoint {
     /// Clips of the object's own groups that are in force there; it draws the inner ones itself.
     /// No clip within a group that is laid over others as one thing is.
     std::uint32_t ownClips = 0;
+    std::uint32_t ownLayers = 0; ///< the same of layers
 };
 
 /// An object that is written apart.

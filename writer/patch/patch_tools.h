@@ -9,13 +9,14 @@
 #include "writer/art/drawn_looks.h"
 #include "writer/art/walk.h"
 #include "writer/image/new_images.h"
+#include "writer/layer/layer_marks.h"
 #include "writer/paint/new_paints.h"
-#include "writer/patch/base_content.h"
+#include "writer/patch/base/base_content.h"
 #include "writer/patch/content_bytes.h"
-#include "writer/patch/drawn_groups.h"
 #include "writer/patch/gathered_state.h"
 #include "writer/patch/moved_patterns.h"
 #include "writer/patch/text/show_bytes.h"
+#include "writer/patch/works/drawn_groups.h"
 #include "writer/text/font_names.h"
 #include "writer/text/set_text.h"
 
@@ -27,9 +28,12 @@ namespace corvane {
 
 /// Of all contents of a page: objects that are written once, wherever they are used.
 struct PageTools {
-    PageTools(DocumentCache& inUse, const PageBase& pageBase, const PageFonts& pageFonts)
+    PageTools(DocumentCache& inUse, const PageBase& pageBase, const PageFonts& pageFonts,
+              SavedLayers& savedLayers)
         : cache(inUse), base(pageBase), fonts(pageFonts), setText(&pageFonts), images(inUse),
-          paints(std::make_unique<NewPaints>(inUse)) {}
+          paints(std::make_unique<NewPaints>(inUse)), layers(savedLayers) {
+        paints->knowInks(pageBase.resources.get());
+    }
     PageTools(const PageTools&) = delete;
     PageTools& operator=(const PageTools&) = delete;
 
@@ -39,6 +43,7 @@ struct PageTools {
     SetText setText;
     NewImages images;
     std::unique_ptr<NewPaints> paints;
+    SavedLayers& layers;
     std::int32_t resetState = 0; ///< number of the state that a page begins with; 0: not needed
 };
 
@@ -51,9 +56,10 @@ struct PatchTools {
                    resources),
           contentPaints(*ofPage.paints, resources, paintedContent()),
           contentImages(ofPage.images, resources), groups(*ofPage.paints, resources),
-          looks(resources),
+          looks(resources), marks(ofPage.layers, resources),
           fontNames(ofPage.cache, ofPage.fonts, resourcesOf(patched, ofPage.base), resources),
-          walk(sink), state(walk, bytes, patched, patterns) {
+          walk(sink), state(walk, bytes, patched, patterns,
+                            {ofPage.cache, resourcesOf(patched, ofPage.base), bytes, trace}) {
         walk.images = &contentImages;
         walk.paints = hostHoldsPatterns() ? &contentPaints : nullptr;
         walk.looks = hostHoldsAppearance() ? &looks : nullptr;
@@ -86,6 +92,7 @@ struct PatchTools {
     ContentImages contentImages;
     DrawnGroups groups;
     DrawnLooks looks;
+    LayerMarks marks;
     FontNames fontNames;
     ShownOperators shown{bytes, trace};
     TextSink sink;

@@ -9,6 +9,7 @@
 #include "runtime/budget.h"
 #include "runtime/extension.h"
 #include "writer/crypt/sealed.h"
+#include "writer/page/needed_version.h"
 #include "writer/page/stream_object.h"
 
 #include <algorithm>
@@ -154,7 +155,11 @@ private:
         written_.parts.push_back({number, 0, markFilter(output_)});
         touchXRef(output_, number, 0);
         objectOutput(output_, number, 0);
-        stringOutput(output_, deflates ? "<<\r/Filter /FlateDecode\r" : "<<\r");
+        stringOutput(output_, "<<\r");
+        if (deflates) {
+            needVersion(Feature::flate);
+            stringOutput(output_, "/Filter /FlateDecode\r");
+        }
     }
 
     void writeNew(const PatchedStream& stream) {

@@ -9,6 +9,7 @@
 #include "writer/art/layers.h"
 #include "writer/art/path_works.h"
 #include "writer/art/style_works.h"
+#include "writer/art/text_clip.h"
 
 #include <vector>
 
@@ -34,7 +35,7 @@ TextRun runOf(Art text, std::int32_t run) {
 }
 
 /// Of art that only its host knows, what it holds if that can be had.
-Art firstOf(Art art) {
+Art firstWithin(Art art) {
     Art first = Art::null;
     if (guarded([&] { first = firstChild(art); }) != Exception::none) {
         resetException();
@@ -50,7 +51,7 @@ DrawnTexts::DrawnTexts(ResourceRegistry& resources) : names_(resources) {
         const Layer layer = layers.pop();
         LayerInfo info;
         callHost(slot::getLayerInfo, layer, &info);
-        if (!isDrawn(info)) {
+        if (!isDrawn(layer, info)) {
             continue;
         }
         Art top = Art::null;
@@ -89,7 +90,7 @@ void DrawnTexts::addAll(Art top) {
         if (kind == ArtKind::text) {
             add(step.art);
         } else if (mayHold(kind)) {
-            pending.enter(firstOf(step.art), ArtStep::What::end);
+            pending.enter(firstWithin(step.art), ArtStep::What::end);
         }
     }
 }
@@ -110,14 +111,35 @@ void DrawnTexts::add(Art text) {
     first_.emplace(text, first);
 }
 
-void DrawnTexts::write(Walk& walk, Art text) {
+SetText::Index DrawnTexts::firstOf(Art text) const {
     const auto first = first_.find(text);
     if (first == first_.end()) {
         failException(Exception::type);
     }
-    SetText::Index set = first->second;
+    return first->second;
+}
+
+void DrawnTexts::clipWithLine(Walk& walk, Art text) {
+    SetText::Index set = firstOf(text);
     for (std::int32_t i = 0; i < runCount(text); ++i) {
-        const TextRun run = runOf(text, i);
+        setText_.write(walk, set++, runOf(text, i), RealMatrix(), names_);
+    }
+}
+
+void DrawnTexts::clip(Walk& walk, Art clip) {
+    walk.text.add("BT\n");
+    const ChargedList<Art> texts = clipTexts(clip);
+    for (const Art text : texts.items()) {
+        clipWithLine(walk, text);
+    }
+    walk.text.add("ET\n");
+}
+
+void DrawnTexts::write(Walk& walk, Art text) {
+    SetText::Index set = firstOf(text);
+    for (std::int32_t i = 0; i < runCount(text); ++i) {
+        TextRun run = runOf(text, i);
+        run.style.clip = 0; // only the clip of a group clips
         const LookState look =
             stateOf({.fillOpacity = run.fillOpacity, .strokeOpacity = run.strokeOpacity});
         const bool isLooked = walk.looks != nullptr && !look.isEmpty();

@@ -21,6 +21,7 @@ public:
     DrawnTexts(ResourceRegistry& resources, Art top);
 
     void write(Walk& walk, Art text) override;
+    void clip(Walk& walk, Art clip) override;
 
     /// Once all is written.
     const NewFonts& fonts() const { return setText_.fonts(); }
@@ -28,6 +29,8 @@ public:
 private:
     void addAll(Art top);
     void add(Art text);
+    SetText::Index firstOf(Art text) const;
+    void clipWithLine(Walk& walk, Art text);
     void addMask(SoftMask mask, ArtStack& pending);
 
     FontNames names_;

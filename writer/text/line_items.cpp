@@ -2,6 +2,7 @@
 
 #include "fonts/shaped_text.h"
 #include "fonts/text_order.h"
+#include "host/utf8.h"
 #include "reader/font/characters.h"
 #include "runtime/budget.h"
 #include "runtime/exception.h"
@@ -120,19 +121,15 @@ void Itemizer::readLetters(std::size_t number) {
     auto piece = run.pieces.begin();
     std::int32_t face = 0;
     for (std::size_t at = 0; at < run.text.size();) {
-        const auto lead = static_cast<unsigned char>(run.text[at]);
-        const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-        const std::optional<std::u32string> character = fromUtf8(run.text.substr(at, length));
-        Letter letter{.character =
-                          character && !character->empty() ? character->front() : U'\xFFFD',
-                      .run = number};
+        const auto [code, length] = decodeCharacter(std::string_view(run.text).substr(at));
+        Letter letter{.character = length == 0 ? U'\xFFFD' : code, .run = number};
         for (; piece != run.pieces.end() && std::cmp_less_equal(piece->start, at); ++piece) {
             letter.shift += realFromFixed(piece->shift);
             face = piece->face;
         }
         letter.face = face;
         letters_.push_back(letter);
-        at += length;
+        at += std::max<std::size_t>(length, 1);
         if (letters_.size() > budget::lineCharacters) {
             failException(Exception::limit);
         }

@@ -1,5 +1,7 @@
 #include "writer/text/text_state.h"
 
+#include "reader/text/render_mode.h"
+
 #include <string>
 #include <utility>
 
@@ -41,11 +43,9 @@ void textMatrixWorks(Walk& walk, const RealMatrix& matrix) {
 }
 
 std::int32_t textModeOf(const PathStyle& style) {
-    constexpr std::int32_t invisible = 3;
-    return style.fillPaint != 0 && style.strokePaint != 0 ? 2
-           : style.fillPaint != 0                         ? 0
-           : style.strokePaint != 0                       ? 1
-                                                          : invisible;
+    const bool fills = style.fillPaint != 0;
+    const std::int32_t mode = style.strokePaint != 0 ? (fills ? 2 : 1) : fills ? 0 : invisibleMode;
+    return mode + (style.clip != 0 ? firstClippingMode : 0);
 }
 
 void stringWorks(Walk& walk, std::string_view codes) {

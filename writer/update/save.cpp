@@ -14,12 +14,17 @@
 #include "runtime/exception.h"
 #include "runtime/extension.h"
 #include "runtime/rules.h"
+#include "writer/page/needed_version.h"
+#include "writer/update/catalog.h"
 #include "writer/update/signed.h"
 #include "writer/update/update.h"
 #include "writer/update/update_file.h"
 #include "writer/update/update_filter.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <optional>
+#include <vector>
 
 namespace corvane {
 
@@ -85,7 +90,7 @@ bool canPatch() {
 void planPatches(DocumentCache& cache, UpdatePlan& plan) {
     ResourceRegistry resources;
     resources.carryBase(cache, *plan.base);
-    PagePatch patch = planPatch(cache, *plan.base, resources);
+    PagePatch patch = planPatch(cache, *plan.base, resources, *plan.layers);
     const bool isNothing = patch.page.content.isNothing();
     std::vector<PatchedStream> streams = divideContent(patch.page, *plan.base);
     plan.patch = PlannedPatch{.page = std::move(patch),
@@ -135,7 +140,7 @@ bool mendsSomething(const UpdatePlan& plan) {
 
 /// Refuses what owner or signer of the file do not want, where anything is to be written.
 void refuseForbidden(DocumentCache& cache, const UpdatePlan& plan) {
-    if (!plan.writesPage && !mendsSomething(plan)) {
+    if (!plan.writesPage && !changesCatalog(plan) && !mendsSomething(plan)) {
         return;
     }
     if (cache.encryption && !cache.encryption->allowsChanges()) {
@@ -169,12 +174,21 @@ void mendPage(DocumentCache& cache, UpdatePlan& plan) {
     }
 }
 
+/// Groups of the file that the last save of this artwork made.
+std::vector<std::int32_t> formerLayers(DocumentCache& cache, const UpdatePlan& plan) {
+    return plan.base && !plan.base->isStanding ? lastLayers(cache) : std::vector<std::int32_t>();
+}
+
 /// Looks at everything that can refuse the save before a byte is written.
 UpdatePlan planUpdate(DocumentCache& cache) {
     UpdatePlan plan;
+    openNeededVersion();
     planFile(cache, plan);
     if (rules().recordsOrigin) {
         planBase(cache, plan);
+    }
+    if (rules().readsForms) {
+        plan.layers.emplace(cache, formerLayers(cache, plan));
     }
     const PageBase* const base = plan.base ? &*plan.base : nullptr;
     plan.geometry = pageGeometry(cache, base);
@@ -219,9 +233,17 @@ std::int32_t writeUpdate(DocumentCache& cache, UpdatePlan& plan, SavedFacts& fac
     if (plan.writesPage) {
         facts.contentLength = pageWrite(cache, plan);
     }
+    writeCatalog(cache, plan);
     const std::int32_t section = updateWrite(cache, plan.trailer);
     forallXRef([&](const XRefEntry&) { ++facts.objects; });
     return section;
+}
+
+/// Of the file's own.
+std::int32_t changedLayers(const SavedLayers& layers) {
+    const std::vector<SavedLayer> changed = layers.changed();
+    return static_cast<std::int32_t>(
+        std::ranges::count_if(changed, [](const SavedLayer& layer) { return !layer.isNew; }));
 }
 
 SavedFacts savedFacts(DocumentCache& cache, const UpdatePlan& plan) {
@@ -232,7 +254,7 @@ SavedFacts savedFacts(DocumentCache& cache, const UpdatePlan& plan) {
     }
     facts.formerLength = cache.fileLength;
     facts.isPatched = plan.patch.has_value();
-    facts.isNothing = !plan.writesPage;
+    facts.isNothing = !plan.writesPage && !changesCatalog(plan);
     if (plan.mend) {
         facts.mended = plan.mend->mended;
     }
@@ -245,6 +267,7 @@ SavedFacts savedFacts(DocumentCache& cache, const UpdatePlan& plan) {
         facts.removed = counts.removed;
         facts.moved = counts.moved;
     }
+    facts.changed += plan.layers ? changedLayers(*plan.layers) : 0;
     return facts;
 }
 

@@ -7,6 +7,7 @@
 #include "reader/page/page_base.h"
 #include "reader/page/page_record.h"
 #include "writer/art/drawn_looks.h"
+#include "writer/layer/saved_layers.h"
 #include "writer/mend/mend_plan.h"
 #include "writer/page/carried_entries.h"
 #include "writer/page/page_geometry.h"
@@ -72,6 +73,7 @@ struct UpdatePlan {
     };
     std::optional<MendPlan> mend; ///< where the host wants the file mended
     bool writesPage = true;
+    std::optional<SavedLayers> layers; ///< in the extended profile
     PageGeometry geometry;
     PageFacts facts; ///< of the page as it will be
     /// What the artwork was opened from; nothing where the page is drawn anew.

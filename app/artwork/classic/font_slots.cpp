@@ -1,7 +1,7 @@
 #include "app/artwork/arithmetic.h"
 #include "app/artwork/classic/host_fonts.h"
 #include "app/artwork/classic/slots.h"
-#include "app/artwork/guard.h"
+#include "app/artwork/slots/guard.h"
 
 #include <algorithm>
 

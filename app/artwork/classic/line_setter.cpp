@@ -1,10 +1,10 @@
 // Letters of an open run become lines of runs: each letter in its place, by the metrics of the
 // host's fonts.
-#include "app/artwork/characters.h"
 #include "app/artwork/classic/host_fonts.h"
 #include "app/artwork/classic/roman_letters.h"
 #include "app/artwork/classic/text_stream.h"
 #include "app/artwork/geometry.h"
+#include "app/artwork/text/characters.h"
 #include "host/matrix.h"
 
 #include <cmath>
@@ -156,7 +156,7 @@ void LineSetter::set() {
             continue;
         }
         const char32_t character = font_ == nullptr ? romanLetters[code] : font_->characters[code];
-        if (isSeen_ && isTextCharacter(character)) {
+        if (isSeen_ && isMarkupCharacter(character)) {
             setLetter(code, character);
         }
     }

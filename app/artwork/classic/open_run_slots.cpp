@@ -1,6 +1,6 @@
 // Slots by which text is made: its origin, and an open run.
 #include "app/artwork/classic/slots.h"
-#include "app/artwork/guard.h"
+#include "app/artwork/slots/guard.h"
 
 namespace corvane {
 

@@ -1,9 +1,9 @@
 #include "app/artwork/classic/text_walk.h"
 
-#include "app/artwork/characters.h"
 #include "app/artwork/classic/host_fonts.h"
 #include "app/artwork/error.h"
 #include "app/artwork/geometry.h"
+#include "app/artwork/text/characters.h"
 
 #include <algorithm>
 #include <string_view>

@@ -3,7 +3,7 @@
 #include "app/artwork/classic/host_fonts.h"
 #include "app/artwork/classic/slots.h"
 #include "app/artwork/geometry.h"
-#include "app/artwork/guard.h"
+#include "app/artwork/slots/guard.h"
 
 namespace corvane {
 

@@ -1,8 +1,8 @@
 // Slots for paint that the host draws, and for notes.
-#include "app/artwork/counted_text.h"
-#include "app/artwork/guard.h"
 #include "app/artwork/paint/gradient_drawing.h"
-#include "app/artwork/slots.h"
+#include "app/artwork/slots/counted_text.h"
+#include "app/artwork/slots/guard.h"
+#include "app/artwork/slots/slots.h"
 #include "host/matrix.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // The fonts of a page as files of their own, for people to install.
 #pragma once
 
-#include "app/artwork/fonts.h"
+#include "app/artwork/text/fonts.h"
 
 #include <cstdint>
 #include <set>

@@ -1,7 +1,7 @@
 // The images of a page as files in a folder.
 #pragma once
 
-#include "app/artwork/image_store.h"
+#include "app/artwork/images/image_store.h"
 #include "app/cli/fault.h"
 #include "app/cli/files/image_folder.h"
 #include "app/images/embedded_images.h"

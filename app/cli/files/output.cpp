@@ -2,6 +2,7 @@
 
 #include "app/cli/fault.h"
 #include "app/cli/interrupt.h"
+#include "host/utf8.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -39,21 +40,6 @@ std::string shownName(const OutputTarget& target) {
 
 bool isSameFile(const struct stat& one, const struct stat& other) {
     return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
-}
-
-/// Ends `text` at a character's end, at most `limit` bytes from its start.
-std::string_view cutText(std::string_view text, std::size_t limit) {
-    if (text.size() <= limit) {
-        return text;
-    }
-    const auto isContinuation = [](char byte) {
-        return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
-    };
-    std::size_t end = limit;
-    while (end > 0 && limit - end < 3 && isContinuation(text[end])) {
-        --end;
-    }
-    return text.substr(0, end);
 }
 
 bool endsInPdf(std::string_view name) {
@@ -102,14 +88,18 @@ OutputTarget outputTarget(const std::string& path, const std::string& input, boo
     return target;
 }
 
-std::string outputName(std::string_view input, std::int32_t page) {
+std::string_view stemOf(std::string_view input) {
     constexpr std::size_t pdfEnding = 4;
-    const std::string ending = "-page" + std::to_string(page) + ".svg";
     std::string_view stem = input.substr(input.rfind('/') + 1);
     if (endsInPdf(stem)) {
         stem.remove_suffix(pdfEnding);
     }
-    return std::string(cutText(stem, NAME_MAX - ending.size())) + ending;
+    return stem;
+}
+
+std::string outputName(std::string_view input, std::int32_t page) {
+    const std::string ending = "-page" + std::to_string(page) + ".svg";
+    return std::string(cutText(stemOf(input), NAME_MAX - ending.size())) + ending;
 }
 
 OutputFile::OutputFile(const OutputTarget& target) : target_(target) {

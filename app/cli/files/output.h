@@ -38,6 +38,9 @@ struct OutputTarget {
 /// (`isChosen` false) must be free.
 OutputTarget outputTarget(const std::string& path, const std::string& input, bool isChosen);
 
+/// "report" for "some/folder/report.pdf".
+std::string_view stemOf(std::string_view input);
+
 /// "report-page2.svg" for "some/folder/report.pdf": a name for the current directory, never longer
 /// than a file name may be.
 std::string outputName(std::string_view input, std::int32_t page);

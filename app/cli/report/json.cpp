@@ -1,6 +1,7 @@
 #include "app/cli/report/json.h"
 
 #include "app/cli/text.h"
+#include "host/utf8.h"
 
 #include <array>
 #include <charconv>
@@ -75,7 +76,7 @@ void JsonWriter::appendText(std::string_view value) {
     constexpr std::string_view replacement = "\xEF\xBF\xBD";
     result_ += '"';
     while (!value.empty()) {
-        const std::size_t length = utf8Length(value);
+        const std::size_t length = decodeCharacter(value).length;
         const char first = value.front();
         if (length == 0) {
             result_ += replacement;

@@ -71,7 +71,9 @@ struct Report {
     std::vector<MissingArt> missing; ///< what a save would delete, so that it was refused
     /// Of annotations that the artwork has otherwise than the file; they stay.
     std::vector<std::string> annotationsKept;
-    std::vector<Update> updates; ///< `log`: all of them; `revert`: the one that was taken off
+    std::vector<SavedFacts> saves; ///< `edit`: in their order
+    std::string kept;              ///< `edit`: the folder of the artwork, where it stays
+    std::vector<Update> updates;   ///< `log`: all of them; `revert`: the one that was taken off
     std::vector<Fault> warnings;
     std::optional<Fault> error;
 };
@@ -89,6 +91,9 @@ std::string logText(const std::string& file, const Report& report);
 /// "page 2 of report.pdf: 1 object changed, 57 kept; 1,234 bytes appended"; of a page that was
 /// drawn anew "page 2 of report.pdf: 1,234 bytes appended (3 objects)".
 std::string savedText(const std::string& file, const SavedFacts& saved, bool dryRun);
+
+/// "page 2: 1 object changed, 3 added; 812 bytes; take it off with "corvane revert report.pdf"".
+std::string editedText(const std::string& file, const SavedFacts& saved);
 
 /// "1,234 bytes appended".
 std::string appendedText(const SavedFacts& saved, bool dryRun);

@@ -3,6 +3,7 @@
 #include "app/cli/report/mend_kinds.h"
 #include "app/cli/report/report.h"
 #include "app/cli/text.h"
+#include "host/utf8.h"
 
 namespace corvane {
 
@@ -155,6 +156,19 @@ void addDamage(JsonWriter& json, const Damage& damage) {
     }
 }
 
+void addSavedFacts(JsonWriter& json, const SavedFacts& saved) {
+    if (saved.page.page != 0) {
+        json.name("page").integer(saved.page.page);
+        json.name("object").integer(saved.page.objectNumber);
+        json.name("generation").integer(saved.page.generation);
+    }
+    json.name("formerLength").integer(saved.formerLength);
+    json.name("length").integer(saved.length);
+    json.name("objects").integer(saved.objects);
+    json.name("contentLength").integer(saved.contentLength);
+    addChanges(json, saved);
+}
+
 void addSaved(JsonWriter& json, const Arguments& arguments, const Report& report) {
     if (arguments.artwork.empty()) {
         json.name("artwork").null();
@@ -164,19 +178,9 @@ void addSaved(JsonWriter& json, const Arguments& arguments, const Report& report
     addOutput(json, report);
     json.name("dryRun").boolean(arguments.dryRun);
     if (report.saved) {
-        const SavedFacts& saved = *report.saved;
-        if (saved.page.page != 0) {
-            json.name("page").integer(saved.page.page);
-            json.name("object").integer(saved.page.objectNumber);
-            json.name("generation").integer(saved.page.generation);
-        }
-        json.name("formerLength").integer(saved.formerLength);
-        json.name("length").integer(saved.length);
-        json.name("objects").integer(saved.objects);
-        json.name("contentLength").integer(saved.contentLength);
-        addChanges(json, saved);
+        addSavedFacts(json, *report.saved);
         if (arguments.mend) {
-            addMends(json, "mended", saved.mended);
+            addMends(json, "mended", report.saved->mended);
         }
     }
     addOmitted(json, report);
@@ -190,6 +194,23 @@ void addSaved(JsonWriter& json, const Arguments& arguments, const Report& report
     addTitles(json, "annotationsKept", report.annotationsKept);
     addFonts(json, report);
     addMissing(json, report);
+}
+
+/// `kept` is the folder of the artwork, null where it went.
+void addEdited(JsonWriter& json, const Report& report) {
+    json.name("page").integer(report.source.page);
+    json.name("saves").openArray();
+    for (const SavedFacts& saved : report.saves) {
+        json.openObject();
+        addSavedFacts(json, saved);
+        json.closeObject();
+    }
+    json.closeArray();
+    if (report.kept.empty()) {
+        json.name("kept").null();
+    } else {
+        addPath(json, "kept", report.kept);
+    }
 }
 
 /// `date` is UTC as ISO 8601 writes it, null where it is not known.
@@ -266,6 +287,8 @@ void addFacts(JsonWriter& json, const Arguments& arguments, const Report& report
         return addUpdates(json, "updates", report);
     case Command::revert:
         return addUpdates(json, "takenOff", report);
+    case Command::edit:
+        return addEdited(json, report);
     case Command::open:
     case Command::info:
     case Command::check:

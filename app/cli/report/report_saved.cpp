@@ -24,7 +24,7 @@ std::string kindText(ArtKind kind) {
 }
 
 /// "1 object changed, 2 added, 57 kept"; empty where there is no object at all.
-std::string changesText(const SavedFacts& saved, bool dryRun) {
+std::string changesText(const SavedFacts& saved, bool dryRun, bool tellsKept) {
     struct Change {
         std::int32_t count;
         const char* what;
@@ -33,7 +33,7 @@ std::string changesText(const SavedFacts& saved, bool dryRun) {
     for (const Change& change :
          {Change{saved.changed, "changed"}, Change{saved.added, "added"},
           Change{saved.removed, "removed"}, Change{saved.moved, "moved in the order"},
-          Change{saved.kept, "kept"}}) {
+          Change{tellsKept ? saved.kept : 0, "kept"}}) {
         if (change.count != 0) {
             const bool isFirst = parts.empty();
             parts.push_back((isFirst ? counted(change.count, "object") : grouped(change.count)) +
@@ -68,8 +68,22 @@ std::string savedText(const std::string& file, const SavedFacts& saved, bool dry
     if (!saved.isPatched) {
         return page + appended + " (" + counted(saved.objects, "object") + ")";
     }
-    const std::string changes = changesText(saved, dryRun);
+    const std::string changes = changesText(saved, dryRun, true);
     return page + changes + (changes.empty() ? "" : "; ") + appended;
+}
+
+std::string editedText(const std::string& file, const SavedFacts& saved) {
+    const std::string page = "page " + std::to_string(saved.page.page) + ": ";
+    if (saved.isNothing) {
+        return page + "nothing to save, it is as the artwork has it";
+    }
+    std::string changes = saved.isPatched ? changesText(saved, false, false)
+                                          : "drawn anew, " + counted(saved.objects, "object");
+    if (changes.empty()) {
+        changes = "as it was opened";
+    }
+    return page + changes + "; " + counted(saved.length - saved.formerLength, "byte") +
+           "; take it off with \"corvane revert " + shellWord(file) + "\"";
 }
 
 } // namespace corvane

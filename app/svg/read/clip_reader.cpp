@@ -3,8 +3,11 @@
 
 #include "app/svg/art_source.h"
 #include "app/svg/read/basic_shapes.h"
+#include "app/svg/read/paint/gradient_reader.h"
 #include "app/svg/read/paint/paint_style.h"
 #include "app/svg/read/style/cascade.h"
+#include "app/svg/read/style/property_values.h"
+#include "app/svg/read/text/text_reader.h"
 
 #include <algorithm>
 #include <utility>
@@ -88,8 +91,8 @@ bool ClipReader::readPart(pugi::xml_node node, const ComputedStyle& outer, RealM
         if (!style.clipPath.empty()) {
             context_.tally.add("clip-path");
         }
-        matrix = transformed(matrix, into.attributes, Attribute::transform, context_);
         into.lengths = {viewport, style.fontSize};
+        matrix = transformed(matrix, style, into.lengths, context_);
         into.element = context_.index.elementOf(node);
         if (into.element != Element::use) {
             break;
@@ -104,25 +107,33 @@ bool ClipReader::readPart(pugi::xml_node node, const ComputedStyle& outer, RealM
     }
     into.style = style;
     into.matrix = matrix;
-    if (isShapeElement(into.element)) {
+    into.node = node;
+    if (isShapeElement(into.element) || into.element == Element::text) {
         return style.visible;
     }
-    if (into.element == Element::text || into.element == Element::use) {
-        context_.tally.add(into.element == Element::text ? "text" : "use");
+    if (into.element == Element::use) {
+        context_.tally.add("use");
     }
     return false;
 }
 
+/// `box` is empty where the clip is not fitted to one.
 std::vector<ClipReader::Part> ClipReader::parts(pugi::xml_node clip, const RealMatrix& toArt,
-                                                const Viewport& viewport) {
+                                                Viewport viewport, const UserBox& box) {
     const Attributes attributes(clip);
     const ComputedStyle style = styleOf(
         clip, attributes, context_.inherited.within(clip.parent(), context_), viewport, context_);
-    const RealMatrix matrix = transformed(toArt, attributes, Attribute::transform, context_);
+    // The clip's own transform is of the box, too.
+    RealMatrix matrix = transformed(toArt, style, {viewport, style.fontSize}, context_);
+    if (fitsBox(clip)) {
+        matrix = multiply(boxMatrix(box).value_or(RealMatrix{0, 0, 0, 0, 0, 0}), matrix);
+        viewport = {1, 1};
+    }
     std::vector<Part> found;
     const bool again = !known_.insert(clip.hash_value()).second;
     for (const pugi::xml_node node : clip.children()) {
         Part part;
+        part.again = again;
         const bool read =
             node.type() == pugi::node_element && readPart(node, style, matrix, viewport, part);
         if (again) {
@@ -167,16 +178,9 @@ Art ClipReader::unite(Art shape, Art more) {
     return shape;
 }
 
-Art ClipReader::clip(Art group, pugi::xml_node clip, const RealMatrix& toArt,
-                     const Viewport& viewport, const UserBox& box) {
+/// Shapes that clip together are one area.
+Art ClipReader::clipWithShapes(const std::vector<Part>& all, Art group) {
     Document& document = context_.document;
-    RealMatrix matrix = toArt;
-    if (fitsBox(clip)) {
-        matrix = box.empty()
-                     ? RealMatrix{0, 0, 0, 0, 0, 0}
-                     : multiply({box.width(), 0, 0, box.height(), box.left, box.top}, toArt);
-    }
-    const std::vector<Part> all = parts(clip, matrix, fitsBox(clip) ? Viewport{1, 1} : viewport);
     PathStyle style;
     style.clip = 1;
     Art shape = Art::null;
@@ -204,8 +208,57 @@ Art ClipReader::clip(Art group, pugi::xml_node clip, const RealMatrix& toArt,
         }
     }
     forEachPath(document, shape, [&](Art path) { document.setStyle(path, style); });
-    document.setClipped(group, true);
     return shape;
+}
+
+/// Texts that clip together; null where they have no letters.
+Art ClipReader::clipWithText(const std::vector<Part>& parts, Art group) {
+    Document& document = context_.document;
+    const Art holder = document.make(ArtKind::group, Placement::inside, group);
+    for (const Part& part : parts) {
+        const bool isColumn = context_.ours && part.attributes.isTrue(Attribute::dataColumn);
+        const LineFrame line{.place = {Placement::inside, holder},
+                             .toArt = part.matrix,
+                             .isVertical = part.style.vertical || isColumn,
+                             .isColumn = isColumn,
+                             .isClip = true};
+        TextReader(context_, paints_, line, part.lengths.viewport, part.again, false)
+            .read(part.node, part.attributes, part.style);
+    }
+    const Art first = document.firstChild(holder);
+    if (first == Art::null || document.nextSibling(first) == Art::null) {
+        if (first != Art::null) {
+            document.reorder(first, Placement::inside, group);
+        }
+        document.dispose(holder);
+        return first;
+    }
+    return holder;
+}
+
+Art ClipReader::clip(Art group, pugi::xml_node clip, const RealMatrix& toArt,
+                     const Viewport& viewport, const UserBox& box) {
+    Document& document = context_.document;
+    std::vector<Part> all = parts(clip, toArt, viewport, box);
+    const auto isText = [](const Part& part) { return part.element == Element::text; };
+    Art art = Art::null;
+    if (!all.empty() && std::ranges::all_of(all, isText)) {
+        art = clipWithText(all, group);
+        all.clear();
+    }
+    if (std::erase_if(all, isText) != 0) {
+        context_.tally.add("text"); // letters and shapes cannot clip together
+    }
+    if (art == Art::null) {
+        art = clipWithShapes(all, group);
+    } else if (context_.ours) {
+        const std::string_view source = clip.attribute("data-source").value();
+        if (const auto found = parseArtSource(source, context_.sourceBase)) {
+            document.setSource(art, *found);
+        }
+    }
+    document.setClipped(group, true);
+    return art;
 }
 
 } // namespace corvane

@@ -12,6 +12,7 @@
 #include "app/svg/reader.h"
 #include "host/appearance.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <unordered_map>
 
@@ -24,6 +25,13 @@ struct KnownMask {
     SoftMask mask = SoftMask::null;
 };
 
+/// A gradient or pattern, likewise.
+struct KnownPaint {
+    RealMatrix toArt;
+    Viewport viewport;
+    PaintSource source = PaintSource::null;
+};
+
 struct ReadingContext {
     /// Counts elements that are read once more because something refers to them. Throws `SvgError`
     /// past the budget.
@@ -34,6 +42,12 @@ struct ReadingContext {
         }
     }
 
+    /// Whether the art of a pattern, mask or marker can be read now: not within itself.
+    bool mayEnter(pugi::xml_node element) const {
+        return std::ranges::find(activePatterns, element) == activePatterns.end() &&
+               activePatterns.size() < budget.references;
+    }
+
     Document& document;
     FileIndex& index;
     StyleSheet& sheet;
@@ -41,15 +55,34 @@ struct ReadingContext {
     const ReadingBudget& budget;
     const std::function<void()>& pause; ///< as `readSvg` got it
     ImageLoader& loader;
-    bool ours = false;                          ///< the file says that this program wrote it
-    bool holdsAppearance = true;                ///< opacity, blending and masks become the art's
-    SourceBase sourceBase = {};                 ///< of the page that the file came from
-    std::int64_t expanded = 0;                  ///< elements read for a `use` or a pattern
-    std::vector<pugi::xml_node> activePatterns; ///< and masks, whose art is being read
-    InheritedStyles inherited;
+    bool ours = false;           ///< the file says that this program wrote it
+    bool hasUsualRem = true;     ///< the root says no other size of fonts
+    bool holdsAppearance = true; ///< opacity, blending and masks become the art's
+    SourceBase sourceBase = {};  ///< of the page that the file came from
+    std::int64_t expanded = 0;   ///< elements read for a `use` or a pattern
+    std::vector<pugi::xml_node> activePatterns = {}; ///< masks and markers too, that are being read
+    double pixel = 1 / pixelsPerPoint;               ///< of the page, in the art
+    InheritedStyles inherited = {};
     /// The latest use of a mask, by its node: most are used from one user space.
-    std::unordered_map<std::size_t, KnownMask> masks;
-    std::vector<SvgImage> images;
+    std::unordered_map<std::size_t, KnownMask> masks = {};
+    /// The same of paints, those of tiles included.
+    std::unordered_map<std::size_t, KnownPaint> paints = {};
+    std::vector<SvgImage> images = {};
+};
+
+/// Keeps count of the patterns, masks and markers whose art is being read.
+class ActiveElement {
+public:
+    ActiveElement(ReadingContext& context, pugi::xml_node element)
+        : active_(context.activePatterns) {
+        active_.push_back(element);
+    }
+    ActiveElement(const ActiveElement&) = delete;
+    ActiveElement& operator=(const ActiveElement&) = delete;
+    ~ActiveElement() { active_.pop_back(); }
+
+private:
+    std::vector<pugi::xml_node>& active_;
 };
 
 } // namespace corvane

@@ -1,5 +1,8 @@
 #include "app/svg/read/file_index.h"
 
+#include "app/svg/read/style/attributes.h"
+#include "app/svg/read/values/number.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -45,13 +48,18 @@ std::size_t LineIndex::lineOf(std::ptrdiff_t offset) const {
 }
 
 FileIndex::FileIndex(pugi::xml_node root) : root_(root) {
-    constexpr std::string_view declaration = "xmlns:";
     const std::string_view name = root.name();
     const std::size_t colon = name.find(':');
     if (colon != std::string_view::npos) {
         prefixes_.emplace_back(name.substr(0, colon + 1));
     }
-    for (const pugi::xml_attribute attribute : root.attributes()) {
+    addPrefixes(root);
+}
+
+/// A prefix counts for the whole file: none is used for two namespaces in practice.
+void FileIndex::addPrefixes(pugi::xml_node node) {
+    constexpr std::string_view declaration = "xmlns:";
+    for (const pugi::xml_attribute attribute : node.attributes()) {
         const std::string_view prefix = attribute.name();
         if (prefixes_.size() < mostPrefixes && prefix.starts_with(declaration) &&
             attribute.value() == svgNamespace) {
@@ -77,9 +85,14 @@ void FileIndex::build(StyleSheet& sheet) {
             continue;
         }
         addId(node);
+        addPrefixes(node);
         if (elementOf(node) == Element::style) {
+            const Attributes attributes(node);
+            const std::string_view type = attributes[Attribute::type];
             for (const pugi::xml_node text : node.children()) {
-                sheet.add(text.value());
+                if (type.empty() || isWord(type, "text/css")) {
+                    sheet.add(text.value(), attributes[Attribute::media]);
+                }
             }
         }
     }

@@ -37,7 +37,7 @@ public:
     /// indexed when an id is asked for that no other element has.
     pugi::xml_node find(std::string_view id);
 
-    /// What an element is: its name without a prefix that the root declares as SVG's. `foreign`:
+    /// What an element is: its name without a prefix that the file declares as SVG's. `foreign`:
     /// the name is of another namespace.
     Element elementOf(pugi::xml_node node, bool& foreign) const;
     Element elementOf(pugi::xml_node node) const {
@@ -49,6 +49,7 @@ public:
 
 private:
     void addId(pugi::xml_node node);
+    void addPrefixes(pugi::xml_node node);
     bool isShape(pugi::xml_node node) const;
 
     pugi::xml_node root_;

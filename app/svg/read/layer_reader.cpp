@@ -26,13 +26,17 @@ Art LayerReader::loose() {
     return loose_;
 }
 
+bool isLocked(const Attributes& attributes) {
+    const std::string_view insensitive = attributes[Attribute::sodipodiInsensitive];
+    return attributes.isTrue(Attribute::dataLocked) || insensitive == "true" || insensitive == "1";
+}
+
 LayerProperties layerProperties(const Attributes& attributes, bool visible, bool isOurs) {
     LayerProperties layer;
     layer.title = attributes[Attribute::inkscapeLabel];
     layer.visible = visible;
     layer.preview = attributes[Attribute::dataPreview] != "false";
-    layer.locked = attributes.isTrue(Attribute::dataLocked) ||
-                   attributes.isTrue(Attribute::sodipodiInsensitive);
+    layer.locked = isLocked(attributes);
     layer.printing = attributes[Attribute::dataPrinting] != "false";
     layer.dimmed = attributes.isTrue(Attribute::dataDimmed);
     const bool isOfAnnotations =

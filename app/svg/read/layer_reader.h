@@ -14,6 +14,9 @@ public:
         return attributes[Attribute::inkscapeGroupmode] == "layer";
     }
 
+    /// Whether one was added.
+    bool any() const { return added_; }
+
     /// The group of a new layer in front of all others; the first is the one the document has.
     Art add(LayerProperties properties);
     /// The group that art outside all layers goes into: a layer without title, in front of those
@@ -25,6 +28,9 @@ private:
     bool added_ = false;
     Art loose_ = Art::null; ///< until the next layer
 };
+
+/// Whether editors do not let a person change what is in a layer of these attributes.
+bool isLocked(const Attributes& attributes);
 
 /// What a layer's attributes say; `visible`: its element is displayed; `isOurs`: this program wrote
 /// the file.

@@ -2,6 +2,7 @@
 
 #include "app/artwork/path_walk.h"
 #include "app/svg/read/basic_shapes.h"
+#include "app/svg/read/clip_reader.h"
 #include "app/svg/read/paint/gradient_reader.h"
 #include "app/svg/read/style/cascade.h"
 #include "app/svg/read/tree_reader.h"
@@ -66,20 +67,6 @@ pugi::xml_node transferIn(pugi::xml_node mask) {
         [](pugi::xml_node child) { return static_cast<bool>(child.attribute("data-transfer")); });
 }
 
-/// Keeps count of the masks whose contents are being read.
-class ActiveMask {
-public:
-    ActiveMask(std::vector<pugi::xml_node>& active, pugi::xml_node mask) : active_(active) {
-        active_.push_back(mask);
-    }
-    ActiveMask(const ActiveMask&) = delete;
-    ActiveMask& operator=(const ActiveMask&) = delete;
-    ~ActiveMask() { active_.pop_back(); }
-
-private:
-    std::vector<pugi::xml_node>& active_;
-};
-
 } // namespace
 
 bool MaskReader::fitsBox(std::string_view id) const {
@@ -92,9 +79,7 @@ SoftMask MaskReader::read(std::string_view id, const MaskUse& use) {
         context_.tally.add("mask");
         return SoftMask::null;
     }
-    const bool isWithin =
-        std::ranges::find(context_.activePatterns, node) != context_.activePatterns.end();
-    if (isWithin || context_.activePatterns.size() == context_.budget.references) {
+    if (!context_.mayEnter(node)) {
         context_.tally.add("circular reference");
         return SoftMask::null;
     }
@@ -113,14 +98,14 @@ SoftMask MaskReader::read(std::string_view id, const MaskUse& use) {
 
 SoftMask MaskReader::make(pugi::xml_node node, const MaskUse& use) {
     context_.expand(maskCost);
-    const ActiveMask active(context_.activePatterns, node);
+    const ActiveElement active(context_, node);
     Document& document = context_.document;
     const Attributes attributes(node);
     const ComputedStyle style =
         styleOf(node, attributes, context_.inherited.within(node.parent(), context_), use.viewport,
                 context_);
-    if (!style.clipPath.empty() || !style.mask.empty()) {
-        context_.tally.add("mask"); // it is cut itself
+    if (style.linearLight && !style.masksByAlpha) {
+        context_.tally.add("color-interpolation");
     }
     MaskFacts facts;
     facts.content = document.makeArtwork();
@@ -147,13 +132,34 @@ SoftMask MaskReader::make(pugi::xml_node node, const MaskUse& use) {
         facts.transfer = transfer;
     }
     if (box) {
-        TreeReader(context_).readTile(holder, facts.content, toContent, viewport);
+        TreeReader(context_).readTile(holder, openContent(facts.content, style, use), toContent,
+                                      viewport);
     }
     clip(facts.content, attributes, use);
     if (!context_.ours && facts.isLuminosity) {
         grayOut(facts.content);
     }
     return document.addMask(facts);
+}
+
+/// The group that a mask's elements go into: the content itself, or one that is cut and masked as
+/// the mask is.
+Art MaskReader::openContent(Art content, const ComputedStyle& style, const MaskUse& use) {
+    Document& document = context_.document;
+    ClipReader clips(context_, paints_);
+    Art group = content;
+    for (const pugi::xml_node clip : clips.chain(style.clipPath)) {
+        const Art cut = document.make(ArtKind::group, Placement::inside, group);
+        const Art path = clips.clip(cut, clip, use.toArt, use.viewport, use.box);
+        group = document.make(ArtKind::group, Placement::behind, path);
+    }
+    if (!style.mask.empty()) {
+        group = document.make(ArtKind::group, Placement::inside, group);
+        Appearance masked;
+        masked.mask = read(style.mask, use);
+        document.setAppearance(group, masked);
+    }
+    return group;
 }
 
 /// To the region of the mask, beyond which nothing is seen; that lies beyond the page in files of

@@ -17,9 +17,12 @@ struct MaskUse {
     UserBox box;
 };
 
+class PaintReader;
+
 class MaskReader {
 public:
-    explicit MaskReader(ReadingContext& context) : context_(context) {}
+    MaskReader(ReadingContext& context, PaintReader& paints)
+        : context_(context), paints_(paints) {}
 
     /// Whether the mask of that id needs the box of what is masked.
     bool fitsBox(std::string_view id) const;
@@ -29,10 +32,12 @@ public:
 
 private:
     SoftMask make(pugi::xml_node node, const MaskUse& use);
+    Art openContent(Art content, const ComputedStyle& style, const MaskUse& use);
     void clip(Art content, const Attributes& attributes, const MaskUse& use);
     void grayOut(Art content);
 
     ReadingContext& context_;
+    PaintReader& paints_;
 };
 
 } // namespace corvane

@@ -72,6 +72,9 @@ SvgReading readSvg(std::string text, Document& document, const ReadingBudget& bu
         throw SvgError("the file is too large");
     }
     const LineIndex lines(text);
+    const bool hasSheetElsewhere =
+        std::string_view(text).substr(0, text.find("<svg")).find("<?xml-stylesheet") !=
+        std::string_view::npos;
     pugi::xml_document xml;
     parse(text, xml, lines);
     const pugi::xml_node root = xml.document_element();
@@ -83,16 +86,19 @@ SvgReading readSvg(std::string text, Document& document, const ReadingBudget& bu
     Tally tally;
     StyleSheet sheet(budget, tally);
     countExternalEntities(xml, tally);
+    if (hasSheetElsewhere) {
+        tally.add("external reference");
+    }
     SvgReading reading;
     ImageLoader loader(document, files, pause);
-    ReadingContext context{document, index, sheet, tally, budget, pause, loader, false,
-                           true,     {},    0,     {},    {},     {},    {}};
+    ReadingContext context{document, index, sheet, tally, budget, pause, loader};
     TreeReader tree(context);
     try {
         index.build(sheet);
         const RootReading found = readRoot(Attributes(root), document.page());
         reading.provenance = found.provenance;
         reading.ours = context.ours = found.ours;
+        context.pixel = found.pixel;
         context.holdsAppearance = document.page().profile() == Profile::extended;
         context.sourceBase = sourceBase(found.provenance);
         tree.read(root, found.matrix, found.viewport);

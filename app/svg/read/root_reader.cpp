@@ -220,6 +220,7 @@ RootReading readRoot(const Attributes& root, Page& page) {
         reading.provenance = readProvenance(root);
         userUnit = parseUserUnit(root[Attribute::dataUserUnit]);
     }
+    reading.pixel = 1 / pixelsPerPoint / userUnit;
     const PaperArea area = paperArea(root, reading.ours, userUnit);
     reading.viewport = area.viewport;
     Rect bounds{0, fixedOf(area.height), fixedOf(area.width), 0};

@@ -12,8 +12,9 @@ namespace corvane {
 struct RootReading {
     bool ours = false;
     Provenance provenance;
-    RealMatrix matrix; ///< from the root's user space to the art
-    Viewport viewport; ///< of the root's user space
+    RealMatrix matrix;                 ///< from the root's user space to the art
+    Viewport viewport;                 ///< of the root's user space
+    double pixel = 1 / pixelsPerPoint; ///< of the page, in the art
 };
 
 /// Reads the attributes of the root, and sets the page. A page that is as we wrote it keeps

@@ -25,6 +25,8 @@ void ShapeBuilder::begin(ArtPlace place, const RealMatrix& toArt, bool keepsPoin
     keepsPoints_ = keepsPoints;
     measures_ = measures;
     overflowed_ = false;
+    trace_ = nullptr;
+    stretchesPoints_ = false;
     box_ = {};
     current_ = start_ = {};
     shape_ = path_ = Art::null;
@@ -50,6 +52,9 @@ Point ShapeBuilder::toPoint(double x, double y) {
 void ShapeBuilder::moveTo(double x, double y) {
     finishSubpath();
     start_ = current_ = {x, y};
+    if (trace_ != nullptr) {
+        trace_->moveTo(start_);
+    }
     openSubpath();
 }
 
@@ -76,17 +81,23 @@ void ShapeBuilder::lineTo(double x, double y) {
         box_.add(current_.x, current_.y);
         box_.add(x, y);
     }
+    if (trace_ != nullptr) {
+        trace_->lineTo({x, y});
+    }
     const Point point = toPoint(x, y);
     current_ = {x, y};
     append({point, point, point, 0});
 }
 
-void ShapeBuilder::curveTo(RealPoint out, RealPoint in, RealPoint end) {
+void ShapeBuilder::curveTo(RealPoint out, RealPoint in, RealPoint end, bool continues) {
     if (!open_) {
         openSubpath();
     }
     if (measures_) {
         box_.addCurve(current_, out, in, end);
+    }
+    if (trace_ != nullptr) {
+        trace_->curveTo(out, in, end, continues);
     }
     pending_.back().out = toPoint(out.x, out.y);
     const Point anchor = toPoint(end.x, end.y);
@@ -116,6 +127,9 @@ bool ShapeBuilder::atStart(bool stepped) const {
 void ShapeBuilder::close(bool stepped) {
     if (!open_) {
         return;
+    }
+    if (trace_ != nullptr) {
+        trace_->close();
     }
     if (flushed_ + std::ssize(pending_) > 1 && atStart(stepped)) {
         const Segment last = pending_.back();
@@ -156,11 +170,31 @@ void ShapeBuilder::flush(std::size_t keep) {
     pending_.erase(pending_.begin(), pending_.begin() + static_cast<std::ptrdiff_t>(count));
 }
 
+void ShapeBuilder::stretchPoint() {
+    const auto isFirst = [&](const Segment& segment) {
+        return segment.anchor == first_.anchor && segment.in == first_.anchor &&
+               segment.out == first_.anchor;
+    };
+    const bool isLine = closed_ || pending_.size() > 1; // a move alone has no caps
+    if (flushed_ != 0 || !isLine || !std::ranges::all_of(pending_, isFirst)) {
+        return;
+    }
+    constexpr Fixed step = fixedOne / 256;
+    Point end = first_.anchor;
+    end.x = saturate(std::int64_t{end.x} + step);
+    pending_.assign(
+        {Segment{first_.anchor, first_.anchor, first_.anchor, 0}, Segment{end, end, end, 0}});
+    closed_ = false;
+}
+
 void ShapeBuilder::finishSubpath() {
     if (!open_) {
         return;
     }
     open_ = false;
+    if (stretchesPoints_) {
+        stretchPoint();
+    }
     const bool lone = flushed_ == 0 && pending_.size() == 1 && !closed_;
     if (!lone || keepsPoints_) {
         flush(0);

@@ -4,6 +4,7 @@
 #include "app/artwork/document.h"
 #include "app/svg/read/tally.h"
 #include "app/svg/read/values/user_box.h"
+#include "app/svg/read/vertex_trace.h"
 #include "host/matrix.h"
 
 #include <cstdint>
@@ -29,10 +30,16 @@ public:
     void begin(ArtPlace place, const RealMatrix& toArt, bool keepsPoints, bool measures);
     /// What follows is in another user space, and starts at its 0,0.
     void enter(const RealMatrix& toArt);
+    /// Subpaths without length become lines that are too short to be seen but for their caps.
+    /// Readers of PDF do not agree on the caps of the others.
+    void stretchPoints() { stretchesPoints_ = true; }
+    /// Has `trace` follow the shape that was begun.
+    void follow(VertexTrace& trace) { trace_ = &trace; }
 
     void moveTo(double x, double y);
     void lineTo(double x, double y);
-    void curveTo(RealPoint out, RealPoint in, RealPoint end);
+    /// `continues`: a piece of the segment before.
+    void curveTo(RealPoint out, RealPoint in, RealPoint end, bool continues = false);
     void quadraticTo(RealPoint control, RealPoint end);
     /// An end that was reached by steps may miss its start by a rounding error: `stepped`.
     void close(bool stepped);
@@ -51,6 +58,7 @@ private:
     void append(const Segment&);
     void flush(std::size_t keep);
     void finishSubpath();
+    void stretchPoint();
     bool atStart(bool stepped) const;
     Point toPoint(double x, double y);
 
@@ -61,6 +69,8 @@ private:
     bool keepsPoints_ = false;
     bool measures_ = false;
     bool overflowed_ = false;
+    bool stretchesPoints_ = false;
+    VertexTrace* trace_ = nullptr;
     UserBox box_;
     RealPoint current_;
     RealPoint start_;

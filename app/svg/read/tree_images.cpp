@@ -6,6 +6,7 @@
 #include "app/svg/image_writer.h"
 #include "app/svg/read/basic_shapes.h"
 #include "app/svg/read/style/cascade.h"
+#include "app/svg/read/style/conditions.h"
 #include "app/svg/read/values/fixed_number.h"
 #include "app/svg/read/values/view_box.h"
 
@@ -60,11 +61,12 @@ struct ImageArea {
     bool isUnit = false; ///< as we write it
 };
 
-/// A size that is missing follows from the other one, or is that of the image.
+/// A size that is missing, or negative, follows from the other one, or is that of the image.
 ViewBox areaOf(const Attributes& attributes, const LengthContext& lengths, double width,
                double height) {
     const auto side = [&](Attribute name, Axis axis) {
-        return parseLength(attributes[name], axis, lengths);
+        const auto length = parseLength(attributes[name], axis, lengths);
+        return length && *length < 0 ? std::nullopt : length;
     };
     const auto wide = side(Attribute::width, Axis::x);
     const auto high = side(Attribute::height, Axis::y);
@@ -79,7 +81,7 @@ ViewBox areaOf(const Attributes& attributes, const LengthContext& lengths, doubl
 ImageArea placeInArea(const ViewBox& area, double width, double height, std::string_view aspect) {
     ImageArea placed{.area = area,
                      .matrix = {area.width, 0, 0, -area.height, area.x, area.y + area.height}};
-    if (aspect.find("none") != std::string_view::npos) {
+    if (stretches(aspect)) {
         placed.isUnit = area.x == 0 && area.y == 0 && area.width == 1 && area.height == 1;
         return placed;
     }
@@ -100,7 +102,7 @@ void TreeReader::readImage(pugi::xml_node node) {
     const ComputedStyle style = computeStyle(frame.style, cascade(node, attributes_, context_),
                                              attributes_, frame.viewport, counted);
     const bool isUnseen = style.transparent && !context_.holdsAppearance;
-    if (!style.displayed || !style.visible || isUnseen) {
+    if (!style.displayed || !style.visible || isUnseen || !isForUs(attributes_)) {
         context_.tally.add("hidden element");
         return;
     }
@@ -127,7 +129,7 @@ void TreeReader::placeImage(const LoadedImage& image, const ComputedStyle& style
     }
     const ImageArea placed =
         placeInArea(area, width, height, attributes_[Attribute::preserveAspectRatio]);
-    RealMatrix own = transformed({}, attributes_, Attribute::transform, context_);
+    RealMatrix own = transformed({}, style, lengths, context_);
     if (context_.ours && placed.isUnit) {
         own = rounded(own);
     }
@@ -148,7 +150,8 @@ void TreeReader::placeImage(const LoadedImage& image, const ComputedStyle& style
         context_.tally.add("coordinate out of range");
     }
     const Art art = document_.make(ArtKind::placed, place.placement, place.reference);
-    document_.setPlacedImage(art, {image.image, fixedMatrix(toArt), style.smoothImages});
+    const bool isSmooth = style.smoothImages && !hidesSquares();
+    document_.setPlacedImage(art, {image.image, fixedMatrix(toArt), isSmooth});
     linkFile(art);
     setSource(art, sourceOfShape());
     setLook(art, lookOfChild(style, matrix), box);
@@ -159,6 +162,12 @@ void TreeReader::placeImage(const LoadedImage& image, const ComputedStyle& style
         frame.box.add(boxThrough(matrix, box));
     }
     measure(placedExtent(document_, art));
+}
+
+/// Whether the image is one of squares that are too small to be shown.
+bool TreeReader::hidesSquares() const {
+    return context_.ours && attributes_.has(Attribute::dataImageRendering) &&
+           !attributes_.has(Attribute::imageRendering);
 }
 
 /// To the file that the element names, if it does.
@@ -198,7 +207,7 @@ void TreeReader::listImage(const ComputedStyle& style) {
     image.y = lengthOf(attributes_, Attribute::y, Axis::y, lengths);
     image.width = lengthOf(attributes_, Attribute::width, Axis::x, lengths);
     image.height = lengthOf(attributes_, Attribute::height, Axis::y, lengths);
-    image.matrix = transformed(frame.matrix, attributes_, Attribute::transform, context_);
+    image.matrix = transformed(frame.matrix, style, lengths, context_);
 }
 
 /// Makes a placed object of the frame that stands for it; false, and nothing done, where the path

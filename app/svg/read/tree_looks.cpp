@@ -3,6 +3,8 @@
 
 #include "app/artwork/path_walk.h"
 #include "app/svg/read/paint/paint_style.h"
+#include "app/svg/read/style/css_colour.h"
+#include "app/svg/read/style/property_values.h"
 
 namespace corvane {
 
@@ -93,6 +95,36 @@ void TreeReader::setShapeLook(Art shape, const ComputedStyle& style, const RealM
     look.appearance.fillOpacity = painted.fillPaint != 0 ? fillOpacityOf(style) : 1;
     look.appearance.strokeOpacity = painted.strokePaint != 0 ? strokeOpacityOf(style) : 1;
     setLook(shape, look, shape_.box());
+}
+
+/// A rectangle of the page's size behind all art; white is what paper is.
+void TreeReader::paintBackground(std::string_view colour) {
+    const auto parsed = parseColour(colour);
+    if (!parsed) {
+        if (!keywordIn(colour, {"none", "inherit"})) {
+            context_.tally.add("background");
+        }
+        return;
+    }
+    if (parsed->alpha == 0 || parsed->screen == ScreenColour{255, 255, 255}) {
+        return;
+    }
+    const Rect& page = document_.page().bounds();
+    const auto side = [](Fixed fixed) { return static_cast<double>(fixed) / fixedOne; };
+    shape_.begin({Placement::inside, layers_.loose()}, {}, false, false);
+    shape_.moveTo(side(page.left), side(page.bottom));
+    shape_.lineTo(side(page.right), side(page.bottom));
+    shape_.lineTo(side(page.right), side(page.top));
+    shape_.lineTo(side(page.left), side(page.top));
+    shape_.close(false);
+    const Art ground = shape_.finish(false);
+    PathStyle style;
+    style.fillPaint = 1;
+    style.fill = PaintTwin().resolve(parsed->screen, document_);
+    document_.setStyle(ground, style);
+    Appearance look;
+    look.fillOpacity = context_.holdsAppearance ? parsed->alpha : 1;
+    document_.setAppearance(ground, look);
 }
 
 } // namespace corvane

@@ -2,6 +2,7 @@
 
 #include "app/svg/read/basic_shapes.h"
 #include "app/svg/read/style/cascade.h"
+#include "app/svg/read/style/conditions.h"
 #include "app/svg/read/values/view_box.h"
 #include "app/svg/reader.h"
 #include "app/svg/shape_extent.h"
@@ -18,9 +19,22 @@ void TreeReader::read(pugi::xml_node root, const RealMatrix& toArt, const Viewpo
     frame.next = root.first_child();
     frame.holdsLayers = true;
     frame.style = styleOf(root, attributes_, {}, viewport, context_);
+    if (isHidden(frame)) {
+        return;
+    }
+    context_.hasUsualRem = frame.style.fontSize == LengthContext{}.fontSize;
     const Appearance& look = frame.style.appearance;
     if (look.opacity != 1 || look.blend != BlendMode::normal || !frame.style.mask.empty()) {
-        context_.tally.add("opacity"); // of the page as a whole
+        context_.tally.add("opacity"); // of the page as a whole, as the next two
+    }
+    if (!frame.style.clipPath.empty()) {
+        context_.tally.add("clip-path");
+    }
+    if (!frame.style.transform.functions.empty()) {
+        context_.tally.add("transform");
+    }
+    if (!context_.ours && !frame.style.background.empty()) {
+        paintBackground(frame.style.background);
     }
     frame.matrix = toArt;
     frame.viewport = viewport;
@@ -35,14 +49,8 @@ void TreeReader::read(pugi::xml_node root, const RealMatrix& toArt, const Viewpo
 
 void TreeReader::readTile(pugi::xml_node pattern, Art tile, const RealMatrix& toTile,
                           const Viewport& viewport) {
-    Frame frame;
-    attributes_.load(pattern);
-    frame.next = pattern.first_child();
-    frame.style =
-        styleOf(pattern, attributes_, context_.inherited.within(pattern.parent(), context_),
-                viewport, context_);
+    Frame frame = frameOfHolder(pattern, viewport);
     frame.matrix = toTile;
-    frame.viewport = viewport;
     frame.group = tile;
     inTile_ = true;
     push(std::move(frame));
@@ -101,11 +109,11 @@ void TreeReader::visit(pugi::xml_node node) {
         enterUse(node);
         return;
     case Element::svg:
-        enterViewport(node, element);
+        enterViewport(node);
         return;
     case Element::symbol:
         if (frames_.back().isUse) {
-            enterViewport(node, element);
+            enterViewport(node);
         }
         return;
     case Element::text:
@@ -134,13 +142,25 @@ Frame TreeReader::frameOf(pugi::xml_node node) {
     Frame frame;
     frame.next = node.first_child();
     frame.style = styleOf(node, attributes_, outer.style, outer.viewport, context_);
-    frame.matrix = transformed(outer.matrix, attributes_, Attribute::transform, context_);
+    frame.matrix =
+        transformed(outer.matrix, frame.style, {outer.viewport, frame.style.fontSize}, context_);
     frame.viewport = outer.viewport;
     frame.group = outer.group;
     frame.clip = outer.clip;
     frame.visible = outer.visible;
     frame.measured = outer.measured;
     frame.boxed = outer.boxed;
+    return frame;
+}
+
+/// A frame for the children of an element that draws nothing where it stands.
+Frame TreeReader::frameOfHolder(pugi::xml_node holder, const Viewport& viewport) {
+    attributes_.load(holder);
+    Frame frame;
+    frame.next = holder.first_child();
+    frame.style = styleOf(holder, attributes_, context_.inherited.within(holder.parent(), context_),
+                          viewport, context_);
+    frame.viewport = viewport;
     return frame;
 }
 
@@ -166,6 +186,7 @@ void TreeReader::leave() {
     }
     if (frame.isUse) {
         targets_.pop_back();
+        contexts_.pop_back();
     }
     const Extent content = frame.content.within(frame.clipBounds);
     const UserBox box = frame.box;
@@ -199,14 +220,26 @@ bool TreeReader::wrapsLayers(pugi::xml_node node) const {
     return false;
 }
 
-void TreeReader::enterLayer(Frame& frame) {
-    frame.group = layers_.add(layerProperties(attributes_, frame.style.displayed, context_.ours));
+void TreeReader::enterLayer(pugi::xml_node node, Frame& frame) {
+    const LayerProperties properties =
+        layerProperties(attributes_, frame.style.displayed, context_.ours);
+    const bool isNew = context_.holdsAppearance && properties.role == LayerRole::page &&
+                       (!properties.visible || !isOfPage(node));
+    frame.group = layers_.add(properties);
+    if (isNew) {
+        document_.setGroupLayer(frame.group, document_.contentLayers().add(newLayer(frame)));
+    }
     frame.clip = Art::null;
     setSource(frame.group, sourceFrom(Attribute::dataSource));
     if (context_.ours) {
         frame.annotations = attributes_[Attribute::dataAnnotations];
     }
     openGroups(frame, frame.group);
+}
+
+/// Whether a layer can be one within others; a drawing of a tile, or by `use`, is none.
+bool TreeReader::isLayerWithin() const {
+    return context_.holdsAppearance && !frames_.back().holdsLayers && !inTile_ && targets_.empty();
 }
 
 void TreeReader::enterGroup(pugi::xml_node node) {
@@ -221,12 +254,14 @@ void TreeReader::enterGroup(pugi::xml_node node) {
         frame.measured = true;
     }
     const bool isContentLayer = context_.ours && attributes_.has(Attribute::dataLayer);
-    if (LayerReader::isLayer(attributes_) && !isContentLayer) {
-        if (frames_.back().holdsLayers) {
-            enterLayer(frame);
-            push(std::move(frame));
-            return;
-        }
+    const bool isLayer = LayerReader::isLayer(attributes_) && !isContentLayer;
+    const bool isWithin = isLayer && isLayerWithin();
+    if (isLayer && frames_.back().holdsLayers) {
+        enterLayer(node, frame);
+        push(std::move(frame));
+        return;
+    }
+    if (isLayer && !isWithin) {
         context_.tally.add("layer within a layer");
     }
     const bool isPlain = frame.style.clipPath.empty() && lookOf(frame.style, {}, {}).isPlain();
@@ -235,21 +270,25 @@ void TreeReader::enterGroup(pugi::xml_node node) {
         push(std::move(frame));
         return;
     }
-    if (carriesLook(node, frame)) {
+    if (!isWithin && carriesLook(node, frame)) {
         frame.look = lookOf(frame.style, frame.matrix, frame.viewport);
         frame.passesLook = true;
         push(std::move(frame));
         return;
     }
     // Of ours, a group that nothing is seen of is not displayed.
+    const bool mayBeHidden = isContentLayer || isWithin;
     const bool mayBeBlank = context_.ours && !frame.style.clipPath.empty();
-    if (!isContentLayer && !mayBeBlank && isHidden(frame)) {
+    if (!mayBeHidden && !mayBeBlank && isHidden(frame)) {
         return;
     }
     openGroups(frame, Art::null);
     setSource(frame.made, sourceOfShape());
     readStructure(frame);
-    if (!isContentLayer && mayBeBlank && frame.clip != Art::null &&
+    if (isWithin) {
+        document_.setGroupLayer(frame.made, document_.contentLayers().add(newLayer(frame)));
+    }
+    if (!mayBeHidden && mayBeBlank && frame.clip != Art::null &&
         !clipShape(document_, frame.clip).blank && isHidden(frame)) {
         document_.dispose(frame.made);
         return;
@@ -271,9 +310,7 @@ void TreeReader::enterSwitch(pugi::xml_node node) {
         }
         const Attributes attributes(child);
         countAgain(1 + attributes.cost());
-        const std::string_view language = attributes[Attribute::systemLanguage];
-        if (attributes.has(Attribute::requiredExtensions) ||
-            (!language.empty() && language.find("en") == std::string_view::npos)) {
+        if (!isForUs(attributes)) {
             continue;
         }
         const bool isKnown = ignoredKind(context_.index.elementOf(child)).empty();
@@ -321,12 +358,16 @@ void TreeReader::enterUse(pugi::xml_node node) {
     frame.onlyNext = true;
     frame.isUse = true;
     openGroups(frame, Art::null);
+    ComputedStyle painted = frame.style;
+    resolveContext(painted);
     push(std::move(frame));
     targets_.push_back(target);
+    contexts_.push_back(
+        {painted.fill, painted.fillTwin, painted.stroke, painted.strokeTwin, std::nullopt});
 }
 
 /// A symbol, or an `svg` within the file: a viewport of its own, which clips.
-void TreeReader::enterViewport(pugi::xml_node node, Element element) {
+void TreeReader::enterViewport(pugi::xml_node node) {
     const Frame& outer = frames_.back();
     const bool used = outer.isUse;
     const std::string_view usedWidth = outer.width;
@@ -337,16 +378,12 @@ void TreeReader::enterViewport(pugi::xml_node node, Element element) {
     }
     const LengthContext lengths{frame.viewport, frame.style.fontSize};
     const auto side = [&](Attribute name, std::string_view usedText, Axis axis, double whole) {
-        const std::string_view own =
-            element == Element::svg ? attributes_[name] : std::string_view{};
-        const std::string_view text = used && !usedText.empty() ? usedText : own;
+        const std::string_view text = used && !usedText.empty() ? usedText : attributes_[name];
         return parseLength(text, axis, lengths).value_or(whole);
     };
     ViewBox area;
-    if (element == Element::svg) {
-        area.x = lengthOf(attributes_, Attribute::x, Axis::x, lengths);
-        area.y = lengthOf(attributes_, Attribute::y, Axis::y, lengths);
-    }
+    area.x = lengthOf(attributes_, Attribute::x, Axis::x, lengths);
+    area.y = lengthOf(attributes_, Attribute::y, Axis::y, lengths);
     area.width = side(Attribute::width, usedWidth, Axis::x, frame.viewport.width);
     area.height = side(Attribute::height, usedHeight, Axis::y, frame.viewport.height);
     const auto box = parseViewBox(attributes_[Attribute::viewBox]);

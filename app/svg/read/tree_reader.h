@@ -15,11 +15,32 @@
 
 namespace corvane {
 
+struct MarkerForm;
+
+/// A shape that is being read. `attributes_` are its own.
+struct ShapeUse {
+    Element element;
+    const ComputedStyle& style;
+    RealMatrix matrix; ///< from its user space to the art
+    LengthContext lengths;
+    Note note = Note::null;
+    bool measures = false; ///< the box around it will be asked for
+};
+
+/// What `context-fill` and `context-stroke` stand for.
+struct ContextPaint {
+    PaintValue fill;
+    PaintTwin fillTwin;
+    PaintValue stroke;
+    PaintTwin strokeTwin;
+    std::optional<PaintUse> use; ///< where it is known what they are painted on
+};
+
 class TreeReader {
 public:
     explicit TreeReader(ReadingContext& context)
         : context_(context), document_(context.document), layers_(context.document),
-          clips_(context), masks_(context), paints_(context),
+          clips_(context, paints_), masks_(context, paints_), paints_(context),
           shape_(context.document, context.tally) {}
 
     /// `toArt` leads from the root's user space to the art. Throws `SvgError` past the budget,
@@ -40,14 +61,26 @@ private:
     void readFrames();
     void visit(pugi::xml_node node);
     void enterGroup(pugi::xml_node node);
-    void enterLayer(Frame& frame);
+    void enterLayer(pugi::xml_node node, Frame& frame);
     void enterSwitch(pugi::xml_node node);
     void enterUse(pugi::xml_node node);
-    void enterViewport(pugi::xml_node node, Element element);
+    void enterViewport(pugi::xml_node node);
     void readShape(pugi::xml_node node, Element element);
+    Art drawPaths(ArtPlace place, const ShapeUse& use, VertexTrace* trace);
+    static bool hasCoats(const ComputedStyle& style, Element element);
+    Art drawCoats(ArtPlace place, const ShapeUse& use);
+    void drawMarkers(ArtPlace place, const ShapeUse& use, const VertexTrace& trace,
+                     const UserBox& box);
+    void drawMarker(ArtPlace place, const MarkerForm& form, const ShapeUse& use,
+                    const VertexTrace& trace, std::size_t vertex, bool isStart,
+                    const ContextPaint& paint);
+    void readMarker(const MarkerForm& form, Art group, const RealMatrix& toArt);
+    void resolveContext(ComputedStyle& style);
+    void paintBackground(std::string_view colour);
     void readText(pugi::xml_node node);
     void readImage(pugi::xml_node node);
     void placeImage(const LoadedImage& image, const ComputedStyle& style);
+    bool hidesSquares() const;
     void linkFile(Art placed);
     ArtPlace clipOverhang(ArtPlace place, const UserBox& box, const RealMatrix& matrix);
     void listImage(const ComputedStyle& style);
@@ -57,11 +90,15 @@ private:
     std::optional<ArtSource> sourceFrom(Attribute name) const;
     std::optional<ArtSource> sourceOfShape() const;
     void readStructure(const Frame& frame);
+    ContentLayerFacts newLayer(const Frame& frame) const;
+    bool isOfPage(pugi::xml_node layer) const;
+    bool isLayerWithin() const;
     void markMissingAnnotations(const Frame& frame);
     void setSource(Art art, const std::optional<ArtSource>& source);
 
     // Frames.
     Frame frameOf(pugi::xml_node node);
+    Frame frameOfHolder(pugi::xml_node holder, const Viewport& viewport);
     void push(Frame frame);
     void leave();
     bool isHidden(const Frame& frame);
@@ -91,8 +128,7 @@ private:
     SharedClip makeShared(ArtPlace place, pugi::xml_node clip, const RealMatrix& matrix);
     ArtPlace openBoxed(const std::vector<pugi::xml_node>& chain, const RealMatrix& matrix,
                        std::vector<BoxClip>& clips);
-    void stylePaths(Art shape, const ComputedStyle& style, const RealMatrix& matrix,
-                    const LengthContext& lengths, Note note);
+    void stylePaths(Art shape, const ShapeUse& use);
 
     ReadingContext& context_;
     Document& document_;
@@ -105,6 +141,7 @@ private:
     std::vector<Frame> frames_;
     bool inTile_ = false;
     std::vector<pugi::xml_node> targets_; ///< of the `use` elements around
+    std::vector<ContextPaint> contexts_;  ///< of these, and of a marker
     pugi::xml_node current_;
 };
 

@@ -2,11 +2,14 @@
 #include "app/artwork/path_walk.h"
 #include "app/svg/read/tree_reader.h"
 
+#include "app/artwork/arithmetic.h"
 #include "app/svg/art_source.h"
 #include "app/svg/read/basic_shapes.h"
 #include "app/svg/read/paint/paint_style.h"
 #include "app/svg/read/style/cascade.h"
 #include "app/svg/read/text/text_reader.h"
+#include "app/svg/read/values/fixed_number.h"
+#include "app/svg/read/values/path_length.h"
 #include "app/svg/read/values/user_box.h"
 #include "app/svg/shape_extent.h"
 
@@ -60,7 +63,7 @@ void TreeReader::setSource(Art art, const std::optional<ArtSource>& source) {
 void TreeReader::readShape(pugi::xml_node node, Element element) {
     Frame& frame = frames_.back();
     load(node);
-    const ComputedStyle style = styleOf(node, attributes_, frame.style, frame.viewport, context_);
+    ComputedStyle style = styleOf(node, attributes_, frame.style, frame.viewport, context_);
     if (context_.ours && attributes_.isTrue(Attribute::dataGround)) {
         return; // the light behind a mask, which its number says
     }
@@ -69,37 +72,57 @@ void TreeReader::readShape(pugi::xml_node node, Element element) {
         context_.tally.add("hidden element");
         return;
     }
-    const RealMatrix matrix =
-        transformed(frame.matrix, attributes_, Attribute::transform, context_);
+    resolveContext(style);
+    const LengthContext lengths{frame.viewport, style.fontSize};
+    const RealMatrix matrix = transformed(frame.matrix, style, lengths, context_);
     const std::vector<pugi::xml_node> chain = clips_.chain(style.clipPath);
     const bool fitsBox = std::ranges::any_of(chain, ClipReader::fitsBox);
     std::vector<BoxClip> boxClips;
     const ArtPlace place =
         fitsBox ? openBoxed(chain, matrix, boxClips) : placeClipped(chain, matrix);
-    const bool measures = fitsBox || frame.boxed || masks_.fitsBox(style.mask) ||
+    const bool isCoated = hasCoats(style, element);
+    const bool measures = isCoated || fitsBox || frame.boxed || masks_.fitsBox(style.mask) ||
                           style.fill.kind == PaintValue::Kind::server ||
                           style.stroke.kind == PaintValue::Kind::server;
-    shape_.begin(place, matrix, context_.ours, measures);
-    const LengthContext lengths{frame.viewport, style.fontSize};
-    if (!drawShape(element, attributes_, lengths, shape_, context_.tally)) {
+    const ShapeUse use{element, style, matrix, lengths, note, measures};
+    const Art shape = isCoated ? drawCoats(place, use) : drawPaths(place, use, nullptr);
+    if (shape == Art::null) {
         return;
     }
-    const Art shape = shape_.finish(attributes_.isTrue(Attribute::dataCompound));
     for (const BoxClip& clip : boxClips) {
         clips_.clip(clip.group, clip.clip, matrix, frame.viewport, shape_.box());
     }
     if (frame.boxed) {
         frame.box.add(boxThrough(matrix, shape_.box()));
     }
+    if (isCoated) {
+        measure(Extent::everything()); // markers reach anywhere
+        return;
+    }
     if (context_.ours && attributes_.has(Attribute::dataKept) && keepFrame(shape, style, matrix)) {
         return;
     }
-    stylePaths(shape, style, matrix, lengths, note);
+    stylePaths(shape, use);
     setSource(shape, sourceOfShape());
     setShapeLook(shape, style, matrix);
     if (frame.measured) {
         measure(paintedExtent(document_, shape));
     }
+}
+
+/// Null where nothing is drawn because a size is 0 or missing.
+Art TreeReader::drawPaths(ArtPlace place, const ShapeUse& use, VertexTrace* trace) {
+    shape_.begin(place, use.matrix, context_.ours, use.measures);
+    if (trace != nullptr) {
+        shape_.follow(*trace);
+    }
+    if (!context_.ours && use.style.cap != 0 && use.style.stroke.kind != PaintValue::Kind::none) {
+        shape_.stretchPoints();
+    }
+    if (!drawShape(use.element, attributes_, use.lengths, shape_, context_.tally)) {
+        return Art::null;
+    }
+    return shape_.finish(attributes_.isTrue(Attribute::dataCompound));
 }
 
 /// Adds what is painted to what the clips around it are held against.
@@ -114,13 +137,17 @@ void TreeReader::measure(Extent painted) {
 void TreeReader::readText(pugi::xml_node node) {
     Frame& frame = frames_.back();
     load(node);
-    const ComputedStyle style = styleOf(node, attributes_, frame.style, frame.viewport, context_);
+    ComputedStyle style = styleOf(node, attributes_, frame.style, frame.viewport, context_);
     if (!style.displayed || !style.visible) {
         context_.tally.add("hidden element");
         return;
     }
+    resolveContext(style);
+    if (hasCoats(style, Element::text)) {
+        context_.tally.add("paint-order"); // letters are one object, filled and then stroked
+    }
     const RealMatrix matrix =
-        transformed(frame.matrix, attributes_, Attribute::transform, context_);
+        transformed(frame.matrix, style, {frame.viewport, style.fontSize}, context_);
     std::vector<pugi::xml_node> chain = clips_.chain(style.clipPath);
     if (std::erase_if(chain, ClipReader::fitsBox) != 0 || frame.boxed) {
         context_.tally.add("clip-path"); // how far letters reach is not known
@@ -140,11 +167,32 @@ void TreeReader::readText(pugi::xml_node node) {
     }
 }
 
-void TreeReader::stylePaths(Art shape, const ComputedStyle& style, const RealMatrix& matrix,
-                            const LengthContext& lengths, Note note) {
-    PathStyle painted = paintedStyle(style, attributes_, matrix, context_);
-    paints_.paint(painted, style, {matrix, shape_.box(), lengths});
-    painted.note = note;
+namespace {
+
+/// Stretches dashes to the length that the shape is said to have.
+void fitDashes(PathStyle& style, double stretch) {
+    for (Fixed& dash : style.dash) {
+        dash = saturate(wideFixed(static_cast<double>(dash) / fixedOne * stretch));
+    }
+    style.dashPhase =
+        saturate(wideFixed(static_cast<double>(style.dashPhase) / fixedOne * stretch));
+}
+
+} // namespace
+
+void TreeReader::stylePaths(Art shape, const ShapeUse& use) {
+    PathStyle painted = paintedStyle(use.style, attributes_, use.matrix, context_);
+    const PaintUse own{use.matrix, shape_.box(), use.lengths};
+    paints_.paint(painted, use.style, own,
+                  contexts_.empty() ? own : contexts_.back().use.value_or(own));
+    if (painted.dashCount > 0 && attributes_.has(Attribute::pathLength)) {
+        const double said = lengthOf(attributes_, Attribute::pathLength, Axis::other, use.lengths);
+        const double unit = use.style.keepsWidth ? context_.pixel : meanStretch(use.matrix);
+        if (said > 0) {
+            fitDashes(painted, lengthOf(document_, shape) / (said * unit));
+        }
+    }
+    painted.note = use.note;
     const bool guide = attributes_.isTrue(Attribute::dataGuide) && painted.fillPaint == 0 &&
                        painted.strokePaint == 0;
     forEachPath(document_, shape, [&](Art path) {

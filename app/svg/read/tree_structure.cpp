@@ -20,15 +20,38 @@ void TreeReader::readStructure(const Frame& frame) {
     if (form && !inTile_) {
         document_.setForm(frame.made, *form);
     }
-    if (attributes_.has(Attribute::dataLayer)) {
+    if (attributes_.has(Attribute::dataLayer) && !inTile_) {
         const std::string_view number = attributes_[Attribute::dataLayer];
-        ContentLayerFacts layer{.name = attributes_[Attribute::inkscapeLabel],
-                                .isVisible = frame.style.displayed,
-                                .isLocked = attributes_.isTrue(Attribute::dataLocked)};
+        ContentLayerFacts layer = newLayer(frame);
         std::from_chars(number.data(), number.data() + number.size(), layer.object);
         layer.object = std::max(layer.object, 0);
-        document_.setGroupLayer(frame.made, document_.contentLayers().add(layer));
+        const std::string_view state = attributes_[Attribute::dataLayerState];
+        const bool isNamed = attributes_.has(Attribute::dataLayerName);
+        const ContentLayerFacts opened{.name = isNamed ? attributes_[Attribute::dataLayerName]
+                                                       : layer.name,
+                                       .isVisible = state.find("hidden") == std::string_view::npos,
+                                       .isLocked = state.find("locked") != std::string_view::npos,
+                                       .object = layer.object};
+        document_.setGroupLayer(frame.made, document_.contentLayers().addEdited(layer, opened));
     }
+}
+
+/// A layer of the artwork that the file does not have, as its attributes say.
+ContentLayerFacts TreeReader::newLayer(const Frame& frame) const {
+    return {.name = attributes_[Attribute::inkscapeLabel],
+            .isVisible = frame.style.displayed,
+            .isLocked = isLocked(attributes_)};
+}
+
+/// Whether the layer holds what the page has in no layer. It becomes one of the file where it is
+/// hidden.
+bool TreeReader::isOfPage(pugi::xml_node layer) const {
+    if (!context_.ours) {
+        return false;
+    }
+    const pugi::xml_node written = context_.index.find(pageLayerId);
+    const bool isThere = written && LayerReader::isLayer(Attributes(written));
+    return isThere ? layer == written : !layers_.any();
 }
 
 /// An annotation that the layer had and that is gone is a group without art.

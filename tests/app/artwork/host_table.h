@@ -1,7 +1,7 @@
 // A document behind a callback table, called as a plug-in calls it.
 #pragma once
 
-#include "app/artwork/callbacks.h"
+#include "app/artwork/slots/callbacks.h"
 
 #include <cstdint>
 #include <type_traits>

@@ -53,6 +53,25 @@ TEST(Arguments, ASaveNamesArtworkAndFile) {
                     .namesProfile);
 }
 
+TEST(Arguments, ManyFilesOrPagesAreABatch) {
+    struct Row {
+        Words words;
+        std::size_t files; ///< 0: one, as ever
+    };
+    const std::vector<Row> rows{
+        {{"open", "a.pdf", "b.pdf"}, 2},
+        {{"open", "a.pdf", "--pages", "1-3,7"}, 1},
+        {{"check", "a.pdf", "--jobs", "2"}, 1},
+        {{"open", "a.pdf", "-o", "{stem}.svg"}, 0},
+        {{"check", "a.pdf"}, 0},
+    };
+    for (const Row& row : rows) {
+        const auto arguments = std::get<Arguments>(parseArguments(row.words));
+        EXPECT_EQ(arguments.files.size(), row.files) << row.words.back();
+        EXPECT_EQ(isBatch(arguments), row.files != 0);
+    }
+}
+
 TEST(Arguments, FontsGoWhereTheWordSays) {
     struct Row {
         const char* word;
@@ -86,7 +105,18 @@ TEST(Arguments, BadUsageIsNamed) {
         {{"open", "a.pdf", "--plain"}, "--plain does not go with open"},
         {{"revert"}, "needs a file"},
         {{"open"}, "needs a file"},
-        {{"open", "a.pdf", "b.pdf"}, "b.pdf"},
+        {{"info", "a.pdf", "b.pdf"}, "\"b.pdf\" is one too many"},
+        {{"edit", "a.pdf", "b.pdf"}, "\"b.pdf\" is one too many"},
+        {{"open", "a.pdf", "b.pdf", "-o", "x.svg"}, "give a pattern"},
+        {{"open", "a.pdf", "--pages", "1-2", "-o", "-"}, "give a pattern"},
+        {{"open", "a.pdf", "--pages", "2-1"}, "--pages takes"},
+        {{"open", "a.pdf", "--pages", "1", "--page", "1"}, "do not go together"},
+        {{"open", "a.pdf", "b.pdf", "--images", "there"}, "leave --images out"},
+        {{"open", "a.pdf", "b.pdf", "--password-file", "-"}, "standard input"},
+        {{"open", "a.pdf", "--jobs", "0"}, "--jobs takes"},
+        {{"open", "a.pdf", "--jobs", "5000"}, "to 1024"},
+        {{"save", "a.svg", "a.pdf", "--jobs", "2"}, "--jobs does not go with save"},
+        {{"check", "a.pdf", "--pages", "1"}, "--pages does not go with check"},
         {{"open", "-"}, "standard input"},
         {{"open", "a.pdf", "--colour"}, "no option \"--colour\""},
         {{"open", "a.pdf", "-p", "1"}, "no option \"-p\""},

@@ -1,6 +1,6 @@
-#include "app/cli/chooser.h"
+#include "app/cli/terminal/chooser.h"
 
-#include "app/cli/progress.h"
+#include "app/cli/terminal/progress.h"
 
 #include <array>
 #include <cstring>
@@ -49,7 +49,7 @@ TEST(Chooser, AsksUntilTheAnswerIsAPage) {
 TEST(Progress, IsDrawnRarelyAndTakenOffAgain) {
     char* text = nullptr;
     std::size_t size = 0;
-    std::FILE* const terminal = open_memstream(&text, &size);
+    std::FILE* terminal = open_memstream(&text, &size);
     {
         ProgressLine line(terminal, "reading");
         line.update(1, 2);
@@ -64,6 +64,21 @@ TEST(Progress, IsDrawnRarelyAndTakenOffAgain) {
     std::fclose(terminal);
     EXPECT_EQ(std::string(text, size), "\r\x1B[Kreading 50 %\r\x1B[K");
     std::free(text); // NOLINT: the C library made it
+
+    terminal = open_memstream(&text, &size);
+    {
+        ProgressLine line(terminal, "corvane:");
+        std::this_thread::sleep_for(ProgressLine::longWork + ProgressLine::interval);
+        line.count(1100, 2200, "page");
+        std::this_thread::sleep_for(ProgressLine::interval);
+        line.count(3, std::nullopt, "file");
+    }
+    std::fclose(terminal);
+    const std::string shown(text, size);
+    std::free(text); // NOLINT: the C library made it
+    EXPECT_TRUE(shown.starts_with("\r\x1B[Kcorvane: 1,100 of 2,200 pages, ")) << shown;
+    EXPECT_NE(shown.find(" a second, 2 s left\r\x1B[Kcorvane: 3 files, "), std::string::npos)
+        << shown;
 
     ProgressLine silent(nullptr, "reading");
     std::this_thread::sleep_for(ProgressLine::interval);

@@ -3,6 +3,7 @@
 #include "app/cli/messages.h"
 #include "app/cli/report/json.h"
 #include "app/cli/report/report.h"
+#include "host/utf8.h"
 
 #include <gtest/gtest.h>
 #include <limits>

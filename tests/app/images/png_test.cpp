@@ -1,5 +1,5 @@
 // PNG, read into the form in which images pass to the plug-in, and written from it.
-#include "app/artwork/image_table.h"
+#include "app/artwork/images/image_table.h"
 #include "app/images/image_encoder.h"
 #include "app/images/image_error.h"
 #include "app/images/image_file.h"

@@ -1,6 +1,7 @@
 #include "app/svg/writer.h"
 
 #include "tests/app/svg/art_builder.h"
+#include "tests/app/svg/read/read_art.h"
 
 #include <gtest/gtest.h>
 #include <pugixml.hpp>
@@ -65,6 +66,30 @@ TEST(WriteSvg, RootTellsThePageAndWhereItCameFrom) {
               "  <path id=\"p1\" d=\"M10 782.5H20V772.5H10Z\"/>\n"
               " </g>\n"
               "</svg>\n");
+}
+
+/// Art blends with what is on the paper, and not with the paper; annotations do.
+TEST(WriteSvg, APageOnWhichSomethingBlendsIsIsolated) {
+    const auto isIsolated = [](const ArtBuilder& art) {
+        const std::string svg = art.svg();
+        return svg.substr(0, svg.find("<g")).find("isolation:isolate") != std::string::npos;
+    };
+    ArtBuilder art;
+    const Art group = art.document.make(ArtKind::group, Placement::inside, art.layerArt());
+    art.path(group, box(0, 0, 10, 10), filled());
+    const Art path = art.path(group, box(0, 0, 20, 10), filled());
+    art.path(art.layerArt(), box(0, 0, 10, 10), filled());
+    art.document.setAppearance(path, {.fillOpacity = .5});
+    EXPECT_FALSE(isIsolated(art));
+    art.document.setAppearance(path, {.blend = BlendMode::screen});
+    EXPECT_TRUE(isIsolated(art));
+    const ReadArt read(art.svg());
+    EXPECT_TRUE(read.reading.ignored.empty());
+    EXPECT_EQ(read.svg(), art.svg());
+    LayerProperties layer = art.document.layerProperties(art.document.firstLayer());
+    layer.role = LayerRole::annotations;
+    art.document.setLayerProperties(art.document.firstLayer(), layer);
+    EXPECT_FALSE(isIsolated(art));
 }
 
 TEST(WriteSvg, LayersStandBackToFrontWithTheirFlags) {

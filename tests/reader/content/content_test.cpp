@@ -89,6 +89,8 @@ TEST_F(ContentTest, ClipsMakeGroupsThatTheyClip) {
         {"a compound clip", "q 0 0 5 5 re 0 0 5 5 re W n " A "Q",
          "{(" CLIP " " CLIP ") " A_ART "}"},
         {"clip without a path", "W n " A, A_ART, "13"},
+        {"a clip of a point", "q 1 2 m 3 4 m W n " A "Q " B, B_ART " {<3,4 C> " A_ART "}"},
+        {"a point beside a clip", "q 0 0 5 5 re 3 4 m W n " A "Q", "{" CLIP " " A_ART "}"},
         {"the clip goes with the path, not beyond", "0 0 5 5 re W n 0 0 5 5 re f",
          "{" CLIP " <0,0 5,0 5,5 0,5 zF>}"},
     });
@@ -101,6 +103,22 @@ TEST_F(ContentTest, ClipsMakeGroupsThatTheyClip) {
         {"the clip keeps its paint", "0 0 5 5 re W f",
          "{<0,0 5,0 5,5 0,5 zFC>} <0,0 5,0 5,5 0,5 zF>"},
     });
+}
+
+TEST_F(ContentTest, ClipsPastWhatArtworkHolds) {
+    std::string content;
+    for (int i = 0; i < 4200; ++i) {
+        content += "0 0 5 5 re W n ";
+    }
+    EXPECT_EQ(drawContent(content + A), "13");
+    // Each group has its clip, and the innermost the line.
+    Art group = document().firstChild(importedArt());
+    for (; document().kind(group) == ArtKind::group;
+         group = document().nextSibling(document().firstChild(group))) {
+        ASSERT_EQ(document().lastChild(group),
+                  document().nextSibling(document().firstChild(group)));
+    }
+    EXPECT_EQ(document().style(group).strokePaint, 1);
 }
 
 TEST_F(ContentTest, PathsAndWhatEndsThem) {

@@ -241,6 +241,28 @@ TEST_F(PageFontTest, FontsOfTheMachineAreDrawnAsWideAsTheDocumentSays) {
     EXPECT_EQ(font_->facts().realFamily, "Helvetica");
 }
 
+/// Other programs would show a box, in a font of theirs.
+TEST_F(PageFontTest, CodesThatMeanNothingShowNothing) {
+    read("/Subtype /Type1 /BaseFont /Helvetica");
+    if (!font_->facts().isPageFont) {
+        GTEST_SKIP() << "no fonts are installed";
+    }
+    const std::string seen = shown("\1");
+    EXPECT_TRUE(seen.starts_with("\uE001:"));
+    EXPECT_FALSE(seen.ends_with(":0")) << "what stands for missing glyphs is as wide";
+    EXPECT_EQ(shape(U'\uE001'), "-");
+}
+
+/// A viewer makes one glyph of letters that run one way. Marks of scripts from the right are set
+/// apart from their letters.
+TEST_F(PageFontTest, LettersFromTheRight) {
+    read(threeGlyphs, "names.cff", toUnicode("<01> <064E> <02> <0628> <03> <062D064E00200061>"));
+    EXPECT_EQ(shown("\2\1\3\2"), "\u0628:650 \u064E/1:600 C:700 \u0628:650");
+    EXPECT_EQ(shape(U'\u064E', 1) + shape(U'\u064E', 0), "Anone");
+    read(threeGlyphs, "names.cff", toUnicode("<01> <0301> <02> <0065> <03> <06440627>"));
+    EXPECT_EQ(shown("\2\1\3"), "e:650 \u0301:600 \u0644\u0627:700");
+}
+
 TEST_F(PageFontTest, HostileDictionariesAreRead) {
     for (const char* entries :
          {"", "/Subtype /Type0", "/Subtype /Type0 /DescendantFonts [1 2]",

@@ -145,6 +145,19 @@ TEST_F(DeliverImageTest, SpacesBitsAndDecode) {
     }
 }
 
+/// Renderers in use draw no more than 32,767 pixels along a side.
+TEST_F(DeliverImageTest, PicturesGrowToMasksAsLongAsTheyAreDrawn) {
+    for (const auto& [side, grown] : {std::pair(32767, 32767), {40000, 20000}, {65536, 16384}}) {
+        PdfBuilder file = imageFile(
+            "/Width 2/Height 1/BitsPerComponent 8/ColorSpace/DeviceGray/SMask 6 0 R", "0102");
+        file.stream(6, hexData("80"),
+                    "/Width 1/Height " + std::to_string(side) +
+                        "/BitsPerComponent 8/ColorSpace/DeviceGray/Filter/ASCIIHexDecode");
+        delivered(file);
+        EXPECT_EQ(taker_->images[0].facts.height, grown) << side;
+    }
+}
+
 TEST_F(DeliverImageTest, Masks) {
     struct Row {
         const char* entries;

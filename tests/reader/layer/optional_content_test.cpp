@@ -1,5 +1,6 @@
 // Layers of the file as groups, and which of them show.
 #include "host/toolbox.h"
+#include "reader/content/interpreter.h"
 #include "tests/reader/reader_fixture.h"
 #include "tests/reader/structure_text.h"
 
@@ -24,10 +25,11 @@ protected:
     /// Layers A, B, C (objects 10 to 12; B is off), and M, a membership dictionary of these
     /// entries.
     std::string seen(const std::string& content, const std::string& membership = "",
-                     const std::string& configuration = "/OFF[11 0 R]/Locked[12 0 R]") {
+                     const std::string& configuration = "/OFF[11 0 R]/Locked[12 0 R]",
+                     const std::string& condition = "null") {
         draw(PdfBuilder::onePage(content,
                                  "/Resources<</Properties<</A 10 0 R/B 11 0 R/C 12 0 R/M 13 0 R"
-                                 "/N 99 0 R>>/XObject<</X 6 0 R>>>>")
+                                 "/N 99 0 R/D<</Type/OCMD/OCGs 11 0 R>>>>/XObject<</X 6 0 R>>>>")
                  .object(1, "<</Type/Catalog/Pages 2 0 R/OCProperties<</OCGs[10 0 R 11 0 R 12 0 R]"
                             "/D<<" +
                                 configuration + ">>>>>>")
@@ -36,6 +38,7 @@ protected:
                  .object(11, "<</Type/OCG/Name<FEFF0042>>>")
                  .object(12, "<</Type/OCG/Name(C)>>")
                  .object(13, "<</Type/OCMD" + membership + ">>")
+                 .object(14, condition)
                  .bytes());
         return structureText(document(), importedArt());
     }
@@ -95,6 +98,16 @@ TEST_F(OptionalContentTest, WhatShows) {
         deep = "[/Not " + deep + "]";
     }
     deep = "/VE" + deep;
+    // Past a budget of conditions all show.
+    const auto times = [](const std::string& text, int count) {
+        std::string all;
+        for (int i = 0; i < count; ++i) {
+            all += text;
+        }
+        return all;
+    };
+    const std::string many = "/VE[/And" + times(" 14 0 R", 1200) + "[/Not 10 0 R]]";
+    const std::string thousand = "[/And" + times(" 10 0 R", 1000) + "]";
     const Row rows[] = {
         {"/OCGs[10 0 R 11 0 R]", true},
         {"/OCGs[10 0 R 11 0 R]/P/AllOn", false},
@@ -108,12 +121,31 @@ TEST_F(OptionalContentTest, WhatShows) {
         {"/OCGs 10 0 R", false, "/BaseState/OFF"},
         {"/OCGs 10 0 R", true, "/BaseState/OFF/ON[10 0 R]"},
         {deep.c_str(), true},
+        {many.c_str(), true},
     };
     for (const Row& row : rows) {
-        seen("/OC/M BDC 0 0 1 1 re f EMC", row.membership, row.configuration);
+        seen("/OC/M BDC 0 0 1 1 re f EMC", row.membership, row.configuration, thousand);
         EXPECT_EQ(document().contentLayers().facts(ContentLayer{1}).isVisible, row.isShown)
             << row.membership << row.configuration;
     }
+}
+
+TEST_F(OptionalContentTest, DirectDictionariesAreToldOnce) {
+    EXPECT_EQ(seen("/OC/D BDC 0 0 1 1 re f EMC 0 0 2 2 re f /OC/D BDC 0 0 3 3 re f EMC"),
+              "-B(0,0 1,1@0:0) 0,0 2,2@0:1 -B(0,0 3,3@0:2)");
+    EXPECT_EQ(document().contentLayers().size(), 1U);
+}
+
+TEST_F(OptionalContentTest, ClipsThatGoOnBehindAMarkAreWork) {
+    std::string clip;
+    for (int i = 0; i < 40'000; ++i) {
+        clip += "0 0 9 9 re\n";
+    }
+    const std::string marked = "/OC/A BDC q " + clip + "W n 0 0 1 1 re f EMC 0 0 2 2 re f Q ";
+    seen(marked);
+    EXPECT_TRUE(cache_->interpreter->progress.hasRoom(0));
+    seen(marked + marked + marked + marked + marked);
+    EXPECT_FALSE(cache_->interpreter->progress.hasRoom(0));
 }
 
 TEST_F(OptionalContentTest, ManyMarksAreQuick) {

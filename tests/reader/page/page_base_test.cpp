@@ -65,7 +65,7 @@ TEST_F(PageBaseTest, StandingPagesAreBases) {
                 .object(6, "[5 0 R 4 0 R]")
                 .object(7, "<</A 1>>")
                 .bytes());
-        for (const DigestVersion version : {DigestVersion::drawn, DigestVersion::page}) {
+        for (const DigestVersion version : {DigestVersion::layered, DigestVersion::page}) {
             const std::optional<PageBase> base =
                 baseOf(cache, digestPage(cache, contentStreams(cache), version));
             ASSERT_TRUE(base);

@@ -38,6 +38,7 @@ TEST_F(PageDigestTest, OfEveryVersionStaysAsItWas) {
          }) {
         EXPECT_EQ(digestOf(row.contents, DigestVersion::page), row.page);
         EXPECT_EQ(digestOf(row.contents, DigestVersion::drawn), row.drawn);
+        EXPECT_EQ(digestOf(row.contents, DigestVersion::layered), row.drawn);
     }
 }
 
@@ -178,6 +179,23 @@ TEST_F(PageDigestTest, PastTheBudgetReferencesCountByThemselves) {
     };
     EXPECT_EQ(digest("8 0 R", "1"), digest("8 0 R", "2"));
     EXPECT_NE(digest("8 0 R", "0"), digest("9 0 R", "0"));
+}
+
+/// Layers are named and shown otherwise without any change of the page.
+TEST_F(PageDigestTest, LayersAreNoPartOfThePage) {
+    const auto digest = [&](const char* group, DigestVersion version) {
+        DocumentCache& cache = open(
+            PdfBuilder::onePage("/OC /L BDC EMC", "/Resources << /Properties << /L 5 0 R >> >>")
+                .object(5, group));
+        pageCache(cache, 1);
+        return digestPage(cache, contentStreams(cache), version);
+    };
+    const char* const grid = "<< /Type /OCG /Name (Grid) >>";
+    const char* const walls = "<< /Type /OCG /Name (Walls) >>";
+    EXPECT_EQ(digest(grid, DigestVersion::layered), digest(walls, DigestVersion::layered));
+    EXPECT_NE(digest(grid, DigestVersion::drawn), digest(walls, DigestVersion::drawn));
+    EXPECT_NE(digest("<< /Type /OCMD /P /AllOn >>", DigestVersion::layered),
+              digest("<< /Type /OCMD /P /AllOff >>", DigestVersion::layered));
 }
 
 } // namespace

@@ -52,6 +52,17 @@ TEST_F(ReadFunctionTest, SizesPastTheHostsNumbers) {
     EXPECT_EQ(out, 1);
 }
 
+TEST_F(ReadFunctionTest, ResultsThatAreNoNumbers) {
+    // Infinity, times a colour that does not change.
+    const FunctionPointer read = function(
+        PdfBuilder::onePage("").object(5, "<</FunctionType 2/Domain[0 2]/N 2000000/C0[0]/C1[0]>>"));
+    ASSERT_NE(read, nullptr);
+    double out = 1;
+    const double end = 2;
+    read->evaluate({&end, 1}, {&out, 1});
+    EXPECT_EQ(out, 0);
+}
+
 TEST_F(ReadFunctionTest, SamplesAreCountedForThePage) {
     const PdfBuilder file = PdfBuilder::onePage("").stream(
         5, "", "/FunctionType 0/Domain[0 1 0 1]/Range[0 1]/Size[1024 1024]/BitsPerSample 8");

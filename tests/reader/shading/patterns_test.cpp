@@ -76,6 +76,11 @@ TEST_F(PatternsTest, StopsAndPlacesOfGradients) {
                  "5 6 0 7 8 30"},
              Row{radial + "/Coords[7 8 30 5 6 2]" + grays + "/Extend[true false]",
                  "0:255,0 0:255,1 1:0,1 ", "5 6 2 7 8 30"},
+             // No number, as a place in a table.
+             Row{"/ShadingType 2/ColorSpace[/Indexed/DeviceGray 1<FF00>]/Coords[0 0 9 0]"
+                 "/Domain[0 2]/Extend[true true]/Function<</FunctionType 2/Domain[0 2]/N 2000000"
+                 "/C0[0]/C1[0]>>",
+                 "0:255,1 1:255,1 ", "0 0 0 9 0 0"},
              Row{"/ShadingType 2/ColorSpace/DeviceGray/Coords[9 9 9 9]" + std::string(grays),
                  "0:0,0 ", "0 0 0 0 0 0"},
          }) {
@@ -163,6 +168,113 @@ TEST_F(PatternsTest, TilesOfPatterns) {
         // The content sets a colour in vain: it is that of scn, red.
         EXPECT_EQ(document().style(path).fill.component[0], 0) << row.entries;
         EXPECT_EQ(document().style(path).fill.component[1], fixedOne) << row.entries;
+    }
+}
+
+TEST_F(PatternsTest, CellsThatCannotBeHeld) {
+    drawWith("/Pattern cs /P scn 0 0 9 9 re f",
+             "/PatternType 1/PaintType 1/BBox[0 0 99 99]/XStep 99/YStep 99/Resources<<>>"
+             "/Matrix[2147483647 0 0 -1 0 0]",
+             "", "0 0 4 4 re f");
+    EXPECT_EQ(document().style(firstArt()).fillPaint, 0);
+}
+
+TEST_F(PatternsTest, TilesThatPaintNothing) {
+    for (const char* steps : {"/XStep 8/YStep 8", "/XStep 9/YStep 9", "/XStep 4/YStep 3"}) {
+        drawWith("/Pattern cs /P scn 0 0 9 9 re f",
+                 std::string("/PatternType 1/PaintType 1/BBox[0 0 8 8]/Resources<<>>") + steps, "",
+                 "q 0 0 4 4 re Q");
+        ASSERT_EQ(fill().kind, ColourKind::pattern) << steps;
+        EXPECT_EQ(document().firstChild(document().pattern(fill().source).tile), Art::null)
+            << steps;
+    }
+}
+
+TEST_F(PatternsTest, ImagesArePaintedWhateverTheFillIs) {
+    const std::string rows = "/Width 1/Height 1/BitsPerComponent ";
+    PdfBuilder file = PdfBuilder::onePage(
+        "/Pattern cs /P scn 9 0 0 9 0 0 cm /I Do /M Do BI/W 1/H 1/BPC 8/CS/G ID a EI",
+        "/Resources<</Pattern<</P 8 0 R>>/XObject<</I 10 0 R/M 11 0 R>>>>");
+    file.object(8,
+                "<</PatternType 2/Shading<</ShadingType 2/ColorSpace/DeviceGray/Coords[0 0 9 0]" +
+                    std::string(grays) + ">>>>")
+        .stream(10, "a", "/Subtype/Image/ColorSpace/DeviceGray" + rows + "8")
+        .stream(11, "a", "/Subtype/Image/ImageMask true" + rows + "1");
+    draw(file.bytes());
+    int placed = 0;
+    for (Art art = firstArt(); art != Art::null; art = document().previousSibling(art)) {
+        placed += document().kind(art) == ArtKind::placed ? 1 : 0;
+    }
+    EXPECT_EQ(placed, 2) << "but for the stencil";
+}
+
+/// Has the document take the bytes of images; they are dropped.
+void takeImages(std::span<HostProcedure> table) {
+    static HostError (*known)(const ImageFacts*, Image*, std::uint8_t*) = nullptr;
+    known = slotProcedure(table.data(), slot::addImage);
+    fillSlot(
+        table, slot::addImage,
+        +[](const ImageFacts* facts, Image* image, std::uint8_t* wantsBytes) {
+            const HostError error = known(facts, image, wantsBytes);
+            *wantsBytes = 1;
+            return error;
+        });
+    fillSlot(
+        table, slot::addImageBytes,
+        +[](Image, const std::byte*, std::int64_t) { return HostError::none; });
+    fillSlot(
+        table, slot::endImage, +[](Image) { return HostError::none; });
+}
+
+/// The host is asked about once in a million steps, within one operator too.
+TEST_F(PatternsTest, ColoursAreWorkOfThePage) {
+    const auto repeated = [](std::string_view text, int times) {
+        std::string all;
+        for (int i = 0; i < times; ++i) {
+            all += text;
+        }
+        return all;
+    };
+    takeImages(std::span(table_->ref().get(), slotCount));
+    static int asked = 0;
+    const auto questions = [&](const std::string& content, const std::string& shading) {
+        const std::string tint = "[/Separation/X/DeviceGray 10 0 R]";
+        PdfBuilder file = PdfBuilder::onePage(
+            content, "/Resources<</Shading<</S 9 0 R>>/ColorSpace<</C" + tint +
+                         ">>/ExtGState<</G<</SMask<</S/Alpha/G 11 0 R/TR<</FunctionType 3"
+                         "/Domain[0 1]/Functions[10 0 R]/Bounds[]/Encode[0 1]>>>>>>>>>>");
+        file.object(9, "<</ColorSpace" + tint + shading + ">>")
+            .stream(10, "{" + repeated("dup sin pop ", 200) + " 360 mul sin abs}",
+                    "/FunctionType 4/Domain[0 1]/Range[0 1]")
+            .stream(11, "", "/Subtype/Form/BBox[0 0 9 9]/Group<</S/Transparency>>")
+            .stream(12, "{pop 60 div}", "/FunctionType 4/Domain[0 60 0 60]/Range[0 1]");
+        scope_.reset();
+        document_.emplace();
+        scope_.emplace(*document_);
+        document().page().setProfile(rules().profile);
+        document().expectImport();
+        DocumentCache& cache = open(file);
+        pageCache(cache, 1);
+        asked = 0;
+        const CallbackScope counting(document(), [] { return ++asked < 0; });
+        readCache(cache);
+        return asked;
+    };
+    struct Row {
+        const char* name;
+        std::string content;
+        std::string shading = "/ShadingType 9";
+    };
+    const std::string linear = "/Function<</FunctionType 2/Domain[0 1]/N 1>>";
+    for (const Row& row : {
+             Row{"pixels", "0 0 12 12 re W n /S sh",
+                 "/ShadingType 1/Domain[0 60 0 60]/Function 12 0 R"},
+             Row{"stops", "/S sh", "/ShadingType 2/Coords[0 0 9 0]" + linear},
+             Row{"a ramp", "0 0 9 9 re W n /S sh", "/ShadingType 3/Coords[0 0 1 50 0 1]" + linear},
+             Row{"colours of a space", "/C cs" + repeated(" .5 scn", 500)},
+             Row{"transfer functions", repeated("/G gs ", 3)},
+         }) {
+        EXPECT_GT(questions(row.content, row.shading), questions("", row.shading)) << row.name;
     }
 }
 

@@ -1,7 +1,7 @@
 // Reading in several places of one file at a time, and how much of it there may be.
 #include "reader/syntax/stream_chain.h"
 
-#include "app/artwork/callbacks.h"
+#include "app/artwork/slots/callbacks.h"
 #include "reader/page/page_content.h"
 #include "reader/page/page_digest.h"
 #include "reader/syntax/syntax.h"

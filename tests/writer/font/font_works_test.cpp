@@ -1,5 +1,5 @@
 // The objects of fonts in a file that is saved.
-#include "app/artwork/callbacks.h"
+#include "app/artwork/slots/callbacks.h"
 #include "objects/family.h"
 #include "objects/identity.h"
 #include "output/xref.h"

@@ -120,7 +120,7 @@ TEST_F(PageRecordTest, ArtworkOfAnyVersionOfTheDigestKeepsItsPage) {
     };
     // The first version's digest of this page was told by programs that knew no other.
     for (const Row& row :
-         {Row{identity_, "/Version 2 ", true}, Row{0x726567DEAA0F513B, "/Version 1 ", false}}) {
+         {Row{identity_, "/Version 3 ", true}, Row{0x726567DEAA0F513B, "/Version 1 ", false}}) {
         SCOPED_TRACE(row.version);
         extension_.artworkDigest = &row.opened;
         use("in.pdf", updated(file, 7, form));

@@ -164,5 +164,42 @@ TEST_F(NewPaintsTest, TilesAreDrawnOnce) {
     EXPECT_EQ(pattern.matrix, (RealMatrix{2, 0, 0, 2, 1, 0}));
 }
 
+/// A custom colour is written as the ink that it names: the page's own where that has one.
+TEST_F(NewPaintsTest, CustomColoursAreInks) {
+    struct Row {
+        const char* name;
+        const char* space; ///< of the content's resources
+        std::string object;
+    };
+    const std::string made =
+        "/Separation /Sea#20Blue#28x#29 /DeviceCMYK << /FunctionType 2 /Domain "
+        "[ 0 1 ] /N 1 /C0 [ 0 0 0 0 ] /C1 [ 1 .5 0 0 ] >> ]";
+    for (const Row& row :
+         {Row{"new", "", made}, Row{"of the page", "/ColorSpace << /S 40 0 R >>", ""},
+          Row{"another", "/ColorSpace << /S 41 0 R >>", made}}) {
+        openFile(
+            PdfBuilder::onePage("0 0 50 50 re f", "/Resources << " + std::string(row.space) + " >>")
+                .object(40, "[ /Separation /Sea#20Blue#28x#29 /DeviceGray 42 0 R ]")
+                .object(41, "[ /Separation /Blue /DeviceGray 42 0 R ]")
+                .object(42, "<< /FunctionType 2 /Domain [0 1] /N 1 /C0 [1] /C1 [0] >>")
+                .bytes());
+        Colour colour{.kind = ColourKind::custom};
+        colour.component[0] = fixedFromReal(.25);
+        colour.source = document_->addSpotColour(
+            {.name = "Sea Blue(x)", .process = {fixedOne, fixedOne / 2, 0, 0}});
+        Artist a = artist();
+        a.style(a.at(0), [&](PathStyle& style) {
+            style.strokePaint = 1;
+            style.fill = style.stroke = colour;
+        });
+        ASSERT_EQ(save(), 0U) << row.name;
+        expectInOrder({" cs .75 scn", " CS .75 SCN"});
+        EXPECT_EQ(bytes().find(made, file_.size()) != std::string::npos, !row.object.empty())
+            << row.name;
+        ASSERT_EQ(open(), 0U);
+        EXPECT_EQ(style().fill.kind == ColourKind::gray, row.object.empty()) << row.name;
+    }
+}
+
 } // namespace
 } // namespace corvane

@@ -23,18 +23,20 @@ protected:
     }
 
     void openAnnotated() {
-        openFile(
-            withResources(PdfBuilder::onePage("0 0 5 5 re f /OC /L BDC 9 9 5 5 re f EMC",
-                                              std::string(resources) + "/Annots [30 0 R 31 0 R]"))
-                .object(1, "<< /Type /Catalog /Pages 2 0 R /OCProperties << /D << /OFF "
-                           "[22 0 R] >> >> >>")
-                .object(30, "<< /Type /Annot /Subtype /Stamp /Rect [50 50 70 70] /AP << /N "
-                            "32 0 R >> >>")
-                .object(31, "<< /Type /Annot /Subtype /Link /Rect [90 50 99 70] >>")
-                .stream(32, "0 0 8 8 re f BT /F 9 Tf (a) Tj ET",
-                        "/Subtype /Form /BBox [0 0 10 10] /Resources << /Font << /F 20 0 R >> "
-                        ">>")
-                .bytes());
+        openFile(withResources(
+                     PdfBuilder::onePage("0 0 5 5 re f /OC /L BDC 9 9 5 5 re f EMC",
+                                         std::string(resources) + "/Annots [30 0 R 33 0 R 31 0 R]"))
+                     .object(1, "<< /Type /Catalog /Pages 2 0 R /OCProperties << /D << /OFF "
+                                "[22 0 R] >> >> >>")
+                     .object(30, "<< /Type /Annot /Subtype /Stamp /Rect [50 50 70 70] /AP << /N "
+                                 "32 0 R >> >>")
+                     .object(31, "<< /Type /Annot /Subtype /Link /Rect [90 50 99 70] >>")
+                     .object(33, "<< /Type /Annot /Subtype /Square /Rect [20 50 40 70] /C [1 0 0] "
+                                 "/CA .5 >>")
+                     .stream(32, "0 0 8 8 re f BT /F 9 Tf (a) Tj ET",
+                             "/Subtype /Form /BBox [0 0 10 10] /Resources << /Font << /F 20 0 R >> "
+                             ">>")
+                     .bytes());
     }
     Art layer() { return document_->layerArt(document_->firstLayer()); }
 
@@ -61,7 +63,13 @@ TEST_F(AnnotationTest, AreLeftAlone) {
              Artist(document).fill(firstPath(document, group), .5);
          },
          {"object 30"}},
-        {"both are emptied; nothing was seen of the link",
+        {"one without an appearance stream is repainted",
+         [&](Document& document, Art group) {
+             const Art square = document.nextSibling(document.firstChild(group));
+             Artist(document).fill(document.lastChild(square), .5);
+         },
+         {"object 33"}},
+        {"two are emptied; nothing was seen of the link",
          [](Document& document, Art group) {
              for (const Art art : {document.firstChild(group), document.lastChild(group)}) {
                  document.setClipped(art, false);

@@ -23,8 +23,8 @@ protected:
                 "/S << /SMask << /S /Luminosity /G 30 0 R /BC [.5] /TR 31 0 R >> >> "
                 "/A << /SMask << /S /Alpha /G 30 0 R >> >> /N << /SMask /None >> "
                 "/R << /SMask << /S /Alpha /G 32 0 R >> >> >> "
-                "/XObject << /G 33 0 R /P 34 0 R /D 35 0 R /L 36 0 R /S 40 0 R >> "
-                "/Pattern << /T 37 0 R >> /Font << /F 38 0 R >> >> " +
+                "/Shading << /W 42 0 R >> /Pattern << /T 37 0 R >> /Font << /F 38 0 R >> "
+                "/XObject << /G 33 0 R /P 34 0 R /D 35 0 R /L 36 0 R /S 40 0 R /I 41 0 R >> >> " +
                     entries)
                 .stream(30, "0 0 50 100 re f",
                         form + "/Group << /S /Transparency /CS /DeviceGray >>")
@@ -46,6 +46,11 @@ protected:
                             "/FirstChar 97 /Widths [10] >>")
                 .stream(39, "10 0 d0 0 0 8 8 re f")
                 .stream(40, "0 0 9 9 re f /E gs 2 2 9 9 re f 4 4 9 9 re f", form)
+                .stream(41, "a",
+                        "/Type /XObject /Subtype /Image /Width 1 /Height 1 /BitsPerComponent 8 "
+                        "/ColorSpace /DeviceGray")
+                .object(42, "<< /ShadingType 3 /ColorSpace /DeviceGray /Coords [0 0 1 50 0 1] "
+                            "/Function << /FunctionType 2 /Domain [0 1] /N 1 >> >>")
                 .bytes());
     }
 
@@ -145,6 +150,9 @@ TEST_F(LookPatchTest, StatesBecomeLooksOfArt) {
              Row{"/R gs 0 0 9 9 re f", "( alpha)"},
              Row{"/H gs /M gs /G Do", "[ o0.5 b1 isolated knockout()( b1)]"},
              Row{"/H gs /P Do", "[( f0.5)]"},
+             Row{"/H gs 9 0 0 9 0 0 cm /I Do", "( o0.5)"},
+             Row{"/H gs 9 0 0 9 0 0 cm BI /W 1 /H 1 /BPC 8 /CS /G ID a EI", "( o0.5)"},
+             Row{"/H gs 0 0 9 9 re W n /W sh", "[( o0.5)]"},
          }) {
         openLooks(row.content);
         EXPECT_EQ(looks(), row.looks) << row.content;
@@ -186,6 +194,11 @@ TEST_F(LookPatchTest, AnObjectGetsAnotherLook) {
     openLooks("/H gs /M gs 0 0 9 9 re f");
     document_->setAppearance(artist().at(0), {});
     ASSERT_NO_FATAL_FAILURE(expectKept("[()]"));
+
+    openLooks("/H gs 9 0 0 9 0 0 cm /I Do");
+    const Art image = document_->firstChild(document_->layerArt(document_->firstLayer()));
+    document_->setAppearance(image, {.opacity = .25});
+    ASSERT_NO_FATAL_FAILURE(expectKept("[( o0.25)]"));
 }
 
 TEST_F(LookPatchTest, MasksAreDrawnWhereTheyLie) {
@@ -197,6 +210,82 @@ TEST_F(LookPatchTest, MasksAreDrawnWhereTheyLie) {
     ASSERT_NO_FATAL_FAILURE(expectKept("[( light)][( light)]"));
     EXPECT_EQ(maskCorner(artist().at(0)), (Point{10 * fixedOne, 20 * fixedOne}));
     EXPECT_EQ(maskOf(artist().at(0)), maskOf(artist().at(1)));
+}
+
+TEST_F(LookPatchTest, WhatMasksHoldIsEdited) {
+    struct Row {
+        const char* name;
+        std::function<void(Artist&, Art group, Art inside)> edit;
+        bool isNothing;
+    };
+    for (const Row& row : {
+             Row{"a group that does nothing", [](Artist&, Art, Art) {}, true},
+             Row{"opacity of a group",
+                 [](Artist&it, Art group, Art) {
+                     it.document.setAppearance(group, {.opacity = .5});
+                 },
+                 false},
+             Row{"a clip",
+                 [](Artist&it, Art group, Art inside) {
+                     const Art clip = it.add(0, 0, 9, 9, inside);
+                     it.document.reorder(clip, Placement::inFront, inside);
+                     it.style(clip, [](PathStyle& style) {
+                         style = PathStyle();
+                         style.clip = 1;
+                     });
+                     it.document.setClipped(group, true);
+                 },
+                 false},
+         }) {
+        SCOPED_TRACE(row.name);
+        openLooks("/A gs 0 0 9 9 re f");
+        Artist edits = artist();
+        const Art content = document_->mask(document_->appearance(edits.at(0)).mask).content;
+        const Art inside = document_->lastChild(content);
+        const Art group = document_->make(ArtKind::group, Placement::inFront, inside);
+        document_->reorder(inside, Placement::inside, group);
+        row.edit(edits, group, inside);
+        ASSERT_EQ(save(), 0U);
+        EXPECT_EQ(saved_.back().isNothing, row.isNothing);
+    }
+}
+
+TEST_F(LookPatchTest, StatesThatLaterOnesReplaceAreNotSetAgain) {
+    std::string content = "2 w ";
+    std::string states;
+    constexpr int count = 40;
+    for (int i = 0; i < count; ++i) {
+        const std::string name = "/G" + std::to_string(i);
+        content += name + " gs 1 0 0 rg 0 0 9 9 re f\n";
+        states +=
+            name + (i == 0 ? " << /LW 3 /CA .5 >>" : " << /ca ." + std::to_string(i + 10) + " >>");
+    }
+    openFile(
+        PdfBuilder::onePage(content, "/Resources << /ExtGState << " + states + " >> >>").bytes());
+    Artist edits = artist();
+    edits.raise(edits.at(count - 2), edits.at(count - 1));
+    expectSaved();
+    const std::string text = newContent();
+    const std::string behind = text.substr(text.find("/G39 gs"));
+    EXPECT_THAT(behind, HasSubstr("/G0 gs\n/G38 gs\n1 0 0 rg")) << "all that is left of the others";
+}
+
+TEST_F(LookPatchTest, ANewMaskMayHoldText) {
+    openLooks("0 0 99 99 re f");
+    const Art content = document_->makeArtwork();
+    const Art text = document_->make(ArtKind::text, Placement::inside, content);
+    TextLine line;
+    line.matrix = {fixedOne, 0, 0, fixedOne, 10 * fixedOne, 20 * fixedOne};
+    document_->setTextLine(text, line);
+    PathStyle painted;
+    painted.fillPaint = 1;
+    document_->addTextRun(text, {.font = document_->addFont({.family = "DejaVu Sans"}),
+                                 .size = 20 * fixedOne,
+                                 .text = "Seen",
+                                 .style = painted});
+    document_->setAppearance(artist().at(0), {.mask = document_->addMask({.content = content})});
+    ASSERT_NO_FATAL_FAILURE(expectKept("[( alpha)]"));
+    EXPECT_THAT(bytes(), HasSubstr("/FontFile"));
 }
 
 TEST_F(LookPatchTest, AMaskMovesOnlyWithItsObject) {

@@ -3,8 +3,11 @@
 
 #include "app/artwork/document.h"
 #include "tests/reader/art_text.h"
+#include "tests/reader/seen_text.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <vector>
@@ -19,6 +22,7 @@ struct SeenOutline {
 struct SeenClip {
     std::vector<SeenOutline> outlines;
     FillRule rule = FillRule::nonzero;
+    std::string letters; ///< of text
 };
 
 struct SeenPath {
@@ -63,6 +67,34 @@ inline Art frontPath(const Document& document, Art art) {
     return document.kind(art) == ArtKind::compound ? document.firstChild(art) : art;
 }
 
+/// Letters of text that clips, and about where they are.
+inline std::string clipLetters(const Document& document, Art clip) {
+    std::string letters;
+    const auto add = [&](Art text) {
+        walkLine(document, text, [&](const TextRun& run, std::size_t at, const RealMatrix& em) {
+            if (run.text[at] != ' ' && run.style.clip != 0) {
+                std::array<char, 96> place{};
+                std::snprintf(place.data(), place.size(), "%c%.0f,%.0f,%.0f ", run.text[at], em.tx,
+                              em.ty, em.a);
+                letters += place.data();
+            }
+        });
+    };
+    if (document.kind(clip) == ArtKind::text) {
+        add(clip);
+        return letters;
+    }
+    for (Art text = document.lastChild(clip); text != Art::null;
+         text = document.previousSibling(text)) {
+        add(text);
+    }
+    return letters;
+}
+
+inline bool isTextClip(const Document& document, Art clip) {
+    return document.kind(clip) == ArtKind::text || document.kind(clip) == ArtKind::group;
+}
+
 /// Lists what is painted within containers.
 class SeenList {
 public:
@@ -84,19 +116,20 @@ private:
         const bool isClip = document_.clipped(container) && first != Art::null;
         if (isClip) {
             clips.push_back(first);
+        }
+        if (isClip && isTextClip(document_, first)) {
+            around_.push_back({.outlines = {}, .letters = clipLetters(document_, first)});
+        } else if (isClip) {
             const PathStyle& style = document_.style(frontPath(document_, first));
-            around_.push_back({outlinesOf(document_, first), style.rule});
+            around_.push_back({outlinesOf(document_, first), style.rule, {}});
         }
         for (Art art = document_.lastChild(container); art != Art::null;
              art = document_.previousSibling(art)) {
-            if (document_.kind(art) == ArtKind::placed) {
+            if (document_.kind(art) == ArtKind::placed || (isClip && art == first)) {
                 continue;
             }
             if (document_.kind(art) == ArtKind::text) {
                 texts += document_.textRunCount(art);
-                continue;
-            }
-            if (isClip && art == first) {
                 continue;
             }
             document_.kind(art) == ArtKind::group ? list(art) : add(art);
@@ -119,7 +152,9 @@ private:
         for (const SeenClip& clip : around_) {
             if (!contains(clip, path)) {
                 path.clips.push_back(clip);
-                path.text += " clip " + pointText(clip.outlines[0].segments[0].anchor);
+                path.text += " clip " + (clip.letters.empty()
+                                             ? pointText(clip.outlines[0].segments[0].anchor)
+                                             : clip.letters);
             }
         }
         paths.push_back(std::move(path));
@@ -179,7 +214,8 @@ public:
         const bool closes = a.style.strokePaint == 0;
         return sameOutlines(a.outlines, b.outlines, closes) && sameStyle(a.style, b.style) &&
                std::ranges::equal(a.clips, b.clips, [&](const SeenClip& x, const SeenClip& y) {
-                   return x.rule == y.rule && sameOutlines(x.outlines, y.outlines, true);
+                   return x.rule == y.rule && x.letters == y.letters &&
+                          sameOutlines(x.outlines, y.outlines, true);
                });
     }
 

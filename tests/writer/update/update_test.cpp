@@ -100,7 +100,7 @@ TEST_F(SaveTest, ExtendedUpdate) {
                    "/LastModified (D:20261121090000Z)\n/PieceInfo <<\n/Corvane << "
                    "/LastModified (D:20261121090000Z) /Private <<\n/Origin <" +
                    origin +
-                   ">\n/Version 2 \n/Page #pagehere# /Content [ "
+                   ">\n/Version 3 \n/Page #pagehere# /Content [ "
                    "#contents# ]\n"
                    "/Base <<\n/Contents 4 0 R\n/MediaBox [ -5 0 100.5 200 ]\n"
                    "/CropBox [ -5 0 100.5 200 ]\n/Digest <" +

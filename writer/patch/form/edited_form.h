@@ -3,9 +3,9 @@
 #pragma once
 
 #include "host/matrix.h"
-#include "writer/patch/base_content.h"
-#include "writer/patch/edited_artwork.h"
-#include "writer/patch/matching.h"
+#include "writer/patch/base/base_content.h"
+#include "writer/patch/base/edited_artwork.h"
+#include "writer/patch/compare/matching.h"
 #include "writer/patch/patch_counts.h"
 
 #include <cstdint>

@@ -5,11 +5,12 @@
 #include "runtime/matrix.h"
 #include "writer/art/outline.h"
 #include "writer/art/style_works.h"
+#include "writer/art/text_clip.h"
 #include "writer/image/image_works.h"
-#include "writer/patch/clip_matching.h"
-#include "writer/patch/movement.h"
-#include "writer/patch/placed_image.h"
+#include "writer/patch/compare/clip_matching.h"
+#include "writer/patch/compare/movement.h"
 #include "writer/patch/text/text_run.h"
+#include "writer/patch/works/placed_image.h"
 
 #include <algorithm>
 #include <array>
@@ -52,6 +53,18 @@ bool isUnchanged(const EditedForm& form) {
     for (EditedIndex i = 0; i < form.inside.objects.size(); ++i) {
         const TraceIndex clip = base.trace.clipAround(base.trace.painted()[i].event);
         if (!isClippedAlike(base, form.inside, clips, clip, form.inside.objects[i])) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Whether all that the content paints is in the layers in which it was.
+bool hasSameLayers(const EditedForm& form) {
+    const std::span<const EditedObject> objects = form.inside.objects.items();
+    for (EditedIndex i = 0; form.base->layers.any() && i < objects.size(); ++i) {
+        const LayerChain now = form.inside.groups[objects[i].group].layers;
+        if (!form.base->layers.isAlike(form.base->trace.painted()[i].art, now)) {
             return false;
         }
     }
@@ -117,6 +130,26 @@ private:
                                                                 &Subpath::closed, &Subpath::closed);
     }
 
+    bool addClip(Art was, Art is) {
+        if (!isTextClip(was) && !isTextClip(is)) {
+            return addArt(was, is);
+        }
+        return isTextClip(was) && isTextClip(is) && addTextClip(was, is);
+    }
+
+    bool addTextClip(Art was, Art is) {
+        const ChargedList<Art> former = clipTexts(was);
+        const ChargedList<Art> texts = clipTexts(is);
+        if (!std::ranges::equal(former.items(), texts.items(), sameLetters)) {
+            return false;
+        }
+        for (std::size_t i = 0; i < texts.size(); ++i) {
+            addFrames(frameOf(former[i], runOf(former[i], 0), 0),
+                      frameOf(texts[i], runOf(texts[i], 0), 0), 1);
+        }
+        return true;
+    }
+
     void addFrames(const RealMatrix& was, const RealMatrix& is, double side) {
         for (const RealPoint& corner : {RealPoint{0, 0}, RealPoint{side, 0}, RealPoint{0, side}}) {
             from_.push(transform(was, corner));
@@ -166,7 +199,7 @@ private:
                 return compared_[group] == clip;
             }
             compared_[group] = clip;
-            if (!addArt(trace_.clip(clip).art, form_.inside.groups[group].clip)) {
+            if (!addClip(trace_.clip(clip).art, form_.inside.groups[group].clip)) {
                 return false;
             }
         }
@@ -214,7 +247,7 @@ void compareForm(EditedForm& form) {
     const Art box = form.base->form->box;
     const bool hasSameClips = (box == Art::null) == (form.clip == Art::null);
     form.isClipChanged = !hasSameClips || (box != Art::null && !sameClip(box, form.clip));
-    const bool holdsSame = isComplete(form) && !holdsWhole(form.inside);
+    const bool holdsSame = isComplete(form) && hasSameLayers(form) && !holdsWhole(form.inside);
     if (holdsSame && !form.isClipChanged && isUnchanged(form)) {
         return;
     }

@@ -3,7 +3,9 @@
 #include "output/primitives.h"
 #include "output/xref.h"
 #include "runtime/exception.h"
+#include "writer/page/needed_version.h"
 #include "writer/page/page_geometry.h"
+#include "writer/patch/base/content_resources.h"
 #include "writer/patch/form/form_box.h"
 
 #include <algorithm>
@@ -30,22 +32,12 @@ bool isAmong(const std::array<std::string_view, count>& keys, std::string_view k
     return std::ranges::find(keys, key) != keys.end();
 }
 
-/// The entries of the resources in which the content looks up names.
-std::vector<RawEntry> entriesOfResources(PageTools& tools, const BaseContent& content) {
-    const BaseContent* owner = &content;
-    while (owner->form != nullptr && !owner->form->hasResources) {
-        owner = owner->around;
-    }
-    if (owner->form == nullptr) {
-        return resourceEntries(tools.cache, tools.base);
-    }
-    for (const RawEntry& entry :
-         rawEntries(tools.cache, owner->form->object, owner->form->generation)) {
-        if (entry.key == "Resources") {
-            return rawEntries(tools.cache, entry);
-        }
-    }
-    return {};
+std::unique_ptr<ResourceRegistry> carriedResources(PageTools& tools, const BaseContent& content) {
+    auto resources = std::make_unique<ResourceRegistry>();
+    resources->avoidNames(tools.cache, streamsOf(content, tools.base),
+                          sharedObject(resourcesOf(content, tools.base)));
+    resources->carry(tools.cache, entriesOfResources(tools.cache, content, tools.base));
+    return resources;
 }
 
 void carryEntries(DocumentCache& cache, const EditedForm& form, FormObject& object) {
@@ -71,8 +63,7 @@ FormObject planForm(PageTools& tools, EditedForm& form) {
     if (former.object == 0) {
         failException(Exception::unpatchable);
     }
-    auto resources = std::make_unique<ResourceRegistry>();
-    resources->carry(tools.cache, entriesOfResources(tools, *form.base));
+    std::unique_ptr<ResourceRegistry> resources = carriedResources(tools, *form.base);
     const auto ofForm = std::make_unique<PatchTools>(tools, *form.base, *resources);
     FormObject object{.entries = {},
                       .box = {},
@@ -115,6 +106,7 @@ void writeForm(DocumentCache& cache, FormObject& form) {
         stringOutput(output, ">>\r");
     }
     if (form.compresses) {
+        needVersion(Feature::flate);
         stringOutput(output, "/Filter /FlateDecode\r");
     }
     finishPatched(cache, form.stream, form.patch.bytes.stream(0), form.compresses);

@@ -3,7 +3,7 @@
 #include "runtime/exception.h"
 #include "writer/art/space_works.h"
 #include "writer/art/style_works.h"
-#include "writer/patch/kept_works.h"
+#include "writer/patch/works/kept_works.h"
 
 #include <optional>
 

@@ -45,24 +45,40 @@ private:
 
 } // namespace
 
-std::optional<std::string> withoutActualText(std::string_view bytes) {
+namespace {
+
+/// The bytes with another text in the place of a piece of them.
+std::string replaced(std::string_view bytes, std::string_view piece, std::string_view text) {
+    const auto start = static_cast<std::size_t>(piece.data() - bytes.data());
+    return std::string(bytes.substr(0, start)) + std::string(text) +
+           std::string(bytes.substr(start + piece.size()));
+}
+
+} // namespace
+
+std::optional<std::string> withoutActualText(std::string_view bytes, PropertyLists& lists) {
     const std::vector<std::string_view> tokens = tokensOf(bytes);
+    // The operands in front of the keyword count, whatever stands before them.
+    if (tokens.size() >= 3 && tokens[tokens.size() - 2].starts_with('/')) {
+        const std::string_view name = tokens[tokens.size() - 2];
+        const auto copy = lists.withoutActualText(name.substr(1));
+        return copy ? std::optional(replaced(bytes, name, "/" + *copy)) : std::nullopt;
+    }
     int depth = 0;
     for (std::size_t i = 0; i + 1 < tokens.size(); ++i) {
         depth += tokens[i] == "<<" ? 2 : tokens[i] == ">" ? -1 : 0;
         const std::string_view value = tokens[i + 1];
         if (depth == 2 && isName(tokens[i], "ActualText") && value != "<<" &&
             (value.front() == '(' || value.front() == '<')) {
-            const auto start = static_cast<std::size_t>(tokens[i].data() - bytes.data());
-            const auto end = static_cast<std::size_t>(value.data() - bytes.data()) + value.size();
-            return std::string(bytes.substr(0, start)) + std::string(bytes.substr(end));
+            const auto end = static_cast<std::size_t>(value.data() - tokens[i].data());
+            return replaced(bytes, {tokens[i].data(), end + value.size()}, "");
         }
     }
     return std::nullopt;
 }
 
-void patchActualText(PatchTools& tools, const Matching& matching, const PaintOrder& order,
-                     std::vector<Patch>& patches) {
+void patchActualText(PatchTools& tools, PropertyLists& lists, const Matching& matching,
+                     const PaintOrder& order, std::vector<Patch>& patches) {
     const ContentTrace& trace = tools.trace;
     const Reader reader(trace, matching, order);
     std::vector<TraceIndex> changed;
@@ -90,7 +106,7 @@ void patchActualText(PatchTools& tools, const Matching& matching, const PaintOrd
         const TraceEvent& event = trace.events()[trace.mark(mark).event];
         std::string bytes;
         tools.bytes.append(bytes, {event.start, event.end});
-        if (std::optional<std::string> rest = withoutActualText(bytes)) {
+        if (std::optional<std::string> rest = withoutActualText(bytes, lists)) {
             patches.push_back({{event.start, event.end}, std::move(*rest)});
         }
     }

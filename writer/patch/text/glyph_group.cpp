@@ -1,8 +1,8 @@
 #include "writer/patch/text/glyph_group.h"
 
-#include "writer/patch/group_parts.h"
-#include "writer/patch/movement.h"
-#include "writer/patch/placed_image.h"
+#include "writer/patch/compare/group_parts.h"
+#include "writer/patch/compare/movement.h"
+#include "writer/patch/works/placed_image.h"
 
 #include <algorithm>
 #include <utility>

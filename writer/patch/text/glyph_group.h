@@ -1,7 +1,7 @@
 // Groups that glyph procedures drew: how an edited one differs from what the page shows.
 #pragma once
 
-#include "writer/patch/comparison.h"
+#include "writer/patch/compare/comparison.h"
 
 namespace corvane {
 

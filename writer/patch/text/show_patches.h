@@ -1,7 +1,7 @@
 // Patches where the page's text stands: what is gone leaves the way that it went.
 #pragma once
 
-#include "writer/patch/matching.h"
+#include "writer/patch/compare/matching.h"
 #include "writer/patch/paint_order.h"
 #include "writer/patch/patch.h"
 #include "writer/patch/patch_tools.h"

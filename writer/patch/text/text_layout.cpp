@@ -1,7 +1,7 @@
 #include "writer/patch/text/text_layout.h"
 
 #include "runtime/fixed.h"
-#include "writer/patch/matching.h"
+#include "writer/patch/compare/matching.h"
 #include "writer/patch/text/text_run.h"
 
 #include <optional>
@@ -18,46 +18,51 @@ public:
         : base_(base), artwork_(artwork), text_(text) {}
 
     void run() {
-        for (EditedIndex first = 0; first < artwork_.objects.size();) {
+        layOutAll(artwork_.objects);
+        layOutAll(artwork_.clipRuns);
+    }
+
+private:
+    void layOutAll(ChargedList<EditedObject>& objects) {
+        for (EditedIndex first = 0; first < objects.size();) {
             EditedIndex end = first + 1;
-            if (artwork_.objects[first].kind == ArtKind::text) {
-                const Art art = artwork_.objects[first].art;
-                while (end < artwork_.objects.size() && artwork_.objects[end].art == art) {
+            if (objects[first].kind == ArtKind::text) {
+                while (end < objects.size() && objects[end].art == objects[first].art) {
                     ++end;
                 }
-                layOut(first, end);
+                layOut(objects, first, end);
             }
             first = end;
         }
     }
 
-private:
-    void layOut(EditedIndex first, EditedIndex end) {
+    void layOut(ChargedList<EditedObject>& objects, EditedIndex first, EditedIndex end) {
         std::vector<LineRun> runs;
         bool isTyped = false;
         for (EditedIndex i = first; i < end; ++i) {
-            const EditedObject& object = artwork_.objects[i];
+            const EditedObject& object = objects[i];
             const TextRun run = runOf(object.art, object.run);
             runs.push_back({.run = run, .shownLength = shownLength(object, run)});
             isTyped = isTyped || runs.back().isTyped();
         }
-        const TextLine line = lineOf(artwork_.objects[first].art);
+        const TextLine line = lineOf(objects[first].art);
         if (!isTyped && line.anchor == TextAnchor::start && line.order == TextOrder::visual) {
-            placeShown(first, runs);
+            placeShown(objects, first, runs);
             return;
         }
         const SetText::Index set = text_.add(line, runs);
         for (EditedIndex i = first; i < end; ++i) {
             const EditedIndex run = set + (i - first);
-            artwork_.objects[i].start = text_.startOf(run);
-            artwork_.objects[i].set = runs[i - first].isTyped() ? run : notSet;
+            objects[i].start = text_.startOf(run);
+            objects[i].set = runs[i - first].isTyped() ? run : notSet;
         }
     }
 
-    void placeShown(EditedIndex first, std::span<const LineRun> runs) {
+    static void placeShown(ChargedList<EditedObject>& objects, EditedIndex first,
+                           std::span<const LineRun> runs) {
         double pen = 0;
         for (const LineRun& run : runs) {
-            artwork_.objects[first++].start = pen;
+            objects[first++].start = pen;
             pen += *run.shownLength;
         }
     }

@@ -3,6 +3,7 @@
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
 #include "runtime/fixed.h"
+#include "writer/art/text_clip.h"
 
 #include <algorithm>
 #include <cmath>
@@ -38,6 +39,13 @@ bool sameLetters(const TextRun& a, const TextRun& b) {
     return a.text == b.text && a.font == b.font && samePieces(a, b) &&
            isNear(inEms(a.spacing, a), inEms(b.spacing, b), shiftRoom) &&
            isNear(inEms(a.rise, a), inEms(b.rise, b), shiftRoom);
+}
+
+/// Of the paints that are used; half a level of 255 is not seen.
+bool sameOpacities(const TextRun& a, const TextRun& b) {
+    constexpr double room = 1.0 / 512;
+    return (b.style.fillPaint == 0 || isNear(a.fillOpacity, b.fillOpacity, room)) &&
+           (b.style.strokePaint == 0 || isNear(a.strokeOpacity, b.strokeOpacity, room));
 }
 
 /// Whether letters stand otherwise than one behind the other.
@@ -93,20 +101,57 @@ ArtDifference compareText(const BaseContent& base, const PaintedArt& was, const 
     return difference;
 }
 
-bool sameText(Art was, Art is, PaintComparison& paints) {
+namespace {
+
+std::int32_t countRuns(Art text) {
     std::int32_t count = 0;
-    std::int32_t runs = 0;
-    callHost(slot::getTextRunCount, was, &count);
-    callHost(slot::getTextRunCount, is, &runs);
-    bool isSame = count == runs && !movesLetters(lineOf(is));
+    callHost(slot::getTextRunCount, text, &count);
+    return count;
+}
+
+/// Whether lines have the same letters in the same places, the first one moved so, in paints that
+/// `samePaint` takes for the same.
+template <class SamePaint>
+bool sameLine(Art was, Art is, const SamePaint& samePaint, const RealMatrix& movement = {}) {
+    const std::int32_t count = countRuns(was);
+    bool isSame = count == countRuns(is) && !movesLetters(lineOf(is));
     for (std::int32_t i = 0; isSame && i < count; ++i) {
         const TextRun former = runOf(was, i);
         const TextRun run = runOf(is, i);
-        isSame = sameLetters(former, run) &&
-                 !compareStyles(former.style, run.style, paints).any() &&
-                 sameFrame(frameOf(was, former, 0), frameOf(is, run, 0));
+        isSame = sameLetters(former, run) && samePaint(former, run) &&
+                 sameFrame(multiply(frameOf(was, former, 0), movement), frameOf(is, run, 0));
     }
     return isSame;
+}
+
+} // namespace
+
+bool sameLetters(Art was, Art is) {
+    const std::int32_t count = countRuns(was);
+    bool isSame = count == countRuns(is);
+    for (std::int32_t i = 0; isSame && i < count; ++i) {
+        isSame = sameLetters(runOf(was, i), runOf(is, i));
+    }
+    return isSame;
+}
+
+bool sameTextClip(Art was, Art is) {
+    const ChargedList<Art> former = clipTexts(was);
+    const ChargedList<Art> texts = clipTexts(is);
+    const auto clipsAlike = [](const TextRun& a, const TextRun& b) {
+        return a.style.clip == b.style.clip;
+    };
+    return std::ranges::equal(former.items(), texts.items(), [&](Art a, Art b) {
+        return lineOf(b).anchor == TextAnchor::start && sameLine(a, b, clipsAlike);
+    });
+}
+
+bool sameText(Art was, Art is, PaintComparison& paints, const RealMatrix& movement) {
+    const auto moved = [&] { return std::optional(movement); };
+    const auto paintedAlike = [&](const TextRun& a, const TextRun& b) {
+        return sameOpacities(a, b) && !compareStyles(a.style, b.style, paints, moved).any();
+    };
+    return sameLine(was, is, paintedAlike, movement);
 }
 
 RealMatrix movementOfText(const BaseContent& base, const PaintedArt& was, const EditedObject& is) {

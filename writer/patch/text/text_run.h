@@ -3,9 +3,9 @@
 
 #include "host/matrix.h"
 #include "host/text.h"
-#include "writer/patch/base_content.h"
-#include "writer/patch/comparison.h"
-#include "writer/patch/edited_artwork.h"
+#include "writer/patch/base/base_content.h"
+#include "writer/patch/base/edited_artwork.h"
+#include "writer/patch/compare/comparison.h"
 
 namespace corvane {
 
@@ -24,8 +24,15 @@ RealMatrix frameOfPage(const BaseContent& base, const PaintedArt& was);
 /// How what the page shows and a run of the artwork differ.
 ArtDifference compareText(const BaseContent& base, const PaintedArt& was, const EditedObject& is);
 
-/// Whether two text objects show the same letters in the same places.
-bool sameText(Art was, Art is, PaintComparison& paints);
+/// Whether two text objects have the same letters, wherever those stand.
+bool sameLetters(Art was, Art is);
+
+/// Whether two clips that are text let through the same.
+bool sameTextClip(Art was, Art is);
+
+/// Whether two text objects show the same letters in the same places and paints, the first one
+/// moved so on the artboard.
+bool sameText(Art was, Art is, PaintComparison& paints, const RealMatrix& movement = {});
 
 /// By how much the page's text moves, turns and grows to lie where the run of the artwork does.
 /// Raises `unpatchable` where the page's frame has no inverse, or it is not known where the run

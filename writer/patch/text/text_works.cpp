@@ -5,9 +5,9 @@
 #include "writer/art/color_works.h"
 #include "writer/art/path_works.h"
 #include "writer/art/style_works.h"
-#include "writer/patch/changed_works.h"
 #include "writer/patch/text/show_bytes.h"
 #include "writer/patch/text/text_run.h"
+#include "writer/patch/works/changed_works.h"
 #include "writer/text/text_state.h"
 
 #include <string>
@@ -56,12 +56,15 @@ void movedWorks(PatchTools& tools, const PaintedArt& was, std::int32_t mode,
     ownBytesWorks(tools, was);
 }
 
-/// Letters that are typed.
-void typedWorks(PatchTools& tools, const EditedObject& is, const RealMatrix& back) {
+/// Letters that are typed. Those of an object never clip.
+void typedWorks(PatchTools& tools, const EditedObject& is, const RealMatrix& back,
+                bool isClip = false) {
     if (is.set == notSet) {
         failException(Exception::unpatchable); // its source is another one than its letters were
     }
-    tools.ofPage.setText.write(tools.walk, is.set, runOf(is.art, is.run), back, tools.fontNames);
+    TextRun run = runOf(is.art, is.run);
+    run.style.clip = isClip ? run.style.clip : 0;
+    tools.ofPage.setText.write(tools.walk, is.set, run, back, tools.fontNames);
 }
 
 } // namespace
@@ -96,6 +99,16 @@ void lettersWorks(PatchTools& tools, const BaseContent& base, const PaintedArt& 
         const RealMatrix movement = difference.place ? movementOfText(base, was, is) : RealMatrix();
         movedWorks(tools, was, textModeOf(runOf(is.art, is.run).style), movement, *back);
     }
+}
+
+void textClipWorks(PatchTools& tools, const EditedArtwork& artwork, const EditedGroup& group) {
+    Walk& walk = tools.walk;
+    walk.text.add("BT\n");
+    for (EditedIndex run = group.firstRun; run < group.endRun; ++run) {
+        typedWorks(tools, artwork.clipRuns[run], RealMatrix(), true);
+    }
+    walk.text.add("ET\n");
+    textStateWorks(walk, {}); // forms begin with the state in force
 }
 
 void movedGlyphsWorks(PatchTools& tools, const PaintedArt& was, const RealMatrix& movement) {

@@ -1,8 +1,8 @@
 // Runs of text that are written apart: moved, painted otherwise, typed anew, new.
 #pragma once
 
-#include "writer/patch/comparison.h"
-#include "writer/patch/edited_artwork.h"
+#include "writer/patch/base/edited_artwork.h"
+#include "writer/patch/compare/comparison.h"
 #include "writer/patch/patch_tools.h"
 
 namespace corvane {
@@ -18,6 +18,9 @@ void sourcedTextWorks(PatchTools& tools, const BaseContent& base, const PaintedA
 
 /// Writes text that the page does not have, in the space of the artboard. Raises as above.
 void newTextWorks(PatchTools& tools, const EditedObject& is);
+
+/// Clips with the text that is the clip of a group, in the space of the artboard. Raises as above.
+void textClipWorks(PatchTools& tools, const EditedArtwork& artwork, const EditedGroup& group);
 
 /// Shows again what glyph procedures drew, moved on the artboard; the CTM must have an inverse.
 void movedGlyphsWorks(PatchTools& tools, const PaintedArt& was, const RealMatrix& movement);

@@ -2,6 +2,7 @@
 
 #include "app/svg/read/style/cascade.h"
 #include "app/svg/read/style/css_colour.h"
+#include "app/svg/read/style/property_values.h"
 #include "app/svg/read/values/transform.h"
 #include "host/matrix.h"
 

@@ -15,23 +15,17 @@ public:
     explicit PaintReader(ReadingContext& context) : context_(context) {}
 
     /// Gives `path` the gradients and patterns that `style` names. Where there is none of that id,
-    /// it gets the fallback, and that is counted.
-    void paint(PathStyle& path, const ComputedStyle& style, const PaintUse& use);
+    /// it gets the fallback; that is counted where there is none. `around` is what bears or uses
+    /// the path: its paints are fitted to that.
+    void paint(PathStyle& path, const ComputedStyle& style, const PaintUse& use,
+               const PaintUse& around);
 
 private:
-    struct Known {
-        RealMatrix toArt;
-        Viewport viewport;
-        PaintSource source = PaintSource::null;
-    };
-
     void paint(std::uint8_t& painted, Colour& colour, const PaintValue& value, const PaintUse& use);
-    PaintSource resolve(pugi::xml_node server, Element element, const PaintUse& use);
-    PaintSource gradient(pugi::xml_node server, const PaintUse& use, bool& fitsBox);
+    std::optional<PaintSource> resolve(pugi::xml_node server, Element element, const PaintUse& use);
+    std::optional<PaintSource> gradient(pugi::xml_node server, const PaintUse& use, bool& fitsBox);
 
     ReadingContext& context_;
-    /// The latest use of a server, by its node: most are used from one user space.
-    std::unordered_map<std::size_t, Known> known_;
     std::unordered_map<std::size_t, std::vector<GradientStop>> stops_;
 };
 

@@ -116,8 +116,8 @@ std::vector<double> hiddenDashes(std::string_view text) {
 
 void setStroke(PathStyle& path, const ComputedStyle& style, const Attributes& attributes,
                const RealMatrix& toArt, ReadingContext& context) {
-    const double stretch = meanStretch(toArt);
-    if (!(unevenness(toArt) <= tolerableUnevenness)) {
+    const double stretch = style.keepsWidth ? context.pixel : meanStretch(toArt);
+    if (!style.keepsWidth && !(unevenness(toArt) <= tolerableUnevenness)) {
         context.tally.add("stroke under a skew");
     }
     path.stroke = style.strokeTwin.resolve(style.stroke.colour, context.document);

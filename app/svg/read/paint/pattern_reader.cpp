@@ -43,20 +43,6 @@ RealMatrix patternMatrix(const RealMatrix& written, const PageTurn& page) {
     return matrix;
 }
 
-/// Keeps count of the patterns whose tiles are being read.
-class ActivePattern {
-public:
-    ActivePattern(std::vector<pugi::xml_node>& active, pugi::xml_node pattern) : active_(active) {
-        active_.push_back(pattern);
-    }
-    ActivePattern(const ActivePattern&) = delete;
-    ActivePattern& operator=(const ActivePattern&) = delete;
-    ~ActivePattern() { active_.pop_back(); }
-
-private:
-    std::vector<pugi::xml_node>& active_;
-};
-
 class PatternReader {
 public:
     PatternReader(const std::vector<Attributes>& inherited, const PaintUse& use,
@@ -181,13 +167,12 @@ PaintSource PatternReader::read(const std::vector<pugi::xml_node>& elements) {
 
 PaintSource readPattern(pugi::xml_node server, const PaintUse& use, ReadingContext& context,
                         bool& fitsBox) {
-    if (std::ranges::find(context.activePatterns, server) != context.activePatterns.end() ||
-        context.activePatterns.size() == context.budget.references) {
+    if (!context.mayEnter(server)) {
         context.tally.add("circular reference");
         return PaintSource::null;
     }
     context.expand(patternCost);
-    const ActivePattern active(context.activePatterns, server);
+    const ActiveElement active(context, server);
     std::vector<pugi::xml_node> elements;
     const std::vector<Attributes> inherited = inheritedAttributes(server, context, elements);
     PatternReader reader(inherited, use, context);

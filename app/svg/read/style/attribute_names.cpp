@@ -2,6 +2,10 @@
 
 #include "app/svg/read/style/name_table.h"
 
+#include <algorithm>
+#include <string>
+#include <utility>
+
 namespace corvane {
 
 namespace {
@@ -72,6 +76,12 @@ constexpr std::array<std::string_view, attributeCount> names{
     "isolation",
     "paint-order",
     "vector-effect",
+    "color-interpolation",
+    "transform",
+    "transform-origin",
+    "transform-box",
+    "background",
+    "background-color",
     "image-rendering",
     "image-orientation",
     "id",
@@ -87,7 +97,6 @@ constexpr std::array<std::string_view, attributeCount> names{
     "path",
     "class",
     "style",
-    "transform",
     "x",
     "y",
     "width",
@@ -105,6 +114,12 @@ constexpr std::array<std::string_view, attributeCount> names{
     "d",
     "href",
     "viewBox",
+    "refX",
+    "refY",
+    "markerWidth",
+    "markerHeight",
+    "markerUnits",
+    "orient",
     "preserveAspectRatio",
     "clipPathUnits",
     "maskUnits",
@@ -124,6 +139,8 @@ constexpr std::array<std::string_view, attributeCount> names{
     "sodipodi:insensitive",
     "requiredExtensions",
     "systemLanguage",
+    "type",
+    "media",
     "data-producer",
     "data-file",
     "data-page",
@@ -147,12 +164,15 @@ constexpr std::array<std::string_view, attributeCount> names{
     "data-source",
     "data-form",
     "data-layer",
+    "data-layer-name",
+    "data-layer-state",
     "data-annotations",
     "data-exact",
     "data-dx",
     "data-image",
     "data-epsf",
     "data-kept",
+    "data-image-rendering",
     "data-compound",
     "data-column",
     "data-guide",
@@ -194,6 +214,38 @@ Attribute attributeByName(std::string_view name) {
         return Attribute::href;
     }
     return static_cast<Attribute>(table.find(name, attributeCount));
+}
+
+Attribute propertyByName(std::string_view name) {
+    const Attribute known = attributeByName(name);
+    const auto isCapital = [](char c) { return c >= 'A' && c <= 'Z'; };
+    if (known != Attribute::unknown || std::ranges::none_of(name, isCapital)) {
+        return known;
+    }
+    std::string small(name);
+    for (char& c : small) {
+        c = isCapital(c) ? static_cast<char>(c - 'A' + 'a') : c;
+    }
+    return attributeByName(small);
+}
+
+std::string_view unreadProperty(std::string_view name) {
+    constexpr auto unread = std::to_array<std::pair<std::string_view, std::string_view>>({
+        {"rotate", "transform"},
+        {"scale", "transform"},
+        {"translate", "transform"},
+        {"offset-path", "transform"},
+        {"zoom", "transform"},
+        {"all", "all"},
+        {"text-shadow", "text-shadow"},
+        {"background-image", "background"},
+        {"mask-image", "mask"},
+        {"-webkit-mask", "mask"},
+        {"backdrop-filter", "filter"},
+    });
+    const auto found =
+        std::ranges::find(unread, name, &std::pair<std::string_view, std::string_view>::first);
+    return found == unread.end() ? std::string_view{} : found->second;
 }
 
 } // namespace corvane

@@ -73,6 +73,12 @@ enum class Attribute : std::uint8_t {
     isolation,
     paintOrder,
     vectorEffect,
+    colorInterpolation,
+    transform,
+    transformOrigin,
+    transformBox,
+    background,
+    backgroundColor,
     imageRendering,
     imageOrientation,
     // Attributes only.
@@ -89,7 +95,6 @@ enum class Attribute : std::uint8_t {
     path,
     class_,
     style,
-    transform,
     x,
     y,
     width,
@@ -107,6 +112,12 @@ enum class Attribute : std::uint8_t {
     d,
     href,
     viewBox,
+    refX,
+    refY,
+    markerWidth,
+    markerHeight,
+    markerUnits,
+    orient,
     preserveAspectRatio,
     clipPathUnits,
     maskUnits,
@@ -126,6 +137,8 @@ enum class Attribute : std::uint8_t {
     sodipodiInsensitive,
     requiredExtensions,
     systemLanguage,
+    type,
+    media,
     dataProducer,
     dataFile,
     dataPage,
@@ -149,12 +162,15 @@ enum class Attribute : std::uint8_t {
     dataSource,
     dataForm,
     dataLayer,
+    dataLayerName,
+    dataLayerState,
     dataAnnotations,
     dataExact,
     dataDx,
     dataImage,
     dataEpsf,
     dataKept,
+    dataImageRendering,
     dataCompound,
     dataColumn,
     dataGuide,
@@ -192,10 +208,17 @@ inline constexpr std::size_t attributeCount = static_cast<std::size_t>(Attribute
 
 /// Properties of place and form, which style sheets may set in SVG 2 but not in SVG 1.1.
 constexpr bool isGeometry(Attribute name) {
-    return (name >= Attribute::transform && name <= Attribute::r) || name == Attribute::d;
+    return (name >= Attribute::x && name <= Attribute::r) || name == Attribute::d;
 }
 
 /// The attribute of that name; `xlink:href` is `href`.
 Attribute attributeByName(std::string_view name);
+
+/// The same of a name in CSS, which may be in capitals.
+Attribute propertyByName(std::string_view name);
+
+/// What is counted where CSS says a property that no attribute has and that changes what is seen;
+/// empty for all others.
+std::string_view unreadProperty(std::string_view name);
 
 } // namespace corvane

@@ -15,10 +15,15 @@ Declared cascade(pugi::xml_node element, const Attributes& attributes, ReadingCo
 /// and counts them.
 void settleLook(ComputedStyle& style, ReadingContext& context);
 
-/// The style of an element within `outer`.
+/// The style of an element within `outer`; one that is not meant for this program is not
+/// displayed.
 ComputedStyle styleOf(pugi::xml_node element, const Attributes& attributes,
                       const ComputedStyle& outer, const Viewport& viewport,
                       ReadingContext& context);
+
+/// `outer` with the element's own transform. A wrong one is counted and does nothing.
+RealMatrix transformed(const RealMatrix& outer, const ComputedStyle& style,
+                       const LengthContext& lengths, ReadingContext& context);
 
 /// `outer` with the transform in one of the element's attributes. A wrong one is counted and does
 /// nothing.

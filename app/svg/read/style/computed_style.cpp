@@ -3,32 +3,25 @@
 #include "app/svg/appearance_attributes.h"
 #include "app/svg/read/style/css_colour.h"
 #include "app/svg/read/style/font_style.h"
+#include "app/svg/read/style/property_values.h"
 #include "app/svg/read/style/text_style.h"
 #include "app/svg/read/values/number.h"
 
 #include <algorithm>
 #include <array>
+#include <initializer_list>
 
 namespace corvane {
 
 namespace {
 
-std::string_view withoutQuotes(std::string_view text) {
-    text = trimmed(text);
-    if (text.size() >= 2 && (text.front() == '"' || text.front() == '\'') &&
-        text.front() == text.back()) {
-        text = trimmed(text.substr(1, text.size() - 2));
-    }
-    return text;
-}
-
 /// Reads what declarations say into one element's style.
 class StyleReader {
 public:
     StyleReader(ComputedStyle& style, const Declared& declared, const LengthContext& lengths,
-                Tally& tally, bool isTransfer)
+                Tally& tally, const Attributes& attributes)
         : style_(style), declared_(declared), lengths_(lengths), tally_(tally),
-          isTransfer_(isTransfer) {}
+          attributes_(attributes) {}
 
     void read();
 
@@ -40,6 +33,9 @@ private:
     void readDashes();
     void readClip();
     void readAppearance();
+    void readTransform();
+    void readCoats();
+    void readMarkers();
     std::string_view parseReference(std::string_view text, std::string_view kind);
     void readImages();
     void countIgnored();
@@ -50,7 +46,7 @@ private:
         if (!declared_.has(property)) {
             return;
         }
-        const std::string_view text = trimmed(declared_[property]);
+        const std::string_view text = withoutKeywords(property, trimmed(declared_[property]));
         if (text != "inherit") {
             use(text);
         }
@@ -60,9 +56,18 @@ private:
             into = parseLength(text, Axis::other, lengths_).value_or(into);
         });
     }
-    void readRule(Attribute property, FillRule& into) {
+    /// Calls `use(place)` with the place of a property's word in a list, if it is there.
+    template <class Use>
+    void withKeyword(Attribute property, std::initializer_list<std::string_view> list, Use use) {
         with(property, [&](std::string_view text) {
-            into = text == "evenodd" ? FillRule::evenOdd : FillRule::nonzero;
+            if (const auto place = keywordIn(text, list)) {
+                use(*place);
+            }
+        });
+    }
+    void readRule(Attribute property, FillRule& into) {
+        withKeyword(property, {"nonzero", "evenodd"}, [&](std::size_t place) {
+            into = place == 1 ? FillRule::evenOdd : FillRule::nonzero;
         });
     }
 
@@ -70,12 +75,12 @@ private:
     const Declared& declared_;
     LengthContext lengths_;
     Tally& tally_;
-    bool isTransfer_;
+    const Attributes& attributes_;
 };
 
 PaintValue StyleReader::parsePaint(std::string_view text, const PaintValue& outer) {
     PaintValue paint;
-    if (text == "none") {
+    if (isWord(text, "none")) {
         return paint;
     }
     if (isCurrentColour(text)) {
@@ -88,6 +93,7 @@ PaintValue StyleReader::parsePaint(std::string_view text, const PaintValue& oute
         const auto reference = localReference(text, &fallback);
         if (!fallback.empty() && !fallback.starts_with("url(")) {
             paint = parsePaint(fallback, paint);
+            paint.saysFallback = true;
         }
         if (reference) {
             paint.fallsBack = paint.kind == PaintValue::Kind::colour;
@@ -99,6 +105,8 @@ PaintValue StyleReader::parsePaint(std::string_view text, const PaintValue& oute
         return paint;
     }
     if (text.starts_with("context-")) {
+        paint.context =
+            text == "context-stroke" ? PaintValue::Context::stroke : PaintValue::Context::fill;
         return paint;
     }
     const std::optional<CssColour> colour = parseColour(text);
@@ -116,6 +124,7 @@ void StyleReader::readPaints() {
     with(Attribute::color, [&](std::string_view text) {
         if (const auto colour = parseColour(text)) {
             style_.colour = colour->screen;
+            style_.colourAlpha = colour->alpha;
         }
     });
     style_.saysFill = declared_.has(Attribute::fill);
@@ -125,13 +134,16 @@ void StyleReader::readPaints() {
     with(Attribute::stroke,
          [&](std::string_view text) { style_.stroke = parsePaint(text, style_.stroke); });
     for (PaintValue* const paint : {&style_.fill, &style_.stroke}) {
-        paint->colour = paint->isCurrent ? style_.colour : paint->colour;
+        if (paint->isCurrent) {
+            paint->colour = style_.colour;
+            paint->alpha = style_.colourAlpha;
+        }
     }
 }
 
 void StyleReader::readDashes() {
     with(Attribute::strokeDasharray, [&](std::string_view text) {
-        style_.dashes = text == "none" ? std::string_view{} : text;
+        style_.dashes = isWord(text, "none") ? std::string_view{} : text;
         style_.viewport = lengths_.viewport;
     });
     readLength(Attribute::strokeDashoffset, style_.dashOffset);
@@ -144,12 +156,10 @@ void StyleReader::readStroke() {
             style_.strokeWidth = *width;
         }
     });
-    with(Attribute::strokeLinecap, [&](std::string_view text) {
-        style_.cap = text == "round" ? 1 : text == "square" ? 2 : 0;
-    });
-    with(Attribute::strokeLinejoin, [&](std::string_view text) {
-        style_.join = text == "round" ? 1 : text == "bevel" ? 2 : 0;
-    });
+    withKeyword(Attribute::strokeLinecap, {"butt", "round", "square"},
+                [&](std::size_t place) { style_.cap = static_cast<std::int32_t>(place); });
+    withKeyword(Attribute::strokeLinejoin, {"miter", "round", "bevel"},
+                [&](std::size_t place) { style_.join = static_cast<std::int32_t>(place); });
     with(Attribute::strokeMiterlimit, [&](std::string_view text) {
         double limit = 0;
         if (TextCursor(text).number(limit) && limit >= 1) {
@@ -175,7 +185,7 @@ void StyleReader::readOpacities() {
 
 /// The id that a property of that name refers to; counts what leads nowhere.
 std::string_view StyleReader::parseReference(std::string_view text, std::string_view kind) {
-    if (text == "none") {
+    if (isWord(text, "none")) {
         return {};
     }
     const auto reference = localReference(text);
@@ -215,31 +225,73 @@ void StyleReader::readImages() {
          [&](std::string_view text) { style_.turnsImages = text != "none"; });
 }
 
-void StyleReader::countIgnored() {
-    struct Ignored {
-        Attribute property;
-        std::string_view kind;
-        std::string_view harmless;
+void StyleReader::readTransform() {
+    const auto isCss = [&](Attribute property) {
+        return declared_[property].data() != attributes_[property].data();
     };
-    constexpr auto ignored = std::to_array<Ignored>({
-        {Attribute::filter, "filter", "none"},
-        {Attribute::marker, "marker", "none"},
-        {Attribute::markerStart, "marker", "none"},
-        {Attribute::markerMid, "marker", "none"},
-        {Attribute::markerEnd, "marker", "none"},
-        {Attribute::paintOrder, "paint-order", "normal"},
-        {Attribute::vectorEffect, "vector-effect", "none"},
+    with(Attribute::transform, [&](std::string_view text) {
+        style_.transform.functions = isWord(text, "none") ? std::string_view{} : text;
+        style_.transform.isCss = isCss(Attribute::transform);
     });
-    for (const Ignored& entry : ignored) {
-        with(entry.property, [&](std::string_view text) {
-            if (entry.property == Attribute::filter && isTransfer_) {
-                return; // a part of a mask of ours
+    with(Attribute::transformOrigin, [&](std::string_view text) {
+        style_.transform.origin = text;
+        style_.transform.originIsCss = isCss(Attribute::transformOrigin);
+    });
+    with(Attribute::transformBox, [&](std::string_view text) {
+        if (!isWord(text, "view-box")) {
+            tally_.add("transform-box");
+        }
+    });
+}
+
+/// What is not said follows what is, in the usual order.
+void StyleReader::readCoats() {
+    with(Attribute::paintOrder, [&](std::string_view text) {
+        std::array<Coat, 3> coats = usualCoats;
+        std::size_t count = 0;
+        TextCursor cursor(text);
+        for (cursor.skipBlanks(); !cursor.atEnd() && count < coats.size(); cursor.skipBlanks()) {
+            const auto coat = keywordIn(cursor.takeLetters(), {"fill", "stroke", "markers"});
+            if (!coat) {
+                break;
             }
-            if (text != entry.harmless && !text.starts_with("fill stroke markers")) {
-                tally_.add(entry.kind);
+            const auto said = std::find(coats.begin() + count, coats.end(), usualCoats[*coat]);
+            if (said != coats.end()) {
+                std::rotate(coats.begin() + count++, said, said + 1);
+            }
+        }
+        style_.coats = coats;
+    });
+}
+
+void StyleReader::readMarkers() {
+    const auto read = [&](Attribute property, std::initializer_list<std::string_view*> into) {
+        with(property, [&](std::string_view text) {
+            const std::string_view id = parseReference(text, "marker");
+            for (std::string_view* const marker : into) {
+                *marker = id;
             }
         });
-    }
+    };
+    read(Attribute::marker, {&style_.markerStart, &style_.markerMid, &style_.markerEnd});
+    read(Attribute::markerStart, {&style_.markerStart});
+    read(Attribute::markerMid, {&style_.markerMid});
+    read(Attribute::markerEnd, {&style_.markerEnd});
+}
+
+void StyleReader::countIgnored() {
+    const bool isTransfer = attributes_.has(Attribute::dataTransfer); // a part of a mask of ours
+    with(Attribute::filter, [&](std::string_view text) {
+        if (!isTransfer && !isWord(text, "none")) {
+            tally_.add("filter");
+        }
+    });
+    with(Attribute::vectorEffect, [&](std::string_view text) {
+        style_.keepsWidth = text == "non-scaling-stroke";
+        if (!style_.keepsWidth && !isWord(text, "none")) {
+            tally_.add("vector-effect");
+        }
+    });
 }
 
 void StyleReader::read() {
@@ -250,65 +302,76 @@ void StyleReader::read() {
     readStroke();
     readOpacities();
     readAppearance();
+    readTransform();
+    readCoats();
+    readMarkers();
     readRule(Attribute::fillRule, style_.fillRule);
     readRule(Attribute::clipRule, style_.clipRule);
     readImages();
-    with(Attribute::visibility, [&](std::string_view text) { style_.visible = text == "visible"; });
-    with(Attribute::display, [&](std::string_view text) { style_.displayed = text != "none"; });
-    with(Attribute::overflow,
-         [&](std::string_view text) { style_.overflows = text == "visible" || text == "auto"; });
+    withKeyword(Attribute::visibility, {"visible", "hidden", "collapse"},
+                [&](std::size_t place) { style_.visible = place == 0; });
+    with(Attribute::display,
+         [&](std::string_view text) { style_.displayed = !isWord(text, "none"); });
+    with(Attribute::overflow, [&](std::string_view text) {
+        style_.overflows = keywordIn(text, {"visible", "auto"}).has_value();
+    });
+    with(Attribute::colorInterpolation,
+         [&](std::string_view text) { style_.linearLight = isWord(text, "linearrgb"); });
+    const auto readBackground = [&](std::string_view text) { style_.background = text; };
+    with(Attribute::background, readBackground);
+    with(Attribute::backgroundColor, readBackground);
     readClip();
     countIgnored();
 }
 
+/// Takes what an element does not inherit from `outer` out of its style, but for what it says it
+/// inherits all the same.
+void dropOwn(ComputedStyle& style, const ComputedStyle& outer, const Declared& declared) {
+    const auto inherits = [&](Attribute property) {
+        return declared.has(property) && isWord(trimmed(declared[property]), "inherit");
+    };
+    style.displayed = true;
+    style.saysFill = style.saysStroke = false;
+    style.bidi = Bidi::none;
+    style.flow = {};
+    style.background = {};
+    style.overflows = inherits(Attribute::overflow) && outer.overflows;
+    style.baselineShift = inherits(Attribute::baselineShift) ? outer.baselineShift : 0;
+    style.keepsWidth = inherits(Attribute::vectorEffect) && outer.keepsWidth;
+    style.masksByAlpha = inherits(Attribute::maskType) && outer.masksByAlpha;
+    style.transform = {};
+    if (inherits(Attribute::transform)) {
+        style.transform.functions = outer.transform.functions;
+        style.transform.isCss = outer.transform.isCss;
+    }
+    if (inherits(Attribute::transformOrigin)) {
+        style.transform.origin = outer.transform.origin;
+        style.transform.originIsCss = outer.transform.originIsCss;
+    }
+    style.clipPath = inherits(Attribute::clipPath) ? outer.clipPath : std::string_view{};
+    style.mask = inherits(Attribute::mask) ? outer.mask : std::string_view{};
+    style.appearance = {};
+    if (inherits(Attribute::opacity)) {
+        style.appearance.opacity = outer.appearance.opacity;
+    }
+    if (inherits(Attribute::mixBlendMode)) {
+        style.appearance.blend = outer.appearance.blend;
+    }
+    style.appearance.isIsolated = inherits(Attribute::isolation) && outer.appearance.isIsolated;
+}
+
 } // namespace
-
-std::optional<std::string_view> localReference(std::string_view text, std::string_view* rest) {
-    TextCursor cursor(text);
-    cursor.skipBlanks();
-    if (!cursor.rest().starts_with("url(")) {
-        return std::nullopt;
-    }
-    cursor.takeUntil('(');
-    const std::string_view reference = withoutQuotes(takeOutsideBrackets(cursor, ')'));
-    if (rest != nullptr) {
-        *rest = trimmed(cursor.rest());
-    }
-    if (!reference.starts_with('#')) {
-        return std::nullopt;
-    }
-    return reference.substr(1);
-}
-
-std::optional<double> parseOpacity(std::string_view text) {
-    TextCursor cursor(text);
-    cursor.skipBlanks();
-    double value = 0;
-    if (!cursor.number(value)) {
-        return std::nullopt;
-    }
-    return std::clamp(cursor.take('%') ? value / 100 : value, 0.0, 1.0);
-}
 
 ComputedStyle computeStyle(const ComputedStyle& outer, const Declared& declared,
                            const Attributes& attributes, const Viewport& viewport, Tally& tally) {
     ComputedStyle style = outer;
-    style.displayed = true;
-    style.overflows = false;
-    style.saysFill = style.saysStroke = false;
-    style.baselineShift = 0;
-    style.bidi = Bidi::none;
-    style.flow = {};
+    dropOwn(style, outer, declared);
     if (attributes.has(Attribute::xmlSpace)) {
         style.keepsBlanks = attributes[Attribute::xmlSpace] == "preserve";
         style.keepsLines = false;
     }
-    style.clipPath = style.mask = {};
-    style.appearance = {};
-    style.masksByAlpha = false;
     if (declared.any()) {
-        const bool isTransfer = attributes.has(Attribute::dataTransfer);
-        StyleReader(style, declared, {viewport, outer.fontSize}, tally, isTransfer).read();
+        StyleReader(style, declared, {viewport, outer.fontSize}, tally, attributes).read();
     }
     if (const auto twin = fillTwin(attributes)) {
         style.fillTwin = *twin;

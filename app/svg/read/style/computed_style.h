@@ -12,6 +12,7 @@
 #include "host/artwork.h"
 #include "host/text.h"
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -22,12 +23,28 @@ namespace corvane {
 struct PaintValue {
     enum class Kind : std::uint8_t { none, colour, server };
     Kind kind = Kind::none;
-    bool isCurrent = false;  ///< `colour` is what `color` says, where it is inherited too
-    bool fallsBack = false;  ///< a missing server is replaced by `colour`, not by none
-    ScreenColour colour;     ///< the colour, or what is seen instead of the server
-    double alpha = 1;        ///< of the colour
-    std::string_view server; ///< id of a gradient or pattern
+    bool isCurrent = false;    ///< `colour` is what `color` says, where it is inherited too
+    bool fallsBack = false;    ///< a missing server is replaced by `colour`, not by none
+    bool saysFallback = false; ///< it is said what replaces it, perhaps none
+    /// The paint of what uses or bears the element; resolved by where that is known.
+    enum class Context : std::uint8_t { none, fill, stroke };
+    Context context = Context::none;
+    ScreenColour colour = {};     ///< the colour, or what is seen instead of the server
+    double alpha = 1;             ///< of the colour
+    std::string_view server = {}; ///< id of a gradient or pattern
 };
+
+/// What `transform` says of one element, as the file has it.
+struct OwnTransform {
+    std::string_view functions; ///< empty: none
+    bool isCss = false;         ///< said in a style, where numbers have units
+    std::string_view origin;    ///< empty: 0,0
+    bool originIsCss = false;
+};
+
+/// What is painted of a shape, from the back to the front.
+enum class Coat : std::uint8_t { fill, stroke, markers };
+inline constexpr std::array<Coat, 3> usualCoats{Coat::fill, Coat::stroke, Coat::markers};
 
 /// What `unicode-bidi` makes of the order of an element's letters.
 enum class Bidi : std::uint8_t { none, embedded, overridden };
@@ -36,11 +53,12 @@ enum class Bidi : std::uint8_t { none, embedded, overridden };
 /// what is inherited.
 struct ComputedStyle {
     // Inherited.
-    PaintValue fill{PaintValue::Kind::colour, false, false, {}, 1, {}};
+    PaintValue fill{.kind = PaintValue::Kind::colour};
     PaintValue stroke;
     PaintTwin fillTwin;
     PaintTwin strokeTwin;
-    ScreenColour colour; ///< "currentColor"
+    ScreenColour colour;    ///< "currentColor"
+    double colourAlpha = 1; ///< of that
     double fillOpacity = 1;
     double strokeOpacity = 1;
     double strokeWidth = 1;
@@ -68,13 +86,21 @@ struct ComputedStyle {
     FillRule clipRule = FillRule::nonzero;
     bool smoothImages = true; ///< pixels run into one another where they are enlarged
     bool turnsImages = true;  ///< as a camera says how it was held
+    std::array<Coat, 3> coats = usualCoats;
+    std::string_view markerStart; ///< ids; empty: none
+    std::string_view markerMid;
+    std::string_view markerEnd;
+    bool linearLight = false; ///< colours are mixed, and light is weighed, in linear light
     bool visible = true;
     bool transparent = false; ///< the element or one around it has no opacity at all
 
     // Of the element alone.
     bool displayed = true;
     bool overflows = false;
-    double baselineShift = 0; ///< up
+    OwnTransform transform;
+    bool keepsWidth = false;     ///< lines are as wide as said, in pixels of the page
+    std::string_view background; ///< a colour, or what else CSS paints behind a root
+    double baselineShift = 0;    ///< up
     Bidi bidi = Bidi::none;
     std::string_view flow; ///< the property that has text broken into lines; empty: none
     bool saysFill = false; ///< the element itself has the property
@@ -89,13 +115,5 @@ struct ComputedStyle {
 /// cannot be held (filters and their like) is counted.
 ComputedStyle computeStyle(const ComputedStyle& outer, const Declared& declared,
                            const Attributes& attributes, const Viewport& viewport, Tally& tally);
-
-/// The id in "url(#id)"; none where the text starts otherwise or names another file. `rest`, if
-/// given, gets what follows.
-std::optional<std::string_view> localReference(std::string_view text,
-                                               std::string_view* rest = nullptr);
-
-/// A number or percentage from 0 to 1.
-std::optional<double> parseOpacity(std::string_view text);
 
 } // namespace corvane

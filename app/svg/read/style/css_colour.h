@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/svg/colour.h"
+#include "app/svg/read/values/number.h"
 
 #include <optional>
 #include <string_view>
@@ -14,13 +15,13 @@ struct CssColour {
     double alpha = 1;
 };
 
-/// A keyword, "#rgb" and its longer forms, rgb(), rgba(), hsl(), hsla(); "transparent" is alpha 0.
-/// What follows the colour (an "icc-color") is left alone. None where the text is no colour.
+/// A keyword, "#rgb" and its longer forms, rgb(), hsl(), hwb(); "transparent" is alpha 0. An
+/// "icc-color" behind it is left alone. None where the text is no colour.
 std::optional<CssColour> parseColour(std::string_view text);
 
 /// "currentColor", which stands for the value of `color`.
 inline bool isCurrentColour(std::string_view text) {
-    return text == "currentColor" || text == "currentcolor";
+    return isWord(text, "currentcolor");
 }
 
 } // namespace corvane

@@ -1,5 +1,7 @@
 #include "app/svg/read/style/declarations.h"
 
+#include "app/svg/read/style/property_values.h"
+
 namespace corvane {
 
 std::string_view trimmed(std::string_view text) {
@@ -10,6 +12,12 @@ std::string_view trimmed(std::string_view text) {
         text.remove_suffix(1);
     }
     return text;
+}
+
+void Declared::offer(Attribute property, std::string_view value) {
+    if (!has(property) || isValueOf(property, trimmed(value))) {
+        set(property, value);
+    }
 }
 
 std::string_view valueOf(const Declared& declared, Attribute property) {

@@ -24,6 +24,8 @@ public:
         present_.set(place(property));
         values_[place(property)] = value;
     }
+    /// The same, but a wrong value does not take the place of another one.
+    void offer(Attribute property, std::string_view value);
 
 private:
     static std::size_t place(Attribute property) { return static_cast<std::size_t>(property); }

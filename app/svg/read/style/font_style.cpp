@@ -1,6 +1,6 @@
 #include "app/svg/read/style/font_style.h"
 
-#include "app/artwork/characters.h"
+#include "app/artwork/text/characters.h"
 #include "app/svg/font_names.h"
 #include "app/svg/read/values/number.h"
 

@@ -1,5 +1,7 @@
 #include "app/svg/read/style/style_sheet.h"
 
+#include "app/svg/read/style/property_values.h"
+#include "app/svg/read/values/length.h"
 #include "app/svg/reader.h"
 
 #include <algorithm>
@@ -52,6 +54,18 @@ bool hasClass(std::string_view classes, std::string_view wanted) {
     return false;
 }
 
+/// Blanks, and the marks that hide a sheet from programs of old (CSS 2.1, 4.4).
+void skipBetweenRules(TextCursor& cursor) {
+    for (cursor.skipBlanks();; cursor.skipBlanks()) {
+        const std::string_view rest = cursor.rest();
+        const std::size_t mark = rest.starts_with("<!--") ? 4 : rest.starts_with("-->") ? 3 : 0;
+        if (mark == 0) {
+            return;
+        }
+        cursor = TextCursor(rest.substr(mark));
+    }
+}
+
 /// Skips the block of a rule that is not read, with the blocks within it.
 void skipBlock(TextCursor& cursor) {
     for (int depth = 1; depth > 0 && !cursor.atEnd(); cursor.skip()) {
@@ -66,9 +80,13 @@ std::uint32_t StyleSheet::Selector::specificity() const {
     return (id.empty() ? 0U : 1U) << 16 | counted << 8 | (type.empty() ? 0U : 1U);
 }
 
-void StyleSheet::add(std::string_view css) {
+void StyleSheet::add(std::string_view css, std::string_view media) {
+    if (!keywordIn(trimmed(media), {"", "all", "screen"})) {
+        tally_.add("style rule");
+        return;
+    }
     TextCursor cursor(texts_.emplace_back(withoutComments(css)));
-    for (cursor.skipBlanks(); !cursor.atEnd(); cursor.skipBlanks()) {
+    for (skipBetweenRules(cursor); !cursor.atEnd(); skipBetweenRules(cursor)) {
         if (cursor.peek() == '@') {
             // The files of fonts are not read: text has the names of its fonts.
             if (!cursor.rest().starts_with("@font-face")) {
@@ -93,20 +111,25 @@ void StyleSheet::add(std::string_view css) {
 void StyleSheet::addRule(std::string_view selectors, std::string_view block) {
     std::vector<Declaration>& declarations = blocks_.emplace_back();
     forEachDeclaration(block, [&](std::string_view name, std::string_view value, bool important) {
-        const Attribute property = attributeByName(name);
+        const Attribute property = propertyByName(name);
         if (!isProperty(property)) {
             const bool size = property == Attribute::width || property == Attribute::height;
             if (isGeometry(property) && !size && value != "none") {
                 tally_.add("geometry in a style");
+            } else if (const std::string_view kind = unreadProperty(name); !kind.empty()) {
+                tally_.add(kind);
             }
             return;
+        }
+        if (isUnreadValue(value)) {
+            tally_.add("CSS value");
         }
         // Of equal ones the last counts: a block stays as short as the list of properties.
         const auto same = std::ranges::find_if(declarations, [&](const Declaration& known) {
             return known.property == property && known.important == important;
         });
         if (same != declarations.end()) {
-            same->value = value;
+            same->value = isValueOf(property, value) ? value : same->value;
         } else {
             declarations.push_back({property, value, important});
         }
@@ -228,7 +251,7 @@ void StyleSheet::declare(std::string_view type, const Attributes& element, bool 
         for (const Declaration& declaration : blocks_[rules_[number].block]) {
             ++tried_;
             if (declaration.important == important) {
-                into.set(declaration.property, declaration.value);
+                into.offer(declaration.property, declaration.value);
             }
         }
     }

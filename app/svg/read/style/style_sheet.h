@@ -21,8 +21,9 @@ class StyleSheet {
 public:
     StyleSheet(const ReadingBudget& budget, Tally& tally) : budget_(budget), tally_(tally) {}
 
-    /// Adds the text of a `style` element. Throws `SvgError` past the budget.
-    void add(std::string_view css);
+    /// Adds the text of a `style` element; one for other media than screens is counted. Throws
+    /// `SvgError` past the budget.
+    void add(std::string_view css, std::string_view media = {});
 
     bool empty() const { return rules_.empty(); }
 

@@ -1,6 +1,6 @@
 #include "app/svg/read/text/letter_case.h"
 
-#include "app/artwork/characters.h"
+#include "app/artwork/text/characters.h"
 
 #include <clocale>
 #include <cwctype>

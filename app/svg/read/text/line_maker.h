@@ -58,6 +58,7 @@ struct LineFrame {
     bool isVertical = false;
     bool isColumn = false; ///< vertical, as the writer writes it (app/svg/text_shift.h)
     Appearance appearance = {};
+    bool isClip = false; ///< its letters clip, and are not painted
 };
 
 /// A letter with an absolute place along its line begins a new text object, since nothing here

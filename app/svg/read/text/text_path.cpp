@@ -5,6 +5,7 @@
 #include "app/svg/read/path_reader.h"
 #include "app/svg/read/shape_builder.h"
 #include "app/svg/read/style/cascade.h"
+#include "app/svg/read/values/path_length.h"
 #include "app/svg/subpaths.h"
 
 #include <algorithm>
@@ -15,46 +16,6 @@
 namespace corvane {
 
 namespace {
-
-/// The length of a curve of Bezier: five points of Gauss in each of four parts, which is right to
-/// about a millionth where the curve has no cusp.
-double lengthOfCurve(const Segment& from, const Segment& to) {
-    constexpr std::array<std::pair<double, double>, 5> places{
-        {{0, 128.0 / 225},
-         {-0.5384693101056831, 0.4786286704993665},
-         {0.5384693101056831, 0.4786286704993665},
-         {-0.9061798459386640, 0.2369268850561891},
-         {0.9061798459386640, 0.2369268850561891}}};
-    constexpr int parts = 4;
-    const std::array<RealPoint, 4> points{realPoint(from.anchor), realPoint(from.out),
-                                          realPoint(to.in), realPoint(to.anchor)};
-    const auto speed = [&](double t) {
-        const double u = 1 - t;
-        const std::array<double, 3> weights{3 * u * u, 6 * u * t, 3 * t * t};
-        RealPoint sum;
-        for (std::size_t i = 0; i < weights.size(); ++i) {
-            sum.x += weights[i] * (points[i + 1].x - points[i].x);
-            sum.y += weights[i] * (points[i + 1].y - points[i].y);
-        }
-        return std::hypot(sum.x, sum.y);
-    };
-    double length = 0;
-    for (int part = 0; part < parts; ++part) {
-        for (const auto& [place, weight] : places) {
-            length += weight / (2 * parts) * speed((part + (place + 1) / 2) / parts);
-        }
-    }
-    return length;
-}
-
-double lengthOf(const TextPath& path) {
-    double length = 0;
-    for (std::size_t i = 1; i < path.segments.size(); ++i) {
-        length += lengthOfCurve(path.segments[i - 1], path.segments[i]);
-    }
-    return length +
-           (path.isClosed ? lengthOfCurve(path.segments.back(), path.segments.front()) : 0);
-}
 
 void reverse(std::vector<Segment>& segments, bool isClosed) {
     for (Segment& segment : segments) {
@@ -110,10 +71,12 @@ std::optional<TextPath> readTextPath(const Attributes& attributes, const RealMat
             // Any number of texts may name one long path, which each of them measures and keeps.
             constexpr std::int64_t costOfMeasure = 16;
             context.expand(1 + costOfMeasure * drawn.cost());
-            path = drawnPath(transformed(toArt, drawn, Attribute::transform, context), context,
-                             [&](ShapeBuilder& shape) {
-                                 drawShape(element, drawn, lengths, shape, context.tally);
-                             });
+            path =
+                drawnPath(transformed(toArt, styleOf(target, drawn, {}, lengths.viewport, context),
+                                      lengths, context),
+                          context, [&](ShapeBuilder& shape) {
+                              drawShape(element, drawn, lengths, shape, context.tally);
+                          });
             declaredLength =
                 parseLength(drawn[Attribute::pathLength], Axis::other, lengths).value_or(0);
         }
@@ -121,7 +84,7 @@ std::optional<TextPath> readTextPath(const Attributes& attributes, const RealMat
         context.tally.add("external reference");
         return std::nullopt;
     }
-    const double length = lengthOf(path);
+    const double length = lengthOf(path.segments, path.isClosed);
     if (!(length > 0)) {
         context.tally.add("textPath");
         return std::nullopt;

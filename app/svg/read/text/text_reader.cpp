@@ -1,7 +1,7 @@
 #include "app/svg/read/text/text_reader.h"
 
-#include "app/artwork/characters.h"
 #include "app/artwork/geometry.h"
+#include "app/artwork/text/characters.h"
 #include "app/svg/font_names.h"
 #include "app/svg/read/paint/paint_style.h"
 #include "app/svg/read/style/cascade.h"
@@ -281,6 +281,12 @@ const LetterLook& TextReader::lookOf(Level& level) {
         context_.tally.add("hidden element"); // its letters keep their place
         return look;
     }
+    if (frame_.isClip) {
+        look.style.fillPaint = 0;
+        look.style.strokePaint = 0;
+        look.style.clip = 1;
+        return look;
+    }
     // The line's matrix holds what makes strokes uneven. Ours was of 16.16 numbers.
     const RealMatrix& toArt = frame_.toArt;
     const double stretch = meanStretch(context_.ours ? realMatrix(fixedMatrix(toArt)) : toArt);
@@ -290,7 +296,8 @@ const LetterLook& TextReader::lookOf(Level& level) {
         look.fillOpacity = look.style.fillPaint != 0 ? fillOpacityOf(style) : 1;
         look.strokeOpacity = look.style.strokePaint != 0 ? strokeOpacityOf(style) : 1;
     }
-    paints_.paint(look.style, style, {frame_.toArt, box_, {viewport_, style.fontSize}});
+    const PaintUse use{frame_.toArt, box_, {viewport_, style.fontSize}};
+    paints_.paint(look.style, style, use, use);
     return look;
 }
 
@@ -313,7 +320,7 @@ void TextReader::readLetters(std::string_view text) {
             letter = " ";
         } else if (character.length == 0) {
             letter = "\xEF\xBF\xBD";
-        } else if (!isTextCharacter(character.code)) {
+        } else if (!isMarkupCharacter(character.code)) {
             continue;
         } else if (frame_.isVertical && !frame_.isColumn && !level.style.upright &&
                    character.code < firstUpright && !isSideways_) {

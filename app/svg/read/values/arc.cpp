@@ -25,7 +25,8 @@ void drawUnitArc(ShapeBuilder& shape, const RealMatrix& ellipse, double start, d
         const RealPoint in = transform(
             ellipse, {std::cos(to) + handle * std::sin(to), std::sin(to) - handle * std::cos(to)});
         shape.curveTo(out, in,
-                      i + 1 == steps ? end : transform(ellipse, {std::cos(to), std::sin(to)}));
+                      i + 1 == steps ? end : transform(ellipse, {std::cos(to), std::sin(to)}),
+                      i > 0);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/svg/read/values/number.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -20,7 +21,7 @@ constexpr std::array<Unit, 8> units{{{"", 1},
                                      {"in", 96},
                                      {"mm", 96 / 25.4},
                                      {"cm", 96 / 2.54},
-                                     {"Q", 96 / 101.6}}};
+                                     {"q", 96 / 101.6}}};
 
 double whole(Axis axis, const Viewport& viewport) {
     switch (axis) {
@@ -58,20 +59,41 @@ std::optional<double> parseLength(std::string_view text, Axis axis, const Length
         return std::nullopt;
     }
     for (const Unit& known : units) {
-        if (known.name == unit) {
+        if (isWord(unit, known.name)) {
             return number * known.pixels;
         }
     }
-    if (unit == "em") {
+    if (isWord(unit, "em")) {
         return number * context.fontSize;
     }
-    if (unit == "rem") {
+    if (isWord(unit, "rem")) {
         return number * LengthContext{}.fontSize;
     }
-    if (unit == "ex") {
+    if (isWord(unit, "ex")) {
         return number * context.fontSize / 2;
     }
     return std::nullopt;
+}
+
+bool isUnreadValue(std::string_view text) {
+    if (text.find('(') != std::string_view::npos) {
+        constexpr auto functions = std::to_array<std::string_view>(
+            {"var(", "calc(", "env(", "attr(", "min(", "max(", "clamp("});
+        return std::ranges::any_of(functions, [&](std::string_view function) {
+            return text.find(function) != std::string_view::npos;
+        });
+    }
+    TextCursor cursor(text);
+    cursor.skipBlanks();
+    double number = 0;
+    if (text.empty() || !isLetter(text.back()) || !cursor.number(number)) {
+        return false;
+    }
+    constexpr auto others = std::to_array<std::string_view>(
+        {"vw", "vh", "vmin", "vmax", "vi", "vb", "ch", "ic", "cap", "lh", "rlh", "rex", "rch",
+         "svw", "svh", "lvw", "lvh", "dvw", "dvh"});
+    return std::ranges::any_of(others,
+                               [&](std::string_view unit) { return isWord(cursor.rest(), unit); });
 }
 
 } // namespace corvane

@@ -28,4 +28,8 @@ inline constexpr double pixelsPerPoint = 96.0 / 72;
 /// no length.
 std::optional<double> parseLength(std::string_view text, Axis axis, const LengthContext& context);
 
+/// Whether a value is of CSS that is not read: functions such as `calc()` and `var()`, and units of
+/// windows and letters such as "vw" and "ch".
+bool isUnreadValue(std::string_view text);
+
 } // namespace corvane

@@ -18,6 +18,20 @@ inline constexpr bool isLetter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
+/// Whether `text` is the word `small`, in letters of any case.
+constexpr bool isWord(std::string_view text, std::string_view small) {
+    if (text.size() != small.size()) {
+        return false;
+    }
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if ((c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c) != small[i]) {
+            return false;
+        }
+    }
+    return true;
+}
+
 namespace detail {
 
 inline constexpr int exactPowers = 23;

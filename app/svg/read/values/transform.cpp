@@ -16,7 +16,8 @@ double radians(double degrees) {
     return degrees * std::numbers::pi / 180;
 }
 
-/// Right angles are exact.
+} // namespace
+
 RealMatrix rotation(double degrees) {
     const double turn = std::remainder(degrees, 360);
     if (std::remainder(turn, 90) == 0) {
@@ -30,6 +31,8 @@ RealMatrix rotation(double degrees) {
     const double cosine = std::cos(radians(turn));
     return {cosine, sine, -sine, cosine, 0, 0};
 }
+
+namespace {
 
 std::optional<RealMatrix> transformOf(std::string_view name, std::span<const double> n) {
     const auto counts = [&](std::size_t least, std::size_t most) {

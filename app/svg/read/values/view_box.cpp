@@ -9,12 +9,52 @@ namespace corvane {
 
 namespace {
 
-/// How much of the room that is left over lies before the box.
-double share(std::string_view aspect, std::string_view least, std::string_view most) {
-    if (aspect.find(least) != std::string_view::npos) {
-        return 0;
+/// A value of `preserveAspectRatio`.
+struct Aspect {
+    bool stretches = false;
+    bool slices = false;
+    double shareX = .5; ///< of the room that is left over: how much of it lies before the box
+    double shareY = .5;
+};
+
+/// "Min", "Mid" or "Max".
+std::optional<double> takeShare(std::string_view& word, char axis) {
+    constexpr std::size_t length = 4;
+    const std::string_view place = word.substr(0, length);
+    if (place.size() < length || place.front() != axis) {
+        return std::nullopt;
     }
-    return aspect.find(most) != std::string_view::npos ? 1 : .5;
+    word.remove_prefix(length);
+    if (place.ends_with("Min") || place.ends_with("Max")) {
+        return place.ends_with("Min") ? 0 : 1;
+    }
+    return place.ends_with("Mid") ? std::optional(.5) : std::nullopt;
+}
+
+Aspect parseAspect(std::string_view text) {
+    TextCursor cursor(text);
+    const auto takeWord = [&] {
+        cursor.skipBlanks();
+        return cursor.takeLetters();
+    };
+    std::string_view align = takeWord();
+    align = align == "defer" ? takeWord() : align;
+    const std::string_view fit = takeWord();
+    cursor.skipBlanks();
+    Aspect aspect;
+    aspect.stretches = align == "none";
+    aspect.slices = fit == "slice";
+    if (!aspect.stretches) {
+        const auto x = takeShare(align, 'x');
+        const auto y = takeShare(align, 'Y');
+        if (!x || !y || !align.empty()) {
+            return {};
+        }
+        aspect.shareX = *x;
+        aspect.shareY = *y;
+    }
+    const bool isRight = cursor.atEnd() && (fit.empty() || aspect.slices || fit == "meet");
+    return isRight ? aspect : Aspect();
 }
 
 } // namespace
@@ -36,10 +76,11 @@ std::optional<ViewBox> parseViewBox(std::string_view text) {
 }
 
 RealMatrix viewBoxMatrix(const ViewBox& box, const ViewBox& area, std::string_view aspect) {
+    const Aspect fit = parseAspect(aspect);
     double scaleX = area.width / box.width;
     double scaleY = area.height / box.height;
-    if (aspect.find("none") == std::string_view::npos) {
-        scaleX = slices(aspect) ? std::max(scaleX, scaleY) : std::min(scaleX, scaleY);
+    if (!fit.stretches) {
+        scaleX = fit.slices ? std::max(scaleX, scaleY) : std::min(scaleX, scaleY);
         scaleY = scaleX;
     }
     const double spareX = area.width - box.width * scaleX;
@@ -48,12 +89,17 @@ RealMatrix viewBoxMatrix(const ViewBox& box, const ViewBox& area, std::string_vi
             0,
             0,
             scaleY,
-            area.x - box.x * scaleX + spareX * share(aspect, "xMin", "xMax"),
-            area.y - box.y * scaleY + spareY * share(aspect, "YMin", "YMax")};
+            area.x - box.x * scaleX + spareX * fit.shareX,
+            area.y - box.y * scaleY + spareY * fit.shareY};
 }
 
 bool slices(std::string_view aspect) {
-    return aspect.find("slice") != std::string_view::npos;
+    const Aspect fit = parseAspect(aspect);
+    return fit.slices && !fit.stretches;
+}
+
+bool stretches(std::string_view aspect) {
+    return parseAspect(aspect).stretches;
 }
 
 } // namespace corvane

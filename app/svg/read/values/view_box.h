@@ -25,5 +25,7 @@ RealMatrix viewBoxMatrix(const ViewBox& box, const ViewBox& area, std::string_vi
 
 /// Whether that value lets the box reach beyond its area.
 bool slices(std::string_view aspect);
+/// Whether it lets the box take any form.
+bool stretches(std::string_view aspect);
 
 } // namespace corvane

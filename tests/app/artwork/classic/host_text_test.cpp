@@ -1,6 +1,6 @@
 // The host's fonts, and its side of the classic slots for text.
-#include "app/artwork/callbacks.h"
 #include "app/artwork/classic/host_fonts.h"
+#include "app/artwork/slots/callbacks.h"
 #include "app/svg/sink.h"
 #include "app/svg/writer.h"
 #include "tests/app/artwork/host_table.h"

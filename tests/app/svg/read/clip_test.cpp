@@ -125,6 +125,51 @@ TEST(ReadClips, ClipsOfClipsRulesAndFaults) {
               clipped("<clipPath><path d=\"M5 0 55 50H5Z\"/></clipPath>", drawnSquare));
 }
 
+/// Letters that clip have no paint, and no ids.
+TEST(ReadClips, Text) {
+    const auto text = [](const std::string& attributes, const std::string& letters) {
+        return "<text " + attributes + " font-family=\"serif\" font-size=\"20\">" + letters +
+               "</text>";
+    };
+    const std::string one = text("x=\"10\" y=\"20\"", "ab");
+    const std::string two = text("x=\"10\" y=\"50\"", "cd<tspan fill='red'>ef</tspan>");
+    const auto clip = [&](const std::string& parts) {
+        return "<clipPath id='a'>" + parts + "</clipPath><g clip-path='url(#a)'>" + square + "</g>";
+    };
+    const std::string wanted = clipped("<clipPath>" + one + "</clipPath>", drawnSquare);
+    EXPECT_EQ(redrawn(clip(one)), wanted);
+    EXPECT_EQ(redrawn(clip("<text x='10' y='20' font-family='serif' font-size='20' fill='none' "
+                           "stroke='red'>ab</text>")),
+              wanted);
+    EXPECT_EQ(redrawn(clip("<use href='#t' x='5'/>") + "<defs>" +
+                      text("id='t' x='5' y='20'", "ab") + "</defs>"),
+              wanted);
+    // Several lines clip together; letters that look alike are one run.
+    EXPECT_EQ(redrawn(clip(one + two)),
+              clipped("<clipPath>" + one + text("x=\"10\" y=\"50\"", "cdef") + "</clipPath>",
+                      drawnSquare));
+    EXPECT_EQ(ReadArt(foreignSvg(clip(one + two))).reading.ignored.size(), 0U);
+    // No letters clip everything away, as no shapes do.
+    EXPECT_NE(ReadArt(foreignSvg(clip(text("x='1' y='1'", "")))).svg().find("display=\"none\""),
+              std::string::npos);
+    const ReadArt mixed(foreignSvg(clip("<path d='M0 0L50 50H0Z'/>" + one)));
+    EXPECT_EQ(mixed.ignored("text"), 1);
+    EXPECT_EQ(mixed.drawn(),
+              clipped("<clipPath><path d=\"M0 0 50 50H0Z\"/></clipPath>", drawnSquare));
+    const ReadArt hidden(foreignSvg(clip(one + text("x='1' y='1' visibility='hidden'", "no"))));
+    EXPECT_EQ(hidden.drawn(), wanted);
+}
+
+TEST(ReadClips, TextKeepsItsSource) {
+    const std::string body = "<clipPath id=\"clip1\" data-source=\"50 52 3 0a1b\">\n"
+                             "   <text x=\"10\" y=\"20\" font-family=\"serif\" "
+                             "font-size=\"20\">ab</text>\n"
+                             "  </clipPath>\n"
+                             "  <g id=\"g1\" clip-path=\"url(#clip1)\">";
+    const ReadArt art(ourSvg(body + drawnSquare + "</g>", "data-digest='0000000000000a1b'"));
+    EXPECT_NE(art.svg().find(body), std::string::npos) << art.svg();
+}
+
 /// A clip that the writer did not draw comes back only as long as it cuts nothing.
 TEST(ReadClips, ClipsThatCutNothing) {
     const auto group = [](const std::string& clip) {

@@ -137,6 +137,21 @@ TEST(ReadPaint, GradientsWithoutStopsAreNoPaint) {
 }
 
 /// The tile's art counts from the cell's corner, unless a view box says otherwise.
+/// Each rectangle of a tile is painted with the next pattern.
+TEST(ReadPaint, PatternsOfTilesAreReadOnce) {
+    std::string defs;
+    for (int i = 0; i < 6; ++i) {
+        defs += "<pattern id='p" + std::to_string(i) +
+                "' patternUnits='userSpaceOnUse' width='9' height='9'>";
+        for (int copy = 0; copy < 64; ++copy) {
+            defs += "<rect width='5' height='5' fill='url(#p" + std::to_string(i + 1) + ")'/>";
+        }
+        defs += "</pattern>";
+    }
+    const ReadArt art(foreignSvg(defs + "<rect width='50' height='50' fill='url(#p0)'/>"));
+    EXPECT_EQ(art.document.style(onlyShape(art.document)).fill.kind, ColourKind::pattern);
+}
+
 TEST(ReadPaint, PatternsPlaceTheirTiles) {
     struct Row {
         const char* pattern;

@@ -82,12 +82,85 @@ TEST(ReadStructure, LayersAndLooseArt) {
         titles.push_back(document.layerProperties(at).title);
     }
     EXPECT_EQ(titles, (std::vector<std::string>{"", "A", "B", "", "C"}));
-    EXPECT_EQ(art.ignored("layer within a layer"), 1);
+    EXPECT_TRUE(art.reading.ignored.empty());
     const Layer hidden = document.previousLayer(document.lastLayer());
     EXPECT_FALSE(document.layerProperties(hidden).visible);
     EXPECT_NE(document.firstChild(document.layerArt(hidden)), Art::null);
     EXPECT_TRUE(document.layerProperties(document.previousLayer(hidden)).locked);
     EXPECT_NE(art.svg().find("M0 0H20V20H0Z"), std::string::npos);
+}
+
+/// The layers that groups show with, in the order of the file: their names, - hidden, ! locked, and
+/// the number of those that the file has.
+std::string layersOf(const Document& document) {
+    std::string text;
+    const auto add = [&](auto&& self, Art group) -> void {
+        if (const ContentLayer layer = document.groupLayer(group); layer != ContentLayer::null) {
+            const ContentLayerFacts facts = document.contentLayers().facts(layer);
+            text += (text.empty() ? "" : " ") + std::string(facts.isVisible ? "" : "-") +
+                    std::string(facts.name) + (facts.isLocked ? "!" : "");
+            text += facts.object == 0 ? "" : std::to_string(facts.object);
+        }
+        for (Art art = document.lastChild(group); art != Art::null;
+             art = document.previousSibling(art)) {
+            if (document.kind(art) == ArtKind::group) {
+                self(self, art);
+            }
+        }
+    };
+    for (Layer at = document.lastLayer(); at != Layer::null; at = document.previousLayer(at)) {
+        add(add, document.layerArt(at));
+    }
+    return text;
+}
+
+TEST(ReadStructure, LayersThatAPersonMadeAndChanged) {
+    const auto layer = [](const std::string& attributes, const std::string& within = "") {
+        return "<g inkscape:groupmode='layer' " + attributes + ">" + within + rectangle + "</g>";
+    };
+    const std::string known = "data-layer='7' data-layer-name='A' ";
+    struct Row {
+        const char* name;
+        std::string body;
+        const char* layers;
+        bool isOurs = true;
+    };
+    const std::vector<Row> rows{
+        {"of another program", layer("inkscape:label='A'") + layer("display='none'"), "A -", false},
+        {"beside that of the page",
+         layer("inkscape:label='N' sodipodi:insensitive='true'") + layer("id='layer1'") +
+             layer("inkscape:label='M'"),
+         "N! M"},
+        {"the page's has lost its id", layer("") + layer("inkscape:label='M'"), "M"},
+        {"the page's is hidden", layer("id='layer1' inkscape:label='P' display='none'"), "-P"},
+        {"within others",
+         layer("id='layer1'",
+               layer("inkscape:label='A'", layer("inkscape:label='B' display='none'"))),
+         "A -B"},
+        {"of the file", layer("id='layer1'", layer(known + "inkscape:label='A'")), "A7"},
+        {"hidden", layer("id='layer1'", layer(known + "inkscape:label='A' style='display:none'")),
+         "-A7"},
+        {"shown and unlocked",
+         layer("id='layer1'",
+               layer(known + "data-layer-state='hidden locked' inkscape:label='B' display='none' "
+                             "style='display:inline'")),
+         "B7"},
+        {"one of two groups is changed",
+         layer("id='layer1'", layer(known + "inkscape:label='A'") +
+                                  layer(known + "inkscape:label='A' display='none'") +
+                                  layer(known + "inkscape:label='A'")),
+         "-A7 -A7 -A7"},
+        {"used again, and in a tile",
+         layer("id='layer1'") + "<defs><pattern id='t' width='9' height='9'>" +
+             layer("inkscape:label='T'") + "</pattern></defs>",
+         ""},
+    };
+    for (const Row& row : rows) {
+        const ReadArt art(row.isOurs ? foreignSvg(row.body, "data-producer='corvane'")
+                                     : foreignSvg(row.body));
+        EXPECT_EQ(layersOf(art.document), row.layers) << row.name;
+        EXPECT_TRUE(art.reading.ignored.empty()) << row.name;
+    }
 }
 
 TEST(ReadStructure, WhatIsUsed) {
@@ -118,16 +191,16 @@ TEST(ReadStructure, WhatIsUsed) {
 }
 
 TEST(ReadStructure, WhatCannotBeHeldIsCounted) {
-    const ReadArt art(foreignSvg(
-        "<title>t</title><metadata><x:y/></metadata><sodipodi:namedview/><!-- c -->"
-        "<image href='a.png'/><foreignObject/><script/><blink/><filter id='f'/>"
-        "<rect width='1' height='1' filter='url(#f)' style='mask:url(#m);marker-end:url(#x)'>"
-        "<animate/><set/></rect><g opacity='.5'>" +
-        rectangle + "</g><g display='none'>" + rectangle +
-        "</g><rect width='1' height='1' visibility='hidden'/>"));
+    const ReadArt art(
+        foreignSvg("<title>t</title><metadata><x:y/></metadata><sodipodi:namedview/><!-- c -->"
+                   "<image href='a.png'/><foreignObject/><script/><blink/><filter id='f'/>"
+                   "<rect width='1' height='1' filter='url(#f)' style='mask:url(#m)'>"
+                   "<animate/><set/></rect><g opacity='.5'>" +
+                   rectangle + "</g><g display='none'>" + rectangle +
+                   "</g><rect width='1' height='1' visibility='hidden'/>"));
     const std::map<std::string, std::int32_t> wanted{
-        {"image", 1}, {"foreignObject", 1}, {"script", 1},  {"unknown element", 1}, {"filter", 1},
-        {"mask", 1},  {"marker", 1},        {"animate", 2}, {"hidden element", 2}};
+        {"image", 1},  {"foreignObject", 1}, {"script", 1},  {"unknown element", 1},
+        {"filter", 1}, {"mask", 1},          {"animate", 2}, {"hidden element", 2}};
     EXPECT_EQ(art.reading.ignored, wanted);
 }
 
@@ -153,7 +226,7 @@ TEST(ReadStructure, ImagesAreListedAndNotOpened) {
 TEST(ReadStructure, WhatIsNotUnderstoodInPlaceIsCounted) {
     const ReadArt art("<!DOCTYPE svg [<!ENTITY red 'fill:red'><!ENTITY box '<rect/>'>]>" +
                       foreignSvg("<rect width='1' height='1' style='&red;'/>&box;"
-                                 "<rect width='1' height='1' style='transform:rotate(9deg)'/>"
+                                 "<rect width='1' height='1' style='cx:9px'/>"
                                  "<style>path{d:none} circle{r:5px}</style>",
                                  "style='width:100%'"));
     const std::map<std::string, std::int32_t> wanted{{"entity", 2}, {"geometry in a style", 2}};
@@ -177,8 +250,7 @@ TEST(ReadStructure, WhatIsReadAgainAndAgainIsLimited) {
         "<path id='a' d='M0 0'>" + times(2'000, "<desc/>") + "</path>" + uses,
         "<switch id='a'>" + times(2'000, "<g requiredExtensions='x'/>") + "</switch>" + uses,
         "<g id='a'>" + times(1'000, "a<![CDATA[]]>") + "</g>" + uses,
-        "<linearGradient id='g' gradientUnits='userSpaceOnUse'>" +
-            times(2'000, "<stop offset='1'/>") +
+        "<linearGradient id='g'>" + times(2'000, "<stop offset='1'/>") +
             "</linearGradient><pattern id='p' width='1' height='1'>"
             "<rect width='9' height='9' fill='url(#g)'/></pattern>" +
             times(2'000, "<rect width='9' height='9' fill='url(#p)'/>"),
@@ -264,8 +336,10 @@ TEST(ReadStructure, FormsAndLayersOfTheFile) {
         "<path id=\"f4p1\" d=\"M0 10H10V0H0Z\"/></g></g>"
         "<path id=\"p2\" d=\"M0 10H10V0H0Z\"/>",
         "<g id=\"g1\" inkscape:groupmode=\"layer\" inkscape:label=\"A&amp;B\" data-layer=\"7\""
-        " data-locked=\"true\" display=\"none\"><path id=\"p1\" d=\"M0 10H10V0H0Z\"/>"
-        "<g id=\"g2\" inkscape:label=\"C\" data-layer=\"8\">"
+        " data-layer-name=\"A&amp;B\" data-layer-state=\"hidden locked\""
+        " xmlns:sodipodi=\"http://sodipodi.sourceforge.net/DTD/sodipodi-0.dtd\""
+        " sodipodi:insensitive=\"true\" display=\"none\"><path id=\"p1\" d=\"M0 10H10V0H0Z\"/>"
+        "<g id=\"g2\" inkscape:label=\"C\" data-layer=\"8\" data-layer-name=\"C\">"
         "<path id=\"p2\" d=\"M0 10H10V0H0Z\"/></g></g>",
     };
     for (const std::string row : rows) {

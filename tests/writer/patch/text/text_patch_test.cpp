@@ -369,6 +369,51 @@ TEST_F(TextPatchTest, Edits) {
     }
 }
 
+/// What the text of one tag no longer reads as may be what another text reads as.
+TEST_F(TextPatchTest, ListsOfTheResourcesThatSayWhatTextReadsAs) {
+    const std::string page = "/Span /R#31 BDC BT /F 10 Tf 100 700 Td (ab) Tj ET EMC\n"
+                             "/Span /R1 BDC BT 100 680 Td (cd) Tj ET EMC\n"
+                             "/Span /R1 BDC BT 100 660 Td (ef) Tj ET EMC\n"
+                             "/Span /R2 BDC BT 100 640 Td (gh) Tj ET EMC\n"
+                             "/Span /R3 BDC BT 100 620 Td (no) Tj ET EMC\n"
+                             "/Span /R4 BDC BT 100 600 Td (on) Tj ET EMC";
+    openFile(withResources(
+                 PdfBuilder::onePage(
+                     page, "/Resources << /Font << /F 20 0 R >> /Properties << /R1 30 0 R /R2 << "
+                           "/MCID 7 /ActualText (x) /E 31 0 R >> /R3 << /MCID 8 >> >> >>"))
+                 .object(30, "<< /MCID 5 /ActualText (both) /Alt (all) >>")
+                 .object(31, "(whole)")
+                 .bytes());
+    Typist edits = typist();
+    for (const std::size_t line : {0, 2, 3, 4, 5}) {
+        edits.retype(line, 0, "he");
+    }
+    ASSERT_NO_FATAL_FAILURE(expectTextSaved());
+    const std::string content = newContent();
+    const auto listOf = [&](std::string_view place) {
+        const std::size_t tag = content.rfind("/Span /", content.find(place)) + 7;
+        return content.substr(tag, content.find(' ', tag) - tag);
+    };
+    EXPECT_THAT(content, HasSubstr("/Span /R1 BDC BT 100 680 Td (cd) Tj ET EMC"));
+    EXPECT_EQ(listOf("100 700 Td"), "MC1"); // one copy for both
+    EXPECT_EQ(listOf("100 660 Td"), "MC1");
+    EXPECT_EQ(listOf("100 640 Td"), "MC2");
+    EXPECT_EQ(listOf("100 620 Td"), "R3"); // says nothing of it
+    EXPECT_EQ(listOf("100 600 Td"), "R4"); // leads nowhere
+    const auto copyOf = [&](const std::string& name) {
+        const std::string body = object("3");
+        const std::size_t at = body.find("/" + name + " ") + name.size() + 2;
+        return object(body.substr(at, body.find(' ', at) - at));
+    };
+    EXPECT_THAT(copyOf("MC1"), HasSubstr("/MCID 5"));
+    EXPECT_THAT(copyOf("MC1"), HasSubstr("/Alt (all)"));
+    EXPECT_THAT(copyOf("MC2"), HasSubstr("/E 31 0 R"));
+    for (const char* const name : {"MC1", "MC2"}) {
+        EXPECT_EQ(copyOf(name).find("ActualText"), std::string::npos) << copyOf(name);
+    }
+    EXPECT_THAT(object("30"), HasSubstr("/ActualText (both)"));
+}
+
 TEST_F(TextPatchTest, ATextObjectIsDividedForWhatGoesInBetween) {
     openPage("2 w BT /F 10 Tf 100 700 Td 1 Tc (ab) Tj (cd) Tj 12 TL T* (ef) Tj ET");
     Artist artist(*document_);

@@ -1,0 +1,110 @@
+#include "app/cli/edit/editor_process.h"
+
+#include "app/cli/fault.h"
+
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <spawn.h>
+#include <string_view>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace corvane {
+
+namespace {
+
+std::vector<char*> pointers(std::vector<std::string>& words) {
+    std::vector<char*> result;
+    result.reserve(words.size() + 1);
+    for (std::string& word : words) {
+        result.push_back(word.data());
+    }
+    result.push_back(nullptr);
+    return result;
+}
+
+std::vector<char*> environmentWithoutPassword() {
+    std::vector<char*> result;
+    for (char** entry = environ; *entry != nullptr; ++entry) {
+        if (!std::string_view(*entry).starts_with("CORVANE_PASSWORD=")) {
+            result.push_back(*entry);
+        }
+    }
+    result.push_back(nullptr);
+    return result;
+}
+
+class Files {
+public:
+    Files() {
+        posix_spawn_file_actions_init(&actions_);
+        posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+        posix_spawn_file_actions_adddup2(&actions_, STDERR_FILENO, STDOUT_FILENO);
+    }
+    ~Files() { posix_spawn_file_actions_destroy(&actions_); }
+    Files(const Files&) = delete;
+    Files& operator=(const Files&) = delete;
+
+    const posix_spawn_file_actions_t* get() const { return &actions_; }
+
+private:
+    posix_spawn_file_actions_t actions_{};
+};
+
+class Attributes {
+public:
+    Attributes() {
+        posix_spawnattr_init(&attributes_);
+        posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGDEF);
+        // What we ignore would stay ignored; what we handle becomes the default of itself.
+        sigset_t signals;
+        sigemptyset(&signals);
+        sigaddset(&signals, SIGPIPE);
+        sigaddset(&signals, SIGXFSZ);
+        posix_spawnattr_setsigdefault(&attributes_, &signals);
+    }
+    ~Attributes() { posix_spawnattr_destroy(&attributes_); }
+    Attributes(const Attributes&) = delete;
+    Attributes& operator=(const Attributes&) = delete;
+
+    const posix_spawnattr_t* get() const { return &attributes_; }
+
+private:
+    posix_spawnattr_t attributes_{};
+};
+
+} // namespace
+
+std::string endText(const ProgramEnd& end) {
+    return end.signal != 0 ? "was ended by signal " + std::to_string(end.signal)
+                           : "ended with status " + std::to_string(end.status);
+}
+
+EditorProcess::EditorProcess(std::vector<std::string> words) {
+    if (words.empty()) {
+        throw Failure({code::editor, "the editor cannot be started; name it with --editor"});
+    }
+    const Files files;
+    const Attributes attributes;
+    const int error = posix_spawn(&process_, words.front().c_str(), files.get(), attributes.get(),
+                                  pointers(words).data(), environmentWithoutPassword().data());
+    if (error != 0) {
+        throw Failure({code::editor, "the editor " + words.front() + " cannot be started (" +
+                                         std::generic_category().message(error) +
+                                         "); name another with --editor"});
+    }
+    descriptor_ = Descriptor(static_cast<int>(syscall(SYS_pidfd_open, process_, 0)));
+}
+
+std::optional<ProgramEnd> EditorProcess::ended() {
+    int status = 0;
+    if (!end_ && waitpid(process_, &status, WNOHANG) == process_) {
+        end_ = WIFSIGNALED(status) ? ProgramEnd{.status = 0, .signal = WTERMSIG(status)}
+                                   : ProgramEnd{.status = WEXITSTATUS(status), .signal = 0};
+    }
+    return end_;
+}
+
+} // namespace corvane

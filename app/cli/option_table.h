@@ -1,0 +1,60 @@
+// The commands and options that there are, for reading a command line and for telling people.
+#pragma once
+
+#include "app/cli/arguments.h"
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace corvane {
+
+struct CommandRow {
+    Command command;
+    std::string_view name;
+    std::string_view operands;
+    std::string_view purpose;
+};
+
+enum class OptionKind : std::uint8_t {
+    page,
+    pages,
+    jobs,
+    output,
+    editor,
+    images,
+    fonts,
+    text,
+    dryRun,
+    force,
+    allowFiles,
+    plain,
+    mend,
+    passwordFile,
+    password,
+    profile,
+    quiet,
+    json,
+    version,
+    help
+};
+
+/// A set of commands, a bit for each.
+using Commands = std::uint32_t;
+constexpr Commands only(Command command) {
+    return Commands{1} << static_cast<unsigned>(command);
+}
+constexpr Commands everyCommand = ~Commands{0};
+
+struct OptionRow {
+    OptionKind kind;
+    std::string_view name;
+    std::string_view value; ///< what follows the option; empty for a switch
+    Commands commands;      ///< that it goes with
+    std::string_view purpose;
+};
+
+std::span<const CommandRow> commandRows();
+std::span<const OptionRow> optionRows();
+
+} // namespace corvane

@@ -1,0 +1,36 @@
+// A save, step by step: the artwork is read, then the file is locked, then the page is written.
+#pragma once
+
+#include "app/artwork/document.h"
+#include "app/artwork/provenance.h"
+#include "app/cli/arguments.h"
+#include "app/cli/files/save_place.h"
+#include "app/cli/report/report.h"
+#include "app/svg/reader.h"
+
+#include <cstdint>
+
+namespace corvane {
+
+class ArtworkSave {
+public:
+    /// Reads the artwork that `arguments` name. They take page and profile from it where the person
+    /// named none. Both arguments outlive the object. Raises `Failure`, as `run` does.
+    ArtworkSave(Arguments& arguments, Report& report);
+
+    /// The page that the artwork was opened from, which counts where the artwork does not say it
+    /// any more: some editors drop that.
+    void assumeSource(const Provenance& source);
+
+    /// Saves at `place`. The report holds what became of it.
+    void run(SavePlace& place);
+
+private:
+    Arguments& arguments_;
+    Report& report_;
+    Document document_;
+    SvgReading reading_;
+    std::int32_t wantedPage_ = 0;
+};
+
+} // namespace corvane

@@ -1,0 +1,24 @@
+// Lines of text that is painted, as art in front of what is there.
+#pragma once
+
+#include "reader/content/interpreter.h"
+#include "reader/text/line_target.h"
+
+namespace corvane {
+
+class ArtLines final : public LineTarget {
+public:
+    explicit ArtLines(Interpreter& interpreter) : interpreter_(interpreter) {}
+
+    OpenLine& open() override { return interpreter_.level.text.line; }
+    bool goesOn() override;
+    void beginLine(TextLine& line) override;
+    void addRun(TextRun& run, ShownPart part) override;
+
+private:
+    LineArt& art() { return interpreter_.level.text.art; }
+
+    Interpreter& interpreter_;
+};
+
+} // namespace corvane

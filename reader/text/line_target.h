@@ -1,0 +1,23 @@
+// Where the lines go that glyphs become.
+#pragma once
+
+#include "host/text.h"
+#include "reader/text/open_line.h"
+#include "reader/text/text_object.h"
+
+namespace corvane {
+
+class LineTarget {
+public:
+    virtual ~LineTarget() = default;
+
+    virtual OpenLine& open() = 0;
+    /// Whether what is shown now may go on with the open line, if its place is there.
+    virtual bool goesOn() = 0;
+    /// Begins a line; it gets the matrix that it then has.
+    virtual void beginLine(TextLine& line) = 0;
+    /// Adds a run to the line, and says where its art is.
+    virtual void addRun(TextRun& run, ShownPart part) = 0;
+};
+
+} // namespace corvane

@@ -1,0 +1,23 @@
+// A line of text under construction.
+#pragma once
+
+#include "host/matrix.h"
+
+#include <cstdint>
+
+namespace corvane {
+
+/// What is shown next belongs to the line if it goes on where that ends.
+struct OpenLine {
+    bool isOpen = false;
+    RealMatrix matrix;      ///< as the host has it
+    RealMatrix back;        ///< its inverse
+    double end = 0;         ///< where what was shown ends, in the line's space
+    double modelEnd = 0;    ///< where the runs of the art end, whose numbers are 16.16
+    double size = 0;        ///< of the last run
+    bool isEmpty = true;    ///< it has no run yet
+    bool endsBlank = false; ///< the last character is a blank
+    bool isVertical = false;
+};
+
+} // namespace corvane

@@ -1,0 +1,136 @@
+// What --json prints is what docs/json.md says.
+#include "tests/app/cli/fake_save.h"
+#include "tests/app/cli/json/json_schema.h"
+#include "tests/app/cli/saving.h"
+#include "tests/support/pdf_builder.h"
+
+#include <gtest/gtest.h>
+#include <sstream>
+
+namespace corvane {
+namespace {
+
+using test::JsonReader;
+using test::JsonSchema;
+using Words = std::vector<std::string>;
+
+/// The indented block of the page's last part.
+JsonSchema documentedSchema() {
+    std::istringstream lines(test::fileBytes(test::sourceFolder() / "docs" / "json.md"));
+    std::string text;
+    bool isInside = false;
+    for (std::string line; std::getline(lines, line);) {
+        isInside = isInside || line == "## Schema";
+        if (isInside && line.starts_with("    ")) {
+            text += line + "\n";
+        }
+    }
+    return JsonSchema(JsonReader(text).whole());
+}
+
+/// Expects that each line of `output` fits; how many there are.
+int linesThatFit(const JsonSchema& schema, const std::string& output) {
+    std::istringstream lines(output);
+    int count = 0;
+    for (std::string line; std::getline(lines, line); ++count) {
+        EXPECT_EQ(schema.fault(JsonReader(line).whole()), "") << line;
+    }
+    return count;
+}
+
+TEST(JsonSchemaItself, RefusesWhatDoesNotFit) {
+    const JsonSchema schema = documentedSchema();
+    const std::string log = R"({"command":"log","file":"a","profile":"extended","updates":[],)"
+                            R"("warnings":[],"error":null})";
+    EXPECT_EQ(schema.fault(JsonReader(log).whole()), "");
+    for (const auto& [from, to] : std::vector<std::pair<std::string, std::string>>{
+             {"log", "lag"},
+             {"\"file\":\"a\",", ""},
+             {"[],", "{},"},
+             {"null", "{\"code\":1.5,\"sentence\":\"\"}"},
+             {"\"updates\":[]", "\"updates\":[{\"number\":1}]"},
+             {"\"error\"", "\"more\":1,\"error\""}}) {
+        EXPECT_NE(schema.fault(JsonReader(replaced(log, from, to)).whole()), "") << to;
+    }
+    EXPECT_THROW(JsonReader("{\"a\":1,}").whole(), std::runtime_error);
+    EXPECT_THROW(JsonReader("[1] 2").whole(), std::runtime_error);
+}
+
+class JsonFacts : public Saving {};
+
+TEST_F(JsonFacts, OfEveryCommandIsDocumented) {
+    const JsonSchema schema = documentedSchema();
+    folder_.add("a.pdf", example("two-pages.pdf"));
+    folder_.add("\xFF.pdf", example("harbour.pdf"));
+    folder_.add("broken.pdf", replaced(example("harbour.pdf"), "startxref", "startxxxx"));
+    folder_.add(
+        "image.pdf",
+        test::PdfBuilder::onePage("q 9 0 0 9 0 0 cm BI /W 1 /H 1 /BPC 8 /CS /G ID x EI Q").bytes());
+    ASSERT_EQ(run({"open", "a.pdf", "--page", "2", "-o", "a.svg"}).status, 0);
+    folder_.add("b.svg", withLine(bytes("a.svg")));
+    struct Row {
+        Words words;
+        int status;
+        int lines;
+    };
+    const std::vector<Row> rows{
+        {{"open", "a.pdf", "-o", "x.svg"}, 0, 1},
+        {{"open", "\xFF.pdf", "-o", "\xFE.svg"}, 0, 1},
+        {{"open", "image.pdf", "-o", "y.svg"}, 0, 1},
+        {{"open", "no.pdf"}, 1, 1},
+        {{"open", "a.pdf", "no.pdf", "--pages", "1-", "-o", "{stem}{page}.svg"}, 1, 4},
+        {{"info", "a.pdf"}, 0, 1},
+        {{"info", "image.pdf", "--page", "1"}, 0, 1},
+        {{"info", "no.pdf"}, 1, 1},
+        {{"check", "broken.pdf"}, 0, 1},
+        {{"check", "broken.pdf", "no.pdf", "--jobs", "2"}, 1, 3},
+        {{"save", "b.svg", "a.pdf", "--dry-run"}, 0, 1},
+        {{"save", "b.svg", "a.pdf"}, 0, 1},
+        {{"save", "b.svg", "a.pdf", "--page", "1"}, 1, 1},
+        {{"save", "--mend", "broken.pdf"}, 0, 1},
+        {{"save", "no.svg", "a.pdf"}, 1, 1},
+        {{"edit", "a.pdf", "--page", "1", "--editor", "sed -i s/#[0-9a-f]*/#123456/"}, 0, 1},
+        {{"edit", "a.pdf", "--page", "1", "--editor", "cp a.pdf"}, 1, 1},
+        {{"edit", "a.pdf", "--editor", "corvane-no-such-editor"}, 1, 1},
+        {{"log", "a.pdf"}, 0, 1},
+        {{"log", "no.pdf"}, 1, 1},
+        {{"revert", "a.pdf"}, 0, 1},
+        {{"revert", "image.pdf"}, 1, 1},
+    };
+    for (Row row : rows) {
+        row.words.emplace_back("--json");
+        auto command = process(row.words);
+        command.environment.emplace_back("TMPDIR", folder_.path());
+        const auto outcome = test::run(command);
+        EXPECT_EQ(outcome.status, row.status) << row.words[0] << outcome.output << outcome.errors;
+        EXPECT_EQ(linesThatFit(schema, outcome.output), row.lines) << outcome.output;
+    }
+    const auto streamed = run({"open", "a.pdf", "-o", "-", "--json"});
+    EXPECT_EQ(linesThatFit(schema, streamed.errors), 1) << "the artwork is on standard output";
+}
+
+class JsonFactsOfFakes : public FakeSave {};
+
+TEST_F(JsonFactsOfFakes, OfRareFactsIsDocumented) {
+    const JsonSchema schema = documentedSchema();
+    add("a.svg", root_);
+    struct Row {
+        const char* part;
+        Words words;
+        int status;
+    };
+    for (const Row& row :
+         {Row{"pages=3 missing=2", {"save", "a.svg", "in.pdf"}, 1},
+          Row{"pages=3 layers=2 changed=1", {"save", "a.svg", "in.pdf"}, 0},
+          Row{"omitted=3 warnings=2 images=3", {"open", "in.pdf", "-o", "b.svg"}, 0},
+          Row{"", {"log", "in.pdf"}, 0}}) {
+        Words words = row.words;
+        words.emplace_back("--json");
+        const auto outcome = run(row.part, words);
+        EXPECT_EQ(outcome.status, row.status) << row.part << outcome.errors;
+        EXPECT_EQ(linesThatFit(schema, outcome.output), 1) << row.part;
+    }
+}
+
+} // namespace
+} // namespace corvane

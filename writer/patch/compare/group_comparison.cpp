@@ -1,0 +1,131 @@
+#include "writer/patch/compare/group_comparison.h"
+
+#include "reader/content/appearance.h"
+#include "reader/content/art.h"
+#include "runtime/callbacks.h"
+#include "writer/art/art_stack.h"
+#include "writer/art/drawn_looks.h"
+#include "writer/patch/compare/movement.h"
+#include "writer/patch/text/text_run.h"
+#include "writer/patch/works/placed_image.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <vector>
+
+namespace corvane {
+
+namespace {
+
+/// Editors write opacities with three digits; half a level of 255 is not seen.
+constexpr double opacityRoom = 1.0 / 512;
+
+/// Points by which two movements may differ anywhere on a page.
+constexpr double movementRoom = 0.1;
+
+bool isNear(double a, double b) {
+    return std::abs(a - b) <= opacityRoom;
+}
+
+bool isNear(const RealMatrix& a, const RealMatrix& b) {
+    constexpr double page = 600;
+    constexpr std::array<RealPoint, 3> corners = {{{0, 0}, {page, 0}, {0, page}}};
+    return std::ranges::all_of(corners, [&](RealPoint corner) {
+        const RealPoint ofA = transform(a, corner);
+        const RealPoint ofB = transform(b, corner);
+        return std::hypot(ofA.x - ofB.x, ofA.y - ofB.y) <= movementRoom;
+    });
+}
+
+/// A piece of art in a group, or a group that clips what it holds or lays it over other art.
+struct SeenPart {
+    Art art = Art::null;
+    ArtKind kind = ArtKind::path;
+    bool isClipped = false;
+    std::size_t depth = 0;      ///< in groups of the list
+    Appearance appearance = {}; ///< where the host holds any
+};
+
+/// From the back to the front; a group comes in front of what it holds. Compound paths are whole.
+ChargedList<SeenPart> seenIn(Art group) {
+    ChargedList<SeenPart> parts;
+    std::vector<bool> isListed; // of each open group
+    ArtStack pending;
+    pending.enter(firstChild(group), ArtStep::What::end);
+    isListed.push_back(false);
+    for (ArtStep step; pending.next(step);) {
+        if (step.what != ArtStep::What::art) {
+            isListed.pop_back();
+            continue;
+        }
+        SeenPart part{.art = step.art, .kind = artKind(step.art)};
+        part.depth = static_cast<std::size_t>(std::ranges::count(isListed, true));
+        if (hostHoldsAppearance()) {
+            part.appearance = appearanceOf(step.art);
+        }
+        if (part.kind == ArtKind::group) {
+            std::uint8_t clipped = 0;
+            callHost(slot::getGroupClipped, step.art, &clipped);
+            part.isClipped = clipped != 0;
+            isListed.push_back(part.isClipped || part.appearance != Appearance());
+            pending.enter(firstChild(step.art), ArtStep::What::end);
+            if (!isListed.back()) {
+                continue;
+            }
+        }
+        parts.push(part);
+    }
+    return parts;
+}
+
+/// But for what masks hold, which is art of their own.
+bool isLaidAlike(const Appearance& was, const Appearance& is) {
+    return isNear(was.opacity, is.opacity) && isNear(was.fillOpacity, is.fillOpacity) &&
+           isNear(was.strokeOpacity, is.strokeOpacity) && was.blend == is.blend &&
+           was.isIsolated == is.isIsolated && was.isKnockout == is.isKnockout &&
+           (was.mask == SoftMask::null) == (is.mask == SoftMask::null);
+}
+
+bool isSamePath(Art was, Art is, const RealMatrix& movement, PaintComparison& paints) {
+    ArtDifference difference = compareArt(was, is, paints);
+    if (movement == RealMatrix()) {
+        return !difference.any();
+    }
+    difference.shape = difference.lineWidth = difference.dash = false;
+    const std::optional<RealMatrix> found = movementOf(was, is);
+    return !difference.any() && found && isNear(*found, movement);
+}
+
+bool isSame(const SeenPart& was, const SeenPart& is, const RealMatrix& movement,
+            PaintComparison& paints) {
+    if (was.kind != is.kind || was.isClipped != is.isClipped || was.depth != is.depth ||
+        !isLaidAlike(was.appearance, is.appearance)) {
+        return false;
+    }
+    switch (was.kind) {
+    case ArtKind::path:
+    case ArtKind::compound:
+        return isSamePath(was.art, is.art, movement, paints);
+    case ArtKind::text:
+        return sameText(was.art, is.art, paints, movement);
+    case ArtKind::placed:
+        return movement == RealMatrix() ? !compareImages(was.art, is.art).any()
+                                        : !compareImages(was.art, is.art).image &&
+                                              isNear(movementOfImage(was.art, is.art), movement);
+    default:
+        return true;
+    }
+}
+
+} // namespace
+
+bool isSameGroup(Art was, Art is, PaintComparison& paints, const RealMatrix& movement) {
+    const ChargedList<SeenPart> former = seenIn(was);
+    const ChargedList<SeenPart> parts = seenIn(is);
+    return std::ranges::equal(
+        former.items(), parts.items(),
+        [&](const SeenPart& a, const SeenPart& b) { return isSame(a, b, movement, paints); });
+}
+
+} // namespace corvane

@@ -1,0 +1,169 @@
+#include "writer/patch/layer_chains.h"
+
+#include "reader/content/art.h"
+#include "runtime/callbacks.h"
+#include "writer/art/art_stack.h"
+#include "writer/art/layers.h"
+#include "writer/patch/form/edited_form.h"
+
+#include <algorithm>
+#include <string>
+#include <unordered_map>
+
+namespace corvane {
+
+namespace {
+
+/// Groups within one another that surely become groups of an SVG.
+constexpr std::int32_t deepestTold = 150;
+
+} // namespace
+
+LayerChain LayerChains::within(LayerChain outer, ContentLayer layer) {
+    if (layer == ContentLayer::null || holds(outer, layer)) {
+        return outer;
+    }
+    const auto [place, isNew] =
+        numbers_.emplace(std::pair(outer, layer), static_cast<LayerChain>(links_.size()));
+    if (isNew) {
+        links_.push_back({outer, layer, links_[outer].depth + 1});
+    }
+    return place->second;
+}
+
+bool LayerChains::holds(LayerChain chain, ContentLayer layer) const {
+    while (chain != 0 && links_[chain].layer != layer) {
+        chain = links_[chain].outer;
+    }
+    return chain != 0;
+}
+
+bool LayerChains::isAround(LayerChain outer, LayerChain inner) const {
+    while (links_[inner].depth > links_[outer].depth) {
+        inner = links_[inner].outer;
+    }
+    return inner == outer;
+}
+
+void PatchLayers::read(Art root, OptionalContent layers) {
+    ofPage_ = std::move(layers);
+    if (!ofPage_.any()) {
+        return;
+    }
+    std::vector<LayerChain> open{0};
+    ArtStack pending;
+    pending.push(root);
+    for (ArtStep step; pending.next(step);) {
+        if (step.what != ArtStep::What::art) {
+            open.pop_back();
+            continue;
+        }
+        if (open.back() != 0) {
+            if (around_.size() == around_.capacity()) {
+                const std::size_t room = 2 * around_.size() + 64;
+                charge_.resize(static_cast<std::int64_t>(room * sizeof(around_.front())));
+                around_.reserve(room);
+            }
+            around_.emplace_back(step.art, pending.depth() > deepestTold ? notTold : open.back());
+        }
+        if (artKind(step.art) == ArtKind::group) {
+            const bool isForm = formOf(step.art).content != 0;
+            open.push_back(isForm ? 0 : chains_.within(open.back(), layerOf(step.art)));
+            pending.enter(firstChild(step.art), ArtStep::What::end);
+        }
+    }
+    std::ranges::sort(around_);
+}
+
+LayerChain PatchLayers::around(Art art) const {
+    if (named_.empty()) {
+        return 0;
+    }
+    const auto at = std::ranges::lower_bound(around_, art, {}, &std::pair<Art, LayerChain>::first);
+    return at != around_.end() && at->first == art ? at->second : 0;
+}
+
+namespace {
+
+void collect(const EditedArtwork& artwork, std::unordered_set<ContentLayer>& layers) {
+    for (const EditedGroup& group : artwork.groups.items()) {
+        if (group.layer != ContentLayer::null) {
+            layers.insert(group.layer);
+        }
+    }
+}
+
+ContentLayerFacts factsOf(ContentLayer layer) {
+    ContentLayerFacts facts;
+    callHost(slot::getContentLayer, layer, &facts);
+    return facts;
+}
+
+} // namespace
+
+/// An editor that drops numbers mostly keeps names.
+void PatchLayers::nameAgain(EditedArtwork& artwork) {
+    std::unordered_map<std::string, ContentLayer> unnamed;
+    for (const auto& [number, layer] : ofPage_.known()) {
+        if (!named_.contains(layer)) {
+            unnamed.emplace(factsOf(layer).name, layer);
+        }
+    }
+    for (std::size_t i = 0; i < artwork.groups.size() && !unnamed.empty(); ++i) {
+        ContentLayer& layer = artwork.groups[i].layer;
+        if (layer == ContentLayer::null) {
+            continue;
+        }
+        const ContentLayerFacts facts = factsOf(layer);
+        const auto same = unnamed.find(std::string(facts.name));
+        if (facts.object == 0 && same != unnamed.end()) {
+            layer = same->second;
+        }
+    }
+}
+
+/// Outer groups stand in front of inner ones.
+void PatchLayers::settle(EditedArtwork& artwork) {
+    for (std::size_t i = 1; i < artwork.groups.size(); ++i) {
+        EditedGroup& group = artwork.groups[i];
+        const LayerChain outer = artwork.groups[group.outer].layers;
+        group.layers = chains_.within(outer, group.layer);
+        if (group.layers == outer) {
+            group.layer = ContentLayer::null;
+        }
+    }
+}
+
+void PatchLayers::settle(EditedArtwork& page, EditedForms& forms) {
+    collect(page, named_);
+    for (const EditedForm& form : forms) {
+        collect(form.inside, named_);
+    }
+    nameAgain(page);
+    for (EditedForm& form : forms) {
+        nameAgain(form.inside);
+    }
+    collect(page, named_);
+    settle(page);
+    for (EditedForm& form : forms) {
+        collect(form.inside, named_);
+        settle(form.inside);
+    }
+    // What does not count of the chains of the base is not around it.
+    std::unordered_map<LayerChain, LayerChain> counted{{0, 0}, {notTold, notTold}};
+    const auto reduce = [&](auto&& self, LayerChain chain) -> LayerChain {
+        const auto known = counted.find(chain);
+        if (known != counted.end()) {
+            return known->second;
+        }
+        const ContentLayer layer = chains_.innermost(chain);
+        const LayerChain reduced = within(self(self, chains_.outer(chain)), layer);
+        counted.emplace(chain, reduced);
+        return reduced;
+    };
+    for (auto& [art, chain] : around_) {
+        chain = reduce(reduce, chain);
+    }
+}
+
+} // namespace corvane
