@@ -59,11 +59,13 @@ private:
     void run() {
         const ObjectOwner own = lookupObject(interpreter_.cache, stream_, "Resources");
         const bool tellsSources = interpreter_.level.tellsSources;
-        if (interpreter_.level.trace != nullptr) {
-            beginTrace(own.get());
-        }
         GraphicsState state = interpreter_.state;
-        appearance_ = enterTransparencyGroup(interpreter_, stream_, state);
+        const std::optional<Appearance> whole =
+            enterTransparencyGroup(interpreter_, stream_, state);
+        appearance_ = whole.value_or(Appearance());
+        if (interpreter_.level.trace != nullptr) {
+            beginTrace(own.get(), whole.has_value(), state.transparency);
+        }
         const std::int32_t blended = interpreter_.blended;
         InnerContent content(interpreter_, number_, state, matrix_, group_);
         content.run(stream_, own.get(), [&](Interpreter& interpreter) {
@@ -76,7 +78,7 @@ private:
         appearance_.isIsolated = appearance_.isIsolated && interpreter_.blended != blended;
     }
 
-    void beginTrace(const Object& resources) {
+    void beginTrace(const Object& resources, bool isWhole, const Transparency& inside) {
         trace_ = std::make_unique<FormTrace>();
         trace_->hasResources = typeObject(resources) == ObjectType::dictionary;
         trace_->content = content_;
@@ -85,6 +87,11 @@ private:
         trace_->stream = sharedObject(stream_);
         trace_->resources =
             sharedObject(trace_->hasResources ? resources : interpreter_.cache.resources.get());
+        trace_->isWhole = isWhole;
+        trace_->inherited = {.fillOpacity = inside.fillOpacity,
+                             .strokeOpacity = inside.strokeOpacity,
+                             .blend = inside.blend,
+                             .mask = inside.mask};
         trace_->matrix = matrix_;
     }
 

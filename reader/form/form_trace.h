@@ -1,6 +1,7 @@
 // A form that content draws, as a save that patches it sees it.
 #pragma once
 
+#include "host/appearance.h"
 #include "host/artwork.h"
 #include "host/matrix.h"
 #include "objects/object.h"
@@ -20,6 +21,8 @@ struct FormTrace {
     /// In which its content looks up names: its own, or those of the content around it.
     ObjectOwner resources;
     bool hasResources = false; ///< they are its own
+    bool isWhole = false;      ///< a transparency group, laid over what is behind it as one thing
+    Appearance inherited;      ///< by the state that its content begins with
     RealMatrix matrix;         ///< from the form's own space to the artboard
     Art group = Art::null;     ///< what it paints; null: nothing that art shows
     Art box = Art::null; ///< the group's clip, which stands for the BBox; null: none is needed

@@ -18,20 +18,20 @@ bool isOn(DocumentCache& cache, const Object& group, std::string_view key) {
 
 } // namespace
 
-Appearance enterTransparencyGroup(Interpreter& interpreter, const Object& form,
-                                  GraphicsState& inside) {
+std::optional<Appearance> enterTransparencyGroup(Interpreter& interpreter, const Object& form,
+                                                 GraphicsState& inside) {
     DocumentCache& cache = interpreter.cache;
     if (!interpreter.readsTransparency) {
-        return {};
+        return std::nullopt;
     }
     const ObjectOwner group = lookupObject(cache, form, "Group");
     if (typeObject(group.get()) != ObjectType::dictionary) {
-        return {};
+        return std::nullopt;
     }
     const ObjectOwner kind = lookupObject(cache, group.get(), "S");
     if (typeObject(kind.get()) != ObjectType::literal ||
         literalObject(kind.get()) != "Transparency") {
-        return {};
+        return std::nullopt;
     }
     const Transparency state = std::exchange(inside.transparency, {});
     inside.settings = withoutTransparency(inside.settings);

@@ -6,15 +6,17 @@
 #include "host/appearance.h"
 #include "objects/object.h"
 
+#include <optional>
+
 namespace corvane {
 
 struct GraphicsState;
 struct Interpreter;
 
-/// How the group of a form is laid over what is behind it, by the state in force. Of a form that is
-/// a transparency group, `inside`, the state that its content begins with, loses what counts for
-/// the group as a whole; other forms are no more than what they paint.
-Appearance enterTransparencyGroup(Interpreter& interpreter, const Object& form,
-                                  GraphicsState& inside);
+/// How a form that is a transparency group is laid over what is behind it, by the state in force;
+/// `inside`, the state that its content begins with, loses what counts for the group as a whole.
+/// Nothing where the form is none: it is no more than what it paints.
+std::optional<Appearance> enterTransparencyGroup(Interpreter& interpreter, const Object& form,
+                                                 GraphicsState& inside);
 
 } // namespace corvane

@@ -6,9 +6,11 @@
 #include "output/xref.h"
 #include "reader/content/appearance.h"
 #include "reader/content/art.h"
+#include "reader/shading/shading.h"
 #include "runtime/budget.h"
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
+#include "runtime/fixed.h"
 #include "writer/art/object_works.h"
 #include "writer/art/outline.h"
 #include "writer/art/paint_drawing.h"
@@ -41,7 +43,19 @@ std::string referenceTo(std::int32_t number) {
     return std::to_string(number) + " 0 R";
 }
 
+/// Of a form that lies on the artboard, with the same resources as the content around it.
 struct Drawing {
+    Drawing(const Walk& outer, TextDrawing* texts) {
+        walk.texts = texts;
+        walk.images = outer.images;
+        walk.paints = outer.paints != nullptr ? &outer.paints->onArtboard() : nullptr;
+        walk.looks = outer.looks;
+    }
+    std::string take() {
+        walk.text.flush();
+        return sink.take();
+    }
+
     TextSink sink;
     Walk walk{sink};
 };
@@ -65,6 +79,25 @@ Rect pageBounds() {
 bool isIsolated(const Appearance& appearance) {
     return appearance.isIsolated || appearance.opacity != 1 ||
            appearance.blend != BlendMode::normal || appearance.mask != SoftMask::null;
+}
+
+/// Writes the matrix of a form, and its box, which is as large on the artboard.
+void spaceOutput(Filter& output, const RealMatrix& space, const Rect& area) {
+    stringOutput(output, "/BBox [ ");
+    if (space == RealMatrix()) {
+        rectOutput(output, area);
+        stringOutput(output, "]\r");
+        return;
+    }
+    const Box box = spannedBox({realFromFixed(area.left), realFromFixed(area.bottom),
+                                realFromFixed(area.right), realFromFixed(area.top)},
+                               inverse(space).value_or(RealMatrix()));
+    for (const double edge : {box.left, box.bottom, box.right, box.top}) {
+        realOutput(output, edge);
+    }
+    stringOutput(output, "]\r/Matrix [ ");
+    matrixOutput(output, withoutSignedZeros(space));
+    stringOutput(output, "]\r");
 }
 
 } // namespace
@@ -113,8 +146,10 @@ std::int32_t DrawnLooks::addForm(Form form) {
     return forms_.back().number;
 }
 
-std::string_view DrawnLooks::addGroup(std::string content, const Appearance& appearance) {
+std::string_view DrawnLooks::addGroup(std::string content, const Appearance& appearance,
+                                      const RealMatrix& space) {
     const std::int32_t number = addForm({.content = std::move(content),
+                                         .space = space,
                                          .isIsolated = isIsolated(appearance),
                                          .isKnockout = appearance.isKnockout});
     return resources_->add(ResourceCategory::object, number, 0);
@@ -131,19 +166,14 @@ std::string DrawnLooks::drawn(const Walk& outer, TextDrawing* texts, Art art,
         failException(Exception::limit);
     }
     ++depth_;
-    const auto drawing = std::make_unique<Drawing>();
-    drawing->walk.texts = texts;
-    drawing->walk.images = outer.images;
-    drawing->walk.paints = outer.paints != nullptr ? &outer.paints->onArtboard() : nullptr;
-    drawing->walk.looks = outer.looks;
+    const auto drawing = std::make_unique<Drawing>(outer, texts);
     if (inside == Appearance()) {
         plainWorks(drawing->walk, art);
     } else {
         lookedWorks(drawing->walk, art, inside);
     }
-    drawing->walk.text.flush();
     --depth_;
-    return drawing->sink.take();
+    return drawing->take();
 }
 
 const DrawnLooks::DrawnMask& DrawnLooks::maskOf(const Walk& walk, SoftMask mask) {
@@ -207,9 +237,9 @@ void DrawnLooks::writeForm(DocumentCache& cache, const Form& form) const {
     Filter& output = *cache.output;
     touchXRef(output, form.number, 0);
     objectOutput(output, form.number, 0);
-    stringOutput(output, "<<\r/Type /XObject /Subtype /Form /BBox [ ");
-    rectOutput(output, area_ ? *area_ : pageBounds());
-    std::string group = "]\r/Group << /S /Transparency";
+    stringOutput(output, "<<\r/Type /XObject /Subtype /Form ");
+    spaceOutput(output, form.space, area_ ? *area_ : pageBounds());
+    std::string group = "/Group << /S /Transparency";
     group += form.isMask ? " /CS /DeviceRGB" : "";
     group += form.isIsolated ? " /I true" : "";
     group += form.isKnockout ? " /K true" : "";
@@ -272,20 +302,47 @@ void stateWorks(Walk& walk, const LookState& state) {
     walk.text.add(" gs\n");
 }
 
+namespace {
+
+void groupWorks(Walk& walk, std::string_view name) {
+    walk.text.add("/");
+    walk.text.add(name);
+    walk.text.add(" Do\n");
+}
+
+/// Strokes a path with tiles as a group: readers do not see through the tiles of a stroke.
+void tiledStrokeWorks(Walk& walk, Art path, double opacity) {
+    const auto drawing = std::make_unique<Drawing>(walk, walk.texts);
+    strokeOnlyWorks(drawing->walk, path);
+    const std::string_view name = walk.looks->addGroup(drawing->take(), {.opacity = opacity});
+    stateWorks(walk, {.fillOpacity = opacity});
+    groupWorks(walk, name);
+}
+
+} // namespace
+
 void lookedWorks(Walk& walk, Art art, const Appearance& appearance) {
     const ArtKind kind = artKind(art);
     const bool isPath = kind == ArtKind::path || kind == ArtKind::compound;
     const PathStyle style = isPath ? leadingStyle(art) : PathStyle();
     const bool paintsTwice = style.fillPaint != 0 && style.strokePaint != 0;
     const bool isDrawn = isPath && isDrawnByHost(style);
+    const double ofStroke = appearance.opacity * appearance.strokeOpacity;
+    const bool isTiled = style.strokePaint != 0 && style.stroke.kind == ColourKind::pattern &&
+                         walk.paints != nullptr && ofStroke != 1;
     const bool isOneThing = appearance.opacity != 1 || appearance.blend != BlendMode::normal ||
                             appearance.mask != SoftMask::null;
     enterWorks(walk);
     if (isPath && !isDrawn && !(paintsTwice && isOneThing)) {
         stateWorks(walk, stateOf(appearance));
-        if (paintsTwice && appearance.strokeOpacity != 1) {
+        const bool isApart = paintsTwice && appearance.strokeOpacity != 1;
+        if (isApart) {
             // Readers do not agree whether the fill is seen through the stroke. Apart, it is.
             fillOnlyWorks(walk, art);
+        }
+        if (isTiled) {
+            tiledStrokeWorks(walk, art, ofStroke);
+        } else if (isApart) {
             strokeOnlyWorks(walk, art);
         } else {
             plainWorks(walk, art);
@@ -302,9 +359,7 @@ void lookedWorks(Walk& walk, Art art, const Appearance& appearance) {
         }
         const std::string_view name = walk.looks->addGroup(walk, art, inside, ofGroup);
         stateWorks(walk, stateOf(ofGroup));
-        walk.text.add("/");
-        walk.text.add(name);
-        walk.text.add(" Do\n");
+        groupWorks(walk, name);
     }
     leaveWorks(walk);
 }

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "host/appearance.h"
+#include "host/matrix.h"
 #include "reader/document/cache.h"
 #include "runtime/memory.h"
 #include "writer/page/resource_registry.h"
@@ -48,8 +49,10 @@ public:
     /// The name of an external graphics state that sets this; of equal states there is one. Masks
     /// are drawn as `walk` draws art, and lie on the artboard: it must be the space in force.
     std::string_view addState(const Walk& walk, const LookState& state);
-    /// The name of a transparency group of this content, which is in the space of the artboard.
-    std::string_view addGroup(std::string content, const Appearance& appearance);
+    /// The name of a transparency group of this content, to be drawn in the space of the artboard.
+    /// `space` leads from the group's own space, in which its patterns lie, to that.
+    std::string_view addGroup(std::string content, const Appearance& appearance,
+                              const RealMatrix& space = {});
     /// The same of what a group of the artwork holds, or of other art, which has the look `inside`
     /// in it.
     std::string_view addGroup(const Walk& walk, Art art, const Appearance& inside,
@@ -63,6 +66,7 @@ private:
     struct Form {
         std::int32_t number = 0;
         std::string content;
+        RealMatrix space = {}; ///< its own, as `addGroup` is told
         bool isIsolated = false;
         bool isKnockout = false;
         bool isMask = false;

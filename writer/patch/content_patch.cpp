@@ -1,6 +1,5 @@
 #include "writer/patch/content_patch.h"
 
-#include "objects/identity.h"
 #include "runtime/exception.h"
 #include "writer/patch/compare/clip_matching.h"
 #include "writer/patch/compare/missing_art.h"
@@ -14,19 +13,18 @@
 
 #include <algorithm>
 #include <span>
-#include <string_view>
 #include <utility>
 
 namespace corvane {
 
 namespace {
 
-/// The name of the state that a page begins with.
-std::string_view resetName(PatchTools& tools) {
-    if (tools.ofPage.resetState == 0) {
-        tools.ofPage.resetState = nextIdentity();
+bool hasDamage(const ContentTrace& trace) {
+    bool isDamaged = false;
+    for (std::size_t i = 0; i + 1 < trace.streamStarts().size(); ++i) {
+        isDamaged = isDamaged || trace.isDamaged(i);
     }
-    return tools.resources.add(ResourceCategory::graphicsState, tools.ofPage.resetState, 0);
+    return isDamaged;
 }
 
 class Planner {
@@ -49,14 +47,11 @@ public:
         });
         refuseDamaged();
         content_.charge = std::move(tools_.charge);
-        return {.content = std::move(content_),
-                .bytes = std::move(tools_.bytes),
-                .patterns = tools_.patterns.take(),
-                .lists = lists.take(),
-                .groups = std::move(tools_.groups),
-                .looks = std::move(tools_.looks),
-                .counts = counts(clips, order),
-                .isDamaged = hasDamage()};
+        ContentPatch patch = keepContent(tools_);
+        patch.content = std::move(content_);
+        patch.lists = lists.take();
+        patch.counts = counts(clips, order);
+        return patch;
     }
 
 private:
@@ -64,16 +59,18 @@ private:
         PatchCounts counts;
         for (std::size_t i = 0; i < matching_.objects.size(); ++i) {
             const MatchedObject& object = matching_.objects[i];
-            const EditedForm* const form = artwork_.objects[static_cast<EditedIndex>(i)].form;
+            const EditedObject& edited = artwork_.objects[static_cast<EditedIndex>(i)];
+            const EditedForm* const form = edited.form;
             const bool isNew = object.source == noSource || object.isCopy;
+            const bool isChanged = object.difference.any() || artwork_.wholeAround(edited) != 0;
             if (!isNew && object.difference.inside) {
                 counts += form->counts;
                 continue;
             }
-            (isNew                     ? counts.added
-             : object.difference.any() ? counts.changed
-             : order.stays[i]          ? counts.kept
-                                       : counts.moved) += form != nullptr ? form->leaves : 1;
+            (isNew            ? counts.added
+             : isChanged      ? counts.changed
+             : order.stays[i] ? counts.kept
+                              : counts.moved) += form != nullptr ? form->leaves : 1;
         }
         for (TraceIndex link = 1; link < clips.released.size(); ++link) {
             counts.changed += clips.changedBy[link] != 0 || clips.released[link] ? 1 : 0;
@@ -112,7 +109,7 @@ private:
         const PageEnd end = closePage(trace_, tools_.state.inherits());
         content_.before = end.before;
         content_.patches.insert(content_.patches.end(), end.patches.begin(), end.patches.end());
-        write(works, insertions, end.inForce);
+        works.write(insertions, end.inForce);
         content_.behind = end.behind + tools_.taken();
     }
 
@@ -121,26 +118,12 @@ private:
         if (point.inForce.isInText) {
             tools_.walk.text.add("ET\n");
         }
-        write(works, insertions, point.inForce);
+        works.write(insertions, point.inForce);
         if (point.inForce.isInText) {
             resumeTextWorks(tools_, trace_.textPlace(point.inForce.text));
         }
         const std::uint32_t place = placeBefore(trace_, point.event);
         content_.patches.push_back({{place, place}, "\n" + tools_.taken()});
-    }
-
-    void write(InsertedWorks& works, std::span<const Insertion> insertions,
-               const Surroundings& inForce) {
-        works.write(insertions, inForce,
-                    inForce.settings == 0 ? std::string_view() : resetName(tools_));
-    }
-
-    bool hasDamage() const {
-        bool isDamaged = false;
-        for (std::size_t i = 0; i + 1 < tools_.trace.streamStarts().size(); ++i) {
-            isDamaged = isDamaged || trace_.isDamaged(i);
-        }
-        return isDamaged;
     }
 
     /// A stream whose tokens could not all be read is not written again.
@@ -173,6 +156,17 @@ private:
 ContentPatch patchContent(PatchTools& tools, const EditedArtwork& artwork,
                           const Matching& matching) {
     return Planner(tools, artwork, matching).plan();
+}
+
+ContentPatch keepContent(PatchTools& tools) {
+    return {.content = {},
+            .bytes = std::move(tools.bytes),
+            .patterns = tools.patterns.take(),
+            .lists = {},
+            .groups = std::move(tools.groups),
+            .looks = std::move(tools.looks),
+            .counts = {},
+            .isDamaged = hasDamage(tools.trace)};
 }
 
 } // namespace corvane

@@ -29,5 +29,7 @@ struct ContentPatch {
 /// drawn. Raises `unpatchable` where the artwork cannot be had without harm to something else.
 ContentPatch patchContent(PatchTools& tools, const EditedArtwork& artwork,
                           const Matching& matching);
+/// The content as it is, for another object.
+ContentPatch keepContent(PatchTools& tools);
 
 } // namespace corvane

@@ -109,12 +109,20 @@ bool GatheredState::inherits() {
     return rolesAround() != 0;
 }
 
-bool GatheredState::canWriteInitial(const Surroundings& own, TraceIndex setter) {
+/// Whether an operator up to this one may have changed settings of `gs` that were made around the
+/// content.
+bool GatheredState::changesInherited(TraceIndex setter) {
+    return trace_.atStart().settings != 0 && holdsRole(rolesUpTo(setter), OperatorRole::external);
+}
+
+bool GatheredState::canWriteInitial(std::uint32_t ofOwn, TraceIndex setter) {
     if (!inherits()) {
         return true;
     }
+    if (changesInherited(setter)) {
+        return false;
+    }
     const std::uint32_t set = rolesUpTo(setter);
-    const std::uint32_t ofOwn = rolesUpTo(own.setter);
     return std::ranges::none_of(initialParts, [&](const InitialPart& part) {
         const auto isSet = [&](std::uint32_t roles) {
             return holdsRole(roles, part.role) ||
@@ -127,6 +135,9 @@ bool GatheredState::canWriteInitial(const Surroundings& own, TraceIndex setter) 
 void GatheredState::writeInitial(const Surroundings& own, TraceIndex setter, bool isBehindNew) {
     if (setter == 0 && !isBehindNew) {
         return;
+    }
+    if (changesInherited(setter)) {
+        failException(Exception::unpatchable);
     }
     const std::uint32_t set = rolesUpTo(setter);
     const std::uint32_t ofOwn = rolesUpTo(own.setter);

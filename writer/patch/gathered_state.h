@@ -35,7 +35,11 @@ public:
     bool inherits();
 
     /// Whether `writeInitial` has a way.
-    bool canWriteInitial(const Surroundings& own, TraceIndex setter);
+    /// `ofOwn`: the roles of what is set again.
+    bool canWriteInitial(std::uint32_t ofOwn, TraceIndex setter);
+
+    /// The roles of that operator and those before it: a bit for each.
+    std::uint32_t rolesUpTo(TraceIndex setter);
 
     /// Sets what `own` has as the content begins, where another value may be in force: where an
     /// operator up to `setter` set it, or new art was drawn before. Raises `unpatchable` where that
@@ -56,7 +60,7 @@ public:
     std::string bytesOf(TraceIndex event);
 
 private:
-    std::uint32_t rolesUpTo(TraceIndex setter);
+    bool changesInherited(TraceIndex setter);
     void setAll(TraceIndex setter, const PageMovement& movement);
     void enterSpace(const RealMatrix& space);
     void set(const SetterLink& link, const PageMovement& movement);

@@ -3,6 +3,7 @@
 #include "host/matrix.h"
 #include "runtime/budget.h"
 #include "runtime/exception.h"
+#include "writer/patch/trace_links.h"
 
 #include <algorithm>
 #include <tuple>
@@ -10,16 +11,6 @@
 namespace corvane {
 
 namespace {
-
-/// The innermost link of both chains. Links are numbered in the order in which they were added.
-template <class Outer>
-TraceIndex commonLink(TraceIndex a, TraceIndex b, Outer outer) {
-    while (a != b) {
-        TraceIndex& inner = a > b ? a : b;
-        inner = outer(inner);
-    }
-    return a;
-}
 
 bool isMarkAround(const ContentTrace& trace, TraceIndex outer, TraceIndex inner) {
     while (inner > outer) {
@@ -29,10 +20,6 @@ bool isMarkAround(const ContentTrace& trace, TraceIndex outer, TraceIndex inner)
 }
 
 } // namespace
-
-TraceIndex commonMark(const ContentTrace& trace, TraceIndex a, TraceIndex b) {
-    return commonLink(a, b, [&](TraceIndex link) { return trace.mark(link).outer; });
-}
 
 InsertionPoints::InsertionPoints(const BaseContent& base, const EditedArtwork& artwork,
                                  const ClipMatching& clips, GatheredState& state)
@@ -74,9 +61,6 @@ void InsertionPoints::useGroup(EditedIndex group) {
     wanted_.clear();
     wantedLayers_ = artwork_.groups[group].layers;
     for (; group != 0; group = artwork_.groups[group].outer) {
-        if (artwork_.groups[group].isLooked()) {
-            wantedLayers_ = artwork_.groups[artwork_.groups[group].outer].layers;
-        }
         if (artwork_.groups[group].clip != Art::null) {
             wanted_.push_back(clips_.links[group]);
         }
@@ -85,19 +69,9 @@ void InsertionPoints::useGroup(EditedIndex group) {
 }
 
 TraceIndex InsertionPoints::sharedClip(TraceIndex clip) const {
-    const auto common = [&](TraceIndex a, TraceIndex b) {
-        return commonLink(a, b, [&](TraceIndex link) { return trace_.clip(link).outer; });
-    };
-    return own_ != nullptr ? common(clip, own_->clip)
-                           : common(common(clip, gap_.before.clip), gap_.behind.clip);
-}
-
-std::uint32_t InsertionPoints::hiddenClips(TraceIndex clip) const {
-    std::uint32_t count = 0;
-    for (; clip != 0; clip = trace_.clip(clip).outer) {
-        count += trace_.clip(clip).art == Art::null ? 1 : 0;
-    }
-    return count;
+    return former_
+               ? commonClip(trace_, clip, former_->clip)
+               : commonClip(trace_, commonClip(trace_, clip, gap_.before.clip), gap_.behind.clip);
 }
 
 /// Whether the text object can end here and go on in another one.
@@ -111,13 +85,13 @@ bool InsertionPoints::canResume(const Surroundings& here) const {
 /// `common`: the innermost around both neighbours.
 bool InsertionPoints::isMarkAllowed(TraceIndex mark, TraceIndex common) const {
     return isMarkAround(trace_, mark, common) ||
-           (own_ != nullptr && isMarkAround(trace_, mark, own_->mark));
+           (former_ && isMarkAround(trace_, mark, former_->mark));
 }
 
 bool InsertionPoints::fits(const Surroundings& here, InsertionPoint& point) {
     if (here.isInPath || !inverse(trace_.matrix(here.matrix)) ||
         (here.isInText && !canResume(here)) ||
-        (own_ != nullptr && !state_.canWriteInitial(*own_, here.setter))) {
+        (former_ && !state_.canWriteInitial(former_->roles, here.setter))) {
         return false;
     }
     const LayerChain layers = markLayers_.empty() ? 0 : markLayers_[here.mark];
@@ -135,7 +109,7 @@ bool InsertionPoints::fits(const Surroundings& here, InsertionPoint& point) {
             return false;
         }
     }
-    if (own_ != nullptr && hiddenClips(own_->clip) != hiddenClips(here.clip)) {
+    if (former_ && former_->hiddenClips != hiddenClips(trace_, here.clip)) {
         return false;
     }
     if (around_.size() > wanted_.size() ||
@@ -149,20 +123,17 @@ bool InsertionPoints::fits(const Surroundings& here, InsertionPoint& point) {
 }
 
 std::optional<InsertionPoint> InsertionPoints::find(const InsertionGap& gap,
-                                                    const EditedObject& object,
-                                                    const Surroundings* own) {
+                                                    const InsertedUnit& unit) {
     // What found a place there finds it again: only the places before it were passed over.
-    const EditedIndex group = object.group;
-    const bool isText = object.kind == ArtKind::text || object.kind == ArtKind::group;
-    const bool isSame = latest_ && group == group_ && isText == isText_ && own == nullptr &&
-                        own_ == nullptr && gap.first == latest_->event && gap.last == gap_.last;
+    const bool isSame = latest_ && unit.group == group_ && unit.isText == isText_ && !unit.former &&
+                        !former_ && gap.first == latest_->event && gap.last == gap_.last;
     if (isSame) {
         return latest_;
     }
-    useGroup(group);
+    useGroup(unit.group);
     gap_ = gap;
-    own_ = own;
-    isText_ = isText;
+    former_ = unit.former;
+    isText_ = unit.isText;
     const TraceIndex common = commonMark(trace_, gap.before.mark, gap.behind.mark);
     std::optional<InsertionPoint> best;
     // How much of its own and of all marked content, and of its group's clips, is around it.
@@ -175,13 +146,13 @@ std::optional<InsertionPoint> InsertionPoints::find(const InsertionGap& gap,
             failException(Exception::limit);
         }
         InsertionPoint point{.event = event};
-        if (isText && !here.isInText && !beforeTextOutside_.empty() && beforeTextOutside_[event]) {
+        if (isText_ && !here.isInText && !beforeTextOutside_.empty() && beforeTextOutside_[event]) {
             continue;
         }
         if (!isMarkAllowed(here.mark, common) || !fits(here, point)) {
             continue;
         }
-        const TraceIndex kept = own == nullptr ? 0 : commonMark(trace_, here.mark, own->mark);
+        const TraceIndex kept = former_ ? commonMark(trace_, here.mark, former_->mark) : 0;
         const std::tuple rank(trace_.mark(kept).depth, trace_.mark(here.mark).depth, point.ownClips,
                               !here.isInText);
         if (!best || rank >= bestRank) {

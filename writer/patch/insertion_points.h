@@ -3,6 +3,7 @@
 
 #include "writer/patch/compare/clip_matching.h"
 #include "writer/patch/gathered_state.h"
+#include "writer/patch/inserted_unit.h"
 #include "writer/patch/paint_order.h"
 
 #include <optional>
@@ -24,13 +25,12 @@ public:
     InsertionPoints(const BaseContent& base, const EditedArtwork& artwork,
                     const ClipMatching& clips, GatheredState& state);
 
-    /// The place for an object: where the marked content around both neighbours and
+    /// The place for a unit: where the marked content around both neighbours and
     /// as many as possible of the group's clips are in force, and no others; of several, the last.
-    /// `own` is what was in force where a moved object stood: clips without art that were around it
-    /// must be around the place, its own marked content, its tag, may be, and its state can be set
+    /// Where what it holds stood on the page, clips without art that were around it must be around
+    /// the place, its own marked content, its tag, may be, and its state can be set
     /// there. Past `budget::searchedPlaces` in all: `limit`.
-    std::optional<InsertionPoint> find(const InsertionGap& gap, const EditedObject& object,
-                                       const Surroundings* own);
+    std::optional<InsertionPoint> find(const InsertionGap& gap, const InsertedUnit& unit);
 
 private:
     void useGroup(EditedIndex group);
@@ -40,7 +40,6 @@ private:
     bool fits(const Surroundings& here, InsertionPoint& point);
     /// The innermost clip at a place that must be around it.
     TraceIndex sharedClip(TraceIndex clip) const;
-    std::uint32_t hiddenClips(TraceIndex clip) const;
     void findMarkLayers();
 
     const ContentTrace& trace_;
@@ -53,18 +52,15 @@ private:
     std::vector<bool> beforeTextOutside_;
     EditedIndex group_ = 0;
     bool isText_ = false;
+    std::optional<FormerPlace> former_;
     std::vector<TraceIndex> wanted_;     // clips of the group from the outermost; 0: a new one
-    LayerChain wantedLayers_ = 0;        // of the group, as far as it is not drawn as one thing
+    LayerChain wantedLayers_ = 0;        // of the group
     std::vector<LayerChain> markLayers_; // by mark; empty: none is of a layer that counts
     InsertionGap gap_;
-    const Surroundings* own_ = nullptr;
     std::vector<TraceIndex> around_; // clips at the place looked at, from the innermost
     std::optional<InsertionPoint> latest_;
     ZoneCharge charge_;
     std::int64_t searched_ = 0; // places looked at, and what is around each
 };
-
-/// The innermost marked content that is around both.
-TraceIndex commonMark(const ContentTrace& trace, TraceIndex a, TraceIndex b);
 
 } // namespace corvane

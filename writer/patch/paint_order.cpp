@@ -2,6 +2,7 @@
 
 #include "host/matrix.h"
 #include "runtime/exception.h"
+#include "writer/patch/inserted_unit.h"
 #include "writer/patch/insertion_points.h"
 #include "writer/patch/path_bytes.h"
 #include "writer/patch/text/show_patches.h"
@@ -60,15 +61,16 @@ public:
     Placer(const BaseContent& base, const EditedArtwork& artwork, const Matching& matching,
            const ClipMatching& clips, GatheredState& state)
         : base_(base), trace_(base.trace), artwork_(artwork), matching_(matching), clips_(clips),
-          points_(base, artwork, clips, state) {}
+          state_(state), points_(base, artwork, clips, state) {}
 
     PaintOrder place() {
         chooseStaying();
-        for (EditedIndex object = 0; object < artwork_.objects.size(); ++object) {
-            if (!order_.stays[object]) {
-                pending_.push_back(object);
+        for (EditedIndex object = 0; object < artwork_.objects.size();) {
+            if (order_.stays[object]) {
+                placeBefore(object++);
             } else {
-                placeBefore(object);
+                pending_.push_back(unitOf(object));
+                object = pending_.back().end;
             }
         }
         placeAtEnd();
@@ -80,7 +82,8 @@ private:
         std::vector<EditedIndex> able;
         for (EditedIndex i = 0; i < matching_.objects.size(); ++i) {
             const MatchedObject& object = matching_.objects[i];
-            if (object.source == noSource || object.isCopy || isInForm(artwork_.objects[i])) {
+            if (object.source == noSource || object.isCopy ||
+                artwork_.wholeAround(artwork_.objects[i]) != 0) {
                 continue;
             }
             const TraceIndex clip = trace_.clipAround(trace_.painted()[object.source].event);
@@ -97,23 +100,19 @@ private:
         }
     }
 
-    /// Whether it is drawn in a form, for a group that is laid over what is behind it as one thing.
-    bool isInForm(const EditedObject& object) const {
-        EditedIndex group = object.group;
-        while (group != 0 && !artwork_.groups[group].isLooked()) {
-            group = artwork_.groups[group].outer;
-        }
-        return group != 0;
-    }
-
     TraceIndex pathOf(EditedIndex object) const {
         return trace_.painted()[matching_.objects[object].source].event;
     }
 
-    /// What was in force where a moved object, or the original of a copy, stood.
-    const Surroundings* ownOf(EditedIndex object) const {
-        const PaintedIndex source = matching_.objects[object].source;
-        return source == noSource ? nullptr : &eventOf(trace_, source).behind;
+    InsertedUnit unitOf(EditedIndex object) {
+        return unitFrom(object, base_, artwork_, matching_, state_);
+    }
+
+    void insert(const InsertedUnit& unit, const InsertionPoint& point) {
+        for (EditedIndex object = unit.first; object < unit.end; ++object) {
+            order_.insertions.push_back({object, point});
+        }
+        next_ = point.event;
     }
 
     /// Places what is pending between the object that stays before and this one. If one of them has
@@ -126,28 +125,19 @@ private:
                                .behind = trace_.events()[path].behind};
         InsertionGap rest = gap;
         for (std::size_t i = 0; i < pending_.size(); ++i) {
-            const std::optional<InsertionPoint> point =
-                points_.find(rest, artwork_.objects[pending_[i]], ownOf(pending_[i]));
+            const std::optional<InsertionPoint> point = points_.find(rest, pending_[i]);
             if (!point) {
                 pending_.erase(pending_.begin(), pending_.begin() + static_cast<std::ptrdiff_t>(i));
-                pending_.push_back(object);
+                pending_.push_back(unitOf(object));
                 order_.stays[object] = false;
                 return;
             }
-            order_.insertions.push_back({pending_[i], *point});
-            rest.first = next_ = point->event;
+            insert(pending_[i], *point);
+            rest.first = next_;
         }
         pending_.clear();
         before_ = trace_.events()[path].behind;
         next_ = path + 1;
-    }
-
-    bool hasHiddenClip(const Surroundings* own) const {
-        TraceIndex clip = own == nullptr ? 0 : own->clip;
-        while (clip != 0 && trace_.clip(clip).art != Art::null) {
-            clip = trace_.clip(clip).outer;
-        }
-        return clip != 0;
     }
 
     /// The last event that something new may stand in front of. Failed operators at the end may
@@ -160,75 +150,71 @@ private:
         return last;
     }
 
-    /// A place within the object's own marked content, close behind where it stood: there it keeps
+    /// A place within the unit's own marked content, close behind where it stood: there it keeps
     /// its tag.
-    std::optional<InsertionPoint> placeInOwnMark(EditedIndex object) {
+    std::optional<InsertionPoint> placeInOwnMark(const InsertedUnit& unit) {
         constexpr TraceIndex farthest = 64;
-        const Surroundings* const own = ownOf(object);
-        if (own == nullptr || own->mark == 0 || isAtEnd_) {
+        if (!unit.former || unit.former->mark == 0 || isAtEnd_) {
             return std::nullopt;
         }
-        const InsertionGap gap{.first = std::max(next_, pathOf(object) + 1),
-                               .last = std::min(lastPlace(), pathOf(object) + farthest),
-                               .before = *own,
-                               .behind = *own};
-        const std::optional<InsertionPoint> point =
-            points_.find(gap, artwork_.objects[object], own);
-        return point && point->inForce.mark == own->mark ? point : std::nullopt;
+        const FormerPlace& former = *unit.former;
+        const InsertionGap gap{.first = std::max(next_, former.latest + 1),
+                               .last = std::min(lastPlace(), former.latest + farthest),
+                               .before = {.mark = former.mark},
+                               .behind = {.mark = former.mark}};
+        const std::optional<InsertionPoint> point = points_.find(gap, unit);
+        return point && point->inForce.mark == former.mark ? point : std::nullopt;
     }
 
-    /// A place close behind where the object stood, if another one must come behind it that has a
+    /// A place close behind where the unit stood, if another one must come behind it that has a
     /// tag to keep: at the very end it would take that from it.
     std::optional<InsertionPoint> placeBeforeMarked(std::size_t pending) {
         if (isAtEnd_ || pending + 1 == pending_.size()) {
             return std::nullopt;
         }
-        const EditedIndex object = pending_[pending];
-        const EditedIndex next = pending_[pending + 1];
-        const Surroundings* const behind = ownOf(next);
-        if (behind == nullptr || behind->mark == 0 || pathOf(next) < pathOf(object)) {
+        const std::optional<FormerPlace>& former = pending_[pending].former;
+        const std::optional<FormerPlace>& behind = pending_[pending + 1].former;
+        if (!former || !behind || former->hiddenClips != 0 || behind->mark == 0 ||
+            behind->latest < former->latest) {
             return std::nullopt;
         }
-        const InsertionGap gap{.first = std::max(next_, pathOf(object) + 1),
-                               .last = std::max(next_, firstWithin(trace_, pathOf(next))),
-                               .before = *ownOf(object),
-                               .behind = *behind};
-        return points_.find(gap, artwork_.objects[object], ownOf(object));
+        const InsertionGap gap{.first = std::max(next_, former->latest + 1),
+                               .last = std::max(next_, firstWithin(trace_, behind->latest)),
+                               .before = {.mark = former->mark},
+                               .behind = {.mark = behind->mark}};
+        return points_.find(gap, pending_[pending]);
+    }
+
+    InsertionPoint placeOf(std::size_t pending) {
+        const InsertedUnit& unit = pending_[pending];
+        std::optional<InsertionPoint> point = placeInOwnMark(unit);
+        if (!point) {
+            point = placeBeforeMarked(pending);
+        }
+        if (point) {
+            return *point;
+        }
+        const bool isHidden = unit.former && unit.former->hiddenClips != 0;
+        if (!isHidden && !trace_.endsOpen()) {
+            isAtEnd_ = true;
+            return {.isAtEnd = true, .event = static_cast<TraceIndex>(trace_.events().size())};
+        }
+        const InsertionGap gap{.first = next_,
+                               .last = lastPlace(),
+                               .before = before_ ? *before_ : trace_.atStart(),
+                               .behind = trace_.atEnd()};
+        point = isAtEnd_ ? std::nullopt : points_.find(gap, unit);
+        if (!point) {
+            failException(Exception::unpatchable);
+        }
+        return *point;
     }
 
     /// What is in front of all that stays is in front of everything else on the page, too, unless
     /// that would take its tag.
     void placeAtEnd() {
         for (std::size_t i = 0; i < pending_.size(); ++i) {
-            const EditedIndex object = pending_[i];
-            const Surroundings* const own = ownOf(object);
-            std::optional<InsertionPoint> point = placeInOwnMark(object);
-            if (!point && own != nullptr && !hasHiddenClip(own)) {
-                point = placeBeforeMarked(i);
-            }
-            if (point) {
-                order_.insertions.push_back({object, *point});
-                next_ = point->event;
-                continue;
-            }
-            if (!hasHiddenClip(own) && !trace_.endsOpen()) {
-                const InsertionPoint end{.isAtEnd = true,
-                                         .event = static_cast<TraceIndex>(trace_.events().size())};
-                order_.insertions.push_back({object, end});
-                next_ = end.event;
-                isAtEnd_ = true;
-                continue;
-            }
-            const InsertionGap gap{.first = next_,
-                                   .last = lastPlace(),
-                                   .before = before_ ? *before_ : trace_.atStart(),
-                                   .behind = trace_.atEnd()};
-            point = isAtEnd_ ? std::nullopt : points_.find(gap, artwork_.objects[object], own);
-            if (!point) {
-                failException(Exception::unpatchable);
-            }
-            order_.insertions.push_back({object, *point});
-            next_ = point->event;
+            insert(pending_[i], placeOf(i));
         }
     }
 
@@ -237,9 +223,10 @@ private:
     const EditedArtwork& artwork_;
     const Matching& matching_;
     const ClipMatching& clips_;
+    GatheredState& state_;
     InsertionPoints points_;
     PaintOrder order_;
-    std::vector<EditedIndex> pending_;
+    std::vector<InsertedUnit> pending_;
     std::optional<Surroundings> before_;
     TraceIndex next_ = 0;
     bool isAtEnd_ = false;

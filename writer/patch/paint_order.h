@@ -16,6 +16,7 @@ struct InsertionPoint {
     TraceIndex event = 0; ///< otherwise: in front of this event
     Surroundings inForce = {};
     /// Clips of the object's own groups that are in force there; it draws the inner ones itself.
+    /// No clip within a group that is laid over others as one thing is.
     std::uint32_t ownClips = 0;
     std::uint32_t ownLayers = 0; ///< the same of layers
 };

@@ -142,6 +142,24 @@ TEST_F(LayerPatchTest, ArtMovesIntoAndOutOfLayers) {
              t.group(t.newLayer("N"), {t.document_->parent(t.artist().at(0))});
          },
          "+N(<0,0 1,1 0,0 9,9>)"},
+        {"a layer in a group that is one thing", inL,
+         [](LayerPatchTest& t) {
+             t.document_->setAppearance(
+                 t.artist().group({t.document_->parent(t.artist().at(0)), t.artist().at(2)}),
+                 {.opacity = .5});
+         },
+         "31.1<+L(0,0 1,1 0,0 2,2) 0,0 3,3 0,0 612,792>"},
+        {"such a group in a layer of the page", inL,
+         [](LayerPatchTest& t) {
+             t.document_->setAppearance(t.artist().group({t.artist().at(0), t.artist().at(1)}),
+                                        {.opacity = .5});
+         },
+         "+L(31.1<0,0 1,1 0,0 2,2 0,0 612,792>) 0,0 3,3"},
+        {"a layer of the page that becomes one thing", inL,
+         [](LayerPatchTest& t) {
+             t.document_->setAppearance(t.document_->parent(t.artist().at(0)), {.opacity = .5});
+         },
+         "+L(31.1<0,0 1,1 0,0 2,2 0,0 612,792>) 0,0 3,3"},
         {"and a layer in a clip", "q 0 0 9 9 re W n 0 0 1 1 re f 0 0 2 2 re f Q",
          [](LayerPatchTest& t) { make(t, "N", 0, 0); }, "<+N(0,0 1,1) 0,0 2,2 0,0 9,9>"},
     };

@@ -13,7 +13,7 @@ using ::testing::HasSubstr;
 
 class LookPatchTest : public PatchTest {
 protected:
-    void openLooks(const std::string& content) {
+    void openLooks(const std::string& content, const std::string& entries = "") {
         const std::string form = "/Type /XObject /Subtype /Form /BBox [0 0 100 100] ";
         openFile(
             PdfBuilder::onePage(
@@ -23,7 +23,9 @@ protected:
                 "/S << /SMask << /S /Luminosity /G 30 0 R /BC [.5] /TR 31 0 R >> >> "
                 "/A << /SMask << /S /Alpha /G 30 0 R >> >> /N << /SMask /None >> "
                 "/R << /SMask << /S /Alpha /G 32 0 R >> >> >> "
-                "/Shading << /W 36 0 R >> /XObject << /G 33 0 R /P 34 0 R /I 35 0 R >> >>")
+                "/Shading << /W 42 0 R >> /Pattern << /T 37 0 R >> /Font << /F 38 0 R >> "
+                "/XObject << /G 33 0 R /P 34 0 R /D 35 0 R /L 36 0 R /S 40 0 R /I 41 0 R >> >> " +
+                    entries)
                 .stream(30, "0 0 50 100 re f",
                         form + "/Group << /S /Transparency /CS /DeviceGray >>")
                 .object(31, "<< /FunctionType 2 /Domain [0 1] /N 1 /C0 [1] /C1 [0] >>")
@@ -33,10 +35,21 @@ protected:
                 .stream(33, "0 0 9 9 re f /M gs 4 4 9 9 re f",
                         form + "/Group << /S /Transparency /I true /K true >>")
                 .stream(34, "0 0 9 9 re f", form)
-                .stream(35, "a",
+                .stream(35, "0 0 9 9 re f 4 4 9 9 re f", form + "/Resources << >>")
+                .stream(36, "/Pattern cs /T scn 0 0 9 9 re f 4 4 9 9 re f",
+                        form + "/Matrix [0 2 -2 0 60 0]")
+                .stream(37, "0 0 2 2 re f",
+                        "/PatternType 1 /PaintType 1 /TilingType 1 /BBox [0 0 4 4] /XStep 4 "
+                        "/YStep 4 /Matrix [1 0 0 1 1 3] /Resources << >>")
+                .object(38, "<< /Type /Font /Subtype /Type3 /FontMatrix [.1 0 0 .1 0 0] "
+                            "/CharProcs << /a 39 0 R >> /Encoding << /Differences [97 /a] >> "
+                            "/FirstChar 97 /Widths [10] >>")
+                .stream(39, "10 0 d0 0 0 8 8 re f")
+                .stream(40, "0 0 9 9 re f /E gs 2 2 9 9 re f 4 4 9 9 re f", form)
+                .stream(41, "a",
                         "/Type /XObject /Subtype /Image /Width 1 /Height 1 /BitsPerComponent 8 "
                         "/ColorSpace /DeviceGray")
-                .object(36, "<< /ShadingType 3 /ColorSpace /DeviceGray /Coords [0 0 1 50 0 1] "
+                .object(42, "<< /ShadingType 3 /ColorSpace /DeviceGray /Coords [0 0 1 50 0 1] "
                             "/Function << /FunctionType 2 /Domain [0 1] /N 1 >> >>")
                 .bytes());
     }
@@ -64,6 +77,17 @@ protected:
         }
         return text.str();
     }
+    /// Where the tiles of a path lie.
+    std::string tilesText(Art art) const {
+        const ArtKind kind = document_->kind(art);
+        if (kind != ArtKind::path || document_->style(art).fill.kind != ColourKind::pattern) {
+            return "";
+        }
+        const RealMatrix& m = document_->pattern(document_->style(art).fill.source).matrix;
+        std::ostringstream text;
+        text << " t" << m.a << ' ' << m.b << ' ' << m.tx << ' ' << m.ty;
+        return text.str();
+    }
     /// Of all art but clips, each group before what it holds, from the back.
     std::string looks() const {
         std::string text;
@@ -77,7 +101,7 @@ protected:
                 }
                 const bool isGroup = document_->kind(art) == ArtKind::group;
                 text += isGroup ? "[" : "(";
-                text += lookText(art);
+                text += lookText(art) + tilesText(art);
                 if (isGroup) {
                     self(self, art);
                 }
@@ -86,6 +110,20 @@ protected:
         };
         list(list, top);
         return text;
+    }
+
+    SoftMask addMask(Art drawn, bool isLuminosity) {
+        const Art content = document_->makeArtwork();
+        document_->reorder(drawn, Placement::inside, content);
+        return document_->addMask({.content = content, .isLuminosity = isLuminosity});
+    }
+    SoftMask maskOf(Art art) const { return document_->appearance(art).mask; }
+    /// The first point of the first path that the mask of the art holds.
+    Point maskCorner(Art art) const {
+        const Art group = document_->firstChild(document_->mask(maskOf(art)).content);
+        const Art path =
+            document_->kind(group) == ArtKind::path ? document_->nextSibling(group) : group;
+        return document_->segments(path)[0].anchor;
     }
 
     void expectKept(const std::string& wanted) {
@@ -126,7 +164,7 @@ TEST_F(LookPatchTest, StatesBecomeLooksOfArt) {
 TEST_F(LookPatchTest, OneMaskIsOneThing) {
     openLooks("/A gs 0 0 9 9 re f /A gs 1 1 9 9 re f q 2 0 0 2 0 0 cm /A gs 1 1 9 9 re f Q");
     const Artist edits = artist();
-    const auto maskAt = [&](std::size_t i) { return document_->appearance(edits.at(i)).mask; };
+    const auto maskAt = [&](std::size_t i) { return maskOf(edits.at(i)); };
     EXPECT_EQ(maskAt(0), maskAt(1));
     EXPECT_NE(maskAt(0), maskAt(2)) << "it lies elsewhere";
 }
@@ -166,19 +204,12 @@ TEST_F(LookPatchTest, AnObjectGetsAnotherLook) {
 TEST_F(LookPatchTest, MasksAreDrawnWhereTheyLie) {
     openLooks("2 0 0 2 30 0 cm 0 0 9 9 re f 20 20 9 9 re f");
     Artist edits = artist();
-    const Art drawn = edits.add(10, 20, 30, 40);
-    const Art content = document_->makeArtwork();
-    document_->reorder(drawn, Placement::inside, content);
-    const SoftMask mask = document_->addMask({.content = content, .isLuminosity = true});
+    const SoftMask mask = addMask(edits.add(10, 20, 30, 40), true);
     document_->setAppearance(edits.at(0), {.mask = mask});
     document_->setAppearance(edits.at(1), {.mask = mask});
     ASSERT_NO_FATAL_FAILURE(expectKept("[( light)][( light)]"));
-    const Appearance look = document_->appearance(artist().at(0));
-    const Art group = document_->firstChild(document_->mask(look.mask).content);
-    const Art path =
-        document_->kind(group) == ArtKind::path ? document_->nextSibling(group) : group;
-    EXPECT_EQ(document_->segments(path)[0].anchor, (Point{10 * fixedOne, 20 * fixedOne}));
-    EXPECT_EQ(look.mask, document_->appearance(artist().at(1)).mask);
+    EXPECT_EQ(maskCorner(artist().at(0)), (Point{10 * fixedOne, 20 * fixedOne}));
+    EXPECT_EQ(maskOf(artist().at(0)), maskOf(artist().at(1)));
 }
 
 TEST_F(LookPatchTest, WhatMasksHoldIsEdited) {
@@ -264,6 +295,21 @@ TEST_F(LookPatchTest, AMaskMovesOnlyWithItsObject) {
     EXPECT_EQ(newContent().find(" cm"), std::string::npos) << "it stays where the artwork has it";
 }
 
+TEST_F(LookPatchTest, AMaskAroundAFormDoesNotMoveWithTheForm) {
+    openLooks("/A gs /D Do");
+    Artist edits = artist();
+    const Art copy = edits.add(30, 0, 50, 100);
+    document_->setStyle(copy, document_->style(edits.at(0)));
+    const SoftMask moved = addMask(copy, false);
+    edits.move(edits.clips.at(0), 30, 0);
+    for (const Art art : {edits.at(0), edits.at(1)}) {
+        edits.move(art, 30, 0);
+        document_->setAppearance(art, {.mask = moved});
+    }
+    ASSERT_NO_FATAL_FAILURE(expectKept("[[[( alpha)][( alpha)]]]"));
+    EXPECT_EQ(maskCorner(artist().at(0)), (Point{30 * fixedOne, 0}));
+}
+
 TEST_F(LookPatchTest, GroupsAreOneThing) {
     openLooks("0 0 9 9 re f 4 4 9 9 re f 40 4 9 9 re f");
     Artist edits = artist();
@@ -278,6 +324,98 @@ TEST_F(LookPatchTest, GroupsAreOneThing) {
     ASSERT_NO_FATAL_FAILURE(expectKept("[( f0.5)]()"));
 }
 
+TEST_F(LookPatchTest, EditsOfWholes) {
+    const Appearance half{.opacity = .5};
+    struct Row {
+        const char* name;
+        const char* content;
+        const char* entries; ///< of the page
+        std::function<void(Artist&)> edit;
+        const char* looks;
+        const char* facts;
+    };
+    // The group that an object is in, and a new one of it and the next.
+    const auto around = [&](std::size_t object) {
+        return [object, half](Artist& it) {
+            it.document.setAppearance(it.document.parent(it.at(object)), half);
+        };
+    };
+    const auto groups = [&](std::size_t object) {
+        return [object, half](Artist& it) {
+            const Art group = it.group({it.at(object), it.at(object + 1)});
+            it.document.setAppearance(group, half);
+        };
+    };
+    const Row rows[] = {
+        {"a clip that the page has", "q 0 0 50 50 re W n 0 0 9 9 re f 4 4 9 9 re f Q 40 4 9 9 re f",
+         "", around(0), "[ o0.5[[()][()]]]()", "1 2 0 0 0"},
+        {"a clip within a clip",
+         "q 0 0 60 60 re W n 1 1 9 9 re f q 0 0 50 50 re W n 0 0 9 9 re f 4 4 9 9 re f Q 40 4 9 9 "
+         "re f Q",
+         "", around(1), "[()[ o0.5[[()][()]]]()]", "2 2 0 0 0"},
+        {"objects of two clips, in the middle",
+         "q 0 0 50 50 re W n 0 0 9 9 re f Q q 0 0 60 60 re W n 4 4 9 9 re f Q 40 4 9 9 re f", "",
+         [&](Artist& it) {
+             it.document.setAppearance(
+                 it.group({it.document.parent(it.at(0)), it.document.parent(it.at(1))}), half);
+         },
+         "[ o0.5[[()]][[()]]]()", "1 2 0 0 0"},
+        {"objects of two tags",
+         "/P << /MCID 0 >> BDC 0 0 9 9 re f EMC /P << /MCID 1 >> BDC 4 4 9 9 re f EMC 40 4 9 9 re "
+         "f",
+         "", groups(0), "[ o0.5[()][()]]()", "1 2 0 0 0"},
+        {"of one tag, in front", "0 0 9 9 re f /P << /MCID 0 >> BDC 4 4 9 9 re f 6 6 9 9 re f EMC",
+         "", groups(1), "()[ o0.5[()][()]]", "1 2 0 0 0"},
+        {"tiles of a page that is turned", "/Pattern cs /T scn 0 0 9 9 re f 4 4 9 9 re f",
+         "/Rotate 90", groups(0), "[ o0.5[( t0 -1 3 611)][( t0 -1 3 611)]]", "0 2 0 0 0"},
+        {"tiles of a form", "/L Do", "", groups(0), "[[ o0.5[( t0 2 54 2)][( t0 2 54 2)]]]",
+         "0 2 0 0 0"},
+        {"within a form", "/D Do 20 0 5 5 re f", "", groups(0), "[[ o0.5[()][()]]]()", "1 2 0 0 0"},
+        {"within a form that is moved", "/D Do 20 0 5 5 re f", "",
+         [&](Artist& it) {
+             const Art form = it.document.parent(it.at(0));
+             it.document.setAppearance(it.group({it.at(0), it.at(1)}), half);
+             it.move(form, 30, 0);
+         },
+         "[[[ o0.5[()][()]]]]()", "1 3 0 0 0"},
+        {"a form that is no group", "/D Do 20 0 5 5 re f", "", around(0), "[ o0.5[()()]]()",
+         "1 2 0 0 0"},
+        {"a form that is one", "/G Do 20 0 5 5 re f", "", around(0),
+         "[ o0.5 isolated knockout()( b1)]()", "1 2 0 0 0"},
+        {"glyphs", "BT /F 10 Tf 2 2 Td (aa) Tj ET 20 0 5 5 re f", "", around(0), "[ o0.5[()()]]()",
+         "1 1 0 0 0"},
+        {"a form in a state", "/H gs /D Do 20 0 5 5 re f", "", around(0),
+         "[ o0.5[( f0.5)( f0.5)]]( f0.5)", "1 2 0 0 0"},
+        {"within a form in a state", "/H gs /M gs /D Do 20 0 5 5 re f", "", groups(0),
+         "[[ o0.5 isolated[( f0.5 b1)][( f0.5 b1)]]]( f0.5 b1)", "1 2 0 0 0"},
+        {"order in a form in a state", "/H gs /M gs /D Do 20 0 5 5 re f", "",
+         [&](Artist& it) { it.raise(it.at(0), it.at(1)); }, "[( f0.5 b1)[( f0.5 b1)]]( f0.5 b1)",
+         "2 0 0 0 1"},
+        {"new art in a form in a state", "/H gs /M gs /D Do 20 0 5 5 re f", "",
+         [&](Artist& it) {
+             it.add(1, 1, 9, 9, it.at(0));
+             it.raise(it.at(0), it.at(1));
+         },
+         "[[()]( f0.5 b1)[( f0.5 b1)]]( f0.5 b1)", "2 0 1 0 1"},
+        {"between objects of a state of their own", "/H gs /S Do 20 0 5 5 re f", "",
+         [&](Artist& it) { it.raise(it.at(0), it.at(1)); },
+         "[[( f0.3)][[( f0.5)][( f0.3)]]]( f0.5)", "2 0 0 0 2"},
+        {"under a mask around the form it is raised", "/A gs /D Do 20 0 5 5 re f", "",
+         [&](Artist& it) { it.raise(it.at(0), it.at(1)); }, "[( alpha)[( alpha)]]( alpha)",
+         "2 0 0 0 1"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        openLooks(row.content, row.entries);
+        Artist edits = artist();
+        row.edit(edits);
+        const std::vector<test::SeenPath> edited = seen();
+        expectKept(row.looks);
+        EXPECT_EQ(differenceOf(edited, seen(), {}), "");
+        EXPECT_EQ(facts(), row.facts);
+    }
+}
+
 TEST_F(LookPatchTest, NewArt) {
     openLooks("0 0 9 9 re f");
     Artist edits = artist();
@@ -286,6 +424,23 @@ TEST_F(LookPatchTest, NewArt) {
     document_->setAppearance(both, {.opacity = .5});
     document_->setAppearance(edits.add(60, 20, 9, 9), {.fillOpacity = .7});
     ASSERT_NO_FATAL_FAILURE(expectKept("()[[ o0.5()][( f0.7)]]"));
+
+    openLooks("0 0 9 9 re f");
+    Artist tiler = artist();
+    const Art stroked = tiler.add(20, 20, 30, 30);
+    const PaintSource tiles = document_->addPattern({.tile = document_->makeArtwork(),
+                                                     .right = 4,
+                                                     .top = 4,
+                                                     .stepX = 4,
+                                                     .stepY = 4,
+                                                     .matrix = {}});
+    tiler.style(stroked, [&](PathStyle& style) {
+        style.strokePaint = 1;
+        style.stroke = {.kind = ColourKind::pattern};
+        style.stroke.source = tiles;
+    });
+    document_->setAppearance(stroked, {.strokeOpacity = .5});
+    ASSERT_NO_FATAL_FAILURE(expectKept("()[()[ o0.5()]]"));
 }
 
 } // namespace

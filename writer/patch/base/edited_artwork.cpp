@@ -121,18 +121,14 @@ private:
 
     /// What glyph procedures drew is one object, as long as it is paths and bitmaps alone.
     bool addSourced(Art group) {
-        EditedObject object{.art = group,
-                            .kind = ArtKind::group,
-                            .group = group_,
-                            .source = {},
-                            .appearance = appearance_};
-        callHost(slot::getArtSource, group, &object.source);
+        ArtSource source;
+        callHost(slot::getArtSource, group, &source);
         std::uint8_t clipped = 0;
         callHost(slot::getGroupClipped, group, &clipped);
-        if (object.source.ordinal < 0 || clipped != 0 || !isGlyphGroup(group)) {
+        if (source.ordinal < 0 || clipped != 0 || !isGlyphGroup(group)) {
             return false;
         }
-        artwork_->objects.push(object);
+        addParts(group);
         return true;
     }
 
@@ -169,7 +165,19 @@ private:
         group_ = left.group;
         appearance_ = left.appearance;
         artwork_ = open_.empty() ? &page_ : &open_.back().form.inside;
-        add(forms_.back().group, ArtKind::group, &forms_.back());
+        EditedForm& form = forms_.back();
+        form.base->form->isWhole ? add(form.group, ArtKind::group, &form)
+                                 : addParts(form.group, &form);
+    }
+
+    /// What is painted as no more than its parts: its look is that of a group around it.
+    void addParts(Art art, EditedForm* form = nullptr) {
+        const EditedIndex around = group_;
+        if (appearance_ != Appearance()) {
+            push({.outer = group_, .appearance = std::exchange(appearance_, {})});
+        }
+        add(art, ArtKind::group, form);
+        group_ = around;
     }
 
     void add(Art art, ArtKind kind, EditedForm* form = nullptr) {
@@ -243,9 +251,14 @@ private:
         group.endRun = static_cast<EditedIndex>(runs.size());
     }
 
-    void push(const EditedGroup& group) {
+    void push(EditedGroup group) {
+        const auto index = static_cast<EditedIndex>(artwork_->groups.size());
+        group.whole = artwork_->groups[group.outer].whole;
+        if (group.whole == 0 && group.isLooked()) {
+            group.whole = index;
+        }
         artwork_->groups.push(group);
-        group_ = static_cast<EditedIndex>(artwork_->groups.size() - 1);
+        group_ = index;
     }
 
     void leaveGroup() {

@@ -34,6 +34,9 @@ struct EditedGroup {
     EditedIndex endRun = 0;
     /// Of what it holds as one thing; where it holds one object, that has it.
     Appearance appearance = {};
+    /// The outermost group that is laid over others as one thing, of it and those around it;
+    /// 0: none is.
+    EditedIndex whole = 0;
     ContentLayer layer = ContentLayer::null; ///< null: the group shows always
     LayerChain layers = 0;                   ///< all around what it holds
     bool isWithin = false;                   ///< the group around it is the same art
@@ -60,6 +63,9 @@ struct EditedArtwork {
     ChargedList<EditedObject> clipRuns; ///< of text that clips, which is no object; likewise
     std::vector<std::string> layers;    ///< titles of those that are drawn and hold an object
     ChargedList<Art> annotations;       ///< groups, which are no objects
+
+    /// The outermost group around the object that is laid over others as one thing; 0: none.
+    EditedIndex wholeAround(const EditedObject& object) const { return groups[object.group].whole; }
 };
 
 /// Forms that artwork holds, those within others in front of these.

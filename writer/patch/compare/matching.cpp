@@ -91,10 +91,16 @@ ObjectLook lookOfObject(const EditedObject& object) {
                                         : ObjectLook{object.appearance};
 }
 
-/// How the object moved, where it did.
+/// Whether its mask was set around the content, where no object can take it along.
+bool isMaskedAround(const BaseContent& base, const PaintedArt& was) {
+    const SoftMask mask = appearanceOf(was.art).mask;
+    return base.form != nullptr && mask != SoftMask::null && mask == base.form->inherited.mask;
+}
+
+/// How the object moved, where it did, and may take a mask along.
 std::optional<RealMatrix> movementIn(const BaseContent& base, const PaintedArt& was,
                                      const EditedObject& object, const ArtDifference& difference) {
-    if (object.appearance.mask == SoftMask::null) {
+    if (object.appearance.mask == SoftMask::null || isMaskedAround(base, was)) {
         return std::nullopt;
     }
     if (object.form != nullptr) {

@@ -31,6 +31,13 @@ bool isComplete(const EditedForm& form) {
     return isSame;
 }
 
+/// Whether some of it is laid over the rest as one thing, as no content of the page does it.
+bool holdsWhole(const EditedArtwork& artwork) {
+    return std::ranges::any_of(artwork.objects.items(), [&](const EditedObject& object) {
+        return artwork.wholeAround(object) != 0;
+    });
+}
+
 bool isUnchanged(const EditedForm& form) {
     const BaseContent& base = *form.base;
     if (std::ranges::any_of(form.matching.objects,
@@ -240,7 +247,7 @@ void compareForm(EditedForm& form) {
     const Art box = form.base->form->box;
     const bool hasSameClips = (box == Art::null) == (form.clip == Art::null);
     form.isClipChanged = !hasSameClips || (box != Art::null && !sameClip(box, form.clip));
-    const bool holdsSame = isComplete(form) && hasSameLayers(form);
+    const bool holdsSame = isComplete(form) && hasSameLayers(form) && !holdsWhole(form.inside);
     if (holdsSame && !form.isClipChanged && isUnchanged(form)) {
         return;
     }

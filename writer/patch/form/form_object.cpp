@@ -66,11 +66,15 @@ FormObject planForm(PageTools& tools, EditedForm& form) {
     std::unique_ptr<ResourceRegistry> resources = carriedResources(tools, *form.base);
     const auto ofForm = std::make_unique<PatchTools>(tools, *form.base, *resources);
     FormObject object{.entries = {},
-                      .box = enlargedBox(tools.cache, tools.base, form),
+                      .box = {},
                       .resources = std::move(resources),
                       .resourcesEntry = {},
-                      .patch = patchContent(*ofForm, form.inside, form.matching),
+                      .patch = form.isChanged ? patchContent(*ofForm, form.inside, form.matching)
+                                              : keepContent(*ofForm),
                       .stream = {}};
+    if (form.isChanged) {
+        object.box = enlargedBox(tools.cache, tools.base, form);
+    }
     if (object.patch.isDamaged && !object.patch.content.isNothing()) {
         failException(Exception::unpatchable);
     }

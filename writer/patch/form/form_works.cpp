@@ -68,6 +68,7 @@ void newFormWorks(PatchTools& tools, const EditedForm& form) {
     if (!tools.state.inherits()) {
         tools.state.writeInitial({}, 0, true);
     }
+    stateWorks(tools.walk, stateOf(form.base->form->inherited));
     spaceWorks(tools.walk, multiply(spaceOf(form), form.movement.value_or(RealMatrix())));
     drawWorks(tools, form);
     leaveWorks(tools.walk);

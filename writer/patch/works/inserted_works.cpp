@@ -1,5 +1,6 @@
 #include "writer/patch/works/inserted_works.h"
 
+#include "objects/identity.h"
 #include "reader/content/art.h"
 #include "runtime/exception.h"
 #include "runtime/extension.h"
@@ -7,13 +8,14 @@
 #include "runtime/reason.h"
 #include "writer/art/object_works.h"
 #include "writer/art/path_works.h"
+#include "writer/art/space_works.h"
 #include "writer/art/style_works.h"
 #include "writer/patch/compare/look_difference.h"
 #include "writer/patch/compare/movement.h"
 #include "writer/patch/form/form_works.h"
-#include "writer/patch/insertion_points.h"
 #include "writer/patch/text/text_run.h"
 #include "writer/patch/text/text_works.h"
+#include "writer/patch/trace_links.h"
 #include "writer/patch/works/kept_works.h"
 #include "writer/patch/works/placed_image.h"
 #include "writer/patch/works/shading_works.h"
@@ -22,6 +24,18 @@
 #include <algorithm>
 
 namespace corvane {
+
+namespace {
+
+/// A state that leaves nothing of the one in force.
+LookState wholeStateOf(const Appearance& appearance) {
+    return {.fillOpacity = appearance.opacity * appearance.fillOpacity,
+            .strokeOpacity = appearance.opacity * appearance.strokeOpacity,
+            .blend = appearance.blend,
+            .mask = appearance.mask};
+}
+
+} // namespace
 
 std::vector<bool> groupsApart(const EditedArtwork& artwork, const PaintOrder& order) {
     std::vector<bool> apart(artwork.groups.size(), true);
@@ -38,10 +52,33 @@ std::vector<bool> groupsApart(const EditedArtwork& artwork, const PaintOrder& or
     return apart;
 }
 
+/// Whether the content begins with settings of `gs` that were made around it.
+bool InsertedWorks::beginsSet() const {
+    return trace_.atStart().settings != 0;
+}
+
+/// Sets what `gs` may have set as on a new page.
+void InsertedWorks::resetWorks() {
+    std::int32_t& number = tools_.ofPage.resetState;
+    if (number == 0) {
+        number = nextIdentity();
+    }
+    walk_.text.add("/");
+    walk_.text.add(tools_.resources.add(ResourceCategory::graphicsState, number, 0));
+    walk_.text.add(" gs\n");
+}
+
+/// Within a transparency group, in the space of the artboard: sets how what the content paints is
+/// laid over what is behind it where nothing in it says otherwise.
+void InsertedWorks::inheritedWorks() {
+    if (base_.form != nullptr) {
+        stateWorks(walk_, stateOf(base_.form->inherited));
+    }
+}
+
 /// What is in layers of its own stands in them as a whole, so that they are layers and not groups
 /// in a group when the page is opened.
-void InsertedWorks::write(std::span<const Insertion> insertions, const Surroundings& inForce,
-                          std::string_view reset) {
+void InsertedWorks::write(std::span<const Insertion> insertions, const Surroundings& inForce) {
     while (!insertions.empty()) {
         std::vector<EditedIndex> layers = layersBefore(insertions.front());
         const auto end = std::ranges::find_if(insertions, [&](const Insertion& insertion) {
@@ -52,14 +89,14 @@ void InsertedWorks::write(std::span<const Insertion> insertions, const Surroundi
             tools_.marks.begin(walk_.text, artwork_.groups[layer].layer);
         }
         open_ = std::move(layers);
-        writeWithin(insertions.first(count), inForce, reset);
+        writeWithin(insertions.first(count), inForce);
         closeGroups(0);
         insertions = insertions.subspan(count);
     }
 }
 
-void InsertedWorks::writeWithin(std::span<const Insertion> insertions, const Surroundings& inForce,
-                                std::string_view reset) {
+void InsertedWorks::writeWithin(std::span<const Insertion> insertions,
+                                const Surroundings& inForce) {
     const std::size_t layers = open_.size();
     setter_ = inForce.setter;
     isBehindNew_ = false;
@@ -71,10 +108,8 @@ void InsertedWorks::writeWithin(std::span<const Insertion> insertions, const Sur
         walk_.text.addMatrix(back);
         walk_.text.add("cm\n");
     }
-    if (!reset.empty()) {
-        walk_.text.add("/");
-        walk_.text.add(reset);
-        walk_.text.add(" gs\n");
+    if (inForce.settings != 0 && !beginsSet()) {
+        resetWorks();
     }
     for (const Insertion& insertion : insertions) {
         openGroups(insertion);
@@ -129,7 +164,7 @@ void InsertedWorks::openGroups(const Insertion& insertion) {
         if (artwork_.groups[*group].layer != ContentLayer::null) {
             tools_.marks.begin(walk_.text, artwork_.groups[*group].layer);
         } else if (artwork_.groups[*group].isLooked()) {
-            beginForm(*group);
+            beginForm();
         } else {
             enterWorks(walk_);
         }
@@ -162,26 +197,28 @@ void InsertedWorks::closeGroups(std::size_t left) {
     }
 }
 
-/// What comes next goes into a form, which is drawn as one thing. All that it is to hold must be
-/// drawn in one place.
-void InsertedWorks::beginForm(EditedIndex group) {
-    if (!formed_.insert(group).second) {
+/// What comes next goes into a form, which is drawn as one thing.
+void InsertedWorks::beginForm() {
+    walk_.text.flush();
+    around_.push_back(tools_.sink.take());
+    noneStyleWorks(walk_);
+    // The page's patterns go on lying in the space of the content.
+    const std::optional<RealMatrix> toOwn = inverse(space_);
+    if (!toOwn) {
         failException(Exception::unpatchable);
     }
-    walk_.text.flush();
-    around_.push_back({.text = tools_.sink.take(), .paints = walk_.paints});
-    walk_.paints = walk_.paints != nullptr ? &walk_.paints->onArtboard() : nullptr;
-    noneStyleWorks(walk_);
+    if (space_ != RealMatrix()) {
+        spaceWorks(walk_, *toOwn);
+    }
 }
 
 void InsertedWorks::endForm(const Appearance& appearance) {
     walk_.text.flush();
-    const std::string_view name = tools_.looks.addGroup(tools_.sink.take(), appearance);
-    walk_.text.add(around_.back().text);
-    walk_.paints = around_.back().paints;
+    const std::string_view name = tools_.looks.addGroup(tools_.sink.take(), appearance, space_);
+    walk_.text.add(around_.back());
     around_.pop_back();
     enterWorks(walk_);
-    stateWorks(walk_, stateOf(appearance));
+    stateWorks(walk_, beginsSet() ? wholeStateOf(appearance) : stateOf(appearance));
     walk_.text.add("/");
     walk_.text.add(name);
     walk_.text.add(" Do\n");
@@ -201,6 +238,9 @@ void InsertedWorks::writeObject(const Insertion& insertion) {
         return;
     }
     enterWorks(walk_);
+    if (beginsSet()) {
+        resetWorks();
+    }
     writeNew(edited);
     leaveWorks(walk_);
 }
@@ -356,6 +396,9 @@ void InsertedWorks::writeSourced(const MatchedObject& object, const EditedObject
     }
     enterWorks(walk_);
     noneStyleWorks(walk_); // what follows goes past the shadow
+    if (!around_.empty()) {
+        inheritedWorks(); // a transparency group begins without it
+    }
     tools_.state.writeInitial(own, setter_, isBehindNew_);
     const PathSource source{event, artOf(base_, object.source)};
     const Art art = edited.art;

@@ -6,10 +6,8 @@
 #include "writer/patch/works/changed_works.h"
 
 #include <cstdint>
-#include <set>
 #include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace corvane {
@@ -23,22 +21,22 @@ public:
     InsertedWorks(PatchTools& tools, const BaseContent& base, const EditedArtwork& artwork,
                   const Matching& matching, const std::vector<bool>& apart)
         : tools_(tools), walk_(tools.walk), base_(base), trace_(base.trace), artwork_(artwork),
-          matching_(matching), apart_(apart) {}
+          matching_(matching), apart_(apart), space_(matrixOf(base, tools.ofPage.base)) {}
 
-    /// Writes objects of one place, between q and Q. `reset` names the external graphics state by
-    /// which everything is as on a new page; empty where it is so already.
-    void write(std::span<const Insertion> insertions, const Surroundings& inForce,
-               std::string_view reset);
+    /// Writes objects of one place, between q and Q.
+    void write(std::span<const Insertion> insertions, const Surroundings& inForce);
 
 private:
-    void writeWithin(std::span<const Insertion> insertions, const Surroundings& inForce,
-                     std::string_view reset);
+    void writeWithin(std::span<const Insertion> insertions, const Surroundings& inForce);
     std::vector<EditedIndex> missingGroups(const Insertion& insertion) const;
     std::vector<EditedIndex> layersBefore(const Insertion& insertion) const;
     void openGroups(const Insertion& insertion);
     void clip(const EditedGroup& group);
     void closeGroups(std::size_t left);
-    void beginForm(EditedIndex group);
+    bool beginsSet() const;
+    void resetWorks();
+    void inheritedWorks();
+    void beginForm();
     void endForm(const Appearance& appearance);
     void writeObject(const Insertion& insertion);
     void writeSourced(const MatchedObject& object, const EditedObject& edited, TraceIndex marks);
@@ -60,16 +58,11 @@ private:
     const EditedArtwork& artwork_;
     const Matching& matching_;
     const std::vector<bool>& apart_;
-    TraceIndex setter_ = 0;         // the latest before the place
-    bool isBehindNew_ = false;      // new art was drawn at the place
-    std::vector<EditedIndex> open_; // groups, from the outermost
-    /// What was written before a form that is open, and the paints of that.
-    struct Around {
-        std::string text;
-        PaintDrawing* paints = nullptr;
-    };
-    std::vector<Around> around_;   // the forms that are open
-    std::set<EditedIndex> formed_; // groups that became forms
+    const RealMatrix& space_;         // from the content's own space to the artboard
+    TraceIndex setter_ = 0;           // the latest before the place
+    bool isBehindNew_ = false;        // new art was drawn at the place
+    std::vector<EditedIndex> open_;   // groups, from the outermost
+    std::vector<std::string> around_; // what was written before each form that is open
 };
 
 } // namespace corvane

@@ -186,6 +186,18 @@ TEST_F(FormPatchTest, Edits) {
          "4 0 2 2 0",
          1,
          {"/X1 Do"}},
+        {"a copy gets into another form, and is moved",
+         "/A Do 1 0 0 1 20 20 cm /C Do",
+         squares,
+         "",
+         [](FormArtist& it) {
+             const Art copy = it.duplicate(it.forms[1]);
+             it.moveAll(copy, 30, 10);
+             it.raise(copy, it.at(0));
+         },
+         "4 0 2 0 0",
+         2,
+         {"/X1 Do", "/C Do"}},
         {"text is typed anew",
          "/A Do 0 0 5 5 re f",
          "BT /G 12 Tf 50 60 Td (Quay) Tj ET 1 0 0 rg 0 0 9 9 re f",

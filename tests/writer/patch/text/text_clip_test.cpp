@@ -90,6 +90,13 @@ TEST_F(TextClipTest, Edits) {
          },
          "1 2 0 0 0",
          {"Tm\n[<68656C6C6F> ] TJ\nET", "150 700 m", "0 0 9 9 re f"}},
+        {"all that it clips becomes one thing",
+         within,
+         [](Artist& it) {
+             it.document.setAppearance(it.document.parent(it.clips[0]), {.opacity = .5});
+         },
+         "1 2 0 0 0",
+         {clip + "  Q", "/X1 Do", "0 0 9 9 re f"}},
         {"letters that are painted as well",
          "q BT /F 20 Tf 4 Tr 100 700 Td (hello) Tj ET " + squares + "Q",
          [](Artist& it) { it.fill(it.at(0), .5); },
