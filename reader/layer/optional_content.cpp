@@ -198,7 +198,10 @@ ContentLayer OptionalContent::find(DocumentCache& cache, const Object& entry) {
         return ContentLayer::null;
     }
     ++told_;
-    const ContentLayer layer = tell(facts(cache, dictionary.get(), number), number);
+    const FileLayer seen = facts(cache, dictionary.get(), number);
+    // Nothing can name a dictionary without a number again, so it is told only where it hides.
+    const bool isTold = number != 0 || !seen.isVisible;
+    const ContentLayer layer = isTold ? tell(seen, number) : ContentLayer::null;
     if (number != 0) {
         byNumber_.emplace(number, layer);
     } else {

@@ -3,7 +3,6 @@
 #include "app/cli/messages.h"
 #include "app/cli/terminal/lines.h"
 
-#include <termios.h>
 #include <unistd.h>
 
 namespace corvane {
@@ -15,8 +14,6 @@ bool agrees(const Arguments& arguments, const std::string& question) {
     std::string line = plainLine(arguments.file + ": " + question + " (y/N)");
     line.back() = ' ';
     complain(line);
-    // What was typed before answers nothing.
-    tcflush(STDIN_FILENO, TCIFLUSH);
     LineSource answers(STDIN_FILENO);
     const std::string answer = answers.next().value_or("");
     return answer == "y" || answer == "Y" || answer == "yes";

@@ -21,8 +21,7 @@ class PaintReader;
 
 class MaskReader {
 public:
-    MaskReader(ReadingContext& context, PaintReader& paints)
-        : context_(context), paints_(paints) {}
+    MaskReader(ReadingContext& context, PaintReader& paints) : context_(context), paints_(paints) {}
 
     /// Whether the mask of that id needs the box of what is masked.
     bool fitsBox(std::string_view id) const;

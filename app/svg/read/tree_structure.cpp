@@ -20,7 +20,7 @@ void TreeReader::readStructure(const Frame& frame) {
     if (form && !inTile_) {
         document_.setForm(frame.made, *form);
     }
-    if (attributes_.has(Attribute::dataLayer) && !inTile_) {
+    if (attributes_.has(Attribute::dataLayer)) {
         const std::string_view number = attributes_[Attribute::dataLayer];
         ContentLayerFacts layer = newLayer(frame);
         std::from_chars(number.data(), number.data() + number.size(), layer.object);
@@ -32,7 +32,9 @@ void TreeReader::readStructure(const Frame& frame) {
                                        .isVisible = state.find("hidden") == std::string_view::npos,
                                        .isLocked = state.find("locked") != std::string_view::npos,
                                        .object = layer.object};
-        document_.setGroupLayer(frame.made, document_.contentLayers().addEdited(layer, opened));
+        // In tiles and masks a layer shows as it does in the file.
+        document_.setGroupLayer(
+            frame.made, document_.contentLayers().addEdited(inTile_ ? opened : layer, opened));
     }
 }
 

@@ -5,9 +5,9 @@
 #include "writer/art/outline.h"
 #include "writer/art/path_works.h"
 #include "writer/art/space_works.h"
-#include "writer/patch/works/kept_works.h"
 #include "writer/patch/compare/look_difference.h"
 #include "writer/patch/compare/movement.h"
+#include "writer/patch/works/kept_works.h"
 
 namespace corvane {
 

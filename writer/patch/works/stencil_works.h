@@ -1,8 +1,8 @@
 // Stencils in a gradient or pattern: their own bytes where the artwork has them, or new art.
 #pragma once
 
-#include "writer/patch/compare/comparison.h"
 #include "writer/patch/base/edited_artwork.h"
+#include "writer/patch/compare/comparison.h"
 #include "writer/patch/patch_tools.h"
 
 namespace corvane {

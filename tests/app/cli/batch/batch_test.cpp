@@ -103,7 +103,7 @@ TEST_F(Batch, GoesOnWhereAFileFails) {
          {"xa.svg"}},
         // The first of them would be read no more.
         {{"open", "b/a.pdf", "a.pdf", "-o", "{stem}.pdf"}, 1, "0 done, 2 failed", {}},
-        {{"open", "a.pdf", "-o", "b/{stem}/.."}, 1, "is no name of a file", {}},
+        {{"open", "a.pdf", "b/a.pdf", "-o", "{stem}/.."}, 1, "is no name of a file", {}},
         {{"open", "broken.pdf", "a.pdf", "--pages", "2-", "--quiet"}, 1, "error", {"a-page2.svg"}},
         {{"open", "a.pdf", "--pages", "9-"}, 1, "there is no page 9", {}},
         {{"check", "a.pdf", "broken.pdf", "b/a.pdf", "--jobs", "2"}, 1, "2 done, 1 failed", {}},
