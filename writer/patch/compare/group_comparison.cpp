@@ -42,35 +42,44 @@ bool isNear(const RealMatrix& a, const RealMatrix& b) {
 struct SeenPart {
     Art art = Art::null;
     ArtKind kind = ArtKind::path;
+    bool isClip = false; ///< of the group around it
     bool isClipped = false;
     std::size_t depth = 0;      ///< in groups of the list
     Appearance appearance = {}; ///< where the host holds any
 };
 
-/// From the back to the front; a group comes in front of what it holds. Compound paths are whole.
+/// The group itself and what it holds, from the back to the front; a group comes in front of what
+/// is in it. Compound paths are whole.
 ChargedList<SeenPart> seenIn(Art group) {
     ChargedList<SeenPart> parts;
-    std::vector<bool> isListed; // of each open group
+    struct Open {
+        bool isListed = false;
+        Art clip = Art::null;
+    };
+    std::vector<Open> open = {{}};
     ArtStack pending;
-    pending.enter(firstChild(group), ArtStep::What::end);
-    isListed.push_back(false);
+    pending.push(group);
     for (ArtStep step; pending.next(step);) {
         if (step.what != ArtStep::What::art) {
-            isListed.pop_back();
+            open.pop_back();
             continue;
         }
-        SeenPart part{.art = step.art, .kind = artKind(step.art)};
-        part.depth = static_cast<std::size_t>(std::ranges::count(isListed, true));
+        SeenPart part{
+            .art = step.art, .kind = artKind(step.art), .isClip = step.art == open.back().clip};
+        part.depth = static_cast<std::size_t>(std::ranges::count(open, true, &Open::isListed));
         if (hostHoldsAppearance()) {
             part.appearance = appearanceOf(step.art);
+            // Markup says these only where they are seen.
+            part.appearance.isIsolated = part.appearance.isKnockout = false;
         }
         if (part.kind == ArtKind::group) {
             std::uint8_t clipped = 0;
             callHost(slot::getGroupClipped, step.art, &clipped);
             part.isClipped = clipped != 0;
-            isListed.push_back(part.isClipped || part.appearance != Appearance());
+            open.push_back({.isListed = part.isClipped || part.appearance != Appearance(),
+                            .clip = part.isClipped ? firstChild(step.art) : Art::null});
             pending.enter(firstChild(step.art), ArtStep::What::end);
-            if (!isListed.back()) {
+            if (!open.back().isListed) {
                 continue;
             }
         }
@@ -83,7 +92,6 @@ ChargedList<SeenPart> seenIn(Art group) {
 bool isLaidAlike(const Appearance& was, const Appearance& is) {
     return isNear(was.opacity, is.opacity) && isNear(was.fillOpacity, is.fillOpacity) &&
            isNear(was.strokeOpacity, is.strokeOpacity) && was.blend == is.blend &&
-           was.isIsolated == is.isIsolated && was.isKnockout == is.isKnockout &&
            (was.mask == SoftMask::null) == (is.mask == SoftMask::null);
 }
 
@@ -99,13 +107,16 @@ bool isSamePath(Art was, Art is, const RealMatrix& movement, PaintComparison& pa
 
 bool isSame(const SeenPart& was, const SeenPart& is, const RealMatrix& movement,
             PaintComparison& paints) {
-    if (was.kind != is.kind || was.isClipped != is.isClipped || was.depth != is.depth ||
-        !isLaidAlike(was.appearance, is.appearance)) {
+    if (was.kind != is.kind || was.isClip != is.isClip || was.isClipped != is.isClipped ||
+        was.depth != is.depth || !isLaidAlike(was.appearance, is.appearance)) {
         return false;
     }
     switch (was.kind) {
     case ArtKind::path:
     case ArtKind::compound:
+        if (was.isClip && movement == RealMatrix()) {
+            return sameClip(was.art, is.art);
+        }
         return isSamePath(was.art, is.art, movement, paints);
     case ArtKind::text:
         return sameText(was.art, is.art, paints, movement);
