@@ -198,13 +198,18 @@ ContentLayer OptionalContent::find(DocumentCache& cache, const Object& entry) {
         return ContentLayer::null;
     }
     ++told_;
-    const FileLayer seen = facts(cache, dictionary.get(), number);
-    // Nothing can name a dictionary without a number again, so it is told only where it hides.
-    const bool isTold = number != 0 || !seen.isVisible;
-    const ContentLayer layer = isTold ? tell(seen, number) : ContentLayer::null;
+    const FileLayer told = facts(cache, dictionary.get(), number);
+    ContentLayer layer = ContentLayer::null;
     if (number != 0) {
+        layer = tell(told, number);
         byNumber_.emplace(number, layer);
     } else {
+        const auto [same, isNew] =
+            unnumbered_.try_emplace(std::pair(told.name, told.isVisible), ContentLayer::null);
+        if (isNew) {
+            same->second = tell(told, 0);
+        }
+        layer = same->second;
         byPlace_.emplace(dictionary->data, layer);
         held_.push_back(std::move(dictionary));
     }

@@ -8,10 +8,12 @@
 #include "reader/document/cache.h"
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace corvane {
@@ -32,6 +34,11 @@ public:
     std::optional<FileLayer> look(DocumentCache& cache, const Object& entry);
     /// Those that the host was told of, by the numbers of their objects.
     const std::unordered_map<std::int32_t, ContentLayer>& known() const { return byNumber_; }
+    /// The same of those without a number, by their names and whether they show: nothing else tells
+    /// them apart.
+    const std::map<std::pair<std::string, bool>, ContentLayer>& unnumbered() const {
+        return unnumbered_;
+    }
     bool any() const { return told_ > 0; }
 
     /// What the host calls the layer that an OC entry names: a layer, or a membership dictionary.
@@ -57,9 +64,9 @@ private:
 
     std::optional<Configuration> configuration_;
     std::unordered_map<std::int32_t, ContentLayer> byNumber_; ///< of its object
-    /// Of dictionaries without a number, by where they lie.
-    std::unordered_map<std::uint32_t, ContentLayer> byPlace_;
-    std::vector<ObjectOwner> held_; ///< these: nothing takes their place
+    std::map<std::pair<std::string, bool>, ContentLayer> unnumbered_;
+    std::unordered_map<std::uint32_t, ContentLayer> byPlace_; ///< these, by where they lie
+    std::vector<ObjectOwner> held_;                           ///< these: nothing takes their place
     std::int32_t told_ = 0;
     std::int64_t conditions_ = 0; ///< looked at so far
 };

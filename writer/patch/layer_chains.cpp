@@ -101,7 +101,7 @@ ContentLayerFacts factsOf(ContentLayer layer) {
 
 } // namespace
 
-/// An editor that drops numbers mostly keeps names.
+/// Some layers of the file have no number, and an editor that drops numbers mostly keeps names.
 void PatchLayers::nameAgain(EditedArtwork& artwork) {
     std::unordered_map<std::string, ContentLayer> unnamed;
     for (const auto& [number, layer] : ofPage_.known()) {
@@ -109,15 +109,25 @@ void PatchLayers::nameAgain(EditedArtwork& artwork) {
             unnamed.emplace(factsOf(layer).name, layer);
         }
     }
-    for (std::size_t i = 0; i < artwork.groups.size() && !unnamed.empty(); ++i) {
+    const auto& unnumbered = ofPage_.unnumbered();
+    if (unnamed.empty() && unnumbered.empty()) {
+        return;
+    }
+    for (std::size_t i = 0; i < artwork.groups.size(); ++i) {
         ContentLayer& layer = artwork.groups[i].layer;
         if (layer == ContentLayer::null) {
             continue;
         }
         const ContentLayerFacts facts = factsOf(layer);
-        const auto same = unnamed.find(std::string(facts.name));
-        if (facts.object == 0 && same != unnamed.end()) {
+        if (facts.object != 0) {
+            continue;
+        }
+        const std::string name(facts.name);
+        if (const auto same = unnamed.find(name); same != unnamed.end()) {
             layer = same->second;
+        } else if (const auto alike = unnumbered.find({name, facts.isVisible});
+                   alike != unnumbered.end()) {
+            layer = alike->second;
         }
     }
 }

@@ -315,6 +315,28 @@ TEST_F(LayerPatchTest, RulesOfLayers) {
     }
 }
 
+/// Its name and whether it shows are all that artwork can say of it.
+TEST_F(LayerPatchTest, LayersWithoutANumberAreKnownAgain) {
+    const auto again = [&](const char* rule, bool isVisible) {
+        openFile(
+            withResources(PdfBuilder::onePage(
+                              "/OC /M BDC 0 0 1 1 re f EMC",
+                              "/Resources << /Properties << /M << /Type /OCMD /OCGs [22 0 R] " +
+                                  std::string(rule) + " >> >> >>"))
+                .bytes());
+        ContentLayerFacts facts = document_->contentLayers().facts(known());
+        EXPECT_EQ(facts.object, 0) << rule;
+        facts.isVisible = isVisible;
+        const Art group = document_->firstChild(root());
+        document_->setGroupLayer(group, document_->contentLayers().addEdited(facts, facts));
+        EXPECT_EQ(save(), 0U) << rule;
+        return saved_.back().isNothing;
+    };
+    EXPECT_TRUE(again("/P /AllOff", false));
+    EXPECT_TRUE(again("/P /AnyOn", true));
+    EXPECT_FALSE(again("/P /AllOff", true)) << "another layer";
+}
+
 TEST_F(LayerPatchTest, AnObjectThatNamesItsLayerStaysInIt) {
     openFile(withResources(PdfBuilder::onePage("/G Do 0 0 2 2 re f",
                                                "/Resources << /XObject << /G 30 0 R >> >>"))
