@@ -2,7 +2,7 @@
 
 #include "app/svg/style.h"
 #include "app/svg/subpaths.h"
-#include "app/svg/text_clip.h"
+#include "app/svg/text/text_clip.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #include "app/svg/style.h"
 
 #include "app/svg/markup.h"
-#include "app/svg/paint_attributes.h"
+#include "app/svg/paint/paint_attributes.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 // A path style as presentation attributes, with data- attributes for what those cannot say.
 #pragma once
 
-#include "app/svg/paint_servers.h"
+#include "app/svg/paint/paint_servers.h"
 #include "app/svg/sink.h"
 #include "host/artwork.h"
 

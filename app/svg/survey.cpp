@@ -2,7 +2,7 @@
 
 #include "app/svg/image_writer.h"
 #include "app/svg/subpaths.h"
-#include "app/svg/text_clip.h"
+#include "app/svg/text/text_clip.h"
 
 #include <utility>
 

@@ -4,8 +4,8 @@
 #include "app/svg/markup.h"
 #include "app/svg/style.h"
 #include "app/svg/subpaths.h"
-#include "app/svg/text_clip.h"
-#include "app/svg/text_writer.h"
+#include "app/svg/text/text_clip.h"
+#include "app/svg/text/text_writer.h"
 
 namespace corvane {
 

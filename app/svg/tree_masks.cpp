@@ -1,9 +1,9 @@
 // Masks of elements.
 #include "app/svg/tree_writer.h"
 
-#include "app/svg/appearance_attributes.h"
 #include "app/svg/markup.h"
-#include "app/svg/mask_transfer.h"
+#include "app/svg/paint/appearance_attributes.h"
+#include "app/svg/paint/mask_transfer.h"
 
 #include <algorithm>
 #include <array>

@@ -1,13 +1,13 @@
 // Layers, groups and what is in them.
 #include "app/svg/tree_writer.h"
 
-#include "app/svg/appearance_attributes.h"
 #include "app/svg/image_writer.h"
 #include "app/svg/markup.h"
+#include "app/svg/paint/appearance_attributes.h"
 #include "app/svg/structure_attributes.h"
 #include "app/svg/style.h"
 #include "app/svg/subpaths.h"
-#include "app/svg/text_writer.h"
+#include "app/svg/text/text_writer.h"
 
 #include <optional>
 

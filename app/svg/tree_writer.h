@@ -5,12 +5,12 @@
 #include "app/svg/art_source.h"
 #include "app/svg/extent.h"
 #include "app/svg/layer_attributes.h"
-#include "app/svg/letter_advances.h"
-#include "app/svg/mask_names.h"
-#include "app/svg/paint_servers.h"
+#include "app/svg/paint/mask_names.h"
+#include "app/svg/paint/paint_servers.h"
 #include "app/svg/path_data.h"
 #include "app/svg/sink.h"
 #include "app/svg/survey.h"
+#include "app/svg/text/letter_advances.h"
 
 #include <cstddef>
 #include <cstdint>

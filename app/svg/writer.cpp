@@ -1,8 +1,8 @@
 #include "app/svg/writer.h"
 
-#include "app/svg/blending.h"
-#include "app/svg/font_rules.h"
+#include "app/svg/paint/blending.h"
 #include "app/svg/root.h"
+#include "app/svg/text/font_rules.h"
 #include "app/svg/tree_writer.h"
 
 namespace corvane {

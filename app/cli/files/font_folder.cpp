@@ -2,7 +2,7 @@
 
 #include "app/cli/fault.h"
 #include "app/cli/files/output.h"
-#include "app/svg/font_names.h"
+#include "app/svg/text/font_names.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/artwork/document.h"
-#include "app/svg/colour.h"
+#include "app/svg/paint/colour.h"
 #include "app/svg/read/style/attributes.h"
 
 #include <optional>

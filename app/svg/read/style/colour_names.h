@@ -1,7 +1,7 @@
 // The colour keywords of CSS (SVG 1.1, 4.4).
 #pragma once
 
-#include "app/svg/colour.h"
+#include "app/svg/paint/colour.h"
 
 #include <optional>
 #include <string_view>

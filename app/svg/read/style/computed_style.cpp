@@ -1,6 +1,6 @@
 #include "app/svg/read/style/computed_style.h"
 
-#include "app/svg/appearance_attributes.h"
+#include "app/svg/paint/appearance_attributes.h"
 #include "app/svg/read/style/css_colour.h"
 #include "app/svg/read/style/font_style.h"
 #include "app/svg/read/style/property_values.h"

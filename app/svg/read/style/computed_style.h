@@ -1,7 +1,7 @@
 // The values of an element's properties, inherited ones included.
 #pragma once
 
-#include "app/svg/colour.h"
+#include "app/svg/paint/colour.h"
 #include "app/svg/read/paint/paint_twin.h"
 #include "app/svg/read/style/attributes.h"
 #include "app/svg/read/style/declarations.h"

@@ -1,7 +1,7 @@
 // Colours as CSS writes them.
 #pragma once
 
-#include "app/svg/colour.h"
+#include "app/svg/paint/colour.h"
 #include "app/svg/read/values/number.h"
 
 #include <optional>

@@ -1,8 +1,8 @@
 #include "app/svg/read/style/font_style.h"
 
 #include "app/artwork/text/characters.h"
-#include "app/svg/font_names.h"
 #include "app/svg/read/values/number.h"
+#include "app/svg/text/font_names.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #include "app/svg/read/text/line_maker.h"
 
-#include "app/svg/text_direction.h"
-#include "app/svg/text_shift.h"
+#include "app/svg/text/text_direction.h"
+#include "app/svg/text/text_shift.h"
 
 #include <algorithm>
 #include <cmath>

@@ -5,7 +5,7 @@
 #include "app/svg/read/shape_builder.h"
 #include "app/svg/read/text/letter_places.h"
 #include "app/svg/read/text/text_path.h"
-#include "app/svg/text_shift.h"
+#include "app/svg/text/text_shift.h"
 #include "host/appearance.h"
 #include "host/matrix.h"
 
@@ -56,7 +56,7 @@ struct LineFrame {
     ArtPlace place;
     RealMatrix toArt; ///< from the user space of the letters
     bool isVertical = false;
-    bool isColumn = false; ///< vertical, as the writer writes it (app/svg/text_shift.h)
+    bool isColumn = false; ///< vertical, as the writer writes it (app/svg/text/text_shift.h)
     Appearance appearance = {};
     bool isClip = false; ///< its letters clip, and are not painted
 };

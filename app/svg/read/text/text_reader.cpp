@@ -2,10 +2,10 @@
 
 #include "app/artwork/geometry.h"
 #include "app/artwork/text/characters.h"
-#include "app/svg/font_names.h"
 #include "app/svg/read/paint/paint_style.h"
 #include "app/svg/read/style/cascade.h"
 #include "app/svg/read/style/font_style.h"
+#include "app/svg/text/font_names.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "app/svg/colour.h"
+#include "app/svg/paint/colour.h"
 #include "tests/app/svg/art_builder.h"
 #include "tests/app/svg/read/read_art.h"
 

@@ -2,7 +2,7 @@
 #include "app/svg/reader.h"
 
 #include "app/artwork/path_walk.h"
-#include "app/svg/colour.h"
+#include "app/svg/paint/colour.h"
 
 #include "tests/app/svg/art_builder.h"
 #include "tests/app/svg/read/read_art.h"

@@ -1,5 +1,5 @@
 // Text that this program wrote comes back as it was; that of others becomes lines and runs.
-#include "app/svg/font_names.h"
+#include "app/svg/text/font_names.h"
 
 #include "tests/app/svg/art_builder.h"
 #include "tests/app/svg/read/read_art.h"

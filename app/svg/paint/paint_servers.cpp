@@ -1,8 +1,8 @@
-#include "app/svg/paint_servers.h"
+#include "app/svg/paint/paint_servers.h"
 
 #include "app/artwork/path_walk.h"
 #include "app/svg/markup.h"
-#include "app/svg/paint_attributes.h"
+#include "app/svg/paint/paint_attributes.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 // A paint as an attribute, with data- attributes for what that cannot say.
 #pragma once
 
-#include "app/svg/paint_servers.h"
+#include "app/svg/paint/paint_servers.h"
 #include "app/svg/sink.h"
 #include "host/artwork.h"
 

@@ -1,8 +1,8 @@
-#include "app/svg/letter_writer.h"
+#include "app/svg/text/letter_writer.h"
 
 #include "app/artwork/text/characters.h"
-#include "app/svg/font_names.h"
 #include "app/svg/markup.h"
+#include "app/svg/text/font_names.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "app/svg/mask_names.h"
+#include "app/svg/paint/mask_names.h"
 
 #include "app/artwork/path_walk.h"
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/artwork/document.h"
-#include "app/svg/letter_advances.h"
+#include "app/svg/text/letter_advances.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "app/svg/blending.h"
+#include "app/svg/paint/blending.h"
 
 namespace corvane {
 

@@ -1,7 +1,7 @@
-#include "app/svg/paint_attributes.h"
+#include "app/svg/paint/paint_attributes.h"
 
-#include "app/svg/colour.h"
 #include "app/svg/markup.h"
+#include "app/svg/paint/colour.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "app/svg/text_direction.h"
+#include "app/svg/text/text_direction.h"
 
 #include "app/artwork/text/characters.h"
 

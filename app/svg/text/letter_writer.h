@@ -2,10 +2,10 @@
 #pragma once
 
 #include "app/artwork/document.h"
-#include "app/svg/letter_layout.h"
 #include "app/svg/path_data.h"
 #include "app/svg/sink.h"
-#include "app/svg/text_shift.h"
+#include "app/svg/text/letter_layout.h"
+#include "app/svg/text/text_shift.h"
 
 #include <string_view>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "app/svg/mask_transfer.h"
+#include "app/svg/paint/mask_transfer.h"
 
 #include "app/svg/markup.h"
 

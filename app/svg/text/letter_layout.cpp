@@ -1,7 +1,7 @@
-#include "app/svg/letter_layout.h"
+#include "app/svg/text/letter_layout.h"
 
 #include "app/artwork/geometry.h"
-#include "app/svg/text_shift.h"
+#include "app/svg/text/text_shift.h"
 
 #include <cmath>
 #include <utility>

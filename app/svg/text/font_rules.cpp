@@ -1,7 +1,7 @@
-#include "app/svg/font_rules.h"
+#include "app/svg/text/font_rules.h"
 
-#include "app/svg/font_names.h"
 #include "app/svg/markup.h"
+#include "app/svg/text/font_names.h"
 
 #include <cstddef>
 #include <cstdint>

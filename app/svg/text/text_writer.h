@@ -2,10 +2,10 @@
 #pragma once
 
 #include "app/svg/art_source.h"
-#include "app/svg/letter_advances.h"
-#include "app/svg/paint_servers.h"
+#include "app/svg/paint/paint_servers.h"
 #include "app/svg/path_data.h"
 #include "app/svg/sink.h"
+#include "app/svg/text/letter_advances.h"
 #include "host/appearance.h"
 
 #include <cstdint>

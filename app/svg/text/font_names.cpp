@@ -1,4 +1,4 @@
-#include "app/svg/font_names.h"
+#include "app/svg/text/font_names.h"
 
 #include "app/artwork/text/fonts.h"
 #include "app/svg/markup.h"

@@ -1,4 +1,4 @@
-#include "app/svg/appearance_attributes.h"
+#include "app/svg/paint/appearance_attributes.h"
 
 #include "app/svg/markup.h"
 

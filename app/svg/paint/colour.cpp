@@ -1,4 +1,4 @@
-#include "app/svg/colour.h"
+#include "app/svg/paint/colour.h"
 
 #include "app/artwork/arithmetic.h"
 

@@ -1,12 +1,12 @@
-#include "app/svg/text_writer.h"
+#include "app/svg/text/text_writer.h"
 
 #include "app/artwork/geometry.h"
-#include "app/svg/appearance_attributes.h"
-#include "app/svg/font_names.h"
-#include "app/svg/letter_writer.h"
 #include "app/svg/markup.h"
+#include "app/svg/paint/appearance_attributes.h"
 #include "app/svg/style.h"
-#include "app/svg/text_direction.h"
+#include "app/svg/text/font_names.h"
+#include "app/svg/text/letter_writer.h"
+#include "app/svg/text/text_direction.h"
 
 #include <array>
 #include <cstdlib>

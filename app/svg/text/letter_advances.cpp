@@ -1,4 +1,4 @@
-#include "app/svg/letter_advances.h"
+#include "app/svg/text/letter_advances.h"
 
 #include <hb.h>
 
