@@ -1,6 +1,5 @@
 // Stencils in gradients and patterns: paths under a mask of the image.
-#include "host/toolbox.h"
-#include "tests/reader/reader_fixture.h"
+#include "tests/reader/extension_fixture.h"
 
 #include <gtest/gtest.h>
 
@@ -9,17 +8,8 @@
 namespace corvane {
 namespace {
 
-class PaintedStencilTest : public ReaderTest {
+class PaintedStencilTest : public ExtensionTest {
 protected:
-    void SetUp() override {
-        ReaderTest::SetUp();
-        setHostExtension(&extension_);
-    }
-    void TearDown() override {
-        setHostExtension(nullptr);
-        ReaderTest::TearDown();
-    }
-
     std::string drawImages(const std::string& content) {
         const std::string image = "/Type /XObject /Subtype /Image /Width 1 /Height 1 ";
         return draw(
@@ -76,8 +66,6 @@ protected:
              << imageText(document().firstChild(mask.content));
         return text.str();
     }
-
-    HostExtension extension_;
 };
 
 TEST_F(PaintedStencilTest, PathsUnderMasksAndImages) {

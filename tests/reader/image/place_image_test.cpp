@@ -1,32 +1,19 @@
 // Images on the artboard.
-#include "tests/reader/reader_fixture.h"
-
-#include "host/toolbox.h"
+#include "tests/reader/extension_fixture.h"
 
 #include <gtest/gtest.h>
 
 namespace corvane {
 namespace {
 
-class PlaceImageTest : public ReaderTest {
+class PlaceImageTest : public ExtensionTest {
 protected:
-    void SetUp() override {
-        ReaderTest::SetUp();
-        setHostExtension(&extension_);
-    }
-    void TearDown() override {
-        setHostExtension(nullptr);
-        ReaderTest::TearDown();
-    }
-
     bool isSmooth(const std::string& matrix, const std::string& entries) {
         draw(PdfBuilder::onePage(matrix + " cm BI /W 2 /H 4 /BPC 8 /CS /G " + entries +
                                  " ID abcdefgh EI")
                  .bytes());
         return document().placedImage(document().firstChild(importedArt())).isSmooth;
     }
-
-    HostExtension extension_;
 };
 
 TEST_F(PlaceImageTest, LargePixelsHaveEdges) {

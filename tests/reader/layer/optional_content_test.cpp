@@ -1,7 +1,6 @@
 // Layers of the file as groups, and which of them show.
-#include "host/toolbox.h"
 #include "reader/content/interpreter.h"
-#include "tests/reader/reader_fixture.h"
+#include "tests/reader/extension_fixture.h"
 #include "tests/reader/structure_text.h"
 
 #include <gtest/gtest.h>
@@ -11,17 +10,8 @@
 namespace corvane {
 namespace {
 
-class OptionalContentTest : public ReaderTest {
+class OptionalContentTest : public ExtensionTest {
 protected:
-    void SetUp() override {
-        ReaderTest::SetUp();
-        setHostExtension(&extension_);
-    }
-    void TearDown() override {
-        setHostExtension(nullptr);
-        ReaderTest::TearDown();
-    }
-
     /// Layers A, B, C (objects 10 to 12; B is off), and M, a membership dictionary of these
     /// entries.
     std::string seen(const std::string& content, const std::string& membership = "",
@@ -42,8 +32,6 @@ protected:
                  .bytes());
         return structureText(document(), importedArt());
     }
-
-    HostExtension extension_;
 };
 
 TEST_F(OptionalContentTest, MarkedContentIsAGroup) {

@@ -1,6 +1,5 @@
 // Patterns and shadings of a page as gradients, patterns and images of the host.
-#include "host/toolbox.h"
-#include "tests/reader/reader_fixture.h"
+#include "tests/reader/extension_fixture.h"
 
 #include <gtest/gtest.h>
 
@@ -10,17 +9,8 @@
 namespace corvane {
 namespace {
 
-class PatternsTest : public ReaderTest {
+class PatternsTest : public ExtensionTest {
 protected:
-    void SetUp() override {
-        ReaderTest::SetUp();
-        setHostExtension(&extension_);
-    }
-    void TearDown() override {
-        setHostExtension(nullptr);
-        ReaderTest::TearDown();
-    }
-
     /// Draws with object 8 as the pattern /P and object 9 as the shading /S.
     void drawWith(const std::string& content, const std::string& pattern,
                   const std::string& shading, std::string_view tile = "") {
@@ -36,8 +26,6 @@ protected:
     }
     Art firstArt() { return document().lastChild(importedArt()); }
     Colour fill() { return document().style(firstArt()).fill; }
-
-    HostExtension extension_;
 };
 
 std::string stopsText(const Gradient& gradient) {

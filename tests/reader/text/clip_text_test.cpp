@@ -1,6 +1,5 @@
 // Text that clips what comes behind its text object.
-#include "host/toolbox.h"
-#include "tests/reader/reader_fixture.h"
+#include "tests/reader/extension_fixture.h"
 
 #include <gtest/gtest.h>
 
@@ -39,25 +38,10 @@ std::string structure(const Document& document, Art container) {
     return text;
 }
 
-class ClipTextTest : public ReaderTest {
+class ClipTextTest : public ExtensionTest {
 protected:
-    void SetUp() override {
-        ReaderTest::SetUp();
-        extension_.context = this;
-        extension_.omitted = [](void* context, Omission kind, std::int32_t count) {
-            if (kind == Omission::text) {
-                static_cast<ClipTextTest*>(context)->omitted_ = count;
-            }
-        };
-        setHostExtension(&extension_);
-    }
-    void TearDown() override {
-        setHostExtension(nullptr);
-        ReaderTest::TearDown();
-    }
-
     std::string drawn(const std::string& content) {
-        omitted_ = 0;
+        omissions_.clear();
         draw(PdfBuilder::onePage(content,
                                  "/Resources << /Font << /F 20 0 R /T 21 0 R >> /XObject << /A 22 "
                                  "0 R >> /Shading << /S 23 0 R >> >>")
@@ -74,9 +58,6 @@ protected:
                  .bytes());
         return structure(document(), document().layerArt(document().firstLayer()));
     }
-
-    HostExtension extension_;
-    std::int32_t omitted_ = 0;
 };
 
 TEST_F(ClipTextTest, WhatFollowsUpToTheEndOfTheState) {
@@ -119,7 +100,7 @@ TEST_F(ClipTextTest, WhatFollowsUpToTheEndOfTheState) {
     };
     for (const Row& row : rows) {
         EXPECT_EQ(drawn(row.content), row.drawn) << row.name;
-        EXPECT_EQ(omitted_, row.omitted) << row.name;
+        EXPECT_EQ(omitted(Omission::text), row.omitted) << row.name;
     }
 }
 

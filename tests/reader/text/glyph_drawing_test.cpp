@@ -1,7 +1,6 @@
 // Glyphs of Type 3 fonts as groups of paths.
-#include "host/toolbox.h"
 #include "runtime/fixed.h"
-#include "tests/reader/reader_fixture.h"
+#include "tests/reader/extension_fixture.h"
 
 #include <gtest/gtest.h>
 
@@ -13,27 +12,10 @@
 namespace corvane {
 namespace {
 
-class GlyphDrawingTest : public ReaderTest {
+class GlyphDrawingTest : public ExtensionTest {
 protected:
-    void SetUp() override {
-        ReaderTest::SetUp();
-        extension_.context = this;
-        extension_.omitted = [](void* context, Omission kind, std::int32_t count) {
-            if (kind == Omission::text) {
-                static_cast<GlyphDrawingTest*>(context)->omitted_ = count;
-            } else {
-                static_cast<GlyphDrawingTest*>(context)->others_ += count;
-            }
-        };
-        setHostExtension(&extension_);
-    }
-    void TearDown() override {
-        setHostExtension(nullptr);
-        ReaderTest::TearDown();
-    }
-
     void drawPage(const std::string& content, const std::string& glyph, const std::string& font) {
-        omitted_ = others_ = 0;
+        omissions_.clear();
         draw(PdfBuilder::onePage(content, "/Resources << /Font << /T 20 0 R /F 22 0 R >> "
                                           "/ExtGState << /G << /LW 3 >> >> >>")
                  .object(20, "<< /Type /Font /Subtype /Type3 /Encoding << /Differences [97 /a "
@@ -100,10 +82,6 @@ protected:
         }
         return all;
     }
-
-    HostExtension extension_;
-    std::int32_t omitted_ = 0;
-    std::int32_t others_ = 0;
 };
 
 const std::string tenth = "/FontMatrix [.1 0 0 .1 0 0] /CharProcs << /a 21 0 R >>";
@@ -165,9 +143,9 @@ TEST_F(GlyphDrawingTest, ProceduresPaintInThePlaceOfGlyphs) {
         SCOPED_TRACE(row.name);
         drawPage(".75 g .75 G BT /T 10 Tf 100 700 Td " + row.content + " ET", row.glyph, row.font);
         EXPECT_EQ(seen(), row.seen);
-        EXPECT_EQ(omitted_, row.omitted);
+        EXPECT_EQ(omitted(Omission::text), row.omitted);
     }
-    EXPECT_EQ(others_, 1) << "of the page itself: the pattern";
+    EXPECT_EQ(omissions_.size(), 2U) << "of the page itself: the pattern";
 }
 
 TEST_F(GlyphDrawingTest, ManyGlyphsComeToAnEnd) {

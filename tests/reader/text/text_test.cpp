@@ -1,6 +1,5 @@
 // Text of a page as lines of runs.
-#include "host/toolbox.h"
-#include "tests/reader/reader_fixture.h"
+#include "tests/reader/extension_fixture.h"
 #include "tests/reader/seen_text.h"
 
 #include <gtest/gtest.h>
@@ -8,26 +7,11 @@
 namespace corvane {
 namespace {
 
-class TextTest : public ReaderTest {
+class TextTest : public ExtensionTest {
 protected:
-    void SetUp() override {
-        ReaderTest::SetUp();
-        extension_.context = this;
-        extension_.omitted = [](void* context, Omission kind, std::int32_t count) {
-            if (kind == Omission::text) {
-                static_cast<TextTest*>(context)->omitted_ = count;
-            }
-        };
-        setHostExtension(&extension_);
-    }
-    void TearDown() override {
-        setHostExtension(nullptr);
-        ReaderTest::TearDown();
-    }
-
     /// The runs of a page with fonts /F (Helvetica), /T (Type 3) and /V (vertical).
     std::string runs(const std::string& content) {
-        omitted_ = 0;
+        omissions_.clear();
         draw(PdfBuilder::onePage(content, "/Resources << /Font << /F 20 0 R /T 21 0 R /V 22 0 R >> "
                                           "/XObject << /I 24 0 R >> /ExtGState << "
                                           "/G << /Font [20 0 R 20] >> /W << /Font [20 0 R] >> "
@@ -49,9 +33,6 @@ protected:
                  .bytes());
         return test::runsText(document());
     }
-
-    HostExtension extension_;
-    std::int32_t omitted_ = 0;
 };
 
 struct Row {
@@ -122,14 +103,14 @@ TEST_F(TextTest, LinesAndRuns) {
     };
     for (const Row& row : rows) {
         EXPECT_EQ(runs("BT /F 10 Tf 100 700 Td " + row.content + " ET"), row.runs) << row.name;
-        EXPECT_EQ(omitted_, row.omitted) << row.name;
+        EXPECT_EQ(omitted(Omission::text), row.omitted) << row.name;
     }
 }
 
 TEST_F(TextTest, HostsThatHoldNoText) {
     extension_.version = 3;
     EXPECT_EQ(runs("BT /F 10 Tf (ab) Tj (cd) Tj ET"), "");
-    EXPECT_EQ(omitted_, 2);
+    EXPECT_EQ(omitted(Omission::text), 2);
 }
 
 } // namespace
