@@ -59,6 +59,15 @@ std::string hexadecimalText(std::string_view bytes) {
     return text;
 }
 
+std::string_view trimmedLine(std::string_view line) {
+    constexpr std::string_view blanks = " \t\r";
+    const auto first = line.find_first_not_of(blanks);
+    if (first == std::string_view::npos) {
+        return {};
+    }
+    return line.substr(first, line.find_last_not_of(blanks) - first + 1);
+}
+
 std::string grouped(std::int64_t number) {
     std::string text = std::to_string(number);
     const std::size_t sign = number < 0 ? 1 : 0;

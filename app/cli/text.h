@@ -16,6 +16,9 @@ std::string terminalText(std::string_view bytes);
 /// Two lower-case hexadecimal digits for each byte.
 std::string hexadecimalText(std::string_view bytes);
 
+/// Without blanks at its ends.
+std::string_view trimmedLine(std::string_view line);
+
 /// "1,234,567".
 std::string grouped(std::int64_t number);
 

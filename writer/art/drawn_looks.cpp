@@ -124,6 +124,13 @@ LookState stateOf(const Appearance& appearance) {
     return state;
 }
 
+LookState wholeStateOf(const Appearance& appearance) {
+    return {.fillOpacity = appearance.opacity * appearance.fillOpacity,
+            .strokeOpacity = appearance.opacity * appearance.strokeOpacity,
+            .blend = appearance.blend,
+            .mask = appearance.mask};
+}
+
 std::string_view DrawnLooks::addState(const Walk& walk, const LookState& state) {
     if (state.mask && *state.mask != SoftMask::null) {
         maskOf(walk, *state.mask);

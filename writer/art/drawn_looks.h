@@ -39,6 +39,8 @@ struct LookState {
 Appearance appearanceOf(Art art);
 /// What is not as a page begins.
 LookState stateOf(const Appearance& appearance);
+/// The same with all that it does not say: it leaves nothing of the one in force.
+LookState wholeStateOf(const Appearance& appearance);
 
 class DrawnLooks {
 public:

@@ -1,5 +1,6 @@
 #include "app/cli/edit/key_file.h"
 
+#include "app/cli/text.h"
 #include "toolbox/descriptor.h"
 
 #include <algorithm>
@@ -14,15 +15,6 @@ namespace corvane {
 namespace {
 
 constexpr std::size_t longestFile = 1 << 20;
-
-std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view blanks = " \t\r";
-    const auto first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos) {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
 
 } // namespace
 
@@ -52,14 +44,14 @@ KeyFile::KeyFile(std::string_view text) {
     Group* group = nullptr;
     while (!text.empty()) {
         const auto end = std::min(text.find('\n'), text.size());
-        const std::string_view line = trimmed(text.substr(0, end));
+        const std::string_view line = trimmedLine(text.substr(0, end));
         text.remove_prefix(std::min(end + 1, text.size()));
         const auto equals = line.find('=');
         if (line.starts_with("[") && line.ends_with("]")) {
             group = &groups_[std::string(line.substr(1, line.size() - 2))];
         } else if (group != nullptr && !line.starts_with("#") && equals != std::string_view::npos) {
-            group->try_emplace(std::string(trimmed(line.substr(0, equals))),
-                               trimmed(line.substr(equals + 1)));
+            group->try_emplace(std::string(trimmedLine(line.substr(0, equals))),
+                               trimmedLine(line.substr(equals + 1)));
         }
     }
 }
@@ -78,7 +70,7 @@ std::vector<std::string> KeyFile::list(std::string_view group, std::string_view 
     std::string_view rest = value(group, key);
     while (!rest.empty()) {
         const auto end = std::min(rest.find(';'), rest.size());
-        if (const std::string_view part = trimmed(rest.substr(0, end)); !part.empty()) {
+        if (const std::string_view part = trimmedLine(rest.substr(0, end)); !part.empty()) {
             parts.emplace_back(part);
         }
         rest.remove_prefix(std::min(end + 1, rest.size()));

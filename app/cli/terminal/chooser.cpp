@@ -7,19 +7,6 @@
 
 namespace corvane {
 
-namespace {
-
-std::string_view trimmed(std::string_view line) {
-    constexpr std::string_view blanks = " \t\r";
-    const auto first = line.find_first_not_of(blanks);
-    if (first == std::string_view::npos) {
-        return {};
-    }
-    return line.substr(first, line.find_last_not_of(blanks) - first + 1);
-}
-
-} // namespace
-
 std::optional<std::int32_t> choosePage(LineSource& answers, std::ostream& prompt,
                                        std::string_view what, std::int32_t first, std::int32_t last,
                                        std::int32_t proposal) {
@@ -31,7 +18,7 @@ std::optional<std::int32_t> choosePage(LineSource& answers, std::ostream& prompt
             prompt << std::endl;
             return std::nullopt;
         }
-        const std::string_view answer = trimmed(*line);
+        const std::string_view answer = trimmedLine(*line);
         if (answer.empty()) {
             return proposal;
         }

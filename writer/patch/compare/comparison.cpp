@@ -122,11 +122,10 @@ void compareOwnLooks(Art was, Art is, ArtDifference& difference) {
     };
     const Appearance a = comparable(was);
     const Appearance b = comparable(is);
-    constexpr double room = 1.0 / 512;
-    if (std::abs(a.fillOpacity - b.fillOpacity) > room) {
+    if (!sameOpacity(a.fillOpacity, b.fillOpacity)) {
         difference.look.fillOpacity = b.fillOpacity;
     }
-    if (std::abs(a.strokeOpacity - b.strokeOpacity) > room) {
+    if (!sameOpacity(a.strokeOpacity, b.strokeOpacity)) {
         difference.look.strokeOpacity = b.strokeOpacity;
     }
     if (a.blend != b.blend) {
@@ -142,6 +141,11 @@ void compareOwnLooks(Art was, Art is, ArtDifference& difference) {
 bool ArtDifference::any() const {
     return kind || shape || paints || fill || strokeParts() || flatness || letters || place ||
            image || inside || !look.isEmpty();
+}
+
+bool sameOpacity(double a, double b) {
+    constexpr double room = 1.0 / 512; // half a level of 255 is not seen
+    return std::abs(a - b) <= room;
 }
 
 bool sameColour(const Colour& was, const Colour& is) {

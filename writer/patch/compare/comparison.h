@@ -55,6 +55,9 @@ bool sameClip(Art was, Art is);
 /// Whether the points of two paths or compound paths are the same, and what is closed.
 bool sameShape(Art a, Art b);
 
+/// Whether two opacities look the same: editors write three digits.
+bool sameOpacity(double a, double b);
+
 /// Whether a person sees the same colour, and no amounts that were given exactly differ.
 bool sameColour(const Colour& was, const Colour& is);
 

@@ -18,15 +18,8 @@ namespace corvane {
 
 namespace {
 
-/// Editors write opacities with three digits; half a level of 255 is not seen.
-constexpr double opacityRoom = 1.0 / 512;
-
 /// Points by which two movements may differ anywhere on a page.
 constexpr double movementRoom = 0.1;
-
-bool isNear(double a, double b) {
-    return std::abs(a - b) <= opacityRoom;
-}
 
 bool isNear(const RealMatrix& a, const RealMatrix& b) {
     constexpr double page = 600;
@@ -90,8 +83,8 @@ ChargedList<SeenPart> seenIn(Art group) {
 
 /// But for what masks hold, which is art of their own.
 bool isLaidAlike(const Appearance& was, const Appearance& is) {
-    return isNear(was.opacity, is.opacity) && isNear(was.fillOpacity, is.fillOpacity) &&
-           isNear(was.strokeOpacity, is.strokeOpacity) && was.blend == is.blend &&
+    return sameOpacity(was.opacity, is.opacity) && sameOpacity(was.fillOpacity, is.fillOpacity) &&
+           sameOpacity(was.strokeOpacity, is.strokeOpacity) && was.blend == is.blend &&
            (was.mask == SoftMask::null) == (is.mask == SoftMask::null);
 }
 

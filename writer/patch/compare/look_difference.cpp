@@ -15,13 +15,6 @@ namespace corvane {
 
 namespace {
 
-/// Editors write opacities with three digits; half a level of 255 is not seen.
-constexpr double opacityRoom = 1.0 / 512;
-
-bool isNear(double a, double b) {
-    return std::abs(a - b) <= opacityRoom;
-}
-
 MaskFacts factsOf(SoftMask mask) {
     MaskFacts facts;
     callHost(slot::getMask, mask, &facts);
@@ -44,7 +37,7 @@ bool sameTransfer(std::span<const double> was, std::span<const double> is) {
     const std::size_t steps = std::max(was.size(), is.size()) - 1;
     for (std::size_t i = 0; i <= steps; ++i) {
         const double at = static_cast<double>(i) / static_cast<double>(steps);
-        if (!isNear(transferred(was, at), transferred(is, at))) {
+        if (!sameOpacity(transferred(was, at), transferred(is, at))) {
             return false;
         }
     }
@@ -52,7 +45,7 @@ bool sameTransfer(std::span<const double> was, std::span<const double> is) {
 }
 
 bool isSameKind(const MaskFacts& was, const MaskFacts& is) {
-    return was.isLuminosity == is.isLuminosity && isNear(was.backdrop, is.backdrop) &&
+    return was.isLuminosity == is.isLuminosity && sameOpacity(was.backdrop, is.backdrop) &&
            sameTransfer(was.transfer, is.transfer);
 }
 
@@ -87,10 +80,10 @@ void compareLooks(const ObjectLook& was, const ObjectLook& is, MaskComparison& m
     look = {};
     const double fill = b.opacity * b.fillOpacity;
     const double stroke = b.opacity * b.strokeOpacity;
-    if (is.fills && !isNear(was.fills ? a.opacity * a.fillOpacity : 1, fill)) {
+    if (is.fills && !sameOpacity(was.fills ? a.opacity * a.fillOpacity : 1, fill)) {
         look.fillOpacity = fill;
     }
-    if (is.strokes && !isNear(was.strokes ? a.opacity * a.strokeOpacity : 1, stroke)) {
+    if (is.strokes && !sameOpacity(was.strokes ? a.opacity * a.strokeOpacity : 1, stroke)) {
         look.strokeOpacity = stroke;
     }
     if (a.blend != b.blend) {

@@ -18,7 +18,7 @@ bool isMuch(const MissingArt& kind, bool isAll) {
            (isAll ? kind.missing == kind.whole : 2 * std::int64_t{kind.missing} >= kind.whole);
 }
 
-class Tally {
+class LossTally {
 public:
     /// Of a content that the artwork has so.
     void add(const ContentTrace& trace, const Matching& matching, const EditedArtwork& artwork) {
@@ -83,7 +83,7 @@ private:
 
 void refuseMissing(const BaseContent& page, const Matching& matching,
                    const EditedArtwork& artwork) {
-    Tally tally;
+    LossTally tally;
     tally.add(page.trace, matching, artwork);
     const auto extension = knownExtension();
     if (tally.page.missing < 2 || (extension && extension->overwrites)) {

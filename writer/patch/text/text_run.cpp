@@ -41,11 +41,10 @@ bool sameLetters(const TextRun& a, const TextRun& b) {
            isNear(inEms(a.rise, a), inEms(b.rise, b), shiftRoom);
 }
 
-/// Of the paints that are used; half a level of 255 is not seen.
+/// Of the paints that are used.
 bool sameOpacities(const TextRun& a, const TextRun& b) {
-    constexpr double room = 1.0 / 512;
-    return (b.style.fillPaint == 0 || isNear(a.fillOpacity, b.fillOpacity, room)) &&
-           (b.style.strokePaint == 0 || isNear(a.strokeOpacity, b.strokeOpacity, room));
+    return (b.style.fillPaint == 0 || sameOpacity(a.fillOpacity, b.fillOpacity)) &&
+           (b.style.strokePaint == 0 || sameOpacity(a.strokeOpacity, b.strokeOpacity));
 }
 
 /// Whether letters stand otherwise than one behind the other.

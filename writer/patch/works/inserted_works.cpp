@@ -25,18 +25,6 @@
 
 namespace corvane {
 
-namespace {
-
-/// A state that leaves nothing of the one in force.
-LookState wholeStateOf(const Appearance& appearance) {
-    return {.fillOpacity = appearance.opacity * appearance.fillOpacity,
-            .strokeOpacity = appearance.opacity * appearance.strokeOpacity,
-            .blend = appearance.blend,
-            .mask = appearance.mask};
-}
-
-} // namespace
-
 std::vector<bool> groupsApart(const EditedArtwork& artwork, const PaintOrder& order) {
     std::vector<bool> apart(artwork.groups.size(), true);
     for (EditedIndex i = 0; i < artwork.objects.size(); ++i) {

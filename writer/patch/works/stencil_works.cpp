@@ -25,14 +25,6 @@ std::optional<RealMatrix> movementFor(const PaintedArt& was, Art is,
     return difference.masksMoved ? movementOf(was.art, is) : std::nullopt;
 }
 
-/// All that an external graphics state says of a look.
-LookState wholeState(const Appearance& appearance) {
-    return {.fillOpacity = appearance.opacity * appearance.fillOpacity,
-            .strokeOpacity = appearance.opacity * appearance.strokeOpacity,
-            .blend = appearance.blend,
-            .mask = appearance.mask};
-}
-
 } // namespace
 
 PageMovement movementOfStencil(const PatchTools& tools, const PaintedArt& was, Art is,
@@ -56,7 +48,7 @@ void stencilWorks(PatchTools& tools, const PaintedArt& was, const EditedObject& 
     const PathStyle style = leadingStyle(is.art);
     if (!movement || (difference.fill && needsMask(walk, style))) {
         spaceWorks(walk, *back);
-        stateWorks(walk, wholeState(is.appearance));
+        stateWorks(walk, wholeStateOf(is.appearance));
         return artWorks(walk, is.art);
     }
     lookWorks(tools, ctm, difference.look);
