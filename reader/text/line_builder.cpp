@@ -83,9 +83,14 @@ bool LineBuilder::goesOn(double pen) {
     }
     const RealPoint at = onLine(pen);
     const double larger = std::max(realFromFixed(run_.size), open_.size);
-    const double gap = at.x - open_.end;
-    return std::abs(at.y) <= sameBaseline * larger && gap <= widestGap * larger &&
-           gap >= -farthestBack * larger;
+    return std::abs(at.y) <= sameBaseline * larger && isWithinReach(at.x, larger);
+}
+
+/// Viewers put the leftmost letter of a line where the line begins, so none may stand farther back.
+bool LineBuilder::isWithinReach(double at, double size) const {
+    const double gap = (at - open_.end) / size;
+    const bool isInFront = at < -tolerance * size && !isVertical_;
+    return gap <= widestGap && gap >= -farthestBack && !isInFront;
 }
 
 void LineBuilder::beginLine(double pen) {
@@ -164,13 +169,9 @@ void LineBuilder::addGap(double at) {
 }
 
 void LineBuilder::add(const ShownGlyph& glyph, double pen, double advance, std::int32_t element) {
-    const double size = realFromFixed(run_.size);
-    if (isInRun_) {
-        const double gap = (along(pen) - open_.end) / size;
-        if (gap > widestGap || gap < -farthestBack) {
-            endRun(pen, element);
-            open_.isOpen = false;
-        }
+    if (isInRun_ && !isWithinReach(along(pen), realFromFixed(run_.size))) {
+        endRun(pen, element);
+        open_.isOpen = false;
     }
     if (!isInRun_) {
         beginRun(pen, element);

@@ -34,6 +34,7 @@ private:
     RealPoint placeOf(double pen) const;
     RealPoint onLine(double pen) const;
     bool goesOn(double pen);
+    bool isWithinReach(double at, double size) const;
     void beginLine(double pen);
     void beginRun(double pen, std::int32_t element);
     void endRun(double pen, std::int32_t element);
