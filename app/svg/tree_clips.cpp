@@ -50,7 +50,7 @@ void TreeWriter::writeTextClip(Art clip, int depth) {
                    .number = ++numbers_.clipTexts,
                    .clip = {},
                    .isClip = true,
-                   .advances = numbers_.advances});
+                   .letters = numbers_.letters});
     });
     writeIndent(out_, depth);
 }

@@ -290,7 +290,7 @@ void TreeWriter::writeLine(Art text) {
         place.clip = referenceTo(level.chain.clip);
     }
     place.hidden = level.chain.hides;
-    place.advances = numbers_.advances;
+    place.letters = numbers_.letters;
     const bool isWrapped = appearance.mask != SoftMask::null;
     if (!isWrapped) {
         place.appearance = appearance;

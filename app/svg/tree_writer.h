@@ -10,7 +10,7 @@
 #include "app/svg/path_data.h"
 #include "app/svg/sink.h"
 #include "app/svg/survey.h"
-#include "app/svg/text/letter_advances.h"
+#include "app/svg/text/letter_layout.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -30,7 +30,7 @@ struct SvgNumbers {
     std::uint32_t clips = 0;
     std::uint32_t clipTexts = 0; ///< lines that clip
     MaskNames masks;
-    LetterAdvances* advances = nullptr; ///< where letters get places of their own
+    LetterRule letters;
 };
 
 PageCorner cornerOf(const Document& document);

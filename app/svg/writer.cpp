@@ -18,9 +18,7 @@ std::error_code writeSvg(const Document& document, const Provenance& provenance,
     PaintServers servers(document, cornerOf(document));
     SvgNumbers numbers;
     LetterAdvances advances(document.fonts());
-    if (options.letters == LetterPlacing::exact) {
-        numbers.advances = &advances;
-    }
+    numbers.letters = {&advances, options.letters == LetterPlacing::exact};
     TreeWriter(out, servers, numbers, sourceBase(provenance)).writeLayers();
     out.text("\n</svg>\n");
     return out.flush();

@@ -3,12 +3,16 @@
 #include "app/artwork/geometry.h"
 #include "app/svg/text/text_shift.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
 namespace corvane {
 
 namespace {
+
+/// Lines are a hundred ems long at most, and a tenth of an em is seen.
+constexpr double leastStretch = 0.001;
 
 /// Puts the letters of one run after another.
 class Layout {
@@ -61,14 +65,8 @@ bool Layout::add(std::int32_t number, const TextRun& run) {
     return addPart(number, run, start, run.text.size(), piece);
 }
 
-} // namespace
-
+/// All glyphs; none where a width is not known.
 std::vector<PlacedGlyph> layOut(const Document& document, Art text, LetterAdvances& advances) {
-    const TextLine line = document.textLine(text);
-    if (line.isVertical || line.anchor != TextAnchor::start || line.length != 0 ||
-        !line.path.empty()) {
-        return {};
-    }
     Layout layout(advances);
     for (std::int32_t i = 0; i < document.textRunCount(text); ++i) {
         if (!layout.add(i, document.textRun(text, i))) {
@@ -76,6 +74,52 @@ std::vector<PlacedGlyph> layOut(const Document& document, Art text, LetterAdvanc
         }
     }
     return std::move(layout.glyphs());
+}
+
+/// How much wider than high letters become.
+double widening(const Matrix& matrix) {
+    const RealMatrix real = realMatrix(matrix);
+    const double width = std::hypot(real.a, real.b);
+    const double area = std::abs(real.a * real.d - real.b * real.c);
+    return area > 0 ? width * width / area : 1;
+}
+
+bool hasSeveralPieces(const Document& document, Art text) {
+    const auto& pieces = document.textRun(text, 0).pieces;
+    return document.textRunCount(text) > 1 ||
+           std::ranges::any_of(pieces, [](const TextPiece& piece) { return piece.start != 0; });
+}
+
+/// The glyphs of each piece as one.
+std::vector<PlacedGlyph> joined(const std::vector<PlacedGlyph>& glyphs) {
+    std::vector<PlacedGlyph> pieces;
+    for (const PlacedGlyph& glyph : glyphs) {
+        if (pieces.empty() || glyph.piece != nullptr || glyph.run != pieces.back().run) {
+            pieces.push_back(glyph);
+        } else {
+            pieces.back().end = glyph.end;
+        }
+    }
+    return pieces;
+}
+
+} // namespace
+
+std::vector<PlacedGlyph> placed(const Document& document, Art text, const LetterRule& rule) {
+    const TextLine line = document.textLine(text);
+    if (rule.advances == nullptr || line.isVertical || line.anchor != TextAnchor::start ||
+        line.length != 0 || !line.path.empty()) {
+        return {};
+    }
+    if (rule.isExact) {
+        return layOut(document, text, *rule.advances);
+    }
+    // Programs that divide by it once too often miss by that much.
+    const double missing = std::abs(1 - 1 / widening(line.matrix));
+    if (missing < leastStretch || !hasSeveralPieces(document, text)) {
+        return {};
+    }
+    return joined(layOut(document, text, *rule.advances));
 }
 
 } // namespace corvane

@@ -1,4 +1,4 @@
-// Where each letter of a line stands.
+// Where each letter of a line stands, and which of them are told.
 #pragma once
 
 #include "app/artwork/document.h"
@@ -10,7 +10,7 @@
 
 namespace corvane {
 
-/// A glyph of a line. It may stand for several letters.
+/// A glyph of a line, which may stand for several letters, or a piece of it.
 struct PlacedGlyph {
     std::int32_t run = 0;
     std::size_t start = 0; ///< in the bytes of the run's text, as `end`
@@ -19,7 +19,14 @@ struct PlacedGlyph {
     const TextPiece* piece = nullptr; ///< begins here; null: none does
 };
 
-/// All glyphs of a text; none where a width is not known, or where the line is not a plain one.
-std::vector<PlacedGlyph> layOut(const Document& document, Art text, LetterAdvances& advances);
+struct LetterRule {
+    LetterAdvances* advances = nullptr;
+    bool isExact = false; ///< each glyph gets its place
+};
+
+/// What of a text gets a place of its own: each glyph, or else each piece of a line that is
+/// stretched one way, because some programs misplace what follows there. Nothing where a width is
+/// not known, or where the line is not a plain one.
+std::vector<PlacedGlyph> placed(const Document& document, Art text, const LetterRule& rule);
 
 } // namespace corvane

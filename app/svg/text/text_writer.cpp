@@ -77,12 +77,10 @@ private:
     LetterWriter letters_;
 };
 
-/// Where each letter gets a place of its own.
+/// What gets a place of its own: nothing where letters follow one another.
 std::vector<PlacedGlyph> TextWriter::placesOf(const TextPlace& place) const {
     const bool isAll = runs_.end - runs_.first == document_.textRunCount(text_);
-    return place.advances != nullptr && !line_.isVertical && isAll
-               ? layOut(document_, text_, *place.advances)
-               : std::vector<PlacedGlyph>();
+    return isAll ? placed(document_, text_, place.letters) : std::vector<PlacedGlyph>();
 }
 
 /// XML drops blanks at the ends, and makes one of several.

@@ -5,7 +5,7 @@
 #include "app/svg/paint/paint_servers.h"
 #include "app/svg/path_data.h"
 #include "app/svg/sink.h"
-#include "app/svg/text/letter_advances.h"
+#include "app/svg/text/letter_layout.h"
 #include "host/appearance.h"
 
 #include <cstdint>
@@ -17,13 +17,13 @@ namespace corvane {
 struct TextPlace {
     PageCorner corner;
     SourceBase base;
-    std::int32_t content = 0;           ///< of the form that it is in; 0: of none
-    std::uint32_t number = 1;           ///< of the first run, among all shapes of that content
-    std::string clip;                   ///< reference to what clips the element; empty: nothing
-    bool hidden = false;                ///< nothing is to be seen of it
-    bool isClip = false;                ///< within a `clipPath`: it is no object, and not painted
-    Appearance appearance = {};         ///< without a mask
-    LetterAdvances* advances = nullptr; ///< each letter gets its place; null: they follow
+    std::int32_t content = 0;   ///< of the form that it is in; 0: of none
+    std::uint32_t number = 1;   ///< of the first run, among all shapes of that content
+    std::string clip;           ///< reference to what clips the element; empty: nothing
+    bool hidden = false;        ///< nothing is to be seen of it
+    bool isClip = false;        ///< within a `clipPath`: it is no object, and not painted
+    Appearance appearance = {}; ///< without a mask
+    LetterRule letters = {};
 };
 
 /// Writes the elements of a text object that has runs; what they are painted with must have been
