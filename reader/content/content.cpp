@@ -95,16 +95,27 @@ private:
         level_.isBegun = false;
     }
 
+    /// Some writers end paths that they did not begin, which harms nothing.
+    bool endsNoPath() const {
+        return level_.path.compound == Art::null && rules().continuesClosedPaths;
+    }
+
+    void passOver() {
+        if (level_.trace != nullptr) {
+            level_.trace->note(interpreter_, OperatorRole::other);
+        }
+        dropOperands();
+    }
+
     void runKeyword() {
         level_.span.end = level_.streamStart + tokens_.tokenEnd();
         const ContentKeyword* const keyword = contentKeywords().find(tokens_.bytes());
         if (keyword == nullptr) {
             interpreter_.omissions.note(Omission::unknownOperator);
-            if (level_.trace != nullptr) {
-                level_.trace->note(interpreter_, OperatorRole::other);
-            }
-            dropOperands();
-            return;
+            return passOver();
+        }
+        if (keyword->role == OperatorRole::paintPath && endsNoPath()) {
+            return passOver();
         }
         checkStack(keyword->operands);
         if (!level_.ignoresColour || !setsColour(keyword->role)) {

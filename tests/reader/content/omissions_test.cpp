@@ -61,6 +61,8 @@ TEST_F(OmissionsTest, Operators) {
              Row{"(a) Tj /S sh", {{Omission::text, 1}, {Omission::shading, 1}}},
              Row{"1 2 frob 3 frob", {{Omission::unknownOperator, 2}}},
              Row{"/a w 3 J 1 w", {{Omission::damagedOperator, 2}}},
+             Row{"q n Q f S B* 0 0 9 9 re n n", {}},
+             Row{"W n 1 1 l", {{Omission::damagedOperator, 2}}},
              Row{"[1 2 3 4 5 6 7] 0 d", {{Omission::longDash, 1}}},
              Row{"-32768 32767.99 m 0 32768 l S", {}},
              Row{"30000 0 m 2 0 0 2 0 0 cm 30000 0 l 0 -20000 l S", {{Omission::farPoint, 2}}},
@@ -69,6 +71,7 @@ TEST_F(OmissionsTest, Operators) {
     }
     selectRules(Profile::original);
     EXPECT_EQ(omitted("/P BMC EMC", ""), (Counts{{Omission::unknownOperator, 2}}));
+    EXPECT_EQ(omitted("q n Q", ""), (Counts{{Omission::damagedOperator, 1}}));
 }
 
 TEST_F(OmissionsTest, ExternalStates) {
