@@ -81,7 +81,11 @@ std::optional<FontSubset> makeSubset(const OpenTypeFont& font,
     FontSubset subset;
     const hb_map_t* const numbers = hb_subset_plan_old_to_new_glyph_mapping(plan.get());
     for (const GlyphNumber glyph : glyphs) {
-        subset.cids.emplace(glyph, hb_map_get(numbers, glyph));
+        const hb_codepoint_t number = hb_map_get(numbers, glyph);
+        if (number == HB_MAP_VALUE_INVALID) {
+            return std::nullopt; // substitutions may name glyphs that the font lacks
+        }
+        subset.cids.emplace(glyph, number);
     }
     std::vector<std::byte> file =
         bytesOf(Owner<hb_blob_t>(hb_face_reference_blob(made.get())).get());

@@ -81,16 +81,17 @@ std::string joinedNames(DocumentCache& cache, const Object& membership) {
 
 const OptionalContent::Configuration& OptionalContent::configuration(DocumentCache& cache) {
     if (!configuration_) {
-        configuration_.emplace();
+        Configuration read;
         const ObjectOwner catalog = entryOf(cache, cache.trailer.get(), "Root");
         const ObjectOwner properties = entryOf(cache, catalog.get(), "OCProperties");
         const ObjectOwner usual = entryOf(cache, properties.get(), "D");
         if (isDictionary(usual.get())) {
-            configuration_->showsOthers = nameEntry(cache, usual.get(), "BaseState") != "OFF";
-            configuration_->on = layersIn(cache, usual.get(), "ON");
-            configuration_->off = layersIn(cache, usual.get(), "OFF");
-            configuration_->locked = layersIn(cache, usual.get(), "Locked");
+            read.showsOthers = nameEntry(cache, usual.get(), "BaseState") != "OFF";
+            read.on = layersIn(cache, usual.get(), "ON");
+            read.off = layersIn(cache, usual.get(), "OFF");
+            read.locked = layersIn(cache, usual.get(), "Locked");
         }
+        configuration_ = std::move(read);
     }
     return *configuration_;
 }

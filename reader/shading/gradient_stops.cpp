@@ -140,8 +140,7 @@ std::vector<double> breaksOf(const Shading& shading) {
     breaks.push_back(0);
     breaks.push_back(1);
     std::ranges::sort(breaks);
-    const auto repeated = std::ranges::unique(breaks);
-    breaks.erase(repeated.begin(), repeated.end());
+    breaks.erase(std::unique(breaks.begin(), breaks.end()), breaks.end());
     return breaks;
 }
 

@@ -37,7 +37,7 @@ std::optional<double> placeOnCircles(const Shading& shading, RealPoint p) {
     const double a = dx * dx + dy * dy - dr * dr;
     const double b = px * dx + py * dy + r0 * dr;
     const double c = px * px + py * py - r0 * r0;
-    const auto counts = [&](double s) {
+    const auto counts = [&, r0 = r0](double s) {
         return r0 + s * dr >= 0 && (s >= 0 || shading.extendsStart) &&
                (s <= 1 || shading.extendsEnd);
     };
@@ -131,9 +131,11 @@ void ShadingRaster::drawFunction(StepMeter& meter) {
         return;
     }
     const auto& [left, right, bottom, top] = shading_.domain;
+    const Box domain{.left = left, .bottom = bottom, .right = right, .top = top};
     drawEach(meter, shading_.cost(), [&](RealPoint point) -> std::optional<Pixel> {
         const RealPoint in = transform(*toDomain, point);
-        if (!(in.x >= left && in.x <= right && in.y >= bottom && in.y <= top)) {
+        if (!(in.x >= domain.left && in.x <= domain.right && in.y >= domain.bottom &&
+              in.y <= domain.top)) {
             return std::nullopt;
         }
         const std::array inputs = {in.x, in.y};
@@ -159,7 +161,7 @@ void ShadingRaster::fillTriangle(const std::array<RealPoint, 3>& points,
     if (!std::isfinite(area) || area == 0) {
         return;
     }
-    const auto [low, high] = std::ranges::minmax({a.y, b.y, c.y});
+    const auto [low, high] = std::minmax({a.y, b.y, c.y});
     const auto pixel = [](double value, std::int32_t most) {
         return static_cast<std::int32_t>(std::clamp(value, 0.0, static_cast<double>(most)));
     };

@@ -132,6 +132,14 @@ TEST(FontSubset, HasTheGlyphsThatWereAskedForAndNoOther) {
     }
 }
 
+TEST(FontSubset, HasNoGlyphThatTheFontLacks) {
+    for (const char* const name : {"DejaVu Sans", "Nimbus Sans"}) {
+        const auto font = fontOf(name);
+        ASSERT_NE(font, nullptr);
+        EXPECT_FALSE(makeSubset(*font, std::vector<GlyphNumber>{1, 0xFFFE})) << name;
+    }
+}
+
 TEST(OpenTypeFont, TakesNothingThatIsDamaged) {
     const auto found = findFont({.name = "DejaVu Sans", .isOpenType = true});
     EXPECT_EQ(OpenTypeFont::openFile(found->path, 1), nullptr);

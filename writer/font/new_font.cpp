@@ -22,8 +22,7 @@ void NewFont::finish() {
     for (const auto& [meaning, number] : noted_) {
         wanted.push_back(meaning.first);
     }
-    const auto same = std::ranges::unique(wanted);
-    wanted.erase(same.begin(), same.end());
+    wanted.erase(std::unique(wanted.begin(), wanted.end()), wanted.end());
     std::optional<FontSubset> subset = makeSubset(*font_, wanted);
     if (!subset) {
         failException(Exception::fontFamily);

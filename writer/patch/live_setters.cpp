@@ -128,7 +128,7 @@ LiveSetters::Parts LiveSetters::partsOf(TraceIndex setter) {
 LiveSetters::Parts LiveSetters::partsOfState(std::string_view name) {
     const auto [known, isNew] = ofStates_.try_emplace(std::string(name), 0);
     if (isNew) {
-        attempted([&] {
+        attempted([&, &parts = known->second] {
             const ObjectOwner states = lookupObject(cache_, names_, "ExtGState");
             if (typeObject(states.get()) != ObjectType::dictionary) {
                 return;
@@ -139,7 +139,7 @@ LiveSetters::Parts LiveSetters::partsOfState(std::string_view name) {
             }
             const std::span<Object> elements = elementsObject(state.get());
             for (std::size_t i = 0; i + 1 < elements.size(); i += 2) {
-                known->second |= partOf(literalObject(elements[i]));
+                parts |= partOf(literalObject(elements[i]));
             }
         });
     }

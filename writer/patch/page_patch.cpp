@@ -15,7 +15,6 @@
 #include <algorithm>
 #include <memory>
 #include <optional>
-#include <ranges>
 #include <span>
 #include <utility>
 
@@ -90,9 +89,9 @@ PagePatch plan(PageTools& tools, const BaseReading& reading, ResourceRegistry& r
     tellLayers(artwork.layers);
     markCopies(artwork, matching, false);
     // From the outermost: what a copy holds are copies.
-    for (const EditedForm& form : std::views::reverse(forms)) {
+    std::for_each(forms.rbegin(), forms.rend(), [](const EditedForm& form) {
         markCopies(form.inside, form.matching, form.isCopy);
-    }
+    });
     std::deque<FormObject> objects;
     for (EditedForm& form : forms) {
         if (needsObject(form)) {

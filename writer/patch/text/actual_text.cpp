@@ -100,8 +100,7 @@ void patchActualText(PatchTools& tools, PropertyLists& lists, const Matching& ma
         }
     }
     std::ranges::sort(changed);
-    const auto same = std::ranges::unique(changed);
-    changed.erase(same.begin(), same.end());
+    changed.erase(std::unique(changed.begin(), changed.end()), changed.end());
     for (const TraceIndex mark : changed) {
         const TraceEvent& event = trace.events()[trace.mark(mark).event];
         std::string bytes;
