@@ -130,7 +130,7 @@ PredictorFilter::PredictorFilter(const PredictorParameters& parameters, std::siz
     : Decoder(entryDecoder), parameters_(parameters),
       prefix_(parameters.predictor == tiffPredictor ? 0 : 1),
       pixelBytes_(std::max<std::size_t>(
-          1, static_cast<std::size_t>(parameters.colors * parameters.bitsPerComponent) / 8)),
+          1, static_cast<std::size_t>(parameters.colors * parameters.bitsPerComponent + 7) / 8)),
       rows_((rowBytes + prefix_) * std::max<std::size_t>(1, blockBytes / (rowBytes + prefix_))),
       above_(rowBytes) {
     charge_.resize(static_cast<std::int64_t>(rows_.size() + above_.size()));

@@ -79,7 +79,7 @@ TEST_F(PredictorTest, UndoesPngFiltersOfRowsOfEveryShape) {
                 SCOPED_TRACE(std::to_string(bits) + " bits, " + std::to_string(colors) +
                              " colours, " + std::to_string(columns) + " columns");
                 const auto rowBytes = static_cast<std::size_t>((bits * colors * columns + 7) / 8);
-                const auto pixel = static_cast<std::size_t>(std::max(1, bits * colors / 8));
+                const auto pixel = static_cast<std::size_t>((bits * colors + 7) / 8);
                 const std::string plain = someBytes(23 * rowBytes);
                 const std::string data = pngEncoded(plain, rowBytes, pixel);
                 const auto setup = [&] {
