@@ -6,10 +6,11 @@ set(CORVANE_MAINTAINER "Corvane maintainers <maintainers@corvane.invalid>" CACHE
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME corvane)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "edit one page of a PDF as SVG, and save it back")
-set(CPACK_PACKAGE_DESCRIPTION "Corvane opens a page of a PDF as artwork for any vector editor: an SVG with \
-one element for each object, exact coordinates and the page's own colours. It saves the artwork back \
-into the same file, as an update that is appended: every old byte stays, and the update can be taken \
-off again. What no edit concerned stays as it was.")
+set(CPACK_PACKAGE_DESCRIPTION "Corvane opens a page of a PDF as artwork for any vector editor: an SVG
+with one element for each object, exact coordinates and the page's own
+colours. It saves the artwork back into the same file, as an update that
+is appended: every old byte stays, and the update can be taken off again.
+What no edit concerned stays as it was.")
 set(CPACK_PACKAGE_CONTACT ${CORVANE_MAINTAINER})
 set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR})
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
