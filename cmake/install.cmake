@@ -19,10 +19,9 @@ install(FILES desktop/corvane.svg DESTINATION ${share}/icons/hicolor/scalable/ap
 file(GLOB extensions CONFIGURE_DEPENDS inkscape/*.inx inkscape/*.py)
 install(FILES ${extensions} DESTINATION ${share}/inkscape/extensions)
 
-file(GLOB pages docs/*.md)
 install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
-install(FILES ${pages} DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)
-file(GLOB examples examples/*.pdf)
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} FILES_MATCHING PATTERN *.md PATTERN *.png)
+file(GLOB examples CONFIGURE_DEPENDS examples/*.pdf)
 install(FILES ${examples} examples/tiny_host.cpp DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 
 # All that is installed, for who wants no tests.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 #include <vector>
 
 namespace corvane {
@@ -78,7 +79,7 @@ public:
             if (isItem_ && !goesOn) {
                 throw MarkdownError("the second line of an item begins with two blanks");
             }
-            if (hasHead_) {
+            if (columns_ != 0) {
                 throw MarkdownError("an empty line is missing behind a table");
             }
             text_ += (text_.empty() ? "" : " ") + std::string(trimmed(line));
@@ -93,7 +94,7 @@ public:
         }
         text_.clear();
         isItem_ = false;
-        hasHead_ = false;
+        columns_ = 0;
         hasRule_ = false;
     }
 
@@ -113,32 +114,36 @@ private:
         }
     }
 
-    /// A row is a term and what it means; so is the head, in italics.
+    /// A row is a term and what it means: the other cells. So is the head, in italics.
     void takeRow(std::string_view line) {
         const auto cells = cellsOf(line);
-        if (cells.size() != 2) {
-            throw MarkdownError("a table has other than two columns");
+        const bool isHead = columns_ == 0;
+        if (cells.size() < 2 || (!isHead && cells.size() != columns_)) {
+            throw MarkdownError("a row has one cell, or other cells than the head of its table");
         }
-        if (!hasHead_) {
-            if (line.find_first_of(specialMarks) != std::string_view::npos) {
-                throw MarkdownError("marks in the head of a table");
-            }
-            hasHead_ = true;
-            page_.addTerm(roffItalic(cells[0]), roffItalic(cells[1]));
-        } else if (!hasRule_) {
-            if (cells[0] != "---" || cells[1] != "---") {
+        if (isHead && line.find_first_of(specialMarks) != std::string_view::npos) {
+            throw MarkdownError("marks in the head of a table");
+        }
+        if (!isHead && !hasRule_) {
+            if (std::ranges::any_of(cells, [](auto cell) { return cell != "---"; })) {
                 throw MarkdownError("the second row of a table is |---|---|");
             }
             hasRule_ = true;
-        } else {
-            page_.addTerm(inlineRoff(cells[0]), inlineRoff(cells[1]));
+            return;
         }
+        const auto shown = isHead ? roffItalic : inlineRoff;
+        std::string meaning;
+        for (const std::string_view cell : std::span(cells).subspan(1)) {
+            meaning += (meaning.empty() || cell.empty() ? "" : "; ") + shown(cell);
+        }
+        page_.addTerm(shown(cells[0]), meaning);
+        columns_ = cells.size();
     }
 
     RoffPage& page_;
     std::string text_; ///< of the paragraph or item at hand
     bool isItem_ = false;
-    bool hasHead_ = false; ///< within a table
+    std::size_t columns_ = 0; ///< of the table at hand; 0: there is none
     bool hasRule_ = false;
 };
 
@@ -162,8 +167,11 @@ public:
 
 private:
     std::string takeMarked() {
-        if (const char mark = rest_.front(); mark == '\\' || mark == '<' || mark == '&') {
-            throw MarkdownError("\\, < and & are read in code only");
+        if (rest_.front() == '\\') {
+            throw MarkdownError("a backslash outside of code");
+        }
+        if (rest_.front() == '<' || rest_.front() == '&') {
+            return takeBare();
         }
         if (rest_.front() == '[') {
             return takeLink();
@@ -175,6 +183,18 @@ private:
             throw MarkdownError("marks within bold or italic text");
         }
         return mark == "*" ? roffItalic(inside) : roffBold(inside);
+    }
+
+    /// A mark that HTML would read something into only where a name follows.
+    std::string takeBare() {
+        const char next = rest_.size() > 1 ? rest_[1] : ' ';
+        if ((next >= 'a' && next <= 'z') || (next >= 'A' && next <= 'Z') || next == '/' ||
+            next == '!' || next == '#') {
+            throw MarkdownError("HTML outside of code");
+        }
+        const std::string roff = roffText(rest_.substr(0, 1));
+        rest_.remove_prefix(1);
+        return roff;
     }
 
     /// Other pages are named behind the text, unless it is their name; this page is not.

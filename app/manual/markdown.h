@@ -14,8 +14,8 @@ struct MarkdownError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// Adds `markdown` to `page`: headings of three ranks, paragraphs, lists of one rank, tables of two
-/// columns; in them code, bold, italic and links. Raises `MarkdownError`, which names `file` and
+/// Adds `markdown` to `page`: headings of three ranks, paragraphs, lists of one rank, tables;
+/// in them code, bold, italic and links. Raises `MarkdownError`, which names `file` and
 /// the line, for all else, so that nothing is shown wrongly.
 void addMarkdown(RoffPage& page, std::string_view markdown, const std::string& file);
 

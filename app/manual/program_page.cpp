@@ -15,7 +15,7 @@ bool isPlaceholder(std::string_view word) {
     return !word.empty() && word.front() >= 'A' && word.front() <= 'Z';
 }
 
-/// Words to type are bold, words to replace italic, brackets neither.
+/// Words to type are bold, words to replace italic, brackets and bars neither.
 std::string synopsis(std::string_view words) {
     std::string roff;
     while (!words.empty()) {
@@ -26,7 +26,9 @@ std::string synopsis(std::string_view words) {
         const std::size_t end = std::max(std::min(dots, word.find(']')), begin);
         const std::string_view core = word.substr(begin, end - begin);
         roff += (roff.empty() ? "" : " ") + roffText(word.substr(0, begin)) +
-                (isPlaceholder(core) ? roffItalic(core) : roffBold(core)) +
+                (core == "|"           ? roffText(core)
+                 : isPlaceholder(core) ? roffItalic(core)
+                                       : roffBold(core)) +
                 roffText(word.substr(std::min(end, word.size())));
     }
     return roff;
