@@ -41,6 +41,15 @@ TEST(Install, IsWholeAndCanBeMoved) {
         shell("desktop-file-validate 'moved here/share/applications/corvane.desktop'", top);
     EXPECT_EQ(desktop.status, 0) << desktop.output;
 
+    // Within quotes a shell reads what Exec says as desktops do.
+    const auto launched = shell(
+        R"sh(PATH=$PWD:$PATH
+        entry='moved here/share/applications/corvane.desktop'
+        eval "$(sed -n 's/^Exec=//p' "$entry" | sed 's/\\\\/\\/g; s/%f/"no file.pdf"/')")sh",
+        top);
+    EXPECT_TRUE(holds(launched.errors, "corvane: no file.pdf: error")) << launched.errors;
+    EXPECT_EQ(launched.output, "Enter closes this window. ");
+
     const auto libraries = shell("LD_TRACE_LOADED_OBJECTS=1 ./corvane", top);
     EXPECT_TRUE(holds(libraries.output, "moved here/bin/../lib")) << libraries.output;
     EXPECT_FALSE(holds(libraries.output, test::buildFolder().string())) << libraries.output;
