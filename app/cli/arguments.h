@@ -72,9 +72,6 @@ struct UsageError {
 /// its right, a fault over every question after it. The last of repeated options counts.
 std::variant<Arguments, Question, UsageError> parseArguments(std::span<const char* const> words);
 
-/// What `--help` prints: commands and options, one a line.
-std::string usageText();
-
 std::string_view commandName(Command command);
 std::string_view profileName(Profile profile);
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <string>
 
 namespace corvane {
 
@@ -51,11 +50,13 @@ constexpr std::array optionTable{
     OptionRow{OptionKind::editor, "--editor", "COMMAND", only(Command::edit),
               "what starts your editor (CORVANE_EDITOR, the desktop's choice for SVG, Inkscape)"},
     OptionRow{OptionKind::images, "--images", "WHERE", opening | only(Command::save),
-              "the page's pictures: embed, none, or a folder (OUT-images); saving: their folder"},
+              "the page's pictures: embed, none, or a folder (OUT-images); saving: their folder",
+              "embed none"},
     OptionRow{OptionKind::fonts, "--fonts", "WHERE", opening,
-              "the page's fonts: embed them (embed), none, or a folder for files to install"},
+              "the page's fonts: embed them (embed), none, or a folder for files to install",
+              "embed none"},
     OptionRow{OptionKind::text, "--text", "HOW", opening,
-              "letters follow one another (flow), or each has its place (exact)"},
+              "letters follow one another (flow), or each has its place (exact)", "flow exact"},
     OptionRow{OptionKind::output, "--output", "OTHER.pdf", only(Command::save),
               "save into a copy of the file with this name"},
     OptionRow{OptionKind::dryRun, "--dry-run", "", only(Command::save),
@@ -74,11 +75,13 @@ constexpr std::array optionTable{
     OptionRow{OptionKind::password, "--password", "TEXT", everyCommand,
               "the same, not advised: others on this machine can read arguments"},
     OptionRow{OptionKind::profile, "--profile", "NAME", everyCommand,
-              "original: the classic behaviour only; extended: files of today (extended)"},
+              "original: the classic behaviour only; extended: files of today (extended)",
+              "original extended"},
     OptionRow{OptionKind::quiet, "--quiet", "", everyCommand, "print nothing but errors"},
     OptionRow{OptionKind::json, "--json", "", everyCommand, "print the facts as one JSON object"},
     OptionRow{OptionKind::version, "--version", "", everyCommand, "print the version"},
-    OptionRow{OptionKind::help, "--help", "", everyCommand, "print this text"},
+    OptionRow{OptionKind::help, "--help", "", everyCommand,
+              "print a summary of commands and options"},
 };
 
 } // namespace
@@ -89,34 +92,6 @@ std::span<const CommandRow> commandRows() {
 
 std::span<const OptionRow> optionRows() {
     return optionTable;
-}
-
-std::string usageText() {
-    static constexpr std::size_t column = 24;
-    const auto padded = [](std::string text) {
-        text.resize(std::max(text.size() + 1, column), ' ');
-        return text;
-    };
-    std::string text = "Opens a page of a PDF as editable artwork (SVG), and saves it back.\n\n";
-    for (const CommandRow& row : commandTable) {
-        text += "  corvane " + std::string(row.name) + " " + std::string(row.operands) + "\n" +
-                "      " + std::string(row.purpose) + "\n";
-    }
-    text += "\n";
-    for (const OptionRow& row : optionTable) {
-        text += padded("  " + std::string(row.name) + " " + std::string(row.value)) +
-                std::string(row.purpose) + "\n";
-    }
-    text +=
-        "\nSaving only appends: what was changed or removed can still be read in the file's old "
-        "bytes.\nSo deleting is no redaction.\n"
-        "\nThe password of an encrypted PDF may also be in the variable CORVANE_PASSWORD; else it "
-        "is "
-        "asked for\non a terminal.\n"
-        "\nA file whose name begins with - goes after --.\n"
-        "Exit: 0 done, also with warnings; 1 failed, of many files any; 2 bad usage; 130 "
-        "cancelled.\n";
-    return text;
 }
 
 std::string_view commandName(Command command) {

@@ -52,6 +52,7 @@ struct OptionRow {
     std::string_view value; ///< what follows the option; empty for a switch
     Commands commands;      ///< that it goes with
     std::string_view purpose;
+    std::string_view words = {}; ///< words that the value may be, between blanks
 };
 
 std::span<const CommandRow> commandRows();

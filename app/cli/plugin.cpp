@@ -15,7 +15,7 @@ namespace {
     const char* const reason = dlerror();
     throw Failure({code::io, std::string("the plug-in cannot be loaded (") +
                                  (reason ? reason : "no reason given") +
-                                 "); install it beside the program or name it in CORVANE_PLUGIN"});
+                                 "); install it with the program or name it in CORVANE_PLUGIN"});
 }
 
 } // namespace
@@ -42,7 +42,10 @@ std::string pluginPath() {
     if (const char* const named = std::getenv("CORVANE_PLUGIN"); named && *named != '\0') {
         return fs::absolute(named, error).string();
     }
-    return (fs::read_symlink("/proc/self/exe", error).parent_path() / "corvane-pdf.so").string();
+    static constexpr auto name = "corvane-pdf.so";
+    const fs::path folder = fs::read_symlink("/proc/self/exe", error).parent_path();
+    const fs::path installed = (folder / CORVANE_PLUGIN_FOLDER / name).lexically_normal();
+    return (fs::exists(installed, error) ? installed : folder / name).string();
 }
 
 } // namespace corvane

@@ -5,6 +5,7 @@
 #include "app/cli/fault.h"
 #include "app/cli/files/output.h"
 #include "app/cli/follow.h"
+#include "app/cli/help.h"
 #include "app/cli/interrupt.h"
 #include "app/cli/messages.h"
 

@@ -148,15 +148,5 @@ TEST(Arguments, TheFirstOfQuestionAndFaultCounts) {
     EXPECT_TRUE(std::holds_alternative<UsageError>(parseArguments(Words{"--what", "--help"})));
 }
 
-TEST(Arguments, UsageNamesAllThereIs) {
-    const std::string text = usageText();
-    for (const char* word :
-         {"open",      "save",     "info",    "check",     "log",       "revert",  "--page",
-          "-o",        "--images", "--fonts", "--output",  "--dry-run", "--force", "--plain",
-          "--profile", "--quiet",  "--json",  "--version", "--help",    "130"}) {
-        EXPECT_NE(text.find(word), std::string::npos) << word;
-    }
-}
-
 } // namespace
 } // namespace corvane

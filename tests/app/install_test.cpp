@@ -1,0 +1,66 @@
+// What `cmake --install` makes is whole, and works wherever it is moved to.
+#include "tests/support/process.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace corvane {
+namespace {
+
+namespace fs = std::filesystem;
+using test::holds;
+
+test::Outcome shell(const std::string& command, const fs::path& folder) {
+    test::Process process;
+    process.words = {"/bin/sh", "-c", command};
+    process.folder = folder;
+    process.environment = {{"CORVANE_PLUGIN", ""}, {"LD_LIBRARY_PATH", ""}};
+    return test::run(process);
+}
+
+TEST(Install, IsWholeAndCanBeMoved) {
+    const test::TemporaryFolder folder;
+    const fs::path top = folder.path();
+    const auto installed = shell("DESTDIR='" + (top / "first").string() + "' cmake --install '" +
+                                     test::buildFolder().string() + "' --prefix /usr/local",
+                                 top);
+    ASSERT_EQ(installed.status, 0) << installed.errors;
+    fs::rename(top / "first/usr/local", top / "moved here");
+    fs::create_symlink(top / "moved here/bin/corvane", top / "corvane");
+
+    for (const char* name :
+         {"man/man1/corvane.1.gz", "man/man5/corvane-svg.5.gz", "zsh/site-functions/_corvane",
+          "bash-completion/completions/corvane", "fish/vendor_completions.d/corvane.fish",
+          "applications/corvane.desktop", "icons/hicolor/scalable/apps/corvane.svg",
+          "doc/corvane/README.md", "doc/corvane/docs/svg.md", "doc/corvane/examples/harbour.pdf"}) {
+        EXPECT_TRUE(fs::exists(top / "moved here/share" / name)) << name;
+    }
+    const auto desktop =
+        shell("desktop-file-validate 'moved here/share/applications/corvane.desktop'", top);
+    EXPECT_EQ(desktop.status, 0) << desktop.output;
+
+    // Within quotes a shell reads what Exec says as desktops do.
+    const auto launched = shell(
+        R"sh(PATH=$PWD:$PATH
+        entry='moved here/share/applications/corvane.desktop'
+        eval "$(sed -n 's/^Exec=//p' "$entry" | sed 's/\\\\/\\/g; s/%f/"no file.pdf"/')")sh",
+        top);
+    EXPECT_TRUE(holds(launched.errors, "corvane: no file.pdf: error")) << launched.errors;
+    EXPECT_EQ(launched.output, "Enter closes this window. ");
+
+    const auto libraries = shell("LD_TRACE_LOADED_OBJECTS=1 ./corvane", top);
+    EXPECT_TRUE(holds(libraries.output, "moved here/bin/../lib")) << libraries.output;
+    EXPECT_FALSE(holds(libraries.output, test::buildFolder().string())) << libraries.output;
+
+    const auto used = shell("cp 'moved here/share/doc/corvane/examples/harbour.pdf' a.pdf && "
+                            "./corvane open a.pdf -o a.svg --quiet && sed -i s/f27326/f2e8c9/ "
+                            "a.svg && ./corvane save a.svg a.pdf && ./corvane revert a.pdf && "
+                            "cmp a.pdf 'moved here/share/doc/corvane/examples/harbour.pdf'",
+                            top);
+    EXPECT_EQ(used.status, 0) << used.output << used.errors;
+}
+
+} // namespace
+} // namespace corvane
