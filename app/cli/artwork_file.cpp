@@ -91,13 +91,19 @@ std::string shortened(std::string_view name) {
 
 } // namespace
 
-SvgReading readArtwork(const std::string& path, Document& document, const ImageFolders& files) {
+SvgReading readArtwork(const std::string& path, Document& document, const ImageFolders& files,
+                       ProgressLine& line) {
     std::string bytes = bytesOf(path);
     if (bytes.starts_with("%PDF-")) {
         refuse(path, "it is a PDF", "name the artwork first, then the PDF");
     }
     try {
-        SvgReading reading = readSvg(std::move(bytes), document, stopIfInterrupted, &files);
+        const auto total = static_cast<std::int64_t>(bytes.size());
+        const auto pause = [&](std::size_t done) {
+            stopIfInterrupted();
+            line.update(static_cast<std::int64_t>(done), total);
+        };
+        SvgReading reading = readSvg(std::move(bytes), document, pause, &files);
         stopIfInterrupted();
         return reading;
     } catch (const SvgImageError& error) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/artwork/document.h"
+#include "app/cli/terminal/progress.h"
 #include "app/svg/reader.h"
 
 #include <string>
@@ -10,9 +11,10 @@
 namespace corvane {
 
 /// Reads `path` ("-": standard input) into `document`, which is new, and the images of `files` that
-/// it shows. Raises `Failure` where it cannot be read, is no artwork or is larger than artwork may
-/// be, or the person asked to stop.
-SvgReading readArtwork(const std::string& path, Document& document, const ImageFolders& files);
+/// it shows; `line` shows how far it is. Raises `Failure` where it cannot be read, is no artwork or
+/// is larger than artwork may be, or the person asked to stop.
+SvgReading readArtwork(const std::string& path, Document& document, const ImageFolders& files,
+                       ProgressLine& line);
 
 /// The images that the artwork does not hold, for a message: " (logo.png, photo.jpg, 2 embedded)".
 /// Many are cut short; empty for none.

@@ -7,10 +7,13 @@
 #include "app/cli/image_place.h"
 #include "app/cli/messages.h"
 #include "app/cli/session.h"
+#include "app/cli/terminal/progress.h"
 #include "app/cli/text.h"
 #include "app/svg/writer.h"
 
 #include <algorithm>
+#include <cstdio>
+#include <optional>
 
 namespace corvane {
 
@@ -58,11 +61,31 @@ void noteOmitted(const Arguments& arguments, const Provenance& source) {
     }
 }
 
+/// Tells a terminal how much was written.
+class ShownOutput final : public ByteSink {
+public:
+    ShownOutput(ByteSink& output, std::FILE* terminal)
+        : output_(output), line_(terminal, "corvane: writing") {}
+
+    std::error_code write(std::string_view bytes) override {
+        written_ += static_cast<std::int64_t>(bytes.size());
+        line_.count(written_, std::nullopt, "byte");
+        return output_.write(bytes);
+    }
+
+private:
+    ByteSink& output_;
+    ProgressLine line_;
+    std::int64_t written_ = 0;
+};
+
 void writeArtwork(const Arguments& arguments, const Document& document, const OutputTarget& target,
                   Report& report) {
     const bool embeds = arguments.fontPlace == PartPlace::artwork;
     OutputFile output(target);
-    output.commit(writeSvg(document, report.source, output,
+    const bool isSeen = target.kind == OutputTarget::Kind::standardOutput;
+    ShownOutput shown(output, isSeen ? nullptr : progressTerminal(arguments));
+    output.commit(writeSvg(document, report.source, shown,
                            {embeds ? EmbeddedFonts::all : EmbeddedFonts::none,
                             arguments.placesLetters ? LetterPlacing::exact : LetterPlacing::flow}));
     report.output = target.path;

@@ -3,6 +3,8 @@
 #include "host/utf8.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 
 namespace corvane {
 
@@ -75,6 +77,13 @@ std::string grouped(std::int64_t number) {
         text.insert(end - 3, 1, ',');
     }
     return text;
+}
+
+std::string decimal(double number) {
+    std::array<char, 400> digits{}; // a double has up to 309 before the point
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number,
+                                   std::chars_format::fixed, 1);
+    return {digits.data(), end.ptr};
 }
 
 std::string joined(const std::vector<std::string>& parts) {

@@ -22,6 +22,9 @@ std::string_view trimmedLine(std::string_view line);
 /// "1,234,567".
 std::string grouped(std::int64_t number);
 
+/// "1234.5": one decimal.
+std::string decimal(double number);
+
 /// "one, two, three".
 std::string joined(const std::vector<std::string>& parts);
 

@@ -6,6 +6,7 @@
 #include "app/images/image_folders.h"
 #include "host/matrix.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -52,6 +53,10 @@ public:
     using SvgError::SvgError;
 };
 
+/// Called before each element, with how many bytes of the text were read. It may end the reading by
+/// what it throws.
+using ReadingPause = std::function<void(std::size_t done)>;
+
 /// Reads `text`, which is taken over and changed in place, into `document`, which is new but for
 /// the profile of its page, which counts where the file is not ours: in the original one opacity,
 /// blending and masks are ignored. Files of
@@ -59,9 +64,8 @@ public:
 /// network, whatever the text refers to. Throws `SvgError`, and `ArtworkError` where the artwork's
 /// own limits are passed; the document is then of no use.
 ///
-/// `pause` is called before each element and may end the reading by what it throws. It is not
-/// called while the text is taken apart into elements, which is the smaller part.
-SvgReading readSvg(std::string text, Document& document, const std::function<void()>& pause = {},
+/// `pause` is not called while the text is taken apart into elements, which is the smaller part.
+SvgReading readSvg(std::string text, Document& document, const ReadingPause& pause = {},
                    const ImageFolders* files = nullptr);
 
 } // namespace corvane

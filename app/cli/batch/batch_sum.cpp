@@ -6,8 +6,6 @@
 #include "app/cli/text.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <string>
 
 namespace corvane {
@@ -24,14 +22,6 @@ std::optional<std::int64_t> totalOf(const Arguments& arguments) {
         pages += std::int64_t{range.last} - range.first + 1;
     }
     return pages * static_cast<std::int64_t>(arguments.files.size());
-}
-
-/// One decimal.
-std::string decimal(double value) {
-    std::array<char, 64> digits{};
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value,
-                                   std::chars_format::fixed, 1);
-    return {digits.data(), end.ptr};
 }
 
 } // namespace

@@ -143,7 +143,9 @@ std::string infoText(const std::string& file, const Report& report) {
         const DocumentFacts& facts = report.file->facts;
         line("version", terminalText(report.file->version));
         line("length", counted(facts.length, "byte"));
-        line("objects", std::to_string(facts.objects));
+        if (facts.objects > 0) { // counted only where all of the file is looked at
+            line("objects", std::to_string(facts.objects));
+        }
         line("updates", std::to_string(facts.updates));
         line("pages", std::to_string(facts.pages));
     }

@@ -128,7 +128,9 @@ void weighPlaces(Report& report) {
 ArtworkSave::ArtworkSave(Arguments& arguments, Report& report)
     : arguments_(arguments), report_(report) {
     document_.page().setProfile(arguments.profile);
-    reading_ = readArtwork(arguments.artwork, document_, imagesOf(arguments));
+    ProgressLine line(progressTerminal(arguments), "corvane: reading the artwork");
+    reading_ = readArtwork(arguments.artwork, document_, imagesOf(arguments), line);
+    line.clear();
     wantedPage_ = arguments.page;
     report.source = reading_.provenance;
     report.ignored = reading_.ignored;

@@ -48,6 +48,17 @@ bool ProgressLine::isDue() {
     return true;
 }
 
+/// ", 12 % a second"; empty where the work is short.
+std::string ProgressLine::rate(double share) const {
+    const Clock::duration spent = last_ - start_;
+    if (spent < longWork) {
+        return {};
+    }
+    const double percent = 100 * share / secondsOf(spent);
+    return ", " + (percent < 10 ? decimal(percent) : grouped(std::llround(percent))) +
+           " % a second";
+}
+
 /// ", 4 s left"; empty where the work is short, or nobody can know.
 std::string ProgressLine::timeLeft(double share) const {
     const Clock::duration spent = last_ - start_;
@@ -72,7 +83,7 @@ void ProgressLine::update(std::int64_t done, std::int64_t total) {
         return;
     }
     const double share = std::clamp(static_cast<double>(done) / static_cast<double>(total), 0., 1.);
-    show(std::to_string(static_cast<int>(100 * share)) + " %" + timeLeft(share));
+    show(std::to_string(static_cast<int>(100 * share)) + " %" + rate(share) + timeLeft(share));
 }
 
 void ProgressLine::count(std::int64_t done, const std::optional<std::int64_t>& total,

@@ -27,8 +27,8 @@ public:
     ProgressLine(const ProgressLine&) = delete;
     ProgressLine& operator=(const ProgressLine&) = delete;
 
-    /// Shows the share of `done` in `total`, at most once in each interval; the first interval
-    /// shows nothing, so quick work never flickers.
+    /// Shows the share of `done` in `total`: "12 %, 3.5 % a second, 25 s left". At most once in
+    /// each interval; the first interval shows nothing, so quick work never flickers.
     void update(std::int64_t done, std::int64_t total);
 
     /// The same for things that are counted: "12 of 40 pages, 8 a second, 4 s left". The total may
@@ -42,6 +42,7 @@ public:
 private:
     bool isDue();
     void show(const std::string& text);
+    std::string rate(double share) const;
     std::string timeLeft(double share) const;
 
     std::FILE* terminal_;

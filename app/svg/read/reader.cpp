@@ -4,6 +4,8 @@
 #include "app/svg/read/tree_reader.h"
 #include "app/svg/read/values/limited.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <pugixml.hpp>
 #include <string_view>
 #include <utility>
@@ -38,6 +40,22 @@ void parse(std::string& text, pugi::xml_document& xml, const LineIndex& lines) {
     }
 }
 
+/// How far a file was read. What is used again stands further to the front, and is no way back.
+class Furthest {
+public:
+    void follow(const TreeReader& tree) { tree_ = &tree; }
+    std::size_t offset() {
+        if (tree_ != nullptr) {
+            offset_ = std::max<std::ptrdiff_t>(offset_, tree_->current().offset_debug());
+        }
+        return static_cast<std::size_t>(offset_);
+    }
+
+private:
+    const TreeReader* tree_ = nullptr;
+    std::ptrdiff_t offset_ = 0;
+};
+
 /// Entities that stand for a file or address of their own are never looked up.
 void countExternalEntities(const pugi::xml_document& xml, Tally& tally) {
     for (const pugi::xml_node node : xml.children()) {
@@ -61,13 +79,13 @@ void countExternalEntities(const pugi::xml_document& xml, Tally& tally) {
 
 } // namespace
 
-SvgReading readSvg(std::string text, Document& document, const std::function<void()>& pause,
+SvgReading readSvg(std::string text, Document& document, const ReadingPause& pause,
                    const ImageFolders* files) {
     return readSvg(std::move(text), document, ReadingBudget{}, pause, files);
 }
 
 SvgReading readSvg(std::string text, Document& document, const ReadingBudget& budget,
-                   const std::function<void()>& pause, const ImageFolders* files) {
+                   const ReadingPause& pause, const ImageFolders* files) {
     if (text.size() > budget.textSize) {
         throw SvgError("the file is too large");
     }
@@ -90,9 +108,13 @@ SvgReading readSvg(std::string text, Document& document, const ReadingBudget& bu
         tally.add("external reference");
     }
     SvgReading reading;
-    ImageLoader loader(document, files, pause);
-    ReadingContext context{document, index, sheet, tally, budget, pause, loader};
+    Furthest furthest;
+    const std::function<void()> pauseHere =
+        pause ? [&] { pause(furthest.offset()); } : std::function<void()>();
+    ImageLoader loader(document, files, pauseHere);
+    ReadingContext context{document, index, sheet, tally, budget, pauseHere, loader};
     TreeReader tree(context);
+    furthest.follow(tree);
     try {
         index.build(sheet);
         const RootReading found = readRoot(Attributes(root), document.page());

@@ -50,7 +50,8 @@ TEST(ArtworkFile, CtrlCEndsTheReadingOfALongOne) {
     double start = spent();
     {
         Document document;
-        readArtwork(artwork, document, {".", {}, false});
+        ProgressLine silent(nullptr, "");
+        readArtwork(artwork, document, {".", {}, false}, silent);
     }
     const double whole = spent() - start;
 

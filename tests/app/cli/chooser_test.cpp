@@ -5,6 +5,7 @@
 #include <array>
 #include <cstring>
 #include <gtest/gtest.h>
+#include <regex>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -72,6 +73,10 @@ TEST(Progress, IsDrawnRarelyAndTakenOffAgain) {
         line.count(1100, 2200, "page");
         std::this_thread::sleep_for(ProgressLine::interval);
         line.count(3, std::nullopt, "file");
+        std::this_thread::sleep_for(ProgressLine::interval);
+        line.update(1, 50);
+        std::this_thread::sleep_for(ProgressLine::interval);
+        line.update(45, 50);
     }
     std::fclose(terminal);
     const std::string shown(text, size);
@@ -79,6 +84,9 @@ TEST(Progress, IsDrawnRarelyAndTakenOffAgain) {
     EXPECT_TRUE(shown.starts_with("\r\x1B[Kcorvane: 1,100 of 2,200 pages, ")) << shown;
     EXPECT_NE(shown.find(" a second, 2 s left\r\x1B[Kcorvane: 3 files, "), std::string::npos)
         << shown;
+    const std::regex rates("[^]*corvane: 2 %, [0-9]\\.[0-9] % a second, [0-9:]+ (s|min) left[^]*"
+                           "corvane: 90 %, [0-9]{1,2}(\\.[0-9])? % a second, 1 s left[^]*");
+    EXPECT_TRUE(std::regex_match(shown, rates)) << shown;
 
     ProgressLine silent(nullptr, "reading");
     std::this_thread::sleep_for(ProgressLine::interval);

@@ -96,6 +96,8 @@ TEST(Info, EqualNeighboursAreOneLine) {
                     "  3-1002    595.2755 x 841.8898 pt\n"
                     "  1003      100 x 200.5 pt, crop [10 20 110 220.5] of "
                     "[0 0 595.2755 841.8898], unit 2, object 2006 0\n");
+    report.file->facts.objects = 0;
+    EXPECT_EQ(infoText("a.pdf", report).find("objects"), std::string::npos) << "nobody counted";
 }
 
 } // namespace

@@ -3,8 +3,11 @@
 #include "tests/app/cli/json/json_schema.h"
 #include "tests/app/cli/saving.h"
 #include "tests/support/pdf_builder.h"
+#include "tests/support/signed_file.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <regex>
 #include <sstream>
 
 namespace corvane {
@@ -66,7 +69,12 @@ TEST_F(JsonFacts, OfEveryCommandIsDocumented) {
     folder_.add(
         "image.pdf",
         test::PdfBuilder::onePage("q 9 0 0 9 0 0 cm BI /W 1 /H 1 /BPC 8 /CS /G ID x EI Q").bytes());
+    folder_.add("signed.pdf", test::signedFile("[5 0 R]"));
+    folder_.add("foreign.svg", "<svg xmlns='http://www.w3.org/2000/svg' width='90' height='90'>"
+                               "<filter id='f'/><rect width='9' height='9' filter='url(#f)'/>"
+                               "<text y='50' font-family='Nobody Has It'>word</text></svg>");
     ASSERT_EQ(run({"open", "a.pdf", "--page", "2", "-o", "a.svg"}).status, 0);
+    folder_.add("empty.svg", std::regex_replace(bytes("a.svg"), std::regex("<path[^>]*/>"), ""));
     folder_.add("b.svg", withLine(bytes("a.svg")));
     struct Row {
         Words words;
@@ -77,25 +85,38 @@ TEST_F(JsonFacts, OfEveryCommandIsDocumented) {
         {{"open", "a.pdf", "-o", "x.svg"}, 0, 1},
         {{"open", "\xFF.pdf", "-o", "\xFE.svg"}, 0, 1},
         {{"open", "image.pdf", "-o", "y.svg"}, 0, 1},
+        {{"open", "a.pdf", "-o", "z.svg", "--profile", "original"}, 0, 1},
         {{"open", "no.pdf"}, 1, 1},
         {{"open", "a.pdf", "no.pdf", "--pages", "1-", "-o", "{stem}{page}.svg"}, 1, 4},
         {{"info", "a.pdf"}, 0, 1},
         {{"info", "image.pdf", "--page", "1"}, 0, 1},
+        {{"info", "signed.pdf"}, 0, 1},
+        {{"info", "broken.pdf"}, 0, 1},
         {{"info", "no.pdf"}, 1, 1},
         {{"check", "broken.pdf"}, 0, 1},
+        {{"check", "no.pdf"}, 1, 1},
         {{"check", "broken.pdf", "no.pdf", "--jobs", "2"}, 1, 3},
         {{"save", "b.svg", "a.pdf", "--dry-run"}, 0, 1},
+        {{"save", "empty.svg", "a.pdf"}, 1, 1},
+        {{"save", "b.svg", "a.pdf", "--output", "copy.pdf"}, 0, 1},
         {{"save", "b.svg", "a.pdf"}, 0, 1},
         {{"save", "b.svg", "a.pdf", "--page", "1"}, 1, 1},
+        {{"save", "foreign.svg", "new.pdf"}, 1, 1},
+        {{"save", "foreign.svg", "new.pdf", "--force"}, 0, 1},
+        {{"save", "--mend", "broken.pdf", "--dry-run"}, 0, 1},
         {{"save", "--mend", "broken.pdf"}, 0, 1},
+        {{"save", "--mend", "a.pdf"}, 0, 1},
+        {{"save", "--mend", "no.pdf"}, 1, 1},
         {{"save", "no.svg", "a.pdf"}, 1, 1},
         {{"edit", "a.pdf", "--page", "1", "--editor", "sed -i s/#[0-9a-f]*/#123456/"}, 0, 1},
         {{"edit", "a.pdf", "--page", "1", "--editor", "cp a.pdf"}, 1, 1},
         {{"edit", "a.pdf", "--editor", "corvane-no-such-editor"}, 1, 1},
+        {{"edit", "no.pdf"}, 1, 1},
         {{"log", "a.pdf"}, 0, 1},
         {{"log", "no.pdf"}, 1, 1},
         {{"revert", "a.pdf"}, 0, 1},
         {{"revert", "image.pdf"}, 1, 1},
+        {{"revert", "no.pdf"}, 1, 1},
     };
     for (Row row : rows) {
         row.words.emplace_back("--json");
@@ -130,6 +151,51 @@ TEST_F(JsonFactsOfFakes, OfRareFactsIsDocumented) {
         EXPECT_EQ(outcome.status, row.status) << row.part << outcome.errors;
         EXPECT_EQ(linesThatFit(schema, outcome.output), 1) << row.part;
     }
+}
+
+/// A command is done, fails, is cancelled, or is used badly: each has its exit status, which --help
+/// names, and its object, which bad usage has not.
+TEST_F(JsonFactsOfFakes, EveryExitStatusOfEveryCommand) {
+    const JsonSchema schema = documentedSchema();
+    add("a.svg", root_);
+    struct Row {
+        const char* selector; ///< that does the work
+        Words words;
+    };
+    const std::vector<Row> rows{
+        {"4", {"open", "in.pdf", "-o", "b.svg"}},
+        {"4", {"save", "a.svg", "in.pdf"}},
+        {"20", {"save", "a.svg", "in.pdf", "--dry-run"}},
+        {"4", {"edit", "in.pdf", "--page", "3", "--editor", "sed -i s/stroke/stroke/"}},
+        {"16", {"info", "in.pdf"}},
+        {"17", {"check", "in.pdf"}},
+        {"18", {"log", "in.pdf"}},
+        {"19", {"revert", "in.pdf"}},
+    };
+    const std::string help = run("", {"--help"}).output;
+    const std::string statuses = help.substr(std::min(help.find("Exit"), help.size()));
+    const auto expectEnd = [&](const std::string& part, Words words, int status, int lines) {
+        EXPECT_TRUE(std::regex_search(statuses, std::regex("\\b" + std::to_string(status) + "\\b")))
+            << status << " is not in " << statuses;
+        words.emplace_back("--json");
+        folder_.add("in.pdf", old_);
+        const auto outcome = run("pages=3 " + part, words);
+        EXPECT_EQ(outcome.status, status) << part << " " << words[0] << outcome.errors;
+        EXPECT_EQ(linesThatFit(schema, outcome.output), lines) << part << " " << words[0];
+    };
+    for (const Row& row : rows) {
+        const std::string here = std::string("@") + row.selector;
+        expectEnd("", row.words, 0, 1);
+        expectEnd("error" + here + "=7", row.words, 1, 1);
+        expectEnd("stop" + here, row.words, 130, 1);
+        Words unknown = row.words;
+        unknown.emplace_back("--nonsense");
+        expectEnd("", unknown, 2, 0);
+    }
+    folder_.add("crash1.pdf", old_);
+    expectEnd("error@21=7", {"save", "--mend", "in.pdf"}, 1, 1);
+    expectEnd("stop@21", {"save", "--mend", "in.pdf"}, 130, 1);
+    expectEnd("crash", {"open", "crash1.pdf", "in.pdf", "-o", "{stem}.svg"}, 1, 3);
 }
 
 } // namespace

@@ -269,7 +269,7 @@ TEST(ImageReading, OneFileIsReadOnceHoweverItIsSpelled) {
         Document document;
         int pauses = 0;
         readSvg(
-            foreignSvg(body), document, [&] { ++pauses; }, &files);
+            foreignSvg(body), document, [&](std::size_t) { ++pauses; }, &files);
         EXPECT_EQ(document.images().size(), 1U);
         return pauses;
     };

@@ -276,7 +276,7 @@ TEST(ReadStructure, ThePauseEndsTheReadingAnywhere) {
         Document document;
         int pauses = 0;
         try {
-            readSvg(foreignSvg(body), document, [&] {
+            readSvg(foreignSvg(body), document, [&](std::size_t) {
                 if (++pauses == most) {
                     throw Stop();
                 }
