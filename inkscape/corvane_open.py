@@ -1,0 +1,7 @@
+#!/usr/bin/env python3
+"""File > Open: a link becomes the artwork of its page."""
+import sys
+
+from corvane_page import Link, guarded, open_page
+
+guarded(lambda program: open_page(Link.read(sys.argv[-1]), program))
