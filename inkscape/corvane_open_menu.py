@@ -4,7 +4,8 @@ import argparse
 import os
 import subprocess
 
-from corvane_page import Link, Refusal, guarded
+from corvane_page import Link
+from corvane_run import PASSWORD, Refusal, code_of, guarded, require
 
 
 def link_path(link):
@@ -41,6 +42,8 @@ def open_window(program):
         raise Refusal(f"{wish.pdf} is no file" if wish.pdf else "choose a PDF first")
     link = Link(os.path.abspath(wish.pdf), wish.page)
     facts = program.try_once(["info"], link.pdf)  # of an encrypted file the window asks
+    if code_of(facts) not in (0, *PASSWORD):
+        require(facts, program.person)
     if link.page > facts.get("pageCount", link.page):
         raise Refusal(f"{link.pdf} has {facts['pageCount']} pages, and no page {link.page}")
     subprocess.Popen([program.person.inkscape(), link_path(link)], start_new_session=True,

@@ -18,8 +18,14 @@ TOOLS = {
         "line": ["--entry", "--text"],
         "secret": ["--entry", "--hide-text", "--text"],
         "yes": ["--question", "--no-markup", "--text"],
+        "news": ["--info", "--no-markup", "--text"],
     },
-    "kdialog": {"line": ["--inputbox"], "secret": ["--password"], "yes": ["--yesno"]},
+    "kdialog": {
+        "line": ["--inputbox"],
+        "secret": ["--password"],
+        "yes": ["--yesno"],
+        "news": ["--msgbox"],
+    },
 }
 
 
@@ -70,6 +76,7 @@ class Person:
     def __init__(self):
         self._inkscape = inkscape_process()
         has_display = os.environ.get("DISPLAY") or os.environ.get("WAYLAND_DISPLAY")
+        self._tool = next(filter(None, map(shutil.which, TOOLS)), None)
         self.is_there = bool(has_display) and not is_batch(self._inkscape)
 
     def inkscape(self):
@@ -88,6 +95,11 @@ class Person:
         else:
             write_to_errors_of(self._inkscape, line)
 
+    def inform(self, sentence):
+        """Good news: Inkscape's own window would say that something may have gone wrong."""
+        if self._ask("news", sentence) is None:
+            self.tell(sentence)
+
     def line(self, text):
         """What the person writes; None where they do not want to, or nobody can be asked."""
         return self._ask("line", text)
@@ -98,21 +110,26 @@ class Person:
     def agrees(self, text):
         return self._ask("yes", text) is not None
 
+    def obstacle(self):
+        """Why nobody could be asked, as the end of a sentence; empty where somebody was."""
+        if not self.is_there:
+            return "; somebody at a window is asked, and corvane save --force does not ask"
+        return "" if self._tool or gtk() else "; install zenity, kdialog or python3-gi to be asked"
+
     def _ask(self, kind, text):
         if not self.is_there:
             return None
-        for tool, words in TOOLS.items():
-            path = shutil.which(tool)
-            if path is not None:
-                asked = [path, "--title", "PDF page", *words[kind], text]
-                answer = subprocess.run(asked, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                                        stderr=subprocess.DEVNULL, check=False)
-                text_of = answer.stdout.decode("utf-8", "surrogateescape").removesuffix("\n")
-                return text_of if answer.returncode == 0 else None
-        return ask_with_gtk(kind, text)
+        if self._tool is None:
+            return ask_with_gtk(kind, text)
+        words = TOOLS[os.path.basename(self._tool)][kind]
+        asked = subprocess.run([self._tool, "--title", "PDF page", *words, text], check=False,
+                               stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        answer = os.fsdecode(asked.stdout).removesuffix("\n")
+        return answer if asked.returncode == 0 else None
 
 
-def ask_with_gtk(kind, text):
+def gtk():
+    """None where Python does not have it."""
     try:
         import gi
 
@@ -120,17 +137,21 @@ def ask_with_gtk(kind, text):
         from gi.repository import Gtk
     except (ImportError, ValueError):
         return None
-    is_question = kind == "yes"
-    dialog = Gtk.MessageDialog(
-        message_type=Gtk.MessageType.WARNING if is_question else Gtk.MessageType.QUESTION,
-        buttons=Gtk.ButtonsType.YES_NO if is_question else Gtk.ButtonsType.OK_CANCEL,
-        text=text, title="PDF page")
+    return Gtk
+
+
+def ask_with_gtk(kind, text):
+    Gtk = gtk()
+    if Gtk is None:
+        return None
+    kinds, buttons = Gtk.MessageType, Gtk.ButtonsType
+    message, button = {"yes": (kinds.WARNING, buttons.YES_NO),
+                       "news": (kinds.INFO, buttons.OK)}.get(kind, (kinds.QUESTION, buttons.OK_CANCEL))
+    dialog = Gtk.MessageDialog(message_type=message, buttons=button, text=text, title="PDF page")
     entry = Gtk.Entry(visibility=kind != "secret", activates_default=True)
-    if is_question:
-        dialog.set_default_response(Gtk.ResponseType.NO)
-    else:
-        dialog.set_default_response(Gtk.ResponseType.OK)
+    if kind in ("line", "secret"):
         dialog.get_content_area().pack_end(entry, False, False, 12)
+    dialog.set_default_response(Gtk.ResponseType.NO if kind == "yes" else Gtk.ResponseType.OK)
     dialog.set_keep_above(True)
     dialog.show_all()
     answer = dialog.run()

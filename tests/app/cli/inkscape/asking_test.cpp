@@ -129,12 +129,19 @@ TEST_F(AskingScripts, ThePdfIsFoundWhereItWentWithTheLink) {
         const char* what;
         std::string folder; ///< that the artwork names
         const char* file;
+        bool hasLink;
         bool isSaved;
     };
-    for (const Row& row : {Row{"beside the document", "/no/such", "in.pdf", true},
-                           Row{"gone", "/no/such", "gone.pdf", false},
-                           Row{"a path in the name", "/", "../../in.pdf", true}}) {
+    for (const Row& row : {Row{"beside the document", "/no/such", "in.pdf", false, true},
+                           Row{"gone", "/no/such", "gone.pdf", false, false},
+                           Row{"renamed, and the link knows", "/no/such", "gone.pdf", true, true},
+                           Row{"a path in the name", "/", "../../in.pdf", false, true}}) {
         folder_.add("in.pdf", pdf_);
+        if (!row.hasLink) {
+            fs::remove(path("in.pdfpage"));
+        } else {
+            folder_.add("in.pdfpage", R"({"pdf":"in.pdf","page":2})");
+        }
         std::string art =
             replaced(opened.output, folder_.path().string() + "\"", row.folder + "\"");
         art = replaced(art, "\"in.pdf\"", std::string("\"") + row.file + "\"");

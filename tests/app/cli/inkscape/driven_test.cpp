@@ -86,7 +86,7 @@ TEST_F(DrivenInkscape, SavesFromTheMenu) {
     const auto outcome =
         driveWindow("in.pdfpage", std::string(recolour) + "corvane.menu.save.noprefs");
     EXPECT_EQ(outcome.status, 0) << outcome.errors;
-    EXPECT_TRUE(holds(outcome.errors, "in.pdf, page 2: 1 changed; ")) << outcome.errors;
+    EXPECT_TRUE(holds(outcome.errors, "in.pdf, page 2: 1 object changed; ")) << outcome.errors;
     EXPECT_EQ(replaced(drawing(artwork("in.pdf", 2)), "in.pdf", "direct.pdf"), recoloured());
     EXPECT_EQ(bytes("in.pdfpage"), link_);
 }
@@ -99,7 +99,7 @@ TEST_F(DrivenInkscape, MenuEntriesTakeTheNamedFile) {
     folder_.add("other.pdf", pdf_);
     const auto saved =
         driveWindow("in.pdfpage", std::string(recolour) + "corvane.menu.save.noprefs");
-    EXPECT_TRUE(holds(saved.errors, "other.pdf, page 2: 1 changed; ")) << saved.errors;
+    EXPECT_TRUE(holds(saved.errors, "other.pdf, page 2: 1 object changed; ")) << saved.errors;
     EXPECT_EQ(bytes("in.pdf"), pdf_);
     EXPECT_TRUE(holds(artwork("other.pdf", 2), "#00ff00"));
     for (int i = 0; i < 2; ++i) {
@@ -173,7 +173,7 @@ TEST_F(DrivenInkscape, OpensWhatALinkSaysAndNothingElse) {
         {"a folder that has moved", R"({"pdf":"/no/such/in.pdf","page":2})", "", "data-page=\"2\"",
          true},
         {"a page that is not there", R"({"pdf":"in.pdf","page":9})", "", "page 9", false},
-        {"a PDF that is not there", R"({"pdf":"gone.pdf"})", "", "gone.pdf is not in ", false},
+        {"a PDF that is not there", R"({"pdf":"gone.pdf"})", "", "gone.pdf is not there", false},
         {"a PDF that needs a password", R"({"pdf":"sealed.pdf"})", "", "CORVANE_PASSWORD", false},
         {"a PDF itself", pdf_, "", "is no link to a page", false},
         {"another type", R"({"pdf":["in.pdf"]})", "", "is no link to a page", false},
