@@ -157,6 +157,12 @@ private:
         case OptionKind::mend:
             arguments_.mend = true;
             break;
+        case OptionKind::install:
+            takeWish(ExtensionWish::install);
+            break;
+        case OptionKind::remove:
+            takeWish(ExtensionWish::remove);
+            break;
         case OptionKind::profile: {
             const auto profile = std::ranges::find(profiles, value, profileName);
             if (profile == profiles.end()) {
@@ -191,6 +197,13 @@ private:
         }
     }
 
+    void takeWish(ExtensionWish wish) {
+        if (arguments_.extensions != ExtensionWish::none && arguments_.extensions != wish) {
+            fault_ = "--install and --remove do not go together";
+        }
+        arguments_.extensions = wish;
+    }
+
     static void takePlace(std::string_view value, PartPlace& place, std::string& folder) {
         place = value == "embed"  ? PartPlace::artwork
                 : value == "none" ? PartPlace::none
@@ -214,12 +227,22 @@ private:
                      std::string(command_->name);
         } else if (command_->command == Command::save && arguments_.output == "-") {
             fault_ = "--output takes the name of a file, not -";
+        } else if (command_->command == Command::inkscape &&
+                   arguments_.extensions == ExtensionWish::none) {
+            fault_ = "the command inkscape needs --install or --remove";
         } else if (readsStandardInput_ && arguments_.passwordFile == "-") {
             fault_ = "artwork and password cannot both come from standard input";
         }
     }
 
     void nameFiles() {
+        if (command_->command == Command::inkscape) {
+            if (!operands_.empty()) {
+                fault_ = "the command inkscape takes no file: " + quoted(operands_.front()) +
+                         " is one too many";
+            }
+            return;
+        }
         const bool isSave = command_->command == Command::save;
         const bool isLooked =
             command_->command == Command::open || command_->command == Command::check;

@@ -14,16 +14,19 @@
 
 namespace corvane {
 
-enum class Command : std::uint8_t { open, save, edit, info, check, log, revert };
+enum class Command : std::uint8_t { open, save, edit, info, check, log, revert, inkscape };
 
 class PasswordSource;
 
 /// Where the fonts of a page go, and its images.
 enum class PartPlace : std::uint8_t { artwork, none, folder };
 
+/// What becomes of the extensions for Inkscape.
+enum class ExtensionWish : std::uint8_t { none, install, remove };
+
 struct Arguments {
     Command command = Command::open;
-    std::string file; ///< path of the PDF, bytes as given
+    std::string file; ///< path of the PDF, bytes as given; `inkscape`: of the folder
     /// Of a command for many files: all of them; `file` is the one at hand then. Else empty.
     std::vector<std::string> files = {};
     std::vector<PageRange> pages = {}; ///< of each of many files; empty: as for one
@@ -52,6 +55,7 @@ struct Arguments {
     /// What several sessions of one command share, so that nobody is asked twice; not an owner.
     /// Null: each session has its own.
     PasswordSource* passwords = nullptr;
+    ExtensionWish extensions = ExtensionWish::none; ///< `inkscape`
     bool quiet = false;
     bool json = false;
 };

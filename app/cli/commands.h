@@ -29,4 +29,8 @@ void runLog(const Arguments& arguments, Report& report);
 /// Takes the newest update off a file.
 void runRevert(const Arguments& arguments, Report& report);
 
+/// Puts the extensions for Inkscape into its folder, or takes them away. `arguments` take the name
+/// of the folder.
+void runInkscape(Arguments& arguments, Report& report);
+
 } // namespace corvane

@@ -41,6 +41,8 @@ inline constexpr std::int32_t notUnderstood = 1006; ///< warning: ignored when t
 inline constexpr std::int32_t pageRepeated = 1007;  ///< warning: one object is several pages
 inline constexpr std::int32_t annotationKept =
     1011; ///< warning: what was changed of it is not saved
+inline constexpr std::int32_t extensionChanged =
+    1050; ///< warning: an extension for Inkscape is not as it was installed, and stays
 } // namespace code
 
 /// An error or a warning: `sentence` says what happened and what to do.

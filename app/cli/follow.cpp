@@ -27,6 +27,8 @@ void runCommand(Arguments& arguments, Report& report) {
         return runRevert(arguments, report);
     case Command::edit:
         return runEdit(arguments, report);
+    case Command::inkscape:
+        return runInkscape(arguments, report);
     }
 }
 

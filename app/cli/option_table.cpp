@@ -30,6 +30,8 @@ constexpr std::array commandTable{
     CommandRow{Command::log, "log", "FILE.pdf", "the updates appended to a file"},
     CommandRow{Command::revert, "revert", "FILE.pdf",
                "take the newest update off again, if it is ours"},
+    CommandRow{Command::inkscape, "inkscape", "--install | --remove",
+               "let Inkscape open a page of a PDF, and save it there; or take that away again"},
 };
 
 /// Those that make artwork of a page.
@@ -70,6 +72,10 @@ constexpr std::array optionTable{
               "write new content uncompressed, for people who read it"},
     OptionRow{OptionKind::mend, "--mend", "", only(Command::save),
               "mend what is damaged in the file, too; every old byte stays"},
+    OptionRow{OptionKind::install, "--install", "", only(Command::inkscape),
+              "put the extensions into your folder of Inkscape"},
+    OptionRow{OptionKind::remove, "--remove", "", only(Command::inkscape),
+              "take them away; what was changed stays"},
     OptionRow{OptionKind::passwordFile, "--password-file", "FILE", everyCommand,
               "its first line is the password of the PDF; - is standard input"},
     OptionRow{OptionKind::password, "--password", "TEXT", everyCommand,

@@ -30,6 +30,8 @@ enum class OptionKind : std::uint8_t {
     allowFiles,
     plain,
     mend,
+    install,
+    remove,
     passwordFile,
     password,
     profile,

@@ -74,6 +74,10 @@ struct Report {
     std::vector<SavedFacts> saves; ///< `edit`: in their order
     std::string kept;              ///< `edit`: the folder of the artwork, where it stays
     std::vector<Update> updates;   ///< `log`: all of them; `revert`: the one that was taken off
+    /// `inkscape`: names of files in the folder of extensions.
+    std::vector<std::string> installed;
+    std::vector<std::string> removed;
+    std::vector<std::string> changed; ///< since they were installed, so they stay
     std::vector<Fault> warnings;
     std::optional<Fault> error;
 };

@@ -289,6 +289,10 @@ void addFacts(JsonWriter& json, const Arguments& arguments, const Report& report
         return addUpdates(json, "takenOff", report);
     case Command::edit:
         return addEdited(json, report);
+    case Command::inkscape:
+        addTitles(json, "installed", report.installed);
+        addTitles(json, "removed", report.removed);
+        return addTitles(json, "changed", report.changed);
     case Command::open:
     case Command::info:
     case Command::check:

@@ -117,11 +117,14 @@ TEST_F(JsonFacts, OfEveryCommandIsDocumented) {
         {{"revert", "a.pdf"}, 0, 1},
         {{"revert", "image.pdf"}, 1, 1},
         {{"revert", "no.pdf"}, 1, 1},
+        {{"inkscape", "--install"}, 0, 1},
+        {{"inkscape", "--remove"}, 0, 1},
     };
     for (Row row : rows) {
         row.words.emplace_back("--json");
         auto command = process(row.words);
         command.environment.emplace_back("TMPDIR", folder_.path());
+        command.environment.emplace_back("INKSCAPE_PROFILE_DIR", folder_.path());
         const auto outcome = test::run(command);
         EXPECT_EQ(outcome.status, row.status) << row.words[0] << outcome.output << outcome.errors;
         EXPECT_EQ(linesThatFit(schema, outcome.output), row.lines) << outcome.output;

@@ -1,0 +1,176 @@
+#include "app/cli/inkscape/installation.h"
+
+#include "app/cli/fault.h"
+#include "app/cli/files/output.h"
+#include "app/cli/inkscape/extension_files.h"
+#include "app/cli/text.h"
+#include "runtime/digest.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <ranges>
+#include <span>
+#include <sstream>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view recordName = "corvane_files"; ///< of what was put into the folder
+constexpr std::string_view programName = "corvane_program";
+
+std::string digestOf(std::string_view bytes) {
+    Digest digest;
+    digest.feed(std::as_bytes(std::span(bytes)));
+    const std::uint64_t value = digest.value();
+    std::string text;
+    for (int shift = 60; shift >= 0; shift -= 4) {
+        text += "0123456789abcdef"[(value >> static_cast<unsigned>(shift)) & 15U];
+    }
+    return text;
+}
+
+/// None where there is no such file.
+std::optional<std::string> bytesOf(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    if (!file) {
+        return std::nullopt;
+    }
+    return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+/// A line for each file: its digest, a blank, its name.
+std::map<std::string, std::string> readRecord(const std::string& path) {
+    std::map<std::string, std::string> record;
+    std::istringstream lines(bytesOf(path).value_or(""));
+    for (std::string digest, name; lines >> digest >> name;) {
+        if (name.find('/') == std::string::npos) {
+            record.emplace(std::move(name), std::move(digest));
+        }
+    }
+    return record;
+}
+
+/// Inkscape starts from these: they lead to the others.
+bool isEntry(const std::string& name) {
+    return name.ends_with(".inx");
+}
+
+} // namespace
+
+Installation::Installation(std::string folder, std::string program) : folder_(std::move(folder)) {
+    for (const ExtensionFile& file : extensionFiles()) {
+        files_.emplace(file.name, file.bytes);
+    }
+    files_.emplace(programName, std::move(program) + "\n");
+    record_ = readRecord(pathOf(recordName));
+}
+
+void Installation::install() {
+    for (const std::string& name : names()) {
+        if (stateOf(name) == State::changed) {
+            changed_.push_back(name);
+        }
+    }
+    if (!changed_.empty()) {
+        throw Failure(
+            {code::fileChanged, "the folder has files that are not as they were installed (" +
+                                    joined(changed_) + "); move them away, and install again"});
+    }
+    std::error_code error;
+    fs::create_directories(folder_, error);
+    if (error) {
+        throw Failure(outputFault(folder_, error));
+    }
+    for (const bool entries : {false, true}) {
+        for (const auto& [name, bytes] : files_) {
+            if (isEntry(name) == entries) {
+                write(name, bytes);
+            }
+        }
+    }
+    for (const auto& [name, digest] : record_) {
+        if (!files_.contains(name)) {
+            take(name); // of a version that had more of them
+        }
+    }
+    done_.clear();
+    std::ranges::copy(std::views::keys(files_), std::back_inserter(done_));
+    write(std::string(recordName), recordText());
+}
+
+void Installation::remove() {
+    for (const bool entries : {true, false}) {
+        for (const std::string& name : names()) {
+            if (isEntry(name) == entries) {
+                take(name);
+            }
+        }
+    }
+    std::error_code ignored; // what is not ours keeps the folder, and nothing else is lost
+    fs::remove(pathOf(recordName), ignored);
+    fs::remove(folder_, ignored);
+}
+
+/// Of what was put there, and of what this version puts there.
+std::vector<std::string> Installation::names() const {
+    std::vector<std::string> result;
+    std::ranges::set_union(std::views::keys(files_), std::views::keys(record_),
+                           std::back_inserter(result));
+    return result;
+}
+
+Installation::State Installation::stateOf(const std::string& name) const {
+    const auto bytes = bytesOf(pathOf(name));
+    if (!bytes) {
+        return State::missing;
+    }
+    const auto wanted = files_.find(name);
+    const auto before = record_.find(name);
+    const bool isOurs = (wanted != files_.end() && wanted->second == *bytes) ||
+                        (before != record_.end() && before->second == digestOf(*bytes));
+    return isOurs ? State::ours : State::changed;
+}
+
+void Installation::take(const std::string& name) {
+    switch (stateOf(name)) {
+    case State::missing:
+        return;
+    case State::changed:
+        changed_.push_back(name);
+        return;
+    case State::ours:
+        break;
+    }
+    std::error_code error;
+    fs::remove(pathOf(name), error);
+    if (error) {
+        throw Failure(outputFault(pathOf(name), error));
+    }
+    done_.push_back(name);
+}
+
+void Installation::write(const std::string& name, const std::string& bytes) {
+    OutputFile file(outputTarget(pathOf(name), "", true));
+    file.commit(file.write(bytes));
+}
+
+std::string Installation::recordText() const {
+    std::string text;
+    for (const auto& [name, bytes] : files_) {
+        text += digestOf(bytes) + " " + name + "\n";
+    }
+    return text;
+}
+
+std::string Installation::pathOf(std::string_view name) const {
+    return folder_ + "/" + std::string(name);
+}
+
+} // namespace corvane

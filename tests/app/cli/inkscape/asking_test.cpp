@@ -1,0 +1,156 @@
+// The scripts of the extensions as Inkscape runs them in a window, with a person who answers.
+#include "tests/app/cli/inkscape/extensions.h"
+
+namespace corvane {
+namespace {
+
+namespace fs = std::filesystem;
+using test::holds;
+
+class AskingScripts : public Extensions {
+protected:
+    void SetUp() override {
+        ASSERT_EQ(extensions("--install").status, 0);
+        fs::create_directory(folder_.path() / "bin");
+        fs::create_symlink("/bin/cat", folder_.path() / "bin/cat");
+        folder_.add("in.pdf", pdf_);
+    }
+
+    /// A program for dialogs that gives `answer`; an empty one is a person who cancels.
+    void answers(const std::string& answer) const {
+        const auto tool =
+            folder_.add("bin/zenity", "#!/bin/sh\nfor word; do :; done\n"
+                                      "printf '%s\\n' \"$word\" >> '" +
+                                          path("asked") + "'\n" +
+                                          (answer.empty() ? "exit 1" : "echo " + answer) + "\n");
+        fs::permissions(tool, fs::perms::owner_all);
+        folder_.add("asked", "");
+    }
+
+    test::Outcome script(const std::string& name, const std::string& file, bool isSeen) const {
+        test::Process process;
+        process.words = {"/usr/bin/python3", (place() / name).string(), path(file)};
+        process.folder = place();
+        process = alone(std::move(process));
+        for (auto& [variable, value] : process.environment) {
+            value = variable == "DISPLAY" && isSeen ? ":9" : value;
+        }
+        process.environment.emplace_back("PATH", path("bin"));
+        process.environment.emplace_back("DOCUMENT_PATH", path("in.pdfpage"));
+        return test::run(process);
+    }
+
+    std::string emptied(const std::string& svg) const {
+        std::string text = svg;
+        for (auto at = text.find("<path"); at != std::string::npos; at = text.find("<path")) {
+            text.erase(at, text.find("/>", at) + 2 - at);
+        }
+        return text;
+    }
+
+    const std::string pdf_ = example("two-pages.pdf");
+};
+
+TEST_F(AskingScripts, ALossNeedsAYes) {
+    struct Row {
+        const char* answer;
+        bool isSeen;
+        bool isSaved;
+        bool isAsked;
+    };
+    folder_.add("in.svg", emptied(artwork("in.pdf", 2)));
+    for (const Row& row : {Row{"", true, false, true}, Row{"yes", false, false, false},
+                           Row{"yes", true, true, true}}) {
+        answers(row.answer);
+        const auto outcome = script("corvane_save.py", "in.svg", row.isSeen);
+        EXPECT_EQ(outcome.status, row.isSaved ? 0 : 1) << outcome.errors;
+        EXPECT_EQ(outcome.output.empty(), !row.isSaved) << "nothing takes the place of the link";
+        EXPECT_EQ(bytes("in.pdf") != pdf_, row.isSaved);
+        EXPECT_EQ(holds(bytes("asked"), "saving would delete 20 of 20"), row.isAsked);
+        EXPECT_FALSE(holds(bytes("asked"), "--force")) << "no advice for a terminal";
+    }
+}
+
+TEST_F(AskingScripts, ThePageIsAskedOnlyWhereThereAreSeveral) {
+    struct Row {
+        const char* file;
+        const char* link;
+        const char* answer;
+        const char* wanted; ///< in the artwork; empty: it is not opened
+        bool isAsked;
+    };
+    folder_.add("one.pdf", example("harbour.pdf"));
+    for (const Row& row :
+         {Row{"in.pdf", R"({"pdf":"in.pdf"})", "2", "data-page=\"2\"", true},
+          Row{"in.pdf", R"({"pdf":"in.pdf"})", "", "", true},
+          Row{"in.pdf", R"({"pdf":"in.pdf","page":1})", "2", "data-page=\"1\"", false},
+          Row{"one.pdf", R"({"pdf":"one.pdf"})", "2", "data-page=\"1\"", false}}) {
+        answers(row.answer);
+        folder_.add("in.pdfpage", row.link);
+        const auto outcome = script("corvane_open.py", "in.pdfpage", true);
+        EXPECT_EQ(outcome.status, *row.wanted == '\0' ? 1 : 0) << outcome.errors;
+        EXPECT_TRUE(holds(outcome.output, row.wanted)) << outcome.errors;
+        EXPECT_EQ(holds(bytes("asked"), "Which page"), row.isAsked) << row.link;
+    }
+}
+
+TEST_F(AskingScripts, ThePasswordIsAskedOnlyWhereItIsNeeded) {
+    if (!test::isInstalled("qpdf")) {
+        GTEST_SKIP() << "qpdf is not installed";
+    }
+    test::Process seal;
+    seal.words = {"/usr/bin/env", "qpdf", "--encrypt",    "Sesam-27",        "owner",
+                  "256",          "--",   path("in.pdf"), path("sealed.pdf")};
+    ASSERT_EQ(test::run(seal).status, 0);
+    folder_.add("in.pdfpage", R"({"pdf":"sealed.pdf","page":2})");
+    answers("Sesam-27");
+    const auto opened = script("corvane_open.py", "in.pdfpage", true);
+    EXPECT_EQ(opened.status, 0) << opened.errors;
+    EXPECT_TRUE(holds(bytes("asked"), "Password of sealed.pdf"));
+    folder_.add("in.svg", replaced(opened.output, "#b2b2b2", "#00ff00"));
+    EXPECT_EQ(script("corvane_save.py", "in.svg", true).status, 0);
+    const std::string saved = bytes("sealed.pdf");
+    answers("");
+    EXPECT_EQ(script("corvane_save.py", "in.svg", true).status, 1);
+    EXPECT_EQ(script("corvane_open.py", "in.pdfpage", false).status, 1);
+    EXPECT_EQ(bytes("sealed.pdf"), saved);
+    for (const auto& entry : fs::recursive_directory_iterator(folder_.path())) {
+        if (entry.is_regular_file() && entry.path().filename() != "zenity") {
+            EXPECT_FALSE(holds(test::fileBytes(entry.path()), "Sesam-27")) << entry.path();
+        }
+    }
+}
+
+TEST_F(AskingScripts, ThePdfIsFoundWhereItWentWithTheLink) {
+    folder_.add("in.pdfpage", R"({"pdf":"in.pdf","page":2})");
+    const auto opened = script("corvane_open.py", "in.pdfpage", false);
+    ASSERT_TRUE(holds(opened.output, "data-folder=\"" + folder_.path().string() + "\""));
+    struct Row {
+        const char* what;
+        std::string folder; ///< that the artwork names
+        const char* file;
+        bool hasLink;
+        bool isSaved;
+    };
+    for (const Row& row : {Row{"beside the document", "/no/such", "in.pdf", false, true},
+                           Row{"gone", "/no/such", "gone.pdf", false, false},
+                           Row{"renamed, and the link knows", "/no/such", "gone.pdf", true, true},
+                           Row{"a path in the name", "/", "../../in.pdf", false, true}}) {
+        folder_.add("in.pdf", pdf_);
+        if (!row.hasLink) {
+            fs::remove(path("in.pdfpage"));
+        } else {
+            folder_.add("in.pdfpage", R"({"pdf":"in.pdf","page":2})");
+        }
+        std::string art =
+            replaced(opened.output, folder_.path().string() + "\"", row.folder + "\"");
+        art = replaced(art, "\"in.pdf\"", std::string("\"") + row.file + "\"");
+        folder_.add("in.svg", replaced(art, "#b2b2b2", "#00ff00"));
+        const auto outcome = script("corvane_save.py", "in.svg", false);
+        EXPECT_EQ(outcome.status, row.isSaved ? 0 : 1) << row.what << outcome.errors;
+        EXPECT_EQ(bytes("in.pdf") != pdf_, row.isSaved) << row.what;
+    }
+}
+
+} // namespace
+} // namespace corvane
