@@ -5,6 +5,7 @@ and saves the link; the PDF itself is written by the program alone, which append
 """
 import json
 import os
+import shutil
 import tempfile
 import uuid
 import xml.etree.ElementTree as xml
@@ -131,15 +132,22 @@ def save_page(artwork, pdf, program, page=0):
     document = document_path()
     if document:
         words += ["--images", os.path.dirname(document)]
-    facts = program.run([*words, artwork.path], pdf)
-    if code_of(facts) in LOSSES:
-        why = advice_removed(facts["error"]["sentence"])
-        if not program.person.agrees(f"{os.path.basename(pdf)}: {why}.\n\nSave all the same? What others "
-                                     "changed on this page since it was opened would be undone, too."):
-            raise Refusal(f"nothing was saved into {pdf}: {why}{program.person.obstacle()}")
-        facts = program.run([*words, "--force", artwork.path], pdf)
+    # Inkscape's file lies among those of others, which would be pictures that the drawing may have.
+    with tempfile.TemporaryDirectory(prefix="corvane-inkscape-") as folder:
+        art = shutil.copyfile(artwork.path, os.path.join(folder, "page.svg"))
+        facts = program.run([*words, art], pdf)
+        if code_of(facts) in LOSSES:
+            agree_to_loss(advice_removed(facts["error"]["sentence"]), pdf, program.person)
+            facts = program.run([*words, "--force", art], pdf)
     require(facts, program.person)
     return facts
+
+
+def agree_to_loss(why, pdf, person):
+    """Raises `Refusal` where the person does not want it, or cannot be asked."""
+    if not person.agrees(f"{os.path.basename(pdf)}: {why}.\n\nSave all the same? What others changed on "
+                         "this page since it was opened would be undone, too."):
+        raise Refusal(f"nothing was saved into {pdf}: {why}{person.obstacle()}")
 
 
 def whole_path(path, who):

@@ -114,8 +114,28 @@ void Installation::remove() {
         }
     }
     std::error_code ignored; // what is not ours keeps the folder, and nothing else is lost
+    removeCompiled();
     fs::remove(pathOf(recordName), ignored);
     fs::remove(folder_, ignored);
+}
+
+/// Python keeps what it made of "corvane_page.py" as "corvane_page.cpython-311.pyc".
+void Installation::removeCompiled() const {
+    const fs::path folder = pathOf("__pycache__");
+    const std::vector<std::string> ours = names();
+    std::error_code ignored;
+    std::vector<fs::path> compiled;
+    for (const auto& entry : fs::directory_iterator(folder, ignored)) {
+        const std::string name = entry.path().filename();
+        if (name.ends_with(".pyc") &&
+            std::ranges::binary_search(ours, name.substr(0, name.find('.')) + ".py")) {
+            compiled.push_back(entry.path());
+        }
+    }
+    for (const fs::path& path : compiled) {
+        fs::remove(path, ignored);
+    }
+    fs::remove(folder, ignored);
 }
 
 /// Of what was put there, and of what this version puts there.

@@ -36,6 +36,7 @@ private:
     std::string pathOf(std::string_view name) const;
     void write(const std::string& name, const std::string& bytes);
     void take(const std::string& name);
+    void removeCompiled() const;
     std::string recordText() const;
     std::vector<std::string> names() const;
 

@@ -1,5 +1,6 @@
 // The scripts of the extensions as Inkscape runs them in a window, with a person who answers.
 #include "tests/app/cli/inkscape/extensions.h"
+#include "tests/app/images/png_images.h"
 
 namespace corvane {
 namespace {
@@ -27,7 +28,8 @@ protected:
         folder_.add("asked", "");
     }
 
-    test::Outcome script(const std::string& name, const std::string& file, bool isSeen) const {
+    test::Outcome script(const std::string& name, const std::string& file, bool isSeen,
+                         const std::string& document = "in.pdfpage") const {
         test::Process process;
         process.words = {"/usr/bin/python3", (place() / name).string(), path(file)};
         process.folder = place();
@@ -36,7 +38,7 @@ protected:
             value = variable == "DISPLAY" && isSeen ? ":9" : value;
         }
         process.environment.emplace_back("PATH", path("bin"));
-        process.environment.emplace_back("DOCUMENT_PATH", path("in.pdfpage"));
+        process.environment.emplace_back("DOCUMENT_PATH", path(document));
         return test::run(process);
     }
 
@@ -118,6 +120,26 @@ TEST_F(AskingScripts, ThePasswordIsAskedOnlyWhereItIsNeeded) {
         if (entry.is_regular_file() && entry.path().filename() != "zenity") {
             EXPECT_FALSE(holds(test::fileBytes(entry.path()), "Sesam-27")) << entry.path();
         }
+    }
+}
+
+TEST_F(AskingScripts, PicturesComeFromTheFolderOfTheDocument) {
+    for (const char* const folder : {"docs", "others"}) {
+        fs::create_directory(folder_.path() / folder);
+        folder_.add(std::string(folder) + "/pic.png", test::text(test::pngOf({.rows = {7}})));
+    }
+    folder_.add("docs/in.pdfpage", R"({"pdf":"../in.pdf","page":2})");
+    const auto opened = script("corvane_open.py", "docs/in.pdfpage", false);
+    for (const std::string& picture : {path("docs/pic.png"), path("others/pic.png")}) {
+        folder_.add("in.pdf", pdf_);
+        folder_.add("others/in.svg",
+                    replaced(opened.output, "</svg>",
+                             "<image width=\"9\" height=\"9\" xlink:href=\"" + picture +
+                                 "\" xmlns:xlink=\"http://www.w3.org/1999/xlink\"/></svg>"));
+        const bool isNear = picture == path("docs/pic.png");
+        const auto outcome = script("corvane_save.py", "others/in.svg", false, "docs/in.pdfpage");
+        EXPECT_EQ(outcome.status, isNear ? 0 : 1) << picture << outcome.errors;
+        EXPECT_EQ(bytes("in.pdf") != pdf_, isNear) << picture;
     }
 }
 

@@ -2,6 +2,7 @@
 #include "tests/app/cli/inkscape/extensions.h"
 
 #include <fstream>
+#include <unistd.h>
 
 namespace corvane {
 namespace {
@@ -33,11 +34,13 @@ protected:
 
     test::Outcome drive(Words words) const { return test::run(inkscape(std::move(words))); }
 
-    /// With a window on a display that nobody sees.
+    /// With a window on a display that nobody sees. Tests side by side look for a free one from
+    /// numbers of their own.
     test::Outcome driveWindow(const std::string& artwork, const std::string& actions) const {
+        const std::string number = std::to_string(100 + getpid() % 30000);
         return test::run(
             inkscape({"--with-gui", "--batch-process", artwork, "--actions=" + actions},
-                     {"xvfb-run", "--auto-servernum"}));
+                     {"xvfb-run", "--auto-servernum", "--server-num=" + number}));
     }
 
     /// What the program makes of the same change, without Inkscape.

@@ -48,8 +48,13 @@ TEST_F(Install, PutsAllFilesThereAndTakesThemAway) {
     EXPECT_EQ(installed(), std::vector<std::string>{"mine.txt"});
     fs::remove(place() / "mine.txt");
     EXPECT_EQ(extensions("--install").status, 0);
+    write(place() / "__pycache__/corvane_page.cpython-311.pyc", "made by Python of our file");
+    write(place() / "__pycache__/mine.cpython-311.pyc", "made of another");
     EXPECT_EQ(extensions("--remove").status, 0);
-    EXPECT_FALSE(fs::exists(place()));
+    EXPECT_EQ(installed(), std::vector<std::string>{"__pycache__"});
+    EXPECT_TRUE(fs::remove(place() / "__pycache__/mine.cpython-311.pyc"));
+    EXPECT_TRUE(fs::remove(place() / "__pycache__")) << "ours is gone";
+    fs::remove(place());
     EXPECT_TRUE(holds(extensions("--remove").errors, "nothing of ours"));
 }
 
