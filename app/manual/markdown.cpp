@@ -90,7 +90,11 @@ public:
     void endBlock() {
         if (!text_.empty()) {
             const std::string roff = inlineRoff(text_);
-            isItem_ ? page_.addItem(roff) : page_.addParagraph(roff);
+            if (isItem_) {
+                page_.addItem(roff);
+            } else {
+                page_.addParagraph(roff);
+            }
         }
         text_.clear();
         isItem_ = false;
