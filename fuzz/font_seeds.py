@@ -199,4 +199,5 @@ def main():
     (folder / "other-line.pfa").write_bytes(b"%!Seed\n" + clear.split(b"\n", 1)[1] + secret)
 
 
-main()
+if __name__ == "__main__":
+    main()

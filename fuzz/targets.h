@@ -40,6 +40,7 @@ void fuzzDctEncode(Bytes input);
 void fuzzShading(Bytes input);
 void fuzzSvg(Bytes input);
 void fuzzFont(Bytes input);
+void fuzzShaping(Bytes input);
 void fuzzCMap(Bytes input);
 void fuzzImage(Bytes input);
 void fuzzImageFile(Bytes input);

@@ -43,7 +43,8 @@ INSTANTIATE_TEST_SUITE_P(
                       Target{"grammar", fuzzGrammar}, Target{"patch", fuzzPatch},
                       Target{"patch_grammar", fuzzPatchGrammar},
                       Target{"resource_fork", fuzzResourceFork}, Target{"font", fuzzFont},
-                      Target{"cmap", fuzzCMap}, Target{"image", fuzzImage}, Target{"jpx", fuzzJpx},
+                      Target{"shaping", fuzzShaping}, Target{"cmap", fuzzCMap},
+                      Target{"image", fuzzImage}, Target{"jpx", fuzzJpx},
                       Target{"jbig2", fuzzJbig2}, Target{"epsf", fuzzEpsf}),
     [](const auto& target) { return target.param.name; });
 
