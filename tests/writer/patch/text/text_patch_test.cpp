@@ -195,6 +195,15 @@ TEST_F(TextPatchTest, Edits) {
          [](Typist& it) { it.retype(0, 0, "hello"); }, "1 2 0 0 0", ""},
         {"a size of its own", threeRuns,
          [](Typist& it) { it.change(1, 0, [](TextRun& run) { run.size *= 2; }); }, "2 1 0 0 0", ""},
+        {"a letter without a meaning stays", "BT /F 10 Tf 100 700 Td (ab\\001) Tj ET",
+         [](Typist& it) {
+             const std::string typed =
+                 "ba" + std::string(it.document.textRun(it.texts[0], 0).text).substr(2);
+             it.retype(0, 0, typed);
+         },
+         "0 1 0 0 0",
+         "BT /F 10 Tf 100 700 Td  [-1390 ] TJ\n ET\nq\nq\nBT\n/F 10 Tf " + plain +
+             "1 0 0 1 100 700 Tm\n[<626101> ] TJ\nET\nQ\nQ\n\n"},
         {"a column goes", columns, [](Typist& it) { it.remove(1); }, "3 0 0 1 0",
          "BT /F 10 Tf 100 700 Td  [(ab) -3000 -4930 (gh) ] TJ\n (no) Tj ET\n"},
         // Nothing can be painted within an array: the column behind is written apart, too.
