@@ -8,6 +8,7 @@ there already is kept.
 
     map-120000            a map: that many paths, ten times as many segments, plain content
     text-60000            that many lines of eight words, in columns of 600, in one standard font
+    fonts-20              a line in each of that many embedded fonts: those of `fonts-urw-base35`, 35 at most
     objects-10000         that many indirect objects and one simple page
     objects-100000
     objects-1000000
@@ -25,6 +26,7 @@ reading and not inflating. The exception is the last one, whose object streams a
 are compressed as writers do it; its content is longer, so that it is as large as the one before.
 """
 
+import glob
 import math
 import os
 import random
@@ -34,6 +36,7 @@ import zlib
 STANDARD = [
     "map-120000",
     "text-60000",
+    "fonts-20",
     "objects-10000",
     "objects-100000",
     "objects-1000000",
@@ -48,6 +51,8 @@ STANDARD = [
 SEGMENTS_PER_PATH = 10
 TREE_FANOUT = 16
 OBJECTS_PER_PAGE = 10
+GLYPHS_OF_LINE = 100
+FONT_FILES = "/usr/share/fonts/opentype/urw-base35/*.otf"
 LINES_OF_COLUMN = 600
 OBJECTS_PER_STREAM = 100
 PREDICTED = b"/DecodeParms << /Predictor 12 /Columns %d >>"
@@ -370,9 +375,46 @@ def make_text(lines):
     return one_page(b"\n".join(content), (width, 4000), [font], b"/Font << /F1 5 0 R >> ")
 
 
+def widths_of(font):
+    """Advances of the first glyphs of an OpenType font, in thousandths of an em."""
+    tables = {font[i:i + 4]: int.from_bytes(font[i + 8:i + 12], "big")
+              for i in range(12, 12 + 16 * int.from_bytes(font[4:6], "big"), 16)}
+    number = lambda table, at: int.from_bytes(font[tables[table] + at:tables[table] + at + 2], "big")
+    em, count = number(b"head", 18), number(b"hhea", 34)
+    return [number(b"hmtx", 4 * glyph) * 1000 // em for glyph in range(min(count, GLYPHS_OF_LINE + 1))]
+
+
+def make_fonts(count):
+    """Lines of codes that are numbers of glyphs, each in a font of its own."""
+    files = sorted(glob.glob(FONT_FILES))[:count]
+    if len(files) < count:
+        raise ValueError(f"there are {len(files)} fonts {FONT_FILES}")
+    content, resources, objects = [], [], []
+    for row, path in enumerate(files):
+        with open(path, "rb") as file:
+            program = file.read()
+        widths = widths_of(program)
+        name = os.path.basename(path).removesuffix(".otf").encode()
+        first = 5 + len(objects)
+        objects += [
+            b"<< /Type /Font /Subtype /Type0 /BaseFont /%b /Encoding /Identity-H /DescendantFonts [%d 0 R] >>" % (
+                name, first + 1),
+            b"<< /Type /Font /Subtype /CIDFontType0 /BaseFont /%b /CIDSystemInfo << /Registry (Adobe) "
+            b"/Ordering (Identity) /Supplement 0 >> /FontDescriptor %d 0 R /W [0 [%b]] >>" % (
+                name, first + 2, b" ".join(b"%d" % width for width in widths)),
+            b"<< /Type /FontDescriptor /FontName /%b /Flags 4 /FontBBox [-200 -300 1200 1000] /ItalicAngle 0 "
+            b"/Ascent 800 /Descent -200 /CapHeight 700 /StemV 80 /FontFile3 %d 0 R >>" % (name, first + 3),
+            compressed(program, b"/Subtype /OpenType")]
+        resources.append(b"/F%d %d 0 R " % (row, first))
+        codes = b"".join(b"%04x" % glyph for glyph in range(1, len(widths)))
+        content.append(b"BT /F%d 8 Tf 20 %d Td <%b> Tj ET" % (row, 760 - 20 * row, codes))
+    return one_page(b"\n".join(content), PAGE, objects, b"/Font << %b>> " % b"".join(resources))
+
+
 KINDS = {
     "map": make_map,
     "text": make_text,
+    "fonts": make_fonts,
     "objects": make_objects,
     "nested-q": make_nested_q,
     "sibling-q": make_sibling_q,

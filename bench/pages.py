@@ -9,6 +9,8 @@ import shutil
 import subprocess
 import tempfile
 
+MARKS = re.compile("[\u200e\u200f\u202a-\u202e]")
+
 
 def program_in_build():
     return pathlib.Path(__file__).resolve().parent.parent / "build/corvane"
@@ -32,8 +34,9 @@ def picture(pdf, folder):
 
 
 def words(pdf):
-    """Of the first page, as pdftotext finds them."""
-    return run("pdftotext", "-l", "1", "-enc", "UTF-8", pdf, "-").stdout.decode("utf-8", "replace").split()
+    """Of the first page, as pdftotext finds them, without the marks of direction that it adds."""
+    text = run("pdftotext", "-l", "1", "-enc", "UTF-8", pdf, "-").stdout.decode("utf-8", "replace")
+    return MARKS.sub("", text).split()
 
 
 class EditedPage:

@@ -107,6 +107,15 @@ void OpenTypeFont::readFacts() {
     facts_.top = head.signedNumber(42) / em_;
     facts_.ascent = horizontal.signedNumber(4) / em_;
     facts_.descent = horizontal.signedNumber(6) / em_;
+    if (post.number(10) != 0) {
+        facts_.lines.under = post.signedNumber(8) / em_;
+        facts_.lines.underThickness = std::abs(post.signedNumber(10)) / em_;
+    }
+    if (system.number(26) != 0) {
+        facts_.lines.through = system.signedNumber(28) / em_;
+        facts_.lines.throughThickness = std::abs(system.signedNumber(26)) / em_;
+    }
+    facts_.lines.over = facts_.ascent;
     constexpr double whole = 65536;
     facts_.italicAngle = post.signedNumber(4) + post.number(6) / whole;
     facts_.isFixedPitch = post.number(12) != 0 || post.number(14) != 0;

@@ -17,6 +17,16 @@ struct hb_font_t;
 
 namespace corvane {
 
+/// Where lines along letters have their upper edges, above the baseline, and how thick they are.
+/// Lengths are in ems; these are usual ones.
+struct LetterLines {
+    double under = -0.1;
+    double underThickness = 0.05;
+    double through = 0.3;
+    double throughThickness = 0.05;
+    double over = 0.9; ///< as thick as the first
+};
+
 /// What a font says of itself. Lengths are in ems.
 struct OpenTypeFacts {
     std::string postScriptName; ///< "NimbusSans-Bold"; may be empty, or anything
@@ -29,6 +39,7 @@ struct OpenTypeFacts {
     double descent = 0; ///< below 0
     double capHeight = 0;
     double italicAngle = 0; ///< degrees, counterclockwise
+    LetterLines lines;
     std::int32_t weight = 400;
     bool isFixedPitch = false;
     bool isSerif = false;

@@ -47,7 +47,22 @@ struct TextPiece {
     /// Which face of a page font the letters from here to the next piece are of. The first face is
     /// 0; others hold glyphs whose characters the first has another glyph for.
     std::int32_t face = 0;
+    /// Turns each letter from here to the next piece about the point of the baseline where it
+    /// begins, clockwise, in degrees (16.16). The pen goes on as if it were not turned.
+    Fixed turn = 0;
     friend constexpr bool operator==(const TextPiece&, const TextPiece&) = default;
+};
+
+/// Lines along the letters of a run, as far from the baseline as the font has them.
+struct TextDecoration {
+    bool isUnder = false;
+    bool isOver = false;
+    bool isThrough = false;
+    Fixed size = 0;      ///< of the em that gives place and thickness, in the line's space
+    Fixed thickness = 0; ///< in the line's space; 0: as the font has it
+    bool hasColour = false;
+    Colour colour = {}; ///< where it has one; else it is painted as the letters are
+    friend constexpr bool operator==(const TextDecoration&, const TextDecoration&) = default;
 };
 
 /// Letters of one font, size and paint: of the page, what one operator shows, or a part of that.
@@ -59,6 +74,9 @@ struct TextRun {
     std::string_view text = {}; ///< UTF-8, at least one character, no control characters
     /// Ascending by `start`, none for a place where nothing changes.
     std::span<const TextPiece> pieces = {};
+    /// From the back to the front. Text of a page has none, nor has text that clips, runs down or
+    /// stands on a path.
+    std::span<const TextDecoration> decorations = {};
     /// How letters are painted; neither filled nor stroked: invisible. `clip` is 0 but for text
     /// that clips a group.
     PathStyle style = {};

@@ -6,6 +6,7 @@
 #include "app/artwork/text/characters.h"
 #include "host/utf8.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <vector>
@@ -19,7 +20,14 @@ constexpr std::size_t longestText = std::numeric_limits<std::int32_t>::max();
 /// Segments of the path of a line: what one path of the artwork may have.
 constexpr std::size_t longestPath = std::numeric_limits<std::int32_t>::max();
 
-bool hasMeaning(const TextLine& line) {
+/// Lines along letters have plain colours.
+bool hasMeaning(const TextDecoration& decoration) {
+    const Colour& colour = decoration.colour;
+    return decoration.size >= 0 && decoration.thickness >= 0 && colour.kind >= ColourKind::gray &&
+           colour.kind <= ColourKind::process && colour.source == PaintSource::null;
+}
+
+bool isWhole(const TextLine& line) {
     const bool isNamed = line.anchor <= TextAnchor::end && line.order <= TextOrder::rightToLeft;
     const bool pathFits =
         line.path.empty() ||
@@ -62,7 +70,7 @@ TextLine Document::textLine(Art text) const {
 
 void Document::setTextLine(Art text, const TextLine& line) {
     const NodeIndex node = tree_.find(text, ArtKind::text);
-    if (!hasMeaning(line)) {
+    if (!isWhole(line)) {
         throw ArtworkError("the line of text has a value without meaning");
     }
     texts_.setLine(node, line);
@@ -83,7 +91,7 @@ void Document::addTextRun(Art text, const TextRun& run) {
         throw ArtworkError("the run has no text, or characters that no text has");
     }
     if (run.size <= 0 || !piecesFit(run) || !isOpacity(run.fillOpacity) ||
-        !isOpacity(run.strokeOpacity)) {
+        !isOpacity(run.strokeOpacity) || !std::ranges::all_of(run.decorations, hasMeaning)) {
         throw ArtworkError("the run has a value without meaning");
     }
     for (const TextPiece& piece : run.pieces) {

@@ -119,12 +119,15 @@ ProgramFont::Shown& ProgramFont::shownOf(StringCode code) {
     return shown_.emplace(code, std::move(shown)).first->second;
 }
 
-/// In place of a font that is not embedded a reader's machine may have a better one than this.
+/// In place of a font that is not embedded a reader's machine may have a better one than this. What
+/// means nothing stays with the letters around it, though nothing is seen of it.
 void ProgramFont::noteShown(const Shown& shown, StringCode code) {
-    if (!shown.glyph.isFound && (isEmbedded() || !shown.glyph.isMeant)) {
+    const std::u32string& text = shown.glyph.shape.text;
+    const bool isNameless = text.size() == 1 && isPrivateCharacter(text.front());
+    if (!shown.glyph.isFound && !isNameless && (isEmbedded() || !shown.glyph.isMeant)) {
         return;
     }
-    auto& codes = shownTexts_[shown.glyph.shape.text];
+    auto& codes = shownTexts_[text];
     if (std::ranges::find(codes, shown.face, &std::pair<std::int32_t, StringCode>::first) ==
         codes.end()) {
         codes.emplace_back(shown.face, code);

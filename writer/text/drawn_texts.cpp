@@ -152,9 +152,11 @@ void DrawnTexts::write(Walk& walk, Art text) {
             stateWorks(walk, look);
         }
         pathStyleWorks(walk, run.style);
+        setText_.decorate(walk, set, run, RealMatrix(), LineDepth::behindLetters);
         walk.text.add("BT\n");
-        setText_.write(walk, set++, run, RealMatrix(), names_);
+        setText_.write(walk, set, run, RealMatrix(), names_);
         walk.text.add("ET\n");
+        setText_.decorate(walk, set++, run, RealMatrix(), LineDepth::beforeLetters);
         if (isLooked || isMasked) {
             leaveWorks(walk);
         }

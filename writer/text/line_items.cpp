@@ -29,6 +29,7 @@ struct Letter {
     std::size_t run = 0;
     double shift = 0;      ///< of it and what follows it, in ems
     std::int32_t face = 0; ///< of the run's font
+    double turn = 0;       ///< degrees
     ChosenFont font = {};
 };
 
@@ -86,7 +87,8 @@ private:
     std::vector<LetterPlace> placesOf(std::size_t from, std::size_t to) const {
         std::vector<LetterPlace> places;
         for (std::size_t i = from; i < to; ++i) {
-            const bool isApart = letters_[i].shift != 0 || runs_[letters_[i].run].run.spacing != 0;
+            const bool isApart = letters_[i].shift != 0 || letters_[i].turn != 0 ||
+                                 runs_[letters_[i].run].run.spacing != 0;
             places.push_back({.face = letters_[i].face, .mayJoin = !isApart});
         }
         return places;
@@ -120,14 +122,17 @@ void Itemizer::readLetters(std::size_t number) {
     const TextRun& run = runs_[number].run;
     auto piece = run.pieces.begin();
     std::int32_t face = 0;
+    double turn = 0;
     for (std::size_t at = 0; at < run.text.size();) {
         const auto [code, length] = decodeCharacter(std::string_view(run.text).substr(at));
         Letter letter{.character = length == 0 ? U'\xFFFD' : code, .run = number};
         for (; piece != run.pieces.end() && std::cmp_less_equal(piece->start, at); ++piece) {
             letter.shift += realFromFixed(piece->shift);
             face = piece->face;
+            turn = realFromFixed(piece->turn);
         }
         letter.face = face;
+        letter.turn = turn;
         letters_.push_back(letter);
         at += std::max<std::size_t>(length, 1);
         if (letters_.size() > budget::lineCharacters) {
@@ -309,7 +314,8 @@ void Itemizer::addPageGlyphs(LineItem& item, std::size_t from, std::size_t to) {
                                .way = line_.isVertical ? columnAdvance : each.advance,
                                .before = std::exchange(shift, 0) + letters_[start].shift,
                                .count = each.count,
-                               .endsLetter = each.count > 0});
+                               .endsLetter = each.count > 0,
+                               .turn = letters_[start].turn});
         for (std::size_t within = start + 1; within < end; ++within) {
             shift += letters_[within].shift;
         }
@@ -366,7 +372,8 @@ void Itemizer::addShapedGlyphs(LineItem& item, std::size_t from, std::size_t to,
              .x = glyph.x,
              .y = glyph.y,
              .before = isLead ? letters_[glyph.cluster].shift : 0,
-             .endsLetter = isLast && isLetterEnd});
+             .endsLetter = isLast && isLetterEnd,
+             .turn = letters_[glyph.cluster].turn});
     }
 }
 

@@ -36,6 +36,7 @@ struct LineGlyph {
     double behind = 0;      ///< the same, without itself
     std::int32_t count = 1; ///< of codes
     bool endsLetter = true; ///< spacing stands behind it
+    double turn = 0;        ///< about where the pen is at its letter, clockwise, in degrees
 };
 
 struct LineItem {

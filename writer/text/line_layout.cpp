@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numbers>
 #include <optional>
 #include <utility>
 
@@ -24,6 +25,16 @@ RealMatrix unturned(const RealMatrix& matrix) {
     return multiply({matrix.a, matrix.b, matrix.c, matrix.d, 0, 0}, {x, -y, y, x, 0, 0});
 }
 
+/// Turns about the point of the baseline that is the origin; letters stand `rise` above it.
+RealMatrix turnOf(double degrees, RealPoint rise) {
+    constexpr double steps = 0x1p30; // so that quarters of a turn are exact
+    const double angle = -degrees * std::numbers::pi / 180;
+    const double cosine = std::round(std::cos(angle) * steps) / steps;
+    const double sine = std::round(std::sin(angle) * steps) / steps;
+    const RealMatrix turn{cosine, sine, -sine, cosine, 0, 0};
+    return multiply(multiply({.tx = -rise.x, .ty = -rise.y}, turn), {.tx = rise.x, .ty = rise.y});
+}
+
 class Layout {
 public:
     Layout(const TextLine& line, std::span<const LineRun> runs, std::vector<LineItem> items)
@@ -32,9 +43,10 @@ public:
 
     std::vector<PlacedRun> place() {
         constexpr double unknown = std::numeric_limits<double>::infinity();
-        for (PlacedRun& run : placed_) {
-            run.start = unknown;
-            run.isVertical = line_.isVertical;
+        for (std::size_t i = 0; i < placed_.size(); ++i) {
+            placed_[i].start = unknown;
+            placed_[i].isVertical = line_.isVertical;
+            placed_[i].stays = !runs_[i].isTyped();
         }
         measure();
         fit();
@@ -106,8 +118,15 @@ private:
         LineItem& item = items_[number];
         PlacedRun& run = placed_[item.run];
         run.start = std::min(run.start, pen_);
+        if (run.decorated.empty() && item.added != nullptr) {
+            run.lines = item.added->font().facts().lines;
+        }
         if (item.glyphs.empty()) {
+            const double start = pen_;
             pen_ += lengthOf(item);
+            turn_ = 0;
+            turned_ = RealMatrix();
+            decorate(item, start, true);
             return;
         }
         if (path_) {
@@ -118,19 +137,45 @@ private:
                             items_[number - 1].run == item.run &&
                             run.stretches.back().pageFont == item.pageFont &&
                             run.stretches.back().added == item.added;
-        if (!goesOn) {
-            run.stretches.push_back({.pageFont = item.pageFont,
-                                     .added = item.added,
-                                     .frame = frameAt(pen_),
-                                     .glyphs = {}});
-            stretchStart_ = pen_;
-        }
-        PlacedStretch& to = run.stretches.back();
+        bool begins = !goesOn;
         for (LineGlyph& glyph : item.glyphs) {
+            const double start = pen_;
             pen_ += glyph.before * size * stretch_;
-            to.glyphs.push_back(placedGlyph(glyph, (pen_ - stretchStart_) / (size * stretch_)));
+            const bool turns = endedLetter_ && (glyph.turn != 0 || turn_ != 0);
+            if (begins || turns) {
+                turn_ = glyph.turn;
+                turned_ = turn_ == 0 ? RealMatrix() : turnOf(turn_, riseOf(item));
+                run.stretches.push_back({.pageFont = item.pageFont,
+                                         .added = item.added,
+                                         .frame = multiply(turned_, frameAt(pen_)),
+                                         .glyphs = {}});
+                stretchStart_ = pen_;
+                begins = false;
+            }
+            endedLetter_ = glyph.endsLetter;
+            run.stretches.back().glyphs.push_back(
+                placedGlyph(glyph, (pen_ - stretchStart_) / (size * stretch_)));
             moveOn(item, glyph);
+            decorate(item, turns ? stretchStart_ : start, turns);
         }
+    }
+
+    RealPoint riseOf(const LineItem& item) const {
+        const double rise = realFromFixed(runs_[item.run].run.rise);
+        return line_.isVertical ? RealPoint{rise, 0} : RealPoint{0, rise};
+    }
+
+    /// From a place of the line to the pen.
+    void decorate(const LineItem& item, double start, bool begins) {
+        if (runs_[item.run].run.decorations.empty()) {
+            return;
+        }
+        std::vector<DecoratedPart>& parts = placed_[item.run].decorated;
+        if (begins || parts.empty() || decoratedTo_ != start) {
+            parts.push_back({.frame = multiply(turned_, frameAt(start))});
+        }
+        parts.back().length += (pen_ - start) / stretch_;
+        decoratedTo_ = pen_;
     }
 
     static PlacedGlyph placedGlyph(LineGlyph& glyph, double x) {
@@ -182,6 +227,10 @@ private:
     double shift_ = 0;        // of the whole line
     double pen_ = 0;
     double stretchStart_ = 0;
+    double turn_ = 0;   // of the stretch
+    RealMatrix turned_; // by that
+    bool endedLetter_ = true;
+    double decoratedTo_ = 0;
 };
 
 } // namespace

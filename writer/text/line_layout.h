@@ -27,11 +27,21 @@ struct PlacedStretch {
     std::vector<PlacedGlyph> glyphs;
 };
 
+/// A stretch of the line that lines go along: `frame` leads from the line's space, where it begins
+/// at the origin, to the artboard.
+struct DecoratedPart {
+    RealMatrix frame;
+    double length = 0;
+};
+
 struct PlacedRun {
     double start = 0;        ///< its left end, along the line
     bool isVertical = false; ///< its letters go down
+    bool stays = false;      ///< as the page shows it: it has no stretches
     NotedReason reason;      ///< why it cannot be written, if it cannot
     std::vector<PlacedStretch> stretches;
+    std::vector<DecoratedPart> decorated; ///< of a run with decorations
+    LetterLines lines;                    ///< where these are
 };
 
 /// The runs of a line, in its order. Those behind one that cannot be written are where they would

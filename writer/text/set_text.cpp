@@ -18,6 +18,7 @@ std::int64_t memoryOf(const PlacedRun& run) {
     for (const PlacedStretch& stretch : run.stretches) {
         bytes += sizeof(PlacedStretch) + stretch.glyphs.size() * sizeof(PlacedGlyph);
     }
+    bytes += run.decorated.size() * sizeof(DecoratedPart);
     return static_cast<std::int64_t>(bytes);
 }
 
@@ -111,10 +112,10 @@ void SetText::refuse(Index run) const {
 void SetText::write(Walk& walk, Index run, const TextRun& letters, const RealMatrix& back,
                     FontNames& names) {
     refuse(run);
-    if (letters.size <= 0) {
-        failException(Exception::unpatchable);
-    }
     const PlacedRun& placed = runs_[run];
+    if (letters.size <= 0 || placed.stays) {
+        failException(Exception::unpatchable); // its source may be another one than it was
+    }
     // The pen of a column goes down, and its rise is to the right.
     const double forward = placed.isVertical ? -1 : 1;
     const double rise = realFromFixed(letters.rise);

@@ -5,6 +5,7 @@
 #include "reader/text/page_fonts.h"
 #include "writer/art/walk.h"
 #include "writer/font/new_fonts.h"
+#include "writer/text/decoration_works.h"
 #include "writer/text/font_choice.h"
 #include "writer/text/font_names.h"
 #include "writer/text/line_layout.h"
@@ -38,6 +39,12 @@ public:
     /// where no font shows a letter.
     void write(Walk& walk, Index run, const TextRun& letters, const RealMatrix& back,
                FontNames& names);
+
+    /// Writes the lines along a run, outside a text object. Its paint is in force.
+    void decorate(Walk& walk, Index run, const TextRun& letters, const RealMatrix& back,
+                  LineDepth depth) const {
+        decorationWorks(walk, runs_[run], letters, back, depth);
+    }
 
     /// Raises `unpatchable` where no font shows a letter of the run.
     void refuse(Index run) const;

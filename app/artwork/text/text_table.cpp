@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <limits>
 #include <span>
+#include <vector>
 
 namespace corvane {
 
@@ -17,11 +18,13 @@ constexpr std::int32_t mostRuns = std::numeric_limits<std::int32_t>::max() / 2;
 template <class Use>
 void forEachChange(std::span<const TextPiece> pieces, Use use) {
     std::int32_t face = 0;
+    Fixed turn = 0;
     for (const TextPiece& piece : pieces) {
-        if (piece.shift != 0 || piece.face != face) {
+        if (piece.shift != 0 || piece.face != face || piece.turn != turn) {
             use(piece);
         }
         face = piece.face;
+        turn = piece.turn;
     }
 }
 
@@ -114,12 +117,14 @@ std::int32_t TextTable::runCount(NodeIndex node) const {
 TextRun TextTable::run(NodeIndex node, std::int32_t index) const {
     const Run& run = runAt(node, index);
     const Opacities opacities = run.opacities == nullptr ? Opacities() : *run.opacities;
+    const Decorations decorations = run.decorations == nullptr ? Decorations() : *run.decorations;
     return {.font = run.font,
             .size = run.size,
             .rise = run.rise,
             .spacing = run.spacing,
             .text = {run.text, run.length},
             .pieces = {run.pieces, run.pieceCount},
+            .decorations = {decorations.first, decorations.count},
             .style = styles_[run.style],
             .fillOpacity = opacities.fill,
             .strokeOpacity = opacities.stroke,
@@ -129,6 +134,18 @@ TextRun TextTable::run(NodeIndex node, std::int32_t index) const {
 
 const PathStyle& TextTable::runStyle(NodeIndex node, std::int32_t index) const {
     return styles_[runAt(node, index).style];
+}
+
+const TextTable::Decorations*
+TextTable::keptDecorations(std::span<const TextDecoration> decorations) {
+    if (decorations.empty()) {
+        return nullptr;
+    }
+    TextDecoration* const copied = allocate<TextDecoration>(decorations.size());
+    std::ranges::copy(decorations, copied);
+    Decorations* const kept = allocate<Decorations>(1);
+    *kept = {copied, decorations.size()};
+    return kept;
 }
 
 void TextTable::addRun(NodeIndex node, const TextRun& run) {
@@ -165,6 +182,7 @@ void TextTable::addRun(NodeIndex node, const TextRun& run) {
                                .pieces = pieces,
                                .line = further,
                                .opacities = opacities,
+                               .decorations = keptDecorations(run.decorations),
                                .start = run.source.start,
                                .end = run.source.end,
                                .ordinal = run.source.ordinal,
@@ -216,6 +234,15 @@ void TextTable::changeRuns(NodeIndex node, double scale, const RealMatrix& map) 
         run.rise = scaledLength(run.rise, scale);
         run.spacing = scaledLength(run.spacing, scale);
         run.style = styles_.add(scaled(styles_[run.style], scale));
+        if (run.decorations != nullptr) {
+            std::vector<TextDecoration> changed(run.decorations->first,
+                                                run.decorations->first + run.decorations->count);
+            for (TextDecoration& decoration : changed) {
+                decoration.size = scaledLength(decoration.size, scale);
+                decoration.thickness = scaledLength(decoration.thickness, scale);
+            }
+            run.decorations = keptDecorations(changed);
+        }
         if (run.line != nullptr) {
             const RealMatrix moved = multiply(realMatrix(*run.line), map);
             Matrix* const matrix = allocate<Matrix>(1);

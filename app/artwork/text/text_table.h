@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <memory_resource>
+#include <span>
 
 namespace corvane {
 
@@ -58,6 +59,11 @@ public:
 private:
     static constexpr std::size_t firstBlock = 4096;
 
+    /// What few runs have.
+    struct Decorations {
+        const TextDecoration* first = nullptr;
+        std::size_t count = 0;
+    };
     struct Opacities {
         double fill = 1;
         double stroke = 1;
@@ -67,7 +73,8 @@ private:
         const TextPiece* pieces = nullptr;
         const Matrix* line = nullptr;         ///< of the line that it begins
         const Opacities* opacities = nullptr; ///< where it is not opaque
-        std::int64_t start = 0;               ///< of the source, as the next three
+        const Decorations* decorations = nullptr;
+        std::int64_t start = 0; ///< of the source, as the next three
         std::int64_t end = 0;
         std::int32_t ordinal = -1;
         std::int32_t content = 0;
@@ -104,6 +111,7 @@ private:
     Line lineAt(NodeIndex) const;
     void takeRuns(Line& line);
     const Run& runAt(NodeIndex, std::int32_t index) const;
+    const Decorations* keptDecorations(std::span<const TextDecoration>);
     const LinePath* keptPath(const LinePath* before, const TextLine&);
     template <class T>
     T* allocate(std::size_t count);

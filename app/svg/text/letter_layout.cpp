@@ -54,6 +54,9 @@ bool Layout::addPart(std::int32_t number, const TextRun& run, std::size_t start,
 bool Layout::add(std::int32_t number, const TextRun& run) {
     std::size_t start = 0;
     const TextPiece* piece = nullptr;
+    if (std::ranges::any_of(run.pieces, [](const TextPiece& each) { return each.turn != 0; })) {
+        return false;
+    }
     for (const TextPiece& next : run.pieces) {
         const auto end = static_cast<std::size_t>(next.start);
         if (end != start && !addPart(number, run, start, end, piece)) {

@@ -57,6 +57,12 @@ void LetterWriter::writeFace(const TextRun& run, std::int32_t face) {
     }
 }
 
+void LetterWriter::writeTurn(const TextPiece& piece) {
+    if (piece.turn != 0) {
+        writeNumberAttribute(out_, "rotate", piece.turn);
+    }
+}
+
 void LetterWriter::writeLetters(const TextRun& run) {
     if (line_.isVertical) {
         writeColumn(run);
@@ -75,6 +81,7 @@ void LetterWriter::writeFlowing(const TextRun& run) {
             out_.text("<tspan");
             writeOrder();
             writeShift("dx", piece->shift, run.size);
+            writeTurn(*piece);
             writeFace(run, piece->face);
             out_.text(">");
         }
@@ -87,7 +94,7 @@ void LetterWriter::writeFlowing(const TextRun& run) {
         if (place != 0) {
             writeTo(place);
         }
-        piece = place != 0 || next.face != 0 ? &next : nullptr;
+        piece = place != 0 || next.face != 0 || next.turn != 0 ? &next : nullptr;
     }
     writeTo(run.text.size());
 }
@@ -96,6 +103,7 @@ void LetterWriter::writeColumn(const TextRun& run) {
     const auto real = [](Fixed length) { return static_cast<double>(length) / fixedOne; };
     auto piece = run.pieces.begin();
     std::int32_t face = 0;
+    Fixed turn = 0;
     for (std::size_t at = 0; at < run.text.size();) {
         const std::string_view rest = run.text.substr(at);
         const auto length = std::max<std::size_t>(decodeCharacter(rest).length, 1);
@@ -103,6 +111,7 @@ void LetterWriter::writeColumn(const TextRun& run) {
         for (; piece != run.pieces.end() && static_cast<std::size_t>(piece->start) <= at; ++piece) {
             shift = piece->shift;
             face = piece->face;
+            turn = piece->turn;
         }
         out_.text("<tspan");
         writeNumberAttribute(out_, "x", originX());
@@ -111,6 +120,7 @@ void LetterWriter::writeColumn(const TextRun& run) {
         }
         writeShift("dy", shift, run.size, columnStep(real(run.size), before_));
         before_ = {real(run.size), real(run.spacing)};
+        writeTurn({.turn = turn});
         writeFace(run, face);
         out_.text(">");
         writeEscaped(out_, rest.substr(0, length));

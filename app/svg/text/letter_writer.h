@@ -46,6 +46,7 @@ private:
     void writePlaced(const TextRun&);
     void writePlaces(std::size_t first, std::size_t end);
     void writeFace(const TextRun&, std::int32_t face);
+    void writeTurn(const TextPiece&);
     std::int64_t originX() const;
 
     TextOutput& out_;

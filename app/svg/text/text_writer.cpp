@@ -3,14 +3,18 @@
 #include "app/artwork/geometry.h"
 #include "app/svg/markup.h"
 #include "app/svg/paint/appearance_attributes.h"
+#include "app/svg/paint/colour.h"
+#include "app/svg/paint/paint_attributes.h"
 #include "app/svg/style.h"
 #include "app/svg/text/font_names.h"
 #include "app/svg/text/letter_writer.h"
 #include "app/svg/text/text_direction.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace corvane {
@@ -60,6 +64,7 @@ private:
     void writeCurveName();
     void writeFont(const TextRun&);
     void writeAttributes(const TextRun&, Shared which);
+    void writeDecorations(const TextRun&);
     void writeOwn(const TextRun&, std::uint32_t number);
     std::vector<PlacedGlyph> placesOf(const TextPlace&) const;
 
@@ -115,7 +120,8 @@ void TextWriter::findShared() {
         shared_.spacing = shared_.spacing && run.spacing == first.spacing;
         shared_.style = shared_.style && run.style == first.style &&
                         run.fillOpacity == first.fillOpacity &&
-                        run.strokeOpacity == first.strokeOpacity;
+                        run.strokeOpacity == first.strokeOpacity &&
+                        std::ranges::equal(run.decorations, first.decorations);
         needsBlanks_ = losesBlanks(run.text, afterBlank) || bordersOnBlank(run, isAlone) ||
                        line_.isVertical || needsBlanks_;
         if (line_.order == TextOrder::visual && holdsRightToLeft(run.text)) {
@@ -244,6 +250,34 @@ void TextWriter::writeAttributes(const TextRun& run, Shared which) {
     if (which.style && !place_.isClip) {
         writePaintedStyle(out_, run.style, servers_, stretch_);
         writePaintOpacities(out_, run.style, run.fillOpacity, run.strokeOpacity);
+        writeDecorations(run);
+    }
+}
+
+/// Lines along the letters. Those of elements within one another have one colour here.
+void TextWriter::writeDecorations(const TextRun& run) {
+    std::string lines;
+    TextDecoration last;
+    for (const TextDecoration& each : run.decorations) {
+        for (const auto& [isThere, name] :
+             {std::pair(each.isUnder, "underline"), std::pair(each.isOver, "overline"),
+              std::pair(each.isThrough, "line-through")}) {
+            if (isThere && lines.find(name) == std::string::npos) {
+                lines += (lines.empty() ? "" : " ") + std::string(name);
+            }
+        }
+        last = each;
+    }
+    if (lines.empty()) {
+        return;
+    }
+    writePlainAttribute(out_, "text-decoration", lines);
+    if (last.hasColour) {
+        const PaintNames names{"text-decoration-color", {}, {}, {}, {}, {}, {}};
+        writeColour(out_, names, plainColour(screenColour(last.colour)), false);
+    }
+    if (last.thickness != 0) {
+        writeNumberAttribute(out_, "text-decoration-thickness", last.thickness);
     }
 }
 
@@ -263,7 +297,7 @@ void TextWriter::writeOwn(const TextRun& run, std::uint32_t number) {
         rise_ = run.rise;
     }
     if (!letters_.isExact() && !run.pieces.empty() && run.pieces[0].start == 0 &&
-        run.pieces[0].face == 0) {
+        run.pieces[0].face == 0 && run.pieces[0].turn == 0) {
         letters_.writeShift("dx", run.pieces[0].shift, run.size);
     }
 }

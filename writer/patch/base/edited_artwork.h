@@ -54,7 +54,7 @@ struct EditedObject {
     // Of text: each run is an object.
     std::int32_t run = 0;
     double start = 0;         ///< where it begins on its line
-    EditedIndex set = notSet; ///< in the page's `SetText`; not set: its letters are as they were
+    EditedIndex set = notSet; ///< in the page's `SetText`; not set: its line is as it was
 };
 
 struct EditedArtwork {

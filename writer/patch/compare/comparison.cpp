@@ -140,7 +140,7 @@ void compareOwnLooks(Art was, Art is, ArtDifference& difference) {
 
 bool ArtDifference::any() const {
     return kind || shape || paints || fill || strokeParts() || flatness || letters || place ||
-           image || inside || !look.isEmpty();
+           decorations || image || inside || !look.isEmpty();
 }
 
 bool sameOpacity(double a, double b) {

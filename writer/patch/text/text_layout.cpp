@@ -38,15 +38,15 @@ private:
 
     void layOut(ChargedList<EditedObject>& objects, EditedIndex first, EditedIndex end) {
         std::vector<LineRun> runs;
-        bool isTyped = false;
+        bool isLaidOut = false;
         for (EditedIndex i = first; i < end; ++i) {
             const EditedObject& object = objects[i];
             const TextRun run = runOf(object.art, object.run);
             runs.push_back({.run = run, .shownLength = shownLength(object, run)});
-            isTyped = isTyped || runs.back().isTyped();
+            isLaidOut = isLaidOut || runs.back().isTyped() || !run.decorations.empty();
         }
         const TextLine line = lineOf(objects[first].art);
-        if (!isTyped && line.anchor == TextAnchor::start && line.order == TextOrder::visual) {
+        if (!isLaidOut && line.anchor == TextAnchor::start && line.order == TextOrder::visual) {
             placeShown(objects, first, runs);
             return;
         }
@@ -54,7 +54,7 @@ private:
         for (EditedIndex i = first; i < end; ++i) {
             const EditedIndex run = set + (i - first);
             objects[i].start = text_.startOf(run);
-            objects[i].set = runs[i - first].isTyped() ? run : notSet;
+            objects[i].set = run;
         }
     }
 

@@ -25,7 +25,7 @@ bool isNear(double a, double b, double room) {
 
 bool samePieces(const TextRun& a, const TextRun& b) {
     return std::ranges::equal(a.pieces, b.pieces, [](const TextPiece& x, const TextPiece& y) {
-        return x.start == y.start && x.face == y.face &&
+        return x.start == y.start && x.face == y.face && x.turn == y.turn &&
                isNear(realFromFixed(x.shift), realFromFixed(y.shift), shiftRoom);
     });
 }
@@ -97,6 +97,7 @@ ArtDifference compareText(const BaseContent& base, const PaintedArt& was, const 
         isMoved ? [&] { return std::optional(movementOfText(base, was, is)); } : MovementOfArt());
     difference.letters = !sameLetters(former, run) || movesLetters(lineOf(is.art));
     difference.place = isMoved;
+    difference.decorations = !run.decorations.empty();
     return difference;
 }
 
@@ -117,7 +118,7 @@ bool sameLine(Art was, Art is, const SamePaint& samePaint, const RealMatrix& mov
     for (std::int32_t i = 0; isSame && i < count; ++i) {
         const TextRun former = runOf(was, i);
         const TextRun run = runOf(is, i);
-        isSame = sameLetters(former, run) && samePaint(former, run) &&
+        isSame = sameLetters(former, run) && samePaint(former, run) && run.decorations.empty() &&
                  sameFrame(multiply(frameOf(was, former, 0), movement), frameOf(is, run, 0));
     }
     return isSame;

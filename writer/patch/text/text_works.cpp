@@ -60,11 +60,24 @@ void movedWorks(PatchTools& tools, const PaintedArt& was, std::int32_t mode,
 void typedWorks(PatchTools& tools, const EditedObject& is, const RealMatrix& back,
                 bool isClip = false) {
     if (is.set == notSet) {
-        failException(Exception::unpatchable); // its source is another one than its letters were
+        failException(Exception::unpatchable); // its source is another one than its line's was
     }
     TextRun run = runOf(is.art, is.run);
     run.style.clip = isClip ? run.style.clip : 0;
     tools.ofPage.setText.write(tools.walk, is.set, run, back, tools.fontNames);
+}
+
+/// The lines along the letters of a run.
+void decorateWorks(PatchTools& tools, const EditedObject& is, const std::optional<RealMatrix>& back,
+                   LineDepth depth) {
+    const TextRun run = runOf(is.art, is.run);
+    if (run.decorations.empty()) {
+        return;
+    }
+    if (!back || is.set == notSet) {
+        failException(Exception::unpatchable);
+    }
+    tools.ofPage.setText.decorate(tools.walk, is.set, run, *back, depth);
 }
 
 } // namespace
@@ -82,9 +95,12 @@ void sourcedTextWorks(PatchTools& tools, const BaseContent& base, const PaintedA
         colorWorks(walk, style.fill, true);
     }
     strokeWorks(walk, style, difference, meanStretch(ctm));
+    const std::optional<RealMatrix> back = backOf(tools.trace, was);
+    decorateWorks(tools, is, back, LineDepth::behindLetters);
     walk.text.add("BT\n");
     lettersWorks(tools, base, was, is, difference);
     walk.text.add("ET\n");
+    decorateWorks(tools, is, back, LineDepth::beforeLetters);
 }
 
 void lettersWorks(PatchTools& tools, const BaseContent& base, const PaintedArt& was,
@@ -130,9 +146,11 @@ void newTextWorks(PatchTools& tools, const EditedObject& is) {
         maskWorks(walk, style);
     }
     pathStyleWorks(walk, style);
+    decorateWorks(tools, is, RealMatrix(), LineDepth::behindLetters);
     walk.text.add("BT\n");
     typedWorks(tools, is, RealMatrix());
     walk.text.add("ET\n");
+    decorateWorks(tools, is, RealMatrix(), LineDepth::beforeLetters);
     if (isMasked) {
         leaveWorks(walk);
     }

@@ -2,6 +2,7 @@
 
 #include "app/svg/paint/appearance_attributes.h"
 #include "app/svg/read/style/css_colour.h"
+#include "app/svg/read/style/decoration.h"
 #include "app/svg/read/style/font_style.h"
 #include "app/svg/read/style/property_values.h"
 #include "app/svg/read/style/text_style.h"
@@ -322,6 +323,7 @@ void StyleReader::read() {
     with(Attribute::backgroundColor, readBackground);
     readClip();
     countIgnored();
+    readDecoration(style_, declared_, lengths_, tally_);
 }
 
 /// Takes what an element does not inherit from `outer` out of its style, but for what it says it

@@ -14,10 +14,13 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string_view>
 
 namespace corvane {
+
+struct Decoration;
 
 /// The value of `fill` or `stroke`.
 struct PaintValue {
@@ -32,6 +35,7 @@ struct PaintValue {
     ScreenColour colour = {};     ///< the colour, or what is seen instead of the server
     double alpha = 1;             ///< of the colour
     std::string_view server = {}; ///< id of a gradient or pattern
+    friend constexpr bool operator==(const PaintValue&, const PaintValue&) = default;
 };
 
 /// What `transform` says of one element, as the file has it.
@@ -77,6 +81,7 @@ struct ComputedStyle {
     bool upright = false; ///< all letters of vertical text, not only those that always are
     bool keepsBlanks = false;
     bool keepsLines = false; ///< line ends are
+    std::shared_ptr<const Decoration> decoration; ///< lines along letters; null: none
     double baseline = 0;     ///< which one stands on the line: its height in ems
     std::string_view dashes; ///< empty: none
     Viewport viewport;       ///< of the element that gave the dashes

@@ -101,8 +101,6 @@ void countIgnored(const Declared& declared, Tally& tally) {
         {Attribute::fontVariantNumeric, "font-variant", {"normal"}},
         {Attribute::fontVariantPosition, "font-variant", {"normal"}},
         {Attribute::fontVariationSettings, "font-variation-settings", {"normal"}},
-        {Attribute::textDecoration, "text-decoration", {"none", "initial"}},
-        {Attribute::textDecorationLine, "text-decoration", {"none", "initial"}},
         {Attribute::textTransform,
          "text-transform",
          {"none", "uppercase", "lowercase", "capitalize"}},

@@ -23,7 +23,8 @@ double asWritten(double length) {
 bool looksAlike(const LetterLook& left, const LetterLook& right) {
     return left.element == right.element && left.font == right.font && left.size == right.size &&
            left.spacing == right.spacing && left.style == right.style &&
-           left.fillOpacity == right.fillOpacity && left.strokeOpacity == right.strokeOpacity;
+           left.fillOpacity == right.fillOpacity && left.strokeOpacity == right.strokeOpacity &&
+           left.decorations == right.decorations;
 }
 
 } // namespace
@@ -50,13 +51,10 @@ void LineMaker::startLine(const LetterPlace& place, const LetterLook& look) {
     }
     origin_ = {x, y};
     turn_ = place.rotate;
-    isTurned_ = turn_ != 0;
+    isTurned_ = turn_ != 0 && !context_.holdsAppearance;
 }
 
 void LineMaker::startOnPath(const LetterPlace& place) {
-    if (place.rotate != 0) {
-        context_.tally.add("rotate");
-    }
     if (frame_.isVertical) {
         context_.tally.add("textPath");
     }
@@ -110,14 +108,17 @@ void LineMaker::startRun(const LetterLook& look, double rise) {
     look_ = look;
     rise_ = rise;
     face_ = 0;
+    letterTurn_ = 0;
 }
 
-void LineMaker::addPiece(double shift, std::int32_t face) {
+void LineMaker::addPiece(double shift, std::int32_t face, double turn) {
     const double em = context_.ours ? asWritten(look_.size) : look_.size;
     const Fixed moved = shift == 0 || !(em > 0) ? 0 : shiftOfLength(shift, em);
-    if (moved != 0 || face != face_) {
-        pieces_.push_back({static_cast<std::int32_t>(text_.size()), moved, face});
+    const Fixed turned = fixedNumber(turn);
+    if (moved != 0 || face != face_ || turned != letterTurn_) {
+        pieces_.push_back({static_cast<std::int32_t>(text_.size()), moved, face, turned});
         face_ = face;
+        letterTurn_ = turned;
     }
 }
 
@@ -153,7 +154,7 @@ void LineMaker::fit(const LetterLook& look, bool starts) {
 /// Of a letter within a line.
 void LineMaker::countWhatIsLost(const Letter& letter, const LetterPlace& place,
                                 const LetterLook& look) {
-    if (isTurned_ || place.rotate != 0) {
+    if (isTurned_ || (place.rotate != 0 && !context_.holdsAppearance)) {
         context_.tally.add("rotate"); // where the letter begins is not known
     }
     if (passedEnd_ && !letter.isBlank) {
@@ -214,7 +215,10 @@ void LineMaker::add(const Letter& letter, const LetterPlace& place, const Letter
     if (text_.empty() || rise != rise_ || !looksAlike(look, look_)) {
         startRun(look, rise);
     }
-    addPiece(shift, look.face);
+    addPiece(shift, look.face, context_.holdsAppearance && !path_ ? place.rotate : 0);
+    if (path_ && place.rotate != 0) {
+        context_.tally.add("rotate"); // it would come to the turn of the path
+    }
     text_ += letter.text;
     isOfPage_ = isOfPage_ || look.source.has_value();
     mayTurn_ = mayTurn_ || holdsRightToLeft(letter.text);
@@ -249,6 +253,23 @@ void LineMaker::dropLastBlank() {
     endsInBlank_ = false;
 }
 
+/// Of the run. Along a path and down a column there are none.
+std::vector<TextDecoration> LineMaker::decorations() const {
+    std::vector<TextDecoration> found;
+    if (path_ || frame_.isVertical) {
+        if (!look_.decorations.empty()) {
+            context_.tally.add("text-decoration");
+        }
+        return found;
+    }
+    for (const LetterDecoration& each : look_.decorations) {
+        TextDecoration& lines = found.emplace_back(each.lines);
+        lines.size = fixedNumber(each.size * scale_);
+        lines.thickness = fixedNumber(each.thickness * scale_);
+    }
+    return found;
+}
+
 void LineMaker::finishRun() {
     TextRun run;
     if (text_.empty()) {
@@ -265,6 +286,8 @@ void LineMaker::finishRun() {
         run.spacing = fixedNumber(look_.spacing * scale_);
         run.text = text_;
         run.pieces = pieces_;
+        const std::vector<TextDecoration> lines = decorations();
+        run.decorations = lines;
         run.style = look_.style;
         run.fillOpacity = look_.fillOpacity;
         run.strokeOpacity = look_.strokeOpacity;

@@ -31,6 +31,14 @@ struct FittedLength {
     bool stretchesLetters = false;
 };
 
+/// Lines along letters. Lengths are of their user space.
+struct LetterDecoration {
+    TextDecoration lines; ///< but for their lengths
+    double size = 0;
+    double thickness = 0;
+    friend bool operator==(const LetterDecoration&, const LetterDecoration&) = default;
+};
+
 /// How letters look. Lengths are of their user space.
 struct LetterLook {
     Font font = Font::null;
@@ -46,6 +54,7 @@ struct LetterLook {
     PathStyle style;
     double fillOpacity = 1;
     double strokeOpacity = 1;
+    std::vector<LetterDecoration> decorations;
     std::optional<ArtSource> source;
     /// Letters of different ones do not share a run.
     std::uint32_t element = 0;
@@ -81,7 +90,8 @@ private:
     void countWhatIsLost(const Letter& letter, const LetterPlace& place, const LetterLook& look);
     void fit(const LetterLook& look, bool starts);
     void voidLength(const FittedLength& fitted);
-    void addPiece(double shift, std::int32_t face);
+    void addPiece(double shift, std::int32_t face, double turn);
+    std::vector<TextDecoration> decorations() const;
     double columnShift(const LetterPlace& place, const LetterLook& look);
     void dropLastBlank();
     void finishRun();
@@ -94,7 +104,7 @@ private:
 
     // The line.
     bool isOpen_ = false;
-    bool isTurned_ = false;
+    bool isTurned_ = false; ///< as a whole
     RealPoint origin_;
     double turn_ = 0;
     double across_ = 0;  ///< from the origin, as SVG counts
@@ -122,6 +132,7 @@ private:
     LetterLook look_;
     double rise_ = 0;
     std::int32_t face_ = 0;
+    Fixed letterTurn_ = 0;
 
     bool made_ = false;
     bool endsInBlank_ = false; ///< one that is dropped at the end of a line

@@ -4,6 +4,7 @@
 #include "app/artwork/text/characters.h"
 #include "app/svg/read/paint/paint_style.h"
 #include "app/svg/read/style/cascade.h"
+#include "app/svg/read/style/decoration.h"
 #include "app/svg/read/style/font_style.h"
 #include "app/svg/text/font_names.h"
 
@@ -263,6 +264,30 @@ void TextReader::setFont(LetterLook& look, const ComputedStyle& style) {
     look.font = context_.document.addFont(facts);
 }
 
+/// Lines of the colour of the letters are painted as these are.
+void TextReader::decorate(LetterLook& look, const ComputedStyle& style) {
+    if (style.decoration && (frame_.isClip || !context_.holdsAppearance)) {
+        context_.tally.add("text-decoration");
+        return;
+    }
+    for (const Decoration* each = style.decoration.get(); each != nullptr;
+         each = each->outer.get()) {
+        LetterDecoration lines{.lines = {.isUnder = each->isUnder,
+                                         .isOver = each->isOver,
+                                         .isThrough = each->isThrough},
+                               .size = each->fontSize,
+                               .thickness = each->thickness};
+        const bool asLetters = each->fill == style.fill && each->stroke == style.stroke;
+        if (each->saysColour || (!asLetters && each->fill.kind == PaintValue::Kind::colour)) {
+            lines.lines.hasColour = true;
+            lines.lines.colour = plainColour(each->saysColour ? each->colour : each->fill.colour);
+        } else if (!asLetters) {
+            context_.tally.add("text-decoration"); // in another paint than a colour
+        }
+        look.decorations.insert(look.decorations.begin(), lines);
+    }
+}
+
 const LetterLook& TextReader::lookOf(Level& level) {
     LetterLook& look = level.look;
     if (level.looked) {
@@ -281,6 +306,7 @@ const LetterLook& TextReader::lookOf(Level& level) {
         context_.tally.add("hidden element"); // its letters keep their place
         return look;
     }
+    decorate(look, style);
     if (frame_.isClip) {
         look.style.fillPaint = 0;
         look.style.strokePaint = 0;

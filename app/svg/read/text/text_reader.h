@@ -41,6 +41,7 @@ private:
     void readLetters(std::string_view text);
     const LetterLook& lookOf(Level& level);
     void setFont(LetterLook& look, const ComputedStyle& style);
+    void decorate(LetterLook& look, const ComputedStyle& style);
 
     ReadingContext& context_;
     PaintReader& paints_;

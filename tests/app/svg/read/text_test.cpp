@@ -126,11 +126,12 @@ private:
         const std::string letters = this->letters();
         run.text = letters;
         std::vector<TextPiece> pieces;
+        const bool turns = art_.document.textLine(text).path.empty();
         for (std::size_t i = 0; i < letters.size(); ++i) {
             if ((letters[i] & 0xC0) != 0x80 && below(3) == 0) {
                 pieces.push_back({static_cast<std::int32_t>(i),
-                                  below(4) == 0 ? 0 : fixed(real(-2, 30)),
-                                  font < 2 ? below(3) : 0});
+                                  below(4) == 0 ? 0 : fixed(real(-2, 30)), font < 2 ? below(3) : 0,
+                                  turns && below(4) == 0 ? fixed(real(-180, 180)) : 0});
             }
         }
         run.pieces = pieces;
@@ -232,7 +233,26 @@ TEST(ReadText, othersTextBecomesLinesAndRuns) {
          "<text x=\"5\" y=\"9\" xml:space=\"preserve\"@ letter-spacing=\"1\">a <tspan "
          "dx=\"4\">b</tspan></text>"},
         {"<text x='10 20' y='9' rotate='90 0'>ab</text>",
-         "<text transform=\"matrix(0 1 -1 0 10 9)\"@>a</text><text x=\"20\" y=\"9\"@>b</text>"},
+         "<text x=\"10\" y=\"9\"@><tspan rotate=\"90\">a</tspan></text>"
+         "<text x=\"20\" y=\"9\"@>b</text>"},
+        {"<text x='5' y='9' rotate='5 0 -7.5'>abcd<tspan rotate='1'>e</tspan></text>",
+         "<text x=\"5\" y=\"9\"@><tspan rotate=\"5\">a</tspan><tspan>b</tspan>"
+         "<tspan rotate=\"-7.5\">cd</tspan><tspan rotate=\"1\">e</tspan></text>"},
+        // Lines along letters are those of elements around, too.
+        {"<g text-decoration='underline'><text x='5' y='9'>a<tspan style='text-decoration:"
+         "line-through'>b</tspan></text></g>",
+         "<g><text x=\"5\" y=\"9\"@><tspan text-decoration=\"underline\">a</tspan>"
+         "<tspan text-decoration=\"underline line-through\">b</tspan></text></g>"},
+        {"<text x='5' y='9' style='text-decoration:overline underline 10% rgb(255, 0, 0)'>a</text>",
+         "<text x=\"5\" y=\"9\"@ text-decoration=\"underline overline\""
+         " text-decoration-color=\"#ff0000\" text-decoration-thickness=\"1\">a</text>"},
+        {"<text x='5' y='9' fill='lime' style='text-decoration-line:underline;"
+         "text-decoration-thickness:from-font'>a<tspan fill='red'>b</tspan></text>",
+         "<text x=\"5\" y=\"9\"@><tspan fill=\"#00ff00\" text-decoration=\"underline\">a</tspan>"
+         "<tspan fill=\"#ff0000\" text-decoration=\"underline\" text-decoration-color=\"#00ff00\">"
+         "b</tspan></text>"},
+        {"<text x='5' y='9' style='text-decoration:underline;text-decoration-line:none'>a</text>",
+         "<text x=\"5\" y=\"9\"@>a</text>"},
         {"<text transform='scale(2)' x='5' y='9' style='font-size:5px'>a</text>",
          "<text x=\"10\" y=\"18\"@>a</text>"},
         {"<text x='5' y='9'>a<tspan>b</tspan><tspan fill='red'>c</tspan><tspan"
@@ -269,8 +289,16 @@ TEST(ReadText, othersTextBecomesLinesAndRuns) {
 
 TEST(ReadText, whatTextCannotHoldIsCounted) {
     const std::pair<const char*, const char*> rows[] = {
-        {"<text rotate='5'>ab</text>", "rotate"},
-        {"<text text-decoration='underline'>a</text>", "text-decoration"},
+        {"<text style='text-decoration:underline wavy'>a</text>", "text-decoration"},
+        {"<text style='text-decoration:underline rgba(0,0,0,.5)'>a</text>", "text-decoration"},
+        {"<text text-decoration='underline' style='writing-mode:tb'>ç¸¦</text>", "text-decoration"},
+        {"<path id='l' d='M0 0h90'/><text text-decoration='underline'><textPath "
+         "href='#l'>a</textPath>"
+         "</text>",
+         "text-decoration"},
+        {"<linearGradient id='s'><stop/><stop offset='1' stop-color='red'/></linearGradient>"
+         "<text text-decoration='underline' fill='url(#s)'><tspan fill='red'>a</tspan></text>",
+         "text-decoration"},
         {"<text font-variant='small-caps'>a</text>", "font-variant"},
         {"<text style='font:small-caps 9px a'>a</text>", "font-variant"},
         {"<text style='font-variant-caps:small-caps'>a</text>", "font-variant"},

@@ -57,6 +57,9 @@ public:
     void removeRun(std::size_t line, std::int32_t run) {
         rewrite(line, [&](TextRun&, std::int32_t number) { return number != run; });
     }
+    void decorate(std::size_t line, std::span<const TextDecoration> lines) {
+        change(line, 0, [&](TextRun& run) { run.decorations = lines; });
+    }
     /// Text of a font in front of everything else.
     void add(double x, double y, std::string_view letters, Font font) {
         const Art text = document.make(ArtKind::text, Placement::inside,
@@ -192,6 +195,15 @@ TEST_F(TextPatchTest, Edits) {
          [](Typist& it) { it.retype(0, 0, "hello"); }, "1 2 0 0 0", ""},
         {"a size of its own", threeRuns,
          [](Typist& it) { it.change(1, 0, [](TextRun& run) { run.size *= 2; }); }, "2 1 0 0 0", ""},
+        {"a letter without a meaning stays", "BT /F 10 Tf 100 700 Td (ab\\001) Tj ET",
+         [](Typist& it) {
+             const std::string typed =
+                 "ba" + std::string(it.document.textRun(it.texts[0], 0).text).substr(2);
+             it.retype(0, 0, typed);
+         },
+         "0 1 0 0 0",
+         "BT /F 10 Tf 100 700 Td  [-1390 ] TJ\n ET\nq\nq\nBT\n/F 10 Tf " + plain +
+             "1 0 0 1 100 700 Tm\n[<626101> ] TJ\nET\nQ\nQ\n\n"},
         {"a column goes", columns, [](Typist& it) { it.remove(1); }, "3 0 0 1 0",
          "BT /F 10 Tf 100 700 Td  [(ab) -3000 -4930 (gh) ] TJ\n (no) Tj ET\n"},
         // Nothing can be painted within an array: the column behind is written apart, too.
@@ -366,6 +378,53 @@ TEST_F(TextPatchTest, Edits) {
         if (!row.saved.empty()) {
             EXPECT_EQ(newContent(), row.saved);
         }
+    }
+}
+
+const TextDecoration underlined[] = {{.isUnder = true, .size = 10 * fixedOne}};
+const TextDecoration redThrough[] = {
+    {.isThrough = true,
+     .size = 10 * fixedOne,
+     .thickness = 2 * fixedOne,
+     .hasColour = true,
+     .colour = {ColourKind::process, {0, fixedOne, fixedOne, 0}, ColourOrigin::fromRgb}}};
+const TextPiece quarterTurn[] = {{.start = 1, .turn = 90 * fixedOne}};
+
+/// Opened again, lines along letters are paths, and turned letters are lines.
+TEST_F(TextPatchTest, LinesAlongLettersAndTurnedLetters) {
+    const Edit rows[] = {
+        {"a line under letters of the page", threeRuns,
+         [](Typist& it) { it.decorate(1, underlined); }, "2 1 0 0 0",
+         "BT /F 10 Tf 100 700 Td (ab) Tj (cd) Tj 0 -20 Td  [-834 ] TJ\n ET\nq\nq\n"
+         "100 679 m\n108.34 679 l\n108.34 678.5 l\n100 678.5 l\nh\nf\nBT\n/F 10 Tf\n" +
+             plain + "1 0 0 1 100 680 Tm\n[(ef) ] TJ\nET\nQ\nQ\n\n"},
+        {"a red line through letters", threeRuns, [](Typist& it) { it.decorate(1, redThrough); },
+         "2 1 0 0 0",
+         "BT /F 10 Tf 100 700 Td (ab) Tj (cd) Tj 0 -20 Td  [-834 ] TJ\n ET\nq\nq\nBT\n/F 10 Tf\n" +
+             plain +
+             "1 0 0 1 100 680 Tm\n[(ef) ] TJ\nET\nq\n1 0 0 rg\n"
+             "100 683 m\n108.34 683 l\n108.34 681 l\n100 681 l\nh\nf\nQ\nQ\nQ\n\n"},
+        {"turned letters", threeRuns,
+         [](Typist& it) {
+             it.change(1, 0, [](TextRun& run) {
+                 run.text = "efh";
+                 run.pieces = quarterTurn;
+                 run.rise = 2 * fixedOne;
+             });
+         },
+         "2 1 0 0 0",
+         "BT /F 10 Tf 100 700 Td (ab) Tj (cd) Tj 0 -20 Td  [-834 ] TJ\n ET\nq\nq\nBT\n/F 10 Tf "
+         "0 Tc 0 Tw 100 Tz 2 Ts 0 Tr\n1 0 0 1 100 680 Tm\n[<65> ] TJ\n"
+         "0 -1 1 0 103.56 682 Tm\n[<66> ] TJ\n0 -1 1 0 106.34 682 Tm\n[<68> ] TJ\nET\nQ\nQ\n\n"},
+    };
+    for (const Edit& row : rows) {
+        SCOPED_TRACE(row.name);
+        openPage(row.content);
+        Typist edits = typist();
+        row.edit(edits);
+        ASSERT_EQ(save(), 0U) << ::testing::PrintToString(front_.taken());
+        EXPECT_EQ(facts(), row.facts);
+        EXPECT_EQ(newContent(), row.saved);
     }
 }
 
