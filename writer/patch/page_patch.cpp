@@ -85,7 +85,7 @@ PagePatch plan(PageTools& tools, const BaseReading& reading, ResourceRegistry& r
     tools.setText.finish();
     std::ranges::for_each(forms, compareForm);
     const Matching matching = matchArtwork(contents.page(), artwork, tools.base.isAsOpened);
-    refuseMissing(contents.page(), matching, artwork);
+    refuseMissing(contents, matching, artwork, forms);
     refuseChangedAnnotations(reading, artwork);
     tellLayers(artwork.layers);
     markCopies(artwork, matching, false);
