@@ -91,13 +91,14 @@ std::string shortened(std::string_view name) {
 
 } // namespace
 
-SvgReading readArtwork(const std::string& path, Document& document, const ImageFolders& files) {
+SvgReading readArtwork(const std::string& path, Document& document, const ImageFolders& files,
+                       const OpenedPage* opened) {
     std::string bytes = bytesOf(path);
     if (bytes.starts_with("%PDF-")) {
         refuse(path, "it is a PDF", "name the artwork first, then the PDF");
     }
     try {
-        SvgReading reading = readSvg(std::move(bytes), document, stopIfInterrupted, &files);
+        SvgReading reading = readSvg(std::move(bytes), document, stopIfInterrupted, &files, opened);
         stopIfInterrupted();
         return reading;
     } catch (const SvgImageError& error) {

@@ -62,12 +62,13 @@ void countExternalEntities(const pugi::xml_document& xml, Tally& tally) {
 } // namespace
 
 SvgReading readSvg(std::string text, Document& document, const std::function<void()>& pause,
-                   const ImageFolders* files) {
-    return readSvg(std::move(text), document, ReadingBudget{}, pause, files);
+                   const ImageFolders* files, const OpenedPage* opened) {
+    return readSvg(std::move(text), document, ReadingBudget{}, pause, files, opened);
 }
 
 SvgReading readSvg(std::string text, Document& document, const ReadingBudget& budget,
-                   const std::function<void()>& pause, const ImageFolders* files) {
+                   const std::function<void()>& pause, const ImageFolders* files,
+                   const OpenedPage* opened) {
     if (text.size() > budget.textSize) {
         throw SvgError("the file is too large");
     }
@@ -95,7 +96,7 @@ SvgReading readSvg(std::string text, Document& document, const ReadingBudget& bu
     TreeReader tree(context);
     try {
         index.build(sheet);
-        const RootReading found = readRoot(Attributes(root), document.page());
+        const RootReading found = readRoot(Attributes(root), document.page(), opened);
         reading.provenance = found.provenance;
         reading.ours = context.ours = found.ours;
         context.pixel = found.pixel;
@@ -111,6 +112,11 @@ SvgReading readSvg(std::string text, Document& document, const ReadingBudget& bu
     }
     reading.ignored = tally.counts();
     reading.images = std::move(context.images);
+    for (auto& [key, layer] : context.layerGroups) {
+        if (layer.changed != 0 && layer.changed != layer.groups) {
+            reading.splitLayers.push_back(std::move(layer));
+        }
+    }
     return reading;
 }
 

@@ -8,6 +8,7 @@ namespace corvane {
 
 /// As `readSvg` of `app/svg/reader.h`.
 SvgReading readSvg(std::string text, Document& document, const ReadingBudget& budget,
-                   const std::function<void()>& pause = {}, const ImageFolders* files = nullptr);
+                   const std::function<void()>& pause = {}, const ImageFolders* files = nullptr,
+                   const OpenedPage* opened = nullptr);
 
 } // namespace corvane
