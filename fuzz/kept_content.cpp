@@ -12,12 +12,13 @@ namespace corvane::fuzz {
 
 namespace {
 
-/// Operators that make, clip to and paint paths, and those that show text, objects and shadings.
+/// Operators that make, clip to and paint paths, and those that show text, objects, shadings and
+/// inline images, of which the data are a part of the word.
 bool isOfArt(std::string_view word) {
-    constexpr std::array<std::string_view, 27> words = {
-        "m", "l",  "c", "v",  "y", "h", "re", "W",  "W*", "b", "b*", "B",  "B*", "E",
-        "f", "f*", "F", "F*", "n", "s", "S",  "Tj", "TJ", "'", "\"", "Do", "sh"};
-    return std::ranges::find(words, word) != words.end();
+    constexpr std::array<std::string_view, 29> words = {
+        "m",  "l", "c",  "v", "y", "h", "re", "W",  "W*", "b",  "b*", "B",  "B*", "E", "f",
+        "f*", "F", "F*", "n", "s", "S", "Tj", "TJ", "'",  "\"", "Do", "sh", "BI", "EI"};
+    return std::ranges::find(words, word) != words.end() || word.starts_with("ID");
 }
 
 /// Text that is written apart is shown by TJ, whatever showed it.
@@ -55,22 +56,53 @@ std::vector<bool> surplus(const std::vector<PageOperation>& operations) {
     return found;
 }
 
-/// Operands at the end of the content may become those of what comes behind it.
+bool takesNone(std::string_view word) {
+    constexpr std::array<std::string_view, 5> words = {"q", "Q", "BT", "ET", "EMC"};
+    return std::ranges::find(words, word) != words.end();
+}
+
+/// Whether the former operands are there. Tokens in front of those that an operator takes may have
+/// become those of what is written before it, and the other way round. Operands at the end of the
+/// content may become those of what comes behind it.
 bool isSame(const PageOperation& old, const PageOperation& is) {
-    return old.word.empty() ? is.operands.starts_with(old.operands)
-                            : is.word == old.word && is.operands.ends_with(old.operands);
+    if (old.word.empty()) {
+        return is.operands.starts_with(old.operands);
+    }
+    const std::string_view fewer =
+        old.operands.size() < is.operands.size() ? old.operands : is.operands;
+    const std::string_view more =
+        old.operands.size() < is.operands.size() ? is.operands : old.operands;
+    return is.word == old.word && more.ends_with(fewer) &&
+           (!fewer.empty() || old.operands.empty() || takesNone(old.word));
 }
 
 void requireSomewhere(const std::vector<PageOperation>& old, const std::vector<PageOperation>& is,
                       const std::vector<bool>& mayGo) {
-    std::map<std::pair<std::string_view, std::string_view>, std::int64_t> counts;
+    std::multimap<std::string_view, const PageOperation*> left; // by word
     for (const PageOperation& each : is) {
-        ++counts[{each.operands, each.word}];
+        left.emplace(each.word, &each);
     }
-    for (std::size_t i = 0; i < old.size(); ++i) {
-        if (!mayGo[i] && !old[i].word.empty()) {
-            require(--counts[{old[i].operands, old[i].word}] >= 0);
+    const auto take = [&](const auto& isIt, std::string_view word) {
+        const auto [first, end] = left.equal_range(word);
+        const auto found =
+            std::find_if(first, end, [&](const auto& entry) { return isIt(*entry.second); });
+        const bool isThere = found != end;
+        if (isThere) {
+            left.erase(found);
         }
+        return isThere;
+    };
+    std::vector<const PageOperation*> unlike;
+    for (std::size_t i = 0; i < old.size(); ++i) {
+        const auto isEqual = [&](const PageOperation& each) {
+            return each.operands == old[i].operands;
+        };
+        if (!mayGo[i] && !old[i].word.empty() && !take(isEqual, old[i].word)) {
+            unlike.push_back(&old[i]);
+        }
+    }
+    for (const PageOperation* const each : unlike) {
+        require(take([&](const PageOperation& other) { return isSame(*each, other); }, each->word));
     }
 }
 

@@ -35,7 +35,7 @@ enum class Warning : std::int16_t {
     pageSize = 1002,                ///< the page size was put into its limits
     cropArea = 1003,                ///< the crop area was fitted to the page
     layerLeftOut = 1004,            ///< a layer that is hidden or does not print is not drawn
-    // 1005 to 1007 are the program's own.
+    // 1005 to 1007, 1014 and 1015 are the program's own.
     layerNotKept = 1008,   ///< objects of a layer stay, in order; the layer does not
     signedFile = 1009,     ///< readers that check signatures will show the change
     fontAdded = 1010,      ///< a font of the machine took the place of another one

@@ -92,7 +92,7 @@ std::string shortened(std::string_view name) {
 } // namespace
 
 SvgReading readArtwork(const std::string& path, Document& document, const ImageFolders& files,
-                       ProgressLine& line) {
+                       ProgressLine& line, const OpenedPage* opened) {
     std::string bytes = bytesOf(path);
     if (bytes.starts_with("%PDF-")) {
         refuse(path, "it is a PDF", "name the artwork first, then the PDF");
@@ -103,7 +103,7 @@ SvgReading readArtwork(const std::string& path, Document& document, const ImageF
             stopIfInterrupted();
             line.update(static_cast<std::int64_t>(done), total);
         };
-        SvgReading reading = readSvg(std::move(bytes), document, pause, &files);
+        SvgReading reading = readSvg(std::move(bytes), document, pause, &files, opened);
         stopIfInterrupted();
         return reading;
     } catch (const SvgImageError& error) {

@@ -33,14 +33,14 @@ inline constexpr std::int32_t annotationChanged = 34;
 inline constexpr std::int32_t editor = 50;      ///< there is none, or it cannot be started
 inline constexpr std::int32_t artworkKept = 51; ///< an editor's last work is not in the file
 inline constexpr std::int32_t crashed = 52;     ///< the process that worked on one of many files
-inline constexpr std::int32_t layersLeftOut = 1004; ///< warning of the plug-in
-inline constexpr std::int32_t layersNotKept = 1008; ///< the same
-inline constexpr std::int32_t fontAdded = 1010;     ///< the same
-inline constexpr std::int32_t notInArtwork = 1005;  ///< warning: not kept when the page was opened
-inline constexpr std::int32_t notUnderstood = 1006; ///< warning: ignored when the SVG was read
-inline constexpr std::int32_t pageRepeated = 1007;  ///< warning: one object is several pages
-inline constexpr std::int32_t annotationKept =
-    1011; ///< warning: what was changed of it is not saved
+inline constexpr std::int32_t layersLeftOut = 1004;  ///< warning of the plug-in
+inline constexpr std::int32_t layersNotKept = 1008;  ///< the same
+inline constexpr std::int32_t fontAdded = 1010;      ///< the same
+inline constexpr std::int32_t notInArtwork = 1005;   ///< warning: not kept when the page was opened
+inline constexpr std::int32_t notUnderstood = 1006;  ///< warning: ignored when the SVG was read
+inline constexpr std::int32_t pageRepeated = 1007;   ///< warning: one object is several pages
+inline constexpr std::int32_t annotationKept = 1014; ///< warning: changes of it are not saved
+inline constexpr std::int32_t layerIsOne = 1015;     ///< warning: all of it is shown or hidden
 inline constexpr std::int32_t extensionChanged =
     1050; ///< warning: an extension for Inkscape is not as it was installed, and stays
 } // namespace code

@@ -23,8 +23,8 @@ private:
     std::uint32_t (*entry_)(ParameterBlock*) = nullptr;
 };
 
-/// The path in CORVANE_PLUGIN, otherwise that of `corvane-pdf.so` where an installed program has it, or
-/// beside the program, where it was built.
+/// The path in CORVANE_PLUGIN, otherwise that of `corvane-pdf.so` where an installed program has
+/// it, or beside the program, where it was built.
 std::string pluginPath();
 
 } // namespace corvane

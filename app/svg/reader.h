@@ -29,16 +29,31 @@ struct SvgImage {
     RealMatrix matrix; ///< from that user space to the art
 };
 
+/// A layer of the PDF that the person showed or hid in some of its groups alone.
+struct SplitLayer {
+    std::string name;
+    bool isVisible = true; ///< in these
+    std::int32_t changed = 0;
+    std::int32_t groups = 0; ///< all of them
+};
+
 /// What a file of artwork says besides the artwork.
 struct SvgReading {
     Provenance provenance; ///< what a file of ours remembers of its page
-    bool ours = false;     ///< written by this program
+    bool ours = false;     ///< written by this program, as the file says or its reader knows
     /// How many elements or properties were ignored because artwork cannot hold them, by kind
     /// ("filter", "text", "opacity", "animate").
     std::map<std::string, std::int32_t> ignored;
     /// Of the elements that are ignored as "image": all of them, in the order in which they are
     /// read.
     std::vector<SvgImage> images;
+    std::vector<SplitLayer> splitLayers;
+};
+
+/// The page that a file of ours was made of.
+struct OpenedPage {
+    Provenance provenance;
+    Page page;
 };
 
 /// The text is no SVG, or passes a limit. The sentence says what is wrong, and in which line.
@@ -64,8 +79,11 @@ using ReadingPause = std::function<void(std::size_t done)>;
 /// network, whatever the text refers to. Throws `SvgError`, and `ArtworkError` where the artwork's
 /// own limits are passed; the document is then of no use.
 ///
+/// `opened` counts where the root does not say any more where the file came from, since some
+/// editors drop all our marks: the file is one of ours then, and of that page.
+///
 /// `pause` is not called while the text is taken apart into elements, which is the smaller part.
 SvgReading readSvg(std::string text, Document& document, const ReadingPause& pause = {},
-                   const ImageFolders* files = nullptr);
+                   const ImageFolders* files = nullptr, const OpenedPage* opened = nullptr);
 
 } // namespace corvane

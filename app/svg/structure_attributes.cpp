@@ -48,9 +48,9 @@ std::optional<FormFacts> parseFormFacts(std::string_view text) {
     return isWhole ? std::optional(form) : std::nullopt;
 }
 
-void writeContentLayer(TextOutput& out, const ContentLayerFacts& layer, bool isOutermost) {
+void writeContentLayer(TextOutput& out, const ContentLayerFacts& layer, bool isListed) {
     const bool isNew = layer.object == 0;
-    if (isOutermost || isNew) {
+    if (isListed || isNew) {
         writePlainAttribute(out, "inkscape:groupmode", "layer");
     }
     if (!layer.name.empty()) {

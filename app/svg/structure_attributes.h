@@ -21,9 +21,9 @@ void writeFormFacts(TextOutput&, const FormFacts&);
 /// Nothing where the text has another form.
 std::optional<FormFacts> parseFormFacts(std::string_view text);
 
-/// Writes the layer that a group shows with, hidden or not. `isOutermost`: editors show it as a
+/// Writes the layer that a group shows with, hidden or not. `isListed`: editors show it as a
 /// layer.
-void writeContentLayer(TextOutput&, const ContentLayerFacts&, bool isOutermost);
+void writeContentLayer(TextOutput&, const ContentLayerFacts&, bool isListed);
 
 /// Writes ` data-annotations="object content object content ..."`, and what locks the layer in
 /// editors.

@@ -61,8 +61,7 @@ bool TreeWriter::writeStructure(Art group) {
         return true; // a layer of the artwork says the rest itself
     }
     const ContentLayerFacts facts = document_.contentLayers().facts(layer);
-    const bool isTop = levels_.size() == 1 && levels_.front().content >= 0;
-    writeContentLayer(out_, facts, isTop);
+    writeContentLayer(out_, facts, levels_.back().isListed);
     return facts.isVisible;
 }
 
@@ -146,12 +145,14 @@ void TreeWriter::enterGroup(Art group, const LayerProperties* layer) {
     if (layer != nullptr) {
         const Rect& page = document_.page().bounds();
         level.depth = 1;
+        level.isListed = true;
         level.visible = {page.left, page.bottom, page.right, page.top};
         if (level.visible.empty()) {
             level.visible = Extent::everything();
         }
     } else {
         level = levels_.back();
+        level.isListed = level.isListed && document_.groupLayer(group) != ContentLayer::null;
         if (!level.isObject && hasOrdinal(group)) {
             ++numbers_.shapes[level.content];
         }

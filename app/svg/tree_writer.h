@@ -69,6 +69,7 @@ private:
         int depth = 0;            ///< of the children's elements
         bool element = false;     ///< the group is an element, to be ended
         bool isObject = false;    ///< all in it has one source: the group is numbered, and no shape
+        bool isListed = false;    ///< editors list it as a layer, and layers of the file in it
         std::int32_t content = 0; ///< of the form that it is in; 0: of none
         Extent visible;           ///< what clips around it let through, at most
         ClipChain chain;

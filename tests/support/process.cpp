@@ -167,7 +167,7 @@ public:
             }
             std::array<pollfd, 3> polled{pollfd{output.get(), POLLIN, 0},
                                          pollfd{errors.get(), POLLIN, 0},
-                                         pollfd{input.get(), POLLOUT, 0}};
+                                         pollfd{allowed() > fed_ ? input.get() : -1, POLLOUT, 0}};
             poll(polled.data(), polled.size(), static_cast<int>(left.count()));
             if (polled[0].revents != 0) {
                 drain(output, outcome_.output);
@@ -183,9 +183,23 @@ public:
     }
 
 private:
+    /// How much of the input may have been written by now.
+    std::size_t allowed() const {
+        const std::string& question = process_.inputOn;
+        if (question.empty()) {
+            return process_.input.empty() ? 1 : process_.input.size();
+        }
+        std::size_t end = 0;
+        for (std::size_t at = outcome_.errors.find(question);
+             at != std::string::npos && end < process_.input.size();
+             at = outcome_.errors.find(question, at + 1)) {
+            end = std::min(process_.input.find('\n', end) + 1, process_.input.size());
+        }
+        return end;
+    }
+
     void feed(Descriptor& input) {
-        const ssize_t count =
-            write(input.get(), process_.input.data() + fed_, process_.input.size() - fed_);
+        const ssize_t count = write(input.get(), process_.input.data() + fed_, allowed() - fed_);
         fed_ += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
         if (fed_ == process_.input.size() || (count < 0 && errno != EINTR)) {
             input.reset();

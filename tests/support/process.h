@@ -18,9 +18,10 @@ struct Process {
     std::chrono::milliseconds timeout = std::chrono::minutes(2);  ///< then it is killed
     std::optional<std::uint64_t> addressSpace;                    ///< bytes; useless under ASan
     std::optional<std::uint64_t> fileSize;                        ///< bytes of each file written
-    bool obeysPermissions = false;    ///< root, too, is bound by the permissions of files
-    bool onTerminal = false;          ///< standard input and error are a pseudo-terminal
-    std::string interruptOn;          ///< SIGINT is sent when this has come on standard error
+    bool obeysPermissions = false; ///< root, too, is bound by the permissions of files
+    bool onTerminal = false;       ///< standard input and error are a pseudo-terminal
+    std::string inputOn;           ///< each line of the input waits until this has come once more
+    std::string interruptOn;       ///< SIGINT is sent when this has come on standard error
     std::filesystem::path outputFile; ///< standard output goes there, appended, not to `output`
 };
 

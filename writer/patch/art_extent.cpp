@@ -37,6 +37,13 @@ void ArtExtent::add(const Point& point) {
     top = std::max<std::int64_t>(top, point.y);
 }
 
+void ArtExtent::add(const ArtExtent& other) {
+    left = std::min(left, other.left);
+    bottom = std::min(bottom, other.bottom);
+    right = std::max(right, other.right);
+    top = std::max(top, other.top);
+}
+
 ArtExtent extentOf(Art art) {
     if (artKind(art) == ArtKind::text || artKind(art) == ArtKind::group) {
         return {INT64_MIN, INT64_MIN, INT64_MAX, INT64_MAX};
@@ -46,7 +53,7 @@ ArtExtent extentOf(Art art) {
         const RealMatrix matrix = realMatrix(placedImage(art).matrix);
         for (const RealPoint& corner : unitSquare) {
             const RealPoint at = transform(matrix, corner);
-            extent.add({fixedFromReal(at.x), fixedFromReal(at.y)});
+            extent.add(Point{fixedFromReal(at.x), fixedFromReal(at.y)});
         }
         return extent;
     }

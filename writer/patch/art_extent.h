@@ -16,6 +16,11 @@ struct ArtExtent {
     std::int64_t top = INT64_MIN;
 
     void add(const Point& point);
+    void add(const ArtExtent& other);
+    bool meets(const ArtExtent& other) const {
+        return left <= other.right && bottom <= other.top && right >= other.left &&
+               top >= other.bottom;
+    }
     bool contains(const ArtExtent& other) const {
         return left <= other.left && bottom <= other.bottom && right >= other.right &&
                top >= other.top;

@@ -1,6 +1,8 @@
 #include "writer/patch/object_patches.h"
 
+#include "reader/content/losses.h"
 #include "runtime/exception.h"
+#include "writer/art/outline.h"
 #include "writer/art/style_works.h"
 #include "writer/patch/form/form_works.h"
 #include "writer/patch/works/kept_works.h"
@@ -11,6 +13,17 @@
 #include <algorithm>
 
 namespace corvane {
+
+namespace {
+
+/// Whether tiles of a stroke are to be seen through otherwise: readers heed that only of groups.
+bool isTiledStroke(Art art, const ArtDifference& difference) {
+    const PathStyle style = leadingStyle(art);
+    return difference.look.strokeOpacity && *difference.look.strokeOpacity != 1 &&
+           style.strokePaint != 0 && style.stroke.kind == ColourKind::pattern;
+}
+
+} // namespace
 
 void ObjectPatches::addTo(std::vector<Patch>& patches) {
     patches_ = &patches;
@@ -89,8 +102,54 @@ void ObjectPatches::drawChanged(PaintedIndex source) {
     enterWorks(tools_.walk);
     moveAlong(path.event, movementOfPaint(tools_, path, art, difference));
     lookWorks(tools_, trace_.matrix(trace_.events()[path.event].behind.matrix), difference.look);
-    changedWorks(tools_, path, art, difference);
+    if (isTiledStroke(art, difference)) {
+        drawSeenThrough(path.event, art, artwork_.objects[owner].appearance);
+    } else {
+        changedWorks(tools_, path, art, difference);
+    }
     leaveWorks(tools_.walk);
+}
+
+void ObjectPatches::enterSpace(const RealMatrix& space) {
+    if (space != RealMatrix()) {
+        tools_.walk.text.addMatrix(withoutSignedZeros(space));
+        tools_.walk.text.add("cm\n");
+    }
+}
+
+/// Draws a path anew, with its opacities told to each of its parts.
+void ObjectPatches::drawSeenThrough(TraceIndex event, Art art, const Appearance& appearance) {
+    const std::optional<RealMatrix> back =
+        inverse(trace_.matrix(trace_.events()[event].behind.matrix));
+    if (!back) {
+        failException(Exception::unpatchable);
+    }
+    stateWorks(tools_.walk, {.fillOpacity = 1, .strokeOpacity = 1});
+    enterSpace(*back);
+    lookedWorks(tools_.walk, art,
+                {.fillOpacity = appearance.opacity * appearance.fillOpacity,
+                 .strokeOpacity = appearance.opacity * appearance.strokeOpacity});
+}
+
+/// An image may have a mask of its own, which would count instead of that of the state.
+void ObjectPatches::drawImage(const PaintedArt& was, Art is, const ArtDifference& difference) {
+    const Surroundings& own = trace_.events()[was.event].behind;
+    const bool isMasked = difference.look.mask
+                              ? *difference.look.mask != SoftMask::null
+                              : difference.image && (own.settings & softMaskSetting) != 0;
+    const RealMatrix& ctm = trace_.matrix(own.matrix);
+    const std::optional<RealMatrix> back = inverse(ctm);
+    if (!isMasked || !back) {
+        return imageWorks(tools_, was, is, difference);
+    }
+    const std::string before = tools_.taken();
+    imageWorks(tools_, was, is, difference);
+    const std::string_view name = tools_.looks.addGroup(tools_.taken(), {}, ctm);
+    tools_.walk.text.add(before);
+    enterSpace(*back);
+    tools_.walk.text.add("/");
+    tools_.walk.text.add(name);
+    tools_.walk.text.add(" Do\n");
 }
 
 /// Sets again what lies on the page and moves with an object.
@@ -137,7 +196,7 @@ void ObjectPatches::patchObject(PaintedIndex source) {
         if (was.isForm) {
             formWorks(tools_, was, *is.form);
         } else {
-            imageWorks(tools_, was, is.art, difference);
+            drawImage(was, is.art, difference);
         }
     }
     leaveWorks(tools_.walk);

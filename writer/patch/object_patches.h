@@ -32,6 +32,9 @@ private:
     void remove(TraceIndex path);
     void removeClipWords(TraceIndex path);
     void drawChanged(PaintedIndex source);
+    void enterSpace(const RealMatrix& space);
+    void drawSeenThrough(TraceIndex event, Art art, const Appearance& appearance);
+    void drawImage(const PaintedArt& was, Art is, const ArtDifference& difference);
     void moveAlong(TraceIndex event, const PageMovement& movement);
     TraceIndex linkOf(TraceIndex path) const;
 

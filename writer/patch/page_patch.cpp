@@ -70,7 +70,8 @@ void markCopies(const EditedArtwork& artwork, const Matching& matching, bool isC
 PagePatch plan(PageTools& tools, const BaseReading& reading, ResourceRegistry& resources) {
     const BaseContents contents(reading, tools.base.isAsOpened);
     EditedForms forms;
-    EditedArtwork artwork = listArtwork(contents, forms);
+    const UnmarkedAnnotations unmarked = findUnmarked(reading);
+    EditedArtwork artwork = listArtwork(contents, forms, unmarked.art);
     reading.layers.settle(artwork, forms);
     noteLayers(artwork, tools.layers);
     noteLayersOfAnnotations(artwork, tools.layers);
@@ -84,8 +85,8 @@ PagePatch plan(PageTools& tools, const BaseReading& reading, ResourceRegistry& r
     tools.setText.finish();
     std::ranges::for_each(forms, compareForm);
     const Matching matching = matchArtwork(contents.page(), artwork, tools.base.isAsOpened);
-    refuseMissing(contents.page(), matching, artwork);
-    refuseChangedAnnotations(reading, artwork);
+    refuseMissing(contents, matching, artwork, forms);
+    refuseChangedAnnotations(reading, artwork, matching, unmarked);
     tellLayers(artwork.layers);
     markCopies(artwork, matching, false);
     // From the outermost: what a copy holds are copies.

@@ -46,7 +46,7 @@ public:
     Editing(const Arguments& arguments, Report& report, ArtFolder& folder, FileStamp stamp)
         : report_(report), folder_(folder), arguments_(openInto(folder, arguments, report)),
           saves_(arguments_, report.source, stamp),
-          watch_(arguments_.artwork, report.images.folder) {
+          watch_(arguments_.artwork, report.images.folder), opened_(watch_.digest()) {
         folder.noteOwn();
     }
 
@@ -81,7 +81,7 @@ private:
     }
 
     SaveResult consider(bool isLast) {
-        isTouched_ = true;
+        isTouched_ = isTouched_ || watch_.digest() != opened_;
         const std::uint64_t state = watch_.state();
         const SaveResult result =
             saves_.attempt(watch_.digest(), [&] { return watch_.state() == state; });
@@ -183,8 +183,9 @@ private:
     const Arguments arguments_; ///< of a save
     PageSave saves_;
     ArtWatch watch_;
-    bool isTouched_ = false; ///< the artwork was changed at least once
-    bool isUnsaved_ = false; ///< the last change was not saved
+    const std::uint64_t opened_; ///< digest of the artwork as it was opened
+    bool isTouched_ = false;     ///< the artwork was another one at least once
+    bool isUnsaved_ = false;     ///< the last change was not saved
     bool isHandedOn_ = false;
 };
 

@@ -28,7 +28,7 @@ std::string happened(const Fault& fault) {
 } // namespace
 
 PageSave::PageSave(Arguments arguments, Provenance opened, FileStamp stamp)
-    : arguments_(std::move(arguments)), opened_(std::move(opened)), stamp_(stamp) {}
+    : arguments_(std::move(arguments)), opened_{std::move(opened), {}}, stamp_(stamp) {}
 
 void PageSave::rehearse() {
     Arguments arguments = arguments_;
@@ -37,6 +37,7 @@ void PageSave::rehearse() {
     Report report;
     const auto fault = faultOf([&] {
         ArtworkSave save(arguments, report);
+        opened_.page = save.page();
         SavePlace place(arguments);
         save.run(place);
     });
@@ -89,8 +90,7 @@ std::optional<Fault> PageSave::save(bool isForced) {
     Report report;
     bool isTouched = false; // the file is as it was, and no other program can be at it
     const auto fault = faultOf([&] {
-        ArtworkSave save(arguments, report);
-        save.assumeSource(opened_);
+        ArtworkSave save(arguments, report, &opened_);
         requireSameFile(); // a file that is gone would be made
         SavePlace place(arguments);
         requireSameFile();

@@ -6,6 +6,7 @@
 #include "app/cli/edit/file_stamp.h"
 #include "app/cli/fault.h"
 #include "app/cli/report/report.h"
+#include "app/svg/reader.h"
 
 #include <cstdint>
 #include <functional>
@@ -58,7 +59,7 @@ private:
     void tellSave(const Report& report);
 
     const Arguments arguments_;
-    const Provenance opened_;
+    OpenedPage opened_;
     FileStamp stamp_;        ///< of the file as it was opened, or as our last save left it
     bool isForeign_ = false; ///< the person took what another program made of the file
     std::optional<Fault> fault_;

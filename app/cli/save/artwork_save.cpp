@@ -125,11 +125,11 @@ void weighPlaces(Report& report) {
 
 } // namespace
 
-ArtworkSave::ArtworkSave(Arguments& arguments, Report& report)
+ArtworkSave::ArtworkSave(Arguments& arguments, Report& report, const OpenedPage* opened)
     : arguments_(arguments), report_(report) {
     document_.page().setProfile(arguments.profile);
     ProgressLine line(progressTerminal(arguments), "corvane: reading the artwork");
-    reading_ = readArtwork(arguments.artwork, document_, imagesOf(arguments), line);
+    reading_ = readArtwork(arguments.artwork, document_, imagesOf(arguments), line, opened);
     line.clear();
     wantedPage_ = arguments.page;
     report.source = reading_.provenance;
@@ -137,16 +137,12 @@ ArtworkSave::ArtworkSave(Arguments& arguments, Report& report)
     adopt(reading_, document_, arguments);
 }
 
-void ArtworkSave::assumeSource(const Provenance& source) {
-    if (!reading_.provenance.identity) {
-        reading_.provenance = report_.source = source;
-    }
-}
-
 void ArtworkSave::run(SavePlace& place) {
     const bool keeps = keepsPage(arguments_, place, reading_.provenance);
     weighLosses(arguments_, document_, reading_.images, keeps, report_);
-    if (place.isNew()) {
+    if (!place.isNew()) {
+        weighSplitLayers(arguments_, reading_.splitLayers, report_);
+    } else {
         // Its one page is nobody's: whatever the artwork came from, there is nothing to undo.
         arguments_.page = std::max(wantedPage_, 1);
         arguments_.force = true;

@@ -16,14 +16,14 @@ class ArtworkSave {
 public:
     /// Reads the artwork that `arguments` name. They take page and profile from it where the person
     /// named none. Both arguments outlive the object. Raises `Failure`, as `run` does.
-    ArtworkSave(Arguments& arguments, Report& report);
-
-    /// The page that the artwork was opened from, which counts where the artwork does not say it
-    /// any more: some editors drop that.
-    void assumeSource(const Provenance& source);
+    /// `opened` is the page that the artwork was opened from, which counts where the artwork does
+    /// not say it any more: some editors drop that.
+    ArtworkSave(Arguments& arguments, Report& report, const OpenedPage* opened = nullptr);
 
     /// Saves at `place`. The report holds what became of it.
     void run(SavePlace& place);
+
+    const Page& page() const { return document_.page(); }
 
 private:
     Arguments& arguments_;

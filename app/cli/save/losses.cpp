@@ -56,6 +56,25 @@ void warnOfOmitted(Report& report) {
     }
 }
 
+void weighSplitLayers(const Arguments& arguments, const std::vector<SplitLayer>& layers,
+                      Report& report) {
+    std::vector<std::string> changes;
+    for (const SplitLayer& layer : layers) {
+        const std::string change = layer.isVisible ? "shown" : "hidden";
+        changes.push_back("the layer \"" + layer.name + "\" was " + change + " in " +
+                          std::to_string(layer.changed) + " of its " +
+                          std::to_string(layer.groups) + " groups");
+        report.warnings.push_back({code::layerIsOne, changes.back() + "; it is " + change +
+                                                         " as a whole now, on every page"});
+    }
+    if (!arguments.force && !changes.empty()) {
+        report.warnings.clear();
+        throw Failure({code::loss, joined(changes) +
+                                       ", and a layer of a PDF is shown or hidden as a whole, on "
+                                       "every page; change its other groups, too, or say --force"});
+    }
+}
+
 void weighLosses(const Arguments& arguments, Document& document,
                  const std::vector<SvgImage>& images, bool keepsPage, Report& report) {
     std::vector<std::string> losses;

@@ -16,6 +16,11 @@ namespace corvane {
 void weighLosses(const Arguments& arguments, Document& document,
                  const std::vector<SvgImage>& images, bool keepsPage, Report& report);
 
+/// Layers that were shown or hidden in part change as a whole. Raises `Failure` where there are
+/// some and the person did not say `--force`, with which there is a warning for each.
+void weighSplitLayers(const Arguments& arguments, const std::vector<SplitLayer>& layers,
+                      Report& report);
+
 /// A warning for each kind of thing that opening left out.
 void warnOfOmitted(Report& report);
 

@@ -3,6 +3,7 @@
 #include "app/cli/messages.h"
 #include "app/cli/terminal/lines.h"
 
+#include <termios.h>
 #include <unistd.h>
 
 namespace corvane {
@@ -13,6 +14,7 @@ bool agrees(const Arguments& arguments, const std::string& question) {
     }
     std::string line = plainLine(arguments.file + ": " + question + " (y/N)");
     line.back() = ' ';
+    tcflush(STDIN_FILENO, TCIFLUSH); // what was typed before the question answers nothing
     complain(line);
     LineSource answers(STDIN_FILENO);
     const std::string answer = answers.next().value_or("");

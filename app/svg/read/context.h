@@ -14,6 +14,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <map>
+#include <string>
 #include <unordered_map>
 
 namespace corvane {
@@ -68,6 +71,9 @@ struct ReadingContext {
     /// The same of paints, those of tiles included.
     std::unordered_map<std::size_t, KnownPaint> paints = {};
     std::vector<SvgImage> images = {};
+    /// Layers of the PDF by their numbers and names: how often they are shown otherwise than the
+    /// file has them.
+    std::map<std::pair<std::int32_t, std::string>, SplitLayer> layerGroups = {};
 };
 
 /// Keeps count of the patterns, masks and markers whose art is being read.

@@ -31,6 +31,10 @@ bool isLocked(const Attributes& attributes) {
     return attributes.isTrue(Attribute::dataLocked) || insensitive == "true" || insensitive == "1";
 }
 
+bool isOfAnnotations(const Attributes& attributes) {
+    return attributes.has(Attribute::dataAnnotations) || attributes[Attribute::id] == annotationsId;
+}
+
 LayerProperties layerProperties(const Attributes& attributes, bool visible, bool isOurs) {
     LayerProperties layer;
     layer.title = attributes[Attribute::inkscapeLabel];
@@ -39,9 +43,7 @@ LayerProperties layerProperties(const Attributes& attributes, bool visible, bool
     layer.locked = isLocked(attributes);
     layer.printing = attributes[Attribute::dataPrinting] != "false";
     layer.dimmed = attributes.isTrue(Attribute::dataDimmed);
-    const bool isOfAnnotations =
-        attributes.has(Attribute::dataAnnotations) || attributes[Attribute::id] == annotationsId;
-    layer.role = isOurs && isOfAnnotations ? LayerRole::annotations : LayerRole::page;
+    layer.role = isOurs && isOfAnnotations(attributes) ? LayerRole::annotations : LayerRole::page;
     return layer;
 }
 

@@ -29,6 +29,10 @@ private:
     Art loose_ = Art::null; ///< until the next layer
 };
 
+/// Whether a group of a file of ours is the layer of annotations, whether or not editors call it a
+/// layer.
+bool isOfAnnotations(const Attributes& attributes);
+
 /// Whether editors do not let a person change what is in a layer of these attributes.
 bool isLocked(const Attributes& attributes);
 

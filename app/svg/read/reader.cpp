@@ -80,12 +80,13 @@ void countExternalEntities(const pugi::xml_document& xml, Tally& tally) {
 } // namespace
 
 SvgReading readSvg(std::string text, Document& document, const ReadingPause& pause,
-                   const ImageFolders* files) {
-    return readSvg(std::move(text), document, ReadingBudget{}, pause, files);
+                   const ImageFolders* files, const OpenedPage* opened) {
+    return readSvg(std::move(text), document, ReadingBudget{}, pause, files, opened);
 }
 
 SvgReading readSvg(std::string text, Document& document, const ReadingBudget& budget,
-                   const ReadingPause& pause, const ImageFolders* files) {
+                   const ReadingPause& pause, const ImageFolders* files,
+                   const OpenedPage* opened) {
     if (text.size() > budget.textSize) {
         throw SvgError("the file is too large");
     }
@@ -117,7 +118,7 @@ SvgReading readSvg(std::string text, Document& document, const ReadingBudget& bu
     furthest.follow(tree);
     try {
         index.build(sheet);
-        const RootReading found = readRoot(Attributes(root), document.page());
+        const RootReading found = readRoot(Attributes(root), document.page(), opened);
         reading.provenance = found.provenance;
         reading.ours = context.ours = found.ours;
         context.pixel = found.pixel;
@@ -133,6 +134,11 @@ SvgReading readSvg(std::string text, Document& document, const ReadingBudget& bu
     }
     reading.ignored = tally.counts();
     reading.images = std::move(context.images);
+    for (auto& [key, layer] : context.layerGroups) {
+        if (layer.changed != 0 && layer.changed != layer.groups) {
+            reading.splitLayers.push_back(std::move(layer));
+        }
+    }
     return reading;
 }
 

@@ -155,6 +155,23 @@ PaperArea paperArea(const Attributes& root, bool ours, double userUnit) {
     return area;
 }
 
+/// The area in the artwork's coordinates, where its user space begins at that corner of a page.
+Rect areaOnPage(const PaperArea& area, double left, double top) {
+    left -= area.matrix.tx;
+    top += area.matrix.ty;
+    return {fixedOf(left), fixedOf(top), fixedOf(left + area.width), fixedOf(top - area.height)};
+}
+
+/// Whether the area has the size of the bounds, and nothing moved it.
+bool isAsWritten(const PaperArea& area, const Rect& bounds) {
+    const auto same = [](double side, std::int64_t written) {
+        return std::abs(side - static_cast<double>(written) / fixedOne) < sameLength;
+    };
+    return same(area.width, std::int64_t{bounds.right} - bounds.left) &&
+           same(area.height, std::int64_t{bounds.top} - bounds.bottom) &&
+           std::abs(area.matrix.tx) < sameLength && std::abs(area.matrix.ty) < sameLength;
+}
+
 /// Bounds as a file of ours says them; those of the area where it says none.
 std::optional<Rect> writtenBounds(const Attributes& root, const PaperArea& area) {
     std::array<double, 4> sides{};
@@ -167,17 +184,11 @@ std::optional<Rect> writtenBounds(const Attributes& root, const PaperArea& area)
         return std::nullopt;
     }
     const Rect bounds{fixedOf(sides[0]), fixedOf(sides[3]), fixedOf(sides[2]), fixedOf(sides[1])};
-    const auto same = [](double side, std::int64_t written) {
-        return std::abs(side - static_cast<double>(written) / fixedOne) < sameLength;
-    };
     // A page without area is written without a size.
     const std::int64_t width = std::int64_t{bounds.right} - bounds.left;
     const std::int64_t height = std::int64_t{bounds.top} - bounds.bottom;
     const bool unsized = (width <= 0 || height <= 0) && !root.has(Attribute::viewBox);
-    const bool kept = same(area.width, width) && same(area.height, height) &&
-                      std::abs(area.matrix.tx) < sameLength &&
-                      std::abs(area.matrix.ty) < sameLength;
-    return kept || unsized ? std::optional(bounds) : std::nullopt;
+    return isAsWritten(area, bounds) || unsized ? std::optional(bounds) : std::nullopt;
 }
 
 ArtboardSize writtenArtboard(const Attributes& root) {
@@ -204,54 +215,81 @@ std::optional<Rect> resizedBounds(const Attributes& root, const PaperArea& area)
         }
         sides = {0, 0, 0, static_cast<double>(artboard.height) / fixedOne};
     }
-    const double left = sides[0] - area.matrix.tx;
-    const double top = sides[3] + area.matrix.ty;
-    return Rect{fixedOf(left), fixedOf(top), fixedOf(left + area.width),
-                fixedOf(top - area.height)};
+    return areaOnPage(area, sides[0], sides[3]);
+}
+
+/// What is seen of a page, and its artboard.
+struct PageArea {
+    Rect bounds;
+    ArtboardSize artboard;
+};
+
+/// The page as a file of ours says it; `fallback` where it says nothing that can be used.
+PageArea writtenArea(const Attributes& root, const PaperArea& area, Profile profile,
+                     const PageArea& fallback) {
+    const ArtboardSize writtenSize = writtenArtboard(root);
+    if (!root.has(Attribute::viewBox) && !root.has(Attribute::width) &&
+        !root.has(Attribute::dataBounds)) {
+        return {{}, writtenSize};
+    }
+    const auto written = writtenBounds(root, area);
+    if (written && (root.has(Attribute::dataBounds) || holds(writtenSize, *written))) {
+        return {*written, writtenSize};
+    }
+    const auto resized = resizedBounds(root, area);
+    if (!resized || profile != Profile::extended) {
+        return fallback;
+    }
+    const bool wasCut = root.has(Attribute::dataBounds);
+    return {*resized, wasCut && holds(writtenSize, *resized)
+                          ? writtenSize
+                          : ArtboardSize{fixedOf(area.width), fixedOf(area.height)}};
+}
+
+/// The page that was opened, unless it has another size now.
+PageArea openedArea(const Page& opened, const PaperArea& area) {
+    const Rect& bounds = opened.bounds();
+    const double left = static_cast<double>(bounds.left) / fixedOne;
+    const double top = static_cast<double>(bounds.top) / fixedOne;
+    return isAsWritten(area, bounds)
+               ? PageArea{bounds, opened.artboard()}
+               : PageArea{areaOnPage(area, left, top), {fixedOf(area.width), fixedOf(area.height)}};
 }
 
 } // namespace
 
-RootReading readRoot(const Attributes& root, Page& page) {
+RootReading readRoot(const Attributes& root, Page& page, const OpenedPage* opened) {
     RootReading reading;
-    reading.ours = root[Attribute::dataProducer] == "corvane";
+    const bool saysSo = root[Attribute::dataProducer] == "corvane";
+    reading.ours = saysSo || opened != nullptr;
     double userUnit = 1;
-    if (reading.ours) {
+    if (saysSo) {
         reading.provenance = readProvenance(root);
         userUnit = parseUserUnit(root[Attribute::dataUserUnit]);
+        page.setProfile(root[Attribute::dataProfile] == "original" ? Profile::original
+                                                                   : Profile::extended);
+    }
+    if (opened != nullptr && !reading.provenance.identity) {
+        reading.provenance = opened->provenance;
+    }
+    if (!saysSo && opened != nullptr) {
+        userUnit = opened->provenance.identity.value_or(PageIdentity()).page.userUnit;
+        page.setProfile(opened->page.profile());
     }
     reading.pixel = 1 / pixelsPerPoint / userUnit;
     const PaperArea area = paperArea(root, reading.ours, userUnit);
     reading.viewport = area.viewport;
-    Rect bounds{0, fixedOf(area.height), fixedOf(area.width), 0};
-    ArtboardSize artboard{bounds.right, bounds.top};
-    if (reading.ours) {
-        page.setProfile(root[Attribute::dataProfile] == "original" ? Profile::original
-                                                                   : Profile::extended);
-        if (root.has(Attribute::viewBox) || root.has(Attribute::width) ||
-            root.has(Attribute::dataBounds)) {
-            const auto written = writtenBounds(root, area);
-            const ArtboardSize writtenSize = writtenArtboard(root);
-            if (written && (root.has(Attribute::dataBounds) || holds(writtenSize, *written))) {
-                bounds = *written;
-                artboard = writtenSize;
-            } else if (const auto resized = resizedBounds(root, area);
-                       resized && page.profile() == Profile::extended) {
-                bounds = *resized;
-                const bool wasCut = root.has(Attribute::dataBounds);
-                artboard = wasCut && holds(writtenSize, bounds)
-                               ? writtenSize
-                               : ArtboardSize{fixedOf(area.width), fixedOf(area.height)};
-            }
-        } else {
-            bounds = {};
-            artboard = writtenArtboard(root);
-        }
+    const Rect paper{0, fixedOf(area.height), fixedOf(area.width), 0};
+    PageArea found{paper, {paper.right, paper.top}};
+    if (saysSo) {
+        found = writtenArea(root, area, page.profile(), found);
+    } else if (opened != nullptr) {
+        found = openedArea(opened->page, area);
     }
-    page.setBounds(bounds);
-    page.setArtboard(artboard);
-    const double left = static_cast<double>(bounds.left) / fixedOne;
-    const double top = static_cast<double>(bounds.top) / fixedOne;
+    page.setBounds(found.bounds);
+    page.setArtboard(found.artboard);
+    const double left = static_cast<double>(found.bounds.left) / fixedOne;
+    const double top = static_cast<double>(found.bounds.top) / fixedOne;
     reading.matrix = multiply(area.matrix, {1, 0, 0, -1, left, top});
     return reading;
 }

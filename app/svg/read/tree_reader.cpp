@@ -254,9 +254,11 @@ void TreeReader::enterGroup(pugi::xml_node node) {
         frame.measured = true;
     }
     const bool isContentLayer = context_.ours && attributes_.has(Attribute::dataLayer);
-    const bool isLayer = LayerReader::isLayer(attributes_) && !isContentLayer;
+    const bool isOutermost = frames_.back().holdsLayers;
+    const bool isLayer = (LayerReader::isLayer(attributes_) && !isContentLayer) ||
+                         (context_.ours && isOutermost && isOfAnnotations(attributes_));
     const bool isWithin = isLayer && isLayerWithin();
-    if (isLayer && frames_.back().holdsLayers) {
+    if (isLayer && isOutermost) {
         enterLayer(node, frame);
         push(std::move(frame));
         return;

@@ -90,6 +90,7 @@ private:
     std::optional<ArtSource> sourceFrom(Attribute name) const;
     std::optional<ArtSource> sourceOfShape() const;
     void readStructure(const Frame& frame);
+    void noteLayerGroup(const ContentLayerFacts& now, const ContentLayerFacts& opened);
     ContentLayerFacts newLayer(const Frame& frame) const;
     bool isOfPage(pugi::xml_node layer) const;
     bool isLayerWithin() const;

@@ -8,6 +8,7 @@
 #include <charconv>
 #include <cstdint>
 #include <map>
+#include <string>
 #include <utility>
 
 namespace corvane {
@@ -33,8 +34,24 @@ void TreeReader::readStructure(const Frame& frame) {
                                        .isLocked = state.find("locked") != std::string_view::npos,
                                        .object = layer.object};
         // In tiles and masks a layer shows as it does in the file.
+        noteLayerGroup(layer, opened);
         document_.setGroupLayer(
             frame.made, document_.contentLayers().addEdited(inTile_ ? opened : layer, opened));
+    }
+}
+
+/// A person hides what a list of layers shows, which is one group. Annotations are in no such list.
+void TreeReader::noteLayerGroup(const ContentLayerFacts& now, const ContentLayerFacts& opened) {
+    const auto isOfAnnotations = [](const Frame& around) { return !around.annotations.empty(); };
+    if (inTile_ || std::ranges::any_of(frames_, isOfAnnotations)) {
+        return;
+    }
+    SplitLayer& layer = context_.layerGroups[{now.object, std::string(opened.name)}];
+    ++layer.groups;
+    if (now.isVisible != opened.isVisible) {
+        layer.name = now.name;
+        layer.isVisible = now.isVisible;
+        ++layer.changed;
     }
 }
 

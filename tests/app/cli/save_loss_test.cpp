@@ -83,6 +83,33 @@ TEST_F(SaveLoss, WhatWasLeftOutStaysWhereThePageIsPatched) {
     }
 }
 
+/// Groups of one layer are several in an editor.
+TEST_F(SaveLoss, ALayerThatIsHiddenInPartNeedsForce) {
+    const std::string shown = "data-layer=\"7\" data-layer-name=\"Grid\"><path d=\"M0 0H5\"/></g>";
+    const std::string hidden = "<g inkscape:label=\"Grid\" display=\"none\" " + shown;
+    const std::string group = "<g inkscape:label=\"Grid\" " + shown;
+    const std::string annotations =
+        "<g inkscape:groupmode=\"layer\" data-annotations=\"9 1\">" + group + "</g>";
+    struct Row {
+        std::string inside;
+        bool isRefused;
+    };
+    for (const Row& row : {Row{hidden + group + group, true}, Row{hidden + hidden, false},
+                           Row{group + group, false}, Row{hidden + annotations, false}}) {
+        add("a.svg", root_ + "xmlns:inkscape=\"http://www.inkscape.org/namespaces/inkscape\"",
+            row.inside);
+        const auto plain = run("pages=3", {"save", "a.svg", "in.pdf", "--dry-run"});
+        EXPECT_EQ(holds(plain.errors,
+                        "error 26: the layer \"Grid\" was hidden in 1 of its 3 groups, and a layer "
+                        "of a PDF is shown or hidden as a whole, on every page; "),
+                  row.isRefused)
+            << plain.errors;
+        EXPECT_EQ(plain.status, row.isRefused ? 1 : 0) << plain.errors;
+        const auto forced = run("pages=3", {"save", "a.svg", "in.pdf", "--dry-run", "--force"});
+        EXPECT_EQ(holds(forced.errors, "warning 1015: "), row.isRefused) << forced.errors;
+    }
+}
+
 TEST_F(SaveLoss, WhatIsMissingIsCountedAndNeedsForce) {
     add("a.svg", root_);
     const auto refused = run("pages=3 missing=1200", {"save", "a.svg", "in.pdf"});

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <vector>
@@ -37,6 +38,18 @@ protected:
                              "/Subtype /Form /BBox [0 0 10 10] /Resources << /Font << /F 20 0 R >> "
                              ">>")
                      .bytes());
+    }
+    /// Another group with all that it has but its mark.
+    void unmark(Art group) {
+        const Art made = document_->make(ArtKind::group, Placement::inFront, group);
+        document_->setAppearance(made, document_->appearance(group));
+        const bool isClipped = document_->clipped(group);
+        document_->setClipped(group, false);
+        while (document_->firstChild(group) != Art::null) {
+            document_->reorder(document_->lastChild(group), Placement::inside, made);
+        }
+        document_->setClipped(made, isClipped);
+        document_->dispose(group);
     }
     Art layer() { return document_->layerArt(document_->firstLayer()); }
 
@@ -100,6 +113,90 @@ TEST_F(AnnotationTest, AreLeftAlone) {
         EXPECT_THAT(bytes().substr(file_.size()), Not(HasSubstr("\n30 0 obj"))) << row.name;
     }
     expectInOrder({"0 0 5 5 re f /OC /L BDC 9 9 5 5 re f EMC"});
+}
+
+/// Editors that drop our marks leave annotations as groups like any other, or none at all.
+TEST_F(AnnotationTest, AreKnownAgainWithoutMarks) {
+    struct Row {
+        const char* name;
+        std::function<void(Document&, Art)> edit; ///< of the layer's own group
+        std::vector<std::string> kept;
+        std::int32_t added = 0;
+    };
+    const auto dissolve = [](Document& document, Art group) {
+        while (document.firstChild(group) != Art::null) {
+            document.reorder(document.lastChild(group), Placement::inFront, group);
+        }
+        document.dispose(group);
+    };
+    const Row rows[] = {
+        {"marks", [](Document&, Art) {}, {}},
+        {"the look of the square is its path's, and the link's group is gone",
+         [&](Document& document, Art group) {
+             const Art square = document.nextSibling(document.firstChild(group));
+             const Art path = document.lastChild(square);
+             document.setAppearance(path, document.appearance(square));
+             document.setAppearance(square, {});
+             dissolve(document, square);
+             dissolve(document, document.firstChild(group));
+         },
+         {}},
+        {"a square in front of them, which is grouped with one",
+         [](Document& document, Art group) {
+             Artist artist(document);
+             artist.group({document.lastChild(group), artist.add(1, 1, 2, 2)});
+         },
+         {},
+         1},
+        {"one has a copy",
+         [](Document& document, Art group) {
+             document.duplicate(document.lastChild(group), Placement::inside, group);
+         },
+         {},
+         2},
+        {"the stamp holds a square more",
+         [](Document& document, Art group) {
+             Artist(document).add(55, 55, 2, 2, document.lastChild(document.lastChild(group)));
+         },
+         {"object 30; what is new in its place becomes content of the page"}},
+        {"one is repainted",
+         [](Document& document, Art group) {
+             const Art square = document.nextSibling(document.firstChild(group));
+             Artist(document).fill(document.lastChild(square), .5);
+         },
+         {"object 33; what is new in its place becomes content of the page"}},
+        {"all are gone, and a square is elsewhere",
+         [](Document& document, Art group) {
+             while (document.firstChild(group) != Art::null) {
+                 document.dispose(document.firstChild(group));
+             }
+             Artist(document).add(1, 1, 2, 2);
+         },
+         {},
+         1},
+    };
+    for (const Row& row : rows) {
+        openAnnotated();
+        kept_.clear();
+        Document& document = *document_;
+        const Layer front = document.firstLayer();
+        LayerProperties properties = document.layerProperties(front);
+        properties.role = LayerRole::page;
+        document.setLayerProperties(front, properties);
+        std::vector<Art> groups;
+        for (Art art = document.firstChild(layer()); art != Art::null;
+             art = document.nextSibling(art)) {
+            groups.push_back(art);
+        }
+        std::ranges::for_each(groups, [&](Art group) { unmark(group); });
+        row.edit(document, layer());
+        EXPECT_EQ(save() != 0, !row.kept.empty()) << row.name;
+        EXPECT_EQ(kept_, row.kept) << row.name;
+        if (row.kept.empty()) {
+            EXPECT_EQ(saved_.back().added, row.added) << row.name;
+            EXPECT_EQ(saved_.back().isNothing, row.added == 0) << row.name;
+        }
+    }
 }
 
 /// A further copy of an annotation is content of the page.

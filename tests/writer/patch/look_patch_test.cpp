@@ -21,7 +21,8 @@ protected:
                 "/Resources << /ExtGState << /H << /ca .5 /CA .25 >> /E << /ca .3 /CA .3 >> "
                 "/M << /BM /Multiply >> /F << /BM [/Odd /Screen] >> /O << /BM /Odd >> "
                 "/S << /SMask << /S /Luminosity /G 30 0 R /BC [.5] /TR 31 0 R >> >> "
-                "/A << /SMask << /S /Alpha /G 30 0 R >> >> /N << /SMask /None >> "
+                "/A << /SMask << /S /Alpha /G 30 0 R >> >> "
+                "/C << /SMask << /S /Alpha /G 43 0 R >> >> /N << /SMask /None >> "
                 "/R << /SMask << /S /Alpha /G 32 0 R >> >> >> "
                 "/Shading << /W 42 0 R >> /Pattern << /T 37 0 R >> /Font << /F 38 0 R >> "
                 "/XObject << /G 33 0 R /P 34 0 R /D 35 0 R /L 36 0 R /S 40 0 R /I 41 0 R >> >> " +
@@ -32,6 +33,8 @@ protected:
                 .stream(32, "/R gs 0 0 7 7 re f",
                         form + "/Resources << /ExtGState << /R << /SMask << /S /Alpha /G 32 0 R >> "
                                ">> >> >> /Group << /S /Transparency >>")
+                .stream(43, "q 0 0 20 20 re W n 0 0 50 50 re f Q",
+                        form + "/Group << /S /Transparency >>")
                 .stream(33, "0 0 9 9 re f /M gs 4 4 9 9 re f",
                         form + "/Group << /S /Transparency /I true /K true >>")
                 .stream(34, "0 0 9 9 re f", form)
@@ -248,6 +251,38 @@ TEST_F(LookPatchTest, WhatMasksHoldIsEdited) {
         ASSERT_EQ(save(), 0U);
         EXPECT_EQ(saved_.back().isNothing, row.isNothing);
     }
+}
+
+TEST_F(LookPatchTest, ClipsOfMasksCount) {
+    for (const bool isEdited : {false, true}) {
+        openLooks("/C gs 0 0 9 9 re f");
+        Artist edits = artist();
+        Art group = document_->mask(maskOf(edits.at(0))).content;
+        while (!document_->clipped(group)) {
+            group = document_->firstChild(group);
+        }
+        edits.move(document_->firstChild(group), isEdited ? 3 : 0, 0);
+        ASSERT_EQ(save(), 0U);
+        EXPECT_EQ(saved_.back().isNothing, !isEdited);
+    }
+}
+
+/// Readers ignore the opacity of a stroke with tiles.
+TEST_F(LookPatchTest, TilesOfAStrokeAreSeenThroughAsAGroup) {
+    openLooks("/H gs /Pattern CS /T SCN 4 w 20 20 30 30 re B");
+    document_->setAppearance(artist().at(0), {.fillOpacity = .5, .strokeOpacity = .75});
+    ASSERT_NO_FATAL_FAILURE(expectKept("[( f0.5)[ o0.75()]]"));
+    EXPECT_THAT(bytes(), HasSubstr("/ca 0.75"));
+}
+
+/// A mask of its own would count in place of one in the graphics state.
+TEST_F(LookPatchTest, AnImageIsMaskedAsAGroup) {
+    openLooks("9 0 0 9 0 0 cm /I Do");
+    const Art image = document_->firstChild(document_->layerArt(document_->firstLayer()));
+    const SoftMask mask = addMask(artist().add(10, 20, 30, 40), true);
+    document_->setAppearance(image, {.mask = mask});
+    ASSERT_NO_FATAL_FAILURE(expectKept("[ light()]"));
+    EXPECT_THAT(bytes(), HasSubstr("/Group << /S /Transparency"));
 }
 
 TEST_F(LookPatchTest, StatesThatLaterOnesReplaceAreNotSetAgain) {

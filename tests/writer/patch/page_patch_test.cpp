@@ -203,5 +203,42 @@ TEST_F(PagePatchTest, InheritedResourcesAndRotation) {
     }
 }
 
+/// What the artwork does not hold of an object's paint goes along with it.
+TEST_F(PagePatchTest, OverprintAndRenderingIntentsStayWithTheirObjects) {
+    const std::string content = "0 1 0 0 k 0 0 9 9 re f q /P gs /Saturation ri 1 0 0 0 k 20 0 9 9 "
+                                "re f Q 0 0 1 0 k 40 0 9 9 re f";
+    struct Row {
+        const char* name;
+        std::function<void(Artist&)> edit;
+        std::vector<std::string> wanted; ///< in this order
+        std::string object = "/P << /OP true /op true /OPM 1 >>";
+    };
+    const Row rows[] = {
+        {"repainted",
+         [](Artist& it) { it.fill(it.at(1), .5); },
+         {"q /P gs /Saturation ri 1 0 0 0 k", "q\n.5 g\n20 0 9 9 re", "Q 0 0 1 0 k"}},
+        {"raised",
+         [](Artist& it) { it.raise(it.at(1), it.at(2)); },
+         {"40 0 9 9 re f", "/P gs\n/Saturation ri\n1 0 0 0 k", "20 0 9 9 re"}},
+        {"another lies within them",
+         [](Artist& it) {
+             it.add(1, 1, 5, 5, it.at(1));
+             it.add(1, 1, 5, 5, it.at(0));
+         },
+         {"/Saturation ri 1 0 0 0 k\nq\n/GS1 gs", "20 0 9 9 re f Q 0 0 1 0 k"},
+         "/OP false /op false /RI /RelativeColorimetric"},
+    };
+    for (const Row& row : rows) {
+        openFile(PdfBuilder::onePage(content, "/Resources << /ExtGState << /P << /OP true /op true "
+                                              "/OPM 1 >> >> >>")
+                     .bytes());
+        Artist edits = artist();
+        row.edit(edits);
+        expectSaved();
+        expectInOrder(row.wanted);
+        EXPECT_NE(bytes().find(row.object, file_.size()), std::string::npos) << row.name;
+    }
+}
+
 } // namespace
 } // namespace corvane

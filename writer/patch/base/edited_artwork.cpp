@@ -19,10 +19,6 @@
 
 namespace corvane {
 
-namespace {
-
-/// What a group and the one object in it say together. Within the group the object blends with
-/// nothing.
 Appearance together(const Appearance& group, const Appearance& own) {
     if (group == Appearance()) {
         return own;
@@ -34,10 +30,13 @@ Appearance together(const Appearance& group, const Appearance& own) {
     return both;
 }
 
+namespace {
+
 class Lister {
 public:
-    Lister(EditedArtwork& page, const BaseContents& base, EditedForms& forms)
-        : base_(base), forms_(forms), page_(page), artwork_(&page) {}
+    Lister(EditedArtwork& page, const BaseContents& base, EditedForms& forms,
+           const std::unordered_set<Art>& others)
+        : base_(base), forms_(forms), others_(others), page_(page), artwork_(&page) {}
 
     void layer(Layer layer) {
         LayerInfo info;
@@ -75,6 +74,9 @@ public:
 
 private:
     void visit(Art art) {
+        if (others_.contains(art)) {
+            return;
+        }
         if (callHost(slot::checkUserAbort)) {
             failException(Exception::cancelled);
         }
@@ -286,6 +288,7 @@ private:
 
     const BaseContents& base_;
     EditedForms& forms_;
+    const std::unordered_set<Art>& others_;
     EditedArtwork& page_;
     EditedArtwork* artwork_;    // of the page, or of the innermost open form
     std::deque<OpenForm> open_; // from the outermost
@@ -299,10 +302,11 @@ private:
 
 } // namespace
 
-EditedArtwork listArtwork(const BaseContents& base, EditedForms& forms) {
+EditedArtwork listArtwork(const BaseContents& base, EditedForms& forms,
+                          const std::unordered_set<Art>& others) {
     EditedArtwork artwork;
     artwork.groups.push({});
-    Lister lister(artwork, base, forms);
+    Lister lister(artwork, base, forms, others);
     ChargedList<Layer> layers = listLayers();
     while (!layers.empty()) {
         lister.layer(layers.pop());

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <deque>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 namespace corvane {
@@ -68,12 +69,17 @@ struct EditedArtwork {
     EditedIndex wholeAround(const EditedObject& object) const { return groups[object.group].whole; }
 };
 
+/// What a group and the one object in it say together. Within the group the object blends with
+/// nothing.
+Appearance together(const Appearance& group, const Appearance& own);
+
 /// Forms that artwork holds, those within others in front of these.
 using EditedForms = std::deque<EditedForm>;
 
 /// Asks the host for all that is drawn on the page; layers that are left out are warned of. Groups
-/// that are forms of the base are put into `forms`. Art of a kind that cannot be written raises
-/// `type`.
-EditedArtwork listArtwork(const BaseContents& base, EditedForms& forms);
+/// that are forms of the base are put into `forms`. `others` is art that is no
+/// content of the page. Art of a kind that cannot be written raises `type`.
+EditedArtwork listArtwork(const BaseContents& base, EditedForms& forms,
+                          const std::unordered_set<Art>& others = {});
 
 } // namespace corvane

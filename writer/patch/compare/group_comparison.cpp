@@ -5,6 +5,7 @@
 #include "runtime/callbacks.h"
 #include "writer/art/art_stack.h"
 #include "writer/art/drawn_looks.h"
+#include "writer/patch/base/edited_artwork.h"
 #include "writer/patch/compare/movement.h"
 #include "writer/patch/text/text_run.h"
 #include "writer/patch/works/placed_image.h"
@@ -31,18 +32,34 @@ bool isNear(const RealMatrix& a, const RealMatrix& b) {
     });
 }
 
-/// A piece of art in a group, or a group that clips what it holds or lays it over other art.
-struct SeenPart {
-    Art art = Art::null;
-    ArtKind kind = ArtKind::path;
-    bool isClip = false; ///< of the group around it
-    bool isClipped = false;
-    std::size_t depth = 0;      ///< in groups of the list
-    Appearance appearance = {}; ///< where the host holds any
-};
+} // namespace
 
-/// The group itself and what it holds, from the back to the front; a group comes in front of what
-/// is in it. Compound paths are whole.
+namespace {
+
+/// Markup has the look of a group on the one thing in it, or the other way round.
+ChargedList<SeenPart> withoutLoneGroups(const ChargedList<SeenPart>& parts) {
+    ChargedList<SeenPart> folded;
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        SeenPart part = parts[i];
+        const bool isLone = part.kind == ArtKind::group && !part.isClipped &&
+                            i + 1 < parts.size() && parts[i + 1].depth == part.depth + 1 &&
+                            parts[i + 1].kind != ArtKind::group &&
+                            (i + 2 == parts.size() || parts[i + 2].depth <= part.depth) &&
+                            (part.appearance.mask == SoftMask::null ||
+                             parts[i + 1].appearance.mask == SoftMask::null);
+        if (isLone) {
+            const Appearance around = part.appearance;
+            part = parts[++i];
+            --part.depth;
+            part.appearance = together(around, part.appearance);
+        }
+        folded.push(part);
+    }
+    return folded;
+}
+
+} // namespace
+
 ChargedList<SeenPart> seenIn(Art group) {
     ChargedList<SeenPart> parts;
     struct Open {
@@ -78,8 +95,10 @@ ChargedList<SeenPart> seenIn(Art group) {
         }
         parts.push(part);
     }
-    return parts;
+    return withoutLoneGroups(parts);
 }
+
+namespace {
 
 /// But for what masks hold, which is art of their own.
 bool isLaidAlike(const Appearance& was, const Appearance& is) {
@@ -90,6 +109,7 @@ bool isLaidAlike(const Appearance& was, const Appearance& is) {
 
 bool isSamePath(Art was, Art is, const RealMatrix& movement, PaintComparison& paints) {
     ArtDifference difference = compareArt(was, is, paints);
+    difference.look = {}; // the part has it, with that of a group that is one with it
     if (movement == RealMatrix()) {
         return !difference.any();
     }
@@ -98,8 +118,10 @@ bool isSamePath(Art was, Art is, const RealMatrix& movement, PaintComparison& pa
     return !difference.any() && found && isNear(*found, movement);
 }
 
-bool isSame(const SeenPart& was, const SeenPart& is, const RealMatrix& movement,
-            PaintComparison& paints) {
+} // namespace
+
+bool isSamePart(const SeenPart& was, const SeenPart& is, PaintComparison& paints,
+                const RealMatrix& movement) {
     if (was.kind != is.kind || was.isClip != is.isClip || was.isClipped != is.isClipped ||
         was.depth != is.depth || !isLaidAlike(was.appearance, is.appearance)) {
         return false;
@@ -122,14 +144,12 @@ bool isSame(const SeenPart& was, const SeenPart& is, const RealMatrix& movement,
     }
 }
 
-} // namespace
-
 bool isSameGroup(Art was, Art is, PaintComparison& paints, const RealMatrix& movement) {
     const ChargedList<SeenPart> former = seenIn(was);
     const ChargedList<SeenPart> parts = seenIn(is);
     return std::ranges::equal(
         former.items(), parts.items(),
-        [&](const SeenPart& a, const SeenPart& b) { return isSame(a, b, movement, paints); });
+        [&](const SeenPart& a, const SeenPart& b) { return isSamePart(a, b, paints, movement); });
 }
 
 } // namespace corvane

@@ -4,43 +4,19 @@
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
 #include "runtime/extension.h"
-#include "writer/art/art_stack.h"
 #include "writer/art/layers.h"
 #include "writer/art/outline.h"
+#include "writer/patch/art_extent.h"
 #include "writer/patch/compare/group_comparison.h"
 #include "writer/patch/compare/group_parts.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
-#include <unordered_map>
 
 namespace corvane {
 
 namespace {
-
-/// By the object of the annotation; those without one by their content, below 0.
-using Annotations = std::unordered_map<std::int64_t, Art>;
-
-std::int64_t keyOf(const FormFacts& form) {
-    return form.object != 0 ? form.object : -std::int64_t{form.content};
-}
-
-Annotations annotationsIn(Art root) {
-    Annotations annotations;
-    ArtStack pending;
-    pending.push(root);
-    for (ArtStep step; pending.next(step);) {
-        if (step.what != ArtStep::What::art || artKind(step.art) != ArtKind::group) {
-            continue;
-        }
-        if (const FormFacts form = formOf(step.art); form.content != 0) {
-            annotations.emplace(keyOf(form), step.art);
-        } else {
-            pending.enter(firstChild(step.art), ArtStep::What::end);
-        }
-    }
-    return annotations;
-}
 
 /// Such as a link: where it lies is no picture that a person edits.
 bool isUnseen(Art group) {
@@ -60,30 +36,78 @@ std::string nameOf(const FormFacts& form) {
                             : "content " + std::to_string(form.content);
 }
 
+/// How far what is seen of an annotation reaches.
+ArtExtent extentOfAnnotation(Art group) {
+    ArtExtent extent;
+    const ChargedList<SeenPart> parts = seenIn(group);
+    for (const SeenPart& part : parts.items()) {
+        if (part.isClip && !isTextClip(part.art)) {
+            return extentOf(part.art);
+        }
+        if (part.kind != ArtKind::group) {
+            extent.add(extentOf(part.art));
+        }
+    }
+    return extent;
+}
+
+/// Whether something lies there that the page did not have.
+bool isNewWithin(const ArtExtent& extent, const EditedArtwork& artwork, const Matching& matching) {
+    for (EditedIndex i = 0; i < artwork.objects.size(); ++i) {
+        if (matching.objects[i].source == noSource &&
+            extentOf(artwork.objects[i].art).meets(extent)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+class Refusal {
+public:
+    void add(const std::string& name) {
+        isAny_ = true;
+        if (extension_ && extension_->annotationKept != nullptr) {
+            extension_->annotationKept(extension_->context, name);
+        }
+    }
+    void raise() const {
+        if (isAny_ && !(extension_ && extension_->overwrites)) {
+            failException(Exception::annotationChanged);
+        }
+    }
+
+private:
+    const std::optional<HostExtension> extension_ = knownExtension();
+    bool isAny_ = false;
+};
+
 } // namespace
 
-void refuseChangedAnnotations(const BaseReading& base, const EditedArtwork& artwork) {
-    if (base.annotations == Art::null || artwork.annotations.empty()) {
+void refuseChangedAnnotations(const BaseReading& base, const EditedArtwork& artwork,
+                              const Matching& matching, const UnmarkedAnnotations& unmarked) {
+    if (base.annotations == Art::null) {
         return;
     }
     const Annotations known = annotationsIn(base.annotations);
-    const auto extension = knownExtension();
-    bool isRefused = false;
+    Refusal refusal;
     for (const Art art : artwork.annotations.items()) {
         const FormFacts form = formOf(art);
-        const auto was = known.find(keyOf(form));
-        if (was == known.end() || isUnseen(was->second) ||
-            isSameGroup(was->second, art, base.paints)) {
-            continue;
-        }
-        isRefused = true;
-        if (extension && extension->annotationKept != nullptr) {
-            extension->annotationKept(extension->context, nameOf(form));
+        const auto was = known.find(annotationKey(form));
+        if (was != known.end() && !unmarked.keys.contains(was->first) && !isUnseen(was->second) &&
+            !isSameGroup(was->second, art, base.paints)) {
+            refusal.add(nameOf(form));
         }
     }
-    if (isRefused && !(extension && extension->overwrites)) {
-        failException(Exception::annotationChanged);
+    if (artwork.annotations.empty()) {
+        for (const auto& [key, group] : known) {
+            if (!unmarked.keys.contains(key) && !isUnseen(group) &&
+                isNewWithin(extentOfAnnotation(group), artwork, matching)) {
+                refusal.add(nameOf(formOf(group)) +
+                            "; what is new in its place becomes content of the page");
+            }
+        }
     }
+    refusal.raise();
 }
 
 } // namespace corvane

@@ -8,6 +8,7 @@ namespace corvane {
 
 /// As `readSvg` of `app/svg/reader.h`.
 SvgReading readSvg(std::string text, Document& document, const ReadingBudget& budget,
-                   const ReadingPause& pause = {}, const ImageFolders* files = nullptr);
+                   const ReadingPause& pause = {}, const ImageFolders* files = nullptr,
+                   const OpenedPage* opened = nullptr);
 
 } // namespace corvane

@@ -71,6 +71,7 @@ TEST_F(Edit, TheFolderIsPrivateAndTheFileIsNamedAfterThePage) {
     EXPECT_EQ(bytes("mode"), "700\n");
     EXPECT_TRUE(bytes("name").starts_with(temporary() + "/corvane-edit-")) << bytes("name");
     EXPECT_TRUE(bytes("name").ends_with("/in-page1.svg\n")) << bytes("name");
+    folder_.add("in.pdf", pdf_);
     auto secret = editing(folder_.path() / "editor");
     secret.environment.emplace_back("CORVANE_PASSWORD", "secret");
     EXPECT_EQ(test::run(secret).status, 0);
@@ -133,6 +134,7 @@ TEST_F(Edit, APersonAtTheTerminalMayTakeALoss) {
         auto asking = editing(script("editor", row.body));
         asking.onTerminal = true;
         asking.input = row.answers;
+        asking.inputOn = "(y/N)";
         const auto outcome = test::run(asking);
         EXPECT_EQ(outcome.status, row.status) << row.body << outcome.errors;
         EXPECT_TRUE(holds(outcome.errors, "(y/N)")) << outcome.errors;
@@ -152,6 +154,7 @@ TEST_F(Edit, AnAnswerForTheFileIsNoneForThePage) {
                       "recolour ff0000 00ff00"));
     asking.onTerminal = true;
     asking.input = "y\n";
+    asking.inputOn = "(y/N)";
     const auto outcome = test::run(asking);
     EXPECT_EQ(outcome.status, 1) << outcome.errors;
     EXPECT_TRUE(holds(outcome.errors, "error 29: ")) << outcome.errors;
@@ -159,14 +162,31 @@ TEST_F(Edit, AnAnswerForTheFileIsNoneForThePage) {
     EXPECT_TRUE(holds(artwork("in.pdf", 1), "#00ffff"));
 }
 
+TEST_F(Edit, WhatWasTypedBeforeAQuestionAnswersNothing) {
+    auto asking = editing(script("editor", "grep -v '<path' \"$art\" > less; cat less > \"$art\""));
+    asking.onTerminal = true;
+    asking.input = "y\n";
+    asking.interruptOn = "(y/N)";
+    const auto outcome = test::run(asking);
+    EXPECT_EQ(outcome.status, 1) << outcome.errors;
+    EXPECT_TRUE(holds(outcome.errors, "error 30: ")) << outcome.errors;
+    EXPECT_EQ(bytes("in.pdf"), pdf_);
+}
+
+/// Programs that only pass the artwork on may touch it.
 TEST_F(Edit, AnEditorThatReturnsAtOnceIsWaitedFor) {
-    auto handing = editing(script("editor", "(sleep 0.7; recolour ff0000 00ff00) &"));
-    handing.interruptOn = "take it off with";
-    const auto outcome = test::run(handing);
-    EXPECT_EQ(outcome.status, 0) << outcome.errors;
-    EXPECT_TRUE(holds(outcome.errors, "returned at once")) << outcome.errors;
-    EXPECT_TRUE(holds(artwork("in.pdf", 1), "#00ff00"));
-    EXPECT_EQ(left().size(), 1U) << "the running editor still has the file open";
+    for (const std::string touch : {"", "cp \"$art\" same; cat same > \"$art\"; sleep 0.5; "}) {
+        folder_.add("in.pdf", pdf_);
+        auto handing = editing(script("editor", touch + "(sleep 0.7; recolour ff0000 00ff00) &"));
+        handing.interruptOn = "take it off with";
+        const auto outcome = test::run(handing);
+        EXPECT_EQ(outcome.status, 0) << touch << outcome.errors;
+        EXPECT_TRUE(holds(outcome.errors, "returned at once")) << touch << outcome.errors;
+        EXPECT_TRUE(holds(artwork("in.pdf", 1), "#00ff00")) << touch;
+        EXPECT_EQ(left().size(), 1U) << "the running editor still has the file open";
+        fs::remove_all(temporary());
+        fs::create_directory(temporary());
+    }
 }
 
 TEST_F(Edit, CtrlCEndsTheWaitAndNotTheEditor) {
@@ -222,11 +242,44 @@ TEST_F(Edit, AFileThatTakesNoSaveIsNotOpened) {
     EXPECT_TRUE(left().empty());
 }
 
+/// Of the page all that is written below the root is left: ids, or not even these; the page is not
+/// as it was read without the root's marks.
 TEST_F(Edit, AnEditorThatDropsOurMarksStillSavesAPatch) {
-    const auto outcome = edit("sed -E 's/ data-[a-z-]+=\"[^\"]*\"//g; s/ff0000/00ff00/' \"$art\" > "
-                              "bare; cat bare > \"$art\"");
-    EXPECT_EQ(outcome.status, 0) << outcome.errors;
-    EXPECT_TRUE(holds(outcome.errors, "page 1: 1 object added, 1 removed")) << outcome.errors;
+    const std::string page =
+        test::PdfBuilder::onePage("1 0 0 rg 10 10 50 50 re f 0 0 1 rg 100 40 50 50 re f",
+                                  "/CropBox [5 8 190 170] /UserUnit 2 /Annots [20 0 R]")
+            .object(20, "<< /Type /Annot /Subtype /Square /Rect [60 20 90 50] "
+                        "/C [1 0 0] /IC [0 1 1] /CA .5 >>")
+            .bytes();
+    struct Row {
+        const char* what;
+        const char* drop;
+        const char* wanted;
+        int status;
+    };
+    const std::string marks = R"(s/ data-[a-z-]+="[^"]*"//g; )";
+    const std::string ids = R"(s/ id="[^"]*"//g; )";
+    const std::string names = R"(s/ (inkscape|sodipodi):[a-z]+="[^"]*"//g; )";
+    for (const auto& [what, drop, wanted, status] :
+         {Row{"marks", "", "page 1: 1 object changed", 0},
+          Row{"names", names.c_str(), "page 1: 1 object changed", 0},
+          Row{"ids", ids.c_str(), "page 1: 1 object added, 1 removed", 0},
+          Row{"the annotation is another one", "s/00ffff/ffff00/; ", "error 34: 1 annotation",
+              1}}) {
+        folder_.add("in.pdf", page);
+        const auto outcome = edit("sed -E '" + marks + drop +
+                                  "s/0000ff/00ff00/' \"$art\" > bare; "
+                                  "cat bare > \"$art\"");
+        EXPECT_EQ(outcome.status, status) << what << outcome.errors;
+        EXPECT_TRUE(holds(outcome.errors, wanted)) << what << outcome.errors;
+        fs::remove_all(temporary());
+        fs::create_directory(temporary());
+        if (status == 0) {
+            const std::string opened = drawing(artwork("in.pdf", 1));
+            EXPECT_TRUE(holds(opened, "d=\"M95 130H145V80H95Z\"")) << what << opened;
+            EXPECT_EQ(opened.find("#00ffff"), opened.rfind("#00ffff")) << what << opened;
+        }
+    }
 }
 
 TEST_F(Edit, APasswordIsReadOnce) {

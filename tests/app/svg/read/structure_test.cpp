@@ -339,7 +339,8 @@ TEST(ReadStructure, FormsAndLayersOfTheFile) {
         " data-layer-name=\"A&amp;B\" data-layer-state=\"hidden locked\""
         " xmlns:sodipodi=\"http://sodipodi.sourceforge.net/DTD/sodipodi-0.dtd\""
         " sodipodi:insensitive=\"true\" display=\"none\"><path id=\"p1\" d=\"M0 10H10V0H0Z\"/>"
-        "<g id=\"g2\" inkscape:label=\"C\" data-layer=\"8\" data-layer-name=\"C\">"
+        "<g id=\"g2\" inkscape:groupmode=\"layer\" inkscape:label=\"C\" data-layer=\"8\" "
+        "data-layer-name=\"C\">"
         "<path id=\"p2\" d=\"M0 10H10V0H0Z\"/></g></g>",
     };
     for (const std::string row : rows) {
@@ -360,22 +361,23 @@ TEST(ReadStructure, FormsAndLayersOfTheFile) {
 /// The art of an annotation that was deleted is an empty group.
 TEST(ReadStructure, AnnotationsAreALayer) {
     const std::string drawn = "<g data-form='15 4'><path d='M0 0H10V10Z'/></g>";
-    const auto read = [](const std::string& layer) {
+    const auto read = [](const std::string& layer, const std::string& mode) {
         return ReadArt("<svg xmlns='http://www.w3.org/2000/svg' width='300pt' height='200pt'"
-                       " data-producer='corvane'><g inkscape:groupmode='layer'/>"
-                       "<g inkscape:groupmode='layer' " +
-                       layer + "</g></svg>");
+                       " data-producer='corvane'><g inkscape:groupmode='layer'/><g " +
+                       mode + layer + "</g></svg>");
     };
     struct Row {
         std::string layer;
         int groups;
         int empty;
+        std::string mode = "inkscape:groupmode='layer' "; ///< plain SVG has none
     };
     for (const Row& row : {Row{"data-annotations='15 4 16 5'>" + drawn, 2, 1},
                            Row{"id='annotations'>" + drawn, 1, 0},
                            Row{"data-annotations='15 4 x'><g>" + drawn + "</g>", 1, 0},
-                           Row{"data-annotations='15 4'>", 1, 1}}) {
-        const ReadArt art = read(row.layer);
+                           Row{"data-annotations='15 4'>", 1, 1},
+                           Row{"data-annotations='15 4'>" + drawn, 1, 0, ""}}) {
+        const ReadArt art = read(row.layer, row.mode);
         const Document& document = art.document;
         const Layer layer = document.firstLayer();
         EXPECT_EQ(document.layerProperties(layer).role, LayerRole::annotations) << row.layer;

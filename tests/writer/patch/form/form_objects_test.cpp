@@ -107,6 +107,44 @@ TEST_F(FormObjectsTest, WhatFormsHoldCountsWhereMuchIsMissing) {
     EXPECT_EQ(missing_[0].whole, 4);
 }
 
+TEST_F(FormObjectsTest, WhatCameOutOfAFormIsNotMissing) {
+    struct Row {
+        const char* name;
+        std::string content; ///< of the form
+        std::function<void(FormArtist&)> edit;
+        std::int32_t missing;
+    };
+    const Row rows[] = {
+        {"it is dissolved", squares, [](FormArtist& it) { it.ungroup(it.forms[0]); }, 0},
+        {"so is one in it", squares + "/B Do",
+         [](FormArtist& it) {
+             it.ungroup(it.forms[0]);
+             it.ungroup(it.forms[1]);
+         },
+         0},
+        {"one stays in another", squares + "/B Do", [](FormArtist& it) { it.ungroup(it.forms[0]); },
+         0},
+        {"a part goes", squares + squares,
+         [](FormArtist& it) {
+             it.ungroup(it.forms[0]);
+             for (const std::size_t gone : {0U, 1U, 2U}) {
+                 it.remove(it.at(gone));
+             }
+         },
+         3},
+        {"it paints what no art shows", squares + "9 0 0 9 0 0 cm /None Do /Odd Do",
+         [](FormArtist& it) { it.ungroup(it.forms[0]); }, 2},
+    };
+    for (const Row& row : rows) {
+        missing_.clear();
+        openFile(file("/A Do 0 0 5 5 re f", row.content, "0 0 7 7 re f 1 1 7 7 re f").bytes());
+        FormArtist edited = formArtist();
+        row.edit(edited);
+        EXPECT_EQ(save() != 0, row.missing != 0) << row.name;
+        EXPECT_EQ(missing_.empty() ? 0 : missing_[0].missing, row.missing) << row.name;
+    }
+}
+
 /// A pattern that was set around a form lies on the page, and not in the form's space.
 TEST_F(FormObjectsTest, APatternThatItInheritsMovesAlong) {
     openFile(withResources(PdfBuilder::onePage("/Pattern cs /P scn /A Do /B Do",
