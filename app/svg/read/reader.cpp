@@ -85,8 +85,7 @@ SvgReading readSvg(std::string text, Document& document, const ReadingPause& pau
 }
 
 SvgReading readSvg(std::string text, Document& document, const ReadingBudget& budget,
-                   const ReadingPause& pause, const ImageFolders* files,
-                   const OpenedPage* opened) {
+                   const ReadingPause& pause, const ImageFolders* files, const OpenedPage* opened) {
     if (text.size() > budget.textSize) {
         throw SvgError("the file is too large");
     }
