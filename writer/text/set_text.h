@@ -37,7 +37,7 @@ public:
     /// have those names. `back` leads from the artboard to the space in force. Raises `unpatchable`
     /// where no font shows a letter.
     void write(Walk& walk, Index run, const TextRun& letters, const RealMatrix& back,
-               FontNames& names);
+               FontResourceNames& names);
 
     /// Raises `unpatchable` where no font shows a letter of the run.
     void refuse(Index run) const;
