@@ -132,7 +132,7 @@ std::shared_ptr<const ByteOrigin> memoryOrigin(std::vector<std::byte> bytes) {
     return std::make_shared<MemoryOrigin>(std::move(bytes));
 }
 
-std::size_t ByteStream::read(std::span<std::byte> into) {
+std::size_t SourceStream::read(std::span<std::byte> into) {
     const std::size_t count = source_.readAt(offset_, into);
     offset_ += count;
     if (wanted_) {
@@ -141,7 +141,7 @@ std::size_t ByteStream::read(std::span<std::byte> into) {
     return count;
 }
 
-void ByteStream::finish() {
+void SourceStream::finish() {
     if (!wanted_) {
         return;
     }

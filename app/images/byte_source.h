@@ -45,10 +45,10 @@ std::shared_ptr<const ByteOrigin> resolvedFileOrigin(std::string path);
 std::shared_ptr<const ByteOrigin> memoryOrigin(std::vector<std::byte> bytes);
 
 /// Bytes from the first on, in order.
-class ByteStream {
+class SourceStream {
 public:
     /// `digest`: that the whole must have.
-    explicit ByteStream(const ByteSource& source, std::optional<std::uint64_t> digest = {})
+    explicit SourceStream(const ByteSource& source, std::optional<std::uint64_t> digest = {})
         : source_(source), wanted_(digest) {}
 
     /// As many as there is room for; fewer at the end.

@@ -69,7 +69,7 @@ public:
 
 private:
     std::unique_ptr<ByteSource> file_;
-    ByteStream stream_;
+    SourceStream stream_;
 };
 
 std::unique_ptr<ImageSource> openJpeg(std::unique_ptr<ByteSource> file, const ImageFacts& known,

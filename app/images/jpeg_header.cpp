@@ -12,7 +12,7 @@ namespace {
 }
 
 JpegLead leadOf(const ByteSource& file) {
-    ByteStream stream(file);
+    SourceStream stream(file);
     return readJpegLead([&](std::span<std::byte> block) { return stream.read(block); },
                         image_budget::jpegLead);
 }

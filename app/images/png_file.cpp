@@ -29,7 +29,7 @@ namespace {
 /// A file in the library's hands, up to its samples.
 class Decoder {
 public:
-    explicit Decoder(ByteStream& file) : file_(file), context_(spng_ctx_new(0), spng_ctx_free) {
+    explicit Decoder(SourceStream& file) : file_(file), context_(spng_ctx_new(0), spng_ctx_free) {
         if (context_ == nullptr) {
             throw std::bad_alloc();
         }
@@ -91,7 +91,7 @@ private:
         return true;
     }
 
-    ByteStream& file_;
+    SourceStream& file_;
     std::unique_ptr<spng_ctx, void (*)(spng_ctx*)> context_;
     std::exception_ptr failure_;
     spng_ihdr header_{};
@@ -288,7 +288,7 @@ private:
     }
 
     std::unique_ptr<ByteSource> file_;
-    ByteStream stream_;
+    SourceStream stream_;
     Decoder decoder_;
     RowForm form_;
     std::uint32_t rowsLeft_;
@@ -301,7 +301,7 @@ private:
 } // namespace
 
 ReadFacts readPngFacts(const ByteSource& file) {
-    ByteStream stream(file);
+    SourceStream stream(file);
     return readFacts(Decoder(stream));
 }
 

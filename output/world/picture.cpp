@@ -33,16 +33,16 @@ void putShort(std::span<std::byte> bytes, std::size_t at, std::int32_t value) {
 
 } // namespace
 
-std::optional<Picture> readPicture(std::span<const std::byte> bytes) {
+std::optional<PreviewPicture> readPicture(std::span<const std::byte> bytes) {
     if (bytes.size() < pixelsAt || !std::ranges::equal(bytes.first(mark.size()), mark)) {
         return std::nullopt;
     }
-    Picture picture{.frame = {.left = shortAt(bytes, frameAt + 2),
-                              .top = shortAt(bytes, frameAt),
-                              .right = shortAt(bytes, frameAt + 6),
-                              .bottom = shortAt(bytes, frameAt + 4)},
-                    .colours = bytes.subspan(coloursAt, colourBytes),
-                    .pixels = bytes.subspan(pixelsAt)};
+    PreviewPicture picture{.frame = {.left = shortAt(bytes, frameAt + 2),
+                                     .top = shortAt(bytes, frameAt),
+                                     .right = shortAt(bytes, frameAt + 6),
+                                     .bottom = shortAt(bytes, frameAt + 4)},
+                           .colours = bytes.subspan(coloursAt, colourBytes),
+                           .pixels = bytes.subspan(pixelsAt)};
     const bool isWhole =
         !picture.frame.isEmpty() && static_cast<std::uint64_t>(picture.frame.width()) *
                                             static_cast<std::uint64_t>(picture.frame.height()) ==
@@ -71,7 +71,7 @@ Handle makePicture(const World& world) {
     return handle;
 }
 
-void pictureWorld(const Picture& picture, const PixelFrame& frame, World* world) {
+void pictureWorld(const PreviewPicture& picture, const PixelFrame& frame, World* world) {
     if (world == nullptr || frame.isEmpty()) {
         return;
     }

@@ -14,7 +14,7 @@
 
 namespace corvane {
 
-struct Picture {
+struct PreviewPicture {
     PixelFrame frame;
     std::span<const std::byte> colours;
     std::span<const std::byte> pixels;
@@ -22,13 +22,13 @@ struct Picture {
 
 /// None where the bytes are no picture: of another form, without area, or of another size than the
 /// frame says.
-std::optional<Picture> readPicture(std::span<const std::byte> bytes);
+std::optional<PreviewPicture> readPicture(std::span<const std::byte> bytes);
 
 /// A picture of a world of 8 bits, whose frame it has. Null where the zone is full.
 Handle makePicture(const World& world);
 
 /// Draws the picture into `frame`, a part of the world.
-void pictureWorld(const Picture& picture, const PixelFrame& frame, World* world);
+void pictureWorld(const PreviewPicture& picture, const PixelFrame& frame, World* world);
 
 /// Stores the preview of the file whose resource fork is open: the image over what the mask leaves
 /// of a white world of that depth. Nothing where there is no such world.

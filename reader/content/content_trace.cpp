@@ -145,7 +145,7 @@ void ContentTrace::addTextPlace(const Interpreter& interpreter) {
         return;
     }
     const TextObject& text = interpreter.level.text;
-    TextPlace place = textPlaces_[behind_.text];
+    TextObjectPlace place = textPlaces_[behind_.text];
     place.line = text.lineMatrix;
     const std::optional<RealMatrix> back = inverse(text.lineMatrix);
     const RealPoint way = back ? transform(*back, {text.matrix.tx, text.matrix.ty}) : RealPoint();

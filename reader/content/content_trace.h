@@ -55,7 +55,7 @@ struct TraceEvent {
 };
 
 /// Where a text object has come to. 1: it has just begun.
-struct TextPlace {
+struct TextObjectPlace {
     TraceIndex begin = 0;    ///< the event of its BT
     RealMatrix line = {};    ///< where its line begins
     double along = 0;        ///< how far what was shown goes from there, in text space
@@ -76,7 +76,7 @@ struct TextSetting {
     std::int32_t mode = 0;
     TraceIndex font = 0; ///< as `Surroundings::font`
     double advance = 0;  ///< of all that it shows, in text space
-    double unit = 0;     ///< as in `TextPlace`
+    double unit = 0;     ///< as in `TextObjectPlace`
     bool isVertical = false;
 };
 
@@ -147,7 +147,7 @@ public:
     std::span<const PaintedArt> painted() const { return painted_.items(); }
     /// How many of what was painted, from the one of that number on, one operator painted.
     std::uint32_t countParts(std::uint32_t painted) const;
-    const TextPlace& textPlace(TraceIndex index) const { return textPlaces_.items()[index]; }
+    const TextObjectPlace& textPlace(TraceIndex index) const { return textPlaces_.items()[index]; }
     const TextSetting& textSetting(TraceIndex index) const { return textSettings_.items()[index]; }
     const ShownPart& textPart(TraceIndex index) const { return textParts_.items()[index]; }
     const ClipLink& clip(TraceIndex link) const { return clips_.items()[link]; }
@@ -194,7 +194,7 @@ private:
 
     ChargedList<TraceEvent> events_;
     ChargedList<PaintedArt> painted_;
-    ChargedList<TextPlace> textPlaces_;
+    ChargedList<TextObjectPlace> textPlaces_;
     ChargedList<TextSetting> textSettings_;
     ChargedList<ShownPart> textParts_;
     ChargedList<ClipLink> clips_;

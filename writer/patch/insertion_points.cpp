@@ -76,7 +76,7 @@ TraceIndex InsertionPoints::sharedClip(TraceIndex clip) const {
 
 /// Whether the text object can end here and go on in another one.
 bool InsertionPoints::canResume(const Surroundings& here) const {
-    const TextPlace& place = trace_.textPlace(here.text);
+    const TextObjectPlace& place = trace_.textPlace(here.text);
     return !place.addsToClip && trace_.events()[place.begin].behind.mark == here.mark &&
            (place.along == 0 || place.unit != 0) && place.across == 0 &&
            inverse(place.line).has_value();

@@ -93,7 +93,7 @@ struct PatchTools {
     DrawnGroups groups;
     DrawnLooks looks;
     LayerMarks marks;
-    FontNames fontNames;
+    FontResourceNames fontNames;
     ShownOperators shown{bytes, trace};
     TextSink sink;
     Walk walk;

@@ -33,7 +33,7 @@ private:
     void clipWithLine(Walk& walk, Art text);
     void addMask(SoftMask mask, ArtStack& pending);
 
-    FontNames names_;
+    FontResourceNames names_;
     SetText setText_{nullptr};
     std::map<Art, SetText::Index> first_;
     std::set<SoftMask> masks_; ///< that were looked at

@@ -4,7 +4,7 @@
 
 namespace corvane {
 
-std::string_view FontNames::of(const PageFont& font) {
+std::string_view FontResourceNames::of(const PageFont& font) {
     if (const std::string_view name = ofPage_->nameOf(*cache_, *names_, font); !name.empty()) {
         return name;
     }

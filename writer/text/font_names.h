@@ -10,13 +10,13 @@
 
 namespace corvane {
 
-class FontNames {
+class FontResourceNames {
 public:
     /// Of a content without fonts of the page.
-    explicit FontNames(ResourceRegistry& resources) : resources_(resources) {}
+    explicit FontResourceNames(ResourceRegistry& resources) : resources_(resources) {}
     /// Of a content that looks up names in `names`.
-    FontNames(DocumentCache& cache, const PageFonts& ofPage, const Object& names,
-              ResourceRegistry& resources)
+    FontResourceNames(DocumentCache& cache, const PageFonts& ofPage, const Object& names,
+                      ResourceRegistry& resources)
         : resources_(resources), cache_(&cache), ofPage_(&ofPage), names_(&names) {}
 
     /// The name of a font of the page, which becomes a resource of the content where it is one of

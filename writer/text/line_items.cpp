@@ -84,8 +84,8 @@ private:
         return std::ranges::none_of(text, needsShaping) && encodeText(font, text);
     }
     /// Letters that are set apart, or moved, are not of one glyph.
-    std::vector<LetterPlace> placesOf(std::size_t from, std::size_t to) const {
-        std::vector<LetterPlace> places;
+    std::vector<LetterFacts> placesOf(std::size_t from, std::size_t to) const {
+        std::vector<LetterFacts> places;
         for (std::size_t i = from; i < to; ++i) {
             const bool isApart = letters_[i].shift != 0 || letters_[i].turn != 0 ||
                                  runs_[letters_[i].run].run.spacing != 0;

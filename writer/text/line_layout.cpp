@@ -178,7 +178,7 @@ private:
         decoratedTo_ = pen_;
     }
 
-    static PlacedGlyph placedGlyph(LineGlyph& glyph, double x) {
+    static StretchGlyph placedGlyph(LineGlyph& glyph, double x) {
         return {.codes = std::move(glyph.codes),
                 .noted = glyph.noted,
                 .x = x + glyph.x,
@@ -202,7 +202,7 @@ private:
             const double half = glyph.way * size * stretch_ / 2;
             const double middle = realFromFixed(line_.pathStart) + (pen_ + half) * scale;
             if (const std::optional<RealMatrix> place = path_->at(middle)) {
-                PlacedGlyph placed = placedGlyph(glyph, 0);
+                StretchGlyph placed = placedGlyph(glyph, 0);
                 placed.x = 0;
                 const double back = -half + glyph.x * size * stretch_;
                 run.stretches.push_back({.pageFont = item.pageFont,
@@ -219,7 +219,7 @@ private:
     std::vector<LineItem> items_;
     std::vector<PlacedRun> placed_;
     RealMatrix matrix_;
-    std::optional<TextPath> path_;
+    std::optional<MeasuredPath> path_;
     double length_ = 0;       // of the line as its fonts have it
     std::size_t letters_ = 0; // that spacing may stand behind
     double stretch_ = 1;      // of letters

@@ -10,7 +10,7 @@
 namespace corvane {
 
 /// A glyph of a stretch: its place is in ems from where the stretch begins.
-struct PlacedGlyph {
+struct StretchGlyph {
     std::string codes;              ///< of a font of the page
     std::uint32_t noted = notNoted; ///< of a font of the machine
     double x = 0;
@@ -24,7 +24,7 @@ struct PlacedStretch {
     PageFont* pageFont = nullptr; ///< or:
     NewFont* added = nullptr;
     RealMatrix frame; ///< from its space, in which the run's size is its size, to the artboard
-    std::vector<PlacedGlyph> glyphs;
+    std::vector<StretchGlyph> glyphs;
 };
 
 /// A stretch of the line that lines go along: `frame` leads from the line's space, where it begins

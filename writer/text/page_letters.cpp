@@ -37,7 +37,7 @@ std::optional<EncodedLetters> asGlyph(PageFont& font, std::u32string_view text, 
 
 class Encoder {
 public:
-    Encoder(PageFont& font, std::u32string_view text, std::span<const LetterPlace> places)
+    Encoder(PageFont& font, std::u32string_view text, std::span<const LetterFacts> places)
         : font_(font), text_(text), places_(places) {}
 
     /// False where the font lacks a letter.
@@ -89,14 +89,14 @@ private:
 
     PageFont& font_;
     std::u32string_view text_;
-    std::span<const LetterPlace> places_;
+    std::span<const LetterFacts> places_;
     std::size_t at_ = 0;
 };
 
 } // namespace
 
 std::optional<std::vector<EncodedLetters>> encodeText(PageFont& font, std::u32string_view text,
-                                                      std::span<const LetterPlace> places) {
+                                                      std::span<const LetterFacts> places) {
     Encoder encoder(font, text, places);
     while (!encoder.isDone()) {
         if (!encoder.takeLetters()) {

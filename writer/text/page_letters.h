@@ -21,7 +21,7 @@ struct EncodedLetters {
 };
 
 /// What is known of a letter beside its character.
-struct LetterPlace {
+struct LetterFacts {
     std::int32_t face = 0; ///< of the made fonts, in which the person sees it
     /// Whether it may be of one glyph with the letter before it; it is otherwise only where the
     /// font has no other glyph for it.
@@ -31,6 +31,6 @@ struct LetterPlace {
 /// The text in codes of that font, a glyph each; nothing where the font does not have a letter. A
 /// blank that it does not have has no codes. `places`: one for each letter, or none.
 std::optional<std::vector<EncodedLetters>> encodeText(PageFont& font, std::u32string_view text,
-                                                      std::span<const LetterPlace> places = {});
+                                                      std::span<const LetterFacts> places = {});
 
 } // namespace corvane

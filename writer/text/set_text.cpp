@@ -16,7 +16,7 @@ namespace {
 std::int64_t memoryOf(const PlacedRun& run) {
     std::size_t bytes = sizeof(PlacedRun);
     for (const PlacedStretch& stretch : run.stretches) {
-        bytes += sizeof(PlacedStretch) + stretch.glyphs.size() * sizeof(PlacedGlyph);
+        bytes += sizeof(PlacedStretch) + stretch.glyphs.size() * sizeof(StretchGlyph);
     }
     bytes += run.decorated.size() * sizeof(DecoratedPart);
     return static_cast<std::int64_t>(bytes);
@@ -35,7 +35,7 @@ public:
         : walk_(walk), size_(realFromFixed(letters.size)), rise_(realFromFixed(letters.rise)),
           spacing_(realFromFixed(letters.spacing) / size_), forward_(forward) {}
 
-    void add(const PlacedGlyph& glyph, std::string_view codes) {
+    void add(const StretchGlyph& glyph, std::string_view codes) {
         if (codes.empty()) {
             return; // a blank: what follows it stands further on
         }
@@ -110,7 +110,7 @@ void SetText::refuse(Index run) const {
 }
 
 void SetText::write(Walk& walk, Index run, const TextRun& letters, const RealMatrix& back,
-                    FontNames& names) {
+                    FontResourceNames& names) {
     refuse(run);
     const PlacedRun& placed = runs_[run];
     if (letters.size <= 0 || placed.stays) {
@@ -142,7 +142,7 @@ void SetText::write(Walk& walk, Index run, const TextRun& letters, const RealMat
         }
         textMatrixWorks(walk, frame);
         ShowWriter show(walk, letters, forward);
-        for (const PlacedGlyph& glyph : stretch.glyphs) {
+        for (const StretchGlyph& glyph : stretch.glyphs) {
             show.add(glyph,
                      glyph.noted != notNoted ? stretch.added->code(glyph.noted) : glyph.codes);
         }

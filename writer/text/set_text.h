@@ -38,7 +38,7 @@ public:
     /// have those names. `back` leads from the artboard to the space in force. Raises `unpatchable`
     /// where no font shows a letter.
     void write(Walk& walk, Index run, const TextRun& letters, const RealMatrix& back,
-               FontNames& names);
+               FontResourceNames& names);
 
     /// Writes the lines along a run, outside a text object. Its paint is in force.
     void decorate(Walk& walk, Index run, const TextRun& letters, const RealMatrix& back,

@@ -19,7 +19,7 @@ double distance(RealPoint a, RealPoint b) {
 
 } // namespace
 
-TextPath::TextPath(std::span<const Segment> segments, bool isClosed) {
+MeasuredPath::MeasuredPath(std::span<const Segment> segments, bool isClosed) {
     if (segments.empty()) {
         return;
     }
@@ -32,7 +32,7 @@ TextPath::TextPath(std::span<const Segment> segments, bool isClosed) {
     }
 }
 
-void TextPath::addLine(RealPoint to) {
+void MeasuredPath::addLine(RealPoint to) {
     const Step& last = steps_.back();
     const double length = distance(last.to, to);
     if (length > 0) {
@@ -41,7 +41,7 @@ void TextPath::addLine(RealPoint to) {
 }
 
 /// In lines that turn little: letters stand on a curve within a hundredth of a point.
-void TextPath::addCurve(const Segment& from, const Segment& to) {
+void MeasuredPath::addCurve(const Segment& from, const Segment& to) {
     const RealPoint a = realPoint(from.anchor);
     const RealPoint b = realPoint(from.out);
     const RealPoint c = realPoint(to.in);
@@ -63,7 +63,7 @@ void TextPath::addCurve(const Segment& from, const Segment& to) {
     }
 }
 
-std::optional<RealMatrix> TextPath::at(double distance) const {
+std::optional<RealMatrix> MeasuredPath::at(double distance) const {
     if (steps_.size() < 2 || !(distance >= 0) || distance > steps_.back().end) {
         return std::nullopt;
     }

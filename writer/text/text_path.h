@@ -10,9 +10,9 @@
 
 namespace corvane {
 
-class TextPath {
+class MeasuredPath {
 public:
-    TextPath(std::span<const Segment> segments, bool isClosed);
+    MeasuredPath(std::span<const Segment> segments, bool isClosed);
 
     /// Where the path is so far from its first point, and how it runs there: the turn that leads
     /// the x axis into its direction, and the point. Nothing past its ends.

@@ -21,7 +21,7 @@ void addHexadecimal(std::string& text, char c) {
 
 } // namespace
 
-void textStateWorks(Walk& walk, const TextState& state) {
+void textStateWorks(Walk& walk, const NewTextState& state) {
     for (const auto& [value, word] :
          {std::pair(state.characterSpacing, "Tc "), std::pair(state.wordSpacing, "Tw "),
           std::pair(state.horizontalScale * hundred, "Tz "), std::pair(state.rise, "Ts ")}) {

@@ -10,7 +10,7 @@
 namespace corvane {
 
 /// The text state of a text object; it may be any other in front of it.
-struct TextState {
+struct NewTextState {
     double characterSpacing = 0;
     double wordSpacing = 0;
     double horizontalScale = 1;
@@ -18,7 +18,7 @@ struct TextState {
     std::int32_t mode = 0;
 };
 
-void textStateWorks(Walk& walk, const TextState& state);
+void textStateWorks(Walk& walk, const NewTextState& state);
 void riseWorks(Walk& walk, double rise);
 void textMatrixWorks(Walk& walk, const RealMatrix& matrix);
 

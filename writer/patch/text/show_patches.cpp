@@ -85,7 +85,7 @@ private:
     void changeInPlace(const PaintedArt& was, EditedIndex object) {
         const TraceEvent& event = trace_.events()[was.event];
         const TextSetting& setting = trace_.textSetting(was.setting);
-        const TextPlace& place = trace_.textPlace(event.behind.text);
+        const TextObjectPlace& place = trace_.textPlace(event.behind.text);
         const ShownPart& part = trace_.textPart(was.part);
         Walk& walk = tools_.walk;
         walk.text.add("] TJ\n");
@@ -133,7 +133,7 @@ bool isShownInPlace(const ContentTrace& trace, const PaintedArt& was,
     if (paint.any() || was.isDrawn || !here.isInText || (here.settings & softMaskSetting) != 0) {
         return false;
     }
-    const TextPlace& place = trace.textPlace(here.text);
+    const TextObjectPlace& place = trace.textPlace(here.text);
     const TextSetting& setting = trace.textSetting(was.setting);
     return trace.events()[place.begin].behind.mark != here.mark && !place.addsToClip &&
            place.across == 0 && setting.unit != 0 && inverse(place.line) &&
@@ -159,7 +159,7 @@ void patchShows(PatchTools& tools, const BaseContent& base, const EditedArtwork&
     }
 }
 
-void resumeTextWorks(PatchTools& tools, const TextPlace& place) {
+void resumeTextWorks(PatchTools& tools, const TextObjectPlace& place) {
     Walk& walk = tools.walk;
     walk.text.add("BT\n");
     if (place.line != RealMatrix()) {

@@ -24,6 +24,6 @@ void patchShows(PatchTools& tools, const BaseContent& base, const EditedArtwork&
 
 /// What goes between the end of a text object and its beginning again, in front of what goes on
 /// with it: its BT, and the place that it had come to.
-void resumeTextWorks(PatchTools& tools, const TextPlace& place);
+void resumeTextWorks(PatchTools& tools, const TextObjectPlace& place);
 
 } // namespace corvane
