@@ -3,11 +3,13 @@
 #include "tests/support/process.h"
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <optional>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace corvane {
