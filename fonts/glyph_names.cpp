@@ -41,9 +41,9 @@ std::u32string charactersOfGroups(std::string_view digits) {
 }
 
 std::u32string charactersOfPart(std::string_view part) {
-    static const GlyphList list = unpackedGlyphList(packedGlyphList);
-    if (const auto found = list.find(std::string(part)); found != list.end()) {
-        return found->second;
+    static const GlyphList list(packedGlyphList);
+    if (const std::u32string_view meaning = list.find(part); !meaning.empty()) {
+        return std::u32string(meaning);
     }
     if (part.starts_with("uni") && part.size() > 3 && part.size() % 4 == 3) {
         return charactersOfGroups(part.substr(3));
@@ -70,9 +70,9 @@ std::u32string charactersOfName(std::string_view name) {
 }
 
 char32_t dingbatOfName(std::string_view name) {
-    static const GlyphList list = unpackedGlyphList(packedDingbats);
-    const auto found = list.find(std::string(name));
-    return found == list.end() ? 0 : found->second.front();
+    static const GlyphList list(packedDingbats);
+    const std::u32string_view meaning = list.find(name);
+    return meaning.empty() ? 0 : meaning.front();
 }
 
 } // namespace corvane

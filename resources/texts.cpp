@@ -115,7 +115,7 @@ constexpr std::array<std::string_view, 16> reasons = {
     "the layer",
 };
 
-constexpr std::array<std::string_view, 21> readWarnings = {
+constexpr std::array<std::string_view, 25> readWarnings = {
     /* 1 */ "an object of an unknown kind is not in the artwork",
     /* 2 */ "drawing commands that no PDF version knows are not in the artwork",
     /* 3 */ "forms (reused drawings) are not in the artwork",
@@ -140,6 +140,13 @@ constexpr std::array<std::string_view, 21> readWarnings = {
     /* 19 */ "patterns and smooth shadings are not in the artwork",
     /* 20 */ "the file's table of contents is damaged; its objects were found by searching",
     /* 21 */ "the file is damaged",
+    /* 22 */
+    "images that are JPEGs of 12 bits a sample are not decoded; convert them to 8 bits to see them",
+    /* 23 */
+    "images that are JPEGs in arithmetic coding are not decoded; convert them to usual ones to see "
+    "them",
+    /* 24 */ "images that are lossless JPEGs are not decoded; convert them to see them",
+    /* 25 */ "images that are hierarchical JPEGs are not decoded; convert them to see them",
 };
 
 /// What was mended, by kind: for one and for several; % stands for how many. Empty: nobody needs to

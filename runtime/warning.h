@@ -31,6 +31,10 @@ enum class Warning : std::int16_t {
     shadingLeftOut = 19,            ///< a shading or pattern draws nothing
     repaired = 20,                  ///< the objects were found by searching the file
     mended = 21,                    ///< damage was mended, and the file needed no search
+    deepJpeg = 22,                  ///< an image is missing: a JPEG of 12 bits
+    arithmeticJpeg = 23,            ///< likewise: a JPEG in arithmetic coding
+    losslessJpeg = 24,              ///< likewise: a lossless JPEG
+    hierarchicalJpeg = 25,          ///< likewise: a JPEG of several sizes
     unknownArt = 1001,              ///< art of a kind that cannot be written was skipped
     pageSize = 1002,                ///< the page size was put into its limits
     cropArea = 1003,                ///< the crop area was fitted to the page

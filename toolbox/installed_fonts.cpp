@@ -50,6 +50,29 @@ InstalledFont fontOf(FcPattern* pattern) {
     return font;
 }
 
+/// Without a folder for its cache fontconfig would read all fonts.
+bool lacksCache(FcConfig* config) {
+    FcStrList* const folders = FcConfigGetCacheDirs(config);
+    const bool isEmpty = folders == nullptr || FcStrListNext(folders) == nullptr;
+    if (folders != nullptr) {
+        FcStrListDone(folders);
+    }
+    return isEmpty;
+}
+
+/// The person's configuration, without the descriptions of all that could be configured, which
+/// fontconfig reads for those who list them. Null where that cannot be read: fontconfig then knows
+/// what else to do.
+FcConfig* readConfig() {
+    FcConfig* const config = FcConfigCreate();
+    if (config != nullptr && (FcConfigParseAndLoad(config, nullptr, FcTrue) == FcFalse ||
+                              FcConfigBuildFonts(config) == FcFalse || lacksCache(config))) {
+        FcConfigDestroy(config);
+        return nullptr;
+    }
+    return config;
+}
+
 bool isReadable(const InstalledFont& font) {
     return !font.path.empty() && !font.families.empty();
 }
@@ -62,7 +85,7 @@ bool InstalledFont::covers(std::u32string_view text) const {
     });
 }
 
-InstalledFonts::InstalledFonts() {
+InstalledFonts::InstalledFonts() : config_(readConfig()) {
     const std::unique_ptr<FcPattern, decltype(&FcPatternDestroy)> wanted(FcPatternCreate(),
                                                                          &FcPatternDestroy);
     const std::unique_ptr<FcObjectSet, decltype(&FcObjectSetDestroy)> facts(
@@ -71,7 +94,7 @@ InstalledFonts::InstalledFonts() {
         &FcObjectSetDestroy);
     FcPatternAddBool(wanted.get(), FC_SCALABLE, FcTrue);
     FcPatternAddBool(wanted.get(), FC_VARIABLE, FcFalse);
-    set_.reset(FcFontList(nullptr, wanted.get(), facts.get()));
+    set_.reset(FcFontList(config_.get(), wanted.get(), facts.get()));
     if (!set_) {
         return;
     }

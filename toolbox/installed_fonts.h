@@ -38,9 +38,11 @@ public:
 
 private:
     struct Closer {
+        void operator()(FcConfig* config) const { FcConfigDestroy(config); }
         void operator()(FcFontSet* set) const { FcFontSetDestroy(set); }
     };
 
+    std::unique_ptr<FcConfig, Closer> config_;
     std::unique_ptr<FcFontSet, Closer> set_; ///< owns the sets of characters
     std::vector<InstalledFont> list_;
 };

@@ -11,6 +11,9 @@ namespace corvane {
 
 namespace {
 
+/// It stays in memory until the process ends: taking it out takes time.
+constexpr int loading = RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE;
+
 [[noreturn]] void refuse() {
     const char* const reason = dlerror();
     throw Failure({code::io, std::string("the plug-in cannot be loaded (") +
@@ -24,7 +27,7 @@ void Plugin::Unload::operator()(void* library) const {
     dlclose(library);
 }
 
-Plugin::Plugin(const std::string& path) : library_(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
+Plugin::Plugin(const std::string& path) : library_(dlopen(path.c_str(), loading)) {
     if (!library_) {
         refuse();
     }

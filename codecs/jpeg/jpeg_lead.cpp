@@ -164,6 +164,23 @@ void readTransform(std::span<const std::uint8_t> segment, JpegLead& lead) {
 
 } // namespace
 
+JpegKind JpegFrame::kind() const {
+    switch (marker) {
+    case 0xC0:
+    case 0xC1:
+    case 0xC2:
+        return bits == 8 ? JpegKind::usual : JpegKind::deep;
+    case 0xC3:
+    case 0xCB:
+        return JpegKind::lossless;
+    case 0xC9:
+    case 0xCA:
+        return JpegKind::arithmetic;
+    default:
+        return JpegKind::hierarchical;
+    }
+}
+
 /// The rule of the IJG's library, which browsers follow.
 bool JpegLead::isYccAlone() const {
     if (hasJfif) {

@@ -15,6 +15,15 @@ namespace corvane {
 using Orientation = int;
 inline constexpr Orientation upright = 1;
 
+/// What a frame is, as far as a decoder must know it.
+enum class JpegKind : std::uint8_t {
+    usual, ///< baseline, extended or progressive, Huffman coded, with samples of 8 bits
+    deep,  ///< the same with 12 bits
+    arithmetic,
+    lossless,
+    hierarchical,
+};
+
 struct JpegFrame {
     std::uint8_t marker = 0; ///< 0xC0 baseline, 0xC1 extended, 0xC2 progressive, and others
     std::int32_t bits = 0;   ///< of a sample
@@ -23,8 +32,8 @@ struct JpegFrame {
     std::int32_t components = 0;
     std::array<std::uint8_t, 4> identifiers{}; ///< of the components
 
-    /// Baseline, extended or progressive, Huffman coded, with samples of 8 bits.
-    bool isUsual() const { return marker <= 0xC2 && bits == 8; }
+    JpegKind kind() const;
+    bool isUsual() const { return kind() == JpegKind::usual; }
 };
 
 struct JpegLead {

@@ -151,11 +151,26 @@ void ProgramFont::show(std::span<const std::byte> string, std::vector<ShownGlyph
 double ProgramFont::spaceAdvance() const {
     constexpr double usualSpace = 0.25;
     if (!space_) {
-        const std::optional<StringCode> code = codeOf(U" ", 0);
-        const double advance = code ? describe(*code).advance : 0;
+        const double advance = blankAdvance();
         space_ = advance > 0 ? advance : usualSpace;
     }
     return *space_;
+}
+
+/// Of the blank that can be typed; 0 where there is none. Most fonts have it among their first
+/// codes: then the others need no look.
+double ProgramFont::blankAdvance() const {
+    if (hasTyped_ || shownTexts_.contains(U" ")) {
+        const std::optional<StringCode> code = codeOf(U" ", 0);
+        return code ? describe(*code).advance : 0;
+    }
+    for (const StringCode& code : typedCodes()) {
+        const CodeGlyph glyph = describe(code);
+        if (glyph.isTyped && glyph.isMeant && glyph.shape.text == U" ") {
+            return glyph.advance;
+        }
+    }
+    return 0;
 }
 
 bool ProgramFont::isSeen(const CodeGlyph& glyph) const {

@@ -59,6 +59,8 @@ protected:
     virtual std::vector<StringCode> typedCodes() const = 0;
 
 private:
+    double blankAdvance() const;
+
     /// The second private-use plane, without the noncharacters at its end.
     static constexpr char32_t firstSpare = 0x100000;
     static constexpr char32_t lastSpare = 0x10FFFD;

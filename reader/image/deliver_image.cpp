@@ -6,6 +6,7 @@
 #include "runtime/budget.h"
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
+#include "runtime/warning.h"
 
 #include <algorithm>
 #include <array>
@@ -40,6 +41,25 @@ void deliverJpeg(Image image, const CodedImage& coded) {
     std::vector<std::byte> block(1 << 16);
     while (const std::size_t count = readFilter(*chain.top(), block)) {
         deliver(image, std::span(block).first(count));
+    }
+}
+
+/// What kind of JPEG it is that was not decoded, where the kind is the reason.
+void warnOfKind(JpegKind kind) {
+    switch (kind) {
+    case JpegKind::usual:
+        break;
+    case JpegKind::deep:
+        raiseWarning(Warning::deepJpeg);
+        break;
+    case JpegKind::arithmetic:
+        raiseWarning(Warning::arithmeticJpeg);
+        break;
+    case JpegKind::lossless:
+        raiseWarning(Warning::losslessJpeg);
+        break;
+    case JpegKind::hierarchical:
+        raiseWarning(Warning::hierarchicalJpeg);
     }
 }
 
@@ -98,6 +118,9 @@ private:
         if (wantsBytes != 0 && isKnown) {
             const bool isDecoded = decodes([&] { deliverBytes(image, *picture); });
             callHost(isDecoded ? slot::endImage : slot::giveUpImage, image);
+            if (const std::optional<JpegLead>& jpeg = picture->image().jpeg; jpeg && !isDecoded) {
+                warnOfKind(jpeg->frame->kind());
+            }
         }
         return image;
     }

@@ -2,6 +2,7 @@
 #include "codecs/dct/dct.h"
 #include "reader/image/deliver_image.h"
 #include "reader/syntax/syntax.h"
+#include "runtime/warning.h"
 #include "tests/reader/image/image_taker.h"
 #include "tests/reader/reader_fixture.h"
 #include "tests/support/picture.h"
@@ -176,6 +177,37 @@ TEST_F(CodedImageTest, OtherCodecs) {
                  "gray1 16x3 1fff1fffffff"},
          }) {
         EXPECT_EQ(delivered(bytesOf(row.data), row.entries), row.wanted) << row.entries;
+    }
+}
+
+/// Kinds that PDF has no filter for are named, so that a person knows what to convert.
+TEST_F(CodedImageTest, JpegsOfOtherKindsAreNamed) {
+    struct Row {
+        char marker;
+        char bits;
+        Warning warning;
+        const char* wanted = "given up 8x8";
+    };
+    for (const Row& row : {
+             Row{'\xC0', 8, Warning::none, "jpeg gray 8x8"},
+             Row{'\xC1', 12, Warning::deepJpeg},
+             Row{'\xC3', 8, Warning::losslessJpeg},
+             Row{'\xC5', 8, Warning::hierarchicalJpeg},
+             Row{'\xC9', 8, Warning::arithmeticJpeg},
+             Row{'\xCA', 8, Warning::arithmeticJpeg},
+             Row{'\xCB', 8, Warning::losslessJpeg},
+             Row{'\xCF', 12, Warning::hierarchicalJpeg},
+         }) {
+        std::string file = jpegFile(1, false);
+        const std::size_t frame = file.find("\xFF\xC0");
+        file[frame + 1] = row.marker;
+        file[frame + 4] = row.bits;
+        resetWarning();
+        const std::string seen =
+            delivered(file, "/Width 8/Height 8/BitsPerComponent 8/ColorSpace/DeviceGray"
+                            "/Filter/DCTDecode");
+        EXPECT_EQ(seen, row.wanted);
+        EXPECT_EQ(resetWarning(), row.warning) << std::hex << int{row.marker};
     }
 }
 
