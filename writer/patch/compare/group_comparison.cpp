@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <vector>
 
 namespace corvane {
@@ -35,6 +36,39 @@ bool isNear(const RealMatrix& a, const RealMatrix& b) {
 } // namespace
 
 namespace {
+
+/// Markup has no groups that hold nothing, or nothing but a clip.
+ChargedList<SeenPart> withoutEmptyGroups(const ChargedList<SeenPart>& parts) {
+    std::vector<bool> isSeen(parts.size());
+    std::vector<std::size_t> open; // groups around the part at hand
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        while (!open.empty() && parts[open.back()].depth >= parts[i].depth) {
+            open.pop_back();
+        }
+        if (parts[i].kind == ArtKind::group) {
+            open.push_back(i);
+        } else if (!parts[i].isClip) {
+            isSeen[i] = true;
+            for (auto group = open.rbegin(); group != open.rend() && !isSeen[*group]; ++group) {
+                isSeen[*group] = true;
+            }
+        } else {
+            isSeen[i] = true;
+        }
+    }
+    ChargedList<SeenPart> seen;
+    std::size_t skipped = SIZE_MAX; // depth of the empty group around the part at hand
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        if (parts[i].depth > skipped) {
+            continue;
+        }
+        skipped = isSeen[i] ? SIZE_MAX : parts[i].depth;
+        if (isSeen[i]) {
+            seen.push(parts[i]);
+        }
+    }
+    return seen;
+}
 
 /// Markup has the look of a group on the one thing in it, or the other way round.
 ChargedList<SeenPart> withoutLoneGroups(const ChargedList<SeenPart>& parts) {
@@ -95,7 +129,7 @@ ChargedList<SeenPart> seenIn(Art group) {
         }
         parts.push(part);
     }
-    return withoutLoneGroups(parts);
+    return withoutLoneGroups(withoutEmptyGroups(parts));
 }
 
 namespace {
