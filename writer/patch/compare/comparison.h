@@ -28,9 +28,9 @@ struct ArtDifference {
     bool letters = false; ///< of text: what is shown, in which font, and how letters stand
     bool place = false;   ///< of text: where it begins, its size and direction; of others: where
     bool decorations = false; ///< of text: lines along it, which the page does not have
-    bool image = false;   ///< of images: which one
-    bool inside = false;  ///< of forms: what they hold, and how that is clipped
-    LookState look = {};  ///< what must be set to lay it over what is behind it as it is now
+    bool image = false;       ///< of images: which one
+    bool inside = false;      ///< of forms: what they hold, and how that is clipped
+    LookState look = {};      ///< what must be set to lay it over what is behind it as it is now
     /// No differences of the paint and the look: gradients and patterns moved as the object did,
     /// and so did its mask.
     bool movesPaint = false;

@@ -80,7 +80,7 @@ struct ComputedStyle {
     bool vertical = false;
     bool upright = false; ///< all letters of vertical text, not only those that always are
     bool keepsBlanks = false;
-    bool keepsLines = false; ///< line ends are
+    bool keepsLines = false;                      ///< line ends are
     std::shared_ptr<const Decoration> decoration; ///< lines along letters; null: none
     double baseline = 0;     ///< which one stands on the line: its height in ems
     std::string_view dashes; ///< empty: none
