@@ -128,8 +128,8 @@ private:
         std::int32_t number = 0;
         if (before.empty() || !isSpace(before.back()) || !takeLastInteger(before, generation) ||
             before.empty() || !isSpace(before.back()) || !takeLastInteger(before, number) ||
-            number > budget::objectNumber) {
-            return false;
+            number < 1 || number > budget::objectNumber) {
+            return false; // object 0 is the head of the free ones, and no section can list it
         }
         const ObjectPlace place = ObjectPlace::atOffset(
             position + static_cast<std::int32_t>(before.size()) - cache_.headerOffset);

@@ -64,5 +64,14 @@ TEST_F(RepairTest, NumbersAcrossBlocksAreReadWhole) {
     }
 }
 
+TEST_F(RepairTest, ObjectZeroIsNone) {
+    // No section of an update could lead to it.
+    const DocumentCache& cache =
+        open(damaged("0 0 obj<</Type/Catalog/Pages 2 0 R>>endobj", "/Info 0 0 R"));
+    EXPECT_TRUE(cache.repaired);
+    EXPECT_FALSE(findReference(*cache.references, 0, 0));
+    EXPECT_EQ(countReference(*cache.references), 3);
+}
+
 } // namespace
 } // namespace corvane
