@@ -15,35 +15,15 @@ of the two could not decode. --each prints a line for each image that differs by
 import argparse
 import collections
 import os
-import subprocess
 import sys
 import tempfile
 
 import numpy
 from PIL import Image
 
-from pages import program_in_build, run
+from pages import files, listed, printed, program_in_build
 
 Image.MAX_IMAGE_PIXELS = None
-
-
-def printed(command, limit):
-    """Whether a program ended well, and what it printed."""
-    try:
-        done = run(*command, seconds=limit)
-        return done.returncode == 0, done.stdout.decode(errors="replace")
-    except subprocess.TimeoutExpired:
-        return False, ""
-
-
-def listed(path, page, limit):
-    """The images that pdfimages names: (place, object, kind, width, height)."""
-    _, text = printed(["pdfimages", "-list", "-f", str(page), "-l", str(page), path], limit)
-    for line in text.splitlines()[2:]:
-        field = line.split()
-        if len(field) < 12 or field[2] != "image" or not field[10].isdigit():
-            continue
-        yield int(field[1]), int(field[10]), (field[8], field[5], int(field[7])), int(field[3]), int(field[4])
 
 
 def pixels(path):
@@ -110,14 +90,6 @@ def compare(arguments, path, kinds, faults):
             kinds[kind].add(difference)
             if arguments.each and difference.max(initial=0) > 2:
                 print(f"{path} {number} {kind}: {difference.max()}, mean {difference.mean():.2f}")
-
-
-def files(paths):
-    for path in paths:
-        if not os.path.isdir(path):
-            yield path
-        for folder, _, names in sorted(os.walk(path)):
-            yield from (os.path.join(folder, name) for name in sorted(names) if name.endswith(".pdf"))
 
 
 def main():

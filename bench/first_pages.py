@@ -4,7 +4,8 @@
     first_pages.py [--corvane PATH] [--runs N] [--limit SECONDS] [--images] [--slowest N] PATH ...
 
 Takes PDF files, or all below folders, one at a time. The runners take turns, N rounds; of each file and runner
-the fastest run counts, user and system time of the whole process, so that a busy machine does not matter much.
+the fastest run counts, user and system time of the whole process less those of one that does nothing, so that
+neither a busy machine nor this program matters much.
 Prints the sums of the files that all runners can draw, and their ratios; how many each fails at; and the files
 that cost corvane most beside mutool. --images takes only files with an image on the first page, inline ones
 left out.
@@ -16,8 +17,7 @@ import sys
 import tempfile
 
 from compare import run_once
-from compare_images import files, listed
-from pages import program_in_build
+from pages import files, listed, program_in_build
 
 
 def runners(corvane, path):
@@ -49,6 +49,7 @@ def main():
     parser.add_argument("--slowest", type=int, default=20)
     parser.add_argument("paths", nargs="+")
     arguments = parser.parse_args()
+    floor = fastest(["true"], 20, arguments.limit)
     times, failed = [], dict.fromkeys(runners("", ""), 0)
     for path in map(os.path.abspath, files(arguments.paths)):
         if arguments.images and not any(listed(path, 1, arguments.limit)):
@@ -58,7 +59,7 @@ def main():
         for name, seconds in row.items():
             failed[name] += seconds is None
         if None not in row.values():
-            times.append((path, row))
+            times.append((path, {name: seconds - floor for name, seconds in row.items()}))
     sums = {name: sum(row[name] for _, row in times) for name in failed}
     print(f"{len(times)} first pages, seconds of processor time")
     ours = sums["corvane open"]

@@ -7,7 +7,9 @@ import struct
 import zlib
 
 import numpy
-from PIL import Image
+from PIL import Image, TiffImagePlugin
+
+TiffImagePlugin.STRIP_SIZE = 1 << 30  # one strip, whatever its length
 
 
 def packed(samples, bits):
@@ -104,12 +106,12 @@ def faxed(samples, compression, options=0):
     """By libtiff, black on white: a sample of 0 is black. `options`: bits of T4Options."""
     picture = Image.fromarray((samples[:, :, 0] != 0).astype(numpy.uint8) * 255).convert("1")
     held = io.BytesIO()
-    tags = {278: samples.shape[0], 262: 0}  # one strip, 0 is white
+    tags = {262: 0}  # 0 is white
     if compression == "group3":
         tags[292] = options
     picture.save(held, "TIFF", compression=compression, tiffinfo=tags)
     with Image.open(held) as file:
-        offset, count = file.tag_v2[273][0], file.tag_v2[279][0]
+        (offset,), (count,) = file.tag_v2[273], file.tag_v2[279]
     return held.getvalue()[offset:offset + count]
 
 

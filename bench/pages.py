@@ -1,8 +1,9 @@
-"""What the measurements of pages share: running programs, drawing pages, edits that are saved, counts."""
+"""What the measurements of pages share: running programs, drawing pages, saved edits, counts, listed images."""
 
 import argparse
 import collections
 import concurrent.futures
+import os
 import pathlib
 import re
 import shutil
@@ -18,6 +19,33 @@ def program_in_build():
 
 def run(*command, seconds=None):
     return subprocess.run([str(part) for part in command], capture_output=True, timeout=seconds, check=False)
+
+
+def printed(command, limit):
+    """Whether a program ended well, and what it printed."""
+    try:
+        done = run(*command, seconds=limit)
+        return done.returncode == 0, done.stdout.decode(errors="replace")
+    except subprocess.TimeoutExpired:
+        return False, ""
+
+
+def listed(path, page, limit):
+    """The images that pdfimages names: (place, object, kind, width, height)."""
+    _, text = printed(["pdfimages", "-list", "-f", str(page), "-l", str(page), path], limit)
+    for line in text.splitlines()[2:]:
+        field = line.split()
+        if len(field) < 12 or field[2] != "image" or not field[10].isdigit():
+            continue
+        yield int(field[1]), int(field[10]), (field[8], field[5], int(field[7])), int(field[3]), int(field[4])
+
+
+def files(paths):
+    for path in paths:
+        if not os.path.isdir(path):
+            yield path
+        for folder, _, names in sorted(os.walk(path)):
+            yield from (os.path.join(folder, name) for name in sorted(names) if name.endswith(".pdf"))
 
 
 def picture(pdf, folder):

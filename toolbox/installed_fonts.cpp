@@ -66,7 +66,7 @@ bool lacksCache(FcConfig* config) {
 FcConfig* readConfig() {
     FcConfig* const config = FcConfigCreate();
     if (config != nullptr && (FcConfigParseAndLoad(config, nullptr, FcTrue) == FcFalse ||
-                              FcConfigBuildFonts(config) == FcFalse || lacksCache(config))) {
+                              lacksCache(config) || FcConfigBuildFonts(config) == FcFalse)) {
         FcConfigDestroy(config);
         return nullptr;
     }
