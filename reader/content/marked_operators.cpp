@@ -3,6 +3,7 @@
 #include "reader/content/content_operators.h"
 #include "reader/content/losses.h"
 #include "reader/font/font_entries.h"
+#include "reader/paint/path_aside.h"
 #include "reader/syntax/syntax.h"
 
 namespace corvane {
@@ -47,7 +48,9 @@ void beginPropertiesOperator(Interpreter& interpreter) {
 }
 
 void endMarkOperator(Interpreter& interpreter) {
+    const Art ofPath = takePathAside(interpreter);
     interpreter.progress.charge(interpreter.containers.endMark());
+    putPathBack(interpreter, ofPath);
 }
 
 } // namespace corvane

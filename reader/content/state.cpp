@@ -1,6 +1,7 @@
 #include "reader/content/state.h"
 
 #include "reader/content/interpreter.h"
+#include "reader/paint/path_aside.h"
 #include "runtime/callbacks.h"
 #include "runtime/fixed.h"
 #include "runtime/rules.h"
@@ -83,7 +84,9 @@ void restoreState(Interpreter& interpreter) {
         failException(Exception::underflow);
     }
     popCopy(interpreter);
+    const Art ofPath = takePathAside(interpreter);
     interpreter.containers.pop();
+    putPathBack(interpreter, ofPath);
 }
 
 std::int32_t depthState(const Interpreter& interpreter) {

@@ -107,6 +107,55 @@ TEST_F(FormObjectsTest, WhatFormsHoldCountsWhereMuchIsMissing) {
     EXPECT_EQ(missing_[0].whole, 4);
 }
 
+/// A path that goes on behind the groups that it began in leaves nothing of them.
+TEST_F(FormObjectsTest, PathsThatGoOnBehindGroups) {
+    const auto hasEmptyGroup = [&](Art top) {
+        std::vector<Art> groups{top};
+        for (std::size_t i = 0; i < groups.size(); ++i) {
+            const Art clip =
+                document_->clipped(groups[i]) ? document_->firstChild(groups[i]) : Art::null;
+            const Art first =
+                clip == Art::null ? document_->firstChild(groups[i]) : document_->nextSibling(clip);
+            if (first == Art::null && i != 0) {
+                return true;
+            }
+            for (Art art = first; art != Art::null; art = document_->nextSibling(art)) {
+                if (document_->kind(art) == ArtKind::group) {
+                    groups.push_back(art);
+                }
+            }
+        }
+        return false;
+    };
+    const std::string layer = "/OC /L BDC ";
+    struct Row {
+        std::string content; ///< of the form
+        std::size_t paths;
+    };
+    const Row rows[] = {
+        {layer + "0 0 5 5 re W n 5 5 8 8 re EMC S", 1},
+        {layer + "BT 7 Tr /G 9 Tf (a) Tj ET 5 5 8 8 re EMC S", 1},
+        {layer + "0 0 m EMC S", 0},
+        {"q 0 0 5 5 re W n " + layer + "5 5 8 8 re Q 0 0 30 30 re W n", 0},
+        {"q q 0 0 5 5 re W n 1 1 2 2 re Q f Q", 1},
+        {"q 0 0 9 9 re W n 1 1 2 2 re q Q f Q", 1},
+        {"q " + layer + "1 1 2 2 re f 3 3 2 2 re EMC f Q", 2},
+    };
+    for (const Row& row : rows) {
+        PdfBuilder page = file("/A Do 0 0 5 5 re f", row.content, "");
+        page.stream(30, row.content,
+                    std::string(formEntries) +
+                        "/Resources << /Font << /G 34 0 R >> /Properties << /L 35 0 R >> >> "
+                        "/BBox [0 0 500 500]")
+            .object(35, "<< /Type /OCG /Name (L) >>");
+        openFile(page.bytes());
+        EXPECT_FALSE(hasEmptyGroup(document_->layerArt(document_->firstLayer()))) << row.content;
+        EXPECT_EQ(seen().size(), row.paths + 1) << row.content;
+        EXPECT_EQ(save(), 0U) << row.content;
+        EXPECT_TRUE(saved_.back().isNothing) << row.content;
+    }
+}
+
 TEST_F(FormObjectsTest, WhatCameOutOfAFormIsNotMissing) {
     struct Row {
         const char* name;
