@@ -14,6 +14,7 @@ install(FILES ${manual}/_corvane DESTINATION ${share}/zsh/site-functions)
 install(FILES ${manual}/corvane.fish DESTINATION ${share}/fish/vendor_completions.d)
 
 install(FILES desktop/corvane.desktop DESTINATION ${share}/applications)
+install(FILES desktop/corvane-page.xml DESTINATION ${share}/mime/packages)
 install(FILES desktop/corvane.svg DESTINATION ${share}/icons/hicolor/scalable/apps)
 
 file(GLOB extensions CONFIGURE_DEPENDS inkscape/*.inx inkscape/*.py)
@@ -21,7 +22,7 @@ install(FILES ${extensions} DESTINATION ${share}/inkscape/extensions)
 
 install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} FILES_MATCHING PATTERN *.md PATTERN *.png)
-file(GLOB examples CONFIGURE_DEPENDS examples/*.pdf)
+file(GLOB examples CONFIGURE_DEPENDS examples/*.pdf examples/*.png)
 install(FILES ${examples} examples/tiny_host.cpp DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 
 # All that is installed, for who wants no tests.
