@@ -45,7 +45,12 @@ std::int32_t readBuffer(BufferFilter& filter, std::byte* to, std::int32_t wanted
             if (wanted - done >= filter.size) {
                 // What fills the buffer anyway need not pass through it.
                 const std::span<std::byte> rest(to + done, static_cast<std::size_t>(wanted - done));
-                return done + static_cast<std::int32_t>(readFilter(*filter.next, rest));
+                const auto count = static_cast<std::int32_t>(readFilter(*filter.next, rest));
+                if (count == 0) {
+                    break;
+                }
+                done += count;
+                continue;
             }
             filter.fill = static_cast<std::int32_t>(readFilter(*filter.next, filter.buffer));
             if (filter.fill == 0) {

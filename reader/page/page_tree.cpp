@@ -38,6 +38,11 @@ bool PageWalk::goTo(std::size_t wanted) {
         if (rules().skipsDamagedKids && typeObject(catalog.get()) != ObjectType::dictionary) {
             return false;
         }
+        const Object root = findEntry(cache_, cache_.trailer.get(), "Root");
+        if (rules().skipsDamagedKids && typeObject(root) == ObjectType::reference) {
+            std::int32_t generation = 0;
+            referenceObject(root, catalog_, generation);
+        }
         visit(findEntry(cache_, catalog.get(), "Pages"));
     }
     while (!levels_.empty() && cache_.pages.size() < wanted) {
@@ -117,6 +122,9 @@ void PageWalk::repeat(Seen known, PageEntry entry) {
 }
 
 void PageWalk::note(const ObjectOwner& node, PageEntry entry) {
+    if (entry.number != 0 && entry.number == catalog_) {
+        return passOver(Exception::range); // it names itself
+    }
     if (entry.number == 0) {
         entry.direct = sharedObject(node.get());
     } else {

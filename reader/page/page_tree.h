@@ -37,6 +37,7 @@ private:
 
     DocumentCache& cache_;
     bool isBegun_ = false;
+    std::int32_t catalog_ = 0; ///< in the extended profile it is never a page; 0: not known
     std::size_t found_ = 0;
     std::vector<Level> levels_;
     std::unordered_map<std::int32_t, Seen> seen_;  ///< by object number

@@ -197,6 +197,17 @@ TEST_F(ChainTest, BufferReadsInBlocksAndSeeksWithoutTouchingTheFile) {
     EXPECT_THAT(log_, ::testing::Contains("seek 3"));
 }
 
+TEST_F(ChainTest, BufferReadsOnWhereTheFilterBelowGivesLess) {
+    const std::string bytes = "0123456789abcdefghij";
+    for (const std::int32_t atOnce : {1, 3, 7}) {
+        MemoryFilter bottom(std::as_bytes(std::span(bytes)), atOnce);
+        Chain chain(&bottom);
+        chain.link(setupBuffer(4));
+        EXPECT_EQ(readText(*chain.top(), 18), bytes.substr(0, 18)) << atOnce;
+        EXPECT_EQ(readText(*chain.top(), 18), "ij") << atOnce;
+    }
+}
+
 TEST_F(ChainTest, BufferWritesWhenFullAndWhenItMust) {
     Chain chain;
     Recorder& file = record(chain, "abcdefghij");

@@ -165,7 +165,7 @@ std::string installedProgram(std::string_view name) {
     std::string_view rest = variable != nullptr ? variable : "/usr/local/bin:/usr/bin:/bin";
     while (!name.empty() && !rest.empty()) {
         const auto end = std::min(rest.find(':'), rest.size());
-        const std::string path = std::string(rest.substr(0, end)) + "/" + std::string(name);
+        std::string path = std::string(rest.substr(0, end)) + "/" + std::string(name);
         if (path.starts_with("/") && end != 0 && isProgram(path)) {
             return path;
         }

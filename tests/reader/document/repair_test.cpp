@@ -1,4 +1,5 @@
 // Files whose objects are found by searching.
+#include "reader/page/page_tree.h"
 #include "tests/reader/reader_fixture.h"
 
 namespace corvane {
@@ -71,6 +72,15 @@ TEST_F(RepairTest, ObjectZeroIsNone) {
     EXPECT_TRUE(cache.repaired);
     EXPECT_FALSE(findReference(*cache.references, 0, 0));
     EXPECT_EQ(countReference(*cache.references), 3);
+}
+
+TEST_F(RepairTest, CatalogThatNamesItselfIsNoPage) {
+    DocumentCache& cache = open("%PDF-1.4\n1 0 obj<</Type/Catalog/Pages 1 0 R>>endobj\n"
+                                "3 0 obj<</Type/Page/MediaBox[0 0 9 9]>>endobj\n"
+                                "trailer<</Root 1 0 R>>\n");
+    walkPages(cache);
+    ASSERT_EQ(cache.pages.size(), 1U);
+    EXPECT_EQ(cache.pages[0].number, 3);
 }
 
 } // namespace
