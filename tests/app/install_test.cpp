@@ -20,7 +20,7 @@ test::Outcome shell(const std::string& command, const fs::path& folder) {
     return test::run(process);
 }
 
-TEST(Install, IsWholeAndCanBeMoved) {
+TEST(InstalledTree, IsWholeAndCanBeMoved) {
     const test::TemporaryFolder folder;
     const fs::path top = folder.path();
     const auto installed = shell("DESTDIR='" + (top / "first").string() + "' cmake --install '" +
@@ -45,7 +45,7 @@ TEST(Install, IsWholeAndCanBeMoved) {
     const auto launched = shell(
         R"sh(PATH=$PWD:$PATH
         entry='moved here/share/applications/corvane.desktop'
-        eval "$(sed -n 's/^Exec=//p' "$entry" | sed 's/\\\\/\\/g; s/%f/"no file.pdf"/')")sh",
+        eval "$(sed -n 's/^Exec=//p' "$entry" | sed 's/\\\\/\\/g; s/%f/"no file.pdf"/')" </dev/null)sh",
         top);
     EXPECT_TRUE(holds(launched.errors, "corvane: no file.pdf: error")) << launched.errors;
     EXPECT_EQ(launched.output, "Enter closes this window. ");
