@@ -11,8 +11,8 @@ namespace {
 Fault explainedChange(const Arguments& arguments, const Provenance& source) {
     if (!source.identity) {
         return {code::pageChanged,
-                "the artwork does not say which page it was opened from, and all that page " +
-                    std::to_string(arguments.page) +
+                "the artwork does not say which page it was opened from, and all that " +
+                    (arguments.page == 0 ? "the page" : "page " + std::to_string(arguments.page)) +
                     " shows would go; to replace the page, say --force"};
     }
     const std::string origin = "page " + std::to_string(source.page) +

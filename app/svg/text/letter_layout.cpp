@@ -11,8 +11,8 @@ namespace corvane {
 
 namespace {
 
-/// Lines are a hundred ems long at most, and a tenth of an em is seen.
-constexpr double leastStretch = 0.001;
+/// In ems: what is seen of a letter that misses its place.
+constexpr double seenMiss = 0.1;
 
 /// Puts the letters of one run after another.
 class Layout {
@@ -117,12 +117,16 @@ std::vector<PlacedGlyph> placed(const Document& document, Art text, const Letter
     if (rule.isExact) {
         return layOut(document, text, *rule.advances);
     }
-    // Programs that divide by it once too often miss by that much.
+    // Programs that divide by it once too often miss by that share of the line.
     const double missing = std::abs(1 - 1 / widening(line.matrix));
-    if (missing < leastStretch || !hasSeveralPieces(document, text)) {
+    if (missing == 0 || !hasSeveralPieces(document, text)) {
         return {};
     }
-    return joined(layOut(document, text, *rule.advances));
+    std::vector<PlacedGlyph> pieces = joined(layOut(document, text, *rule.advances));
+    const double seen = seenMiss * static_cast<double>(document.textRun(text, 0).size);
+    return pieces.empty() || missing * static_cast<double>(pieces.back().at) < seen
+               ? std::vector<PlacedGlyph>()
+               : pieces;
 }
 
 } // namespace corvane

@@ -199,6 +199,21 @@ TEST_F(AnnotationTest, AreKnownAgainWithoutMarks) {
     }
 }
 
+/// An object of the page is no annotation, however alike they look.
+TEST_F(AnnotationTest, ArtOfThePageIsNotTakenForOne) {
+    openFile(withResources(PdfBuilder::onePage("q 5 5 9 9 re W n 1 1 30 30 re f Q 60 60 9 9 re f",
+                                               "/Annots [30 0 R]"))
+                 .object(30,
+                         "<< /Type /Annot /Subtype /Stamp /Rect [5 5 14 14] /AP << /N 32 0 R >> "
+                         ">>")
+                 .stream(32, "1 1 30 30 re f", "/Subtype /Form /BBox [5 5 14 14]")
+                 .bytes());
+    document_->dispose(document_->firstChild(layer()));
+    EXPECT_EQ(save(), 0U);
+    EXPECT_EQ(saved_.back().removed, 0);
+    EXPECT_TRUE(saved_.back().isNothing);
+}
+
 /// A further copy of an annotation is content of the page.
 TEST_F(AnnotationTest, ACopyIsNew) {
     openAnnotated();

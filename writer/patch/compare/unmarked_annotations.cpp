@@ -1,6 +1,7 @@
 #include "writer/patch/compare/unmarked_annotations.h"
 
 #include "reader/content/art.h"
+#include "runtime/callbacks.h"
 #include "writer/art/art_stack.h"
 #include "writer/art/layers.h"
 #include "writer/patch/compare/group_comparison.h"
@@ -15,9 +16,15 @@ namespace corvane {
 
 namespace {
 
-/// Places that are looked at where nothing but the kind of art leads to them. A comparison of text
-/// takes a few microseconds.
+/// Places that are looked at: a comparison of text takes a few microseconds.
 constexpr int mostTried = 50'000;
+
+/// What the artwork says to be an object of the page is no annotation, however alike they look.
+bool isOfPage(Art art) {
+    ArtSource source;
+    callHost(slot::getArtSource, art, &source);
+    return source.ordinal >= 0 && source.content == 0;
+}
 
 bool isPath(const SeenPart& part) {
     return part.kind == ArtKind::path || (part.kind == ArtKind::compound && !part.isClip);
@@ -39,6 +46,9 @@ public:
                               : others_.push_back(i);
         }
         isTaken_.resize(parts_.size());
+        for (std::size_t i = 0; i < parts_.size(); ++i) {
+            isTaken_[i] = isOfPage(parts_[i].art);
+        }
     }
 
     /// Takes a run that is the same as all of `wanted`.
@@ -49,18 +59,20 @@ public:
         const bool hasPath = anchor < wanted.size();
         const auto tryAt = [&](std::size_t place) {
             const std::size_t before = hasPath ? anchor : 0;
-            return place >= before && takeFrom(place - before, wanted, paints, art);
+            return tried_ < mostTried && ++tried_ != 0 && place >= before &&
+                   takeFrom(place - before, wanted, paints, art);
         };
         return hasPath ? std::ranges::any_of(placesLike(wanted[anchor].art), tryAt)
-                       : std::ranges::any_of(others_, [&](std::size_t place) {
-                             return tried_ < mostTried && ++tried_ != 0 && tryAt(place);
-                         });
+                       : std::ranges::any_of(others_, tryAt);
     }
 
 private:
     /// Paths that begin and end where the other one does.
-    std::vector<std::size_t> placesLike(Art path) const {
+    std::vector<std::size_t> placesLike(Art path) {
         std::vector<std::size_t> places;
+        if (tried_ >= mostTried) {
+            return places;
+        }
         const Look look = lookOf(path);
         std::unordered_set<LookCells, LookCells::Hash> seen;
         for (unsigned sides = 0; sides < 16; ++sides) {
@@ -70,6 +82,7 @@ private:
             const LookCells cells = look.cells(step(0), step(1), step(2), step(3));
             const auto found = paths_.find(cells);
             if (found != paths_.end() && seen.insert(cells).second) {
+                std::erase_if(found->second, [&](std::size_t place) { return isTaken_[place]; });
                 places.insert(places.end(), found->second.begin(), found->second.end());
             }
         }

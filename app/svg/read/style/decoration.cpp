@@ -13,6 +13,8 @@ namespace corvane {
 namespace {
 
 constexpr std::string_view kind = "text-decoration";
+/// Thicker lines are no lines.
+constexpr double mostEms = 10;
 
 class DecorationReader {
 public:
@@ -61,7 +63,7 @@ private:
         } else if (const auto colour = parseColour(word)) {
             setColour(colour->screen, colour->alpha);
         } else if (const auto length = parseLength(word, Axis::x, lengths_);
-                   length && *length > 0) {
+                   length && *length > 0 && *length <= mostEms * decoration_.fontSize) {
             decoration_.thickness = *length;
         } else {
             bool isHarmless = false;

@@ -114,7 +114,7 @@ void LineMaker::startRun(const LetterLook& look, double rise) {
 void LineMaker::addPiece(double shift, std::int32_t face, double turn) {
     const double em = context_.ours ? asWritten(look_.size) : look_.size;
     const Fixed moved = shift == 0 || !(em > 0) ? 0 : shiftOfLength(shift, em);
-    const Fixed turned = fixedNumber(turn);
+    const Fixed turned = std::isfinite(turn) ? fixedNumber(std::fmod(turn, 360)) : 0;
     if (moved != 0 || face != face_ || turned != letterTurn_) {
         pieces_.push_back({static_cast<std::int32_t>(text_.size()), moved, face, turned});
         face_ = face;
