@@ -119,13 +119,34 @@ void PageSave::requireSameFile() const {
     }
 }
 
-/// Asks once for each loss. In a file that another program changed nothing is lost on top of that.
+/// What the save would do where every loss is taken: whoever takes one takes them all.
+std::optional<SavedFacts> PageSave::forcedOutcome() const {
+    Arguments arguments = arguments_;
+    arguments.dryRun = true;
+    arguments.force = true;
+    Report report;
+    const auto fault = faultOf([&] {
+        ArtworkSave save(arguments, report, &opened_);
+        SavePlace place(arguments);
+        save.run(place);
+    });
+    return fault ? std::nullopt : report.saved;
+}
+
+/// Asks once for each loss, and again where more objects go. In a file that another program changed
+/// nothing is lost on top of that.
 bool PageSave::isAgreed(const Fault& fault) {
     if (isLoss(fault) && !isForeign_) {
-        const bool isTaken = agreed_.contains(fault.sentence) ||
-                             agrees(arguments_, happened(fault) + ". Save all the same?");
+        const std::optional<SavedFacts> outcome = forcedOutcome();
+        const std::pair loss(fault.sentence, outcome ? outcome->removed : 0);
+        const bool isTaken =
+            agreed_.contains(loss) ||
+            agrees(arguments_,
+                   happened(fault) + ". " +
+                       (outcome ? savedText(arguments_.file, *outcome, true) + ". " : "") +
+                       "Save all the same?");
         if (isTaken) {
-            agreed_.insert(fault.sentence);
+            agreed_.insert(loss);
         }
         return isTaken;
     }

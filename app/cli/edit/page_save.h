@@ -54,6 +54,7 @@ private:
     std::optional<Fault> save(bool isForced);
     bool isSaved(std::uint64_t digest) const;
     void requireSameFile() const;
+    std::optional<SavedFacts> forcedOutcome() const;
     bool isAgreed(const Fault& fault);
     void say(const Fault& fault) const;
     void tellSave(const Report& report);
@@ -64,7 +65,8 @@ private:
     bool isForeign_ = false; ///< the person took what another program made of the file
     std::optional<Fault> fault_;
     std::optional<std::uint64_t> digest_; ///< of the artwork that was saved last
-    std::set<std::string> agreed_;        ///< sentences of losses that the person took
+    /// Losses that the person took: the sentence, and how many objects were to go.
+    std::set<std::pair<std::string, std::int32_t>> agreed_;
     std::vector<Fault> warnings_;
     std::vector<SavedFacts> saves_;
 };

@@ -138,6 +138,8 @@ TEST_F(Edit, APersonAtTheTerminalMayTakeALoss) {
         const auto outcome = test::run(asking);
         EXPECT_EQ(outcome.status, row.status) << row.body << outcome.errors;
         EXPECT_TRUE(holds(outcome.errors, "(y/N)")) << outcome.errors;
+        EXPECT_EQ(holds(outcome.errors, "would be removed"), !holds(row.body, "printf"))
+            << outcome.errors;
         EXPECT_EQ(bytes("in.pdf").size() > pdf_.size() + 4, row.status == 0) << row.body;
         EXPECT_EQ(left().empty(), row.status == 0) << row.body;
         fs::remove_all(temporary());
