@@ -61,6 +61,7 @@ TEST_F(AskingScripts, ALossNeedsAYes) {
         bool isAsked;
     };
     folder_.add("in.svg", emptied(artwork("in.pdf", 2)));
+    folder_.add("in.pdfpage", R"({"pdf":"in.pdf","page":2})");
     for (const Row& row : {Row{"", true, false, true}, Row{"yes", false, false, false},
                            Row{"yes", true, true, true}}) {
         answers(row.answer);
@@ -69,6 +70,7 @@ TEST_F(AskingScripts, ALossNeedsAYes) {
         EXPECT_EQ(outcome.output.empty(), !row.isSaved) << "nothing takes the place of the link";
         EXPECT_EQ(bytes("in.pdf") != pdf_, row.isSaved);
         EXPECT_EQ(holds(bytes("asked"), "saving would delete 20 of 20"), row.isAsked);
+        EXPECT_EQ(holds(bytes("asked"), "in.pdf, page 2: 20 objects removed; "), row.isAsked);
         EXPECT_FALSE(holds(bytes("asked"), "--force")) << "no advice for a terminal";
     }
 }
@@ -154,10 +156,13 @@ TEST_F(AskingScripts, ThePdfIsFoundWhereItWentWithTheLink) {
         bool hasLink;
         bool isSaved;
     };
-    for (const Row& row : {Row{"beside the document", "/no/such", "in.pdf", false, true},
+    folder_.add("other.pdf", pdf_);
+    for (const Row& row : {Row{"beside the document", "/no/such", "in.pdf", true, true},
                            Row{"gone", "/no/such", "gone.pdf", false, false},
                            Row{"renamed, and the link knows", "/no/such", "gone.pdf", true, true},
-                           Row{"a path in the name", "/", "../../in.pdf", false, true}}) {
+                           Row{"a path in the name", "/", "../../in.pdf", true, true},
+                           Row{"only the drawing says it", "/no/such", "in.pdf", false, false},
+                           Row{"the link says another", "/no/such", "other.pdf", true, false}}) {
         folder_.add("in.pdf", pdf_);
         if (!row.hasLink) {
             fs::remove(path("in.pdfpage"));
@@ -171,7 +176,86 @@ TEST_F(AskingScripts, ThePdfIsFoundWhereItWentWithTheLink) {
         const auto outcome = script("corvane_save.py", "in.svg", false);
         EXPECT_EQ(outcome.status, row.isSaved ? 0 : 1) << row.what << outcome.errors;
         EXPECT_EQ(bytes("in.pdf") != pdf_, row.isSaved) << row.what;
+        EXPECT_EQ(bytes("other.pdf"), pdf_) << row.what;
     }
+}
+
+TEST_F(AskingScripts, ADrawingAloneSavesIntoNoPdfUnasked) {
+    folder_.add("in.svg", replaced(artwork("in.pdf", 2), "#b2b2b2", "#00ff00"));
+    struct Row {
+        const char* script;
+        const char* document;
+        const char* link; ///< null: none is there
+        const char* answer;
+        bool isSaved;
+        bool isAsked;
+    };
+    for (const Row& row :
+         {Row{"corvane_save.py", "in.svg", nullptr, "", false, true},
+          Row{"corvane_save.py", "in.svg", nullptr, "yes", true, true},
+          Row{"corvane_save_menu.py", "in.svg", nullptr, "", false, true},
+          Row{"corvane_save.py", "in.pdfpage", nullptr, "", false, true},
+          Row{"corvane_save.py", "in.pdfpage", "no link", "yes", false, false},
+          Row{"corvane_save.py", "in.pdfpage", R"({"pdf":"in.pdf","page":true})", "yes", false,
+              false},
+          Row{"corvane_save.py", "in.pdfpage", R"({"pdf":"in.pdf"})", "", true, false}}) {
+        folder_.add("in.pdf", pdf_);
+        fs::remove(path("in.pdfpage"));
+        if (row.link != nullptr) {
+            folder_.add("in.pdfpage", row.link);
+        }
+        answers(row.answer);
+        const auto outcome = script(row.script, "in.svg", true, row.document);
+        const std::string what = std::string(row.script) + " " + row.document;
+        EXPECT_EQ(bytes("in.pdf") != pdf_, row.isSaved) << what << outcome.errors;
+        EXPECT_EQ(holds(bytes("asked"), "Save into " + path("in.pdf") + "?"), row.isAsked) << what;
+    }
+}
+
+TEST_F(AskingScripts, PicturesAreFoundFromWhereTheirAddressCounts) {
+    for (const char* const folder : {"docs", "docs/a & b", "handed"}) {
+        fs::create_directory(folder_.path() / folder);
+    }
+    folder_.add("docs/a & b/pic.png", test::text(test::pngOf({.rows = {7}})));
+    folder_.add("docs/in.pdfpage", R"({"pdf":"../in.pdf","page":2})");
+    const auto opened = script("corvane_open.py", "docs/in.pdfpage", false);
+    struct Row {
+        const char* address;
+        bool isFound;
+    };
+    for (const Row& row :
+         {Row{"href=\"a &amp; b/pic.png\"", true},
+          Row{"id=\"a>b\" href='a%20%26%20b/pic.png'", true},
+          Row{"xlink:href=\"../docs/a%20%26%20b/pic.png\"", true},
+          Row{"xlink:href=\"a &amp; b/pic.png\"", false}, Row{"href=\"../in.pdf\"", false}}) {
+        folder_.add("in.pdf", pdf_);
+        folder_.add("handed/in.svg",
+                    replaced(opened.output, "</svg>",
+                             std::string("<image width=\"9\" height=\"9\" ") + row.address +
+                                 " xmlns:xlink=\"http://www.w3.org/1999/xlink\"/></svg>"));
+        const auto outcome = script("corvane_save.py", "handed/in.svg", false, "docs/in.pdfpage");
+        EXPECT_EQ(outcome.status, row.isFound ? 0 : 1) << row.address << outcome.errors;
+        EXPECT_EQ(bytes("in.pdf") != pdf_, row.isFound) << row.address;
+    }
+}
+
+TEST_F(AskingScripts, ALinkByWayOfALinkFindsThePdfBesideItself) {
+    fs::create_directory(folder_.path() / "far");
+    folder_.add("in.pdfpage", R"({"pdf":"in.pdf","page":2})");
+    fs::create_symlink("../in.pdfpage", folder_.path() / "far/in.pdfpage");
+    const auto opened = script("corvane_open.py", "far/in.pdfpage", false);
+    EXPECT_TRUE(holds(opened.output, "data-page=\"2\"")) << opened.errors;
+}
+
+TEST_F(AskingScripts, NamesControlNoTerminalAndNoDialog) {
+    const std::string name = "a\x1b[2J\n\nb.pdf";
+    folder_.add("in.pdfpage", R"({"pdf":"a\u001b[2J\n\nb.pdf"})");
+    const auto gone = script("corvane_open.py", "in.pdfpage", true);
+    EXPECT_TRUE(holds(gone.errors, R"(a\x1b[2J\n\nb.pdf is not there)")) << gone.errors;
+    folder_.add(name, pdf_);
+    answers("");
+    script("corvane_open.py", "in.pdfpage", true);
+    EXPECT_TRUE(holds(bytes("asked"), R"(Which page of a\x1b[2J\n\nb.pdf)")) << bytes("asked");
 }
 
 } // namespace
