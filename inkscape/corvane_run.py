@@ -93,6 +93,7 @@ def guarded(work):
 
 
 def sentence_about(fault):
-    if isinstance(fault, OSError) and fault.filename is not None:
-        return f"{os.fsdecode(fault.filename)}: {fault.strerror}"
+    if isinstance(fault, OSError) and fault.strerror:
+        place = f"{os.fsdecode(fault.filename)}: " if isinstance(fault.filename, (str, bytes)) else ""
+        return place + fault.strerror
     return str(fault) or type(fault).__name__

@@ -18,18 +18,16 @@ protected:
     }
 
     /// A program for dialogs that gives `answer`; an empty one is a person who cancels.
-    void answers(const std::string& answer) const {
-        const auto tool =
-            folder_.add("bin/zenity", "#!/bin/sh\nfor word; do :; done\n"
-                                      "printf '%s\\n' \"$word\" >> '" +
-                                          path("asked") + "'\n" +
-                                          (answer.empty() ? "exit 1" : "echo " + answer) + "\n");
-        fs::permissions(tool, fs::perms::owner_all);
+    void answers(const std::string& answer, const std::string& tool = "zenity") const {
+        const auto program = folder_.add(
+            "bin/" + tool, "#!/bin/sh\nprintf '%s\\n' \"$@\" >> '" + path("asked") + "'\n" +
+                               (answer.empty() ? "exit 1" : "echo " + answer) + "\n");
+        fs::permissions(program, fs::perms::owner_all);
         folder_.add("asked", "");
     }
 
-    test::Outcome script(const std::string& name, const std::string& file, bool isSeen,
-                         const std::string& document = "in.pdfpage") const {
+    test::Process scriptProcess(const std::string& name, const std::string& file, bool isSeen,
+                                const std::string& document = "in.pdfpage") const {
         test::Process process;
         process.words = {"/usr/bin/python3", (place() / name).string(), path(file)};
         process.folder = place();
@@ -39,7 +37,12 @@ protected:
         }
         process.environment.emplace_back("PATH", path("bin"));
         process.environment.emplace_back("DOCUMENT_PATH", path(document));
-        return test::run(process);
+        return process;
+    }
+
+    test::Outcome script(const std::string& name, const std::string& file, bool isSeen,
+                         const std::string& document = "in.pdfpage") const {
+        return test::run(scriptProcess(name, file, isSeen, document));
     }
 
     std::string emptied(const std::string& svg) const {
@@ -245,6 +248,55 @@ TEST_F(AskingScripts, ALinkByWayOfALinkFindsThePdfBesideItself) {
     fs::create_symlink("../in.pdfpage", folder_.path() / "far/in.pdfpage");
     const auto opened = script("corvane_open.py", "far/in.pdfpage", false);
     EXPECT_TRUE(holds(opened.output, "data-page=\"2\"")) << opened.errors;
+}
+
+TEST_F(AskingScripts, EachProgramForDialogsIsAskedInItsWay) {
+    struct Row {
+        const char* tool;
+        const char* option;
+        const char* name; ///< of the PDF, as it is shown
+    };
+    folder_.add("<b>&.pdf", pdf_);
+    folder_.add("in.svg", emptied(artwork("<b>&.pdf", 2)));
+    folder_.add("in.pdfpage", R"({"pdf":"<b>&.pdf","page":2})");
+    for (const Row& row :
+         {Row{"zenity", "--default-cancel\n", "<b>&.pdf, page 2"},
+          Row{"kdialog", "--warningcontinuecancel\n<qt>", "&lt;b&gt;&amp;.pdf, page 2"}}) {
+        fs::remove(path("bin/zenity"));
+        answers("", row.tool);
+        EXPECT_EQ(script("corvane_save.py", "in.svg", true).status, 1);
+        EXPECT_TRUE(holds(bytes("asked"), row.option)) << bytes("asked");
+        EXPECT_TRUE(holds(bytes("asked"), row.name)) << bytes("asked");
+    }
+    EXPECT_EQ(bytes("<b>&.pdf"), pdf_);
+}
+
+TEST_F(AskingScripts, VariablesCountOnlyWhereNobodyIs) {
+    folder_.add("in.pdfpage", R"({"pdf":"in.pdf"})");
+    folder_.add("other.pdf", pdf_);
+    folder_.add("in.svg", replaced(artwork("in.pdf", 2), "#b2b2b2", "#00ff00"));
+    for (const bool isSeen : {true, false}) {
+        answers("1");
+        auto opening = scriptProcess("corvane_open.py", "in.pdfpage", isSeen);
+        opening.environment.emplace_back("CORVANE_PAGE", "2");
+        const std::string page = isSeen ? "1" : "2";
+        EXPECT_TRUE(holds(test::run(opening).output, "data-page=\"" + page + "\""));
+        auto saving = scriptProcess("corvane_save.py", "in.svg", isSeen);
+        saving.environment.emplace_back("CORVANE_PDF", path("other.pdf"));
+        EXPECT_EQ(test::run(saving).status, 0);
+        EXPECT_EQ(bytes("other.pdf") == pdf_, isSeen);
+    }
+}
+
+TEST_F(AskingScripts, AFullDiskIsToldInASentence) {
+    folder_.add("in.pdfpage", R"({"pdf":"in.pdf","page":2})");
+    folder_.add("in.svg", replaced(artwork("in.pdf", 2), "#b2b2b2", "#00ff00"));
+    auto saving = scriptProcess("corvane_save.py", "in.svg", true);
+    saving.fileSize = 1024; // less than the copy of the drawing
+    const auto outcome = test::run(saving);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.errors, "corvane: File too large\n");
+    EXPECT_EQ(bytes("in.pdf"), pdf_);
 }
 
 TEST_F(AskingScripts, NamesControlNoTerminalAndNoDialog) {
