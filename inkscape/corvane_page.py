@@ -5,12 +5,13 @@ and saves the link; the PDF itself is written by the program alone, which append
 """
 import json
 import os
-import shutil
 import tempfile
 import uuid
 import xml.etree.ElementTree as xml
+from xml.parsers import expat
 from xml.sax.saxutils import quoteattr
 
+from corvane_pictures import with_whole_paths
 from corvane_run import Refusal, advice_removed, code_of, require
 
 LOSSES = (21, 26, 29, 30, 33, 34)  # errors that are refusals: a person may insist
@@ -26,11 +27,13 @@ class Link:
     @staticmethod
     def read(path):
         """Raises `Refusal` where the file at `path` is no link."""
+        if os.path.exists(path) and not os.path.isfile(path):
+            raise Refusal(f"{path} is no file")  # a pipe would keep us waiting
         try:
             with open(path, encoding="utf-8") as file:
                 facts = json.loads(file.read(65536))
             pdf, page = facts["pdf"], facts.get("page", 0)
-            if not isinstance(pdf, str) or not isinstance(page, int) or page < 0:
+            if not isinstance(pdf, str) or type(page) is not int or page < 0:  # true is an int, too
                 raise ValueError
         except OSError as fault:
             raise Refusal(f"{path}: {fault.strerror}") from fault
@@ -38,7 +41,7 @@ class Link:
             raise Refusal(f'{path} is no link to a page of a PDF, such as '
                           '{"pdf": "report.pdf", "page": 2}') from fault
         folder, name = os.path.split(pdf)
-        here = os.path.dirname(path)
+        here = os.path.dirname(os.path.realpath(path))
         place = find(name, [os.path.join(here, folder), here])  # both may have been moved
         if place is None:
             raise Refusal(f"{pdf} is not there, nor beside the link {path}; correct the link")
@@ -54,10 +57,6 @@ def find(name, places):
     return next(filter(os.path.isfile, paths), None)
 
 
-def is_link(path):
-    return path.endswith(".pdfpage") and os.path.isfile(path)
-
-
 class Artwork:
     """The drawing as Inkscape hands it out, and what it says of its origin."""
 
@@ -71,19 +70,45 @@ class Artwork:
         self.pdf = root.get("data-file", "") if is_ours else ""
         self.folder = root.get("data-folder", "") if is_ours else ""
 
-    def origin(self):
-        """Path of the PDF that the page came from: as the drawing says, else as the link that is open,
-        which also knows names that are no text."""
+    def target(self, person):
+        """Path of the PDF to save into, where the person names none. A drawing may be a stranger's, so
+        its word alone is not enough: the link that is open agrees with it, or the person does."""
         document = document_path()
-        name = os.path.basename(self.pdf)
-        places = [place for place in (self.folder, os.path.dirname(document)) if place]
-        path = find(name, places) if name else None
-        if path is None and is_link(document):
-            path = Link.read(document).pdf
-        if path is None:
+        if document.endswith(".pdfpage") and os.path.lexists(document):
+            linked, named = Link.read(document).pdf, self._named()
+            if named is not None and not os.path.samefile(linked, named):
+                raise Refusal(f"{document} is a link to {linked}, but the drawing is of {named}; name the "
+                              f"PDF in {SAVE_MENU}")
+            return linked
+        pdf = self._named()
+        if pdf is None:
+            places = self._places()
+            name = os.path.basename(self.pdf)
             why = f"{name} is not in {' nor in '.join(places)}" if places and name else (
                 "the drawing does not say which PDF it belongs to")
             raise Refusal(f"{why}; name the PDF in {SAVE_MENU}")
+        if not person.agrees(f"Save into {pdf}?"):
+            advice = person.obstacle() if person.is_there else "; CORVANE_PDF names the PDF where nobody can be asked"
+            raise Refusal(f"nothing was saved: only the drawing says that it belongs to {pdf}{advice}")
+        return pdf
+
+    def _places(self):
+        return [place for place in (self.folder, os.path.dirname(document_path())) if place]
+
+    def _named(self):
+        """Path of the PDF that the drawing names; None where it is not there."""
+        name = os.path.basename(self.pdf)
+        return find(name, self._places()) if name else None
+
+    def copy_to(self, path):
+        with open(self.path, "rb") as file:
+            svg = file.read()
+        try:
+            svg = with_whole_paths(svg, self.path, document_path())
+        except expat.ExpatError as fault:
+            raise Refusal(f"the drawing cannot be read ({fault})") from fault
+        with open(path, "wb") as file:
+            file.write(svg)
         return path
 
 
@@ -103,7 +128,7 @@ def open_page(link, program):
 
 def wished_page(link, program):
     """The page of a link that names none."""
-    named = os.environ.get("CORVANE_PAGE", "")
+    named = "" if program.person.is_there else os.environ.get("CORVANE_PAGE", "")
     if named.isdecimal() and int(named) > 0:
         return int(named)
     facts = program.run(["info"], link.pdf)
@@ -134,19 +159,26 @@ def save_page(artwork, pdf, program, page=0):
         words += ["--images", os.path.dirname(document)]
     # Inkscape's file lies among those of others, which would be pictures that the drawing may have.
     with tempfile.TemporaryDirectory(prefix="corvane-inkscape-") as folder:
-        art = shutil.copyfile(artwork.path, os.path.join(folder, "page.svg"))
+        art = artwork.copy_to(os.path.join(folder, "page.svg"))
         facts = program.run([*words, art], pdf)
         if code_of(facts) in LOSSES:
-            agree_to_loss(advice_removed(facts["error"]["sentence"]), pdf, program.person)
+            why = advice_removed(facts["error"]["sentence"])
+            agree_to_loss(why, program.run([*words, "--dry-run", "--force", art], pdf), program.person)
             facts = program.run([*words, "--force", art], pdf)
     require(facts, program.person)
     return facts
 
 
-def agree_to_loss(why, pdf, person):
-    """Raises `Refusal` where the person does not want it, or cannot be asked."""
-    if not person.agrees(f"{os.path.basename(pdf)}: {why}.\n\nSave all the same? What others changed on "
-                         "this page since it was opened would be undone, too."):
+def agree_to_loss(why, would, person):
+    """Raises `Refusal` where the person does not want it, or cannot be asked. A yes is one to all that
+    such a save does, not to the first loss alone: `would` is what it would be."""
+    if would["error"]:
+        require(would, person)
+    pdf = would["file"]
+    if not person.agrees(f"{os.path.basename(pdf)}: {why}.", f"The save would be: {sentence_of(would)}.",
+                         *(warning["sentence"] + "." for warning in would["warnings"]),
+                         "Save all the same? What others changed on this page since it was opened would "
+                         "be undone, too."):
         raise Refusal(f"nothing was saved into {pdf}: {why}{person.obstacle()}")
 
 

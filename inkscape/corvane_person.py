@@ -1,5 +1,6 @@
 """The person in front of Inkscape: what is said to them, and what they are asked."""
 import ctypes
+import html
 import os
 import shutil
 import stat
@@ -17,13 +18,13 @@ TOOLS = {
     "zenity": {
         "line": ["--entry", "--text"],
         "secret": ["--entry", "--hide-text", "--text"],
-        "yes": ["--question", "--no-markup", "--text"],
+        "yes": ["--question", "--default-cancel", "--no-markup", "--text"],
         "news": ["--info", "--no-markup", "--text"],
     },
     "kdialog": {
         "line": ["--inputbox"],
         "secret": ["--password"],
-        "yes": ["--yesno"],
+        "yes": ["--warningcontinuecancel"],
         "news": ["--msgbox"],
     },
 }
@@ -72,6 +73,11 @@ def is_batch(process):
     return any(word.startswith(BATCH) for word in words)
 
 
+def shown(text):
+    """Without control characters, which names of files may hold, nor letters that hide others."""
+    return "".join(c if c.isprintable() else c.encode("unicode_escape").decode("ascii") for c in text)
+
+
 class Person:
     def __init__(self):
         self._inkscape = inkscape_process()
@@ -89,7 +95,7 @@ class Person:
     def tell(self, sentence):
         """Inkscape shows what we say on standard error, and waits until somebody has read it. Where
         nobody is there it must not: it gets the sentence where it complains itself."""
-        line = f"corvane: {sentence}\n"
+        line = f"corvane: {shown(sentence)}\n"
         if self.is_there or self._inkscape is None:
             sys.stderr.write(line)
         else:
@@ -104,11 +110,11 @@ class Person:
         """What the person writes; None where they do not want to, or nobody can be asked."""
         return self._ask("line", text)
 
-    def secret(self, text):
-        return self._ask("secret", text)
+    def secret(self, *paragraphs):
+        return self._ask("secret", *paragraphs)
 
-    def agrees(self, text):
-        return self._ask("yes", text) is not None
+    def agrees(self, *paragraphs):
+        return self._ask("yes", *paragraphs) is not None
 
     def obstacle(self):
         """Why nobody could be asked, as the end of a sentence; empty where somebody was."""
@@ -116,12 +122,16 @@ class Person:
             return "; somebody at a window is asked, and corvane save --force does not ask"
         return "" if self._tool or gtk() else "; install zenity, kdialog or python3-gi to be asked"
 
-    def _ask(self, kind, text):
+    def _ask(self, kind, *paragraphs):
         if not self.is_there:
             return None
+        text = "\n\n".join(map(shown, paragraphs))
         if self._tool is None:
             return ask_with_gtk(kind, text)
-        words = TOOLS[os.path.basename(self._tool)][kind]
+        tool = os.path.basename(self._tool)
+        words = TOOLS[tool][kind]
+        if tool == "kdialog":  # what looks like markup is taken as such
+            text = "<qt>" + html.escape(text).replace("\n", "<br/>") + "</qt>"
         asked = subprocess.run([self._tool, "--title", "PDF page", *words, text], check=False,
                                stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         answer = os.fsdecode(asked.stdout).removesuffix("\n")

@@ -43,7 +43,7 @@ class Program:
         facts = self.try_once(words, pdf)
         while code_of(facts) in PASSWORD:
             why = advice_removed(facts["error"]["sentence"])
-            self._password = self.person.secret(f"{why}.\n\nPassword of {os.path.basename(pdf)}:")
+            self._password = self.person.secret(f"{why}.", f"Password of {os.path.basename(pdf)}:")
             if self._password is None:
                 raise Refusal(f"{pdf}: {why}; start Inkscape with it in the variable CORVANE_PASSWORD")
             facts = self.try_once(words, pdf)
@@ -85,8 +85,15 @@ def guarded(work):
     person = Person()
     try:
         output = work(Program(person))
-    except Refusal as refusal:
-        person.tell(str(refusal))
+        sys.stdout.buffer.write(output)
+        sys.stdout.buffer.flush()
+    except (Refusal, OSError, ValueError) as fault:
+        person.tell(sentence_about(fault))
         sys.exit(1)
-    sys.stdout.buffer.write(output)
-    sys.stdout.buffer.flush()
+
+
+def sentence_about(fault):
+    if isinstance(fault, OSError) and fault.strerror:
+        place = f"{os.fsdecode(fault.filename)}: " if isinstance(fault.filename, (str, bytes)) else ""
+        return place + fault.strerror
+    return str(fault) or type(fault).__name__

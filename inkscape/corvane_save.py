@@ -9,7 +9,8 @@ from corvane_run import Refusal, guarded
 
 def save(program):
     artwork = Artwork(sys.argv[-1])
-    pdf = whole_path(os.environ.get("CORVANE_PDF") or artwork.origin(), "CORVANE_PDF")
+    named = "" if program.person.is_there else os.environ.get("CORVANE_PDF", "")
+    pdf = whole_path(named, "CORVANE_PDF") if named else artwork.target(program.person)
     return Link(pdf, save_page(artwork, pdf, program)["page"]).text().encode("utf-8")
 
 

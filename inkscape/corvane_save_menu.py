@@ -13,7 +13,7 @@ def save(program):
     parser.add_argument("--page", type=int, default=0)
     wish = parser.parse_known_args()[0]
     artwork = Artwork(sys.argv[-1])
-    pdf = whole_path(wish.pdf, "the PDF") if wish.pdf else artwork.origin()
+    pdf = whole_path(wish.pdf, "the PDF") if wish.pdf else artwork.target(program.person)
     program.person.inform(sentence_of(save_page(artwork, pdf, program, wish.page)))
     return b""
 

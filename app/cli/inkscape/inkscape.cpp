@@ -20,9 +20,13 @@ std::string installedText(const ExtensionFolder& folder) {
 
 std::string removedText(const ExtensionFolder& folder, const Installation& installation) {
     if (installation.done().empty()) {
-        return "nothing of ours is in " + folder.path;
+        return (installation.changed().empty() ? "nothing of ours is in "
+                                               : "nothing was removed from ") +
+               folder.path;
     }
-    return "the extensions are gone from " + folder.path;
+    return (installation.changed().empty() ? "the extensions are gone from "
+                                           : "the rest is gone from ") +
+           folder.path;
 }
 
 std::string keptText(const std::vector<std::string>& names) {

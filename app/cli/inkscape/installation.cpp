@@ -14,6 +14,7 @@
 #include <ranges>
 #include <span>
 #include <sstream>
+#include <unistd.h>
 #include <utility>
 
 namespace corvane {
@@ -36,8 +37,23 @@ std::string digestOf(std::string_view bytes) {
     return text;
 }
 
+/// Whether there is anything, be it a link that leads nowhere.
+bool isThere(const std::string& path) {
+    std::error_code error;
+    return fs::symlink_status(path, error).type() != fs::file_type::not_found;
+}
+
+/// Links are no files of ours, wherever they lead; a pipe would keep us waiting.
+bool isFile(const std::string& path) {
+    std::error_code error;
+    return fs::symlink_status(path, error).type() == fs::file_type::regular;
+}
+
 /// None where there is no such file.
 std::optional<std::string> bytesOf(const std::string& path) {
+    if (!isFile(path)) {
+        return std::nullopt;
+    }
     std::ifstream file(path, std::ios::binary);
     if (!file) {
         return std::nullopt;
@@ -78,6 +94,9 @@ void Installation::install() {
             changed_.push_back(name);
         }
     }
+    if (isRecordChanged()) {
+        changed_.emplace_back(recordName);
+    }
     if (!changed_.empty()) {
         throw Failure(
             {code::fileChanged, "the folder has files that are not as they were installed (" +
@@ -115,8 +134,12 @@ void Installation::remove() {
     }
     std::error_code ignored; // what is not ours keeps the folder, and nothing else is lost
     removeCompiled();
-    fs::remove(pathOf(recordName), ignored);
-    fs::remove(folder_, ignored);
+    if (isRecordChanged()) {
+        changed_.emplace_back(recordName);
+    } else {
+        fs::remove(pathOf(recordName), ignored);
+    }
+    rmdir(folder_.c_str()); // a link to a folder stays
 }
 
 /// Python keeps what it made of "corvane_page.py" as "corvane_page.cpython-311.pyc".
@@ -124,10 +147,13 @@ void Installation::removeCompiled() const {
     const fs::path folder = pathOf("__pycache__");
     const std::vector<std::string> ours = names();
     std::error_code ignored;
+    if (fs::symlink_status(folder, ignored).type() != fs::file_type::directory) {
+        return;
+    }
     std::vector<fs::path> compiled;
     for (const auto& entry : fs::directory_iterator(folder, ignored)) {
         const std::string name = entry.path().filename();
-        if (name.ends_with(".pyc") &&
+        if (name.ends_with(".pyc") && isFile(entry.path()) &&
             std::ranges::binary_search(ours, name.substr(0, name.find('.')) + ".py")) {
             compiled.push_back(entry.path());
         }
@@ -135,7 +161,7 @@ void Installation::removeCompiled() const {
     for (const fs::path& path : compiled) {
         fs::remove(path, ignored);
     }
-    fs::remove(folder, ignored);
+    rmdir(folder.c_str());
 }
 
 /// Of what was put there, and of what this version puts there.
@@ -147,15 +173,23 @@ std::vector<std::string> Installation::names() const {
 }
 
 Installation::State Installation::stateOf(const std::string& name) const {
+    if (!isThere(pathOf(name))) {
+        return State::missing;
+    }
     const auto bytes = bytesOf(pathOf(name));
     if (!bytes) {
-        return State::missing;
+        return State::changed;
     }
     const auto wanted = files_.find(name);
     const auto before = record_.find(name);
     const bool isOurs = (wanted != files_.end() && wanted->second == *bytes) ||
                         (before != record_.end() && before->second == digestOf(*bytes));
     return isOurs ? State::ours : State::changed;
+}
+
+/// It is read whatever a person wrote there, but nothing is written through a link.
+bool Installation::isRecordChanged() const {
+    return isThere(pathOf(recordName)) && !isFile(pathOf(recordName));
 }
 
 void Installation::take(const std::string& name) {

@@ -26,13 +26,14 @@ public:
 
     /// Names of the files that were written or removed.
     const std::vector<std::string>& done() const { return done_; }
-    /// Names of the files that stay since they were changed.
+    /// Names of the files that stay since they were changed; a link, or what is no file, counts so.
     const std::vector<std::string>& changed() const { return changed_; }
 
 private:
     enum class State : std::uint8_t { missing, ours, changed };
 
     State stateOf(const std::string& name) const;
+    bool isRecordChanged() const;
     std::string pathOf(std::string_view name) const;
     void write(const std::string& name, const std::string& bytes);
     void take(const std::string& name);

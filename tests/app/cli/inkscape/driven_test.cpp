@@ -135,6 +135,20 @@ TEST_F(DrivenInkscape, ARefusedSaveChangesNothingAndSaysWhy) {
     }
 }
 
+TEST_F(DrivenInkscape, ArtworkWithLinkedPicturesIsSavedAsALink) {
+    folder_.add("invoice.pdf", example("invoice.pdf"));
+    ASSERT_EQ(run({"open", "invoice.pdf", "-o", "inv.svg"}).status, 0);
+    auto saving = inkscape({"inv.svg", "--export-filename=inv.pdfpage"});
+    const auto unnamed = test::run(saving);
+    EXPECT_TRUE(holds(unnamed.errors, "CORVANE_PDF names the PDF")) << unnamed.errors;
+    EXPECT_FALSE(fs::exists(path("inv.pdfpage")));
+    saving.environment.emplace_back("CORVANE_PDF", path("invoice.pdf"));
+    const auto outcome = test::run(saving);
+    EXPECT_EQ(outcome.status, 0) << outcome.errors;
+    EXPECT_TRUE(holds(bytes("inv.pdfpage"), path("invoice.pdf"))) << outcome.errors;
+    EXPECT_TRUE(holds(artwork("invoice.pdf", 1), "<image"));
+}
+
 TEST_F(DrivenInkscape, APieceOfOutputReplacesNothing) {
     struct Row {
         const char* what;
@@ -147,7 +161,9 @@ TEST_F(DrivenInkscape, APieceOfOutputReplacesNothing) {
         const auto fake = folder_.add("fake", std::string("#!/bin/sh\n") + row.program + "\n");
         fs::permissions(fake, fs::perms::owner_all);
         std::ofstream(place() / "corvane_program") << fake << "\n";
-        const auto outcome = drive({"art.svg", std::string("--actions=") + saveAsLink});
+        auto saving = inkscape({"art.svg", std::string("--actions=") + saveAsLink});
+        saving.environment.emplace_back("CORVANE_PDF", path("in.pdf"));
+        const auto outcome = test::run(saving);
         EXPECT_NE(outcome.status, 0) << row.what;
         EXPECT_TRUE(holds(outcome.errors, "gave no answer")) << row.what << outcome.errors;
         EXPECT_EQ(bytes("in.pdf"), pdf_) << row.what;

@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <fstream>
+#include <sys/stat.h>
 
 namespace corvane {
 namespace {
@@ -71,6 +72,49 @@ TEST_F(Install, WhatAPersonChangedStays) {
     EXPECT_TRUE(holds(removal.errors, "warning 1050: corvane_save.py was changed"));
     EXPECT_EQ(installed(), std::vector<std::string>{"corvane_save.py"});
     EXPECT_EQ(test::fileBytes(place() / "corvane_save.py"), "changed");
+}
+
+TEST_F(Install, LinksAndPipesAreAPersonsOwn) {
+    const fs::path kept = fs::path(profile()) / "kept";
+    for (const char* const name : {"corvane_open.inx", "corvane_page.py", "corvane_files"}) {
+        for (const bool isPipe : {false, true}) {
+            ASSERT_EQ(extensions("--install").status, 0);
+            const fs::path place = this->place() / name;
+            write(kept, test::fileBytes(place));
+            const std::string before = test::fileBytes(kept);
+            fs::remove(place);
+            if (isPipe) {
+                ASSERT_EQ(mkfifo(place.c_str(), 0600), 0);
+            } else {
+                fs::create_symlink(kept, place);
+            }
+            const auto again = extensions("--install");
+            EXPECT_EQ(again.status, 1) << name;
+            EXPECT_TRUE(holds(again.errors, name)) << again.errors;
+            const auto removal = extensions("--remove");
+            EXPECT_TRUE(holds(removal.errors, std::string(name) + " was changed"))
+                << removal.errors;
+            EXPECT_TRUE(holds(removal.errors, "the rest is gone from ")) << removal.errors;
+            EXPECT_TRUE(fs::exists(fs::symlink_status(place))) << name;
+            EXPECT_EQ(test::fileBytes(kept), before) << name;
+            EXPECT_EQ(installed(), std::vector<std::string>{name});
+            EXPECT_TRUE(holds(extensions("--remove").errors, "nothing was removed from "));
+            fs::remove(place);
+        }
+    }
+}
+
+TEST_F(Install, AFolderBehindALinkStays) {
+    const fs::path real = fs::path(profile()) / "real";
+    fs::create_directories(real / "cache");
+    fs::create_directories(place().parent_path());
+    fs::create_directory_symlink(real, place());
+    ASSERT_EQ(extensions("--install").status, 0);
+    write(real / "cache/corvane_page.cpython-311.pyc", "elsewhere");
+    fs::create_directory_symlink("cache", real / "__pycache__");
+    EXPECT_EQ(extensions("--remove").status, 0);
+    EXPECT_TRUE(fs::is_symlink(place()) && fs::is_symlink(real / "__pycache__"));
+    EXPECT_TRUE(fs::exists(real / "cache/corvane_page.cpython-311.pyc"));
 }
 
 TEST_F(Install, FilesOfAnotherVersionMakeRoom) {
