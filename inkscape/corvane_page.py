@@ -15,6 +15,7 @@ from corvane_pictures import with_whole_paths
 from corvane_run import Refusal, advice_removed, code_of, require
 
 LOSSES = (21, 26, 29, 30, 33, 34)  # errors that are refusals: a person may insist
+SHOWN_WARNINGS = 6
 OPEN_MENU = "Extensions > PDF Page > Open a Page of a PDF"
 SAVE_MENU = "Extensions > PDF Page > Save into a PDF"
 
@@ -176,10 +177,16 @@ def agree_to_loss(why, would, person):
         require(would, person)
     pdf = would["file"]
     if not person.agrees(f"{os.path.basename(pdf)}: {why}.", f"The save would be: {sentence_of(would)}.",
-                         *(warning["sentence"] + "." for warning in would["warnings"]),
+                         *shortened([warning["sentence"] + "." for warning in would["warnings"]]),
                          "Save all the same? What others changed on this page since it was opened would "
                          "be undone, too."):
         raise Refusal(f"nothing was saved into {pdf}: {why}{person.obstacle()}")
+
+
+def shortened(sentences):
+    """A dialog must fit the screen, or its buttons are out of reach."""
+    rest = len(sentences) - SHOWN_WARNINGS
+    return sentences[:SHOWN_WARNINGS] + ([f"And {rest} more warnings."] if rest > 0 else [])
 
 
 def whole_path(path, who):
