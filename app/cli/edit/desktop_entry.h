@@ -29,8 +29,4 @@ bool isForDrawing(const DesktopEntry& entry);
 std::optional<std::vector<std::string>> openingWords(const DesktopEntry& entry,
                                                      std::string_view file);
 
-/// Where the program `name` is installed: a path is taken as it is, a name is looked for in the
-/// absolute folders of PATH. Empty where there is none.
-std::string installedProgram(std::string_view name);
-
 } // namespace corvane

@@ -3,6 +3,7 @@
 #include "app/cli/edit/desktop_choice.h"
 #include "app/cli/edit/words.h"
 #include "app/cli/fault.h"
+#include "app/cli/programs/installed_program.h"
 
 #include <cstdlib>
 

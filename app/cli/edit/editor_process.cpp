@@ -1,6 +1,7 @@
 #include "app/cli/edit/editor_process.h"
 
 #include "app/cli/fault.h"
+#include "app/cli/programs/stream_actions.h"
 
 #include <cerrno>
 #include <csignal>
@@ -36,23 +37,6 @@ std::vector<char*> environmentWithoutPassword() {
     return result;
 }
 
-class Files {
-public:
-    Files() {
-        posix_spawn_file_actions_init(&actions_);
-        posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-        posix_spawn_file_actions_adddup2(&actions_, STDERR_FILENO, STDOUT_FILENO);
-    }
-    ~Files() { posix_spawn_file_actions_destroy(&actions_); }
-    Files(const Files&) = delete;
-    Files& operator=(const Files&) = delete;
-
-    const posix_spawn_file_actions_t* get() const { return &actions_; }
-
-private:
-    posix_spawn_file_actions_t actions_{};
-};
-
 class Attributes {
 public:
     Attributes() {
@@ -86,9 +70,11 @@ EditorProcess::EditorProcess(std::vector<std::string> words) {
     if (words.empty()) {
         throw Failure({code::editor, "the editor cannot be started; name it with --editor"});
     }
-    const Files files;
+    StreamActions streams;
+    streams.open(STDIN_FILENO, "/dev/null", O_RDONLY);
+    streams.duplicate(STDERR_FILENO, STDOUT_FILENO);
     const Attributes attributes;
-    const int error = posix_spawn(&process_, words.front().c_str(), files.get(), attributes.get(),
+    const int error = posix_spawn(&process_, words.front().c_str(), streams.get(), attributes.get(),
                                   pointers(words).data(), environmentWithoutPassword().data());
     if (error != 0) {
         throw Failure({code::editor, "the editor " + words.front() + " cannot be started (" +

@@ -1,7 +1,8 @@
 #include "app/cli/inkscape/extension_folder.h"
 
-#include "app/cli/edit/desktop_entry.h"
 #include "app/cli/fault.h"
+#include "app/cli/programs/installed_program.h"
+#include "app/cli/programs/stream_actions.h"
 #include "toolbox/descriptor.h"
 
 #include <array>
@@ -18,25 +19,6 @@ namespace corvane {
 namespace {
 
 constexpr std::size_t longestAnswer = 65536; ///< of a program that says a path
-
-/// Standard output is a pipe, the other streams lead nowhere.
-class Streams {
-public:
-    explicit Streams(int output) {
-        posix_spawn_file_actions_init(&actions_);
-        posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-        posix_spawn_file_actions_adddup2(&actions_, output, STDOUT_FILENO);
-        posix_spawn_file_actions_addopen(&actions_, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-    }
-    ~Streams() { posix_spawn_file_actions_destroy(&actions_); }
-    Streams(const Streams&) = delete;
-    Streams& operator=(const Streams&) = delete;
-
-    const posix_spawn_file_actions_t* get() const { return &actions_; }
-
-private:
-    posix_spawn_file_actions_t actions_{};
-};
 
 std::string readAll(const Descriptor& from) {
     std::string text;
@@ -58,9 +40,12 @@ std::string answerOf(std::string program, std::string question) {
     if (pipe2(ends.data(), O_CLOEXEC) != 0) {
         return "";
     }
-    const Descriptor reading(ends[0]);
+    Descriptor reading(ends[0]);
     Descriptor writing(ends[1]);
-    const Streams streams(ends[1]);
+    StreamActions streams;
+    streams.open(STDIN_FILENO, "/dev/null", O_RDONLY);
+    streams.duplicate(ends[1], STDOUT_FILENO);
+    streams.open(STDERR_FILENO, "/dev/null", O_WRONLY);
     std::array<char*, 3> words{program.data(), question.data(), nullptr};
     pid_t child = 0;
     if (posix_spawn(&child, program.c_str(), streams.get(), nullptr, words.data(), environ) != 0) {
@@ -68,6 +53,7 @@ std::string answerOf(std::string program, std::string question) {
     }
     writing.close();
     std::string answer = readAll(reading);
+    reading.close(); // one that says more does not wait for us
     while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
     }
     return answer;
