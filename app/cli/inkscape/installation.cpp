@@ -29,12 +29,7 @@ constexpr std::string_view programName = "corvane_program";
 std::string digestOf(std::string_view bytes) {
     Digest digest;
     digest.feed(std::as_bytes(std::span(bytes)));
-    const std::uint64_t value = digest.value();
-    std::string text;
-    for (int shift = 60; shift >= 0; shift -= 4) {
-        text += "0123456789abcdef"[(value >> static_cast<unsigned>(shift)) & 15U];
-    }
-    return text;
+    return std::to_string(digest.value());
 }
 
 /// Whether there is anything, be it a link that leads nowhere.
@@ -61,14 +56,19 @@ std::optional<std::string> bytesOf(const std::string& path) {
     return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
-/// A line for each file: its digest, a blank, its name.
-std::map<std::string, std::string> readRecord(const std::string& path) {
+/// A line for each file: its digest, a blank, its name. None where a line is otherwise, so that the
+/// file is somebody else's.
+std::optional<std::map<std::string, std::string>> parseRecord(const std::string& bytes) {
     std::map<std::string, std::string> record;
-    std::istringstream lines(bytesOf(path).value_or(""));
-    for (std::string digest, name; lines >> digest >> name;) {
-        if (name.find('/') == std::string::npos) {
-            record.emplace(std::move(name), std::move(digest));
+    std::istringstream lines(bytes);
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t blank = line.find(' ');
+        const std::string name = line.substr(std::min(blank, line.size() - 1) + 1);
+        if (blank == 0 || line.find_first_not_of("0123456789") != blank || name.empty() ||
+            name.find_first_of(" /") != std::string::npos) {
+            return std::nullopt;
         }
+        record.emplace(name, line.substr(0, blank));
     }
     return record;
 }
@@ -85,7 +85,13 @@ Installation::Installation(std::string folder, std::string program) : folder_(st
         files_.emplace(file.name, file.bytes);
     }
     files_.emplace(programName, std::move(program) + "\n");
-    record_ = readRecord(pathOf(recordName));
+    if (const auto bytes = bytesOf(pathOf(recordName))) {
+        const auto record = parseRecord(*bytes);
+        record_ = record.value_or(record_);
+        isRecordChanged_ = !record;
+    } else {
+        isRecordChanged_ = isThere(pathOf(recordName));
+    }
 }
 
 void Installation::install() {
@@ -94,7 +100,7 @@ void Installation::install() {
             changed_.push_back(name);
         }
     }
-    if (isRecordChanged()) {
+    if (isRecordChanged_) {
         changed_.emplace_back(recordName);
     }
     if (!changed_.empty()) {
@@ -134,7 +140,7 @@ void Installation::remove() {
     }
     std::error_code ignored; // what is not ours keeps the folder, and nothing else is lost
     removeCompiled();
-    if (isRecordChanged()) {
+    if (isRecordChanged_) {
         changed_.emplace_back(recordName);
     } else {
         fs::remove(pathOf(recordName), ignored);
@@ -185,11 +191,6 @@ Installation::State Installation::stateOf(const std::string& name) const {
     const bool isOurs = (wanted != files_.end() && wanted->second == *bytes) ||
                         (before != record_.end() && before->second == digestOf(*bytes));
     return isOurs ? State::ours : State::changed;
-}
-
-/// It is read whatever a person wrote there, but nothing is written through a link.
-bool Installation::isRecordChanged() const {
-    return isThere(pathOf(recordName)) && !isFile(pathOf(recordName));
 }
 
 void Installation::take(const std::string& name) {

@@ -33,7 +33,6 @@ private:
     enum class State : std::uint8_t { missing, ours, changed };
 
     State stateOf(const std::string& name) const;
-    bool isRecordChanged() const;
     std::string pathOf(std::string_view name) const;
     void write(const std::string& name, const std::string& bytes);
     void take(const std::string& name);
@@ -44,6 +43,7 @@ private:
     std::string folder_;
     std::map<std::string, std::string> files_;  ///< that this version puts there: bytes by name
     std::map<std::string, std::string> record_; ///< that was put there: digest by name
+    bool isRecordChanged_ = false;              ///< what lies in its place is not one of ours
     std::vector<std::string> done_;
     std::vector<std::string> changed_;
 };

@@ -1,7 +1,6 @@
 #include "runtime/digest.h"
 #include "tests/app/cli/inkscape/extensions.h"
 
-#include <cstdio>
 #include <fstream>
 #include <sys/stat.h>
 
@@ -22,10 +21,7 @@ protected:
     static std::string recorded(const std::string& name, const std::string& bytes) {
         Digest digest;
         digest.feed(std::as_bytes(std::span(bytes)));
-        std::array<char, 17> text{};
-        std::snprintf(text.data(), text.size(), "%016llx",
-                      static_cast<unsigned long long>(digest.value()));
-        return std::string(text.data()) + " " + name + "\n";
+        return std::to_string(digest.value()) + " " + name + "\n";
     }
 };
 
@@ -121,14 +117,28 @@ TEST_F(Install, FilesOfAnotherVersionMakeRoom) {
     write(place() / "corvane_save.py", "older");
     write(place() / "corvane_gone.py", "gone");
     write(place() / "corvane_edited.py", "edited by the person");
-    write(place() / "corvane_files", recorded("corvane_save.py", "older") +
-                                         recorded("corvane_gone.py", "gone") +
-                                         recorded("../../kept", "kept"));
-    write(fs::path(profile()) / "kept", "kept");
+    write(place() / "corvane_files",
+          recorded("corvane_save.py", "older") + recorded("corvane_gone.py", "gone"));
     EXPECT_EQ(extensions("--install").status, 0);
     EXPECT_FALSE(fs::exists(place() / "corvane_gone.py"));
     EXPECT_NE(test::fileBytes(place() / "corvane_save.py"), "older");
     EXPECT_TRUE(fs::exists(place() / "corvane_edited.py"));
+}
+
+TEST_F(Install, AFileThatIsNoRecordIsAPersonsOwn) {
+    const fs::path record = place() / "corvane_files";
+    write(fs::path(profile()) / "kept", "kept");
+    for (const std::string& text :
+         {std::string("my corvane files\n"), recorded("../../kept", "kept"), std::string("\n"),
+          recorded("corvane_save.py", "older") + "12\n", "9f" + recorded("two words", "")}) {
+        write(record, text);
+        const auto outcome = extensions("--install");
+        EXPECT_EQ(outcome.status, 1) << text;
+        EXPECT_TRUE(holds(outcome.errors, "(corvane_files)")) << outcome.errors;
+        EXPECT_EQ(installed(), std::vector<std::string>{"corvane_files"});
+        EXPECT_TRUE(holds(extensions("--remove").errors, "corvane_files was changed"));
+        EXPECT_EQ(test::fileBytes(record), text);
+    }
     EXPECT_TRUE(fs::exists(fs::path(profile()) / "kept")) << "a record leads nowhere else";
 }
 
