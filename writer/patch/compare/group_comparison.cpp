@@ -101,16 +101,19 @@ ChargedList<SeenPart> seenIn(Art group) {
         Art clip = Art::null;
     };
     std::vector<Open> open = {{}};
+    std::size_t depth = 0; // in those that are listed
     ArtStack pending;
     pending.push(group);
     for (ArtStep step; pending.next(step);) {
         if (step.what != ArtStep::What::art) {
+            depth -= open.back().isListed ? 1 : 0;
             open.pop_back();
             continue;
         }
-        SeenPart part{
-            .art = step.art, .kind = artKind(step.art), .isClip = step.art == open.back().clip};
-        part.depth = static_cast<std::size_t>(std::ranges::count(open, true, &Open::isListed));
+        SeenPart part{.art = step.art,
+                      .kind = artKind(step.art),
+                      .isClip = step.art == open.back().clip,
+                      .depth = depth};
         if (hostHoldsAppearance()) {
             part.appearance = appearanceOf(step.art);
             // Markup says these only where they are seen.
@@ -126,6 +129,7 @@ ChargedList<SeenPart> seenIn(Art group) {
             if (!open.back().isListed) {
                 continue;
             }
+            ++depth;
         }
         parts.push(part);
     }
