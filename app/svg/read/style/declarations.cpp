@@ -15,7 +15,15 @@ std::string_view trimmed(std::string_view text) {
 }
 
 void Declared::offer(Attribute property, std::string_view value) {
-    if (!has(property) || isValueOf(property, trimmed(value))) {
+    const bool isValue = isValueOf(property, trimmed(value));
+    if (isValue && property == Attribute::textDecoration) {
+        for (const Attribute said :
+             {Attribute::textDecorationLine, Attribute::textDecorationStyle,
+              Attribute::textDecorationColor, Attribute::textDecorationThickness}) {
+            present_.reset(place(said));
+        }
+    }
+    if (!has(property) || isValue) {
         set(property, value);
     }
 }

@@ -24,7 +24,8 @@ public:
         present_.set(place(property));
         values_[place(property)] = value;
     }
-    /// The same, but a wrong value does not take the place of another one.
+    /// The same, but a wrong value does not take the place of another one. What says several
+    /// properties at once takes the place of each.
     void offer(Attribute property, std::string_view value);
 
 private:

@@ -40,8 +40,15 @@ public:
         }
     }
 
+    /// Which lines there are, whatever was read before.
+    void readLines(std::string_view text) {
+        decoration_.isUnder = decoration_.isOver = decoration_.isThrough = saysNone_ = false;
+        read(text);
+    }
+
+    /// "none" beside a line is wrong, as if nothing was said.
     bool hasLine() const {
-        return decoration_.isUnder || decoration_.isOver || decoration_.isThrough;
+        return !saysNone_ && (decoration_.isUnder || decoration_.isOver || decoration_.isThrough);
     }
     Decoration take() { return std::move(decoration_); }
     /// What cannot be held counts only where there is a line.
@@ -54,12 +61,14 @@ public:
 private:
     void readWord(std::string_view word) {
         // The colour that letters have is what lines have, in SVG that of their fill.
-        constexpr std::array harmless{"none",    "solid", "auto",   "from-font", "blink",
-                                      "initial", "unset", "revert", "inherit",   "currentcolor"};
+        constexpr std::array harmless{"solid", "auto",   "from-font", "blink",       "initial",
+                                      "unset", "revert", "inherit",   "currentcolor"};
         if (const auto line = keywordIn(word, {"underline", "overline", "line-through"})) {
             (*line == 0   ? decoration_.isUnder
              : *line == 1 ? decoration_.isOver
                           : decoration_.isThrough) = true;
+        } else if (isWord(word, "none")) {
+            saysNone_ = true;
         } else if (const auto colour = parseColour(word)) {
             setColour(colour->screen, colour->alpha);
         } else if (const auto length = parseLength(word, Axis::x, lengths_);
@@ -83,6 +92,7 @@ private:
     LengthContext lengths_;
     Tally& tally_;
     Decoration decoration_;
+    bool saysNone_ = false;
     bool isIgnored_ = false;
 };
 
@@ -91,12 +101,13 @@ private:
 void readDecoration(ComputedStyle& style, const Declared& declared, const LengthContext& lengths,
                     Tally& tally) {
     DecorationReader reader(style, lengths, tally);
-    for (const Attribute property :
-         {declared.has(Attribute::textDecorationLine) ? Attribute::textDecorationLine
-                                                      : Attribute::textDecoration,
-          Attribute::textDecorationStyle, Attribute::textDecorationColor,
-          Attribute::textDecorationThickness}) {
+    reader.read(valueOf(declared, Attribute::textDecoration));
+    for (const Attribute property : {Attribute::textDecorationStyle, Attribute::textDecorationColor,
+                                     Attribute::textDecorationThickness}) {
         reader.read(valueOf(declared, property));
+    }
+    if (declared.has(Attribute::textDecorationLine)) {
+        reader.readLines(valueOf(declared, Attribute::textDecorationLine));
     }
     if (reader.hasLine() && style.decoration && style.decoration->depth == deepestDecoration) {
         tally.add(kind);

@@ -278,6 +278,11 @@ void TextReader::decorate(LetterLook& look, const ComputedStyle& style) {
                                .size = each->fontSize,
                                .thickness = each->thickness};
         const bool asLetters = each->fill == style.fill && each->stroke == style.stroke;
+        const bool isPainted = each->fill.kind != PaintValue::Kind::none ||
+                               each->stroke.kind != PaintValue::Kind::none;
+        if (!isPainted && !each->saysColour) {
+            continue;
+        }
         if (each->saysColour || (!asLetters && each->fill.kind == PaintValue::Kind::colour)) {
             lines.lines.hasColour = true;
             lines.lines.colour = plainColour(each->saysColour ? each->colour : each->fill.colour);
