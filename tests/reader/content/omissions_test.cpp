@@ -1,6 +1,6 @@
 // What a page has and the artwork does not hold, as the host is told.
 #include "host/toolbox.h"
-#include "tests/reader/reader_fixture.h"
+#include "tests/reader/extension_fixture.h"
 
 #include <gtest/gtest.h>
 
@@ -9,36 +9,20 @@
 namespace corvane {
 namespace {
 
-class OmissionsTest : public ReaderTest {
+class OmissionsTest : public ExtensionTest {
 protected:
-    void SetUp() override {
-        ReaderTest::SetUp();
-        extension_.context = this;
-        extension_.omitted = [](void* context, Omission kind, std::int32_t count) {
-            static_cast<OmissionsTest*>(context)->omitted_[kind] = count;
-        };
-        setHostExtension(&extension_);
-    }
-    void TearDown() override {
-        setHostExtension(nullptr);
-        ReaderTest::TearDown();
-    }
-
     using Counts = std::map<Omission, std::int32_t>;
 
     Counts omitted(const std::string& content, const std::string& resources) {
-        omitted_.clear();
+        omissions_.clear();
         draw(PdfBuilder::onePage(content, "/Resources<<" + resources + ">>")
                  .object(8, "<</Type/Mask/S/Alpha>>")
                  .object(9, "<</FunctionType 2/Domain[0 1]/C0[0]/C1[1]/N 1>>")
                  .stream(10, "", "/N 3")
                  .stream(11, "", "/Subtype/Image/OC 8 0 R")
                  .bytes());
-        return omitted_;
+        return omissions_;
     }
-
-    HostExtension extension_;
-    Counts omitted_;
 };
 
 TEST_F(OmissionsTest, Operators) {
