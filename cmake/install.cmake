@@ -13,7 +13,7 @@ install(FILES ${manual}/corvane.bash DESTINATION ${share}/bash-completion/comple
 install(FILES ${manual}/_corvane DESTINATION ${share}/zsh/site-functions)
 install(FILES ${manual}/corvane.fish DESTINATION ${share}/fish/vendor_completions.d)
 
-install(FILES desktop/corvane.desktop DESTINATION ${share}/applications)
+install(FILES desktop/corvane.desktop desktop/corvane-page.desktop DESTINATION ${share}/applications)
 install(FILES desktop/corvane-page.xml DESTINATION ${share}/mime/packages)
 install(FILES desktop/corvane.svg DESTINATION ${share}/icons/hicolor/scalable/apps)
 

@@ -72,7 +72,7 @@ std::string programPage(std::string_view date) {
     RoffPage page("corvane", 1, date);
     page.addName("corvane", purpose());
     page.addSection("Synopsis");
-    page.addParagraph(synopsis("corvane COMMAND FILE... [OPTION...]"));
+    page.addParagraph(synopsis("corvane COMMAND [FILE...] [OPTION...]"));
     page.addSection("Description");
     page.addParagraph(roffText(programSummary()));
     for (const std::string_view note : programNotes()) {

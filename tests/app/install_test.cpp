@@ -37,9 +37,19 @@ TEST(InstalledTree, IsWholeAndCanBeMoved) {
           "doc/corvane/README.md", "doc/corvane/docs/svg.md", "doc/corvane/examples/harbour.pdf"}) {
         EXPECT_TRUE(fs::exists(top / "moved here/share" / name)) << name;
     }
-    const auto desktop =
-        shell("desktop-file-validate 'moved here/share/applications/corvane.desktop'", top);
+    const auto desktop = shell("desktop-file-validate 'moved here/share/applications/'*", top);
     EXPECT_EQ(desktop.status, 0) << desktop.output;
+
+    // A double click on a link asks for the programs of its type.
+    const auto ofLinks = shell("XDG_DATA_HOME=\"$PWD/moved here/share\"; export XDG_DATA_HOME; "
+                               "update-mime-database \"$XDG_DATA_HOME/mime\" && "
+                               "update-desktop-database \"$XDG_DATA_HOME/applications\" && "
+                               "echo '{}' > a.pdfpage && gio info -a standard::content-type "
+                               "a.pdfpage && gio mime application/x-pdf-page",
+                               top);
+    EXPECT_TRUE(holds(ofLinks.output, "content-type: application/x-pdf-page"))
+        << ofLinks.output << ofLinks.errors;
+    EXPECT_TRUE(holds(ofLinks.output, "corvane-page.desktop")) << ofLinks.output << ofLinks.errors;
 
     // Within quotes a shell reads what Exec says as desktops do.
     const auto launched = shell(

@@ -33,6 +33,7 @@ const std::vector<Row> rows{
     {"save harbour.s", "<save><harbour.svg>"},
     {"save harbour.svg harbour.p", "<save><harbour.svg><harbour.pdf>"},
     {"log --password-file not", "<log><--password-file><notes.txt>"},
+    {"log --password-file=not", "<log><--password-file=notes.txt>"},
     // Options that go with other commands, and behind the end of the options.
     {"open --dr", "<open><--dr>"},
     {"check -- --p", "<check><--><--p>"},
