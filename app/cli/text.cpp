@@ -100,7 +100,7 @@ std::string counted(std::int64_t count, const std::string& noun) {
 
 std::string shellWord(std::string_view name) {
     // What begins with - would be an option.
-    const std::string path = (name.starts_with("-") ? "./" : "") + std::string(name);
+    std::string path = (name.starts_with("-") ? "./" : "") + std::string(name);
     if (!path.empty() && std::ranges::all_of(path, isPlain)) {
         return path;
     }

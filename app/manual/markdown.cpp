@@ -196,7 +196,7 @@ private:
             next == '!' || next == '#') {
             throw MarkdownError("HTML outside of code");
         }
-        const std::string roff = roffText(rest_.substr(0, 1));
+        std::string roff = roffText(rest_.substr(0, 1));
         rest_.remove_prefix(1);
         return roff;
     }

@@ -147,7 +147,7 @@ void writeFrameAttributes(TextOutput& out, const Document& document, Art placed,
 
 Extent placedExtent(const Document& document, Art placed) {
     // A corner of a thin line, its miter included.
-    constexpr std::int64_t frameReach = 3 * fixedOne;
+    constexpr std::int64_t frameReach = std::int64_t{3} * fixedOne;
     const std::int64_t reach = showsFile(document, placed) ? 0 : frameReach;
     Extent extent;
     for (const WidePoint corner : cornersOf(document.placedImage(placed).matrix)) {

@@ -115,7 +115,7 @@ std::span<const std::uint8_t> TextWalk::letters(const Run& run) const {
 }
 
 RealMatrix TextWalk::glyphMatrix(const Line& line, std::int32_t letter) const {
-    const auto index = static_cast<std::size_t>(line.first + letter);
+    const auto index = static_cast<std::size_t>(line.first) + static_cast<std::size_t>(letter);
     const double place = places_[index];
     const double width = widths_[index] * stretch_;
     if (path_) {

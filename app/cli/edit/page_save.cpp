@@ -89,7 +89,7 @@ std::optional<Fault> PageSave::save(bool isForced) {
     arguments.force = isForced;
     Report report;
     bool isTouched = false; // the file is as it was, and no other program can be at it
-    const auto fault = faultOf([&] {
+    auto fault = faultOf([&] {
         ArtworkSave save(arguments, report, &opened_);
         requireSameFile(); // a file that is gone would be made
         SavePlace place(arguments);

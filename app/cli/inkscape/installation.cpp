@@ -11,7 +11,6 @@
 #include <fstream>
 #include <iterator>
 #include <optional>
-#include <ranges>
 #include <span>
 #include <sstream>
 #include <unistd.h>
@@ -126,7 +125,9 @@ void Installation::install() {
         }
     }
     done_.clear();
-    std::ranges::copy(std::views::keys(files_), std::back_inserter(done_));
+    for (const auto& [name, bytes] : files_) {
+        done_.push_back(name);
+    }
     write(std::string(recordName), recordText());
 }
 
@@ -172,9 +173,13 @@ void Installation::removeCompiled() const {
 
 /// Of what was put there, and of what this version puts there.
 std::vector<std::string> Installation::names() const {
+    std::map<std::string, std::string> all = record_;
+    all.insert(files_.begin(), files_.end());
     std::vector<std::string> result;
-    std::ranges::set_union(std::views::keys(files_), std::views::keys(record_),
-                           std::back_inserter(result));
+    result.reserve(all.size());
+    for (const auto& [name, bytes] : all) {
+        result.push_back(name);
+    }
     return result;
 }
 

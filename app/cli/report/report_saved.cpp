@@ -52,6 +52,7 @@ std::string appendedText(const SavedFacts& saved, bool dryRun) {
 
 std::string missingText(const std::vector<MissingArt>& missing) {
     std::vector<std::string> kinds;
+    kinds.reserve(missing.size());
     for (const MissingArt& kind : missing) {
         kinds.push_back(grouped(kind.missing) + " of " + grouped(kind.whole) + " " +
                         kindText(kind.kind));
