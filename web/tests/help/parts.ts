@@ -1,0 +1,3 @@
+import { Artwork } from "../../src/artwork/artwork";
+
+Object.assign(globalThis, { parts: { Artwork } });
