@@ -2,7 +2,7 @@
 
 import type { Server } from "../server/api";
 import type { Desk, LoadedPage } from "./desk";
-import { differentPixels, drawn } from "./drawing";
+import { differentPixels, drawn, viewBox } from "./drawing";
 
 // Half a pixel a point: edges that are smoothed otherwise vanish, a word that is gone does not.
 const scale = 0.5;
@@ -38,10 +38,9 @@ async function looksSame(one: string, other: string): Promise<boolean> {
   return differentPixels(a, b, levels) <= tolerated;
 }
 
-// Pixels for a comparison, from the root's viewBox.
+// Pixels for a comparison.
 export function viewSize(svg: string): { width: number; height: number } {
-  const box = /<svg[^>]*\sviewBox="([^"]*)"/.exec(svg)?.[1]?.split(/\s+/).map(Number) ?? [];
-  const [width, height] = [Math.max(box[2] ?? 600, 1), Math.max(box[3] ?? 800, 1)];
+  const { width, height } = viewBox(svg);
   const shrink = Math.min(scale, Math.sqrt(mostPixels / (width * height)));
   return { width: Math.max(1, Math.round(width * shrink)), height: Math.max(1, Math.round(height * shrink)) };
 }

@@ -1,6 +1,7 @@
 // Two pictures of a page over each other or side by side.
 
 import { make, setPressed } from "./dom";
+import { viewBox } from "./drawing";
 
 export type Mode = "slider" | "sides" | "switch";
 
@@ -14,7 +15,7 @@ export class Comparison {
   readonly #after = make("img", { alt: "The page after", draggable: "false" });
   readonly #stage: HTMLElement;
   readonly #slider = make("input", {
-    type: "range", min: 0, max: 100, value: 50, "aria-label": "How much of the page before is shown",
+    type: "range", min: 0, max: 100, step: 0.5, value: 50, "aria-label": "How much of the page before is shown",
   });
   readonly #swap = make("button", { type: "button", class: "button" });
   readonly #note = make("p", { class: "muted compare-note", role: "status" });
@@ -40,6 +41,11 @@ export class Comparison {
       this.#showsAfter = !this.#showsAfter;
       this.#place();
     });
+    this.#stage.addEventListener("pointerdown", (event) => {
+      this.#stage.setPointerCapture(event.pointerId);
+      this.#drag(event);
+    });
+    this.#stage.addEventListener("pointermove", (event) => this.#drag(event));
     this.setMode("slider");
   }
 
@@ -59,9 +65,9 @@ export class Comparison {
     this.element.classList.toggle("single", before === null);
     this.#before.hidden = before === null;
     if (before !== null) {
-      this.#before.src = this.#address(before);
+      this.#load(this.#before, before);
     }
-    this.#after.src = this.#address(after);
+    this.#load(this.#after, after);
     this.#note.textContent = "";
     this.#stage.hidden = false;
   }
@@ -78,10 +84,22 @@ export class Comparison {
     this.#addresses = [];
   }
 
-  #address(svg: string): string {
+  #load(image: HTMLImageElement, svg: string): void {
     const address = URL.createObjectURL(new Blob([svg], { type: "image/svg+xml" }));
     this.#addresses.push(address);
-    return address;
+    const { width, height } = viewBox(svg);
+    image.style.setProperty("--ratio", String(width / height));
+    image.src = address;
+  }
+
+  // The pointer takes the divider along.
+  #drag(event: PointerEvent): void {
+    if (this.element.dataset["mode"] !== "slider" || event.buttons !== 1) {
+      return;
+    }
+    const { left, width } = this.#before.parentElement?.getBoundingClientRect() ?? new DOMRect();
+    this.#slider.value = String((event.clientX - left) / Math.max(width, 1) * 100);
+    this.#place();
   }
 
   #place(): void {

@@ -23,6 +23,13 @@ export async function drawn(svg: string, width: number, height: number): Promise
   }
 }
 
+// Width and height of a drawing, from the viewBox of its root.
+export function viewBox(svg: string): { width: number; height: number } {
+  const box = /<svg[^>]*\sviewBox="([^"]*)"/.exec(svg)?.[1]?.trim().split(/[\s,]+/).map(Number) ?? [];
+  const [width, height] = [box[2] ?? 0, box[3] ?? 0];
+  return width > 0 && height > 0 ? { width, height } : { width: 600, height: 800 };
+}
+
 // Pixels in which two drawings of one size differ by more than `levels` of 255 in a channel.
 export function differentPixels(one: HTMLCanvasElement, other: HTMLCanvasElement, levels: number): number {
   const a = pixelsOf(one);

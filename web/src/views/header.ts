@@ -3,6 +3,7 @@
 import { make, setText } from "./dom";
 import { icon } from "./icons";
 import type { Icon } from "./icons";
+import { number } from "./words";
 
 // How the work of the page stands.
 export type SaveState = "none" | "unchanged" | "changed" | "saving" | "saved" | "failed";
@@ -63,7 +64,7 @@ export class Header {
 
   showPage(page: number, count: number, label: string | undefined): void {
     this.page.value = String(page);
-    setText(this.#count, `of ${count}${label === undefined ? "" : ` (${label})`}`);
+    setText(this.#count, `of ${number(count)}${label === undefined ? "" : ` (${label})`}`);
     this.previous.disabled = page <= 1;
     this.next.disabled = page >= count;
   }
