@@ -28,32 +28,55 @@ target_compile_definitions(corvane_httplib INTERFACE
 target_link_libraries(corvane_httplib INTERFACE ${CORVANE_HTTPLIB_LIBRARY} Threads::Threads)
 
 # What npm installs lies in the build folder with a copy of the sources; nothing is written among those.
-set(source ${PROJECT_SOURCE_DIR}/web)
-set(CORVANE_WEB_FOLDER ${PROJECT_BINARY_DIR}/web)
-set(CORVANE_WEB_BUNDLE ${PROJECT_BINARY_DIR}/web-bundle)
-file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${source}/src/* ${source}/style/*)
-set(packages ${source}/package.json ${source}/package-lock.json ${source}/.npmrc)
-set(parts ${source}/build.mjs ${source}/index.html)
-set(CORVANE_WEB_FILES ${CORVANE_WEB_BUNDLE}/index.html ${CORVANE_WEB_BUNDLE}/app.js ${CORVANE_WEB_BUNDLE}/app.css)
+set(CORVANE_WEB_SOURCE ${PROJECT_SOURCE_DIR}/web)
 
-# Scripts of packages are not run: esbuild's program comes as a package of its own.
-add_custom_command(
-    OUTPUT ${CORVANE_WEB_FOLDER}/installed
-    COMMAND ${CMAKE_COMMAND} -E make_directory ${CORVANE_WEB_FOLDER}
-    COMMAND ${CMAKE_COMMAND} -E copy ${packages} ${CORVANE_WEB_FOLDER}
-    COMMAND ${CMAKE_COMMAND} -E chdir ${CORVANE_WEB_FOLDER} ${CORVANE_NPM} ci --ignore-scripts --omit=dev --loglevel=error
-    COMMAND ${CMAKE_COMMAND} -E touch ${CORVANE_WEB_FOLDER}/installed
-    DEPENDS ${packages}
-    COMMENT "Installing what the page is built with"
-    VERBATIM)
+# corvane_web_copy(FOLDER TESTS): makes FOLDER/copied, by which FOLDER has the sources of the page and what
+# they need; with their tests, and what those need, where TESTS is ON.
+function(corvane_web_copy folder tests)
+    set(source ${CORVANE_WEB_SOURCE})
+    set(packages ${source}/package.json ${source}/package-lock.json ${source}/.npmrc)
+    set(parts ${source}/build.mjs ${source}/index.html ${source}/tsconfig.json)
+    set(rooms src style)
+    set(leave --omit=dev)
+    if(tests)
+        list(APPEND rooms tests)
+        set(leave)
+    endif()
+    set(copying)
+    set(sources)
+    foreach(room ${rooms})
+        file(GLOB_RECURSE found CONFIGURE_DEPENDS ${source}/${room}/*)
+        list(APPEND sources ${found})
+        list(APPEND copying COMMAND ${CMAKE_COMMAND} -E rm -rf ${folder}/${room}
+            COMMAND ${CMAKE_COMMAND} -E copy_directory ${source}/${room} ${folder}/${room})
+    endforeach()
+    # Scripts of packages are not run: esbuild's program comes as a package of its own.
+    add_custom_command(
+        OUTPUT ${folder}/installed
+        COMMAND ${CMAKE_COMMAND} -E make_directory ${folder}
+        COMMAND ${CMAKE_COMMAND} -E copy ${packages} ${folder}
+        COMMAND ${CMAKE_COMMAND} -E chdir ${folder} ${CORVANE_NPM} ci --ignore-scripts ${leave} --loglevel=error
+        COMMAND ${CMAKE_COMMAND} -E touch ${folder}/installed
+        DEPENDS ${packages}
+        COMMENT "Installing npm packages into ${folder}"
+        VERBATIM)
+    add_custom_command(
+        OUTPUT ${folder}/copied
+        ${copying}
+        COMMAND ${CMAKE_COMMAND} -E copy ${parts} ${folder}
+        COMMAND ${CMAKE_COMMAND} -E touch ${folder}/copied
+        DEPENDS ${sources} ${parts} ${folder}/installed
+        VERBATIM)
+endfunction()
+
+set(folder ${PROJECT_BINARY_DIR}/web)
+set(CORVANE_WEB_BUNDLE ${PROJECT_BINARY_DIR}/web-bundle)
+set(CORVANE_WEB_FILES ${CORVANE_WEB_BUNDLE}/index.html ${CORVANE_WEB_BUNDLE}/app.js ${CORVANE_WEB_BUNDLE}/app.css)
+corvane_web_copy(${folder} OFF)
 add_custom_command(
     OUTPUT ${CORVANE_WEB_FILES}
-    COMMAND ${CMAKE_COMMAND} -E rm -rf ${CORVANE_WEB_FOLDER}/src ${CORVANE_WEB_FOLDER}/style
-    COMMAND ${CMAKE_COMMAND} -E copy_directory ${source}/src ${CORVANE_WEB_FOLDER}/src
-    COMMAND ${CMAKE_COMMAND} -E copy_directory ${source}/style ${CORVANE_WEB_FOLDER}/style
-    COMMAND ${CMAKE_COMMAND} -E copy ${parts} ${CORVANE_WEB_FOLDER}
-    COMMAND ${CORVANE_NODE} ${CORVANE_WEB_FOLDER}/build.mjs ${CORVANE_WEB_BUNDLE}
-    DEPENDS ${sources} ${parts} ${CORVANE_WEB_FOLDER}/installed
+    COMMAND ${CORVANE_NODE} ${folder}/build.mjs ${CORVANE_WEB_BUNDLE}
+    DEPENDS ${folder}/copied
     COMMENT "Bundling the page"
     VERBATIM)
 add_custom_target(corvane_web_bundle DEPENDS ${CORVANE_WEB_FILES})

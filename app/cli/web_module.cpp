@@ -1,6 +1,6 @@
 #include "app/cli/web_module.h"
 
-#include "app/cli/fault.h"
+#include "app/cli/files/output.h"
 #include "app/cli/follow.h"
 #include "app/cli/plugin.h"
 
@@ -34,10 +34,19 @@ ServeFunction* serveFunction() {
 } // namespace
 
 int runServe(const Arguments& arguments) {
-    ServeFunction* serve = nullptr;
+    ServeCall call{arguments, [&](const std::string& address) {
+                       Report report;
+                       report.address = address;
+                       printOutput(arguments.json ? reportJson(arguments, report) : address + "\n",
+                                   "");
+                   }};
+    const auto fault = faultOf([&] { (*serveFunction())(call); });
+    if (!fault && !call.fault) {
+        return exitDone;
+    }
     Report report;
-    report.error = faultOf([&] { serve = serveFunction(); });
-    return report.error ? conclude(arguments, report) : serve(arguments);
+    report.error = fault ? fault : call.fault;
+    return conclude(arguments, report);
 }
 
 } // namespace corvane

@@ -3,13 +3,23 @@
 #pragma once
 
 #include "app/cli/arguments.h"
+#include "app/cli/fault.h"
 
+#include <functional>
+#include <optional>
 #include <string>
 
 namespace corvane {
 
-/// What the library exports: follows the command; the exit status. Raises nothing.
-using ServeFunction = int(const Arguments& arguments);
+struct ServeCall {
+    const Arguments& arguments;
+    /// Called once the page can be opened.
+    std::function<void(const std::string& address)> tellAddress;
+    std::optional<Fault> fault = {}; ///< what the end was, unless it was meant
+};
+
+/// What the library exports: follows the command. Raises nothing.
+using ServeFunction = void(ServeCall& call);
 inline constexpr auto serveFunctionName = "corvane_serve";
 
 /// Follows `serve`, and tells what came of it; the exit status.

@@ -2,7 +2,6 @@
 #include "app/cli/web_module.h"
 #include "app/web/serve.h"
 
-extern "C" __attribute__((visibility("default"))) int
-corvane_serve(const corvane::Arguments& arguments) {
-    return corvane::serve(arguments);
+extern "C" __attribute__((visibility("default"))) void corvane_serve(corvane::ServeCall& call) {
+    corvane::serve(call);
 }

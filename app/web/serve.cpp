@@ -1,12 +1,8 @@
 #include "app/web/serve.h"
 
 #include "app/cli/edit/editor_process.h"
-#include "app/cli/fault.h"
-#include "app/cli/files/output.h"
-#include "app/cli/follow.h"
 #include "app/cli/messages.h"
 #include "app/cli/programs/installed_program.h"
-#include "app/cli/report/report.h"
 #include "app/web/gate.h"
 #include "app/web/http_server.h"
 #include "app/web/limits.h"
@@ -69,20 +65,15 @@ std::optional<EditorProcess> openBrowser(const Arguments& arguments, const std::
     return process;
 }
 
-void tellAddress(const Arguments& arguments, const std::string& address) {
-    Report report;
-    report.address = address;
-    printOutput(arguments.json ? reportJson(arguments, report) : address + "\n", "");
-    announce(arguments, "the page is at this address, for you alone; Ctrl-C ends it");
-}
-
-void runUntilEnded(const Arguments& arguments) {
+void runUntilEnded(const ServeCall& call) {
+    const Arguments& arguments = call.arguments;
     const HeldSignals signals;
     Service service(arguments, "/proc/self/exe");
     HttpServer server(arguments.port);
     Gate gate(server.port());
     server.start(gate, [&](const WebRequest& request) { return service.answer(request); });
-    tellAddress(arguments, gate.address());
+    call.tellAddress(gate.address());
+    announce(arguments, "the page is at this address, for you alone; Ctrl-C ends it");
     auto browser = openBrowser(arguments, gate.addressForBrowser());
     while (!signals.await()) {
         if (browser) {
@@ -99,14 +90,8 @@ void runUntilEnded(const Arguments& arguments) {
 
 } // namespace
 
-int serve(const Arguments& arguments) {
-    const auto fault = faultOf([&] { runUntilEnded(arguments); });
-    if (!fault) {
-        return exitDone;
-    }
-    Report report;
-    report.error = fault;
-    return conclude(arguments, report);
+void serve(ServeCall& call) {
+    call.fault = faultOf([&] { runUntilEnded(call); });
 }
 
 } // namespace corvane
