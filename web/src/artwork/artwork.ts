@@ -18,6 +18,7 @@ export class Artwork extends EventTarget {
   readonly #history = new History();
   readonly #touched = new Touched();
   #step: Step | null = null;
+  #made = 0;
   #merged = new Map<Node, Map<string, Change>>();
 
   // Puts the artwork into the tree.
@@ -138,15 +139,25 @@ export class Artwork extends EventTarget {
       const origin = this.#opened.origins.get(old);
       if (origin !== undefined) this.#opened.origins.set(made, origin);
       this.#touched.copy(old, made);
-      if (made instanceof Element && made.hasAttribute("id")) {
-        this.#touched.attribute(made, "id");
-        made.removeAttribute("id");
-      }
+      if (made instanceof Element) this.mark(made, "id", null);
       for (let a = old.firstChild, b = made.firstChild; a !== null && b !== null; a = a.nextSibling, b = b.nextSibling) {
         pairs.push([a, b]);
       }
     }
     return copied;
+  }
+
+  // Sets an attribute of something that is not in the artwork yet: nothing to undo.
+  mark(made: Element, name: string, value: string | null): void {
+    this.#touched.attribute(made, name);
+    writeAttribute(made, name, value);
+  }
+
+  // An id that no element has. It is not one of those that say an object's place in the page (p1, f3p1).
+  freshId(kind: string): string {
+    let id: string;
+    do id = `new-${kind}${++this.#made}`; while (this.root.querySelector(`#${CSS.escape(id)}`) !== null);
+    return id;
   }
 
   #note(change: Change, key?: string): void {

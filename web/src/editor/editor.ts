@@ -1,28 +1,9 @@
 // What the rest of the page knows of the editor.
+import { layersOf, setHidden, setLocked, type Layer } from "../artwork/layers";
+import { Workbench } from "./workbench";
 
-export interface Layer {
-  readonly element: SVGGElement;
-  readonly name: string;
-  readonly isHidden: boolean;
-  readonly isLocked: boolean;
-  // 0 for a layer of the page, 1 for one inside it, and so on.
-  readonly depth: number;
-  // The layer is shown for orientation: what is in it cannot be changed.
-  readonly isAnnotations: boolean;
-}
-
-// Why something that is selected cannot be changed (all of it, or in part).
-export interface Limit {
-  readonly element: SVGElement;
-  readonly sentence: string;
-}
-
-export interface SelectionDetail {
-  readonly elements: readonly SVGElement[];
-  // What is selected, in words for a screen reader: "2 paths and 1 text".
-  readonly words: string;
-  readonly limits: readonly Limit[];
-}
+export type { Layer } from "../artwork/layers";
+export type { Limit, SelectionDetail } from "./selection";
 
 // Events:
 //   "change"     the artwork was changed, undone or redone, or is another one
@@ -48,8 +29,41 @@ export interface Editor extends EventTarget {
 }
 
 export function makeEditor(canvas: HTMLElement, panel: HTMLElement, toolbar: HTMLElement): Editor {
-  canvas.classList.add("canvas");
-  panel.classList.add("panel");
-  toolbar.classList.add("toolbar");
-  throw new Error("not here yet");
+  return new PageEditor(canvas, panel, toolbar);
+}
+
+class PageEditor extends EventTarget implements Editor {
+  readonly #bench: Workbench;
+
+  constructor(canvas: HTMLElement, panel: HTMLElement, toolbar: HTMLElement) {
+    super();
+    const tell = (name: string, detail?: unknown): void => { this.dispatchEvent(new CustomEvent(name, { detail })); };
+    this.#bench = new Workbench(canvas, panel, toolbar, tell);
+  }
+
+  get root(): SVGSVGElement | null { return this.#bench.artwork?.root ?? null; }
+  get isChanged(): boolean { return this.#bench.artwork?.isChanged === true; }
+  get canUndo(): boolean { return this.#bench.artwork?.canUndo === true; }
+  get canRedo(): boolean { return this.#bench.artwork?.canRedo === true; }
+  get selection(): readonly SVGElement[] { return this.#bench.selection.elements; }
+  get layers(): readonly Layer[] { return this.root === null ? [] : layersOf(this.root); }
+
+  show(svg: string): void { this.#bench.show(svg); }
+  clear(): void { this.#bench.show(null); }
+  undo(): void { this.#bench.undo(); }
+  redo(): void { this.#bench.redo(); }
+  select(elements: readonly SVGElement[]): void { this.#bench.select(elements); }
+
+  text(): string {
+    this.#bench.settle();
+    return this.#bench.artwork?.text() ?? "";
+  }
+
+  markSaved(): void {
+    this.#bench.artwork?.markSaved();
+    this.dispatchEvent(new CustomEvent("change"));
+  }
+
+  setLayerHidden(layer: Layer, isHidden: boolean): void { this.#bench.with(artwork => setHidden(artwork, layer, isHidden)); }
+  setLayerLocked(layer: Layer, isLocked: boolean): void { this.#bench.with(artwork => setLocked(artwork, layer, isLocked)); }
 }

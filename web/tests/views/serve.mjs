@@ -8,10 +8,10 @@ import { fileURLToPath } from "node:url";
 import { chromium } from "playwright-core";
 
 const top = fileURLToPath(new URL("../../..", import.meta.url));
-export const corvane = process.env.CORVANE ?? join(top, "build/corvane");
+export const corvane = process.env.CORVANE_PROGRAM ?? join(top, "build/corvane");
 
 export function example(name) {
-  return join(top, "examples", name);
+  return join(process.env.CORVANE_EXAMPLES ?? join(top, "examples"), name);
 }
 
 // What a command of the program says, as `--json` has it; its exit status does not count.

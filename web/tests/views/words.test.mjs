@@ -1,6 +1,8 @@
 import assert from "node:assert/strict";
+import { readFileSync } from "node:fs";
 import { test } from "node:test";
 import { load } from "./load.mjs";
+import { example } from "./serve.mjs";
 
 const words = await load("views/words.ts");
 const { refusal } = await load("views/refusals.ts");
@@ -65,9 +67,8 @@ test("an address names a file and a page, or nothing", () => {
   }
 });
 
-test("each kind that the program counts has words of its own", async () => {
-  const { readFileSync } = await import("node:fs");
-  const source = readFileSync(new URL("../../../app/artwork/provenance.cpp", import.meta.url), "utf8");
+test("each kind that the program counts has words of its own", () => {
+  const source = readFileSync(example("../app/artwork/provenance.cpp"), "utf8");
   const table = /kinds = \{\{([^]*?)\}\};/.exec(source)[1];
   const names = [...table.matchAll(/^ *\{"(\w+)",/gm)].map((row) => row[1]);
   assert.ok(names.length > 15);
