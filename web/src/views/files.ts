@@ -25,9 +25,15 @@ export class FileChooser {
   }
 
   show(files: readonly ListedFile[]): void {
+    this.#filter.value = "";
+    this.update(files);
+    this.#filter.focus();
+  }
+
+  // The same choice with the files that there are by now.
+  update(files: readonly ListedFile[]): void {
     this.#files = files;
     this.#draw();
-    this.#filter.focus();
   }
 
   get #found(): readonly ListedFile[] {

@@ -27,8 +27,8 @@ export class Messages {
     setText(this.line, text);
   }
 
-  fail(doing: string, fault: ServerFault): void {
-    this.notify({ name: doing, look: "danger", text: `${doing}: ${plain(fault.sentence)}` });
+  fail(name: string, doing: string, fault: ServerFault): void {
+    this.notify({ name, look: "danger", text: `${doing}: ${plain(fault.sentence)}` });
   }
 
   notify(notice: Notice): void {
@@ -43,10 +43,10 @@ export class Messages {
         icon("close"))));
   }
 
-  // Takes a notice away; without a name all of them.
-  settle(name?: string): void {
+  // Takes notices away: they are settled, or of a page that is not here any more.
+  settle(...names: readonly string[]): void {
     for (const notice of [...this.notices.children]) {
-      if (name === undefined || notice.getAttribute("data-name") === name) {
+      if (names.includes(notice.getAttribute("data-name") ?? "")) {
         notice.remove();
       }
     }

@@ -38,7 +38,7 @@ export class Saving {
       return await this.#run(dialog, this.desk.editor.text());
     } catch (error) {
       if (!isAborted(error)) {
-        this.messages.fail("The page was not saved", asFault(error));
+        this.messages.fail("unsaved", "The page was not saved", asFault(error));
       }
       return false;
     } finally {
@@ -173,7 +173,7 @@ export class Saving {
       this.desk.forget();
       this.header.showState("saved");
     }
-    this.messages.settle("uncertain");
+    this.messages.settle("uncertain", "unsaved", "differs", "unchecked");
     this.messages.say(`Saved page ${page}: ${shortSummary(report)}.`);
     this.desk.redraw([page]);
     this.desk.dispatchEvent(new Event("saved"));

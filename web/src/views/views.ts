@@ -211,6 +211,7 @@ class Views {
   async #openFile(file: ListedFile, page: number): Promise<void> {
     this.shell.chooser.hidden = true;
     this.shell.desk.hidden = false;
+    this.shell.messages.settle("differs", "unchecked", "unsaved");
     await this.#attempt(`${file.name} cannot be opened`, () => this.#desk.openFile(file, page));
   }
 
@@ -223,7 +224,7 @@ class Views {
     void this.server.files().then(({ files }) => {
       this.#files = files;
       if (!this.shell.chooser.hidden) {
-        this.#chooser.show(files);
+        this.#chooser.update(files);
       }
     }).catch(() => undefined);
   }
@@ -243,7 +244,7 @@ class Views {
     }
     const fault = asFault(error);
     if (fault.kind !== "lost") {
-      this.shell.messages.fail(doing, fault);
+      this.shell.messages.fail("opening", doing, fault);
     }
   }
 }

@@ -62,10 +62,10 @@ test("a password is asked for until it is right, and is kept for the tab", async
   await page.getByRole("button", { name: /secret/ }).click();
   const dialog = page.getByRole("dialog");
   await dialog.getByText("needs a password").waitFor();
-  await page.getByLabel("Password").fill("wrong");
+  await page.getByRole("textbox", { name: "Password" }).fill("wrong");
   await page.keyboard.press("Enter");
   await dialog.getByText("not a password").waitFor();
-  await page.getByLabel("Password").fill("küche & \"co\"");
+  await page.getByRole("textbox", { name: "Password" }).fill("küche & \"co\"");
   await page.keyboard.press("Enter");
   await shown(page);
   await page.locator(".page-picture canvas").first().waitFor();
