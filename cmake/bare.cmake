@@ -2,6 +2,9 @@
 #
 #     cmake --preset run -B FOLDER -D CMAKE_PROJECT_TOP_LEVEL_INCLUDES=cmake/bare.cmake
 
+# As on a machine without the packages of the page.
+set(CORVANE_WEB OFF)
+
 # Looked for in case there are tests; missing, as on a bare machine.
 foreach(package GTest TIFF JPEG)
     set(CMAKE_DISABLE_FIND_PACKAGE_${package} ON)

@@ -2,6 +2,9 @@
 
 install(TARGETS corvane RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(TARGETS corvane-pdf LIBRARY DESTINATION ${CORVANE_LIBRARIES})
+if(CORVANE_WITH_WEB)
+    install(TARGETS corvane-web LIBRARY DESTINATION ${CORVANE_LIBRARIES})
+endif()
 install(TARGETS toolbox LIBRARY DESTINATION ${CORVANE_LIBRARIES} NAMELINK_SKIP)
 
 set(manual ${PROJECT_BINARY_DIR}/manual)
@@ -26,4 +29,4 @@ file(GLOB examples CONFIGURE_DEPENDS examples/*.pdf examples/*.png)
 install(FILES ${examples} examples/tiny_host.cpp DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 
 # All that is installed, for who wants no tests.
-add_custom_target(installed DEPENDS corvane corvane-pdf toolbox manual)
+add_custom_target(installed DEPENDS corvane corvane-pdf toolbox manual $<TARGET_NAME_IF_EXISTS:corvane-web>)

@@ -22,8 +22,9 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION graphics)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR})
-# Fonts and code tables that pages name without having them, an editor, and what its questions are asked with.
+# Fonts and code tables that pages name without having them, an editor, what its questions are asked with, and
+# what opens the browser.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
-    "inkscape, fonts-urw-base35, poppler-data, zenity | kdialog | python3-gi")
+    "inkscape, fonts-urw-base35, poppler-data, zenity | kdialog | python3-gi, xdg-utils")
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/debian-files.cmake)
 include(CPack)

@@ -19,6 +19,7 @@ std::string quoted(std::string_view word) {
 }
 
 constexpr std::int32_t mostJobs = 1024; ///< more would only fill the machine
+constexpr std::int32_t lastPort = 65'535;
 
 /// One walk over the words of a command line.
 class Parser {
@@ -163,6 +164,19 @@ private:
         case OptionKind::remove:
             takeWish(ExtensionWish::remove);
             break;
+        case OptionKind::port:
+            arguments_.port = wholeNumber(value).value_or(0);
+            if (arguments_.port < 1 || arguments_.port > lastPort) {
+                fault_ = "--port takes a whole number from 1 to " + std::to_string(lastPort) +
+                         ", not " + quoted(value);
+            }
+            break;
+        case OptionKind::stay:
+            arguments_.stays = true;
+            break;
+        case OptionKind::noBrowser:
+            arguments_.opensBrowser = false;
+            break;
         case OptionKind::profile: {
             const auto profile = std::ranges::find(profiles, value, profileName);
             if (profile == profiles.end()) {
@@ -246,12 +260,13 @@ private:
         const bool isSave = command_->command == Command::save;
         const bool isLooked =
             command_->command == Command::open || command_->command == Command::check;
+        const bool isServed = command_->command == Command::serve;
         const bool onlyMends = arguments_.mend && operands_.size() == 1 && !readsStandardInput_;
         const std::size_t wanted = isSave && !onlyMends ? 2 : 1;
         if (operands_.size() < wanted) {
             fault_ = "the command " + std::string(command_->name) +
                      (isSave ? " needs two files: the artwork, then the PDF" : " needs a file");
-        } else if (operands_.size() > wanted && !isLooked) {
+        } else if (operands_.size() > wanted && !isLooked && !isServed) {
             fault_ = (isSave ? "one artwork and one PDF at a time: " : "one file at a time: ") +
                      quoted(operands_[wanted]) + " is one too many";
         } else {
@@ -260,6 +275,11 @@ private:
                 const bool hasThatName = operands_.front() == "-" && !readsStandardInput_;
                 arguments_.artwork = hasThatName ? "./-" : operands_.front();
             }
+        }
+        if (fault_.empty() && isServed) {
+            arguments_.file = operands_.front();
+            arguments_.files = std::move(operands_);
+            return;
         }
         const bool isMany =
             operands_.size() > 1 || !arguments_.pages.empty() || arguments_.jobs > 1;

@@ -14,7 +14,7 @@
 
 namespace corvane {
 
-enum class Command : std::uint8_t { open, save, edit, info, check, log, revert, inkscape };
+enum class Command : std::uint8_t { open, save, edit, info, check, log, revert, serve, inkscape };
 
 class PasswordSource;
 
@@ -27,10 +27,14 @@ enum class ExtensionWish : std::uint8_t { none, install, remove };
 struct Arguments {
     Command command = Command::open;
     std::string file; ///< path of the PDF, bytes as given; `inkscape`: of the folder
-    /// Of a command for many files: all of them; `file` is the one at hand then. Else empty.
+    /// Of a command for many files: all of them; `file` is the one at hand then. `serve`: files and
+    /// folders. Else empty.
     std::vector<std::string> files = {};
     std::vector<PageRange> pages = {}; ///< of each of many files; empty: as for one
     std::int32_t jobs = 1;             ///< processes that work on many files
+    std::int32_t port = 0;             ///< `serve`: 0 leaves it to the system
+    bool stays = false;                ///< `serve`: also while no page is open
+    bool opensBrowser = true;          ///< `serve`
     std::string artwork; ///< path of the SVG to save; "-" is standard input; empty: none, the file
                          ///< is only mended
     std::int32_t page = 0; ///< from 1; 0 where none was named
@@ -64,7 +68,7 @@ enum class Question : std::uint8_t { help, version };
 
 /// Whether the command goes through many files, or many pages of one.
 inline bool isBatch(const Arguments& arguments) {
-    return !arguments.files.empty();
+    return !arguments.files.empty() && arguments.command != Command::serve;
 }
 
 /// Why the command line cannot be followed: a sentence without the program's name.

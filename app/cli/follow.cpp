@@ -29,6 +29,8 @@ void runCommand(Arguments& arguments, Report& report) {
         return runEdit(arguments, report);
     case Command::inkscape:
         return runInkscape(arguments, report);
+    case Command::serve:
+        break; // not a command on one file
     }
 }
 

@@ -39,13 +39,17 @@ Plugin::Plugin(const std::string& path) : library_(dlopen(path.c_str(), loading)
 }
 
 std::string pluginPath() {
-    // The path is absolute, so that no search path of the machine has a say in what is loaded.
     namespace fs = std::filesystem;
     std::error_code error;
     if (const char* const named = std::getenv("CORVANE_PLUGIN"); named && *named != '\0') {
         return fs::absolute(named, error).string();
     }
-    static constexpr auto name = "corvane-pdf.so";
+    return libraryPath("corvane-pdf.so");
+}
+
+std::string libraryPath(const std::string& name) {
+    namespace fs = std::filesystem;
+    std::error_code error;
     const fs::path folder = fs::read_symlink("/proc/self/exe", error).parent_path();
     const fs::path installed = (folder / CORVANE_PLUGIN_FOLDER / name).lexically_normal();
     return (fs::exists(installed, error) ? installed : folder / name).string();

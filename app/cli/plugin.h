@@ -27,4 +27,8 @@ private:
 /// it, or beside the program, where it was built.
 std::string pluginPath();
 
+/// Where a library of ours lies: where an installed program has it, or beside the program. The path
+/// is absolute, so that no search path of the machine has a say in what is loaded.
+std::string libraryPath(const std::string& name);
+
 } // namespace corvane

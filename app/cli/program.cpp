@@ -8,6 +8,7 @@
 #include "app/cli/help.h"
 #include "app/cli/interrupt.h"
 #include "app/cli/messages.h"
+#include "app/cli/web_module.h"
 
 #include <utility>
 
@@ -38,6 +39,9 @@ int runProgram(std::span<const char* const> words) {
         return answer(*question);
     }
     auto& arguments = std::get<Arguments>(wish);
+    if (arguments.command == Command::serve) {
+        return runServe(arguments);
+    }
     return isBatch(arguments) ? runBatch(arguments) : follow(std::move(arguments));
 }
 

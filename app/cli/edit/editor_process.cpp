@@ -1,65 +1,17 @@
 #include "app/cli/edit/editor_process.h"
 
 #include "app/cli/fault.h"
+#include "app/cli/programs/spawning.h"
 #include "app/cli/programs/stream_actions.h"
 
 #include <cerrno>
-#include <csignal>
 #include <fcntl.h>
 #include <spawn.h>
-#include <string_view>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace corvane {
-
-namespace {
-
-std::vector<char*> pointers(std::vector<std::string>& words) {
-    std::vector<char*> result;
-    result.reserve(words.size() + 1);
-    for (std::string& word : words) {
-        result.push_back(word.data());
-    }
-    result.push_back(nullptr);
-    return result;
-}
-
-std::vector<char*> environmentWithoutPassword() {
-    std::vector<char*> result;
-    for (char** entry = environ; *entry != nullptr; ++entry) {
-        if (!std::string_view(*entry).starts_with("CORVANE_PASSWORD=")) {
-            result.push_back(*entry);
-        }
-    }
-    result.push_back(nullptr);
-    return result;
-}
-
-class Attributes {
-public:
-    Attributes() {
-        posix_spawnattr_init(&attributes_);
-        posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGDEF);
-        // What we ignore would stay ignored; what we handle becomes the default of itself.
-        sigset_t signals;
-        sigemptyset(&signals);
-        sigaddset(&signals, SIGPIPE);
-        sigaddset(&signals, SIGXFSZ);
-        posix_spawnattr_setsigdefault(&attributes_, &signals);
-    }
-    ~Attributes() { posix_spawnattr_destroy(&attributes_); }
-    Attributes(const Attributes&) = delete;
-    Attributes& operator=(const Attributes&) = delete;
-
-    const posix_spawnattr_t* get() const { return &attributes_; }
-
-private:
-    posix_spawnattr_t attributes_{};
-};
-
-} // namespace
 
 std::string endText(const ProgramEnd& end) {
     return end.signal != 0 ? "was ended by signal " + std::to_string(end.signal)
@@ -73,9 +25,9 @@ EditorProcess::EditorProcess(std::vector<std::string> words) {
     StreamActions streams;
     streams.open(STDIN_FILENO, "/dev/null", O_RDONLY);
     streams.duplicate(STDERR_FILENO, STDOUT_FILENO);
-    const Attributes attributes;
+    const SpawnAttributes attributes(POSIX_SPAWN_SETSID);
     const int error = posix_spawn(&process_, words.front().c_str(), streams.get(), attributes.get(),
-                                  pointers(words).data(), environmentWithoutPassword().data());
+                                  spawnWords(words).data(), environmentWithoutPassword().data());
     if (error != 0) {
         throw Failure({code::editor, "the editor " + words.front() + " cannot be started (" +
                                          std::generic_category().message(error) +

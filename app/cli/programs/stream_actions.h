@@ -20,6 +20,8 @@ public:
     void duplicate(int from, int stream) {
         posix_spawn_file_actions_adddup2(&actions_, from, stream);
     }
+    /// The program gets no other descriptor of ours from `first` on, whoever opened it.
+    void closeFrom(int first) { posix_spawn_file_actions_addclosefrom_np(&actions_, first); }
     const posix_spawn_file_actions_t* get() const { return &actions_; }
 
 private:

@@ -78,6 +78,7 @@ struct Report {
     std::vector<std::string> installed;
     std::vector<std::string> removed;
     std::vector<std::string> changed; ///< since they were installed, so they stay
+    std::string address;              ///< `serve`: of the page
     std::vector<Fault> warnings;
     std::optional<Fault> error;
 };

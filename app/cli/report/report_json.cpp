@@ -293,6 +293,10 @@ void addFacts(JsonWriter& json, const Arguments& arguments, const Report& report
         addTitles(json, "installed", report.installed);
         addTitles(json, "removed", report.removed);
         return addTitles(json, "changed", report.changed);
+    case Command::serve:
+        json.name("address");
+        report.address.empty() ? json.null() : json.text(report.address);
+        return;
     case Command::open:
     case Command::info:
     case Command::check:

@@ -1,0 +1,66 @@
+// The requests of the page, each a command of this program in a process of its own.
+#pragma once
+
+#include "app/cli/arguments.h"
+#include "app/cli/edit/art_folder.h"
+#include "app/web/answer.h"
+#include "app/web/child.h"
+#include "app/web/http_server.h"
+#include "app/web/kept_files.h"
+#include "app/web/life.h"
+#include "app/web/places.h"
+#include "app/web/served_files.h"
+
+#include <atomic>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace corvane {
+
+class Service {
+public:
+    /// Raises `Failure`. `program` is run for each request.
+    Service(const Arguments& arguments, std::string program);
+
+    /// Called by several threads. Raises `Failure` where the work could not be done.
+    Answer answer(const WebRequest& request);
+
+    const Life& life() const { return life_; }
+
+    /// Ends the work that goes on.
+    void end() { isEnding_ = true; }
+
+private:
+    struct Work;
+
+    Answer page(const WebRequest& request) const;
+    Answer look(const WebRequest& request, const std::string& file, const char* command);
+    Answer open(const WebRequest& request, const std::string& file);
+    Answer artwork(const WebRequest& request);
+    Answer picture(const WebRequest& request, const std::string& file);
+    Answer save(const WebRequest& request, const std::string& file);
+    Answer revert(const WebRequest& request, const std::string& file);
+
+    /// What the command printed. Raises `Failure` where its process did not end by itself.
+    ChildEnd run(const WebRequest& request, const Work& work);
+    /// The file as it was after an update, in the private folder.
+    std::string fileAfter(const WebRequest& request, const std::string& file, std::int32_t update);
+    std::string newPath(const char* ending);
+    std::vector<std::string> openingWords(const WebRequest& request, const std::string& file,
+                                          const std::string& artwork) const;
+
+    const Arguments& arguments_;
+    const std::string program_;
+    std::optional<std::string> password_; ///< of all files, where one was given at the start
+    ServedFiles files_;
+    ArtFolder folder_;
+    KeptFiles artworks_;
+    KeptFiles pictures_;
+    Places places_;
+    Life life_;
+    std::atomic<bool> isEnding_ = false;
+    std::atomic<int> paths_ = 0;
+};
+
+} // namespace corvane

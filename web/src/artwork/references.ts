@@ -1,0 +1,66 @@
+// What elements name: clips, masks, gradients, patterns, curves of text.
+import type { Artwork } from "./artwork";
+
+const referencePattern = /url\(\s*["']?#([^"')]+)["']?\s*\)/g;
+
+function namesIn(element: Element): string[] {
+  const names: string[] = [];
+  for (const attribute of element.attributes) {
+    if (attribute.localName === "href" && attribute.value.startsWith("#")) names.push(attribute.value.slice(1));
+    else for (const match of attribute.value.matchAll(referencePattern)) names.push(match[1] ?? "");
+  }
+  return names;
+}
+
+function all(element: Element): Element[] { return [element, ...element.querySelectorAll("*")]; }
+
+// A copy names its own definitions where the original has them within itself, so that each lives without the other.
+export function copyOf<T extends SVGElement>(artwork: Artwork, element: T): T {
+  const copied = artwork.copy(element);
+  const originals = all(element);
+  const copies = all(copied);
+  const used = new Set(originals.flatMap(namesIn));
+  const renamed = new Map<string, string>();
+  originals.forEach((original, i) => {
+    if (original.id === "" || !used.has(original.id)) return;
+    const id = artwork.freshId(original.localName);
+    renamed.set(original.id, id);
+    const made = copies[i];
+    if (made !== undefined) artwork.mark(made, "id", id);
+  });
+  if (renamed.size > 0) for (const made of copies) rename(artwork, made, renamed);
+  return copied;
+}
+
+function rename(artwork: Artwork, element: Element, ids: ReadonlyMap<string, string>): void {
+  for (const attribute of [...element.attributes]) {
+    const value = attribute.localName === "href" && attribute.value.startsWith("#")
+      ? `#${ids.get(attribute.value.slice(1)) ?? attribute.value.slice(1)}`
+      : attribute.value.replace(referencePattern, (whole, id: string) => ids.has(id) ? `url(#${ids.get(id)})` : whole);
+    if (value !== attribute.value) artwork.mark(element, attribute.name, value);
+  }
+}
+
+const definitions = "clipPath,mask,linearGradient,radialGradient,pattern,filter,marker,symbol,defs > *";
+
+// Deletes elements; a definition within them that others name stays, in their place.
+export function deleteAll(artwork: Artwork, elements: readonly SVGElement[]): void {
+  for (const element of elements) {
+    for (const definition of element.querySelectorAll(definitions)) {
+      if (definition.id === "" || definition.parentElement?.closest(definitions) !== null) continue;
+      if (isNamedOutside(artwork.root, element, definition.id)) keep(artwork, element, definition);
+    }
+    artwork.delete(element);
+  }
+}
+
+function isNamedOutside(root: Element, inside: Element, id: string): boolean {
+  const names = ["fill", "stroke", "clip-path", "mask", "filter", "style"].map(name => `[${name}*="#${CSS.escape(id)}"]`);
+  return [...root.querySelectorAll(`${names.join(",")},[*|href="#${CSS.escape(id)}"]`)]
+    .some(user => !inside.contains(user) && namesIn(user).includes(id));
+}
+
+function keep(artwork: Artwork, element: SVGElement, definition: Element): void {
+  const parent = element.parentElement;
+  if (parent !== null) artwork.insert(definition, parent, element);
+}

@@ -1,0 +1,43 @@
+// The panel of what is selected.
+import type { Context } from "../context";
+import type { Pictures } from "../pictures";
+import { pictureSection, textSection } from "./content";
+import { keysHelp } from "./help";
+import { lineSection, opacitySection } from "./line";
+import { paintSection } from "./paint";
+import { placeSection, type Section } from "./place";
+
+export class Panel {
+  readonly #context: Context;
+  readonly #sections: readonly Section[];
+  readonly #nothing = document.createElement("p");
+  #waits = false;
+
+  constructor(element: HTMLElement, context: Context, pictures: Pictures, edit: (element: SVGElement) => void) {
+    this.#context = context;
+    element.classList.add("editor-panel");
+    this.#nothing.className = "editor-note";
+    this.#nothing.textContent = "Select something on the page to change it.";
+    this.#sections = [
+      textSection(context, edit), pictureSection(context, pictures),
+      placeSection(context), paintSection(context, "fill", "Fill"), paintSection(context, "stroke", "Line"),
+      lineSection(context), opacitySection(context),
+    ];
+    element.append(this.#nothing, ...this.#sections.map(section => section.element), keysHelp());
+    this.refresh();
+  }
+
+  refresh(): void {
+    if (this.#waits) return;
+    this.#waits = true;
+    requestAnimationFrame(() => {
+      this.#waits = false;
+      const isEmpty = this.#context.selection.elements.length === 0;
+      this.#nothing.hidden = !isEmpty || this.#context.artwork === null;
+      for (const section of this.#sections) {
+        if (isEmpty) section.element.hidden = true;
+        else section.show(this.#context);
+      }
+    });
+  }
+}

@@ -1,0 +1,133 @@
+// What the page asks of the server: one function for each request.
+
+import { ServerFault, commandFault } from "./fault";
+import type {
+  FileList, InfoReport, LogReport, Opening, RevertReport, SaveReport,
+} from "./reports";
+import { requestText } from "./request";
+import type { RequestOptions } from "./request";
+
+export interface SaveOptions {
+  // Go on although something is lost or undone.
+  readonly force?: boolean;
+  // Mend what is damaged in the file, too.
+  readonly mend?: boolean;
+  readonly signal?: AbortSignal;
+}
+
+// The server itself ends work on a file that takes too long, and says so; these limits are longer,
+// and for a server that hangs.
+const quick = 30_000;
+const work = 150_000;
+// A save is not given up before the server surely has done so.
+const saving = 600_000;
+
+export class Server {
+  // By file; kept in memory only.
+  readonly #passwords = new Map<string, string>();
+  // Hears how each request ended: null where it was answered.
+  heard: (fault: ServerFault | null) => void = () => undefined;
+
+  setPassword(file: string, password: string): void {
+    this.#passwords.set(file, password);
+  }
+
+  files(): Promise<FileList> {
+    return this.#json("/api/files", { limit: quick });
+  }
+
+  async info(file: string): Promise<InfoReport> {
+    return passed(await this.#json<InfoReport>(`/api/files/${file}`, this.#options(file)));
+  }
+
+  async log(file: string): Promise<LogReport> {
+    return passed(await this.#json<LogReport>(`/api/files/${file}/log`, this.#options(file)));
+  }
+
+  // Opens a page anew, as artwork of its own.
+  async open(file: string, page: number, signal?: AbortSignal): Promise<Opening & { artwork: string }> {
+    const opening = await this.#json<Opening>(
+      `/api/files/${file}/pages/${page}/open`, this.#options(file, { method: "POST", signal }));
+    passed(opening.report);
+    if (opening.artwork === null) {
+      throw commandFault({ code: 0, sentence: "the page was opened without artwork" });
+    }
+    return { ...opening, artwork: opening.artwork };
+  }
+
+  // The SVG of an opening, as the program wrote it.
+  artwork(token: string, signal?: AbortSignal): Promise<string> {
+    return this.#text(`/api/artworks/${token}`, { limit: work, signal });
+  }
+
+  // A page to look at: as it is, or as it was after an update.
+  picture(file: string, page: number, update?: number, signal?: AbortSignal): Promise<string> {
+    const query = update === undefined ? "" : `?update=${update}`;
+    return this.#text(`/api/files/${file}/pages/${page}/picture${query}`, this.#options(file, { signal }));
+  }
+
+  // What a save would do. Its `error` says why it would be refused.
+  trial(file: string, page: number, svg: string, options: SaveOptions = {}): Promise<SaveReport> {
+    return this.#json(`/api/files/${file}/pages/${page}/trial${query(options)}`,
+      this.#options(file, { method: "POST", body: svg, signal: options.signal }));
+  }
+
+  save(file: string, page: number, svg: string, options: SaveOptions = {}): Promise<SaveReport> {
+    return this.#json(`/api/files/${file}/pages/${page}/save${query(options)}`,
+      this.#options(file, { method: "POST", body: svg, limit: saving }));
+  }
+
+  async revert(file: string): Promise<RevertReport> {
+    return passed(await this.#json<RevertReport>(
+      `/api/files/${file}/revert`, this.#options(file, { method: "POST", limit: saving })));
+  }
+
+  // Says that this tab is there.
+  async alive(): Promise<void> {
+    await this.#text("/api/alive", { method: "POST", limit: 10_000 });
+  }
+
+  // Says that this tab closes; sent even while it does.
+  bye(): void {
+    navigator.sendBeacon("/api/bye");
+  }
+
+  async #text(path: string, options: RequestOptions): Promise<string> {
+    try {
+      const answer = await requestText(path, options);
+      this.heard(null);
+      return answer;
+    } catch (error) {
+      if (error instanceof ServerFault) {
+        this.heard(error);
+      }
+      throw error;
+    }
+  }
+
+  async #json<Answer>(path: string, options: RequestOptions): Promise<Answer> {
+    return JSON.parse(await this.#text(path, options)) as Answer;
+  }
+
+  #options(file: string, more: Partial<RequestOptions> = {}): RequestOptions {
+    const password = this.#passwords.get(file);
+    const secret = password === undefined ? {} : { "Corvane-Password": encodeURIComponent(password) };
+    const type = more.body === undefined ? {} : { "Content-Type": "image/svg+xml" };
+    return { limit: work, ...more, headers: { ...type, ...secret } };
+  }
+}
+
+// `report`, unless its command failed.
+function passed<Answer extends { readonly error: { code: number; sentence: string } | null }>(
+  report: Answer): Answer {
+  if (report.error !== null) {
+    throw commandFault(report.error);
+  }
+  return report;
+}
+
+function query(options: SaveOptions): string {
+  const words = [options.force === true ? "force=yes" : "", options.mend === true ? "mend=yes" : ""];
+  const text = words.filter((word) => word !== "").join("&");
+  return text === "" ? "" : `?${text}`;
+}

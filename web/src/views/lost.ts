@@ -1,0 +1,23 @@
+// Says that the program is not there any more, and what to do with the work.
+
+import type { Heartbeat } from "../server/alive";
+import type { Desk } from "./desk";
+import { downloadWork } from "./elsewhere";
+import type { Messages } from "./messages";
+
+export function watchServer(heartbeat: Heartbeat, desk: Desk, messages: Messages): void {
+  heartbeat.addEventListener("lost", () => {
+    const download = { label: "Download as SVG", run: () => downloadWork(desk) };
+    messages.notify({
+      name: "lost", look: "danger",
+      text: "The program does not answer any more: it was ended, or this machine slept. Your work is kept in this tab. " +
+        "If it does not come back, download the page as SVG, start the program again, and save the file with " +
+        "\"corvane save PAGE.svg FILE.pdf\".",
+      actions: desk.report === null ? [] : [download],
+    });
+  });
+  heartbeat.addEventListener("found", () => {
+    messages.settle("lost");
+    messages.say("The program is there again.");
+  });
+}

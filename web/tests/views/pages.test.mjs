@@ -1,0 +1,109 @@
+import assert from "node:assert/strict";
+import { after, test } from "node:test";
+import { manyPages } from "./pdf.mjs";
+import { closeBrowser, serve, visit, workFolder } from "./serve.mjs";
+
+const work = workFolder();
+manyPages(work.path("many.pdf"), 10_000);
+const server = await serve(work.path("many.pdf"));
+const { page, faults } = await visit(server.address);
+const list = page.getByRole("listbox", { name: "Pages" });
+
+after(async () => {
+  await closeBrowser();
+  await server.stop();
+  work.remove();
+});
+
+const active = () => list.evaluate((box) => document.getElementById(box.getAttribute("aria-activedescendant")).getAttribute("aria-label"));
+const shownPage = (number) => page.waitForFunction((wanted) =>
+  document.querySelector(".page-row[aria-selected=true]")?.getAttribute("aria-posinset") === wanted &&
+  document.querySelector(".save-state").dataset.state === "unchanged", String(number));
+
+test("of 10,000 pages only those in view exist, wherever the list is", async () => {
+  await shownPage(1);
+  for (const share of [0, 0.3, 0.77, 1]) {
+    await list.evaluate((box, to) => box.scrollTo(0, to * box.scrollHeight), share);
+    await page.waitForTimeout(50);
+    const rows = await list.locator(".page-row").count();
+    assert.ok(rows > 2 && rows < 12, `${rows} rows`);
+  }
+  assert.equal(await list.locator("[aria-posinset='10000']").getAttribute("aria-setsize"), "10000");
+});
+
+test("scrolling through all of it takes no frame longer than a tenth of a second", async () => {
+  const longest = await list.evaluate(async (box) => {
+    let most = 0;
+    for (let step = 0; step < 60; step++) {
+      const began = performance.now();
+      box.scrollTop = box.scrollHeight * step / 60;
+      await new Promise((resolve) => requestAnimationFrame(() => setTimeout(resolve)));
+      most = Math.max(most, performance.now() - began);
+    }
+    return most;
+  });
+  // Twice that here: the machine of a test may do other things.
+  assert.ok(longest < 200, `${longest} ms`);
+});
+
+test("keys go through the list, digits to a page, Enter opens it", async () => {
+  await list.focus();
+  for (const [keys, wanted] of [
+    [["Home"], "Page 1"], [["ArrowDown", "ArrowDown"], "Page 3"], [["ArrowUp"], "Page 2"], [["End"], "Page 10000"],
+    [["ArrowDown"], "Page 10000"], [["4", "3", "2", "1"], "Page 4321"],
+  ]) {
+    for (const key of keys) {
+      await list.press(key);
+    }
+    assert.equal(await active(), wanted, keys.join(" "));
+  }
+  await list.press("Enter");
+  await shownPage(4321);
+  await page.waitForTimeout(1100);
+  await list.press("PageDown");
+  assert.notEqual(await active(), "Page 4321");
+  await page.locator(".canvas").click({ position: { x: 5, y: 5 } });
+  await page.keyboard.press("PageDown");
+  await shownPage(4322);
+});
+
+test("small pictures come for what is in view, two at once, and not for what is scrolled past", async () => {
+  let open = 0;
+  let most = 0;
+  const asked = [];
+  await page.route(/\/picture$/, async (route) => {
+    asked.push(Number(/pages\/(\d+)/.exec(route.request().url())[1]));
+    most = Math.max(most, ++open);
+    await new Promise((resolve) => setTimeout(resolve, 30));
+    open--;
+    await route.continue().catch(() => undefined);
+  });
+  await list.evaluate(async (box) => {
+    for (let step = 0; step < 30; step++) {
+      box.scrollTop = 3000 + step * 4000;
+      await new Promise((resolve) => requestAnimationFrame(resolve));
+    }
+  });
+  await page.waitForFunction(() => {
+    const box = document.querySelector(".page-list").getBoundingClientRect();
+    const frames = [...document.querySelectorAll(".page-row")].filter((row) => {
+      const at = row.getBoundingClientRect();
+      return at.bottom > box.top && at.top < box.bottom;
+    });
+    return frames.length > 2 && frames.every((row) => row.querySelector("canvas") !== null);
+  });
+  await page.unroute(/\/picture$/);
+  assert.ok(most <= 2, `${most} at once`);
+  assert.ok(asked.length < 20, `${asked.length} pictures for 30 places`);
+  assert.ok(asked.every((number) => number > 300), String(asked));
+});
+
+test("a small picture is the page: its colours are there", async () => {
+  const colour = await list.evaluate((box) => {
+    const canvas = box.querySelector(".page-row canvas");
+    return [...canvas.getContext("2d").getImageData(canvas.width / 2, canvas.height / 3, 1, 1).data];
+  });
+  assert.ok([[242, 230, 217], [230, 242, 255]].some((wanted) => wanted.every((level, at) => Math.abs(level - colour[at]) < 4)),
+    String(colour));
+  assert.deepEqual(faults, []);
+});
