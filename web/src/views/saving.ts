@@ -126,6 +126,7 @@ export class Saving {
       choices.push({ answer: "force", label: "Save all the same", look: "danger" });
     }
     this.header.showState("failed");
+    this.messages.say("");
     return this.#elsewhere(await dialog.choose(choices));
   }
 
@@ -143,11 +144,13 @@ export class Saving {
   async #write(dialog: Dialog, svg: string, ways: Ways): Promise<SaveReport> {
     const { server, file, page } = this.#place;
     dialog.hold("Saving ...");
+    this.messages.say(`Saving page ${page} ...`);
     this.header.showState("saving");
     try {
       return await server.save(file.id, page, svg, ways);
     } catch (error) {
       this.header.showState("failed");
+      this.messages.say("");
       const fault = asFault(error);
       if (!fault.isUncertain) {
         throw error;
