@@ -37,7 +37,8 @@ export class Saving {
     try {
       return await this.#run(dialog, this.desk.editor.text());
     } catch (error) {
-      if (!isAborted(error)) {
+      // A server that is lost is said by the heartbeat.
+      if (!isAborted(error) && asFault(error).kind !== "lost") {
         this.messages.fail("unsaved", "The page was not saved", asFault(error));
       }
       return false;
