@@ -43,9 +43,11 @@ export class Letters {
     for (const { node, offset } of this.#letters.slice(from, to)) {
       cuts.set(node, (cuts.get(node) ?? new Set<number>()).add(offset));
     }
-    // Typed letters go where the first that they replace was, else behind the one before them.
+    // Typed letters go where the first that they replace was, else behind the one before them; behind a blank, which may
+    // have others after it that are not shown, in front of the next one.
     const before = this.#letters[from - 1];
-    const target = from === to && before !== undefined ? { node: before.node, offset: before.offset + 1 } : this.#letters[from];
+    const isBehind = from === to && before !== undefined && (this.#string[from - 1] !== " " || this.#letters[from]?.node !== before.node);
+    const target = isBehind ? { node: before.node, offset: before.offset + 1 } : this.#letters[from];
     if (target === undefined) {
       if (inserted !== "") this.#artwork.insert(document.createTextNode(inserted), this.#emptyRun(), null);
       return;

@@ -7,9 +7,11 @@ const interval = 30_000;
 // Once the server is lost it is looked for more often.
 const search = 5_000;
 
-// Events: "lost" and "found", when that changes; "beat", after each answer.
+// Events: "lost", when nobody answers any more, and again when that concerns somebody; "found"; "beat",
+// after each answer to a beat.
 export class Heartbeat extends EventTarget {
   #isLost = false;
+  #isBeating = false;
   #timer: ReturnType<typeof setTimeout> | undefined;
 
   constructor(readonly server: Server) {
@@ -27,27 +29,29 @@ export class Heartbeat extends EventTarget {
     });
   }
 
-  get isLost(): boolean {
-    return this.#isLost;
-  }
-
   async beat(): Promise<void> {
     clearTimeout(this.#timer);
+    this.#isBeating = true;
     try {
       await this.server.alive();
       this.dispatchEvent(new Event("beat"));
     } catch {
       // `#note` has heard of it.
     }
+    this.#isBeating = false;
     this.#wait();
   }
 
   // Any request tells whether the server is there.
   #note(fault: ServerFault | null): void {
-    const isLost = fault?.kind === "lost";
-    if (isLost !== this.#isLost) {
-      this.#isLost = isLost;
-      this.dispatchEvent(new Event(isLost ? "lost" : "found"));
+    const wasLost = this.#isLost;
+    this.#isLost = fault?.kind === "lost";
+    if (this.#isLost && (!wasLost || !this.#isBeating)) {
+      this.dispatchEvent(new Event("lost"));
+    } else if (wasLost && !this.#isLost) {
+      this.dispatchEvent(new Event("found"));
+    }
+    if (wasLost !== this.#isLost) {
       this.#wait();
     }
   }

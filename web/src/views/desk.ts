@@ -17,6 +17,9 @@ export interface LoadedPage {
   readonly report: OpenReport;
 }
 
+// Milliseconds after which the page before goes while the next one is opened.
+const patience = 250;
+
 // Events: "file", another file is open or its facts changed; "page", another artwork is shown;
 // "busy", loading began or ended; "work", what is not saved changed; "redrawn", a page looks otherwise
 // now (CustomEvent<readonly number[]>).
@@ -98,6 +101,7 @@ export class Desk extends EventTarget {
       return;
     }
     this.#report = null;
+    const clearing = setTimeout(() => this.editor.clear(), patience);
     try {
       const loaded = await (early ?? this.#load(file.id, page)).catch((error: unknown) => {
         if (early !== null && isLocked(error)) {
@@ -116,6 +120,8 @@ export class Desk extends EventTarget {
         }
         throw error;
       }
+    } finally {
+      clearTimeout(clearing);
     }
   }
 
@@ -151,6 +157,14 @@ export class Desk extends EventTarget {
       this.editor.markSaved();
     }
     this.#tell("work");
+  }
+
+  // The page as the file has it by now, where there is no work on it.
+  async reload(): Promise<void> {
+    this.#report = null;
+    this.#tell("page");
+    await this.refresh();
+    await this.openPage(Math.min(this.#page, Math.max(this.pages.length, 1)));
   }
 
   // The facts of the file, after it changed.

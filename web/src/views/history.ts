@@ -159,10 +159,7 @@ export class HistoryView {
     this.messages.settle("differs");
     this.messages.say(`Taken off: ${pages(changed)}. The file is as it was before.`);
     desk.dispatchEvent(new Event("saved"));
-    await desk.refresh();
     desk.redraw(changed);
-    if (!desk.isUnsaved(desk.page)) {
-      await desk.openPage(Math.min(desk.page, Math.max(desk.pages.length, 1)));
-    }
+    await (desk.isUnsaved(desk.page) ? desk.refresh() : desk.reload());
   }
 }

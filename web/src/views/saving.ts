@@ -37,7 +37,8 @@ export class Saving {
     try {
       return await this.#run(dialog, this.desk.editor.text());
     } catch (error) {
-      if (!isAborted(error)) {
+      // A server that is lost is said by the heartbeat.
+      if (!isAborted(error) && asFault(error).kind !== "lost") {
         this.messages.fail("unsaved", "The page was not saved", asFault(error));
       }
       return false;
@@ -126,6 +127,7 @@ export class Saving {
       choices.push({ answer: "force", label: "Save all the same", look: "danger" });
     }
     this.header.showState("failed");
+    this.messages.say("");
     return this.#elsewhere(await dialog.choose(choices));
   }
 
@@ -143,11 +145,13 @@ export class Saving {
   async #write(dialog: Dialog, svg: string, ways: Ways): Promise<SaveReport> {
     const { server, file, page } = this.#place;
     dialog.hold("Saving ...");
+    this.messages.say(`Saving page ${page} ...`);
     this.header.showState("saving");
     try {
       return await server.save(file.id, page, svg, ways);
     } catch (error) {
       this.header.showState("failed");
+      this.messages.say("");
       const fault = asFault(error);
       if (!fault.isUncertain) {
         throw error;

@@ -37,7 +37,7 @@ export function makeShell(body: HTMLElement): Shell {
   restoreTheme();
   const header = new Header();
   const pages = make("nav", { class: "pages", "aria-label": "Pages" });
-  const toolbar = make("div", { role: "toolbar", "aria-label": "Tools" });
+  const toolbar = make("div", { class: "toolbar", role: "toolbar", "aria-label": "Tools" });
   const canvas = make("div", { class: "canvas" });
   const notices = make("div", { class: "notices", role: "alert" });
   const panel = make("div", { class: "panel" });

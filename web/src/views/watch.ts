@@ -1,6 +1,7 @@
 // Looks whether another program or tab changed the file that is open.
 
 import type { Heartbeat } from "../server/alive";
+import { asFault } from "../server/fault";
 import type { ListedFile } from "../server/reports";
 import type { Desk } from "./desk";
 import { openBeside } from "./elsewhere";
@@ -66,10 +67,8 @@ export class Watch {
       label: "Open it anew",
       run: () => {
         this.messages.settle("changed");
-        void desk.refresh().then(() => {
-          desk.redraw(desk.pages.map((facts) => facts.page));
-          return desk.openPage(Math.min(desk.page, Math.max(desk.pages.length, 1)));
-        });
+        desk.redraw(desk.pages.map((facts) => facts.page));
+        void desk.reload().catch((error: unknown) => this.messages.fail("opening", "The page cannot be opened", asFault(error)));
       },
     };
     const beside = { label: "Open it beside this", run: () => openBeside(file.id, page) };

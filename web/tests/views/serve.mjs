@@ -37,6 +37,9 @@ export function workFolder() {
   };
 }
 
+// The date of all updates that tests make, so that the same save gives the same bytes.
+process.env.SOURCE_DATE_EPOCH = "1790000000";
+
 export async function serve(...files) {
   const child = spawn(corvane, ["serve", ...files, "--no-browser", "--stay", "--json"], { stdio: ["ignore", "pipe", "inherit"] });
   const ended = new Promise((resolve) => child.once("exit", resolve));
@@ -78,6 +81,26 @@ export async function visit(address, { width = 1280, height = 800, scheme = "lig
   });
   await page.goto(address);
   return { page, context, faults, close: () => context.close() };
+}
+
+// Waits until the page that is open stands so: "unchanged", "changed", "saved".
+export function state(page, wanted) {
+  return page.locator(`.save-state[data-state=${wanted}]`).waitFor();
+}
+
+// Moves the first object of the page by keys.
+export async function moveFirst(page) {
+  await page.locator(".canvas [tabindex='0']").first().focus();
+  await page.keyboard.press("Tab");
+  await page.keyboard.press("ArrowRight");
+  await state(page, "changed");
+}
+
+// The drawing as the person can take it away.
+export async function downloaded(page, button = page.getByRole("button", { name: "Download the artwork as SVG" })) {
+  const arriving = page.waitForEvent("download");
+  await button.click();
+  return await (await arriving).path();
 }
 
 export async function closeBrowser() {

@@ -8,7 +8,7 @@ import type { Section } from "./place";
 const patterns = [["", "Solid"], ["4 2", "Dashed"], ["1 1", "Dotted"], ["6 2 1 2", "Dash and dot"], ["other", "Other"]] as const;
 
 export function lineSection(context: Context): Section {
-  const width = numberField("Width", "pt", value => set("stroke-width", numberText(value)), { min: 0 });
+  const width = numberField("Line width", "pt", value => set("stroke-width", numberText(value)), { min: 0 });
   const pattern = choice("Dashes", patterns, value => {
     if (value === "other") return;
     const unit = Math.max(0.5, Number(width.input.value) || 1);
@@ -19,7 +19,7 @@ export function lineSection(context: Context): Section {
     const isRight = numbers.length > 0 && numbers.every(number => number >= 0) && numbers.some(number => number > 0);
     set("stroke-dasharray", isRight ? numbers.map(numberText).join(" ") : null);
   });
-  const element = fieldset("Line width and dashes", row(width.element, pattern.element), lengths.element);
+  const element = fieldset("Line, width and dashes", row(width.element, pattern.element), lengths.element);
 
   function targets(): SVGElement[] {
     return context.selection.editable.flatMap(object => painted(object, "stroke"))

@@ -1,0 +1,66 @@
+import assert from "node:assert/strict";
+import { readFileSync, writeFileSync } from "node:fs";
+import { after, test } from "node:test";
+import { closeBrowser, command, downloaded, moveFirst, serve, state, visit, workFolder } from "./serve.mjs";
+
+const work = workFolder();
+const report = work.copy("report.pdf");
+const server = await serve(report);
+const { page } = await visit(server.address);
+const dialog = page.getByRole("dialog");
+const notice = (text) => page.locator(".notice").getByText(text);
+
+after(async () => {
+  await closeBrowser();
+  await server.stop();
+  work.remove();
+});
+
+test("an answer that is lost while saving leaves it open whether it was saved, and keeps the work", async () => {
+  await state(page, "unchanged");
+  await page.route(/\/save$/, (route) => route.abort("connectionreset"), { times: 1 });
+  await moveFirst(page);
+  await page.keyboard.press("Control+s");
+  await dialog.getByRole("button", { name: "Save", exact: true }).click();
+  await notice(/It is not known whether page 1 was saved/).waitFor();
+  await state(page, "failed");
+  assert.doesNotMatch(await page.locator(".status").textContent(), /Saved/);
+  // The next request finds the program again.
+  await page.keyboard.press("Control+s");
+  await dialog.getByRole("button", { name: "Save", exact: true }).click();
+  await state(page, "saved");
+  assert.equal(await page.locator(".notice").count(), 0);
+});
+
+test("a file that another program changed is said, and opened anew when wanted", async () => {
+  await page.getByText("and compared it").waitFor();
+  const art = await downloaded(page);
+  const changed = readFileSync(art, "utf8").replace("A busy summer", "A long summer");
+  const other = work.path("other.svg");
+  writeFileSync(other, changed);
+  assert.equal(command("save", other, report, "--page", "1").error, null);
+  await page.evaluate(() => dispatchEvent(new Event("focus")));
+  await notice("report.pdf was changed by another program or tab.").waitFor();
+  await page.getByRole("button", { name: "Open it anew" }).click();
+  await page.waitForFunction(() => document.querySelectorAll(".notice").length === 0);
+  const length = readFileSync(report).length;
+  await page.keyboard.press("Control+s");
+  await page.getByRole("dialog", { name: "Nothing to save" }).waitFor();
+  await page.keyboard.press("Escape");
+  assert.match(readFileSync(await downloaded(page), "utf8"), /A long summer/);
+  assert.equal(readFileSync(report).length, length);
+});
+
+test("a server that was killed is said; the work stays, can be taken away, and saves by the command line", async () => {
+  await moveFirst(page);
+  await server.stop("SIGKILL");
+  await page.keyboard.press("Control+s");
+  await notice(/The program does not answer any more/).waitFor();
+  assert.equal(await page.getByText("Not saved", { exact: true }).isVisible(), true);
+  await page.keyboard.press("Tab");
+  await page.keyboard.press("ArrowRight");
+  const art = await downloaded(page, page.locator(".notice").getByRole("button", { name: "Download as SVG" }).first());
+  const saved = command("save", art, report, "--page", "1");
+  assert.equal(saved.error, null);
+  assert.ok(saved.changed + saved.moved > 0);
+});

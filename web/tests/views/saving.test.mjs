@@ -1,0 +1,137 @@
+import assert from "node:assert/strict";
+import { copyFileSync, readFileSync } from "node:fs";
+import { after, test } from "node:test";
+import { closeBrowser, command, downloaded, moveFirst, serve, state, visit, workFolder } from "./serve.mjs";
+
+const work = workFolder();
+const report = work.copy("report.pdf");
+const pages = work.copy("two-pages.pdf");
+const server = await serve(report, pages);
+const { page, faults } = await visit(server.address);
+const dialog = page.getByRole("dialog");
+
+after(async () => {
+  await closeBrowser();
+  await server.stop();
+  work.remove();
+});
+
+async function openFile(name) {
+  await page.getByRole("button", { name: new RegExp(name) }).click();
+  await state(page, "unchanged");
+}
+
+test("a page that was not changed has nothing to save", async () => {
+  await openFile("report.pdf");
+  const before = readFileSync(report);
+  await page.keyboard.press("Control+s");
+  await page.getByRole("dialog", { name: "Nothing to save" }).waitFor();
+  await page.keyboard.press("Escape");
+  assert.deepEqual(readFileSync(report), before);
+});
+
+test("a save shows first what it appends, and then appends what the command line would", async () => {
+  await moveFirst(page);
+  const copy = work.path("copy.pdf");
+  copyFileSync(report, copy);
+  const art = await downloaded(page);
+  await page.keyboard.press("Control+s");
+  await dialog.getByText("This appends").waitFor();
+  const counts = await dialog.locator(".counts > div").allTextContents();
+  assert.equal(readFileSync(report).length, readFileSync(copy).length);
+  const wanted = command("save", art, copy, "--page", "1");
+  assert.equal(wanted.error, null);
+  assert.deepEqual(counts, ["kept", "changed", "added", "removed", "moved"].map((name) => `${name}${wanted[name]}`));
+  await dialog.getByText(`appends ${(wanted.length - wanted.formerLength).toLocaleString("en-GB")} bytes`).waitFor();
+  await dialog.getByRole("button", { name: "Save", exact: true }).click();
+  await state(page, "saved");
+  await page.getByText("Saved page 1 and compared it").waitFor();
+  assert.deepEqual(readFileSync(report), readFileSync(copy));
+  assert.equal(await page.locator(".notice").count(), 0);
+});
+
+test("after a save the page is that of the file: nothing is left to save, and undo begins anew", async () => {
+  assert.equal(await page.locator(".header").getByRole("button", { name: "Undo" }).isDisabled(), true);
+  await page.keyboard.press("Control+s");
+  await page.getByRole("dialog", { name: "Nothing to save" }).waitFor();
+  await page.keyboard.press("Escape");
+});
+
+test("nothing is called saved before the server has answered", async () => {
+  let answer = () => undefined;
+  const held = new Promise((resolve) => {
+    answer = resolve;
+  });
+  await page.route(/\/save$/, async (route) => {
+    await held;
+    await route.continue();
+  });
+  await moveFirst(page);
+  const length = readFileSync(report).length;
+  await page.keyboard.press("Control+s");
+  await dialog.getByRole("button", { name: "Save", exact: true }).click();
+  await dialog.getByText("Saving ...").waitFor();
+  await page.waitForTimeout(200);
+  assert.doesNotMatch(await page.locator(".save-state").textContent(), /Saved/);
+  assert.doesNotMatch(await page.locator(".status").textContent(), /Saved/);
+  await page.keyboard.press("Escape");
+  assert.equal(readFileSync(report).length, length);
+  answer();
+  await state(page, "saved");
+  assert.ok(readFileSync(report).length > length);
+  await page.unroute(/\/save$/);
+  await page.getByText("and compared it").waitFor();
+});
+
+test("a page whose drawing differs after the save is said to", async () => {
+  await page.route(/\/artworks\//, async (route) => {
+    const answer = await route.fetch();
+    await route.fulfill({ response: answer, body: (await answer.text()).replace("#1a808c", "#ff0000") });
+  }, { times: 1 });
+  await moveFirst(page);
+  await page.keyboard.press("Control+s");
+  await dialog.getByRole("button", { name: "Save", exact: true }).click();
+  await page.locator(".notice.warn").getByText("Page 1 was saved, but").waitFor();
+});
+
+test("work on a page that is left is kept in the tab, marked, and saved later", async () => {
+  await page.getByRole("button", { name: "Files" }).click();
+  await openFile("two-pages.pdf");
+  await moveFirst(page);
+  await page.getByRole("button", { name: "Next page" }).click();
+  await page.getByRole("dialog", { name: "Page 1 is not saved" }).getByRole("button", { name: "Keep it" }).click();
+  await state(page, "unchanged");
+  assert.equal(await page.getByRole("option", { name: "Page 1, not saved" }).count(), 1);
+  assert.deepEqual(await leaving(), true);
+  await page.getByRole("button", { name: "Page before" }).click();
+  await state(page, "changed");
+  await page.keyboard.press("Control+s");
+  await dialog.getByRole("button", { name: "Save", exact: true }).click();
+  await state(page, "saved");
+  await page.getByText("and compared it").waitFor();
+  assert.deepEqual(command("log", pages).updates.map((update) => update.pages), [[1, 2], [1]]);
+  assert.equal(await page.getByRole("option", { name: /not saved/ }).count(), 0);
+  assert.deepEqual(await leaving(), false);
+});
+
+// Whether the browser would ask before the tab is closed.
+function leaving() {
+  return page.evaluate(() => !dispatchEvent(new Event("beforeunload", { cancelable: true })));
+}
+
+test("a page is not left when the question is closed; thrown away is gone", async () => {
+  await moveFirst(page);
+  await page.getByRole("button", { name: "Next page" }).click();
+  await page.getByRole("dialog", { name: "Page 1 is not saved" }).waitFor();
+  await page.keyboard.press("Escape");
+  assert.equal(await page.getByRole("textbox", { name: "Page" }).inputValue(), "1");
+  await page.getByRole("button", { name: "Next page" }).click();
+  await dialog.getByRole("button", { name: "Throw it away" }).click();
+  await page.waitForURL(/\/2$/);
+  await state(page, "unchanged");
+  await page.getByRole("button", { name: "Page before" }).click();
+  await page.waitForURL(/\/1$/);
+  await state(page, "unchanged");
+  assert.deepEqual(await leaving(), false);
+  assert.deepEqual(faults, []);
+});
