@@ -56,6 +56,17 @@ void noteLayersOfAnnotations(const EditedArtwork& artwork, SavedLayers& layers) 
     }
 }
 
+/// What the page did not have.
+ChargedList<Art> addedArt(const EditedArtwork& artwork, const Matching& matching) {
+    ChargedList<Art> added;
+    for (EditedIndex i = 0; i < artwork.objects.size(); ++i) {
+        if (matching.objects[i].source == noSource) {
+            added.push(artwork.objects[i].art);
+        }
+    }
+    return added;
+}
+
 /// Which forms of a content, that is a copy or not, the page draws otherwise.
 void markCopies(const EditedArtwork& artwork, const Matching& matching, bool isCopy) {
     for (EditedIndex i = 0; i < artwork.objects.size(); ++i) {
@@ -86,7 +97,7 @@ PagePatch plan(PageTools& tools, const BaseReading& reading, ResourceRegistry& r
     std::ranges::for_each(forms, compareForm);
     const Matching matching = matchArtwork(contents.page(), artwork, tools.base.isAsOpened);
     refuseMissing(contents, matching, artwork, forms);
-    refuseChangedAnnotations(reading, artwork, matching, unmarked);
+    refuseChangedAnnotations(reading, artwork.annotations, addedArt(artwork, matching), unmarked);
     tellLayers(artwork.layers);
     markCopies(artwork, matching, false);
     // From the outermost: what a copy holds are copies.

@@ -199,6 +199,43 @@ TEST_F(AnnotationTest, AreKnownAgainWithoutMarks) {
     }
 }
 
+/// Markup draws no clip that cuts nothing: where editors drop marks, nothing says that it was
+/// there.
+TEST_F(AnnotationTest, AreKnownAgainWithoutClipsThatCutNothing) {
+    struct Row {
+        const char* name;
+        const char* content; ///< of an appearance in a box of 20 by 10 points
+        bool isKept;
+    };
+    const Row rows[] = {
+        {"a border up to the box", ".5 .5 19 9 re S", true},
+        {"a field: text within its own clip", "0 0 20 10 re W n BT /F 9 Tf (a) Tj ET", true},
+        {"a line of no width", "0 w 2 2 m 18 8 l S", true},
+        {"a path that is cut", "5 5 40 4 re f", false},
+        {"a miter beyond the box", "1 1 m 19 5 l 1 9 l S", false},
+    };
+    for (const Row& row : rows) {
+        openFile(withResources(PdfBuilder::onePage("0 0 5 5 re f",
+                                                   std::string(resources) + "/Annots [30 0 R]"))
+                     .object(30, "<< /Type /Annot /Subtype /Widget /Rect [50 50 70 60] /AP << /N "
+                                 "32 0 R >> >>")
+                     .stream(32, row.content,
+                             "/Subtype /Form /BBox [0 0 20 10] /Resources << /Font << /F 20 0 R >> "
+                             ">>")
+                     .bytes());
+        const Art group = document_->firstChild(layer());
+        ASSERT_TRUE(document_->clipped(group)) << row.name;
+        document_->setClipped(group, false);
+        document_->dispose(document_->firstChild(group));
+        unmark(group);
+        LayerProperties properties = document_->layerProperties(document_->firstLayer());
+        properties.role = LayerRole::page;
+        document_->setLayerProperties(document_->firstLayer(), properties);
+        EXPECT_EQ(save() == 0, row.isKept) << row.name;
+        EXPECT_TRUE(!row.isKept || saved_.back().isNothing) << row.name;
+    }
+}
+
 /// An object of the page is no annotation, however alike they look.
 TEST_F(AnnotationTest, ArtOfThePageIsNotTakenForOne) {
     openFile(withResources(PdfBuilder::onePage("q 5 5 9 9 re W n 1 1 30 30 re f Q 60 60 9 9 re f",

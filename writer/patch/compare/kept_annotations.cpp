@@ -51,15 +51,9 @@ ArtExtent extentOfAnnotation(Art group) {
     return extent;
 }
 
-/// Whether something lies there that the page did not have.
-bool isNewWithin(const ArtExtent& extent, const EditedArtwork& artwork, const Matching& matching) {
-    for (EditedIndex i = 0; i < artwork.objects.size(); ++i) {
-        if (matching.objects[i].source == noSource &&
-            extentOf(artwork.objects[i].art).meets(extent)) {
-            return true;
-        }
-    }
-    return false;
+/// Whether something of that lies there.
+bool isWithin(const ArtExtent& extent, const ChargedList<Art>& added) {
+    return std::ranges::any_of(added.items(), [&](Art art) { return extentOf(art).meets(extent); });
 }
 
 class Refusal {
@@ -83,25 +77,26 @@ private:
 
 } // namespace
 
-void refuseChangedAnnotations(const BaseReading& base, const EditedArtwork& artwork,
-                              const Matching& matching, const UnmarkedAnnotations& unmarked) {
+void refuseChangedAnnotations(const BaseReading& base, const ChargedList<Art>& named,
+                              const ChargedList<Art>& added, const UnmarkedAnnotations& unmarked) {
     if (base.annotations == Art::null) {
         return;
     }
     const Annotations known = annotationsIn(base.annotations);
+    const ArtExtent page = extentOfPage();
     Refusal refusal;
-    for (const Art art : artwork.annotations.items()) {
+    for (const Art art : named.items()) {
         const FormFacts form = formOf(art);
         const auto was = known.find(annotationKey(form));
         if (was != known.end() && !unmarked.keys.contains(was->first) && !isUnseen(was->second) &&
-            !isSameGroup(was->second, art, base.paints)) {
+            !isSameArt(seenIn(was->second, page), seenIn(art, page), base.paints)) {
             refusal.add(nameOf(form));
         }
     }
-    if (artwork.annotations.empty()) {
+    if (named.empty()) {
         for (const auto& [key, group] : known) {
             if (!unmarked.keys.contains(key) && !isUnseen(group) &&
-                isNewWithin(extentOfAnnotation(group), artwork, matching)) {
+                isWithin(extentOfAnnotation(group), added)) {
                 refusal.add(nameOf(formOf(group)) +
                             "; what is new in its place becomes content of the page");
             }
