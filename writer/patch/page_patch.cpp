@@ -67,6 +67,17 @@ ChargedList<Art> addedArt(const EditedArtwork& artwork, const Matching& matching
     return added;
 }
 
+/// What is not saved of annotations is to be known, unless the host insists.
+void refuseChangedAnnotations(const BaseReading& reading, const EditedArtwork& artwork,
+                              const Matching& matching, const UnmarkedAnnotations& unmarked) {
+    const bool isAny =
+        tellChangedAnnotations(reading, artwork.annotations, addedArt(artwork, matching), unmarked);
+    const auto extension = knownExtension();
+    if (isAny && !(extension && extension->overwrites)) {
+        failException(Exception::annotationChanged);
+    }
+}
+
 /// Which forms of a content, that is a copy or not, the page draws otherwise.
 void markCopies(const EditedArtwork& artwork, const Matching& matching, bool isCopy) {
     for (EditedIndex i = 0; i < artwork.objects.size(); ++i) {
@@ -97,7 +108,7 @@ PagePatch plan(PageTools& tools, const BaseReading& reading, ResourceRegistry& r
     std::ranges::for_each(forms, compareForm);
     const Matching matching = matchArtwork(contents.page(), artwork, tools.base.isAsOpened);
     refuseMissing(contents, matching, artwork, forms);
-    refuseChangedAnnotations(reading, artwork.annotations, addedArt(artwork, matching), unmarked);
+    refuseChangedAnnotations(reading, artwork, matching, unmarked);
     tellLayers(artwork.layers);
     markCopies(artwork, matching, false);
     // From the outermost: what a copy holds are copies.

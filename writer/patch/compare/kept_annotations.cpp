@@ -2,7 +2,6 @@
 
 #include "reader/content/art.h"
 #include "runtime/callbacks.h"
-#include "runtime/exception.h"
 #include "runtime/extension.h"
 #include "writer/art/layers.h"
 #include "writer/art/outline.h"
@@ -11,7 +10,6 @@
 #include "writer/patch/compare/group_parts.h"
 
 #include <algorithm>
-#include <optional>
 #include <string>
 
 namespace corvane {
@@ -56,53 +54,43 @@ bool isWithin(const ArtExtent& extent, const ChargedList<Art>& added) {
     return std::ranges::any_of(added.items(), [&](Art art) { return extentOf(art).meets(extent); });
 }
 
-class Refusal {
-public:
-    void add(const std::string& name) {
-        isAny_ = true;
-        if (extension_ && extension_->annotationKept != nullptr) {
-            extension_->annotationKept(extension_->context, name);
-        }
+void tell(const std::string& name) {
+    const auto extension = knownExtension();
+    if (extension && extension->annotationKept != nullptr) {
+        extension->annotationKept(extension->context, name);
     }
-    void raise() const {
-        if (isAny_ && !(extension_ && extension_->overwrites)) {
-            failException(Exception::annotationChanged);
-        }
-    }
-
-private:
-    const std::optional<HostExtension> extension_ = knownExtension();
-    bool isAny_ = false;
-};
+}
 
 } // namespace
 
-void refuseChangedAnnotations(const BaseReading& base, const ChargedList<Art>& named,
-                              const ChargedList<Art>& added, const UnmarkedAnnotations& unmarked) {
+bool tellChangedAnnotations(const BaseReading& base, const ChargedList<Art>& named,
+                            const ChargedList<Art>& added, const UnmarkedAnnotations& unmarked) {
     if (base.annotations == Art::null) {
-        return;
+        return false;
     }
     const Annotations known = annotationsIn(base.annotations);
     const ArtExtent page = extentOfPage();
-    Refusal refusal;
+    bool isAny = false;
     for (const Art art : named.items()) {
         const FormFacts form = formOf(art);
         const auto was = known.find(annotationKey(form));
         if (was != known.end() && !unmarked.keys.contains(was->first) && !isUnseen(was->second) &&
             !isSameArt(seenIn(was->second, page), seenIn(art, page), base.paints)) {
-            refusal.add(nameOf(form));
+            tell(nameOf(form));
+            isAny = true;
         }
     }
     if (named.empty()) {
         for (const auto& [key, group] : known) {
             if (!unmarked.keys.contains(key) && !isUnseen(group) &&
                 isWithin(extentOfAnnotation(group), added)) {
-                refusal.add(nameOf(formOf(group)) +
-                            "; what is new in its place becomes content of the page");
+                isAny = true;
+                tell(nameOf(formOf(group)) +
+                     "; what is new in its place becomes content of the page");
             }
         }
     }
-    refusal.raise();
+    return isAny;
 }
 
 } // namespace corvane
