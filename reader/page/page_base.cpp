@@ -132,6 +132,10 @@ std::optional<PageBase> baseOf(DocumentCache& cache, std::uint64_t opened) {
     return recorded;
 }
 
+PageBase standingPage(DocumentCache& cache) {
+    return standingBase(cache, {}, standingStreams(cache));
+}
+
 std::optional<std::uint64_t> lastArtwork(DocumentCache& cache) {
     const std::optional<PageRecord> record = recordOfPage(cache, standingStreams(cache));
     return record ? record->artwork : std::nullopt;

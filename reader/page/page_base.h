@@ -38,6 +38,9 @@ struct PageBase {
 /// that page: it stands as it was then, or was only saved by us since. Nothing otherwise.
 std::optional<PageBase> baseOf(DocumentCache& cache, std::uint64_t opened);
 
+/// The page in use as it stands, whatever artwork was opened from.
+PageBase standingPage(DocumentCache& cache);
+
 /// Which artwork the page in use was saved from last; nothing where the record does not say it, or
 /// another program changed the page since.
 std::optional<std::uint64_t> lastArtwork(DocumentCache& cache);

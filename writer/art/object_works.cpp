@@ -100,6 +100,9 @@ void visitWorks(Walk& walk, Art art, ArtStack& pending, bool writesGroups) {
     if (callHost(slot::checkUserAbort)) {
         failException(Exception::cancelled);
     }
+    if (walk.others != nullptr && walk.others->contains(art)) {
+        return;
+    }
     if (walk.layers != nullptr && artKind(art) == ArtKind::group) {
         if (const ContentLayer layer = layerOf(art); layer != ContentLayer::null) {
             walk.layers->begin(walk.text, layer);

@@ -12,6 +12,7 @@
 
 #include <array>
 #include <optional>
+#include <unordered_set>
 
 namespace corvane {
 
@@ -52,6 +53,8 @@ struct Walk {
     ContentImages* images = nullptr; ///< null: images cannot be drawn
     DrawnLooks* looks = nullptr;     ///< null: all art is opaque
     LayerMarks* layers = nullptr;    ///< null: all art shows always
+    const std::unordered_set<Art>* others =
+        nullptr; ///< art that is no content; null: there is none
     classic::FontList fonts;
     /// Segments of a path come from the host in blocks of this many.
     std::array<Segment, 512> segments;

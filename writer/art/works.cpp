@@ -83,12 +83,6 @@ void layerComment(Walk& walk, const LayerInfo& info) {
     walk.text.add("\n");
 }
 
-/// Annotations are no content of the page.
-bool isAnnotation(const ArtStep& step) {
-    return step.what == ArtStep::What::art && artKind(step.art) == ArtKind::group &&
-           formOf(step.art).content != 0;
-}
-
 void layerWorks(Walk& walk, Layer layer, SavingProgress& progress) {
     LayerInfo info;
     callHost(slot::getLayerInfo, layer, &info);
@@ -99,13 +93,9 @@ void layerWorks(Walk& walk, Layer layer, SavingProgress& progress) {
     layerComment(walk, info);
     const Art group = artOf(layer);
     ArtStack pending;
-    const bool isOfAnnotations = roleOf(layer) == LayerRole::annotations;
     layerArtWorks(walk, group, pending);
     progress.beginLayer(pending.size());
     for (ArtStep step; pending.next(step);) {
-        if (isOfAnnotations && isAnnotation(step)) {
-            continue;
-        }
         stepWorks(walk, step, pending);
         if (pending.depth() == 1) {
             progress.step(pending.size());
@@ -127,6 +117,7 @@ std::int32_t documentWorks(DocumentCache& cache, const RealMatrix& placement,
     walk.paints = drawings.paints;
     walk.looks = drawings.looks;
     walk.layers = drawings.layers;
+    walk.others = drawings.others;
     ChargedList<Layer> layers = listLayers();
     SavingProgress progress(layers.size());
     while (!layers.empty()) {

@@ -7,6 +7,7 @@
 #include "writer/art/text_drawing.h"
 
 #include <cstdint>
+#include <unordered_set>
 
 namespace corvane {
 
@@ -21,6 +22,8 @@ struct Drawings {
     PaintDrawing* paints = nullptr;
     DrawnLooks* looks = nullptr;  ///< null: all art is opaque
     LayerMarks* layers = nullptr; ///< null: all art shows always
+    const std::unordered_set<Art>* others =
+        nullptr; ///< art that is no content; null: there is none
 };
 
 /// Writes the content to the cache's output; its length in bytes. `placement` leads from the

@@ -23,6 +23,7 @@ void drawWorks(DocumentCache& cache, UpdatePlan& plan) {
     std::optional<LayerMarks> marks;
     if (DrawnContent* const drawn = plan.drawn.get()) {
         drawings = {.texts = &drawn->texts, .images = &drawn->images};
+        drawings.others = &plan.annotations;
         drawings.looks = hostHoldsAppearance() ? &drawn->looks : nullptr;
         drawings.layers = plan.layers ? &marks.emplace(*plan.layers, drawn->resources) : nullptr;
         if (plan.paints) {

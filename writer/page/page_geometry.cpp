@@ -3,12 +3,14 @@
 #include "output/primitives.h"
 #include "reader/page/page_matrix.h"
 #include "runtime/callbacks.h"
+#include "runtime/extension.h"
 #include "runtime/fixed.h"
 #include "runtime/rules.h"
 #include "runtime/warning.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 
 namespace corvane {
@@ -92,6 +94,18 @@ bool isUnchanged(const OpenedPage& opened, const ArtboardSize& size, const Rect&
             callHost(slot::rectEmpty, &crop));
 }
 
+/// Whether the artwork came from no page and is as large as what is seen of this one. Editors that
+/// drop all marks leave no more of where it lay.
+bool isTakenForSeen(const ArtboardSize& size, const Rect& bounds, const Rect& seen) {
+    const auto extension = knownExtension();
+    constexpr Fixed room = fixedOne / 100;
+    const auto isNear = [](std::int64_t a, std::int64_t b) { return std::abs(a - b) <= room; };
+    return extension && extension->artworkDigest == nullptr && bounds.left == 0 &&
+           bounds.bottom == 0 && bounds.right == size.width && bounds.top == size.height &&
+           isNear(size.width, std::int64_t{seen.right} - seen.left) &&
+           isNear(size.height, std::int64_t{seen.top} - seen.bottom);
+}
+
 /// A box of the artboard in the page's own space.
 Box placedBox(const PageGeometry& geometry, const Rect& rect) {
     const Box box{realFromFixed(rect.left), realFromFixed(rect.bottom), realFromFixed(rect.right),
@@ -130,6 +144,16 @@ PageGeometry pageGeometry(DocumentCache& cache, const PageBase* base) {
             // An earlier save may have given the page a new size.
             geometry.kept =
                 opened.mediaBox == mediaCache(cache) && opened.cropBox == cropCache(cache);
+            return geometry;
+        }
+        const Rect seen = hostRect(turnedBox(opened.matrix, opened.cropBox));
+        if (base == nullptr && isTakenForSeen(size, crop, seen)) {
+            geometry.placement =
+                multiply({.tx = realFromFixed(seen.left), .ty = realFromFixed(seen.bottom)},
+                         geometry.placement);
+            geometry.mediaBox = opened.mediaBox;
+            geometry.cropBox = opened.cropBox;
+            geometry.kept = true;
             return geometry;
         }
     }

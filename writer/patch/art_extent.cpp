@@ -9,23 +9,55 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <span>
 
 namespace corvane {
 
 namespace {
 
-/// How far from its path a stroke of this style may paint.
-std::int64_t strokeReach(const PathStyle& style) {
+/// How far a stroke of this style may paint from points of its path, in x and in y. Where all lines
+/// are upright, a miter and a square cap reach half the width; else the limit says how far, and the
+/// corner of a cap is 1.415 half widths away.
+std::int64_t strokeReach(const PathStyle& style, bool isUpright) {
     if (style.strokePaint == 0) {
         return 0;
     }
-    constexpr std::int64_t twice = std::int64_t{2} * fixedOne;
-    const std::int64_t half = (std::int64_t{style.lineWidth} + 1) / 2;
-    // A square cap reaches 1.42 half widths away, a miter as many as its limit says.
-    const std::int64_t factor =
-        style.join == 0 ? std::max<std::int64_t>(style.miterLimit, twice) : twice;
-    return half * factor / fixedOne + fixedOne / 4;
+    constexpr std::int64_t squareCap = 92733;       // 1.415
+    constexpr std::int64_t hairline = fixedOne / 4; // as the thinnest line is shown
+    const std::int64_t width =
+        style.lineWidth == 0 ? hairline : std::abs(std::int64_t{style.lineWidth});
+    const std::int64_t half = (width + 1) / 2;
+    const std::int64_t miter = style.join == 0 ? style.miterLimit : 0;
+    return isUpright ? half : half * std::max(squareCap, miter) / fixedOne + 1;
+}
+
+bool isAligned(const Point& a, const Point& b) {
+    return a.x == b.x || a.y == b.y;
+}
+
+/// The points of a subpath; whether all its lines, and the one that closes it, are horizontal or
+/// vertical.
+bool addPoints(const Subpath& subpath, ArtExtent& extent) {
+    bool isUpright = true;
+    std::optional<Segment> first;
+    Segment last;
+    SegmentReader reader(subpath);
+    for (std::int32_t at = 0; at < subpath.count;) {
+        const std::span<const Segment> block = reader.read(at);
+        for (const Segment& segment : block) {
+            extent.add(segment.anchor);
+            extent.add(segment.in);
+            extent.add(segment.out);
+            isUpright = isUpright && segment.in == segment.anchor &&
+                        segment.out == segment.anchor &&
+                        (!first || isAligned(last.anchor, segment.anchor));
+            first = first ? first : std::optional(segment);
+            last = segment;
+        }
+        at += static_cast<std::int32_t>(block.size());
+    }
+    return isUpright && (!first || isAligned(last.anchor, first->anchor));
 }
 
 } // namespace
@@ -46,7 +78,7 @@ void ArtExtent::add(const ArtExtent& other) {
 
 ArtExtent extentOf(Art art) {
     if (artKind(art) == ArtKind::text || artKind(art) == ArtKind::group) {
-        return {INT64_MIN, INT64_MIN, INT64_MAX, INT64_MAX};
+        return ArtExtent::everything();
     }
     ArtExtent extent;
     if (artKind(art) == ArtKind::placed) {
@@ -57,17 +89,25 @@ ArtExtent extentOf(Art art) {
         }
         return extent;
     }
-    forEachSegment(art, [&](const Segment& segment) {
-        extent.add(segment.anchor);
-        extent.add(segment.in);
-        extent.add(segment.out);
-    });
-    const std::int64_t reach = strokeReach(leadingStyle(art));
+    bool isUpright = true;
+    const ChargedList<Subpath> subpaths = subpathsWithin(art);
+    for (const Subpath& subpath : subpaths.items()) {
+        isUpright = addPoints(subpath, extent) && isUpright;
+    }
+    const std::int64_t reach = strokeReach(leadingStyle(art), isUpright);
     extent.left -= reach;
     extent.bottom -= reach;
     extent.right += reach;
     extent.top += reach;
     return extent;
+}
+
+ArtExtent extentOfPage() {
+    Rect bounds;
+    callHost(slot::getPageBounds, &bounds);
+    const bool isNone = callHost(slot::rectEmpty, &bounds) != 0;
+    return isNone ? ArtExtent::everything()
+                  : ArtExtent{bounds.left, bounds.bottom, bounds.right, bounds.top};
 }
 
 std::optional<ArtExtent> rectangleOf(Art clip) {

@@ -56,6 +56,28 @@ void noteLayersOfAnnotations(const EditedArtwork& artwork, SavedLayers& layers) 
     }
 }
 
+/// What the page did not have.
+ChargedList<Art> addedArt(const EditedArtwork& artwork, const Matching& matching) {
+    ChargedList<Art> added;
+    for (EditedIndex i = 0; i < artwork.objects.size(); ++i) {
+        if (matching.objects[i].source == noSource) {
+            added.push(artwork.objects[i].art);
+        }
+    }
+    return added;
+}
+
+/// What is not saved of annotations is to be known, unless the host insists.
+void refuseChangedAnnotations(const BaseReading& reading, const EditedArtwork& artwork,
+                              const Matching& matching, const UnmarkedAnnotations& unmarked) {
+    const bool isAny =
+        tellChangedAnnotations(reading, artwork.annotations, addedArt(artwork, matching), unmarked);
+    const auto extension = knownExtension();
+    if (isAny && !(extension && extension->overwrites)) {
+        failException(Exception::annotationChanged);
+    }
+}
+
 /// Which forms of a content, that is a copy or not, the page draws otherwise.
 void markCopies(const EditedArtwork& artwork, const Matching& matching, bool isCopy) {
     for (EditedIndex i = 0; i < artwork.objects.size(); ++i) {

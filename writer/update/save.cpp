@@ -15,6 +15,7 @@
 #include "runtime/extension.h"
 #include "runtime/rules.h"
 #include "writer/page/needed_version.h"
+#include "writer/patch/annotation_art.h"
 #include "writer/update/catalog.h"
 #include "writer/update/signed.h"
 #include "writer/update/update.h"
@@ -197,6 +198,9 @@ UpdatePlan planUpdate(DocumentCache& cache) {
     if (plan.base && canPatch()) {
         planPatches(cache, plan);
     } else {
+        if (canPatch()) {
+            plan.annotations = annotationArt(cache, plan.geometry);
+        }
         plan.numbers.content = nextIdentity();
         plan.numbers.length = nextIdentity();
         plan.drawn = hostHoldsText() ? std::make_unique<DrawnContent>(cache) : nullptr;

@@ -22,6 +22,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 namespace corvane {
@@ -84,6 +85,7 @@ struct UpdatePlan {
     CarriedTrailer trailer;
     Numbers numbers;                     ///< where the page is drawn anew
     std::unique_ptr<DrawnContent> drawn; ///< there too, in the extended profile
+    std::unordered_set<Art> annotations; ///< there too: art that shows those of the page
     std::unique_ptr<NewPaints> paints;   ///< there too, where the host says what gradients are
     std::optional<PlannedPatch> patch;   ///< otherwise
 };

@@ -28,8 +28,8 @@ Fault explainedChange(const Arguments& arguments, const Provenance& source) {
 std::string annotationsText(const std::vector<std::string>& names) {
     constexpr std::size_t most = 8;
     std::string text = std::to_string(names.size()) +
-                       (names.size() == 1 ? " annotation was" : " annotations were") +
-                       " changed or deleted in the artwork (";
+                       (names.size() == 1 ? " annotation is" : " annotations are") +
+                       " not in the artwork as the file has them (";
     for (std::size_t i = 0; i < std::min(names.size(), most); ++i) {
         text += (i == 0 ? "" : ", ") + names[i];
     }

@@ -1,4 +1,5 @@
 // Annotations of the artwork, which a save leaves as they are, and content of hidden layers.
+#include "app/artwork/transform_art.h"
 #include "tests/writer/patch/patch_fixture.h"
 
 #include <gmock/gmock.h>
@@ -23,10 +24,10 @@ protected:
         };
     }
 
-    void openAnnotated() {
-        openFile(withResources(
-                     PdfBuilder::onePage("0 0 5 5 re f /OC /L BDC 9 9 5 5 re f EMC",
-                                         std::string(resources) + "/Annots [30 0 R 33 0 R 31 0 R]"))
+    void openAnnotated(const std::string& entries = "") {
+        openFile(withResources(PdfBuilder::onePage("0 0 5 5 re f /OC /L BDC 9 9 5 5 re f EMC",
+                                                   std::string(resources) + entries +
+                                                       "/Annots [30 0 R 33 0 R 31 0 R]"))
                      .object(1, "<< /Type /Catalog /Pages 2 0 R /OCProperties << /D << /OFF "
                                 "[22 0 R] >> >> >>")
                      .object(30, "<< /Type /Annot /Subtype /Stamp /Rect [50 50 70 70] /AP << /N "
@@ -40,18 +41,43 @@ protected:
                      .bytes());
     }
     /// Another group with all that it has but its mark.
-    void unmark(Art group) {
-        const Art made = document_->make(ArtKind::group, Placement::inFront, group);
-        document_->setAppearance(made, document_->appearance(group));
-        const bool isClipped = document_->clipped(group);
-        document_->setClipped(group, false);
-        while (document_->firstChild(group) != Art::null) {
-            document_->reorder(document_->lastChild(group), Placement::inside, made);
+    static void unmark(Document& document, Art group) {
+        const Art made = document.make(ArtKind::group, Placement::inFront, group);
+        document.setAppearance(made, document.appearance(group));
+        const bool isClipped = document.clipped(group);
+        document.setClipped(group, false);
+        while (document.firstChild(group) != Art::null) {
+            document.reorder(document.lastChild(group), Placement::inside, made);
         }
-        document_->setClipped(made, isClipped);
-        document_->dispose(group);
+        document.setClipped(made, isClipped);
+        document.dispose(group);
+    }
+    /// The layer in front is one like any other, and annotations are groups like any other.
+    static void unmarkAll(Document& document) {
+        const Layer front = document.firstLayer();
+        LayerProperties properties = document.layerProperties(front);
+        properties.role = LayerRole::page;
+        document.setLayerProperties(front, properties);
+        std::vector<Art> groups;
+        for (Art art = document.firstChild(document.layerArt(front)); art != Art::null;
+             art = document.nextSibling(art)) {
+            groups.push_back(art);
+        }
+        std::ranges::for_each(groups, [&](Art group) { unmark(document, group); });
     }
     Art layer() { return document_->layerArt(document_->firstLayer()); }
+    /// Artwork that does not say where it lay begins with what is seen of it.
+    void forgetPlace() {
+        Page& page = document_->page();
+        const Rect seen = page.bounds();
+        for (Layer each = document_->firstLayer(); each != Layer::null;
+             each = document_->nextLayer(each)) {
+            transformArt(*document_, document_->layerArt(each),
+                         {.tx = -realFromFixed(seen.left), .ty = -realFromFixed(seen.bottom)});
+        }
+        page.setBounds({0, seen.top - seen.bottom, seen.right - seen.left, 0});
+        page.setArtboard({seen.right - seen.left, seen.top - seen.bottom});
+    }
 
     std::vector<std::string> kept_;
 };
@@ -178,23 +204,100 @@ TEST_F(AnnotationTest, AreKnownAgainWithoutMarks) {
     for (const Row& row : rows) {
         openAnnotated();
         kept_.clear();
-        Document& document = *document_;
-        const Layer front = document.firstLayer();
-        LayerProperties properties = document.layerProperties(front);
-        properties.role = LayerRole::page;
-        document.setLayerProperties(front, properties);
-        std::vector<Art> groups;
-        for (Art art = document.firstChild(layer()); art != Art::null;
-             art = document.nextSibling(art)) {
-            groups.push_back(art);
-        }
-        std::ranges::for_each(groups, [&](Art group) { unmark(group); });
-        row.edit(document, layer());
+        unmarkAll(*document_);
+        row.edit(*document_, layer());
         EXPECT_EQ(save() != 0, !row.kept.empty()) << row.name;
         EXPECT_EQ(kept_, row.kept) << row.name;
         if (row.kept.empty()) {
             EXPECT_EQ(saved_.back().added, row.added) << row.name;
             EXPECT_EQ(saved_.back().isNothing, row.added == 0) << row.name;
+        }
+    }
+}
+
+/// Markup draws no clip that cuts nothing: where editors drop marks, nothing says that it was
+/// there.
+TEST_F(AnnotationTest, AreKnownAgainWithoutClipsThatCutNothing) {
+    struct Row {
+        const char* name;
+        const char* content; ///< of an appearance in a box of 20 by 10 points
+        bool isKept;
+    };
+    const Row rows[] = {
+        {"a border up to the box", ".5 .5 19 9 re S", true},
+        {"a field: text within its own clip", "0 0 20 10 re W n BT /F 9 Tf (a) Tj ET", true},
+        {"a line of no width", "0 w 2 2 m 18 8 l S", true},
+        {"a path that is cut", "5 5 40 4 re f", false},
+        {"a miter beyond the box", "1 1 m 19 5 l 1 9 l S", false},
+    };
+    for (const Row& row : rows) {
+        openFile(withResources(PdfBuilder::onePage("0 0 5 5 re f",
+                                                   std::string(resources) + "/Annots [30 0 R]"))
+                     .object(30, "<< /Type /Annot /Subtype /Widget /Rect [50 50 70 60] /AP << /N "
+                                 "32 0 R >> >>")
+                     .stream(32, row.content,
+                             "/Subtype /Form /BBox [0 0 20 10] /Resources << /Font << /F 20 0 R >> "
+                             ">>")
+                     .bytes());
+        const Art group = document_->firstChild(layer());
+        ASSERT_TRUE(document_->clipped(group)) << row.name;
+        document_->setClipped(group, false);
+        document_->dispose(document_->firstChild(group));
+        unmarkAll(*document_);
+        EXPECT_EQ(save() == 0, row.isKept) << row.name;
+        EXPECT_TRUE(!row.isKept || saved_.back().isNothing) << row.name;
+    }
+}
+
+/// A page that is replaced whole keeps its annotations, so none may be drawn into it as well.
+TEST_F(AnnotationTest, AreNotDrawnIntoAPageThatIsReplaced) {
+    struct Row {
+        const char* name;
+        std::function<void(Document&, Art)> edit; ///< of the layer's own group
+        std::vector<std::string> kept;
+        std::size_t drawn = 2; ///< paths of the page
+    };
+    const auto withoutMarks = [](Document& document, Art) { unmarkAll(document); };
+    const auto stampPath = [](Document& document, Art group) {
+        return document.lastChild(document.lastChild(group));
+    };
+    const Row rows[] = {
+        {"marked", [](Document&, Art) {}, {}},
+        {"without marks", withoutMarks, {}},
+        {"marked, with a copy",
+         [](Document& document, Art group) {
+             const Art stamp = document.lastChild(group);
+             document.duplicate(stamp, Placement::inFront, stamp);
+         },
+         {},
+         3},
+        {"marked, one repainted",
+         [&](Document& document, Art group) {
+             Artist(document).fill(stampPath(document, group), .5);
+         },
+         {"object 30"}},
+        {"without marks, one repainted",
+         [&](Document& document, Art group) {
+             unmarkAll(document);
+             Artist(document).fill(stampPath(document, group), .5);
+         },
+         {"object 30; what is new in its place becomes content of the page"},
+         3},
+    };
+    extension_.artworkDigest = nullptr;
+    extension_.guardsPage = true;
+    extension_.overwrites = true;
+    for (const char* const crop : {"", "/CropBox [10 20 110 120] /Rotate 90"}) {
+        for (const Row& row : rows) {
+            openAnnotated(crop);
+            kept_.clear();
+            row.edit(*document_, layer());
+            forgetPlace();
+            const std::size_t annotations = 3;
+            EXPECT_EQ(save(), 0U) << row.name;
+            EXPECT_EQ(kept_, row.kept) << row.name << crop;
+            ASSERT_EQ(open(), 0U);
+            EXPECT_EQ(artist().objects.size(), row.drawn + annotations) << row.name << crop;
         }
     }
 }

@@ -6,6 +6,7 @@
 #include "writer/art/art_stack.h"
 #include "writer/art/drawn_looks.h"
 #include "writer/patch/base/edited_artwork.h"
+#include "writer/patch/compare/idle_clips.h"
 #include "writer/patch/compare/movement.h"
 #include "writer/patch/text/text_run.h"
 #include "writer/patch/works/placed_image.h"
@@ -94,7 +95,7 @@ ChargedList<SeenPart> withoutLoneGroups(const ChargedList<SeenPart>& parts) {
 
 } // namespace
 
-ChargedList<SeenPart> seenIn(Art group) {
+ChargedList<SeenPart> seenIn(Art group, const ArtExtent& visible) {
     ChargedList<SeenPart> parts;
     struct Open {
         bool isListed = false;
@@ -133,7 +134,7 @@ ChargedList<SeenPart> seenIn(Art group) {
         }
         parts.push(part);
     }
-    return withoutLoneGroups(withoutEmptyGroups(parts));
+    return withoutLoneGroups(withoutIdleClips(withoutEmptyGroups(parts), visible));
 }
 
 namespace {
@@ -183,11 +184,14 @@ bool isSamePart(const SeenPart& was, const SeenPart& is, PaintComparison& paints
 }
 
 bool isSameGroup(Art was, Art is, PaintComparison& paints, const RealMatrix& movement) {
-    const ChargedList<SeenPart> former = seenIn(was);
-    const ChargedList<SeenPart> parts = seenIn(is);
-    return std::ranges::equal(
-        former.items(), parts.items(),
-        [&](const SeenPart& a, const SeenPart& b) { return isSamePart(a, b, paints, movement); });
+    return isSameArt(seenIn(was), seenIn(is), paints, movement);
+}
+
+bool isSameArt(const ChargedList<SeenPart>& was, const ChargedList<SeenPart>& is,
+               PaintComparison& paints, const RealMatrix& movement) {
+    return std::ranges::equal(was.items(), is.items(), [&](const SeenPart& a, const SeenPart& b) {
+        return isSamePart(a, b, paints, movement);
+    });
 }
 
 } // namespace corvane

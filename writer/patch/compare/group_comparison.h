@@ -4,6 +4,7 @@
 #include "host/appearance.h"
 #include "host/matrix.h"
 #include "runtime/charged_list.h"
+#include "writer/patch/art_extent.h"
 #include "writer/patch/compare/comparison.h"
 
 #include <cstddef>
@@ -22,7 +23,8 @@ struct SeenPart {
 
 /// The group itself and what it holds, from the back to the front; a group comes in front of what
 /// is in it, and one that only lays one thing over others is one with it. Compound paths are whole.
-ChargedList<SeenPart> seenIn(Art group);
+/// Clips that cut nothing of what is `visible` are no parts.
+ChargedList<SeenPart> seenIn(Art group, const ArtExtent& visible = ArtExtent::everything());
 
 bool isSamePart(const SeenPart& was, const SeenPart& is, PaintComparison& paints,
                 const RealMatrix& movement = {});
@@ -30,5 +32,9 @@ bool isSamePart(const SeenPart& was, const SeenPart& is, PaintComparison& paints
 /// Clips, looks and text included; groups that do nothing to what they hold are not seen. The first
 /// one is moved so on the artboard.
 bool isSameGroup(Art was, Art is, PaintComparison& paints, const RealMatrix& movement = {});
+
+/// The same of two lists.
+bool isSameArt(const ChargedList<SeenPart>& was, const ChargedList<SeenPart>& is,
+               PaintComparison& paints, const RealMatrix& movement = {});
 
 } // namespace corvane

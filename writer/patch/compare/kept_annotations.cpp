@@ -2,7 +2,6 @@
 
 #include "reader/content/art.h"
 #include "runtime/callbacks.h"
-#include "runtime/exception.h"
 #include "runtime/extension.h"
 #include "writer/art/layers.h"
 #include "writer/art/outline.h"
@@ -11,7 +10,6 @@
 #include "writer/patch/compare/group_parts.h"
 
 #include <algorithm>
-#include <optional>
 #include <string>
 
 namespace corvane {
@@ -51,63 +49,48 @@ ArtExtent extentOfAnnotation(Art group) {
     return extent;
 }
 
-/// Whether something lies there that the page did not have.
-bool isNewWithin(const ArtExtent& extent, const EditedArtwork& artwork, const Matching& matching) {
-    for (EditedIndex i = 0; i < artwork.objects.size(); ++i) {
-        if (matching.objects[i].source == noSource &&
-            extentOf(artwork.objects[i].art).meets(extent)) {
-            return true;
-        }
-    }
-    return false;
+/// Whether something of that lies there.
+bool isWithin(const ArtExtent& extent, const ChargedList<Art>& added) {
+    return std::ranges::any_of(added.items(), [&](Art art) { return extentOf(art).meets(extent); });
 }
 
-class Refusal {
-public:
-    void add(const std::string& name) {
-        isAny_ = true;
-        if (extension_ && extension_->annotationKept != nullptr) {
-            extension_->annotationKept(extension_->context, name);
-        }
+void tell(const std::string& name) {
+    const auto extension = knownExtension();
+    if (extension && extension->annotationKept != nullptr) {
+        extension->annotationKept(extension->context, name);
     }
-    void raise() const {
-        if (isAny_ && !(extension_ && extension_->overwrites)) {
-            failException(Exception::annotationChanged);
-        }
-    }
-
-private:
-    const std::optional<HostExtension> extension_ = knownExtension();
-    bool isAny_ = false;
-};
+}
 
 } // namespace
 
-void refuseChangedAnnotations(const BaseReading& base, const EditedArtwork& artwork,
-                              const Matching& matching, const UnmarkedAnnotations& unmarked) {
+bool tellChangedAnnotations(const BaseReading& base, const ChargedList<Art>& named,
+                            const ChargedList<Art>& added, const UnmarkedAnnotations& unmarked) {
     if (base.annotations == Art::null) {
-        return;
+        return false;
     }
     const Annotations known = annotationsIn(base.annotations);
-    Refusal refusal;
-    for (const Art art : artwork.annotations.items()) {
+    const ArtExtent page = extentOfPage();
+    bool isAny = false;
+    for (const Art art : named.items()) {
         const FormFacts form = formOf(art);
         const auto was = known.find(annotationKey(form));
         if (was != known.end() && !unmarked.keys.contains(was->first) && !isUnseen(was->second) &&
-            !isSameGroup(was->second, art, base.paints)) {
-            refusal.add(nameOf(form));
+            !isSameArt(seenIn(was->second, page), seenIn(art, page), base.paints)) {
+            tell(nameOf(form));
+            isAny = true;
         }
     }
-    if (artwork.annotations.empty()) {
+    if (named.empty()) {
         for (const auto& [key, group] : known) {
             if (!unmarked.keys.contains(key) && !isUnseen(group) &&
-                isNewWithin(extentOfAnnotation(group), artwork, matching)) {
-                refusal.add(nameOf(formOf(group)) +
-                            "; what is new in its place becomes content of the page");
+                isWithin(extentOfAnnotation(group), added)) {
+                isAny = true;
+                tell(nameOf(formOf(group)) +
+                     "; what is new in its place becomes content of the page");
             }
         }
     }
-    refusal.raise();
+    return isAny;
 }
 
 } // namespace corvane

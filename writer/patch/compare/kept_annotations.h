@@ -2,17 +2,15 @@
 #pragma once
 
 #include "writer/patch/base/base_reading.h"
-#include "writer/patch/base/edited_artwork.h"
-#include "writer/patch/compare/matching.h"
 #include "writer/patch/compare/unmarked_annotations.h"
 
 namespace corvane {
 
-/// Tells the host of each annotation that the artwork has otherwise than the file. If there is one,
-/// raises `annotationChanged`, unless the host insists. An annotation that the file does not have
-/// any more is passed over. Where the artwork names none, one that is not among `unmarked` counts
-/// if something new lies where it is: that may be the annotation, changed by an editor.
-void refuseChangedAnnotations(const BaseReading& base, const EditedArtwork& artwork,
-                              const Matching& matching, const UnmarkedAnnotations& unmarked);
+/// Tells the host of each annotation that the artwork names and has otherwise than the file;
+/// whether there is one. An annotation that the file does not have any more is passed over. Where
+/// the artwork names none, one that is not among `unmarked` counts if something of what is `added`
+/// to the page lies where it is: that may be the annotation, changed by an editor.
+bool tellChangedAnnotations(const BaseReading& base, const ChargedList<Art>& named,
+                            const ChargedList<Art>& added, const UnmarkedAnnotations& unmarked);
 
 } // namespace corvane

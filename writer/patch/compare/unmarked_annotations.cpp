@@ -36,7 +36,7 @@ public:
     DrawnParts() {
         ChargedList<Layer> layers = listLayers();
         while (!layers.empty()) {
-            const ChargedList<SeenPart> parts = seenIn(artOf(layers.pop()));
+            const ChargedList<SeenPart> parts = seenIn(artOf(layers.pop()), extentOfPage());
             for (const SeenPart& part : parts.items()) {
                 parts_.push(part);
             }
@@ -178,7 +178,7 @@ UnmarkedAnnotations findUnmarked(const BaseReading& base) {
     }
     DrawnParts drawn;
     for (const auto& [key, group] : unmarked) {
-        const ChargedList<SeenPart> parts = seenIn(group);
+        const ChargedList<SeenPart> parts = seenIn(group, extentOfPage());
         if (!parts.empty() && drawn.take(parts, base.paints, found.art)) {
             found.keys.insert(key);
         }
