@@ -17,6 +17,9 @@ install(FILES ${manual}/_corvane DESTINATION ${share}/zsh/site-functions)
 install(FILES ${manual}/corvane.fish DESTINATION ${share}/fish/vendor_completions.d)
 
 install(FILES desktop/corvane.desktop desktop/corvane-page.desktop DESTINATION ${share}/applications)
+if(CORVANE_WITH_WEB)
+    install(FILES desktop/corvane-browser.desktop DESTINATION ${share}/applications)
+endif()
 install(FILES desktop/corvane-page.xml DESTINATION ${share}/mime/packages)
 install(FILES desktop/corvane.svg DESTINATION ${share}/icons/hicolor/scalable/apps)
 
