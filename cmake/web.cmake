@@ -1,6 +1,6 @@
 # The page of `serve`: its server, and the bundle that is compiled into it.
 set(CORVANE_WEB AUTO CACHE STRING
-    "The command serve: ON, OFF, or AUTO, where its packages are installed (cmake/install-packages web)")
+    "The command serve: ON, OFF, or AUTO, where its packages are installed (cmake/install-packages web) and npm's registry is reached")
 
 if(CORVANE_WEB)
     find_path(CORVANE_HTTPLIB_INCLUDE httplib.h)
@@ -29,12 +29,16 @@ target_link_libraries(corvane_httplib INTERFACE ${CORVANE_HTTPLIB_LIBRARY} Threa
 
 # What npm installs lies in the build folder with a copy of the sources; nothing is written among those.
 set(CORVANE_WEB_SOURCE ${PROJECT_SOURCE_DIR}/web)
+set(CORVANE_WEB_PACKAGES
+    ${CORVANE_WEB_SOURCE}/package.json ${CORVANE_WEB_SOURCE}/package-lock.json ${CORVANE_WEB_SOURCE}/.npmrc)
+# Scripts of packages are not run: esbuild's program comes as a package of its own.
+set(CORVANE_NPM_INSTALL ${CORVANE_NPM} ci --ignore-scripts --loglevel=error)
 
 # corvane_web_copy(FOLDER TESTS): makes FOLDER/copied, by which FOLDER has the sources of the page and what
 # they need; with their tests, and what those need, where TESTS is ON.
 function(corvane_web_copy folder tests)
     set(source ${CORVANE_WEB_SOURCE})
-    set(packages ${source}/package.json ${source}/package-lock.json ${source}/.npmrc)
+    set(packages ${CORVANE_WEB_PACKAGES})
     set(parts ${source}/build.mjs ${source}/index.html ${source}/tsconfig.json)
     set(rooms src style)
     set(leave --omit=dev)
@@ -50,12 +54,11 @@ function(corvane_web_copy folder tests)
         list(APPEND copying COMMAND ${CMAKE_COMMAND} -E rm -rf ${folder}/${room}
             COMMAND ${CMAKE_COMMAND} -E copy_directory ${source}/${room} ${folder}/${room})
     endforeach()
-    # Scripts of packages are not run: esbuild's program comes as a package of its own.
     add_custom_command(
         OUTPUT ${folder}/installed
         COMMAND ${CMAKE_COMMAND} -E make_directory ${folder}
         COMMAND ${CMAKE_COMMAND} -E copy ${packages} ${folder}
-        COMMAND ${CMAKE_COMMAND} -E chdir ${folder} ${CORVANE_NPM} ci --ignore-scripts ${leave} --loglevel=error
+        COMMAND ${CMAKE_COMMAND} -E chdir ${folder} ${CORVANE_NPM_INSTALL} ${leave}
         COMMAND ${CMAKE_COMMAND} -E touch ${folder}/installed
         DEPENDS ${packages}
         COMMENT "Installing npm packages into ${folder}"
@@ -70,6 +73,19 @@ function(corvane_web_copy folder tests)
 endfunction()
 
 set(folder ${PROJECT_BINARY_DIR}/web)
+
+# A machine may have the programs and not reach the registry.
+if(CORVANE_WEB STREQUAL "AUTO" AND NOT EXISTS ${folder}/installed)
+    file(COPY ${CORVANE_WEB_PACKAGES} DESTINATION ${folder})
+    execute_process(COMMAND ${CORVANE_NPM_INSTALL} --omit=dev --fetch-retries=0 WORKING_DIRECTORY ${folder}
+        RESULT_VARIABLE failed OUTPUT_QUIET ERROR_VARIABLE said)
+    if(failed)
+        message(WARNING "The page in the browser and its tests are LEFT OUT: npm did not install what it needs\n${said}")
+        set(CORVANE_WITH_WEB OFF)
+        return()
+    endif()
+    file(TOUCH ${folder}/installed)
+endif()
 set(CORVANE_WEB_BUNDLE ${PROJECT_BINARY_DIR}/web-bundle)
 set(CORVANE_WEB_FILES ${CORVANE_WEB_BUNDLE}/index.html ${CORVANE_WEB_BUNDLE}/app.js ${CORVANE_WEB_BUNDLE}/app.css)
 corvane_web_copy(${folder} OFF)
