@@ -3,13 +3,13 @@
 #include "app/cli/fault.h"
 #include "app/cli/programs/spawning.h"
 #include "app/cli/programs/stream_actions.h"
+#include "app/cli/terminal/secret_text.h"
 #include "app/web/limits.h"
 #include "toolbox/descriptor.h"
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <climits>
 #include <csignal>
 #include <fcntl.h>
 #include <poll.h>
@@ -104,15 +104,16 @@ public:
     }
 
 private:
-    /// So short that it fits into a pipe, which nobody waits for.
+    /// What is past the longest counts in no PDF. So short that it fits into a pipe, and nobody
+    /// waits.
     Descriptor openPassword() const {
         if (!wish_.password) {
             return {};
         }
         Pipe pipe = newPipe();
-        const std::string line = *wish_.password + "\n";
-        if (line.size() > PIPE_BUF || write(pipe.writing.number(), line.data(), line.size()) < 0) {
-            throw Failure({code::access, "the password is too long for any PDF"});
+        const std::string line = wish_.password->substr(0, SecretText::longest) + "\n";
+        if (write(pipe.writing.number(), line.data(), line.size()) < 0) {
+            throw Failure(outputFault("a password for a process", lastError()));
         }
         return std::move(pipe.reading);
     }

@@ -51,6 +51,7 @@ private:
     HandlerResponse consider(const httplib::Request& request, httplib::Response& response);
     void answer(const httplib::Request& request, httplib::Response& response,
                 const httplib::ContentReader& content);
+    bool refuses(const httplib::Request& request, httplib::Response& response) const;
     std::optional<Answer> refusalOf(const httplib::Request& request) const;
 
     int port_ = 0;

@@ -103,18 +103,21 @@ std::optional<std::int64_t> endAfter(std::string_view log, std::int32_t update) 
     return offset && size ? std::optional(*offset + *size) : std::nullopt;
 }
 
-bool copyStart(const std::string& from, const std::string& to, std::int64_t length) {
+std::error_code copyStart(const std::string& from, const std::string& to, std::int64_t length) {
     const Descriptor source(::open(from.c_str(), O_RDONLY | O_CLOEXEC));
     const Descriptor target(::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-    while (source && target && length > 0) {
+    if (!source || !target) {
+        return lastError();
+    }
+    while (length > 0) {
         const ssize_t count =
             sendfile(target.number(), source.number(), nullptr, static_cast<std::size_t>(length));
         if (count <= 0) {
-            return false;
+            return count < 0 ? lastError() : std::make_error_code(std::errc::io_error); // cut short
         }
         length -= count;
     }
-    return source && target;
+    return {};
 }
 
 /// A file that goes with the object.
@@ -248,26 +251,26 @@ Answer Service::open(const WebRequest& request, const std::string& file) {
 }
 
 Answer Service::artwork(const WebRequest& request) {
-    const auto path = artworks_.find(request.route.token);
-    if (!path) {
+    const auto file = artworks_.find(request.route.token);
+    if (!file) {
         return refusal(404,
                        {code::access, "there is no such artwork any more; open the page again"});
     }
-    return {.type = "image/svg+xml", .file = *path};
+    return {.type = "image/svg+xml", .file = file};
 }
 
-std::string Service::fileAfter(const WebRequest& request, const std::string& file,
-                               std::int32_t update) {
+std::optional<std::string> Service::fileAfter(const WebRequest& request, const std::string& file,
+                                              std::int32_t update) {
     const ChildEnd log =
         run(request, {{"log", "--", file}, limits::lookTime, Places::Need::picture});
     const auto end = endAfter(log.output, update);
     if (!end) {
-        throw Failure({code::access, "the file has no such update"});
+        return std::nullopt;
     }
     std::string copy = newPath(".pdf");
-    if (!copyStart(file, copy, *end)) {
+    if (const auto error = copyStart(file, copy, *end)) {
         unlink(copy.c_str());
-        throw Failure(outputFault("a copy of the file", lastError()));
+        throw Failure(outputFault("a copy of the file", error));
     }
     return copy;
 }
@@ -281,19 +284,25 @@ Answer Service::picture(const WebRequest& request, const std::string& file) {
                             stamp.nanoseconds, static_cast<std::int64_t>(stamp.number)}) {
         name += std::to_string(part) + " ";
     }
-    auto path = pictures_.find(name);
-    if (!path) {
-        path = newPath(".svg");
-        const PassingFile former(route.update ? fileAfter(request, file, *route.update) : "");
-        const ChildEnd end =
-            run(request, {openingWords(request, route.update ? former.path() : file, *path),
-                          limits::pictureTime, Places::Need::picture});
+    auto picture = pictures_.find(name);
+    if (!picture) {
+        const std::string path = newPath(".svg");
+        const auto copy = route.update ? fileAfter(request, file, *route.update) : file;
+        if (!copy) {
+            return refusal(404, {code::access, "the file has no such update"});
+        }
+        std::optional<PassingFile> former;
+        if (route.update) {
+            former.emplace(*copy);
+        }
+        const ChildEnd end = run(request, {openingWords(request, *copy, path), limits::pictureTime,
+                                           Places::Need::picture});
         if (end.status != 0) {
             return {.status = 422, .body = end.output};
         }
-        pictures_.keep(name, *path);
+        picture = pictures_.keep(name, path);
     }
-    return {.type = "image/svg+xml", .file = *path};
+    return {.type = "image/svg+xml", .file = picture};
 }
 
 Answer Service::save(const WebRequest& request, const std::string& file) {
