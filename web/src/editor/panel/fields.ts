@@ -70,6 +70,7 @@ export function choice(label: string, options: readonly (readonly [string, strin
 export function button(label: string, done: () => void): HTMLButtonElement {
   const element = document.createElement("button");
   element.type = "button";
+  element.className = "button";
   element.textContent = label;
   element.addEventListener("click", done);
   return element;

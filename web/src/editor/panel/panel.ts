@@ -2,7 +2,6 @@
 import type { Context } from "../context";
 import type { Pictures } from "../pictures";
 import { pictureSection, textSection } from "./content";
-import { keysHelp } from "./help";
 import { lineSection, opacitySection } from "./line";
 import { paintSection } from "./paint";
 import { placeSection, type Section } from "./place";
@@ -23,7 +22,7 @@ export class Panel {
       placeSection(context), paintSection(context, "fill", "Fill"), paintSection(context, "stroke", "Line"),
       lineSection(context), opacitySection(context),
     ];
-    element.append(this.#nothing, ...this.#sections.map(section => section.element), keysHelp());
+    element.append(this.#nothing, ...this.#sections.map(section => section.element));
     this.refresh();
   }
 
