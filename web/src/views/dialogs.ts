@@ -61,6 +61,8 @@ export class Dialog {
   fill(...children: (Node | string)[]): void {
     this.#closer.disabled = false;
     this.body.replaceChildren(...children);
+    // Keys scroll what is higher than the window.
+    this.body.tabIndex = this.body.scrollHeight > this.body.clientHeight ? 0 : -1;
     this.body.querySelector<HTMLElement>("[autofocus]")?.focus();
   }
 
