@@ -39,8 +39,8 @@ Pipe newPipe() {
 }
 
 void limit(pid_t process, __rlimit_resource resource, rlim_t most) {
-    const rlimit both{most, most};
-    prlimit(process, resource, &both, nullptr);
+    const rlimit limits{most, most + 1}; // the first is told by a signal of its own
+    prlimit(process, resource, &limits, nullptr);
 }
 
 /// The process runs already, for less than a millisecond: it has opened nothing yet.
@@ -177,6 +177,7 @@ private:
         const pid_t found = waitpid(process_, &status, WNOHANG);
         if (found == process_) {
             end_.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+            end_.cause = end_.signal == SIGXCPU ? Cause::time : end_.cause;
             end_.status = WIFEXITED(status) ? WEXITSTATUS(status) : 0;
         }
         // Where the parent ignores SIGCHLD, nobody is told how it ended.

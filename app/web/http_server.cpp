@@ -159,8 +159,11 @@ HttpServer::~HttpServer() {
 void HttpServer::start(Gate& gate, Answering answering) {
     gate_ = &gate;
     answering_ = std::move(answering);
-    listener_ = std::thread([this] { listen_after_bind(); });
-    while (!is_running()) {
+    listener_ = std::thread([this] {
+        listen_after_bind();
+        hasFailed_ = !isEnding_;
+    });
+    while (!is_running() && !hasFailed_) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
 }

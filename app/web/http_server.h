@@ -43,6 +43,9 @@ public:
     /// Begins to answer.
     void start(Gate& gate, Answering answering);
 
+    /// Whether it answers no more, though nobody ended it.
+    bool hasFailed() const { return hasFailed_; }
+
     /// Ends what goes on, and returns when nothing does.
     void end();
 
@@ -58,6 +61,7 @@ private:
     Gate* gate_ = nullptr;
     Answering answering_;
     std::atomic<bool> isEnding_ = false;
+    std::atomic<bool> hasFailed_ = false;
     std::thread listener_;
 };
 
