@@ -7,7 +7,7 @@ import { icon } from "./icons";
 export interface Choice<Answer> {
   readonly answer: Answer;
   readonly label: string;
-  // How the button looks; "primary" has the focus at first.
+  // "primary" has the focus at first; where there is none, the last that is no danger.
   readonly look?: "primary" | "danger";
 }
 
@@ -74,8 +74,9 @@ export class Dialog {
       }));
       this.#buttons.replaceChildren(...buttons);
       const main = choices.findIndex((choice) => choice.look === "primary");
+      const harmless = choices.findLastIndex((choice) => choice.look !== "danger");
       if (this.body.querySelector("[autofocus]") === null) {
-        (buttons[main] ?? buttons.at(-1))?.focus();
+        buttons[main < 0 ? harmless : main]?.focus();
       }
       void this.#closed.then(() => resolve(undefined));
     });
