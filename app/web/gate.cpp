@@ -11,6 +11,9 @@ namespace {
 
 constexpr std::string_view secretStart = "/?secret=";
 
+/// No sandbox: one goes nowhere by itself.
+constexpr auto linkPolicy = "default-src 'none'; base-uri 'none'; frame-ancestors 'none'";
+
 /// In words where a person opened the page itself.
 Answer refused(const httplib::Request& request, int status, std::string sentence) {
     if (request.path == "/") {
@@ -120,6 +123,7 @@ std::optional<Answer> Gate::answerSecret(const httplib::Request& request, std::s
         // A link in another site's page, such as a terminal in the browser: after a redirect from
         // there the cookie would not be sent.
         answer.status = 200;
+        answer.headers.emplace_back("Content-Security-Policy", linkPolicy);
         answer.body = "<!DOCTYPE html><meta http-equiv=\"refresh\" content=\"0; url=/\">";
     }
     return answer;
