@@ -39,16 +39,19 @@ Pipe newPipe() {
 }
 
 void limit(pid_t process, __rlimit_resource resource, rlim_t most) {
-    const rlimit limits{most, most + 1}; // the first is told by a signal of its own
-    prlimit(process, resource, &limits, nullptr);
+    const rlimit both{most, most + 1}; // the first is told by a signal of its own
+    prlimit(process, resource, &both, nullptr);
 }
 
 /// The process runs already, for less than a millisecond: it has opened nothing yet.
-void limitAll(pid_t process, std::chrono::seconds time) {
+void limitAll(pid_t process, const ChildWish& wish) {
 #ifndef __SANITIZE_ADDRESS__ // which takes terabytes of addresses for itself
     limit(process, RLIMIT_AS, limits::memory);
 #endif
-    limit(process, RLIMIT_CPU, static_cast<rlim_t>(time.count()));
+    limit(process, RLIMIT_CPU, static_cast<rlim_t>(wish.time.count()));
+    if (wish.fileSize) {
+        limit(process, RLIMIT_FSIZE, static_cast<rlim_t>(*wish.fileSize));
+    }
     limit(process, RLIMIT_CORE, 0); // a page's contents stay private
 }
 
@@ -78,7 +81,7 @@ public:
                                              std::generic_category().message(error) +
                                              "); close other programs"});
         }
-        limitAll(process_, wish.time);
+        limitAll(process_, wish);
         output_ = std::move(output.reading);
         descriptor_ = Descriptor(static_cast<int>(syscall(SYS_pidfd_open, process_, 0)));
     }

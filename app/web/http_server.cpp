@@ -98,7 +98,7 @@ void setFile(const std::shared_ptr<const Descriptor>& file, const std::string& t
         });
 }
 
-void fill(const Answer& answer, httplib::Response& response) {
+void fill(Answer answer, httplib::Response& response) {
     bool hasPolicy = false;
     for (const auto& [name, value] : answer.headers) {
         response.set_header(name, value);
@@ -111,7 +111,8 @@ void fill(const Answer& answer, httplib::Response& response) {
     if (answer.file) {
         setFile(answer.file, answer.type, response);
     } else {
-        response.set_content(answer.body, answer.type);
+        response.body = std::move(answer.body);
+        response.set_header("Content-Type", answer.type);
     }
 }
 
@@ -222,7 +223,7 @@ bool HttpServer::refuses(const httplib::Request& request, httplib::Response& res
     auto refused = gate_->answer(request);
     refused = refused ? refused : refusalOf(request);
     if (refused) {
-        fill(*refused, response);
+        fill(std::move(*refused), response);
     }
     return refused.has_value();
 }
@@ -256,7 +257,7 @@ void HttpServer::answer(const httplib::Request& request, httplib::Response& resp
     if (const auto fault = faultOf([&] { answer = answering_(asked); })) {
         answer = refusal(500, *fault);
     }
-    fill(answer, response);
+    fill(std::move(answer), response);
 }
 
 } // namespace corvane

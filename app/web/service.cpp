@@ -141,6 +141,7 @@ struct Service::Work {
     std::chrono::seconds time;
     Places::Need need = Places::Need::person;
     bool isForGood = false; ///< goes on when the client has gone
+    std::optional<std::int64_t> fileSize = {};
 };
 
 Service::Service(const Arguments& arguments, std::string program)
@@ -153,7 +154,7 @@ std::string Service::newPath(const char* ending) {
 }
 
 ChildEnd Service::run(const WebRequest& request, const Work& work) {
-    ChildWish wish{.words = work.words, .time = work.time};
+    ChildWish wish{.words = work.words, .time = work.time, .fileSize = work.fileSize};
     wish.password = request.password ? request.password : password_;
     if (wish.password) {
         wish.words.insert(wish.words.begin() + 1, {"--password-file", "-"});
@@ -240,7 +241,9 @@ std::vector<std::string> Service::openingWords(const WebRequest& request, const 
 Answer Service::open(const WebRequest& request, const std::string& file) {
     const std::string token = newSecret();
     const std::string path = folder_.path() + "/" + token + ".svg"; // no other opening has its name
-    const ChildEnd end = run(request, {openingWords(request, file, path), limits::openTime});
+    Work work{openingWords(request, file, path), limits::openTime};
+    work.fileSize = limits::body; // what is longer could not be sent back
+    const ChildEnd end = run(request, work);
     std::string value = "null";
     if (end.status == 0) {
         artworks_.keep(token, path);
@@ -295,8 +298,9 @@ Answer Service::picture(const WebRequest& request, const std::string& file) {
         if (route.update) {
             former.emplace(*copy);
         }
-        const ChildEnd end = run(request, {openingWords(request, *copy, path), limits::pictureTime,
-                                           Places::Need::picture});
+        Work work{openingWords(request, *copy, path), limits::pictureTime, Places::Need::picture};
+        work.fileSize = limits::pictureBytes;
+        const ChildEnd end = run(request, work);
         if (end.status != 0) {
             return {.status = 422, .body = end.output};
         }

@@ -75,6 +75,11 @@ TEST(Child, GetsWhatIsMeantForItOnly) {
         const auto memory = runChild("/bin/sh", shell("sleep 0.2; ulimit -v")).output;
         EXPECT_EQ(std::stoull(memory), limits::memory / 1024);
     }
+    ChildWish writer = shell("head -c 5000 /dev/zero >full; wc -c <full");
+    const test::TemporaryFolder folder;
+    writer.words[1] = "cd '" + folder.path().string() + "'; " + writer.words[1];
+    writer.fileSize = 1000;
+    EXPECT_EQ(std::stoi(runChild("/bin/sh", writer).output), 1000);
     wish.password = std::string(5000, 'x');
     EXPECT_EQ(runChild("/bin/sh", wish).output.size(), 511U + 6U) << "more counts in no PDF";
 }
