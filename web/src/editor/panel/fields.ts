@@ -85,6 +85,15 @@ export function fieldset(title: string, ...content: readonly HTMLElement[]): HTM
   return set;
 }
 
+export function group(name: string, ...content: readonly HTMLElement[]): HTMLElement {
+  const element = document.createElement("div");
+  element.className = "editor-group";
+  element.setAttribute("role", "group");
+  element.setAttribute("aria-label", name);
+  element.append(...content);
+  return element;
+}
+
 export function row(...content: readonly HTMLElement[]): HTMLElement {
   const element = document.createElement("div");
   element.className = "editor-row";
