@@ -35,6 +35,7 @@ constexpr std::array statusTable{
 constexpr std::array exampleTable{
     HelpRow{"corvane edit report.pdf --page 2",
             "open page 2 in your vector editor; each save there is a save into the PDF"},
+    HelpRow{"corvane serve report.pdf", "the same in your browser, for any page"},
     HelpRow{"corvane open report.pdf --page 2 -o page2.svg",
             "the first of three steps that do the same: make an SVG of the page; then change it "
             "with any editor"},

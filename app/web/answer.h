@@ -2,7 +2,9 @@
 #pragma once
 
 #include "app/cli/fault.h"
+#include "toolbox/descriptor.h"
 
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -13,7 +15,7 @@ struct Answer {
     int status = 200;
     std::string type = "application/json";
     std::string body = {};
-    std::string file = {}; ///< its bytes are the body
+    std::shared_ptr<const Descriptor> file = {}; ///< its bytes are the body
     std::vector<std::pair<std::string, std::string>> headers = {};
 };
 

@@ -3,13 +3,13 @@
 #include "app/cli/fault.h"
 #include "app/cli/programs/spawning.h"
 #include "app/cli/programs/stream_actions.h"
+#include "app/cli/terminal/secret_text.h"
 #include "app/web/limits.h"
 #include "toolbox/descriptor.h"
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <climits>
 #include <csignal>
 #include <fcntl.h>
 #include <poll.h>
@@ -39,16 +39,19 @@ Pipe newPipe() {
 }
 
 void limit(pid_t process, __rlimit_resource resource, rlim_t most) {
-    const rlimit both{most, most};
+    const rlimit both{most, most + 1}; // the first is told by a signal of its own
     prlimit(process, resource, &both, nullptr);
 }
 
 /// The process runs already, for less than a millisecond: it has opened nothing yet.
-void limitAll(pid_t process, std::chrono::seconds time) {
+void limitAll(pid_t process, const ChildWish& wish) {
 #ifndef __SANITIZE_ADDRESS__ // which takes terabytes of addresses for itself
     limit(process, RLIMIT_AS, limits::memory);
 #endif
-    limit(process, RLIMIT_CPU, static_cast<rlim_t>(time.count()));
+    limit(process, RLIMIT_CPU, static_cast<rlim_t>(wish.time.count()));
+    if (wish.fileSize) {
+        limit(process, RLIMIT_FSIZE, static_cast<rlim_t>(*wish.fileSize));
+    }
     limit(process, RLIMIT_CORE, 0); // a page's contents stay private
 }
 
@@ -78,7 +81,7 @@ public:
                                              std::generic_category().message(error) +
                                              "); close other programs"});
         }
-        limitAll(process_, wish.time);
+        limitAll(process_, wish);
         output_ = std::move(output.reading);
         descriptor_ = Descriptor(static_cast<int>(syscall(SYS_pidfd_open, process_, 0)));
     }
@@ -104,15 +107,16 @@ public:
     }
 
 private:
-    /// So short that it fits into a pipe, which nobody waits for.
+    /// What is past the longest counts in no PDF. So short that it fits into a pipe, and nobody
+    /// waits.
     Descriptor openPassword() const {
         if (!wish_.password) {
             return {};
         }
         Pipe pipe = newPipe();
-        const std::string line = *wish_.password + "\n";
-        if (line.size() > PIPE_BUF || write(pipe.writing.number(), line.data(), line.size()) < 0) {
-            throw Failure({code::access, "the password is too long for any PDF"});
+        const std::string line = wish_.password->substr(0, SecretText::longest) + "\n";
+        if (write(pipe.writing.number(), line.data(), line.size()) < 0) {
+            throw Failure(outputFault("a password for a process", lastError()));
         }
         return std::move(pipe.reading);
     }
@@ -176,6 +180,7 @@ private:
         const pid_t found = waitpid(process_, &status, WNOHANG);
         if (found == process_) {
             end_.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+            end_.cause = end_.signal == SIGXCPU ? Cause::time : end_.cause;
             end_.status = WIFEXITED(status) ? WEXITSTATUS(status) : 0;
         }
         // Where the parent ignores SIGCHLD, nobody is told how it ended.

@@ -11,10 +11,11 @@
 namespace corvane {
 
 struct ChildWish {
-    std::vector<std::string> words;           ///< the command line, without the program's name
-    std::optional<std::string> password = {}; ///< goes to its standard input
-    std::chrono::seconds time{};              ///< on the clock, and of the processor
-    std::function<bool()> isUnwanted = {};    ///< asked now and then; true ends it
+    std::vector<std::string> words;            ///< the command line, without the program's name
+    std::optional<std::string> password = {};  ///< goes to its standard input
+    std::chrono::seconds time{};               ///< on the clock, and of the processor
+    std::function<bool()> isUnwanted = {};     ///< asked now and then; true ends it
+    std::optional<std::int64_t> fileSize = {}; ///< of any file that it writes
 };
 
 struct ChildEnd {

@@ -11,7 +11,14 @@ namespace {
 
 constexpr std::string_view secretStart = "/?secret=";
 
-Answer refused(int status, std::string sentence) {
+/// No sandbox: one goes nowhere by itself.
+constexpr auto linkPolicy = "default-src 'none'; base-uri 'none'; frame-ancestors 'none'";
+
+/// In words where a person opened the page itself.
+Answer refused(const httplib::Request& request, int status, std::string sentence) {
+    if (request.path == "/") {
+        return {.status = status, .type = "text/plain; charset=utf-8", .body = sentence + "\n"};
+    }
     return refusal(status, {code::access, std::move(sentence)});
 }
 
@@ -76,20 +83,21 @@ bool Gate::isFromOurPage(const httplib::Request& request) const {
 
 std::optional<Answer> Gate::answer(const httplib::Request& request) {
     if (request.get_header_value_count("Host") != 1 || !isHost(request.get_header_value("Host"))) {
-        return refused(403, "the address has another host than this server");
+        return refused(request, 403, "the address has another host than this server");
     }
     if (request.method != "GET" && request.method != "POST") {
-        return refused(405, "this server answers GET and POST only");
+        return refused(request, 405, "this server answers GET and POST only");
     }
     if (request.method == "GET" && request.target.starts_with(secretStart)) {
         return answerSecret(request, std::string_view(request.target).substr(secretStart.size()));
     }
     if (!isFromOurPage(request)) {
-        return refused(403, "the request comes from another page than this server's own");
+        return refused(request, 403, "the request comes from another page than this server's own");
     }
     if (!hasCookie(request)) {
-        return refused(401, "the server does not know this browser; open the address that corvane "
-                            "serve printed");
+        return refused(request, 401,
+                       "the server does not know this browser; open the address that corvane "
+                       "serve printed");
     }
     return std::nullopt;
 }
@@ -101,8 +109,9 @@ std::optional<Answer> Gate::answerSecret(const httplib::Request& request, std::s
         passing_.clear();
     }
     if (!isPassing && !isSameSecret(secret, secret_) && !hasCookie(request)) {
-        return refused(403, "this is not the address that corvane serve printed, or it was opened "
-                            "before; open the one that it printed");
+        return refused(request, 403,
+                       "this is not the address that corvane serve printed, or it was opened "
+                       "before; open the one that it printed");
     }
     const std::string site = siteOf(request);
     Answer answer{.status = 303, .type = "text/html; charset=utf-8"};
@@ -114,6 +123,7 @@ std::optional<Answer> Gate::answerSecret(const httplib::Request& request, std::s
         // A link in another site's page, such as a terminal in the browser: after a redirect from
         // there the cookie would not be sent.
         answer.status = 200;
+        answer.headers.emplace_back("Content-Security-Policy", linkPolicy);
         answer.body = "<!DOCTYPE html><meta http-equiv=\"refresh\" content=\"0; url=/\">";
     }
     return answer;

@@ -1,8 +1,12 @@
 #include "app/web/http_server.h"
 
+#include "app/cli/batch/page_ranges.h"
 #include "toolbox/descriptor.h"
 
+#include <algorithm>
+#include <array>
 #include <chrono>
+#include <cstdint>
 #include <fcntl.h>
 #include <memory>
 #include <sys/socket.h>
@@ -14,6 +18,7 @@ namespace corvane {
 
 namespace {
 
+constexpr auto tooLong = "the artwork is longer than 1 GiB";
 constexpr auto loopback = "127.0.0.1";
 
 /// That the thread works on.
@@ -50,6 +55,9 @@ void refuseCrowd(int socket) {
     constexpr std::string_view text = "HTTP/1.1 503 Service Unavailable\r\n"
                                       "Content-Length: 0\r\nConnection: close\r\n\r\n";
     send(socket, text.data(), text.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+    // What is unread when a connection is closed throws away what was sent.
+    std::array<char, 4096> request{};
+    recv(socket, request.data(), request.size(), MSG_DONTWAIT);
     close(socket);
 }
 
@@ -76,13 +84,10 @@ constexpr auto barePolicy = "default-src 'none'; style-src 'unsafe-inline'; img-
                             "font-src data:; base-uri 'none'; form-action 'none'; "
                             "frame-ancestors 'none'; sandbox";
 
-/// False where it cannot be read; then the response is as it was.
-bool setFile(const std::string& path, const std::string& type, httplib::Response& response) {
-    const auto file = std::make_shared<Descriptor>(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+void setFile(const std::shared_ptr<const Descriptor>& file, const std::string& type,
+             httplib::Response& response) {
     struct stat facts {};
-    if (!*file || fstat(file->number(), &facts) != 0) {
-        return false;
-    }
+    fstat(file->number(), &facts);
     response.set_content_provider(
         static_cast<std::size_t>(facts.st_size), type,
         [file](std::size_t offset, std::size_t length, httplib::DataSink& sink) {
@@ -91,14 +96,9 @@ bool setFile(const std::string& path, const std::string& type, httplib::Response
                 pread(file->number(), piece.data(), piece.size(), static_cast<off_t>(offset));
             return count > 0 && sink.write(piece.data(), static_cast<std::size_t>(count));
         });
-    return true;
 }
 
 void fill(Answer answer, httplib::Response& response) {
-    if (!answer.file.empty() && !setFile(answer.file, answer.type, response)) {
-        answer = refusal(404, {code::access, "there is no such artwork any more; open the page "
-                                             "again"});
-    }
     bool hasPolicy = false;
     for (const auto& [name, value] : answer.headers) {
         response.set_header(name, value);
@@ -108,8 +108,11 @@ void fill(Answer answer, httplib::Response& response) {
         response.set_header("Content-Security-Policy", barePolicy);
     }
     response.status = answer.status;
-    if (answer.file.empty()) {
-        response.set_content(answer.body, answer.type);
+    if (answer.file) {
+        setFile(answer.file, answer.type, response);
+    } else {
+        response.body = std::move(answer.body);
+        response.set_header("Content-Type", answer.type);
     }
 }
 
@@ -133,11 +136,18 @@ HttpServer::HttpServer(int port) {
                                                  " cannot be taken; name another with --port, or "
                                                  "none"});
     }
+    // The library's queue of five drops some of what a page asks for at once; a client tries again
+    // after a second.
+    ::listen(svr_sock_, limits::connections);
     new_task_queue = [] { return std::make_unique<ConnectionQueue>().release(); };
     set_tcp_nodelay(true);
     set_pre_routing_handler([this](const httplib::Request& request, httplib::Response& response) {
         return consider(request, response);
     });
+    set_expect_100_continue_handler(
+        [this](const httplib::Request& request, httplib::Response& response) {
+            return refuses(request, response) ? response.status : 100;
+        });
     Post(".*",
          [this](const httplib::Request& request, httplib::Response& response,
                 const httplib::ContentReader& content) { answer(request, response, content); });
@@ -150,8 +160,11 @@ HttpServer::~HttpServer() {
 void HttpServer::start(Gate& gate, Answering answering) {
     gate_ = &gate;
     answering_ = std::move(answering);
-    listener_ = std::thread([this] { listen_after_bind(); });
-    while (!is_running()) {
+    listener_ = std::thread([this] {
+        listen_after_bind();
+        hasFailed_ = !isEnding_;
+    });
+    while (!is_running() && !hasFailed_) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
 }
@@ -193,8 +206,12 @@ std::optional<Answer> HttpServer::refusalOf(const httplib::Request& request) con
     if (length.empty() && !request.has_header("Transfer-Encoding")) {
         return refusal(411, {code::access, "the length of the artwork is missing"});
     }
-    if (length.size() > 10 || std::atoll(length.c_str()) > limits::body) {
-        return refusal(413, {code::artwork, "the artwork is longer than 1 GiB"});
+    if (length.find_first_not_of("0123456789") != std::string::npos) {
+        return refusal(400, {code::access, "the length of the artwork is no number"});
+    }
+    if (!length.empty() && length != "0" &&
+        wholeNumber(length).value_or(INT32_MAX) > limits::body) {
+        return refusal(413, {code::artwork, tooLong});
     }
     if (request.is_multipart_form_data() || request.has_header("Content-Encoding")) {
         return refusal(415, {code::artwork, "the artwork comes as it is, in no other form"});
@@ -202,13 +219,19 @@ std::optional<Answer> HttpServer::refusalOf(const httplib::Request& request) con
     return std::nullopt;
 }
 
-/// Called when the head was read, before anything else is.
-httplib::Server::HandlerResponse HttpServer::consider(const httplib::Request& request,
-                                                      httplib::Response& response) {
+bool HttpServer::refuses(const httplib::Request& request, httplib::Response& response) const {
     auto refused = gate_->answer(request);
     refused = refused ? refused : refusalOf(request);
     if (refused) {
         fill(std::move(*refused), response);
+    }
+    return refused.has_value();
+}
+
+/// Called when the head was read, before anything else is.
+httplib::Server::HandlerResponse HttpServer::consider(const httplib::Request& request,
+                                                      httplib::Response& response) {
+    if (refuses(request, response)) {
         return HandlerResponse::Handled;
     }
     if (request.method == "POST") {

@@ -43,6 +43,9 @@ public:
     /// Begins to answer.
     void start(Gate& gate, Answering answering);
 
+    /// Whether it answers no more, though nobody ended it.
+    bool hasFailed() const { return hasFailed_; }
+
     /// Ends what goes on, and returns when nothing does.
     void end();
 
@@ -51,12 +54,14 @@ private:
     HandlerResponse consider(const httplib::Request& request, httplib::Response& response);
     void answer(const httplib::Request& request, httplib::Response& response,
                 const httplib::ContentReader& content);
+    bool refuses(const httplib::Request& request, httplib::Response& response) const;
     std::optional<Answer> refusalOf(const httplib::Request& request) const;
 
     int port_ = 0;
     Gate* gate_ = nullptr;
     Answering answering_;
     std::atomic<bool> isEnding_ = false;
+    std::atomic<bool> hasFailed_ = false;
     std::thread listener_;
 };
 

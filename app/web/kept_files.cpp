@@ -1,10 +1,22 @@
 #include "app/web/kept_files.h"
 
+#include "app/cli/fault.h"
+
 #include <algorithm>
+#include <fcntl.h>
+#include <iterator>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace corvane {
+
+namespace {
+
+KeptFiles::File opened(const std::string& path) {
+    return std::make_shared<const Descriptor>(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+}
+
+} // namespace
 
 void KeptFiles::remove(std::list<Row>::iterator row) {
     unlink(row->path.c_str());
@@ -12,9 +24,12 @@ void KeptFiles::remove(std::list<Row>::iterator row) {
     rows_.erase(row);
 }
 
-void KeptFiles::keep(const std::string& name, const std::string& path) {
+KeptFiles::File KeptFiles::keep(const std::string& name, const std::string& path) {
+    File file = opened(path);
     struct stat facts {};
-    stat(path.c_str(), &facts);
+    if (!*file || fstat(file->number(), &facts) != 0) {
+        throw Failure(outputFault("what was made of the page", lastError()));
+    }
     const std::lock_guard lock(mutex_);
     const auto former = std::ranges::find(rows_, name, &Row::name);
     if (former != rows_.end()) {
@@ -25,16 +40,18 @@ void KeptFiles::keep(const std::string& name, const std::string& path) {
     while (rows_.size() > 1 && (rows_.size() > most_ || bytes_ > mostBytes_)) {
         remove(std::prev(rows_.end()));
     }
+    return file;
 }
 
-std::optional<std::string> KeptFiles::find(const std::string& name) {
+KeptFiles::File KeptFiles::find(const std::string& name) {
     const std::lock_guard lock(mutex_);
     const auto row = std::ranges::find(rows_, name, &Row::name);
     if (row == rows_.end()) {
-        return std::nullopt;
+        return nullptr;
     }
     rows_.splice(rows_.begin(), rows_, row);
-    return row->path;
+    File file = opened(row->path);
+    return *file ? file : nullptr;
 }
 
 } // namespace corvane

@@ -1,25 +1,29 @@
 // Files that the server made and keeps for a while: the oldest go.
 #pragma once
 
+#include "toolbox/descriptor.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <list>
+#include <memory>
 #include <mutex>
-#include <optional>
 #include <string>
 
 namespace corvane {
 
-/// Who opened a file before it went can read it to its end.
+/// A file that has gone can be read to its end by who got it before.
 class KeptFiles {
 public:
     KeptFiles(std::size_t most, std::int64_t mostBytes) : most_(most), mostBytes_(mostBytes) {}
 
-    /// Keeps the file at `path`; another of that name goes.
-    void keep(const std::string& name, const std::string& path);
+    using File = std::shared_ptr<const Descriptor>;
 
-    /// The path; the file is the newest then.
-    std::optional<std::string> find(const std::string& name);
+    /// Keeps the file at `path`; another of that name goes. Raises `Failure` where it is not there.
+    File keep(const std::string& name, const std::string& path);
+
+    /// Null where there is none of that name. The file is the newest then.
+    File find(const std::string& name);
 
 private:
     struct Row {

@@ -25,7 +25,11 @@ public:
     HeldSignals() {
         sigemptyset(&signals_);
         for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-            sigaddset(&signals_, signal);
+            struct sigaction action {};
+            sigaction(signal, nullptr, &action);
+            if (action.sa_handler != SIG_IGN) { // who started us so wants it ignored
+                sigaddset(&signals_, signal);
+            }
         }
         pthread_sigmask(SIG_BLOCK, &signals_, &former_);
     }
@@ -78,6 +82,10 @@ void runUntilEnded(const ServeCall& call) {
     while (!signals.await()) {
         if (browser) {
             browser->ended();
+        }
+        if (server.hasFailed()) {
+            throw Failure(
+                {code::io, "the system gives the page no more connections; start it again"});
         }
         if (!arguments.stays && service.life().silence() > limits::silence) {
             announce(arguments, "no page has been open for ten minutes; --stay goes on");

@@ -10,6 +10,7 @@
 #include <cctype>
 #include <ctime>
 #include <filesystem>
+#include <set>
 #include <sys/stat.h>
 
 namespace corvane {
@@ -79,9 +80,10 @@ std::int32_t ServedFiles::numberOf(const std::string& path) {
 
 std::vector<std::int32_t> ServedFiles::refreshed() {
     std::vector<std::int32_t> numbers;
+    std::set<std::int32_t> seen;
     const auto add = [&](const std::string& path) {
         const std::int32_t number = numberOf(path);
-        if (std::ranges::find(numbers, number) == numbers.end()) {
+        if (seen.insert(number).second) {
             numbers.push_back(number);
         }
     };

@@ -103,18 +103,21 @@ std::optional<std::int64_t> endAfter(std::string_view log, std::int32_t update) 
     return offset && size ? std::optional(*offset + *size) : std::nullopt;
 }
 
-bool copyStart(const std::string& from, const std::string& to, std::int64_t length) {
+std::error_code copyStart(const std::string& from, const std::string& to, std::int64_t length) {
     const Descriptor source(::open(from.c_str(), O_RDONLY | O_CLOEXEC));
     const Descriptor target(::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-    while (source && target && length > 0) {
+    if (!source || !target) {
+        return lastError();
+    }
+    while (length > 0) {
         const ssize_t count =
             sendfile(target.number(), source.number(), nullptr, static_cast<std::size_t>(length));
         if (count <= 0) {
-            return false;
+            return count < 0 ? lastError() : std::make_error_code(std::errc::io_error); // cut short
         }
         length -= count;
     }
-    return source && target;
+    return {};
 }
 
 /// A file that goes with the object.
@@ -138,6 +141,7 @@ struct Service::Work {
     std::chrono::seconds time;
     Places::Need need = Places::Need::person;
     bool isForGood = false; ///< goes on when the client has gone
+    std::optional<std::int64_t> fileSize = {};
 };
 
 Service::Service(const Arguments& arguments, std::string program)
@@ -150,7 +154,7 @@ std::string Service::newPath(const char* ending) {
 }
 
 ChildEnd Service::run(const WebRequest& request, const Work& work) {
-    ChildWish wish{.words = work.words, .time = work.time};
+    ChildWish wish{.words = work.words, .time = work.time, .fileSize = work.fileSize};
     wish.password = request.password ? request.password : password_;
     if (wish.password) {
         wish.words.insert(wish.words.begin() + 1, {"--password-file", "-"});
@@ -237,7 +241,9 @@ std::vector<std::string> Service::openingWords(const WebRequest& request, const 
 Answer Service::open(const WebRequest& request, const std::string& file) {
     const std::string token = newSecret();
     const std::string path = folder_.path() + "/" + token + ".svg"; // no other opening has its name
-    const ChildEnd end = run(request, {openingWords(request, file, path), limits::openTime});
+    Work work{openingWords(request, file, path), limits::openTime};
+    work.fileSize = limits::body; // what is longer could not be sent back
+    const ChildEnd end = run(request, work);
     std::string value = "null";
     if (end.status == 0) {
         artworks_.keep(token, path);
@@ -248,26 +254,26 @@ Answer Service::open(const WebRequest& request, const std::string& file) {
 }
 
 Answer Service::artwork(const WebRequest& request) {
-    const auto path = artworks_.find(request.route.token);
-    if (!path) {
+    const auto file = artworks_.find(request.route.token);
+    if (!file) {
         return refusal(404,
                        {code::access, "there is no such artwork any more; open the page again"});
     }
-    return {.type = "image/svg+xml", .file = *path};
+    return {.type = "image/svg+xml", .file = file};
 }
 
-std::string Service::fileAfter(const WebRequest& request, const std::string& file,
-                               std::int32_t update) {
+std::optional<std::string> Service::fileAfter(const WebRequest& request, const std::string& file,
+                                              std::int32_t update) {
     const ChildEnd log =
         run(request, {{"log", "--", file}, limits::lookTime, Places::Need::picture});
     const auto end = endAfter(log.output, update);
     if (!end) {
-        throw Failure({code::access, "the file has no such update"});
+        return std::nullopt;
     }
     std::string copy = newPath(".pdf");
-    if (!copyStart(file, copy, *end)) {
+    if (const auto error = copyStart(file, copy, *end)) {
         unlink(copy.c_str());
-        throw Failure(outputFault("a copy of the file", lastError()));
+        throw Failure(outputFault("a copy of the file", error));
     }
     return copy;
 }
@@ -281,19 +287,26 @@ Answer Service::picture(const WebRequest& request, const std::string& file) {
                             stamp.nanoseconds, static_cast<std::int64_t>(stamp.number)}) {
         name += std::to_string(part) + " ";
     }
-    auto path = pictures_.find(name);
-    if (!path) {
-        path = newPath(".svg");
-        const PassingFile former(route.update ? fileAfter(request, file, *route.update) : "");
-        const ChildEnd end =
-            run(request, {openingWords(request, route.update ? former.path() : file, *path),
-                          limits::pictureTime, Places::Need::picture});
+    auto picture = pictures_.find(name);
+    if (!picture) {
+        const std::string path = newPath(".svg");
+        const auto copy = route.update ? fileAfter(request, file, *route.update) : file;
+        if (!copy) {
+            return refusal(404, {code::access, "the file has no such update"});
+        }
+        std::optional<PassingFile> former;
+        if (route.update) {
+            former.emplace(*copy);
+        }
+        Work work{openingWords(request, *copy, path), limits::pictureTime, Places::Need::picture};
+        work.fileSize = limits::pictureBytes;
+        const ChildEnd end = run(request, work);
         if (end.status != 0) {
             return {.status = 422, .body = end.output};
         }
-        pictures_.keep(name, *path);
+        picture = pictures_.keep(name, path);
     }
-    return {.type = "image/svg+xml", .file = *path};
+    return {.type = "image/svg+xml", .file = picture};
 }
 
 Answer Service::save(const WebRequest& request, const std::string& file) {

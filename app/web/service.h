@@ -44,8 +44,10 @@ private:
 
     /// What the command printed. Raises `Failure` where its process did not end by itself.
     ChildEnd run(const WebRequest& request, const Work& work);
-    /// The file as it was after an update, in the private folder.
-    std::string fileAfter(const WebRequest& request, const std::string& file, std::int32_t update);
+    /// The path of the file as it was after an update, in the private folder; none where there is
+    /// no such update.
+    std::optional<std::string> fileAfter(const WebRequest& request, const std::string& file,
+                                         std::int32_t update);
     std::string newPath(const char* ending);
     std::vector<std::string> openingWords(const WebRequest& request, const std::string& file,
                                           const std::string& artwork) const;

@@ -70,6 +70,15 @@ TEST(InstalledTree, IsWholeAndCanBeMoved) {
                             "cmp a.pdf 'moved here/share/doc/corvane/examples/harbour.pdf'",
                             top);
     EXPECT_EQ(used.status, 0) << used.output << used.errors;
+
+    if (fs::exists(test::buildFolder() / "corvane-web.so")) {
+        const auto served = shell("timeout -s INT 1 ./corvane serve a.pdf --no-browser", top);
+        EXPECT_TRUE(holds(served.output, "http://127.0.0.1:")) << served.errors;
+    }
+    const auto lacking =
+        shell("find 'moved here' -name corvane-web.so -delete; ./corvane serve a.pdf", top);
+    EXPECT_EQ(lacking.status, 1);
+    EXPECT_TRUE(holds(lacking.errors, "built without the page")) << lacking.errors;
 }
 
 } // namespace

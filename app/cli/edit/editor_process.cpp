@@ -25,6 +25,7 @@ EditorProcess::EditorProcess(std::vector<std::string> words) {
     StreamActions streams;
     streams.open(STDIN_FILENO, "/dev/null", O_RDONLY);
     streams.duplicate(STDERR_FILENO, STDOUT_FILENO);
+    streams.closeFrom(STDERR_FILENO + 1);
     const SpawnAttributes attributes(POSIX_SPAWN_SETSID);
     const int error = posix_spawn(&process_, words.front().c_str(), streams.get(), attributes.get(),
                                   spawnWords(words).data(), environmentWithoutPassword().data());

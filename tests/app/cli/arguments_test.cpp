@@ -72,6 +72,15 @@ TEST(Arguments, ManyFilesOrPagesAreABatch) {
     }
 }
 
+TEST(Arguments, FilesAndFoldersAreServed) {
+    const auto arguments = std::get<Arguments>(
+        parseArguments(Words{"serve", "a.pdf", "--port=80", "b", "--no-browser", "--stay"}));
+    EXPECT_EQ(arguments.files, (std::vector<std::string>{"a.pdf", "b"}));
+    EXPECT_EQ(arguments.file, "a.pdf");
+    EXPECT_EQ(arguments.port, 80);
+    EXPECT_TRUE(arguments.stays && !arguments.opensBrowser && !isBatch(arguments));
+}
+
 TEST(Arguments, FontsGoWhereTheWordSays) {
     struct Row {
         const char* word;
@@ -132,6 +141,11 @@ TEST(Arguments, BadUsageIsNamed) {
         {{"open", "a.pdf", "--profile", "modern"}, "modern"},
         {{"check", "a.pdf", "--page", "1"}, "does not go with check"},
         {{"check", "a.pdf", "-o", "b"}, "does not go with check"},
+        {{"serve"}, "needs a file"},
+        {{"serve", "a.pdf", "--port", "0"}, "from 1 to 65535"},
+        {{"serve", "a.pdf", "--port", "65536"}, "from 1 to 65535"},
+        {{"serve", "a.pdf", "--page", "1"}, "does not go with serve"},
+        {{"open", "a.pdf", "--port", "80"}, "does not go with open"},
     };
     for (const Row& row : rows) {
         const auto wish = parseArguments(row.words);

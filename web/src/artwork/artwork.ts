@@ -9,7 +9,7 @@ import { write } from "./writing";
 
 export type Work = () => void;
 
-// Events: "change" behind every step, "preview" while one goes on.
+// Event "change": CustomEvent<Step>, behind every step that was done, undone or done again.
 export class Artwork extends EventTarget {
   readonly root: SVGSVGElement;
   readonly #source: string;
@@ -39,7 +39,8 @@ export class Artwork extends EventTarget {
 
   get canUndo(): boolean { return this.#history.canUndo; }
   get canRedo(): boolean { return this.#history.canRedo; }
-  get isChanged(): boolean { return this.#history.isChanged; }
+  // A step that still goes on counts.
+  get isChanged(): boolean { return this.#history.isChanged || this.#step?.changes.some(isChange) === true; }
   markSaved(): void { this.#history.markSaved(); }
 
   text(): string {
@@ -58,8 +59,9 @@ export class Artwork extends EventTarget {
     if (step === null) return;
     const changes = step.changes.filter(isChange);
     if (changes.length === 0) return;
-    this.#history.push({ name: step.name, changes });
-    this.dispatchEvent(new Event("change"));
+    const done = { name: step.name, changes };
+    this.#history.push(done);
+    this.dispatchEvent(new CustomEvent("change", { detail: done }));
   }
 
   cancel(): void {
@@ -172,7 +174,7 @@ export class Artwork extends EventTarget {
   #turn(step: () => Step | undefined): Step | undefined {
     if (this.#step !== null) this.cancel();
     const done = step();
-    if (done !== undefined) this.dispatchEvent(new Event("change"));
+    if (done !== undefined) this.dispatchEvent(new CustomEvent("change", { detail: done }));
     return done;
   }
 }

@@ -42,6 +42,8 @@ function oneInWords(element: SVGElement): string {
     const letters = (element.textContent ?? "").replace(/\s+/g, " ").trim();
     return `Text “${letters.length > 60 ? `${letters.slice(0, 60)}…` : letters}”`;
   }
+  const [child, second] = element.localName === "g" ? graphicChildren(element) : [];
+  if (child !== undefined && second === undefined && title === null) return oneInWords(child);
   if (element.localName === "g") return `Group${title === null ? "" : ` “${title}”`} of ${graphicChildren(element).length}`;
   if (element.hasAttribute("data-kept")) return "Picture that is not shown";
   const [name] = names[kindOf(element)] ?? ["object"];

@@ -9,10 +9,12 @@ export class Letters {
   readonly #artwork: Artwork;
   #letters: Letter[] = [];
   #string = "";
+  readonly #keptBlanks: boolean;
 
   constructor(artwork: Artwork, element: SVGTextElement) {
     this.#artwork = artwork;
     this.element = element;
+    this.#keptBlanks = element.hasAttribute("xml:space");
     this.#read();
   }
 
@@ -31,8 +33,9 @@ export class Letters {
     if (this.#string !== wanted) this.#keepBlanks(wanted);
   }
 
-  // Takes away runs that have no letters any more.
+  // Takes away runs that have no letters any more, and what kept blanks while a word was missing between two.
   tidy(): void {
+    if (!this.#keptBlanks && !/^ | $| {2}/.test(this.#string)) this.#artwork.set(this.element, "xml:space", null);
     for (const run of [...this.element.querySelectorAll("tspan")].reverse()) {
       if (run.textContent === "" && run.isConnected) this.#artwork.delete(run);
     }

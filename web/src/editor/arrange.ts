@@ -137,7 +137,6 @@ export class Arranging {
     this.#context.settle();
     artwork.run(name, () => {
       const left = work(artwork, elements);
-      this.#context.boxes.moved(left);
       selection.set(left);
     });
   }

@@ -3,35 +3,45 @@
 import type { Artwork } from "../artwork/artwork";
 import { boundsOf, boxOf, cornersOf, pageMatrix, type Box } from "../artwork/geometry";
 import { graphicChildren } from "../artwork/kinds";
+import type { Step } from "../artwork/undo";
 import { isThrough } from "./scope";
 
 const atATime = 8; // milliseconds
+const measuredAtOnce = 4000; // objects
 
 export class Boxes {
   #artwork: Artwork | null = null;
   #known = new WeakMap<Element, Box>();
+  #matrices = new WeakMap<Element, DOMMatrix>();
   #idle = 0;
   #objects: SVGGraphicsElement[] | null = null;
 
   show(artwork: Artwork | null): void {
     this.#artwork = artwork;
     this.#known = new WeakMap();
-    this.changed();
-    artwork?.addEventListener("change", () => this.changed());
+    this.#objects = null;
+    cancelIdleCallback(this.#idle);
+    if (artwork === null) return;
+    artwork.addEventListener("change", event => this.#changed((event as CustomEvent<Step>).detail));
+    this.#idle = requestIdleCallback(() => this.#measure(0));
   }
 
-  // What was measured may be elsewhere now: itself, what is in it, and what it is in.
-  moved(elements: Iterable<Element>): void {
-    for (const element of elements) {
-      for (const inner of element.querySelectorAll("*")) this.#known.delete(inner);
-      for (let at: Element | null = element; at !== null; at = at.parentElement) this.#known.delete(at);
+  #changed({ changes }: Step): void {
+    this.#matrices = new WeakMap();
+    for (const change of changes) {
+      if (change.kind === "place") {
+        for (const place of [change.from, change.to]) if (place !== null) this.#forget(place.parent);
+      }
+      const isListed = change.kind === "place" || (change.kind === "attribute" && change.name === "display");
+      if (isListed) this.#objects = null;
+      this.#forget(change.node);
+      if (change.node instanceof Element) for (const inner of change.node.querySelectorAll("*")) this.#known.delete(inner);
     }
   }
 
-  changed(): void {
-    this.#objects = null;
-    cancelIdleCallback(this.#idle);
-    if (this.#artwork !== null) this.#idle = requestIdleCallback(() => this.#measure(0));
+  // What was measured may be elsewhere now, and so may all that it is in.
+  #forget(node: Node): void {
+    for (let at: Node | null = node; at !== null; at = at.parentNode) if (at instanceof Element) this.#known.delete(at);
   }
 
   of(element: SVGElement): Box {
@@ -39,10 +49,30 @@ export class Boxes {
     if (artwork === null) return { x: 0, y: 0, width: 0, height: 0 };
     let box = this.#known.get(element);
     if (box === undefined) {
-      box = boundsOf(cornersOf(boxOf(element), pageMatrix(artwork.root, element)));
+      const matrix = this.#matrixOf(artwork.root, element);
+      box = matrix.isIdentity ? plain(boxOf(element)) : boundsOf(cornersOf(boxOf(element), matrix));
       this.#known.set(element, box);
     }
     return box;
+  }
+
+  // The boxes of all objects; of those that were not measured yet only as many as take no noticeable time.
+  soon(scope: Element | null): Box[] {
+    let left = measuredAtOnce;
+    return this.objects(scope).flatMap(object => this.#known.has(object) || --left > 0 ? [this.of(object)] : []);
+  }
+
+  // Most objects have no transform of their own: they have their group's, which is asked for once.
+  #matrixOf(root: SVGSVGElement, element: Element): DOMMatrix {
+    if (element.hasAttribute("transform") || element.hasAttribute("style")) return pageMatrix(root, element);
+    const parent = element.parentElement;
+    if (parent === null) return new DOMMatrix();
+    let matrix = this.#matrices.get(parent);
+    if (matrix === undefined) {
+      matrix = pageMatrix(root, parent);
+      this.#matrices.set(parent, matrix);
+    }
+    return matrix;
   }
 
   // What a click selects when nothing was gone into, or that is in what was gone into.
@@ -65,6 +95,8 @@ export class Boxes {
     if (at < objects.length) this.#idle = requestIdleCallback(() => this.#measure(at));
   }
 }
+
+function plain({ x, y, width, height }: Box): Box { return { x, y, width, height }; }
 
 function collect(parent: Element, root: SVGSVGElement, found: SVGGraphicsElement[]): SVGGraphicsElement[] {
   for (const child of graphicChildren(parent)) {

@@ -32,7 +32,6 @@ export class Changing {
   commit(): void {
     if (this.#matrix === null) return;
     if (this.#starts.length > shownWhileMoving) this.#apply();
-    this.#context.boxes.moved(this.elements);
     this.#context.artwork?.commit();
   }
 

@@ -24,7 +24,7 @@ export interface Parts {
 
 const zoomStep = 1.25;
 
-// In the order of the toolbar: groups of commands, with the groups' names.
+// Groups of commands, with the groups' names, in the order of the toolbar.
 export function commandsOf(parts: Parts): readonly (readonly [string, readonly Command[]])[] {
   const { context, arranging, pictures } = parts;
   const hasPage = (): boolean => context.artwork !== null;

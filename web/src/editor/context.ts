@@ -15,6 +15,8 @@ export interface Context {
   readonly artwork: Artwork | null;
   tool: ToolName;
   say(sentence: string): void;
+  // Something was changed within a step that still goes on.
+  changing(): void;
   // Ends what is under way (letters being typed), so that it counts.
   settle(): void;
 }

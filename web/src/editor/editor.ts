@@ -2,6 +2,7 @@
 import { layersOf, setHidden, setLocked, type Layer } from "../artwork/layers";
 import { Workbench } from "./workbench";
 
+export { keyHelp } from "./key_help";
 export type { Layer } from "../artwork/layers";
 export type { Limit, SelectionDetail } from "./selection";
 

@@ -131,14 +131,18 @@ export class Resize implements Gesture {
   readonly #frame: Frame | null;
   readonly #u: number;
   readonly #v: number;
+  readonly #offset: Point; // from where the hand is to the frame's side, on the page
   readonly #changing: Changing;
 
-  constructor(context: Context, handles: Handles, guides: Guides, handle: HandleName) {
+  constructor(context: Context, handles: Handles, guides: Guides, handle: HandleName, at: Point) {
     this.#context = context;
     this.#handles = handles;
     this.#guides = guides;
     this.#frame = frameOf(context);
     [this.#u = 0, this.#v = 0] = handle.split(" ").map(Number);
+    const held = context.view.toPage(at);
+    const side = this.#frame === null ? held : pointIn(this.#frame, this.#u, this.#v);
+    this.#offset = { x: side.x - held.x, y: side.y - held.y };
     this.#changing = new Changing(context, "Resize");
     guides.start(this.#changing.elements);
   }
@@ -146,7 +150,8 @@ export class Resize implements Gesture {
   move(at: Point, event: PointerEvent): void {
     const frame = this.#frame;
     if (frame === null || this.#changing.isEmpty) return;
-    let point = this.#context.view.toPage(at);
+    const held = this.#context.view.toPage(at);
+    let point = { x: held.x + this.#offset.x, y: held.y + this.#offset.y };
     if (!event.altKey) {
       const { dx, dy } = this.#guides.snapPoint(point);
       point = { x: point.x + dx, y: point.y + dy };

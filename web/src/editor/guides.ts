@@ -20,7 +20,7 @@ export class Guides {
   // Collects the edges of what is in view and is not moved itself.
   start(moved: readonly SVGElement[]): void {
     const { boxes, view, selection } = this.#context;
-    const left = new Set<Element>(moved);
+    const own = new Set<Box>(moved.map(element => boxes.of(element)));
     const xs: number[] = [];
     const ys: number[] = [];
     const add = (box: Box): void => {
@@ -30,10 +30,8 @@ export class Guides {
     add(view.page);
     const seen = view.seen;
     let looked = 0;
-    for (const object of boxes.objects(selection.scope)) {
-      if (left.has(object)) continue;
-      const box = boxes.of(object);
-      if (!overlaps(box, seen)) continue;
+    for (const box of boxes.soon(selection.scope)) {
+      if (own.has(box) || !overlaps(box, seen)) continue;
       add(box);
       if (++looked > objectsLooked) break;
     }

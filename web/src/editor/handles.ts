@@ -11,6 +11,8 @@ const sides: readonly HandleName[] = ["0 0", "0.5 0", "1 0", "1 0.5", "1 1", "0.
 const outlinesShown = 300;
 const handleSize = 9;
 const turnDistance = 24;
+const roomInside = 28; // pixels
+const outside = 5; // pixels
 const roomForSides = 30; // pixels below which the handles in the middle of sides would cover the others
 
 export class Handles {
@@ -19,7 +21,6 @@ export class Handles {
   #waits = false;
   #preview: DOMMatrix | null = null;
   #frame: Frame | null = null;
-  hasHandles = true;
 
   constructor(context: Context) {
     this.#context = context;
@@ -68,7 +69,7 @@ export class Handles {
     const isEditable = selection.editable.length > 0;
     const onStage: Frame = { box: frame.box, matrix: view.multiply(frame.matrix) };
     this.#layer.polygon(corners(onStage), isEditable ? "frame" : "frame fixed");
-    if (isEditable && this.hasHandles) this.#drawHandles(onStage);
+    if (isEditable) this.#drawHandles(widened(onStage));
   }
 
   #drawHandles(frame: Frame): void {
@@ -89,6 +90,15 @@ export class Handles {
       this.#layer.square(at, handleSize, "handle", name).style.cursor = cursorFor(centre, at, frame, u, v);
     }
   }
+}
+
+// Handles of something small lie a little outside, so that they do not cover it.
+function widened(frame: Frame): Frame {
+  const { a, b, c, d } = frame.matrix;
+  const { x, y, width, height } = frame.box;
+  const dx = width * Math.hypot(a, b) < roomInside && width > 0 ? outside / Math.hypot(a, b) : 0;
+  const dy = height * Math.hypot(c, d) < roomInside && height > 0 ? outside / Math.hypot(c, d) : 0;
+  return { matrix: frame.matrix, box: { x: x - dx, y: y - dy, width: width + 2 * dx, height: height + 2 * dy } };
 }
 
 function distance(a: Point, b: Point): number { return Math.hypot(a.x - b.x, a.y - b.y); }

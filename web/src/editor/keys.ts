@@ -27,6 +27,7 @@ export class Keys {
     for (const command of commands) this.#byKey.set(keyOf(command.keys), command);
     const { stage } = work.parts.context.view;
     stage.addEventListener("keydown", event => { if (event.target === stage) this.#onStage(event); });
+    work.parts.context.selection.addEventListener("selection", () => { this.#leaves = false; });
     stage.addEventListener("focus", () => { this.#leaves = false; });
     document.addEventListener("keydown", event => this.#anywhere(event));
   }

@@ -77,7 +77,6 @@ export class Pictures {
         dropStyle(artwork, image, "image-orientation");
         if (keepsShape) fit(artwork, image, picture);
       });
-      this.#context.boxes.moved([image]);
       this.#context.selection.set([image]);
     });
   }

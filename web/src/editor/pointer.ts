@@ -91,7 +91,7 @@ export class Pointer {
     }
     const handle = (event.target as Element).getAttribute("data-handle") as HandleName | null;
     if (handle !== null) {
-      this.#gesture = handle === "turn" ? new Turn(context, this.#handles, at) : new Resize(context, this.#handles, this.#guides, handle);
+      this.#gesture = handle === "turn" ? new Turn(context, this.#handles, at) : new Resize(context, this.#handles, this.#guides, handle, at);
       return;
     }
     const isMore = event.shiftKey || event.ctrlKey || event.metaKey;

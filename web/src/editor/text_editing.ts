@@ -54,7 +54,7 @@ export class TextEditing {
   // What was typed counts; an empty text goes.
   finish(): void {
     const letters = this.#letters;
-    const { artwork, selection, boxes } = this.#context;
+    const { artwork, selection } = this.#context;
     if (letters === null || artwork === null) return;
     this.#letters = null;
     this.#layer.clear();
@@ -67,7 +67,6 @@ export class TextEditing {
     } else {
       if (isEmpty) artwork.delete(letters.element);
       else letters.tidy();
-      boxes.moved([letters.element]);
       artwork.commit();
       selection.refresh();
     }
@@ -97,9 +96,9 @@ export class TextEditing {
 
   #typed(): void {
     this.#letters?.become(this.#field.value);
-    const { artwork, selection, boxes } = this.#context;
-    if (this.#letters !== null) boxes.moved([this.#letters.element]);
+    const { artwork, selection } = this.#context;
     if (artwork !== null) selection.refresh();
+    this.#context.changing();
     this.#draw();
   }
 

@@ -16,6 +16,8 @@ export class Toolbar {
     if (!element.hasAttribute("role")) element.setAttribute("role", "toolbar");
     if (!element.hasAttribute("aria-label")) element.setAttribute("aria-label", "Tools");
     for (const [name, commands] of groups) {
+      // The page's header has these for all of its views.
+      if (name === "Steps") continue;
       const group = document.createElement("div");
       group.className = "editor-tools";
       group.setAttribute("role", "group");

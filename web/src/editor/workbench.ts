@@ -135,6 +135,8 @@ export class Workbench implements Context, Parts {
     this.#tell("message", sentence);
   }
 
+  changing(): void { this.#tell("change"); }
+
   #turn(what: string, work: (artwork: Artwork) => string | undefined): void {
     this.#pointer.cancel();
     this.with(artwork => {

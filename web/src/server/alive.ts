@@ -1,6 +1,6 @@
 // Tells the server every 30 seconds that this tab is there, and the page whether the server is.
 
-import type { ServerFault } from "./fault";
+import { ServerFault } from "./fault";
 import type { Server } from "./api";
 
 const interval = 30_000;
@@ -8,7 +8,8 @@ const interval = 30_000;
 const search = 5_000;
 
 // Events: "lost", when nobody answers any more, and again when that concerns somebody; "found"; "beat",
-// after each answer to a beat.
+// after each answer to a beat;
+// "foreign", when what answers is another start of the program, which this tab does not belong to.
 export class Heartbeat extends EventTarget {
   #isLost = false;
   #isBeating = false;
@@ -35,8 +36,10 @@ export class Heartbeat extends EventTarget {
     try {
       await this.server.alive();
       this.dispatchEvent(new Event("beat"));
-    } catch {
-      // `#note` has heard of it.
+    } catch (error) {
+      if (error instanceof ServerFault && error.kind === "refused") {
+        this.dispatchEvent(new Event("foreign"));
+      }
     }
     this.#isBeating = false;
     this.#wait();

@@ -141,6 +141,13 @@ export class Desk extends EventTarget {
     return { svg: await this.server.artwork(opening.artwork), report: opening.report };
   }
 
+  // Letters that are being typed become a change.
+  settle(): void {
+    if (this.#report !== null) {
+      this.editor.text();
+    }
+  }
+
   // Keeps the work of the page that is shown, if there is any.
   keep(): void {
     if (this.#report !== null && this.editor.isChanged) {

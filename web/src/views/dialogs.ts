@@ -7,7 +7,7 @@ import { icon } from "./icons";
 export interface Choice<Answer> {
   readonly answer: Answer;
   readonly label: string;
-  // How the button looks; "primary" has the focus at first.
+  // "primary" has the focus at first; where there is none, the last that is no danger.
   readonly look?: "primary" | "danger";
 }
 
@@ -61,6 +61,8 @@ export class Dialog {
   fill(...children: (Node | string)[]): void {
     this.#closer.disabled = false;
     this.body.replaceChildren(...children);
+    // Keys scroll what is higher than the window.
+    this.body.tabIndex = this.body.scrollHeight > this.body.clientHeight ? 0 : -1;
     this.body.querySelector<HTMLElement>("[autofocus]")?.focus();
   }
 
@@ -72,8 +74,9 @@ export class Dialog {
       }));
       this.#buttons.replaceChildren(...buttons);
       const main = choices.findIndex((choice) => choice.look === "primary");
+      const harmless = choices.findLastIndex((choice) => choice.look !== "danger");
       if (this.body.querySelector("[autofocus]") === null) {
-        (buttons[main] ?? buttons.at(-1))?.focus();
+        buttons[main < 0 ? harmless : main]?.focus();
       }
       void this.#closed.then(() => resolve(undefined));
     });

@@ -1,5 +1,19 @@
 // An SVG drawn into pixels by the browser: for small pictures of pages, and to compare two drawings.
 
+// The browser draws an image all at once, and nothing else happens meanwhile: a hundredth of a second for
+// each 1,000 elements, and more for what they hold.
+const mostElements = 8_000;
+const mostCharacters = 8_000_000;
+
+// Whether drawing it into pixels would be felt.
+export function isHeavy(svg: string): boolean {
+  let elements = 0;
+  for (let at = svg.indexOf("<"); at >= 0 && elements <= mostElements; at = svg.indexOf("<", at + 1)) {
+    elements += svg[at + 1] === "/" ? 0 : 1;
+  }
+  return elements > mostElements || svg.length > mostCharacters;
+}
+
 // Draws `svg` over a canvas of the given size, on white paper.
 export async function drawn(svg: string, width: number, height: number): Promise<HTMLCanvasElement> {
   const address = URL.createObjectURL(new Blob([svg], { type: "image/svg+xml" }));

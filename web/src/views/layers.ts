@@ -7,10 +7,22 @@ import { icon } from "./icons";
 export class LayerList {
   readonly #list = make("ul", { class: "layer-list", "aria-label": "Layers" });
   #drawn = "";
+  #isWaiting = false;
 
   constructor(readonly editor: Editor, place: HTMLElement, readonly badge: HTMLElement) {
     place.append(this.#list);
-    editor.addEventListener("change", () => this.draw());
+    editor.addEventListener("change", () => this.#soon());
+  }
+
+  // Once for all changes of a moment: looking for layers goes through the whole page.
+  #soon(): void {
+    if (!this.#isWaiting) {
+      this.#isWaiting = true;
+      requestAnimationFrame(() => {
+        this.#isWaiting = false;
+        this.draw();
+      });
+    }
   }
 
   draw(): void {

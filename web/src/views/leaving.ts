@@ -8,6 +8,7 @@ type Answer = "save" | "keep" | "discard";
 
 // False where the person stays.
 export async function mayLeave(desk: Desk, saving: Saving): Promise<boolean> {
+  desk.settle();
   if (!desk.editor.isChanged || desk.report === null) {
     return true;
   }
@@ -35,6 +36,7 @@ export async function mayLeave(desk: Desk, saving: Saving): Promise<boolean> {
 // The browser asks before a tab with unsaved work is closed or loaded anew.
 export function guardTab(desk: Desk): void {
   addEventListener("beforeunload", (event) => {
+    desk.settle();
     if (desk.hasUnsaved) {
       event.preventDefault();
     }

@@ -6,16 +6,20 @@ import { downloadWork } from "./elsewhere";
 import type { Messages } from "./messages";
 
 export function watchServer(heartbeat: Heartbeat, desk: Desk, messages: Messages): void {
-  heartbeat.addEventListener("lost", () => {
+  const tell = (what: string, text: string) => {
     const download = { label: "Download as SVG", run: () => downloadWork(desk) };
     messages.notify({
-      name: "lost", look: "danger",
-      text: "The program does not answer any more: it was ended, or this machine slept. Your work is kept in this tab. " +
-        "If it does not come back, download the page as SVG, start the program again, and save the file with " +
-        "\"corvane save PAGE.svg FILE.pdf\".",
+      name: "lost", look: "danger", text: `${what} Your work is kept in this tab. ${text}`,
       actions: desk.report === null ? [] : [download],
     });
-  });
+  };
+  heartbeat.addEventListener("lost", () => tell(
+    "The program does not answer any more: it was ended, or this machine slept.",
+    "If it does not come back, download the page as SVG, start the program again, and save the file with " +
+    "\"corvane save PAGE.svg FILE.pdf\"."));
+  heartbeat.addEventListener("foreign", () => tell(
+    "The program was started anew, and this tab belongs to the one before.",
+    "Open the address that it prints; download work of this tab as SVG, and save it with \"corvane save PAGE.svg FILE.pdf\"."));
   heartbeat.addEventListener("found", () => {
     messages.settle("lost");
     messages.say("The program is there again.");

@@ -3,17 +3,16 @@
 import type { PageFacts } from "../server/reports";
 import type { Desk } from "./desk";
 import { make, setText } from "./dom";
-import { drawn } from "./drawing";
+import { drawn, isHeavy } from "./drawing";
 import { Rows, fitted } from "./rows";
 import { Thumbnails } from "./thumbnails";
+import { sentence } from "./words";
 
 // Pixels of the screen. A row holds the picture, the number below it, and room around both.
 const pictureWidth = 112;
 const pictureHeight = 168;
 const rowExtra = 36;
 
-// Pictures that are larger take the browser a second or more to draw, in which nothing else happens.
-const heaviestPicture = 6_000_000;
 // About 400 small pictures on a usual screen, 32 MB.
 const keptPixels = 8_000_000;
 // A row that is only scrolled past is not drawn.
@@ -192,8 +191,8 @@ export class PageList {
 
   async #picture(page: number, signal: AbortSignal): Promise<HTMLCanvasElement> {
     const svg = await this.desk.server.picture(this.desk.file?.id ?? "", page, undefined, signal);
-    if (svg.length > heaviestPicture) {
-      throw new Error("too heavy to be drawn small");
+    if (isHeavy(svg)) {
+      throw new Error("Too many objects for a small picture");
     }
     const { width, height } = fitted(this.#pages[page - 1] as PageFacts, pictureWidth, pictureHeight);
     const scale = Math.min(devicePixelRatio, 2);
@@ -208,10 +207,13 @@ export class PageList {
   }
 
   #fillPicture(page: number, frame: HTMLElement): void {
+    const failure = this.#thumbnails.failure(page);
     const picture = this.#thumbnails.get(page);
-    frame.classList.toggle("failed", this.#thumbnails.hasFailed(page));
+    frame.classList.toggle("failed", failure !== undefined);
     if (picture !== undefined) {
       frame.replaceChildren(picture);
+    } else if (failure !== undefined) {
+      frame.textContent = sentence(failure);
     }
   }
 }

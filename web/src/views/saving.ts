@@ -113,7 +113,9 @@ export class Saving {
     dialog.title = why.title;
     dialog.fill(make("p", { text: why.text }), ...(canForce ? [forcedText(forced)] : []),
       ...(forced?.error ? [make("p", { text: plain(forced.error.sentence) })] : []));
-    const choices: Choice<Step>[] = [{ answer: "download", label: "Download as SVG" }];
+    const choices: Choice<Step | undefined>[] = [
+      { answer: "download", label: "Download as SVG" }, { answer: undefined, label: "Cancel" },
+    ];
     if (why.isConflict) {
       choices.push({ answer: "beside", label: "Open the page beside this", look: "primary" });
     }
@@ -224,7 +226,7 @@ export class Saving {
 function forcedText(report: SaveReport): HTMLElement {
   const losses = lossSentences(report);
   return make("div", { class: "forced" },
-    make("h3", { text: "Saved all the same" }),
+    make("h3", { text: "If it is saved all the same" }),
     make("p", { text: `${shortSummary(report)}.` }),
     losses.length === 0 ? null : make("ul", { class: "sentences" }, ...losses.map((text) => make("li", { text }))));
 }

@@ -16,7 +16,8 @@ export interface ThumbnailLimits {
 export class Thumbnails<Picture extends Sized> {
   // The one used last is the last.
   readonly #kept = new Map<number, Picture>();
-  readonly #failed = new Set<number>();
+  // Why there is no picture.
+  readonly #failed = new Map<number, string>();
   readonly #running = new Map<number, AbortController>();
   #wanted: readonly number[] = [];
   #pixels = 0;
@@ -31,8 +32,8 @@ export class Thumbnails<Picture extends Sized> {
     return this.#kept.get(page);
   }
 
-  hasFailed(page: number): boolean {
-    return this.#failed.has(page);
+  failure(page: number): string | undefined {
+    return this.#failed.get(page);
   }
 
   get pixels(): number {
@@ -91,17 +92,18 @@ export class Thumbnails<Picture extends Sized> {
     const running = new AbortController();
     this.#running.set(page, running);
     let picture: Picture | null = null;
+    let failure = "";
     try {
       picture = await this.draw(page, running.signal);
-    } catch {
-      picture = null;
+    } catch (error) {
+      failure = error instanceof Error ? error.message : String(error);
     }
     if (this.#running.get(page) !== running) {
       return; // Given up meanwhile.
     }
     this.#running.delete(page);
     if (picture === null) {
-      this.#failed.add(page);
+      this.#failed.set(page, failure);
     } else {
       this.#kept.set(page, picture);
       this.#pixels += picture.width * picture.height;

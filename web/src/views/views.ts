@@ -50,13 +50,14 @@ class Views {
 
   // The file and page of the address; else the only file; else the choice.
   async start(): Promise<void> {
-    void this.#heartbeat.beat();
     this.shell.header.showFile(null);
     try {
       this.#files = (await this.server.files()).files;
     } catch (error) {
       this.#fail("The files cannot be listed", error);
       return;
+    } finally {
+      void this.#heartbeat.beat();
     }
     const named = namedPage(location.hash);
     const file = this.#files.find(({ id }) => id === named?.file) ?? (this.#files.length === 1 ? this.#files[0] : undefined);

@@ -64,12 +64,22 @@ test("Enter selects all letters to type over; a click elsewhere ends; text() tak
   await editor.press("Tab", "Enter");
   await editor.page.keyboard.type("Bye");
   assert.equal(await editor.page.evaluate(() => editor.root.querySelector("#t").textContent), "Bye");
+  assert.equal(await editor.page.evaluate(() => editor.isChanged), true);
   assert.equal(await editor.text(), svg.replace("Hello", "Bye"));
   await editor.press("Enter");
   await editor.page.keyboard.type("Ciao");
   await editor.click(400, 400);
   assert.equal(await editor.text(), svg.replace("Hello", "Ciao"));
   assert.deepEqual(await editor.ids(), []);
+});
+
+test("a word is deleted letter by letter, and another typed", async () => {
+  const svg = await editor.show(`${head}>A busy summer</text>`);
+  await editor.press("Tab", "Enter", "Home", "ArrowRight", "ArrowRight", ...Array(4).fill("Delete"));
+  assert.equal(await editor.page.evaluate(() => editor.root.querySelector("#t").textContent), "A  summer");
+  await editor.page.keyboard.type("long");
+  await editor.press("Enter");
+  assert.equal(await editor.text(), svg.replace("busy", "long"));
 });
 
 test("a text without letters is gone", async () => {

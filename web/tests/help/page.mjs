@@ -16,7 +16,7 @@ async function bundle() {
 }
 
 const frame = `<!doctype html><html lang="en"><head><meta charset="utf-8"><title>Parts</title>
-<link rel="icon" href="data:,"><link rel="stylesheet" href="/app.css"></head><body>
+<link rel="icon" href="data:,"><link rel="stylesheet" href="/app.css"><style>input:not([type="color"], [type="range"]) { box-sizing: border-box; padding: 3px 8px; }</style></head><body>
 <div id="toolbar"></div><main id="canvas" style="position:relative;width:900px;height:700px"></main><aside id="panel"></aside>
 <script type="module" src="/app.js"></script></body></html>`;
 

@@ -8,6 +8,7 @@ const report = work.copy("report.pdf");
 const server = await serve(report);
 const { page } = await visit(server.address);
 const dialog = page.getByRole("dialog");
+page.on("dialog", (question) => void question.accept());
 const notice = (text) => page.locator(".notice").getByText(text);
 
 after(async () => {
@@ -42,7 +43,8 @@ test("a file that another program changed is said, and opened anew when wanted",
   await page.evaluate(() => dispatchEvent(new Event("focus")));
   await notice("report.pdf was changed by another program or tab.").waitFor();
   await page.getByRole("button", { name: "Open it anew" }).click();
-  await page.waitForFunction(() => document.querySelectorAll(".notice").length === 0);
+  await state(page, "unchanged");
+  assert.equal(await page.locator(".notice").count(), 0);
   const length = readFileSync(report).length;
   await page.keyboard.press("Control+s");
   await page.getByRole("dialog", { name: "Nothing to save" }).waitFor();
@@ -63,4 +65,13 @@ test("a server that was killed is said; the work stays, can be taken away, and s
   const saved = command("save", art, report, "--page", "1");
   assert.equal(saved.error, null);
   assert.ok(saved.changed + saved.moved > 0);
+});
+
+test("a program that was started anew is told apart from the one that this tab belongs to", async () => {
+  const port = new URL(server.address).port;
+  const next = await serve(report, "--port", port);
+  await notice(/started anew, and this tab belongs to the one before/).waitFor();
+  await page.goto(next.address);
+  await state(page, "unchanged");
+  await next.stop();
 });

@@ -57,22 +57,23 @@ async function done() {
 }
 
 const download = "Download as SVG";
+const cancel = "Cancel";
 const beside = "Open the page beside this";
 const force = "Save all the same";
 
 for (const [name, what, change, title, buttons, said] of [
   ["report", "another page meanwhile", (svg) => svg.replace(/data-digest="\w+"/, 'data-digest="0123456789abcdef"'),
-    "The page was changed meanwhile", [download, beside, force], /or was changed since/],
+    "The page was changed meanwhile", [download, cancel, beside, force], /or was changed since/],
   ["report", "what is not read", (svg) => svg.replace("</svg>", '<switch><g/></switch><foreignObject width="9" height="9"/></svg>'),
-    "Something would be lost", [download, force], /foreignObject/],
-  ["report", "no SVG", () => "<svg", "The drawing cannot be read", [download], /./],
+    "Something would be lost", [download, cancel, force], /foreignObject/],
+  ["report", "no SVG", () => "<svg", "The drawing cannot be read", [download, cancel], /./],
   ["report", "much of the page", (svg) => svg.replace(/<text[^]*?<\/text>/g, ""),
-    "Much of the page would be deleted", [download, force], /would delete/],
+    "Much of the page would be deleted", [download, cancel, force], /would delete/],
   ["report", "a letter that no font has", (svg) => svg.replace(/(>)A (busy|better) /, "$1\u{10FF00} "),
-    "This change cannot be made", [download], /has the letter/],
+    "This change cannot be made", [download, cancel], /has the letter/],
   ["annotated", "an annotation", (svg) => svg.replaceAll("#ff0000", "#00ff00"),
-    "Annotations were changed", [download, force], /changed or deleted/],
-  ["certified", "a certified file", (svg) => svg, "The file is certified", [download, force], /author's signature/],
+    "Annotations were changed", [download, cancel, force], /changed or deleted/],
+  ["certified", "a certified file", (svg) => svg, "The file is certified", [download, cancel, force], /author's signature/],
 ]) {
   test(`${what}: refused, said in words, with the ways out that there are`, async () => {
     await openFile(name);
@@ -90,7 +91,7 @@ for (const [name, what, change, title, buttons, said] of [
 test("saved all the same says what is lost, and then does it", async () => {
   await openFile("certified");
   await refused((svg) => svg, "The file is certified");
-  await dialog.getByRole("heading", { name: "Saved all the same" }).waitFor();
+  await dialog.getByRole("heading", { name: "If it is saved all the same" }).waitFor();
   await dialog.getByRole("button", { name: force }).click();
   await state(page, "saved");
   await page.getByText("and compared it").waitFor();
@@ -101,7 +102,7 @@ test("saved all the same says what is lost, and then does it", async () => {
 test("a damaged file is mended with the save", async () => {
   await openFile("damaged");
   await page.getByText("table of contents is damaged").waitFor();
-  assert.deepEqual(await refused((svg) => svg, "The file is damaged"), [download, "Mend and save"]);
+  assert.deepEqual(await refused((svg) => svg, "The file is damaged"), [download, cancel, "Mend and save"]);
   await dialog.getByRole("button", { name: "Mend and save" }).click();
   await dialog.getByText("It mends").waitFor();
   await dialog.getByRole("button", { name: "Save", exact: true }).click();
@@ -112,7 +113,7 @@ test("a damaged file is mended with the save", async () => {
 
 test("the owner's password is asked for where only the owner may change the file", async () => {
   await openFile("locked");
-  assert.deepEqual(await refused((svg) => svg, "The owner of the file does not permit changes"), [download, "Give the password"]);
+  assert.deepEqual(await refused((svg) => svg, "The owner of the file does not permit changes"), [download, cancel, "Give the password"]);
   await dialog.getByRole("button", { name: "Give the password" }).click();
   await page.locator("#password").fill("owner");
   await page.keyboard.press("Enter");

@@ -40,6 +40,7 @@ export function workFolder() {
 // The date of all updates that tests make, so that the same save gives the same bytes.
 process.env.SOURCE_DATE_EPOCH = "1790000000";
 
+// Words that begin with "--" are options.
 export async function serve(...files) {
   const child = spawn(corvane, ["serve", ...files, "--no-browser", "--stay", "--json"], { stdio: ["ignore", "pipe", "inherit"] });
   const ended = new Promise((resolve) => child.once("exit", resolve));

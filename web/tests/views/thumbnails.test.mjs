@@ -63,7 +63,7 @@ test("a picture that cannot be made is not tried again until the page changes", 
   await fail(4);
   thumbnails.want([4]);
   assert.equal(running.size, 0);
-  assert.equal(thumbnails.hasFailed(4), true);
+  assert.equal(thumbnails.failure(4), "no picture");
   thumbnails.forget(4);
   assert.deepEqual([...running.keys()], [4]);
 });

@@ -117,6 +117,7 @@ TEST_F(JsonFacts, OfEveryCommandIsDocumented) {
         {{"revert", "a.pdf"}, 0, 1},
         {{"revert", "image.pdf"}, 1, 1},
         {{"revert", "no.pdf"}, 1, 1},
+        {{"serve", "no.pdf"}, 1, 1},
         {{"inkscape", "--install"}, 0, 1},
         {{"inkscape", "--remove"}, 0, 1},
     };
@@ -129,6 +130,10 @@ TEST_F(JsonFacts, OfEveryCommandIsDocumented) {
         EXPECT_EQ(outcome.status, row.status) << row.words[0] << outcome.output << outcome.errors;
         EXPECT_EQ(linesThatFit(schema, outcome.output), row.lines) << outcome.output;
     }
+    auto serving = process({"serve", "a.pdf", "--no-browser", "--json"});
+    serving.words.insert(serving.words.begin(),
+                         {"/usr/bin/env", "timeout", "--preserve-status", "-s", "INT", "1"});
+    EXPECT_EQ(linesThatFit(schema, test::run(serving).output), 1);
     const auto streamed = run({"open", "a.pdf", "-o", "-", "--json"});
     EXPECT_EQ(linesThatFit(schema, streamed.errors), 1) << "the artwork is on standard output";
 }

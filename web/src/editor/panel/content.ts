@@ -20,7 +20,6 @@ export function textSection(context: Context, edit: (element: SVGElement) => voi
           artwork.set(part, "font-size", numberText(had * factor));
         }
       }
-      context.boxes.moved(texts());
     });
   }, { min: 0.1 });
   const retype = button("Change letters", () => { const [text] = texts(); if (text !== undefined) edit(text); });

@@ -70,6 +70,7 @@ export function choice(label: string, options: readonly (readonly [string, strin
 export function button(label: string, done: () => void): HTMLButtonElement {
   const element = document.createElement("button");
   element.type = "button";
+  element.className = "button";
   element.textContent = label;
   element.addEventListener("click", done);
   return element;
@@ -82,6 +83,15 @@ export function fieldset(title: string, ...content: readonly HTMLElement[]): HTM
   legend.textContent = title;
   set.append(legend, ...content);
   return set;
+}
+
+export function group(name: string, ...content: readonly HTMLElement[]): HTMLElement {
+  const element = document.createElement("div");
+  element.className = "editor-group";
+  element.setAttribute("role", "group");
+  element.setAttribute("aria-label", name);
+  element.append(...content);
+  return element;
 }
 
 export function row(...content: readonly HTMLElement[]): HTMLElement {

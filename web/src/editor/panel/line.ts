@@ -2,7 +2,7 @@
 import { dropStyle, painted } from "../../artwork/colours";
 import { numbersOf, numberText } from "../../artwork/numbers";
 import type { Context } from "../context";
-import { choice, fieldset, numberField, row, textField } from "./fields";
+import { choice, fieldset, group, numberField, row, textField } from "./fields";
 import type { Section } from "./place";
 
 const patterns = [["", "Solid"], ["4 2", "Dashed"], ["1 1", "Dotted"], ["6 2 1 2", "Dash and dot"], ["other", "Other"]] as const;
@@ -19,7 +19,7 @@ export function lineSection(context: Context): Section {
     const isRight = numbers.length > 0 && numbers.every(number => number >= 0) && numbers.some(number => number > 0);
     set("stroke-dasharray", isRight ? numbers.map(numberText).join(" ") : null);
   });
-  const element = fieldset("Line, width and dashes", row(width.element, pattern.element), lengths.element);
+  const element = group("Width and dashes of the line", row(width.element, pattern.element), lengths.element);
 
   function targets(): SVGElement[] {
     return context.selection.editable.flatMap(object => painted(object, "stroke"))
@@ -68,7 +68,7 @@ export function opacitySection(context: Context): Section {
     });
   }, { min: 0, max: 100 });
   const element = fieldset("Opacity", row(opacity.element));
-  opacity.element.classList.add("unnamed");
+  element.classList.add("unnamed");
   return {
     element,
     show() {

@@ -2,7 +2,6 @@
 import type { Context } from "../context";
 import type { Pictures } from "../pictures";
 import { pictureSection, textSection } from "./content";
-import { keysHelp } from "./help";
 import { lineSection, opacitySection } from "./line";
 import { paintSection } from "./paint";
 import { placeSection, type Section } from "./place";
@@ -18,12 +17,13 @@ export class Panel {
     element.classList.add("editor-panel");
     this.#nothing.className = "editor-note";
     this.#nothing.textContent = "Select something on the page to change it.";
-    this.#sections = [
-      textSection(context, edit), pictureSection(context, pictures),
-      placeSection(context), paintSection(context, "fill", "Fill"), paintSection(context, "stroke", "Line"),
-      lineSection(context), opacitySection(context),
-    ];
-    element.append(this.#nothing, ...this.#sections.map(section => section.element), keysHelp());
+    const stroke = paintSection(context, "stroke", "Line");
+    const line = lineSection(context);
+    const shown = [textSection(context, edit), pictureSection(context, pictures), placeSection(context),
+      paintSection(context, "fill", "Fill"), stroke, opacitySection(context)];
+    this.#sections = [...shown, line];
+    element.append(this.#nothing, ...shown.map(section => section.element));
+    stroke.element.append(line.element);
     this.refresh();
   }
 

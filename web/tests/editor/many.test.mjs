@@ -1,0 +1,71 @@
+// A page of 60,000 elements: no pause is longer than a tenth of a second.
+import assert from "node:assert/strict";
+import { test } from "node:test";
+import { page600, withEditor } from "../help/editor.mjs";
+
+const editor = withEditor();
+const count = 60000;
+const allowed = 100; // milliseconds
+
+function manyShapes() {
+  let seed = 7;
+  const next = limit => { seed = (seed * 48271) % 2147483647; return seed / 2147483647 * limit; };
+  let body = "";
+  for (let i = 1; i <= count; ++i) {
+    const x = next(580);
+    const y = next(480);
+    const w = 1 + next(8);
+    body += `\n  <path id="p${i}" fill="#${Math.floor(next(0xffffff)).toString(16).padStart(6, "0")}" d="M${x.toFixed(2)} ${y.toFixed(2)}h${w.toFixed(2)}v${w.toFixed(2)}L${x.toFixed(2)} ${(y + w).toFixed(2)}Z"/>`;
+  }
+  return page600(body);
+}
+
+// The longest task of the page's own thread while the work goes on, in time of the processor: what other programs on the
+// machine take does not count.
+async function longest(work) {
+  const browser = editor.page.context().browser();
+  await browser.startTracing(editor.page, { categories: ["toplevel", "disabled-by-default-devtools.timeline", "__metadata"] });
+  await work();
+  await editor.page.waitForTimeout(200);
+  const { traceEvents } = JSON.parse(await browser.stopTracing());
+  const threads = new Set(traceEvents.filter(event => event.name === "thread_name" && event.args.name === "CrRendererMain").map(event => `${event.pid} ${event.tid}`));
+  const tasks = traceEvents.filter(event => event.name.endsWith("RunTask") && event.tdur !== undefined && threads.has(`${event.pid} ${event.tid}`));
+  assert.ok(tasks.length > 0);
+  return Math.max(...tasks.map(event => event.tdur)) / 1000;
+}
+
+const works = [
+  ["panning", async () => { for (let i = 0; i < 30; ++i) { await editor.page.mouse.wheel(7, 5); await editor.frames(); } }],
+  ["selecting", async () => { for (const [x, y] of [[100, 100], [200, 150], [300, 300]]) await editor.click(x, y); }],
+  ["moving one", async () => editor.drag([300, 300], [360, 330])],
+  ["moving by a key", async () => { await editor.click(300, 300); for (let i = 0; i < 5; ++i) await editor.press("ArrowRight"); }],
+  ["undoing and doing again", async () => editor.press("Control+z", "Control+z", "Control+Shift+z")],
+  ["a rectangle around some", async () => { await editor.drag([-20, -20], [60, 60]); }],
+  ["recolouring", async () => {
+    await editor.click(250, 250);
+    const field = editor.page.getByRole("group", { name: "Fill", exact: true }).getByLabel("Colour", { exact: true });
+    await field.fill("#00ff00");
+    await field.press("Enter");
+  }],
+  ["zooming", async () => {
+    await editor.page.keyboard.down("Control");
+    for (let i = 0; i < 6; ++i) { await editor.page.mouse.wheel(0, -30); await editor.frames(); }
+    await editor.page.keyboard.up("Control");
+  }],
+];
+
+test("60,000 elements", async t => {
+  const svg = manyShapes();
+  await editor.show(svg);
+  assert.equal(await editor.text(), svg);
+  await editor.page.waitForTimeout(1500); // the browser draws, the boxes are measured
+  for (const [name, work] of works) {
+    await t.test(name, async () => {
+      await editor.toCorner();
+      const pause = await longest(work);
+      t.diagnostic(`${name}: ${Math.round(pause)} ms`);
+      if (name !== "panning" && name !== "zooming") assert.notEqual(await editor.page.evaluate(() => told.words), "Nothing is selected");
+      assert.ok(pause <= allowed, `${name} took ${Math.round(pause)} ms in one piece`);
+    });
+  }
+});
