@@ -20,7 +20,7 @@ void announceSaved(const SavePlace& place, const Arguments& arguments, const Sav
     if (saved.isNothing && !saved.isMended && !arguments.output.empty()) {
         announce(arguments, place.name() + would + "an unchanged copy of " + arguments.file);
     }
-    if (!arguments.dryRun && (saved.removed != 0 || saved.changed != 0)) {
+    if (!arguments.dryRun && !saved.isNothing && (saved.removed != 0 || saved.changed != 0)) {
         announce(arguments, place.name() + ": its old bytes stay in it, and what was changed or "
                                            "removed can still be read there: this is no redaction");
     }

@@ -83,7 +83,14 @@ void restoreState(Interpreter& interpreter) {
     if (depthState(interpreter) == 0) {
         failException(Exception::underflow);
     }
+    const auto clip = interpreter.state.style.clip;
+    const FillRule clipRule = interpreter.state.clipRule;
     popCopy(interpreter);
+    if (rules().lazyGroups && interpreter.level.path.compound != Art::null) {
+        // That it clips is a mark of the path, which outlives the state.
+        interpreter.state.style.clip = clip;
+        interpreter.state.clipRule = clipRule;
+    }
     const Art ofPath = takePathAside(interpreter);
     interpreter.containers.pop();
     putPathBack(interpreter, ofPath);

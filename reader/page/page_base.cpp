@@ -141,6 +141,11 @@ std::optional<std::uint64_t> lastArtwork(DocumentCache& cache) {
     return record ? record->artwork : std::nullopt;
 }
 
+std::optional<std::uint64_t> lastUpdate(DocumentCache& cache) {
+    const std::optional<PageRecord> record = recordOfPage(cache, standingStreams(cache));
+    return record ? record->update : std::nullopt;
+}
+
 std::vector<std::int32_t> lastLayers(DocumentCache& cache) {
     std::optional<PageRecord> record = recordOfPage(cache, standingStreams(cache));
     return record ? std::move(record->layers) : std::vector<std::int32_t>();

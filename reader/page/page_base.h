@@ -44,6 +44,8 @@ PageBase standingPage(DocumentCache& cache);
 /// Which artwork the page in use was saved from last; nothing where the record does not say it, or
 /// another program changed the page since.
 std::optional<std::uint64_t> lastArtwork(DocumentCache& cache);
+/// What this save wrote of the page, as `WrittenDigest` says it.
+std::optional<std::uint64_t> lastUpdate(DocumentCache& cache);
 /// The optional content groups that this save made, by their numbers.
 std::vector<std::int32_t> lastLayers(DocumentCache& cache);
 

@@ -100,6 +100,7 @@ std::optional<PageRecord> recordOfPage(DocumentCache& cache, std::span<const Bas
         if (isOurs) {
             record.origin = originOf(cache, object.get());
             record.artwork = eightBytes(lookupObject(cache, object.get(), "Artwork"));
+            record.update = eightBytes(lookupObject(cache, object.get(), "Update"));
             record.layers = layersOf(cache, object.get());
             record.base = readableObject(cache, findEntry(cache, object.get(), "Base"));
         }

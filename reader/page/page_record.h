@@ -6,6 +6,7 @@
 //     /Base << /Contents ... /Resources ... /MediaBox [...] /CropBox [...] /Digest <16 digits> >>
 //     /Artwork <16 digits>              which opening of the page the artwork comes from
 //     /Layers [31 32]                   optional content groups that were made for the artwork
+//     /Update <16 digits>               what was written, whatever numbers its objects got
 //   >> >> >>
 //
 // The places are where the page and the content streams of the update stand, by the
@@ -15,8 +16,8 @@
 // true stands beside them, the page had been drawn anew since the artwork was opened, and Origin is
 // not the digest of that base.
 //
-// Former records have no Base and a single place for Content; the first ones no Version, which is 1
-// then. A page drawn from artwork that was opened from nowhere has no Origin.
+// Former records have no Update, no Base and a single place for Content; the first ones no Version,
+// which is 1 then. A page drawn from artwork that was opened from nowhere has no Origin.
 #pragma once
 
 #include "reader/document/cache.h"
@@ -43,6 +44,7 @@ struct PageOrigin {
 struct PageRecord {
     std::optional<PageOrigin> origin;
     std::optional<std::uint64_t> artwork;
+    std::optional<std::uint64_t> update;
     std::vector<std::int32_t> layers; ///< numbers of groups that the save made
     ObjectOwner base;                 ///< null where there is none
 };

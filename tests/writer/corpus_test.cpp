@@ -50,6 +50,7 @@ TEST_F(CorpusSaveTest, EveryFileThatOpens) {
                 << "only where the owner permits no changes";
             continue;
         }
+        document_->page().setArtboard({302 * fixedOne, 403 * fixedOne});
         EXPECT_EQ(save(), 0U);
         extension_.artworkDigest = nullptr;
         EXPECT_EQ(bytes().substr(0, file.size()), file);

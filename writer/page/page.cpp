@@ -12,6 +12,9 @@
 #include "writer/page/page_object.h"
 #include "writer/page/stream_object.h"
 #include "writer/update/update.h"
+#include "writer/update/update_filter.h"
+
+#include <string>
 
 namespace corvane {
 
@@ -60,7 +63,7 @@ void writeImages(DocumentCache& cache, std::span<const NewImage> images) {
 }
 
 /// Draws the page anew.
-std::int64_t writeDrawn(DocumentCache& cache, UpdatePlan& plan) {
+std::int64_t writeDrawn(DocumentCache& cache, UpdatePlan& plan, WrittenDigest* written) {
     Filter& output = *cache.output;
     const auto [content, length] = plan.numbers;
 
@@ -87,7 +90,8 @@ std::int64_t writeDrawn(DocumentCache& cache, UpdatePlan& plan) {
                      .resources = hasResources ? &plan.drawn->resources : nullptr,
                      .origin = plan.origin,
                      .artwork = plan.artwork,
-                     .layers = madeLayers(plan)});
+                     .layers = madeLayers(plan),
+                     .written = written});
     forallFamily([&](const Family& family) { writeFamily(cache, family); });
     forallMask([&](const Mask& mask) { writeMask(cache, mask); });
     return bytes;
@@ -118,9 +122,10 @@ void writeNeeded(DocumentCache& cache, const ContentPatch& content,
     }
 }
 
-std::int64_t writePatched(DocumentCache& cache, const UpdatePlan& plan, PlannedPatch& patch) {
+std::int64_t writePatched(DocumentCache& cache, const UpdatePlan& plan, PlannedPatch& patch,
+                          WrittenDigest* written) {
     ContentPatch& page = patch.page.page;
-    const WrittenStreams written = writeStreams(cache, *plan.base, page.bytes, patch.streams);
+    const WrittenStreams streams = writeStreams(cache, *plan.base, page.bytes, patch.streams);
     writeNeeded(cache, page, patch.resources);
     for (FormObject& form : patch.page.forms) {
         writeForm(cache, form);
@@ -133,18 +138,37 @@ std::int64_t writePatched(DocumentCache& cache, const UpdatePlan& plan, PlannedP
         writeResetState(*cache.output, patch.page.resetState);
     }
     writePageObject(cache, plan.page, plan.geometry,
-                    {.contents = written.parts,
+                    {.contents = streams.parts,
                      .resources = &patch.resources,
                      .origin = plan.origin,
                      .artwork = plan.artwork,
-                     .layers = madeLayers(plan)});
-    return written.bytes;
+                     .layers = madeLayers(plan),
+                     .written = written});
+    return streams.bytes;
 }
 
 } // namespace
 
 std::int64_t pageWrite(DocumentCache& cache, UpdatePlan& plan) {
-    return plan.patch ? writePatched(cache, plan, *plan.patch) : writeDrawn(cache, plan);
+    if (!rules().recordsOrigin) {
+        return writeDrawn(cache, plan, nullptr);
+    }
+    WrittenDigest written(plan.firstNew, madeLayers(plan));
+    // The record says these, and nothing else of a page that shows the same.
+    const std::string artwork = std::to_string(plan.origin.value_or(PageOrigin()).digest) + "\r" +
+                                std::to_string(plan.artwork.value_or(0)) + "\r";
+    written.feed(std::as_bytes(std::span(artwork)));
+    auto& output = static_cast<UpdateFilter&>(*cache.output);
+    output.written = &written;
+    std::int64_t length = 0;
+    const Exception code = guarded([&] {
+        length = plan.patch ? writePatched(cache, plan, *plan.patch, &written)
+                            : writeDrawn(cache, plan, &written);
+    });
+    output.written = nullptr;
+    raiseException(code);
+    plan.written = written.value();
+    return length;
 }
 
 } // namespace corvane

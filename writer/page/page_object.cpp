@@ -85,6 +85,8 @@ void writeContents(Filter& output, std::span<const ContentPart> contents) {
 RecordNote noteOf(const CarriedPage& carried, const PageParts& parts, std::int32_t place) {
     RecordNote note{.origin = parts.origin,
                     .artwork = parts.artwork,
+                    .update = parts.written != nullptr ? std::optional(parts.written->value())
+                                                       : std::nullopt,
                     .page = place,
                     .content = {},
                     .layers = parts.layers,
@@ -175,11 +177,11 @@ void writePageObject(DocumentCache& cache, const CarriedPage& carried, const Pag
     } else {
         writeMetResources(cache);
     }
-    if (rules().recordsOrigin) {
-        writePieceInfo(cache, page, carried.notes, noteOf(carried, parts, place));
-    }
     if (!geometry.kept) {
         writeGeometry(output, geometry);
+    }
+    if (rules().recordsOrigin) {
+        writePieceInfo(cache, page, carried.notes, noteOf(carried, parts, place));
     }
     stringOutput(output, ">>\rendobj\r");
 }

@@ -8,6 +8,7 @@
 #include "writer/page/page_geometry.h"
 #include "writer/page/piece_info.h"
 #include "writer/page/resource_registry.h"
+#include "writer/update/written_digest.h"
 
 #include <cstdint>
 #include <optional>
@@ -44,6 +45,7 @@ struct PageParts {
     std::optional<PageOrigin> origin;     ///< of the page that the artwork was opened from
     std::optional<std::uint64_t> artwork; ///< which opening of it that was
     std::vector<std::int32_t> layers;     ///< optional content groups that were made for it
+    WrittenDigest* written = nullptr;     ///< fed with what was written so far; null: no record
 };
 
 /// Writes the page in use, under its own number, to the cache's output.

@@ -78,6 +78,9 @@ void writePieceInfo(DocumentCache& cache, ObjectIdentifier page, const CarriedEn
     if (note.artwork) {
         writeDigest(cache, page, "Artwork", *note.artwork);
     }
+    if (note.update) {
+        writeDigest(cache, page, "Update", *note.update);
+    }
     stringOutput(output, "/Page ");
     writePlace(output, note.page);
     stringOutput(output, "/Content [ ");

@@ -27,6 +27,7 @@ struct CarriedBase {
 struct RecordNote {
     std::optional<PageOrigin> origin;
     std::optional<std::uint64_t> artwork;
+    std::optional<std::uint64_t> update;
     std::int32_t page = 0;             ///< where the page object stands, by the cross-reference
     std::vector<std::int32_t> content; ///< and the content streams that are written
     std::vector<std::int32_t> layers;  ///< optional content groups that were made for the artwork

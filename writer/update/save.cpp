@@ -126,6 +126,7 @@ void planFile(DocumentCache& cache, UpdatePlan& plan) {
     plan.trailer = carriedTrailer(cache);
     plan.trailer.isWhole = mends && needsWhole(cache, survey);
     reserveNumbers(cache, plan.trailer);
+    plan.firstNew = lastIdentity();
     if (mends) {
         plan.mend = planMend(cache, survey);
         plan.trailer.leftOut = plan.mend->leftOut;
@@ -187,6 +188,7 @@ UpdatePlan planUpdate(DocumentCache& cache) {
     planFile(cache, plan);
     if (rules().recordsOrigin) {
         planBase(cache, plan);
+        plan.former = lastUpdate(cache);
     }
     if (rules().readsForms) {
         plan.layers.emplace(cache, formerLayers(cache, plan));
@@ -241,6 +243,13 @@ std::int32_t writeUpdate(DocumentCache& cache, UpdatePlan& plan, SavedFacts& fac
     const std::int32_t section = updateWrite(cache, plan.trailer);
     forallXRef([&](const XRefEntry&) { ++facts.objects; });
     return section;
+}
+
+/// Whether all that was written stands in the file already: the page was last saved with the same
+/// outcome. Only writing it shows that, since objects are made as they are written.
+bool isRepeated(const UpdatePlan& plan) {
+    return plan.written && plan.written == plan.former && !changesCatalog(plan) &&
+           !mendsSomething(plan);
 }
 
 /// Of the file's own.
@@ -298,13 +307,19 @@ void append(DocumentCache& cache, UpdatePlan& plan) {
     const Exception code = guarded([&] {
         file.begin();
         const std::int32_t section = writeUpdate(cache, plan, facts);
-        file.finish(updateEnd(section));
+        facts.isNothing = isRepeated(plan);
+        if (!facts.isNothing) {
+            file.finish(updateEnd(section));
+        }
     });
-    if (code != Exception::none) {
+    if (code != Exception::none || facts.isNothing) {
         file.takeBack();
     }
     file.close();
     raiseException(code);
+    if (facts.isNothing) {
+        return tellNothing(cache, facts);
+    }
     facts.length = file.length();
     tellSaved(facts);
 }
@@ -325,6 +340,10 @@ void measure(DocumentCache& cache, UpdatePlan& plan) {
     });
     cache.output = nullptr;
     raiseException(code);
+    if (isRepeated(plan)) {
+        facts.isNothing = true;
+        return tellNothing(cache, facts);
+    }
     facts.length = update.start + update.count;
     tellSaved(facts);
 }

@@ -76,7 +76,10 @@ struct UpdatePlan {
     bool writesPage = true;
     std::optional<SavedLayers> layers; ///< in the extended profile
     PageGeometry geometry;
-    PageFacts facts; ///< of the page as it will be
+    PageFacts facts;                      ///< of the page as it will be
+    std::int32_t firstNew = 0;            ///< number that the first new object gets
+    std::optional<std::uint64_t> former;  ///< `WrittenDigest` of the page as it stands
+    std::optional<std::uint64_t> written; ///< the same, once the page is written
     /// What the artwork was opened from; nothing where the page is drawn anew.
     std::optional<PageBase> base;
     std::optional<PageOrigin> origin;     ///< of the page that the artwork was opened from

@@ -17,6 +17,9 @@ void write(UpdateFilter& filter, std::span<const std::byte> bytes) {
         writeFilter(*filter.next, bytes);
     }
     filter.digest.feed(bytes);
+    if (filter.written != nullptr) {
+        filter.written->feed(bytes);
+    }
 }
 
 std::int32_t entryUpdate(Filter& filter, Operation operation, std::byte* buffer,

@@ -4,6 +4,7 @@
 
 #include "filters/filter.h"
 #include "runtime/digest.h"
+#include "writer/update/written_digest.h"
 
 #include <cstdint>
 
@@ -16,6 +17,7 @@ struct UpdateFilter : Filter {
     std::int32_t headerOffset; ///< marks are counted from the header, as every offset of the file
     std::int64_t count = 0;    ///< bytes written
     Digest digest;             ///< of those bytes
+    WrittenDigest* written = nullptr; ///< fed, too, while a page is written
 };
 
 /// Writes through to the filter below, or only counts where there is none. What would make the file

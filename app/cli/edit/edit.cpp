@@ -136,7 +136,7 @@ private:
                                     saves_.warnings().end());
         }
         const auto changes = [](const SavedFacts& saved) {
-            return saved.changed != 0 || saved.removed != 0;
+            return !saved.isNothing && (saved.changed != 0 || saved.removed != 0);
         };
         if (std::ranges::any_of(report_.saves, changes)) {
             announce(arguments_, arguments_.file +

@@ -137,6 +137,7 @@ TEST_F(Encrypted, EveryRevisionIsOpenedAndSavedInto) {
         EXPECT_EQ(drawing(opened("in.pdf", "user")), drawing(art));
         EXPECT_TRUE(holds(art, "fill=\"#0028ff\"")) << "a colour out of a string";
         for (const std::string password : {"user", "owner"}) {
+            folder_.add("in.pdf", old);
             const std::string said = saved(edited(art), {"--password", password});
             EXPECT_TRUE(holds(said, "2 objects changed, 3 kept")) << said;
         }
@@ -258,7 +259,7 @@ TEST_F(Encrypted, PermissionsCountAsFarAsTheKeyProvesThem) {
         const std::string said = saved(art, {});
         EXPECT_EQ(holds(said, "error 32"), what != "nothing") << said;
         const std::string kept = saved(art, {"--password", "owner"});
-        EXPECT_TRUE(holds(kept, "3 kept")) << kept;
+        EXPECT_TRUE(holds(kept, what == "nothing" ? "nothing to save" : "3 kept")) << kept;
     }
 }
 

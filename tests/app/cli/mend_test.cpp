@@ -179,7 +179,7 @@ TEST_F(Mend, APageIsSavedInTheSameUpdate) {
         expectSound(row);
         EXPECT_TRUE(holds(artwork("in.pdf", 1), "#0000ff"));
         // The base is still the page that the artwork was opened from, and needs no mending now.
-        EXPECT_EQ(saveEdited(svg, false).status, 0);
+        EXPECT_EQ(saveEdited(replaced(svg, "width='9'", "width='8'"), false).status, 0);
         EXPECT_EQ(run({"revert", "in.pdf"}).status, 0);
         expectReverted(row);
         // So it is after the file was mended by itself.

@@ -3,6 +3,7 @@
 
 #include "tests/support/pdf_builder.h"
 
+#include <array>
 #include <cstdlib>
 
 namespace corvane {
@@ -63,16 +64,22 @@ TEST_F(SaveAgain, OneArtworkManyTimes) {
     folder_.add("in.pdf", example("harbour.pdf"));
     const std::string opened = artwork("in.pdf", 1);
     const std::string kept = drawing(opened.substr(0, opened.find(endOfLayer)));
-    folder_.add("a.svg", withLine(opened));
-    std::string first;
+    const std::array<std::string, 2> art = {withLine(opened), withLine(withLine(opened))};
+    std::array<std::string, 2> seen;
     for (int i = 1; i <= times; ++i) {
         const std::string before = bytes("in.pdf");
+        folder_.add("a.svg", art.at(static_cast<std::size_t>(i % 2)));
         ASSERT_EQ(run({"save", "a.svg", "in.pdf", "--quiet"}).status, 0) << i;
         ASSERT_TRUE(bytes("in.pdf").starts_with(before)) << i;
         const std::string again = drawing(artwork("in.pdf", 1));
         ASSERT_TRUE(again.starts_with(kept)) << i;
-        first = i == 1 ? again : first;
+        std::string& first = seen.at(static_cast<std::size_t>(i % 2));
+        first = i <= 2 ? again : first;
         ASSERT_EQ(again, first) << i;
+        const std::string saved = bytes("in.pdf");
+        ASSERT_NE(saved, before) << i;
+        ASSERT_EQ(run({"save", "a.svg", "in.pdf", "--quiet"}).status, 0) << i;
+        ASSERT_EQ(bytes("in.pdf"), saved) << "it is as the artwork has it: " << i;
         ASSERT_TRUE(i % 20 != 0 || isValid("in.pdf")) << i;
     }
     const auto log = run({"log", "in.pdf", "--json"});

@@ -91,6 +91,10 @@ TEST_F(ContentTest, ClipsMakeGroupsThatTheyClip) {
         {"clip without a path", "W n " A, A_ART, "13"},
         {"a clip of a point", "q 1 2 m 3 4 m W n " A "Q " B, B_ART " {<3,4 C> " A_ART "}"},
         {"a point beside a clip", "q 0 0 5 5 re 3 4 m W n " A "Q", "{" CLIP " " A_ART "}"},
+        {"a clip whose path ends behind Q", "q 0 0 5 5 re W Q n " A, "{" CLIP " " A_ART "}"},
+        {"the same, with a state in it", "0 0 5 5 re q W Q n " A, "{" CLIP " " A_ART "}"},
+        {"a path behind a clip that a state held", "0 0 5 5 re W q n Q 0 0 5 5 re n " A,
+         A_ART " <0,0 5,0 5,5 0,5 z>"},
         {"the clip goes with the path, not beyond", "0 0 5 5 re W n 0 0 5 5 re f",
          "{" CLIP " <0,0 5,0 5,5 0,5 zF>}"},
     });

@@ -85,6 +85,7 @@ TEST_F(SaveTest, ExtendedUpdate) {
     const std::string content = contentIn(update);
     EXPECT_THAT(content, ::testing::StartsWith("0 1 -1 0 100.5 0 cm\n"));
     const std::string origin = update.substr(update.find("/Origin <") + 9, 16);
+    const std::string written = update.substr(update.find("/Update <") + 9, 16);
     const std::string digest = update.substr(update.find("/Digest <") + 9, 16);
     const std::string identifier = update.substr(update.find("/ID [ <01> <") + 12, 32);
     const std::string number = std::to_string(file.size());
@@ -99,8 +100,8 @@ TEST_F(SaveTest, ExtendedUpdate) {
                    "/Contents 50 0 R\n/Resources <<\n/ProcSet [ /PDF ]\n>>\n"
                    "/LastModified (D:20261121090000Z)\n/PieceInfo <<\n/Corvane << "
                    "/LastModified (D:20261121090000Z) /Private <<\n/Origin <" +
-                   origin +
-                   ">\n/Version 3 \n/Page #pagehere# /Content [ "
+                   origin + ">\n/Version 3 \n/Update <" + written +
+                   ">\n/Page #pagehere# /Content [ "
                    "#contents# ]\n"
                    "/Base <<\n/Contents 4 0 R\n/MediaBox [ -5 0 100.5 200 ]\n"
                    "/CropBox [ -5 0 100.5 200 ]\n/Digest <" +
