@@ -12,7 +12,7 @@ import type { Header } from "./header";
 import type { Messages } from "./messages";
 import { askPassword } from "./password";
 import { refusal } from "./refusals";
-import { appended, describeSave, lossSentences, shortSummary } from "./save-words";
+import { appended, describeSave, lossSentences, shortSummary } from "./save_words";
 import { plain, size } from "./words";
 
 type Step = "save" | "force" | "mend" | "password" | "beside" | "download";
@@ -150,7 +150,7 @@ export class Saving {
     this.messages.say(`Saving page ${page} ...`);
     this.header.showState("saving");
     try {
-      return await server.save(file.id, page, svg, ways);
+      return await this.desk.writing(() => server.save(file.id, page, svg, ways));
     } catch (error) {
       this.header.showState("failed");
       this.messages.say("");
