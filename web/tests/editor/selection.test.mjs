@@ -92,6 +92,17 @@ test("what cannot be changed says why", async () => {
   assert.equal(await editor.text(), svg);
 });
 
+test("letters that are drawings are one thing", async () => {
+  const svg = await editor.show(`<g id="t3" data-source="5 9 1 a434">${square("a", 20, 20)}${square("b", 80, 20)}</g>`);
+  await editor.click(40, 40, { clickCount: 2 });
+  assert.deepEqual(await editor.ids(), ["a"]);
+  assert.match(await editor.page.evaluate(() => told.limits.join()), /only as a whole/);
+  await editor.press("ArrowRight", "Delete");
+  assert.equal(await editor.text(), svg);
+  await editor.press("Escape", "ArrowRight");
+  assert.equal(await editor.value("t3", "transform"), "translate(1 0)");
+});
+
 test("a screen reader hears what is selected", async () => {
   await editor.show(`${square("a", 20, 20)}<text id="t" x="20" y="200" font-size="20">Hello  there</text><image id="i" x="200" y="20" width="9" height="9" href="data:image/png;base64,"/>`);
   const live = () => editor.page.locator("[aria-live=polite]").last().textContent();
