@@ -13,7 +13,7 @@ import type { Messages } from "./messages";
 import { askPassword } from "./password";
 import { refusal } from "./refusals";
 import { appended, describeSave, lossSentences, shortSummary } from "./save_words";
-import { plain, size } from "./words";
+import { plain, sentence, size } from "./words";
 
 type Step = "save" | "force" | "mend" | "password" | "beside" | "download";
 
@@ -111,7 +111,7 @@ export class Saving {
     const forced = why.canForce ? await this.#trial(dialog, svg, { ...ways, force: true }) : null;
     const canForce = forced !== null && forced.error === null;
     dialog.title = why.title;
-    dialog.fill(make("p", { text: why.text }), ...(canForce ? [forcedText(forced)] : []),
+    dialog.fill(make("p", { text: why.text }), ...(canForce ? [forcedText(forced, why.isConflict)] : []),
       ...(forced?.error ? [make("p", { text: plain(forced.error.sentence) })] : []));
     const choices: Choice<Step | undefined>[] = [
       { answer: "download", label: "Download as SVG" }, { answer: undefined, label: "Cancel" },
@@ -223,10 +223,11 @@ export class Saving {
   }
 }
 
-function forcedText(report: SaveReport): HTMLElement {
-  const losses = lossSentences(report);
+function forcedText(report: SaveReport, isConflict: boolean): HTMLElement {
+  const undone = isConflict ? ["What was changed on this page meanwhile is undone."] : [];
+  const losses = [...undone, ...lossSentences(report)];
   return make("div", { class: "forced" },
     make("h3", { text: "If it is saved all the same" }),
-    make("p", { text: `${shortSummary(report)}.` }),
+    make("p", { text: sentence(shortSummary(report)) }),
     losses.length === 0 ? null : make("ul", { class: "sentences" }, ...losses.map((text) => make("li", { text }))));
 }
