@@ -7,7 +7,8 @@ const editor = withEditor();
 
 const square = (id, x, y, more = "") => `<path id="${id}" fill="#336699" d="M${x} ${y}H${x + 40}V${y + 40}H${x}Z" ${more}/>`;
 const page = `${square("a", 20, 20)}${square("b", 100, 20)}<g id="g">${square("c", 20, 100)}<g id="h">${square("d", 100, 100)}${square("e", 160, 100)}</g></g>
-  <path id="thin" fill="none" stroke="#000000" stroke-width=".5" d="M300 20V200"/>`;
+  <path id="thin" fill="none" stroke="#000000" stroke-width=".5" d="M300 20V200"/>
+  <text id="unseen" x="400" y="210" font-size="40" fill="none">HHHH</text>`;
 
 test("clicks", async () => {
   await editor.show(page);
@@ -16,7 +17,7 @@ test("clicks", async () => {
     [[120, 40], { modifiers: ["Shift"] }, ["a", "b"]],
     [[40, 40], { modifiers: ["Shift"] }, ["b"]],
     [[120, 120], {}, ["g"]],
-    [[303, 90], {}, ["thin"]], [[306, 90], {}, []],
+    [[303, 90], {}, ["thin"]], [[306, 90], {}, []], [[410, 200], {}, ["unseen"]],
     [[500, 400], {}, []],
   ];
   for (const [[x, y], { modifiers = [] }, expected] of steps) {
@@ -60,7 +61,7 @@ test("a rectangle selects what is wholly in it", async () => {
 test("the keyboard goes from object to object, into groups, and away from the page", async () => {
   await editor.show(page);
   const steps = [["Tab", ["a"]], ["Tab", ["b"]], ["Tab", ["g"]], ["Shift+Tab", ["b"]], ["Tab", ["g"]], ["Enter", ["c"]], ["Tab", ["h"]],
-    ["Escape", ["g"]], ["Control+a", ["a", "b", "g", "thin"]], ["Escape", []]];
+    ["Escape", ["g"]], ["Control+a", ["a", "b", "g", "thin", "unseen"]], ["Escape", []]];
   for (const [key, expected] of steps) {
     await editor.press(key);
     assert.deepEqual(await editor.ids(), expected, key);
