@@ -33,7 +33,7 @@ export class Saving {
       return false;
     }
     this.#isRunning = true;
-    const dialog = new Dialog(`Save page ${this.desk.page} of ${this.desk.file.name}`, "save-dialog");
+    const dialog = new Dialog(this.#title, "save-dialog");
     try {
       return await this.#run(dialog, this.desk.editor.text());
     } catch (error) {
@@ -99,6 +99,7 @@ export class Saving {
       await dialog.choose([{ answer: true, label: "Close", look: "primary" }]);
       return "nothing";
     }
+    dialog.title = this.#title;
     dialog.fill(describeSave(report, this.#place.file.name));
     return await dialog.choose<Step | undefined>([
       { answer: undefined, label: "Cancel" }, { answer: "save", label: "Save", look: "primary" },
@@ -212,6 +213,11 @@ export class Saving {
           `compared: ${plain(asFault(error).sentence)}`,
       });
     }
+  }
+
+  get #title(): string {
+    const { file, page } = this.#place;
+    return `Save page ${page} of ${file.name}`;
   }
 
   get #place() {
