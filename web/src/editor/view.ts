@@ -40,9 +40,9 @@ export class View extends EventTarget {
 
   get zoom(): number { return this.#zoom; }
 
-  show(root: SVGSVGElement | null): void {
+  show(root: SVGSVGElement | null, isSame: boolean): void {
     this.#paper.hidden = root === null;
-    if (root === null) return;
+    if (root === null || isSame) return;
     this.#page = pageSize(root);
     this.#paper.style.width = `${this.#page.width}px`;
     this.#paper.style.height = `${this.#page.height}px`;

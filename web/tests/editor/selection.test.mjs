@@ -116,3 +116,19 @@ test("a screen reader hears what is selected", async () => {
   words.push(await live());
   assert.deepEqual(words, ["Shape", "Text “Hello there”", "Picture", "1 shape, 1 text and 1 picture"]);
 });
+
+test("a page that is opened again is seen as it was, another one as a whole", async () => {
+  const svg = (await editor.show(page)).replace("data-producer", "data-file=\"a.pdf\" data-page=\"1\" data-producer");
+  const seen = text => editor.page.evaluate(next => {
+    if (next !== null) editor.show(next);
+    return document.querySelector(".artwork-mover").style.transform + document.querySelector(".artwork-paper").style.transform;
+  }, text);
+  const whole = await seen(svg);
+  await editor.press("1");
+  await editor.page.mouse.wheel(20, 30);
+  await editor.page.waitForTimeout(300);
+  const before = await seen(null);
+  assert.notEqual(before, whole);
+  assert.equal(await seen(svg.replace("#336699", "#000000")), before);
+  assert.equal(await seen(svg.replace("data-page=\"1\"", "data-page=\"2\"")), whole);
+});
