@@ -56,10 +56,13 @@ export function limitOf(element: SVGElement): string | null {
     return "Annotations and form fields are shown for orientation. A save leaves them in the file as they are.";
   }
   if (isLocked(element)) return "It is on a locked layer. Unlock the layer to change it.";
+  if (inDrawnLetters(element)) {
+    return "It is part of letters that are drawings in the file (a Type 3 font). They can be changed only as a whole: Escape selects all of them.";
+  }
   if (element.hasAttribute("data-kept")) {
     return "This picture could not be shown, so a frame stands for it. The frame can be moved, resized or deleted.";
   }
-  if (element.localName === "g" && element.hasAttribute("data-source") && !element.hasAttribute("data-form")) {
+  if (isDrawnLetters(element)) {
     return "These letters are drawings in the file (a Type 3 font). They can be moved and deleted, not retyped.";
   }
   if (element.localName === "text" && element.querySelector("textPath") !== null) {
@@ -77,5 +80,15 @@ function isInvisible(element: SVGElement): boolean {
 
 // Whether anything about it may be changed at all.
 export function isEditable(element: SVGElement): boolean {
-  return !inAnnotations(element) && !isLocked(element);
+  return !inAnnotations(element) && !isLocked(element) && !inDrawnLetters(element);
+}
+
+// Text in a Type 3 font: a group that one operator of the page painted.
+export function isDrawnLetters(element: Element): boolean {
+  return element.localName === "g" && element.hasAttribute("data-source") && !element.hasAttribute("data-form");
+}
+
+function inDrawnLetters(element: Element): boolean {
+  for (let at = element.parentElement; at !== null; at = at.parentElement) if (isDrawnLetters(at)) return true;
+  return false;
 }

@@ -72,13 +72,19 @@ export class Handles {
     if (isEditable) this.#drawHandles(widened(onStage));
   }
 
+  #isSeen({ x, y }: Point): boolean {
+    const { width, height } = this.#context.view.stage.getBoundingClientRect();
+    return x > handleSize && y > handleSize && x < width - handleSize && y < height - handleSize;
+  }
+
   #drawHandles(frame: Frame): void {
     const centre = pointIn(frame, 0.5, 0.5);
     const top = pointIn(frame, 0.5, 0);
     const width = distance(pointIn(frame, 0, 0), pointIn(frame, 1, 0));
     const height = distance(pointIn(frame, 0, 0), pointIn(frame, 0, 1));
     const up = direction(centre, top, frame);
-    const turn = { x: top.x + up.x * turnDistance, y: top.y + up.y * turnDistance };
+    const away = this.#isSeen({ x: top.x + up.x * turnDistance, y: top.y + up.y * turnDistance }) ? turnDistance : -turnDistance;
+    const turn = { x: top.x + up.x * away, y: top.y + up.y * away };
     this.#layer.line(top, turn, "stalk");
     this.#layer.circle(turn, handleSize + 2, "handle turn", "turn");
     for (const name of sides) {

@@ -2,6 +2,7 @@
 import type { Artwork } from "../artwork/artwork";
 import { ownMatrix, matrixText, pageMatrix, type Point } from "../artwork/geometry";
 import { numberText } from "../artwork/numbers";
+import { isEditable } from "../artwork/kinds";
 import { dropStyle } from "../artwork/colours";
 import { placeForNew } from "./arrange";
 import type { Context } from "./context";
@@ -71,6 +72,7 @@ export class Pictures {
   // Keeps place and size; with its own shape it is as large as fits.
   async replace(image: SVGImageElement, file: Blob, keepsShape = false): Promise<void> {
     await this.#with(file, (artwork, picture) => {
+      if (!artwork.root.contains(image) || !isEditable(image)) return;
       artwork.run("Replace picture", () => {
         setAddress(artwork, image, picture.address);
         for (const name of ["image-rendering", "data-image-rendering"]) artwork.set(image, name, null);

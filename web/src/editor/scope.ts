@@ -1,7 +1,7 @@
 // What a click takes: the outermost group, but for those that only hold the page together, and not beyond the group that
 // was gone into by a double click.
 import { pageSize } from "../artwork/geometry";
-import { graphicChildren } from "../artwork/kinds";
+import { graphicChildren, isDrawnLetters } from "../artwork/kinds";
 import { isLayer } from "../artwork/layers";
 
 // Part of the page's width and height from which a group of several things is taken for the page itself.
@@ -10,7 +10,7 @@ const pageLike = 0.6;
 // Whether a click goes through the group to what is in it: layers, and groups around the whole page.
 export function isThrough(element: Element, root: SVGSVGElement): boolean {
   if (isLayer(element)) return true;
-  if (element.localName !== "g" || element.hasAttribute("data-source") && !element.hasAttribute("data-form")) return false;
+  if (element.localName !== "g" || isDrawnLetters(element)) return false;
   const known = answers.get(element);
   if (known !== undefined) return known;
   const answer = holdsThePage(element as SVGGElement, root);

@@ -58,6 +58,7 @@ export class TextEditing {
     if (letters === null || artwork === null) return;
     this.#letters = null;
     this.#layer.clear();
+    this.#context.say("");
     const hadFocus = document.activeElement === this.#field;
     this.#field.hidden = true;
     const isEmpty = letters.string === "";

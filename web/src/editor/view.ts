@@ -40,9 +40,9 @@ export class View extends EventTarget {
 
   get zoom(): number { return this.#zoom; }
 
-  show(root: SVGSVGElement | null): void {
+  show(root: SVGSVGElement | null, isSame: boolean): void {
     this.#paper.hidden = root === null;
-    if (root === null) return;
+    if (root === null || isSame) return;
     this.#page = pageSize(root);
     this.#paper.style.width = `${this.#page.width}px`;
     this.#paper.style.height = `${this.#page.height}px`;
@@ -151,12 +151,14 @@ function box(name: string): HTMLElement {
   return element;
 }
 
-// The root is as large as the paper whatever it says itself; what is locked lets clicks through.
+// The root is as large as the paper whatever it says itself; invisible letters can be clicked; what is locked lets clicks
+// through.
 const shadowRules = `
 :host { all: initial; }
-:host > svg, svg:first-child:last-child { position: absolute !important; inset: 0 !important; width: 100% !important;
+:host > svg { position: absolute !important; inset: 0 !important; width: 100% !important;
   height: 100% !important; margin: 0 !important; transform: none !important; overflow: hidden !important; display: block !important; }
 [data-locked="true"]:not([data-annotations]), [data-locked="true"]:not([data-annotations]) *,
 [*|insensitive="true"]:not([data-annotations]), [*|insensitive="true"]:not([data-annotations]) * { pointer-events: none !important; }
+text { pointer-events: visible; }
 svg { -webkit-user-select: none; user-select: none; cursor: inherit; }
 `;

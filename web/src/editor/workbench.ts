@@ -8,6 +8,7 @@ import type { Context, ToolName } from "./context";
 import type { Gesture } from "./gestures";
 import { Guides } from "./guides";
 import { Handles } from "./handles";
+import { Hover } from "./hover";
 import { Keys } from "./keys";
 import { Overlay } from "./overlay";
 import { Panel } from "./panel/panel";
@@ -38,6 +39,7 @@ export class Workbench implements Context, Parts {
   readonly #live = document.createElement("p");
   #artwork: Artwork | null = null;
   #tool: ToolName = "select";
+  #seen: string | null = null;
 
   constructor(canvas: HTMLElement, panel: HTMLElement, toolbar: HTMLElement, tell: Tell) {
     this.#tell = tell;
@@ -46,6 +48,7 @@ export class Workbench implements Context, Parts {
     this.arranging = new Arranging(this);
     this.pictures = new Pictures(this);
     const guides = new Guides(this);
+    new Hover(this);
     this.#handles = new Handles(this);
     this.#typing = new TextEditing(this);
     this.#pointer = new Pointer(this, this.#handles, guides, {
@@ -90,11 +93,18 @@ export class Workbench implements Context, Parts {
     } finally {
       const artwork = this.#artwork;
       this.boxes.show(artwork);
-      this.view.show(artwork?.root ?? null);
+      this.#look(artwork?.root ?? null);
       artwork?.addEventListener("change", () => this.#changed());
       this.tool = "select";
       this.#changed();
     }
+  }
+
+  // The same page, opened again, is seen as it was.
+  #look(root: SVGSVGElement | null): void {
+    const name = root === null ? null : ["data-file", "data-page", "viewBox"].map(key => root.getAttribute(key)).join("\n");
+    this.view.show(root, name !== null && name === this.#seen);
+    if (name !== null) this.#seen = name;
   }
 
   select(elements: readonly SVGElement[]): void {

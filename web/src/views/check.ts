@@ -18,7 +18,7 @@ export interface Check {
 
 // `saved` is the drawing that was saved; `file` and `page` say where.
 export async function checkSaved(desk: Desk, server: Server, file: string, page: number, saved: string): Promise<Check> {
-  const loaded = await desk.loadAgain(page);
+  const loaded = await desk.loadAgain(file, page);
   const trial = await server.trial(file, page, loaded.svg);
   if (trial.error !== null || trial.nothing !== true) {
     return { loaded, fault: "the page, opened again, is not taken as unchanged" };

@@ -29,6 +29,7 @@ export class Desk extends EventTarget {
   #page = 0;
   #report: OpenReport | null = null;
   #loading: AbortController | null = null;
+  #isWriting = false;
   readonly #works = new Map<string, Work>();
 
   constructor(readonly server: Server, readonly editor: Editor) {
@@ -54,6 +55,10 @@ export class Desk extends EventTarget {
   }
   get isBusy(): boolean {
     return this.#loading !== null;
+  }
+  // Whether this tab itself is changing the file.
+  get isWriting(): boolean {
+    return this.#isWriting;
   }
 
   // Whether `page` of the open file has work that is not saved.
@@ -134,11 +139,20 @@ export class Desk extends EventTarget {
     this.#tell("work");
   }
 
-  // The page as the file has it now; what is shown stays.
-  async loadAgain(page: number): Promise<LoadedPage> {
-    const file = this.#file?.id ?? "";
+  // A page as the file has it now; what is shown stays.
+  async loadAgain(file: string, page: number): Promise<LoadedPage> {
     const opening = await this.server.open(file, page);
     return { svg: await this.server.artwork(opening.artwork), report: opening.report };
+  }
+
+  // Runs what changes the file.
+  async writing<Answer>(run: () => Promise<Answer>): Promise<Answer> {
+    this.#isWriting = true;
+    try {
+      return await run();
+    } finally {
+      this.#isWriting = false;
+    }
   }
 
   // Letters that are being typed become a change.

@@ -144,7 +144,7 @@ export class HistoryView {
       return;
     }
     try {
-      const report = await desk.server.revert(desk.file?.id ?? "");
+      const report = await desk.writing(() => desk.server.revert(desk.file?.id ?? ""));
       this.#dialog?.close();
       await this.#finish(report.takenOff);
     } catch (error) {

@@ -15,11 +15,10 @@ export function watchServer(heartbeat: Heartbeat, desk: Desk, messages: Messages
   };
   heartbeat.addEventListener("lost", () => tell(
     "The program does not answer any more: it was ended, or this machine slept.",
-    "If it does not come back, download the page as SVG, start the program again, and save the file with " +
-    "\"corvane save PAGE.svg FILE.pdf\"."));
+    "As an SVG file it can be saved by \"corvane save PAGE.svg FILE.pdf\"."));
   heartbeat.addEventListener("foreign", () => tell(
     "The program was started anew, and this tab belongs to the one before.",
-    "Open the address that it prints; download work of this tab as SVG, and save it with \"corvane save PAGE.svg FILE.pdf\"."));
+    "Open the address that it prints. As an SVG file the work can be saved by \"corvane save PAGE.svg FILE.pdf\"."));
   heartbeat.addEventListener("found", () => {
     messages.settle("lost");
     messages.say("The program is there again.");

@@ -54,6 +54,11 @@ export class PageList {
     });
   }
 
+  // The server is there again.
+  retry(): void {
+    this.#thumbnails.retry();
+  }
+
   #setPages(): void {
     if (this.#pages === this.desk.pages) {
       return;

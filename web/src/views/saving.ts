@@ -12,8 +12,8 @@ import type { Header } from "./header";
 import type { Messages } from "./messages";
 import { askPassword } from "./password";
 import { refusal } from "./refusals";
-import { appended, describeSave, lossSentences, shortSummary } from "./save-words";
-import { plain, size } from "./words";
+import { appended, describeSave, lossSentences, shortSummary } from "./save_words";
+import { plain, sentence, size } from "./words";
 
 type Step = "save" | "force" | "mend" | "password" | "beside" | "download";
 
@@ -33,7 +33,7 @@ export class Saving {
       return false;
     }
     this.#isRunning = true;
-    const dialog = new Dialog(`Save page ${this.desk.page} of ${this.desk.file.name}`, "save-dialog");
+    const dialog = new Dialog(this.#title, "save-dialog");
     try {
       return await this.#run(dialog, this.desk.editor.text());
     } catch (error) {
@@ -99,6 +99,7 @@ export class Saving {
       await dialog.choose([{ answer: true, label: "Close", look: "primary" }]);
       return "nothing";
     }
+    dialog.title = this.#title;
     dialog.fill(describeSave(report, this.#place.file.name));
     return await dialog.choose<Step | undefined>([
       { answer: undefined, label: "Cancel" }, { answer: "save", label: "Save", look: "primary" },
@@ -111,7 +112,7 @@ export class Saving {
     const forced = why.canForce ? await this.#trial(dialog, svg, { ...ways, force: true }) : null;
     const canForce = forced !== null && forced.error === null;
     dialog.title = why.title;
-    dialog.fill(make("p", { text: why.text }), ...(canForce ? [forcedText(forced)] : []),
+    dialog.fill(make("p", { text: why.text }), ...(canForce ? [forcedText(forced, why.isConflict)] : []),
       ...(forced?.error ? [make("p", { text: plain(forced.error.sentence) })] : []));
     const choices: Choice<Step | undefined>[] = [
       { answer: "download", label: "Download as SVG" }, { answer: undefined, label: "Cancel" },
@@ -150,7 +151,7 @@ export class Saving {
     this.messages.say(`Saving page ${page} ...`);
     this.header.showState("saving");
     try {
-      return await server.save(file.id, page, svg, ways);
+      return await this.desk.writing(() => server.save(file.id, page, svg, ways));
     } catch (error) {
       this.header.showState("failed");
       this.messages.say("");
@@ -214,6 +215,11 @@ export class Saving {
     }
   }
 
+  get #title(): string {
+    const { file, page } = this.#place;
+    return `Save page ${page} of ${file.name}`;
+  }
+
   get #place() {
     const { server, file, page } = this.desk;
     if (file === null) {
@@ -223,10 +229,11 @@ export class Saving {
   }
 }
 
-function forcedText(report: SaveReport): HTMLElement {
-  const losses = lossSentences(report);
+function forcedText(report: SaveReport, isConflict: boolean): HTMLElement {
+  const undone = isConflict ? ["What was changed on this page meanwhile is undone."] : [];
+  const losses = [...undone, ...lossSentences(report)];
   return make("div", { class: "forced" },
     make("h3", { text: "If it is saved all the same" }),
-    make("p", { text: `${shortSummary(report)}.` }),
+    make("p", { text: sentence(shortSummary(report)) }),
     losses.length === 0 ? null : make("ul", { class: "sentences" }, ...losses.map((text) => make("li", { text }))));
 }

@@ -69,6 +69,12 @@ export class Thumbnails<Picture extends Sized> {
     this.#begin();
   }
 
+  // Pictures that could not be made may be possible by now.
+  retry(): void {
+    this.#failed.clear();
+    this.#begin();
+  }
+
   clear(): void {
     this.want([]);
     this.#failed.clear();

@@ -30,6 +30,8 @@ class Views {
   readonly #chooser: FileChooser;
   readonly #heartbeat: Heartbeat;
   #files: readonly ListedFile[] = [];
+  // The file and page that the header speaks of.
+  #place = "";
   #isLeaving = false;
 
   constructor(readonly shell: Shell, readonly editor: Editor, readonly server: Server, readonly keys: readonly KeyHelp[]) {
@@ -37,7 +39,8 @@ class Views {
     this.#desk = new Desk(server, editor);
     this.#saving = new Saving(this.#desk, shell.header, shell.messages);
     this.#history = new HistoryView(this.#desk, shell.messages);
-    new PageList(this.#desk, shell.pages, (page) => void this.#go(page));
+    const list = new PageList(this.#desk, shell.pages, (page) => void this.#go(page));
+    this.#heartbeat.addEventListener("found", () => list.retry());
     this.#layers = new LayerList(editor, shell.layers, badgeOf(shell.layers));
     this.#chooser = new FileChooser(shell.chooser, (file) => void this.#openFile(file, 1),
       (file) => this.#desk.hasWorkIn(file.id));
@@ -98,6 +101,11 @@ class Views {
       if (desk.page > 0) {
         history.replaceState(null, "", pageAddress(desk.file.id, desk.page));
       }
+    }
+    const place = `${desk.file?.id ?? ""}/${desk.page}`;
+    if (place !== this.#place) {
+      this.#place = place;
+      shell.header.showState("none");
     }
     showNotes(shell.notes, badgeOf(shell.notes), desk.report, desk.info);
     this.#layers.draw();
@@ -214,6 +222,9 @@ class Views {
     this.shell.desk.hidden = false;
     this.shell.messages.settle("differs", "unchecked", "unsaved");
     await this.#attempt(`${file.name} cannot be opened`, () => this.#desk.openFile(file, page));
+    if (document.activeElement === document.body) {
+      this.shell.canvas.querySelector<HTMLElement>("[tabindex='0']")?.focus();
+    }
   }
 
   #choose(): void {

@@ -23,7 +23,7 @@ export class Watch {
     const known = this.#known;
     const changes = this.#changes;
     const found = known === null ? undefined : await this.#ask(known.id);
-    if (known === null || known !== this.#known || changes !== this.#changes) {
+    if (known === null || known !== this.#known || changes !== this.#changes || this.desk.isWriting) {
       return;
     }
     if (found !== undefined && (found.size !== known.size || found.modified !== known.modified)) {

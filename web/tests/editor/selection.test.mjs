@@ -7,7 +7,8 @@ const editor = withEditor();
 
 const square = (id, x, y, more = "") => `<path id="${id}" fill="#336699" d="M${x} ${y}H${x + 40}V${y + 40}H${x}Z" ${more}/>`;
 const page = `${square("a", 20, 20)}${square("b", 100, 20)}<g id="g">${square("c", 20, 100)}<g id="h">${square("d", 100, 100)}${square("e", 160, 100)}</g></g>
-  <path id="thin" fill="none" stroke="#000000" stroke-width=".5" d="M300 20V200"/>`;
+  <path id="thin" fill="none" stroke="#000000" stroke-width=".5" d="M300 20V200"/>
+  <text id="unseen" x="400" y="210" font-size="40" fill="none">HHHH</text>`;
 
 test("clicks", async () => {
   await editor.show(page);
@@ -16,7 +17,7 @@ test("clicks", async () => {
     [[120, 40], { modifiers: ["Shift"] }, ["a", "b"]],
     [[40, 40], { modifiers: ["Shift"] }, ["b"]],
     [[120, 120], {}, ["g"]],
-    [[303, 90], {}, ["thin"]], [[306, 90], {}, []],
+    [[303, 90], {}, ["thin"]], [[306, 90], {}, []], [[410, 200], {}, ["unseen"]],
     [[500, 400], {}, []],
   ];
   for (const [[x, y], { modifiers = [] }, expected] of steps) {
@@ -60,7 +61,7 @@ test("a rectangle selects what is wholly in it", async () => {
 test("the keyboard goes from object to object, into groups, and away from the page", async () => {
   await editor.show(page);
   const steps = [["Tab", ["a"]], ["Tab", ["b"]], ["Tab", ["g"]], ["Shift+Tab", ["b"]], ["Tab", ["g"]], ["Enter", ["c"]], ["Tab", ["h"]],
-    ["Escape", ["g"]], ["Control+a", ["a", "b", "g", "thin"]], ["Escape", []]];
+    ["Escape", ["g"]], ["Control+a", ["a", "b", "g", "thin", "unseen"]], ["Escape", []]];
   for (const [key, expected] of steps) {
     await editor.press(key);
     assert.deepEqual(await editor.ids(), expected, key);
@@ -92,6 +93,17 @@ test("what cannot be changed says why", async () => {
   assert.equal(await editor.text(), svg);
 });
 
+test("letters that are drawings are one thing", async () => {
+  const svg = await editor.show(`<g id="t3" data-source="5 9 1 a434">${square("a", 20, 20)}${square("b", 80, 20)}</g>`);
+  await editor.click(40, 40, { clickCount: 2 });
+  assert.deepEqual(await editor.ids(), ["a"]);
+  assert.match(await editor.page.evaluate(() => told.limits.join()), /only as a whole/);
+  await editor.press("ArrowRight", "Delete");
+  assert.equal(await editor.text(), svg);
+  await editor.press("Escape", "ArrowRight");
+  assert.equal(await editor.value("t3", "transform"), "translate(1 0)");
+});
+
 test("a screen reader hears what is selected", async () => {
   await editor.show(`${square("a", 20, 20)}<text id="t" x="20" y="200" font-size="20">Hello  there</text><image id="i" x="200" y="20" width="9" height="9" href="data:image/png;base64,"/>`);
   const live = () => editor.page.locator("[aria-live=polite]").last().textContent();
@@ -103,4 +115,20 @@ test("a screen reader hears what is selected", async () => {
   await editor.press("Control+a");
   words.push(await live());
   assert.deepEqual(words, ["Shape", "Text “Hello there”", "Picture", "1 shape, 1 text and 1 picture"]);
+});
+
+test("a page that is opened again is seen as it was, another one as a whole", async () => {
+  const svg = (await editor.show(page)).replace("data-producer", "data-file=\"a.pdf\" data-page=\"1\" data-producer");
+  const seen = text => editor.page.evaluate(next => {
+    if (next !== null) editor.show(next);
+    return document.querySelector(".artwork-mover").style.transform + document.querySelector(".artwork-paper").style.transform;
+  }, text);
+  const whole = await seen(svg);
+  await editor.press("1");
+  await editor.page.mouse.wheel(20, 30);
+  await editor.page.waitForTimeout(300);
+  const before = await seen(null);
+  assert.notEqual(before, whole);
+  assert.equal(await seen(svg.replace("#336699", "#000000")), before);
+  assert.equal(await seen(svg.replace("data-page=\"1\"", "data-page=\"2\"")), whole);
 });

@@ -2,9 +2,9 @@
 
 import { writeFileSync } from "node:fs";
 
-// A page: what it shows, its size, and what else its dictionary says.
-export function page(content, { width = 300, height = 400, extra = "" } = {}) {
-  return { content, width, height, extra };
+// A page: what it shows, its size, and what else its dictionary and its resources say.
+export function page(content, { width = 300, height = 400, extra = "", resources = "" } = {}) {
+  return { content, width, height, extra, resources };
 }
 
 // Pages as the text of a file; `more` are objects behind them, whose numbers `firstMore` begins.
@@ -15,9 +15,9 @@ export function pdf(pages, { catalog = "", more = [] } = {}) {
     `<< /Type /Pages /Count ${pages.length} /Kids [${pages.map((_, index) => `${first + 2 * index} 0 R`).join(" ")}] >>`,
     "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>",
   ];
-  pages.forEach(({ content, width, height, extra }, index) => {
+  pages.forEach(({ content, width, height, extra, resources }, index) => {
     objects.push(`<< /Type /Page /Parent 2 0 R /MediaBox [0 0 ${width} ${height}] /Contents ${first + 2 * index + 1} 0 R ` +
-      `/Resources << /Font << /F1 3 0 R >> >> ${extra} >>`);
+      `/Resources << /Font << /F1 3 0 R >> ${resources} >> ${extra} >>`);
     objects.push(`<< /Length ${content.length} >>\nstream\n${content}\nendstream`);
   });
   objects.push(...more);

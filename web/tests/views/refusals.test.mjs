@@ -1,4 +1,6 @@
 import assert from "node:assert/strict";
+import { spawn } from "node:child_process";
+import { once } from "node:events";
 import { readFileSync, writeFileSync } from "node:fs";
 import { after, test } from "node:test";
 import { encryptedPdf } from "./encrypted.mjs";
@@ -154,6 +156,30 @@ test("of two tabs on one page the second to save is told, and can open the page 
   await refusal.getByRole("button", { name: force }).click();
   await state(other, "saved");
   await other.close();
+});
+
+test("a file that another program is saving at the moment is left alone, and saved once it is free", async () => {
+  await openFile("report");
+  const holder = spawn("python3", ["-c", "import fcntl, sys\nfile = open(sys.argv[1], 'r+')\nfcntl.lockf(file, fcntl.LOCK_EX)\n" +
+    "print('held', flush=True)\nsys.stdin.read()", work.path("report.pdf")], { stdio: ["pipe", "pipe", "inherit"] });
+  await once(holder.stdout, "data");
+  const length = readFileSync(work.path("report.pdf")).length;
+  await moveFirst(page);
+  await page.keyboard.press("Control+s");
+  const save = dialog.getByRole("button", { name: "Save", exact: true });
+  const refusal = page.getByRole("dialog", { name: "The file cannot be changed now" });
+  await save.or(refusal).first().waitFor();
+  if (await save.isVisible()) {
+    await save.click();
+  }
+  await refusal.getByRole("button", { name: cancel }).click();
+  await state(page, "failed");
+  assert.equal(readFileSync(work.path("report.pdf")).length, length);
+  holder.stdin.end();
+  await once(holder, "exit");
+  await page.keyboard.press("Control+s");
+  await save.click();
+  await state(page, "saved");
 });
 
 test("no script failed and no resource was refused on the way", () => {

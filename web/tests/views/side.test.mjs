@@ -9,7 +9,13 @@ const map = work.copy("map.pdf");
 writeFileSync(work.path("odd.pdf"), pdf([pdfPage(`${words("Odd")} 1 2 nonsense 0 0 300 20 re f /Tag BMC EMC`,
   { extra: `/Annots [${firstMore(1)} 0 R]` })],
 { more: ["<< /Type /Annot /Subtype /Square /Rect [100 150 200 250] /C [1 0 0] /IC [1 0 0] >>"] }), "latin1");
-const server = await serve(map, work.path("odd.pdf"));
+const nasty = "<img src=x onerror=document.title=1><script>document.title=2</script>";
+writeFileSync(work.path(`${nasty.replaceAll("/", "")}.pdf`), pdf([pdfPage(`/OC /L BDC ${words(nasty)} EMC`,
+  { extra: "/AA << /O << /S /JavaScript /JS (document.title=3) >> >>", resources: `/Properties << /L ${firstMore(1)} 0 R >>` })], {
+  catalog: `/OCProperties << /OCGs [${firstMore(1)} 0 R] /D << >> >> /OpenAction << /S /JavaScript /JS (document.title=4) >>`,
+  more: [`<< /Type /OCG /Name (${nasty}) >>`],
+}), "latin1");
+const server = await serve(work.folder);
 const { page, faults } = await visit(server.address);
 const layer = (name) => page.locator(".layer", { hasText: name });
 
@@ -53,6 +59,23 @@ test("what opening said is listed: warnings, and what the artwork does not hold"
   assert.match(notes, /1 unknown drawing command: kept in the file, cannot be edited here\./);
   assert.match(notes, /1 tag: kept in the file/);
   assert.equal(await page.locator(".notes-section .badge").textContent(), "3");
+});
+
+test("what a file says is text everywhere, never part of the page", async () => {
+  await page.getByRole("button", { name: "Files" }).click();
+  await page.getByRole("button", { name: /onerror/ }).click();
+  await state(page, "unchanged");
+  assert.equal(await page.locator(".file-name").textContent(), `${nasty.replaceAll("/", "")}.pdf`);
+  assert.equal(await page.locator(".layer-name").first().textContent(), nasty);
+  assert.equal(await page.locator(".canvas text").first().textContent(), nasty);
+  await page.getByRole("button", { name: "History" }).click();
+  await page.waitForFunction(() => document.querySelector(".after img")?.naturalWidth > 0);
+  await page.keyboard.press("Escape");
+  assert.match(await page.title(), /^<img .* - Corvane$/);
+  assert.equal(await page.locator("img[src=x], .desk script, .header script").count(), 0);
+  await page.getByRole("button", { name: "Files" }).click();
+  await page.getByRole("button", { name: /odd/ }).click();
+  await state(page, "unchanged");
 });
 
 test("what is shown and cannot be edited says why, once it is selected", async () => {
