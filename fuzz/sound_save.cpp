@@ -144,10 +144,14 @@ void requireSoundPatches(Bytes file, const Choose& choose) {
         require(host.saved().isPatched);
         edited.hasMoved = host.saved().moved > 0;
         once = PluginHost::fileBytes();
-        require(save(host) && !host.saved().isNothing);
+        require(save(host));
         twice = PluginHost::fileBytes();
+        const bool isAppended = !host.saved().isNothing; // as each save of an encrypted file is
+        require(isAppended == (twice != once));
         if (isThorough) {
-            revert(host, once);
+            if (isAppended) {
+                revert(host, once);
+            }
             revert(host, before);
         }
     }

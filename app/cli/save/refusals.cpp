@@ -27,9 +27,10 @@ Fault explainedChange(const Arguments& arguments, const Provenance& source) {
 
 std::string annotationsText(const std::vector<std::string>& names) {
     constexpr std::size_t most = 8;
-    std::string text = std::to_string(names.size()) +
-                       (names.size() == 1 ? " annotation is" : " annotations are") +
-                       " not in the artwork as the file has them (";
+    std::string text = names.size() == 1
+                           ? "1 annotation is not in the artwork as the file has it ("
+                           : std::to_string(names.size()) +
+                                 " annotations are not in the artwork as the file has them (";
     for (std::size_t i = 0; i < std::min(names.size(), most); ++i) {
         text += (i == 0 ? "" : ", ") + names[i];
     }

@@ -74,7 +74,7 @@ for (const [name, what, change, title, buttons, said] of [
   ["report", "a letter that no font has", (svg) => svg.replace(/(>)A (busy|better) /, "$1\u{10FF00} "),
     "This change cannot be made", [download, cancel], /has the letter/],
   ["annotated", "an annotation", (svg) => svg.replaceAll("#ff0000", "#00ff00"),
-    "Annotations were changed", [download, cancel, force], /changed or deleted/],
+    "Annotations were changed", [download, cancel, force], /not in the artwork as the file has it/],
   ["certified", "a certified file", (svg) => svg, "The file is certified", [download, cancel, force], /author's signature/],
 ]) {
   test(`${what}: refused, said in words, with the ways out that there are`, async () => {
