@@ -1,37 +1,44 @@
 // An SVG drawn into pixels by the browser: for small pictures of pages, and to compare two drawings.
 
-// The browser draws an image all at once, and nothing else happens meanwhile: a hundredth of a second for
-// each 1,000 elements, and more for what they hold.
-const mostElements = 8_000;
-const mostCharacters = 8_000_000;
+import { countElements, pieces } from "./pieces";
 
-// Whether drawing it into pixels would be felt.
+// A piece takes a few hundredths of a second, in which nothing else happens.
+const pieceElements = 1500;
+const mostElements = 200_000;
+const mostCharacters = 40_000_000;
+
+// Whether drawing it into pixels would be felt all the same.
 export function isHeavy(svg: string): boolean {
-  let elements = 0;
-  for (let at = svg.indexOf("<"); at >= 0 && elements <= mostElements; at = svg.indexOf("<", at + 1)) {
-    elements += svg[at + 1] === "/" ? 0 : 1;
-  }
-  return elements > mostElements || svg.length > mostCharacters;
+  return svg.length > mostCharacters || countElements(svg, mostElements) >= mostElements ||
+    (svg.includes("mix-blend-mode") && countElements(svg, 4 * pieceElements) >= 4 * pieceElements);
 }
 
-// Draws `svg` over a canvas of the given size, on white paper.
-export async function drawn(svg: string, width: number, height: number): Promise<HTMLCanvasElement> {
+// Draws `svg` over a canvas of the given size, on white paper, piece by piece.
+export async function drawn(svg: string, width: number, height: number, signal?: AbortSignal): Promise<HTMLCanvasElement> {
+  const canvas = document.createElement("canvas");
+  canvas.width = width;
+  canvas.height = height;
+  const brush = canvas.getContext("2d");
+  if (brush === null) {
+    throw new Error("this browser does not draw");
+  }
+  brush.fillStyle = "#fff";
+  brush.fillRect(0, 0, width, height);
+  for (const piece of pieces(svg, pieceElements)) {
+    await paint(brush, piece);
+    await new Promise((resolve) => setTimeout(resolve));
+    signal?.throwIfAborted();
+  }
+  return canvas;
+}
+
+async function paint(brush: CanvasRenderingContext2D, svg: string): Promise<void> {
   const address = URL.createObjectURL(new Blob([svg], { type: "image/svg+xml" }));
   const image = new Image();
   try {
     image.src = address;
     await image.decode();
-    const canvas = document.createElement("canvas");
-    canvas.width = width;
-    canvas.height = height;
-    const brush = canvas.getContext("2d");
-    if (brush === null) {
-      throw new Error("this browser does not draw");
-    }
-    brush.fillStyle = "#fff";
-    brush.fillRect(0, 0, width, height);
-    brush.drawImage(image, 0, 0, width, height);
-    return canvas;
+    brush.drawImage(image, 0, 0, brush.canvas.width, brush.canvas.height);
   } finally {
     URL.revokeObjectURL(address);
   }
