@@ -63,6 +63,7 @@ public:
             become(input, output, errors);
         }
         const int error = errno;
+        setpgid(process, process); // also here: who is first is not known
         pthread_sigmask(SIG_SETMASK, &former, nullptr);
         errno = error;
         return process;
