@@ -125,6 +125,7 @@ export class Workbench implements Context, Parts {
 
   settle(): void {
     this.#typing.finish();
+    this.#panel.settle();
     if (!this.#pointer.isBusy) this.#artwork?.commit();
   }
 

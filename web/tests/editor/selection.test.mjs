@@ -61,7 +61,7 @@ test("a rectangle selects what is wholly in it", async () => {
 test("the keyboard goes from object to object, into groups, and away from the page", async () => {
   await editor.show(page);
   const steps = [["Tab", ["a"]], ["Tab", ["b"]], ["Tab", ["g"]], ["Shift+Tab", ["b"]], ["Tab", ["g"]], ["Enter", ["c"]], ["Tab", ["h"]],
-    ["Escape", ["g"]], ["Control+a", ["a", "b", "g", "thin", "unseen"]], ["Escape", []]];
+    ["Escape", ["g"]], ["a", ["g"]], ["Shift+Tab", ["g", "b"]], ["Shift+Tab", ["g", "a"]], ["a", ["g", "a"]], ["Tab", ["g", "a", "b"]], ["Control+a", ["a", "b", "g", "thin", "unseen"]], ["Escape", []]];
   for (const [key, expected] of steps) {
     await editor.press(key);
     assert.deepEqual(await editor.ids(), expected, key);
