@@ -40,19 +40,45 @@ test("pieces hold every element once, in groups as they were, behind what they r
   assert.equal(countElements(`${root}${shapes(30)}</svg>`, 7), 7);
 });
 
-test("pages drawn in pieces look as they do when drawn at once", async () => {
+// A page of the browser with a module of ours as `made`.
+async function withModule(path) {
   const made = await build({
-    entryPoints: [fileURLToPath(new URL("../../src/views/pieces.ts", import.meta.url))],
+    entryPoints: [fileURLToPath(new URL(`../../src/${path}`, import.meta.url))],
     bundle: true, format: "iife", globalName: "made", write: false, logLevel: "warning",
   });
   const { page } = await visit("about:blank");
   await page.evaluate(made.outputFiles[0].text.replace("var made", "globalThis.made"));
+  return page;
+}
+
+function opened(file) {
+  const art = work.path(`${file.split("/").at(-1)}.svg`);
+  assert.equal(command("open", file, "-o", art, "--images", "embed").error, null);
+  return readFileSync(art, "utf8");
+}
+
+test("the first drawing of a page has the fonts of the page already", async () => {
+  const page = await withModule("views/drawing.ts");
+  // Without it the letter would be another, as wide as the page.
+  const style = /<style>[^]*?<\/style>/.exec(opened(example("report.pdf")))[0];
+  const family = /font-family:('[^']*')/.exec(style)[1];
+  const svg = `<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 300 420">${style}` +
+    `<text y="300" font-size="300" font-family="${family},monospace">m</text></svg>`;
+  const different = await page.evaluate(async (text) => {
+    const pixels = (canvas) => canvas.getContext("2d").getImageData(0, 0, 300, 420).data;
+    const first = pixels(await globalThis.made.drawn(text, 300, 420));
+    await new Promise((resolve) => setTimeout(resolve, 300));
+    return globalThis.made.lostPixels(first, pixels(await globalThis.made.drawn(text, 300, 420)), 300, 40);
+  }, svg);
+  assert.equal(different, 0);
+});
+
+test("pages drawn in pieces look as they do when drawn at once", async () => {
+  const page = await withModule("views/pieces.ts");
   writeFileSync(work.path("clipped.pdf"), pdf([pdfPage("q 50 50 200 300 re W n .9 .2 .2 rg 0 0 150 400 re f 0 0 1 rg 150 0 150 400 re f Q " +
     "q 100 100 100 100 re W n 0 1 0 rg 0 0 300 400 re f 0 g 120 120 20 20 re f Q 0 g 0 0 20 20 re f")]), "latin1");
   const files = ["report", "map", "invoice", "harbour", "scan", "turned"].map((name) => example(`${name}.pdf`));
   for (const file of [...files, work.path("clipped.pdf")]) {
-    const opened = work.path(`${file.split("/").at(-1)}.svg`);
-    assert.equal(command("open", file, "-o", opened, "--images", "embed").error, null);
     const [count, different] = await page.evaluate(async (svg) => {
       const draw = async (parts) => {
         const canvas = Object.assign(document.createElement("canvas"), { width: 400, height: 500 });
@@ -68,7 +94,7 @@ test("pages drawn in pieces look as they do when drawn at once", async () => {
       const parts = [...globalThis.made.pieces(svg, 5)];
       const [once, cut] = [await draw([svg]), await draw(parts)];
       return [parts.length, once.filter((level, at) => Math.abs(level - cut[at]) > 8).length];
-    }, readFileSync(opened, "utf8"));
+    }, opened(file));
     assert.ok(count > 1 || /harbour|turned|scan/.test(file), `${file} is ${count} pieces`);
     assert.ok(different <= 40, `${file}: ${different} levels differ`);
   }
