@@ -57,22 +57,6 @@ function opened(file) {
   return readFileSync(art, "utf8");
 }
 
-test("the first drawing of a page has the fonts of the page already", async () => {
-  const page = await withModule("views/drawing.ts");
-  // Without it the letter would be another, as wide as the page.
-  const style = /<style>[^]*?<\/style>/.exec(opened(example("report.pdf")))[0];
-  const family = /font-family:('[^']*')/.exec(style)[1];
-  const svg = `<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 300 420">${style}` +
-    `<text y="300" font-size="300" font-family="${family},monospace">m</text></svg>`;
-  const different = await page.evaluate(async (text) => {
-    const pixels = (canvas) => canvas.getContext("2d").getImageData(0, 0, 300, 420).data;
-    const first = pixels(await globalThis.made.drawn(text, 300, 420));
-    await new Promise((resolve) => setTimeout(resolve, 300));
-    return globalThis.made.lostPixels(first, pixels(await globalThis.made.drawn(text, 300, 420)), 300, 40);
-  }, svg);
-  assert.equal(different, 0);
-});
-
 test("pages drawn in pieces look as they do when drawn at once", async () => {
   const page = await withModule("views/pieces.ts");
   writeFileSync(work.path("clipped.pdf"), pdf([pdfPage("q 50 50 200 300 re W n .9 .2 .2 rg 0 0 150 400 re f 0 0 1 rg 150 0 150 400 re f Q " +
