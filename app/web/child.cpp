@@ -2,7 +2,6 @@
 
 #include "app/cli/fault.h"
 #include "app/cli/programs/spawning.h"
-#include "app/cli/programs/stream_actions.h"
 #include "app/cli/terminal/secret_text.h"
 #include "app/web/limits.h"
 #include "toolbox/descriptor.h"
@@ -38,50 +37,98 @@ Pipe newPipe() {
     return {Descriptor(ends[0]), Descriptor(ends[1])};
 }
 
-void limit(pid_t process, __rlimit_resource resource, rlim_t most) {
-    const rlimit both{most, most + 1}; // the first is told by a signal of its own
-    prlimit(process, resource, &both, nullptr);
-}
-
-/// The process runs already, for less than a millisecond: it has opened nothing yet.
-void limitAll(pid_t process, const ChildWish& wish) {
-#ifndef __SANITIZE_ADDRESS__ // which takes terabytes of addresses for itself
-    limit(process, RLIMIT_AS, limits::memory);
-#endif
-    limit(process, RLIMIT_CPU, static_cast<rlim_t>(wish.time.count()));
-    if (wish.fileSize) {
-        limit(process, RLIMIT_FSIZE, static_cast<rlim_t>(*wish.fileSize));
+/// What a process begins with: made before there is one, since in a copy of a process with threads
+/// nothing may be done but system calls.
+class Start {
+public:
+    Start(const std::string& program, const ChildWish& wish)
+        : program_(program), time_(static_cast<rlim_t>(wish.time.count())),
+          fileSize_(wish.fileSize ? static_cast<rlim_t>(*wish.fileSize) : RLIM_INFINITY) {
+        words_.insert(words_.end(), wish.words.begin(), wish.words.end());
+        pointers_ = spawnWords(words_);
+        if (wish.password) {
+            withoutPassword_ = environmentWithoutPassword();
+            environment_ = withoutPassword_.data();
+        }
     }
-    limit(process, RLIMIT_CORE, 0); // a page's contents stay private
-}
+
+    /// The process, a group of its own; negative, with `errno`, where there can be none.
+    pid_t run(int input, int output, int errors) const {
+        sigset_t all;
+        sigset_t former;
+        sigfillset(&all);
+        pthread_sigmask(SIG_SETMASK, &all, &former); // our handlers are not for it
+        const pid_t process = fork();
+        if (process == 0) {
+            become(input, output, errors);
+        }
+        const int error = errno;
+        setpgid(process, process); // also here: who is first is not known
+        pthread_sigmask(SIG_SETMASK, &former, nullptr);
+        errno = error;
+        return process;
+    }
+
+private:
+    [[noreturn]] void become(int input, int output, int errors) const {
+        setpgid(0, 0);
+        signal(SIGPIPE, SIG_DFL);
+        signal(SIGXFSZ, SIG_DFL);
+        limitAll();
+        const bool isReady = dup2(input, STDIN_FILENO) >= 0 && dup2(output, STDOUT_FILENO) >= 0 &&
+                             dup2(errors, STDERR_FILENO) >= 0 &&
+                             close_range(STDERR_FILENO + 1, ~0U, 0) == 0;
+        sigset_t none;
+        sigemptyset(&none);
+        sigprocmask(SIG_SETMASK, &none, nullptr);
+        if (isReady) {
+            execve(program_.c_str(), pointers_.data(), environment_);
+        }
+        _exit(127); // as shells say it
+    }
+
+    void limitAll() const {
+#ifndef __SANITIZE_ADDRESS__ // which takes terabytes of addresses for itself
+        limit(RLIMIT_AS, limits::memory);
+#endif
+        limit(RLIMIT_CPU, time_);
+        limit(RLIMIT_FSIZE, fileSize_);
+        limit(RLIMIT_CORE, 0); // a page's contents stay private
+    }
+
+    static void limit(__rlimit_resource resource, rlim_t most) {
+        rlimit both{};
+        getrlimit(resource, &both);
+        // The end of a process's time is told by a signal of its own a second before it is ended.
+        const rlim_t last = resource == RLIMIT_CPU ? most + 1 : most;
+        both.rlim_max = std::min(both.rlim_max, last);
+        both.rlim_cur = std::min(both.rlim_max, most);
+        setrlimit(resource, &both);
+    }
+
+    const std::string& program_;
+    rlim_t time_;
+    rlim_t fileSize_;
+    std::vector<std::string> words_{"corvane"};
+    std::vector<char*> pointers_;
+    std::vector<char*> withoutPassword_;
+    char* const* environment_ = environ;
+};
 
 class Child {
 public:
     Child(const std::string& program, const ChildWish& wish)
         : wish_(wish), deadline_(Clock::now() + wish.time) {
         Pipe output = newPipe();
-        StreamActions streams;
+        const Descriptor nothing(open("/dev/null", O_RDWR | O_CLOEXEC));
         const Descriptor password = openPassword();
-        if (password) {
-            streams.duplicate(password.number(), STDIN_FILENO);
-        } else {
-            streams.open(STDIN_FILENO, "/dev/null", O_RDONLY);
-        }
-        streams.duplicate(output.writing.number(), STDOUT_FILENO);
-        streams.open(STDERR_FILENO, "/dev/null", O_WRONLY);
-        streams.closeFrom(STDERR_FILENO + 1);
-        std::vector<std::string> words{"corvane"};
-        words.insert(words.end(), wish.words.begin(), wish.words.end());
-        const SpawnAttributes attributes(POSIX_SPAWN_SETPGROUP);
-        const int error = posix_spawn(&process_, program.c_str(), streams.get(), attributes.get(),
-                                      spawnWords(words).data(),
-                                      password ? environmentWithoutPassword().data() : environ);
-        if (error != 0) {
-            throw Failure({code::memory, "no process can be started (" +
-                                             std::generic_category().message(error) +
+        process_ = Start(program, wish)
+                       .run(password ? password.number() : nothing.number(),
+                            output.writing.number(), nothing.number());
+        if (process_ < 0) {
+            throw Failure({code::memory, "no process can be started (" + lastError().message() +
                                              "); close other programs"});
         }
-        limitAll(process_, wish);
         output_ = std::move(output.reading);
         descriptor_ = Descriptor(static_cast<int>(syscall(SYS_pidfd_open, process_, 0)));
     }

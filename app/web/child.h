@@ -27,8 +27,9 @@ struct ChildEnd {
 };
 
 /// Runs `program` and waits for its end. It gets nothing of ours but what is said here, and what it
-/// says on standard error is dropped. It is told to end first, and is ended soon after. Raises
-/// `Failure` where it cannot be started.
+/// says on standard error is dropped. Where it has to go it is told to end first, and is ended soon
+/// after. The status is 127 where there is no such program. Raises `Failure` where there can be no
+/// process.
 ChildEnd runChild(const std::string& program, const ChildWish& wish);
 
 } // namespace corvane

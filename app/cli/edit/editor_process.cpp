@@ -5,6 +5,7 @@
 #include "app/cli/programs/stream_actions.h"
 
 #include <cerrno>
+#include <csignal>
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/syscall.h>
@@ -12,6 +13,34 @@
 #include <unistd.h>
 
 namespace corvane {
+
+namespace {
+
+class Attributes {
+public:
+    Attributes() {
+        posix_spawnattr_init(&attributes_);
+        posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGDEF |
+                                                   POSIX_SPAWN_SETSIGMASK);
+        // What we ignore or block would stay so; what we handle becomes the default of itself.
+        sigset_t signals;
+        sigemptyset(&signals);
+        posix_spawnattr_setsigmask(&attributes_, &signals);
+        sigaddset(&signals, SIGPIPE);
+        sigaddset(&signals, SIGXFSZ);
+        posix_spawnattr_setsigdefault(&attributes_, &signals);
+    }
+    ~Attributes() { posix_spawnattr_destroy(&attributes_); }
+    Attributes(const Attributes&) = delete;
+    Attributes& operator=(const Attributes&) = delete;
+
+    const posix_spawnattr_t* get() const { return &attributes_; }
+
+private:
+    posix_spawnattr_t attributes_{};
+};
+
+} // namespace
 
 std::string endText(const ProgramEnd& end) {
     return end.signal != 0 ? "was ended by signal " + std::to_string(end.signal)
@@ -26,7 +55,7 @@ EditorProcess::EditorProcess(std::vector<std::string> words) {
     streams.open(STDIN_FILENO, "/dev/null", O_RDONLY);
     streams.duplicate(STDERR_FILENO, STDOUT_FILENO);
     streams.closeFrom(STDERR_FILENO + 1);
-    const SpawnAttributes attributes(POSIX_SPAWN_SETSID);
+    const Attributes attributes;
     const int error = posix_spawn(&process_, words.front().c_str(), streams.get(), attributes.get(),
                                   spawnWords(words).data(), environmentWithoutPassword().data());
     if (error != 0) {

@@ -1,6 +1,5 @@
 #include "app/cli/programs/spawning.h"
 
-#include <csignal>
 #include <string_view>
 #include <unistd.h>
 
@@ -25,19 +24,6 @@ std::vector<char*> environmentWithoutPassword() {
     }
     result.push_back(nullptr);
     return result;
-}
-
-SpawnAttributes::SpawnAttributes(short flags) {
-    posix_spawnattr_init(&attributes_);
-    posix_spawnattr_setflags(
-        &attributes_, static_cast<short>(flags | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK));
-    // What we ignore or block would stay so; what we handle becomes the default of itself.
-    sigset_t signals;
-    sigemptyset(&signals);
-    posix_spawnattr_setsigmask(&attributes_, &signals);
-    sigaddset(&signals, SIGPIPE);
-    sigaddset(&signals, SIGXFSZ);
-    posix_spawnattr_setsigdefault(&attributes_, &signals);
 }
 
 } // namespace corvane

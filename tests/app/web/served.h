@@ -200,6 +200,7 @@ public:
 private:
     [[noreturn]] static void start(const std::filesystem::path& folder, const std::string& program,
                                    const Words& words, const Environment& environment, int output) {
+        signal(SIGINT, SIG_DFL); // who runs tests in the background may ignore it
         unsetenv("DISPLAY");
         unsetenv("WAYLAND_DISPLAY");
         unsetenv("CORVANE_WEB_FOLDER");

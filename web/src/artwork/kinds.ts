@@ -83,6 +83,21 @@ export function isEditable(element: SVGElement): boolean {
   return !inAnnotations(element) && !isLocked(element) && !inDrawnLetters(element);
 }
 
+// Those of many that may be changed. What holds for all in one group is asked once.
+export function editableOf(elements: readonly SVGElement[]): SVGElement[] {
+  const within = new Map<Element, boolean>();
+  return elements.filter(element => {
+    const parent = element.parentElement;
+    if (parent === null || isLocked(element, parent)) return false;
+    let answer = within.get(parent);
+    if (answer === undefined) {
+      answer = !isDrawnLetters(parent) && isEditable(parent as Element as SVGElement);
+      within.set(parent, answer);
+    }
+    return answer;
+  });
+}
+
 // Text in a Type 3 font: a group that one operator of the page painted.
 export function isDrawnLetters(element: Element): boolean {
   return element.localName === "g" && element.hasAttribute("data-source") && !element.hasAttribute("data-form");

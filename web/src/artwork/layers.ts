@@ -31,8 +31,9 @@ function saysLocked(element: Element): boolean {
   return element.getAttribute("data-locked") === "true" || insensitive === "true" || insensitive === "1";
 }
 
-export function isLocked(element: Element): boolean {
-  for (let at: Element | null = element; at !== null; at = at.parentElement) if (saysLocked(at)) return true;
+// Below the group that is named, else anywhere around it.
+export function isLocked(element: Element, below: Element | null = null): boolean {
+  for (let at: Element | null = element; at !== below && at !== null; at = at.parentElement) if (saysLocked(at)) return true;
   return false;
 }
 

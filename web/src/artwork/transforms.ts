@@ -28,6 +28,7 @@ export function startOf(artwork: Artwork, element: SVGElement): Start {
 export function transform(artwork: Artwork, start: Start, page: DOMMatrix): void {
   const { element, own, parent } = start;
   const inParent = parent.inverse().multiply(page).multiply(parent);
+  if (![inParent.a, inParent.b, inParent.c, inParent.d, inParent.e, inParent.f].every(Number.isFinite)) return; // squeezed to nothing
   const isMove = near(inParent.a, 1) && near(inParent.d, 1) && near(inParent.b, 0) && near(inParent.c, 0);
   if (start.place !== null && isMove) {
     artwork.set(element, "x", numberText(start.place[0] + inParent.e));

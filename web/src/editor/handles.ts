@@ -18,12 +18,15 @@ const roomForSides = 30; // pixels below which the handles in the middle of side
 export class Handles {
   readonly #context: Context;
   readonly #layer: OverlayLayer;
+  readonly #isTyping: () => boolean;
   #waits = false;
   #preview: DOMMatrix | null = null;
   #frame: Frame | null = null;
 
-  constructor(context: Context) {
+  // While letters are typed, handles would cover them.
+  constructor(context: Context, isTyping: () => boolean) {
     this.#context = context;
+    this.#isTyping = isTyping;
     this.#layer = context.overlay.layer("editor-handles");
     const redraw = (): void => this.redraw();
     context.selection.addEventListener("selection", redraw);
@@ -69,7 +72,7 @@ export class Handles {
     const isEditable = selection.editable.length > 0;
     const onStage: Frame = { box: frame.box, matrix: view.multiply(frame.matrix) };
     this.#layer.polygon(corners(onStage), isEditable ? "frame" : "frame fixed");
-    if (isEditable) this.#drawHandles(widened(onStage));
+    if (isEditable && !this.#isTyping()) this.#drawHandles(widened(onStage));
   }
 
   #isSeen({ x, y }: Point): boolean {

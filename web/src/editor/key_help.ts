@@ -7,6 +7,7 @@ export interface KeyRow {
 
 export const keyHelp: readonly KeyRow[] = [
   { keys: "Tab, Shift+Tab", does: "Next, previous object" },
+  { keys: "A", does: "Keep what is selected: Tab adds to it" },
   { keys: "Enter", does: "Into a group, or into a text" },
   { keys: "Escape", does: "Out again" },
   { keys: "Arrow keys", does: "Move by 1 pt, with Shift by 10" },

@@ -21,13 +21,17 @@ export class Keys {
   readonly #work: KeyWork;
   readonly #byKey = new Map<string, Command>();
   #leaves = false;
+  #kept: readonly SVGElement[] = [];
 
   constructor(work: KeyWork, commands: readonly Command[]) {
     this.#work = work;
     for (const command of commands) this.#byKey.set(keyOf(command.keys), command);
     const { stage } = work.parts.context.view;
     stage.addEventListener("keydown", event => { if (event.target === stage) this.#onStage(event); });
-    work.parts.context.selection.addEventListener("selection", () => { this.#leaves = false; });
+    work.parts.context.selection.addEventListener("selection", () => {
+      this.#leaves = false;
+      if (!this.#kept.every(element => work.parts.context.selection.has(element))) this.#kept = [];
+    });
     stage.addEventListener("focus", () => { this.#leaves = false; });
     document.addEventListener("keydown", event => this.#anywhere(event));
   }
@@ -62,6 +66,7 @@ export class Keys {
       case "Enter": case "F2": return this.#enter();
       case "Backspace": arranging.delete(); return true;
       case "Ctrl+A": context.selection.set(context.boxes.objects(context.selection.scope)); return true;
+      case "A": return this.#keep();
       case "1": context.view.zoomTo(1); return true;
       case "=": context.view.zoomBy(1.25); return true;
       default: return this.#clipboard(event, arranging) || this.#arrow(event);
@@ -123,8 +128,16 @@ export class Keys {
     const at = last === undefined ? (step > 0 ? -1 : objects.length) : objects.indexOf(last as SVGGraphicsElement);
     const next = objects[at + step];
     if (next === undefined) return false;
-    context.selection.set([next]);
+    context.selection.set([...this.#kept, next]);
     this.#reveal(context.boxes.of(next));
+    return true;
+  }
+
+  // Keys select several things: what is kept stays selected while Tab goes on.
+  #keep(): boolean {
+    const { context } = this.#work.parts;
+    this.#kept = context.selection.elements;
+    if (this.#kept.length > 0) context.say("Tab adds to what is selected.");
     return true;
   }
 

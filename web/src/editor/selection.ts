@@ -1,5 +1,5 @@
 // What is selected, and which group was gone into.
-import { isEditable, limitOf, wordsFor } from "../artwork/kinds";
+import { editableOf, limitOf, wordsFor } from "../artwork/kinds";
 
 export interface Limit {
   readonly element: SVGElement;
@@ -13,15 +13,16 @@ export interface SelectionDetail {
   readonly limits: readonly Limit[];
 }
 
-const limitsShown = 20;
+const limitsLooked = 500; // objects
 
 // Event "selection": CustomEvent<SelectionDetail>.
 export class Selection extends EventTarget {
   #elements: readonly SVGElement[] = [];
+  #editable: readonly SVGElement[] | null = null;
   #scope: Element | null = null;
 
   get elements(): readonly SVGElement[] { return this.#elements; }
-  get editable(): readonly SVGElement[] { return this.#elements.filter(isEditable); }
+  get editable(): readonly SVGElement[] { return this.#editable ??= editableOf(this.#elements); }
   get scope(): Element | null { return this.#scope; }
 
   set(elements: readonly SVGElement[]): void {
@@ -46,14 +47,15 @@ export class Selection extends EventTarget {
 
   get detail(): SelectionDetail {
     const limits: Limit[] = [];
-    for (const element of this.#elements) {
-      const sentence = limits.length < limitsShown ? limitOf(element) : null;
+    for (const element of this.#elements.slice(0, limitsLooked)) {
+      const sentence = limitOf(element);
       if (sentence !== null) limits.push({ element, sentence });
     }
     return { elements: this.#elements, words: wordsFor(this.#elements), limits };
   }
 
   #tell(): void {
+    this.#editable = null;
     this.dispatchEvent(new CustomEvent("selection", { detail: this.detail }));
   }
 }

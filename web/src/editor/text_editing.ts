@@ -104,7 +104,8 @@ export class TextEditing {
   }
 
   #key(event: KeyboardEvent): void {
-    event.stopPropagation();
+    // Letters are for the text alone; Ctrl+S and the like are for the page.
+    if (!event.ctrlKey && !event.metaKey && !/^F\d/.test(event.key)) event.stopPropagation();
     if (event.key !== "Enter" && event.key !== "Escape" && event.key !== "Tab") return;
     if (event.isComposing) return;
     event.preventDefault();

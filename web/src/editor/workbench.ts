@@ -49,7 +49,7 @@ export class Workbench implements Context, Parts {
     this.pictures = new Pictures(this);
     const guides = new Guides(this);
     new Hover(this);
-    this.#handles = new Handles(this);
+    this.#handles = new Handles(this, () => this.#typing.isActive);
     this.#typing = new TextEditing(this);
     this.#pointer = new Pointer(this, this.#handles, guides, {
       draw: at => this.#draw(at),
@@ -125,6 +125,7 @@ export class Workbench implements Context, Parts {
 
   settle(): void {
     this.#typing.finish();
+    this.#panel.settle();
     if (!this.#pointer.isBusy) this.#artwork?.commit();
   }
 

@@ -7,7 +7,7 @@ import { differentPixels, drawn, isHeavy, viewBox } from "./drawing";
 // Half a pixel a point: edges that are smoothed otherwise vanish, a word that is gone does not.
 const scale = 0.5;
 const levels = 40;
-const tolerated = 12;
+const tolerated = 24;
 const mostPixels = 4_000_000;
 
 export interface Check {

@@ -1,37 +1,55 @@
 // An SVG drawn into pixels by the browser: for small pictures of pages, and to compare two drawings.
 
-// The browser draws an image all at once, and nothing else happens meanwhile: a hundredth of a second for
-// each 1,000 elements, and more for what they hold.
-const mostElements = 8_000;
-const mostCharacters = 8_000_000;
+import { countElements, pieces } from "./pieces";
 
-// Whether drawing it into pixels would be felt.
+// A piece takes a few hundredths of a second, in which nothing else happens.
+const pieceElements = 1500;
+const mostElements = 200_000;
+const mostCharacters = 40_000_000;
+
+// Whether drawing it into pixels would be felt all the same.
 export function isHeavy(svg: string): boolean {
-  let elements = 0;
-  for (let at = svg.indexOf("<"); at >= 0 && elements <= mostElements; at = svg.indexOf("<", at + 1)) {
-    elements += svg[at + 1] === "/" ? 0 : 1;
-  }
-  return elements > mostElements || svg.length > mostCharacters;
+  return svg.length > mostCharacters || countElements(svg, mostElements) >= mostElements ||
+    (svg.includes("mix-blend-mode") && countElements(svg, 4 * pieceElements) >= 4 * pieceElements);
 }
 
-// Draws `svg` over a canvas of the given size, on white paper.
-export async function drawn(svg: string, width: number, height: number): Promise<HTMLCanvasElement> {
+// Draws `svg` over a canvas of the given size, on white paper, piece by piece.
+export async function drawn(svg: string, width: number, height: number, signal?: AbortSignal): Promise<HTMLCanvasElement> {
+  const canvas = document.createElement("canvas");
+  canvas.width = width;
+  canvas.height = height;
+  const brush = canvas.getContext("2d");
+  if (brush === null) {
+    throw new Error("this browser does not draw");
+  }
+  brush.fillStyle = "#fff";
+  brush.fillRect(0, 0, width, height);
+  const fonts = await loadedFonts(svg);
+  for (const piece of pieces(svg, pieceElements)) {
+    await paint(brush, piece);
+    await new Promise((resolve) => setTimeout(resolve));
+    signal?.throwIfAborted();
+  }
+  fonts.length = 0;
+  return canvas;
+}
+
+// The fonts in `svg`, loaded. An image that holds fonts counts as decoded before they are there, and is
+// drawn with others at first, unless the browser has just had them. It has as long as they are held.
+async function loadedFonts(svg: string): Promise<FontFace[]> {
+  const addresses = [...svg.matchAll(/url\((data:font[^)]*)\)/g)].map((match) => match[1]);
+  const fonts = addresses.map((address) => new FontFace("small picture", `url(${address})`));
+  await Promise.allSettled(fonts.map((font) => font.load()));
+  return fonts;
+}
+
+async function paint(brush: CanvasRenderingContext2D, svg: string): Promise<void> {
   const address = URL.createObjectURL(new Blob([svg], { type: "image/svg+xml" }));
   const image = new Image();
   try {
     image.src = address;
     await image.decode();
-    const canvas = document.createElement("canvas");
-    canvas.width = width;
-    canvas.height = height;
-    const brush = canvas.getContext("2d");
-    if (brush === null) {
-      throw new Error("this browser does not draw");
-    }
-    brush.fillStyle = "#fff";
-    brush.fillRect(0, 0, width, height);
-    brush.drawImage(image, 0, 0, width, height);
-    return canvas;
+    brush.drawImage(image, 0, 0, brush.canvas.width, brush.canvas.height);
   } finally {
     URL.revokeObjectURL(address);
   }
@@ -44,14 +62,30 @@ export function viewBox(svg: string): { width: number; height: number } {
   return width > 0 && height > 0 ? { width, height } : { width: 600, height: 800 };
 }
 
-// Pixels in which two drawings of one size differ by more than `levels` of 255 in a channel.
+// Pixels in which either of two drawings of one size shows what the other does not.
 export function differentPixels(one: HTMLCanvasElement, other: HTMLCanvasElement, levels: number): number {
-  const a = pixelsOf(one);
-  const b = pixelsOf(other);
-  if (a.length !== b.length) {
+  const [a, b] = [pixelsOf(one), pixelsOf(other)];
+  if (one.width !== other.width || one.height !== other.height) {
     return Math.max(a.length, b.length) / 4;
   }
-  const isOff = (at: number) => Math.abs((a[at] ?? 0) - (b[at] ?? 0)) > levels;
+  return lostPixels(a, b, one.width, levels) + lostPixels(b, a, one.width, levels);
+}
+
+type Pixels = Uint8ClampedArray;
+
+// Pixels of `a` that are off by more than `levels` of 255 from all between the lightest and the darkest
+// that `b` has within one pixel of their place: so edges may be smoothed otherwise, or a pixel aside.
+export function lostPixels(a: Pixels, b: Pixels, width: number, levels: number): number {
+  const row = 4 * width;
+  const around = [-row - 4, -row, -row + 4, -4, 0, 4, row - 4, row, row + 4];
+  const isOff = (at: number) => {
+    const level = a[at] ?? 0;
+    if (Math.abs(level - (b[at] ?? 0)) <= levels) {
+      return false;
+    }
+    const near = around.map((step) => b[at + step] ?? b[at] ?? 0);
+    return level < Math.min(...near) - levels || level > Math.max(...near) + levels;
+  };
   let count = 0;
   for (let at = 0; at < a.length; at += 4) {
     if (isOff(at) || isOff(at + 1) || isOff(at + 2)) {

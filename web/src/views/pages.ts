@@ -201,7 +201,7 @@ export class PageList {
     }
     const { width, height } = fitted(this.#pages[page - 1] as PageFacts, pictureWidth, pictureHeight);
     const scale = Math.min(devicePixelRatio, 2);
-    return await drawn(svg, Math.round(width * scale), Math.round(height * scale));
+    return await drawn(svg, Math.round(width * scale), Math.round(height * scale), signal);
   }
 
   #showPicture(page: number): void {

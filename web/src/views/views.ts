@@ -218,11 +218,13 @@ class Views {
   }
 
   async #openFile(file: ListedFile, page: number): Promise<void> {
+    const wasChosen = !this.shell.chooser.hidden;
     this.shell.chooser.hidden = true;
     this.shell.desk.hidden = false;
     this.shell.messages.settle("differs", "unchecked", "unsaved");
     await this.#attempt(`${file.name} cannot be opened`, () => this.#desk.openFile(file, page));
-    if (document.activeElement === document.body) {
+    // What had the focus is gone.
+    if (wasChosen && document.activeElement === document.body) {
       this.shell.canvas.querySelector<HTMLElement>("[tabindex='0']")?.focus();
     }
   }

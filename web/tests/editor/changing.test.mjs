@@ -81,6 +81,13 @@ test("several are moved as one step, one within another once", async () => {
   assert.equal(await editor.value("b", "transform"), "translate(1 0)");
 });
 
+test("a number that is not finished counts when the text is asked for", async () => {
+  const svg = await editor.show(square());
+  await editor.click(40, 40);
+  await editor.page.getByLabel("X", { exact: true }).fill("30");
+  assert.equal(await editor.text(), svg.replace("d=\"M20 20H60V60H20Z\"", "$& transform=\"translate(10 0)\""));
+});
+
 test("Escape takes back what the hand is doing", async () => {
   const svg = await editor.show(square());
   await editor.click(40, 40);

@@ -7,6 +7,8 @@ import type { Section } from "./place";
 
 const patterns = [["", "Solid"], ["4 2", "Dashed"], ["1 1", "Dotted"], ["6 2 1 2", "Dash and dot"], ["other", "Other"]] as const;
 
+const looked = 200; // objects, for one that has a line
+
 export function lineSection(context: Context): Section {
   const width = numberField("Line width", "pt", value => set("stroke-width", numberText(value)), { min: 0 });
   const pattern = choice("Dashes", patterns, value => {
@@ -21,8 +23,8 @@ export function lineSection(context: Context): Section {
   });
   const element = group("Width and dashes of the line", row(width.element, pattern.element), lengths.element);
 
-  function targets(): SVGElement[] {
-    return context.selection.editable.flatMap(object => painted(object, "stroke"))
+  function targets(most = Infinity): SVGElement[] {
+    return context.selection.editable.slice(0, most).flatMap(object => painted(object, "stroke"))
       .filter(target => getComputedStyle(target).stroke !== "none");
   }
 
@@ -41,7 +43,7 @@ export function lineSection(context: Context): Section {
   return {
     element,
     show() {
-      const [first] = targets();
+      const [first] = targets(looked);
       element.hidden = first === undefined;
       if (first === undefined) return;
       const style = getComputedStyle(first);

@@ -62,7 +62,7 @@ export function paintSection(context: Context, side: Side, title: string): Secti
   return {
     element,
     show() {
-      const parts = targets().slice(0, looked);
+      const parts = context.selection.editable.slice(0, looked).flatMap(object => painted(object, side)).slice(0, looked);
       element.hidden = parts.length === 0;
       const [first] = parts;
       if (first === undefined) return;

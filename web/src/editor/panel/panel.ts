@@ -8,12 +8,14 @@ import { placeSection, type Section } from "./place";
 
 export class Panel {
   readonly #context: Context;
+  readonly #element: HTMLElement;
   readonly #sections: readonly Section[];
   readonly #nothing = document.createElement("p");
   #waits = false;
 
   constructor(element: HTMLElement, context: Context, pictures: Pictures, edit: (element: SVGElement) => void) {
     this.#context = context;
+    this.#element = element;
     element.classList.add("editor-panel");
     this.#nothing.className = "editor-note";
     this.#nothing.textContent = "Select something on the page to change it.";
@@ -25,6 +27,14 @@ export class Panel {
     element.append(this.#nothing, ...shown.map(section => section.element));
     stroke.element.append(line.element);
     this.refresh();
+  }
+
+  // A number that is typed but not finished counts.
+  settle(): void {
+    const field = document.activeElement;
+    if (!(field instanceof HTMLInputElement) || field.type === "color" || !this.#element.contains(field)) return;
+    field.blur();
+    field.focus({ preventScroll: true });
   }
 
   refresh(): void {
