@@ -5,6 +5,7 @@
 
 #include "host/artwork.h"
 
+#include <compare>
 #include <cstdint>
 #include <span>
 
@@ -30,6 +31,15 @@ enum class BlendMode : std::uint8_t {
     luminosity = 15
 };
 
+/// Whether inks that art does not use stay as they are behind it (PDF Reference, 4.5.6).
+struct Overprint {
+    bool fills = false;
+    bool strokes = false;
+    bool skipsZeros = false; ///< of device CMYK: an amount of 0 is an ink that is not used
+    friend constexpr bool operator==(const Overprint&, const Overprint&) = default;
+    friend constexpr auto operator<=>(const Overprint&, const Overprint&) = default;
+};
+
 /// A soft mask that the host's document holds; 0 is null.
 enum class SoftMask : std::uint32_t { null = 0 };
 
@@ -43,6 +53,7 @@ struct Appearance {
     bool isIsolated = false; ///< of groups: what they hold does not blend with what is behind them
     bool isKnockout = false; ///< of groups: what they hold does not show what they hold behind it
     SoftMask mask = SoftMask::null;
+    Overprint overprint = {}; ///< of paths and text; from version 7 of the extension on
     friend constexpr bool operator==(const Appearance&, const Appearance&) = default;
 };
 

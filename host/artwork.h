@@ -106,6 +106,16 @@ struct Colour {
 
 enum class FillRule : std::uint8_t { nonzero = 0, evenOdd = 1 };
 
+/// What a stroke is drawn with: the symmetric matrix (xx xy; xy yy) makes it of a circle as wide as
+/// the line. Its larger eigenvalue is 1, so the width is that where the line is widest; dashes,
+/// caps, joins and miters are those before the matrix.
+struct Pen {
+    double xx = 1;
+    double xy = 0;
+    double yy = 1;
+    friend constexpr bool operator==(const Pen&, const Pen&) = default;
+};
+
 /// How a path is painted: the record of `getPathStyle` and `setPathStyle`.
 struct PathStyle {
     std::uint8_t fillPaint = 0;   ///< 1: filled
@@ -123,6 +133,7 @@ struct PathStyle {
     Fixed resolution = 800 * fixedOne; ///< dots per inch that curves are flattened for
     Note note = Note::null;
     FillRule rule = FillRule::nonzero; ///< of filling and of clipping
+    Pen pen;                           ///< of paths alone; from version 7 of the extension on
     friend constexpr bool operator==(const PathStyle&, const PathStyle&) = default;
 };
 

@@ -32,7 +32,7 @@ struct Slot {
     int number;
 };
 
-inline constexpr int slotCount = 366;
+inline constexpr int slotCount = 367;
 
 namespace slot {
 
@@ -217,6 +217,8 @@ inline constexpr Slot<HostError(PaintSource gradient, GradientFacts*)> getGradie
 /// The pattern takes the tile over, which must not use it.
 inline constexpr Slot<HostError(const PatternFacts*, PaintSource*)> addPattern{362};
 inline constexpr Slot<HostError(PaintSource pattern, PatternFacts*)> getPattern{363};
+/// Colours of the same name and inks are one.
+inline constexpr Slot<HostError(const CustomColour*, PaintSource*)> addCustomColour{366};
 
 // Matrices and arithmetic
 inline constexpr Slot<Fixed(Fixed, Fixed)> fixedMultiply{135};

@@ -169,7 +169,7 @@ struct DrawnImageFacts {
 /// Versions only add fields at the end. A host states the version that its record was made for; the
 /// plug-in reads no further, and takes what is missing as not filled (runtime/extension.h).
 struct HostExtension {
-    static constexpr std::uint32_t currentVersion = 6;
+    static constexpr std::uint32_t currentVersion = 7;
 
     // Version 1.
 
@@ -241,6 +241,9 @@ struct HostExtension {
     void (*drawnImage)(void* context, const DrawnImageFacts&) = nullptr;
     /// Told for each annotation that was changed or deleted in the artwork: it stays as it is.
     void (*annotationKept)(void* context, std::string_view name) = nullptr;
+
+    // Version 7: strokes have pens, art overprints, custom colours are added. The callback table
+    // has slot 366.
 };
 
 /// Registers (null: removes) the record of the host of this process; not an owner.

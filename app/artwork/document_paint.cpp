@@ -1,6 +1,8 @@
 // Paint of the artwork: gradients, patterns, custom colours, notes, and the styles that use them.
 #include "app/artwork/document.h"
 
+#include "host/pen.h"
+
 #include "app/artwork/art_kinds.h"
 
 #include <utility>
@@ -59,6 +61,9 @@ void Document::checkStyle(NodeIndex art, const PathStyle& style) const {
     if (style.dashCount < 0 || style.dashCount > std::ssize(style.dash) || style.cap < 0 ||
         style.cap > 2 || style.join < 0 || style.join > 2 || style.rule > FillRule::evenOdd) {
         throw ArtworkError("the style has a value without meaning");
+    }
+    if (!inverse(penMatrix(style.pen))) {
+        throw ArtworkError("the pen of the style has no width");
     }
     checkColour(art, style.fill);
     checkColour(art, style.stroke);

@@ -3,17 +3,32 @@
 #include "app/svg/subpaths.h"
 #include "host/number.h"
 
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <optional>
+#include <string_view>
+
 namespace corvane {
 
 namespace {
 
+/// Digits behind the point by which a place before a pen leads to the same 16.16 place: a pen makes
+/// no way longer.
+constexpr int penDigits = 6;
+/// Sign, digits, point and digits: narrow pens lead to places far away.
+constexpr std::size_t penRoom = 32;
+
 /// A command letter and six numbers, each with a blank.
-constexpr std::size_t commandRoom = 1 + 6 * (numberRoom + 1);
+constexpr std::size_t commandRoom = 1 + 6 * (std::max(numberRoom, penRoom) + 1);
 
 /// Writes into room that the caller reserves, one command at a time.
 class PathPen {
 public:
     explicit PathPen(PageCorner corner) : corner_(corner) {}
+    /// In the space of an element that a pen transforms.
+    PathPen(PageCorner corner, const RealMatrix& fromPage)
+        : corner_(corner), fromPage_(fromPage), isTransformed_(true) {}
 
     char* move(char* out, Point to) {
         out = letter(out, 'M');
@@ -23,6 +38,9 @@ public:
     }
 
     char* line(char* out, Point to) {
+        if (isTransformed_) {
+            return pair(letter(out, 'L'), to);
+        }
         if (to.y == at_.y) {
             out = letter(out, 'H');
             out = number(out, corner_.x(to.x));
@@ -56,7 +74,32 @@ private:
 
     char* pair(char* out, Point to) {
         at_ = to;
+        if (isTransformed_) {
+            constexpr double unit = fixedOne;
+            const RealPoint on{static_cast<double>(corner_.x(to.x)) / unit,
+                               static_cast<double>(corner_.y(to.y)) / unit};
+            const RealPoint before = transform(fromPage_, on);
+            return real(real(out, before.x), before.y);
+        }
         return number(number(out, corner_.x(to.x)), corner_.y(to.y));
+    }
+
+    char* real(char* out, double value) {
+        std::array<char, penRoom> text{};
+        const char* end = std::to_chars(text.data(), text.data() + text.size(), value,
+                                        std::chars_format::fixed, penDigits)
+                              .ptr;
+        while (end[-1] == '0') {
+            --end;
+        }
+        end -= end[-1] == '.' ? 1 : 0;
+        std::string_view digits(text.data(), end);
+        digits = digits == "-0" ? "0" : digits;
+        if (blank_ && !digits.starts_with('-')) {
+            *out++ = ' ';
+        }
+        blank_ = true;
+        return std::ranges::copy(digits, out).out;
     }
 
     /// Two numbers need no blank between them where the second starts with a sign, or with a point
@@ -72,6 +115,8 @@ private:
     }
 
     PageCorner corner_;
+    RealMatrix fromPage_;
+    bool isTransformed_ = false;
     Point at_;
     char command_ = 0;
     bool blank_ = false;
@@ -112,13 +157,31 @@ void writeSubpath(TextOutput& output, PathPen& pen, std::int32_t count, bool clo
 
 } // namespace
 
-void writePathData(TextOutput& output, const Document& document, Art shape, PageCorner corner) {
-    PathPen pen(corner);
+namespace {
+
+void writeShapeData(TextOutput& output, const Document& document, Art shape, PathPen pen) {
     forEachSubpath(document, shape, [&](Art path) {
         const Segments segments = document.segments(path);
         writeSubpath(output, pen, segments.size(), document.closed(path),
                      [&](std::int32_t i) { return segments[i]; });
     });
+}
+
+} // namespace
+
+void writePathData(TextOutput& output, const Document& document, Art shape, PageCorner corner) {
+    writeShapeData(output, document, shape, PathPen(corner));
+}
+
+void writePathData(TextOutput& output, const Document& document, Art shape, PageCorner corner,
+                   const Pen& pen) {
+    const std::optional<RealMatrix> back = inverse(penOnPage(pen));
+    writeShapeData(output, document, shape,
+                   pen == Pen() || !back ? PathPen(corner) : PathPen(corner, *back));
+}
+
+RealMatrix penOnPage(const Pen& pen) {
+    return {pen.xx, -pen.xy, -pen.xy, pen.yy, 0, 0};
 }
 
 void writeSegmentData(TextOutput& output, std::span<const Segment> segments, bool closed,

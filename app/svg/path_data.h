@@ -4,6 +4,7 @@
 #include "app/artwork/document.h"
 #include "app/svg/extent.h"
 #include "app/svg/sink.h"
+#include "host/matrix.h"
 
 #include <cstdint>
 #include <span>
@@ -23,6 +24,11 @@ struct PageCorner {
 /// curve of a closed subpath, back to its start, is written out, and so is its last line if the
 /// last anchor lies on the start: a reader that merges an end on the start gets the same anchors.
 void writePathData(TextOutput&, const Document&, Art shape, PageCorner);
+/// The same for an element that a pen transforms.
+void writePathData(TextOutput&, const Document&, Art shape, PageCorner, const Pen&);
+
+/// What a pen of the artboard is on the page, where y points down.
+RealMatrix penOnPage(const Pen&);
 
 /// Writes the data of one subpath that is in no document.
 void writeSegmentData(TextOutput&, std::span<const Segment>, bool closed, PageCorner);

@@ -117,7 +117,7 @@ Extent paintedExtent(const Document& document, Art shape) {
                    [&](Art path) { addSubpath(outline, document.segments(path)); });
     Extent extent = outline.points;
     if (style.strokePaint != 0 && extent.left <= extent.right) {
-        const std::int64_t reach = strokeReach(style, outline.upright);
+        const std::int64_t reach = strokeReach(style, outline.upright && style.pen == Pen());
         extent.left -= reach;
         extent.bottom -= reach;
         extent.right += reach;

@@ -89,7 +89,7 @@ void writeStroke(TextOutput& out, const PathStyle& style, const PaintServers& se
     if (style.strokePaint == 0) {
         return;
     }
-    writePaint(out, strokeNames, style.stroke, servers, false);
+    writePaint(out, strokeNames, style.stroke, {servers, drawnPen(style)}, false);
     writeWidth(out, style, stretch);
     writeDash(out, style, stretch);
     writeJoin(out, style);
@@ -113,10 +113,14 @@ std::int64_t visibleWidth(const PathStyle& style) {
     return style.lineWidth == 0 ? fixedOne / 4 : std::abs(std::int64_t{style.lineWidth});
 }
 
+Pen drawnPen(const PathStyle& style) {
+    return style.strokePaint != 0 ? style.pen : Pen();
+}
+
 void writePaintedStyle(TextOutput& out, const PathStyle& style, const PaintServers& servers,
                        double stretch) {
     if (style.fillPaint != 0) {
-        writePaint(out, fillNames, style.fill, servers, true);
+        writePaint(out, fillNames, style.fill, {servers, drawnPen(style)}, true);
         writeRule(out, "fill-rule", style.rule);
     } else {
         writePlainAttribute(out, "fill", "none");
@@ -133,7 +137,7 @@ void writeGuideStyle(TextOutput& out) {
 void writeClipStyle(TextOutput& out, const PathStyle& style, const PaintServers& servers) {
     writeRule(out, "clip-rule", style.rule);
     if (style.fillPaint != 0) {
-        writePaint(out, fillNames, style.fill, servers, false);
+        writePaint(out, fillNames, style.fill, {servers, drawnPen(style)}, false);
     }
     writeStroke(out, style, servers, 1);
     writeResolution(out, style);

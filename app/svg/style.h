@@ -13,6 +13,9 @@ namespace corvane {
 /// draws) is a quarter point, as fine as print shows; a negative one counts as positive.
 std::int64_t visibleWidth(const PathStyle&);
 
+/// The pen of the stroke that is drawn. One that is not round is a transform of the element.
+Pen drawnPen(const PathStyle&);
+
 /// The attributes of a path that is drawn: only what differs from SVG's defaults (and from the
 /// miter limit of 10 that the root sets). Of a paint that is not in use nothing is written.
 /// `stretch`: by how much the element's own transform enlarges lengths.

@@ -64,7 +64,8 @@ std::uint32_t TreeWriter::writeClip(Art clip, std::uint32_t within, int depth) {
         return number;
     }
     const Art leading = leadingPath(document_, clip);
-    const PathStyle style = leading == Art::null ? PathStyle{} : document_.style(leading);
+    PathStyle style = leading == Art::null ? PathStyle{} : document_.style(leading);
+    style.pen = {}; // nothing is drawn of it
     writeServers(style, depth);
     startClip(number, within, depth);
     out_.text("><path");

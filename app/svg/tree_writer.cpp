@@ -220,11 +220,13 @@ void TreeWriter::leaveGroup() {
 
 /// What a path of this style is painted with, as far as it is not written yet.
 void TreeWriter::writeServers(const PathStyle& style, int depth) {
-    for (const PaintSource source : servers_.claim(style)) {
-        if (document_.paintKind(source) == ColourKind::pattern) {
-            TreeWriter(out_, servers_, numbers_, base_).writePattern(source, depth);
+    for (const ServerUse& use : servers_.claim(style)) {
+        if (use.pen != Pen()) {
+            servers_.writeUnderPen(out_, use, depth);
+        } else if (document_.paintKind(use.source) == ColourKind::pattern) {
+            TreeWriter(out_, servers_, numbers_, base_).writePattern(use.source, depth);
         } else {
-            servers_.writeGradient(out_, source, depth);
+            servers_.writeGradient(out_, use.source, depth);
         }
     }
 }
@@ -240,17 +242,30 @@ void TreeWriter::endShape(Note note) {
     out_.text("</desc></path>");
 }
 
+/// A pen that is not round transforms the path, and would transform a clip or a mask with it: a
+/// group carries those.
 void TreeWriter::writeShape(Art shape) {
     const Level& level = levels_.back();
     const Art leading = leadingPath(document_, shape);
     const PathStyle style = leading == Art::null ? PathStyle{} : document_.style(leading);
     const bool guide = leading != Art::null && document_.guide(leading);
     const Appearance appearance = document_.appearance(shape);
+    const Pen pen = guide ? Pen() : drawnPen(style);
+    const bool isClipped = !level.chain.hides && level.chain.clip != 0;
+    const bool isWrapped = pen != Pen() && (isClipped || appearance.mask != SoftMask::null);
     if (!guide) {
         writeServers(style, level.depth);
     }
     writeMasks(appearance.mask, level.depth);
     writeIndent(out_, level.depth);
+    if (isWrapped) {
+        out_.text("<g");
+        writeLook(appearance);
+        if (isClipped) {
+            writeReference(level.chain.clip);
+        }
+        out_.text(">");
+    }
     out_.text("<path");
     if (!level.isObject) {
         writeShapeId(out_, level.content, ++numbers_.shapes[level.content]);
@@ -262,14 +277,17 @@ void TreeWriter::writeShape(Art shape) {
         writePaintedStyle(out_, style, servers_);
         writePaintOpacities(out_, style, appearance.fillOpacity, appearance.strokeOpacity);
     }
-    writeLook(appearance);
+    if (!isWrapped) {
+        writeLook(appearance);
+    }
     if (level.chain.hides) {
         writePlainAttribute(out_, "display", "none");
-    } else if (level.chain.clip != 0) {
+    } else if (isClipped && !isWrapped) {
         writeReference(level.chain.clip);
     }
-    writeData(shape);
+    writeData(shape, pen);
     endShape(style.note);
+    out_.text(isWrapped ? "</g>" : "");
 }
 
 void TreeWriter::writeLine(Art text) {
@@ -346,7 +364,7 @@ void TreeWriter::writePlaced(Art placed) {
 }
 
 /// The last attribute of a shape. A compound path that looks like a path is marked.
-void TreeWriter::writeData(Art shape) {
+void TreeWriter::writeData(Art shape, const Pen& pen) {
     if (document_.kind(shape) == ArtKind::compound) {
         int drawn = 0;
         forEachSubpath(document_, shape,
@@ -355,8 +373,11 @@ void TreeWriter::writeData(Art shape) {
             writePlainAttribute(out_, "data-compound", "true");
         }
     }
+    if (pen != Pen()) {
+        servers_.writePen(out_, pen);
+    }
     out_.text(" d=\"");
-    writePathData(out_, document_, shape, corner_);
+    writePathData(out_, document_, shape, corner_, pen);
     out_.text("\"");
 }
 

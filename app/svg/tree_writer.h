@@ -99,7 +99,7 @@ private:
     static std::string referenceTo(std::uint32_t clip);
     void writeReference(std::uint32_t clip);
     void writeDroppedClip(Art clip);
-    void writeData(Art shape);
+    void writeData(Art shape, const Pen& pen = {});
     bool hasOrdinal(Art) const;
     void writeLayer(Art group, const LayerProperties&);
     bool writeStructure(Art group);

@@ -63,11 +63,49 @@ void applyMask(Interpreter& interpreter, const Object& mask) {
     }
 }
 
+std::optional<bool> switchOf(const Object& value) {
+    return typeObject(value) == ObjectType::boolean ? std::optional(booleanObject(value))
+                                                    : std::nullopt;
+}
+
+/// Without a word on fills, what is said of strokes holds for both.
+void applyOverprint(Interpreter& interpreter, const Object& entries) {
+    DocumentCache& cache = interpreter.cache;
+    Overprint& overprint = interpreter.state.overprint;
+    const std::optional<bool> strokes = switchOf(lookupObject(cache, entries, "OP").get());
+    const std::optional<bool> fills = switchOf(lookupObject(cache, entries, "op").get());
+    overprint.strokes = strokes.value_or(overprint.strokes);
+    overprint.fills = fills ? *fills : strokes.value_or(overprint.fills);
+    const ObjectOwner mode = lookupObject(cache, entries, "OPM");
+    if (typeObject(mode.get()) == ObjectType::integer) {
+        overprint.skipsZeros = extendObject(mode.get()) == fixedOne;
+    }
+}
+
+/// As far as it counts for art of these paints.
+Overprint usedOverprint(const Overprint& state, PaintsUsed paints) {
+    Overprint used{.fills = state.fills && paints.fills,
+                   .strokes = state.strokes && paints.strokes};
+    used.skipsZeros = state.skipsZeros && (used.fills || used.strokes);
+    return used;
+}
+
+bool showsThrough(const Appearance& appearance) {
+    return appearance.opacity != 1 || appearance.fillOpacity != 1 ||
+           appearance.strokeOpacity != 1 || appearance.blend != BlendMode::normal ||
+           appearance.mask != SoftMask::null;
+}
+
 } // namespace
 
 bool hostHoldsAppearance() {
     const auto extension = knownExtension();
     return rules().readsTransparency && extension && extension->version >= 6;
+}
+
+bool hostHoldsPens() {
+    const auto extension = knownExtension();
+    return rules().readsTransparency && extension && extension->version >= 7;
 }
 
 void applyTransparency(Interpreter& interpreter, const Object& entries) {
@@ -80,14 +118,19 @@ void applyTransparency(Interpreter& interpreter, const Object& entries) {
     applyOpacity(lookupObject(cache, entries, "CA").get(), transparency.strokeOpacity);
     applyBlendMode(interpreter, lookupObject(cache, entries, "BM").get());
     applyMask(interpreter, lookupObject(cache, entries, "SMask").get());
+    if (interpreter.readsPens) {
+        applyOverprint(interpreter, entries);
+    }
 }
 
 void tellAppearance(Interpreter& interpreter, Art art, PaintsUsed paints) {
     const Transparency& state = interpreter.state.transparency;
-    if (state == Transparency()) {
+    const Overprint& overprint = interpreter.state.overprint;
+    if (state == Transparency() && overprint == Overprint()) {
         return;
     }
-    Appearance appearance{.blend = state.blend, .mask = state.mask};
+    Appearance appearance{
+        .blend = state.blend, .mask = state.mask, .overprint = usedOverprint(overprint, paints)};
     if (paints.fills && paints.strokes && state.fillOpacity == state.strokeOpacity) {
         // Readers paint both, and then lay them over what is behind as one thing.
         appearance.opacity = state.fillOpacity;
@@ -107,6 +150,7 @@ void tellAppearanceAsOne(Interpreter& interpreter, Art art, const Appearance& ap
         return;
     }
     callHost(slot::setAppearance, art, &appearance);
+    interpreter.seenThrough += showsThrough(appearance) ? 1 : 0;
     interpreter.blended += appearance.blend != BlendMode::normal ? 1 : 0;
 }
 

@@ -24,11 +24,14 @@ inline constexpr std::array<std::string_view, 16> blendNames{
 /// Whether the host has art that is laid over other art otherwise than by covering it.
 bool hostHoldsAppearance();
 
+/// Whether the host's strokes have pens, art overprints, and custom colours can be added.
+bool hostHoldsPens();
+
 /// The entries of an external graphics state (`gs`) that say how what is painted is laid over what
 /// is behind it.
 void applyTransparency(Interpreter& interpreter, const Object& entries);
 
-/// With which paints art is painted; none: art whose parts have opacities of their own.
+/// With which paints art is painted; none: it is there and not seen.
 struct PaintsUsed {
     bool fills = false;
     bool strokes = false;

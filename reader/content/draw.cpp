@@ -67,6 +67,7 @@ void runPage(Interpreter& interpreter, std::span<const ObjectOwner> streams) {
     interpreter.readsImages = hostHoldsImages();
     interpreter.readsPatterns = hostHoldsPatterns();
     interpreter.readsTransparency = hostHoldsAppearance();
+    interpreter.readsPens = hostHoldsPens();
     runContent(interpreter, streams);
     page.leave();
     interpreter.containers.finish();

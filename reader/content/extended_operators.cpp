@@ -5,6 +5,7 @@
 #include "reader/content/content_operators.h"
 #include "reader/content/losses.h"
 #include "reader/paint/colour.h"
+#include "reader/paint/ink.h"
 #include "runtime/exception.h"
 
 #include <algorithm>
@@ -39,10 +40,13 @@ void selectSpace(Interpreter& interpreter, Paint& paint, Colour& colour) {
         hidePaint(interpreter, paint, Omission::colourSpace);
         return;
     }
-    noteSpaceLosses(interpreter, *paint.space);
+    if (!holdsInk(interpreter, *paint.space)) {
+        noteSpaceLosses(interpreter, *paint.space);
+    }
     if (paint.space->kind != ColourSpace::Kind::pattern) {
         interpreter.progress.work(costOf(*paint.space));
         colour = initialColour(*paint.space);
+        selectInk(interpreter, paint, 1);
     }
 }
 
@@ -64,6 +68,7 @@ Colour deviceColour(const std::vector<double>& components) {
 /// Hidden until it is there: what the paint was before is not what the page asks for.
 void selectPattern(Interpreter& interpreter, Paint& paint, Colour& colour, bool isNamed) {
     paint.hidden = true;
+    paint.ink.reset();
     std::optional<Colour> pattern;
     if (isNamed && interpreter.readsPatterns) {
         const ObjectOwner name = popLiteral();
@@ -96,6 +101,9 @@ void selectColour(Interpreter& interpreter, Paint& paint, Colour& colour) {
         popComponents(paint.space ? paint.space->components : deviceComponents);
     colour =
         paint.space ? computed(interpreter, *paint.space, components) : deviceColour(components);
+    if (paint.space) {
+        selectInk(interpreter, paint, components.empty() ? 0 : components.front());
+    }
 }
 
 /// Runs an operator with the value of an entry as its operand, where the dictionary has one.

@@ -28,6 +28,8 @@
 #include "reader/text/text_object.h"
 
 #include <cstdint>
+#include <map>
+#include <memory>
 #include <vector>
 
 namespace corvane {
@@ -111,7 +113,10 @@ struct Interpreter {
     classic::EpsfFolder epsfFolder;
     OptionalContent layers;
     SoftMasks softMasks;
-    std::int32_t blended = 0; ///< pieces of art that blend with what is behind them
+    /// Custom colours of the host, by the spaces whose tints they are.
+    std::map<std::shared_ptr<const ColourSpace>, PaintSource> inks;
+    std::int32_t blended = 0;     ///< pieces of art that blend with what is behind them
+    std::int32_t seenThrough = 0; ///< the same, and those that show it
     /// Numbers of the objects of the contents within one another that are being drawn; 0: of none.
     std::vector<std::int32_t> openContents;
     std::int32_t forms = 0;         ///< drawn so far, also those that nothing is seen of
@@ -120,6 +125,7 @@ struct Interpreter {
     bool readsImages = false;       ///< the same of images
     bool readsPatterns = false;     ///< and of patterns and shadings
     bool readsTransparency = false; ///< opacity, blending and masks become the art's
+    bool readsPens = false;         ///< the same of pens, overprint and inks
 };
 
 /// One content, from its first stream to its last.

@@ -1,5 +1,6 @@
 #include "reader/content/losses.h"
 
+#include "host/pen.h"
 #include "reader/content/interpreter.h"
 #include "reader/paint/colour_space.h"
 #include "reader/syntax/syntax.h"
@@ -7,8 +8,8 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <initializer_list>
+#include <optional>
 
 namespace corvane {
 
@@ -119,7 +120,8 @@ void noteStateLosses(Interpreter& interpreter, const Object& entries) {
         inForce = static_cast<std::uint16_t>(inForce & ~settingBit(i));
         if (setting.counts(interpreter.cache, value.get())) {
             inForce = static_cast<std::uint16_t>(inForce | settingBit(i));
-            const bool isHeld = interpreter.readsTransparency && isTransparency(i);
+            const bool isHeld = (interpreter.readsTransparency && isTransparency(i)) ||
+                                (interpreter.readsPens && setting.omission == Omission::overprint);
             bool& isLost = lost[static_cast<std::size_t>(setting.omission)];
             isLost = isLost || !isHeld;
         }
@@ -173,12 +175,8 @@ void noteDefaultSpaces(Interpreter& interpreter) {
 }
 
 void noteStrokeLoss(Interpreter& interpreter, const RealMatrix& m) {
-    // With the scales s and t of the two directions, the sum of squares is s*s + t*t and the
-    // determinant s*t: twice that is as much only where s and t are equal. A thousandth between
-    // them is not seen.
-    constexpr double equalScales = 1 + .5e-6;
-    const double squares = m.a * m.a + m.b * m.b + m.c * m.c + m.d * m.d;
-    if (squares > 2 * std::abs(m.a * m.d - m.b * m.c) * equalScales) {
+    const std::optional<StretchedPen> pen = penUnder(m);
+    if (!pen || (!interpreter.readsPens && pen->pen != Pen())) {
         interpreter.omissions.note(Omission::unequalStrokeScale);
     }
 }

@@ -30,7 +30,7 @@ void noteSpaceLosses(Interpreter& interpreter, const ColourSpace& space);
 /// The spaces that take the place of device spaces on the page in use (PDF Reference, 4.5.4).
 void noteDefaultSpaces(Interpreter& interpreter);
 
-/// A stroke under a matrix by which its width depends on its direction.
+/// A stroke under a matrix by which its width depends on its direction, as no pen says it.
 void noteStrokeLoss(Interpreter& interpreter, const RealMatrix& matrix);
 
 } // namespace corvane

@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <optional>
 
 namespace corvane {
 
@@ -37,6 +38,7 @@ struct Paint {
         nullptr; ///< null: the device space that the colour is of
     /// A pattern or unknown space, which the artwork cannot hold: paths are not painted with it.
     bool hidden = false;
+    std::optional<Colour> ink = {}; ///< the colour as the artwork's own ink, if it has that
     friend bool operator==(const Paint&, const Paint&) = default;
 };
 
@@ -64,6 +66,7 @@ struct GraphicsState {
     TextState text;
     classic::TextState classicText; ///< in place of `text` in the original profile
     Transparency transparency;
+    Overprint overprint;
     /// Those of `gs` that are not as a page begins (reader/content/losses.h): a bit for each.
     std::uint16_t settings = 0;
     friend bool operator==(const GraphicsState&, const GraphicsState&) = default;

@@ -67,6 +67,7 @@ private:
             beginTrace(own.get(), whole.has_value(), state.transparency);
         }
         const std::int32_t blended = interpreter_.blended;
+        const std::int32_t seenThrough = interpreter_.seenThrough;
         InnerContent content(interpreter_, number_, state, matrix_, group_);
         content.run(stream_, own.get(), [&](Interpreter& interpreter) {
             interpreter.level.tellsSources = tellsSources;
@@ -76,6 +77,9 @@ private:
         interpreter_.containers.finish();
         // Where nothing in it blends, it is the same to be isolated.
         appearance_.isIsolated = appearance_.isIsolated && interpreter_.blended != blended;
+        if (appearance_.isKnockout && interpreter_.seenThrough != seenThrough) {
+            interpreter_.omissions.note(Omission::transparency); // no markup says it
+        }
     }
 
     void beginTrace(const Object& resources, bool isWhole, const Transparency& inside) {

@@ -13,6 +13,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -35,6 +36,8 @@ struct ColourSpace {
     std::vector<std::uint8_t> table = {};
     /// Of `tint`: from amounts of its inks to components of the base.
     FunctionPointer function = nullptr;
+    /// Of `tint`: the custom colour of which all of its tints are tints, if there is one.
+    std::optional<CustomColour> ink = {};
     /// Of `lab`: the ranges of a and b.
     double range[4] = {-100, 100, -100, 100};
 };

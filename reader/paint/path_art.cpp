@@ -1,5 +1,6 @@
 #include "reader/paint/path_art.h"
 
+#include "host/pen.h"
 #include "reader/content/appearance.h"
 #include "reader/content/art.h"
 #include "reader/content/interpreter.h"
@@ -9,15 +10,36 @@
 #include "runtime/rules.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace corvane {
 
 namespace {
 
+PathStyle scaledBy(const GraphicsState& state, double scale) {
+    PathStyle style = state.style;
+    style.fill = state.fill.ink.value_or(style.fill);
+    style.stroke = state.stroke.ink.value_or(style.stroke);
+    const auto scaled = [&](double length) { return fixedFromReal(length * scale); };
+    style.lineWidth = scaled(state.lineWidth);
+    style.dashPhase = scaled(state.dashPhase);
+    std::ranges::transform(state.dash, style.dash, scaled);
+    return style;
+}
+
+/// Lines of the thinnest width that a device draws have no pen.
+std::optional<StretchedPen> penOf(const Interpreter& interpreter) {
+    const GraphicsState& state = interpreter.state;
+    return interpreter.readsPens && state.lineWidth != 0 ? penUnder(state.exactCtm) : std::nullopt;
+}
+
 /// The style that the host gets.
-PathStyle hostStyle(const GraphicsState& state, bool clip) {
-    PathStyle style = scaledStyle(state);
+PathStyle hostStyle(const Interpreter& interpreter, bool clip) {
+    const GraphicsState& state = interpreter.state;
+    const StretchedPen pen = penOf(interpreter).value_or(StretchedPen{{}, scaleState(state)});
+    PathStyle style = scaledBy(state, pen.stretch);
+    style.pen = pen.pen;
     style.clip = clip ? 1 : 0;
     if (clip) {
         style.rule = state.clipRule;
@@ -29,6 +51,7 @@ PathStyle hostStyle(const GraphicsState& state, bool clip) {
     return style;
 }
 
+/// Other art than paths and what holds them raises `host`.
 void applyStyle(Art art, const PathStyle& style) {
     switch (artKind(art)) {
     case ArtKind::path:
@@ -85,25 +108,14 @@ Art clipWith(Interpreter& interpreter, Art path) {
     interpreter.containers.enter(group);
     callHost(slot::reorderArt, path, Placement::inside, group);
     callHost(slot::setGroupClipped, group, std::uint8_t{1});
-    stylePath(state, path, true);
+    applyStyle(path, hostStyle(interpreter, true));
     return copy;
 }
 
 } // namespace
 
 PathStyle scaledStyle(const GraphicsState& state) {
-    PathStyle style = state.style;
-    const auto scaled = [scale = scaleState(state)](double length) {
-        return fixedFromReal(length * scale);
-    };
-    style.lineWidth = scaled(state.lineWidth);
-    style.dashPhase = scaled(state.dashPhase);
-    std::ranges::transform(state.dash, style.dash, scaled);
-    return style;
-}
-
-void stylePath(const GraphicsState& state, Art art, bool clip) {
-    applyStyle(art, hostStyle(state, clip));
+    return scaledBy(state, scaleState(state));
 }
 
 void finishArt(Interpreter& interpreter) {
@@ -130,7 +142,7 @@ void finishArt(Interpreter& interpreter) {
         const bool holdsText = level.painted != level.path.painted;
         interpreter.containers.bringAlong(path, holdsText ? Art::null : level.path.holder);
     }
-    stylePath(state, path, false);
+    applyStyle(path, hostStyle(interpreter, false));
     tellSource(interpreter, path, isPainted);
     if (state.style.strokePaint != 0 && state.lineWidth != 0) {
         noteStrokeLoss(interpreter, state.exactCtm);

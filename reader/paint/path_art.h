@@ -15,8 +15,4 @@ void finishArt(Interpreter& interpreter);
 /// The style of the state, its lengths scaled to the page.
 PathStyle scaledStyle(const GraphicsState& state);
 
-/// Gives the style of the state to a path, or to each child of a group or compound path, with that
-/// clip bit. Other art raises `host`.
-void stylePath(const GraphicsState& state, Art art, bool clip);
-
 } // namespace corvane

@@ -1,11 +1,13 @@
 // What an object says of a colour space.
 #include "reader/paint/colour_space_cache.h"
+#include "reader/paint/ink.h"
 #include "reader/syntax/real_numbers.h"
 #include "reader/syntax/stream_bytes.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 
 #include <algorithm>
+#include <string>
 
 namespace corvane {
 
@@ -129,6 +131,14 @@ std::size_t inkCount(const Object& names) {
     return typeObject(names) == ObjectType::array ? static_cast<std::size_t>(sizeObject(names)) : 1;
 }
 
+std::string firstName(DocumentCache& cache, const Object& names) {
+    const ObjectOwner found = resolveObject(cache, names);
+    const bool isList = typeObject(found.get()) == ObjectType::array;
+    const ObjectOwner name = resolveObject(cache, isList ? elementsObject(found.get())[0] : names);
+    return typeObject(name.get()) == ObjectType::literal ? std::string(literalObject(name.get()))
+                                                         : std::string();
+}
+
 /// [name inks alternate function ...], of Separation and DeviceN.
 ColourSpacePointer tintSpace(DocumentCache& cache, std::span<const Object> elements, int depth) {
     ColourSpace space{.kind = Kind::tint};
@@ -141,6 +151,9 @@ ColourSpacePointer tintSpace(DocumentCache& cache, std::span<const Object> eleme
         return nullptr;
     }
     space.components = static_cast<std::int32_t>(inks);
+    if (inks == 1) {
+        space.ink = inkOf(firstName(cache, elements[1]), space);
+    }
     return std::make_shared<ColourSpace>(std::move(space));
 }
 

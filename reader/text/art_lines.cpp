@@ -10,7 +10,8 @@ bool ArtLines::goesOn() {
     const Transparency& transparency = interpreter_.state.transparency;
     return line.painted == interpreter_.level.painted &&
            line.settings == interpreter_.state.settings && line.blend == transparency.blend &&
-           line.mask == transparency.mask && line.container == interpreter_.containers.container();
+           line.mask == transparency.mask && line.overprint == interpreter_.state.overprint &&
+           line.container == interpreter_.containers.container();
 }
 
 void ArtLines::beginLine(TextLine& line) {
@@ -19,9 +20,12 @@ void ArtLines::beginLine(TextLine& line) {
             .container = interpreter_.containers.container(),
             .settings = interpreter_.state.settings,
             .blend = interpreter_.state.transparency.blend,
-            .mask = interpreter_.state.transparency.mask};
+            .mask = interpreter_.state.transparency.mask,
+            .overprint = interpreter_.state.overprint};
     callHost(slot::setTextLine, made.art, &line);
-    tellAppearance(interpreter_, made.art, {}); // opacity is that of runs
+    // Opacity is that of runs.
+    tellAppearanceAsOne(interpreter_, made.art,
+                        {.blend = made.blend, .mask = made.mask, .overprint = made.overprint});
 }
 
 void ArtLines::addRun(TextRun& run, ShownPart part) {
@@ -31,6 +35,7 @@ void ArtLines::addRun(TextRun& run, ShownPart part) {
         run.source = interpreter_.sourceFrom(level.span.start);
     }
     callHost(slot::addTextRun, line.art, &run);
+    interpreter_.seenThrough += run.fillOpacity != 1 || run.strokeOpacity != 1 ? 1 : 0;
     line.painted = ++level.painted;
     part.art = line.art;
     part.run = line.runs++;

@@ -5,7 +5,9 @@
 #include "runtime/fixed.h"
 #include "runtime/matrix.h"
 
+#include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace corvane {
 
@@ -41,6 +43,10 @@ bool isBlank(std::string_view text) {
 }
 
 } // namespace
+
+bool leadsBack(double number) {
+    return number / 1000 > farthestBack;
+}
 
 LineBuilder::LineBuilder(LineTarget& target, const GraphicsState& state, const RealMatrix& space,
                          const PathStyle& style)
@@ -168,20 +174,86 @@ void LineBuilder::addGap(double at) {
     }
 }
 
-void LineBuilder::add(const ShownGlyph& glyph, double pen, double advance, std::int32_t element) {
+void LineBuilder::add(const PlacedGlyph& placed) {
+    const ShownGlyph& glyph = placed.glyph;
+    const double pen = placed.pen;
     if (isInRun_ && !isWithinReach(along(pen), realFromFixed(run_.size))) {
-        endRun(pen, element);
+        endRun(pen, placed.element);
         open_.isOpen = false;
     }
     if (!isInRun_) {
-        beginRun(pen, element);
+        beginRun(pen, placed.element);
     }
     // Words of a column are not told apart by gaps.
     if (!isBlank(glyph.text) && !isVertical_) {
         addGap(along(pen));
     }
     append(glyph.text, along(pen), isVertical_ ? columnAdvance : glyph.advance, glyph.face);
-    open_.end = along(pen + advance);
+    open_.end = along(pen + placed.advance);
+}
+
+/// `shown` and `standing` are the same glyphs, in the two orders.
+void LineBuilder::addLineFromRight(std::span<const PlacedGlyph> shown,
+                                   std::span<const PlacedGlyph> standing, double pen,
+                                   std::int32_t end) {
+    open_.isOpen = false;
+    beginRun(standing.front().pen, shown.front().element);
+    runPen_ = shown.front().pen;
+    double reached = along(standing.front().pen);
+    for (const PlacedGlyph& placed : standing) {
+        open_.end = reached; // marks stand on letters
+        if (!isBlank(placed.glyph.text)) {
+            addGap(along(placed.pen));
+        }
+        append(placed.glyph.text, along(placed.pen), placed.glyph.advance, placed.glyph.face);
+        reached = std::max(reached, along(placed.pen + placed.advance));
+    }
+    endRun(pen, end);
+    open_.isOpen = false;
+}
+
+bool LineBuilder::addFromRight(std::span<const PlacedGlyph> glyphs, double pen, std::int32_t end) {
+    if (isVertical_ || stretch_ <= 0) {
+        return false;
+    }
+    std::vector<std::size_t> order(glyphs.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::ranges::stable_sort(order, {}, [&](std::size_t i) { return glyphs[i].pen; });
+    struct Line {
+        std::size_t first = 0; // in the order of showing, as the next
+        std::size_t last = 0;
+        std::vector<PlacedGlyph> standing;
+    };
+    std::vector<Line> lines;
+    const double size = realFromFixed(run_.size);
+    double reached = 0;
+    for (const std::size_t i : order) {
+        const double at = along(glyphs[i].pen);
+        if (lines.empty() || at - reached > widestGap * size) {
+            lines.push_back({.first = i, .last = i, .standing = {}});
+            reached = at;
+        }
+        Line& line = lines.back();
+        line.first = std::min(line.first, i);
+        line.last = std::max(line.last, i);
+        line.standing.push_back(glyphs[i]);
+        reached = std::max(reached, along(glyphs[i].pen + glyphs[i].advance));
+    }
+    std::ranges::sort(lines, {}, &Line::first);
+    const auto isApart = [&](const Line& line) {
+        return line.last - line.first + 1 == line.standing.size() &&
+               (line.first == 0 || glyphs[line.first].element != glyphs[line.first - 1].element);
+    };
+    if (!std::ranges::all_of(lines, isApart)) {
+        return false;
+    }
+    for (const Line& line : lines) {
+        const std::size_t next = line.last + 1;
+        const bool isLast = next == glyphs.size();
+        addLineFromRight(glyphs.subspan(line.first, line.standing.size()), line.standing,
+                         isLast ? pen : glyphs[next].pen, isLast ? end : glyphs[next].element);
+    }
+    return true;
 }
 
 void LineBuilder::endAt(double pen, std::int32_t element) {

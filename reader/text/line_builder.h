@@ -11,10 +11,24 @@
 #include "runtime/memory.h"
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
 namespace corvane {
+
+/// A glyph, where the pen shows it and how far it moves the pen then, both in text space, and its
+/// number among the elements of the array that is shown.
+struct PlacedGlyph {
+    ShownGlyph glyph;
+    double pen = 0;
+    double advance = 0;
+    std::int32_t element = 0;
+};
+
+/// Whether a number of an array, in thousandths of an em, leads from one letter to one that stands
+/// left of it.
+bool leadsBack(double number);
 
 class LineBuilder {
 public:
@@ -23,9 +37,11 @@ public:
     LineBuilder(LineTarget& target, const GraphicsState& state, const RealMatrix& space,
                 const PathStyle& style);
 
-    /// A glyph at `pen`, and how far it moves the pen; both in text space. `element` counts in the
-    /// array that is shown.
-    void add(const ShownGlyph& glyph, double pen, double advance, std::int32_t element);
+    void add(const PlacedGlyph& placed);
+    /// Glyphs of which each stands left of the one shown before, but for numbers among them: they
+    /// become lines from the left. The pen comes to rest at `pen`, behind the element `end`.
+    /// Nothing is added, and the answer is false, where they do not stand in lines.
+    bool addFromRight(std::span<const PlacedGlyph> glyphs, double pen, std::int32_t end);
     /// The pen comes to rest, behind the last element: the last run is given to the host.
     void endAt(double pen, std::int32_t element);
 
@@ -39,6 +55,8 @@ private:
     void beginRun(double pen, std::int32_t element);
     void endRun(double pen, std::int32_t element);
     void addGap(double at);
+    void addLineFromRight(std::span<const PlacedGlyph> shown, std::span<const PlacedGlyph> standing,
+                          double pen, std::int32_t end);
     void append(std::string_view text, double at, double advance, std::int32_t face);
 
     LineTarget& target_;

@@ -1,6 +1,8 @@
 #include "reader/text/show_text.h"
 
+#include "fonts/text_order.h"
 #include "host/matrix.h"
+#include "host/utf8.h"
 #include "reader/content/interpreter.h"
 #include "reader/paint/path_art.h"
 #include "reader/syntax/syntax.h"
@@ -111,6 +113,7 @@ public:
 
 private:
     static constexpr std::int64_t glyphBytes = sizeof(ShownGlyph);
+    static constexpr std::size_t placedBytes = 3 * sizeof(PlacedGlyph);
 
     void addLetters(std::span<const Object> elements, const RealMatrix& space, bool isPainted) {
         const GraphicsState& state = interpreter_.state;
@@ -124,22 +127,42 @@ private:
         if (addsToClip(text_) && isPlaced(text_, space)) {
             clip.emplace(clipLines, state, space, clippingStyle());
         }
-        walk(elements, [&](const ShownGlyph& glyph, std::int32_t element) {
-            const double advance = advanceOf(glyph);
+        const auto number = static_cast<std::int32_t>(elements.size());
+        const auto forEachLine = [&](const auto& use) {
             if (painted) {
-                painted->add(glyph, pen_, advance, element);
+                use(*painted);
             }
             if (clip) {
-                clip->add(glyph, pen_, advance, element);
+                use(*clip);
             }
+        };
+        if (std::ranges::any_of(elements, leadsLeft)) {
+            gather(elements);
+            forEachLine([&](LineBuilder& lines) {
+                if (!runsFromRight_ || !lines.addFromRight(placed_, pen_, number)) {
+                    std::ranges::for_each(placed_, [&](const auto& each) { lines.add(each); });
+                }
+            });
+        } else {
+            walk(elements, [&](const ShownGlyph& glyph, std::int32_t element) {
+                const PlacedGlyph placed{glyph, pen_, advanceOf(glyph), element};
+                forEachLine([&](LineBuilder& lines) { lines.add(placed); });
+            });
+        }
+        forEachLine([&](LineBuilder& lines) { lines.endAt(pen_, number); });
+    }
+
+    static bool leadsLeft(const Object& element) {
+        return isNumber(element) && leadsBack(realNumber(element));
+    }
+
+    /// All glyphs, and whether they are of a script that runs from the right.
+    void gather(std::span<const Object> elements) {
+        walk(elements, [&](const ShownGlyph& glyph, std::int32_t element) {
+            placed_.push_back({glyph, pen_, advanceOf(glyph), element});
+            placedCharge_.resize(static_cast<std::int64_t>(placed_.capacity() * placedBytes));
+            runsFromRight_ = runsFromRight_ || isRightToLeft(decodeCharacter(glyph.text).code);
         });
-        const auto number = static_cast<std::int32_t>(elements.size());
-        if (painted) {
-            painted->endAt(pen_, number);
-        }
-        if (clip) {
-            clip->endAt(pen_, number);
-        }
     }
 
     void drawGlyphs(std::span<const Object> elements, const RealMatrix& space) {
@@ -202,6 +225,9 @@ private:
     double pen_ = 0; ///< in text space, from where the text begins
     std::vector<ShownGlyph> glyphs_;
     ZoneCharge charge_; ///< of the glyphs
+    std::vector<PlacedGlyph> placed_;
+    ZoneCharge placedCharge_; ///< of these, and of their other orders
+    bool runsFromRight_ = false;
 };
 
 } // namespace

@@ -20,9 +20,10 @@ struct LineArt {
     Art art = Art::null;
     Art container = Art::null;  ///< that it was made in
     std::int32_t painted = 0;   ///< objects of the content when its last run was made
-    std::uint16_t settings = 0; ///< of `gs`, as the next two
+    std::uint16_t settings = 0; ///< of `gs`, as the next three
     BlendMode blend = BlendMode::normal;
     SoftMask mask = SoftMask::null;
+    Overprint overprint;
     std::int32_t runs = 0;
 };
 

@@ -121,6 +121,9 @@ LookState stateOf(const Appearance& appearance) {
     if (appearance.mask != SoftMask::null) {
         state.mask = appearance.mask;
     }
+    if (appearance.overprint != Overprint()) {
+        state.overprint = appearance.overprint;
+    }
     return state;
 }
 
@@ -207,7 +210,9 @@ TextDrawing* DrawnLooks::textsOf(const Walk& walk, Art content) {
 }
 
 std::string DrawnLooks::textOf(const LookState& state) const {
-    needVersion(Feature::transparency);
+    if (state != LookState{.overprint = state.overprint}) {
+        needVersion(Feature::transparency);
+    }
     std::string text = "<< /Type /ExtGState";
     if (state.fillOpacity) {
         text += " /ca " + unitText(*state.fillOpacity);
@@ -218,6 +223,11 @@ std::string DrawnLooks::textOf(const LookState& state) const {
     if (state.blend) {
         text += " /BM /";
         text += blendNames[static_cast<std::size_t>(*state.blend)];
+    }
+    if (state.overprint) {
+        const auto word = [](bool isOn) { return isOn ? "true" : "false"; };
+        text += std::string(" /OP ") + word(state.overprint->strokes) + " /op " +
+                word(state.overprint->fills) + " /OPM " + (state.overprint->skipsZeros ? "1" : "0");
     }
     if (state.mask == SoftMask::null) {
         text += " /SMask /None";
@@ -317,6 +327,14 @@ void groupWorks(Walk& walk, std::string_view name) {
     walk.text.add(" Do\n");
 }
 
+/// The rest of its look may make a group of it, which begins with the overprint around it.
+void overprintedWorks(Walk& walk, Art art, Appearance rest) {
+    enterWorks(walk);
+    stateWorks(walk, {.overprint = std::exchange(rest.overprint, {})});
+    rest == Appearance() ? plainWorks(walk, art) : lookedWorks(walk, art, rest);
+    leaveWorks(walk);
+}
+
 /// Strokes a path with tiles as a group: readers do not see through the tiles of a stroke.
 void tiledStrokeWorks(Walk& walk, Art path, double opacity) {
     const auto drawing = std::make_unique<Drawing>(walk, walk.texts);
@@ -329,6 +347,9 @@ void tiledStrokeWorks(Walk& walk, Art path, double opacity) {
 } // namespace
 
 void lookedWorks(Walk& walk, Art art, const Appearance& appearance) {
+    if (appearance.overprint != Overprint()) {
+        return overprintedWorks(walk, art, appearance);
+    }
     const ArtKind kind = artKind(art);
     const bool isPath = kind == ArtKind::path || kind == ArtKind::compound;
     const PathStyle style = isPath ? leadingStyle(art) : PathStyle();

@@ -31,6 +31,7 @@ struct LookState {
     std::optional<double> strokeOpacity = {};
     std::optional<BlendMode> blend = {};
     std::optional<SoftMask> mask = {}; ///< null: none
+    std::optional<Overprint> overprint = {};
     bool isEmpty() const { return *this == LookState(); }
     friend auto operator<=>(const LookState&, const LookState&) = default;
 };

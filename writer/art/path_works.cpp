@@ -1,5 +1,6 @@
 #include "writer/art/path_works.h"
 
+#include "host/pen.h"
 #include "reader/content/art.h"
 #include "runtime/callbacks.h"
 #include "runtime/charged_list.h"
@@ -83,6 +84,24 @@ std::string_view maskOf(const Walk& walk, std::uint8_t isPainted, const Colour& 
                                                     : walk.paints->maskOf(colour);
 }
 
+void plainPaintWorks(Walk& walk, const PaintedPath& path) {
+    pathStyleWorks(walk, path.style);
+    segmentWorks(walk, path.subpaths);
+    paintWorks(walk, path);
+}
+
+/// A pen that is not round is the space in which the path is drawn.
+void pennedWorks(Walk& walk, const PaintedPath& path) {
+    if (path.style.strokePaint == 0 || path.style.pen == Pen() || path.first().guide) {
+        return plainPaintWorks(walk, path);
+    }
+    enterWorks(walk);
+    enterPen(walk, path.style.pen);
+    plainPaintWorks(walk, path);
+    walk.space.reset();
+    leaveWorks(walk);
+}
+
 /// Fills and strokes apart, each within the mask of its own paint.
 void maskedWorks(Walk& walk, const PaintedPath& path) {
     for (const bool isFill : {true, false}) {
@@ -93,9 +112,7 @@ void maskedWorks(Walk& walk, const PaintedPath& path) {
         }
         enterWorks(walk);
         maskWorks(walk, part.style);
-        pathStyleWorks(walk, part.style);
-        segmentWorks(walk, part.subpaths);
-        paintWorks(walk, part);
+        pennedWorks(walk, part);
         leaveWorks(walk);
     }
 }
@@ -114,9 +131,7 @@ void paintedWorks(Walk& walk, PaintedPath path) {
             return;
         }
     }
-    pathStyleWorks(walk, path.style);
-    segmentWorks(walk, path.subpaths);
-    paintWorks(walk, path);
+    pennedWorks(walk, path);
 }
 
 /// The paths of a compound path, from the back to the front.
@@ -164,6 +179,13 @@ void maskWorks(Walk& walk, const PathStyle& style) {
         walk.text.add(mask);
         walk.text.add(" gs\n");
     }
+}
+
+void enterPen(Walk& walk, const Pen& pen, const RealMatrix& fromArtboard) {
+    const RealMatrix space = penMatrix(pen);
+    walk.text.addMatrix(withoutSignedZeros(multiply(space, fromArtboard)));
+    walk.text.add("cm\n");
+    walk.space = userSpace(space);
 }
 
 std::string_view clipOperator(const PathStyle& style) {

@@ -18,6 +18,9 @@ void strokeOnlyWorks(Walk& walk, Art art);
 /// Makes `clip`, a path or art that holds paths, the clip of what follows; paints none of it.
 void clipWorks(Walk& walk, Art clip);
 
+/// Makes a pen the space of what is drawn next, in a space to which that matrix leads.
+void enterPen(Walk& walk, const Pen& pen, const RealMatrix& fromArtboard = {});
+
 /// The operator that ends a path which `h` has closed where it is closed.
 std::string_view paintOperator(const PathStyle& style, bool endsClosed);
 /// Whether the host draws the fill: a gradient or a pattern.

@@ -6,6 +6,7 @@
 #include "host/matrix.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace corvane::answer {
 
@@ -113,6 +114,19 @@ HostError getPattern(PaintSource pattern, PatternFacts* facts) {
                          .stepX = known.stepX,
                          .stepY = known.stepY,
                          .matrix = known.matrix};
+    });
+}
+
+HostError addCustomColour(const CustomColour* facts, PaintSource* custom) {
+    return guardedSlot([&](CallbackScope& scope) {
+        PaintSource& made = target(custom);
+        const CustomColour& told = target(facts);
+        SpotColour colour{.name = countedText(told.name)};
+        if (colour.name.empty()) {
+            throw ArtworkError("the custom colour has no name");
+        }
+        std::ranges::copy(told.process, colour.process.begin());
+        made = scope.document().addSpotColour(std::move(colour));
     });
 }
 

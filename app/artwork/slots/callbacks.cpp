@@ -65,6 +65,7 @@ void fillTable(std::span<HostProcedure> table) {
     fillSlot(table, slot::getGradient, answer::getGradient);
     fillSlot(table, slot::addPattern, answer::addPattern);
     fillSlot(table, slot::getPattern, answer::getPattern);
+    fillSlot(table, slot::addCustomColour, answer::addCustomColour);
 
     fillSlot(table, slot::addFont, answer::addFont);
     fillSlot(table, slot::setFontFile, answer::setFontFile);

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace corvane {
@@ -17,6 +18,12 @@ inline void copyCounted(std::string_view text, std::span<std::uint8_t> into) {
     const std::string_view part = cutText(text, std::min(into.size() - 1, most));
     into[0] = static_cast<std::uint8_t>(part.size());
     std::ranges::copy(part, into.begin() + 1);
+}
+
+/// The bytes that are counted, as far as there are any.
+inline std::string countedText(std::span<const std::uint8_t> from) {
+    const auto bytes = from.subspan(1, std::min<std::size_t>(from[0], from.size() - 1));
+    return {bytes.begin(), bytes.end()};
 }
 
 } // namespace corvane

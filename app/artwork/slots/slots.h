@@ -72,6 +72,7 @@ HostError addGradient(const GradientFacts*, PaintSource* gradient);
 HostError getGradient(PaintSource gradient, GradientFacts*);
 HostError addPattern(const PatternFacts*, PaintSource* pattern);
 HostError getPattern(PaintSource pattern, PatternFacts*);
+HostError addCustomColour(const CustomColour*, PaintSource* custom);
 
 // Text
 HostError addFont(const FontFacts*, Font* font);

@@ -15,6 +15,9 @@ std::uint32_t hashOf(const PathStyle& style) {
     for (const Fixed length : style.dash) {
         hash.add(length);
     }
+    for (const double entry : {style.pen.xx, style.pen.xy, style.pen.yy}) {
+        hash.addNumber(entry);
+    }
     return hash.value();
 }
 

@@ -16,6 +16,14 @@ constexpr std::array<std::string_view, 16> blendNames{
     "color-dodge", "color-burn", "hard-light", "soft-light", "difference", "exclusion",
     "hue",         "saturation", "color",      "luminosity"};
 
+struct OverprintWord {
+    std::string_view name;
+    bool Overprint::*part;
+};
+constexpr std::array overprintWords{OverprintWord{"fill", &Overprint::fills},
+                                    OverprintWord{"stroke", &Overprint::strokes},
+                                    OverprintWord{"skip-zeros", &Overprint::skipsZeros}};
+
 void writeOpacity(TextOutput& out, std::string_view name, double opacity) {
     if (opacity != 1) {
         writeDoubleAttribute(out, name, opacity);
@@ -43,6 +51,30 @@ void writeAppearance(TextOutput& out, const Appearance& appearance, std::string_
     if (appearance.isKnockout) {
         writePlainAttribute(out, "data-knockout", "true");
     }
+    std::string overprint;
+    for (const OverprintWord& word : overprintWords) {
+        if (appearance.overprint.*word.part) {
+            overprint += overprint.empty() ? "" : " ";
+            overprint += word.name;
+        }
+    }
+    if (!overprint.empty()) {
+        writePlainAttribute(out, "data-overprint", overprint);
+    }
+}
+
+Overprint parseOverprint(std::string_view text) {
+    Overprint overprint;
+    for (std::size_t end = 0; !text.empty(); text.remove_prefix(end)) {
+        text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+        end = std::min(text.find(' '), text.size());
+        const auto* const found =
+            std::ranges::find(overprintWords, text.substr(0, end), &OverprintWord::name);
+        if (found != overprintWords.end()) {
+            overprint.*found->part = true;
+        }
+    }
+    return overprint;
 }
 
 void writePaintOpacities(TextOutput& out, const PathStyle& style, double fill, double stroke) {

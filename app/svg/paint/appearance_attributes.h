@@ -16,6 +16,9 @@ void writeAppearance(TextOutput&, const Appearance&, std::string_view mask);
 /// The opacities of the paints that a style uses.
 void writePaintOpacities(TextOutput&, const PathStyle&, double fill, double stroke);
 
+/// What `data-overprint` says.
+Overprint parseOverprint(std::string_view text);
+
 /// The mode of that name in CSS; none where there is none.
 std::optional<BlendMode> blendModeByName(std::string_view name);
 

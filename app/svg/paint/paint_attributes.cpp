@@ -85,19 +85,19 @@ void writeColour(TextOutput& out, const PaintNames& names, const Colour& colour,
 }
 
 void writePaint(TextOutput& out, const PaintNames& names, const Colour& colour,
-                const PaintServers& servers, bool blackIsDefault) {
+                const ElementServers& of, bool blackIsDefault) {
     switch (colour.kind) {
     case ColourKind::gray:
     case ColourKind::process:
         writeColour(out, names, colour, blackIsDefault);
         return;
     case ColourKind::custom:
-        writeSpot(out, names, servers.document().spotColour(colour.source), colour.component[0],
+        writeSpot(out, names, of.servers.document().spotColour(colour.source), colour.component[0],
                   blackIsDefault);
         return;
     case ColourKind::pattern:
     case ColourKind::gradient:
-        writePlainAttribute(out, names.paint, "url(#" + servers.id(colour.source) + ")");
+        writePlainAttribute(out, names.paint, "url(#" + of.servers.id(colour.source, of.pen) + ")");
         return;
     }
 }

@@ -29,9 +29,15 @@ inline constexpr PaintNames strokeNames{
 inline constexpr PaintNames stopNames{
     "stop-color", "data-stop-gray", "data-stop-rgb", "data-stop-cmyk", "data-stop-origin", {}, {}};
 
+/// The gradients and patterns of an element that a pen transforms.
+struct ElementServers {
+    const PaintServers& servers;
+    Pen pen = {};
+};
+
 /// Writes a paint of any kind; its source must be written before. `blackIsDefault`: the visible
 /// colour is left out where it is black.
-void writePaint(TextOutput&, const PaintNames&, const Colour&, const PaintServers&,
+void writePaint(TextOutput&, const PaintNames&, const Colour&, const ElementServers&,
                 bool blackIsDefault);
 /// The same for gray and process colours only.
 void writeColour(TextOutput&, const PaintNames&, const Colour&, bool blackIsDefault);

@@ -1,13 +1,16 @@
 #include "app/svg/paint/paint_servers.h"
 
+#include "app/artwork/number_index.h"
 #include "app/artwork/path_walk.h"
 #include "app/svg/markup.h"
 #include "app/svg/paint/paint_attributes.h"
+#include "app/svg/style.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <string_view>
+#include <tuple>
 
 namespace corvane {
 
@@ -28,14 +31,21 @@ bool isServer(const Colour& colour) {
     return colour.kind == ColourKind::gradient || colour.kind == ColourKind::pattern;
 }
 
-/// Calls `use(source)` for the gradients and patterns that a path is painted with.
+/// Calls `use` for the gradients and patterns that a path is painted with.
 template <class Use>
 void forEachServer(const PathStyle& style, Use use) {
+    const Pen pen = drawnPen(style);
+    const auto each = [&](const Colour& colour) {
+        use(ServerUse{colour.source, Pen()});
+        if (pen != Pen()) {
+            use(ServerUse{colour.source, pen});
+        }
+    };
     if (style.fillPaint != 0 && isServer(style.fill)) {
-        use(style.fill.source);
+        each(style.fill);
     }
     if (style.strokePaint != 0 && isServer(style.stroke)) {
-        use(style.stroke.source);
+        each(style.stroke);
     }
 }
 
@@ -95,31 +105,66 @@ void writePlaces(TextOutput& out, const Gradient& gradient) {
 PaintServers::PaintServers(const Document& document, PageCorner corner)
     : document_(document), left_(points(corner.left)), top_(points(corner.top)) {}
 
-std::vector<PaintSource> PaintServers::claim(const PathStyle& style) {
-    std::vector<PaintSource> claimed;
-    const auto add = [&](PaintSource source) {
-        if (ids_.try_emplace(source).second) {
-            claimed.push_back(source);
+std::size_t PaintServers::UseHash::operator()(const ServerUse& use) const {
+    Hash hash;
+    hash.add(static_cast<std::uint32_t>(use.source));
+    for (const double entry : {use.pen.xx, use.pen.xy, use.pen.yy}) {
+        hash.addNumber(entry);
+    }
+    return hash.value();
+}
+
+std::vector<ServerUse> PaintServers::claim(const PathStyle& style) {
+    std::vector<ServerUse> claimed;
+    const auto add = [&](const ServerUse& use) {
+        if (ids_.try_emplace(use).second) {
+            claimed.push_back(use);
         }
     };
     forEachServer(style, add);
     for (std::size_t i = 0; i < claimed.size(); ++i) {
-        if (isPattern(document_, claimed[i])) {
-            forEachPath(document_, document_.pattern(claimed[i]).tile,
+        if (claimed[i].pen == Pen() && isPattern(document_, claimed[i].source)) {
+            forEachPath(document_, document_.pattern(claimed[i].source).tile,
                         [&](Art path) { forEachServer(document_.style(path), add); });
         }
     }
-    // A tile only uses patterns that were made before its own: their handles are smaller.
-    std::ranges::sort(claimed, [&](PaintSource left, PaintSource right) {
-        const bool leftLast = isPattern(document_, left);
-        const bool rightLast = isPattern(document_, right);
-        return leftLast != rightLast ? rightLast : left < right;
+    // A tile only uses patterns that were made before its own: their handles are smaller. What a
+    // pen transforms comes behind what it takes the rest from.
+    std::ranges::stable_sort(claimed, {}, [&](const ServerUse& use) {
+        return std::tuple(isPattern(document_, use.source), use.source, use.pen != Pen());
     });
-    for (const PaintSource source : claimed) {
-        ids_[source] = isPattern(document_, source) ? "pattern" + std::to_string(++patterns_)
-                                                    : "gradient" + std::to_string(++gradients_);
+    for (const ServerUse& use : claimed) {
+        ids_[use] = isPattern(document_, use.source) ? "pattern" + std::to_string(++patterns_)
+                                                     : "gradient" + std::to_string(++gradients_);
     }
     return claimed;
+}
+
+/// To the page.
+RealMatrix PaintServers::gradientMatrix(const Gradient& gradient) const {
+    return multiply(gradient.matrix, {1, 0, 0, -1, -left_, top_});
+}
+
+RealMatrix PaintServers::patternMatrix(const Pattern& pattern) const {
+    const RealMatrix page{1, 0, 0, -1, -left_, top_};
+    const RealMatrix pageUndone{1, 0, 0, -1, left_, top_};
+    return multiply(multiply(pageUndone, pattern.matrix), page);
+}
+
+void PaintServers::writeUnderPen(TextOutput& out, const ServerUse& use, int depth) const {
+    const bool tiles = isPattern(document_, use.source);
+    const RealMatrix onPage = tiles ? patternMatrix(document_.pattern(use.source))
+                                    : gradientMatrix(document_.gradient(use.source));
+    const RealMatrix back = inverse(penOnPage(use.pen)).value_or(RealMatrix());
+    writeIndent(out, depth);
+    out.text(tiles                                   ? "<pattern"
+             : document_.gradient(use.source).radial ? "<radialGradient"
+                                                     : "<linearGradient");
+    writePlainAttribute(out, "id", id(use.source, use.pen));
+    writePlainAttribute(out, "xmlns:xlink", "http://www.w3.org/1999/xlink");
+    writePlainAttribute(out, "xlink:href", "#" + id(use.source));
+    writeTransform(out, tiles ? "patternTransform" : "gradientTransform", multiply(onPage, back));
+    out.text("/>");
 }
 
 void PaintServers::writeGradient(TextOutput& out, PaintSource source, int depth) const {
@@ -131,8 +176,7 @@ void PaintServers::writeGradient(TextOutput& out, PaintSource source, int depth)
     writePlainAttribute(out, "id", id(source));
     writePlainAttribute(out, "gradientUnits", "userSpaceOnUse");
     writePlaces(out, gradient);
-    writeTransform(out, "gradientTransform",
-                   multiply(gradient.matrix, {1, 0, 0, -1, -left_, top_}));
+    writeTransform(out, "gradientTransform", gradientMatrix(gradient));
     if (gradient.spread != GradientSpread::pad) {
         writePlainAttribute(out, "spreadMethod",
                             gradient.spread == GradientSpread::reflect ? "reflect" : "repeat");
@@ -154,6 +198,10 @@ void PaintServers::writeGradient(TextOutput& out, PaintSource source, int depth)
     out.text(">");
 }
 
+void PaintServers::writePen(TextOutput& out, const Pen& pen) {
+    writeTransform(out, "transform", penOnPage(pen));
+}
+
 void PaintServers::writePatternStart(TextOutput& out, PaintSource source, int depth) const {
     const Pattern& pattern = document_.pattern(source);
     const double width = pattern.right - pattern.left;
@@ -173,9 +221,7 @@ void PaintServers::writePatternStart(TextOutput& out, PaintSource source, int de
     if (x != 0 || y != 0) {
         writeViewBox(out, x, y, stepX, stepY);
     }
-    const RealMatrix page{1, 0, 0, -1, -left_, top_};
-    const RealMatrix pageUndone{1, 0, 0, -1, left_, top_};
-    writeTransform(out, "patternTransform", multiply(multiply(pageUndone, pattern.matrix), page));
+    writeTransform(out, "patternTransform", patternMatrix(pattern));
     if (tidy(width) != stepX) {
         writeDoubleAttribute(out, "data-cell-width", tidy(width));
     }

@@ -2,6 +2,7 @@
 #include "app/svg/read/tree_reader.h"
 
 #include "app/artwork/path_walk.h"
+#include "app/svg/paint/appearance_attributes.h"
 #include "app/svg/read/paint/paint_style.h"
 #include "app/svg/read/style/css_colour.h"
 #include "app/svg/read/style/property_values.h"
@@ -12,12 +13,14 @@ namespace corvane {
 ElementLook TreeReader::lookOf(const ComputedStyle& style, const RealMatrix& matrix,
                                const Viewport& viewport) const {
     ElementLook look{style.appearance, style.mask, matrix, viewport};
-    look.appearance.isKnockout =
-        context_.ours && context_.holdsAppearance && attributes_.isTrue(Attribute::dataKnockout);
+    if (context_.ours && context_.holdsAppearance) {
+        look.appearance.isKnockout = attributes_.isTrue(Attribute::dataKnockout);
+        look.appearance.overprint = parseOverprint(attributes_[Attribute::dataOverprint]);
+    }
     return look;
 }
 
-/// That of an image or a text, which a group may carry for it.
+/// That of an image, a text or a path, which a group may carry for it.
 ElementLook TreeReader::lookOfChild(const ComputedStyle& style, const RealMatrix& matrix) const {
     const Frame& frame = frames_.back();
     if (!frame.passesLook) {
@@ -28,8 +31,8 @@ ElementLook TreeReader::lookOfChild(const ComputedStyle& style, const RealMatrix
     return look;
 }
 
-/// A mask would be turned with an image or a text, so files of ours put a group around it, which is
-/// no group of the art and has no name.
+/// A mask would be transformed with an image, a text or a path that has a pen, so files of ours put
+/// a group around it, which is no group of the art and has no name.
 bool TreeReader::carriesLook(pugi::xml_node node, const Frame& frame) const {
     const bool mayCarry = context_.ours && frame.style.clipPath.empty() &&
                           frame.late.kind == LateClip::Kind::none &&
@@ -42,7 +45,8 @@ bool TreeReader::carriesLook(pugi::xml_node node, const Frame& frame) const {
     for (const pugi::xml_node child : node.children()) {
         const Element element = context_.index.elementOf(child);
         held += child.type() == pugi::node_element ? 1 : 0;
-        carried += element == Element::image || element == Element::text ? 1 : 0;
+        const bool isPenned = element == Element::path && !child.attribute("transform").empty();
+        carried += isPenned || element == Element::image || element == Element::text ? 1 : 0;
     }
     return held == 1 && carried == 1;
 }
@@ -85,7 +89,7 @@ void TreeReader::setShapeLook(Art shape, const ComputedStyle& style, const RealM
     if (!context_.holdsAppearance) {
         return;
     }
-    ElementLook look = lookOf(style, matrix, frames_.back().viewport);
+    ElementLook look = lookOfChild(style, matrix);
     const Art path =
         document_.kind(shape) == ArtKind::compound ? document_.firstChild(shape) : shape;
     if (path == Art::null) {

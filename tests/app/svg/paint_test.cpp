@@ -99,6 +99,38 @@ TEST(WriteSvgPaint, patternsHoldTheirTileAndFollowWhatItNeeds) {
               "  <path id=\"p1\" fill=\"url(#pattern2)\" d=\"M0 200H90V110H0Z\"/>");
 }
 
+/// What a pen does to the element it does to its paint, too, unless that undoes it.
+TEST(WriteSvgPaint, paintLiesOnThePageWhateverThePen) {
+    ArtBuilder art;
+    Gradient gradient = ramp(0, 60);
+    gradient.matrix = {1, .5, 0, 1, 10, 0};
+    Pattern pattern;
+    pattern.tile = art.document.makeArtwork();
+    art.path(pattern.tile, box(0, 0, 2, 3), filled());
+    pattern.right = pattern.stepX = 4;
+    pattern.top = pattern.stepY = 5;
+    PathStyle style = filledWith(ColourKind::pattern, art.document.addPattern(pattern));
+    style.strokePaint = 1;
+    style.stroke.kind = ColourKind::gradient;
+    style.stroke.source = art.document.addGradient(gradient);
+    art.path(art.layerArt(), box(0, 0, 50, 50), style);
+    style.pen = {1, 0, .5};
+    art.path(art.layerArt(), box(0, 0, 50, 50), style);
+    style.strokePaint = 0;
+    art.path(art.layerArt(), box(0, 0, 40, 40), style);
+    const std::string text = art.layerText();
+    for (const char* part :
+         {"<linearGradient id=\"gradient2\" xmlns:xlink=\"http://www.w3.org/1999/xlink\" "
+          "xlink:href=\"#gradient1\" gradientTransform=\"matrix(1 -1 0 -2 10 400)\"/>",
+          "<pattern id=\"pattern2\" xmlns:xlink=\"http://www.w3.org/1999/xlink\" "
+          "xlink:href=\"#pattern1\" patternTransform=\"matrix(1 0 0 2 0 0)\"/>",
+          "fill=\"url(#pattern2)\" stroke=\"url(#gradient2)\" transform=\"matrix(1 0 0 .5 0 0)\" "
+          "d=\"M0 400 50 400 50 300 0 300Z\"/>",
+          "<path id=\"p3\" fill=\"url(#pattern1)\" d=\"M0 200H40V160H0Z\"/>"}) {
+        EXPECT_NE(text.find(part), std::string::npos) << part << text;
+    }
+}
+
 /// Paint of a clip is kept, of a guide and of what is not painted not.
 TEST(WriteSvgPaint, onlyPaintInUseIsWritten) {
     ArtBuilder art;

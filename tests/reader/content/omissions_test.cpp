@@ -18,6 +18,8 @@ protected:
         draw(PdfBuilder::onePage(content, "/Resources<<" + resources + ">>")
                  .object(8, "<</Type/Mask/S/Alpha>>")
                  .object(9, "<</FunctionType 2/Domain[0 1]/C0[0]/C1[1]/N 1>>")
+                 .object(12, "<</FunctionType 2/Domain[0 1]/C0[1 1 1]/C1[.8 .6 .1]/N 1>>")
+                 .object(13, "<</FunctionType 2/Domain[0 1]/C0[1 1 1]/C1[.8 .6 .1]/N 2>>")
                  .stream(10, "", "/N 3")
                  .stream(11, "", "/Subtype/Image/OC 8 0 R")
                  .bytes());
@@ -69,7 +71,7 @@ TEST_F(OmissionsTest, ExternalStates) {
              Row{"/FL 1/SM .1/SA true/AIS false/TK true/RI/RelativeColorimetric", {}},
              Row{"/ca 0.5/CA 0/BM/Multiply", {}},
              Row{"/SMask 8 0 R", {{Omission::softMask, 1}}},
-             Row{"/OP true/op true", {{Omission::overprint, 1}}},
+             Row{"/OP true/op true", {}},
              Row{"/TR 9 0 R/HT<<>>/UCR2 9 0 R", {{Omission::deviceSetting, 1}}},
              Row{"/RI/Saturation", {{Omission::renderingIntent, 1}}},
              Row{"/ca/x/CA[]/BM 1/SMask 1/OP 1/RI 1", {}},
@@ -81,6 +83,8 @@ TEST_F(OmissionsTest, ExternalStates) {
 }
 
 TEST_F(OmissionsTest, HostsWithoutTransparency) {
+    extension_.version = 6;
+    EXPECT_EQ(omitted("/G gs", "/ExtGState<</G<</OP true>>>>"), (Counts{{Omission::overprint, 1}}));
     extension_.version = 5;
     for (const char* const entries :
          {"/ca 0.5/CA 0/BM/Multiply", "/BM[/Screen/Normal]/ca 1", "/CA .5/SMask 8 0 R"}) {
@@ -95,7 +99,7 @@ TEST_F(OmissionsTest, HostsWithoutTransparency) {
 }
 
 TEST_F(OmissionsTest, LargeStatesAreNotReadFromEndToEndAtEachUse) {
-    std::string entries = "/OP true";
+    std::string entries = "/RI /Saturation";
     std::string content;
     constexpr int count = 20000;
     for (int i = 0; i < count; ++i) {
@@ -103,7 +107,7 @@ TEST_F(OmissionsTest, LargeStatesAreNotReadFromEndToEndAtEachUse) {
         content += "/G gs ";
     }
     EXPECT_EQ(omitted(content, "/ExtGState<</G<<" + entries + ">>>>"),
-              (Counts{{Omission::overprint, count}}));
+              (Counts{{Omission::renderingIntent, count}}));
     EXPECT_LT(cache_->work.comparedKeys, 1000 * count);
 }
 
@@ -120,7 +124,12 @@ TEST_F(OmissionsTest, Colours) {
              Row{"/C cs", "/C[/CalGray<<>>]", {{Omission::colourProfile, 1}}},
              Row{"/C cs", "/C[/CalGray<</WhitePoint[1 1 1]>>]", {}},
              Row{"/C cs", "/C[/Indexed[/ICCBased 10 0 R]0(abc)]", {{Omission::colourProfile, 1}}},
-             Row{"/C cs 1 scn 0 scn", ink, {{Omission::ink, 1}}},
+             Row{"/C cs 1 scn 0 scn", ink, {{Omission::ink, 1}}}, // its tints get darker
+             Row{"/C cs 1 scn", "/C[/Separation/Gold/DeviceRGB 12 0 R]", {}},
+             Row{"/C cs 1 scn", "/C[/DeviceN[/Gold]/DeviceRGB 12 0 R]", {}},
+             Row{"/C cs 1 scn", "/C[/Separation/All/DeviceRGB 12 0 R]", {{Omission::ink, 1}}},
+             Row{"/C cs 1 scn", "/C[/Separation/G#ff/DeviceRGB 12 0 R]", {{Omission::ink, 1}}},
+             Row{"/C cs 1 scn", "/C[/Separation/Gold/DeviceRGB 13 0 R]", {{Omission::ink, 1}}},
              // A name that in inline images stands for a device space.
              Row{"/G cs", "/G[/Separation/Gold/DeviceGray 9 0 R]", {{Omission::ink, 1}}},
              // The data of an image whose space cannot be read are no content all the same.
@@ -138,6 +147,28 @@ TEST_F(OmissionsTest, Colours) {
     }
 }
 
+TEST_F(OmissionsTest, KnockoutGroupsOfWhatIsSeenThrough) {
+    const Counts one{{Omission::transparency, 1}};
+    struct Row {
+        const char* content; ///< of the group
+        const char* group;
+        Counts counts;
+    };
+    for (const Row& row : {Row{"0 0 9 9 re f 4 4 9 9 re f", "/K true", {}},
+                           Row{"0 0 9 9 re f /H gs 4 4 9 9 re f", "/K true", one},
+                           Row{"0 0 9 9 re f /M gs 4 4 9 9 re f", "/K true", one},
+                           Row{"0 0 9 9 re f /H gs 4 4 9 9 re f", "/K false", {}}}) {
+        omissions_.clear();
+        draw(PdfBuilder::onePage("/X Do", "/Resources<</XObject<</X 9 0 R>>/ExtGState<</H<</ca "
+                                          ".5>>/M<</BM/Multiply>>>>>>")
+                 .stream(9, row.content,
+                         std::string("/Subtype/Form/BBox[0 0 99 99]/Group<</S/Transparency") +
+                             row.group + ">>")
+                 .bytes());
+        EXPECT_EQ(omissions_, row.counts) << row.content << row.group;
+    }
+}
+
 TEST_F(OmissionsTest, StrokesOfUnequalScale) {
     const Counts one{{Omission::unequalStrokeScale, 1}};
     const std::string line = " 0 0 m 9 9 l S";
@@ -145,10 +176,16 @@ TEST_F(OmissionsTest, StrokesOfUnequalScale) {
                              ".6 .8 -.8 .6 0 0 cm", "1 0 0 1.0001 0 0 cm", "2 0 0 1 0 0 cm 0 w"}) {
         EXPECT_EQ(omitted(even + line, ""), Counts()) << even;
     }
-    for (const char* uneven : {"2 0 0 1 0 0 cm", "1 0 .5 1 0 0 cm", "1 0 0 0 0 0 cm",
-                               "0 1 2 0 0 0 cm", "1 0 0 1.01 0 0 cm"}) {
-        EXPECT_EQ(omitted(uneven + line, ""), one) << uneven;
-        EXPECT_EQ(omitted(std::string(uneven) + " 0 0 m 9 9 l 9 0 l f", ""), Counts()) << uneven;
+    const std::string flat = "1 0 0 0 0 0 cm";
+    for (const bool holdsPens : {true, false}) {
+        extension_.version = holdsPens ? HostExtension::currentVersion : 6;
+        for (const std::string& uneven :
+             {std::string("2 0 0 1 0 0 cm"), std::string("1 0 .5 1 0 0 cm"), flat,
+              std::string("0 1 2 0 0 0 cm"), std::string("1 0 0 1.01 0 0 cm")}) {
+            EXPECT_EQ(omitted(uneven + line, ""), holdsPens && uneven != flat ? Counts() : one)
+                << uneven;
+            EXPECT_EQ(omitted(uneven + " 0 0 m 9 9 l 9 0 l f", ""), Counts()) << uneven;
+        }
     }
 }
 

@@ -9,13 +9,19 @@ namespace {
 
 class TextTest : public ExtensionTest {
 protected:
-    /// The runs of a page with fonts /F (Helvetica), /T (Type 3) and /V (vertical).
+    /// The runs of a page with fonts /F (Helvetica), /T (Type 3), /V (vertical) and /H, in which a
+    /// to d are the first letters of the Hebrew alphabet, and all are half an em wide.
     std::string runs(const std::string& content) {
         omissions_.clear();
-        draw(PdfBuilder::onePage(content, "/Resources << /Font << /F 20 0 R /T 21 0 R /V 22 0 R >> "
-                                          "/XObject << /I 24 0 R >> /ExtGState << "
-                                          "/G << /Font [20 0 R 20] >> /W << /Font [20 0 R] >> "
-                                          ">> >>")
+        std::string halves;
+        for (int code = 48; code <= 100; ++code) {
+            halves += "500 ";
+        }
+        draw(PdfBuilder::onePage(
+                 content, "/Resources << /Font << /F 20 0 R /T 21 0 R /V 22 0 R /H 27 0 R >> "
+                          "/XObject << /I 24 0 R >> /ExtGState << "
+                          "/G << /Font [20 0 R 20] >> /W << /Font [20 0 R] >> "
+                          ">> >>")
                  .object(20, "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>")
                  .object(21, "<< /Type /Font /Subtype /Type3 /FontBBox [0 0 9 9] /FontMatrix [.1 0 "
                              "0 .1 0 0] /CharProcs << /a 26 0 R >> /Encoding << /Differences [97 "
@@ -30,6 +36,11 @@ protected:
                          "/Subtype /Image /Width 1 /Height 1 /BitsPerComponent 8 "
                          "/ColorSpace /DeviceGray")
                  .stream(26, "10 0 d0 0 0 9 9 re f")
+                 .object(27, "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica /FirstChar 48 "
+                             "/Widths [" +
+                                 halves + "] /ToUnicode 28 0 R >>")
+                 .stream(28, "beginbfrange <61> <64> <05D0> endbfrange "
+                             "beginbfrange <30> <39> <0030> endbfrange")
                  .bytes());
         return test::runsText(document());
     }
@@ -56,6 +67,17 @@ TEST_F(TextTest, LinesAndRuns) {
         {"a little back", "[(ab) 300 (cd)] TJ", "ab{-300}cd@100,700 10"},
         {"in front of the line's first letter", "[(i) 300 (b)] TJ",
          "i@100,700 10 | b@99.22,700 10"},
+        {"letters from the right", "/H 10 Tf [(a) 1000 (b) 1050 (c)] TJ",
+         "\u05D2{50}\u05D1\u05D0@89.5,700 10"},
+        {"words and numbers from the right", "/H 10 Tf [(a) 2300 (12) 1800 (b)] TJ",
+         "\u05D1 {50}12 {550}\u05D0@74,700 10"},
+        {"columns from the right", "/H 10 Tf [(a) 1000 (b) 6000 (c) 1000 (d)] TJ (a) Tj",
+         "\u05D1\u05D0@95,700 10 | \u05D3\u05D2@35,700 10 | \u05D0@40,700 10"},
+        {"letters from the right that do not stand in lines",
+         "/H 10 Tf [(a) 6000 (b) -4000 (c) 6000 (d)] TJ",
+         "\u05D0@100,700 10 | \u05D1@45,700 10 | \u05D2@90,700 10 | \u05D3@35,700 10"},
+        {"letters of the left that step back", "/H 10 Tf [(1) 1000 (2)] TJ",
+         "1@100,700 10 | 2@95,700 10"},
         {"columns of one array", "[(ab) -3000 (cd) 100 (ef)] TJ",
          "ab@100,700 10 | cd{-100}ef@141.1,700 10"},
         {"kerning", "[(ab) 120 (cd) -80 (ef)] TJ", "ab{-120}cd{80}ef@100,700 10"},

@@ -197,7 +197,11 @@ TEST_F(NewPaintsTest, CustomColoursAreInks) {
         EXPECT_EQ(bytes().find(made, file_.size()) != std::string::npos, !row.object.empty())
             << row.name;
         ASSERT_EQ(open(), 0U);
-        EXPECT_EQ(style().fill.kind == ColourKind::gray, row.object.empty()) << row.name;
+        ASSERT_EQ(style().fill.kind, ColourKind::custom) << row.name;
+        const SpotColour& ink = document_->spotColour(style().fill.source);
+        EXPECT_EQ(ink.name, "Sea Blue(x)");
+        EXPECT_EQ(style().fill.component[0], colour.component[0]);
+        EXPECT_EQ(ink.process[3] == fixedOne, row.object.empty()) << "that of the page is black";
     }
 }
 

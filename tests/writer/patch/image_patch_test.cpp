@@ -96,11 +96,13 @@ private:
 class ImagePatchTest : public PatchTest {
 protected:
     void openImages(std::string_view content) {
-        openFile(PdfBuilder::onePage(content,
-                                     "/Resources << /XObject << /A 20 0 R /B 21 0 R >> /ExtGState "
-                                     "<< /Half << /ca .5 >> >> >>")
+        openFile(PdfBuilder::onePage(
+                     content,
+                     "/Resources << /XObject << /A 20 0 R /B 21 0 R /C 22 0 R >> /ExtGState "
+                     "<< /Half << /ca .5 >> >> >>")
                      .stream(20, "abcd", gray)
                      .stream(21, "efgh", gray)
+                     .stream(22, "ijkl", std::string(gray) + "/Intent /Perceptual")
                      .bytes());
     }
     Hanger hanger() { return Hanger(*document_); }
@@ -194,6 +196,16 @@ TEST_F(ImagePatchTest, Edits) {
             EXPECT_EQ(newContent(), row.saved);
         }
     }
+}
+
+TEST_F(ImagePatchTest, AnotherPictureHasTheIntentOfTheOneBefore) {
+    openImages("q 9 0 0 9 10 20 cm /C Do Q q 8 0 0 8 50 60 cm /B Do Q");
+    Hanger edits = hanger();
+    const Image picture = edits.picture({.width = 1, .height = 1}, "a");
+    edits.show(0, picture);
+    edits.show(1, picture);
+    ASSERT_NO_FATAL_FAILURE(expectSaved());
+    expectInOrder({"q 9 0 0 9 10 20 cm", "cm\n/Perceptual ri\n/X1 Do", "Q", "cm\n/X1 Do"});
 }
 
 TEST_F(ImagePatchTest, AnotherPictureBecomesAnObject) {

@@ -23,6 +23,7 @@ protected:
                 "/S << /SMask << /S /Luminosity /G 30 0 R /BC [.5] /TR 31 0 R >> >> "
                 "/A << /SMask << /S /Alpha /G 30 0 R >> >> "
                 "/C << /SMask << /S /Alpha /G 43 0 R >> >> /N << /SMask /None >> "
+                "/V << /OP true /op true /OPM 1 >> /U << /OP true /op false >> "
                 "/R << /SMask << /S /Alpha /G 32 0 R >> >> >> "
                 "/Shading << /W 42 0 R >> /Pattern << /T 37 0 R >> /Font << /F 38 0 R >> "
                 "/XObject << /G 33 0 R /P 34 0 R /D 35 0 R /L 36 0 R /S 40 0 R /I 41 0 R >> >> " +
@@ -69,6 +70,8 @@ protected:
         add("f", look.fillOpacity, 1);
         add("s", look.strokeOpacity, 1);
         add("b", static_cast<int>(look.blend), 0);
+        text << (look.overprint.fills ? " over" : "") << (look.overprint.strokes ? " overline" : "")
+             << (look.overprint.skipsZeros ? " skip" : "");
         text << (look.isIsolated ? " isolated" : "") << (look.isKnockout ? " knockout" : "");
         if (look.mask != SoftMask::null) {
             const MaskFacts& mask = document_->mask(look.mask);
@@ -156,6 +159,9 @@ TEST_F(LookPatchTest, StatesBecomeLooksOfArt) {
              Row{"/H gs 9 0 0 9 0 0 cm /I Do", "( o0.5)"},
              Row{"/H gs 9 0 0 9 0 0 cm BI /W 1 /H 1 /BPC 8 /CS /G ID a EI", "( o0.5)"},
              Row{"/H gs 0 0 9 9 re W n /W sh", "[( o0.5)]"},
+             Row{"/V gs 0 0 9 9 re f 0 0 9 9 re S 0 0 9 9 re n", "( over skip)( overline skip)()"},
+             Row{"/U gs 0 0 9 9 re f 0 0 9 9 re B", "()( overline)"},
+             Row{"q /V gs /E gs 0 0 9 9 re B Q 0 0 9 9 re f", "[( o0.3 over overline skip)]()"},
          }) {
         openLooks(row.content);
         EXPECT_EQ(looks(), row.looks) << row.content;
@@ -202,6 +208,35 @@ TEST_F(LookPatchTest, AnObjectGetsAnotherLook) {
     const Art image = document_->firstChild(document_->layerArt(document_->firstLayer()));
     document_->setAppearance(image, {.opacity = .25});
     ASSERT_NO_FATAL_FAILURE(expectKept("[( o0.25)]"));
+}
+
+TEST_F(LookPatchTest, OverprintStaysWithItsObject) {
+    const std::string two = "q /V gs 1 0 0 0 k 0 0 9 9 re f Q 20 20 9 9 re f";
+    const auto edited = [&](const std::function<void(Artist&)>& edit, const std::string& looks) {
+        openLooks(two);
+        Artist edits = artist();
+        edit(edits);
+        ASSERT_NO_FATAL_FAILURE(expectKept(looks));
+    };
+    edited([](Artist& it) { it.fill(it.at(0), .5); }, "[( over skip)]()");
+    EXPECT_EQ(bytes().find("/OP false", file_.size()), std::string::npos) << "the page's own state";
+    edited([](Artist& it) { it.move(it.at(0), 3, 4); }, "[( over skip)]()");
+    edited([](Artist& it) { it.raise(it.at(0), it.at(1)); }, "()[( over skip)]");
+    edited([](Artist& it) { it.lower(it.copy(it.at(0), 5, 5), it.at(0)); },
+           "[[( over skip)]( over skip)]()");
+    edited(
+        [](Artist& it) {
+            it.document.setSource(it.at(0), {.ordinal = 1000});
+            it.document.setAppearance(it.at(1), {.overprint = {.fills = true}});
+            it.move(it.at(0), 100, 100);
+        },
+        "[( over skip)][( over)]");
+    EXPECT_THAT(bytes(), HasSubstr("/OP false /op true /OPM 1 >>"));
+    EXPECT_THAT(bytes(), HasSubstr("/OP false /op true /OPM 0 >>"));
+    openLooks(two);
+    document_->setAppearance(artist().at(0), {});
+    ASSERT_EQ(save(), 0U);
+    EXPECT_TRUE(saved_.back().isNothing) << "an editor dropped what it does not know";
 }
 
 TEST_F(LookPatchTest, MasksAreDrawnWhereTheyLie) {

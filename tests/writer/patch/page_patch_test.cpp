@@ -160,6 +160,18 @@ TEST_F(PagePatchTest, AnotherArtworkOfThePage) {
     EXPECT_EQ(facts(), "4 1 0 0 0");
 }
 
+TEST_F(PagePatchTest, LinesOfTheirMeanWidth) {
+    openPage("q 4 0 0 1 0 0 cm 1 w [3 1] 0 d 1 40 m 9 99 l S Q 0 0 9 9 re f");
+    artist().style(artist().at(0), [](PathStyle& style) {
+        style.pen = {};
+        style.lineWidth /= 2;
+        style.dash[0] /= 2;
+        style.dash[1] /= 2;
+    });
+    ASSERT_EQ(save(), 0U);
+    EXPECT_TRUE(saved_.back().isNothing) << "artwork of before there were pens has them";
+}
+
 TEST_F(PagePatchTest, PointsUnderAnyMatrix) {
     for (const char* matrix :
          {".24 0 0 -.24 10 800", "0 .31 -.31 0 700 3", ".0007 0 0 .0007 .3 .7", "77 0 0 77 1 1",

@@ -133,14 +133,16 @@ private:
     }
 
     void addMatrix() {
+        // What forms hold is to stay on the page, and their boxes are to stay upright.
+        constexpr std::size_t ofForms = 5;
         static constexpr std::array matrices = {
             ".24 0 0 -.24 10 800 cm", ".9 .2 -.2 .9 3 5 cm",        "1 0 0 1 17.3 -4.9 cm",
-            "0 1 -1 0 400 0 cm",      ".123457 0 0 .123457 9 9 cm",
-            "1.5 0 0 .7 0 0 cm", // artwork has no strokes whose width depends on their direction
+            "0 1 -1 0 400 0 cm",      ".123457 0 0 .123457 9 9 cm", "1.5 0 0 .7 0 0 cm",
+            "1 .2 -.7 .9 30 -20 cm",
         };
         add("q");
         ++depth_;
-        add(matrices[chance_.below(matrices.size() - (hasOpaque_ ? 0 : 1))]);
+        add(matrices[chance_.below(hasOpaque_ ? matrices.size() : ofForms)]);
     }
 
     void addOpaque() {
@@ -250,6 +252,8 @@ inline std::string editOnce(Document& document, Chance& chance) {
         artist.style(art, [&](PathStyle& style) {
             style.strokePaint = 1;
             style.lineWidth = fixedFromReal(chance.number(1, 20));
+            const Fixed kind = style.lineWidth % 3;
+            style.pen = kind == 0 ? Pen{.5, 0, 1} : kind == 1 ? Pen() : style.pen;
             style.cap = 1;
         });
         return "stroke" + name;

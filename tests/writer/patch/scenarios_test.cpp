@@ -243,6 +243,54 @@ const Scenario scenarios[] = {
      [](Artist& a) { a.remove(a.at(0)); },
      "1 0 0 1 0",
      {"1 w", " ", "2 J"}},
+    {"line under an uneven scale, moved",
+     "q 9 0 0 .5 0 0 cm 2 w [3 1] 0 d 1 40 m 9 99 l S Q",
+     [](Artist& a) { a.move(a.at(0), 3, 4); },
+     "0 1 0 0 0",
+     {"q 9 0 0 .5 0 0 cm 2 w [3 1] 0 d \nq\n1.3333333 48 m\n9.3333333 107 l\nS\nQ\n Q"}},
+    {"line under a skew, wider",
+     "q 1 0 .5 1 0 0 cm 2 w 1 40 m 9 99 l S Q",
+     [](Artist& a) { a.style(a.at(0), [](PathStyle& s) { s.lineWidth *= 2; }); },
+     "0 1 0 0 0",
+     {"q 1 0 .5 1 0 0 cm 2 w \nq\n4 w\n1 40 m 9 99 l \nS\nQ\n Q"}},
+    {"line that gets another pen",
+     "q 2 0 0 1 0 0 cm .5 w [3 1] 0 d 1 40 m 9 99 l S 0 0 m 1 1 l S Q",
+     [](Artist& a) { a.style(a.at(0), [](PathStyle& s) {
+                         s.pen = {.5, 0, 1};
+                     }); },
+     "1 1 0 0 0",
+     {"d \nq\n.25 0 0 1 0 0 cm\n1 w\n[ 6 2 ] 0 d\n4 40 m\n36 99 l\nS\nQ\n 0 0 m"}},
+    {"line that gets a round pen",
+     "q 4 0 0 1 0 0 cm 1 w 1 40 m 9 99 l S Q",
+     [](Artist& a) { a.style(a.at(0), [](PathStyle& s) { s.pen = {}; }); },
+     "0 1 0 0 0",
+     {"q\n.25 0 0 1 0 0 cm\n4 w\n"}},
+    {"fill under an uneven scale that gets an outline",
+     "q 4 0 0 1 0 0 cm 1 w 1 40 m 9 99 l 9 4 l f Q",
+     [](Artist& a) {
+         a.style(a.at(0), [](PathStyle& s) {
+             s.strokePaint = 1;
+             s.pen = {};
+         });
+     },
+     "0 1 0 0 0",
+     {"q\n.25 0 0 1 0 0 cm\n"}},
+    {"line with a pen, copied to the front",
+     "q 1 .3 0 2 5 5 cm 1 w 1 40 m 9 99 l B Q 0 0 9 9 re f",
+     [](Artist& a) { a.raise(a.copy(a.at(0), 7, 7), a.at(1)); },
+     "2 0 1 0 0",
+     {"0 0 9 9 re f", "1 w\n1 .3 0 2 5 5 cm\n8 "}},
+    {"new line with a pen",
+     "0 0 9 9 re f",
+     [](Artist& a) {
+         a.style(a.add(5, 5, 50, 50), [](PathStyle& s) {
+             s.strokePaint = 1;
+             s.lineWidth *= 6;
+             s.pen = {.68, .24, .82};
+         });
+     },
+     "1 0 1 0 0",
+     {"0 0 9 9 re f", ".68 .24 .24 .82 0 0 cm", "6 w\n", "5.8 4.4 m\n", "B\nQ\n"}},
     {"clip that ends within a path",
      "q 5 5 30 30 re W n 9 9 9 9 re f 0 0 m 90 0 l Q 90 90 l f",
      [](Artist& a) { a.fill(a.at(0), .5); },

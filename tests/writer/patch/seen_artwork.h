@@ -267,12 +267,17 @@ private:
         if (strokes) {
             same = same && sameColour(a.stroke, b.stroke) && a.cap == b.cap && a.join == b.join &&
                    sameLength(a.miterLimit, b.miterLimit) && sameLength(a.lineWidth, b.lineWidth) &&
-                   a.dashCount == b.dashCount && sameLength(a.dashPhase, b.dashPhase);
+                   (a.lineWidth == 0 || samePen(a.pen, b.pen)) && a.dashCount == b.dashCount &&
+                   sameLength(a.dashPhase, b.dashPhase);
             for (std::int16_t i = 0; i < a.dashCount; ++i) {
                 same = same && sameLength(a.dash[i], b.dash[i]);
             }
         }
         return same;
+    }
+
+    static bool samePen(const Pen& a, const Pen& b) {
+        return std::abs(a.xx - b.xx) + std::abs(a.xy - b.xy) + std::abs(a.yy - b.yy) < 1e-4;
     }
 
     SeenTolerance tolerance_;

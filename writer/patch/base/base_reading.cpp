@@ -63,6 +63,7 @@ void readBase(DocumentCache& cache, const PageBase& base, BaseReading& reading) 
     interpreter.readsImages = hostHoldsImages();
     interpreter.readsPatterns = hostHoldsPatterns();
     interpreter.readsTransparency = hostHoldsAppearance();
+    interpreter.readsPens = hostHoldsPens();
     runBase(interpreter, base, reading.trace);
     readAnnotations(interpreter, base, reading);
     reading.layers.read(reading.root, std::move(interpreter.layers));

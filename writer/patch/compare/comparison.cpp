@@ -1,9 +1,11 @@
 #include "writer/patch/compare/comparison.h"
 
 #include "host/light.h"
+#include "host/pen.h"
 #include "reader/content/appearance.h"
 #include "reader/content/art.h"
 #include "runtime/callbacks.h"
+#include "runtime/fixed.h"
 #include "writer/art/color_works.h"
 #include "writer/art/outline.h"
 #include "writer/art/style_works.h"
@@ -82,6 +84,20 @@ VisibleColour visible(const Colour& colour) {
     return seen;
 }
 
+/// A custom colour as the process colour that is seen for it.
+Colour standIn(const Colour& colour) {
+    if (colour.kind != ColourKind::custom) {
+        return colour;
+    }
+    CustomColour ink;
+    callHost(slot::getColorInfo, colour.source, &ink);
+    Colour process{.kind = ColourKind::process};
+    std::ranges::transform(ink.process, process.component, [&](Fixed amount) {
+        return multiplyFixed(amount, fixedOne - colour.component[0]);
+    });
+    return process;
+}
+
 bool isPlain(const Colour& colour) {
     return colour.kind == ColourKind::gray || colour.kind == ColourKind::process;
 }
@@ -97,6 +113,16 @@ bool sameDash(const PathStyle& a, const PathStyle& b) {
            std::equal(a.dash,
                       a.dash + std::clamp<std::ptrdiff_t>(a.dashCount, 0, std::ssize(a.dash)),
                       b.dash, sameLength);
+}
+
+/// Artwork that knows no pens has lines of their mean width: that is no difference.
+PathStyle asKnown(const PathStyle& was, const PathStyle& is) {
+    if (was.pen == Pen() || is.pen != Pen()) {
+        return was;
+    }
+    PathStyle even = stretched(was, meanStretch(penMatrix(was.pen)));
+    even.pen = {};
+    return sameLength(even.lineWidth, is.lineWidth) ? even : was;
 }
 
 bool isGuide(Art art) {
@@ -148,15 +174,22 @@ bool sameOpacity(double a, double b) {
     return std::abs(a - b) <= room;
 }
 
+bool samePen(const Pen& a, const Pen& b) {
+    constexpr double room = 1.0 / 1024; // lengths agree to as much
+    return std::abs(a.xx - b.xx) <= room && std::abs(a.xy - b.xy) <= room &&
+           std::abs(a.yy - b.yy) <= room;
+}
+
 bool sameColour(const Colour& was, const Colour& is) {
     if (compareColor(was, is)) {
         return true;
     }
-    if (!isPlain(was) || !isPlain(is)) {
+    const Colour former = standIn(was);
+    if (!isPlain(former) || !isPlain(is)) {
         return false;
     }
     const VisibleColour seen = visible(is);
-    return seen.isExact && seen.level == visible(was).level;
+    return seen.isExact && seen.level == visible(former).level;
 }
 
 bool sameShape(Art a, Art b) {
@@ -218,8 +251,19 @@ private:
 
 } // namespace
 
-ArtDifference compareStyles(const PathStyle& a, const PathStyle& b, PaintComparison& paints,
+PathStyle stretched(PathStyle style, double stretch) {
+    const auto scale = [&](Fixed& length) {
+        length = fixedFromReal(realFromFixed(length) * stretch);
+    };
+    scale(style.lineWidth);
+    scale(style.dashPhase);
+    std::ranges::for_each(style.dash, scale);
+    return style;
+}
+
+ArtDifference compareStyles(const PathStyle& was, const PathStyle& b, PaintComparison& paints,
                             const MovementOfArt& movement) {
+    const PathStyle a = asKnown(was, b);
     ArtDifference difference;
     difference.paints = (a.fillPaint != 0) != (b.fillPaint != 0) ||
                         (a.strokePaint != 0) != (b.strokePaint != 0) ||
@@ -238,6 +282,7 @@ ArtDifference compareStyles(const PathStyle& a, const PathStyle& b, PaintCompari
     if (b.strokePaint != 0) {
         difference.lineWidth = !sameLength(a.lineWidth, b.lineWidth);
         difference.dash = !sameDash(a, b);
+        difference.pen = b.lineWidth != 0 && !samePen(a.pen, b.pen);
         difference.cap = a.cap != b.cap;
         difference.join = a.join != b.join;
         difference.miterLimit = !sameLength(a.miterLimit, std::max(b.miterLimit, fixedOne));

@@ -24,6 +24,7 @@ struct ArtDifference {
     bool cap = false;
     bool join = false;
     bool miterLimit = false;
+    bool pen = false;
     bool flatness = false;
     bool letters = false; ///< of text: what is shown, in which font, and how letters stand
     bool place = false;   ///< of text: where it begins, its size and direction; of others: where
@@ -37,7 +38,9 @@ struct ArtDifference {
     bool masksMoved = false;
 
     bool any() const;
-    bool strokeParts() const { return stroke || lineWidth || dash || cap || join || miterLimit; }
+    bool strokeParts() const {
+        return stroke || lineWidth || dash || cap || join || miterLimit || pen;
+    }
 };
 
 ArtDifference compareArt(Art was, Art is, PaintComparison& paints);
@@ -50,6 +53,9 @@ using MovementOfArt = std::function<std::optional<RealMatrix>()>;
 ArtDifference compareStyles(const PathStyle& was, const PathStyle& is, PaintComparison& paints,
                             const MovementOfArt& movement = {});
 
+/// With the lengths of its lines so many times as long.
+PathStyle stretched(PathStyle style, double stretch);
+
 /// Whether two clips let through the same.
 bool sameClip(Art was, Art is);
 
@@ -58,6 +64,9 @@ bool sameShape(Art a, Art b);
 
 /// Whether two opacities look the same: editors write three digits.
 bool sameOpacity(double a, double b);
+
+/// Whether two pens draw lines that look the same.
+bool samePen(const Pen& a, const Pen& b);
 
 /// Whether a person sees the same colour, and no amounts that were given exactly differ.
 bool sameColour(const Colour& was, const Colour& is);

@@ -152,7 +152,7 @@ bool isSamePath(Art was, Art is, const RealMatrix& movement, PaintComparison& pa
     if (movement == RealMatrix()) {
         return !difference.any();
     }
-    difference.shape = difference.lineWidth = difference.dash = false;
+    difference.shape = difference.lineWidth = difference.dash = difference.pen = false;
     const std::optional<RealMatrix> found = movementOf(was, is);
     return !difference.any() && found && isNear(*found, movement);
 }

@@ -89,6 +89,10 @@ void compareLooks(const ObjectLook& was, const ObjectLook& is, MaskComparison& m
     if (a.blend != b.blend) {
         look.blend = b.blend;
     }
+    // Editors drop what they do not know: no word of it is no change.
+    if (b.overprint != Overprint() && a.overprint != b.overprint) {
+        look.overprint = b.overprint;
+    }
     const MaskComparison::Relation relation = masks.compare(a.mask, b.mask, movement);
     difference.masksMoved = relation == MaskComparison::Relation::moved;
     if (relation == MaskComparison::Relation::other) {

@@ -1,5 +1,6 @@
 #include "writer/patch/form/form_comparison.h"
 
+#include "host/pen.h"
 #include "reader/content/art.h"
 #include "runtime/fixed.h"
 #include "runtime/matrix.h"
@@ -80,14 +81,12 @@ bool liesOnPage(const PathStyle& style) {
     return lies(style.fillPaint, style.fill) || lies(style.strokePaint, style.stroke);
 }
 
-PathStyle stretched(PathStyle style, double stretch) {
-    const auto scale = [&](Fixed& length) {
-        length = fixedFromReal(realFromFixed(length) * stretch);
-    };
-    scale(style.lineWidth);
-    scale(style.dashPhase);
-    std::ranges::for_each(style.dash, scale);
-    return style;
+/// Letters have no pen.
+PathStyle moved(PathStyle style, const RealMatrix& movement, bool isText) {
+    const std::optional<StretchedPen> pen =
+        isText ? std::nullopt : penUnder(multiply(penMatrix(style.pen), movement));
+    style.pen = pen ? pen->pen : Pen();
+    return stretched(style, pen ? pen->stretch : meanStretch(movement));
 }
 
 /// Whether everything was moved by one matrix, which it finds.
@@ -111,7 +110,7 @@ public:
             return std::nullopt;
         }
         for (EditedIndex i = 0; i < objects.size(); ++i) {
-            if (!hasSamePaint(i, objects[i], meanStretch(*found))) {
+            if (!hasSamePaint(i, objects[i], *found)) {
                 return std::nullopt;
             }
         }
@@ -206,7 +205,7 @@ private:
     }
 
     /// Where it differs only as what is moved so must.
-    bool hasSamePaint(EditedIndex i, const EditedObject& is, double stretch) const {
+    bool hasSamePaint(EditedIndex i, const EditedObject& is, const RealMatrix& movement) const {
         ArtDifference difference = form_.matching.objects[i].difference;
         const bool isPath = !was(i).isForm && !was(i).isImage && was(i).setting == 0;
         const bool isText = was(i).setting != 0 && !was(i).isDrawn;
@@ -219,9 +218,10 @@ private:
                 return false; // the form would take its paint along
             }
             const ArtDifference scaled =
-                compareStyles(stretched(style, stretch), now, form_.base->paints, {});
+                compareStyles(moved(style, movement, isText), now, form_.base->paints, {});
             difference.lineWidth = scaled.lineWidth;
             difference.dash = scaled.dash;
+            difference.pen = scaled.pen;
         }
         if (is.appearance.mask != SoftMask::null && !difference.masksMoved) {
             return false;

@@ -1,5 +1,7 @@
 #include "writer/patch/works/changed_works.h"
 
+#include "host/pen.h"
+#include "reader/content/appearance.h"
 #include "reader/content/losses.h"
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
@@ -78,6 +80,22 @@ void drawnWorks(PatchTools& tools, const Surroundings& own, Art art) {
     leaveWorks(walk);
 }
 
+/// By how much lines of that space grow on the artboard where they are widest.
+double lineStretch(const RealMatrix& ctm) {
+    const std::optional<StretchedPen> pen =
+        hostHoldsPens() ? penUnder(ctm) : std::optional<StretchedPen>();
+    return pen ? pen->stretch : meanStretch(ctm);
+}
+
+/// Whether lines of that space have another pen than those of the style.
+bool needsPen(const PathStyle& style, const RealMatrix& ctm) {
+    if (style.strokePaint == 0 || style.lineWidth == 0 || !hostHoldsPens()) {
+        return false;
+    }
+    const std::optional<StretchedPen> own = penUnder(ctm);
+    return own ? !samePen(own->pen, style.pen) : style.pen != Pen();
+}
+
 /// A stroke that no art shows, around a fill that the host draws.
 PathStyle strokedStyle() {
     PathStyle style;
@@ -145,8 +163,7 @@ PageMovement movementOfPaint(const PatchTools& tools, const PathSource& source, 
             .patterns = movesPatterns ? movement : RealMatrix()};
 }
 
-void changedWorks(PatchTools& tools, const PathSource& source, Art art,
-                  const ArtDifference& difference) {
+void changedWorks(PatchTools& tools, const PathSource& source, Art art, ArtDifference difference) {
     Walk& walk = tools.walk;
     const ContentTrace& trace = tools.trace;
     const TraceEvent& event = trace.events()[source.event];
@@ -173,13 +190,18 @@ void changedWorks(PatchTools& tools, const PathSource& source, Art art,
     if (difference.fill && !isDrawn) {
         colorWorks(walk, is.fill, true);
     }
-    strokeWorks(walk, is, difference, meanStretch(ctm));
+    const bool hasOwnSpace = !isDrawn && needsPen(is, ctm);
+    if (hasOwnSpace) {
+        difference.lineWidth = difference.dash = difference.shape = true;
+        enterPen(walk, is.pen, inverse(ctm).value_or(RealMatrix()));
+    }
+    strokeWorks(walk, is, difference, hasOwnSpace ? 1 : lineStretch(ctm));
     if (difference.flatness) {
         flatnessWorks(walk, is.resolution);
     }
     const bool hasOwnShape = difference.shape || difference.kind;
     if (hasOwnShape) {
-        walk.space = userSpace(ctm);
+        walk.space = hasOwnSpace ? walk.space : userSpace(ctm);
         segmentWorks(walk, subpaths.items());
         walk.space.reset();
     } else {

@@ -30,7 +30,6 @@ void maskInUserSpace(Walk& walk, const PathStyle& style, const RealMatrix& ctm);
 /// Writes what the state of the page has otherwise, the path, and the operator that paints it:
 /// where a part did not change, the page's own bytes. The state and the CTM are those of the path;
 /// the CTM must have an inverse.
-void changedWorks(PatchTools& tools, const PathSource& source, Art art,
-                  const ArtDifference& difference);
+void changedWorks(PatchTools& tools, const PathSource& source, Art art, ArtDifference difference);
 
 } // namespace corvane

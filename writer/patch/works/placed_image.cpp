@@ -1,11 +1,13 @@
 #include "writer/patch/works/placed_image.h"
 
+#include "reader/syntax/syntax.h"
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
 #include "runtime/matrix.h"
 #include "runtime/warning.h"
 #include "writer/art/space_works.h"
 #include "writer/art/style_works.h"
+#include "writer/image/file_images.h"
 #include "writer/image/image_works.h"
 #include "writer/patch/works/kept_works.h"
 
@@ -25,6 +27,23 @@ bool samePlace(const RealMatrix& a, const RealMatrix& b) {
         const RealPoint ofB = transform(b, corner);
         return std::abs(ofA.x - ofB.x) <= cornerRoom && std::abs(ofA.y - ofB.y) <= cornerRoom;
     });
+}
+
+/// Sets the rendering intent that an image of the file names for itself.
+void intentWorks(PatchTools& tools, Art was) {
+    DocumentCache& cache = tools.ofPage.cache;
+    const std::int32_t number = imageObject(cache, imageKey(placedImage(was)));
+    if (number == 0) {
+        return;
+    }
+    ObjectOwner reference;
+    indirectObject(reference.get(), number, 0);
+    const ObjectOwner stream = resolveObject(cache, reference.get());
+    const ObjectOwner intent = lookupObject(cache, stream.get(), "Intent");
+    if (typeObject(intent.get()) == ObjectType::literal) {
+        tools.walk.text.addName(literalObject(intent.get()));
+        tools.walk.text.add("ri\n");
+    }
 }
 
 } // namespace
@@ -69,6 +88,7 @@ void imageWorks(PatchTools& tools, const PaintedArt& was, Art is, const ArtDiffe
         spaceWorks(tools.walk, multiply(realMatrix(placedImage(is).matrix), *back));
     }
     if (difference.image) {
+        intentWorks(tools, was.art);
         tools.walk.text.add("/");
         tools.walk.text.add(tools.contentImages.add(placedImage(is)));
         tools.walk.text.add(" Do\n");

@@ -3,15 +3,16 @@
 #include "app/artwork/arithmetic.h"
 #include "app/svg/read/values/fixed_number.h"
 #include "app/svg/read/values/number.h"
-#include "app/svg/read/values/skew.h"
 #include "app/svg/style.h"
 #include "host/matrix.h"
+#include "host/pen.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdlib>
 #include <iterator>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -21,9 +22,6 @@ namespace {
 
 /// Editors write three or more digits after the point.
 constexpr std::int64_t visibleDifference = fixedOne / 1000;
-
-/// How much wider a line may be in one direction than in another before it is worth telling.
-constexpr double tolerableUnevenness = 1.01;
 
 std::optional<Fixed> twinNumber(std::string_view text) {
     TextCursor cursor(text);
@@ -114,12 +112,25 @@ std::vector<double> hiddenDashes(std::string_view text) {
     return dashes;
 }
 
+/// In the original profile, and where no pen says what the matrix makes of a line, its mean width
+/// counts.
+StretchedPen penOf(const ComputedStyle& style, const RealMatrix& toArt, ReadingContext& context) {
+    if (style.keepsWidth) {
+        return {{}, context.pixel};
+    }
+    const std::optional<StretchedPen> pen = penUnder(toArt);
+    if (pen && (context.holdsAppearance || pen->pen == Pen())) {
+        return *pen;
+    }
+    context.tally.add("stroke under a skew");
+    return {{}, meanStretch(toArt)};
+}
+
 void setStroke(PathStyle& path, const ComputedStyle& style, const Attributes& attributes,
                const RealMatrix& toArt, ReadingContext& context) {
-    const double stretch = style.keepsWidth ? context.pixel : meanStretch(toArt);
-    if (!style.keepsWidth && !(unevenness(toArt) <= tolerableUnevenness)) {
-        context.tally.add("stroke under a skew");
-    }
+    const StretchedPen pen = penOf(style, toArt, context);
+    const double stretch = pen.stretch;
+    path.pen = pen.pen;
     path.stroke = style.strokeTwin.resolve(style.stroke.colour, context.document);
     path.lineWidth = widthOf(style.strokeWidth * stretch, attributes[Attribute::dataStrokeWidth]);
     std::vector<double> dashes = parseDashes(style.dashes, {style.viewport, style.fontSize});
@@ -197,7 +208,8 @@ PathStyle clippingStyle(const ComputedStyle& style, const Attributes& attributes
     }
     if (style.saysStroke && style.stroke.kind == PaintValue::Kind::colour) {
         path.strokePaint = 1;
-        setStroke(path, style, attributes, toArt, context);
+        const double stretch = meanStretch(toArt); // nothing is drawn of it
+        setStroke(path, style, attributes, {stretch, 0, 0, stretch, 0, 0}, context);
     }
     setResolution(path, attributes);
     return path;

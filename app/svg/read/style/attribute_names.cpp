@@ -180,6 +180,7 @@ constexpr std::array<std::string_view, attributeCount> names{
     "data-column",
     "data-guide",
     "data-knockout",
+    "data-overprint",
     "data-backdrop",
     "data-transfer",
     "data-ground",

@@ -178,6 +178,7 @@ enum class Attribute : std::uint8_t {
     dataColumn,
     dataGuide,
     dataKnockout,
+    dataOverprint,
     dataBackdrop,
     dataTransfer,
     dataGround,

@@ -2,7 +2,6 @@
 
 #include "app/svg/read/style/conditions.h"
 #include "app/svg/read/values/length.h"
-#include "app/svg/read/values/skew.h"
 #include "app/svg/read/values/transform.h"
 #include "host/matrix.h"
 

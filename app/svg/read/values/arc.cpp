@@ -1,6 +1,5 @@
 #include "app/svg/read/values/arc.h"
 
-#include "app/svg/read/values/skew.h"
 #include <algorithm>
 #include <cmath>
 #include <numbers>

@@ -124,13 +124,24 @@ TEST(ReadLook, OursComesBack) {
                                .text = "Seen",
                                .style = filled(),
                                .fillOpacity = .5});
-    document.setAppearance(text, {.opacity = .75, .blend = BlendMode::darken, .mask = alpha});
+    PathStyle penned = stroked(3);
+    penned.pen = {1, 0, .5};
+    document.setAppearance(art.path(group, box(0, 0, 40, 50), penned),
+                           {.opacity = .5, .mask = alpha});
+    document.setAppearance(text, {.opacity = .75,
+                                  .blend = BlendMode::darken,
+                                  .mask = alpha,
+                                  .overprint = {.strokes = true, .skipsZeros = true}});
+    document.setAppearance(art.path(group, box(0, 0, 9, 9), filled()),
+                           {.overprint = {.fills = true}});
     document.setAppearance(art.layerArt(), {.opacity = .9});
 
     const std::string written = art.svg();
     const ReadArt read(written);
     EXPECT_TRUE(read.reading.ignored.empty()) << read.reading.ignored.begin()->first;
     EXPECT_EQ(read.svg(), written);
+    EXPECT_NE(written.find("<g opacity=\".5\" mask=\"url(#mask2)\"><path"), std::string::npos)
+        << written;
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "app/artwork/path_walk.h"
 #include "app/svg/paint/colour.h"
 
+#include "host/pen.h"
 #include "tests/app/svg/art_builder.h"
 #include "tests/app/svg/read/read_art.h"
 #include "tests/support/process.h"
@@ -11,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <random>
 
@@ -114,6 +116,36 @@ TEST(RoundTrip, HiddenTwins) {
         path = read.document.previousSibling(path);
     }
     EXPECT_TRUE(read.document.guide(path));
+}
+
+TEST(RoundTrip, PensKeepEveryPoint) {
+    std::mt19937 random(7);
+    const auto place = [&] { return static_cast<Fixed>(random() % (2000U << 16)) - (500 << 16); };
+    ArtBuilder art;
+    for (int i = 0; i < 300; ++i) {
+        const double angle = i * .1;
+        const double wide = std::exp(i * .03);
+        PathStyle style = stroked(1 + i / 7.0);
+        style.pen = penUnder({wide * std::cos(angle), wide * std::sin(angle), -std::sin(angle),
+                              std::cos(angle), 0, 0})
+                        .value()
+                        .pen;
+        style.dashCount = 2;
+        style.dash[0] = style.dash[1] = fixed(2.3);
+        const std::vector<Point> points = {{place(), place()}, {place(), place()}, at(i, i)};
+        art.path(art.layerArt(), points, style);
+    }
+    expectSameAgain(art);
+    const ReadArt read(art.svg());
+    Art was = art.document.lastChild(art.layerArt());
+    for (Art is = read.document.lastChild(read.document.layerArt(read.document.firstLayer()));
+         is != Art::null; is = read.document.previousSibling(is)) {
+        EXPECT_EQ(read.document.style(is), art.document.style(was));
+        for (std::int32_t i = 0; i < 3; ++i) {
+            EXPECT_EQ(read.document.segments(is)[i], art.document.segments(was)[i]);
+        }
+        was = art.document.previousSibling(was);
+    }
 }
 
 TEST(RoundTrip, PathsOfEveryForm) {

@@ -136,11 +136,29 @@ TEST(ReadShapes, TransformsAndUnits) {
     EXPECT_EQ(redrawn("<g transform='scale(2)'><rect transform='translate(1 2)' width='10%' "
                       "height='1em' x='3px' y='.75pt' font-size='10'/></g>"),
               "<g><path d=\"M8 6H68V26H8Z\"/></g>");
-    // A line keeps its mean width; that it has several is told where it can be seen.
-    const ReadArt skewed(foreignSvg("<path transform='scale(4 1)' stroke='red' d='M0 0H9'/>"
-                                    "<path transform='scale(2 -2)' stroke='red' d='M0 0H9'/>"));
-    EXPECT_EQ(skewed.ignored("stroke under a skew"), 1);
-    EXPECT_NE(skewed.svg().find("stroke-width=\"2\""), std::string::npos);
+}
+
+TEST(ReadShapes, LinesUnderUnevenTransformsHaveAPen) {
+    const std::string scaled =
+        "<path transform='scale(4 1)' stroke='#ff0000' stroke-miterlimit='10' "
+        "stroke-dasharray='2 1' d='M1 2H9'/>";
+    EXPECT_EQ(redrawn(scaled), "<path stroke=\"#ff0000\" stroke-width=\"4\" "
+                               "stroke-dasharray=\"8 4\" transform=\"matrix(1 0 0 .25 0 0)\" "
+                               "d=\"M4 8 36 8\"/>");
+    EXPECT_EQ(redrawn("<path transform='rotate(30) scale(2 -2)' stroke='#ff0000' d='M0 0H9'/>")
+                  .find("transform"),
+              std::string::npos);
+    EXPECT_EQ(redrawn("<path transform='scale(4 1)' d='M1 2H9V9'/>"), "<path d=\"M4 2H36V9\"/>")
+        << "what is not stroked needs none";
+    EXPECT_EQ(redrawn("<path transform='scale(4 1)' vector-effect='non-scaling-stroke' "
+                      "stroke='#ff0000' stroke-miterlimit='10' d='M1 2H9'/>"),
+              "<path stroke=\"#ff0000\" stroke-width=\".75\" d=\"M4 2H36\"/>");
+    // Where no pen says it, a line has its mean width.
+    const ReadArt flat(foreignSvg("<path transform='scale(1 1e-6)' stroke='red' d='M0 0H9'/>"));
+    EXPECT_EQ(flat.ignored("stroke under a skew"), 1);
+    const ReadArt original(foreignSvg(scaled, "data-producer='corvane' data-profile='original'"));
+    EXPECT_EQ(original.ignored("stroke under a skew"), 1);
+    EXPECT_NE(original.drawn().find("stroke-width=\"2\""), std::string::npos);
 }
 
 TEST(ReadShapes, CoordinatesBeyondTheArt) {

@@ -243,6 +243,50 @@ TEST_F(TextPatchTest, Edits) {
     }
 }
 
+/// Each letter is shown left of the one before; the line of art has them as they stand.
+TEST_F(TextPatchTest, LinesFromTheRight) {
+    const std::string begin = "BT /H 10 Tf 100 700 Td ";
+    const std::string shown = "[(a) 1000 (b) 1000 (c) 7000 (d) 1000 (a)] TJ";
+    const auto openLines = [&] {
+        openFile(PdfBuilder::onePage(begin + shown + " (b) Tj ET",
+                                     "/Resources << /Font << /H 20 0 R >> >>")
+                     .object(20, "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica /FirstChar "
+                                 "97 /Widths [500 500 500 500] /ToUnicode 21 0 R >>")
+                     .stream(21, "beginbfrange <61> <64> <05D0> endbfrange")
+                     .bytes());
+    };
+    struct Row {
+        const char* name;
+        std::function<void(Typist&)> edit;
+        std::string facts;
+        std::string saved;
+    };
+    for (const Row& row : {
+             Row{"nothing", [](Typist&) {}, "3 0 0 0 0", ""},
+             Row{"a line is moved", [](Typist& it) { it.move(0, 7, 3); }, "2 1 0 0 0",
+                 "\nq\nq\nBT\n/H 10 Tf\n" + plain +
+                     "1 0 0 1 107 703 Tm\n[(a) 1000 (b) 1000 (c) 7000 ] TJ\nET\nQ\nQ\n" + begin +
+                     " [7500 (d) 1000 (a) ] TJ\n (b) Tj ET\n"},
+             Row{"a line goes", [](Typist& it) { it.remove(1); }, "2 0 0 1 0",
+                 begin + " [(a) 1000 (b) 1000 (c) 7000 ] TJ\n (b) Tj ET\n"},
+             Row{"a line is typed anew", [](Typist& it) { it.retype(0, 0, "\u05D0\u05D1"); },
+                 "2 1 0 0 0",
+                 "\nq\nq\nBT\n/H 10 Tf " + plain + "1 0 0 1 90 700 Tm\n[<6162> ] TJ\nET\nQ\nQ\n" +
+                     begin + " [7500 (d) 1000 (a) ] TJ\n (b) Tj ET\n"},
+         }) {
+        SCOPED_TRACE(row.name);
+        openLines();
+        Typist edits = typist();
+        row.edit(edits);
+        const std::string edited = test::runsText(*document_);
+        ASSERT_EQ(save(), 0U) << ::testing::PrintToString(front_.taken());
+        EXPECT_EQ(facts(), row.facts);
+        EXPECT_EQ(saved_.back().isNothing ? "" : newContent(), row.saved);
+        ASSERT_EQ(open(), 0U);
+        EXPECT_EQ(test::runsText(*document_), edited);
+    }
+}
+
 const TextDecoration underlined[] = {{.isUnder = true, .size = 10 * fixedOne}};
 const TextDecoration redThrough[] = {
     {.isThrough = true,
