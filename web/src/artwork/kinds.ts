@@ -38,6 +38,7 @@ export function wordsFor(elements: readonly SVGElement[]): string {
 
 function oneInWords(element: SVGElement): string {
   const title = element.getAttribute("inkscape:label");
+  if (element.parentElement?.hasAttribute("data-annotations") === true) return "Annotation";
   if (element.localName === "text") {
     const letters = (element.textContent ?? "").replace(/\s+/g, " ").trim();
     return `Text “${letters.length > 60 ? `${letters.slice(0, 60)}…` : letters}”`;

@@ -9,6 +9,10 @@ import { isThrough } from "./scope";
 const atATime = 8; // milliseconds
 const measuredAtOnce = 4000; // objects
 
+// WebKit has no idle callbacks.
+const whenIdle = (work: () => void): number => "requestIdleCallback" in globalThis ? requestIdleCallback(work) : window.setTimeout(work, 30);
+const notWhenIdle = (id: number): void => { if ("cancelIdleCallback" in globalThis) cancelIdleCallback(id); else clearTimeout(id); };
+
 export class Boxes {
   #artwork: Artwork | null = null;
   #known = new WeakMap<Element, Box>();
@@ -20,10 +24,10 @@ export class Boxes {
     this.#artwork = artwork;
     this.#known = new WeakMap();
     this.#objects = null;
-    cancelIdleCallback(this.#idle);
+    notWhenIdle(this.#idle);
     if (artwork === null) return;
     artwork.addEventListener("change", event => this.#changed((event as CustomEvent<Step>).detail));
-    this.#idle = requestIdleCallback(() => this.#measure(0));
+    this.#idle = whenIdle(() => this.#measure(0));
   }
 
   #changed({ changes }: Step): void {
@@ -92,7 +96,7 @@ export class Boxes {
       const object = objects[at++];
       if (object !== undefined) this.of(object);
     }
-    if (at < objects.length) this.#idle = requestIdleCallback(() => this.#measure(at));
+    if (at < objects.length) this.#idle = whenIdle(() => this.#measure(at));
   }
 }
 

@@ -58,7 +58,7 @@ export class Handles {
     if (this.#preview !== null) {
       if (this.#frame === null) return;
       const matrix = view.multiply(this.#preview).multiply(this.#frame.matrix);
-      this.#layer.polygon(cornersOf(this.#frame.box, matrix), "frame");
+      this.#drawFrame(cornersOf(this.#frame.box, matrix), "frame");
       return;
     }
     const isOne = selection.elements.length === 1;
@@ -71,8 +71,14 @@ export class Handles {
     if (frame === null) return;
     const isEditable = selection.editable.length > 0;
     const onStage: Frame = { box: frame.box, matrix: view.multiply(frame.matrix) };
-    this.#layer.polygon(corners(onStage), isEditable ? "frame" : "frame fixed");
+    this.#drawFrame(corners(onStage), isEditable ? "frame" : "frame fixed");
     if (isEditable && !this.#isTyping()) this.#drawHandles(widened(onStage));
+  }
+
+  // Light around it, so that it is seen on every ground.
+  #drawFrame(points: readonly Point[], name: string): void {
+    this.#layer.polygon(points, "halo");
+    this.#layer.polygon(points, name);
   }
 
   #isSeen({ x, y }: Point): boolean {

@@ -1,9 +1,9 @@
 // The pointer on the stage: which gesture begins where, double clicks, the wheel, two fingers.
 import type { Point } from "../artwork/geometry";
 import type { Context } from "./context";
-import { Marquee, Move, Pan, Resize, Turn, type Gesture } from "./gestures";
-import type { Guides } from "./guides";
-import type { HandleName, Handles } from "./handles";
+import { Move, Resize, Turn, type Hand } from "./drags";
+import { Marquee, Pan, type Gesture } from "./gestures";
+import type { HandleName } from "./handles";
 import type { OverlayLayer } from "./overlay";
 import { leafAt, pick } from "./pick";
 import { objectAt } from "./scope";
@@ -21,8 +21,7 @@ export interface PointerWork {
 
 export class Pointer {
   readonly #context: Context;
-  readonly #handles: Handles;
-  readonly #guides: Guides;
+  readonly #hand: Hand;
   readonly #marquee: OverlayLayer;
   readonly #work: PointerWork;
   readonly #fingers = new Map<number, Point>();
@@ -32,10 +31,10 @@ export class Pointer {
   #from: Point = { x: 0, y: 0 };
   #hasSpace = false;
 
-  constructor(context: Context, handles: Handles, guides: Guides, work: PointerWork) {
+  constructor(hand: Hand, work: PointerWork) {
+    const { context } = hand;
     this.#context = context;
-    this.#handles = handles;
-    this.#guides = guides;
+    this.#hand = hand;
     this.#work = work;
     this.#marquee = context.overlay.layer("editor-marquee");
     const { stage } = context.view;
@@ -91,7 +90,7 @@ export class Pointer {
     }
     const handle = (event.target as Element).getAttribute("data-handle") as HandleName | null;
     if (handle !== null) {
-      this.#gesture = handle === "turn" ? new Turn(context, this.#handles, at) : new Resize(context, this.#handles, this.#guides, handle, at);
+      this.#gesture = handle === "turn" ? new Turn(this.#hand, at) : new Resize(this.#hand, handle, at);
       return;
     }
     const isMore = event.shiftKey || event.ctrlKey || event.metaKey;
@@ -122,7 +121,7 @@ export class Pointer {
     else selection.set([hit]);
     this.#waiting = () => {
       if (isMore && !was) selection.toggle(hit);
-      return new Move(context, this.#handles, this.#guides, at);
+      return new Move(this.#hand, at);
     };
   }
 

@@ -47,11 +47,10 @@ export class Workbench implements Context, Parts {
     this.overlay = new Overlay(this.view.stage);
     this.arranging = new Arranging(this);
     this.pictures = new Pictures(this);
-    const guides = new Guides(this);
     new Hover(this);
     this.#handles = new Handles(this, () => this.#typing.isActive);
     this.#typing = new TextEditing(this);
-    this.#pointer = new Pointer(this, this.#handles, guides, {
+    this.#pointer = new Pointer({ context: this, handles: this.#handles, guides: new Guides(this) }, {
       draw: at => this.#draw(at),
       placeCaret: event => this.#typing.placeCaret(event),
       editText: (element, event) => this.#typing.start(element, event),

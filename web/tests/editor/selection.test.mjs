@@ -88,6 +88,7 @@ test("what cannot be changed says why", async () => {
   assert.deepEqual(await editor.ids(), ["b"]);
   await editor.click(220, 220);
   assert.match(await editor.page.evaluate(() => told.limits.join()), /Annotations/);
+  assert.equal(await editor.page.evaluate(() => told.words), "Annotation");
   await editor.press("ArrowRight", "Delete", "Control+d");
   await editor.drag([220, 220], [260, 260]);
   assert.equal(await editor.text(), svg);

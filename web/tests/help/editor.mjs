@@ -35,6 +35,10 @@ export function withEditor(viewport) {
       const stage = await page.evaluate(() => { const { x, y } = document.querySelector(".artwork-stage").getBoundingClientRect(); return { x, y }; });
       await page.mouse.wheel(at.x - stage.x - corner.x, at.y - stage.y - corner.y);
       found.origin = { x: stage.x + corner.x, y: stage.y + corner.y };
+      await page.waitForFunction(wanted => {
+        const paper = document.querySelector(".artwork-paper").getBoundingClientRect();
+        return Math.abs(paper.x - wanted.x) < 1 && Math.abs(paper.y - wanted.y) < 1;
+      }, found.origin);
       await found.frames();
     };
     found.at = (x, y) => [found.origin.x + x, found.origin.y + y];

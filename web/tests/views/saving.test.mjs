@@ -50,6 +50,27 @@ test("a save shows first what it appends, and then appends what the command line
   assert.equal(await page.locator(".notice").count(), 0);
 });
 
+test("zoom and place stay over a save", async () => {
+  const view = () => page.locator(".artwork-paper").evaluate((paper) => {
+    const { x, y, width } = paper.getBoundingClientRect();
+    return [x, y, width].map(Math.round);
+  });
+  const whole = await view();
+  await page.locator(".canvas [tabindex='0']").first().focus();
+  for (const key of ["+", "+", "Control+ArrowDown", "Control+ArrowRight"]) {
+    await page.keyboard.press(key);
+  }
+  await page.waitForTimeout(300);
+  await moveFirst(page);
+  const before = await view();
+  assert.ok(before[2] > whole[2]);
+  await page.keyboard.press("Control+s");
+  await dialog.getByRole("button", { name: "Save", exact: true }).click();
+  await page.getByText("Saved page 1 and compared it").waitFor();
+  assert.deepEqual(await view(), before);
+  await page.keyboard.press("0");
+});
+
 test("after a save the page is that of the file: nothing is left to save, and undo begins anew", async () => {
   assert.equal(await page.locator(".header").getByRole("button", { name: "Undo" }).isDisabled(), true);
   await page.keyboard.press("Control+s");
@@ -92,6 +113,17 @@ test("a page whose drawing differs after the save is said to", async () => {
   await page.keyboard.press("Control+s");
   await dialog.getByRole("button", { name: "Save", exact: true }).click();
   await page.locator(".notice.warn").getByText("Page 1 was saved, but").waitFor();
+});
+
+test("letters that are being typed count as work when the page is left", async () => {
+  await page.locator(".notice").waitFor();
+  await page.waitForTimeout(300);
+  const text = await page.locator(".canvas text").first().boundingBox();
+  await page.mouse.dblclick(text.x + text.width / 2, text.y + text.height / 2);
+  await page.keyboard.type("zz");
+  await page.getByRole("button", { name: "Files" }).click();
+  await page.getByRole("dialog", { name: "Page 1 is not saved" }).getByRole("button", { name: "Throw it away" }).click();
+  await openFile("report.pdf");
 });
 
 test("work on a page that is left is kept in the tab, marked, and saved later", async () => {
