@@ -42,5 +42,5 @@ export function showNotes(place: HTMLElement, badge: HTMLElement, report: OpenRe
   badge.hidden = items.length === 0;
   place.replaceChildren(items.length > 0
     ? make("ul", { class: "note-list" }, ...items)
-    : make("p", { class: "muted", text: report === null ? "No page is open." : "All that this page shows can be edited." }));
+    : make("p", { class: "muted", text: report === null ? "No page is open." : "Nothing of what this page shows was left out." }));
 }
