@@ -34,7 +34,7 @@ public:
     static void release(cmsContext context, void* block) {
         if (block != nullptr) {
             count(context, -static_cast<std::int64_t>(sizeOf(block)));
-            std::free(startOf(block));
+            std::free(startOf(block)); // NOLINT(cppcoreguidelines-no-malloc)
         }
     }
     static void* reallocate(cmsContext context, void* block, cmsUInt32Number size) {
@@ -43,6 +43,7 @@ public:
         if (!count(context, more)) {
             return nullptr;
         }
+        // NOLINTNEXTLINE(cppcoreguidelines-no-malloc): the library wants blocks that can grow
         void* const made =
             std::realloc(block == nullptr ? nullptr : startOf(block), header + std::size_t{size});
         if (made == nullptr) {

@@ -89,7 +89,8 @@ void ContentTrace::hide() {
 }
 
 void ContentTrace::addForm(std::unique_ptr<FormTrace> form) {
-    const std::size_t bytes = (forms_.size() + 1) * (sizeof(FormTrace) + sizeof(FormTrace*));
+    const std::size_t bytes =
+        (forms_.size() + 1) * (sizeof(FormTrace) + sizeof(std::unique_ptr<FormTrace>));
     formsCharge_.resize(static_cast<std::int64_t>(bytes));
     form->event = next();
     forms_.push_back(std::move(form));
