@@ -354,6 +354,33 @@ TEST_F(ImagePatchTest, ASoftMaskOfItsOwnCountsInsteadOfTheStates) {
     }
 }
 
+/// Readers know the end of an inline image by what stands behind it.
+TEST_F(ImagePatchTest, InlineImagesEndWhereTheyDidWhateverGoesBehindThem) {
+    const std::string image = "BI /W 1 /H 1 /BPC 8 /CS /G ID @ EI ";
+    const std::string clipped = " 0 0 90 90 re W n 1 1 5 5 re f";
+    struct Row {
+        std::string content;
+        bool removesPath;
+        std::size_t paths;
+    };
+    for (const Row& row : {Row{image + "Q words 9 9 5 5 re f" + clipped, false, 3},
+                           Row{image + "Q Q words 9 9 5 5 re f" + clipped, false, 3},
+                           Row{image + "9 9 5 5 re f words" + clipped, true, 2},
+                           Row{image + "Q 9 9 5 5 re f words" + clipped, true, 2},
+                           Row{image + "Q 9 9 5 5 re f" + clipped, true, 2}}) {
+        openImages(row.content);
+        Artist edits(*document_);
+        if (row.removesPath) {
+            edits.remove(edits.at(0));
+        }
+        edits.add(3, 3, 9, 9);
+        ASSERT_EQ(save(), 0U) << row.content;
+        ASSERT_EQ(open(), 0U) << row.content;
+        EXPECT_EQ(hanger().images.size(), 1U) << newContent();
+        EXPECT_EQ(artist().objects.size(), row.paths) << newContent();
+    }
+}
+
 TEST_F(ImagePatchTest, SmoothnessMakesAnotherObjectOfTheSamePicture) {
     openImages(two);
     Hanger edits = hanger();
