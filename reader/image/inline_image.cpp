@@ -13,9 +13,6 @@ namespace corvane {
 
 namespace {
 
-/// Bytes behind "EI" in which the next token of the page must show itself.
-constexpr std::size_t followBytes = 32;
-
 /// Value of an entry by its full or short name; null where it is missing. Not retained.
 Object entryOf(std::string_view name, std::string_view shortName) {
     const std::int32_t count = countStack();
@@ -52,23 +49,8 @@ std::int64_t pixelBits(Interpreter& interpreter) {
     return known && known->components > 0 && bits > 0 && bits <= 16 ? bits * known->components : -1;
 }
 
-/// Whether what stands behind "EI" is page content: nothing, an operand or an operator.
-bool isContent(std::string_view follow) {
-    if (!follow.empty() && isRegular(follow.front())) {
-        return false;
-    }
-    const auto token = std::find_if_not(follow.begin(), follow.end(), isSpace);
-    if (token == follow.end() || !isRegular(*token)) {
-        return true;
-    }
-    const auto end = std::find_if_not(token, follow.end(), isRegular);
-    const std::string_view word(&*token, static_cast<std::size_t>(end - token));
-    return characterClass(*token) != CharacterClass::regular ||
-           contentKeywords().find(word) != nullptr;
-}
-
 bool endsHere(std::string_view ahead) {
-    return ahead.starts_with("EI") && isContent(ahead.substr(2, followBytes));
+    return ahead.starts_with("EI") && mayFollowImage(ahead.substr(2, imageFollowBytes));
 }
 
 class DataPasser {
@@ -90,7 +72,7 @@ public:
     }
 
     void searchEnd() {
-        constexpr std::size_t reach = 2 * followBytes;
+        constexpr std::size_t reach = 2 * imageFollowBytes;
         for (;;) {
             const std::string_view ahead = tokens_.ahead(reach);
             const bool isLast = ahead.size() < reach;
@@ -103,7 +85,7 @@ public:
                 }
                 continue;
             }
-            if (!isLast && at + 2 + followBytes > ahead.size()) {
+            if (!isLast && at + 2 + imageFollowBytes > ahead.size()) {
                 pass(at - 1);
                 continue;
             }
@@ -170,10 +152,25 @@ void ImageData::add(std::string_view more) {
 
 void skipImageData(TokenFilter& tokens, std::int64_t length, ImageData* data) {
     DataPasser passer(tokens, data);
-    if (length >= 0 && passer.passBytes(length) && endsHere(tokens.aheadOfSpace(2 + followBytes))) {
+    if (length >= 0 && passer.passBytes(length) &&
+        endsHere(tokens.aheadOfSpace(2 + imageFollowBytes))) {
         return;
     }
     passer.searchEnd();
+}
+
+bool mayFollowImage(std::string_view follow) {
+    if (!follow.empty() && isRegular(follow.front())) {
+        return false;
+    }
+    const auto token = std::find_if_not(follow.begin(), follow.end(), isSpace);
+    if (token == follow.end() || !isRegular(*token)) {
+        return true;
+    }
+    const auto end = std::find_if_not(token, follow.end(), isRegular);
+    const std::string_view word(&*token, static_cast<std::size_t>(end - token));
+    return characterClass(*token) != CharacterClass::regular ||
+           contentKeywords().find(word) != nullptr;
 }
 
 } // namespace corvane

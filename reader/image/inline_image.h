@@ -5,6 +5,7 @@
 #include "objects/object.h"
 #include "runtime/memory.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -27,6 +28,11 @@ struct ImageData {
 
     void add(std::string_view more);
 };
+
+/// Bytes behind "EI" in which the next token of the page must show itself.
+inline constexpr std::size_t imageFollowBytes = 32;
+/// Whether what stands behind "EI" is page content: nothing, an operand or an operator.
+bool mayFollowImage(std::string_view follow);
 
 /// Goes past the data of an inline image, up to its "EI", which is the next token then. Data of a
 /// known length are believed where "EI" follows them. Otherwise the two letters are searched for:

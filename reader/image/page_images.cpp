@@ -14,12 +14,18 @@ namespace {
 /// Colours of one stencil that are told apart; past them each drawing tells the host again.
 constexpr std::size_t mostFills = 64;
 
+bool hasSoftMask(DocumentCache& cache, const Object& dictionary) {
+    const ObjectOwner mask = ImageEntries(cache, dictionary).find(imageKey::softMask);
+    return typeObject(mask.get()) == ObjectType::stream;
+}
+
 KnownImage tell(DocumentCache& cache, const Object& stream, std::int32_t number,
                 const Colour& fill) {
     KnownImage known;
     attempted([&] {
         known.isSmooth = smoothnessOf(cache, stream);
         known.isStencil = isStencilImage(cache, stream);
+        known.hasSoftMask = !known.isStencil && hasSoftMask(cache, stream);
         known.image = deliverImage(cache, stream, number, fill);
     });
     return known;

@@ -18,7 +18,8 @@ struct KnownImage {
     /// Whether its pixels run into one another where they are enlarged; nothing where the file does
     /// not say.
     std::optional<bool> isSmooth = std::nullopt;
-    bool isStencil = false; ///< its pixels have the colour that it was asked for with
+    bool isStencil = false;   ///< its pixels have the colour that it was asked for with
+    bool hasSoftMask = false; ///< of its own, which counts instead of that of the state
 };
 
 class PageImages {

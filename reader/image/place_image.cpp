@@ -32,10 +32,15 @@ bool hostHoldsImages() {
 
 namespace {
 
-Art makePlaced(Interpreter& interpreter, const PlacedImage& placed) {
+/// A soft mask of the image counts instead of that of the state (PDF Reference, 7.5.4).
+Art makePlaced(Interpreter& interpreter, const PlacedImage& placed, bool hasSoftMask) {
     const Art art = interpreter.containers.make(ArtKind::placed);
     callHost(slot::setPlacedImage, art, &placed);
-    tellAppearanceAsOne(interpreter, art, appearanceAsOne(interpreter.state.transparency));
+    Appearance appearance = appearanceAsOne(interpreter.state.transparency);
+    if (hasSoftMask) {
+        appearance.mask = SoftMask::null;
+    }
+    tellAppearanceAsOne(interpreter, art, appearance);
     return art;
 }
 
@@ -61,7 +66,8 @@ void placeImage(Interpreter& interpreter, const KnownImage& image, std::int64_t 
                              .matrix = hostMatrix(matrix),
                              .isSmooth = image.isSmooth.value_or(!hasLargePixels(matrix, facts))};
     const bool isPainted = image.isStencil && paintsStencils(interpreter);
-    level.placed = isPainted ? paintStencil(interpreter, placed) : makePlaced(interpreter, placed);
+    level.placed = isPainted ? paintStencil(interpreter, placed)
+                             : makePlaced(interpreter, placed, image.hasSoftMask);
     if (level.tellsSources) {
         const ArtSource source = interpreter.sourceFrom(start);
         callHost(slot::setArtSource, level.placed, &source);

@@ -4,6 +4,7 @@
 #include "writer/patch/compare/clip_matching.h"
 #include "writer/patch/compare/missing_art.h"
 #include "writer/patch/form/edited_form.h"
+#include "writer/patch/image_ends.h"
 #include "writer/patch/object_patches.h"
 #include "writer/patch/page_end.h"
 #include "writer/patch/paint_order.h"
@@ -46,6 +47,7 @@ public:
             return std::pair(patch.range.start, patch.range.end);
         });
         refuseDamaged();
+        keepImageEnds(trace_, tools_.bytes, content_.patches);
         content_.charge = std::move(tools_.charge);
         ContentPatch patch = keepContent(tools_);
         patch.content = std::move(content_);

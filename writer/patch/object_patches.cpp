@@ -131,27 +131,6 @@ void ObjectPatches::drawSeenThrough(TraceIndex event, Art art, const Appearance&
                  .strokeOpacity = appearance.opacity * appearance.strokeOpacity});
 }
 
-/// An image may have a mask of its own, which would count instead of that of the state.
-void ObjectPatches::drawImage(const PaintedArt& was, Art is, const ArtDifference& difference) {
-    const Surroundings& own = trace_.events()[was.event].behind;
-    const bool isMasked = difference.look.mask
-                              ? *difference.look.mask != SoftMask::null
-                              : difference.image && (own.settings & softMaskSetting) != 0;
-    const RealMatrix& ctm = trace_.matrix(own.matrix);
-    const std::optional<RealMatrix> back = inverse(ctm);
-    if (!isMasked || !back) {
-        return imageWorks(tools_, was, is, difference);
-    }
-    const std::string before = tools_.taken();
-    imageWorks(tools_, was, is, difference);
-    const std::string_view name = tools_.looks.addGroup(tools_.taken(), {}, ctm);
-    tools_.walk.text.add(before);
-    enterSpace(*back);
-    tools_.walk.text.add("/");
-    tools_.walk.text.add(name);
-    tools_.walk.text.add(" Do\n");
-}
-
 /// Sets again what lies on the page and moves with an object.
 void ObjectPatches::moveAlong(TraceIndex event, const PageMovement& movement) {
     if (movement.any()) {
@@ -196,7 +175,7 @@ void ObjectPatches::patchObject(PaintedIndex source) {
         if (was.isForm) {
             formWorks(tools_, was, *is.form);
         } else {
-            drawImage(was, is.art, difference);
+            imageWorks(tools_, was, is.art, difference);
         }
     }
     leaveWorks(tools_.walk);

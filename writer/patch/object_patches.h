@@ -34,7 +34,6 @@ private:
     void drawChanged(PaintedIndex source);
     void enterSpace(const RealMatrix& space);
     void drawSeenThrough(TraceIndex event, Art art, const Appearance& appearance);
-    void drawImage(const PaintedArt& was, Art is, const ArtDifference& difference);
     void moveAlong(TraceIndex event, const PageMovement& movement);
     TraceIndex linkOf(TraceIndex path) const;
 

@@ -296,6 +296,103 @@ TEST_F(ImagePatchTest, AnotherPictureBecomesAnObject) {
     }
 }
 
+/// A soft mask of the image counts instead of that of the graphics state; no picture that takes its
+/// place may get that one.
+TEST_F(ImagePatchTest, ASoftMaskOfItsOwnCountsInsteadOfTheStates) {
+    struct Row {
+        const char* name;
+        std::function<void(Hanger&)> edit;
+        std::vector<bool> isMasked; ///< from the back
+    };
+    const auto picture = [](Hanger& hanger) {
+        return hanger.picture({.width = 1, .height = 1, .colours = ImageColours::gray}, "a");
+    };
+    const auto raise = [](Hanger& hanger, std::size_t index) {
+        hanger.document.reorder(hanger.images.at(index), Placement::inside,
+                                hanger.document.layerArt(hanger.document.firstLayer()));
+    };
+    const Row rows[] = {
+        {"opened", [](Hanger&) {}, {false, true}},
+        {"another picture",
+         [&](Hanger& hanger) { hanger.show(0, picture(hanger)); },
+         {false, true}},
+        {"another picture of the masked",
+         [&](Hanger& hanger) { hanger.show(1, picture(hanger)); },
+         {false, true}},
+        {"moved", [](Hanger& hanger) { hanger.move(0, 5, 5); }, {false, true}},
+        {"raised, another picture",
+         [&](Hanger& hanger) {
+             hanger.show(0, picture(hanger));
+             raise(hanger, 0);
+         },
+         {true, false}},
+        {"masked",
+         [](Hanger& hanger) {
+             const Appearance look = hanger.document.appearance(hanger.images.at(1));
+             hanger.document.setAppearance(hanger.images.at(0), look);
+         },
+         {true, true}},
+        {"masked and raised",
+         [&](Hanger& hanger) {
+             const Appearance look = hanger.document.appearance(hanger.images.at(1));
+             hanger.document.setAppearance(hanger.images.at(0), look);
+             raise(hanger, 0);
+         },
+         {true, true}},
+    };
+    for (const Row& row : rows) {
+        openFile(PdfBuilder::onePage(
+                     "/M gs q 9 0 0 9 10 20 cm /A Do Q q 9 0 0 9 10 40 cm /B Do Q",
+                     "/Resources << /XObject << /A 20 0 R /B 21 0 R >> /ExtGState << /M << /SMask "
+                     "<< /S /Alpha /G 23 0 R >> >> >> >>")
+                     .stream(20, "abcd", std::string(gray) + " /SMask 22 0 R")
+                     .stream(21, "efgh", gray)
+                     .stream(22, "ijkl", gray)
+                     .stream(23, "0 0 15 50 re f",
+                             "/Type /XObject /Subtype /Form /BBox [0 0 50 50] /Group << /S "
+                             "/Transparency >>")
+                     .bytes());
+        Hanger edited = hanger();
+        row.edit(edited);
+        ASSERT_EQ(save(), 0U) << row.name;
+        ASSERT_EQ(open(), 0U) << row.name;
+        std::vector<bool> isMasked;
+        for (const Art image : hanger().images) {
+            const Art around = document_->parent(image);
+            isMasked.push_back(document_->appearance(image).mask != SoftMask::null ||
+                               document_->appearance(around).mask != SoftMask::null);
+        }
+        EXPECT_EQ(isMasked, row.isMasked) << row.name << "\n" << newContent();
+    }
+}
+
+/// Readers know the end of an inline image by what stands behind it.
+TEST_F(ImagePatchTest, InlineImagesEndWhereTheyDidWhateverGoesBehindThem) {
+    const std::string image = "BI /W 1 /H 1 /BPC 8 /CS /G ID @ EI ";
+    const std::string clipped = " 0 0 90 90 re W n 1 1 5 5 re f";
+    struct Row {
+        std::string content;
+        bool removesPath;
+        std::size_t paths;
+    };
+    for (const Row& row : {Row{image + "Q words 9 9 5 5 re f" + clipped, false, 3},
+                           Row{image + "Q Q words 9 9 5 5 re f" + clipped, false, 3},
+                           Row{image + "9 9 5 5 re f words" + clipped, true, 2},
+                           Row{image + "Q 9 9 5 5 re f words" + clipped, true, 2},
+                           Row{image + "Q 9 9 5 5 re f" + clipped, true, 2}}) {
+        openImages(row.content);
+        Artist edits(*document_);
+        if (row.removesPath) {
+            edits.remove(edits.at(0));
+        }
+        edits.add(3, 3, 9, 9);
+        ASSERT_EQ(save(), 0U) << row.content;
+        ASSERT_EQ(open(), 0U) << row.content;
+        EXPECT_EQ(hanger().images.size(), 1U) << newContent();
+        EXPECT_EQ(artist().objects.size(), row.paths) << newContent();
+    }
+}
+
 TEST_F(ImagePatchTest, SmoothnessMakesAnotherObjectOfTheSamePicture) {
     openImages(two);
     Hanger edits = hanger();

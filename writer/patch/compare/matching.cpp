@@ -2,6 +2,7 @@
 
 #include "reader/content/appearance.h"
 #include "reader/content/art.h"
+#include "reader/content/losses.h"
 #include "writer/art/outline.h"
 #include "writer/image/image_works.h"
 #include "writer/patch/compare/look.h"
@@ -341,6 +342,10 @@ ArtDifference compareObject(const BaseContent& base, PaintedIndex source,
         const ObjectLook look = lookOfObject(object);
         compareLooks(former, look, base.masks, movementIn(base, was, object, difference),
                      difference);
+        if (difference.image && former.appearance.mask == SoftMask::null &&
+            (eventOf(base.trace, source).behind.settings & softMaskSetting) != 0) {
+            difference.look.mask = look.appearance.mask; // the image had one of its own
+        }
     }
     return difference;
 }

@@ -1,5 +1,6 @@
 #include "writer/patch/works/placed_image.h"
 
+#include "reader/content/losses.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
@@ -78,7 +79,10 @@ RealMatrix movementOfImage(Art was, Art is) {
     return multiply(*back, realMatrix(placedImage(is).matrix));
 }
 
-void imageWorks(PatchTools& tools, const PaintedArt& was, Art is, const ArtDifference& difference) {
+namespace {
+
+void pictureWorks(PatchTools& tools, const PaintedArt& was, Art is,
+                  const ArtDifference& difference) {
     const TraceEvent& event = tools.trace.events()[was.event];
     if (difference.place || difference.image) {
         const std::optional<RealMatrix> back = inverse(tools.trace.matrix(event.behind.matrix));
@@ -95,6 +99,30 @@ void imageWorks(PatchTools& tools, const PaintedArt& was, Art is, const ArtDiffe
     } else {
         rangesWorks(tools, {{event.start, event.end}});
     }
+}
+
+} // namespace
+
+void imageWorks(PatchTools& tools, const PaintedArt& was, Art is, const ArtDifference& difference) {
+    const Surroundings& own = tools.trace.events()[was.event].behind;
+    const bool isMasked = difference.look.mask
+                              ? *difference.look.mask != SoftMask::null
+                              : difference.image && (own.settings & softMaskSetting) != 0;
+    const RealMatrix& ctm = tools.trace.matrix(own.matrix);
+    const std::optional<RealMatrix> back = inverse(ctm);
+    if (!isMasked || !back) {
+        return pictureWorks(tools, was, is, difference);
+    }
+    const std::string before = tools.taken();
+    pictureWorks(tools, was, is, difference);
+    const std::string_view name = tools.looks.addGroup(tools.taken(), {}, ctm);
+    tools.walk.text.add(before);
+    if (*back != RealMatrix()) {
+        spaceWorks(tools.walk, *back);
+    }
+    tools.walk.text.add("/");
+    tools.walk.text.add(name);
+    tools.walk.text.add(" Do\n");
 }
 
 } // namespace corvane

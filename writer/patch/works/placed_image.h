@@ -25,8 +25,9 @@ ArtDifference compareImages(Art was, Art is);
 RealMatrix movementOfImage(Art was, Art is);
 
 /// Draws what was an image of the page where the artwork has it, under the CTM of that image: by
-/// its own bytes, or another picture in its place. Raises `unpatchable` where nothing can be drawn
-/// there.
+/// its own bytes, or another picture in its place; as a group where it is to be seen through a soft
+/// mask of the state, since one of its own would count instead of that. Raises `unpatchable` where
+/// nothing can be drawn there.
 void imageWorks(PatchTools& tools, const PaintedArt& was, Art is, const ArtDifference& difference);
 
 } // namespace corvane
