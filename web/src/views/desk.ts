@@ -98,15 +98,20 @@ export class Desk extends EventTarget {
     if (file === null) {
       return;
     }
+    const before = { key: this.#key(this.#page), report: this.#report };
     this.#page = page;
     const work = this.#works.get(this.#key(page));
     if (work !== undefined) {
       this.#cancel();
-      this.show({ svg: work.text, report: work.report });
+      this.show(shownWork(work));
       return;
     }
     this.#report = null;
-    const clearing = setTimeout(() => this.editor.clear(), patience);
+    this.#tell("work");
+    const clearing = setTimeout(() => {
+      this.#keepLate(before);
+      this.editor.clear();
+    }, patience);
     try {
       const loaded = await (early ?? this.#load(file.id, page)).catch((error: unknown) => {
         if (early !== null && isLocked(error)) {
@@ -114,12 +119,15 @@ export class Desk extends EventTarget {
         }
         throw error;
       });
-      if (this.#file === file && this.#page === page) {
-        this.show(loaded);
+      if (this.#file === file && this.#page === page && this.#report === null) {
+        this.#keepLate(before);
+        const late = this.#works.get(this.#key(page));
+        this.show(late === undefined ? loaded : shownWork(late));
       }
     } catch (error) {
       if (!isAborted(error)) {
-        if (this.#file === file && this.#page === page) {
+        if (this.#file === file && this.#page === page && this.#report === null) {
+          this.#keepLate(before);
           this.editor.clear();
           this.#tell("page");
         }
@@ -171,6 +179,15 @@ export class Desk extends EventTarget {
     this.#tell("work");
   }
 
+  // The page before stays until the next one is there: what was done to it meanwhile is work, too.
+  #keepLate(before: { readonly key: string; readonly report: OpenReport | null }): void {
+    if (before.report !== null && this.editor.isChanged) {
+      this.#works.set(before.key, { text: this.editor.text(), report: before.report });
+      this.editor.markSaved();
+      this.#tell("work");
+    }
+  }
+
   // The work of the page that is shown is saved, or not wanted any more.
   forget(): void {
     this.#works.delete(this.#key(this.#page));
@@ -182,10 +199,11 @@ export class Desk extends EventTarget {
 
   // The page as the file has it by now, where there is no work on it.
   async reload(): Promise<void> {
-    this.#report = null;
-    this.#tell("page");
     await this.refresh();
-    await this.openPage(Math.min(this.#page, Math.max(this.pages.length, 1)));
+    this.settle();
+    if (!this.isUnsaved(this.#page)) {
+      await this.openPage(Math.min(this.#page, Math.max(this.pages.length, 1)));
+    }
   }
 
   // The facts of the file, after it changed.
@@ -251,4 +269,8 @@ export class Desk extends EventTarget {
   #tell(event: string): void {
     this.dispatchEvent(new Event(event));
   }
+}
+
+function shownWork(work: Work): LoadedPage {
+  return { svg: work.text, report: work.report };
 }

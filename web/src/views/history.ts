@@ -144,12 +144,27 @@ export class HistoryView {
       return;
     }
     try {
+      if (!(await this.#isNewest(update))) {
+        return;
+      }
       const report = await desk.writing(() => desk.server.revert(desk.file?.id ?? ""));
       this.#dialog?.close();
       await this.#finish(report.takenOff);
     } catch (error) {
       this.#comparison.say(plain(asFault(error).sentence));
     }
+  }
+
+  // Another tab or program may have appended more meanwhile: that would be taken off in its place.
+  async #isNewest(update: Update): Promise<boolean> {
+    await this.#read();
+    const newest = this.#updates[0];
+    if (newest?.number === update.number && newest.offset === update.offset && newest.size === update.size &&
+        newest.date === update.date) {
+      return true;
+    }
+    this.#comparison.say("The file was changed meanwhile, so nothing was taken off. These are its updates now.");
+    return false;
   }
 
   // The page is opened anew, unless there is work on it.

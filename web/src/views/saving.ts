@@ -1,7 +1,8 @@
 // Saving a page: first what it would append, then the save, then a look whether it is so.
 
+import type { Server } from "../server/api";
 import { asFault, isAborted } from "../server/fault";
-import type { Fault, SaveReport } from "../server/reports";
+import type { Fault, ListedFile, SaveReport } from "../server/reports";
 import { checkSaved } from "./check";
 import type { Desk } from "./desk";
 import { Dialog } from "./dialogs";
@@ -17,6 +18,12 @@ import { plain, sentence, size } from "./words";
 
 type Step = "save" | "force" | "mend" | "password" | "beside" | "download";
 
+interface Place {
+  readonly server: Server;
+  readonly file: ListedFile;
+  readonly page: number;
+}
+
 interface Ways {
   readonly force: boolean;
   readonly mend: boolean;
@@ -24,15 +31,20 @@ interface Ways {
 
 export class Saving {
   #isRunning = false;
+  #saves = 0;
+  // What is being saved, whatever is shown meanwhile.
+  #saved: Place | null = null;
 
   constructor(readonly desk: Desk, readonly header: Header, readonly messages: Messages) {}
 
   // True where the page has nothing left to save.
   async save(): Promise<boolean> {
-    if (this.#isRunning || this.desk.report === null || this.desk.file === null) {
+    const { server, file, page, report } = this.desk;
+    if (this.#isRunning || report === null || file === null) {
       return false;
     }
     this.#isRunning = true;
+    this.#saved = { server, file, page };
     const dialog = new Dialog(this.#title, "save-dialog");
     try {
       return await this.#run(dialog, this.desk.editor.text());
@@ -176,7 +188,7 @@ export class Saving {
 
   #finish(svg: string, report: SaveReport): void {
     const { file, page } = this.#place;
-    if (this.desk.editor.text() === svg) {
+    if (this.desk.file?.id === file.id && this.desk.page === page && this.desk.editor.text() === svg) {
       this.desk.forget();
       this.header.showState("saved");
     }
@@ -190,10 +202,14 @@ export class Saving {
   // The page as the file has it takes the place of what was drawn, unless work went on meanwhile.
   async #check(file: string, page: number, svg: string, report: SaveReport): Promise<void> {
     const { desk } = this;
-    const isHere = () => desk.file?.id === file && desk.page === page && !desk.editor.isChanged;
+    const number = ++this.#saves;
+    const isHere = () => desk.file?.id === file && desk.page === page && desk.report !== null && !desk.editor.isChanged;
     try {
       await desk.refresh();
       const { loaded, fault } = await checkSaved(desk, desk.server, file, page, svg);
+      if (number !== this.#saves) {
+        return; // A later save is looked at.
+      }
       if (isHere()) {
         desk.show(loaded);
         this.header.showState("saved");
@@ -220,12 +236,11 @@ export class Saving {
     return `Save page ${page} of ${file.name}`;
   }
 
-  get #place() {
-    const { server, file, page } = this.desk;
-    if (file === null) {
-      throw new Error("no file is open");
+  get #place(): Place {
+    if (this.#saved === null) {
+      throw new Error("nothing is being saved");
     }
-    return { server, file, page };
+    return this.#saved;
   }
 }
 

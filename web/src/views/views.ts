@@ -184,6 +184,10 @@ class Views {
     if (file === undefined || named === null) {
       return;
     }
+    if (document.querySelector("dialog[open]") !== null) {
+      this.#showPage(); // What a dialog asks about stays.
+      return;
+    }
     if (file.id === this.#desk.file?.id) {
       await this.#go(named.page);
     } else {

@@ -68,6 +68,11 @@ export class Watch {
       run: () => {
         this.messages.settle("changed");
         desk.redraw(desk.pages.map((facts) => facts.page));
+        desk.settle();
+        if (desk.isUnsaved(desk.page)) {
+          openBeside(file.id, desk.page); // Work was begun since this was offered.
+          return;
+        }
         void desk.reload().catch((error: unknown) => this.messages.fail("opening", "The page cannot be opened", asFault(error)));
       },
     };

@@ -75,6 +75,23 @@ test("only the newest update can be taken off", async () => {
   assert.equal(await dialog.getByRole("button", { name: "Take off" }).count(), 0);
 });
 
+test("what was appended meanwhile is not taken off in the place of what was asked about", async () => {
+  const art = work.path("meanwhile.svg");
+  command("open", report, "-o", art, "--images", "embed");
+  writeFileSync(art, readFileSync(art, "utf8").replace("A better summer", "A long summer"));
+  await dialog.getByText("Update 2").click();
+  await dialog.getByRole("button", { name: "Take off" }).click();
+  assert.equal(command("save", art, report).error, null);
+  const length = readFileSync(report).length;
+  await page.getByRole("dialog", { name: "Take off update 2?" }).getByRole("button", { name: "Take off" }).click();
+  await dialog.getByText("The file was changed meanwhile").waitFor();
+  assert.equal(readFileSync(report).length, length);
+  await dialog.getByText("Update 3").waitFor();
+  assert.equal(command("revert", report).error, null);
+  await page.keyboard.press("Escape");
+  await page.getByRole("button", { name: "History" }).click();
+});
+
 test("taking off asks first, and then the file is what it was, to the byte", async () => {
   const length = command("log", report).updates[2].offset;
   await dialog.getByText("Update 2").click();

@@ -33,15 +33,19 @@ test("an answer that is lost while saving leaves it open whether it was saved, a
   assert.equal(await page.locator(".notice").count(), 0);
 });
 
-test("a file that another program changed is said, and opened anew when wanted", async () => {
-  await page.getByText("and compared it").waitFor();
-  const art = await downloaded(page);
-  const changed = readFileSync(art, "utf8").replace("A busy summer", "A long summer");
-  const other = work.path("other.svg");
-  writeFileSync(other, changed);
-  assert.equal(command("save", other, report, "--page", "1").error, null);
+// Saves another title into the file, as another program would.
+async function changeElsewhere(from, to) {
+  const art = work.path("other.svg");
+  command("open", report, "-o", art, "--images", "embed");
+  writeFileSync(art, readFileSync(art, "utf8").replace(from, to));
+  assert.equal(command("save", art, report, "--page", "1").error, null);
   await page.evaluate(() => dispatchEvent(new Event("focus")));
   await notice("report.pdf was changed by another program or tab.").waitFor();
+}
+
+test("a file that another program changed is said, and opened anew when wanted", async () => {
+  await page.getByText("and compared it").waitFor();
+  await changeElsewhere("A busy summer", "A long summer");
   await page.getByRole("button", { name: "Open it anew" }).click();
   await state(page, "unchanged");
   assert.equal(await page.locator(".notice").count(), 0);
@@ -52,6 +56,41 @@ test("a file that another program changed is said, and opened anew when wanted",
   assert.match(readFileSync(await downloaded(page), "utf8"), /A long summer/);
   assert.equal(readFileSync(report).length, length);
 });
+
+test("work that was begun since is not lost by opening anew", async () => {
+  await changeElsewhere("A long summer", "A short summer");
+  await moveFirst(page);
+  const [beside] = await Promise.all([page.waitForEvent("popup"), page.getByRole("button", { name: "Open it anew" }).click()]);
+  await beside.close();
+  await state(page, "changed");
+  await page.keyboard.press("Control+z");
+  await state(page, "unchanged");
+});
+
+test("work that is begun while the page is opened anew is not lost either", async () => {
+  await changeElsewhere("A short summer", "A cold summer");
+  const release = await hold(/\/api\/files\/1$/);
+  await page.getByRole("button", { name: "Open it anew" }).click();
+  await moveFirst(page);
+  release();
+  await page.waitForTimeout(500);
+  await state(page, "changed");
+  await page.reload();
+  await state(page, "unchanged");
+});
+
+// Answers to an address wait until what this gives is called.
+async function hold(address) {
+  let release = () => undefined;
+  const held = new Promise((resolve) => {
+    release = resolve;
+  });
+  await page.route(address, async (route) => {
+    await held;
+    await route.continue();
+  });
+  return release;
+}
 
 test("a server that was killed is said; the work stays, can be taken away, and saves by the command line", async () => {
   await moveFirst(page);

@@ -151,6 +151,45 @@ function leaving() {
   return page.evaluate(() => !dispatchEvent(new Event("beforeunload", { cancelable: true })));
 }
 
+test("what is done to a page until the next one is there is kept as its work", async () => {
+  await moveFirst(page);
+  await page.keyboard.press("Control+z");
+  await state(page, "unchanged");
+  await page.route(/\/pages\/2\/open$/, async (route) => {
+    await new Promise((resolve) => setTimeout(resolve, 500));
+    await route.continue();
+  }, { times: 1 });
+  await page.evaluate(() => { location.hash = "#2/2"; });
+  await page.keyboard.press("ArrowRight");
+  await page.getByRole("option", { name: "Page 1, not saved" }).waitFor();
+  await state(page, "unchanged");
+  await page.getByRole("button", { name: "Page before" }).click();
+  await state(page, "changed");
+  await page.getByRole("button", { name: "Next page" }).click();
+  await page.waitForURL(/\/2$/);
+  await state(page, "unchanged");
+  await page.evaluate(() => { location.hash = "#2/1"; });
+  await state(page, "changed");
+  await moveFirst(page);
+  await page.getByRole("button", { name: "Next page" }).click();
+  await dialog.getByRole("button", { name: "Throw it away" }).click();
+  await page.waitForURL(/\/2$/);
+  await state(page, "unchanged");
+  await page.getByRole("button", { name: "Page before" }).click();
+  await state(page, "unchanged");
+});
+
+test("an address that is typed while a save is asked about leads nowhere", async () => {
+  await moveFirst(page);
+  await page.keyboard.press("Control+s");
+  await dialog.getByRole("button", { name: "Save", exact: true }).waitFor();
+  await page.evaluate(() => { location.hash = "#2/2"; });
+  await page.waitForURL(/\/1$/);
+  await page.keyboard.press("Escape");
+  await page.keyboard.press("Control+z");
+  await state(page, "unchanged");
+});
+
 test("a page is not left when the question is closed; thrown away is gone", async () => {
   await moveFirst(page);
   await page.getByRole("button", { name: "Next page" }).click();
