@@ -25,8 +25,8 @@ public:
     void keep() {
         for (std::size_t i = 0; i < patches_.size(); ++i) {
             Patch& patch = patches_[i];
-            if (patch.range.start < patch.range.end && isBlank(patch.text) && isBehindImage(patch.range.start) &&
-                !mayFollowImage(left(i))) {
+            if (patch.range.start < patch.range.end && isBlank(patch.text) &&
+                isBehindImage(patch.range.start) && !mayFollowImage(left(i))) {
                 patch.text = "\nq Q\n";
             }
         }

@@ -27,19 +27,19 @@ export function withEditor(viewport) {
     };
     // Pans such that the page's corner is where the tests expect it.
     found.toCorner = async () => {
-      const at = await page.evaluate(() => {
-        const paper = document.querySelector(".artwork-paper").getBoundingClientRect();
-        return { x: paper.x, y: paper.y };
-      });
       await page.mouse.move(640, 400);
-      const stage = await page.evaluate(() => { const { x, y } = document.querySelector(".artwork-stage").getBoundingClientRect(); return { x, y }; });
-      await page.mouse.wheel(at.x - stage.x - corner.x, at.y - stage.y - corner.y);
-      found.origin = { x: stage.x + corner.x, y: stage.y + corner.y };
-      await page.waitForFunction(wanted => {
-        const paper = document.querySelector(".artwork-paper").getBoundingClientRect();
-        return Math.abs(paper.x - wanted.x) < 1 && Math.abs(paper.y - wanted.y) < 1;
-      }, found.origin);
-      await found.frames();
+      for (let turn = 0; turn < 50; ++turn) {
+        await found.frames();
+        const [paper, stage] = await page.evaluate(() => [".artwork-paper", ".artwork-stage"].map(name => {
+          const { x, y } = document.querySelector(name).getBoundingClientRect();
+          return { x, y };
+        }));
+        found.origin = { x: stage.x + corner.x, y: stage.y + corner.y };
+        const away = { x: paper.x - found.origin.x, y: paper.y - found.origin.y };
+        if (Math.abs(away.x) < 1 && Math.abs(away.y) < 1) return;
+        await page.mouse.wheel(away.x, away.y);
+      }
+      throw new Error("the page does not come to its corner");
     };
     found.at = (x, y) => [found.origin.x + x, found.origin.y + y];
     found.click = async (x, y, options) => { await page.mouse.click(...found.at(x, y), options); await found.frames(); };
