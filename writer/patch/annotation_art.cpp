@@ -103,7 +103,7 @@ bool read(DocumentCache& cache, const PageGeometry& geometry, BaseReading& readi
     return code == Exception::none;
 }
 
-ArtSet find(const BaseReading& reading) {
+ArtSet find(DocumentCache& cache, const BaseReading& reading) {
     const UnmarkedAnnotations unmarked = findUnmarked(reading);
     const ChargedList<Art> named = namedIn(reading);
     ArtSet others = unmarked.art;
@@ -114,7 +114,7 @@ ArtSet find(const BaseReading& reading) {
     ChargedList<Art> holders;
     walkContent(
         others, [&](Art art) { added.push(art); }, [&](Art group) { holders.push(group); });
-    tellChangedAnnotations(reading, named, added, unmarked);
+    tellChangedAnnotations(cache, reading, named, added, unmarked);
     for (const Art group : holders.items()) {
         others.insert(group);
     }
@@ -131,7 +131,7 @@ std::unordered_set<Art> annotationArt(DocumentCache& cache, const PageGeometry& 
     BaseReading reading;
     const Exception code = guarded([&] {
         if (read(cache, geometry, reading) && reading.annotations != Art::null) {
-            others = find(reading);
+            others = find(cache, reading);
         }
     });
     const Exception disposal = guarded([&] { disposeBase(reading); });
