@@ -167,6 +167,14 @@ TEST_F(AnnotationTest, AreKnownAgainWithoutMarks) {
              dissolve(document, document.firstChild(group));
          },
          {}},
+        {"a group has the id of an object",
+         [](Document& document, Art group) {
+             const Art stamp = document.lastChild(group);
+             document.setSource(stamp, {.start = 0, .end = 0, .ordinal = 0, .content = 1});
+             const Art square = document.nextSibling(document.firstChild(group));
+             document.setSource(square, {.start = 0, .end = 0, .ordinal = 0, .content = 2});
+         },
+         {}},
         {"a square in front of them, which is grouped with one",
          [](Document& document, Art group) {
              Artist artist(document);
