@@ -174,7 +174,7 @@ void LineBuilder::addGap(double at) {
     }
 }
 
-void LineBuilder::add(const ShownGlyph& placed) {
+void LineBuilder::add(const PenGlyph& placed) {
     const ShownGlyph& glyph = placed.glyph;
     const double pen = placed.pen;
     if (isInRun_ && !isWithinReach(along(pen), realFromFixed(run_.size))) {
@@ -193,14 +193,14 @@ void LineBuilder::add(const ShownGlyph& placed) {
 }
 
 /// `shown` and `standing` are the same glyphs, in the two orders.
-void LineBuilder::addLineFromRight(std::span<const ShownGlyph> shown,
-                                   std::span<const ShownGlyph> standing, double pen,
+void LineBuilder::addLineFromRight(std::span<const PenGlyph> shown,
+                                   std::span<const PenGlyph> standing, double pen,
                                    std::int32_t end) {
     open_.isOpen = false;
     beginRun(standing.front().pen, shown.front().element);
     runPen_ = shown.front().pen;
     double reached = along(standing.front().pen);
-    for (const ShownGlyph& placed : standing) {
+    for (const PenGlyph& placed : standing) {
         open_.end = reached; // marks stand on letters
         if (!isBlank(placed.glyph.text)) {
             addGap(along(placed.pen));
@@ -212,7 +212,7 @@ void LineBuilder::addLineFromRight(std::span<const ShownGlyph> shown,
     open_.isOpen = false;
 }
 
-bool LineBuilder::addFromRight(std::span<const ShownGlyph> glyphs, double pen, std::int32_t end) {
+bool LineBuilder::addFromRight(std::span<const PenGlyph> glyphs, double pen, std::int32_t end) {
     if (isVertical_ || stretch_ <= 0) {
         return false;
     }
@@ -222,7 +222,7 @@ bool LineBuilder::addFromRight(std::span<const ShownGlyph> glyphs, double pen, s
     struct Line {
         std::size_t first = 0; // in the order of showing, as the next
         std::size_t last = 0;
-        std::vector<ShownGlyph> standing;
+        std::vector<PenGlyph> standing;
     };
     std::vector<Line> lines;
     const double size = realFromFixed(run_.size);

@@ -19,7 +19,7 @@ namespace corvane {
 
 /// A glyph, where the pen shows it and how far it moves the pen then, both in text space, and its
 /// number among the elements of the array that is shown.
-struct ShownGlyph {
+struct PenGlyph {
     ShownGlyph glyph;
     double pen = 0;
     double advance = 0;
@@ -37,11 +37,11 @@ public:
     LineBuilder(LineTarget& target, const GraphicsState& state, const RealMatrix& space,
                 const PathStyle& style);
 
-    void add(const ShownGlyph& placed);
+    void add(const PenGlyph& placed);
     /// Glyphs of which each stands left of the one shown before, but for numbers among them: they
     /// become lines from the left. The pen comes to rest at `pen`, behind the element `end`.
     /// Nothing is added, and the answer is false, where they do not stand in lines.
-    bool addFromRight(std::span<const ShownGlyph> glyphs, double pen, std::int32_t end);
+    bool addFromRight(std::span<const PenGlyph> glyphs, double pen, std::int32_t end);
     /// The pen comes to rest, behind the last element: the last run is given to the host.
     void endAt(double pen, std::int32_t element);
 
@@ -55,7 +55,7 @@ private:
     void beginRun(double pen, std::int32_t element);
     void endRun(double pen, std::int32_t element);
     void addGap(double at);
-    void addLineFromRight(std::span<const ShownGlyph> shown, std::span<const ShownGlyph> standing,
+    void addLineFromRight(std::span<const PenGlyph> shown, std::span<const PenGlyph> standing,
                           double pen, std::int32_t end);
     void append(std::string_view text, double at, double advance, std::int32_t face);
 

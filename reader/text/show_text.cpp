@@ -113,7 +113,7 @@ public:
 
 private:
     static constexpr std::int64_t glyphBytes = sizeof(ShownGlyph);
-    static constexpr std::size_t placedBytes = 3 * sizeof(ShownGlyph);
+    static constexpr std::size_t placedBytes = 3 * sizeof(PenGlyph);
 
     void addLetters(std::span<const Object> elements, const RealMatrix& space, bool isPainted) {
         const GraphicsState& state = interpreter_.state;
@@ -145,7 +145,7 @@ private:
             });
         } else {
             walk(elements, [&](const ShownGlyph& glyph, std::int32_t element) {
-                const ShownGlyph placed{glyph, pen_, advanceOf(glyph), element};
+                const PenGlyph placed{glyph, pen_, advanceOf(glyph), element};
                 forEachLine([&](LineBuilder& lines) { lines.add(placed); });
             });
         }
@@ -225,7 +225,7 @@ private:
     double pen_ = 0; ///< in text space, from where the text begins
     std::vector<ShownGlyph> glyphs_;
     ZoneCharge charge_; ///< of the glyphs
-    std::vector<ShownGlyph> placed_;
+    std::vector<PenGlyph> placed_;
     ZoneCharge placedCharge_; ///< of these, and of their other orders
     bool runsFromRight_ = false;
 };

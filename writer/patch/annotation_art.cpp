@@ -1,18 +1,14 @@
 #include "writer/patch/annotation_art.h"
 
-#include "reader/content/art.h"
 #include "reader/form/form_drawing.h"
-#include "runtime/callbacks.h"
 #include "runtime/exception.h"
-#include "writer/art/art_stack.h"
 #include "writer/art/layers.h"
 #include "writer/patch/base/base_reading.h"
-#include "writer/patch/compare/group_comparison.h"
+#include "writer/patch/compare/content_walk.h"
 #include "writer/patch/compare/kept_annotations.h"
 
 #include <set>
 #include <utility>
-#include <vector>
 
 namespace corvane {
 
@@ -39,56 +35,6 @@ ChargedList<Art> namedIn(const BaseReading& reading) {
     return named;
 }
 
-/// Walks all that is drawn but for `others`; calls `visit` for art that is no group, and `holder`
-/// for a group that holds others and nothing else.
-template <class Visit, class Holder>
-void walkContent(const ArtSet& others, const Visit& visit, const Holder& holder) {
-    struct Open {
-        Art group = Art::null;
-        bool holdsOthers = false;
-        bool holdsContent = false;
-    };
-    ChargedList<Layer> layers = listLayers();
-    while (!layers.empty()) {
-        const Layer layer = layers.pop();
-        LayerInfo info;
-        callHost(slot::getLayerInfo, layer, &info);
-        if (!isDrawn(layer, info)) {
-            continue;
-        }
-        std::vector<Open> open = {{}};
-        ArtStack pending;
-        pending.push(artOf(layer));
-        for (ArtStep step; pending.next(step);) {
-            if (step.what != ArtStep::What::art) {
-                const Open left = open.back();
-                open.pop_back();
-                open.back().holdsOthers = open.back().holdsOthers || left.holdsOthers;
-                open.back().holdsContent = open.back().holdsContent || left.holdsContent;
-                if (left.holdsOthers && !left.holdsContent) {
-                    holder(left.group);
-                }
-                continue;
-            }
-            if (others.contains(step.art)) {
-                open.back().holdsOthers = true;
-                continue;
-            }
-            if (artKind(step.art) != ArtKind::group) {
-                open.back().holdsContent = true;
-                visit(step.art);
-                continue;
-            }
-            std::uint8_t clipped = 0;
-            callHost(slot::getGroupClipped, step.art, &clipped);
-            const Art first = firstChild(step.art);
-            open.push_back({.group = step.art});
-            pending.enter(clipped != 0 && first != Art::null ? nextSibling(first) : first,
-                          ArtStep::What::end);
-        }
-    }
-}
-
 /// False: the page cannot be read, so it was not opened, and no artwork shows its annotations.
 bool read(DocumentCache& cache, const PageGeometry& geometry, BaseReading& reading) {
     const Exception code = guarded([&] {
@@ -103,7 +49,7 @@ bool read(DocumentCache& cache, const PageGeometry& geometry, BaseReading& readi
     return code == Exception::none;
 }
 
-ArtSet find(const BaseReading& reading) {
+ArtSet find(DocumentCache& cache, const BaseReading& reading) {
     const UnmarkedAnnotations unmarked = findUnmarked(reading);
     const ChargedList<Art> named = namedIn(reading);
     ArtSet others = unmarked.art;
@@ -114,7 +60,7 @@ ArtSet find(const BaseReading& reading) {
     ChargedList<Art> holders;
     walkContent(
         others, [&](Art art) { added.push(art); }, [&](Art group) { holders.push(group); });
-    tellChangedAnnotations(reading, named, added, unmarked);
+    tellChangedAnnotations(cache, reading, named, added, unmarked);
     for (const Art group : holders.items()) {
         others.insert(group);
     }
@@ -131,7 +77,7 @@ std::unordered_set<Art> annotationArt(DocumentCache& cache, const PageGeometry& 
     BaseReading reading;
     const Exception code = guarded([&] {
         if (read(cache, geometry, reading) && reading.annotations != Art::null) {
-            others = find(reading);
+            others = find(cache, reading);
         }
     });
     const Exception disposal = guarded([&] { disposeBase(reading); });

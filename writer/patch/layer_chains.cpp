@@ -50,7 +50,11 @@ void PatchLayers::read(Art root, OptionalContent layers) {
     if (!ofPage_.any()) {
         return;
     }
-    std::vector<LayerChain> open{0};
+    struct Open {
+        LayerChain chain = 0;
+        bool isListed = true;
+    };
+    std::vector<Open> open{{}};
     ArtStack pending;
     pending.push(root);
     for (ArtStep step; pending.next(step);) {
@@ -58,29 +62,34 @@ void PatchLayers::read(Art root, OptionalContent layers) {
             open.pop_back();
             continue;
         }
-        if (open.back() != 0) {
+        if (open.back().chain != 0) {
             if (around_.size() == around_.capacity()) {
                 const std::size_t room = 2 * around_.size() + 64;
                 charge_.resize(static_cast<std::int64_t>(room * sizeof(around_.front())));
                 around_.reserve(room);
             }
-            around_.emplace_back(step.art, pending.depth() > deepestTold ? notTold : open.back());
+            around_.push_back({step.art,
+                               pending.depth() > deepestTold ? notTold : open.back().chain,
+                               open.back().isListed});
         }
         if (artKind(step.art) == ArtKind::group) {
             const bool isForm = formOf(step.art).content != 0;
-            open.push_back(isForm ? 0 : chains_.within(open.back(), layerOf(step.art)));
+            const ContentLayer layer = layerOf(step.art);
+            const bool isListed =
+                open.back().isListed && (layer != ContentLayer::null || step.art == root);
+            open.push_back({isForm ? 0 : chains_.within(open.back().chain, layer), isListed});
             pending.enter(firstChild(step.art), ArtStep::What::end);
         }
     }
-    std::ranges::sort(around_);
+    std::ranges::sort(around_, {}, &Around::art);
 }
 
 LayerChain PatchLayers::around(Art art) const {
     if (named_.empty()) {
         return 0;
     }
-    const auto at = std::ranges::lower_bound(around_, art, {}, &std::pair<Art, LayerChain>::first);
-    return at != around_.end() && at->first == art ? at->second : 0;
+    const auto at = std::ranges::lower_bound(around_, art, {}, &Around::art);
+    return at != around_.end() && at->art == art ? at->chain : 0;
 }
 
 namespace {
@@ -125,9 +134,11 @@ void PatchLayers::nameAgain(EditedArtwork& artwork) {
         const std::string name(facts.name);
         if (const auto same = unnamed.find(name); same != unnamed.end()) {
             layer = same->second;
+            byTitle_.insert(layer);
         } else if (const auto alike = unnumbered.find({name, facts.isVisible});
                    alike != unnumbered.end()) {
             layer = alike->second;
+            byTitle_.insert(layer);
         }
     }
 }
@@ -171,8 +182,15 @@ void PatchLayers::settle(EditedArtwork& page, EditedForms& forms) {
         counted.emplace(chain, reduced);
         return reduced;
     };
-    for (auto& [art, chain] : around_) {
-        chain = reduce(reduce, chain);
+    const auto isByTitle = [&](LayerChain chain) {
+        while (chain != 0 && !byTitle_.contains(chains_.innermost(chain))) {
+            chain = chains_.outer(chain);
+        }
+        return chain != 0;
+    };
+    for (Around& each : around_) {
+        const bool isUntold = each.chain == notTold || (!each.isListed && isByTitle(each.chain));
+        each.chain = isUntold ? notTold : reduce(reduce, each.chain);
     }
 }
 

@@ -42,7 +42,8 @@ private:
 /// is in it stays in it.
 class PatchLayers {
 public:
-    /// Around art that is nested so deep that SVG cannot say it.
+    /// Around art of which the artwork cannot say it: it is nested too deep for SVG, or an editor
+    /// dropped the marks of a layer that is no layer for editors.
     static constexpr LayerChain notTold = UINT32_MAX;
 
     /// Reads which layers are around the art of the base.
@@ -72,10 +73,17 @@ private:
     void settle(EditedArtwork& artwork);
 
     OptionalContent ofPage_;
-    std::vector<std::pair<Art, LayerChain>> around_; ///< ascending
+    struct Around {
+        Art art = Art::null;
+        LayerChain chain = 0;
+        bool isListed = true; ///< each of the layers lies next in another, or in the page
+    };
+
+    std::vector<Around> around_; ///< ascending
     ZoneCharge charge_;
     LayerChains chains_;
-    std::unordered_set<ContentLayer> named_; ///< in the artwork
+    std::unordered_set<ContentLayer> named_;   ///< in the artwork
+    std::unordered_set<ContentLayer> byTitle_; ///< of these, by nothing else
 };
 
 } // namespace corvane

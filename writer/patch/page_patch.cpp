@@ -68,10 +68,11 @@ ChargedList<Art> addedArt(const EditedArtwork& artwork, const Matching& matching
 }
 
 /// What is not saved of annotations is to be known, unless the host insists.
-void refuseChangedAnnotations(const BaseReading& reading, const EditedArtwork& artwork,
-                              const Matching& matching, const UnmarkedAnnotations& unmarked) {
-    const bool isAny =
-        tellChangedAnnotations(reading, artwork.annotations, addedArt(artwork, matching), unmarked);
+void refuseChangedAnnotations(DocumentCache& cache, const BaseReading& reading,
+                              const EditedArtwork& artwork, const Matching& matching,
+                              const UnmarkedAnnotations& unmarked) {
+    const bool isAny = tellChangedAnnotations(cache, reading, artwork.annotations,
+                                              addedArt(artwork, matching), unmarked);
     const auto extension = knownExtension();
     if (isAny && !(extension && extension->overwrites)) {
         failException(Exception::annotationChanged);
@@ -108,7 +109,7 @@ PagePatch plan(PageTools& tools, const BaseReading& reading, ResourceRegistry& r
     std::ranges::for_each(forms, compareForm);
     const Matching matching = matchArtwork(contents.page(), artwork, tools.base.isAsOpened);
     refuseMissing(contents, matching, artwork, forms);
-    refuseChangedAnnotations(reading, artwork, matching, unmarked);
+    refuseChangedAnnotations(tools.cache, reading, artwork, matching, unmarked);
     tellLayers(artwork.layers);
     markCopies(artwork, matching, false);
     // From the outermost: what a copy holds are copies.

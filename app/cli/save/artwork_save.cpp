@@ -168,7 +168,7 @@ void ArtworkSave::run(SavePlace& place) {
     if (!report_.annotationsKept.empty()) {
         report_.warnings.push_back(
             {code::annotationKept,
-             annotationsText(report_.annotationsKept) + "; in the file they are as they were"});
+             annotationsText(report_.annotationsKept) + "; the file's stay as they were"});
     }
     nameFonts(report_);
     weighPlaces(report_);

@@ -27,14 +27,14 @@ Fault explainedChange(const Arguments& arguments, const Provenance& source) {
 
 std::string annotationsText(const std::vector<std::string>& names) {
     constexpr std::size_t most = 8;
-    std::string text = names.size() == 1
-                           ? "1 annotation is not in the artwork as the file has it ("
-                           : std::to_string(names.size()) +
-                                 " annotations are not in the artwork as the file has them (";
+    const bool isOne = names.size() == 1;
+    std::string text = isOne ? "an annotation is not in the artwork as the file has it ("
+                             : std::to_string(names.size()) +
+                                   " annotations are not in the artwork as the file has them (";
     for (std::size_t i = 0; i < std::min(names.size(), most); ++i) {
-        text += (i == 0 ? "" : ", ") + names[i];
+        text += (i == 0 ? "" : "; ") + names[i];
     }
-    return text + (names.size() > most ? ", ...)" : ")");
+    return text + (names.size() > most ? "; ...)" : ")");
 }
 
 Fault explainedRefusal(const Fault& fault, const Arguments& arguments, const Report& report) {
@@ -54,8 +54,8 @@ Fault explainedRefusal(const Fault& fault, const Arguments& arguments, const Rep
     }
     if (fault.code == code::annotationChanged && !report.annotationsKept.empty()) {
         return {fault.code, annotationsText(report.annotationsKept) +
-                                ", and saving leaves them in the file as they are; if that does "
-                                "not matter, say --force"};
+                                ", and saving leaves the file's as they are; if that does not "
+                                "matter, say --force"};
     }
     return fault;
 }

@@ -286,6 +286,20 @@ TEST_F(LayerPatchTest, WhatNobodyChangedStays) {
 }
 
 /// What shows as one group does is that group; what follows from several stays.
+/// A layer in a group that is none is no layer for editors, and where they drop marks nothing says
+/// that it was one.
+TEST_F(LayerPatchTest, WhatNoEditorShowsAsALayerStaysInIt) {
+    for (const bool isNested : {true, false}) {
+        const std::string inner = "/OC /L BDC 9 9 5 5 re f EMC";
+        openLayered("/OC /L BDC 0 0 5 5 re f EMC q 1 1 3 3 re f " +
+                    (isNested ? inner + " 2 2 4 4 re f Q" : "Q " + inner));
+        document_->setGroupLayer(document_->parent(artist().at(0)), newLayer("L"));
+        document_->setGroupLayer(document_->parent(artist().at(2)), ContentLayer::null);
+        ASSERT_EQ(save(), 0U) << ::testing::PrintToString(front_.taken());
+        EXPECT_EQ(saved_.back().isNothing, isNested);
+    }
+}
+
 TEST_F(LayerPatchTest, RulesOfLayers) {
     struct Row {
         const char* rule;

@@ -101,13 +101,13 @@ TEST_F(AnnotationTest, AreLeftAlone) {
          [&](Document& document, Art group) {
              Artist(document).fill(firstPath(document, group), .5);
          },
-         {"object 30"}},
+         {"stamp, object 30"}},
         {"one without an appearance stream is repainted",
          [&](Document& document, Art group) {
              const Art square = document.nextSibling(document.firstChild(group));
              Artist(document).fill(document.lastChild(square), .5);
          },
-         {"object 33"}},
+         {"rectangle, object 33"}},
         {"two are emptied; nothing was seen of the link",
          [](Document& document, Art group) {
              for (const Art art : {document.firstChild(group), document.lastChild(group)}) {
@@ -117,7 +117,7 @@ TEST_F(AnnotationTest, AreLeftAlone) {
                  }
              }
          },
-         {"object 30"}},
+         {"stamp, object 30"}},
     };
     for (const Row& row : rows) {
         openAnnotated();
@@ -167,6 +167,14 @@ TEST_F(AnnotationTest, AreKnownAgainWithoutMarks) {
              dissolve(document, document.firstChild(group));
          },
          {}},
+        {"a group has the id of an object",
+         [](Document& document, Art group) {
+             const Art stamp = document.lastChild(group);
+             document.setSource(stamp, {.start = 0, .end = 0, .ordinal = 0, .content = 1});
+             const Art square = document.nextSibling(document.firstChild(group));
+             document.setSource(square, {.start = 0, .end = 0, .ordinal = 0, .content = 2});
+         },
+         {}},
         {"a square in front of them, which is grouped with one",
          [](Document& document, Art group) {
              Artist artist(document);
@@ -184,13 +192,14 @@ TEST_F(AnnotationTest, AreKnownAgainWithoutMarks) {
          [](Document& document, Art group) {
              Artist(document).add(55, 55, 2, 2, document.lastChild(document.lastChild(group)));
          },
-         {"object 30; what is new in its place becomes content of the page"}},
+         {"stamp, object 30, whose place holds something new, which becomes content of the page"}},
         {"one is repainted",
          [](Document& document, Art group) {
              const Art square = document.nextSibling(document.firstChild(group));
              Artist(document).fill(document.lastChild(square), .5);
          },
-         {"object 33; what is new in its place becomes content of the page"}},
+         {"rectangle, object 33, whose place holds something new, which becomes content of the "
+          "page"}},
         {"all are gone, and a square is elsewhere",
          [](Document& document, Art group) {
              while (document.firstChild(group) != Art::null) {
@@ -275,13 +284,13 @@ TEST_F(AnnotationTest, AreNotDrawnIntoAPageThatIsReplaced) {
          [&](Document& document, Art group) {
              Artist(document).fill(stampPath(document, group), .5);
          },
-         {"object 30"}},
+         {"stamp, object 30"}},
         {"without marks, one repainted",
          [&](Document& document, Art group) {
              unmarkAll(document);
              Artist(document).fill(stampPath(document, group), .5);
          },
-         {"object 30; what is new in its place becomes content of the page"},
+         {"stamp, object 30, whose place holds something new, which becomes content of the page"},
          3},
     };
     extension_.artworkDigest = nullptr;

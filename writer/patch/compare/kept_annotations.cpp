@@ -1,6 +1,8 @@
 #include "writer/patch/compare/kept_annotations.h"
 
 #include "reader/content/art.h"
+#include "reader/font/font_entries.h"
+#include "reader/form/annotations.h"
 #include "runtime/callbacks.h"
 #include "runtime/extension.h"
 #include "writer/art/layers.h"
@@ -10,7 +12,12 @@
 #include "writer/patch/compare/group_parts.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
+#include <map>
 #include <string>
+#include <string_view>
+#include <utility>
 
 namespace corvane {
 
@@ -29,10 +36,53 @@ bool isUnseen(Art group) {
     });
 }
 
-std::string nameOf(const FormFacts& form) {
-    return form.object != 0 ? "object " + std::to_string(form.object)
-                            : "content " + std::to_string(form.content);
-}
+/// What a person calls annotations of a Subtype (PDF Reference, 8.4.5).
+constexpr std::array<std::pair<std::string_view, std::string_view>, 17> kinds = {{
+    {"Text", "note"},
+    {"Link", "link"},
+    {"FreeText", "text box"},
+    {"Line", "line"},
+    {"Square", "rectangle"},
+    {"Circle", "ellipse"},
+    {"Polygon", "polygon"},
+    {"PolyLine", "line"},
+    {"Highlight", "highlight"},
+    {"Underline", "underline"},
+    {"Squiggly", "underline"},
+    {"StrikeOut", "strikeout"},
+    {"Stamp", "stamp"},
+    {"Caret", "caret"},
+    {"Ink", "drawing"},
+    {"FileAttachment", "attached file"},
+    {"Widget", "form field"},
+}};
+
+/// Names for persons: "stamp, object 30" is the kind, and what tells it from others of its kind.
+class AnnotationNames {
+public:
+    explicit AnnotationNames(DocumentCache& cache) : cache_(cache) {}
+
+    std::string of(const FormFacts& form) {
+        if (form.object == 0) {
+            return "annotation, content " + std::to_string(form.content);
+        }
+        if (subtypes_.empty()) {
+            for (const Annotation& annotation : shownAnnotations(cache_)) {
+                subtypes_.emplace(annotation.number,
+                                  nameEntry(cache_, annotation.dictionary.get(), "Subtype"));
+            }
+        }
+        const auto known = std::ranges::find(kinds, subtypes_[form.object], [](const auto& kind) {
+            return std::string(kind.first);
+        });
+        const std::string_view kind = known != kinds.end() ? known->second : "annotation";
+        return std::string(kind) + ", object " + std::to_string(form.object);
+    }
+
+private:
+    DocumentCache& cache_;
+    std::map<std::int32_t, std::string> subtypes_; ///< by object
+};
 
 /// How far what is seen of an annotation reaches.
 ArtExtent extentOfAnnotation(Art group) {
@@ -63,20 +113,22 @@ void tell(const std::string& name) {
 
 } // namespace
 
-bool tellChangedAnnotations(const BaseReading& base, const ChargedList<Art>& named,
-                            const ChargedList<Art>& added, const UnmarkedAnnotations& unmarked) {
+bool tellChangedAnnotations(DocumentCache& cache, const BaseReading& base,
+                            const ChargedList<Art>& named, const ChargedList<Art>& added,
+                            const UnmarkedAnnotations& unmarked) {
     if (base.annotations == Art::null) {
         return false;
     }
     const Annotations known = annotationsIn(base.annotations);
     const ArtExtent page = extentOfPage();
+    AnnotationNames names(cache);
     bool isAny = false;
     for (const Art art : named.items()) {
         const FormFacts form = formOf(art);
         const auto was = known.find(annotationKey(form));
         if (was != known.end() && !unmarked.keys.contains(was->first) && !isUnseen(was->second) &&
             !isSameArt(seenIn(was->second, page), seenIn(art, page), base.paints)) {
-            tell(nameOf(form));
+            tell(names.of(form));
             isAny = true;
         }
     }
@@ -85,8 +137,8 @@ bool tellChangedAnnotations(const BaseReading& base, const ChargedList<Art>& nam
             if (!unmarked.keys.contains(key) && !isUnseen(group) &&
                 isWithin(extentOfAnnotation(group), added)) {
                 isAny = true;
-                tell(nameOf(formOf(group)) +
-                     "; what is new in its place becomes content of the page");
+                tell(names.of(formOf(group)) +
+                     ", whose place holds something new, which becomes content of the page");
             }
         }
     }

@@ -10,7 +10,8 @@ namespace corvane {
 /// whether there is one. An annotation that the file does not have any more is passed over. Where
 /// the artwork names none, one that is not among `unmarked` counts if something of what is `added`
 /// to the page lies where it is: that may be the annotation, changed by an editor.
-bool tellChangedAnnotations(const BaseReading& base, const ChargedList<Art>& named,
-                            const ChargedList<Art>& added, const UnmarkedAnnotations& unmarked);
+bool tellChangedAnnotations(DocumentCache& cache, const BaseReading& base,
+                            const ChargedList<Art>& named, const ChargedList<Art>& added,
+                            const UnmarkedAnnotations& unmarked);
 
 } // namespace corvane

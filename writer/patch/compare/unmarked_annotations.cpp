@@ -4,6 +4,7 @@
 #include "runtime/callbacks.h"
 #include "writer/art/art_stack.h"
 #include "writer/art/layers.h"
+#include "writer/patch/compare/content_walk.h"
 #include "writer/patch/compare/group_comparison.h"
 #include "writer/patch/compare/look.h"
 
@@ -183,6 +184,11 @@ UnmarkedAnnotations findUnmarked(const BaseReading& base) {
             found.keys.insert(key);
         }
     }
+    // Groups that hold nothing else go with them: their ids may be those of objects.
+    std::vector<Art> holders;
+    walkContent(
+        found.art, [](Art) {}, [&](Art group) { holders.push_back(group); });
+    found.art.insert(holders.begin(), holders.end());
     return found;
 }
 
