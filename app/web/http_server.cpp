@@ -203,8 +203,14 @@ std::optional<Answer> HttpServer::refusalOf(const httplib::Request& request) con
         return std::nullopt;
     }
     const std::string length = request.get_header_value("Content-Length");
-    if (length.empty() && !request.has_header("Transfer-Encoding")) {
+    // Of anything but pieces nobody could tell the end from a client that was lost.
+    const bool isInPieces = request.get_header_value("Transfer-Encoding") == "chunked";
+    if (isInPieces ? request.has_header("Content-Length") : length.empty()) {
         return refusal(411, {code::access, "the length of the artwork is missing"});
+    }
+    if (request.get_header_value_count("Content-Length") > 1 ||
+        request.get_header_value_count("Transfer-Encoding") > (isInPieces ? 1 : 0)) {
+        return refusal(400, {code::access, "the artwork has more than one length"});
     }
     if (length.find_first_not_of("0123456789") != std::string::npos) {
         return refusal(400, {code::access, "the length of the artwork is no number"});

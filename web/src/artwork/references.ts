@@ -45,19 +45,28 @@ const definitions = "clipPath,mask,linearGradient,radialGradient,pattern,filter,
 
 // Deletes elements; a definition within them that others name stays, in their place.
 export function deleteAll(artwork: Artwork, elements: readonly SVGElement[]): void {
+  const users = usersIn(artwork.root);
   for (const element of elements) {
     for (const definition of element.querySelectorAll(definitions)) {
       if (definition.id === "" || definition.parentElement?.closest(definitions) !== null) continue;
-      if (isNamedOutside(artwork.root, element, definition.id)) keep(artwork, element, definition);
+      const isNamed = users.get(definition.id)?.some(user => artwork.root.contains(user) && !element.contains(user));
+      if (isNamed === true) keep(artwork, element, definition);
     }
     artwork.delete(element);
   }
 }
 
-function isNamedOutside(root: Element, inside: Element, id: string): boolean {
-  const names = ["fill", "stroke", "clip-path", "mask", "filter", "style"].map(name => `[${name}*="#${CSS.escape(id)}"]`);
-  return [...root.querySelectorAll(`${names.join(",")},[*|href="#${CSS.escape(id)}"]`)]
-    .some(user => !inside.contains(user) && namesIn(user).includes(id));
+// Who names what, looked up once: pages have as many clips as objects.
+function usersIn(root: Element): ReadonlyMap<string, readonly Element[]> {
+  const users = new Map<string, Element[]>();
+  for (const element of all(root)) {
+    for (const name of namesIn(element)) {
+      const known = users.get(name);
+      if (known === undefined) users.set(name, [element]);
+      else known.push(element);
+    }
+  }
+  return users;
 }
 
 function keep(artwork: Artwork, element: SVGElement, definition: Element): void {

@@ -1,7 +1,7 @@
 // Duplicates, deletes, orders and groups what is selected; copies and pastes it within the page.
 import type { Artwork } from "../artwork/artwork";
 import { matrixText, ownMatrix, pageMatrix } from "../artwork/geometry";
-import { graphicChildren, isGraphic } from "../artwork/kinds";
+import { isGraphic } from "../artwork/kinds";
 import { isLayer, isLocked, layersOf } from "../artwork/layers";
 import { copyOf, deleteAll } from "../artwork/references";
 import { startOf, transform } from "../artwork/transforms";
@@ -27,12 +27,16 @@ export class Arranging {
   get canPaste(): boolean { return this.#held.length > 0; }
 
   duplicate(): void {
-    this.#work("Duplicate", (artwork, elements) => elements.map(element => {
-      const made = copyOf(artwork, element);
-      if (element.parentElement !== null) artwork.insert(made, element.parentElement, element.nextSibling);
-      transform(artwork, startOf(artwork, made), moveMatrix(shift, shift));
-      return made;
-    }));
+    this.#work("Duplicate", (artwork, elements) => {
+      const copies = elements.map(element => {
+        const made = copyOf(artwork, element);
+        if (element.parentElement !== null) artwork.insert(made, element.parentElement, element.nextSibling);
+        return made;
+      });
+      // Measured together: the browser lays the page out once.
+      for (const start of copies.map(made => startOf(artwork, made))) transform(artwork, start, moveMatrix(shift, shift));
+      return copies;
+    });
   }
 
   delete(): void {
@@ -87,9 +91,8 @@ export class Arranging {
       for (const element of turned) {
         const parent = element.parentElement;
         if (parent === null) continue;
-        const others = graphicChildren(parent).filter(child => child !== element);
         const target = order === "front" ? null
-          : order === "back" ? others[0]
+          : order === "back" ? firstBeside(element, parent)
             : neighbour(element, towardsFront, all);
         if (target === undefined) continue;
         const before = target !== null && order === "forward" ? target.nextSibling : target;
@@ -144,6 +147,12 @@ export class Arranging {
 
 function inOrder(elements: readonly SVGElement[]): SVGElement[] {
   return [...elements].sort((a, b) => a.compareDocumentPosition(b) & Node.DOCUMENT_POSITION_FOLLOWING ? -1 : 1);
+}
+
+function firstBeside(element: Element, parent: Element): Element | undefined {
+  let at = parent.firstElementChild;
+  while (at !== null && (at === element || !isGraphic(at))) at = at.nextElementSibling;
+  return at ?? undefined;
 }
 
 // The next object that is not among those that move, or undefined at the end.
