@@ -266,7 +266,7 @@ TEST_F(Edit, AnEditorThatDropsOurMarksStillSavesAPatch) {
          {Row{"marks", "", "page 1: 1 object changed", 0},
           Row{"names", names.c_str(), "page 1: 1 object changed", 0},
           Row{"ids", ids.c_str(), "page 1: 1 object added, 1 removed", 0},
-          Row{"the annotation is another one", "s/00ffff/ffff00/; ", "error 34: 1 annotation",
+          Row{"the annotation is another one", "s/00ffff/ffff00/; ", "error 34: an annotation",
               1}}) {
         folder_.add("in.pdf", page);
         const auto outcome = edit("sed -E '" + marks + drop +
