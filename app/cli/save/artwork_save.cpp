@@ -166,9 +166,8 @@ void ArtworkSave::run(SavePlace& place) {
     nameLayers(report_, code::layersLeftOut, report_.layersLeftOut);
     nameLayers(report_, code::layersNotKept, report_.layersNotKept);
     if (!report_.annotationsKept.empty()) {
-        report_.warnings.push_back(
-            {code::annotationKept,
-             annotationsText(report_.annotationsKept) + "; the file's stay as they were"});
+        report_.warnings.push_back({code::annotationKept, annotationsText(report_.annotationsKept) +
+                                                              "; the file's stay as they were"});
     }
     nameFonts(report_);
     weighPlaces(report_);
