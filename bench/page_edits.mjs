@@ -68,14 +68,13 @@ function isSameOutside(before, after, box) {
 const checked = (file) => [0, 3, 2].indexOf(run("qpdf", "--check", file).status);
 const words = (file) => run("pdftotext", "-l", "1", "-layout", file, "-").stdout.toString().split(/\s+/).join(" ");
 
-// A filled path that a click reaches: the place to click, how deep it is in groups, its box with room for its line, and
-// whether it has the colour that recolouring gives.
+// A path of one colour that a click reaches: the place to click, how deep it is in groups, and its box with room for its line.
 function findPath() {
   const paper = document.querySelector(".artwork-paper");
   const tree = paper.shadowRoot;
   const sheet = paper.getBoundingClientRect();
   for (const path of tree.querySelectorAll("svg path")) {
-    if (path.closest("defs, clipPath, mask, pattern, [data-annotations], [display=none]") || [null, "none"].includes(path.getAttribute("fill"))) {
+    if (path.closest("defs, clipPath, mask, pattern, [data-annotations], [display=none]") || !path.getAttribute("fill")?.startsWith("#")) {
       continue;
     }
     const box = path.getBoundingClientRect();
