@@ -81,5 +81,20 @@ TEST(InstalledTree, IsWholeAndCanBeMoved) {
     EXPECT_TRUE(holds(lacking.errors, "built without the page")) << lacking.errors;
 }
 
+/// People call the program in folders that others fill.
+TEST(BuiltTree, TakesNoLibraryFromTheCurrentFolder) {
+    const test::TemporaryFolder folder;
+    const std::string program = (test::buildFolder() / "corvane").string();
+    const auto used =
+        shell("for library in libstdc++.so.6 libpugixml.so.1 libz.so.1 liblcms2.so.2 "
+              "libcorvane-toolbox.so.0; do echo no library > $library; done; "
+              "echo '<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"9\" height=\"9\"/>' "
+              "> a.svg && '" +
+                  program + "' save a.svg a.pdf",
+              folder.path());
+    EXPECT_EQ(used.status, 0) << used.errors;
+    EXPECT_TRUE(fs::exists(folder.path() / "a.pdf"));
+}
+
 } // namespace
 } // namespace corvane
