@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <initializer_list>
+#include <utility>
 
 namespace corvane {
 
@@ -148,6 +149,32 @@ constexpr Names namesOf(std::initializer_list<std::string_view> parts) {
     return names;
 }
 
+struct NamedCode {
+    std::string_view name;
+    std::uint8_t code = 0;
+};
+
+using CodesByName = std::array<NamedCode, 256>;
+
+/// By ascending name; of codes of one name the lowest comes first.
+constexpr CodesByName codesByName(const Names& names) {
+    CodesByName codes;
+    for (std::size_t code = 0; code < names.size(); ++code) {
+        codes[code] = {.name = names[code], .code = static_cast<std::uint8_t>(code)};
+    }
+    std::ranges::sort(codes, {},
+                      [](const NamedCode& row) { return std::pair(row.name, row.code); });
+    return codes;
+}
+
+std::optional<std::uint8_t> codeIn(const CodesByName& codes, std::string_view name) {
+    const auto found = std::ranges::lower_bound(codes, name, {}, &NamedCode::name);
+    if (name.empty() || found == codes.end() || found->name != name) {
+        return std::nullopt;
+    }
+    return found->code;
+}
+
 /// In the order of StandardEncodingKind.
 constexpr std::array<Names, 6> encodings = {namesOf({standard}),        namesOf({ascii, winAnsi}),
                                             namesOf({ascii, macRoman}), namesOf({macExpert}),
@@ -166,12 +193,13 @@ std::string_view macintoshNameOf(std::uint8_t code) {
 }
 
 std::optional<std::uint8_t> macintoshCodeOf(std::string_view glyphName) {
-    static constexpr Names names = namesOf({ascii, macRoman, macintoshOnly});
-    const auto found = std::ranges::find(names, glyphName);
-    if (glyphName.empty() || found == names.end()) {
-        return std::nullopt;
-    }
-    return static_cast<std::uint8_t>(found - names.begin());
+    static constexpr CodesByName codes = codesByName(namesOf({ascii, macRoman, macintoshOnly}));
+    return codeIn(codes, glyphName);
+}
+
+std::optional<std::uint8_t> winAnsiCodeOf(std::string_view glyphName) {
+    static constexpr CodesByName codes = codesByName(namesOf({ascii, winAnsi}));
+    return codeIn(codes, glyphName);
 }
 
 } // namespace corvane

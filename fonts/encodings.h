@@ -27,4 +27,7 @@ std::string_view macintoshNameOf(std::uint8_t code);
 /// more: by these TrueType programs are asked for names in their cmap (1,0).
 std::optional<std::uint8_t> macintoshCodeOf(std::string_view glyphName);
 
+/// The lowest code of a glyph in `winAnsi`.
+std::optional<std::uint8_t> winAnsiCodeOf(std::string_view glyphName);
+
 } // namespace corvane

@@ -1,4 +1,5 @@
 #include "fonts/glyph_names.h"
+#include "fonts/encodings.h"
 #include "fonts/glyph_list.h"
 
 #include <algorithm>
@@ -40,7 +41,25 @@ std::u32string charactersOfGroups(std::string_view digits) {
     return text;
 }
 
+/// The names of most pages, without unpacking the list. Nothing where it is none of them.
+std::optional<char32_t> westernCharacter(std::string_view name) {
+    // From 0x7F, codes that Windows does not use being bullets as in the PDF Reference.
+    constexpr std::u32string_view windows =
+        U"\u2022\u20AC\u2022\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030\u0160\u2039\u0152"
+        U"\u2022\u017D\u2022\u2022\u2018\u2019\u201C\u201D\u2022\u2013\u2014\u02DC\u2122\u0161"
+        U"\u203A\u0153\u2022\u017E\u0178";
+    const auto code = winAnsiCodeOf(name);
+    if (!code) {
+        return std::nullopt;
+    }
+    const std::size_t place = *code - std::size_t{0x7F};
+    return *code >= 0x7F && place < windows.size() ? windows[place] : char32_t{*code};
+}
+
 std::u32string charactersOfPart(std::string_view part) {
+    if (const auto character = westernCharacter(part)) {
+        return {*character};
+    }
     static const GlyphList list(packedGlyphList);
     if (const std::u32string_view meaning = list.find(part); !meaning.empty()) {
         return std::u32string(meaning);

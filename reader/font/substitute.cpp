@@ -25,6 +25,11 @@ std::u32string_view charactersOf(std::string_view collection) {
 
 std::shared_ptr<const FontProgram> findSubstitute(std::string_view baseFont, const FontNames& names,
                                                   std::string_view collection) {
+    if (const std::string path = standardFontFile(baseFont); !path.empty() && collection.empty()) {
+        if (auto program = FontProgram::openFile(path, 0)) {
+            return program;
+        }
+    }
     const std::optional<FoundFont> found =
         findFont({.name = std::string(baseFont.empty() ? names.realFamily : baseFont),
                   .weight = names.weight,

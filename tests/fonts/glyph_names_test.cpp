@@ -1,4 +1,5 @@
 #include "fonts/encodings.h"
+#include "fonts/glyph_list.h"
 #include "fonts/glyph_names.h"
 
 #include <gtest/gtest.h>
@@ -37,6 +38,16 @@ TEST(GlyphNames, MeanCharacters) {
     EXPECT_EQ(dingbatOfName("a1"), U'\u2701');
     EXPECT_EQ(dingbatOfName("a206"), U'\u2770');
     EXPECT_EQ(dingbatOfName("A"), 0U);
+}
+
+/// The names that are known without the list mean what it says.
+TEST(GlyphNames, AgreeWithTheList) {
+    const GlyphList list(packedGlyphList);
+    for (int code = 0; code < 256; ++code) {
+        const auto name =
+            glyphNameOf(StandardEncodingKind::winAnsi, static_cast<std::uint8_t>(code));
+        EXPECT_EQ(charactersOfName(name), list.find(name)) << name;
+    }
 }
 
 TEST(Encodings, NameGlyphs) {

@@ -45,6 +45,21 @@ TEST(Fonts, StandardFontsHaveStandIns) {
     }
 }
 
+/// Where it has a file at all, it is the one that a search finds.
+TEST(Fonts, StandardFontsNeedNoSearch) {
+    for (const std::string style : {"", "-Bold", "-Oblique", "-BoldOblique"}) {
+        for (const std::string family : {"Helvetica", "Courier"}) {
+            EXPECT_EQ(standardFontFile(family + style), findFont({.name = family + style})->path);
+        }
+    }
+    for (const std::string name : {"Times-Roman", "Times-Bold", "Times-Italic",
+                                   "ABCDEF+Times-BoldItalic", "Symbol", "ZapfDingbats"}) {
+        EXPECT_EQ(standardFontFile(name), findFont({.name = name})->path);
+    }
+    EXPECT_EQ(standardFontFile("Arial"), "");
+    EXPECT_EQ(standardFontFile("../Courier"), "");
+}
+
 TEST(Fonts, AreFoundByNameStyleAndKind) {
     FontRequest request{.name = "P052-Italic"};
     EXPECT_EQ(findFont(request)->match, FontMatch::named);
