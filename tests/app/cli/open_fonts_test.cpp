@@ -41,6 +41,49 @@ TEST_F(OpenFonts, AreInTheArtworkOrBesideItOrNowhere) {
     EXPECT_EQ(folder_.names(), (Names{"fonts", "in.pdf"})) << "no artwork either";
 }
 
+/// What configurations say of folders and choices counts, wherever they say it.
+TEST_F(OpenFonts, AreThoseOfThePersonsConfiguration) {
+    const std::string font = "/usr/share/fonts/opentype/urw-base35/NimbusRoman-Regular.otf";
+    if (!std::filesystem::exists(font)) {
+        GTEST_SKIP() << "needs an installed font";
+    }
+    folder_.add("in.pdf",
+                test::PdfBuilder::onePage("BT /F1 12 Tf 20 80 Td (Quay) Tj ET")
+                    .object(3, "<< /Type /Page /Parent 2 0 R /Contents 4 0 R "
+                               "/MediaBox [0 0 200 100] /Resources << /Font << /F1 5 0 R >> >> >>")
+                    .object(5, "<< /Type /Font /Subtype /TrueType /BaseFont /Nowhere >>")
+                    .bytes());
+    const std::string top = folder_.path().string();
+    for (const char* name : {"fonts", "rules", "none"}) {
+        std::filesystem::create_directory(folder_.path() / name);
+    }
+    std::filesystem::copy_file(font, folder_.path() / "fonts/only.otf");
+    const std::string place = "<fontconfig><dir>" + top + "/fonts</dir></fontconfig>";
+    folder_.add("rules/10-rules.conf",
+                "<fontconfig><alias><family>x</family></alias></fontconfig>");
+    folder_.add("rules/20-folder.conf", place);
+    folder_.add("rules/readme.conf", "<fontconfig><selectfont><rejectfont><glob>*</glob>"
+                                     "</rejectfont></selectfont></fontconfig>");
+    folder_.add("folder.conf", place);
+    struct Row {
+        std::string said;
+        bool hasFont;
+    };
+    const Row rows[] = {{"<!-- <include>none</include> --><include>rules</include>", true},
+                        {"<include ignore_missing='yes'>" + top + "/folder.conf</include>", true},
+                        {"<include prefix='cwd'>folder.conf</include>", true},
+                        {"<!-- <include>rules</include> --><include>none</include>", false},
+                        {"<include>rules</include><include>rules/readme.conf</include>", false},
+                        {"<include>rules", false}};
+    for (const Row& row : rows) {
+        folder_.add("fonts.conf", "<?xml version=\"1.0\"?><fontconfig>" + row.said + "<cachedir>" +
+                                      top + "/cache</cachedir></fontconfig>");
+        auto opening = process({"open", "in.pdf", "-o", "-", "--quiet"});
+        opening.environment.emplace_back("FONTCONFIG_FILE", top + "/fonts.conf");
+        EXPECT_EQ(holds(test::run(opening).output, "@font-face"), row.hasFont) << row.said;
+    }
+}
+
 class LetterPlaces : public OpenFonts {
 protected:
     void addPage(const std::string& shown) {

@@ -1,5 +1,5 @@
 #include "host/fonts.h"
-#include "toolbox/font_face.h"
+#include "toolbox/fonts/font_face.h"
 
 #include <algorithm>
 #include <span>

@@ -1,6 +1,6 @@
 // What a description of a font says of its shapes, from one source or another.
 #include "host/fonts.h"
-#include "toolbox/font_face.h"
+#include "toolbox/fonts/font_face.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // The 14 standard fonts of PDF without a search: reading fontconfig's configuration takes longer
 // than opening a small page.
 #include "host/fonts.h"
-#include "toolbox/font_names.h"
+#include "toolbox/fonts/font_names.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "toolbox/font_face.h"
+#include "toolbox/fonts/font_face.h"
 
 #include "host/fonts.h"
 

@@ -1,5 +1,6 @@
-#include "toolbox/installed_fonts.h"
-#include "toolbox/font_names.h"
+#include "toolbox/fonts/installed_fonts.h"
+#include "toolbox/fonts/font_configuration.h"
+#include "toolbox/fonts/font_names.h"
 
 #include <algorithm>
 #include <tuple>
@@ -50,29 +51,6 @@ InstalledFont fontOf(FcPattern* pattern) {
     return font;
 }
 
-/// Without a folder for its cache fontconfig would read all fonts.
-bool lacksCache(FcConfig* config) {
-    FcStrList* const folders = FcConfigGetCacheDirs(config);
-    const bool isEmpty = folders == nullptr || FcStrListNext(folders) == nullptr;
-    if (folders != nullptr) {
-        FcStrListDone(folders);
-    }
-    return isEmpty;
-}
-
-/// The person's configuration, without the descriptions of all that could be configured, which
-/// fontconfig reads for those who list them. Null where that cannot be read: fontconfig then knows
-/// what else to do.
-FcConfig* readConfig() {
-    FcConfig* const config = FcConfigCreate();
-    if (config != nullptr && (FcConfigParseAndLoad(config, nullptr, FcTrue) == FcFalse ||
-                              lacksCache(config) || FcConfigBuildFonts(config) == FcFalse)) {
-        FcConfigDestroy(config);
-        return nullptr;
-    }
-    return config;
-}
-
 bool isReadable(const InstalledFont& font) {
     return !font.path.empty() && !font.families.empty();
 }
@@ -85,7 +63,7 @@ bool InstalledFont::covers(std::u32string_view text) const {
     });
 }
 
-InstalledFonts::InstalledFonts() : config_(readConfig()) {
+InstalledFonts::InstalledFonts() : config_(readFontConfiguration()) {
     const std::unique_ptr<FcPattern, decltype(&FcPatternDestroy)> wanted(FcPatternCreate(),
                                                                          &FcPatternDestroy);
     const std::unique_ptr<FcObjectSet, decltype(&FcObjectSetDestroy)> facts(

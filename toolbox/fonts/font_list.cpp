@@ -1,6 +1,6 @@
 // The fonts of the machine by their names, each once.
 #include "host/fonts.h"
-#include "toolbox/installed_fonts.h"
+#include "toolbox/fonts/installed_fonts.h"
 
 #include <algorithm>
 #include <map>

@@ -1,4 +1,4 @@
-#include "toolbox/font_names.h"
+#include "toolbox/fonts/font_names.h"
 
 #include <algorithm>
 #include <array>

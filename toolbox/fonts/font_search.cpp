@@ -1,6 +1,6 @@
 #include "host/fonts.h"
-#include "toolbox/font_names.h"
-#include "toolbox/installed_fonts.h"
+#include "toolbox/fonts/font_names.h"
+#include "toolbox/fonts/installed_fonts.h"
 
 #include <algorithm>
 #include <cstdlib>
