@@ -177,7 +177,7 @@ char32_t FreeTypeProgram::characterOf(GlyphNumber glyph) const {
 }
 
 double FreeTypeProgram::advance(GlyphNumber glyph) const {
-    return face_.load(glyph) ? static_cast<double>(face_->glyph->metrics.horiAdvance) * em_ : 0;
+    return face_.advance(glyph) * em_;
 }
 
 GlyphOutline FreeTypeProgram::outline(GlyphNumber glyph) const {

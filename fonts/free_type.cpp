@@ -2,9 +2,13 @@
 
 #include "runtime/budget.h"
 
+#include FT_ADVANCES_H
+
 namespace corvane {
 
 namespace {
+
+constexpr FT_Int32 inUnits = FT_LOAD_NO_SCALE | FT_LOAD_IGNORE_TRANSFORM;
 
 /// Lives as long as any face. Only its weak count is static, so nothing of FreeType runs when the
 /// plug-in is unloaded.
@@ -43,16 +47,26 @@ std::optional<Face> Face::open(std::vector<std::byte> file, std::int32_t number)
     return face;
 }
 
-bool Face::load(std::uint32_t glyph) const {
+bool Face::isInTime(const std::function<FT_Error()>& work) const {
     constexpr std::clock_t most = std::clock_t{budget::glyphSeconds} * CLOCKS_PER_SEC;
     if (library_->spent >= most) {
         return false;
     }
     const std::clock_t start = std::clock();
-    const bool isLoaded =
-        FT_Load_Glyph(face_.get(), glyph, FT_LOAD_NO_SCALE | FT_LOAD_IGNORE_TRANSFORM) == 0;
+    const bool isDone = work() == 0;
     library_->spent += std::clock() - start;
-    return isLoaded;
+    return isDone;
+}
+
+bool Face::load(std::uint32_t glyph) const {
+    return isInTime([&] { return FT_Load_Glyph(face_.get(), glyph, inUnits); });
+}
+
+double Face::advance(std::uint32_t glyph) const {
+    FT_Fixed advance = 0;
+    const bool isKnown =
+        isInTime([&] { return FT_Get_Advance(face_.get(), glyph, inUnits, &advance); });
+    return isKnown ? static_cast<double>(advance) : 0;
 }
 
 std::optional<Face> Face::openFile(const std::string& path, std::int32_t number) {

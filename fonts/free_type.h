@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <ctime>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -35,11 +36,16 @@ public:
     /// Fills the face's slot, in units of the font. False where the glyph cannot be read, or the
     /// glyphs of all open faces took their time (`budget::glyphSeconds`).
     bool load(std::uint32_t glyph) const;
+    /// In units of the font, without the outline where the font tells; 0 where it cannot be read,
+    /// or time is up.
+    double advance(std::uint32_t glyph) const;
 
     FT_Face operator->() const { return face_.get(); }
     FT_Face get() const { return face_.get(); }
 
 private:
+    bool isInTime(const std::function<FT_Error()>& work) const;
+
     struct Closer {
         void operator()(FT_Face face) const { FT_Done_Face(face); }
     };
