@@ -2,15 +2,16 @@
 
 #include "app/artwork/images/image_table.h"
 #include "app/images/image_error.h"
+#include "app/images/png_filter.h"
 
 #include <algorithm>
 #include <array>
-#include <exception>
 #include <new>
-#include <spng.h>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
+#include <vector>
+#define ZLIB_CONST
 #include <zlib.h>
 
 namespace corvane {
@@ -19,8 +20,9 @@ namespace {
 
 /// Photographs and drawings come out a fifth larger than at zlib's default, four times as fast.
 constexpr int compressionLevel = 1;
-/// Trying all filters on every row costs as much as compressing it.
-constexpr int filters = SPNG_FILTER_CHOICE_SUB | SPNG_FILTER_CHOICE_UP;
+constexpr std::size_t chunkSize = std::size_t{64} << 10;
+
+constexpr std::array<unsigned char, 8> signature{0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
 
 constexpr std::array<unsigned char, 4> markType{'c', 'o', 'R', 'V'};
 constexpr std::array<unsigned char, 12> lastChunk{0,   0,   0,    0,    'I',  'E',
@@ -49,99 +51,126 @@ End endOf(Digest before, std::string_view key) {
     return end;
 }
 
-int colourType(const ImageFacts& facts) {
+/// The numbers of PNG.
+unsigned char colourType(const ImageFacts& facts) {
+    constexpr unsigned char colour = 2;
+    constexpr unsigned char alpha = 4;
+    const unsigned char more = facts.hasAlpha ? alpha : 0;
     switch (facts.colours) {
     case ImageColours::indexed:
-        return SPNG_COLOR_TYPE_INDEXED;
+        return 3;
     case ImageColours::gray:
-        return facts.hasAlpha ? SPNG_COLOR_TYPE_GRAYSCALE_ALPHA : SPNG_COLOR_TYPE_GRAYSCALE;
+        return more;
     case ImageColours::rgb:
     case ImageColours::cmyk:
         break;
     }
-    return facts.hasAlpha ? SPNG_COLOR_TYPE_TRUECOLOR_ALPHA : SPNG_COLOR_TYPE_TRUECOLOR;
+    return colour | more;
+}
+
+std::vector<unsigned char> headerOf(const ImageFacts& facts) {
+    std::vector<unsigned char> header(13);
+    unsigned char* at = putNumber(header.data(), static_cast<std::uint64_t>(facts.width), 4);
+    at = putNumber(at, static_cast<std::uint64_t>(facts.height), 4);
+    *at++ = static_cast<unsigned char>(facts.bits);
+    *at = colourType(facts);
+    return header;
+}
+
+/// Bytes between a byte and its like in the pixel before.
+std::size_t pixelBytes(const ImageFacts& facts) {
+    const std::size_t channels =
+        (facts.colours == ImageColours::gray ? 1U : 3U) + (facts.hasAlpha ? 1U : 0U);
+    return channels * static_cast<std::size_t>(facts.bits) / 8;
 }
 
 } // namespace
 
+/// The file as far as it was written.
 struct PngWriter::State {
-    State(ByteSink& to, std::string_view imageKey)
-        : sink(to), key(imageKey), context(spng_ctx_new(SPNG_CTX_ENCODER), spng_ctx_free) {
-        if (context == nullptr) {
+    State(ByteSink& to, std::string_view imageKey, bool isFiltered) : sink(to), key(imageKey) {
+        if (deflateInit2(&stream, compressionLevel, Z_DEFLATED, MAX_WBITS, MAX_MEM_LEVEL,
+                         isFiltered ? Z_FILTERED : Z_DEFAULT_STRATEGY) != Z_OK) {
             throw std::bad_alloc();
         }
     }
+    ~State() { deflateEnd(&stream); }
+    State(const State&) = delete;
+    State& operator=(const State&) = delete;
 
-    void put(std::string_view bytes) {
-        digest.feed(std::as_bytes(std::span(bytes)));
+    void put(std::span<const unsigned char> bytes) {
+        const std::string_view text(
+            static_cast<const char*>(static_cast<const void*>(bytes.data())), bytes.size());
+        digest.feed(std::as_bytes(bytes));
         if (!error) {
-            error = sink.write(bytes);
+            error = sink.write(text);
         }
     }
 
-    static int write(spng_ctx*, void* user, void* bytes, std::size_t count) {
-        State& state = *static_cast<State*>(user);
-        try {
-            state.put({static_cast<const char*>(bytes), count});
-        } catch (...) {
-            state.thrown = std::current_exception();
+    void putChunk(std::string_view type, std::span<const unsigned char> data) {
+        std::vector<unsigned char> chunk(4);
+        chunk.reserve(data.size() + 12);
+        putNumber(chunk.data(), data.size(), 4);
+        chunk.insert(chunk.end(), type.begin(), type.end());
+        chunk.insert(chunk.end(), data.begin(), data.end());
+        const uLong sum = crc32(0, chunk.data() + 4, static_cast<uInt>(chunk.size() - 4));
+        chunk.resize(chunk.size() + 4);
+        putNumber(chunk.data() + chunk.size() - 4, sum, 4);
+        put(chunk);
+    }
+
+    /// `bytes` through the compressor; a chunk whenever there is enough for one.
+    void compress(std::span<const unsigned char> bytes, int flush) {
+        stream.next_in = bytes.data();
+        stream.avail_in = static_cast<uInt>(bytes.size());
+        bool isFull = true;
+        while (isFull) {
+            stream.next_out = packed.data() + packedSize;
+            stream.avail_out = static_cast<uInt>(packed.size() - packedSize);
+            deflate(&stream, flush);
+            packedSize = packed.size() - stream.avail_out;
+            isFull = stream.avail_out == 0;
+            if (isFull || flush == Z_FINISH) {
+                putChunk("IDAT", std::span(packed).first(packedSize));
+                packedSize = 0;
+            }
         }
-        return state.error || state.thrown ? SPNG_IO_ERROR : 0;
     }
 
     ByteSink& sink;
     std::string key; ///< of the image
-    std::unique_ptr<spng_ctx, void (*)(spng_ctx*)> context;
+    std::optional<PngFilter> filter;
+    z_stream stream{};
+    std::vector<unsigned char> packed = std::vector<unsigned char>(chunkSize);
+    std::size_t packedSize = 0;
     Digest digest;
     std::error_code error;
-    std::exception_ptr thrown;
-
-    /// `result` is what the library answered.
-    std::error_code settled(int result) {
-        if (thrown) {
-            std::rethrow_exception(std::exchange(thrown, nullptr));
-        }
-        if (!error && result != 0) {
-            throw ImageError(std::string("cannot be written as PNG: ") + spng_strerror(result));
-        }
-        return error;
-    }
 };
 
 PngWriter::PngWriter(const ImageFacts& facts, ByteSink& sink)
-    : state_(std::make_unique<State>(sink, facts.key)),
-      rowSize_(static_cast<std::size_t>(rowBytes(facts))), rowsLeft_(facts.height) {
-    spng_ctx* const context = state_->context.get();
-    const auto require = [&](int result) { state_->settled(result); };
-    require(spng_set_png_stream(context, State::write, state_.get()));
-    spng_ihdr header{};
-    header.width = static_cast<std::uint32_t>(facts.width);
-    header.height = static_cast<std::uint32_t>(facts.height);
-    header.bit_depth = static_cast<std::uint8_t>(facts.bits);
-    header.color_type = static_cast<std::uint8_t>(colourType(facts));
-    require(spng_set_ihdr(context, &header));
+    : rowSize_(static_cast<std::size_t>(rowBytes(facts))), rowsLeft_(facts.height) {
+    const bool isFiltered = facts.colours != ImageColours::indexed && facts.bits >= 8;
+    state_ = std::make_unique<State>(sink, facts.key, isFiltered);
+    if (isFiltered) {
+        state_->filter.emplace(rowSize_, pixelBytes(facts));
+    }
+    state_->put(signature);
+    state_->putChunk("IHDR", headerOf(facts));
     if (facts.colours == ImageColours::indexed) {
-        spng_plte palette{};
-        spng_trns alpha{};
-        palette.n_entries = static_cast<std::uint32_t>(facts.palette.size() / 4);
-        for (std::size_t i = 0; i < palette.n_entries; ++i) {
-            const auto entry = facts.palette.subspan(i * 4, 4);
-            palette.entries[i] = {entry[0], entry[1], entry[2], 255};
-            alpha.type3_alpha[i] = entry[3];
-            if (entry[3] != 255) {
-                alpha.n_type3_entries = static_cast<std::uint32_t>(i + 1);
-            }
+        std::vector<unsigned char> colours;
+        std::vector<unsigned char> alphas;
+        std::size_t seenThrough = 0;
+        for (std::size_t i = 0; i + 4 <= facts.palette.size(); i += 4) {
+            const auto entry = facts.palette.subspan(i, 4);
+            colours.insert(colours.end(), entry.begin(), entry.begin() + 3);
+            alphas.push_back(entry[3]);
+            seenThrough = entry[3] == 255 ? seenThrough : alphas.size();
         }
-        require(spng_set_plte(context, &palette));
-        if (alpha.n_type3_entries != 0) {
-            require(spng_set_trns(context, &alpha));
+        state_->putChunk("PLTE", colours);
+        if (seenThrough != 0) {
+            state_->putChunk("tRNS", std::span(alphas).first(seenThrough));
         }
     }
-    require(spng_set_option(context, SPNG_IMG_COMPRESSION_LEVEL, compressionLevel));
-    if (facts.colours != ImageColours::indexed && facts.bits >= 8) {
-        require(spng_set_option(context, SPNG_FILTER_CHOICE, filters));
-    }
-    require(spng_encode_image(context, nullptr, 0, SPNG_FMT_RAW, SPNG_ENCODE_PROGRESSIVE));
 }
 
 PngWriter::~PngWriter() = default;
@@ -151,8 +180,16 @@ std::error_code PngWriter::addRow(std::span<const std::byte> row) {
         throw ImageError("has more rows than it says");
     }
     --rowsLeft_;
-    const int result = spng_encode_row(state_->context.get(), row.data(), row.size());
-    return state_->settled(result == SPNG_EOI && rowsLeft_ == 0 ? 0 : result);
+    const std::span<const unsigned char> samples(
+        static_cast<const unsigned char*>(static_cast<const void*>(row.data())), row.size());
+    if (state_->filter) {
+        state_->compress(state_->filter->filtered(samples), Z_NO_FLUSH);
+    } else {
+        constexpr std::array<unsigned char, 1> noFilter{};
+        state_->compress(noFilter, Z_NO_FLUSH);
+        state_->compress(samples, Z_NO_FLUSH);
+    }
+    return state_->error;
 }
 
 std::error_code PngWriter::add(std::span<const std::byte> bytes) {
@@ -183,12 +220,9 @@ std::error_code PngWriter::end() {
     if (rowsLeft_ != 0 || !row_.empty()) {
         throw ImageError("has fewer rows than it says");
     }
-    const End end = endOf(state_->digest, state_->key);
-    std::array<char, endBytes> bytes{};
-    std::ranges::transform(end, bytes.begin(),
-                           [](unsigned char c) { return static_cast<char>(c); });
-    state_->put({bytes.data(), bytes.size()});
-    return state_->settled(0);
+    state_->compress({}, Z_FINISH);
+    state_->put(endOf(state_->digest, state_->key));
+    return state_->error;
 }
 
 std::uint64_t PngWriter::digest() const {

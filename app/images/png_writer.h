@@ -13,8 +13,6 @@
 #include <system_error>
 #include <vector>
 
-struct spng_ctx;
-
 namespace corvane {
 
 /// At its end the file has a chunk that says that we wrote it, with the digest of all before it and
