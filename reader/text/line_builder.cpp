@@ -48,6 +48,10 @@ bool leadsBack(double number) {
     return number / 1000 > farthestBack;
 }
 
+bool spacesWidely(const TextState& text) {
+    return text.size != 0 && text.characterSpacing / text.size >= blankGap;
+}
+
 LineBuilder::LineBuilder(LineTarget& target, const GraphicsState& state, const RealMatrix& space,
                          const PathStyle& style)
     : target_(target), open_(target.open()), state_(state.text), space_(space),
@@ -127,10 +131,6 @@ void LineBuilder::beginRun(double pen, std::int32_t element) {
 }
 
 void LineBuilder::endRun(double pen, std::int32_t element) {
-    open_.end = along(pen);
-    if (!isInRun_) {
-        return;
-    }
     isInRun_ = false;
     run_.text = text_;
     run_.pieces = pieces_;
@@ -142,6 +142,7 @@ void LineBuilder::endRun(double pen, std::int32_t element) {
                           .advance = pen - runPen_});
     open_.isEmpty = false;
     open_.size = realFromFixed(run_.size);
+    open_.spacing = state_.size == 0 ? 0 : state_.characterSpacing / state_.size;
 }
 
 /// Moves the glyph to come to its place.
@@ -190,6 +191,42 @@ void LineBuilder::add(const PenGlyph& placed) {
     }
     append(glyph.text, along(pen), isVertical_ ? columnAdvance : glyph.advance, glyph.face);
     open_.end = along(pen + placed.advance);
+}
+
+/// In text space.
+double LineBuilder::letterSpacing() const {
+    return state_.characterSpacing * state_.horizontalScale;
+}
+
+/// Spaced letters stand apart all alike, and so do those before them on the line. Words are spaced
+/// by it where letters stand together as well.
+bool LineBuilder::makesWords(std::span<const PenGlyph> glyphs) {
+    const double gap = blankGap * state_.size * state_.horizontalScale;
+    bool standApart = false;
+    bool standTogether = false;
+    for (std::size_t i = 1; i < glyphs.size(); ++i) {
+        const PenGlyph& before = glyphs[i - 1];
+        if (isBlank(before.glyph.text) || isBlank(glyphs[i].glyph.text)) {
+            continue;
+        }
+        const double end = before.pen + before.advance - letterSpacing();
+        (glyphs[i].pen - end >= gap ? standApart : standTogether) = true;
+    }
+    const bool isPair = glyphs.size() == 2;
+    return standApart && (standTogether || (isPair && goesOn(glyphs.front().pen) &&
+                                            !open_.isEmpty && open_.spacing < blankGap));
+}
+
+bool LineBuilder::addSpacedWords(std::span<const PenGlyph> glyphs) {
+    if (isVertical_ || stretch_ <= 0 || !spacesWidely(state_) || !makesWords(glyphs)) {
+        return false;
+    }
+    run_.spacing = 0;
+    for (PenGlyph placed : glyphs) {
+        placed.advance -= letterSpacing();
+        add(placed);
+    }
+    return true;
 }
 
 /// `shown` and `standing` are the same glyphs, in the two orders.

@@ -26,6 +26,9 @@ struct PenGlyph {
     std::int32_t element = 0;
 };
 
+/// Whether the spacing of letters is as wide as a blank.
+bool spacesWidely(const TextState& text);
+
 /// Whether a number of an array, in thousandths of an em, leads from one letter to one that stands
 /// left of it.
 bool leadsBack(double number);
@@ -42,6 +45,9 @@ public:
     /// become lines from the left. The pen comes to rest at `pen`, behind the element `end`.
     /// Nothing is added, and the answer is false, where they do not stand in lines.
     bool addFromRight(std::span<const PenGlyph> glyphs, double pen, std::int32_t end);
+    /// Glyphs whose spacing of letters makes words of them, as some programs write: blanks take its
+    /// place. Nothing is added, and the answer is false, where letters are spaced, or nothing is.
+    bool addSpacedWords(std::span<const PenGlyph> glyphs);
     /// The pen comes to rest, behind the last element: the last run is given to the host.
     void endAt(double pen, std::int32_t element);
 
@@ -50,6 +56,8 @@ private:
     RealPoint placeOf(double pen) const;
     RealPoint onLine(double pen) const;
     bool goesOn(double pen);
+    double letterSpacing() const;
+    bool makesWords(std::span<const PenGlyph> glyphs);
     bool isWithinReach(double at, double size) const;
     void beginLine(double pen);
     void beginRun(double pen, std::int32_t element);

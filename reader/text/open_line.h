@@ -12,9 +12,10 @@ struct OpenLine {
     bool isOpen = false;
     RealMatrix matrix;      ///< as the host has it
     RealMatrix back;        ///< its inverse
-    double end = 0;         ///< where what was shown ends, in the line's space
+    double end = 0;         ///< where the last glyph ends, in the line's space
     double modelEnd = 0;    ///< where the runs of the art end, whose numbers are 16.16
     double size = 0;        ///< of the last run
+    double spacing = 0;     ///< of the letters that were shown last, in ems
     bool isEmpty = true;    ///< it has no run yet
     bool endsBlank = false; ///< the last character is a blank
     bool isVertical = false;

@@ -136,10 +136,13 @@ private:
                 use(*clip);
             }
         };
-        if (std::ranges::any_of(elements, leadsLeft)) {
+        if (spacesWidely(text_) || std::ranges::any_of(elements, leadsLeft)) {
             gather(elements);
             forEachLine([&](LineBuilder& lines) {
-                if (!runsFromRight_ || !lines.addFromRight(placed_, pen_, number)) {
+                const bool isAdded =
+                    (runsFromRight_ && lines.addFromRight(placed_, pen_, number)) ||
+                    lines.addSpacedWords(placed_);
+                if (!isAdded) {
                     std::ranges::for_each(placed_, [&](const auto& each) { lines.add(each); });
                 }
             });
