@@ -60,6 +60,12 @@ inline constexpr auto saveTime = 300s;
 /// Openings that are kept for the page to fetch. It does so at once.
 inline constexpr std::size_t artworks = 32;
 
+/// Of a file as it was before an update: a copy of it lies in the folder for temporary files, which
+/// may be memory, while the page of then is drawn.
+inline constexpr std::int64_t formerBytes = std::int64_t{512} << 20;
+/// Such copies at a time: the page compares two.
+inline constexpr int formerFiles = 2;
+
 /// Pictures that are kept, and their bytes: those of a few thousand usual pages.
 inline constexpr std::size_t pictures = 4'000;
 inline constexpr std::int64_t pictureBytes = std::int64_t{256} << 20;

@@ -3,8 +3,8 @@
 #include "app/cli/edit/editor_process.h"
 #include "app/cli/messages.h"
 #include "app/cli/programs/installed_program.h"
-#include "app/web/gate.h"
-#include "app/web/http_server.h"
+#include "app/web/http/gate.h"
+#include "app/web/http/http_server.h"
 #include "app/web/limits.h"
 #include "app/web/service.h"
 

@@ -16,7 +16,8 @@ import { LayerList } from "./layers";
 import { guardTab, mayLeave } from "./leaving";
 import { watchServer } from "./lost";
 import { showNotes } from "./notes";
-import { PageList } from "./pages";
+import { labelOf, meantPage } from "./pages/page_labels";
+import { PageList } from "./pages/pages";
 import { Saving } from "./saving";
 import type { Shell } from "./shell";
 import { switchTheme } from "./theme";
@@ -97,7 +98,7 @@ class Views {
     const desk = this.#desk;
     const facts = desk.pages[desk.page - 1];
     if (desk.file !== null) {
-      shell.header.showPage(Math.max(desk.page, 1), desk.pages.length, facts?.label);
+      shell.header.showPage(Math.max(desk.page, 1), desk.pages.length, labelOf(facts));
       if (desk.page > 0) {
         history.replaceState(null, "", pageAddress(desk.file.id, desk.page));
       }
@@ -142,7 +143,7 @@ class Views {
     header.next.addEventListener("click", () => void this.#go(desk.page + 1));
     header.page.addEventListener("keydown", (event) => {
       if (event.key === "Enter") {
-        void this.#go(Number(header.page.value));
+        void this.#go(meantPage(header.page.value, desk.pages) ?? 0);
       }
     });
     header.page.addEventListener("blur", () => this.#showPage());
