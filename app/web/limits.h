@@ -36,9 +36,6 @@ inline constexpr std::size_t linger = 256 * 1024;
 /// Between two looks whether the server ends, or a client has gone.
 inline constexpr auto turn = 200ms;
 
-/// Without a page that says it is open, the server ends.
-inline constexpr auto silence = 10min;
-
 /// Files of a folder; more than a person looks through.
 inline constexpr std::size_t files = 10'000;
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "app/cli/arguments.h"
-#include "app/cli/edit/art_folder.h"
 #include "app/web/child.h"
 #include "app/web/http/answer.h"
 #include "app/web/http/http_server.h"
@@ -10,6 +9,7 @@
 #include "app/web/life.h"
 #include "app/web/places.h"
 #include "app/web/served_files.h"
+#include "app/web/work_folder.h"
 
 #include <atomic>
 #include <optional>
@@ -57,7 +57,7 @@ private:
     const std::string program_;
     std::optional<std::string> password_; ///< of all files, where one was given at the start
     ServedFiles files_;
-    ArtFolder folder_;
+    WorkFolder folder_;
     KeptFiles artworks_;
     KeptFiles pictures_;
     Places places_;
