@@ -4,7 +4,7 @@ import type { Editor, SelectionDetail } from "../editor/editor";
 import { Heartbeat } from "../server/alive";
 import type { Server } from "../server/api";
 import { asFault, isAborted } from "../server/fault";
-import type { ListedFile } from "../server/reports";
+import type { FileList, ListedFile } from "../server/reports";
 import { Desk } from "./desk";
 import { make, takesText } from "./dom";
 import { downloadWork, namedPage, pageAddress } from "./elsewhere";
@@ -30,7 +30,7 @@ class Views {
   readonly #layers: LayerList;
   readonly #chooser: FileChooser;
   readonly #heartbeat: Heartbeat;
-  #files: readonly ListedFile[] = [];
+  #list: FileList = { version: "", files: [], leftOut: 0 };
   // The file and page that the header speaks of.
   #place = "";
   #isLeaving = false;
@@ -56,7 +56,7 @@ class Views {
   async start(): Promise<void> {
     this.shell.header.showFile(null);
     try {
-      this.#files = (await this.server.files()).files;
+      this.#list = await this.server.files();
     } catch (error) {
       this.#fail("The files cannot be listed", error);
       return;
@@ -64,7 +64,7 @@ class Views {
       void this.#heartbeat.beat();
     }
     const named = namedPage(location.hash);
-    const file = this.#files.find(({ id }) => id === named?.file) ?? (this.#files.length === 1 ? this.#files[0] : undefined);
+    const file = this.#list.files.find(({ id }) => id === named?.file) ?? (this.#list.files.length === 1 ? this.#list.files[0] : undefined);
     if (file === undefined) {
       this.#choose();
     } else {
@@ -79,7 +79,7 @@ class Views {
     const { header } = shell;
     desk.addEventListener("file", () => {
       header.showFile(desk.file?.name ?? null);
-      header.files.hidden = this.#files.length < 2 || desk.file === null;
+      header.files.hidden = this.#list.files.length < 2 || desk.file === null;
       this.#showPage();
     });
     desk.addEventListener("page", () => this.#showPage());
@@ -181,7 +181,7 @@ class Views {
 
   async #address(): Promise<void> {
     const named = namedPage(location.hash);
-    const file = this.#files.find(({ id }) => id === named?.file);
+    const file = this.#list.files.find(({ id }) => id === named?.file);
     if (file === undefined || named === null) {
       return;
     }
@@ -239,11 +239,11 @@ class Views {
     this.shell.desk.hidden = true;
     this.shell.chooser.hidden = false;
     history.replaceState(null, "", "/");
-    this.#chooser.show(this.#files);
-    void this.server.files().then(({ files }) => {
-      this.#files = files;
+    this.#chooser.show(this.#list);
+    void this.server.files().then((list) => {
+      this.#list = list;
       if (!this.shell.chooser.hidden) {
-        this.#chooser.update(files);
+        this.#chooser.update(list);
       }
     }).catch(() => undefined);
   }
