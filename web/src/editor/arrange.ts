@@ -49,7 +49,7 @@ export class Arranging {
   copy(): void {
     const { artwork, selection } = this.#context;
     if (artwork === null) return;
-    const elements = inOrder(outermost(selection.elements));
+    const elements = inOrder(artwork, outermost(selection.elements));
     if (elements.length === 0) return;
     this.#held = elements.map(element => ({
       copy: copyOf(artwork, element),
@@ -86,6 +86,7 @@ export class Arranging {
     this.#work(names[order], (artwork, elements) => {
       const towardsFront = order === "front" || order === "forward";
       const all = new Set<Element>(elements);
+      const atEnd = new Set<Element>();
       // Several that move on by one keep their order among themselves; so do those that go to an end.
       const turned = order === "forward" || order === "back" ? [...elements].reverse() : elements;
       for (const element of turned) {
@@ -93,7 +94,7 @@ export class Arranging {
         if (parent === null) continue;
         const target = order === "front" ? null
           : order === "back" ? firstBeside(element, parent)
-            : neighbour(element, towardsFront, all);
+            : neighbour(element, towardsFront, all, atEnd);
         if (target === undefined) continue;
         const before = target !== null && order === "forward" ? target.nextSibling : target;
         if (before !== element.nextSibling || order === "front") artwork.insert(element, parent, before);
@@ -135,8 +136,9 @@ export class Arranging {
 
   #work(name: string, work: (artwork: Artwork, elements: readonly SVGElement[]) => readonly SVGElement[]): void {
     const { artwork, selection } = this.#context;
-    const elements = inOrder(outermost(selection.editable));
-    if (artwork === null || elements.length === 0) return;
+    if (artwork === null) return;
+    const elements = inOrder(artwork, outermost(selection.editable));
+    if (elements.length === 0) return;
     this.#context.settle();
     artwork.run(name, () => {
       const left = work(artwork, elements);
@@ -145,8 +147,11 @@ export class Arranging {
   }
 }
 
-function inOrder(elements: readonly SVGElement[]): SVGElement[] {
-  return [...elements].sort((a, b) => a.compareDocumentPosition(b) & Node.DOCUMENT_POSITION_FOLLOWING ? -1 : 1);
+// One walk of the page: the browser compares the places of two siblings by going from one to the other.
+function inOrder(artwork: Artwork, elements: readonly SVGElement[]): SVGElement[] {
+  if (elements.length < 2) return [...elements];
+  const wanted = new Set<Element>(elements);
+  return [...artwork.root.querySelectorAll<SVGElement>("*")].filter(element => wanted.has(element));
 }
 
 function firstBeside(element: Element, parent: Element): Element | undefined {
@@ -155,12 +160,15 @@ function firstBeside(element: Element, parent: Element): Element | undefined {
   return at ?? undefined;
 }
 
-// The next object that is not among those that move, or undefined at the end.
-function neighbour(element: Element, towardsFront: boolean, moving: ReadonlySet<Element>): Element | undefined {
+// The next object that is not among those that move, or undefined at the end. Those at the end are noted, so that each
+// of many looks no further than the one beside it.
+function neighbour(element: Element, towardsFront: boolean, moving: ReadonlySet<Element>, atEnd: Set<Element>): Element | undefined {
   const step = (at: Element): Element | null => towardsFront ? at.nextElementSibling : at.previousElementSibling;
   let at = step(element);
-  while (at !== null && (!isGraphic(at) || moving.has(at))) at = step(at);
-  return at ?? undefined;
+  while (at !== null && !atEnd.has(at) && (!isGraphic(at) || moving.has(at))) at = step(at);
+  if (at !== null && !atEnd.has(at)) return at;
+  atEnd.add(element);
+  return undefined;
 }
 
 // Puts what is in a group in its place. What the group cut off stays cut off, object by object.
