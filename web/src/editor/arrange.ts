@@ -1,5 +1,6 @@
-// Duplicates, deletes, orders and groups what is selected; copies and pastes it within the page.
+// Duplicates, deletes, orders and groups what is selected; copies and pastes it, within the page and to others.
 import type { Artwork } from "../artwork/artwork";
+import { carry, settled, type Carried } from "../artwork/carried";
 import { matrixText, ownMatrix, pageMatrix } from "../artwork/geometry";
 import { isGraphic } from "../artwork/kinds";
 import { isLayer, isLocked, layersOf } from "../artwork/layers";
@@ -18,11 +19,18 @@ interface Held { readonly copy: SVGElement; readonly place: DOMMatrix }
 export class Arranging {
   readonly #context: Context;
   #held: readonly Held[] = [];
+  // What is held, once its page is shown no more.
+  #carried: Carried | null = null;
   #pasted = 0;
 
   constructor(context: Context) { this.#context = context; }
 
-  forget(): void { this.#held = []; }
+  // The page goes: what was copied of it can be pasted into others as something new, where it lay.
+  leave(page: Artwork): void {
+    if (this.#held.length === 0 || this.#carried !== null) return;
+    this.#carried = carry(page.root, this.#held.map(held => held.copy));
+    this.#pasted = -1;
+  }
 
   get canPaste(): boolean { return this.#held.length > 0; }
 
@@ -55,6 +63,7 @@ export class Arranging {
       copy: copyOf(artwork, element),
       place: element.parentElement === null ? new DOMMatrix() : pageMatrix(artwork.root, element.parentElement),
     }));
+    this.#carried = null;
     this.#pasted = 0;
     this.#context.say(`${elements.length === 1 ? "One object" : `${elements.length} objects`} copied.`);
   }
@@ -72,13 +81,20 @@ export class Arranging {
     ++this.#pasted;
     const parent = placeForNew(this.#context, artwork);
     if (parent === null) return;
-    artwork.run("Paste", () => selection.set(this.#held.map(held => {
-      const made = copyOf(artwork, held.copy);
-      artwork.insert(made, parent, null);
-      const by = pageMatrix(artwork.root, parent).inverse().multiply(moveMatrix(shift * this.#pasted, shift * this.#pasted)).multiply(held.place);
-      artwork.set(made, "transform", matrixText(by.multiply(ownMatrix(made))));
-      return made;
-    })));
+    artwork.run("Paste", () => {
+      const made = this.#carried === null ? this.#held.map(held => copyOf(artwork, held.copy)) : settled(artwork, this.#carried, parent);
+      const to = pageMatrix(artwork.root, parent).inverse().multiply(moveMatrix(shift * this.#pasted, shift * this.#pasted));
+      const pasted: SVGElement[] = [];
+      this.#held.forEach(({ place }, i) => {
+        const object = made[i] ?? null;
+        if (object === null) return;
+        artwork.insert(object, parent, null);
+        artwork.set(object, "transform", matrixText(to.multiply(place).multiply(ownMatrix(object))));
+        pasted.push(object);
+      });
+      selection.set(pasted);
+      if (pasted.length < this.#held.length) this.#context.say("Pictures that are not shown cannot leave their page.");
+    });
   }
 
   order(order: Order): void {
