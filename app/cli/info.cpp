@@ -3,6 +3,7 @@
 
 #include "app/artwork/document.h"
 #include "app/cli/files/output.h"
+#include "app/cli/messages.h"
 #include "app/cli/session.h"
 #include "app/images/png_writer.h"
 
@@ -47,6 +48,8 @@ void writeThumbnail(const Arguments& arguments, Report& report) {
     error = error ? error : png.end();
     file.commit(error);
     report.output = arguments.thumbnail;
+    note(arguments, "the small picture of page " + std::to_string(arguments.page) + " is in " +
+                        arguments.thumbnail);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "reader/page/page_labels.h"
 
 #include "reader/document/text_string.h"
+#include "reader/font/characters.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 #include "runtime/exception.h"
@@ -17,6 +18,9 @@
 namespace corvane {
 
 namespace {
+
+/// Characters of a label in front of its number: it is there for each page of its range.
+constexpr std::size_t longestPrefix = 64;
 
 /// The numerals of a label are no longer: larger numbers would be rows of M.
 constexpr std::int64_t largestRoman = 9999;
@@ -170,7 +174,8 @@ void PageLabels::readRanges(DocumentCache& cache, const Object& node) {
 PageLabels::Range PageLabels::readRange(DocumentCache& cache, const Object& label) {
     Range range;
     range.style = styleOf(lookupObject(cache, label, "S").get());
-    range.prefix = documentText(lookupObject(cache, label, "P").get());
+    const std::string prefix = documentText(lookupObject(cache, label, "P").get());
+    range.prefix = toUtf8(fromUtf8(prefix).value_or(U"").substr(0, longestPrefix));
     const ObjectOwner first = lookupObject(cache, label, "St");
     if (typeObject(first.get()) == ObjectType::integer) {
         range.first = std::max(integerObject(first.get()), 1);
