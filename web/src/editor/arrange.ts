@@ -1,7 +1,7 @@
 // Duplicates, deletes, orders and groups what is selected; copies and pastes it, within the page and to others.
 import type { Artwork } from "../artwork/artwork";
 import { carry, settled, type Carried } from "../artwork/carried";
-import { matrixText, ownMatrix, pageMatrix } from "../artwork/geometry";
+import { matrixText, ownMatrix, pageBox, pageMatrix } from "../artwork/geometry";
 import { isGraphic } from "../artwork/kinds";
 import { isLayer, isLocked, layersOf } from "../artwork/layers";
 import { copyOf, deleteAll } from "../artwork/references";
@@ -81,6 +81,13 @@ export class Arranging {
     ++this.#pasted;
     const parent = placeForNew(this.#context, artwork);
     if (parent === null) return;
+    this.#put(artwork, parent);
+    // Another page may be a smaller one.
+    const [first] = selection.elements;
+    if (this.#carried !== null && first !== undefined) this.#context.view.reveal(pageBox(artwork.root, first));
+  }
+
+  #put(artwork: Artwork, parent: Element): void {
     artwork.run("Paste", () => {
       const made = this.#carried === null ? this.#held.map(held => copyOf(artwork, held.copy)) : settled(artwork, this.#carried, parent);
       const to = pageMatrix(artwork.root, parent).inverse().multiply(moveMatrix(shift * this.#pasted, shift * this.#pasted));
@@ -92,7 +99,7 @@ export class Arranging {
         artwork.set(object, "transform", matrixText(to.multiply(place).multiply(ownMatrix(object))));
         pasted.push(object);
       });
-      selection.set(pasted);
+      this.#context.selection.set(pasted);
       if (pasted.length < this.#held.length) this.#context.say("Pictures that are not shown cannot leave their page.");
     });
   }

@@ -123,6 +123,7 @@ test("pasted into another page, objects are new ones with definitions and ids of
   const made = `<defs><clipPath id="${clip}"><path d="M0 0H500V500Z"/></clipPath></defs><path fill="#336699" d="M80 20H120V60H80Z" clip-path="url(#${clip})" transform="translate(5 0)"/>`;
   assert.equal(await editor.text(), other.replace(square("q", 20), `$&${made}`));
   assert.match(await editor.page.evaluate(() => told.messages.at(-1)), /cannot leave their page/);
+  assert.deepEqual(await editor.ids(), ["path"]);
   await editor.press("Control+v", "Control+z", "Control+z");
   assert.equal(await editor.text(), other);
 
