@@ -1,7 +1,10 @@
 #include "entry/document_facts.h"
 
 #include "dialogs/dialogs.h"
+#include "entry/page_proxies.h"
 #include "reader/document/signatures.h"
+#include "reader/image/thumbnail.h"
+#include "reader/page/page_labels.h"
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
 #include "runtime/extension.h"
@@ -9,6 +12,7 @@
 #include "writer/mend/mend_plan.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
 
 namespace corvane {
@@ -53,11 +57,35 @@ void tellPages(DocumentCache& cache) {
         return;
     }
     const std::int32_t count = countCache(cache);
+    const bool lists = extension->pageListing != nullptr;
+    std::optional<PageLabels> labels;
+    if (lists) {
+        labels.emplace(cache);
+    }
     for (std::int32_t page = 1; page <= count; ++page) {
         if (page % pagesPerCheck == 0 && callHost(slot::checkUserAbort)) {
             failException(Exception::cancelled);
         }
-        extension->pageFacts(extension->context, pageFactsCache(cache, page));
+        PageListing listing;
+        listing.page = page;
+        extension->pageFacts(extension->context, pageFactsCache(cache, page, [&] {
+                                 listing.hasThumbnail = lists && namesThumbnail(cache);
+                             }));
+        if (lists) {
+            const std::string label = labels->of(page);
+            listing.label = label;
+            extension->pageListing(extension->context, listing);
+        }
+    }
+}
+
+void tellThumbnail(DocumentCache& cache, std::int32_t page) {
+    const auto extension = knownExtension();
+    Thumbnail thumbnail;
+    if (selectProxy(cache, page, thumbnail)) {
+        extension->pageThumbnail(
+            extension->context,
+            {.width = thumbnail.width, .height = thumbnail.height, .pixels = thumbnail.pixels});
     }
 }
 

@@ -141,11 +141,18 @@ std::uint32_t check(const ParameterBlock& block) {
 }
 
 std::uint32_t info(ParameterBlock& block) {
+    const auto extension = knownExtension();
+    if (extension && extension->pageThumbnail != nullptr && hostNamesPage()) {
+        DocumentSession session(block, PageReach::wanted);
+        selectPage(session.cache(), session.page());
+        tellThumbnail(session.cache(), session.page());
+        session.close();
+        return 0;
+    }
     DocumentSession session(block);
     tellDocument(session.cache(), CountObjects::yes);
     tellSignatures(session.cache());
     tellPages(session.cache());
-    const auto extension = knownExtension();
     if (extension && extension->drawnImage != nullptr && hostNamesPage()) {
         usePage(session);
         readCache(session.cache()); // tells of each image where it is drawn

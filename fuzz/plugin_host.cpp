@@ -3,6 +3,7 @@
 #include "entry/document_session.h"
 #include "host/files.h"
 #include "host/memory.h"
+#include "host/utf8.h"
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
 #include "runtime/rules.h"
@@ -61,6 +62,10 @@ PluginHost::PluginHost(Bytes file, Profile profile, std::int32_t page)
     extension_.profile = profile;
     extension_.wantedPage = page;
     extension_.context = this;
+    extension_.pageFacts = [](void*, const PageFacts&) {};
+    extension_.pageListing = [](void*, const PageListing& listing) {
+        require(listing.page > 0 && isUtf8(listing.label));
+    };
     extension_.pageIdentity = [](void* context, const PageIdentity& identity) {
         auto& host = *static_cast<PluginHost*>(context);
         host.identity_ = identity.digest;

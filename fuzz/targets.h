@@ -47,6 +47,7 @@ void fuzzImageFile(Bytes input);
 void fuzzEpsf(Bytes input);
 void fuzzJpx(Bytes input);
 void fuzzJbig2(Bytes input);
+void fuzzWebRequest(Bytes input); ///< where the program is built with `serve`
 
 /// Bytes of the zone, and of the artwork, that one input may take.
 inline constexpr std::int64_t memoryLimit = std::int64_t{64} << 20;

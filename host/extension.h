@@ -41,6 +41,20 @@ struct PageFacts {
     double userUnit = 1.0;
 };
 
+/// What a list of pages can show of a page besides its facts.
+struct PageListing {
+    std::int32_t page = 0;     ///< from 1
+    std::string_view label;    ///< what the file calls it, "iv", UTF-8; empty: nothing
+    bool hasThumbnail = false; ///< it says so; whether that can be read is not known
+};
+
+/// The small picture of itself that a page carries.
+struct PageThumbnail {
+    std::int32_t width = 0; ///< pixels
+    std::int32_t height = 0;
+    std::span<const std::byte> pixels; ///< 0, red, green and blue of each, top row first
+};
+
 /// Facts of the whole file: by selector `info`, before the first page's, and before a page is
 /// opened or saved.
 struct DocumentFacts {
@@ -169,7 +183,7 @@ struct DrawnImageFacts {
 /// Versions only add fields at the end. A host states the version that its record was made for; the
 /// plug-in reads no further, and takes what is missing as not filled (runtime/extension.h).
 struct HostExtension {
-    static constexpr std::uint32_t currentVersion = 7;
+    static constexpr std::uint32_t currentVersion = 8;
 
     // Version 1.
 
@@ -244,6 +258,14 @@ struct HostExtension {
 
     // Version 7: strokes have pens, art overprints, custom colours are added. The callback table
     // has slot 366.
+
+    // Version 8.
+
+    /// Told for each page, by selector `info`, behind the page's own facts.
+    void (*pageListing)(void* context, const PageListing&) = nullptr;
+    /// A host that wants it is told by selector `info` of the page that it names, and of nothing
+    /// else; and not even that where the page has none, or it cannot be read.
+    void (*pageThumbnail)(void* context, const PageThumbnail&) = nullptr;
 };
 
 /// Registers (null: removes) the record of the host of this process; not an owner.

@@ -101,6 +101,10 @@ inline constexpr std::int64_t shadingPixels = 4'000'000;
 /// Layers of optional content that are looked at: real files have some hundred.
 inline constexpr std::int32_t contentLayers = 1 << 16;
 
+/// Ranges of page labels, and nodes of their tree: a file with a label of its own for each page has
+/// some thousand.
+inline constexpr std::int32_t labelRanges = 1 << 16;
+
 /// Conditions within one another that say where a layer shows.
 inline constexpr std::int32_t visibilityNesting = 32;
 

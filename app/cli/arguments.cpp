@@ -131,6 +131,9 @@ private:
         case OptionKind::output:
             arguments_.output = value;
             break;
+        case OptionKind::thumbnail:
+            arguments_.thumbnail = value;
+            break;
         case OptionKind::editor:
             arguments_.editor = value;
             break;
@@ -241,6 +244,8 @@ private:
                      std::string(command_->name);
         } else if (command_->command == Command::save && arguments_.output == "-") {
             fault_ = "--output takes the name of a file, not -";
+        } else if (!arguments_.thumbnail.empty() && arguments_.page == 0) {
+            fault_ = "--thumbnail needs the page, --page N";
         } else if (command_->command == Command::inkscape &&
                    arguments_.extensions == ExtensionWish::none) {
             fault_ = "the command inkscape needs --install or --remove";

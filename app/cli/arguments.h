@@ -44,6 +44,7 @@ struct Arguments {
     std::string editor = {}; ///< `edit`: the command that starts it; empty leaves it to us
     PartPlace imagePlace = PartPlace::folder;
     std::string images; ///< folder for pictures, where `imagePlace` says so; empty leaves it to us
+    std::string thumbnail = {}; ///< `info`: path of the PNG that shows the page; empty: none
     PartPlace fontPlace = PartPlace::artwork;
     bool placesLetters = false; ///< each letter of the artwork gets a place of its own
     std::string fonts = {};     ///< folder for fonts, where `fontPlace` says so

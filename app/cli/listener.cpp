@@ -72,6 +72,26 @@ HostExtension Listener::makeExtension() {
         Listener& to = listener(context);
         to.remember([&] { to.report_.pages.push_back(facts); });
     };
+    extension.pageListing = [](void* context, const PageListing& listing) {
+        Listener& to = listener(context);
+        to.remember([&] {
+            if (!listing.label.empty()) {
+                to.report_.pageLabels.emplace(listing.page, listing.label);
+            }
+            if (listing.hasThumbnail) {
+                to.report_.pagesWithThumbnail.insert(listing.page);
+            }
+        });
+    };
+    if (!arguments_.thumbnail.empty()) {
+        extension.pageThumbnail = [](void* context, const PageThumbnail& told) {
+            Listener& to = listener(context);
+            to.remember([&] {
+                to.report_.thumbnail =
+                    Thumbnail{told.width, told.height, {told.pixels.begin(), told.pixels.end()}};
+            });
+        };
+    }
     extension.pageIdentity = [](void* context, const PageIdentity& identity) {
         listener(context).report_.source.identity = identity;
     };

@@ -22,6 +22,7 @@ enum class OptionKind : std::uint8_t {
     jobs,
     output,
     editor,
+    thumbnail,
     images,
     fonts,
     text,

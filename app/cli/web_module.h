@@ -5,6 +5,7 @@
 #include "app/cli/arguments.h"
 #include "app/cli/fault.h"
 
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <string>
@@ -16,6 +17,8 @@ struct ServeCall {
     /// Called once the page can be opened.
     std::function<void(const std::string& address)> tellAddress;
     std::optional<Fault> fault = {}; ///< what the end was, unless it was meant
+    /// Without a page that says it is open, it ends.
+    std::chrono::nanoseconds silence = std::chrono::minutes(10);
 };
 
 /// What the library exports: follows the command. Raises nothing.

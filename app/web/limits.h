@@ -36,9 +36,6 @@ inline constexpr std::size_t linger = 256 * 1024;
 /// Between two looks whether the server ends, or a client has gone.
 inline constexpr auto turn = 200ms;
 
-/// Without a page that says it is open, the server ends.
-inline constexpr auto silence = 10min;
-
 /// Files of a folder; more than a person looks through.
 inline constexpr std::size_t files = 10'000;
 
@@ -59,6 +56,12 @@ inline constexpr auto saveTime = 300s;
 
 /// Openings that are kept for the page to fetch. It does so at once.
 inline constexpr std::size_t artworks = 32;
+
+/// Of a file as it was before an update: a copy of it lies in the folder for temporary files, which
+/// may be memory, while the page of then is drawn.
+inline constexpr std::int64_t formerBytes = std::int64_t{512} << 20;
+/// Such copies at a time: the page compares two.
+inline constexpr int formerFiles = 2;
 
 /// Pictures that are kept, and their bytes: those of a few thousand usual pages.
 inline constexpr std::size_t pictures = 4'000;

@@ -3,9 +3,8 @@
 #include "app/cli/edit/editor_process.h"
 #include "app/cli/messages.h"
 #include "app/cli/programs/installed_program.h"
-#include "app/web/gate.h"
-#include "app/web/http_server.h"
-#include "app/web/limits.h"
+#include "app/web/http/gate.h"
+#include "app/web/http/http_server.h"
 #include "app/web/service.h"
 
 #include <cerrno>
@@ -79,7 +78,7 @@ void runUntilEnded(const ServeCall& call) {
     call.tellAddress(gate.address());
     announce(arguments, "the page is at this address, for you alone; Ctrl-C ends it");
     auto browser = openBrowser(arguments, gate.addressForBrowser());
-    while (!signals.await()) {
+    do {
         if (browser) {
             browser->ended();
         }
@@ -87,11 +86,11 @@ void runUntilEnded(const ServeCall& call) {
             throw Failure(
                 {code::io, "the system gives the page no more connections; start it again"});
         }
-        if (!arguments.stays && service.life().silence() > limits::silence) {
+        if (!arguments.stays && service.life().silence() > call.silence) {
             announce(arguments, "no page has been open for ten minutes; --stay goes on");
             break;
         }
-    }
+    } while (!signals.await());
     service.end();
     server.end();
 }

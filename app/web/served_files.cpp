@@ -31,18 +31,55 @@ bool hasPdfName(const fs::path& path) {
     return ending == ".pdf";
 }
 
-std::vector<std::string> filesIn(const std::string& folder) {
+/// The first of a folder by their names, and how many there are besides.
+struct FolderFiles {
     std::vector<std::string> paths;
-    std::error_code error;
-    for (fs::directory_iterator entry(folder, error), end;
-         !error && entry != end && paths.size() < limits::files; entry.increment(error)) {
-        std::error_code unknown;
-        if (hasPdfName(entry->path()) && entry->is_regular_file(unknown)) {
-            paths.push_back(entry->path().string());
+    std::int64_t leftOut = 0;
+};
+
+/// Keeps the first paths of all, with room for as many more, so that a folder of millions takes
+/// little memory.
+class FirstPaths {
+public:
+    void add(std::string path) {
+        paths_.push_back(std::move(path));
+        ++count_;
+        if (paths_.size() >= 2 * limits::files) {
+            cut();
         }
     }
-    std::ranges::sort(paths);
-    return paths;
+
+    FolderFiles sorted() {
+        cut();
+        std::ranges::sort(paths_);
+        const auto left = count_ - std::ssize(paths_);
+        return {std::move(paths_), left};
+    }
+
+private:
+    void cut() {
+        if (paths_.size() > limits::files) {
+            const auto end = paths_.begin() + static_cast<std::ptrdiff_t>(limits::files);
+            std::ranges::nth_element(paths_, end);
+            paths_.erase(end, paths_.end());
+        }
+    }
+
+    std::vector<std::string> paths_;
+    std::int64_t count_ = 0;
+};
+
+FolderFiles filesIn(const std::string& folder) {
+    FirstPaths paths;
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+         entry.increment(error)) {
+        std::error_code unknown;
+        if (hasPdfName(entry->path()) && entry->is_regular_file(unknown)) {
+            paths.add(entry->path().string());
+        }
+    }
+    return paths.sorted();
 }
 
 std::string timeText(std::time_t seconds) {
@@ -64,7 +101,7 @@ ServedFiles::ServedFiles(const std::vector<std::string>& names) : names_(names) 
             requireReadable(name);
         }
     }
-    if (refreshed().empty()) {
+    if (refreshed().numbers.empty()) {
         throw Failure({code::access, "there is no PDF in the folder; name another"});
     }
 }
@@ -78,28 +115,30 @@ std::int32_t ServedFiles::numberOf(const std::string& path) {
     return place->second;
 }
 
-std::vector<std::int32_t> ServedFiles::refreshed() {
-    std::vector<std::int32_t> numbers;
+ServedFiles::Listing ServedFiles::refreshed() {
+    Listing listing;
     std::set<std::int32_t> seen;
     const auto add = [&](const std::string& path) {
         const std::int32_t number = numberOf(path);
         if (seen.insert(number).second) {
-            numbers.push_back(number);
+            listing.numbers.push_back(number);
         }
     };
     for (const std::string& name : names_) {
         if (isFolder(name)) {
-            std::ranges::for_each(filesIn(name), add);
+            const FolderFiles files = filesIn(name);
+            std::ranges::for_each(files.paths, add);
+            listing.leftOut += files.leftOut;
         } else {
             add(name);
         }
     }
-    return numbers;
+    return listing;
 }
 
 std::string ServedFiles::listJson() {
     const std::lock_guard lock(mutex_);
-    const auto numbers = refreshed();
+    const auto [numbers, leftOut] = refreshed();
     std::map<std::string, int> uses;
     for (const std::int32_t number : numbers) {
         ++uses[nameOf(paths_[static_cast<std::size_t>(number) - 1])];
@@ -118,7 +157,8 @@ std::string ServedFiles::listJson() {
         json.name("size").integer(facts.st_size);
         json.name("modified").text(timeText(facts.st_mtime)).closeObject();
     }
-    return json.closeArray().closeObject().result();
+    json.closeArray().name("leftOut").integer(leftOut);
+    return json.closeObject().result();
 }
 
 std::optional<std::string> ServedFiles::path(std::int32_t number) const {

@@ -25,8 +25,13 @@ public:
     std::optional<std::string> path(std::int32_t number) const;
 
 private:
+    struct Listing {
+        std::vector<std::int32_t> numbers;
+        std::int64_t leftOut = 0; ///< of folders with more files than are listed
+    };
+
     /// Looks through the folders again.
-    std::vector<std::int32_t> refreshed();
+    Listing refreshed();
     std::int32_t numberOf(const std::string& path);
 
     const std::vector<std::string> names_;

@@ -4,16 +4,17 @@
 #include "app/cli/fault.h"
 #include "app/cli/terminal/password.h"
 #include "app/web/child.h"
+#include "app/web/file_start.h"
+#include "app/web/http/secret.h"
 #include "app/web/limits.h"
 #include "app/web/page_files.h"
-#include "app/web/secret.h"
+#include "app/web/passing_file.h"
 #include "toolbox/descriptor.h"
 
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <fcntl.h>
-#include <sys/sendfile.h>
 #include <thread>
 #include <unistd.h>
 
@@ -103,38 +104,12 @@ std::optional<std::int64_t> endAfter(std::string_view log, std::int32_t update) 
     return offset && size ? std::optional(*offset + *size) : std::nullopt;
 }
 
-std::error_code copyStart(const std::string& from, const std::string& to, std::int64_t length) {
-    const Descriptor source(::open(from.c_str(), O_RDONLY | O_CLOEXEC));
-    const Descriptor target(::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-    if (!source || !target) {
-        return lastError();
-    }
-    while (length > 0) {
-        const ssize_t count =
-            sendfile(target.number(), source.number(), nullptr, static_cast<std::size_t>(length));
-        if (count <= 0) {
-            return count < 0 ? lastError() : std::make_error_code(std::errc::io_error); // cut short
-        }
-        length -= count;
-    }
-    return {};
-}
-
-/// A file that goes with the object.
-class PassingFile {
-public:
-    explicit PassingFile(std::string path) : path_(std::move(path)) {}
-    ~PassingFile() { unlink(path_.c_str()); }
-    PassingFile(const PassingFile&) = delete;
-    PassingFile& operator=(const PassingFile&) = delete;
-
-    const std::string& path() const { return path_; }
-
-private:
-    std::string path_;
-};
-
 } // namespace
+
+struct Service::FormerFile {
+    Places::Place place;
+    PassingFile file;
+};
 
 struct Service::Work {
     std::vector<std::string> words;
@@ -147,7 +122,8 @@ struct Service::Work {
 Service::Service(const Arguments& arguments, std::string program)
     : arguments_(arguments), program_(std::move(program)), password_(statedPassword(arguments)),
       files_(arguments.files), artworks_(limits::artworks, limits::body * 2),
-      pictures_(limits::pictures, limits::pictureBytes), places_(placeCount()) {}
+      pictures_(limits::pictures, limits::pictureBytes), places_(placeCount()),
+      formerPlaces_(limits::formerFiles) {}
 
 std::string Service::newPath(const char* ending) {
     return folder_.path() + "/" + std::to_string(++paths_) + ending;
@@ -206,6 +182,8 @@ Answer Service::answer(const WebRequest& request) {
         return open(request, *file);
     case Kind::picture:
         return picture(request, *file);
+    case Kind::thumbnail:
+        return thumbnail(request, *file);
     case Kind::revert:
         return revert(request, *file);
     default:
@@ -240,13 +218,14 @@ std::vector<std::string> Service::openingWords(const WebRequest& request, const 
 
 Answer Service::open(const WebRequest& request, const std::string& file) {
     const std::string token = newSecret();
-    const std::string path = folder_.path() + "/" + token + ".svg"; // no other opening has its name
-    Work work{openingWords(request, file, path), limits::openTime};
+    PassingFile art(folder_.path() + "/" + token + ".svg"); // no other opening has its name
+    Work work{openingWords(request, file, art.path()), limits::openTime};
     work.fileSize = limits::body; // what is longer could not be sent back
     const ChildEnd end = run(request, work);
     std::string value = "null";
     if (end.status == 0) {
-        artworks_.keep(token, path);
+        artworks_.keep(token, art.path());
+        art.letGo();
         value = "\"" + token + "\"";
     }
     return {.body = "{\"artwork\":" + value +
@@ -262,20 +241,22 @@ Answer Service::artwork(const WebRequest& request) {
     return {.type = "image/svg+xml", .file = file};
 }
 
-std::optional<std::string> Service::fileAfter(const WebRequest& request, const std::string& file,
-                                              std::int32_t update) {
+std::optional<Service::FormerFile> Service::fileAfter(const WebRequest& request,
+                                                      const std::string& file) {
+    const auto isUnwanted = [&] { return isEnding_ || request.isLeft(); };
+    auto place = formerPlaces_.take(Places::Need::person, isUnwanted);
+    if (!place) {
+        throw Failure({code::cancelled, "cancelled"});
+    }
     const ChildEnd log =
         run(request, {{"log", "--", file}, limits::lookTime, Places::Need::picture});
-    const auto end = endAfter(log.output, update);
+    const auto end = endAfter(log.output, *request.route.update);
     if (!end) {
         return std::nullopt;
     }
-    std::string copy = newPath(".pdf");
-    if (const auto error = copyStart(file, copy, *end)) {
-        unlink(copy.c_str());
-        throw Failure(outputFault("a copy of the file", error));
-    }
-    return copy;
+    FormerFile former{*std::move(place), PassingFile(newPath(".pdf"))};
+    copyStart(file, former.file.path(), *end, isUnwanted);
+    return former;
 }
 
 Answer Service::picture(const WebRequest& request, const std::string& file) {
@@ -289,24 +270,42 @@ Answer Service::picture(const WebRequest& request, const std::string& file) {
     }
     auto picture = pictures_.find(name);
     if (!picture) {
-        const std::string path = newPath(".svg");
-        const auto copy = route.update ? fileAfter(request, file, *route.update) : file;
-        if (!copy) {
+        const auto former = route.update ? fileAfter(request, file) : std::nullopt;
+        if (route.update && !former) {
             return refusal(404, {code::access, "the file has no such update"});
         }
-        std::optional<PassingFile> former;
-        if (route.update) {
-            former.emplace(*copy);
-        }
-        Work work{openingWords(request, *copy, path), limits::pictureTime, Places::Need::picture};
+        PassingFile art(newPath(".svg"));
+        Work work{openingWords(request, former ? former->file.path() : file, art.path()),
+                  limits::pictureTime, Places::Need::picture};
         work.fileSize = limits::pictureBytes;
         const ChildEnd end = run(request, work);
         if (end.status != 0) {
             return {.status = 422, .body = end.output};
         }
-        picture = pictures_.keep(name, path);
+        picture = pictures_.keep(name, art.path());
+        art.letGo();
     }
     return {.type = "image/svg+xml", .file = picture};
+}
+
+/// Not kept: it is small, and made in a few milliseconds.
+Answer Service::thumbnail(const WebRequest& request, const std::string& file) {
+    const PassingFile png(newPath(".png"));
+    Work work{{"info", "--page", std::to_string(request.route.page), "--thumbnail", png.path(),
+               "--", file},
+              limits::pictureTime,
+              Places::Need::picture};
+    work.fileSize = limits::pictureBytes;
+    const ChildEnd end = run(request, work);
+    if (end.status != 0) {
+        return {.status = 422, .body = end.output};
+    }
+    auto bytes =
+        std::make_shared<const Descriptor>(::open(png.path().c_str(), O_RDONLY | O_CLOEXEC));
+    if (!*bytes) {
+        throw Failure(outputFault("the small picture", lastError()));
+    }
+    return {.type = "image/png", .file = std::move(bytes)};
 }
 
 Answer Service::save(const WebRequest& request, const std::string& file) {

@@ -2,14 +2,14 @@
 #pragma once
 
 #include "app/cli/arguments.h"
-#include "app/cli/edit/art_folder.h"
-#include "app/web/answer.h"
 #include "app/web/child.h"
-#include "app/web/http_server.h"
+#include "app/web/http/answer.h"
+#include "app/web/http/http_server.h"
 #include "app/web/kept_files.h"
 #include "app/web/life.h"
 #include "app/web/places.h"
 #include "app/web/served_files.h"
+#include "app/web/work_folder.h"
 
 #include <atomic>
 #include <optional>
@@ -33,21 +33,22 @@ public:
 
 private:
     struct Work;
+    struct FormerFile;
 
     Answer page(const WebRequest& request) const;
     Answer look(const WebRequest& request, const std::string& file, const char* command);
     Answer open(const WebRequest& request, const std::string& file);
     Answer artwork(const WebRequest& request);
     Answer picture(const WebRequest& request, const std::string& file);
+    Answer thumbnail(const WebRequest& request, const std::string& file);
     Answer save(const WebRequest& request, const std::string& file);
     Answer revert(const WebRequest& request, const std::string& file);
 
     /// What the command printed. Raises `Failure` where its process did not end by itself.
     ChildEnd run(const WebRequest& request, const Work& work);
-    /// The path of the file as it was after an update, in the private folder; none where there is
-    /// no such update.
-    std::optional<std::string> fileAfter(const WebRequest& request, const std::string& file,
-                                         std::int32_t update);
+    /// A copy of the file as it was after the update that is asked for, in the private folder; none
+    /// where there is no such update.
+    std::optional<FormerFile> fileAfter(const WebRequest& request, const std::string& file);
     std::string newPath(const char* ending);
     std::vector<std::string> openingWords(const WebRequest& request, const std::string& file,
                                           const std::string& artwork) const;
@@ -56,10 +57,11 @@ private:
     const std::string program_;
     std::optional<std::string> password_; ///< of all files, where one was given at the start
     ServedFiles files_;
-    ArtFolder folder_;
+    WorkFolder folder_;
     KeptFiles artworks_;
     KeptFiles pictures_;
     Places places_;
+    Places formerPlaces_; ///< of copies of files as they were
     Life life_;
     std::atomic<bool> isEnding_ = false;
     std::atomic<int> paths_ = 0;

@@ -18,6 +18,7 @@
 #include "runtime/work_meter.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -172,8 +173,10 @@ std::int32_t rotateCache(DocumentCache& cache);
 /// Points of one unit of the page, 1.0 where it says nothing.
 double userUnitCache(DocumentCache& cache);
 PageFacts factsCache(DocumentCache& cache);
-/// The facts of any page, quickly; no page is in use afterwards.
-PageFacts pageFactsCache(DocumentCache& cache, std::int32_t number);
+/// The facts of any page, quickly; no page is in use afterwards. `see`, where given, is called
+/// while it is in use.
+PageFacts pageFactsCache(DocumentCache& cache, std::int32_t number,
+                         const std::function<void()>& see = {});
 
 /// Draws the page in use into the host's document.
 void readCache(DocumentCache& cache);

@@ -22,11 +22,15 @@ Thumbnail decoded(DocumentCache& cache, const Object& stream) {
     thumbnail.pixels.assign(image.rowBytes() * static_cast<std::size_t>(image.height()),
                             std::byte{0xFF});
     const Chain rows = image.open();
-    readFilter(*rows.top(), thumbnail.pixels);
-    return thumbnail;
+    const std::size_t count = readFilter(*rows.top(), thumbnail.pixels);
+    return count == thumbnail.pixels.size() ? thumbnail : Thumbnail();
 }
 
 } // namespace
+
+bool namesThumbnail(DocumentCache& cache) {
+    return typeObject(findEntry(cache, cache.page.get(), "Thumb")) == ObjectType::reference;
+}
 
 Thumbnail thumbCache(DocumentCache& cache) {
     Thumbnail thumbnail;

@@ -15,8 +15,11 @@ struct Thumbnail {
     std::vector<std::byte> pixels; ///< 0, red, green and blue of each, top row first
 };
 
-/// Of the page in use. None where it is no image of a device's colours, or larger than a chooser
-/// shows.
+/// Whether the page in use names one.
+bool namesThumbnail(DocumentCache& cache);
+
+/// Of the page in use. None where it is no image of a device's colours, larger than a chooser
+/// shows, or cut short.
 Thumbnail thumbCache(DocumentCache& cache);
 
 } // namespace corvane

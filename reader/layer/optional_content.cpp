@@ -1,7 +1,7 @@
 #include "reader/layer/optional_content.h"
 
+#include "reader/document/text_string.h"
 #include "reader/font/font_entries.h"
-#include "reader/layer/text_string.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 #include "runtime/callbacks.h"

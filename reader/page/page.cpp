@@ -239,9 +239,13 @@ PageFacts factsCache(DocumentCache& cache) {
             .userUnit = userUnitCache(cache)};
 }
 
-PageFacts pageFactsCache(DocumentCache& cache, std::int32_t number) {
+PageFacts pageFactsCache(DocumentCache& cache, std::int32_t number,
+                         const std::function<void()>& see) {
     usePage(cache, number, false);
     const PageFacts facts = factsCache(cache);
+    if (see) {
+        see();
+    }
     forgetPage(cache);
     // What pages share stays cached; each page's own dictionary is not needed again.
     if (facts.objectNumber != 0) {

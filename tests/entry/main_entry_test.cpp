@@ -75,6 +75,12 @@ TEST_F(EntryTest, FactsForAHostThatAsks) {
                         std::to_string(told.objectNumber) + ", turned " +
                         std::to_string(told.rotate) + ", to " + std::to_string(told.cropBox.right));
     };
+    extension_.pageListing = [](void*, const PageListing& listing) {
+        if (!listing.label.empty() || listing.hasThumbnail) {
+            facts.push_back("page " + std::to_string(listing.page) + " is called " +
+                            std::string(listing.label) + (listing.hasThumbnail ? ", shown" : ""));
+        }
+    };
     extension_.context = &facts;
     setHostExtension(&extension_);
     const std::string document = "1 pages, 4 objects, 0 updates, 1.4";
@@ -83,6 +89,29 @@ TEST_F(EntryTest, FactsForAHostThatAsks) {
     EXPECT_EQ(call(16), 0U);
     EXPECT_THAT(std::exchange(facts, {}),
                 ElementsAre(document, "page 1 is 3, turned 90, to 9.000000"));
+    PdfBuilder listed = PdfBuilder::onePage(drawing, "/Thumb 5 0 R");
+    listed.object(1, "<</Pages 2 0 R/PageLabels<</Nums[0<</S/r/St 4>>]>>>>")
+        .stream(5, "abcdef", "/Width 2 /Height 1 /BitsPerComponent 8 /ColorSpace /DeviceRGB");
+    use("listed.pdf", listed.bytes());
+    EXPECT_EQ(call(16), 0U);
+    EXPECT_THAT(std::exchange(facts, {}), ::testing::Contains("page 1 is called iv, shown"));
+    extension_.version = 7; // an older host, whose record is shorter
+    EXPECT_EQ(call(16), 0U);
+    EXPECT_THAT(std::exchange(facts, {}), ::testing::SizeIs(2));
+
+    extension_.version = HostExtension::currentVersion;
+    extension_.pageThumbnail = [](void*, const PageThumbnail& told) {
+        facts.push_back(std::to_string(told.width) + " x " + std::to_string(told.height) + ", " +
+                        std::to_string(told.pixels.size()) + " bytes");
+    };
+    extension_.wantedPage = 1;
+    EXPECT_EQ(call(16), 0U);
+    EXPECT_THAT(std::exchange(facts, {}), ElementsAre("2 x 1, 8 bytes"));
+    use("in.pdf", pages(1));
+    EXPECT_EQ(call(16), 0U);
+    EXPECT_THAT(std::exchange(facts, {}), IsEmpty());
+    extension_.wantedPage = 2;
+    EXPECT_EQ(call(16), resultStopped) << "there is no such page";
 }
 
 TEST_F(EntryTest, OpeningAsAHostDoesIt) {

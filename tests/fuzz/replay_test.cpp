@@ -48,5 +48,10 @@ INSTANTIATE_TEST_SUITE_P(
                       Target{"jbig2", fuzzJbig2}, Target{"epsf", fuzzEpsf}),
     [](const auto& target) { return target.param.name; });
 
+#ifdef CORVANE_WITH_WEB
+INSTANTIATE_TEST_SUITE_P(Web, Replay, ::testing::Values(Target{"web_request", fuzzWebRequest}),
+                         [](const auto& target) { return target.param.name; });
+#endif
+
 } // namespace
 } // namespace corvane::fuzz

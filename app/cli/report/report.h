@@ -6,9 +6,11 @@
 #include "app/cli/fault.h"
 #include "host/extension.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -54,15 +56,25 @@ struct DrawnImage {
     std::string filters;
 };
 
+/// `PageThumbnail` that outlives the call which told it.
+struct Thumbnail {
+    std::int32_t width = 0; ///< pixels
+    std::int32_t height = 0;
+    std::vector<std::byte> pixels; ///< 0, red, green and blue of each, top row first
+};
+
 struct Report {
     std::optional<FileFacts> file;
     std::optional<SignatureFacts> signatures; ///< where there are any
     std::optional<Damage> damage;             ///< `check`
     std::vector<PageFacts> pages;
-    std::vector<DrawnImage> drawnImages; ///< `info` of a page
+    std::map<std::int32_t, std::string> pageLabels; ///< of pages that have one, by their numbers
+    std::set<std::int32_t> pagesWithThumbnail;      ///< those that say so
+    std::optional<Thumbnail> thumbnail;             ///< `info --thumbnail`
+    std::vector<DrawnImage> drawnImages;            ///< `info` of a page
     Provenance source;  ///< the page that was opened, or that the artwork to save came from
     ImageCounts images; ///< `open`
-    std::string output; ///< path of what was made: artwork, or a PDF; empty where nothing was
+    std::string output; ///< path of what was made: artwork, a PDF, a picture; empty: nothing
     std::map<std::string, std::int32_t> ignored; ///< kinds of SVG that artwork cannot hold
     std::optional<SavedFacts> saved;
     std::vector<std::string> layersLeftOut; ///< titles

@@ -28,8 +28,14 @@ void addBox(JsonWriter& json, std::string_view name, const Box& box) {
     json.real(box.left).real(box.bottom).real(box.right).real(box.top).closeArray();
 }
 
-void addPage(JsonWriter& json, const PageFacts& page) {
+void addPage(JsonWriter& json, const PageFacts& page, const Report& report) {
     json.openObject().name("page").integer(page.page);
+    if (const auto label = report.pageLabels.find(page.page); label != report.pageLabels.end()) {
+        json.name("label").text(label->second);
+    }
+    if (report.pagesWithThumbnail.contains(page.page)) {
+        json.name("thumbnail").boolean(true);
+    }
     json.name("object").integer(page.objectNumber);
     json.name("generation").integer(page.generation);
     addBox(json, "mediaBox", page.mediaBox);
@@ -43,6 +49,15 @@ void addOutput(JsonWriter& json, const Report& report) {
         json.name("output").null();
     } else {
         addPath(json, "output", report.output);
+    }
+}
+
+/// Null where the page has none.
+void addThumbnail(JsonWriter& json, const Report& report) {
+    if (report.output.empty()) {
+        json.name("thumbnail").null();
+    } else {
+        addPath(json, "thumbnail", report.output);
     }
 }
 
@@ -258,7 +273,7 @@ void addSignatures(JsonWriter& json, const Report& report) {
 void addPages(JsonWriter& json, const Report& report) {
     json.name("pages").openArray();
     for (const PageFacts& page : report.pages) {
-        addPage(json, page);
+        addPage(json, page, report);
     }
     json.closeArray();
 }
@@ -314,7 +329,9 @@ void addFacts(JsonWriter& json, const Arguments& arguments, const Report& report
     if (arguments.command == Command::info) {
         addSignatures(json, report);
         addPages(json, report);
-        if (arguments.page != 0) {
+        if (!arguments.thumbnail.empty()) {
+            addThumbnail(json, report);
+        } else if (arguments.page != 0) {
             addDrawnImages(json, report);
         }
     }

@@ -110,6 +110,8 @@ TEST(Arguments, BadUsageIsNamed) {
         {{"save", "a.svg", "a.pdf", "--output", "-"}, "--output takes"},
         {{"save", "a.svg", "a.pdf", "--force=1"}, "takes no value"},
         {{"open", "a.pdf", "--page", "1", "--dry-run"}, "--dry-run does not go with open"},
+        {{"open", "a.pdf", "--thumbnail", "a.png"}, "--thumbnail does not go with open"},
+        {{"info", "a.pdf", "--thumbnail", "a.png"}, "needs the page"},
         {{"log", "a.pdf", "--force"}, "--force does not go with log"},
         {{"open", "a.pdf", "--plain"}, "--plain does not go with open"},
         {{"revert"}, "needs a file"},

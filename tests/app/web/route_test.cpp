@@ -1,4 +1,4 @@
-#include "app/web/route.h"
+#include "app/web/http/route.h"
 
 #include <gtest/gtest.h>
 #include <string>
@@ -18,6 +18,7 @@ TEST(Route, IsOneOfATable) {
     };
     for (const Row& row :
          {Row{"/", Kind::page, 0, 0}, Row{"/app.js", Kind::page, 0, 0},
+          Row{"/api/files/3/pages/2/thumbnail", Kind::thumbnail, 3, 2},
           Row{"/api/files", Kind::files, 0, 0}, Row{"/api/files/12", Kind::info, 12, 0},
           Row{"/api/files/1/log", Kind::log, 1, 0}, Row{"/api/files/1/revert", Kind::revert, 1, 0},
           Row{"/api/files/2/pages/30/open", Kind::open, 2, 30},

@@ -165,6 +165,31 @@ TEST_F(Serve, AFoldersFilesAreThoseThatAreThere) {
     EXPECT_TRUE(holds(run({"serve", "empty"}).errors, "no PDF in the folder"));
 }
 
+TEST_F(Serve, PagesOwnPicturesAreThoseThatCanBeRead) {
+    test::PdfBuilder file;
+    file.object(1, "<< /Pages 2 0 R >>")
+        .object(2, "<< /Kids [3 0 R 4 0 R 5 0 R] /Count 3 /MediaBox [0 0 200 100] >>")
+        .object(3, "<< /Type /Page /Parent 2 0 R /Thumb 6 0 R >>")
+        .object(4, "<< /Type /Page /Parent 2 0 R >>")
+        .object(5, "<< /Type /Page /Parent 2 0 R /Thumb 7 0 R >>")
+        .stream(6, "abcdef", "/Width 2 /Height 1 /BitsPerComponent 8 /ColorSpace /DeviceRGB")
+        .stream(7, "x", "/Width 99999 /Height 99999 /BitsPerComponent 8 /ColorSpace /DeviceRGB");
+    folder_.add("a.pdf", file.bytes());
+    const Served served(folder_.path(), {"a.pdf"});
+    const std::string pages = "/api/files/1/pages/";
+    const Reply picture = served.get(pages + "1/thumbnail");
+    EXPECT_EQ(picture.status, 200);
+    EXPECT_TRUE(picture.body.starts_with("\x89PNG")) << picture.head;
+    EXPECT_EQ(served.get(pages + "2/thumbnail").status, 422) << "it has none";
+    EXPECT_EQ(served.get(pages + "3/thumbnail").status, 422) << "too large";
+    EXPECT_EQ(served.get(pages + "4/thumbnail").status, 422) << "no such page";
+    const JsonValue info = served.get("/api/files/1").json();
+    const auto& listed = info.find("pages")->items;
+    ASSERT_EQ(listed.size(), 3U);
+    EXPECT_NE(listed[0].find("thumbnail"), nullptr);
+    EXPECT_EQ(listed[1].find("thumbnail"), nullptr);
+}
+
 TEST_F(Serve, PasswordsComeWithRequests) {
     if (!test::isInstalled("qpdf")) {
         GTEST_SKIP() << "needs qpdf";

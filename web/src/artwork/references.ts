@@ -3,7 +3,7 @@ import type { Artwork } from "./artwork";
 
 const referencePattern = /url\(\s*["']?#([^"')]+)["']?\s*\)/g;
 
-function namesIn(element: Element): string[] {
+export function namesIn(element: Element): string[] {
   const names: string[] = [];
   for (const attribute of element.attributes) {
     if (attribute.localName === "href" && attribute.value.startsWith("#")) names.push(attribute.value.slice(1));
@@ -12,7 +12,7 @@ function namesIn(element: Element): string[] {
   return names;
 }
 
-function all(element: Element): Element[] { return [element, ...element.querySelectorAll("*")]; }
+export function all(element: Element): Element[] { return [element, ...element.querySelectorAll("*")]; }
 
 // A copy names its own definitions where the original has them within itself, so that each lives without the other.
 export function copyOf<T extends SVGElement>(artwork: Artwork, element: T): T {
@@ -32,7 +32,7 @@ export function copyOf<T extends SVGElement>(artwork: Artwork, element: T): T {
   return copied;
 }
 
-function rename(artwork: Artwork, element: Element, ids: ReadonlyMap<string, string>): void {
+export function rename(artwork: Artwork, element: Element, ids: ReadonlyMap<string, string>): void {
   for (const attribute of [...element.attributes]) {
     const value = attribute.localName === "href" && attribute.value.startsWith("#")
       ? `#${ids.get(attribute.value.slice(1)) ?? attribute.value.slice(1)}`

@@ -1,6 +1,7 @@
-// Duplicates, deletes, orders and groups what is selected; copies and pastes it within the page.
+// Duplicates, deletes, orders and groups what is selected; copies and pastes it, within the page and to others.
 import type { Artwork } from "../artwork/artwork";
-import { matrixText, ownMatrix, pageMatrix } from "../artwork/geometry";
+import { carry, settled, type Carried } from "../artwork/carried";
+import { matrixText, ownMatrix, pageBox, pageMatrix } from "../artwork/geometry";
 import { isGraphic } from "../artwork/kinds";
 import { isLayer, isLocked, layersOf } from "../artwork/layers";
 import { copyOf, deleteAll } from "../artwork/references";
@@ -18,11 +19,18 @@ interface Held { readonly copy: SVGElement; readonly place: DOMMatrix }
 export class Arranging {
   readonly #context: Context;
   #held: readonly Held[] = [];
+  // What is held, once its page is shown no more.
+  #carried: Carried | null = null;
   #pasted = 0;
 
   constructor(context: Context) { this.#context = context; }
 
-  forget(): void { this.#held = []; }
+  // The page goes: what was copied of it can be pasted into others as something new, where it lay.
+  leave(page: Artwork): void {
+    if (this.#held.length === 0 || this.#carried !== null) return;
+    this.#carried = carry(page.root, this.#held.map(held => held.copy));
+    this.#pasted = -1;
+  }
 
   get canPaste(): boolean { return this.#held.length > 0; }
 
@@ -49,12 +57,13 @@ export class Arranging {
   copy(): void {
     const { artwork, selection } = this.#context;
     if (artwork === null) return;
-    const elements = inOrder(outermost(selection.elements));
+    const elements = inOrder(artwork, outermost(selection.elements));
     if (elements.length === 0) return;
     this.#held = elements.map(element => ({
       copy: copyOf(artwork, element),
       place: element.parentElement === null ? new DOMMatrix() : pageMatrix(artwork.root, element.parentElement),
     }));
+    this.#carried = null;
     this.#pasted = 0;
     this.#context.say(`${elements.length === 1 ? "One object" : `${elements.length} objects`} copied.`);
   }
@@ -72,13 +81,27 @@ export class Arranging {
     ++this.#pasted;
     const parent = placeForNew(this.#context, artwork);
     if (parent === null) return;
-    artwork.run("Paste", () => selection.set(this.#held.map(held => {
-      const made = copyOf(artwork, held.copy);
-      artwork.insert(made, parent, null);
-      const by = pageMatrix(artwork.root, parent).inverse().multiply(moveMatrix(shift * this.#pasted, shift * this.#pasted)).multiply(held.place);
-      artwork.set(made, "transform", matrixText(by.multiply(ownMatrix(made))));
-      return made;
-    })));
+    this.#put(artwork, parent);
+    // Another page may be a smaller one.
+    const [first] = selection.elements;
+    if (this.#carried !== null && first !== undefined) this.#context.view.reveal(pageBox(artwork.root, first));
+  }
+
+  #put(artwork: Artwork, parent: Element): void {
+    artwork.run("Paste", () => {
+      const made = this.#carried === null ? this.#held.map(held => copyOf(artwork, held.copy)) : settled(artwork, this.#carried, parent);
+      const to = pageMatrix(artwork.root, parent).inverse().multiply(moveMatrix(shift * this.#pasted, shift * this.#pasted));
+      const pasted: SVGElement[] = [];
+      this.#held.forEach(({ place }, i) => {
+        const object = made[i] ?? null;
+        if (object === null) return;
+        artwork.insert(object, parent, null);
+        artwork.set(object, "transform", matrixText(to.multiply(place).multiply(ownMatrix(object))));
+        pasted.push(object);
+      });
+      this.#context.selection.set(pasted);
+      if (pasted.length < this.#held.length) this.#context.say("Pictures that are not shown cannot leave their page.");
+    });
   }
 
   order(order: Order): void {
@@ -86,6 +109,7 @@ export class Arranging {
     this.#work(names[order], (artwork, elements) => {
       const towardsFront = order === "front" || order === "forward";
       const all = new Set<Element>(elements);
+      const atEnd = new Set<Element>();
       // Several that move on by one keep their order among themselves; so do those that go to an end.
       const turned = order === "forward" || order === "back" ? [...elements].reverse() : elements;
       for (const element of turned) {
@@ -93,7 +117,7 @@ export class Arranging {
         if (parent === null) continue;
         const target = order === "front" ? null
           : order === "back" ? firstBeside(element, parent)
-            : neighbour(element, towardsFront, all);
+            : neighbour(element, towardsFront, all, atEnd);
         if (target === undefined) continue;
         const before = target !== null && order === "forward" ? target.nextSibling : target;
         if (before !== element.nextSibling || order === "front") artwork.insert(element, parent, before);
@@ -135,8 +159,9 @@ export class Arranging {
 
   #work(name: string, work: (artwork: Artwork, elements: readonly SVGElement[]) => readonly SVGElement[]): void {
     const { artwork, selection } = this.#context;
-    const elements = inOrder(outermost(selection.editable));
-    if (artwork === null || elements.length === 0) return;
+    if (artwork === null) return;
+    const elements = inOrder(artwork, outermost(selection.editable));
+    if (elements.length === 0) return;
     this.#context.settle();
     artwork.run(name, () => {
       const left = work(artwork, elements);
@@ -145,8 +170,11 @@ export class Arranging {
   }
 }
 
-function inOrder(elements: readonly SVGElement[]): SVGElement[] {
-  return [...elements].sort((a, b) => a.compareDocumentPosition(b) & Node.DOCUMENT_POSITION_FOLLOWING ? -1 : 1);
+// One walk of the page: the browser compares the places of two siblings by going from one to the other.
+function inOrder(artwork: Artwork, elements: readonly SVGElement[]): SVGElement[] {
+  if (elements.length < 2) return [...elements];
+  const wanted = new Set<Element>(elements);
+  return [...artwork.root.querySelectorAll<SVGElement>("*")].filter(element => wanted.has(element));
 }
 
 function firstBeside(element: Element, parent: Element): Element | undefined {
@@ -155,12 +183,15 @@ function firstBeside(element: Element, parent: Element): Element | undefined {
   return at ?? undefined;
 }
 
-// The next object that is not among those that move, or undefined at the end.
-function neighbour(element: Element, towardsFront: boolean, moving: ReadonlySet<Element>): Element | undefined {
+// The next object that is not among those that move, or undefined at the end. Those at the end are noted, so that each
+// of many looks no further than the one beside it.
+function neighbour(element: Element, towardsFront: boolean, moving: ReadonlySet<Element>, atEnd: Set<Element>): Element | undefined {
   const step = (at: Element): Element | null => towardsFront ? at.nextElementSibling : at.previousElementSibling;
   let at = step(element);
-  while (at !== null && (!isGraphic(at) || moving.has(at))) at = step(at);
-  return at ?? undefined;
+  while (at !== null && !atEnd.has(at) && (!isGraphic(at) || moving.has(at))) at = step(at);
+  if (at !== null && !atEnd.has(at)) return at;
+  atEnd.add(element);
+  return undefined;
 }
 
 // Puts what is in a group in its place. What the group cut off stays cut off, object by object.

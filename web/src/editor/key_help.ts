@@ -22,7 +22,7 @@ export const keyHelp: readonly KeyRow[] = [
   { keys: "Shift", does: "While resizing: keep the proportions, or not" },
   { keys: "Shift", does: "While turning: steps of 15°" },
   { keys: "Ctrl+A", does: "Select all" },
-  { keys: "Ctrl+C, Ctrl+X, Ctrl+V", does: "Copy, cut, paste" },
+  { keys: "Ctrl+C, Ctrl+X, Ctrl+V", does: "Copy, cut, paste, also into another page" },
   { keys: "Ctrl+D", does: "Duplicate" },
   { keys: "Delete", does: "Delete" },
   { keys: "Ctrl+G, Ctrl+Shift+G", does: "Group, ungroup" },

@@ -84,9 +84,9 @@ export class Workbench implements Context, Parts {
     this.settle();
     this.selection.enter(null);
     this.selection.set([]);
+    if (this.#artwork !== null) this.arranging.leave(this.#artwork);
     this.#artwork?.remove();
     this.#artwork = null;
-    this.arranging.forget();
     try {
       if (svg !== null) this.#artwork = new Artwork(svg, this.view.tree);
     } finally {

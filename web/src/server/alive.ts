@@ -22,6 +22,13 @@ export class Heartbeat extends EventTarget {
       clearTimeout(this.#timer);
       server.bye();
     });
+    // Behind other tabs timers are slow, and of a tab that sleeps none runs.
+    document.addEventListener("resume", () => void this.beat());
+    document.addEventListener("visibilitychange", () => {
+      if (!document.hidden) {
+        void this.beat();
+      }
+    });
     // A tab that comes back from the browser's cache is there again.
     addEventListener("pageshow", (event) => {
       if (event.persisted) {

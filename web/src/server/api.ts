@@ -4,8 +4,9 @@ import { ServerFault, commandFault } from "./fault";
 import type {
   FileList, InfoReport, LogReport, Opening, RevertReport, SaveReport,
 } from "./reports";
-import { requestText } from "./request";
+import { requestBytes, requestText } from "./request";
 import type { RequestOptions } from "./request";
+import { showable } from "./showable";
 
 export interface SaveOptions {
   // Go on although something is lost or undone.
@@ -32,8 +33,10 @@ export class Server {
     this.#passwords.set(file, password);
   }
 
-  files(): Promise<FileList> {
-    return this.#json("/api/files", { limit: quick });
+  // Names are as they can be shown.
+  async files(): Promise<FileList> {
+    const list = await this.#json<FileList>("/api/files", { limit: quick });
+    return { ...list, files: list.files.map((file) => ({ ...file, name: showable(file.name) })) };
   }
 
   async info(file: string): Promise<InfoReport> {
@@ -66,6 +69,11 @@ export class Server {
     return this.#text(`/api/files/${file}/pages/${page}/picture${query}`, this.#options(file, { signal }));
   }
 
+  // The small picture of itself that a page carries.
+  thumbnail(file: string, page: number, signal?: AbortSignal): Promise<Blob> {
+    return this.#heard(requestBytes(`/api/files/${file}/pages/${page}/thumbnail`, this.#options(file, { signal })));
+  }
+
   // What a save would do. Its `error` says why it would be refused.
   trial(file: string, page: number, svg: string, options: SaveOptions = {}): Promise<SaveReport> {
     return this.#json(`/api/files/${file}/pages/${page}/trial${query(options)}`,
@@ -92,9 +100,13 @@ export class Server {
     navigator.sendBeacon("/api/bye");
   }
 
-  async #text(path: string, options: RequestOptions): Promise<string> {
+  #text(path: string, options: RequestOptions): Promise<string> {
+    return this.#heard(requestText(path, options));
+  }
+
+  async #heard<Answer>(asked: Promise<Answer>): Promise<Answer> {
     try {
-      const answer = await requestText(path, options);
+      const answer = await asked;
       this.heard(null);
       return answer;
     } catch (error) {

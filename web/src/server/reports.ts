@@ -27,6 +27,8 @@ export interface ListedFile {
 export interface FileList {
   readonly version: string;
   readonly files: readonly ListedFile[];
+  // PDFs of the folders that are not listed, since there are too many.
+  readonly leftOut: number;
 }
 
 export interface PageFacts {
@@ -35,8 +37,10 @@ export interface PageFacts {
   readonly cropBox: Box;
   readonly rotate: number;
   readonly userUnit: number;
-  // What the file calls the page, where that is not its number: "iv".
+  // What the file calls the page: "iv".
   readonly label?: string;
+  // The page carries a small picture of itself.
+  readonly thumbnail?: true;
 }
 
 export interface InfoReport extends Report {

@@ -12,8 +12,16 @@ export interface RequestOptions {
   readonly limit: number;
 }
 
+export function requestText(path: string, options: RequestOptions): Promise<string> {
+  return request(path, options, (answer) => answer.text());
+}
+
+export function requestBytes(path: string, options: RequestOptions): Promise<Blob> {
+  return request(path, options, (answer) => answer.blob());
+}
+
 // The whole body of the answer.
-export async function requestText(path: string, options: RequestOptions): Promise<string> {
+async function request<Body>(path: string, options: RequestOptions, read: (answer: Response) => Promise<Body>): Promise<Body> {
   const ending = new AbortController();
   const end = () => ending.abort();
   const timer = setTimeout(end, options.limit);
@@ -31,11 +39,10 @@ export async function requestText(path: string, options: RequestOptions): Promis
       cache: "no-store",
       redirect: "error",
     });
-    const text = await answer.text();
     if (!answer.ok) {
-      throw refusal(answer.status, text);
+      throw refusal(answer.status, await answer.text());
     }
-    return text;
+    return await read(answer);
   } catch (error) {
     if (error instanceof ServerFault) {
       throw error;

@@ -47,6 +47,8 @@ export class Dialog {
     });
     document.body.append(this.element);
     this.element.showModal();
+    // Buttons below take room from it, and so does a smaller window.
+    new ResizeObserver(() => this.#letScroll()).observe(this.body);
   }
 
   get closed(): Promise<void> {
@@ -61,9 +63,13 @@ export class Dialog {
   fill(...children: (Node | string)[]): void {
     this.#closer.disabled = false;
     this.body.replaceChildren(...children);
-    // Keys scroll what is higher than the window.
-    this.body.tabIndex = this.body.scrollHeight > this.body.clientHeight ? 0 : -1;
+    this.#letScroll();
     this.body.querySelector<HTMLElement>("[autofocus]")?.focus();
+  }
+
+  // Keys scroll what is higher than the window.
+  #letScroll(): void {
+    this.body.tabIndex = this.body.scrollHeight > this.body.clientHeight ? 0 : -1;
   }
 
   // Shows buttons, and waits until one is pressed or the dialog is closed: then undefined.

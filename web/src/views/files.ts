@@ -1,6 +1,6 @@
 // The chooser: the files that the program was started with, by name, size and date.
 
-import type { ListedFile } from "../server/reports";
+import type { FileList, ListedFile } from "../server/reports";
 import { make, setText } from "./dom";
 import { counted, date, size } from "./words";
 
@@ -14,6 +14,7 @@ export class FileChooser {
   readonly #count = make("p", { class: "muted", role: "status" });
   readonly #list = make("ul", { class: "file-list", "aria-label": "Files" });
   #files: readonly ListedFile[] = [];
+  #leftOut = 0;
 
   constructor(place: HTMLElement, readonly open: (file: ListedFile) => void,
     readonly hasWork: (file: ListedFile) => boolean) {
@@ -24,15 +25,16 @@ export class FileChooser {
     place.addEventListener("keydown", (event) => this.#key(event));
   }
 
-  show(files: readonly ListedFile[]): void {
+  show(list: FileList): void {
     this.#filter.value = "";
-    this.update(files);
+    this.update(list);
     this.#filter.focus();
   }
 
   // The same choice with the files that there are by now.
-  update(files: readonly ListedFile[]): void {
+  update({ files, leftOut }: FileList): void {
     this.#files = files;
+    this.#leftOut = leftOut;
     this.#draw();
   }
 
@@ -50,9 +52,11 @@ export class FileChooser {
         make("span", { class: "file-row-size", text: size(file.size) }),
         make("span", { class: "file-row-date", text: date(file.modified) })))));
     const hidden = found.length - mostRows;
-    setText(this.#count, found.length === 0
+    const cut = this.#leftOut === 0 ? ""
+      : ` The folder has ${counted(this.#leftOut, "more file")}; to open one, name it when you start the program.`;
+    setText(this.#count, (found.length === 0
       ? "No file has this in its name."
-      : `${counted(found.length, "file")}${hidden > 0 ? `; the first ${mostRows} are shown` : ""}`);
+      : `${counted(found.length, "file")}${hidden > 0 ? `; the first ${mostRows} are shown` : ""}${cut === "" ? "" : "."}`) + cut);
   }
 
   // Arrows go through the list; Enter in the field opens the only file that is found.

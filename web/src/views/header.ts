@@ -25,7 +25,7 @@ export class Header {
   readonly previous = iconButton("back", "Page before", "PageUp");
   readonly next = iconButton("next", "Next page", "PageDown");
   readonly page = make("input", {
-    class: "page-number", inputmode: "numeric", "aria-label": "Page", autocomplete: "off", size: 4,
+    class: "page-number", "aria-label": "Page", autocomplete: "off", size: 4,
   });
   readonly undo = iconButton("undo", "Undo", "Ctrl+Z");
   readonly redo = iconButton("redo", "Redo", "Ctrl+Shift+Z");

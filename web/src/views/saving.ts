@@ -34,6 +34,8 @@ export class Saving {
   #saves = 0;
   // What is being saved, whatever is shown meanwhile.
   #saved: Place | null = null;
+  // Until the page that was saved is opened again.
+  #reopening: Promise<void> = Promise.resolve();
 
   constructor(readonly desk: Desk, readonly header: Header, readonly messages: Messages) {}
 
@@ -44,6 +46,12 @@ export class Saving {
       return false;
     }
     this.#isRunning = true;
+    // What is shown until then is the artwork before the save, which would be appended once more.
+    await this.#reopening;
+    if (this.desk.file !== file || this.desk.page !== page || this.desk.report === null) {
+      this.#isRunning = false;
+      return false;
+    }
     this.#saved = { server, file, page };
     const dialog = new Dialog(this.#title, "save-dialog");
     try {
@@ -196,7 +204,7 @@ export class Saving {
     this.messages.say(`Saved page ${page}: ${shortSummary(report)}.`);
     this.desk.redraw([page]);
     this.desk.dispatchEvent(new Event("saved"));
-    void this.#check(file.id, page, svg, report);
+    this.#reopening = this.#check(file.id, page, svg, report);
   }
 
   // The page as the file has it takes the place of what was drawn, unless work went on meanwhile.

@@ -4,7 +4,7 @@ import type { Editor, SelectionDetail } from "../editor/editor";
 import { Heartbeat } from "../server/alive";
 import type { Server } from "../server/api";
 import { asFault, isAborted } from "../server/fault";
-import type { ListedFile } from "../server/reports";
+import type { FileList, ListedFile } from "../server/reports";
 import { Desk } from "./desk";
 import { make, takesText } from "./dom";
 import { downloadWork, namedPage, pageAddress } from "./elsewhere";
@@ -16,7 +16,8 @@ import { LayerList } from "./layers";
 import { guardTab, mayLeave } from "./leaving";
 import { watchServer } from "./lost";
 import { showNotes } from "./notes";
-import { PageList } from "./pages";
+import { labelOf, meantPage } from "./pages/page_labels";
+import { PageList } from "./pages/pages";
 import { Saving } from "./saving";
 import type { Shell } from "./shell";
 import { switchTheme } from "./theme";
@@ -29,7 +30,7 @@ class Views {
   readonly #layers: LayerList;
   readonly #chooser: FileChooser;
   readonly #heartbeat: Heartbeat;
-  #files: readonly ListedFile[] = [];
+  #list: FileList = { version: "", files: [], leftOut: 0 };
   // The file and page that the header speaks of.
   #place = "";
   #isLeaving = false;
@@ -55,7 +56,7 @@ class Views {
   async start(): Promise<void> {
     this.shell.header.showFile(null);
     try {
-      this.#files = (await this.server.files()).files;
+      this.#list = await this.server.files();
     } catch (error) {
       this.#fail("The files cannot be listed", error);
       return;
@@ -63,7 +64,7 @@ class Views {
       void this.#heartbeat.beat();
     }
     const named = namedPage(location.hash);
-    const file = this.#files.find(({ id }) => id === named?.file) ?? (this.#files.length === 1 ? this.#files[0] : undefined);
+    const file = this.#list.files.find(({ id }) => id === named?.file) ?? (this.#list.files.length === 1 ? this.#list.files[0] : undefined);
     if (file === undefined) {
       this.#choose();
     } else {
@@ -78,7 +79,7 @@ class Views {
     const { header } = shell;
     desk.addEventListener("file", () => {
       header.showFile(desk.file?.name ?? null);
-      header.files.hidden = this.#files.length < 2 || desk.file === null;
+      header.files.hidden = this.#list.files.length < 2 || desk.file === null;
       this.#showPage();
     });
     desk.addEventListener("page", () => this.#showPage());
@@ -97,7 +98,7 @@ class Views {
     const desk = this.#desk;
     const facts = desk.pages[desk.page - 1];
     if (desk.file !== null) {
-      shell.header.showPage(Math.max(desk.page, 1), desk.pages.length, facts?.label);
+      shell.header.showPage(Math.max(desk.page, 1), desk.pages.length, labelOf(facts));
       if (desk.page > 0) {
         history.replaceState(null, "", pageAddress(desk.file.id, desk.page));
       }
@@ -142,7 +143,7 @@ class Views {
     header.next.addEventListener("click", () => void this.#go(desk.page + 1));
     header.page.addEventListener("keydown", (event) => {
       if (event.key === "Enter") {
-        void this.#go(Number(header.page.value));
+        void this.#go(meantPage(header.page.value, desk.pages) ?? 0);
       }
     });
     header.page.addEventListener("blur", () => this.#showPage());
@@ -180,7 +181,7 @@ class Views {
 
   async #address(): Promise<void> {
     const named = namedPage(location.hash);
-    const file = this.#files.find(({ id }) => id === named?.file);
+    const file = this.#list.files.find(({ id }) => id === named?.file);
     if (file === undefined || named === null) {
       return;
     }
@@ -238,11 +239,11 @@ class Views {
     this.shell.desk.hidden = true;
     this.shell.chooser.hidden = false;
     history.replaceState(null, "", "/");
-    this.#chooser.show(this.#files);
-    void this.server.files().then(({ files }) => {
-      this.#files = files;
+    this.#chooser.show(this.#list);
+    void this.server.files().then((list) => {
+      this.#list = list;
       if (!this.shell.chooser.hidden) {
-        this.#chooser.update(files);
+        this.#chooser.update(list);
       }
     }).catch(() => undefined);
   }

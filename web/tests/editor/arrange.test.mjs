@@ -112,6 +112,31 @@ test("copied, cut and pasted", async () => {
   assert.equal(await editor.text(), svg);
 });
 
+test("pasted into another page, objects are new ones with definitions and ids of their own", async () => {
+  const fade = (id, more) => `<linearGradient id="${id}"${more}><stop offset="0" stop-color="#ff0000"/></linearGradient>`;
+  await editor.show(`${fade("q", " href=\"#r\"")}${fade("r", "")}${fade("s", "")}<g transform="translate(5 0)"><g id="g" data-form="12 3" inkscape:label="Form" fill="url(#q)"><!--c-->${square("a", 20)}<path id="p7" data-kept="6 4 12-00" d="M0 0H9V9Z"/></g>${square("b", 80, " clip-path=\"url(#k)\"")}</g><clipPath id="k"><path d="M0 0H500V500Z"/></clipPath>`);
+  await select(["g", "b"]);
+  await editor.press("Control+x");
+  const other = await editor.show(square("q", 20));
+  await editor.press("Control+v");
+  const clip = "new-clipPath1";
+  const made = `<defs><clipPath id="${clip}"><path d="M0 0H500V500Z"/></clipPath></defs><path fill="#336699" d="M80 20H120V60H80Z" clip-path="url(#${clip})" transform="translate(5 0)"/>`;
+  assert.equal(await editor.text(), other.replace(square("q", 20), `$&${made}`));
+  assert.match(await editor.page.evaluate(() => told.messages.at(-1)), /cannot leave their page/);
+  assert.deepEqual(await editor.ids(), ["path"]);
+  await editor.press("Control+v", "Control+z", "Control+z");
+  assert.equal(await editor.text(), other);
+
+  await editor.show(`${fade("q", " href=\"#r\"")}${fade("r", "")}${fade("s", "")}<g id="g" data-form="12 3" inkscape:label="Form" fill="url(#q)"><!--c-->${square("a", 20)}</g>`);
+  await select(["g"]);
+  await editor.press("Control+c");
+  await editor.show(other);
+  await editor.press("Control+v");
+  const text = await editor.text();
+  const [first, second] = ["new-linearGradient1", "new-linearGradient2"];
+  assert.ok(text.includes(`<defs>${fade(first, ` href="#${second}"`)}${fade(second, "")}</defs><g fill="url(#${first})"><path fill="#336699" d="M20 20H60V60H20Z"/></g>`), text);
+});
+
 test("layers are hidden and locked as the file says it, in all of their groups", async () => {
   const svg = await editor.show(`<g id="l" data-layer="4" inkscape:label="Grid" display="none">${square("a", 20)}</g><g id="m" data-layer="4" inkscape:label="Grid" display="none"/><g id="n" data-layer="5" inkscape:label="Names"/>`);
   const layers = () => editor.page.evaluate(() => editor.layers.map(({ name, isHidden, isLocked, depth }) => [name, isHidden, isLocked, depth]));

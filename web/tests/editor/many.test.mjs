@@ -75,6 +75,29 @@ test("60,000 elements", async t => {
   }
 });
 
+// Looks at siblings are counted, on the way from the key to the last of them.
+test("all of 4,000 shapes are moved forward and backward with a few looks at each", async () => {
+  const many = 4000;
+  await editor.show(page600(Array.from({ length: many }, (_, i) => `<path id="p${i + 1}" d="M${i % 500} 9h3v3Z"/>`).join("")));
+  await editor.page.evaluate(() => {
+    globalThis.looks = 0;
+    for (const [prototype, name] of [[Element.prototype, "nextElementSibling"], [Element.prototype, "previousElementSibling"]]) {
+      const { get } = Object.getOwnPropertyDescriptor(prototype, name);
+      Object.defineProperty(prototype, name, { configurable: true, get() { ++looks; return get.call(this); } });
+    }
+    // From one of two siblings to the other.
+    const compare = Node.prototype.compareDocumentPosition;
+    Node.prototype.compareDocumentPosition = function (other) { looks += 1000; return compare.call(this, other); };
+  });
+  await editor.press("Control+a");
+  for (const key of ["Control+]", "Control+["]) {
+    await editor.page.evaluate(() => { looks = 0; });
+    await editor.press(key);
+    const looks = await editor.page.evaluate(() => globalThis.looks);
+    assert.ok(looks >= many && looks < 10 * many, `${key}: ${looks}`);
+  }
+});
+
 // Each with a clip of its own: what looks at all of them for each of them takes many seconds.
 test("8,000 clipped shapes are duplicated, brought to front and deleted", async t => {
   let body = "";

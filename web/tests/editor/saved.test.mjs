@@ -90,3 +90,16 @@ for (const [name, what, work, expected] of cases) {
     assert.equal(trial(name, back).nothing, true);
   });
 }
+
+for (const [from, id] of [["report", "p4"], ["report", "p5"], ["invoice", "p1"], ["harbour", "g4"]]) {
+  test(`${from}: ${id} is pasted into the map as something new`, { skip: !existsSync(corvane) }, async () => {
+    await editor.show(opened(from));
+    await select([id]);
+    await editor.press("Control+c");
+    await editor.show(opened("map"));
+    await editor.press("Control+v");
+    const { changed, added, removed, moved, patched, error } = trial("map", await editor.text());
+    assert.ok(added > 0, `${added} added`);
+    assert.deepEqual({ changed, removed, moved, patched, error }, { changed: 0, removed: 0, moved: 0, patched: true, error: null });
+  });
+}

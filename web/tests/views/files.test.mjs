@@ -84,6 +84,18 @@ test("a file that nobody can read is an error in words, and the others still ope
   assert.equal(await page.locator(".notice").count(), 0);
 });
 
+test("names of strangers do not turn the text, and files that are not listed are counted", async () => {
+  await page.route(/\/api\/files$/, async (route) => {
+    const list = await (await route.fetch()).json();
+    list.files.push({ ...list.files[0], id: "99", name: "bill\u202Efdp.\u0007exe" });
+    await route.fulfill({ json: { ...list, leftOut: 1234 } });
+  });
+  await page.getByRole("button", { name: "Files" }).click();
+  await page.getByText("bill\\u202efdp.\\u0007exe", { exact: true }).waitFor();
+  await page.getByText("6 files. The folder has 1,234 more files").waitFor();
+  await page.unroute(/\/api\/files$/);
+});
+
 test("no script failed and nothing was refused on the way", () => {
   assert.deepEqual(faults, []);
 });

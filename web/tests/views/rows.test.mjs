@@ -2,7 +2,7 @@ import assert from "node:assert/strict";
 import { test } from "node:test";
 import { load } from "./load.mjs";
 
-const { Rows, fitted } = await load("views/rows.ts");
+const { Rows, fitted } = await load("views/pages/rows.ts");
 
 test("the rows in view are those that a window over the list shows", () => {
   const rows = new Rows([10, 20, 30, 40]);

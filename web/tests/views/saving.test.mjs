@@ -104,6 +104,34 @@ test("nothing is called saved before the server has answered", async () => {
   await page.getByText("and compared it").waitFor();
 });
 
+test("a save that follows at once waits for the page as it was saved, and appends nothing", async () => {
+  let open = () => undefined;
+  const held = new Promise((resolve) => {
+    open = resolve;
+  });
+  await page.route(/\/open$/, async (route) => {
+    await held;
+    await route.continue();
+  }, { times: 1 });
+  const asked = [];
+  const note = (request) => asked.push(new URL(request.url()).pathname);
+  await moveFirst(page);
+  await page.keyboard.press("Control+s");
+  await dialog.getByRole("button", { name: "Save", exact: true }).click();
+  await state(page, "saved");
+  const length = readFileSync(report).length;
+  page.on("request", note);
+  await page.keyboard.press("Control+s");
+  await page.keyboard.press("Control+s");
+  await page.waitForTimeout(300);
+  assert.deepEqual(asked.filter((path) => /trial|save/.test(path)), []);
+  open();
+  await page.getByRole("dialog", { name: "Nothing to save" }).waitFor();
+  await page.keyboard.press("Escape");
+  page.off("request", note);
+  assert.equal(readFileSync(report).length, length);
+});
+
 test("a page whose drawing differs after the save is said to", async () => {
   await page.route(/\/artworks\//, async (route) => {
     const answer = await route.fetch();

@@ -2,7 +2,7 @@ import assert from "node:assert/strict";
 import { test } from "node:test";
 import { load } from "./load.mjs";
 
-const { Thumbnails } = await load("views/thumbnails.ts");
+const { Thumbnails } = await load("views/pages/thumbnails.ts");
 
 // Pictures that the test itself finishes.
 function bench({ atOnce = 2, pixels = 1000 } = {}) {

@@ -69,6 +69,12 @@ TEST_F(JsonFacts, OfEveryCommandIsDocumented) {
     folder_.add(
         "image.pdf",
         test::PdfBuilder::onePage("q 9 0 0 9 0 0 cm BI /W 1 /H 1 /BPC 8 /CS /G ID x EI Q").bytes());
+    folder_.add(
+        "labelled.pdf",
+        test::PdfBuilder::onePage("", "/Thumb 5 0 R")
+            .object(1, "<< /Pages 2 0 R /PageLabels << /Nums [0 << /P <FEFF2167> >>] >> >>")
+            .stream(5, "abcdef", "/Width 2 /Height 1 /BitsPerComponent 8 /ColorSpace /DeviceRGB")
+            .bytes());
     folder_.add("signed.pdf", test::signedFile("[5 0 R]"));
     folder_.add("foreign.svg", "<svg xmlns='http://www.w3.org/2000/svg' width='90' height='90'>"
                                "<filter id='f'/><rect width='9' height='9' filter='url(#f)'/>"
@@ -90,6 +96,9 @@ TEST_F(JsonFacts, OfEveryCommandIsDocumented) {
         {{"open", "a.pdf", "no.pdf", "--pages", "1-", "-o", "{stem}{page}.svg"}, 1, 4},
         {{"info", "a.pdf"}, 0, 1},
         {{"info", "image.pdf", "--page", "1"}, 0, 1},
+        {{"info", "labelled.pdf"}, 0, 1},
+        {{"info", "labelled.pdf", "--page", "1", "--thumbnail", "t.png"}, 0, 1},
+        {{"info", "image.pdf", "--page", "1", "--thumbnail", "u.png"}, 1, 1},
         {{"info", "signed.pdf"}, 0, 1},
         {{"info", "broken.pdf"}, 0, 1},
         {{"info", "no.pdf"}, 1, 1},
@@ -134,6 +143,9 @@ TEST_F(JsonFacts, OfEveryCommandIsDocumented) {
     serving.words.insert(serving.words.begin(),
                          {"/usr/bin/env", "timeout", "--preserve-status", "-s", "INT", "1"});
     EXPECT_EQ(linesThatFit(schema, test::run(serving).output), 1);
+    const std::string listed = run({"info", "labelled.pdf", "--json"}).output;
+    EXPECT_NE(listed.find("\"page\":1,\"label\":\"\u2167\",\"thumbnail\":true"), std::string::npos)
+        << listed;
     const auto streamed = run({"open", "a.pdf", "-o", "-", "--json"});
     EXPECT_EQ(linesThatFit(schema, streamed.errors), 1) << "the artwork is on standard output";
 }

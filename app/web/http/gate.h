@@ -1,7 +1,7 @@
 // Who is let in: the person who started the server, in a page of the server's own.
 #pragma once
 
-#include "app/web/answer.h"
+#include "app/web/http/answer.h"
 
 #include <httplib.h>
 #include <mutex>

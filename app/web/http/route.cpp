@@ -1,4 +1,4 @@
-#include "app/web/route.h"
+#include "app/web/http/route.h"
 
 #include "app/cli/batch/page_ranges.h"
 
@@ -43,6 +43,7 @@ const std::vector<Row>& rows() {
         {"api/files/F/revert", at(Kind::revert, true)},
         {"api/files/F/pages/N/open", at(Kind::open, true)},
         {"api/files/F/pages/N/picture", at(Kind::picture)},
+        {"api/files/F/pages/N/thumbnail", at(Kind::thumbnail)},
         {"api/files/F/pages/N/trial", at(Kind::trial, true, true)},
         {"api/files/F/pages/N/save", at(Kind::save, true, true)},
         {"api/artworks/T", at(Kind::artwork)},

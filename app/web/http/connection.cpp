@@ -1,4 +1,4 @@
-#include "app/web/connection.h"
+#include "app/web/http/connection.h"
 
 #include <algorithm>
 #include <cerrno>

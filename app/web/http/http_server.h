@@ -1,10 +1,10 @@
 // HTTP on the loopback address: a request for each connection, refused or answered.
 #pragma once
 
-#include "app/web/answer.h"
-#include "app/web/connection.h"
-#include "app/web/gate.h"
-#include "app/web/route.h"
+#include "app/web/http/answer.h"
+#include "app/web/http/connection.h"
+#include "app/web/http/gate.h"
+#include "app/web/http/route.h"
 
 #include <atomic>
 #include <functional>
@@ -42,6 +42,9 @@ public:
 
     /// Begins to answer.
     void start(Gate& gate, Answering answering);
+
+    /// Answers what comes over a connection of another kind, and closes it; once it was started.
+    void serveConnection(int socket) { process_and_close_socket(socket); }
 
     /// Whether it answers no more, though nobody ended it.
     bool hasFailed() const { return hasFailed_; }

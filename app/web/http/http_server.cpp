@@ -1,4 +1,4 @@
-#include "app/web/http_server.h"
+#include "app/web/http/http_server.h"
 
 #include "app/cli/batch/page_ranges.h"
 #include "toolbox/descriptor.h"

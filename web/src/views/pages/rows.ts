@@ -1,7 +1,7 @@
 // Where the rows of a long list are: heights that are known beforehand, added up once, so that what
 // is in view is found at any length.
 
-import type { PageFacts } from "../server/reports";
+import type { PageFacts } from "../../server/reports";
 
 export interface Range {
   readonly first: number;

@@ -1,4 +1,4 @@
-#include "app/web/secret.h"
+#include "app/web/http/secret.h"
 
 #include "app/cli/fault.h"
 #include "app/cli/text.h"

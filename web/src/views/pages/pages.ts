@@ -1,12 +1,15 @@
 // The list of pages at the left: only the rows in view exist, so that 10,000 pages scroll as ten do.
 
-import type { PageFacts } from "../server/reports";
-import type { Desk } from "./desk";
-import { make, setText } from "./dom";
-import { drawn, isHeavy } from "./drawing";
+import { asFault, isAborted } from "../../server/fault";
+import type { PageFacts } from "../../server/reports";
+import type { Desk } from "../desk";
+import { make, setText } from "../dom";
+import { drawn, isHeavy } from "../drawing";
+import { ownPicture } from "./own_picture";
+import { labelOf } from "./page_labels";
 import { Rows, fitted } from "./rows";
 import { Thumbnails } from "./thumbnails";
-import { sentence } from "./words";
+import { sentence } from "../words";
 
 // Pixels of the screen. A row holds the picture, the number below it, and room around both.
 const pictureWidth = 112;
@@ -141,7 +144,7 @@ export class PageList {
     this.#list.setAttribute("aria-activedescendant", this.#shown.has(this.#active) ? `page-row-${this.#active}` : "");
     for (const [page, row] of this.#shown) {
       const isUnsaved = this.desk.isUnsaved(page);
-      const label = this.#pages[page - 1]?.label;
+      const label = labelOf(this.#pages[page - 1]);
       const name = row.querySelector(".page-name") as HTMLElement;
       setText(name, label === undefined ? String(page) : `${page} (${label})`);
       row.classList.toggle("active", page === this.#active);
@@ -194,14 +197,28 @@ export class PageList {
     this.#thumbnails.want(pages);
   }
 
+  // The page's own picture of itself where it has one that can be shown; else the page, drawn.
   async #picture(page: number, signal: AbortSignal): Promise<HTMLCanvasElement> {
-    const svg = await this.desk.server.picture(this.desk.file?.id ?? "", page, undefined, signal);
+    const { server } = this.desk;
+    const file = this.desk.file?.id ?? "";
+    const facts = this.#pages[page - 1] as PageFacts;
+    const fit = fitted(facts, pictureWidth, pictureHeight);
+    const scale = Math.min(devicePixelRatio, 2);
+    const [width, height] = [Math.round(fit.width * scale), Math.round(fit.height * scale)];
+    if (facts.thumbnail === true) {
+      try {
+        return await ownPicture(await server.thumbnail(file, page, signal), facts, width, height);
+      } catch (error) {
+        if (isAborted(error) || asFault(error).kind === "lost") {
+          throw error;
+        }
+      }
+    }
+    const svg = await server.picture(file, page, undefined, signal);
     if (isHeavy(svg)) {
       throw new Error("Too many objects for a small picture");
     }
-    const { width, height } = fitted(this.#pages[page - 1] as PageFacts, pictureWidth, pictureHeight);
-    const scale = Math.min(devicePixelRatio, 2);
-    return await drawn(svg, Math.round(width * scale), Math.round(height * scale), signal);
+    return await drawn(svg, width, height, signal);
   }
 
   #showPicture(page: number): void {

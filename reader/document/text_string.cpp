@@ -1,4 +1,4 @@
-#include "reader/layer/text_string.h"
+#include "reader/document/text_string.h"
 
 #include "crypt/password_text.h"
 #include "reader/font/characters.h"
@@ -12,7 +12,7 @@ namespace corvane {
 
 namespace {
 
-/// Characters of a name.
+/// Characters.
 constexpr std::size_t longest = 512;
 
 std::u32string fromDocumentEncoding(std::string_view bytes) {

@@ -1,4 +1,4 @@
-#include "app/web/answer.h"
+#include "app/web/http/answer.h"
 
 #include "app/cli/report/json.h"
 

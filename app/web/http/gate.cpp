@@ -1,7 +1,7 @@
-#include "app/web/gate.h"
+#include "app/web/http/gate.h"
 
 #include "app/cli/text.h"
-#include "app/web/secret.h"
+#include "app/web/http/secret.h"
 
 #include <algorithm>
 

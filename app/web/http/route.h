@@ -18,6 +18,7 @@ struct Route {
         open,
         artwork,
         picture,
+        thumbnail,
         trial,
         save,
         revert,

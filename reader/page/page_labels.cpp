@@ -1,0 +1,186 @@
+#include "reader/page/page_labels.h"
+
+#include "reader/document/text_string.h"
+#include "reader/font/characters.h"
+#include "reader/syntax/syntax.h"
+#include "runtime/budget.h"
+#include "runtime/exception.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <span>
+#include <string_view>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+namespace corvane {
+
+namespace {
+
+/// Characters of a label in front of its number: it is there for each page of its range.
+constexpr std::size_t longestPrefix = 64;
+
+/// The numerals of a label are no longer: larger numbers would be rows of M.
+constexpr std::int64_t largestRoman = 9999;
+
+/// The same letter so often at most.
+constexpr std::int64_t mostLetters = 10;
+
+constexpr int letters = 26;
+
+std::string roman(std::int64_t value) {
+    constexpr std::array<std::pair<int, std::string_view>, 13> numerals = {{{1000, "M"},
+                                                                            {900, "CM"},
+                                                                            {500, "D"},
+                                                                            {400, "CD"},
+                                                                            {100, "C"},
+                                                                            {90, "XC"},
+                                                                            {50, "L"},
+                                                                            {40, "XL"},
+                                                                            {10, "X"},
+                                                                            {9, "IX"},
+                                                                            {5, "V"},
+                                                                            {4, "IV"},
+                                                                            {1, "I"}}};
+    std::string text;
+    for (const auto& [weight, numeral] : numerals) {
+        for (; value >= weight; value -= weight) {
+            text += numeral;
+        }
+    }
+    return text;
+}
+
+std::string lowered(std::string text) {
+    std::ranges::transform(text, text.begin(), [](unsigned char letter) {
+        return static_cast<char>(std::tolower(letter));
+    });
+    return text;
+}
+
+LabelStyle styleOf(const Object& name) {
+    if (typeObject(name) != ObjectType::literal) {
+        return LabelStyle::none;
+    }
+    const std::string_view word = literalObject(name);
+    return word == "D"   ? LabelStyle::decimal
+           : word == "R" ? LabelStyle::upperRoman
+           : word == "r" ? LabelStyle::lowerRoman
+           : word == "A" ? LabelStyle::upperLetters
+           : word == "a" ? LabelStyle::lowerLetters
+                         : LabelStyle::none;
+}
+
+} // namespace
+
+std::string labelNumber(LabelStyle style, std::int64_t value) {
+    switch (style) {
+    case LabelStyle::none:
+        return "";
+    case LabelStyle::upperRoman:
+    case LabelStyle::lowerRoman:
+        if (value <= largestRoman) {
+            return style == LabelStyle::upperRoman ? roman(value) : lowered(roman(value));
+        }
+        break;
+    case LabelStyle::upperLetters:
+    case LabelStyle::lowerLetters: // A to Z, AA to ZZ, AAA to ZZZ
+        if (const std::int64_t count = (value - 1) / letters + 1; count <= mostLetters) {
+            const int first = style == LabelStyle::upperLetters ? 'A' : 'a';
+            return std::string(static_cast<std::size_t>(count),
+                               static_cast<char>(first + (value - 1) % letters));
+        }
+        break;
+    case LabelStyle::decimal:
+        break;
+    }
+    return std::to_string(value);
+}
+
+PageLabels::PageLabels(DocumentCache& cache) {
+    attempted([&] {
+        const ObjectOwner catalog = lookupObject(cache, cache.trailer.get(), "Root");
+        if (typeObject(catalog.get()) == ObjectType::dictionary) {
+            readTree(cache, findEntry(cache, catalog.get(), "PageLabels"));
+        }
+    });
+}
+
+std::string PageLabels::of(std::int32_t page) const {
+    auto range = ranges_.upper_bound(page - 1);
+    if (range == ranges_.begin()) {
+        return "";
+    }
+    --range;
+    const auto& [start, label] = *range;
+    return label.prefix + labelNumber(label.style, std::int64_t{label.first} + page - 1 - start);
+}
+
+void PageLabels::readTree(DocumentCache& cache, const Object& root) {
+    std::vector<ObjectOwner> waiting;
+    std::unordered_set<std::int32_t> met;
+    std::int32_t nodes = 0;
+    const auto wait = [&](const Object& node) {
+        std::int32_t number = 0;
+        std::int32_t generation = 0;
+        if (typeObject(node) == ObjectType::reference) {
+            referenceObject(node, number, generation);
+        }
+        if ((number == 0 || met.insert(number).second) && ++nodes <= budget::labelRanges) {
+            waiting.push_back(sharedObject(node));
+        }
+    };
+    wait(root);
+    while (!waiting.empty()) {
+        const ObjectOwner entry = std::move(waiting.back());
+        waiting.pop_back();
+        attempted([&] {
+            const ObjectOwner node = resolveObject(cache, entry.get());
+            if (typeObject(node.get()) != ObjectType::dictionary) {
+                return;
+            }
+            readRanges(cache, node.get());
+            const ObjectOwner kids = lookupObject(cache, node.get(), "Kids");
+            if (typeObject(kids.get()) == ObjectType::array) {
+                std::ranges::for_each(elementsObject(kids.get()), wait);
+            }
+        });
+    }
+}
+
+void PageLabels::readRanges(DocumentCache& cache, const Object& node) {
+    const ObjectOwner numbers = lookupObject(cache, node, "Nums");
+    if (typeObject(numbers.get()) != ObjectType::array) {
+        return;
+    }
+    const std::span<const Object> pairs = elementsObject(numbers.get());
+    for (std::size_t i = 0; i + 1 < pairs.size(); i += 2) {
+        if (ranges_.size() >= static_cast<std::size_t>(budget::labelRanges)) {
+            return;
+        }
+        attempted([&] {
+            const ObjectOwner first = resolveObject(cache, pairs[i]);
+            const ObjectOwner label = resolveObject(cache, pairs[i + 1]);
+            if (typeObject(first.get()) == ObjectType::integer && integerObject(first.get()) >= 0 &&
+                typeObject(label.get()) == ObjectType::dictionary) {
+                ranges_.try_emplace(integerObject(first.get()), readRange(cache, label.get()));
+            }
+        });
+    }
+}
+
+PageLabels::Range PageLabels::readRange(DocumentCache& cache, const Object& label) {
+    Range range;
+    range.style = styleOf(lookupObject(cache, label, "S").get());
+    const std::string prefix = documentText(lookupObject(cache, label, "P").get());
+    range.prefix = toUtf8(fromUtf8(prefix).value_or(U"").substr(0, longestPrefix));
+    const ObjectOwner first = lookupObject(cache, label, "St");
+    if (typeObject(first.get()) == ObjectType::integer) {
+        range.first = std::max(integerObject(first.get()), 1);
+    }
+    return range;
+}
+
+} // namespace corvane
