@@ -55,8 +55,8 @@ struct EditedObject {
     // Of text: each run is an object.
     std::int32_t run = 0;
     EditedIndex shown = notSet; ///< which text of the content it is, where it does not say so
-    double start = 0;         ///< where it begins on its line
-    EditedIndex set = notSet; ///< in the page's `SetText`; not set: its line is as it was
+    double start = 0;           ///< where it begins on its line
+    EditedIndex set = notSet;   ///< in the page's `SetText`; not set: its line is as it was
 };
 
 struct EditedArtwork {
