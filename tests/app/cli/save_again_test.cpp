@@ -147,6 +147,35 @@ TEST_F(SaveAgain, WhatIsSavedAlreadyIsNotAppendedAgain) {
     }
 }
 
+/// What stands in two streams would be another image in one.
+TEST_F(SaveAgain, AnImageThatTheEndOfAStreamCutsStaysWhereItIs) {
+    test::PdfBuilder file;
+    const std::string old =
+        file.object(1, "<< /Type /Catalog /Pages 2 0 R >>")
+            .object(2, "<< /Type /Pages /Kids [3 0 R] /Count 1 >>")
+            .object(3, "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 200 200] /Contents [4 0 R 5 0 "
+                       "R 6 0 R] >>")
+            .stream(4, "q 100 0 0 100 10 10 cm BI /W 2 /H 2 /BPC 8 /CS /G ID ")
+            .stream(5, "ab EI Q ")
+            .stream(6, "150 150 30 30 re f")
+            .bytes();
+    folder_.add("in.pdf", old);
+    const std::string art = artwork("in.pdf", 1);
+    for (const char* const edit :
+         {"<g transform=\"translate(9,9)\">", "<g inkscape:groupmode=\"layer\" "
+                                              "inkscape:label=\"N\">"}) {
+        const auto at = art.find("<path id=\"p1\"");
+        const auto end = art.find("/>", at) + 2;
+        folder_.add("a.svg",
+                    art.substr(0, at) + edit + art.substr(at, end - at) + "</g>" + art.substr(end));
+        const auto refused = run({"save", "a.svg", "in.pdf"});
+        EXPECT_TRUE(holds(refused.errors, "error 31: ")) << edit << refused.errors;
+        EXPECT_EQ(bytes("in.pdf"), old);
+    }
+    save(replaced(art, "M150 50", "M140 50"), "in.pdf", 1);
+    EXPECT_TRUE(bytes("in.pdf").starts_with(old) && bytes("in.pdf") != old);
+}
+
 TEST_F(SaveAgain, OtherPagesStay) {
     folder_.add("in.pdf", example("two-pages.pdf"));
     const std::string first = artwork("in.pdf", 1);
