@@ -203,7 +203,8 @@ struct HostExtension {
     // Version 2: saving.
 
     /// Digest of the page that the artwork to be saved came from, whichever version of the plug-in
-    /// told it; null: it came from none. A page of another digest is refused, unless `overwrites`.
+    /// told it; null: it came from none, and its units are points of paper, whatever the user unit
+    /// of the page is. A page of another digest is refused, unless `overwrites`.
     const std::uint64_t* artworkDigest = nullptr;
     bool overwrites = false;
     /// Told when an update was appended, or would be.

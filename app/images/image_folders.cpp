@@ -127,9 +127,8 @@ std::string ImageFolders::find(std::string_view address) const {
     const bool isInside = std::ranges::any_of(
         allowed_, [&](const std::string& folder) { return place->starts_with(folder); });
     if (!isInside && !allowsAll_) {
-        throw ImageError(
-            "lies outside the folder of the artwork; name its folder with --images, or "
-            "say --allow-files");
+        throw ImageError("lies outside the folder of the artwork; pictures from elsewhere need "
+                         "--images FOLDER or --allow-files");
     }
     return *place;
 }

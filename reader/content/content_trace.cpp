@@ -54,6 +54,7 @@ void ContentTrace::endStream(std::int64_t end, bool isInString) {
     damaged_.back() = damaged_.back() || isInString;
     if (std::exchange(isInData_, false)) {
         // Data without an EI are all the rest of the stream.
+        cutImage_ = cutImage_.value_or(imageStart_);
         events_.push({.start = std::exchange(imageStart_, positionOf(end)),
                       .end = positionOf(end),
                       .isFailed = true,
@@ -259,7 +260,15 @@ void ContentTrace::apply(const Interpreter& interpreter, TraceEvent& event) {
     case OperatorRole::object:
         return applyObject(interpreter, event);
     case OperatorRole::endImage:
-        event.start = isInImage_ ? imageStart_ : event.start;
+        event.start = isInImage_ ? cutImage_.value_or(imageStart_) : event.start;
+        if (isInImage_ && cutImage_) {
+            // Its bytes mean another image where they stand in one stream.
+            for (std::size_t i = streamStarts_.size();
+                 i-- > 0 &&
+                 (i + 1 == streamStarts_.size() || streamStarts_[i + 1] > event.start);) {
+                damaged_[i] = true;
+            }
+        }
         isInImage_ = false;
         isInData_ = false;
         return applyObject(interpreter, event);
@@ -332,6 +341,7 @@ void ContentTrace::note(const Interpreter& interpreter, OperatorRole role) {
         [[fallthrough]]; // data without a BI
     case OperatorRole::beginImage:
         imageStart_ = positionOf(span.start);
+        cutImage_.reset();
         isInImage_ = true;
         return;
     default:

@@ -15,6 +15,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -210,6 +211,7 @@ private:
     Surroundings atStart_;
     Surroundings behind_;
     std::uint32_t imageStart_ = 0;
+    std::optional<std::uint32_t> cutImage_; ///< where the open image began, in a stream that ended
     bool isInImage_ = false;
     bool isInData_ = false; ///< of an image, behind its ID
     bool endsOpen_ = false;

@@ -2,6 +2,7 @@
 
 #include "reader/content/interpreter.h"
 #include "reader/paint/path_aside.h"
+#include "reader/paint/path_space.h"
 #include "runtime/callbacks.h"
 #include "runtime/fixed.h"
 #include "runtime/rules.h"
@@ -23,6 +24,15 @@ void popCopy(Interpreter& interpreter) noexcept {
     if (--copy.times == 0) {
         saved.copies.pop_back();
     }
+}
+
+/// What the state says of the path under construction outlives a `Q` within that path.
+void keepPathState(GraphicsState& state, const GraphicsState& former) {
+    state.currentPoint = former.currentPoint;
+    state.style.fillPaint = former.style.fillPaint;
+    state.style.strokePaint = former.style.strokePaint;
+    state.style.clip = former.style.clip;
+    state.clipRule = former.clipRule;
 }
 
 /// Points of the artboard that artwork can hold: those of 16.16 numbers.
@@ -83,13 +93,13 @@ void restoreState(Interpreter& interpreter) {
     if (depthState(interpreter) == 0) {
         failException(Exception::underflow);
     }
-    const auto clip = interpreter.state.style.clip;
-    const FillRule clipRule = interpreter.state.clipRule;
-    popCopy(interpreter);
     if (rules().lazyGroups && interpreter.level.path.compound != Art::null) {
-        // That it clips is a mark of the path, which outlives the state.
-        interpreter.state.style.clip = clip;
-        interpreter.state.clipRule = clipRule;
+        const GraphicsState former = interpreter.state;
+        popCopy(interpreter);
+        keepPathState(interpreter.state, former);
+        followSpace(interpreter, former.exactCtm);
+    } else {
+        popCopy(interpreter);
     }
     const Art ofPath = takePathAside(interpreter);
     interpreter.containers.pop();
@@ -110,7 +120,9 @@ void abandonStates(Interpreter& interpreter, std::int32_t depth) noexcept {
 void concatState(Interpreter& interpreter) {
     GraphicsState& state = interpreter.state;
     if (rules().exactNumbers) {
-        state.exactCtm = multiply(popRealMatrix(), state.exactCtm);
+        const RealMatrix former = state.exactCtm;
+        state.exactCtm = multiply(popRealMatrix(), former);
+        followSpace(interpreter, former);
         return;
     }
     const Matrix operand = popMatrix();

@@ -1,5 +1,6 @@
 // Building paths: each subpath becomes one path of the host, gathered in a compound path until a
-// painting operator ends it. Points are transformed when a segment is made.
+// painting operator ends it. Points are transformed when a segment is made, and again where the
+// space changes before the path ends.
 #pragma once
 
 #include "host/artwork.h"

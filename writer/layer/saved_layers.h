@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <map>
 #include <set>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -34,7 +35,7 @@ struct SavedLayer {
 
 class SavedLayers {
 public:
-    /// `former`: groups that the last save of the same artwork made, which this one may use again.
+    /// `former`: groups that the save whose place this one takes made, which it may use again.
     explicit SavedLayers(DocumentCache& cache, std::vector<std::int32_t> former = {})
         : cache_(&cache), former_(std::move(former)) {}
 
@@ -48,6 +49,7 @@ public:
 
     /// Those that are new or changed, in the order in which they were met.
     std::vector<SavedLayer> changed() const;
+    std::span<const std::int32_t> former() const { return former_; }
     /// Those of `former` that nothing is drawn in any more.
     std::vector<std::int32_t> dropped() const;
     /// Those that are new since the artwork was opened.

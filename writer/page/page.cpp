@@ -153,7 +153,9 @@ std::int64_t pageWrite(DocumentCache& cache, UpdatePlan& plan) {
     if (!rules().recordsOrigin) {
         return writeDrawn(cache, plan, nullptr);
     }
-    WrittenDigest written(plan.firstNew, madeLayers(plan));
+    const bool hasLayers = plan.layers.has_value();
+    WrittenDigest written(plan.firstNew,
+                          hasLayers ? plan.layers->former() : std::span<const std::int32_t>());
     // The record says these, and nothing else of a page that shows the same.
     const std::string artwork = std::to_string(plan.origin.value_or(PageOrigin()).digest) + "\r" +
                                 std::to_string(plan.artwork.value_or(0)) + "\r";

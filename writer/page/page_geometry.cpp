@@ -94,31 +94,69 @@ bool isUnchanged(const OpenedPage& opened, const ArtboardSize& size, const Rect&
             callHost(slot::rectEmpty, &crop));
 }
 
+/// The artboard and what is seen of it, as the host has them.
+struct ArtArea {
+    ArtboardSize size;
+    Rect crop;
+};
+
+bool isFromNoPage() {
+    const auto extension = knownExtension();
+    return extension && extension->artworkDigest == nullptr;
+}
+
+/// The units of the page's own space that a unit of the artwork is. Artwork of the page is in
+/// those, artwork that came from no page in points of paper, as its host counts.
+double unitsOf(DocumentCache& cache) {
+    constexpr double most = 1e6; // of what is no unit of any paper
+    return isFromNoPage() ? 1 / std::clamp(userUnitCache(cache), 1 / most, most) : 1;
+}
+
+ArtArea scaled(const ArtArea& area, double scale) {
+    const auto side = [&](Fixed length) { return fixedFromReal(realFromFixed(length) * scale); };
+    return {{side(area.size.width), side(area.size.height)},
+            rectOf(side(area.crop.left), side(area.crop.top), side(area.crop.right),
+                   side(area.crop.bottom))};
+}
+
 /// Whether the artwork came from no page and is as large as what is seen of this one. Editors that
 /// drop all marks leave no more of where it lay.
 bool isTakenForSeen(const ArtboardSize& size, const Rect& bounds, const Rect& seen) {
-    const auto extension = knownExtension();
     constexpr Fixed room = fixedOne / 100;
     const auto isNear = [](std::int64_t a, std::int64_t b) { return std::abs(a - b) <= room; };
-    return extension && extension->artworkDigest == nullptr && bounds.left == 0 &&
-           bounds.bottom == 0 && bounds.right == size.width && bounds.top == size.height &&
-           isNear(size.width, std::int64_t{seen.right} - seen.left) &&
+    return isFromNoPage() && bounds.left == 0 && bounds.bottom == 0 && bounds.right == size.width &&
+           bounds.top == size.height && isNear(size.width, std::int64_t{seen.right} - seen.left) &&
            isNear(size.height, std::int64_t{seen.top} - seen.bottom);
 }
 
 /// A box of the artboard in the page's own space.
-Box placedBox(const PageGeometry& geometry, const Rect& rect) {
+Box placedBox(const RealMatrix& placement, const Rect& rect) {
     const Box box{realFromFixed(rect.left), realFromFixed(rect.bottom), realFromFixed(rect.right),
                   realFromFixed(rect.top)};
-    return rules().keepsGeometry ? turnedBox({.fixed = {}, .exact = geometry.placement}, box) : box;
+    return rules().keepsGeometry ? turnedBox({.fixed = {}, .exact = placement}, box) : box;
 }
 
-/// A number; one beyond 16.16 is read back as an integer only, and beyond 32 bits not at all.
-void writeCoordinate(Filter& output, double value) {
+/// Where the artwork lies on a page that keeps its boxes; nothing where they do not fit.
+std::optional<RealMatrix> placeOnKept(const OpenedPage& opened, const RealMatrix& back,
+                                      const ArtArea& area, bool hasBase) {
+    if (isUnchanged(opened, area.size, area.crop)) {
+        return back;
+    }
+    const Rect seen = hostRect(turnedBox(opened.matrix, opened.cropBox));
+    if (!hasBase && isTakenForSeen(area.size, area.crop, seen)) {
+        return multiply({.tx = realFromFixed(seen.left), .ty = realFromFixed(seen.bottom)}, back);
+    }
+    return std::nullopt;
+}
+
+/// A number, to the nearest of 16.16 or exactly; one beyond 16.16 is read back as an integer only,
+/// and beyond 32 bits not at all.
+void writeCoordinate(Filter& output, double value, BoxDigits digits) {
     constexpr double largestInteger = std::numeric_limits<std::int32_t>::max();
     constexpr double largestFixed = largestInteger / fixedOne;
     if (std::abs(value) <= largestFixed) {
-        fixedOutput(output, fixedFromReal(value));
+        digits == BoxDigits::all ? realOutput(output, value)
+                                 : fixedOutput(output, fixedFromReal(value));
     } else {
         const double whole = std::clamp(std::nearbyint(value), -largestInteger, largestInteger);
         integerOutput(output, static_cast<std::int32_t>(whole));
@@ -128,17 +166,21 @@ void writeCoordinate(Filter& output, double value) {
 } // namespace
 
 PageGeometry pageGeometry(DocumentCache& cache, const PageBase* base) {
-    ArtboardSize size;
-    callHost(slot::getArtboardSize, &size);
-    Rect crop;
-    callHost(slot::getPageBounds, &crop);
+    ArtArea area;
+    callHost(slot::getArtboardSize, &area.size);
+    callHost(slot::getPageBounds, &area.crop);
     PageGeometry geometry;
+    RealMatrix back;
     if (rules().keepsGeometry) {
+        const double scale = unitsOf(cache);
+        area = scale == 1 ? area : scaled(area, scale);
         const OpenedPage opened = openedPage(cache, base);
         // A turn by right angles and a move always has one.
-        geometry.placement =
-            withoutSignedZeros(inverse(opened.matrix.exact).value_or(RealMatrix()));
-        if (isUnchanged(opened, size, crop)) {
+        back = withoutSignedZeros(inverse(opened.matrix.exact).value_or(RealMatrix()));
+        const RealMatrix units{.a = scale, .d = scale};
+        geometry.placement = multiply(units, back);
+        if (const auto kept = placeOnKept(opened, back, area, base != nullptr)) {
+            geometry.placement = multiply(units, *kept);
             geometry.mediaBox = opened.mediaBox;
             geometry.cropBox = opened.cropBox;
             // An earlier save may have given the page a new size.
@@ -146,20 +188,10 @@ PageGeometry pageGeometry(DocumentCache& cache, const PageBase* base) {
                 opened.mediaBox == mediaCache(cache) && opened.cropBox == cropCache(cache);
             return geometry;
         }
-        const Rect seen = hostRect(turnedBox(opened.matrix, opened.cropBox));
-        if (base == nullptr && isTakenForSeen(size, crop, seen)) {
-            geometry.placement =
-                multiply({.tx = realFromFixed(seen.left), .ty = realFromFixed(seen.bottom)},
-                         geometry.placement);
-            geometry.mediaBox = opened.mediaBox;
-            geometry.cropBox = opened.cropBox;
-            geometry.kept = true;
-            return geometry;
-        }
     }
-    const Rect media = mediaRect(size, crop);
-    geometry.mediaBox = placedBox(geometry, media);
-    geometry.cropBox = placedBox(geometry, fittedCrop(crop, media));
+    const Rect media = mediaRect(area.size, area.crop);
+    geometry.mediaBox = placedBox(back, media);
+    geometry.cropBox = placedBox(back, fittedCrop(area.crop, media));
     return geometry;
 }
 
@@ -173,11 +205,11 @@ PageFacts factsOf(DocumentCache& cache, const PageGeometry& geometry) {
     return facts;
 }
 
-void writeBox(Filter& output, std::string_view key, const Box& box) {
+void writeBox(Filter& output, std::string_view key, const Box& box, BoxDigits digits) {
     nameOutput(output, key);
     stringOutput(output, "[ ");
     for (const double edge : {box.left, box.bottom, box.right, box.top}) {
-        writeCoordinate(output, edge);
+        writeCoordinate(output, edge, digits);
     }
     stringOutput(output, "]\r");
 }

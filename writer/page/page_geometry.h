@@ -24,7 +24,11 @@ PageGeometry pageGeometry(DocumentCache& cache, const PageBase* base);
 /// The facts of the page in use as it will be.
 PageFacts factsOf(DocumentCache& cache, const PageGeometry& geometry);
 
+/// How exactly a box is written: as artwork has its size, or so that the same box is read back.
+enum class BoxDigits { some, all };
+
 /// Writes a box as an entry of a dictionary.
-void writeBox(Filter& output, std::string_view key, const Box& box);
+void writeBox(Filter& output, std::string_view key, const Box& box,
+              BoxDigits digits = BoxDigits::some);
 
 } // namespace corvane

@@ -171,13 +171,16 @@ void writePageObject(DocumentCache& cache, const CarriedPage& carried, const Pag
     objectOutput(output, page.number, page.generation);
     stringOutput(output, "<<\r/Type /Page\r");
     carried.entries.write(cache, page);
+    if (!geometry.kept && rules().keepsGeometry) {
+        writeGeometry(output, geometry); // where the next save finds them among what it carries
+    }
     writeContents(output, parts.contents);
     if (parts.resources != nullptr) {
         writeResources(cache, carried, *parts.resources, page);
     } else {
         writeMetResources(cache);
     }
-    if (!geometry.kept) {
+    if (!geometry.kept && !rules().keepsGeometry) {
         writeGeometry(output, geometry);
     }
     if (rules().recordsOrigin) {

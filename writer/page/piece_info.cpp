@@ -38,8 +38,8 @@ void writeBase(DocumentCache& cache, ObjectIdentifier page, const CarriedBase& b
     Filter& output = *cache.output;
     stringOutput(output, "/Base <<\r");
     base.content.write(cache, page);
-    writeBox(output, "MediaBox", base.mediaBox);
-    writeBox(output, "CropBox", base.cropBox);
+    writeBox(output, "MediaBox", base.mediaBox, BoxDigits::all);
+    writeBox(output, "CropBox", base.cropBox, BoxDigits::all);
     writeDigest(cache, page, "Digest", base.digest);
     stringOutput(output, base.isAsOpened ? ">>\r" : "/Anew true >>\r");
 }

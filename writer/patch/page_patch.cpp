@@ -10,6 +10,7 @@
 #include "writer/patch/compare/kept_annotations.h"
 #include "writer/patch/compare/missing_art.h"
 #include "writer/patch/form/form_comparison.h"
+#include "writer/patch/text/known_text.h"
 #include "writer/patch/text/text_layout.h"
 
 #include <algorithm>
@@ -102,8 +103,10 @@ PagePatch plan(PageTools& tools, const BaseReading& reading, ResourceRegistry& r
         noteLayers(form.inside, tools.layers);
     }
     for (EditedForm& form : forms) {
+        knowText(*form.base, form.inside, true);
         layOutText(*form.base, form.inside, tools.setText);
     }
+    knowText(contents.page(), artwork, tools.base.isAsOpened);
     layOutText(contents.page(), artwork, tools.setText);
     tools.setText.finish();
     std::ranges::for_each(forms, compareForm);

@@ -176,9 +176,10 @@ void mendPage(DocumentCache& cache, UpdatePlan& plan) {
     }
 }
 
-/// Groups of the file that the last save of this artwork made.
+/// Groups of the file that the last save of the page made, where this one takes its place: nothing
+/// of the page is left that shows in them.
 std::vector<std::int32_t> formerLayers(DocumentCache& cache, const UpdatePlan& plan) {
-    return plan.base && !plan.base->isStanding ? lastLayers(cache) : std::vector<std::int32_t>();
+    return plan.base && plan.base->isStanding ? std::vector<std::int32_t>() : lastLayers(cache);
 }
 
 /// Looks at everything that can refuse the save before a byte is written.

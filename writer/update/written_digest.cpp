@@ -45,12 +45,8 @@ Held stateOf(std::string_view text) {
 
 } // namespace
 
-WrittenDigest::WrittenDigest(std::int32_t firstNew, const std::vector<std::int32_t>& alsoNew)
-    : firstNew_(firstNew) {
-    for (const std::int32_t number : alsoNew) {
-        order_.emplace(number, order_.size());
-    }
-}
+WrittenDigest::WrittenDigest(std::int32_t firstNew, std::span<const std::int32_t> alsoNew)
+    : firstNew_(firstNew), alsoNew_(alsoNew.begin(), alsoNew.end()) {}
 
 void WrittenDigest::feed(std::span<const std::byte> bytes) {
     if (value_) {
@@ -98,7 +94,7 @@ void WrittenDigest::release(std::size_t count) {
 void WrittenDigest::feedName() {
     std::int32_t number = 0;
     const auto read = std::from_chars(held_.data(), held_.data() + held_.size(), number);
-    const bool isNew = read.ec == std::errc() && (number >= firstNew_ || order_.contains(number));
+    const bool isNew = read.ec == std::errc() && (number >= firstNew_ || alsoNew_.contains(number));
     if (isNew) {
         const std::size_t place = order_.emplace(number, order_.size()).first->second;
         held_.replace(0, held_.find(' '), "new " + std::to_string(place));

@@ -10,15 +10,15 @@
 #include <span>
 #include <string>
 #include <unordered_map>
-#include <vector>
+#include <unordered_set>
 
 namespace corvane {
 
 class WrittenDigest {
 public:
-    /// Objects from the number `firstNew` on are new, and so are those of `alsoNew`, which a former
-    /// save of the same artwork made.
-    WrittenDigest(std::int32_t firstNew, const std::vector<std::int32_t>& alsoNew);
+    /// Objects from the number `firstNew` on are new, and so count those of `alsoNew`, which the
+    /// save before made.
+    WrittenDigest(std::int32_t firstNew, std::span<const std::int32_t> alsoNew);
 
     /// In any chunking. "12 0 R" and "12 0 obj" name objects, wherever they stand.
     void feed(std::span<const std::byte> bytes);
@@ -32,6 +32,7 @@ private:
     void feedName();
 
     std::int32_t firstNew_;
+    std::unordered_set<std::int32_t> alsoNew_;
     std::unordered_map<std::int32_t, std::size_t> order_; ///< of new objects, by number
     std::string held_;                                    ///< what may become a name
     char last_ = ' ';                                     ///< in front of that

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdlib>
+#include <regex>
 
 namespace corvane {
 namespace {
@@ -92,6 +93,87 @@ TEST_F(SaveAgain, OneArtworkManyTimes) {
     EXPECT_EQ(none.status, 1);
     EXPECT_TRUE(holds(none.errors, "error 25: ")) << none.errors;
     EXPECT_EQ(bytes("in.pdf"), example("harbour.pdf"));
+}
+
+/// The attributes of ours that an editor may drop.
+std::string withoutMarks(const std::string& svg) {
+    return std::regex_replace(svg, std::regex(" data-[a-z-]+=\"[^\"]*\""), "");
+}
+
+std::string withInFront(const std::string& svg, const std::string& more) {
+    return replaced(svg, "</svg>", more + "</svg>");
+}
+
+TEST_F(SaveAgain, WhatIsSavedAlreadyIsNotAppendedAgain) {
+    struct Row {
+        const char* name;
+        const char* page;
+        std::string (*edit)(std::string svg);
+    };
+    const char* const ground = "/MediaBox [0 0 300 200]";
+    const std::vector<Row> rows{
+        {"a box of more digits than a record has",
+         "/MediaBox [0 0 595.2755905511812 841.88976] /Rotate 90",
+         [](std::string svg) { return withInFront(svg, "<path d=\"M9 9H30V30Z\"/>"); }},
+        {"a layer", ground,
+         [](std::string svg) {
+             return withInFront(svg, "<g inkscape:groupmode=\"layer\" inkscape:label=\"Notes\">"
+                                     "<path d=\"M9 9H30V30Z\"/></g>");
+         }},
+        {"without marks, whose layers are new", ground,
+         [](std::string svg) { return withoutMarks(svg); }},
+        {"the same, of another size", ground,
+         [](std::string svg) {
+             return replaced(withoutMarks(svg), "viewBox=\"0 0 300 200\"",
+                             "viewBox=\"0 0 310 205\"");
+         }},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        folder_.add("in.pdf",
+                    test::PdfBuilder::onePage("BT /F 18 Tf 20 150 Td (North) Tj ( quay) Tj ET "
+                                              "10 10 60 30 re S",
+                                              row.page + std::string(" /Resources << /Font << "
+                                                                     "/F 5 0 R >> >>"))
+                        .object(5, "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>")
+                        .bytes());
+        const std::string art = row.edit(artwork("in.pdf", 1));
+        save(art, "in.pdf", 1);
+        const std::string saved = bytes("in.pdf");
+        for (int i = 0; i < 2; ++i) {
+            save(art, "in.pdf", 1);
+            EXPECT_EQ(bytes("in.pdf").size(), saved.size());
+        }
+    }
+}
+
+/// What stands in two streams would be another image in one.
+TEST_F(SaveAgain, AnImageThatTheEndOfAStreamCutsStaysWhereItIs) {
+    test::PdfBuilder file;
+    const std::string old =
+        file.object(1, "<< /Type /Catalog /Pages 2 0 R >>")
+            .object(2, "<< /Type /Pages /Kids [3 0 R] /Count 1 >>")
+            .object(3, "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 200 200] /Contents [4 0 R 5 0 "
+                       "R 6 0 R] >>")
+            .stream(4, "q 100 0 0 100 10 10 cm BI /W 2 /H 2 /BPC 8 /CS /G ID ")
+            .stream(5, "ab EI Q ")
+            .stream(6, "150 150 30 30 re f")
+            .bytes();
+    folder_.add("in.pdf", old);
+    const std::string art = artwork("in.pdf", 1);
+    for (const char* const edit :
+         {"<g transform=\"translate(9,9)\">", "<g inkscape:groupmode=\"layer\" "
+                                              "inkscape:label=\"N\">"}) {
+        const auto at = art.find("<path id=\"p1\"");
+        const auto end = art.find("/>", at) + 2;
+        folder_.add("a.svg",
+                    art.substr(0, at) + edit + art.substr(at, end - at) + "</g>" + art.substr(end));
+        const auto refused = run({"save", "a.svg", "in.pdf"});
+        EXPECT_TRUE(holds(refused.errors, "error 31: ")) << edit << refused.errors;
+        EXPECT_EQ(bytes("in.pdf"), old);
+    }
+    save(replaced(art, "M150 50", "M140 50"), "in.pdf", 1);
+    EXPECT_TRUE(bytes("in.pdf").starts_with(old) && bytes("in.pdf") != old);
 }
 
 TEST_F(SaveAgain, OtherPagesStay) {

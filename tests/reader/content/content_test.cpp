@@ -98,6 +98,19 @@ TEST_F(ContentTest, ClipsMakeGroupsThatTheyClip) {
         {"the clip goes with the path, not beyond", "0 0 5 5 re W n 0 0 5 5 re f",
          "{" CLIP " <0,0 5,0 5,5 0,5 zF>}"},
     });
+    // A path stands in user space until it is painted.
+    expect({
+        {"the space of a clip that ends behind Q", "q 2 0 0 2 0 0 cm 0 0 5 5 re W Q n " A,
+         "{" CLIP " " A_ART "}"},
+        {"a space within a path", "0 0 m 1 1 2 2 3 3 c q 2 0 0 2 0 10 cm 4 4 l h 5 5 m 6 6 l h f Q",
+         "(<10,20 12,22 zF> <0,10>2,12 6,16<4,14 8,18 zF>)"},
+        {"each part of it, and its point",
+         "q 4 0 0 4 0 0 cm 0 0 1 1 re q 2 0 0 2 0 0 cm 1 0 m 1 1 l Q 1 2 2 2 v h f",
+         "[(<4,0 4,4 8,8<4,8 zF> <0,0 4,0 4,4 0,4 zF>)]"},
+        {"a space without area", "q 0 0 0 0 7 7 cm 0 0 5 5 re Q f", "<7,7 7,7 7,7 zF>"},
+        {"paint in a state behind which the path goes on", "0 0 5 5 re f q 0 0 5 5 re Q n",
+         "<0,0 5,0 5,5 0,5 z> <0,0 5,0 5,5 0,5 zF>"},
+    });
     selectRules(Profile::original);
     expect({
         {"the group of the save stays", "q 0 0 5 5 re W n " A "Q", "[{" CLIP " " A_ART "}]"},

@@ -192,10 +192,13 @@ TEST_F(SavedPageTest, ANewSizeIsWrittenAnew) {
                               .trailer("/Root 1 0 R/Info 1 0 R")
                               .bytes());
             ASSERT_EQ(open(), 0U);
+            const std::uint64_t identity = identity_;
             document_->page().setArtboard(row.size);
             document_->page().setBounds(row.crop);
             const std::size_t former = bytes().size();
+            extension_.artworkDigest = &identity;
             ASSERT_EQ(save(), 0U);
+            extension_.artworkDigest = nullptr;
             const std::string page = pageIn(bytes().substr(former));
             const std::string box = modern ? row.written : row.original;
             EXPECT_THAT(page, HasSubstr("\n/MediaBox " + box + "\n/CropBox " + box + "\n"));
@@ -204,6 +207,52 @@ TEST_F(SavedPageTest, ANewSizeIsWrittenAnew) {
             EXPECT_EQ(page.find("UserUnit") != std::string::npos, modern);
             EXPECT_EQ(front_.taken(), modern ? row.seen : row.seenOriginal);
         }
+    }
+}
+
+/// What came from no page has the size on paper that it says, whatever the page's unit is.
+TEST_F(SavedPageTest, ArtworkOfNoPageIsInPoints) {
+    const auto at = [](int x, int y) { return Point{x * fixedOne, y * fixedOne}; };
+    struct Row {
+        const char* page;
+        Point corner; ///< of the artwork
+        const char* box;
+        std::vector<Point> line; ///< from its lower left to that corner, opened again
+    };
+    for (const Row& row : {
+             Row{"/MediaBox[0 0 200 100]/UserUnit 4",
+                 at(800, 400),
+                 "[0 0 200 100]",
+                 {at(0, 0), at(200, 100)}},
+             Row{"/MediaBox[0 0 200 100]/CropBox[20 10 120 60]/Rotate 90/UserUnit 4",
+                 at(200, 400),
+                 "[0 0 200 100]",
+                 {at(10, 80), at(60, 180)}},
+             Row{"/MediaBox[0 0 200 100]/UserUnit 4",
+                 at(200, 100),
+                 "[ 0 0 50 25 ]",
+                 {at(0, 0), at(50, 25)}},
+             Row{"/MediaBox[0 0 200 100]/UserUnit .5",
+                 at(60, 40),
+                 "[ 0 0 120 80 ]",
+                 {at(0, 0), at(120, 80)}},
+         }) {
+        SCOPED_TRACE(row.page);
+        use("in.pdf",
+            PdfBuilder::onePage("20 30 m 90 60 l S")
+                .object(3, std::string("<</Parent 2 0 R/Contents 4 0 R") + row.page + ">>")
+                .bytes());
+        ASSERT_EQ(open(), 0U);
+        document_->page().setArtboard({row.corner.x, row.corner.y});
+        document_->page().setBounds({0, row.corner.y, row.corner.x, 0});
+        document_->writeSegments(firstPath(), 0,
+                                 std::vector{Segment{}, {row.corner, row.corner, row.corner}});
+        const std::size_t former = bytes().size();
+        ASSERT_EQ(save(), 0U);
+        EXPECT_THAT(pageIn(bytes().substr(former)),
+                    HasSubstr(std::string("/MediaBox ") + row.box + "\n"));
+        ASSERT_EQ(open(), 0U);
+        EXPECT_EQ(anchors(), row.line);
     }
 }
 
@@ -272,7 +321,7 @@ TEST_F(SavedPageTest, ANewSizeStaysThroughAllSavesOfOneArtwork) {
             EXPECT_EQ(save(), 0U);
             const std::string page = pageIn(bytes().substr(former));
             const std::size_t at = page.find("/MediaBox");
-            return page.substr(at, page.find("/LastModified") - at);
+            return page.substr(at, page.find("/Contents") - at);
         };
         document_->page().setArtboard({300 * fixedOne, 400 * fixedOne});
         document_->page().setBounds(

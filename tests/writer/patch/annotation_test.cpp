@@ -65,6 +65,21 @@ protected:
         }
         std::ranges::for_each(groups, [&](Art group) { unmark(document, group); });
     }
+    static void addLetter(Document& document, double x, double y) {
+        const Art text = document.make(ArtKind::text, Placement::inside,
+                                       document.layerArt(document.firstLayer()));
+        document.setTextLine(
+            text, {.matrix = {fixedOne, 0, 0, fixedOne, fixedFromReal(x), fixedFromReal(y)}});
+        TextRun run{
+            .font = document.addFont({.family = "DejaVu Sans"}), .size = 9 * fixedOne, .text = "a"};
+        run.style.fillPaint = 1;
+        document.addTextRun(text, run);
+    }
+    static void removeAll(Document& document, Art group) {
+        while (document.firstChild(group) != Art::null) {
+            document.dispose(document.firstChild(group));
+        }
+    }
     Art layer() { return document_->layerArt(document_->firstLayer()); }
     /// Artwork that does not say where it lay begins with what is seen of it.
     void forgetPlace() {
@@ -202,13 +217,25 @@ TEST_F(AnnotationTest, AreKnownAgainWithoutMarks) {
           "page"}},
         {"all are gone, and a square is elsewhere",
          [](Document& document, Art group) {
-             while (document.firstChild(group) != Art::null) {
-                 document.dispose(document.firstChild(group));
-             }
+             removeAll(document, group);
              Artist(document).add(1, 1, 2, 2);
          },
          {},
          1},
+        {"the same with text",
+         [](Document& document, Art group) {
+             removeAll(document, group);
+             addLetter(document, 150, 150);
+         },
+         {},
+         1},
+        {"text where one was",
+         [](Document& document, Art group) {
+             removeAll(document, group);
+             addLetter(document, 25, 55);
+         },
+         {"rectangle, object 33, whose place holds something new, which becomes content of the "
+          "page"}},
     };
     for (const Row& row : rows) {
         openAnnotated();

@@ -54,8 +54,9 @@ struct EditedObject {
     Appearance appearance = {}; ///< with that of a group that holds nothing else
     // Of text: each run is an object.
     std::int32_t run = 0;
-    double start = 0;         ///< where it begins on its line
-    EditedIndex set = notSet; ///< in the page's `SetText`; not set: its line is as it was
+    EditedIndex shown = notSet; ///< which text of the content it is, where it does not say so
+    double start = 0;           ///< where it begins on its line
+    EditedIndex set = notSet;   ///< in the page's `SetText`; not set: its line is as it was
 };
 
 struct EditedArtwork {

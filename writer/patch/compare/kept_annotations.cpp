@@ -10,6 +10,7 @@
 #include "writer/patch/art_extent.h"
 #include "writer/patch/compare/group_comparison.h"
 #include "writer/patch/compare/group_parts.h"
+#include "writer/patch/text/text_reach.h"
 
 #include <algorithm>
 #include <array>
@@ -84,6 +85,10 @@ private:
     std::map<std::int32_t, std::string> subtypes_; ///< by object
 };
 
+ArtExtent reachOf(Art art) {
+    return artKind(art) == ArtKind::text ? reachOfText(art) : extentOf(art);
+}
+
 /// How far what is seen of an annotation reaches.
 ArtExtent extentOfAnnotation(Art group) {
     ArtExtent extent;
@@ -93,7 +98,7 @@ ArtExtent extentOfAnnotation(Art group) {
             return extentOf(part.art);
         }
         if (part.kind != ArtKind::group) {
-            extent.add(extentOf(part.art));
+            extent.add(reachOf(part.art));
         }
     }
     return extent;
@@ -101,7 +106,7 @@ ArtExtent extentOfAnnotation(Art group) {
 
 /// Whether something of that lies there.
 bool isWithin(const ArtExtent& extent, const ChargedList<Art>& added) {
-    return std::ranges::any_of(added.items(), [&](Art art) { return extentOf(art).meets(extent); });
+    return std::ranges::any_of(added.items(), [&](Art art) { return reachOf(art).meets(extent); });
 }
 
 void tell(const std::string& name) {

@@ -131,6 +131,7 @@ public:
     }
 
     Matching match(bool sourcesMeanIt) {
+        matchEach([](const EditedObject& object) { return object.shown; });
         if (sourcesMeanIt) {
             matchEach([&](const EditedObject& object) { return sourceOf(base_, object); });
             matchEach([&](const EditedObject& object) { return byNumber(object); });
@@ -327,6 +328,10 @@ PaintedIndex sourceOf(const BaseContent& base, const EditedObject& object) {
     });
     const bool isHere = at != painted.end() && isIt(*at);
     return isHere ? static_cast<PaintedIndex>(at - painted.begin()) : noSource;
+}
+
+PaintedIndex knownSource(const BaseContent& base, const EditedObject& object) {
+    return object.shown != notSet ? object.shown : sourceOf(base, object);
 }
 
 ArtDifference compareObject(const BaseContent& base, PaintedIndex source,

@@ -35,6 +35,8 @@ Matching matchArtwork(const BaseContent& base, const EditedArtwork& artwork, boo
 
 /// The source whose bytes the object names: `noSource` where it names none of the page's.
 PaintedIndex sourceOf(const BaseContent& base, const EditedObject& object);
+/// The same; of text that was known again, what it is.
+PaintedIndex knownSource(const BaseContent& base, const EditedObject& object);
 
 /// How the object differs from what the source made, which is of its kind.
 ArtDifference compareObject(const BaseContent& base, PaintedIndex source,

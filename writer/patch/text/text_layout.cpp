@@ -69,7 +69,7 @@ private:
 
     /// Nothing where its letters are not as the page shows them.
     std::optional<double> shownLength(const EditedObject& object, const TextRun& run) const {
-        const PaintedIndex source = sourceOf(base_, object);
+        const PaintedIndex source = knownSource(base_, object);
         if (source == noSource) {
             return std::nullopt;
         }

@@ -56,6 +56,13 @@ public:
     void gray(std::size_t line, std::int32_t run) {
         change(line, run, [](TextRun& each) { each.style.fill.component[0] = fixedOne / 2; });
     }
+    /// As an editor leaves a line that it wrote anew.
+    void unmark(std::size_t line) {
+        rewrite(line, [](TextRun& run, std::int32_t) {
+            run.source = {};
+            return true;
+        });
+    }
     void removeRun(std::size_t line, std::int32_t run) {
         rewrite(line, [&](TextRun&, std::int32_t number) { return number != run; });
     }

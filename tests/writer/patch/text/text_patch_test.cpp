@@ -243,6 +243,63 @@ TEST_F(TextPatchTest, Edits) {
     }
 }
 
+/// Lines that do not say what made them are known by their letters, fonts and places.
+TEST_F(TextPatchTest, LinesWithoutSources) {
+    const std::string twice = "BT /F 10 Tf 100 700 Td (ab) Tj ET BT /F 10 Tf 100 700 Td (ab) Tj ET "
+                              "BT /F 10 Tf 100 600 Td (ab) Tj ET";
+    const Edit rows[] = {
+        {"beside a line that is moved", threeRuns,
+         [](Typist& it) {
+             it.unmark(0);
+             it.move(1, 5, 3);
+         },
+         "2 1 0 0 0", ""},
+        {"painted otherwise", threeRuns,
+         [](Typist& it) {
+             it.gray(1, 0);
+             it.unmark(0);
+             it.unmark(1);
+         },
+         "2 1 0 0 0", ""},
+        {"moved: it is a new one", threeRuns,
+         [](Typist& it) {
+             it.move(1, 5, 3);
+             it.unmark(1);
+         },
+         "2 0 1 1 0", ""},
+        {"columns of one line", columns,
+         [](Typist& it) {
+             for (std::size_t line = 0; line < 3; ++line) {
+                 it.unmark(line);
+             }
+             it.retype(2, 0, "no end");
+         },
+         "2 0 2 2 0", ""},
+        {"one of two that lie over each other goes", twice,
+         [](Typist& it) {
+             it.unmark(0);
+             it.unmark(2);
+             it.remove(1);
+         },
+         "2 0 0 1 0", ""},
+        {"the paint tells two of them", twice + " 0 g",
+         [](Typist& it) {
+             it.gray(1, 0);
+             it.unmark(0);
+             it.unmark(1);
+         },
+         "2 1 0 0 0", ""},
+    };
+    for (const Edit& row : rows) {
+        SCOPED_TRACE(row.name);
+        openPage(row.content);
+        Typist edits = typist();
+        row.edit(edits);
+        ASSERT_NO_FATAL_FAILURE(expectTextSaved());
+        EXPECT_EQ(facts(), row.facts);
+    }
+}
+
 /// Each letter is shown left of the one before; the line of art has them as they stand.
 TEST_F(TextPatchTest, LinesFromTheRight) {
     const std::string begin = "BT /H 10 Tf 100 700 Td ";
