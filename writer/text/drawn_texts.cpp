@@ -10,6 +10,7 @@
 #include "writer/art/path_works.h"
 #include "writer/art/style_works.h"
 #include "writer/art/text_clip.h"
+#include "writer/text/text_pen.h"
 
 #include <vector>
 
@@ -136,6 +137,8 @@ void DrawnTexts::clip(Walk& walk, Art clip) {
 }
 
 void DrawnTexts::write(Walk& walk, Art text) {
+    TextLine line;
+    callHost(slot::getTextLine, text, &line);
     SetText::Index set = firstOf(text);
     for (std::int32_t i = 0; i < runCount(text); ++i) {
         TextRun run = runOf(text, i);
@@ -143,21 +146,23 @@ void DrawnTexts::write(Walk& walk, Art text) {
         const LookState look =
             stateOf({.fillOpacity = run.fillOpacity, .strokeOpacity = run.strokeOpacity});
         const bool isLooked = walk.looks != nullptr && !look.isEmpty();
-        const bool isMasked = needsMask(walk, run.style);
-        if (isLooked || isMasked) {
+        const PennedText penned = pennedText(line.matrix, run.style);
+        const bool isApart = isLooked || needsMask(walk, run.style) || !penned.isRound();
+        if (isApart) {
             enterWorks(walk);
             maskWorks(walk, run.style);
         }
         if (isLooked) {
             stateWorks(walk, look);
         }
-        pathStyleWorks(walk, run.style);
-        setText_.decorate(walk, set, run, RealMatrix(), LineDepth::behindLetters);
+        enterPenOf(walk, penned);
+        pathStyleWorks(walk, penned.style);
+        setText_.decorate(walk, set, run, penned.back, LineDepth::behindLetters);
         walk.text.add("BT\n");
-        setText_.write(walk, set, run, RealMatrix(), names_);
+        setText_.write(walk, set, run, penned.back, names_);
         walk.text.add("ET\n");
-        setText_.decorate(walk, set++, run, RealMatrix(), LineDepth::beforeLetters);
-        if (isLooked || isMasked) {
+        setText_.decorate(walk, set++, run, penned.back, LineDepth::beforeLetters);
+        if (isApart) {
             leaveWorks(walk);
         }
     }

@@ -391,19 +391,20 @@ TEST_F(SetTextTest, SpacingAndMarks) {
 
 /// Another page stands there now: it is drawn anew, also its text.
 TEST_F(SetTextTest, APageIsDrawnAnew) {
-    openPage(twoLines);
+    openPage(twoLines + " 4 0 0 1 0 0 cm BT 1 Tr 3 w 25 600 Td (ab) Tj ET");
     add(at(200, 200), "gr\xC3\xBC\xC3\x9F", {.family = "DejaVu Sans"});
     digest_ = 1;
     extension_.overwrites = true;
     ASSERT_EQ(save(), 0U) << ::testing::PrintToString(front_.taken());
     EXPECT_FALSE(saved_.back().isPatched);
     EXPECT_EQ(count("/Subtype /Type0"), 2U);
+    EXPECT_THAT(newContent(), HasSubstr("1 0 0 .25 0 0 cm\n0 G\n12 w\n"));
     if (test::isInstalled("pdftotext")) {
         EXPECT_THAT(words(), HasSubstr("gr\xC3\xBC\xC3\x9F"));
         EXPECT_THAT(words(), HasSubstr("abcd"));
     }
     ASSERT_EQ(open(), 0U);
-    EXPECT_EQ(test::SeenTexts(*document_).texts.size(), 3U);
+    EXPECT_EQ(test::SeenTexts(*document_).texts.size(), 4U);
     EXPECT_THAT(fonts_, ElementsAre("NimbusSans-Regular|abcdefgh|Helvetica",
                                     "DejaVu Sans|gr\xC3\x9F\xC3\xBC|"));
 }

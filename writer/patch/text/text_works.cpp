@@ -8,6 +8,7 @@
 #include "writer/patch/text/show_bytes.h"
 #include "writer/patch/text/text_run.h"
 #include "writer/patch/works/changed_works.h"
+#include "writer/text/text_pen.h"
 #include "writer/text/text_state.h"
 
 #include <string>
@@ -140,18 +141,20 @@ void movedGlyphsWorks(PatchTools& tools, const PaintedArt& was, const RealMatrix
 void newTextWorks(PatchTools& tools, const EditedObject& is) {
     Walk& walk = tools.walk;
     const PathStyle style = runOf(is.art, is.run).style;
-    const bool isMasked = needsMask(walk, style);
-    if (isMasked) {
+    const PennedText penned = pennedText(lineOf(is.art).matrix, style);
+    const bool isApart = needsMask(walk, style) || !penned.isRound();
+    if (isApart) {
         enterWorks(walk);
         maskWorks(walk, style);
+        enterPenOf(walk, penned);
     }
-    pathStyleWorks(walk, style);
-    decorateWorks(tools, is, RealMatrix(), LineDepth::behindLetters);
+    pathStyleWorks(walk, penned.style);
+    decorateWorks(tools, is, penned.back, LineDepth::behindLetters);
     walk.text.add("BT\n");
-    typedWorks(tools, is, RealMatrix());
+    typedWorks(tools, is, penned.back);
     walk.text.add("ET\n");
-    decorateWorks(tools, is, RealMatrix(), LineDepth::beforeLetters);
-    if (isMasked) {
+    decorateWorks(tools, is, penned.back, LineDepth::beforeLetters);
+    if (isApart) {
         leaveWorks(walk);
     }
 }
