@@ -49,8 +49,9 @@ struct FoundFont {
 /// installed.
 TOOLBOX_CALL std::optional<FoundFont> findFont(const FontRequest& request);
 
-/// The path of URW's font in place of the standard font of that very name ("Times-Roman"; a subset's
-/// tag aside), without a search. Empty for other names, and where the font is not in a usual place.
+/// The path of URW's font in place of the standard font of that very name ("Times-Roman"; a
+/// subset's tag aside), without a search. Empty for other names, and where the font is not in a
+/// usual place.
 TOOLBOX_CALL std::string standardFontFile(std::string_view name);
 
 /// A font of the machine. Where several files hold one of that name, it is that of Type 1: it tells
