@@ -24,7 +24,7 @@ void inspect(const Arguments& arguments, Report& report, Selector selector) {
 }
 
 /// Colours of a thumbnail as PNG has them: without the byte in front of each.
-std::vector<std::byte> colours(const Thumbnail& thumbnail) {
+std::vector<std::byte> colours(const PagePicture& thumbnail) {
     std::vector<std::byte> colours;
     colours.reserve(thumbnail.pixels.size() / 4 * 3);
     for (std::size_t i = 0; i + 4 <= thumbnail.pixels.size(); i += 4) {
@@ -40,7 +40,7 @@ void writeThumbnail(const Arguments& arguments, Report& report) {
                                      std::to_string(arguments.page) +
                                      ", or none that can be read"});
     }
-    const Thumbnail& thumbnail = *report.thumbnail;
+    const PagePicture& thumbnail = *report.thumbnail;
     OutputFile file(outputTarget(arguments.thumbnail, arguments.file, true));
     PngWriter png(
         {.width = thumbnail.width, .height = thumbnail.height, .colours = ImageColours::rgb}, file);

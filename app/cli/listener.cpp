@@ -88,7 +88,7 @@ HostExtension Listener::makeExtension() {
             Listener& to = listener(context);
             to.remember([&] {
                 to.report_.thumbnail =
-                    Thumbnail{told.width, told.height, {told.pixels.begin(), told.pixels.end()}};
+                    PagePicture{told.width, told.height, {told.pixels.begin(), told.pixels.end()}};
             });
         };
     }

@@ -57,7 +57,7 @@ struct DrawnImage {
 };
 
 /// `PageThumbnail` that outlives the call which told it.
-struct Thumbnail {
+struct PagePicture {
     std::int32_t width = 0; ///< pixels
     std::int32_t height = 0;
     std::vector<std::byte> pixels; ///< 0, red, green and blue of each, top row first
@@ -70,7 +70,7 @@ struct Report {
     std::vector<PageFacts> pages;
     std::map<std::int32_t, std::string> pageLabels; ///< of pages that have one, by their numbers
     std::set<std::int32_t> pagesWithThumbnail;      ///< those that say so
-    std::optional<Thumbnail> thumbnail;             ///< `info --thumbnail`
+    std::optional<PagePicture> thumbnail;           ///< `info --thumbnail`
     std::vector<DrawnImage> drawnImages;            ///< `info` of a page
     Provenance source;  ///< the page that was opened, or that the artwork to save came from
     ImageCounts images; ///< `open`

@@ -181,10 +181,16 @@ TEST_F(TextPatchTest, Edits) {
         {"new text whose stroke is stretched as its letters are",
          "BT /F 10 Tf 100 700 Td (ab) Tj ET 4 0 0 1 0 0 cm BT 1 Tr 3 w [6 3] 1 d 25 680 Td (ef) Tj "
          "ET",
-         [](Typist& it) { it.change(1, 0, [](TextRun& run) { run.source = {}; }); }, "1 0 1 1 0",
+         [](Typist& it) {
+             it.change(1, 0, [](TextRun& run) {
+                 run.source = {};
+                 run.text = "fe"; // other letters than the page's, or it would be known by them
+             });
+         },
+         "1 0 1 1 0",
          "BT /F 10 Tf 100 700 Td (ab) Tj ET 4 0 0 1 0 0 cm BT 1 Tr 3 w [6 3] 1 d 25 680 Td  [-834 "
          "] TJ\n ET\nq\n.25 0 0 1 0 0 cm\nq\n1 0 0 .25 0 0 cm\n0 G\n12 w\n[ 24 12 ] 4  d\n0 J\n0 "
-         "j\n10 M\n0 i\nBT\n/F 10 Tf 0 Tc 0 Tw 100 Tz 0 Ts 1 Tr\n4 0 0 4 100 2720 Tm\n[<6566> ] "
+         "j\n10 M\n0 i\nBT\n/F 10 Tf 0 Tc 0 Tw 100 Tz 0 Ts 1 Tr\n4 0 0 4 100 2720 Tm\n[<6665> ] "
          "TJ\nET\nQ\nQ\n\n"},
         {"stroked and unseen",
          "BT /F 10 Tf 1 Tr 100 700 Td (ab) Tj 0 -20 Td 3 Tr (cd) Tj 0 -20 Td 0 Tr (ef) Tj ET",
