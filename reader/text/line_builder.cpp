@@ -1,6 +1,7 @@
 #include "reader/text/line_builder.h"
 
 #include "fonts/made_font.h"
+#include "host/utf8.h"
 #include "reader/text/page_fonts.h"
 #include "runtime/fixed.h"
 #include "runtime/matrix.h"
@@ -36,6 +37,17 @@ bool isNear(double a, double b) {
 
 bool isParallel(const RealMatrix& a, const RealMatrix& b) {
     return isNear(a.a, b.a) && isNear(a.b, b.b) && isNear(a.c, b.c) && isNear(a.d, b.d);
+}
+
+/// One that stands by itself, or a mark that combines.
+bool isAccent(std::string_view text) {
+    if (text.empty()) {
+        return false;
+    }
+    const char32_t character = decodeCharacter(text).code;
+    constexpr std::u32string_view accents = U"^`~\u00A8\u00AF\u00B4\u00B8";
+    return accents.find(character) != accents.npos || (character >= 0x2C6 && character <= 0x2DD) ||
+           (character >= 0x300 && character <= 0x36F);
 }
 
 bool isBlank(std::string_view text) {
@@ -97,10 +109,12 @@ bool LineBuilder::goesOn(double pen) {
 }
 
 /// Viewers put the leftmost letter of a line where the line begins, so none may stand farther back.
+/// A letter goes back below its accent, which TeX shows first.
 bool LineBuilder::isWithinReach(double at, double size) const {
     const double gap = (at - open_.end) / size;
     const bool isInFront = at < -tolerance * size && !isVertical_;
-    return gap <= widestGap && gap >= -farthestBack && !isInFront;
+    const double farthest = farthestBack + open_.accent / size;
+    return gap <= widestGap && gap >= -farthest && !isInFront;
 }
 
 void LineBuilder::beginLine(double pen) {
@@ -191,6 +205,7 @@ void LineBuilder::add(const PenGlyph& placed) {
     }
     append(glyph.text, along(pen), isVertical_ ? columnAdvance : glyph.advance, glyph.face);
     open_.end = along(pen + placed.advance);
+    open_.accent = isAccent(glyph.text) ? std::max(0.0, placed.advance * stretch_) : 0;
 }
 
 /// In text space.

@@ -65,6 +65,8 @@ TEST_F(TextTest, LinesAndRuns) {
         {"columns", "(ab) Tj 30 0 Td (cd) Tj", "ab@100,700 10 | cd@130,700 10"},
         {"back to the left", "(ab) Tj -30 0 Td (cd) Tj", "ab@100,700 10 | cd@70,700 10"},
         {"a little back", "[(ab) 300 (cd)] TJ", "ab{-300}cd@100,700 10"},
+        {"a letter below its accent", "[(b) -20 (\\302) 450 (ur) 450 (\\302)] TJ",
+         "b{20}\u00B4{-450}ur@100,700 10 | \u00B4@109,700 10"},
         {"in front of the line's first letter", "[(i) 300 (b)] TJ",
          "i@100,700 10 | b@99.22,700 10"},
         {"letters from the right", "/H 10 Tf [(a) 1000 (b) 1050 (c)] TJ",
