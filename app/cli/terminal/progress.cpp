@@ -35,12 +35,12 @@ std::FILE* progressTerminal(const Arguments& arguments) {
     return isWanted ? stderr : nullptr;
 }
 
-ProgressLine::ProgressLine(std::FILE* terminal, std::string label)
-    : terminal_(terminal), label_(std::move(label)) {}
+ProgressLine::ProgressLine(std::FILE* terminal, std::string label, Clock::time_point (*now)())
+    : terminal_(terminal), label_(std::move(label)), now_(now) {}
 
 /// Whether the line may change again.
 bool ProgressLine::isDue() {
-    const Clock::time_point now = Clock::now();
+    const Clock::time_point now = now_();
     if (terminal_ == nullptr || now - last_ < interval) {
         return false;
     }
@@ -76,7 +76,7 @@ void ProgressLine::show(const std::string& text) {
 
 void ProgressLine::update(std::int64_t done, std::int64_t total) {
     if (done < former_) {
-        start_ = Clock::now(); // another work begins
+        start_ = now_(); // another work begins
     }
     former_ = done;
     if (total <= 0 || !isDue()) {

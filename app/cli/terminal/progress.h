@@ -21,8 +21,8 @@ public:
     /// Work that takes longer also says how fast it goes and how long it will take.
     static constexpr Clock::duration longWork = std::chrono::seconds(1);
 
-    /// `terminal` null: nothing is ever shown. Not an owner.
-    ProgressLine(std::FILE* terminal, std::string label);
+    /// `terminal` null: nothing is ever shown. Not an owner. `now` tells the time.
+    ProgressLine(std::FILE* terminal, std::string label, Clock::time_point (*now)() = &Clock::now);
     ~ProgressLine() { clear(); }
     ProgressLine(const ProgressLine&) = delete;
     ProgressLine& operator=(const ProgressLine&) = delete;
@@ -47,7 +47,8 @@ private:
 
     std::FILE* terminal_;
     std::string label_;
-    Clock::time_point start_ = Clock::now();
+    Clock::time_point (*now_)();
+    Clock::time_point start_ = now_();
     Clock::time_point last_ = start_;
     std::int64_t former_ = 0; ///< what was done at the last update
     bool isShown_ = false;

@@ -1,14 +1,10 @@
 #include "app/cli/terminal/chooser.h"
 
-#include "app/cli/terminal/progress.h"
-
 #include <array>
 #include <cstring>
 #include <gtest/gtest.h>
-#include <regex>
 #include <sstream>
 #include <string>
-#include <thread>
 #include <unistd.h>
 
 namespace corvane {
@@ -45,52 +41,6 @@ TEST(Chooser, AsksUntilTheAnswerIsAPage) {
         }
         EXPECT_EQ(questions, row.questions) << row.typed;
     }
-}
-
-TEST(Progress, IsDrawnRarelyAndTakenOffAgain) {
-    char* text = nullptr;
-    std::size_t size = 0;
-    std::FILE* terminal = open_memstream(&text, &size);
-    {
-        ProgressLine line(terminal, "reading");
-        line.update(1, 2);
-        std::fflush(terminal);
-        EXPECT_EQ(size, 0U) << "quick work shows nothing";
-        std::this_thread::sleep_for(ProgressLine::interval);
-        for (int i = 0; i < 1000; ++i) {
-            line.update(5, 10);
-        }
-        line.update(1, 0);
-    }
-    std::fclose(terminal);
-    EXPECT_EQ(std::string(text, size), "\r\x1B[Kreading 50 %\r\x1B[K");
-    std::free(text); // NOLINT: the C library made it
-
-    terminal = open_memstream(&text, &size);
-    {
-        ProgressLine line(terminal, "corvane:");
-        std::this_thread::sleep_for(ProgressLine::longWork + ProgressLine::interval);
-        line.count(1100, 2200, "page");
-        std::this_thread::sleep_for(ProgressLine::interval);
-        line.count(3, std::nullopt, "file");
-        std::this_thread::sleep_for(ProgressLine::interval);
-        line.update(1, 50);
-        std::this_thread::sleep_for(ProgressLine::interval);
-        line.update(45, 50);
-    }
-    std::fclose(terminal);
-    const std::string shown(text, size);
-    std::free(text); // NOLINT: the C library made it
-    EXPECT_TRUE(shown.starts_with("\r\x1B[Kcorvane: 1,100 of 2,200 pages, ")) << shown;
-    EXPECT_NE(shown.find(" a second, 2 s left\r\x1B[Kcorvane: 3 files, "), std::string::npos)
-        << shown;
-    const std::regex rates("[^]*corvane: 2 %, [0-9]\\.[0-9] % a second, [0-9:]+ (s|min) left[^]*"
-                           "corvane: 90 %, [0-9]{1,2}(\\.[0-9])? % a second, 1 s left[^]*");
-    EXPECT_TRUE(std::regex_match(shown, rates)) << shown;
-
-    ProgressLine silent(nullptr, "reading");
-    std::this_thread::sleep_for(ProgressLine::interval);
-    silent.update(1, 2);
 }
 
 TEST(PageList, ShowsSizesAndTitlesOfTheFirstPages) {

@@ -232,7 +232,7 @@ private:
 /// Waits for something to become true, for a while.
 template <class Condition>
 bool soon(Condition&& condition) {
-    for (int i = 0; i < 500; ++i) {
+    for (int i = 0; i < 3000; ++i) {
         if (condition()) {
             return true;
         }

