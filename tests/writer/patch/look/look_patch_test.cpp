@@ -1,144 +1,14 @@
-// Opacity, blend modes and soft masks: opened, edited, and saved as patches.
-#include "tests/writer/patch/patch_fixture.h"
+// Opacity, blending and groups: opened, edited, and saved as patches.
+#include "tests/writer/patch/look/look_patch_fixture.h"
 
 #include <gmock/gmock.h>
 
 #include <functional>
-#include <sstream>
 
 namespace corvane {
 namespace {
 
 using ::testing::HasSubstr;
-
-class LookPatchTest : public PatchTest {
-protected:
-    void openLooks(const std::string& content, const std::string& entries = "") {
-        const std::string form = "/Type /XObject /Subtype /Form /BBox [0 0 100 100] ";
-        openFile(
-            PdfBuilder::onePage(
-                content,
-                "/Resources << /ExtGState << /H << /ca .5 /CA .25 >> /E << /ca .3 /CA .3 >> "
-                "/M << /BM /Multiply >> /F << /BM [/Odd /Screen] >> /O << /BM /Odd >> "
-                "/S << /SMask << /S /Luminosity /G 30 0 R /BC [.5] /TR 31 0 R >> >> "
-                "/A << /SMask << /S /Alpha /G 30 0 R >> >> "
-                "/C << /SMask << /S /Alpha /G 43 0 R >> >> /N << /SMask /None >> "
-                "/V << /OP true /op true /OPM 1 >> /U << /OP true /op false >> "
-                "/R << /SMask << /S /Alpha /G 32 0 R >> >> >> "
-                "/Shading << /W 42 0 R >> /Pattern << /T 37 0 R >> /Font << /F 38 0 R >> "
-                "/XObject << /G 33 0 R /P 34 0 R /D 35 0 R /L 36 0 R /S 40 0 R /I 41 0 R >> >> " +
-                    entries)
-                .stream(30, "0 0 50 100 re f",
-                        form + "/Group << /S /Transparency /CS /DeviceGray >>")
-                .object(31, "<< /FunctionType 2 /Domain [0 1] /N 1 /C0 [1] /C1 [0] >>")
-                .stream(32, "/R gs 0 0 7 7 re f",
-                        form + "/Resources << /ExtGState << /R << /SMask << /S /Alpha /G 32 0 R >> "
-                               ">> >> >> /Group << /S /Transparency >>")
-                .stream(43, "q 0 0 20 20 re W n 0 0 50 50 re f Q",
-                        form + "/Group << /S /Transparency >>")
-                .stream(33, "0 0 9 9 re f /M gs 4 4 9 9 re f",
-                        form + "/Group << /S /Transparency /I true /K true >>")
-                .stream(34, "0 0 9 9 re f", form)
-                .stream(35, "0 0 9 9 re f 4 4 9 9 re f", form + "/Resources << >>")
-                .stream(36, "/Pattern cs /T scn 0 0 9 9 re f 4 4 9 9 re f",
-                        form + "/Matrix [0 2 -2 0 60 0]")
-                .stream(37, "0 0 2 2 re f",
-                        "/PatternType 1 /PaintType 1 /TilingType 1 /BBox [0 0 4 4] /XStep 4 "
-                        "/YStep 4 /Matrix [1 0 0 1 1 3] /Resources << >>")
-                .object(38, "<< /Type /Font /Subtype /Type3 /FontMatrix [.1 0 0 .1 0 0] "
-                            "/CharProcs << /a 39 0 R >> /Encoding << /Differences [97 /a] >> "
-                            "/FirstChar 97 /Widths [10] >>")
-                .stream(39, "10 0 d0 0 0 8 8 re f")
-                .stream(40, "0 0 9 9 re f /E gs 2 2 9 9 re f 4 4 9 9 re f", form)
-                .stream(41, "a",
-                        "/Type /XObject /Subtype /Image /Width 1 /Height 1 /BitsPerComponent 8 "
-                        "/ColorSpace /DeviceGray")
-                .object(42, "<< /ShadingType 3 /ColorSpace /DeviceGray /Coords [0 0 1 50 0 1] "
-                            "/Function << /FunctionType 2 /Domain [0 1] /N 1 >> >>")
-                .bytes());
-    }
-
-    std::string lookText(Art art) const {
-        const Appearance look = document_->appearance(art);
-        std::ostringstream text;
-        const auto add = [&](const char* name, double value, double none) {
-            if (value != none) {
-                text << ' ' << name << value;
-            }
-        };
-        add("o", look.opacity, 1);
-        add("f", look.fillOpacity, 1);
-        add("s", look.strokeOpacity, 1);
-        add("b", static_cast<int>(look.blend), 0);
-        text << (look.overprint.fills ? " over" : "") << (look.overprint.strokes ? " overline" : "")
-             << (look.overprint.skipsZeros ? " skip" : "");
-        text << (look.isIsolated ? " isolated" : "") << (look.isKnockout ? " knockout" : "");
-        if (look.mask != SoftMask::null) {
-            const MaskFacts& mask = document_->mask(look.mask);
-            text << (mask.isLuminosity ? " light" : " alpha");
-            add("b", mask.backdrop, 0);
-            if (!mask.transfer.empty()) {
-                text << " t" << mask.transfer.front() << '-' << mask.transfer.back();
-            }
-        }
-        return text.str();
-    }
-    /// Where the tiles of a path lie.
-    std::string tilesText(Art art) const {
-        const ArtKind kind = document_->kind(art);
-        if (kind != ArtKind::path || document_->style(art).fill.kind != ColourKind::pattern) {
-            return "";
-        }
-        const RealMatrix& m = document_->pattern(document_->style(art).fill.source).matrix;
-        std::ostringstream text;
-        text << " t" << m.a << ' ' << m.b << ' ' << m.tx << ' ' << m.ty;
-        return text.str();
-    }
-    /// Of all art but clips, each group before what it holds, from the back.
-    std::string looks() const {
-        std::string text;
-        const Art top = document_->layerArt(document_->firstLayer());
-        const auto list = [&](auto& self, Art group) -> void {
-            const Art clip = document_->clipped(group) ? document_->firstChild(group) : Art::null;
-            for (Art art = document_->lastChild(group); art != Art::null;
-                 art = document_->previousSibling(art)) {
-                if (art == clip) {
-                    continue;
-                }
-                const bool isGroup = document_->kind(art) == ArtKind::group;
-                text += isGroup ? "[" : "(";
-                text += lookText(art) + tilesText(art);
-                if (isGroup) {
-                    self(self, art);
-                }
-                text += isGroup ? "]" : ")";
-            }
-        };
-        list(list, top);
-        return text;
-    }
-
-    SoftMask addMask(Art drawn, bool isLuminosity) {
-        const Art content = document_->makeArtwork();
-        document_->reorder(drawn, Placement::inside, content);
-        return document_->addMask({.content = content, .isLuminosity = isLuminosity});
-    }
-    SoftMask maskOf(Art art) const { return document_->appearance(art).mask; }
-    /// The first point of the first path that the mask of the art holds.
-    Point maskCorner(Art art) const {
-        const Art group = document_->firstChild(document_->mask(maskOf(art)).content);
-        const Art path =
-            document_->kind(group) == ArtKind::path ? document_->nextSibling(group) : group;
-        return document_->segments(path)[0].anchor;
-    }
-
-    void expectKept(const std::string& wanted) {
-        ASSERT_EQ(save(), 0U) << ::testing::PrintToString(front_.taken());
-        ASSERT_TRUE(saved_.back().isPatched);
-        ASSERT_EQ(open(), 0U);
-        EXPECT_EQ(looks(), wanted) << newContent();
-    }
-};
 
 TEST_F(LookPatchTest, StatesBecomeLooksOfArt) {
     struct Row {
@@ -168,14 +38,6 @@ TEST_F(LookPatchTest, StatesBecomeLooksOfArt) {
         ASSERT_EQ(save(), 0U);
         EXPECT_TRUE(saved_.back().isNothing) << row.content;
     }
-}
-
-TEST_F(LookPatchTest, OneMaskIsOneThing) {
-    openLooks("/A gs 0 0 9 9 re f /A gs 1 1 9 9 re f q 2 0 0 2 0 0 cm /A gs 1 1 9 9 re f Q");
-    const Artist edits = artist();
-    const auto maskAt = [&](std::size_t i) { return maskOf(edits.at(i)); };
-    EXPECT_EQ(maskAt(0), maskAt(1));
-    EXPECT_NE(maskAt(0), maskAt(2)) << "it lies elsewhere";
 }
 
 TEST_F(LookPatchTest, AnObjectGetsAnotherLook) {
@@ -239,85 +101,12 @@ TEST_F(LookPatchTest, OverprintStaysWithItsObject) {
     EXPECT_TRUE(saved_.back().isNothing) << "an editor dropped what it does not know";
 }
 
-TEST_F(LookPatchTest, MasksAreDrawnWhereTheyLie) {
-    openLooks("2 0 0 2 30 0 cm 0 0 9 9 re f 20 20 9 9 re f");
-    Artist edits = artist();
-    const SoftMask mask = addMask(edits.add(10, 20, 30, 40), true);
-    document_->setAppearance(edits.at(0), {.mask = mask});
-    document_->setAppearance(edits.at(1), {.mask = mask});
-    ASSERT_NO_FATAL_FAILURE(expectKept("[( light)][( light)]"));
-    EXPECT_EQ(maskCorner(artist().at(0)), (Point{10 * fixedOne, 20 * fixedOne}));
-    EXPECT_EQ(maskOf(artist().at(0)), maskOf(artist().at(1)));
-}
-
-TEST_F(LookPatchTest, WhatMasksHoldIsEdited) {
-    struct Row {
-        const char* name;
-        std::function<void(Artist&, Art group, Art inside)> edit;
-        bool isNothing;
-    };
-    for (const Row& row : {
-             Row{"a group that does nothing", [](Artist&, Art, Art) {}, true},
-             Row{"opacity of a group",
-                 [](Artist&it, Art group, Art) {
-                     it.document.setAppearance(group, {.opacity = .5});
-                 },
-                 false},
-             Row{"a clip",
-                 [](Artist&it, Art group, Art inside) {
-                     const Art clip = it.add(0, 0, 9, 9, inside);
-                     it.document.reorder(clip, Placement::inFront, inside);
-                     it.style(clip, [](PathStyle& style) {
-                         style = PathStyle();
-                         style.clip = 1;
-                     });
-                     it.document.setClipped(group, true);
-                 },
-                 false},
-         }) {
-        SCOPED_TRACE(row.name);
-        openLooks("/A gs 0 0 9 9 re f");
-        Artist edits = artist();
-        const Art content = document_->mask(document_->appearance(edits.at(0)).mask).content;
-        const Art inside = document_->lastChild(content);
-        const Art group = document_->make(ArtKind::group, Placement::inFront, inside);
-        document_->reorder(inside, Placement::inside, group);
-        row.edit(edits, group, inside);
-        ASSERT_EQ(save(), 0U);
-        EXPECT_EQ(saved_.back().isNothing, row.isNothing);
-    }
-}
-
-TEST_F(LookPatchTest, ClipsOfMasksCount) {
-    for (const bool isEdited : {false, true}) {
-        openLooks("/C gs 0 0 9 9 re f");
-        Artist edits = artist();
-        Art group = document_->mask(maskOf(edits.at(0))).content;
-        while (!document_->clipped(group)) {
-            group = document_->firstChild(group);
-        }
-        edits.move(document_->firstChild(group), isEdited ? 3 : 0, 0);
-        ASSERT_EQ(save(), 0U);
-        EXPECT_EQ(saved_.back().isNothing, !isEdited);
-    }
-}
-
 /// Readers ignore the opacity of a stroke with tiles.
 TEST_F(LookPatchTest, TilesOfAStrokeAreSeenThroughAsAGroup) {
     openLooks("/H gs /Pattern CS /T SCN 4 w 20 20 30 30 re B");
     document_->setAppearance(artist().at(0), {.fillOpacity = .5, .strokeOpacity = .75});
     ASSERT_NO_FATAL_FAILURE(expectKept("[( f0.5)[ o0.75()]]"));
     EXPECT_THAT(bytes(), HasSubstr("/ca 0.75"));
-}
-
-/// A mask of its own would count in place of one in the graphics state.
-TEST_F(LookPatchTest, AnImageIsMaskedAsAGroup) {
-    openLooks("9 0 0 9 0 0 cm /I Do");
-    const Art image = document_->firstChild(document_->layerArt(document_->firstLayer()));
-    const SoftMask mask = addMask(artist().add(10, 20, 30, 40), true);
-    document_->setAppearance(image, {.mask = mask});
-    ASSERT_NO_FATAL_FAILURE(expectKept("[ light()]"));
-    EXPECT_THAT(bytes(), HasSubstr("/Group << /S /Transparency"));
 }
 
 TEST_F(LookPatchTest, StatesThatLaterOnesReplaceAreNotSetAgain) {
@@ -338,46 +127,6 @@ TEST_F(LookPatchTest, StatesThatLaterOnesReplaceAreNotSetAgain) {
     const std::string text = newContent();
     const std::string behind = text.substr(text.find("/G39 gs"));
     EXPECT_THAT(behind, HasSubstr("/G0 gs\n/G38 gs\n1 0 0 rg")) << "all that is left of the others";
-}
-
-TEST_F(LookPatchTest, ANewMaskMayHoldText) {
-    openLooks("0 0 99 99 re f");
-    const Art content = document_->makeArtwork();
-    const Art text = document_->make(ArtKind::text, Placement::inside, content);
-    TextLine line;
-    line.matrix = {fixedOne, 0, 0, fixedOne, 10 * fixedOne, 20 * fixedOne};
-    document_->setTextLine(text, line);
-    PathStyle painted;
-    painted.fillPaint = 1;
-    document_->addTextRun(text, {.font = document_->addFont({.family = "DejaVu Sans"}),
-                                 .size = 20 * fixedOne,
-                                 .text = "Seen",
-                                 .style = painted});
-    document_->setAppearance(artist().at(0), {.mask = document_->addMask({.content = content})});
-    ASSERT_NO_FATAL_FAILURE(expectKept("[( alpha)]"));
-    EXPECT_THAT(bytes(), HasSubstr("/FontFile"));
-}
-
-TEST_F(LookPatchTest, AMaskMovesOnlyWithItsObject) {
-    openLooks("/A gs 0 0 9 9 re f");
-    artist().move(artist().at(0), 30, 0);
-    ASSERT_NO_FATAL_FAILURE(expectKept("[( alpha)]"));
-    EXPECT_EQ(newContent().find(" cm"), std::string::npos) << "it stays where the artwork has it";
-}
-
-TEST_F(LookPatchTest, AMaskAroundAFormDoesNotMoveWithTheForm) {
-    openLooks("/A gs /D Do");
-    Artist edits = artist();
-    const Art copy = edits.add(30, 0, 50, 100);
-    document_->setStyle(copy, document_->style(edits.at(0)));
-    const SoftMask moved = addMask(copy, false);
-    edits.move(edits.clips.at(0), 30, 0);
-    for (const Art art : {edits.at(0), edits.at(1)}) {
-        edits.move(art, 30, 0);
-        document_->setAppearance(art, {.mask = moved});
-    }
-    ASSERT_NO_FATAL_FAILURE(expectKept("[[[( alpha)][( alpha)]]]"));
-    EXPECT_EQ(maskCorner(artist().at(0)), (Point{30 * fixedOne, 0}));
 }
 
 TEST_F(LookPatchTest, GroupsAreOneThing) {
