@@ -242,6 +242,16 @@ void TreeWriter::endShape(Note note) {
     out_.text("</desc></path>");
 }
 
+/// The group of a shape whose clip and look may not be its own.
+void TreeWriter::openWrapper(const Appearance& appearance) {
+    out_.text("<g");
+    writeLook(appearance);
+    if (const ClipChain& chain = levels_.back().chain; chain.isNamed()) {
+        writeReference(chain.clip);
+    }
+    out_.text(">");
+}
+
 /// A pen that is not round transforms the path, and would transform a clip or a mask with it: a
 /// group carries those.
 void TreeWriter::writeShape(Art shape) {
@@ -251,7 +261,7 @@ void TreeWriter::writeShape(Art shape) {
     const bool guide = leading != Art::null && document_.guide(leading);
     const Appearance appearance = document_.appearance(shape);
     const Pen pen = guide ? Pen() : drawnPen(style);
-    const bool isClipped = !level.chain.hides && level.chain.clip != 0;
+    const bool isClipped = level.chain.isNamed();
     const bool isWrapped = pen != Pen() && (isClipped || appearance.mask != SoftMask::null);
     if (!guide) {
         writeServers(style, level.depth);
@@ -259,12 +269,7 @@ void TreeWriter::writeShape(Art shape) {
     writeMasks(appearance.mask, level.depth);
     writeIndent(out_, level.depth);
     if (isWrapped) {
-        out_.text("<g");
-        writeLook(appearance);
-        if (isClipped) {
-            writeReference(level.chain.clip);
-        }
-        out_.text(">");
+        openWrapper(appearance);
     }
     out_.text("<path");
     if (!level.isObject) {
@@ -329,7 +334,7 @@ void TreeWriter::writeLine(Art text) {
 void TreeWriter::writePlaced(Art placed) {
     const Level& level = levels_.back();
     const bool isPicture = showsFile(document_, placed);
-    const bool isClipped = !level.chain.hides && level.chain.clip != 0;
+    const bool isClipped = level.chain.isNamed();
     const Appearance appearance = document_.appearance(placed);
     const bool isStyled =
         appearance.mask != SoftMask::null || appearance.blend != BlendMode::normal;
@@ -337,12 +342,7 @@ void TreeWriter::writePlaced(Art placed) {
     writeMasks(appearance.mask, level.depth);
     writeIndent(out_, level.depth);
     if (isWrapped) {
-        out_.text("<g");
-        writeLook(appearance);
-        if (isClipped) {
-            writeReference(level.chain.clip);
-        }
-        out_.text(">");
+        openWrapper(appearance);
     }
     out_.text(isPicture ? "<image" : "<path");
     writeShapeId(out_, level.content, ++numbers_.shapes[level.content]);

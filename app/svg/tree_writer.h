@@ -60,6 +60,9 @@ private:
         std::uint32_t base = 0; ///< the same without the rectangle
         Extent rectangle = Extent::everything();
         bool hides = false; ///< nothing is left to be seen
+
+        /// Whether an element has to name the clip.
+        bool isNamed() const { return !hides && clip != 0; }
     };
 
     /// A group whose children are being written.
@@ -81,6 +84,7 @@ private:
     void writeLevels();
     void enterGroup(Art, const LayerProperties*);
     void leaveGroup();
+    void openWrapper(const Appearance&);
     void writeShape(Art);
     void writeLine(Art text);
     void writePlaced(Art placed);

@@ -9,6 +9,18 @@
 
 namespace corvane {
 
+namespace {
+
+/// Whether a layer is drawn on the page.
+bool isDrawn(Layer layer, const LayerInfo& info) {
+    if (!rules().hiddenLayersLeftOut) {
+        return true;
+    }
+    return info.printing != 0 && (info.visible != 0 || layerOf(artOf(layer)) != ContentLayer::null);
+}
+
+} // namespace
+
 ChargedList<Layer> listLayers() {
     ChargedList<Layer> layers;
     Layer layer = Layer::null;
@@ -51,11 +63,17 @@ ContentLayer layerOf(Art group) {
     return layer;
 }
 
-bool isDrawn(Layer layer, const LayerInfo& info) {
-    if (!rules().hiddenLayersLeftOut) {
-        return true;
+ChargedList<Art> listDrawnArt() {
+    ChargedList<Art> groups;
+    const ChargedList<Layer> layers = listLayers();
+    for (const Layer layer : layers.items()) {
+        LayerInfo info;
+        callHost(slot::getLayerInfo, layer, &info);
+        if (isDrawn(layer, info)) {
+            groups.push(artOf(layer));
+        }
     }
-    return info.printing != 0 && (info.visible != 0 || layerOf(artOf(layer)) != ContentLayer::null);
+    return groups;
 }
 
 bool leavesOut(Layer layer, const LayerInfo& info) {

@@ -22,8 +22,8 @@ FormFacts formOf(Art group);
 /// The layer of the file, or new in it, with which the group shows; null where there is none.
 ContentLayer layerOf(Art group);
 
-/// Whether a layer is drawn on the page.
-bool isDrawn(Layer layer, const LayerInfo& info);
+/// The groups of all layers that are drawn on the page, from the front to the back.
+ChargedList<Art> listDrawnArt();
 
 /// Whether a layer is not drawn on the page: it is hidden and no layer of the file, or does not
 /// print. If so, the person is warned and the host learns its title.

@@ -47,17 +47,9 @@ Art firstWithin(Art art) {
 } // namespace
 
 DrawnTexts::DrawnTexts(ResourceRegistry& resources) : names_(resources) {
-    ChargedList<Layer> layers = listLayers();
+    ChargedList<Art> layers = listDrawnArt();
     while (!layers.empty()) {
-        const Layer layer = layers.pop();
-        LayerInfo info;
-        callHost(slot::getLayerInfo, layer, &info);
-        if (!isDrawn(layer, info)) {
-            continue;
-        }
-        Art top = Art::null;
-        callHost(slot::getLayerArt, layer, &top);
-        addAll(top);
+        addAll(layers.pop());
     }
     setText_.finish();
 }

@@ -20,17 +20,11 @@ void walkContent(const std::unordered_set<Art>& others, const Visit& visit, cons
         bool holdsOthers = false;
         bool holdsContent = false;
     };
-    ChargedList<Layer> layers = listLayers();
+    ChargedList<Art> layers = listDrawnArt();
     while (!layers.empty()) {
-        const Layer layer = layers.pop();
-        LayerInfo info;
-        callHost(slot::getLayerInfo, layer, &info);
-        if (!isDrawn(layer, info)) {
-            continue;
-        }
         std::vector<Open> open = {{}};
         ArtStack pending;
-        pending.push(artOf(layer));
+        pending.push(layers.pop());
         for (ArtStep step; pending.next(step);) {
             if (step.what != ArtStep::What::art) {
                 const Open left = open.back();
