@@ -9,7 +9,7 @@
 namespace corvane {
 
 std::optional<std::uint64_t> digestOfOwnPng(const ByteSource& file, std::string_view key) {
-    constexpr std::size_t blockSize = std::size_t{256} << 10;
+    constexpr std::size_t blockSize = std::size_t{64} << 10;
     // What may be the end is held back, in front of the next block.
     std::vector<std::byte> block(PngWriter::endBytes + blockSize);
     Digest before;
