@@ -29,8 +29,8 @@ TEST(Child, EndsAsItIsTold) {
     for (const Row& row : {
              Row{"echo one; echo two >&2; exit 3", 30, Cause::itself, 3, 0, "one\n"},
              Row{"kill -SEGV $$", 30, Cause::itself, 0, SIGSEGV, ""},
-             Row{"echo begun; sleep 60", 1, Cause::time, 0, SIGTERM, "begun\n"},
-             Row{"trap '' TERM; sleep 60 & wait; sleep 60", 1, Cause::time, 0, SIGKILL, ""},
+             Row{"echo begun; sleep 60", 5, Cause::time, 0, SIGTERM, "begun\n"},
+             Row{"trap '' TERM; sleep 60 & wait; sleep 60", 5, Cause::time, 0, SIGKILL, ""},
              Row{"while :; do :; done & wait", 1, Cause::time, 0, 0, ""},
              Row{"cat", 30, Cause::itself, 0, 0, ""}, // there is nothing to read
          }) {

@@ -244,11 +244,11 @@ TEST_F(ServeSafety, TooManyAreRefusedAtOnce) {
 }
 
 TEST_F(ServeSafety, SlowClientsAreLeft) {
-    const auto start = std::chrono::steady_clock::now();
     const Client client(served_.port());
     client.send("GET / HT");
-    EXPECT_EQ(client.reply().status, 0);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 3 * limits::headTime);
+    const Reply reply = client.reply();
+    EXPECT_EQ(reply.status, 0);
+    EXPECT_TRUE(reply.isEnded);
 }
 
 /// What the browser is started with can be read by other people of the machine.

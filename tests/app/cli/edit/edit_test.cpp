@@ -25,7 +25,7 @@ TEST_F(Edit, WhateverWayAnEditorSaves) {
          "mv \"$art\" \"$art~\"; sed 's/ff0000/00ff00/' \"$art~\" > \"$art\"", 1},
         {"several pieces",
          "sed 's/ff0000/00ff00/' \"$art\" > whole; head -c 300 whole > \"$art\"; "
-         "sleep 0.8; tail -c +301 whole >> \"$art\"; saved $(size)",
+         "sleep 0.4; tail -c +301 whole >> \"$art\"; saved $(size)",
          1},
         {"twice", "n=$(size); recolour ff0000 ffff00; saved $n; recolour ffff00 00ff00", 2},
         {"and does not end well", "recolour ff0000 00ff00; exit 3", 1},
@@ -179,7 +179,9 @@ TEST_F(Edit, WhatWasTypedBeforeAQuestionAnswersNothing) {
 TEST_F(Edit, AnEditorThatReturnsAtOnceIsWaitedFor) {
     for (const std::string touch : {"", "cp \"$art\" same; cat same > \"$art\"; sleep 0.5; "}) {
         folder_.add("in.pdf", pdf_);
-        auto handing = editing(script("editor", touch + "(sleep 0.7; recolour ff0000 00ff00) &"));
+        const std::string afterItsEnd = "(while kill -0 $$; do sleep .05; done 2>/dev/null; sleep "
+                                        ".3; recolour ff0000 00ff00) &";
+        auto handing = editing(script("editor", touch + afterItsEnd));
         handing.interruptOn = "take it off with";
         const auto outcome = test::run(handing);
         EXPECT_EQ(outcome.status, 0) << touch << outcome.errors;
@@ -192,8 +194,9 @@ TEST_F(Edit, AnEditorThatReturnsAtOnceIsWaitedFor) {
 }
 
 TEST_F(Edit, CtrlCEndsTheWaitAndNotTheEditor) {
-    auto waiting = editing(script("editor", "echo ready >&2; sleep 1; echo goes on > alive\n"
-                                            "recolour ff0000 00ff00"));
+    auto waiting = editing(script("editor", "echo ready >&2; while grep -q 'State:.[^Z]' "
+                                            "/proc/$PPID/status; do sleep .05; done 2>/dev/null\n"
+                                            "echo goes on > alive; recolour ff0000 00ff00"));
     waiting.interruptOn = "ready";
     waiting.onTerminal = true;
     const auto outcome = test::run(waiting);
