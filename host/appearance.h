@@ -40,6 +40,14 @@ struct Overprint {
     friend constexpr auto operator<=>(const Overprint&, const Overprint&) = default;
 };
 
+/// How colours of a profile are brought to those that a device has (PDF Reference, 4.5.4).
+enum class RenderingIntent : std::uint8_t {
+    relativeColorimetric = 0, ///< as a page begins
+    absoluteColorimetric = 1,
+    perceptual = 2,
+    saturation = 3
+};
+
 /// A soft mask that the host's document holds; 0 is null.
 enum class SoftMask : std::uint32_t { null = 0 };
 
@@ -54,6 +62,8 @@ struct Appearance {
     bool isKnockout = false; ///< of groups: what they hold does not show what they hold behind it
     SoftMask mask = SoftMask::null;
     Overprint overprint = {}; ///< of paths and text; from version 7 of the extension on
+    /// Of paths, text and images; from version 9 of the extension on.
+    RenderingIntent intent = RenderingIntent::relativeColorimetric;
     friend constexpr bool operator==(const Appearance&, const Appearance&) = default;
 };
 

@@ -183,7 +183,7 @@ struct DrawnImageFacts {
 /// Versions only add fields at the end. A host states the version that its record was made for; the
 /// plug-in reads no further, and takes what is missing as not filled (runtime/extension.h).
 struct HostExtension {
-    static constexpr std::uint32_t currentVersion = 8;
+    static constexpr std::uint32_t currentVersion = 9;
 
     // Version 1.
 
@@ -267,6 +267,8 @@ struct HostExtension {
     /// A host that wants it is told by selector `info` of the page that it names, and of nothing
     /// else; and not even that where the page has none, or it cannot be read.
     void (*pageThumbnail)(void* context, const PageThumbnail&) = nullptr;
+
+    // Version 9: art has rendering intents.
 };
 
 /// Registers (null: removes) the record of the host of this process; not an owner.

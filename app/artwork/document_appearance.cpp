@@ -18,7 +18,8 @@ Appearance Document::appearance(Art art) const {
 void Document::setAppearance(Art art, const Appearance& appearance) {
     const NodeIndex node = tree_.find(art);
     if (!isOpacity(appearance.opacity) || !isOpacity(appearance.fillOpacity) ||
-        !isOpacity(appearance.strokeOpacity) || appearance.blend > BlendMode::luminosity) {
+        !isOpacity(appearance.strokeOpacity) || appearance.blend > BlendMode::luminosity ||
+        appearance.intent > RenderingIntent::saturation) {
         throw ArtworkError("the appearance has a value without meaning");
     }
     if (appearance.mask != SoftMask::null) {

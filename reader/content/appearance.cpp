@@ -108,6 +108,19 @@ bool hostHoldsPens() {
     return rules().readsTransparency && extension && extension->version >= 7;
 }
 
+bool hostHoldsIntents() {
+    const auto extension = knownExtension();
+    return rules().readsTransparency && extension && extension->version >= 9;
+}
+
+RenderingIntent intentOf(const Object& name) {
+    const std::string_view wanted =
+        typeObject(name) == ObjectType::literal ? literalObject(name) : std::string_view();
+    const auto* const found = std::ranges::find(intentNames, wanted);
+    return found == intentNames.end() ? RenderingIntent::relativeColorimetric
+                                      : static_cast<RenderingIntent>(found - intentNames.begin());
+}
+
 void applyTransparency(Interpreter& interpreter, const Object& entries) {
     if (!interpreter.readsTransparency) {
         return;
@@ -121,16 +134,26 @@ void applyTransparency(Interpreter& interpreter, const Object& entries) {
     if (interpreter.readsPens) {
         applyOverprint(interpreter, entries);
     }
+    if (interpreter.readsIntents) {
+        const ObjectOwner intent = lookupObject(cache, entries, "RI");
+        if (typeObject(intent.get()) == ObjectType::literal) {
+            interpreter.state.intent = intentOf(intent.get());
+        }
+    }
 }
 
 void tellAppearance(Interpreter& interpreter, Art art, PaintsUsed paints) {
     const Transparency& state = interpreter.state.transparency;
     const Overprint& overprint = interpreter.state.overprint;
-    if (state == Transparency() && overprint == Overprint()) {
+    const RenderingIntent intent = interpreter.state.intent;
+    if (state == Transparency() && overprint == Overprint() &&
+        intent == RenderingIntent::relativeColorimetric) {
         return;
     }
-    Appearance appearance{
-        .blend = state.blend, .mask = state.mask, .overprint = usedOverprint(overprint, paints)};
+    Appearance appearance{.blend = state.blend,
+                          .mask = state.mask,
+                          .overprint = usedOverprint(overprint, paints),
+                          .intent = intent};
     if (paints.fills && paints.strokes && state.fillOpacity == state.strokeOpacity) {
         // Readers paint both, and then lay them over what is behind as one thing.
         appearance.opacity = state.fillOpacity;
@@ -143,6 +166,12 @@ void tellAppearance(Interpreter& interpreter, Art art, PaintsUsed paints) {
 
 Appearance appearanceAsOne(const Transparency& state) {
     return {.opacity = state.fillOpacity, .blend = state.blend, .mask = state.mask};
+}
+
+Appearance imageAppearance(const GraphicsState& state) {
+    Appearance appearance = appearanceAsOne(state.transparency);
+    appearance.intent = state.intent;
+    return appearance;
 }
 
 void tellAppearanceAsOne(Interpreter& interpreter, Art art, const Appearance& appearance) {

@@ -68,6 +68,7 @@ void runPage(Interpreter& interpreter, std::span<const ObjectOwner> streams) {
     interpreter.readsPatterns = hostHoldsPatterns();
     interpreter.readsTransparency = hostHoldsAppearance();
     interpreter.readsPens = hostHoldsPens();
+    interpreter.readsIntents = hostHoldsIntents();
     runContent(interpreter, streams);
     page.leave();
     interpreter.containers.finish();

@@ -126,6 +126,7 @@ struct Interpreter {
     bool readsPatterns = false;     ///< and of patterns and shadings
     bool readsTransparency = false; ///< opacity, blending and masks become the art's
     bool readsPens = false;         ///< the same of pens, overprint and inks
+    bool readsIntents = false;      ///< and of rendering intents
 };
 
 /// One content, from its first stream to its last.

@@ -120,8 +120,10 @@ void noteStateLosses(Interpreter& interpreter, const Object& entries) {
         inForce = static_cast<std::uint16_t>(inForce & ~settingBit(i));
         if (setting.counts(interpreter.cache, value.get())) {
             inForce = static_cast<std::uint16_t>(inForce | settingBit(i));
-            const bool isHeld = (interpreter.readsTransparency && isTransparency(i)) ||
-                                (interpreter.readsPens && setting.omission == Omission::overprint);
+            const bool isHeld =
+                (interpreter.readsTransparency && isTransparency(i)) ||
+                (interpreter.readsPens && setting.omission == Omission::overprint) ||
+                (interpreter.readsIntents && setting.omission == Omission::renderingIntent);
             bool& isLost = lost[static_cast<std::size_t>(setting.omission)];
             isLost = isLost || !isHeld;
         }
@@ -135,7 +137,7 @@ void noteStateLosses(Interpreter& interpreter, const Object& entries) {
 }
 
 void noteIntentLoss(Interpreter& interpreter, const Object& intent) {
-    if (isOtherIntent(intent)) {
+    if (isOtherIntent(intent) && !interpreter.readsIntents) {
         interpreter.omissions.note(Omission::renderingIntent);
     }
 }

@@ -1,5 +1,6 @@
 // Marked content and rendering intents: nothing to draw, but something that the page has.
 #include "objects/stack.h"
+#include "reader/content/appearance.h"
 #include "reader/content/content_operators.h"
 #include "reader/content/losses.h"
 #include "reader/font/font_entries.h"
@@ -10,6 +11,9 @@ namespace corvane {
 
 void intentOperator(Interpreter& interpreter) {
     noteIntentLoss(interpreter, indexStack(0));
+    if (interpreter.readsIntents) {
+        interpreter.state.intent = intentOf(indexStack(0));
+    }
 }
 
 namespace {

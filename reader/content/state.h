@@ -67,6 +67,7 @@ struct GraphicsState {
     classic::TextState classicText; ///< in place of `text` in the original profile
     Transparency transparency;
     Overprint overprint;
+    RenderingIntent intent = RenderingIntent::relativeColorimetric;
     /// Those of `gs` that are not as a page begins (reader/content/losses.h): a bit for each.
     std::uint16_t settings = 0;
     friend bool operator==(const GraphicsState&, const GraphicsState&) = default;

@@ -80,6 +80,7 @@ void dataImageOperator(Interpreter& interpreter) {
                                                 stencilColour(interpreter), level.isGlyph),
                              smoothnessOf(interpreter.cache, dictionary.get()),
                              isStencilImage(interpreter.cache, dictionary.get())};
+        level.inlineImage.intent = intentOfImage(interpreter.cache, dictionary.get());
     });
 }
 

@@ -1,5 +1,6 @@
 #include "reader/image/page_images.h"
 
+#include "reader/content/appearance.h"
 #include "reader/image/deliver_image.h"
 #include "reader/image/image_entries.h"
 #include "reader/syntax/syntax.h"
@@ -25,6 +26,7 @@ KnownImage tell(DocumentCache& cache, const Object& stream, std::int32_t number,
     attempted([&] {
         known.isSmooth = smoothnessOf(cache, stream);
         known.isStencil = isStencilImage(cache, stream);
+        known.intent = intentOfImage(cache, stream);
         known.hasSoftMask = !known.isStencil && hasSoftMask(cache, stream);
         known.image = deliverImage(cache, stream, number, fill);
     });
@@ -41,6 +43,12 @@ std::optional<bool> smoothnessOf(DocumentCache& cache, const Object& dictionary)
         }
     }
     return std::nullopt;
+}
+
+std::optional<RenderingIntent> intentOfImage(DocumentCache& cache, const Object& dictionary) {
+    const ObjectOwner name = lookupObject(cache, dictionary, "Intent");
+    return typeObject(name.get()) == ObjectType::literal ? std::optional(intentOf(name.get()))
+                                                         : std::nullopt;
 }
 
 bool isStencilImage(DocumentCache& cache, const Object& dictionary) {

@@ -1,6 +1,7 @@
 // The images of a page, each told to the host once.
 #pragma once
 
+#include "host/appearance.h"
 #include "host/image.h"
 #include "objects/object.h"
 #include "reader/document/cache.h"
@@ -20,6 +21,7 @@ struct KnownImage {
     std::optional<bool> isSmooth = std::nullopt;
     bool isStencil = false;   ///< its pixels have the colour that it was asked for with
     bool hasSoftMask = false; ///< of its own, which counts instead of that of the state
+    std::optional<RenderingIntent> intent = std::nullopt; ///< the same
 };
 
 class PageImages {
@@ -38,6 +40,9 @@ private:
     /// By the number of the object; the fills that stencils had.
     std::unordered_map<std::int32_t, std::vector<Entry>> byNumber_;
 };
+
+/// The rendering intent that the dictionary names; nothing where it names none.
+std::optional<RenderingIntent> intentOfImage(DocumentCache& cache, const Object& dictionary);
 
 /// Whether the dictionary says that pixels run into one another; nothing where it does not say.
 std::optional<bool> smoothnessOf(DocumentCache& cache, const Object& dictionary);

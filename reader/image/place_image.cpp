@@ -32,12 +32,16 @@ bool hostHoldsImages() {
 
 namespace {
 
-/// A soft mask of the image counts instead of that of the state (PDF Reference, 7.5.4).
-Art makePlaced(Interpreter& interpreter, const PlacedImage& placed, bool hasSoftMask) {
+/// A soft mask and an intent of the image count instead of those of the state (PDF Reference, 7.5.4
+/// and 4.8.4).
+Art makePlaced(Interpreter& interpreter, const PlacedImage& placed, const KnownImage& image) {
     const Art art = interpreter.containers.make(ArtKind::placed);
     callHost(slot::setPlacedImage, art, &placed);
-    Appearance appearance = appearanceAsOne(interpreter.state.transparency);
-    if (hasSoftMask) {
+    Appearance appearance = imageAppearance(interpreter.state);
+    if (interpreter.readsIntents) {
+        appearance.intent = image.intent.value_or(appearance.intent);
+    }
+    if (image.hasSoftMask) {
         appearance.mask = SoftMask::null;
     }
     tellAppearanceAsOne(interpreter, art, appearance);
@@ -66,8 +70,8 @@ void placeImage(Interpreter& interpreter, const KnownImage& image, std::int64_t 
                              .matrix = hostMatrix(matrix),
                              .isSmooth = image.isSmooth.value_or(!hasLargePixels(matrix, facts))};
     const bool isPainted = image.isStencil && paintsStencils(interpreter);
-    level.placed = isPainted ? paintStencil(interpreter, placed)
-                             : makePlaced(interpreter, placed, image.hasSoftMask);
+    level.placed =
+        isPainted ? paintStencil(interpreter, placed) : makePlaced(interpreter, placed, image);
     if (level.tellsSources) {
         const ArtSource source = interpreter.sourceFrom(start);
         callHost(slot::setArtSource, level.placed, &source);

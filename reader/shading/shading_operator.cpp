@@ -49,7 +49,7 @@ Art paintShading(Interpreter& interpreter, const Shading& shading, const Object&
         }
         const Art art = interpreter.containers.make(ArtKind::placed);
         callHost(slot::setPlacedImage, art, &*placed);
-        tellAppearanceAsOne(interpreter, art, appearanceAsOne(interpreter.state.transparency));
+        tellAppearanceAsOne(interpreter, art, imageAppearance(interpreter.state));
         return art;
     }
     PathStyle style;

@@ -11,6 +11,7 @@ bool ArtLines::goesOn() {
     return line.painted == interpreter_.level.painted &&
            line.settings == interpreter_.state.settings && line.blend == transparency.blend &&
            line.mask == transparency.mask && line.overprint == interpreter_.state.overprint &&
+           line.intent == interpreter_.state.intent &&
            line.container == interpreter_.containers.container();
 }
 
@@ -21,11 +22,15 @@ void ArtLines::beginLine(TextLine& line) {
             .settings = interpreter_.state.settings,
             .blend = interpreter_.state.transparency.blend,
             .mask = interpreter_.state.transparency.mask,
-            .overprint = interpreter_.state.overprint};
+            .overprint = interpreter_.state.overprint,
+            .intent = interpreter_.state.intent};
     callHost(slot::setTextLine, made.art, &line);
     // Opacity is that of runs.
     tellAppearanceAsOne(interpreter_, made.art,
-                        {.blend = made.blend, .mask = made.mask, .overprint = made.overprint});
+                        {.blend = made.blend,
+                         .mask = made.mask,
+                         .overprint = made.overprint,
+                         .intent = made.intent});
 }
 
 void ArtLines::addRun(TextRun& run, ShownPart part) {

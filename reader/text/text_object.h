@@ -24,6 +24,7 @@ struct LineArt {
     BlendMode blend = BlendMode::normal;
     SoftMask mask = SoftMask::null;
     Overprint overprint;
+    RenderingIntent intent = RenderingIntent::relativeColorimetric;
     std::int32_t runs = 0;
 };
 

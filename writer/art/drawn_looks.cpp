@@ -124,6 +124,9 @@ LookState stateOf(const Appearance& appearance) {
     if (appearance.overprint != Overprint()) {
         state.overprint = appearance.overprint;
     }
+    if (appearance.intent != RenderingIntent::relativeColorimetric) {
+        state.intent = appearance.intent;
+    }
     return state;
 }
 
@@ -210,7 +213,7 @@ TextDrawing* DrawnLooks::textsOf(const Walk& walk, Art content) {
 }
 
 std::string DrawnLooks::textOf(const LookState& state) const {
-    if (state != LookState{.overprint = state.overprint}) {
+    if (state != LookState{.overprint = state.overprint, .intent = state.intent}) {
         needVersion(Feature::transparency);
     }
     std::string text = "<< /Type /ExtGState";
@@ -228,6 +231,10 @@ std::string DrawnLooks::textOf(const LookState& state) const {
         const auto word = [](bool isOn) { return isOn ? "true" : "false"; };
         text += std::string(" /OP ") + word(state.overprint->strokes) + " /op " +
                 word(state.overprint->fills) + " /OPM " + (state.overprint->skipsZeros ? "1" : "0");
+    }
+    if (state.intent) {
+        text += " /RI /";
+        text += intentNames[static_cast<std::size_t>(*state.intent)];
     }
     if (state.mask == SoftMask::null) {
         text += " /SMask /None";
@@ -327,10 +334,19 @@ void groupWorks(Walk& walk, std::string_view name) {
     walk.text.add(" Do\n");
 }
 
-/// The rest of its look may make a group of it, which begins with the overprint around it.
-void overprintedWorks(Walk& walk, Art art, Appearance rest) {
+/// Whether it says something that a group does not drop: overprint, an intent.
+bool outlastsGroups(const Appearance& appearance) {
+    return appearance.overprint != Overprint() ||
+           appearance.intent != RenderingIntent::relativeColorimetric;
+}
+
+/// The rest of its look may make a group of it, which begins with these settings around it.
+void settledWorks(Walk& walk, Art art, Appearance rest) {
+    const LookState all = stateOf(rest);
+    rest.overprint = {};
+    rest.intent = RenderingIntent::relativeColorimetric;
     enterWorks(walk);
-    stateWorks(walk, {.overprint = std::exchange(rest.overprint, {})});
+    stateWorks(walk, {.overprint = all.overprint, .intent = all.intent});
     rest == Appearance() ? plainWorks(walk, art) : lookedWorks(walk, art, rest);
     leaveWorks(walk);
 }
@@ -347,8 +363,8 @@ void tiledStrokeWorks(Walk& walk, Art path, double opacity) {
 } // namespace
 
 void lookedWorks(Walk& walk, Art art, const Appearance& appearance) {
-    if (appearance.overprint != Overprint()) {
-        return overprintedWorks(walk, art, appearance);
+    if (outlastsGroups(appearance)) {
+        return settledWorks(walk, art, appearance);
     }
     const ArtKind kind = artKind(art);
     const bool isPath = kind == ArtKind::path || kind == ArtKind::compound;

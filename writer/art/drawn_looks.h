@@ -32,6 +32,7 @@ struct LookState {
     std::optional<BlendMode> blend = {};
     std::optional<SoftMask> mask = {}; ///< null: none
     std::optional<Overprint> overprint = {};
+    std::optional<RenderingIntent> intent = {};
     bool isEmpty() const { return *this == LookState(); }
     friend auto operator<=>(const LookState&, const LookState&) = default;
 };

@@ -24,6 +24,10 @@ constexpr std::array overprintWords{OverprintWord{"fill", &Overprint::fills},
                                     OverprintWord{"stroke", &Overprint::strokes},
                                     OverprintWord{"skip-zeros", &Overprint::skipsZeros}};
 
+/// In the order of `RenderingIntent`.
+constexpr std::array<std::string_view, 4> intentNames{
+    "relative-colorimetric", "absolute-colorimetric", "perceptual", "saturation"};
+
 void writeOpacity(TextOutput& out, std::string_view name, double opacity) {
     if (opacity != 1) {
         writeDoubleAttribute(out, name, opacity);
@@ -61,6 +65,16 @@ void writeAppearance(TextOutput& out, const Appearance& appearance, std::string_
     if (!overprint.empty()) {
         writePlainAttribute(out, "data-overprint", overprint);
     }
+    if (appearance.intent != RenderingIntent::relativeColorimetric) {
+        writePlainAttribute(out, "data-intent",
+                            intentNames[static_cast<std::size_t>(appearance.intent)]);
+    }
+}
+
+RenderingIntent parseIntent(std::string_view text) {
+    const auto* const found = std::ranges::find(intentNames, text);
+    return found == intentNames.end() ? RenderingIntent::relativeColorimetric
+                                      : static_cast<RenderingIntent>(found - intentNames.begin());
 }
 
 Overprint parseOverprint(std::string_view text) {

@@ -16,6 +16,9 @@ void writeAppearance(TextOutput&, const Appearance&, std::string_view mask);
 /// The opacities of the paints that a style uses.
 void writePaintOpacities(TextOutput&, const PathStyle&, double fill, double stroke);
 
+/// What `data-intent` says.
+RenderingIntent parseIntent(std::string_view text);
+
 /// What `data-overprint` says.
 Overprint parseOverprint(std::string_view text);
 

@@ -16,6 +16,7 @@ ElementLook TreeReader::lookOf(const ComputedStyle& style, const RealMatrix& mat
     if (context_.ours && context_.holdsAppearance) {
         look.appearance.isKnockout = attributes_.isTrue(Attribute::dataKnockout);
         look.appearance.overprint = parseOverprint(attributes_[Attribute::dataOverprint]);
+        look.appearance.intent = parseIntent(attributes_[Attribute::dataIntent]);
     }
     return look;
 }

@@ -64,6 +64,7 @@ void readBase(DocumentCache& cache, const PageBase& base, BaseReading& reading) 
     interpreter.readsPatterns = hostHoldsPatterns();
     interpreter.readsTransparency = hostHoldsAppearance();
     interpreter.readsPens = hostHoldsPens();
+    interpreter.readsIntents = hostHoldsIntents();
     runBase(interpreter, base, reading.trace);
     readAnnotations(interpreter, base, reading);
     reading.layers.read(reading.root, std::move(interpreter.layers));

@@ -93,6 +93,9 @@ void compareLooks(const ObjectLook& was, const ObjectLook& is, MaskComparison& m
     if (b.overprint != Overprint() && a.overprint != b.overprint) {
         look.overprint = b.overprint;
     }
+    if (b.intent != RenderingIntent::relativeColorimetric && a.intent != b.intent) {
+        look.intent = b.intent;
+    }
     const MaskComparison::Relation relation = masks.compare(a.mask, b.mask, movement);
     difference.masksMoved = relation == MaskComparison::Relation::moved;
     if (relation == MaskComparison::Relation::other) {

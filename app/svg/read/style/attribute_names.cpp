@@ -181,6 +181,7 @@ constexpr std::array<std::string_view, attributeCount> names{
     "data-guide",
     "data-knockout",
     "data-overprint",
+    "data-intent",
     "data-backdrop",
     "data-transfer",
     "data-ground",

@@ -179,6 +179,7 @@ enum class Attribute : std::uint8_t {
     dataGuide,
     dataKnockout,
     dataOverprint,
+    dataIntent,
     dataBackdrop,
     dataTransfer,
     dataGround,

@@ -133,7 +133,7 @@ TEST(ReadLook, OursComesBack) {
                                   .mask = alpha,
                                   .overprint = {.strokes = true, .skipsZeros = true}});
     document.setAppearance(art.path(group, box(0, 0, 9, 9), filled()),
-                           {.overprint = {.fills = true}});
+                           {.overprint = {.fills = true}, .intent = RenderingIntent::saturation});
     document.setAppearance(art.layerArt(), {.opacity = .9});
 
     const std::string written = art.svg();

@@ -20,10 +20,12 @@ protected:
                 "/S << /SMask << /S /Luminosity /G 30 0 R /BC [.5] /TR 31 0 R >> >> "
                 "/A << /SMask << /S /Alpha /G 30 0 R >> >> "
                 "/C << /SMask << /S /Alpha /G 43 0 R >> >> /N << /SMask /None >> "
-                "/V << /OP true /op true /OPM 1 >> /U << /OP true /op false >> "
+                "/J << /RI /Perceptual >> /V << /OP true /op true /OPM 1 >> /U << /OP true /op "
+                "false >> "
                 "/R << /SMask << /S /Alpha /G 32 0 R >> >> >> "
                 "/Shading << /W 42 0 R >> /Pattern << /T 37 0 R >> /Font << /F 38 0 R >> "
-                "/XObject << /G 33 0 R /P 34 0 R /D 35 0 R /L 36 0 R /S 40 0 R /I 41 0 R >> >> " +
+                "/XObject << /G 33 0 R /P 34 0 R /D 35 0 R /L 36 0 R /S 40 0 R /I 41 0 R /N 44 0 R "
+                ">> >> " +
                     entries)
                 .stream(30, "0 0 50 100 re f",
                         form + "/Group << /S /Transparency /CS /DeviceGray >>")
@@ -50,6 +52,9 @@ protected:
                 .stream(41, "a",
                         "/Type /XObject /Subtype /Image /Width 1 /Height 1 /BitsPerComponent 8 "
                         "/ColorSpace /DeviceGray")
+                .stream(44, "a",
+                        "/Type /XObject /Subtype /Image /Width 1 /Height 1 /BitsPerComponent 8 "
+                        "/ColorSpace /DeviceGray /Intent /AbsoluteColorimetric")
                 .object(42, "<< /ShadingType 3 /ColorSpace /DeviceGray /Coords [0 0 1 50 0 1] "
                             "/Function << /FunctionType 2 /Domain [0 1] /N 1 >> >>")
                 .bytes());
@@ -69,6 +74,7 @@ protected:
         add("b", static_cast<int>(look.blend), 0);
         text << (look.overprint.fills ? " over" : "") << (look.overprint.strokes ? " overline" : "")
              << (look.overprint.skipsZeros ? " skip" : "");
+        add("i", static_cast<int>(look.intent), 0);
         text << (look.isIsolated ? " isolated" : "") << (look.isKnockout ? " knockout" : "");
         if (look.mask != SoftMask::null) {
             const MaskFacts& mask = document_->mask(look.mask);

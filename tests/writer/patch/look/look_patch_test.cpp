@@ -30,6 +30,9 @@ TEST_F(LookPatchTest, StatesBecomeLooksOfArt) {
              Row{"/H gs 9 0 0 9 0 0 cm BI /W 1 /H 1 /BPC 8 /CS /G ID a EI", "( o0.5)"},
              Row{"/H gs 0 0 9 9 re W n /W sh", "[( o0.5)]"},
              Row{"/V gs 0 0 9 9 re f 0 0 9 9 re S 0 0 9 9 re n", "( over skip)( overline skip)()"},
+             Row{"/J gs 0 0 9 9 re f /Any ri 0 0 9 9 re f", "( i2)()"},
+             Row{"/Saturation ri 9 0 0 9 0 0 cm /I Do /N Do", "( i3)( i1)"},
+             Row{"/J gs BT /F 10 Tf 2 2 Td (a) Tj ET 0 0 9 9 re W n /W sh", "[( i2)][( i2)]"},
              Row{"/U gs 0 0 9 9 re f 0 0 9 9 re B", "()( overline)"},
              Row{"q /V gs /E gs 0 0 9 9 re B Q 0 0 9 9 re f", "[( o0.3 over overline skip)]()"},
          }) {
@@ -127,6 +130,34 @@ TEST_F(LookPatchTest, StatesThatLaterOnesReplaceAreNotSetAgain) {
     const std::string text = newContent();
     const std::string behind = text.substr(text.find("/G39 gs"));
     EXPECT_THAT(behind, HasSubstr("/G0 gs\n/G38 gs\n1 0 0 rg")) << "all that is left of the others";
+}
+
+TEST_F(LookPatchTest, IntentsStayWithTheirObjects) {
+    const std::string two = "q /J gs 0 0 9 9 re f Q 20 20 9 9 re f";
+    const auto edited = [&](const std::function<void(Artist&)>& edit, const std::string& looks) {
+        openLooks(two);
+        Artist edits = artist();
+        edit(edits);
+        ASSERT_NO_FATAL_FAILURE(expectKept(looks));
+    };
+    edited([](Artist& it) { it.raise(it.at(0), it.at(1)); }, "()[( i2)]");
+    edited(
+        [](Artist& it) {
+            it.document.setAppearance(
+                it.at(1), {.opacity = .5, .intent = RenderingIntent::absoluteColorimetric});
+        },
+        "[( i2)][( f0.5 i1)]");
+    EXPECT_THAT(bytes(), HasSubstr("/RI /AbsoluteColorimetric"));
+    edited(
+        [](Artist& it) {
+            it.document.setAppearance(it.add(50, 50, 9, 9),
+                                      {.intent = RenderingIntent::saturation});
+        },
+        "[( i2)]()[( i3)]");
+    openLooks(two);
+    document_->setAppearance(artist().at(0), {});
+    ASSERT_EQ(save(), 0U);
+    EXPECT_TRUE(saved_.back().isNothing) << "an editor dropped what it does not know";
 }
 
 TEST_F(LookPatchTest, GroupsAreOneThing) {
