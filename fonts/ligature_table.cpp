@@ -1,8 +1,8 @@
 #include "fonts/ligature_table.h"
 
 #include "fonts/layout_table.h"
+#include "fonts/order/text_order.h"
 #include "fonts/standing_tables.h"
-#include "fonts/text_order.h"
 
 #include <algorithm>
 #include <map>

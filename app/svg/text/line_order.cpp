@@ -1,0 +1,181 @@
+#include "app/svg/text/line_order.h"
+
+#include "app/artwork/geometry.h"
+#include "app/svg/text/text_shift.h"
+#include "fonts/order/text_order.h"
+#include "host/utf8.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string_view>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+/// Ems that are rounding, where shifts are sums of others.
+constexpr double roundedShift = 0x1p-12;
+
+/// Letters are spaced visibly from here on, in ems.
+constexpr double seenSpacing = 0.004;
+
+struct LineLetter {
+    std::size_t run = 0;
+    char32_t character = 0;
+    double shift = 0; ///< of it and what follows it, in the line's space
+    std::int32_t face = 0;
+};
+
+double realLength(Fixed length) {
+    return static_cast<double>(length) / fixedOne;
+}
+
+/// Nothing where letters are turned, or are none.
+std::optional<std::vector<LineLetter>> lettersOf(std::span<const TextRun> runs) {
+    std::vector<LineLetter> letters;
+    for (std::size_t number = 0; number < runs.size(); ++number) {
+        const TextRun& run = runs[number];
+        auto piece = run.pieces.begin();
+        std::int32_t face = 0;
+        for (std::size_t at = 0; at < run.text.size();) {
+            const auto [code, length] = decodeCharacter(run.text.substr(at));
+            LineLetter letter{.run = number, .character = code};
+            for (; piece != run.pieces.end() && std::cmp_less_equal(piece->start, at); ++piece) {
+                if (piece->turn != 0) {
+                    return std::nullopt;
+                }
+                letter.shift += lengthOfShift(piece->shift, realLength(run.size));
+                face = piece->face;
+            }
+            if (length == 0) {
+                return std::nullopt;
+            }
+            letter.face = face;
+            letters.push_back(letter);
+            at += length;
+        }
+    }
+    return letters;
+}
+
+std::u32string textOf(std::span<const LineLetter> letters) {
+    std::u32string text(letters.size(), U' ');
+    std::ranges::transform(letters, text.begin(), &LineLetter::character);
+    return text;
+}
+
+/// In a stretch that runs to the left programs put the room behind a letter to its left, which is
+/// to the right here: by how much they move the letter.
+double roomOf(const TextRun& run, TextLevel level) {
+    const bool isSeen = std::abs(realLength(run.spacing)) > seenSpacing * realLength(run.size);
+    return level % 2 != 0 && isSeen ? realLength(run.spacing) : 0;
+}
+
+/// Letters in a new order, each where it is, but for a first shift; `rooms` says how much further
+/// than by their shifts each of `letters` is moved.
+std::vector<LineLetter> ordered(std::span<const LineLetter> letters,
+                                std::span<const std::size_t> order, std::span<const double> rooms) {
+    std::vector<double> places; // of letters, as far as they are moved
+    double place = 0;
+    for (std::size_t i = 0; i < letters.size(); ++i) {
+        place += letters[i].shift;
+        places.push_back(place + rooms[i]);
+    }
+    std::vector<LineLetter> moved;
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        moved.push_back(letters[order[i]]);
+        moved.back().shift = i == 0 ? 0 : places[order[i]] - places[order[i - 1]];
+    }
+    return moved;
+}
+
+/// Nothing where letters of a run are apart.
+std::optional<std::vector<OrderedRun>> runsOf(std::span<const LineLetter> letters,
+                                              std::span<const TextRun> runs) {
+    std::vector<OrderedRun> all;
+    std::vector<bool> isDone(runs.size());
+    std::int32_t face = 0;
+    for (const LineLetter& letter : letters) {
+        if (all.empty() || all.back().run != letter.run) {
+            if (isDone[letter.run]) {
+                return std::nullopt;
+            }
+            isDone[letter.run] = true;
+            all.push_back({.run = letter.run});
+            face = 0;
+        }
+        OrderedRun& run = all.back();
+        const double em = realLength(runs[letter.run].size);
+        const Fixed shift =
+            std::abs(letter.shift) > roundedShift * em ? shiftOfLength(letter.shift, em) : 0;
+        if (shift != 0 || letter.face != face) {
+            run.pieces.push_back({.start = static_cast<std::int32_t>(run.text.size()),
+                                  .shift = shift,
+                                  .face = letter.face});
+            face = letter.face;
+        }
+        appendCharacter(run.text, letter.character);
+    }
+    return all;
+}
+
+/// Marks behind letters are of one with them, but for those that have faces of their own; what
+/// nobody sees may be left out of the order.
+bool standsAlone(char32_t character) {
+    return !isMark(character) || (isRightToLeft(character) && !isFormat(character));
+}
+
+} // namespace
+
+std::optional<OrderedLine> asRead(std::span<const TextRun> standing) {
+    const auto letters = lettersOf(standing);
+    if (!letters || !std::ranges::all_of(*letters, standsAlone, &LineLetter::character) ||
+        std::ranges::none_of(*letters, isRightToLeft, &LineLetter::character)) {
+        return std::nullopt;
+    }
+    const auto line = readingOf(textOf(*letters));
+    if (!line) {
+        return std::nullopt;
+    }
+    std::vector<double> rooms(letters->size());
+    for (std::size_t i = 0; i < rooms.size(); ++i) {
+        const std::size_t at = line->order[i];
+        rooms[at] = -roomOf(standing[(*letters)[at].run], line->levels[i]);
+    }
+    std::vector<LineLetter> read = ordered(*letters, line->order, rooms);
+    for (std::size_t i = 0; i < read.size(); ++i) {
+        if (line->levels[i] % 2 != 0) {
+            read[i].character = mirrored(read[i].character);
+        }
+    }
+    read.front().shift = letters->front().shift + rooms.front();
+    auto runs = runsOf(read, standing);
+    const auto order = line->isRightToLeft ? TextOrder::rightToLeft : TextOrder::leftToRight;
+    return runs ? std::optional(OrderedLine{order, std::move(*runs)}) : std::nullopt;
+}
+
+std::optional<OrderedLine> asSeen(std::span<const TextRun> read, TextOrder order) {
+    const auto letters = lettersOf(read);
+    if (!letters || letters->empty() || order == TextOrder::visual) {
+        return std::nullopt;
+    }
+    const std::vector<TextLevel> levels =
+        levelsOf(textOf(*letters), order == TextOrder::rightToLeft);
+    const std::vector<std::size_t> places = visualOrder(levels);
+    std::vector<double> rooms(letters->size());
+    for (std::size_t i = 0; i < rooms.size(); ++i) {
+        rooms[i] = roomOf(read[(*letters)[i].run], levels[i]);
+    }
+    std::vector<LineLetter> seen = ordered(*letters, places, rooms);
+    for (std::size_t i = 0; i < seen.size(); ++i) {
+        if (levels[places[i]] % 2 != 0) {
+            seen[i].character = mirrored(seen[i].character);
+        }
+    }
+    seen.front().shift = letters->front().shift + rooms[places.front()];
+    auto runs = runsOf(seen, read);
+    return runs ? std::optional(OrderedLine{TextOrder::visual, std::move(*runs)}) : std::nullopt;
+}
+
+} // namespace corvane
