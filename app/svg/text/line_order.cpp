@@ -18,7 +18,7 @@ namespace {
 constexpr double roundedShift = 0x1p-12;
 
 /// Letters are spaced visibly from here on, in ems.
-constexpr double seenSpacing = 0.004;
+constexpr double seenSpacing = 0.015;
 
 struct LineLetter {
     std::size_t run = 0;
@@ -65,27 +65,19 @@ std::u32string textOf(std::span<const LineLetter> letters) {
     return text;
 }
 
-/// In a stretch that runs to the left programs put the room behind a letter to its left, which is
-/// to the right here: by how much they move the letter.
-double roomOf(const TextRun& run, TextLevel level) {
-    const bool isSeen = std::abs(realLength(run.spacing)) > seenSpacing * realLength(run.size);
-    return level % 2 != 0 && isSeen ? realLength(run.spacing) : 0;
-}
-
-/// Letters in a new order, each where it is, but for a first shift; `rooms` says how much further
-/// than by their shifts each of `letters` is moved.
+/// Letters in a new order, each where it is. The first shift moves the line, whichever comes first.
 std::vector<LineLetter> ordered(std::span<const LineLetter> letters,
-                                std::span<const std::size_t> order, std::span<const double> rooms) {
+                                std::span<const std::size_t> order) {
     std::vector<double> places; // of letters, as far as they are moved
     double place = 0;
-    for (std::size_t i = 0; i < letters.size(); ++i) {
-        place += letters[i].shift;
-        places.push_back(place + rooms[i]);
+    for (const LineLetter& letter : letters) {
+        places.push_back(place += letter.shift);
     }
     std::vector<LineLetter> moved;
     for (std::size_t i = 0; i < order.size(); ++i) {
         moved.push_back(letters[order[i]]);
-        moved.back().shift = i == 0 ? 0 : places[order[i]] - places[order[i - 1]];
+        moved.back().shift =
+            i == 0 ? letters.front().shift : places[order[i]] - places[order[i - 1]];
     }
     return moved;
 }
@@ -126,30 +118,30 @@ bool standsAlone(char32_t character) {
     return !isMark(character) || (isRightToLeft(character) && !isFormat(character));
 }
 
+/// Programs do not agree on which side of a letter from the right its room is.
+bool isSpaced(const TextRun& run) {
+    return std::abs(realLength(run.spacing)) > seenSpacing * realLength(run.size);
+}
+
 } // namespace
 
 std::optional<OrderedLine> asRead(std::span<const TextRun> standing) {
     const auto letters = lettersOf(standing);
     if (!letters || !std::ranges::all_of(*letters, standsAlone, &LineLetter::character) ||
-        std::ranges::none_of(*letters, isRightToLeft, &LineLetter::character)) {
+        std::ranges::none_of(*letters, isRightToLeft, &LineLetter::character) ||
+        std::ranges::any_of(standing, isSpaced)) {
         return std::nullopt;
     }
     const auto line = readingOf(textOf(*letters));
     if (!line) {
         return std::nullopt;
     }
-    std::vector<double> rooms(letters->size());
-    for (std::size_t i = 0; i < rooms.size(); ++i) {
-        const std::size_t at = line->order[i];
-        rooms[at] = -roomOf(standing[(*letters)[at].run], line->levels[i]);
-    }
-    std::vector<LineLetter> read = ordered(*letters, line->order, rooms);
+    std::vector<LineLetter> read = ordered(*letters, line->order);
     for (std::size_t i = 0; i < read.size(); ++i) {
         if (line->levels[i] % 2 != 0) {
             read[i].character = mirrored(read[i].character);
         }
     }
-    read.front().shift = letters->front().shift + rooms.front();
     auto runs = runsOf(read, standing);
     const auto order = line->isRightToLeft ? TextOrder::rightToLeft : TextOrder::leftToRight;
     return runs ? std::optional(OrderedLine{order, std::move(*runs)}) : std::nullopt;
@@ -163,17 +155,12 @@ std::optional<OrderedLine> asSeen(std::span<const TextRun> read, TextOrder order
     const std::vector<TextLevel> levels =
         levelsOf(textOf(*letters), order == TextOrder::rightToLeft);
     const std::vector<std::size_t> places = visualOrder(levels);
-    std::vector<double> rooms(letters->size());
-    for (std::size_t i = 0; i < rooms.size(); ++i) {
-        rooms[i] = roomOf(read[(*letters)[i].run], levels[i]);
-    }
-    std::vector<LineLetter> seen = ordered(*letters, places, rooms);
+    std::vector<LineLetter> seen = ordered(*letters, places);
     for (std::size_t i = 0; i < seen.size(); ++i) {
         if (levels[places[i]] % 2 != 0) {
             seen[i].character = mirrored(seen[i].character);
         }
     }
-    seen.front().shift = letters->front().shift + rooms[places.front()];
     auto runs = runsOf(seen, read);
     return runs ? std::optional(OrderedLine{TextOrder::visual, std::move(*runs)}) : std::nullopt;
 }

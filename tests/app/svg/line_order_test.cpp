@@ -77,10 +77,6 @@ TEST(LineOrder, LinesAreReadAndStandAgain) {
          {run("ab "), run("\u05D1\u05D0"), run(" cd")},
          right,
          "0:ab  + 1:\u05D0\u05D1 + 2: cd"},
-        {"spaced letters are moved to the left again",
-         {run("\u05D1\u05D0 12", {}, 10, 2.5)},
-         left,
-         "0:{-250}12{-250} \u05D0\u05D1"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
@@ -113,6 +109,7 @@ TEST(LineOrder, OtherLinesStayAsTheyStand) {
         {run("\u05D1\u05D0", turned)},
         {run("\u05D1\u200F\u05D0")},        // programs may leave out what nobody sees
         {run("\u05D1\u0301\u05D0")},        // the mark would be of one with the other letter
+        {run("\u05D1\u05D0", {}, 10, 1)},   // programs put the room on either side
         {run("12"), run("3 \u05D1\u05D0")}, // the second run would be divided
     };
     for (const auto& standing : rows) {
