@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <numeric>
-#include <string>
 #include <utility>
 
 #include <fribidi/fribidi.h>
@@ -128,6 +127,22 @@ std::optional<ReadLine> readingOf(std::u32string_view standing) {
                           std::ranges::count_if(standing, isLeftToRight);
     auto line = readingOf(standing, isLikely);
     return line ? line : readingOf(standing, !isLikely);
+}
+
+std::u32string inOtherOrder(std::u32string_view text) {
+    if (std::ranges::none_of(text, isRightToLeft)) {
+        return std::u32string(text);
+    }
+    std::u32string turned;
+    for (std::size_t end = text.size(); end > 0;) {
+        std::size_t start = end - 1;
+        while (start > 0 && isMark(text[start])) {
+            --start;
+        }
+        turned.append(text, start, end - start);
+        end = start;
+    }
+    return turned;
 }
 
 std::vector<std::uint32_t> scriptsOf(std::u32string_view line) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -30,6 +31,10 @@ struct ReadLine {
 /// Of the two directions the one of most letters is tried first. Nothing where what is found would
 /// not stand so again.
 std::optional<ReadLine> readingOf(std::u32string_view standing);
+
+/// The text of one glyph as it stands, which is given as it is read, or the other way round:
+/// letters from the right are turned round one by one, each with its marks behind it.
+std::u32string inOtherOrder(std::u32string_view text);
 
 /// The script of each character, as an ISO 15924 tag; what is common to several is of that of the
 /// letters before it.

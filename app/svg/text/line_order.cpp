@@ -20,9 +20,12 @@ constexpr double roundedShift = 0x1p-12;
 /// Letters are spaced visibly from here on, in ems.
 constexpr double seenSpacing = 0.015;
 
+/// Marks behind a letter in a piece of its own face are of one glyph with it: others have faces of
+/// their own.
 struct LineLetter {
     std::size_t run = 0;
     char32_t character = 0;
+    std::u32string marks = {};
     double shift = 0; ///< of it and what follows it, in the line's space
     std::int32_t face = 0;
 };
@@ -52,8 +55,14 @@ std::optional<std::vector<LineLetter>> lettersOf(std::span<const TextRun> runs) 
                 return std::nullopt;
             }
             letter.face = face;
-            letters.push_back(letter);
             at += length;
+            const bool isBehind = letter.shift == 0 && !letters.empty() && isMark(code) &&
+                                  letters.back().run == number && letters.back().face == face;
+            if (isBehind) {
+                letters.back().marks += code;
+            } else {
+                letters.push_back(letter);
+            }
         }
     }
     return letters;
@@ -108,14 +117,20 @@ std::optional<std::vector<OrderedRun>> runsOf(std::span<const LineLetter> letter
             face = letter.face;
         }
         appendCharacter(run.text, letter.character);
+        for (const char32_t mark : letter.marks) {
+            appendCharacter(run.text, mark);
+        }
     }
     return all;
 }
 
-/// Marks behind letters are of one with them, but for those that have faces of their own; what
-/// nobody sees may be left out of the order.
-bool standsAlone(char32_t character) {
-    return !isMark(character) || (isRightToLeft(character) && !isFormat(character));
+/// What nobody sees may be left out of the order. Marks that no script has have no faces of their
+/// own: it is not known whose they are.
+bool standsAlone(const LineLetter& letter) {
+    const auto isKnown = [](char32_t each) {
+        return !isMark(each) || (isRightToLeft(each) && !isFormat(each));
+    };
+    return isKnown(letter.character) && std::ranges::all_of(letter.marks, isKnown);
 }
 
 /// Programs do not agree on which side of a letter from the right its room is.
@@ -127,7 +142,7 @@ bool isSpaced(const TextRun& run) {
 
 std::optional<OrderedLine> asRead(std::span<const TextRun> standing) {
     const auto letters = lettersOf(standing);
-    if (!letters || !std::ranges::all_of(*letters, standsAlone, &LineLetter::character) ||
+    if (!letters || !std::ranges::all_of(*letters, standsAlone) ||
         std::ranges::none_of(*letters, isRightToLeft, &LineLetter::character) ||
         std::ranges::any_of(standing, isSpaced)) {
         return std::nullopt;

@@ -53,6 +53,7 @@ TEST(LineOrder, LinesAreReadAndStandAgain) {
     const TextPiece kerned[] = {{.start = 2, .shift = ems(0.25)}};
     const TextPiece first[] = {{.start = 0, .shift = ems(0.5)}};
     const TextPiece faces[] = {{.start = 2, .shift = ems(0.25), .face = 1}, {.start = 4}};
+    const TextPiece marks[] = {{.start = 4, .face = 1}, {.start = 6}};
     struct Row {
         const char* name;
         std::vector<TextRun> standing;
@@ -65,6 +66,10 @@ TEST(LineOrder, LinesAreReadAndStandAgain) {
         {"kerned", {run("\u05D2\u05D1\u05D0", kerned)}, left, "0:\u05D0\u05D1{-250}\u05D2"},
         {"moved", {run("\u05D1\u05D0", first)}, left, "0:{500}\u05D0\u05D1"},
         {"faces", {run("\u05D2\u05D1\u05D0", faces)}, left, "0:\u05D0{0/1}\u05D1{-250}\u05D2"},
+        {"a mark of a letter's glyph, and one of its own",
+         {run("\u05D2\u05BC\u05B0\u05D1", marks)},
+         left,
+         "0:\u05D1{0/1}\u05B0{0}\u05D2\u05BC"},
         {"runs, numbers, brackets",
          {run("(\u05D1) "), run("12"), run(" \u05D0")},
          left,
