@@ -133,6 +133,24 @@ bool standsAlone(const LineLetter& letter) {
     return isKnown(letter.character) && std::ranges::all_of(letter.marks, isKnown);
 }
 
+/// Marks alone are seen with circles in some programs, where these put them in order.
+bool isLetterFromRight(char32_t character) {
+    return isRightToLeft(character) && !isMark(character);
+}
+
+/// Whether the runs are of those letters: no mark has come behind a letter of another glyph.
+bool hasGlyphs(std::span<const OrderedRun> ordered, std::span<const TextRun> runs,
+               std::span<const LineLetter> letters) {
+    std::vector<TextRun> written;
+    for (const OrderedRun& each : ordered) {
+        written.push_back(runs[each.run]);
+        written.back().text = each.text;
+        written.back().pieces = each.pieces;
+    }
+    const auto again = lettersOf(written);
+    return again && std::ranges::equal(*again, letters, {}, &LineLetter::marks, &LineLetter::marks);
+}
+
 /// Programs do not agree on which side of a letter from the right its room is.
 bool isSpaced(const TextRun& run) {
     return std::abs(realLength(run.spacing)) > seenSpacing * realLength(run.size);
@@ -143,7 +161,7 @@ bool isSpaced(const TextRun& run) {
 std::optional<OrderedLine> asRead(std::span<const TextRun> standing) {
     const auto letters = lettersOf(standing);
     if (!letters || !std::ranges::all_of(*letters, standsAlone) ||
-        std::ranges::none_of(*letters, isRightToLeft, &LineLetter::character) ||
+        std::ranges::none_of(*letters, isLetterFromRight, &LineLetter::character) ||
         std::ranges::any_of(standing, isSpaced)) {
         return std::nullopt;
     }
@@ -158,8 +176,11 @@ std::optional<OrderedLine> asRead(std::span<const TextRun> standing) {
         }
     }
     auto runs = runsOf(read, standing);
-    const auto order = line->isRightToLeft ? TextOrder::rightToLeft : TextOrder::leftToRight;
-    return runs ? std::optional(OrderedLine{order, std::move(*runs)}) : std::nullopt;
+    if (!runs || !hasGlyphs(*runs, standing, read)) {
+        return std::nullopt;
+    }
+    return OrderedLine{line->isRightToLeft ? TextOrder::rightToLeft : TextOrder::leftToRight,
+                       std::move(*runs)};
 }
 
 std::optional<OrderedLine> asSeen(std::span<const TextRun> read, TextOrder order) {

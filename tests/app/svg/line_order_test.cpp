@@ -111,6 +111,7 @@ TEST(LineOrder, OtherLinesStayAsTheyStand) {
     const TextPiece turned[] = {{.start = 0, .turn = ems(90)}};
     const std::vector<TextRun> rows[] = {
         {run("ab 12")},
+        {run("\u05B8")},
         {run("\u05D1\u05D0", turned)},
         {run("\u05D1\u200F\u05D0")},        // programs may leave out what nobody sees
         {run("\u05D1\u0301\u05D0")},        // the mark would be of one with the other letter
