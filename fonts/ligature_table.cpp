@@ -1,8 +1,8 @@
 #include "fonts/ligature_table.h"
 
 #include "fonts/layout_table.h"
+#include "fonts/order/text_order.h"
 #include "fonts/standing_tables.h"
-#include "fonts/text_order.h"
 
 #include <algorithm>
 #include <map>
@@ -27,29 +27,11 @@ std::size_t bytesOf(const Ligature& ligature) {
     return 6 + 2 * ligature.parts.size();
 }
 
-/// The characters as programs have them when they look for ligatures. Lines of a page stand in the
-/// order of sight: of scripts from the right, programs turn them round for that, letter by letter,
-/// each with its marks behind it.
-std::u32string inSearchOrder(const std::u32string& text) {
-    if (!std::ranges::any_of(text, isRightToLeft)) {
-        return text;
-    }
-    std::u32string turned;
-    for (std::size_t end = text.size(); end > 0;) {
-        std::size_t start = end - 1;
-        while (start > 0 && isMark(text[start])) {
-            --start;
-        }
-        turned.append(text, start, end - start);
-        end = start;
-    }
-    return turned;
-}
-
 std::optional<Ligature> ligatureOf(const GlyphOrder& order, std::size_t number) {
     Ligature ligature;
     ligature.glyph = static_cast<std::uint16_t>(number);
-    for (const char32_t character : inSearchOrder(order.glyphs[number].text)) {
+    // Programs look for ligatures in what is read.
+    for (const char32_t character : inOtherOrder(order.glyphs[number].text)) {
         const auto part = order.byCharacter.find(character);
         if (part == order.byCharacter.end()) {
             return std::nullopt;

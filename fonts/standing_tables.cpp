@@ -1,7 +1,7 @@
 #include "fonts/standing_tables.h"
 
 #include "fonts/layout_table.h"
-#include "fonts/text_order.h"
+#include "fonts/order/text_order.h"
 
 #include <algorithm>
 #include <array>

@@ -2,8 +2,8 @@
 // shaped, and the glyphs that it takes become a part of the font.
 #include "fonts/font_program.h"
 #include "fonts/font_subset.h"
+#include "fonts/order/text_order.h"
 #include "fonts/shaped_text.h"
-#include "fonts/text_order.h"
 #include "fuzz/targets.h"
 #include "reader/font/characters.h"
 
@@ -38,6 +38,26 @@ void checkOrder(std::span<const TextLevel> levels) {
     std::ranges::sort(order);
     for (std::size_t i = 0; i < levels.size(); ++i) {
         require(order.size() == levels.size() && order[i] == i);
+    }
+}
+
+/// What stands so reads as something that stands so.
+void checkReading(std::u32string_view standing) {
+    const std::optional<ReadLine> line = readingOf(standing);
+    if (!line) {
+        return;
+    }
+    std::u32string read;
+    require(line->order.size() == standing.size() && line->levels.size() == standing.size());
+    for (std::size_t i = 0; i < standing.size(); ++i) {
+        const char32_t character = standing[line->order[i]];
+        read += line->levels[i] % 2 != 0 ? mirrored(character) : character;
+    }
+    const std::vector<TextLevel> levels = levelsOf(read, line->isRightToLeft);
+    require(levels == line->levels);
+    const std::vector<std::size_t> back = visualOrder(levels);
+    for (std::size_t place = 0; place < standing.size(); ++place) {
+        require(line->order[back[place]] == place);
     }
 }
 
@@ -93,6 +113,7 @@ void fuzzShaping(Bytes input) {
     const std::vector<std::uint32_t> scripts = scriptsOf(text);
     require(levels.size() == text.size() && scripts.size() == text.size());
     checkOrder(levels);
+    checkReading(text);
     (void)runsBothWays(text);
     const auto font = OpenTypeFont::open({bytes.begin(), bytes.end()});
     if (!font) {

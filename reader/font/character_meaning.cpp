@@ -1,6 +1,6 @@
 #include "reader/font/character_meaning.h"
 
-#include "fonts/text_order.h"
+#include "fonts/order/text_order.h"
 #include "reader/font/characters.h"
 
 namespace corvane {

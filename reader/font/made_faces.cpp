@@ -1,7 +1,7 @@
 #include "reader/font/made_faces.h"
 
 #include "fonts/made_font.h"
-#include "fonts/text_order.h"
+#include "fonts/order/text_order.h"
 
 namespace corvane {
 

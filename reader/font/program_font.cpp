@@ -1,6 +1,7 @@
 #include "reader/font/program_font.h"
 
 #include "fonts/made_font.h"
+#include "fonts/order/text_order.h"
 #include "reader/font/characters.h"
 #include "runtime/budget.h"
 
@@ -108,6 +109,7 @@ ProgramFont::Shown& ProgramFont::shownOf(StringCode code) {
     charge_.resize(charge_.bytes() + shownBytes);
     Shown shown{.glyph = describe(code), .text = {}, .face = 0};
     std::u32string& text = shown.glyph.shape.text;
+    text = inOtherOrder(text); // lines of a page stand as they are seen
     std::optional<std::int32_t> face = faces_.allot(shown.glyph.shape);
     while (!face && spare_ <= lastSpare) {
         text.assign(1, spare_++);
@@ -122,7 +124,7 @@ ProgramFont::Shown& ProgramFont::shownOf(StringCode code) {
 /// In place of a font that is not embedded a reader's machine may have a better one than this. What
 /// means nothing stays with the letters around it, though nothing is seen of it.
 void ProgramFont::noteShown(const Shown& shown, StringCode code) {
-    const std::u32string& text = shown.glyph.shape.text;
+    const std::u32string text = inOtherOrder(shown.glyph.shape.text);
     const bool isNameless = text.size() == 1 && isPrivateCharacter(text.front());
     if (!shown.glyph.isFound && !isNameless && (isEmbedded() || !shown.glyph.isMeant)) {
         return;

@@ -1,6 +1,6 @@
 #include "reader/text/show_text.h"
 
-#include "fonts/text_order.h"
+#include "fonts/order/text_order.h"
 #include "host/matrix.h"
 #include "host/utf8.h"
 #include "reader/content/interpreter.h"

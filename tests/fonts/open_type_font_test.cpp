@@ -1,7 +1,7 @@
 // Fonts of the machine: how text is set in them, and the parts that documents get.
 #include "fonts/font_subset.h"
+#include "fonts/order/text_order.h"
 #include "fonts/shaped_text.h"
-#include "fonts/text_order.h"
 #include "host/fonts.h"
 
 #include <gtest/gtest.h>
@@ -90,6 +90,35 @@ TEST(TextOrder, LinesOfTwoDirections) {
             shown += row.line[at];
         }
         EXPECT_EQ(shown, row.shown);
+    }
+}
+
+TEST(TextOrder, LinesThatStandInOrderAreRead) {
+    struct Row {
+        std::u32string standing;
+        bool isRightToLeft;
+        std::u32string read;
+    };
+    const Row rows[] = {
+        {U"\u05D2 12 \u05D1\u05D0", true, U"\u05D0\u05D1 12 \u05D2"},
+        {U"ab \u05D1\u05D0 cd", false, U"ab \u05D0\u05D1 cd"},
+        {U"(\u05D1\u05D0) ab", true, U"ab (\u05D0\u05D1)"},
+        {U".(7) [ab] \u05D1\u05D0", true, U"\u05D0\u05D1 [ab] (7)."},
+        // Behind Arabic letters numbers with a sign between them stand the other way round.
+        {U"04-14 \u0628", true, U"\u0628 14-04"},
+        {U"\u064E\u0628", true, U"\u0628\u064E"},
+        {U"", true, U""},
+    };
+    for (const Row& row : rows) {
+        const auto line = readingOf(row.standing);
+        ASSERT_TRUE(line);
+        EXPECT_EQ(line->isRightToLeft, row.isRightToLeft);
+        std::u32string read;
+        for (std::size_t i = 0; i < line->order.size(); ++i) {
+            const char32_t standing = row.standing[line->order[i]];
+            read += line->levels[i] % 2 != 0 ? mirrored(standing) : standing;
+        }
+        EXPECT_EQ(read, row.read);
     }
 }
 

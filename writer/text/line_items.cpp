@@ -1,7 +1,7 @@
 #include "writer/text/line_items.h"
 
+#include "fonts/order/text_order.h"
 #include "fonts/shaped_text.h"
-#include "fonts/text_order.h"
 #include "host/utf8.h"
 #include "reader/font/characters.h"
 #include "runtime/budget.h"
@@ -64,7 +64,7 @@ public:
 private:
     void addParagraph(std::size_t first, std::size_t end);
     void readLetters(std::size_t run);
-    void turnIntoReadingOrder();
+    bool turnIntoReadingOrder();
     void chooseFonts(std::size_t from, std::size_t to);
     void chooseByWord(std::size_t from, std::size_t to);
     void chooseForWord(std::size_t from, std::size_t to);
@@ -75,6 +75,9 @@ private:
 
     std::u32string_view part(std::size_t from, std::size_t to) const {
         return std::u32string_view(text_).substr(from, to - from);
+    }
+    std::u32string_view shownPart(std::size_t from, std::size_t to) const {
+        return std::u32string_view(shown_).substr(from, to - from);
     }
     PageFont* pageFontOf(std::size_t run) const {
         PageFont* const font = ofPage_ == nullptr ? nullptr : ofPage_->find(runs_[run].run.font);
@@ -111,6 +114,7 @@ private:
     // Of the paragraph, in the order of reading.
     std::vector<Letter> letters_;
     std::u32string text_;
+    std::u32string shown_; ///< the same, with brackets as they are seen: shaping turns them itself
     std::vector<std::uint32_t> scripts_;
 };
 
@@ -141,14 +145,25 @@ void Itemizer::readLetters(std::size_t number) {
     }
 }
 
-/// Letters of a page are in the order in which they stand.
-void Itemizer::turnIntoReadingOrder() {
+/// Letters of a page are in the order in which they stand. Whether they run from the right.
+bool Itemizer::turnIntoReadingOrder() {
+    ReadLine line;
+    if (std::optional<ReadLine> found = readingOf(text_)) {
+        line = std::move(*found);
+    } else {
+        line.levels = levelsOf(text_, false);
+        line.order = visualOrder(line.levels);
+    }
     std::vector<Letter> read;
-    for (const std::size_t at : visualOrder(levelsOf(text_, false))) {
-        read.push_back(letters_[at]);
+    for (std::size_t i = 0; i < letters_.size(); ++i) {
+        read.push_back(letters_[line.order[i]]);
+        if (line.levels[i] % 2 != 0) {
+            read.back().character = mirrored(read.back().character);
+        }
     }
     letters_ = std::move(read);
     std::ranges::transform(letters_, text_.begin(), &Letter::character);
+    return line.isRightToLeft;
 }
 
 void Itemizer::addParagraph(std::size_t first, std::size_t end) {
@@ -158,11 +173,16 @@ void Itemizer::addParagraph(std::size_t first, std::size_t end) {
     }
     text_.clear();
     std::ranges::transform(letters_, std::back_inserter(text_), &Letter::character);
+    bool isRightToLeft = line_.order == TextOrder::rightToLeft;
     if (line_.order == TextOrder::visual) {
-        turnIntoReadingOrder();
+        isRightToLeft = turnIntoReadingOrder();
     }
-    const std::vector<TextLevel> levels = levelsOf(text_, line_.order == TextOrder::rightToLeft);
+    const std::vector<TextLevel> levels = levelsOf(text_, isRightToLeft);
     scripts_ = scriptsOf(text_);
+    shown_ = text_;
+    for (std::size_t i = 0; i < shown_.size(); ++i) {
+        shown_[i] = levels[i] % 2 != 0 ? mirrored(text_[i]) : text_[i];
+    }
     for (std::size_t from = 0; from < letters_.size();) {
         const std::size_t run = letters_[from].run;
         std::size_t to = from;
@@ -195,7 +215,7 @@ void Itemizer::addParagraph(std::size_t first, std::size_t end) {
 
 void Itemizer::chooseFonts(std::size_t from, std::size_t to) {
     PageFont* const font = pageFontOf(letters_[from].run);
-    if (font != nullptr && canType(*font, part(from, to))) {
+    if (font != nullptr && canType(*font, shownPart(from, to))) {
         for (std::size_t i = from; i < to; ++i) {
             letters_[i].font.ofPage = font;
         }
@@ -236,7 +256,7 @@ bool Itemizer::takeFont(std::size_t from, std::size_t to) {
     const std::size_t run = letters_[from].run;
     const Font wanted = runs_[run].run.font;
     ChosenFont chosen{.ofPage = pageFontOf(run)};
-    if (chosen.ofPage == nullptr || !canType(*chosen.ofPage, part(from, to))) {
+    if (chosen.ofPage == nullptr || !canType(*chosen.ofPage, shownPart(from, to))) {
         std::u32string seen;
         std::ranges::remove_copy_if(part(from, to), std::back_inserter(seen), isUnseen);
         chosen = {.added = choice_.find(wanted, line_.isVertical, seen)};
@@ -285,7 +305,7 @@ void Itemizer::addItem(std::size_t from, std::size_t to, bool isRightToLeft) {
     } else if (item.added != nullptr) {
         addShapedGlyphs(item, from, to, isRightToLeft);
     }
-    if (isRightToLeft) {
+    if (isRightToLeft && line_.order != TextOrder::visual) {
         // What follows a letter is left of it.
         for (LineGlyph& glyph : item.glyphs) {
             glyph.behind -= std::exchange(glyph.before, 0);
@@ -295,11 +315,11 @@ void Itemizer::addItem(std::size_t from, std::size_t to, bool isRightToLeft) {
 }
 
 void Itemizer::addPageGlyphs(LineItem& item, std::size_t from, std::size_t to) {
-    const auto encoded = encodeText(*item.pageFont, part(from, to), placesOf(from, to));
+    const auto encoded = encodeText(*item.pageFont, shownPart(from, to), placesOf(from, to));
     if (!encoded) {
         // A ligature was divided: its letters alone are not in the font.
         std::size_t at = from;
-        while (at + 1 < to && encodeText(*item.pageFont, part(at, at + 1))) {
+        while (at + 1 < to && encodeText(*item.pageFont, shownPart(at, at + 1))) {
             ++at;
         }
         return fail(item.run, Reason::missingLetter, toUtf8(part(at, at + 1)));

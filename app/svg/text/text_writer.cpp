@@ -8,11 +8,13 @@
 #include "app/svg/style.h"
 #include "app/svg/text/font_names.h"
 #include "app/svg/text/letter_writer.h"
+#include "app/svg/text/line_order.h"
 #include "app/svg/text/text_direction.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -51,11 +53,22 @@ public:
                const TextLine& line, RunRange runs)
         : document_(servers.document()), out_(out), servers_(servers), place_(place), text_(text),
           line_(line), runs_(runs), stretch_(stretchOf(line_.matrix)),
-          letters_(out, document_, place.corner, line_, placesOf(place)) {}
+          letters_(out, document_, place.corner, line_, placesOf(place)) {
+        putInOrder();
+    }
 
     void write();
 
 private:
+    /// A run as it is written, and its number among those of the line.
+    struct Written {
+        TextRun run;
+        std::uint32_t number = 0;
+    };
+
+    void putInOrder();
+    Written runAt(std::size_t place) const;
+    std::size_t runCount() const { return static_cast<std::size_t>(runs_.end - runs_.first); }
     void findShared();
     void writePath();
     void writePlace();
@@ -75,7 +88,8 @@ private:
     Art text_;
     TextLine line_;
     RunRange runs_;
-    double stretch_; ///< of the line's matrix
+    std::vector<OrderedRun> ordered_; ///< those runs as they are read, where that is another order
+    double stretch_;                  ///< of the line's matrix
     Shared shared_;
     bool needsBlanks_ = false;
     Fixed rise_ = 0; ///< of the run before
@@ -86,6 +100,39 @@ private:
 std::vector<PlacedGlyph> TextWriter::placesOf(const TextPlace& place) const {
     const bool isAll = runs_.end - runs_.first == document_.textRunCount(text_);
     return isAll ? placed(document_, text_, place.letters) : std::vector<PlacedGlyph>();
+}
+
+/// Lines of a page stand as they are seen. Letters that have places do so here, too, and so does
+/// what clips, which says of no letter what it was.
+void TextWriter::putInOrder() {
+    if (line_.order != TextOrder::visual || line_.isVertical || !line_.path.empty() ||
+        line_.anchor != TextAnchor::start || line_.length != 0 || place_.isClip ||
+        letters_.isExact()) {
+        return;
+    }
+    std::vector<TextRun> runs;
+    bool hasRightToLeft = false;
+    for (std::size_t i = 0; i < runCount(); ++i) {
+        runs.push_back(runAt(i).run);
+        hasRightToLeft = hasRightToLeft || holdsRightToLeft(runs.back().text);
+    }
+    if (!hasRightToLeft) {
+        return;
+    }
+    if (std::optional<OrderedLine> read = asRead(runs)) {
+        line_.order = read->order;
+        ordered_ = std::move(read->runs);
+    }
+}
+
+TextWriter::Written TextWriter::runAt(std::size_t place) const {
+    const std::size_t number = ordered_.empty() ? place : ordered_[place].run;
+    TextRun run = document_.textRun(text_, runs_.first + static_cast<std::int32_t>(number));
+    if (!ordered_.empty()) {
+        run.text = ordered_[place].text;
+        run.pieces = ordered_[place].pieces;
+    }
+    return {run, static_cast<std::uint32_t>(number)};
 }
 
 /// XML drops blanks at the ends, and makes one of several.
@@ -110,11 +157,11 @@ bool bordersOnBlank(const TextRun& run, bool isAlone) {
 }
 
 void TextWriter::findShared() {
-    const TextRun first = document_.textRun(text_, runs_.first);
-    const bool isAlone = runs_.end - runs_.first == 1;
+    const TextRun first = runAt(0).run;
+    const bool isAlone = runCount() == 1;
     bool afterBlank = true;
-    for (std::int32_t i = runs_.first; i < runs_.end; ++i) {
-        const TextRun run = document_.textRun(text_, i);
+    for (std::size_t i = 0; i < runCount(); ++i) {
+        const TextRun run = runAt(i).run;
         shared_.font = shared_.font && run.font == first.font;
         shared_.size = shared_.size && run.size == first.size;
         shared_.spacing = shared_.spacing && run.spacing == first.spacing;
@@ -305,8 +352,8 @@ void TextWriter::writeOwn(const TextRun& run, std::uint32_t number) {
 void TextWriter::write() {
     findShared();
     const bool isOnPath = !line_.path.empty();
-    const bool several = runs_.end - runs_.first > 1 || isOnPath;
-    const TextRun first = document_.textRun(text_, runs_.first);
+    const bool several = runCount() > 1 || isOnPath;
+    const TextRun first = runAt(0).run;
     if (isOnPath) {
         writePath();
     }
@@ -334,11 +381,10 @@ void TextWriter::write() {
         letters_.writeLetters(first);
     }
     const Shared own{!shared_.font, !shared_.size, !shared_.spacing, !shared_.style};
-    std::uint32_t number = place_.number;
-    for (std::int32_t i = runs_.first; several && i < runs_.end; ++i) {
-        const TextRun run = document_.textRun(text_, i);
+    for (std::size_t i = 0; several && i < runCount(); ++i) {
+        const auto [run, number] = runAt(i);
         out_.text("<tspan");
-        writeOwn(run, number++);
+        writeOwn(run, place_.number + number);
         letters_.writeOrder();
         writeAttributes(run, own);
         out_.text(">");

@@ -1,5 +1,6 @@
 #include "app/svg/read/text/line_maker.h"
 
+#include "app/svg/text/line_order.h"
 #include "app/svg/text/text_direction.h"
 #include "app/svg/text/text_shift.h"
 
@@ -36,7 +37,7 @@ void LineMaker::startLine(const LetterPlace& place, const LetterLook& look) {
              .order = look.order};
     before_ = {};
     isOpen_ = true;
-    isOfPage_ = mayTurn_ = isMixed_ = passedEnd_ = false;
+    isOfPage_ = inPageFont_ = mayTurn_ = isMixed_ = passedEnd_ = false;
     if (path_) {
         startOnPath(place);
         return;
@@ -284,19 +285,44 @@ void LineMaker::finishRun() {
         run.font = look_.font;
         run.rise = fixedNumber(rise_ * scale_);
         run.spacing = fixedNumber(look_.spacing * scale_);
-        run.text = text_;
-        run.pieces = pieces_;
-        const std::vector<TextDecoration> lines = decorations();
-        run.decorations = lines;
         run.style = look_.style;
         run.fillOpacity = look_.fillOpacity;
         run.strokeOpacity = look_.strokeOpacity;
         run.source = look_.source.value_or(ArtSource{});
-        context_.document.addTextRun(art_, run);
+        runs_.push_back({run, text_, pieces_, decorations()});
+        inPageFont_ = inPageFont_ || context_.document.fonts().facts(run.font).isPageFont;
         made_ = true;
     }
     text_.clear();
     pieces_.clear();
+}
+
+/// Lines of a page stand as they are seen, as it has them.
+void LineMaker::addRuns() {
+    std::vector<TextRun> runs;
+    for (LineRun& each : runs_) {
+        runs.push_back(each.run);
+        runs.back().text = each.text;
+        runs.back().pieces = each.pieces;
+        runs.back().decorations = each.decorations;
+    }
+    std::optional<OrderedLine> seen;
+    const bool isKept = isOfPage_ || (inPageFont_ && line_.anchor == TextAnchor::start);
+    if (isKept && mayTurn_ && !path_ && !frame_.isVertical) {
+        seen = asSeen(runs, line_.order);
+    } else if (isOfPage_ && !mayTurn_ && line_.order == TextOrder::leftToRight) {
+        line_.order = TextOrder::visual;
+    }
+    for (std::size_t i = 0; i < runs.size(); ++i) {
+        TextRun& run = runs[seen ? seen->runs[i].run : i];
+        if (seen) {
+            run.text = seen->runs[i].text;
+            run.pieces = seen->runs[i].pieces;
+            line_.order = seen->order;
+        }
+        context_.document.addTextRun(art_, run);
+    }
+    runs_.clear();
 }
 
 /// Only now is known what holds for the whole line.
@@ -305,9 +331,7 @@ void LineMaker::finishLine() {
     if (art_ == Art::null) {
         return;
     }
-    if (line_.order == TextOrder::leftToRight && isOfPage_ && !mayTurn_) {
-        line_.order = TextOrder::visual; // as pages have their lines
-    }
+    addRuns();
     line_.length = fixedNumber(fitted_.length * scale_);
     line_.stretchesLetters = line_.length != 0 && fitted_.stretchesLetters;
     context_.document.setTextLine(art_, line_);

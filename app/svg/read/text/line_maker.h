@@ -96,6 +96,7 @@ private:
     void dropLastBlank();
     void finishRun();
     void finishLine();
+    void addRuns();
     RealMatrix matrixOnPath() const;
     Art makeLine();
 
@@ -113,11 +114,12 @@ private:
     Art art_ = Art::null;
     double scale_ = 1; ///< from lengths of the user space to those of the line's space
     TextLine line_;
-    FittedLength fitted_;    ///< of all its letters
-    bool isOfPage_ = false;  ///< some of its letters are
-    bool mayTurn_ = false;   ///< it has letters of scripts that run from the right
-    bool isMixed_ = false;   ///< the order of its letters is that of none of its elements
-    bool passedEnd_ = false; ///< a line end that is kept came last
+    FittedLength fitted_;     ///< of all its letters
+    bool isOfPage_ = false;   ///< some of its letters are
+    bool inPageFont_ = false; ///< the same of a font of the page
+    bool mayTurn_ = false;    ///< it has letters of scripts that run from the right
+    bool isMixed_ = false;    ///< the order of its letters is that of none of its elements
+    bool passedEnd_ = false;  ///< a line end that is kept came last
     std::optional<TextPath> path_;
     bool leftPath_ = false; ///< no letter since
 
@@ -125,6 +127,15 @@ private:
     Art lastArt_ = Art::null;
     std::uint32_t lastFitted_ = 0;
     std::uint32_t voided_ = 0; ///< the element of the last length that was counted as lost
+
+    /// A run of the line, and what it holds.
+    struct LineRun {
+        TextRun run;
+        std::string text;
+        std::vector<TextPiece> pieces;
+        std::vector<TextDecoration> decorations;
+    };
+    std::vector<LineRun> runs_;
 
     // The run.
     std::string text_;

@@ -1,8 +1,9 @@
-#include "fonts/text_order.h"
+#include "fonts/order/text_order.h"
 
 #include <algorithm>
 #include <array>
 #include <numeric>
+#include <utility>
 
 #include <fribidi/fribidi.h>
 #include <hb.h>
@@ -71,6 +72,79 @@ std::vector<std::size_t> visualOrder(std::span<const TextLevel> levels) {
     return order;
 }
 
+char32_t mirrored(char32_t character) {
+    return hb_unicode_mirroring(unicode(), character);
+}
+
+namespace {
+
+/// Whether characters of those levels, so ordered, stand as they did, their brackets turned alike.
+bool standsAgain(const ReadLine& line, std::u32string_view read,
+                 std::span<const TextLevel> levels) {
+    const std::vector<std::size_t> back = visualOrder(levels);
+    for (std::size_t place = 0; place < back.size(); ++place) {
+        const std::size_t at = back[place];
+        const bool turns = mirrored(read[at]) != read[at];
+        if (line.order[at] != place || (turns && levels[at] % 2 != line.levels[at] % 2)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// What stands is nearly what is read; the levels of that tell more, and so on.
+std::optional<ReadLine> readingOf(std::u32string_view standing, bool isRightToLeft) {
+    constexpr int mostTries = 4;
+    std::vector<TextLevel> guess = levelsOf(standing, isRightToLeft); // by place
+    for (int i = 0; i < mostTries; ++i) {
+        ReadLine line{isRightToLeft, visualOrder(guess), {}};
+        std::u32string read;
+        for (const std::size_t at : line.order) {
+            line.levels.push_back(guess[at]);
+            read += guess[at] % 2 != 0 ? mirrored(standing[at]) : standing[at];
+        }
+        std::vector<TextLevel> levels = levelsOf(read, isRightToLeft);
+        const bool isFound = standsAgain(line, read, levels);
+        line.levels = std::move(levels);
+        if (isFound) {
+            return line;
+        }
+        for (std::size_t at = 0; at < guess.size(); ++at) {
+            guess[line.order[at]] = line.levels[at];
+        }
+    }
+    return std::nullopt;
+}
+
+bool isLeftToRight(char32_t character) {
+    return fribidi_get_bidi_type(character) == FRIBIDI_TYPE_LTR;
+}
+
+} // namespace
+
+std::optional<ReadLine> readingOf(std::u32string_view standing) {
+    const bool isLikely = std::ranges::count_if(standing, isRightToLeft) >=
+                          std::ranges::count_if(standing, isLeftToRight);
+    auto line = readingOf(standing, isLikely);
+    return line ? line : readingOf(standing, !isLikely);
+}
+
+std::u32string inOtherOrder(std::u32string_view text) {
+    if (std::ranges::none_of(text, isRightToLeft)) {
+        return std::u32string(text);
+    }
+    std::u32string turned;
+    for (std::size_t end = text.size(); end > 0;) {
+        std::size_t start = end - 1;
+        while (start > 0 && isMark(text[start])) {
+            --start;
+        }
+        turned.append(text, start, end - start);
+        end = start;
+    }
+    return turned;
+}
+
 std::vector<std::uint32_t> scriptsOf(std::u32string_view line) {
     std::vector<std::uint32_t> scripts(line.size());
     hb_script_t last = HB_SCRIPT_COMMON;
@@ -111,7 +185,7 @@ bool isRightToLeft(char32_t character) {
 
 bool runsBothWays(std::u32string_view text) {
     const auto stays = [](char32_t character) {
-        return isBlank(character) || fribidi_get_bidi_type(character) == FRIBIDI_TYPE_LTR;
+        return isBlank(character) || isLeftToRight(character);
     };
     return std::ranges::any_of(text, isRightToLeft) && std::ranges::any_of(text, stays);
 }
