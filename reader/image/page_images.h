@@ -6,8 +6,9 @@
 #include "reader/document/cache.h"
 
 #include <cstdint>
+#include <map>
 #include <optional>
-#include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace corvane {
@@ -35,8 +36,8 @@ private:
         KnownImage known;
     };
 
-    /// By the number of the object; the fills that stencils had.
-    std::unordered_map<std::int32_t, std::vector<Entry>> byNumber_;
+    /// By the number of the object and that of the default spaces; the fills that stencils had.
+    std::map<std::pair<std::int32_t, std::size_t>, std::vector<Entry>> byNumber_;
 };
 
 /// Whether the dictionary says that pixels run into one another; nothing where it does not say.
