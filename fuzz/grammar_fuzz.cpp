@@ -270,6 +270,8 @@ private:
             .add("CS0", value(separation, owner))
             .add("CS1", value(Composite().add("/ICCBased").add(reference(profile)).array(), owner))
             .add("CS2", value(indexed, owner))
+            .add("DefaultGray", value(separation, owner))
+            .add("DefaultRGB", value("[/DeviceN [/A /B /C] /DeviceRGB 9 0 R]", owner))
             .dictionary();
     }
 

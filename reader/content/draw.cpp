@@ -99,7 +99,9 @@ void readCache(DocumentCache& cache) {
     sizeArtboard(cropCache(cache));
     readOrigin();
     cache.interpreter->omissions = Omissions();
-    noteDefaultSpaces(*cache.interpreter);
+    if (rules().profile == Profile::original) {
+        noteIgnoredDefaults(*cache.interpreter);
+    }
     applyPageMatrix(*cache.interpreter, matrix);
 
     const std::vector<ObjectOwner> streams = contentStreams(cache);

@@ -6,6 +6,7 @@
 #include "reader/content/losses.h"
 #include "reader/paint/colour.h"
 #include "reader/paint/ink.h"
+#include "reader/paint/space_colour.h"
 #include "runtime/exception.h"
 
 #include <algorithm>
@@ -21,13 +22,6 @@ namespace {
 void hidePaint(Interpreter& interpreter, Paint& paint, Omission why) {
     paint.hidden = true;
     interpreter.omissions.note(why);
-}
-
-/// Computed as a part of the page's work: a space may compute its colours in many steps.
-Colour computed(Interpreter& interpreter, const ColourSpace& space,
-                std::span<const double> components) {
-    interpreter.progress.work(costOf(space));
-    return colourIn(space, components);
 }
 
 void selectSpace(Interpreter& interpreter, Paint& paint, Colour& colour) {
@@ -50,13 +44,6 @@ void selectSpace(Interpreter& interpreter, Paint& paint, Colour& colour) {
     }
 }
 
-/// The topmost operands, at most `most`, the deepest first.
-std::vector<double> popComponents(std::int32_t most) {
-    std::vector<double> components(static_cast<std::size_t>(std::min(countStack(), most)));
-    std::ranges::generate(components.rbegin(), components.rend(), popNumber);
-    return components;
-}
-
 /// The device space that colours of so many components are of, while no space was chosen.
 Colour deviceColour(const std::vector<double>& components) {
     const auto kind = components.size() == 4   ? ColourSpace::Kind::cmyk
@@ -73,9 +60,9 @@ void selectPattern(Interpreter& interpreter, Paint& paint, Colour& colour, bool 
     if (isNamed && interpreter.readsPatterns) {
         const ObjectOwner name = popLiteral();
         const ColourSpace* const under = paint.space ? paint.space->base.get() : nullptr;
-        const Colour own = under == nullptr
-                               ? Colour()
-                               : computed(interpreter, *under, popComponents(under->components));
+        const Colour own = under == nullptr ? Colour()
+                                            : computedColour(interpreter, *under,
+                                                             popComponents(under->components));
         pattern = interpreter.patterns.find(interpreter, literalObject(name.get()), own);
     }
     if (!pattern) {
@@ -96,14 +83,12 @@ void selectColour(Interpreter& interpreter, Paint& paint, Colour& colour) {
     if (paint.space == nullptr && paint.hidden) {
         return;
     }
-    constexpr std::int32_t deviceComponents = 4;
-    const std::vector<double> components =
-        popComponents(paint.space ? paint.space->components : deviceComponents);
-    colour =
-        paint.space ? computed(interpreter, *paint.space, components) : deviceColour(components);
     if (paint.space) {
-        selectInk(interpreter, paint, components.empty() ? 0 : components.front());
+        takeColour(interpreter, paint, colour);
+        return;
     }
+    constexpr std::int32_t deviceComponents = 4;
+    colour = deviceColour(popComponents(deviceComponents));
 }
 
 /// Runs an operator with the value of an entry as its operand, where the dictionary has one.

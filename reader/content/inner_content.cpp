@@ -37,10 +37,12 @@ InnerContent::~InnerContent() {
     interpreter_.openContents.pop_back();
 }
 
-InnerContent::Scope::Scope(Interpreter& interpreter, const Object& resources)
-    : ContentScope(interpreter, sharedObject(typeObject(resources) == ObjectType::dictionary
-                                                 ? resources
-                                                 : interpreter.cache.resources.get())) {}
+InnerContent::Scope::Scope(Interpreter& interpreter, const Object& resources, bool inheritsDefaults)
+    : ContentScope(interpreter,
+                   sharedObject(typeObject(resources) == ObjectType::dictionary
+                                    ? resources
+                                    : interpreter.cache.resources.get()),
+                   inheritsDefaults) {}
 
 void InnerContent::runStream(const Object& stream) {
     const ObjectOwner owner = sharedObject(stream);

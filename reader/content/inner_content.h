@@ -24,8 +24,9 @@ public:
     /// Runs a stream with these resources, or with those in force where they are no dictionary.
     /// `prepare` is called with the interpreter when its level is there.
     template <class Prepare>
-    void run(const Object& stream, const Object& resources, const Prepare& prepare) {
-        Scope scope(interpreter_, resources);
+    void run(const Object& stream, const Object& resources, const Prepare& prepare,
+             bool inheritsDefaults = true) {
+        Scope scope(interpreter_, resources, inheritsDefaults);
         prepare(interpreter_);
         runStream(stream);
         scope.leave();
@@ -34,7 +35,7 @@ public:
 private:
     class Scope : public ContentScope {
     public:
-        Scope(Interpreter& interpreter, const Object& resources);
+        Scope(Interpreter& interpreter, const Object& resources, bool inheritsDefaults);
     };
 
     void runStream(const Object& stream);

@@ -1,18 +1,22 @@
 #include "reader/content/interpreter.h"
 
 #include "reader/classic/text_lines.h"
+#include "reader/content/losses.h"
 
 #include <utility>
 
 namespace corvane {
 
-ContentScope::ContentScope(Interpreter& interpreter, ObjectOwner resources)
-    : interpreter_(interpreter),
+ContentScope::ContentScope(Interpreter& interpreter, ObjectOwner resources, bool inheritsDefaults)
+    : interpreter_(interpreter), defaults_(interpreter.cache, resources.get(), inheritsDefaults),
       formerLevel_(std::exchange(interpreter.level, ContentLevel(interpreter.cache))),
       formerResources_(std::exchange(interpreter.cache.resources, std::move(resources))) {
     interpreter.level.floor = interpreter.saved.depth;
     interpreter.level.base = interpreter.state.exactCtm;
     interpreter.level.area = formerLevel_.area;
+    if (defaults_.isOther()) {
+        noteDefaultSpaces(interpreter);
+    }
 }
 
 void ContentScope::leave() {

@@ -132,12 +132,14 @@ struct Interpreter {
 /// One content, from its first stream to its last.
 ///
 /// Names are looked up in `resources` and nowhere else: for a form that inherits the page's
-/// resources, pass those. `leave` ends what the content left open: it drops operands and an
-/// unfinished path and restores the states that were saved. If something is raised before `leave`,
-/// the destructor does the same without a call of the host: groups stay as they are.
+/// resources, pass those. Default colour spaces that they lack are those of the content around it,
+/// as readers have it, unless `inheritsDefaults` is false. `leave` ends what the content left open:
+/// it drops operands and an unfinished path and restores the states that were saved. If something
+/// is raised before `leave`, the destructor does the same without a call of the host: groups stay
+/// as they are.
 class ContentScope {
 public:
-    ContentScope(Interpreter& interpreter, ObjectOwner resources);
+    ContentScope(Interpreter& interpreter, ObjectOwner resources, bool inheritsDefaults = true);
     ~ContentScope();
     ContentScope(const ContentScope&) = delete;
     ContentScope& operator=(const ContentScope&) = delete;
@@ -146,6 +148,7 @@ public:
 
 private:
     Interpreter& interpreter_;
+    DefaultSpacesScope defaults_;
     StackFloor operandFloor_;
     ContentLevel formerLevel_;
     ObjectOwner formerResources_;

@@ -3,6 +3,7 @@
 #include "host/pen.h"
 #include "reader/content/interpreter.h"
 #include "reader/paint/colour_space.h"
+#include "reader/paint/ink.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
 
@@ -158,6 +159,14 @@ void noteSpaceLosses(Interpreter& interpreter, const ColourSpace& space) {
 }
 
 void noteDefaultSpaces(Interpreter& interpreter) {
+    for (const ColourSpacePointer& space : interpreter.colourSpaces.defaults().inForce().spaces) {
+        if (space != nullptr && !holdsInk(interpreter, *space)) {
+            noteSpaceLosses(interpreter, *space);
+        }
+    }
+}
+
+void noteIgnoredDefaults(Interpreter& interpreter) {
     DocumentCache& cache = interpreter.cache;
     if (typeObject(cache.resources.get()) != ObjectType::dictionary) {
         return;

@@ -27,8 +27,11 @@ void noteIntentLoss(Interpreter& interpreter, const Object& intent);
 /// The profile and the ink of a colour space, and of the spaces within it.
 void noteSpaceLosses(Interpreter& interpreter, const ColourSpace& space);
 
-/// The spaces that take the place of device spaces on the page in use (PDF Reference, 4.5.4).
+/// What the default colour spaces in force have that artwork cannot hold.
 void noteDefaultSpaces(Interpreter& interpreter);
+
+/// The default colour spaces of the page in use, for a profile that ignores them.
+void noteIgnoredDefaults(Interpreter& interpreter);
 
 /// A stroke under a matrix by which its width depends on its direction, as no pen says it.
 void noteStrokeLoss(Interpreter& interpreter, const RealMatrix& matrix);

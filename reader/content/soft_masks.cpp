@@ -33,15 +33,13 @@ double backdropOf(Interpreter& interpreter, const Object& dictionary, const Obje
     const ObjectOwner group = lookupObject(cache, form, "Group");
     if (typeObject(group.get()) == ObjectType::dictionary) {
         const ObjectOwner named = lookupObject(cache, group.get(), "CS");
-        space = typeObject(named.get()) == ObjectType::literal
-                    ? namedColourSpace(literalObject(named.get()))
-                    : readColourSpace(cache, named.get());
+        space = readColourSpace(cache, named.get());
     }
     if (space == nullptr || space->kind == ColourSpace::Kind::pattern) {
         const std::string_view device = components.size() == 4   ? "DeviceCMYK"
                                         : components.size() == 3 ? "DeviceRGB"
                                                                  : "DeviceGray";
-        space = namedColourSpace(device);
+        space = interpreter.colourSpaces.named(device);
     }
     interpreter.progress.work(costOf(*space));
     const SeenColour seen = seenColour(colourIn(*space, components));
@@ -150,11 +148,8 @@ SoftMask SoftMasks::find(Interpreter& interpreter, const Object& dictionary) {
                          ? std::clamp(backdropOf(interpreter, dictionary, form.get()), 0.0, 1.0)
                          : 0;
     const std::vector<double> transfer = transferOf(interpreter, dictionary);
-    Key key{number,
-            facts.isLuminosity,
-            facts.backdrop,
-            {ctm.a, ctm.b, ctm.c, ctm.d, ctm.tx, ctm.ty},
-            transfer};
+    Key key{number,         interpreter.colourSpaces.defaults().number(), facts.isLuminosity,
+            facts.backdrop, {ctm.a, ctm.b, ctm.c, ctm.d, ctm.tx, ctm.ty}, transfer};
     if (const auto known = known_.find(key); known != known_.end()) {
         return known->second;
     }

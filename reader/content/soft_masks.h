@@ -26,7 +26,8 @@ private:
     const std::vector<double>& transferOf(Interpreter& interpreter, const Object& dictionary);
 
     /// What two uses have in common that are one mask.
-    using Key = std::tuple<std::int32_t, bool, double, std::array<double, 6>, std::vector<double>>;
+    using Key = std::tuple<std::int32_t, std::size_t, bool, double, std::array<double, 6>,
+                           std::vector<double>>;
 
     std::map<Key, SoftMask> known_;
     /// What functions make of values, by the numbers of their objects; 0: the latest that has none.

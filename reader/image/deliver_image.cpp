@@ -3,6 +3,7 @@
 #include "reader/image/image_key.h"
 #include "reader/image/image_meter.h"
 #include "reader/image/picture_rows.h"
+#include "reader/paint/colour_space_cache.h"
 #include "runtime/budget.h"
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
@@ -95,7 +96,8 @@ private:
             if (++cache_.work.images > budget::pageImages) {
                 failException(Exception::limit);
             }
-            key = imageKeyOf(entries_, number_, data_, colour);
+            key = imageKeyOf(entries_, number_, data_, colour,
+                             colourSpacesOf(cache_).defaults().inForce());
             if (isGlyph_) {
                 key.replace(0, key.find('-'), "glyph");
             }

@@ -36,7 +36,8 @@ void feedNamedSpace(const ImageEntries& entries, Followed& followed) {
 } // namespace
 
 std::string imageKeyOf(const ImageEntries& entries, std::int32_t number,
-                       std::optional<std::span<const std::byte>> data, std::int32_t stencilColour) {
+                       std::optional<std::span<const std::byte>> data, std::int32_t stencilColour,
+                       const DefaultSpaces& defaults) {
     DigestFeed feed;
     FedStreams fed;
     Followed followed(feed, entries.cache(), fed, false);
@@ -44,6 +45,9 @@ std::string imageKeyOf(const ImageEntries& entries, std::int32_t number,
     feed.number(stencilColour);
     for (const ImageKey& key : countedKeys) {
         followed.root(entries.raw(key));
+    }
+    if (stencilColour < 0) {
+        feedDefaults(followed, defaults);
     }
     if (data) {
         feedNamedSpace(entries, followed);

@@ -3,6 +3,7 @@
 #include "reader/content/appearance.h"
 #include "reader/image/deliver_image.h"
 #include "reader/image/image_entries.h"
+#include "reader/paint/colour_space_cache.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
 
@@ -63,7 +64,7 @@ KnownImage PageImages::find(DocumentCache& cache, const Object& entry, const Obj
         referenceObject(entry, number, generation);
     }
     const Colour own = isStencilImage(cache, stream) ? fill : Colour();
-    std::vector<Entry>& entries = byNumber_[number];
+    std::vector<Entry>& entries = byNumber_[{number, colourSpacesOf(cache).defaults().number()}];
     const auto known = std::ranges::find(entries, own, &Entry::fill);
     if (number != 0 && known != entries.end()) {
         return known->known;

@@ -7,8 +7,9 @@
 #include "reader/document/cache.h"
 
 #include <cstdint>
+#include <map>
 #include <optional>
-#include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace corvane {
@@ -37,8 +38,8 @@ private:
         KnownImage known;
     };
 
-    /// By the number of the object; the fills that stencils had.
-    std::unordered_map<std::int32_t, std::vector<Entry>> byNumber_;
+    /// By the number of the object and that of the default spaces; the fills that stencils had.
+    std::map<std::pair<std::int32_t, std::size_t>, std::vector<Entry>> byNumber_;
 };
 
 /// The rendering intent that the dictionary names; nothing where it names none.

@@ -72,7 +72,7 @@ AlphaImage::AlphaImage(DocumentCache& cache, const Object& object, bool isStenci
         failException(Exception::range);
     }
     checkRow(form);
-    if (form.space->profile != nullptr) {
+    if (form.space->kind != ColourSpace::Kind::indexed) {
         form.space = deviceColourSpace(1); // shares of the picture are no colours
     }
     if (isStencil) {

@@ -44,13 +44,15 @@ struct ColourSpace {
 
 using ColourSpacePointer = std::shared_ptr<const ColourSpace>;
 
-/// The device space of that name, or the pattern space; null for any other name.
+/// The device space of that name, seen without a default space, or the pattern space; null for any
+/// other name.
 ColourSpacePointer namedColourSpace(std::string_view name);
 
 /// The device space of so many components: 1, 3 or 4; null for any other number.
 ColourSpacePointer deviceColourSpace(std::int32_t components);
 
-/// The space that an object describes; those of objects with a number are read once for a file.
+/// The space that an object describes, under the default spaces in force; those of objects with a
+/// number are read once for a file.
 /// Null where it is of a kind that is not supported. Raises what reading its objects raises.
 ColourSpacePointer readColourSpace(DocumentCache& cache, const Object& object);
 

@@ -28,26 +28,34 @@ ColourSpaceCache::readOnce(const std::function<ColourSpacePointer()>& read) {
 /// While a space is read it is none, so that one within itself ends.
 ColourSpacePointer ColourSpaceCache::numbered(std::int32_t number,
                                               const std::function<ColourSpacePointer()>& read) {
-    if (const auto known = numbered_.find(number); known != numbered_.end()) {
+    std::unordered_map<std::int32_t, Known>& spaces = spaces_[defaults_.number()].numbered;
+    if (const auto known = spaces.find(number); known != spaces.end()) {
         raiseException(known->second.fault);
         return known->second.space;
     }
-    numbered_.emplace(number, Known());
+    spaces.emplace(number, Known());
     Known made = readOnce(read);
-    numbered_[number] = made;
+    spaces[number] = made;
     raiseException(made.fault);
     return made.space;
 }
 
+ColourSpacePointer ColourSpaceCache::named(std::string_view name) const {
+    ColourSpacePointer space = namedColourSpace(name);
+    const bool isDevice = space != nullptr && !space->hasProfile;
+    ColourSpacePointer seenBy = isDevice ? defaults_.inForce().of(space->kind) : nullptr;
+    return seenBy != nullptr ? seenBy : space;
+}
+
 ColourSpacePointer ColourSpaceCache::find(DocumentCache& cache, std::string_view name) {
     if (isReserved(name) || typeObject(cache.resources.get()) != ObjectType::dictionary) {
-        return namedColourSpace(name);
+        return named(name);
     }
     ObjectOwner dictionary = lookupObject(cache, cache.resources.get(), "ColorSpace");
     if (typeObject(dictionary.get()) != ObjectType::dictionary) {
-        return namedColourSpace(name);
+        return named(name);
     }
-    Category& category = categories_[dictionary->data];
+    Category& category = spaces_[defaults_.number()].categories[dictionary->data];
     if (typeObject(category.dictionary.get()) == ObjectType::empty) {
         category.dictionary = std::move(dictionary);
     }
@@ -55,7 +63,7 @@ ColourSpacePointer ColourSpaceCache::find(DocumentCache& cache, std::string_view
     if (known == category.spaces.end()) {
         const Object object = findEntry(cache, category.dictionary.get(), name);
         if (typeObject(object) == ObjectType::null) {
-            return namedColourSpace(name); // not kept: a page may make up names without end
+            return named(name); // not kept: a page may make up names without end
         }
         Known read = readOnce([&] { return readColourSpace(cache, object); });
         known = category.spaces.emplace(name, std::move(read)).first;

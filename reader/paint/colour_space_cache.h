@@ -2,6 +2,7 @@
 #pragma once
 
 #include "reader/paint/colour_space.h"
+#include "reader/paint/default_spaces.h"
 #include "runtime/exception.h"
 
 #include <cstdint>
@@ -15,7 +16,8 @@ namespace corvane {
 
 class ColourSpaceCache {
 public:
-    /// The space of that name: a device space or one of the resources in use. Null where it is
+    /// The space of that name: a device space, as the default spaces in force show it, or one of
+    /// the resources in use. Null where it is
     /// unknown or of a kind that is not supported. A fault of its objects is raised again whenever
     /// the name is met; they are not read again.
     ColourSpacePointer find(DocumentCache& cache, std::string_view name);
@@ -23,6 +25,12 @@ public:
     /// The space of the object of this number, by `read` where it is not known. Faults likewise.
     ColourSpacePointer numbered(std::int32_t number,
                                 const std::function<ColourSpacePointer()>& read);
+
+    /// The device space or pattern space of that name, as the default spaces in force show it; null
+    /// for any other name.
+    ColourSpacePointer named(std::string_view name) const;
+
+    DefaultSpaceSets& defaults() { return defaults_; }
 
     /// Where the profiles of the file count what they take.
     const IccMemory& profileMemory() const { return profileMemory_; }
@@ -40,8 +48,14 @@ private:
 
     static Known readOnce(const std::function<ColourSpacePointer()>& read);
 
-    std::unordered_map<std::uint32_t, Category> categories_; ///< by where the dictionary lies
-    std::unordered_map<std::int32_t, Known> numbered_;
+    /// Under one set of default spaces.
+    struct Spaces {
+        std::unordered_map<std::uint32_t, Category> categories; ///< by where the dictionary lies
+        std::unordered_map<std::int32_t, Known> numbered;
+    };
+
+    DefaultSpaceSets defaults_;
+    std::unordered_map<std::size_t, Spaces> spaces_; ///< by the number of the set
     IccMemory profileMemory_ = std::make_shared<std::int64_t>(0);
 };
 

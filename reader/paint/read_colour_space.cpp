@@ -157,10 +157,20 @@ ColourSpacePointer tintSpace(DocumentCache& cache, std::span<const Object> eleme
     return std::make_shared<ColourSpace>(std::move(space));
 }
 
+/// Of the object that a reference leads to; 0: it is none.
+std::int32_t numberOf(const Object& object) {
+    std::int32_t number = 0;
+    if (typeObject(object) == ObjectType::reference) {
+        std::int32_t generation = 0;
+        referenceObject(object, number, generation);
+    }
+    return number;
+}
+
 ColourSpacePointer parseAnew(DocumentCache& cache, const Object& object, int depth) {
     const ObjectOwner space = resolveObject(cache, object);
     if (typeObject(space.get()) == ObjectType::literal) {
-        return namedColourSpace(literalObject(space.get()));
+        return colourSpacesOf(cache).named(literalObject(space.get()));
     }
     if (typeObject(space.get()) != ObjectType::array || sizeObject(space.get()) < 1) {
         return nullptr;
@@ -169,7 +179,9 @@ ColourSpacePointer parseAnew(DocumentCache& cache, const Object& object, int dep
     const ObjectOwner familyName = resolveObject(cache, elements[0]);
     const std::string_view family = literalObject(familyName.get());
     if (family == "ICCBased" && elements.size() >= 2) {
-        return profileSpace(cache, elements[1], depth);
+        const std::int32_t number = numberOf(elements[1]);
+        const auto read = [&] { return profileSpace(cache, elements[1], depth); };
+        return number == 0 ? read() : colourSpacesOf(cache).numbered(number, read);
     }
     if ((family == "CalGray" || family == "CalRGB") && elements.size() >= 2) {
         return calibratedSpace(cache, elements[1], family == "CalGray" ? 1 : 3);
@@ -188,18 +200,14 @@ ColourSpacePointer parseAnew(DocumentCache& cache, const Object& object, int dep
         pattern.base = parseSpace(cache, elements[1], depth + 1);
         return std::make_shared<ColourSpace>(std::move(pattern));
     }
-    return namedColourSpace(family);
+    return colourSpacesOf(cache).named(family);
 }
 
 ColourSpacePointer parseSpace(DocumentCache& cache, const Object& object, int depth) {
     if (depth > deepestSpace) {
         return nullptr;
     }
-    std::int32_t number = 0;
-    if (typeObject(object) == ObjectType::reference) {
-        std::int32_t generation = 0;
-        referenceObject(object, number, generation);
-    }
+    const std::int32_t number = numberOf(object);
     return number == 0 ? parseAnew(cache, object, depth)
                        : colourSpacesOf(cache).numbered(
                              number, [&] { return parseAnew(cache, object, depth); });

@@ -97,8 +97,12 @@ std::optional<Colour> PagePatterns::find(Interpreter& interpreter, std::string_v
         isShading || integerEntry(cache, pattern.get(), "PaintType") != uncoloured;
     const Colour counted = hasOwnColours ? Colour() : colour;
     const RealMatrix base = interpreter.level.base;
-    Key key{number, number != 0 ? 0 : category->data, number != 0 ? "" : std::string(name),
-            bitsOf(base), numbersOf(counted)};
+    Key key{number,
+            number != 0 ? 0 : category->data,
+            number != 0 ? "" : std::string(name),
+            bitsOf(base),
+            interpreter.colourSpaces.defaults().number(),
+            numbersOf(counted)};
     if (const auto known = known_.find(key); known != known_.end()) {
         return known->second;
     }

@@ -31,9 +31,10 @@ public:
 
 private:
     /// Of a pattern its number or, for one that has none, the dictionary that names it and its
-    /// name; the base of the content that uses it; and the colour of one that has none of its own.
+    /// name; the base and the default spaces of the content that uses it; and the colour of one
+    /// that has none of its own.
     using Key = std::tuple<std::int32_t, std::uint32_t, std::string, std::array<std::uint64_t, 6>,
-                           std::array<std::int64_t, 6>>;
+                           std::size_t, std::array<std::int64_t, 6>>;
 
     std::map<Key, std::optional<Colour>> known_;
     std::vector<ObjectOwner> held_; ///< dictionaries among the keys: nothing takes their place

@@ -106,6 +106,7 @@ std::string keyOf(DocumentCache& cache, const Object& entry, const RealMatrix& m
     FedStreams fed;
     Followed followed(feed, cache, fed, false);
     followed.root(entry);
+    feedDefaults(followed, colourSpacesOf(cache).defaults().inForce());
     followed.follow();
     for (const double number : {matrix.a, matrix.b, matrix.c, matrix.d, matrix.tx, matrix.ty,
                                 part.left, part.bottom, part.right, part.top}) {

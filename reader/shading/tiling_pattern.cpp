@@ -99,10 +99,12 @@ private:
         }
         interpreter_.progress.charge(budget::innerContentTokens);
         InnerContent content(interpreter_, object_, state_, matrix, group);
-        content.run(stream_, pattern_.resources.get(), [&](Interpreter& interpreter) {
+        constexpr bool inheritsDefaults = false; // readers draw a tile by itself
+        const auto prepare = [&](Interpreter& interpreter) {
             interpreter.level.ignoresColour = !pattern_.isColoured;
             interpreter.level.area = area;
-        });
+        };
+        content.run(stream_, pattern_.resources.get(), prepare, inheritsDefaults);
         interpreter_.containers.finish();
         if (isClipped && nextSibling(firstChild(group)) == Art::null) {
             callHost(slot::disposeArt, group); // nothing but the clip

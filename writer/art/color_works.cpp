@@ -12,15 +12,28 @@ namespace corvane {
 
 namespace {
 
-struct ColourOperators {
-    std::string_view fill;
-    std::string_view stroke;
+using Kind = ColourSpace::Kind;
 
-    std::string_view of(bool isFill) const { return isFill ? fill : stroke; }
-};
-constexpr ColourOperators grayOperators{"g\n", "G\n"};
-constexpr ColourOperators processOperators{"k\n", "K\n"};
-constexpr ColourOperators lightOperators{"rg\n", "RG\n"};
+/// The operators that set colours of a device space, for filling and for stroking.
+std::string_view deviceOperator(Kind device, bool isFill) {
+    return device == Kind::gray  ? (isFill ? "g\n" : "G\n")
+           : device == Kind::rgb ? (isFill ? "rg\n" : "RG\n")
+                                 : (isFill ? "k\n" : "K\n");
+}
+
+/// Writes a colour of a device space, whose components `add` writes.
+template <class Add>
+void writeDevice(Walk& walk, Kind device, bool isFill, const Add& add) {
+    const std::string_view space =
+        walk.paints != nullptr ? walk.paints->spaceOf(device) : std::string_view();
+    if (!space.empty()) {
+        walk.text.add("/");
+        walk.text.add(space);
+        walk.text.add(isFill ? " cs " : " CS ");
+    }
+    add();
+    walk.text.add(space.empty() ? deviceOperator(device, isFill) : isFill ? "scn\n" : "SCN\n");
+}
 
 /// Stands where a paint is set that has no amounts.
 constexpr Fixed middleGray = fixedOne / 2;
@@ -36,31 +49,33 @@ bool isLight(const Colour& process) {
 void writeProcess(Walk& walk, const Colour& colour, bool isFill) {
     if (isLight(colour)) {
         const LightLevels levels = lightLevels(colour);
-        walk.text.addLevel(levels.red);
-        walk.text.addLevel(levels.green);
-        walk.text.addLevel(levels.blue);
-        walk.text.add(lightOperators.of(isFill));
+        writeDevice(walk, Kind::rgb, isFill, [&] {
+            walk.text.addLevel(levels.red);
+            walk.text.addLevel(levels.green);
+            walk.text.addLevel(levels.blue);
+        });
         return;
     }
-    for (const Fixed amount : colour.component) {
-        walk.text.add(amount);
-    }
-    walk.text.add(processOperators.of(isFill));
+    writeDevice(walk, Kind::cmyk, isFill, [&] {
+        for (const Fixed amount : colour.component) {
+            walk.text.add(amount);
+        }
+    });
 }
 
 void writeCustom(Walk& walk, const Colour& colour, bool isFill) {
     CustomColour custom;
     callHost(slot::getColorInfo, colour.source, &custom);
     const Fixed share = rest(colour.component[0]);
-    for (const Fixed amount : custom.process) {
-        walk.text.add(callHost(slot::fixedMultiply, amount, share));
-    }
-    walk.text.add(processOperators.of(isFill));
+    writeDevice(walk, Kind::cmyk, isFill, [&] {
+        for (const Fixed amount : custom.process) {
+            walk.text.add(callHost(slot::fixedMultiply, amount, share));
+        }
+    });
 }
 
 void writeGray(Walk& walk, Fixed level, bool isFill) {
-    walk.text.add(level);
-    walk.text.add(grayOperators.of(isFill));
+    writeDevice(walk, Kind::gray, isFill, [&] { walk.text.add(level); });
 }
 
 } // namespace

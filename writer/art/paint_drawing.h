@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/artwork.h"
+#include "reader/paint/colour_space.h"
 
 #include <string_view>
 
@@ -14,6 +15,9 @@ public:
     virtual ~PaintDrawing() = default;
     /// Makes a gradient, a pattern or a custom colour the colour for filling or for stroking.
     virtual void set(Walk& walk, const Colour& colour, bool isFill) = 0;
+    /// The name of the space in which colours of a device space look as the artwork has them; empty
+    /// where the device space does.
+    virtual std::string_view spaceOf(ColourSpace::Kind device) = 0;
     /// The external graphics state whose soft mask shows as much of a colour as its stops say, set
     /// in the space of the artboard; empty where all of it is opaque.
     virtual std::string_view maskOf(const Colour& colour) = 0;

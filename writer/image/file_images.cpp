@@ -1,9 +1,11 @@
 #include "writer/image/file_images.h"
 
 #include "reader/image/image_key.h"
+#include "reader/paint/colour_space_cache.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
 
+#include <algorithm>
 #include <charconv>
 #include <optional>
 
@@ -21,9 +23,13 @@ std::int32_t imageObject(DocumentCache& cache, const std::string& key) {
         ObjectOwner reference;
         indirectObject(reference.get(), number, 0);
         const ObjectOwner object = resolveObject(cache, reference.get());
-        isIt =
-            typeObject(object.get()) == ObjectType::stream &&
-            imageKeyOf(ImageEntries(cache, object.get()), number, std::nullopt, noStencil) == key;
+        // An image is called by the default spaces, too, under which a content draws it.
+        isIt = typeObject(object.get()) == ObjectType::stream &&
+               std::ranges::any_of(colourSpacesOf(cache).defaults().all(),
+                                   [&](const DefaultSpaces& defaults) {
+                                       return imageKeyOf(ImageEntries(cache, object.get()), number,
+                                                         std::nullopt, noStencil, defaults) == key;
+                                   });
     });
     return isIt ? number : 0;
 }

@@ -16,6 +16,7 @@
 #include "writer/image/pixel_rows.h"
 #include "writer/page/needed_version.h"
 #include "writer/page/stream_object.h"
+#include "writer/paint/plain_spaces.h"
 
 #include <algorithm>
 #include <array>
@@ -172,12 +173,15 @@ std::string spaceEntry(DocumentCache& cache, const ImageFacts& facts, bool isGra
                 colours.push_back(std::byte{facts.palette[i]});
             }
         }
-        return "/ColorSpace [ /Indexed /DeviceRGB " + std::to_string(facts.palette.size() / 4 - 1) +
-               " " + sealedBytes(cache, {number, 0}, colours) + " ]\r";
+        return "/ColorSpace [ /Indexed " + plainSpaceText(cache, ColourSpace::Kind::rgb) + " " +
+               std::to_string(facts.palette.size() / 4 - 1) + " " +
+               sealedBytes(cache, {number, 0}, colours) + " ]\r";
     }
-    return facts.colours == ImageColours::cmyk             ? "/ColorSpace /DeviceCMYK\r"
-           : facts.colours == ImageColours::rgb && !isGray ? "/ColorSpace /DeviceRGB\r"
-                                                           : "/ColorSpace /DeviceGray\r";
+    const ColourSpace::Kind device = facts.colours == ImageColours::cmyk ? ColourSpace::Kind::cmyk
+                                     : facts.colours == ImageColours::rgb && !isGray
+                                         ? ColourSpace::Kind::rgb
+                                         : ColourSpace::Kind::gray;
+    return "/ColorSpace " + plainSpaceText(cache, device) + "\r";
 }
 
 /// The next bytes of an image that was opened.

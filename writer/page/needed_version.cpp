@@ -21,6 +21,7 @@ std::int32_t versionOf(Feature feature) {
         return 12;
     case Feature::compactFont:
     case Feature::shading:
+    case Feature::profile:
         return 13;
     case Feature::transparency:
     case Feature::maskedImage:

@@ -17,6 +17,7 @@ enum class Feature {
     separation,
     compactFont, ///< a program of CFF
     shading,
+    profile,      ///< a space of a colour profile, or of several inks
     transparency, ///< opacity, blend modes, soft masks, transparency groups
     maskedImage,  ///< SMask
     deepImage,    ///< samples of 16 bits

@@ -11,6 +11,7 @@
 #include "writer/page/needed_version.h"
 #include "writer/page/page_object.h"
 #include "writer/page/stream_object.h"
+#include "writer/paint/plain_spaces.h"
 #include "writer/update/update.h"
 #include "writer/update/update_filter.h"
 
@@ -85,6 +86,7 @@ std::int64_t writeDrawn(DocumentCache& cache, UpdatePlan& plan, WrittenDigest* w
     if (plan.paints) {
         plan.paints->write(cache);
     }
+    writePlainSpaces(cache);
     writePageObject(cache, plan.page, plan.geometry,
                     {.contents = {{.number = content, .generation = 0, .place = contentPlace}},
                      .resources = hasResources ? &plan.drawn->resources : nullptr,
@@ -134,6 +136,7 @@ std::int64_t writePatched(DocumentCache& cache, const UpdatePlan& plan, PlannedP
     patch.page.paints->write(cache);
     patch.page.fonts.write(cache);
     writeImages(cache, patch.page.images);
+    writePlainSpaces(cache);
     if (patch.page.resetState != 0) {
         writeResetState(*cache.output, patch.page.resetState);
     }

@@ -59,7 +59,7 @@ bool isCut(std::span<const GradientStop> stops, bool atStart) {
            end.offset == (atStart ? 0 : 1);
 }
 
-enum class Space { gray, rgb, cmyk };
+using Space = ColourSpace::Kind;
 
 Space spaceOf(std::span<const GradientStop> stops) {
     const auto all = [&](auto is) { return std::ranges::all_of(stops, is, &GradientStop::colour); };
@@ -81,7 +81,7 @@ std::vector<double> componentsOf(const Colour& colour, Space space) {
     case Space::cmyk:
         return {limited(colour.component[0]), limited(colour.component[1]),
                 limited(colour.component[2]), limited(colour.component[3])};
-    case Space::rgb:
+    default:
         break;
     }
     if (colour.kind == ColourKind::gray) {
@@ -89,12 +89,6 @@ std::vector<double> componentsOf(const Colour& colour, Space space) {
     }
     const LightLevels light = lightLevels(colour);
     return {limited(light.red), limited(light.green), limited(light.blue)};
-}
-
-std::string_view nameOf(Space space) {
-    return space == Space::gray   ? "/DeviceGray"
-           : space == Space::cmyk ? "/DeviceCMYK"
-                                  : "/DeviceRGB";
 }
 
 using Components = std::vector<double>;
@@ -133,7 +127,7 @@ public:
     std::string text() {
         std::string text = gradient_.isRadial && !isFlat_ ? "/ShadingType 3" : "/ShadingType 2";
         text += " /ColorSpace ";
-        text += nameOf(space_);
+        text += functions_.spaceText(space_);
         text += " /Coords " + coordinates() + " /Domain " + arrayOf(std::array{from_, to_}) +
                 " /Extend [ ";
         text += isCutAtStart_ ? "false " : "true ";

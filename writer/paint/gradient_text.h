@@ -3,17 +3,21 @@
 
 #include "host/extension.h"
 #include "host/gradient.h"
+#include "reader/paint/colour_space.h"
 
 #include <cstdint>
 #include <string>
 
 namespace corvane {
 
-/// Makes an object of the text of a function, to be named again and again; its number.
+/// What the text of a shading needs of the save.
 class FunctionHolder {
 public:
     virtual ~FunctionHolder() = default;
+    /// Makes an object of the text of a function, to be named again and again; its number.
     virtual std::int32_t hold(std::string function) = 0;
+    /// What names a device space, so that its colours look as the artwork has them.
+    virtual std::string spaceText(ColourSpace::Kind device) = 0;
 };
 
 /// What a shading shows of a gradient's stops.

@@ -16,6 +16,7 @@
 #include "writer/art/walk.h"
 #include "writer/page/needed_version.h"
 #include "writer/page/stream_object.h"
+#include "writer/paint/plain_spaces.h"
 
 #include <algorithm>
 #include <initializer_list>
@@ -241,6 +242,34 @@ void NewPaints::knowInks(const Object& resources) {
     }
 }
 
+/// The alternate of an ink, and the function that leads to it, which is left open.
+std::string NewPaints::inkAlternate(const CustomColour& ink) {
+    const std::string function = " << /FunctionType 2 /Domain [ 0 1 ] /N 1 ";
+    const auto& inks = ink.process;
+    if (plainSpace(ColourSpace::Kind::cmyk) == 0) {
+        return " /DeviceCMYK" + function + "/C0 [ 0 0 0 0 ] /C1 " +
+               numbersText({realFromFixed(std::clamp(inks[0], 0, fixedOne)),
+                            realFromFixed(std::clamp(inks[1], 0, fixedOne)),
+                            realFromFixed(std::clamp(inks[2], 0, fixedOne)),
+                            realFromFixed(std::clamp(inks[3], 0, fixedOne))});
+    }
+    // A space of inks may not be the alternate of another.
+    const auto light = [&](std::size_t i) {
+        return 1 - std::min(1.0, std::max(0.0, realFromFixed(inks[i])) +
+                                     std::max(0.0, realFromFixed(inks[3])));
+    };
+    return " " + spaceText(ColourSpace::Kind::rgb) + function + "/C0 [ 1 1 1 ] /C1 " +
+           numbersText({light(0), light(1), light(2)});
+}
+
+std::int32_t NewPaints::plainSpace(ColourSpace::Kind device) {
+    return corvane::plainSpace(*cache_, device);
+}
+
+std::string NewPaints::spaceText(ColourSpace::Kind device) {
+    return plainSpaceText(*cache_, device);
+}
+
 /// All of the ink looks as the process colour that stands for it (PDF Reference, 4.5.5).
 ObjectIdentifier NewPaints::ink(PaintSource custom) {
     if (const auto known = inks_.find(custom); known != inks_.end()) {
@@ -256,16 +285,8 @@ ObjectIdentifier NewPaints::ink(PaintSource custom) {
     if (const auto same = inksOfPage_.find(name); same != inksOfPage_.end()) {
         space = same->second;
     } else {
-        std::string amounts;
-        for (const Fixed amount : colour.process) {
-            amounts += numberText(realFromFixed(std::clamp(amount, 0, fixedOne)));
-        }
         needVersion(Feature::separation);
-        space = {
-            hold("[ /Separation " + nameText(name) +
-                 " /DeviceCMYK << /FunctionType 2 /Domain [ 0 1 ] /N 1 /C0 [ 0 0 0 0 ] /C1 [ " +
-                 amounts + "] >> ]"),
-            0};
+        space = {hold("[ /Separation " + nameText(name) + inkAlternate(colour) + " >> ]"), 0};
     }
     inks_.emplace(custom, space);
     return space;
@@ -313,6 +334,12 @@ void ContentPaints::set(Walk& walk, const Colour& colour, bool isFill) {
     walk.text.add(isFill ? "/Pattern cs /" : "/Pattern CS /");
     walk.text.add(resources_.add(ResourceCategory::pattern, number, 0));
     walk.text.add(isFill ? " scn\n" : " SCN\n");
+}
+
+std::string_view ContentPaints::spaceOf(ColourSpace::Kind device) {
+    const std::int32_t number = paints_.plainSpace(device);
+    return number == 0 ? std::string_view()
+                       : resources_.add(ResourceCategory::colourSpace, number, 0);
 }
 
 PaintDrawing& ContentPaints::onArtboard() {

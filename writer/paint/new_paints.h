@@ -50,6 +50,8 @@ public:
     void knowInks(const Object& resources);
     /// The colour space of a custom colour: Separation, of that ink alone.
     ObjectIdentifier ink(PaintSource custom);
+    /// As `corvane::plainSpace`.
+    std::int32_t plainSpace(ColourSpace::Kind device);
 
     /// Writes all of them to the cache's output.
     void write(DocumentCache& cache) const;
@@ -66,7 +68,9 @@ private:
 
     static Key keyOf(const Colour& colour, bool isMask, const PaintedContent& content);
     std::int32_t hold(std::string function) override;
+    std::string spaceText(ColourSpace::Kind device) override;
     void add(PaintObject object);
+    std::string inkAlternate(const CustomColour& ink);
     std::int32_t shadingPattern(const GradientFacts& gradient, const PaintedContent& content);
     std::int32_t tilingPattern(const PatternFacts& pattern, const PaintedContent& content);
     std::int32_t opacityMask(const GradientFacts& gradient, const PaintedContent& content);
@@ -88,6 +92,7 @@ public:
         : paints_(paints), resources_(resources), content_(content) {}
 
     void set(Walk& walk, const Colour& colour, bool isFill) override;
+    std::string_view spaceOf(ColourSpace::Kind device) override;
     std::string_view maskOf(const Colour& colour) override;
     PaintDrawing& onArtboard() override;
 

@@ -15,6 +15,7 @@
 #include "runtime/extension.h"
 #include "runtime/rules.h"
 #include "writer/page/needed_version.h"
+#include "writer/paint/plain_spaces.h"
 #include "writer/patch/annotation_art.h"
 #include "writer/update/catalog.h"
 #include "writer/update/signed.h"
@@ -186,6 +187,7 @@ std::vector<std::int32_t> formerLayers(DocumentCache& cache, const UpdatePlan& p
 UpdatePlan planUpdate(DocumentCache& cache) {
     UpdatePlan plan;
     openNeededVersion();
+    openPlainSpaces();
     planFile(cache, plan);
     if (rules().recordsOrigin) {
         planBase(cache, plan);
