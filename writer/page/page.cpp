@@ -5,6 +5,7 @@
 #include "runtime/exception.h"
 #include "writer/art/works.h"
 #include "writer/crypt/sealed.h"
+#include "writer/crypt/sealed_output.h"
 #include "writer/font/font_works.h"
 #include "writer/image/mask_works.h"
 #include "writer/layer/layer_marks.h"
