@@ -92,6 +92,7 @@ std::int64_t writeDrawn(DocumentCache& cache, UpdatePlan& plan, WrittenDigest* w
                      .origin = plan.origin,
                      .artwork = plan.artwork,
                      .layers = madeLayers(plan),
+                     .firstNew = plan.firstNew,
                      .written = written});
     forallFamily([&](const Family& family) { writeFamily(cache, family); });
     forallMask([&](const Mask& mask) { writeMask(cache, mask); });
@@ -144,6 +145,7 @@ std::int64_t writePatched(DocumentCache& cache, const UpdatePlan& plan, PlannedP
                      .origin = plan.origin,
                      .artwork = plan.artwork,
                      .layers = madeLayers(plan),
+                     .firstNew = plan.firstNew,
                      .written = written});
     return streams.bytes;
 }

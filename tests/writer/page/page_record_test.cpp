@@ -103,6 +103,25 @@ TEST_F(PageRecordTest, WhichPageItIs) {
 }
 
 TEST_F(PageRecordTest, ArtworkOfAnyVersionOfTheDigestKeepsItsPage) {
+TEST_F(PageRecordTest, NewObjectsOfTheSaveBelongToThePage) {
+    openAsArtwork(PdfBuilder::onePage(line).bytes());
+    document_->setAppearance(firstPath(), {.opacity = .25});
+    ASSERT_EQ(save(), 0U);
+    const std::string ours = bytes();
+    use("in.pdf", updated(ours, 90, "(any)"));
+    ASSERT_EQ(save(), 0U);
+    EXPECT_TRUE(saved_.back().isNothing) << "no object of the page";
+    const std::size_t state = ours.rfind(" 0 obj\n<< /Type /ExtGState");
+    ASSERT_NE(state, std::string::npos) << ours;
+    const int number = std::stoi(ours.substr(ours.rfind('\n', state) + 1));
+    const std::string changed = updated(ours, number, "<</ca .1>>");
+    use("in.pdf", changed);
+    front_.taken();
+    EXPECT_EQ(save(), resultStopped);
+    EXPECT_THAT(front_.taken(), ElementsAre("error 21"));
+    EXPECT_EQ(bytes(), changed);
+}
+
     const std::string file =
         PdfBuilder::onePage(line, "/Resources<</XObject<</F 7 0 R>>>>/Annots[8 0 R]")
             .stream(7, "0 g", "/Subtype/Form")
