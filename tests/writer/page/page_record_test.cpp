@@ -90,6 +90,7 @@ TEST_F(PageRecordTest, WhichPageItIs) {
         EXPECT_EQ(bytes(), changed);
         extension_.overwrites = true;
         EXPECT_EQ(save(), 0U);
+        EXPECT_THAT(front_.taken(), ElementsAre("write 1016 in in.pdf"));
         extension_.overwrites = false;
         EXPECT_EQ(save(), 0U) << "it is the artwork of that page now";
     }
@@ -102,7 +103,6 @@ TEST_F(PageRecordTest, WhichPageItIs) {
     extension_.artworkDigest = nullptr;
 }
 
-TEST_F(PageRecordTest, ArtworkOfAnyVersionOfTheDigestKeepsItsPage) {
 TEST_F(PageRecordTest, NewObjectsOfTheSaveBelongToThePage) {
     openAsArtwork(PdfBuilder::onePage(line).bytes());
     document_->setAppearance(firstPath(), {.opacity = .25});
@@ -122,6 +122,7 @@ TEST_F(PageRecordTest, NewObjectsOfTheSaveBelongToThePage) {
     EXPECT_EQ(bytes(), changed);
 }
 
+TEST_F(PageRecordTest, ArtworkOfAnyVersionOfTheDigestKeepsItsPage) {
     const std::string file =
         PdfBuilder::onePage(line, "/Resources<</XObject<</F 7 0 R>>>>/Annots[8 0 R]")
             .stream(7, "0 g", "/Subtype/Form")
@@ -216,7 +217,8 @@ TEST_F(PageRecordTest, AnotherArtworkOfThePageIsRefused) {
     EXPECT_EQ(saving(&two), "");
     EXPECT_EQ(saving(&one), "error 29");
     extension_.overwrites = true;
-    EXPECT_EQ(saving(&one), "");
+    EXPECT_EQ(saving(&one), "write 1017 in in.pdf");
+    EXPECT_EQ(saving(&one), "") << "nothing is undone any more";
     extension_.overwrites = false;
     EXPECT_EQ(saving(&two), "error 29");
     ASSERT_EQ(open(), 0U);
