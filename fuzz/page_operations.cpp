@@ -39,6 +39,7 @@ public:
              type = tokens.readToken()) {
             const auto start = static_cast<std::size_t>(tokens.tokenStart());
             const auto end = static_cast<std::size_t>(tokens.tokenEnd());
+            isInHex_ = type == TokenType::hexOpen || (isInHex_ && type == TokenType::text);
             addToken(content.substr(start, end - start), start,
                      type == TokenType::keyword && !isOperand(tokens.bytes()));
             if (type == TokenType::keyword && tokens.bytes() == "ID") {
@@ -65,7 +66,7 @@ private:
         }
         next_.end = place + static_cast<std::int64_t>(raw.size());
         if (!isWord) {
-            next_.operands.append(raw).append(" ");
+            next_.operands.append(raw).append(isInHex_ ? "" : " ");
             return;
         }
         next_.word = raw;
@@ -73,6 +74,7 @@ private:
     }
 
     std::int64_t position_ = 0; // of the stream
+    bool isInHex_ = false;      // whose digits come in pieces that depend on where they stand
     PageOperation next_;
     std::vector<PageOperation> operations_;
 };

@@ -146,7 +146,7 @@ void requireSoundPatches(Bytes file, const Choose& choose) {
         once = PluginHost::fileBytes();
         require(save(host));
         twice = PluginHost::fileBytes();
-        const bool isAppended = !host.saved().isNothing; // as each save of an encrypted file is
+        const bool isAppended = !host.saved().isNothing; // as where layers are made
         require(isAppended == (twice != once));
         if (isThorough) {
             if (isAppended) {

@@ -174,7 +174,7 @@ constexpr std::array<std::string_view, 20> mends = {
     "boxes, rotations or units of % pages are wrong and count as missing",
 };
 
-constexpr std::array<std::string_view, 13> writeWarnings = {
+constexpr std::array<std::string_view, 17> writeWarnings = {
     /* 1001 */ "an object of a kind that a PDF cannot hold was left out",
     /* 1002 */ "the page was given a size between the smallest and the largest allowed",
     /* 1003 */ "the crop area was fitted to the page",
@@ -197,6 +197,13 @@ constexpr std::array<std::string_view, 13> writeWarnings = {
     "them",
     /* 1013 */
     "a layer that shows or hides as others do stays as the file has it",
+    /* 1014 */ "",
+    /* 1015 */ "",
+    /* 1016 */
+    "the page is not the one that the artwork was opened from, or was changed since; all that it "
+    "showed gives way to the artwork",
+    /* 1017 */
+    "the page was saved from another artwork since this one was opened; that save is undone",
 };
 
 } // namespace

@@ -39,13 +39,15 @@ enum class Warning : std::int16_t {
     pageSize = 1002,                ///< the page size was put into its limits
     cropArea = 1003,                ///< the crop area was fitted to the page
     layerLeftOut = 1004,            ///< a layer that is hidden or does not print is not drawn
-    // 1005 to 1007, 1014 and 1015 are the program's own.
+    // 1005 to 1007, 1014, 1015 are the program's own.
     layerNotKept = 1008,   ///< objects of a layer stay, in order; the layer does not
     signedFile = 1009,     ///< readers that check signatures will show the change
     fontAdded = 1010,      ///< a font of the machine took the place of another one
     smoothnessKept = 1011, ///< how an image of the page is enlarged stays as it is in the file
     layersShared = 1012,   ///< layers were changed that other pages may show, too
     layerRuled = 1013,     ///< a layer that follows from others stays as it is
+    pageReplaced = 1016,   ///< the page was another one than the artwork's, and was drawn anew
+    otherUndone = 1017,    ///< what another artwork had made of the page was undone
 };
 
 /// Codes that are kept. One more is stored too, and raises `limit`.

@@ -52,11 +52,37 @@ std::vector<std::int32_t> numbersOf(DocumentCache& cache, const Object& record,
     return numbers;
 }
 
-/// Whether the page and the content of the update stand where the record says.
+/// Whether the new objects of the update, all of which it wrote in front of the page, stand there.
+bool standInFront(DocumentCache& cache, std::span<const std::int32_t> runs, std::int32_t page) {
+    std::int32_t former = 0;
+    for (std::size_t i = 0; i + 1 < runs.size(); i += 2) {
+        if (runs[i] <= former || runs[i + 1] < runs[i]) {
+            failException(Exception::range);
+        }
+        former = runs[i + 1];
+        for (std::int64_t number = runs[i]; number <= former; ++number) {
+            const auto offset = offsetOf(cache, static_cast<std::int32_t>(number), 0);
+            if (!offset || *offset > page) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+std::vector<std::int32_t> numbersIfAny(DocumentCache& cache, const Object& record,
+                                       std::string_view key) {
+    const bool isThere = typeObject(findEntry(cache, record, key)) != ObjectType::null;
+    return isThere ? numbersOf(cache, record, key) : std::vector<std::int32_t>();
+}
+
+/// Whether the page and the objects of the update stand where the record says.
 bool speaksOfPage(DocumentCache& cache, const Object& record, std::span<const BaseStream> streams) {
     const PageEntry& entry = cache.pages[static_cast<std::size_t>(cache.pageNumber - 1)];
     const ObjectOwner page = lookupObject(cache, record, "Page");
-    if (offsetOf(cache, entry.number, entry.generation) != integerObject(page.get())) {
+    const std::int32_t place = integerObject(page.get());
+    if (offsetOf(cache, entry.number, entry.generation) != place ||
+        !standInFront(cache, numbersIfAny(cache, record, "Made"), place)) {
         return false;
     }
     std::vector<std::int32_t> stated = numbersOf(cache, record, "Content");
@@ -69,11 +95,6 @@ bool speaksOfPage(DocumentCache& cache, const Object& record, std::span<const Ba
     std::ranges::sort(stated);
     std::ranges::sort(standing);
     return std::ranges::includes(standing, stated);
-}
-
-std::vector<std::int32_t> layersOf(DocumentCache& cache, const Object& record) {
-    const bool hasLayers = typeObject(findEntry(cache, record, "Layers")) != ObjectType::null;
-    return hasLayers ? numbersOf(cache, record, "Layers") : std::vector<std::int32_t>();
 }
 
 std::optional<PageOrigin> originOf(DocumentCache& cache, const Object& record) {
@@ -101,7 +122,7 @@ std::optional<PageRecord> recordOfPage(DocumentCache& cache, std::span<const Bas
             record.origin = originOf(cache, object.get());
             record.artwork = eightBytes(lookupObject(cache, object.get(), "Artwork"));
             record.update = eightBytes(lookupObject(cache, object.get(), "Update"));
-            record.layers = layersOf(cache, object.get());
+            record.layers = numbersIfAny(cache, object.get(), "Layers");
             record.base = readableObject(cache, findEntry(cache, object.get(), "Base"));
         }
     });

@@ -5,19 +5,20 @@
 //     /Page 123 /Content [123 456]      places
 //     /Base << /Contents ... /Resources ... /MediaBox [...] /CropBox [...] /Digest <16 digits> >>
 //     /Artwork <16 digits>              which opening of the page the artwork comes from
+//     /Made [12 19 24 24]               numbers of the update's new objects: from 12 to 19, and 24
 //     /Layers [31 32]                   optional content groups that were made for the artwork
 //     /Update <16 digits>               what was written, whatever numbers its objects got
 //   >> >> >>
 //
 // The places are where the page and the content streams of the update stand, by the
-// cross-reference. While all of them still stand there nobody else has replaced them, and the
-// record speaks of this page. Contents and Resources of the base (reader/page/page_base.h) are as
-// its page had them, and absent where it had none; Digest is that of `digestContent`. Where /Anew
-// true stands beside them, the page had been drawn anew since the artwork was opened, and Origin is
-// not the digest of that base.
+// cross-reference; its new objects stand in front of the page. While all of them still stand there
+// nobody else has replaced them, and the record speaks of this page. Contents and Resources of the
+// base (reader/page/page_base.h) are as its page had them, and absent where it had none; Digest is
+// that of `digestContent`. Where /Anew true stands beside them, the page had been drawn anew since
+// the artwork was opened, and Origin is not the digest of that base.
 //
-// Former records have no Update, no Base and a single place for Content; the first ones no Version,
-// which is 1 then. A page drawn from artwork that was opened from nowhere has no Origin.
+// Former records have no Made, no Update, no Base and a single place for Content; the first ones no
+// Version, which is 1 then. A page drawn from artwork that was opened from nowhere has no Origin.
 #pragma once
 
 #include "reader/document/cache.h"

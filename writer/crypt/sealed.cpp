@@ -1,7 +1,6 @@
 #include "writer/crypt/sealed.h"
 
-#include "crypt/cipher.h"
-#include "filters/decrypt.h"
+#include "filters/filter.h"
 #include "filters/hex.h"
 #include "filters/token.h"
 #include "host/utilities.h"
@@ -48,8 +47,8 @@ private:
     std::size_t position_ = 0;
 };
 
-VectorSource vectorSource() {
-    return DateTimeIsFixed() ? VectorSource::data : VectorSource::chance;
+bool mayHoldStrings(std::string_view value) {
+    return value.find_first_of("(<") != std::string_view::npos;
 }
 
 CipherKey stringKey(const DocumentCache& cache, ObjectIdentifier object) {
@@ -105,8 +104,7 @@ private:
     /// Replaces the string from `start` to behind the last token.
     void replace(std::size_t start, std::string_view enciphered) {
         result_ += value_.substr(copied_, start - copied_);
-        result_ +=
-            digitsOf(corvane::enciphered(to_, deciphered(from_, enciphered), vectorSource()));
+        result_ += digitsOf(corvane::enciphered(to_, deciphered(from_, enciphered), sealVectors()));
         copied_ = static_cast<std::size_t>(tokens_->tokenEnd());
     }
 
@@ -133,12 +131,12 @@ std::string sealedBytes(const DocumentCache& cache, ObjectIdentifier in,
     }
     const std::string_view text(static_cast<const char*>(static_cast<const void*>(bytes.data())),
                                 bytes.size());
-    return digitsOf(enciphered(stringKey(cache, in), text, vectorSource()));
+    return digitsOf(enciphered(stringKey(cache, in), text, sealVectors()));
 }
 
 std::string sealedValue(const DocumentCache& cache, std::string value, ObjectIdentifier from,
                         ObjectIdentifier to) {
-    if (!cache.encryption || from == to || value.find_first_of("(<") == std::string::npos) {
+    if (!cache.encryption || from == to || !mayHoldStrings(value)) {
         return value;
     }
     const CipherKey fromKey = stringKey(cache, from);
@@ -146,14 +144,21 @@ std::string sealedValue(const DocumentCache& cache, std::string value, ObjectIde
     return Resealing(value, fromKey, toKey).run();
 }
 
-FileCipher newStreamCipher(const DocumentCache& cache) {
-    return cache.encryption ? cache.encryption->streamCipher() : FileCipher::identity;
+std::string plainValue(const DocumentCache& cache, std::string value, ObjectIdentifier from) {
+    if (!cache.encryption || !mayHoldStrings(value)) {
+        return value;
+    }
+    const CipherKey key = stringKey(cache, from);
+    const CipherKey none;
+    return Resealing(value, key, none).run();
 }
 
-void linkSeal(const DocumentCache& cache, Chain& chain, FileCipher cipher, ObjectIdentifier in) {
-    if (cipher != FileCipher::identity) {
-        chain.link(setupEncrypt(cache.encryption->streamKey(cipher, in), vectorSource()));
-    }
+VectorSource sealVectors() {
+    return DateTimeIsFixed() ? VectorSource::data : VectorSource::chance;
+}
+
+FileCipher newStreamCipher(const DocumentCache& cache) {
+    return cache.encryption ? cache.encryption->streamCipher() : FileCipher::identity;
 }
 
 std::int64_t sealedLength(FileCipher cipher, std::int64_t length) {

@@ -2,8 +2,8 @@
 // it stays as it is.
 #pragma once
 
+#include "crypt/cipher.h"
 #include "crypt/object_key.h"
-#include "filters/filter.h"
 #include "objects/object_identifier.h"
 #include "reader/document/cache.h"
 
@@ -26,11 +26,14 @@ std::string sealedBytes(const DocumentCache& cache, ObjectIdentifier in,
 /// enciphered anew. Strings of no object (number 0) are plain.
 std::string sealedValue(const DocumentCache& cache, std::string value, ObjectIdentifier from,
                         ObjectIdentifier to);
+/// What such a value means, the same whatever object it stands in: in an encrypted file, its
+/// strings are the digits of their plain bytes.
+std::string plainValue(const DocumentCache& cache, std::string value, ObjectIdentifier from);
 
+/// Where the initialisation vectors of new ciphers come from.
+VectorSource sealVectors();
 /// How the data of a new stream are enciphered.
 FileCipher newStreamCipher(const DocumentCache& cache);
-/// Links what enciphers the data of the stream `in`.
-void linkSeal(const DocumentCache& cache, Chain& chain, FileCipher cipher, ObjectIdentifier in);
 /// Bytes that so many bytes of data become.
 std::int64_t sealedLength(FileCipher cipher, std::int64_t length);
 

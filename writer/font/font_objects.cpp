@@ -4,7 +4,7 @@
 #include "output/primitives.h"
 #include "output/xref.h"
 #include "runtime/digest.h"
-#include "writer/crypt/sealed.h"
+#include "writer/crypt/sealed_output.h"
 #include "writer/font/font_cmaps.h"
 #include "writer/page/needed_version.h"
 #include "writer/page/stream_object.h"
@@ -123,9 +123,9 @@ private:
 
     void writeSystemInfo(std::int32_t in) {
         stringOutput(output_, "/CIDSystemInfo << /Registry ");
-        stringOutput(output_, sealedText(cache_, {in, 0}, "Adobe"));
+        sealedTextOutput(cache_, {in, 0}, "Adobe");
         stringOutput(output_, " /Ordering ");
-        stringOutput(output_, sealedText(cache_, {in, 0}, "Identity"));
+        sealedTextOutput(cache_, {in, 0}, "Identity");
         stringOutput(output_, " /Supplement 0 >>\r");
     }
 

@@ -12,6 +12,7 @@
 #include "runtime/exception.h"
 #include "runtime/reason.h"
 #include "writer/crypt/sealed.h"
+#include "writer/crypt/sealed_output.h"
 #include "writer/image/file_images.h"
 #include "writer/image/pixel_rows.h"
 #include "writer/page/needed_version.h"
@@ -80,22 +81,24 @@ std::string predictorEntries(const PixelForm& form) {
            entry("Columns", form.width) + ">>\r";
 }
 
-/// A stream whose length is told behind it.
+/// A stream whose length is told behind it. Its entries are written between its making and its
+/// data.
 class LengthLater {
 public:
-    LengthLater(DocumentCache& cache, std::int32_t number, std::int32_t length,
-                const std::string& dictionary)
-        : cache_(cache), length_(length) {
-        Filter& output = *cache.output;
-        touchXRef(output, number, 0);
-        objectOutput(output, number, 0);
-        stringOutput(output, dictionary.c_str());
+    LengthLater(DocumentCache& cache, std::int32_t number, std::int32_t length)
+        : cache_(cache), number_(number), length_(length) {
+        touchXRef(*cache.output, number, 0);
+        objectOutput(*cache.output, number, 0);
+    }
+
+    void beginData() {
+        Filter& output = *cache_.output;
         stringOutput(output, "/Length ");
-        referenceOutput(output, length, 0);
+        referenceOutput(output, length_, 0);
         stringOutput(output, ">>\rstream\r");
         start_ = markFilter(output);
         chain_ = Chain(&output);
-        linkSeal(cache, chain_, newStreamCipher(cache), {number, 0});
+        linkSeal(cache_, chain_, newStreamCipher(cache_), {number_, 0});
     }
 
     Chain& chain() { return chain_; }
@@ -110,6 +113,7 @@ public:
 
 private:
     DocumentCache& cache_;
+    std::int32_t number_;
     std::int32_t length_;
     std::int32_t start_ = 0;
     Chain chain_;
@@ -164,8 +168,8 @@ RowMaker paletteMaker(const ImageFacts& facts) {
     };
 }
 
-std::string spaceEntry(DocumentCache& cache, const ImageFacts& facts, bool isGray,
-                       std::int32_t number) {
+void spaceOutput(DocumentCache& cache, const ImageFacts& facts, bool isGray, std::int32_t number) {
+    Filter& output = *cache.output;
     if (facts.colours == ImageColours::indexed) {
         std::vector<std::byte> colours;
         for (std::size_t i = 0; i < facts.palette.size(); ++i) {
@@ -173,15 +177,19 @@ std::string spaceEntry(DocumentCache& cache, const ImageFacts& facts, bool isGra
                 colours.push_back(std::byte{facts.palette[i]});
             }
         }
-        return "/ColorSpace [ /Indexed " + plainSpaceText(cache, ColourSpace::Kind::rgb) + " " +
-               std::to_string(facts.palette.size() / 4 - 1) + " " +
-               sealedBytes(cache, {number, 0}, colours) + " ]\r";
+        const std::size_t last = facts.palette.size() / 4 - 1;
+        stringOutput(output, "/ColorSpace [ /Indexed " +
+                                 plainSpaceText(cache, ColourSpace::Kind::rgb) + " " +
+                                 std::to_string(last) + " ");
+        sealedBytesOutput(cache, {number, 0}, colours);
+        stringOutput(output, " ]\r");
+        return;
     }
     const ColourSpace::Kind device = facts.colours == ImageColours::cmyk ? ColourSpace::Kind::cmyk
                                      : facts.colours == ImageColours::rgb && !isGray
                                          ? ColourSpace::Kind::rgb
                                          : ColourSpace::Kind::gray;
-    return "/ColorSpace " + plainSpaceText(cache, device) + "\r";
+    stringOutput(output, "/ColorSpace " + plainSpaceText(cache, device) + "\r");
 }
 
 /// The next bytes of an image that was opened.
@@ -208,15 +216,19 @@ bool isPlainRgb(const NewImage& image, const ImageFacts& facts) {
 }
 
 void jpegOutput(DocumentCache& cache, const NewImage& image, const ImageFacts& facts) {
-    std::string dictionary = beginning(image, facts, 8) +
-                             spaceEntry(cache, facts, false, image.number) + "/Filter /DCTDecode\r";
+    const bool isPlain = isPlainRgb(image, facts);
+    Filter& output = *cache.output;
+    LengthLater stream(cache, image.number, image.length);
+    stringOutput(output, beginning(image, facts, 8));
+    spaceOutput(cache, facts, false, image.number);
+    stringOutput(output, "/Filter /DCTDecode\r");
     if (facts.colours == ImageColours::cmyk && facts.isInverted) {
-        dictionary += "/Decode [ 1 0 1 0 1 0 1 0 ]\r";
+        stringOutput(output, "/Decode [ 1 0 1 0 1 0 1 0 ]\r");
     }
-    if (isPlainRgb(image, facts)) {
-        dictionary += "/DecodeParms << /ColorTransform 0 >>\r";
+    if (isPlain) {
+        stringOutput(output, "/DecodeParms << /ColorTransform 0 >>\r");
     }
-    LengthLater stream(cache, image.number, image.length, dictionary);
+    stream.beginData();
     std::array<std::byte, 1 << 14> block;
     callHost(slot::openImageBytes, image.image);
     for (std::size_t count = block.size(); count == block.size();) {
@@ -230,9 +242,10 @@ void maskOutput(DocumentCache& cache, const NewImage& image, const ImageFacts& f
     const PixelForm from = pixelForm(facts);
     const bool hasPalette = facts.colours == ImageColours::indexed;
     const PixelForm to{from.width, from.height, 1, hasPalette ? 8 : from.bits};
-    LengthLater stream(cache, image.mask, image.maskLength,
-                       beginning(image, facts, to.bits) + "/ColorSpace /DeviceGray\r" +
-                           predictorEntries(to));
+    LengthLater stream(cache, image.mask, image.maskLength);
+    stringOutput(*cache.output, beginning(image, facts, to.bits) + "/ColorSpace /DeviceGray\r" +
+                                    predictorEntries(to));
+    stream.beginData();
     stream.chain().link(setupPixelDeflate());
     rowsOutput(stream.chain(), image.image, from, to,
                hasPalette ? paletteMaker(facts) : samplesMaker(from, to, from.components - 1));
@@ -244,14 +257,16 @@ void samplesOutput(DocumentCache& cache, const NewImage& image, const ImageFacts
     const bool isGray = image.contents.isGray;
     const std::int32_t colours = isGray ? 1 : from.components - (facts.hasAlpha ? 1 : 0);
     const PixelForm to{from.width, from.height, colours, from.bits};
-    std::string dictionary = beginning(image, facts, facts.bits) +
-                             spaceEntry(cache, facts, isGray, image.number) + predictorEntries(to);
     needVersion(facts.bits == 16 ? Feature::deepImage : Feature::flate);
+    LengthLater stream(cache, image.number, image.length);
+    stringOutput(*cache.output, beginning(image, facts, facts.bits));
+    spaceOutput(cache, facts, isGray, image.number);
+    stringOutput(*cache.output, predictorEntries(to));
     if (image.mask != 0) {
         needVersion(Feature::maskedImage);
-        dictionary += "/SMask " + std::to_string(image.mask) + " 0 R\r";
+        stringOutput(*cache.output, "/SMask " + std::to_string(image.mask) + " 0 R\r");
     }
-    LengthLater stream(cache, image.number, image.length, dictionary);
+    stream.beginData();
     stream.chain().link(setupPixelDeflate());
     rowsOutput(stream.chain(), image.image, from, to, samplesMaker(from, to, 0));
     stream.finish();

@@ -87,15 +87,16 @@ bool needsWhole(DocumentCache& cache, const Survey& survey) {
 
 MendPlan planMend(DocumentCache& cache, const Survey& survey) {
     MendPlan mend;
+    if (countCache(cache) == 0) {
+        return mend;
+    }
     mend.isWhole = needsWhole(cache, survey);
     if (mend.isWhole) {
         mend.leftOut.insert(survey.sections.begin(), survey.sections.end());
         mend.leftOut.insert(survey.missing.begin(), survey.missing.end());
     }
-    if (countCache(cache) > 0) {
-        mend.nodes = planPageNodes(cache);
-        planCatalog(cache, mend);
-    }
+    mend.nodes = planPageNodes(cache);
+    planCatalog(cache, mend);
     for (const ObjectIdentifier object : survey.damaged) {
         if (!isWritten(mend, object.number)) {
             mend.copies.push_back(object);

@@ -28,12 +28,12 @@ struct MendPlan {
 /// Raises `repairedFile`, with a reason, where nothing that is appended can mend the file.
 void refuseUnmendable(DocumentCache& cache);
 
-/// Whether the cross-reference has to be made anew. In a file without a page there is nothing to
-/// mend it for.
+/// Whether the cross-reference has to be made anew; not in a file without a page.
 bool needsWhole(DocumentCache& cache, const Survey& survey);
 
 /// Settles what mends the file that was looked at, after the numbers of all its objects were
-/// reserved. Raises `repairedFile` where a page cannot be named.
+/// reserved. In a file without a page there is nothing to mend for. Raises `repairedFile` where a
+/// page cannot be named.
 MendPlan planMend(DocumentCache& cache, const Survey& survey);
 
 /// Takes an object out of the plan that is written otherwise; what it gets as a page, if it gets

@@ -4,7 +4,7 @@
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 #include "runtime/exception.h"
-#include "writer/crypt/sealed.h"
+#include "writer/crypt/sealed_output.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -46,9 +46,9 @@ void CarriedEntries::write(DocumentCache& cache, ObjectIdentifier in) const {
 }
 
 void writeEntry(DocumentCache& cache, const RawEntry& entry, ObjectIdentifier in) {
-    const std::string value = sealedValue(cache, rawValue(cache, entry), entry.object, in);
+    const std::string value = rawValue(cache, entry);
     nameOutput(*cache.output, entry.key);
-    writeFilter(*cache.output, std::as_bytes(std::span(value)));
+    sealedValueOutput(cache, value, entry.object, in);
     stringOutput(*cache.output, "\r");
 }
 

@@ -5,6 +5,7 @@
 #include "runtime/exception.h"
 #include "writer/art/works.h"
 #include "writer/crypt/sealed.h"
+#include "writer/crypt/sealed_output.h"
 #include "writer/font/font_works.h"
 #include "writer/image/mask_works.h"
 #include "writer/layer/layer_marks.h"
@@ -93,6 +94,7 @@ std::int64_t writeDrawn(DocumentCache& cache, UpdatePlan& plan, WrittenDigest* w
                      .origin = plan.origin,
                      .artwork = plan.artwork,
                      .layers = madeLayers(plan),
+                     .firstNew = plan.firstNew,
                      .written = written});
     forallFamily([&](const Family& family) { writeFamily(cache, family); });
     forallMask([&](const Mask& mask) { writeMask(cache, mask); });
@@ -146,6 +148,7 @@ std::int64_t writePatched(DocumentCache& cache, const UpdatePlan& plan, PlannedP
                      .origin = plan.origin,
                      .artwork = plan.artwork,
                      .layers = madeLayers(plan),
+                     .firstNew = plan.firstNew,
                      .written = written});
     return streams.bytes;
 }

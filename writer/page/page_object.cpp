@@ -82,6 +82,17 @@ void writeContents(Filter& output, std::span<const ContentPart> contents) {
     stringOutput(output, "]\r");
 }
 
+/// The new objects among those that were written so far.
+std::vector<std::int32_t> madeObjects(std::int32_t firstNew) {
+    std::vector<std::int32_t> made;
+    forallXRef([&](const XRefEntry& entry) {
+        if (entry.number >= firstNew) {
+            made.push_back(entry.number);
+        }
+    });
+    return made;
+}
+
 RecordNote noteOf(const CarriedPage& carried, const PageParts& parts, std::int32_t place) {
     RecordNote note{.origin = parts.origin,
                     .artwork = parts.artwork,
@@ -89,6 +100,7 @@ RecordNote noteOf(const CarriedPage& carried, const PageParts& parts, std::int32
                                                        : std::nullopt,
                     .page = place,
                     .content = {},
+                    .made = madeObjects(parts.firstNew),
                     .layers = parts.layers,
                     .base = carried.base ? &*carried.base : nullptr};
     for (const ContentPart& part : parts.contents) {

@@ -45,6 +45,7 @@ struct PageParts {
     std::optional<PageOrigin> origin;     ///< of the page that the artwork was opened from
     std::optional<std::uint64_t> artwork; ///< which opening of it that was
     std::vector<std::int32_t> layers;     ///< optional content groups that were made for it
+    std::int32_t firstNew = 0;            ///< objects from this number on are new
     WrittenDigest* written = nullptr;     ///< fed with what was written so far; null: no record
 };
 

@@ -34,6 +34,23 @@ void writePlace(Filter& output, std::int32_t place) {
     stringOutput(output, " ");
 }
 
+/// Runs of ascending numbers, each by its first and its last one.
+void writeRuns(Filter& output, std::string_view key, std::span<const std::int32_t> numbers) {
+    nameOutput(output, key);
+    stringOutput(output, "[ ");
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        const bool isFirst = i == 0 || numbers[i] != numbers[i - 1] + 1;
+        const bool isLast = i + 1 == numbers.size() || numbers[i + 1] != numbers[i] + 1;
+        if (isFirst) {
+            integerOutput(output, numbers[i]);
+        }
+        if (isLast) {
+            integerOutput(output, numbers[i]);
+        }
+    }
+    stringOutput(output, "]\r");
+}
+
 void writeBase(DocumentCache& cache, ObjectIdentifier page, const CarriedBase& base) {
     Filter& output = *cache.output;
     stringOutput(output, "/Base <<\r");
@@ -88,6 +105,9 @@ void writePieceInfo(DocumentCache& cache, ObjectIdentifier page, const CarriedEn
         writePlace(output, place);
     }
     stringOutput(output, "]\r");
+    if (!note.made.empty()) {
+        writeRuns(output, "Made", note.made);
+    }
     if (!note.layers.empty()) {
         stringOutput(output, "/Layers [ ");
         for (const std::int32_t number : note.layers) {

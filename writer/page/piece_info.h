@@ -30,6 +30,7 @@ struct RecordNote {
     std::optional<std::uint64_t> update;
     std::int32_t page = 0;             ///< where the page object stands, by the cross-reference
     std::vector<std::int32_t> content; ///< and the content streams that are written
+    std::vector<std::int32_t> made;    ///< numbers of all new objects that are written, ascending
     std::vector<std::int32_t> layers;  ///< optional content groups that were made for the artwork
     const CarriedBase* base = nullptr; ///< null: none
 };

@@ -3,6 +3,7 @@
 #include "output/primitives.h"
 #include "output/xref.h"
 #include "writer/crypt/sealed.h"
+#include "writer/crypt/sealed_output.h"
 
 #include <span>
 

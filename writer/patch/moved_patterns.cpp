@@ -10,6 +10,7 @@
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
 #include "writer/crypt/sealed.h"
+#include "writer/crypt/sealed_output.h"
 #include "writer/page/used_names.h"
 
 #include <array>

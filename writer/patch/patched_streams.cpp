@@ -9,6 +9,7 @@
 #include "runtime/budget.h"
 #include "runtime/extension.h"
 #include "writer/crypt/sealed.h"
+#include "writer/crypt/sealed_output.h"
 #include "writer/page/needed_version.h"
 #include "writer/page/stream_object.h"
 

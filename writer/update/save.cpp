@@ -14,6 +14,7 @@
 #include "runtime/exception.h"
 #include "runtime/extension.h"
 #include "runtime/rules.h"
+#include "runtime/warning.h"
 #include "writer/page/needed_version.h"
 #include "writer/paint/plain_spaces.h"
 #include "writer/patch/annotation_art.h"
@@ -53,6 +54,21 @@ bool isBlank(DocumentCache& cache) {
     return isRead && bytes == 0;
 }
 
+/// Whether the page stands as it was drawn anew from the artwork. Drawing it anew again, and not
+/// patching that, makes the same page of the same artwork: also where its fonts are not those that
+/// the artwork asks for.
+bool isDrawnAnew(const UpdatePlan& plan) {
+    return plan.base && plan.base->isStanding && !plan.base->isAsOpened;
+}
+
+/// Notes that the host insists on a save; raises `refusal` where it does not.
+void overwrite(UpdatePlan& plan, Exception refusal, Warning warning) {
+    if (!knownExtension()->overwrites) {
+        failException(refusal);
+    }
+    plan.overwritten = warning;
+}
+
 /// Settles what the artwork was opened from, if the host knows that. A page that is another one
 /// now raises `pageChanged`, one that was saved from another artwork `otherArtwork`, unless the
 /// host says that this does not matter.
@@ -73,11 +89,14 @@ void planBase(DocumentCache& cache, UpdatePlan& plan) {
     }
     // Content that cannot be read any more is another one too.
     attempted([&] { plan.base = baseOf(cache, opened); });
-    if (!extension->overwrites && !plan.base) {
-        failException(Exception::pageChanged);
+    if (!plan.base) {
+        overwrite(plan, Exception::pageChanged,
+                  isBlank(cache) ? Warning::none : Warning::pageReplaced);
+    } else if (isOthers(cache, *plan.base, plan.artwork)) {
+        overwrite(plan, Exception::otherArtwork, Warning::otherUndone);
     }
-    if (!extension->overwrites && isOthers(cache, *plan.base, plan.artwork)) {
-        failException(Exception::otherArtwork);
+    if (extension->overwrites && isDrawnAnew(plan)) {
+        plan.base.reset();
     }
     plan.origin = plan.base ? PageOrigin{.digest = opened, .version = plan.base->version}
                             : PageOrigin{.digest = opened};
@@ -287,7 +306,10 @@ SavedFacts savedFacts(DocumentCache& cache, const UpdatePlan& plan) {
     return facts;
 }
 
-void tellSaved(const SavedFacts& facts) {
+void tellSaved(const SavedFacts& facts, Warning overwritten = Warning::none) {
+    if (overwritten != Warning::none) {
+        raiseWarning(overwritten);
+    }
     const auto extension = knownExtension();
     if (extension && extension->saved != nullptr) {
         extension->saved(extension->context, facts);
@@ -324,7 +346,7 @@ void append(DocumentCache& cache, UpdatePlan& plan) {
         return tellNothing(cache, facts);
     }
     facts.length = file.length();
-    tellSaved(facts);
+    tellSaved(facts, plan.overwritten);
 }
 
 /// The same, but what would be appended is only counted.
@@ -348,7 +370,7 @@ void measure(DocumentCache& cache, UpdatePlan& plan) {
         return tellNothing(cache, facts);
     }
     facts.length = update.start + update.count;
-    tellSaved(facts);
+    tellSaved(facts, plan.overwritten);
 }
 
 } // namespace

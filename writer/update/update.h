@@ -6,6 +6,7 @@
 #include "reader/document/cache.h"
 #include "reader/page/page_base.h"
 #include "reader/page/page_record.h"
+#include "runtime/warning.h"
 #include "writer/art/drawn_looks.h"
 #include "writer/layer/saved_layers.h"
 #include "writer/mend/mend_plan.h"
@@ -84,6 +85,8 @@ struct UpdatePlan {
     std::optional<PageBase> base;
     std::optional<PageOrigin> origin;     ///< of the page that the artwork was opened from
     std::optional<std::uint64_t> artwork; ///< which opening of it that was
+    /// What of another's is written over since the host insists.
+    Warning overwritten = Warning::none;
     CarriedPage page;
     CarriedTrailer trailer;
     Numbers numbers;                     ///< where the page is drawn anew

@@ -160,6 +160,32 @@ TEST_F(Encrypted, EveryRevisionIsOpenedAndSavedInto) {
     }
 }
 
+TEST_F(Encrypted, WhatWasSavedAlreadyIsNotSavedAgain) {
+    for (const Words& options : {Words{"40"}, Words{"128", "--use-aes=y"}, Words{"256"}}) {
+        for (const std::string streams : {"disable", "generate"}) {
+            SCOPED_TRACE(options[0] + streams);
+            objectStreams_ = streams;
+            encrypt(options);
+            const std::string art = edited(opened("in.pdf", "user"));
+            folder_.add("art.svg", art);
+            auto saving = process({"save", "art.svg", "in.pdf", "--password", "user", "--quiet"});
+            saving.environment.clear(); // without a fixed date, vectors come from chance
+            const std::string old = bytes("in.pdf");
+            ASSERT_EQ(test::run(saving).status, 0);
+            const std::string once = bytes("in.pdf");
+            EXPECT_NE(once, old);
+            ASSERT_EQ(test::run(saving).status, 0);
+            EXPECT_EQ(bytes("in.pdf"), once);
+            folder_.add("art.svg", opened("in.pdf", "user"));
+            ASSERT_EQ(test::run(saving).status, 0);
+            EXPECT_EQ(bytes("in.pdf"), once) << "the page as it stands";
+            folder_.add("art.svg", replaced(art, "translate(30 20)", "translate(31 20)"));
+            ASSERT_EQ(test::run(saving).status, 0);
+            EXPECT_NE(bytes("in.pdf"), once);
+        }
+    }
+}
+
 TEST_F(Encrypted, Passwords) {
     struct Row {
         std::string user;

@@ -243,7 +243,9 @@ TEST_F(Mend, WhatAppendingCannotMendIsRefusedByName) {
     PdfBuilder empty;
     empty.object(1, "<< /Type /Catalog /Pages 2 0 R >>")
         .object(2, "<< /Type /Pages /Kids [] /Count 0 >>");
-    for (const std::string& file : {sound, lost(empty.bytes())}) {
+    PdfBuilder damaged = empty;
+    damaged.object(3, "<< /Length 9 >>\nstream\n1 w 0 0 m 9 9 l S\nendstream");
+    for (const std::string& file : {sound, lost(empty.bytes()), lost(damaged.bytes())}) {
         folder_.add("in.pdf", file);
         EXPECT_TRUE(holds(run({"save", "--mend", "in.pdf"}).errors, "nothing to mend"));
         EXPECT_TRUE(bytes("in.pdf") == file);

@@ -58,6 +58,34 @@ TEST_F(SaveAgain, ATurnedPageLooksTheSame) {
     }
 }
 
+TEST_F(SaveAgain, ForcedOntoAnotherPageOnce) {
+    const std::string page = "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 300 300] /Resources << "
+                             "/Font << /F1 5 0 R >> >> /Contents ";
+    folder_.add("in.pdf",
+                test::PdfBuilder()
+                    .object(1, "<< /Type /Catalog /Pages 2 0 R >>")
+                    .object(2, "<< /Type /Pages /Kids [3 0 R 6 0 R] /Count 2 >>")
+                    .object(3, page + "4 0 R >>")
+                    .stream(4, "1 0 0 rg 20 20 99 50 re f BT /F1 24 Tf 50 200 Td (Hello) Tj ET")
+                    .object(5, "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>")
+                    .object(6, page + "7 0 R >>")
+                    .stream(7, "BT /F1 24 Tf 50 100 Td (Other) Tj ET")
+                    .bytes());
+    const std::string art = artwork("in.pdf", 1);
+    folder_.add("a.svg", art);
+    const std::vector<std::string> saving{"save", "a.svg", "in.pdf", "--page", "2", "--force"};
+    EXPECT_TRUE(holds(run(saving).errors, "warning 1016: "));
+    const std::string once = bytes("in.pdf");
+    const std::string again = run(saving).errors;
+    EXPECT_TRUE(holds(again, "page 2 of in.pdf: nothing to save")) << again;
+    EXPECT_FALSE(holds(again, "warning 1016: ")) << again;
+    EXPECT_EQ(bytes("in.pdf"), once);
+    folder_.add("a.svg", withLine(art));
+    EXPECT_EQ(run(saving).status, 0);
+    EXPECT_NE(bytes("in.pdf"), once);
+    EXPECT_TRUE(holds(artwork("in.pdf", 2), "stroke=\"#000000\""));
+}
+
 TEST_F(SaveAgain, OneArtworkManyTimes) {
     // How often; a person with time sets it to 1000.
     const char* const wish = std::getenv("CORVANE_TEST_SAVES");

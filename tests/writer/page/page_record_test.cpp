@@ -90,6 +90,7 @@ TEST_F(PageRecordTest, WhichPageItIs) {
         EXPECT_EQ(bytes(), changed);
         extension_.overwrites = true;
         EXPECT_EQ(save(), 0U);
+        EXPECT_THAT(front_.taken(), ElementsAre("write 1016 in in.pdf"));
         extension_.overwrites = false;
         EXPECT_EQ(save(), 0U) << "it is the artwork of that page now";
     }
@@ -100,6 +101,25 @@ TEST_F(PageRecordTest, WhichPageItIs) {
     EXPECT_EQ(save(), resultStopped);
     EXPECT_THAT(front_.taken(), ElementsAre("error 21"));
     extension_.artworkDigest = nullptr;
+}
+
+TEST_F(PageRecordTest, NewObjectsOfTheSaveBelongToThePage) {
+    openAsArtwork(PdfBuilder::onePage(line).bytes());
+    document_->setAppearance(firstPath(), {.opacity = .25});
+    ASSERT_EQ(save(), 0U);
+    const std::string ours = bytes();
+    use("in.pdf", updated(ours, 90, "(any)"));
+    ASSERT_EQ(save(), 0U);
+    EXPECT_TRUE(saved_.back().isNothing) << "no object of the page";
+    const std::size_t state = ours.rfind(" 0 obj\n<< /Type /ExtGState");
+    ASSERT_NE(state, std::string::npos) << ours;
+    const int number = std::stoi(ours.substr(ours.rfind('\n', state) + 1));
+    const std::string changed = updated(ours, number, "<</ca .1>>");
+    use("in.pdf", changed);
+    front_.taken();
+    EXPECT_EQ(save(), resultStopped);
+    EXPECT_THAT(front_.taken(), ElementsAre("error 21"));
+    EXPECT_EQ(bytes(), changed);
 }
 
 TEST_F(PageRecordTest, ArtworkOfAnyVersionOfTheDigestKeepsItsPage) {
@@ -197,7 +217,8 @@ TEST_F(PageRecordTest, AnotherArtworkOfThePageIsRefused) {
     EXPECT_EQ(saving(&two), "");
     EXPECT_EQ(saving(&one), "error 29");
     extension_.overwrites = true;
-    EXPECT_EQ(saving(&one), "");
+    EXPECT_EQ(saving(&one), "write 1017 in in.pdf");
+    EXPECT_EQ(saving(&one), "") << "nothing is undone any more";
     extension_.overwrites = false;
     EXPECT_EQ(saving(&two), "error 29");
     ASSERT_EQ(open(), 0U);

@@ -102,7 +102,7 @@ TEST_F(SaveTest, ExtendedUpdate) {
                    "/LastModified (D:20261121090000Z) /Private <<\n/Origin <" +
                    origin + ">\n/Version 3 \n/Update <" + written +
                    ">\n/Page #pagehere# /Content [ "
-                   "#contents# ]\n"
+                   "#contents# ]\n/Made [ 50 51 ]\n"
                    "/Base <<\n/Contents 4 0 R\n/MediaBox [ -5 0 100.5 200 ]\n"
                    "/CropBox [ -5 0 100.5 200 ]\n/Digest <" +
                    digest +
