@@ -219,6 +219,17 @@ PageNodes madeTree(const DocumentCache& cache) {
     return made;
 }
 
+/// Whether an object that is written as a page says that it has kids.
+bool hasKids(DocumentCache& cache, ObjectIdentifier object) {
+    bool has = false;
+    attempted([&] {
+        for (const RawEntry& entry : rawEntries(cache, object.number, object.generation)) {
+            has = has || entry.key == "Kids";
+        }
+    });
+    return has;
+}
+
 } // namespace
 
 PageNodes planPageNodes(DocumentCache& cache) {
@@ -264,6 +275,9 @@ std::string referenceText(ObjectIdentifier object) {
 void writePageNode(DocumentCache& cache, const PageNode& node) {
     CopyChanges changes;
     changes.entries.push_back({"Type", node.isPage ? "/Page" : "/Pages"});
+    if (node.isPage && hasKids(cache, node.object)) {
+        changes.entries.push_back({"Kids", "null"}); // which nobody could read
+    }
     if (node.parent.number != 0) {
         changes.entries.push_back({"Parent", referenceText(node.parent)});
     }
