@@ -15,6 +15,13 @@ namespace {
 /// Characters.
 constexpr std::size_t longest = 512;
 
+/// Not all of a long string: many may share it.
+std::string beginningOf(const Object& string) {
+    return typeObject(string) == ObjectType::text
+               ? std::string(textObject(string).substr(0, 4 * longest))
+               : stringOf(string).substr(0, 4 * longest);
+}
+
 std::u32string fromDocumentEncoding(std::string_view bytes) {
     std::u32string characters;
     for (const char byte : bytes) {
@@ -50,7 +57,7 @@ std::u32string decoded(std::string_view bytes) {
 } // namespace
 
 std::string documentText(const Object& string) {
-    const std::string bytes = stringOf(string).substr(0, 4 * longest);
+    const std::string bytes = beginningOf(string);
     std::u32string characters = decoded(bytes);
     std::erase_if(characters, [](char32_t each) { return !isTextCharacter(each); });
     return toUtf8(characters.substr(0, longest));

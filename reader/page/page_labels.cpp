@@ -11,6 +11,7 @@
 #include <cctype>
 #include <span>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -99,11 +100,113 @@ std::string labelNumber(LabelStyle style, std::int64_t value) {
     return std::to_string(value);
 }
 
+/// Reads the tree. Each entry of Kids and of Nums that is looked at counts, those met again too.
+class PageLabels::Reader {
+public:
+    Reader(DocumentCache& cache, std::map<std::int32_t, Range>& ranges)
+        : cache_(cache), ranges_(ranges) {}
+
+    void readTree(const Object& root) {
+        wait(root);
+        while (!waiting_.empty() && left_ > 0) {
+            const ObjectOwner entry = std::move(waiting_.back());
+            waiting_.pop_back();
+            attempted([&] {
+                const ObjectOwner node = resolveObject(cache_, entry.get());
+                if (typeObject(node.get()) == ObjectType::dictionary) {
+                    readRanges(node.get());
+                    readKids(node.get());
+                }
+            });
+        }
+    }
+
+private:
+    void wait(const Object& node) {
+        if (typeObject(node) == ObjectType::dictionary ||
+            (typeObject(node) == ObjectType::reference && met_.insert(numberOf(node)).second)) {
+            waiting_.push_back(sharedObject(node));
+        }
+    }
+
+    void readKids(const Object& node) {
+        const ObjectOwner kids = lookupObject(cache_, node, "Kids");
+        if (typeObject(kids.get()) != ObjectType::array) {
+            return;
+        }
+        for (const Object& kid : elementsObject(kids.get())) {
+            if (left_-- <= 0) {
+                return;
+            }
+            wait(kid);
+        }
+    }
+
+    void readRanges(const Object& node) {
+        const ObjectOwner numbers = lookupObject(cache_, node, "Nums");
+        if (typeObject(numbers.get()) != ObjectType::array) {
+            return;
+        }
+        const std::span<const Object> pairs = elementsObject(numbers.get());
+        for (std::size_t i = 0; i + 1 < pairs.size() && left_-- > 0; i += 2) {
+            attempted([&] {
+                const ObjectOwner first = resolveObject(cache_, pairs[i]);
+                if (typeObject(first.get()) == ObjectType::integer &&
+                    integerObject(first.get()) >= 0 &&
+                    !ranges_.contains(integerObject(first.get()))) {
+                    addRange(integerObject(first.get()), pairs[i + 1]);
+                }
+            });
+        }
+    }
+
+    void addRange(std::int32_t first, const Object& entry) {
+        const std::int32_t number =
+            typeObject(entry) == ObjectType::reference ? numberOf(entry) : 0;
+        if (const auto known = shared_.find(number); number != 0 && known != shared_.end()) {
+            ranges_.emplace(first, known->second);
+            return;
+        }
+        const ObjectOwner label = resolveObject(cache_, entry);
+        if (typeObject(label.get()) == ObjectType::dictionary) {
+            const Range range = rangeOf(label.get());
+            ranges_.emplace(first, range);
+            shared_.emplace(number, range);
+        }
+    }
+
+    Range rangeOf(const Object& label) {
+        Range range;
+        range.style = styleOf(lookupObject(cache_, label, "S").get());
+        const std::string prefix = documentText(lookupObject(cache_, label, "P").get());
+        range.prefix = toUtf8(fromUtf8(prefix).value_or(U"").substr(0, longestPrefix));
+        const ObjectOwner first = lookupObject(cache_, label, "St");
+        if (typeObject(first.get()) == ObjectType::integer) {
+            range.first = std::max(integerObject(first.get()), 1);
+        }
+        return range;
+    }
+
+    static std::int32_t numberOf(const Object& reference) {
+        std::int32_t number = 0;
+        std::int32_t generation = 0;
+        referenceObject(reference, number, generation);
+        return number;
+    }
+
+    DocumentCache& cache_;
+    std::map<std::int32_t, Range>& ranges_;
+    std::int32_t left_ = budget::labelRanges;
+    std::vector<ObjectOwner> waiting_;               ///< nodes
+    std::unordered_set<std::int32_t> met_;           ///< nodes that are objects, by number
+    std::unordered_map<std::int32_t, Range> shared_; ///< of labels that are objects, by number
+};
+
 PageLabels::PageLabels(DocumentCache& cache) {
     attempted([&] {
         const ObjectOwner catalog = lookupObject(cache, cache.trailer.get(), "Root");
         if (typeObject(catalog.get()) == ObjectType::dictionary) {
-            readTree(cache, findEntry(cache, catalog.get(), "PageLabels"));
+            Reader(cache, ranges_).readTree(findEntry(cache, catalog.get(), "PageLabels"));
         }
     });
 }
@@ -116,71 +219,6 @@ std::string PageLabels::of(std::int32_t page) const {
     --range;
     const auto& [start, label] = *range;
     return label.prefix + labelNumber(label.style, std::int64_t{label.first} + page - 1 - start);
-}
-
-void PageLabels::readTree(DocumentCache& cache, const Object& root) {
-    std::vector<ObjectOwner> waiting;
-    std::unordered_set<std::int32_t> met;
-    std::int32_t nodes = 0;
-    const auto wait = [&](const Object& node) {
-        std::int32_t number = 0;
-        std::int32_t generation = 0;
-        if (typeObject(node) == ObjectType::reference) {
-            referenceObject(node, number, generation);
-        }
-        if ((number == 0 || met.insert(number).second) && ++nodes <= budget::labelRanges) {
-            waiting.push_back(sharedObject(node));
-        }
-    };
-    wait(root);
-    while (!waiting.empty()) {
-        const ObjectOwner entry = std::move(waiting.back());
-        waiting.pop_back();
-        attempted([&] {
-            const ObjectOwner node = resolveObject(cache, entry.get());
-            if (typeObject(node.get()) != ObjectType::dictionary) {
-                return;
-            }
-            readRanges(cache, node.get());
-            const ObjectOwner kids = lookupObject(cache, node.get(), "Kids");
-            if (typeObject(kids.get()) == ObjectType::array) {
-                std::ranges::for_each(elementsObject(kids.get()), wait);
-            }
-        });
-    }
-}
-
-void PageLabels::readRanges(DocumentCache& cache, const Object& node) {
-    const ObjectOwner numbers = lookupObject(cache, node, "Nums");
-    if (typeObject(numbers.get()) != ObjectType::array) {
-        return;
-    }
-    const std::span<const Object> pairs = elementsObject(numbers.get());
-    for (std::size_t i = 0; i + 1 < pairs.size(); i += 2) {
-        if (ranges_.size() >= static_cast<std::size_t>(budget::labelRanges)) {
-            return;
-        }
-        attempted([&] {
-            const ObjectOwner first = resolveObject(cache, pairs[i]);
-            const ObjectOwner label = resolveObject(cache, pairs[i + 1]);
-            if (typeObject(first.get()) == ObjectType::integer && integerObject(first.get()) >= 0 &&
-                typeObject(label.get()) == ObjectType::dictionary) {
-                ranges_.try_emplace(integerObject(first.get()), readRange(cache, label.get()));
-            }
-        });
-    }
-}
-
-PageLabels::Range PageLabels::readRange(DocumentCache& cache, const Object& label) {
-    Range range;
-    range.style = styleOf(lookupObject(cache, label, "S").get());
-    const std::string prefix = documentText(lookupObject(cache, label, "P").get());
-    range.prefix = toUtf8(fromUtf8(prefix).value_or(U"").substr(0, longestPrefix));
-    const ObjectOwner first = lookupObject(cache, label, "St");
-    if (typeObject(first.get()) == ObjectType::integer) {
-        range.first = std::max(integerObject(first.get()), 1);
-    }
-    return range;
 }
 
 } // namespace corvane

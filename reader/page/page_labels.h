@@ -17,7 +17,8 @@ std::string labelNumber(LabelStyle style, std::int64_t value);
 
 class PageLabels {
 public:
-    /// Reads the catalog's number tree. What is damaged in it is passed over.
+    /// Reads the catalog's number tree, as far as `budget::labelRanges` goes. What is damaged in
+    /// it is passed over.
     explicit PageLabels(DocumentCache& cache);
 
     /// UTF-8; `page` from 1. Empty where the file says nothing of it.
@@ -30,9 +31,7 @@ private:
         std::int32_t first = 1; ///< the number of its first page
     };
 
-    void readTree(DocumentCache& cache, const Object& root);
-    void readRanges(DocumentCache& cache, const Object& node);
-    static Range readRange(DocumentCache& cache, const Object& label);
+    class Reader;
 
     std::map<std::int32_t, Range> ranges_; ///< by the first page, from 0
 };

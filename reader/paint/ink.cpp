@@ -1,8 +1,8 @@
 #include "reader/paint/ink.h"
 
 #include "host/light.h"
-#include "host/utf8.h"
 #include "reader/content/interpreter.h"
+#include "reader/font/characters.h"
 #include "reader/paint/colour.h"
 #include "reader/paint/seen_colour.h"
 #include "runtime/callbacks.h"
@@ -47,8 +47,9 @@ bool looksAlike(SeenColour a, SeenColour b) {
 
 std::optional<CustomColour> inkOf(std::string_view name, const ColourSpace& tint) {
     CustomColour ink;
-    if (name.empty() || name == "All" || name == "None" || name.size() >= std::size(ink.name) ||
-        !isUtf8(name) || tint.base->hasProfile) {
+    const std::optional<std::u32string> letters = fromUtf8(name);
+    if (!letters || !isText(*letters) || name == "All" || name == "None" ||
+        name.size() >= std::size(ink.name) || tint.base->hasProfile) {
         return std::nullopt;
     }
     ink.name[0] = static_cast<std::uint8_t>(name.size());

@@ -55,6 +55,17 @@ bool hasElement(std::string_view text, std::initializer_list<std::string_view> n
     return false;
 }
 
+/// Whether a folder is given by where the file is, which text in memory does not say.
+bool isAboutItsPlace(std::string_view text) {
+    for (std::size_t at = text.find('<'); at != text.npos; at = text.find('<', at + 1)) {
+        const std::string_view tag = text.substr(at, text.substr(at).find('>'));
+        if (tag.find("prefix") != tag.npos && tag.find("relative") != tag.npos) {
+            return true;
+        }
+    }
+    return false;
+}
+
 /// Takes out all from `opening` to `closing`, and gives the first of them. Nothing is taken where
 /// `closing` is missing.
 std::optional<std::string> takeOut(std::string& text, std::string_view opening,
@@ -106,7 +117,8 @@ std::optional<Pieces> piecesOf(const fs::path& path) {
         }
         addIncluded(path.parent_path() / place, pieces.included);
     }
-    if (pieces.main.empty() || hasElement(pieces.main, {"include", "reset-dirs"})) {
+    if (pieces.main.empty() || hasElement(pieces.main, {"include", "reset-dirs"}) ||
+        isAboutItsPlace(pieces.main)) {
         return std::nullopt;
     }
     return pieces;

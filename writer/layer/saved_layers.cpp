@@ -5,6 +5,7 @@
 #include "reader/syntax/syntax.h"
 #include "runtime/callbacks.h"
 #include "runtime/warning.h"
+#include "writer/layer/named_groups.h"
 
 #include <algorithm>
 #include <utility>
@@ -107,6 +108,9 @@ bool SavedLayers::noteKnown(ContentLayer layer, const ContentLayerFacts& facts) 
                      .isRenamed = isNamed && now.name != file->name,
                      .isSwitched = now.isVisible != file->isVisible,
                      .isRelocked = now.isLocked != file->isLocked};
+    if (file->isRule) {
+        rules_.push_back(object);
+    }
     if (file->isRule && saved.isChanged()) {
         if (const ObjectIdentifier group = onlyGroup(*cache_, reference.get()); group.number != 0) {
             SavedLayer ofGroup = saved;
@@ -117,8 +121,17 @@ bool SavedLayers::noteKnown(ContentLayer layer, const ContentLayerFacts& facts) 
         }
         saved = {.object = object, .name = file->name};
     }
+    if (std::ranges::find(former_, object.number) != former_.end()) {
+        make(object.number);
+    }
     add(layer, std::move(saved));
     return true;
+}
+
+void SavedLayers::make(std::int32_t number) {
+    if (std::ranges::find(made_, number) == made_.end()) {
+        made_.push_back(number);
+    }
 }
 
 std::int32_t SavedLayers::takeFormer(const std::string& name) {
@@ -152,7 +165,7 @@ void SavedLayers::noteNew(ContentLayer layer, const ContentLayerFacts& facts) {
         saved.isSwitched = true;
         saved.isRelocked = saved.isLocked;
     }
-    made_.push_back(saved.object.number);
+    make(saved.object.number);
     add(layer, std::move(saved));
 }
 
@@ -185,6 +198,10 @@ std::vector<std::int32_t> SavedLayers::dropped() const {
     std::ranges::copy_if(former_, std::back_inserter(dropped), [&](std::int32_t number) {
         return std::ranges::find(made_, number) == made_.end();
     });
+    if (!dropped.empty() && !elsewhere_) {
+        elsewhere_ = groupsNamedElsewhere(*cache_, {former_.begin(), former_.end()}, rules_);
+    }
+    std::erase_if(dropped, [&](std::int32_t number) { return elsewhere_->contains(number); });
     return dropped;
 }
 

@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <set>
 #include <span>
 #include <string>
@@ -50,9 +51,9 @@ public:
     /// Those that are new or changed, in the order in which they were met.
     std::vector<SavedLayer> changed() const;
     std::span<const std::int32_t> former() const { return former_; }
-    /// Those of `former` that nothing is drawn in any more.
+    /// Those of `former` that nothing is drawn in any more, nor on another page.
     std::vector<std::int32_t> dropped() const;
-    /// Those that are new since the artwork was opened.
+    /// Those that are new since the artwork was opened, and those of `former` that are drawn in.
     const std::vector<std::int32_t>& made() const { return made_; }
     bool changesFile() const { return !changed().empty() || !dropped().empty(); }
 
@@ -62,6 +63,7 @@ private:
     void noteNew(ContentLayer layer, const ContentLayerFacts& facts);
     std::int32_t generationOf(std::int32_t number);
     std::int32_t takeFormer(const std::string& name);
+    void make(std::int32_t number);
     void add(ContentLayer layer, SavedLayer saved);
 
     DocumentCache* cache_;
@@ -69,6 +71,9 @@ private:
     std::set<std::int32_t> ofPage_;
     std::vector<std::int32_t> former_;
     std::vector<std::int32_t> made_;
+    std::vector<ObjectIdentifier> rules_; ///< of the file, that are drawn in
+    mutable std::optional<std::set<std::int32_t>>
+        elsewhere_; ///< of `former_`; none: not looked for
     std::vector<SavedLayer> layers_;
     std::unordered_map<ContentLayer, std::size_t> byLayer_;
     std::map<std::int32_t, std::int32_t> generations_; ///< of the groups that the file lists

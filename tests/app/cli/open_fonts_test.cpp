@@ -71,13 +71,15 @@ TEST_F(OpenFonts, AreThoseOfThePersonsConfiguration) {
     };
     const Row rows[] = {{"<!-- <include>none</include> --><include>rules</include>", true},
                         {"<include ignore_missing='yes'>" + top + "/folder.conf</include>", true},
-                        {"<include prefix='cwd'>folder.conf</include>", true},
+                        {"<include prefix='cwd'>../folder.conf</include>", true},
+                        {"<dir prefix=\"relative\">fonts</dir>", true},
                         {"<!-- <include>rules</include> --><include>none</include>", false},
                         {"<include>rules</include><include>rules/readme.conf</include>", false}};
     for (const Row& row : rows) {
         folder_.add("fonts.conf", "<?xml version=\"1.0\"?><fontconfig>" + row.said + "<cachedir>" +
                                       top + "/cache</cachedir></fontconfig>");
-        auto opening = process({"open", "in.pdf", "-o", "-", "--quiet"});
+        auto opening = process({"open", top + "/in.pdf", "-o", "-", "--quiet"});
+        opening.folder = folder_.path() / "none";
         opening.environment.emplace_back("FONTCONFIG_FILE", top + "/fonts.conf");
         EXPECT_EQ(holds(test::run(opening).output, "@font-face"), row.hasFont) << row.said;
     }

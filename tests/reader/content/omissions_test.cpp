@@ -132,6 +132,8 @@ TEST_F(OmissionsTest, Colours) {
              Row{"/C cs 1 scn", "/C[/DeviceN[/Gold]/DeviceRGB 12 0 R]", {}},
              Row{"/C cs 1 scn", "/C[/Separation/All/DeviceRGB 12 0 R]", {{Omission::ink, 1}}},
              Row{"/C cs 1 scn", "/C[/Separation/G#ff/DeviceRGB 12 0 R]", {{Omission::ink, 1}}},
+             // A control character, which no SVG holds: the ink would come back as another.
+             Row{"/C cs 1 scn", "/C[/Separation/G#01/DeviceRGB 12 0 R]", {{Omission::ink, 1}}},
              Row{"/C cs 1 scn", "/C[/Separation/Gold/DeviceRGB 13 0 R]", {{Omission::ink, 1}}},
              // A name that in inline images stands for a device space.
              Row{"/G cs", "/G[/Separation/Gold/DeviceGray 9 0 R]", {{Omission::ink, 1}}},

@@ -84,5 +84,27 @@ TEST_F(PageLabelsTest, OfHostileTrees) {
     }
 }
 
+/// Nodes may share their lists, so that a small file holds far more than anyone can read.
+TEST_F(PageLabelsTest, WorkEndsAtALimit) {
+    const auto repeated = [](int count, const std::string& text) {
+        std::string all;
+        for (int i = 0; i < count; ++i) {
+            all += text;
+        }
+        return all;
+    };
+    constexpr int pairs = 20'000;
+    EXPECT_THAT(
+        labels("<< /Kids 5 0 R /Nums [0 << /S /A >>] >>", 2,
+               {{5, "[ << /Nums [1 8 0 R] >> " + repeated(1000, "<< /Kids 5 0 R /Nums 6 0 R >> ") +
+                        "]"},
+                {6, "[ " + repeated(pairs, "0 7 0 R ") + repeated(pairs, "-1 7 0 R ") + "]"},
+                {7, "<< /S /D /P (x) >>"},
+                {8, "<< /S /r >>"}}),
+        ElementsAre("A", "B"))
+        << "what is read first counts, and the rest is passed over";
+    EXPECT_LT(cache_->work.comparedKeys, 10 * pairs);
+}
+
 } // namespace
 } // namespace corvane

@@ -16,6 +16,7 @@
 #include <array>
 #include <cstdint>
 #include <map>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -104,10 +105,29 @@ ArtExtent extentOfAnnotation(Art group) {
     return extent;
 }
 
-/// Whether something of that lies there.
-bool isWithin(const ArtExtent& extent, const ChargedList<Art>& added) {
-    return std::ranges::any_of(added.items(), [&](Art art) { return reachOf(art).meets(extent); });
-}
+/// Where what is added to the page lies, which is measured once for all annotations.
+class AddedArt {
+public:
+    explicit AddedArt(const ChargedList<Art>& added) {
+        for (const Art art : added.items()) {
+            extents_.push(reachOf(art));
+        }
+        if (!extents_.empty()) {
+            std::ranges::sort(std::span(&extents_[0], extents_.size()), {}, &ArtExtent::left);
+        }
+    }
+
+    /// Whether something of it lies there.
+    bool isWithin(const ArtExtent& extent) const {
+        const auto begin = extents_.items().begin();
+        const auto end =
+            std::ranges::upper_bound(extents_.items(), extent.right, {}, &ArtExtent::left);
+        return std::any_of(begin, end, [&](const ArtExtent& each) { return each.meets(extent); });
+    }
+
+private:
+    ChargedList<ArtExtent> extents_; ///< from the left
+};
 
 void tell(const std::string& name) {
     const auto extension = knownExtension();
@@ -137,10 +157,11 @@ bool tellChangedAnnotations(DocumentCache& cache, const BaseReading& base,
             isAny = true;
         }
     }
-    if (named.empty()) {
+    if (named.empty() && unmarked.keys.size() < known.size()) {
+        const AddedArt news(added);
         for (const auto& [key, group] : known) {
             if (!unmarked.keys.contains(key) && !isUnseen(group) &&
-                isWithin(extentOfAnnotation(group), added)) {
+                news.isWithin(extentOfAnnotation(group))) {
                 isAny = true;
                 tell(names.of(formOf(group)) +
                      ", whose place holds something new, which becomes content of the page");

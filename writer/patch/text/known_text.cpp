@@ -4,7 +4,11 @@
 #include "writer/patch/compare/matching.h"
 #include "writer/patch/text/text_run.h"
 
-#include <algorithm>
+#include <cmath>
+#include <compare>
+#include <cstddef>
+#include <cstdint>
+#include <map>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -22,11 +26,35 @@ struct LineOf {
 using PageLine = LineOf<PaintedIndex>;
 using ArtLine = LineOf<EditedIndex>;
 
-/// Lines of the same letters that are compared with one of the artwork: all that stand alike.
+/// Points of a side of the squares by which lines are found: lines that stand alike are in one, or
+/// in two that touch.
+constexpr double squareSide = 8 * placeRoom;
+
+/// Lines of the same letters in one square that are compared with one of the artwork: as many
+/// copies of a line lie over one another.
 constexpr int mostCompared = 32;
 
-/// Of a line in the list below, beside its letters.
-constexpr std::size_t nodeSize = 128;
+/// Of a line in the lists below, beside its letters.
+constexpr std::size_t nodeSize = 192;
+
+/// Where a line begins: letters by their number, and a square.
+struct LineKey {
+    std::size_t letters = 0;
+    std::int64_t column = 0;
+    std::int64_t row = 0;
+
+    auto operator<=>(const LineKey&) const = default;
+};
+
+std::int64_t squareOf(double place) {
+    return static_cast<std::int64_t>(std::floor(place / squareSide));
+}
+
+/// Where a line that begins with this run begins, on the artboard.
+RealPoint beginningOf(Art text, std::int32_t run) {
+    const RealMatrix frame = frameOf(text, runOf(text, run), 0);
+    return {frame.tx, frame.ty};
+}
 
 class KnownText {
 public:
@@ -100,7 +128,11 @@ private:
         }
         bytes_ += nodeSize + letters.size();
         charge_.resize(static_cast<std::int64_t>(bytes_));
-        page_[std::move(letters)].push_back(line);
+        const std::size_t number =
+            letters_.try_emplace(std::move(letters), letters_.size()).first->second;
+        const PaintedArt& first = base_.trace.painted()[line.first];
+        const RealPoint place = beginningOf(first.art, base_.trace.textPart(first.part).run);
+        page_.emplace(LineKey{number, squareOf(place.x), squareOf(place.y)}, line);
     }
 
     void know(const ArtLine& line) {
@@ -108,30 +140,54 @@ private:
         for (EditedIndex i = line.first; i < line.end; ++i) {
             letters += runOf(artwork_.objects[i].art, artwork_.objects[i].run).text;
         }
-        const auto found = page_.find(letters);
-        if (found == page_.end()) {
+        const auto number = letters_.find(letters);
+        if (number == letters_.end()) {
             return;
         }
-        std::vector<PageLine>& alike = found->second;
-        auto best = alike.end();
-        const auto end = alike.begin() + std::min<std::ptrdiff_t>(mostCompared, std::ssize(alike));
-        for (auto at = alike.begin(); at != end; ++at) {
-            const Likeness likeness = compare(line, *at);
-            if (likeness == Likeness::same) {
-                best = at;
-                break;
+        const EditedObject& first = artwork_.objects[line.first];
+        const RealPoint place = beginningOf(first.art, first.run);
+        Best best{.line = page_.end()};
+        for (std::int64_t x = squareOf(place.x - placeRoom); x <= squareOf(place.x + placeRoom);
+             ++x) {
+            for (std::int64_t y = squareOf(place.y - placeRoom); y <= squareOf(place.y + placeRoom);
+                 ++y) {
+                best = better(best, bestIn({number->second, x, y}, line));
             }
-            best = likeness == Likeness::painted && best == alike.end() ? at : best;
         }
-        if (best != alike.end()) {
+        if (best.line != page_.end()) {
             for (EditedIndex i = line.first; i < line.end; ++i) {
-                artwork_.objects[i].shown = best->first + (i - line.first);
+                artwork_.objects[i].shown = best.line->second.first + (i - line.first);
             }
-            alike.erase(best);
+            page_.erase(best.line);
         }
     }
 
+    using PageLines = std::multimap<LineKey, PageLine>;
     enum class Likeness { other, painted, same };
+
+    /// A line of the page; the end where it is another.
+    struct Best {
+        PageLines::iterator line;
+        Likeness likeness = Likeness::other;
+    };
+
+    static Best better(Best a, Best b) {
+        const bool isEarlier = a.likeness == b.likeness && a.likeness != Likeness::other &&
+                               b.line->second.first < a.line->second.first;
+        return b.likeness > a.likeness || isEarlier ? b : a;
+    }
+
+    Best bestIn(const LineKey& key, const ArtLine& line) {
+        Best best{.line = page_.end()};
+        auto [at, end] = page_.equal_range(key);
+        for (int i = 0; at != end && i < mostCompared && best.likeness != Likeness::same;
+             ++at, ++i) {
+            if (const Likeness likeness = compare(line, at->second); likeness > best.likeness) {
+                best = {at, likeness};
+            }
+        }
+        return best;
+    }
 
     /// Whether the line of the artwork is that one of the page, maybe painted otherwise.
     Likeness compare(const ArtLine& line, const PageLine& was) const {
@@ -156,7 +212,8 @@ private:
     EditedArtwork& artwork_;
     bool sourcesMeanIt_;
     std::vector<bool> isNamed_; ///< by what the page paints: text of the artwork says that it is it
-    std::unordered_map<std::string, std::vector<PageLine>> page_; ///< by their letters
+    std::unordered_map<std::string, std::size_t> letters_; ///< of lines: their number
+    PageLines page_;                                       ///< of a key: in the page's order
     std::size_t bytes_ = 0;
     ZoneCharge charge_;
 };

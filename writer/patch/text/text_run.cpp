@@ -12,9 +12,7 @@ namespace corvane {
 
 namespace {
 
-/// Points by which an editor's rounding may move text.
-constexpr double placeRoom = 1.0 / 64;
-/// The same for the sides of its em, in parts of that.
+/// By which an editor's rounding may change the sides of the em of text, in parts of that.
 constexpr double frameRoom = 1.0 / 2000;
 /// For shifts and spacing, in ems.
 constexpr double shiftRoom = 1.0 / 400;

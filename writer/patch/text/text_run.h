@@ -9,6 +9,9 @@
 
 namespace corvane {
 
+/// Points by which an editor's rounding may move text.
+inline constexpr double placeRoom = 1.0 / 64;
+
 /// The run of a text object; text and pieces live until the object is changed.
 TextRun runOf(Art text, std::int32_t run);
 

@@ -314,6 +314,31 @@ TEST_F(TextPatchTest, LinesWithoutSources) {
     }
 }
 
+/// Of a table, whose cells often read alike.
+TEST_F(TextPatchTest, ManyLinesOfTheSameLetters) {
+    constexpr int across = 8;
+    constexpr int down = 12;
+    std::string content = "BT /F 10 Tf ";
+    for (int i = 0; i < across * down; ++i) {
+        content += "1 0 0 1 " + std::to_string(50 + 20 * (i % across)) + " " +
+                   std::to_string(700 - 15 * (i / across)) + " Tm (0) Tj ";
+    }
+    openPage(content + "ET");
+    Typist edits = typist();
+    const auto count = static_cast<std::size_t>(across * down);
+    ASSERT_EQ(edits.texts.size(), count);
+    for (std::size_t line = 0; line < count; ++line) {
+        if (line % 3 == 0) {
+            edits.remove(line);
+        } else {
+            edits.unmark(line);
+            edits.move(line, line % 2 == 0 ? 1.0 / 100 : -1.0 / 100, 0); // as editors round
+        }
+    }
+    ASSERT_NO_FATAL_FAILURE(expectTextSaved());
+    EXPECT_EQ(facts(), "64 0 0 32 0");
+}
+
 /// Each letter is shown left of the one before; the line of art has them as they stand.
 TEST_F(TextPatchTest, LinesFromTheRight) {
     const std::string begin = "BT /H 10 Tf 100 700 Td ";
