@@ -20,8 +20,9 @@ constexpr std::string_view stateEntries =
     "/G 60 0 R /BC [.5] /TR 65 0 R >> >> /G2 << /SMask << /S /Alpha /G 61 0 R >> >> /G3 << /SMask "
     "/None /ca 1 /BM /Normal >> >> ";
 
-/// Forms that draw the page's content once more and a part of it, in layers of the file, and are
-/// groups of soft masks; an annotation that looks like one of them.
+/// Forms that draw the page's content once more and a part of it, the latter with default colour
+/// spaces, in layers of the file, and are groups of soft masks; an annotation that looks like one
+/// of them.
 void addForms(test::PdfBuilder& file, std::string_view content, std::size_t cut) {
     file.object(1, "<< /Type /Catalog /Pages 2 0 R /OCProperties << /D << /OFF [62 0 R] >> >> >>")
         .stream(
@@ -29,11 +30,14 @@ void addForms(test::PdfBuilder& file, std::string_view content, std::size_t cut)
             "/Subtype /Form /BBox [0 0 90 90] /Matrix [.5 0 0 2 1 1] /Group << /S /Transparency "
             "/I true >>")
         .stream(61, content.substr(0, content.size() / 2),
-                "/Subtype /Form /OC 63 0 R /Resources << /XObject << /F0 60 0 R >> >>")
+                "/Subtype /Form /OC 63 0 R /Resources << /XObject << /F0 60 0 R >> /ColorSpace << "
+                "/DefaultGray [/Separation /All /DeviceRGB 66 0 R] /DefaultRGB [/CalRGB << "
+                "/WhitePoint [.95 1 1.09] >>] /I [/Indexed /DeviceGray 1 (ab)] >> >>")
         .object(62, "<< /Type /OCG /Name (L) >>")
         .object(63, "<< /Type /OCMD /VE [/Not 62 0 R] >>")
         .object(64, "<< /Type /Annot /Rect [5 5 50 50] /AP << /N 60 0 R >> >>")
-        .object(65, "<< /FunctionType 2 /Domain [0 1] /N 2 /C0 [1] /C1 [0] >>");
+        .object(65, "<< /FunctionType 2 /Domain [0 1] /N 2 /C0 [1] /C1 [0] >>")
+        .object(66, "<< /FunctionType 2 /Domain [0 1] /N 1 /C0 [1 0 0] /C1 [0 0 1] >>");
 }
 
 /// A page whose content is `content`, in two streams where `cut` is not at its start.

@@ -9,6 +9,7 @@ namespace corvane {
 namespace {
 
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 /// Its start, and a frame whose components are named R, G and B.
 const std::string rgbJpeg("\xFF\xD8\xFF\xC0\0\x11\x08\0\x06\0\x05\x03R\x11\0G\x11\0B\x11\0\xFF\xD9",
@@ -109,6 +110,48 @@ TEST_F(ImagePatchTest, AnotherPictureBecomesAnObject) {
         }
         EXPECT_EQ(added.find("/SMask") != std::string::npos, hasMask);
         EXPECT_THAT(added, HasSubstr(row.mask));
+    }
+}
+
+/// There a device space would show other colours than those of the picture.
+TEST_F(NewPictureTest, PicturesOnAPageWithDefaultSpaces) {
+    const std::uint8_t palette[] = {255, 0, 0, 255, 0, 0, 255, 255};
+    const std::pair<ImageFacts, std::string> rows[] = {
+        {{.width = 1, .height = 1, .colours = ImageColours::gray}, "a"},
+        {{.width = 1, .height = 1, .colours = ImageColours::rgb}, "abc"},
+        {{.width = 9, .height = 1, .colours = ImageColours::indexed, .bits = 1, .palette = palette},
+         std::string("\x55\x80", 2)},
+        {{.width = 5,
+          .height = 6,
+          .coding = ImageCoding::jpeg,
+          .colours = ImageColours::cmyk,
+          .isInverted = true},
+         "\xFF\xD8 any"},
+    };
+    for (const auto& [facts, pixels] : rows) {
+        openFile(
+            PdfBuilder::onePage("q 9 0 0 9 10 20 cm /A Do Q",
+                                "/Resources<</XObject<</A 20 0 R>>/ColorSpace<</DefaultGray"
+                                "[/Separation/All/DeviceGray 7 0 R]/DefaultRGB[/DeviceN[/A/B"
+                                "/C]/DeviceRGB 8 0 R]/DefaultCMYK[/DeviceN[/A/B/C/D]"
+                                "/DeviceCMYK 9 0 R]>>>>")
+                .object(7, "<</FunctionType 2/N 1/Domain[0 1]/C0[1]/C1[0]>>")
+                .stream(8, "{3 1 roll}", "/FunctionType 4/Domain[0 1 0 1 0 1]/Range[0 1 0 1 0 1]")
+                .stream(9, "{4 1 roll}",
+                        "/FunctionType 4/Domain[0 1 0 1 0 1 0 1]/Range[0 1 0 1 0 1 0 1]")
+                .stream(20, "abcd", gray)
+                .bytes());
+        Hanger edits = hanger();
+        edits.show(0, edits.picture(facts, pixels));
+        ASSERT_EQ(save(), 0U);
+        const std::string added = bytes().substr(file_.size());
+        EXPECT_THAT(added, HasSubstr("/ColorSpace"));
+        EXPECT_THAT(added, Not(HasSubstr("/ColorSpace /Device")));
+        EXPECT_THAT(added, Not(HasSubstr("/Indexed /Device")));
+        ASSERT_EQ(open(), 0U);
+        const ImageFacts& reopened =
+            document_->images().facts(document_->placedImage(hanger().images.at(0)).image);
+        EXPECT_FALSE(reopened.isPlaceholder && facts.coding == ImageCoding::samples);
     }
 }
 
