@@ -193,6 +193,12 @@ private:
         case OptionKind::dryRun:
             arguments_.dryRun = true;
             break;
+        case OptionKind::expectSize:
+            arguments_.expectedSize = wholeNumber(value);
+            if (!arguments_.expectedSize) {
+                fault_ = "--expect-size takes a number of bytes, not " + quoted(value);
+            }
+            break;
         case OptionKind::force:
             arguments_.force = true;
             break;

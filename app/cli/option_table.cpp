@@ -68,6 +68,8 @@ constexpr std::array optionTable{
               "save into a copy of the file with this name"},
     OptionRow{OptionKind::dryRun, "--dry-run", "", only(Command::save),
               "say what would be saved, change nothing"},
+    OptionRow{OptionKind::expectSize, "--expect-size", "BYTES", only(Command::save),
+              "save only while the file is there and has so many bytes"},
     OptionRow{OptionKind::force, "--force", "", only(Command::save),
               "save even where that undoes another change, deletes much, or loses something"},
     OptionRow{OptionKind::allowFiles, "--allow-files", "",

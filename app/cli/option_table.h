@@ -27,6 +27,7 @@ enum class OptionKind : std::uint8_t {
     fonts,
     text,
     dryRun,
+    expectSize,
     force,
     allowFiles,
     plain,

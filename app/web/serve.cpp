@@ -75,24 +75,30 @@ void runUntilEnded(const ServeCall& call) {
     HttpServer server(arguments.port);
     Gate gate(server.port());
     server.start(gate, [&](const WebRequest& request) { return service.answer(request); });
-    call.tellAddress(gate.address());
-    announce(arguments, "the page is at this address, for you alone; Ctrl-C ends it");
-    auto browser = openBrowser(arguments, gate.addressForBrowser());
-    do {
-        if (browser) {
-            browser->ended();
-        }
-        if (server.hasFailed()) {
-            throw Failure(
-                {code::io, "the system gives the page no more connections; start it again"});
-        }
-        if (!arguments.stays && service.life().silence() > call.silence) {
-            announce(arguments, "no page has been open for ten minutes; --stay goes on");
-            break;
-        }
-    } while (!signals.await());
+    // The gate outlives the threads that ask it.
+    const auto fault = faultOf([&] {
+        call.tellAddress(gate.address());
+        announce(arguments, "the page is at this address, for you alone; Ctrl-C ends it");
+        auto browser = openBrowser(arguments, gate.addressForBrowser());
+        do {
+            if (browser) {
+                browser->ended();
+            }
+            if (server.hasFailed()) {
+                throw Failure(
+                    {code::io, "the system gives the page no more connections; start it again"});
+            }
+            if (!arguments.stays && service.life().silence() > call.silence) {
+                announce(arguments, "no page has been open for ten minutes; --stay goes on");
+                break;
+            }
+        } while (!signals.await());
+    });
     service.end();
     server.end();
+    if (fault) {
+        throw Failure(*fault);
+    }
 }
 
 } // namespace

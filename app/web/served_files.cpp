@@ -136,7 +136,7 @@ ServedFiles::Listing ServedFiles::refreshed() {
     return listing;
 }
 
-std::string ServedFiles::listJson() {
+std::string ServedFiles::listJson(std::string_view start) {
     const std::lock_guard lock(mutex_);
     const auto [numbers, leftOut] = refreshed();
     std::map<std::string, int> uses;
@@ -157,7 +157,7 @@ std::string ServedFiles::listJson() {
         json.name("size").integer(facts.st_size);
         json.name("modified").text(timeText(facts.st_mtime)).closeObject();
     }
-    json.closeArray().name("leftOut").integer(leftOut);
+    json.closeArray().name("leftOut").integer(leftOut).name("start").text(start);
     return json.closeObject().result();
 }
 

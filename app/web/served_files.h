@@ -7,6 +7,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace corvane {
@@ -19,7 +20,7 @@ public:
     explicit ServedFiles(const std::vector<std::string>& names);
 
     /// The files that are there now, as JSON of the answer to /api/files.
-    std::string listJson();
+    std::string listJson(std::string_view start);
 
     /// The path of a file; none for a number that was never given.
     std::optional<std::string> path(std::int32_t number) const;

@@ -5,7 +5,6 @@
 #include "app/cli/terminal/password.h"
 #include "app/web/child.h"
 #include "app/web/file_start.h"
-#include "app/web/http/secret.h"
 #include "app/web/limits.h"
 #include "app/web/page_files.h"
 #include "app/web/passing_file.h"
@@ -15,6 +14,7 @@
 #include <array>
 #include <charconv>
 #include <fcntl.h>
+#include <filesystem>
 #include <thread>
 #include <unistd.h>
 
@@ -53,6 +53,10 @@ bool isObject(const std::string& text) {
 /// What a child's end means to a person. None where it did its command, well or not.
 std::optional<Fault> faultOfEnd(const ChildEnd& end) {
     constexpr auto stays = "; other files are not concerned";
+    // What was done is done, even where the process went then.
+    if (end.cause != ChildEnd::Cause::output && isObject(end.output)) {
+        return std::nullopt;
+    }
     switch (end.cause) {
     case ChildEnd::Cause::time:
         return Fault{code::crashed,
@@ -65,9 +69,6 @@ std::optional<Fault> faultOfEnd(const ChildEnd& end) {
     case ChildEnd::Cause::itself:
         break;
     }
-    if (isObject(end.output)) {
-        return std::nullopt;
-    }
     return Fault{code::crashed,
                  "the process that worked on the file ended" +
                      (end.signal != 0 ? " with signal " + std::to_string(end.signal)
@@ -77,6 +78,12 @@ std::optional<Fault> faultOfEnd(const ChildEnd& end) {
 
 Answer objectAnswer(const ChildEnd& end) {
     return {.body = end.output};
+}
+
+std::optional<std::int64_t> lengthOf(const std::string& file) {
+    std::error_code error;
+    const std::uintmax_t length = std::filesystem::file_size(file, error);
+    return error ? std::nullopt : std::optional(static_cast<std::int64_t>(length));
 }
 
 /// A number behind `name` in an object of ours.
@@ -154,12 +161,16 @@ ChildEnd Service::run(const WebRequest& request, const Work& work) {
 
 Answer Service::answer(const WebRequest& request) {
     const Route& route = request.route;
+    // Numbers of files mean others in each start.
+    if (request.start && *request.start != start_) {
+        return refusal(401, {code::access, "the page belongs to an earlier start of the program"});
+    }
     life_.note();
     switch (route.kind) {
     case Kind::page:
         return page(request);
     case Kind::files:
-        return {.body = files_.listJson()};
+        return {.body = files_.listJson(start_)};
     case Kind::alive:
     case Kind::bye:
         return {.status = 204};
@@ -340,7 +351,13 @@ Answer Service::save(const WebRequest& request, const std::string& file) {
             work.words.emplace_back(word);
         }
     }
-    work.words.insert(work.words.end(), {"--", artwork.path(), file});
+    // A file that is gone would be made.
+    const auto size = route.size ? std::optional<std::int64_t>(*route.size) : lengthOf(file);
+    if (!size) {
+        return refusal(404, {code::access, "the file is not there any more; nothing was saved"});
+    }
+    work.words.insert(work.words.end(),
+                      {"--expect-size", std::to_string(*size), "--", artwork.path(), file});
     Answer answer = objectAnswer(run(request, work));
     life_.note();
     return answer;

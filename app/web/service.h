@@ -5,6 +5,7 @@
 #include "app/web/child.h"
 #include "app/web/http/answer.h"
 #include "app/web/http/http_server.h"
+#include "app/web/http/secret.h"
 #include "app/web/kept_files.h"
 #include "app/web/life.h"
 #include "app/web/places.h"
@@ -63,6 +64,7 @@ private:
     Places places_;
     Places formerPlaces_; ///< of copies of files as they were
     Life life_;
+    const std::string start_ = newSecret(); ///< known by the pages of this server
     std::atomic<bool> isEnding_ = false;
     std::atomic<int> paths_ = 0;
 };

@@ -17,10 +17,6 @@ constexpr std::int64_t mostPixels = 4 << 20;
 
 constexpr std::uint32_t white = 0xFFFFFF;
 
-constexpr std::uint32_t grayOf(std::uint32_t level) {
-    return level << 16 | level << 8 | level;
-}
-
 /// Six levels of red, green and blue, black left out; then levels between them of red, green, blue
 /// and gray, from light to dark; black at the end.
 constexpr std::array<std::uint32_t, 256> makeColours() {

@@ -16,8 +16,9 @@ namespace corvane {
 class SavePlace {
 public:
     /// The file that the person named, a copy of it (`--output`), or a new one where none of that
-    /// name exists; to try only (`--dry-run`), the file itself, also where a copy is meant, or a
-    /// new one for a while. Raises `Failure` where that cannot be.
+    /// name exists, if none is expected (`--expect-size`); to try only (`--dry-run`), the file
+    /// itself, also where a copy is meant, or a new one for a while. Raises `Failure` where that
+    /// cannot be.
     explicit SavePlace(const Arguments& arguments);
 
     /// Path of the file to save into. A new file is not made yet.

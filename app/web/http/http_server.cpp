@@ -254,6 +254,9 @@ void HttpServer::answer(const httplib::Request& request, httplib::Response& resp
     if (request.has_header("Corvane-Password")) {
         asked.password = request.get_header_value("Corvane-Password"); // the library has decoded it
     }
+    if (request.has_header("Corvane-Start")) {
+        asked.start = request.get_header_value("Corvane-Start");
+    }
     asked.readBody = [&](const std::function<bool(std::string_view)>& take) {
         current->expectBody();
         return content([&](const char* bytes, std::size_t size) { return take({bytes, size}); });

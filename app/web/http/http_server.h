@@ -20,6 +20,7 @@ namespace corvane {
 struct WebRequest {
     Route route;
     std::optional<std::string> password; ///< of the file
+    std::optional<std::string> start;    ///< of the program, which the page was loaded from
     /// Hands on what the client sends, piece by piece; false where it sends too much or too slowly,
     /// or `take` returns false.
     std::function<bool(const std::function<bool(std::string_view piece)>& take)> readBody;

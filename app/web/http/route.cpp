@@ -101,6 +101,11 @@ bool takeWord(std::string_view word, Route& route) {
         route.mend = true;
         return true;
     }
+    constexpr std::string_view size = "size=";
+    if (route.kind == Kind::save && word.starts_with(size)) {
+        route.size = wholeNumber(word.substr(size.size()));
+        return route.size.has_value();
+    }
     constexpr std::string_view update = "update=";
     if (route.kind == Kind::picture && word.starts_with(update)) {
         word.remove_prefix(update.size());

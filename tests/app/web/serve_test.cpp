@@ -84,6 +84,36 @@ TEST_F(Serve, TheSecondOfTwoTabsIsRefused) {
     EXPECT_EQ(served.post(save + "?force=yes", other).error(), 0);
 }
 
+TEST_F(Serve, AFileThatIsNotAsTheTrialFoundItIsLeftAlone) {
+    folder_.add("a.pdf", example("two-pages.pdf"));
+    const Served served(folder_.path(), {"a.pdf"});
+    const std::string svg = withLine(served.opened(1));
+    const std::string save = "/api/files/1/pages/1/save?size=";
+    const std::string length = std::to_string(bytes("a.pdf").size());
+    EXPECT_EQ(served.post(save + std::to_string(bytes("a.pdf").size() - 1), svg).error(), 24);
+    EXPECT_EQ(bytes("a.pdf"), example("two-pages.pdf"));
+    EXPECT_EQ(served.post(save + length, svg).error(), 0);
+    EXPECT_EQ(served.post(save + length, svg).error(), 24) << "it was saved once";
+    std::filesystem::remove(folder_.path() / "a.pdf");
+    for (const std::string& path : {save + length, std::string("/api/files/1/pages/1/save"),
+                                    std::string("/api/files/1/pages/1/trial")}) {
+        EXPECT_EQ(served.post(path, svg).error(), 19) << path;
+    }
+    EXPECT_FALSE(std::filesystem::exists(folder_.path() / "a.pdf")) << "none is made";
+}
+
+TEST_F(Serve, APageOfAnotherStartIsRefused) {
+    folder_.add("a.pdf", example("two-pages.pdf"));
+    const Served served(folder_.path(), {"a.pdf"});
+    const JsonValue list = served.get("/api/files").json();
+    const JsonValue* const start = list.find("start");
+    ASSERT_NE(start, nullptr);
+    const auto header = [](const std::string& token) { return "Corvane-Start: " + token + "\r\n"; };
+    EXPECT_EQ(served.get("/api/files/1", header(start->text)).status, 200);
+    EXPECT_EQ(served.get("/api/files/1", header(std::string(32, '0'))).status, 401);
+    EXPECT_EQ(served.post("/api/alive", "", header("")).status, 401);
+}
+
 TEST_F(Serve, WhatCannotBeDoneIsSaidAsTheCommandLineSaysIt) {
     folder_.add("a.pdf", example("two-pages.pdf"));
     folder_.add("no.pdf", "no PDF at all");

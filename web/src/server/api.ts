@@ -13,6 +13,8 @@ export interface SaveOptions {
   readonly force?: boolean;
   // Mend what is damaged in the file, too.
   readonly mend?: boolean;
+  // Bytes that the file has to have, or it is left alone.
+  readonly size?: number | undefined;
   readonly signal?: AbortSignal;
 }
 
@@ -20,12 +22,14 @@ export interface SaveOptions {
 // and for a server that hangs.
 const quick = 30_000;
 const work = 150_000;
-// A save is not given up before the server surely has done so.
+// A save, or a trial of one, is not given up before the server surely has done so.
 const saving = 600_000;
 
 export class Server {
   // By file; kept in memory only.
   readonly #passwords = new Map<string, string>();
+  // Of the program: numbers of files mean others in the next one.
+  #start: string | undefined;
   // Hears how each request ended: null where it was answered.
   heard: (fault: ServerFault | null) => void = () => undefined;
 
@@ -36,6 +40,7 @@ export class Server {
   // Names are as they can be shown.
   async files(): Promise<FileList> {
     const list = await this.#json<FileList>("/api/files", { limit: quick });
+    this.#start = list.start;
     return { ...list, files: list.files.map((file) => ({ ...file, name: showable(file.name) })) };
   }
 
@@ -71,13 +76,14 @@ export class Server {
 
   // The small picture of itself that a page carries.
   thumbnail(file: string, page: number, signal?: AbortSignal): Promise<Blob> {
-    return this.#heard(requestBytes(`/api/files/${file}/pages/${page}/thumbnail`, this.#options(file, { signal })));
+    const path = `/api/files/${file}/pages/${page}/thumbnail`;
+    return this.#heard(requestBytes(path, this.#ofThisStart(this.#options(file, { signal }))));
   }
 
   // What a save would do. Its `error` says why it would be refused.
   trial(file: string, page: number, svg: string, options: SaveOptions = {}): Promise<SaveReport> {
     return this.#json(`/api/files/${file}/pages/${page}/trial${query(options)}`,
-      this.#options(file, { method: "POST", body: svg, signal: options.signal }));
+      this.#options(file, { method: "POST", body: svg, limit: saving, signal: options.signal }));
   }
 
   save(file: string, page: number, svg: string, options: SaveOptions = {}): Promise<SaveReport> {
@@ -101,7 +107,12 @@ export class Server {
   }
 
   #text(path: string, options: RequestOptions): Promise<string> {
-    return this.#heard(requestText(path, options));
+    return this.#heard(requestText(path, this.#ofThisStart(options)));
+  }
+
+  #ofThisStart(options: RequestOptions): RequestOptions {
+    const start = this.#start === undefined ? {} : { "Corvane-Start": this.#start };
+    return { ...options, headers: { ...options.headers, ...start } };
   }
 
   async #heard<Answer>(asked: Promise<Answer>): Promise<Answer> {
@@ -139,7 +150,8 @@ function passed<Answer extends { readonly error: { code: number; sentence: strin
 }
 
 function query(options: SaveOptions): string {
-  const words = [options.force === true ? "force=yes" : "", options.mend === true ? "mend=yes" : ""];
+  const words = [options.force === true ? "force=yes" : "", options.mend === true ? "mend=yes" : "",
+    options.size === undefined ? "" : `size=${options.size}`];
   const text = words.filter((word) => word !== "").join("&");
   return text === "" ? "" : `?${text}`;
 }

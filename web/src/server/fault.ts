@@ -42,9 +42,9 @@ export class ServerFault extends Error implements Fault {
     this.name = "ServerFault";
   }
 
-  // It is not known whether the server did what it was asked to.
+  // It is not known whether what was asked for was done.
   get isUncertain(): boolean {
-    return this.kind === "lost" || this.kind === "late";
+    return this.kind === "lost" || this.kind === "late" || this.code === code.crashed;
   }
 }
 

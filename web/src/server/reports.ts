@@ -29,6 +29,8 @@ export interface FileList {
   readonly files: readonly ListedFile[];
   // PDFs of the folders that are not listed, since there are too many.
   readonly leftOut: number;
+  // Of the program; another in each start.
+  readonly start: string;
 }
 
 export interface PageFacts {

@@ -30,6 +30,8 @@ export class Desk extends EventTarget {
   #report: OpenReport | null = null;
   #loading: AbortController | null = null;
   #isWriting = false;
+  // The page before: it stays in the editor until the next one is there.
+  #leaving: { readonly key: string; readonly report: OpenReport } | null = null;
   readonly #works = new Map<string, Work>();
 
   constructor(readonly server: Server, readonly editor: Editor) {
@@ -98,7 +100,11 @@ export class Desk extends EventTarget {
     if (file === null) {
       return;
     }
-    const before = { key: this.#key(this.#page), report: this.#report };
+    if (this.#report === null) {
+      this.#keepLate();
+    } else {
+      this.#leaving = { key: this.#key(this.#page), report: this.#report };
+    }
     this.#page = page;
     const work = this.#works.get(this.#key(page));
     if (work !== undefined) {
@@ -109,8 +115,8 @@ export class Desk extends EventTarget {
     this.#report = null;
     this.#tell("work");
     const clearing = setTimeout(() => {
-      this.#keepLate(before);
-      this.editor.clear();
+      this.#keepLate();
+      this.#clear();
     }, patience);
     try {
       const loaded = await (early ?? this.#load(file.id, page)).catch((error: unknown) => {
@@ -120,15 +126,15 @@ export class Desk extends EventTarget {
         throw error;
       });
       if (this.#file === file && this.#page === page && this.#report === null) {
-        this.#keepLate(before);
+        this.#keepLate();
         const late = this.#works.get(this.#key(page));
         this.show(late === undefined ? loaded : shownWork(late));
       }
     } catch (error) {
       if (!isAborted(error)) {
         if (this.#file === file && this.#page === page && this.#report === null) {
-          this.#keepLate(before);
-          this.editor.clear();
+          this.#keepLate();
+          this.#clear();
           this.#tell("page");
         }
         throw error;
@@ -139,6 +145,7 @@ export class Desk extends EventTarget {
   }
 
   show(loaded: LoadedPage): void {
+    this.#leaving = null;
     this.#report = loaded.report;
     performance.mark("corvane-artwork-here");
     this.editor.show(loaded.svg);
@@ -179,10 +186,15 @@ export class Desk extends EventTarget {
     this.#tell("work");
   }
 
-  // The page before stays until the next one is there: what was done to it meanwhile is work, too.
-  #keepLate(before: { readonly key: string; readonly report: OpenReport | null }): void {
-    if (before.report !== null && this.editor.isChanged) {
-      this.#works.set(before.key, { text: this.editor.text(), report: before.report });
+  #clear(): void {
+    this.#leaving = null;
+    this.editor.clear();
+  }
+
+  // What was done to the page before while the next one is opened is work, too.
+  #keepLate(): void {
+    if (this.#leaving !== null && this.editor.isChanged) {
+      this.#works.set(this.#leaving.key, { text: this.editor.text(), report: this.#leaving.report });
       this.editor.markSaved();
       this.#tell("work");
     }
@@ -225,8 +237,11 @@ export class Desk extends EventTarget {
 
   closePage(): void {
     this.#cancel();
-    if (this.#report !== null) {
-      this.editor.clear();
+    if (this.#report === null) {
+      this.#keepLate();
+    }
+    if (this.#report !== null || this.#leaving !== null) {
+      this.#clear();
     }
     this.#report = null;
     this.#page = 0;

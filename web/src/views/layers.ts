@@ -3,6 +3,7 @@
 import type { Editor, Layer } from "../editor/editor";
 import { make, setPressed } from "./dom";
 import { icon } from "./icons";
+import { showable } from "../server/showable";
 
 export class LayerList {
   readonly #list = make("ul", { class: "layer-list", "aria-label": "Layers" });
@@ -47,16 +48,17 @@ export class LayerList {
   }
 
   #row(layer: Layer, index: number): HTMLElement {
-    const hide = this.#button(`hide-${index}`, layer.isHidden ? "eyeOff" : "eye", `Show layer ${layer.name}`, !layer.isHidden,
+    const name = showable(layer.name);
+    const hide = this.#button(`hide-${index}`, layer.isHidden ? "eyeOff" : "eye", `Show layer ${name}`, !layer.isHidden,
       () => this.editor.setLayerHidden(this.#current(index), !layer.isHidden));
-    const lock = this.#button(`lock-${index}`, layer.isLocked ? "lock" : "unlock", `Lock layer ${layer.name}`, layer.isLocked,
+    const lock = this.#button(`lock-${index}`, layer.isLocked ? "lock" : "unlock", `Lock layer ${name}`, layer.isLocked,
       () => this.editor.setLayerLocked(this.#current(index), !layer.isLocked));
     if (layer.isAnnotations) {
       lock.disabled = true;
       lock.title = "Annotations are shown for orientation; a save leaves them in the file as they are";
     }
     return make("li", { class: `layer${layer.isHidden ? " hidden-layer" : ""}`, style: `--depth:${layer.depth}` },
-      make("span", { class: "layer-name", text: layer.name, title: layer.name }), hide, lock);
+      make("span", { class: "layer-name", text: name, title: name }), hide, lock);
   }
 
   // The editor may have made its list anew since the row was drawn.

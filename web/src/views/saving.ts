@@ -1,7 +1,7 @@
 // Saving a page: first what it would append, then the save, then a look whether it is so.
 
 import type { Server } from "../server/api";
-import { asFault, isAborted } from "../server/fault";
+import { asFault, code, isAborted } from "../server/fault";
 import type { Fault, ListedFile, SaveReport } from "../server/reports";
 import { checkSaved } from "./check";
 import type { Desk } from "./desk";
@@ -27,6 +27,7 @@ interface Place {
 interface Ways {
   readonly force: boolean;
   readonly mend: boolean;
+  readonly size?: number | undefined;
 }
 
 export class Saving {
@@ -34,6 +35,8 @@ export class Saving {
   #saves = 0;
   // What is being saved, whatever is shown meanwhile.
   #saved: Place | null = null;
+  // Bytes of the file that the trial was made with: what was offered holds for no other.
+  #offered: number | undefined;
   // Until the page that was saved is opened again.
   #reopening: Promise<void> = Promise.resolve();
 
@@ -77,12 +80,15 @@ export class Saving {
         : await this.#explain(dialog, report.error, svg, ways);
       switch (step) {
         case "nothing":
+          if (this.desk.editor.text() !== svg) {
+            return false; // Work came while the dialog was open.
+          }
           this.desk.forget();
           return true;
         case "save":
         case "force":
           ways = { ...ways, force: ways.force || step === "force" };
-          report = await this.#write(dialog, svg, ways);
+          report = await this.#write(dialog, svg, { ...ways, size: this.#offered });
           if (report.error === null) {
             dialog.close();
             this.#finish(svg, report);
@@ -109,7 +115,9 @@ export class Saving {
     const unwanted = new AbortController();
     void dialog.closed.then(() => unwanted.abort());
     dialog.wait("Working out what a save would append ...");
-    return await server.trial(file.id, page, svg, { ...ways, signal: unwanted.signal });
+    const report = await server.trial(file.id, page, svg, { ...ways, signal: unwanted.signal });
+    this.#offered = report.formerLength ?? undefined;
+    return report;
   }
 
   async #offer(dialog: Dialog, report: SaveReport): Promise<Step | "nothing" | undefined> {
@@ -181,8 +189,8 @@ export class Saving {
       }
       this.messages.notify({
         name: "uncertain", look: "danger",
-        text: `${plain(fault.sentence)} It is not known whether page ${page} was saved: look at History once the ` +
-          "program is there again. Your work is kept in this tab.",
+        text: `${plain(fault.sentence)} It is not known whether page ${page} was saved: look at History` +
+          `${fault.code === code.crashed ? "" : " once the program is there again"}. Your work is kept in this tab.`,
         actions: [{ label: "Download as SVG", run: () => downloadWork(this.desk) }],
       });
       throw new DOMException("said already", "AbortError");

@@ -127,7 +127,7 @@ test("a page that is opened again is seen as it was, another one as a whole", as
   const whole = await seen(svg);
   await editor.press("1");
   await editor.page.mouse.wheel(20, 30);
-  await editor.page.waitForTimeout(300);
+  await editor.frames();
   const before = await seen(null);
   assert.notEqual(before, whole);
   assert.equal(await seen(svg.replace("#336699", "#000000")), before);
@@ -140,7 +140,9 @@ test("once zooming rests the page is drawn at its size", async () => {
   await editor.page.mouse.move(...editor.at(300, 250));
   for (let i = 0; i < 7; ++i) await editor.page.mouse.wheel(0, -100);
   await editor.page.keyboard.up("Control");
-  await editor.page.waitForTimeout(500);
+  await editor.page.waitForFunction(() => document.querySelector(".artwork-mover").style.willChange === "");
+  await editor.frames();
+  await editor.frames();
   const [x, y] = editor.at(300, 250);
   const picture = (await editor.page.screenshot()).toString("base64");
   const between = await editor.page.evaluate(async ([data, middle, row]) => {

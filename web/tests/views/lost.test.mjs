@@ -19,7 +19,7 @@ after(async () => {
 
 test("an answer that is lost while saving leaves it open whether it was saved, and keeps the work", async () => {
   await state(page, "unchanged");
-  await page.route(/\/save$/, (route) => route.abort("connectionreset"), { times: 1 });
+  await page.route(/\/save(\?|$)/, (route) => route.abort("connectionreset"), { times: 1 });
   await moveFirst(page);
   await page.keyboard.press("Control+s");
   await dialog.getByRole("button", { name: "Save", exact: true }).click();

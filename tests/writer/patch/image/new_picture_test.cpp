@@ -114,7 +114,7 @@ TEST_F(ImagePatchTest, AnotherPictureBecomesAnObject) {
 }
 
 /// There a device space would show other colours than those of the picture.
-TEST_F(NewPictureTest, PicturesOnAPageWithDefaultSpaces) {
+TEST_F(ImagePatchTest, PicturesOnAPageWithDefaultSpaces) {
     const std::uint8_t palette[] = {255, 0, 0, 255, 0, 0, 255, 255};
     const std::pair<ImageFacts, std::string> rows[] = {
         {{.width = 1, .height = 1, .colours = ImageColours::gray}, "a"},
