@@ -36,7 +36,7 @@ TEST_F(OmissionsTest, Operators) {
     for (const Row& row : {
              Row{"", {}},
              Row{"q BX EX 0 0 m 9 9 l S Q Q", {}},
-             Row{"/Relative ri /RelativeColorimetric ri", {{Omission::renderingIntent, 1}}},
+             Row{"/Relative ri /RelativeColorimetric ri", {}},
              Row{"/P BMC EMC /Span<</MCID 1>>BDC EMC /A MP /A /B DP",
                  {{Omission::markedContent, 4}}},
              Row{"/OC /Layer BDC EMC /OC << >> BDC EMC", {{Omission::optionalContent, 1}}},

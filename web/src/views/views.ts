@@ -30,7 +30,7 @@ class Views {
   readonly #layers: LayerList;
   readonly #chooser: FileChooser;
   readonly #heartbeat: Heartbeat;
-  #list: FileList = { version: "", files: [], leftOut: 0 };
+  #list: FileList = { version: "", files: [], leftOut: 0, start: "" };
   // The file and page that the header speaks of.
   #place = "";
   #isLeaving = false;
