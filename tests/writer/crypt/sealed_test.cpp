@@ -51,7 +51,9 @@ TEST_F(SealedTest, ValuesMoveFromObjectToObject) {
         EXPECT_EQ(sealedValue(*cache_, moved, two, none), row.wanted);
         if (row.wanted != row.value) {
             EXPECT_NE(moved, sealed);
-            EXPECT_NE(sealedValue(*cache_, moved, one, none), row.wanted) << "another key";
+            // Of 256 vectors one makes what another key deciphers an empty string.
+            EXPECT_TRUE(row.wanted == "<>" || sealedValue(*cache_, moved, one, none) != row.wanted)
+                << "another key";
         }
     }
 }
