@@ -4,12 +4,22 @@
 #include "reader/syntax/syntax.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace corvane {
 
-ObjectOwner entryOf(DocumentCache& cache, const Object& dictionary, std::string_view key) {
+namespace {
+
+ObjectOwner nullValue() {
     ObjectOwner value;
     shallowObject(value.get(), ObjectType::null, 0);
+    return value;
+}
+
+} // namespace
+
+ObjectOwner entryOf(DocumentCache& cache, const Object& dictionary, std::string_view key) {
+    ObjectOwner value = nullValue();
     if (isDictionary(dictionary)) {
         attempted([&] { value = lookupObject(cache, dictionary, key); });
     }
@@ -18,10 +28,8 @@ ObjectOwner entryOf(DocumentCache& cache, const Object& dictionary, std::string_
 
 ObjectOwner resolved(DocumentCache& cache, const Object& object) {
     ObjectOwner value;
-    if (tryResolveObject(cache, object, value) != Exception::none) {
-        shallowObject(value.get(), ObjectType::null, 0);
-    }
-    return value;
+    return tryResolveObject(cache, object, value) == Exception::none ? std::move(value)
+                                                                     : nullValue();
 }
 
 bool isDictionary(const Object& object) {
