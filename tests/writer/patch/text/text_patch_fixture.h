@@ -124,6 +124,22 @@ public:
 
 class TextPatchTest : public PatchTest {
 protected:
+    struct Edit {
+        const char* name;
+        std::string content;
+        std::function<void(Typist&)> edit;
+        const char* facts; ///< kept, changed, added, removed, moved
+        std::string saved; ///< the content; empty: only what is seen counts
+    };
+
+    static inline const std::string threeRuns =
+        "BT /F 10 Tf 100 700 Td (ab) Tj (cd) Tj 0 -20 Td (ef) Tj ET";
+    static inline const std::string columns =
+        "BT /F 10 Tf 100 700 Td [(ab) -3000 (cd) -40 (ef) -3000 (gh)] TJ "
+        "(no) Tj ET";
+    /// The state of text of what is written apart.
+    static inline const std::string plain = "0 Tc 0 Tw 100 Tz 0 Ts 0 Tr\n";
+
     Typist typist() { return Typist(*document_); }
 
     /// Saves and opens again: letters are where they were edited to, and so are paths. What is
@@ -145,6 +161,20 @@ protected:
         ASSERT_EQ(save(), 0U) << ::testing::PrintToString(front_.taken());
         EXPECT_TRUE(saved_.back().isNothing) << content;
         saved_.pop_back();
+    }
+
+    void expectEdits(std::span<const Edit> rows) {
+        for (const Edit& row : rows) {
+            SCOPED_TRACE(row.name);
+            openPage(row.content);
+            Typist edits = typist();
+            row.edit(edits);
+            ASSERT_NO_FATAL_FAILURE(expectTextSaved());
+            EXPECT_EQ(facts(), row.facts);
+            if (!row.saved.empty()) {
+                EXPECT_EQ(newContent(), row.saved);
+            }
+        }
     }
 
     void expectRefused(int code, const std::string& reason) {
