@@ -53,8 +53,7 @@ struct Arguments {
     std::string passwordFile;            ///< "-" is standard input; empty where none was named
     std::optional<std::string> password; ///< as it was given among the arguments
     bool dryRun = false;
-    std::optional<std::int64_t> expectedSize =
-        {}; ///< `save`: the file is as long, or is left alone
+    std::optional<std::int64_t> expectedSize = {}; ///< the file is as long, or is left alone
     bool force = false;
     bool allowsFiles = false; ///< images may come from any folder
     bool plain = false;       ///< new content is not compressed

@@ -22,6 +22,7 @@ void runLog(const Arguments& arguments, Report& report) {
 
 void runRevert(const Arguments& arguments, Report& report) {
     const FileLock lock(requireWritable(arguments.file));
+    requireExpected(arguments);
     Document document;
     Session session(arguments, report, document, {arguments.file, Action::write});
     session.begin();

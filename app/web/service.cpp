@@ -364,8 +364,12 @@ Answer Service::save(const WebRequest& request, const std::string& file) {
 }
 
 Answer Service::revert(const WebRequest& request, const std::string& file) {
-    return objectAnswer(
-        run(request, {{"revert", "--", file}, limits::saveTime, Places::Need::person, true}));
+    Work work{{"revert"}, limits::saveTime, Places::Need::person, true};
+    if (request.route.size) {
+        work.words.insert(work.words.end(), {"--expect-size", std::to_string(*request.route.size)});
+    }
+    work.words.insert(work.words.end(), {"--", file});
+    return objectAnswer(run(request, work));
 }
 
 } // namespace corvane

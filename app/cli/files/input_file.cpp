@@ -4,8 +4,10 @@
 
 #include <cerrno>
 #include <cstdint>
+#include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace corvane {
 
@@ -48,6 +50,23 @@ const std::string& requireWritable(const std::string& path) {
                                          "--output"});
     }
     return path;
+}
+
+void requireExpected(const Arguments& arguments) {
+    if (!arguments.expectedSize) {
+        return;
+    }
+    std::error_code error;
+    const std::uintmax_t size = std::filesystem::file_size(arguments.file, error);
+    if (error) {
+        refuseFile(error.message());
+    }
+    if (std::cmp_not_equal(size, *arguments.expectedSize)) {
+        throw Failure({code::fileChanged,
+                       "the file has " + std::to_string(size) + " bytes and not " +
+                           std::to_string(*arguments.expectedSize) +
+                           ": another program changed it, so it was left as it is"});
+    }
 }
 
 } // namespace corvane

@@ -1,6 +1,8 @@
 // Whether a file that the person named can be read or changed, and why not.
 #pragma once
 
+#include "app/cli/arguments.h"
+
 #include <string>
 
 namespace corvane {
@@ -17,5 +19,9 @@ const std::string& requireReadable(const std::string& path);
 
 /// The same for a file that is to change.
 const std::string& requireWritable(const std::string& path);
+
+/// Raises `Failure` where the person expects a file of another length (`--expect-size`), or any and
+/// there is none.
+void requireExpected(const Arguments& arguments);
 
 } // namespace corvane

@@ -9,7 +9,6 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <unistd.h>
-#include <utility>
 
 namespace corvane {
 
@@ -57,21 +56,6 @@ OutputTarget targetOfTrial() {
     return target;
 }
 
-/// Whoever expects a file saves into that, and makes no other.
-void requireExpected(const Arguments& arguments) {
-    std::error_code error;
-    const std::uintmax_t size = std::filesystem::file_size(arguments.file, error);
-    if (error) {
-        refuseFile(error.message());
-    }
-    if (std::cmp_not_equal(size, *arguments.expectedSize)) {
-        throw Failure({code::fileChanged,
-                       arguments.file + ": another program changed the file, which has " +
-                           std::to_string(size) + " bytes and not " +
-                           std::to_string(*arguments.expectedSize) + "; nothing was saved"});
-    }
-}
-
 } // namespace
 
 SavePlace::SavePlace(const Arguments& arguments) : name_(arguments.file), path_(arguments.file) {
@@ -87,18 +71,14 @@ SavePlace::SavePlace(const Arguments& arguments) : name_(arguments.file), path_(
             makeCopy(arguments.file, target);
         }
     } else if (!exists) {
-        if (arguments.expectedSize) {
-            requireExpected(arguments);
-        }
+        requireExpected(arguments);
         // What is only tried appears nowhere near the person's files.
         makeNew(arguments.dryRun ? targetOfTrial()
                                  : outputTarget(arguments.file, arguments.file, false));
     } else {
         requireWritable(arguments.file);
         lock_.emplace(arguments.file);
-        if (arguments.expectedSize) {
-            requireExpected(arguments);
-        }
+        requireExpected(arguments);
         if (!arguments.dryRun) {
             removeAbandoned(arguments.file);
         }

@@ -102,7 +102,7 @@ bool takeWord(std::string_view word, Route& route) {
         return true;
     }
     constexpr std::string_view size = "size=";
-    if (route.kind == Kind::save && word.starts_with(size)) {
+    if ((route.kind == Kind::save || route.kind == Kind::revert) && word.starts_with(size)) {
         route.size = wholeNumber(word.substr(size.size()));
         return route.size.has_value();
     }

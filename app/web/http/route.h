@@ -31,7 +31,7 @@ struct Route {
     std::int32_t page = 0;                   ///< from 1
     std::string token = {};                  ///< of an artwork: 32 hexadecimal digits
     std::optional<std::int32_t> update = {}; ///< of a picture: after which, 0: before all
-    std::optional<std::int32_t> size = {};   ///< of a save: bytes that the file has to have
+    std::optional<std::int32_t> size = {};   ///< bytes that the file has to have, or is left alone
     bool force = false;
     bool mend = false;
     bool posts = false; ///< the method is POST, else GET

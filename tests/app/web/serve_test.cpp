@@ -94,6 +94,11 @@ TEST_F(Serve, AFileThatIsNotAsTheTrialFoundItIsLeftAlone) {
     EXPECT_EQ(bytes("a.pdf"), example("two-pages.pdf"));
     EXPECT_EQ(served.post(save + length, svg).error(), 0);
     EXPECT_EQ(served.post(save + length, svg).error(), 24) << "it was saved once";
+    const std::string saved = bytes("a.pdf");
+    EXPECT_EQ(served.post("/api/files/1/revert?size=" + length).error(), 24);
+    EXPECT_EQ(bytes("a.pdf"), saved);
+    EXPECT_EQ(served.post("/api/files/1/revert?size=" + std::to_string(saved.size())).error(), 0);
+    EXPECT_EQ(bytes("a.pdf"), example("two-pages.pdf"));
     std::filesystem::remove(folder_.path() / "a.pdf");
     for (const std::string& path : {save + length, std::string("/api/files/1/pages/1/save"),
                                     std::string("/api/files/1/pages/1/trial")}) {

@@ -91,9 +91,10 @@ export class Server {
       this.#options(file, { method: "POST", body: svg, limit: saving }));
   }
 
-  async revert(file: string): Promise<RevertReport> {
+  // Of a file of `size` bytes.
+  async revert(file: string, size: number): Promise<RevertReport> {
     return passed(await this.#json<RevertReport>(
-      `/api/files/${file}/revert`, this.#options(file, { method: "POST", limit: saving })));
+      `/api/files/${file}/revert?size=${size}`, this.#options(file, { method: "POST", limit: saving })));
   }
 
   // Says that this tab is there.

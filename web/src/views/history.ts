@@ -147,7 +147,7 @@ export class HistoryView {
       if (!(await this.#isNewest(update))) {
         return;
       }
-      const report = await desk.writing(() => desk.server.revert(desk.file?.id ?? ""));
+      const report = await desk.writing(() => desk.server.revert(desk.file?.id ?? "", update.offset + update.size));
       this.#dialog?.close();
       await this.#finish(report.takenOff);
     } catch (error) {
