@@ -62,10 +62,10 @@ void requireExpected(const Arguments& arguments) {
         refuseFile(error.message());
     }
     if (std::cmp_not_equal(size, *arguments.expectedSize)) {
-        throw Failure({code::fileChanged,
-                       "the file has " + std::to_string(size) + " bytes and not " +
-                           std::to_string(*arguments.expectedSize) +
-                           ": another program changed it, so it was left as it is"});
+        throw Failure(
+            {code::fileChanged, "the file has " + std::to_string(size) + " bytes and not " +
+                                    std::to_string(*arguments.expectedSize) +
+                                    ": another program changed it, so it was left as it is"});
     }
 }
 
