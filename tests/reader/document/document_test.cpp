@@ -3,7 +3,6 @@
 #include "reader/syntax/syntax.h"
 #include "tests/reader/reader_fixture.h"
 
-
 namespace corvane {
 namespace {
 
