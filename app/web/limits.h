@@ -15,7 +15,7 @@ inline constexpr int connections = 64;
 
 /// Request line and headers. Browsers send 2 KiB; cookies of this machine's other servers come
 /// along.
-inline constexpr std::size_t head = 32 * 1024;
+inline constexpr std::size_t head = std::size_t{32} << 10;
 /// From the connection to the end of the head. A browser needs milliseconds, also where it connects
 /// before it knows what to ask.
 inline constexpr auto headTime = 10s;
@@ -31,7 +31,7 @@ inline constexpr auto writeTime = 30s;
 /// After an answer, for what the client still sends: where a connection is closed before, the
 /// system throws the answer away.
 inline constexpr auto lingerTime = 500ms;
-inline constexpr std::size_t linger = 256 * 1024;
+inline constexpr std::size_t linger = std::size_t{256} << 10;
 
 /// Between two looks whether the server ends, or a client has gone.
 inline constexpr auto turn = 200ms;

@@ -89,7 +89,7 @@ std::string labelNumber(LabelStyle style, std::int64_t value) {
     case LabelStyle::upperLetters:
     case LabelStyle::lowerLetters: // A to Z, AA to ZZ, AAA to ZZZ
         if (const std::int64_t count = (value - 1) / letters + 1; count <= mostLetters) {
-            const int first = style == LabelStyle::upperLetters ? 'A' : 'a';
+            const char first = style == LabelStyle::upperLetters ? 'A' : 'a';
             return std::string(static_cast<std::size_t>(count),
                                static_cast<char>(first + (value - 1) % letters));
         }
