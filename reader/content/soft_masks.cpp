@@ -1,5 +1,6 @@
 #include "reader/content/soft_masks.h"
 
+#include "objects/referenced.h"
 #include "reader/content/inner_content.h"
 #include "reader/font/font_entries.h"
 #include "reader/form/form_entries.h"
@@ -108,11 +109,7 @@ const std::vector<double>& SoftMasks::transferOf(Interpreter& interpreter,
                                                  const Object& dictionary) {
     DocumentCache& cache = interpreter.cache;
     const Object entry = findEntry(cache, dictionary, "TR");
-    std::int32_t number = 0;
-    if (typeObject(entry) == ObjectType::reference) {
-        std::int32_t generation = 0;
-        referenceObject(entry, number, generation);
-    }
+    const std::int32_t number = referenced(entry).number;
     const auto [known, isNew] = transfers_.try_emplace(number);
     if (isNew || number == 0) {
         const ObjectOwner object = resolveObject(cache, entry);
@@ -132,9 +129,7 @@ SoftMask SoftMasks::find(Interpreter& interpreter, const Object& dictionary) {
         typeObject(form.get()) != ObjectType::stream) {
         return SoftMask::null;
     }
-    std::int32_t number = 0;
-    std::int32_t generation = 0;
-    referenceObject(entry, number, generation);
+    const std::int32_t number = referenced(entry).number;
     const RealMatrix& ctm = interpreter.state.exactCtm;
     if (!isFinite(ctm) || !InnerContent::mayEnter(interpreter, number) ||
         !interpreter.progress.hasRoom(cache.work.pageBytes)) {

@@ -1,6 +1,7 @@
 #include "reader/document/signatures.h"
 
 #include "objects/object_identifier.h"
+#include "objects/referenced.h"
 #include "reader/syntax/file_bytes.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
@@ -28,12 +29,8 @@ bool isName(const Object& object, std::string_view name) {
 }
 
 std::optional<ObjectIdentifier> identifierOf(const Object& entry) {
-    if (typeObject(entry) != ObjectType::reference) {
-        return std::nullopt;
-    }
-    ObjectIdentifier identifier;
-    referenceObject(entry, identifier.number, identifier.generation);
-    return identifier;
+    return typeObject(entry) == ObjectType::reference ? std::optional(referenced(entry))
+                                                      : std::nullopt;
 }
 
 /// Whether the file ended at `position` once: the mark of an end stands before it.

@@ -1,5 +1,6 @@
 #include "reader/form/annotations.h"
 
+#include "objects/referenced.h"
 #include "reader/content/art.h"
 #include "reader/content/interpreter.h"
 #include "reader/font/font_entries.h"
@@ -59,10 +60,7 @@ bool hasAppearance(DocumentCache& cache, const Object& annotation) {
 
 std::optional<Annotation> annotationOf(DocumentCache& cache, const Object& element) {
     Annotation annotation;
-    std::int32_t generation = 0;
-    if (typeObject(element) == ObjectType::reference) {
-        referenceObject(element, annotation.number, generation);
-    }
+    annotation.number = referenced(element).number;
     annotation.dictionary = resolved(cache, element);
     const Object& dictionary = annotation.dictionary.get();
     if (typeObject(dictionary) != ObjectType::dictionary || isUnseen(cache, dictionary)) {

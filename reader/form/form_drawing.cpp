@@ -1,5 +1,6 @@
 #include "reader/form/form_drawing.h"
 
+#include "objects/referenced.h"
 #include "reader/content/appearance.h"
 #include "reader/content/art.h"
 #include "reader/content/inner_content.h"
@@ -22,11 +23,7 @@ namespace {
 class FormDrawing {
 public:
     FormDrawing(Interpreter& interpreter, const Object& entry, const Object& stream)
-        : interpreter_(interpreter), stream_(stream) {
-        if (typeObject(entry) == ObjectType::reference) {
-            referenceObject(entry, number_, generation_);
-        }
-    }
+        : interpreter_(interpreter), stream_(stream), object_(referenced(entry)) {}
 
     /// As an annotation of that number, or 0; below 0: as a form of the content at hand.
     void draw(std::int32_t annotation) {
@@ -52,7 +49,8 @@ public:
 private:
     bool mayDraw() const {
         return interpreter_.readsForms && !interpreter_.level.isGlyph &&
-               !interpreter_.containers.isFull() && InnerContent::mayEnter(interpreter_, number_) &&
+               !interpreter_.containers.isFull() &&
+               InnerContent::mayEnter(interpreter_, object_.number) &&
                interpreter_.progress.hasRoom(interpreter_.cache.work.pageBytes);
     }
 
@@ -68,7 +66,7 @@ private:
         }
         const std::int32_t blended = interpreter_.blended;
         const std::int32_t seenThrough = interpreter_.seenThrough;
-        InnerContent content(interpreter_, number_, state, matrix_, group_);
+        InnerContent content(interpreter_, object_.number, state, matrix_, group_);
         content.run(stream_, own.get(), [&](Interpreter& interpreter) {
             interpreter.level.tellsSources = tellsSources;
             interpreter.level.content = content_;
@@ -86,8 +84,8 @@ private:
         trace_ = std::make_unique<FormTrace>();
         trace_->hasResources = typeObject(resources) == ObjectType::dictionary;
         trace_->content = content_;
-        trace_->object = number_;
-        trace_->generation = generation_;
+        trace_->object = object_.number;
+        trace_->generation = object_.generation;
         trace_->stream = sharedObject(stream_);
         trace_->resources =
             sharedObject(trace_->hasResources ? resources : interpreter_.cache.resources.get());
@@ -118,7 +116,7 @@ private:
 
     void tell() {
         const bool isForm = annotation_ < 0;
-        const FormFacts facts{.object = isForm ? number_ : annotation_, .content = content_};
+        const FormFacts facts{.object = isForm ? object_.number : annotation_, .content = content_};
         callHost(slot::setForm, group_, &facts);
         ContentLevel& level = interpreter_.level;
         if (isForm && level.tellsSources) {
@@ -132,8 +130,7 @@ private:
     Interpreter& interpreter_;
     const Object& stream_;
     std::int32_t annotation_ = -1;
-    std::int32_t number_ = 0;
-    std::int32_t generation_ = 0;
+    ObjectIdentifier object_;
     std::int32_t content_ = 0;
     RealMatrix matrix_; ///< from the form's space to the artboard
     Art group_ = Art::null;

@@ -1,6 +1,7 @@
 // Images and other XObjects. Without a host that holds images they are read past; what is left out
 // is counted, so that it can be named.
 #include "filters/token.h"
+#include "objects/referenced.h"
 #include "objects/stack.h"
 #include "reader/content/content_operators.h"
 #include "reader/content/interpreter.h"
@@ -29,18 +30,8 @@ bool isArt(const Interpreter& interpreter, const Object& image) {
            (interpreter.readsTransparency || !paintsStencils(interpreter));
 }
 
-/// Of the object that an entry refers to; 0: of none.
-std::int32_t numberOf(const Object& entry) {
-    std::int32_t number = 0;
-    if (typeObject(entry) == ObjectType::reference) {
-        std::int32_t generation = 0;
-        referenceObject(entry, number, generation);
-    }
-    return number;
-}
-
 void drawImage(Interpreter& interpreter, const Object& entry, const Object& stream) {
-    tellDrawnImage(interpreter, stream, numberOf(entry));
+    tellDrawnImage(interpreter, stream, referenced(entry).number);
     if (!isArt(interpreter, stream)) {
         interpreter.omissions.note(Omission::image);
         return;

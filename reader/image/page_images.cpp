@@ -1,5 +1,6 @@
 #include "reader/image/page_images.h"
 
+#include "objects/referenced.h"
 #include "reader/content/appearance.h"
 #include "reader/image/deliver_image.h"
 #include "reader/image/image_entries.h"
@@ -58,11 +59,7 @@ bool isStencilImage(DocumentCache& cache, const Object& dictionary) {
 
 KnownImage PageImages::find(DocumentCache& cache, const Object& entry, const Object& stream,
                             const Colour& fill) {
-    std::int32_t number = 0;
-    if (typeObject(entry) == ObjectType::reference) {
-        std::int32_t generation = 0;
-        referenceObject(entry, number, generation);
-    }
+    const std::int32_t number = referenced(entry).number;
     const Colour own = isStencilImage(cache, stream) ? fill : Colour();
     std::vector<Entry>& entries = byNumber_[{number, colourSpacesOf(cache).defaults().number()}];
     const auto known = std::ranges::find(entries, own, &Entry::fill);

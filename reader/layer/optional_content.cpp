@@ -1,5 +1,6 @@
 #include "reader/layer/optional_content.h"
 
+#include "objects/referenced.h"
 #include "reader/document/text_string.h"
 #include "reader/font/font_entries.h"
 #include "reader/syntax/syntax.h"
@@ -19,15 +20,6 @@ namespace {
 /// hundred. Past it all show.
 constexpr std::int64_t mostConditions = 16 * std::int64_t{budget::contentLayers};
 
-std::int32_t numberOfReference(const Object& object) {
-    std::int32_t number = 0;
-    std::int32_t generation = 0;
-    if (typeObject(object) == ObjectType::reference) {
-        referenceObject(object, number, generation);
-    }
-    return number;
-}
-
 /// The layers that an array names, or a single one; what has no number is none.
 std::unordered_set<std::int32_t> layersIn(DocumentCache& cache, const Object& dictionary,
                                           std::string_view key) {
@@ -35,11 +27,11 @@ std::unordered_set<std::int32_t> layersIn(DocumentCache& cache, const Object& di
     const Object entry = findEntry(cache, dictionary, key);
     const ObjectOwner value = resolved(cache, entry);
     if (typeObject(value.get()) == ObjectType::dictionary) {
-        numbers.insert(numberOfReference(entry));
+        numbers.insert(referenced(entry).number);
     } else if (typeObject(value.get()) == ObjectType::array) {
         for (const Object& element : elementsObject(value.get())) {
             if (numbers.size() < static_cast<std::size_t>(budget::contentLayers)) {
-                numbers.insert(numberOfReference(element));
+                numbers.insert(referenced(element).number);
             }
         }
     }
@@ -114,7 +106,7 @@ bool OptionalContent::isTrue(DocumentCache& cache, const Object& expression, int
     }
     const ObjectOwner value = resolved(cache, expression);
     if (typeObject(value.get()) == ObjectType::dictionary) {
-        return isOn(cache, numberOfReference(expression));
+        return isOn(cache, referenced(expression).number);
     }
     if (typeObject(value.get()) != ObjectType::array || sizeObject(value.get()) == 0 ||
         depth >= budget::visibilityNesting) {
@@ -169,7 +161,7 @@ std::optional<FileLayer> OptionalContent::look(DocumentCache& cache, const Objec
     ObjectOwner dictionary;
     const bool isRead = attempted([&] { dictionary = resolved(cache, entry); });
     return isRead && isDictionary(dictionary.get())
-               ? std::optional(facts(cache, dictionary.get(), numberOfReference(entry)))
+               ? std::optional(facts(cache, dictionary.get(), referenced(entry).number))
                : std::nullopt;
 }
 
@@ -184,7 +176,7 @@ ContentLayer OptionalContent::tell(const FileLayer& layer, std::int32_t number) 
 }
 
 ContentLayer OptionalContent::find(DocumentCache& cache, const Object& entry) {
-    const std::int32_t number = numberOfReference(entry);
+    const std::int32_t number = referenced(entry).number;
     if (const auto known = byNumber_.find(number); number != 0 && known != byNumber_.end()) {
         return known->second;
     }

@@ -1,5 +1,6 @@
 #include "reader/page/digest_feed.h"
 
+#include "objects/referenced.h"
 #include "objects/stack.h"
 #include "reader/syntax/stream_chain.h"
 #include "reader/syntax/syntax.h"
@@ -38,9 +39,7 @@ std::vector<Object> drawnEntries(std::span<const Object> entries) {
 } // namespace
 
 std::optional<std::int64_t> MetObjects::place(const Object& reference) {
-    std::int32_t number = 0;
-    std::int32_t generation = 0;
-    referenceObject(reference, number, generation);
+    const auto [number, generation] = referenced(reference);
     const auto known = places_.find({number, generation});
     if (known != places_.end()) {
         return known->second;

@@ -1,5 +1,6 @@
 #include "reader/page/page_content.h"
 
+#include "objects/referenced.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
 #include "runtime/rules.h"
@@ -12,11 +13,8 @@ namespace corvane {
 namespace {
 
 BaseStream named(ObjectOwner stream, const Object& reference) {
-    BaseStream found{.stream = std::move(stream)};
-    if (typeObject(reference) == ObjectType::reference) {
-        referenceObject(reference, found.number, found.generation);
-    }
-    return found;
+    const ObjectIdentifier object = referenced(reference);
+    return {.stream = std::move(stream), .number = object.number, .generation = object.generation};
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "reader/page/page_labels.h"
 
+#include "objects/referenced.h"
 #include "reader/document/text_string.h"
 #include "reader/font/characters.h"
 #include "reader/syntax/syntax.h"
@@ -124,7 +125,8 @@ public:
 private:
     void wait(const Object& node) {
         if (typeObject(node) == ObjectType::dictionary ||
-            (typeObject(node) == ObjectType::reference && met_.insert(numberOf(node)).second)) {
+            (typeObject(node) == ObjectType::reference &&
+             met_.insert(referenced(node).number).second)) {
             waiting_.push_back(sharedObject(node));
         }
     }
@@ -161,8 +163,7 @@ private:
     }
 
     void addRange(std::int32_t first, const Object& entry) {
-        const std::int32_t number =
-            typeObject(entry) == ObjectType::reference ? numberOf(entry) : 0;
+        const std::int32_t number = referenced(entry).number;
         if (const auto known = shared_.find(number); number != 0 && known != shared_.end()) {
             ranges_.emplace(first, known->second);
             return;
@@ -185,13 +186,6 @@ private:
             range.first = std::max(integerObject(first.get()), 1);
         }
         return range;
-    }
-
-    static std::int32_t numberOf(const Object& reference) {
-        std::int32_t number = 0;
-        std::int32_t generation = 0;
-        referenceObject(reference, number, generation);
-        return number;
     }
 
     DocumentCache& cache_;

@@ -1,5 +1,6 @@
 #include "reader/page/page_titles.h"
 
+#include "objects/referenced.h"
 #include "reader/font/characters.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
@@ -48,12 +49,7 @@ std::int32_t targetOf(DocumentCache& cache, const Object& entry) {
         return 0;
     }
     const Object page = elementsObject(destination.get())[0];
-    std::int32_t number = 0;
-    std::int32_t generation = 0;
-    if (typeObject(page) == ObjectType::reference) {
-        referenceObject(page, number, generation);
-    }
-    return number;
+    return referenced(page).number;
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // The walk of the page tree: every page in order, by the reference that leads to it.
 #include "reader/page/page_tree.h"
+#include "objects/referenced.h"
 #include "reader/page/page_search.h"
 #include <unordered_map>
 #include <unordered_set>
@@ -39,9 +40,8 @@ bool PageWalk::goTo(std::size_t wanted) {
             return false;
         }
         const Object root = findEntry(cache_, cache_.trailer.get(), "Root");
-        if (rules().skipsDamagedKids && typeObject(root) == ObjectType::reference) {
-            std::int32_t generation = 0;
-            referenceObject(root, catalog_, generation);
+        if (rules().skipsDamagedKids) {
+            catalog_ = referenced(root).number;
         }
         visit(findEntry(cache_, catalog.get(), "Pages"));
     }
@@ -75,10 +75,7 @@ void PageWalk::visit(const Object& kid) {
     const Object kidsEntry = findEntry(cache_, node.get(), "Kids");
     if (typeObject(kidsEntry) == ObjectType::reference) {
         // Nodes that share their Kids could multiply without end.
-        std::int32_t number = 0;
-        std::int32_t generation = 0;
-        referenceObject(kidsEntry, number, generation);
-        if (!enteredKids_.insert(number).second) {
+        if (!enteredKids_.insert(referenced(kidsEntry).number).second) {
             return passOver(Exception::structure);
         }
     }

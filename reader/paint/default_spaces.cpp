@@ -50,6 +50,22 @@ void feedDefaults(Followed& followed, const DefaultSpaces& set) {
     }
 }
 
+bool DefaultSpaceSets::haveAny(ColourSpace::Kind device) const {
+    const auto index = static_cast<std::size_t>(device);
+    return index < any_.size() && any_[index];
+}
+
+std::size_t DefaultSpaceSets::numberOf(DefaultSpaces set) {
+    const auto [known, isNew] = numbers_.try_emplace(set.spaces, sets_.size());
+    if (isNew) {
+        for (std::size_t i = 0; i < any_.size(); ++i) {
+            any_[i] = any_[i] || set.spaces[i] != nullptr;
+        }
+        sets_.push_back(std::move(set));
+    }
+    return known->second;
+}
+
 /// Device spaces within a default space are those of the device: so none is within itself.
 std::size_t DefaultSpaceSets::read(DocumentCache& cache, const Object& dictionary,
                                    std::size_t outer) {
@@ -68,12 +84,7 @@ std::size_t DefaultSpaceSets::read(DocumentCache& cache, const Object& dictionar
             set.objects[i] = sharedObject(entry);
         }
     }
-    const auto known = std::ranges::find(sets_, set.spaces, &DefaultSpaces::spaces);
-    const auto number = static_cast<std::size_t>(known - sets_.begin());
-    if (known == sets_.end()) {
-        sets_.push_back(std::move(set));
-    }
-    return number;
+    return numberOf(std::move(set));
 }
 
 std::size_t DefaultSpaceSets::under(DocumentCache& cache, const Object& resources,

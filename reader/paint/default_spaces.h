@@ -30,12 +30,14 @@ void feedDefaults(Followed& followed, const DefaultSpaces& defaults);
 /// All that the contents of a file name, and those of the content that is being read.
 class DefaultSpaceSets {
 public:
-    DefaultSpaceSets() { sets_.emplace_back(); }
+    DefaultSpaceSets() { numberOf({}); }
 
     const DefaultSpaces& inForce() const { return sets_[inForce_]; }
     /// Tells sets apart; 0: all device spaces look as those of the device.
     std::size_t number() const { return inForce_; }
     const std::vector<DefaultSpaces>& all() const { return sets_; }
+    /// Whether anything stands for that space in any content that was read.
+    bool haveAny(ColourSpace::Kind device) const;
 
 private:
     friend class DefaultSpacesScope;
@@ -43,7 +45,11 @@ private:
     std::size_t under(DocumentCache& cache, const Object& resources, std::size_t outer);
     std::size_t read(DocumentCache& cache, const Object& dictionary, std::size_t outer);
 
+    std::size_t numberOf(DefaultSpaces set);
+
     std::vector<DefaultSpaces> sets_;
+    std::map<std::array<ColourSpacePointer, 3>, std::size_t> numbers_;
+    std::array<bool, 3> any_{};
     std::size_t inForce_ = 0;
     /// By the set around a content and where its "ColorSpace" dictionary lies.
     std::map<std::pair<std::size_t, std::uint32_t>, std::size_t> known_;

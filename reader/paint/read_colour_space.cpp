@@ -1,4 +1,5 @@
 // What an object says of a colour space.
+#include "objects/referenced.h"
 #include "reader/paint/colour_space_cache.h"
 #include "reader/paint/ink.h"
 #include "reader/syntax/real_numbers.h"
@@ -157,16 +158,6 @@ ColourSpacePointer tintSpace(DocumentCache& cache, std::span<const Object> eleme
     return std::make_shared<ColourSpace>(std::move(space));
 }
 
-/// Of the object that a reference leads to; 0: it is none.
-std::int32_t numberOf(const Object& object) {
-    std::int32_t number = 0;
-    if (typeObject(object) == ObjectType::reference) {
-        std::int32_t generation = 0;
-        referenceObject(object, number, generation);
-    }
-    return number;
-}
-
 ColourSpacePointer parseAnew(DocumentCache& cache, const Object& object, int depth) {
     const ObjectOwner space = resolveObject(cache, object);
     if (typeObject(space.get()) == ObjectType::literal) {
@@ -179,7 +170,7 @@ ColourSpacePointer parseAnew(DocumentCache& cache, const Object& object, int dep
     const ObjectOwner familyName = resolveObject(cache, elements[0]);
     const std::string_view family = literalObject(familyName.get());
     if (family == "ICCBased" && elements.size() >= 2) {
-        const std::int32_t number = numberOf(elements[1]);
+        const std::int32_t number = referenced(elements[1]).number;
         const auto read = [&] { return profileSpace(cache, elements[1], depth); };
         return number == 0 ? read() : colourSpacesOf(cache).numbered(number, read);
     }
@@ -207,7 +198,7 @@ ColourSpacePointer parseSpace(DocumentCache& cache, const Object& object, int de
     if (depth > deepestSpace) {
         return nullptr;
     }
-    const std::int32_t number = numberOf(object);
+    const std::int32_t number = referenced(object).number;
     return number == 0 ? parseAnew(cache, object, depth)
                        : colourSpacesOf(cache).numbered(
                              number, [&] { return parseAnew(cache, object, depth); });

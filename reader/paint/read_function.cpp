@@ -1,4 +1,5 @@
 // What an object says of a function: sampled, exponential and stitching ones, and calculators.
+#include "objects/referenced.h"
 #include "reader/paint/calculator_function.h"
 #include "reader/paint/function.h"
 #include "reader/syntax/real_numbers.h"
@@ -361,11 +362,7 @@ FunctionPointer parseAnew(Reading& reading, const Object& object, int depth) {
 
 /// A function that is used again counts again, since who walks it meets it again.
 FunctionPointer parseFunction(Reading& reading, const Object& object, int depth) {
-    std::int32_t number = 0;
-    if (typeObject(object) == ObjectType::reference) {
-        std::int32_t generation = 0;
-        referenceObject(object, number, generation);
-    }
+    const std::int32_t number = referenced(object).number;
     const std::size_t before = reading.size;
     const auto known = reading.known.find(number);
     FunctionPointer function;

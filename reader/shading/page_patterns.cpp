@@ -1,5 +1,6 @@
 #include "reader/shading/page_patterns.h"
 
+#include "objects/referenced.h"
 #include "reader/content/interpreter.h"
 #include "reader/shading/shading_gradient.h"
 #include "reader/shading/shading_image.h"
@@ -80,11 +81,7 @@ std::optional<Colour> PagePatterns::find(Interpreter& interpreter, std::string_v
         return std::nullopt;
     }
     const Object entry = findEntry(cache, category.get(), name);
-    std::int32_t number = 0;
-    if (typeObject(entry) == ObjectType::reference) {
-        std::int32_t generation = 0;
-        referenceObject(entry, number, generation);
-    }
+    const std::int32_t number = referenced(entry).number;
     const ObjectOwner pattern = resolveObject(cache, entry);
     if (typeObject(pattern.get()) != ObjectType::dictionary &&
         typeObject(pattern.get()) != ObjectType::stream) {

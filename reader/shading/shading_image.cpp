@@ -1,5 +1,6 @@
 #include "reader/shading/shading_image.h"
 
+#include "objects/referenced.h"
 #include "reader/content/art.h"
 #include "reader/content/interpreter.h"
 #include "reader/page/followed_digest.h"
@@ -113,11 +114,7 @@ std::string keyOf(DocumentCache& cache, const Object& entry, const RealMatrix& m
         feed.number(fixedFromReal(number));
     }
     feed.number(asPattern ? 1 : 0);
-    std::int32_t number = 0;
-    if (typeObject(entry) == ObjectType::reference) {
-        std::int32_t generation = 0;
-        referenceObject(entry, number, generation);
-    }
+    const std::int32_t number = referenced(entry).number;
     std::array<char, 48> text{};
     std::snprintf(text.data(), text.size(), "%" PRId32 "-%016" PRIx64, number, feed.value());
     return text.data();

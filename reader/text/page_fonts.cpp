@@ -1,5 +1,6 @@
 #include "reader/text/page_fonts.h"
 
+#include "objects/referenced.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
@@ -36,12 +37,10 @@ std::shared_ptr<FontInUse> PageFonts::known(DocumentCache& cache, const Object& 
     if (typeObject(entry) != ObjectType::reference) {
         return read(cache, entry, {});
     }
-    std::int32_t number = 0;
-    std::int32_t generation = 0;
-    referenceObject(entry, number, generation);
-    const auto [at, isNew] = byNumber_.try_emplace(number);
+    const ObjectIdentifier object = referenced(entry);
+    const auto [at, isNew] = byNumber_.try_emplace(object.number);
     if (isNew) {
-        at->second = read(cache, entry, {number, generation});
+        at->second = read(cache, entry, object);
     }
     return at->second;
 }
@@ -81,11 +80,7 @@ std::string_view PageFonts::nameOf(DocumentCache& cache, const Object& resources
             return category.dictionary->data == dictionary->data;
         }
         const Object entry = findEntry(cache, dictionary.get(), name);
-        ObjectIdentifier named;
-        if (typeObject(entry) == ObjectType::reference) {
-            referenceObject(entry, named.number, named.generation);
-        }
-        return named.number == object;
+        return referenced(entry).number == object;
     };
     for (const auto& [at, category] : categories_) {
         for (const auto& [name, font] : category.fonts) {

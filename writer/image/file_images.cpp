@@ -8,8 +8,17 @@
 #include <algorithm>
 #include <charconv>
 #include <optional>
+#include <ranges>
 
 namespace corvane {
+
+namespace {
+
+/// Sets of default spaces under which an image is looked for. Real pages have one or two; past that
+/// the picture is written anew.
+constexpr std::size_t mostDefaults = 16;
+
+} // namespace
 
 std::int32_t imageObject(DocumentCache& cache, const std::string& key) {
     std::int32_t number = 0;
@@ -25,7 +34,8 @@ std::int32_t imageObject(DocumentCache& cache, const std::string& key) {
         const ObjectOwner object = resolveObject(cache, reference.get());
         // An image is called by the default spaces, too, under which a content draws it.
         isIt = typeObject(object.get()) == ObjectType::stream &&
-               std::ranges::any_of(colourSpacesOf(cache).defaults().all(),
+               std::ranges::any_of(colourSpacesOf(cache).defaults().all() |
+                                       std::views::take(mostDefaults),
                                    [&](const DefaultSpaces& defaults) {
                                        return imageKeyOf(ImageEntries(cache, object.get()), number,
                                                          std::nullopt, noStencil, defaults) == key;

@@ -1,6 +1,7 @@
 #include "writer/layer/layer_properties.h"
 
 #include "objects/identity.h"
+#include "objects/referenced.h"
 #include "output/primitives.h"
 #include "output/xref.h"
 #include "reader/font/font_entries.h"
@@ -29,12 +30,6 @@ std::string textOf(ObjectIdentifier object) {
     return std::to_string(object.number) + " " + std::to_string(object.generation) + " R ";
 }
 
-ObjectIdentifier identifierOf(const Object& reference) {
-    ObjectIdentifier object;
-    referenceObject(reference, object.number, object.generation);
-    return object;
-}
-
 /// A list of groups in its order, in which one is found at once.
 class GroupList {
 public:
@@ -45,7 +40,7 @@ public:
         }
         for (const Object& element : elementsObject(list.get())) {
             if (typeObject(element) == ObjectType::reference) {
-                set(identifierOf(element), true);
+                set(referenced(element), true);
             }
         }
     }
@@ -96,7 +91,7 @@ private:
         for (const Object& element : elementsObject(array)) {
             const ObjectType type = typeObject(element);
             if (type == ObjectType::reference) {
-                const ObjectIdentifier object = identifierOf(element);
+                const ObjectIdentifier object = referenced(element);
                 if (std::ranges::find(dropped_, object.number) == dropped_.end()) {
                     text += textOf(object);
                 }
@@ -138,7 +133,7 @@ void writeCarried(DocumentCache& cache, const RawEntry* dictionary,
 std::vector<RawEntry> catalogEntries(DocumentCache& cache) {
     const Object root = findEntry(cache, cache.trailer.get(), "Root");
     if (typeObject(root) == ObjectType::reference) {
-        const ObjectIdentifier object = identifierOf(root);
+        const ObjectIdentifier object = referenced(root);
         return rawEntries(cache, object.number, object.generation);
     }
     const std::vector<RawEntry> trailer = rawTrailer(cache);
@@ -187,7 +182,7 @@ PropertiesObject planLayerProperties(DocumentCache& cache) {
     const ObjectOwner root = entryOf(cache, cache.trailer.get(), "Root");
     const Object entry = findEntry(cache, root.get(), "OCProperties");
     if (typeObject(entry) == ObjectType::reference && isDictionary(resolved(cache, entry).get())) {
-        return {.object = identifierOf(entry), .isNew = false};
+        return {.object = referenced(entry), .isNew = false};
     }
     return {.object = {nextIdentity(), 0}, .isNew = true};
 }

@@ -1,5 +1,6 @@
 #include "writer/layer/named_groups.h"
 
+#include "objects/referenced.h"
 #include "reader/page/digest_feed.h"
 #include "reader/page/page_tree.h"
 #include "reader/syntax/syntax.h"
@@ -11,13 +12,6 @@ namespace corvane {
 
 namespace {
 
-std::int32_t numberOf(const Object& reference) {
-    std::int32_t number = 0;
-    std::int32_t generation = 0;
-    referenceObject(reference, number, generation);
-    return number;
-}
-
 /// Follows references, each object once, but for the page in use and the catalog, which lists all
 /// groups.
 class GroupSearch {
@@ -25,7 +19,7 @@ public:
     GroupSearch(DocumentCache& cache, const std::set<std::int32_t>& groups)
         : cache_(cache), unmet_(groups), own_(pageInUse(cache).number) {
         const Object root = findEntry(cache, cache.trailer.get(), "Root");
-        catalog_ = typeObject(root) == ObjectType::reference ? numberOf(root) : 0;
+        catalog_ = referenced(root).number;
     }
 
     void lookAtPages() {
@@ -91,7 +85,7 @@ private:
     }
 
     void note(const Object& reference) {
-        const std::int32_t number = numberOf(reference);
+        const std::int32_t number = referenced(reference).number;
         if (unmet_.erase(number) != 0) {
             found_.insert(number);
         } else if (number != own_ && number != catalog_) {

@@ -1,6 +1,7 @@
 #include "writer/layer/saved_layers.h"
 
 #include "objects/identity.h"
+#include "objects/referenced.h"
 #include "reader/font/font_entries.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/callbacks.h"
@@ -35,11 +36,7 @@ ObjectIdentifier onlyGroup(DocumentCache& cache, const Object& rule) {
         return {};
     }
     const Object& group = isList ? elementsObject(groups.get())[0] : stated;
-    ObjectIdentifier object;
-    if (typeObject(group) == ObjectType::reference) {
-        referenceObject(group, object.number, object.generation);
-    }
-    return object;
+    return referenced(group);
 }
 
 } // namespace
@@ -65,8 +62,7 @@ std::int32_t SavedLayers::generationOf(std::int32_t number) {
         if (typeObject(groups.get()) == ObjectType::array) {
             for (const Object& group : elementsObject(groups.get())) {
                 if (typeObject(group) == ObjectType::reference) {
-                    ObjectIdentifier object;
-                    referenceObject(group, object.number, object.generation);
+                    const ObjectIdentifier object = referenced(group);
                     generations_.emplace(object.number, object.generation);
                 }
             }

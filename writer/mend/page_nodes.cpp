@@ -1,6 +1,7 @@
 #include "writer/mend/page_nodes.h"
 
 #include "objects/identity.h"
+#include "objects/referenced.h"
 #include "output/primitives.h"
 #include "output/xref.h"
 #include "reader/syntax/syntax.h"
@@ -23,14 +24,6 @@ namespace {
 /// Kids of a node that is made: as many as fit a page of memory, and few enough levels.
 constexpr std::size_t madeKids = 256;
 
-ObjectIdentifier identifierOf(const Object& object) {
-    ObjectIdentifier identifier;
-    if (typeObject(object) == ObjectType::reference) {
-        referenceObject(object, identifier.number, identifier.generation);
-    }
-    return identifier;
-}
-
 bool isNamed(const Object& object, std::string_view name) {
     return typeObject(object) == ObjectType::literal && literalObject(object) == name;
 }
@@ -46,7 +39,7 @@ public:
         if (typeObject(catalog.get()) != ObjectType::dictionary) {
             return false;
         }
-        const ObjectIdentifier root = identifierOf(findEntry(cache_, catalog.get(), "Pages"));
+        const ObjectIdentifier root = referenced(findEntry(cache_, catalog.get(), "Pages"));
         if (root.number == 0 || !enter(root, {}) || levels_.empty()) {
             return false;
         }
@@ -78,7 +71,7 @@ private:
             return leave();
         }
         const Object kid = kids[level.next++];
-        const ObjectIdentifier identifier = identifierOf(kid);
+        const ObjectIdentifier identifier = referenced(kid);
         if (identifier.number == 0) {
             return typeObject(kid) != ObjectType::dictionary || noteDirect();
         }
@@ -98,7 +91,7 @@ private:
         attempted([&] { kids = lookupObject(cache_, value.get(), "Kids"); });
         const bool isNode = typeObject(kids.get()) == ObjectType::array;
         const bool isMoved =
-            parent.number != 0 && identifierOf(findEntry(cache_, value.get(), "Parent")) != parent;
+            parent.number != 0 && referenced(findEntry(cache_, value.get(), "Parent")) != parent;
         const bool isRight =
             !isMoved && isNamed(findEntry(cache_, value.get(), "Type"), isNode ? "Pages" : "Page");
         if (!isNode) {
@@ -248,7 +241,7 @@ std::vector<RawEntry> inheritedEntries(DocumentCache& cache, ObjectIdentifier pa
             ObjectOwner reference;
             indirectObject(reference.get(), page.number, page.generation);
             const ObjectOwner node = resolveObject(cache, reference.get());
-            parent = identifierOf(findEntry(cache, node.get(), "Parent"));
+            parent = referenced(findEntry(cache, node.get(), "Parent"));
         });
         if (parent.number == 0) {
             break;

@@ -8,7 +8,6 @@
 #include "writer/page/needed_version.h"
 #include "writer/page/stream_object.h"
 
-#include <algorithm>
 #include <array>
 #include <string_view>
 
@@ -86,10 +85,7 @@ void openPlainSpaces() {
 }
 
 std::int32_t plainSpace(DocumentCache& cache, Kind device) {
-    const bool isOther = std::ranges::any_of(
-        colourSpacesOf(cache).defaults().all(),
-        [&](const DefaultSpaces& defaults) { return defaults.of(device) != nullptr; });
-    return isOther ? name(device) : 0;
+    return colourSpacesOf(cache).defaults().haveAny(device) ? name(device) : 0;
 }
 
 std::string plainSpaceText(DocumentCache& cache, Kind device) {

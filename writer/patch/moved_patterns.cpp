@@ -1,6 +1,7 @@
 #include "writer/patch/moved_patterns.h"
 
 #include "objects/identity.h"
+#include "objects/referenced.h"
 #include "output/primitives.h"
 #include "output/xref.h"
 #include "reader/crypt/decrypt_object.h"
@@ -63,12 +64,10 @@ std::int32_t MovedPatterns::copy(const std::string& name, const RealMatrix& move
     if (typeObject(named) != ObjectType::reference || !fromArtboard) {
         failException(Exception::unpatchable);
     }
-    std::int32_t number = 0;
-    std::int32_t generation = 0;
-    referenceObject(named, number, generation);
+    const ObjectIdentifier object = referenced(named);
     ObjectOwner pattern = resolveObject(cache_, named);
     MovedPattern copied{.number = nextIdentity(), .entries = {}, .matrix = {}, .stream = {}};
-    for (RawEntry& entry : rawEntries(cache_, number, generation)) {
+    for (RawEntry& entry : rawEntries(cache_, object.number, object.generation)) {
         if (entry.key != "Matrix" && entry.key != "Length") {
             copied.entries.add(std::move(entry));
         }

@@ -67,8 +67,10 @@ SavePlace::SavePlace(const Arguments& arguments) : name_(arguments.file), path_(
         requireReadable(arguments.file);
         name_ = arguments.output;
         const OutputTarget target = targetOfCopy(arguments);
-        if (!arguments.dryRun) {
-            makeCopy(arguments.file, target);
+        if (arguments.dryRun) {
+            requireExpected(arguments);
+        } else {
+            makeCopy(arguments, target);
         }
     } else if (!exists) {
         requireExpected(arguments);
@@ -85,13 +87,14 @@ SavePlace::SavePlace(const Arguments& arguments) : name_(arguments.file), path_(
     }
 }
 
-void SavePlace::makeCopy(const std::string& from, const OutputTarget& target) {
+void SavePlace::makeCopy(const Arguments& arguments, const OutputTarget& target) {
     if (isThere(target.place)) {
         lock_.emplace(target.place);
     }
-    const FileLock source(from, FileLock::Need::ifPossible);
+    const FileLock source(arguments.file, FileLock::Need::ifPossible);
+    requireExpected(arguments);
     output_.emplace(target);
-    if (const std::error_code error = copyBytes(from, *output_)) {
+    if (const std::error_code error = copyBytes(arguments.file, *output_)) {
         throw Failure(outputFault(target.path, error));
     }
     path_ = output_->hiddenPath();

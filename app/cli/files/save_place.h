@@ -31,7 +31,7 @@ public:
     void commit();
 
 private:
-    void makeCopy(const std::string& from, const OutputTarget& target);
+    void makeCopy(const Arguments& arguments, const OutputTarget& target);
     void makeNew(const OutputTarget& target);
 
     std::string name_;
