@@ -1,90 +1,17 @@
 #include "codecs/icc/icc_profile.h"
 
+#include "codecs/icc/icc_library.h"
 #include "runtime/budget.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
-#include <cstring>
 #include <lcms2.h>
-#include <lcms2_plugin.h>
 #include <utility>
 
 namespace corvane {
 
 namespace {
 
-/// Memory that all profiles of a file may take: those of ten presses, with their transforms.
-constexpr std::int64_t sharedMemory = 2 * budget::profileMemory;
-
-/// What one profile takes, and all.
-struct MemoryCount {
-    std::int64_t own = 0;
-    IccMemory all;
-    ~MemoryCount() { *all -= own; } // what the library took or gave back without an owner
-};
-
-/// Memory of one profile, each block behind its length. Its procedures are called by C code: they
-/// answer null, and raise nothing. The library asks without an owner while it makes its context.
-class ProfileMemory {
-public:
-    static void* allocate(cmsContext context, cmsUInt32Number size) {
-        return reallocate(context, nullptr, size);
-    }
-    static void release(cmsContext context, void* block) {
-        if (block != nullptr) {
-            count(context, -static_cast<std::int64_t>(sizeOf(block)));
-            std::free(startOf(block)); // NOLINT(cppcoreguidelines-no-malloc)
-        }
-    }
-    static void* reallocate(cmsContext context, void* block, cmsUInt32Number size) {
-        const std::size_t before = block == nullptr ? 0 : sizeOf(block);
-        const std::int64_t more = std::int64_t{size} - static_cast<std::int64_t>(before);
-        if (!count(context, more)) {
-            return nullptr;
-        }
-        // NOLINTNEXTLINE(cppcoreguidelines-no-malloc): the library wants blocks that can grow
-        void* const made =
-            std::realloc(block == nullptr ? nullptr : startOf(block), header + std::size_t{size});
-        if (made == nullptr) {
-            count(context, -more);
-            return nullptr;
-        }
-        const std::size_t length = size;
-        std::memcpy(made, &length, sizeof length);
-        return static_cast<std::byte*>(made) + header;
-    }
-
-private:
-    static constexpr std::size_t header = alignof(std::max_align_t);
-
-    static bool count(cmsContext context, std::int64_t bytes) {
-        auto* const used = context == nullptr
-                               ? nullptr
-                               : static_cast<MemoryCount*>(cmsGetContextUserData(context));
-        if (used == nullptr) {
-            return true;
-        }
-        if (bytes > 0 &&
-            (used->own + bytes > budget::profileMemory || *used->all + bytes > sharedMemory)) {
-            return false;
-        }
-        used->own += bytes;
-        *used->all += bytes;
-        return true;
-    }
-    static void* startOf(void* block) { return static_cast<std::byte*>(block) - header; }
-    static std::size_t sizeOf(void* block) {
-        std::size_t size = 0;
-        std::memcpy(&size, startOf(block), sizeof size);
-        return size;
-    }
-};
-
-struct EndContext {
-    using pointer = cmsContext;
-    void operator()(cmsContext context) const { cmsDeleteContext(context); }
-};
 struct EndProfile {
     void operator()(void* profile) const { cmsCloseProfile(profile); }
 };
@@ -94,7 +21,6 @@ struct EndTransform {
 struct EndCurve {
     void operator()(cmsToneCurve* curve) const { cmsFreeToneCurve(curve); }
 };
-using Context = std::unique_ptr<void, EndContext>;
 using Profile = std::unique_ptr<void, EndProfile>;
 using Transform = std::unique_ptr<void, EndTransform>;
 using Curve = std::unique_ptr<cmsToneCurve, EndCurve>;
@@ -131,34 +57,60 @@ bool isUsable(cmsHPROFILE profile, std::size_t components) {
     return isOfColours && !isFree && cmsGetColorSpace(profile) == signatureOf(components);
 }
 
+cmsCIExyY chromaticity(const double* tristimulus) {
+    const double sum = tristimulus[0] + tristimulus[1] + tristimulus[2];
+    return sum > 0 ? cmsCIExyY{tristimulus[0] / sum, tristimulus[1] / sum, 1} : cmsCIExyY{0, 0, 1};
+}
+
+Profile profileOf(cmsContext context, const Calibration& calibration, std::size_t components) {
+    const auto& [white, gamma, matrix] = calibration;
+    const cmsCIExyY point = chromaticity(white.data());
+    std::array<Curve, 3> curves;
+    std::array<cmsToneCurve*, 3> pointers{};
+    for (std::size_t i = 0; i < components; ++i) {
+        curves[i].reset(cmsBuildGamma(context, std::clamp(gamma[i], 0.1, 10.0)));
+        pointers[i] = curves[i].get();
+        if (pointers[i] == nullptr) {
+            return nullptr;
+        }
+    }
+    if (components == 1) {
+        return Profile(cmsCreateGrayProfileTHR(context, &point, pointers[0]));
+    }
+    const cmsCIExyYTRIPLE primaries{chromaticity(matrix.data()), chromaticity(matrix.data() + 3),
+                                    chromaticity(matrix.data() + 6)};
+    return Profile(cmsCreateRGBProfileTHR(context, &point, &primaries, pointers.data()));
+}
+
 } // namespace
 
-/// The library's records, in the order in which they depend on one another.
+IccLibraryPointer openIccLibrary(std::int64_t memory) {
+    return std::make_shared<IccLibrary>(memory);
+}
+
+/// The library's records; it outlives them.
 struct IccProfile::Engine {
-    Engine(std::size_t count, IccMemory memory)
-        : used{.own = 0, .all = std::move(memory)}, components(count) {
-        cmsPluginMemHandler handler{};
-        handler.base = {cmsPluginMagicNumber, 2000, cmsPluginMemHandlerSig, nullptr};
-        handler.MallocPtr = ProfileMemory::allocate;
-        handler.FreePtr = ProfileMemory::release;
-        handler.ReallocPtr = ProfileMemory::reallocate;
-        context.reset(cmsCreateContext(&handler, &used));
-    }
+    Engine(std::size_t count, IccLibraryPointer owner)
+        : library(std::move(owner)), components(count) {}
+
+    bool isAdmitted() const { return library->context() != nullptr && library->admit(); }
 
     Transform transform(cmsUInt32Number sampleBytes, cmsUInt32Number flags) const {
-        const Profile screen(cmsCreate_sRGBProfileTHR(context.get()));
+        if (!isAdmitted()) {
+            return nullptr;
+        }
+        const Profile screen(cmsCreate_sRGBProfileTHR(library->context()));
         if (screen == nullptr) {
             return nullptr;
         }
         return Transform(cmsCreateTransformTHR(
-            context.get(), profile.get(), formatOf(components, sampleBytes), screen.get(),
+            library->context(), profile.get(), formatOf(components, sampleBytes), screen.get(),
             formatOf(3, sampleBytes), INTENT_RELATIVE_COLORIMETRIC,
             flags | cmsFLAGS_BLACKPOINTCOMPENSATION));
     }
 
-    MemoryCount used; ///< bytes
+    IccLibraryPointer library;
     std::size_t components;
-    Context context;
     Profile profile;   ///< null: all transforms are made
     Transform colours; ///< of 16 bits, exact
     Transform rows;    ///< of 8 bits, through tables; made when it is needed
@@ -180,56 +132,35 @@ std::shared_ptr<const IccProfile> IccProfile::made(std::unique_ptr<Engine> engin
 }
 
 std::shared_ptr<const IccProfile> IccProfile::read(std::span<const std::byte> bytes,
-                                                   std::size_t components, IccMemory memory) {
+                                                   std::size_t components,
+                                                   IccLibraryPointer library) {
     if ((components != 1 && components != 3 && components != 4) ||
         bytes.size() > budget::profileBytes) {
         return nullptr;
     }
-    auto engine = std::make_unique<Engine>(components, std::move(memory));
-    if (engine->context == nullptr) {
+    auto engine = std::make_unique<Engine>(components, std::move(library));
+    if (!engine->isAdmitted()) {
         return nullptr;
     }
     const std::size_t length = std::min(bytes.size(), statedLength(bytes));
-    engine->profile.reset(cmsOpenProfileFromMemTHR(engine->context.get(), bytes.data(),
+    engine->profile.reset(cmsOpenProfileFromMemTHR(engine->library->context(), bytes.data(),
                                                    static_cast<cmsUInt32Number>(length)));
     return made(std::move(engine));
 }
 
 std::shared_ptr<const IccProfile> IccProfile::calibrated(const Calibration& calibration,
-                                                         std::size_t components, IccMemory memory) {
-    const auto& [white, gamma, matrix] = calibration;
+                                                         std::size_t components,
+                                                         IccLibraryPointer library) {
+    const auto& white = calibration.white;
     if ((components != 1 && components != 3) || !(white[0] > 0) || !(white[1] > 0) ||
         !(white[2] > 0)) {
         return nullptr;
     }
-    auto engine = std::make_unique<Engine>(components, std::move(memory));
-    if (engine->context == nullptr) {
+    auto engine = std::make_unique<Engine>(components, std::move(library));
+    if (!engine->isAdmitted()) {
         return nullptr;
     }
-    const auto chromaticity = [](const double* tristimulus) {
-        const double sum = tristimulus[0] + tristimulus[1] + tristimulus[2];
-        return sum > 0 ? cmsCIExyY{tristimulus[0] / sum, tristimulus[1] / sum, 1}
-                       : cmsCIExyY{0, 0, 1};
-    };
-    const cmsCIExyY point = chromaticity(white.data());
-    std::array<Curve, 3> curves;
-    std::array<cmsToneCurve*, 3> pointers{};
-    for (std::size_t i = 0; i < components; ++i) {
-        curves[i].reset(cmsBuildGamma(engine->context.get(), std::clamp(gamma[i], 0.1, 10.0)));
-        pointers[i] = curves[i].get();
-        if (pointers[i] == nullptr) {
-            return nullptr;
-        }
-    }
-    if (components == 1) {
-        engine->profile.reset(cmsCreateGrayProfileTHR(engine->context.get(), &point, pointers[0]));
-    } else {
-        const cmsCIExyYTRIPLE primaries{chromaticity(matrix.data()),
-                                        chromaticity(matrix.data() + 3),
-                                        chromaticity(matrix.data() + 6)};
-        engine->profile.reset(
-            cmsCreateRGBProfileTHR(engine->context.get(), &point, &primaries, pointers.data()));
-    }
+    engine->profile = profileOf(engine->library->context(), calibration, components);
     return made(std::move(engine));
 }
 

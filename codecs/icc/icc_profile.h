@@ -3,6 +3,8 @@
 // Relative colorimetric, with the black points put on each other, as readers of documents do.
 #pragma once
 
+#include "runtime/budget.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -18,19 +20,24 @@ struct Calibration {
     std::array<double, 9> matrix{};       ///< X, Y, Z of red, then of green and blue
 };
 
-/// Memory that the profiles of a file take together, in bytes.
-using IccMemory = std::shared_ptr<std::int64_t>;
+/// What the profiles of a file share.
+class IccLibrary;
+using IccLibraryPointer = std::shared_ptr<IccLibrary>;
+
+/// `memory`: bytes that its profiles may take together, by default as much as those of ten presses,
+/// with their transforms.
+IccLibraryPointer openIccLibrary(std::int64_t memory = 2 * budget::profileMemory);
 
 class IccProfile {
 public:
     /// A profile of 1, 3 or 4 components: gray, RGB or CMYK. Null where it is of another kind, is
     /// damaged, or it takes more memory than `budget::profileMemory`, or all more than there is for
     /// them.
-    static std::shared_ptr<const IccProfile> read(std::span<const std::byte> bytes,
-                                                  std::size_t components, IccMemory memory);
+    static std::shared_ptr<const IccProfile>
+    read(std::span<const std::byte> bytes, std::size_t components, IccLibraryPointer library);
     /// The same of calibrated gray or RGB.
-    static std::shared_ptr<const IccProfile> calibrated(const Calibration& calibration,
-                                                        std::size_t components, IccMemory memory);
+    static std::shared_ptr<const IccProfile>
+    calibrated(const Calibration& calibration, std::size_t components, IccLibraryPointer library);
     ~IccProfile();
     IccProfile(const IccProfile&) = delete;
     IccProfile& operator=(const IccProfile&) = delete;

@@ -72,6 +72,13 @@ ColourSpacePointer ColourSpaceCache::find(DocumentCache& cache, std::string_view
     return known->second.space;
 }
 
+const IccLibraryPointer& ColourSpaceCache::iccLibrary() {
+    if (iccLibrary_ == nullptr) {
+        iccLibrary_ = openIccLibrary();
+    }
+    return iccLibrary_;
+}
+
 ColourSpaceCache& colourSpacesOf(DocumentCache& cache) {
     if (cache.colourSpaces == nullptr) {
         cache.colourSpaces = std::make_shared<ColourSpaceCache>();

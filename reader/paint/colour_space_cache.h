@@ -32,8 +32,8 @@ public:
 
     DefaultSpaceSets& defaults() { return defaults_; }
 
-    /// Where the profiles of the file count what they take.
-    const IccMemory& profileMemory() const { return profileMemory_; }
+    /// What the profiles of the file share.
+    const IccLibraryPointer& iccLibrary();
 
 private:
     struct Known {
@@ -56,7 +56,7 @@ private:
 
     DefaultSpaceSets defaults_;
     std::unordered_map<std::size_t, Spaces> spaces_; ///< by the number of the set
-    IccMemory profileMemory_ = std::make_shared<std::int64_t>(0);
+    IccLibraryPointer iccLibrary_;                   ///< null: no profile was met
 };
 
 /// That of an open file.

@@ -66,7 +66,7 @@ ColourSpacePointer profileSpace(DocumentCache& cache, const Object& object, int 
             streamBytes(cache, stream.get(), budget::profileBytes);
         profile = IccProfile::read(std::as_bytes(std::span(bytes)),
                                    static_cast<std::size_t>(std::max(components, 0)),
-                                   colourSpacesOf(cache).profileMemory());
+                                   colourSpacesOf(cache).iccLibrary());
     });
     if (code != Exception::none && code != Exception::limit && !isFileFault(code)) {
         againException();
@@ -107,7 +107,7 @@ ColourSpacePointer calibratedSpace(DocumentCache& cache, const Object& parameter
         }
     });
     std::shared_ptr<const IccProfile> profile = IccProfile::calibrated(
-        calibration, static_cast<std::size_t>(components), colourSpacesOf(cache).profileMemory());
+        calibration, static_cast<std::size_t>(components), colourSpacesOf(cache).iccLibrary());
     const bool isIgnored = profile == nullptr;
     return countedSpace(components, isIgnored, std::move(profile));
 }

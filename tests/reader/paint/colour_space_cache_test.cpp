@@ -8,20 +8,6 @@ namespace {
 
 class ColourSpaceCacheTest : public ReaderTest {};
 
-TEST_F(ColourSpaceCacheTest, ProfilesOfAFileShareMemory) {
-    const auto memory = std::make_shared<std::int64_t>(0);
-    const auto made = [&] { return IccProfile::calibrated({.white = {.95, 1, 1.09}}, 1, memory); };
-    const auto first = made();
-    ASSERT_NE(first, nullptr);
-    const std::int64_t ofOne = *memory;
-    EXPECT_GT(ofOne, 0);
-    EXPECT_NE(made(), nullptr);
-    EXPECT_EQ(*memory, ofOne) << "the second is gone";
-    *memory = std::int64_t{1} << 32;
-    EXPECT_EQ(made(), nullptr);
-    *memory = ofOne;
-}
-
 TEST_F(ColourSpaceCacheTest, EachIsReadOnce) {
     DocumentCache& cache =
         open(PdfBuilder::onePage("", "/Resources << /ColorSpace << /Good 5 0 R /Bad 6 0 R >> >>")

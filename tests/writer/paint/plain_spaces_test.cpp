@@ -94,8 +94,8 @@ TEST_F(PlainSpacesTest, GradientsAndInksToo) {
 TEST(ScreenProfile, LooksAsADeviceDoes) {
     for (const bool isGray : {true, false}) {
         const std::string bytes = screenProfile(isGray);
-        const auto profile = IccProfile::read(std::as_bytes(std::span(bytes)), isGray ? 1 : 3,
-                                              std::make_shared<std::int64_t>(0));
+        const auto profile =
+            IccProfile::read(std::as_bytes(std::span(bytes)), isGray ? 1 : 3, openIccLibrary());
         ASSERT_NE(profile, nullptr);
         EXPECT_TRUE(profile->isLikeDevice());
     }
