@@ -33,12 +33,11 @@ void addSource(const ArtSource& source, SourceSet& sources) {
     }
 }
 
-/// Takes the sources of art: of a path its own, of text those of its runs, of what a form paints
-/// that of the form.
+/// Takes the sources of art: of a path its own, of text those of its runs, of what a form or a
+/// glyph's procedure paints that of their group.
 void addSources(const Document& document, Art art, SourceSet& sources) {
     for (Art each = art; each != Art::null; each = document.parent(each)) {
-        const auto source = document.source(each);
-        if (source && (each == art || document.form(each))) {
+        if (const auto source = document.source(each)) {
             addSource(*source, sources);
         }
     }

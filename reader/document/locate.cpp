@@ -18,7 +18,7 @@ namespace {
 constexpr std::size_t headerReach = 1024;
 
 /// Bytes at the end in which the last number is looked for.
-constexpr std::size_t tailLength = shortestFile;
+constexpr std::size_t tailLength = 256;
 
 /// Bytes at the end in which "startxref" is looked for: what readers accept behind "%%EOF".
 constexpr std::size_t tailReach = 1024;
@@ -67,6 +67,10 @@ std::string_view numberBehindStartxref(std::string_view tail) {
 
 } // namespace
 
+std::int32_t shortestFile() {
+    return rules().findsStartxref ? 0 : static_cast<std::int32_t>(tailLength);
+}
+
 void locateHeader(DocumentCache& cache) {
     std::array<char, headerReach> buffer{};
     std::string_view front = bytesFrom(cache, 0, buffer);
@@ -95,7 +99,7 @@ void locateHeader(DocumentCache& cache) {
 
 std::int32_t locateSection(DocumentCache& cache, std::int32_t fileLength) {
     Filter& file = *cache.fileChain.top();
-    if (fileLength < shortestFile) {
+    if (fileLength < shortestFile()) {
         failException(Exception::io);
     }
     std::array<char, tailReach> buffer{};

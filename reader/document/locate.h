@@ -8,14 +8,14 @@
 namespace corvane {
 
 /// Bytes that a file has at least.
-inline constexpr std::int32_t shortestFile = 256;
+std::int32_t shortestFile();
 
 /// Notes where the header stands and its version. Offset 0 and no version where there is none:
 /// whether a file is a PDF at all was decided before.
 void locateHeader(DocumentCache& cache);
 
 /// The offset of the newest cross-reference section of a file that has, or once had, this `length`.
-/// Raises `io` where that is less than 256 bytes, `structure` where no number is found.
+/// Raises `io` where that is less than `shortestFile`, `structure` where no number is found.
 std::int32_t locateSection(DocumentCache& cache, std::int32_t length);
 
 } // namespace corvane

@@ -43,7 +43,7 @@ std::int32_t behindEnd(DocumentCache& cache, std::int32_t position) {
 /// what was appended.
 bool endedAt(DocumentCache& cache, std::int32_t position, std::int32_t offset) {
     bool isEnd = false;
-    if (position >= shortestFile && offset < position) {
+    if (position >= shortestFile() && offset < position) {
         attempted([&] { isEnd = locateSection(cache, position) == offset; });
     }
     return isEnd;

@@ -170,6 +170,7 @@ void pageCache(DocumentCache& cache, std::int32_t number) {
 
 ObjectOwner inheritedResources(DocumentCache& cache) {
     ObjectOwner resources;
+    shallowObject(resources.get(), ObjectType::null, 0); // also where no node is above the page
     fillFrom(cache, lookupObject(cache, cache.page.get(), "Parent"),
              std::array{Inherited{"Resources", &resources}});
     return resources;

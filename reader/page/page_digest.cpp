@@ -55,6 +55,19 @@ bool readsLayers(DigestVersion version) {
     return version == DigestVersion::page || version == DigestVersion::drawn;
 }
 
+/// Resources that are the page itself count by what content finds in them: a save changes the rest
+/// of the page.
+void rootResources(Followed& followed, DocumentCache& cache, const Object& resources) {
+    if (typeObject(resources) != ObjectType::dictionary ||
+        typeObject(findEntry(cache, resources, "Resources")) == ObjectType::null) {
+        return followed.root(resources);
+    }
+    for (const char* key :
+         {"ColorSpace", "ExtGState", "Font", "Pattern", "Properties", "Shading", "XObject"}) {
+        followed.root(findEntry(cache, resources, key));
+    }
+}
+
 /// The content's data come first: all of them count, whatever their length.
 void feedData(DigestFeed& feed, DocumentCache& cache, FedStreams& fed, const Object& stream) {
     if (!feedAgain(feed, fed, stream)) {
@@ -70,10 +83,10 @@ void feedDrawn(DigestFeed& feed, DocumentCache& cache, std::span<const ObjectOwn
         feedData(feed, cache, fed, stream.get());
     }
     Followed followed(feed, cache, fed, readsLayers(version));
-    for (const ObjectOwner* field :
-         {&cache.mediaBox, &cache.cropBox, &cache.rotate, &cache.resources}) {
+    for (const ObjectOwner* field : {&cache.mediaBox, &cache.cropBox, &cache.rotate}) {
         followed.root(field->get());
     }
+    rootResources(followed, cache, cache.resources.get());
     for (const char* key : {"Group", "Contents"}) {
         followed.root(findEntry(cache, cache.page.get(), key));
     }
@@ -105,7 +118,7 @@ std::uint64_t digestContent(DocumentCache& cache, std::span<const BaseStream> st
         followed.rootStream(stream.stream.get());
     }
     followed.root(cache.rotate.get());
-    followed.root(resources);
+    rootResources(followed, cache, resources);
     followed.follow();
     return feed.value();
 }

@@ -57,12 +57,23 @@ void noteSyntax(DocumentCache& cache, const TokenPusher& pusher, std::int32_t de
     }
 }
 
+/// Whether a token behind the data of a stream belongs to it. What else stands there may be the
+/// rest of data that were longer than their Length, in a file that was cut off.
+bool endsStream(TokenType type, TokenFilter& tokens) {
+    return type == TokenType::keyword &&
+           (tokens.bytes() == "endstream" || tokens.bytes() == "endobj");
+}
+
 /// Reads tokens until number, generation and object are on the stack.
 void readIndirect(DocumentCache& cache, TokenFilter& tokens) {
     TokenPusher pusher = TokenPusher::mending(cache);
     const std::int32_t depth = countStack();
+    bool hasData = false;
     for (bool begun = false;;) {
         const TokenType type = tokens.readToken();
+        if (hasData && !endsStream(type, tokens)) {
+            return completeWithoutEnd(cache, depth);
+        }
         if (type != TokenType::keyword && type != TokenType::end) {
             pusher.push(type, tokens);
             continue;
@@ -93,6 +104,7 @@ void readIndirect(DocumentCache& cache, TokenFilter& tokens) {
         if (keyword->handler(cache) != 0) {
             return;
         }
+        hasData = rules().toleratesMissingEnd && (hasData || keyword->handler == streamOperator);
     }
 }
 

@@ -18,14 +18,27 @@ bool isCatalogRight(DocumentCache& cache, const Object& catalog) {
     return typeObject(type) == ObjectType::literal && literalObject(type) == "Catalog";
 }
 
+bool isPage(const DocumentCache& cache, const Object& reference) {
+    ObjectIdentifier object;
+    if (typeObject(reference) == ObjectType::reference) {
+        referenceObject(reference, object.number, object.generation);
+    }
+    return object.number != 0 &&
+           std::ranges::find(cache.pages, object.number, &PageEntry::number) != cache.pages.end();
+}
+
 /// The catalog is written where it names another page tree, does not say what it is, or is missing.
+/// A page that the trailer takes for the catalog stays a page.
 void planCatalog(DocumentCache& cache, MendPlan& mend) {
     const Object root = findEntry(cache, cache.trailer.get(), "Root");
     const ObjectOwner catalog = resolveObject(cache, root);
-    mend.isNewCatalog = typeObject(catalog.get()) != ObjectType::dictionary;
+    const bool isNewTree = mend.nodes.root.number != 0;
+    const bool isOfPage = isPage(cache, root);
+    mend.isNewCatalog =
+        typeObject(catalog.get()) != ObjectType::dictionary || (isOfPage && isNewTree);
     if (mend.isNewCatalog) {
         mend.catalog = {nextIdentity(), 0};
-    } else if (mend.nodes.root.number != 0 || !isCatalogRight(cache, catalog.get())) {
+    } else if (isNewTree || (!isOfPage && !isCatalogRight(cache, catalog.get()))) {
         referenceObject(root, mend.catalog.number, mend.catalog.generation);
     }
 }

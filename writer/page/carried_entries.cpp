@@ -18,8 +18,7 @@ void CarriedEntries::addReference(DocumentCache& cache, const Object& dictionary
     std::int32_t number = 0;
     std::int32_t generation = 0;
     referenceObject(findEntry(cache, dictionary, key), number, generation);
-    references_.append("/").append(key).append(" ");
-    references_ += std::to_string(number) + " " + std::to_string(generation & 0xFFFF) + " R\r";
+    replace(key, std::to_string(number) + " " + std::to_string(generation & 0xFFFF) + " R");
 }
 
 void CarriedEntries::add(RawEntry entry) {
@@ -31,7 +30,8 @@ void CarriedEntries::add(RawEntry entry) {
 
 void CarriedEntries::replace(std::string_view key, std::string_view value) {
     std::erase_if(entries_, [&](const RawEntry& entry) { return entry.key == key; });
-    references_.append("/").append(key).append(" ").append(value).append("\r");
+    std::erase_if(references_, [&](const auto& entry) { return entry.first == key; });
+    references_.emplace_back(key, value);
 }
 
 bool CarriedEntries::has(std::string_view key) const {
@@ -39,7 +39,10 @@ bool CarriedEntries::has(std::string_view key) const {
 }
 
 void CarriedEntries::write(DocumentCache& cache, ObjectIdentifier in) const {
-    stringOutput(*cache.output, references_);
+    for (const auto& [key, value] : references_) {
+        nameOutput(*cache.output, key);
+        stringOutput(*cache.output, value + "\r");
+    }
     for (const RawEntry& entry : entries_) {
         writeEntry(cache, entry, in);
     }

@@ -7,6 +7,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace corvane {
@@ -27,7 +28,7 @@ public:
     void write(DocumentCache& cache, ObjectIdentifier in) const;
 
 private:
-    std::string references_;
+    std::vector<std::pair<std::string, std::string>> references_; // keys and values
     std::vector<RawEntry> entries_;
 };
 

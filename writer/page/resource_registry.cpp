@@ -3,6 +3,7 @@
 #include "output/primitives.h"
 #include "reader/syntax/raw_entries.h"
 #include "reader/syntax/syntax.h"
+#include "runtime/budget.h"
 #include "runtime/exception.h"
 
 #include <algorithm>
@@ -32,28 +33,28 @@ std::size_t indexOf(ResourceCategory category) {
 }
 
 /// The entries of the resources that the page in use inherits: of the nearest node above it that
-/// says something, as `pageCache` finds them.
+/// says something, as `pageCache` finds them. Nodes may lead back to themselves.
 std::vector<RawEntry> inheritedEntries(DocumentCache& cache) {
     const PageEntry& page = cache.pages[static_cast<std::size_t>(cache.pageNumber - 1)];
     ObjectOwner node = sharedObject(cache.page.get());
     std::vector<RawEntry> entries = rawEntries(cache, page.number, page.generation);
-    for (std::string_view key = "Parent";;) {
-        const auto next = std::ranges::find(entries, key, &RawEntry::key);
-        if (next == entries.end()) {
-            return {};
-        }
-        entries = rawEntries(cache, RawEntry(*next));
-        if (key == "Resources") {
-            return entries;
-        }
+    const auto enter = [&](std::string_view key) {
+        const auto entry = std::ranges::find(entries, key, &RawEntry::key);
+        entries =
+            entry == entries.end() ? std::vector<RawEntry>() : rawEntries(cache, RawEntry(*entry));
+    };
+    for (std::int32_t depth = 0; depth < budget::pageTreeDepth; ++depth) {
         node = lookupObject(cache, node.get(), "Parent");
         if (typeObject(node.get()) != ObjectType::dictionary) {
-            return {};
+            break;
         }
+        enter("Parent");
         if (typeObject(lookupObject(cache, node.get(), "Resources").get()) != ObjectType::null) {
-            key = "Resources";
+            enter("Resources");
+            return entries;
         }
     }
+    return {};
 }
 
 } // namespace

@@ -51,6 +51,16 @@ std::string packed() {
     return file.bytes();
 }
 
+/// Cut off behind data that are longer than their Length: the last stream has no end.
+std::string cutOff() {
+    const std::string file = twoPages()
+                                 .object(6, "<< /Type /Page /Parent 5 0 R /Contents 7 0 R >>")
+                                 .object(7, "<< /Length " + std::to_string(square.size()) +
+                                                " >>\nstream\n" + square + "\n5 5 9 9 re f")
+                                 .bytes();
+    return file.substr(0, file.find("\nendobj", file.find("9 9 re f")));
+}
+
 struct Damaged {
     const char* name;
     std::string file;
@@ -75,6 +85,9 @@ std::vector<Damaged> damagedFiles() {
         {"an object without an end",
          replaced(sound, "0 R /Contents 4 0 R >>\nendobj", "0 R /Contents 4 0 R >>\n      "),
          R"({"objectEnd":1})", false},
+        {"a file that was cut off in its last stream", cutOff(),
+         R"({"crossReference":1,"trailer":1,"streamLength":1,"objectEnd":1})", true,
+         "7 0 obj\n<<\n/Length 27\n"},
         {"a node that names what is none, and a wrong Count",
          twoPages()
              .object(5, "<< /Type /Pages /Parent 2 0 R /Kids [3 0 R null 77 0 R 6 0 R] /Count 9 "
@@ -92,6 +105,12 @@ std::vector<Damaged> damagedFiles() {
          twoPages().object(1, "<< /Type /Catalog /Pages 77 0 R >>").bytes(),
          R"({"crossReference":1,"trailer":1,"pages":1})", true,
          "/Type /Pages\n/Count 2\n/Kids [ 3 0 R 6 0 R ]\n"},
+        {"a page that the trailer takes for the catalog",
+         twoPages().object(1, "(none)").trailer("/Size 7 /Root 3 0 R").bytes(),
+         R"({"crossReference":1,"trailer":1,"pages":1})", true, "/Type /Catalog\n/Pages 7 0 R\n"},
+        {"a page without a Parent",
+         twoPages().object(3, "<< /Type /Page /Contents 4 0 R /MediaBox [0 0 300 200] >>").bytes(),
+         R"({"pageNode":1})", false},
         {"an entry that leads to nothing",
          replaced(twoPages().object(7, "(lost)").bytes(), "7 0 obj", "7_0_obj"),
          R"({"lostObject":1})", false},

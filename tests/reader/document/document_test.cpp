@@ -118,9 +118,11 @@ TEST_F(DocumentTest, SectionsGoodAndBad) {
                      none},
              OpenRow{"an update, encrypted before it", encryptedBefore, Exception::crossReference,
                      Exception::crossReference},
-             OpenRow{"shorter than 256 bytes", "%PDF-1.3 xref trailer<<>>startxref 9",
-                     Exception::io, Exception::io},
-             OpenRow{"empty", "", Exception::io, Exception::io},
+             OpenRow{"shorter than 256 bytes",
+                     "%PDF-1.3 1 0 obj<</Pages 2 0 R>>endobj 2 0 obj<</Kids[3 0 R]>>endobj "
+                     "3 0 obj<</Type/Page>>endobj xref 0 0 trailer<</Root 1 0 R>>startxref 99",
+                     Exception::io, none},
+             OpenRow{"empty", "", Exception::io, damaged},
              OpenRow{"no number at all", std::string(300, 'x'), damaged, damaged},
          }) {
         selectRules(Profile::original);

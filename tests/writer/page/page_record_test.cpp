@@ -54,6 +54,14 @@ std::string updated(const std::string& file, int number, const std::string& obje
            std::to_string(file.size() + update.size()) + "\n%%EOF\n";
 }
 
+TEST_F(PageRecordTest, ResourcesThatAreThePageItself) {
+    openAsArtwork(PdfBuilder::onePage(line, "/Resources 3 0 R/ExtGState<</G<</LW 2>>>>").bytes());
+    ASSERT_EQ(save(), 0U);
+    const std::string once = bytes();
+    ASSERT_EQ(save(), 0U);
+    EXPECT_EQ(bytes(), once) << "the page is what the artwork was saved as";
+}
+
 TEST_F(PageRecordTest, WhichPageItIs) {
     const std::string file = PdfBuilder::onePage(line, "/Other 1").bytes();
     use("in.pdf", file);
