@@ -11,6 +11,8 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
 namespace corvane {
 
@@ -31,6 +33,10 @@ public:
     ColourSpacePointer named(std::string_view name) const;
 
     DefaultSpaceSets& defaults() { return defaults_; }
+
+    /// Spaces of several inks that were read, in that order: those of these names.
+    std::vector<ColourSpacePointer> mixing(std::string_view inkNames) const;
+    void addMixing(ColourSpacePointer space) { mixing_.push_back(std::move(space)); }
 
     /// Where the profiles of the file count what they take.
     const IccMemory& profileMemory() const { return profileMemory_; }
@@ -56,6 +62,7 @@ private:
 
     DefaultSpaceSets defaults_;
     std::unordered_map<std::size_t, Spaces> spaces_; ///< by the number of the set
+    std::vector<ColourSpacePointer> mixing_;
     IccMemory profileMemory_ = std::make_shared<std::int64_t>(0);
 };
 

@@ -1,4 +1,5 @@
 // What an object says of a colour space.
+#include "host/inks.h"
 #include "reader/paint/colour_space_cache.h"
 #include "reader/paint/ink.h"
 #include "reader/syntax/real_numbers.h"
@@ -139,8 +140,27 @@ std::string firstName(DocumentCache& cache, const Object& names) {
                                                          : std::string();
 }
 
-/// [name inks alternate function ...], of Separation and DeviceN.
-ColourSpacePointer tintSpace(DocumentCache& cache, std::span<const Object> elements, int depth) {
+/// Of several inks; empty where artwork cannot hold them. "All" is no name of one among others.
+std::string joinedNames(DocumentCache& cache, const Object& object) {
+    const ObjectOwner names = resolveObject(cache, object);
+    std::string joined;
+    for (const Object& element : elementsObject(names.get())) {
+        const ObjectOwner name = resolveObject(cache, element);
+        if (typeObject(name.get()) != ObjectType::literal) {
+            return {};
+        }
+        const std::string_view bytes = literalObject(name.get());
+        if (bytes.empty() || bytes.size() > longestInkName || bytes == "All") {
+            return {};
+        }
+        appendInkName(joined, bytes);
+    }
+    return joined;
+}
+
+/// [name inks alternate function ...], of Separation and DeviceN; `object` leads there.
+ColourSpacePointer tintSpace(DocumentCache& cache, const Object& object,
+                             std::span<const Object> elements, int depth) {
     ColourSpace space{.kind = Kind::tint};
     const std::size_t inks = inkCount(resolveObject(cache, elements[1]).get());
     space.base = parseSpace(cache, elements[2], depth + 1);
@@ -152,7 +172,16 @@ ColourSpacePointer tintSpace(DocumentCache& cache, std::span<const Object> eleme
     }
     space.components = static_cast<std::int32_t>(inks);
     if (inks == 1) {
-        space.ink = inkOf(firstName(cache, elements[1]), space);
+        const std::string name = firstName(cache, elements[1]);
+        space.isUnprinted = name == "None";
+        space.ink = inkOf(name, space);
+        return std::make_shared<ColourSpace>(std::move(space));
+    }
+    space.inkNames = joinedNames(cache, elements[1]);
+    if (!space.inkNames.empty()) {
+        space.isUnprinted = std::ranges::all_of(
+            inkNames(space.inkNames), [](std::string_view name) { return name == "None"; });
+        space.description = sharedObject(object);
     }
     return std::make_shared<ColourSpace>(std::move(space));
 }
@@ -193,7 +222,7 @@ ColourSpacePointer parseAnew(DocumentCache& cache, const Object& object, int dep
         return indexedSpace(cache, elements, depth);
     }
     if ((family == "Separation" || family == "DeviceN") && elements.size() >= 4) {
-        return tintSpace(cache, elements, depth);
+        return tintSpace(cache, object, elements, depth);
     }
     if (family == "Pattern" && elements.size() >= 2) {
         ColourSpace pattern{.kind = Kind::pattern, .components = 0};

@@ -132,6 +132,7 @@ TEST_F(OmissionsTest, Colours) {
              Row{"/C cs 1 scn", "/C[/DeviceN[/Gold]/DeviceRGB 12 0 R]", {}},
              Row{"/C cs 1 scn", "/C[/Separation/All/DeviceRGB 12 0 R]", {{Omission::ink, 1}}},
              Row{"/C cs 1 scn", "/C[/Separation/G#ff/DeviceRGB 12 0 R]", {{Omission::ink, 1}}},
+             Row{"/C cs 1 scn 0 0 9 9 re f", "/C[/Separation/None/DeviceRGB 12 0 R]", {}},
              // A control character, which no SVG holds: the ink would come back as another.
              Row{"/C cs 1 scn", "/C[/Separation/G#01/DeviceRGB 12 0 R]", {{Omission::ink, 1}}},
              Row{"/C cs 1 scn", "/C[/Separation/Gold/DeviceRGB 13 0 R]", {{Omission::ink, 1}}},
