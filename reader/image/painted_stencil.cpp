@@ -4,6 +4,7 @@
 #include "reader/content/appearance.h"
 #include "reader/content/art.h"
 #include "reader/content/interpreter.h"
+#include "reader/paint/colour_space.h"
 #include "reader/shading/box_art.h"
 #include "runtime/callbacks.h"
 
@@ -34,11 +35,12 @@ Overprint fillOverprint(const GraphicsState& state) {
 
 } // namespace
 
-/// A mixture of inks is no colour of pixels: its inks would be lost.
+/// A mixture of several inks is no colour of pixels: its inks would be lost.
 bool paintsStencils(const Interpreter& interpreter) {
     const GraphicsState& state = interpreter.state;
     const ColourKind fill = state.fill.ink.value_or(state.style.fill).kind;
-    return fill == ColourKind::gradient || fill == ColourKind::pattern || fill == ColourKind::inks;
+    return fill == ColourKind::gradient || fill == ColourKind::pattern ||
+           (fill == ColourKind::inks && state.fill.space->components > 1);
 }
 
 Colour stencilColour(const Interpreter& interpreter) {

@@ -98,12 +98,12 @@ std::string newSpace(DocumentCache& cache, const InkMixtureFacts& mixture,
     for (const std::string_view ink : inks) {
         names += nameText(ink) + ' ';
     }
+    names = mixture.tints.size() == 1 ? "/Separation " + names : "/DeviceN [ " + names + "] ";
     const std::int32_t function =
         objects.holdStream("/FunctionType 4 /Domain " + intervals(mixture.tints.size()) +
                                " /Range " + intervals(alternate.components.size()) + "\r",
                            programOf(alternate, inks, mixture.tints));
-    return "[ /DeviceN [ " + names + "] " + alternate.space + ' ' + std::to_string(function) +
-           " 0 R ]";
+    return "[ " + names + alternate.space + ' ' + std::to_string(function) + " 0 R ]";
 }
 
 } // namespace
@@ -121,7 +121,8 @@ void InkSpaces::readUnread(DocumentCache& cache) {
     for (std::size_t i = 0; i + 1 < entries.size(); i += 2) {
         const ObjectOwner space = resolved(cache, entries[i + 1]);
         if (typeObject(space.get()) == ObjectType::array && sizeObject(space.get()) >= 4 &&
-            nameOf(elementsObject(space.get())[0]) == "DeviceN") {
+            (nameOf(elementsObject(space.get())[0]) == "DeviceN" ||
+             nameOf(elementsObject(space.get())[0]) == "Separation")) {
             attempted([&] {
                 if (ColourSpacePointer read = readColourSpace(cache, entries[i + 1])) {
                     ofResources_.push_back(std::move(read));

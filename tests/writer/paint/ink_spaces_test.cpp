@@ -208,6 +208,31 @@ TEST_F(InkSpacesTest, InksOfAnotherPage) {
     }
 }
 
+/// One ink is a mixture where it is no custom colour.
+TEST_F(InkSpacesTest, OneInk) {
+    openFile(PdfBuilder::onePage("/A CS /S cs .5 scn .25 SCN 0 0 9 9 re B",
+                                 "/Resources << /ColorSpace << /A [/Separation /All /DeviceGray "
+                                 "30 0 R] /S 31 0 R >> >>")
+                 .object(30, "<< /FunctionType 2 /Domain [0 1] /C0 [1] /C1 [0] /N 1 >>")
+                 .object(31, "[/Separation /Deep /DeviceCMYK 32 0 R]")
+                 .object(32, "<< /FunctionType 2 /Domain [0 1] /C0 [0 0 0 0] /C1 [1 0 0 0] /N 3 >>")
+                 .bytes());
+    const PathStyle style = document_->style(artist().at(0));
+    EXPECT_EQ(inksOf(style.fill), "Deep=50 ");
+    EXPECT_EQ(inksOf(style.stroke), "All=25 ");
+    EXPECT_TRUE(omissions_.empty());
+    const Art copy = artist().copy(artist().at(0), 30, 30);
+    document_->setSource(copy, {.ordinal = 1000});
+    artist().style(copy, [&](PathStyle& other) {
+        other.stroke = mixture({{"Far", .5}}, document_->inkMixture(style.fill.source).seen);
+    });
+    const std::string added = saved();
+    EXPECT_THAT(added, HasSubstr("/CS1 31 0 R"));
+    EXPECT_THAT(added, HasSubstr("[ /Separation /Far /DeviceCMYK "));
+    EXPECT_EQ(fill(1), "Deep=50 ");
+    EXPECT_EQ(inksOf(document_->style(artist().at(0)).stroke), "All=25 ");
+}
+
 TEST_F(InkSpacesTest, OfFormsAndText) {
     openInks("/F Do 0 0 9 9 re f BT /T 9 Tf /N cs .25 1 scn 50 50 Td (Ink) Tj ET",
              "/N cs .5 .25 scn 30 0 9 9 re f");
