@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <initializer_list>
 #include <map>
@@ -246,15 +247,50 @@ TEST_F(InkSpacesTest, OfFormsAndText) {
     EXPECT_EQ(fill(2), "Cyan=50 Sea ;\xFF=25 ");
 }
 
+/// The square of the image has the colour, under a mask that is the image.
+TEST_F(InkSpacesTest, OfStencils) {
+    openInks("q 40 0 0 40 0 0 cm /N cs .5 .25 scn BI /W 8 /H 1 /IM true /BPC 1 ID \xAA EI Q "
+             "0 0 9 9 re f");
+    EXPECT_EQ(fill(0), "Cyan=50 Sea ;\xFF=25 ");
+    const Art stencil = artist().at(0);
+    EXPECT_NE(document_->appearance(stencil).mask, SoftMask::null);
+    ASSERT_EQ(save(), 0U);
+    EXPECT_TRUE(saved_.back().isNothing);
+    InkMixture edited = document_->inkMixture(document_->style(stencil).fill.source);
+    edited.tints[0] = fixedOne;
+    setFill(
+        stencil,
+        {.kind = ColourKind::inks, .component = {}, .source = document_->addInkMixture(edited)});
+    const std::string added = saved();
+    EXPECT_THAT(added, HasSubstr("1 .25 scn"));
+    EXPECT_THAT(added, HasSubstr("BI /W 8 /H 1 /IM true")) << "the image itself stays";
+    EXPECT_EQ(fill(0), "Cyan=100 Sea ;\xFF=25 ");
+}
+
 /// Names that PDF does not allow, and more than are held, cost the inks, not the colour.
 TEST_F(InkSpacesTest, NamesThatAreNotHeld) {
-    for (const std::string& names :
-         {std::string("/A /All"), std::string("/A (B)"), "/A /" + std::string(128, 'x')}) {
+    const std::string hundred(100, 'x');
+    struct Row {
+        std::string names;
+        int count = 2;
+    };
+    for (const auto& [names, count] :
+         {Row{"/A /All"}, Row{"/A (B)"}, Row{"/A /" + hundred + hundred},
+          Row{"/A" + hundred + " /B" + hundred + " /C" + hundred + " /D" + hundred + " /E" +
+                  hundred + " /F" + hundred,
+              6}}) {
+        std::string inputs;
+        std::string calculation = "{";
+        for (int i = 0; i < count; ++i) {
+            inputs += "0 1 ";
+            calculation += i == 0 ? "" : " pop";
+        }
         omissions_.clear();
         openFile(PdfBuilder::onePage("/N cs 1 1 scn 0 0 9 9 re f",
                                      "/Resources << /ColorSpace << /N [/DeviceN [" + names +
                                          "] /DeviceGray 34 0 R] >> >>")
-                     .stream(34, "{ pop 1 exch sub }", program("0 1"))
+                     .stream(34, calculation + "}",
+                             "/FunctionType 4 /Range [0 1] /Domain [" + inputs + "]")
                      .bytes());
         EXPECT_EQ(document_->style(artist().at(0)).fill.kind, ColourKind::gray) << names;
         EXPECT_EQ(omissions_, lost) << names;
