@@ -14,7 +14,7 @@ constexpr std::string_view resources =
     "/GS2 << /SMask /None /BM /Multiply /D [[3 1] 0] >> >> "
     "/ColorSpace << /CS0 [/Separation /Spot /DeviceRGB << /FunctionType 2 /Domain [0 1] "
     "/C0 [0 0 0] /C1 [1 0 0] /N 1 >>] /CS1 [/Indexed /DeviceRGB 1 <FF000000FF00>] "
-    "/CS2 [/Pattern /DeviceRGB] >> "
+    "/CS2 [/Pattern /DeviceRGB] /CS3 [/DeviceN [/A#20b /None] /DeviceRGB 14 0 R] >> "
     "/XObject << /X0 12 0 R >> /Pattern << /P0 13 0 R >> /Shading << /S0 << /ShadingType 2 "
     "/ColorSpace /DeviceGray /Coords [0 0 9 9] /Function << /FunctionType 2 /Domain [0 1] /N 1 >> "
     ">> >> "
@@ -54,7 +54,9 @@ std::string patchPage(const std::vector<std::string>& streams, std::string_view 
         .stream(12, "0 0 9 9 re f", "/Type /XObject /Subtype /Form /BBox [0 0 9 9]")
         .stream(13, "0 0 9 9 re f",
                 "/PatternType 1 /PaintType 1 /TilingType 1 /BBox [0 0 9 9] /XStep 9 /YStep 9 "
-                "/Resources << >>");
+                "/Resources << >>")
+        .stream(14, "{ pop 1 exch sub dup dup }",
+                "/FunctionType 4 /Domain [0 1 0 1] /Range [0 1 0 1 0 1]");
     addFonts(file);
     return file.bytes();
 }

@@ -76,7 +76,7 @@ struct ArtSource {
     friend constexpr bool operator==(const ArtSource&, const ArtSource&) = default;
 };
 
-/// A gradient, pattern or custom colour that the host's document holds.
+/// A gradient, pattern, custom colour or mixture of inks that the host's document holds.
 enum class PaintSource : std::uint32_t { null = 0 };
 /// A text that a person put to a path, by `getNote`.
 enum class Note : std::uint32_t { null = 0 };
@@ -86,7 +86,8 @@ enum class ColourKind : std::int32_t {
     process = 1,
     pattern = 2,
     custom = 3,
-    gradient = 4
+    gradient = 4,
+    inks = 5 ///< a mixture of inks; from version 10 of the extension on
 };
 
 /// How the amounts of a process colour came about; decides which of RGB and CMYK is the truth.
@@ -94,8 +95,8 @@ enum class ColourOrigin : std::int32_t { given = 0, fromRgb = 1 };
 
 /// Gray: component 0 is the amount of black. Process: cyan, magenta, yellow, black. Custom:
 /// component 0 is the tint, by how much the colour of the source is weakened. 1.0 is full ink.
-/// Amounts outside 0 to 1.0 are kept; who draws limits them. Patterns, custom colours and gradients
-/// have their `source`.
+/// Amounts outside 0 to 1.0 are kept; who draws limits them. Patterns, custom colours, gradients
+/// and mixtures of inks have their `source`.
 struct Colour {
     ColourKind kind = ColourKind::gray;
     Fixed component[4] = {fixedOne, 0, 0, 0};

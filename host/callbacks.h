@@ -9,6 +9,7 @@
 #include "host/classic_text.h"
 #include "host/gradient.h"
 #include "host/image.h"
+#include "host/inks.h"
 #include "host/parameters.h"
 #include "host/structure.h"
 #include "host/text.h"
@@ -32,7 +33,7 @@ struct Slot {
     int number;
 };
 
-inline constexpr int slotCount = 367;
+inline constexpr int slotCount = 369;
 
 namespace slot {
 
@@ -219,6 +220,9 @@ inline constexpr Slot<HostError(const PatternFacts*, PaintSource*)> addPattern{3
 inline constexpr Slot<HostError(PaintSource pattern, PatternFacts*)> getPattern{363};
 /// Colours of the same name and inks are one.
 inline constexpr Slot<HostError(const CustomColour*, PaintSource*)> addCustomColour{366};
+/// Equal mixtures are one.
+inline constexpr Slot<HostError(const InkMixtureFacts*, PaintSource*)> addInkMixture{367};
+inline constexpr Slot<HostError(PaintSource mixture, InkMixtureFacts*)> getInkMixture{368};
 
 // Matrices and arithmetic
 inline constexpr Slot<Fixed(Fixed, Fixed)> fixedMultiply{135};

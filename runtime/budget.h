@@ -275,6 +275,9 @@ inline constexpr std::int64_t functionSamples = 8 << 20;
 /// Samples of all functions that are read for a page.
 inline constexpr std::int64_t pageFunctionSamples = 8 * functionSamples;
 
+/// Bytes of all colours of a page that are mixed of several inks: 100,000 of four inks are 30 MB.
+inline constexpr std::int64_t inkMixtureBytes = 64 << 20;
+
 /// Bytes of a colour profile: those of presses have 2 MB.
 inline constexpr std::size_t profileBytes = 16 << 20;
 

@@ -140,10 +140,12 @@ public:
     /// and later, so that none uses itself.
     PaintSource addPattern(Pattern);
     PaintSource addSpotColour(SpotColour);
+    PaintSource addInkMixture(InkMixture);
     const Gradient& gradient(PaintSource) const;
     const Pattern& pattern(PaintSource) const;
     const SpotColour& spotColour(PaintSource) const;
-    ColourKind paintKind(PaintSource) const; ///< gradient, pattern or custom
+    const InkMixture& inkMixture(PaintSource) const;
+    ColourKind paintKind(PaintSource) const; ///< gradient, pattern, custom or inks
     Note addNote(std::string);               ///< UTF-8
     const std::string& note(Note) const;
 

@@ -1,4 +1,4 @@
-// Paint of the artwork: gradients, patterns, custom colours, notes, and the styles that use them.
+// Paint of the artwork: gradients, patterns, colours of inks, notes, and the styles that use them.
 #include "app/artwork/document.h"
 
 #include "host/pen.h"
@@ -26,6 +26,10 @@ PaintSource Document::addSpotColour(SpotColour colour) {
     return paint_.add(std::move(colour));
 }
 
+PaintSource Document::addInkMixture(InkMixture mixture) {
+    return paint_.add(std::move(mixture));
+}
+
 const Gradient& Document::gradient(PaintSource source) const {
     return paint_.gradient(source);
 }
@@ -36,6 +40,10 @@ const Pattern& Document::pattern(PaintSource source) const {
 
 const SpotColour& Document::spotColour(PaintSource source) const {
     return paint_.spotColour(source);
+}
+
+const InkMixture& Document::inkMixture(PaintSource source) const {
+    return paint_.inkMixture(source);
 }
 
 ColourKind Document::paintKind(PaintSource source) const {
@@ -82,6 +90,9 @@ void Document::checkColour(NodeIndex art, const Colour& colour) const {
         return;
     case ColourKind::gradient:
         paint_.gradient(colour.source);
+        return;
+    case ColourKind::inks:
+        paint_.inkMixture(colour.source);
         return;
     case ColourKind::pattern: {
         paint_.pattern(colour.source);

@@ -69,6 +69,7 @@ void runPage(Interpreter& interpreter, std::span<const ObjectOwner> streams) {
     interpreter.readsTransparency = hostHoldsAppearance();
     interpreter.readsPens = hostHoldsPens();
     interpreter.readsIntents = hostHoldsIntents();
+    interpreter.readsInkMixtures = hostHoldsInkMixtures();
     runContent(interpreter, streams);
     page.leave();
     interpreter.containers.finish();

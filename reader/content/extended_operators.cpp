@@ -34,13 +34,16 @@ void selectSpace(Interpreter& interpreter, Paint& paint, Colour& colour) {
         hidePaint(interpreter, paint, Omission::colourSpace);
         return;
     }
-    if (!holdsInk(interpreter, *paint.space)) {
+    // Nothing is seen of what is painted in it, so nothing is lost (PDF Reference, 4.5.5).
+    paint.hidden = paint.space->isUnprinted;
+    if (!paint.hidden && !holdsInk(interpreter, *paint.space)) {
         noteSpaceLosses(interpreter, *paint.space);
     }
     if (paint.space->kind != ColourSpace::Kind::pattern) {
         interpreter.progress.work(costOf(*paint.space));
         colour = initialColour(*paint.space);
-        selectInk(interpreter, paint, 1);
+        selectInk(interpreter, paint, colour,
+                  std::vector<double>(static_cast<std::size_t>(paint.space->components), 1.0));
     }
 }
 

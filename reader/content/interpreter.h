@@ -21,6 +21,7 @@
 #include "reader/image/page_images.h"
 #include "reader/layer/optional_content.h"
 #include "reader/paint/colour_space_cache.h"
+#include "reader/paint/ink.h"
 #include "reader/paint/path.h"
 #include "reader/shading/page_patterns.h"
 #include "reader/syntax/token_push.h"
@@ -115,6 +116,7 @@ struct Interpreter {
     SoftMasks softMasks;
     /// Custom colours of the host, by the spaces whose tints they are.
     std::map<std::shared_ptr<const ColourSpace>, PaintSource> inks;
+    InkMixtures inkMixtures;
     std::int32_t blended = 0;     ///< pieces of art that blend with what is behind them
     std::int32_t seenThrough = 0; ///< the same, and those that show it
     /// Numbers of the objects of the contents within one another that are being drawn; 0: of none.
@@ -127,6 +129,7 @@ struct Interpreter {
     bool readsTransparency = false; ///< opacity, blending and masks become the art's
     bool readsPens = false;         ///< the same of pens, overprint and inks
     bool readsIntents = false;      ///< and of rendering intents
+    bool readsInkMixtures = false;  ///< and of colours of several inks
 };
 
 /// One content, from its first stream to its last.

@@ -4,6 +4,7 @@
 #include "reader/content/appearance.h"
 #include "reader/content/art.h"
 #include "reader/content/interpreter.h"
+#include "reader/paint/colour_space.h"
 #include "reader/shading/box_art.h"
 #include "runtime/callbacks.h"
 
@@ -26,11 +27,20 @@ SoftMask maskOf(Interpreter& interpreter, const PlacedImage& stencil) {
     return mask;
 }
 
+/// As far as it counts for what is only filled.
+Overprint fillOverprint(const GraphicsState& state) {
+    return {.fills = state.overprint.fills,
+            .skipsZeros = state.overprint.fills && state.overprint.skipsZeros};
+}
+
 } // namespace
 
+/// A mixture of several inks is no colour of pixels: its inks would be lost.
 bool paintsStencils(const Interpreter& interpreter) {
-    const ColourKind fill = interpreter.state.style.fill.kind;
-    return fill == ColourKind::gradient || fill == ColourKind::pattern;
+    const GraphicsState& state = interpreter.state;
+    const ColourKind fill = state.fill.ink.value_or(state.style.fill).kind;
+    return fill == ColourKind::gradient || fill == ColourKind::pattern ||
+           (fill == ColourKind::inks && state.fill.space->components > 1);
 }
 
 Colour stencilColour(const Interpreter& interpreter) {
@@ -44,12 +54,13 @@ Art paintStencil(Interpreter& interpreter, const PlacedImage& stencil) {
     setCorners(art, {0, 0, 1, 1}, state.exactCtm);
     PathStyle style;
     style.fillPaint = 1;
-    style.fill = state.style.fill;
+    style.fill = state.fill.ink.value_or(state.style.fill);
     callHost(slot::setPathStyle, art, &style);
     tellAppearanceAsOne(interpreter, art,
                         {.fillOpacity = state.transparency.fillOpacity,
                          .blend = state.transparency.blend,
-                         .mask = mask});
+                         .mask = mask,
+                         .overprint = fillOverprint(state)});
     return art;
 }
 

@@ -1,4 +1,4 @@
-// Stencils in a gradient or pattern.
+// Stencils in a gradient, a pattern or a mixture of inks.
 #pragma once
 
 #include "host/artwork.h"

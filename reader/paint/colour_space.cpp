@@ -71,11 +71,13 @@ std::int64_t costOf(const ColourSpace& space) {
     constexpr std::int64_t plain = 10;
     constexpr std::int64_t powers = 40;
     constexpr std::int64_t throughProfile = 200;
+    constexpr std::int64_t bytesPerStep = 8;
     std::int64_t steps = plain;
     for (const ColourSpace* each = &space; each != nullptr; each = each->base.get()) {
         steps += each->function == nullptr ? 0 : each->function->cost();
         steps += each->profile == nullptr ? 0 : throughProfile;
         steps += each->kind == ColourSpace::Kind::lab ? powers : 0;
+        steps += std::ssize(each->inkNames) / bytesPerStep;
     }
     return steps;
 }

@@ -15,6 +15,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -38,6 +39,13 @@ struct ColourSpace {
     FunctionPointer function = nullptr;
     /// Of `tint`: the custom colour of which all of its tints are tints, if there is one.
     std::optional<CustomColour> ink = {};
+    /// Of `tint` with several inks: their names, as `InkMixtureFacts::names`; empty where one is no
+    /// name that artwork can hold.
+    std::string inkNames = {};
+    /// Of `tint`: all of its inks are "None", so nothing is painted in it.
+    bool isUnprinted = false;
+    /// What describes a space with such names: a reference, or the array itself.
+    ObjectOwner description = {};
     /// Of `lab`: the ranges of a and b.
     double range[4] = {-100, 100, -100, 100};
 };

@@ -2,6 +2,9 @@
 
 #include "reader/syntax/syntax.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace corvane {
 
 namespace {
@@ -36,8 +39,19 @@ ColourSpacePointer ColourSpaceCache::numbered(std::int32_t number,
     spaces.emplace(number, Known());
     Known made = readOnce(read);
     spaces[number] = made;
+    if (made.space != nullptr && !made.space->inkNames.empty()) {
+        addMixing(made.space);
+    }
     raiseException(made.fault);
     return made.space;
+}
+
+std::vector<ColourSpacePointer> ColourSpaceCache::mixing(std::string_view inkNames) const {
+    std::vector<ColourSpacePointer> found;
+    std::ranges::copy_if(mixing_, std::back_inserter(found), [&](const ColourSpacePointer& space) {
+        return space->inkNames == inkNames;
+    });
+    return found;
 }
 
 ColourSpacePointer ColourSpaceCache::named(std::string_view name) const {
@@ -67,6 +81,11 @@ ColourSpacePointer ColourSpaceCache::find(DocumentCache& cache, std::string_view
         }
         Known read = readOnce([&] { return readColourSpace(cache, object); });
         known = category.spaces.emplace(name, std::move(read)).first;
+        const ColourSpacePointer& space = known->second.space;
+        const bool isNumbered = typeObject(object) == ObjectType::reference;
+        if (space != nullptr && !space->inkNames.empty() && !isNumbered) {
+            addMixing(space);
+        }
     }
     raiseException(known->second.fault);
     return known->second.space;

@@ -11,6 +11,8 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
 namespace corvane {
 
@@ -35,6 +37,10 @@ public:
     /// What the profiles of the file share.
     const IccLibraryPointer& iccLibrary();
 
+    /// Spaces of several inks that were read, in that order: those of these names.
+    std::vector<ColourSpacePointer> mixing(std::string_view inkNames) const;
+    void addMixing(ColourSpacePointer space) { mixing_.push_back(std::move(space)); }
+
 private:
     struct Known {
         ColourSpacePointer space;
@@ -57,6 +63,7 @@ private:
     DefaultSpaceSets defaults_;
     std::unordered_map<std::size_t, Spaces> spaces_; ///< by the number of the set
     IccLibraryPointer iccLibrary_;                   ///< null: no profile was met
+    std::vector<ColourSpacePointer> mixing_;
 };
 
 /// That of an open file.

@@ -1,12 +1,16 @@
 #include "reader/paint/ink.h"
 
+#include "host/inks.h"
 #include "host/light.h"
 #include "reader/content/interpreter.h"
 #include "reader/font/characters.h"
 #include "reader/paint/colour.h"
 #include "reader/paint/seen_colour.h"
+#include "runtime/budget.h"
 #include "runtime/callbacks.h"
+#include "runtime/extension.h"
 #include "runtime/fixed.h"
+#include "runtime/rules.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -67,21 +71,68 @@ std::optional<CustomColour> inkOf(std::string_view name, const ColourSpace& tint
     return ink;
 }
 
-bool holdsInk(const Interpreter& interpreter, const ColourSpace& space) {
-    return interpreter.readsPens && space.ink.has_value();
+bool hostHoldsInkMixtures() {
+    const auto extension = knownExtension();
+    return rules().profile == Profile::extended && extension && extension->version >= 10;
 }
 
-void selectInk(Interpreter& interpreter, Paint& paint, double tint) {
+bool holdsInk(const Interpreter& interpreter, const ColourSpace& space) {
+    return (interpreter.readsPens && space.ink) ||
+           (interpreter.readsInkMixtures && !space.inkNames.empty());
+}
+
+namespace {
+
+Colour customColour(Interpreter& interpreter, const ColourSpacePointer& space, double tint) {
+    PaintSource& source = interpreter.inks[space];
+    if (source == PaintSource::null) {
+        callHost(slot::addCustomColour, &*space->ink, &source);
+    }
+    return {.kind = ColourKind::custom,
+            .component = {fixedFromReal(1 - std::clamp(tint, 0.0, 1.0)), 0, 0, 0},
+            .source = source};
+}
+
+/// None where the page has more of them than artwork is to hold.
+std::optional<Colour> mixtureOf(Interpreter& interpreter, const ColourSpacePointer& space,
+                                const Colour& seen, std::span<const double> tints) {
+    std::vector<Fixed> amounts(static_cast<std::size_t>(space->components));
+    std::ranges::transform(tints.first(std::min(tints.size(), amounts.size())), amounts.begin(),
+                           [](double tint) { return fixedFromReal(std::clamp(tint, 0.0, 1.0)); });
+    InkMixtures& mixtures = interpreter.inkMixtures;
+    std::pair key{space, std::move(amounts)};
+    auto mixture = mixtures.known.find(key);
+    if (mixture == mixtures.known.end()) {
+        constexpr std::int64_t besides = 256;
+        mixtures.bytes += besides + std::ssize(space->inkNames) +
+                          std::ssize(key.second) * std::int64_t{sizeof(Fixed)};
+        if (mixtures.bytes > budget::inkMixtureBytes) {
+            return std::nullopt;
+        }
+        const InkMixtureFacts facts{.names = space->inkNames, .tints = key.second, .seen = seen};
+        PaintSource source = PaintSource::null;
+        callHost(slot::addInkMixture, &facts, &source);
+        mixture = mixtures.known.emplace(std::move(key), source).first;
+    }
+    return Colour{.kind = ColourKind::inks, .component = {}, .source = mixture->second};
+}
+
+} // namespace
+
+void selectInk(Interpreter& interpreter, Paint& paint, const Colour& seen,
+               std::span<const double> tints) {
+    paint.ink.reset();
     if (!holdsInk(interpreter, *paint.space)) {
         return;
     }
-    PaintSource& source = interpreter.inks[paint.space];
-    if (source == PaintSource::null) {
-        callHost(slot::addCustomColour, &*paint.space->ink, &source);
+    if (paint.space->ink) {
+        paint.ink = customColour(interpreter, paint.space, tints.empty() ? 0 : tints.front());
+        return;
     }
-    paint.ink = Colour{.kind = ColourKind::custom,
-                       .component = {fixedFromReal(1 - std::clamp(tint, 0.0, 1.0)), 0, 0, 0},
-                       .source = source};
+    paint.ink = mixtureOf(interpreter, paint.space, seen, tints);
+    if (!paint.ink) {
+        interpreter.omissions.note(Omission::ink);
+    }
 }
 
 } // namespace corvane

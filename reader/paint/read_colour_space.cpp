@@ -1,4 +1,5 @@
 // What an object says of a colour space.
+#include "host/inks.h"
 #include "objects/referenced.h"
 #include "reader/paint/colour_space_cache.h"
 #include "reader/paint/ink.h"
@@ -21,6 +22,9 @@ constexpr int deepestSpace = 4;
 
 /// Components of a colour, by the PDF Reference, appendix C.
 constexpr std::size_t mostComponents = functionArity;
+
+/// Bytes of all names of a space: each object that is painted in it says them.
+constexpr std::size_t longestNames = 512;
 
 /// Bytes of an indexed space's table that count: 256 entries of up to 32 components.
 constexpr std::size_t longestTable = 256 * mostComponents;
@@ -128,22 +132,36 @@ ColourSpacePointer indexedSpace(DocumentCache& cache, std::span<const Object> el
 }
 
 /// Inks that a space names: one, or those of an array.
-std::size_t inkCount(const Object& names) {
-    return typeObject(names) == ObjectType::array ? static_cast<std::size_t>(sizeObject(names)) : 1;
+std::span<const Object> namesIn(const Object& inks) {
+    return typeObject(inks) == ObjectType::array ? std::span<const Object>(elementsObject(inks))
+                                                 : std::span(&inks, 1);
 }
 
-std::string firstName(DocumentCache& cache, const Object& names) {
-    const ObjectOwner found = resolveObject(cache, names);
-    const bool isList = typeObject(found.get()) == ObjectType::array;
-    const ObjectOwner name = resolveObject(cache, isList ? elementsObject(found.get())[0] : names);
-    return typeObject(name.get()) == ObjectType::literal ? std::string(literalObject(name.get()))
-                                                         : std::string();
+/// As `InkMixtureFacts::names`; empty where artwork cannot hold them. "All" is no name of one among
+/// others.
+std::string joinedNames(DocumentCache& cache, std::span<const Object> names) {
+    std::string joined;
+    for (const Object& element : names) {
+        const ObjectOwner name = resolveObject(cache, element);
+        if (typeObject(name.get()) != ObjectType::literal) {
+            return {};
+        }
+        const std::string_view bytes = literalObject(name.get());
+        if (bytes.empty() || bytes.size() > longestInkName ||
+            (bytes == "All" && names.size() > 1)) {
+            return {};
+        }
+        appendInkName(joined, bytes);
+    }
+    return joined.size() <= longestNames ? joined : std::string();
 }
 
-/// [name inks alternate function ...], of Separation and DeviceN.
-ColourSpacePointer tintSpace(DocumentCache& cache, std::span<const Object> elements, int depth) {
+/// [name inks alternate function ...], of Separation and DeviceN; `object` leads there.
+ColourSpacePointer tintSpace(DocumentCache& cache, const Object& object,
+                             std::span<const Object> elements, int depth) {
     ColourSpace space{.kind = Kind::tint};
-    const std::size_t inks = inkCount(resolveObject(cache, elements[1]).get());
+    const ObjectOwner named = resolveObject(cache, elements[1]);
+    const std::size_t inks = namesIn(named.get()).size();
     space.base = parseSpace(cache, elements[2], depth + 1);
     space.function = readFunction(cache, elements[3]);
     if (inks == 0 || inks > mostComponents || space.base == nullptr ||
@@ -152,8 +170,15 @@ ColourSpacePointer tintSpace(DocumentCache& cache, std::span<const Object> eleme
         return nullptr;
     }
     space.components = static_cast<std::int32_t>(inks);
-    if (inks == 1) {
-        space.ink = inkOf(firstName(cache, elements[1]), space);
+    space.inkNames = joinedNames(cache, namesIn(named.get()));
+    const std::vector<std::string_view> names = inkNames(space.inkNames);
+    if (!names.empty()) {
+        space.description = sharedObject(object);
+        space.isUnprinted =
+            std::ranges::all_of(names, [](std::string_view name) { return name == "None"; });
+        if (names.size() == 1) {
+            space.ink = inkOf(names.front(), space);
+        }
     }
     return std::make_shared<ColourSpace>(std::move(space));
 }
@@ -184,7 +209,7 @@ ColourSpacePointer parseAnew(DocumentCache& cache, const Object& object, int dep
         return indexedSpace(cache, elements, depth);
     }
     if ((family == "Separation" || family == "DeviceN") && elements.size() >= 4) {
-        return tintSpace(cache, elements, depth);
+        return tintSpace(cache, object, elements, depth);
     }
     if (family == "Pattern" && elements.size() >= 2) {
         ColourSpace pattern{.kind = Kind::pattern, .components = 0};

@@ -23,7 +23,7 @@ Colour computedColour(Interpreter& interpreter, const ColourSpace& space,
 void takeColour(Interpreter& interpreter, Paint& paint, Colour& colour) {
     const std::vector<double> components = popComponents(paint.space->components);
     colour = computedColour(interpreter, *paint.space, components);
-    selectInk(interpreter, paint, components.empty() ? 0 : components.front());
+    selectInk(interpreter, paint, colour, components);
 }
 
 } // namespace corvane

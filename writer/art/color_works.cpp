@@ -78,6 +78,13 @@ void writeGray(Walk& walk, Fixed level, bool isFill) {
     writeDevice(walk, Kind::gray, isFill, [&] { walk.text.add(level); });
 }
 
+/// What a mixture of inks is seen as.
+Colour seenOf(const Colour& mixture) {
+    InkMixtureFacts facts;
+    callHost(slot::getInkMixture, mixture.source, &facts);
+    return facts.seen;
+}
+
 } // namespace
 
 bool compareColor(const Colour& a, const Colour& b) {
@@ -93,6 +100,7 @@ bool compareColor(const Colour& a, const Colour& b) {
         return a.source == b.source && a.component[0] == b.component[0];
     case ColourKind::pattern:
     case ColourKind::gradient:
+    case ColourKind::inks:
         return a.source == b.source;
     default:
         return false;
@@ -108,6 +116,9 @@ void colorWorks(Walk& walk, const Colour& colour, bool isFill) {
     case ColourKind::custom:
         return walk.paints != nullptr ? walk.paints->set(walk, colour, isFill)
                                       : writeCustom(walk, colour, isFill);
+    case ColourKind::inks:
+        return walk.paints != nullptr ? walk.paints->set(walk, colour, isFill)
+                                      : colorWorks(walk, seenOf(colour), isFill);
     case ColourKind::pattern:
     case ColourKind::gradient:
         return walk.paints != nullptr ? walk.paints->set(walk, colour, isFill)

@@ -13,7 +13,8 @@ struct Walk;
 class PaintDrawing {
 public:
     virtual ~PaintDrawing() = default;
-    /// Makes a gradient, a pattern or a custom colour the colour for filling or for stroking.
+    /// Makes a gradient, a pattern, a custom colour or a mixture of inks the colour for filling or
+    /// for stroking.
     virtual void set(Walk& walk, const Colour& colour, bool isFill) = 0;
     /// The name of the space in which colours of a device space look as the artwork has them; empty
     /// where the device space does.

@@ -10,12 +10,14 @@
 
 namespace corvane {
 
-/// What the text of a shading needs of the save.
+/// What texts of shadings and colour spaces need of the save.
 class FunctionHolder {
 public:
     virtual ~FunctionHolder() = default;
-    /// Makes an object of the text of a function, to be named again and again; its number.
+    /// Makes an object of its text, to be named again and again; its number.
     virtual std::int32_t hold(std::string function) = 0;
+    /// Makes a stream of the entries of its dictionary and its data; its number.
+    virtual std::int32_t holdStream(std::string entries, std::string data) = 0;
     /// What names a device space, so that its colours look as the artwork has them.
     virtual std::string spaceText(ColourSpace::Kind device) = 0;
 };

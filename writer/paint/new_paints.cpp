@@ -2,7 +2,6 @@
 
 #include "filters/text_sink.h"
 #include "objects/identity.h"
-#include "output/number_text.h"
 #include "output/primitives.h"
 #include "output/xref.h"
 #include "reader/content/appearance.h"
@@ -16,6 +15,7 @@
 #include "writer/art/walk.h"
 #include "writer/page/needed_version.h"
 #include "writer/page/stream_object.h"
+#include "writer/paint/object_text.h"
 #include "writer/paint/plain_spaces.h"
 
 #include <algorithm>
@@ -27,11 +27,6 @@
 namespace corvane {
 
 namespace {
-
-std::string numberText(double number) {
-    std::array<char, realRoom> digits{};
-    return std::string(digits.data(), writeReal(digits.data(), number + 0.0)) + ' ';
-}
 
 std::string numbersText(std::initializer_list<double> numbers) {
     std::string text = "[ ";
@@ -47,23 +42,6 @@ std::string matrixText(const RealMatrix& m) {
 
 std::string boxText(const Box& box) {
     return numbersText({box.left, box.bottom, box.right, box.top});
-}
-
-/// A name with its slash, bytes that it cannot hold as #xx.
-std::string nameText(std::string_view name) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    std::string text = "/";
-    for (const char letter : name) {
-        const auto byte = static_cast<std::uint8_t>(letter);
-        const bool isRegular = byte > ' ' && byte < 127 &&
-                               std::string_view("#()<>[]{}/%").find(letter) == std::string::npos;
-        if (isRegular) {
-            text += letter;
-        } else {
-            text += {'#', digits[byte >> 4U], digits[byte & 15U]};
-        }
-    }
-    return text;
 }
 
 GradientFacts gradientFacts(const Colour& colour) {
@@ -123,6 +101,12 @@ void NewPaints::add(PaintObject object) {
 std::int32_t NewPaints::hold(std::string function) {
     const std::int32_t number = nextIdentity();
     add({.number = number, .entries = std::move(function), .isDictionary = false});
+    return number;
+}
+
+std::int32_t NewPaints::holdStream(std::string entries, std::string data) {
+    const std::int32_t number = nextIdentity();
+    add({.number = number, .entries = std::move(entries), .data = std::move(data)});
     return number;
 }
 
@@ -220,6 +204,7 @@ std::int32_t NewPaints::tilingPattern(const PatternFacts& pattern, const Painted
 }
 
 void NewPaints::knowInks(const Object& resources) {
+    inkSpaces_.know(resources);
     const ObjectOwner spaces = entryOf(*cache_, resources, "ColorSpace");
     if (typeObject(spaces.get()) != ObjectType::dictionary) {
         return;
@@ -330,10 +315,26 @@ void ContentPaints::set(Walk& walk, const Colour& colour, bool isFill) {
         walk.text.add(isFill ? "scn\n" : "SCN\n");
         return;
     }
+    if (colour.kind == ColourKind::inks) {
+        return setInks(walk, colour.source, isFill);
+    }
     const std::int32_t number = paints_.pattern(colour, content_);
     walk.text.add(isFill ? "/Pattern cs /" : "/Pattern CS /");
     walk.text.add(resources_.add(ResourceCategory::pattern, number, 0));
     walk.text.add(isFill ? " scn\n" : " SCN\n");
+}
+
+void ContentPaints::setInks(Walk& walk, PaintSource mixture, bool isFill) {
+    const ObjectIdentifier space = paints_.inkSpace(mixture);
+    InkMixtureFacts facts;
+    callHost(slot::getInkMixture, mixture, &facts);
+    walk.text.add("/");
+    walk.text.add(resources_.add(ResourceCategory::colourSpace, space.number, space.generation));
+    walk.text.add(isFill ? " cs " : " CS ");
+    for (const Fixed tint : facts.tints) {
+        walk.text.add(tint);
+    }
+    walk.text.add(isFill ? "scn\n" : "SCN\n");
 }
 
 std::string_view ContentPaints::spaceOf(ColourSpace::Kind device) {

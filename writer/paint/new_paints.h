@@ -10,6 +10,7 @@
 #include "writer/page/drawn_content.h"
 #include "writer/page/resource_registry.h"
 #include "writer/paint/gradient_text.h"
+#include "writer/paint/ink_spaces.h"
 
 #include <array>
 #include <cstdint>
@@ -50,6 +51,10 @@ public:
     void knowInks(const Object& resources);
     /// The colour space of a custom colour: Separation, of that ink alone.
     ObjectIdentifier ink(PaintSource custom);
+    /// As `InkSpaces::of`.
+    ObjectIdentifier inkSpace(PaintSource mixture) {
+        return inkSpaces_.of(*cache_, mixture, *this);
+    }
     /// As `corvane::plainSpace`.
     std::int32_t plainSpace(ColourSpace::Kind device);
 
@@ -68,6 +73,7 @@ private:
 
     static Key keyOf(const Colour& colour, bool isMask, const PaintedContent& content);
     std::int32_t hold(std::string function) override;
+    std::int32_t holdStream(std::string entries, std::string data) override;
     std::string spaceText(ColourSpace::Kind device) override;
     void add(PaintObject object);
     std::string inkAlternate(const CustomColour& ink);
@@ -79,6 +85,7 @@ private:
     std::map<Key, std::int32_t> numbers_;
     std::map<std::string, ObjectIdentifier> inksOfPage_; ///< by name
     std::map<PaintSource, ObjectIdentifier> inks_;
+    InkSpaces inkSpaces_;
     std::vector<PaintObject> objects_;
     std::int64_t bytes_ = 0;
     ZoneCharge charge_; // of their texts
@@ -97,6 +104,8 @@ public:
     PaintDrawing& onArtboard() override;
 
 private:
+    void setInks(Walk& walk, PaintSource mixture, bool isFill);
+
     NewPaints& paints_;
     ResourceRegistry& resources_;
     PaintedContent content_;

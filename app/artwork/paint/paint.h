@@ -1,4 +1,4 @@
-// Paint that is more than one colour: gradients, patterns, and colours with an ink of their own.
+// Paint that is more than one colour: gradients, patterns, and colours with inks of their own.
 //
 // Geometry is in double, since it is multiplied by matrices before it is drawn. A matrix leads from
 // the paint's own space to the coordinates of the art: points, y up.
@@ -50,6 +50,14 @@ struct SpotColour {
     std::string name; ///< UTF-8
     std::array<Fixed, 4> process{};
     friend bool operator==(const SpotColour&, const SpotColour&) = default;
+};
+
+/// A colour that is printed with inks of its own, so much of each.
+struct InkMixture {
+    std::string names; ///< as `InkMixtureFacts::names`
+    std::vector<Fixed> tints;
+    Colour seen; ///< gray or process
+    friend bool operator==(const InkMixture&, const InkMixture&) = default;
 };
 
 } // namespace corvane

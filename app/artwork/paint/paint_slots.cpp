@@ -130,6 +130,23 @@ HostError addCustomColour(const CustomColour* facts, PaintSource* custom) {
     });
 }
 
+HostError addInkMixture(const InkMixtureFacts* facts, PaintSource* mixture) {
+    return guardedSlot([&](CallbackScope& scope) {
+        const InkMixtureFacts& told = target(facts);
+        PaintSource& made = target(mixture);
+        made = scope.document().addInkMixture({.names = std::string(told.names),
+                                               .tints = {told.tints.begin(), told.tints.end()},
+                                               .seen = told.seen});
+    });
+}
+
+HostError getInkMixture(PaintSource mixture, InkMixtureFacts* facts) {
+    return guardedSlot([&](CallbackScope& scope) {
+        const InkMixture& known = scope.document().inkMixture(mixture);
+        target(facts) = {.names = known.names, .tints = known.tints, .seen = known.seen};
+    });
+}
+
 HostError getNote(Note note, std::uint8_t* text) {
     return guardedSlot([&](CallbackScope& scope) {
         constexpr std::size_t size = 256;

@@ -1,5 +1,7 @@
 #include "app/artwork/paint/paint_table.h"
 
+#include "host/inks.h"
+
 #include <algorithm>
 #include <cmath>
 #include <initializer_list>
@@ -48,6 +50,13 @@ bool sensible(const Pattern& pattern) {
                    pattern.stepY}) &&
            pattern.left < pattern.right && pattern.bottom < pattern.top && pattern.stepX > 0 &&
            pattern.stepY > 0 && isFinite(pattern.matrix);
+}
+
+bool sensible(const InkMixture& mixture) {
+    const std::size_t inks = inkNames(mixture.names).size();
+    return inks != 0 && inks == mixture.tints.size() && plain(mixture.seen) &&
+           std::ranges::all_of(mixture.tints,
+                               [](Fixed tint) { return tint >= 0 && tint <= fixedOne; });
 }
 
 /// The record under a number that a handle holds, from 1.
@@ -107,6 +116,16 @@ std::uint32_t hashOf(const SpotColour& colour) {
     return hash.value();
 }
 
+std::uint32_t hashOf(const InkMixture& mixture) {
+    Hash hash;
+    hash.add(std::string_view(mixture.names));
+    for (const Fixed tint : mixture.tints) {
+        hash.add(tint);
+    }
+    hash.add(mixture.seen);
+    return hash.value();
+}
+
 std::uint32_t hashOf(const std::string& note) {
     Hash hash;
     hash.add(std::string_view(note));
@@ -124,6 +143,11 @@ std::int64_t sizeOf(const Pattern&) {
 
 std::int64_t sizeOf(const SpotColour& colour) {
     return static_cast<std::int64_t>(sizeof(SpotColour) + colour.name.capacity());
+}
+
+std::int64_t sizeOf(const InkMixture& mixture) {
+    return static_cast<std::int64_t>(sizeof(InkMixture) + mixture.names.capacity() +
+                                     mixture.tints.capacity() * sizeof(Fixed));
 }
 
 std::int64_t sizeOf(const std::string& note) {
@@ -148,6 +172,13 @@ PaintSource PaintTables::add(SpotColour colour) {
     return sourceOf(ColourKind::custom, spotColours_.add(std::move(colour)));
 }
 
+PaintSource PaintTables::add(InkMixture mixture) {
+    if (!sensible(mixture)) {
+        throw ArtworkError("the mixture of inks has a value without meaning");
+    }
+    return sourceOf(ColourKind::inks, mixtures_.add(std::move(mixture)));
+}
+
 Note PaintTables::add(std::string note) {
     return static_cast<Note>(notes_.add(std::move(note)) + 1);
 }
@@ -164,6 +195,10 @@ const SpotColour& PaintTables::spotColour(PaintSource source) const {
     return recordAt(spotColours_, source, ColourKind::custom, "there is no such custom colour");
 }
 
+const InkMixture& PaintTables::inkMixture(PaintSource source) const {
+    return recordAt(mixtures_, source, ColourKind::inks, "there is no such mixture of inks");
+}
+
 const std::string& PaintTables::note(Note note) const {
     return recordAt(notes_, static_cast<std::uint32_t>(note), "there is no such note");
 }
@@ -176,6 +211,9 @@ ColourKind PaintTables::kind(PaintSource source) const {
         return kind;
     case ColourKind::pattern:
         pattern(source);
+        return kind;
+    case ColourKind::inks:
+        inkMixture(source);
         return kind;
     default:
         spotColour(source);

@@ -1,4 +1,4 @@
-// The gradients, patterns, custom colours and notes of a document, each kept once.
+// The gradients, patterns, colours of inks and notes of a document, each kept once.
 #pragma once
 
 #include "app/artwork/budget.h"
@@ -16,12 +16,14 @@ namespace corvane {
 std::uint32_t hashOf(const Gradient&);
 std::uint32_t hashOf(const Pattern&);
 std::uint32_t hashOf(const SpotColour&);
+std::uint32_t hashOf(const InkMixture&);
 std::uint32_t hashOf(const std::string&);
 
 /// Bytes that a record takes.
 std::int64_t sizeOf(const Gradient&);
 std::int64_t sizeOf(const Pattern&);
 std::int64_t sizeOf(const SpotColour&);
+std::int64_t sizeOf(const InkMixture&);
 std::int64_t sizeOf(const std::string&);
 
 /// Records are numbered from 0, and stay where they are for the document's life.
@@ -72,25 +74,29 @@ private:
 class PaintTables {
 public:
     explicit PaintTables(ArtworkBudget& budget)
-        : gradients_(budget), patterns_(budget), spotColours_(budget), notes_(budget) {}
+        : gradients_(budget), patterns_(budget), spotColours_(budget), mixtures_(budget),
+          notes_(budget) {}
 
     /// These throw `ArtworkError` where a value has no meaning; see `paint.h`.
     PaintSource add(Gradient);
     PaintSource add(Pattern);
     PaintSource add(SpotColour);
+    PaintSource add(InkMixture);
     Note add(std::string note);
 
     const Gradient& gradient(PaintSource) const;
     const Pattern& pattern(PaintSource) const;
     const SpotColour& spotColour(PaintSource) const;
+    const InkMixture& inkMixture(PaintSource) const;
     const std::string& note(Note) const;
-    /// Gradient, pattern or custom.
+    /// Gradient, pattern, custom or inks.
     ColourKind kind(PaintSource) const;
 
 private:
     PaintTable<Gradient> gradients_;
     PaintTable<Pattern> patterns_;
     PaintTable<SpotColour> spotColours_;
+    PaintTable<InkMixture> mixtures_;
     PaintTable<std::string> notes_;
 };
 

@@ -66,6 +66,8 @@ void fillTable(std::span<HostProcedure> table) {
     fillSlot(table, slot::addPattern, answer::addPattern);
     fillSlot(table, slot::getPattern, answer::getPattern);
     fillSlot(table, slot::addCustomColour, answer::addCustomColour);
+    fillSlot(table, slot::addInkMixture, answer::addInkMixture);
+    fillSlot(table, slot::getInkMixture, answer::getInkMixture);
 
     fillSlot(table, slot::addFont, answer::addFont);
     fillSlot(table, slot::setFontFile, answer::setFontFile);

@@ -73,6 +73,8 @@ HostError getGradient(PaintSource gradient, GradientFacts*);
 HostError addPattern(const PatternFacts*, PaintSource* pattern);
 HostError getPattern(PaintSource pattern, PatternFacts*);
 HostError addCustomColour(const CustomColour*, PaintSource* custom);
+HostError addInkMixture(const InkMixtureFacts*, PaintSource* mixture);
+HostError getInkMixture(PaintSource mixture, InkMixtureFacts*);
 
 // Text
 HostError addFont(const FontFacts*, Font* font);

@@ -2,6 +2,7 @@
 
 #include "app/svg/markup.h"
 #include "app/svg/paint/colour.h"
+#include "app/svg/paint/ink_list.h"
 
 #include <algorithm>
 #include <array>
@@ -35,12 +36,8 @@ bool sameColour(const Colour& left, const Colour& right) {
     return left == right;
 }
 
-/// The amounts and levels that the visible colour does not tell exactly.
-void writeExactColour(TextOutput& out, const PaintNames& names, const Colour& colour,
-                      ScreenColour visible) {
-    if (sameColour(colour, plainColour(visible))) {
-        return;
-    }
+/// The exact amounts or levels of a colour.
+void writeExactColour(TextOutput& out, const PaintNames& names, const Colour& colour) {
     if (colour.kind == ColourKind::gray) {
         writeNumberAttribute(out, names.gray, std::int64_t{fixedOne} - colour.component[0]);
         return;
@@ -75,13 +72,23 @@ void writeSpot(TextOutput& out, const PaintNames& names, const SpotColour& spot,
     }
 }
 
+/// What is seen of inks is always said exactly, so that it is noticed where somebody changes it.
+void writeInks(TextOutput& out, const PaintNames& names, const InkMixture& mixture,
+               bool blackIsDefault) {
+    writeVisible(out, names, screenColour(mixture.seen), blackIsDefault);
+    writeExactColour(out, names, mixture.seen);
+    writeInkList(out, names.inks, mixture);
+}
+
 } // namespace
 
 void writeColour(TextOutput& out, const PaintNames& names, const Colour& colour,
                  bool blackIsDefault) {
     const ScreenColour visible = screenColour(colour);
     writeVisible(out, names, visible, blackIsDefault);
-    writeExactColour(out, names, colour, visible);
+    if (!sameColour(colour, plainColour(visible))) {
+        writeExactColour(out, names, colour);
+    }
 }
 
 void writePaint(TextOutput& out, const PaintNames& names, const Colour& colour,
@@ -94,6 +101,9 @@ void writePaint(TextOutput& out, const PaintNames& names, const Colour& colour,
     case ColourKind::custom:
         writeSpot(out, names, of.servers.document().spotColour(colour.source), colour.component[0],
                   blackIsDefault);
+        return;
+    case ColourKind::inks:
+        writeInks(out, names, of.servers.document().inkMixture(colour.source), blackIsDefault);
         return;
     case ColourKind::pattern:
     case ColourKind::gradient:

@@ -18,16 +18,23 @@ struct PaintNames {
     std::string_view origin;
     std::string_view spot;
     std::string_view tint;
+    std::string_view inks;
 };
 inline constexpr PaintNames fillNames{"fill",           "data-fill-gray",   "data-fill-rgb",
                                       "data-fill-cmyk", "data-fill-origin", "data-fill-spot",
-                                      "data-fill-tint"};
+                                      "data-fill-tint", "data-fill-inks"};
 inline constexpr PaintNames strokeNames{
     "stroke",           "data-stroke-gray",   "data-stroke-rgb",
     "data-stroke-cmyk", "data-stroke-origin", "data-stroke-spot",
-    "data-stroke-tint"};
-inline constexpr PaintNames stopNames{
-    "stop-color", "data-stop-gray", "data-stop-rgb", "data-stop-cmyk", "data-stop-origin", {}, {}};
+    "data-stroke-tint", "data-stroke-inks"};
+inline constexpr PaintNames stopNames{"stop-color",
+                                      "data-stop-gray",
+                                      "data-stop-rgb",
+                                      "data-stop-cmyk",
+                                      "data-stop-origin",
+                                      {},
+                                      {},
+                                      {}};
 
 /// The gradients and patterns of an element that a pen transforms.
 struct ElementServers {

@@ -37,17 +37,30 @@ double lightOf(const Colour& colour) {
     return (.2125 * seen.red + .7154 * seen.green + .0721 * seen.blue) / 255;
 }
 
-void grayColour(Colour& colour) {
-    if (colour.kind == ColourKind::process || colour.kind == ColourKind::custom) {
+/// What is seen of inks with names; other colours are themselves.
+Colour withoutInks(const Document& document, const Colour& colour) {
+    switch (colour.kind) {
+    case ColourKind::custom:
+        return standIn(document.spotColour(colour.source), colour.component[0]);
+    case ColourKind::inks:
+        return document.inkMixture(colour.source).seen;
+    default:
+        return colour;
+    }
+}
+
+void grayColour(const Document& document, Colour& colour) {
+    colour = withoutInks(document, colour);
+    if (colour.kind == ColourKind::process) {
         const double light = lightOf(colour);
         colour = Colour();
         colour.component[0] = static_cast<Fixed>(std::lround((1 - light) * fixedOne));
     }
 }
 
-PathStyle grayed(PathStyle style) {
-    grayColour(style.fill);
-    grayColour(style.stroke);
+PathStyle grayed(const Document& document, PathStyle style) {
+    grayColour(document, style.fill);
+    grayColour(document, style.stroke);
     return style;
 }
 
@@ -207,10 +220,11 @@ void MaskReader::grayOut(Art content) {
     Document& document = context_.document;
     for (Art art = content; art != Art::null; art = following(document, art, content)) {
         if (document.kind(art) == ArtKind::path) {
-            document.setStyle(art, grayed(document.style(art)));
+            document.setStyle(art, grayed(document, document.style(art)));
         } else if (document.kind(art) == ArtKind::text) {
             for (std::int32_t run = 0; run < document.textRunCount(art); ++run) {
-                document.setTextRunStyle(art, run, grayed(document.textRun(art, run).style));
+                document.setTextRunStyle(art, run,
+                                         grayed(document, document.textRun(art, run).style));
             }
         }
     }

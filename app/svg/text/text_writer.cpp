@@ -320,7 +320,7 @@ void TextWriter::writeDecorations(const TextRun& run) {
     }
     writePlainAttribute(out_, "text-decoration", lines);
     if (last.hasColour) {
-        const PaintNames names{"text-decoration-color", {}, {}, {}, {}, {}, {}};
+        const PaintNames names{"text-decoration-color", {}, {}, {}, {}, {}, {}, {}};
         writeColour(out_, names, plainColour(screenColour(last.colour)), false);
     }
     if (last.thickness != 0) {

@@ -40,6 +40,9 @@ protected:
         if (colour.kind == ColourKind::pattern) {
             return "[" + fills(document().pattern(colour.source).tile) + "]";
         }
+        if (colour.kind == ColourKind::inks) {
+            return textOf(document().inkMixture(colour.source).seen);
+        }
         const SeenColour seen = seenColour(colour);
         std::array<char, 16> hex{};
         std::snprintf(hex.data(), hex.size(), "%02x%02x%02x ", seen.red, seen.green, seen.blue);

@@ -213,7 +213,7 @@ TEST_F(StyleTest, ColoursOfEveryKind) {
     for (const ColourKind kind : {ColourKind::pattern, ColourKind::gradient}) {
         EXPECT_EQ(changed([&](PathStyle& style) { style.stroke.kind = kind; }), ".5 G\n");
     }
-    const auto unknown = [](PathStyle& style) { style.stroke.kind = ColourKind{5}; };
+    const auto unknown = [](PathStyle& style) { style.stroke.kind = ColourKind{6}; };
     EXPECT_EQ(refused(unknown), Exception::type);
 }
 

@@ -28,7 +28,9 @@ protected:
                 .bytes());
     }
     SeenColour fillOf(std::size_t index) {
-        return seenColour(document_->style(artist().at(index)).fill);
+        const Colour fill = document_->style(artist().at(index)).fill;
+        return seenColour(fill.kind == ColourKind::inks ? document_->inkMixture(fill.source).seen
+                                                        : fill);
     }
 };
 

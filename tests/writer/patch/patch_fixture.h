@@ -233,7 +233,8 @@ protected:
         "22 0 R >> "
         "/ExtGState << /Half << /ca .5 /CA .5 >> /Full << /ca 1 /CA 1 >> /Wide << /LW 7 /D [[5 3] "
         "1] >> /B << /LW 1 /Font [20 0 R 10] >> >> "
-        "/Pattern << /P 23 0 R >> >>";
+        "/Pattern << /P 23 0 R >> /ColorSpace << /I [/Separation /All /DeviceRGB << "
+        "/FunctionType 2 /Domain [0 1] /C0 [1 1 1] /C1 [.2 0 .4] /N 2 >>] >> >>";
     static PdfBuilder withResources(PdfBuilder file) {
         file.object(20, "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>")
             .stream(21, "0 0 9 9 re f", "/Type /XObject /Subtype /PS")

@@ -112,6 +112,10 @@ private:
     }
 
     void addSetting() {
+        if (hasOpaque_ && chance_.once(12)) { // forms may not have that space
+            const std::string tint = real(chance_.number(0, 1));
+            return add(chance_.once(2) ? "/I cs " + tint + " scn" : "/I CS " + tint + " SCN");
+        }
         const std::string light = real(chance_.number(0, 1));
         const std::array settings = {
             std::string("/Wide gs"),

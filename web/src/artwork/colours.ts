@@ -73,7 +73,7 @@ export function setPaint(artwork: Artwork, element: SVGElement, side: Side, pain
   const data = (name: string, value: string | null): void => artwork.set(element, `data-${side}-${name}`, value);
   dropStyle(artwork, element, side);
   artwork.set(element, side, visible(paint));
-  for (const name of ["gray", "rgb", "origin"]) data(name, null);
+  for (const name of ["gray", "rgb", "origin", "inks"]) data(name, null);
   const inks = paint.kind === "ink" || paint.kind === "spot" ? paint.amounts : null;
   data("cmyk", inks === null ? null : inks.map(numberText).join(" "));
   data("spot", paint.kind === "spot" ? paint.name : null);

@@ -65,6 +65,7 @@ void readBase(DocumentCache& cache, const PageBase& base, BaseReading& reading) 
     interpreter.readsTransparency = hostHoldsAppearance();
     interpreter.readsPens = hostHoldsPens();
     interpreter.readsIntents = hostHoldsIntents();
+    interpreter.readsInkMixtures = hostHoldsInkMixtures();
     runBase(interpreter, base, reading.trace);
     readAnnotations(interpreter, base, reading);
     reading.layers.read(reading.root, std::move(interpreter.layers));

@@ -84,8 +84,26 @@ VisibleColour visible(const Colour& colour) {
     return seen;
 }
 
-/// A custom colour as the process colour that is seen for it.
+InkMixtureFacts mixtureOf(const Colour& colour) {
+    InkMixtureFacts facts;
+    callHost(slot::getInkMixture, colour.source, &facts);
+    return facts;
+}
+
+/// Of mixtures their inks count: what is seen follows from them.
+bool sameInks(const Colour& was, const Colour& is) {
+    const InkMixtureFacts former = mixtureOf(was);
+    const InkMixtureFacts now = mixtureOf(is);
+    return former.names == now.names &&
+           std::ranges::equal(former.tints, now.tints,
+                              [](Fixed a, Fixed b) { return isNear(a, b, 1); });
+}
+
+/// A custom colour or a mixture of inks as the colour that is seen for it.
 Colour standIn(const Colour& colour) {
+    if (colour.kind == ColourKind::inks) {
+        return mixtureOf(colour).seen;
+    }
     if (colour.kind != ColourKind::custom) {
         return colour;
     }
@@ -183,6 +201,9 @@ bool samePen(const Pen& a, const Pen& b) {
 bool sameColour(const Colour& was, const Colour& is) {
     if (compareColor(was, is)) {
         return true;
+    }
+    if (was.kind == ColourKind::inks && is.kind == ColourKind::inks) {
+        return sameInks(was, is);
     }
     const Colour former = standIn(was);
     if (!isPlain(former) || !isPlain(is)) {

@@ -1,6 +1,7 @@
 #include "app/svg/read/paint/paint_twin.h"
 
 #include "app/artwork/arithmetic.h"
+#include "app/svg/paint/ink_list.h"
 #include "app/svg/read/values/fixed_number.h"
 #include "app/svg/read/values/number_list.h"
 
@@ -19,13 +20,16 @@ struct TwinNames {
     Attribute origin;
     Attribute spot = Attribute::unknown;
     Attribute tint = Attribute::unknown;
+    Attribute inks = Attribute::unknown;
 };
 constexpr TwinNames fillNames{Attribute::dataFillGray, Attribute::dataFillRgb,
                               Attribute::dataFillCmyk, Attribute::dataFillOrigin,
-                              Attribute::dataFillSpot, Attribute::dataFillTint};
+                              Attribute::dataFillSpot, Attribute::dataFillTint,
+                              Attribute::dataFillInks};
 constexpr TwinNames strokeNames{Attribute::dataStrokeGray, Attribute::dataStrokeRgb,
                                 Attribute::dataStrokeCmyk, Attribute::dataStrokeOrigin,
-                                Attribute::dataStrokeSpot, Attribute::dataStrokeTint};
+                                Attribute::dataStrokeSpot, Attribute::dataStrokeTint,
+                                Attribute::dataStrokeInks};
 
 constexpr TwinNames stopNames{Attribute::dataStopGray, Attribute::dataStopRgb,
                               Attribute::dataStopCmyk, Attribute::dataStopOrigin};
@@ -62,16 +66,23 @@ std::optional<Colour> cmykColour(std::string_view text, std::string_view origin)
     return colour;
 }
 
+std::string_view valueOf(const Attributes& attributes, Attribute name) {
+    return name == Attribute::unknown ? std::string_view() : attributes[name];
+}
+
 std::optional<PaintTwin> twinOf(const Attributes& attributes, const TwinNames& names) {
+    const auto twinAs = [&](std::optional<Colour> exact) {
+        return PaintTwin{exact, {}, 0, valueOf(attributes, names.inks)};
+    };
     if (attributes.has(names.gray)) {
-        return PaintTwin{grayColour(attributes[names.gray]), {}, 0};
+        return twinAs(grayColour(attributes[names.gray]));
     }
     if (attributes.has(names.rgb)) {
-        return PaintTwin{rgbColour(attributes[names.rgb]), {}, 0};
+        return twinAs(rgbColour(attributes[names.rgb]));
     }
     if (attributes.has(names.cmyk)) {
-        PaintTwin twin{cmykColour(attributes[names.cmyk], attributes[names.origin]), {}, 0};
-        twin.spot = names.spot == Attribute::unknown ? std::string_view{} : attributes[names.spot];
+        PaintTwin twin = twinAs(cmykColour(attributes[names.cmyk], attributes[names.origin]));
+        twin.spot = valueOf(attributes, names.spot);
         std::array<double, 1> tint{};
         if (!twin.spot.empty() && parseNumbers(attributes[names.tint], tint)) {
             twin.tint = saturate(wideFixed(tint[0]));
@@ -97,7 +108,15 @@ Colour PaintTwin::resolve(ScreenColour visible, Document& document) const {
         }
         return plainColour(visible);
     }
-    return exact && screenColour(*exact) == visible ? *exact : plainColour(visible);
+    if (!exact || screenColour(*exact) != visible) {
+        return plainColour(visible);
+    }
+    if (std::optional<InkMixture> mixture = parseInkList(inks, *exact)) {
+        Colour colour{.kind = ColourKind::inks};
+        colour.source = document.addInkMixture(std::move(*mixture));
+        return colour;
+    }
+    return *exact;
 }
 
 std::optional<PaintTwin> fillTwin(const Attributes& attributes) {

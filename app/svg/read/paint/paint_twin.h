@@ -15,8 +15,10 @@ struct PaintTwin {
     std::optional<Colour> exact;
     std::string_view spot; ///< name of a custom colour that `exact` stands for; empty: none
     Fixed tint = 0;        ///< how much the custom colour is weakened
+    std::string_view inks; ///< a mixture of inks that is seen as `exact`; empty: none
 
-    /// The colour that `visible` means. A custom colour is added to the document.
+    /// The colour that `visible` means. Custom colours and mixtures of inks are added to the
+    /// document.
     Colour resolve(ScreenColour visible, Document& document) const;
 };
 

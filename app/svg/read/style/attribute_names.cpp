@@ -201,6 +201,8 @@ constexpr std::array<std::string_view, attributeCount> names{
     "data-fill-tint",
     "data-stroke-spot",
     "data-stroke-tint",
+    "data-fill-inks",
+    "data-stroke-inks",
     "data-stop-gray",
     "data-stop-rgb",
     "data-stop-cmyk",

@@ -199,6 +199,8 @@ enum class Attribute : std::uint8_t {
     dataFillTint,
     dataStrokeSpot,
     dataStrokeTint,
+    dataFillInks,
+    dataStrokeInks,
     dataStopGray,
     dataStopRgb,
     dataStopCmyk,

@@ -100,7 +100,7 @@ TEST_F(PaintTest, handlesOfNothingAndOfOtherKindsAreRefused) {
         }
         EXPECT_EQ(document.paintKind(sources[kind]), kinds[kind]);
     }
-    EXPECT_FALSE(takes(art, static_cast<ColourKind>(5), sources[0]));
+    EXPECT_FALSE(takes(art, static_cast<ColourKind>(6), sources[0]));
     EXPECT_TRUE(takes(art, ColourKind::gray, static_cast<PaintSource>(77)));
     EXPECT_THROW(document.gradient(sources[1]), ArtworkError);
     EXPECT_THROW(document.pattern(sources[0]), ArtworkError);
@@ -149,6 +149,46 @@ TEST_F(PaintTest, valuesWithoutMeaningAreRefused) {
         Pattern wrong = pattern(tile);
         spoil(wrong);
         EXPECT_THROW(host.document.addPattern(wrong), ArtworkError);
+    }
+}
+
+TEST_F(PaintTest, mixturesOfInks) {
+    const std::string names("\4Cyan\2\xFF;", 8);
+    const std::vector<Fixed> tints = {0, fixedOne};
+    InkMixtureFacts facts{.names = names, .tints = tints, .seen = {}};
+    PaintSource source{};
+    PaintSource same{};
+    ASSERT_EQ(host(slot::addInkMixture, &facts, &source), HostError::none);
+    ASSERT_EQ(host(slot::addInkMixture, &facts, &same), HostError::none);
+    EXPECT_EQ(source, same);
+    EXPECT_EQ(host.document.paintKind(source), ColourKind::inks);
+    InkMixtureFacts told;
+    ASSERT_EQ(host(slot::getInkMixture, source, &told), HostError::none);
+    EXPECT_EQ(told.names, names);
+    EXPECT_TRUE(std::ranges::equal(told.tints, tints));
+    const Art art = path(layerArt());
+    EXPECT_TRUE(takes(art, ColourKind::inks, source));
+    EXPECT_FALSE(takes(art, ColourKind::custom, source));
+    const std::function<void(InkMixture&)> wrong[] = {
+        [](InkMixture& m) { m.names.clear(); },
+        [](InkMixture& m) { m.tints.pop_back(); },
+        [](InkMixture& m) { m.tints[0] = -1; },
+        [](InkMixture& m) { m.tints[1] = fixedOne + 1; },
+        [](InkMixture& m) { m.names[0] = 0; },
+        [](InkMixture& m) { m.names[5] = 3; },
+        [](InkMixture& m) { m.names.assign(1, '\x7F') += std::string(126, 'x'); },
+        [](InkMixture& m) { m.seen.kind = ColourKind::inks; },
+        [](InkMixture& m) {
+            m.names.clear();
+            for (m.tints.clear(); m.tints.size() <= mostInks; m.tints.push_back(0)) {
+                m.names += "\x01x";
+            }
+        },
+    };
+    for (const auto& spoil : wrong) {
+        InkMixture mixture{.names = names, .tints = tints, .seen = {}};
+        spoil(mixture);
+        EXPECT_THROW(host.document.addInkMixture(mixture), ArtworkError);
     }
 }
 
