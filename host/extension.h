@@ -183,7 +183,7 @@ struct DrawnImageFacts {
 /// Versions only add fields at the end. A host states the version that its record was made for; the
 /// plug-in reads no further, and takes what is missing as not filled (runtime/extension.h).
 struct HostExtension {
-    static constexpr std::uint32_t currentVersion = 9;
+    static constexpr std::uint32_t currentVersion = 10;
 
     // Version 1.
 
@@ -269,6 +269,8 @@ struct HostExtension {
     void (*pageThumbnail)(void* context, const PageThumbnail&) = nullptr;
 
     // Version 9: art has rendering intents.
+
+    // Version 10: lines of text grow on both sides. The callback table has slot 367.
 };
 
 /// Registers (null: removes) the record of the host of this process; not an owner.
