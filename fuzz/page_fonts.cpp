@@ -20,11 +20,11 @@ constexpr std::string_view cidProgram =
     "150001020001000C1D000000041D000000AD12"
     ">";
 
-/// Letters, a ligature, a letter that has several codes, no text, and half a pair.
+/// Letters from both sides, a ligature, a letter that has several codes, no text, and half a pair.
 constexpr std::string_view toUnicode =
     "1 begincodespacerange <0000> <FFFF> endcodespacerange 5 beginbfchar <0005> <0041> "
     "<012C> <006600660069> <0007> <0041> <0008> <> <0009> <D800> endbfchar "
-    "1 beginbfrange <0020> <007E> <0020> endbfrange";
+    "2 beginbfrange <0020> <007E> <0020> <05D0> <05EA> <05D0> endbfrange";
 
 } // namespace
 

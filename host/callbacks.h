@@ -33,7 +33,7 @@ struct Slot {
     int number;
 };
 
-inline constexpr int slotCount = 369;
+inline constexpr int slotCount = 370;
 
 namespace slot {
 
@@ -104,6 +104,10 @@ inline constexpr Slot<HostError(Art text, const TextLine*)> setTextLine{334};
 inline constexpr Slot<HostError(Art text, TextLine*)> getTextLine{335};
 /// Adds a run behind those that the text object has.
 inline constexpr Slot<HostError(Art text, const TextRun*)> addTextRun{336};
+/// Adds a run before those that the text object has, whose line is this one then; the run that was
+/// the first is moved on by `gap`, in its ems. From version 10 of the extension on.
+inline constexpr Slot<HostError(Art text, const TextLine*, const TextRun*, Fixed gap)>
+    addTextRunBefore{369};
 inline constexpr Slot<HostError(Art text, std::int32_t* count)> getTextRunCount{337};
 /// Text and pieces live until the text object is changed or disposed of.
 inline constexpr Slot<HostError(Art text, std::int32_t index, TextRun*)> getTextRun{338};

@@ -270,7 +270,8 @@ struct HostExtension {
 
     // Version 9: art has rendering intents.
 
-    // Version 10: colours may be mixtures of inks. The callback table has slots 367 and 368.
+    // Version 10: colours may be mixtures of inks, and lines of text grow on both sides. The
+    // callback table has slots 367 to 369.
 };
 
 /// Registers (null: removes) the record of the host of this process; not an owner.

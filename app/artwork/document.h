@@ -116,6 +116,9 @@ public:
     TextRun textRun(Art text, std::int32_t index) const;
     /// Its font must be here, its size more than 0, its text without control characters.
     void addTextRun(Art text, const TextRun&);
+    /// The same, before the runs that are there: the line is then this one, and the run that was
+    /// the first is moved on by `gap`, in its ems.
+    void addTextRunBefore(Art text, const TextLine&, const TextRun&, Fixed gap);
     void setTextRunStyle(Art text, std::int32_t index, const PathStyle&);
     /// Moves, turns and stretches a line. By how much its letters grow in height goes into sizes.
     void transformText(Art text, const RealMatrix&);
@@ -185,6 +188,7 @@ private:
     NodeIndex findArtwork(Art) const;
     NodeIndex topOf(NodeIndex) const;
     void checkStyle(NodeIndex art, const PathStyle&) const;
+    void checkRun(NodeIndex text, const TextRun&) const;
     void checkColour(NodeIndex art, const Colour&) const;
     void checkTileStyle(const PathStyle&, PaintSource first) const;
     void checkPatternsAt(NodeIndex top, NodeIndex parent) const;

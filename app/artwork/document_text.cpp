@@ -84,8 +84,8 @@ TextRun Document::textRun(Art text, std::int32_t index) const {
     return texts_.run(tree_.find(text, ArtKind::text), index);
 }
 
-void Document::addTextRun(Art text, const TextRun& run) {
-    const NodeIndex node = tree_.find(text, ArtKind::text);
+/// Throws where it is none that the text may have.
+void Document::checkRun(NodeIndex node, const TextRun& run) const {
     fonts_.facts(run.font);
     if (run.text.empty() || run.text.size() > longestText || !isPlainText(run.text)) {
         throw ArtworkError("the run has no text, or characters that no text has");
@@ -102,7 +102,19 @@ void Document::addTextRun(Art text, const TextRun& run) {
         throw ArtworkError("the source of a run has a value without meaning");
     }
     checkStyle(node, run.style);
+}
+
+void Document::addTextRun(Art text, const TextRun& run) {
+    const NodeIndex node = tree_.find(text, ArtKind::text);
+    checkRun(node, run);
     texts_.addRun(node, run);
+}
+
+void Document::addTextRunBefore(Art text, const TextLine& line, const TextRun& run, Fixed gap) {
+    const NodeIndex node = tree_.find(text, ArtKind::text);
+    checkRun(node, run);
+    setTextLine(text, line);
+    texts_.addRunBefore(node, run, gap);
 }
 
 void Document::setTextRunStyle(Art text, std::int32_t index, const PathStyle& style) {

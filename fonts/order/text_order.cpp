@@ -93,7 +93,7 @@ bool standsAgain(const ReadLine& line, std::u32string_view read,
 }
 
 /// What stands is nearly what is read; the levels of that tell more, and so on.
-std::optional<ReadLine> readingOf(std::u32string_view standing, bool isRightToLeft) {
+std::optional<ReadLine> readIn(std::u32string_view standing, bool isRightToLeft) {
     constexpr int mostTries = 4;
     std::vector<TextLevel> guess = levelsOf(standing, isRightToLeft); // by place
     for (int i = 0; i < mostTries; ++i) {
@@ -122,11 +122,15 @@ bool isLeftToRight(char32_t character) {
 
 } // namespace
 
+std::optional<ReadLine> readingOf(std::u32string_view standing, bool isLikely) {
+    auto line = readIn(standing, isLikely);
+    return line ? line : readIn(standing, !isLikely);
+}
+
 std::optional<ReadLine> readingOf(std::u32string_view standing) {
     const bool isLikely = std::ranges::count_if(standing, isRightToLeft) >=
                           std::ranges::count_if(standing, isLeftToRight);
-    auto line = readingOf(standing, isLikely);
-    return line ? line : readingOf(standing, !isLikely);
+    return readingOf(standing, isLikely);
 }
 
 std::u32string inOtherOrder(std::u32string_view text) {

@@ -31,6 +31,8 @@ struct ReadLine {
 /// Of the two directions the one of most letters is tried first. Nothing where what is found would
 /// not stand so again.
 std::optional<ReadLine> readingOf(std::u32string_view standing);
+/// The same; the direction that is tried first, from the right or not, is given.
+std::optional<ReadLine> readingOf(std::u32string_view standing, bool isLikely);
 
 /// The text of one glyph as it stands, which is given as it is read, or the other way round:
 /// letters from the right are turned round one by one, each with its marks behind it.

@@ -185,6 +185,9 @@ void ContentTrace::applyShow(const Interpreter& interpreter, TraceEvent& event) 
                         .unit = unitOf(text),
                         .isVertical = isVertical(text)});
     for (const ShownPart& part : shown.parts) {
+        if (part.isBefore) {
+            moveOn(part);
+        }
         textParts_.push(part);
         painted_.push({.event = next(),
                        .art = part.art,
@@ -194,6 +197,16 @@ void ContentTrace::applyShow(const Interpreter& interpreter, TraceEvent& event) 
     }
     event.art = shown.parts.front().art;
     markClips(&ClipLink::holds);
+}
+
+/// The runs of a line that got another one before them.
+void ContentTrace::moveOn(const ShownPart& before) {
+    for (std::size_t i = textParts_.size(); i-- > 0 && textParts_[i].art == before.art;) {
+        ShownPart& part = textParts_[i];
+        const bool wasFirst = part.run++ == 0;
+        part.start += before.length + (wasFirst ? 0 : before.gap);
+        part.length += wasFirst ? before.gap : 0;
+    }
 }
 
 /// An image, a form, or something else that no art shows.

@@ -184,6 +184,7 @@ private:
     void apply(const Interpreter& interpreter, TraceEvent& event);
     void applyPath(const Interpreter& interpreter, TraceEvent& event);
     void applyShow(const Interpreter& interpreter, TraceEvent& event);
+    void moveOn(const ShownPart& before);
     void applyObject(const Interpreter& interpreter, TraceEvent& event);
     void applyShading(const Interpreter& interpreter, TraceEvent& event);
     void addTextPlace(const Interpreter& interpreter);

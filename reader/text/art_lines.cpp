@@ -2,8 +2,22 @@
 
 #include "reader/content/appearance.h"
 #include "runtime/callbacks.h"
+#include "runtime/extension.h"
 
 namespace corvane {
+
+namespace {
+
+/// Runs that a line has before no more come in front: all are moved each time. A line of a page has
+/// about as many letters at most.
+constexpr std::int32_t mostRunsBefore = 256;
+
+bool hostGrowsLines() {
+    const auto extension = knownExtension();
+    return extension && extension->version >= 10;
+}
+
+} // namespace
 
 bool ArtLines::goesOn() {
     const LineArt& line = art();
@@ -33,18 +47,41 @@ void ArtLines::beginLine(TextLine& line) {
                          .intent = made.intent});
 }
 
-void ArtLines::addRun(TextRun& run, ShownPart part) {
-    ContentLevel& level = interpreter_.level;
-    LineArt& line = art();
+/// Where it comes from.
+void ArtLines::note(TextRun& run) {
+    const ContentLevel& level = interpreter_.level;
     if (level.tellsSources) {
         run.source = interpreter_.sourceFrom(level.span.start);
     }
-    callHost(slot::addTextRun, line.art, &run);
+}
+
+/// That it was painted.
+void ArtLines::keep(const TextRun& run, ShownPart part) {
+    ContentLevel& level = interpreter_.level;
     interpreter_.seenThrough += run.fillOpacity != 1 || run.strokeOpacity != 1 ? 1 : 0;
-    line.painted = ++level.painted;
-    part.art = line.art;
-    part.run = line.runs++;
+    art().painted = ++level.painted;
+    ++art().runs;
+    part.art = art().art;
     level.shown.parts.push_back(part);
+}
+
+void ArtLines::addRun(TextRun& run, ShownPart part) {
+    note(run);
+    callHost(slot::addTextRun, art().art, &run);
+    part.run = art().runs;
+    keep(run, part);
+}
+
+bool ArtLines::takesBefore() {
+    return hostGrowsLines() && art().runs < mostRunsBefore && goesOn();
+}
+
+void ArtLines::addRunBefore(const TextLine& line, TextRun& run, ShownPart part, Fixed gap) {
+    note(run);
+    callHost(slot::addTextRunBefore, art().art, &line, &run, gap);
+    part.run = 0;
+    part.isBefore = true;
+    keep(run, part);
 }
 
 } // namespace corvane

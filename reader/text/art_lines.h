@@ -14,8 +14,12 @@ public:
     bool goesOn() override;
     void beginLine(TextLine& line) override;
     void addRun(TextRun& run, ShownPart part) override;
+    bool takesBefore() override;
+    void addRunBefore(const TextLine& line, TextRun& run, ShownPart part, Fixed gap) override;
 
 private:
+    void note(TextRun& run);
+    void keep(const TextRun& run, ShownPart part);
     LineArt& art() { return interpreter_.level.text.art; }
 
     Interpreter& interpreter_;

@@ -15,6 +15,9 @@ public:
     void beginLine(TextLine& line) override;
     /// Runs that look alike become one: nothing tells them apart once they are read from SVG.
     void addRun(TextRun& run, ShownPart part) override;
+    /// What clips is not put into the order of reading: nobody would be helped.
+    bool takesBefore() override { return false; }
+    void addRunBefore(const TextLine&, TextRun&, ShownPart, Fixed) override {}
 
 private:
     void charge(std::size_t bytes);

@@ -2,41 +2,20 @@
 
 #include "fonts/made_font.h"
 #include "host/utf8.h"
+#include "reader/text/line_rules.h"
 #include "reader/text/page_fonts.h"
 #include "runtime/fixed.h"
 #include "runtime/matrix.h"
 
 #include <algorithm>
 #include <cmath>
-#include <numeric>
 
 namespace corvane {
 
 namespace {
 
-// In ems. Words of justified text stand up to one apart, columns farther; kerning goes back by less
-// than a third.
-constexpr double widestGap = 1.0;
-constexpr double farthestBack = 0.35;
-/// A gap from here on reads as a blank: blanks of fonts are a quarter wide, letters that are moved
-/// apart stand less.
-constexpr double blankGap = 0.15;
-/// By how much a glyph may miss its place.
-constexpr double tolerance = 0.004;
-/// By how much a baseline may miss the line, and a direction its own.
-constexpr double sameBaseline = 0.008;
-constexpr double sameDirection = 1e-4;
-
 double roundedAdvance(double ems) {
     return std::round(ems * madeUnits) / madeUnits;
-}
-
-bool isNear(double a, double b) {
-    return std::abs(a - b) <= sameDirection * std::max(1.0, std::abs(a));
-}
-
-bool isParallel(const RealMatrix& a, const RealMatrix& b) {
-    return isNear(a.a, b.a) && isNear(a.b, b.b) && isNear(a.c, b.c) && isNear(a.d, b.d);
 }
 
 /// One that stands by itself, or a mark that combines.
@@ -48,10 +27,6 @@ bool isAccent(std::string_view text) {
     constexpr std::u32string_view accents = U"^`~\u00A8\u00AF\u00B4\u00B8";
     return accents.find(character) != accents.npos || (character >= 0x2C6 && character <= 0x2DD) ||
            (character >= 0x300 && character <= 0x36F);
-}
-
-bool isBlank(std::string_view text) {
-    return text == " " || text == "\xC2\xA0";
 }
 
 } // namespace
@@ -98,14 +73,17 @@ RealPoint LineBuilder::onLine(double pen) const {
     return isVertical_ ? RealPoint{-at.y, at.x} : at;
 }
 
+bool LineBuilder::isOnLine(const RealPoint& at) const {
+    return std::abs(at.y) <= sameBaseline * std::max(realFromFixed(run_.size), open_.size);
+}
+
 bool LineBuilder::goesOn(double pen) {
     if (!open_.isOpen || open_.isVertical != isVertical_ || !isParallel(direction_, open_.matrix) ||
         !target_.goesOn()) {
         return false;
     }
     const RealPoint at = onLine(pen);
-    const double larger = std::max(realFromFixed(run_.size), open_.size);
-    return std::abs(at.y) <= sameBaseline * larger && isWithinReach(at.x, larger);
+    return isOnLine(at) && isWithinReach(at.x, std::max(realFromFixed(run_.size), open_.size));
 }
 
 /// Viewers put the leftmost letter of a line where the line begins, so none may stand farther back.
@@ -117,6 +95,15 @@ bool LineBuilder::isWithinReach(double at, double size) const {
     return gap <= widestGap && gap >= -farthest && !isInFront;
 }
 
+void LineBuilder::openLine(const TextLine& line) {
+    open_ = OpenLine();
+    open_.isOpen = true;
+    open_.takesBefore = true;
+    open_.isVertical = isVertical_;
+    open_.matrix = realMatrix(line.matrix);
+    open_.back = inverse(open_.matrix).value_or(RealMatrix());
+}
+
 void LineBuilder::beginLine(double pen) {
     RealMatrix matrix = direction_;
     const RealPoint origin = placeOf(pen);
@@ -125,16 +112,17 @@ void LineBuilder::beginLine(double pen) {
     TextLine line{.matrix = hostMatrix(matrix), .isVertical = isVertical_};
     open_ = OpenLine();
     target_.beginLine(line);
-    open_.isOpen = true;
-    open_.isVertical = isVertical_;
-    open_.matrix = realMatrix(line.matrix);
-    open_.back = inverse(open_.matrix).value_or(RealMatrix());
+    openLine(line);
 }
 
 void LineBuilder::beginRun(double pen, std::int32_t element) {
     if (!goesOn(pen)) {
         beginLine(pen);
     }
+    startRun(pen, element);
+}
+
+void LineBuilder::startRun(double pen, std::int32_t element) {
     origin_ = onLine(pen).x - pen * stretch_;
     isInRun_ = true;
     runPen_ = pen;
@@ -144,16 +132,24 @@ void LineBuilder::beginRun(double pen, std::int32_t element) {
     pieces_.clear();
 }
 
-void LineBuilder::endRun(double pen, std::int32_t element) {
+/// Ends the run, whose letters are in the record then.
+ShownPart LineBuilder::partUpTo(double pen, std::int32_t element) {
     isInRun_ = false;
     run_.text = text_;
     run_.pieces = pieces_;
-    target_.addRun(run_, {.firstElement = runElement_,
-                          .endElement = element,
-                          .start = runStart_,
-                          .length = open_.modelEnd - runStart_,
-                          .pen = runPen_,
-                          .advance = pen - runPen_});
+    return {.firstElement = runElement_,
+            .endElement = element,
+            .start = runStart_,
+            .length = open_.modelEnd - runStart_,
+            .pen = runPen_,
+            .advance = pen - runPen_};
+}
+
+void LineBuilder::endRun(double pen, std::int32_t element) {
+    target_.addRun(run_, partUpTo(pen, element));
+    if (open_.isEmpty) {
+        open_.firstSize = realFromFixed(run_.size);
+    }
     open_.isEmpty = false;
     open_.size = realFromFixed(run_.size);
     open_.spacing = state_.size == 0 ? 0 : state_.characterSpacing / state_.size;
@@ -169,6 +165,10 @@ void LineBuilder::append(std::string_view text, double at, double advance, std::
         pieces_.push_back({static_cast<std::int32_t>(text_.size()), shift, face});
         open_.modelEnd += realFromFixed(shift) * size;
     }
+    if (open_.isEmpty && text_.empty()) {
+        open_.startsBlank = isBlank(text);
+    }
+    open_.runsFromRight = open_.runsFromRight || startsFromRight(text);
     text_ += text;
     // A code may mean hundreds of characters.
     const auto bytes =
@@ -240,70 +240,6 @@ bool LineBuilder::addSpacedWords(std::span<const PenGlyph> glyphs) {
     for (PenGlyph placed : glyphs) {
         placed.advance -= letterSpacing();
         add(placed);
-    }
-    return true;
-}
-
-/// `shown` and `standing` are the same glyphs, in the two orders.
-void LineBuilder::addLineFromRight(std::span<const PenGlyph> shown,
-                                   std::span<const PenGlyph> standing, double pen,
-                                   std::int32_t end) {
-    open_.isOpen = false;
-    beginRun(standing.front().pen, shown.front().element);
-    runPen_ = shown.front().pen;
-    double reached = along(standing.front().pen);
-    for (const PenGlyph& placed : standing) {
-        open_.end = reached; // marks stand on letters
-        if (!isBlank(placed.glyph.text)) {
-            addGap(along(placed.pen));
-        }
-        append(placed.glyph.text, along(placed.pen), placed.glyph.advance, placed.glyph.face);
-        reached = std::max(reached, along(placed.pen + placed.advance));
-    }
-    endRun(pen, end);
-    open_.isOpen = false;
-}
-
-bool LineBuilder::addFromRight(std::span<const PenGlyph> glyphs, double pen, std::int32_t end) {
-    if (isVertical_ || stretch_ <= 0) {
-        return false;
-    }
-    std::vector<std::size_t> order(glyphs.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    std::ranges::stable_sort(order, {}, [&](std::size_t i) { return glyphs[i].pen; });
-    struct Line {
-        std::size_t first = 0; // in the order of showing, as the next
-        std::size_t last = 0;
-        std::vector<PenGlyph> standing;
-    };
-    std::vector<Line> lines;
-    const double size = realFromFixed(run_.size);
-    double reached = 0;
-    for (const std::size_t i : order) {
-        const double at = along(glyphs[i].pen);
-        if (lines.empty() || at - reached > widestGap * size) {
-            lines.push_back({.first = i, .last = i, .standing = {}});
-            reached = at;
-        }
-        Line& line = lines.back();
-        line.first = std::min(line.first, i);
-        line.last = std::max(line.last, i);
-        line.standing.push_back(glyphs[i]);
-        reached = std::max(reached, along(glyphs[i].pen + glyphs[i].advance));
-    }
-    std::ranges::sort(lines, {}, &Line::first);
-    const auto isApart = [&](const Line& line) {
-        return line.last - line.first + 1 == line.standing.size() &&
-               (line.first == 0 || glyphs[line.first].element != glyphs[line.first - 1].element);
-    };
-    if (!std::ranges::all_of(lines, isApart)) {
-        return false;
-    }
-    for (const Line& line : lines) {
-        const std::size_t next = line.last + 1;
-        const bool isLast = next == glyphs.size();
-        addLineFromRight(glyphs.subspan(line.first, line.standing.size()), line.standing,
-                         isLast ? pen : glyphs[next].pen, isLast ? end : glyphs[next].element);
     }
     return true;
 }

@@ -45,6 +45,12 @@ public:
     /// become lines from the left. The pen comes to rest at `pen`, behind the element `end`.
     /// Nothing is added, and the answer is false, where they do not stand in lines.
     bool addFromRight(std::span<const PenGlyph> glyphs, double pen, std::int32_t end);
+    /// Whether what is shown from there on may stand before the first letter of the open line.
+    bool mayComeBefore(double pen);
+    /// Glyphs that end where the open line begins, of scripts from the right, or in a line of such:
+    /// programs show the words of those so, in the order of reading. Nothing is added, and the
+    /// answer is false, where they stand elsewhere.
+    bool addBefore(std::span<const PenGlyph> glyphs, double pen, std::int32_t end);
     /// Glyphs whose spacing of letters makes words of them, as some programs write: blanks take its
     /// place. Nothing is added, and the answer is false, where letters are spaced, or nothing is.
     bool addSpacedWords(std::span<const PenGlyph> glyphs);
@@ -59,12 +65,19 @@ private:
     double letterSpacing() const;
     bool makesWords(std::span<const PenGlyph> glyphs);
     bool isWithinReach(double at, double size) const;
+    bool isOnLine(const RealPoint& at) const;
+    bool isFarEnd(std::span<const PenGlyph> standing) const;
+    void openLine(const TextLine& line);
     void beginLine(double pen);
     void beginRun(double pen, std::int32_t element);
+    void startRun(double pen, std::int32_t element);
+    ShownPart partUpTo(double pen, std::int32_t element);
     void endRun(double pen, std::int32_t element);
+    void endRunBefore(const OpenLine& former, double pen, std::int32_t element);
     void addGap(double at);
-    void addLineFromRight(std::span<const PenGlyph> shown, std::span<const PenGlyph> standing,
-                          double pen, std::int32_t end);
+    double addStanding(std::span<const PenGlyph> standing);
+    void addWhole(std::span<const PenGlyph> shown, std::span<const PenGlyph> standing, double pen,
+                  std::int32_t end);
     void append(std::string_view text, double at, double advance, std::int32_t face);
 
     LineTarget& target_;

@@ -18,6 +18,11 @@ public:
     virtual void beginLine(TextLine& line) = 0;
     /// Adds a run to the line, and says where its art is.
     virtual void addRun(TextRun& run, ShownPart part) = 0;
+    /// Whether what is shown now may come before the first run of the open line.
+    virtual bool takesBefore() = 0;
+    /// Adds a run there, at which the line then begins; the others go on by `gap`, in ems of the
+    /// one that was the first.
+    virtual void addRunBefore(const TextLine& line, TextRun& run, ShownPart part, Fixed gap) = 0;
 };
 
 } // namespace corvane

@@ -20,6 +20,12 @@ struct OpenLine {
     bool isEmpty = true;    ///< it has no run yet
     bool endsBlank = false; ///< the last character is a blank
     bool isVertical = false;
+    // Of what may come before its first run, at the origin of the line's space.
+    bool takesBefore = false;
+    bool startsBlank = false;   ///< the first character is a blank
+    bool runsFromRight = false; ///< it has letters of scripts that do
+    double firstSize = 0;       ///< of the first run
+    double drift = 0;           ///< of runs from their places, by what came before them
 };
 
 } // namespace corvane

@@ -136,12 +136,13 @@ private:
                 use(*clip);
             }
         };
-        if (spacesWidely(text_) || std::ranges::any_of(elements, leadsLeft)) {
+        const bool stepsApart = spacesWidely(text_) || std::ranges::any_of(elements, leadsLeft);
+        if (stepsApart || (painted && painted->mayComeBefore(pen_))) {
             gather(elements);
             forEachLine([&](LineBuilder& lines) {
                 const bool isAdded =
-                    (runsFromRight_ && lines.addFromRight(placed_, pen_, number)) ||
-                    lines.addSpacedWords(placed_);
+                    (stepsApart && runsFromRight_ && lines.addFromRight(placed_, pen_, number)) ||
+                    lines.addBefore(placed_, pen_, number) || lines.addSpacedWords(placed_);
                 if (!isAdded) {
                     std::ranges::for_each(placed_, [&](const auto& each) { lines.add(each); });
                 }

@@ -43,10 +43,12 @@ struct ShownPart {
     std::int32_t run = 0;
     std::int32_t firstElement = 0;
     std::int32_t endElement = 0;
-    double start = 0;   ///< in the line's space: where the run begins
-    double length = 0;  ///< in the line's space: to where the next run begins
-    double pen = 0;     ///< in text space: where the run begins, from where the operator begins
-    double advance = 0; ///< in text space, along the line, to where the next part begins
+    double start = 0;      ///< in the line's space: where the run begins
+    double length = 0;     ///< in the line's space: to where the next run begins
+    double pen = 0;        ///< in text space: where the run begins, from where the operator begins
+    double advance = 0;    ///< in text space, along the line, to where the next part begins
+    bool isBefore = false; ///< of the runs that the line had: those go on by its length
+    double gap = 0; ///< in the line's space: of what is before them, how far they go on besides
 };
 
 /// What the operator that showed text last became.

@@ -75,6 +75,7 @@ void fillTable(std::span<HostProcedure> table) {
     fillSlot(table, slot::setTextLine, answer::setTextLine);
     fillSlot(table, slot::getTextLine, answer::getTextLine);
     fillSlot(table, slot::addTextRun, answer::addTextRun);
+    fillSlot(table, slot::addTextRunBefore, answer::addTextRunBefore);
     fillSlot(table, slot::getTextRunCount, answer::getTextRunCount);
     fillSlot(table, slot::getTextRun, answer::getTextRun);
     fillFontSlots(table);

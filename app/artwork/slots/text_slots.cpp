@@ -46,6 +46,13 @@ HostError addTextRun(Art text, const TextRun* run) {
     });
 }
 
+HostError addTextRunBefore(Art text, const TextLine* line, const TextRun* run, Fixed gap) {
+    return guardedSlot([&](CallbackScope& scope) {
+        scope.document().addTextRunBefore(text, target(line), target(run), gap);
+        scope.openText().forget();
+    });
+}
+
 HostError getTextRunCount(Art text, std::int32_t* count) {
     return guardedSlot(
         [&](CallbackScope& scope) { target(count) = scope.document().textRunCount(text); });

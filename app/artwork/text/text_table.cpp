@@ -1,5 +1,6 @@
 #include "app/artwork/text/text_table.h"
 
+#include "app/artwork/arithmetic.h"
 #include "app/artwork/error.h"
 #include "app/artwork/geometry.h"
 
@@ -195,6 +196,29 @@ void TextTable::addRun(NodeIndex node, const TextRun& run) {
                                .spacing = run.spacing,
                                .style = styles_.add(run.style)};
     lines_.set(node, line);
+}
+
+/// With all of its letters.
+void TextTable::move(Run& run, Fixed shift) {
+    std::vector<TextPiece> changed(run.pieces, run.pieces + run.pieceCount);
+    if (changed.empty() || changed.front().start != 0) {
+        changed.insert(changed.begin(), TextPiece());
+    }
+    changed.front().shift = saturate(std::int64_t{changed.front().shift} + shift);
+    TextPiece* const pieces = allocate<TextPiece>(changed.size());
+    std::ranges::copy(changed, pieces);
+    run.pieces = pieces;
+    run.pieceCount = static_cast<std::uint32_t>(changed.size());
+}
+
+void TextTable::addRunBefore(NodeIndex node, const TextRun& run, Fixed gap) {
+    addRun(node, run);
+    Line line = lineAt(node);
+    Run* const last = line.runs + (line.count - 1);
+    std::rotate(line.runs, last, last + 1);
+    if (line.count > 1 && gap != 0) {
+        move(line.runs[1], gap);
+    }
 }
 
 /// Gives the line runs of its own.

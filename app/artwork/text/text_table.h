@@ -49,6 +49,8 @@ public:
     /// Of a run that was checked. Pieces that change nothing are left out. Throws `ArtworkError`
     /// past the budget.
     void addRun(NodeIndex, const TextRun&);
+    /// The same, before all others; the run that was the first is moved on by `gap`, in its ems.
+    void addRunBefore(NodeIndex, const TextRun&, Fixed gap);
 
     void copy(NodeIndex from, NodeIndex to);
     void erase(NodeIndex node) { lines_.erase(node); }
@@ -110,6 +112,7 @@ private:
 
     Line lineAt(NodeIndex) const;
     void takeRuns(Line& line);
+    void move(Run& run, Fixed shift);
     const Run& runAt(NodeIndex, std::int32_t index) const;
     const Decorations* keptDecorations(std::span<const TextDecoration>);
     const LinePath* keptPath(const LinePath* before, const TextLine&);

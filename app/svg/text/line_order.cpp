@@ -156,6 +156,11 @@ bool isSpaced(const TextRun& run) {
     return std::abs(realLength(run.spacing)) > seenSpacing * realLength(run.size);
 }
 
+/// A page that shows the right end first shows it as it is read.
+bool isShownFromRight(std::span<const TextRun> standing) {
+    return standing.front().source.ordinal > standing.back().source.ordinal;
+}
+
 } // namespace
 
 std::optional<OrderedLine> asRead(std::span<const TextRun> standing) {
@@ -165,7 +170,8 @@ std::optional<OrderedLine> asRead(std::span<const TextRun> standing) {
         std::ranges::any_of(standing, isSpaced)) {
         return std::nullopt;
     }
-    const auto line = readingOf(textOf(*letters));
+    const std::u32string text = textOf(*letters);
+    const auto line = isShownFromRight(standing) ? readingOf(text, true) : readingOf(text);
     if (!line) {
         return std::nullopt;
     }

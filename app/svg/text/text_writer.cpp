@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <numeric>
 #include <optional>
 #include <string>
 #include <utility>
@@ -55,6 +56,7 @@ public:
           line_(line), runs_(runs), stretch_(stretchOf(line_.matrix)),
           letters_(out, document_, place.corner, line_, placesOf(place)) {
         putInOrder();
+        numberRuns();
     }
 
     void write();
@@ -67,6 +69,7 @@ private:
     };
 
     void putInOrder();
+    void numberRuns();
     Written runAt(std::size_t place) const;
     std::size_t runCount() const { return static_cast<std::size_t>(runs_.end - runs_.first); }
     void findShared();
@@ -89,7 +92,8 @@ private:
     TextLine line_;
     RunRange runs_;
     std::vector<OrderedRun> ordered_; ///< those runs as they are read, where that is another order
-    double stretch_;                  ///< of the line's matrix
+    std::vector<std::uint32_t> numbers_; ///< of those runs; empty: as they stand
+    double stretch_;                     ///< of the line's matrix
     Shared shared_;
     bool needsBlanks_ = false;
     Fixed rise_ = 0; ///< of the run before
@@ -132,7 +136,29 @@ TextWriter::Written TextWriter::runAt(std::size_t place) const {
         run.text = ordered_[place].text;
         run.pieces = ordered_[place].pieces;
     }
-    return {run, static_cast<std::uint32_t>(number)};
+    return {run, numbers_.empty() ? static_cast<std::uint32_t>(number) : numbers_[number]};
+}
+
+/// Runs of a page count in the order in which it shows them, which may be from the right.
+void TextWriter::numberRuns() {
+    std::vector<std::int32_t> ordinals;
+    for (std::int32_t run = runs_.first; run < runs_.end; ++run) {
+        const ArtSource source = document_.textRun(text_, run).source;
+        if (source.end == 0) {
+            return;
+        }
+        ordinals.push_back(source.ordinal);
+    }
+    if (std::ranges::is_sorted(ordinals)) {
+        return;
+    }
+    std::vector<std::size_t> shown(ordinals.size());
+    std::iota(shown.begin(), shown.end(), std::size_t{0});
+    std::ranges::stable_sort(shown, {}, [&](std::size_t run) { return ordinals[run]; });
+    numbers_.resize(shown.size());
+    for (std::size_t i = 0; i < shown.size(); ++i) {
+        numbers_[shown[i]] = static_cast<std::uint32_t>(i);
+    }
 }
 
 /// XML drops blanks at the ends, and makes one of several.

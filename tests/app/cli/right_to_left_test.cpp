@@ -73,5 +73,33 @@ TEST_F(RightToLeft, RunsKeepTheirOwnBytes) {
     EXPECT_NE(bytes("in.pdf").find("[<64> ] TJ"), std::string::npos);
 }
 
+/// Each word has a place of its own, left of the one that is read before it.
+TEST_F(RightToLeft, WordsThatAreShownFromTheRightAreOneLine) {
+    const std::string words[] = {"(ba) Tj", "(12) Tj", "(\\(dc\\)) Tj", "(Z) Tj"};
+    const std::string old = page("0 0 Td " + words[0] + " -12.5 0 Td " + words[1] + " -22.5 0 Td " +
+                                 words[2] + " -7.5 0 Td " + words[3]);
+    folder_.add("in.pdf", old);
+    const std::string svg = artwork("in.pdf", 1);
+    EXPECT_EQ(svg.find("<text", svg.find("<text") + 1), std::string::npos);
+    EXPECT_NE(line(svg).find("direction=\"rtl\""), std::string::npos);
+    std::size_t at = 0;
+    for (const char* const part : {"id=\"p1\"", "\u05D0\u05D1", "id=\"p2\"", " 12", "id=\"p3\"",
+                                   " (\u05D2\u05D3)", "id=\"p4\"", " Z"}) {
+        at = svg.find(part, at);
+        ASSERT_NE(at, std::string::npos) << part << line(svg);
+    }
+    folder_.add("page.svg", svg);
+    ASSERT_EQ(run({"save", "page.svg", "in.pdf"}).status, 0);
+    EXPECT_EQ(bytes("in.pdf"), old);
+    folder_.add("page.svg", replaced(svg, " 12<", " 34<"));
+    ASSERT_EQ(run({"save", "page.svg", "in.pdf", "--plain"}).status, 0);
+    const std::string added = bytes("in.pdf").substr(old.size());
+    EXPECT_NE(added.find("[<333420> ] TJ"), std::string::npos) << added;
+    EXPECT_EQ(added.find(words[1]), std::string::npos);
+    for (const std::size_t kept : {0U, 2U, 3U}) {
+        EXPECT_NE(added.find(words[kept]), std::string::npos) << words[kept];
+    }
+}
+
 } // namespace
 } // namespace corvane

@@ -107,6 +107,18 @@ TEST(LineOrder, LinesAreReadAndStandAgain) {
     }
 }
 
+/// A page that shows the right end first says how the line runs, whatever most of its letters are.
+TEST(LineOrder, WhatIsShownFirstIsReadFirst) {
+    std::vector<TextRun> standing{run("abcd "), run("\u05D1\u05D0")};
+    standing[0].source.ordinal = 4;
+    standing[1].source.ordinal = 5;
+    EXPECT_EQ(asRead(standing)->order, right);
+    std::swap(standing[0].source.ordinal, standing[1].source.ordinal);
+    const auto read = asRead(standing);
+    EXPECT_EQ(read->order, left);
+    EXPECT_EQ(written(*read), "1:\u05D0\u05D1 + 0: abcd");
+}
+
 TEST(LineOrder, OtherLinesStayAsTheyStand) {
     const TextPiece turned[] = {{.start = 0, .turn = ems(90)}};
     const std::vector<TextRun> rows[] = {

@@ -50,9 +50,9 @@ std::int64_t squareOf(double place) {
     return static_cast<std::int64_t>(std::floor(place / squareSide));
 }
 
-/// Where a line that begins with this run begins, on the artboard.
-RealPoint beginningOf(Art text, std::int32_t run) {
-    const RealMatrix frame = frameOf(text, runOf(text, run), 0);
+/// Where the line begins, on the artboard.
+RealPoint beginningOf(Art text) {
+    const RealMatrix frame = frameOf(text, runOf(text, 0), 0);
     return {frame.tx, frame.ty};
 }
 
@@ -105,6 +105,7 @@ private:
 
     void listPage() {
         const std::span<const PaintedArt> painted = base_.trace.painted();
+        byRun_.resize(painted.size());
         for (PaintedIndex first = 0; first < painted.size();) {
             PaintedIndex end = first + 1;
             bool isFree =
@@ -120,18 +121,28 @@ private:
         }
     }
 
+    PaintedIndex runNumber(PaintedIndex painted) const {
+        return static_cast<PaintedIndex>(
+            base_.trace.textPart(base_.trace.painted()[painted].part).run);
+    }
+
     void addPage(const PageLine& line) {
         std::string letters;
         for (PaintedIndex i = line.first; i < line.end; ++i) {
-            const PaintedArt& was = base_.trace.painted()[i];
+            if (runNumber(i) >= line.end - line.first) {
+                return; // an operator failed behind its first run
+            }
+            byRun_[line.first + runNumber(i)] = i;
+        }
+        for (PaintedIndex run = line.first; run < line.end; ++run) {
+            const PaintedArt& was = base_.trace.painted()[byRun_[run]];
             letters += runOf(was.art, base_.trace.textPart(was.part).run).text;
         }
         bytes_ += nodeSize + letters.size();
         charge_.resize(static_cast<std::int64_t>(bytes_));
         const std::size_t number =
             letters_.try_emplace(std::move(letters), letters_.size()).first->second;
-        const PaintedArt& first = base_.trace.painted()[line.first];
-        const RealPoint place = beginningOf(first.art, base_.trace.textPart(first.part).run);
+        const RealPoint place = beginningOf(base_.trace.painted()[line.first].art);
         page_.emplace(LineKey{number, squareOf(place.x), squareOf(place.y)}, line);
     }
 
@@ -144,8 +155,7 @@ private:
         if (number == letters_.end()) {
             return;
         }
-        const EditedObject& first = artwork_.objects[line.first];
-        const RealPoint place = beginningOf(first.art, first.run);
+        const RealPoint place = beginningOf(artwork_.objects[line.first].art);
         Best best{.line = page_.end()};
         for (std::int64_t x = squareOf(place.x - placeRoom); x <= squareOf(place.x + placeRoom);
              ++x) {
@@ -156,7 +166,7 @@ private:
         }
         if (best.line != page_.end()) {
             for (EditedIndex i = line.first; i < line.end; ++i) {
-                artwork_.objects[i].shown = best.line->second.first + (i - line.first);
+                artwork_.objects[i].shown = byRun_[best.line->second.first + (i - line.first)];
             }
             page_.erase(best.line);
         }
@@ -196,7 +206,7 @@ private:
         }
         Likeness likeness = Likeness::same;
         for (PaintedIndex i = was.first; i < was.end; ++i) {
-            const PaintedArt& painted = base_.trace.painted()[i];
+            const PaintedArt& painted = base_.trace.painted()[byRun_[i]];
             EditedObject object = artwork_.objects[line.first + (i - was.first)];
             object.start = base_.trace.textPart(painted.part).start;
             const ArtDifference difference = compareText(base_, painted, object);
@@ -212,6 +222,8 @@ private:
     EditedArtwork& artwork_;
     bool sourcesMeanIt_;
     std::vector<bool> isNamed_; ///< by what the page paints: text of the artwork says that it is it
+    /// What the runs of a line are, from where the line's first object is.
+    std::vector<PaintedIndex> byRun_;
     std::unordered_map<std::string, std::size_t> letters_; ///< of lines: their number
     PageLines page_;                                       ///< of a key: in the page's order
     std::size_t bytes_ = 0;

@@ -4,8 +4,10 @@
 #include "writer/patch/compare/matching.h"
 #include "writer/patch/text/text_run.h"
 
+#include <algorithm>
 #include <optional>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace corvane {
@@ -31,6 +33,7 @@ private:
                     ++end;
                 }
                 layOut(objects, first, end);
+                putInOrder(objects, first, end);
             }
             first = end;
         }
@@ -55,6 +58,23 @@ private:
             const EditedIndex run = set + (i - first);
             objects[i].start = text_.startOf(run);
             objects[i].set = run;
+        }
+    }
+
+    /// Runs of one line do not lie over one another, so those of the page may be painted in its
+    /// order: words from the right are shown so, and the line begins with its left end.
+    void putInOrder(ChargedList<EditedObject>& objects, EditedIndex first, EditedIndex end) {
+        std::vector<EditedIndex> places;
+        std::vector<std::pair<PaintedIndex, EditedObject>> known;
+        for (EditedIndex i = first; i < end; ++i) {
+            if (const PaintedIndex source = knownSource(base_, objects[i]); source != noSource) {
+                places.push_back(i);
+                known.emplace_back(source, objects[i]);
+            }
+        }
+        std::ranges::stable_sort(known, {}, [](const auto& each) { return each.first; });
+        for (std::size_t i = 0; i < places.size(); ++i) {
+            objects[places[i]] = known[i].second;
         }
     }
 

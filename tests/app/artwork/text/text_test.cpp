@@ -5,10 +5,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <functional>
 #include <span>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace corvane {
@@ -117,6 +120,43 @@ TEST_F(TextTest, piecesThatChangeNothingAreLeftOut) {
     const TextRun found = read(text, 0);
     ASSERT_EQ(found.pieces.size(), 1U);
     EXPECT_EQ(found.pieces[0], pieces[1]);
+}
+
+/// The run that was the first moves on; a copy of the line stays as it was.
+TEST_F(TextTest, runsComeBeforeOthers) {
+    const std::vector<TextPiece> pieces{{0, 7, 0}, {1, 9, 0}};
+    for (const std::string_view letters : {"moved", "kept"}) {
+        run.text = letters;
+        run.pieces = {};
+        ASSERT_EQ(add(), HostError::none);
+    }
+    Art copy = Art::null;
+    ASSERT_EQ(host(slot::duplicateArt, text, Placement::inFront, text, &copy), HostError::none);
+    const TextLine line{.matrix = {.tx = -5}};
+    const auto addBefore = [&](std::string_view letters, Fixed gap) {
+        run.text = letters;
+        run.pieces = pieces;
+        return host(slot::addTextRunBefore, text, &line, &run, gap);
+    };
+    ASSERT_EQ(addBefore("second", 3), HostError::none);
+    ASSERT_EQ(addBefore("first", -2), HostError::none);
+    run.size = 0;
+    EXPECT_EQ(addBefore("without a size", 1), HostError::failed);
+    TextLine found;
+    ASSERT_EQ(host(slot::getTextLine, text, &found), HostError::none);
+    EXPECT_EQ(found.matrix, line.matrix);
+    const std::vector<std::pair<std::string_view, std::vector<TextPiece>>> runs{
+        {"first", pieces},
+        {"second", {{0, 5, 0}, {1, 9, 0}}},
+        {"moved", {{0, 3, 0}}},
+        {"kept", {}}};
+    for (std::size_t i = 0; i < runs.size(); ++i) {
+        const TextRun each = read(text, static_cast<std::int32_t>(i));
+        EXPECT_EQ(each.text, runs[i].first);
+        EXPECT_TRUE(std::ranges::equal(each.pieces, runs[i].second)) << i;
+    }
+    EXPECT_EQ(read(copy, 0).text, "moved");
+    EXPECT_TRUE(read(copy, 0).pieces.empty());
 }
 
 /// Copies share their runs with the original until either gets more.

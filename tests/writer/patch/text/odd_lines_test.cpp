@@ -7,7 +7,37 @@
 namespace corvane {
 namespace {
 
-class OddLinesTest : public TextPatchTest {};
+class OddLinesTest : public TextPatchTest {
+protected:
+    struct HebrewEdit {
+        const char* name;
+        std::function<void(Typist&)> edit;
+        std::string facts;
+        std::string saved;      ///< the content; empty: the file stays
+        std::string lines = {}; ///< of the page that was saved; empty: as they were edited
+    };
+
+    /// Of a page whose font /H has the letters a to d for the first of the Hebrew alphabet, each
+    /// half an em wide.
+    void expectEditsOfHebrew(const std::string& content, const std::vector<HebrewEdit>& rows) {
+        for (const HebrewEdit& row : rows) {
+            SCOPED_TRACE(row.name);
+            openFile(PdfBuilder::onePage(content, "/Resources << /Font << /H 20 0 R >> >>")
+                         .object(20, "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica "
+                                     "/FirstChar 97 /Widths [500 500 500 500] /ToUnicode 21 0 R >>")
+                         .stream(21, "beginbfrange <61> <64> <05D0> endbfrange")
+                         .bytes());
+            Typist edits = typist();
+            row.edit(edits);
+            const std::string edited = test::runsText(*document_);
+            ASSERT_EQ(save(), 0U) << ::testing::PrintToString(front_.taken());
+            EXPECT_EQ(facts(), row.facts);
+            EXPECT_EQ(saved_.back().isNothing ? "" : newContent(), row.saved);
+            ASSERT_EQ(open(), 0U);
+            EXPECT_EQ(test::runsText(*document_), row.lines.empty() ? edited : row.lines);
+        }
+    }
+};
 
 /// Lines that do not say what made them are known by their letters, fonts and places.
 TEST_F(OddLinesTest, LinesWithoutSources) {
@@ -88,44 +118,55 @@ TEST_F(OddLinesTest, ManyLinesOfTheSameLetters) {
 TEST_F(OddLinesTest, LinesFromTheRight) {
     const std::string begin = "BT /H 10 Tf 100 700 Td ";
     const std::string shown = "[(a) 1000 (b) 1000 (c) 7000 (d) 1000 (a)] TJ";
-    const auto openLines = [&] {
-        openFile(PdfBuilder::onePage(begin + shown + " (b) Tj ET",
-                                     "/Resources << /Font << /H 20 0 R >> >>")
-                     .object(20, "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica /FirstChar "
-                                 "97 /Widths [500 500 500 500] /ToUnicode 21 0 R >>")
-                     .stream(21, "beginbfrange <61> <64> <05D0> endbfrange")
-                     .bytes());
+    expectEditsOfHebrew(
+        begin + shown + " (b) Tj ET",
+        {
+            {"nothing", [](Typist&) {}, "3 0 0 0 0", ""},
+            {"a line is moved", [](Typist& it) { it.move(0, 7, 3); }, "2 1 0 0 0",
+             "\nq\nq\nBT\n/H 10 Tf\n" + plain +
+                 "1 0 0 1 107 703 Tm\n[(a) 1000 (b) 1000 (c) 7000 ] TJ\nET\nQ\nQ\n" + begin +
+                 " [7500 (d) 1000 (a) ] TJ\n (b) Tj ET\n"},
+            {"a line goes", [](Typist& it) { it.remove(1); }, "2 0 0 1 0",
+             begin + " [(a) 1000 (b) 1000 (c) 7000 ] TJ\n (b) Tj ET\n"},
+            {"a line is typed anew", [](Typist& it) { it.retype(0, 0, "\u05D0\u05D1"); },
+             "2 1 0 0 0",
+             "\nq\nq\nBT\n/H 10 Tf " + plain + "1 0 0 1 90 700 Tm\n[<6162> ] TJ\nET\nQ\nQ\n" +
+                 begin + " [7500 (d) 1000 (a) ] TJ\n (b) Tj ET\n"},
+        });
+}
+
+/// Each word is shown left of the one before. What is written apart is a line of its own.
+TEST_F(OddLinesTest, WordsFromTheRight) {
+    const auto apart = [](const std::string& place, const std::string& shown) {
+        return "q\nBT\n/H 10 Tf\n" + plain + "1 0 0 1 " + place + " Tm\n" + shown + " TJ\nET\nQ\n";
     };
-    struct Row {
-        const char* name;
-        std::function<void(Typist&)> edit;
-        std::string facts;
-        std::string saved;
-    };
-    for (const Row& row : {
-             Row{"nothing", [](Typist&) {}, "3 0 0 0 0", ""},
-             Row{"a line is moved", [](Typist& it) { it.move(0, 7, 3); }, "2 1 0 0 0",
-                 "\nq\nq\nBT\n/H 10 Tf\n" + plain +
-                     "1 0 0 1 107 703 Tm\n[(a) 1000 (b) 1000 (c) 7000 ] TJ\nET\nQ\nQ\n" + begin +
-                     " [7500 (d) 1000 (a) ] TJ\n (b) Tj ET\n"},
-             Row{"a line goes", [](Typist& it) { it.remove(1); }, "2 0 0 1 0",
-                 begin + " [(a) 1000 (b) 1000 (c) 7000 ] TJ\n (b) Tj ET\n"},
-             Row{"a line is typed anew", [](Typist& it) { it.retype(0, 0, "\u05D0\u05D1"); },
-                 "2 1 0 0 0",
-                 "\nq\nq\nBT\n/H 10 Tf " + plain + "1 0 0 1 90 700 Tm\n[<6162> ] TJ\nET\nQ\nQ\n" +
-                     begin + " [7500 (d) 1000 (a) ] TJ\n (b) Tj ET\n"},
-         }) {
-        SCOPED_TRACE(row.name);
-        openLines();
-        Typist edits = typist();
-        row.edit(edits);
-        const std::string edited = test::runsText(*document_);
-        ASSERT_EQ(save(), 0U) << ::testing::PrintToString(front_.taken());
-        EXPECT_EQ(facts(), row.facts);
-        EXPECT_EQ(saved_.back().isNothing ? "" : newContent(), row.saved);
-        ASSERT_EQ(open(), 0U);
-        EXPECT_EQ(test::runsText(*document_), edited);
-    }
+    const std::string begin = "BT /H 10 Tf 1 0 0 1 100 700 Tm ";
+    const std::string last = " 1 0 0 1 80 700 Tm (a) Tj ET";
+    const std::string rest = " [-1000 ] TJ\n 1 0 0 1 87.5 700 Tm (dc) Tj" + last + "\n";
+    const std::string none = begin + " [-1000 ] TJ\n 1 0 0 1 87.5 700 Tm  [-1000 ] TJ\n "
+                                     "1 0 0 1 80 700 Tm  [-500 ] TJ\n ET\nq\n";
+    expectEditsOfHebrew(
+        begin + "(ba) Tj 1 0 0 1 87.5 700 Tm (dc) Tj" + last,
+        {
+            {"nothing", [](Typist&) {}, "3 0 0 0 0", ""},
+            {"a line that names no source", [](Typist& it) { it.unmark(0); }, "3 0 0 0 0", ""},
+            {"the line is moved", [](Typist& it) { it.move(0, 7, 3); }, "0 3 0 0 0",
+             none + apart("107 703", "[(ba) ]") + apart("94.5 703", "[(dc) ]") +
+                 apart("87 703", "[(a) ]") + "Q\n\n",
+             "\u05D1\u05D0@107,703 10 | \u05D3\u05D2@94.5,703 10 | \u05D0@87,703 10"},
+            {"another colour", [](Typist& it) { it.gray(0, 1); }, "2 1 0 0 0",
+             begin + "(ba) Tj 1 0 0 1 87.5 700 Tm  [-1000 ] TJ\n 1 0 0 1 80 700 Tm\nET\nq\n" +
+                 "q\n.5 g\nBT\n/H 10 Tf\n" + plain +
+                 "1 0 0 1 87.5 700 Tm\n[(dc) ] TJ\nET\nQ\nQ\nBT\n1 0 0 1 80 700 Tm\n (a) Tj ET\n",
+             "\u05D1\u05D0@100,700 10 | \u05D3\u05D2@87.5,700 10 | \u05D0@80,700 10"},
+            {"a word goes", [](Typist& it) { it.removeRun(0, 2); }, "2 0 0 1 0", begin + rest,
+             "\u05D0 @80,700 10 + \u05D3\u05D2@93.9,700 10"},
+            {"a word is typed anew", [](Typist& it) { it.retype(0, 2, "\u05D3\u05D2\u05D1"); },
+             "2 1 0 0 0",
+             "\nq\nq\nBT\n/H 10 Tf " + plain + "1 0 0 1 100 700 Tm\n[<646362> ] TJ\nET\nQ\nQ\n" +
+                 begin + rest,
+             "\u05D3\u05D2\u05D1@100,700 10 | \u05D0 @80,700 10 + \u05D3\u05D2@93.9,700 10"},
+        });
 }
 
 const TextDecoration underlined[] = {{.isUnder = true, .size = 10 * fixedOne}};
