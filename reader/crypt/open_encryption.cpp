@@ -1,5 +1,6 @@
 #include "reader/crypt/open_encryption.h"
 
+#include "objects/referenced.h"
 #include "reader/crypt/read_encryption.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
@@ -79,10 +80,7 @@ std::set<std::int32_t> plainObjects(DocumentCache& cache) {
     std::set<std::int32_t> plain;
     const auto add = [&](const Object& entry) {
         if (typeObject(entry) == ObjectType::reference) {
-            std::int32_t number = 0;
-            std::int32_t generation = 0;
-            referenceObject(entry, number, generation);
-            plain.insert(number);
+            plain.insert(referenced(entry).number);
         }
     };
     add(findEntry(cache, cache.trailer.get(), "Encrypt"));

@@ -136,7 +136,7 @@ std::vector<Row> hopelessRows() {
     const std::string root = "/Size 5 /Root 1 0 R ";
     return {
         {"empty", "", {18, 20}},
-        {"255 bytes", "%PDF-1.4\n" + page.substr(page.size() - 246), {18}},
+        {"255 bytes", "%PDF-1.4\n" + page.substr(page.size() - 246), {12, 18}},
         {"only a header", "%PDF-1.4\n" + std::string(5000, 'x'), {12}},
         {"a header and a number", "%PDF-1.4\n" + std::string(5000, 'x') + " 12 ", fails},
         {"zeros", std::string(4096, '\0'), {12, 20}},

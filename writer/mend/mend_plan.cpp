@@ -1,6 +1,7 @@
 #include "writer/mend/mend_plan.h"
 
 #include "objects/identity.h"
+#include "objects/referenced.h"
 #include "reader/syntax/syntax.h"
 #include "writer/mend/refusal.h"
 
@@ -19,12 +20,9 @@ bool isCatalogRight(DocumentCache& cache, const Object& catalog) {
 }
 
 bool isPage(const DocumentCache& cache, const Object& reference) {
-    ObjectIdentifier object;
-    if (typeObject(reference) == ObjectType::reference) {
-        referenceObject(reference, object.number, object.generation);
-    }
-    return object.number != 0 &&
-           std::ranges::find(cache.pages, object.number, &PageEntry::number) != cache.pages.end();
+    const std::int32_t number = referenced(reference).number;
+    return number != 0 &&
+           std::ranges::find(cache.pages, number, &PageEntry::number) != cache.pages.end();
 }
 
 /// The catalog is written where it names another page tree, does not say what it is, or is missing.
@@ -39,7 +37,7 @@ void planCatalog(DocumentCache& cache, MendPlan& mend) {
     if (mend.isNewCatalog) {
         mend.catalog = {nextIdentity(), 0};
     } else if (isNewTree || (!isOfPage && !isCatalogRight(cache, catalog.get()))) {
-        referenceObject(root, mend.catalog.number, mend.catalog.generation);
+        mend.catalog = referenced(root);
     }
 }
 

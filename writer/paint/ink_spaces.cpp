@@ -1,6 +1,7 @@
 #include "writer/paint/ink_spaces.h"
 
 #include "host/light.h"
+#include "objects/referenced.h"
 #include "reader/font/font_entries.h"
 #include "reader/paint/colour_space_cache.h"
 #include "reader/paint/seen_colour.h"
@@ -150,9 +151,7 @@ ObjectIdentifier InkSpaces::find(DocumentCache& cache, const InkMixtureFacts& mi
     if (const ColourSpacePointer space = known(cache, mixture)) {
         const Object& description = space->description.get();
         if (typeObject(description) == ObjectType::reference) {
-            ObjectIdentifier object;
-            referenceObject(description, object.number, object.generation);
-            return object;
+            return referenced(description);
         }
         if (const auto copy = copied_.find(space); copy != copied_.end()) {
             return copy->second;

@@ -2,6 +2,7 @@
 
 #include "filters/text_sink.h"
 #include "objects/identity.h"
+#include "objects/referenced.h"
 #include "output/primitives.h"
 #include "output/xref.h"
 #include "reader/content/appearance.h"
@@ -220,9 +221,8 @@ void NewPaints::knowInks(const Object& resources) {
         }
         const std::span<Object> parts = elementsObject(space.get());
         if (nameOf(parts[0]) == "Separation") {
-            ObjectIdentifier object;
-            referenceObject(entries[i + 1], object.number, object.generation);
-            inksOfPage_.emplace(nameOf(resolved(*cache_, parts[1]).get()), object);
+            inksOfPage_.emplace(nameOf(resolved(*cache_, parts[1]).get()),
+                                referenced(entries[i + 1]));
         }
     }
 }

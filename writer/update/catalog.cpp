@@ -1,6 +1,7 @@
 #include "writer/update/catalog.h"
 
 #include "objects/identity.h"
+#include "objects/referenced.h"
 #include "reader/syntax/raw_entries.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/rules.h"
@@ -82,9 +83,7 @@ void writeCatalog(DocumentCache& cache, UpdatePlan& plan) {
     if (typeObject(root) != ObjectType::reference) {
         return writeFromTrailer(cache, plan, changes);
     }
-    ObjectIdentifier catalog;
-    referenceObject(root, catalog.number, catalog.generation);
-    writeCopy(cache, catalog, changes);
+    writeCopy(cache, referenced(root), changes);
 }
 
 } // namespace corvane
