@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <charconv>
 #include <optional>
-#include <ranges>
+#include <span>
 
 namespace corvane {
 
@@ -33,9 +33,9 @@ std::int32_t imageObject(DocumentCache& cache, const std::string& key) {
         indirectObject(reference.get(), number, 0);
         const ObjectOwner object = resolveObject(cache, reference.get());
         // An image is called by the default spaces, too, under which a content draws it.
+        const std::span sets(colourSpacesOf(cache).defaults().all());
         isIt = typeObject(object.get()) == ObjectType::stream &&
-               std::ranges::any_of(colourSpacesOf(cache).defaults().all() |
-                                       std::views::take(mostDefaults),
+               std::ranges::any_of(sets.first(std::min(sets.size(), mostDefaults)),
                                    [&](const DefaultSpaces& defaults) {
                                        return imageKeyOf(ImageEntries(cache, object.get()), number,
                                                          std::nullopt, noStencil, defaults) == key;
