@@ -18,6 +18,10 @@ constexpr cmsUInt32Number neverRefused = 4096;
 /// More than a profile without tables takes.
 constexpr std::int64_t leastRoom = 256 << 10;
 
+/// Profiles and transforms of a file, a second's work. Those that look as the device does are given
+/// back at once, so memory does not limit them.
+constexpr int mostMade = 4000;
+
 } // namespace
 
 /// Blocks of memory, each behind its length. The procedures are called by C code: they answer null,
@@ -85,7 +89,7 @@ IccLibrary::IccLibrary(std::int64_t memory) : memory_{.most = memory} {
 
 bool IccLibrary::admit() {
     memory_.limit = std::min(memory_.most, memory_.used + budget::profileMemory);
-    return memory_.limit - memory_.used >= leastRoom;
+    return made_++ < mostMade && memory_.limit - memory_.used >= leastRoom;
 }
 
 } // namespace corvane

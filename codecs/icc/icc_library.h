@@ -23,7 +23,7 @@ public:
     std::int64_t used() const { return memory_.used; }
 
     /// What is made from now on may take as much as one profile may. False where so little is left
-    /// that nothing should be made.
+    /// that nothing should be made, or where so much was made already.
     bool admit();
 
 private:
@@ -39,6 +39,7 @@ private:
     class Blocks;
 
     Memory memory_;
+    int made_ = 0;
     std::unique_ptr<void, EndContext> context_;
 };
 

@@ -31,8 +31,8 @@ IccLibraryPointer openIccLibrary(std::int64_t memory = 2 * budget::profileMemory
 class IccProfile {
 public:
     /// A profile of 1, 3 or 4 components: gray, RGB or CMYK. Null where it is of another kind, is
-    /// damaged, or it takes more memory than `budget::profileMemory`, or all more than there is for
-    /// them.
+    /// damaged, it takes more memory than `budget::profileMemory`, or all take more memory or work
+    /// than there is for them.
     static std::shared_ptr<const IccProfile>
     read(std::span<const std::byte> bytes, std::size_t components, IccLibraryPointer library);
     /// The same of calibrated gray or RGB.
