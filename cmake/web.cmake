@@ -74,10 +74,11 @@ endfunction()
 
 set(folder ${PROJECT_BINARY_DIR}/web)
 
-# A machine may have the programs and not reach the registry.
+# A machine may have the programs and not reach the registry. What a bad line lost is asked for again.
 if(CORVANE_WEB STREQUAL "AUTO" AND NOT EXISTS ${folder}/installed)
     file(COPY ${CORVANE_WEB_PACKAGES} DESTINATION ${folder})
-    execute_process(COMMAND ${CORVANE_NPM_INSTALL} --omit=dev --fetch-retries=0 WORKING_DIRECTORY ${folder}
+    execute_process(COMMAND ${CORVANE_NPM_INSTALL} --omit=dev --fetch-retries=2 --fetch-retry-mintimeout=1000
+        --fetch-retry-maxtimeout=2000 WORKING_DIRECTORY ${folder}
         RESULT_VARIABLE failed OUTPUT_QUIET ERROR_VARIABLE said)
     if(failed)
         message(WARNING "The page in the browser and its tests are LEFT OUT: npm did not install what it needs\n${said}")
