@@ -1,5 +1,6 @@
 #include "reader/crypt/read_encryption.h"
 
+#include "objects/referenced.h"
 #include "reader/syntax/raw_entries.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
@@ -43,10 +44,8 @@ std::string stringIn(DocumentCache& cache, const Object& dictionary, std::string
 std::vector<RawEntry> writtenEntries(DocumentCache& cache) {
     const Object encrypt = findEntry(cache, cache.trailer.get(), "Encrypt");
     if (typeObject(encrypt) == ObjectType::reference) {
-        std::int32_t number = 0;
-        std::int32_t generation = 0;
-        referenceObject(encrypt, number, generation);
-        return rawEntries(cache, number, generation);
+        const ObjectIdentifier dictionary = referenced(encrypt);
+        return rawEntries(cache, dictionary.number, dictionary.generation);
     }
     const std::vector<RawEntry> trailer = rawTrailer(cache);
     const auto entry = std::ranges::find(trailer, "Encrypt", &RawEntry::key);

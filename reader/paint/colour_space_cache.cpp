@@ -2,9 +2,6 @@
 
 #include "reader/syntax/syntax.h"
 
-#include <algorithm>
-#include <iterator>
-
 namespace corvane {
 
 namespace {
@@ -39,19 +36,9 @@ ColourSpacePointer ColourSpaceCache::numbered(std::int32_t number,
     spaces.emplace(number, Known());
     Known made = readOnce(read);
     spaces[number] = made;
-    if (made.space != nullptr && !made.space->inkNames.empty()) {
-        addMixing(made.space);
-    }
+    mixing_.add(made.space);
     raiseException(made.fault);
     return made.space;
-}
-
-std::vector<ColourSpacePointer> ColourSpaceCache::mixing(std::string_view inkNames) const {
-    std::vector<ColourSpacePointer> found;
-    std::ranges::copy_if(mixing_, std::back_inserter(found), [&](const ColourSpacePointer& space) {
-        return space->inkNames == inkNames;
-    });
-    return found;
 }
 
 ColourSpacePointer ColourSpaceCache::named(std::string_view name) const {
@@ -81,10 +68,8 @@ ColourSpacePointer ColourSpaceCache::find(DocumentCache& cache, std::string_view
         }
         Known read = readOnce([&] { return readColourSpace(cache, object); });
         known = category.spaces.emplace(name, std::move(read)).first;
-        const ColourSpacePointer& space = known->second.space;
-        const bool isNumbered = typeObject(object) == ObjectType::reference;
-        if (space != nullptr && !space->inkNames.empty() && !isNumbered) {
-            addMixing(space);
+        if (typeObject(object) != ObjectType::reference) { // else `numbered` added it
+            mixing_.add(known->second.space);
         }
     }
     raiseException(known->second.fault);

@@ -3,6 +3,7 @@
 
 #include "reader/paint/colour_space.h"
 #include "reader/paint/default_spaces.h"
+#include "reader/paint/spaces_by_inks.h"
 #include "runtime/exception.h"
 
 #include <cstdint>
@@ -11,17 +12,14 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <utility>
-#include <vector>
 
 namespace corvane {
 
 class ColourSpaceCache {
 public:
     /// The space of that name: a device space, as the default spaces in force show it, or one of
-    /// the resources in use. Null where it is
-    /// unknown or of a kind that is not supported. A fault of its objects is raised again whenever
-    /// the name is met; they are not read again.
+    /// the resources in use. Null where it is unknown or of a kind that is not supported. A fault
+    /// of its objects is raised again whenever the name is met; they are not read again.
     ColourSpacePointer find(DocumentCache& cache, std::string_view name);
 
     /// The space of the object of this number, by `read` where it is not known. Faults likewise.
@@ -37,9 +35,8 @@ public:
     /// What the profiles of the file share.
     const IccLibraryPointer& iccLibrary();
 
-    /// Spaces of several inks that were read, in that order: those of these names.
-    std::vector<ColourSpacePointer> mixing(std::string_view inkNames) const;
-    void addMixing(ColourSpacePointer space) { mixing_.push_back(std::move(space)); }
+    /// Those with inks that were read.
+    const SpacesByInks& mixing() const { return mixing_; }
 
 private:
     struct Known {
@@ -63,7 +60,7 @@ private:
     DefaultSpaceSets defaults_;
     std::unordered_map<std::size_t, Spaces> spaces_; ///< by the number of the set
     IccLibraryPointer iccLibrary_;                   ///< null: no profile was met
-    std::vector<ColourSpacePointer> mixing_;
+    SpacesByInks mixing_;
 };
 
 /// That of an open file.

@@ -1,5 +1,6 @@
 #include "writer/page/content_names.h"
 
+#include "objects/referenced.h"
 #include "reader/syntax/stream_chain.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
@@ -139,10 +140,8 @@ void ContentNames::addEach(const Object& dictionary) {
 void ContentNames::add(const Object& value) {
     left_ -= bytesOfObject;
     if (typeObject(value) == ObjectType::reference) {
-        std::int32_t number = 0;
-        std::int32_t generation = 0;
-        referenceObject(value, number, generation);
-        if (!seen_.emplace(number, generation).second) {
+        const ObjectIdentifier content = referenced(value);
+        if (!seen_.emplace(content.number, content.generation).second) {
             return;
         }
     }

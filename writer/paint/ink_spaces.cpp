@@ -124,11 +124,7 @@ void InkSpaces::readUnread(DocumentCache& cache) {
         if (typeObject(space.get()) == ObjectType::array && sizeObject(space.get()) >= 4 &&
             (nameOf(elementsObject(space.get())[0]) == "DeviceN" ||
              nameOf(elementsObject(space.get())[0]) == "Separation")) {
-            attempted([&] {
-                if (ColourSpacePointer read = readColourSpace(cache, entries[i + 1])) {
-                    ofResources_.push_back(std::move(read));
-                }
-            });
+            attempted([&] { ofResources_.add(readColourSpace(cache, entries[i + 1])); });
         }
     }
 }
@@ -136,11 +132,12 @@ void InkSpaces::readUnread(DocumentCache& cache) {
 ColourSpacePointer InkSpaces::known(DocumentCache& cache, const InkMixtureFacts& mixture) {
     readUnread(cache);
     constexpr std::size_t mostTried = 16;
-    std::vector<ColourSpacePointer> mixing = colourSpacesOf(cache).mixing(mixture.names);
-    std::ranges::copy_if(
-        ofResources_, std::back_inserter(mixing),
-        [&](const ColourSpacePointer& space) { return space->inkNames == mixture.names; });
-    mixing.resize(std::min(mixing.size(), mostTried));
+    std::vector<ColourSpacePointer> mixing;
+    for (const std::span<const ColourSpacePointer> found :
+         {colourSpacesOf(cache).mixing().of(mixture.names), ofResources_.of(mixture.names)}) {
+        std::ranges::copy(found.first(std::min(found.size(), mostTried - mixing.size())),
+                          std::back_inserter(mixing));
+    }
     const auto like = std::ranges::find_if(
         mixing, [&](const ColourSpacePointer& space) { return looksLike(*space, mixture); });
     return like != mixing.end() ? *like : mixing.empty() ? nullptr : mixing.front();

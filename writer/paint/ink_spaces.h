@@ -5,10 +5,10 @@
 #include "objects/object_identifier.h"
 #include "reader/document/cache.h"
 #include "reader/paint/colour_space.h"
+#include "reader/paint/spaces_by_inks.h"
 #include "writer/paint/gradient_text.h"
 
 #include <map>
-#include <vector>
 
 namespace corvane {
 
@@ -28,7 +28,7 @@ private:
                           FunctionHolder& objects);
 
     ObjectOwner unread_; ///< resources; empty: none
-    std::vector<ColourSpacePointer> ofResources_;
+    SpacesByInks ofResources_;
     std::map<PaintSource, ObjectIdentifier> found_;
     std::map<ColourSpacePointer, ObjectIdentifier> copied_; ///< that have no number in the file
 };

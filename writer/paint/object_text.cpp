@@ -1,6 +1,7 @@
 #include "writer/paint/object_text.h"
 
 #include "objects/real_object.h"
+#include "objects/referenced.h"
 #include "output/number_text.h"
 
 #include <array>
@@ -59,10 +60,8 @@ std::optional<std::string> objectText(const Object& object) {
     case ObjectType::literal:
         return nameText(literalObject(object));
     case ObjectType::reference: {
-        std::int32_t number = 0;
-        std::int32_t generation = 0;
-        referenceObject(object, number, generation);
-        return std::to_string(number) + ' ' + std::to_string(generation) + " R";
+        const ObjectIdentifier target = referenced(object);
+        return std::to_string(target.number) + ' ' + std::to_string(target.generation) + " R";
     }
     case ObjectType::array:
         return elementsText(object, "[ ", "]");

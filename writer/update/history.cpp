@@ -1,6 +1,7 @@
 #include "writer/update/history.h"
 
 #include "filters/stream.h"
+#include "objects/referenced.h"
 #include "reader/document/revisions.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
@@ -83,10 +84,8 @@ void gatherSection(DocumentCache& cache, const PageNumbers& pages, Gathered& gat
     }
     const Object info = findEntry(cache, cache.trailer.get(), "Info");
     if (gathered.date.empty() && typeObject(info) == ObjectType::reference) {
-        std::int32_t number = 0;
-        std::int32_t generation = 0;
-        referenceObject(info, number, generation);
-        const auto node = findReference(*cache.references, number, generation);
+        const ObjectIdentifier dates = referenced(info);
+        const auto node = findReference(*cache.references, dates.number, dates.generation);
         if (node && (!gathered.facts.ours || isAppended(cache, *node, start))) {
             gathered.date = dateIn(cache, *node, "ModDate");
         }
