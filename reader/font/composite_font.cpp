@@ -3,6 +3,7 @@
 #include "reader/font/character_meaning.h"
 #include "reader/font/characters.h"
 #include "reader/font/font_entries.h"
+#include "reader/font/glyph_order.h"
 #include "reader/font/predefined_cmaps.h"
 
 #include <algorithm>
@@ -42,26 +43,41 @@ CompositeParts::CompositeParts(DocumentCache& cache, const Object& font, const O
       collection(readCollection(cache, font, descendant)),
       glyphsOfCids(
           bytesOfStream(cache, entryOf(cache, descendant, "CIDToGIDMap").get(), 2 * cidCount)),
+      isTrueType(nameEntry(cache, descendant, "Subtype") == "CIDFontType2"),
       widths(cache, descendant) {
     if (!collection.empty()) {
         collectionUnicode = predefinedCMaps(cache).unicodeOf(collection);
     }
 }
 
+CompositeFont::CompositeFont(CompositeParts parts, FontNames names, ShownProgram program)
+    : ProgramFont(std::move(names), std::move(program)), parts_(std::move(parts)),
+      isOrderKnown_(!isEmbedded() && parts_.isTrueType && parts_.collection.empty() &&
+                    hasMacintoshOrder(facts().realFamily)) {}
+
+/// The glyph that CIDToGIDMap names; 0: none.
+GlyphNumber CompositeFont::mappedGlyph(std::uint32_t cid) const {
+    if (parts_.glyphsOfCids.empty()) {
+        return cid;
+    }
+    const std::size_t at = 2 * std::size_t{cid};
+    if (at + 1 >= parts_.glyphsOfCids.size()) {
+        return 0;
+    }
+    return std::to_integer<GlyphNumber>(parts_.glyphsOfCids[at]) << 8 |
+           std::to_integer<GlyphNumber>(parts_.glyphsOfCids[at + 1]);
+}
+
 std::optional<GlyphNumber> CompositeFont::embeddedGlyph(std::uint32_t cid) const {
     if (parts_.glyphsOfCids.empty() || program()->kind() == ProgramKind::cidCff) {
         return program()->byCid(cid);
     }
-    const std::size_t at = 2 * std::size_t{cid};
-    if (at + 1 >= parts_.glyphsOfCids.size()) {
-        return std::nullopt;
-    }
-    const auto glyph = std::to_integer<GlyphNumber>(parts_.glyphsOfCids[at]) << 8 |
-                       std::to_integer<GlyphNumber>(parts_.glyphsOfCids[at + 1]);
+    const GlyphNumber glyph = mappedGlyph(cid);
     return glyph != 0 && glyph < program()->glyphCount() ? std::optional(glyph) : std::nullopt;
 }
 
-/// What the document says of the code, whatever its glyph is; may be empty.
+/// What the document says of the code, whatever its glyph is, or its font is known to show; may be
+/// empty.
 std::u32string CompositeFont::statedText(StringCode code, std::uint32_t cid) const {
     std::u32string text;
     if (parts_.toUnicode != nullptr) {
@@ -69,6 +85,9 @@ std::u32string CompositeFont::statedText(StringCode code, std::uint32_t cid) con
     }
     if (!isText(text) && parts_.collectionUnicode != nullptr) {
         text = parts_.collectionUnicode->text(cid).value_or(U"");
+    }
+    if (!isText(text) && isOrderKnown_) {
+        text = characterInMacintoshOrder(mappedGlyph(cid));
     }
     return text;
 }

@@ -20,13 +20,13 @@ struct CompositeParts {
     std::string collection;                        ///< "Adobe-Japan1", or empty
     std::shared_ptr<const CMap> collectionUnicode; ///< texts of its CIDs; may be null
     std::vector<std::byte> glyphsOfCids;           ///< CIDToGIDMap: two bytes each; empty: the same
+    bool isTrueType = false;                       ///< CIDs lead to glyphs of such a program
     CidWidths widths;
 };
 
 class CompositeFont : public ProgramFont {
 public:
-    CompositeFont(CompositeParts parts, FontNames names, ShownProgram program)
-        : ProgramFont(std::move(names), std::move(program)), parts_(std::move(parts)) {}
+    CompositeFont(CompositeParts parts, FontNames names, ShownProgram program);
 
     FontKind kind() const override { return FontKind::composite; }
     bool isVertical() const override { return parts_.encoding->isVertical(); }
@@ -39,10 +39,12 @@ protected:
     std::vector<StringCode> typedCodes() const override;
 
 private:
+    GlyphNumber mappedGlyph(std::uint32_t cid) const;
     std::optional<GlyphNumber> embeddedGlyph(std::uint32_t cid) const;
     std::u32string statedText(StringCode code, std::uint32_t cid) const;
 
     CompositeParts parts_;
+    bool isOrderKnown_; ///< of the glyphs of a program that is not there
 };
 
 } // namespace corvane

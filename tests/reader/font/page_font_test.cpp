@@ -178,6 +178,29 @@ TEST_F(PageFontTest, CompositeFontsGoByCids) {
     EXPECT_EQ(shown("\x2A\x80\x02"), "\uE12C:1000 \uE007:1000");
 }
 
+TEST_F(PageFontTest, GlyphsOfWellKnownFontsAreCharactersWithoutTheFile) {
+    const auto bare = [](const std::string& family, const std::string& descendant) {
+        return "/Subtype /Type0 /BaseFont /" + family +
+               " /Encoding /Identity-H /DescendantFonts [<< /BaseFont /" + family +
+               " /FontDescriptor << /Flags 32 >> /DW 500 " + descendant + " >>]";
+    };
+    const std::string_view codes("\0\3\0\x24\0\x61\0\x62\0\xE1\0\xE2\0\1", 14);
+    read(bare("ArialMT", "/Subtype /CIDFontType2"));
+    if (!font_->facts().isPageFont) {
+        GTEST_SKIP() << "no fonts are installed";
+    }
+    EXPECT_EQ(shown(codes), " :500 A:500 ~:500 Ä:500 ˇ:500 \uE0E2:500 \uE001:500");
+    EXPECT_EQ(font_->encode("A", 0), std::string("\0\x24", 2));
+    for (const auto& [family, descendant] : {std::pair("Calibri", "/Subtype /CIDFontType2"),
+                                             std::pair("ArialMT", "/Subtype /CIDFontType0")}) {
+        read(bare(family, descendant));
+        EXPECT_EQ(shown(codes.substr(2, 2)), "\uE024:500");
+    }
+    read(bare("ArialMT", "/Subtype /CIDFontType2 /CIDToGIDMap 7 0 R"), "", "",
+         std::string("\0\0\0\x24", 4));
+    EXPECT_EQ(shown(std::string_view("\0\1\0\2", 4)), "A:500 \uE002:500");
+}
+
 TEST_F(PageFontTest, VerticalGlyphsHangFromTheLine) {
     read(composite("/Identity-V", "/W [1 [600]] /W2 [2 [-700 300 900]]"), "bare.ttf");
     ASSERT_TRUE(font_->isVertical());
