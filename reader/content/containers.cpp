@@ -200,10 +200,15 @@ Art Containers::container() {
     return entries_.back().container;
 }
 
-Art Containers::clip() const {
+Art Containers::clippedGroup() const {
     const auto entry = std::find_if(entries_.rbegin(), entries_.rend() - 1,
                                     [](const Entry& each) { return each.group == Art::null; });
-    return entry == entries_.rend() - 1 ? Art::null : firstChild(entry->container);
+    return entry == entries_.rend() - 1 ? Art::null : entry->container;
+}
+
+Art Containers::clip() const {
+    const Art group = clippedGroup();
+    return group == Art::null ? Art::null : firstChild(group);
 }
 
 Art Containers::make(ArtKind kind) {

@@ -49,8 +49,12 @@ public:
     Art make(ArtKind kind);
     /// Moves art that was made in `holder` to where new art goes, if `holder` was closed since.
     void bringAlong(Art art, Art holder);
-    /// The innermost clip in force; null: none that was made since `open`.
+    /// The innermost clip in force, and the group that it clips; null: none that was made since
+    /// `open`.
     Art clip() const;
+    Art clippedGroup() const;
+    /// Whether marked content of a layer is open.
+    bool isLayered() const { return layered_ != 0; }
     /// Disposes of groups that were closed and hold nothing, or a clip alone: what they held was
     /// disposed of since.
     void dropBare();

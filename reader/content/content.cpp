@@ -14,10 +14,11 @@ namespace corvane {
 
 namespace {
 
-/// Whether something else than text is painted: lines do not go on across that.
-bool paintsOther(OperatorRole role) {
+/// Whether something else than text was painted: lines do not go on across that.
+bool paintedOther(OperatorRole role, const EndedPath& ended) {
+    const bool hasPath = ended.art != Art::null || ended.hidesFill || ended.hidesStroke;
     return role == OperatorRole::paint || role == OperatorRole::object ||
-           role == OperatorRole::paintPath || role == OperatorRole::endImage;
+           role == OperatorRole::endImage || (role == OperatorRole::paintPath && hasPath);
 }
 
 /// What a glyph that only says its shape does not do.
@@ -121,7 +122,7 @@ private:
         if (!level_.ignoresColour || !setsColour(keyword->role)) {
             keyword->handler(interpreter_);
         }
-        if (paintsOther(keyword->role)) {
+        if (paintedOther(keyword->role, level_.ended)) {
             level_.text.line.isOpen = false;
         }
         if (level_.trace != nullptr) {

@@ -1,6 +1,7 @@
 #include "reader/paint/path_art.h"
 
 #include "host/pen.h"
+#include "host/rectangle.h"
 #include "reader/content/appearance.h"
 #include "reader/content/art.h"
 #include "reader/content/interpreter.h"
@@ -94,6 +95,18 @@ void tellSource(Interpreter& interpreter, Art path, bool isPainted) {
     level.painted += isPainted ? 1 : 0;
 }
 
+/// Whether a clip along the last subpath leaves all that is seen of the content, but for slivers at
+/// its edge: programs clip to the page, in numbers that they round.
+bool leavesAll(const ContentLevel& level) {
+    constexpr double room = 0.125;
+    const std::optional<Rect> rectangle = rectangleOf(level.path.segments);
+    const bool hasArea = level.area.left < level.area.right && level.area.bottom < level.area.top;
+    return hasArea && rectangle && realFromFixed(rectangle->left) <= level.area.left + room &&
+           realFromFixed(rectangle->bottom) <= level.area.bottom + room &&
+           realFromFixed(rectangle->right) >= level.area.right - room &&
+           realFromFixed(rectangle->top) >= level.area.top - room;
+}
+
 /// Makes the path the clip of a new group; what is left of it to be seen: a copy, or null.
 Art clipWith(Interpreter& interpreter, Art path) {
     const GraphicsState& state = interpreter.state;
@@ -131,11 +144,16 @@ void finishArt(Interpreter& interpreter) {
     if (path == Art::null) {
         return;
     }
+    const bool isPainted = !clips || state.style.fillPaint != 0 || state.style.strokePaint != 0;
+    if (!isPainted && rules().lazyGroups && artKind(path) == ArtKind::path && leavesAll(level)) {
+        callHost(slot::disposeArt, path);
+        level.ended.clips = false;
+        return;
+    }
     if (clips && rules().lazyGroups && interpreter.containers.isFull()) {
         callHost(slot::disposeArt, path);
         failException(Exception::structure);
     }
-    const bool isPainted = !clips || state.style.fillPaint != 0 || state.style.strokePaint != 0;
     if (rules().lazyGroups) {
         // The clips at the end of a path count: a `Q` may stand within it. So may text, which is
         // painted before the path is.

@@ -25,14 +25,23 @@ bool ArtLines::goesOn() {
     return line.painted == interpreter_.level.painted &&
            line.settings == interpreter_.state.settings && line.blend == transparency.blend &&
            line.mask == transparency.mask && line.overprint == interpreter_.state.overprint &&
-           line.intent == interpreter_.state.intent &&
-           line.container == interpreter_.containers.container();
+           line.intent == interpreter_.state.intent && isSamePlace();
+}
+
+/// Programs save the state around each piece of a line, so a `q` and `Q` do not part it.
+bool ArtLines::isSamePlace() {
+    const LineArt& line = art();
+    Containers& containers = interpreter_.containers;
+    return line.isLayered || containers.isLayered() ? line.container == containers.container()
+                                                    : line.clipped == containers.clippedGroup();
 }
 
 void ArtLines::beginLine(TextLine& line) {
     LineArt& made = art();
     made = {.art = interpreter_.containers.make(ArtKind::text),
             .container = interpreter_.containers.container(),
+            .clipped = interpreter_.containers.clippedGroup(),
+            .isLayered = interpreter_.containers.isLayered(),
             .settings = interpreter_.state.settings,
             .blend = interpreter_.state.transparency.blend,
             .mask = interpreter_.state.transparency.mask,

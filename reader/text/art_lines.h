@@ -18,6 +18,7 @@ public:
     void addRunBefore(const TextLine& line, TextRun& run, ShownPart part, Fixed gap) override;
 
 private:
+    bool isSamePlace();
     void note(TextRun& run);
     void keep(const TextRun& run, ShownPart part);
     LineArt& art() { return interpreter_.level.text.art; }

@@ -19,6 +19,8 @@ namespace corvane {
 struct LineArt {
     Art art = Art::null;
     Art container = Art::null;  ///< that it was made in
+    Art clipped = Art::null;    ///< the group of the innermost clip
+    bool isLayered = false;     ///< in marked content of a layer
     std::int32_t painted = 0;   ///< objects of the content when its last run was made
     std::uint16_t settings = 0; ///< of `gs`, as the next three
     BlendMode blend = BlendMode::normal;

@@ -1,5 +1,6 @@
 #include "writer/patch/art_extent.h"
 
+#include "host/rectangle.h"
 #include "reader/content/art.h"
 #include "runtime/callbacks.h"
 #include "runtime/matrix.h"
@@ -120,24 +121,11 @@ std::optional<ArtExtent> rectangleOf(Art clip) {
     }
     std::array<Segment, 5> corners;
     callHost(slot::getPathSegments, subpaths[0].art, 0, subpaths[0].count, corners.data());
-    if (subpaths[0].count == 4) {
-        corners[4] = corners[0];
-    }
-    ArtExtent extent;
-    bool isRectangle = corners[4].anchor == corners[0].anchor;
-    for (std::size_t i = 0; i < 4; ++i) {
-        const Segment& from = corners[i];
-        const Segment& to = corners[i + 1];
-        const bool isStraight = from.out == from.anchor && to.in == to.anchor;
-        // Sides along the x axis and the y axis take turns.
-        const bool isLevel = from.anchor.y == to.anchor.y;
-        const bool isUpright = from.anchor.x == to.anchor.x;
-        const bool firstIsLevel = corners[0].anchor.y == corners[1].anchor.y;
-        isRectangle =
-            isRectangle && isStraight && (firstIsLevel == (i % 2 == 0) ? isLevel : isUpright);
-        extent.add(from.anchor);
-    }
-    return isRectangle ? std::optional(extent) : std::nullopt;
+    const std::optional<Rect> rectangle =
+        rectangleOf(std::span(corners).first(static_cast<std::size_t>(subpaths[0].count)));
+    return rectangle ? std::optional(ArtExtent{rectangle->left, rectangle->bottom, rectangle->right,
+                                               rectangle->top})
+                     : std::nullopt;
 }
 
 } // namespace corvane

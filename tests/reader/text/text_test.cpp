@@ -157,6 +157,21 @@ TEST_F(TextTest, LinesAndRuns) {
          "ab@100,700 10 + cd@111.1,700 10"},
         {"a clip in between", "(ab) Tj ET q 0 0 500 800 re W n BT 111.12 700 Td (cd) Tj ET Q BT",
          "ab@100,700 10 | cd@111.1,700 10"},
+        {"behind a clip",
+         "ET q 0 0 500 800 re W n BT 88.9 700 Td (ab) Tj ET Q BT 100 700 Td (cd) Tj",
+         "ab@88.9,700 10 | cd@100,700 10"},
+        {"states of their own",
+         "ET q BT 100 700 Td (ab) Tj ET Q q .5 g q BT 111.12 700 Td (cd) Tj ET Q q 2 0 0 2 0 0 cm "
+         "BT /F 5 Tf 60.84 350 Td (ef) Tj ET Q Q BT 130.02 700 Td (gh) Tj",
+         "ab@100,700 10 + cd@111.1,700 10 + ef@121.7,700 10 + gh@130,700 10"},
+        {"clips to the page, in rounded numbers",
+         "ET q 0 0.05 612.02 791.9 re W* n BT 100 700 Td (ab) Tj ET Q "
+         "q 0 0 612 792 re W n BT 111.12 700 Td (cd) Tj",
+         "ab@100,700 10 + cd@111.1,700 10"},
+        {"clips that leave a margin",
+         "ET q 0 0 611 792 re W n BT 100 700 Td (ab) Tj ET Q "
+         "q 0 0 611 792 re W n BT 111.12 700 Td (cd) Tj",
+         "ab@100,700 10 | cd@111.1,700 10"},
     };
     for (const Row& row : rows) {
         EXPECT_EQ(runs("BT /F 10 Tf 100 700 Td " + row.content + " ET"), row.runs) << row.name;

@@ -15,6 +15,9 @@ using ::testing::HasSubstr;
 const std::string next = "BT /F 10 Tf 12 TL 100 700 Td (ab) ' 2 1 (c d) \" (ef) ' T* (gh) Tj ET";
 
 TEST_F(TextPatchTest, Edits) {
+    const std::string states =
+        "q BT /F 10 Tf 100 700 Td (ab) Tj ET Q q 0 0 612 792 re W n .2 g BT /F 10 Tf 111.12 700 Td "
+        "(cd) Tj ET Q q 2 0 0 2 0 0 cm BT /F 5 Tf 60.84 350 Td (ef) Tj ET Q";
     const Edit rows[] = {
         {"a line is moved", threeRuns, [](Typist& it) { it.move(1, 5, 3); }, "2 1 0 0 0",
          "BT /F 10 Tf 100 700 Td (ab) Tj (cd) Tj 0 -20 Td  [-834 ] TJ\n ET\nq\nq\nBT\n/F 10 Tf\n" +
@@ -75,6 +78,13 @@ TEST_F(TextPatchTest, Edits) {
         {"letters in all of the state of text",
          "BT /F 10 Tf 100 700 Td 1 Tc 3 Ts (ab) Tj (cd) Tj (ef) Tj 100 0 Td (gh) Tj ET",
          [](Typist& it) { it.retype(0, 2, "no"); }, "3 1 0 0 0", ""},
+        {"a line of pieces in states of their own is moved", states,
+         [](Typist& it) { it.move(0, 5, 3); }, "0 3 0 0 0", ""},
+        {"one of them gets another colour", states, [](Typist& it) { it.gray(0, 1); }, "2 1 0 0 0",
+         ""},
+        {"longer letters in the first", states, [](Typist& it) { it.retype(0, 0, "hello"); },
+         "0 3 0 0 0", ""},
+        {"one of them goes", states, [](Typist& it) { it.removeRun(0, 1); }, "1 1 0 1 0", ""},
         {"in a space of its own",
          "q .5 .1 0 -.5 10 600 cm BT /F 20 Tf 100 70 Td (ab) Tj (cd) Tj 0 -20 Td (ef) Tj ET Q 0 0 "
          "9 9 re f",
