@@ -57,7 +57,7 @@ std::vector<bool> surplus(const std::vector<PageOperation>& operations) {
 }
 
 bool takesNone(std::string_view word) {
-    constexpr std::array<std::string_view, 5> words = {"q", "Q", "BT", "ET", "EMC"};
+    constexpr std::array<std::string_view, 6> words = {"q", "Q", "BT", "ET", "EMC", "BI"};
     return std::ranges::find(words, word) != words.end();
 }
 

@@ -53,7 +53,7 @@ LineBuilder::LineBuilder(LineTarget& target, const GraphicsState& state, const R
     stretch_ = isVertical_ ? -sign * height : sign * height / text.horizontalScale;
     run_.font = handleOf(*text.font);
     run_.size = fixedFromReal(std::abs(text.size) * height);
-    run_.rise = isVertical_ ? 0 : fixedFromReal(sign * text.rise * height);
+    ownRise_ = isVertical_ ? 0 : sign * text.rise * height;
     run_.spacing = isVertical_ ? 0 : fixedFromReal(sign * text.characterSpacing * height);
     run_.style = style;
     const Transparency& transparency = state.transparency;
@@ -77,21 +77,32 @@ bool LineBuilder::isOnLine(const RealPoint& at) const {
     return std::abs(at.y) <= sameBaseline * std::max(realFromFixed(run_.size), open_.size);
 }
 
+/// Indices and exponents, which most programs move and few raise by `Ts`.
+bool LineBuilder::isRaised(const RealPoint& at) const {
+    const double size = open_.firstSize;
+    return !isVertical_ && !open_.isEmpty && realFromFixed(run_.size) <= indexSize * size &&
+           at.y <= highestIndex * size && at.y >= -deepestIndex * size;
+}
+
 bool LineBuilder::goesOn(double pen) {
     if (!open_.isOpen || open_.isVertical != isVertical_ || !isParallel(direction_, open_.matrix) ||
         !target_.goesOn()) {
         return false;
     }
     const RealPoint at = onLine(pen);
-    return isOnLine(at) && isWithinReach(at.x, std::max(realFromFixed(run_.size), open_.size));
+    const bool isIndex = !isOnLine(at) && isRaised(at);
+    return (isOnLine(at) || isIndex) &&
+           isWithinReach(at.x, std::max(realFromFixed(run_.size), open_.size),
+                         isIndex ? std::max(open_.accent, open_.index) : open_.accent);
 }
 
 /// Viewers put the leftmost letter of a line where the line begins, so none may stand farther back.
-/// A letter goes back below its accent, which TeX shows first.
-bool LineBuilder::isWithinReach(double at, double size) const {
+/// A letter goes back by `room` more: below its accent, which TeX shows first, or an index below
+/// its exponent.
+bool LineBuilder::isWithinReach(double at, double size, double room) const {
     const double gap = (at - open_.end) / size;
     const bool isInFront = at < -tolerance * size && !isVertical_;
-    const double farthest = farthestBack + open_.accent / size;
+    const double farthest = farthestBack + room / size;
     return gap <= widestGap && gap >= -farthest && !isInFront;
 }
 
@@ -123,7 +134,9 @@ void LineBuilder::beginRun(double pen, std::int32_t element) {
 }
 
 void LineBuilder::startRun(double pen, std::int32_t element) {
-    origin_ = onLine(pen).x - pen * stretch_;
+    const RealPoint at = onLine(pen);
+    origin_ = at.x - pen * stretch_;
+    run_.rise = fixedFromReal(ownRise_ + (isOnLine(at) ? 0 : at.y));
     isInRun_ = true;
     runPen_ = pen;
     runElement_ = element;
@@ -151,6 +164,7 @@ void LineBuilder::endRun(double pen, std::int32_t element) {
         open_.firstSize = realFromFixed(run_.size);
     }
     open_.isEmpty = false;
+    open_.index = run_.rise != 0 ? open_.end - along(runPen_) : 0;
     open_.size = realFromFixed(run_.size);
     open_.spacing = state_.size == 0 ? 0 : state_.characterSpacing / state_.size;
 }
@@ -192,7 +206,7 @@ void LineBuilder::addGap(double at) {
 void LineBuilder::add(const PenGlyph& placed) {
     const ShownGlyph& glyph = placed.glyph;
     const double pen = placed.pen;
-    if (isInRun_ && !isWithinReach(along(pen), realFromFixed(run_.size))) {
+    if (isInRun_ && !isWithinReach(along(pen), realFromFixed(run_.size), open_.accent)) {
         endRun(pen, placed.element);
         open_.isOpen = false;
     }

@@ -64,8 +64,9 @@ private:
     bool goesOn(double pen);
     double letterSpacing() const;
     bool makesWords(std::span<const PenGlyph> glyphs);
-    bool isWithinReach(double at, double size) const;
+    bool isWithinReach(double at, double size, double room) const;
     bool isOnLine(const RealPoint& at) const;
+    bool isRaised(const RealPoint& at) const;
     bool isFarEnd(std::span<const PenGlyph> standing) const;
     void openLine(const TextLine& line);
     void beginLine(double pen);
@@ -88,6 +89,7 @@ private:
     RealMatrix direction_; // of a line, without its origin
     double stretch_ = 1;   // from the pen to the line's space
     double origin_ = 0;    // in the line's space: where the pen is 0
+    double ownRise_ = 0;   // that the state gives letters
     TextRun run_;          // without its text
     std::string text_;
     std::vector<TextPiece> pieces_;

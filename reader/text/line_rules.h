@@ -24,6 +24,11 @@ inline constexpr double tolerance = 0.004;
 /// By how much a baseline may miss the line, and a direction its own.
 inline constexpr double sameBaseline = 0.008;
 inline constexpr double sameDirection = 1e-4;
+/// Indices and exponents: how large they are at most, and how far their baseline lies above that of
+/// the line, or below it, in ems of its first letters.
+inline constexpr double indexSize = 0.85;
+inline constexpr double highestIndex = 0.7;
+inline constexpr double deepestIndex = 0.4;
 
 inline bool isNear(double a, double b) {
     return std::abs(a - b) <= sameDirection * std::max(1.0, std::abs(a));

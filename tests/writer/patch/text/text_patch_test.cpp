@@ -18,6 +18,8 @@ TEST_F(TextPatchTest, Edits) {
     const std::string states =
         "q BT /F 10 Tf 100 700 Td (ab) Tj ET Q q 0 0 612 792 re W n .2 g BT /F 10 Tf 111.12 700 Td "
         "(cd) Tj ET Q q 2 0 0 2 0 0 cm BT /F 5 Tf 60.84 350 Td (ef) Tj ET Q";
+    const std::string exponent =
+        "BT /F 10 Tf 100 700 Td (ab) Tj /F 7 Tf 11.12 4 Td (c) Tj /F 10 Tf 3.5 -4 Td (d) Tj ET";
     const Edit rows[] = {
         {"a line is moved", threeRuns, [](Typist& it) { it.move(1, 5, 3); }, "2 1 0 0 0",
          "BT /F 10 Tf 100 700 Td (ab) Tj (cd) Tj 0 -20 Td  [-834 ] TJ\n ET\nq\nq\nBT\n/F 10 Tf\n" +
@@ -85,6 +87,17 @@ TEST_F(TextPatchTest, Edits) {
         {"longer letters in the first", states, [](Typist& it) { it.retype(0, 0, "hello"); },
          "0 3 0 0 0", ""},
         {"one of them goes", states, [](Typist& it) { it.removeRun(0, 1); }, "1 1 0 1 0", ""},
+        {"a line with an exponent is turned", exponent,
+         [](Typist& it) {
+             it.transform(0, {0, 2, -2, 0, 900, 100});
+         },
+         "0 3 0 0 0", ""},
+        {"an exponent gets another colour", exponent, [](Typist& it) { it.gray(0, 1); },
+         "2 1 0 0 0", ""},
+        {"other letters of an exponent push what follows", exponent,
+         [](Typist& it) { it.retype(0, 1, "no"); }, "1 2 0 0 0", ""},
+        {"other letters in front of an exponent", exponent,
+         [](Typist& it) { it.retype(0, 0, "hello"); }, "0 3 0 0 0", ""},
         {"in a space of its own",
          "q .5 .1 0 -.5 10 600 cm BT /F 20 Tf 100 70 Td (ab) Tj (cd) Tj 0 -20 Td (ef) Tj ET Q 0 0 "
          "9 9 re f",
