@@ -307,7 +307,10 @@ void LineMaker::addRuns() {
         runs.back().decorations = each.decorations;
     }
     std::optional<OrderedLine> seen;
-    const bool isKept = isOfPage_ || (inPageFont_ && line_.anchor == TextAnchor::start);
+    const TextAnchor first =
+        line_.order == TextOrder::rightToLeft ? TextAnchor::end : TextAnchor::start;
+    const bool isKept =
+        isOfPage_ || (inPageFont_ && (line_.anchor == first || line_.anchor == TextAnchor::start));
     if (isKept && mayTurn_ && !path_ && !frame_.isVertical) {
         seen = asSeen(runs, line_.order);
     } else if (isOfPage_ && !mayTurn_ && line_.order == TextOrder::leftToRight) {
