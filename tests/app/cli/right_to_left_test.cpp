@@ -3,23 +3,28 @@
 #include "tests/app/cli/saving.h"
 #include "tests/support/pdf_builder.h"
 
+#include <regex>
+
 namespace corvane {
 namespace {
 
 class RightToLeft : public Saving {
 protected:
-    /// A page whose font has the letters a to d for alef to dalet.
+    /// A page whose font has the letters a to d for alef to dalet, e for a mark without a width,
+    /// and others for several letters that are joined.
     static test::PdfBuilder file(const std::string& content, const std::string& entries = "") {
         std::string widths;
-        for (int code = ' '; code <= 'd'; ++code) {
-            widths += "500 ";
+        for (int code = ' '; code <= 'h'; ++code) {
+            widths += code == 'e' ? "0 " : "500 ";
         }
         return test::PdfBuilder::onePage("BT /H 10 Tf 100 700 Td " + content + " ET",
                                          "/Resources << /Font << /H 20 0 R >> >> " + entries)
             .object(20, "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica /FirstChar 32 "
                         "/Widths [" +
                             widths + "] /ToUnicode 21 0 R >>")
-            .stream(21, "beginbfrange <61> <64> <05D0> <20> <39> <0020> endbfrange");
+            .stream(21,
+                    "beginbfrange <61> <64> <05D0> <20> <39> <0020> endbfrange beginbfchar <65> "
+                    "<05B8> <66> <06440627> <67> <FE8E> <68> <05D005B8> endbfchar");
     }
     static std::string page(const std::string& content) { return file(content).bytes(); }
 
@@ -27,6 +32,11 @@ protected:
     static std::string line(const std::string& svg) {
         const auto start = svg.find("<text");
         return start == svg.npos ? "" : svg.substr(start, svg.find("</text>", start) - start);
+    }
+
+    /// Those of the line, in the order of the file.
+    static std::string letters(const std::string& svg) {
+        return std::regex_replace(line(svg), std::regex("<[^>]*>"), "");
     }
 };
 
@@ -125,6 +135,41 @@ TEST_F(RightToLeft, TheRightEndStays) {
         const std::string again = artwork("in.pdf", 1);
         EXPECT_NE(line(again).find(row.after), std::string::npos) << line(again);
         EXPECT_NE(again.find(row.place), std::string::npos) << again;
+    }
+}
+
+TEST_F(RightToLeft, MarksAndJoinedLettersAreTyped) {
+    struct Row {
+        const char* content;
+        const char* letters; ///< as they are read
+        const char* was;
+        const char* is;
+        const char* saved;
+    };
+    for (const Row& row : {
+             Row{"(bea) Tj", "\u05D0\u05B8\u05D1", "\u05D1<", "\u05D2<", "[<636561> ] TJ"},
+             // Of one glyph with its letter, or typed to it.
+             Row{"(bha) Tj", "\u05D0\u05D0\u05B8\u05D1", "\u05D1<", "\u05D2<", "[<636861> ] TJ"},
+             Row{"(bea) Tj", "\u05D0\u05B8\u05D1", "\u05D0<", "\u05D0\u05B8\u05D3<",
+                 "[<62656468> ] TJ"},
+             Row{"(bea) Tj", "\u05D0\u05B8\u05D1", "\u05D1<", "\u05D2\u05B8<", "[<65636561> ] TJ"},
+             Row{"(g ) Tj (f) Tj", "\u0644\u0627 \uFE8E", "\uFE8E<", "\uFE8E\uFE8E<", "(f) Tj"},
+         }) {
+        SCOPED_TRACE(row.content);
+        const std::string old = page(row.content);
+        folder_.add("in.pdf", old);
+        const std::string svg = artwork("in.pdf", 1);
+        EXPECT_EQ(letters(svg), row.letters);
+        folder_.add("page.svg", svg);
+        ASSERT_EQ(run({"save", "page.svg", "in.pdf"}).status, 0);
+        EXPECT_EQ(bytes("in.pdf"), old);
+        const std::string typed = replaced(svg, row.was, row.is);
+        folder_.add("page.svg", typed);
+        ASSERT_EQ(run({"save", "page.svg", "in.pdf", "--plain"}).status, 0);
+        const std::string added = bytes("in.pdf").substr(old.size());
+        EXPECT_NE(added.find(row.saved), std::string::npos) << added;
+        const std::string again = artwork("in.pdf", 1);
+        EXPECT_NE(letters(typed).find(letters(again)), std::string::npos) << letters(again);
     }
 }
 
