@@ -1,5 +1,6 @@
 #include "fuzz/artwork_edit.h"
 
+#include "app/artwork/geometry.h"
 #include "app/artwork/transform_art.h"
 
 #include <algorithm>
@@ -176,12 +177,25 @@ private:
         }
     }
 
+    /// The place of a line whose letters run from the right is its right end in a file.
+    static TextLine asInFile(TextLine line) {
+        if (line.reach != 0) {
+            const double reach = static_cast<double>(line.reach) / fixedOne;
+            const RealPoint end = transform(realMatrix(line.matrix), {reach, 0});
+            line.matrix.tx = fixedNumber(end.x);
+            line.matrix.ty = fixedNumber(end.y);
+            line.anchor = TextAnchor::end;
+            line.reach = 0;
+        }
+        return line;
+    }
+
     /// Makes text anew in its place, as when it is read from a file; `change` may take the text
     /// away, and the run is left out.
     template <class Change>
     void remake(Art text, Change change) {
         const Art made = document_.make(ArtKind::text, Placement::inFront, text);
-        document_.setTextLine(made, document_.textLine(text));
+        document_.setTextLine(made, asInFile(document_.textLine(text)));
         const std::int32_t runs = document_.textRunCount(text);
         for (std::int32_t i = 0; i < runs; ++i) {
             TextRun run = document_.textRun(text, i);

@@ -61,6 +61,21 @@ void checkReading(std::u32string_view standing) {
     }
 }
 
+/// Each letter is followed by its marks.
+void checkReadingWithMarks(std::u32string_view standing) {
+    std::vector<bool> isBehind(standing.size());
+    std::transform(standing.begin(), standing.end(), isBehind.begin(), isMark);
+    const ReadLine line = readingWithMarks(standing, isBehind);
+    require(line.order.size() == standing.size() && line.levels.size() == standing.size());
+    std::vector<bool> isRead(standing.size());
+    for (std::size_t i = 0; i < standing.size(); ++i) {
+        const std::size_t at = line.order[i];
+        require(at < standing.size() && !isRead[at]);
+        require(at == 0 || !isBehind[at] || (i > 0 && line.order[i - 1] == at - 1));
+        isRead[at] = true;
+    }
+}
+
 /// Characters from `start` to where the direction or the script changes.
 TextStretch stretchFrom(std::size_t start, std::u32string_view text,
                         std::span<const TextLevel> levels, std::span<const std::uint32_t> scripts) {
@@ -114,6 +129,7 @@ void fuzzShaping(Bytes input) {
     require(levels.size() == text.size() && scripts.size() == text.size());
     checkOrder(levels);
     checkReading(text);
+    checkReadingWithMarks(text);
     (void)runsBothWays(text);
     const auto font = OpenTypeFont::open({bytes.begin(), bytes.end()});
     if (!font) {

@@ -106,7 +106,7 @@ enum class TextOrder : std::uint8_t {
     rightToLeft = 2, ///< who draws it puts them in order (UAX #9)
 };
 
-/// Lines of a page have the defaults of all but `matrix` and `isVertical`.
+/// Lines of a page have the defaults of all but `matrix`, `isVertical` and `reach`.
 struct TextLine {
     Matrix matrix = {};
     bool isVertical = false;
@@ -121,6 +121,9 @@ struct TextLine {
     std::span<const Segment> path = {};
     bool isPathClosed = false;
     Fixed pathStart = 0; ///< where the line begins, along the path from its first point
+    /// Of a line of a page that has letters from the right: how long it is, in its own space. No
+    /// letter stands farther to the right. 0: not told.
+    Fixed reach = 0;
 };
 
 } // namespace corvane

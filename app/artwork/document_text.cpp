@@ -32,7 +32,7 @@ bool isWhole(const TextLine& line) {
     const bool pathFits =
         line.path.empty() ||
         (line.path.data() != nullptr && line.path.size() > 1 && line.path.size() <= longestPath);
-    return isNamed && line.length >= 0 && pathFits;
+    return isNamed && line.length >= 0 && line.reach >= 0 && pathFits;
 }
 
 /// Whether pieces lie in the text, each at the beginning of a character and behind the one before.
@@ -138,6 +138,7 @@ void Document::transformText(Art text, const RealMatrix& map) {
     }
     line.matrix = fixedMatrix(after);
     line.length = scaledLength(line.length, scale);
+    line.reach = scaledLength(line.reach, scale);
     if (!path.empty()) {
         transform(path, map);
         line.path = path;

@@ -133,6 +133,32 @@ std::optional<ReadLine> readingOf(std::u32string_view standing) {
     return readingOf(standing, isLikely);
 }
 
+ReadLine readingWithMarks(std::u32string_view standing, const std::vector<bool>& isBehind) {
+    std::vector<std::size_t> starts;
+    std::u32string letters;
+    for (std::size_t i = 0; i < standing.size(); ++i) {
+        if (i == 0 || !isBehind[i]) {
+            starts.push_back(i);
+            letters += standing[i];
+        }
+    }
+    std::optional<ReadLine> found = readingOf(letters);
+    if (!found) {
+        found.emplace().levels = levelsOf(letters, false);
+        found->order = visualOrder(found->levels);
+    }
+    ReadLine line{found->isRightToLeft, {}, {}};
+    for (std::size_t i = 0; i < starts.size(); ++i) {
+        const std::size_t letter = found->order[i];
+        const std::size_t end = letter + 1 < starts.size() ? starts[letter + 1] : standing.size();
+        for (std::size_t at = starts[letter]; at < end; ++at) {
+            line.order.push_back(at);
+            line.levels.push_back(found->levels[i]);
+        }
+    }
+    return line;
+}
+
 std::u32string inOtherOrder(std::u32string_view text) {
     if (std::ranges::none_of(text, isRightToLeft)) {
         return std::u32string(text);

@@ -34,6 +34,10 @@ std::optional<ReadLine> readingOf(std::u32string_view standing);
 /// The same; the direction that is tried first, from the right or not, is given.
 std::optional<ReadLine> readingOf(std::u32string_view standing, bool isLikely);
 
+/// The same of a line in which a character that `isBehind` goes with the one in front of it, as
+/// marks of its glyph do. Where nothing is found, the line runs from the left.
+ReadLine readingWithMarks(std::u32string_view standing, const std::vector<bool>& isBehind);
+
 /// The text of one glyph as it stands, which is given as it is read, or the other way round:
 /// letters from the right are turned round one by one, each with its marks behind it.
 std::u32string inOtherOrder(std::u32string_view text);

@@ -81,6 +81,10 @@ void ArtLines::addRun(TextRun& run, ShownPart part) {
     keep(run, part);
 }
 
+void ArtLines::tellReach(const TextLine& line) {
+    callHost(slot::setTextLine, art().art, &line);
+}
+
 bool ArtLines::takesBefore() {
     return hostGrowsLines() && art().runs < mostRunsBefore && goesOn();
 }

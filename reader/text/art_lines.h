@@ -14,6 +14,7 @@ public:
     bool goesOn() override;
     void beginLine(TextLine& line) override;
     void addRun(TextRun& run, ShownPart part) override;
+    void tellReach(const TextLine& line) override;
     bool takesBefore() override;
     void addRunBefore(const TextLine& line, TextRun& run, ShownPart part, Fixed gap) override;
 

@@ -16,6 +16,7 @@ public:
     /// Runs that look alike become one: nothing tells them apart once they are read from SVG.
     void addRun(TextRun& run, ShownPart part) override;
     /// What clips is not put into the order of reading: nobody would be helped.
+    void tellReach(const TextLine&) override {}
     bool takesBefore() override { return false; }
     void addRunBefore(const TextLine&, TextRun&, ShownPart, Fixed) override {}
 

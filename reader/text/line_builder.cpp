@@ -167,6 +167,16 @@ void LineBuilder::endRun(double pen, std::int32_t element) {
     open_.index = run_.rise != 0 ? open_.end - along(runPen_) : 0;
     open_.size = realFromFixed(run_.size);
     open_.spacing = state_.size == 0 ? 0 : state_.characterSpacing / state_.size;
+    if (open_.runsFromRight && !isVertical_) {
+        target_.tellReach(lineSoFar());
+    }
+}
+
+/// Of the open line. Where its last letter does not end it, programs do not agree on its length.
+TextLine LineBuilder::lineSoFar() const {
+    const bool isLast = open_.modelReach - open_.modelEnd <= tolerance * open_.size;
+    return {.matrix = hostMatrix(open_.matrix),
+            .reach = isLast ? std::max(fixedFromReal(open_.modelEnd), Fixed{0}) : 0};
 }
 
 /// Moves the glyph to come to its place.
@@ -191,6 +201,7 @@ void LineBuilder::append(std::string_view text, double at, double advance, std::
         charge_.resize(bytes);
     }
     open_.modelEnd += roundedAdvance(advance) * size + realFromFixed(run_.spacing);
+    open_.modelReach = std::max(open_.modelReach, open_.modelEnd);
     open_.endsBlank = isBlank(text);
 }
 

@@ -74,6 +74,7 @@ private:
     void startRun(double pen, std::int32_t element);
     ShownPart partUpTo(double pen, std::int32_t element);
     void endRun(double pen, std::int32_t element);
+    TextLine lineSoFar() const;
     void endRunBefore(const OpenLine& former, double pen, std::int32_t element);
     void addGap(double at);
     double addStanding(std::span<const PenGlyph> standing);

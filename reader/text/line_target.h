@@ -18,6 +18,8 @@ public:
     virtual void beginLine(TextLine& line) = 0;
     /// Adds a run to the line, and says where its art is.
     virtual void addRun(TextRun& run, ShownPart part) = 0;
+    /// The line, whose runs so far are there, is so long now (`TextLine::reach`).
+    virtual void tellReach(const TextLine& line) = 0;
     /// Whether what is shown now may come before the first run of the open line.
     virtual bool takesBefore() = 0;
     /// Adds a run there, at which the line then begins; the others go on by `gap`, in ems of the

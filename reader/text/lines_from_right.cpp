@@ -64,18 +64,19 @@ void LineBuilder::endRunBefore(const OpenLine& former, double pen, std::int32_t 
     const double moved = realFromFixed(gap) * former.firstSize;
     ShownPart part = partUpTo(pen, element);
     part.gap = moved;
-    target_.addRunBefore({.matrix = hostMatrix(open_.matrix)}, run_, part, gap);
 
     OpenLine line = former;
     line.matrix = open_.matrix;
     line.back = open_.back;
     line.end += begin;
     line.modelEnd += open_.modelEnd + moved;
+    line.modelReach = std::max(open_.modelReach, former.modelReach + open_.modelEnd + moved);
     line.startsBlank = open_.startsBlank;
     line.runsFromRight = former.runsFromRight || open_.runsFromRight;
     line.firstSize = realFromFixed(run_.size);
     line.drift += miss + moved;
     open_ = line;
+    target_.addRunBefore(lineSoFar(), run_, part, gap);
 }
 
 /// A run that is a line, or the beginning of the open one. `shown` and `standing` are the same

@@ -16,6 +16,7 @@ struct OpenLine {
     double accent = 0;      ///< how wide the last glyph is, if the letter may stand below it
     double index = 0;       ///< how wide the last run is, if that is raised or lowered
     double modelEnd = 0;    ///< where the runs of the art end, whose numbers are 16.16
+    double modelReach = 0;  ///< the farthest end of a letter in them
     double size = 0;        ///< of the last run
     double spacing = 0;     ///< of the letters that were shown last, in ems
     bool isEmpty = true;    ///< it has no run yet

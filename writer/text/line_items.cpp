@@ -86,12 +86,13 @@ private:
     static bool canType(PageFont& font, std::u32string_view text) {
         return std::ranges::none_of(text, needsShaping) && encodeText(font, text);
     }
-    /// Letters that are set apart, or moved, are not of one glyph.
+    /// Letters that are set apart, moved, or of different faces are not of one glyph.
     std::vector<LetterFacts> placesOf(std::size_t from, std::size_t to) const {
         std::vector<LetterFacts> places;
         for (std::size_t i = from; i < to; ++i) {
             const bool isApart = letters_[i].shift != 0 || letters_[i].turn != 0 ||
-                                 runs_[letters_[i].run].run.spacing != 0;
+                                 runs_[letters_[i].run].run.spacing != 0 ||
+                                 (i > from && letters_[i].face != letters_[i - 1].face);
             places.push_back({.face = letters_[i].face, .mayJoin = !isApart});
         }
         return places;
@@ -145,15 +146,16 @@ void Itemizer::readLetters(std::size_t number) {
     }
 }
 
-/// Letters of a page are in the order in which they stand. Whether they run from the right.
+/// Letters of a page are in the order in which they stand, each with the marks behind it that are
+/// of its glyph, or were typed to it. Whether they run from the right.
 bool Itemizer::turnIntoReadingOrder() {
-    ReadLine line;
-    if (std::optional<ReadLine> found = readingOf(text_)) {
-        line = std::move(*found);
-    } else {
-        line.levels = levelsOf(text_, false);
-        line.order = visualOrder(line.levels);
+    std::vector<bool> isBehind;
+    for (std::size_t i = 0; i < letters_.size(); ++i) {
+        const Letter& letter = letters_[i];
+        isBehind.push_back(i > 0 && isMark(letter.character) && letter.shift == 0 &&
+                           letter.face == letters_[i - 1].face);
     }
+    const ReadLine line = readingWithMarks(text_, isBehind);
     std::vector<Letter> read;
     for (std::size_t i = 0; i < letters_.size(); ++i) {
         read.push_back(letters_[line.order[i]]);

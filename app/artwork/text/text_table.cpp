@@ -71,7 +71,8 @@ TextLine TextTable::line(NodeIndex node) const {
                   .anchor = line.anchor,
                   .order = line.order,
                   .length = line.length,
-                  .stretchesLetters = line.stretchesLetters};
+                  .stretchesLetters = line.stretchesLetters,
+                  .reach = line.reach};
     if (line.path != nullptr) {
         told.path = {line.path->segments, line.path->count};
         told.isPathClosed = line.path->isClosed;
@@ -103,6 +104,7 @@ void TextTable::setLine(NodeIndex node, const TextLine& line) {
     Line changed = lineAt(node);
     changed.matrix = line.matrix;
     changed.length = line.length;
+    changed.reach = line.reach;
     changed.anchor = line.anchor;
     changed.order = line.order;
     changed.isVertical = line.isVertical;

@@ -98,6 +98,7 @@ private:
     struct Line {
         Matrix matrix;
         Fixed length = 0;
+        Fixed reach = 0;
         TextAnchor anchor = TextAnchor::start;
         TextOrder order = TextOrder::visual;
         bool isVertical = false;

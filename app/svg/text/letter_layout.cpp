@@ -11,9 +11,6 @@ namespace corvane {
 
 namespace {
 
-/// In ems: what is seen of a letter that misses its place.
-constexpr double seenMiss = 0.1;
-
 /// Puts the letters of one run after another.
 class Layout {
 public:
@@ -79,14 +76,6 @@ std::vector<PlacedGlyph> layOut(const Document& document, Art text, LetterAdvanc
     return std::move(layout.glyphs());
 }
 
-/// How much wider than high letters become.
-double widening(const Matrix& matrix) {
-    const RealMatrix real = realMatrix(matrix);
-    const double width = std::hypot(real.a, real.b);
-    const double area = std::abs(real.a * real.d - real.b * real.c);
-    return area > 0 ? width * width / area : 1;
-}
-
 bool hasSeveralPieces(const Document& document, Art text) {
     const auto& pieces = document.textRun(text, 0).pieces;
     return document.textRunCount(text) > 1 ||
@@ -106,6 +95,16 @@ std::vector<PlacedGlyph> joined(const std::vector<PlacedGlyph>& glyphs) {
     return pieces;
 }
 
+/// The share of a line's length by which letters miss their places in programs that divide once
+/// too often by how much wider than high the matrix makes letters.
+double missedShare(const Matrix& matrix) {
+    const RealMatrix real = realMatrix(matrix);
+    const double width = std::hypot(real.a, real.b);
+    const double area = std::abs(real.a * real.d - real.b * real.c);
+    const double widening = area > 0 ? width * width / area : 1;
+    return std::abs(1 - 1 / widening);
+}
+
 } // namespace
 
 std::vector<PlacedGlyph> placed(const Document& document, Art text, const LetterRule& rule) {
@@ -117,16 +116,30 @@ std::vector<PlacedGlyph> placed(const Document& document, Art text, const Letter
     if (rule.isExact) {
         return layOut(document, text, *rule.advances);
     }
-    // Programs that divide by it once too often miss by that share of the line.
-    const double missing = std::abs(1 - 1 / widening(line.matrix));
+    const double missing = missedShare(line.matrix);
     if (missing == 0 || !hasSeveralPieces(document, text)) {
         return {};
     }
     std::vector<PlacedGlyph> pieces = joined(layOut(document, text, *rule.advances));
+    constexpr double seenMiss = 0.1; // of a letter, in ems
     const double seen = seenMiss * static_cast<double>(document.textRun(text, 0).size);
     return pieces.empty() || missing * static_cast<double>(pieces.back().at) < seen
                ? std::vector<PlacedGlyph>()
                : pieces;
+}
+
+TextLine placedWhereRead(TextLine line, Fixed size) {
+    constexpr double seenMiss = 0.01; // of letters, in ems
+    const double missing = missedShare(line.matrix) * static_cast<double>(line.reach);
+    const bool isKnown = line.reach != 0 && missing <= seenMiss * static_cast<double>(size);
+    if (line.order == TextOrder::rightToLeft && line.anchor == TextAnchor::start && isKnown) {
+        const double reach = static_cast<double>(line.reach) / fixedOne;
+        const RealPoint end = transform(realMatrix(line.matrix), {reach, 0});
+        line.matrix.tx = fixedNumber(end.x);
+        line.matrix.ty = fixedNumber(end.y);
+        line.anchor = TextAnchor::end;
+    }
+    return line;
 }
 
 } // namespace corvane

@@ -29,4 +29,9 @@ struct LetterRule {
 /// not known, or where the line is not a plain one.
 std::vector<PlacedGlyph> placed(const Document& document, Art text, const LetterRule& rule);
 
+/// The line, whose first run has that size, with its place at its right end if it is read from
+/// there, so that a longer word moves what is read after it. As it is where its length is not
+/// known, or where some programs would miss that place: in lines that are stretched one way.
+TextLine placedWhereRead(TextLine line, Fixed size);
+
 } // namespace corvane

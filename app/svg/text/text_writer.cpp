@@ -110,7 +110,7 @@ std::vector<PlacedGlyph> TextWriter::placesOf(const TextPlace& place) const {
 /// what clips, which says of no letter what it was.
 void TextWriter::putInOrder() {
     if (line_.order != TextOrder::visual || line_.isVertical || !line_.path.empty() ||
-        line_.anchor != TextAnchor::start || line_.length != 0 || place_.isClip ||
+        line_.anchor == TextAnchor::middle || line_.length != 0 || place_.isClip ||
         letters_.isExact()) {
         return;
     }
@@ -126,6 +126,7 @@ void TextWriter::putInOrder() {
     if (std::optional<OrderedLine> read = asRead(runs)) {
         line_.order = read->order;
         ordered_ = std::move(read->runs);
+        line_ = placedWhereRead(line_, runAt(0).run.size);
     }
 }
 

@@ -1,5 +1,6 @@
 #include "writer/patch/text/known_text.h"
 
+#include "runtime/fixed.h"
 #include "runtime/memory.h"
 #include "writer/patch/compare/matching.h"
 #include "writer/patch/text/text_run.h"
@@ -37,7 +38,7 @@ constexpr int mostCompared = 32;
 /// Of a line in the lists below, beside its letters.
 constexpr std::size_t nodeSize = 192;
 
-/// Where a line begins: letters by their number, and a square.
+/// A place of a line: letters by their number, and a square.
 struct LineKey {
     std::size_t letters = 0;
     std::int64_t column = 0;
@@ -50,9 +51,9 @@ std::int64_t squareOf(double place) {
     return static_cast<std::int64_t>(std::floor(place / squareSide));
 }
 
-/// Where the line begins, on the artboard.
-RealPoint beginningOf(Art text) {
-    const RealMatrix frame = frameOf(text, runOf(text, 0), 0);
+/// That place of the line, on the artboard.
+RealPoint placeOf(Art text, double along) {
+    const RealMatrix frame = frameOf(text, runOf(text, 0), along);
     return {frame.tx, frame.ty};
 }
 
@@ -142,8 +143,37 @@ private:
         charge_.resize(static_cast<std::int64_t>(bytes_));
         const std::size_t number =
             letters_.try_emplace(std::move(letters), letters_.size()).first->second;
-        const RealPoint place = beginningOf(base_.trace.painted()[line.first].art);
-        page_.emplace(LineKey{number, squareOf(place.x), squareOf(place.y)}, line);
+        for (const LineKey& key : keysOf(number, line)) {
+            page_.emplace(key, line);
+        }
+    }
+
+    /// Where it begins. A line from the right may have its place at its end, too.
+    std::vector<LineKey> keysOf(std::size_t letters, const PageLine& line) const {
+        const Art text = base_.trace.painted()[line.first].art;
+        std::vector<double> places = {0};
+        if (const Fixed reach = lineOf(text).reach; reach != 0) {
+            places.push_back(realFromFixed(reach));
+        }
+        std::vector<LineKey> keys;
+        for (const double along : places) {
+            const RealPoint place = placeOf(text, along);
+            keys.push_back({letters, squareOf(place.x), squareOf(place.y)});
+        }
+        return keys;
+    }
+
+    /// No other line of the artwork is it.
+    void take(std::size_t letters, const PageLine& line) {
+        for (const LineKey& key : keysOf(letters, line)) {
+            auto [at, end] = page_.equal_range(key);
+            while (at != end && at->second.first != line.first) {
+                ++at;
+            }
+            if (at != end) {
+                page_.erase(at);
+            }
+        }
     }
 
     void know(const ArtLine& line) {
@@ -155,7 +185,7 @@ private:
         if (number == letters_.end()) {
             return;
         }
-        const RealPoint place = beginningOf(artwork_.objects[line.first].art);
+        const RealPoint place = placeOf(artwork_.objects[line.first].art, 0);
         Best best{.line = page_.end()};
         for (std::int64_t x = squareOf(place.x - placeRoom); x <= squareOf(place.x + placeRoom);
              ++x) {
@@ -168,7 +198,7 @@ private:
             for (EditedIndex i = line.first; i < line.end; ++i) {
                 artwork_.objects[i].shown = byRun_[best.line->second.first + (i - line.first)];
             }
-            page_.erase(best.line);
+            take(number->second, best.line->second);
         }
     }
 
@@ -204,11 +234,13 @@ private:
         if (line.end - line.first != was.end - was.first) {
             return Likeness::other;
         }
-        Likeness likeness = Likeness::same;
-        for (PaintedIndex i = was.first; i < was.end; ++i) {
+        const auto start =
+            startLike(base_.trace.painted()[was.first].art, artwork_.objects[line.first].art);
+        Likeness likeness = start ? Likeness::same : Likeness::other;
+        for (PaintedIndex i = was.first; start && i < was.end; ++i) {
             const PaintedArt& painted = base_.trace.painted()[byRun_[i]];
             EditedObject object = artwork_.objects[line.first + (i - was.first)];
-            object.start = base_.trace.textPart(painted.part).start;
+            object.start = *start + base_.trace.textPart(painted.part).start;
             const ArtDifference difference = compareText(base_, painted, object);
             if (difference.letters || difference.place) {
                 return Likeness::other;

@@ -49,8 +49,8 @@ private:
             isLaidOut = isLaidOut || runs.back().isTyped() || !run.decorations.empty();
         }
         const TextLine line = lineOf(objects[first].art);
-        if (!isLaidOut && line.anchor == TextAnchor::start && line.order == TextOrder::visual) {
-            placeShown(objects, first, runs);
+        if (!isLaidOut && line.anchor != TextAnchor::middle && line.order == TextOrder::visual) {
+            placeShown(objects, first, runs, line.anchor == TextAnchor::end);
             return;
         }
         const SetText::Index set = text_.add(line, runs);
@@ -79,8 +79,11 @@ private:
     }
 
     static void placeShown(ChargedList<EditedObject>& objects, EditedIndex first,
-                           std::span<const LineRun> runs) {
+                           std::span<const LineRun> runs, bool isFromEnd) {
         double pen = 0;
+        for (const LineRun& run : runs) {
+            pen -= isFromEnd ? *run.shownLength : 0;
+        }
         for (const LineRun& run : runs) {
             objects[first++].start = pen;
             pen += *run.shownLength;

@@ -86,6 +86,19 @@ RealMatrix frameOfPage(const BaseContent& base, const PaintedArt& was) {
     return frameOf(was.art, runOf(was.art, part.run), part.start);
 }
 
+std::optional<double> startLike(Art was, Art is) {
+    const TextAnchor anchor = lineOf(is).anchor;
+    if (anchor == TextAnchor::start) {
+        return 0;
+    }
+    const Fixed reach = lineOf(was).reach;
+    const Fixed size = runOf(was, 0).size;
+    if (anchor == TextAnchor::middle || reach == 0 || size == 0) {
+        return std::nullopt;
+    }
+    return -realFromFixed(reach) * realFromFixed(runOf(is, 0).size) / realFromFixed(size);
+}
+
 ArtDifference compareText(const BaseContent& base, const PaintedArt& was, const EditedObject& is) {
     const TextRun former = runOf(was.art, base.trace.textPart(was.part).run);
     const TextRun run = runOf(is.art, is.run);
@@ -112,12 +125,13 @@ std::int32_t countRuns(Art text) {
 template <class SamePaint>
 bool sameLine(Art was, Art is, const SamePaint& samePaint, const RealMatrix& movement = {}) {
     const std::int32_t count = countRuns(was);
-    bool isSame = count == countRuns(is) && !movesLetters(lineOf(is));
+    const std::optional<double> start = startLike(was, is);
+    bool isSame = start && count == countRuns(is) && !movesLetters(lineOf(is));
     for (std::int32_t i = 0; isSame && i < count; ++i) {
         const TextRun former = runOf(was, i);
         const TextRun run = runOf(is, i);
         isSame = sameLetters(former, run) && samePaint(former, run) && run.decorations.empty() &&
-                 sameFrame(multiply(frameOf(was, former, 0), movement), frameOf(is, run, 0));
+                 sameFrame(multiply(frameOf(was, former, 0), movement), frameOf(is, run, *start));
     }
     return isSame;
 }
@@ -139,9 +153,8 @@ bool sameTextClip(Art was, Art is) {
     const auto clipsAlike = [](const TextRun& a, const TextRun& b) {
         return a.style.clip == b.style.clip;
     };
-    return std::ranges::equal(former.items(), texts.items(), [&](Art a, Art b) {
-        return lineOf(b).anchor == TextAnchor::start && sameLine(a, b, clipsAlike);
-    });
+    return std::ranges::equal(former.items(), texts.items(),
+                              [&](Art a, Art b) { return sameLine(a, b, clipsAlike); });
 }
 
 bool sameText(Art was, Art is, PaintComparison& paints, const RealMatrix& movement) {

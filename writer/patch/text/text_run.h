@@ -7,6 +7,8 @@
 #include "writer/patch/base/edited_artwork.h"
 #include "writer/patch/compare/comparison.h"
 
+#include <optional>
+
 namespace corvane {
 
 /// Points by which an editor's rounding may move text.
@@ -23,6 +25,11 @@ RealMatrix frameOf(Art text, const TextRun& run, double start);
 
 /// The same of a run that the page shows.
 RealMatrix frameOfPage(const BaseContent& base, const PaintedArt& was);
+
+/// Where a line of the artwork begins, in its own space, if it is as long as that line of the page,
+/// its letters as large as they are: lines from the right have their place at their right end.
+/// Nothing where that is not known.
+std::optional<double> startLike(Art was, Art is);
 
 /// How what the page shows and a run of the artwork differ.
 ArtDifference compareText(const BaseContent& base, const PaintedArt& was, const EditedObject& is);

@@ -307,7 +307,11 @@ void LineMaker::addRuns() {
         runs.back().decorations = each.decorations;
     }
     std::optional<OrderedLine> seen;
-    const bool isKept = isOfPage_ || (inPageFont_ && line_.anchor == TextAnchor::start);
+    // Where this program puts the place of a line.
+    const bool isPlaced =
+        line_.anchor == TextAnchor::start ||
+        (line_.anchor == TextAnchor::end && line_.order == TextOrder::rightToLeft);
+    const bool isKept = isOfPage_ || (inPageFont_ && isPlaced);
     if (isKept && mayTurn_ && !path_ && !frame_.isVertical) {
         seen = asSeen(runs, line_.order);
     } else if (isOfPage_ && !mayTurn_ && line_.order == TextOrder::leftToRight) {

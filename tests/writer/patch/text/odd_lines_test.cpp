@@ -166,6 +166,53 @@ TEST_F(OddLinesTest, WordsFromTheRight) {
         });
 }
 
+/// As a line is read whose place is its right end.
+void placeAtEnd(Typist& it, std::size_t line) {
+    TextLine placed = it.document.textLine(it.texts.at(line));
+    ASSERT_NE(placed.reach, 0);
+    placed.matrix.tx += placed.reach;
+    placed.anchor = TextAnchor::end;
+    placed.reach = 0;
+    it.document.setTextLine(it.texts[line], placed);
+}
+
+TEST_F(OddLinesTest, LinesThatEndAtTheirPlace) {
+    const std::string begin = "BT /H 10 Tf 1 0 0 1 100 700 Tm (ba) Tj ";
+    const std::string opened =
+        "\u05D0 @80,700 10 + \u05D3\u05D2 @93.9,700 10 + \u05D1\u05D0@118.9,700 10";
+    const std::string setAnew = " [-500 ] TJ\n ET\nq\nq\nBT\n/H 10 Tf " + plain;
+    expectEditsOfHebrew(
+        begin + "1 0 0 1 87.5 700 Tm (dc) Tj 1 0 0 1 80 700 Tm (a) Tj ET",
+        {
+            {"nothing", [](Typist& it) { placeAtEnd(it, 0); }, "3 0 0 0 0", "", opened},
+            {"no source",
+             [](Typist& it) {
+                 it.unmark(0);
+                 placeAtEnd(it, 0);
+             },
+             "3 0 0 0 0", "", opened},
+            {"what is read last is typed anew",
+             [](Typist& it) {
+                 it.retype(0, 0, "\u05D1\u05D0 ");
+                 placeAtEnd(it, 0);
+             },
+             "2 1 0 0 0",
+             begin + "1 0 0 1 87.5 700 Tm (dc) Tj 1 0 0 1 80 700 Tm " + setAnew +
+                 "1 0 0 1 75 700 Tm\n[<6261> ] TJ\nET\nQ\nQ\n\n",
+             "\u05D3\u05D2 @87.5,700 10 + \u05D1\u05D0@112.5,700 10 | \u05D1\u05D0@75,700 10"},
+            {"a word that grows",
+             [](Typist& it) {
+                 it.retype(0, 1, "\u05D1\u05D3\u05D2");
+                 placeAtEnd(it, 0);
+             },
+             "1 2 0 0 0",
+             begin + "1 0 0 1 87.5 700 Tm  [-1000 ] TJ\n 1 0 0 1 80 700 Tm " + setAnew +
+                 "1 0 0 1 85 700 Tm\n[<626463> ] TJ\nET\nQ\nq\nBT\n/H 10 Tf\n" + plain +
+                 "1 0 0 1 77.5 700 Tm\n[(a) ] TJ\nET\nQ\nQ\n\n",
+             "\u05D1\u05D0@100,700 10 | \u05D1\u05D3\u05D2@85,700 10 | \u05D0@77.5,700 10"},
+        });
+}
+
 const TextDecoration underlined[] = {{.isUnder = true, .size = 10 * fixedOne}};
 const TextDecoration redThrough[] = {
     {.isThrough = true,
