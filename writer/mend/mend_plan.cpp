@@ -47,19 +47,18 @@ bool isWritten(const MendPlan& mend, std::int32_t number) {
 }
 
 /// What is noted of the file itself is mended with the section and the tree; of objects, what is
-/// written again. Words and values that mean nothing stay as they are.
+/// written again. Other words and values that mean nothing stay as they are.
 MendCounts countMended(const DocumentCache& cache, const MendPlan& mend) {
     MendCounts counts = cache.mends.counts();
     const auto at = [&](Mend kind) -> std::int32_t& {
         return counts[static_cast<std::size_t>(kind)];
     };
-    at(Mend::syntax) = 0;
     at(Mend::pageValue) = 0;
     at(Mend::trailer) = mend.isWhole ? at(Mend::trailer) : 0;
     at(Mend::lostObject) = static_cast<std::int32_t>(
         std::ranges::count_if(cache.mends.objects(Mend::lostObject),
                               [&](std::int32_t number) { return mend.leftOut.contains(number); }));
-    for (const Mend kind : {Mend::streamLength, Mend::objectEnd}) {
+    for (const Mend kind : {Mend::streamLength, Mend::objectEnd, Mend::syntax}) {
         at(kind) = static_cast<std::int32_t>(
             std::ranges::count_if(cache.mends.objects(kind),
                                   [&](std::int32_t number) { return isWritten(mend, number); }));

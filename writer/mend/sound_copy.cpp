@@ -1,14 +1,20 @@
 #include "writer/mend/sound_copy.h"
 
+#include "objects/referenced.h"
 #include "output/primitives.h"
 #include "output/xref.h"
+#include "reader/syntax/indirect.h"
 #include "reader/syntax/stream_chain.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
+#include "writer/crypt/sealed.h"
 #include "writer/page/carried_entries.h"
+#include "writer/paint/object_text.h"
 
 #include <algorithm>
 #include <array>
+#include <optional>
+#include <span>
 
 namespace corvane {
 
@@ -46,12 +52,14 @@ public:
     EntryWriter(DocumentCache& cache, ObjectIdentifier object, const CopyChanges& changes)
         : cache_(cache), object_(object), changes_(changes) {}
 
-    void write(const std::vector<RawEntry>& entries) {
+    /// Of `RawEntry` or `CopyChanges::Entry`.
+    template <typename Old>
+    void write(const std::vector<Old>& entries) {
         std::vector<CopyChanges::Entry> left = changes_.entries;
-        for (const RawEntry& entry : entries) {
+        for (const Old& entry : entries) {
             const auto change = std::ranges::find(left, entry.key, &CopyChanges::Entry::key);
             if (change == left.end()) {
-                writeEntry(cache_, entry, object_);
+                writeOld(entry);
             } else {
                 writeChange(*change);
                 left.erase(change);
@@ -61,13 +69,16 @@ public:
             writeChange(change);
         }
         for (const RawEntry& entry : changes_.inherited) {
-            if (std::ranges::find(entries, entry.key, &RawEntry::key) == entries.end()) {
+            if (std::ranges::find(entries, entry.key, &Old::key) == entries.end()) {
                 writeEntry(cache_, entry, object_);
             }
         }
     }
 
 private:
+    void writeOld(const RawEntry& entry) { writeEntry(cache_, entry, object_); }
+    void writeOld(const CopyChanges::Entry& entry) { writeChange(entry); }
+
     void writeChange(const CopyChanges::Entry& change) {
         nameOutput(*cache_.output, change.key);
         stringOutput(*cache_.output, change.value + "\r");
@@ -78,9 +89,7 @@ private:
     const CopyChanges& changes_;
 };
 
-} // namespace
-
-bool canCopy(DocumentCache& cache, ObjectIdentifier object) {
+bool hasRawEntries(DocumentCache& cache, ObjectIdentifier object) {
     return attempted([&] {
         const ObjectOwner value = objectOf(cache, object);
         if (!isStream(value.get()) && typeObject(value.get()) != ObjectType::dictionary) {
@@ -90,8 +99,73 @@ bool canCopy(DocumentCache& cache, ObjectIdentifier object) {
     });
 }
 
+/// Whether the data of the file end within the object.
+bool isCutOff(DocumentCache& cache, ObjectIdentifier object) {
+    const Ref<ReferenceNode> node =
+        findReference(*cache.references, object.number, object.generation);
+    return node && !node->place().isInStream() &&
+           objectAt(cache, node->place().offset()).end >= cache.fileLength;
+}
+
+/// The strings of the dictionary by which a file is deciphered are not enciphered themselves.
+bool isEncryption(DocumentCache& cache, ObjectIdentifier object) {
+    return cache.encryption &&
+           referenced(findEntry(cache, cache.trailer.get(), "Encrypt")) == object;
+}
+
+/// What was read of an object, in PDF syntax; nothing of a stream.
+std::optional<std::string> valueText(DocumentCache& cache, const Object& value,
+                                     ObjectIdentifier object) {
+    return objectText(value, [&](std::string_view bytes) {
+        return sealedBytes(cache, object, std::as_bytes(std::span(bytes)));
+    });
+}
+
+/// Writes what was read of an object whose bytes would carry its damage on.
+void writeValue(DocumentCache& cache, const Object& value, ObjectIdentifier object,
+                const CopyChanges& changes) {
+    const auto textOf = [&](const Object& part) {
+        return valueText(cache, part, object).value_or("null");
+    };
+    if (typeObject(value) != ObjectType::dictionary) {
+        touchXRef(*cache.output, object.number, object.generation);
+        objectOutput(*cache.output, object.number, object.generation);
+        stringOutput(*cache.output, textOf(value) + "\rendobj\r");
+        return;
+    }
+    const std::span<const Object> pairs = elementsObject(value);
+    std::vector<std::string> keys; // which the entries view
+    keys.reserve(pairs.size() / 2);
+    std::vector<CopyChanges::Entry> entries;
+    for (std::size_t i = 0; i + 1 < pairs.size(); i += 2) {
+        keys.emplace_back(literalObject(pairs[i]));
+        entries.push_back({keys.back(), textOf(pairs[i + 1])});
+    }
+    begin(cache, object);
+    EntryWriter(cache, object, changes).write(entries);
+    stringOutput(*cache.output, ">>\rendobj\r");
+}
+
+} // namespace
+
+bool canCopy(DocumentCache& cache, ObjectIdentifier object) {
+    if (hasRawEntries(cache, object)) {
+        return true;
+    }
+    bool isSaid = false;
+    attempted([&] {
+        isSaid = isCutOff(cache, object) && !isEncryption(cache, object) &&
+                 valueText(cache, objectOf(cache, object).get(), object);
+    });
+    return isSaid;
+}
+
 void writeCopy(DocumentCache& cache, ObjectIdentifier object, const CopyChanges& changes) {
     const ObjectOwner value = objectOf(cache, object);
+    if (!isStream(value.get()) && !hasRawEntries(cache, object)) {
+        writeValue(cache, value.get(), object, changes);
+        return forgetObject(cache, object.number, object.generation);
+    }
     CopyChanges all = changes;
     if (isStream(value.get())) {
         all.entries.push_back({"Length", std::to_string(streamLength(value.get()))});
@@ -108,7 +182,7 @@ void writeCopy(DocumentCache& cache, ObjectIdentifier object, const CopyChanges&
 
 void writeNew(DocumentCache& cache, ObjectIdentifier object, const CopyChanges& entries) {
     begin(cache, object);
-    EntryWriter(cache, object, entries).write({});
+    EntryWriter(cache, object, entries).write(std::vector<RawEntry>());
     stringOutput(*cache.output, ">>\rendobj\r");
 }
 

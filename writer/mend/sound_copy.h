@@ -21,11 +21,14 @@ struct CopyChanges {
     std::vector<RawEntry> inherited; ///< added where the object has none of that key
 };
 
-/// Whether `writeCopy` can write one: of a dictionary or a stream whose entries can be told apart.
+/// Whether `writeCopy` can write one: of a dictionary or a stream whose entries can be told apart,
+/// or of what else the file's end cut off within its value, as far as it can be read. What is
+/// appended would become a part of that.
 bool canCopy(DocumentCache& cache, ObjectIdentifier object);
 
 /// Writes the object once more, under its own number, to the cache's output: its entries in their
-/// own bytes, a stream with its true Length and its data as they stand.
+/// own bytes, a stream with its true Length and its data as they stand. What was cut off is written
+/// as it was read, with what it left open closed.
 void writeCopy(DocumentCache& cache, ObjectIdentifier object, const CopyChanges& changes = {});
 
 /// Writes a dictionary of these entries as the object.

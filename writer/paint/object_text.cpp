@@ -33,10 +33,10 @@ std::string nameText(std::string_view name) {
 namespace {
 
 std::optional<std::string> elementsText(const Object& object, std::string_view before,
-                                        std::string_view after) {
+                                        std::string_view after, const StringText& stringText) {
     std::string text(before);
     for (const Object& element : elementsObject(object)) {
-        const std::optional<std::string> part = objectText(element);
+        const std::optional<std::string> part = objectText(element, stringText);
         if (!part) {
             return std::nullopt;
         }
@@ -47,7 +47,7 @@ std::optional<std::string> elementsText(const Object& object, std::string_view b
 
 } // namespace
 
-std::optional<std::string> objectText(const Object& object) {
+std::optional<std::string> objectText(const Object& object, const StringText& stringText) {
     constexpr double steps = 1e9; // objects hold numbers to 32 bits behind the point
     switch (typeObject(object)) {
     case ObjectType::null:
@@ -63,10 +63,13 @@ std::optional<std::string> objectText(const Object& object) {
         const ObjectIdentifier target = referenced(object);
         return std::to_string(target.number) + ' ' + std::to_string(target.generation) + " R";
     }
+    case ObjectType::text:
+    case ObjectType::block:
+        return stringText ? std::optional(stringText(textObject(object))) : std::nullopt;
     case ObjectType::array:
-        return elementsText(object, "[ ", "]");
+        return elementsText(object, "[ ", "]", stringText);
     case ObjectType::dictionary:
-        return elementsText(object, "<< ", ">>");
+        return elementsText(object, "<< ", ">>", stringText);
     default:
         return std::nullopt;
     }

@@ -3,6 +3,7 @@
 
 #include "objects/object.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,8 +17,11 @@ std::string numberText(double number);
 /// A name with its slash, bytes that it cannot hold as #xx.
 std::string nameText(std::string_view name);
 
-/// An object with all in it; what lies behind references stays there. None where it holds a string,
-/// which the file may have to encipher, or a stream.
-std::optional<std::string> objectText(const Object& object);
+/// Says a string of an object: the file may have to encipher it.
+using StringText = std::function<std::string(std::string_view bytes)>;
+
+/// An object with all in it; what lies behind references stays there. None where it holds a stream,
+/// or a string that nothing says.
+std::optional<std::string> objectText(const Object& object, const StringText& stringText = {});
 
 } // namespace corvane

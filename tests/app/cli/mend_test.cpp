@@ -61,6 +61,12 @@ std::string cutOff() {
     return file.substr(0, file.find("\nendobj", file.find("9 9 re f")));
 }
 
+/// Cut off within an object, which a reader would take what is appended for a part of.
+std::string cutWithin(const std::string& object) {
+    const std::string file = twoPages().object(7, object).bytes();
+    return file.substr(0, file.find(object, file.find("7 0 obj")) + object.size());
+}
+
 struct Damaged {
     const char* name;
     std::string file;
@@ -88,6 +94,14 @@ std::vector<Damaged> damagedFiles() {
         {"a file that was cut off in its last stream", cutOff(),
          R"({"crossReference":1,"trailer":1,"streamLength":1,"objectEnd":1})", true,
          "7 0 obj\n<<\n/Length 27\n"},
+        {"one that was cut off in a string of a dictionary",
+         cutWithin("<< /A [1.25 /N#20 4 0 R << /B (b\\)) >>] /C (some te"),
+         R"({"crossReference":1,"trailer":1,"objectEnd":1,"syntax":1})", true,
+         "7 0 obj\n<<\n/A [ 1.25  /N#20 4 0 R << /B <6229> >> ]\n/C "
+         "<736F6D65207465>\n>>\nendobj\n"},
+        {"one that was cut off in an array", cutWithin("[ 1 [ /N <41"),
+         R"({"crossReference":1,"trailer":1,"objectEnd":1,"syntax":1})", true,
+         "7 0 obj\n[ 1  [ /N <41> ] ]\nendobj\n"},
         {"a node that names what is none, and a wrong Count",
          twoPages()
              .object(5, "<< /Type /Pages /Parent 2 0 R /Kids [3 0 R null 77 0 R 6 0 R] /Count 9 "
