@@ -199,7 +199,7 @@ TEST_F(OddLinesTest, LinesThatEndAtTheirPlace) {
              "2 1 0 0 0",
              begin + "1 0 0 1 87.5 700 Tm (dc) Tj 1 0 0 1 80 700 Tm " + setAnew +
                  "1 0 0 1 75 700 Tm\n[<6261> ] TJ\nET\nQ\nQ\n\n",
-             "\u05D3\u05D2 @87.5,700 10 + \u05D1\u05D0@112.5,700 10 | \u05D1\u05D0@75,700 10"},
+             "\u05D1\u05D0 @75,700 10 + \u05D3\u05D2 @100,700 10 + \u05D1\u05D0@125,700 10"},
             {"a word that grows",
              [](Typist& it) {
                  it.retype(0, 1, "\u05D1\u05D3\u05D2");
@@ -209,7 +209,7 @@ TEST_F(OddLinesTest, LinesThatEndAtTheirPlace) {
              begin + "1 0 0 1 87.5 700 Tm  [-1000 ] TJ\n 1 0 0 1 80 700 Tm " + setAnew +
                  "1 0 0 1 85 700 Tm\n[<626463> ] TJ\nET\nQ\nq\nBT\n/H 10 Tf\n" + plain +
                  "1 0 0 1 77.5 700 Tm\n[(a) ] TJ\nET\nQ\nQ\n\n",
-             "\u05D1\u05D0@100,700 10 | \u05D1\u05D3\u05D2@85,700 10 | \u05D0@77.5,700 10"},
+             "\u05D0 @77.5,700 10 + \u05D1\u05D3\u05D2@91.4,700 10 + \u05D1\u05D0@124.8,700 10"},
         });
 }
 
