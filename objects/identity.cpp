@@ -10,11 +10,13 @@ namespace corvane {
 namespace {
 
 std::int32_t latestIdentity = 0;
+std::int32_t latestNamed = 0;
 
 } // namespace
 
 void openIdentity() {
     latestIdentity = 0;
+    latestNamed = 0;
 }
 
 void closeIdentity() {}
@@ -23,7 +25,15 @@ void usedIdentity(std::int32_t number) {
     latestIdentity = std::max(latestIdentity, number);
 }
 
+void namedIdentity(std::int32_t number) {
+    constexpr std::int32_t near = 1 << 16;
+    if (number - latestIdentity <= near) {
+        latestNamed = std::max(latestNamed, number);
+    }
+}
+
 std::int32_t nextIdentity() {
+    latestIdentity = std::max(latestIdentity, latestNamed);
     if (latestIdentity >= budget::objectNumber) {
         failException(Exception::structure);
     }

@@ -1,4 +1,5 @@
 // Following references to the objects themselves.
+#include "objects/identity.h"
 #include "objects/stack.h"
 #include "reader/document/lost_object.h"
 #include "reader/syntax/syntax.h"
@@ -92,8 +93,12 @@ Exception nodeValue(DocumentCache& cache, std::int32_t number, std::int32_t gene
         return Exception::structure;
     }
     const Ref<ReferenceNode> node = findReference(*cache.references, number, generation);
+    if (!node && rules().missingObjectIsNull) {
+        namedIdentity(number);
+        return Exception::none;
+    }
     if (!node) {
-        return rules().missingObjectIsNull ? Exception::none : Exception::underflow;
+        return Exception::underflow;
     }
     if (node->value.type == ObjectType::mark) {
         return node->value.data == beingRead ? Exception::structure

@@ -60,8 +60,9 @@ MendCounts countMended(const DocumentCache& cache, const MendPlan& mend) {
                               [&](std::int32_t number) { return mend.leftOut.contains(number); }));
     for (const Mend kind : {Mend::streamLength, Mend::objectEnd, Mend::syntax}) {
         at(kind) = static_cast<std::int32_t>(
-            std::ranges::count_if(cache.mends.objects(kind),
-                                  [&](std::int32_t number) { return isWritten(mend, number); }));
+            std::ranges::count_if(cache.mends.objects(kind), [&](std::int32_t number) {
+                return isWritten(mend, number) || mend.leftOut.contains(number);
+            }));
     }
     const bool isMade = mend.nodes.root.number != 0;
     const bool isCatalogWrong = mend.catalog.number != 0;
@@ -92,7 +93,8 @@ void refuseUnmendable(DocumentCache& cache) {
 }
 
 bool needsWhole(DocumentCache& cache, const Survey& survey) {
-    return countCache(cache) > 0 && (cache.repaired || !survey.missing.empty());
+    return countCache(cache) > 0 &&
+           (cache.repaired || !survey.missing.empty() || survey.hasDamagedSection);
 }
 
 MendPlan planMend(DocumentCache& cache, const Survey& survey) {

@@ -75,6 +75,8 @@ Survey surveyObjects(DocumentCache& cache) {
     for (const Mend kind : copiedKinds) {
         numbers.insert(cache.mends.objects(kind).begin(), cache.mends.objects(kind).end());
     }
+    survey.hasDamagedSection = std::ranges::any_of(
+        survey.sections, [&](std::int32_t number) { return numbers.contains(number); });
     std::ranges::sort(objects, {}, &ListedObject::number);
     for (const std::int32_t number : numbers) {
         const auto object = std::ranges::lower_bound(objects, number, {}, &ListedObject::number);

@@ -14,6 +14,7 @@ struct Survey {
     /// Entries of the cross-reference that lead to no object.
     std::vector<std::int32_t> missing;
     std::vector<std::int32_t> sections; ///< former streams of the cross-reference
+    bool hasDamagedSection = false;     ///< one of them has a wrong Length, or no end
 };
 
 /// Reads every object that stands in the file itself; one that is not at its place is looked for.

@@ -51,6 +51,26 @@ std::string packed() {
     return file.bytes();
 }
 
+/// Its cross-reference is a stream with a wrong Length.
+std::string misread() {
+    std::string file = PdfBuilder()
+                           .object(1, "<</Type/Catalog/Pages 2 0 R>>")
+                           .object(2, "<</Type/Pages/Kids[3 0 R]/Count 1>>")
+                           .object(3, "<</Type/Page/Parent 2 0 R/MediaBox[0 0 300 200]"
+                                      "/Contents 4 0 R>>")
+                           .stream(4, square)
+                           .bytes();
+    file.resize(file.rfind("xref\n0"));
+    const std::size_t section = file.size();
+    std::string entries(4, '\0');
+    for (int number = 1; number <= 5; ++number) {
+        const std::size_t at = std::min(section, file.find(std::to_string(number) + " 0 obj"));
+        entries += {'\1', static_cast<char>(at >> 8U), static_cast<char>(at & 0xFFU), '\0'};
+    }
+    return file + "5 0 obj\n<</Type/XRef/Size 6/Root 1 0 R/W[1 2 1]/Length 20>>\nstream\n" +
+           entries + "\nendstream\nendobj\nstartxref\n" + std::to_string(section) + "\n%%EOF\n";
+}
+
 /// Cut off behind data that are longer than their Length: the last stream has no end.
 std::string cutOff() {
     const std::string file = twoPages()
@@ -88,6 +108,7 @@ std::vector<Damaged> damagedFiles() {
         {"one with objects in an object stream", lost(packed()), R"({"crossReference":1})", true,
          "/W [ 1 2 2 ]"},
         {"a wrong Length", twoPages("9999").bytes(), R"({"streamLength":1})", false, "/Length 27"},
+        {"one of the cross-reference", misread(), R"({"streamLength":1})", false, "xref\n0 "},
         {"an object without an end",
          replaced(sound, "0 R /Contents 4 0 R >>\nendobj", "0 R /Contents 4 0 R >>\n      "),
          R"({"objectEnd":1})", false},

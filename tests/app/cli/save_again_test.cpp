@@ -132,6 +132,22 @@ std::string withInFront(const std::string& svg, const std::string& more) {
     return replaced(svg, "</svg>", more + "</svg>");
 }
 
+/// A number that the page names though nothing has it is given to nothing new.
+TEST_F(SaveAgain, APageWhoseContentIsMissing) {
+    folder_.add("in.pdf", test::PdfBuilder()
+                              .object(1, "<< /Type /Catalog /Pages 2 0 R >>")
+                              .object(2, "<< /Type /Pages /Kids [3 0 R] /Count 1 >>")
+                              .object(3, "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 300 200] "
+                                         "/Contents 4 0 R >>")
+                              .bytes());
+    folder_.add("a.svg", withInFront(artwork("in.pdf", 1), "<path d=\"M9 9H99V99Z\"/>"));
+    ASSERT_EQ(run({"save", "a.svg", "in.pdf"}).status, 0);
+    const std::string once = bytes("in.pdf");
+    ASSERT_EQ(run({"save", "a.svg", "in.pdf"}).status, 0);
+    EXPECT_EQ(bytes("in.pdf"), once);
+    EXPECT_TRUE(isValid("in.pdf"));
+}
+
 TEST_F(SaveAgain, WhatIsSavedAlreadyIsNotAppendedAgain) {
     struct Row {
         const char* name;
