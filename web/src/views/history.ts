@@ -163,6 +163,7 @@ export class HistoryView {
         newest.date === update.date) {
       return true;
     }
+    this.#loading.abort(); // pictures would take the place of the sentence
     this.#comparison.say("The file was changed meanwhile, so nothing was taken off. These are its updates now.");
     return false;
   }
