@@ -78,6 +78,7 @@ private:
     std::vector<ArtLine> unknownLines() {
         std::vector<ArtLine> lines;
         isNamed_.assign(base_.trace.painted().size(), false);
+        isTaken_.assign(base_.trace.painted().size(), false);
         for (EditedIndex first = 0; first < artwork_.objects.size();) {
             EditedIndex end = first + 1;
             while (end < artwork_.objects.size() &&
@@ -163,19 +164,6 @@ private:
         return keys;
     }
 
-    /// No other line of the artwork is it.
-    void take(std::size_t letters, const PageLine& line) {
-        for (const LineKey& key : keysOf(letters, line)) {
-            auto [at, end] = page_.equal_range(key);
-            while (at != end && at->second.first != line.first) {
-                ++at;
-            }
-            if (at != end) {
-                page_.erase(at);
-            }
-        }
-    }
-
     void know(const ArtLine& line) {
         std::string letters;
         for (EditedIndex i = line.first; i < line.end; ++i) {
@@ -198,7 +186,7 @@ private:
             for (EditedIndex i = line.first; i < line.end; ++i) {
                 artwork_.objects[i].shown = byRun_[best.line->second.first + (i - line.first)];
             }
-            take(number->second, best.line->second);
+            isTaken_[best.line->second.first] = true;
         }
     }
 
@@ -220,11 +208,16 @@ private:
     Best bestIn(const LineKey& key, const ArtLine& line) {
         Best best{.line = page_.end()};
         auto [at, end] = page_.equal_range(key);
-        for (int i = 0; at != end && i < mostCompared && best.likeness != Likeness::same;
-             ++at, ++i) {
+        for (int i = 0; at != end && i < mostCompared && best.likeness != Likeness::same;) {
+            if (isTaken_[at->second.first]) {
+                at = page_.erase(at);
+                continue;
+            }
             if (const Likeness likeness = compare(line, at->second); likeness > best.likeness) {
                 best = {at, likeness};
             }
+            ++at;
+            ++i;
         }
         return best;
     }
@@ -254,6 +247,8 @@ private:
     EditedArtwork& artwork_;
     bool sourcesMeanIt_;
     std::vector<bool> isNamed_; ///< by what the page paints: text of the artwork says that it is it
+    std::vector<bool> isTaken_; ///< by the first of a line: a line of the artwork is it; the list
+                                ///< may still have it
     /// What the runs of a line are, from where the line's first object is.
     std::vector<PaintedIndex> byRun_;
     std::unordered_map<std::string, std::size_t> letters_; ///< of lines: their number
