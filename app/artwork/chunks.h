@@ -14,8 +14,9 @@ namespace corvane {
 
 /// Elements live in chunks that stay where they are: growing costs no copy and no second block
 /// beside the first, references to elements outlive later growth, and every chunk is charged to the
-/// budget when it is made.
-template <class T, std::size_t chunkSize = 4096>
+/// budget when it is made. Chunks are small: most pages have few elements, and fresh memory costs
+/// more time than they do.
+template <class T, std::size_t chunkSize = 256>
 class Chunks {
     static_assert(std::is_trivially_copyable_v<T>);
 

@@ -23,7 +23,7 @@ std::string nameWithoutFolders(const std::string& path) {
     return path.substr(path.rfind('/') + 1);
 }
 
-OutputTarget targetOf(const Arguments& arguments, std::int32_t page) {
+OutputTarget namedTarget(const Arguments& arguments, std::int32_t page) {
     if (isPattern(arguments.output)) {
         return outputTarget(filledName(arguments.output, arguments.file, page), arguments.file,
                             true);
@@ -33,6 +33,12 @@ OutputTarget targetOf(const Arguments& arguments, std::int32_t page) {
     }
     const std::string folder = arguments.folder.empty() ? "" : arguments.folder + "/";
     return outputTarget(folder + outputName(arguments.file, page), arguments.file, false);
+}
+
+OutputTarget targetOf(const Arguments& arguments, std::int32_t page) {
+    OutputTarget target = namedTarget(arguments, page);
+    target.isSynced = target.isThere;
+    return target;
 }
 
 /// The classic profile draws pages anew, and holds no artwork against another.

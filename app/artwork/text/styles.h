@@ -24,7 +24,7 @@ public:
     std::size_t size() const { return styles_.size(); }
 
 private:
-    Chunks<PathStyle, 256> styles_;
+    Chunks<PathStyle> styles_;
     NumberIndex index_;
     std::uint32_t latest_ = 0; ///< most paths are painted as the path before them
 };

@@ -68,6 +68,7 @@ OutputTarget outputTarget(const std::string& path, const std::string& input, boo
     } else if (!isChosen) {
         refuse(path + " is there already; name the output with -o to replace it");
     } else if (S_ISREG(there.st_mode)) {
+        target.isThere = true;
         target.place = resolved(path);
         target.mode = there.st_mode & 0777;
         if (access(path.c_str(), W_OK) != 0) {

@@ -22,14 +22,15 @@ struct OutputTarget {
         file,    ///< appears when it is complete, in place of one of that name
     };
     Kind kind = Kind::file;
-    std::string path;  ///< as the person named it, or as it was chosen
-    std::string place; ///< of the file itself, links resolved
-    mode_t mode = 0;   ///< permissions of the file
+    std::string path;     ///< as the person named it, or as it was chosen
+    std::string place;    ///< of the file itself, links resolved
+    mode_t mode = 0;      ///< permissions of the file
+    bool isThere = false; ///< one of that name; it is replaced
     /// The first of this command in its folder, which is looked through for what killed processes
     /// left there: a page may have thousands of images.
     bool isFirst = true;
-    /// It is on the disk when the command ends. Not so what the same command makes again: a page's
-    /// thousands of images would take minutes.
+    /// It is on the disk when the command ends. Not so what takes nothing's place and the same
+    /// command makes again: disks take longer to sync than a page takes to open.
     bool isSynced = true;
 };
 
