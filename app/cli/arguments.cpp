@@ -243,7 +243,7 @@ private:
             return;
         }
         const auto stranger = std::ranges::find_if(options_, [&](const OptionRow* row) {
-            return (row->commands & only(command_->command)) == 0;
+            return !goesWith(row->kind, command_->command);
         });
         if (stranger != options_.end()) {
             fault_ = "the option " + std::string((*stranger)->name) + " does not go with " +

@@ -51,7 +51,7 @@ constexpr std::array optionTable{
     OptionRow{
         OptionKind::output, "-o", "OUT.svg", only(Command::open),
         "where the artwork goes; - is standard output; {stem}, {page} and {folder} are replaced "
-        "(FILE-pageN.svg)"},
+        "(FILE-pageN.svg); or --output"},
     OptionRow{OptionKind::editor, "--editor", "COMMAND", only(Command::edit),
               "what starts your editor (CORVANE_EDITOR, the desktop's choice for SVG, Inkscape)"},
     OptionRow{OptionKind::thumbnail, "--thumbnail", "OUT.png", only(Command::info),
@@ -65,7 +65,7 @@ constexpr std::array optionTable{
     OptionRow{OptionKind::text, "--text", "HOW", opening,
               "letters follow one another (flow), or each has its place (exact)", "flow exact"},
     OptionRow{OptionKind::output, "--output", "OTHER.pdf", only(Command::save),
-              "save into a copy of the file with this name"},
+              "save into a copy of the file with this name; or -o"},
     OptionRow{OptionKind::dryRun, "--dry-run", "", only(Command::save),
               "say what would be saved, change nothing"},
     OptionRow{OptionKind::expectSize, "--expect-size", "BYTES",
@@ -112,6 +112,12 @@ std::span<const CommandRow> commandRows() {
 
 std::span<const OptionRow> optionRows() {
     return optionTable;
+}
+
+bool goesWith(OptionKind kind, Command command) {
+    return std::ranges::any_of(optionTable, [&](const OptionRow& row) {
+        return row.kind == kind && (row.commands & only(command)) != 0;
+    });
 }
 
 std::string_view commandName(Command command) {

@@ -65,4 +65,7 @@ struct OptionRow {
 std::span<const CommandRow> commandRows();
 std::span<const OptionRow> optionRows();
 
+/// Of two names of a kind, each goes with the commands of both.
+bool goesWith(OptionKind kind, Command command);
+
 } // namespace corvane
