@@ -329,6 +329,7 @@ void ContentTrace::apply(const Interpreter& interpreter, TraceEvent& event) {
             (event.role == OperatorRole::fillColour && isPattern(state.fill, state.style.fill)) ||
             (event.role == OperatorRole::strokeColour &&
              isPattern(state.stroke, state.style.stroke));
+        event.setsLines = event.role == OperatorRole::external && interpreter.level.setsLines;
         const auto link = static_cast<TraceIndex>(setters_.size());
         setters_.push({behind_.setter, next(), behind_.matrix});
         behind_.setter = link;

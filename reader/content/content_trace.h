@@ -50,6 +50,7 @@ struct TraceEvent {
     bool hidesFill : 1 = false;    ///< of a path: filled with what its art does not show
     bool hidesStroke : 1 = false;  ///< in the same way
     bool namesPattern : 1 = false; ///< of scn, SCN
+    bool setsLines : 1 = false;    ///< of gs: width, ends, joins or dashes
     Art art = Art::null;           ///< what was painted; of text its first part
     Art clip = Art::null;          ///< of a path: what clips from here on
     Surroundings behind = {};

@@ -94,11 +94,13 @@ void selectColour(Interpreter& interpreter, Paint& paint, Colour& colour) {
     colour = deviceColour(popComponents(deviceComponents));
 }
 
-/// Runs an operator with the value of an entry as its operand, where the dictionary has one.
+/// Runs an operator of lines with the value of an entry as its operand, where the dictionary has
+/// one.
 void applyEntry(Interpreter& interpreter, const Object& dictionary, std::string_view key,
                 std::string_view operands, ContentHandler handler) {
     ObjectOwner value = lookupObject(interpreter.cache, dictionary, key);
     if (typeObject(value.get()) != ObjectType::null) {
+        interpreter.level.setsLines = true;
         pushStack(value.release());
         checkStack(operands);
         handler(interpreter);
@@ -111,6 +113,7 @@ void applyDash(Interpreter& interpreter, const Object& dictionary) {
     if (typeObject(dash.get()) != ObjectType::array || sizeObject(dash.get()) != 2) {
         return;
     }
+    interpreter.level.setsLines = true;
     for (const Object& element : elementsObject(dash.get())) {
         pushStack(resolveObject(interpreter.cache, element).release());
     }
@@ -150,7 +153,7 @@ void strokeColourOperator(Interpreter& interpreter) {
 }
 
 void externalStateOperator(Interpreter& interpreter) {
-    interpreter.level.setsFont = false;
+    interpreter.level.setsFont = interpreter.level.setsLines = false;
     ObjectOwner name = popLiteral();
     pushLiteral("ExtGState");
     pushStack(name.release());

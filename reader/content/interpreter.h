@@ -77,6 +77,7 @@ struct ContentLevel {
     bool isGlyph = false;       ///< a glyph procedure
     bool ignoresColour = false; ///< of one that only says a shape (d1)
     bool setsFont = false;      ///< the latest `gs` set the font
+    bool setsLines = false;     ///< or width, ends, joins or dashes of lines
     classic::TextLineState classicText;
     Art placed = Art::null;        ///< what the operator that draws an image or form made of it
     Art shaded = Art::null;        ///< what the latest `sh` made

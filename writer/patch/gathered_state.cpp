@@ -15,7 +15,7 @@ namespace {
 struct InitialPart {
     OperatorRole role;
     std::string_view word;
-    bool isExternal; ///< `gs` may set it, too
+    bool isOfLines; ///< `gs` may set it, too
 };
 constexpr std::array initialParts = {
     InitialPart{OperatorRole::fillSpace, "0 g\n", false},
@@ -29,7 +29,8 @@ constexpr std::array initialParts = {
     InitialPart{OperatorRole::intent, "/RelativeColorimetric ri\n", false},
 };
 
-static_assert(static_cast<int>(OperatorRole::external) < 32);
+constexpr std::uint32_t linesBit = std::uint32_t{1} << 31; ///< a `gs` that sets parts of lines
+static_assert(static_cast<int>(OperatorRole::external) < 31);
 
 constexpr std::uint32_t roleBit(OperatorRole role) {
     return std::uint32_t{1} << static_cast<int>(role);
@@ -37,6 +38,15 @@ constexpr std::uint32_t roleBit(OperatorRole role) {
 
 bool holdsRole(std::uint32_t roles, OperatorRole role) {
     return (roles & roleBit(role)) != 0;
+}
+
+std::uint32_t rolesOf(const TraceEvent& event) {
+    return roleBit(event.role) | (event.setsLines ? linesBit : 0);
+}
+
+/// Whether one of those roles sets the part.
+bool sets(std::uint32_t roles, const InitialPart& part) {
+    return holdsRole(roles, part.role) || (part.isOfLines && (roles & linesBit) != 0);
 }
 
 } // namespace
@@ -84,7 +94,7 @@ std::uint32_t GatheredState::rolesUpTo(TraceIndex setter) {
     // A link has a greater number than those before it.
     while (roles_.size() <= setter) {
         const SetterLink& link = trace_.setter(static_cast<TraceIndex>(roles_.size()));
-        roles_.push_back(roles_[link.former] | roleBit(trace_.events()[link.event].role));
+        roles_.push_back(roles_[link.former] | rolesOf(trace_.events()[link.event]));
     }
     return roles_[setter];
 }
@@ -98,7 +108,7 @@ std::uint32_t GatheredState::rolesAround() {
         const ContentTrace& around = inner->around->trace;
         for (TraceIndex setter = around.events()[inner->form->event].behind.setter; setter != 0;
              setter = around.setter(setter).former) {
-            roles |= roleBit(around.events()[around.setter(setter).event].role);
+            roles |= rolesOf(around.events()[around.setter(setter).event]);
         }
     }
     rolesAround_ = roles;
@@ -124,11 +134,7 @@ bool GatheredState::canWriteInitial(std::uint32_t ofOwn, TraceIndex setter) {
     }
     const std::uint32_t set = rolesUpTo(setter);
     return std::ranges::none_of(initialParts, [&](const InitialPart& part) {
-        const auto isSet = [&](std::uint32_t roles) {
-            return holdsRole(roles, part.role) ||
-                   (part.isExternal && holdsRole(roles, OperatorRole::external));
-        };
-        return isSet(set) && !holdsRole(ofOwn, part.role) && isSet(rolesAround());
+        return sets(set, part) && !holdsRole(ofOwn, part.role) && sets(rolesAround(), part);
     });
 }
 
@@ -141,15 +147,11 @@ void GatheredState::writeInitial(const Surroundings& own, TraceIndex setter, boo
     }
     const std::uint32_t set = rolesUpTo(setter);
     const std::uint32_t ofOwn = rolesUpTo(own.setter);
-    const bool isExternal = holdsRole(set, OperatorRole::external);
     for (const InitialPart& part : initialParts) {
-        const bool isSet =
-            isBehindNew || holdsRole(set, part.role) || (part.isExternal && isExternal);
-        if (!isSet || holdsRole(ofOwn, part.role)) {
+        if ((!isBehindNew && !sets(set, part)) || holdsRole(ofOwn, part.role)) {
             continue;
         }
-        if (holdsRole(rolesAround(), part.role) ||
-            (part.isExternal && holdsRole(rolesAround(), OperatorRole::external))) {
+        if (sets(rolesAround(), part)) {
             failException(Exception::unpatchable);
         }
         walk_.text.add(part.word);

@@ -102,13 +102,14 @@ protected:
     static constexpr std::string_view formEntries = "/Type /XObject /Subtype /Form ";
     static constexpr std::string_view named =
         "/Resources << /XObject << /A 30 0 R /B 31 0 R /C 32 0 R /I 33 0 R >> /Font << /F 20 0 R "
-        ">> /ExtGState << /Half << /ca .5 >> >> >> ";
+        ">> /ExtGState << /Half << /ca .5 >> /Opaque << /ca 1 >> >> >> ";
 
     static PdfBuilder file(std::string_view content, std::string_view a, std::string_view b,
                            std::string_view entriesOfA = "/BBox [0 0 500 500] ") {
         const std::string ofA =
             std::string(formEntries) +
-            "/Resources << /XObject << /B 31 0 R /J 33 0 R >> /Font << /G 34 0 R >> >> " +
+            "/Resources << /XObject << /B 31 0 R /J 33 0 R >> /Font << /G 34 0 R >> "
+            "/ExtGState << /Opaque << /ca 1 >> >> >> " +
             std::string(entriesOfA);
         // /C has the name of /A's form, but its resources are those of the page.
         return PdfBuilder::onePage(content, named)
