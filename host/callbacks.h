@@ -108,6 +108,10 @@ inline constexpr Slot<HostError(Art text, const TextRun*)> addTextRun{336};
 /// the first is moved on by `gap`, in its ems. From version 10 of the extension on.
 inline constexpr Slot<HostError(Art text, const TextLine*, const TextRun*, Fixed gap)>
     addTextRunBefore{369};
+/// The text object has these runs, one at least, in place of those that it had, of which they may
+/// be views. From version 11 of the extension on.
+inline constexpr Slot<HostError(Art text, const TextRun* runs, std::int32_t count)> setTextRuns{
+    370};
 inline constexpr Slot<HostError(Art text, std::int32_t* count)> getTextRunCount{337};
 /// Text and pieces live until the text object is changed or disposed of.
 inline constexpr Slot<HostError(Art text, std::int32_t index, TextRun*)> getTextRun{338};

@@ -183,7 +183,7 @@ struct DrawnImageFacts {
 /// Versions only add fields at the end. A host states the version that its record was made for; the
 /// plug-in reads no further, and takes what is missing as not filled (runtime/extension.h).
 struct HostExtension {
-    static constexpr std::uint32_t currentVersion = 10;
+    static constexpr std::uint32_t currentVersion = 11;
 
     // Version 1.
 

@@ -13,7 +13,7 @@ static_assert(std::is_trivially_copyable_v<HostExtension> &&
 
 /// Bytes of a record of this version; 0, which no host has, is taken for the first.
 constexpr std::size_t recordLength(std::uint32_t version) {
-    static_assert(HostExtension::currentVersion == 10, "a new version needs a row");
+    static_assert(HostExtension::currentVersion == 11, "a new version needs a row");
     return version < 2   ? offsetof(HostExtension, artworkDigest)
            : version < 3 ? offsetof(HostExtension, artworkName)
            : version < 4 ? offsetof(HostExtension, signatures)

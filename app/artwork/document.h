@@ -119,6 +119,8 @@ public:
     /// The same, before the runs that are there: the line is then this one, and the run that was
     /// the first is moved on by `gap`, in its ems.
     void addTextRunBefore(Art text, const TextLine&, const TextRun&, Fixed gap);
+    /// All of them at once, in place of those that are there, of which they may be views.
+    void setTextRuns(Art text, std::span<const TextRun>);
     void setTextRunStyle(Art text, std::int32_t index, const PathStyle&);
     /// Moves, turns and stretches a line. By how much its letters grow in height goes into sizes.
     void transformText(Art text, const RealMatrix&);

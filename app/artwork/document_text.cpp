@@ -117,6 +117,14 @@ void Document::addTextRunBefore(Art text, const TextLine& line, const TextRun& r
     texts_.addRunBefore(node, run, gap);
 }
 
+void Document::setTextRuns(Art text, std::span<const TextRun> runs) {
+    const NodeIndex node = tree_.find(text, ArtKind::text);
+    for (const TextRun& run : runs) {
+        checkRun(node, run);
+    }
+    texts_.setRuns(node, runs);
+}
+
 void Document::setTextRunStyle(Art text, std::int32_t index, const PathStyle& style) {
     const NodeIndex node = tree_.find(text, ArtKind::text);
     checkStyle(node, style);

@@ -29,7 +29,9 @@ void TreeWriter::writeLayer(Layer layer) {
     const Art top = document_.layerArt(layer);
     survey_ = surveyGroups(document_, top);
     group_ = 0;
-    enterGroup(top, &document_.layerProperties(layer));
+    const LayerProperties& properties = document_.layerProperties(layer);
+    isOfAnnotations_ = properties.role == LayerRole::annotations;
+    enterGroup(top, &properties);
     writeLevels();
 }
 
@@ -314,6 +316,7 @@ void TreeWriter::writeLine(Art text) {
         place.clip = referenceTo(level.chain.clip);
     }
     place.hidden = level.chain.hides;
+    place.joinsRuns = level.content >= 0 && !isOfAnnotations_;
     place.letters = numbers_.letters;
     const bool isWrapped = appearance.mask != SoftMask::null;
     if (!isWrapped) {

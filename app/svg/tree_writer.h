@@ -118,7 +118,8 @@ private:
     SourceBase base_;
     PageCorner corner_;
     std::vector<GroupSurvey> survey_;
-    std::size_t group_ = 0; ///< of `survey_`: the next one met
+    std::size_t group_ = 0;        ///< of `survey_`: the next one met
+    bool isOfAnnotations_ = false; ///< the layer at hand
     std::vector<Level> levels_;
 };
 

@@ -76,6 +76,7 @@ void fillTable(std::span<HostProcedure> table) {
     fillSlot(table, slot::getTextLine, answer::getTextLine);
     fillSlot(table, slot::addTextRun, answer::addTextRun);
     fillSlot(table, slot::addTextRunBefore, answer::addTextRunBefore);
+    fillSlot(table, slot::setTextRuns, answer::setTextRuns);
     fillSlot(table, slot::getTextRunCount, answer::getTextRunCount);
     fillSlot(table, slot::getTextRun, answer::getTextRun);
     fillFontSlots(table);

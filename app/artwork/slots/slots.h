@@ -84,6 +84,7 @@ HostError setTextLine(Art text, const TextLine*);
 HostError getTextLine(Art text, TextLine*);
 HostError addTextRun(Art text, const TextRun*);
 HostError addTextRunBefore(Art text, const TextLine*, const TextRun*, Fixed gap);
+HostError setTextRuns(Art text, const TextRun* runs, std::int32_t count);
 HostError getTextRunCount(Art text, std::int32_t* count);
 HostError getTextRun(Art text, std::int32_t index, TextRun*);
 

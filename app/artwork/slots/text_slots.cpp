@@ -53,6 +53,16 @@ HostError addTextRunBefore(Art text, const TextLine* line, const TextRun* run, F
     });
 }
 
+HostError setTextRuns(Art text, const TextRun* runs, std::int32_t count) {
+    return guardedSlot([&](CallbackScope& scope) {
+        if (count <= 0) {
+            throw ArtworkError("the text has no runs");
+        }
+        scope.document().setTextRuns(text, {&target(runs), static_cast<std::size_t>(count)});
+        scope.openText().forget();
+    });
+}
+
 HostError getTextRunCount(Art text, std::int32_t* count) {
     return guardedSlot(
         [&](CallbackScope& scope) { target(count) = scope.document().textRunCount(text); });

@@ -223,6 +223,23 @@ void TextTable::addRunBefore(NodeIndex node, const TextRun& run, Fixed gap) {
     }
 }
 
+void TextTable::setRuns(NodeIndex node, std::span<const TextRun> runs) {
+    const Line before = lineAt(node);
+    Line line = before;
+    line.runs = nullptr;
+    line.count = line.room = 0;
+    line.isShared = line.hasFurther = false;
+    lines_.set(node, line);
+    try {
+        for (const TextRun& run : runs) {
+            addRun(node, run);
+        }
+    } catch (...) {
+        lines_.set(node, before);
+        throw;
+    }
+}
+
 /// Gives the line runs of its own.
 void TextTable::takeRuns(Line& line) {
     Run* const runs = allocate<Run>(static_cast<std::size_t>(line.count));

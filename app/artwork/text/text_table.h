@@ -51,6 +51,8 @@ public:
     void addRun(NodeIndex, const TextRun&);
     /// The same, before all others; the run that was the first is moved on by `gap`, in its ems.
     void addRunBefore(NodeIndex, const TextRun&, Fixed gap);
+    /// These, in place of those that are there.
+    void setRuns(NodeIndex, std::span<const TextRun>);
 
     void copy(NodeIndex from, NodeIndex to);
     void erase(NodeIndex node) { lines_.erase(node); }

@@ -7,6 +7,7 @@
 #include "app/svg/paint/paint_attributes.h"
 #include "app/svg/style.h"
 #include "app/svg/text/font_names.h"
+#include "app/svg/text/joined_runs.h"
 #include "app/svg/text/letter_writer.h"
 #include "app/svg/text/line_order.h"
 #include "app/svg/text/text_direction.h"
@@ -57,6 +58,7 @@ public:
           letters_(out, document_, place.corner, line_, placesOf(place)) {
         putInOrder();
         numberRuns();
+        joinRuns();
     }
 
     void write();
@@ -70,8 +72,11 @@ private:
 
     void putInOrder();
     void numberRuns();
+    void joinRuns();
     Written runAt(std::size_t place) const;
-    std::size_t runCount() const { return static_cast<std::size_t>(runs_.end - runs_.first); }
+    std::size_t runCount() const {
+        return joined_.empty() ? static_cast<std::size_t>(runs_.end - runs_.first) : joined_.size();
+    }
     void findShared();
     void writePath();
     void writePlace();
@@ -93,6 +98,7 @@ private:
     RunRange runs_;
     std::vector<OrderedRun> ordered_; ///< those runs as they are read, where that is another order
     std::vector<std::uint32_t> numbers_; ///< of those runs; empty: as they stand
+    std::vector<JoinedRun> joined_;      ///< all of them; empty: none is joined with another
     double stretch_;                     ///< of the line's matrix
     Shared shared_;
     bool needsBlanks_ = false;
@@ -131,6 +137,9 @@ void TextWriter::putInOrder() {
 }
 
 TextWriter::Written TextWriter::runAt(std::size_t place) const {
+    if (!joined_.empty()) {
+        return {joined_[place].whole(), joined_[place].number};
+    }
     const std::size_t number = ordered_.empty() ? place : ordered_[place].run;
     TextRun run = document_.textRun(text_, runs_.first + static_cast<std::int32_t>(number));
     if (!ordered_.empty()) {
@@ -159,6 +168,22 @@ void TextWriter::numberRuns() {
     numbers_.resize(shown.size());
     for (std::size_t i = 0; i < shown.size(); ++i) {
         numbers_[shown[i]] = static_cast<std::uint32_t>(i);
+    }
+}
+
+/// Not where letters have places, or where runs stand in another order than they are written.
+void TextWriter::joinRuns() {
+    if (runCount() == 1 || !ordered_.empty() || !numbers_.empty() || line_.isVertical ||
+        !line_.path.empty() || !place_.joinsRuns || letters_.isExact()) {
+        return;
+    }
+    std::vector<TextRun> runs;
+    for (std::size_t i = 0; i < runCount(); ++i) {
+        runs.push_back(runAt(i).run);
+    }
+    joined_ = joinedRuns(runs);
+    if (joined_.size() == runs.size()) {
+        joined_.clear();
     }
 }
 

@@ -17,11 +17,14 @@ namespace corvane {
 struct TextPlace {
     PageCorner corner;
     SourceBase base;
-    std::int32_t content = 0;   ///< of the form that it is in; 0: of none
-    std::uint32_t number = 1;   ///< of the first run, among all shapes of that content
-    std::string clip;           ///< reference to what clips the element; empty: nothing
-    bool hidden = false;        ///< nothing is to be seen of it
-    bool isClip = false;        ///< within a `clipPath`: it is no object, and not painted
+    std::int32_t content = 0; ///< of the form that it is in; 0: of none
+    std::uint32_t number = 1; ///< of the first run, among all shapes of that content
+    std::string clip;         ///< reference to what clips the element; empty: nothing
+    bool hidden = false;      ///< nothing is to be seen of it
+    bool isClip = false;      ///< within a `clipPath`: it is no object, and not painted
+    /// Runs that look the same may be one element; not of what is compared as a whole when it is
+    /// saved.
+    bool joinsRuns = false;
     Appearance appearance = {}; ///< without a mask
     LetterRule letters = {};
 };

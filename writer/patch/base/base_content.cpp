@@ -4,7 +4,8 @@ namespace corvane {
 
 namespace {} // namespace
 
-BaseContents::BaseContents(const BaseReading& reading, bool sourcesMeanIt) {
+BaseContents::BaseContents(const BaseReading& reading, bool sourcesMeanIt)
+    : sourcesMeanIt_(sourcesMeanIt) {
     contents_.push_back({.trace = reading.trace,
                          .paints = reading.paints,
                          .masks = reading.masks,

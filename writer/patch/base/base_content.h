@@ -33,6 +33,7 @@ public:
     BaseContents& operator=(const BaseContents&) = delete;
 
     const BaseContent& page() const { return contents_.front(); }
+    bool sourcesMeanIt() const { return sourcesMeanIt_; }
     bool hasForms() const { return contents_.size() > 1; }
     /// Null where no form of that number was drawn, or none of it is seen.
     const BaseContent* find(std::int32_t number) const {
@@ -43,6 +44,7 @@ public:
 private:
     void add(const BaseContent& around, const FormTrace& form);
 
+    bool sourcesMeanIt_;
     std::deque<BaseContent> contents_;
     std::vector<const BaseContent*> byNumber_;
     ZoneCharge charge_;

@@ -12,6 +12,7 @@
 #include "writer/patch/base/base_content.h"
 #include "writer/patch/form/edited_form.h"
 #include "writer/patch/text/glyph_group.h"
+#include "writer/patch/text/joined_text.h"
 
 #include <deque>
 #include <set>
@@ -97,7 +98,7 @@ private:
         case 3:
             return add(art, kind);
         case 4:
-            return addRuns(art, artwork_->objects);
+            return addText(art);
         case 5:
         case 6:
             return; // kinds that are not drawn
@@ -191,6 +192,13 @@ private:
                             .appearance = appearance_};
         callHost(slot::getArtSource, art, &object.source);
         artwork_->objects.push(object);
+    }
+
+    void addText(Art text) {
+        if (base_.sourcesMeanIt() && hostHoldsText()) {
+            joined_.divide(open_.empty() ? base_.page() : *open_.back().form.base, text);
+        }
+        addRuns(text, artwork_->objects);
     }
 
     void addRuns(Art text, ChargedList<EditedObject>& to) {
@@ -295,6 +303,7 @@ private:
     std::set<std::pair<std::int32_t, std::int32_t>> annotations_;
     bool isOfAnnotations_ = false;
     ArtStack pending_;
+    JoinedText joined_;
     EditedIndex group_ = 0;
     Appearance appearance_; ///< of the art at hand
     Appearance carried_;    ///< of the group around the art to come, which it has to itself

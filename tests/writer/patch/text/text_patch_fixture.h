@@ -63,6 +63,17 @@ public:
             return true;
         });
     }
+    /// Its runs are one, as where artwork has them as one element, with these letters.
+    void join(std::size_t line, std::string_view letters, bool isNumberAlone = false) {
+        const Art text = texts.at(line);
+        TextRun run = document.textRun(text, 0);
+        run.text = letters;
+        run.source.end = document.textRun(text, document.textRunCount(text) - 1).source.end;
+        if (isNumberAlone) {
+            run.source.start = run.source.end = 0;
+        }
+        document.setTextRuns(text, {&run, 1});
+    }
     void removeRun(std::size_t line, std::int32_t run) {
         rewrite(line, [&](TextRun&, std::int32_t number) { return number != run; });
     }

@@ -258,6 +258,40 @@ TEST_F(TextPatchTest, Edits) {
 }
 
 /// What the text of one tag no longer reads as may be what another text reads as.
+TEST_F(TextPatchTest, RunsThatArtworkHasAsOne) {
+    const Edit rows[] = {
+        {"as they were",
+         threeRuns,
+         [](Typist& it) {
+             it.join(0, "abcd");
+             it.move(1, 5, 0);
+         },
+         "2 1 0 0 0",
+         {}},
+        {"as they were, known by their number",
+         threeRuns,
+         [](Typist& it) {
+             it.join(0, "abcd", true);
+             it.move(1, 5, 0);
+         },
+         "2 1 0 0 0",
+         {}},
+        {"the second is typed over",
+         threeRuns,
+         [](Typist& it) { it.join(0, "abxd"); },
+         "2 1 0 0 0",
+         {}},
+        {"the first goes", threeRuns, [](Typist& it) { it.join(0, "cd"); }, "1 1 0 1 0", {}},
+        {"letters come between",
+         threeRuns,
+         [](Typist& it) { it.join(0, "abnncd"); },
+         "1 2 0 0 0",
+         {}},
+        {"all is typed over", threeRuns, [](Typist& it) { it.join(0, "xy"); }, "1 1 0 1 0", {}},
+    };
+    expectEdits(rows);
+}
+
 TEST_F(TextPatchTest, ListsOfTheResourcesThatSayWhatTextReadsAs) {
     const std::string page = "/Span /R#31 BDC BT /F 10 Tf 100 700 Td (ab) Tj ET EMC\n"
                              "/Span /R1 BDC BT 100 680 Td (cd) Tj ET EMC\n"
