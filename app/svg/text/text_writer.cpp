@@ -7,16 +7,12 @@
 #include "app/svg/paint/paint_attributes.h"
 #include "app/svg/style.h"
 #include "app/svg/text/font_names.h"
-#include "app/svg/text/joined_runs.h"
 #include "app/svg/text/letter_writer.h"
-#include "app/svg/text/line_order.h"
+#include "app/svg/text/line_runs.h"
 #include "app/svg/text/text_direction.h"
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
-#include <numeric>
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -43,40 +39,26 @@ double stretchOf(const Matrix& matrix) {
     return stretch > 0 ? stretch : 1;
 }
 
-/// Runs of a text object that make one line.
-struct RunRange {
-    std::int32_t first = 0;
-    std::int32_t end = 0;
-};
-
 class TextWriter {
 public:
     TextWriter(TextOutput& out, const PaintServers& servers, Art text, const TextPlace& place,
                const TextLine& line, RunRange runs)
         : document_(servers.document()), out_(out), servers_(servers), place_(place), text_(text),
-          line_(line), runs_(runs), stretch_(stretchOf(line_.matrix)),
-          letters_(out, document_, place.corner, line_, placesOf(place)) {
-        putInOrder();
-        numberRuns();
-        joinRuns();
+          line_(line), runs_(document_, text, runs), stretch_(stretchOf(line_.matrix)),
+          letters_(out, document_, place.corner, line_, placesOf(runs)) {
+        if (isPutInOrder()) {
+            runs_.putInOrder(line_);
+        }
+        if (isJoined()) {
+            runs_.join();
+        }
     }
 
     void write();
 
 private:
-    /// A run as it is written, and its number among those of the line.
-    struct Written {
-        TextRun run;
-        std::uint32_t number = 0;
-    };
-
-    void putInOrder();
-    void numberRuns();
-    void joinRuns();
-    Written runAt(std::size_t place) const;
-    std::size_t runCount() const {
-        return joined_.empty() ? static_cast<std::size_t>(runs_.end - runs_.first) : joined_.size();
-    }
+    bool isPutInOrder() const;
+    bool isJoined() const;
     void findShared();
     void writePath();
     void writePlace();
@@ -87,7 +69,7 @@ private:
     void writeAttributes(const TextRun&, Shared which);
     void writeDecorations(const TextRun&);
     void writeOwn(const TextRun&, std::uint32_t number);
-    std::vector<PlacedGlyph> placesOf(const TextPlace&) const;
+    std::vector<PlacedGlyph> placesOf(RunRange) const;
 
     const Document& document_;
     TextOutput& out_;
@@ -95,11 +77,8 @@ private:
     const TextPlace& place_;
     Art text_;
     TextLine line_;
-    RunRange runs_;
-    std::vector<OrderedRun> ordered_; ///< those runs as they are read, where that is another order
-    std::vector<std::uint32_t> numbers_; ///< of those runs; empty: as they stand
-    std::vector<JoinedRun> joined_;      ///< all of them; empty: none is joined with another
-    double stretch_;                     ///< of the line's matrix
+    LineRuns runs_;
+    double stretch_; ///< of the line's matrix
     Shared shared_;
     bool needsBlanks_ = false;
     Fixed rise_ = 0; ///< of the run before
@@ -107,113 +86,27 @@ private:
 };
 
 /// What gets a place of its own: nothing where letters follow one another.
-std::vector<PlacedGlyph> TextWriter::placesOf(const TextPlace& place) const {
-    const bool isAll = runs_.end - runs_.first == document_.textRunCount(text_);
-    return isAll ? placed(document_, text_, place.letters) : std::vector<PlacedGlyph>();
+std::vector<PlacedGlyph> TextWriter::placesOf(RunRange runs) const {
+    const bool isAll = runs.end - runs.first == document_.textRunCount(text_);
+    return isAll ? placed(document_, text_, place_.letters) : std::vector<PlacedGlyph>();
 }
 
-/// Lines of a page stand as they are seen. Letters that have places do so here, too, and so does
-/// what clips, which says of no letter what it was.
-void TextWriter::putInOrder() {
-    if (line_.order != TextOrder::visual || line_.isVertical || !line_.path.empty() ||
-        line_.anchor == TextAnchor::middle || line_.length != 0 || place_.isClip ||
-        letters_.isExact()) {
-        return;
-    }
-    std::vector<TextRun> runs;
-    bool hasRightToLeft = false;
-    for (std::size_t i = 0; i < runCount(); ++i) {
-        runs.push_back(runAt(i).run);
-        hasRightToLeft = hasRightToLeft || holdsRightToLeft(runs.back().text);
-    }
-    if (!hasRightToLeft) {
-        return;
-    }
-    if (std::optional<OrderedLine> read = asRead(runs)) {
-        line_.order = read->order;
-        ordered_ = std::move(read->runs);
-        line_ = placedWhereRead(line_, runAt(0).run.size);
-    }
+/// Letters that have places stand as they are seen, too, and so does what clips, which says of no
+/// letter what it was.
+bool TextWriter::isPutInOrder() const {
+    return line_.order == TextOrder::visual && !line_.isVertical && line_.path.empty() &&
+           line_.anchor != TextAnchor::middle && line_.length == 0 && !place_.isClip &&
+           !letters_.isExact();
 }
 
-TextWriter::Written TextWriter::runAt(std::size_t place) const {
-    if (!joined_.empty()) {
-        return {joined_[place].whole(), joined_[place].number};
-    }
-    const std::size_t number = ordered_.empty() ? place : ordered_[place].run;
-    TextRun run = document_.textRun(text_, runs_.first + static_cast<std::int32_t>(number));
-    if (!ordered_.empty()) {
-        run.text = ordered_[place].text;
-        run.pieces = ordered_[place].pieces;
-    }
-    return {run, numbers_.empty() ? static_cast<std::uint32_t>(number) : numbers_[number]};
-}
-
-/// Runs of a page count in the order in which it shows them, which may be from the right.
-void TextWriter::numberRuns() {
-    std::vector<std::int32_t> ordinals;
-    for (std::int32_t run = runs_.first; run < runs_.end; ++run) {
-        const ArtSource source = document_.textRun(text_, run).source;
-        if (source.end == 0) {
-            return;
-        }
-        ordinals.push_back(source.ordinal);
-    }
-    if (std::ranges::is_sorted(ordinals)) {
-        return;
-    }
-    std::vector<std::size_t> shown(ordinals.size());
-    std::iota(shown.begin(), shown.end(), std::size_t{0});
-    std::ranges::stable_sort(shown, {}, [&](std::size_t run) { return ordinals[run]; });
-    numbers_.resize(shown.size());
-    for (std::size_t i = 0; i < shown.size(); ++i) {
-        numbers_[shown[i]] = static_cast<std::uint32_t>(i);
-    }
-}
-
-/// Not where letters have places, or where runs stand in another order than they are written.
-void TextWriter::joinRuns() {
-    if (runCount() == 1 || !ordered_.empty() || !numbers_.empty() || line_.isVertical ||
-        !line_.path.empty() || !place_.joinsRuns || letters_.isExact()) {
-        return;
-    }
-    std::vector<TextRun> runs;
-    for (std::size_t i = 0; i < runCount(); ++i) {
-        runs.push_back(runAt(i).run);
-    }
-    joined_ = joinedRuns(runs);
-    if (joined_.size() == runs.size()) {
-        joined_.clear();
-    }
-}
-
-/// XML drops blanks at the ends, and makes one of several.
-bool losesBlanks(std::string_view text, bool& afterBlank) {
-    bool loses = false;
-    for (const char c : text) {
-        loses = loses || (c == ' ' && afterBlank);
-        afterBlank = c == ' ';
-    }
-    return loses;
-}
-
-/// Whether a blank stands where one element of the text ends and another begins: some programs drop
-/// those.
-bool bordersOnBlank(const TextRun& run, bool isAlone) {
-    const auto isBlank = [&](std::size_t place) { return run.text[place] == ' '; };
-    return (!isAlone && (isBlank(0) || isBlank(run.text.size() - 1))) ||
-           std::ranges::any_of(run.pieces, [&](const TextPiece& piece) {
-               const auto place = static_cast<std::size_t>(piece.start);
-               return place != 0 && (isBlank(place - 1) || isBlank(place));
-           });
+bool TextWriter::isJoined() const {
+    return place_.joinsRuns && !line_.isVertical && line_.path.empty() && !letters_.isExact();
 }
 
 void TextWriter::findShared() {
-    const TextRun first = runAt(0).run;
-    const bool isAlone = runCount() == 1;
-    bool afterBlank = true;
-    for (std::size_t i = 0; i < runCount(); ++i) {
-        const TextRun run = runAt(i).run;
+    const TextRun first = runs_.at(0).run;
+    for (std::size_t i = 0; i < runs_.count(); ++i) {
+        const TextRun run = runs_.at(i).run;
         shared_.font = shared_.font && run.font == first.font;
         shared_.size = shared_.size && run.size == first.size;
         shared_.spacing = shared_.spacing && run.spacing == first.spacing;
@@ -221,13 +114,11 @@ void TextWriter::findShared() {
                         run.fillOpacity == first.fillOpacity &&
                         run.strokeOpacity == first.strokeOpacity &&
                         std::ranges::equal(run.decorations, first.decorations);
-        needsBlanks_ = losesBlanks(run.text, afterBlank) || bordersOnBlank(run, isAlone) ||
-                       line_.isVertical || needsBlanks_;
         if (line_.order == TextOrder::visual && holdsRightToLeft(run.text)) {
             letters_.overrideOrder();
         }
     }
-    needsBlanks_ = needsBlanks_ || afterBlank || letters_.isExact();
+    needsBlanks_ = line_.isVertical || letters_.isExact() || needsBlanksKept(runs_);
 }
 
 void TextWriter::writeCurveName() {
@@ -404,8 +295,8 @@ void TextWriter::writeOwn(const TextRun& run, std::uint32_t number) {
 void TextWriter::write() {
     findShared();
     const bool isOnPath = !line_.path.empty();
-    const bool several = runCount() > 1 || isOnPath;
-    const TextRun first = runAt(0).run;
+    const bool several = runs_.count() > 1 || isOnPath;
+    const TextRun first = runs_.at(0).run;
     if (isOnPath) {
         writePath();
     }
@@ -433,8 +324,8 @@ void TextWriter::write() {
         letters_.writeLetters(first);
     }
     const Shared own{!shared_.font, !shared_.size, !shared_.spacing, !shared_.style};
-    for (std::size_t i = 0; several && i < runCount(); ++i) {
-        const auto [run, number] = runAt(i);
+    for (std::size_t i = 0; several && i < runs_.count(); ++i) {
+        const auto [run, number] = runs_.at(i);
         out_.text("<tspan");
         writeOwn(run, place_.number + number);
         letters_.writeOrder();
