@@ -81,6 +81,15 @@ void nameLayers(Report& report, std::int32_t code, const std::vector<std::string
     }
 }
 
+/// Why letters are not in the font that they should be in.
+std::string reasonOf(const FontNote& font, bool isOne) {
+    const std::string them = isOne ? "it" : "them";
+    return font.name.starts_with(font.wanted)
+               ? " of this machine, since the page's part of that font does not have " + them
+               : ", since the font \"" + font.wanted + "\" does not have " + them +
+                     " or is not installed";
+}
+
 /// Which letters are in a font that took the place of another, the first of many.
 std::string fontText(const FontNote& font) {
     constexpr std::size_t most = 20;
@@ -94,9 +103,8 @@ std::string fontText(const FontNote& font) {
     }
     const bool isOne = count == 1;
     return (isOne ? "the letter " : "the letters ") + letters.substr(0, shown) +
-           (count > most ? "..." : "") + (isOne ? " is in \"" : " are in \"") + font.name +
-           "\", since the font \"" + font.wanted + "\" does not have " + (isOne ? "it" : "them") +
-           " or is not installed";
+           (count > most ? "..." : "") + (isOne ? " is in \"" : " are in \"") + font.name + "\"" +
+           reasonOf(font, isOne);
 }
 
 /// The plug-in has one warning for all fonts that took the place of others; each gets one here.

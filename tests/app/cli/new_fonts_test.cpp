@@ -64,6 +64,14 @@ TEST_F(NewFonts, ANewFileTellsWhichFontsItGot) {
     EXPECT_THAT(again.errors, HasSubstr("nothing to save"));
     EXPECT_EQ(saved(art, {"twin.pdf"}).status, 0);
     EXPECT_EQ(bytes("twin.pdf"), bytes("new.pdf"));
+
+    std::string retyped = artwork("new.pdf", 1);
+    retyped.replace(retyped.find("dich"), 4, "zwei");
+    const auto more = saved(retyped, {"new.pdf"});
+    ASSERT_EQ(more.status, 0) << more.errors;
+    EXPECT_THAT(more.errors,
+                HasSubstr("the letters eiwz are in \"DejaVu Sans\" of this machine, since "
+                          "the page's part of that font does not have them"));
 }
 
 TEST_F(NewFonts, AnEncryptedFileGetsThemEnciphered) {
