@@ -11,7 +11,7 @@
 #include "reader/classic/font_list.h"
 #include "reader/classic/font_selection.h"
 #include "reader/classic/text_state.h"
-#include "reader/content/containers.h"
+#include "reader/group/containers.h"
 #include "reader/content/content_keywords.h"
 #include "reader/content/omissions.h"
 #include "reader/content/progress.h"

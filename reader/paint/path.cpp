@@ -2,7 +2,7 @@
 #include "reader/paint/path.h"
 
 #include "reader/content/art.h"
-#include "reader/content/containers.h"
+#include "reader/group/containers.h"
 #include "reader/content/interpreter.h"
 #include "reader/paint/path_art.h"
 #include "runtime/callbacks.h"

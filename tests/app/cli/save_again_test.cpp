@@ -15,6 +15,14 @@ using test::holds;
 
 class SaveAgain : public Saving {};
 
+/// The drawing without its groups: what a page holds as a whole is none, and is one once something
+/// stands beside it.
+std::string objects(const std::string& svg) {
+    const std::string flat =
+        std::regex_replace(drawing(svg), std::regex("\n *</?(g|svg)[ >][^\n]*"), "");
+    return std::regex_replace(flat, std::regex("\n +"), "\n");
+}
+
 /// A page that is turned and cropped, has a unit of its own, boxes off the origin, and a square
 /// drawn by an annotation beside its own drawing.
 std::string turnedPage(int rotate, const std::string& entries) {
@@ -92,7 +100,7 @@ TEST_F(SaveAgain, OneArtworkManyTimes) {
     const int times = wish != nullptr ? std::atoi(wish) : test::underAddressSanitizer ? 6 : 60;
     folder_.add("in.pdf", example("harbour.pdf"));
     const std::string opened = artwork("in.pdf", 1);
-    const std::string kept = drawing(opened.substr(0, opened.find(endOfLayer)));
+    const std::string kept = objects(opened);
     const std::array<std::string, 2> art = {withLine(opened), withLine(withLine(opened))};
     std::array<std::string, 2> seen;
     for (int i = 1; i <= times; ++i) {
@@ -101,7 +109,7 @@ TEST_F(SaveAgain, OneArtworkManyTimes) {
         ASSERT_EQ(run({"save", "a.svg", "in.pdf", "--quiet"}).status, 0) << i;
         ASSERT_TRUE(bytes("in.pdf").starts_with(before)) << i;
         const std::string again = drawing(artwork("in.pdf", 1));
-        ASSERT_TRUE(again.starts_with(kept)) << i;
+        ASSERT_TRUE(objects(again).starts_with(kept)) << i;
         std::string& first = seen.at(static_cast<std::size_t>(i % 2));
         first = i <= 2 ? again : first;
         ASSERT_EQ(again, first) << i;

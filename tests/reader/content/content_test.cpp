@@ -44,21 +44,34 @@ protected:
 #define A_ART "<0,0 1,0 S>"
 #define B_ART "<0,0 2,0 S>"
 
-TEST_F(ContentTest, GroupsAreMadeWhenSomethingIsDrawnInThem) {
+#define AA A A
+#define BB B B
+#define AA_ART A_ART " " A_ART
+#define BB_ART B_ART " " B_ART
+
+TEST_F(ContentTest, GroupsAreMadeOfSeveralThings) {
     expect({
         {"nothing", "", ""},
         {"front to back", A B, B_ART " " A_ART},
         {"empty saves", "q Q q q Q Q", ""},
-        {"one group", "q " A "Q " B, B_ART " [" A_ART "]"},
-        {"a group that holds only a group", "q q q " A "Q Q Q", "[" A_ART "]"},
-        {"something beside the inner group", "q q " A "Q " B "Q", "[" B_ART " [" A_ART "]]"},
-        {"something before the inner group", "q " B "q " A "Q Q", "[[" A_ART "] " B_ART "]"},
-        {"two inner groups", "q q " A "Q q " B "Q Q", "[[" B_ART "] [" A_ART "]]"},
-        {"an empty group beside one", "q q " A "Q q Q q q Q Q Q", "[" A_ART "]"},
-        {"groups in a row", "q q " A "Q Q q " B "Q", "[" B_ART "] [" A_ART "]"},
-        {"deep inner pair", "q q q q " A "Q q " B "Q Q Q Q", "[[" B_ART "] [" A_ART "]]"},
+        {"one group", "q " AA "Q " B, B_ART " [" AA_ART "]"},
+        {"one thing", "q " A "Q q q " B "Q Q", B_ART " " A_ART},
+        {"a group that holds only a group", "q q q " AA "Q Q Q " B, B_ART " [" AA_ART "]"},
+        {"something beside the inner group", "q q " AA "Q " B "Q " B,
+         B_ART " [" B_ART " [" AA_ART "]]"},
+        {"something before the inner group", "q " B "q " AA "Q Q " B,
+         B_ART " [[" AA_ART "] " B_ART "]"},
+        {"something beside inner ones that are one thing each", "q q " A "Q q " A "Q Q " B,
+         B_ART " [" AA_ART "]"},
+        {"two inner groups", "q q " AA "Q q " BB "Q Q " A, A_ART " [[" BB_ART "] [" AA_ART "]]"},
+        {"an empty group beside one", "q q " AA "Q q Q q q Q Q Q " B, B_ART " [" AA_ART "]"},
+        {"groups in a row", "q q " AA "Q Q q " BB "Q", "[" BB_ART "] [" AA_ART "]"},
+        {"all of the page", "q q q " AA "Q " B "Q Q", B_ART " [" AA_ART "]"},
+        {"deep inner pair", "q q q q " AA "Q q " BB "Q Q Q Q", "[" BB_ART "] [" AA_ART "]"},
         {"a group that only an unfinished path was in", "q 0 0 m 1 0 l", ""},
-        {"saves left open", "q " A "q q " B, "[[" B_ART "] " A_ART "]"},
+        {"a group that only an unfinished path was in beside", "q " A "q q 0 0 m Q Q Q n " B,
+         B_ART " " A_ART},
+        {"saves left open", "q " A "q q " BB, "[" BB_ART "] " A_ART},
         {"restores without saves", "Q " A "Q Q " B, B_ART " " A_ART, "13"},
     });
     selectRules(Profile::original);
@@ -74,18 +87,19 @@ TEST_F(ContentTest, GroupsAreMadeWhenSomethingIsDrawnInThem) {
 TEST_F(ContentTest, ClipsMakeGroupsThatTheyClip) {
     expect({
         {"until the restore", "q 0 0 5 5 re W n " A "Q " B, B_ART " {" CLIP " " A_ART "}"},
-        {"beside others", "q " B "0 0 5 5 re W n " A "Q", "[{" CLIP " " A_ART "} " B_ART "]"},
+        {"beside others", "q " B "0 0 5 5 re W n " A "Q", "{" CLIP " " A_ART "} " B_ART},
         {"order behind the clip", "0 0 5 5 re W n " A B, "{" CLIP " " B_ART " " A_ART "}"},
         {"clip in clip", "q 0 0 5 5 re W n 0 0 5 5 re W n " A "Q",
          "{" CLIP " {" CLIP " " A_ART "}}"},
-        {"a save in a clip", "0 0 5 5 re W n q " A "Q " B, "{" CLIP " " B_ART " [" A_ART "]}"},
+        {"a save in a clip", "0 0 5 5 re W n q " AA "Q " B, "{" CLIP " " B_ART " [" AA_ART "]}"},
+        {"all of a clip", "0 0 5 5 re W n q " AA "Q q Q", "{" CLIP " " AA_ART "}"},
         {"nothing in the clip", "q 0 0 5 5 re W n Q " A, A_ART},
         {"nothing in a clip that lasts", A "0 0 5 5 re W n 0 0 5 5 re W n", A_ART},
         {"even-odd", "q 0 0 5 5 re W* n " A "Q", "{<0,0 5,0 5,5 0,5 zc> " A_ART "}"},
         {"painted too: the copy is", "q 0 0 5 5 re W f " A "Q",
-         "[{" CLIP " " A_ART "} <0,0 5,0 5,5 0,5 zF>]"},
+         "{" CLIP " " A_ART "} <0,0 5,0 5,5 0,5 zF>"},
         {"even-odd paint, nonzero clip", "q 0 0 5 5 re W f* " A "Q",
-         "[{" CLIP " " A_ART "} <0,0 5,0 5,5 0,5 zf>]"},
+         "{" CLIP " " A_ART "} <0,0 5,0 5,5 0,5 zf>"},
         {"a compound clip", "q 0 0 5 5 re 0 0 5 5 re W n " A "Q",
          "{(" CLIP " " CLIP ") " A_ART "}"},
         {"clip without a path", "W n " A, A_ART, "13"},
@@ -106,7 +120,7 @@ TEST_F(ContentTest, ClipsMakeGroupsThatTheyClip) {
          "(<10,20 12,22 zF> <0,10>2,12 6,16<4,14 8,18 zF>)"},
         {"each part of it, and its point",
          "q 4 0 0 4 0 0 cm 0 0 1 1 re q 2 0 0 2 0 0 cm 1 0 m 1 1 l Q 1 2 2 2 v h f",
-         "[(<4,0 4,4 8,8<4,8 zF> <0,0 4,0 4,4 0,4 zF>)]"},
+         "(<4,0 4,4 8,8<4,8 zF> <0,0 4,0 4,4 0,4 zF>)"},
         {"a space without area", "q 0 0 0 0 7 7 cm 0 0 5 5 re Q f", "<7,7 7,7 7,7 zF>"},
         {"paint in a state behind which the path goes on", "0 0 5 5 re f q 0 0 5 5 re Q n",
          "<0,0 5,0 5,5 0,5 z> <0,0 5,0 5,5 0,5 zF>"},
@@ -374,7 +388,7 @@ TEST_F(ContentTest, StreamsOfAPageFollowOneAnother) {
              StreamsRow{"in order", A, B, "[5 0 R 4 0 R]", A_ART " " B_ART},
              StreamsRow{"the same twice", A, B, "[4 0 R 4 0 R]", A_ART " " A_ART},
              StreamsRow{"the state goes on", "q 0 0 m", "9 0 l S Q", "[4 0 R 5 0 R]",
-                        "[<0,0 9,0 S>]"},
+                        "<0,0 9,0 S>"},
              StreamsRow{"tokens do not", "0 0 m 1", "0 0 l S", "[4 0 R 5 0 R]", "<0,0 0,0 S>"},
              // PDF Reference, 3.6.2: streams are divided between any two tokens.
              StreamsRow{"operands do", "0 0 m 9", "5 l S", "[4 0 R 5 0 R]", "<0,0 9,5 S>"},

@@ -69,7 +69,7 @@ TEST_F(FormTest, FormsAreGroupsOfWhatTheyPaint) {
              Row{"what it leaves open is closed, and its Q is its own",
                  "q .5 0 0 .5 0 0 cm /A Do 0 0 8 8 re f Q",
                  "Q q q 4 0 0 4 0 0 cm 0 0 5 5 re W n " + square, "/Subtype/Form", "", "",
-                 "(7.1(<0,0 20,20@1:0 0,0 10,10@1:0>)@0:0 0,0 4,4@0:1)"},
+                 "7.1(<0,0 20,20@1:0 0,0 10,10@1:0>)@0:0 0,0 4,4@0:1"},
              Row{"nothing in it", "/A Do ", "q Q", "/Subtype/Form", "", "", ""},
              Row{"a path that is left unfinished", "/A Do 0 0 1 1 re f",
                  "0 0 9 9 re W n q q 0 0 5 5 re Q Q 0 0 m", "/Subtype/Form/BBox[0 0 9 9]", "", "",

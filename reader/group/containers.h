@@ -3,11 +3,13 @@
 // In the original profile `q` makes a group at once. In the extended one it only remembers that a
 // level was opened: its group is made when something is drawn in it, directly around what inner
 // levels made there before, and a group that in the end holds one group alone is replaced by it. So
-// a thousand `q` around one path make one group, and empty ones none.
+// a thousand `q` around one path make one group, and empty ones none. In the end, groups that do
+// nothing for a person are dissolved.
 #pragma once
 
 #include "host/artwork.h"
 #include "host/structure.h"
+#include "reader/group/idle_groups.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -39,7 +41,8 @@ public:
         return marks_.empty() ? ContentLayer::null : marks_.back().layer;
     }
 
-    /// Ends the clips that no `q` bounds, at the end of the page; no level is open.
+    /// Ends the clips that no `q` bounds, at the end of the content, and dissolves idle groups; no
+    /// level is open.
     void finish();
 
     /// The art that new objects are made in, its group made where it was not yet.
@@ -113,6 +116,7 @@ private:
     std::int32_t soleDepth_ = -1;
     Art sole_ = Art::null;
     std::int32_t soleHeight_ = 0; ///< groups within one another, it included
+    IdleGroups idle_;
 };
 
 /// A new object of that kind in `container`, by the rule for clipped groups.

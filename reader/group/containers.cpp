@@ -1,4 +1,4 @@
-#include "reader/content/containers.h"
+#include "reader/group/containers.h"
 
 #include "reader/content/art.h"
 #include "runtime/budget.h"
@@ -131,12 +131,18 @@ void Containers::finish() {
             closeClip(entry.container);
         }
     }
+    idle_.dissolve(layer());
 }
 
 /// A clipped group that holds nothing but its clip shows nothing.
 void Containers::closeClip(Art group) {
-    if (rules().lazyGroups && nextSibling(firstChild(group)) == Art::null) {
+    if (!rules().lazyGroups) {
+        return;
+    }
+    if (nextSibling(firstChild(group)) == Art::null) {
         callHost(slot::disposeArt, group);
+    } else {
+        idle_.noteHolder(group);
     }
 }
 
@@ -152,6 +158,7 @@ Art Containers::closeGroup(Art group) {
         return Art::null;
     }
     if (nextSibling(child) != Art::null || artKind(child) != ArtKind::group) {
+        idle_.note(group);
         return group;
     }
     callHost(slot::reorderArt, child, Placement::inFront, group);
@@ -162,6 +169,7 @@ Art Containers::closeGroup(Art group) {
 /// The group of marked content stays if it holds something.
 Art Containers::closeMark(Art group) {
     if (firstChild(group) != Art::null) {
+        idle_.noteHolder(group);
         return group;
     }
     callHost(slot::disposeArt, group);
@@ -369,6 +377,7 @@ void Containers::bringAlong(Art art, Art holder) {
     callHost(slot::reorderArt, art, place.placement, place.reference);
     if (holder != Art::null && isBare(holder)) {
         callHost(slot::disposeArt, holder);
+        idle_.forget(holder);
         formerMark_ = holder == formerMark_ ? Art::null : formerMark_;
     }
 }
@@ -387,6 +396,7 @@ void Containers::dropBare() {
             }
         }
     }
+    std::vector<Art> dropped;
     // Inner ones first, but for the layer's.
     for (; groups.size() > 1; groups.pop_back()) {
         const Art group = groups.back();
@@ -394,9 +404,11 @@ void Containers::dropBare() {
             continue;
         }
         callHost(slot::disposeArt, group);
+        dropped.push_back(group);
         soleDepth_ = group == sole_ ? -1 : soleDepth_;
         formerMark_ = group == formerMark_ ? Art::null : formerMark_;
     }
+    idle_.forget(std::move(dropped));
 }
 
 bool Containers::isFull() const {
