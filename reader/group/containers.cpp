@@ -131,7 +131,9 @@ void Containers::finish() {
             closeClip(entry.container);
         }
     }
-    idle_.dissolve(layer());
+    if (rules().lazyGroups) {
+        idle_.dissolve(layer());
+    }
 }
 
 /// A clipped group that holds nothing but its clip shows nothing.
@@ -329,6 +331,7 @@ std::int64_t Containers::leaveMark(std::size_t mark) {
     std::int64_t work = entryTokens * std::ssize(within);
     for (auto entry = within.begin(); entry != bare; ++entry) {
         if (entry->group == Art::null) {
+            idle_.noteHolder(entry->container);
             work += reopenClip(*entry);
         }
     }

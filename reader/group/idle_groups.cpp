@@ -27,50 +27,50 @@ void replaceByContent(Art group) {
     callHost(slot::disposeArt, group);
 }
 
-void erase(std::vector<Art>& from, Art art) {
-    // Most are gone soon after they were noted.
-    const auto at = std::find(from.rbegin(), from.rend(), art);
-    if (at != from.rend()) {
-        from.erase(std::next(at).base());
+/// Whether nothing or one thing is left in it, which then stands in its place.
+bool dissolves(Art group) {
+    const Art child = firstChild(group);
+    if (child != Art::null && nextSibling(child) != Art::null) {
+        return false;
     }
+    replaceByContent(group);
+    return true;
 }
 
 } // namespace
 
 void IdleGroups::forget(Art art) {
-    erase(groups_, art);
-    erase(holders_, art);
+    // Most are gone soon after they were noted.
+    const auto at = std::find_if(noted_.rbegin(), noted_.rend(),
+                                 [&](const Noted& each) { return each.art == art; });
+    if (at != noted_.rend()) {
+        noted_.erase(std::next(at).base());
+    }
 }
 
 void IdleGroups::forget(std::vector<Art> all) {
     std::ranges::sort(all);
-    const auto isOf = [&](Art art) { return std::ranges::binary_search(all, art); };
-    std::erase_if(groups_, isOf);
-    std::erase_if(holders_, isOf);
+    std::erase_if(noted_,
+                  [&](const Noted& each) { return std::ranges::binary_search(all, each.art); });
 }
 
 void IdleGroups::dissolve(Art layer) {
-    std::erase_if(groups_, [](Art group) {
-        const Art child = firstChild(group);
-        if (child != Art::null && nextSibling(child) != Art::null) {
-            return false;
+    std::vector<Art> plain;
+    std::vector<Art> holders{layer};
+    for (const Noted& each : std::exchange(noted_, {})) {
+        if (!each.isPlain) {
+            holders.push_back(each.art);
+        } else if (!dissolves(each.art)) {
+            plain.push_back(each.art);
         }
-        replaceByContent(group);
-        return true;
-    });
-    std::ranges::sort(groups_);
-    holders_.push_back(layer);
-    for (const Art holder : std::exchange(holders_, {})) {
-        dissolveSole(holder);
     }
-    groups_.clear();
-}
-
-void IdleGroups::dissolveSole(Art holder) {
-    const Art sole = firstContent(holder);
-    if (sole != Art::null && nextSibling(sole) == Art::null &&
-        std::ranges::binary_search(groups_, sole)) {
-        replaceByContent(sole);
+    std::ranges::sort(plain);
+    for (const Art holder : holders) {
+        const Art sole = firstContent(holder);
+        if (sole != Art::null && nextSibling(sole) == Art::null &&
+            std::ranges::binary_search(plain, sole)) {
+            replaceByContent(sole);
+        }
     }
 }
 

@@ -11,22 +11,24 @@ namespace corvane {
 class IdleGroups {
 public:
     /// A group that a level left, after those in it.
-    void note(Art group) { groups_.push_back(group); }
-    /// What holds art and is no such group: clipped, or tied to a layer.
-    void noteHolder(Art holder) { holders_.push_back(holder); }
-    /// It was disposed of.
+    void note(Art group) { noted_.push_back({group, true}); }
+    /// What holds art and is no such group: clipped, or tied to a layer. Nothing is made in it any
+    /// more.
+    void noteHolder(Art holder) { noted_.push_back({holder, false}); }
+    /// They were disposed of.
     void forget(Art art);
     void forget(std::vector<Art> all);
 
-    /// Puts what idle groups hold in their place; `layer` is the outermost holder. Nothing was
-    /// noted afterwards.
+    /// Puts what idle groups hold in their place; `layer` is the outermost holder.
     void dissolve(Art layer);
 
 private:
-    void dissolveSole(Art holder);
+    struct Noted {
+        Art art = Art::null;
+        bool isPlain = false;
+    };
 
-    std::vector<Art> groups_;
-    std::vector<Art> holders_;
+    std::vector<Noted> noted_;
 };
 
 } // namespace corvane
