@@ -27,13 +27,19 @@ enum class HostError : std::int32_t { none = 0, failed = 1 };
 /// Result of a yes/no slot: only the low 8 bits count.
 enum class HostBoolean : std::int32_t { no = 0, yes = 1 };
 
+/// Procedures in a host's table.
+inline constexpr int slotCount = 371;
+
 template <class Signature>
 struct Slot {
     using Procedure = Signature*;
+
+    /// Does not compile where the table has no such place.
+    consteval explicit Slot(int place)
+        : number(place < slotCount ? place : throw "past the table") {}
+
     int number;
 };
-
-inline constexpr int slotCount = 370;
 
 namespace slot {
 
