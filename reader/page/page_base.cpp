@@ -48,7 +48,7 @@ PageBase standingBase(DocumentCache& cache, const PageOrigin& origin,
                       std::vector<BaseStream> streams) {
     PageBase base = baseFrom(origin);
     const PageEntry& page = cache.pages[static_cast<std::size_t>(cache.pageNumber - 1)];
-    takeContent(cache, base, cache.page.get(), rawEntries(cache, page.number, page.generation));
+    takeContent(cache, base, cache.page.get(), soundEntries(cache, {page.number, page.generation}));
     base.streams = std::move(streams);
     base.mediaBox = mediaCache(cache);
     base.cropBox = cropCache(cache);

@@ -131,7 +131,7 @@ std::optional<PageRecord> recordOfPage(DocumentCache& cache, std::span<const Bas
 
 std::vector<RawEntry> rawBase(DocumentCache& cache) {
     const PageEntry& page = cache.pages[static_cast<std::size_t>(cache.pageNumber - 1)];
-    std::vector<RawEntry> entries = rawEntries(cache, page.number, page.generation);
+    std::vector<RawEntry> entries = soundEntries(cache, {page.number, page.generation});
     for (const std::string_view key :
          {recordPath[0], recordPath[1], recordPath[2], std::string_view("Base")}) {
         const auto entry = std::ranges::find(entries, key, &RawEntry::key);

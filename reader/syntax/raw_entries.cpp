@@ -1,6 +1,7 @@
 #include "reader/syntax/raw_entries.h"
 
 #include "filters/character.h"
+#include "objects/referenced.h"
 #include "reader/syntax/file_bytes.h"
 #include "reader/syntax/file_scope.h"
 #include "reader/syntax/syntax.h"
@@ -163,21 +164,60 @@ std::optional<std::vector<RawEntry>> entriesAt(DocumentCache& cache, SyntaxPlace
     return std::nullopt;
 }
 
+/// Entries of the dictionary that the object is.
+std::optional<std::vector<RawEntry>> entriesOf(DocumentCache& cache, ObjectIdentifier object) {
+    const Ref<ReferenceNode> node =
+        findReference(*cache.references, object.number, object.generation);
+    return node ? entriesAt(cache, placeOfObject(cache, object.number, node->place()), object)
+                : std::nullopt;
+}
+
+std::vector<RawEntry> entriesRead(const Object& dictionary, ObjectIdentifier object) {
+    const std::span<const Object> pairs = elementsObject(dictionary);
+    std::vector<RawEntry> entries;
+    for (std::size_t i = 0; i + 1 < pairs.size(); i += 2) {
+        if (typeObject(pairs[i + 1]) != ObjectType::null) {
+            entries.push_back(
+                {.key = std::string(literalObject(pairs[i])),
+                 .object = object,
+                 .read = std::make_shared<const ObjectOwner>(sharedObject(pairs[i + 1]))});
+        }
+    }
+    return entries;
+}
+
 } // namespace
 
 std::vector<RawEntry> rawEntries(DocumentCache& cache, std::int32_t number,
                                  std::int32_t generation) {
-    const Ref<ReferenceNode> node = findReference(*cache.references, number, generation);
-    auto entries =
-        node ? entriesAt(cache, placeOfObject(cache, number, node->place()), {number, generation})
-             : std::nullopt;
+    auto entries = entriesOf(cache, {number, generation});
     if (!entries) {
         failException(Exception::structure);
     }
     return std::move(*entries);
 }
 
+std::vector<RawEntry> soundEntries(DocumentCache& cache, ObjectIdentifier object) {
+    if (!cache.mends.objects(Mend::syntax).contains(object.number)) {
+        return rawEntries(cache, object.number, object.generation);
+    }
+    ObjectOwner reference;
+    indirectObject(reference.get(), object.number, object.generation);
+    const ObjectOwner value = resolveObject(cache, reference.get());
+    if (typeObject(value.get()) != ObjectType::dictionary) {
+        failException(Exception::structure);
+    }
+    return entriesRead(value.get(), object);
+}
+
 std::vector<RawEntry> rawEntries(DocumentCache& cache, const RawEntry& value) {
+    if (value.read) {
+        const Object& read = value.read->get();
+        return typeObject(read) == ObjectType::dictionary ? entriesRead(read, value.object)
+               : typeObject(read) == ObjectType::reference
+                   ? entriesOf(cache, referenced(read)).value_or(std::vector<RawEntry>())
+                   : std::vector<RawEntry>();
+    }
     const std::int32_t shift = value.stream == 0 ? cache.headerOffset : 0;
     return entriesAt(cache, {.stream = value.stream, .start = value.start - shift}, value.object)
         .value_or(std::vector<RawEntry>());

@@ -6,6 +6,7 @@
 #include "reader/document/cache.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,8 @@ struct RawEntry {
     /// The object in which it stands; none where strings are plain: in a trailer,
     /// and in an object stream.
     ObjectIdentifier object = {};
+    /// What was read of the value, where it stands in a damaged dictionary; it has no place then.
+    std::shared_ptr<const ObjectOwner> read = {};
 };
 
 /// The entries of the dictionary that is the indirect object `number` `generation`, of several with
@@ -29,13 +32,16 @@ struct RawEntry {
 std::vector<RawEntry> rawEntries(DocumentCache& cache, std::int32_t number,
                                  std::int32_t generation);
 
+/// The same; of a dictionary whose bytes would carry damage on, what was read of it.
+std::vector<RawEntry> soundEntries(DocumentCache& cache, ObjectIdentifier object);
+
 /// The entries of a value that is a dictionary or leads to one by a reference; none otherwise.
 std::vector<RawEntry> rawEntries(DocumentCache& cache, const RawEntry& value);
 
 /// The entries of the newest trailer.
 std::vector<RawEntry> rawTrailer(DocumentCache& cache);
 
-/// The bytes of the value. More than `budget::keptEntryBytes` raise `limit`.
+/// The bytes of a value that has a place. More than `budget::keptEntryBytes` raise `limit`.
 std::string rawValue(DocumentCache& cache, const RawEntry& entry);
 
 } // namespace corvane

@@ -4,7 +4,9 @@
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 #include "runtime/exception.h"
+#include "writer/crypt/sealed.h"
 #include "writer/crypt/sealed_output.h"
+#include "writer/paint/object_text.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -49,9 +51,16 @@ void CarriedEntries::write(DocumentCache& cache, ObjectIdentifier in) const {
 }
 
 void writeEntry(DocumentCache& cache, const RawEntry& entry, ObjectIdentifier in) {
-    const std::string value = rawValue(cache, entry);
+    const std::string bytes = entry.read ? std::string() : rawValue(cache, entry);
     nameOutput(*cache.output, entry.key);
-    sealedValueOutput(cache, value, entry.object, in);
+    if (entry.read) {
+        const auto sealed = [&](std::string_view string) {
+            return sealedBytes(cache, in, std::as_bytes(std::span(string)));
+        };
+        stringOutput(*cache.output, objectText(entry.read->get(), sealed).value_or("null"));
+    } else {
+        sealedValueOutput(cache, bytes, entry.object, in);
+    }
     stringOutput(*cache.output, "\r");
 }
 

@@ -159,7 +159,7 @@ CarriedPage carriedPage(DocumentCache& cache, const PageGeometry& geometry, cons
     if (page.number == 0) {
         failException(Exception::structure);
     }
-    std::vector<RawEntry> entries = rawEntries(cache, page.number, page.generation);
+    std::vector<RawEntry> entries = soundEntries(cache, {page.number, page.generation});
     carried.notes = notesOfOthers(cache, entries);
     for (RawEntry& entry : entries) {
         if (!isAmong(replacedKeys, entry.key) &&

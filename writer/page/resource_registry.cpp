@@ -37,7 +37,7 @@ std::size_t indexOf(ResourceCategory category) {
 std::vector<RawEntry> inheritedEntries(DocumentCache& cache) {
     const PageEntry& page = cache.pages[static_cast<std::size_t>(cache.pageNumber - 1)];
     ObjectOwner node = sharedObject(cache.page.get());
-    std::vector<RawEntry> entries = rawEntries(cache, page.number, page.generation);
+    std::vector<RawEntry> entries = soundEntries(cache, {page.number, page.generation});
     const auto enter = [&](std::string_view key) {
         const auto entry = std::ranges::find(entries, key, &RawEntry::key);
         entries =

@@ -6,10 +6,8 @@
 #include "reader/crypt/encryption.h"
 #include "reader/document/update_mark.h"
 #include "reader/page/page_base.h"
-#include "reader/page/page_content.h"
 #include "reader/shading/page_patterns.h"
 #include "reader/syntax/file_bytes.h"
-#include "reader/syntax/stream_chain.h"
 #include "reader/text/show_text.h"
 #include "runtime/exception.h"
 #include "runtime/extension.h"
@@ -19,6 +17,7 @@
 #include "writer/paint/plain_spaces.h"
 #include "writer/patch/annotation_art.h"
 #include "writer/update/catalog.h"
+#include "writer/update/opened_base.h"
 #include "writer/update/signed.h"
 #include "writer/update/update.h"
 #include "writer/update/update_file.h"
@@ -32,75 +31,6 @@
 namespace corvane {
 
 namespace {
-
-/// Whether the page was saved from another artwork since this one was opened from it.
-bool isOthers(DocumentCache& cache, const PageBase& base, std::optional<std::uint64_t> artwork) {
-    if (!artwork || (base.isStanding && base.isAsOpened)) {
-        return false;
-    }
-    const std::optional<std::uint64_t> last = lastArtwork(cache);
-    return last && *last != *artwork;
-}
-
-/// Whether nothing is drawn on the page: its streams hold no data. What cannot be read is no blank
-/// page.
-bool isBlank(DocumentCache& cache) {
-    std::int64_t bytes = 0;
-    const bool isRead = attempted([&] {
-        for (const ObjectOwner& stream : contentStreams(cache)) {
-            bytes += plainLength(cache, stream.get());
-        }
-    });
-    return isRead && bytes == 0;
-}
-
-/// Whether the page stands as it was drawn anew from the artwork. Drawing it anew again, and not
-/// patching that, makes the same page of the same artwork: also where its fonts are not those that
-/// the artwork asks for.
-bool isDrawnAnew(const UpdatePlan& plan) {
-    return plan.base && plan.base->isStanding && !plan.base->isAsOpened;
-}
-
-/// Notes that the host insists on a save; raises `refusal` where it does not.
-void overwrite(UpdatePlan& plan, Exception refusal, Warning warning) {
-    if (!knownExtension()->overwrites) {
-        failException(refusal);
-    }
-    plan.overwritten = warning;
-}
-
-/// Settles what the artwork was opened from, if the host knows that. A page that is another one
-/// now raises `pageChanged`, one that was saved from another artwork `otherArtwork`, unless the
-/// host says that this does not matter.
-void planBase(DocumentCache& cache, UpdatePlan& plan) {
-    const auto extension = knownExtension();
-    if (!extension) {
-        return;
-    }
-    if (extension->artworkDigest == nullptr) {
-        if (extension->guardsPage && !extension->overwrites && !isBlank(cache)) {
-            failException(Exception::pageChanged);
-        }
-        return;
-    }
-    const std::uint64_t opened = *extension->artworkDigest;
-    if (extension->artworkName != nullptr) {
-        plan.artwork = *extension->artworkName;
-    }
-    // Content that cannot be read any more is another one too.
-    attempted([&] { plan.base = baseOf(cache, opened); });
-    if (!plan.base) {
-        overwrite(plan, Exception::pageChanged,
-                  isBlank(cache) ? Warning::none : Warning::pageReplaced);
-    } else if (isOthers(cache, *plan.base, plan.artwork)) {
-        overwrite(plan, Exception::otherArtwork, Warning::otherUndone);
-    }
-    if (extension->overwrites && isDrawnAnew(plan)) {
-        plan.base.reset();
-    }
-    plan.origin = plan.base ? PageOrigin{.digest = opened, .version = plan.base->version}
-                            : PageOrigin{.digest = opened};
-}
 
 /// Whether the host can hold the page that the artwork is compared with.
 bool canPatch() {

@@ -245,6 +245,43 @@ TEST_F(Mend, APageIsSavedInTheSameUpdate) {
     }
 }
 
+TEST_F(Mend, APageWhoseDictionaryIsDamagedIsWrittenAsItWasRead) {
+    const std::string resources = "/Resources << /Font << /F1 9 0 R >> /Note (b\\)) >>";
+    for (const std::string damage : {"/A foo", "foo", "/A", "/A [1 2"}) {
+        SCOPED_TRACE(damage);
+        folder_.add("in.pdf", twoPages()
+                                  .object(3, "<< /Type /Page /Parent 5 0 R /Contents 4 0 R " +
+                                                 resources + " " + damage + " >>")
+                                  .bytes());
+        const auto outcome = saveEdited(edited(), false);
+        ASSERT_EQ(outcome.status, 0) << outcome.errors;
+        EXPECT_TRUE(holds(outcome.errors, "1 object added, 1 kept")) << outcome.errors;
+        EXPECT_TRUE(holds(artwork("in.pdf", 1), "#0000ff"));
+        const std::string saved = bytes("in.pdf");
+        const std::string page = saved.substr(saved.find("%%EOF"));
+        EXPECT_TRUE(holds(page, "/Font << /F1 9 0 R >>")) << page;
+        EXPECT_FALSE(holds(page, "foo")) << page;
+        EXPECT_TRUE(isValid("in.pdf"));
+    }
+    std::string file = twoPages()
+                           .object(5, "<< /Type /Pages /Parent 2 0 R /Kids [7 0 R 6 0 R] /Count 2 "
+                                      "/MediaBox [0 0 300 200] >>")
+                           .object(7, "<< /Type /Page /Parent 5 0 R /Contents 4 0 R /Rotate 0 >>")
+                           .bytes();
+    file.resize(file.find("/Rotate 0 >>") + 9);
+    folder_.add("in.pdf", file);
+    const std::string svg = edited();
+    const auto outcome = saveEdited(svg, true);
+    ASSERT_EQ(outcome.status, 0) << outcome.errors;
+    EXPECT_TRUE(bytes("in.pdf").starts_with(file));
+    EXPECT_TRUE(holds(artwork("in.pdf", 1), "#0000ff"));
+    EXPECT_TRUE(isValid("in.pdf"));
+    EXPECT_EQ(run({"revert", "in.pdf"}).status, 0);
+    EXPECT_EQ(run({"save", "--mend", "in.pdf"}).status, 0);
+    EXPECT_EQ(saveEdited(svg, false).status, 0);
+    EXPECT_TRUE(isValid("in.pdf"));
+}
+
 TEST_F(Mend, EncryptedFilesStaySo) {
     if (!test::isInstalled("qpdf")) {
         GTEST_SKIP() << "needs qpdf";
