@@ -17,6 +17,9 @@ namespace corvane {
 
 namespace {
 
+/// What it takes to look at a run of the page, in letters that are compared.
+constexpr std::int64_t workOfRun = 32;
+
 /// A part of a run of the artwork: bytes of its text, and the run of the page that it is.
 struct Part {
     std::size_t start = 0;
@@ -116,6 +119,7 @@ private:
         }
         work_ -= static_cast<std::int64_t>(run.text.size());
         const std::vector<LetterMatch> matches = matchLetters(page.text, run.text, work_);
+        piece_ = 0;
         for (const Part& part : Parts(page, run.text.size()).of(matches)) {
             add(run, part);
         }
@@ -148,6 +152,7 @@ private:
             }
             const PaintedArt& was = painted()[run];
             page.text += runOf(was.art, content_.trace.textPart(was.part).run).text;
+            work_ -= workOfRun;
             work_ -= static_cast<std::int64_t>(page.text.size() -
                                                (page.ends.empty() ? 0 : page.ends.back()));
             page.ends.push_back(page.text.size());
@@ -179,17 +184,20 @@ private:
             divided.source.end = eventOfRun(part.was).end;
         }
         std::vector<TextPiece>& pieces = pieces_.emplace_back();
-        for (TextPiece piece : run.pieces) {
-            const auto start = static_cast<std::size_t>(piece.start);
-            if (start < part.start) {
-                pieces.assign({{.face = piece.face, .turn = piece.turn}}); // goes on here
-            } else if (start < part.end) {
-                piece.start -= static_cast<std::int32_t>(part.start);
-                if (piece.start == 0) {
-                    pieces.clear();
-                }
-                pieces.push_back(piece);
-            }
+        const auto startOf = [&](std::size_t piece) {
+            return static_cast<std::size_t>(run.pieces[piece].start);
+        };
+        while (piece_ < run.pieces.size() && startOf(piece_) < part.start) {
+            ++piece_;
+        }
+        const bool beginsPiece = piece_ < run.pieces.size() && startOf(piece_) == part.start;
+        if (piece_ > 0 && !beginsPiece) { // the one before goes on here
+            const TextPiece& former = run.pieces[piece_ - 1];
+            pieces.push_back({.face = former.face, .turn = former.turn});
+        }
+        for (; piece_ < run.pieces.size() && startOf(piece_) < part.end; ++piece_) {
+            pieces.push_back(run.pieces[piece_]);
+            pieces.back().start -= static_cast<std::int32_t>(part.start);
         }
         divided.pieces = pieces;
         divided_.push_back(divided);
@@ -203,6 +211,7 @@ private:
     std::vector<TextRun> divided_;
     bool isDivided_ = false;
     std::deque<std::vector<TextPiece>> pieces_; ///< of those
+    std::size_t piece_ = 0; ///< of the run that is divided: the first behind the parts so far
 };
 
 } // namespace

@@ -68,7 +68,21 @@ public:
         const Art text = texts.at(line);
         TextRun run = document.textRun(text, 0);
         run.text = letters;
-        run.source.end = document.textRun(text, document.textRunCount(text) - 1).source.end;
+        std::vector<TextPiece> pieces;
+        std::size_t length = 0;
+        for (std::int32_t i = 0; i < document.textRunCount(text); ++i) {
+            const TextRun each = document.textRun(text, i);
+            for (TextPiece piece : each.pieces) {
+                piece.start += static_cast<std::int32_t>(length);
+                pieces.push_back(piece);
+            }
+            length += each.text.size();
+            run.source.end = each.source.end;
+        }
+        std::erase_if(pieces, [&](const TextPiece& piece) {
+            return static_cast<std::size_t>(piece.start) >= letters.size();
+        });
+        run.pieces = pieces;
         if (isNumberAlone) {
             run.source.start = run.source.end = 0;
         }

@@ -257,8 +257,9 @@ TEST_F(TextPatchTest, Edits) {
     expectEdits(rows);
 }
 
-/// What the text of one tag no longer reads as may be what another text reads as.
 TEST_F(TextPatchTest, RunsThatArtworkHasAsOne) {
+    const std::string kernedRuns = "BT /F 10 Tf 100 700 Td [(a) -50 (b)] TJ [-30 (c) 40 (d)] TJ "
+                                   "(ef) Tj [(g) 60 (h)] TJ ET";
     const Edit rows[] = {
         {"as they were",
          threeRuns,
@@ -288,10 +289,21 @@ TEST_F(TextPatchTest, RunsThatArtworkHasAsOne) {
          "1 2 0 0 0",
          {}},
         {"all is typed over", threeRuns, [](Typist& it) { it.join(0, "xy"); }, "1 1 0 1 0", {}},
+        {"kerned letters as they were",
+         kernedRuns,
+         [](Typist& it) { it.join(0, "abcdefgh"); },
+         "4 0 0 0 0",
+         {}},
+        {"one of the kerned letters is typed over",
+         kernedRuns,
+         [](Typist& it) { it.join(0, "abcdxfgh"); },
+         "2 2 0 0 0",
+         {}},
     };
     expectEdits(rows);
 }
 
+/// What the text of one tag no longer reads as may be what another text reads as.
 TEST_F(TextPatchTest, ListsOfTheResourcesThatSayWhatTextReadsAs) {
     const std::string page = "/Span /R#31 BDC BT /F 10 Tf 100 700 Td (ab) Tj ET EMC\n"
                              "/Span /R1 BDC BT 100 680 Td (cd) Tj ET EMC\n"
