@@ -207,11 +207,60 @@ private:
         document_.dispose(text);
     }
 
+    /// Makes one run of the first ones, as where artwork has them as one element: their letters, or
+    /// some of them and others. Its source reaches over all of them, or is a number alone.
+    void joinRuns(Art text, std::uint32_t much) {
+        const std::int32_t count = document_.textRunCount(text);
+        if (count == 0) {
+            return;
+        }
+        const std::int32_t joined = 1 + static_cast<std::int32_t>(much / 4) % count;
+        std::string letters;
+        std::vector<TextPiece> pieces;
+        ArtSource source = document_.textRun(text, 0).source;
+        for (std::int32_t i = 0; i < joined; ++i) {
+            const TextRun run = document_.textRun(text, i);
+            for (TextPiece piece : run.pieces) {
+                piece.start += static_cast<std::int32_t>(letters.size());
+                pieces.push_back(piece);
+            }
+            letters += run.text;
+            source.end = std::max(source.end, run.source.end);
+        }
+        if (much % 4 == 1) {
+            letters = "A" + letters;
+        } else if (much % 4 == 2) {
+            std::size_t half = letters.size() / 2;
+            while ((static_cast<unsigned char>(letters[half]) & 0xC0) == 0x80) {
+                --half;
+            }
+            letters = letters.substr(0, half) + "A B";
+        } else if (much % 4 == 3) {
+            source.start = source.end = 0;
+        }
+        if (much % 4 == 1 || much % 4 == 2) {
+            pieces.clear();
+        }
+        std::int32_t number = 0;
+        remake(text, [&](TextRun& run) {
+            if (number++ == 0) {
+                run.text = letters;
+                run.pieces = pieces;
+                run.source = source;
+            } else if (number <= joined) {
+                run.text = {};
+            }
+        });
+    }
+
     void editText(Art text) {
         constexpr std::array<std::string_view, 6> words = {"",     "A",   "AB A",
                                                            "ffiA", "x y", "\u05D0"};
-        const std::uint32_t what = choose_(6);
+        const std::uint32_t what = choose_(7);
         const std::uint32_t much = choose_(256);
+        if (what == 6) {
+            return joinRuns(text, much);
+        }
         std::string letters;
         remake(text, [&](TextRun& run) {
             switch (what) {
