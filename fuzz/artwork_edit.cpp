@@ -2,11 +2,10 @@
 
 #include "app/artwork/geometry.h"
 #include "app/artwork/transform_art.h"
+#include "fuzz/text_edit.h"
 
 #include <algorithm>
 #include <array>
-#include <string>
-#include <string_view>
 
 namespace corvane::fuzz {
 
@@ -168,125 +167,11 @@ private:
 
     /// As an editor that writes no attribute of ours.
     void loseSource(Art art) {
-        constexpr std::int64_t nowhere = std::int64_t{1} << 40;
-        const ArtSource lost{.start = nowhere, .end = nowhere + 1, .ordinal = 0};
         if (document_.kind(art) == ArtKind::text) {
-            remake(art, [&](TextRun& run) { run.source = lost; });
+            TextEdit(document_, art).loseSources();
         } else {
-            document_.setSource(art, lost);
+            document_.setSource(art, lostSource);
         }
-    }
-
-    /// The place of a line whose letters run from the right is its right end in a file.
-    static TextLine asInFile(TextLine line) {
-        if (line.reach != 0) {
-            const double reach = static_cast<double>(line.reach) / fixedOne;
-            const RealPoint end = transform(realMatrix(line.matrix), {reach, 0});
-            line.matrix.tx = fixedNumber(end.x);
-            line.matrix.ty = fixedNumber(end.y);
-            line.anchor = TextAnchor::end;
-            line.reach = 0;
-        }
-        return line;
-    }
-
-    /// Makes text anew in its place, as when it is read from a file; `change` may take the text
-    /// away, and the run is left out.
-    template <class Change>
-    void remake(Art text, Change change) {
-        const Art made = document_.make(ArtKind::text, Placement::inFront, text);
-        document_.setTextLine(made, asInFile(document_.textLine(text)));
-        const std::int32_t runs = document_.textRunCount(text);
-        for (std::int32_t i = 0; i < runs; ++i) {
-            TextRun run = document_.textRun(text, i);
-            change(run);
-            if (!run.text.empty()) {
-                document_.addTextRun(made, run);
-            }
-        }
-        document_.dispose(text);
-    }
-
-    /// Makes one run of the first ones, as where artwork has them as one element: their letters, or
-    /// some of them and others. Its source reaches over all of them, or is a number alone.
-    void joinRuns(Art text, std::uint32_t much) {
-        const std::int32_t count = document_.textRunCount(text);
-        if (count == 0) {
-            return;
-        }
-        const std::int32_t joined = 1 + static_cast<std::int32_t>(much / 4) % count;
-        std::string letters;
-        std::vector<TextPiece> pieces;
-        ArtSource source = document_.textRun(text, 0).source;
-        for (std::int32_t i = 0; i < joined; ++i) {
-            const TextRun run = document_.textRun(text, i);
-            for (TextPiece piece : run.pieces) {
-                piece.start += static_cast<std::int32_t>(letters.size());
-                pieces.push_back(piece);
-            }
-            letters += run.text;
-            source.end = std::max(source.end, run.source.end);
-        }
-        if (much % 4 == 1) {
-            letters = "A" + letters;
-        } else if (much % 4 == 2) {
-            std::size_t half = letters.size() / 2;
-            while ((static_cast<unsigned char>(letters[half]) & 0xC0) == 0x80) {
-                --half;
-            }
-            letters = letters.substr(0, half) + "A B";
-        } else if (much % 4 == 3) {
-            source.start = source.end = 0;
-        }
-        if (much % 4 == 1 || much % 4 == 2) {
-            pieces.clear();
-        }
-        std::int32_t number = 0;
-        remake(text, [&](TextRun& run) {
-            if (number++ == 0) {
-                run.text = letters;
-                run.pieces = pieces;
-                run.source = source;
-            } else if (number <= joined) {
-                run.text = {};
-            }
-        });
-    }
-
-    void editText(Art text) {
-        constexpr std::array<std::string_view, 6> words = {"",     "A",   "AB A",
-                                                           "ffiA", "x y", "\u05D0"};
-        const std::uint32_t what = choose_(7);
-        const std::uint32_t much = choose_(256);
-        if (what == 6) {
-            return joinRuns(text, much);
-        }
-        std::string letters;
-        remake(text, [&](TextRun& run) {
-            switch (what) {
-            case 0:
-                run.style.fill = {};
-                run.style.fill.component[0] = static_cast<Fixed>(much << 8);
-                return;
-            case 1:
-                run.size = static_cast<Fixed>(1 + much * (fixedOne / 8));
-                return;
-            case 2:
-                run.source = {.start = 0, .end = 0, .ordinal = run.source.ordinal};
-                return;
-            case 3:
-                run.spacing = static_cast<Fixed>(much << 12);
-                return;
-            case 4:
-                letters = std::string(words[much % words.size()]) + std::string(run.text);
-                run.pieces = {};
-                break;
-            default:
-                letters = words[much % words.size()];
-                run.pieces = {};
-            }
-            run.text = letters;
-        });
     }
 
     void addPath(const Inventory& all) {
@@ -357,7 +242,7 @@ private:
         touch(art);
         const std::uint32_t what = choose_(14);
         if (document_.kind(art) == ArtKind::text && (what < 2 || what > 12)) {
-            return editText(art);
+            return TextEdit(document_, art).edit(choose_);
         }
         switch (what) {
         case 0:
