@@ -1,6 +1,7 @@
 #include "reader/group/containers.h"
 
 #include "reader/content/art.h"
+#include "reader/group/art_place.h"
 #include "runtime/budget.h"
 #include "runtime/callbacks.h"
 #include "runtime/rules.h"
@@ -12,11 +13,6 @@
 namespace corvane {
 
 namespace {
-
-struct Place {
-    Placement placement = Placement::inside;
-    Art reference = Art::null;
-};
 
 /// Tokens that a group or clip counts as which goes on behind marked content, and those that it
 /// takes to copy a clip, beside one for each segment.
@@ -37,34 +33,7 @@ std::int64_t segmentsOf(Art art) {
     return count;
 }
 
-/// Whether a group holds nothing but its clip.
-bool isBare(Art group) {
-    const Art first = firstChild(group);
-    std::uint8_t clipped = 0;
-    callHost(slot::getGroupClipped, group, &clipped);
-    return first == Art::null || (clipped != 0 && nextSibling(first) == Art::null);
-}
-
-/// Where new art goes in a container: the rule for clipped groups.
-Place placeIn(Art container) {
-    std::uint8_t clipped = 0;
-    callHost(slot::getGroupClipped, container, &clipped);
-    if (clipped == 0) {
-        return {Placement::inside, container};
-    }
-    const Art clip = firstChild(container);
-    if (clip == Art::null) {
-        failException(Exception::host);
-    }
-    return {Placement::behind, clip};
-}
-
 } // namespace
-
-Art makeArt(ArtKind kind, Art container) {
-    const Place place = placeIn(container);
-    return newArt(kind, place.placement, place.reference);
-}
 
 void Containers::open(Art layer, std::int32_t around) {
     *this = Containers();
@@ -336,7 +305,7 @@ std::int64_t Containers::leaveMark(std::size_t mark) {
         }
     }
     if (bare != within.end()) {
-        const Place place = placeIn(entries_.back().container);
+        const GroupPlace place = placeIn(entries_.back().container);
         callHost(slot::reorderArt, bare->container, place.placement, place.reference);
         entries_.insert(entries_.end(), bare, within.end());
     }
@@ -376,9 +345,9 @@ void Containers::bringAlong(Art art, Art holder) {
     if (isOpen(holder)) {
         return;
     }
-    const Place place = placeIn(container());
+    const GroupPlace place = placeIn(container());
     callHost(slot::reorderArt, art, place.placement, place.reference);
-    if (holder != Art::null && isBare(holder)) {
+    if (holder != Art::null && firstContent(holder) == Art::null) {
         callHost(slot::disposeArt, holder);
         idle_.forget(holder);
         formerMark_ = holder == formerMark_ ? Art::null : formerMark_;
@@ -403,7 +372,7 @@ void Containers::dropBare() {
     // Inner ones first, but for the layer's.
     for (; groups.size() > 1; groups.pop_back()) {
         const Art group = groups.back();
-        if (isOpen(group) || !isBare(group)) {
+        if (isOpen(group) || firstContent(group) != Art::null) {
             continue;
         }
         callHost(slot::disposeArt, group);

@@ -119,7 +119,4 @@ private:
     IdleGroups idle_;
 };
 
-/// A new object of that kind in `container`, by the rule for clipped groups.
-Art makeArt(ArtKind kind, Art container);
-
 } // namespace corvane

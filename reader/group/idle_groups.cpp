@@ -1,6 +1,7 @@
 #include "reader/group/idle_groups.h"
 
 #include "reader/content/art.h"
+#include "reader/group/art_place.h"
 #include "runtime/callbacks.h"
 
 #include <algorithm>
@@ -9,14 +10,6 @@
 namespace corvane {
 
 namespace {
-
-/// The clip of a clipped group is no content of it.
-Art firstContent(Art holder) {
-    std::uint8_t clipped = 0;
-    callHost(slot::getGroupClipped, holder, &clipped);
-    const Art first = firstChild(holder);
-    return clipped != 0 && first != Art::null ? nextSibling(first) : first;
-}
 
 void replaceByContent(Art group) {
     for (Art art = firstChild(group); art != Art::null;) {

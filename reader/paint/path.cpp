@@ -2,8 +2,8 @@
 #include "reader/paint/path.h"
 
 #include "reader/content/art.h"
-#include "reader/group/containers.h"
 #include "reader/content/interpreter.h"
+#include "reader/group/art_place.h"
 #include "reader/paint/path_art.h"
 #include "runtime/callbacks.h"
 #include "runtime/rules.h"
