@@ -15,6 +15,7 @@
 #include <cmath>
 #include <filesystem>
 #include <random>
+#include <regex>
 
 namespace corvane::test {
 namespace {
@@ -367,6 +368,13 @@ TEST(RoundTrip, ArtDeeperThanElements) {
     }
 }
 
+/// Ids count the runs of the page, and an element that joins some has the first one's; a reader
+/// of the artwork alone counts elements.
+std::string withoutCounts(const std::string& svg) {
+    static const std::regex counted(" id=\"(f[0-9]+)?p[0-9]+\"");
+    return std::regex_replace(svg, counted, " id=\"p\"");
+}
+
 TEST(RoundTrip, EveryPageThatOpens) {
     std::vector<std::filesystem::path> files;
     for (const char* const folder :
@@ -404,7 +412,9 @@ TEST(RoundTrip, EveryPageThatOpens) {
             // Without the page's fonts nothing tells where the pieces of stretched lines stand.
             const bool hasPlaces = written.find("data-exact") != std::string::npos;
             const std::string again = read.svg();
-            EXPECT_TRUE((hasPlaces ? ReadArt(again).svg() : written) == again) << file;
+            EXPECT_TRUE(withoutCounts(hasPlaces ? ReadArt(again).svg() : written) ==
+                        withoutCounts(again))
+                << file;
             EXPECT_TRUE(read.reading.ignored.empty()) << file;
         }
     }
