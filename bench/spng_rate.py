@@ -3,9 +3,9 @@
 
     spng_rate.py
 
-Encodes the pixels of "flate-48" of make_images.py from memory to memory, with the library's own settings and with those
-of corvane (compression level 1, filters Sub and Up), which image_speed.py runs as a whole: there pixels are also
-inflated, and written to the disk.
+Encodes the pixels of "flate-48" of make_images.py from memory to memory, with the library's own settings and with its
+fastest that filter (compression level 1, filters Sub and Up). image_speed.py runs corvane as a whole: there pixels
+are also inflated, and written to the disk.
 """
 
 import ctypes

@@ -19,5 +19,6 @@ corvane_system_library(openjpeg openjpeg.h openjp2 openjpeg-2.5 openjpeg-2.6 ope
 corvane_system_library(jbig2dec jbig2.h jbig2dec)
 corvane_system_library(lcms2 lcms2.h lcms2)
 corvane_system_library(spng spng.h spng)
+corvane_system_library(isal isa-l.h isal)
 corvane_system_library(nettle nettle/aes.h nettle)
 corvane_system_library(unistring uninorm.h unistring)

@@ -7,8 +7,8 @@
 
 namespace corvane {
 
-/// Of Sub and Up each row gets the one that leaves the smaller differences. Trying the other
-/// filters costs more than what they save.
+/// Of Sub and Up each row gets the one that leaves the smaller differences, each without its sign.
+/// Trying the other filters costs more than what they save.
 class PngFilter {
 public:
     /// `pixelBytes` is at least 1.
@@ -20,7 +20,7 @@ public:
 private:
     std::size_t pixelBytes_;
     std::vector<unsigned char> before_; ///< the row before, zeros at first
-    std::vector<unsigned char> sub_, up_;
+    std::vector<unsigned char> filtered_;
 };
 
 } // namespace corvane

@@ -19,8 +19,11 @@ constexpr std::int32_t longestSide = 32767;
 /// Bytes that the host gets at a time, a row at least.
 constexpr std::size_t blockBytes = 1 << 16;
 
-/// For each pixel of a row, the one of a narrower row that it shows.
+/// For each pixel of a row, the one of a narrower row that it shows; empty where that is the same.
 std::vector<std::size_t> pixelsAcross(std::int32_t shown, std::int32_t held) {
+    if (shown == held) {
+        return {};
+    }
     std::vector<std::size_t> across(static_cast<std::size_t>(shown));
     for (std::size_t x = 0; x < across.size(); ++x) {
         across[x] = x * static_cast<std::size_t>(held) / across.size();
@@ -38,10 +41,26 @@ struct PixelMap {
 template <std::size_t colourBytes, std::size_t sampleBytes>
 void joinPixels(std::span<const std::byte> colours, std::span<const std::uint8_t> alpha,
                 const PixelMap& map, std::span<std::byte> out) {
-    std::byte* to = out.data();
-    for (std::size_t x = 0; x < map.colours.size(); ++x, to += colourBytes + sampleBytes) {
-        std::memcpy(to, colours.data() + map.colours[x] * colourBytes, colourBytes);
-        std::memset(to + colourBytes, alpha[map.alpha[x]], sampleBytes);
+    constexpr std::size_t pixelBytes = colourBytes + sampleBytes;
+    const std::size_t count = out.size() / pixelBytes;
+    // By value, and byte by byte: so the compiler makes vectors of it.
+    const auto join = [colour = colours.data(), level = alpha.data(),
+                       to = out.data()](std::size_t x, std::size_t from, std::size_t alphaFrom) {
+        for (std::size_t i = 0; i < colourBytes; ++i) {
+            to[x * pixelBytes + i] = colour[from * colourBytes + i];
+        }
+        for (std::size_t i = colourBytes; i < pixelBytes; ++i) {
+            to[x * pixelBytes + i] = std::byte{level[alphaFrom]};
+        }
+    };
+    if (map.colours.empty() && map.alpha.empty()) {
+        for (std::size_t x = 0; x < count; ++x) {
+            join(x, x, x);
+        }
+        return;
+    }
+    for (std::size_t x = 0; x < count; ++x) {
+        join(x, map.colours.empty() ? x : map.colours[x], map.alpha.empty() ? x : map.alpha[x]);
     }
 }
 
@@ -326,6 +345,10 @@ void Picture::fillAlpha(std::int32_t row) {
     conversion.convert(alphas_->samples(), alphaRow_, cache_.work.imageColours);
     // Of 16 bits the high byte comes first; of colours, which no mask has, red.
     const std::size_t step = alphaRow_.size() / alpha_.size();
+    if (step == 1) {
+        std::memcpy(alpha_.data(), alphaRow_.data(), alpha_.size());
+        return;
+    }
     for (std::size_t x = 0; x < alpha_.size(); ++x) {
         alpha_[x] = std::to_integer<std::uint8_t>(alphaRow_[x * step]);
     }

@@ -39,6 +39,20 @@ std::size_t valuesOf(const ImageForm& form) {
     return std::size_t{1} << std::min(form.bits, 8);
 }
 
+/// A byte for each of the samples that are packed in `from`, by the table of PixelConversion.
+template <unsigned bits>
+void spreadPacked(const std::uint8_t* from, std::span<std::uint8_t> to,
+                  const std::array<std::array<std::uint8_t, 8>, 256>& table) {
+    constexpr std::size_t perByte = 8 / bits;
+    std::uint8_t* pixels = to.data();
+    for (std::size_t left = to.size() / perByte; left > 0; --left, pixels += perByte) {
+        std::memcpy(pixels, table[*from++].data(), perByte);
+    }
+    if (const std::size_t rest = to.size() % perByte; rest != 0) {
+        std::memcpy(pixels, table[*from].data(), rest);
+    }
+}
+
 } // namespace
 
 PixelConversion::PixelConversion(const ImageForm& form, bool withAlpha, SeenColour fill)
@@ -59,6 +73,9 @@ PixelConversion::PixelConversion(const ImageForm& form, bool withAlpha, SeenColo
         prepareOne(withAlpha, fill);
     } else {
         prepareMany();
+    }
+    if (form_.bits < 8) {
+        makeSpread();
     }
     chooseEmpty(withAlpha);
     chooseEmptySample();
@@ -205,6 +222,32 @@ void PixelConversion::chooseEmpty(bool withAlpha) {
     empty_ = static_cast<std::byte>(byte);
 }
 
+void PixelConversion::makeSpread() {
+    const auto bits = static_cast<unsigned>(form_.bits);
+    for (unsigned byte = 0; byte < spread_.size(); ++byte) {
+        for (unsigned i = 0; i < 8 / bits; ++i) {
+            const unsigned sample = byte >> (8 - bits * (i + 1)) & ((1U << bits) - 1);
+            spread_[byte][i] =
+                way_ == Way::gray ? levels_[0][sample] : static_cast<std::uint8_t>(sample);
+        }
+    }
+}
+
+/// Packed samples of fewer than 8 bits: a byte each, or its level where that is a pixel's.
+void PixelConversion::spread(std::span<const std::byte> row, std::span<std::uint8_t> to) const {
+    const std::uint8_t* const from = asNumbers(row);
+    switch (form_.bits) {
+    case 1:
+        spreadPacked<1>(from, to, spread_);
+        break;
+    case 2:
+        spreadPacked<2>(from, to, spread_);
+        break;
+    default:
+        spreadPacked<4>(from, to, spread_);
+    }
+}
+
 /// A byte for each sample of a colour: what it is where it has no more than 8 bits, else its high
 /// byte. Further samples are left out.
 std::span<const std::uint8_t> PixelConversion::unpack(std::span<const std::byte> row) {
@@ -224,17 +267,7 @@ std::span<const std::uint8_t> PixelConversion::unpack(std::span<const std::byte>
         }
         return unpacked_;
     }
-    const auto bits = static_cast<unsigned>(form_.bits);
-    const unsigned mask = (1U << bits) - 1;
-    unsigned shift = 8;
-    for (std::size_t i = 0; i < unpacked_.size(); ++i) {
-        shift -= bits;
-        to[i] = static_cast<std::uint8_t>(*from >> shift & mask);
-        if (shift == 0) {
-            shift = 8;
-            ++from;
-        }
-    }
+    spread(row, unpacked_);
     return unpacked_;
 }
 
@@ -302,8 +335,11 @@ void PixelConversion::convert(std::span<const std::byte> row, std::span<std::byt
         }
         return;
     }
-    const std::uint8_t* from = unpack(row).data();
     std::uint8_t* to = asNumbers(pixels);
+    if (way_ == Way::gray && form_.bits < 8) {
+        return spread(row, {to, width_});
+    }
+    const std::uint8_t* from = unpack(row).data();
     switch (way_) {
     case Way::gray:
         for (std::size_t x = 0; x < width_; ++x) {

@@ -68,6 +68,8 @@ private:
     SeenColour computed(const std::uint8_t* samples, StepMeter& steps);
     void throughProfile(const std::uint8_t* samples, std::span<std::byte> pixels, StepMeter& steps);
     void chooseEmptySample();
+    void makeSpread();
+    void spread(std::span<const std::byte> row, std::span<std::uint8_t> to) const;
     std::span<const std::uint8_t> unpack(std::span<const std::byte> row);
     void convertWide(std::span<const std::byte> row, std::span<std::byte> pixels) const;
 
@@ -81,7 +83,10 @@ private:
     std::byte emptySample_{0xFF};
     std::vector<std::uint8_t> palette_;
     std::array<std::byte, 256> bytes_{}; ///< of `bytes`: packed samples to packed levels
-    std::vector<SeenColour> seen_;       ///< by sample, of one component
+    /// Of packed samples: for each byte of them what becomes of its first one, its second, and so
+    /// on.
+    std::array<std::array<std::uint8_t, 8>, 256> spread_{};
+    std::vector<SeenColour> seen_;                      ///< by sample, of one component
     std::vector<std::array<std::uint8_t, 256>> levels_; ///< by component and sample
     std::vector<std::array<double, 256>> values_;       ///< likewise, of `computed`
     bool hasPlainLevels_ = true;                        ///< `levels_` change nothing
