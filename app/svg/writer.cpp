@@ -3,7 +3,7 @@
 #include "app/svg/paint/blending.h"
 #include "app/svg/root.h"
 #include "app/svg/text/font_rules.h"
-#include "app/svg/tree_writer.h"
+#include "app/svg/tree/tree_writer.h"
 
 namespace corvane {
 

@@ -82,6 +82,7 @@ struct Frame {
     bool measured = false; ///< for a late clip, here or further out
     UserBox box;           ///< in the art, around all geometry so far, where it is `boxed`
     bool boxed = false;
+    bool mixesBefore = false; ///< something in front of the element blends with what is behind both
 };
 
 } // namespace corvane

@@ -6,6 +6,9 @@
 #include "app/svg/read/paint/paint_style.h"
 #include "app/svg/read/style/css_colour.h"
 #include "app/svg/read/style/property_values.h"
+#include "app/svg/tree/survey.h"
+
+#include <utility>
 
 namespace corvane {
 
@@ -55,6 +58,7 @@ bool TreeReader::carriesLook(pugi::xml_node node, const Frame& frame) const {
 /// `box` is around the element, in its user space.
 Appearance TreeReader::appearanceOf(const ElementLook& look, const UserBox& box) {
     Appearance appearance = look.appearance;
+    mixes_ = mixes_ || appearance.blend != BlendMode::normal;
     if (!look.mask.empty()) {
         appearance.mask = masks_.read(look.mask, {look.matrix, look.viewport, box});
     }
@@ -84,6 +88,51 @@ void TreeReader::setFrameLook(const Frame& frame) {
     }
     const auto back = inverse(matrix);
     setLook(frame.outermost, look, back ? boxThrough(*back, frame.box) : UserBox());
+}
+
+/// What is clipped is painted by itself first (CSS Masking 1, 5.1). Of a clipped group that holds
+/// one thing the group says how that is mixed with what is behind; in the art the thing says it.
+/// What else blends in a clipped group blends within it, but in files of ours, which have the
+/// page's forms so.
+void TreeReader::settleBlending(Frame& frame) {
+    const bool mixesWithin = std::exchange(mixes_, frame.mixesBefore);
+    const Art group = frame.outermost;
+    if (group == Art::null) {
+        mixes_ = mixes_ || mixesWithin;
+        return;
+    }
+    Appearance look = document_.appearance(group);
+    const bool isClipped = frame.made != Art::null && clipOf(document_, group) != Art::null;
+    const bool isApart = isClipped && !frame.style.clipPath.empty() && !context_.ours;
+    if (isApart && mixesWithin && !paintsApart(look)) {
+        look.isIsolated = true;
+        document_.setAppearance(group, look);
+    }
+    mixes_ = mixes_ || look.blend != BlendMode::normal || (mixesWithin && !paintsApart(look));
+    if (isClipped && look != Appearance() && look == Appearance{.blend = look.blend}) {
+        passBlending(group, look.blend);
+    }
+}
+
+void TreeReader::passBlending(Art group, BlendMode blend) {
+    const auto isFrame = [&](Art art) {
+        return document_.kind(art) == ArtKind::group && clipOf(document_, art) != Art::null &&
+               !document_.form(art) && document_.groupLayer(art) == ContentLayer::null;
+    };
+    Art part = group;
+    while (isFrame(part) && (part == group || document_.appearance(part) == Appearance())) {
+        const Art held = document_.nextSibling(document_.firstChild(part));
+        if (held == Art::null || held != document_.lastChild(part)) {
+            return;
+        }
+        part = held;
+    }
+    Appearance look = document_.appearance(part);
+    if (part != group && look.blend == BlendMode::normal) {
+        look.blend = blend;
+        document_.setAppearance(part, look);
+        document_.setAppearance(group, {});
+    }
 }
 
 void TreeReader::setShapeLook(Art shape, const ComputedStyle& style, const RealMatrix& matrix) {

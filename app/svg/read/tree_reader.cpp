@@ -168,6 +168,7 @@ void TreeReader::push(Frame frame) {
     if (frames_.size() >= context_.budget.nesting) {
         throw SvgError("elements are nested too deeply");
     }
+    frame.mixesBefore = std::exchange(mixes_, false);
     frames_.push_back(std::move(frame));
 }
 
@@ -176,10 +177,12 @@ void TreeReader::leave() {
     closeShared(frame, 0);
     if (holdsNothing(frame)) {
         document_.dispose(frame.made);
+        mixes_ = frame.mixesBefore;
     } else {
         makeBoxClips(frame);
         makeLateClip(frame);
         setFrameLook(frame);
+        settleBlending(frame);
     }
     if (!frame.annotations.empty()) {
         markMissingAnnotations(frame);

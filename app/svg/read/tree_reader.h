@@ -119,6 +119,8 @@ private:
     bool carriesLook(pugi::xml_node node, const Frame& frame) const;
     Appearance appearanceOf(const ElementLook& look, const UserBox& box);
     void setFrameLook(const Frame& frame);
+    void settleBlending(Frame& frame);
+    void passBlending(Art group, BlendMode blend);
     void setLook(Art art, const ElementLook& look, const UserBox& box);
     void setShapeLook(Art shape, const ComputedStyle& style, const RealMatrix& matrix);
 
@@ -141,6 +143,7 @@ private:
     Attributes attributes_; ///< of the element that is being entered or read
     std::vector<Frame> frames_;
     bool inTile_ = false;
+    bool mixes_ = false; ///< something read in the frame at hand blends with what is behind that
     std::vector<pugi::xml_node> targets_; ///< of the `use` elements around
     std::vector<ContextPaint> contexts_;  ///< of these, and of a marker
     pugi::xml_node current_;

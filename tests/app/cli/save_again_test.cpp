@@ -66,6 +66,42 @@ TEST_F(SaveAgain, ATurnedPageLooksTheSame) {
     }
 }
 
+/// Things that blend within a clip: in the file one clip holds all of them.
+TEST_F(SaveAgain, WhatBlendsWithinAClip) {
+    const auto page = [](const std::string& colour) {
+        test::PdfBuilder file;
+        return file.object(1, "<< /Type /Catalog /Pages 2 0 R >>")
+            .object(2, "<< /Type /Pages /Kids [3 0 R] /Count 1 >>")
+            .object(3, "<< /Type /Page /Parent 2 0 R /Contents 4 0 R /MediaBox [0 0 300 200] "
+                       "/Resources << /ExtGState << /M << /BM /Multiply >> /N << /BM /Normal >> "
+                       ">> >> >>")
+            .stream(4, "1 .8 .2 rg 0 0 300 200 re f q 20 20 m 280 40 l 150 190 l h W n "
+                       "1 0 0 rg 20 20 100 100 re f q 60 0 120 200 re W n /M gs " +
+                           colour +
+                           " rg 80 50 120 100 re f .9 g 90 20 20 99 re f Q "
+                           "0 .5 0 rg 180 30 40 40 re f Q")
+            .bytes();
+    };
+    const std::string old = page("0 1 1");
+    folder_.add("in.pdf", old);
+    const std::string art = artwork("in.pdf", 1);
+    EXPECT_TRUE(holds(art, "style=\"mix-blend-mode:multiply\" clip-path="));
+    save(art, "in.pdf", 1);
+    EXPECT_EQ(bytes("in.pdf"), old);
+
+    const std::regex cyan("fill=\"#00ffff\"");
+    save(std::regex_replace(art, cyan, "fill=\"#ff00ff\""), "in.pdf", 1);
+    EXPECT_TRUE(bytes("in.pdf").starts_with(old));
+    EXPECT_TRUE(isValid("in.pdf"));
+    folder_.add("wanted.pdf", page("1 0 1"));
+    EXPECT_EQ(objects(artwork("in.pdf", 1)).size(), objects(artwork("wanted.pdf", 1)).size());
+    if (test::isInstalled("mutool")) {
+        EXPECT_LT(test::difference(test::draw(folder_.path() / "wanted.pdf", 1),
+                                   test::draw(folder_.path() / "in.pdf", 1)),
+                  0.002);
+    }
+}
+
 TEST_F(SaveAgain, ForcedOntoAnotherPageOnce) {
     const std::string page = "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 300 300] /Resources << "
                              "/Font << /F1 5 0 R >> >> /Contents ";

@@ -1,4 +1,4 @@
-#include "app/svg/survey.h"
+#include "app/svg/tree/survey.h"
 
 #include "app/svg/image_writer.h"
 #include "app/svg/subpaths.h"
@@ -12,6 +12,7 @@ namespace {
 
 /// A group whose children are being looked at.
 struct Visit {
+    Art group = Art::null;
     std::size_t index = 0;
     Art clip = Art::null;
     Art next = Art::null;
@@ -42,7 +43,7 @@ public:
                 addPainted(art, paintedExtent);
                 break;
             case SvgObject::text:
-                addText();
+                addText(art);
                 break;
             case SvgObject::image:
                 addPainted(art, placedExtent);
@@ -57,6 +58,7 @@ public:
 private:
     void enter(Art group) {
         Visit visit;
+        visit.group = group;
         visit.index = groups_.size();
         visit.clip = clipOf(document_, group);
         visit.next = document_.lastChild(group);
@@ -74,17 +76,21 @@ private:
     void addPainted(Art art, Extent (*extentOf)(const Document&, Art)) {
         GroupSurvey& survey = groups_[visits_.back().index];
         survey.drawn = true;
+        survey.blends = survey.blends || blends(art);
         if (visits_.back().measured) {
             survey.content.add(extentOf(document_, art));
         }
     }
 
     /// How far letters reach is for their font to know.
-    void addText() {
+    void addText(Art text) {
         GroupSurvey& survey = groups_[visits_.back().index];
         survey.drawn = true;
+        survey.blends = survey.blends || blends(text);
         survey.content = Extent::everything();
     }
+
+    bool blends(Art art) const { return document_.appearance(art).blend != BlendMode::normal; }
 
     void leave() {
         const Visit visit = visits_.back();
@@ -96,6 +102,8 @@ private:
         }
         GroupSurvey& outer = groups_[visits_.back().index];
         outer.drawn = true;
+        const bool isOpen = survey.blends && !paintsApart(document_.appearance(visit.group));
+        outer.blends = outer.blends || isOpen || blends(visit.group);
         outer.content.add(visit.clip == Art::null ? survey.content
                                                   : survey.content.within(survey.clip.bounds));
     }
@@ -115,6 +123,11 @@ Art clipOf(const Document& document, Art group) {
     const bool clips =
         first != Art::null && (isShape(document, first) || isTextClip(document, first));
     return clips ? first : Art::null;
+}
+
+bool paintsApart(const Appearance& look) {
+    return look.opacity != 1 || look.blend != BlendMode::normal || look.isIsolated ||
+           look.mask != SoftMask::null;
 }
 
 std::vector<GroupSurvey> surveyGroups(const Document& document, Art top) {

@@ -1,5 +1,5 @@
 // Masks of elements.
-#include "app/svg/tree_writer.h"
+#include "app/svg/tree/tree_writer.h"
 
 #include "app/svg/markup.h"
 #include "app/svg/paint/appearance_attributes.h"

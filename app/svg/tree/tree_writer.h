@@ -9,8 +9,8 @@
 #include "app/svg/paint/paint_servers.h"
 #include "app/svg/path_data.h"
 #include "app/svg/sink.h"
-#include "app/svg/survey.h"
 #include "app/svg/text/letter_layout.h"
+#include "app/svg/tree/survey.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -65,17 +65,26 @@ private:
         bool isNamed() const { return !hides && clip != 0; }
     };
 
+    /// Depth of an element whose children may still be groups, the root's being 0. Readers of XML
+    /// give up at 256; what they wrap around the file must fit as well.
+    static constexpr int deepestGroup = 190;
+
     /// A group whose children are being written.
     struct Level {
         Art clip = Art::null;
         Art next = Art::null;
-        int depth = 0;            ///< of the children's elements
-        bool element = false;     ///< the group is an element, to be ended
-        bool isObject = false;    ///< all in it has one source: the group is numbered, and no shape
-        bool isListed = false;    ///< editors list it as a layer, and layers of the file in it
+        int depth = 0;         ///< of the children's elements
+        bool element = false;  ///< the group is an element, to be ended
+        bool isObject = false; ///< all in it has one source: the group is numbered, and no shape
+        bool isBlendingRun = false; ///< the run at hand is one object, which blends
+        int run = 0;           ///< elements around the objects at hand that carry the shared clips
+        bool isListed = false; ///< editors list it as a layer, and layers of the file in it
         std::int32_t content = 0; ///< of the form that it is in; 0: of none
         Extent visible;           ///< what clips around it let through, at most
         ClipChain chain;
+        /// Numbers of the clips that no group around carries, since in all of them something blends
+        /// with what is behind.
+        std::vector<std::uint32_t> shared;
     };
 
     enum class ClipEffect { none, cutsNothing, cuts, hides };
@@ -84,6 +93,12 @@ private:
     void writeLevels();
     void enterGroup(Art, const LayerProperties*);
     void leaveGroup();
+    void placeInRun(Art);
+    void leaveRun(Level&);
+    Art onlyPart(Art group) const;
+    Art blendingPart(Art) const;
+    bool isMixedOut(Art group, const GroupSurvey&) const;
+    Appearance lookOf(Art);
     void openWrapper(const Appearance&);
     void writeShape(Art);
     void writeLine(Art text);
@@ -121,6 +136,7 @@ private:
     std::size_t group_ = 0;        ///< of `survey_`: the next one met
     bool isOfAnnotations_ = false; ///< the layer at hand
     std::vector<Level> levels_;
+    Art blended_ = Art::null; ///< what says its blending already in an element around it
 };
 
 } // namespace corvane

@@ -1,10 +1,9 @@
-// Layers, groups and what is in them.
-#include "app/svg/tree_writer.h"
+// Layers, and the objects in their groups.
+#include "app/svg/tree/tree_writer.h"
 
 #include "app/svg/image_writer.h"
 #include "app/svg/markup.h"
 #include "app/svg/paint/appearance_attributes.h"
-#include "app/svg/structure_attributes.h"
 #include "app/svg/style.h"
 #include "app/svg/subpaths.h"
 #include "app/svg/text/text_writer.h"
@@ -12,14 +11,6 @@
 #include <optional>
 
 namespace corvane {
-
-namespace {
-
-/// Depth of an element whose children may still be groups, the root's being 0. Readers of XML give
-/// up at 256; what they wrap around the file must fit as well.
-constexpr int deepestGroup = 190;
-
-} // namespace
 
 PageCorner cornerOf(const Document& document) {
     return {document.page().bounds().left, document.page().bounds().top};
@@ -33,50 +24,6 @@ void TreeWriter::writeLayer(Layer layer) {
     isOfAnnotations_ = properties.role == LayerRole::annotations;
     enterGroup(top, &properties);
     writeLevels();
-}
-
-/// Whether art is one object of a page.
-bool TreeWriter::hasOrdinal(Art art) const {
-    const std::optional<ArtSource> source = document_.source(art);
-    return source && source->ordinal >= 0;
-}
-
-void TreeWriter::writeLayer(Art group, const LayerProperties& layer) {
-    if (layer.role == LayerRole::annotations) {
-        writePlainAttribute(out_, "id", annotationsId);
-    } else {
-        writeId("layer", ++numbers_.layers);
-    }
-    writeLayerAttributes(out_, layer);
-    if (layer.role == LayerRole::annotations) {
-        writeAnnotations(out_, document_, group);
-    }
-}
-
-/// What the group stands for in the file. False where that hides it.
-bool TreeWriter::writeStructure(Art group) {
-    if (const std::optional<FormFacts> form = document_.form(group)) {
-        writeFormFacts(out_, *form);
-    }
-    const ContentLayer layer = document_.groupLayer(group);
-    if (layer == ContentLayer::null || levels_.empty()) {
-        return true; // a layer of the artwork says the rest itself
-    }
-    const ContentLayerFacts facts = document_.contentLayers().facts(layer);
-    writeContentLayer(out_, facts, levels_.back().isListed);
-    return facts.isVisible;
-}
-
-/// Groups within an object need no name. What has a source is one among the shapes around it.
-void TreeWriter::writeGroupId(Art group, const Level& around) {
-    if (around.isObject) {
-        return;
-    }
-    if (hasOrdinal(group)) {
-        writeShapeId(out_, around.content, numbers_.shapes[around.content]);
-    } else {
-        writeId("g", ++numbers_.groups);
-    }
 }
 
 /// The art of the tile stands in the pattern. A tile that is clipped is a group there.
@@ -118,6 +65,7 @@ void TreeWriter::writeLevels() {
         if (art == levels_.back().clip) {
             continue;
         }
+        placeInRun(art);
         switch (svgObject(document_, art)) {
         case SvgObject::group:
             if (survey_[group_].drawn) {
@@ -139,85 +87,6 @@ void TreeWriter::writeLevels() {
             break;
         }
     }
-}
-
-void TreeWriter::enterGroup(Art group, const LayerProperties* layer) {
-    const GroupSurvey& survey = survey_[group_++];
-    Level level;
-    if (layer != nullptr) {
-        const Rect& page = document_.page().bounds();
-        level.depth = 1;
-        level.isListed = true;
-        level.visible = {page.left, page.bottom, page.right, page.top};
-        if (level.visible.empty()) {
-            level.visible = Extent::everything();
-        }
-    } else {
-        level = levels_.back();
-        level.isListed = level.isListed && document_.groupLayer(group) != ContentLayer::null;
-        if (!level.isObject && hasOrdinal(group)) {
-            ++numbers_.shapes[level.content];
-        }
-        if (const std::optional<FormFacts> form = document_.form(group)) {
-            level.content = form->content;
-        } else {
-            level.isObject = level.isObject || hasOrdinal(group);
-        }
-    }
-    level.clip = clipOf(document_, group);
-    level.next = document_.lastChild(group);
-    level.element = level.depth <= deepestGroup;
-    const ClipEffect effect = clipEffect(level.clip, survey, level.visible);
-    const bool clips = effect == ClipEffect::cuts || effect == ClipEffect::hides;
-    if (clips) {
-        level.visible = level.visible.within(survey.clip.bounds);
-    }
-    if (!level.element) {
-        if (clips) {
-            extendChain(level.chain, level.clip, survey.clip, level.depth);
-        }
-        levels_.push_back(level);
-        return;
-    }
-
-    const Appearance appearance = document_.appearance(group);
-    writeMasks(appearance.mask, level.depth);
-    const std::uint32_t clip = clips ? writeClip(level.clip, 0, level.depth) : 0;
-    writeIndent(out_, level.depth);
-    out_.text("<g");
-    if (layer != nullptr) {
-        writeLayer(group, *layer);
-    } else {
-        writeGroupId(group, levels_.back());
-    }
-    const bool isShown = writeStructure(group) && (layer == nullptr || layer->visible);
-    writeSource("data-source", group);
-    writeLook(appearance);
-    if (clips) {
-        writeReference(clip);
-    }
-    if (effect == ClipEffect::hides && isShown) {
-        writePlainAttribute(out_, "display", "none");
-    }
-    if (effect == ClipEffect::cutsNothing) {
-        writeDroppedClip(level.clip);
-    }
-    if (!survey.drawn) {
-        out_.text("/>");
-        return;
-    }
-    out_.text(">");
-    ++level.depth;
-    levels_.push_back(level);
-}
-
-void TreeWriter::leaveGroup() {
-    const Level& level = levels_.back();
-    if (level.element) {
-        writeIndent(out_, level.depth - 1);
-        out_.text("</g>");
-    }
-    levels_.pop_back();
 }
 
 /// What a path of this style is painted with, as far as it is not written yet.
@@ -261,7 +130,7 @@ void TreeWriter::writeShape(Art shape) {
     const Art leading = leadingPath(document_, shape);
     const PathStyle style = leading == Art::null ? PathStyle{} : document_.style(leading);
     const bool guide = leading != Art::null && document_.guide(leading);
-    const Appearance appearance = document_.appearance(shape);
+    const Appearance appearance = lookOf(shape);
     const Pen pen = guide ? Pen() : drawnPen(style);
     const bool isClipped = level.chain.isNamed();
     const bool isWrapped = pen != Pen() && (isClipped || appearance.mask != SoftMask::null);
@@ -303,7 +172,7 @@ void TreeWriter::writeLine(Art text) {
     for (std::int32_t i = 0; i < runs; ++i) {
         writeServers(document_.textRun(text, i).style, level.depth);
     }
-    const Appearance appearance = document_.appearance(text);
+    const Appearance appearance = lookOf(text);
     writeMasks(appearance.mask, level.depth);
     std::uint32_t& shapes = numbers_.shapes[level.content];
     TextPlace place{.corner = corner_,
@@ -338,7 +207,7 @@ void TreeWriter::writePlaced(Art placed) {
     const Level& level = levels_.back();
     const bool isPicture = showsFile(document_, placed);
     const bool isClipped = level.chain.isNamed();
-    const Appearance appearance = document_.appearance(placed);
+    const Appearance appearance = lookOf(placed);
     const bool isStyled =
         appearance.mask != SoftMask::null || appearance.blend != BlendMode::normal;
     const bool isWrapped = isPicture && (isClipped || isStyled);

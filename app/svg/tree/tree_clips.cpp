@@ -1,5 +1,5 @@
 // What clips elements: a clip of a group, and chains of those that no group carries.
-#include "app/svg/tree_writer.h"
+#include "app/svg/tree/tree_writer.h"
 
 #include "app/svg/markup.h"
 #include "app/svg/style.h"
