@@ -1,16 +1,16 @@
 // Decoders, sample and colour filters, read through a chain in blocks of 8192 bytes. Every row's
 // rate counts the bytes delivered; the floor is a chain that only copies. Where mupdf's library is
 // installed, its filter for the same bytes stands under ours.
-#include "filters/base85.h"
-#include "filters/component.h"
-#include "filters/flate.h"
-#include "filters/hex.h"
-#include "filters/lzw.h"
-#include "filters/mapping.h"
+#include "filters/coding/base85.h"
+#include "filters/coding/flate.h"
+#include "filters/coding/hex.h"
+#include "filters/coding/lzw.h"
+#include "filters/coding/predictor.h"
+#include "filters/coding/run_length.h"
 #include "filters/memory_filter.h"
-#include "filters/predictor.h"
-#include "filters/run_length.h"
-#include "filters/space.h"
+#include "filters/pixels/component.h"
+#include "filters/pixels/mapping.h"
+#include "filters/pixels/space.h"
 
 #include <array>
 #include <benchmark/benchmark.h>

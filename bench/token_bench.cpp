@@ -5,7 +5,7 @@
 //
 // The whole file is scanned; all but its first and last few hundred bytes are one content stream.
 #include "filters/memory_filter.h"
-#include "filters/token.h"
+#include "filters/token/token.h"
 #include "runtime/rules.h"
 #include "tests/support/process.h"
 #include "toolbox/state.h"

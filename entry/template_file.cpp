@@ -1,8 +1,8 @@
 // A file to save into, where there is none yet.
 #include "entry/file_name.h"
 #include "entry/selectors.h"
-#include "filters/file.h"
-#include "filters/file_names.h"
+#include "filters/file/file.h"
+#include "filters/file/file_names.h"
 #include "host/resources.h"
 #include "resources/resources.h"
 #include "runtime/exception.h"

@@ -1,7 +1,7 @@
 // The stream filter: the bottom of a chain, a file's data fork.
 #pragma once
 
-#include "filters/file.h"
+#include "filters/file/file.h"
 #include "filters/filter.h"
 
 #include <string>

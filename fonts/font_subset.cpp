@@ -1,7 +1,7 @@
 #include "fonts/font_subset.h"
 
 #include "fonts/free_type.h"
-#include "fonts/sfnt_table.h"
+#include "fonts/made/sfnt_table.h"
 
 #include <memory>
 

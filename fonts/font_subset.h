@@ -1,7 +1,7 @@
 // A part of a font for a document: the glyphs that it shows, under new numbers.
 #pragma once
 
-#include "fonts/open_type_font.h"
+#include "fonts/made/open_type_font.h"
 
 #include <cstddef>
 #include <cstdint>

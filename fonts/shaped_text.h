@@ -1,7 +1,7 @@
 // Letters as the glyphs of a font: kerned, joined, put together, as their script wants it.
 #pragma once
 
-#include "fonts/open_type_font.h"
+#include "fonts/made/open_type_font.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -3,7 +3,7 @@
 #include "fuzz/targets.h"
 #include "host/memory.h"
 #include "reader/font/characters.h"
-#include "reader/font/read_cmap.h"
+#include "reader/font/cmap/read_cmap.h"
 #include "runtime/exception.h"
 #include "runtime/rules.h"
 #include "toolbox/state.h"

@@ -1,8 +1,8 @@
 // Any bytes as a page's content: they become artwork, and the artwork becomes SVG.
 #include "app/svg/sink.h"
 #include "app/svg/writer.h"
-#include "fuzz/page_fonts.h"
-#include "fuzz/plugin_host.h"
+#include "fuzz/support/page_fonts.h"
+#include "fuzz/support/plugin_host.h"
 #include "tests/support/pdf_builder.h"
 
 #include <algorithm>

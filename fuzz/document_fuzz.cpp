@@ -1,6 +1,6 @@
 // Any bytes as a file: its format is checked, its facts are asked for, and its first page is
 // opened.
-#include "fuzz/plugin_host.h"
+#include "fuzz/support/plugin_host.h"
 
 namespace corvane::fuzz {
 

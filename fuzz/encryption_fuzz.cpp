@@ -1,6 +1,6 @@
 // Any bytes as an Encrypt dictionary, or, behind a first byte of 1 or 2, as enciphered data of a
 // file whose key is known.
-#include "fuzz/plugin_host.h"
+#include "fuzz/support/plugin_host.h"
 #include "tests/support/pdf_builder.h"
 
 #include <algorithm>

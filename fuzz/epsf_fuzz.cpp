@@ -1,6 +1,6 @@
 // Any bytes as an EPSF file that placed art is linked to: it is shown or not, and a page with it is
 // saved or refused. Its preview, too, may be any bytes.
-#include "fuzz/plugin_host.h"
+#include "fuzz/support/plugin_host.h"
 #include "fuzz/targets.h"
 
 #include "app/artwork/error.h"

@@ -1,7 +1,7 @@
 // Any bytes as a font program: every glyph is looked at, a font is made of them, and what is read
 // back from that is the same.
 #include "fonts/font_program.h"
-#include "fonts/made_font.h"
+#include "fonts/made/made_font.h"
 #include "fuzz/targets.h"
 
 #include <algorithm>

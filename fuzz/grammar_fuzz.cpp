@@ -1,9 +1,9 @@
 // Bytes as choices of a grammar: they make a small file whose cross-reference is right and in which
 // a reference, a chain or a loop of references, or a value of a wrong type stands wherever a value
 // may. The file is looked into, opened, and saved into.
-#include "fuzz/plugin_host.h"
-#include "fuzz/recipe.h"
-#include "fuzz/sound_save.h"
+#include "fuzz/support/plugin_host.h"
+#include "fuzz/support/recipe.h"
+#include "fuzz/support/sound_save.h"
 #include "tests/support/pdf_builder.h"
 
 #include <array>

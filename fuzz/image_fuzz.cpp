@@ -1,6 +1,6 @@
 // Any entries and any data as an image, of an object and inline: what the host is told agrees with
 // the bytes that it gets.
-#include "fuzz/plugin_host.h"
+#include "fuzz/support/plugin_host.h"
 #include "reader/image/deliver_image.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"

@@ -1,8 +1,8 @@
 // Any bytes as the content of a page that is edited and saved. Where they begin with a comment, its
 // first letters choose the edits; byte 127 divides streams.
-#include "fuzz/patch_page.h"
-#include "fuzz/recipe.h"
-#include "fuzz/sound_save.h"
+#include "fuzz/support/patch_page.h"
+#include "fuzz/support/recipe.h"
+#include "fuzz/support/sound_save.h"
 
 #include <algorithm>
 

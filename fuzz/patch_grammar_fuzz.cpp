@@ -1,8 +1,8 @@
 // Bytes as choices of a grammar of page content, balanced and unbalanced; the page is edited as the
 // first bytes say, and saved.
-#include "fuzz/patch_page.h"
-#include "fuzz/recipe.h"
-#include "fuzz/sound_save.h"
+#include "fuzz/support/patch_page.h"
+#include "fuzz/support/recipe.h"
+#include "fuzz/support/sound_save.h"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
 // Any bytes as a file to save into.
-#include "fuzz/sound_save.h"
+#include "fuzz/support/sound_save.h"
 
 namespace corvane::fuzz {
 

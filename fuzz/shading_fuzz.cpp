@@ -3,7 +3,7 @@
 // as SVG, and saved.
 #include "app/svg/sink.h"
 #include "app/svg/writer.h"
-#include "fuzz/plugin_host.h"
+#include "fuzz/support/plugin_host.h"
 #include "tests/support/pdf_builder.h"
 
 #include <algorithm>

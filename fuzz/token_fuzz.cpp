@@ -2,7 +2,7 @@
 // it, and mark, seek and read that stay exact between tokens.
 #include "filters/buffer.h"
 #include "filters/memory_filter.h"
-#include "filters/token.h"
+#include "filters/token/token.h"
 #include "fuzz/targets.h"
 #include "host/memory.h"
 #include "runtime/exception.h"

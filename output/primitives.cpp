@@ -1,6 +1,6 @@
 #include "output/primitives.h"
 
-#include "filters/character.h"
+#include "filters/token/character.h"
 #include "host/utilities.h"
 #include "output/number_text.h"
 #include "runtime/exception.h"

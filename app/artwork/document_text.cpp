@@ -1,7 +1,7 @@
 // Text of the artwork: fonts, lines and their runs.
 #include "app/artwork/document.h"
 
-#include "app/artwork/geometry.h"
+#include "app/artwork/geometry/geometry.h"
 #include "app/artwork/masks.h"
 #include "app/artwork/text/characters.h"
 #include "host/utf8.h"

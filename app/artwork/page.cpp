@@ -1,6 +1,6 @@
 #include "app/artwork/page.h"
 
-#include "app/artwork/arithmetic.h"
+#include "app/artwork/geometry/arithmetic.h"
 
 namespace corvane {
 

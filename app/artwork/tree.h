@@ -6,8 +6,8 @@
 #pragma once
 
 #include "app/artwork/budget.h"
-#include "app/artwork/chunks.h"
-#include "app/artwork/segments.h"
+#include "app/artwork/storage/chunks.h"
+#include "app/artwork/storage/segments.h"
 #include "host/artwork.h"
 
 #include <cstddef>

@@ -1,6 +1,6 @@
 #include "app/cli/follow.h"
 
-#include "app/cli/commands.h"
+#include "app/cli/commands/commands.h"
 #include "app/cli/files/output.h"
 #include "app/cli/messages.h"
 

@@ -1,8 +1,8 @@
 // One command on one file: what it does, what it says, and how it ends.
 #pragma once
 
-#include "app/cli/arguments.h"
 #include "app/cli/fault.h"
+#include "app/cli/options/arguments.h"
 #include "app/cli/report/report.h"
 
 #include <optional>

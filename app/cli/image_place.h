@@ -1,10 +1,10 @@
 // Where `open` puts the images of a page, and what it says of them.
 #pragma once
 
-#include "app/cli/arguments.h"
 #include "app/cli/fault.h"
 #include "app/cli/files/image_files.h"
 #include "app/cli/files/image_folder.h"
+#include "app/cli/options/arguments.h"
 #include "app/cli/report/report.h"
 #include "app/images/embedded_images.h"
 #include "app/images/epsf_viewer.h"

@@ -1,8 +1,8 @@
 // The host's side of what the plug-in tells and asks while it works.
 #pragma once
 
-#include "app/cli/arguments.h"
 #include "app/cli/files/image_folder.h"
+#include "app/cli/options/arguments.h"
 #include "app/cli/report/report.h"
 #include "app/cli/terminal/password.h"
 #include "app/cli/terminal/progress.h"

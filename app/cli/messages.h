@@ -1,8 +1,8 @@
 // What the program says on standard error.
 #pragma once
 
-#include "app/cli/arguments.h"
 #include "app/cli/fault.h"
+#include "app/cli/options/arguments.h"
 #include "app/cli/report/report.h"
 
 #include <string>

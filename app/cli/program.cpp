@@ -1,13 +1,13 @@
 #include "app/cli/program.h"
 
-#include "app/cli/arguments.h"
 #include "app/cli/batch/batch.h"
 #include "app/cli/fault.h"
 #include "app/cli/files/output.h"
 #include "app/cli/follow.h"
-#include "app/cli/help.h"
 #include "app/cli/interrupt.h"
 #include "app/cli/messages.h"
+#include "app/cli/options/arguments.h"
+#include "app/cli/options/help.h"
 #include "app/cli/web_module.h"
 
 #include <utility>

@@ -3,8 +3,8 @@
 
 #include "app/artwork/document.h"
 #include "app/artwork/slots/callbacks.h"
-#include "app/cli/arguments.h"
 #include "app/cli/listener.h"
+#include "app/cli/options/arguments.h"
 #include "app/cli/plugin.h"
 #include "app/cli/report/report.h"
 #include "app/cli/zone_block.h"

@@ -2,8 +2,8 @@
 // asked for. So the other commands do not load what only a server links, which takes 2.5 ms.
 #pragma once
 
-#include "app/cli/arguments.h"
 #include "app/cli/fault.h"
+#include "app/cli/options/arguments.h"
 
 #include <chrono>
 #include <functional>

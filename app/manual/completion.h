@@ -1,7 +1,7 @@
 // Completions of the command line for shells, made of the tables of commands and options.
 #pragma once
 
-#include "app/cli/option_table.h"
+#include "app/cli/options/option_table.h"
 
 #include <string>
 #include <string_view>

@@ -1,7 +1,7 @@
 #include "app/manual/program_page.h"
 
-#include "app/cli/help.h"
-#include "app/cli/option_table.h"
+#include "app/cli/options/help.h"
+#include "app/cli/options/option_table.h"
 #include "app/manual/roff.h"
 
 #include <algorithm>

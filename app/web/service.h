@@ -1,7 +1,7 @@
 // The requests of the page, each a command of this program in a process of its own.
 #pragma once
 
-#include "app/cli/arguments.h"
+#include "app/cli/options/arguments.h"
 #include "app/web/child.h"
 #include "app/web/http/answer.h"
 #include "app/web/http/http_server.h"

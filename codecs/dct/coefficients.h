@@ -2,7 +2,7 @@
 #pragma once
 
 #include "codecs/dct/frame.h"
-#include "codecs/dct/transform.h"
+#include "codecs/dct/samples/transform.h"
 #include "runtime/memory.h"
 
 #include <span>

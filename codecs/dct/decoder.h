@@ -2,12 +2,12 @@
 #pragma once
 
 #include "codecs/dct/coefficients.h"
-#include "codecs/dct/colour.h"
 #include "codecs/dct/frame.h"
 #include "codecs/dct/input.h"
+#include "codecs/dct/samples/colour.h"
+#include "codecs/dct/samples/upsample.h"
 #include "codecs/dct/scan.h"
 #include "codecs/dct/strips.h"
-#include "codecs/dct/upsample.h"
 #include "runtime/work_meter.h"
 
 #include <cstddef>

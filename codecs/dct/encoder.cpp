@@ -1,9 +1,9 @@
 #include "codecs/dct/encoder.h"
 
-#include "codecs/dct/colour.h"
 #include "codecs/dct/error.h"
 #include "codecs/dct/markers.h"
-#include "codecs/dct/subsample.h"
+#include "codecs/dct/samples/colour.h"
+#include "codecs/dct/samples/subsample.h"
 
 #include <algorithm>
 #include <bit>

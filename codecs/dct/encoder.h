@@ -3,7 +3,7 @@
 
 #include "codecs/dct/dct.h"
 #include "codecs/dct/output.h"
-#include "codecs/dct/transform.h"
+#include "codecs/dct/samples/transform.h"
 #include "runtime/memory.h"
 
 #include <array>

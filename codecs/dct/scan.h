@@ -4,7 +4,7 @@
 
 #include "codecs/dct/frame.h"
 #include "codecs/dct/input.h"
-#include "codecs/dct/transform.h"
+#include "codecs/dct/samples/transform.h"
 
 #include <array>
 #include <cstddef>

@@ -1,5 +1,5 @@
 // Icons of a file: its image in a black frame.
-#include "filters/file_resources.h"
+#include "filters/file/file_resources.h"
 #include "host/parameters.h"
 #include "output/world/picture.h"
 

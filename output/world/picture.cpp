@@ -1,6 +1,6 @@
 #include "output/world/picture.h"
 
-#include "filters/file_resources.h"
+#include "filters/file/file_resources.h"
 #include "host/parameters.h"
 
 #include <algorithm>

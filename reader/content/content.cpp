@@ -4,7 +4,7 @@
 #include "reader/content/content_keywords.h"
 #include "reader/content/content_trace.h"
 #include "reader/content/interpreter.h"
-#include "reader/syntax/stream_chain.h"
+#include "reader/syntax/stream/stream_chain.h"
 #include "runtime/exception.h"
 #include "runtime/rules.h"
 

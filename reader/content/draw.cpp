@@ -11,7 +11,7 @@
 #include "reader/page/page_digest.h"
 #include "reader/page/page_matrix.h"
 #include "reader/shading/page_patterns.h"
-#include "reader/syntax/stream_chain.h"
+#include "reader/syntax/stream/stream_chain.h"
 #include "reader/text/show_text.h"
 #include "runtime/callbacks.h"
 #include "runtime/extension.h"

@@ -1,9 +1,9 @@
 #include "reader/crypt/decrypt_object.h"
 
 #include "crypt/cipher.h"
-#include "filters/decrypt.h"
+#include "filters/coding/decrypt.h"
 #include "reader/crypt/encryption.h"
-#include "reader/syntax/meter.h"
+#include "reader/syntax/stream/meter.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/memory.h"
 

@@ -11,7 +11,7 @@
 #include "reader/document/locate.h"
 #include "reader/document/repair.h"
 #include "reader/document/unfinished.h"
-#include "reader/font/predefined_cmaps.h"
+#include "reader/font/cmap/predefined_cmaps.h"
 #include "reader/page/page_tree.h"
 #include "reader/syntax/keywords.h"
 #include "reader/syntax/syntax.h"

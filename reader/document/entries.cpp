@@ -1,7 +1,7 @@
 // Cross-reference sections: entries, the trailer and what ends them.
 #include "reader/document/entries.h"
 
-#include "filters/character.h"
+#include "filters/token/character.h"
 #include "objects/identity.h"
 #include "objects/stack.h"
 #include "reader/document/deferred_entries.h"

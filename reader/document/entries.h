@@ -1,7 +1,7 @@
 // Entries of a cross-reference subsection.
 #pragma once
 
-#include "filters/token.h"
+#include "filters/token/token.h"
 #include "reader/document/cache.h"
 
 namespace corvane {

@@ -1,6 +1,6 @@
 #include "reader/document/header_search.h"
 
-#include "filters/character.h"
+#include "filters/token/character.h"
 #include "runtime/budget.h"
 
 #include <algorithm>

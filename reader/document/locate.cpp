@@ -1,6 +1,6 @@
 #include "reader/document/locate.h"
 
-#include "filters/character.h"
+#include "filters/token/character.h"
 #include "objects/symbol.h"
 #include "reader/document/header_search.h"
 #include "runtime/exception.h"

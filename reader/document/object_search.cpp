@@ -1,6 +1,6 @@
 #include "reader/document/object_search.h"
 
-#include "filters/character.h"
+#include "filters/token/character.h"
 #include "objects/identity.h"
 #include "runtime/budget.h"
 

@@ -1,6 +1,6 @@
 #include "reader/document/revisions.h"
 
-#include "filters/character.h"
+#include "filters/token/character.h"
 #include "reader/document/deferred_entries.h"
 #include "reader/document/locate.h"
 #include "reader/document/update_mark.h"

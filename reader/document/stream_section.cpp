@@ -4,7 +4,7 @@
 #include "reader/document/entries.h"
 #include "reader/syntax/file_scope.h"
 #include "reader/syntax/indirect.h"
-#include "reader/syntax/stream_chain.h"
+#include "reader/syntax/stream/stream_chain.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 #include "runtime/exception.h"

@@ -1,6 +1,6 @@
 #include "reader/document/unfinished.h"
 
-#include "filters/character.h"
+#include "filters/token/character.h"
 #include "reader/document/update_mark.h"
 #include "reader/syntax/file_bytes.h"
 #include "runtime/budget.h"

@@ -1,7 +1,7 @@
 // An image of the original profile: what its dictionary says, and its rows.
 #pragma once
 
-#include "filters/space.h"
+#include "filters/pixels/space.h"
 #include "reader/image/coded_image.h"
 #include "reader/image/image_entries.h"
 

@@ -2,8 +2,8 @@
 
 #include "dialogs/dialogs.h"
 #include "filters/buffer.h"
-#include "filters/file_names.h"
-#include "filters/file_resources.h"
+#include "filters/file/file_names.h"
+#include "filters/file/file_resources.h"
 #include "filters/stream.h"
 #include "output/world/picture.h"
 #include "reader/epsf/classic_image.h"

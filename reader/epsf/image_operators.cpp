@@ -1,6 +1,6 @@
 #include "reader/epsf/image_operators.h"
 
-#include "filters/token.h"
+#include "filters/token/token.h"
 #include "objects/stack.h"
 #include "reader/content/interpreter.h"
 #include "reader/epsf/epsf_file.h"

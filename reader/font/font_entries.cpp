@@ -1,6 +1,6 @@
 #include "reader/font/font_entries.h"
 
-#include "reader/syntax/stream_chain.h"
+#include "reader/syntax/stream/stream_chain.h"
 #include "reader/syntax/syntax.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #include "reader/font/font_file.h"
 
+#include "reader/font/cmap/predefined_cmaps.h"
+#include "reader/font/cmap/read_cmap.h"
 #include "reader/font/font_entries.h"
-#include "reader/font/predefined_cmaps.h"
-#include "reader/font/read_cmap.h"
 #include "runtime/budget.h"
 
 #include <string_view>

@@ -3,7 +3,7 @@
 
 #include "fonts/font_program.h"
 #include "reader/document/cache.h"
-#include "reader/font/cmap.h"
+#include "reader/font/cmap/cmap.h"
 #include "runtime/memory.h"
 
 #include <memory>

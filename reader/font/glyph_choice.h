@@ -2,7 +2,7 @@
 #pragma once
 
 #include "fonts/font_program.h"
-#include "reader/font/simple_encoding.h"
+#include "reader/font/kinds/simple_encoding.h"
 
 #include <cstdint>
 #include <optional>

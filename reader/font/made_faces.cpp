@@ -1,6 +1,6 @@
 #include "reader/font/made_faces.h"
 
-#include "fonts/made_font.h"
+#include "fonts/made/made_font.h"
 #include "fonts/order/text_order.h"
 
 namespace corvane {

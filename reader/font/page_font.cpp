@@ -1,10 +1,10 @@
 #include "reader/font/page_font.h"
 
-#include "reader/font/composite_font.h"
 #include "reader/font/font_entries.h"
-#include "reader/font/simple_font.h"
+#include "reader/font/kinds/composite_font.h"
+#include "reader/font/kinds/simple_font.h"
+#include "reader/font/kinds/type3_font.h"
 #include "reader/font/substitute.h"
-#include "reader/font/type3_font.h"
 #include "runtime/exception.h"
 
 namespace corvane {

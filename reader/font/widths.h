@@ -4,7 +4,7 @@
 #pragma once
 
 #include "reader/document/cache.h"
-#include "reader/font/range_table.h"
+#include "reader/font/cmap/range_table.h"
 #include "runtime/memory.h"
 
 #include <array>

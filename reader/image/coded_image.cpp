@@ -1,9 +1,9 @@
 #include "reader/image/coded_image.h"
 
 #include "filters/memory_filter.h"
-#include "reader/syntax/decode_filters.h"
-#include "reader/syntax/meter.h"
-#include "reader/syntax/stream_chain.h"
+#include "reader/syntax/stream/decode_filters.h"
+#include "reader/syntax/stream/meter.h"
+#include "reader/syntax/stream/stream_chain.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 #include "runtime/exception.h"

@@ -2,7 +2,7 @@
 
 #include "reader/image/image_key.h"
 #include "reader/image/image_meter.h"
-#include "reader/image/picture_rows.h"
+#include "reader/image/pixels/picture_rows.h"
 #include "reader/paint/colour_space_cache.h"
 #include "runtime/budget.h"
 #include "runtime/callbacks.h"

@@ -1,6 +1,6 @@
 // Images and other XObjects. Without a host that holds images they are read past; what is left out
 // is counted, so that it can be named.
-#include "filters/token.h"
+#include "filters/token/token.h"
 #include "objects/referenced.h"
 #include "objects/stack.h"
 #include "reader/content/content_operators.h"

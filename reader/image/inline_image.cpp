@@ -1,6 +1,6 @@
 #include "reader/image/inline_image.h"
 
-#include "filters/character.h"
+#include "filters/token/character.h"
 #include "objects/stack.h"
 #include "reader/content/content_keywords.h"
 #include "reader/content/interpreter.h"

@@ -1,7 +1,7 @@
 // Inline images: their entries, and finding where their data end.
 #pragma once
 
-#include "filters/token.h"
+#include "filters/token/token.h"
 #include "objects/object.h"
 #include "runtime/memory.h"
 

@@ -2,7 +2,7 @@
 
 #include "objects/referenced.h"
 #include "objects/stack.h"
-#include "reader/syntax/stream_chain.h"
+#include "reader/syntax/stream/stream_chain.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 

@@ -1,6 +1,6 @@
 #include "reader/page/followed_digest.h"
 
-#include "reader/syntax/stream_chain.h"
+#include "reader/syntax/stream/stream_chain.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 #include "runtime/exception.h"

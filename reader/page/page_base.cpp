@@ -1,7 +1,7 @@
 #include "reader/page/page_base.h"
 
 #include "reader/page/page_record.h"
-#include "reader/syntax/stream_chain.h"
+#include "reader/syntax/stream/stream_chain.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
 

@@ -1,6 +1,6 @@
 #include "reader/paint/calculator_function.h"
 
-#include "filters/character.h"
+#include "filters/token/character.h"
 #include "runtime/budget.h"
 
 #include <algorithm>

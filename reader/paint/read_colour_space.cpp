@@ -4,7 +4,7 @@
 #include "reader/paint/colour_space_cache.h"
 #include "reader/paint/ink.h"
 #include "reader/syntax/real_numbers.h"
-#include "reader/syntax/stream_bytes.h"
+#include "reader/syntax/stream/stream_bytes.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 

@@ -3,7 +3,7 @@
 #include "reader/paint/calculator_function.h"
 #include "reader/paint/function.h"
 #include "reader/syntax/real_numbers.h"
-#include "reader/syntax/stream_bytes.h"
+#include "reader/syntax/stream/stream_bytes.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 #include "runtime/exception.h"

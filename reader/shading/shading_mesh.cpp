@@ -1,7 +1,7 @@
 #include "reader/shading/shading_mesh.h"
 
 #include "host/light.h"
-#include "reader/syntax/stream_bytes.h"
+#include "reader/syntax/stream/stream_bytes.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 

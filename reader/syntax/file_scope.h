@@ -2,7 +2,7 @@
 #pragma once
 
 #include "filters/range.h"
-#include "filters/token.h"
+#include "filters/token/token.h"
 #include "reader/document/cache.h"
 
 namespace corvane {

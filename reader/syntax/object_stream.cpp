@@ -1,9 +1,9 @@
 #include "reader/syntax/object_stream.h"
 
 #include "filters/memory_filter.h"
-#include "filters/token.h"
+#include "filters/token/token.h"
 #include "reader/document/cache.h"
-#include "reader/syntax/stream_chain.h"
+#include "reader/syntax/stream/stream_chain.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 

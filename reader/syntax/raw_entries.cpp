@@ -1,6 +1,6 @@
 #include "reader/syntax/raw_entries.h"
 
-#include "filters/character.h"
+#include "filters/token/character.h"
 #include "objects/referenced.h"
 #include "reader/syntax/file_bytes.h"
 #include "reader/syntax/file_scope.h"

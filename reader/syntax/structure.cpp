@@ -1,5 +1,5 @@
 // Constructs, constants and references.
-#include "filters/hex.h"
+#include "filters/coding/hex.h"
 #include "objects/stack.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"

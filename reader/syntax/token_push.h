@@ -1,7 +1,7 @@
 // From tokens to operands: what every loop over tokens does with those that are not keywords.
 #pragma once
 
-#include "filters/token.h"
+#include "filters/token/token.h"
 #include "objects/stack.h"
 #include "reader/syntax/syntax.h"
 

@@ -5,7 +5,7 @@
 #pragma once
 
 #include "reader/content/interpreter.h"
-#include "reader/font/type3_font.h"
+#include "reader/font/kinds/type3_font.h"
 
 #include <cstdint>
 

@@ -1,6 +1,6 @@
 #include "reader/text/line_builder.h"
 
-#include "fonts/made_font.h"
+#include "fonts/made/made_font.h"
 #include "host/utf8.h"
 #include "reader/text/line_rules.h"
 #include "reader/text/page_fonts.h"

@@ -1,12 +1,12 @@
 // Decoders on decoders and on the token filter: what one reads ahead the other gets back.
 #include "filters/decoder.h"
 
-#include "filters/base85.h"
-#include "filters/flate.h"
-#include "filters/hex.h"
-#include "filters/lzw.h"
-#include "filters/run_length.h"
-#include "filters/token.h"
+#include "filters/coding/base85.h"
+#include "filters/coding/flate.h"
+#include "filters/coding/hex.h"
+#include "filters/coding/lzw.h"
+#include "filters/coding/run_length.h"
+#include "filters/token/token.h"
 #include "tests/filters/decode_check.h"
 #include "tests/filters/lzw_reference.h"
 #include "tests/runtime/zone_fixture.h"

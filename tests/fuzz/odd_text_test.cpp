@@ -1,6 +1,6 @@
 // Text that artwork can hardly hold, or not at all, keeps no page from being opened and saved.
-#include "fuzz/patch_page.h"
-#include "fuzz/plugin_host.h"
+#include "fuzz/support/patch_page.h"
+#include "fuzz/support/plugin_host.h"
 
 #include <gtest/gtest.h>
 

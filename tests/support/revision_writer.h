@@ -2,7 +2,7 @@
 // table, a stream, or a table that names a stream for the objects that it hides.
 #pragma once
 
-#include "filters/deflate.h"
+#include "filters/coding/deflate.h"
 #include "tests/filters/decode_check.h"
 
 #include <algorithm>

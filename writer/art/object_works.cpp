@@ -10,7 +10,7 @@
 #include "writer/art/layers.h"
 #include "writer/art/path_works.h"
 #include "writer/art/placed_works.h"
-#include "writer/art/text_works.h"
+#include "writer/art/text/text_works.h"
 #include "writer/image/image_works.h"
 #include "writer/layer/layer_marks.h"
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "host/artwork.h"
-#include "writer/art/text_shadow.h"
+#include "writer/art/text/text_shadow.h"
 
 #include <cstdint>
 #include <optional>

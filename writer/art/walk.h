@@ -8,7 +8,7 @@
 #include "writer/art/content_text.h"
 #include "writer/art/paint_drawing.h"
 #include "writer/art/shadow.h"
-#include "writer/art/text_drawing.h"
+#include "writer/art/text/text_drawing.h"
 
 #include <array>
 #include <optional>

@@ -4,7 +4,7 @@
 #include "objects/stack.h"
 #include "reader/document/cache.h"
 #include "writer/art/paint_drawing.h"
-#include "writer/art/text_drawing.h"
+#include "writer/art/text/text_drawing.h"
 
 #include <cstdint>
 #include <unordered_set>

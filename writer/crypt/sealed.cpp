@@ -1,8 +1,8 @@
 #include "writer/crypt/sealed.h"
 
+#include "filters/coding/hex.h"
 #include "filters/filter.h"
-#include "filters/hex.h"
-#include "filters/token.h"
+#include "filters/token/token.h"
 #include "host/utilities.h"
 #include "reader/crypt/encryption.h"
 #include "runtime/exception.h"

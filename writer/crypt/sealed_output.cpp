@@ -1,6 +1,6 @@
 #include "writer/crypt/sealed_output.h"
 
-#include "filters/decrypt.h"
+#include "filters/coding/decrypt.h"
 #include "filters/encoder.h"
 #include "output/primitives.h"
 #include "reader/crypt/encryption.h"

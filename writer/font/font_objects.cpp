@@ -1,6 +1,6 @@
 #include "writer/font/font_objects.h"
 
-#include "filters/deflate.h"
+#include "filters/coding/deflate.h"
 #include "output/primitives.h"
 #include "output/xref.h"
 #include "runtime/digest.h"

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "fonts/font_subset.h"
-#include "fonts/open_type_font.h"
+#include "fonts/made/open_type_font.h"
 
 #include <cstdint>
 #include <map>

@@ -1,6 +1,6 @@
 #include "writer/image/mask_works.h"
 
-#include "filters/base85.h"
+#include "filters/coding/base85.h"
 #include "objects/identity.h"
 #include "output/primitives.h"
 #include "output/xref.h"

@@ -1,7 +1,7 @@
 #include "writer/image/new_images.h"
 
 #include "codecs/jpeg/jpeg_lead.h"
-#include "filters/deflate.h"
+#include "filters/coding/deflate.h"
 #include "objects/identity.h"
 #include "output/primitives.h"
 #include "output/xref.h"

@@ -1,8 +1,8 @@
 // Images from the samples that EPSF files hold.
-#include "filters/base85.h"
-#include "filters/dct.h"
-#include "filters/fax.h"
-#include "filters/hex.h"
+#include "filters/coding/base85.h"
+#include "filters/coding/dct.h"
+#include "filters/coding/fax.h"
+#include "filters/coding/hex.h"
 #include "objects/identity.h"
 #include "output/primitives.h"
 #include "reader/syntax/utility.h"

@@ -4,7 +4,7 @@
 #include "output/primitives.h"
 #include "output/xref.h"
 #include "reader/syntax/indirect.h"
-#include "reader/syntax/stream_chain.h"
+#include "reader/syntax/stream/stream_chain.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
 #include "writer/crypt/sealed.h"

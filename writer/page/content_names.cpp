@@ -1,7 +1,7 @@
 #include "writer/page/content_names.h"
 
 #include "objects/referenced.h"
-#include "reader/syntax/stream_chain.h"
+#include "reader/syntax/stream/stream_chain.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
 

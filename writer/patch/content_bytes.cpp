@@ -1,6 +1,6 @@
 #include "writer/patch/content_bytes.h"
 
-#include "reader/syntax/stream_chain.h"
+#include "reader/syntax/stream/stream_chain.h"
 #include "runtime/exception.h"
 
 #include <algorithm>

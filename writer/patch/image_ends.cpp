@@ -1,6 +1,6 @@
 #include "writer/patch/image_ends.h"
 
-#include "filters/character.h"
+#include "filters/token/character.h"
 #include "reader/image/inline_image.h"
 
 #include <algorithm>

@@ -7,7 +7,7 @@
 #include "reader/crypt/decrypt_object.h"
 #include "reader/crypt/encryption.h"
 #include "reader/syntax/raw_entries.h"
-#include "reader/syntax/stream_chain.h"
+#include "reader/syntax/stream/stream_chain.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/exception.h"
 #include "writer/crypt/sealed.h"

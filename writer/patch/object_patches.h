@@ -3,8 +3,8 @@
 #pragma once
 
 #include "writer/patch/compare/clip_matching.h"
-#include "writer/patch/paint_order.h"
 #include "writer/patch/patch.h"
+#include "writer/patch/place/paint_order.h"
 #include "writer/patch/works/changed_works.h"
 
 #include <vector>

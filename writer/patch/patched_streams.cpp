@@ -1,10 +1,10 @@
 #include "writer/patch/patched_streams.h"
 
-#include "filters/deflate.h"
+#include "filters/coding/deflate.h"
 #include "objects/identity.h"
 #include "output/primitives.h"
 #include "output/xref.h"
-#include "reader/syntax/stream_chain.h"
+#include "reader/syntax/stream/stream_chain.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/budget.h"
 #include "runtime/extension.h"

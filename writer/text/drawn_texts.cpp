@@ -9,7 +9,7 @@
 #include "writer/art/layers.h"
 #include "writer/art/path_works.h"
 #include "writer/art/style_works.h"
-#include "writer/art/text_clip.h"
+#include "writer/art/text/text_clip.h"
 #include "writer/text/text_pen.h"
 
 #include <vector>

@@ -3,7 +3,7 @@
 
 #include "host/appearance.h"
 #include "writer/art/art_stack.h"
-#include "writer/art/text_drawing.h"
+#include "writer/art/text/text_drawing.h"
 #include "writer/page/resource_registry.h"
 #include "writer/text/set_text.h"
 

@@ -1,6 +1,6 @@
 #include "writer/text/page_letters.h"
 
-#include "fonts/made_font.h"
+#include "fonts/made/made_font.h"
 #include "reader/font/characters.h"
 #include "writer/text/blanks.h"
 

@@ -2,7 +2,7 @@
 
 #include "reader/page/page_base.h"
 #include "reader/page/page_content.h"
-#include "reader/syntax/stream_chain.h"
+#include "reader/syntax/stream/stream_chain.h"
 #include "runtime/exception.h"
 #include "runtime/extension.h"
 #include "runtime/warning.h"

@@ -1,5 +1,5 @@
 // The end of an update: its section of the cross-reference, its trailer, and what makes it count.
-#include "filters/deflate.h"
+#include "filters/coding/deflate.h"
 #include "objects/identity.h"
 #include "output/primitives.h"
 #include "output/xref.h"

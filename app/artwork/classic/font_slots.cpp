@@ -1,6 +1,6 @@
-#include "app/artwork/arithmetic.h"
 #include "app/artwork/classic/host_fonts.h"
 #include "app/artwork/classic/slots.h"
+#include "app/artwork/geometry/arithmetic.h"
 #include "app/artwork/slots/guard.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #include "app/artwork/classic/host_fonts.h"
 
-#include "app/artwork/arithmetic.h"
 #include "app/artwork/classic/roman_letters.h"
 #include "app/artwork/error.h"
+#include "app/artwork/geometry/arithmetic.h"
 #include "host/fonts.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "app/artwork/classic/letter_path.h"
 
-#include "app/artwork/geometry.h"
+#include "app/artwork/geometry/geometry.h"
 
 #include <algorithm>
 #include <cmath>

@@ -3,7 +3,7 @@
 #include "app/artwork/classic/host_fonts.h"
 #include "app/artwork/classic/roman_letters.h"
 #include "app/artwork/classic/text_stream.h"
-#include "app/artwork/geometry.h"
+#include "app/artwork/geometry/geometry.h"
 #include "app/artwork/text/characters.h"
 #include "host/matrix.h"
 

@@ -1,6 +1,6 @@
 // Slots of classic placed art: the file that it is linked to, and its matrix.
 #include "app/artwork/classic/slots.h"
-#include "app/artwork/geometry.h"
+#include "app/artwork/geometry/geometry.h"
 #include "app/artwork/slots/guard.h"
 
 #include "host/resources.h"

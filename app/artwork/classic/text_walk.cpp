@@ -2,7 +2,7 @@
 
 #include "app/artwork/classic/host_fonts.h"
 #include "app/artwork/error.h"
-#include "app/artwork/geometry.h"
+#include "app/artwork/geometry/geometry.h"
 #include "app/artwork/text/characters.h"
 
 #include <algorithm>

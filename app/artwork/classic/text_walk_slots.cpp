@@ -1,8 +1,8 @@
 // Slots by which text that is there is walked: its runs, its lines, and their letters.
-#include "app/artwork/arithmetic.h"
 #include "app/artwork/classic/host_fonts.h"
 #include "app/artwork/classic/slots.h"
-#include "app/artwork/geometry.h"
+#include "app/artwork/geometry/arithmetic.h"
+#include "app/artwork/geometry/geometry.h"
 #include "app/artwork/slots/guard.h"
 
 namespace corvane {

@@ -1,7 +1,7 @@
 #include "app/artwork/paint/gradient_drawing.h"
 
-#include "app/artwork/area.h"
-#include "app/artwork/geometry.h"
+#include "app/artwork/geometry/area.h"
+#include "app/artwork/geometry/geometry.h"
 #include "app/artwork/paint/gradient_ramp.h"
 
 #include <algorithm>

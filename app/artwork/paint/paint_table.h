@@ -3,8 +3,8 @@
 
 #include "app/artwork/budget.h"
 #include "app/artwork/error.h"
-#include "app/artwork/number_index.h"
 #include "app/artwork/paint/paint.h"
+#include "app/artwork/storage/number_index.h"
 
 #include <cstdint>
 #include <deque>

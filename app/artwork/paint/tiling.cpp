@@ -1,8 +1,8 @@
 #include "app/artwork/paint/tiling.h"
 
-#include "app/artwork/geometry.h"
-#include "app/artwork/path_walk.h"
-#include "app/artwork/transform_art.h"
+#include "app/artwork/geometry/geometry.h"
+#include "app/artwork/geometry/path_walk.h"
+#include "app/artwork/geometry/transform_art.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #include "app/artwork/slots/callbacks.h"
 
-#include "app/artwork/arithmetic.h"
 #include "app/artwork/classic/slots.h"
+#include "app/artwork/geometry/arithmetic.h"
 #include "app/artwork/slots/slots.h"
 
 #include <new>

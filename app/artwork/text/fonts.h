@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/artwork/budget.h"
-#include "app/artwork/number_index.h"
+#include "app/artwork/storage/number_index.h"
 #include "host/text.h"
 
 #include <cstddef>

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "app/artwork/budget.h"
-#include "app/artwork/chunks.h"
-#include "app/artwork/number_index.h"
+#include "app/artwork/storage/chunks.h"
+#include "app/artwork/storage/number_index.h"
 #include "host/artwork.h"
 
 #include <cstddef>

@@ -1,8 +1,8 @@
 #include "app/artwork/text/text_table.h"
 
-#include "app/artwork/arithmetic.h"
 #include "app/artwork/error.h"
-#include "app/artwork/geometry.h"
+#include "app/artwork/geometry/arithmetic.h"
+#include "app/artwork/geometry/geometry.h"
 
 #include <algorithm>
 #include <limits>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/artwork/budget.h"
-#include "app/artwork/side_table.h"
+#include "app/artwork/storage/side_table.h"
 #include "app/artwork/text/styles.h"
 #include "host/matrix.h"
 #include "host/text.h"

@@ -1,7 +1,7 @@
 // One command on many files.
 #pragma once
 
-#include "app/cli/arguments.h"
+#include "app/cli/options/arguments.h"
 
 namespace corvane {
 

@@ -1,8 +1,8 @@
 // How far many files have come, and what came of them.
 #pragma once
 
-#include "app/cli/arguments.h"
 #include "app/cli/fault.h"
+#include "app/cli/options/arguments.h"
 #include "app/cli/terminal/progress.h"
 
 #include <chrono>

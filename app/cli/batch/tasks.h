@@ -1,8 +1,8 @@
 // What is to be done with many files: one page of one file after another.
 #pragma once
 
-#include "app/cli/arguments.h"
 #include "app/cli/batch/output_names.h"
+#include "app/cli/options/arguments.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "app/cli/batch/worker.h"
 
-#include "app/cli/commands.h"
+#include "app/cli/commands/commands.h"
 #include "app/cli/fault.h"
 #include "app/cli/follow.h"
 #include "app/cli/plugin.h"

@@ -1,8 +1,8 @@
 // A process that does one task after another, so that its crash is nobody else's.
 #pragma once
 
-#include "app/cli/arguments.h"
 #include "app/cli/batch/tasks.h"
+#include "app/cli/options/arguments.h"
 #include "toolbox/descriptor.h"
 
 #include <cstdint>

@@ -1,5 +1,5 @@
 // `edit`: a page in the person's editor, saved each time the person saves there.
-#include "app/cli/commands.h"
+#include "app/cli/commands/commands.h"
 
 #include "app/cli/edit/art_folder.h"
 #include "app/cli/edit/art_watch.h"

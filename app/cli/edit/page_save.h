@@ -2,9 +2,9 @@
 #pragma once
 
 #include "app/artwork/provenance.h"
-#include "app/cli/arguments.h"
 #include "app/cli/edit/file_stamp.h"
 #include "app/cli/fault.h"
+#include "app/cli/options/arguments.h"
 #include "app/cli/report/report.h"
 #include "app/svg/reader.h"
 

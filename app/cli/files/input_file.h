@@ -1,7 +1,7 @@
 // Whether a file that the person named can be read or changed, and why not.
 #pragma once
 
-#include "app/cli/arguments.h"
+#include "app/cli/options/arguments.h"
 
 #include <string>
 

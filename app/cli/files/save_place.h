@@ -2,9 +2,9 @@
 // written.
 #pragma once
 
-#include "app/cli/arguments.h"
 #include "app/cli/files/file_lock.h"
 #include "app/cli/files/output.h"
+#include "app/cli/options/arguments.h"
 
 #include <optional>
 #include <string>

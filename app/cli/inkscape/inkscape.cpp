@@ -1,5 +1,5 @@
 // The command `inkscape`: the extensions by which Inkscape opens pages and saves them.
-#include "app/cli/commands.h"
+#include "app/cli/commands/commands.h"
 #include "app/cli/inkscape/extension_folder.h"
 #include "app/cli/inkscape/installation.h"
 #include "app/cli/messages.h"

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "app/artwork/provenance.h"
-#include "app/cli/arguments.h"
 #include "app/cli/fault.h"
+#include "app/cli/options/arguments.h"
 #include "host/extension.h"
 
 #include <cstddef>

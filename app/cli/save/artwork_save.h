@@ -3,8 +3,8 @@
 
 #include "app/artwork/document.h"
 #include "app/artwork/provenance.h"
-#include "app/cli/arguments.h"
 #include "app/cli/files/save_place.h"
+#include "app/cli/options/arguments.h"
 #include "app/cli/report/report.h"
 #include "app/svg/reader.h"
 

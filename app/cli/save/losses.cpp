@@ -1,6 +1,6 @@
 #include "app/cli/save/losses.h"
 
-#include "app/artwork/path_walk.h"
+#include "app/artwork/geometry/path_walk.h"
 #include "app/cli/artwork_file.h"
 #include "app/cli/text.h"
 

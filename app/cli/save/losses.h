@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/artwork/document.h"
-#include "app/cli/arguments.h"
+#include "app/cli/options/arguments.h"
 #include "app/cli/report/report.h"
 #include "app/svg/reader.h"
 

@@ -1,8 +1,8 @@
 // Why a save was refused, for a person who knows the artwork and the command line.
 #pragma once
 
-#include "app/cli/arguments.h"
 #include "app/cli/fault.h"
+#include "app/cli/options/arguments.h"
 #include "app/cli/report/report.h"
 
 #include <string>

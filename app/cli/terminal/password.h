@@ -1,7 +1,7 @@
 // Passwords of encrypted files: what the person stated, or types on the terminal.
 #pragma once
 
-#include "app/cli/arguments.h"
+#include "app/cli/options/arguments.h"
 #include "app/cli/terminal/secret_text.h"
 
 #include <cstdint>

@@ -1,7 +1,7 @@
 // One line on a terminal that says how far long work has come.
 #pragma once
 
-#include "app/cli/arguments.h"
+#include "app/cli/options/arguments.h"
 
 #include <chrono>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // Questions to the person at the terminal.
 #pragma once
 
-#include "app/cli/arguments.h"
+#include "app/cli/options/arguments.h"
 
 #include <string>
 

@@ -1,6 +1,6 @@
 #include "app/svg/paint/colour.h"
 
-#include "app/artwork/arithmetic.h"
+#include "app/artwork/geometry/arithmetic.h"
 
 #include <algorithm>
 

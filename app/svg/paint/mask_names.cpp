@@ -1,6 +1,6 @@
 #include "app/svg/paint/mask_names.h"
 
-#include "app/artwork/path_walk.h"
+#include "app/artwork/geometry/path_walk.h"
 
 #include <algorithm>
 

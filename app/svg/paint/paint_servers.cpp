@@ -1,7 +1,7 @@
 #include "app/svg/paint/paint_servers.h"
 
-#include "app/artwork/number_index.h"
-#include "app/artwork/path_walk.h"
+#include "app/artwork/geometry/path_walk.h"
+#include "app/artwork/storage/number_index.h"
 #include "app/svg/markup.h"
 #include "app/svg/paint/paint_attributes.h"
 #include "app/svg/style.h"

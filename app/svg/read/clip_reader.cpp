@@ -1,5 +1,5 @@
 #include "app/svg/read/clip_reader.h"
-#include "app/artwork/path_walk.h"
+#include "app/artwork/geometry/path_walk.h"
 
 #include "app/svg/art_source.h"
 #include "app/svg/read/basic_shapes.h"

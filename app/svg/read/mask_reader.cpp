@@ -1,11 +1,11 @@
 #include "app/svg/read/mask_reader.h"
 
-#include "app/artwork/path_walk.h"
+#include "app/artwork/geometry/path_walk.h"
 #include "app/svg/read/basic_shapes.h"
 #include "app/svg/read/clip_reader.h"
 #include "app/svg/read/paint/gradient_reader.h"
 #include "app/svg/read/style/cascade.h"
-#include "app/svg/read/tree_reader.h"
+#include "app/svg/read/tree/tree_reader.h"
 #include "app/svg/read/values/number.h"
 #include "app/svg/shape_extent.h"
 

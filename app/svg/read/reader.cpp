@@ -1,7 +1,7 @@
 #include "app/svg/reader.h"
 
 #include "app/svg/read/root_reader.h"
-#include "app/svg/read/tree_reader.h"
+#include "app/svg/read/tree/tree_reader.h"
 #include "app/svg/read/values/limited.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "app/svg/read/root_reader.h"
 
-#include "app/artwork/arithmetic.h"
+#include "app/artwork/geometry/arithmetic.h"
 #include "app/svg/read/style/declarations.h"
 #include "app/svg/read/values/fixed_number.h"
 #include "app/svg/read/values/number_list.h"

@@ -1,6 +1,6 @@
 #include "app/svg/read/shape_builder.h"
 
-#include "app/artwork/arithmetic.h"
+#include "app/artwork/geometry/arithmetic.h"
 #include "app/svg/read/values/fixed_number.h"
 
 #include <algorithm>

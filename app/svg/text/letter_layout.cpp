@@ -1,6 +1,6 @@
 #include "app/svg/text/letter_layout.h"
 
-#include "app/artwork/geometry.h"
+#include "app/artwork/geometry/geometry.h"
 #include "app/svg/text/text_shift.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "app/svg/text/line_order.h"
 
-#include "app/artwork/geometry.h"
+#include "app/artwork/geometry/geometry.h"
 #include "app/svg/text/text_shift.h"
 #include "fonts/order/text_order.h"
 #include "host/utf8.h"

@@ -5,7 +5,7 @@
 // letter before.
 #pragma once
 
-#include "app/artwork/geometry.h"
+#include "app/artwork/geometry/geometry.h"
 #include "host/text.h"
 
 namespace corvane {

@@ -1,6 +1,6 @@
 #include "app/svg/text/text_writer.h"
 
-#include "app/artwork/geometry.h"
+#include "app/artwork/geometry/geometry.h"
 #include "app/svg/markup.h"
 #include "app/svg/paint/appearance_attributes.h"
 #include "app/svg/paint/colour.h"

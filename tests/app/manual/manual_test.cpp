@@ -1,7 +1,7 @@
 // What the manual page, `--help` and the completions say is what the tables hold.
-#include "app/cli/arguments.h"
-#include "app/cli/help.h"
-#include "app/cli/option_table.h"
+#include "app/cli/options/arguments.h"
+#include "app/cli/options/help.h"
+#include "app/cli/options/option_table.h"
 #include "app/manual/completion.h"
 #include "app/manual/program_page.h"
 #include "app/manual/roff.h"

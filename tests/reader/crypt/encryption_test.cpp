@@ -1,7 +1,7 @@
 // Encrypt dictionaries that cannot be, and what of a small encrypted file is deciphered.
 #include "reader/crypt/encryption.h"
 
-#include "reader/syntax/stream_bytes.h"
+#include "reader/syntax/stream/stream_bytes.h"
 #include "reader/syntax/syntax.h"
 #include "runtime/reason.h"
 #include "tests/reader/reader_fixture.h"

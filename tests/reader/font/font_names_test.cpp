@@ -1,7 +1,7 @@
 #include "reader/font/font_names.h"
 
 #include "reader/font/font_entries.h"
-#include "reader/font/standard_fonts.h"
+#include "reader/font/kinds/standard_fonts.h"
 #include "tests/reader/reader_fixture.h"
 
 namespace corvane {

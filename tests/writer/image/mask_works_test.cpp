@@ -1,6 +1,6 @@
 // Files that placed art is linked to, as images of a saved page.
-#include "filters/base85.h"
-#include "filters/dct.h"
+#include "filters/coding/base85.h"
+#include "filters/coding/dct.h"
 #include "output/world/picture.h"
 #include "tests/writer/walk_fixture.h"
 #include "writer/art/placed_works.h"

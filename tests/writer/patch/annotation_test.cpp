@@ -1,5 +1,5 @@
 // Annotations of the artwork, which a save leaves as they are, and content of hidden layers.
-#include "app/artwork/transform_art.h"
+#include "app/artwork/geometry/transform_art.h"
 #include "tests/writer/patch/patch_fixture.h"
 
 #include <gmock/gmock.h>

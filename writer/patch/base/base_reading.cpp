@@ -8,7 +8,7 @@
 #include "reader/image/place_image.h"
 #include "reader/page/page_matrix.h"
 #include "reader/shading/page_patterns.h"
-#include "reader/syntax/stream_chain.h"
+#include "reader/syntax/stream/stream_chain.h"
 #include "reader/text/show_text.h"
 #include "runtime/callbacks.h"
 #include "runtime/warning.h"

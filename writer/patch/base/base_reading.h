@@ -7,7 +7,7 @@
 #include "reader/text/page_fonts.h"
 #include "writer/patch/compare/look_difference.h"
 #include "writer/patch/compare/paint_comparison.h"
-#include "writer/patch/layer_chains.h"
+#include "writer/patch/place/layer_chains.h"
 
 namespace corvane {
 

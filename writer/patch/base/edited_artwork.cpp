@@ -8,7 +8,7 @@
 #include "writer/art/art_stack.h"
 #include "writer/art/layers.h"
 #include "writer/art/style_works.h"
-#include "writer/art/text_clip.h"
+#include "writer/art/text/text_clip.h"
 #include "writer/patch/base/base_content.h"
 #include "writer/patch/form/edited_form.h"
 #include "writer/patch/text/glyph_group.h"

@@ -23,7 +23,7 @@ inline constexpr EditedIndex notSet = UINT32_MAX;
 class BaseContents;
 struct EditedForm;
 
-/// Layers of the file within one another (writer/patch/layer_chains.h); 0: none.
+/// Layers of the file within one another (writer/patch/place/layer_chains.h); 0: none.
 using LayerChain = std::uint32_t;
 
 /// A group of the artwork. One with a layer and something else is two, the layer around the rest.

@@ -6,7 +6,7 @@
 #include "runtime/matrix.h"
 #include "writer/art/outline.h"
 #include "writer/art/style_works.h"
-#include "writer/art/text_clip.h"
+#include "writer/art/text/text_clip.h"
 #include "writer/image/image_works.h"
 #include "writer/patch/compare/clip_matching.h"
 #include "writer/patch/compare/movement.h"

@@ -2,9 +2,9 @@
 
 #include "runtime/budget.h"
 #include "runtime/exception.h"
-#include "writer/patch/paint_order.h"
+#include "writer/patch/place/paint_order.h"
+#include "writer/patch/place/trace_links.h"
 #include "writer/patch/text/byte_tokens.h"
-#include "writer/patch/trace_links.h"
 
 #include <algorithm>
 

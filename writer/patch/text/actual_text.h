@@ -2,9 +2,9 @@
 #pragma once
 
 #include "writer/patch/compare/matching.h"
-#include "writer/patch/paint_order.h"
 #include "writer/patch/patch.h"
 #include "writer/patch/patch_tools.h"
+#include "writer/patch/place/paint_order.h"
 #include "writer/patch/text/property_lists.h"
 
 #include <optional>

@@ -1,6 +1,6 @@
 #include "writer/patch/text/byte_tokens.h"
 
-#include "filters/character.h"
+#include "filters/token/character.h"
 
 #include <algorithm>
 #include <charconv>

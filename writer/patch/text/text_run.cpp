@@ -3,7 +3,7 @@
 #include "runtime/callbacks.h"
 #include "runtime/exception.h"
 #include "runtime/fixed.h"
-#include "writer/art/text_clip.h"
+#include "writer/art/text/text_clip.h"
 
 #include <algorithm>
 #include <cmath>

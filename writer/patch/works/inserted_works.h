@@ -2,7 +2,7 @@
 #pragma once
 
 #include "writer/patch/compare/matching.h"
-#include "writer/patch/paint_order.h"
+#include "writer/patch/place/paint_order.h"
 #include "writer/patch/works/changed_works.h"
 
 #include <cstdint>

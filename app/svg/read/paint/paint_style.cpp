@@ -1,6 +1,6 @@
 #include "app/svg/read/paint/paint_style.h"
 
-#include "app/artwork/arithmetic.h"
+#include "app/artwork/geometry/arithmetic.h"
 #include "app/svg/read/values/fixed_number.h"
 #include "app/svg/read/values/number.h"
 #include "app/svg/style.h"

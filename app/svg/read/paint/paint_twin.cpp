@@ -1,6 +1,6 @@
 #include "app/svg/read/paint/paint_twin.h"
 
-#include "app/artwork/arithmetic.h"
+#include "app/artwork/geometry/arithmetic.h"
 #include "app/svg/paint/ink_list.h"
 #include "app/svg/read/values/fixed_number.h"
 #include "app/svg/read/values/number_list.h"

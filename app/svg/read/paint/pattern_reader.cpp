@@ -2,7 +2,7 @@
 
 #include "app/svg/read/basic_shapes.h"
 #include "app/svg/read/style/cascade.h"
-#include "app/svg/read/tree_reader.h"
+#include "app/svg/read/tree/tree_reader.h"
 #include "app/svg/read/values/view_box.h"
 #include "host/matrix.h"
 

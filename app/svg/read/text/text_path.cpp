@@ -1,6 +1,6 @@
 #include "app/svg/read/text/text_path.h"
 
-#include "app/artwork/geometry.h"
+#include "app/artwork/geometry/geometry.h"
 #include "app/svg/read/basic_shapes.h"
 #include "app/svg/read/path_reader.h"
 #include "app/svg/read/shape_builder.h"

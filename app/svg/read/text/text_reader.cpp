@@ -1,6 +1,6 @@
 #include "app/svg/read/text/text_reader.h"
 
-#include "app/artwork/geometry.h"
+#include "app/artwork/geometry/geometry.h"
 #include "app/artwork/text/characters.h"
 #include "app/svg/read/paint/paint_style.h"
 #include "app/svg/read/style/cascade.h"

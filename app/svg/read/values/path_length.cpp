@@ -1,7 +1,7 @@
 #include "app/svg/read/values/path_length.h"
 
-#include "app/artwork/geometry.h"
-#include "app/artwork/path_walk.h"
+#include "app/artwork/geometry/geometry.h"
+#include "app/artwork/geometry/path_walk.h"
 
 #include <array>
 #include <cmath>

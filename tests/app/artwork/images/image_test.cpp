@@ -1,7 +1,7 @@
 // Images through the table: facts, bytes, placed objects.
 #include "tests/app/artwork/host_table.h"
 
-#include "app/artwork/transform_art.h"
+#include "app/artwork/geometry/transform_art.h"
 
 #include <gtest/gtest.h>
 

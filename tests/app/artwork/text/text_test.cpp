@@ -1,7 +1,7 @@
 // Text through the table: fonts, lines, runs.
 #include "tests/app/artwork/host_table.h"
 
-#include "app/artwork/transform_art.h"
+#include "app/artwork/geometry/transform_art.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // What this program wrote comes back as it was: the SVG of the artwork read is the SVG read.
 #include "app/svg/reader.h"
 
-#include "app/artwork/path_walk.h"
+#include "app/artwork/geometry/path_walk.h"
 #include "app/svg/paint/colour.h"
 
 #include "host/pen.h"
