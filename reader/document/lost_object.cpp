@@ -5,7 +5,7 @@
 
 namespace corvane {
 
-bool findLost(DocumentCache& cache, Ref<ReferenceNode> node) {
+bool moveToFound(DocumentCache& cache, Ref<ReferenceNode> node) {
     const bool wasRepaired = cache.repaired && !cache.searched;
     if (!cache.isOpened || wasRepaired || node->place().isInStream()) {
         return false;
@@ -20,10 +20,13 @@ bool findLost(DocumentCache& cache, Ref<ReferenceNode> node) {
         return false;
     }
     node->move(found->place());
+    return true;
+}
+
+void noteFound(DocumentCache& cache) {
     raiseWarning(Warning::repaired);
     cache.repaired = true;
     cache.mends.note(Mend::crossReference);
-    return true;
 }
 
 } // namespace corvane

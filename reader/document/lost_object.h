@@ -8,6 +8,9 @@ namespace corvane {
 
 /// Moves the node to where a search of the file finds its object; false where that is nowhere else.
 /// The file is searched once.
-bool findLost(DocumentCache& cache, Ref<ReferenceNode> node);
+bool moveToFound(DocumentCache& cache, Ref<ReferenceNode> node);
+
+/// Notes that an object could be read where it was found.
+void noteFound(DocumentCache& cache);
 
 } // namespace corvane

@@ -68,6 +68,22 @@ Exception readPlace(DocumentCache& cache, Ref<ReferenceNode> node) {
     return code;
 }
 
+/// Reads an object that is not at its place where a search finds it. What cannot be read there
+/// either, such as words in a stream that look like an object, leaves the node where it was.
+Exception readFound(DocumentCache& cache, Ref<ReferenceNode> node, Exception fault) {
+    const ObjectPlace place = node->place();
+    if (!moveToFound(cache, node)) {
+        return fault;
+    }
+    const Exception code = readPlace(cache, node);
+    if (code == Exception::none) {
+        noteFound(cache);
+    } else {
+        node->move(place);
+    }
+    return code;
+}
+
 /// Reads the node's object, at another place where it is not at its own. A fault of the file is
 /// returned, remembered and not tried again.
 Exception readNode(DocumentCache& cache, Ref<ReferenceNode> node) {
@@ -76,8 +92,8 @@ Exception readNode(DocumentCache& cache, Ref<ReferenceNode> node) {
     }
     const ReadingMark reading(cache, node);
     Exception code = readPlace(cache, node);
-    if (code != Exception::none && rules().mendsObjects && findLost(cache, node)) {
-        code = readPlace(cache, node);
+    if (code != Exception::none && rules().mendsObjects) {
+        code = readFound(cache, node, code);
     }
     if (code != Exception::none) {
         shallowObject(node->value, ObjectType::mark, static_cast<std::int32_t>(code));

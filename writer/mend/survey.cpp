@@ -2,6 +2,7 @@
 
 #include "reader/syntax/file_scope.h"
 #include "reader/syntax/indirect.h"
+#include "reader/syntax/stream/stream_chain.h"
 #include "reader/syntax/syntax.h"
 #include "writer/mend/sound_copy.h"
 #include "writer/update/listed_objects.h"
@@ -18,11 +19,8 @@ namespace {
 /// readers differ in what they take them for.
 constexpr std::array copiedKinds{Mend::streamLength, Mend::objectEnd};
 
-bool isSection(DocumentCache& cache, const Object& object) {
-    if (typeObject(object) != ObjectType::stream) {
-        return false;
-    }
-    const Object type = findEntry(cache, object, "Type");
+bool isSection(DocumentCache& cache, const Object& stream) {
+    const Object type = findEntry(cache, stream, "Type");
     return typeObject(type) == ObjectType::literal && literalObject(type) == "XRef";
 }
 
@@ -47,28 +45,45 @@ bool beginsThere(DocumentCache& cache, const ListedObject& object) {
     return begins;
 }
 
-void look(DocumentCache& cache, const ListedObject& object, Survey& survey) {
-    ObjectOwner reference;
-    indirectObject(reference.get(), object.number, object.generation);
-    ObjectOwner value;
-    if (tryResolveObject(cache, reference.get(), value) != Exception::none) {
-        if (!beginsThere(cache, object)) {
-            cache.mends.note(Mend::lostObject, object.number);
-            survey.missing.push_back(object.number);
+/// Looks at one object after the other, in the order of the file.
+class Look {
+public:
+    Look(DocumentCache& cache, Survey& survey) : cache_(cache), survey_(survey) {}
+
+    void take(const ListedObject& object) {
+        ObjectOwner reference;
+        indirectObject(reference.get(), object.number, object.generation);
+        ObjectOwner value;
+        if (tryResolveObject(cache_, reference.get(), value) != Exception::none) {
+            // What reads as the head of an object within a stream is a part of its data.
+            const bool isData = object.place.offset() < streamsEnd_;
+            if (isData || !beginsThere(cache_, object)) {
+                cache_.mends.note(Mend::lostObject, object.number);
+                survey_.missing.push_back(object.number);
+            }
+        } else if (typeObject(value.get()) == ObjectType::stream) {
+            streamsEnd_ = std::max(streamsEnd_, streamEnd(value.get()));
+            if (isSection(cache_, value.get())) {
+                survey_.sections.push_back(object.number);
+            }
         }
-    } else if (isSection(cache, value.get())) {
-        survey.sections.push_back(object.number);
+        forgetObject(cache_, object.number, object.generation);
     }
-    forgetObject(cache, object.number, object.generation);
-}
+
+private:
+    DocumentCache& cache_;
+    Survey& survey_;
+    std::int32_t streamsEnd_ = 0; ///< of the streams looked at
+};
 
 } // namespace
 
 Survey surveyObjects(DocumentCache& cache) {
     Survey survey;
     std::vector<ListedObject> objects = objectsInFile(cache);
+    Look look(cache, survey);
     for (const ListedObject& object : objects) {
-        look(cache, object, survey);
+        look.take(object);
     }
     std::ranges::sort(survey.sections);
     std::set<std::int32_t> numbers;

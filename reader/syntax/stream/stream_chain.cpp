@@ -15,6 +15,10 @@ std::int64_t streamLength(const Object& stream) {
     return std::int64_t{integerObject(parts[2])} - integerObject(parts[1]);
 }
 
+std::int32_t streamEnd(const Object& stream) {
+    return integerObject(elementsObject(stream)[2]);
+}
+
 Chain rawStream(DocumentCache& cache, const Object& stream) {
     const std::span<Object> parts = elementsObject(stream);
     Chain chain(cache.fileChain.top());

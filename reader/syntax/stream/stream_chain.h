@@ -11,6 +11,9 @@ namespace corvane {
 /// Bytes of the stream's data as they stand in the file.
 std::int64_t streamLength(const Object& stream);
 
+/// The place in the file behind its data.
+std::int32_t streamEnd(const Object& stream);
+
 /// A range over the stream's data as they stand in the file, with a meter
 /// (`reader/syntax/stream/meter.h`) on it.
 Chain rawStream(DocumentCache& cache, const Object& stream);

@@ -107,6 +107,12 @@ std::vector<Damaged> damagedFiles() {
          true, "/Length 27\n/Note (/Encrypt)\n/Other (a\\)b)\n"},
         {"one with objects in an object stream", lost(packed()), R"({"crossReference":1})", true,
          "/W [ 1 2 2 ]"},
+        {"one with words in a stream of wrong Length that look like an object",
+         lost(twoPages()
+                  .object(4, "<< /Length 7 >>\nstream\n" + square +
+                                 " (\n7 0 obj\n<< /Type n\n) pop\nendstream")
+                  .bytes()),
+         R"({"crossReference":1,"streamLength":1,"lostObject":1})", true, "/Length 54\n"},
         {"a wrong Length", twoPages("9999").bytes(), R"({"streamLength":1})", false, "/Length 27"},
         {"one of the cross-reference", misread(), R"({"streamLength":1})", false, "xref\n0 "},
         {"an object without an end",
