@@ -212,17 +212,6 @@ PageNodes madeTree(const DocumentCache& cache) {
     return made;
 }
 
-/// Whether an object that is written as a page says that it has kids.
-bool hasKids(DocumentCache& cache, ObjectIdentifier object) {
-    bool has = false;
-    attempted([&] {
-        for (const RawEntry& entry : rawEntries(cache, object.number, object.generation)) {
-            has = has || entry.key == "Kids";
-        }
-    });
-    return has;
-}
-
 } // namespace
 
 PageNodes planPageNodes(DocumentCache& cache) {
@@ -248,7 +237,7 @@ std::vector<RawEntry> inheritedEntries(DocumentCache& cache, ObjectIdentifier pa
         }
         page = parent;
         attempted([&] {
-            for (RawEntry& entry : rawEntries(cache, page.number, page.generation)) {
+            for (RawEntry& entry : soundEntries(cache, page)) {
                 constexpr std::array<std::string_view, 4> keys = {"Resources", "MediaBox",
                                                                   "CropBox", "Rotate"};
                 if (std::ranges::find(keys, entry.key) != keys.end() &&
@@ -268,8 +257,8 @@ std::string referenceText(ObjectIdentifier object) {
 void writePageNode(DocumentCache& cache, const PageNode& node) {
     CopyChanges changes;
     changes.entries.push_back({"Type", node.isPage ? "/Page" : "/Pages"});
-    if (node.isPage && hasKids(cache, node.object)) {
-        changes.entries.push_back({"Kids", "null"}); // which nobody could read
+    if (node.isPage) {
+        changes.entries.push_back({.key = "Kids", .value = "null", .onlyInPlace = true});
     }
     if (node.parent.number != 0) {
         changes.entries.push_back({"Parent", referenceText(node.parent)});

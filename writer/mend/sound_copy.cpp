@@ -66,7 +66,9 @@ public:
             }
         }
         for (const CopyChanges::Entry& change : left) {
-            writeChange(change);
+            if (!change.onlyInPlace) {
+                writeChange(change);
+            }
         }
         for (const RawEntry& entry : changes_.inherited) {
             if (std::ranges::find(entries, entry.key, &Old::key) == entries.end()) {

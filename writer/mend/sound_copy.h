@@ -15,7 +15,8 @@ namespace corvane {
 struct CopyChanges {
     struct Entry {
         std::string_view key;
-        std::string value; ///< in PDF syntax, without strings
+        std::string value;        ///< in PDF syntax, without strings
+        bool onlyInPlace = false; ///< said only where the old object has the key
     };
     std::vector<Entry> entries;      ///< in the places of the old ones, or behind them
     std::vector<RawEntry> inherited; ///< added where the object has none of that key

@@ -146,6 +146,12 @@ std::vector<Damaged> damagedFiles() {
          twoPages().object(1, "<< /Type /Catalog /Pages 77 0 R >>").bytes(),
          R"({"crossReference":1,"trailer":1,"pages":1})", true,
          "/Type /Pages\n/Count 2\n/Kids [ 3 0 R 6 0 R ]\n"},
+        {"a damaged page with Kids, to which no tree leads",
+         twoPages()
+             .object(1, "<< /Type /Catalog /Pages 77 0 R >>")
+             .object(6, "<< /Type /Page ] /Parent 5 0 R /Contents 4 0 R /Kids [3 0 R] >>")
+             .bytes(),
+         R"({"crossReference":1,"trailer":1,"pages":1,"syntax":1})", true, "/Kids null"},
         {"a page that the trailer takes for the catalog",
          twoPages().object(1, "(none)").trailer("/Size 7 /Root 3 0 R").bytes(),
          R"({"crossReference":1,"trailer":1,"pages":1})", true, "/Type /Catalog\n/Pages 7 0 R\n"},
@@ -286,6 +292,20 @@ TEST_F(Mend, APageWhoseDictionaryIsDamagedIsWrittenAsItWasRead) {
     EXPECT_EQ(run({"save", "--mend", "in.pdf"}).status, 0);
     EXPECT_EQ(saveEdited(svg, false).status, 0);
     EXPECT_TRUE(isValid("in.pdf"));
+}
+
+/// The node itself stays as it stands: readers differ in what they take its words for.
+TEST_F(Mend, WhatPagesInheritFromADamagedNodeIsTheirOwnThen) {
+    folder_.add("in.pdf", twoPages()
+                              .object(1, "<< /Type /Catalog /Pages 77 0 R >>")
+                              .object(5, "<< /Type /Pages ] /Parent 2 0 R /Kids [3 0 R 6 0 R] "
+                                         "/Count 2 /MediaBox [0 0 300 200] >>")
+                              .bytes());
+    const std::string before = drawing(artwork("in.pdf", 1));
+    ASSERT_EQ(run({"save", "--mend", "in.pdf"}).status, 0);
+    EXPECT_TRUE(holds(bytes("in.pdf"), "/MediaBox [ 0  0  300  200  ]")) << bytes("in.pdf");
+    EXPECT_EQ(drawing(artwork("in.pdf", 1)), before);
+    EXPECT_TRUE(holds(run({"save", "--mend", "in.pdf"}).errors, "nothing to mend"));
 }
 
 TEST_F(Mend, EncryptedFilesStaySo) {
