@@ -17,6 +17,24 @@ namespace corvane {
 
 namespace {
 
+/// Entries in their order; of several with one key, the one that `findEntry` takes.
+class EntryList {
+public:
+    void add(RawEntry entry) {
+        const auto [place, isNew] = places_.try_emplace(entry.key, entries_.size());
+        if (isNew) {
+            entries_.push_back(std::move(entry));
+        } else if (rules().lastKeyCounts) {
+            entries_[place->second] = std::move(entry);
+        }
+    }
+    std::vector<RawEntry> take() { return std::move(entries_); }
+
+private:
+    std::vector<RawEntry> entries_;
+    std::unordered_map<std::string, std::size_t> places_;
+};
+
 /// Walks the tokens of a dictionary and notes where its values begin and end.
 class EntryWalk {
 public:
@@ -57,8 +75,7 @@ public:
     bool atDictionary() const { return type_ == TokenType::dictionaryOpen; }
 
     std::vector<RawEntry> entries(ObjectIdentifier object) {
-        std::vector<RawEntry> found;
-        std::unordered_map<std::string, std::size_t> places;
+        EntryList found;
         next();
         while (type_ != TokenType::dictionaryClose) {
             if (type_ != TokenType::literal) {
@@ -67,14 +84,9 @@ public:
             RawEntry entry{std::string(tokens_.bytes()), tokens_.mark(), 0, stream_,
                            stream_ == 0 ? object : ObjectIdentifier()};
             entry.end = passValue();
-            const auto [place, isNew] = places.try_emplace(entry.key, found.size());
-            if (isNew) {
-                found.push_back(std::move(entry));
-            } else if (rules().lastKeyCounts) {
-                found[place->second] = std::move(entry);
-            }
+            found.add(std::move(entry));
         }
-        return found;
+        return found.take();
     }
 
 private:
@@ -172,20 +184,6 @@ std::optional<std::vector<RawEntry>> entriesOf(DocumentCache& cache, ObjectIdent
                 : std::nullopt;
 }
 
-std::vector<RawEntry> entriesRead(const Object& dictionary, ObjectIdentifier object) {
-    const std::span<const Object> pairs = elementsObject(dictionary);
-    std::vector<RawEntry> entries;
-    for (std::size_t i = 0; i + 1 < pairs.size(); i += 2) {
-        if (typeObject(pairs[i + 1]) != ObjectType::null) {
-            entries.push_back(
-                {.key = std::string(literalObject(pairs[i])),
-                 .object = object,
-                 .read = std::make_shared<const ObjectOwner>(sharedObject(pairs[i + 1]))});
-        }
-    }
-    return entries;
-}
-
 } // namespace
 
 std::vector<RawEntry> rawEntries(DocumentCache& cache, std::int32_t number,
@@ -195,6 +193,21 @@ std::vector<RawEntry> rawEntries(DocumentCache& cache, std::int32_t number,
         failException(Exception::structure);
     }
     return std::move(*entries);
+}
+
+std::vector<RawEntry> readEntries(const Object& dictionary, ObjectIdentifier object) {
+    const std::span<const Object> pairs = elementsObject(dictionary);
+    EntryList entries;
+    for (std::size_t i = 0; i + 1 < pairs.size(); i += 2) {
+        entries.add({.key = std::string(literalObject(pairs[i])),
+                     .object = object,
+                     .read = std::make_shared<const ObjectOwner>(sharedObject(pairs[i + 1]))});
+    }
+    std::vector<RawEntry> all = entries.take();
+    std::erase_if(all, [](const RawEntry& entry) {
+        return typeObject(entry.read->get()) == ObjectType::null;
+    });
+    return all;
 }
 
 std::vector<RawEntry> soundEntries(DocumentCache& cache, ObjectIdentifier object) {
@@ -207,13 +220,13 @@ std::vector<RawEntry> soundEntries(DocumentCache& cache, ObjectIdentifier object
     if (typeObject(value.get()) != ObjectType::dictionary) {
         failException(Exception::structure);
     }
-    return entriesRead(value.get(), object);
+    return readEntries(value.get(), object);
 }
 
 std::vector<RawEntry> rawEntries(DocumentCache& cache, const RawEntry& value) {
     if (value.read) {
         const Object& read = value.read->get();
-        return typeObject(read) == ObjectType::dictionary ? entriesRead(read, value.object)
+        return typeObject(read) == ObjectType::dictionary ? readEntries(read, value.object)
                : typeObject(read) == ObjectType::reference
                    ? entriesOf(cache, referenced(read)).value_or(std::vector<RawEntry>())
                    : std::vector<RawEntry>();

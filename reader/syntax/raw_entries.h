@@ -32,7 +32,11 @@ struct RawEntry {
 std::vector<RawEntry> rawEntries(DocumentCache& cache, std::int32_t number,
                                  std::int32_t generation);
 
-/// The same; of a dictionary whose bytes would carry damage on, what was read of it.
+/// What was read of the entries of a dictionary, which is in `object`; those that are null are
+/// none.
+std::vector<RawEntry> readEntries(const Object& dictionary, ObjectIdentifier object);
+
+/// `rawEntries`; of a dictionary whose bytes would carry damage on, what was read of it.
 std::vector<RawEntry> soundEntries(DocumentCache& cache, ObjectIdentifier object);
 
 /// The entries of a value that is a dictionary or leads to one by a reference; none otherwise.

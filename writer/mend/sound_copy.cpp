@@ -52,14 +52,12 @@ public:
     EntryWriter(DocumentCache& cache, ObjectIdentifier object, const CopyChanges& changes)
         : cache_(cache), object_(object), changes_(changes) {}
 
-    /// Of `RawEntry` or `CopyChanges::Entry`.
-    template <typename Old>
-    void write(const std::vector<Old>& entries) {
+    void write(const std::vector<RawEntry>& entries) {
         std::vector<CopyChanges::Entry> left = changes_.entries;
-        for (const Old& entry : entries) {
+        for (const RawEntry& entry : entries) {
             const auto change = std::ranges::find(left, entry.key, &CopyChanges::Entry::key);
             if (change == left.end()) {
-                writeOld(entry);
+                writeEntry(cache_, entry, object_);
             } else {
                 writeChange(*change);
                 left.erase(change);
@@ -71,16 +69,13 @@ public:
             }
         }
         for (const RawEntry& entry : changes_.inherited) {
-            if (std::ranges::find(entries, entry.key, &Old::key) == entries.end()) {
+            if (std::ranges::find(entries, entry.key, &RawEntry::key) == entries.end()) {
                 writeEntry(cache_, entry, object_);
             }
         }
     }
 
 private:
-    void writeOld(const RawEntry& entry) { writeEntry(cache_, entry, object_); }
-    void writeOld(const CopyChanges::Entry& entry) { writeChange(entry); }
-
     void writeChange(const CopyChanges::Entry& change) {
         nameOutput(*cache_.output, change.key);
         stringOutput(*cache_.output, change.value + "\r");
@@ -126,25 +121,15 @@ std::optional<std::string> valueText(DocumentCache& cache, const Object& value,
 /// Writes what was read of an object whose bytes would carry its damage on.
 void writeValue(DocumentCache& cache, const Object& value, ObjectIdentifier object,
                 const CopyChanges& changes) {
-    const auto textOf = [&](const Object& part) {
-        return valueText(cache, part, object).value_or("null");
-    };
     if (typeObject(value) != ObjectType::dictionary) {
         touchXRef(*cache.output, object.number, object.generation);
         objectOutput(*cache.output, object.number, object.generation);
-        stringOutput(*cache.output, textOf(value) + "\rendobj\r");
+        stringOutput(*cache.output,
+                     valueText(cache, value, object).value_or("null") + "\rendobj\r");
         return;
     }
-    const std::span<const Object> pairs = elementsObject(value);
-    std::vector<std::string> keys; // which the entries view
-    keys.reserve(pairs.size() / 2);
-    std::vector<CopyChanges::Entry> entries;
-    for (std::size_t i = 0; i + 1 < pairs.size(); i += 2) {
-        keys.emplace_back(literalObject(pairs[i]));
-        entries.push_back({keys.back(), textOf(pairs[i + 1])});
-    }
     begin(cache, object);
-    EntryWriter(cache, object, changes).write(entries);
+    EntryWriter(cache, object, changes).write(readEntries(value, object));
     stringOutput(*cache.output, ">>\rendobj\r");
 }
 
@@ -184,7 +169,7 @@ void writeCopy(DocumentCache& cache, ObjectIdentifier object, const CopyChanges&
 
 void writeNew(DocumentCache& cache, ObjectIdentifier object, const CopyChanges& entries) {
     begin(cache, object);
-    EntryWriter(cache, object, entries).write(std::vector<RawEntry>());
+    EntryWriter(cache, object, entries).write({});
     stringOutput(*cache.output, ">>\rendobj\r");
 }
 

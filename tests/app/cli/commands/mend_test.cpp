@@ -146,10 +146,11 @@ std::vector<Damaged> damagedFiles() {
          twoPages().object(1, "<< /Type /Catalog /Pages 77 0 R >>").bytes(),
          R"({"crossReference":1,"trailer":1,"pages":1})", true,
          "/Type /Pages\n/Count 2\n/Kids [ 3 0 R 6 0 R ]\n"},
-        {"a damaged page with Kids, to which no tree leads",
+        {"a damaged page with Kids and another Parent, to which no tree leads",
          twoPages()
              .object(1, "<< /Type /Catalog /Pages 77 0 R >>")
-             .object(6, "<< /Type /Page ] /Parent 5 0 R /Contents 4 0 R /Kids [3 0 R] >>")
+             .object(6, "<< /Type /Page ] /Parent 5 0 R /Contents 4 0 R /Kids [3 0 R] "
+                        "/MediaBox [0 0 300 200] /Parent null >>")
              .bytes(),
          R"({"crossReference":1,"trailer":1,"pages":1,"syntax":1})", true, "/Kids null"},
         {"a page that the trailer takes for the catalog",
